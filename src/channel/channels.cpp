@@ -1,0 +1,374 @@
+#include "channel/channels.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <system_error>
+
+#include "channel/file_names.h"
+#include "channel/run_end.h"
+
+namespace brelan {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Pending text is written to disk when it exceeds this many characters.
+constexpr std::size_t WRITE_CHUNK = std::size_t{1} << 20;
+
+using ChannelTable = std::array<std::unique_ptr<Channel>, CHANNEL_NUMBERS>;
+
+ChannelTable& channel_table() {
+    static ChannelTable table;
+    return table;
+}
+
+std::unique_ptr<Channel>& slot(int number) {
+    if (number < 1 || number >= CHANNEL_NUMBERS)
+        FAIL("channel " + std::to_string(number) + ": expected a number from 1 to " +
+             std::to_string(CHANNEL_NUMBERS - 1));
+    return channel_table()[static_cast<std::size_t>(number)];
+}
+
+std::string without_trailing_blanks(std::string_view name) {
+    const std::size_t last = name.find_last_not_of(' ');
+    return last == std::string_view::npos ? std::string{} : std::string(name.substr(0, last + 1));
+}
+
+std::string system_reason() {
+    return std::strerror(errno);
+}
+
+bool is_regular(const fs::path& path) {
+    std::error_code error;
+    return fs::is_regular_file(path, error);
+}
+
+}  // namespace
+
+Channel::~Channel() {
+    if (file_ != nullptr)
+        std::fclose(file_);
+}
+
+void Channel::fail_at(int line, std::string_view message) const {
+    const auto index = static_cast<std::size_t>(std::max(line, 0));
+    // A copy names the line it was made from; behind its last line, the line after the last known one.
+    if (!origin_name_.empty()) {
+        if (index < origin_line_.size() && origin_line_[index] > 0)
+            FAIL(origin_name_ + ", line " + std::to_string(origin_line_[index]) + ": " +
+                 std::string(message));
+        if (index == origin_line_.size() && index > 0 && origin_line_[index - 1] > 0)
+            FAIL(origin_name_ + ", line " + std::to_string(origin_line_[index - 1] + 1) + ": " +
+                 std::string(message));
+        if (origin_line_.empty())
+            FAIL(origin_name_ + ", line 1: " + std::string(message));
+    }
+    FAIL(name_ + ", line " + std::to_string(index + 1) + ": " + std::string(message));
+}
+
+void Channel::fail_write() const {
+    FAIL(name_ + ": the file cannot be written: " + system_reason());
+}
+
+// --- opening and closing
+// ---------------------------------------------------------------------------------------
+
+void Channel::read_content() {
+    std::error_code error;
+    if (fs::is_directory(path_, error))
+        FAIL(name_ + ": expected a file, found a directory");
+    if (!fs::exists(path_, error))
+        FAIL(name_ + ": expected a file, but there is none of this name");
+    if (!is_regular(path_))
+        FAIL(name_ + ": expected an ordinary file");
+    std::FILE* source = std::fopen(path_.string().c_str(), "rb");
+    if (source == nullptr)
+        FAIL(name_ + ": the file cannot be opened: " + system_reason());
+    const std::uintmax_t size = fs::file_size(path_, error);
+    content_.resize(error ? 0 : static_cast<std::size_t>(size));
+    const std::size_t read = std::fread(content_.data(), 1, content_.size(), source);
+    const bool failed = std::ferror(source) != 0;
+    const std::string reason = failed ? system_reason() : std::string{};
+    std::fclose(source);
+    if (failed)
+        FAIL(name_ + ": the file cannot be read: " + reason);
+    content_.resize(read);
+}
+
+void Channel::open(std::string_view name, OpenStatus status) {
+    name_ = without_trailing_blanks(name);
+    path_ = RESOLVE(name);
+    std::error_code error;
+    const bool exists = fs::exists(path_, error);
+    // A file that is open elsewhere is in use. Input stands in memory, so a result may replace it.
+    for (const std::unique_ptr<Channel>& other : channel_table()) {
+        if (!exists || other == nullptr || other.get() == this || !other->open_)
+            continue;
+        const bool both_read = status == OpenStatus::old && !other->writable_;
+        const bool replaces_input = status == OpenStatus::result && !other->writable_;
+        if (!both_read && !replaces_input && fs::equivalent(path_, other->path_, error) && !error)
+            FAIL(name_ + ": the file is in use in this run as " + other->name_ +
+                 "; expected a file of its own");
+    }
+    if (status == OpenStatus::old) {
+        read_content();
+        open_ = true;
+        return;
+    }
+    if (exists && fs::is_directory(path_, error))
+        FAIL(name_ + ": expected a file, found a directory");
+    if (status == OpenStatus::fresh && exists)
+        FAIL(name_ + ": expected a name that is free, but there is a file of this name");
+    const bool keep = status == OpenStatus::result && exists;
+    file_ = std::fopen(path_.string().c_str(), keep ? "r+b" : "w+b");
+    if (file_ == nullptr)
+        FAIL(name_ + ": the file cannot be " + (exists ? "opened" : "created") +
+             " for writing: " + system_reason());
+    std::setvbuf(file_, nullptr, _IONBF, 0);
+    replace_pending_ = keep;
+    writable_ = true;
+    open_ = true;
+}
+
+void Channel::open_to_append(std::string_view name) {
+    name_ = without_trailing_blanks(name);
+    path_ = RESOLVE(name);
+    read_content();
+    file_ = std::fopen(path_.string().c_str(), "r+b");
+    if (file_ == nullptr || std::fseek(file_, 0, SEEK_END) != 0)
+        fail_write();
+    std::setvbuf(file_, nullptr, _IONBF, 0);
+    on_disk_ = position_ = content_.size();
+    lines_before_ = static_cast<int>(std::count(content_.begin(), content_.end(), '\n'));
+    writable_ = true;
+    open_ = true;
+}
+
+void Channel::flush() {
+    if (!writable_ || broken_ || file_ == nullptr || on_disk_ >= content_.size())
+        return;
+    broken_ = true;  // until the write is known to be done
+    if (replace_pending_) {
+        std::error_code error;
+        if (is_regular(path_))
+            fs::resize_file(path_, 0, error);
+        if (error)
+            FAIL(name_ + ": the file cannot be emptied: " + error.message());
+        std::rewind(file_);
+        replace_pending_ = false;
+    }
+    const std::size_t pending = content_.size() - on_disk_;
+    if (std::fwrite(content_.data() + on_disk_, 1, pending, file_) != pending || std::fflush(file_) != 0)
+        fail_write();
+    on_disk_ = content_.size();
+    broken_ = false;
+}
+
+void Channel::close(CloseAction action) {
+    if (!open_)
+        return;
+    if (action == CloseAction::keep)
+        flush();
+    open_ = false;
+    std::FILE* file = file_;
+    file_ = nullptr;
+    if (file != nullptr && std::fclose(file) != 0 && action == CloseAction::keep)
+        fail_write();
+    if (action == CloseAction::remove) {
+        std::error_code error;
+        fs::remove(path_, error);
+        if (error)
+            FAIL(name_ + ": the file cannot be deleted: " + error.message());
+    }
+}
+
+// --- reading
+// ---------------------------------------------------------------------------------------------------
+
+std::string_view Channel::peek_line() const {
+    if (at_end())
+        return {};
+    const char* begin = content_.data() + position_;
+    const std::size_t left = content_.size() - position_;
+    const void* end = std::memchr(begin, '\n', left);
+    std::size_t length =
+        end == nullptr ? left : static_cast<std::size_t>(static_cast<const char*>(end) - begin);
+    if (length > 0 && begin[length - 1] == '\r')
+        --length;
+    return {begin, length};
+}
+
+std::string_view Channel::read_whole_line(std::string_view expected) {
+    if (at_end())
+        fail_here("the file ends here; expected " + std::string(expected));
+    const std::string_view line = peek_line();
+    position_ += line.size();
+    if (position_ < content_.size() && content_[position_] == '\r')
+        ++position_;
+    if (position_ < content_.size())
+        ++position_;
+    ++lines_before_;
+    return line;
+}
+
+void Channel::skip_lines(int count, std::string_view expected) {
+    for (int i = 0; i < count; ++i)
+        read_whole_line(expected);
+}
+
+void Channel::rewind() {
+    flush();
+    position_ = 0;
+    lines_before_ = 0;
+}
+
+void Channel::step_back(int lines) {
+    for (int i = 0; i < lines && position_ > 0; ++i) {
+        --position_;  // over the line's end, if it has one
+        while (position_ > 0 && content_[position_ - 1] != '\n')
+            --position_;
+        --lines_before_;
+    }
+}
+
+// --- writing
+// ---------------------------------------------------------------------------------------------------
+
+void Channel::cut_behind_position() {
+    content_.resize(position_);
+    if (static_cast<std::size_t>(lines_before_) < origin_line_.size())
+        origin_line_.resize(static_cast<std::size_t>(lines_before_));
+    if (on_disk_ <= position_)
+        return;
+    on_disk_ = position_;
+    std::error_code error;
+    if (is_regular(path_))
+        fs::resize_file(path_, position_, error);
+    if (error || std::fseek(file_, static_cast<long>(position_), SEEK_SET) != 0)
+        fail_write();
+}
+
+char* Channel::begin_record(std::size_t size) {
+    if (!writable_)
+        FAIL(name_ + ": the file is open for reading only");
+    if (position_ < content_.size())
+        cut_behind_position();
+    record_start_ = content_.size();
+    content_.resize(record_start_ + size + 1);
+    return content_.data() + record_start_;
+}
+
+void Channel::end_record(std::size_t used) {
+    content_.resize(record_start_ + used + 1);
+    content_.back() = '\n';
+    position_ = content_.size();
+    ++lines_before_;
+    if (followed_ != nullptr) {
+        const int line = followed_->lines_before_ - 1;
+        const auto index = static_cast<std::size_t>(std::max(line, 0));
+        const bool copied = !followed_->origin_name_.empty();
+        origin_line_.push_back(!copied                                  ? line + 1
+                               : index < followed_->origin_line_.size() ? followed_->origin_line_[index]
+                                                                        : 0);
+    }
+    if (write_through_ || content_.size() - on_disk_ > WRITE_CHUNK)
+        flush();
+}
+
+void Channel::write_line(std::string_view text) {
+    std::copy(text.begin(), text.end(), begin_record(text.size()));
+    end_record(text.size());
+}
+
+void Channel::write_columns(std::string_view line) {
+    constexpr auto columns = static_cast<std::size_t>(LINE_COLUMNS);
+    char* record = begin_record(columns);
+    const std::size_t used = std::min(line.size(), columns);
+    std::copy_n(line.data(), used, record);
+    std::fill(record + used, record + columns, ' ');
+    end_record(columns);
+}
+
+void Channel::follow(const Channel& source) {
+    followed_ = &source;
+    origin_name_ = source.origin_name_.empty() ? source.name_ : source.origin_name_;
+    origin_line_.resize(static_cast<std::size_t>(lines_before_), 0);
+}
+
+// --- the table of channels
+// -------------------------------------------------------------------------------------
+
+bool channel_is_open(int number) {
+    return slot(number) != nullptr && slot(number)->is_open();
+}
+
+Channel& channel(int number) {
+    if (!channel_is_open(number))
+        FAIL("channel " + std::to_string(number) + ": no file is open on it");
+    return *slot(number);
+}
+
+namespace {
+
+Channel& begin_channel(int number) {
+    close_channel(number);
+    slot(number) = std::make_unique<Channel>();
+    return *slot(number);
+}
+
+}  // namespace
+
+Channel& open_channel(int number, std::string_view name, OpenStatus status) {
+    Channel& opened = begin_channel(number);
+    opened.open(name, status);
+    return opened;
+}
+
+Channel& continue_channel(int number, std::string_view name) {
+    Channel& opened = begin_channel(number);
+    opened.open_to_append(name);
+    return opened;
+}
+
+void close_channel(int number, CloseAction action) {
+    std::unique_ptr<Channel>& held = slot(number);
+    if (held == nullptr)
+        return;
+    // A channel that follows this one keeps the origins it has noted.
+    for (const std::unique_ptr<Channel>& other : channel_table())
+        if (other != nullptr && other->followed_ == held.get())
+            other->followed_ = nullptr;
+    held->close(action);
+    held.reset();
+}
+
+void flush_all_channels() {
+    for (const std::unique_ptr<Channel>& held : channel_table())
+        if (held != nullptr)
+            held->flush();
+}
+
+void close_all_channels() noexcept {
+    for (std::unique_ptr<Channel>& held : channel_table()) {
+        try {
+            if (held != nullptr)
+                held->close(CloseAction::keep);
+        } catch (const RunEnd&) {
+            // The run ends already with a message of its own; what could be written has been.
+        }
+        held.reset();
+    }
+}
+
+bool FILE_EXISTS(std::string_view name) {
+    if (without_trailing_blanks(name).empty())
+        return false;
+    std::error_code error;
+    return fs::exists(RESOLVE(name), error);
+}
+
+}  // namespace brelan

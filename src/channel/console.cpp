@@ -1,0 +1,34 @@
+#include "channel/console.h"
+
+#include <cstdio>
+
+#include "channel/channels.h"
+#include "channel/run_end.h"
+
+namespace brelan {
+
+void console_write(std::string_view text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+        FAIL("console: standard output cannot be written");
+}
+
+bool console_read(std::string& line) {
+    line.clear();
+    int c = std::getchar();
+    if (c == EOF)
+        return false;
+    for (; c != EOF && c != '\n'; c = std::getchar())
+        if (line.size() <= static_cast<std::size_t>(LINE_COLUMNS))
+            line += static_cast<char>(c);
+    if (!line.empty() && line.back() == '\r')
+        line.pop_back();
+    return true;
+}
+
+void console_pause() {
+    flush_all_channels();
+    std::string line;
+    console_read(line);
+}
+
+}  // namespace brelan

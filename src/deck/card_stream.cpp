@@ -1,0 +1,93 @@
+#include "deck/card_stream.h"
+
+#include <string>
+
+#include "channel/free_field.h"
+#include "deck/deck_tables.h"
+#include "deck/error_report.h"
+
+namespace brelan {
+
+namespace {
+
+// Ends of the words that end in columns 1 to 124, as flagged by `used`; `note` is told each.
+template <class Used, class Note>
+void walk_words(Used used, Note note) {
+    bool previous = used(1);
+    for (int column = 2; column <= LINE_COLUMNS - 1; ++column) {
+        const bool now = used(column);
+        if (previous && !now)
+            note(column - 1);
+        previous = now;
+    }
+}
+
+}  // namespace
+
+void STRIPDECK(int source, int target) {
+    Channel& from = channel(source);
+    Channel& to = channel(target);
+    to.follow(from);
+    while (!from.at_end()) {
+        const std::string_view line = from.read_whole_line("a line");
+        if (line.empty() || line.front() != '*')
+            to.write_columns(line);
+    }
+    close_channel(source);
+    to.rewind();
+}
+
+CardCount count_values(const TextLine& line) {
+    const auto used = [&](int column) { return line(column) != ' ' && line(column) != ','; };
+    CardCount found;
+    const auto note = [&](int column) {
+        ++found.count;
+        found.last_column = column;
+    };
+    walk_words(used, note);
+    if (!used(LINE_COLUMNS) && used(LINE_COLUMNS - 1))
+        note(LINE_COLUMNS - 1);
+    return found;
+}
+
+void CHKCARD(int channel_number, std::string_view label, std::int32_t minimum, std::int32_t maximum) {
+    Channel& deck = channel(channel_number);
+    const std::string card = "Card " + std::string(label);
+    const TextLine line = deck.read_line(card);
+    const CardCount found = count_values(line);
+    if (found.count < minimum || found.count > maximum)
+        REPORTCARD(label, maximum, line, found);
+    deck.step_back(1);
+    FreeFieldReader reader(deck, card, FreeFieldReader::Reach::one_line);
+    for (std::int32_t i = 1; i <= found.count; ++i)
+        reader.read(CARDVAL[i]);
+    reader.finish();
+}
+
+std::int32_t CARDLEN(const TextLine& line) {
+    constexpr std::int32_t longest_title = 80;
+    const auto used = [&](int column) { return line(column) != ' '; };
+    std::int32_t last = 0;
+    walk_words(used, [&](int column) { last = column; });
+    if ((!used(LINE_COLUMNS) && used(LINE_COLUMNS - 1)) || last > longest_title)
+        return longest_title;
+    return last;
+}
+
+TextLine TRIMNAME(const TextLine& name) {
+    constexpr std::size_t columns_searched = 30;
+    constexpr std::string_view parent = "..\\";
+    if (name.view().substr(0, columns_searched).find('\\') != std::string_view::npos)
+        return name;
+    // The columns behind a name that was moved to the left keep what an earlier long name left there.
+    static TextLine work_field;
+    const std::size_t start = name.view().find_first_not_of(' ');
+    int column = 1;
+    for (const char c : parent)
+        work_field(column++) = c;
+    for (const char c : name.view().substr(0, LINE_COLUMNS - parent.size()).substr(start))
+        work_field(column++) = c;
+    return work_field;
+}
+
+}  // namespace brelan

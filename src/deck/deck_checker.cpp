@@ -1,0 +1,270 @@
+#include "deck/deck_checker.h"
+
+#include <array>
+#include <span>
+#include <string>
+
+#include "channel/channels.h"
+#include "channel/free_field.h"
+#include "channel/real_to_integer.h"
+#include "channel/run_end.h"
+#include "deck/card_stream.h"
+#include "deck/card_table.h"
+#include "deck/deck_tables.h"
+#include "deck/normalised_deck.h"
+#include "mesh/tables.h"
+#include "run/channel_numbers.h"
+
+namespace brelan {
+
+namespace {
+
+// The checker's own use of the channels while it runs.
+constexpr int CH_STRIPPED = CH_MESH_A;
+constexpr int CH_NORMALISED = CH_MESH_B;
+constexpr int CH_LISTING = CH_WORK;
+
+Channel& deck() {
+    return channel(CH_STRIPPED);
+}
+Channel& normalised() {
+    return channel(CH_NORMALISED);
+}
+
+std::int32_t value_of(std::int32_t position) {
+    return TRUNCATE(CARDVAL[position]);
+}
+
+// Checks a card and leaves its values, defaults included, in CARDVAL.
+void check(const Card& card) {
+    const auto kind = static_cast<std::size_t>(KIND());
+    for (const FieldDefault& entry : card.defaults)
+        for (std::int32_t field = entry.first; field <= entry.last; ++field)
+            CARDVAL[field] = entry.value[kind];
+    const std::int32_t maximum = card.maximum_of(KIND());
+    CHKCARD(CH_STRIPPED, card.label, card.minimum == 0 ? maximum : card.minimum, maximum);
+}
+
+// Checks a card and writes it to the normalised deck.
+void pass(const Card& card) {
+    check(card);
+    write_card(normalised(), card.written_of(KIND()));
+}
+
+// The count on the card just passed, held to the table that will take the rows behind it.
+std::int32_t count_on(const Card& card, std::int32_t most) {
+    const std::int32_t count = value_of(1);
+    if (count > most)
+        deck().fail_behind("Card " + std::string(card.label) + ": expected at most " + std::to_string(most) +
+                           " in " + std::string(card.fields) + ", found " + std::to_string(count));
+    return count;
+}
+
+// Passes the list of numbers behind a card. Nothing is read for a count of 0 or less, and an empty line
+// written.
+void pass_integer_list(const Card& card, std::int32_t count) {
+    std::array<std::int32_t, MAXCARDVAL> numbers{};
+    if (count <= 0) {
+        write_integers(normalised(), {});
+        return;
+    }
+    const std::string expected =
+        "the list of " + std::to_string(count) + " values of Card " + std::string(card.label);
+    read_free_list<float>(deck(), expected, std::span(&CARDVAL[1], static_cast<std::size_t>(count)));
+    for (std::int32_t i = 1; i <= count; ++i)
+        numbers[static_cast<std::size_t>(i - 1)] = value_of(i);
+    write_integers(normalised(), std::span(numbers).first(static_cast<std::size_t>(count)));
+}
+
+TextLine read_name(std::string_view what) {
+    return deck().read_line(what);
+}
+
+// Passes a file name field.
+TextLine pass_name(std::string_view what) {
+    const TextLine field = read_name(what);
+    if (field.blank())
+        deck().fail_behind("expected " + std::string(what) + ", found a blank line");
+    const TextLine name = TRIMNAME(field);
+    normalised().write_columns(name.view());
+    return name;
+}
+
+// Tells the plot tool the name of the result mesh.
+void note_result(const TextLine& name) {
+    open_channel(CH_DATA, "C:\\Vork\\Qx\\Qxdata\\FnPlot2D.dat", OpenStatus::work).write_columns(name.view());
+    close_channel(CH_DATA);
+}
+
+// --- Cards 2.x
+// --------------------------------------------------------------------------------------------------
+
+void check_combination() {
+    pass_name("the file name of Card 2.1-1 (FILEA)");
+    pass_name("the file name of Card 2.1-2 (FILEB)");
+    note_result(pass_name("the file name of Card 2.1-3 (FILEC)"));
+    pass(CARD_2_2);
+    if (value_of(1) != 1)
+        return;
+    pass(CARD_2_3);
+    const std::int32_t NINT = count_on(CARD_2_3, MAXCARDVAL);
+    pass_integer_list(CARD_2_3, NINT);
+    pass_integer_list(CARD_2_3, NINT);
+}
+
+// --- Cards 3.x
+// --------------------------------------------------------------------------------------------------
+
+// IEDIT stands on the fourth line from here; it decides whether the first of them counts.
+std::int32_t look_ahead_to_edit() {
+    const int start = deck().lines_before();
+    deck().skip_lines(3, "Cards 3.1-1 to 3.3");
+    float edit = 0.0F;
+    if (count_values(TextLine(deck().peek_line())).count > 0 || deck().at_end()) {
+        FreeFieldReader reader(deck(), "Card 3.3", FreeFieldReader::Reach::one_line);
+        reader.read(edit);
+        reader.finish();
+    }
+    deck().step_back(deck().lines_before() - start);
+    return TRUNCATE(edit);
+}
+
+// The selection of IEDIT 1, 2 and 3.
+void check_selection(const SelectionCards& cards) {
+    pass(cards.location);
+    if (value_of(1) == 0) {
+        pass(cards.window);
+    } else {
+        pass(cards.list);
+        pass_integer_list(cards.list, count_on(cards.list, MAXCARDVAL));
+    }
+    pass(cards.side);
+}
+
+void check_rebuild_rows(const Card& count_card, const Card& row_card) {
+    pass(count_card);
+    const std::int32_t rows = count_on(count_card, MAXEDLIST);
+    for (std::int32_t row = 1; row <= rows; ++row)
+        pass(row_card);
+}
+
+void check_edit() {
+    constexpr std::string_view file_a = "the file name of Card 3.1-1 (FILEA)";
+    LOOKEDIT = look_ahead_to_edit();
+    // The template mesh takes the place of the file that IEDIT 5 names.
+    if (LOOKEDIT == 5)
+        read_name(file_a);
+    else
+        pass_name(file_a);
+    note_result(pass_name("the file name of Card 3.1-2 (FILEM)"));
+    pass(CARD_3_2);
+    pass(CARD_3_3);
+    switch (value_of(1)) {
+        case 0:
+            pass(CARD_3_3_1_1);
+            pass(CARD_3_3_1_2);
+            break;
+        case 1:
+            check_selection(CARDS_3_3_2);
+            pass(CARD_3_3_2_4);
+            break;
+        case 2:
+            check_selection(CARDS_3_3_3);
+            break;
+        case 3:
+            check_selection(CARDS_3_3_4);
+            pass(CARD_3_3_4_4);
+            break;
+        case 4:
+            deck().fail_behind(
+                "expected an IEDIT that this version can run; the group cards of IEDIT 4 are not available "
+                "yet");
+        case 5:
+            pass(CARD_3_3_6_1);
+            MODEL = value_of(1);
+            pass(CARD_3_3_6_2);
+            pass(CARD_3_3_6_3);
+            break;
+        case 6:
+            check_rebuild_rows(CARD_3_6_1, CARD_3_6_1_1);
+            check_rebuild_rows(CARD_3_6_2, CARD_3_6_2_1);
+            check_rebuild_rows(CARD_3_6_3, CARD_3_6_3_1);
+            break;
+        default:
+            break;  // no card follows
+    }
+}
+
+// --- Cards 4.x
+// --------------------------------------------------------------------------------------------------
+
+// Returns IGMOD.
+std::int32_t check_base_mesh() {
+    pass(CARD_4_1);
+    const std::int32_t NBX = value_of(1);
+    const std::int32_t NBY = value_of(2);
+    pass(CARD_4_2);
+    for (std::int32_t column = 1; column <= NBX; ++column)
+        pass(CARD_4_3);
+    for (std::int32_t row = 1; row <= NBY; ++row)
+        pass(CARD_4_4);
+    pass(CARD_4_5);
+    return value_of(1);
+}
+
+// --- Cards 5.x
+// --------------------------------------------------------------------------------------------------
+
+void check_dam() {
+    pass(CARD_5_1);
+    const std::int32_t NLAYER = count_on(CARD_5_1, MAXCARDVAL);
+    const bool core = value_of(2) == 1;
+    const bool cut_off = value_of(3) == 1;
+    pass(CARD_5_2);
+    if (core)
+        pass(CARD_5_3);
+    if (NLAYER > 0) {
+        pass(CARD_5_4_1);
+        const std::span thicknesses(&CARDVAL[1], static_cast<std::size_t>(NLAYER));
+        read_free_list<float>(deck(), "the layer thicknesses of Card 5.4", thicknesses);
+        write_reals(normalised(), thicknesses);
+        if (cut_off)
+            pass(CARD_5_5);
+    }
+}
+
+}  // namespace
+
+void DECKCHK(TextLine& deck_name, std::string_view normalised_name) {
+    if (deck_name.blank())
+        FAIL("expected the name of a card deck, found a blank one");
+    open_channel(CH_DECK, deck_name.view(), OpenStatus::old);
+    open_channel(CH_STRIPPED, "TT55.TMP", OpenStatus::work);
+    open_channel(CH_NORMALISED, normalised_name, OpenStatus::work);
+    open_channel(CH_LISTING, "T7.TMP", OpenStatus::work);
+    STRIPDECK(CH_DECK, CH_STRIPPED);
+    normalised().follow(deck());
+
+    MODEL = 0;
+    CARDVAL[2] = static_cast<float>(JKPREP);
+    check(CARD_1_1);
+    const std::int32_t IMOD = value_of(1);
+    if (IMOD == 3) {
+        check_dam();
+        deck().fail_behind(
+            "expected a mode that this version can run; the earth dam of IMOD 3 is not available yet");
+    }
+    write_card(normalised(), CARD_1_1.written_of(KIND()));
+    std::int32_t edit_switch = IMOD;
+    if (IMOD <= 0)
+        check_combination();
+    else if (IMOD == 2)
+        edit_switch = check_base_mesh();
+    if (edit_switch == 1)
+        check_edit();
+
+    for (const int number : {CH_DECK, CH_STRIPPED, CH_NORMALISED, CH_LISTING})
+        close_channel(number);
+}
+
+}  // namespace brelan

@@ -1,0 +1,88 @@
+#include "deck/error_report.h"
+
+#include <array>
+#include <string>
+
+#include "channel/channels.h"
+#include "channel/console.h"
+#include "channel/free_field.h"
+#include "channel/layout.h"
+#include "channel/run_end.h"
+#include "run/channel_numbers.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr std::string_view STATUS_FILE = "C:\\VORK\\QX\\QXDATA\\BRELAN2D.DAT";
+constexpr std::string_view MANUAL_FILE = "C:\\VORK\\QX\\QXDATA\\MANUAL.DAT";
+
+// A message has eight lines, filled or not.
+constexpr std::int32_t MESSAGE_LINES = 8;
+constexpr std::size_t MESSAGE_COLUMNS = 60;
+constexpr Layout<"(A60)"> MESSAGE_LINE;
+
+constexpr Layout<"(' Card Group No: ',A11,' requires ',I5,' data entry')"> REQUIRED_LINE;
+constexpr Layout<"(' But user input contains ',I5,' data ')"> FOUND_LINE;
+constexpr Layout<"(' Please check the following listing of input data   ')"> LISTING_LINE;
+constexpr Layout<"(1X,A)"> CARD_LINE;
+
+}  // namespace
+
+void WRSTATUS(std::int32_t value) {
+    write_free(open_channel(CH_STATUS, STATUS_FILE, OpenStatus::work), value);
+    close_channel(CH_STATUS);
+}
+
+void LISTERR(int channel_number, std::int32_t n) {
+    std::int32_t manual = 0;
+    read_free(open_channel(CH_MESSAGE, MANUAL_FILE, OpenStatus::old), "the console mode", manual);
+    close_channel(CH_MESSAGE);
+    const bool front_end = manual == 0;
+    if (front_end)
+        open_channel(CH_MESSAGE, "MESSAGE.INP", OpenStatus::work);
+
+    std::array<std::string, MESSAGE_LINES> lines;
+    Channel& listing = channel(channel_number);
+    listing.step_back(n);
+    for (std::int32_t i = 0; i < n; ++i)
+        lines[static_cast<std::size_t>(i)] =
+            listing.read_whole_line("a line of the listing").substr(0, MESSAGE_COLUMNS);
+
+    if (front_end) {
+        Channel& message = channel(CH_MESSAGE);
+        write_free(message, n);
+        for (const std::string& line : lines)
+            MESSAGE_LINE.write(message, line);
+        close_channel(CH_MESSAGE);
+        return;
+    }
+    for (std::string& line : lines) {
+        line.resize(MESSAGE_COLUMNS, ' ');
+        console_write(line + "\n");
+    }
+    console_pause();
+}
+
+void REPORTCARD(std::string_view label, std::int32_t maximum, const TextLine& line, const CardCount& found) {
+    Channel& listing = channel(CH_WORK);
+    write_free(listing, "************* ERROR IN THE USER INPUT **************");
+    REQUIRED_LINE.write(listing, label, maximum);
+    FOUND_LINE.write(listing, found.count);
+    LISTING_LINE.write(listing);
+    listing.write_line("");
+    if (found.count == 0) {
+        for (const std::string_view text : {"------------", " Blank data ", "------------"})
+            write_free(listing, text);
+    } else {
+        const std::string dashes(static_cast<std::size_t>(found.last_column), '-');
+        CARD_LINE.write(listing, dashes);
+        CARD_LINE.write(listing, line.first(found.last_column));
+        CARD_LINE.write(listing, dashes);
+    }
+    LISTERR(CH_WORK, 7);
+    WRSTATUS(1);
+    STOPRUN("300");
+}
+
+}  // namespace brelan

@@ -1,0 +1,40 @@
+#include "deck/normalised_deck.h"
+
+#include "channel/layout.h"
+#include "channel/real_to_integer.h"
+#include "deck/deck_tables.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr Layout<"(10(I5,1X))"> INTEGER_LINE;
+constexpr Layout<"(10(E12.5,1X))"> REAL_LINE;
+constexpr Layout<"(I5,1X)"> INTEGER_FIELD;
+constexpr Layout<"(E12.5,1X)"> REAL_FIELD;
+
+}  // namespace
+
+void write_integers(Channel& deck, std::span<const std::int32_t> values) {
+    INTEGER_LINE.write_list(deck, values);
+}
+
+void write_reals(Channel& deck, std::span<const float> values) {
+    REAL_LINE.write_list(deck, values);
+}
+
+void write_card(Channel& deck, std::string_view form) {
+    char* const begin = deck.begin_record(form.size() * REAL_FIELD.columns());
+    char* at = begin;
+    std::int32_t position = 0;
+    for (const char letter : form) {
+        const float value = CARDVAL[++position];
+        if (letter == 'I')
+            at = INTEGER_FIELD.put(at, TRUNCATE(value));
+        else
+            at = REAL_FIELD.put(at, value);
+    }
+    deck.end_record(static_cast<std::size_t>(at - begin));
+}
+
+}  // namespace brelan

@@ -1,0 +1,113 @@
+#include "deck/strip_mesh.h"
+
+#include <string>
+
+#include "deck/card_stream.h"
+#include "mesh/kinds.h"
+#include "run/channel_numbers.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr std::string_view HEADING = "a heading line";
+
+void require_number(const Channel& mesh, std::int32_t number, std::int32_t last, std::string_view what) {
+    if (number < 1 || number > last)
+        mesh.fail_behind("expected " + std::string(what) + " number from 1 to " + std::to_string(last) +
+                         ", found " + std::to_string(number));
+}
+
+void require_words(const Channel& mesh, const ElementRecord& element) {
+    const ElementWords& w = element.words;
+    for (const std::int32_t word : {w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8})
+        if (word > MAXNP)
+            mesh.fail_behind("element " + std::to_string(element.NEL) +
+                             ": expected node numbers of at most " + std::to_string(MAXNP) + ", found " +
+                             std::to_string(word));
+}
+
+// What the first scan finds out.
+struct Scan {
+    MeshCounts counts;
+    int node_lines = 0;  // of the node records
+    std::int32_t NFIELDS = 0;
+    MeshCounts deleted;
+};
+
+std::int32_t& count_of(MeshCounts& counts, std::int8_t type) {
+    return type == EL_CONTINUUM ? counts.NCONT : type == EL_BEAM ? counts.NBEAM : counts.NTRUS;
+}
+
+Scan scan_mesh(Channel& mesh) {
+    Scan scan;
+    mesh.skip_lines(2, HEADING);
+    scan.counts = read_mesh_counts(mesh);
+    mesh.skip_lines(2, HEADING);
+    if (scan.counts.NUMNP > 0 || !mesh.at_end())
+        scan.NFIELDS = count_values(TextLine(mesh.peek_line())).count;
+    const int first_line = mesh.lines_before();
+    for (std::int32_t i = 0; i < scan.counts.NUMNP; ++i)
+        require_number(mesh, read_node_record(mesh, scan.NFIELDS).NODE, MAXNP, "a node");
+    scan.node_lines = mesh.lines_before() - first_line;
+    for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
+        const std::int32_t records = scan.counts.of(type);
+        if (records > 0)
+            mesh.skip_lines(2, HEADING);
+        for (std::int32_t i = 0; i < records; ++i) {
+            const ElementRecord element = read_element_record(mesh, type);
+            if (element.NEL < 0) {
+                ++count_of(scan.deleted, type);
+                continue;
+            }
+            require_number(mesh, element.NEL, MAXEL, "an element");
+            require_words(mesh, element);
+        }
+    }
+    return scan;
+}
+
+void copy_lines(Channel& from, Channel& to, int count) {
+    for (int i = 0; i < count; ++i)
+        to.write_columns(from.read_whole_line("a line"));
+}
+
+}  // namespace
+
+StrippedMesh STRIPMESH(int source, int target) {
+    Channel& mesh = open_channel(CH_STRIP, "TT123.TMP", OpenStatus::work);
+    STRIPDECK(source, CH_STRIP);
+    const Scan scan = scan_mesh(mesh);
+
+    Channel& clean = channel(target);
+    clean.follow(mesh);
+    mesh.rewind();
+    copy_lines(mesh, clean, 2);
+    const MeshCounts counts = read_mesh_counts(mesh);
+    write_mesh_counts(clean, {counts.NUMNP, counts.NCONT - scan.deleted.NCONT,
+                              counts.NBEAM - scan.deleted.NBEAM, counts.NTRUS - scan.deleted.NTRUS});
+    copy_lines(mesh, clean, 2 + scan.node_lines);
+
+    StrippedMesh stripped;
+    stripped.NFIELDS = scan.NFIELDS;
+    int heading_lines = 2;
+    for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
+        const std::int32_t records = counts.of(type);
+        stripped.heading_lines[type - EL_CONTINUUM] = heading_lines;
+        if (records == 0)
+            continue;
+        copy_lines(mesh, clean, 2);
+        for (std::int32_t i = 0; i < records; ++i) {
+            const ElementRecord element = read_element_record(mesh, type);
+            if (element.NEL >= 0)
+                write_element_record(clean, type, element);
+        }
+        // The headings of a section that lost all its records stand in front of the next one's.
+        heading_lines = scan.deleted.of(type) == records ? heading_lines + 2 : 2;
+    }
+    close_channel(CH_STRIP, CloseAction::remove);
+    clean.rewind();
+    return stripped;
+}
+
+}  // namespace brelan

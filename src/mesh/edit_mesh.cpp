@@ -1,0 +1,260 @@
+#include "mesh/edit_mesh.h"
+
+#include <cmath>
+#include <string>
+
+#include "mesh/edit_tables.h"
+#include "mesh/kinds.h"
+#include "mesh/selection.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr std::int32_t FIELD_STAYS = -10;
+constexpr float REAL_FIELD_STAYS = -10.0F;
+
+// IEDIT 0, 1 and 6 renumber while reading; 2, 3 and 4 keep all numbers for the compaction.
+bool renumbers() {
+    return EDIT.IEDIT == 0 || EDIT.IEDIT == 1 || EDIT.IEDIT == 6;
+}
+bool keeps_numbers() {
+    return EDIT.IEDIT == 2 || EDIT.IEDIT == 3 || EDIT.IEDIT == 4;
+}
+
+std::int32_t shifted(const Channel& mesh, std::int32_t number, std::int32_t shift, std::int32_t last,
+                     const char* what) {
+    const std::int32_t result = number + shift;
+    if (result < 1 || result > last)
+        mesh.fail_behind(std::string(what) + " " + std::to_string(number) +
+                         ": expected a new number from 1 to " + std::to_string(last) +
+                         ", but the start number of Card 3.2 makes it " + std::to_string(result));
+    return result;
+}
+
+// --- nodes
+// ------------------------------------------------------------------------------------------------------
+
+void require_finite(const Channel& mesh, std::int32_t number, float x, float y) {
+    if (!std::isfinite(x) || !std::isfinite(y))
+        mesh.fail_behind("node " + std::to_string(number) +
+                         ": expected coordinates that are numbers, but the edit makes one that is none");
+}
+
+void store_node(std::int32_t number, const NodeRecord& node) {
+    IDN[number] = node.ID;
+    XC[number] = node.XC;
+    YC[number] = node.YC;
+    if (has_node_values()) {
+        H[number] = node.H;
+        CF[number] = node.CF;
+    }
+}
+
+// --- corners
+// ----------------------------------------------------------------------------------------------------
+
+// Corner permutations by mirror mode: slot k takes old corner row[k]; 0 gives no corner.
+struct MirrorRow {
+    int quadrilateral[4];
+    int triangle[4];
+};
+constexpr MirrorRow MIRROR[4] = {
+    {{1, 2, 3, 4}, {1, 2, 3, 0}},  // not mirrored
+    {{2, 1, 4, 3}, {2, 1, 3, 0}},  // in x
+    {{4, 3, 2, 1}, {3, 2, 1, 0}},  // in y
+    {{3, 4, 1, 2}, {3, 1, 2, 0}},  // in both: turned by 180 degrees
+};
+
+const MirrorRow& mirror_row() {
+    if (EDIT.IEDIT != 0)
+        return MIRROR[0];
+    return MIRROR[(EDIT.SCX < 0.0F ? 1 : 0) + (EDIT.SCY < 0.0F ? 2 : 0)];
+}
+
+// A corner of 0 or below is no node and keeps its word.
+std::int32_t shifted_corner(const Channel& mesh, std::int32_t corner, std::int32_t shift) {
+    if (corner <= 0)
+        return corner;
+    const std::int32_t result = corner + shift;
+    if (result > MAXNP)
+        mesh.fail_behind("corner " + std::to_string(corner) + ": expected a new node number of at most " +
+                         std::to_string(MAXNP) + ", but NSNODE of Card 3.2 makes it " +
+                         std::to_string(result));
+    return result;
+}
+
+void shift_corners(const Channel& mesh, ElementWords& w, bool permute) {
+    const std::int32_t shift = EDIT.NSNODE - SOURCE.nodes.lowest;
+    const std::int32_t old[5] = {0, shifted_corner(mesh, w.I1, shift), shifted_corner(mesh, w.I2, shift),
+                                 shifted_corner(mesh, w.I3, shift), shifted_corner(mesh, w.I4, shift)};
+    const MirrorRow& mirror = permute ? mirror_row() : MIRROR[0];
+    const int(&row)[4] = permute && w.I4 == 0 ? mirror.triangle : mirror.quadrilateral;
+    w.I1 = old[row[0]];
+    w.I2 = old[row[1]];
+    w.I3 = old[row[2]];
+    w.I4 = old[row[3]];
+}
+
+// --- the operations on elements
+// ---------------------------------------------------------------------------------
+
+// ILOC 3: the codes go to the nodes of elements of the listed materials.
+void code_nodes_of(std::int8_t type, const ElementWords& w) {
+    if (!material_listed(w.MATNO))
+        return;
+    const std::int32_t nodes[4] = {w.I1, w.I2, w.I3, w.I4};
+    const int count = type == EL_CONTINUUM ? 4 : 2;
+    for (int i = 0; i < count; ++i)
+        if (nodes[i] > 0)
+            IDN[nodes[i]] = EDIT.IDNEW;
+}
+
+// The corner that a source names; `stands` when it names none.
+std::int32_t sourced(std::int32_t source, const std::int32_t (&corner)[4], std::int32_t stands) {
+    if (source == 0)
+        return 0;
+    return source >= 1 && source <= 4 ? corner[source - 1] : stands;
+}
+
+void set_unless_stays(std::int32_t& field, std::int32_t value) {
+    if (value != FIELD_STAYS)
+        field = value;
+}
+
+void set_unless_stays(float& field, float value) {
+    if (value != REAL_FIELD_STAYS)
+        field = value;
+}
+
+void rebuild_continuum(ElementRecord& element, const RebuildRow& row) {
+    ElementWords& w = element.words;
+    const std::int32_t corner[4] = {w.I1, w.I2, w.I3, w.I4};
+    w.I1 = sourced(row.NS[0], corner, w.I1);
+    w.I2 = sourced(row.NS[1], corner, w.I2);
+    w.I3 = sourced(row.NS[2], corner, w.I3);
+    w.I4 = sourced(row.NS[3], corner, w.I4);
+    set_unless_stays(w.MATNO, row.MATNEW);
+    switch (KIND()) {
+        case LayoutKind::coupled:
+            set_unless_stays(element.KS, row.KS);
+            set_unless_stays(element.KF, row.KF);
+            break;
+        case LayoutKind::temperature:
+        case LayoutKind::head:
+            set_unless_stays(element.IDH, row.IDH);
+            break;
+        case LayoutKind::displacement:
+            set_unless_stays(element.THIC, row.THIC);
+            set_unless_stays(element.DEN, row.DEN);
+            break;
+    }
+}
+
+void rebuild_line_element(ElementRecord& element, const RebuildRow& row) {
+    ElementWords& w = element.words;
+    const std::int32_t corner[4] = {w.I1, w.I2, w.I3, w.I4};
+    w.I1 = sourced(row.NS[0], corner, w.I1);
+    w.I2 = sourced(row.NS[1], corner, w.I2);
+    w.I4 = w.I1;
+    w.I3 = w.I2;
+    set_unless_stays(w.MATNO, row.MATNEW);
+}
+
+// The first row whose old material is the element's applies.
+void rebuild(std::int8_t type, ElementRecord& element) {
+    const std::int32_t rows = type == EL_CONTINUUM ? EDIT.NEDC : type == EL_BEAM ? EDIT.NEDB : EDIT.NEDT;
+    for (std::int32_t i = 1; i <= rows; ++i) {
+        const RebuildRow& row = type == EL_CONTINUUM ? EDIT.EDC[i]
+                                : type == EL_BEAM    ? EDIT.EDB[i]
+                                                     : EDIT.EDT[i];
+        if (row.MATold != element.words.MATNO)
+            continue;
+        if (type == EL_CONTINUUM)
+            rebuild_continuum(element, row);
+        else
+            rebuild_line_element(element, row);
+        return;
+    }
+}
+
+bool is_excluded(std::int8_t type, std::int32_t material) {
+    switch (type) {
+        case EL_CONTINUUM:
+            return material == EDIT.MATX1 || material == EDIT.MATX2 || material == EDIT.MATX3;
+        case EL_BEAM:
+            return material == EDIT.MATXB;
+        default:
+            return material == EDIT.MATXT;
+    }
+}
+
+// IEDIT 2 deletes, IEDIT 3 changes the material. Returns what ETYPE becomes.
+std::int32_t delete_or_rename(std::int8_t type, ElementRecord& element) {
+    if (EDIT.IEDIT == 4 || !takes_side(element_inside(type, element)) ||
+        is_excluded(type, element.words.MATNO))
+        return type;
+    if (EDIT.IEDIT == 2)
+        return EL_DELETED;
+    const std::int32_t material = type == EL_CONTINUUM ? EDIT.MATNC
+                                  : type == EL_BEAM    ? EDIT.MATNB
+                                                       : EDIT.MATNT;
+    if (material != 0)
+        element.words.MATNO = material;
+    return type;
+}
+
+void edit_renumbered(const Channel& mesh, std::int8_t type, ElementRecord& element) {
+    const std::int32_t start = type == EL_CONTINUUM ? EDIT.NSNEL
+                               : type == EL_BEAM    ? EDIT.NSBEAM
+                                                    : EDIT.NSTRUS;
+    const std::int32_t number =
+        shifted(mesh, element.NEL, start - SOURCE.elements[type - EL_CONTINUUM].lowest, MAXEL, "element");
+    shift_corners(mesh, element.words, type == EL_CONTINUUM);
+    if (EDIT.IEDIT == 1 && EDIT.ILOC == 3)
+        code_nodes_of(type, element.words);
+    if (EDIT.IEDIT == 6)
+        rebuild(type, element);
+    store_element(number, type, element);
+    EACT1[number] = type;
+}
+
+}  // namespace
+
+void EDITNODES(Channel& mesh) {
+    for (std::int32_t i = 0; i < SOURCE.counts.NUMNP; ++i) {
+        NodeRecord node = read_node_record(mesh, SOURCE.stripped.NFIELDS);
+        if (renumbers()) {
+            const std::int32_t number =
+                shifted(mesh, node.NODE, EDIT.NSNODE - SOURCE.nodes.lowest, MAXNP, "node");
+            if (EDIT.IEDIT == 0) {
+                node.XC = (node.XC - EDIT.XO) * EDIT.SCX + EDIT.XN;
+                node.YC = (node.YC - EDIT.YO) * EDIT.SCY + EDIT.YN;
+                require_finite(mesh, node.NODE, node.XC, node.YC);
+            }
+            if (EDIT.IEDIT == 1 && EDIT.ILOC != 3 && takes_side(node_inside(node.NODE, node.XC, node.YC)))
+                node.ID = EDIT.IDNEW;
+            store_node(number, node);
+            NACT1[number] = 1;
+        } else if (keeps_numbers()) {
+            store_node(node.NODE, node);
+        }
+    }
+}
+
+void EDITELEMENTS(Channel& mesh, std::int8_t type) {
+    mesh.skip_lines(SOURCE.stripped.headings_of(type), "a heading line");
+    for (std::int32_t i = 0; i < SOURCE.counts.of(type); ++i) {
+        ElementRecord element = read_element_record(mesh, type);
+        if (renumbers()) {
+            edit_renumbered(mesh, type, element);
+        } else if (keeps_numbers()) {
+            const std::int32_t number = element.NEL;
+            const std::int32_t kept = delete_or_rename(type, element);
+            store_element(number, type, element);
+            ETYPE[number] = kept;
+        }
+    }
+}
+
+}  // namespace brelan

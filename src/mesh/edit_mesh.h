@@ -1,0 +1,16 @@
+// The edit itself: each record of the source mesh is changed as it is read into the tables.
+#pragma once
+
+#include <cstdint>
+
+#include "channel/channels.h"
+
+namespace brelan {
+
+// Reads and edits the nodes; the channel stands at the first node record and is left behind the last.
+void EDITNODES(Channel& mesh);
+
+// Reads and edits the elements of one type, headings included.
+void EDITELEMENTS(Channel& mesh, std::int8_t type);
+
+}  // namespace brelan

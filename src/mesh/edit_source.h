@@ -1,0 +1,21 @@
+// The source mesh of an edit: what its working copy holds, and the first numbers of the result.
+#pragma once
+
+#include "channel/channels.h"
+
+namespace brelan {
+
+// Reads the counts and finds the range of node numbers; leaves the channel at the first node record.
+void SCANNODES(Channel& mesh);
+
+// Reads all nodes into the side tables XC1 and YC1 with NACT1 set, resolves the listed polyline into NLIST,
+// clears NACT1 again and steps back to the first node record. `traced` is called between the steps.
+void SELECTNODES(Channel& mesh, void (*traced)(int step));
+
+// Finds the range of element numbers of each type; leaves the channel where it was.
+void SCANELEMENTS(Channel& mesh);
+
+// Raises the start numbers of beams and trusses so that the types do not share numbers.
+void FIXSTARTNUMBERS();
+
+}  // namespace brelan

@@ -1,0 +1,62 @@
+// What differs between the four kinds of mesh and is only data.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "run/settings.h"
+
+namespace brelan {
+
+// A heading line of a mesh section as it is written, leading blanks included.
+struct KindRow {
+    LayoutKind kind;
+    int node_codes;                  // words of IDN in use
+    int element_words;               // words of IEL that name nodes: with or without midside nodes
+    std::int32_t short_node_record;  // values on a node record without IEX and IEY; 0 where there are none
+    std::string_view node_heading;
+    std::string_view continuum_heading;
+    std::string_view node_record;  // the fields of a node record, for messages
+    std::string_view continuum_record;
+};
+
+inline constexpr std::array<KindRow, 4> KINDS{{
+    {LayoutKind::coupled, 5, 8, 8, "    NODE  ISX  ISY  IFX  IFY  IRZ  IEX  IEY       XC            YC ",
+     "    NEL     I1     I2     I3     I4     M5     M6     M7     M8 MATC    KS   KF INTR INTS   TBJWL",
+     "a node record (NODE, ISX, ISY, IFX, IFY, IRZ, IEX, IEY, XC, YC)",
+     "a continuum element record (NEL, I1 to I4, M5 to M8, MATC, KS, KF, INTR, INTS, TBJWL)"},
+    {LayoutKind::temperature, 2, 4, 0,
+     "    NODE   ID  IDF          XC            YC             T            CF ",
+     "    NEL     I1     I2     I3     I4 MATNO  IDH", "a node record (NODE, ID, IDF, XC, YC, T, CF)",
+     "a continuum element record (NEL, I1 to I4, MATNO, IDH)"},
+    {LayoutKind::head, 2, 4, 0, "    NODE   ID  IDF          XC            YC             H            CF ",
+     "    NEL     I1     I2     I3     I4 MATNO  IDH", "a node record (NODE, ID, IDF, XC, YC, H, CF)",
+     "a continuum element record (NEL, I1 to I4, MATNO, IDH)"},
+    {LayoutKind::displacement, 3, 8, 6, "    NODE  IDX  IDY  IDT  IEX  IEY       XC            YC ",
+     "    NEL     I1     I2     I3     I4     M5     M6     M7     M8  MATC   THIC        DEN",
+     "a node record (NODE, IDX, IDY, IDT, IEX, IEY, XC, YC)",
+     "a continuum element record (NEL, I1 to I4, M5 to M8, MATC, THIC, DEN)"},
+}};
+
+constexpr const KindRow& kind_row(LayoutKind kind) {
+    return KINDS[static_cast<std::size_t>(kind)];
+}
+inline const KindRow& kind_row() {
+    return kind_row(KIND());
+}
+
+// The table is addressed by kind.
+static_assert([] {
+    for (std::size_t i = 0; i < KINDS.size(); ++i)
+        if (static_cast<std::size_t>(KINDS[i].kind) != i)
+            return false;
+    return true;
+}());
+
+// True for the kinds whose nodes carry H (or T) and CF.
+inline bool has_node_values() {
+    return KIND() == LayoutKind::temperature || KIND() == LayoutKind::head;
+}
+
+}  // namespace brelan

@@ -1,0 +1,86 @@
+// The records of a mesh file: one node or element as text, by kind.
+#pragma once
+
+#include <cstdint>
+
+#include "channel/channels.h"
+#include "mesh/tables.h"
+
+namespace brelan {
+
+// The counts line of a mesh file.
+struct MeshCounts {
+    std::int32_t NUMNP = 0, NCONT = 0, NBEAM = 0, NTRUS = 0;
+
+    // The count of the section of an element type (EL_CONTINUUM, EL_BEAM, EL_TRUSS).
+    std::int32_t of(std::int8_t type) const {
+        return type == EL_CONTINUUM ? NCONT : type == EL_BEAM ? NBEAM : NTRUS;
+    }
+};
+
+struct NodeRecord {
+    std::int32_t NODE = 0;
+    NodeCodes ID{};
+    float XC = 0.0F, YC = 0.0F;
+    float H = 0.0F, CF = 0.0F;  // temperature and head kinds
+};
+
+struct ElementRecord {
+    std::int32_t NEL = 0;
+    ElementWords words;
+    std::int32_t KS = 0, KF = 0, INTR = 0, INTS = 0;  // coupled kind
+    float TBJWL = 0.0F;
+    float THIC = 0.0F, DEN = 0.0F;  // displacement kind
+    std::int32_t IDH = 0;           // temperature and head kinds
+};
+
+// What the stripper found out about a mesh file, for the reader of its working copy.
+struct StrippedMesh {
+    std::int32_t NFIELDS = 0;  // values on the first node record
+    // Heading lines in front of the sections' records, by type from EL_CONTINUUM: two of their own, and two
+    // more for each section before them that lost all its records.
+    std::int32_t heading_lines[3] = {2, 2, 2};
+
+    std::int32_t headings_of(std::int8_t type) const { return heading_lines[type - EL_CONTINUUM]; }
+};
+
+// --- reading: free-field, one record each; what follows the last field on its line is ignored
+// -----------------
+
+// Reads the counts. Ends the run at a count below 0 or above the tables' size.
+MeshCounts read_mesh_counts(Channel& mesh);
+
+// NFIELDS tells whether the file has IEX and IEY, which are passed over.
+NodeRecord read_node_record(Channel& mesh, std::int32_t NFIELDS);
+
+// Reads an element of a type; beams and trusses become I1 = I4 = I, I2 = I3 = J with the attributes that a
+// two-node element has in memory.
+ElementRecord read_element_record(Channel& mesh, std::int8_t type);
+
+// Reads the number of an element alone.
+std::int32_t read_element_number(Channel& mesh, std::int8_t type);
+
+// --- writing
+// ----------------------------------------------------------------------------------------------------
+
+// The counts as the stripper hands them on, free-field.
+void write_mesh_counts(Channel& mesh, const MeshCounts& counts);
+
+// Name line, heading and counts of a mesh file.
+void write_mesh_head(Channel& mesh, std::string_view name, const MeshCounts& counts);
+void write_node_heading(Channel& mesh);
+void write_section_heading(Channel& mesh, std::int8_t type);
+void write_node_record(Channel& mesh, const NodeRecord& node);
+
+// Writes the record with its fields as they are.
+void write_element_record(Channel& mesh, std::int8_t type, const ElementRecord& element);
+
+// --- between records and tables
+// ---------------------------------------------------------------------------------
+
+// Stores an element's words and attributes at a number. Kinds without midside nodes leave M5 to M8 as they
+// were.
+void store_element(std::int32_t number, std::int8_t type, const ElementRecord& element);
+ElementRecord load_element(std::int32_t number);
+
+}  // namespace brelan

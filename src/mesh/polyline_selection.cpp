@@ -1,0 +1,90 @@
+#include "mesh/polyline_selection.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "mesh/tables.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr float SAME_POINT_SQUARED = 1.0E-6F;  // squared length below which two points are one
+constexpr float ON_LINE = 0.001F;  // distance from the line, and beyond its ends, that is still on it
+
+struct Segment {
+    float x = 0.0F, y = 0.0F;    // start
+    float ux = 0.0F, uy = 0.0F;  // unit vector
+    float length = 0.0F;
+    bool skipped = false;  // too short
+};
+
+struct Claim {
+    float position;
+    std::int32_t node;
+};
+
+std::vector<Segment> segments_through(std::span<const std::int32_t> points) {
+    std::vector<Segment> segments;
+    for (std::size_t i = 0; i + 1 < points.size(); ++i) {
+        Segment s;
+        s.x = XC1[points[i]];
+        s.y = YC1[points[i]];
+        const float dx = XC1[points[i + 1]] - s.x;
+        const float dy = YC1[points[i + 1]] - s.y;
+        const float squared = dx * dx + dy * dy;
+        s.skipped = squared < SAME_POINT_SQUARED;
+        s.length = std::sqrt(squared);
+        if (!s.skipped) {
+            s.ux = dx / s.length;
+            s.uy = dy / s.length;
+        }
+        segments.push_back(s);
+    }
+    return segments;
+}
+
+// True when the point is on the segment; position is then its place along it.
+bool on_segment(const Segment& s, float x, float y, float& position) {
+    const float vx = x - s.x;
+    const float vy = y - s.y;
+    const float squared = vx * vx + vy * vy;
+    if (squared < SAME_POINT_SQUARED) {
+        position = squared;
+        return true;
+    }
+    const float cross = s.ux * vy - s.uy * vx;
+    const float dot = s.ux * vx + s.uy * vy;
+    position = dot;
+    return std::abs(cross) <= ON_LINE && dot >= -ON_LINE && dot <= s.length + ON_LINE;
+}
+
+}  // namespace
+
+std::vector<std::int32_t> SELECTPOLYLINE(std::span<const std::int32_t> points) {
+    const std::vector<Segment> segments = segments_through(points);
+    std::vector<std::vector<Claim>> claims(segments.size());
+    for (std::int32_t n = 1; n <= MAXNP; ++n) {
+        if (NACT1[n] == 0)
+            continue;
+        for (std::size_t k = 0; k < segments.size(); ++k) {
+            float position = 0.0F;
+            if (segments[k].skipped || !on_segment(segments[k], XC1[n], YC1[n], position))
+                continue;
+            claims[k].push_back({position, n});
+            break;
+        }
+    }
+    std::vector<std::int32_t> selected;
+    for (std::vector<Claim>& on_one : claims) {
+        std::stable_sort(on_one.begin(), on_one.end(),
+                         [](const Claim& a, const Claim& b) { return a.position < b.position; });
+        for (const Claim& claim : on_one)
+            selected.push_back(claim.node);
+    }
+    for (const std::int32_t n : selected)
+        NLIST[n] = n;
+    return selected;
+}
+
+}  // namespace brelan

@@ -1,0 +1,34 @@
+// The result mesh of an edit as a file, written section by section, and its copy.
+#pragma once
+
+#include <cstdint>
+
+#include "channel/channels.h"
+#include "mesh/edit_tables.h"
+
+namespace brelan {
+
+// What the result holds: active nodes (NACT1) and elements by type (EACT1), with the ranges of their numbers.
+struct ResultMesh {
+    MeshCounts counts;
+    NumberRange nodes, elements;
+};
+
+void COUNTNODES(ResultMesh& result);
+void COUNTELEMENTS(ResultMesh& result);
+
+// The records of the active nodes, in ascending number.
+void WRITENODES(Channel& mesh, const ResultMesh& result);
+
+// Headings and records of one type, in ascending number. A negative IDH is written as its absolute value less
+// 100: the solver knows codes of 100 and above by their sign only inside the package.
+void WRITEELEMENTS(Channel& mesh, const ResultMesh& result, std::int8_t type);
+
+// The two lines that close a file of the edit.
+void WRITECLOSING(Channel& mesh);
+
+// Copies the lines of a mesh file, from its start and 320,000 at most, as 126 columns each. Rewinds the
+// source.
+void COPYRESULT(Channel& mesh, Channel& copy);
+
+}  // namespace brelan

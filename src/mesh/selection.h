@@ -1,0 +1,51 @@
+// Which nodes and elements an edit acts on.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "mesh/edit_tables.h"
+
+namespace brelan {
+
+// Expands a number list into a selection table: n sets entry n to n, a following -m all entries from the
+// number before it plus 1 to m. Returns the settings made, repeats included. A 0 sets nothing. Ends the run
+// at a negative first entry and at a number that the table does not have.
+template <class SelectionTable>
+std::int32_t EXPLIST(std::span<const std::int32_t> list, SelectionTable& table) {
+    std::int32_t settings = 0;
+    std::int32_t previous = 0;
+    bool first = true;
+    for (const std::int32_t entry : list) {
+        if (entry < -SelectionTable::SIZE || entry > SelectionTable::SIZE)
+            FAIL("number list: expected numbers of at most " + std::to_string(SelectionTable::SIZE) +
+                 ", found " + std::to_string(entry));
+        if (first && entry < 0)
+            FAIL("number list: expected a first number that is not negative, found " + std::to_string(entry));
+        first = false;
+        for (std::int32_t n = entry < 0 ? previous + 1 : entry; n != 0 && n <= std::abs(entry); ++n) {
+            table[n] = n;
+            ++settings;
+        }
+        previous = entry < 0 ? -entry : entry;
+    }
+    return settings;
+}
+
+// Makes the selection tables ready from the cards: the expanded list for ILOC 1.
+void PREPARESELECTION();
+
+// True when the selection takes what is inside (ISIDE 0) or outside (ISIDE 1); any other ISIDE takes nothing.
+bool takes_side(bool inside);
+
+// True when a node of the source mesh, by its old number, is inside the selection.
+bool node_inside(std::int32_t number, float x, float y);
+
+// True when an element is inside the selection: by its centroid for ILOC 0, by its number for ILOC 1.
+bool element_inside(std::int8_t type, const ElementRecord& element);
+
+// True when the material is on the list of ILOC 3.
+bool material_listed(std::int32_t material);
+
+}  // namespace brelan

@@ -1,0 +1,15 @@
+// Mode 1: one mesh is read, edited and written.
+#pragma once
+
+namespace brelan {
+
+// Opens the files of the edit and strips the source mesh.
+void open_edit_files();
+
+// Reads Cards 3.2 and 3.3 and the group of IEDIT; fires the pass of the edit.
+void read_edit();
+
+// Passes 6 to 27.2.
+void run_edit();
+
+}  // namespace brelan

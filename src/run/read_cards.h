@@ -1,0 +1,23 @@
+// The driver's reading of the normalised deck. Each routine reads the cards of its name from channel 3, in
+// the order in which the checker wrote them.
+#pragma once
+
+#include "channel/text_line.h"
+
+namespace brelan {
+
+inline TextLine
+    FILEA;  // file names of Cards 2.1 and 3.1; FILEA is the deck's result when the next deck begins
+inline TextLine FILEB;
+inline TextLine FILEC;
+inline TextLine FILEM;
+
+TextLine read_file_name();
+
+// Cards 3.2 and 3.3.
+void read_edit_cards();
+
+// The cards that follow Card 3.3 for its IEDIT, into EDIT.
+void read_edit_group();
+
+}  // namespace brelan

@@ -1,0 +1,105 @@
+#include "run/start_up.h"
+
+#include <array>
+#include <string>
+
+#include "channel/channels.h"
+#include "channel/console.h"
+#include "channel/free_field.h"
+#include "channel/run_end.h"
+#include "deck/deck_tables.h"
+#include "run/channel_numbers.h"
+#include "run/flush_to_zero.h"
+#include "run/settings.h"
+#include "run/trace.h"
+
+namespace brelan {
+
+namespace {
+
+// The debug and trace files of an edition: editions 7 and 8 have none.
+struct EditionRow {
+    std::int32_t edition;
+    std::string_view debug_file, trace_file;
+};
+constexpr std::array<EditionRow, 10> EDITIONS{{
+    {1, "C:\\VORK\\QX\\QXDATA\\DEBUG\\Brelan_P1.dat", "Brelan_P1.deb"},
+    {2, "C:\\VORK\\QX\\QXDATA\\DEBUG\\Brelan_P2.dat", "Brelan_P2.deb"},
+    {3, "C:\\VORK\\QX\\QXDATA\\DEBUG\\Brelan_P3.dat", "Brelan_P3.deb"},
+    {4, "C:\\VORK\\QX\\QXDATA\\DEBUG\\Brelan_P4.dat", "Brelan_P4.deb"},
+    {5, "C:\\VORK\\QX\\QXDATA\\DEBUG\\Brelan_P5.dat", "Brelan_P5.deb"},
+    {6, "C:\\VORK\\QX\\QXDATA\\DEBUG\\Brelan_P6.dat", "Brelan_P6.deb"},
+    {9, "C:\\VORK\\QX\\QXDATA\\DEBUG\\Brelan_P7.dat", "Brelan_P7.deb"},
+    {10, "C:\\VORK\\QX\\QXDATA\\DEBUG\\Brelan_P8.dat", "Brelan_P8.deb"},
+    {11, "C:\\VORK\\QX\\QXDATA\\DEBUG\\Brelan_P9.dat", "Brelan_P9.deb"},
+    {12, "C:\\VORK\\QX\\QXDATA\\DEBUG\\Brelan_P0.dat", "Brelan_P0.deb"},
+}};
+
+// Shown in the trace only.
+constexpr std::int32_t MODULESIZE = 4;
+
+std::int32_t read_setting(std::string_view file, std::string_view expected) {
+    std::int32_t value = 0;
+    read_free(open_channel(CH_DATA, file, OpenStatus::old), expected, value);
+    close_channel(CH_DATA);
+    return value;
+}
+
+void begin_trace() {
+    EditionRow row{};
+    for (const EditionRow& candidate : EDITIONS)
+        if (candidate.edition == IPROGM)
+            row = candidate;
+    if (FILE_EXISTS(row.debug_file)) {
+        read_free(open_channel(CH_EXIST, row.debug_file, OpenStatus::old),
+                  "the debug switches (IDEBUG, DBGPASS)", IDEBUG, DBGPASS);
+        close_channel(CH_EXIST);
+        if (IDEBUG > 0) {
+            open_trace(row.trace_file);
+            trace_line(" Start debugging ... ");
+        }
+    }
+    if (IDEBUG > 0 && DBGPASS >= 1.0F) {
+        trace_line(" 32 BIT RELEASE: MODULESIZE = ", MODULESIZE);
+        TRACE(" Pass 1 ", 1.0F);
+    }
+}
+
+void ask_deck_name() {
+    console_write(" BRELAN-2D is running ... \n");
+    console_write(" Type Input  File Name : ");
+    std::string answer;
+    if (!console_read(answer))
+        FAIL("console: standard input ends here; expected the name of a card deck");
+    DECKNAME = TextLine(answer);
+    if (DECKNAME.blank())
+        FAIL("console: expected the name of a card deck, found a blank line");
+}
+
+void read_deck_name() {
+    Channel& names = open_channel(CH_DATA, "TFNAME.TMP", OpenStatus::old);
+    names.rewind();
+    DECKNAME = names.read_line("the name of a card deck");
+    if (DECKNAME.blank())
+        names.fail_behind("expected the name of a card deck, found a blank line");
+    close_channel(CH_DATA);
+}
+
+}  // namespace
+
+void STARTUP() {
+    flush_to_zero();
+    IPROGM = read_setting("C:\\VORK\\QX\\QXDATA\\PROGRAM.DAT", "the edition number (IPROGM)");
+    ISKEL = skeleton_switch(IPROGM);
+    IDEBUG = 0;
+    begin_trace();
+    const std::int32_t manual = read_setting("C:\\VORK\\QX\\QXDATA\\MANUAL.DAT", "the console mode");
+    const std::int32_t front_end = read_setting("C:\\VORK\\QX\\QXDATA\\HUBPLOT.DAT", "the front end mode");
+    if (front_end != 1 && manual == 1)
+        ask_deck_name();
+    else
+        read_deck_name();
+    TRACE(" Pass 2 ", 2.0F);
+}
+
+}  // namespace brelan
