@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <string>
 
-#include "channel/run_end.h"
-
 namespace brelan {
 
 namespace {
@@ -72,6 +70,37 @@ void FreeFieldReader::fail_value(const char* at, NumberScan scan, bool integer) 
                        "\"" + (scan == NumberScan::too_large ? ", which is too large" : ""));
 }
 
+// Takes the number at a position; the channel then stands behind it.
+template <class Number>
+NumberScan FreeFieldReader::take(std::size_t position, Number& value) {
+    const char* const begin = channel_.content_.data();
+    const char* at = begin + position;
+    const NumberScan scan = scan_number(at, begin + channel_.content_.size(), value);
+    if (scan == NumberScan::ok)
+        channel_.position_ = static_cast<std::size_t>(at - begin);
+    return scan;
+}
+
+// Takes n* at the current position as the count of repeats; false where the text is another.
+bool FreeFieldReader::take_repeat_count() {
+    const char* const begin = channel_.content_.data();
+    const char* const end = begin + channel_.content_.size();
+    const char* at = begin + channel_.position_;
+    const char* star = std::find_if(at, end, [](char c) { return c < '0' || c > '9'; });
+    if (star == at || star == end || *star != '*')
+        return false;
+    const std::string digits = std::string(at, star) + " ";
+    const char* count = digits.data();
+    std::int32_t repeats = 0;
+    if (scan_number(count, count + digits.size(), repeats) != NumberScan::ok || repeats == 0)
+        return false;
+    ++star;
+    channel_.position_ = static_cast<std::size_t>(star - begin);
+    repeats_ = repeats;
+    repeated_ = star == end || separates(*star) ? NULL_VALUE : channel_.position_;
+    return true;
+}
+
 template <class Number>
 void FreeFieldReader::read_value(Number& value) {
     constexpr bool integer = std::is_same_v<Number, std::int32_t>;
@@ -81,39 +110,18 @@ void FreeFieldReader::read_value(Number& value) {
     if (repeats_ == 0) {
         if (!find_value())
             return;
-        const char* const begin = channel_.content_.data();
-        const char* const end = begin + channel_.content_.size();
-        const char* at = begin + channel_.position_;
-        const char* digits_end = std::find_if(at, end, [](char c) { return c < '0' || c > '9'; });
-        if (digits_end != at && digits_end != end && *digits_end == '*') {
-            // n*value or n*
-            const std::string count_text = std::string(at, digits_end) + " ";
-            const char* count = count_text.data();
-            std::int32_t repeats = 0;
-            const NumberScan scan = scan_number(count, count + count_text.size(), repeats);
-            if (scan != NumberScan::ok || repeats == 0)
-                fail_value(at, scan, integer);
-            repeats_ = repeats;
-            at = digits_end + 1;
-            channel_.position_ = static_cast<std::size_t>(at - begin);
-            repeated_ = at == end || separates(*at) ? NULL_VALUE : channel_.position_;
-        } else {
-            repeats_ = 1;
-            repeated_ = channel_.position_;
-        }
         separator_due_ = true;
+        const NumberScan scan = take(channel_.position_, value);
+        if (scan == NumberScan::ok)
+            return;
+        if (!take_repeat_count())
+            fail_value(channel_.content_.data() + channel_.position_, scan, integer);
     }
     --repeats_;
     if (repeated_ == NULL_VALUE)
         return;
-    const char* const begin = channel_.content_.data();
-    const char* const end = begin + channel_.content_.size();
-    const char* at = begin + repeated_;
-    Number number{};
-    if (const NumberScan scan = scan_number(at, end, number); scan != NumberScan::ok)
-        fail_value(begin + repeated_, scan, integer);
-    value = number;
-    channel_.position_ = static_cast<std::size_t>(at - begin);
+    if (const NumberScan scan = take(repeated_, value); scan != NumberScan::ok)
+        fail_value(channel_.content_.data() + repeated_, scan, integer);
 }
 
 template void FreeFieldReader::read_value(std::int32_t& value);

@@ -39,6 +39,9 @@ public:
 private:
     template <class Number>
     void read_value(Number& value);
+    template <class Number>
+    NumberScan take(std::size_t position, Number& value);
+    bool take_repeat_count();
     bool find_value();
     bool at_line_end(const char* at) const;
     void next_line(const char* at);

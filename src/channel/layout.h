@@ -16,6 +16,7 @@
 #include <span>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "channel/channels.h"
 #include "channel/number_text.h"
@@ -154,6 +155,8 @@ public:
     static constexpr LayoutFields FIELDS = LayoutParser(NOTATION.view()).parse();
     static_assert(FIELDS.valid, "this is not the notation of a record layout");
 
+    static constexpr const LayoutField& field_at(int i) { return FIELDS.field[static_cast<std::size_t>(i)]; }
+
     // Values that one record takes.
     static constexpr int VALUES = [] {
         int values = 0;
@@ -182,9 +185,7 @@ public:
     // Puts the fields at a place in a record that is being built, and returns the place behind them.
     template <class... Values>
     requires(accepts<Values...>()) char* put(char* at, const Values&... values) const {
-        int field = 0;
-        (put_next(at, field, values), ...);
-        put_rest(at, field);
+        put_all(at, std::make_index_sequence<sizeof...(Values)>{}, values...);
         return at;
     }
 
@@ -228,8 +229,6 @@ private:
         return static_cast<std::size_t>(width);
     }();
 
-    static constexpr const LayoutField& field_at(int i) { return FIELDS.field[static_cast<std::size_t>(i)]; }
-
     template <class Value>
     static constexpr bool takes(const LayoutField& field) {
         using Plain = std::remove_cvref_t<Value>;
@@ -258,12 +257,7 @@ private:
         const std::size_t own = (own_length(values) + ... + std::size_t{0});
         char* const begin = channel.begin_record(WIDTH + own);
         char* at = begin;
-        int field = 0;
-        (put_next(at, field, values), ...);
-        if (sizeof...(Values) == static_cast<std::size_t>(VALUES))
-            put_rest(at, field);
-        else
-            put_blanks(at, field);
+        put_all(at, std::make_index_sequence<sizeof...(Values)>{}, values...);
         channel.end_record(static_cast<std::size_t>(at - begin));
     }
 
@@ -297,6 +291,36 @@ private:
     // group such as (3X,I5) they come first, in one such as (I5,1X) last.
     static constexpr bool leads_to_value(int field) {
         return FIELDS.count > 0 && field_at(FIELDS.count - 1).takes_value() && field + 1 < FIELDS.count;
+    }
+
+    // The place in the layout of each value, known when compiled.
+    static constexpr std::array<int, static_cast<std::size_t>(VALUES) + 1> PLACES = [] {
+        std::array<int, static_cast<std::size_t>(VALUES) + 1> places{};
+        std::size_t value = 0;
+        for (int i = 0; i < FIELDS.count; ++i)
+            if (field_at(i).takes_value())
+                places[value++] = i;
+        places[value] = FIELDS.count;
+        return places;
+    }();
+
+    // Each value with what stands between it and the value before; then what stands behind the last.
+    template <std::size_t... INDEX, class... Values>
+    static void put_all(char*& at, std::index_sequence<INDEX...>, const Values&... values) {
+        (put_one<INDEX>(at, values), ...);
+        constexpr std::size_t count = sizeof...(Values);
+        int field = count == 0 ? 0 : PLACES[count == 0 ? 0 : count - 1] + 1;
+        if constexpr (count == static_cast<std::size_t>(VALUES))
+            put_rest(at, field);
+        else
+            put_blanks(at, field);
+    }
+    template <std::size_t INDEX, class Value>
+    static void put_one(char*& at, const Value& value) {
+        constexpr int first = INDEX == 0 ? 0 : PLACES[INDEX == 0 ? 0 : INDEX - 1] + 1;
+        for (int field = first; field < PLACES[INDEX]; ++field)
+            put_fill(at, field_at(field));
+        put_value(at, field_at(PLACES[INDEX]), value);
     }
 
     template <class Value>

@@ -42,9 +42,12 @@ struct Decimal {
 bool quick_decimal(double magnitude, int digits, Decimal& result) {
     if (digits > MOST_DIGITS || magnitude < static_cast<double>(std::numeric_limits<float>::min()))
         return false;
-    int binary_exponent = 0;
-    std::frexp(magnitude, &binary_exponent);
-    int exponent = static_cast<int>(std::floor((binary_exponent - 1) * 0.30102999566398120)) + 1;
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &magnitude, sizeof bits);
+    const int binary_exponent = static_cast<int>(bits >> 52) - 1023;
+    // floor(binary_exponent * log10(2)) + 1, exact for every exponent of a 32-bit real: never more than the
+    // decimal exponent, and one less at the most.
+    int exponent = ((binary_exponent * 78913) >> 18) + 1;
     for (int attempt = 0; attempt < 2; ++attempt) {
         const int scale = digits - exponent;
         if (scale > LARGEST_POWER || scale < -LARGEST_POWER)
@@ -56,11 +59,11 @@ bool quick_decimal(double magnitude, int digits, Decimal& result) {
             ++exponent;
             continue;
         }
-        const double whole = std::floor(scaled);
-        const double fraction = scaled - whole;
+        const auto whole = static_cast<std::uint64_t>(scaled);
+        const double fraction = scaled - static_cast<double>(whole);
         if (std::abs(fraction - 0.5) < 1e-4)
             return false;
-        result.digits = static_cast<std::uint64_t>(whole) + (fraction > 0.5 ? 1U : 0U);
+        result.digits = whole + (fraction > 0.5 ? 1U : 0U);
         result.exponent = exponent;
         if (static_cast<double>(result.digits) >= limit) {
             result.digits /= 10;
