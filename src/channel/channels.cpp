@@ -57,15 +57,15 @@ Channel::~Channel() {
 void Channel::fail_at(int line, std::string_view message) const {
     const auto index = static_cast<std::size_t>(std::max(line, 0));
     // A copy names the line it was made from; behind its last line, the line after the last known one.
-    if (!origin_name_.empty()) {
-        if (index < origin_line_.size() && origin_line_[index] > 0)
-            FAIL(origin_name_ + ", line " + std::to_string(origin_line_[index]) + ": " +
+    if (!origin_.name.empty()) {
+        if (index < origin_.line.size() && origin_.line[index] > 0)
+            FAIL(origin_.name + ", line " + std::to_string(origin_.line[index]) + ": " +
                  std::string(message));
-        if (index == origin_line_.size() && index > 0 && origin_line_[index - 1] > 0)
-            FAIL(origin_name_ + ", line " + std::to_string(origin_line_[index - 1] + 1) + ": " +
+        if (index == origin_.line.size() && index > 0 && origin_.line[index - 1] > 0)
+            FAIL(origin_.name + ", line " + std::to_string(origin_.line[index - 1] + 1) + ": " +
                  std::string(message));
-        if (origin_line_.empty())
-            FAIL(origin_name_ + ", line 1: " + std::string(message));
+        if (origin_.line.empty())
+            FAIL(origin_.name + ", line 1: " + std::string(message));
     }
     FAIL(name_ + ", line " + std::to_string(index + 1) + ": " + std::string(message));
 }
@@ -240,8 +240,8 @@ void Channel::step_back(int lines) {
 
 void Channel::cut_behind_position() {
     content_.resize(position_);
-    if (static_cast<std::size_t>(lines_before_) < origin_line_.size())
-        origin_line_.resize(static_cast<std::size_t>(lines_before_));
+    if (static_cast<std::size_t>(lines_before_) < origin_.line.size())
+        origin_.line.resize(static_cast<std::size_t>(lines_before_));
     if (on_disk_ <= position_)
         return;
     on_disk_ = position_;
@@ -270,9 +270,9 @@ void Channel::end_record(std::size_t used) {
     if (followed_ != nullptr) {
         const int line = followed_->lines_before_ - 1;
         const auto index = static_cast<std::size_t>(std::max(line, 0));
-        const bool copied = !followed_->origin_name_.empty();
-        origin_line_.push_back(!copied                                  ? line + 1
-                               : index < followed_->origin_line_.size() ? followed_->origin_line_[index]
+        const bool copied = !followed_->origin_.name.empty();
+        origin_.line.push_back(!copied                                  ? line + 1
+                               : index < followed_->origin_.line.size() ? followed_->origin_.line[index]
                                                                         : 0);
     }
     if (write_through_ || content_.size() - on_disk_ > WRITE_CHUNK)
@@ -295,8 +295,8 @@ void Channel::write_columns(std::string_view line) {
 
 void Channel::follow(const Channel& source) {
     followed_ = &source;
-    origin_name_ = source.origin_name_.empty() ? source.name_ : source.origin_name_;
-    origin_line_.resize(static_cast<std::size_t>(lines_before_), 0);
+    origin_.name = source.origin_.name.empty() ? source.name_ : source.origin_.name;
+    origin_.line.resize(static_cast<std::size_t>(lines_before_), 0);
 }
 
 // --- the table of channels

@@ -26,6 +26,13 @@ enum class OpenStatus {
 
 enum class CloseAction { keep, remove };
 
+// Where the lines of a working copy stem from: the user's file, and the line there for each line of the copy
+// from 0; 0 where none is known.
+struct LineOrigin {
+    std::string name;
+    std::vector<int> line;
+};
+
 class Channel {
 public:
     Channel() = default;
@@ -81,6 +88,10 @@ public:
     // so that a message about this working copy names the user's own file and line.
     void follow(const Channel& source);
 
+    // Hands the origins of a copy on to the channel that reads it again.
+    const LineOrigin& origin() const { return origin_; }
+    void set_origin(const LineOrigin& origin) { origin_ = origin; }
+
     // Writes what is pending to disk.
     void flush();
 
@@ -118,8 +129,7 @@ private:
 
     // Where the lines of a working copy stem from.
     const Channel* followed_ = nullptr;
-    std::string origin_name_;
-    std::vector<int> origin_line_;  // by line of this channel from 0; 0 where none is known
+    LineOrigin origin_;
 };
 
 inline constexpr int CHANNEL_NUMBERS = 1000;

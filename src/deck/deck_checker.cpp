@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 
+#include "basemesh/block_tables.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/real_to_integer.h"
@@ -203,6 +204,9 @@ std::int32_t check_base_mesh() {
     pass(CARD_4_1);
     const std::int32_t NBX = value_of(1);
     const std::int32_t NBY = value_of(2);
+    if (NBX < 1 || NBX > MAXBLOCKROWS || NBY < 1 || NBY > MAXBLOCKROWS)
+        deck().fail_behind("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MAXBLOCKROWS) +
+                           ", found " + std::to_string(NBX) + " and " + std::to_string(NBY));
     pass(CARD_4_2);
     for (std::int32_t column = 1; column <= NBX; ++column)
         pass(CARD_4_3);
@@ -263,6 +267,7 @@ void DECKCHK(TextLine& deck_name, std::string_view normalised_name) {
     if (edit_switch == 1)
         check_edit();
 
+    DECKORIGIN = normalised().origin();
     for (const int number : {CH_DECK, CH_STRIPPED, CH_NORMALISED, CH_LISTING})
         close_channel(number);
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 
+#include "channel/channels.h"
 #include "channel/text_line.h"
 #include "mesh/table.h"
 
@@ -20,6 +21,8 @@ inline Table<TextLine, MAXDECKS, "DECKLIST"> DECKLIST;  // entry 1 is the user's
 inline std::int32_t DECKCOUNT = 1;                      // entries in use
 inline std::int32_t DECKNO = 0;                         // entry being run
 inline TextLine DECKNAME;                               // name of the deck being run
+
+inline LineOrigin DECKORIGIN;  // the deck's lines behind those of the normalised deck
 
 inline std::int32_t JKPREP = 0;    // JK of a Card 1.1 that gives none; set by the earth-dam deck writer
 inline std::int32_t MODEL = 0;     // slope template of Card 3.3.6.1

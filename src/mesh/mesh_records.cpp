@@ -1,5 +1,6 @@
 #include "mesh/mesh_records.h"
 
+#include <cstdlib>
 #include <string>
 
 #include "channel/free_field.h"
@@ -220,6 +221,26 @@ ElementRecord load_element(std::int32_t number) {
             break;
     }
     return e;
+}
+
+ElementRecord load_element_for_writing(std::int32_t number) {
+    ElementRecord e = load_element(number);
+    if (e.IDH < 0)
+        e.IDH = std::abs(e.IDH) - 100;
+    return e;
+}
+
+NodeRecord load_node(std::int32_t number) {
+    NodeRecord node;
+    node.NODE = number;
+    node.ID = IDN[number];
+    node.XC = XC[number];
+    node.YC = YC[number];
+    if (has_node_values()) {
+        node.H = H[number];
+        node.CF = CF[number];
+    }
+    return node;
 }
 
 }  // namespace brelan

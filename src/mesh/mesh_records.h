@@ -83,4 +83,10 @@ void write_element_record(Channel& mesh, std::int8_t type, const ElementRecord& 
 void store_element(std::int32_t number, std::int8_t type, const ElementRecord& element);
 ElementRecord load_element(std::int32_t number);
 
+// The element as a result file shows it: a negative IDH as its absolute value less 100.
+ElementRecord load_element_for_writing(std::int32_t number);
+
+// The node of the working set at a number.
+NodeRecord load_node(std::int32_t number);
+
 }  // namespace brelan

@@ -1,19 +1,8 @@
 #include "mesh/result_file.h"
 
-#include <cstdlib>
-
 #include "channel/free_field.h"
-#include "mesh/kinds.h"
 
 namespace brelan {
-
-namespace {
-
-std::int32_t written_IDH(std::int32_t stored) {
-    return stored < 0 ? std::abs(stored) - 100 : stored;
-}
-
-}  // namespace
 
 void COUNTNODES(ResultMesh& result) {
     for (std::int32_t n = 1; n <= MAXNP; ++n) {
@@ -44,31 +33,16 @@ void COUNTELEMENTS(ResultMesh& result) {
 }
 
 void WRITENODES(Channel& mesh, const ResultMesh& result) {
-    NodeRecord node;
-    for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
-        if (NACT1[n] != 1)
-            continue;
-        node.NODE = n;
-        node.ID = IDN[n];
-        node.XC = XC[n];
-        node.YC = YC[n];
-        if (has_node_values()) {
-            node.H = H[n];
-            node.CF = CF[n];
-        }
-        write_node_record(mesh, node);
-    }
+    for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n)
+        if (NACT1[n] == 1)
+            write_node_record(mesh, load_node(n));
 }
 
 void WRITEELEMENTS(Channel& mesh, const ResultMesh& result, std::int8_t type) {
     write_section_heading(mesh, type);
-    for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n) {
-        if (EACT1[n] != type)
-            continue;
-        ElementRecord element = load_element(n);
-        element.IDH = written_IDH(element.IDH);
-        write_element_record(mesh, type, element);
-    }
+    for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
+        if (EACT1[n] == type)
+            write_element_record(mesh, type, load_element_for_writing(n));
 }
 
 void WRITECLOSING(Channel& mesh) {

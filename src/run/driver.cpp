@@ -6,8 +6,11 @@
 #include "deck/deck_checker.h"
 #include "deck/deck_tables.h"
 #include "deck/error_report.h"
+#include "mesh/combine_tables.h"
 #include "mesh/tables.h"
+#include "run/base_mesh_run.h"
 #include "run/channel_numbers.h"
+#include "run/combination_run.h"
 #include "run/edit_run.h"
 #include "run/read_cards.h"
 #include "run/start_up.h"
@@ -32,6 +35,12 @@ void CLEANSHELL() {
     }
 }
 
+void run_mode_0() {
+    open_combination();
+    open_channel(CH_RESULT_COPY, "MeshFile.Mes", OpenStatus::work);
+    run_combination();
+}
+
 void run_mode_1() {
     // With IEDIT 5 the deck names no FILEA.
     if (LOOKEDIT != 5)
@@ -44,6 +53,20 @@ void run_mode_1() {
     read_edit();
     open_channel(CH_RESULT_COPY, "MeshFile.Mes", OpenStatus::work);
     run_edit();
+    FILEA = FILEM;
+}
+
+// A base mesh that no edit follows is passed on unchanged.
+void run_base_mesh_alone() {
+    RESETMESH();
+    FILEA = TextLine("..\\Bmesh.dat");
+    FILEM = TextLine("Basic.Tmp");
+    open_edit_files();
+    set_identity_edit();
+    TRACE(" Pass 4C ", 4.3F);
+    open_channel(CH_RESULT_COPY, "MeshFile.Mes", OpenStatus::work);
+    run_edit();
+    FILEA = FILEM;
 }
 
 // A mode that no cards belong to: the passes begin, and find no mesh.
@@ -56,31 +79,42 @@ void run_mode_1() {
                    ": no mesh is open");
 }
 
+void end_deck() {
+    for (const int number : {CH_DECK, CH_DATA, CH_MESH_A, CH_MESH_B, CH_WORK, CH_RESULT_COPY, CH_SOURCE_A,
+                             CH_SOURCE_B, CH_RESULT})
+        close_channel(number);
+}
+
 void run_deck() {
     DECKNAME = DECKLIST[DECKNO];
     DECKCHK(DECKNAME, NORMALISED_DECK);
     Channel& deck = open_channel(CH_DECK, NORMALISED_DECK, OpenStatus::old);
+    deck.set_origin(DECKORIGIN);
     std::int32_t IMOD = 0;
     std::int32_t JK = 0;
     read_free(deck, "Card 1.1 (IMOD, JK)", IMOD, JK);
+    KEEPDUP = IMOD == -1;
+    if (KEEPDUP)
+        IMOD = 0;
     TRACE(" Pass 3 ...", 3.0F);
-    if (IMOD == -1 || IMOD == 0)
-        deck.fail_behind(
-            "expected a mode that this version can run; the combination of IMOD 0 is not available yet");
     if (IMOD == 2) {
-        TRACE(" Pass 4A ", 4.1F);
-        deck.fail_behind(
-            "expected a mode that this version can run; the base mesh of IMOD 2 is not available yet");
+        IMOD = 1;
+        if (run_base_mesh() == 0) {
+            run_base_mesh_alone();
+            end_deck();
+            return;
+        }
     }
     RESETMESH();
     TRACE(" Pass 4D ", 4.4F);
-    if (IMOD != 1)
+    if (IMOD == 0) {
+        run_mode_0();
+    } else if (IMOD == 1) {
+        run_mode_1();
+    } else {
         run_unknown_mode(IMOD);
-    run_mode_1();
-    FILEA = FILEM;
-    for (const int number : {CH_DECK, CH_DATA, CH_MESH_A, CH_MESH_B, CH_WORK, CH_RESULT_COPY, CH_SOURCE_A,
-                             CH_SOURCE_B, CH_RESULT})
-        close_channel(number);
+    }
+    end_deck();
 }
 
 }  // namespace

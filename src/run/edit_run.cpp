@@ -5,6 +5,7 @@
 #include "channel/channels.h"
 #include "channel/run_end.h"
 #include "deck/strip_mesh.h"
+#include "mesh/compaction.h"
 #include "mesh/edit_mesh.h"
 #include "mesh/edit_source.h"
 #include "mesh/edit_tables.h"
@@ -105,8 +106,18 @@ void run_moves() {
 
 // Passes 15 to 19: the numbering closes up (IEDIT 2, 3 and 4).
 void run_compaction() {
-    if (EDIT.IEDIT == 2 || EDIT.IEDIT == 3)
-        fail_not_available("the compaction of IEDIT 2 and 3");
+    if (EDIT.IEDIT != 2 && EDIT.IEDIT != 3 && EDIT.IEDIT != 4)
+        return;
+    TRACE(" Pass 15 ", 15.0F);
+    const std::int32_t NE = PACKELEMENTS();
+    TRACE(" Pass 16 ", 16.0F);
+    const std::int32_t NN = PACKNODES();
+    TRACE(" Pass 17 ", 17.0F);
+    RENUMBERCORNERS(NE, EDIT.NSNODE);
+    TRACE(" Pass 18 ", 18.0F);
+    PLACENODES(NN, EDIT.NSNODE);
+    TRACE(" Pass 19 ", 19.0F);
+    PLACEELEMENTS(NE, EDIT.NSNEL);
 }
 
 // Passes 20 to 27.2: the result is written and copied.
@@ -157,6 +168,14 @@ void read_edit() {
     if (EDIT.IEDIT == 5)
         fail_not_available("the slope mapping of IEDIT 5");
     read_edit_group();
+}
+
+void set_identity_edit() {
+    EDIT.IEDIT = 0;
+    EDIT.NSNEL = EDIT.NSNODE = 1;
+    EDIT.NSBEAM = EDIT.NSTRUS = 0;
+    EDIT.XO = EDIT.YO = EDIT.XN = EDIT.YN = 0.0F;
+    EDIT.SCX = EDIT.SCY = 1.0F;
 }
 
 void run_edit() {

@@ -9,6 +9,9 @@ void open_edit_files();
 // Reads Cards 3.2 and 3.3 and the group of IEDIT; fires the pass of the edit.
 void read_edit();
 
+// The edit that changes nothing: IEDIT 0 with all numbers from 1.
+void set_identity_edit();
+
 // Passes 6 to 27.2.
 void run_edit();
 

@@ -2,8 +2,10 @@
 
 #include <string>
 
+#include "basemesh/block_deck.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
+#include "mesh/combine_tables.h"
 #include "mesh/edit_tables.h"
 #include "mesh/kinds.h"
 #include "run/channel_numbers.h"
@@ -78,10 +80,47 @@ void read_rebuild_rows() {
         read_line_row(EDIT.EDT[i]);
 }
 
+// The block columns or rows.
+template <class StripTable>
+void read_strips(std::string_view card, std::int32_t count, StripTable& strips) {
+    for (std::int32_t i = 1; i <= count; ++i) {
+        BlockStrip& strip = strips[i];
+        read_free(deck(), card, strip.length, strip.smallest, strip.position);
+        if (divide_strip(strip).count < 1)
+            deck().fail_behind(std::string(card) + ", row " + std::to_string(i) +
+                               ": expected values that give at least one division");
+    }
+}
+
 }  // namespace
 
 TextLine read_file_name() {
     return deck().read_line("a file name");
+}
+
+void read_combination_cards() {
+    FILEA = read_file_name();
+    FILEB = read_file_name();
+    FILEC = read_file_name();
+    read_free(deck(), "INTERFACE", INTERFACE);
+    NINT = 0;
+    if (INTERFACE == 0)
+        return;
+    read_free(deck(), "NINT", NINT);
+    read_list("the second-region list of Card 2.3", NINT, LISTB);
+    read_list("the first-region list of Card 2.3", NINT, LISTA);
+}
+
+void read_base_mesh_cards() {
+    read_free(deck(), "Card 4.1 (NBX, NBY and four boundary switches)", BLOCKS.NBX, BLOCKS.NBY,
+              BLOCKS.IB_LEFT, BLOCKS.IB_RIGHT, BLOCKS.IB_TOP, BLOCKS.IB_BOTTOM);
+    if (KIND() == LayoutKind::displacement)
+        read_free(deck(), "Card 4.2 (Xo, Yo)", BLOCKS.Xo, BLOCKS.Yo);
+    else
+        read_free(deck(), "Card 4.2 (Xo, Yo and a third value)", BLOCKS.Xo, BLOCKS.Yo, BLOCKS.third);
+    read_strips("Card 4.3 (W, DX, AX)", BLOCKS.NBX, BLOCKS.columns);
+    read_strips("Card 4.4 (H, DY, AY)", BLOCKS.NBY, BLOCKS.rows);
+    read_free(deck(), "Card 4.5 (IGMOD)", BLOCKS.IGMOD);
 }
 
 void read_edit_cards() {

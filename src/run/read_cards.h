@@ -14,6 +14,12 @@ inline TextLine FILEM;
 
 TextLine read_file_name();
 
+// Cards 2.x: the three names, INTERFACE and the lists of Card 2.3.
+void read_combination_cards();
+
+// Cards 4.1 to 4.5, into BLOCKS. Ends the run at a block column or row that cannot be divided.
+void read_base_mesh_cards();
+
 // Cards 3.2 and 3.3.
 void read_edit_cards();
 

@@ -1,0 +1,30 @@
+// The cards of a combination and what the reading of its regions finds out. Who fills them: the cards,
+// run/read_cards.cpp; the regions, mesh/combine.cpp.
+#pragma once
+
+#include <cstdint>
+
+#include "mesh/edit_tables.h"
+#include "mesh/mesh_records.h"
+#include "mesh/tables.h"
+
+namespace brelan {
+
+// The mesh of Card 2.1-2 is read first, the mesh of Card 2.1-1 second. Node numbers of the second stay.
+struct Region {
+    StrippedMesh stripped;
+    MeshCounts counts;
+    NumberRange nodes;
+    NumberRange old_elements[3];  // by type from EL_CONTINUUM, as the file has them
+    std::int32_t start[3] = {};   // first new number, by type
+    NumberRange elements;         // new numbers of all types
+};
+inline Region REGION1, REGION2;
+
+inline std::int32_t INTERFACE = 0;  // 0 coincident nodes are found; 1 the pairs are listed
+inline std::int32_t NINT = 0;
+inline Table<std::int32_t, MAXSEL, "the second-region list of Card 2.3"> LISTB;
+inline Table<std::int32_t, MAXSEL, "the first-region list of Card 2.3"> LISTA;
+inline bool KEEPDUP = false;  // merged nodes take the data of the first region (IMOD -1)
+
+}  // namespace brelan

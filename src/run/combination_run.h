@@ -1,0 +1,12 @@
+// Modes 0 and -1: two meshes become one.
+#pragma once
+
+namespace brelan {
+
+// Reads Cards 2.x, opens the files and strips both meshes; finds the elements' new numbers.
+void open_combination();
+
+// Passes 6 to 41.
+void run_combination();
+
+}  // namespace brelan
