@@ -1,5 +1,5 @@
-// How fast records go through the channel layer: 100,000 node records read free-field and written in their layout,
-// beside a plain from_chars/to_chars loop over the same bytes and beside the standard streams.
+// How fast records go through the channel layer: 100,000 node records read free-field and written in their
+// layout, beside a plain from_chars/to_chars loop over the same bytes and beside the standard streams.
 //
 // Each benchmark reports the bytes of text that it reads or writes per second.
 
@@ -56,7 +56,8 @@ struct Files {
         std::filesystem::create_directories(directory);
         Channel& file = open_channel(10, records, OpenStatus::work);
         for (const Node& n : all)
-            NODE_RECORD.write(file, n.number, n.code[0], n.code[1], n.code[2], n.code[3], n.code[4], n.x, n.y);
+            NODE_RECORD.write(file, n.number, n.code[0], n.code[1], n.code[2], n.code[3], n.code[4], n.x,
+                              n.y);
         close_channel(10);
     }
     ~Files() { std::filesystem::remove_all(directory); }
@@ -75,16 +76,20 @@ Files& files() {
     return the_files;
 }
 
-void count_bytes(benchmark::State& state) { state.SetBytesProcessed(state.iterations() * files().bytes()); }
+void count_bytes(benchmark::State& state) {
+    state.SetBytesProcessed(state.iterations() * files().bytes());
+}
 
-// --- reading ----------------------------------------------------------------------------------------------------
+// --- reading
+// ----------------------------------------------------------------------------------------------------
 
 void read_channel(benchmark::State& state) {
     for (auto _ : state) {
         Channel& file = open_channel(11, files().records, OpenStatus::old);
         Node n;
         for (int i = 0; i < RECORDS; ++i) {
-            read_free(file, "a node record", n.number, n.code[0], n.code[1], n.code[2], n.code[3], n.code[4], n.x, n.y);
+            read_free(file, "a node record", n.number, n.code[0], n.code[1], n.code[2], n.code[3], n.code[4],
+                      n.x, n.y);
             benchmark::DoNotOptimize(n);
         }
         close_channel(11);
@@ -129,13 +134,15 @@ void read_ifstream(benchmark::State& state) {
     count_bytes(state);
 }
 
-// --- writing ----------------------------------------------------------------------------------------------------
+// --- writing
+// ----------------------------------------------------------------------------------------------------
 
 void write_channel(benchmark::State& state) {
     for (auto _ : state) {
         Channel& file = open_channel(12, files().written, OpenStatus::work);
         for (const Node& n : files().all)
-            NODE_RECORD.write(file, n.number, n.code[0], n.code[1], n.code[2], n.code[3], n.code[4], n.x, n.y);
+            NODE_RECORD.write(file, n.number, n.code[0], n.code[1], n.code[2], n.code[3], n.code[4], n.x,
+                              n.y);
         close_channel(12);
     }
     count_bytes(state);
@@ -168,8 +175,8 @@ void write_printf(benchmark::State& state) {
     for (auto _ : state) {
         std::FILE* file = std::fopen(files().written.c_str(), "wb");
         for (const Node& n : files().all)
-            std::fprintf(file, " %6d%5d%5d%5d%5d%5d %13.5e %13.5e \n", n.number, n.code[0], n.code[1], n.code[2], n.code[3],
-                         n.code[4], static_cast<double>(n.x), static_cast<double>(n.y));
+            std::fprintf(file, " %6d%5d%5d%5d%5d%5d %13.5e %13.5e \n", n.number, n.code[0], n.code[1],
+                         n.code[2], n.code[3], n.code[4], static_cast<double>(n.x), static_cast<double>(n.y));
         std::fclose(file);
     }
     count_bytes(state);

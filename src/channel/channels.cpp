@@ -102,11 +102,16 @@ void Channel::read_content() {
 void Channel::open(std::string_view name, OpenStatus status) {
     name_ = without_trailing_blanks(name);
     path_ = RESOLVE(name);
+    if (status == OpenStatus::scratch) {
+        scratch_ = writable_ = open_ = true;
+        return;
+    }
     std::error_code error;
     const bool exists = fs::exists(path_, error);
     // A file that is open elsewhere is in use. Input stands in memory, so a result may replace it.
     for (const std::unique_ptr<Channel>& other : channel_table()) {
-        if (!exists || other == nullptr || other.get() == this || !other->open_)
+        if (!exists || other == nullptr || other.get() == this || !other->open_ ||
+            other->scratch_)
             continue;
         const bool both_read = status == OpenStatus::old && !other->writable_;
         const bool replaces_input = status == OpenStatus::result && !other->writable_;
@@ -143,7 +148,7 @@ void Channel::open_to_append(std::string_view name) {
         fail_write();
     std::setvbuf(file_, nullptr, _IONBF, 0);
     on_disk_ = position_ = content_.size();
-    lines_before_ = static_cast<int>(std::count(content_.begin(), content_.end(), '\n'));
+    lines_before_ = static_cast<int>(std::count(content_.data(), content_.data() + content_.size(), '\n'));
     writable_ = true;
     open_ = true;
 }
@@ -166,6 +171,10 @@ void Channel::flush() {
         fail_write();
     on_disk_ = content_.size();
     broken_ = false;
+    if (write_only_) {
+        content_.resize(0);
+        on_disk_ = position_ = 0;
+    }
 }
 
 void Channel::close(CloseAction action) {
@@ -178,7 +187,7 @@ void Channel::close(CloseAction action) {
     file_ = nullptr;
     if (file != nullptr && std::fclose(file) != 0 && action == CloseAction::keep)
         fail_write();
-    if (action == CloseAction::remove) {
+    if (action == CloseAction::remove && !scratch_) {
         std::error_code error;
         fs::remove(path_, error);
         if (error)
@@ -264,7 +273,7 @@ char* Channel::begin_record(std::size_t size) {
 
 void Channel::end_record(std::size_t used) {
     content_.resize(record_start_ + used + 1);
-    content_.back() = '\n';
+    content_.data()[content_.size() - 1] = '\n';
     position_ = content_.size();
     ++lines_before_;
     if (followed_ != nullptr) {

@@ -13,15 +13,17 @@
 #include <string_view>
 #include <vector>
 
+#include "channel/text_buffer.h"
 #include "channel/text_line.h"
 
 namespace brelan {
 
 enum class OpenStatus {
-    old,     // must exist; is only read
-    fresh,   // must not exist; is created
-    work,    // a file of the program's own: created, or emptied at once
-    result,  // a file of the user's: created, or left as it is until the first record is written to it
+    old,      // must exist; is only read
+    fresh,    // must not exist; is created
+    work,     // a file of the program's own: created, or emptied at once
+    result,   // a file of the user's: created, or left as it is until the first record is written to it
+    scratch,  // a file of the program's own that is deleted when it is closed: it stays in memory
 };
 
 enum class CloseAction { keep, remove };
@@ -98,6 +100,9 @@ public:
     // Every record goes to disk at once.
     void set_write_through(bool on) { write_through_ = on; }
 
+    // What is on disk is not kept in memory: the channel is never rewound, stepped back or read.
+    void set_write_only(bool on) { write_only_ = on; }
+
 private:
     friend class FreeFieldReader;
     friend Channel& open_channel(int number, std::string_view name, OpenStatus status);
@@ -117,11 +122,13 @@ private:
     bool writable_ = false;
     bool replace_pending_ = false;  // the earlier content of the file is still on disk
     bool write_through_ = false;
+    bool write_only_ = false;
+    bool scratch_ = false;
     bool broken_ = false;  // a write failed: nothing more is tried
     std::string name_;     // as the program or the deck wrote it, without trailing blanks
     std::filesystem::path path_;
     std::FILE* file_ = nullptr;  // only for channels that may be written
-    std::string content_;
+    TextBuffer content_;
     std::size_t position_ = 0;  // of the next character to be read or written
     std::size_t record_start_ = 0;
     std::size_t on_disk_ = 0;  // characters of content_ that are on disk already

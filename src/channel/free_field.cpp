@@ -1,6 +1,7 @@
 #include "channel/free_field.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 
 namespace brelan {
@@ -130,10 +131,10 @@ template void FreeFieldReader::read_value(float& value);
 void FreeFieldReader::finish() {
     if (!began_ && channel_.at_end())
         channel_.fail_here("the file ends here; expected " + std::string(expected_));
-    const char* const begin = channel_.content_.data();
-    const std::size_t end = channel_.content_.find('\n', channel_.position_);
-    const std::size_t line_end = end == std::string::npos ? channel_.content_.size() : end;
-    next_line(begin + line_end);
+    const char* const begin = channel_.content_.data() + channel_.position_;
+    const std::size_t left = channel_.content_.size() - channel_.position_;
+    const void* line_end = left == 0 ? nullptr : std::memchr(begin, '\n', left);
+    next_line(line_end == nullptr ? begin + left : static_cast<const char*>(line_end));
 }
 
 FreeFieldLine& FreeFieldLine::add(std::string_view text) {

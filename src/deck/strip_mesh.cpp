@@ -67,6 +67,19 @@ Scan scan_mesh(Channel& mesh) {
     return scan;
 }
 
+// As STRIPDECK does, but without the blanks up to column 126: this copy is never seen.
+void strip_comments(int source, Channel& mesh) {
+    Channel& from = channel(source);
+    mesh.follow(from);
+    while (!from.at_end()) {
+        const std::string_view line = from.read_whole_line("a line").substr(0, LINE_COLUMNS);
+        if (line.empty() || line.front() != '*')
+            mesh.write_line(line);
+    }
+    close_channel(source);
+    mesh.rewind();
+}
+
 void copy_lines(Channel& from, Channel& to, int count) {
     for (int i = 0; i < count; ++i)
         to.write_columns(from.read_whole_line("a line"));
@@ -75,8 +88,8 @@ void copy_lines(Channel& from, Channel& to, int count) {
 }  // namespace
 
 StrippedMesh STRIPMESH(int source, int target) {
-    Channel& mesh = open_channel(CH_STRIP, "TT123.TMP", OpenStatus::work);
-    STRIPDECK(source, CH_STRIP);
+    Channel& mesh = open_channel(CH_STRIP, "TT123.TMP", OpenStatus::scratch);
+    strip_comments(source, mesh);
     const Scan scan = scan_mesh(mesh);
 
     Channel& clean = channel(target);

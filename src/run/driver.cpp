@@ -35,9 +35,13 @@ void CLEANSHELL() {
     }
 }
 
+void open_result_copy() {
+    open_channel(CH_RESULT_COPY, "MeshFile.Mes", OpenStatus::work).set_write_only(true);
+}
+
 void run_mode_0() {
     open_combination();
-    open_channel(CH_RESULT_COPY, "MeshFile.Mes", OpenStatus::work);
+    open_result_copy();
     run_combination();
 }
 
@@ -51,7 +55,7 @@ void run_mode_1() {
             "expected an IEDIT that this version can run; the slope mapping of IEDIT 5 is not available yet");
     open_edit_files();
     read_edit();
-    open_channel(CH_RESULT_COPY, "MeshFile.Mes", OpenStatus::work);
+    open_result_copy();
     run_edit();
     FILEA = FILEM;
 }
@@ -64,14 +68,14 @@ void run_base_mesh_alone() {
     open_edit_files();
     set_identity_edit();
     TRACE(" Pass 4C ", 4.3F);
-    open_channel(CH_RESULT_COPY, "MeshFile.Mes", OpenStatus::work);
+    open_result_copy();
     run_edit();
     FILEA = FILEM;
 }
 
 // A mode that no cards belong to: the passes begin, and find no mesh.
 [[noreturn]] void run_unknown_mode(std::int32_t mode) {
-    open_channel(CH_RESULT_COPY, "MeshFile.Mes", OpenStatus::work);
+    open_result_copy();
     TRACE(" Pass 6 ", 6.0F);
     Channel& deck = channel(CH_DECK);
     deck.rewind();
