@@ -54,20 +54,25 @@ Channel::~Channel() {
         std::fclose(file_);
 }
 
-void Channel::fail_at(int line, std::string_view message) const {
+std::string Channel::place_of(int line) const {
     const auto index = static_cast<std::size_t>(std::max(line, 0));
+    const auto place = [](const std::string& name, int number) {
+        return name + ", line " + std::to_string(number);
+    };
+    if (origin_.name.empty())
+        return place(name_, static_cast<int>(index) + 1);
     // A copy names the line it was made from; behind its last line, the line after the last known one.
-    if (!origin_.name.empty()) {
-        if (index < origin_.line.size() && origin_.line[index] > 0)
-            FAIL(origin_.name + ", line " + std::to_string(origin_.line[index]) + ": " +
-                 std::string(message));
-        if (index == origin_.line.size() && index > 0 && origin_.line[index - 1] > 0)
-            FAIL(origin_.name + ", line " + std::to_string(origin_.line[index - 1] + 1) + ": " +
-                 std::string(message));
-        if (origin_.line.empty())
-            FAIL(origin_.name + ", line 1: " + std::string(message));
-    }
-    FAIL(name_ + ", line " + std::to_string(index + 1) + ": " + std::string(message));
+    if (origin_.line.empty())
+        return place(origin_.name, 1);
+    if (index < origin_.line.size() && origin_.line[index] > 0)
+        return place(origin_.name, origin_.line[index]);
+    if (index == origin_.line.size() && origin_.line[index - 1] > 0)
+        return place(origin_.name, origin_.line[index - 1] + 1);
+    return place(name_, static_cast<int>(index) + 1);
+}
+
+void Channel::fail_at(int line, std::string_view message) const {
+    FAIL(place_of(line) + ": " + std::string(message));
 }
 
 void Channel::fail_write() const {
@@ -110,8 +115,7 @@ void Channel::open(std::string_view name, OpenStatus status) {
     const bool exists = fs::exists(path_, error);
     // A file that is open elsewhere is in use. Input stands in memory, so a result may replace it.
     for (const std::unique_ptr<Channel>& other : channel_table()) {
-        if (!exists || other == nullptr || other.get() == this || !other->open_ ||
-            other->scratch_)
+        if (!exists || other == nullptr || other.get() == this || !other->open_ || other->scratch_)
             continue;
         const bool both_read = status == OpenStatus::old && !other->writable_;
         const bool replaces_input = status == OpenStatus::result && !other->writable_;

@@ -73,6 +73,9 @@ public:
     // The same for the line that was read last.
     [[noreturn]] void fail_behind(std::string_view message) const { fail_at(lines_before_ - 1, message); }
 
+    // "<file>, line <n>" of the line that was read last, for a message about what it holds.
+    std::string place_behind() const { return place_of(lines_before_ - 1); }
+
     // --- writing -------------------------------------------------------------------------------------------
 
     // Room for a record of at most `size` characters; the caller fills it and calls end_record with the count
@@ -115,6 +118,7 @@ private:
     void close(CloseAction action);
     void read_content();
     void cut_behind_position();
+    std::string place_of(int line) const;
     [[noreturn]] void fail_at(int line, std::string_view message) const;
     [[noreturn]] void fail_write() const;
 

@@ -173,8 +173,12 @@ void MATCHLISTED() {
     for (std::int32_t i = 1; i <= NINT; ++i) {
         const std::int32_t second = LISTB[i];
         if (second < 1 || second > MAXNP || NACT2[second] != 1)
-            FAIL("Card 2.3: expected node numbers of the mesh of Card 2.1-1 in the first list, found " +
+            FAIL(LISTPLACE +
+                 ": Card 2.3: expected node numbers of the mesh of Card 2.1-1 in the first list, found " +
                  std::to_string(second));
+        if (LISTA[i] < 1 || LISTA[i] > MAXNP)
+            FAIL(LISTPLACE + ": Card 2.3: expected node numbers from 1 to " + std::to_string(MAXNP) +
+                 " in the second list, found " + std::to_string(LISTA[i]));
         if (NACT1[LISTA[i]] == 1)
             NMAP[LISTA[i]] = -second;
     }
@@ -202,8 +206,8 @@ void MERGENODES() {
             continue;
         }
         if (NEXT > MAXNP)
-            FAIL("the combined mesh: expected node numbers of at most " + std::to_string(MAXNP) +
-                 ", but the nodes of the first region go on behind the highest of the second, " +
+            FAIL(REGION1.name + ": expected node numbers of at most " + std::to_string(MAXNP) +
+                 ", but its nodes go on behind the highest of " + REGION2.name + ", " +
                  std::to_string(REGION2.nodes.highest));
         copy_first_node(n, NEXT);
         NMAP[n] = NEXT;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "mesh/edit_tables.h"
 #include "mesh/mesh_records.h"
@@ -12,6 +13,7 @@ namespace brelan {
 
 // The mesh of Card 2.1-2 is read first, the mesh of Card 2.1-1 second. Node numbers of the second stay.
 struct Region {
+    std::string name;  // of its file, for messages
     StrippedMesh stripped;
     MeshCounts counts;
     NumberRange nodes;
@@ -25,6 +27,7 @@ inline std::int32_t INTERFACE = 0;  // 0 coincident nodes are found; 1 the pairs
 inline std::int32_t NINT = 0;
 inline Table<std::int32_t, MAXSEL, "the second-region list of Card 2.3"> LISTB;
 inline Table<std::int32_t, MAXSEL, "the first-region list of Card 2.3"> LISTA;
-inline bool KEEPDUP = false;  // merged nodes take the data of the first region (IMOD -1)
+inline std::string LISTPLACE;  // file and line of the lists, for messages
+inline bool KEEPDUP = false;   // merged nodes take the data of the first region (IMOD -1)
 
 }  // namespace brelan

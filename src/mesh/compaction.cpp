@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "mesh/edit_tables.h"
 #include "mesh/kinds.h"
 #include "mesh/mesh_records.h"
 #include "mesh/tables.h"
@@ -32,7 +33,7 @@ void copy_attributes(std::int32_t from, std::int32_t to) {
 
 void require_room(std::int32_t start, std::int32_t count, std::int32_t last, const char* what) {
     if (count > 0 && (start < 1 || start - 1 + count > last))
-        FAIL(std::string("Card 3.2: expected a first ") + what + " number that keeps all " +
+        FAIL(EDIT.start_place + ": Card 3.2: expected a first " + what + " number that keeps all " +
              std::to_string(count) + " within 1 to " + std::to_string(last) + ", found " +
              std::to_string(start));
 }

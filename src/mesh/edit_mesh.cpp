@@ -250,6 +250,10 @@ void EDITELEMENTS(Channel& mesh, std::int8_t type) {
             edit_renumbered(mesh, type, element);
         } else if (keeps_numbers()) {
             const std::int32_t number = element.NEL;
+            if (type != EL_CONTINUUM && EDIT.IEDIT != 4 && EDIT.ILOC == 0 &&
+                (element.words.I1 < 1 || element.words.I2 < 1))
+                mesh.fail_behind("element " + std::to_string(number) +
+                                 ": expected two nodes, whose middle decides whether the window takes it");
             const std::int32_t kept = delete_or_rename(type, element);
             store_element(number, type, element);
             ETYPE[number] = kept;

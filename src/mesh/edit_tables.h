@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "mesh/mesh_records.h"
 #include "mesh/tables.h"
@@ -22,6 +23,8 @@ struct RebuildRow {
 };
 
 struct EditCards {
+    std::string start_place, list_place;  // file and line of Card 3.2 and of the list, for messages
+
     std::int32_t NSNEL = 1, NSNODE = 1, NSBEAM = 0, NSTRUS = 0;  // first new numbers
     std::int32_t IEDIT = 0;
     std::int32_t MATX1 = 0, MATX2 = 0, MATX3 = 0, MATXB = 0,

@@ -19,12 +19,19 @@ bool in_window(float x, float y) {
 }  // namespace
 
 void PREPARESELECTION() {
+    if (EDIT.IEDIT < 1 || EDIT.IEDIT > 3)
+        return;
+    if (EDIT.IEDIT == 1 && EDIT.ILOC == 2)
+        for (const std::int32_t node : listed())
+            if (node < 1 || node > MAXNP)
+                FAIL(EDIT.list_place + ": expected a polyline of node numbers from 1 to " +
+                     std::to_string(MAXNP) + ", found " + std::to_string(node));
     if (EDIT.ILOC != 1)
         return;
     if (EDIT.IEDIT == 1)
-        EXPLIST(listed(), NLIST);
+        EXPLIST(listed(), NLIST, EDIT.list_place);
     else
-        EXPLIST(listed(), ELIST);
+        EXPLIST(listed(), ELIST, EDIT.list_place);
 }
 
 bool takes_side(bool inside) {

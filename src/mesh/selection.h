@@ -2,8 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <span>
-#include <string_view>
+#include <string>
 
 #include "mesh/edit_tables.h"
 
@@ -11,24 +12,27 @@ namespace brelan {
 
 // Expands a number list into a selection table: n sets entry n to n, a following -m all entries from the
 // number before it plus 1 to m. Returns the settings made, repeats included. A 0 sets nothing. Ends the run
-// at a negative first entry and at a number that the table does not have.
+// at a negative first entry and at a number that the table does not have, naming the list's place.
 template <class SelectionTable>
-std::int32_t EXPLIST(std::span<const std::int32_t> list, SelectionTable& table) {
+std::int32_t EXPLIST(std::span<const std::int32_t> list, SelectionTable& table,
+                     const std::string& place = "number list") {
+    constexpr std::int32_t last = SelectionTable::SIZE;
     std::int32_t settings = 0;
     std::int32_t previous = 0;
     bool first = true;
     for (const std::int32_t entry : list) {
-        if (entry < -SelectionTable::SIZE || entry > SelectionTable::SIZE)
-            FAIL("number list: expected numbers of at most " + std::to_string(SelectionTable::SIZE) +
-                 ", found " + std::to_string(entry));
+        if (entry < -last || entry > last)
+            FAIL(place + ": expected a list of numbers of at most " + std::to_string(last) + ", found " +
+                 std::to_string(entry));
         if (first && entry < 0)
-            FAIL("number list: expected a first number that is not negative, found " + std::to_string(entry));
+            FAIL(place + ": expected a list whose first number is not negative, found " +
+                 std::to_string(entry));
         first = false;
         for (std::int32_t n = entry < 0 ? previous + 1 : entry; n != 0 && n <= std::abs(entry); ++n) {
             table[n] = n;
             ++settings;
         }
-        previous = entry < 0 ? -entry : entry;
+        previous = std::abs(entry);
     }
     return settings;
 }

@@ -108,6 +108,8 @@ void open_combination() {
     open_channel(CH_SOURCE_A, FILEB.view(), OpenStatus::old);
     open_channel(CH_SOURCE_B, FILEA.view(), OpenStatus::old);
     open_channel(CH_WORK, FILEC.view(), OpenStatus::result);
+    REGION1.name = FILEB.trimmed();
+    REGION2.name = FILEA.trimmed();
     REGION1.stripped = STRIPMESH(CH_SOURCE_A, CH_MESH_A);
     REGION2.stripped = STRIPMESH(CH_SOURCE_B, CH_MESH_B);
     SCANREGION(channel(CH_MESH_A), REGION1);

@@ -35,6 +35,7 @@ void read_selection() {
     } else {
         read_free(deck(), "NSEL", EDIT.NSEL);
         read_list("the list of NSEL numbers", EDIT.NSEL, EDIT.LIST);
+        EDIT.list_place = deck().place_behind();
     }
     read_free(deck(), "ISIDE", EDIT.ISIDE);
 }
@@ -108,6 +109,7 @@ void read_combination_cards() {
         return;
     read_free(deck(), "NINT", NINT);
     read_list("the second-region list of Card 2.3", NINT, LISTB);
+    LISTPLACE = deck().place_behind();
     read_list("the first-region list of Card 2.3", NINT, LISTA);
 }
 
