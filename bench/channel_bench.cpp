@@ -80,8 +80,7 @@ void count_bytes(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * files().bytes());
 }
 
-// --- reading
-// ----------------------------------------------------------------------------------------------------
+// --- reading -------------------------------------------------------------------------------------
 
 void read_channel(benchmark::State& state) {
     for (auto _ : state) {
@@ -134,8 +133,7 @@ void read_ifstream(benchmark::State& state) {
     count_bytes(state);
 }
 
-// --- writing
-// ----------------------------------------------------------------------------------------------------
+// --- writing -------------------------------------------------------------------------------------
 
 void write_channel(benchmark::State& state) {
     for (auto _ : state) {

@@ -79,8 +79,7 @@ void Channel::fail_write() const {
     FAIL(name_ + ": the file cannot be written: " + system_reason());
 }
 
-// --- opening and closing
-// ---------------------------------------------------------------------------------------
+// --- opening and closing -------------------------------------------------------------------------
 
 void Channel::read_content() {
     std::error_code error;
@@ -199,8 +198,7 @@ void Channel::close(CloseAction action) {
     }
 }
 
-// --- reading
-// ---------------------------------------------------------------------------------------------------
+// --- reading -------------------------------------------------------------------------------------
 
 std::string_view Channel::peek_line() const {
     if (at_end())
@@ -248,8 +246,7 @@ void Channel::step_back(int lines) {
     }
 }
 
-// --- writing
-// ---------------------------------------------------------------------------------------------------
+// --- writing -------------------------------------------------------------------------------------
 
 void Channel::cut_behind_position() {
     content_.resize(position_);
@@ -312,8 +309,7 @@ void Channel::follow(const Channel& source) {
     origin_.line.resize(static_cast<std::size_t>(lines_before_), 0);
 }
 
-// --- the table of channels
-// -------------------------------------------------------------------------------------
+// --- the table of channels -----------------------------------------------------------------------
 
 bool channel_is_open(int number) {
     return slot(number) != nullptr && slot(number)->is_open();

@@ -45,7 +45,7 @@ public:
     bool is_open() const { return open_; }
     const std::string& name() const { return name_; }
 
-    // --- reading -------------------------------------------------------------------------------------------
+    // --- reading ---------------------------------------------------------------------------------
 
     // True when no line is left to read.
     bool at_end() const { return position_ >= content_.size(); }
@@ -76,7 +76,7 @@ public:
     // "<file>, line <n>" of the line that was read last, for a message about what it holds.
     std::string place_behind() const { return place_of(lines_before_ - 1); }
 
-    // --- writing -------------------------------------------------------------------------------------------
+    // --- writing ---------------------------------------------------------------------------------
 
     // Room for a record of at most `size` characters; the caller fills it and calls end_record with the count
     // that it used. The line end is put by end_record.

@@ -12,7 +12,7 @@ namespace brelan {
 
 namespace {
 
-// --- writing -----------------------------------------------------------------------------------------------
+// --- writing -------------------------------------------------------------------------------------
 
 // The largest count of significant digits that a layout asks for, and the powers of ten that bring a 32-bit
 // real to that many digits before the point.
@@ -190,8 +190,7 @@ void put_fixed(char* field, int width, int digits, float value) {
     fill(field, static_cast<int>(at - field), ' ');
 }
 
-// --- reading
-// ---------------------------------------------------------------------------------------------------
+// --- reading -------------------------------------------------------------------------------------
 
 namespace {
 

@@ -40,21 +40,18 @@ struct Card {
 // A field of IEDIT 6 that stays as it is.
 inline constexpr float KEEP_FIELD = -10.0F;
 
-// --- mode
-// -------------------------------------------------------------------------------------------------------
+// --- mode ----------------------------------------------------------------------------------------
 
 // JK's default is prepared by the checker: it may stem from an earth dam.
 inline constexpr Card CARD_1_1{"1.1", "IMOD, JK", 1, each_kind(2), each_kind<std::string_view>("II"), {}};
 
-// --- combination
-// ------------------------------------------------------------------------------------------------
+// --- combination ---------------------------------------------------------------------------------
 
 // Card 2.2 is reported as group 1.1: front ends know it by that label.
 inline constexpr Card CARD_2_2{"1.1", "INTERFACE", 1, each_kind(1), each_kind<std::string_view>("I"), {}};
 inline constexpr Card CARD_2_3{"2.3", "NINT", 1, each_kind(1), each_kind<std::string_view>("I"), {}};
 
-// --- edit
-// -------------------------------------------------------------------------------------------------------
+// --- edit ----------------------------------------------------------------------------------------
 
 inline constexpr Card CARD_3_2{
     "3.2",        "NSNEL, NSNODE, NSBEAM, NSTRUS",     2,
@@ -116,8 +113,7 @@ inline constexpr Card CARD_3_6_3_1{
     "3.6.3-1",    "MATold, NS1, NS2, MATNEW, one more", 3,
     each_kind(5), each_kind<std::string_view>("IIIII"), {{{4, 5, each_kind(KEEP_FIELD)}}}};
 
-// --- base mesh
-// --------------------------------------------------------------------------------------------------
+// --- base mesh -----------------------------------------------------------------------------------
 
 inline constexpr Card CARD_4_1{"4.1",
                                "NBX, NBY, IB_LEFT, IB_RIGHT, IB_TOP, IB_BOTTOM",
@@ -132,8 +128,7 @@ inline constexpr Card CARD_4_3{"4.3", "W, DX, AX", 3, each_kind(3), each_kind<st
 inline constexpr Card CARD_4_4{"4.4", "H, DY, AY", 3, each_kind(3), each_kind<std::string_view>("EEE"), {}};
 inline constexpr Card CARD_4_5{"4.5", "IGMOD", 1, each_kind(1), each_kind<std::string_view>("I"), {}};
 
-// --- earth dam
-// --------------------------------------------------------------------------------------------------
+// --- earth dam -----------------------------------------------------------------------------------
 
 inline constexpr Card CARD_5_1{
     "5.1",        "NLAYER, ICORE, ICUT, ISHELL, NCREST, Hi", 4,

@@ -1,6 +1,5 @@
 #include "deck/deck_checker.h"
 
-#include <array>
 #include <span>
 #include <string>
 
@@ -11,7 +10,9 @@
 #include "channel/run_end.h"
 #include "deck/card_stream.h"
 #include "deck/card_table.h"
+#include "deck/checked_cards.h"
 #include "deck/deck_tables.h"
+#include "deck/group_cards.h"
 #include "deck/normalised_deck.h"
 #include "mesh/tables.h"
 #include "run/channel_numbers.h"
@@ -24,58 +25,6 @@ namespace {
 constexpr int CH_STRIPPED = CH_MESH_A;
 constexpr int CH_NORMALISED = CH_MESH_B;
 constexpr int CH_LISTING = CH_WORK;
-
-Channel& deck() {
-    return channel(CH_STRIPPED);
-}
-Channel& normalised() {
-    return channel(CH_NORMALISED);
-}
-
-std::int32_t value_of(std::int32_t position) {
-    return TRUNCATE(CARDVAL[position]);
-}
-
-// Checks a card and leaves its values, defaults included, in CARDVAL.
-void check(const Card& card) {
-    const auto kind = static_cast<std::size_t>(KIND());
-    for (const FieldDefault& entry : card.defaults)
-        for (std::int32_t field = entry.first; field <= entry.last; ++field)
-            CARDVAL[field] = entry.value[kind];
-    const std::int32_t maximum = card.maximum_of(KIND());
-    CHKCARD(CH_STRIPPED, card.label, card.minimum == 0 ? maximum : card.minimum, maximum);
-}
-
-// Checks a card and writes it to the normalised deck.
-void pass(const Card& card) {
-    check(card);
-    write_card(normalised(), card.written_of(KIND()));
-}
-
-// The count on the card just passed, held to the table that will take the rows behind it.
-std::int32_t count_on(const Card& card, std::int32_t most) {
-    const std::int32_t count = value_of(1);
-    if (count > most)
-        deck().fail_behind("Card " + std::string(card.label) + ": expected at most " + std::to_string(most) +
-                           " in " + std::string(card.fields) + ", found " + std::to_string(count));
-    return count;
-}
-
-// Passes the list of numbers behind a card. Nothing is read for a count of 0 or less, and an empty line
-// written.
-void pass_integer_list(const Card& card, std::int32_t count) {
-    std::array<std::int32_t, MAXCARDVAL> numbers{};
-    if (count <= 0) {
-        write_integers(normalised(), {});
-        return;
-    }
-    const std::string expected =
-        "the list of " + std::to_string(count) + " values of Card " + std::string(card.label);
-    read_free_list<float>(deck(), expected, std::span(&CARDVAL[1], static_cast<std::size_t>(count)));
-    for (std::int32_t i = 1; i <= count; ++i)
-        numbers[static_cast<std::size_t>(i - 1)] = value_of(i);
-    write_integers(normalised(), std::span(numbers).first(static_cast<std::size_t>(count)));
-}
 
 TextLine read_name(std::string_view what) {
     return deck().read_line(what);
@@ -97,8 +46,7 @@ void note_result(const TextLine& name) {
     close_channel(CH_DATA);
 }
 
-// --- Cards 2.x
-// --------------------------------------------------------------------------------------------------
+// --- Cards 2.x -----------------------------------------------------------------------------------
 
 void check_combination() {
     pass_name("the file name of Card 2.1-1 (FILEA)");
@@ -113,8 +61,7 @@ void check_combination() {
     pass_integer_list(CARD_2_3, NINT);
 }
 
-// --- Cards 3.x
-// --------------------------------------------------------------------------------------------------
+// --- Cards 3.x -----------------------------------------------------------------------------------
 
 // IEDIT stands on the fourth line from here; it decides whether the first of them counts.
 std::int32_t look_ahead_to_edit() {
@@ -177,9 +124,8 @@ void check_edit() {
             pass(CARD_3_3_4_4);
             break;
         case 4:
-            deck().fail_behind(
-                "expected an IEDIT that this version can run; the group cards of IEDIT 4 are not available "
-                "yet");
+            check_groups();
+            break;
         case 5:
             pass(CARD_3_3_6_1);
             MODEL = value_of(1);
@@ -196,8 +142,7 @@ void check_edit() {
     }
 }
 
-// --- Cards 4.x
-// --------------------------------------------------------------------------------------------------
+// --- Cards 4.x -----------------------------------------------------------------------------------
 
 // Returns IGMOD.
 std::int32_t check_base_mesh() {
@@ -216,8 +161,7 @@ std::int32_t check_base_mesh() {
     return value_of(1);
 }
 
-// --- Cards 5.x
-// --------------------------------------------------------------------------------------------------
+// --- Cards 5.x -----------------------------------------------------------------------------------
 
 void check_dam() {
     pass(CARD_5_1);

@@ -32,8 +32,7 @@ std::int32_t shifted(const Channel& mesh, std::int32_t number, std::int32_t shif
     return result;
 }
 
-// --- nodes
-// ------------------------------------------------------------------------------------------------------
+// --- nodes ---------------------------------------------------------------------------------------
 
 void require_finite(const Channel& mesh, std::int32_t number, float x, float y) {
     if (!std::isfinite(x) || !std::isfinite(y))
@@ -51,8 +50,7 @@ void store_node(std::int32_t number, const NodeRecord& node) {
     }
 }
 
-// --- corners
-// ----------------------------------------------------------------------------------------------------
+// --- corners -------------------------------------------------------------------------------------
 
 // Corner permutations by mirror mode: slot k takes old corner row[k]; 0 gives no corner.
 struct MirrorRow {
@@ -96,8 +94,7 @@ void shift_corners(const Channel& mesh, ElementWords& w, bool permute) {
     w.I4 = old[row[3]];
 }
 
-// --- the operations on elements
-// ---------------------------------------------------------------------------------
+// --- the operations on elements ------------------------------------------------------------------
 
 // ILOC 3: the codes go to the nodes of elements of the listed materials.
 void code_nodes_of(std::int8_t type, const ElementWords& w) {

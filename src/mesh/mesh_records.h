@@ -44,7 +44,7 @@ struct StrippedMesh {
     std::int32_t headings_of(std::int8_t type) const { return heading_lines[type - EL_CONTINUUM]; }
 };
 
-// --- reading: free-field, one record each; what follows the last field on its line is ignored
+// --- reading: free-field, one record each; what follows the last field on its line is ignored ----
 // -----------------
 
 // Reads the counts. Ends the run at a count below 0 or above the tables' size.
@@ -60,8 +60,7 @@ ElementRecord read_element_record(Channel& mesh, std::int8_t type);
 // Reads the number of an element alone.
 std::int32_t read_element_number(Channel& mesh, std::int8_t type);
 
-// --- writing
-// ----------------------------------------------------------------------------------------------------
+// --- writing -------------------------------------------------------------------------------------
 
 // The counts as the stripper hands them on, free-field.
 void write_mesh_counts(Channel& mesh, const MeshCounts& counts);
@@ -75,8 +74,7 @@ void write_node_record(Channel& mesh, const NodeRecord& node);
 // Writes the record with its fields as they are.
 void write_element_record(Channel& mesh, std::int8_t type, const ElementRecord& element);
 
-// --- between records and tables
-// ---------------------------------------------------------------------------------
+// --- between records and tables ------------------------------------------------------------------
 
 // Stores an element's words and attributes at a number. Kinds without midside nodes leave M5 to M8 as they
 // were.

@@ -74,8 +74,7 @@ std::int32_t NodeGrid::highest_within_reach(float x, float y) const {
     return highest;
 }
 
-// --- smallest distance
-// ------------------------------------------------------------------------------------------
+// --- smallest distance ---------------------------------------------------------------------------
 
 namespace {
 

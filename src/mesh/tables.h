@@ -40,8 +40,7 @@ inline constexpr std::int8_t EL_CONTINUUM = 1;
 inline constexpr std::int8_t EL_BEAM = 2;
 inline constexpr std::int8_t EL_TRUSS = 3;
 
-// --- nodes
-// ------------------------------------------------------------------------------------------------------
+// --- nodes ---------------------------------------------------------------------------------------
 
 inline Table<NodeCodes, MAXNP, "IDN"> IDN;  // codes of the working set
 inline Table<float, MAXNP, "XC"> XC;        // coordinates of the working set, in the mesh's unit of length
@@ -63,8 +62,7 @@ inline Table<std::int32_t, MAXNP, "NLIST"> NLIST;  // entry n is n when node n w
 inline Table<std::int8_t, MAXNP, "NMARK">
     NMARK;  // the group engine's mark; follows its node through compaction
 
-// --- elements
-// ---------------------------------------------------------------------------------------------------
+// --- elements ------------------------------------------------------------------------------------
 
 inline Table<ElementWords, MAXEL, "IEL"> IEL;
 inline Table<std::int8_t, MAXEL, "EACT1"> EACT1;   // type by number in the first region or in the result
@@ -80,8 +78,7 @@ inline Table<float, MAXEL, "THIC"> THIC;       // thickness, displacement kind
 inline Table<float, MAXEL, "DEN"> DEN;         // density, displacement kind
 inline Table<std::int32_t, MAXEL, "IDH"> IDH;  // attribute of the temperature and head kinds
 
-// --- routines
-// ---------------------------------------------------------------------------------------------------
+// --- routines ------------------------------------------------------------------------------------
 
 // Empties the tables for a deck: nothing active, codes and coordinates 0, NMAP the identity. Element words,
 // H, CF and attributes stay: a slot that the new mesh leaves unused keeps what the deck before it left there.

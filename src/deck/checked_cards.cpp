@@ -1,0 +1,72 @@
+#include "deck/checked_cards.h"
+
+#include <array>
+#include <span>
+#include <string>
+
+#include "channel/free_field.h"
+#include "channel/real_to_integer.h"
+#include "deck/card_stream.h"
+#include "deck/deck_tables.h"
+#include "deck/normalised_deck.h"
+#include "run/channel_numbers.h"
+
+namespace brelan {
+
+namespace {
+
+// The checker's own use of the channels while it runs.
+constexpr int CH_STRIPPED = CH_MESH_A;
+constexpr int CH_NORMALISED = CH_MESH_B;
+
+}  // namespace
+
+Channel& deck() {
+    return channel(CH_STRIPPED);
+}
+
+Channel& normalised() {
+    return channel(CH_NORMALISED);
+}
+
+std::int32_t value_of(std::int32_t position) {
+    return TRUNCATE(CARDVAL[position]);
+}
+
+void check(const Card& card) {
+    const auto kind = static_cast<std::size_t>(KIND());
+    for (const FieldDefault& entry : card.defaults)
+        for (std::int32_t field = entry.first; field <= entry.last; ++field)
+            CARDVAL[field] = entry.value[kind];
+    const std::int32_t maximum = card.maximum_of(KIND());
+    CHKCARD(CH_STRIPPED, card.label, card.minimum == 0 ? maximum : card.minimum, maximum);
+}
+
+void pass(const Card& card) {
+    check(card);
+    write_card(normalised(), card.written_of(KIND()));
+}
+
+std::int32_t count_on(const Card& card, std::int32_t most) {
+    const std::int32_t count = value_of(1);
+    if (count > most)
+        deck().fail_behind("Card " + std::string(card.label) + ": expected at most " + std::to_string(most) +
+                           " in " + std::string(card.fields) + ", found " + std::to_string(count));
+    return count;
+}
+
+void pass_integer_list(const Card& card, std::int32_t count) {
+    std::array<std::int32_t, MAXCARDVAL> numbers{};
+    if (count <= 0) {
+        write_integers(normalised(), {});
+        return;
+    }
+    const std::string expected =
+        "the list of " + std::to_string(count) + " values of Card " + std::string(card.label);
+    read_free_list<float>(deck(), expected, std::span(&CARDVAL[1], static_cast<std::size_t>(count)));
+    for (std::int32_t i = 1; i <= count; ++i)
+        numbers[static_cast<std::size_t>(i - 1)] = value_of(i);
+    write_integers(normalised(), std::span(numbers).first(static_cast<std::size_t>(count)));
+}
+
+}  // namespace brelan

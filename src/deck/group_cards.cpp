@@ -1,0 +1,162 @@
+#include "deck/group_cards.h"
+
+#include <string>
+
+#include "deck/card_stream.h"
+#include "deck/checked_cards.h"
+#include "deck/deck_tables.h"
+#include "deck/group_card_table.h"
+#include "deck/normalised_deck.h"
+#include "group/tables.h"
+
+namespace brelan {
+
+namespace {
+
+// MTYPE 5 of a deck: a group of MTYPE 3 that cuts nothing and colours nothing, the outline of a finished dam.
+constexpr std::int32_t CLOSING_OUTLINE = 5;
+
+void write_pair(float a, float b) {
+    CARDVAL[1] = a;
+    CARDVAL[2] = b;
+    write_card(normalised(), CARD_POST_PAIR.written_of(KIND()));
+}
+
+void pass_list_if_any(const Card& card) {
+    pass(card);
+    if (const std::int32_t count = count_on(card, MAXCARDVAL); count > 0)
+        pass_integer_list(card, count);
+}
+
+void pass_title() {
+    const TextLine line = deck().read_line("a group's title");
+    const std::int32_t columns = CARDLEN(line);
+    normalised().write_line(columns == 0 ? " " : line.first(columns));
+}
+
+// A material line whose MATold stands at a position: 0 there stands for the material after MAT.
+void pass_with_old_material(const Card& card, std::int32_t position) {
+    check(card);
+    if (CARDVAL[position] == 0.0F)
+        CARDVAL[position] = CARDVAL[1] + 1.0F;
+    if (const std::string_view form = card.written_of(KIND()); !form.empty())
+        write_card(normalised(), form);
+}
+
+void pass_material_line(std::int32_t MTYPE) {
+    switch (MTYPE) {
+        case 1:
+        case 2:
+            pass(CARD_MATERIAL_1);
+            break;
+        case 3:
+            pass(CARD_MATERIAL_3);
+            break;
+        case 4:
+            pass_with_old_material(CARD_MATERIAL_4, 5);
+            break;
+        case CLOSING_OUTLINE: {
+            const std::int32_t words[4] = {0, 1, 0, 1};  // MAT, KF, LTP, LMAT
+            write_integers(normalised(), words);
+            break;
+        }
+        case -2:
+            pass(CARD_MATERIAL_JOINT_2);
+            break;
+        case -3:
+            pass(CARD_MATERIAL_JOINT_3);
+            break;
+        case -4:
+            pass_with_old_material(CARD_MATERIAL_JOINT_4, 10);
+            break;
+        default:
+            break;
+    }
+}
+
+// Six pairs and seven switches for the outputs. MTYPE 5 moves its first pair to the second place.
+void pass_post_lines(std::int32_t MTYPE) {
+    constexpr int pairs = 6, switches = 7;
+    float kept_1 = 0.0F, kept_2 = 0.0F;
+    for (int i = 1; i <= pairs; ++i) {
+        check(CARD_POST_PAIR);
+        if (MTYPE == CLOSING_OUTLINE && i == 1) {
+            kept_1 = CARDVAL[1];
+            kept_2 = CARDVAL[2];
+            write_pair(0.0F, 0.0F);
+        } else if (MTYPE == CLOSING_OUTLINE && i == 2) {
+            write_pair(kept_1, kept_2);
+        } else {
+            write_pair(CARDVAL[1], CARDVAL[2]);
+        }
+    }
+    for (int i = 1; i <= switches; ++i)
+        pass(CARD_POST_SWITCH);
+}
+
+void pass_outline(std::int32_t MTYPE) {
+    check(CARD_POINTS);
+    if (MTYPE == CLOSING_OUTLINE)
+        CARDVAL[2] = 0.0F;  // MOVE
+    write_card(normalised(), CARD_POINTS.written_of(KIND()));
+    const std::int32_t NPOINT = count_on(CARD_POINTS, MAXGROUPPOINTS);
+    for (std::int32_t i = 1; i <= NPOINT; ++i)
+        pass(CARD_POINT);
+}
+
+void pass_segments(std::int32_t MTYPE) {
+    pass(CARD_SEGMENTS);
+    const std::int32_t NSEGMENT = count_on(CARD_SEGMENTS, MAXGROUPPOINTS);
+    if (NSEGMENT < 0)
+        deck().fail_behind("Card 3.3.5.4.3: expected an NSEGMENT of 0 or more, found " +
+                           std::to_string(NSEGMENT));
+    for (std::int32_t k = 1; k <= NSEGMENT; ++k) {
+        check(CARD_SEGMENT);
+        const std::int32_t LTYPE = value_of(2);
+        // Segments count as they come, whatever number the card gives them.
+        CARDVAL[1] = static_cast<float>(k);
+        if (MTYPE == CLOSING_OUTLINE) {
+            CARDVAL[3] = 0.0F;  // NDIV
+            CARDVAL[4] = 3.0F;  // IEND
+        }
+        write_card(normalised(), CARD_SEGMENT.written_of(KIND()));
+        if (LTYPE == 2)
+            pass(CARD_ARC);
+    }
+}
+
+void check_group(bool titled) {
+    if (titled)
+        pass_title();
+    check(CARD_GROUP);
+    const std::int32_t MTYPE = value_of(1);
+    const bool has_post_lines = value_of(2) == 1;
+    if (MTYPE == CLOSING_OUTLINE)
+        CARDVAL[1] = 3.0F;
+    write_card(normalised(), CARD_GROUP.written_of(KIND()));
+    if (MTYPE == 0)
+        return;
+    pass_material_line(MTYPE);
+    if (has_post_lines)
+        pass_post_lines(MTYPE);
+    pass_outline(MTYPE);
+    pass_segments(MTYPE);
+}
+
+}  // namespace
+
+void check_groups() {
+    pass_list_if_any(CARD_NODES);
+    pass_list_if_any(CARD_ELEMENTS);
+    pass(CARD_BOUND);
+    if (value_of(1) == 1)
+        pass(CARD_BOUNDS);
+    pass(CARD_GROUPS);
+    const std::int32_t NGROUP = count_on(CARD_GROUPS, MAXGROUPS);
+    const bool titled = value_of(2) == 1;
+    pass(CARD_REFERENCE);
+    for (std::int32_t g = 1; g <= NGROUP; ++g)
+        check_group(titled);
+}
+
+}  // namespace brelan
