@@ -26,7 +26,7 @@ inline constexpr Card CARD_REFERENCE{"3.3.5.4-1",
                                      each_kind<std::string_view>("EEE"),
                                      {{{3, 3, each_kind(0.0F)}}}};
 
-// --- one group --------------------------------------------------------------------------------------
+// --- one group -----------------------------------------------------------------------------------
 
 // The last four fields go no further.
 inline constexpr Card CARD_GROUP{"3.3.5.4.1.1",
