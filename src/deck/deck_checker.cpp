@@ -63,17 +63,14 @@ void check_combination() {
 
 // --- Cards 3.x -----------------------------------------------------------------------------------
 
-// IEDIT stands on the fourth line from here; it decides whether the first of them counts.
+// IEDIT stands on the fourth line from here; it decides whether the first of them counts. Behind a blank fourth line
+// the step back of four ends one line late, so such a deck is reported at Card 3.2.
 std::int32_t look_ahead_to_edit() {
-    const int start = deck().lines_before();
-    deck().skip_lines(3, "Cards 3.1-1 to 3.3");
+    constexpr int lines = 4;
+    deck().skip_lines(lines - 1, "Cards 3.1-1 to 3.3");
     float edit = 0.0F;
-    if (count_values(TextLine(deck().peek_line())).count > 0 || deck().at_end()) {
-        FreeFieldReader reader(deck(), "Card 3.3", FreeFieldReader::Reach::one_line);
-        reader.read(edit);
-        reader.finish();
-    }
-    deck().step_back(deck().lines_before() - start);
+    read_free(deck(), "Card 3.3", edit);
+    deck().step_back(lines);
     return TRUNCATE(edit);
 }
 

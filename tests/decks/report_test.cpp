@@ -84,7 +84,7 @@ TEST(ErrorReport, GivesTheFrontEndNineLinesOfSixtyColumns) {
     expect_quiet_error_stop(project.run());
     expect_work_file(project, "MESSAGE.INP",
                      {"           7",
-                      " Card Group No: 1.1         requires     2 data entry        ",
+                      " Card Group No: 1.1         requires     2 data entry       ",
                       " But user input contains     3 data                         ",
                       " Please check the following listing of input data           ",
                       "                                                            ",
@@ -114,7 +114,7 @@ TEST(ErrorReport, StandsOnTheConsoleForAPersonAndWaitsForALine) {
     console.time_limit = std::chrono::seconds(20);
     const RunResult result = project.run("\n", console);
     expect_error_stop(result);
-    EXPECT_EQ(result.out, " Card Group No: 1.1         requires     2 data entry        \n"
+    EXPECT_EQ(result.out, " Card Group No: 1.1         requires     2 data entry       \n"
                           " But user input contains     3 data                         \n"
                           " Please check the following listing of input data           \n"
                           "                                                            \n"
@@ -280,7 +280,7 @@ TEST(ErrorReport, CutsALongCardAtSixtyColumnsForTheFrontEndOnly) {
                       " ----------------------------------------------------------------------"});
     expect_work_file(project, "MESSAGE.INP",
                      {"           7",
-                      " Card Group No: 3.3.1.1     requires     4 data entry        ",
+                      " Card Group No: 3.3.1.1     requires     4 data entry       ",
                       " But user input contains     7 data                         ",
                       " Please check the following listing of input data           ",
                       "                                                            ",
@@ -317,8 +317,8 @@ TEST(ErrorReport, ShowsACardAsTheUserWroteIt) {
     expect_work_file(project, "T7.TMP",
                      {" ************* ERROR IN THE USER INPUT **************",
                       " Card Group No: 3.3.1.2     requires     2 data entry", " But user input contains     4 data ",
-                      " Please check the following listing of input data   ", "", " -------------------",
-                      "   1,,two;three ,4 5\xE4", " -------------------"});
+                      " Please check the following listing of input data   ", "", " --------------------",
+                      "   1,,two;three ,4 5\xE4", " --------------------"});
 }
 
 TEST(ErrorReport, OverwritesTheMessageOfAnEarlierRun) {
@@ -363,10 +363,11 @@ TEST(ErrorReport, LeavesNoResultAndNoOpenTrace) {
 struct WrongCard {
     const char* name;
     Kind kind;
-    std::vector<std::string> cards; // the last of them is the wrong one
+    std::vector<std::string> cards; // the last of them is the wrong one, but for those that must stand behind it
     const char* label;
     int maximum;
     int count;
+    std::size_t behind = 0;
 };
 
 void PrintTo(const WrongCard& card, std::ostream* stream) {
@@ -404,8 +405,8 @@ std::vector<WrongCard> wrong_cards() {
         {"InterfaceTooLong", D, {"0", "a", "b", "c", "1 2"}, "1.1", 1, 2},
         {"InterfaceTooLongKeepingCoordinates", D, {"-1", "a", "b", "c", "1 2"}, "1.1", 1, 2},
         {"InterfaceCountTooLong", D, {"0", "a", "b", "c", "1", "2 2"}, "2.3", 1, 2},
-        {"StartNumbersTooShort", D, {"1", "a", "b", "1", "0"}, "3.2", 4, 1},
-        {"StartNumbersTooLong", D, {"1", "a", "b", "1 1 1 1 1", "0"}, "3.2", 4, 5},
+        {"StartNumbersTooShort", D, {"1", "a", "b", "1", "0"}, "3.2", 4, 1, 1},
+        {"StartNumbersTooLong", D, {"1", "a", "b", "1 1 1 1 1", "0"}, "3.2", 4, 5, 1},
         {"EditCardTooLong", D, edit_cards({"0 1 2 3 4 5 6"}), "3.3", 6, 7},
         {"MoveTooShort", D, edit_cards({"0", "0 0 0"}), "3.3.1.1", 4, 3},
         {"MoveTooLong", D, edit_cards({"0", "0 0 0 0 0"}), "3.3.1.1", 4, 5},
@@ -462,7 +463,7 @@ std::vector<WrongCard> wrong_cards() {
         {"RowTooShort", D, base_cards({"1 1", "0 0", "1 1 1", "1 1"}), "4.4", 3, 2},
         {"BaseEditTooLong", D, base_cards({"1 1", "0 0", "1 1 1", "1 1 1", "0 0"}), "4.5", 1, 2},
         {"EditBehindTheBaseMesh", D, base_cards({"1 1", "0 0", "1 1 1", "1 1 1", "1", "a", "b", "1", "0"}), "3.2", 4,
-         1},
+         1, 1},
         {"DamTooShort", D, dam_cards({"1 1 1"}), "5.1", 6, 3},
         {"DamTooLong", D, dam_cards({"1 1 1 1 1 1 1"}), "5.1", 6, 7},
         {"DamProfileTooShort", D, dam_cards({"0 0 0 0", "1 2 3 4 5 6 7"}), "5.2", 8, 7},
@@ -488,7 +489,8 @@ TEST_P(WrongCardTest, TellsTheCardItsMaximumAndTheCount) {
     EXPECT_EQ(lines[1],
               " Card Group No: " + padded(row.label, 11) + " requires " + i_field(row.maximum, 5) + " data entry");
     EXPECT_EQ(lines[2], " But user input contains " + i_field(row.count, 5) + " data ");
-    EXPECT_EQ(lines[6], row.count == 0 ? "  Blank data " : " " + row.cards.back());
+    const std::string& wrong = row.cards.at(row.cards.size() - 1 - row.behind);
+    EXPECT_EQ(lines[6], row.count == 0 ? "  Blank data " : " " + wrong);
     expect_data_file(project, "BRELAN2D.DAT", {ERROR_STATUS});
 }
 

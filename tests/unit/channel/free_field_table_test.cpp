@@ -1,16 +1,12 @@
 // Holds free-field reads against tests/tables/free_field.txt: each row is a file, and the values that two
 // reads, one after the other, take from it.
-#include <gtest/gtest.h>
-
 #include <array>
 #include <bit>
 #include <charconv>
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <map>
-#include <random>
 #include <span>
 #include <string>
 #include <string_view>
@@ -19,13 +15,14 @@
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/run_end.h"
+#include "unit/support.h"
 
 namespace brelan {
 namespace {
 
 constexpr int CHANNEL = 90;
 constexpr std::string_view EXPECTED = "two reads of a row";
-constexpr std::string_view FILE_NAME = "row.txt";
+const std::string FILE_NAME = "row.txt";
 
 // What a variable holds before a read: no row reads it, so it shows where nothing was read.
 constexpr std::uint32_t KEPT = 0xBF000063U;
@@ -156,7 +153,7 @@ void read_single_variables(Channel& channel, std::string_view kinds, Variables& 
         else
             read_single_variables(channel, kinds, variables, bound..., variables.reals[COUNT]);
     } else {
-        FAIL() << "too many variables: " << kinds;
+        ADD_FAILURE() << "too many variables: " << kinds;
     }
 }
 
@@ -227,23 +224,11 @@ constexpr Group GROUPS[] = {
 
 class FreeFieldTable : public ::testing::TestWithParam<Group> {
 protected:
-    void SetUp() override {
-        std::random_device random;
-        directory_ = std::filesystem::temp_directory_path() / ("free_field_" + std::to_string(random()));
-        std::filesystem::create_directories(directory_);
-    }
-
-    void TearDown() override {
-        close_channel(CHANNEL);
-        std::filesystem::remove_all(directory_);
-    }
-
     // What both reads of a row leave.
     std::array<std::string, 2> outcomes(const Row& row) const {
-        const std::filesystem::path path = directory_ / FILE_NAME;
-        std::ofstream(path, std::ios::binary) << unescaped(row.text);
+        directory_.write(FILE_NAME, unescaped(row.text));
         std::array<std::string, 2> found{"-", "-"};
-        Channel& channel = open_channel(CHANNEL, path.string(), OpenStatus::old);
+        Channel& channel = open_channel(CHANNEL, FILE_NAME, OpenStatus::old);
         for (std::size_t i = 0; i < 2 && row.reads[i] != "-"; ++i) {
             found[i] = outcome(channel, row.reads[i]);
             if (found[i] == "ends the run")
@@ -254,7 +239,7 @@ protected:
     }
 
 private:
-    std::filesystem::path directory_;
+    test::WorkDirectory directory_;
 };
 
 TEST_P(FreeFieldTable, ReadsWhatTheTableHolds) {
