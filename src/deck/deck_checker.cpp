@@ -63,8 +63,8 @@ void check_combination() {
 
 // --- Cards 3.x -----------------------------------------------------------------------------------
 
-// IEDIT stands on the fourth line from here; it decides whether the first of them counts. Behind a blank fourth line
-// the step back of four ends one line late, so such a deck is reported at Card 3.2.
+// IEDIT stands on the fourth line from here; it decides whether the first of them counts. Behind a blank
+// fourth line the step back of four ends one line late, so such a deck is reported at Card 3.2.
 std::int32_t look_ahead_to_edit() {
     constexpr int lines = 4;
     deck().skip_lines(lines - 1, "Cards 3.1-1 to 3.3");

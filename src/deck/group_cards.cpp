@@ -152,10 +152,10 @@ void check_groups() {
     if (value_of(1) == 1)
         pass(CARD_BOUNDS);
     pass(CARD_GROUPS);
-    const std::int32_t NGROUP = count_on(CARD_GROUPS, MAXGROUPS);
+    const std::int32_t groups = count_on(CARD_GROUPS, MAXGROUPS);
     const bool titled = value_of(2) == 1;
     pass(CARD_REFERENCE);
-    for (std::int32_t g = 1; g <= NGROUP; ++g)
+    for (std::int32_t g = 1; g <= groups; ++g)
         check_group(titled);
 }
 

@@ -226,24 +226,24 @@ bool line_crossing(const Point& Q0, const Point& P, const Point& A, const Point&
     return true;
 }
 
-Snap NEARLINE(const Point& p1, const Point& p2, const Point& node, float TOLLINE) {
+Snap NEARLINE(const Point& p1, const Point& p2, const Point& node, float limit) {
     const float D1 = DIST2D(p1.x, p1.y, node.x, node.y);
-    if (TOLLINE >= D1)
+    if (limit >= D1)
         return {true, D1, p1};
     const float D2 = DIST2D(p2.x, p2.y, node.x, node.y);
-    if (TOLLINE >= D2)
+    if (limit >= D2)
         return {true, D2, p2};
     if (std::abs(p2.y - p1.y) < SAME_COORDINATE) {
         if (!between(node.x, p1.x, p2.x))
             return {false, BEYOND_THE_ENDS, node};
         const float D = std::abs(p1.y - node.y);
-        return TOLLINE >= D ? Snap{true, D, {node.x, p1.y}} : Snap{false, D, node};
+        return limit >= D ? Snap{true, D, {node.x, p1.y}} : Snap{false, D, node};
     }
     if (std::abs(p2.x - p1.x) < SAME_COORDINATE) {
         if (!between(node.y, p1.y, p2.y))
             return {false, BEYOND_THE_ENDS, node};
         const float D = std::abs(p1.x - node.x);
-        return TOLLINE >= D ? Snap{true, D, {p1.x, node.y}} : Snap{false, D, node};
+        return limit >= D ? Snap{true, D, {p1.x, node.y}} : Snap{false, D, node};
     }
     const bool sorted = p1.x <= p2.x;
     const Point& left = sorted ? p1 : p2;
@@ -253,7 +253,7 @@ Snap NEARLINE(const Point& p1, const Point& p2, const Point& node, float TOLLINE
     const float YF = (XF - left.x) * M + left.y;
     const float D = DIST2D(node.x, node.y, XF, YF);
     const bool within = between(XF, p1.x, p2.x) && between(YF, p1.y, p2.y);
-    return TOLLINE >= D && within ? Snap{true, D, {XF, YF}} : Snap{false, D, node};
+    return limit >= D && within ? Snap{true, D, {XF, YF}} : Snap{false, D, node};
 }
 
 std::int32_t SCANPOLY(const Point& point, std::span<const Point> polygon, std::int32_t in) {

@@ -63,14 +63,14 @@ Meeting SEGCROSS(const Point& p1, const Point& p2, const Point& p3, const Point&
 // parallel classes, and for slanting lines that SEGCROSS would call parallel.
 bool line_crossing(const Point& Q0, const Point& P, const Point& A, const Point& B, Point& Q);
 
-// Snaps a node to a segment when it is at most TOLLINE away: to an end first, else to the foot of its
-// perpendicular within the segment.
+// Snaps a node to a segment when it is at most a limit (TOLLINE) away: to an end first, else to the foot of
+// its perpendicular within the segment.
 struct Snap {
     bool near = false;
     float distance = 0.0F;  // D: to the end or the line; 1e30 beyond the ends of a segment along an axis
     Point point;            // where the node goes; the node itself when it is not near
 };
-Snap NEARLINE(const Point& p1, const Point& p2, const Point& node, float TOLLINE);
+Snap NEARLINE(const Point& p1, const Point& p2, const Point& node, float limit);
 
 // Point in polygon by scan line: an edge's upper end counts, its lower does not, and only crossings strictly
 // left of the point (even-odd rule). The polygon is closed by the routine. An empty polygon contains

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "channel/text_line.h"
@@ -49,5 +50,86 @@ struct SegmentRow {
     std::int32_t LTYPE = 0, NDIV = 0, IEND = 0;
     float Xo = 0.0F, Yo = 0.0F, Rx = 0.0F, Ry = 0.0F, Qb = 0.0F, Qe = 0.0F;
 };
+
+inline Table<GroupRow, MAXGROUPS, "GROUPREC"> GROUPREC;
+inline Table<GroupMaterial, MAXGROUPS, "GROUPMAT"> GROUPMAT;
+inline Table<Table<Point, MAXGROUPPOINTS + 1, "the outline points of a group">, MAXGROUPS, "the outlines">
+    OUTLINES;
+inline Table<Table<SegmentRow, MAXGROUPPOINTS, "the segments of a group">, MAXGROUPS, "SEGREC"> SEGREC;
+
+inline std::int32_t NGROUP = 0;
+inline std::int32_t IGTITL = 0;  // 1: each group has a title
+inline float Xref = 0.0F, Yref = 0.0F;
+inline float Hi = 0.0F;  // head that the nodes of a head mesh are written with
+
+// What a group's cards give the outputs.
+struct GroupPost {
+    TextLine title;
+    std::int32_t IGPOST = 0;
+    std::array<std::array<std::int32_t, 2>, 6> pair{};
+    std::array<std::int32_t, 7> toggle{};
+};
+inline Table<GroupPost, MAXGROUPS, "the output lines of the groups"> GROUPPOST;
+
+// Lists and limits of Cards 3.3.5.1 to 3.3.5.3.
+inline constexpr std::int32_t MAXGROUPLIST = 500;
+struct GroupLimits {
+    std::int32_t NODE = 0, NOEL = 0;
+    Table<std::int32_t, MAXGROUPLIST, "the node list of Card 3.3.5.1"> nodes;
+    Table<std::int32_t, MAXGROUPLIST, "the element list of Card 3.3.5.2"> elements;
+    std::string nodes_place, elements_place;  // file and line, for messages
+    std::int32_t IBOUND = 0;
+    float XMIN = 0.0F, YMIN = 0.0F, XMAX = 0.0F, YMAX = 0.0F;
+};
+inline GroupLimits GROUPLIMITS;
+
+// --- settings of the defaults file ---------------------------------------------------------------
+
+inline std::int32_t TOLMODE = 0;  // how the two limits below are made
+inline float TOLLENGTH = 0.0F, TOLFACTOR = 0.0F;
+inline float TOLMOVE = 0.0F;  // a side whose ends are nearer to the line lies on it
+inline float TOLLINE = 0.0F;  // a node that is nearer to the line is on it
+inline float TOLSAME = 0.0F;  // two points that are nearer are one
+
+// --- the engine ----------------------------------------------------------------------------------
+
+inline Table<std::int8_t, MAXNP, "FROZEN"> FROZEN;  // 1: the node must not be moved
+inline Table<std::int8_t, MAXEL, "ELEMSIGN">
+    ELEMSIGN;                   // -1: a line element that joints leave on the other side
+inline std::int32_t NUMNP = 0;  // highest node number in use
+inline std::int32_t NCONT = 0;  // highest element number in use, of any type
+
+inline std::int32_t CURRENT_GROUP = 0;  // the group in work
+
+// Limits of the mesh before the first group.
+struct MeshLimits {
+    float XMIN = 0.0F, XMAX = 0.0F, YMIN = 0.0F;
+};
+inline MeshLimits LIMITS;
+
+// What is kept of a group's line for the outputs.
+struct KeptLine {
+    std::int32_t MTYPE = 0, closed = 0;
+    std::vector<std::int32_t> nodes;
+    std::vector<Point> points;  // XPATH, YPATH
+};
+
+// --- the group listing ---------------------------------------------------------------------------
+
+// Kinds of a row of the listing.
+inline constexpr std::int32_t ROW_OUTLINE = 0, ROW_LINE = 1, ROW_JOINT = 2;
+
+struct ListingRow {
+    std::int32_t group = 0, sub_kind = 0;
+    std::int32_t MTYPE = 0, closed = 0;
+    std::int32_t members = 0;  // records of elements that belong to the row
+    std::vector<Point> points;
+};
+inline std::int32_t NGRP = 0;  // rows of the listing
+inline Table<ListingRow, MAXGROUPS, "the group listing"> LISTING;
+inline Table<KeptLine, MAXGROUPS, "the lines of the groups"> KEPTLINES;
+
+inline std::int32_t NMEMBER = 0;                      // records of elements in all rows
+inline std::int32_t NMATC = 0, NMATB = 0, NMATT = 0;  // highest material of each section as written
 
 }  // namespace brelan

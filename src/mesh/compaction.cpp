@@ -11,26 +11,6 @@ namespace brelan {
 
 namespace {
 
-void copy_attributes(std::int32_t from, std::int32_t to) {
-    switch (KIND()) {
-        case LayoutKind::coupled:
-            KS[to] = KS[from];
-            KF[to] = KF[from];
-            INTR[to] = INTR[from];
-            INTS[to] = INTS[from];
-            TBJWL[to] = TBJWL[from];
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            IDH[to] = IDH[from];
-            break;
-        case LayoutKind::displacement:
-            THIC[to] = THIC[from];
-            DEN[to] = DEN[from];
-            break;
-    }
-}
-
 void require_room(std::int32_t start, std::int32_t count, std::int32_t last, const char* what) {
     if (count > 0 && (start < 1 || start - 1 + count > last))
         FAIL(EDIT.start_place + ": Card 3.2: expected a first " + what + " number that keeps all " +

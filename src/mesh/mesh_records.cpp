@@ -72,16 +72,25 @@ NodeRecord read_node_record(Channel& mesh, std::int32_t NFIELDS) {
     return node;
 }
 
+ElementRecord two_node_element(std::int32_t from, std::int32_t to, std::int32_t material) {
+    ElementRecord e;
+    e.words.I1 = e.words.I4 = from;
+    e.words.I2 = e.words.I3 = to;
+    e.words.MATNO = material;
+    e.KF = 1;
+    e.INTR = e.INTS = 2;
+    e.THIC = e.DEN = 1.0F;
+    return e;
+}
+
 ElementRecord read_element_record(Channel& mesh, std::int8_t type) {
     ElementRecord e;
     ElementWords& w = e.words;
     if (type != EL_CONTINUUM) {
         read_free(mesh, record_name(type), e.NEL, w.I1, w.I2, w.MATNO);
-        w.I4 = w.I1;
-        w.I3 = w.I2;
-        e.KF = 1;
-        e.INTR = e.INTS = 2;
-        e.THIC = e.DEN = 1.0F;
+        const std::int32_t NEL = e.NEL;
+        e = two_node_element(w.I1, w.I2, w.MATNO);
+        e.NEL = NEL;
         return e;
     }
     switch (KIND()) {
@@ -195,6 +204,26 @@ void store_element(std::int32_t number, std::int8_t type, const ElementRecord& e
         case LayoutKind::displacement:
             THIC[number] = e.THIC;
             DEN[number] = e.DEN;
+            break;
+    }
+}
+
+void copy_attributes(std::int32_t from, std::int32_t to) {
+    switch (KIND()) {
+        case LayoutKind::coupled:
+            KS[to] = KS[from];
+            KF[to] = KF[from];
+            INTR[to] = INTR[from];
+            INTS[to] = INTS[from];
+            TBJWL[to] = TBJWL[from];
+            break;
+        case LayoutKind::temperature:
+        case LayoutKind::head:
+            IDH[to] = IDH[from];
+            break;
+        case LayoutKind::displacement:
+            THIC[to] = THIC[from];
+            DEN[to] = DEN[from];
             break;
     }
 }

@@ -57,6 +57,9 @@ NodeRecord read_node_record(Channel& mesh, std::int32_t NFIELDS);
 // two-node element has in memory.
 ElementRecord read_element_record(Channel& mesh, std::int8_t type);
 
+// A beam or truss between two nodes, with the attributes that a two-node element has in memory.
+ElementRecord two_node_element(std::int32_t from, std::int32_t to, std::int32_t material);
+
 // Reads the number of an element alone.
 std::int32_t read_element_number(Channel& mesh, std::int8_t type);
 
@@ -80,6 +83,9 @@ void write_element_record(Channel& mesh, std::int8_t type, const ElementRecord& 
 // were.
 void store_element(std::int32_t number, std::int8_t type, const ElementRecord& element);
 ElementRecord load_element(std::int32_t number);
+
+// Copies the attributes of the kind from one element to another.
+void copy_attributes(std::int32_t from, std::int32_t to);
 
 // The element as a result file shows it: a negative IDH as its absolute value less 100.
 ElementRecord load_element_for_writing(std::int32_t number);

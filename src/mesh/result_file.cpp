@@ -38,6 +38,16 @@ void WRITENODES(Channel& mesh, const ResultMesh& result) {
             write_node_record(mesh, load_node(n));
 }
 
+void WRITENODES(Channel& mesh, const ResultMesh& result, float head) {
+    for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
+        if (NACT1[n] != 1)
+            continue;
+        NodeRecord node = load_node(n);
+        node.H = head;
+        write_node_record(mesh, node);
+    }
+}
+
 void WRITEELEMENTS(Channel& mesh, const ResultMesh& result, std::int8_t type) {
     write_section_heading(mesh, type);
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)

@@ -20,6 +20,9 @@ void COUNTELEMENTS(ResultMesh& result);
 // The records of the active nodes, in ascending number.
 void WRITENODES(Channel& mesh, const ResultMesh& result);
 
+// The same with one value for every H.
+void WRITENODES(Channel& mesh, const ResultMesh& result, float head);
+
 // Headings and records of one type, in ascending number. A negative IDH is written as its absolute value less
 // 100: the solver knows codes of 100 and above by their sign only inside the package.
 void WRITEELEMENTS(Channel& mesh, const ResultMesh& result, std::int8_t type);

@@ -85,7 +85,7 @@ void run_base_mesh_alone() {
 
 void end_deck() {
     for (const int number : {CH_DECK, CH_DATA, CH_MESH_A, CH_MESH_B, CH_WORK, CH_RESULT_COPY, CH_SOURCE_A,
-                             CH_SOURCE_B, CH_RESULT})
+                             CH_SOURCE_B, CH_GROUP, CH_RESULT})
         close_channel(number);
 }
 

@@ -5,14 +5,19 @@
 #include "channel/channels.h"
 #include "channel/run_end.h"
 #include "deck/strip_mesh.h"
+#include "group/membership.h"
+#include "group/tables.h"
 #include "mesh/compaction.h"
 #include "mesh/edit_mesh.h"
 #include "mesh/edit_source.h"
 #include "mesh/edit_tables.h"
+#include "mesh/moves.h"
 #include "mesh/result_file.h"
 #include "mesh/selection.h"
 #include "run/channel_numbers.h"
+#include "run/group_run.h"
 #include "run/read_cards.h"
+#include "run/settings.h"
 #include "run/trace.h"
 
 namespace brelan {
@@ -92,15 +97,9 @@ void load_mesh() {
     }
 }
 
-// Passes 14.1 to 14.6: the group engine (IEDIT 4).
-void run_groups() {
-    if (EDIT.IEDIT == 4)
-        fail_not_available("the group engine of IEDIT 4");
-}
-
 // Pass 14.7: node moves.
 void run_moves() {
-    constexpr std::int32_t NMOVE = 0;
+    NMOVE = 0;
     TRACE(" Pass 14.7  NMOVE = ", 14.6F, NMOVE);
 }
 
@@ -108,6 +107,8 @@ void run_moves() {
 void run_compaction() {
     if (EDIT.IEDIT != 2 && EDIT.IEDIT != 3 && EDIT.IEDIT != 4)
         return;
+    if (EDIT.IEDIT == 4)
+        run_collapse_and_moves();
     TRACE(" Pass 15 ", 15.0F);
     const std::int32_t NE = PACKELEMENTS();
     TRACE(" Pass 16 ", 16.0F);
@@ -120,6 +121,25 @@ void run_compaction() {
     PLACEELEMENTS(NE, EDIT.NSNEL);
 }
 
+bool is_grouped_head_mesh() {
+    return EDIT.IEDIT == 4 && KIND() == LayoutKind::head;
+}
+
+// The trusses of a grouped head mesh are flow lines: a solver that goes by the header stops before them.
+MeshCounts header_counts(const ResultMesh& result) {
+    MeshCounts counts = result.counts;
+    if (is_grouped_head_mesh())
+        counts.NTRUS = 0;
+    return counts;
+}
+
+void write_elements(Channel& mesh, const ResultMesh& result, std::int8_t type) {
+    if (EDIT.IEDIT == 4)
+        write_group_elements(mesh, result, type);
+    else
+        WRITEELEMENTS(mesh, result, type);
+}
+
 // Passes 20 to 27.2: the result is written and copied.
 void write_result() {
     ResultMesh result;
@@ -129,22 +149,27 @@ void write_result() {
     TRACE(" Pass 21 ", 21.0F);
     COUNTELEMENTS(result);
     TRACE(" Pass 22.1 ", 22.1F);
-    write_mesh_head(mesh, FILEM.view(), result.counts);
+    write_mesh_head(mesh, FILEM.view(), header_counts(result));
     TRACE(" Pass 22.2 ", 22.2F);
     write_node_heading(mesh);
     TRACE(" Pass 23 ", 23.0F);
-    WRITENODES(mesh, result);
+    if (is_grouped_head_mesh())
+        WRITENODES(mesh, result, Hi);
+    else
+        WRITENODES(mesh, result);
+    if (EDIT.IEDIT == 4)
+        begin_membership();
     if (result.counts.NCONT > 0) {
         TRACE(" Pass 24 ", 24.0F);
-        WRITEELEMENTS(mesh, result, EL_CONTINUUM);
+        write_elements(mesh, result, EL_CONTINUUM);
     }
     if (result.counts.NBEAM > 0) {
         TRACE(" Pass 25 ", 25.0F);
-        WRITEELEMENTS(mesh, result, EL_BEAM);
+        write_elements(mesh, result, EL_BEAM);
     }
     if (result.counts.NTRUS > 0) {
         TRACE(" Pass 26 ", 26.0F);
-        WRITEELEMENTS(mesh, result, EL_TRUSS);
+        write_elements(mesh, result, EL_TRUSS);
     }
     WRITECLOSING(mesh);
     TRACE(" Pass 27.1 ", 27.1F);
@@ -180,7 +205,8 @@ void set_identity_edit() {
 
 void run_edit() {
     load_mesh();
-    run_groups();
+    if (EDIT.IEDIT == 4)
+        run_groups();
     run_moves();
     run_compaction();
     write_result();

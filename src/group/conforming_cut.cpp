@@ -1,0 +1,329 @@
+#include "group/conforming_cut.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "group/cut_table.h"
+#include "group/engine_mesh.h"
+#include "mesh/kinds.h"
+
+namespace brelan {
+
+namespace {
+
+Point corner(const CutRow& row, int place) {
+    return node_point(row.N[place]);
+}
+
+bool contains(const Point& P, const Corners& c) {
+    const Point n1 = node_point(c.n[0]), n2 = node_point(c.n[1]), n3 = node_point(c.n[2]);
+    if (INTRI(P, n1, n2, n3))
+        return true;
+    return c.n[3] > 0 && INTRI(P, n1, n3, node_point(c.n[3]));
+}
+
+// --- marks ---------------------------------------------------------------------------------------
+
+// Every row learns that a corner of its own is on the line.
+void mark_corner(std::int32_t node) {
+    for (CutRow& row : CUTTAB) {
+        if (row.E <= 0)
+            continue;
+        for (int i = 0; i < row.corners(); ++i)
+            if (row.N[i] == node)
+                row.V[i] = 1;
+    }
+}
+
+bool is_side(const CutRow& row, const RowSide& side, std::int32_t a, std::int32_t b) {
+    return (row.N[side.A] == a && row.N[side.B] == b) || (row.N[side.A] == b && row.N[side.B] == a);
+}
+
+// Calls the action with each row that has the side between two nodes and the place of its mark.
+template <class Action>
+void for_rows_with_side(std::int32_t a, std::int32_t b, Action action) {
+    for (CutRow& row : CUTTAB)
+        for (int i = 0; i < row.corners(); ++i)
+            if (is_side(row, side_of(row, i), a, b))
+                action(row, row.S[side_of(row, i).S]);
+}
+
+// The code words of a new node follow other nodes one after the other: in the coupled and displacement kinds
+// a word stays 1 only if no other has 0, in the temperature and head kinds a word that is not 0 is taken.
+void follow_node(std::int32_t node, std::int32_t other) {
+    NodeCodes& words = IDN[node];
+    const NodeCodes& from = IDN[other];
+    const auto count = static_cast<std::size_t>(kind_row().node_codes);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (has_node_values()) {
+            if (from[i] != 0)
+                words[i] = from[i];
+        } else if (from[i] == 0) {
+            words[i] = 0;
+        }
+    }
+    if (!has_node_values())
+        return;
+    if (H[other] != 0.0F)
+        H[node] = H[other];
+    if (CF[other] != 0.0F)
+        CF[node] = CF[other];
+}
+
+void begin_codes(std::int32_t node, std::int32_t value, std::size_t words) {
+    for (std::size_t i = 0; i < words; ++i)
+        IDN[node][i] = value;
+    if (has_node_values())
+        H[node] = CF[node] = 0.0F;
+}
+
+std::int32_t add_side_node(const Point& point, std::int32_t a, std::int32_t b) {
+    const std::int32_t node = add_node(point);
+    begin_codes(node, has_node_values() ? 0 : 1, static_cast<std::size_t>(kind_row().node_codes));
+    follow_node(node, std::min(a, b));
+    follow_node(node, std::max(a, b));
+    return node;
+}
+
+std::int32_t add_centre_node(const Point& point, const CutRow& row) {
+    const std::int32_t node = add_node(point);
+    switch (KIND()) {
+        case LayoutKind::coupled:
+            begin_codes(node, 1, 5);
+            break;
+        case LayoutKind::temperature:
+            begin_codes(node, 0, 2);
+            break;
+        case LayoutKind::head:
+            begin_codes(node, 1, 3);
+            break;
+        case LayoutKind::displacement:
+            begin_codes(node, 1, 3);
+            break;
+    }
+    for (const std::int32_t n : row.N)
+        if (n > 0)
+            follow_node(node, n);
+    return node;
+}
+
+// The corner of a row is on the line: all rows learn it.
+void ADDSIDE(CutRow& row, int place) {
+    mark_corner(row.N[place]);
+}
+
+// The side gets a node at the point, or the one that another row has put on it.
+void ADDSIDE(CutRow& row, const RowSide& side, const Point& point) {
+    const std::int32_t a = row.N[side.A];
+    const std::int32_t b = row.N[side.B];
+    std::int32_t found = 0;
+    for_rows_with_side(a, b, [&](const CutRow&, std::int32_t mark) {
+        if (found == 0)
+            found = mark;
+    });
+    if (found != 0) {
+        row.S[side.S] = found;
+        return;
+    }
+    const std::int32_t node = add_side_node(point, a, b);
+    for_rows_with_side(a, b, [&](const CutRow& other, std::int32_t& mark) {
+        if (other.E > 0)
+            mark = node;
+    });
+}
+
+void clear_side(std::int32_t a, std::int32_t b) {
+    for_rows_with_side(a, b, [](const CutRow&, std::int32_t& mark) { mark = 0; });
+}
+
+// --- ends ----------------------------------------------------------------------------------------
+
+constexpr float CLOSE_TO_SIDE = 0.2F;    // of the pair: an end so near to a side goes onto the side
+constexpr float HALFWAY_INSIDE = 0.5F;   // of the pair: an end so near to a side goes back half the way
+constexpr float CLOSE_TO_CORNER = 0.1F;  // of a side: a point so near to a corner is the corner
+constexpr float CLEAR_OF_CORNER = 0.3F;  // of a side: least distance of a node on it from a corner
+
+void place_corner(CutRow& row, int place, const Point& point) {
+    move_node(row.N[place], point);
+    ADDSIDE(row, place);
+    row.V[place] = 1;
+}
+
+Point along(const Point& from, const Point& a, const Point& b) {
+    return {from.x + CLEAR_OF_CORNER * (b.x - a.x), from.y + CLEAR_OF_CORNER * (b.y - a.y)};
+}
+
+// Puts P into the row by one of its sides; Q0 is the other point of the pair.
+void ENDNODE(CutRow& row, const RowSide& side, const Point& P, const Point& Q0) {
+    const std::int32_t nodeA = row.N[side.A];
+    const std::int32_t nodeB = row.N[side.B];
+    const Point A = node_point(nodeA);
+    const Point B = node_point(nodeB);
+    if (distance(B, P) < distance(A, P)) {
+        if (FROZEN[nodeB] == 0)
+            return place_corner(row, side.B, P);
+    } else if (FROZEN[nodeA] == 0) {
+        return place_corner(row, side.A, P);
+    }
+    Point Q;
+    if (!line_crossing(Q0, P, A, B, Q))
+        return;
+    const float DP = distance(Q, P);
+    const float D0 = distance(Q, Q0);
+    const float L = distance(A, B);
+    const float DA = distance(A, Q);
+    const bool both_frozen = FROZEN[nodeA] == 1 && FROZEN[nodeB] == 1;
+    if (DP <= CLOSE_TO_SIDE * D0) {
+        const bool nearer_B = L * 0.5F < DA;
+        const float from_corner = nearer_B ? std::abs(L - DA) : DA;
+        const int place = nearer_B ? side.B : side.A;
+        if (from_corner <= CLOSE_TO_CORNER * L) {
+            if (both_frozen)
+                move_node(row.N[place], Q);
+            ADDSIDE(row, place);
+            row.V[place] = 1;
+            return;
+        }
+        // Near B the node goes outwards, beyond the end of the side: kept as decks have always had it.
+        const bool clear = nearer_B ? CLEAR_OF_CORNER * L < L - DA : CLEAR_OF_CORNER * L < DA;
+        ADDSIDE(row, side, clear ? Q : along(nearer_B ? B : A, A, B));
+        return;
+    }
+    const Point inside =
+        DP <= HALFWAY_INSIDE * D0 ? Point{Q.x - 0.5F * (Q.x - Q0.x), Q.y - 0.5F * (Q.y - Q0.y)} : P;
+    row.C = add_centre_node(inside, row);
+}
+
+// Places an end in the first row that contains it. False when this row does not.
+bool place_end_in(CutRow& row, const Point& P, const Point& Q0) {
+    const Point n1 = corner(row, 0), n2 = corner(row, 1), n3 = corner(row, 2);
+    Point G;
+    if (row.is_triangle()) {
+        if (!INTRI(P, n1, n2, n3))
+            return false;
+        G = {(n1.x + n2.x + n3.x) / 3.0F, (n1.y + n2.y + n3.y) / 3.0F};
+    } else {
+        const Point n4 = corner(row, 3);
+        if (!INTRI(P, n1, n2, n3) && !INTRI(P, n1, n3, n4))
+            return false;
+        G = {(n1.x + n2.x + n3.x + n4.x) / 4.0F, (n1.y + n2.y + n3.y + n4.y) / 4.0F};
+    }
+    for (int i = 0; i < row.corners(); ++i) {
+        const RowSide& side = side_of(row, i);
+        if (INTRI(P, corner(row, side.A), corner(row, side.B), G)) {
+            ENDNODE(row, side, P, Q0);
+            return true;
+        }
+    }
+    return false;
+}
+
+void place_one_end(const Point& P, const Point& Q0) {
+    for (CutRow& row : CUTTAB)
+        if (place_end_in(row, P, Q0))
+            return;
+}
+
+// --- sides ---------------------------------------------------------------------------------------
+
+constexpr float SHARE_OF_SIDE = 0.1F;   // of a side: a crossing so near to a frozen corner is the corner
+constexpr std::int32_t ONLY_MOVE = -2;  // IEND: nodes move, none is added
+
+// Brings one side to the segment.
+void SIDECUT(CutRow& row, const RowSide& side, const Point& P1, const Point& P2, const CutMode& mode) {
+    const std::int32_t nodeA = row.N[side.A];
+    const std::int32_t nodeB = row.N[side.B];
+    const Point A = node_point(nodeA);
+    const Point B = node_point(nodeB);
+    const auto drop_planned_node = [&] {
+        if (row.S[side.S] != 0 && !mode.DEFERCUT)
+            clear_side(nodeA, nodeB);
+    };
+    if (NEARLINE(P1, P2, A, TOLLINE).distance < TOLMOVE && NEARLINE(P1, P2, B, TOLLINE).distance < TOLMOVE)
+        return drop_planned_node();
+    const Meeting crossing = SEGCROSS(P1, P2, A, B);
+    if (!crossing.meets)
+        return drop_planned_node();
+    const Point X = crossing.point;
+    const float L = distance(A, B);
+    const float D = distance(A, X);
+    const bool nearer_B = L * 0.5F < D;
+    const int place = nearer_B ? side.B : side.A;
+    const std::int32_t node = row.N[place];
+    const std::int32_t other = nearer_B ? nodeA : nodeB;
+    const auto mark = [&] {
+        if (mode.IEND == ONLY_MOVE)
+            return;
+        ADDSIDE(row, place);
+        row.V[place] = 1;
+    };
+    if (FROZEN[node] == 0 || (FROZEN[node] == 1 && FROZEN[other] == 1)) {
+        move_node(node, X);
+        mark();
+        return drop_planned_node();
+    }
+    // The corner may not move. The neighbouring side may be so short that the crossing has to be nearer to
+    // count as it.
+    const float neighbour = distance(corner(row, nearer_B ? side.nB : side.nA), nearer_B ? B : A);
+    const float F = neighbour < L ? SHARE_OF_SIDE * neighbour / L : SHARE_OF_SIDE;
+    const float from_corner = nearer_B ? std::abs(L - D) : D;
+    if (F * L < from_corner) {
+        if (mode.IEND != ONLY_MOVE)
+            ADDSIDE(row, side, X);
+        else if (nearer_B && KIND() != LayoutKind::displacement)
+            drop_planned_node();
+        return;
+    }
+    mark();
+    drop_planned_node();
+}
+
+}  // namespace
+
+void COLLECT(const Point& P1, const Point& P2) {
+    const auto take = [](std::int32_t e) {
+        const ElementWords& w = IEL[e];
+        CutRow row;
+        row.N[0] = w.I1;
+        row.N[1] = w.I2;
+        row.N[2] = w.I3;
+        row.N[3] = w.I4;
+        row.M = w.MATNO;
+        row.E = e;
+        CUTTAB.push_back(row);
+        IEL[e].I1 = -w.I1;
+    };
+    const auto open_to_cut = [](std::int32_t e) { return is_selected(e) && IEL[e].I1 > 0; };
+    const auto crosses = [&](const Corners& c) {
+        const int corners = c.n[3] > 0 ? 4 : 3;
+        for (int i = 0; i < corners; ++i)
+            if (SEGCROSS(P1, P2, node_point(c.n[i]), node_point(c.n[(i + 1) % corners])).meets)
+                return true;
+        return false;
+    };
+    const std::span<const std::int32_t> elements = elements_near(P1, P2);
+    for (const std::int32_t e : elements)
+        if (open_to_cut(e) && contains(P1, corners_of(e)))
+            take(e);
+    for (const std::int32_t e : elements)
+        if (open_to_cut(e) && contains(P2, corners_of(e)))
+            take(e);
+    for (const std::int32_t e : elements)
+        if (open_to_cut(e) && crosses(corners_of(e)))
+            take(e);
+}
+
+void PLACEEND(const Point& P1, const Point& P2, bool skip1, bool skip2) {
+    if (!skip1)
+        place_one_end(P1, P2);
+    if (!skip2)
+        place_one_end(P2, P1);
+}
+
+void SIDESCAN(const Point& P1, const Point& P2, const CutMode& mode) {
+    for (CutRow& row : CUTTAB)
+        for (int i = 0; i < row.corners(); ++i)
+            SIDECUT(row, side_of(row, i), P1, P2, mode);
+}
+
+}  // namespace brelan

@@ -1,0 +1,284 @@
+#include "group/engine_mesh.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "mesh/kinds.h"
+
+namespace brelan {
+
+namespace {
+
+// --- the index -----------------------------------------------------------------------------------
+
+struct Box {
+    float x0, y0, x1, y1;
+
+    void include(const Point& p) {
+        x0 = std::min(x0, p.x);
+        y0 = std::min(y0, p.y);
+        x1 = std::max(x1, p.x);
+        y1 = std::max(y1, p.y);
+    }
+    float size() const { return std::max(x1 - x0, y1 - y0); }
+    // Room for what the tests find beyond a box: a rounded crossing up to half of a segment's length beyond
+    // its end, and the area tolerance of a triangle.
+    Box with_room() const {
+        const float room = size() * 0.51F + 1.0E-9F;
+        return {x0 - room, y0 - room, x1 + room, y1 + room};
+    }
+};
+
+Box box_of(const Point& a, const Point& b) {
+    Box box{a.x, a.y, a.x, a.y};
+    box.include(b);
+    return box;
+}
+
+constexpr std::int32_t MOST_CELLS = 400;  // along one axis
+
+// Cells hold the elements whose boxes touch them. An element that changes is noted again where it lies now;
+// that it still stands in older cells costs a test and changes nothing.
+class ElementIndex {
+public:
+    bool on = true;
+
+    void build() {
+        cells_.clear();
+        anywhere_.clear();
+        head_.assign(static_cast<std::size_t>(MAXNP) + 1, NONE);
+        links_.clear();
+        stamp_.assign(static_cast<std::size_t>(MAXEL) + 1, 0);
+        bounds_ = {0.0F, 0.0F, 0.0F, 0.0F};
+        bool first = true;
+        std::int32_t elements = 0;
+        for (std::int32_t e = 1; e <= NCONT; ++e) {
+            if (ETYPE[e] != EL_CONTINUUM)
+                continue;
+            ++elements;
+            for (const std::int32_t n : corners_of(e).n) {
+                if (n <= 0)
+                    continue;
+                if (first)
+                    bounds_ = box_of(node_point(n), node_point(n));
+                first = false;
+                bounds_.include(node_point(n));
+            }
+        }
+        const float side = std::sqrt(static_cast<float>(std::max(elements, 1)));
+        count_ = std::clamp(static_cast<std::int32_t>(side), 1, MOST_CELLS);
+        cells_.resize(static_cast<std::size_t>(count_) * static_cast<std::size_t>(count_));
+        for (std::int32_t e = 1; e <= NCONT; ++e)
+            if (ETYPE[e] == EL_CONTINUUM)
+                note(e);
+    }
+
+    void note(std::int32_t e) {
+        if (cells_.empty())
+            return;
+        for (const std::int32_t n : corners_of(e).n)
+            if (n > 0)
+                link(n, e);
+        place(e);
+    }
+
+    // The elements of a moved node lie elsewhere now.
+    void note_node(std::int32_t n) {
+        if (cells_.empty())
+            return;
+        for (std::int32_t i = head_[static_cast<std::size_t>(n)]; i != NONE;
+             i = links_[static_cast<std::size_t>(i)].next)
+            place(links_[static_cast<std::size_t>(i)].element);
+    }
+
+    std::span<const std::int32_t> near(const Point& p1, const Point& p2) {
+        found_.clear();
+        if (!on || cells_.empty()) {
+            for (std::int32_t e = 1; e <= NCONT; ++e)
+                found_.push_back(e);
+            return found_;
+        }
+        ++mark_;
+        const Box box = box_of(p1, p2).with_room();
+        for (std::int32_t c = cell_x(box.x0); c <= cell_x(box.x1); ++c)
+            for (std::int32_t r = cell_y(box.y0); r <= cell_y(box.y1); ++r)
+                take(cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
+                            static_cast<std::size_t>(r)]);
+        take(anywhere_);
+        std::sort(found_.begin(), found_.end());
+        return found_;
+    }
+
+private:
+    static constexpr std::int32_t NONE = -1;
+    struct Link {
+        std::int32_t element, next;
+    };
+
+    void link(std::int32_t n, std::int32_t e) {
+        std::int32_t& head = head_[static_cast<std::size_t>(n)];
+        links_.push_back({e, head});
+        head = static_cast<std::int32_t>(links_.size()) - 1;
+    }
+
+    // Cells at the border reach beyond it without end.
+    std::int32_t cell(float v, float low, float high) const {
+        const float place = (v - low) / std::max(high - low, 1.0E-30F) * static_cast<float>(count_);
+        return place > 0.0F ? static_cast<std::int32_t>(std::min(place, static_cast<float>(count_ - 1))) : 0;
+    }
+    std::int32_t cell_x(float x) const { return cell(x, bounds_.x0, bounds_.x1); }
+    std::int32_t cell_y(float y) const { return cell(y, bounds_.y0, bounds_.y1); }
+
+    void place(std::int32_t e) {
+        const Corners corners = corners_of(e);
+        Box box{0.0F, 0.0F, 0.0F, 0.0F};
+        bool first = true;
+        for (const std::int32_t n : corners.n) {
+            if (n <= 0)
+                continue;
+            if (first)
+                box = box_of(node_point(n), node_point(n));
+            first = false;
+            box.include(node_point(n));
+        }
+        if (first || is_flat(corners, box)) {
+            anywhere_.push_back(e);
+            return;
+        }
+        const Box room = box.with_room();
+        for (std::int32_t c = cell_x(room.x0); c <= cell_x(room.x1); ++c)
+            for (std::int32_t r = cell_y(room.y0); r <= cell_y(room.y1); ++r) {
+                auto& list = cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
+                                    static_cast<std::size_t>(r)];
+                if (list.empty() || list.back() != e)
+                    list.push_back(e);
+            }
+    }
+
+    // A half of no area contains points of its whole line, wherever they are.
+    static bool is_flat(const Corners& corners, const Box& box) {
+        const auto flat = [&](std::int32_t a, std::int32_t b, std::int32_t c) {
+            if (a <= 0 || b <= 0 || c <= 0)
+                return true;
+            const double area = std::abs(2.0 * ARSUM(node_point(a), node_point(b), node_point(c)));
+            const double coordinate = static_cast<double>(
+                std::max({std::abs(box.x0), std::abs(box.x1), std::abs(box.y0), std::abs(box.y1)}));
+            return !(area > 1.0E-10 * static_cast<double>(box.size()) * coordinate);
+        };
+        return flat(corners.n[0], corners.n[1], corners.n[2]) ||
+               (corners.n[3] > 0 && flat(corners.n[0], corners.n[2], corners.n[3]));
+    }
+
+    void take(const std::vector<std::int32_t>& elements) {
+        for (const std::int32_t e : elements) {
+            std::uint32_t& stamp = stamp_[static_cast<std::size_t>(e)];
+            if (stamp == mark_)
+                continue;
+            stamp = mark_;
+            found_.push_back(e);
+        }
+    }
+
+    Box bounds_{0.0F, 0.0F, 0.0F, 0.0F};
+    std::int32_t count_ = 1;
+    std::vector<std::vector<std::int32_t>> cells_;
+    std::vector<std::int32_t> anywhere_;
+    std::vector<std::int32_t> head_;  // by node: its last link
+    std::vector<Link> links_;
+    std::vector<std::uint32_t> stamp_;
+    std::uint32_t mark_ = 0;
+    std::vector<std::int32_t> found_;
+};
+
+ElementIndex the_index;
+
+}  // namespace
+
+float distance(const Point& a, const Point& b) {
+    return DIST2D(a.x, a.y, b.x, b.y);
+}
+
+bool is_joint(std::int32_t e) {
+    switch (KIND()) {
+        case LayoutKind::coupled:
+            return KS[e] > 0;
+        case LayoutKind::temperature:
+        case LayoutKind::head:
+            return IDH[e] < 0;
+        default:
+            return DEN[e] < 0.0F;
+    }
+}
+
+Corners corners_of(std::int32_t e) {
+    const ElementWords& w = IEL[e];
+    // The cut hides the elements that it works on behind a negative first corner.
+    return {{std::abs(w.I1), w.I2, w.I3, w.I4}};
+}
+
+void set_corners(std::int32_t e, const Corners& corners) {
+    ElementWords& w = IEL[e];
+    w.I1 = corners.n[0];
+    w.I2 = corners.n[1];
+    w.I3 = corners.n[2];
+    w.I4 = corners.n[3];
+    the_index.note(e);
+}
+
+Point centroid(std::int32_t e) {
+    Point sum;
+    float count = 0.0F;
+    const ElementWords& w = IEL[e];
+    for (const std::int32_t n : {w.I1, w.I2, w.I3, w.I4}) {
+        if (n <= 0)
+            continue;
+        sum = {sum.x + XC[n], sum.y + YC[n]};
+        count = count + 1.0F;
+    }
+    return {sum.x / count, sum.y / count};
+}
+
+std::int32_t add_node(const Point& point) {
+    if (NUMNP >= MAXNP)
+        FAIL("group engine: expected at most " + std::to_string(MAXNP) +
+             " node numbers, but the groups need a new one behind the last");
+    ++NUMNP;
+    FROZEN[NUMNP] = 0;
+    move_node(NUMNP, point);
+    return NUMNP;
+}
+
+std::int32_t add_element() {
+    if (NCONT >= MAXEL)
+        FAIL("group engine: expected at most " + std::to_string(MAXEL) +
+             " element numbers, but the groups need a new one behind the last");
+    return ++NCONT;
+}
+
+void move_node(std::int32_t n, const Point& point) {
+    if (!std::isfinite(point.x) || !std::isfinite(point.y))
+        FAIL("group " + std::to_string(CURRENT_GROUP) + ": expected coordinates that are numbers, but node " +
+             std::to_string(n) + " would get one that is none");
+    XC[n] = point.x;
+    YC[n] = point.y;
+    the_index.note_node(n);
+}
+
+void build_element_index() {
+    the_index.build();
+}
+
+void note_element(std::int32_t e) {
+    the_index.note(e);
+}
+
+std::span<const std::int32_t> elements_near(const Point& p1, const Point& p2) {
+    return the_index.near(p1, p2);
+}
+
+void use_element_index(bool on) {
+    the_index.on = on;
+}
+
+}  // namespace brelan

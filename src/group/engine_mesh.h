@@ -1,0 +1,67 @@
+// The mesh as the group engine sees it: what is a joint, new nodes and elements, and where things lie.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "group/geometry.h"
+#include "group/tables.h"
+
+namespace brelan {
+
+inline Point node_point(std::int32_t n) {
+    return {XC[n], YC[n]};
+}
+
+float distance(const Point& a, const Point& b);
+
+// True for a continuum element that carries the mark of a joint: KS above 0, IDH below 0 or DEN below 0 by
+// kind.
+bool is_joint(std::int32_t e);
+
+// A selected element: a continuum element that Card 3.3.5.2 does not name and that is no joint or duplicate
+// of this run.
+inline bool is_selected(std::int32_t e) {
+    return ETYPE[e] == EL_CONTINUUM && ELIST[e] != 0;
+}
+
+// The corner words of an element in their order.
+struct Corners {
+    std::int32_t n[4];
+};
+Corners corners_of(std::int32_t e);
+void set_corners(std::int32_t e, const Corners& corners);
+
+// Mean of the corners with positive numbers: their sum in corner order, then divided.
+Point centroid(std::int32_t e);
+
+// A new node behind the highest, free to move; its code words stay as found. Ends the run when there is no
+// number left.
+std::int32_t add_node(const Point& point);
+
+// A new element number behind the highest. Ends the run when there is none left.
+std::int32_t add_element();
+
+// Moves a node. Ends the run when a coordinate is not a number.
+void move_node(std::int32_t n, const Point& point);
+
+// --- where elements lie --------------------------------------------------------------------------
+
+// The index of element places follows the mesh as it changes. It never leaves out an element that lies at a
+// place, so what is found with it is what a scan of all elements in ascending number would find.
+
+// Builds the index over elements 1 to NCONT.
+void build_element_index();
+
+// Notes that an element has new corners.
+void note_element(std::int32_t e);
+
+// All elements that may contain an end of the segment or have a side crossed by it, in ascending number.
+std::span<const std::int32_t> elements_near(const Point& p1, const Point& p2);
+
+// Switches the index off: elements_near then gives every element. For tests that hold the two against each
+// other.
+void use_element_index(bool on);
+
+}  // namespace brelan

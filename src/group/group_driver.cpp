@@ -1,0 +1,148 @@
+#include "group/group_driver.h"
+
+#include <cstdlib>
+#include <span>
+
+#include "channel/channels.h"
+#include "channel/real_to_integer.h"
+#include "group/engine_mesh.h"
+#include "group/joints.h"
+#include "group/line_elements.h"
+#include "group/listing.h"
+#include "group/path.h"
+#include "group/regions.h"
+#include "mesh/kinds.h"
+#include "run/channel_numbers.h"
+
+namespace brelan {
+
+namespace {
+
+// The outline of a group, and whether it is closed: an open line whose ends lie within TOLSAME counts as
+// closed.
+Outline load_outline(std::int32_t g) {
+    Outline outline;
+    outline.group = GROUPREC[g];
+    GroupRow& group = outline.group;
+    const auto points = static_cast<std::size_t>(group.NPOINT > 0 ? group.NPOINT : 0);
+    outline.point.resize(points + 2);
+    for (std::int32_t i = 1; i <= group.NPOINT; ++i)
+        outline.point[static_cast<std::size_t>(i)] = OUTLINES[g][i];
+    if (std::abs(group.MTYPE) == 2 && group.NPOINT > 1 &&
+        distance(outline.point[1], outline.point[points]) < TOLSAME)
+        --group.NPOINT;
+    outline.closed = group.NSEGMENT == group.NPOINT;
+    return outline;
+}
+
+// The joint attribute as the engine holds it: the temperature and head kinds keep it below -100.
+std::int32_t joint_attribute(float KFj) {
+    const std::int32_t value = TRUNCATE(KFj);
+    return has_node_values() ? -std::abs(value) - 100 : value;
+}
+
+// Lines of a group, and its joint: works on the mesh and writes the record of "JOINT.TMP". True when there is
+// one.
+bool add_lines(std::int32_t g, const Outline& outline, std::span<const std::int32_t> nodes) {
+    const GroupMaterial& material = GROUPMAT[g];
+    const GroupRow& group = outline.group;
+    JointRecord record;
+    record.group = g;
+    record.closed = outline.closed ? 1 : 0;
+    record.MTYPE = group.MTYPE;
+    record.LTi = TRUNCATE(material.LTi);
+    record.LMi = TRUNCATE(material.LMi);
+    record.nodes.assign(nodes.begin(), nodes.end());
+    if (group.MTYPE >= 1 && group.MTYPE <= 4) {
+        const bool listed = record.LTi != 0 && record.LMi != 0;
+        if (listed)
+            write_joint_record(channel(CH_JOINT), record);
+        LINEELEM(group.MOVE, outline.closed, record.LTi, record.LMi, nodes);
+        return listed;
+    }
+    if (group.MTYPE < -4 || group.MTYPE > -2)
+        return false;
+    record.THICj = material.THICj;
+    record.LTo = TRUNCATE(material.LTo);
+    record.LMo = TRUNCATE(material.LMo);
+    record.twins = TWINLINE(nodes, outline.closed, record.THICj);
+    write_joint_record(channel(CH_JOINT), record);
+    ADDJOINTS(nodes, record.twins, outline.closed, TRUNCATE(material.MATj), joint_attribute(material.KFj));
+    if (std::abs(group.MTYPE) == 4 || record.THICj <= 0.0F)
+        MOVEACROSS(nodes, record.twins, outline.closed);
+    LINEELEM(group.MOVE, outline.closed, record.LTi, record.LMi, nodes);
+    LINEELEM(group.MOVE, outline.closed, record.LTo, record.LMo, record.twins);
+    return true;
+}
+
+void run_region(std::int32_t g, const GroupRow& group, std::span<const Point> path) {
+    const GroupMaterial& material = GROUPMAT[g];
+    RegionMaterial region;
+    region.MTYPE = group.MTYPE;
+    region.OVERLAY = group.OVERLAY;
+    region.MAT = TRUNCATE(material.MAT);
+    region.MATold = TRUNCATE(material.MATold);
+    region.KF = TRUNCATE(material.KF);
+    region.DEN = material.KF;
+    REGIONS(region, path);
+}
+
+// Works on one group. True when it has written a record to "JOINT.TMP".
+bool run_group(std::int32_t g) {
+    CURRENT_GROUP = g;
+    TWINSAVE.clear();
+    if (GROUPREC[g].MTYPE == 0)
+        return false;
+    Outline outline = load_outline(g);
+    const GroupRow& group = outline.group;
+    const Path path = BUILDPATH(g, outline);
+    const bool free_line = group.MTYPE == 2 && group.OVERLAY == 1;
+    KeptLine line;
+    if (!free_line)
+        line = LISTNODES(path);
+    else if (group.NSEGMENT >= 1)
+        line = LISTFREENODES(path);
+    const bool recorded = add_lines(g, outline, line.nodes);
+    write_listing_row(channel(CH_GROUP), g, ROW_OUTLINE, group.MTYPE, outline.closed ? 1 : 0, path.point);
+    line.MTYPE = group.MTYPE;
+    line.closed = outline.closed ? 1 : 0;
+    KEPTLINES[NGRP] = line;
+    run_region(g, group, path.point);
+    return recorded;
+}
+
+// The lines and joints at the end of the run: later groups may have moved them.
+void finish_joints(std::int32_t records) {
+    Channel& joints = channel(CH_JOINT);
+    joints.rewind();
+    for (std::int32_t i = 1; i <= records; ++i) {
+        const JointRecord record = read_joint_record(joints);
+        CURRENT_GROUP = record.group;
+        if (record.MTYPE < 0)
+            TWINFIX(record.nodes, record.twins, record.closed == 1, record.THICj);
+    }
+    joints.rewind();
+    for (std::int32_t i = 1; i <= records; ++i)
+        list_record(channel(CH_GROUP), read_joint_record(joints));
+}
+
+}  // namespace
+
+void GROUPDRV() {
+    open_channel(CH_JOINT, "JOINT.TMP", OpenStatus::work);
+    open_channel(CH_GROUP, "GROUP.TMP", OpenStatus::work);
+    NGRP = 0;
+    BEAMLINES = TRUSSLINES = 0;
+    build_element_index();
+    std::int32_t records = 0;
+    for (std::int32_t g = 1; g <= NGROUP; ++g)
+        if (run_group(g))
+            ++records;
+    if (records > 0)
+        finish_joints(records);
+    close_channel(CH_JOINT, CloseAction::remove);
+    close_channel(CH_GROUP);
+    REPAIRQUADS();
+}
+
+}  // namespace brelan

@@ -1,0 +1,178 @@
+#include "group/joints.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <unordered_map>
+
+#include "group/engine_mesh.h"
+#include "mesh/kinds.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr float ON_LIMIT = 0.0001F;   // a line node so near to a limit of the mesh lies on it
+constexpr float NO_SHIFT = 1.0E-10F;  // shift along a limit that cannot be scaled
+
+std::vector<Point> points_of(std::span<const std::int32_t> nodes) {
+    std::vector<Point> points;
+    for (const std::int32_t n : nodes)
+        points.push_back(node_point(n));
+    return points;
+}
+
+void set_joint_attributes(std::int32_t e, std::int32_t KFj) {
+    switch (KIND()) {
+        case LayoutKind::coupled:
+            KS[e] = 1;
+            KF[e] = KFj;
+            INTR[e] = 0;
+            break;
+        case LayoutKind::temperature:
+        case LayoutKind::head:
+            IDH[e] = -std::abs(KFj) - 100;
+            break;
+        case LayoutKind::displacement:
+            THIC[e] = 1.0F;
+            DEN[e] = -1.0F;
+            break;
+    }
+}
+
+// On which side of the line an element lies, seen from its corner at the line's place k.
+bool is_left(const std::vector<Point>& line, bool closed, std::size_t k, const Point& G) {
+    const std::size_t last = line.size() - 1;
+    if (closed)
+        return SCANPOLY(G, line, SCAN_ALWAYS) == 1;
+    if (line.size() == 1)
+        return area_32(line[0], line[0], G) >= 0.0F;
+    if (k == 0)
+        return area_32(line[0], line[1], G) >= 0.0F;
+    if (k == last)
+        return area_32(line[last - 1], line[last], G) >= 0.0F;
+    const double turn = ARSUM(line[k - 1], line[k], line[k + 1]);
+    const double before = ARSUM(line[k - 1], line[k], G);
+    const double behind = ARSUM(line[k], line[k + 1], G);
+    if (turn >= 0.0)
+        return before < 0.0 ? false : behind >= 0.0;
+    return before >= 0.0 ? true : behind >= 0.0;
+}
+
+}  // namespace
+
+std::vector<Point> offset_line(std::span<const std::int32_t> nodes, bool closed, float THICj) {
+    const float T = std::abs(THICj);
+    const std::vector<Point> line = points_of(nodes);
+    const std::size_t c = line.size();
+    if (c < 2)
+        return line;
+    std::vector<Segment> edge;  // shifted; the closing one last
+    for (std::size_t k = 0; k + 1 < c; ++k)
+        edge.push_back(OFFSEG(T, line[k], line[k + 1]));
+    const auto corner = [](const Segment& one, const Segment& two) {
+        return MITRE(one.from, one.to, two.from, two.to);
+    };
+    std::vector<Point> twins(c);
+    for (std::size_t k = 1; k + 1 < c; ++k)
+        twins[k] = corner(edge[k - 1], edge[k]);
+    if (closed) {
+        const Segment closing = OFFSEG(T, line[c - 1], line[0]);
+        twins[0] = corner(closing, edge[0]);
+        twins[c - 1] = corner(edge[c - 2], closing);
+    } else {
+        twins[0] = edge[0].from;
+        twins[c - 1] = edge[c - 2].to;
+    }
+    return twins;
+}
+
+std::vector<std::int32_t> TWINLINE(std::span<const std::int32_t> nodes, bool closed, float THICj) {
+    const std::vector<Point> places = offset_line(nodes, closed, THICj);
+    const auto words = static_cast<std::size_t>(kind_row().node_codes);
+    std::vector<std::int32_t> twins;
+    for (std::size_t k = 0; k < nodes.size(); ++k) {
+        const std::int32_t node = nodes[k];
+        const std::int32_t twin = add_node(places[k]);
+        for (std::size_t i = 0; i < words; ++i)
+            IDN[twin][i] = IDN[node][i];
+        if (has_node_values()) {
+            H[twin] = H[node];
+            CF[twin] = CF[node];
+        }
+        FROZEN[node] = FROZEN[twin] = 1;
+        twins.push_back(twin);
+    }
+    return twins;
+}
+
+void ADDJOINTS(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
+               std::int32_t MATj, std::int32_t KFj) {
+    const std::size_t c = nodes.size();
+    if (c < 2)
+        return;
+    for (std::size_t k = 0; k < (closed ? c : c - 1); ++k) {
+        const std::size_t next = (k + 1) % c;
+        const std::int32_t e = add_element();
+        ETYPE[e] = EL_CONTINUUM;
+        ELIST[e] = 0;
+        IEL[e].MATNO = MATj;
+        set_joint_attributes(e, KFj);
+        set_corners(e, {{nodes[k], nodes[next], twins[next], twins[k]}});
+    }
+}
+
+void MOVEACROSS(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed) {
+    const std::vector<Point> line = points_of(nodes);
+    std::unordered_map<std::int32_t, std::size_t> place;  // of a node in the list, which names none twice
+    for (std::size_t k = 0; k < nodes.size(); ++k)
+        place.emplace(nodes[k], k);
+    for (std::int32_t e = 1; e <= NCONT; ++e) {
+        if (ETYPE[e] == EL_DELETED || (ETYPE[e] == EL_CONTINUUM && is_joint(e)))
+            continue;
+        const Corners before = corners_of(e);
+        Corners after = before;
+        bool moved = false;
+        Point G;
+        bool has_centroid = false;
+        for (int j = 0; j < 4; ++j) {
+            const auto found = before.n[j] > 0 ? place.find(before.n[j]) : place.end();
+            if (found == place.end())
+                continue;
+            if (!has_centroid)
+                G = centroid(e);
+            has_centroid = true;
+            const bool left = is_left(line, closed, found->second, G);
+            if (left != (ELEMSIGN[e] >= 0))
+                continue;
+            after.n[j] = twins[found->second];
+            moved = true;
+        }
+        if (!moved)
+            continue;
+        TWINSAVE.push_back({e, {before.n[0], before.n[1], before.n[2], before.n[3]}});
+        set_corners(e, after);
+    }
+}
+
+void TWINFIX(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
+             float THICj) {
+    const float T = std::abs(THICj);
+    const std::vector<Point> places = offset_line(nodes, closed, THICj);
+    for (std::size_t k = 0; k < nodes.size(); ++k) {
+        const Point line = node_point(nodes[k]);
+        Point twin = places[k];
+        if (line.x < LIMITS.XMIN + ON_LIMIT || line.x > LIMITS.XMAX - ON_LIMIT) {
+            const float D = twin.y - line.y;
+            if (std::abs(D) >= NO_SHIFT)
+                twin = {line.x, line.y + T * T / D};
+        }
+        if (line.y < LIMITS.YMIN + ON_LIMIT) {
+            const float D = twin.x - line.x;
+            if (std::abs(D) >= NO_SHIFT)
+                twin = {line.x + T * T / D, line.y};
+        }
+        move_node(twins[k], twin);
+    }
+}
+
+}  // namespace brelan

@@ -1,0 +1,47 @@
+// Joints: a second line of nodes beside a group's line, the elements between, and the mesh on one side moved
+// over.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "group/geometry.h"
+
+namespace brelan {
+
+// Elements whose corners were moved to twin nodes in the group in work, with their corners before.
+struct SavedCorners {
+    std::int32_t element;
+    std::int32_t n[4];
+};
+inline std::vector<SavedCorners> TWINSAVE;
+
+// The twins' places for a line: each edge is shifted by |THICj| to its left, and the shifted edges meet in
+// mitres.
+std::vector<Point> offset_line(std::span<const std::int32_t> nodes, bool closed, float THICj);
+
+// Adds the twin nodes of a line, with the codes of their line nodes; both are frozen. Returns their numbers.
+std::vector<std::int32_t> TWINLINE(std::span<const std::int32_t> nodes, bool closed, float THICj);
+
+// Fills the gap with joint elements of a material. KFj is the attribute of the kind as the driver holds it.
+//
+//      I4 = twin k   I3 = twin k + 1
+//         +--------------+
+//         |              |
+//         +--------------+
+//      I1 = line k   I2 = line k + 1
+//
+void ADDJOINTS(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
+               std::int32_t MATj, std::int32_t KFj);
+
+// Moves the elements to the left of the line to the twin nodes; those marked by a negative LTP stay, and move
+// when they are to its right.
+void MOVEACROSS(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed);
+
+// Computes the twins' places anew, as the line lies now, and keeps twins at the left, right and lower limits
+// of the mesh on these limits. The top is the free surface and has no such rule.
+void TWINFIX(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
+             float THICj);
+
+}  // namespace brelan

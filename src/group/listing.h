@@ -1,0 +1,38 @@
+// The group listing: "JOINT.TMP", the lines and joints while the groups are worked on, and "GROUP.TMP", the
+// outlines, lines and joints for the passes behind the engine.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "channel/channels.h"
+#include "group/geometry.h"
+
+namespace brelan {
+
+// A record of "JOINT.TMP".
+struct JointRecord {
+    std::int32_t group = 0;
+    std::int32_t closed = 0;
+    float THICj = 0.0F;  // 0 for a positive MTYPE
+    std::int32_t MTYPE = 0;
+    std::int32_t LTi = 0, LMi = 0;  // or LTP, LMAT
+    std::int32_t LTo = 0, LMo = 0;  // joints only
+    std::vector<std::int32_t> nodes, twins;
+};
+void write_joint_record(Channel& file, const JointRecord& record);
+JointRecord read_joint_record(Channel& file);
+
+// Writes one row and counts it in NGRP. Ends the run when the listing is full.
+void write_listing_row(Channel& file, std::int32_t group, std::int32_t sub_kind, std::int32_t MTYPE,
+                       std::int32_t closed, std::span<const Point> points);
+
+// Turns a joint record into its rows: the line and the twin line where they have elements, then the joint
+// strip.
+void list_record(Channel& file, const JointRecord& record);
+
+// Pass 14.3: reads the NGRP rows back into LISTING.
+void READLISTING(Channel& file);
+
+}  // namespace brelan

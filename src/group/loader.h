@@ -1,0 +1,18 @@
+// What the group engine starts from: numbers in use, frozen nodes, limits and tolerances of the mesh.
+#pragma once
+
+#include <cstdint>
+
+namespace brelan {
+
+// Sets NUMNP and NCONT to the highest numbers in use, ELIST to the elements' own numbers but 0 for those that
+// Card 3.3.5.2 names, and FROZEN for the nodes that must not be moved: fixed by their first or second code
+// word, named by Card 3.3.5.1, of elements that Card 3.3.5.2 names, or on or beyond the limits of
+// Card 3.3.5.3. Finds LIMITS.
+void LOADENGINE(std::int32_t highest_node, std::int32_t highest_element);
+
+// TOLMOVE and TOLLINE from the mode of the defaults file and the shortest distance between two corners of a
+// continuum element that is no joint, diagonals included.
+void SETTOLERANCES();
+
+}  // namespace brelan

@@ -1,0 +1,309 @@
+#include "group/path.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+#include "group/conforming_cut.h"
+#include "group/engine_mesh.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr float PARTS_PER_RADIAN = 63.661976F;  // of an arc: one for each 0.9 degree
+constexpr std::int32_t FEWEST_PARTS = 20;       // of an arc that is divided by the program
+constexpr float FULL_CIRCLE_LOW = 6.282557F, FULL_CIRCLE_HIGH = 6.283814F;
+
+constexpr std::int32_t STRAIGHT = 1, ARC = 2;  // LTYPE
+
+// A pair of points to be cut, and which of its ends are to be placed as nodes.
+struct CutPair {
+    Point P1, P2;
+    bool skip1 = true, skip2 = true;
+};
+
+void cut_pairs(const std::vector<CutPair>& pairs, std::int32_t IEND, bool deferred) {
+    constexpr std::int32_t untouched = 3;
+    if (IEND == untouched)
+        return;
+    const CutMode mode{IEND, deferred};
+    const auto cut = [&](const CutPair& pair) {
+        PLACEEND(pair.P1, pair.P2, pair.skip1, pair.skip2);
+        if (IEND != 0)
+            SIDESCAN(pair.P1, pair.P2, mode);
+    };
+    if (!deferred) {
+        for (const CutPair& pair : pairs) {
+            COLLECT(pair.P1, pair.P2);
+            cut(pair);
+            SPLITROWS();
+        }
+        return;
+    }
+    for (const CutPair& pair : pairs)
+        COLLECT(pair.P1, pair.P2);
+    for (const CutPair& pair : pairs)
+        cut(pair);
+    SPLITROWS();
+}
+
+class PathBuilder {
+public:
+    PathBuilder(std::int32_t g, Outline& outline) : g_(g), out_(outline) {}
+
+    Path build() {
+        const GroupRow& group = out_.group;
+        if (group.NSEGMENT < 1) {
+            for (std::int32_t i = 1; i <= group.NPOINT; ++i)
+                path_.point.push_back(at(i));
+            path_.edges = path_.point.empty() ? 0 : path_.point.size() - 1;
+            return std::move(path_);
+        }
+        LAST_ = at(1);
+        path_.point.push_back(LAST_);
+        for (std::int32_t k = 1; k <= group.NSEGMENT; ++k)
+            add_segment(k);
+        path_.edges = group.NSEGMENT == group.NPOINT ? path_.point.size() : path_.point.size() - 1;
+        return std::move(path_);
+    }
+
+private:
+    Point& at(std::int32_t i) { return out_.point[static_cast<std::size_t>(i)]; }
+    bool free_line() const { return out_.group.MTYPE == 2 && out_.group.OVERLAY == 1; }
+
+    void require_divisions(std::int32_t N, std::int32_t k) const {
+        if (N > MAXPOLYGON)
+            FAIL("group " + std::to_string(g_) + ", segment " + std::to_string(k) + ": expected at most " +
+                 std::to_string(MAXPOLYGON) + " parts, found " + std::to_string(N));
+    }
+
+    void add_segment(std::int32_t k) {
+        const SegmentRow& segment = SEGREC[g_][k];
+        const Point centre{segment.Xo, segment.Yo};
+        if (segment.LTYPE == ARC && segment.Qb != segment.Qe) {
+            add_arc(k, segment, centre);
+        } else if (segment.LTYPE == ARC) {
+            at(k) = ELLIPT(segment.Qb, centre, segment.Rx, segment.Ry);
+            at(k + 1) = ELLIPT(segment.Qe, centre, segment.Rx, segment.Ry);
+            LAST_ = at(k);
+            if (k == 1)
+                path_.point.front() = at(k);
+            add_straight(k, segment);
+        } else if (segment.LTYPE == STRAIGHT) {
+            add_straight(k, segment);
+        }
+    }
+
+    void add_straight(std::int32_t k, const SegmentRow& segment) {
+        const bool closes = k == out_.group.NPOINT;
+        const std::int32_t N = segment.NDIV == 0 ? 1 : std::abs(segment.NDIV);
+        require_divisions(N, k);
+        const Point start = at(k);
+        const Point end = closes ? at(1) : at(k + 1);
+        const Point step{(end.x - start.x) / static_cast<float>(N),
+                         (end.y - start.y) / static_cast<float>(N)};
+        std::vector<Point> SUB{start};
+        for (std::int32_t i = 1; i <= N; ++i)
+            SUB.push_back({SUB.back().x + step.x, SUB.back().y + step.y});
+        cut(SUB, segment, {});
+        if (segment.NDIV == 1 && segment.IEND == 0)
+            path_.single.push_back(path_.point.size() - 1);
+        append(SUB, closes);
+    }
+
+    void add_arc(std::int32_t k, const SegmentRow& segment, const Point& centre) {
+        std::int32_t N = std::abs(segment.NDIV);
+        if (N == 0) {
+            const float parts = std::abs(std::round((segment.Qe - segment.Qb) * PARTS_PER_RADIAN));
+            N = parts < static_cast<float>(FEWEST_PARTS + 1) ? FEWEST_PARTS
+                : parts > static_cast<float>(MAXPOLYGON)     ? MAXPOLYGON + 1
+                                                             : static_cast<std::int32_t>(parts);
+        }
+        require_divisions(N, k);
+        std::vector<Point> SUB{ELLIPT(segment.Qb, centre, segment.Rx, segment.Ry)};
+        if (segment.Rx != segment.Ry) {
+            const ArcTable table(segment.Qb, segment.Qe, segment.Rx, segment.Ry, N);
+            for (std::int32_t i = 1; i <= N; ++i)
+                SUB.push_back(table.point(i, centre));
+        } else {
+            const float step = (segment.Qe - segment.Qb) / static_cast<float>(N);
+            float angle = segment.Qb;
+            for (std::int32_t i = 1; i <= N; ++i) {
+                angle = angle + step;
+                SUB.push_back(ELLIPT(angle, centre, segment.Rx, segment.Ry));
+            }
+        }
+        // A full circle closes on its own start.
+        const bool full =
+            segment.Qb == 0.0F && segment.Qe >= FULL_CIRCLE_LOW && segment.Qe <= FULL_CIRCLE_HIGH;
+        cut(SUB, segment, full ? std::optional<Point>(LAST_) : std::nullopt);
+        append(SUB, free_line() && k == out_.group.NPOINT);
+    }
+
+    // Cuts the pairs of a segment; the last point may be replaced by another to close a circle.
+    void cut(const std::vector<Point>& SUB, const SegmentRow& segment, std::optional<Point> closing) {
+        const std::size_t N = SUB.size() - 1;
+        const std::int32_t IEND = segment.IEND;
+        const bool places_start = IEND == 0 || IEND == -1 || IEND == -2 || IEND == 2;
+        const bool places_end = IEND == 0 || IEND == 1 || IEND == -2 || IEND == 2;
+        if (!free_line()) {
+            std::vector<CutPair> pairs;
+            for (std::size_t i = 1; i <= N; ++i)
+                pairs.push_back({i == 1 ? LAST_ : SUB[i - 1], i == N && closing ? *closing : SUB[i],
+                                 !(i == 1 && places_start), !(i == N && places_end)});
+            cut_pairs(pairs, IEND, segment.NDIV <= 0);
+        }
+        LAST_ = SUB[N];
+    }
+
+    // The closing point of an outline is not repeated: the region test closes the outline itself.
+    void append(const std::vector<Point>& SUB, bool without_last) {
+        path_.point.insert(path_.point.end(), SUB.begin() + 1, without_last ? SUB.end() - 1 : SUB.end());
+    }
+
+    std::int32_t g_;
+    Outline& out_;
+    Path path_;
+    Point LAST_;
+};
+
+// --- nodes on the path ---------------------------------------------------------------------------
+
+struct Candidate {
+    std::int32_t node;
+    float D;
+    Point snapped;
+};
+
+void require_room(const KeptLine& line) {
+    if (line.nodes.size() > static_cast<std::size_t>(MAXPATHNODES))
+        FAIL("group " + std::to_string(CURRENT_GROUP) + ": expected a line of at most " +
+             std::to_string(MAXPATHNODES) + " nodes, found more");
+}
+
+// The nodes of continuum elements that the groups may work on, each at its first place: elements in ascending
+// number, corners in order.
+std::vector<std::int32_t> nodes_in_order() {
+    std::vector<std::int32_t> nodes;
+    std::vector<bool> seen(static_cast<std::size_t>(MAXNP) + 1, false);
+    for (std::int32_t e = 1; e <= NCONT; ++e) {
+        if (!is_selected(e) || is_joint(e))
+            continue;
+        for (const std::int32_t n : corners_of(e).n) {
+            if (n <= 0 || seen[static_cast<std::size_t>(n)])
+                continue;
+            seen[static_cast<std::size_t>(n)] = true;
+            nodes.push_back(n);
+        }
+    }
+    return nodes;
+}
+
+// Nodes so far from every edge that none can snap to it are left out: the snap reaches TOLLINE from the
+// edge's box.
+class NearEdges {
+public:
+    explicit NearEdges(const std::vector<std::int32_t>& nodes) : nodes_(nodes) {
+        for (std::size_t i = 0; i < nodes.size(); ++i)
+            by_x_.push_back({XC[nodes[i]], i});
+        std::sort(by_x_.begin(), by_x_.end());
+    }
+
+    // Places in the list of the nodes near an edge, ascending.
+    std::vector<std::size_t> near(const Point& a, const Point& b) const {
+        const float x0 = std::min(a.x, b.x), x1 = std::max(a.x, b.x);
+        const float y0 = std::min(a.y, b.y), y1 = std::max(a.y, b.y);
+        const float room =
+            TOLLINE * 1.01F + (std::abs(x0) + std::abs(x1) + std::abs(y0) + std::abs(y1)) * 1.0E-6F;
+        std::vector<std::size_t> found;
+        auto at = std::lower_bound(by_x_.begin(), by_x_.end(), std::pair<float, std::size_t>{x0 - room, 0});
+        for (; at != by_x_.end() && at->first <= x1 + room; ++at) {
+            const float y = YC[nodes_[at->second]];
+            if (y >= y0 - room && y <= y1 + room)
+                found.push_back(at->second);
+        }
+        std::sort(found.begin(), found.end());
+        return found;
+    }
+
+private:
+    const std::vector<std::int32_t>& nodes_;
+    std::vector<std::pair<float, std::size_t>> by_x_;
+};
+
+// Rising D; of equal values the later candidate comes first.
+void sort_candidates(std::vector<Candidate>& candidates) {
+    std::reverse(candidates.begin(), candidates.end());
+    std::stable_sort(candidates.begin(), candidates.end(),
+                     [](const Candidate& a, const Candidate& b) { return a.D < b.D; });
+}
+
+// An undivided segment whose ends alone were placed gives its ends: the first edge both, a later one its
+// last.
+void keep_ends(std::vector<Candidate>& candidates, bool first_edge) {
+    if (first_edge && candidates.size() > 2)
+        candidates = {candidates.front(), candidates.back()};
+    else if (!first_edge && candidates.size() > 1)
+        candidates = {candidates.back()};
+}
+
+}  // namespace
+
+Path BUILDPATH(std::int32_t g, Outline& outline) {
+    return PathBuilder(g, outline).build();
+}
+
+KeptLine LISTNODES(const Path& path) {
+    const std::vector<std::int32_t> nodes = nodes_in_order();
+    const NearEdges index(nodes);
+    KeptLine line;
+    std::vector<bool> listed(static_cast<std::size_t>(MAXNP) + 1, false);
+    for (std::size_t edge = 0; edge < path.edges; ++edge) {
+        const Point& from = path.point[edge];
+        const Point& to = path.end_of(edge);
+        std::vector<Candidate> candidates;
+        for (const std::size_t i : index.near(from, to)) {
+            const std::int32_t n = nodes[i];
+            if (listed[static_cast<std::size_t>(n)])
+                continue;
+            const Snap snap = NEARLINE(from, to, node_point(n), TOLLINE);
+            if (snap.near)
+                candidates.push_back({n, distance(from, snap.point), snap.point});
+        }
+        sort_candidates(candidates);
+        if (std::find(path.single.begin(), path.single.end(), edge) != path.single.end())
+            keep_ends(candidates, edge == 0);
+        for (const Candidate& candidate : candidates) {
+            if (!line.nodes.empty() && line.nodes.back() == candidate.node)
+                continue;
+            line.nodes.push_back(candidate.node);
+            line.points.push_back(candidate.snapped);
+            listed[static_cast<std::size_t>(candidate.node)] = true;
+        }
+        require_room(line);
+    }
+    return line;
+}
+
+KeptLine LISTFREENODES(const Path& path) {
+    KeptLine line;
+    for (const Point& point : path.point) {
+        std::int32_t node = 0;
+        for (std::int32_t n = 1; n <= NUMNP && node == 0; ++n)
+            if (distance(node_point(n), point) < TOLSAME)
+                node = n;
+        if (node == 0) {
+            node = add_node(point);
+            IDN[node][4] = 1;
+        }
+        line.nodes.push_back(node);
+        line.points.push_back(node_point(node));
+        require_room(line);
+    }
+    return line;
+}
+
+}  // namespace brelan

@@ -1,0 +1,173 @@
+#include "group/regions.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <unordered_map>
+
+#include "group/engine_mesh.h"
+#include "group/joints.h"
+#include "mesh/mesh_records.h"
+#include "run/settings.h"
+
+namespace brelan {
+
+namespace {
+
+void set_attributes(std::int32_t e, const RegionMaterial& material) {
+    switch (KIND()) {
+        case LayoutKind::coupled:
+            KS[e] = 0;
+            KF[e] = material.KF;
+            INTR[e] = 0;
+            break;
+        case LayoutKind::temperature:
+        case LayoutKind::head:
+            IDH[e] = material.KF;
+            break;
+        case LayoutKind::displacement:
+            THIC[e] = 1.0F;
+            DEN[e] = material.DEN;
+            break;
+    }
+}
+
+void add_overlay(std::int32_t e, const RegionMaterial& material) {
+    const std::int32_t added = add_element();
+    IEL[added].MATNO = std::abs(material.MAT);
+    set_attributes(added, material);
+    ETYPE[added] = ETYPE[e];
+    ELIST[added] = 0;
+    set_corners(added, corners_of(e));
+}
+
+// With a joint the new element keeps the new side and the old one goes back to its own: `saved` tells its
+// corners.
+void duplicate(std::int32_t e, const RegionMaterial& material, const SavedCorners* saved) {
+    const std::int32_t added = add_element();
+    const ElementWords words = IEL[e];
+    const Corners present = corners_of(e);
+    ElementWords& w = IEL[added];
+    w.M5 = words.M5;
+    w.M6 = words.M6;
+    w.M7 = words.M7;
+    w.M8 = words.M8;
+    w.MATNO = std::abs(material.MAT);
+    set_attributes(added, material);
+    ETYPE[added] = ETYPE[e];
+    ELIST[added] = ELIST[e];
+    set_corners(added, present);
+    if (saved != nullptr)
+        set_corners(e, {{saved->n[0], saved->n[1], saved->n[2], saved->n[3]}});
+    if (material.MAT >= 0)
+        IEL[e].MATNO = material.MATold != 0 ? material.MATold : material.MAT + 1;
+}
+
+// Point in polygon for many points: outside the polygon's box there is nothing inside.
+class PathScan {
+public:
+    explicit PathScan(std::span<const Point> path) : path_(path) {
+        if (path.empty())
+            return;
+        x0_ = x1_ = path[0].x;
+        y0_ = y1_ = path[0].y;
+        for (const Point& p : path) {
+            x0_ = std::min(x0_, p.x);
+            x1_ = std::max(x1_, p.x);
+            y0_ = std::min(y0_, p.y);
+            y1_ = std::max(y1_, p.y);
+        }
+        const float room = (std::abs(x0_) + std::abs(x1_)) * 1.0E-5F;
+        x0_ = x0_ - room;
+        x1_ = x1_ + room;
+    }
+
+    bool inside(const Point& G) const {
+        const bool in_reach = path_.size() > static_cast<std::size_t>(MAXPOLYGON) || path_.empty();
+        if (!in_reach && (G.y > y1_ || G.y <= y0_ || G.x < x0_ || G.x > x1_))
+            return false;
+        return SCANPOLY(G, path_, SCAN_ALWAYS) == 1;
+    }
+
+private:
+    std::span<const Point> path_;
+    float x0_ = 0.0F, x1_ = 0.0F, y0_ = 0.0F, y1_ = 0.0F;
+};
+
+}  // namespace
+
+void REGIONS(const RegionMaterial& material, std::span<const Point> path) {
+    const PathScan scan(path);
+    std::unordered_map<std::int32_t, const SavedCorners*> saved;
+    for (const SavedCorners& entry : TWINSAVE)
+        saved[entry.element] = &entry;
+    const std::int32_t elements = NCONT;
+    for (std::int32_t e = 1; e <= elements; ++e) {
+        if (!is_selected(e))
+            continue;
+        const bool inside = scan.inside(centroid(e));
+        switch (material.MTYPE) {
+            case 1:
+                if (inside)
+                    ETYPE[e] = EL_DELETED;
+                break;
+            case -1:
+                if (!inside)
+                    ETYPE[e] = EL_DELETED;
+                break;
+            case 3:
+            case -3:
+                if (!inside || is_joint(e))
+                    break;
+                if (material.OVERLAY != 0) {
+                    add_overlay(e, material);
+                } else if (material.MAT > 0) {
+                    IEL[e].MATNO = material.MAT;
+                    set_attributes(e, material);
+                }
+                break;
+            case 4:
+            case -4:
+                if (inside && !is_joint(e)) {
+                    const auto found = saved.find(e);
+                    duplicate(e, material, found == saved.end() ? nullptr : found->second);
+                }
+                break;
+            default:
+                break;
+        }
+    }
+}
+
+void REPAIRQUADS() {
+    const std::int32_t elements = NCONT;
+    for (std::int32_t e = 1; e <= elements; ++e) {
+        const Corners c = corners_of(e);
+        if (ETYPE[e] != EL_CONTINUUM || is_joint(e) || c.n[3] <= 0)
+            continue;
+        const auto point = [&](int i) { return node_point(c.n[i]); };
+        const double A1 = ARSUM(point(0), point(1), point(2));
+        const double A2 = ARSUM(point(0), point(2), point(3));
+        const double A3 = ARSUM(point(1), point(2), point(3));
+        const double A4 = ARSUM(point(0), point(1), point(3));
+        Corners kept{}, split_off{};
+        if (A1 < 0.0 || A2 < 0.0) {
+            kept = {{c.n[0], c.n[1], c.n[3], 0}};
+            split_off = {{c.n[1], c.n[2], c.n[3], 0}};
+        } else if (A3 < 0.0 || A4 < 0.0) {
+            kept = {{c.n[0], c.n[1], c.n[2], 0}};
+            split_off = {{c.n[0], c.n[2], c.n[3], 0}};
+        } else {
+            continue;
+        }
+        const std::int32_t added = add_element();
+        IEL[added].MATNO = IEL[e].MATNO;
+        copy_attributes(e, added);
+        ETYPE[added] = EL_CONTINUUM;
+        ELIST[added] = added;
+        set_corners(e, kept);
+        set_corners(added, split_off);
+    }
+}
+
+}  // namespace brelan

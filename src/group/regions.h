@@ -1,0 +1,26 @@
+// What a group does inside its outline, and the repair of quadrilaterals after the last group.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "group/geometry.h"
+
+namespace brelan {
+
+// A group's material as the driver has converted it.
+struct RegionMaterial {
+    std::int32_t MTYPE = 0, OVERLAY = 0;
+    std::int32_t MAT = 0, MATold = 0;
+    std::int32_t KF = 0;  // KF or IH
+    float DEN = 0.0F;     // displacement kind
+};
+
+// Deletes, assigns or duplicates the elements whose centroid is inside the path (outside for MTYPE -1).
+void REGIONS(const RegionMaterial& material, std::span<const Point> path);
+
+// Splits the quadrilaterals that node moves have made concave into two triangles, along the diagonal that
+// lies inside.
+void REPAIRQUADS();
+
+}  // namespace brelan

@@ -1,0 +1,168 @@
+#include <algorithm>
+#include <vector>
+
+#include "group/conforming_cut.h"
+#include "group/cut_table.h"
+#include "group/engine_mesh.h"
+#include "group/split_patterns.h"
+#include "mesh/mesh_records.h"
+
+namespace brelan {
+
+namespace {
+
+unsigned marks_of(const CutRow& row) {
+    unsigned marks = 0;
+    for (unsigned i = 0; i < static_cast<unsigned>(row.corners()); ++i) {
+        marks |= row.V[i] == 1 ? MV1 << i : 0U;
+        marks |= row.S[i] != 0 ? MS1 << i : 0U;
+    }
+    return marks;
+}
+
+int count_bits(unsigned marks, unsigned first) {
+    int count = 0;
+    for (unsigned i = 0; i < 4; ++i)
+        count += (marks & (first << i)) != 0 ? 1 : 0;
+    return count;
+}
+
+template <std::size_t COUNT>
+std::span<const Part> first_of(const std::array<SplitPattern, COUNT>& table, unsigned marks) {
+    const auto applies = [&](const SplitPattern& pattern) {
+        return (marks & pattern.wanted) == pattern.wanted && (marks & pattern.unwanted) == 0;
+    };
+    return std::find_if(table.begin(), table.end(), applies)->parts();
+}
+
+// The rows that share a side, found by its two nodes.
+class SideMap {
+public:
+    SideMap() {
+        for (std::size_t r = 0; r < CUTTAB.size(); ++r)
+            for (int i = 0; i < CUTTAB[r].corners(); ++i)
+                entries_.push_back({key(CUTTAB[r], side_of(CUTTAB[r], i)), r, side_of(CUTTAB[r], i).S});
+        std::sort(entries_.begin(), entries_.end(),
+                  [](const Entry& a, const Entry& b) { return a.key < b.key; });
+    }
+
+    void clear(const CutRow& row, const RowSide& side) const {
+        const std::uint64_t wanted = key(row, side);
+        auto at = std::lower_bound(entries_.begin(), entries_.end(), wanted,
+                                   [](const Entry& a, std::uint64_t b) { return a.key < b; });
+        for (; at != entries_.end() && at->key == wanted; ++at)
+            CUTTAB[at->row].S[at->mark] = 0;
+    }
+
+private:
+    struct Entry {
+        std::uint64_t key;
+        std::size_t row;
+        int mark;
+    };
+    static std::uint64_t key(const CutRow& row, const RowSide& side) {
+        const auto a = static_cast<std::uint32_t>(row.N[side.A]);
+        const auto b = static_cast<std::uint32_t>(row.N[side.B]);
+        return (std::uint64_t{std::min(a, b)} << 32) | std::max(a, b);
+    }
+    std::vector<Entry> entries_;
+};
+
+// A row with two corners on the line, or one and a centre, needs no side node; its neighbours lose it too.
+void reduce_sides() {
+    const SideMap sides;
+    for (CutRow& row : CUTTAB) {
+        if (row.E <= 0)
+            continue;
+        const int on_line = count_bits(marks_of(row), MV1);
+        if (on_line < (row.C != 0 ? 1 : 2))
+            continue;
+        for (int i = 0; i < row.corners(); ++i)
+            if (row.S[side_of(row, i).S] != 0)
+                sides.clear(row, side_of(row, i));
+    }
+}
+
+std::int32_t node_at(const CutRow& row, At at) {
+    switch (at) {
+        case At::none:
+            return 0;
+        case At::N1:
+        case At::N2:
+        case At::N3:
+        case At::N4:
+            return row.N[static_cast<int>(at) - static_cast<int>(At::N1)];
+        case At::S1:
+        case At::S2:
+        case At::S3:
+        case At::S4:
+            return row.S[static_cast<int>(at) - static_cast<int>(At::S1)];
+        default:
+            return row.C;
+    }
+}
+
+// Appends the parts of a row and marks it as replaced.
+void split_row(std::size_t r) {
+    const std::span<const Part> parts = parts_of(CUTTAB[r]);
+    if (parts.empty())
+        return;
+    const CutRow row = CUTTAB[r];
+    for (const Part& part : parts) {
+        CutRow added;
+        for (std::size_t i = 0; i < 4; ++i)
+            added.N[i] = node_at(row, part[i]);
+        added.M = row.M;
+        added.E = row.E;
+        CUTTAB.push_back(added);
+    }
+    CUTTAB[r].E = -row.E;
+}
+
+// The first row of an element takes its slot, the others new numbers with its attributes.
+void write_back(const CutRow& row) {
+    std::int32_t e = row.E;
+    if (IEL[e].I1 > 0) {
+        e = add_element();
+        copy_attributes(row.E, e);
+        ELIST[e] = e;
+    }
+    ETYPE[e] = EL_CONTINUUM;
+    IEL[e].MATNO = row.M;
+    set_corners(e, {{row.N[0], row.N[1], row.N[2], row.N[3]}});
+}
+
+}  // namespace
+
+std::span<const Part> parts_of(const CutRow& row) {
+    const unsigned marks = marks_of(row);
+    if (row.is_triangle())
+        return row.C != 0 ? first_of(TRIANGLE_WITH_CENTRE, marks) : first_of(TRIANGLE, marks);
+    if (row.C != 0)
+        return first_of(QUADRILATERAL_WITH_CENTRE, marks);
+    const int NV = count_bits(marks, MV1);
+    const int NS = count_bits(marks, MS1);
+    if (NS == 0 && NV == 1)
+        return {};
+    if (NS == 0 && NV == 2)
+        return first_of(QUADRILATERAL_TWO_CORNERS, marks);
+    if (NS == 0 && NV == 3)
+        return first_of(QUADRILATERAL_THREE_CORNERS, marks);
+    if (NS >= 2)
+        return first_of(QUADRILATERAL_SIDES_CUT, marks);
+    return first_of(QUADRILATERAL_CORNER_CUT, marks);
+}
+
+void SPLITROWS() {
+    reduce_sides();
+    const std::size_t rows = CUTTAB.size();
+    for (std::size_t r = 0; r < rows; ++r)
+        if (CUTTAB[r].E > 0)
+            split_row(r);
+    for (const CutRow& row : CUTTAB)
+        if (row.E > 0)
+            write_back(row);
+    CUTTAB.clear();
+}
+
+}  // namespace brelan

@@ -1,0 +1,72 @@
+#include "run/group_run.h"
+
+#include <algorithm>
+
+#include "channel/channels.h"
+#include "channel/free_field.h"
+#include "deck/defaults_file.h"
+#include "group/group_driver.h"
+#include "group/listing.h"
+#include "group/loader.h"
+#include "group/membership.h"
+#include "mesh/edit_tables.h"
+#include "mesh/moves.h"
+#include "run/channel_numbers.h"
+#include "run/read_group_cards.h"
+#include "run/trace.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr std::string_view GROUP_FILE = "GROUP.TMP";
+
+// The line-up of truss lines is asked for by a file in the working directory, once.
+void refuse_line_up() {
+    if (!FILE_EXISTS("LineUp.dat"))
+        return;
+    std::int32_t LINEUP = 0;
+    Channel& file = open_channel(CH_DATA, "LineUp.dat", OpenStatus::old);
+    read_free(file, "the line-up switch", LINEUP);
+    if (LINEUP > 0)
+        file.fail_behind("expected a run without line-up; the line-up of truss lines is not available yet");
+    close_channel(CH_DATA);
+}
+
+}  // namespace
+
+void run_groups() {
+    refuse_line_up();
+    TRACE(" Pass 14.1 ", 14.1F);
+    read_group_cards();
+    DEFLOAD();
+    std::int32_t highest_element = 0;
+    for (const NumberRange& range : SOURCE.elements)
+        highest_element = std::max(highest_element, range.highest);
+    LOADENGINE(SOURCE.nodes.highest, highest_element);
+    SETTOLERANCES();
+    TRACE(" Pass 14.2 ", 14.2F);
+    GROUPDRV();
+    TRACE(" Pass 14.3 ", 14.3F);
+    READLISTING(open_channel(CH_GROUP, GROUP_FILE, OpenStatus::old));
+    close_channel(CH_GROUP, CloseAction::remove);
+    open_channel(CH_GROUP, GROUP_FILE, OpenStatus::work);
+    TRACE(" Pass 14.4 ", 14.4F);
+}
+
+void run_collapse_and_moves() {
+    NMOVE = 0;
+    if (IDCOL != 0)
+        COLLAPSE();
+    MOVENODES();
+}
+
+void write_group_elements(Channel& mesh, const ResultMesh& result, std::int8_t type) {
+    WRITEELEMENTS(mesh, result, type);
+    Channel& members = channel(CH_GROUP);
+    for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
+        if (EACT1[n] == type)
+            GROUPMEMBER(members, n, IEL[n], type);
+}
+
+}  // namespace brelan

@@ -1,0 +1,17 @@
+// The road of IEDIT 4 in a mode 1 deck.
+#pragma once
+
+#include "mesh/result_file.h"
+
+namespace brelan {
+
+// Passes 14.1 to 14.4: group cards, defaults, the engine, the listing.
+void run_groups();
+
+// Collapse and moves of the defaults file, before the numbering closes up.
+void run_collapse_and_moves();
+
+// Writes the elements of one type and tests each against the group listing.
+void write_group_elements(Channel& mesh, const ResultMesh& result, std::int8_t type);
+
+}  // namespace brelan
