@@ -52,10 +52,14 @@ std::int32_t sum_of(const std::vector<std::int32_t>& counts) {
 std::int64_t required_dimension(const BlockFile& in, std::int64_t NXT, std::int64_t NYT) {
     const std::int64_t K = in.key_points;
     const std::int64_t B = std::int64_t{in.NBX} * in.NBY;
-    const std::int64_t S = (NYT + 1) * (NXT + 1);
-    const std::int64_t E = NXT * NYT;
     const std::int64_t widest = *std::max_element(in.ndx.begin(), in.ndx.end());
     const std::int64_t highest = *std::max_element(in.ndy.begin(), in.ndy.end());
+    // Beyond this the number has more digits than its field, and might have more than 64 bits.
+    constexpr double countless = 1.0E17;
+    if (static_cast<double>(NXT) * static_cast<double>(NYT) > countless)
+        return static_cast<std::int64_t>(countless);
+    const std::int64_t S = (NYT + 1) * (NXT + 1);
+    const std::int64_t E = NXT * NYT;
     const std::int64_t MAXD = std::max(widest, highest) + 1;
     const std::int64_t MAXC = (widest + 1) * (highest + 1);
     return 1 + 2 * K + in.NBX + in.NBY + 44 * B + 7 * S + 3 * E + 8 * MAXD + 2 * MAXC;

@@ -190,7 +190,11 @@ void Channel::close(CloseAction action) {
     file_ = nullptr;
     if (file != nullptr && std::fclose(file) != 0 && action == CloseAction::keep)
         fail_write();
-    if (action == CloseAction::remove && !scratch_) {
+    if (scratch_) {
+        // One that a broken-off run has left goes, as it would if this channel had been it.
+        std::error_code none_there;
+        fs::remove(path_, none_there);
+    } else if (action == CloseAction::remove) {
         std::error_code error;
         fs::remove(path_, error);
         if (error)

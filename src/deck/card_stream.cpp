@@ -1,5 +1,6 @@
 #include "deck/card_stream.h"
 
+#include <algorithm>
 #include <string>
 
 #include "channel/free_field.h"
@@ -74,10 +75,14 @@ std::int32_t CARDLEN(const TextLine& line) {
     return last;
 }
 
-TextLine TRIMNAME(const TextLine& name) {
+bool is_bare_name(const TextLine& name) {
     constexpr std::size_t columns_searched = 30;
+    return name.view().substr(0, columns_searched).find('\\') == std::string_view::npos;
+}
+
+TextLine TRIMNAME(const TextLine& name) {
     constexpr std::string_view parent = "..\\";
-    if (name.view().substr(0, columns_searched).find('\\') != std::string_view::npos)
+    if (!is_bare_name(name))
         return name;
     // The columns behind a name that was moved to the left keep what an earlier long name left there.
     static TextLine work_field;
@@ -85,7 +90,8 @@ TextLine TRIMNAME(const TextLine& name) {
     int column = 1;
     for (const char c : parent)
         work_field(column++) = c;
-    for (const char c : name.view().substr(0, LINE_COLUMNS - parent.size()).substr(start))
+    const std::string_view copied = name.view().substr(0, LINE_COLUMNS - parent.size());
+    for (const char c : copied.substr(std::min(start, copied.size())))
         work_field(column++) = c;
     return work_field;
 }

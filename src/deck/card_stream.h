@@ -31,6 +31,9 @@ void CHKCARD(int channel_number, std::string_view label, std::int32_t minimum, s
 // The last column of a title line's text, at most 80; 0 for a blank line.
 std::int32_t CARDLEN(const TextLine& line);
 
+// True for a file name field with no backslash in its first 30 columns.
+bool is_bare_name(const TextLine& name);
+
 // Normalises a file name field: a name with no backslash in its first 30 columns is taken from the parent of
 // the working directory.
 TextLine TRIMNAME(const TextLine& name);

@@ -1,6 +1,7 @@
 #include "deck/checked_cards.h"
 
 #include <array>
+#include <cmath>
 #include <span>
 #include <string>
 
@@ -37,7 +38,8 @@ void check(const Card& card) {
     const auto kind = static_cast<std::size_t>(KIND());
     for (const FieldDefault& entry : card.defaults)
         for (std::int32_t field = entry.first; field <= entry.last; ++field)
-            CARDVAL[field] = entry.value[kind];
+            if (!std::isnan(entry.value[kind]))
+                CARDVAL[field] = entry.value[kind];
     const std::int32_t maximum = card.maximum_of(KIND());
     CHKCARD(CH_STRIPPED, card.label, card.minimum == 0 ? maximum : card.minimum, maximum);
 }

@@ -80,6 +80,7 @@ void REPORTCARD(std::string_view label, std::int32_t maximum, const TextLine& li
         CARD_LINE.write(listing, line.first(found.last_column));
         CARD_LINE.write(listing, dashes);
     }
+    listing.flush();
     LISTERR(CH_WORK, 7);
     WRSTATUS(1);
     STOPRUN("300");

@@ -82,6 +82,8 @@ void read_deck_name() {
     DECKNAME = names.read_line("the name of a card deck");
     if (DECKNAME.blank())
         names.fail_behind("expected the name of a card deck, found a blank line");
+    if (DECKNAME.view().find('\0') != std::string_view::npos)
+        names.fail_behind("expected the name of a card deck, found one that holds a zero byte");
     close_channel(CH_DATA);
 }
 

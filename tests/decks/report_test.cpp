@@ -1,5 +1,5 @@
-// What a person or the front end sees when a run starts, stops or fails: the prompt, the error report, the status file,
-// the trace. A front end reads these files by column, so every text is held to the last blank.
+// What a person or the front end sees when a run starts, stops or fails: the prompt, the error report, the
+// status file, the trace. A front end reads these files by column, so every text is held to the last blank.
 
 #include "harness/mesh.h"
 #include "harness/project.h"
@@ -17,8 +17,6 @@ namespace {
 const std::string FINISHED_STATUS = "           0";
 const std::string ERROR_STATUS = "           1";
 
-const std::string DASHES_5 = "-----";
-
 // Cards of a run that copies mesh.Mes to out.Mes as it stands.
 std::vector<std::string> copy_cards() {
     return {"1 0", "mesh.Mes", "out.Mes", "1 1 1 1", "0", "0 0 0 0", "1 1"};
@@ -33,7 +31,8 @@ void fill(const Project& project, Kind kind = Kind::displacement) {
 // The nine lines of the front end's message: how many are used, then eight lines of 60 columns.
 std::vector<std::string> message(const std::vector<std::string>& lines) {
     std::vector<std::string> result{"           7"};
-    for (const auto& line : lines) result.push_back(padded(line, 60));
+    for (const auto& line : lines)
+        result.push_back(padded(line, 60));
     result.resize(9, std::string(60, ' '));
     return result;
 }
@@ -57,24 +56,20 @@ void expect_quiet_error_stop(const RunResult& result) {
     EXPECT_EQ(result.out, "300\n");
 }
 
-// ---------------------------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
 // The error report
-// ---------------------------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
 
 TEST(ErrorReport, ListsTheCardBetweenDashesInTheListingFile) {
     const Project project;
     fill(project);
     project.deck(with_line(text_of(copy_cards()), 1, "1 0 0"));
     expect_quiet_error_stop(project.run());
-    expect_work_file(project, "T7.TMP",
-                     {" ************* ERROR IN THE USER INPUT **************",
-                      " Card Group No: 1.1         requires     2 data entry",
-                      " But user input contains     3 data ",
-                      " Please check the following listing of input data   ",
-                      "",
-                      " -----",
-                      " 1 0 0",
-                      " -----"});
+    expect_work_file(
+        project, "T7.TMP",
+        {" ************* ERROR IN THE USER INPUT **************",
+         " Card Group No: 1.1         requires     2 data entry", " But user input contains     3 data ",
+         " Please check the following listing of input data   ", "", " -----", " 1 0 0", " -----"});
 }
 
 TEST(ErrorReport, GivesTheFrontEndNineLinesOfSixtyColumns) {
@@ -83,8 +78,7 @@ TEST(ErrorReport, GivesTheFrontEndNineLinesOfSixtyColumns) {
     project.deck(with_line(text_of(copy_cards()), 1, "1 0 0"));
     expect_quiet_error_stop(project.run());
     expect_work_file(project, "MESSAGE.INP",
-                     {"           7",
-                      " Card Group No: 1.1         requires     2 data entry       ",
+                     {"           7", " Card Group No: 1.1         requires     2 data entry       ",
                       " But user input contains     3 data                         ",
                       " Please check the following listing of input data           ",
                       "                                                            ",
@@ -114,15 +108,16 @@ TEST(ErrorReport, StandsOnTheConsoleForAPersonAndWaitsForALine) {
     console.time_limit = std::chrono::seconds(20);
     const RunResult result = project.run("\n", console);
     expect_error_stop(result);
-    EXPECT_EQ(result.out, " Card Group No: 1.1         requires     2 data entry       \n"
-                          " But user input contains     3 data                         \n"
-                          " Please check the following listing of input data           \n"
-                          "                                                            \n"
-                          " -----                                                      \n"
-                          " 1 0 0                                                      \n"
-                          " -----                                                      \n"
-                          "                                                            \n"
-                          "300\n");
+    EXPECT_EQ(result.out,
+              " Card Group No: 1.1         requires     2 data entry       \n"
+              " But user input contains     3 data                         \n"
+              " Please check the following listing of input data           \n"
+              "                                                            \n"
+              " -----                                                      \n"
+              " 1 0 0                                                      \n"
+              " -----                                                      \n"
+              "                                                            \n"
+              "300\n");
     // The message of the front end belongs to the front end: a person's run leaves it alone.
     expect_work_file(project, "MESSAGE.INP", {"for the front end"});
     expect_data_file(project, "BRELAN2D.DAT", {ERROR_STATUS});
@@ -137,8 +132,8 @@ TEST(ErrorReport, PauseEndsWithTheEndOfStandardInput) {
     expect_error_stop(result);
     EXPECT_EQ(result.out, console_report({" Card Group No: 1.1         requires     2 data entry",
                                           " But user input contains     3 data ",
-                                          " Please check the following listing of input data   ", "", " -----",
-                                          " 1 0 0", " -----"}));
+                                          " Please check the following listing of input data   ", "",
+                                          " -----", " 1 0 0", " -----"}));
 }
 
 TEST(ErrorReport, WaitsForEverWhereNobodySitsAtTheConsole) {
@@ -173,10 +168,11 @@ TEST(ErrorReport, NamesTheInterfaceCardAsCardGroupOneOne) {
     const Project project;
     project.deck(text_of({"0", "a.Mes", "b.Mes", "c.Mes", "1 1"}));
     expect_quiet_error_stop(project.run());
-    expect_work_file(project, "MESSAGE.INP",
-                     message({" Card Group No: 1.1         requires     1 data entry",
-                              " But user input contains     2 data ",
-                              " Please check the following listing of input data   ", "", " ---", " 1 1", " ---"}));
+    expect_work_file(
+        project, "MESSAGE.INP",
+        message({" Card Group No: 1.1         requires     1 data entry",
+                 " But user input contains     2 data ",
+                 " Please check the following listing of input data   ", "", " ---", " 1 1", " ---"}));
 }
 
 TEST(ErrorReport, ShowsTheMaximumForACardThatIsTooShort) {
@@ -184,10 +180,11 @@ TEST(ErrorReport, ShowsTheMaximumForACardThatIsTooShort) {
     fill(project);
     project.deck(with_line(text_of(copy_cards()), 4, "  17"));
     expect_quiet_error_stop(project.run());
-    expect_work_file(project, "T7.TMP",
-                     {" ************* ERROR IN THE USER INPUT **************",
-                      " Card Group No: 3.2         requires     4 data entry", " But user input contains     1 data ",
-                      " Please check the following listing of input data   ", "", " ----", "   17", " ----"});
+    expect_work_file(
+        project, "T7.TMP",
+        {" ************* ERROR IN THE USER INPUT **************",
+         " Card Group No: 3.2         requires     4 data entry", " But user input contains     1 data ",
+         " Please check the following listing of input data   ", "", " ----", "   17", " ----"});
 }
 
 TEST(ErrorReport, ShowsABlankCardAsBlankData) {
@@ -195,11 +192,12 @@ TEST(ErrorReport, ShowsABlankCardAsBlankData) {
     fill(project);
     project.deck(with_line(text_of(copy_cards()), 6, ""));
     expect_quiet_error_stop(project.run());
-    expect_work_file(project, "T7.TMP",
-                     {" ************* ERROR IN THE USER INPUT **************",
-                      " Card Group No: 3.3.1.1     requires     4 data entry", " But user input contains     0 data ",
-                      " Please check the following listing of input data   ", "", " ------------", "  Blank data ",
-                      " ------------"});
+    expect_work_file(
+        project, "T7.TMP",
+        {" ************* ERROR IN THE USER INPUT **************",
+         " Card Group No: 3.3.1.1     requires     4 data entry", " But user input contains     0 data ",
+         " Please check the following listing of input data   ", "", " ------------", "  Blank data ",
+         " ------------"});
     expect_work_file(project, "MESSAGE.INP",
                      message({" Card Group No: 3.3.1.1     requires     4 data entry",
                               " But user input contains     0 data ",
@@ -223,11 +221,12 @@ TEST(ErrorReport, ShowsACardWithoutABlankInItsColumnsAsBlankData) {
     fill(project);
     project.deck(with_line(text_of(copy_cards()), 6, std::string(126, '1')));
     expect_quiet_error_stop(project.run());
-    expect_work_file(project, "T7.TMP",
-                     {" ************* ERROR IN THE USER INPUT **************",
-                      " Card Group No: 3.3.1.1     requires     4 data entry", " But user input contains     0 data ",
-                      " Please check the following listing of input data   ", "", " ------------", "  Blank data ",
-                      " ------------"});
+    expect_work_file(
+        project, "T7.TMP",
+        {" ************* ERROR IN THE USER INPUT **************",
+         " Card Group No: 3.3.1.1     requires     4 data entry", " But user input contains     0 data ",
+         " Please check the following listing of input data   ", "", " ------------", "  Blank data ",
+         " ------------"});
 }
 
 TEST(ErrorReport, DoesNotCountAValueThatReachesTheLastColumn) {
@@ -240,15 +239,16 @@ TEST(ErrorReport, DoesNotCountAValueThatReachesTheLastColumn) {
     fill(project);
     project.deck(with_line(text_of(copy_cards()), 6, card));
     expect_quiet_error_stop(project.run());
-    expect_work_file(project, "T7.TMP",
-                     {" ************* ERROR IN THE USER INPUT **************",
-                      " Card Group No: 3.3.1.1     requires     4 data entry", " But user input contains     3 data ",
-                      " Please check the following listing of input data   ", "", " " + DASHES_5, " 0 0 0",
-                      " " + DASHES_5});
+    expect_work_file(
+        project, "T7.TMP",
+        {" ************* ERROR IN THE USER INPUT **************",
+         " Card Group No: 3.3.1.1     requires     4 data entry", " But user input contains     3 data ",
+         " Please check the following listing of input data   ", "", " -----", " 0 0 0", " -----"});
 }
 
 TEST(ErrorReport, CountsAValueThatEndsOneColumnEarlier) {
-    // Five values where four belong, the last in columns 120 to 125: all five count and the dashes reach column 125.
+    // Five values where four belong, the last in columns 120 to 125: all five count and the dashes reach
+    // column 125.
     std::string card = "0 0 0 0";
     card.resize(119, ' ');
     card += "100.00";
@@ -257,11 +257,12 @@ TEST(ErrorReport, CountsAValueThatEndsOneColumnEarlier) {
     fill(project);
     project.deck(with_line(text_of(copy_cards()), 6, card));
     expect_quiet_error_stop(project.run());
-    expect_work_file(project, "T7.TMP",
-                     {" ************* ERROR IN THE USER INPUT **************",
-                      " Card Group No: 3.3.1.1     requires     4 data entry", " But user input contains     5 data ",
-                      " Please check the following listing of input data   ", "", " " + std::string(125, '-'),
-                      " " + card, " " + std::string(125, '-')});
+    expect_work_file(
+        project, "T7.TMP",
+        {" ************* ERROR IN THE USER INPUT **************",
+         " Card Group No: 3.3.1.1     requires     4 data entry", " But user input contains     5 data ",
+         " Please check the following listing of input data   ", "", " " + std::string(125, '-'), " " + card,
+         " " + std::string(125, '-')});
 }
 
 TEST(ErrorReport, CutsALongCardAtSixtyColumnsForTheFrontEndOnly) {
@@ -272,15 +273,15 @@ TEST(ErrorReport, CutsALongCardAtSixtyColumnsForTheFrontEndOnly) {
     fill(project);
     project.deck(with_line(text_of(copy_cards()), 6, card));
     expect_quiet_error_stop(project.run());
-    expect_work_file(project, "T7.TMP",
-                     {" ************* ERROR IN THE USER INPUT **************",
-                      " Card Group No: 3.3.1.1     requires     4 data entry", " But user input contains     7 data ",
-                      " Please check the following listing of input data   ", "",
-                      " ----------------------------------------------------------------------", " " + card,
-                      " ----------------------------------------------------------------------"});
+    expect_work_file(
+        project, "T7.TMP",
+        {" ************* ERROR IN THE USER INPUT **************",
+         " Card Group No: 3.3.1.1     requires     4 data entry", " But user input contains     7 data ",
+         " Please check the following listing of input data   ", "",
+         " ----------------------------------------------------------------------", " " + card,
+         " ----------------------------------------------------------------------"});
     expect_work_file(project, "MESSAGE.INP",
-                     {"           7",
-                      " Card Group No: 3.3.1.1     requires     4 data entry       ",
+                     {"           7", " Card Group No: 3.3.1.1     requires     4 data entry       ",
                       " But user input contains     7 data                         ",
                       " Please check the following listing of input data           ",
                       "                                                            ",
@@ -298,27 +299,27 @@ TEST(ErrorReport, CutsALongCardAtSixtyColumnsOnTheConsole) {
     project.deck(with_line(text_of(copy_cards()), 6, card));
     const RunResult result = project.run("\n");
     expect_error_stop(result);
-    EXPECT_EQ(result.out,
-              console_report({" Card Group No: 3.3.1.1     requires     4 data entry",
-                              " But user input contains     7 data ",
-                              " Please check the following listing of input data   ", "",
-                              " -----------------------------------------------------------",
-                              " 1000000000 2000000000 3000000000 4000000000 5000000000 6000",
-                              " -----------------------------------------------------------"}));
+    EXPECT_EQ(result.out, console_report({" Card Group No: 3.3.1.1     requires     4 data entry",
+                                          " But user input contains     7 data ",
+                                          " Please check the following listing of input data   ", "",
+                                          " -----------------------------------------------------------",
+                                          " 1000000000 2000000000 3000000000 4000000000 5000000000 6000",
+                                          " -----------------------------------------------------------"}));
 }
 
 TEST(ErrorReport, ShowsACardAsTheUserWroteIt) {
-    // Leading blanks, commas, foreign characters and what is no number at all stay; only the blanks behind the last
-    // value go. The card is counted before anybody tries to read a number.
+    // Leading blanks, commas, foreign characters and what is no number at all stay; only the blanks behind
+    // the last value go. The card is counted before anybody tries to read a number.
     const Project project;
     fill(project);
     project.deck(with_line(text_of(copy_cards()), 7, "  1,,two;three ,4 5\xE4   "));
     expect_quiet_error_stop(project.run());
-    expect_work_file(project, "T7.TMP",
-                     {" ************* ERROR IN THE USER INPUT **************",
-                      " Card Group No: 3.3.1.2     requires     2 data entry", " But user input contains     4 data ",
-                      " Please check the following listing of input data   ", "", " --------------------",
-                      "   1,,two;three ,4 5\xE4", " --------------------"});
+    expect_work_file(
+        project, "T7.TMP",
+        {" ************* ERROR IN THE USER INPUT **************",
+         " Card Group No: 3.3.1.2     requires     2 data entry", " But user input contains     4 data ",
+         " Please check the following listing of input data   ", "", " --------------------",
+         "   1,,two;three ,4 5\xE4", " --------------------"});
 }
 
 TEST(ErrorReport, OverwritesTheMessageOfAnEarlierRun) {
@@ -332,10 +333,11 @@ TEST(ErrorReport, OverwritesTheMessageOfAnEarlierRun) {
                      message({" Card Group No: 3.3.1.2     requires     2 data entry",
                               " But user input contains     1 data ",
                               " Please check the following listing of input data   ", "", " -", " 1", " -"}));
-    expect_work_file(project, "T7.TMP",
-                     {" ************* ERROR IN THE USER INPUT **************",
-                      " Card Group No: 3.3.1.2     requires     2 data entry", " But user input contains     1 data ",
-                      " Please check the following listing of input data   ", "", " -", " 1", " -"});
+    expect_work_file(
+        project, "T7.TMP",
+        {" ************* ERROR IN THE USER INPUT **************",
+         " Card Group No: 3.3.1.2     requires     2 data entry", " But user input contains     1 data ",
+         " Please check the following listing of input data   ", "", " -", " 1", " -"});
 }
 
 TEST(ErrorReport, KeepsWhatTheCheckerWroteBeforeTheWrongCard) {
@@ -363,7 +365,8 @@ TEST(ErrorReport, LeavesNoResultAndNoOpenTrace) {
 struct WrongCard {
     const char* name;
     Kind kind;
-    std::vector<std::string> cards; // the last of them is the wrong one, but for those that must stand behind it
+    std::vector<std::string>
+        cards;  // the last of them is the wrong one, but for those that must stand behind it
     const char* label;
     int maximum;
     int count;
@@ -462,8 +465,8 @@ std::vector<WrongCard> wrong_cards() {
         {"SecondColumnTooLong", D, base_cards({"2 1", "0 0", "1 1 1", "1 1 1 1"}), "4.3", 3, 4},
         {"RowTooShort", D, base_cards({"1 1", "0 0", "1 1 1", "1 1"}), "4.4", 3, 2},
         {"BaseEditTooLong", D, base_cards({"1 1", "0 0", "1 1 1", "1 1 1", "0 0"}), "4.5", 1, 2},
-        {"EditBehindTheBaseMesh", D, base_cards({"1 1", "0 0", "1 1 1", "1 1 1", "1", "a", "b", "1", "0"}), "3.2", 4,
-         1, 1},
+        {"EditBehindTheBaseMesh", D, base_cards({"1 1", "0 0", "1 1 1", "1 1 1", "1", "a", "b", "1", "0"}),
+         "3.2", 4, 1, 1},
         {"DamTooShort", D, dam_cards({"1 1 1"}), "5.1", 6, 3},
         {"DamTooLong", D, dam_cards({"1 1 1 1 1 1 1"}), "5.1", 6, 7},
         {"DamProfileTooShort", D, dam_cards({"0 0 0 0", "1 2 3 4 5 6 7"}), "5.2", 8, 7},
@@ -486,8 +489,8 @@ TEST_P(WrongCardTest, TellsTheCardItsMaximumAndTheCount) {
     expect_quiet_error_stop(project.run());
     const auto lines = lines_of(project.read_work("T7.TMP"));
     ASSERT_EQ(lines.size(), 8U);
-    EXPECT_EQ(lines[1],
-              " Card Group No: " + padded(row.label, 11) + " requires " + i_field(row.maximum, 5) + " data entry");
+    EXPECT_EQ(lines[1], " Card Group No: " + padded(row.label, 11) + " requires " + i_field(row.maximum, 5) +
+                            " data entry");
     EXPECT_EQ(lines[2], " But user input contains " + i_field(row.count, 5) + " data ");
     const std::string& wrong = row.cards.at(row.cards.size() - 1 - row.behind);
     EXPECT_EQ(lines[6], row.count == 0 ? "  Blank data " : " " + wrong);
@@ -497,9 +500,9 @@ TEST_P(WrongCardTest, TellsTheCardItsMaximumAndTheCount) {
 INSTANTIATE_TEST_SUITE_P(EveryCard, WrongCardTest, ::testing::ValuesIn(wrong_cards()),
                          [](const auto& information) { return std::string(information.param.name); });
 
-// ---------------------------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
 // How a run ends
-// ---------------------------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
 
 TEST(EndOfRun, FinishedRunSetsTheStatusToZeroWithoutAWord) {
     const Project project;
@@ -511,7 +514,8 @@ TEST(EndOfRun, FinishedRunSetsTheStatusToZeroWithoutAWord) {
 }
 
 TEST(EndOfRun, FailureLeavesTheStatusOfAnEarlierRun) {
-    // A front end that does not clear the file reads a stale 0 here: nothing but a finished run or a user error writes it.
+    // A front end that does not clear the file reads a stale 0 here: nothing but a finished run or a user
+    // error writes it.
     const Project project;
     fill(project);
     project.write_data("BRELAN2D.DAT", FINISHED_STATUS + "\n");
@@ -547,8 +551,19 @@ TEST(EndOfRun, ModeBelowMinusOneReadsTheCardsOfACombinationAndHasNoMesh) {
     fill(project);
     project.deck(text_of({"-2", "a.Mes", "b.Mes", "c.Mes", "0"}));
     expect_failed(project.run(), {});
-    expect_work_file(project, "BRELAN.TMP",
-                     {"   -2     0 ", padded("..\\a.Mes"), padded("..\\b.Mes"), padded("..\\c.Mes"), "    0 "});
+    expect_work_file(
+        project, "BRELAN.TMP",
+        {"   -2     0 ", padded("..\\a.Mes"), padded("..\\b.Mes"), padded("..\\c.Mes"), "    0 "});
+}
+
+TEST(EndOfRun, BaseMeshWithAnUnknownEditWordFailsWhereTheCardsOfAnEditShouldStand) {
+    // The checker takes cards of an edit for 1 only, the run goes on to an edit for anything but 0.
+    const Project project;
+    fill(project);
+    project.deck(text_of({"2", "1 1", "0 0", "1 1 1", "1 1 1", "2"}));
+    expect_failed(project.run(), {"deck.dat"});
+    EXPECT_EQ(project.read_work("T7.TMP"), "");
+    EXPECT_FALSE(project.exists_data("BRELAN2D.DAT"));
 }
 
 TEST(EndOfRun, EarlierResultSurvivesAFailureBeforeTheWriting) {
@@ -567,7 +582,8 @@ TEST(EndOfRun, ResultMayReplaceItsOwnSource) {
     expect_finished(project.run());
     Mesh expected = sample_mesh(Kind::displacement);
     expected.name = "..\\mesh.Mes";
-    for (auto& node : expected.nodes) node.x += 10.0;
+    for (auto& node : expected.nodes)
+        node.x += 10.0;
     expect_file(project, "mesh.Mes", lines_of(expected.text()));
 }
 
@@ -576,14 +592,15 @@ TEST(EndOfRun, ResultIsCopiedWithFullLines) {
     fill(project);
     expect_finished(project.run());
     std::vector<std::string> expected;
-    for (const auto& line : lines_of(project.read("out.Mes"))) expected.push_back(padded(line));
+    for (const auto& line : lines_of(project.read("out.Mes")))
+        expected.push_back(padded(line));
     ASSERT_EQ(expected.size(), 27U);
     expect_work_file(project, "MeshFile.Mes", expected);
 }
 
-// ---------------------------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
 // Start-up: who names the deck
-// ---------------------------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
 
 const std::string PROMPT = " BRELAN-2D is running ... \n Type Input  File Name : ";
 
@@ -639,8 +656,8 @@ TEST(StartUp, FrontEndModeGoesBeforeTheConsoleButErrorsStillGoToTheConsole) {
     expect_error_stop(result);
     EXPECT_EQ(result.out, console_report({" Card Group No: 1.1         requires     2 data entry",
                                           " But user input contains     3 data ",
-                                          " Please check the following listing of input data   ", "", " -----",
-                                          " 1 0 0", " -----"}));
+                                          " Please check the following listing of input data   ", "",
+                                          " -----", " 1 0 0", " -----"}));
     EXPECT_FALSE(project.exists_work("MESSAGE.INP"));
 }
 
@@ -655,11 +672,10 @@ TEST(StartUp, ReportFollowsThePromptAndTakesTheNextLineAsTheAnswerToThePause) {
     console.time_limit = std::chrono::seconds(20);
     const RunResult result = project.run("..\\deck.dat\n\n", console);
     expect_error_stop(result);
-    EXPECT_EQ(result.out,
-              PROMPT + console_report({" Card Group No: 1.1         requires     2 data entry",
-                                       " But user input contains     3 data ",
-                                       " Please check the following listing of input data   ", "", " -----",
-                                       " 1 0 0", " -----"}));
+    EXPECT_EQ(result.out, PROMPT + console_report({" Card Group No: 1.1         requires     2 data entry",
+                                                   " But user input contains     3 data ",
+                                                   " Please check the following listing of input data   ", "",
+                                                   " -----", " 1 0 0", " -----"}));
 }
 
 TEST(StartUp, AnswerCountsUpToColumn126) {
@@ -706,7 +722,8 @@ TEST(StartUp, NoAnswerIsAMessage) {
 }
 
 TEST(StartUp, FilesOfTheDataDirectoryAreFreeField) {
-    // A person may have edited them: leading blank lines, commas, text behind the value, line ends of another system.
+    // A person may have edited them: leading blank lines, commas, text behind the value, line ends of another
+    // system.
     const Project project;
     fill(project);
     project.write_data("PROGRAM.DAT", "\n   1   ! edition\n");
@@ -735,8 +752,10 @@ TEST(StartUp, DriveIsFoundInTheUsersDataDirectoryWithoutTheVariable) {
 
     // XDG_DATA_HOME names it; else it is below the home directory.
     std::filesystem::create_directories(project.file("share/brelan2d"));
-    std::filesystem::copy(project.drive(), project.file("share/brelan2d/C"), std::filesystem::copy_options::recursive);
-    options.environment = {{"XDG_DATA_HOME", project.file("share").string()}, {"HOME", project.file("no").string()}};
+    std::filesystem::copy(project.drive(), project.file("share/brelan2d/C"),
+                          std::filesystem::copy_options::recursive);
+    options.environment = {{"XDG_DATA_HOME", project.file("share").string()},
+                           {"HOME", project.file("no").string()}};
     expect_finished(project.run("", options));
     EXPECT_TRUE(project.exists("share/brelan2d/C/Vork/Qx/Qxdata/BRELAN2D.DAT"));
     EXPECT_FALSE(project.exists_data("BRELAN2D.DAT"));
@@ -750,9 +769,9 @@ TEST(StartUp, DriveIsFoundInTheUsersDataDirectoryWithoutTheVariable) {
     EXPECT_TRUE(project.exists("home/.local/share/brelan2d/C/Vork/Qx/Qxdata/BRELAN2D.DAT"));
 }
 
-// ---------------------------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
 // The pass trace
-// ---------------------------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
 
 const std::string MODULE_LINE_START = "  32 BIT RELEASE: MODULESIZE = ";
 
@@ -763,19 +782,38 @@ std::vector<std::string> trace_of(const Project& project, const std::string& nam
         return line.rfind(MODULE_LINE_START, 0) == 0;
     });
     if (module != lines.end()) {
-        EXPECT_EQ(module->size(), MODULE_LINE_START.size() + 12) << "a blank and eleven columns for the number";
+        EXPECT_EQ(module->size(), MODULE_LINE_START.size() + 12)
+            << "a blank and eleven columns for the number";
         lines.erase(module);
     }
     return lines;
 }
 
-const std::vector<std::string> WHOLE_TRACE = {
-    "  Start debugging ... ", "  Pass 1 ",    "  Pass 2 ",    "  Pass 3 ...", "  Pass 4D ",
-    "  Pass 5A ",             "  Pass 6 ",    "  Pass 8 ",    "  Pass 9 ",    "  Pass 10 ",
-    "  Pass 11 ",             "  Pass 12 ",   "  Pass 13 ",   "  Pass 14.7  NMOVE =            0",
-    "  Pass 20 ",             "  Pass 21 ",   "  Pass 22.1 ", "  Pass 22.2 ", "  Pass 23 ",
-    "  Pass 24 ",             "  Pass 25 ",   "  Pass 26 ",   "  Pass 27.1 ", "  Pass 27.2 ",
-    "  Pass 43 "};
+const std::vector<std::string> WHOLE_TRACE = {"  Start debugging ... ",
+                                              "  Pass 1 ",
+                                              "  Pass 2 ",
+                                              "  Pass 3 ...",
+                                              "  Pass 4D ",
+                                              "  Pass 5A ",
+                                              "  Pass 6 ",
+                                              "  Pass 8 ",
+                                              "  Pass 9 ",
+                                              "  Pass 10 ",
+                                              "  Pass 11 ",
+                                              "  Pass 12 ",
+                                              "  Pass 13 ",
+                                              "  Pass 14.7  NMOVE =            0",
+                                              "  Pass 20 ",
+                                              "  Pass 21 ",
+                                              "  Pass 22.1 ",
+                                              "  Pass 22.2 ",
+                                              "  Pass 23 ",
+                                              "  Pass 24 ",
+                                              "  Pass 25 ",
+                                              "  Pass 26 ",
+                                              "  Pass 27.1 ",
+                                              "  Pass 27.2 ",
+                                              "  Pass 43 "};
 
 std::vector<std::string> trace_up_to(const std::string& last) {
     const auto end = std::find(WHOLE_TRACE.begin(), WHOLE_TRACE.end(), last);
@@ -796,8 +834,9 @@ TEST(Trace, ShowsEveryPassOfAWholeRun) {
 }
 
 TEST(Trace, IsNamedAfterTheEdition) {
-    const std::vector<std::pair<int, std::string>> editions = {{1, "P1"}, {2, "P2"}, {3, "P3"}, {4, "P4"},  {5, "P5"},
-                                                               {6, "P6"}, {9, "P7"}, {10, "P8"}, {11, "P9"}, {12, "P0"}};
+    const std::vector<std::pair<int, std::string>> editions = {{1, "P1"},  {2, "P2"}, {3, "P3"}, {4, "P4"},
+                                                               {5, "P5"},  {6, "P6"}, {9, "P7"}, {10, "P8"},
+                                                               {11, "P9"}, {12, "P0"}};
     for (const auto& [edition, code] : editions) {
         const Project project(edition);
         const Kind kind = edition == 5 || edition == 6    ? Kind::temperature
@@ -822,11 +861,26 @@ TEST(Trace, LeavesOutThePassesOfMissingSections) {
     project.write("mesh.Mes", mesh.text());
     project.write_data("DEBUG/Brelan_P1.dat", "1 43\n");
     expect_finished(project.run());
-    const std::vector<std::string> expected = {
-        "  Start debugging ... ", "  Pass 1 ",   "  Pass 2 ",    "  Pass 3 ...", "  Pass 4D ",  "  Pass 5A ",
-        "  Pass 6 ",              "  Pass 8 ",   "  Pass 9 ",    "  Pass 12 ",   "  Pass 14.7  NMOVE =            0",
-        "  Pass 20 ",             "  Pass 21 ",  "  Pass 22.1 ", "  Pass 22.2 ", "  Pass 23 ",  "  Pass 25 ",
-        "  Pass 27.1 ",           "  Pass 27.2 ", "  Pass 43 "};
+    const std::vector<std::string> expected = {"  Start debugging ... ",
+                                               "  Pass 1 ",
+                                               "  Pass 2 ",
+                                               "  Pass 3 ...",
+                                               "  Pass 4D ",
+                                               "  Pass 5A ",
+                                               "  Pass 6 ",
+                                               "  Pass 8 ",
+                                               "  Pass 9 ",
+                                               "  Pass 12 ",
+                                               "  Pass 14.7  NMOVE =            0",
+                                               "  Pass 20 ",
+                                               "  Pass 21 ",
+                                               "  Pass 22.1 ",
+                                               "  Pass 22.2 ",
+                                               "  Pass 23 ",
+                                               "  Pass 25 ",
+                                               "  Pass 27.1 ",
+                                               "  Pass 27.2 ",
+                                               "  Pass 43 "};
     EXPECT_EQ(first_difference(expected, trace_of(project, "Brelan_P1.deb")), "");
 }
 
@@ -838,8 +892,8 @@ TEST(Trace, ShowsThePassesOfAPolylineSelection) {
     expect_finished(project.run());
     const auto lines = trace_of(project, "Brelan_P1.deb");
     ASSERT_GT(lines.size(), 12U);
-    EXPECT_EQ(first_difference({"  Pass 5B ", "  Pass 6 ", "  Pass 7A ", "  Pass 7B ", "  Pass 7C-1 ", "  Pass 7C-2 ",
-                                "  Pass 7D ", "  Pass 8 "},
+    EXPECT_EQ(first_difference({"  Pass 5B ", "  Pass 6 ", "  Pass 7A ", "  Pass 7B ", "  Pass 7C-1 ",
+                                "  Pass 7C-2 ", "  Pass 7D ", "  Pass 8 "},
                                {lines.begin() + 5, lines.begin() + 13}),
               "");
 }
@@ -875,9 +929,17 @@ TEST(Trace, HoldsOnlyItsFirstLineBelowPassOne) {
 TEST(Trace, EndsBehindThePassItIsAskedFor) {
     // The run goes on to its end; only the trace is closed, complete on disk.
     const std::vector<std::pair<std::string, std::string>> cases = {
-        {"1.0", "  Pass 1 "},     {"2.0", "  Pass 2 "},   {"3", "  Pass 3 ..."}, {"4.4", "  Pass 4D "},
-        {"5.1", "  Pass 5A "},    {"13", "  Pass 13 "},   {"14.6", "  Pass 14.7  NMOVE =            0"},
-        {"22.1", "  Pass 22.1 "}, {"22.2", "  Pass 22.2 "}, {"27.1", "  Pass 27.1 "}, {"43.0", "  Pass 43 "}};
+        {"1.0", "  Pass 1 "},
+        {"2.0", "  Pass 2 "},
+        {"3", "  Pass 3 ..."},
+        {"4.4", "  Pass 4D "},
+        {"5.1", "  Pass 5A "},
+        {"13", "  Pass 13 "},
+        {"14.6", "  Pass 14.7  NMOVE =            0"},
+        {"22.1", "  Pass 22.1 "},
+        {"22.2", "  Pass 22.2 "},
+        {"27.1", "  Pass 27.1 "},
+        {"43.0", "  Pass 43 "}};
     for (const auto& [number, last] : cases) {
         const Project project;
         fill(project);
@@ -924,5 +986,5 @@ TEST(Trace, DeckOfAnUnnamedEditionIsOfTheDisplacementKindAndHasNoTrace) {
     }
 }
 
-} // namespace
-} // namespace brelan::test
+}  // namespace
+}  // namespace brelan::test

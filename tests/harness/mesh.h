@@ -13,20 +13,20 @@ namespace brelan::test {
 
 struct MeshNode {
     int number = 0;
-    std::vector<int> codes; // 5, 2, 2 or 3 by kind
+    std::vector<int> codes;  // 5, 2, 2 or 3 by kind
     double x = 0.0;
     double y = 0.0;
-    double value = 0.0;  // temperature or head
-    double factor = 0.0; // CF, temperature and head only
+    double value = 0.0;   // temperature or head
+    double factor = 0.0;  // CF, temperature and head only
 };
 
 struct MeshElement {
     int number = 0;
     std::array<int, 4> corners{};
-    std::array<int, 4> midsides{}; // coupled and displacement only
+    std::array<int, 4> midsides{};  // coupled and displacement only
     int material = 1;
-    std::vector<int> codes;    // coupled KS, KF, INTR, INTS; temperature and head IDH
-    std::vector<double> reals; // coupled TBJWL; displacement THIC, DEN
+    std::vector<int> codes;     // coupled KS, KF, INTR, INTS; temperature and head IDH
+    std::vector<double> reals;  // coupled TBJWL; displacement THIC, DEN
 };
 
 struct MeshLine {
@@ -43,7 +43,7 @@ struct Mesh {
     std::vector<MeshElement> continuum;
     std::vector<MeshLine> beams;
     std::vector<MeshLine> trusses;
-    bool closing_lines = true; // the two lines behind the last section of an edited mesh
+    bool closing_lines = true;  // the two lines behind the last section of an edited mesh
 
     // The mesh in the columns of the mesh file, headings included.
     std::string text() const;
@@ -60,13 +60,14 @@ struct Mesh {
 //                            line 15-17   continuum elements 1 to 3
 Mesh sample_mesh(Kind kind);
 
-// What a mesh file holds and what is wrong with it. `problems` is empty for a file that keeps the layout of its kind to
-// the column, whose counts are those of its records, whose numbers ascend and whose corners are nodes of the mesh.
+// What a mesh file holds and what is wrong with it. `problems` is empty for a file that keeps the layout of
+// its kind to the column, whose counts are those of its records, whose numbers ascend and whose corners are
+// nodes of the mesh.
 struct MeshCheck {
     Mesh mesh;
     std::array<int, 4> counts{};
-    double area = 0.0;              // sum of the areas of the continuum elements, each taken positive
-    int clockwise = 0;              // continuum elements whose corners run clockwise
+    double area = 0.0;  // sum of the areas of the continuum elements, each taken positive
+    int clockwise = 0;  // continuum elements whose corners run clockwise
     std::vector<std::string> problems;
 };
 
@@ -80,4 +81,4 @@ MeshCheck expect_sound_mesh(const Project& project, std::string_view name, Kind 
 std::string e_field(double value, int width, int digits);
 std::string i_field(long long value, int width);
 
-} // namespace brelan::test
+}  // namespace brelan::test

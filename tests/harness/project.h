@@ -1,6 +1,7 @@
 // A project directory with its own data directory, in which the real program is started.
 //
-// Every whole-run test owns one `Project`. Nothing is shared between two of them, so tests may run side by side.
+// Every whole-run test owns one `Project`. Nothing is shared between two of them, so tests may run side by
+// side.
 //
 //   <root>/C/Vork/Qx/Qxdata/        data directory: PROGRAM.DAT, MANUAL.DAT, HUBPLOT.DAT, DEBUG/
 //   <root>/project/                 meshes and decks of the user
@@ -32,8 +33,8 @@ int edition_of(Kind kind);
 std::string name_of(Kind kind);
 
 struct RunOptions {
-    // Run as a user without rights of its own when the tests run as root; the whole project is handed to that user.
-    // The super-user may write into a read-only directory, so a test of refused access needs this.
+    // Run as a user without rights of its own when the tests run as root; the whole project is handed to that
+    // user. The super-user may write into a read-only directory, so a test of refused access needs this.
     bool unprivileged = false;
     // Leave standard input open after the given text, as a console does where nobody types.
     bool keep_input_open = false;
@@ -44,11 +45,11 @@ struct RunOptions {
 };
 
 struct RunResult {
-    int status = -1;        // exit status, -1 when the run did not exit by itself
-    int signal = 0;         // signal that ended the run, 0 when none did
-    bool timed_out = false; // the run was ended because its time limit passed
-    std::string out;        // all of standard output
-    std::string err;        // all of standard error
+    int status = -1;         // exit status, -1 when the run did not exit by itself
+    int signal = 0;          // signal that ended the run, 0 when none did
+    bool timed_out = false;  // the run was ended because its time limit passed
+    std::string out;         // all of standard output
+    std::string err;         // all of standard error
 };
 
 // Content of every file below a project's root, links and directories included, by its path.
@@ -100,7 +101,8 @@ std::string read_text(const std::filesystem::path& path);
 // Lines of a text without their ends.
 std::vector<std::string> lines_of(std::string_view text);
 
-// The text with one line, counted from 1, replaced, put in before it, taken out; the first n lines of the text.
+// The text with one line, counted from 1, replaced, put in before it, taken out; the first n lines of the
+// text.
 std::string with_line(std::string_view text, std::size_t number, std::string_view line);
 std::string with_inserted_line(std::string_view text, std::size_t number, std::string_view line);
 std::string without_line(std::string_view text, std::size_t number);
@@ -115,8 +117,8 @@ std::string commented_deck(const std::vector<std::string>& cards);
 // The text filled up with blanks to a width, as a name or a card stands in the program's own files.
 std::string padded(std::string_view text, std::size_t width = 126);
 
-// Compares a file with the lines it should hold, each to the last blank, and reports the first difference. The name is
-// relative to the project, the working or the data directory.
+// Compares a file with the lines it should hold, each to the last blank, and reports the first difference.
+// The name is relative to the project, the working or the data directory.
 void expect_file(const Project& project, std::string_view name, const std::vector<std::string>& expected,
                  const char* source = __builtin_FILE(), int line = __builtin_LINE());
 void expect_work_file(const Project& project, std::string_view name, const std::vector<std::string>& expected,
@@ -128,11 +130,12 @@ void expect_data_file(const Project& project, std::string_view name, const std::
 std::string first_difference(const std::vector<std::string>& expected, const std::vector<std::string>& found);
 
 // A run that finished: status 0, nothing printed.
-void expect_finished(const RunResult& result, const char* source = __builtin_FILE(), int line = __builtin_LINE());
+void expect_finished(const RunResult& result, const char* source = __builtin_FILE(),
+                     int line = __builtin_LINE());
 
-// A run that failed: status 2, nothing on standard output, one readable line on standard error that starts with the
-// program's name and holds every fragment.
+// A run that failed: status 2, nothing on standard output, one readable line on standard error that starts
+// with the program's name and holds every fragment.
 void expect_failed(const RunResult& result, const std::vector<std::string>& fragments,
                    const char* source = __builtin_FILE(), int line = __builtin_LINE());
 
-} // namespace brelan::test
+}  // namespace brelan::test

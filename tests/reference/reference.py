@@ -12,8 +12,9 @@ directory; "..\\X" is taken from the parent of the latter.  The run writes its
 files in place, prints what the program prints and ends with its exit status.
 
 Covered: edition kinds, decks of mode 1 with IEDIT 0, 1, 2, 3, 6 and out of
-range, modes 0 and -1, mode 2 with and without an edit, and the error report.
-IEDIT 4 and 5 and mode 3 end with the text "not covered" and status 3.
+range, modes 0 and -1, mode 2 with and without an edit, the error report, and
+IEDIT 4 (groups.py) up to the list of members in GROUP.TMP.  IEDIT 5 and mode
+3 end with the text "not covered" and status 3.
 """
 
 import argparse
@@ -775,8 +776,8 @@ class Run:
         self.cards.skip(3)
         edit = cut(self.cards.values("r", [0.0])[0])
         self.cards.back(4)
-        if edit in (4, 5):
-            raise NotCovered("IEDIT %d" % edit)
+        if edit == 5:
+            raise NotCovered("IEDIT 5")
         self.put_name()
         self.put_name(plot=True)
         self.default(3, 0.0)
@@ -787,8 +788,8 @@ class Run:
             self.default(position, 0.0)
         self.check_card("3.3", 1, 6)
         edit = self.put_integers(6)[0]
-        if edit in (4, 5):
-            raise NotCovered("IEDIT %d" % edit)
+        if edit == 5:
+            raise NotCovered("IEDIT 5")
         if edit == 0:
             self.check_card("3.3.1.1", 4, 4)
             self.put_reals(4)
@@ -805,6 +806,8 @@ class Run:
             self.check_selection("3.3.4")
             self.check_card("3.3.4.4", 3, 3)
             self.put_integers(3)
+        elif edit == 4:
+            group_engine().check_cards(self)
         elif edit == 6:
             self.check_rebuild()
 
@@ -941,7 +944,7 @@ class Run:
         edit.code, *edit.spared = cards.integers(6)
         for codes, text, number in (((0,), "A", 5.1), ((1,), "B", 5.2),
                                     ((2,), "C", 5.3), ((3,), "D", 5.4),
-                                    ((6,), "F", 5.6)):
+                                    ((4,), "E", 5.5), ((6,), "F", 5.6)):
             if edit.code in codes:
                 self.trace(" Pass 5%s " % text, number)
         if edit.code == 0:
@@ -959,6 +962,8 @@ class Run:
                 edit.new_codes = cards.integers(CODE_WORDS[self.kind])
             elif edit.code == 3:
                 edit.new_material = cards.integers(3)
+        elif edit.code == 4:
+            edit.cards = cards
         elif edit.code == 6:
             kinds = {COUPLED: "iiiiiiii", DISPLACEMENT: "iiiiiirr",
                      TEMPERATURE: "iiiiiii", HEAD: "iiiiiii"}[self.kind]
@@ -997,8 +1002,12 @@ class Run:
                 self.edit_elements(edit, section, elements[section],
                                    starts[section], shift, result)
                 self.trace(text, number)
+        if edit.code == 4:
+            edit.engine = group_engine().load(self, edit, result)
         self.trace(" Pass 14.7  NMOVE = ", 14.6, 0)
-        if edit.code in (2, 3):
+        if edit.code == 4:
+            edit.engine.collapse_and_move()
+        if edit.code in (2, 3, 4):
             self.compact(edit, result)
         self.write_edited(edit, result)
 
@@ -1024,19 +1033,21 @@ class Run:
                 new = in_table(number + shift, "node")
                 result.nodes[new] = node
                 result.active.add(new)
-            elif edit.code in (2, 3):
+            elif edit.code in (2, 3, 4):
                 result.nodes[number] = node
         return shift
 
     def edit_elements(self, edit, section, records, start, shift, result):
-        if edit.code not in (0, 1, 2, 3, 6):
+        if edit.code not in (0, 1, 2, 3, 4, 6):
             return
         lowest = min(number for number, _ in records)
         for number, element in records:
             words = element.words
-            if edit.code in (2, 3):
+            if edit.code in (2, 3, 4):
                 result.elements[number] = element
                 result.types[number] = section
+                if edit.code == 4:
+                    continue
                 if self.chooses(edit, section, number, element, result):
                     if edit.code == 2:
                         result.types[number] = 0
@@ -1044,6 +1055,7 @@ class Run:
                         words[8] = edit.new_material[section - 1]
                 continue
             corners = [w + shift if w > 0 else w for w in words[:4]]
+            checked_words(number, corners)
             if section == CONTINUUM:
                 row = edit.corner_row(words[3] == 0)
                 words[:4] = [corners[p - 1] if p else 0 for p in row]
@@ -1067,6 +1079,8 @@ class Run:
             used = words[:4] if section == CONTINUUM else words[:2]
             x = y = 0.0
             for word in used:
+                if word <= 0 and section != CONTINUUM:
+                    raise Failure("element %d lacks a node" % number)
                 if word > 0:
                     node = result.nodes.get(word)
                     x = add(x, node.x if node else 0.0)
@@ -1163,7 +1177,11 @@ class Run:
         nodes = [(n, result.nodes[n]) for n in sorted(result.active)]
         counts = [len(nodes)] + [len(sections[s])
                                  for s in (CONTINUUM, BEAM, TRUSS)]
+        if edit.code == 4:
+            edit.engine.before_writing(nodes)
         lines = self.mesh_lines(edit.target, counts, nodes, sections)
+        if edit.code == 4:
+            edit.engine.after_writing(result, sections, lines)
         for section, text, number in ((CONTINUUM, " Pass 24 ", 24.0),
                                       (BEAM, " Pass 25 ", 25.0),
                                       (TRUSS, " Pass 26 ", 26.0)):
@@ -1551,6 +1569,13 @@ class Run:
                 out.append(numbers7(v[:5]) + I(v[5], 5) + I(v[6], 5))
         out += [listed("    0"), listed("    0")]
         self.disk.put("..\\Bmesh.dat", out)
+
+
+def group_engine():
+    """The other half of this calculation; it builds on what stands here."""
+    sys.modules.setdefault("reference", sys.modules[__name__])
+    import groups
+    return groups
 
 
 # --------------------------------------------------------------------------

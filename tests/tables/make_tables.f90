@@ -231,6 +231,32 @@ contains
             call real_row(trim(layout), width, bits)
             i = i + 1
         end do
+        call near_ties(trim(layout), width, shown)
+    end subroutine
+
+    ! Values a hair beside a tie, less than 1e-5 of the last digit: the digits behind the last one
+    ! shown are 49999 or 50000. They show a writer that rounds what it has rounded before.
+    subroutine near_ties(layout, width, n)
+        character(*), intent(in) :: layout
+        integer, intent(in) :: width, n
+        character(60) :: text
+        integer(int32) :: bits
+        integer :: found
+
+        found = 0
+        do while (found < 40)
+            bits = bits32()
+            if (.not. is_normal(bits)) cycle
+            write (text, '(es60.30e3)') abs(transfer(bits, 0.0_real32))
+            text = adjustl(text)
+            ! the digits are at 1 and from 3 on
+            if (text(n + 2:n + 6) /= '49999') then
+                if (text(n + 2:n + 6) /= '50000') cycle
+                if (verify(text(n + 7:32), '0') == 0) cycle
+            end if
+            call real_row(layout, width, bits)
+            found = found + 1
+        end do
     end subroutine
 
     ! Exact ties of a layout that shows n digits: values whose decimal digits end with a 5 in
@@ -910,6 +936,11 @@ contains
         call same('R -', '99999999999999999999\n')
         call same('R -', '0.00000000000000000000000000000000000000000000000000000000000001E+60\n')
         call same('R -', '1000000000000000000000000000000000000000000000000000000000000E-60\n')
+        call same('R -', '18446744073709551616\n')
+        call same('R -', '18446744073709551617\n')
+        call same('R -', '18446744073709.551617\n')
+        call same('R -', '36893488147419103233E-19\n')
+        call same('R -', '340282366920938463463374607431768211457E-38\n')
         call same('R -', '8.589973E9\n')
         call same('R -', '9.007199254740993E15\n')
     end subroutine
@@ -944,6 +975,13 @@ contains
         call differs('R -', '1E99999999999999999999\n', 'error', '-', large)
         call differs('R -', '1000000000000000000000000000000000000000\n', 'error', '-', large)
         call differs('r3 -', '1 2*1E39 3\n', 'error', '-', large)
+        call differs('R -', '1000000000000000000000000000000000000000000000000000000000000E-10\n', 'error', '-', large)
+        call differs('R -', '0000000000000000000000000000000000000000000000000000000001E+50\n', 'error', '-', large)
+        call differs('R -', '0.00000000000000000000000000000000000000000000000000001E+99\n', 'error', '-', large)
+        call differs('R -', '99999.9E34\n', 'error', '-', large)
+        call same('R -', '0.000000000000000000000000000000000000000000000000000000000000000001E+10\n')
+        call same('R -', '1000000000000000000000000000000E-99\n')
+        call same('R -', '0000000000000000000000000000000000000000000000000000000001E-50\n')
         call same('R -', '0E99\n')
         call same('R -', '0E99999\n')
         call same('R -', '0.0E-99999\n')
@@ -1354,7 +1392,19 @@ contains
             call midpoint_row(middle)
             call midpoint_row(nearest(middle, 1.0_real64))
             call midpoint_row(nearest(middle, -1.0_real64))
+            call short_midpoint_row(middle)
         end do
+    end subroutine
+
+    ! With 16 digits the decimal lies beside the middle, but often the 64-bit real next to it is the
+    ! middle itself.
+    subroutine short_midpoint_row(value)
+        real(real64), intent(in) :: value
+        character(22) :: text
+        character(:), allocatable :: first, second
+        write (text, '(es22.15)') value
+        call outcome('R -', text//'\n', first, second)
+        write (out, '(4a)') 'R -|', text, '\n|', first//'|-'
     end subroutine
 
     subroutine midpoint_row(value)

@@ -1,0 +1,731 @@
+#!/usr/bin/env python3
+"""Random groups: runs with IEDIT 4 of the program against the calculation.
+
+Each case is a small project made from a seed: a mesh of one of the four
+kinds, a defaults file, and groups of every sort drawn over the mesh.  The
+program and reference.py run it in separate copies.  Statuses, console text
+and all files must agree to the byte up to the list of members; GROUP.TMP is
+compared by values.  What the output decks of the groups add afterwards is left
+aside: their own files, and the materials that they give to the mesh.
+
+    compare_groups.py [--program PATH] [--count N] [--seed N] [--keep DIR]
+                      [--show]
+"""
+
+import argparse
+import math
+import os
+import random
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, HERE)
+import compare  # noqa: E402
+import reference  # noqa: E402
+from reference import COUPLED, DISPLACEMENT, HEAD, TEMPERATURE, kind_of  # noqa
+
+EDITIONS = (1, 1, 2, 3, 4, 5, 5, 6, 7, 8, 9, 9, 10, 11, 12)
+
+
+# --------------------------------------------------------------------------
+# Meshes
+# --------------------------------------------------------------------------
+
+
+class GroupMesh(compare.RandomMesh):
+    """A grid of quadrilaterals and triangles for groups to be drawn on."""
+
+    def __init__(self, rnd, kind):
+        self.graded = rnd.random() < 0.3
+        self.mirrored = rnd.random() < 0.12
+        self.holes = rnd.choice((0.0, 0.0, 0.0, 0.1))
+        self.triangles = rnd.choice((0.0, 0.0, 0.2, 0.5, 1.0))
+        self.joints = rnd.choice((0.0, 0.0, 0.0, 0.1))
+        self.lines = rnd.random() < 0.3
+        self.codes = rnd.choice(("none", "none", "some", "some", "half",
+                                 "half", "half", "most", "border", "all"))
+        super().__init__(rnd, kind, nx=rnd.choice((1, 2, 3, 4, 5, 6, 9)),
+                         ny=rnd.choice((1, 2, 3, 4, 5, 8)),
+                         x0=rnd.choice((0.0, 0.0, 0.0, -5.0, 10.0, 1.25)),
+                         y0=rnd.choice((0.0, 0.0, 0.0, -3.0, 20.0, -0.5)),
+                         steps=(rnd.choice((1.0, 1.0, 2.0, 0.5, 3.7)),
+                                rnd.choice((1.0, 1.0, 2.0, 0.5, 1.3))))
+
+    def line_of(self, count, start, step):
+        places = [start]
+        for _ in range(count):
+            places.append(places[-1] + step)
+            if self.graded:
+                step *= 1.3
+        return [float("%.6e" % p) for p in places]
+
+    def number_nodes(self):
+        rnd = self.rnd
+        self.jitter = rnd.random() < 0.25
+        self.xs = self.line_of(self.nx, self.x0, self.steps[0])
+        self.ys = self.line_of(self.ny, self.y0, self.steps[1])
+        names = self.numbers((self.nx + 1) * (self.ny + 1),
+                             rnd.choice((1, 1, 1, 1, 3, 10, 101)),
+                             rnd.choice((0, 0, 0, 0.2, 0.6)))
+        if rnd.random() < 0.01:
+            top = rnd.choice((99990, 99989, 99980))
+            names = [n + top - names[-1] for n in names]
+        if rnd.random() < 0.2:
+            rnd.shuffle(names)
+        self.nodes, self.at = {}, {}
+        words = reference.CODE_WORDS[self.kind]
+        share = {"none": 0.0, "some": 0.15, "half": 0.5, "most": 0.8,
+                 "border": 0.0, "all": 1.0}[self.codes]
+        for j, y in enumerate(self.ys):
+            for i, x in enumerate(self.xs):
+                n = names.pop(0)
+                border = i in (0, self.nx) or j in (0, self.ny)
+                if self.jitter:
+                    x += rnd.uniform(-0.25, 0.25) * self.steps[0]
+                    y_here = y + rnd.uniform(-0.25, 0.25) * self.steps[1]
+                else:
+                    y_here = y
+                fixed = rnd.random() < share or (
+                    border and self.codes == "border")
+                codes = [rnd.choice((0, 1, 2, -1, -100)) if fixed else 0
+                         for _ in range(words)]
+                if words > 2 and rnd.random() < 0.5:
+                    codes[2:] = [rnd.choice((0, 1)) for _ in codes[2:]]
+                h = rnd.choice((0.0, 0.0, 12.5, -3.0))
+                self.nodes[n] = (codes, float("%.6e" % x),
+                                 float("%.6e" % y_here), h,
+                                 rnd.choice((1.0, 1.0, 0.5, 0.0)))
+                self.at[i, j] = n
+
+    def number_elements(self):
+        rnd, at = self.rnd, self.at
+        solid = []
+        for i in range(self.nx):
+            for j in range(self.ny):
+                a, b, c, d = at[i, j], at[i + 1, j], at[i + 1, j + 1], \
+                    at[i, j + 1]
+                if rnd.random() < self.holes:
+                    continue
+                if rnd.random() < self.triangles:
+                    parts = rnd.choice(([[a, b, c], [a, c, d]],
+                                        [[a, b, d], [b, c, d]]))
+                else:
+                    parts = [[a, b, c, d]]
+                for ring in parts:
+                    k = rnd.randrange(len(ring)) if rnd.random() < 0.3 else 0
+                    ring = ring[k:] + ring[:k]
+                    if self.mirrored:
+                        ring.reverse()
+                    solid.append((ring + [0])[:4])
+        lines = [[], []]
+        if self.lines:
+            for k in (0, 1):
+                for _ in range(rnd.randint(0, 4)):
+                    i, j = rnd.randint(0, self.nx), rnd.randint(0, self.ny)
+                    if rnd.random() < 0.5 and i < self.nx:
+                        lines[k].append([at[i, j], at[i + 1, j]])
+                    elif j < self.ny:
+                        lines[k].append([at[i, j], at[i, j + 1]])
+        total = len(solid) + len(lines[0]) + len(lines[1])
+        names = self.numbers(total, rnd.choice((1, 1, 1, 5, 100)),
+                             rnd.choice((0, 0, 0.3)))
+        if rnd.random() < 0.1:
+            rnd.shuffle(names)
+        self.sections = ([], [], [])
+        for section, records in enumerate([solid] + lines):
+            for corners in records:
+                self.sections[section].append(
+                    [names.pop(0), corners, rnd.randint(1, 5)])
+
+    def element_tokens(self, section, record, writer):
+        rnd, kind = self.rnd, self.kind
+        number, corners, material = record
+        out = [writer.integer(v) for v in [number] + corners]
+        if section > 0:
+            return out + [writer.integer(material), "1"]
+        joint = rnd.random() < self.joints
+        if kind in (COUPLED, DISPLACEMENT):
+            middle = [0] * 4
+            if rnd.random() < 0.1:
+                middle = [rnd.choice(list(self.nodes)) for _ in middle]
+            out += [str(n) for n in middle]
+        out.append(writer.integer(material))
+        if kind == COUPLED:
+            out += [str(v) for v in (int(joint), rnd.choice((1, 2, 0)),
+                                     rnd.choice((2, 0)), rnd.choice((2, 1)))]
+            out.append(writer.real(rnd.choice((0.0, 0.0, 1.5))))
+        elif kind == DISPLACEMENT:
+            out += [writer.real(1.0),
+                    writer.real(-1.0 if joint else
+                                rnd.choice((2.3, 0.0, 1.75)))]
+        else:
+            out.append(str(rnd.choice((-100, -205, -1)) if joint
+                           else rnd.choice((0, 0, 1, 5))))
+        return out
+
+
+# --------------------------------------------------------------------------
+# Cases
+# --------------------------------------------------------------------------
+
+
+class GroupCase(compare.Case):
+    def __init__(self, seed):
+        self.rnd = rnd = random.Random("groups %d" % seed)
+        self.files, self.guarded, self.typed = {}, set(), b""
+        self.edition = rnd.choice(EDITIONS)
+        self.kind = kind_of(self.edition)
+        self.data = rnd.choice(("VORK/QX/QXDATA", "Vork/Qx/Qxdata"))
+        self.deck = deck = compare.Deck(rnd)
+        self.mesh = mesh = GroupMesh(rnd, self.kind)
+        text = mesh.text(rnd.random() < 0.2)
+        self.size = min(mesh.steps)
+        deck.card(*((1,) if rnd.random() < 0.5 else (1, 2)))
+        source = self.mesh_file("Source.Mes", text)
+        deck.name(source)
+        self.result = self.result_name(source)
+        deck.name(self.result)
+        deck.card(rnd.choice((1, 1, 1, 10, 300)),
+                  rnd.choice((1, 1, 1, 7, 1000)), 0, 0, least=2)
+        deck.card(4, 0, 0, 0, 0, 0, least=1)
+        self.lists()
+        self.groups()
+        if rnd.random() < 0.12:
+            deck.spoil()
+        self.defaults()
+        self.start_up()
+
+    # -- names ----------------------------------------------------------------
+
+    def mesh_file(self, stem, data):
+        place, name = self.rnd.choice((
+            ("project/", ""), ("project/", "..\\"),
+            ("project/run/Sub/", "Sub\\"), ("drive/Proj/", "C:\\Proj\\")))
+        self.put(place + stem, data)
+        return name + stem
+
+    def result_name(self, source):
+        return source if self.rnd.random() < 0.05 else "Result.Mes"
+
+    # -- defaults file ------------------------------------------------------
+
+    def defaults(self):
+        rnd, size = self.rnd, self.size
+        mode = rnd.choice((0, 1, 1, 1, 1, 2, 2, 5))
+        length = size * rnd.choice((0.001, 0.01, 0.05, 0.2))
+        factor = rnd.choice((0.01, 0.01, 0.01, 0.05, 0.1, 0.25, 0.001))
+        same = size * rnd.choice((0.001, 0.001, 0.01, 0.1))
+        collapse, share = 0, 0.01
+        if rnd.random() < 0.25:
+            collapse = rnd.choice((1, 2, 3, 4, 5, 6, 7))
+            share = rnd.choice((0.01, 0.3, 0.8, 1.5))
+        named = [rnd.randint(0, 9) for _ in range(6)]
+        moves = []
+        if rnd.random() < 0.2:
+            most = rnd.choice((3, 4, 6, 12))
+            for _ in range(rnd.randint(1, 4)):
+                a, b = rnd.randint(1, most), rnd.randint(1, most)
+                moves.append((a, b, rnd.choice((1.0, 1.0, 1.0, 0.5, 0.25))))
+        lines = ["* the defaults of a case" + " and so on" * 9,
+                 "  %d  %r %r  %r" % (mode, length, factor, same),
+                 "  %d %r %s" % (collapse, share,
+                                 " ".join(str(v) for v in named)),
+                 "* moves", " %d" % len(moves)]
+        lines += ["%d %d %r" % row for row in moves]
+        lines.append("* end")
+        if rnd.random() < 0.03:
+            del lines[rnd.randrange(len(lines)):]
+        elif rnd.random() < 0.03:
+            lines[1] = " " * rnd.choice((20, 45)) + lines[1]
+        path = "drive/" + self.data + "/DV-BRELAN.dat"
+        if rnd.random() < 0.35:
+            self.put(path, b"* never read\n")
+            path = "project/DV-BRELAN.dat"
+        if rnd.random() < 0.97:
+            self.put(path, compare.as_bytes(rnd, lines))
+
+    # -- lists ----------------------------------------------------------------
+
+    def lists(self):
+        rnd, deck, mesh = self.rnd, self.deck, self.mesh
+        for pool, share in ((sorted(mesh.nodes), 0.3),
+                            (sorted(r[0] for s in mesh.sections
+                                    for r in s), 0.15)):
+            if pool and rnd.random() < share:
+                values = []
+                for _ in range(rnd.choice((1, 2, 5, 12))):
+                    values.append(rnd.choice(pool))
+                    if rnd.random() < 0.2:
+                        values.append(-(values[-1] + rnd.choice((0, 1, 3))))
+                if rnd.random() < 0.02:
+                    values[0] = rnd.choice((-4, 99991))
+                deck.card(len(values))
+                deck.list(values)
+            else:
+                deck.card(0 if rnd.random() < 0.95 else -1)
+        if rnd.random() < 0.3:
+            deck.card(1)
+            box = [mesh.xs[0], mesh.ys[0], mesh.xs[-1], mesh.ys[-1]]
+            if rnd.random() < 0.3:
+                box[rnd.randrange(4)] += rnd.choice((-1.0, 1.0)) * self.size
+            deck.card(*box)
+        else:
+            deck.card(rnd.choice((0, 0, 0, 2)))
+
+    # -- points -----------------------------------------------------------------
+
+    def spot(self, inside=False):
+        """A point of the plane that stands in some relation to the mesh."""
+        rnd, mesh = self.rnd, self.mesh
+        r = rnd.random()
+        node = mesh.nodes[rnd.choice(list(mesh.nodes))]
+        x, y = node[1], node[2]
+        wide, tall = mesh.xs[-1] - mesh.xs[0], mesh.ys[-1] - mesh.ys[0]
+        if r < 0.02:
+            return 0.0, 0.0
+        if r < 0.25:
+            return x, y
+        if r < 0.35:
+            i, j = rnd.randrange(mesh.nx), rnd.randrange(mesh.ny)
+            a = mesh.nodes[mesh.at[i, j]]
+            b = mesh.nodes[mesh.at[rnd.choice(((i + 1, j), (i, j + 1),
+                                               (i + 1, j + 1)))]]
+            t = rnd.choice((0.5, 0.5, 0.25, 0.1, 0.05))
+            return a[1] + t * (b[1] - a[1]), a[2] + t * (b[2] - a[2])
+        if r < 0.5:
+            reach = self.size * rnd.choice((0.0005, 0.005, 0.05, 0.1, 0.3))
+            return x + rnd.uniform(-reach, reach), \
+                y + rnd.uniform(-reach, reach)
+        if r < 0.85 or inside:
+            x = mesh.xs[0] + rnd.random() * wide
+            y = mesh.ys[0] + rnd.random() * tall
+            if rnd.random() < 0.4:
+                return round(x, 1), round(y, 1)
+            return round(x, 4), round(y, 4)
+        x = mesh.xs[0] + rnd.uniform(-0.4, 1.4) * wide
+        y = mesh.ys[0] + rnd.uniform(-0.4, 1.4) * tall
+        return round(x, 2), round(y, 2)
+
+    def open_points(self):
+        rnd, mesh = self.rnd, self.mesh
+        r = rnd.random()
+        left, right, low, high = mesh.xs[0], mesh.xs[-1], mesh.ys[0], \
+            mesh.ys[-1]
+        if r < 0.15:
+            y = rnd.choice((rnd.choice(mesh.ys), rnd.uniform(low, high)))
+            over = rnd.choice((0.0, 0.0, self.size, -0.3 * self.size))
+            points = [(left - over, y), (right + over, y)]
+        elif r < 0.3:
+            x = rnd.choice((rnd.choice(mesh.xs), rnd.uniform(left, right)))
+            over = rnd.choice((0.0, 0.0, self.size, -0.3 * self.size))
+            points = [(x, low - over), (x, high + over)]
+        elif r < 0.5:
+            points = [(left - self.size, rnd.uniform(low, high)),
+                      (right + self.size, rnd.uniform(low, high))]
+        else:
+            points = [self.spot() for _ in range(rnd.choice((2, 2, 2, 3, 4)))]
+        if rnd.random() < 0.5:
+            points.reverse()
+        if rnd.random() < 0.08:
+            points.append(points[0])
+        return points
+
+    def closed_points(self):
+        rnd, mesh = self.rnd, self.mesh
+        r = rnd.random()
+        if r < 0.25:
+            xs = sorted(rnd.choice((rnd.choice(mesh.xs), self.spot()[0]))
+                        for _ in range(2))
+            ys = sorted(rnd.choice((rnd.choice(mesh.ys), self.spot()[1]))
+                        for _ in range(2))
+            points = [(xs[0], ys[0]), (xs[1], ys[0]), (xs[1], ys[1]),
+                      (xs[0], ys[1])]
+        elif r < 0.45:
+            points = [self.spot() for _ in range(3)]
+        elif r < 0.6:
+            x, left = self.spot(True)[0], rnd.random() < 0.5
+            far = mesh.xs[0] - 1.0 if left else mesh.xs[-1] + 1.0
+            low, high = mesh.ys[0] - 1.0, mesh.ys[-1] + 1.0
+            points = [(far, low), (x, low),
+                      (rnd.choice((x, self.spot(True)[0])), high),
+                      (far, high)]
+        else:
+            x, y = self.spot(True)
+            count = rnd.choice((3, 4, 5, 8))
+            reach = self.size * rnd.choice((0.4, 1.0, 1.7, 3.0))
+            points = []
+            for k in range(count):
+                angle = (k + rnd.uniform(-0.3, 0.3)) / count * 2.0 * math.pi
+                radius = reach * rnd.uniform(0.5, 1.2)
+                points.append((round(x + radius * math.cos(angle), 4),
+                               round(y + radius * math.sin(angle), 4)))
+        if rnd.random() < 0.4:
+            points.reverse()
+        return points
+
+    # -- groups -------------------------------------------------------------------
+
+    def groups(self):
+        rnd, deck = self.rnd, self.deck
+        count = rnd.choice((1, 1, 1, 2, 2, 3, 4, 6))
+        if rnd.random() < 0.03:
+            count = rnd.choice((0, -1, 0, -1, 501))
+        titles = int(rnd.random() < 0.3)
+        self.ref = (rnd.choice((0.0, 1.0, -2.5)), rnd.choice((0.0, 0.5)))
+        deck.card(count, titles, **({} if titles else {"least": 1}))
+        deck.card(*self.ref, rnd.choice((0.0, 7.5, 100.0)), least=2)
+        for k in range(count):
+            if k == 6:
+                # Far more groups than the tables hold.
+                if titles == 0:
+                    deck.cards += [("card", ["0"])] * (count - k)
+                break
+            if titles:
+                deck.name(rnd.choice(("A group", "", "  wall 1 2 3",
+                                      "w" * 100, "caf\xe9", "x" * 126)))
+            self.one_group()
+
+    def material(self, low=0):
+        return self.rnd.choice((7, 8, 9, 12, 3, low))
+
+    def material_line(self, mtype):
+        rnd, deck = self.rnd, self.deck
+        displacement = self.kind == DISPLACEMENT
+
+        def code():
+            return rnd.choice((1.9, 0.0, 2.5)) if displacement else \
+                rnd.choice((1, 2, 0, 5))
+
+        def line():
+            return [rnd.choice((0, 1, 2, 2, 2, 3, 3, 3, 4, 5, -2, -3, -1, -4,
+                                6)),
+                    self.material()]
+
+        main = [rnd.choice((7, 6, 11, 0, -7)), code()]
+        width = rnd.choice((0.0, 0.0, 0.05, 0.05, 0.1, 0.3, -0.05, -0.2)) * \
+            self.size
+        joint = [self.material(), code(), width]
+        if mtype in (1, 2):
+            deck.card(*line())
+        elif mtype == 3:
+            deck.card(*main, *line(), 5, least=4)
+        elif mtype == 4:
+            deck.card(*main, *line(), rnd.choice((0, 13)), least=4)
+        elif mtype == -2:
+            deck.card(*joint, *line(), *line())
+        elif mtype == -3:
+            deck.card(*main, *joint, *line(), *line(), 5, least=9)
+        elif mtype == -4:
+            deck.card(*main, *joint, *line(), *line(), rnd.choice((0, 13)),
+                      least=9)
+
+    def one_group(self):
+        rnd, deck = self.rnd, self.deck
+        if rnd.random() < 0.008:
+            self.large_group()
+            return
+        mtype = rnd.choice((1, 2, 2, 2, 3, 3, 3, 4, 4, -1, -2, -2, -2, -3, -3,
+                            -4, -4, 5, 5, 0, 6, -5))
+        if mtype == -4 and self.kind == HEAD and rnd.random() < 0.8:
+            mtype = -3
+        post = rnd.choice((0,) * 7 + (1, 2))
+        overlay = rnd.choice((0, 0, 0, 1, 2))
+        deck.card(mtype, post, overlay, 1, 2, 3, 4,
+                  **({} if post or overlay else {"least": 1}))
+        if mtype == 0:
+            return
+        if mtype != 5:
+            self.material_line(mtype)
+        if post == 1:
+            for _ in range(6):
+                deck.card(rnd.randint(0, 9), rnd.randint(0, 9))
+            for _ in range(7):
+                deck.card(rnd.randint(0, 1))
+        self.outline(abs(mtype) == 2)
+
+    def large_group(self):
+        """A group that comes near a limit of the tables."""
+        rnd, deck = self.rnd, self.deck
+        deck.card(3, least=1)
+        self.material_line(3)
+        r = rnd.random()
+        if r < 0.5:
+            parts = rnd.choice((1200, 800, 2600, 500))
+            ring = [self.spot() for _ in range(3)]
+            deck.card(3, 0, 0, 0.0, 0.0)
+            for k, (x, y) in enumerate(ring, 1):
+                deck.card(k, x, y)
+            deck.card(3)
+            for k in (1, 2, 3):
+                deck.card(k, 1, rnd.choice((parts, parts, -parts)), 3)
+        elif r < 0.8:
+            count = rnd.choice((1101, 1100, 1099))
+            deck.card(count, 0, 0, 0.0, 0.0)
+            for k in range(1, count + 1):
+                x, y = self.spot()
+                deck.card(k, x, y)
+            deck.card(0)
+        else:
+            deck.card(1, 0, 0, 0.0, 0.0)
+            deck.card(rnd.choice((0, 1101, -1, 1100)), 1.0, 1.0)
+            deck.card(rnd.choice((0, 0, -1)))
+
+    def outline(self, opened):
+        rnd = self.rnd
+        r = rnd.random()
+        if r < 0.12:
+            self.circle(opened)
+        elif r < 0.2:
+            self.with_arc(opened)
+        else:
+            points = self.open_points() if opened else self.closed_points()
+            count = len(points) - (1 if opened else 0)
+            if rnd.random() < 0.03:
+                count = 0
+            self.put_outline(points, [None] * count)
+
+    def parts(self, arc=False):
+        rnd = self.rnd
+        if arc:
+            return rnd.choice((6, -6, 9, -9, 16, -16, 3, -3, 24, -24, 1,
+                               0 if rnd.random() < 0.3 else 12))
+        return rnd.choice((0, 0, 0, 1, 1, 1, -1, 2, -2, 3, -3, 5, -5, 8, -8))
+
+    def ends(self):
+        return self.rnd.choice((2,) * 9 + (1, 1, -1, -1, 0, 0, -2, -2, 3, 7))
+
+    def circle(self, opened):
+        rnd = self.rnd
+        x, y = self.spot(True)
+        rx = self.size * rnd.choice((0.3, 0.75, 1.0, 1.4, 2.0))
+        ry = rx if rnd.random() < 0.6 else rx * rnd.choice((0.5, 1.5))
+        start = rnd.choice((0.0, 0.0, 0.0, 10.0, -90.0))
+        end = start + rnd.choice((360.0, 360.0, 360.0, -360.0, 359.98))
+        arc = (x, y, rx, ry, start, end)
+        point = (x + rx, y)
+        if opened and rnd.random() < 0.4:
+            arc = arc[:5] + (start + rnd.choice((90.0, 180.0, -120.0)),)
+        self.put_outline([point] * (2 if opened else 1), [arc])
+
+    def with_arc(self, opened):
+        """A chain with an arc in it: a straight foot and a round head."""
+        rnd = self.rnd
+        x, y = self.spot(True)
+        rx = self.size * rnd.choice((0.5, 1.0, 1.5))
+        ry = rx if rnd.random() < 0.6 else rx * rnd.choice((0.6, 1.5))
+        tall = self.size * rnd.choice((0.5, 1.0, 2.0))
+        arc = (x, y, rx, ry, 0.0, 180.0)
+        r = rnd.random()
+        if r < 0.15:
+            arc = arc[:5] + (0.0,)
+        elif r < 0.3:
+            arc = arc[:5] + (rnd.choice((10.0, 25.0, 40.0, -60.0)),)
+        points = [(x - rx, y - tall), (x + rx, y - tall), (x + rx, y),
+                  (x - rx, y)]
+        segments = [None, None, arc, None]
+        if rnd.random() < 0.15:
+            points, segments = points[2:], segments[2:]
+            opened = True
+        turn = rnd.randrange(4)
+        if turn == 1 and not opened:
+            points, segments = points[1:] + points[:1], \
+                segments[1:] + segments[:1]
+        elif turn == 2 and not opened:
+            points, segments = points[3:] + points[:3], \
+                segments[3:] + segments[:3]
+        if opened:
+            segments = segments[:3]
+        self.put_outline(points, segments)
+
+    def put_outline(self, points, segments):
+        rnd, deck = self.rnd, self.deck
+        shift = int(rnd.random() < 0.3)
+        xlo, ylo = (rnd.choice((0.0, 0.0, 1.0, -0.25)) for _ in range(2))
+        xref, yref = self.ref if shift else (0.0, 0.0)
+        count = len(points)
+        deck.card(count, rnd.choice((0, 0, 1)), shift, xlo, ylo)
+        for k, (x, y) in enumerate(points, 1):
+            deck.card(k, x - xlo - xref, y - ylo - yref)
+        deck.card(len(segments), 0.5, 0.5, least=1)
+        same = rnd.random() < 0.7
+        parts, ends = self.parts(), self.ends()
+        for k, arc in enumerate(segments, 1):
+            if not same:
+                parts, ends = self.parts(), self.ends()
+            ltype = 1 if arc is None else 2
+            if rnd.random() < 0.01:
+                ltype = rnd.choice((1, 3, 0))
+            deck.card(rnd.choice((k, k, k, 77)), ltype,
+                      parts if arc is None else self.parts(True), ends)
+            if ltype == 2:
+                xo, yo, *rest = arc
+                deck.card(xo - xlo, yo - ylo, *rest)
+
+
+# --------------------------------------------------------------------------
+# Comparison
+# --------------------------------------------------------------------------
+
+# Files that the output decks of the groups write after the list of members.
+LATER = {"project/Group.Man", "project/MatAD.Man", "project/Group.Pos",
+         "project/Boundary.Man", "project/run/TEMPMESH.TMP",
+         "project/run/Group.dat"}
+LISTING = "project/run/GROUP.TMP"
+LATER_TRACE = re.compile(rb" Pass 27\.1\.|GROUP_SORT| II = | NEWMAT| I = ")
+
+
+def numbers_of(data):
+    return [float(w) for w in data.split()]
+
+
+def without_materials(kind, data):
+    """A mesh by values, without what later output decks may change."""
+    rows, section = [], None
+    for line in data.decode("latin-1").split("\n"):
+        words = line.split()
+        if words and words[0] in ("NODAL", "CONTINUUM", "BEAM", "TRUSS"):
+            section = words[0]
+        if section == "CONTINUUM" and words and words[0].isdigit():
+            if kind in (COUPLED, DISPLACEMENT):
+                words = words[:9]
+            else:
+                words = words[:5]
+        elif section == "NODAL" and words and words[0].isdigit() and \
+                kind == TEMPERATURE:
+            words[1:3] = []
+        rows.append(words)
+    return rows
+
+
+def difference(case, path, left, right, later):
+    old, new = left.get(path), right.get(path)
+    if path == LISTING:
+        if new is None or old is None:
+            return [] if new is None else ["  GROUP.TMP: only one"]
+        if numbers_of(old) == numbers_of(new):
+            return []
+        return compare.difference(path, b"\n".join(
+            b" ".join(s.split()) for s in old.split(b"\n")), b"\n".join(
+            b" ".join(s.split()) for s in new.split(b"\n")))
+    if path in LATER and path not in left:
+        return []
+    if old is not None and new is not None and old != new:
+        if path.endswith(".deb") or path.endswith("fort.888"):
+            new = b"\n".join(s for s in new.split(b"\n")
+                             if not LATER_TRACE.search(s))
+        elif later and path.lower().endswith(".mes") and \
+                without_materials(case.kind, old) == \
+                without_materials(case.kind, new):
+            return []
+    return compare.difference(path, old, new)
+
+
+def one_case(case, program, directory):
+    one, other = (os.path.join(directory, n) for n in ("reference", "program"))
+    case.lay_out(one)
+    case.lay_out(other)
+    status, printed, reason = reference.run(
+        os.path.join(one, "drive"), os.path.join(one, "project", "run"),
+        case.typed)
+    if status == 3:
+        return 3, reason, []
+    environment = dict(os.environ,
+                       BRELAN_DRIVE_C=os.path.join(other, "drive"))
+    try:
+        done = subprocess.run(
+            [program], cwd=os.path.join(other, "project", "run"),
+            env=environment, input=case.typed, stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE, timeout=120)
+    except subprocess.TimeoutExpired:
+        return status, reason, ["  the program does not end"]
+    found = []
+    if done.returncode != status:
+        return status, reason, [
+            "  status: reference %d (%s), program %d (%s)" % (
+                status, reason, done.returncode,
+                done.stderr.decode("latin-1").strip()[:300])]
+    left, right = compare.tree(one), compare.tree(other)
+    if status == 2:
+        for path in sorted(case.guarded):
+            for whose, files in (("reference", left), ("program", right)):
+                if files.get(path) != case.files[path]:
+                    found.append("  %s: changed by the %s" % (path, whose))
+        if not done.stderr.strip():
+            found.append("  a failure without a message")
+        return status, reason, found
+    found += compare.difference("console", printed, done.stdout)
+    stopped_inside = reason == "stop 222"
+    later = any(path in right for path in LATER)
+    for path in sorted(set(left) | set(right)):
+        if stopped_inside and path.endswith((LISTING, "/JOINT.TMP")):
+            continue
+        found += difference(case, path, left, right, later)
+    return status, reason, found
+
+
+def main():
+    default = os.path.join(HERE, "..", "..", "build", "release", "brelan2d")
+    parser = argparse.ArgumentParser(
+        description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
+    parser.add_argument("--program", default=default)
+    parser.add_argument("--count", type=int, default=100)
+    parser.add_argument("--seed", type=int, default=1,
+                        help="seed of the first case; the next ones follow")
+    parser.add_argument("--keep", metavar="DIR",
+                        help="keep the two trees of failing cases here")
+    parser.add_argument("--show", action="store_true",
+                        help="a line for each case, with its time")
+    options = parser.parse_args()
+    program = os.path.abspath(options.program)
+    if not os.path.exists(program):
+        sys.exit("no program at " + program)
+    # A build may replace the program while cases run: use a copy.
+    shelf = tempfile.mkdtemp(prefix="brelan-compare-")
+    program = shutil.copy(program, shelf)
+    try:
+        return run_cases(options, program)
+    finally:
+        shutil.rmtree(shelf, ignore_errors=True)
+
+
+def run_cases(options, program):
+    passed = failed = 0
+    ends = {}
+    for seed in range(options.seed, options.seed + options.count):
+        case = GroupCase(seed)
+        directory = tempfile.mkdtemp(prefix="brelan-compare-")
+        begun = time.time()
+        try:
+            status, reason, found = one_case(case, program, directory)
+            ends[status] = ends.get(status, 0) + 1
+            if options.show:
+                print("seed %d, status %d %s, %.1f s" % (
+                    seed, status, reason, time.time() - begun), flush=True)
+            if status == 3:
+                continue
+            if not found:
+                passed += 1
+                continue
+            failed += 1
+            print("seed %d, edition %d (%s)" % (seed, case.edition,
+                                                case.kind))
+            print("\n".join(found), flush=True)
+            if options.keep:
+                target = os.path.join(options.keep, "seed-%d" % seed)
+                shutil.rmtree(target, ignore_errors=True)
+                shutil.copytree(directory, target)
+        finally:
+            shutil.rmtree(directory, ignore_errors=True)
+    print("ends: " + ", ".join("%d with status %d" % (n, s)
+                               for s, n in sorted(ends.items())))
+    print("%d passed, %d failed" % (passed, failed))
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

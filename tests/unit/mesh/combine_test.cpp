@@ -1,0 +1,330 @@
+// The combination stage by stage: numbers of elements, matching, merging and renaming of nodes.
+
+#include <string>
+
+#include "mesh/combine.h"
+#include "unit/support.h"
+
+namespace brelan::test {
+namespace {
+
+class Combine : public ::testing::Test {
+protected:
+    Combine() : edition_(DISPLACEMENT) {
+        RESETMESH();
+        IEL.fill(ElementWords{});
+        REGION1 = Region{};
+        REGION2 = Region{};
+        REGION1.name = "first.Mes";
+        REGION2.name = "second.Mes";
+        LISTPLACE = "deck.dat, line 7";
+        KEEPDUP = false;
+        NINT = 0;
+    }
+
+    static void first(std::int32_t n, float x, float y) {
+        NACT1[n] = 1;
+        XC1[n] = x;
+        YC1[n] = y;
+        IDN1[n] = {n, n, n, n, n};
+        REGION1.nodes.include(n);
+    }
+    static void second(std::int32_t n, float x, float y) {
+        NACT2[n] = 1;
+        NUSED[n] = n;
+        XC[n] = x;
+        YC[n] = y;
+        IDN[n] = {-n, -n, -n, -n, -n};
+        REGION2.nodes.include(n);
+    }
+    static void pair(std::int32_t of_second, std::int32_t of_first) {
+        ++NINT;
+        LISTB[NINT] = of_second;
+        LISTA[NINT] = of_first;
+    }
+
+private:
+    Edition edition_;
+};
+
+// --- element numbers
+// ---------------------------------------------------------------------------------------------
+
+// Lowest and highest numbers of continuum, beam and truss elements; {100000, 0} for none.
+struct Ranges {
+    NumberRange continuum, beam, truss;
+};
+constexpr NumberRange NONE{};
+
+struct Starts {
+    std::int32_t second_continuum, first_continuum, second_beam, first_beam, second_truss, first_truss;
+    bool operator==(const Starts&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const Starts& s) {
+    return out << s.second_continuum << " " << s.first_continuum << " " << s.second_beam << " "
+               << s.first_beam << " " << s.second_truss << " " << s.first_truss;
+}
+
+Starts starts_of(const Ranges& second, const Ranges& first) {
+    const auto set = [](Region& region, const Ranges& ranges) {
+        region.old_elements[0] = ranges.continuum;
+        region.old_elements[1] = ranges.beam;
+        region.old_elements[2] = ranges.truss;
+    };
+    set(REGION1, first);
+    set(REGION2, second);
+    FIXREGIONNUMBERS();
+    return {REGION2.start[0], REGION1.start[0], REGION2.start[1],
+            REGION1.start[1], REGION2.start[2], REGION1.start[2]};
+}
+
+TEST_F(Combine, NumbersThatRiseFromRegionToRegionAndTypeToTypeStay) {
+    EXPECT_EQ(starts_of({{1, 4}, {9, 9}, {20, 22}}, {{5, 8}, {10, 15}, {30, 30}}),
+              (Starts{1, 5, 9, 10, 20, 30}));
+    // Gaps are no matter.
+    EXPECT_EQ(starts_of({{11, 20}, {300, 310}, {500, 500}}, {{100, 200}, {400, 400}, {600, 99990}}),
+              (Starts{11, 100, 300, 400, 500, 600}));
+    // Where a type is missing its start is that of no number at all.
+    EXPECT_EQ(starts_of({{1, 4}, NONE, NONE}, {{5, 8}, NONE, NONE}),
+              (Starts{1, 5, 100000, 100000, 100000, 100000}));
+    EXPECT_EQ(starts_of({{1, 4}, NONE, {7, 8}}, {NONE, {5, 6}, NONE}),
+              (Starts{1, 100000, 100000, 5, 7, 100000}));
+}
+
+TEST_F(Combine, AnyOverlapCountsAllElementsFromOne) {
+    // Extents 3, 3, 0, 5, 2, 0: 1-4, 5-8, 9, 10-15, 16-18, 19.
+    const Starts counted{1, 5, 9, 10, 16, 19};
+    EXPECT_EQ(starts_of({{1, 4}, {9, 9}, {20, 22}}, {{4, 7}, {10, 15}, {30, 30}}), counted);
+    EXPECT_EQ(starts_of({{1, 4}, {8, 8}, {20, 22}}, {{5, 8}, {10, 15}, {30, 30}}), counted);
+    EXPECT_EQ(starts_of({{1, 4}, {10, 10}, {20, 22}}, {{5, 8}, {10, 15}, {30, 30}}), counted);
+    EXPECT_EQ(starts_of({{1, 4}, {9, 9}, {15, 17}}, {{5, 8}, {10, 15}, {30, 30}}), counted);
+    EXPECT_EQ(starts_of({{1, 4}, {9, 9}, {20, 22}}, {{5, 8}, {10, 15}, {22, 22}}), counted);
+    // The first region below the second is an overlap too.
+    EXPECT_EQ(starts_of({{5, 8}, {9, 9}, {20, 22}}, {{1, 4}, {10, 15}, {30, 30}}), counted);
+    EXPECT_EQ(starts_of({{101, 104}, {109, 109}, {120, 122}}, {{101, 104}, {110, 115}, {130, 130}}), counted);
+}
+
+TEST_F(Combine, GapsInsideASetAreKept) {
+    // 3 and 30, 7 and 9: extents 27 and 2.
+    EXPECT_EQ(starts_of({{3, 30}, NONE, NONE}, {{7, 9}, NONE, NONE}).first_continuum, 29);
+}
+
+TEST_F(Combine, AnEmptySetTakesItsStartValuesOffWhatFollows) {
+    // 0 - 100000 for the second region's continuum: -100000 + 2, then 4 more and a beam of 0.
+    EXPECT_EQ(starts_of({NONE, {1, 1}, {2, 2}}, {{1, 4}, {5, 5}, {6, 6}}),
+              (Starts{1, -99998, -99994, -99993, -99992, -99991}));
+    // First continuum missing.
+    EXPECT_EQ(starts_of({{1, 4}, {4, 4}, {2, 2}}, {NONE, {5, 5}, {6, 6}}),
+              (Starts{1, 5, -99994, -99993, -99992, -99991}));
+    // Beams missing in the second region, then in the first, then in both: what stands before them is right.
+    EXPECT_EQ(starts_of({{1, 4}, NONE, {8, 8}}, {{4, 7}, {5, 5}, {9, 9}}),
+              (Starts{1, 5, 9, -99990, -99989, -99988}));
+    EXPECT_EQ(starts_of({{1, 4}, {5, 5}, {8, 8}}, {{4, 7}, NONE, {9, 9}}),
+              (Starts{1, 5, 9, 10, -99989, -99988}));
+    EXPECT_EQ(starts_of({{1, 4}, NONE, {8, 8}}, {{4, 7}, NONE, {9, 9}}),
+              (Starts{1, 5, 9, -99990, -199989, -199988}));
+    // Second trusses missing.
+    EXPECT_EQ(starts_of({{1, 4}, {5, 5}, NONE}, {{4, 7}, {5, 5}, {9, 9}}), (Starts{1, 5, 9, 10, 11, -99988}));
+    // Nothing but overlapping continuum: the rest is not asked for.
+    const Starts continuum_only = starts_of({{1, 1}, NONE, NONE}, {{1, 1}, NONE, NONE});
+    EXPECT_EQ(continuum_only.second_continuum, 1);
+    EXPECT_EQ(continuum_only.first_continuum, 2);
+}
+
+TEST_F(Combine, OnlyTheLowestNewNumbersAreHeldAgainstEachOther) {
+    REGION1.elements = {5, 9};
+    REGION2.elements = {5, 7};
+    EXPECT_TRUE(regions_collide());
+    REGION2.elements = {6, 7};
+    EXPECT_FALSE(regions_collide());
+    REGION1.elements = NONE;
+    EXPECT_FALSE(regions_collide());
+    REGION2.elements = NONE;
+    EXPECT_TRUE(regions_collide()) << "two regions without elements";
+}
+
+// --- matching
+// ----------------------------------------------------------------------------------------------------
+
+TEST_F(Combine, TheSmallestSpacingIsThatOfEitherRegion) {
+    first(1, 0, 0);
+    first(2, 3, 4);
+    EXPECT_EQ(SMALLESTSPACING(), 5.0F);
+    second(1, 100, 0);
+    EXPECT_EQ(SMALLESTSPACING(), 5.0F) << "between the regions nothing is measured";
+    second(7, 100, 2);
+    EXPECT_EQ(SMALLESTSPACING(), 2.0F);
+    second(9, 100, 2);
+    EXPECT_EQ(SMALLESTSPACING(), 0.0F);
+}
+
+TEST_F(Combine, OneNodeInEachRegionHasNoSpacing) {
+    first(1, 0, 0);
+    second(1, 0, 0);
+    EXPECT_EQ(SMALLESTSPACING(), 1.0E35F);
+}
+
+TEST_F(Combine, NodesWithinHalfTheSpacingMatch) {
+    second(4, 0, 0);
+    second(5, 1, 0);
+    first(10, 0.5F, 0.0F);     // half way: both are within reach, the higher number wins
+    first(11, -0.25F, 0.25F);  // near 4
+    first(12, -0.5F, 0.0F);    // exactly at the reach of 4
+    first(13, -0.50000006F, 0.0F);
+    MATCHNEAREST(1.0F);
+    EXPECT_EQ(NMAP[10], -5);
+    EXPECT_EQ(NMAP[11], -4);
+    EXPECT_EQ(NMAP[12], -4);
+    EXPECT_EQ(NMAP[13], 13);
+}
+
+TEST_F(Combine, WithoutAReachOnlyCoincidentNodesMatch) {
+    second(4, 1, 2);
+    second(5, 1, 2);
+    second(6, 2, 2);
+    first(10, 1, 2);
+    first(11, 1.0000001F, 2);
+    MATCHNEAREST(0.0F);
+    EXPECT_EQ(NMAP[10], -5);
+    EXPECT_EQ(NMAP[11], 11);
+}
+
+TEST_F(Combine, ListedPairsMatchWhereverTheyAre) {
+    second(4, 0, 0);
+    second(5, 1, 0);
+    first(10, 70, 70);
+    first(11, 80, 80);
+    pair(5, 10);
+    pair(4, 99);  // no node of the first region
+    MATCHLISTED();
+    EXPECT_EQ(NMAP[10], -5);
+    EXPECT_EQ(NMAP[11], 11);
+    EXPECT_EQ(NMAP[99], 99);
+    pair(4, 10);
+    MATCHLISTED();
+    EXPECT_EQ(NMAP[10], -4) << "the last pair of a node counts";
+}
+
+TEST_F(Combine, AListedNodeThatIsNotThereEndsTheRun) {
+    second(4, 0, 0);
+    first(10, 0, 0);
+    for (const std::int32_t missing : {10, 5, 0, -4, 99991}) {
+        NINT = 0;
+        pair(missing, 10);
+        const std::string message = failure_of([] { MATCHLISTED(); });
+        EXPECT_EQ(message.rfind("deck.dat, line 7", 0), 0U) << message;
+        EXPECT_NE(message.find("Card 2.3"), std::string::npos) << message;
+        EXPECT_NE(message.find(std::to_string(missing)), std::string::npos) << message;
+    }
+}
+
+// --- merging
+// -----------------------------------------------------------------------------------------------------
+
+// Nodes 3 and 8 of the first region; 3 falls on node 5 of the second, whose highest is 6.
+class CombineNodes : public Combine {
+protected:
+    CombineNodes() {
+        second(5, 1, 2);
+        second(6, 3, 4);
+        first(3, 1.125F, 2.125F);
+        first(8, 30, 40);
+        first(9, 50, 60);
+        NMAP[3] = -5;
+    }
+};
+
+TEST_F(CombineNodes, TheOthersGoOnBehindTheSecondRegion) {
+    MERGENODES();
+    EXPECT_EQ(NMAP[3], 5);
+    EXPECT_EQ(NMAP[8], 7);
+    EXPECT_EQ(NMAP[9], 8);
+    EXPECT_EQ(XC[7], 30.0F);
+    EXPECT_EQ(YC[8], 60.0F);
+    EXPECT_EQ(IDN[7][2], 8);
+    EXPECT_EQ(NUSED[7], 7);
+    EXPECT_EQ(NUSED[8], 8);
+    EXPECT_EQ(NUSED[9], 0);
+}
+
+TEST_F(CombineNodes, AMergedNodeHasTheDataOfTheSecondRegion) {
+    MERGENODES();
+    EXPECT_EQ(XC[5], 1.0F);
+    EXPECT_EQ(IDN[5][0], -5);
+}
+
+TEST_F(CombineNodes, AMergedNodeTakesTheDataOfTheFirstRegionWhereTheDeckSaysSo) {
+    KEEPDUP = true;
+    MERGENODES();
+    EXPECT_EQ(XC[5], 1.125F);
+    EXPECT_EQ(YC[5], 2.125F);
+    EXPECT_EQ(IDN[5], (NodeCodes{3, 3, 3, -5, -5})) << "the displacement kind has three codes";
+    EXPECT_EQ(XC[7], 30.0F);
+}
+
+TEST_F(CombineNodes, NodesBeyondTheTableEndTheRun) {
+    second(99989, 0, 0);
+    const std::string message = failure_of([] { MERGENODES(); });
+    EXPECT_NE(message.find("99990"), std::string::npos) << message;
+    EXPECT_NE(message.find("first.Mes"), std::string::npos) << message;
+}
+
+TEST_F(CombineNodes, TheLastPlaceOfTheTableCanBeTaken) {
+    second(99988, 0, 0);
+    MERGENODES();
+    EXPECT_EQ(NMAP[9], 99990);
+    EXPECT_EQ(XC[99990], 50.0F);
+}
+
+TEST_F(CombineNodes, CornersAndMidsidesOfTheFirstRegionAreRenamed) {
+    MERGENODES();
+    EACT1[20] = EL_CONTINUUM;
+    EACT2[21] = EL_CONTINUUM;
+    for (const std::int32_t n : {20, 21})
+        IEL[n] = {3, 8, 9, 0, 8, -2, 0, 9, 1};
+    REGION1.elements = {20, 21};
+    RENUMBERFIRST();
+    const ElementWords& w = IEL[20];
+    EXPECT_EQ(w.I1, 5);
+    EXPECT_EQ(w.I2, 7);
+    EXPECT_EQ(w.I3, 8);
+    EXPECT_EQ(w.I4, 0);
+    EXPECT_EQ(w.M5, 7);
+    EXPECT_EQ(w.M6, -2) << "no node";
+    EXPECT_EQ(w.M8, 8);
+    EXPECT_EQ(IEL[21].I1, 3) << "an element of the second region";
+}
+
+TEST_F(CombineNodes, KindsWithoutMidsidesRenameFourWords) {
+    for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
+        const Edition kind(edition);
+        NMAP[3] = 5;
+        EACT1[20] = EL_CONTINUUM;
+        IEL[20] = {3, 3, 3, 3, 3, 3, 3, 3, 1};
+        REGION1.elements = {20, 20};
+        RENUMBERFIRST();
+        EXPECT_EQ(IEL[20].I4, 5);
+        EXPECT_EQ(IEL[20].M5, 3);
+    }
+}
+
+TEST_F(CombineNodes, CountsTakeTheFirstRegionsTypeFirst) {
+    EACT1[20] = EL_TRUSS;
+    EACT2[20] = EL_CONTINUUM;
+    EACT2[30] = EL_BEAM;
+    EACT2[31] = EL_CONTINUUM;
+    ResultMesh result;
+    COUNTCOMBINED(result);
+    EXPECT_EQ(result.counts.NUMNP, 2);
+    EXPECT_EQ(result.nodes.lowest, 5);
+    EXPECT_EQ(result.nodes.highest, 6);
+    EXPECT_EQ(result.counts.NCONT, 1);
+    EXPECT_EQ(result.counts.NBEAM, 1);
+    EXPECT_EQ(result.counts.NTRUS, 1);
+    EXPECT_EQ(result.elements.lowest, 20);
+    EXPECT_EQ(result.elements.highest, 31);
+}
+
+}  // namespace
+}  // namespace brelan::test

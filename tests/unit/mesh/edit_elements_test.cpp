@@ -1,0 +1,224 @@
+// Deletion and new materials: which elements they touch, and what the tables hold behind the read.
+#include <array>
+#include <map>
+
+#include "mesh/edit_mesh.h"
+#include "mesh/edit_source.h"
+#include "mesh/edit_tables.h"
+#include "mesh/selection.h"
+#include "unit/support.h"
+
+namespace brelan::test {
+namespace {
+
+//   5--60--6-------7--70--8     continuum elements 10, 20, 30 of materials 1, 2, 3
+//   |  10  |  20   |  30  |     beams 40, 50 and trusses 60, 70 of materials 1, 2
+//   1--40--2-------3--50--4
+constexpr std::string_view MESH =
+    "three squares\n"
+    "heading\n"
+    "8 3 2 2\n"
+    "heading\n"
+    "heading\n"
+    "1 1 0 0 1 1 0 0\n"
+    "2 0 0 0 1 1 1 0\n"
+    "3 0 0 0 1 1 2 0\n"
+    "4 0 0 0 1 1 3 0\n"
+    "5 0 0 0 1 1 0 1\n"
+    "6 0 0 0 1 1 1 1\n"
+    "7 0 0 0 1 1 2 1\n"
+    "8 0 0 1 1 1 3 1\n"
+    "heading\n"
+    "heading\n"
+    "10 1 2 6 5 0 0 0 0 1 1 1\n"
+    "20 2 3 7 6 0 0 0 0 2 1 1\n"
+    "30 3 4 8 7 0 0 0 0 3 1 1\n"
+    "heading\n"
+    "heading\n"
+    "40 1 2 1 1\n"
+    "50 3 4 2 1\n"
+    "heading\n"
+    "heading\n"
+    "60 5 6 1 1\n"
+    "70 7 8 2 1\n";
+
+class EditElements : public ChannelTest {
+protected:
+    Edition edition{DISPLACEMENT};
+
+    void SetUp() override { clear(); }
+    void TearDown() override { clear(); }
+    static void clear() {
+        RESETMESH();
+        EDIT = EditCards{};
+        SOURCE = EditSource{};
+    }
+
+    // A window over the left square, its beam and its truss.
+    static void left_window(std::int32_t IEDIT) {
+        EDIT.IEDIT = IEDIT;
+        EDIT.XMIN = -1.0F;
+        EDIT.YMIN = -1.0F;
+        EDIT.XMAX = 1.2F;
+        EDIT.YMAX = 2.0F;
+    }
+    // Reads the mesh as the edit does; gives the types of all elements.
+    std::map<std::int32_t, std::int32_t> types() const {
+        directory.write("in.Mes", MESH);
+        Channel& mesh = open_channel(5, "in.Mes", OpenStatus::old);
+        SOURCE.stripped.NFIELDS = 8;
+        SCANNODES(mesh);
+        PREPARESELECTION();
+        EDITNODES(mesh);
+        SCANELEMENTS(mesh);
+        FIXSTARTNUMBERS();
+        for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS})
+            EDITELEMENTS(mesh, type);
+        std::map<std::int32_t, std::int32_t> result;
+        for (const std::int32_t n : {10, 20, 30, 40, 50, 60, 70})
+            result[n] = ETYPE[n];
+        return result;
+    }
+    static std::vector<std::int32_t> materials() {
+        std::vector<std::int32_t> result;
+        for (const std::int32_t n : {10, 20, 30, 40, 50, 60, 70})
+            result.push_back(IEL[n].MATNO);
+        return result;
+    }
+};
+
+using Types = std::map<std::int32_t, std::int32_t>;
+using Materials = std::vector<std::int32_t>;
+
+constexpr std::int32_t DELETE = 2, RENAME = 3;
+const Types ALL_KEPT{{10, 1}, {20, 1}, {30, 1}, {40, 2}, {50, 2}, {60, 3}, {70, 3}};
+const Materials AS_READ{1, 2, 3, 1, 2, 1, 2};
+
+TEST_F(EditElements, DeletionTakesWhatLiesInTheWindow) {
+    left_window(DELETE);
+    EXPECT_EQ(types(), (Types{{10, 0}, {20, 1}, {30, 1}, {40, 0}, {50, 2}, {60, 0}, {70, 3}}));
+}
+
+TEST_F(EditElements, SideOneTakesTheComplement) {
+    left_window(DELETE);
+    EDIT.ISIDE = 1;
+    EXPECT_EQ(types(), (Types{{10, 1}, {20, 0}, {30, 0}, {40, 2}, {50, 0}, {60, 3}, {70, 0}}));
+}
+
+TEST_F(EditElements, AnyOtherSideTakesNothing) {
+    left_window(DELETE);
+    EDIT.ISIDE = 2;
+    EXPECT_EQ(types(), ALL_KEPT);
+}
+
+TEST_F(EditElements, ListTakesElementsOfAnyType) {
+    EDIT.IEDIT = DELETE;
+    EDIT.ILOC = 1;
+    EDIT.NSEL = 3;
+    EDIT.LIST[1] = 30;
+    EDIT.LIST[2] = -50;
+    EDIT.LIST[3] = 70;
+    EXPECT_EQ(types(), (Types{{10, 1}, {20, 1}, {30, 0}, {40, 0}, {50, 0}, {60, 3}, {70, 0}}));
+}
+
+TEST_F(EditElements, ExcludedMaterialSurvivesInsideTheWindow) {
+    left_window(DELETE);
+    EDIT.MATX3 = 1;
+    EXPECT_EQ(types(), (Types{{10, 1}, {20, 1}, {30, 1}, {40, 0}, {50, 2}, {60, 0}, {70, 3}}));
+    clear();
+    left_window(DELETE);
+    EDIT.MATXB = 1;
+    EXPECT_EQ(types(), (Types{{10, 0}, {20, 1}, {30, 1}, {40, 2}, {50, 2}, {60, 0}, {70, 3}}));
+    clear();
+    left_window(DELETE);
+    EDIT.MATXT = 1;
+    EXPECT_EQ(types(), (Types{{10, 0}, {20, 1}, {30, 1}, {40, 0}, {50, 2}, {60, 3}, {70, 3}}));
+}
+
+TEST_F(EditElements, ThreeContinuumMaterialsCanBeExcluded) {
+    left_window(DELETE);
+    EDIT.ISIDE = 1;
+    EDIT.MATX1 = 2;
+    EDIT.MATX2 = 3;
+    EXPECT_EQ(types(), (Types{{10, 1}, {20, 1}, {30, 1}, {40, 2}, {50, 0}, {60, 3}, {70, 0}}));
+}
+
+TEST_F(EditElements, NewMaterialOfEachTypeGoesToWhatIsSelected) {
+    left_window(RENAME);
+    EDIT.MATNC = 9;
+    EDIT.MATNB = 8;
+    EDIT.MATNT = 7;
+    EXPECT_EQ(types(), ALL_KEPT);
+    EXPECT_EQ(materials(), (Materials{9, 2, 3, 8, 2, 7, 2}));
+}
+
+TEST_F(EditElements, NewMaterialZeroLeavesTheOldOne) {
+    left_window(RENAME);
+    EDIT.MATNB = 8;
+    EXPECT_EQ(types(), ALL_KEPT);
+    EXPECT_EQ(materials(), (Materials{1, 2, 3, 8, 2, 1, 2}));
+}
+
+TEST_F(EditElements, ExcludedMaterialIsNotRenamed) {
+    left_window(RENAME);
+    EDIT.MATNC = 9;
+    EDIT.MATNB = 8;
+    EDIT.MATNT = 7;
+    EDIT.MATX1 = EDIT.MATXT = 1;
+    types();
+    EXPECT_EQ(materials(), (Materials{1, 2, 3, 8, 2, 1, 2}));
+}
+
+TEST_F(EditElements, OtherSideLeavesAllMaterials) {
+    left_window(RENAME);
+    EDIT.MATNC = EDIT.MATNB = EDIT.MATNT = 9;
+    EDIT.ISIDE = 3;
+    types();
+    EXPECT_EQ(materials(), AS_READ);
+}
+
+TEST_F(EditElements, DeletionAndNewMaterialsKeepAllNumbers) {
+    for (const std::int32_t IEDIT : {DELETE, RENAME}) {
+        clear();
+        left_window(IEDIT);
+        EDIT.NSNODE = 1000;
+        EDIT.NSNEL = 2000;
+        types();
+        EXPECT_EQ(XC[8], 3.0F);
+        EXPECT_EQ(IDN[8], (NodeCodes{0, 0, 1, 0, 0}));
+        EXPECT_EQ(IEL[30].I3, 8);
+        EXPECT_EQ(NACT1[8], 0) << "the numbering closes up later";
+        EXPECT_EQ(EACT1[30], -1) << "the numbering closes up later";
+    }
+}
+
+TEST_F(EditElements, UnknownOperationStoresNothing) {
+    for (const std::int32_t IEDIT : {7, -1, 100}) {
+        clear();
+        IEL[10] = ElementWords{};
+        EDIT.IEDIT = IEDIT;
+        EXPECT_EQ(types(), (Types{{10, 0}, {20, 0}, {30, 0}, {40, 0}, {50, 0}, {60, 0}, {70, 0}}));
+        EXPECT_EQ(XC[4], 0.0F);
+        EXPECT_EQ(IEL[10].I1, 0);
+        EXPECT_EQ(NACT1[1], 0);
+        EXPECT_EQ(EACT1[10], -1);
+    }
+}
+
+TEST_F(EditElements, CodesOfAnOldSelectionGoToTheNewNumber) {
+    EDIT.IEDIT = 1;
+    EDIT.ILOC = 1;
+    EDIT.NSNODE = 2;
+    EDIT.NSEL = 1;
+    EDIT.LIST[1] = 4;
+    EDIT.IDNEW = {5, 6, 7, 0, 0};
+    types();
+    EXPECT_EQ(IDN[5], (NodeCodes{5, 6, 7, 0, 0}));
+    EXPECT_EQ(IDN[4], (NodeCodes{0, 0, 0, 0, 0}));
+    EXPECT_EQ(IDN[9], (NodeCodes{0, 0, 1, 0, 0}));
+    EXPECT_EQ(NACT1[1], 0);
+    EXPECT_EQ(NACT1[9], 1);
+}
+
+}  // namespace
+}  // namespace brelan::test

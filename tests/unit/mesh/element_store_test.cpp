@@ -1,0 +1,238 @@
+// Elements between records and tables, the start numbers of an edit and the copy of a result.
+#include <algorithm>
+#include <ostream>
+
+#include "mesh/edit_source.h"
+#include "mesh/edit_tables.h"
+#include "mesh/mesh_records.h"
+#include "mesh/result_file.h"
+#include "unit/support.h"
+
+namespace brelan::test {
+namespace {
+
+// --- words and attributes ----------------------------------------------------------------------------------
+
+class ElementStore : public ::testing::Test {
+protected:
+    static ElementRecord record() {
+        ElementRecord e;
+        e.words = {11, 12, 13, 14, 51, 52, 53, 54, 5};
+        e.KS = 1;
+        e.KF = 2;
+        e.INTR = 3;
+        e.INTS = 4;
+        e.TBJWL = 0.5F;
+        e.THIC = 0.25F;
+        e.DEN = 1.75F;
+        e.IDH = -105;
+        return e;
+    }
+    // What stands in a slot before an element is stored there.
+    static void before(std::int32_t n) {
+        IEL[n] = {1, 2, 3, 4, 91, 92, 93, 94, 9};
+        KS[n] = KF[n] = INTR[n] = INTS[n] = IDH[n] = 90;
+        TBJWL[n] = THIC[n] = DEN[n] = 90.5F;
+    }
+};
+
+TEST_F(ElementStore, KindsWithoutMidsidesLeaveThoseOfTheSlot) {
+    for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
+        const Edition kind(edition);
+        before(99990);
+        store_element(99990, EL_CONTINUUM, record());
+        EXPECT_EQ(IEL[99990].I4, 14);
+        EXPECT_EQ(IEL[99990].M5, 91);
+        EXPECT_EQ(IEL[99990].M6, 92);
+        EXPECT_EQ(IEL[99990].M7, 93);
+        EXPECT_EQ(IEL[99990].M8, 94);
+        EXPECT_EQ(IEL[99990].MATNO, 5);
+        EXPECT_EQ(IDH[99990], -105);
+        EXPECT_EQ(KS[99990], 90);
+        EXPECT_EQ(THIC[99990], 90.5F);
+    }
+}
+
+TEST_F(ElementStore, KindsWithMidsidesStoreThem) {
+    for (const std::int32_t edition : {COUPLED, DISPLACEMENT}) {
+        const Edition kind(edition);
+        before(1);
+        store_element(1, EL_CONTINUUM, record());
+        EXPECT_EQ(IEL[1].M5, 51);
+        EXPECT_EQ(IEL[1].M8, 54);
+        EXPECT_EQ(IDH[1], 90);
+    }
+}
+
+TEST_F(ElementStore, BeamAndTrussHaveNoMidsidesInAnyKind) {
+    for (const std::int32_t edition : {COUPLED, TEMPERATURE, HEAD, DISPLACEMENT}) {
+        for (const std::int8_t type : {EL_BEAM, EL_TRUSS}) {
+            const Edition kind(edition);
+            before(7);
+            ElementRecord line;
+            line.words = {11, 12, 12, 11, 0, 0, 0, 0, 5};
+            store_element(7, type, line);
+            EXPECT_EQ(IEL[7].M5, 0) << edition;
+            EXPECT_EQ(IEL[7].M8, 0) << edition;
+        }
+    }
+}
+
+TEST_F(ElementStore, AttributesOfTheKindComeBack) {
+    {
+        const Edition kind(COUPLED);
+        store_element(3, EL_CONTINUUM, record());
+        const ElementRecord e = load_element(3);
+        EXPECT_EQ(e.NEL, 3);
+        EXPECT_EQ(e.words.MATNO, 5);
+        EXPECT_EQ(e.KS, 1);
+        EXPECT_EQ(e.KF, 2);
+        EXPECT_EQ(e.INTR, 3);
+        EXPECT_EQ(e.INTS, 4);
+        EXPECT_EQ(e.TBJWL, 0.5F);
+    }
+    {
+        const Edition kind(DISPLACEMENT);
+        store_element(3, EL_CONTINUUM, record());
+        EXPECT_EQ(load_element(3).THIC, 0.25F);
+        EXPECT_EQ(load_element(3).DEN, 1.75F);
+    }
+    {
+        const Edition kind(HEAD);
+        store_element(3, EL_CONTINUUM, record());
+        EXPECT_EQ(load_element(3).IDH, -105);
+    }
+}
+
+// --- start numbers -----------------------------------------------------------------------------------------
+
+class StartNumbers : public ::testing::Test {
+protected:
+    void TearDown() override {
+        EDIT = EditCards{};
+        SOURCE = EditSource{};
+    }
+    struct Starts {
+        std::int32_t beams, trusses;
+        bool operator==(const Starts&) const = default;
+        friend std::ostream& operator<<(std::ostream& out, const Starts& starts) {
+            return out << "beams from " << starts.beams << ", trusses from " << starts.trusses;
+        }
+    };
+    struct Range {
+        std::int32_t lowest, highest;
+    };
+    // The first numbers for a mesh with the ranges of continuum elements, beams and trusses; a range up to 0
+    // is a section that is not there.
+    static Starts starts(std::int32_t NSNEL, std::int32_t NSBEAM, std::int32_t NSTRUS, Range continuum,
+                         Range beams, Range trusses) {
+        SOURCE = EditSource{};
+        SOURCE.counts.NCONT = continuum.highest > 0 ? 1 : 0;
+        SOURCE.counts.NBEAM = beams.highest > 0 ? 1 : 0;
+        SOURCE.counts.NTRUS = trusses.highest > 0 ? 1 : 0;
+        const Range ranges[] = {continuum, beams, trusses};
+        for (int i = 0; i < 3; ++i) {
+            if (ranges[i].highest > 0) {
+                SOURCE.elements[i].include(ranges[i].lowest);
+                SOURCE.elements[i].include(ranges[i].highest);
+            }
+        }
+        EDIT.NSNEL = NSNEL;
+        EDIT.NSBEAM = NSBEAM;
+        EDIT.NSTRUS = NSTRUS;
+        FIXSTARTNUMBERS();
+        return {EDIT.NSBEAM, EDIT.NSTRUS};
+    }
+    static constexpr Range NONE{0, 0};
+};
+
+TEST_F(StartNumbers, BeamsThatWouldOverlapAreRaised) {
+    EXPECT_EQ(starts(1, 50, 0, {1, 100}, {101, 110}, NONE), (Starts{101, 0}));
+    EXPECT_EQ(starts(1, 100, 0, {1, 100}, {101, 110}, NONE), (Starts{101, 0}));
+}
+
+TEST_F(StartNumbers, StartBehindTheLastElementStays) {
+    EXPECT_EQ(starts(1, 101, 111, {1, 100}, {101, 110}, {111, 120}), (Starts{101, 111}));
+    EXPECT_EQ(starts(1, 500, 900, {1, 100}, {101, 110}, {111, 120}), (Starts{500, 900}));
+}
+
+TEST_F(StartNumbers, RangeCountsAndNotTheNumberOfElements) {
+    // Continuum elements 10 to 30 from number 5: the last is 25.
+    EXPECT_EQ(starts(5, 25, 0, {10, 30}, {40, 44}, NONE), (Starts{26, 0}));
+    EXPECT_EQ(starts(5, 26, 0, {10, 30}, {40, 44}, NONE), (Starts{26, 0}));
+}
+
+TEST_F(StartNumbers, TrussesFollowTheRaisedBeams) {
+    // Beams 40 to 44 from 101: the last is 105.
+    EXPECT_EQ(starts(1, 50, 60, {1, 100}, {40, 44}, {50, 51}), (Starts{101, 106}));
+}
+
+TEST_F(StartNumbers, TrussesFollowBeamsThatWereNotRaised) {
+    EXPECT_EQ(starts(1, 200, 150, {1, 100}, {40, 44}, {50, 51}), (Starts{200, 205}));
+}
+
+TEST_F(StartNumbers, TrussesFollowTheContinuumWithoutBeams) {
+    EXPECT_EQ(starts(1, 0, 7, {1, 100}, NONE, {50, 51}), (Starts{0, 101}));
+}
+
+TEST_F(StartNumbers, BeamsBeginAtOneWithoutAContinuum) {
+    EXPECT_EQ(starts(77, 0, 0, NONE, {40, 44}, {50, 51}), (Starts{1, 6}));
+    EXPECT_EQ(starts(77, 3, 0, NONE, {40, 44}, NONE), (Starts{3, 0}));
+}
+
+TEST_F(StartNumbers, StartsOfMissingTypesStay) {
+    EXPECT_EQ(starts(1, 5, 6, {1, 100}, NONE, NONE), (Starts{5, 6}));
+}
+
+// --- the copy of the result --------------------------------------------------------------------------------
+
+class ResultCopy : public ChannelTest {
+protected:
+    Channel& mesh = open_channel(55, "out.Mes", OpenStatus::result);
+    Channel& copy = open_channel(8, "MeshFile.Mes", OpenStatus::work);
+
+    void fill(std::int32_t count) const {
+        for (std::int32_t i = 1; i <= count; ++i)
+            mesh.write_line(std::to_string(i));
+    }
+    static std::size_t lines_in(const std::string& text) {
+        return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    }
+};
+
+TEST_F(ResultCopy, HasFullLinesAndLeavesTheSourceAtItsStart) {
+    fill(3);
+    COPYRESULT(mesh, copy);
+    EXPECT_EQ(mesh.read_whole_line("a line"), "1");
+    close_all_channels();
+    const std::string blanks(125, ' ');
+    EXPECT_EQ(directory.read("MeshFile.Mes"), "1" + blanks + "\n2" + blanks + "\n3" + blanks + "\n");
+    EXPECT_EQ(directory.read("out.Mes"), "1\n2\n3\n");
+}
+
+TEST_F(ResultCopy, OfNothingIsEmpty) {
+    COPYRESULT(mesh, copy);
+    close_all_channels();
+    EXPECT_EQ(directory.read("MeshFile.Mes"), "");
+}
+
+TEST_F(ResultCopy, Of320000LinesIsWhole) {
+    fill(320000);
+    COPYRESULT(mesh, copy);
+    close_all_channels();
+    EXPECT_EQ(lines_in(directory.read("MeshFile.Mes")), 320000U);
+}
+
+TEST_F(ResultCopy, OfMoreLinesIsCutWhileTheResultStaysWhole) {
+    fill(320001);
+    COPYRESULT(mesh, copy);
+    EXPECT_EQ(mesh.lines_before(), 0);
+    close_all_channels();
+    const std::string copied = directory.read("MeshFile.Mes");
+    EXPECT_EQ(lines_in(copied), 320000U);
+    EXPECT_EQ(copied.substr(copied.size() - 127), "320000" + std::string(120, ' ') + "\n");
+    EXPECT_EQ(lines_in(directory.read("out.Mes")), 320001U);
+}
+
+}  // namespace
+}  // namespace brelan::test

@@ -1,0 +1,237 @@
+// The collapse of short beams and trusses: which are looked at, what is short, what becomes of the nodes.
+
+#include <string>
+
+#include "mesh/compaction.h"
+#include "mesh/moves.h"
+#include "unit/support.h"
+
+namespace brelan::test {
+namespace {
+
+class Collapse : public ::testing::Test {
+protected:
+    Collapse() {
+        RESETMESH();
+        IEL.fill(ElementWords{});
+        for (std::int32_t& material : MATCB)
+            material = 0;
+        for (std::int32_t& material : MATCT)
+            material = 0;
+        IDCOL = 1;
+        FCOL = 0.0F;
+    }
+
+    // A line element from (0, number) to (length, number), with nodes of its own: 2 * number - 1 and 2 *
+    // number.
+    static void line(std::int32_t number, std::int32_t type, std::int32_t material, float length) {
+        ETYPE[number] = type;
+        const std::int32_t i = 2 * number - 1, j = 2 * number;
+        IEL[number] = {i, j, j, i, 0, 0, 0, 0, material};
+        XC[j] = length;
+        YC[i] = YC[j] = static_cast<float>(number);
+    }
+    static void quadrilateral(std::int32_t number, std::int32_t i1, std::int32_t i2, std::int32_t i3,
+                              std::int32_t i4) {
+        ETYPE[number] = EL_CONTINUUM;
+        IEL[number] = {i1, i2, i3, i4, 0, 0, 0, 0, 1};
+    }
+    // Numbers of the elements that are left.
+    static std::string left() {
+        std::string text;
+        for (std::int32_t n = 1; n <= 50; ++n)
+            if (ETYPE[n] != EL_DELETED)
+                text += std::to_string(n) + " ";
+        return text;
+    }
+};
+
+TEST_F(Collapse, LooksAtTheElementsOfItsMode) {
+    // Of each type and material one element of 1 and one of 9: whatever is looked at has the mean 5 and the
+    // cut 1.
+    const auto set_up = [] {
+        ETYPE.fill(EL_DELETED);
+        line(1, EL_BEAM, 3, 1.0F);
+        line(2, EL_BEAM, 3, 9.0F);
+        line(3, EL_BEAM, 4, 1.0F);
+        line(4, EL_BEAM, 4, 9.0F);
+        line(5, EL_TRUSS, 3, 1.0F);
+        line(6, EL_TRUSS, 3, 9.0F);
+        line(7, EL_TRUSS, 6, 1.0F);
+        line(8, EL_TRUSS, 6, 9.0F);
+        quadrilateral(9, 1, 2, 4, 3);
+        MATCB[0] = 7;
+        MATCB[2] = 4;  // beams of material 4
+        MATCT[1] = 3;  // trusses of material 3
+        FCOL = 0.2F;
+    };
+    const std::pair<std::int32_t, const char*> cases[] = {
+        {1, "2 4 6 8 9 "},         {2, "2 4 5 6 7 8 9 "},     {3, "1 2 3 4 6 8 9 "},
+        {4, "1 2 4 5 6 7 8 9 "},   {5, "1 2 3 4 6 7 8 9 "},   {6, "1 2 4 6 7 8 9 "},
+        {0, "1 2 3 4 5 6 7 8 9 "}, {7, "1 2 3 4 5 6 7 8 9 "}, {-1, "1 2 3 4 5 6 7 8 9 "}};
+    for (const auto& [mode, expected] : cases) {
+        set_up();
+        IDCOL = mode;
+        COLLAPSE();
+        EXPECT_EQ(left(), expected) << "mode " << mode;
+        EXPECT_EQ(IDCOL, mode >= 1 && mode <= 6 ? mode : 0);
+    }
+}
+
+TEST_F(Collapse, TakesAnElementThatIsExactlyAsLongAsTheCut) {
+    line(1, EL_BEAM, 1, 1.0F);
+    line(2, EL_BEAM, 1, 3.0F);
+    FCOL = 0.5F;
+    COLLAPSE();
+    EXPECT_EQ(left(), "2 ");
+}
+
+TEST_F(Collapse, CutIsTheMeanTimesTheFactorInThisOrder) {
+    // (10 / 3) * 0.9 is 2.9999998 in 32 bits, (10 * 0.9) / 3 would be 3.
+    line(1, EL_BEAM, 1, 2.0F);
+    line(2, EL_BEAM, 1, 3.0F);
+    line(3, EL_TRUSS, 1, 5.0F);
+    FCOL = 0.9F;
+    COLLAPSE();
+    EXPECT_EQ(left(), "2 3 ");
+
+    line(1, EL_BEAM, 1, 3.0F);
+    line(2, EL_BEAM, 1, 3.0F);
+    line(3, EL_TRUSS, 1, 4.0F);
+    COLLAPSE();
+    EXPECT_EQ(left(), "1 2 3 ");
+    EXPECT_EQ(IDCOL, 0);
+}
+
+TEST_F(Collapse, AFactorThatIsTooSmallChangesNothingAndSwitchesOff) {
+    line(1, EL_BEAM, 1, 1.0F);
+    line(2, EL_BEAM, 1, 9.0F);
+    FCOL = 0.19F;
+    COLLAPSE();
+    EXPECT_EQ(left(), "1 2 ");
+    EXPECT_EQ(IEL[1].I2, 2);
+    EXPECT_EQ(IDCOL, 0);
+}
+
+TEST_F(Collapse, SwitchesOffWhereNoElementIsLookedAt) {
+    quadrilateral(1, 1, 2, 3, 4);
+    line(2, EL_TRUSS, 1, 0.0F);
+    IDCOL = 2;
+    FCOL = 10.0F;
+    COLLAPSE();
+    EXPECT_EQ(left(), "1 2 ");
+    EXPECT_EQ(IDCOL, 0);
+}
+
+TEST_F(Collapse, MeasuresAlongBothAxes) {
+    line(1, EL_BEAM, 1, 3.0F);
+    YC[2] = YC[1] + 4.0F;  // 3, 4, 5
+    line(2, EL_BEAM, 1, 15.0F);
+    FCOL = 0.5F;  // mean 10
+    COLLAPSE();
+    EXPECT_EQ(left(), "2 ");
+}
+
+TEST_F(Collapse, ElementsOfNoLengthGoWithAnyFactor) {
+    line(1, EL_BEAM, 1, 0.0F);
+    line(2, EL_BEAM, 1, 9.0F);
+    COLLAPSE();
+    EXPECT_EQ(left(), "2 ");
+    EXPECT_EQ(IDCOL, 1);
+}
+
+// Short beams 1 (nodes 1-2), 2 (3-4) and 3 (5-6), a long one 4 (7-8).
+class CollapseOfThree : public Collapse {
+protected:
+    CollapseOfThree() {
+        for (const std::int32_t n : {1, 2, 3})
+            line(n, EL_BEAM, 1, 1.0F);
+        line(4, EL_BEAM, 1, 97.0F);
+        FCOL = 0.1F;  // 2.5
+    }
+    static std::string corners(std::int32_t number) {
+        const ElementWords& w = IEL[number];
+        std::string text;
+        for (const std::int32_t corner : {w.I1, w.I2, w.I3, w.I4})
+            text += std::to_string(corner) + " ";
+        return text;
+    }
+};
+
+TEST_F(CollapseOfThree, PutsTheFirstNodeInPlaceOfTheSecondEverywhere) {
+    quadrilateral(10, 2, 4, 6, 8);
+    ETYPE[11] = EL_TRUSS;
+    IEL[11] = {8, 2, 2, 8, 0, 0, 0, 0, 1};
+    IDCOL = 2;
+    COLLAPSE();
+    EXPECT_EQ(left(), "4 10 11 ");
+    EXPECT_EQ(corners(10), "1 3 5 8 ");
+    EXPECT_EQ(corners(11), "8 1 1 8 ");
+}
+
+TEST_F(CollapseOfThree, LeavesTheCoordinatesAlone) {
+    COLLAPSE();
+    for (const std::int32_t n : {2, 4, 6})
+        EXPECT_EQ(XC[n], 1.0F);
+    for (const std::int32_t n : {1, 3, 5})
+        EXPECT_EQ(XC[n], 0.0F);
+}
+
+TEST_F(CollapseOfThree, QuadrilateralsLoseCornersAndGo) {
+    quadrilateral(10, 1, 2, 7, 8);  // 1 1 7 8
+    quadrilateral(11, 1, 2, 4, 3);  // 1 1 3 3
+    quadrilateral(12, 7, 8, 5, 6);  // 7 8 5 5
+    COLLAPSE();
+    EXPECT_EQ(left(), "4 10 12 ");
+    EXPECT_EQ(corners(10), "1 7 8 0 ");
+    EXPECT_EQ(corners(12), "7 8 5 0 ");
+}
+
+TEST_F(CollapseOfThree, AQuadrilateralWithAllCornersInOneGoes) {
+    // The three short beams go out from node 1.
+    for (const std::int32_t n : {1, 2, 3}) {
+        IEL[n].I1 = IEL[n].I4 = 1;
+        YC[2 * n] = YC[1];
+    }
+    quadrilateral(10, 1, 2, 4, 6);
+    COLLAPSE();
+    EXPECT_EQ(left(), "4 ");
+}
+
+TEST_F(CollapseOfThree, ChainsActInTheOrderOfTheElements) {
+    // Beams 1 (1-2) and 2 (2-4): the pair of 1 has been passed when that of 2 turns corner 4 into 2.
+    IEL[2].I1 = IEL[2].I4 = 2;
+    YC[4] = YC[2];
+    XC[4] = 2.0F;
+    quadrilateral(10, 4, 7, 8, 9);
+    COLLAPSE();
+    EXPECT_EQ(corners(10), "2 7 8 9 ");
+    // Beam 2 itself has become 1-2: it is short, but its ends are still two.
+    EXPECT_EQ(corners(2), "1 2 2 1 ");
+    EXPECT_EQ(left(), "2 4 10 ");
+}
+
+TEST_F(CollapseOfThree, ChainsGoOnWhereTheLaterElementNamesTheEarlierNode) {
+    // Beams 1 (2-4) and 2 (1-2): corner 4 becomes 2, then 1.
+    IEL[1] = {2, 4, 4, 2, 0, 0, 0, 0, 1};
+    IEL[2] = {1, 2, 2, 1, 0, 0, 0, 0, 1};
+    XC[4] = 2.0F;
+    YC[4] = YC[2];
+    quadrilateral(10, 4, 7, 8, 9);
+    COLLAPSE();
+    EXPECT_EQ(corners(10), "1 7 8 9 ");
+    EXPECT_EQ(left(), "4 10 ");
+}
+
+TEST_F(CollapseOfThree, MergedNodesAreDroppedByTheCompaction) {
+    quadrilateral(10, 2, 4, 6, 8);
+    COLLAPSE();
+    EXPECT_EQ(PACKELEMENTS(), 2);
+    // Nodes 7 and 8 of the long beam, 1, 3, 5 and 8 of the quadrilateral.
+    EXPECT_EQ(PACKNODES(), 5);
+    for (const std::int32_t n : {2, 4, 6})
+        EXPECT_EQ(NUSED[n], 0);
+}
+
+}  // namespace
+}  // namespace brelan::test

@@ -1,0 +1,41 @@
+# Sourced by ./demo and ./test.
+
+# present <package>: true when what the package brings is on this machine, wherever it came from.
+present() {
+    case $1 in
+        clang) command -v clang++ ;;
+        libgtest-dev) ls /usr/include/gtest/gtest.h ;;
+        libbenchmark-dev) ls /usr/include/benchmark/benchmark.h ;;
+        libclang-rt-14-dev) ls -d /usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.asan-*.a ;;
+        *) command -v "$1" ;;
+    esac > /dev/null 2>&1
+}
+
+# install_missing <package>...: asks apt-get for those that are not present; as root, or through sudo.
+install_missing() {
+    local package missing=() as_root=()
+    for package in "$@"; do
+        present "$package" || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo > /dev/null; then
+            echo "$0: not installed: ${missing[*]}; install them as root" >&2
+            return 1
+        fi
+        as_root=(sudo)
+    fi
+    echo "installing ${missing[*]}"
+    "${as_root[@]}" apt-get -qq update
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get -qq -y --no-install-recommends install "${missing[@]}" > /dev/null
+}
+
+# quietly <command>...: shows what a command says only when it fails.
+quietly() {
+    local said
+    said=$("$@" 2>&1) || {
+        printf '%s\n' "$said" >&2
+        return 1
+    }
+}
