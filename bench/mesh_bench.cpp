@@ -5,61 +5,11 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
+#include "bench_project.h"
+
 namespace {
-
-namespace fs = std::filesystem;
-
-// A project in a directory of its own, with the data directory that a run needs.
-class BenchProject {
-public:
-    explicit BenchProject(const std::string& name)
-        : root_(fs::temp_directory_path() / ("brelan_mesh_bench_" + name)) {
-        fs::remove_all(root_);
-        const fs::path data = root_ / "C" / "Vork" / "Qx" / "Qxdata";
-        fs::create_directories(data);
-        fs::create_directories(work());
-        write(data / "PROGRAM.DAT", "1\n");
-        write(data / "MANUAL.DAT", "0\n");
-        write(data / "HUBPLOT.DAT", "1\n");
-        write(work() / "TFNAME.TMP", "..\\deck.dat\n");
-    }
-    ~BenchProject() { fs::remove_all(root_); }
-    BenchProject(const BenchProject&) = delete;
-    BenchProject& operator=(const BenchProject&) = delete;
-
-    fs::path project() const { return root_ / "project"; }
-    fs::path work() const { return project() / "work"; }
-
-    // Runs a deck; a run that does not finish ends the benchmark.
-    void run(const std::string& deck) const {
-        write(project() / "deck.dat", deck);
-        run_again();
-    }
-    void run_again() const {
-        const std::string command = "cd '" + work().string() + "' && BRELAN_DRIVE_C='" +
-                                    (root_ / "C").string() + "' '" + BRELAN_PROGRAM + "'";
-        if (std::system(command.c_str()) != 0) {
-            std::fprintf(stderr, "the run failed: %s\n", command.c_str());
-            std::exit(1);
-        }
-    }
-
-private:
-    static void write(const fs::path& file, const std::string& text) {
-        std::ofstream(file, std::ios::binary) << text;
-    }
-
-    fs::path root_;
-};
-
-// A square base mesh of side nodes by side nodes, with its left end at x.
-std::string base_deck(std::int64_t side, double x = 0.0) {
-    const std::string length = std::to_string(side - 1) + ". 1. 0.5\n";
-    return "2 0\n1 1\n" + std::to_string(x) + " 0.\n" + length + length + "0\n";
-}
 
 void per_node(benchmark::State& state, std::int64_t nodes) {
     state.counters["per node"] =
@@ -70,7 +20,7 @@ void per_node(benchmark::State& state, std::int64_t nodes) {
 void base_mesh(benchmark::State& state) {
     const std::int64_t side = state.range(0);
     const BenchProject project("base");
-    project.run(base_deck(side));
+    project.run(BenchProject::base_deck(side));
     for (auto _ : state)
         project.run_again();
     per_node(state, side * side);
@@ -80,7 +30,7 @@ void base_mesh(benchmark::State& state) {
 void copy_of_base_mesh_files(benchmark::State& state) {
     const std::int64_t side = state.range(0);
     const BenchProject project("copy");
-    project.run(base_deck(side));
+    project.run(BenchProject::base_deck(side));
     const fs::path target = project.project() / "copies";
     fs::create_directories(target);
     const std::string command =
@@ -96,9 +46,9 @@ void copy_of_base_mesh_files(benchmark::State& state) {
 void combination(benchmark::State& state) {
     const std::int64_t side = state.range(0);
     const BenchProject project("combination");
-    project.run(base_deck(side));
+    project.run(BenchProject::base_deck(side));
     fs::rename(project.work() / "Basic.Tmp", project.project() / "left.Mes");
-    project.run(base_deck(side, static_cast<double>(side - 1)));
+    project.run(BenchProject::base_deck(side, static_cast<double>(side - 1)));
     fs::rename(project.work() / "Basic.Tmp", project.project() / "right.Mes");
     project.run("0\nleft.Mes\nright.Mes\nboth.Mes\n0\n");
     for (auto _ : state)
@@ -109,7 +59,7 @@ void combination(benchmark::State& state) {
 void largest_mesh_moved(benchmark::State& state) {
     const std::int64_t side = 316;
     const BenchProject project("moved");
-    project.run(base_deck(side));
+    project.run(BenchProject::base_deck(side));
     fs::rename(project.work() / "Basic.Tmp", project.project() / "a.Mes");
     project.run("1\na.Mes\nb.Mes\n1 1\n0\n0. 0. 10. 20.\n1. 1.\n");
     for (auto _ : state)

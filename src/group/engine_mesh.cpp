@@ -24,8 +24,9 @@ struct Box {
     float size() const { return std::max(x1 - x0, y1 - y0); }
     // Room for what the tests find beyond a box: a rounded crossing up to half of a segment's length beyond
     // its end, and the area tolerance of a triangle.
-    Box with_room() const {
-        const float room = size() * 0.51F + 1.0E-9F;
+    Box with_room(float reach = 0.0F) const {
+        const float far = std::max({std::abs(x0), std::abs(x1), std::abs(y0), std::abs(y1)});
+        const float room = size() * 0.51F + reach * 1.01F + far * 1.0E-6F + 1.0E-9F;
         return {x0 - room, y0 - room, x1 + room, y1 + room};
     }
 };
@@ -54,7 +55,7 @@ public:
         bool first = true;
         std::int32_t elements = 0;
         for (std::int32_t e = 1; e <= NCONT; ++e) {
-            if (ETYPE[e] != EL_CONTINUUM)
+            if (ETYPE[e] == EL_DELETED)
                 continue;
             ++elements;
             for (const std::int32_t n : corners_of(e).n) {
@@ -70,7 +71,7 @@ public:
         count_ = std::clamp(static_cast<std::int32_t>(side), 1, MOST_CELLS);
         cells_.resize(static_cast<std::size_t>(count_) * static_cast<std::size_t>(count_));
         for (std::int32_t e = 1; e <= NCONT; ++e)
-            if (ETYPE[e] == EL_CONTINUUM)
+            if (ETYPE[e] != EL_DELETED)
                 note(e);
     }
 
@@ -92,7 +93,7 @@ public:
             place(links_[static_cast<std::size_t>(i)].element);
     }
 
-    std::span<const std::int32_t> near(const Point& p1, const Point& p2) {
+    std::span<const std::int32_t> near(const Point& p1, const Point& p2, float reach) {
         found_.clear();
         if (!on || cells_.empty()) {
             for (std::int32_t e = 1; e <= NCONT; ++e)
@@ -100,7 +101,7 @@ public:
             return found_;
         }
         ++mark_;
-        const Box box = box_of(p1, p2).with_room();
+        const Box box = box_of(p1, p2).with_room(reach);
         for (std::int32_t c = cell_x(box.x0); c <= cell_x(box.x1); ++c)
             for (std::int32_t r = cell_y(box.y0); r <= cell_y(box.y1); ++r)
                 take(cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
@@ -108,6 +109,22 @@ public:
         take(anywhere_);
         std::sort(found_.begin(), found_.end());
         return found_;
+    }
+
+    std::vector<std::int32_t> with(std::span<const std::int32_t> nodes) {
+        std::vector<std::int32_t> elements;
+        if (!on || cells_.empty()) {
+            for (std::int32_t e = 1; e <= NCONT; ++e)
+                elements.push_back(e);
+            return elements;
+        }
+        for (const std::int32_t n : nodes)
+            for (std::int32_t i = head_[static_cast<std::size_t>(n)]; i != NONE;
+                 i = links_[static_cast<std::size_t>(i)].next)
+                elements.push_back(links_[static_cast<std::size_t>(i)].element);
+        std::sort(elements.begin(), elements.end());
+        elements.erase(std::unique(elements.begin(), elements.end()), elements.end());
+        return elements;
     }
 
 private:
@@ -273,8 +290,12 @@ void note_element(std::int32_t e) {
     the_index.note(e);
 }
 
-std::span<const std::int32_t> elements_near(const Point& p1, const Point& p2) {
-    return the_index.near(p1, p2);
+std::span<const std::int32_t> elements_near(const Point& p1, const Point& p2, float reach) {
+    return the_index.near(p1, p2, reach);
+}
+
+std::vector<std::int32_t> elements_with(std::span<const std::int32_t> nodes) {
+    return the_index.with(nodes);
 }
 
 void use_element_index(bool on) {

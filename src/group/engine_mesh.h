@@ -57,8 +57,12 @@ void build_element_index();
 // Notes that an element has new corners.
 void note_element(std::int32_t e);
 
-// All elements that may contain an end of the segment or have a side crossed by it, in ascending number.
-std::span<const std::int32_t> elements_near(const Point& p1, const Point& p2);
+// All elements that may contain an end of the segment, have a side crossed by it, or have a node within a
+// reach of it, in ascending number. The list holds until the next call.
+std::span<const std::int32_t> elements_near(const Point& p1, const Point& p2, float reach = 0.0F);
+
+// All elements that may have one of the nodes as a corner, in ascending number.
+std::vector<std::int32_t> elements_with(std::span<const std::int32_t> nodes);
 
 // Switches the index off: elements_near then gives every element. For tests that hold the two against each
 // other.

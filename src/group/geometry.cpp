@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "channel/console.h"
+#include "channel/number_text.h"
 #include "channel/run_end.h"
 
 namespace brelan {
@@ -263,7 +264,9 @@ std::int32_t SCANPOLY(const Point& point, std::span<const Point> polygon, std::i
     if (in != SCAN_ALWAYS && point.y == 0.0F)
         return 0;
     if (NB > static_cast<std::size_t>(MAXPOLYGON)) {
-        console_write(" NB = " + std::to_string(NB) + "\n");
+        std::array<char, 11> number{};
+        put_integer(number.data(), static_cast<int>(number.size()), static_cast<std::int32_t>(NB));
+        console_write(" NB =  " + std::string(number.data(), number.size()) + "\n");
         STOPRUN("222");
     }
     int left_of_point = 0;

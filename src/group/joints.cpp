@@ -126,7 +126,7 @@ void MOVEACROSS(std::span<const std::int32_t> nodes, std::span<const std::int32_
     std::unordered_map<std::int32_t, std::size_t> place;  // of a node in the list, which names none twice
     for (std::size_t k = 0; k < nodes.size(); ++k)
         place.emplace(nodes[k], k);
-    for (std::int32_t e = 1; e <= NCONT; ++e) {
+    for (const std::int32_t e : elements_with(nodes)) {
         if (ETYPE[e] == EL_DELETED || (ETYPE[e] == EL_CONTINUUM && is_joint(e)))
             continue;
         const Corners before = corners_of(e);

@@ -184,12 +184,12 @@ void require_room(const KeptLine& line) {
              std::to_string(MAXPATHNODES) + " nodes, found more");
 }
 
-// The nodes of continuum elements that the groups may work on, each at its first place: elements in ascending
-// number, corners in order.
-std::vector<std::int32_t> nodes_in_order() {
+// The nodes near an edge of continuum elements that the groups may work on, each at its first place: elements
+// in ascending number, corners in order. Every element with a node near the edge is itself near it, so the
+// places are those that a look at all elements would give.
+std::vector<std::int32_t> nodes_near(const Point& from, const Point& to, std::vector<bool>& seen) {
     std::vector<std::int32_t> nodes;
-    std::vector<bool> seen(static_cast<std::size_t>(MAXNP) + 1, false);
-    for (std::int32_t e = 1; e <= NCONT; ++e) {
+    for (const std::int32_t e : elements_near(from, to, TOLLINE)) {
         if (!is_selected(e) || is_joint(e))
             continue;
         for (const std::int32_t n : corners_of(e).n) {
@@ -199,40 +199,10 @@ std::vector<std::int32_t> nodes_in_order() {
             nodes.push_back(n);
         }
     }
+    for (const std::int32_t n : nodes)
+        seen[static_cast<std::size_t>(n)] = false;
     return nodes;
 }
-
-// Nodes so far from every edge that none can snap to it are left out: the snap reaches TOLLINE from the
-// edge's box.
-class NearEdges {
-public:
-    explicit NearEdges(const std::vector<std::int32_t>& nodes) : nodes_(nodes) {
-        for (std::size_t i = 0; i < nodes.size(); ++i)
-            by_x_.push_back({XC[nodes[i]], i});
-        std::sort(by_x_.begin(), by_x_.end());
-    }
-
-    // Places in the list of the nodes near an edge, ascending.
-    std::vector<std::size_t> near(const Point& a, const Point& b) const {
-        const float x0 = std::min(a.x, b.x), x1 = std::max(a.x, b.x);
-        const float y0 = std::min(a.y, b.y), y1 = std::max(a.y, b.y);
-        const float room =
-            TOLLINE * 1.01F + (std::abs(x0) + std::abs(x1) + std::abs(y0) + std::abs(y1)) * 1.0E-6F;
-        std::vector<std::size_t> found;
-        auto at = std::lower_bound(by_x_.begin(), by_x_.end(), std::pair<float, std::size_t>{x0 - room, 0});
-        for (; at != by_x_.end() && at->first <= x1 + room; ++at) {
-            const float y = YC[nodes_[at->second]];
-            if (y >= y0 - room && y <= y1 + room)
-                found.push_back(at->second);
-        }
-        std::sort(found.begin(), found.end());
-        return found;
-    }
-
-private:
-    const std::vector<std::int32_t>& nodes_;
-    std::vector<std::pair<float, std::size_t>> by_x_;
-};
 
 // Rising D; of equal values the later candidate comes first.
 void sort_candidates(std::vector<Candidate>& candidates) {
@@ -257,16 +227,14 @@ Path BUILDPATH(std::int32_t g, Outline& outline) {
 }
 
 KeptLine LISTNODES(const Path& path) {
-    const std::vector<std::int32_t> nodes = nodes_in_order();
-    const NearEdges index(nodes);
     KeptLine line;
     std::vector<bool> listed(static_cast<std::size_t>(MAXNP) + 1, false);
+    std::vector<bool> seen(listed);  // scratch of nodes_near
     for (std::size_t edge = 0; edge < path.edges; ++edge) {
         const Point& from = path.point[edge];
         const Point& to = path.end_of(edge);
         std::vector<Candidate> candidates;
-        for (const std::size_t i : index.near(from, to)) {
-            const std::int32_t n = nodes[i];
+        for (const std::int32_t n : nodes_near(from, to, seen)) {
             if (listed[static_cast<std::size_t>(n)])
                 continue;
             const Snap snap = NEARLINE(from, to, node_point(n), TOLLINE);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <unordered_map>
+#include <vector>
 
 #include "group/engine_mesh.h"
 #include "group/joints.h"
@@ -82,9 +83,21 @@ public:
         x1_ = x1_ + room;
     }
 
+    // A path of no points holds everything, and one of too many stops the run at the first look.
+    bool has_box() const { return !path_.empty() && path_.size() <= static_cast<std::size_t>(MAXPOLYGON); }
+
+    // The selected elements up to a number that may be inside, in ascending number.
+    std::vector<std::int32_t> candidates(std::int32_t last) const {
+        const std::span<const std::int32_t> near = elements_near({x0_, y0_}, {x1_, y1_});
+        std::vector<std::int32_t> elements;
+        for (const std::int32_t e : near)
+            if (e <= last)
+                elements.push_back(e);
+        return elements;
+    }
+
     bool inside(const Point& G) const {
-        const bool in_reach = path_.size() > static_cast<std::size_t>(MAXPOLYGON) || path_.empty();
-        if (!in_reach && (G.y > y1_ || G.y <= y0_ || G.x < x0_ || G.x > x1_))
+        if (has_box() && (G.y > y1_ || G.y <= y0_ || G.x < x0_ || G.x > x1_))
             return false;
         return SCANPOLY(G, path_, SCAN_ALWAYS) == 1;
     }
@@ -94,6 +107,19 @@ private:
     float x0_ = 0.0F, x1_ = 0.0F, y0_ = 0.0F, y1_ = 0.0F;
 };
 
+// The elements that the region stage looks at: those that stand when it begins. What acts inside only needs
+// those that may be inside, a line none but for the length of its path.
+std::vector<std::int32_t> elements_for(const RegionMaterial& material, const PathScan& scan) {
+    const bool acts_inside =
+        material.MTYPE == 1 || std::abs(material.MTYPE) == 3 || std::abs(material.MTYPE) == 4;
+    if (scan.has_box() && material.MTYPE != -1)
+        return acts_inside ? scan.candidates(NCONT) : std::vector<std::int32_t>{};
+    std::vector<std::int32_t> elements;
+    for (std::int32_t e = 1; e <= NCONT; ++e)
+        elements.push_back(e);
+    return elements;
+}
+
 }  // namespace
 
 void REGIONS(const RegionMaterial& material, std::span<const Point> path) {
@@ -101,8 +127,7 @@ void REGIONS(const RegionMaterial& material, std::span<const Point> path) {
     std::unordered_map<std::int32_t, const SavedCorners*> saved;
     for (const SavedCorners& entry : TWINSAVE)
         saved[entry.element] = &entry;
-    const std::int32_t elements = NCONT;
-    for (std::int32_t e = 1; e <= elements; ++e) {
+    for (const std::int32_t e : elements_for(material, scan)) {
         if (!is_selected(e))
             continue;
         const bool inside = scan.inside(centroid(e));

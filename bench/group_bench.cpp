@@ -1,0 +1,100 @@
+// What groups cost: 100 of them over meshes of growing size, beside a plain edit of the same mesh.
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <filesystem>
+#include <string>
+
+#include "bench_project.h"
+
+namespace {
+
+constexpr int GROUPS = 100;
+
+std::string head_of_deck(const std::string& edit) {
+    return "1\na.Mes\nb.Mes\n1 1\n" + edit;
+}
+
+std::string number(double value) {
+    return std::to_string(value) + " ";
+}
+
+// Circles of 360 parts, spread over the mesh, each with a material inside.
+std::string circles(double size) {
+    std::string deck;
+    for (int g = 0; g < GROUPS; ++g) {
+        const double x = size * (0.05 + 0.1 * (g % 10));
+        const double y = size * (0.05 + 0.1 * (g / 10 % 10));
+        const double r = size * 0.031;
+        deck += "3\n" + std::to_string(g + 2) + " 2.0 0 0\n0 0 0 0. 0.\n1\n1 2 -360 2\n" + number(x) +
+                number(y) + number(r) + number(r) + "0. 360.\n";
+    }
+    return deck;
+}
+
+// Lines with beams, each across a tenth of the mesh.
+std::string lines(double size) {
+    std::string deck;
+    for (int g = 0; g < GROUPS; ++g) {
+        const double x = size * (0.012 + 0.1 * (g % 10));
+        const double y = size * (0.0137 + 0.1 * (g / 10 % 10));
+        deck += "2\n2 1\n2 0 0 0. 0.\n1 " + number(x) + number(y) + "\n2 " + number(x + 0.07 * size) +
+                number(y + 0.041 * size) + "\n1\n1 1 0 2\n";
+    }
+    return deck;
+}
+
+// Joints along short lines.
+std::string joints(double size) {
+    std::string deck;
+    for (int g = 0; g < GROUPS; ++g) {
+        const double x = size * (0.021 + 0.1 * (g % 10));
+        const double y = size * (0.0173 + 0.1 * (g / 10 % 10));
+        deck += "-2\n9 0. 0. 0 0 0 0\n2 0 0 0. 0.\n1 " + number(x) + number(y) + "\n2 " +
+                number(x + 0.05 * size) + number(y + 0.032 * size) + "\n1\n1 1 0 2\n";
+    }
+    return deck;
+}
+
+void run_decks(benchmark::State& state, const std::string& name, const std::string& edit) {
+    const std::int64_t side = state.range(0);
+    const BenchProject project(name);
+    project.run(BenchProject::base_deck(side));
+    fs::rename(project.work() / "Basic.Tmp", project.project() / "a.Mes");
+    project.run(head_of_deck(edit));
+    for (auto _ : state)
+        project.run_again();
+    state.counters["elements"] = static_cast<double>((side - 1) * (side - 1));
+}
+
+std::string groups(const std::string& cards) {
+    return "4\n0\n0\n0\n" + std::to_string(GROUPS) + "\n0. 0.\n" + cards;
+}
+
+double size_of(const benchmark::State& state) {
+    return static_cast<double>(state.range(0) - 1);
+}
+
+void plain_edit(benchmark::State& state) {
+    run_decks(state, "plain", "0\n0. 0. 10. 20.\n1. 1.\n");
+}
+void hundred_circles(benchmark::State& state) {
+    run_decks(state, "circles", groups(circles(size_of(state))));
+}
+void hundred_lines(benchmark::State& state) {
+    run_decks(state, "lines", groups(lines(size_of(state))));
+}
+void hundred_joints(benchmark::State& state) {
+    run_decks(state, "joints", groups(joints(size_of(state))));
+}
+
+#define BRELAN_SIZES Arg(32)->Arg(101)->Arg(301)->Unit(benchmark::kMillisecond)->UseRealTime()
+BENCHMARK(plain_edit)->BRELAN_SIZES;
+BENCHMARK(hundred_circles)->BRELAN_SIZES;
+BENCHMARK(hundred_lines)->BRELAN_SIZES;
+BENCHMARK(hundred_joints)->BRELAN_SIZES;
+
+}  // namespace
+
+BENCHMARK_MAIN();
