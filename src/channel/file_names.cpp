@@ -42,7 +42,7 @@ fs::path drive_c() {
 // The entry of a directory that a name stands for.
 fs::path entry(const fs::path& directory, std::string_view name, std::string_view whole) {
     std::error_code error;
-    const fs::path exact = directory / name;
+    fs::path exact = directory / name;
     if (fs::symlink_status(exact, error).type() != fs::file_type::not_found)
         return exact;
     fs::path match;

@@ -95,8 +95,6 @@ std::int32_t add_centre_node(const Point& point, const CutRow& row) {
             begin_codes(node, 0, 2);
             break;
         case LayoutKind::head:
-            begin_codes(node, 1, 3);
-            break;
         case LayoutKind::displacement:
             begin_codes(node, 1, 3);
             break;

@@ -62,7 +62,7 @@ bool is_left(const std::vector<Point>& line, bool closed, std::size_t k, const P
 
 std::vector<Point> offset_line(std::span<const std::int32_t> nodes, bool closed, float THICj) {
     const float T = std::abs(THICj);
-    const std::vector<Point> line = points_of(nodes);
+    std::vector<Point> line = points_of(nodes);
     const std::size_t c = line.size();
     if (c < 2)
         return line;

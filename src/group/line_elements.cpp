@@ -25,7 +25,7 @@ void add_line_element(std::int32_t L, std::int32_t LTP, std::int32_t LMAT, std::
     store_element(e, type, element);
     ETYPE[e] = type;
     note_element(e);
-    const auto mark = static_cast<std::int8_t>(static_cast<std::uint8_t>(CURRENT_GROUP));
+    const auto mark = static_cast<std::int8_t>(CURRENT_GROUP % 256);
     NMARK[from] = mark;
     NMARK[to] = mark;
     if (LTP < 0)
