@@ -66,6 +66,9 @@ private:
         ++at_;
         return true;
     }
+    constexpr bool next_is_digit() const {
+        return at_ < notation_.size() && notation_[at_] >= '0' && notation_[at_] <= '9';
+    }
     constexpr int number() {
         int value = 0;
         while (at_ < notation_.size() && notation_[at_] >= '0' && notation_[at_] <= '9')
@@ -125,13 +128,16 @@ private:
             field.kind = FieldKind::text;
         else
             return false;
+        const bool has_width = next_is_digit();
         field.width = number();
+        if (has_width && field.width == 0)
+            return false;
         if (field.kind == FieldKind::text && field.width == 0) {
             field.kind = FieldKind::own_text;
         } else if (field.width == 0) {
             return false;
         } else if (field.kind != FieldKind::integer && field.kind != FieldKind::text) {
-            if (!take('.'))
+            if (!take('.') || !next_is_digit())
                 return false;
             field.digits = number();
             if (field.digits >= field.width)

@@ -200,6 +200,27 @@ TEST(EditValues, MovedCoordinatesAreThoseOf32Bits) {
                 {});
 }
 
+TEST(EditValues, ShiftHasTheFiveDigitsOfTheNormalisedDeck) {
+    expect_head(head_mesh("1 0 0 0", {"1 0 0 0 0 0 0"}, {}), {"1 1", "0", "0 0 1.234567 -0.9876543", "1 1"},
+                "     1       0       0       0", {node("1", " 0.123460E+01 ", "-0.987650E+00 ")}, {});
+}
+
+TEST(EditValues, NewMaterialZeroIsAMaterial) {
+    expect_head(head_mesh("4 1 0 0", SQUARE, ELEMENTS + Lines{"1 1 2 3 4 5 3"}),
+                {"1 1", "6", "1", "5 -10 -10 -10 -10 0", "0", "0"}, "     4       1       0       0",
+                SQUARE_WRITTEN,
+                continuum_headings(Kind::head) + Lines{"      1      1      2      3      4     0    3"});
+}
+
+TEST(EditValues, RowOfOneMaterialDoesNotSeeWhatAnotherMade) {
+    // Material 5 becomes 6, which the second row would make 7.
+    expect_head(head_mesh("4 2 0 0", SQUARE, ELEMENTS + Lines{"1 1 2 3 4 5 3", "2 1 2 3 4 6 3"}),
+                {"1 1", "6", "2", "5 2 1 4 3 6", "6 -10 -10 -10 -10 7", "0", "0"},
+                "     4       2       0       0", SQUARE_WRITTEN,
+                continuum_headings(Kind::head) + Lines{"      1      2      1      4      3     6    3",
+                                                       "      2      1      2      3      4     7    3"});
+}
+
 TEST(EditValues, CoordinateBeyondEveryNumberIsAMessage) {
     expect_edit_fails(Kind::head, head_mesh("1 0 0 0", {"1 0 0 1E30 0 0 0"}, {}),
                       {"1 1", "0", "0 0 0 0", "1E30 1"}, {"mesh.Mes, line 6: node 1"});

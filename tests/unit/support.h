@@ -1,10 +1,6 @@
 // What the unit tests share: a working directory of their own, the text of a run's end, an edition.
 #pragma once
 
-// FAIL is a routine of the program, so the test framework may not have a macro of that name.
-#ifndef GTEST_DONT_DEFINE_FAIL
-#define GTEST_DONT_DEFINE_FAIL 1
-#endif
 #include <gtest/gtest.h>
 #include <unistd.h>
 

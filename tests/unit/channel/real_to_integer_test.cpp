@@ -11,6 +11,13 @@ namespace {
 constexpr std::int32_t BEYOND = -2147483648;
 using Real = std::numeric_limits<float>;
 
+// The compiler refuses a conversion that has no defined result, where a processor gives some number.
+static_assert(TRUNCATE(3.0E9F) == BEYOND && TRUNCATE(-3.0E9F) == BEYOND);
+static_assert(TRUNCATE(2147483648.0F) == BEYOND && TRUNCATE(-2147483648.0F) == BEYOND);
+static_assert(TRUNCATE(Real::infinity()) == BEYOND && TRUNCATE(-Real::infinity()) == BEYOND);
+static_assert(TRUNCATE(Real::quiet_NaN()) == BEYOND);
+static_assert(TRUNCATE(2147483520.0F) == 2147483520);
+
 TEST(RealToInteger, CutsTowardsZero) {
     EXPECT_EQ(TRUNCATE(2.9F), 2);
     EXPECT_EQ(TRUNCATE(-2.9F), -2);
