@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "harness/mesh.h"
 #include "harness/project.h"
 
@@ -25,16 +27,30 @@ void expect_earlier_mesh(const Project& project) {
 }
 
 TEST(BaseMeshLimits, BlockCountsOutsideOneToAHundredAreRefused) {
-    for (const char* counts : {"0 1", "1 0", "-1 1", "101 1", "1 101", "0 0"}) {
+    for (const auto& [NBX, NBY] : {std::pair{0, 1}, {1, 0}, {-1, 1}, {101, 1}, {1, 101}, {0, 0}}) {
         const Project project;
         leave_earlier_mesh(project);
-        Cards cards = one_block("1 1 0.5", "1 1 0.5");
-        cards[1] = counts;
+        Cards cards{"2", std::to_string(NBX) + " " + std::to_string(NBY), "0 0"};
+        for (int row = 0; row < std::max(NBX, 0) + std::max(NBY, 0); ++row)
+            cards.emplace_back("1 1 0.5");
+        cards.emplace_back("0");
         project.deck(text_of(cards));
         const Snapshot before = project.snapshot();
         expect_failed(project.run(), {"deck.dat", "line 2", "NBX and NBY from 1 to 100"});
-        EXPECT_TRUE(project.changed_since(before).empty()) << counts;
+        EXPECT_TRUE(project.changed_since(before).empty()) << cards[1];
     }
+}
+
+TEST(BaseMeshLimits, MoreRowsThanTheCountsSayAreReportedOnTheCardBehindThem) {
+    const Project project;
+    leave_earlier_mesh(project);
+    project.deck(text_of({"2", "0 1", "0 0", "1 1 0.5", "1 1 0.5", "0"}));
+    const RunResult result = project.run();
+    EXPECT_EQ(result.status, 1) << result.err;
+    EXPECT_EQ(result.out, "300\n");
+    EXPECT_EQ(lines_of(project.read_work("T7.TMP")).at(1),
+              " Card Group No: 4.5         requires     1 data entry");
+    expect_earlier_mesh(project);
 }
 
 TEST(BaseMeshLimits, StripsThatCannotBeDividedAreNamedWithTheirRow) {

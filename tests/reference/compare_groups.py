@@ -700,7 +700,7 @@ def one_case(case, program, directory):
     stopped_inside = reason == "stop 222"
     later = any(path in right for path in LATER)
     for path in sorted(set(left) | set(right)):
-        if stopped_inside and path.endswith((LISTING, "/JOINT.TMP")):
+        if stopped_inside and path.endswith((LISTING, "/JOINT.TMP", ".Mes")):
             continue
         found += difference(case, path, left, right, later)
     return status, reason, found

@@ -988,8 +988,8 @@ class Engine:
     @staticmethod
     def arc_points(arc, parts):
         xo, yo, rx, ry, qb, qe = arc
-        if parts >= MOST_PARTS:
-            raise Failure("more than %d points in a segment" % MOST_PARTS)
+        if parts > MOST_PARTS:
+            raise Failure("more than %d parts of a segment" % MOST_PARTS)
         points = [ellipt(qb, xo, yo, rx, ry)]
         if rx != ry:
             table = ArcTable(qb, qe, rx, ry, parts)
@@ -1633,8 +1633,8 @@ def nearest(x):
 
 
 def straight_points(start, end, parts):
-    if parts >= MOST_PARTS:
-        raise Failure("more than %d points in a segment" % MOST_PARTS)
+    if parts > MOST_PARTS:
+        raise Failure("more than %d parts of a segment" % MOST_PARTS)
     step = tuple(div(sub(end[k], start[k]), float(parts)) for k in (0, 1))
     points = [start]
     for _ in range(parts):

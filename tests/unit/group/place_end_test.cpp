@@ -1,14 +1,102 @@
 // Where an end of a pair becomes a node: the square has nodes 1 (0, 0), 2 (10, 0), 3 (10, 10), 4 (0, 10), and
 // the end lies above its lower side unless a test says otherwise.
 
-#include "unit/group/cut_mesh.h"
+#include <array>
+#include <string>
+#include "group/conforming_cut.h"
+#include "group/cut_table.h"
+#include "group/engine_mesh.h"
+#include "unit/support.h"
 
 namespace brelan::test {
 namespace {
 
+using FourNodes = std::array<std::int32_t, 4>;
+
+class GroupCutEnd : public ::testing::Test {
+protected:
+    void SetUp() override { clear(); }
+    void TearDown() override { clear(); }
+
+    static void clear() {
+        RESETMESH();
+        IEL.fill({});
+        ELIST.fill(0);
+        KS.fill(0);
+        KF.fill(0);
+        INTR.fill(0);
+        IDH.fill(0);
+        THIC.fill(0.0F);
+        DEN.fill(0.0F);
+        H.fill(0.0F);
+        CF.fill(0.0F);
+        FROZEN.fill(0);
+        CUTTAB.clear();
+        NUMNP = NCONT = 0;
+        TOLMOVE = TOLLINE = 0.01F;
+        TOLSAME = 0.001F;
+        use_element_index(true);
+        build_element_index();
+    }
+
+    static void node(std::int32_t n, float x, float y, bool frozen = false) {
+        XC[n] = x;
+        YC[n] = y;
+        FROZEN[n] = frozen ? 1 : 0;
+        NUMNP = std::max(NUMNP, n);
+    }
+    static void element(std::int32_t e, const FourNodes& n, std::int32_t material = 1) {
+        IEL[e].I1 = n[0];
+        IEL[e].I2 = n[1];
+        IEL[e].I3 = n[2];
+        IEL[e].I4 = n[3];
+        IEL[e].MATNO = material;
+        ETYPE[e] = EL_CONTINUUM;
+        ELIST[e] = e;
+        NCONT = std::max(NCONT, e);
+    }
+
+    // Element 1 with nodes 1 to 4 from (0, 0) to the width and height; nodes in the list cannot move.
+    static void rectangle(float width, float height, const std::vector<std::int32_t>& frozen = {}) {
+        node(1, 0, 0);
+        node(2, width, 0);
+        node(3, width, height);
+        node(4, 0, height);
+        element(1, {1, 2, 3, 4});
+        for (const std::int32_t n : frozen)
+            FROZEN[n] = 1;
+        build_element_index();
+    }
+
+    // Collects the rows of a pair and scans their sides.
+    static void scan(const Point& P1, const Point& P2, std::int32_t IEND = 2, bool deferred = false) {
+        COLLECT(P1, P2);
+        SIDESCAN(P1, P2, {IEND, deferred});
+    }
+    // Collects the rows of a pair and places its second end.
+    static void place(const Point& P, const Point& Q0) {
+        COLLECT(Q0, P);
+        PLACEEND(Q0, P, true, false);
+    }
+
+    static FourNodes corners(std::int32_t e) { return {IEL[e].I1, IEL[e].I2, IEL[e].I3, IEL[e].I4}; }
+    static FourNodes corner_marks(std::size_t row) {
+        const CutRow& r = CUTTAB.at(row);
+        return {r.V[0], r.V[1], r.V[2], r.V[3]};
+    }
+    static FourNodes side_marks(std::size_t row) {
+        const CutRow& r = CUTTAB.at(row);
+        return {r.S[0], r.S[1], r.S[2], r.S[3]};
+    }
+    static void expect_node(std::int32_t n, float x, float y) {
+        EXPECT_FLOAT_EQ(XC[n], x) << "node " << n;
+        EXPECT_FLOAT_EQ(YC[n], y) << "node " << n;
+    }
+};
+
 const std::vector<std::int32_t> ALL{1, 2, 3, 4};
 
-TEST_F(GroupCut, EndTakesTheNearestFreeCorner) {
+TEST_F(GroupCutEnd, EndTakesTheNearestFreeCorner) {
     rectangle(10, 10);
     place({7, 1}, {7, 30});
     expect_node(2, 7, 1);
@@ -16,14 +104,14 @@ TEST_F(GroupCut, EndTakesTheNearestFreeCorner) {
     EXPECT_EQ(NUMNP, 4);
 }
 
-TEST_F(GroupCut, EndHalfwayTakesTheFirstCorner) {
+TEST_F(GroupCutEnd, EndHalfwayTakesTheFirstCorner) {
     rectangle(10, 10);
     place({5, 1}, {5, 30});
     expect_node(1, 5, 1);
     expect_node(2, 10, 0);
 }
 
-TEST_F(GroupCut, CornerOfAnEndIsMarkedInItsNeighbours) {
+TEST_F(GroupCutEnd, CornerOfAnEndIsMarkedInItsNeighbours) {
     rectangle(10, 10);
     node(5, 20, 0);
     node(6, 20, 10);
@@ -35,7 +123,7 @@ TEST_F(GroupCut, CornerOfAnEndIsMarkedInItsNeighbours) {
     EXPECT_EQ(corner_marks(1), (FourNodes{0, 1, 0, 0}));
 }
 
-TEST_F(GroupCut, SkippedEndsAreNotPlaced) {
+TEST_F(GroupCutEnd, SkippedEndsAreNotPlaced) {
     rectangle(10, 10);
     COLLECT({2, 1}, {8, 1});
     PLACEEND({2, 1}, {8, 1}, true, true);
@@ -47,7 +135,7 @@ TEST_F(GroupCut, SkippedEndsAreNotPlaced) {
 
 // The nearer node is frozen and the other is not: the end goes by the crossing (x, 0) of its line, 9 from the
 // other end, with the side.
-TEST_F(GroupCut, EndNearASideGoesOntoIt) {
+TEST_F(GroupCutEnd, EndNearASideGoesOntoIt) {
     const auto side_point = [](float x) {
         clear();
         rectangle(10, 10, ALL);
@@ -63,19 +151,19 @@ TEST_F(GroupCut, EndNearASideGoesOntoIt) {
     expect_node(5, 4, 0);
 }
 
-TEST_F(GroupCut, NodeOnASideKeepsClearOfTheFirstCorner) {
+TEST_F(GroupCutEnd, NodeOnASideKeepsClearOfTheFirstCorner) {
     rectangle(10, 10, ALL);
     place({2, 1}, {2, 9});
     expect_node(5, 3, 0);
 }
 
-TEST_F(GroupCut, NodeOnASideGoesOutBeyondTheSecondCorner) {
+TEST_F(GroupCutEnd, NodeOnASideGoesOutBeyondTheSecondCorner) {
     rectangle(10, 10, ALL);
     place({8, 1}, {8, 9});
     expect_node(5, 13, 0);
 }
 
-TEST_F(GroupCut, CrossingAtACornerMovesItOnlyWhenBothAreFrozen) {
+TEST_F(GroupCutEnd, CrossingAtACornerMovesItOnlyWhenBothAreFrozen) {
     rectangle(10, 10, ALL);
     place({0.75F, 0.5F}, {0.75F, 9});
     expect_node(1, 0.75F, 0);
@@ -98,7 +186,7 @@ TEST_F(GroupCut, CrossingAtACornerMovesItOnlyWhenBothAreFrozen) {
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 1, 0, 0}));
 }
 
-TEST_F(GroupCut, LineAlongTheSideDoesNothing) {
+TEST_F(GroupCutEnd, LineAlongTheSideDoesNothing) {
     rectangle(10, 10, ALL);
     place({5, 1}, {7, 1});
     EXPECT_EQ(NUMNP, 4);
@@ -107,7 +195,7 @@ TEST_F(GroupCut, LineAlongTheSideDoesNothing) {
 }
 
 // The crossing (5, 0) is 3 from the end and 5 from the other point: more than half.
-TEST_F(GroupCut, EndWellInsideBecomesTheCentre) {
+TEST_F(GroupCutEnd, EndWellInsideBecomesTheCentre) {
     rectangle(10, 10, ALL);
     place({5, 3}, {5, -5});
     EXPECT_EQ(CUTTAB[0].C, 5);
@@ -121,7 +209,7 @@ TEST_F(GroupCut, EndWellInsideBecomesTheCentre) {
 }
 
 // 3 of 9: between a fifth and a half, so the node goes halfway from the crossing to the other point.
-TEST_F(GroupCut, EndRatherNearASideGoesBackHalfTheWay) {
+TEST_F(GroupCutEnd, EndRatherNearASideGoesBackHalfTheWay) {
     rectangle(10, 10, ALL);
     place({5, 3}, {5, 9});
     EXPECT_EQ(CUTTAB[0].C, 5);
@@ -129,7 +217,7 @@ TEST_F(GroupCut, EndRatherNearASideGoesBackHalfTheWay) {
 }
 
 // Each quarter of the square by its own side: its mark, and where the node lies.
-TEST_F(GroupCut, QuarterOfTheEndDecidesTheSide) {
+TEST_F(GroupCutEnd, QuarterOfTheEndDecidesTheSide) {
     struct Case {
         Point P, Q0;
         FourNodes sides;
@@ -148,10 +236,10 @@ TEST_F(GroupCut, QuarterOfTheEndDecidesTheSide) {
 
 // --- a triangle ----------------------------------------------------------------------------------
 
-class GroupCutTriangle : public GroupCut {
+class GroupCutEndTriangle : public GroupCutEnd {
 protected:
     void SetUp() override {
-        GroupCut::SetUp();
+        GroupCutEnd::SetUp();
         node(1, 0, 0, true);
         node(2, 9, 0, true);
         node(3, 0, 9, true);
@@ -160,7 +248,7 @@ protected:
     }
 };
 
-TEST_F(GroupCutTriangle, EndWellInsideBecomesTheCentre) {
+TEST_F(GroupCutEndTriangle, EndWellInsideBecomesTheCentre) {
     place({4, 2}, {4, -2});
     EXPECT_EQ(CUTTAB[0].C, 4);
     expect_node(4, 4, 2);
@@ -172,20 +260,20 @@ TEST_F(GroupCutTriangle, EndWellInsideBecomesTheCentre) {
 }
 
 // The side between corners 1 and 2 is the one opposite corner 3; 4 of 9 is clear of both.
-TEST_F(GroupCutTriangle, SidesAreNumberedByTheCornerOpposite) {
+TEST_F(GroupCutEndTriangle, SidesAreNumberedByTheCornerOpposite) {
     place({4, 0.5F}, {4, 6});
     EXPECT_EQ(side_marks(0), (FourNodes{0, 0, 4, 0}));
     expect_node(4, 4, 0);
 }
 
-TEST_F(GroupCutTriangle, LastSideIsOppositeTheSecondCorner) {
+TEST_F(GroupCutEndTriangle, LastSideIsOppositeTheSecondCorner) {
     place({0.5F, 4}, {6, 4});
     EXPECT_EQ(side_marks(0), (FourNodes{0, 4, 0, 0}));
     expect_node(4, 0, 4);
 }
 
 // (4.25, 4.25) by the line through the origin meets the long side at (4.5, 4.5), halfway.
-TEST_F(GroupCutTriangle, LongSideIsOppositeTheFirstCorner) {
+TEST_F(GroupCutEndTriangle, LongSideIsOppositeTheFirstCorner) {
     place({4.25F, 4.25F}, {0, 0});
     EXPECT_EQ(side_marks(0), (FourNodes{4, 0, 0, 0}));
     expect_node(4, 4.5F, 4.5F);
@@ -193,7 +281,7 @@ TEST_F(GroupCutTriangle, LongSideIsOppositeTheFirstCorner) {
 
 // --- code words of a centre node -----------------------------------------------------------------
 
-TEST_F(GroupCut, CentreStartsByKindAndFollowsItsCorners) {
+TEST_F(GroupCutEnd, CentreStartsByKindAndFollowsItsCorners) {
     for (const std::int32_t kind : {COUPLED, TEMPERATURE, HEAD, DISPLACEMENT}) {
         const Edition edition(kind);
         const bool has_values = kind == TEMPERATURE || kind == HEAD;
