@@ -132,6 +132,8 @@ void GROUPDRV() {
     open_channel(CH_JOINT, "JOINT.TMP", OpenStatus::work);
     open_channel(CH_GROUP, "GROUP.TMP", OpenStatus::work);
     NGRP = 0;
+    for (std::int32_t i = 1; i <= MAXGROUPS; ++i)
+        KEPTLINES[i] = KeptLine{};
     BEAMLINES = TRUSSLINES = 0;
     build_element_index();
     std::int32_t records = 0;

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "group/tables.h"
+
 namespace brelan {
 
 namespace {
@@ -59,6 +61,10 @@ void replace_in_elements(const ReplacementList& orders) {
         if (made > 0)
             DEGENERATE(n);
     }
+    // The lines of the groups name their nodes for the outputs.
+    for (std::int32_t i = 1; i <= NGRP; ++i)
+        for (std::int32_t& node : KEPTLINES[i].nodes)
+            orders.apply(node);
 }
 
 bool is_listed(std::int32_t material, std::span<const std::int32_t> materials) {

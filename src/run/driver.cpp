@@ -6,6 +6,7 @@
 #include "deck/deck_checker.h"
 #include "deck/deck_tables.h"
 #include "deck/error_report.h"
+#include "group/tables.h"
 #include "mesh/combine_tables.h"
 #include "mesh/tables.h"
 #include "run/base_mesh_run.h"
@@ -90,6 +91,7 @@ void end_deck() {
 }
 
 void run_deck() {
+    NGRP = 0;
     DECKNAME = DECKLIST[DECKNO];
     DECKCHK(DECKNAME, NORMALISED_DECK);
     Channel& deck = open_channel(CH_DECK, NORMALISED_DECK, OpenStatus::old);

@@ -115,6 +115,8 @@ void run_compaction() {
     const std::int32_t NN = PACKNODES();
     TRACE(" Pass 17 ", 17.0F);
     RENUMBERCORNERS(NE, EDIT.NSNODE);
+    if (EDIT.IEDIT == 4)
+        renumber_lines(EDIT.NSNODE);
     TRACE(" Pass 18 ", 18.0F);
     PLACENODES(NN, EDIT.NSNODE);
     TRACE(" Pass 19 ", 19.0F);

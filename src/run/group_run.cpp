@@ -9,6 +9,7 @@
 #include "group/listing.h"
 #include "group/loader.h"
 #include "group/membership.h"
+#include "group/tables.h"
 #include "mesh/edit_tables.h"
 #include "mesh/moves.h"
 #include "run/channel_numbers.h"
@@ -59,6 +60,12 @@ void run_collapse_and_moves() {
     if (IDCOL != 0)
         COLLAPSE();
     MOVENODES();
+}
+
+void renumber_lines(std::int32_t NSNODE) {
+    for (std::int32_t i = 1; i <= NGRP; ++i)
+        for (std::int32_t& node : KEPTLINES[i].nodes)
+            node = NUSED[node] != 0 ? NSNODE - 1 + NMAP[node] : 0;
 }
 
 void write_group_elements(Channel& mesh, const ResultMesh& result, std::int8_t type) {

@@ -1,6 +1,8 @@
 // The road of IEDIT 4 in a mode 1 deck.
 #pragma once
 
+#include <cstdint>
+
 #include "mesh/result_file.h"
 
 namespace brelan {
@@ -10,6 +12,10 @@ void run_groups();
 
 // Collapse and moves of the defaults file, before the numbering closes up.
 void run_collapse_and_moves();
+
+// The lines of the groups follow their nodes through the compaction, between Passes 17 and 18; a node that no
+// element has becomes 0.
+void renumber_lines(std::int32_t NSNODE);
 
 // Writes the elements of one type and tests each against the group listing.
 void write_group_elements(Channel& mesh, const ResultMesh& result, std::int8_t type);
