@@ -30,7 +30,7 @@ constexpr Layout<"(9(1X,I6),5I5,E11.4)"> COUPLED_CELL;
 constexpr Layout<"(5(1X,I6),I5,I5)"> SCALAR_CELL;
 constexpr Layout<"(9(1X,I6),I5,2E11.4)"> DISPLACEMENT_CELL;
 
-constexpr std::int32_t INTR_OF_CELL = 2, INTS_OF_CELL = 2;
+constexpr std::int32_t INTEGRATION_OF_CELL = 2;  // INTR and INTS; 0 on a placeholder line
 constexpr float TBJWL_OF_CELL = 0.0F;
 
 constexpr std::int32_t NO_NODE = 0, UNNUMBERED = -1;
@@ -90,10 +90,11 @@ void write_point(Channel& coord, std::int32_t number, float x, float y) {
 // A raw element line: corners I1 to I4, then M5 to M8.
 void write_cell(Channel& index, std::int32_t NEL, const std::array<std::int32_t, 8>& n, std::int32_t material,
                 const BlockAttributes& a) {
+    const std::int32_t integration = NEL == 0 ? 0 : INTEGRATION_OF_CELL;
     switch (KIND()) {
         case LayoutKind::coupled:
             COUPLED_CELL.write(index, NEL, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], material, a.KS,
-                               a.KF, INTR_OF_CELL, INTS_OF_CELL, TBJWL_OF_CELL);
+                               a.KF, integration, integration, TBJWL_OF_CELL);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:

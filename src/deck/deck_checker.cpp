@@ -3,6 +3,7 @@
 #include <span>
 #include <string>
 
+#include "basemesh/block_tables.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/real_to_integer.h"
@@ -93,7 +94,7 @@ void check_selection(const SelectionCards& cards) {
 
 void check_rebuild_rows(const Card& count_card, const Card& row_card) {
     pass(count_card);
-    const std::int32_t rows = value_of(1);
+    const std::int32_t rows = count_on(count_card, MAXEDLIST);
     for (std::int32_t row = 1; row <= rows; ++row)
         pass(row_card);
 }
@@ -151,6 +152,9 @@ std::int32_t check_base_mesh() {
     pass(CARD_4_1);
     const std::int32_t NBX = value_of(1);
     const std::int32_t NBY = value_of(2);
+    if (NBX < 1 || NBX > MAXBLOCKROWS || NBY < 1 || NBY > MAXBLOCKROWS)
+        deck().fail_behind("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MAXBLOCKROWS) +
+                           ", found " + std::to_string(NBX) + " and " + std::to_string(NBY));
     pass(CARD_4_2);
     for (std::int32_t column = 1; column <= NBX; ++column)
         pass(CARD_4_3);

@@ -69,22 +69,14 @@ void read_line_row(RebuildRow& row) {
               without_effect);
 }
 
-// The count of rows that follow.
-void read_row_count(const char* name, std::int32_t& count) {
-    read_free(deck(), name, count);
-    if (count > MAXEDLIST)
-        deck().fail_behind("expected at most " + std::to_string(MAXEDLIST) + " in " + name + ", found " +
-                           std::to_string(count));
-}
-
 void read_rebuild_rows() {
-    read_row_count("NEDC", EDIT.NEDC);
+    read_free(deck(), "NEDC", EDIT.NEDC);
     for (std::int32_t i = 1; i <= EDIT.NEDC; ++i)
         read_continuum_row(EDIT.EDC[i]);
-    read_row_count("NEDB", EDIT.NEDB);
+    read_free(deck(), "NEDB", EDIT.NEDB);
     for (std::int32_t i = 1; i <= EDIT.NEDB; ++i)
         read_line_row(EDIT.EDB[i]);
-    read_row_count("NEDT", EDIT.NEDT);
+    read_free(deck(), "NEDT", EDIT.NEDT);
     for (std::int32_t i = 1; i <= EDIT.NEDT; ++i)
         read_line_row(EDIT.EDT[i]);
 }
@@ -124,11 +116,6 @@ void read_combination_cards() {
 void read_base_mesh_cards() {
     read_free(deck(), "Card 4.1 (NBX, NBY and four boundary switches)", BLOCKS.NBX, BLOCKS.NBY,
               BLOCKS.IB_LEFT, BLOCKS.IB_RIGHT, BLOCKS.IB_TOP, BLOCKS.IB_BOTTOM);
-    for (const std::int32_t count : {BLOCKS.NBX, BLOCKS.NBY})
-        if (count < 1 || count > MAXBLOCKROWS)
-            deck().fail_behind("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MAXBLOCKROWS) +
-                               ", found " + std::to_string(BLOCKS.NBX) + " and " +
-                               std::to_string(BLOCKS.NBY));
     if (KIND() == LayoutKind::displacement)
         read_free(deck(), "Card 4.2 (Xo, Yo)", BLOCKS.Xo, BLOCKS.Yo);
     else
@@ -141,6 +128,7 @@ void read_base_mesh_cards() {
 void read_edit_cards() {
     read_free(deck(), "Card 3.2 (NSNEL, NSNODE, NSBEAM, NSTRUS)", EDIT.NSNEL, EDIT.NSNODE, EDIT.NSBEAM,
               EDIT.NSTRUS);
+    EDIT.start_place = deck().place_behind();
     read_free(deck(), "Card 3.3 (IEDIT, MATX1, MATX2, MATX3, MATXB, MATXT)", EDIT.IEDIT, EDIT.MATX1,
               EDIT.MATX2, EDIT.MATX3, EDIT.MATXB, EDIT.MATXT);
 }

@@ -46,8 +46,7 @@ std::string across(const Mesh& mesh, double y) {
     return text;
 }
 
-// --- fixed sides
-// -------------------------------------------------------------------------------------------------
+// --- fixed sides ---------------------------------------------------------------------------------
 
 TEST(BaseMesh, FixesLeftRightAndBottomWhereNoSwitchIsGiven) {
     const std::string expected = "10 10 11 00 00 01 10 10 11 ";
@@ -73,8 +72,8 @@ TEST(BaseMesh, FixesEachSideByItsOwnSwitch) {
 }
 
 TEST(BaseMesh, MissesATopSideThatSixDigitsCannotHold) {
-    // Yo + H is 2000.0125, in 32 bits 2000 and 102/8192; the raw list has 2000.01, more than 0.0001 below the
-    // side.
+    // Yo + H is 2000.0125, in 32 bits 2000 and 102/8192; the raw list has 2000.01, which is
+    // more than 0.0001 below the side.
     const Project project;
     const Mesh mesh = mesh_of(project, Kind::displacement,
                               {"2", "1 1 1 1 1 1", "1000 0.0125", "1000 1000 0.5", "2000 2000 0.5", "0"});
@@ -84,8 +83,7 @@ TEST(BaseMesh, MissesATopSideThatSixDigitsCannotHold) {
     EXPECT_EQ(mesh.nodes.at(1).y, 0.0124512);
 }
 
-// --- water
-// -------------------------------------------------------------------------------------------------------
+// --- water ---------------------------------------------------------------------------------------
 
 // IFX and IFY of each node, all sides free.
 std::string fluid_codes(const std::string& card_4_2, const std::string& card_4_4) {
@@ -130,8 +128,7 @@ TEST(BaseMesh, ClosesFixedSidesOfAWetFieldForTheFluid) {
     }
 }
 
-// --- divisions
-// ---------------------------------------------------------------------------------------------------
+// --- divisions -----------------------------------------------------------------------------------
 
 TEST(BaseMesh, GradesAColumnFromItsFineEnd) {
     // The quadratic map of 0, mid point, 10: 0.3 gives elements of 1, 2, 3 and 4.

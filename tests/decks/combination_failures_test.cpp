@@ -48,8 +48,7 @@ void expect_refused(const Project& project, const std::vector<std::string>& frag
         ADD_FAILURE() << change;
 }
 
-// --- colliding numbers
-// -------------------------------------------------------------------------------------------
+// --- colliding numbers ---------------------------------------------------------------------------
 
 const Cards COLLISION_LINES = {" ************* ERROR IN THE USER INPUT **************",
                                "  REGION A element no. duplicates REGION B element no. "};
@@ -125,8 +124,7 @@ TEST(CombinationCollision, DoesNotAriseWhereTheLowestNumbersDiffer) {
     EXPECT_EQ(mesh.trusses.at(0).number, 6);
 }
 
-// --- numbers that leave the tables
-// -------------------------------------------------------------------------------
+// --- numbers that leave the tables ---------------------------------------------------------------
 
 TEST(CombinationFailures, AMissingTypeInFrontTakesTheNumbersOutOfTheTable) {
     struct Case {
@@ -170,8 +168,7 @@ TEST(CombinationFailures, NodesBeyondTheTableAreRefused) {
     EXPECT_EQ(expect_sound_mesh(project, "out.Mes", Kind::displacement).mesh.nodes.back().number, 99990);
 }
 
-// --- lists and files
-// ---------------------------------------------------------------------------------------------
+// --- lists and files -----------------------------------------------------------------------------
 
 TEST(CombinationFailures, ListsThatAreTooShortAreRefused) {
     for (const Cards& cards : {Cards{"1", "3", "2 4", "1 3"}, Cards{"1", "2", "2 4", "1"},

@@ -65,8 +65,7 @@ std::string elements_in(const Mesh& mesh) {
     return text;
 }
 
-// --- matching
-// ----------------------------------------------------------------------------------------------------
+// --- matching ------------------------------------------------------------------------------------
 
 TEST(Combination, EachNodeOfACommonSideFindsItsPartner) {
     const Mesh mesh = joined(square(0, 1, 1), square(1, 2, 1), {"0"});
@@ -135,8 +134,7 @@ TEST(Combination, NodeNumbersOfTheSecondRegionMayHaveGaps) {
     EXPECT_EQ(mesh.nodes[5].y, 1.0);
 }
 
-// --- lists of pairs
-// ----------------------------------------------------------------------------------------------
+// --- lists of pairs ------------------------------------------------------------------------------
 
 TEST(Combination, ListedPairsBecomeOneWhereverTheyLie) {
     // 2 and 4 of the second region with 1 and 3 of the first, three units away.
@@ -184,8 +182,7 @@ TEST(Combination, ListsRunOverSeveralLines) {
     EXPECT_EQ(elements_in(mesh), "1(1 2 4 3) 2(2 5 6 4) ");
 }
 
-// --- element numbers
-// ---------------------------------------------------------------------------------------------
+// --- element numbers -----------------------------------------------------------------------------
 
 TEST(Combination, ElementNumbersThatRiseStay) {
     EXPECT_EQ(elements_in(joined(square(0, 1, 7), square(1, 2, 20), {"0"})), "7(1 2 4 3) 20(2 5 6 4) ");
@@ -214,8 +211,8 @@ TEST(Combination, BeamsOfTheSecondRegionAloneGoOnBehindTheContinuum) {
 
 TEST(Combination, OtherCollisionsThanOfTheLowestNumbersGoUnseen) {
     // Two elements of the second region and a truss with the number of the second of them: the later region's
-    // words stand at the number, the first region's names of nodes are put into them, and both sections show
-    // them.
+    // words stand at the number, the first region's names of nodes are put into them, and both
+    // sections show them.
     Mesh second = nodes_of(1, {{1, 0, 0}, {2, 1, 0}, {3, 2, 0}, {4, 0, 1}, {5, 1, 1}, {6, 2, 1}});
     with_element(second, 1, {1, 2, 5, 4});
     with_element(second, 2, {2, 3, 6, 5}, 4);
@@ -236,8 +233,7 @@ TEST(Combination, OtherCollisionsThanOfTheLowestNumbersGoUnseen) {
                 lines_of(with_line(expected.text(), 3, "     8       1       0       1")));
 }
 
-// --- files
-// -------------------------------------------------------------------------------------------------------
+// --- files ---------------------------------------------------------------------------------------
 
 TEST(Combination, TheResultMayTakeTheNameOfEitherMesh) {
     for (const char* name : {"second.Mes", "first.Mes"}) {

@@ -1,5 +1,5 @@
-// Whole runs that delete elements or change their materials: which are taken, and how the numbering closes
-// up.
+// Whole runs that delete elements or change their materials: which are taken, and how the
+// numbering closes up.
 //
 //   6-----7-----8-----9        continuum 11, 12, 14 of materials 1, 2, 3     13 and 15 to 20: no elements
 //   | 11  | 12  | 14  |        beam 21 from 1 to 2, beam 23 from 3 to 4      materials 1, 2
@@ -206,8 +206,7 @@ TEST_P(CompactionRun, NodesOfNoElementAreDropped) {
     expect_left({"1 1", "2", "1", "3", "14 23 32", "0"}, {11, 12, 21, 31});
 }
 
-// --- materials
-// ---------------------------------------------------------------------------------------------------
+// --- materials -----------------------------------------------------------------------------------
 
 TEST_P(CompactionRun, ChangesMaterialsByTypeAndClosesUp) {
     const auto renamed = [](std::array<int, 3> continuum, std::array<int, 2> beams,
@@ -240,13 +239,12 @@ TEST_P(CompactionRun, ChangesMaterialsByTypeAndClosesUp) {
 INSTANTIATE_TEST_SUITE_P(Kinds, CompactionRun, ::testing::ValuesIn(ALL_KINDS),
                          [](const auto& test) { return name_of(test.param); });
 
-// --- what the kinds do not share
-// ---------------------------------------------------------------------------------
+// --- what the kinds do not share -----------------------------------------------------------------
 
 TEST(CompactionFiles, MidsideWordsStayAtThePositionsOfTheElements) {
     for (const Kind kind : {Kind::coupled, Kind::displacement}) {
-        // Elements 1, 2 and 3; the first goes. The others come to 1 and 2, where the middles of 1 and 2
-        // stand.
+        // Elements 1, 2 and 3; the first goes. The others come to 1 and 2, where the
+        // middles of 1 and 2 stand.
         Mesh from = source(kind);
         for (std::size_t k = 0; k < 3; ++k) {
             from.continuum[k].number = static_cast<int>(k) + 1;

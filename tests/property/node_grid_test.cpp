@@ -40,8 +40,7 @@ float plain_smallest(const Points& points, float start) {
     return start;
 }
 
-// --- families of points
-// ------------------------------------------------------------------------------------------
+// --- families of points --------------------------------------------------------------------------
 
 float between(Random& random, float low, float high) {
     return std::uniform_real_distribution<float>(low, high)(random);

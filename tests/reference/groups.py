@@ -870,12 +870,17 @@ class Engine:
         for number, group in enumerate(self.cards.groups, 1):
             if group.mtype != 0:
                 self.group_number, self.group = number, group
-                self.one_group()
+                try:
+                    self.one_group()
+                except Stop:
+                    self.leave_scratch()
+                    raise
         for record in self.records:
             self.group_number = record.group
             if record.mtype < 0:
                 self.twin_fix(record)
         for record in self.records:
+            self.group_number = record.group
             self.list_record(record)
         self.repair_quads()
 
@@ -911,10 +916,29 @@ class Engine:
                          self.group_number)
         self.region()
 
+    def leave_scratch(self):
+        """The work files as a stop between two groups leaves them."""
+        lines = []
+        for row in self.listing:
+            lines += [listed(row.group, row.kind),
+                      listed(row.mtype, row.closed), listed(len(row.points))]
+            lines += [listed(x, y) for x, y in row.points]
+        self.run.disk.put("GROUP.TMP", lines)
+        lines = []
+        for r in self.records:
+            lines += [listed(r.group),
+                      listed(r.closed, len(r.nodes), r.thickness, r.mtype),
+                      listed(*r.first), listed(*r.nodes)]
+            if r.mtype < 0:
+                lines += [listed(*r.second), listed(*r.twins)]
+        self.run.disk.put("JOINT.TMP", lines)
+
     def add_listing(self, kind, mtype, closed, points, group):
         if len(self.listing) >= MOST_GROUPS:
             raise Failure("more than %d rows of the group listing"
                           % MOST_GROUPS)
+        for place in points:
+            self.checked(place)
         self.listing.append(Listing(group, kind, mtype, closed, points))
 
     def list_record(self, record):

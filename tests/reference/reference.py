@@ -743,6 +743,8 @@ class Run:
             self.default(position, value)
         self.check_card("4.1", 2, 6)
         wide, high = self.put_integers(6)[:2]
+        if not (1 <= wide <= 100 and 1 <= high <= 100):
+            raise Failure("a block count outside 1 to 100")
         if self.kind == DISPLACEMENT:
             self.check_card("4.2", 2, 2)
             self.put_reals(2)
@@ -811,9 +813,16 @@ class Run:
         elif edit == 6:
             self.check_rebuild()
 
+    def row_count(self):
+        """The count of rows that follow, at most 100."""
+        count = self.put_integers(1)[0]
+        if count > 100:
+            raise Failure("more than 100 records")
+        return count
+
     def check_rebuild(self):
         self.check_card("3.6.1", 1, 1)
-        for _ in range(self.put_integers(1)[0]):
+        for _ in range(self.row_count()):
             for position in (6, 7, 8):
                 self.default(position, -10.0)
             self.check_card("3.6.1-1", 5, 8)
@@ -827,7 +836,7 @@ class Run:
                 self.put_integers(7)
         for label in ("3.6.2", "3.6.3"):
             self.check_card(label, 1, 1)
-            for _ in range(self.put_integers(1)[0]):
+            for _ in range(self.row_count()):
                 self.default(4, -10.0)
                 self.default(5, -10.0)
                 self.check_card(label + "-1", 3, 5)

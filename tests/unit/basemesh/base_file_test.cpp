@@ -55,8 +55,7 @@ protected:
     }
 };
 
-// --- merging
-// -----------------------------------------------------------------------------------------------------
+// --- merging -------------------------------------------------------------------------------------
 
 TEST_F(BaseFile, NodesAtMostATenthOfAMillimetreApartBecomeOne) {
     const BaseCounts counts = make({{"1", "1"}, {"1", "1"}, {"1.0001", "1"}, {"1.00011", "2"}, {"1", "2"}},
@@ -107,8 +106,7 @@ TEST_F(BaseFile, RawNumbersMayBeginAboveOne) {
               "      1      2      1      1      2      0      0      0      0    1 0.1000E+01 0.2000E+01");
 }
 
-// --- bounds
-// ------------------------------------------------------------------------------------------------------
+// --- bounds --------------------------------------------------------------------------------------
 
 class BaseFileBounds : public BaseFile {
 protected:
@@ -192,8 +190,7 @@ TEST_F(BaseFileBounds, TemperatureAndHeadNodesCarryTheThirdValue) {
 )"));
 }
 
-// --- the fluid
-// ---------------------------------------------------------------------------------------------------
+// --- the fluid -----------------------------------------------------------------------------------
 
 TEST_F(BaseFileBounds, WetNodesHaveFluidCodesOnFixedSidesOnly) {
     const Edition kind(COUPLED);

@@ -135,8 +135,7 @@ TEST_F(BlockMesh, CutsALongTitleAtSixtyColumns) {
     EXPECT_EQ(base().substr(0, 61), "  a title of exactly sixty columns, the rest of it is not se\n");
 }
 
-// --- quadratic elements
-// ------------------------------------------------------------------------------------------
+// --- quadratic elements --------------------------------------------------------------------------
 
 TEST_F(BlockMesh, DoublesAcrossWithMiddlesOfTopAndBottomSides) {
     HandFile file = one_block(1, 1);

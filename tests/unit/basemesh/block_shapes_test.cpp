@@ -121,8 +121,7 @@ TEST_F(BlockShapes, AttributesComeFromTheBlock) {
     }
 }
 
-// --- eight points, absent middles
-// --------------------------------------------------------------------------------
+// --- eight points, absent middles ----------------------------------------------------------------
 
 TEST_F(BlockShapes, AShearedBlockOfFourCornersHasItsMiddlesHalfWay) {
     HandFile file;
@@ -177,8 +176,7 @@ TEST_F(BlockShapes, MiddlesAreFilledAfterTheScale) {
     EXPECT_EQ(places(), "2,4 2,2 6,4 6,2 10,4 10,2 ");
 }
 
-// --- sides without length
-// ----------------------------------------------------------------------------------------
+// --- sides without length ------------------------------------------------------------------------
 
 TEST_F(BlockShapes, ASideCollapsedOntoAPointLeavesOneNode) {
     HandFile file;
@@ -200,8 +198,7 @@ TEST_F(BlockShapes, ASideCollapsedOntoAPointLeavesOneNode) {
     EXPECT_NE(base().find("\n     4       2       0       0   \n"), std::string::npos);
 }
 
-// --- size
-// --------------------------------------------------------------------------------------------------------
+// --- size ----------------------------------------------------------------------------------------
 
 TEST_F(BlockShapes, AMeshAboveTheWorkSpaceStopsAndTheEarlierBaseMeshStays) {
     directory().write("Bmesh.dat", "an earlier base mesh\n");
@@ -226,6 +223,34 @@ TEST_F(BlockShapes, TheRequiredSizeCountsDoubledDivisions) {
     close_all_channels();
     // 2400 by 2200: 1 + 18 + 2 + 44 + 7 * 2401 * 2201 + 3 * 2400 * 2200 + 8 * 2401 + 2 * 2401 * 2201
     EXPECT_EQ(coord(), " PROGRAM DIMENSION =    60000000\nREQUIRED DIMENSION =    63420682\n");
+}
+
+// --- faulty block files --------------------------------------------------------------------------
+
+TEST_F(BlockShapes, AFileThatIsCutOffIsNamed) {
+    const std::string text = four_blocks({1, 2, 3, 4}).text();
+    std::size_t lines = 0;
+    for (std::size_t end = 0; end < text.size(); end = text.find('\n', end) + 1, ++lines) {
+        directory().write("work/Bmesh.Tmp", text.substr(0, end));
+        EXPECT_EQ(failure_of([] { BLOCKMESH(); }).rfind("Bmesh.Tmp, line ", 0), 0U) << lines << " lines";
+        close_all_channels();
+    }
+    EXPECT_GT(lines, 50U);
+}
+
+TEST_F(BlockShapes, NumbersThatLeaveTheirTablesAreRefused) {
+    std::vector<HandFile> files(6, four_blocks({1, 2, 3, 4}));
+    files[0].blocks[1].keys[3] = 26;
+    files[1].blocks[3].keys[8] = -1;
+    files[2].blocks[2].ndx = 0;
+    files[3].blocks[2].ndy = -3;
+    files[4].NBX = 3;
+    files[5].NBY = 0;
+    for (const HandFile& file : files) {
+        write_blocks(file);
+        EXPECT_EQ(failure_of([] { BLOCKMESH(); }).rfind("Bmesh.Tmp, line ", 0), 0U);
+        close_all_channels();
+    }
 }
 
 }  // namespace

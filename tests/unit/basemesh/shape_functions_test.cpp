@@ -130,8 +130,7 @@ TEST_F(ShapeFunctions, NinePointTermsAreAddedRowByRowIn32Bits) {
     }
 }
 
-// --- nodes of a block
-// --------------------------------------------------------------------------------------------
+// --- nodes of a block ----------------------------------------------------------------------------
 
 TEST_F(ShapeFunctions, EightPointNodesAgreeWithTheTextbook) {
     for (int round = 0; round < 300; ++round) {

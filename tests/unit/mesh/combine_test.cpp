@@ -47,8 +47,7 @@ private:
     Edition edition_;
 };
 
-// --- element numbers
-// ---------------------------------------------------------------------------------------------
+// --- element numbers -----------------------------------------------------------------------------
 
 // Lowest and highest numbers of continuum, beam and truss elements; {100000, 0} for none.
 struct Ranges {
@@ -144,8 +143,7 @@ TEST_F(Combine, OnlyTheLowestNewNumbersAreHeldAgainstEachOther) {
     EXPECT_TRUE(regions_collide()) << "two regions without elements";
 }
 
-// --- matching
-// ----------------------------------------------------------------------------------------------------
+// --- matching ------------------------------------------------------------------------------------
 
 TEST_F(Combine, TheSmallestSpacingIsThatOfEitherRegion) {
     first(1, 0, 0);
@@ -219,8 +217,7 @@ TEST_F(Combine, AListedNodeThatIsNotThereEndsTheRun) {
     }
 }
 
-// --- merging
-// -----------------------------------------------------------------------------------------------------
+// --- merging -------------------------------------------------------------------------------------
 
 // Nodes 3 and 8 of the first region; 3 falls on node 5 of the second, whose highest is 6.
 class CombineNodes : public Combine {

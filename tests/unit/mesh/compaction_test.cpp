@@ -201,8 +201,7 @@ TEST_P(CompactionOfGaps, NodesAreNotOverwrittenByAShiftOfOne) {
 INSTANTIATE_TEST_SUITE_P(Kinds, CompactionOfGaps,
                          ::testing::Values(COUPLED, TEMPERATURE, HEAD, DISPLACEMENT));
 
-// --- heads
-// -------------------------------------------------------------------------------------------------------
+// --- heads ---------------------------------------------------------------------------------------
 
 using CompactionOfValues = Compaction;
 
@@ -224,8 +223,7 @@ TEST_P(CompactionOfValues, HeadsStayBehindAGapInTheNodes) {
 
 INSTANTIATE_TEST_SUITE_P(Kinds, CompactionOfValues, ::testing::Values(TEMPERATURE, HEAD));
 
-// --- the ends of the tables
-// --------------------------------------------------------------------------------------
+// --- the ends of the tables ----------------------------------------------------------------------
 
 using CompactionLimits = Compaction;
 

@@ -22,8 +22,8 @@ protected:
         FCOL = 0.0F;
     }
 
-    // A line element from (0, number) to (length, number), with nodes of its own: 2 * number - 1 and 2 *
-    // number.
+    // A line element from (0, number) to (length, number), with its own nodes
+    // 2 * number - 1 and 2 * number.
     static void line(std::int32_t number, std::int32_t type, std::int32_t material, float length) {
         ETYPE[number] = type;
         const std::int32_t i = 2 * number - 1, j = 2 * number;
@@ -47,8 +47,8 @@ protected:
 };
 
 TEST_F(Collapse, LooksAtTheElementsOfItsMode) {
-    // Of each type and material one element of 1 and one of 9: whatever is looked at has the mean 5 and the
-    // cut 1.
+    // Of each type and material one element of 1 and one of 9: whatever is looked at has the
+    // mean 5 and the cut 1.
     const auto set_up = [] {
         ETYPE.fill(EL_DELETED);
         line(1, EL_BEAM, 3, 1.0F);

@@ -42,8 +42,7 @@ protected:
     }
 };
 
-// --- the test of elements whose corners were replaced
-// ------------------------------------------------------------
+// --- the test of elements whose corners were replaced --------------------------------------------
 
 using Degeneration = Moves;
 
@@ -111,8 +110,7 @@ TEST_F(Degeneration, OfABeamOrTrussIsBothEndsInOne) {
     }
 }
 
-// --- moves
-// -------------------------------------------------------------------------------------------------------
+// --- moves ---------------------------------------------------------------------------------------
 
 //   4-----3-----6
 //   |  1  |  2  |     beam 3 from 1 to 2, truss 4 from 3 to 2
@@ -230,8 +228,7 @@ TEST_F(MovesOfAStrip, LineElementsKeepTheirFourWordsInStep) {
     EXPECT_EQ(corners(4), "3: 3 6 6 3");
 }
 
-// --- the second list
-// ---------------------------------------------------------------------------------------------
+// --- the second list -----------------------------------------------------------------------------
 
 // Nodes 10, 20, 30 and 40 are in use; node 25 belongs to a deleted element alone.
 class MovesByPlace : public Moves {
