@@ -44,7 +44,7 @@ TEST(BaseMeshLimits, BlockCountsOutsideOneToAHundredAreRefused) {
 TEST(BaseMeshLimits, MoreRowsThanTheCountsSayAreReportedOnTheCardBehindThem) {
     const Project project;
     leave_earlier_mesh(project);
-    project.deck(text_of({"2", "0 1", "0 0", "1 1 0.5", "1 1 0.5", "0"}));
+    project.deck(text_of({"2", "1 1", "0 0", "1 1 0.5", "1 1 0.5", "1 1 0.5", "0"}));
     const RunResult result = project.run();
     EXPECT_EQ(result.status, 1) << result.err;
     EXPECT_EQ(result.out, "300\n");
