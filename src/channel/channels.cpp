@@ -81,28 +81,6 @@ void Channel::fail_write() const {
 
 // --- opening and closing -------------------------------------------------------------------------
 
-void Channel::read_content() {
-    std::error_code error;
-    if (fs::is_directory(path_, error))
-        FAIL(name_ + ": expected a file, found a directory");
-    if (!fs::exists(path_, error))
-        FAIL(name_ + ": expected a file, but there is none of this name");
-    if (!is_regular(path_))
-        FAIL(name_ + ": expected an ordinary file");
-    std::FILE* source = std::fopen(path_.string().c_str(), "rb");
-    if (source == nullptr)
-        FAIL(name_ + ": the file cannot be opened: " + system_reason());
-    const std::uintmax_t size = fs::file_size(path_, error);
-    content_.resize(error ? 0 : static_cast<std::size_t>(size));
-    const std::size_t read = std::fread(content_.data(), 1, content_.size(), source);
-    const bool failed = std::ferror(source) != 0;
-    const std::string reason = failed ? system_reason() : std::string{};
-    std::fclose(source);
-    if (failed)
-        FAIL(name_ + ": the file cannot be read: " + reason);
-    content_.resize(read);
-}
-
 void Channel::open(std::string_view name, OpenStatus status) {
     name_ = without_trailing_blanks(name);
     path_ = RESOLVE(name);
@@ -116,14 +94,21 @@ void Channel::open(std::string_view name, OpenStatus status) {
     for (const std::unique_ptr<Channel>& other : channel_table()) {
         if (!exists || other == nullptr || other.get() == this || !other->open_ || other->scratch_)
             continue;
-        const bool both_read = status == OpenStatus::old && !other->writable_;
-        const bool replaces_input = status == OpenStatus::result && !other->writable_;
+        const bool reads = status == OpenStatus::old || status == OpenStatus::forward;
+        const bool both_read = reads && !other->writable_;
+        const bool replaces_input =
+            status == OpenStatus::result && !other->writable_ && other->file_ == nullptr;
         if (!both_read && !replaces_input && fs::equivalent(path_, other->path_, error) && !error)
             FAIL(name_ + ": the file is in use in this run as " + other->name_ +
                  "; expected a file of its own");
     }
     if (status == OpenStatus::old) {
         read_content();
+        open_ = true;
+        return;
+    }
+    if (status == OpenStatus::forward) {
+        file_ = open_source();
         open_ = true;
         return;
     }
@@ -199,54 +184,6 @@ void Channel::close(CloseAction action) {
         fs::remove(path_, error);
         if (error)
             FAIL(name_ + ": the file cannot be deleted: " + error.message());
-    }
-}
-
-// --- reading -------------------------------------------------------------------------------------
-
-std::string_view Channel::peek_line() const {
-    if (at_end())
-        return {};
-    const char* begin = content_.data() + position_;
-    const std::size_t left = content_.size() - position_;
-    const void* end = std::memchr(begin, '\n', left);
-    std::size_t length =
-        end == nullptr ? left : static_cast<std::size_t>(static_cast<const char*>(end) - begin);
-    if (length > 0 && begin[length - 1] == '\r')
-        --length;
-    return {begin, length};
-}
-
-std::string_view Channel::read_whole_line(std::string_view expected) {
-    if (at_end())
-        fail_here("the file ends here; expected " + std::string(expected));
-    const std::string_view line = peek_line();
-    position_ += line.size();
-    if (position_ < content_.size() && content_[position_] == '\r')
-        ++position_;
-    if (position_ < content_.size())
-        ++position_;
-    ++lines_before_;
-    return line;
-}
-
-void Channel::skip_lines(int count, std::string_view expected) {
-    for (int i = 0; i < count; ++i)
-        read_whole_line(expected);
-}
-
-void Channel::rewind() {
-    flush();
-    position_ = 0;
-    lines_before_ = 0;
-}
-
-void Channel::step_back(int lines) {
-    for (int i = 0; i < lines && position_ > 0; ++i) {
-        --position_;  // over the line's end, if it has one
-        while (position_ > 0 && content_[position_ - 1] != '\n')
-            --position_;
-        --lines_before_;
     }
 }
 

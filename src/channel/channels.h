@@ -1,9 +1,10 @@
 // Numbered text channels: sequential text files with rewind, stepping back by lines and closing with
 // deletion.
 //
-// A channel holds its file as text in memory and writes it to disk as it grows, when it is rewound and when
-// it is closed; a record written behind others replaces what followed. Lines end with LF or CR LF on input
-// and with LF on output. The numbers of the package's channels are listed in run/channel_numbers.h.
+// A channel holds its file as text in memory (one that is read forward, a piece of it) and writes it to disk
+// as it grows, when it is rewound and when it is closed; a record written behind others replaces what
+// followed. Lines end with LF or CR LF on input and with LF on output. The numbers of the package's channels
+// are listed in run/channel_numbers.h.
 #pragma once
 
 #include <cstddef>
@@ -20,6 +21,7 @@ namespace brelan {
 
 enum class OpenStatus {
     old,      // must exist; is only read
+    forward,  // must exist; is only read, once from start to end, and never held whole
     fresh,    // must not exist; is created
     work,     // a file of the program's own: created, or emptied at once
     result,   // a file of the user's: created, or left as it is until the first record is written to it
@@ -49,6 +51,10 @@ public:
 
     // True when no line is left to read.
     bool at_end() const { return position_ >= content_.size(); }
+
+    // Asked before each record of a channel that is read forward: brings the next line into memory and gives
+    // up what has been read. False at the end of the file.
+    bool more();
 
     // The next line, whole and without its end; the view holds until the channel is written or closed.
     // Ends the run at the end of the file, naming what was expected.
@@ -116,7 +122,9 @@ private:
     void open(std::string_view name, OpenStatus status);
     void open_to_append(std::string_view name);
     void close(CloseAction action);
+    std::FILE* open_source() const;
     void read_content();
+    void read_piece();
     void cut_behind_position();
     std::string place_of(int line) const;
     [[noreturn]] void fail_at(int line, std::string_view message) const;
@@ -131,7 +139,7 @@ private:
     bool broken_ = false;  // a write failed: nothing more is tried
     std::string name_;     // as the program or the deck wrote it, without trailing blanks
     std::filesystem::path path_;
-    std::FILE* file_ = nullptr;  // only for channels that may be written
+    std::FILE* file_ = nullptr;  // only for channels that may be written, or are read forward
     TextBuffer content_;
     std::size_t position_ = 0;  // of the next character to be read or written
     std::size_t record_start_ = 0;

@@ -134,7 +134,7 @@ void GROUPDRV() {
     NGRP = 0;
     for (std::int32_t i = 1; i <= MAXGROUPS; ++i)
         KEPTLINES[i] = KeptLine{};
-    BEAMLINES = TRUSSLINES = 0;
+    NPIPE = NCONV = NFSEC = 0;
     build_element_index();
     std::int32_t records = 0;
     for (std::int32_t g = 1; g <= NGROUP; ++g)

@@ -43,7 +43,7 @@ struct LineWords {
 };
 
 void write_line_words(std::int32_t L, std::int32_t LMAT, bool closed, std::span<const std::int32_t> nodes) {
-    const std::int32_t line = L == BEAM_LINE ? BEAMLINES : TRUSSLINES;
+    const std::int32_t line = L == BEAM_LINE ? NPIPE : NCONV;
     const std::size_t c = nodes.size();
     const std::size_t elements = closed ? c : c - 1;
     if (KIND() == LayoutKind::head && L == TRUSS_LINE) {
@@ -103,9 +103,12 @@ void LINEELEM(std::int32_t MOVE, bool closed, std::int32_t LTP, std::int32_t LMA
     if (L < BEAM_LINE || L > TRUSS_CODE_1)
         return;
     if (L == BEAM_LINE)
-        ++BEAMLINES;
-    if (L == TRUSS_LINE)
-        ++TRUSSLINES;
+        ++NPIPE;
+    if (L == TRUSS_LINE) {
+        ++NCONV;
+        if (KIND() == LayoutKind::head && !closed)
+            ++NFSEC;
+    }
     const std::size_t c = nodes.size();
     const std::size_t elements = closed ? c : c - (c > 0 ? 1 : 0);
     // Closed lines of beams are walked backwards in the kinds of the mechanical solvers.

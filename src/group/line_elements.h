@@ -6,9 +6,6 @@
 
 namespace brelan {
 
-// The running numbers of lines of beams and of trusses, for the flow sections.
-inline std::int32_t BEAMLINES = 0, TRUSSLINES = 0;
-
 // Strings line elements of |LTP| along the nodes (2 beams; 3, 4, 5 trusses; others none) with material LMAT,
 // and writes the node words of the kind. With MOVE 1 the nodes are frozen. A negative LTP marks the elements
 // for ELEMSIGN.

@@ -129,6 +129,11 @@ inline std::int32_t NGRP = 0;  // rows of the listing
 inline Table<ListingRow, MAXGROUPS, "the group listing"> LISTING;
 inline Table<KeptLine, MAXGROUPS, "the lines of the groups"> KEPTLINES;
 
+// Lines of beams and of trusses so far, their running numbers; in the temperature kind they are pipes and
+// convection lines.
+inline std::int32_t NPIPE = 0, NCONV = 0;
+inline std::int32_t NFSEC = 0;  // flow sections: open lines of trusses of the head kind
+
 inline std::int32_t NMEMBER = 0;                      // records of elements in all rows
 inline std::int32_t NMATC = 0, NMATB = 0, NMATT = 0;  // highest material of each section as written
 

@@ -7,6 +7,7 @@
 #include "deck/strip_mesh.h"
 #include "group/membership.h"
 #include "group/tables.h"
+#include "mesh/boundary_file.h"
 #include "mesh/compaction.h"
 #include "mesh/edit_mesh.h"
 #include "mesh/edit_source.h"
@@ -14,6 +15,7 @@
 #include "mesh/moves.h"
 #include "mesh/result_file.h"
 #include "mesh/selection.h"
+#include "output/group_out.h"
 #include "run/channel_numbers.h"
 #include "run/group_run.h"
 #include "run/read_cards.h"
@@ -97,9 +99,10 @@ void load_mesh() {
     }
 }
 
-// Pass 14.7: node moves.
+// Passes 14.5 to 14.7: line-up and node moves.
 void run_moves() {
     NMOVE = 0;
+    run_line_up();
     TRACE(" Pass 14.7  NMOVE = ", 14.6F, NMOVE);
 }
 
@@ -150,6 +153,8 @@ void write_result() {
     COUNTNODES(result);
     TRACE(" Pass 21 ", 21.0F);
     COUNTELEMENTS(result);
+    if (EDIT.IEDIT == 4)
+        WRITEPIPES(result);
     TRACE(" Pass 22.1 ", 22.1F);
     write_mesh_head(mesh, FILEM.view(), header_counts(result));
     TRACE(" Pass 22.2 ", 22.2F);
@@ -171,12 +176,16 @@ void write_result() {
     }
     if (result.counts.NTRUS > 0) {
         TRACE(" Pass 26 ", 26.0F);
+        if (EDIT.IEDIT == 4)
+            WRITEFLOWSECTIONS(result);
         write_elements(mesh, result, EL_TRUSS);
     }
     WRITECLOSING(mesh);
     TRACE(" Pass 27.1 ", 27.1F);
+    if (EDIT.IEDIT == 4)
+        GROUPOUT(FILEM.view(), result.counts);
     TRACE(" Pass 27.2 ", 27.2F);
-    COPYRESULT(mesh, channel(CH_RESULT_COPY));
+    COPYRESULT(channel(CH_RESULT), channel(CH_RESULT_COPY));
 }
 
 }  // namespace

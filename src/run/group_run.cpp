@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "channel/channels.h"
-#include "channel/free_field.h"
 #include "deck/defaults_file.h"
 #include "group/group_driver.h"
 #include "group/listing.h"
@@ -11,6 +10,7 @@
 #include "group/membership.h"
 #include "group/tables.h"
 #include "mesh/edit_tables.h"
+#include "mesh/line_up.h"
 #include "mesh/moves.h"
 #include "run/channel_numbers.h"
 #include "run/read_group_cards.h"
@@ -22,22 +22,9 @@ namespace {
 
 constexpr std::string_view GROUP_FILE = "GROUP.TMP";
 
-// The line-up of truss lines is asked for by a file in the working directory, once.
-void refuse_line_up() {
-    if (!FILE_EXISTS("LineUp.dat"))
-        return;
-    std::int32_t LINEUP = 0;
-    Channel& file = open_channel(CH_DATA, "LineUp.dat", OpenStatus::old);
-    read_free(file, "the line-up switch", LINEUP);
-    if (LINEUP > 0)
-        file.fail_behind("expected a run without line-up; the line-up of truss lines is not available yet");
-    close_channel(CH_DATA);
-}
-
 }  // namespace
 
 void run_groups() {
-    refuse_line_up();
     TRACE(" Pass 14.1 ", 14.1F);
     read_group_cards();
     DEFLOAD();
@@ -51,12 +38,21 @@ void run_groups() {
     TRACE(" Pass 14.3 ", 14.3F);
     READLISTING(open_channel(CH_GROUP, GROUP_FILE, OpenStatus::old));
     close_channel(CH_GROUP, CloseAction::remove);
-    open_channel(CH_GROUP, GROUP_FILE, OpenStatus::work);
+    open_channel(CH_GROUP, GROUP_FILE, OpenStatus::work).set_write_only(true);
     TRACE(" Pass 14.4 ", 14.4F);
 }
 
+void run_line_up() {
+    READLINEUP();
+    if (EDIT.IEDIT != 4 || LINEUP == 0)
+        return;
+    TRACE(" Pass 14.5  LINEUP = ", 14.5F, LINEUP);
+    SEARCHLINEUP();
+    TRACE(" Pass 14.6  NLNP = ", 14.6F, static_cast<std::int32_t>(LNP.size()));
+    APPLYLINEUP();
+}
+
 void run_collapse_and_moves() {
-    NMOVE = 0;
     if (IDCOL != 0)
         COLLAPSE();
     MOVENODES();

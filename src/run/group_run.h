@@ -10,6 +10,9 @@ namespace brelan {
 // Passes 14.1 to 14.4: group cards, defaults, the engine, the listing.
 void run_groups();
 
+// Passes 14.5 and 14.6: the line-up of truss lines. Its switch is read in every deck, and used with IEDIT 4.
+void run_line_up();
+
 // Collapse and moves of the defaults file, before the numbering closes up.
 void run_collapse_and_moves();
 

@@ -11,7 +11,9 @@ namespace {
 
 constexpr std::string_view DEFAULT_FILE = "fort.888";
 
-// The channel, opened on its default file when the trace file is closed: anew at the first time in a run.
+}  // namespace
+
+// Opened on its default file when the trace file is closed: anew at the first time in a run.
 Channel& trace_channel() {
     if (channel_is_open(CH_TRACE))
         return channel(CH_TRACE);
@@ -22,8 +24,6 @@ Channel& trace_channel() {
     trace.set_write_through(true);
     return trace;
 }
-
-}  // namespace
 
 void open_trace(std::string_view file_name) {
     open_channel(CH_TRACE, file_name, OpenStatus::work).set_write_through(true);

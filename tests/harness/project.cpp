@@ -244,6 +244,7 @@ Project::Project(int edition) {
     write_data("PROGRAM.DAT", std::to_string(edition) + "\n");
     write_data("MANUAL.DAT", "0\n");
     write_data("HUBPLOT.DAT", "1\n");
+    write_data("UNIT.DAT", "*\n*\n*\n*\nProject of a test\n*\n*\n*\n*\n*\n*\n*\n*\n*\n*\n 2 2 4 1 1\n");
 }
 
 Project::~Project() {

@@ -25,7 +25,7 @@ protected:
         ELEMSIGN.fill(0);
         NUMNP = NCONT = 0;
         CURRENT_GROUP = 1;
-        BEAMLINES = TRUSSLINES = 0;
+        NPIPE = NCONV = NFSEC = 0;
         TOLLINE = 0.01F;
     }
     static std::vector<std::int32_t> nodes(const std::vector<Point>& points) {

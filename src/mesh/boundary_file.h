@@ -1,0 +1,17 @@
+// "..\Boundary.Man": pipes, convection lines and flow sections as cards of the solver's main deck.
+#pragma once
+
+#include "mesh/edit_tables.h"
+#include "mesh/result_file.h"
+
+namespace brelan {
+
+// Temperature kind: writes the cards of pipes and of convection lines from the node codes that the group
+// engine left, when it has counted any, and clears the codes it has used.
+void WRITEPIPES(const ResultMesh& result);
+
+// Flow sections of the head kind: the trusses of the result, in the order of their numbers, cut into runs.
+// Does nothing when the group engine has counted no flow section.
+void WRITEFLOWSECTIONS(const ResultMesh& result);
+
+}  // namespace brelan

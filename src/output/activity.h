@@ -1,0 +1,43 @@
+// Element activity: at which step the elements of a group come and go, and the materials of their own that
+// the groups' continuum elements get for it.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "channel/channels.h"
+#include "mesh/tables.h"
+#include "output/group_members.h"
+
+namespace brelan {
+
+// Steps at which an element is activated and deactivated.
+struct ActivityPair {
+    std::int32_t NAC = 0, NDAC = 0;
+
+    friend bool operator==(const ActivityPair&, const ActivityPair&) = default;
+};
+
+// The pair of a group's elements of a class and material, by the group's MTYPE and material line; two zeros
+// where its cards give them none.
+ActivityPair activity_of(std::int32_t g, std::int8_t type, std::int32_t material);
+
+// A continuum material made for a group.
+struct NewMaterial {
+    std::int32_t old = 0;
+    ActivityPair activity;
+};
+
+struct Activity {
+    std::int32_t NFAD = 0;               // lines of all blocks
+    std::vector<NewMaterial> materials;  // their numbers follow the highest of the mesh, NMATC
+    std::vector<std::int32_t> NEWMAT;    // by element number, the element's new material; 0 for none
+    std::int32_t first_new = 0;          // number of the first of them
+};
+
+// Writes the block of each group that has activity to the text, and makes the new materials. Every group gets
+// one for each of its materials, also where another group holds the same. An element of several groups takes
+// that of the last.
+Activity WRITEACTIVITY(Channel& text, const std::vector<GroupMembers>& members);
+
+}  // namespace brelan

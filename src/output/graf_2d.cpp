@@ -1,0 +1,258 @@
+#include "output/graf_2d.h"
+
+#include <string>
+
+#include "channel/layout.h"
+#include "group/tables.h"
+#include "output/blocks.h"
+#include "output/graf_2d_texts.h"
+#include "output/group_text.h"
+#include "output/node_lists.h"
+#include "output/unit_table.h"
+#include "run/settings.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr Layout<"(1X,4(2X,I5))"> ELEMENT_RANGE;
+constexpr Layout<"(1X,2(2X,I5))"> TWO_VALUES;
+constexpr Layout<"(1X,5(2X,I5))"> DISPLACEMENT_RANGE;
+constexpr Layout<"(1X,1(2X,I5))"> ONE_VALUE;
+constexpr Layout<"('* Number of Element Groups = ',I3)"> RANGE_COUNT;
+constexpr Layout<"(1X,1X,I6)"> MESH_COUNT;
+constexpr Layout<"(3X,I5,3X,I1,5X,I1,7X,I1,6X,I1)"> CONTOUR_COUNT_LINE;
+constexpr Layout<"(3X,I5)"> COUNT;
+constexpr Layout<"(3X,F6.2,2X,I1,5X,I1,5X,I1,5X,F6.2,2X,F6.2)"> RESULT_SETTINGS_LINE;
+constexpr Layout<"('* Card 11.',I1,'.',I1)"> CARD;
+constexpr Layout<"('    ',I1,'        ')"> NPTYPE_LINE;
+constexpr Layout<"('*  ',A30)"> CHOICE_NAME;
+
+// --- what the sections list ----------------------------------------------------------------------
+
+void write_element_range(Channel& text, const ElementRange& range) {
+    constexpr std::int32_t NIC = 1, NNN = 1;
+    ELEMENT_RANGE.write(text, range.first, range.length(), NIC, NNN);
+}
+
+void write_displacements(Channel& text, std::int32_t NSR, std::int32_t NJR) {
+    constexpr std::int32_t JCR = 1, ICR = 1, NIR = 1;
+    for (const std::int32_t IDISP : {0, 1, 2}) {
+        TWO_VALUES.write(text, 1, IDISP);
+        DISPLACEMENT_RANGE.write(text, NSR, JCR, NJR, ICR, NIR);
+    }
+}
+
+void write_displacement_range(Channel& text, const ElementRange& range) {
+    write_displacements(text, -range.first, range.length());
+}
+
+void write_line_range(Channel& text, const ElementRange& range) {
+    ONE_VALUE.write(text, 0);
+    TWO_VALUES.write(text, range.first, range.last);
+}
+
+// The elements that a section lists, and how.
+struct SectionRow {
+    std::int32_t NPTYPE;
+    bool inside_only;  // without the elements of lines and joint strips
+    std::int8_t first_type, last_type;
+    TextLines heading;
+    void (*write_range)(Channel& text, const ElementRange& range);
+};
+
+constexpr SectionRow SECTIONS[] = {
+    {1, true, EL_CONTINUUM, EL_TRUSS, ELEMENT_HEADING, write_element_range},
+    {2, true, EL_CONTINUUM, EL_CONTINUUM, ELEMENT_HEADING, write_element_range},
+    {3, false, EL_CONTINUUM, EL_TRUSS, DISPLACEMENT_HEADING, write_displacement_range},
+    {4, false, EL_BEAM, EL_BEAM, BEAM_HEADING, write_line_range},
+    {5, false, EL_TRUSS, EL_TRUSS, TRUSS_HEADING, write_line_range},
+    {6, true, EL_CONTINUUM, EL_CONTINUUM, ELEMENT_HEADING, write_element_range},
+};
+
+constexpr const SectionRow& section(std::int32_t NPTYPE) {
+    return SECTIONS[NPTYPE - 1];
+}
+
+std::int32_t switch_of(std::int32_t g, std::int32_t NPTYPE) {
+    return GROUPPOST[g].toggle[static_cast<std::size_t>(NPTYPE - 1)];
+}
+
+// Beams and trusses of all groups are listed when no group asks for them.
+bool lists_all_groups(std::int32_t NPTYPE) {
+    if (NPTYPE != section(4).NPTYPE && NPTYPE != section(5).NPTYPE)
+        return false;
+    for (std::int32_t g = 1; g <= NGROUP; ++g)
+        if (switch_of(g, NPTYPE) > 0)
+            return false;
+    return true;
+}
+
+// Writes the blocks of a section to the text of the groups. Returns the count of ranges.
+std::int32_t write_blocks(const SectionRow& row, const std::vector<GroupMembers>& members) {
+    Channel& text = begin_group_text();
+    const bool all = lists_all_groups(row.NPTYPE);
+    std::int32_t NRNG = 0;
+    for (std::int32_t g = 1; g <= NGROUP; ++g) {
+        if (!all && switch_of(g, row.NPTYPE) == 0)
+            continue;
+        bool group_open = false;
+        std::int8_t open_type = 0;
+        for (const auto& [key, member] : members[static_cast<std::size_t>(g)]) {
+            const auto [type, material] = key;
+            const ElementRanges& ranges = row.inside_only ? member.inside : member.all;
+            if (type < row.first_type || type > row.last_type || ranges.empty())
+                continue;
+            if (!group_open)
+                write_group_head(text, g);
+            if (open_type != type)
+                write_class_head(text, type);
+            group_open = true;
+            open_type = type;
+            write_material_head(text, material, row.heading);
+            for (const ElementRange& range : ranges)
+                row.write_range(text, range);
+            const auto count = static_cast<std::int32_t>(ranges.size());
+            RANGE_COUNT.write(text, count);
+            write_lines(text, {"*", "*"});
+            NRNG += count;
+        }
+    }
+    return NRNG;
+}
+
+void copy_blocks(Channel& post, std::int32_t NRNG) {
+    if (NRNG > 0)
+        copy_lines(group_text(), post);
+}
+
+// --- heads ---------------------------------------------------------------------------------------
+
+void write_section_banner(Channel& post, std::int32_t NPTYPE) {
+    const std::string type = std::to_string(NPTYPE), card = std::to_string(NPTYPE + 1);
+    write_banner(post, "*         POST FILE: GRAF-2D PLOT                *",
+                 "*         NPTYPE = " + type + " (CARD 11." + card + ")                 *");
+}
+
+// The head of a section with results, to the times of its plots.
+void write_head(Channel& post, std::int32_t NPTYPE) {
+    const std::int32_t cards = NPTYPE + 1;
+    write_lines(post, {"* Card 11.1  ", "*  NPTYPE    "});
+    NPTYPE_LINE.write(post, NPTYPE);
+    CARD.write(post, cards, 1);
+    write_lines(post, {"*  TITLE     ", UNITS.TITLE});
+    CARD.write(post, cards, 2);
+    write_lines(post, {"*  IUNIT     ", "    4        "});
+    CARD.write(post, cards, 4);
+    write_lines(post, TIME_SETTINGS);
+}
+
+void write_count(Channel& post, TextLines lines, std::int32_t NRNG) {
+    write_lines(post, lines);
+    COUNT.write(post, NRNG);
+}
+
+// --- the sections --------------------------------------------------------------------------------
+
+void write_mesh_section(Channel& post, const std::vector<GroupMembers>& members) {
+    const std::int32_t NRNG = write_blocks(section(1), members);
+    write_section_banner(post, 1);
+    write_lines(post, MESH_HEAD);
+    post.write_line(UNITS.TITLE);
+    write_lines(post, MESH_SETTINGS);
+    MESH_COUNT.write(post, NRNG);
+    post.write_line("*");
+    copy_blocks(post, NRNG);
+}
+
+void write_contour_section(Channel& post, const std::vector<GroupMembers>& members) {
+    constexpr std::int32_t IAVG = 1, ISCRIN = 0, IMESH = 0, IPSTRS = 0;
+    const std::int32_t NRNG = write_blocks(section(2), members);
+    write_section_banner(post, 2);
+    write_head(post, 2);
+    write_lines(post, CONTOUR_COUNT);
+    CONTOUR_COUNT_LINE.write(post, NRNG, IAVG, ISCRIN, IMESH, IPSTRS);
+    post.write_line("*");
+    copy_blocks(post, NRNG);
+    write_node_lists(post, "* Card 11.3.7", "* Card 11.3.8");
+}
+
+// Without groups the whole mesh is listed; elements are taken to be numbered from 1, type after type.
+void write_whole_mesh(Channel& post, const MeshCounts& counts) {
+    std::int32_t before = 0;
+    for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
+        if (counts.of(type) > 0) {
+            post.write_line(CLASS_LINES[type - 1]);
+            write_displacements(post, -(before + 1), counts.of(type));
+        }
+        before += counts.of(type);
+    }
+}
+
+void write_displacement_section(Channel& post, const std::vector<GroupMembers>& members,
+                                const MeshCounts& counts) {
+    const std::int32_t NRNG = write_blocks(section(3), members);
+    write_section_banner(post, 3);
+    write_head(post, 3);
+    post.write_line("*");
+    if (NRNG == 0)
+        write_whole_mesh(post, counts);
+    copy_blocks(post, NRNG);
+    write_lines(post, END_OF_PLOT);
+}
+
+void write_line_section(Channel& post, const std::vector<GroupMembers>& members, std::int32_t NPTYPE,
+                        TextLines choices, TextLines count, std::string_view list_card,
+                        std::string_view nodes_card) {
+    const std::int32_t NRNG = write_blocks(section(NPTYPE), members);
+    write_section_banner(post, NPTYPE);
+    write_head(post, NPTYPE);
+    write_lines(post, choices);
+    write_count(post, count, NRNG);
+    copy_blocks(post, NRNG);
+    write_node_lists(post, list_card, nodes_card);
+}
+
+void write_result_choices(Channel& post) {
+    write_lines(post, RESULT_CHOICES_HEAD);
+    for (const ResultChoice& choice : RESULT_CHOICES) {
+        CHOICE_NAME.write(post, choice.name);
+        const std::string_view front = choice.NCTS == ACTIVE_NCTS ? "    " : "*   ";
+        post.write_line(std::string(front) + std::to_string(choice.NCTS));
+    }
+}
+
+void write_result_section(Channel& post, const std::vector<GroupMembers>& members) {
+    constexpr float DELTA = 0.0F, RX = 0.0F, RY = 0.0F;
+    constexpr std::int32_t IRES = 0, IRGP = 0, IENL = 0;
+    const std::int32_t NRNG = write_blocks(section(6), members);
+    write_section_banner(post, 6);
+    if (KIND() == LayoutKind::temperature) {
+        write_head(post, 2);
+        write_lines(post, TEMPERATURE_CHOICE);
+    } else {
+        write_head(post, 6);
+        write_result_choices(post);
+    }
+    write_lines(post, RESULT_SETTINGS);
+    RESULT_SETTINGS_LINE.write(post, DELTA, IRES, IRGP, IENL, RX, RY);
+    write_count(post, RESULT_COUNT, NRNG);
+    copy_blocks(post, NRNG);
+    write_node_lists(post, "* Card 11.7.9", "* Card 11.7.10");
+}
+
+}  // namespace
+
+void WRITEGRAF2D(Channel& post, const std::vector<GroupMembers>& members, const MeshCounts& counts) {
+    write_mesh_section(post, members);
+    if (KIND() != LayoutKind::temperature) {
+        write_contour_section(post, members);
+        write_displacement_section(post, members, counts);
+        write_line_section(post, members, 4, BEAM_CHOICES, BEAM_COUNT, "* Card 11.5.8", "* Card 11.5.9");
+        write_line_section(post, members, 5, TRUSS_CHOICES, TRUSS_COUNT, "* Card 11.6.8", "* Card 11.6.9");
+    }
+    write_result_section(post, members);
+    write_lines(post, END_OF_GRAF_2D);
+}
+
+}  // namespace brelan

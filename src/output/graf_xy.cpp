@@ -1,0 +1,227 @@
+#include "output/graf_xy.h"
+
+#include <string>
+
+#include "channel/layout.h"
+#include "output/blocks.h"
+#include "output/graf_xy_texts.h"
+#include "output/unit_table.h"
+#include "run/settings.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr Layout<"(A40)"> TEXT;
+
+// The texts of one plot.
+struct Plot {
+    std::string title, x_label, y_label;
+};
+
+// One card set: what is plotted and how it is shown. One writer serves all templates.
+struct CardSet {
+    const HistoryCards& cards;
+    Factors factors;
+    std::span<const Plot> plots;
+    PairGroups groups{};                              // a list to choose from,
+    std::span<const std::string_view> fixed_pairs{};  // or pairs of two elements or nodes
+    bool first_is_active = true;                      // the first pair of the list has no star
+    bool factor_card = true;                          // the factors have their card's line
+    std::string_view IPLOT = "    0";
+};
+
+void put(Channel& post, std::string_view text) {
+    TEXT.write(post, text);
+}
+
+void put_card(Channel& post, const CardSet& set, std::string_view number) {
+    put(post, std::string(set.cards.cards) + std::string(number));
+}
+
+void write_pair_list(Channel& post, const CardSet& set) {
+    put(post, "*  Kx        Ky");
+    put(post, "*  --        --");
+    bool active = set.first_is_active;
+    for (const PairGroup& group : set.groups) {
+        if (!group.heading.empty()) {
+            put(post, "*");
+            put(post, group.heading);
+            put(post, "*");
+        }
+        for (const PlotPair& pair : group.pairs) {
+            put(post, "*  TIME      " + std::string(pair.name));
+            put(post, (active ? "   1         " : "*  1         ") + std::to_string(pair.number));
+            active = false;
+        }
+    }
+}
+
+void write_fixed_pairs(Channel& post, const CardSet& set) {
+    put(post, "*  Kx   Ky");
+    for (const std::string_view pair : set.fixed_pairs)
+        put(post, pair);
+}
+
+void write_plot(Channel& post, const CardSet& set, const Plot& plot) {
+    put_card(post, set, "7");
+    post.write_line(DASHES_ROW);
+    put(post, "*  TITLE");
+    post.write_line(plot.title);
+    put(post, "*  X - LABEL");
+    post.write_line(plot.x_label);
+    put(post, "*  Y - LABEL");
+    post.write_line(plot.y_label);
+    post.write_line(EQUALS_ROW);
+}
+
+void write_card_set(Channel& post, const CardSet& set) {
+    const bool two = !set.fixed_pairs.empty();
+    put(post, "*");
+    put(post, "* Card 12.1");
+    put(post, "*  IPTYPE");
+    put(post, set.cards.IPTYPE);
+    put_card(post, set, "1");
+    put(post, "*  IPLOT");
+    put(post, set.IPLOT);
+    put_card(post, set, "2");
+    put(post, set.cards.count);
+    put(post, two ? "    2" : "    1");
+    put_card(post, set, "3");
+    put(post, two ? set.cards.two : set.cards.one);
+    put(post, two ? set.cards.two_numbers : "    1");
+    put_card(post, set, "4");
+    put(post, "*  NDPQ");
+    put(post, set.fixed_pairs.size() == 2 ? "    2" : "    1");
+    put_card(post, set, "5");
+    if (two)
+        write_fixed_pairs(post, set);
+    else
+        write_pair_list(post, set);
+    if (set.factor_card)
+        put_card(post, set, "6");
+    put(post, set.factors.names);
+    put(post, set.factors.values);
+    for (const Plot& plot : set.plots)
+        write_plot(post, set, plot);
+}
+
+// --- labels --------------------------------------------------------------------------------------
+
+std::string joined(std::string_view name, std::string_view unit) {
+    return std::string(name) + std::string(unit);
+}
+
+// A text of the templates in the place of a title.
+std::string fixed_title(std::string_view text) {
+    std::string title(text);
+    title.resize(TEXT.columns(), ' ');
+    return title;
+}
+
+Plot history(std::string_view name, std::string_view unit) {
+    return {UNITS.TITLE, joined(" Time ", UNITS.UTIME), joined(name, unit)};
+}
+
+Plot titled_history(std::string_view title, std::string_view name, std::string_view unit) {
+    return {fixed_title(title), joined(" Time ", UNITS.UTIME), joined(name, unit)};
+}
+
+// --- templates -----------------------------------------------------------------------------------
+
+void write_template(Channel& post, const CardSet& set, const Plot& plot) {
+    CardSet with_plot = set;
+    with_plot.plots = std::span(&plot, 1);
+    write_card_set(post, with_plot);
+}
+
+// Pressures of two elements against time, then their stress paths in one plot.
+void write_stress_paths(Channel& post) {
+    const Plot pressures[] = {
+        titled_history(" Mean & Pore Fluid Pressure: Element 1", " Stress ", UNITS.USTRESS),
+        titled_history(" Mean & Pore Fluid Pressure: Element 2", " Stress ", UNITS.USTRESS)};
+    const Plot path[] = {{fixed_title(" Stress Path for Elements 1 and 2"),
+                          joined(" Effective Mean Pressure ", UNITS.USTRESS),
+                          joined(" Deviatoric Stress ", UNITS.USTRESS)}};
+    write_card_set(post, {.cards = ELEMENT_CARDS,
+                          .factors = ELEMENT_FACTORS,
+                          .plots = pressures,
+                          .fixed_pairs = PRESSURE_PAIRS});
+    write_card_set(post, {.cards = ELEMENT_CARDS,
+                          .factors = ELEMENT_FACTORS,
+                          .plots = path,
+                          .fixed_pairs = STRESS_PATH_PAIRS,
+                          .IPLOT = "    1"});
+}
+
+void write_element_templates(Channel& post) {
+    const auto with = [&post](PairGroups groups, const Factors& factors, const Plot& plot) {
+        write_template(post, {.cards = ELEMENT_CARDS, .factors = factors, .plots = {}, .groups = groups},
+                       plot);
+    };
+    if (KIND() == LayoutKind::temperature) {
+        with(ELEMENT_TEMPERATURE, SCALAR_FACTORS, history(" Temperature", UNITS.UTEMP));
+        return;
+    }
+    with(STRESS_GROUPS, ELEMENT_FACTORS, history(" Stress ", UNITS.USTRESS));
+    with(STRAIN_GROUPS, STRAIN_FACTORS, history(" Strain (%)", ""));
+    with(FORCE_GROUPS, ELEMENT_FACTORS, history(" Force ", UNITS.UFORCE));
+    with(MOMENT_GROUPS, ELEMENT_FACTORS, history(" Moment ", UNITS.UMOMENT));
+    write_stress_paths(post);
+}
+
+// Displacements of two nodes against time: a plot for each node, then a plot for each direction.
+void write_two_node_displacements(Channel& post) {
+    const auto plot = [](std::string_view title) {
+        return titled_history(title, " Displacement ", UNITS.ULENGTH);
+    };
+    const Plot by_node[] = {plot(" Hor. & Ver. Displacement: Node 1"),
+                            plot(" Hor. & Ver. Displacement: Node 2")};
+    const Plot by_direction[] = {plot(" Horizontal Displacement: Node 1 & 2"),
+                                 plot(" Vertical Displacement: Node 1 & 2")};
+    CardSet set{
+        .cards = NODE_CARDS, .factors = NODE_FACTORS, .plots = by_node, .fixed_pairs = TWO_DISPLACEMENTS};
+    write_card_set(post, set);
+    set.plots = by_direction;
+    set.IPLOT = "    1";
+    write_card_set(post, set);
+}
+
+void write_node_templates(Channel& post) {
+    CardSet set{.cards = NODE_CARDS, .factors = SCALAR_FACTORS, .plots = {}};
+    set.first_is_active = false;
+    if (KIND() == LayoutKind::temperature) {
+        set.groups = NODE_TEMPERATURE;
+        write_template(post, set, history(" Temperature  ", UNITS.UTEMP));
+        return;
+    }
+    if (KIND() == LayoutKind::head) {
+        set.groups = NODE_HEAD;
+        write_template(post, set, history(" Total Head   ", UNITS.UTEMP));
+        return;
+    }
+    set.first_is_active = true;
+    set.factors = NODE_FACTORS;
+    set.groups = DISPLACEMENT_GROUPS;
+    write_template(post, set, history(" Displacement ", UNITS.ULENGTH));
+    set.groups = VELOCITY_GROUPS;
+    set.factor_card = false;  // this template has never had the line, and decks are compared with it
+    write_template(post, set, history(" Velocity ", UNITS.UVELOC));
+    set.factor_card = true;
+    set.groups = ACCELERATION_GROUPS;
+    write_template(post, set, history(" Acceleration ", UNITS.UACCEL));
+    write_two_node_displacements(post);
+}
+
+}  // namespace
+
+void WRITEGRAFXY(Channel& post) {
+    constexpr std::string_view title = "*         POST FILE: GRAF-XY PLOT                *";
+    write_banner(post, title, "*         IPTYPE = 1 (CARD 12.2)                 *");
+    write_element_templates(post);
+    write_banner(post, title, "*         IPTYPE = 2 (CARD 12.3)                 *");
+    write_node_templates(post);
+    write_lines(post, END_OF_GRAF_XY);
+}
+
+}  // namespace brelan

@@ -1,0 +1,12 @@
+// The GRAF-XY deck of the post file: templates of time histories, in which the user puts the numbers of
+// elements and nodes.
+#pragma once
+
+#include "channel/channels.h"
+
+namespace brelan {
+
+// Writes the templates of element histories, then those of node histories, by kind, and the end of the deck.
+void WRITEGRAFXY(Channel& post);
+
+}  // namespace brelan

@@ -1,0 +1,50 @@
+#include "output/group_out.h"
+
+#include <vector>
+
+#include "channel/channels.h"
+#include "group/tables.h"
+#include "output/activity.h"
+#include "output/graf_2d.h"
+#include "output/graf_xy.h"
+#include "output/group_members.h"
+#include "output/group_text.h"
+#include "output/main_file.h"
+#include "output/rewrite_mesh.h"
+#include "output/unit_table.h"
+#include "run/channel_numbers.h"
+#include "run/trace.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr std::string_view GROUP_FILE = "GROUP.TMP";
+
+}  // namespace
+
+void GROUPOUT(std::string_view FILEM, const MeshCounts& counts) {
+    close_channel(CH_GROUP);
+    UNITTAB();
+    trace_values(1, " Pass 27.1.1 ");
+    trace_values(1, " GROUP_SORT: Beginning NGROUP = ", NGROUP);
+    const std::vector<GroupMembers> members =
+        READMEMBERS(open_channel(CH_GROUP, GROUP_FILE, OpenStatus::forward));
+    close_channel(CH_GROUP);
+    const Activity activity = WRITEACTIVITY(begin_group_text(), members);
+    if (activity.NFAD != 0) {
+        if (!activity.materials.empty())
+            REWRITEMESH(FILEM, counts, activity.NEWMAT);
+        WRITEMATERIALS(activity);
+        WRITEGROUPACTIVITY(activity, group_text());
+    }
+    Channel& post = open_channel(CH_POST, "..\\Group.Pos", OpenStatus::result);
+    WRITEGRAF2D(post, members, counts);
+    WRITEGRAFXY(post);
+    open_channel(CH_GROUP, GROUP_FILE, OpenStatus::forward);
+    close_channel(CH_GROUP, CloseAction::remove);
+    end_group_text();
+    close_channel(CH_POST);
+}
+
+}  // namespace brelan

@@ -1,0 +1,16 @@
+// The output decks of a deck with groups.
+#pragma once
+
+#include <string_view>
+
+#include "mesh/mesh_records.h"
+
+namespace brelan {
+
+// From the records of "GROUP.TMP": element activity and materials of their own for the groups, with
+// "..\MatAD.Man",
+// "..\Group.Man" and the mesh file written anew where a group has activity; the post file "..\Group.Pos" in
+// every case. The counts are those of the records in the mesh file. "GROUP.TMP" is deleted.
+void GROUPOUT(std::string_view FILEM, const MeshCounts& counts);
+
+}  // namespace brelan

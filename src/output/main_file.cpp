@@ -1,0 +1,82 @@
+#include "output/main_file.h"
+
+#include "channel/layout.h"
+#include "output/blocks.h"
+#include "run/channel_numbers.h"
+#include "run/settings.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr Layout<"(4(2X,I5))"> VALUES;
+constexpr Layout<"(1X,1(1X,I6),2(2X,I5))"> NFAD_LINE;
+
+// Columns that edition 1 has more: the user fills them in.
+constexpr std::int32_t MODEL = 0, GAMAW = 0, MCH = 0;
+
+bool is_first_edition() {
+    return IPROGM == 1;
+}
+
+void write_material_card(Channel& file, const Activity& activity) {
+    file.write_line("* Continuum Materials To Be Added");
+    if (is_first_edition())
+        write_lines(file, {"* Card 5.3.2.1", "* MATNO  MODEL  GAMAW  MATNP"});
+    else
+        write_lines(file, {"* Card 5.3.2.0", "* MATNO  MATNP"});
+    std::int32_t number = activity.first_new;
+    for (const NewMaterial& material : activity.materials) {
+        if (is_first_edition())
+            VALUES.write(file, number, MODEL, GAMAW, material.old);
+        else
+            VALUES.write_front(file, number, material.old);
+        ++number;
+    }
+    file.write_line("*");
+}
+
+void write_material_activity(Channel& file, const Activity& activity) {
+    file.write_line("* Continuum Element");
+    file.write_line(is_first_edition() ? "*   MAT    NAC   NDAC    MCH" : "*   MAT    NAC   NDAC");
+    std::int32_t number = activity.first_new;
+    for (const NewMaterial& material : activity.materials) {
+        const auto [NAC, NDAC] = material.activity;
+        if (is_first_edition())
+            VALUES.write(file, number, NAC, NDAC, MCH);
+        else
+            VALUES.write_front(file, number, NAC, NDAC);
+        ++number;
+    }
+}
+
+}  // namespace
+
+void WRITEMATERIALS(const Activity& activity) {
+    // Beams and trusses keep their materials.
+    constexpr std::int32_t MBFAD = 0, MTFAD = 0;
+    const auto MCFAD = static_cast<std::int32_t>(activity.materials.size());
+    Channel& file = open_channel(CH_TEMP_MESH, "..\\MatAD.Man", OpenStatus::result);
+    if (MCFAD > 0)
+        write_material_card(file, activity);
+    write_lines(file, {"* Main File: Material Activity", "* Card 8.1", "*  NFAD  MCFAD  MBFAD  MTFAD"});
+    VALUES.write(file, MCFAD + MBFAD + MTFAD, MCFAD, MBFAD, MTFAD);
+    write_lines(file, {"* Card 8.2", "* KSTEP ", "      1 "});
+    if (MCFAD > 0)
+        write_material_activity(file, activity);
+    file.write_line("* End Of Data ");
+    close_channel(CH_TEMP_MESH);
+}
+
+void WRITEGROUPACTIVITY(const Activity& activity, Channel& text) {
+    Channel& file = open_channel(CH_GROUP, "..\\Group.Man", OpenStatus::result);
+    write_banner(file, "*         MAIN FILE: ELEMENT ACTIVITY            *",
+                 "*         (CARD 8)                               *");
+    write_lines(file, {"* Card 8.1", "*   NFAD"});
+    NFAD_LINE.write_front(file, activity.NFAD);
+    write_lines(file, {"*", "* Card 8.2", "*  KSTEP", "       1", "*"});
+    copy_lines(text, file);
+    close_channel(CH_GROUP);
+}
+
+}  // namespace brelan

@@ -1,0 +1,14 @@
+// The nodes of the groups' lines, as the plot decks list them.
+#pragma once
+
+#include <string_view>
+
+#include "channel/channels.h"
+
+namespace brelan {
+
+// Writes the count of groups whose nodes are wanted under a card of its own, then for each of them its nodes
+// under another.
+void write_node_lists(Channel& post, std::string_view count_card, std::string_view nodes_card);
+
+}  // namespace brelan

@@ -1,0 +1,16 @@
+// The result mesh with the materials that the groups' elements got.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "mesh/mesh_records.h"
+
+namespace brelan {
+
+// Writes the mesh file anew: copied to "TEMPMESH.TMP", which stays, and from there back with the new material
+// of each continuum element, 0 leaving the old one. The counts are those of the records in the file.
+void REWRITEMESH(std::string_view FILEM, const MeshCounts& counts, std::span<const std::int32_t> NEWMAT);
+
+}  // namespace brelan
