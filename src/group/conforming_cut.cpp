@@ -5,6 +5,8 @@
 
 #include "group/cut_table.h"
 #include "group/engine_mesh.h"
+#include "group/indexes.h"
+#include "group/row_index.h"
 #include "mesh/kinds.h"
 
 namespace brelan {
@@ -26,26 +28,14 @@ bool contains(const Point& P, const Corners& c) {
 
 // Every row learns that a corner of its own is on the line.
 void mark_corner(std::int32_t node) {
-    for (CutRow& row : CUTTAB) {
+    for (const std::uint32_t r : rows_with(node)) {
+        CutRow& row = CUTTAB[r];
         if (row.E <= 0)
             continue;
         for (int i = 0; i < row.corners(); ++i)
             if (row.N[i] == node)
                 row.V[i] = 1;
     }
-}
-
-bool is_side(const CutRow& row, const RowSide& side, std::int32_t a, std::int32_t b) {
-    return (row.N[side.A] == a && row.N[side.B] == b) || (row.N[side.A] == b && row.N[side.B] == a);
-}
-
-// Calls the action with each row that has the side between two nodes and the place of its mark.
-template <class Action>
-void for_rows_with_side(std::int32_t a, std::int32_t b, Action action) {
-    for (CutRow& row : CUTTAB)
-        for (int i = 0; i < row.corners(); ++i)
-            if (is_side(row, side_of(row, i), a, b))
-                action(row, row.S[side_of(row, i).S]);
 }
 
 // The code words of a new node follow other nodes one after the other: in the coupled and displacement kinds
@@ -227,8 +217,9 @@ void place_one_end(const Point& P, const Point& Q0) {
 constexpr float SHARE_OF_SIDE = 0.1F;   // of a side: a crossing so near to a frozen corner is the corner
 constexpr std::int32_t ONLY_MOVE = -2;  // IEND: nodes move, none is added
 
-// Brings one side to the segment.
-void SIDECUT(CutRow& row, const RowSide& side, const Point& P1, const Point& P2, const CutMode& mode) {
+// Brings one side to the segment. Gives the number of the node that it moves, 0 for none.
+std::int32_t SIDECUT(CutRow& row, const RowSide& side, const Point& P1, const Point& P2,
+                     const CutMode& mode) {
     const std::int32_t nodeA = row.N[side.A];
     const std::int32_t nodeB = row.N[side.B];
     const Point A = node_point(nodeA);
@@ -237,11 +228,12 @@ void SIDECUT(CutRow& row, const RowSide& side, const Point& P1, const Point& P2,
         if (row.S[side.S] != 0 && !mode.DEFERCUT)
             clear_side(nodeA, nodeB);
     };
-    if (NEARLINE(P1, P2, A, TOLLINE).distance < TOLMOVE && NEARLINE(P1, P2, B, TOLLINE).distance < TOLMOVE)
-        return drop_planned_node();
     const Meeting crossing = SEGCROSS(P1, P2, A, B);
-    if (!crossing.meets)
-        return drop_planned_node();
+    const auto is_on_line = [&](const Point& p) { return NEARLINE(P1, P2, p, TOLLINE).distance < TOLMOVE; };
+    if (!crossing.meets || (is_on_line(A) && is_on_line(B))) {
+        drop_planned_node();
+        return 0;
+    }
     const Point X = crossing.point;
     const float L = distance(A, B);
     const float D = distance(A, X);
@@ -258,7 +250,8 @@ void SIDECUT(CutRow& row, const RowSide& side, const Point& P1, const Point& P2,
     if (FROZEN[node] == 0 || (FROZEN[node] == 1 && FROZEN[other] == 1)) {
         move_node(node, X);
         mark();
-        return drop_planned_node();
+        drop_planned_node();
+        return node;
     }
     // The corner may not move. The neighbouring side may be so short that the crossing has to be nearer to
     // count as it.
@@ -270,10 +263,30 @@ void SIDECUT(CutRow& row, const RowSide& side, const Point& P1, const Point& P2,
             ADDSIDE(row, side, X);
         else if (nearer_B && KIND() != LayoutKind::displacement)
             drop_planned_node();
-        return;
+        return 0;
     }
     mark();
     drop_planned_node();
+    return 0;
+}
+
+// While the elements wait for their split, a side that the segment misses stays as it is. So only rows near
+// the segment can change, and those that a node moved on the way has brought to it.
+void scan_rows_near(const Point& P1, const Point& P2, const CutMode& mode) {
+    std::vector<std::uint32_t> rows = rows_of(elements_near(P1, P2));
+    for (std::size_t k = 0; k < rows.size(); ++k) {
+        CutRow& row = CUTTAB[rows[k]];
+        for (int i = 0; i < row.corners(); ++i) {
+            const std::int32_t moved = SIDECUT(row, side_of(row, i), P1, P2, mode);
+            if (moved == 0)
+                continue;
+            for (const std::uint32_t other : rows_with(moved)) {
+                const auto at = std::lower_bound(rows.begin(), rows.end(), other);
+                if (other > rows[k] && (at == rows.end() || *at != other))
+                    rows.insert(at, other);
+            }
+        }
+    }
 }
 
 }  // namespace
@@ -289,6 +302,7 @@ void COLLECT(const Point& P1, const Point& P2) {
         row.M = w.MATNO;
         row.E = e;
         CUTTAB.push_back(row);
+        note_row();
         IEL[e].I1 = -w.I1;
     };
     const auto open_to_cut = [](std::int32_t e) { return is_selected(e) && IEL[e].I1 > 0; };
@@ -319,6 +333,8 @@ void PLACEEND(const Point& P1, const Point& P2, bool skip1, bool skip2) {
 }
 
 void SIDESCAN(const Point& P1, const Point& P2, const CutMode& mode) {
+    if (indexes_are_on && mode.DEFERCUT)
+        return scan_rows_near(P1, P2, mode);
     for (CutRow& row : CUTTAB)
         for (int i = 0; i < row.corners(); ++i)
             SIDECUT(row, side_of(row, i), P1, P2, mode);

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <string>
 
+#include "group/indexes.h"
+#include "group/node_index.h"
 #include "mesh/kinds.h"
 
 namespace brelan {
@@ -43,8 +45,6 @@ constexpr std::int32_t MOST_CELLS = 400;  // along one axis
 // that it still stands in older cells costs a test and changes nothing.
 class ElementIndex {
 public:
-    bool on = true;
-
     void build() {
         cells_.clear();
         anywhere_.clear();
@@ -95,7 +95,7 @@ public:
 
     std::span<const std::int32_t> near(const Point& p1, const Point& p2, float reach) {
         found_.clear();
-        if (!on || cells_.empty()) {
+        if (!indexes_are_on || cells_.empty()) {
             for (std::int32_t e = 1; e <= NCONT; ++e)
                 found_.push_back(e);
             return found_;
@@ -113,7 +113,7 @@ public:
 
     std::vector<std::int32_t> with(std::span<const std::int32_t> nodes) {
         std::vector<std::int32_t> elements;
-        if (!on || cells_.empty()) {
+        if (!indexes_are_on || cells_.empty()) {
             for (std::int32_t e = 1; e <= NCONT; ++e)
                 elements.push_back(e);
             return elements;
@@ -280,10 +280,12 @@ void move_node(std::int32_t n, const Point& point) {
     XC[n] = point.x;
     YC[n] = point.y;
     the_index.note_node(n);
+    note_node_place(n);
 }
 
-void build_element_index() {
+void build_indexes() {
     the_index.build();
+    forget_node_places();
 }
 
 void note_element(std::int32_t e) {
@@ -296,10 +298,6 @@ std::span<const std::int32_t> elements_near(const Point& p1, const Point& p2, fl
 
 std::vector<std::int32_t> elements_with(std::span<const std::int32_t> nodes) {
     return the_index.with(nodes);
-}
-
-void use_element_index(bool on) {
-    the_index.on = on;
 }
 
 }  // namespace brelan

@@ -51,8 +51,8 @@ void move_node(std::int32_t n, const Point& point);
 // The index of element places follows the mesh as it changes. It never leaves out an element that lies at a
 // place, so what is found with it is what a scan of all elements in ascending number would find.
 
-// Builds the index over elements 1 to NCONT.
-void build_element_index();
+// Builds the index over elements 1 to NCONT, and forgets what was known of another mesh.
+void build_indexes();
 
 // Notes that an element has new corners.
 void note_element(std::int32_t e);
@@ -63,9 +63,5 @@ std::span<const std::int32_t> elements_near(const Point& p1, const Point& p2, fl
 
 // All elements that may have one of the nodes as a corner, in ascending number.
 std::vector<std::int32_t> elements_with(std::span<const std::int32_t> nodes);
-
-// Switches the index off: elements_near then gives every element. For tests that hold the two against each
-// other.
-void use_element_index(bool on);
 
 }  // namespace brelan

@@ -273,15 +273,7 @@ std::int32_t SCANPOLY(const Point& point, std::span<const Point> polygon, std::i
     for (std::size_t K = 0; K < NB; ++K) {
         const Point& from = polygon[K];
         const Point& to = polygon[K + 1 == NB ? 0 : K + 1];
-        if (from.y == to.y)
-            continue;
-        const Point& LO = from.y < to.y ? from : to;
-        const Point& HI = from.y < to.y ? to : from;
-        if (point.y > HI.y || point.y <= LO.y)
-            continue;
-        const float X = LO.x + (point.y - LO.y) * ((HI.x - LO.x) / (HI.y - LO.y));
-        if (X - point.x < 0.0F)
-            ++left_of_point;
+        left_of_point += crosses_left_of(point, from, to) ? 1 : 0;
     }
     return left_of_point % 2;
 }

@@ -72,6 +72,19 @@ struct Snap {
 };
 Snap NEARLINE(const Point& p1, const Point& p2, const Point& node, float limit);
 
+// True when an edge of a polygon crosses the height of a point strictly to its left. Its upper end counts,
+// its lower does not; an edge along the height does not cross it.
+inline bool crosses_left_of(const Point& point, const Point& from, const Point& to) {
+    if (from.y == to.y)
+        return false;
+    const Point& LO = from.y < to.y ? from : to;
+    const Point& HI = from.y < to.y ? to : from;
+    if (point.y > HI.y || point.y <= LO.y)
+        return false;
+    const float X = LO.x + (point.y - LO.y) * ((HI.x - LO.x) / (HI.y - LO.y));
+    return X - point.x < 0.0F;
+}
+
 // Point in polygon by scan line: an edge's upper end counts, its lower does not, and only crossings strictly
 // left of the point (even-odd rule). The polygon is closed by the routine. An empty polygon contains
 // everything. Stops the run with "222" at more than 2,001 points. Callers whose `in` is not 999 get 0 at a

@@ -135,7 +135,7 @@ void GROUPDRV() {
     for (std::int32_t i = 1; i <= MAXGROUPS; ++i)
         KEPTLINES[i] = KeptLine{};
     NPIPE = NCONV = NFSEC = 0;
-    build_element_index();
+    build_indexes();
     std::int32_t records = 0;
     for (std::int32_t g = 1; g <= NGROUP; ++g)
         if (run_group(g))

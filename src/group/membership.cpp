@@ -3,12 +3,17 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "channel/free_field.h"
+#include "channel/layout.h"
 #include "group/engine_mesh.h"
+#include "group/indexes.h"
+#include "group/polygon_scan.h"
 
 namespace brelan {
 
 namespace {
+
+// As a free-field line of integers.
+constexpr Layout<"(5(1X,I11))"> MEMBER_RECORD;
 
 // Where a row lies, with room for TOLLINE and rounding: an element outside belongs to no piece of the row.
 struct RowBox {
@@ -19,12 +24,22 @@ struct RowBox {
         return always || (G.x >= x0 && G.x <= x1 && G.y >= y0 && G.y <= y1);
     }
 };
-std::vector<RowBox> boxes;
+
+// The rows that take part in each of the three scans.
+struct ScannedRow {
+    RowBox box;
+    std::int32_t row;
+};
+struct ScannedOutline : ScannedRow {
+    PolygonScan polygon;
+};
+std::vector<ScannedOutline> outlines;
+std::vector<ScannedRow> lines, strips;
 
 RowBox box_of(const ListingRow& row) {
     RowBox box;
     const bool tested = row.points.size() > 0 && row.points.size() <= static_cast<std::size_t>(MAXPOLYGON);
-    if (!tested)
+    if (!tested || !indexes_are_on)
         return box;
     box = {row.points[0].x, row.points[0].y, row.points[0].x, row.points[0].y, false};
     for (const Point& p : row.points) {
@@ -84,7 +99,7 @@ bool in_strip(const ListingRow& row, const Point& G) {
 void record(Channel& file, ListingRow& row, std::int32_t element, std::int32_t material, std::int8_t type) {
     ++row.members;
     ++NMEMBER;
-    write_free(file, row.group, material, element, static_cast<std::int32_t>(type), row.sub_kind);
+    MEMBER_RECORD.write(file, row.group, material, element, static_cast<std::int32_t>(type), row.sub_kind);
 }
 
 void count_material(std::int8_t type, std::int32_t material) {
@@ -102,36 +117,37 @@ void count_material(std::int8_t type, std::int32_t material) {
 void begin_membership() {
     NMEMBER = NMATC = NMATB = NMATT = 0;
     NTRUSM.clear();
-    boxes.clear();
-    for (std::int32_t i = 1; i <= NGRP; ++i)
-        boxes.push_back(box_of(LISTING[i]));
+    outlines.clear();
+    lines.clear();
+    strips.clear();
+    for (std::int32_t i = 1; i <= NGRP; ++i) {
+        const ListingRow& row = LISTING[i];
+        if (row.MTYPE == 0 || row.MTYPE == -1 || row.points.empty())
+            continue;
+        const ScannedRow scanned{box_of(row), i};
+        const bool open_line = std::abs(row.MTYPE) == 2 && row.closed == 0;
+        if (row.sub_kind == ROW_OUTLINE && !open_line)
+            outlines.push_back({scanned, PolygonScan(row.points)});
+        else if (row.sub_kind == ROW_LINE)
+            lines.push_back(scanned);
+        else if (row.sub_kind == ROW_JOINT && row.MTYPE < 0 && row.points.size() >= 2)
+            strips.push_back(scanned);
+    }
 }
 
 void GROUPMEMBER(Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type) {
     count_material(type, words.MATNO);
-    const auto takes_part = [](const ListingRow& row, std::int32_t sub_kind) {
-        return row.sub_kind == sub_kind && row.MTYPE != 0 && row.MTYPE != -1 && !row.points.empty();
-    };
-    const auto each_row = [&](const Point& G, auto test) {
-        for (std::int32_t i = 1; i <= NGRP; ++i) {
-            ListingRow& row = LISTING[i];
-            if (boxes[static_cast<std::size_t>(i - 1)].may_hold(G) && test(row))
-                record(file, row, element, words.MATNO, type);
-        }
-    };
     const Point centre = mean_of(words, type == EL_CONTINUUM ? 4 : 2);
-    each_row(centre, [&](const ListingRow& row) {
-        const bool open_line = std::abs(row.MTYPE) == 2 && row.closed == 0;
-        return takes_part(row, ROW_OUTLINE) && !open_line && SCANPOLY(centre, row.points, SCAN_ALWAYS) == 1;
-    });
-    if (type != EL_CONTINUUM) {
-        each_row(centre,
-                 [&](const ListingRow& row) { return takes_part(row, ROW_LINE) && on_line(row, centre); });
-        return;
-    }
-    each_row(centre, [&](const ListingRow& row) {
-        return takes_part(row, ROW_JOINT) && row.MTYPE < 0 && row.points.size() >= 2 && in_strip(row, centre);
-    });
+    const auto scan = [&](const auto& rows, auto holds) {
+        for (const auto& scanned : rows)
+            if (scanned.box.may_hold(centre) && holds(scanned))
+                record(file, LISTING[scanned.row], element, words.MATNO, type);
+    };
+    scan(outlines, [&](const ScannedOutline& outline) { return outline.polygon.inside(centre); });
+    if (type == EL_CONTINUUM)
+        scan(strips, [&](const ScannedRow& strip) { return in_strip(LISTING[strip.row], centre); });
+    else
+        scan(lines, [&](const ScannedRow& line) { return on_line(LISTING[line.row], centre); });
 }
 
 }  // namespace brelan

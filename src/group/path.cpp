@@ -8,6 +8,8 @@
 
 #include "group/conforming_cut.h"
 #include "group/engine_mesh.h"
+#include "group/indexes.h"
+#include "group/node_index.h"
 
 namespace brelan {
 
@@ -204,6 +206,16 @@ std::vector<std::int32_t> nodes_near(const Point& from, const Point& to, std::ve
     return nodes;
 }
 
+// True for a node beyond the reach of NEARLINE at both ends and everywhere between.
+bool is_far(const Point& from, const Point& to, const Point& node) {
+    if (!indexes_are_on)
+        return false;
+    const float size = std::max({std::abs(from.x), std::abs(from.y), std::abs(to.x), std::abs(to.y)});
+    const float reach = std::abs(TOLLINE) * 1.001F + size * 1.0E-6F + 1.0E-18F;
+    return node.x < std::min(from.x, to.x) - reach || node.x > std::max(from.x, to.x) + reach ||
+           node.y < std::min(from.y, to.y) - reach || node.y > std::max(from.y, to.y) + reach;
+}
+
 // Rising D; of equal values the later candidate comes first.
 void sort_candidates(std::vector<Candidate>& candidates) {
     std::reverse(candidates.begin(), candidates.end());
@@ -235,7 +247,7 @@ KeptLine LISTNODES(const Path& path) {
         const Point& to = path.end_of(edge);
         std::vector<Candidate> candidates;
         for (const std::int32_t n : nodes_near(from, to, seen)) {
-            if (listed[static_cast<std::size_t>(n)])
+            if (listed[static_cast<std::size_t>(n)] || is_far(from, to, node_point(n)))
                 continue;
             const Snap snap = NEARLINE(from, to, node_point(n), TOLLINE);
             if (snap.near)
@@ -259,10 +271,7 @@ KeptLine LISTNODES(const Path& path) {
 KeptLine LISTFREENODES(const Path& path) {
     KeptLine line;
     for (const Point& point : path.point) {
-        std::int32_t node = 0;
-        for (std::int32_t n = 1; n <= NUMNP && node == 0; ++n)
-            if (distance(node_point(n), point) < TOLSAME)
-                node = n;
+        std::int32_t node = lowest_node_within(point, TOLSAME);
         if (node == 0) {
             node = add_node(point);
             IDN[node][4] = 1;

@@ -1,6 +1,5 @@
 #include "group/regions.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <unordered_map>
@@ -8,6 +7,7 @@
 
 #include "group/engine_mesh.h"
 #include "group/joints.h"
+#include "group/polygon_scan.h"
 #include "mesh/mesh_records.h"
 #include "run/settings.h"
 
@@ -64,56 +64,22 @@ void duplicate(std::int32_t e, const RegionMaterial& material, const SavedCorner
         IEL[e].MATNO = material.MATold != 0 ? material.MATold : material.MAT + 1;
 }
 
-// Point in polygon for many points: outside the polygon's box there is nothing inside.
-class PathScan {
-public:
-    explicit PathScan(std::span<const Point> path) : path_(path) {
-        if (path.empty())
-            return;
-        x0_ = x1_ = path[0].x;
-        y0_ = y1_ = path[0].y;
-        for (const Point& p : path) {
-            x0_ = std::min(x0_, p.x);
-            x1_ = std::max(x1_, p.x);
-            y0_ = std::min(y0_, p.y);
-            y1_ = std::max(y1_, p.y);
-        }
-        const float room = (std::abs(x0_) + std::abs(x1_)) * 1.0E-5F;
-        x0_ = x0_ - room;
-        x1_ = x1_ + room;
-    }
-
-    // A path of no points holds everything, and one of too many stops the run at the first look.
-    bool has_box() const { return !path_.empty() && path_.size() <= static_cast<std::size_t>(MAXPOLYGON); }
-
-    // The selected elements up to a number that may be inside, in ascending number.
-    std::vector<std::int32_t> candidates(std::int32_t last) const {
-        const std::span<const std::int32_t> near = elements_near({x0_, y0_}, {x1_, y1_});
-        std::vector<std::int32_t> elements;
-        for (const std::int32_t e : near)
-            if (e <= last)
-                elements.push_back(e);
-        return elements;
-    }
-
-    bool inside(const Point& G) const {
-        if (has_box() && (G.y > y1_ || G.y <= y0_ || G.x < x0_ || G.x > x1_))
-            return false;
-        return SCANPOLY(G, path_, SCAN_ALWAYS) == 1;
-    }
-
-private:
-    std::span<const Point> path_;
-    float x0_ = 0.0F, x1_ = 0.0F, y0_ = 0.0F, y1_ = 0.0F;
-};
+// The elements up to a number that may have their middle inside, in ascending number.
+std::vector<std::int32_t> candidates(const PolygonScan& scan, std::int32_t last) {
+    std::vector<std::int32_t> elements;
+    for (const std::int32_t e : elements_near(scan.low(), scan.high()))
+        if (e <= last)
+            elements.push_back(e);
+    return elements;
+}
 
 // The elements that the region stage looks at: those that stand when it begins. What acts inside only needs
 // those that may be inside, a line none but for the length of its path.
-std::vector<std::int32_t> elements_for(const RegionMaterial& material, const PathScan& scan) {
+std::vector<std::int32_t> elements_for(const RegionMaterial& material, const PolygonScan& scan) {
     const bool acts_inside =
         material.MTYPE == 1 || std::abs(material.MTYPE) == 3 || std::abs(material.MTYPE) == 4;
     if (scan.has_box() && material.MTYPE != -1)
-        return acts_inside ? scan.candidates(NCONT) : std::vector<std::int32_t>{};
+        return acts_inside ? candidates(scan, NCONT) : std::vector<std::int32_t>{};
     std::vector<std::int32_t> elements;
     for (std::int32_t e = 1; e <= NCONT; ++e)
         elements.push_back(e);
@@ -123,7 +89,7 @@ std::vector<std::int32_t> elements_for(const RegionMaterial& material, const Pat
 }  // namespace
 
 void REGIONS(const RegionMaterial& material, std::span<const Point> path) {
-    const PathScan scan(path);
+    const PolygonScan scan(path);
     std::unordered_map<std::int32_t, const SavedCorners*> saved;
     for (const SavedCorners& entry : TWINSAVE)
         saved[entry.element] = &entry;

@@ -4,6 +4,7 @@
 #include "group/conforming_cut.h"
 #include "group/cut_table.h"
 #include "group/engine_mesh.h"
+#include "group/row_index.h"
 #include "group/split_patterns.h"
 #include "mesh/mesh_records.h"
 
@@ -35,51 +36,20 @@ std::span<const Part> first_of(const std::array<SplitPattern, COUNT>& table, uns
     return std::find_if(table.begin(), table.end(), applies)->parts();
 }
 
-// The rows that share a side, found by its two nodes.
-class SideMap {
-public:
-    SideMap() {
-        for (std::size_t r = 0; r < CUTTAB.size(); ++r)
-            for (int i = 0; i < CUTTAB[r].corners(); ++i)
-                entries_.push_back({key(CUTTAB[r], side_of(CUTTAB[r], i)), r, side_of(CUTTAB[r], i).S});
-        std::sort(entries_.begin(), entries_.end(),
-                  [](const Entry& a, const Entry& b) { return a.key < b.key; });
-    }
-
-    void clear(const CutRow& row, const RowSide& side) const {
-        const std::uint64_t wanted = key(row, side);
-        auto at = std::lower_bound(entries_.begin(), entries_.end(), wanted,
-                                   [](const Entry& a, std::uint64_t b) { return a.key < b; });
-        for (; at != entries_.end() && at->key == wanted; ++at)
-            CUTTAB[at->row].S[at->mark] = 0;
-    }
-
-private:
-    struct Entry {
-        std::uint64_t key;
-        std::size_t row;
-        int mark;
-    };
-    static std::uint64_t key(const CutRow& row, const RowSide& side) {
-        const auto a = static_cast<std::uint32_t>(row.N[side.A]);
-        const auto b = static_cast<std::uint32_t>(row.N[side.B]);
-        return (std::uint64_t{std::min(a, b)} << 32) | std::max(a, b);
-    }
-    std::vector<Entry> entries_;
-};
-
 // A row with two corners on the line, or one and a centre, needs no side node; its neighbours lose it too.
 void reduce_sides() {
-    const SideMap sides;
     for (CutRow& row : CUTTAB) {
         if (row.E <= 0)
             continue;
         const int on_line = count_bits(marks_of(row), MV1);
         if (on_line < (row.C != 0 ? 1 : 2))
             continue;
-        for (int i = 0; i < row.corners(); ++i)
-            if (row.S[side_of(row, i).S] != 0)
-                sides.clear(row, side_of(row, i));
+        for (int i = 0; i < row.corners(); ++i) {
+            const RowSide& side = side_of(row, i);
+            if (row.S[side.S] != 0)
+                for_rows_with_side(row.N[side.A], row.N[side.B],
+                                   [](const CutRow&, std::int32_t& mark) { mark = 0; });
+        }
     }
 }
 
@@ -162,7 +132,7 @@ void SPLITROWS() {
     for (const CutRow& row : CUTTAB)
         if (row.E > 0)
             write_back(row);
-    CUTTAB.clear();
+    clear_rows();
 }
 
 }  // namespace brelan

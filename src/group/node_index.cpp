@@ -1,0 +1,109 @@
+#include "group/node_index.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "group/engine_mesh.h"
+#include "group/indexes.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr std::int32_t MOST_CELLS = 400;  // along one axis
+
+bool is_within(std::int32_t n, const Point& point, float reach) {
+    return distance(node_point(n), point) < reach;
+}
+
+// Cells hold the numbers of the nodes that lie in them, ascending. A node that moves is entered again where
+// it lies now; where it lay before it stays, and the look at its distance passes it over. Built at the first
+// search: most runs have no free line.
+class NodeIndex {
+public:
+    void forget() { cells_.clear(); }
+
+    void note(std::int32_t n) {
+        if (cells_.empty())
+            return;
+        std::vector<std::int32_t>& cell = cells_[place(column(XC[n]), row(YC[n]))];
+        const auto at = std::lower_bound(cell.begin(), cell.end(), n);
+        if (at == cell.end() || *at != n)
+            cell.insert(at, n);
+    }
+
+    std::int32_t lowest_within(const Point& point, float reach) {
+        if (cells_.empty())
+            build();
+        // Distances below the smallest normal number come out as 0.
+        const float room_x = reach * 1.001F + std::abs(point.x) * 1.0E-6F + 1.0E-18F;
+        const float room_y = reach * 1.001F + std::abs(point.y) * 1.0E-6F + 1.0E-18F;
+        std::int32_t lowest = std::numeric_limits<std::int32_t>::max();
+        for (std::int32_t c = column(point.x - room_x); c <= column(point.x + room_x); ++c)
+            for (std::int32_t r = row(point.y - room_y); r <= row(point.y + room_y); ++r)
+                for (const std::int32_t n : cells_[place(c, r)]) {
+                    if (n >= lowest)
+                        break;
+                    if (is_within(n, point, reach))
+                        lowest = n;
+                }
+        return lowest <= NUMNP ? lowest : 0;
+    }
+
+private:
+    void build() {
+        x0_ = x1_ = XC[1];
+        y0_ = y1_ = YC[1];
+        for (std::int32_t n = 1; n <= NUMNP; ++n) {
+            x0_ = std::min(x0_, XC[n]);
+            x1_ = std::max(x1_, XC[n]);
+            y0_ = std::min(y0_, YC[n]);
+            y1_ = std::max(y1_, YC[n]);
+        }
+        const float side = std::sqrt(static_cast<float>(std::max(NUMNP, 1)));
+        count_ = std::clamp(static_cast<std::int32_t>(side), 1, MOST_CELLS);
+        cells_.assign(static_cast<std::size_t>(count_) * static_cast<std::size_t>(count_), {});
+        for (std::int32_t n = 1; n <= NUMNP; ++n)
+            cells_[place(column(XC[n]), row(YC[n]))].push_back(n);
+    }
+
+    // Cells at the border reach beyond it without end.
+    std::int32_t cell(float v, float low, float high) const {
+        const float at = (v - low) / std::max(high - low, 1.0E-30F) * static_cast<float>(count_);
+        return at > 0.0F ? static_cast<std::int32_t>(std::min(at, static_cast<float>(count_ - 1))) : 0;
+    }
+    std::int32_t column(float x) const { return cell(x, x0_, x1_); }
+    std::int32_t row(float y) const { return cell(y, y0_, y1_); }
+    std::size_t place(std::int32_t c, std::int32_t r) const {
+        return static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) + static_cast<std::size_t>(r);
+    }
+
+    float x0_ = 0.0F, x1_ = 0.0F, y0_ = 0.0F, y1_ = 0.0F;
+    std::int32_t count_ = 1;
+    std::vector<std::vector<std::int32_t>> cells_;
+};
+
+NodeIndex the_index;
+
+}  // namespace
+
+std::int32_t lowest_node_within(const Point& point, float reach) {
+    if (indexes_are_on)
+        return the_index.lowest_within(point, reach);
+    for (std::int32_t n = 1; n <= NUMNP; ++n)
+        if (is_within(n, point, reach))
+            return n;
+    return 0;
+}
+
+void note_node_place(std::int32_t n) {
+    the_index.note(n);
+}
+
+void forget_node_places() {
+    the_index.forget();
+}
+
+}  // namespace brelan

@@ -1,0 +1,84 @@
+#include "group/polygon_scan.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "group/indexes.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr float MOST_BANDS = 2048.0F;
+constexpr float ENTRIES = 4.0F;  // for each edge, over all bands
+
+}  // namespace
+
+PolygonScan::PolygonScan(std::span<const Point> polygon) : polygon_(polygon) {
+    if (!indexes_are_on || polygon.empty() || polygon.size() > static_cast<std::size_t>(MAXPOLYGON))
+        return;
+    low_ = high_ = polygon[0];
+    for (const Point& p : polygon) {
+        if (!std::isfinite(p.x) || !std::isfinite(p.y))
+            return;
+        low_ = {std::min(low_.x, p.x), std::min(low_.y, p.y)};
+        high_ = {std::max(high_.x, p.x), std::max(high_.y, p.y)};
+    }
+    sort_edges();
+    // Rounded crossings.
+    const float room = (std::abs(low_.x) + std::abs(high_.x)) * 1.0E-5F;
+    low_.x = low_.x - room;
+    high_.x = high_.x + room;
+    has_box_ = true;
+}
+
+void PolygonScan::sort_edges() {
+    const std::size_t NB = polygon_.size();
+    const auto next = [&](std::size_t K) -> const Point& { return polygon_[K + 1 == NB ? 0 : K + 1]; };
+    const float height = std::max(high_.y - low_.y, 1.0E-30F);
+    float heights = 0.0F;  // of all edges, as shares of the whole
+    for (std::size_t K = 0; K < NB; ++K)
+        heights += std::abs(polygon_[K].y - next(K).y) / height;
+    const float bands = ENTRIES * static_cast<float>(NB) / std::max(heights, 1.0F);
+    first_.assign(static_cast<std::size_t>(std::clamp(bands, 1.0F, MOST_BANDS)) + 1, 0);
+    const auto each_band = [&](auto action) {
+        for (std::size_t K = 0; K < NB; ++K) {
+            const float from = polygon_[K].y, to = next(K).y;
+            if (from == to)
+                continue;
+            for (std::size_t b = band(std::min(from, to)); b <= band(std::max(from, to)); ++b)
+                action(b, static_cast<std::uint32_t>(K));
+        }
+    };
+    std::vector<std::uint32_t> free(first_.size(), 0);
+    each_band([&](std::size_t b, std::uint32_t) { ++free[b]; });
+    for (std::size_t b = 0; b + 1 < first_.size(); ++b)
+        first_[b + 1] = first_[b] + free[b];
+    edges_.resize(first_.back());
+    free = first_;
+    each_band([&](std::size_t b, std::uint32_t K) { edges_[free[b]++] = K; });
+}
+
+// Heights beyond the polygon belong to its lowest and highest band.
+std::size_t PolygonScan::band(float y) const {
+    const auto bands = static_cast<float>(first_.size() - 1);
+    const float place = (y - low_.y) / std::max(high_.y - low_.y, 1.0E-30F) * bands;
+    return place > 0.0F ? static_cast<std::size_t>(std::min(place, bands - 1.0F)) : 0;
+}
+
+bool PolygonScan::inside(const Point& point) const {
+    if (!has_box_)
+        return SCANPOLY(point, polygon_, SCAN_ALWAYS) == 1;
+    if (point.y > high_.y || point.y <= low_.y || point.x < low_.x || point.x > high_.x)
+        return false;
+    const std::size_t b = band(point.y);
+    int left_of_point = 0;
+    for (std::size_t i = first_[b]; i < first_[b + 1]; ++i) {
+        const std::size_t K = edges_[i];
+        left_of_point +=
+            crosses_left_of(point, polygon_[K], polygon_[K + 1 == polygon_.size() ? 0 : K + 1]) ? 1 : 0;
+    }
+    return left_of_point % 2 == 1;
+}
+
+}  // namespace brelan
