@@ -137,6 +137,17 @@ TEST(GroupCards, OutputLinesFollowTheMaterial) {
                  "IGPOST 1");
 }
 
+TEST(GroupCards, OutputLinesFollowTheTypeThatHasNoMaterialLine) {
+    for (const int MTYPE : {-1, 6, -5})
+        expect_lines(
+            normalised(Kind::coupled, NO_LISTS + Lines{"1"} + REFERENCE +
+                                          Lines{std::to_string(MTYPE) + " 1 0"} + POST + FAR_LINE),
+            front(1) +
+                Lines{I({MTYPE, 1, 0}), I({1, 2}), I({3, 4}), I({5, 6}), I({7, 8}), I({9, 10}), I({11, 12})} +
+                switches() + FAR_LINE_NORMALISED,
+            std::to_string(MTYPE));
+}
+
 TEST(GroupCards, SkippedGroupHasOneCard) {
     expect_lines(
         normalised(Kind::coupled, NO_LISTS + Lines{"2"} + REFERENCE + Lines{"0 1 1", "-1"} + FAR_LINE),

@@ -1,123 +1,17 @@
 // Whole runs with groups over eight unit squares. The lines run along sides, so that every count, number and
 // material can be told by hand.
-//
-//   11---12---13---14---15      squares 1 to 4 below, 5 to 8 above
-//    | 5  | 6  | 7  | 8  |      node 1 at (0, 0), node 15 at (4, 2)
-//    6----7----8----9---10
-//    | 1  | 2  | 3  | 4  |
-//    1----2----3----4----5
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "decks/edit_run.h"
-#include "harness/mesh.h"
+#include "decks/group_run.h"
 
 namespace brelan::test {
 namespace {
-
-Mesh squares(Kind kind) {
-    Mesh mesh;
-    mesh.kind = kind;
-    const bool mechanical = kind == Kind::coupled || kind == Kind::displacement;
-    const std::size_t words = kind == Kind::coupled ? 5 : kind == Kind::displacement ? 3 : 2;
-    for (int row = 0; row < 3; ++row)
-        for (int column = 0; column < 5; ++column) {
-            MeshNode node;
-            node.number = 5 * row + column + 1;
-            node.codes.assign(words, 0);
-            node.codes.back() = mechanical ? 1 : 0;
-            node.x = column;
-            node.y = row;
-            mesh.nodes.push_back(node);
-        }
-    for (int i = 0; i < 8; ++i) {
-        const int a = i / 4 * 5 + i % 4 + 1;
-        MeshElement element;
-        element.number = i + 1;
-        element.corners = {a, a + 1, a + 6, a + 5};
-        element.codes.assign(kind == Kind::coupled ? 4 : mechanical ? 0 : 1, 0);
-        element.reals.assign(kind == Kind::coupled ? 1 : mechanical ? 2 : 0, 1.0);
-        mesh.continuum.push_back(element);
-    }
-    return mesh;
-}
-
-// Runs the groups; `out.Mes` is the result.
-class GroupRun {
-public:
-    GroupRun(Kind kind, int groups, const Lines& cards, const Mesh& mesh, const std::string& Hi = "0")
-        : kind_(kind), project_(kind) {
-        project_.write("mesh.Mes", mesh.text());
-        project_.write_data("DV-BRELAN.dat", "0 0.01 0.01 0.001\n0 0.01 0 0 0 0 0 0\n0\n");
-        project_.deck(text_of(Lines{"1 0", "mesh.Mes", "out.Mes", "1 1", "4", "0", "0", "0",
-                                    std::to_string(groups), "0 0 " + Hi} +
-                              cards));
-        expect_finished(project_.run());
-        EXPECT_FALSE(project_.exists_work("JOINT.TMP"));
-        EXPECT_FALSE(project_.exists_work("GROUP.TMP"));
-        check = check_mesh(project_.read("out.Mes"), kind);
-    }
-    GroupRun(Kind kind, const Lines& cards) : GroupRun(kind, 1, cards, squares(kind)) {}
-
-    void expect_counts(std::size_t nodes, std::size_t continuum, std::size_t beams, std::size_t trusses) {
-        EXPECT_EQ(check.mesh.nodes.size(), nodes) << name_of(kind_);
-        EXPECT_EQ(check.mesh.continuum.size(), continuum) << name_of(kind_);
-        EXPECT_EQ(check.mesh.beams.size(), beams) << name_of(kind_);
-        EXPECT_EQ(check.mesh.trusses.size(), trusses) << name_of(kind_);
-    }
-    const MeshElement& element(int number) const {
-        for (const MeshElement& e : check.mesh.continuum)
-            if (e.number == number)
-                return e;
-        throw std::runtime_error("no element " + std::to_string(number));
-    }
-    const MeshNode& node(int number) const {
-        return check.mesh.nodes.at(static_cast<std::size_t>(number - 1));
-    }
-    std::string result() const { return project_.read("out.Mes"); }
-    // The records of members, each as its numbers with one blank between. A run deletes them when it has used
-    // them; one that lacks the units for its output decks ends in front of them.
-    Lines members() const {
-        std::filesystem::remove(project_.data_file("UNIT.DAT"));
-        expect_failed(project_.run(), {"UNIT.DAT"});
-        Lines records;
-        for (const std::string& line : lines_of(project_.read_work("GROUP.TMP"))) {
-            std::istringstream text(line);
-            std::string record;
-            for (std::string word; text >> word;)
-                record += (record.empty() ? "" : " ") + word;
-            records.push_back(record);
-        }
-        return records;
-    }
-    // Materials in the order of numbers.
-    std::vector<int> materials() const {
-        std::vector<int> all;
-        for (const MeshElement& e : check.mesh.continuum)
-            all.push_back(e.material);
-        return all;
-    }
-    MeshCheck check;
-
-private:
-    Kind kind_;
-    Project project_;
-};
-
-// The outline round squares 2 and 6, counter-clockwise, and the line between squares 2 and 3 from below.
-Lines outline(const std::string& IEND = "2") {
-    Lines lines{"4 0 0 0 0", "1 1 0", "2 2 0", "3 2 2", "4 1 2", "4"};
-    for (int k = 1; k <= 4; ++k)
-        lines.push_back(std::to_string(k) + " 1 0 " + IEND);
-    return lines;
-}
-const Lines UPWARDS{"2 0 0 0 0", "1 2 0", "2 2 2", "1", "1 1 0 2"};
 
 // The attribute that a group's KF of 3 gives.
 void expect_attribute(const MeshElement& e, Kind kind, int value) {
@@ -259,7 +153,7 @@ TEST(GroupRuns, WithoutTypeOrMaterialALineHasNoRow) {
 
 TEST(GroupRuns, HeadHeaderHidesItsTrusses) {
     for (const Kind kind : ALL_KINDS) {
-        GroupRun run(kind, 1, Lines{"2", "3 4"} + UPWARDS, squares(kind), "2.5");
+        GroupRun run(kind, 1, Lines{"2", "3 4"} + UPWARDS, squares(kind), {.Hi = "2.5"});
         EXPECT_NE(run.result().find("TRUSS ELEMENT"), std::string::npos);
         EXPECT_EQ(run.check.counts[3], kind == Kind::head ? 0 : 2) << name_of(kind);
         EXPECT_EQ(run.members(), (Lines{"1 4 9 3 1", "1 4 10 3 1"})) << name_of(kind);

@@ -222,7 +222,7 @@ TEST_F(GroupJoint, CentroidOnAnEdgeOfThePathIsOutside) {
     IEL[1].MATNO = 1;
     DEN[1] = 0.0F;
     set_corners(1, {{corner[0], corner[1], corner[2], corner[3]}});
-    build_element_index();
+    build_indexes();
     RegionMaterial material;
     material.MTYPE = 3;
     material.MAT = 6;

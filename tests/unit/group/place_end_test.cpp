@@ -1,98 +1,14 @@
 // Where an end of a pair becomes a node: the square has nodes 1 (0, 0), 2 (10, 0), 3 (10, 10), 4 (0, 10), and
 // the end lies above its lower side unless a test says otherwise.
 
-#include <array>
 #include <string>
-#include "group/conforming_cut.h"
-#include "group/cut_table.h"
-#include "group/engine_mesh.h"
-#include "unit/support.h"
+
+#include "unit/group/cut_fixture.h"
 
 namespace brelan::test {
 namespace {
 
-using FourNodes = std::array<std::int32_t, 4>;
-
-class GroupCutEnd : public ::testing::Test {
-protected:
-    void SetUp() override { clear(); }
-    void TearDown() override { clear(); }
-
-    static void clear() {
-        RESETMESH();
-        IEL.fill({});
-        ELIST.fill(0);
-        KS.fill(0);
-        KF.fill(0);
-        INTR.fill(0);
-        IDH.fill(0);
-        THIC.fill(0.0F);
-        DEN.fill(0.0F);
-        H.fill(0.0F);
-        CF.fill(0.0F);
-        FROZEN.fill(0);
-        CUTTAB.clear();
-        NUMNP = NCONT = 0;
-        TOLMOVE = TOLLINE = 0.01F;
-        TOLSAME = 0.001F;
-        use_element_index(true);
-        build_element_index();
-    }
-
-    static void node(std::int32_t n, float x, float y, bool frozen = false) {
-        XC[n] = x;
-        YC[n] = y;
-        FROZEN[n] = frozen ? 1 : 0;
-        NUMNP = std::max(NUMNP, n);
-    }
-    static void element(std::int32_t e, const FourNodes& n, std::int32_t material = 1) {
-        IEL[e].I1 = n[0];
-        IEL[e].I2 = n[1];
-        IEL[e].I3 = n[2];
-        IEL[e].I4 = n[3];
-        IEL[e].MATNO = material;
-        ETYPE[e] = EL_CONTINUUM;
-        ELIST[e] = e;
-        NCONT = std::max(NCONT, e);
-    }
-
-    // Element 1 with nodes 1 to 4 from (0, 0) to the width and height; nodes in the list cannot move.
-    static void rectangle(float width, float height, const std::vector<std::int32_t>& frozen = {}) {
-        node(1, 0, 0);
-        node(2, width, 0);
-        node(3, width, height);
-        node(4, 0, height);
-        element(1, {1, 2, 3, 4});
-        for (const std::int32_t n : frozen)
-            FROZEN[n] = 1;
-        build_element_index();
-    }
-
-    // Collects the rows of a pair and scans their sides.
-    static void scan(const Point& P1, const Point& P2, std::int32_t IEND = 2, bool deferred = false) {
-        COLLECT(P1, P2);
-        SIDESCAN(P1, P2, {IEND, deferred});
-    }
-    // Collects the rows of a pair and places its second end.
-    static void place(const Point& P, const Point& Q0) {
-        COLLECT(Q0, P);
-        PLACEEND(Q0, P, true, false);
-    }
-
-    static FourNodes corners(std::int32_t e) { return {IEL[e].I1, IEL[e].I2, IEL[e].I3, IEL[e].I4}; }
-    static FourNodes corner_marks(std::size_t row) {
-        const CutRow& r = CUTTAB.at(row);
-        return {r.V[0], r.V[1], r.V[2], r.V[3]};
-    }
-    static FourNodes side_marks(std::size_t row) {
-        const CutRow& r = CUTTAB.at(row);
-        return {r.S[0], r.S[1], r.S[2], r.S[3]};
-    }
-    static void expect_node(std::int32_t n, float x, float y) {
-        EXPECT_FLOAT_EQ(XC[n], x) << "node " << n;
-        EXPECT_FLOAT_EQ(YC[n], y) << "node " << n;
-    }
-};
+class GroupCutEnd : public CutFixture {};
 
 const std::vector<std::int32_t> ALL{1, 2, 3, 4};
 
@@ -116,7 +32,7 @@ TEST_F(GroupCutEnd, CornerOfAnEndIsMarkedInItsNeighbours) {
     node(5, 20, 0);
     node(6, 20, 10);
     element(2, {2, 5, 6, 3});
-    build_element_index();
+    build_indexes();
     place({9, 1}, {15, 1});
     ASSERT_EQ(CUTTAB[0].E, 2) << "the other point lies in it";
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 0}));
@@ -244,7 +160,7 @@ protected:
         node(2, 9, 0, true);
         node(3, 0, 9, true);
         element(1, {1, 2, 3, 0});
-        build_element_index();
+        build_indexes();
     }
 };
 
