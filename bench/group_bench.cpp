@@ -45,6 +45,35 @@ std::string lines(double size) {
     return deck;
 }
 
+// Six-sided outlines with a material inside.
+std::string polygons(double size) {
+    std::string deck;
+    for (int g = 0; g < GROUPS; ++g) {
+        const double x = size * (0.0513 + 0.1 * (g % 10));
+        const double y = size * (0.0487 + 0.1 * (g / 10 % 10));
+        deck += "3\n" + std::to_string(g + 2) + " 2.0 0 0\n6 0 0 0. 0.\n";
+        for (int k = 0; k < 6; ++k)
+            deck += std::to_string(k + 1) + " " + number(x + 0.033 * size * std::cos(1.0471976 * k)) +
+                    number(y + 0.029 * size * std::sin(1.0471976 * k)) + "\n";
+        deck += "6\n";
+        for (int k = 0; k < 6; ++k)
+            deck += std::to_string(k + 1) + " 1 0 2\n";
+    }
+    return deck;
+}
+
+// Lines of 50 beams that leave the mesh as it is.
+std::string free_lines(double size) {
+    std::string deck;
+    for (int g = 0; g < GROUPS; ++g) {
+        const double x = size * (0.012 + 0.1 * (g % 10));
+        const double y = size * (0.0137 + 0.1 * (g / 10 % 10));
+        deck += "2 0 1\n2 1\n2 0 0 0. 0.\n1 " + number(x) + number(y) + "\n2 " + number(x + 0.07 * size) +
+                number(y + 0.041 * size) + "\n1\n1 1 50 2\n";
+    }
+    return deck;
+}
+
 // Joints along short lines.
 std::string joints(double size) {
     std::string deck;
@@ -85,6 +114,12 @@ void hundred_circles(benchmark::State& state) {
 void hundred_lines(benchmark::State& state) {
     run_decks(state, "lines", groups(lines(size_of(state))));
 }
+void hundred_polygons(benchmark::State& state) {
+    run_decks(state, "polygons", groups(polygons(size_of(state))));
+}
+void hundred_free_lines(benchmark::State& state) {
+    run_decks(state, "free_lines", groups(free_lines(size_of(state))));
+}
 void hundred_joints(benchmark::State& state) {
     run_decks(state, "joints", groups(joints(size_of(state))));
 }
@@ -93,6 +128,8 @@ void hundred_joints(benchmark::State& state) {
 BENCHMARK(plain_edit)->BRELAN_SIZES;
 BENCHMARK(hundred_circles)->BRELAN_SIZES;
 BENCHMARK(hundred_lines)->BRELAN_SIZES;
+BENCHMARK(hundred_polygons)->BRELAN_SIZES;
+BENCHMARK(hundred_free_lines)->BRELAN_SIZES;
 BENCHMARK(hundred_joints)->BRELAN_SIZES;
 
 }  // namespace
