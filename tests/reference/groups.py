@@ -12,6 +12,9 @@ the engine that load gives back for moves and for what is written.
 
 import math
 
+import boundary
+import lineup
+import outputs
 from reference import (BEAM, CODE_WORDS, CONTINUUM, COUPLED, DISPLACEMENT,
                        DATA, HEAD, LINE_ATTRIBUTES, MAXNUMBER, TEMPERATURE,
                        TRUSS, E, Element, Failure, I, Node, Reader, Stop, add,
@@ -207,6 +210,7 @@ class Cards:
         self.bound = integers(1)[0]
         self.limits = reals(4) if self.bound == 1 else None
         count, titles = integers(2)
+        self.count = count
         if count > MOST_GROUPS:
             raise Failure("more than %d groups" % MOST_GROUPS)
         self.xref, self.yref, self.head = reals(3)
@@ -741,6 +745,11 @@ class Engine:
         self.rows = []
         self.listing, self.records = [], []
         self.counters = {BEAM: 0, TRUSS: 0}
+        self.group_number = 0
+        self.sections = 0           # open truss lines of the head kind
+        self.marks = {}             # last line group at a node, in 8 bits
+        self.path_nodes = {}        # nodes on the line of each group
+        self.merges = []            # pairs that line-up asks for
 
     # -- tables ---------------------------------------------------------------
 
@@ -882,6 +891,7 @@ class Engine:
         for record in self.records:
             self.group_number = record.group
             self.list_record(record)
+        self.run.disk.delete("JOINT.TMP")
         self.repair_quads()
 
     def one_group(self):
@@ -903,6 +913,7 @@ class Engine:
             self.line = [self.free_node(p) for p in self.path]
         if len(self.line) > MOST_PATH_NODES:
             raise Failure("more than %d nodes on a path" % MOST_PATH_NODES)
+        self.path_nodes[self.group_number] = list(self.line)
         if 1 <= mtype <= 4:
             ltp, lmat = g.whole(6), g.whole(7)
             if ltp != 0 and lmat != 0:
@@ -1297,6 +1308,8 @@ class Engine:
         kind = {2: BEAM, 3: TRUSS, 4: TRUSS, 5: TRUSS}.get(size)
         if size in self.counters:
             self.counters[size] += 1
+        if self.kind == HEAD and size == 3 and not self.closed:
+            self.sections += 1
         if kind is None or c == 0:
             return
         ring = nodes + nodes[:1] if self.closed else nodes
@@ -1309,6 +1322,7 @@ class Engine:
                                  LINE_ATTRIBUTES[self.kind], kind, "own")
             if ltp < 0:
                 self.sign[e] = -1
+            self.marks[a] = self.marks[b] = self.group_number % 256
             self.line_codes(size, lmat, a, b, i, len(pairs), c)
 
     def line_codes(self, size, lmat, a, b, i, count, c):
@@ -1332,7 +1346,7 @@ class Engine:
         running = self.counters[size]
         if i == 1:
             one[:] = [size, lmat, running, 1, total]
-        elif self.closed and i == count:
+        if self.closed and i == count:
             return
         other[:] = [size, lmat, running, i + 1, total]
 
@@ -1519,15 +1533,24 @@ class Engine:
     def collapse_and_move(self):
         self.collapse()
         d = self.defaults
+        if self.merges:
+            self.move(self.merges)
+            return
         if not d.moves:
             return
         used = sorted({n for e in self.elements if self.type(e) != 0
                        for n in self.corners(e)})
-        merges = []
+        moves = []
         for a, b, share in d.moves:
             if not (1 <= a <= len(used) and 1 <= b <= len(used)):
                 raise Failure("a move of a node that is not there")
-            a, b = used[a - 1], used[b - 1]
+            moves.append((used[a - 1], used[b - 1], share))
+        self.move(moves)
+
+    def move(self, moves):
+        """Nodes towards others; those that go the whole way merge."""
+        merges = []
+        for a, b, share in moves:
             one, other = self.codes(a), self.codes(b)
             one.x = add(one.x, mul(sub(other.x, one.x), share))
             one.y = add(one.y, mul(sub(other.y, one.y), share))
@@ -1560,6 +1583,12 @@ class Engine:
 
     def replace(self, pairs):
         """The second node of each pair takes the place of the first one."""
+        for line in self.path_nodes.values():
+            for k, n in enumerate(line):
+                for old, new in pairs:
+                    if n == old:
+                        n = new
+                line[k] = n
         for e in sorted(self.elements):
             words, hit = self.elements[e].words, False
             if self.type(e) == 0:
@@ -1617,14 +1646,40 @@ class Engine:
         if self.kind == HEAD:
             for _, node in nodes:
                 node.h = self.cards.head
+        elif self.kind == TEMPERATURE:
+            boundary.thermal(self.run, self.counters, nodes)
+
+    def title_of(self, number):
+        groups = self.cards.groups
+        return groups[number - 1].title if 1 <= number <= len(groups) else ""
 
     def after_writing(self, result, sections, lines):
-        self.run.disk.put("GROUP.TMP",
-                          [listed(*r) for r in
-                           self.membership(result, sections)])
+        if self.kind == HEAD:
+            marks = {result.renumbered[n]: mark
+                     for n, mark in self.marks.items()
+                     if n in result.renumbered}
+            boundary.flow_sections(
+                self.run, self.sections,
+                [element.words[:2] for _, element in sections[TRUSS]],
+                lambda n: marks.get(n, 0), self.title_of)
+        self.members = self.membership(result, sections)
+        self.run.disk.put(outputs.MEMBERS,
+                          [listed(*r) for r in self.members])
         if self.kind == HEAD:
             # Trusses are flow lines here: the header keeps them back.
             lines[2] = lines[2][:-5] + I(0, 5)
+
+    def write_outputs(self, target, counts, result, sections, lines):
+        """The output decks; gives the mesh as they leave it."""
+        node_lists = {g: [result.renumbered[n] for n in line
+                          if n in result.renumbered]
+                      for g, line in self.path_nodes.items()}
+        highest = max([0] + [element.words[8]
+                             for _, element in sections[CONTINUUM]])
+        self.outputs = outputs.GroupOut(
+            self.run, self.cards.groups, self.cards.count, self.members,
+            highest, node_lists, counts, target, lines)
+        return self.outputs.write()
 
     def rows_of(self, section, g):
         rows = [r for r in self.listing
@@ -1682,3 +1737,10 @@ def load(run, edit, result):
     run.trace(" Pass 14.3 ", 14.3)
     run.trace(" Pass 14.4 ", 14.4)
     return engine
+
+
+def line_up(run, engine, value):
+    """Line-up when its switch asks for it; gives the count of pairs."""
+    if value != 0:
+        lineup.line_up(run, engine, value)
+    return len(engine.merges)

@@ -13,8 +13,9 @@ files in place, prints what the program prints and ends with its exit status.
 
 Covered: edition kinds, decks of mode 1 with IEDIT 0, 1, 2, 3, 6 and out of
 range, modes 0 and -1, mode 2 with and without an edit, the error report, and
-IEDIT 4 (groups.py) up to the list of members in GROUP.TMP.  IEDIT 5 and mode
-3 end with the text "not covered" and status 3.
+IEDIT 4 (groups.py) with line-up (lineup.py), the boundary file (boundary.py)
+and the output decks (outputs.py).  IEDIT 5 and mode 3 end with the text "not
+covered" and status 3.
 """
 
 import argparse
@@ -158,15 +159,17 @@ def E(value, width, digits):
 
 
 def listed(*items):
-    """One free-field line: texts, integers and reals in default form."""
-    line = ""
-    for n, item in enumerate(items):
+    """One free-field line: texts, integers and reals in default form, and a
+    blank in front of a text that follows a number."""
+    line, after_text = "", False
+    for item in items:
         if isinstance(item, str):
-            line += (" " if n == 0 else "") + item
+            line += ("" if after_text else " ") + item
         elif isinstance(item, int):
             line += " " + I(item, 11)
         else:
             line += " " + E(item, 16, 9)
+        after_text = isinstance(item, str)
     return line
 
 
@@ -244,6 +247,14 @@ class Disk:
         try:
             with open(self.path(name), "wb") as stream:
                 stream.write("".join(s + "\n" for s in lines).encode("latin-1"))
+        except OSError as error:
+            raise Failure(str(error))
+
+    def delete(self, name):
+        try:
+            os.remove(self.path(name))
+        except FileNotFoundError:
+            pass
         except OSError as error:
             raise Failure(str(error))
 
@@ -565,6 +576,10 @@ class Run:
         self.trace_files = {}       # name -> lines written in this run
         self.cardval = [0.0] * 500
         self.name_field = [" "] * 126
+        self.seen = {}              # how often each way was taken
+
+    def note(self, what):
+        self.seen[what] = self.seen.get(what, 0) + 1
 
     # -- console, status, trace -------------------------------------------
 
@@ -1013,7 +1028,10 @@ class Run:
                 self.trace(text, number)
         if edit.code == 4:
             edit.engine = group_engine().load(self, edit, result)
-        self.trace(" Pass 14.7  NMOVE = ", 14.6, 0)
+        value, moves = line_up_switch(self), 0
+        if edit.code == 4:
+            moves = group_engine().line_up(self, edit.engine, value)
+        self.trace(" Pass 14.7  NMOVE = ", 14.6, moves)
         if edit.code == 4:
             edit.engine.collapse_and_move()
         if edit.code in (2, 3, 4):
@@ -1162,6 +1180,8 @@ class Run:
         self.trace(" Pass 18 ", 18.0)
         result.nodes = {in_table(edit.first_node + k, "node"): node
                         for k, node in enumerate(nodes)}
+        result.renumbered = {old: edit.first_node - 1 + p
+                             for old, p in position.items()}
         result.active = set(result.nodes)
         self.trace(" Pass 19 ", 19.0)
         result.elements, result.kept = {}, {}
@@ -1199,6 +1219,9 @@ class Run:
         lines += [listed("    0"), listed("    0")]
         self.disk.put(edit.target, lines)
         self.trace(" Pass 27.1 ", 27.1)
+        if edit.code == 4:
+            lines = edit.engine.write_outputs(edit.target, counts, result,
+                                              sections, lines)
         self.trace(" Pass 27.2 ", 27.2)
         self.copy_result(lines)
 
@@ -1587,6 +1610,12 @@ def group_engine():
     return groups
 
 
+def line_up_switch(run):
+    sys.modules.setdefault("reference", sys.modules[__name__])
+    import lineup
+    return lineup.switch(run)
+
+
 # --------------------------------------------------------------------------
 # Edit tables and selections
 # --------------------------------------------------------------------------
@@ -1830,9 +1859,12 @@ def map_block(v, ndx, ndy, c0, r0, grid):
 # --------------------------------------------------------------------------
 
 
-def run(drive, work, typed=b""):
-    """One run: exit status, what it printed, and why it ended."""
+def run(drive, work, typed=b"", seen=None):
+    """One run: exit status, what it printed, and why it ended.  A dictionary
+    given as seen gets the ways that the output decks took."""
     job = Run(drive, work, typed)
+    if seen is not None:
+        job.seen = seen
     try:
         job.deck(job.start())
         status, reason = 0, ""
