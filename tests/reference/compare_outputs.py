@@ -225,7 +225,8 @@ class OutputCase(GroupCase):
         # Many empty groups, for marks that leave eight bits.
         empty = rnd.choice((130, 253, 255, 300)) if rnd.random() < (
             0.1 if self.kind == HEAD else 0.01) else 0
-        titles = int(rnd.random() < 0.6)
+        self.flowing = empty > 0
+        titles = int(rnd.random() < 0.6 or self.flowing)
         # Whether the decks of beams and trusses go by their switches.
         self.marking = [rnd.choice(((0,), (0, 1), (0, 0, 1), (0, -1),
                                     (0, 1, -1))) for _ in range(7)]
@@ -244,7 +245,9 @@ class OutputCase(GroupCase):
             if titles:
                 deck.name(rnd.choice(("A group", "", "  wall 1 2 3",
                                       "w" * 80, "w" * 100, "caf\xe9",
-                                      "number %d" % k)))
+                                      "number %d" % k)
+                                     if not self.flowing
+                                     else ("number %d" % k,)))
             if k < empty:
                 deck.card(0, least=1)
             else:
@@ -264,6 +267,8 @@ class OutputCase(GroupCase):
 
         def line():
             ltp = rnd.choice((0, 1, 2, 2, 2, 2, 3, 3, 3, 3, 4, 5, -2, -3))
+            if self.flowing:
+                ltp = 3
             return [ltp, self.material() if rnd.random() < 0.9
                     else rnd.choice((0, 1500))]
 
@@ -294,6 +299,8 @@ class OutputCase(GroupCase):
                             -3, -3, -3, -4, -4, 5, 0, 6, -5))
         if mtype == -4 and self.kind == HEAD and rnd.random() < 0.9:
             mtype = -3
+        if self.flowing and rnd.random() < 0.6:
+            mtype = 2
         self.mtype = mtype
         post = rnd.choice((1,) * 14 + (0, 0, 2, -1))
         overlay = rnd.choice((0, 0, 0, 0, 1))
