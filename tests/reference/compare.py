@@ -14,16 +14,14 @@ WHAT is a mode or mode/edit: 0, -1, 1, 1/0, 1/1, 1/2, 1/3, 1/6, 1/x (an edit
 out of range), 2, 2/0 (base mesh alone), 2/1 (base mesh and an edit).
 """
 
-import argparse
 import os
 import random
-import shutil
 import subprocess
 import sys
-import tempfile
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path.insert(0, HERE)
+import case_runner  # noqa: E402
 import reference  # noqa: E402
 from reference import (COUPLED, DISPLACEMENT, HEAD, TEMPERATURE, CODES,  # noqa
                        CODE_WORDS, kind_of)
@@ -541,6 +539,10 @@ class Case:
 
     # -- surroundings -------------------------------------------------------
 
+    def label(self):
+        return "--only %s, edition %d (%s)" % (self.road, self.edition,
+                                               self.kind)
+
     def put(self, path, data, guarded=True):
         self.files[path] = data
         if guarded:
@@ -1039,60 +1041,21 @@ def roads(only):
 
 
 def main():
-    default = os.path.join(HERE, "..", "..", "build", "release", "brelan2d")
-    parser = argparse.ArgumentParser(
-        description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
-    parser.add_argument("--program", default=default)
-    parser.add_argument("--count", type=int, default=300)
-    parser.add_argument("--seed", type=int, default=1,
-                        help="seed of the first case; the next ones follow")
+    parser = case_runner.options_of(__doc__, 300)
     parser.add_argument("--only", help="mode or mode/edit")
-    parser.add_argument("--keep", metavar="DIR",
-                        help="keep the two trees of failing cases here")
     options = parser.parse_args()
-    program = os.path.abspath(options.program)
-    if not os.path.exists(program):
-        sys.exit("no program at " + program)
-    # A build may replace the program while cases run: use a copy.
-    shelf = tempfile.mkdtemp(prefix="brelan-compare-")
-    program = shutil.copy(program, shelf)
-    try:
-        return run_cases(options, program)
-    finally:
-        shutil.rmtree(shelf, ignore_errors=True)
-
-
-def run_cases(options, program):
     names, weights = roads(options.only)
-    passed = failed = 0
-    ends = {}
-    for seed in range(options.seed, options.seed + options.count):
-        road = random.Random(seed).choices(names, weights)[0]
-        case = Case(seed, road)
-        directory = tempfile.mkdtemp(prefix="brelan-compare-")
-        try:
+
+    def new_case(seed):
+        return Case(seed, random.Random(seed).choices(names, weights)[0])
+
+    def run_with(program):
+        def run_case(case, directory):
             status, found = compare(case, program, directory)
-            ends[status] = ends.get(status, 0) + 1
-            if status == 3:
-                continue
-            if not found:
-                passed += 1
-                continue
-            failed += 1
-            print("seed %d, --only %s, edition %d (%s)" % (
-                seed, road, case.edition, case.kind))
-            print("\n".join(found))
-            if options.keep:
-                target = os.path.join(options.keep, "seed-%d-%s" % (
-                    seed, road.replace("/", "-")))
-                shutil.rmtree(target, ignore_errors=True)
-                shutil.copytree(directory, target)
-        finally:
-            shutil.rmtree(directory, ignore_errors=True)
-    print("ends: " + ", ".join("%d with status %d" % (n, s)
-                               for s, n in sorted(ends.items())))
-    print("%d passed, %d failed" % (passed, failed))
-    return 1 if failed else 0
+            return status, "", found
+        return case_runner.run_cases(options, new_case, run_case)
+
+    return case_runner.with_copy_of(options.program, run_with)
 
 
 if __name__ == "__main__":

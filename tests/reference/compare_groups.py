@@ -11,18 +11,15 @@ the engine behind, these are compared by values.
                       [--show]
 """
 
-import argparse
 import math
 import os
 import random
-import shutil
 import subprocess
 import sys
-import tempfile
-import time
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path.insert(0, HERE)
+import case_runner  # noqa: E402
 import compare  # noqa: E402
 import reference  # noqa: E402
 from reference import COUPLED, DISPLACEMENT, HEAD, kind_of  # noqa: E402
@@ -208,6 +205,9 @@ class GroupCase(compare.Case):
         self.defaults()
         self.units(random.Random("units %d" % seed))
         self.start_up()
+
+    def label(self):
+        return "edition %d (%s)" % (self.edition, self.kind)
 
     def units(self, rnd):
         """The file of the units: comments, the title, five codes."""
@@ -703,62 +703,11 @@ def one_case(case, program, directory, seen=None, loosen=None):
 
 
 def main():
-    default = os.path.join(HERE, "..", "..", "build", "release", "brelan2d")
-    parser = argparse.ArgumentParser(
-        description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
-    parser.add_argument("--program", default=default)
-    parser.add_argument("--count", type=int, default=100)
-    parser.add_argument("--seed", type=int, default=1,
-                        help="seed of the first case; the next ones follow")
-    parser.add_argument("--keep", metavar="DIR",
-                        help="keep the two trees of failing cases here")
-    parser.add_argument("--show", action="store_true",
-                        help="a line for each case, with its time")
-    options = parser.parse_args()
-    program = os.path.abspath(options.program)
-    if not os.path.exists(program):
-        sys.exit("no program at " + program)
-    # A build may replace the program while cases run: use a copy.
-    shelf = tempfile.mkdtemp(prefix="brelan-compare-")
-    program = shutil.copy(program, shelf)
-    try:
-        return run_cases(options, program)
-    finally:
-        shutil.rmtree(shelf, ignore_errors=True)
-
-
-def run_cases(options, program):
-    passed = failed = 0
-    ends = {}
-    for seed in range(options.seed, options.seed + options.count):
-        case = GroupCase(seed)
-        directory = tempfile.mkdtemp(prefix="brelan-compare-")
-        begun = time.time()
-        try:
-            status, reason, found = one_case(case, program, directory)
-            ends[status] = ends.get(status, 0) + 1
-            if options.show:
-                print("seed %d, status %d %s, %.1f s" % (
-                    seed, status, reason, time.time() - begun), flush=True)
-            if status == 3:
-                continue
-            if not found:
-                passed += 1
-                continue
-            failed += 1
-            print("seed %d, edition %d (%s)" % (seed, case.edition,
-                                                case.kind))
-            print("\n".join(found), flush=True)
-            if options.keep:
-                target = os.path.join(options.keep, "seed-%d" % seed)
-                shutil.rmtree(target, ignore_errors=True)
-                shutil.copytree(directory, target)
-        finally:
-            shutil.rmtree(directory, ignore_errors=True)
-    print("ends: " + ", ".join("%d with status %d" % (n, s)
-                               for s, n in sorted(ends.items())))
-    print("%d passed, %d failed" % (passed, failed))
-    return 1 if failed else 0
+    options = case_runner.options_of(__doc__, 100).parse_args()
+    return case_runner.with_copy_of(
+        options.program, lambda program: case_runner.run_cases(
+            options, GroupCase, lambda case, directory: one_case(
+                case, program, directory)))
 
 
 if __name__ == "__main__":

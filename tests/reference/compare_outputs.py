@@ -12,17 +12,14 @@ rule was used is counted and shown; --reference-only does the counting alone.
                        [--show] [--loose-trace] [--reference-only]
 """
 
-import argparse
 import os
 import random
 import re
-import shutil
 import sys
-import tempfile
-import time
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path.insert(0, HERE)
+import case_runner  # noqa: E402
 import compare  # noqa: E402
 import compare_groups  # noqa: E402
 import reference  # noqa: E402
@@ -474,17 +471,7 @@ def new_case(seed):
 
 
 def main():
-    default = os.path.join(HERE, "..", "..", "build", "release", "brelan2d")
-    parser = argparse.ArgumentParser(
-        description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
-    parser.add_argument("--program", default=default)
-    parser.add_argument("--count", type=int, default=300)
-    parser.add_argument("--seed", type=int, default=1,
-                        help="seed of the first case; the next ones follow")
-    parser.add_argument("--keep", metavar="DIR",
-                        help="keep the two trees of failing cases here")
-    parser.add_argument("--show", action="store_true",
-                        help="a line for each case, with its time")
+    parser = case_runner.options_of(__doc__, 300)
     parser.add_argument("--loose-trace", action="store_true",
                         help="of the traced details compare the marks only")
     parser.add_argument("--reference-only", action="store_true",
@@ -494,69 +481,39 @@ def main():
     options = parser.parse_args()
     if options.reference_only:
         return run_cases(options, None)
-    program = os.path.abspath(options.program)
-    if not os.path.exists(program):
-        sys.exit("no program at " + program)
-    # A build may replace the program while cases run: use a copy.
-    shelf = tempfile.mkdtemp(prefix="brelan-compare-")
-    program = shutil.copy(program, shelf)
-    try:
-        return run_cases(options, program)
-    finally:
-        shutil.rmtree(shelf, ignore_errors=True)
+    return case_runner.with_copy_of(
+        options.program, lambda program: run_cases(options, program))
 
 
 def run_cases(options, program):
-    passed = failed = 0
-    ends, seen, kinds = {}, {}, {}
+    seen, kinds = {}, {}
     loosen = loose_trace if options.loose_trace else None
-    for seed in range(options.seed, options.seed + options.count):
-        case = new_case(seed)
-        directory = tempfile.mkdtemp(prefix="brelan-compare-")
-        begun, ways = time.time(), {}
-        try:
-            if program is None:
-                status, reason, found = reference_alone(case, directory, ways)
-            else:
-                status, reason, found = compare_groups.one_case(
-                    case, program, directory, ways, loosen)
-            ends[status] = ends.get(status, 0) + 1
-            if status == 0:
-                kinds[case.edition] = kinds.get(case.edition, 0) + 1
-                for way, times in ways.items():
-                    seen[way] = seen.get(way, 0) + times
-            if options.show:
-                print("seed %d, edition %d, status %d %s, %.1f s" % (
-                    seed, case.edition, status, reason,
-                    time.time() - begun), flush=True)
-            if status == 3:
-                continue
-            if not found:
-                passed += 1
-                continue
-            failed += 1
-            print("seed %d, edition %d (%s)" % (seed, case.edition,
-                                                case.kind))
-            print("\n".join(found), flush=True)
-            if options.keep:
-                target = os.path.join(options.keep, "seed-%d" % seed)
-                shutil.rmtree(target, ignore_errors=True)
-                shutil.copytree(directory, target)
-        finally:
-            shutil.rmtree(directory, ignore_errors=True)
-    wanted = expected()
-    if options.counts or options.reference_only:
-        for way in wanted + sorted(set(seen) - set(wanted)):
-            print("%7d  %s" % (seen.get(way, 0), way))
-        print("finished runs by edition: " + ", ".join(
-            "%d: %d" % item for item in sorted(kinds.items())))
-    never = [way for way in wanted if way not in seen]
-    print("%d of %d rules used" % (len(wanted) - len(never), len(wanted)) +
-          ("; never: " + "; ".join(never) if never else ""))
-    print("ends: " + ", ".join("%d with status %d" % (n, s)
-                               for s, n in sorted(ends.items())))
-    print("%d passed, %d failed" % (passed, failed))
-    return 1 if failed else 0
+
+    def run_case(case, directory):
+        ways = {}
+        if program is None:
+            status, reason, found = reference_alone(case, directory, ways)
+        else:
+            status, reason, found = compare_groups.one_case(
+                case, program, directory, ways, loosen)
+        if status == 0:
+            kinds[case.edition] = kinds.get(case.edition, 0) + 1
+            for way, times in ways.items():
+                seen[way] = seen.get(way, 0) + times
+        return status, reason, found
+
+    def summary():
+        wanted = expected()
+        if options.counts or options.reference_only:
+            for way in wanted + sorted(set(seen) - set(wanted)):
+                print("%7d  %s" % (seen.get(way, 0), way))
+            print("finished runs by edition: " + ", ".join(
+                "%d: %d" % item for item in sorted(kinds.items())))
+        never = [way for way in wanted if way not in seen]
+        print("%d of %d rules used" % (len(wanted) - len(never), len(wanted))
+              + ("; never: " + "; ".join(never) if never else ""))
+
+    return case_runner.run_cases(options, new_case, run_case, summary)
 
 
 if __name__ == "__main__":
