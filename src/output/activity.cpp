@@ -8,6 +8,7 @@
 #include "channel/real_to_integer.h"
 #include "group/tables.h"
 #include "output/blocks.h"
+#include "output/group_text.h"
 #include "run/settings.h"
 #include "run/trace.h"
 
@@ -125,29 +126,56 @@ std::int32_t highest_material(std::int32_t g, const GroupMembers& members) {
     return highest;
 }
 
-// The block of one material: a line for each end of a range. Returns their count.
-std::int32_t write_ranges(Channel& text, const ElementRanges& ranges, const ActivityPair& pair) {
-    std::int32_t lines = 0;
+void write_ranges(Channel& text, const ElementRanges& ranges, const ActivityPair& pair) {
     for (const ElementRange& range : ranges) {
         write_range_end(text, range.first, pair);
-        ++lines;
-        if (range.length() == 1)
-            continue;
-        write_range_end(text, range.last, pair);
-        ++lines;
+        if (range.length() > 1)
+            write_range_end(text, range.last, pair);
     }
+}
+
+// A line for each end of a range.
+std::int32_t lines_of(const ElementRanges& ranges) {
+    std::int32_t lines = 0;
+    for (const ElementRange& range : ranges)
+        lines += range.length() > 1 ? 2 : 1;
     return lines;
 }
 
 }  // namespace
 
-Activity WRITEACTIVITY(Channel& text, const std::vector<GroupMembers>& members) {
+Activity MAKEACTIVITY(const std::vector<GroupMembers>& members) {
     Activity activity;
     activity.NEWMAT.resize(static_cast<std::size_t>(MAXEL) + 1, 0);
     activity.first_new = NMATC + 1;
     for (std::int32_t g = 1; g <= NGROUP; ++g) {
-        OpenBlock open;
         const std::int32_t MAXMC = highest_material(g, members[static_cast<std::size_t>(g)]);
+        for (const auto& [key, ranges] : members[static_cast<std::size_t>(g)]) {
+            const auto [type, material] = key;
+            const ActivityPair pair = activity_of(g, type, material);
+            if (pair == ActivityPair{})
+                continue;
+            if (type == EL_CONTINUUM) {
+                activity.materials.push_back({material, pair});
+                ++NMATC;
+                for (const ElementRange& range : ranges.all)
+                    for (std::int32_t n = range.first; n <= range.last; ++n)
+                        activity.NEWMAT[static_cast<std::size_t>(n)] = NMATC;
+            }
+            for (const ElementRange& range : ranges.all)
+                trace_values(2, " Pass 27.1.2 ", " II = ", static_cast<std::int32_t>(type), " K = ", material,
+                             " NSS = ", range.first, " MAXMC = ", MAXMC);
+            activity.NFAD += lines_of(ranges.all);
+        }
+    }
+    trace_values(2, " Pass 27.1.3 ", " NEWMAT(1261) = ", activity.NEWMAT[SHOWN_ELEMENT]);
+    return activity;
+}
+
+void WRITEACTIVITY(Channel& man, const std::vector<GroupMembers>& members) {
+    for (std::int32_t g = 1; g <= NGROUP; ++g) {
+        Channel& text = begin_group_text();
+        OpenBlock open;
         for (const auto& [key, ranges] : members[static_cast<std::size_t>(g)]) {
             const auto [type, material] = key;
             const ActivityPair pair = activity_of(g, type, material);
@@ -158,25 +186,14 @@ Activity WRITEACTIVITY(Channel& text, const std::vector<GroupMembers>& members) 
             if (open.type != type)
                 write_class_head(text, type);
             open = {true, type};
-            if (type == EL_CONTINUUM) {
-                activity.materials.push_back({material, pair});
-                ++NMATC;
-                for (const ElementRange& range : ranges.all)
-                    for (std::int32_t n = range.first; n <= range.last; ++n)
-                        activity.NEWMAT[static_cast<std::size_t>(n)] = NMATC;
-            }
             write_material_head(text, material, has_MCH() ? HEADING_MCH : HEADING);
-            for (const ElementRange& range : ranges.all)
-                trace_values(2, " Pass 27.1.2 ", " II = ", static_cast<std::int32_t>(type), " K = ", material,
-                             " NSS = ", range.first, " MAXMC = ", MAXMC);
-            const std::int32_t lines = write_ranges(text, ranges.all, pair);
-            COUNT_LINE.write(text, lines);
+            write_ranges(text, ranges.all, pair);
+            COUNT_LINE.write(text, lines_of(ranges.all));
             write_lines(text, {"*", "*"});
-            activity.NFAD += lines;
         }
+        if (open.group)
+            copy_lines(text, man);
     }
-    trace_values(2, " Pass 27.1.3 ", " NEWMAT(1261) = ", activity.NEWMAT[SHOWN_ELEMENT]);
-    return activity;
 }
 
 }  // namespace brelan

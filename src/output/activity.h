@@ -35,9 +35,11 @@ struct Activity {
     std::int32_t first_new = 0;          // number of the first of them
 };
 
-// Writes the block of each group that has activity to the text, and makes the new materials. Every group gets
-// one for each of its materials, also where another group holds the same. An element of several groups takes
-// that of the last.
-Activity WRITEACTIVITY(Channel& text, const std::vector<GroupMembers>& members);
+// Makes the new materials and counts the lines of the blocks. Every group gets a material for each of its
+// own, also where another group holds the same. An element of several groups takes that of the last.
+Activity MAKEACTIVITY(const std::vector<GroupMembers>& members);
+
+// Writes the block of each group that has activity.
+void WRITEACTIVITY(Channel& man, const std::vector<GroupMembers>& members);
 
 }  // namespace brelan

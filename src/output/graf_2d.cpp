@@ -88,42 +88,64 @@ bool lists_all_groups(std::int32_t NPTYPE) {
     return true;
 }
 
-// Writes the blocks of a section to the text of the groups. Returns the count of ranges.
-std::int32_t write_blocks(const SectionRow& row, const std::vector<GroupMembers>& members) {
-    Channel& text = begin_group_text();
-    const bool all = lists_all_groups(row.NPTYPE);
-    std::int32_t NRNG = 0;
-    for (std::int32_t g = 1; g <= NGROUP; ++g) {
-        if (!all && switch_of(g, row.NPTYPE) == 0)
-            continue;
-        bool group_open = false;
-        std::int8_t open_type = 0;
-        for (const auto& [key, member] : members[static_cast<std::size_t>(g)]) {
-            const auto [type, material] = key;
-            const ElementRanges& ranges = row.inside_only ? member.inside : member.all;
-            if (type < row.first_type || type > row.last_type || ranges.empty())
-                continue;
-            if (!group_open)
-                write_group_head(text, g);
-            if (open_type != type)
-                write_class_head(text, type);
-            group_open = true;
-            open_type = type;
-            write_material_head(text, material, row.heading);
-            for (const ElementRange& range : ranges)
-                row.write_range(text, range);
-            const auto count = static_cast<std::int32_t>(ranges.size());
-            RANGE_COUNT.write(text, count);
-            write_lines(text, {"*", "*"});
-            NRNG += count;
-        }
-    }
-    return NRNG;
+// The elements of a group's class and material that a section lists.
+const ElementRanges& listed(const SectionRow& row, const GroupMembers::value_type& member) {
+    static const ElementRanges none;
+    const std::int8_t type = member.first.first;
+    if (type < row.first_type || type > row.last_type)
+        return none;
+    return row.inside_only ? member.second.inside : member.second.all;
 }
 
-void copy_blocks(Channel& post, std::int32_t NRNG) {
-    if (NRNG > 0)
-        copy_lines(group_text(), post);
+// The groups that a section lists, in their order.
+std::vector<std::int32_t> listed_groups(std::int32_t NPTYPE) {
+    const bool all = lists_all_groups(NPTYPE);
+    std::vector<std::int32_t> groups;
+    for (std::int32_t g = 1; g <= NGROUP; ++g)
+        if (all || switch_of(g, NPTYPE) != 0)
+            groups.push_back(g);
+    return groups;
+}
+
+std::int32_t count_ranges(const SectionRow& row, const std::vector<GroupMembers>& members) {
+    std::size_t NRNG = 0;
+    for (const std::int32_t g : listed_groups(row.NPTYPE))
+        for (const auto& member : members[static_cast<std::size_t>(g)])
+            NRNG += listed(row, member).size();
+    return static_cast<std::int32_t>(NRNG);
+}
+
+// False when the group has nothing to list.
+bool write_block(Channel& text, const SectionRow& row, std::int32_t g, const GroupMembers& members) {
+    bool group_open = false;
+    std::int8_t open_type = 0;
+    for (const auto& member : members) {
+        const auto [type, material] = member.first;
+        const ElementRanges& ranges = listed(row, member);
+        if (ranges.empty())
+            continue;
+        if (!group_open)
+            write_group_head(text, g);
+        if (open_type != type)
+            write_class_head(text, type);
+        group_open = true;
+        open_type = type;
+        write_material_head(text, material, row.heading);
+        for (const ElementRange& range : ranges)
+            row.write_range(text, range);
+        RANGE_COUNT.write(text, static_cast<std::int32_t>(ranges.size()));
+        write_lines(text, {"*", "*"});
+    }
+    return group_open;
+}
+
+// The blocks of a section, one group after the other.
+void write_blocks(Channel& post, const SectionRow& row, const std::vector<GroupMembers>& members) {
+    for (const std::int32_t g : listed_groups(row.NPTYPE)) {
+        Channel& text = begin_group_text();
+        if (write_block(text, row, g, members[static_cast<std::size_t>(g)]))
+            copy_lines(text, post);
+    }
 }
 
 // --- heads ---------------------------------------------------------------------------------------
@@ -155,25 +177,25 @@ void write_count(Channel& post, TextLines lines, std::int32_t NRNG) {
 // --- the sections --------------------------------------------------------------------------------
 
 void write_mesh_section(Channel& post, const std::vector<GroupMembers>& members) {
-    const std::int32_t NRNG = write_blocks(section(1), members);
+    const std::int32_t NRNG = count_ranges(section(1), members);
     write_section_banner(post, 1);
     write_lines(post, MESH_HEAD);
     post.write_line(UNITS.TITLE);
     write_lines(post, MESH_SETTINGS);
     MESH_COUNT.write(post, NRNG);
     post.write_line("*");
-    copy_blocks(post, NRNG);
+    write_blocks(post, section(1), members);
 }
 
 void write_contour_section(Channel& post, const std::vector<GroupMembers>& members) {
     constexpr std::int32_t IAVG = 1, ISCRIN = 0, IMESH = 0, IPSTRS = 0;
-    const std::int32_t NRNG = write_blocks(section(2), members);
+    const std::int32_t NRNG = count_ranges(section(2), members);
     write_section_banner(post, 2);
     write_head(post, 2);
     write_lines(post, CONTOUR_COUNT);
     CONTOUR_COUNT_LINE.write(post, NRNG, IAVG, ISCRIN, IMESH, IPSTRS);
     post.write_line("*");
-    copy_blocks(post, NRNG);
+    write_blocks(post, section(2), members);
     write_node_lists(post, "* Card 11.3.7", "* Card 11.3.8");
 }
 
@@ -191,25 +213,25 @@ void write_whole_mesh(Channel& post, const MeshCounts& counts) {
 
 void write_displacement_section(Channel& post, const std::vector<GroupMembers>& members,
                                 const MeshCounts& counts) {
-    const std::int32_t NRNG = write_blocks(section(3), members);
+    const std::int32_t NRNG = count_ranges(section(3), members);
     write_section_banner(post, 3);
     write_head(post, 3);
     post.write_line("*");
     if (NRNG == 0)
         write_whole_mesh(post, counts);
-    copy_blocks(post, NRNG);
+    write_blocks(post, section(3), members);
     write_lines(post, END_OF_PLOT);
 }
 
 void write_line_section(Channel& post, const std::vector<GroupMembers>& members, std::int32_t NPTYPE,
                         TextLines choices, TextLines count, std::string_view list_card,
                         std::string_view nodes_card) {
-    const std::int32_t NRNG = write_blocks(section(NPTYPE), members);
+    const std::int32_t NRNG = count_ranges(section(NPTYPE), members);
     write_section_banner(post, NPTYPE);
     write_head(post, NPTYPE);
     write_lines(post, choices);
     write_count(post, count, NRNG);
-    copy_blocks(post, NRNG);
+    write_blocks(post, section(NPTYPE), members);
     write_node_lists(post, list_card, nodes_card);
 }
 
@@ -225,7 +247,7 @@ void write_result_choices(Channel& post) {
 void write_result_section(Channel& post, const std::vector<GroupMembers>& members) {
     constexpr float DELTA = 0.0F, RX = 0.0F, RY = 0.0F;
     constexpr std::int32_t IRES = 0, IRGP = 0, IENL = 0;
-    const std::int32_t NRNG = write_blocks(section(6), members);
+    const std::int32_t NRNG = count_ranges(section(6), members);
     write_section_banner(post, 6);
     if (KIND() == LayoutKind::temperature) {
         write_head(post, 2);
@@ -237,7 +259,7 @@ void write_result_section(Channel& post, const std::vector<GroupMembers>& member
     write_lines(post, RESULT_SETTINGS);
     RESULT_SETTINGS_LINE.write(post, DELTA, IRES, IRGP, IENL, RX, RY);
     write_count(post, RESULT_COUNT, NRNG);
-    copy_blocks(post, NRNG);
+    write_blocks(post, section(6), members);
     write_node_lists(post, "* Card 11.7.9", "* Card 11.7.10");
 }
 

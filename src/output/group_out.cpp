@@ -31,14 +31,16 @@ void GROUPOUT(std::string_view FILEM, const MeshCounts& counts) {
     const std::vector<GroupMembers> members =
         READMEMBERS(open_channel(CH_GROUP, GROUP_FILE, OpenStatus::forward));
     close_channel(CH_GROUP);
-    const Activity activity = WRITEACTIVITY(begin_group_text(), members);
+    begin_group_text();  // also where no group has a block: a file that a broken-off run left goes with it
+    const Activity activity = MAKEACTIVITY(members);
     if (activity.NFAD != 0) {
         if (!activity.materials.empty())
             REWRITEMESH(FILEM, counts, activity.NEWMAT);
         WRITEMATERIALS(activity);
-        WRITEGROUPACTIVITY(activity, group_text());
+        WRITEGROUPACTIVITY(activity, members);
     }
     Channel& post = open_channel(CH_POST, "..\\Group.Pos", OpenStatus::result);
+    post.set_write_only(true);
     WRITEGRAF2D(post, members, counts);
     WRITEGRAFXY(post);
     open_channel(CH_GROUP, GROUP_FILE, OpenStatus::forward);

@@ -5,11 +5,11 @@
 namespace brelan {
 
 Channel& begin_group_text() {
-    return open_channel(CH_GROUP_TEXT, "Group.dat", OpenStatus::scratch);
-}
-
-Channel& group_text() {
-    return channel(CH_GROUP_TEXT);
+    if (!channel_is_open(CH_GROUP_TEXT))
+        return open_channel(CH_GROUP_TEXT, "Group.dat", OpenStatus::scratch);
+    Channel& text = channel(CH_GROUP_TEXT);
+    text.rewind();
+    return text;
 }
 
 void end_group_text() {

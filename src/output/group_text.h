@@ -1,15 +1,13 @@
-// "Group.dat": the blocks of the groups while they are put together, written anew for each output. It stays
-// in memory.
+// "Group.dat": the block of a group while it is put together, written anew for each group and output: what a
+// deck lists may be far longer than the mesh. It stays in memory.
 #pragma once
 
 #include "channel/channels.h"
 
 namespace brelan {
 
-// Opens the text anew, empty.
+// The text at its start: the first line that is written replaces what stood in it.
 Channel& begin_group_text();
-
-Channel& group_text();
 
 void end_group_text();
 

@@ -68,14 +68,15 @@ void WRITEMATERIALS(const Activity& activity) {
     close_channel(CH_TEMP_MESH);
 }
 
-void WRITEGROUPACTIVITY(const Activity& activity, Channel& text) {
+void WRITEGROUPACTIVITY(const Activity& activity, const std::vector<GroupMembers>& members) {
     Channel& file = open_channel(CH_GROUP, "..\\Group.Man", OpenStatus::result);
+    file.set_write_only(true);
     write_banner(file, "*         MAIN FILE: ELEMENT ACTIVITY            *",
                  "*         (CARD 8)                               *");
     write_lines(file, {"* Card 8.1", "*   NFAD"});
     NFAD_LINE.write_front(file, activity.NFAD);
     write_lines(file, {"*", "* Card 8.2", "*  KSTEP", "       1", "*"});
-    copy_lines(text, file);
+    WRITEACTIVITY(file, members);
     close_channel(CH_GROUP);
 }
 
