@@ -1,0 +1,397 @@
+// The line-up of trusses: each place of a truss on its quadrilateral, both directions, and the search held
+// against a plain scan of all trusses and elements.
+#include "mesh/line_up.h"
+
+#include <random>
+
+#include "mesh/move_tables.h"
+#include "mesh/tables.h"
+#include "unit/support.h"
+
+namespace brelan::test {
+namespace {
+
+class LineUp : public ::testing::Test {
+protected:
+    void SetUp() override {
+        RESETMESH();
+        IEL.fill(ElementWords{});
+        NMOVE = 0;
+        next_ = 0;
+    }
+    static void node(std::int32_t n, float x, float y) {
+        XC[n] = x;
+        YC[n] = y;
+    }
+    void quadrilateral(const std::array<std::int32_t, 4>& corners, std::int32_t material = 7) {
+        ETYPE[++next_] = EL_CONTINUUM;
+        IEL[next_] = {corners[0], corners[1], corners[2], corners[3], 0, 0, 0, 0, material};
+    }
+    void truss(std::int32_t i, std::int32_t j) {
+        ETYPE[++next_] = EL_TRUSS;
+        IEL[next_] = {i, j, j, i, 0, 0, 0, 0, 1};
+    }
+    static void expect_moved(std::int32_t n, float x, float y) {
+        EXPECT_NE(std::find(LNP.begin(), LNP.end(), n), LNP.end()) << "node " << n;
+        EXPECT_FLOAT_EQ(XC1[n], x) << n;
+        EXPECT_FLOAT_EQ(YC1[n], y) << n;
+    }
+    std::int32_t next_ = 0;
+};
+
+// --- the place of a truss on its quadrilateral ---------------------------------------------------
+
+struct SlotRow {
+    std::size_t A, B, C, D;  // slots of the truss's ends, of the corner next to each
+};
+constexpr SlotRow SLOTS[] = {{1, 2, 4, 3}, {1, 4, 2, 3}, {2, 3, 1, 4}, {2, 1, 3, 4},
+                             {3, 4, 2, 1}, {3, 2, 4, 1}, {4, 1, 3, 2}, {4, 3, 1, 2}};
+
+// A truss from 1 to 2 at s = 0 and s = 1 (or back), opposite corners 3 (next to 1) and 4; with the axes
+// exchanged the opposite edge is vertical. The truss leans: the line through it rises by 0.5.
+TEST_F(LineUp, CornersNextToTheEndsByTheirSlots) {
+    for (const SlotRow& row : SLOTS)
+        for (const bool vertical : {false, true})
+            for (const bool falling : {false, true}) {
+                SetUp();
+                const auto put = [&](std::int32_t n, float s, float across) {
+                    const float along = falling ? 1.0F - s : s;
+                    vertical ? node(n, across, along) : node(n, along, across);
+                };
+                put(1, 0.0F, 0.0F);
+                put(2, 1.0F, 0.5F);
+                put(3, 0.25F, 2.0F);
+                put(4, 0.75F, 2.0F);
+                std::array<std::int32_t, 4> corners{};
+                corners[row.A - 1] = 1;
+                corners[row.B - 1] = 2;
+                corners[row.C - 1] = 3;
+                corners[row.D - 1] = 4;
+                quadrilateral(corners);
+                truss(1, 2);
+                SEARCHLINEUP();
+                EXPECT_EQ(LNP, (std::vector<std::int32_t>{1, 2})) << row.A << row.B;
+                const auto moved = [&](std::int32_t n, float s, float across) {
+                    const float along = falling ? 1.0F - s : s;
+                    vertical ? expect_moved(n, across, along) : expect_moved(n, along, across);
+                };
+                moved(1, 0.25F, 0.125F);
+                moved(2, 0.75F, 0.375F);
+                EXPECT_EQ(NMOVE, 0);
+            }
+}
+
+TEST_F(LineUp, DiagonalOfAQuadrilateralStays) {
+    for (const std::array<std::int32_t, 4>& corners :
+         {std::array<std::int32_t, 4>{1, 3, 2, 4}, {3, 1, 4, 2}, {2, 3, 1, 4}, {4, 2, 3, 1}}) {
+        SetUp();
+        node(1, 0, 0);
+        node(2, 1, 1);
+        node(3, 0.75F, 0);
+        node(4, 0.25F, 0);
+        quadrilateral(corners);
+        truss(1, 2);
+        SEARCHLINEUP();
+        EXPECT_TRUE(LNP.empty());
+    }
+}
+
+TEST_F(LineUp, OppositeEdgeOfNoLengthIsVertical) {
+    node(1, 0, 0);
+    node(2, 1, 1);
+    node(3, 2, 0.5F);
+    node(4, 2, 0.5F);
+    quadrilateral({1, 2, 4, 3});
+    truss(1, 2);
+    SEARCHLINEUP();
+    expect_moved(1, 0.5F, 0.5F);
+    expect_moved(2, 0.5F, 0.5F);
+}
+
+// A truss across the direction in which it would have to go has nowhere to slide to.
+TEST_F(LineUp, TrussAcrossTheSlideStays) {
+    node(1, 0, 0);
+    node(2, 0, 1);
+    node(3, 1, 2);
+    node(4, 2, 2);
+    quadrilateral({1, 2, 4, 3});
+    truss(1, 2);
+    SEARCHLINEUP();
+    EXPECT_TRUE(LNP.empty());
+    EXPECT_EQ(NMOVE, 0);
+}
+
+// --- beyond the ends -----------------------------------------------------------------------------
+
+// Trusses 5-1, 1-2, 2-6 at s = -1, 0, 1, 2 (times the sign); the opposite corners at C and D.
+class LineUpBeyond : public LineUp {
+protected:
+    void line(float sign, float C, float D) {
+        SetUp();
+        node(5, -1 * sign, -0.5F);
+        node(1, 0, 0);
+        node(2, 1 * sign, 0.25F);
+        node(6, 2 * sign, 1);
+        node(3, C * sign, 3);
+        node(4, D * sign, 3);
+        quadrilateral({1, 2, 4, 3});
+        truss(5, 1);
+        truss(1, 2);
+        truss(2, 6);
+        SEARCHLINEUP();
+    }
+    static std::vector<std::int32_t> merges() {
+        std::vector<std::int32_t> pairs;
+        for (std::int32_t k = 1; k <= NMOVE; ++k) {
+            pairs.push_back(MOVES[k].moved);
+            pairs.push_back(MOVES[k].target);
+            EXPECT_EQ(MOVES[k].fraction, 1.0F);
+        }
+        return pairs;
+    }
+};
+
+using Numbers = std::vector<std::int32_t>;
+
+TEST_F(LineUpBeyond, EndsSlideOnTheirNeighboursTrussAndPassedOnesMerge) {
+    for (const float sign : {1.0F, -1.0F}) {
+        line(sign, -0.5F, 1.5F);  // short of both neighbours
+        EXPECT_EQ(merges(), Numbers{});
+        expect_moved(1, -0.5F * sign, -0.25F);
+        expect_moved(2, 1.5F * sign, 0.625F);
+        line(sign, -1.0F, 2.0F);  // up to them
+        EXPECT_EQ(merges(), (Numbers{5, 1, 6, 2}));
+        expect_moved(1, -1.0F * sign, -0.5F);
+        expect_moved(2, 2.0F * sign, 1.0F);
+        line(sign, -3.0F, 4.0F);  // beyond
+        EXPECT_EQ(merges(), (Numbers{5, 1, 6, 2}));
+        expect_moved(1, -3.0F * sign, -1.5F);
+        expect_moved(2, 4.0F * sign, 2.5F);
+    }
+}
+
+// C on the far side of B: A goes there along the line to its own neighbour, and passes none.
+TEST_F(LineUpBeyond, TargetsOnTheFarSideOfTheOtherEnd) {
+    for (const float sign : {1.0F, -1.0F}) {
+        line(sign, 3.0F, -2.0F);
+        EXPECT_EQ(merges(), Numbers{});
+        expect_moved(1, 3.0F * sign, 1.5F);
+        expect_moved(2, -2.0F * sign, -2.0F);
+    }
+}
+
+TEST_F(LineUpBeyond, TargetsAtTheEndsAreWithin) {
+    for (const float sign : {1.0F, -1.0F}) {
+        line(sign, 0.0F, 1.0F);
+        EXPECT_EQ(merges(), Numbers{});
+        expect_moved(1, 0.0F, 0.0F);
+        expect_moved(2, 1.0F * sign, 0.25F);
+        line(sign, 1.0F, 0.0F);
+        expect_moved(1, 1.0F * sign, 0.25F);
+        expect_moved(2, 0.0F, 0.0F);
+    }
+}
+
+TEST_F(LineUpBeyond, WithoutANeighbourTheEndStays) {
+    for (const float sign : {1.0F, -1.0F}) {
+        line(sign, -3.0F, 4.0F);
+        ETYPE[2] = ETYPE[4] = EL_DELETED;
+        NMOVE = 0;
+        SEARCHLINEUP();
+        EXPECT_TRUE(LNP.empty());
+        EXPECT_EQ(NMOVE, 0);
+    }
+}
+
+// The last truss of several counts.
+TEST_F(LineUpBeyond, NeighbourIsThatOfTheHighestNumber) {
+    line(1.0F, -0.5F, 0.5F);
+    node(8, -1, 4);
+    truss(8, 1);
+    NMOVE = 0;
+    SEARCHLINEUP();
+    expect_moved(1, -0.5F, 2.0F);
+}
+
+TEST_F(LineUpBeyond, NeighbourThatIsACornerOfTheQuadrilateralStopsTheWork) {
+    for (const bool in_front : {true, false}) {
+        line(1.0F, 0.25F, 0.75F);
+        if (in_front)
+            truss(3, 1);
+        else
+            truss(2, 4);
+        NMOVE = 0;
+        SEARCHLINEUP();
+        EXPECT_TRUE(LNP.empty());
+    }
+}
+
+// A second quadrilateral on the other side of the truss finds its ends moved, yet its merges are noted.
+TEST_F(LineUpBeyond, MergesAreNotedThoughTheNodeHasMoved) {
+    line(1.0F, 0.25F, 0.75F);
+    node(10, -2, -3);
+    node(11, 5, -3);
+    quadrilateral({2, 1, 10, 11});
+    NMOVE = 0;
+    SEARCHLINEUP();
+    EXPECT_EQ(merges(), (Numbers{5, 1, 6, 2}));
+    expect_moved(1, 0.25F, 0.0625F);
+    EXPECT_EQ(LNP, (Numbers{1, 2}));
+}
+
+TEST_F(LineUpBeyond, ApplyingMovesTheListedNodesOnly) {
+    line(1.0F, 0.5F, -9.0F);
+    EXPECT_EQ(LNP, (Numbers{1, 2}));
+    XC1[6] = YC1[6] = 77;
+    APPLYLINEUP();
+    EXPECT_FLOAT_EQ(XC[1], 0.5F);
+    EXPECT_FLOAT_EQ(YC[1], 0.125F);
+    EXPECT_FLOAT_EQ(XC[6], 2.0F);
+}
+
+// --- against a plain scan ------------------------------------------------------------------------
+
+// The work as it is described: all elements for every truss, all trusses for every pair.
+struct PlainScan {
+    std::vector<std::int32_t> LNP;
+    std::vector<NodeMove> moves;
+    std::array<float, 100> x{}, y{};
+
+    void run(std::int32_t last) {
+        for (std::int32_t t = 1; t <= last; ++t)
+            if (ETYPE[t] == EL_TRUSS)
+                for (std::int32_t e = 1; e <= last; ++e)
+                    if (ETYPE[e] == EL_CONTINUUM && IEL[e].MATNO == 7 && IEL[e].I4 != 0)
+                        pair(t, e, last);
+    }
+
+private:
+    void pair(std::int32_t t, std::int32_t e, std::int32_t last) {
+        const std::int32_t A = IEL[t].I1, B = IEL[t].I2;
+        const std::array<std::int32_t, 5> corner{0, IEL[e].I1, IEL[e].I2, IEL[e].I3, IEL[e].I4};
+        std::size_t a = 0, b = 0;
+        for (std::size_t slot = 1; slot <= 4; ++slot) {
+            a = corner[slot] == A ? slot : a;
+            b = corner[slot] == B ? slot : b;
+        }
+        if (a == 0 || b == 0)
+            return;
+        std::int32_t P = 0, N = 0;
+        for (std::int32_t other = 1; other <= last; ++other) {
+            if (other == e || ETYPE[other] != EL_TRUSS)
+                continue;
+            if (IEL[other].I2 == A)
+                P = IEL[other].I1;
+            if (IEL[other].I1 == B)
+                N = IEL[other].I2;
+        }
+        for (std::size_t slot = 1; slot <= 4; ++slot)
+            if (slot != a && slot != b && (corner[slot] == P || corner[slot] == N))
+                return;
+        for (const SlotRow& row : SLOTS)
+            if (row.A == a && row.B == b)
+                slides(A, B, corner[row.C], corner[row.D], P, N);
+    }
+    void slides(std::int32_t A, std::int32_t B, std::int32_t C, std::int32_t D, std::int32_t P,
+                std::int32_t N) {
+        if (XC[C] != XC[D] && YC[C] != YC[D])
+            return;
+        const bool vertical = XC[C] == XC[D];
+        const auto s = [vertical](std::int32_t n) { return vertical ? YC[n] : XC[n]; };
+        if (s(A) <= s(B)) {
+            if (s(A) <= s(C) && s(C) <= s(B)) {
+                slide(A, s(C), A, B, vertical);
+            } else if (P != 0) {
+                if (s(C) <= s(P))
+                    moves.push_back({P, A, 1.0F});
+                slide(A, s(C), A, P, vertical);
+            }
+            if (s(A) <= s(D) && s(D) <= s(B)) {
+                slide(B, s(D), B, A, vertical);
+            } else if (N != 0) {
+                if (s(N) <= s(D))
+                    moves.push_back({N, B, 1.0F});
+                slide(B, s(D), N, B, vertical);
+            }
+        } else {
+            if (s(B) <= s(C) && s(C) <= s(A)) {
+                slide(A, s(C), A, B, vertical);
+            } else if (P != 0) {
+                if (s(P) <= s(C))
+                    moves.push_back({P, A, 1.0F});
+                slide(A, s(C), A, P, vertical);
+            }
+            if (s(B) <= s(D) && s(D) <= s(A)) {
+                slide(B, s(D), B, A, vertical);
+            } else if (N != 0) {
+                if (s(D) <= s(N))
+                    moves.push_back({N, B, 1.0F});
+                slide(B, s(D), N, B, vertical);
+            }
+        }
+    }
+    void slide(std::int32_t n, float to, std::int32_t p, std::int32_t q, bool vertical) {
+        const auto s = [vertical](std::int32_t i) { return vertical ? YC[i] : XC[i]; };
+        const auto across = [vertical](std::int32_t i) { return vertical ? XC[i] : YC[i]; };
+        if (std::find(LNP.begin(), LNP.end(), n) != LNP.end() || s(q) == s(p))
+            return;
+        const float t = (to - s(p)) / (s(q) - s(p));
+        const float other = across(p) + (across(q) - across(p)) * t;
+        x.at(static_cast<std::size_t>(n)) = vertical ? other : to;
+        y.at(static_cast<std::size_t>(n)) = vertical ? to : other;
+        LNP.push_back(n);
+    }
+};
+
+TEST_F(LineUp, SearchGivesWhatAPlainScanGives) {
+    std::mt19937 random(77);
+    const auto upto = [&random](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    int moved = 0, merged = 0;
+    for (int round = 0; round < 1000; ++round) {
+        SetUp();
+        const int nodes = 6 + upto(20);
+        for (std::int32_t n = 1; n <= nodes; ++n)
+            node(n, 0.5F * static_cast<float>(upto(7)), 0.5F * static_cast<float>(upto(4)));
+        const int elements = 5 + upto(40);
+        for (int i = 0; i < elements; ++i) {
+            const std::int32_t first = 1 + upto(nodes);
+            const auto near = [&](int step) { return 1 + (first + step - 1 + nodes) % nodes; };
+            switch (upto(5)) {
+                case 0:
+                case 1:
+                    truss(first, near(1 + upto(3)));
+                    break;
+                case 2:
+                    quadrilateral({first, near(1), near(3), near(2)}, upto(5) == 0 ? 6 : 7);
+                    break;
+                case 3:
+                    quadrilateral({near(2), near(1), first, upto(4) == 0 ? 0 : near(4)});
+                    break;
+                default:
+                    ++next_;  // a number without an element
+            }
+        }
+        PlainScan plain;
+        plain.run(next_);
+        SEARCHLINEUP();
+        ASSERT_EQ(LNP, plain.LNP) << round;
+        ASSERT_EQ(static_cast<std::size_t>(NMOVE), plain.moves.size()) << round;
+        for (std::int32_t k = 1; k <= NMOVE; ++k) {
+            const NodeMove& expected = plain.moves[static_cast<std::size_t>(k - 1)];
+            ASSERT_EQ(MOVES[k].moved, expected.moved) << round;
+            ASSERT_EQ(MOVES[k].target, expected.target) << round;
+        }
+        for (const std::int32_t n : LNP) {
+            ASSERT_EQ(XC1[n], plain.x.at(static_cast<std::size_t>(n))) << round;
+            ASSERT_EQ(YC1[n], plain.y.at(static_cast<std::size_t>(n))) << round;
+        }
+        moved += static_cast<int>(LNP.size());
+        merged += NMOVE;
+    }
+    // The rounds are worth something only when most of them move nodes.
+    EXPECT_GT(moved, 1000);
+    EXPECT_GT(merged, 300);
+}
+
+}  // namespace
+}  // namespace brelan::test

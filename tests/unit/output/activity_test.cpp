@@ -1,0 +1,195 @@
+// Which of a group's six pairs an element takes, by MTYPE, class and material, and what comes of it.
+#include "output/activity.h"
+
+#include "group/membership.h"
+#include "group/tables.h"
+#include "unit/support.h"
+
+namespace brelan::test {
+namespace {
+
+// Materials in the order of the columns of a row below.
+constexpr std::int32_t MAT = 5, MATj = 9, LMi = 6, LMo = 7, OTHER = 1;
+constexpr std::int32_t LTi = 2, LTo = 3;
+
+class ActivityPairs : public ::testing::Test {
+protected:
+    static constexpr std::int32_t G = 4;  // the group
+
+    void SetUp() override {
+        GROUPREC[G] = {};
+        GROUPMAT[G] = {};
+        GROUPPOST[G] = {};
+        words(MAT, MATj, LTi, LMi, LTo, LMo);
+        for (std::size_t role = 0; role < 6; ++role)
+            GROUPPOST[G].pair[role] = {static_cast<std::int32_t>(role) + 1,
+                                       static_cast<std::int32_t>(role) + 101};
+    }
+    static void words(float mat, float matj, float lti, float lmi, float lto, float lmo) {
+        GROUPMAT[G].MAT = mat;
+        GROUPMAT[G].MATj = matj;
+        GROUPMAT[G].LTi = lti;
+        GROUPMAT[G].LMi = lmi;
+        GROUPMAT[G].LTo = lto;
+        GROUPMAT[G].LMo = lmo;
+    }
+    static void clear_pairs(std::initializer_list<std::size_t> numbers) {
+        for (const std::size_t number : numbers)
+            GROUPPOST[G].pair[number - 1] = {0, 0};
+    }
+    // The numbers of the pairs that the five materials take, "-" for none: as in "21--1".
+    static std::string taken(std::int32_t MTYPE, std::int8_t type) {
+        GROUPREC[G].MTYPE = MTYPE;
+        std::string text;
+        for (const std::int32_t material : {MAT, MATj, LMi, LMo, OTHER}) {
+            const ActivityPair pair = activity_of(G, type, material);
+            if (pair == ActivityPair{}) {
+                text += '-';
+                continue;
+            }
+            text += static_cast<char>('0' + pair.NAC);
+            EXPECT_EQ(pair.NDAC, pair.NAC + 100);
+        }
+        return text;
+    }
+    static void expect_taken(std::int32_t MTYPE, const char* continuum, const char* beams,
+                             const char* trusses) {
+        EXPECT_EQ(taken(MTYPE, EL_CONTINUUM), continuum) << "continuum, type " << MTYPE;
+        EXPECT_EQ(taken(MTYPE, EL_BEAM), beams) << "beams, type " << MTYPE;
+        EXPECT_EQ(taken(MTYPE, EL_TRUSS), trusses) << "trusses, type " << MTYPE;
+    }
+};
+
+//                     materials: MAT MATj LMi LMo other
+TEST_F(ActivityPairs, ByTypeClassAndMaterial) {
+    expect_taken(1, "-----", "--4--", "-----");
+    expect_taken(2, "11111", "55555", "66666");
+    expect_taken(3, "2----", "--4--", "-----");
+    expect_taken(4, "21111", "--4--", "-----");
+    expect_taken(-2, "13111", "--5--", "---6-");
+    expect_taken(-3, "23---", "--5--", "---6-");
+    expect_taken(-4, "23111", "--5--", "---6-");
+    for (const std::int32_t MTYPE : {-1, 0, 5, 6, -5, 99})
+        expect_taken(MTYPE, "-----", "-----", "-----");
+}
+
+TEST_F(ActivityPairs, WithoutAMaterial) {
+    words(0, MATj, LTi, LMi, LTo, LMo);
+    expect_taken(3, "22222", "--4--", "-----");
+    expect_taken(4, "11111", "--4--", "-----");
+    expect_taken(-3, "23222", "--5--", "---6-");
+    expect_taken(-4, "13111", "--5--", "---6-");
+}
+
+TEST_F(ActivityPairs, OfAMaterialBelow0) {
+    words(-MAT, MATj, LTi, LMi, LTo, LMo);
+    expect_taken(3, "22222", "--4--", "-----");
+    expect_taken(4, "11111", "--4--", "-----");
+    expect_taken(-3, "-3---", "--5--", "---6-");
+    expect_taken(-4, "13111", "--5--", "---6-");
+}
+
+TEST_F(ActivityPairs, MaterialOfTheRegionComesBeforeThatOfTheJoint) {
+    words(MATj, MATj, LTi, LMi, LTo, LMo);
+    expect_taken(-2, "13111", "--5--", "---6-");
+    expect_taken(-3, "-2---", "--5--", "---6-");
+    expect_taken(-4, "12111", "--5--", "---6-");
+    words(0, 0, LTi, LMi, LTo, LMo);
+    expect_taken(-3, "22222", "--5--", "---6-");
+}
+
+// Type 2: the line's own pair counts when the pairs by class are all zero.
+TEST_F(ActivityPairs, OfALineWithoutPairsByClass) {
+    clear_pairs({1, 5, 6});
+    expect_taken(2, "-----", "--4--", "-----");
+    words(MAT, MATj, LTo, LMi, 0, 0);
+    expect_taken(2, "-----", "-----", "--4--");
+    // Tested as it stands: the code 1 is that of the continuum, 4 and 5 are no class.
+    words(MAT, MATj, 1, LMi, 0, 0);
+    expect_taken(2, "--4--", "-----", "-----");
+    expect_taken(1, "-----", "-----", "-----");
+    for (const float LTP : {-3.0F, 4.0F, 5.0F, 0.0F}) {
+        words(MAT, MATj, LTP, LMi, 0, 0);
+        expect_taken(2, "-----", "-----", "-----");
+    }
+}
+
+TEST_F(ActivityPairs, OfALineWithOnePairByClass) {
+    clear_pairs({5, 6});
+    expect_taken(2, "11111", "-----", "-----");
+    GROUPPOST[G].pair[0] = {0, 0};
+    GROUPPOST[G].pair[4] = {5, 105};
+    expect_taken(2, "-----", "55555", "-----");
+    GROUPPOST[G].pair[4] = {0, 0};
+    GROUPPOST[G].pair[5] = {6, 106};
+    expect_taken(2, "-----", "-----", "66666");
+}
+
+TEST_F(ActivityPairs, PairOfTwoZerosIsNone) {
+    clear_pairs({1, 2, 3, 4, 5, 6});
+    for (std::int32_t MTYPE = -4; MTYPE <= 4; ++MTYPE)
+        expect_taken(MTYPE, "-----", "-----", "-----");
+}
+
+TEST_F(ActivityPairs, OneZeroOfTwoIsAPair) {
+    GROUPREC[G].MTYPE = 4;
+    GROUPPOST[G].pair[0] = {0, 7};
+    GROUPPOST[G].pair[1] = {7, 0};
+    EXPECT_EQ(activity_of(G, EL_CONTINUUM, OTHER), (ActivityPair{0, 7}));
+    EXPECT_EQ(activity_of(G, EL_CONTINUUM, MAT), (ActivityPair{7, 0}));
+}
+
+TEST_F(ActivityPairs, FirstLineOfAJointComesBeforeItsTwin) {
+    words(MAT, MATj, LTi, LMi, LTi, LMi);
+    expect_taken(-2, "13111", "--5--", "-----");
+    words(MAT, MATj, LTi, LMi, LTi, LMo);
+    expect_taken(-3, "23---", "--56-", "-----");
+}
+
+TEST_F(ActivityPairs, WordsAreCutToIntegers) {
+    words(5.9F, 9.5F, 2.9F, 6.999F, 3.1F, 7.5F);
+    expect_taken(-4, "23111", "--5--", "---6-");
+    words(0.9F, 9.0F, 2.0F, 6.0F, 3.0F, 7.0F);
+    expect_taken(3, "22222", "--4--", "-----");
+}
+
+// --- new materials -------------------------------------------------------------------------------
+
+TEST_F(ActivityPairs, NewMaterialsFollowTheHighestOfTheMesh) {
+    NGROUP = G;
+    for (std::int32_t g = 1; g < G; ++g)
+        GROUPREC[g] = {};
+    GROUPREC[G].MTYPE = 4;
+    NMATC = 20;
+    std::vector<GroupMembers> members(G + 1);
+    members[G][{EL_CONTINUUM, MAT}].all = {{3, 4}, {9, 9}};
+    members[G][{EL_CONTINUUM, OTHER}].all = {{4, 5}};
+    members[G][{EL_BEAM, LMi}].all = {{11, 11}};
+    members[G][{EL_TRUSS, LMo}].all = {{12, 12}};
+    const Activity activity = MAKEACTIVITY(members);
+    EXPECT_EQ(activity.NFAD, 2 + 2 + 1 + 1);
+    EXPECT_EQ(activity.first_new, 21);
+    ASSERT_EQ(activity.materials.size(), 2U);
+    EXPECT_EQ(activity.materials[0].old, OTHER);
+    EXPECT_EQ(activity.materials[0].activity, (ActivityPair{1, 101}));
+    EXPECT_EQ(activity.materials[1].old, MAT);
+    EXPECT_EQ(NMATC, 22);
+    EXPECT_EQ(activity.NEWMAT[3], 22);
+    EXPECT_EQ(activity.NEWMAT[4], 22);  // the later of its two
+    EXPECT_EQ(activity.NEWMAT[5], 21);
+    EXPECT_EQ(activity.NEWMAT[9], 22);
+    for (const std::size_t none : {1U, 6U, 10U, 11U, 12U})
+        EXPECT_EQ(activity.NEWMAT[none], 0) << none;
+}
+
+TEST(MemberCounts, AreClearedBeforeTheElementsOfAMeshAreWritten) {
+    NMEMBER = NMATC = NMATB = NMATT = 99;
+    NTRUSM = {1, 2, 3};
+    NGRP = 0;
+    begin_membership();
+    EXPECT_EQ(NMEMBER + NMATC + NMATB + NMATT, 0);
+    EXPECT_TRUE(NTRUSM.empty());
+}
+
+}  // namespace
+}  // namespace brelan::test
