@@ -23,6 +23,7 @@ public:
         write(data / "MANUAL.DAT", "0\n");
         write(data / "HUBPLOT.DAT", "1\n");
         write(data / "DV-BRELAN.dat", "1 0.001 0.01 0.001\n0 0.01 0 0 0 0 0 0\n0\n");
+        write(data / "UNIT.DAT", "\n\n\n\nBenchmark\n\n\n\n\n\n\n\n\n\n\n2 2 4 1 1\n");
         write(work() / "TFNAME.TMP", "..\\deck.dat\n");
     }
     ~BenchProject() { fs::remove_all(root_); }
@@ -30,6 +31,7 @@ public:
     BenchProject& operator=(const BenchProject&) = delete;
 
     fs::path project() const { return root_ / "project"; }
+    fs::path drive() const { return root_ / "C"; }
     fs::path work() const { return project() / "work"; }
 
     // Runs a deck; a run that does not finish ends the benchmark.
@@ -38,12 +40,15 @@ public:
         run_again();
     }
     void run_again() const {
-        const std::string command = "cd '" + work().string() + "' && BRELAN_DRIVE_C='" +
-                                    (root_ / "C").string() + "' '" + BRELAN_PROGRAM + "'";
-        if (std::system(command.c_str()) != 0) {
-            std::fprintf(stderr, "the run failed: %s\n", command.c_str());
+        if (std::system(command().c_str()) != 0) {
+            std::fprintf(stderr, "the run failed: %s\n", command().c_str());
             std::exit(1);
         }
+    }
+    // The shell command that starts the program on the deck.
+    std::string command() const {
+        return "cd '" + work().string() + "' && BRELAN_DRIVE_C='" + drive().string() + "' '" +
+               BRELAN_PROGRAM + "'";
     }
 
     // A square base mesh of side nodes by side nodes, with its left end at x.
