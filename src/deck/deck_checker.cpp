@@ -186,7 +186,7 @@ void check_dam() {
 
 }  // namespace
 
-void DECKCHK(TextLine& deck_name, std::string_view normalised_name) {
+void DECKCHK(TextLine& deck_name, std::string_view normalised_name, void (*write_dam)()) {
     if (deck_name.blank())
         FAIL("expected the name of a card deck, found a blank one");
     open_channel(CH_DECK, deck_name.view(), OpenStatus::old);
@@ -202,8 +202,12 @@ void DECKCHK(TextLine& deck_name, std::string_view normalised_name) {
     const std::int32_t IMOD = value_of(1);
     if (IMOD == 3) {
         check_dam();
-        deck().fail_behind(
-            "expected a mode that this version can run; the earth dam of IMOD 3 is not available yet");
+        write_dam();
+        deck_name = DECKLIST[1];
+        close_channel(CH_STRIPPED, CloseAction::remove);
+        close_channel(CH_NORMALISED, CloseAction::remove);
+        DECKCHK(deck_name, normalised_name, write_dam);
+        return;
     }
     write_card(normalised(), CARD_1_1.written_of(KIND()));
     std::int32_t edit_switch = IMOD;

@@ -12,6 +12,9 @@ namespace brelan {
 // the error listing; writes the name of the result mesh to the plot tool's "FnPlot2D.dat". Channels 3, 5, 6
 // and 7 are closed on return. A wrong count of values ends the run with the error report, anything else that
 // cannot be read as a failure.
-void DECKCHK(TextLine& deck_name, std::string_view normalised_name);
+//
+// The cards of an earth dam are no deck to be run: `write_dam` makes decks of them, and the first of those is
+// checked in place of the one given, whose name it takes.
+void DECKCHK(TextLine& deck_name, std::string_view normalised_name, void (*write_dam)());
 
 }  // namespace brelan

@@ -201,17 +201,40 @@ std::int32_t delete_or_rename(std::int8_t type, ElementRecord& element) {
     return type;
 }
 
-void edit_renumbered(const Channel& mesh, std::int8_t type, ElementRecord& element) {
+// The number that an element has from the start number of its type on.
+std::int32_t new_number(const Channel& mesh, std::int8_t type, const ElementRecord& element) {
     const std::int32_t start = type == EL_CONTINUUM ? EDIT.NSNEL
                                : type == EL_BEAM    ? EDIT.NSBEAM
                                                     : EDIT.NSTRUS;
-    const std::int32_t number =
-        shifted(mesh, element.NEL, start - SOURCE.elements[type - EL_CONTINUUM].lowest, MAXEL, "element");
+    return shifted(mesh, element.NEL, start - SOURCE.elements[type - EL_CONTINUUM].lowest, MAXEL, "element");
+}
+
+void edit_renumbered(const Channel& mesh, std::int8_t type, ElementRecord& element) {
+    const std::int32_t number = new_number(mesh, type, element);
     shift_corners(mesh, element.words, type == EL_CONTINUUM);
     if (EDIT.IEDIT == 1 && EDIT.ILOC == 3)
         code_nodes_of(type, element.words);
     if (EDIT.IEDIT == 6)
         rebuild(type, element);
+    store_element(number, type, element);
+    EACT1[number] = type;
+}
+
+// IEDIT 5: numbers of elements are shifted, corners are not, as nodes keep their numbers.
+void edit_for_slope(const Channel& mesh, std::int8_t type, ElementRecord& element) {
+    const std::int32_t number = new_number(mesh, type, element);
+    if (type == EL_CONTINUUM) {
+        element.words.MATNO = EDIT.MATNO_T;
+        element.THIC = 1.0F;
+        element.DEN = 0.0F;
+        element.IDH = 0;
+        element.KS = 0;
+        element.KF = 1;
+        element.INTR = element.INTS = 2;
+        element.TBJWL = 0.0F;
+        if (SOURCE.first_continuum == 0)
+            SOURCE.first_continuum = number;
+    }
     store_element(number, type, element);
     EACT1[number] = type;
 }
@@ -235,6 +258,11 @@ void EDITNODES(Channel& mesh) {
             NACT1[number] = 1;
         } else if (keeps_numbers()) {
             store_node(node.NODE, node);
+        } else if (EDIT.IEDIT == 5) {
+            node.ID[2] = node.ID[3] = node.ID[4] = 1;
+            node.H = EDIT.Hi;
+            store_node(node.NODE, node);
+            NACT1[node.NODE] = 1;
         }
     }
 }
@@ -245,6 +273,8 @@ void EDITELEMENTS(Channel& mesh, std::int8_t type) {
         ElementRecord element = read_element_record(mesh, type);
         if (renumbers()) {
             edit_renumbered(mesh, type, element);
+        } else if (EDIT.IEDIT == 5) {
+            edit_for_slope(mesh, type, element);
         } else if (keeps_numbers()) {
             const std::int32_t number = element.NEL;
             if (type != EL_CONTINUUM && EDIT.IEDIT != 4 && EDIT.ILOC == 0 &&

@@ -36,6 +36,7 @@ void SELECTNODES(Channel& mesh, void (*traced)(int step)) {
 }
 
 void SCANELEMENTS(Channel& mesh) {
+    SOURCE.first_continuum = 0;
     const int start = mesh.lines_before();
     for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
         NumberRange& range = SOURCE.elements[type - EL_CONTINUUM];

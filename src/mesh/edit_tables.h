@@ -41,6 +41,13 @@ struct EditCards {
     NodeCodes IDNEW{};                             // IEDIT 1
     std::int32_t MATNC = 0, MATNB = 0, MATNT = 0;  // IEDIT 3
 
+    std::int32_t MODEL = 0;    // IEDIT 5: the slope template
+    std::int32_t MATNO_T = 0;  // material of its elements
+    float rHw = 0.0F;          // water level as a share of the slope
+    float Hi = 0.0F;           // head or temperature of its nodes
+    float X1 = 0.0F, Y1 = 0.0F, X2 = 0.0F, Y2 = 0.0F, X3 = 0.0F, Y3 = 0.0F;  // crest, toe, foot
+    std::string triangle_place;
+
     std::int32_t NEDC = 0, NEDB = 0, NEDT = 0;  // IEDIT 6
     Table<RebuildRow, MAXEDLIST, "the rows of Card 3.6.1-1"> EDC;
     Table<RebuildRow, MAXEDLIST, "the rows of Card 3.6.2-1"> EDB;
@@ -63,8 +70,16 @@ struct EditSource {
     StrippedMesh stripped;
     MeshCounts counts;
     NumberRange nodes;
-    NumberRange elements[3];  // by type from EL_CONTINUUM
+    NumberRange elements[3];           // by type from EL_CONTINUUM
+    std::int32_t first_continuum = 0;  // IEDIT 5: new number of the first continuum record, 0 for none
 };
 inline EditSource SOURCE;
+
+// IEDIT 5: where the water level divides an element of the slope. Who fills it: dam/phreatic_line.cpp.
+struct SlopeSplit {
+    std::int32_t element = 0;  // number in the template
+    std::int32_t node = 0;     // on the water level; 0: no element is divided
+};
+inline SlopeSplit SLOPESPLIT;
 
 }  // namespace brelan

@@ -3,6 +3,7 @@
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/run_end.h"
+#include "dam/dam_deck.h"
 #include "deck/deck_checker.h"
 #include "deck/deck_tables.h"
 #include "deck/error_report.h"
@@ -14,6 +15,7 @@
 #include "run/combination_run.h"
 #include "run/edit_run.h"
 #include "run/read_cards.h"
+#include "run/slope_run.h"
 #include "run/start_up.h"
 #include "run/trace.h"
 
@@ -47,13 +49,9 @@ void run_mode_0() {
 }
 
 void run_mode_1() {
-    // With IEDIT 5 the deck names no FILEA.
-    if (LOOKEDIT != 5)
-        FILEA = read_file_name();
+    // With IEDIT 5 the deck names no FILEA: MODEL has chosen a slope template.
+    FILEA = LOOKEDIT == 5 ? slope_template() : read_file_name();
     FILEM = read_file_name();
-    if (LOOKEDIT == 5)
-        channel(CH_DECK).fail_behind(
-            "expected an IEDIT that this version can run; the slope mapping of IEDIT 5 is not available yet");
     open_edit_files();
     read_edit();
     open_result_copy();
@@ -93,7 +91,7 @@ void end_deck() {
 void run_deck() {
     NGRP = 0;
     DECKNAME = DECKLIST[DECKNO];
-    DECKCHK(DECKNAME, NORMALISED_DECK);
+    DECKCHK(DECKNAME, NORMALISED_DECK, DAMDECK);
     Channel& deck = open_channel(CH_DECK, NORMALISED_DECK, OpenStatus::old);
     deck.set_origin(DECKORIGIN);
     std::int32_t IMOD = 0;

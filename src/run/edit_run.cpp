@@ -1,9 +1,6 @@
 #include "run/edit_run.h"
 
-#include <string>
-
 #include "channel/channels.h"
-#include "channel/run_end.h"
 #include "deck/strip_mesh.h"
 #include "group/membership.h"
 #include "group/tables.h"
@@ -20,16 +17,12 @@
 #include "run/group_run.h"
 #include "run/read_cards.h"
 #include "run/settings.h"
+#include "run/slope_run.h"
 #include "run/trace.h"
 
 namespace brelan {
 
 namespace {
-
-[[noreturn]] void fail_not_available(std::string_view what) {
-    FAIL("BRELAN.TMP, line 1: expected a deck that this version can run; " + std::string(what) +
-         " is not available yet");
-}
 
 void trace_edit() {
     switch (EDIT.IEDIT) {
@@ -81,6 +74,8 @@ void load_mesh() {
         select_on_polyline(mesh);
     TRACE(" Pass 8 ", 8.0F);
     EDITNODES(mesh);
+    if (EDIT.IEDIT == 5)
+        map_slope_nodes();
     TRACE(" Pass 9 ", 9.0F);
     SCANELEMENTS(mesh);
     FIXSTARTNUMBERS();
@@ -97,6 +92,8 @@ void load_mesh() {
         EDITELEMENTS(mesh, EL_TRUSS);
         TRACE(" Pass 13 ", 13.0F);
     }
+    if (EDIT.IEDIT == 5)
+        finish_slope_elements();
 }
 
 // Passes 14.5 to 14.7: line-up and node moves.
@@ -201,8 +198,6 @@ void open_edit_files() {
 void read_edit() {
     read_edit_cards();
     trace_edit();
-    if (EDIT.IEDIT == 5)
-        fail_not_available("the slope mapping of IEDIT 5");
     read_edit_group();
 }
 

@@ -154,6 +154,12 @@ void read_edit_group() {
             read_selection();
             read_free(deck(), "MATNC, MATNB, MATNT", EDIT.MATNC, EDIT.MATNB, EDIT.MATNT);
             break;
+        case 5:
+            read_free(deck(), "MODEL", EDIT.MODEL);
+            read_free(deck(), "MATNO_T, rHw, Hi", EDIT.MATNO_T, EDIT.rHw, EDIT.Hi);
+            read_free(deck(), "X1, Y1, X2, Y2, X3, Y3", EDIT.X1, EDIT.Y1, EDIT.X2, EDIT.Y2, EDIT.X3, EDIT.Y3);
+            EDIT.triangle_place = deck().place_behind();
+            break;
         case 6:
             read_rebuild_rows();
             break;

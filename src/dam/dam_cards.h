@@ -1,0 +1,12 @@
+// The cards of an earth dam, read back from the normalised deck.
+#pragma once
+
+#include "channel/channels.h"
+
+namespace brelan {
+
+// Reads Cards 5.1 to 5.5 from the start of the normalised deck into DAM and sets DAMSIZES. Ends the run at a
+// profile, core or wall that cannot be, naming the card.
+void READDAM(Channel& deck);
+
+}  // namespace brelan

@@ -1,0 +1,247 @@
+#include "dam/dam_deck.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "channel/layout.h"
+#include "dam/dam_cards.h"
+#include "dam/dam_tables.h"
+#include "dam/shell_decks.h"
+#include "dam/slope_models.h"
+#include "deck/deck_tables.h"
+#include "run/channel_numbers.h"
+#include "run/settings.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr std::string_view MAIN_DECK = "..\\EarthDam.Meg";
+
+constexpr Layout<"(2X,I2,4X,I2,4X,I2,7X,I2,8X,I2,6X,I2)"> SWITCHES;
+constexpr Layout<"(1X,3(1X,ES12.5,1X))"> REALS;
+constexpr Layout<"(A126)"> NAME;
+constexpr Layout<"(I4,3X,I4)"> NUMBERS_4;
+constexpr Layout<"(I5,2X,I4)"> NUMBERS_5;
+constexpr Layout<"(I6,1X,I4)"> NUMBERS_6;
+constexpr Layout<"(2X,I3)"> ONE_NUMBER;
+constexpr Layout<"(10(ES12.5,1X))"> LIMITS_LINE;
+constexpr Layout<"(2X,I3,5X,I2)"> GROUPS_LINE;
+
+// What the base mesh gives each group that has a material line of its own.
+constexpr std::int32_t KF_OF_ZONE = 1, IH_OF_ZONE = 0;
+constexpr float DEN_OF_ZONE = 2.3F;
+
+constexpr std::array<std::string_view, 4> HEADS_4_2 = {
+    "*    Xo            Yo          Ywater", "*    Xo            Yo          Temperature",
+    "*    Xo            Yo          Total Head  ", "*    Xo            Yo "};
+
+// The third value of Card 4.2; none in the displacement kind.
+void write_origin(Channel& deck) {
+    deck.write_line("* Card 4.2");
+    deck.write_line(HEADS_4_2[static_cast<std::size_t>(KIND())]);
+    const float Xo = DAMSIZES.left, Yo = DAMSIZES.bottom;
+    switch (KIND()) {
+        case LayoutKind::coupled:
+            REALS.write(deck, Xo, Yo, DAM.HWATER);
+            break;
+        case LayoutKind::temperature:
+        case LayoutKind::head:
+            REALS.write(deck, Xo, Yo, DAM.Hi);
+            break;
+        case LayoutKind::displacement:
+            REALS.write_front(deck, Xo, Yo);
+            break;
+    }
+}
+
+void write_block_columns(Channel& deck) {
+    const DamSizes& s = DAMSIZES;
+    deck.write_line("* Card 4.3");
+    deck.write_line("*    W             DX            AX");
+    if (DAM.NLAYER > 0)
+        REALS.write(deck, DAM.XLEFT, s.DL, -MARGIN);
+    REALS.write(deck, DAM.WLEFT, s.DL, EVEN);
+    REALS.write(deck, DAM.WMID, s.DM, EVEN);
+    REALS.write(deck, DAM.WRIGHT, s.DR, EVEN);
+    if (DAM.NLAYER > 0)
+        REALS.write(deck, DAM.XRIGHT, s.DR, MARGIN);
+}
+
+void write_block_rows(Channel& deck) {
+    deck.write_line("* Card 4.4");
+    deck.write_line("*    H             DY            AY");
+    REALS.write(deck, DAM.HDAM, DAMSIZES.DV, EVEN);
+    for (std::size_t layer = 0; layer < DAM.layers.size(); ++layer)
+        REALS.write(deck, DAM.layers[layer], DAMSIZES.DV, layer + 1 == DAM.layers.size() ? LAST_LAYER : EVEN);
+}
+
+// Cards 1.1 and 4.1 to 4.5.
+void write_base_mesh(Channel& deck) {
+    deck.write_line("* Card 1.1");
+    deck.write_line("* IMOD  JK     ");
+    SWITCHES.write_front(deck, 2, kind_of_decks());
+    deck.write_line("* Card 4.1");
+    deck.write_line("* NBX   NBY   IB_LEFT  IB_RIGHT  IB_TOP  IB_BOTTOM");
+    SWITCHES.write(deck, DAM.NLAYER > 0 ? 5 : 3, DAM.NLAYER + 1, 1, 1, 0, 1);
+    write_origin(deck);
+    write_block_columns(deck);
+    write_block_rows(deck);
+    deck.write_line("* Card 4.5");
+    deck.write_line("* IGMOD ");
+    ONE_NUMBER.write(deck, 1);
+}
+
+// Cards 3.1-1 to 3.3 and 3.3.5.1 to 3.3.5.4-2.
+void write_edit(Channel& deck, std::int32_t NGROUP) {
+    const DamSizes& s = DAMSIZES;
+    deck.write_line("* Card 3.1-1");
+    deck.write_line("* FILEA");
+    NAME.write(deck, "Bmesh.dat");
+    deck.write_line("* Card 3.1-2");
+    deck.write_line("* FILEM");
+    NAME.write(deck, "EarthDam.Mes");
+    // The numbers of the shells' elements stay free.
+    const std::int32_t shell_elements =
+        DAM.shells ? slope_model(s.left_model).elements + slope_model(s.right_model).elements : 0;
+    write_start_numbers(deck, shell_elements + 1, 1);
+    deck.write_line("* Card 3.3");
+    deck.write_line("* IEDIT");
+    ONE_NUMBER.write(deck, 4);
+    deck.write_line("* Card 3.3.5.1");
+    deck.write_line("* NODE");
+    ONE_NUMBER.write(deck, 0);
+    deck.write_line("* Card 3.3.5.2");
+    deck.write_line("* NOEL");
+    ONE_NUMBER.write(deck, 0);
+    // The border of the field stays where it is.
+    deck.write_line("* Card 3.3.5.3");
+    deck.write_line("* IBOUND");
+    ONE_NUMBER.write(deck, 1);
+    LIMITS_LINE.write_front(deck, s.left, s.bottom, s.right, DAM.HDAM);
+    deck.write_line("* Card 3.3.5.4-1");
+    deck.write_line("* NGROUP  IGTITL");
+    GROUPS_LINE.write(deck, NGROUP, 1);
+    deck.write_line("* Card 3.3.5.4-2");
+    deck.write_line("*    Xref          Yref          Hi");
+    REALS.write(deck, 0.0F, 0.0F, DAM.Hi);
+}
+
+// --- one group -------------------------------------------------------------------------------------
+
+constexpr Layout<"(2X,I3,4X,I2,6X,I2,6X,I2,6X,I2,5X,I2,5X,I2)"> GROUP_LINE;
+constexpr Layout<"(2X,I3,3X,I3,3X,I3,3X,I3)"> MATERIAL_LINE;
+constexpr Layout<"(2X,I3,3X,ES12.5,3X,I3,3X,I3)"> MATERIAL_LINE_DEN;
+constexpr Layout<"(2X,I3,3X,I3)"> LINE_LINE;
+constexpr Layout<"(2X,I3,6X,I2,4X,I2,4X,ES12.5,1X,ES12.5)"> POINTS_LINE;
+constexpr Layout<"(2X,I3,2X,ES12.5,1X,ES12.5)"> POINT_LINE;
+constexpr Layout<"(2X,I3,7X,ES12.5,1X,ES12.5)"> SEGMENTS_LINE;
+constexpr Layout<"(2X,I3,4X,I2,5X,I2,5X,I2)"> SEGMENT_LINE;
+constexpr Layout<"('* Group No = ',I3,A)"> GROUP_TITLE;
+
+constexpr std::string_view DOUBLE_LINE = "*=================================================";
+
+constexpr std::array<std::string_view, 4> HEADS_MATERIAL = {
+    "* MAT   KF    LTP   LMAT", "* MAT   IH    LTP   LFUN", "* MAT   IH    LTP   LFUN",
+    "* MAT   DEN            LTP   LMAT"};
+
+void write_zone_material(Channel& deck, std::int32_t MAT) {
+    deck.write_line(HEADS_MATERIAL[static_cast<std::size_t>(KIND())]);
+    switch (KIND()) {
+        case LayoutKind::coupled:
+            MATERIAL_LINE.write(deck, MAT, KF_OF_ZONE, 0, 0);
+            break;
+        case LayoutKind::temperature:
+        case LayoutKind::head:
+            MATERIAL_LINE.write(deck, MAT, IH_OF_ZONE, 0, 0);
+            break;
+        case LayoutKind::displacement:
+            MATERIAL_LINE_DEN.write(deck, MAT, DEN_OF_ZONE, 0, 0);
+            break;
+    }
+}
+
+// Groups that only keep or close an outline have no material line.
+void write_material(Channel& deck, const DamGroup& cards) {
+    if (cards.MTYPE != 2 && cards.MTYPE != 3)
+        return;
+    deck.write_line("* Card 3.3.5.4.1-1");
+    if (cards.MTYPE == 3) {
+        write_zone_material(deck, cards.MAT);
+        return;
+    }
+    deck.write_line(KIND() == LayoutKind::head ? "* LTP   LFUN" : "* LTP   LMAT");
+    LINE_LINE.write(deck, cards.LTP, cards.LMAT);
+}
+
+}  // namespace
+
+std::int32_t kind_of_decks() {
+    constexpr std::array<std::int32_t, 4> JK = {3, 1, 9, 2};
+    return JK[static_cast<std::size_t>(KIND())];
+}
+
+void write_start_numbers(Channel& deck, std::int32_t NSNEL, std::int32_t NSNODE) {
+    deck.write_line("* Card 3.2");
+    deck.write_line("* NSNEL  NSNODE");
+    if (NSNEL <= 9999)
+        NUMBERS_4.write(deck, NSNEL, NSNODE);
+    else if (NSNEL <= 99999)
+        NUMBERS_5.write(deck, NSNEL, NSNODE);
+    else
+        NUMBERS_6.write(deck, NSNEL, NSNODE);
+}
+
+void DAMGROUP(Channel& deck, std::int32_t group, const DamGroup& cards) {
+    deck.write_line("*");
+    deck.write_line(DOUBLE_LINE);
+    GROUP_TITLE.write(deck, group, cards.title);
+    deck.write_line(DOUBLE_LINE);
+    deck.write_line("*");
+    deck.write_line(cards.title);
+    deck.write_line("* Card 3.3.5.4.1");
+    deck.write_line("* MTYPE IGPOST OVERLAY GCOLOR GLTYPE GLTHIC GHIDE");
+    GROUP_LINE.write(deck, cards.MTYPE, 0, 0, 0, 0, 0, 0);
+    if (cards.MTYPE == 0)
+        return;
+    write_material(deck, cards);
+    deck.write_line("* Card 3.3.5.4.2");
+    deck.write_line("* NPOINT  MOVE  IREF  XLo          YLo");
+    POINTS_LINE.write(deck, static_cast<std::int32_t>(cards.points.size()), 0, 0, 0.0F, 0.0F);
+    deck.write_line("* Card 3.3.5.4.2-1");
+    deck.write_line("* NP     X            Y");
+    std::int32_t NP = 0;
+    for (const DamPoint& p : cards.points)
+        POINT_LINE.write(deck, ++NP, p.x, p.y);
+    deck.write_line("* Card 3.3.5.4.3");
+    deck.write_line("* NSEGMENT   GNODX        GNODY");
+    SEGMENTS_LINE.write(deck, static_cast<std::int32_t>(cards.IEND.size()), 0.0F, 0.0F);
+    deck.write_line("* Card 3.3.5.4.3.1");
+    deck.write_line("* SEGNO  LTYPE  NDIV   IEND");
+    std::int32_t SEGNO = 0;
+    for (const std::int32_t IEND : cards.IEND)
+        SEGMENT_LINE.write(deck, ++SEGNO, 1, 0, IEND);
+}
+
+void DAMDECK() {
+    READDAM(channel(CH_MESH_B));
+    JKPREP = kind_of_decks();
+    const std::vector<DamGroup> groups = DAMGROUPS();
+    Channel& deck = open_channel(CH_DATA, MAIN_DECK, OpenStatus::work);
+    write_base_mesh(deck);
+    write_edit(deck, static_cast<std::int32_t>(groups.size()));
+    std::int32_t number = 0;
+    for (const DamGroup& group : groups)
+        DAMGROUP(deck, ++number, group);
+    deck.write_line("* END OF DATA ");
+    close_channel(CH_DATA);
+    DECKCOUNT = 1;
+    DECKLIST[1] = TextLine(MAIN_DECK);
+    if (DAM.shells)
+        SHELLDECKS();
+}
+
+}  // namespace brelan

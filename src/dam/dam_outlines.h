@@ -1,0 +1,30 @@
+// The groups of a dam's main deck: what is drawn over the block mesh.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "dam/dam_tables.h"
+
+namespace brelan {
+
+// A group of the main deck. Side k runs from point k to the next; the last side of a closed outline back to
+// the first point.
+struct DamGroup {
+    std::string title;
+    std::int32_t MTYPE = 0;
+    std::int32_t MAT = 0;            // MTYPE 3
+    std::int32_t LTP = 0, LMAT = 0;  // MTYPE 2
+    DamOutline points;
+    std::vector<std::int32_t> IEND;  // by side: 2 cut into the mesh, 3 not, as the mesh has a line there
+};
+
+// The groups in the order of the deck, from DAM and DAMSIZES.
+std::vector<DamGroup> DAMGROUPS();
+
+// The outline of a subsoil layer from its bottom to its top, without the part that a wall takes: round the
+// wall from the top where it enters there, else from the bottom. The wall is given by its four points.
+DamOutline layer_outline(float left, float right, float bottom, float top, const DamOutline& wall);
+
+}  // namespace brelan

@@ -1,0 +1,10 @@
+// The decks that fit the shells of a dam from slope templates and join them to its body.
+#pragma once
+
+namespace brelan {
+
+// Writes "Shell_Left.dat", "Shell_Right.dat", "Combine_Shell.dat" and "Combine_All.dat" and puts them behind
+// the main deck in DECKLIST.
+void SHELLDECKS();
+
+}  // namespace brelan
