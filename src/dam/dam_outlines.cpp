@@ -21,9 +21,6 @@ constexpr std::int32_t KEEP_INSIDE = -1, LINE = 2, ZONE = 3, CLOSING_OUTLINE = 5
 // Line elements of the head kind: boundary of a given head, and a seepage face.
 constexpr std::int32_t TOTAL_HEAD = 5, SEEPAGE_FACE = 3;
 
-// A water line this low, as a share of the dam's height, leaves nothing of the slope under water.
-constexpr float NO_WATER = 1.0E-3F;
-
 // --- how sides are cut -----------------------------------------------------------------------------
 
 std::size_t sides_of(const DamGroup& group) {
@@ -66,24 +63,6 @@ DamOutline surface_outline() {
     return outline;
 }
 
-// Slopes and crest of a dam without shells, as sides of an outline that goes over the crest to the left. A
-// crest's end where a block column ends is a node already, and is placed. Another one is not: nodes of the
-// crest do not give way to a point that is placed, and a new one beside them would be left over. There the
-// cut of the slope itself moves the crest's next node onto its end.
-void cut_crest(DamGroup& group) {
-    const DamSizes& s = DAMSIZES;
-    const bool left_is_node = same_line(s.crest_left, DAM.WLEFT);
-    const bool right_is_node = same_line(s.crest_right, DAM.WLEFT + DAM.WMID);
-    const auto on_crest = [&](std::size_t k) { return same_line(group.points[k].y, DAM.HDAM); };
-    for (std::size_t k = 1; k + 1 < group.points.size(); ++k) {
-        if (!on_crest(k) || !on_crest(k + 1))
-            continue;
-        group.IEND[k - 1] = right_is_node ? CUT : CUT_BUT_END;
-        group.IEND[k] = left_is_node && right_is_node ? CUT : NOT_CUT;
-        group.IEND[k + 1] = left_is_node ? CUT : CUT_BUT_START;
-    }
-}
-
 DamGroup drawn(std::string title, std::int32_t MTYPE, DamOutline points) {
     DamGroup group;
     group.title = std::move(title);
@@ -91,6 +70,13 @@ DamGroup drawn(std::string title, std::int32_t MTYPE, DamOutline points) {
     group.points = std::move(points);
     cut_sides(group);
     return group;
+}
+
+// The crest lies on the mesh's top line and is cut all the same: that places its ends.
+void cut_crest(DamGroup& group) {
+    for (std::size_t k = 0; k + 1 < group.points.size(); ++k)
+        if (same_line(group.points[k].y, DAM.HDAM) && same_line(group.points[k + 1].y, DAM.HDAM))
+            group.IEND[k] = CUT;
 }
 
 DamGroup zone(std::string title, std::int32_t MAT, DamOutline points) {
@@ -101,25 +87,19 @@ DamGroup zone(std::string title, std::int32_t MAT, DamOutline points) {
 
 // The triangle under a slope.
 DamGroup shell(std::string title, std::int32_t MAT, float toe, float crest_end) {
-    DamGroup group = zone(std::move(title), MAT, {{toe, 0.0F}, {crest_end, 0.0F}, {crest_end, DAM.HDAM}});
-    std::int32_t& vertical = group.IEND[1];
-    if (vertical == CUT && takes_slope_node(crest_end, toe))
-        vertical = NOT_CUT;
-    return group;
+    return zone(std::move(title), MAT, {{toe, 0.0F}, {crest_end, 0.0F}, {crest_end, DAM.HDAM}});
 }
 
 DamGroup core() {
     DamGroup group = zone(" Dam Core", CORE, DAM.core_points);
-    const bool unsound = DAM.shells ? !clear_of_shells(group.points) : takes_crest_end(group.points);
-    if (unsound || crowds_crest(group.points))
+    if (DAM.shells && !clear_of_shells(group.points))
         leave_uncut(group);
     return group;
 }
 
 DamGroup wall() {
     DamGroup group = zone(" Cut-off Wall", WALL, DAM.wall_points);
-    const bool beside_shells = DAM.shells && !below_base(group.points) && !clear_of_shells(group.points);
-    if (beside_shells || crowds_bottom(group.points))
+    if (DAM.shells && !below_base(group.points) && !clear_of_shells(group.points))
         leave_uncut(group);
     return group;
 }
@@ -141,7 +121,7 @@ DamOutline upstream_path() {
         path.push_back({s.left, 0.0F});
     path.push_back({0.0F, 0.0F});
     const float level = std::clamp(DAM.HWATER, 0.0F, DAM.HDAM);
-    if (!DAM.shells && level > NO_WATER * DAM.HDAM)
+    if (!DAM.shells && level > 0.0F)
         path.push_back({level / DAM.HDAM * s.crest_left, level});
     return path;
 }
@@ -151,10 +131,6 @@ void add_boundaries(std::vector<DamGroup>& groups) {
     if (DAM.shells && DAM.NLAYER == 0)
         return;
     groups.push_back(boundary(" Upstream Total Head Boundary", TOTAL_HEAD, 1, upstream_path()));
-    // A node on a level just over the toe would be the toe itself, moved there.
-    DamGroup& upstream = groups.back();
-    if (DAM.NLAYER > 0 && upstream.points.back().x <= element_width(DAM.WLEFT, s.DL))
-        leave_uncut(upstream);
     if (DAM.NLAYER > 0)
         groups.push_back(
             boundary(" Downstream Total Head Boundary", TOTAL_HEAD, 2, {{s.toe, 0.0F}, {s.right, 0.0F}}));
@@ -192,8 +168,7 @@ std::vector<DamGroup> DAMGROUPS() {
     const DamSizes& s = DAMSIZES;
     std::vector<DamGroup> groups;
     groups.push_back(drawn(" Ground Surface", KEEP_INSIDE, surface_outline()));
-    if (!DAM.shells)
-        cut_crest(groups.back());
+    cut_crest(groups.back());
     groups.push_back(drawn(" Main Shell", CLOSING_OUTLINE, body_outline()));
     leave_uncut(groups.back());
     if (!DAM.shells) {

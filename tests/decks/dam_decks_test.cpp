@@ -406,7 +406,8 @@ TEST(DamGroups, HoldTheWaterLevelOnTheSlope) {
 Lines ends_of(const Lines& group) {
     Lines ends;
     for (const std::string& card : group)
-        if (std::count(card.begin(), card.end(), ' ') == 3 && card.find("E+") == std::string::npos)
+        if (std::count(card.begin(), card.end(), ' ') == 3 &&
+            card.find_first_not_of("-0123456789 ") > card.size())
             ends.push_back(card.substr(card.rfind(' ') + 1));
     return ends;
 }
@@ -425,29 +426,28 @@ TEST(DamGroups, CutACoreOnlyWhereItIsClearOfTheShells) {
     EXPECT_EQ(core_ends(), cut);
 }
 
-TEST(DamGroups, LeaveACoreUncutThatWouldTakeAnEndOfTheCrest) {
+// Without shells no core is made of whole elements, however near it comes to the crest or to its ends.
+TEST(DamGroups, CutEveryCoreOfADamWithoutShells) {
     DamInput dam = whole_dam();
     const auto core_ends = [&] { return ends_of(group_of(main_deck(dam, Kind::coupled), " Dam Core")); };
-    const Lines cut{"0", "3", "2", "3", "2"}, uncut{"0", "3", "3", "3", "3"};
+    const Lines to_the_crest{"0", "3", "2", "3", "2"}, below_it{"0", "3", "2", "2", "2"};
     dam.core = {{42.0, 0.0}, {46.0, 0.0}, {46.0, 20.0}, {42.0, 20.0}};
-    EXPECT_EQ(core_ends(), cut);
-    dam.core = {{42.0, 0.0}, {46.0, 0.0}, {46.0, 20.0}, {40.4, 20.0}};  // nearer to 40 than to 41
-    EXPECT_EQ(core_ends(), uncut);
-    dam.core = {{42.0, 0.0}, {46.0, 0.0}, {46.0, 19.7}, {42.0, 19.7}};  // in the upper half of the top row
-    EXPECT_EQ(core_ends(), uncut);
+    EXPECT_EQ(core_ends(), to_the_crest);
+    dam.core = {{42.0, 0.0}, {46.0, 0.0}, {46.0, 20.0}, {40.4, 20.0}};
+    EXPECT_EQ(core_ends(), to_the_crest);
+    dam.core = {{42.0, 0.0}, {46.0, 0.0}, {46.0, 19.7}, {42.0, 19.7}};
+    EXPECT_EQ(core_ends(), below_it);
 }
 
-TEST(DamGroups, LeaveAWallUncutThatEndsJustOverTheBottom) {
+TEST(DamGroups, CutAWallWhereverItEnds) {
     DamInput dam = whole_dam();
     const auto wall_ends = [&] { return ends_of(group_of(main_deck(dam, Kind::coupled), " Cut-off Wall")); };
-    const Lines cut{"0", "2", "2", "2", "3"}, uncut{"0", "3", "3", "3", "3"};
-    EXPECT_EQ(wall_ends(), cut);
-    // The last layer, 8 high, has 5 rows: its lowest elements are 2.112 high.
-    dam.wall[1].y = dam.wall[2].y = -12.9;
-    EXPECT_EQ(wall_ends(), cut);
-    dam.wall[1].y = dam.wall[2].y = -13.0;
-    EXPECT_EQ(wall_ends(), uncut);
-    dam.wall[1].y = dam.wall[2].y = -14.0;
+    EXPECT_EQ(wall_ends(), (Lines{"0", "2", "2", "2", "3"}));
+    dam.wall[1].y = dam.wall[2].y = -13.5;  // half an element over the bottom of the ground
+    EXPECT_EQ(wall_ends(), (Lines{"0", "2", "2", "2", "3"}));
+    dam.wall[1].y = dam.wall[2].y = -14.0;  // on it
+    EXPECT_EQ(wall_ends(), (Lines{"0", "2", "3", "2", "3"}));
+    dam.wall[1].y = dam.wall[2].y = -6.0;  // on the line between the layers
     EXPECT_EQ(wall_ends(), (Lines{"0", "2", "3", "2", "3"}));
 }
 
@@ -463,29 +463,48 @@ TEST(DamGroups, LeaveAWallUncutUnderTheFeetOfTheShells) {
     EXPECT_EQ(wall_ends(), (Lines{"0", "2", "2", "2", "2"}));
 }
 
-// A crest that ends beside the block columns: the cut of the slopes moves the next nodes of the crest there.
-TEST(DamGroups, PlaceNoEndOfACrestBesideTheBlockColumns) {
+TEST(DamGroups, PlaceTheEndsOfSlopesAndCrest) {
     DamInput dam = plain_dam();
-    dam.RUNL = 40.5;
-    const std::string both = main_deck(dam, Kind::displacement);
-    EXPECT_EQ(ends_of(group_of(both, " Ground Surface")), (Lines{"3", "-1", "3", "1"}));
-    EXPECT_EQ(ends_of(group_of(both, " Upstream Shell")), (Lines{"3", "2", "2"}));
-    dam.WMID = 8.5;
-    const std::string left = main_deck(dam, Kind::displacement);
-    EXPECT_EQ(ends_of(group_of(left, " Ground Surface")), (Lines{"3", "2", "3", "1"}));
-    EXPECT_EQ(ends_of(group_of(left, " Downstream Shell")), (Lines{"3", "3", "2"}));
+    const auto surface_ends = [&] {
+        return ends_of(group_of(main_deck(dam, Kind::displacement), " Ground Surface"));
+    };
+    const Lines drawn{"3", "2", "2", "2"};
+    EXPECT_EQ(surface_ends(), drawn);
+    dam.RUNL = 40.5;  // beside the edges of the block columns
+    EXPECT_EQ(surface_ends(), drawn);
+    dam.RUNL = 40.0;
+    dam.ISHELL = 1;  // the crest alone
+    EXPECT_EQ(surface_ends(), (Lines{"3", "3", "2", "3"}));
+    dam.layers = {6.0};
+    EXPECT_EQ(surface_ends(), (Lines{"3", "3", "3", "3", "2", "3", "3", "3"}));
 }
 
-// One row below the crest the slope's node stands at 9.88, nearer to 10.4 than the column at 11.
-TEST(DamGroups, LeaveAVerticalUncutThatWouldTakeANodeOfTheSlope) {
+TEST(DamGroups, CutTheVerticalUnderACrestsEndBesideTheBlockColumns) {
     DamInput dam = plain_dam();
-    dam.RUNL = 10.4;
-    dam.WLEFT = 10.0;
-    EXPECT_EQ(ends_of(group_of(main_deck(dam, Kind::displacement), " Upstream Shell")),
-              (Lines{"3", "3", "2"}));
-    dam.RUNL = 10.6;  // at 10.07, and the column at 11 is nearer
-    EXPECT_EQ(ends_of(group_of(main_deck(dam, Kind::displacement), " Upstream Shell")),
-              (Lines{"3", "2", "2"}));
+    const auto ends = [&](const char* title) {
+        return ends_of(group_of(main_deck(dam, Kind::displacement), title));
+    };
+    // The first is the material line.
+    const Lines cut{"3", "2", "2"}, uncut{"3", "3", "2"};
+    EXPECT_EQ(ends(" Upstream Shell"), uncut);
+    EXPECT_EQ(ends(" Downstream Shell"), uncut);
+    dam.RUNL = 40.5;
+    EXPECT_EQ(ends(" Upstream Shell"), cut);
+    EXPECT_EQ(ends(" Downstream Shell"), cut);
+    dam.WMID = 8.5;  // the crest's right end is on the edge again
+    EXPECT_EQ(ends(" Upstream Shell"), cut);
+    EXPECT_EQ(ends(" Downstream Shell"), uncut);
+}
+
+TEST(DamGroups, CutTheSlopeUnderALowWaterLevel) {
+    DamInput dam = plain_dam();
+    const auto water = [&] { return group_of(main_deck(dam, Kind::head), " Upstream Total Head Boundary"); };
+    dam.HWATER = 0.01;
+    EXPECT_EQ(part(water(), 5, 1), (Lines{"2 2.00000E-02 1.00000E-02"}));
+    EXPECT_EQ(ends_of(water()), (Lines{"2"}));
+    dam.layers = {6.0};
+    EXPECT_EQ(part(water(), 6, 1), (Lines{"3 2.00000E-02 1.00000E-02"}));
+    EXPECT_EQ(ends_of(water()), (Lines{"3", "2"}));
 }
 
 // --- the shells' decks ---------------------------------------------------------------------------

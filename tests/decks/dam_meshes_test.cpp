@@ -132,7 +132,11 @@ class DamMakes : public ::testing::TestWithParam<std::tuple<Kind, int>> {};
 
 TEST_P(DamMakes, RunToTheirEndAndAreSound) {
     const auto [kind, slope_code] = GetParam();
-    for (Make make : all_makes()) {
+    const std::vector<Make> makes = all_makes();
+    for (std::size_t i = 0; i < makes.size(); ++i) {
+        if (i % BRELAN_TEST_STEP != static_cast<std::size_t>(slope_code) % BRELAN_TEST_STEP)
+            continue;
+        Make make = makes[i];
         make.slope_code = slope_code;
         const DamInput dam = make.dam();
         const DamRun run(dam, kind);

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "channel/channels.h"
-#include "dam/dam_cuts.h"
 #include "dam/dam_deck.h"
 #include "dam/dam_sizes.h"
 #include "dam/dam_tables.h"
@@ -112,14 +111,6 @@ TEST_F(DamSizesTest, FieldReachesRoundTheGround) {
     EXPECT_EQ(DAMSIZES.left, -11.0F);
     EXPECT_EQ(DAMSIZES.right, 76.0F);
     EXPECT_EQ(DAMSIZES.bottom, -12.0F);
-}
-
-// A layer of 10 divided from 1 on, its mid point at 4: 6 elements, the last from s = 2/3 on.
-TEST_F(DamSizesTest, LowestElementsAreTheCoarsestOfTheLastLayer) {
-    const double s = 2.0 / 3.0;
-    const double depth = 4.0 * (1.0 - s * s) + 10.0 * 0.5 * s * (s + 1.0);
-    expect_size(lowest_height(10.0F, 1.0F), 10.0 - depth);
-    EXPECT_EQ(lowest_height(1.0F, 2.0F), 1.0F);
 }
 
 // --- Card 3.2 ------------------------------------------------------------------------------------
