@@ -7,6 +7,16 @@ present() {
         libgtest-dev) ls /usr/include/gtest/gtest.h ;;
         libbenchmark-dev) ls /usr/include/benchmark/benchmark.h ;;
         libclang-rt-14-dev) ls -d /usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.asan-*.a ;;
+        libcli11-dev) ls /usr/include/CLI/CLI.hpp ;;
+        libfmt-dev) ls /usr/include/fmt/core.h ;;
+        nlohmann-json3-dev) ls /usr/include/nlohmann/json.hpp ;;
+        libpugixml-dev) ls /usr/include/pugixml.hpp ;;
+        zlib1g-dev) ls /usr/include/zlib.h ;;
+        libcairo2-dev) ls /usr/include/cairo/cairo.h ;;
+        dpkg-dev) command -v dpkg-shlibdeps ;;
+        man-db) command -v man ;;
+        python3-meshio) /usr/bin/python3 -c "import meshio" ;;
+        poppler-utils) command -v pdftotext ;;
         *) command -v "$1" ;;
     esac > /dev/null 2>&1
 }

@@ -1,0 +1,155 @@
+#include "analysis/difference.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "analysis/geometry.h"
+
+namespace brelan::tool {
+
+namespace {
+
+bool same_real(float a, float b) {
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
+bool same_nodes(const ElementWords& a, const ElementWords& b) {
+    return a.I1 == b.I1 && a.I2 == b.I2 && a.I3 == b.I3 && a.I4 == b.I4 && a.M5 == b.M5 && a.M6 == b.M6 &&
+           a.M7 == b.M7 && a.M8 == b.M8;
+}
+
+std::string nodes_text(const Element& e) {
+    const ElementWords& w = e.words;
+    std::string text = fmt::format("{} {}", w.I1, w.I2);
+    if (e.is_line())
+        return text;
+    text += fmt::format(" {} {}", w.I3, w.I4);
+    if (w.M5 != 0 || w.M6 != 0 || w.M7 != 0 || w.M8 != 0)
+        text += fmt::format(" ({} {} {} {})", w.M5, w.M6, w.M7, w.M8);
+    return text;
+}
+
+template <class Record>
+std::vector<std::int32_t> places_by_number(const std::vector<Record>& records, Number Record::*number) {
+    std::vector<std::int32_t> order(records.size());
+    for (std::size_t i = 0; i < order.size(); ++i)
+        order[i] = static_cast<std::int32_t>(i);
+    std::stable_sort(order.begin(), order.end(), [&](std::int32_t x, std::int32_t y) {
+        return records[static_cast<std::size_t>(x)].*number < records[static_cast<std::size_t>(y)].*number;
+    });
+    return order;
+}
+
+// Goes through two lists in ascending number side by side; returns what both have.
+template <class Record>
+std::vector<PlacePair> common(const std::vector<Record>& a, const std::vector<Record>& b,
+                              Number Record::*number, std::vector<std::int32_t>& only_a,
+                              std::vector<std::int32_t>& only_b) {
+    const std::vector<std::int32_t> order_a = places_by_number(a, number),
+                                    order_b = places_by_number(b, number);
+    std::vector<PlacePair> both;
+    std::size_t i = 0, j = 0;
+    const auto number_of = [number](const std::vector<Record>& records, std::int32_t place) {
+        return records[static_cast<std::size_t>(place)].*number;
+    };
+    while (i < order_a.size() && j < order_b.size()) {
+        const Number na = number_of(a, order_a[i]), nb = number_of(b, order_b[j]);
+        if (na == nb)
+            both.emplace_back(order_a[i++], order_b[j++]);
+        else if (na < nb)
+            only_a.push_back(order_a[i++]);
+        else
+            only_b.push_back(order_b[j++]);
+    }
+    only_a.insert(only_a.end(), order_a.begin() + static_cast<std::ptrdiff_t>(i), order_a.end());
+    only_b.insert(only_b.end(), order_b.begin() + static_cast<std::ptrdiff_t>(j), order_b.end());
+    return both;
+}
+
+}  // namespace
+
+bool same_values(const Node& a, const Node& b) {
+    return a.ID == b.ID && same_real(a.H, b.H) && same_real(a.CF, b.CF);
+}
+
+bool same_attributes(const Mesh& mesh_a, const Mesh& mesh_b, const Element& a, const Element& b) {
+    if (a.of != b.of || a.words.MATNO != b.words.MATNO)
+        return false;
+    if (a.is_line() || mesh_a.kind != mesh_b.kind)
+        return true;
+    switch (mesh_a.kind) {
+        case LayoutKind::coupled:
+            return a.KS == b.KS && a.KF == b.KF && a.INTR == b.INTR && a.INTS == b.INTS &&
+                   same_real(a.TBJWL, b.TBJWL);
+        case LayoutKind::temperature:
+        case LayoutKind::head:
+            return a.IDH == b.IDH;
+        case LayoutKind::displacement:
+            break;
+    }
+    return same_real(a.THIC, b.THIC) && same_real(a.DEN, b.DEN);
+}
+
+Difference difference_by_number(const Mesh& a, const Mesh& b, double tolerance) {
+    Difference d;
+    d.other_kind = a.kind != b.kind;
+    d.tolerance = tolerance;
+    for (const PlacePair& pair : common(a.nodes, b.nodes, &Node::NODE, d.nodes_only_a, d.nodes_only_b)) {
+        if (!(distance(a.point(pair.first), b.point(pair.second)) <= tolerance))
+            d.nodes_moved.push_back(pair);
+        if (!d.other_kind && !same_values(a.nodes[static_cast<std::size_t>(pair.first)],
+                                          b.nodes[static_cast<std::size_t>(pair.second)]))
+            d.nodes_changed.push_back(pair);
+    }
+    Number ElementRecord::*const number = &ElementRecord::NEL;
+    const auto both = common(a.elements, b.elements, static_cast<Number Element::*>(number),
+                             d.elements_only_a, d.elements_only_b);
+    for (const PlacePair& pair : both) {
+        const Element& x = a.elements[static_cast<std::size_t>(pair.first)];
+        const Element& y = b.elements[static_cast<std::size_t>(pair.second)];
+        if (!same_nodes(x.words, y.words) || !same_attributes(a, b, x, y))
+            d.elements_changed.push_back(pair);
+    }
+    return d;
+}
+
+std::vector<FieldChange> node_changes(const Mesh& a, const Mesh& b, PlacePair nodes) {
+    const Node& x = a.nodes[static_cast<std::size_t>(nodes.first)];
+    const Node& y = b.nodes[static_cast<std::size_t>(nodes.second)];
+    std::vector<FieldChange> changes;
+    const std::vector<std::string_view> names = code_names(a.kind);
+    for (std::size_t k = 0; k < names.size(); ++k)
+        if (x.ID[k] != y.ID[k])
+            changes.push_back({std::string(names[k]), std::to_string(x.ID[k]), std::to_string(y.ID[k])});
+    if (!same_real(x.H, y.H))
+        changes.push_back({std::string(value_name(a.kind)), fmt::format("{}", x.H), fmt::format("{}", y.H)});
+    if (!same_real(x.CF, y.CF))
+        changes.push_back({"CF", fmt::format("{}", x.CF), fmt::format("{}", y.CF)});
+    return changes;
+}
+
+std::vector<FieldChange> element_changes(const Mesh& a, const Mesh& b, PlacePair elements, bool nodes) {
+    const Element& x = a.elements[static_cast<std::size_t>(elements.first)];
+    const Element& y = b.elements[static_cast<std::size_t>(elements.second)];
+    std::vector<FieldChange> changes;
+    if (x.of != y.of)
+        changes.push_back({"class", std::string(name_of(x.of)), std::string(name_of(y.of))});
+    if (nodes && !same_nodes(x.words, y.words))
+        changes.push_back({"nodes", nodes_text(x), nodes_text(y)});
+    if (x.words.MATNO != y.words.MATNO)
+        changes.push_back({"material", std::to_string(x.words.MATNO), std::to_string(y.words.MATNO)});
+    if (x.is_line() || y.is_line() || a.kind != b.kind)
+        return changes;
+    for (const Attribute& attribute : attributes(a.kind))
+        if (attribute.whole != nullptr && x.*attribute.whole != y.*attribute.whole)
+            changes.push_back({std::string(attribute.name), std::to_string(x.*attribute.whole),
+                               std::to_string(y.*attribute.whole)});
+        else if (attribute.real != nullptr && !same_real(x.*attribute.real, y.*attribute.real))
+            changes.push_back({std::string(attribute.name), fmt::format("{}", x.*attribute.real),
+                               fmt::format("{}", y.*attribute.real)});
+    return changes;
+}
+
+}  // namespace brelan::tool

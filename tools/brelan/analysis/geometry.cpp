@@ -1,0 +1,63 @@
+#include "analysis/geometry.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace brelan::tool {
+
+bool Corners::complete() const {
+    for (int k = 0; k < count; ++k)
+        if ((*this)[k] == Mesh::NONE)
+            return false;
+    return true;
+}
+
+std::vector<Corners> corners_of(const Mesh& mesh) {
+    std::vector<Corners> all(mesh.elements.size());
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const Element& e = mesh.elements[i];
+        all[i].count = e.corner_count();
+        for (int k = 0; k < all[i].count; ++k)
+            all[i].place[static_cast<std::size_t>(k)] = mesh.node_place(e.corner(k));
+    }
+    return all;
+}
+
+double cross(const Point& a, const Point& b, const Point& c) {
+    return (b.x - a.x) * (c.y - a.y) - (c.x - a.x) * (b.y - a.y);
+}
+
+double distance(const Point& a, const Point& b) {
+    return std::hypot(b.x - a.x, b.y - a.y);
+}
+
+double signed_area(const Mesh& mesh, const Corners& corners) {
+    if (corners.count < 3)
+        return 0.0;
+    const Point a = mesh.point(corners[0]);
+    double twice = 0.0;
+    for (int k = 1; k + 1 < corners.count; ++k)
+        twice += cross(a, mesh.point(corners[k]), mesh.point(corners[k + 1]));
+    return twice / 2.0;
+}
+
+Point middle(const Mesh& mesh, const Corners& corners) {
+    Point m;
+    for (int k = 0; k < corners.count; ++k) {
+        const Point p = mesh.point(corners[k]);
+        m.x += p.x / corners.count;
+        m.y += p.y / corners.count;
+    }
+    return m;
+}
+
+double resolution(const Bounds& bounds) {
+    const double largest = std::max(
+        {std::abs(bounds.low.x), std::abs(bounds.low.y), std::abs(bounds.high.x), std::abs(bounds.high.y)});
+    if (largest == 0.0)
+        return 0.0;
+    constexpr double DIGITS = 6.0;
+    return std::pow(10.0, std::floor(std::log10(largest)) + 1.0 - DIGITS);
+}
+
+}  // namespace brelan::tool

@@ -1,0 +1,39 @@
+// Corners, areas and lengths of elements. All in 64 bits, from the 32-bit values of the file.
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "model/mesh.h"
+
+namespace brelan::tool {
+
+// Places of an element's corner nodes in mesh.nodes, in order round the element; Mesh::NONE where the mesh
+// has no such node and behind the last corner.
+struct Corners {
+    std::array<std::int32_t, 4> place{Mesh::NONE, Mesh::NONE, Mesh::NONE, Mesh::NONE};
+    int count = 0;
+
+    std::int32_t operator[](int k) const { return place[static_cast<std::size_t>(k)]; }
+    bool complete() const;  // all corners are nodes of the mesh
+};
+
+// Of all elements, by place.
+std::vector<Corners> corners_of(const Mesh& mesh);
+
+// Positive when the corners run anti-clockwise. Only for complete corners.
+double signed_area(const Mesh& mesh, const Corners& corners);
+
+double distance(const Point& a, const Point& b);
+
+// Twice the area of the triangle a, b, c; positive when it runs anti-clockwise.
+double cross(const Point& a, const Point& b, const Point& c);
+
+// Mean of the corners.
+Point middle(const Mesh& mesh, const Corners& corners);
+
+// The distance by which the written digits of the mesh's coordinates can be off: one unit in the sixth digit
+// of the largest.
+double resolution(const Bounds& bounds);
+
+}  // namespace brelan::tool

@@ -1,0 +1,45 @@
+// A file that is there whole or not at all.
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace brelan::tool {
+
+// Writes beside the file and takes its name when all is written. Without commit() nothing is left, whatever
+// ended the command; a file of the name that was there before stays as it was. What is no ordinary file, such
+// as /dev/stdout, is written directly.
+class OutputFile {
+public:
+    // Throws Failure when nothing can be written there.
+    explicit OutputFile(const std::filesystem::path& path);
+    ~OutputFile();
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    void write(std::string_view text);
+
+    // Where a library may write by itself; its stream is closed meanwhile.
+    std::FILE* stream() { return file_; }
+
+    // Throws Failure when something could not be written.
+    void commit();
+
+private:
+    [[noreturn]] void fail() const;
+
+    std::filesystem::path path_;    // as the user gave it
+    std::filesystem::path target_;  // behind links
+    std::filesystem::path beside_;  // empty when the target is written directly
+    std::FILE* file_ = nullptr;
+};
+
+// Writes a whole text.
+void write_file(const std::filesystem::path& path, std::string_view text);
+
+// Takes away what is half written when the process is interrupted or told to end.
+void remove_half_files_on_signals();
+
+}  // namespace brelan::tool

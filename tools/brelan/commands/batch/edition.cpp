@@ -1,0 +1,125 @@
+#include "commands/batch/edition.h"
+
+#include <fmt/core.h>
+
+#include <fstream>
+
+#include "channel/run_end.h"
+#include "cli/exit_status.h"
+#include "model/deck.h"
+#include "model/mesh_file.h"
+
+namespace brelan::tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The first edition of a kind.
+std::int32_t edition_of(LayoutKind kind) {
+    switch (kind) {
+        case LayoutKind::coupled:
+            return 2;
+        case LayoutKind::temperature:
+            return 5;
+        case LayoutKind::head:
+            return 9;
+        case LayoutKind::displacement:
+            break;
+    }
+    return 1;
+}
+
+std::string word_behind(std::string_view line, std::string_view key) {
+    std::size_t at = line.find(key);
+    if (at == std::string_view::npos)
+        return "";
+    at = line.find_first_not_of(' ', at + key.size());
+    if (at == std::string_view::npos)
+        return "";
+    std::string word;
+    for (; at < line.size() && line[at] >= 'a' && line[at] <= 'z'; ++at)
+        word += line[at];
+    return word;
+}
+
+// The kind that a comment in front of the first card names.
+std::optional<LayoutKind> kind_in_comments(const fs::path& deck) {
+    std::ifstream file(deck);
+    for (std::string line; std::getline(file, line) && !line.empty() && line.front() == '*';)
+        if (const auto kind = kind_named(word_behind(line, "Kind:")))
+            return kind;
+    return std::nullopt;
+}
+
+// Kinds of the meshes that the deck reads; none of those that are not there or cannot be read.
+struct KnownMesh {
+    std::string name;
+    LayoutKind kind;
+};
+std::vector<KnownMesh> meshes_of(const Deck& deck, const fs::path& project) {
+    std::vector<KnownMesh> meshes;
+    // Behind a base mesh FILEA is the file that the run makes.
+    if (deck.IMOD == 2)
+        return meshes;
+    for (const std::string& name : {deck.FILEA, deck.FILEB}) {
+        const fs::path file = file_of_card(project, name);
+        std::error_code error;
+        if (file.empty() || !fs::is_regular_file(file, error))
+            continue;
+        try {
+            meshes.push_back({name, read_mesh_file(file).kind});
+        } catch (const Failure&) {
+            // The run says what is wrong with it.
+        } catch (const RunEnd&) {
+        }
+    }
+    return meshes;
+}
+
+Edition first_choice(const fs::path& deck, const EditionOptions& options,
+                     const std::optional<std::int32_t>& of_data) {
+    if (of_data)
+        return {*of_data, kind_of(*of_data), "PROGRAM.DAT"};
+    if (options.edition != 0)
+        return {options.edition, kind_of(options.edition), "--edition"};
+    if (const auto kind = kind_named(options.kind))
+        return {edition_of(*kind), *kind, "--kind"};
+    if (const auto kind = kind_in_comments(deck))
+        return {edition_of(*kind), *kind, "the deck's comment"};
+    return {};
+}
+
+}  // namespace
+
+void add_edition_options(CLI::App& command, const std::shared_ptr<EditionOptions>& options) {
+    CLI::Option* edition =
+        command
+            .add_option("--edition", options->edition, "Edition of the package, 1 to 12; it decides the kind")
+            ->check(CLI::Range(1, 12))
+            ->option_text("N");
+    command
+        .add_option(
+            "--kind", options->kind,
+            "coupled, temperature, head or displacement; without it the kind of the mesh that the deck "
+            "reads")
+        ->check(CLI::IsMember({"coupled", "temperature", "head", "displacement"}))
+        ->option_text("KIND")
+        ->excludes(edition);
+}
+
+EditionOfDeck edition_of_deck(const fs::path& file, const fs::path& project, const EditionOptions& options,
+                              std::optional<std::int32_t> of_data) {
+    EditionOfDeck found;
+    found.edition = first_choice(file, options, of_data);
+    const Deck deck = read_deck(file, found.edition.kind);
+    for (const KnownMesh& mesh : meshes_of(deck, project)) {
+        if (found.edition.source.empty())
+            found.edition = {edition_of(mesh.kind), mesh.kind, mesh.name};
+        else if (mesh.kind != found.edition.kind && found.contradiction.empty())
+            found.contradiction = fmt::format("{} is a mesh of the {} kind", mesh.name, name_of(mesh.kind));
+    }
+    return found;
+}
+
+}  // namespace brelan::tool

@@ -1,0 +1,31 @@
+// A card as a person reads it: its line, its fields by name, and the one in question marked.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "model/deck.h"
+
+namespace brelan::tool {
+
+// A value as a person would write it.
+std::string value_text(const DeckField& field);
+
+// The fields of a card in one line: "NSNEL 1, NSNODE 1, NSBEAM 0 (default)". Of a list, name or title what it
+// holds.
+std::string card_line(const DeckCard& card);
+
+// The card below the message about it, indented, with a line end each:
+//
+//       7 |   1  1  1  1  1
+//         |               ^
+//     Card 3.2, first numbers: 2 to 4 values
+//         NSNEL   1
+//         ...
+//       > (5th)   1   one too many
+std::string card_report(const Deck& deck, const DeckFault& fault);
+
+// The card that stands on a line of the deck's file, its place in Deck::cards.
+std::optional<std::size_t> card_at(const Deck& deck, int line);
+
+}  // namespace brelan::tool

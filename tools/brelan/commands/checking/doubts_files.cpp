@@ -1,0 +1,69 @@
+// Files that are not there or in each other's way.
+#include <fmt/core.h>
+
+#include <system_error>
+
+#include "commands/checking/doubts.h"
+
+namespace brelan::tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view BASE_MESH = "Bmesh.dat";
+
+bool same_name(std::string_view a, std::string_view b) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    if (a.size() != b.size())
+        return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (lower(a[i]) != lower(b[i]))
+            return false;
+    return true;
+}
+
+void doubt_source(Doubts& doubts, const DeckCard& card, const fs::path& project) {
+    const Deck& deck = doubts.deck();
+    constexpr std::int32_t base_mesh = 2;
+    if (deck.IMOD == base_mesh) {
+        if (!same_name(card.name, BASE_MESH))
+            doubts.doubt(
+                "other-mesh", &card,
+                fmt::format("{} is edited, and not {}, which the cards before make", card.name, BASE_MESH));
+        else
+            return;
+    }
+    const fs::path file = file_of_card(project, card.name);
+    std::error_code error;
+    if (!file.empty() && !fs::is_regular_file(file, error))
+        doubts.end_of_run("no-file", &card,
+                          fmt::format("{}: there is no mesh of this name", file.lexically_normal().string()));
+}
+
+}  // namespace
+
+void doubt_files(Doubts& doubts, const fs::path& project, const DeckMeshes& meshes) {
+    const Deck& deck = doubts.deck();
+    std::error_code error;
+    for (const DeckCard& card : deck.cards) {
+        if (card.type != CardType::name || card.name.empty())
+            continue;
+        const bool source = card.heading == "FILEA" || card.heading == "FILEB";
+        const bool result = card.heading == "FILEM" || card.heading == "FILEC";
+        if (source)
+            doubt_source(doubts, card, project);
+        const fs::path file = file_of_card(project, card.name);
+        if (result && !file.empty() && fs::equivalent(file, deck.file, error) && !error)
+            doubts.end_of_run("own-name", &card,
+                              fmt::format("{}: the result would take the place of this deck", card.name));
+        for (const Mesh* mesh :
+             {card.heading == "FILEA" ? meshes.a : nullptr, card.heading == "FILEB" ? meshes.b : nullptr})
+            if (mesh != nullptr && mesh->kind != deck.kind)
+                doubts.doubt("other-kind", &card,
+                             fmt::format("{} is a mesh of the {} kind, and this run one of the {} kind",
+                                         card.name, name_of(mesh->kind), name_of(deck.kind)));
+    }
+}
+
+}  // namespace brelan::tool

@@ -1,0 +1,257 @@
+// What the deck asks of its meshes, and what they have.
+#include <fmt/core.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <array>
+#include <set>
+
+#include "commands/checking/doubts.h"
+#include "mesh/tables.h"
+
+namespace brelan::tool {
+
+namespace {
+
+enum class Section { continuum, beam, truss, any };
+
+Section section_of(const Element& e) {
+    return e.of == ElementClass::beam    ? Section::beam
+           : e.of == ElementClass::truss ? Section::truss
+                                         : Section::continuum;
+}
+
+std::set<std::int32_t> materials_of(const Mesh& mesh, Section section) {
+    std::set<std::int32_t> materials;
+    for (const Element& e : mesh.elements)
+        if (section == Section::any || section_of(e) == section)
+            materials.insert(e.words.MATNO);
+    return materials;
+}
+
+// Lowest and highest number of the elements of a section; 0 where there is none.
+std::pair<Number, Number> span_of(const Mesh& mesh, Section section) {
+    std::pair<Number, Number> span{0, 0};
+    for (const Element& e : mesh.elements) {
+        if (section_of(e) != section)
+            continue;
+        span.first = span.first == 0 ? e.NEL : std::min(span.first, e.NEL);
+        span.second = std::max(span.second, e.NEL);
+    }
+    return span;
+}
+
+// --- materials -----------------------------------------------------------------------------------
+
+struct MaterialField {
+    std::string_view card, field;
+    Section section;
+    std::string_view elements;
+};
+constexpr std::array MATERIAL_FIELDS{
+    MaterialField{"3.3", "MATX1", Section::continuum, "continuum element"},
+    MaterialField{"3.3", "MATX2", Section::continuum, "continuum element"},
+    MaterialField{"3.3", "MATX3", Section::continuum, "continuum element"},
+    MaterialField{"3.3", "MATXB", Section::beam, "beam"},
+    MaterialField{"3.3", "MATXT", Section::truss, "truss"},
+    MaterialField{"3.6.1-1", "MATold", Section::continuum, "continuum element"},
+    MaterialField{"3.6.2-1", "MATold", Section::beam, "beam"},
+    MaterialField{"3.6.3-1", "MATold", Section::truss, "truss"},
+};
+
+void doubt_materials(Doubts& doubts, const Mesh& mesh) {
+    const Deck& deck = doubts.deck();
+    const DeckCard* location = deck.card("3.3.2.1");
+    for (const DeckCard& card : deck.cards) {
+        for (const MaterialField& row : MATERIAL_FIELDS) {
+            const DeckField* field = card.number == row.card ? card.field(row.field) : nullptr;
+            const bool zero_is_none = row.card == "3.3";
+            if (field == nullptr || !field->given || (zero_is_none && field->integer() == 0))
+                continue;
+            if (!materials_of(mesh, row.section).contains(field->integer()))
+                doubts.doubt("no-material", &card,
+                             fmt::format("{} {}: no {} of the mesh has this material", row.field,
+                                         field->integer(), row.elements));
+        }
+        constexpr std::int32_t by_material = 3;
+        if (card.type == CardType::list && card.number == "3.3.2.2.2" && location != nullptr &&
+            location->integer("ILOC") == by_material) {
+            const std::set<std::int32_t> materials = materials_of(mesh, Section::any);
+            for (const float value : card.list)
+                if (!materials.contains(static_cast<std::int32_t>(value)))
+                    doubts.doubt("no-material", &card,
+                                 fmt::format("{:g}: no element of the mesh has this material", value));
+        }
+    }
+}
+
+// --- selections ----------------------------------------------------------------------------------
+
+// The numbers of a list with its ranges.
+std::set<std::int32_t> numbers_of(const DeckCard& card) {
+    std::set<std::int32_t> numbers;
+    std::int32_t last = 0;
+    for (const float value : card.list) {
+        const auto number = static_cast<std::int32_t>(std::clamp(value, -99990.0F, 99990.0F));
+        for (std::int32_t n = number < 0 ? last + 1 : number; n <= std::abs(number); ++n)
+            if (n != 0)
+                numbers.insert(n);
+        last = std::abs(number);
+    }
+    return numbers;
+}
+
+void doubt_numbers_on(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bool nodes) {
+    std::vector<std::int32_t> missing;
+    for (const std::int32_t number : numbers_of(card))
+        if ((nodes ? mesh.node_place(number) : mesh.element_place(number)) == Mesh::NONE)
+            missing.push_back(number);
+    if (missing.empty())
+        return;
+    const std::size_t count = missing.size();
+    missing.resize(std::min<std::size_t>(count, 5));
+    doubts.doubt(
+        "no-such-number", &card,
+        fmt::format("the mesh has no {} {}{}", nodes ? "node" : "element", fmt::join(missing, ", "),
+                    count > missing.size() ? fmt::format(" and {} more", count - missing.size()) : ""));
+}
+
+void doubt_window(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bool nodes) {
+    const auto in = [&](double x, double y) {
+        return static_cast<double>(card.real("XMIN")) < x && x < static_cast<double>(card.real("XMAX")) &&
+               static_cast<double>(card.real("YMIN")) < y && y < static_cast<double>(card.real("YMAX"));
+    };
+    bool found = false;
+    if (nodes) {
+        for (std::size_t n = 0; n < mesh.nodes.size() && !found; ++n) {
+            const Point p = mesh.point(static_cast<std::int32_t>(n));
+            found = in(p.x, p.y);
+        }
+    } else {
+        const std::vector<Corners> corners = corners_of(mesh);
+        for (std::size_t e = 0; e < corners.size() && !found; ++e) {
+            const Point p = middle(mesh, corners[e]);
+            found = corners[e].complete() && in(p.x, p.y);
+        }
+    }
+    if (!found)
+        doubts.doubt("empty-window", &card,
+                     fmt::format("no {} of the mesh lies in the window", nodes ? "node" : "element"));
+}
+
+void doubt_selections(Doubts& doubts, const Mesh& mesh) {
+    constexpr std::int32_t by_material = 3;
+    const DeckCard* location = doubts.deck().card("3.3.2.1");
+    for (const DeckCard& card : doubts.deck().cards) {
+        const bool window = card.type == CardType::values;
+        if (card.number == "3.3.2.2.1")
+            doubt_window(doubts, card, mesh, true);
+        else if (card.number == "3.3.3.2.1" || card.number == "3.3.4.2.1")
+            doubt_window(doubts, card, mesh, false);
+        else if (window)
+            continue;
+        else if (card.number == "3.3.5.1" || (card.number == "3.3.2.2.2" && location != nullptr &&
+                                              location->integer("ILOC") != by_material))
+            doubt_numbers_on(doubts, card, mesh, true);
+        else if (card.number == "3.3.5.2" || card.number == "3.3.3.2.2" || card.number == "3.3.4.2.2")
+            doubt_numbers_on(doubts, card, mesh, false);
+    }
+}
+
+// --- numbers of the result -----------------------------------------------------------------------
+
+// Edits that keep the gaps between numbers shift them; the others count anew.
+void doubt_room(Doubts& doubts, const Mesh& mesh) {
+    const DeckCard* start = doubts.deck().card("3.2");
+    const DeckCard* edit = doubts.deck().card("3.3");
+    if (start == nullptr || edit == nullptr || mesh.nodes.empty())
+        return;
+    const std::int32_t IEDIT = edit->integer("IEDIT");
+    constexpr std::int32_t deletes = 2;  // how much is left the mesh does not tell
+    if (IEDIT == deletes)
+        return;
+    const bool shifts = IEDIT == 0 || IEDIT == 1 || IEDIT == 6;
+    const auto look = [&](const char* field, std::int64_t needed, const char* what) {
+        const std::int64_t first = start->integer(field), last = first + needed - 1;
+        if (first >= 1 && first <= MAXNP && last > MAXNP)
+            doubts.end_of_run(
+                "bad-number", start,
+                fmt::format("{} {}: the last {} would get the number {}, and numbers go up to {}", field,
+                            first, what, last, MAXNP));
+    };
+    const auto nodes = static_cast<std::int64_t>(mesh.nodes.size());
+    look("NSNODE", shifts ? mesh.nodes.back().NODE - mesh.nodes.front().NODE + 1 : nodes, "node");
+    const auto [low, high] = span_of(mesh, Section::continuum);
+    if (low > 0)
+        look("NSNEL", shifts ? high - low + 1 : static_cast<std::int64_t>(mesh.elements.size()), "element");
+}
+
+// --- combination ---------------------------------------------------------------------------------
+
+std::size_t count_of(const Mesh& mesh, Section section) {
+    return static_cast<std::size_t>(
+        std::count_if(mesh.elements.begin(), mesh.elements.end(),
+                      [&](const Element& e) { return section_of(e) == section; }));
+}
+
+// Numbers stay when the sets rise in this order; else each empty set spoils those behind it.
+void doubt_element_numbers(Doubts& doubts, const Mesh& a, const Mesh& b, const DeckCard* card) {
+    bool rise = true, empty_before = false, empty_inside = false;
+    Number last = 0;
+    for (const Section section : {Section::continuum, Section::beam, Section::truss})
+        for (const Mesh* mesh : {&a, &b}) {
+            const auto [low, high] = span_of(*mesh, section);
+            if (count_of(*mesh, section) == 0) {
+                empty_before = true;
+                continue;
+            }
+            empty_inside = empty_inside || empty_before;
+            rise = rise && low > last;
+            last = high;
+        }
+    if (!rise && empty_inside)
+        doubts.doubt(
+            "element-numbers", card,
+            "elements have to be numbered anew, and one of the meshes has no beams or trusses where the "
+            "other has: numbers will be out of range (manual, chapter 5)");
+}
+
+void doubt_combination(Doubts& doubts, const Mesh& a, const Mesh& b) {
+    const Deck& deck = doubts.deck();
+    const DeckCard* interface = deck.card("2.2");
+    doubt_element_numbers(doubts, a, b, deck.card("2.1-1"));
+    if (interface == nullptr)
+        return;
+    if (interface->integer("INTERFACE") == 0) {
+        const MeshPlaces places(a);
+        bool common = false;
+        for (std::size_t n = 0; n < b.nodes.size() && !common; ++n) {
+            const Point p = b.point(static_cast<std::int32_t>(n));
+            common = places.at_node({p.x, p.y}, places.nothing());
+        }
+        if (!common)
+            doubts.doubt("no-common-node", interface, "no node of FILEB lies at a node of FILEA");
+        return;
+    }
+    int list = 0;
+    for (const DeckCard& card : deck.cards)
+        if (card.type == CardType::list && card.number == "2.3")
+            doubt_numbers_on(doubts, card, ++list == 1 ? a : b, true);
+}
+
+}  // namespace
+
+void doubt_mesh(Doubts& doubts, const DeckMeshes& meshes) {
+    if (meshes.a == nullptr)
+        return;
+    if (doubts.deck().IMOD <= 0) {
+        if (meshes.b != nullptr)
+            doubt_combination(doubts, *meshes.a, *meshes.b);
+        return;
+    }
+    doubt_materials(doubts, *meshes.a);
+    doubt_selections(doubts, *meshes.a);
+    doubt_room(doubts, *meshes.a);
+}
+
+}  // namespace brelan::tool

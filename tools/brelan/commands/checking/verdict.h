@@ -1,0 +1,29 @@
+// What the batch program's own checker says about a deck.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "commands/batch/edition.h"
+#include "model/deck.h"
+#include "model/mesh.h"
+
+namespace brelan::tool {
+
+struct Verdict {
+    int status = 0;  // 0 accepted; else the exit status with which the batch program would end at the cards
+    std::string message;  // with the deck's file and line
+    int line = 0;         // of the deck, 0 where the message names none
+
+    std::string normalised;  // the deck as the program's other stages read it; empty where it is not accepted
+
+    // The mesh that the cards of a base mesh make, where they are accepted; else why there is none.
+    std::optional<Mesh> base_mesh;
+    std::string no_base_mesh;
+};
+
+// Checks the deck in a directory of its own: nothing of the project is touched. The tables of the batch
+// program are in use meanwhile.
+Verdict verdict_of(const Deck& deck, const Edition& edition);
+
+}  // namespace brelan::tool

@@ -1,0 +1,234 @@
+// brelan run: the batch program for one deck, with all that it needs around it.
+#include <fmt/core.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <optional>
+
+#include "cli/console.h"
+#include "cli/exit_status.h"
+#include "cli/output_file.h"
+#include "commands/batch/batch_program.h"
+#include "commands/batch/data_directory.h"
+#include "commands/batch/directory_lock.h"
+#include "commands/batch/edition.h"
+#include "commands/batch/pass_trace.h"
+#include "commands/batch/temporary_directory.h"
+#include "commands/commands.h"
+#include "commands/run_failure.h"
+#include "commands/run_summary.h"
+#include "model/mesh.h"
+
+namespace brelan::tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+struct RunOptions {
+    std::string deck, project, data, program, work;
+    bool keep = false;
+};
+
+constexpr const char* EXAMPLES =
+    R"(  brelan run pit.dat                         the deck's directory is the project
+  brelan run pit.dat --kind coupled          for a solver of that kind
+  brelan run decks/pit.dat --project quay    meshes are read from and written to quay/
+  brelan run pit.dat --data ~/brelan-c       with an existing data directory
+)";
+
+// The deck goes to the working directory under this name, whatever its own is.
+constexpr std::string_view DECK_NAME = "brelan-run.dat";
+constexpr std::string_view BASE_MESH = "Bmesh.dat";
+constexpr std::string_view LINE_UP = "LineUp.dat";
+
+fs::path directory_of(const fs::path& deck) {
+    return deck.parent_path().empty() ? fs::path(".") : deck.parent_path();
+}
+
+// A message for a deck that must not be run, although the batch program would.
+void refuse_harmful_result(const Deck& deck, const fs::path& project, const DataDirectory& data) {
+    constexpr std::int32_t edit = 1;
+    std::error_code error;
+    for (const std::string& written : {deck.result, std::string(deck.IMOD > edit ? BASE_MESH : "")}) {
+        const fs::path file = file_of_card(project, written);
+        if (!file.empty() && fs::exists(file, error) && fs::equivalent(file, deck.file, error) && !error)
+            throw Failure(fmt::format("{}: the run would put {} in the place of the deck", deck.file.string(),
+                                      written));
+    }
+    const std::string& name = deck.result;
+    if (data.is_private() && name.size() > 3 && name[1] == ':' &&
+        name.find_first_of("\\/", 3) == std::string::npos)
+        throw Failure(
+            fmt::format("{}: {} lies in the root of drive C:, where a run without --data keeps no files",
+                        deck.file.string(), name));
+}
+
+// The working directory of a run: one of its own, or the one that the user names and keeps.
+class WorkingDirectory {
+public:
+    WorkingDirectory(const fs::path& project, const RunOptions& options) {
+        if (options.work.empty()) {
+            own_.emplace(project, ".brelan-");
+            path_ = own_->path();
+            if (options.keep)
+                own_->keep();
+            return;
+        }
+        std::error_code error;
+        path_ = fs::absolute(project / options.work, error);
+        fs::create_directory(path_, error);
+        if (!fs::is_directory(path_, error) || fs::path(options.work).has_parent_path() ||
+            options.work == "." || options.work == "..")
+            throw Failure(
+                fmt::format("{}: expected the name of a directory of the project to work in", options.work));
+    }
+    const fs::path& path() const { return path_; }
+
+private:
+    std::optional<TemporaryDirectory> own_;
+    fs::path path_;
+};
+
+void put_deck(const fs::path& deck, const fs::path& project, const fs::path& working_directory) {
+    std::ifstream stream(deck, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    write_file(working_directory / DECK_NAME, text);
+    std::error_code error;
+    if (fs::is_regular_file(project / LINE_UP, error))
+        fs::copy_file(project / LINE_UP, working_directory / LINE_UP, fs::copy_options::overwrite_existing,
+                      error);
+}
+
+std::string progress_text(const fs::path& deck, const PassTrace& trace, Clock::duration time) {
+    std::string text = fmt::format("{}", deck.filename().string());
+    if (trace.decks() > 1)
+        text += fmt::format(", deck {}", trace.decks());
+    if (!trace.pass().empty()) {
+        text += fmt::format(": pass {}", trace.pass());
+        if (const std::string_view work = work_of_pass(trace.pass()); !work.empty())
+            text += fmt::format(", {}", work);
+    }
+    return text + fmt::format("  {:.0f} s", std::chrono::duration<double>(time).count());
+}
+
+// The mesh that the run has written. An earth dam's decks are the run's own: the last of them has told the
+// plot tool.
+fs::path result_of(const Deck& deck, const fs::path& project, const DataDirectory& data) {
+    constexpr std::int32_t dam = 3;
+    std::string name = deck.result;
+    if (deck.IMOD == 2 && name.empty())
+        name = BASE_MESH;
+    if (deck.IMOD == dam) {
+        std::ifstream stream(data.files() / "FnPlot2D.dat");
+        std::getline(stream, name);
+        name.erase(name.find_last_not_of(" \r") + 1);
+    }
+    return file_of_card(project, name);
+}
+
+int run(const Context& context, const RunOptions& options, const EditionOptions& edition_options) {
+    const Interruption interruption;  // first: what was made for the run is gone when the signal comes again
+    const fs::path deck_file = options.deck;
+    const fs::path project = options.project.empty() ? directory_of(deck_file) : fs::path(options.project);
+    std::error_code error;
+    read_deck(deck_file, LayoutKind::displacement);  // one that is not there is no matter of the project
+    if (!fs::is_directory(project, error))
+        throw Failure(fmt::format("{}: expected the project's directory", project.string()));
+    const fs::path program = find_batch_program(context.program, options.program);
+
+    std::optional<DataDirectory> data;
+    std::optional<std::int32_t> edition_of_data;
+    if (!options.data.empty()) {
+        data.emplace(options.data);
+        edition_of_data = edition_in(*data);
+    }
+    const EditionOfDeck choice = edition_of_deck(deck_file, project, edition_options, edition_of_data);
+    if (!choice.contradiction.empty())
+        note(context,
+             fmt::format("{}: edition {} ({}) by {}, but {}", deck_file.string(), choice.edition.number,
+                         name_of(choice.edition.kind), choice.edition.source, choice.contradiction));
+
+    std::vector<fs::path> locked{project};
+    if (data)
+        locked.push_back(data->files());
+    const DirectoryLock lock(locked, interruption, [&] {
+        note(context,
+             fmt::format("{}: another run is at work in this project; waiting for it", project.string()));
+    });
+    if (!data)
+        data.emplace(context.program, choice.edition, project);
+    const Deck deck = read_deck(deck_file, choice.edition.kind);
+    refuse_harmful_result(deck, project, *data);
+    const WorkingDirectory work(project, options);
+    put_deck(deck_file, project, work.path());
+    const DirectoryState before = state_of(project);
+
+    PassTrace trace(work.path());
+    const Clock::time_point begin = Clock::now();
+    ProgressLine progress(context);
+    progress.show(progress_text(deck_file, trace, {}));
+    const BatchResult result =
+        run_batch_program({program, work.path(), data->drive(), std::string(DECK_NAME)}, interruption, [&] {
+            trace.look();
+            progress.show(progress_text(deck_file, trace, Clock::now() - begin));
+        });
+    const double seconds = std::chrono::duration<double>(Clock::now() - begin).count();
+    trace.look();
+    progress.clear();
+    if (options.keep)
+        note(context, fmt::format("{}: kept", work.path().string()));
+
+    if (result.status != 0) {
+        const FailedRun failed{deck, project, work.path(), std::string(DECK_NAME), trace.pass(), result};
+        error_line(failure_message(failed));
+        fmt::print(stderr, "{}", failure_details(failed));
+        return result.status;
+    }
+    if (!context.quiet)
+        print(run_summary(
+            {deck_file, project, result_of(deck, project, *data), choice.edition, seconds, before}));
+    return STATUS_OK;
+}
+
+}  // namespace
+
+void add_run(CLI::App& app, Context& context) {
+    auto options = std::make_shared<RunOptions>();
+    auto edition = std::make_shared<EditionOptions>();
+    CLI::App* command = app.add_subcommand("run", "Run a deck and say what came out");
+    command->footer(EXAMPLES);
+    command->add_option("DECK", options->deck, "Card deck")->required()->option_text(" ");
+    add_edition_options(*command, edition);
+    command->add_option("--project", options->project, "Directory of the meshes; the deck's without it")
+        ->option_text("DIR");
+    CLI::Option* data = command
+                            ->add_option("--data", options->data,
+                                         "An existing data directory; the edition is that of its PROGRAM.DAT")
+                            ->option_text("DIR");
+    for (const char* name : {"--edition", "--kind"})
+        data->excludes(command->get_option(name));
+    CLI::Option* work =
+        command
+            ->add_option("--work", options->work, "Work in this directory of the project, and leave it there")
+            ->option_text("NAME");
+    command->add_flag("--keep", options->keep, "Leave the working directory of the run")
+        ->option_text(" ")
+        ->excludes(work);
+    command->add_option("--program", options->program, "The batch program")->option_text("FILE");
+    command->callback([options, edition, &context] {
+        context.action = [options, edition, &context]() -> int {
+            try {
+                return run(context, *options, *edition);
+            } catch (const Interrupted&) {
+                return STATUS_BAD;  // the signal comes again and ends the process
+            }
+        };
+    });
+}
+
+}  // namespace brelan::tool

@@ -1,0 +1,35 @@
+// Node codes as symbols.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "drawing/page.h"
+#include "drawing/scene.h"
+
+namespace brelan::tool {
+
+// What a code other than 0 does to a node.
+enum class Support {
+    fixed_x,  // a triangle beside the node
+    fixed_y,  // a triangle under it
+    fluid,    // a ring: IFX or IFY
+    value,    // a disc: a given temperature or head, ID
+    flow,     // a square: IDF
+};
+
+struct SupportSample {
+    Support symbol;
+    std::string name;  // "IDX: x fixed"
+};
+
+// Those that nodes of the mesh have.
+std::vector<SupportSample> support_samples(const Mesh& mesh);
+
+// Symbols of the nodes in the window. Where they would lie on each other some are left out.
+void add_supports(Scene& scene, const Mesh& mesh, const Page& page);
+
+// One symbol at a place of the page, for the legend.
+void add_support_symbol(Scene& scene, Support symbol, const Point& at);
+
+}  // namespace brelan::tool

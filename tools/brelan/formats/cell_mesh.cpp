@@ -1,0 +1,215 @@
+#include "formats/cell_mesh.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "cli/exit_status.h"
+
+namespace brelan::tool {
+
+int nodes_of(Shape2D shape) {
+    switch (shape) {
+        case Shape2D::vertex:
+            return 1;
+        case Shape2D::line:
+            return 2;
+        case Shape2D::triangle:
+        case Shape2D::line3:
+            return 3;
+        case Shape2D::quad:
+            return 4;
+        case Shape2D::triangle6:
+            return 6;
+        case Shape2D::quad8:
+            return 8;
+        case Shape2D::quad9:
+            return 9;
+    }
+    return 0;
+}
+
+int corners_of(Shape2D shape) {
+    switch (shape) {
+        case Shape2D::vertex:
+            return 1;
+        case Shape2D::line:
+        case Shape2D::line3:
+            return 2;
+        case Shape2D::triangle:
+        case Shape2D::triangle6:
+            return 3;
+        case Shape2D::quad:
+        case Shape2D::quad8:
+        case Shape2D::quad9:
+            return 4;
+    }
+    return 0;
+}
+
+namespace {
+
+const DataArray* array_named(const std::vector<DataArray>& arrays, std::string_view name) {
+    const auto found =
+        std::find_if(arrays.begin(), arrays.end(), [&](const DataArray& a) { return a.name == name; });
+    return found == arrays.end() ? nullptr : &*found;
+}
+
+// --- from a mesh ---------------------------------------------------------------------------------
+
+template <class Record, class Value>
+DataArray array_of(std::string_view name, bool whole, const std::vector<Record>& records, Value&& value) {
+    DataArray array{std::string(name), whole, {}};
+    array.values.reserve(records.size());
+    for (const Record& record : records)
+        array.values.push_back(static_cast<double>(value(record)));
+    return array;
+}
+
+class ToCells {
+public:
+    explicit ToCells(const Mesh& mesh) : mesh_(mesh) {}
+
+    CellMesh convert() {
+        cells_.file = mesh_.file;
+        cells_.name = mesh_.name;
+        cells_.flow_lines = mesh_.flow_lines;
+        require_single_numbers();
+        for (const Node& node : mesh_.nodes) {
+            cells_.points.insert(cells_.points.end(), {node.XC, node.YC, 0.0F});
+            cells_.point_tags.push_back(node.NODE);
+        }
+        for (const Element& e : mesh_.elements) {
+            add_element(e);
+            cells_.cell_tags.push_back(e.NEL);
+        }
+        add_groups();
+        add_point_data();
+        add_cell_data();
+        return std::move(cells_);
+    }
+
+private:
+    void require_single_numbers() const {
+        for (std::size_t n = 1; n < mesh_.nodes.size(); ++n)
+            if (mesh_.nodes[n].NODE == mesh_.nodes[n - 1].NODE)
+                throw Failure(
+                    fmt::format("{}: node number {} stands twice", mesh_.file, mesh_.nodes[n].NODE));
+        for (std::size_t i = 0; i < mesh_.elements.size(); ++i)
+            if (mesh_.element_place(mesh_.elements[i].NEL) != static_cast<std::int32_t>(i))
+                throw Failure(
+                    fmt::format("{}: element number {} stands twice", mesh_.file, mesh_.elements[i].NEL));
+    }
+
+    void add_element(const Element& e) {
+        std::array<std::int32_t, 8> nodes{};
+        const int corners = e.corner_count();
+        for (int k = 0; k < corners; ++k) {
+            nodes[static_cast<std::size_t>(k)] = mesh_.node_place(e.corner(k));
+            if (nodes[static_cast<std::size_t>(k)] == Mesh::NONE)
+                throw Failure(fmt::format("{}: element {} names node {}, which is not there", mesh_.file,
+                                          e.NEL, e.corner(k)));
+        }
+        const std::array<Number, 4> midsides{e.words.M5, e.words.M6, e.words.M7, e.words.M8};
+        int there = 0;
+        for (int k = 0; k < corners && !e.is_line(); ++k) {
+            const std::int32_t place = mesh_.node_place(midsides[static_cast<std::size_t>(k)]);
+            nodes[static_cast<std::size_t>(corners + k)] = place;
+            there += place != Mesh::NONE ? 1 : 0;
+        }
+        const bool quadratic = !e.is_line() && there == corners;
+        cells_.add_cell(corners == 2   ? Shape2D::line
+                        : corners == 3 ? (quadratic ? Shape2D::triangle6 : Shape2D::triangle)
+                                       : (quadratic ? Shape2D::quad8 : Shape2D::quad),
+                        nodes.data());
+    }
+
+    // One group for each class and material. Its tag is the material where that is free and above 0; joints
+    // and trusses give way to solids and beams.
+    void add_groups() {
+        std::map<std::pair<ElementClass, std::int32_t>, std::int32_t> places;
+        for (const Element& e : mesh_.elements)
+            places[{e.of, e.words.MATNO}] = 0;
+        std::int32_t largest = 0;
+        for (const auto& [key, place] : places)
+            largest = std::max(largest, key.second);
+        std::set<std::pair<int, std::int32_t>> taken;
+        for (auto& [key, place] : places) {
+            CellGroup group{key.first == ElementClass::beam || key.first == ElementClass::truss ? 1 : 2,
+                            key.second, group_name(key.first, key.second)};
+            if (group.tag < 1 || taken.contains({group.dimension, group.tag}))
+                group.tag = ++largest;
+            taken.insert({group.dimension, group.tag});
+            if (key.first == ElementClass::truss && mesh_.flow_lines)
+                group.name = "flow line " + std::to_string(key.second);
+            place = static_cast<std::int32_t>(cells_.groups.size());
+            cells_.groups.push_back(group);
+        }
+        for (const Element& e : mesh_.elements)
+            cells_.group_of.push_back(places[{e.of, e.words.MATNO}]);
+    }
+
+    void add_point_data() {
+        std::vector<DataArray>& data = cells_.point_data;
+        data.push_back(array_of(NUMBER, true, mesh_.nodes, [](const Node& n) { return n.NODE; }));
+        const std::vector<std::string_view> codes = code_names(mesh_.kind);
+        for (std::size_t k = 0; k < codes.size(); ++k)
+            data.push_back(array_of(codes[k], true, mesh_.nodes, [k](const Node& n) { return n.ID[k]; }));
+        if (const std::string_view value = value_name(mesh_.kind); !value.empty()) {
+            data.push_back(array_of(value, false, mesh_.nodes, [](const Node& n) { return n.H; }));
+            data.push_back(array_of("CF", false, mesh_.nodes, [](const Node& n) { return n.CF; }));
+        }
+    }
+
+    void add_cell_data() {
+        std::vector<DataArray>& data = cells_.cell_data;
+        const std::vector<Element>& elements = mesh_.elements;
+        data.push_back(array_of(NUMBER, true, elements, [](const Element& e) { return e.NEL; }));
+        data.push_back(array_of(MATERIAL, true, elements, [](const Element& e) { return e.words.MATNO; }));
+        data.push_back(
+            array_of(CLASS, true, elements, [](const Element& e) { return static_cast<int>(e.of) + 1; }));
+        for (const Attribute& a : attributes(mesh_.kind))
+            if (a.whole != nullptr)
+                data.push_back(
+                    array_of(a.name, true, elements, [&](const Element& e) { return e.*a.whole; }));
+            else
+                data.push_back(
+                    array_of(a.name, false, elements, [&](const Element& e) { return e.*a.real; }));
+        if (std::none_of(elements.begin(), elements.end(), [](const Element& e) {
+                return e.words.M5 != 0 || e.words.M6 != 0 || e.words.M7 != 0 || e.words.M8 != 0;
+            }))
+            return;
+        data.push_back(array_of("M5", true, elements, [](const Element& e) { return e.words.M5; }));
+        data.push_back(array_of("M6", true, elements, [](const Element& e) { return e.words.M6; }));
+        data.push_back(array_of("M7", true, elements, [](const Element& e) { return e.words.M7; }));
+        data.push_back(array_of("M8", true, elements, [](const Element& e) { return e.words.M8; }));
+    }
+
+    const Mesh& mesh_;
+    CellMesh cells_;
+};
+
+}  // namespace
+
+const DataArray* CellMesh::point_array(std::string_view name_wanted) const {
+    return array_named(point_data, name_wanted);
+}
+
+const DataArray* CellMesh::cell_array(std::string_view name_wanted) const {
+    return array_named(cell_data, name_wanted);
+}
+
+void CellMesh::add_cell(Shape2D shape, const std::int32_t* cell_nodes) {
+    shapes.push_back(shape);
+    nodes.insert(nodes.end(), cell_nodes, cell_nodes + nodes_of(shape));
+    offsets.push_back(static_cast<std::int32_t>(nodes.size()));
+}
+
+CellMesh cells_of(const Mesh& mesh) {
+    return ToCells(mesh).convert();
+}
+
+}  // namespace brelan::tool

@@ -1,0 +1,84 @@
+// A mesh as other programs hold it: points, cells, groups and data arrays. Readers and writers of their
+// formats work on this form alone.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/mesh.h"
+
+namespace brelan::tool {
+
+// Shapes by their VTK number.
+enum class Shape2D : std::uint8_t {
+    vertex = 1,
+    line = 3,
+    triangle = 5,
+    quad = 9,
+    line3 = 21,
+    triangle6 = 22,
+    quad8 = 23,
+    quad9 = 28,
+};
+
+// Nodes and corners of a shape; 0 for a number that is none of the above.
+int nodes_of(Shape2D shape);
+int corners_of(Shape2D shape);
+
+// One value for each point or cell.
+struct DataArray {
+    std::string name;
+    bool whole = true;  // 32-bit integers, else 32-bit reals
+    std::vector<double> values;
+};
+
+// A physical group of Gmsh. Tag and dimension name it.
+struct CellGroup {
+    int dimension = 2;
+    std::int32_t tag = 0;
+    std::string name;
+};
+
+struct CellMesh {
+    std::string file;  // for messages
+    std::string name;
+    std::vector<float> points;             // x, y, z of each
+    std::vector<Shape2D> shapes;           // of each cell
+    std::vector<std::int32_t> offsets;     // behind each cell's nodes
+    std::vector<std::int32_t> nodes;       // of all cells, as places of points
+    std::vector<std::int64_t> point_tags;  // numbers of points and cells; empty where the format has none
+    std::vector<std::int64_t> cell_tags;
+    std::vector<std::int32_t> group_of;  // of each cell, a place in groups or -1; empty without groups
+    std::vector<CellGroup> groups;
+    std::vector<DataArray> point_data, cell_data;
+    bool flow_lines = false;
+
+    std::size_t point_count() const { return points.size() / 3; }
+    std::size_t cell_count() const { return shapes.size(); }
+    std::int32_t first_node(std::size_t cell) const { return cell == 0 ? 0 : offsets[cell - 1]; }
+    const DataArray* point_array(std::string_view name_wanted) const;
+    const DataArray* cell_array(std::string_view name_wanted) const;
+    void add_cell(Shape2D shape, const std::int32_t* cell_nodes);
+};
+
+// Names of the arrays that every mesh of ours carries besides its codes and attributes.
+inline constexpr std::string_view NUMBER = "number", MATERIAL = "material", CLASS = "class";
+
+// Throws Failure where an element has a corner that is no node, or a number stands twice.
+CellMesh cells_of(const Mesh& mesh);
+
+// The way back. The kind is found from the names of the codes when it is not given. What the arrays do not
+// tell takes the values of a base mesh; lines are beams or trusses by their class or the name of their group,
+// others are left out and counted in `left_out`. Throws Failure for what a mesh file cannot hold.
+struct FromCells {
+    Mesh mesh;
+    std::size_t left_out = 0;  // points and lines that are no elements
+    std::size_t turned = 0;    // clockwise elements of other programs that were turned
+};
+FromCells mesh_of(const CellMesh& cells, std::optional<LayoutKind> kind);
+
+}  // namespace brelan::tool

@@ -1,0 +1,398 @@
+// Cells of other programs as a mesh.
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "analysis/geometry.h"
+#include "cli/exit_status.h"
+#include "formats/cell_mesh.h"
+
+namespace brelan::tool {
+
+namespace {
+
+// What a base mesh has where the file tells nothing.
+std::int32_t usual_code(std::string_view name) {
+    return name == "IDT" || name == "IRZ" ? 1 : 0;
+}
+constexpr float USUAL_CF = 1.0F, USUAL_DENSITY = 2.3F;
+
+// The same code under the name of the other kind.
+std::string_view other_name(std::string_view name) {
+    static constexpr std::array<std::pair<std::string_view, std::string_view>, 3> SAME{
+        {{"IDX", "ISX"}, {"IDY", "ISY"}, {"IDT", "IRZ"}}};
+    for (const auto& [one, two] : SAME)
+        if (name == one || name == two)
+            return name == one ? two : one;
+    return "";
+}
+
+// A class and material by the name of a physical group, as group_name gives it.
+struct GroupMeaning {
+    ElementClass of;
+    std::int32_t material;
+    bool flow_line;
+};
+
+std::optional<GroupMeaning> meaning_of(const std::string& name) {
+    static constexpr std::array<std::pair<std::string_view, ElementClass>, 5> WORDS{
+        {{"material ", ElementClass::solid},
+         {"joint ", ElementClass::joint},
+         {"beam ", ElementClass::beam},
+         {"truss ", ElementClass::truss},
+         {"flow line ", ElementClass::truss}}};
+    for (const auto& [word, of] : WORDS) {
+        if (!name.starts_with(word))
+            continue;
+        std::int32_t material = 0;
+        const char* const end = name.data() + name.size();
+        const auto [stop, error] = std::from_chars(name.data() + word.size(), end, material);
+        if (error == std::errc{} && stop == end)
+            return GroupMeaning{of, material, word.starts_with("flow")};
+    }
+    return std::nullopt;
+}
+
+class FromCellMesh {
+public:
+    FromCellMesh(const CellMesh& cells, std::optional<LayoutKind> kind) : cells_(cells) {
+        result_.mesh.file = cells.file;
+        result_.mesh.name = cells.name;
+        result_.mesh.flow_lines = cells.flow_lines;
+        source_kind_ = kind_of_arrays();
+        if (!kind && !source_kind_)
+            throw Failure(
+                fmt::format("{}: no node codes tell the kind of mesh; name it with --kind", cells.file));
+        result_.mesh.kind = kind ? *kind : *source_kind_;
+    }
+
+    FromCells convert() {
+        require_plane();
+        for (const CellGroup& group : cells_.groups)
+            meanings_.push_back(meaning_of(group.name));
+        add_nodes();
+        add_elements();
+        require_elements();
+        if (source_kind_ == std::nullopt)
+            free_rotation_of_beams();
+        result_.mesh.finish();
+        turn_clockwise();
+        return std::move(result_);
+    }
+
+private:
+    Mesh& mesh() { return result_.mesh; }
+
+    std::optional<LayoutKind> kind_of_arrays() const {
+        for (const LayoutKind kind : ALL_KINDS) {
+            const auto there = [&](std::string_view name) { return cells_.point_array(name) != nullptr; };
+            const std::vector<std::string_view> names = code_names(kind);
+            const std::string_view value = value_name(kind);
+            if (std::all_of(names.begin(), names.end(), there) && (value.empty() || there(value)))
+                return kind;
+        }
+        return std::nullopt;
+    }
+
+    void require_plane() const {
+        float low = 0.0F, high = 0.0F;
+        for (std::size_t n = 0; n < cells_.point_count(); ++n) {
+            const float* p = cells_.points.data() + 3 * n;
+            if (!std::isfinite(p[0]) || !std::isfinite(p[1]) || !std::isfinite(p[2]))
+                throw Failure(fmt::format("{}: point {}: expected coordinates within 32-bit range",
+                                          cells_.file, n + 1));
+            low = n == 0 ? p[2] : std::min(low, p[2]);
+            high = n == 0 ? p[2] : std::max(high, p[2]);
+        }
+        if (high > low)
+            throw Failure(
+                fmt::format("{}: expected a plane mesh, found z from {} to {}", cells_.file, low, high));
+    }
+
+    std::int32_t whole(double value, std::string_view array) const {
+        if (!(std::abs(value) <= std::numeric_limits<std::int32_t>::max()) || value != std::trunc(value))
+            throw Failure(
+                fmt::format("{}: expected whole numbers in \"{}\", found {}", cells_.file, array, value));
+        return static_cast<std::int32_t>(value);
+    }
+
+    // Values of an array as integers; empty where there is none of the name.
+    std::vector<std::int32_t> integers(const DataArray* array) const {
+        std::vector<std::int32_t> values;
+        if (array != nullptr)
+            for (const double value : array->values)
+                values.push_back(whole(value, array->name));
+        return values;
+    }
+
+    // Numbers by an array, else the tags of the format, else from 1 in order. Tags that no mesh file can
+    // hold, or that stand twice, give way to the order; an array of ours must be right.
+    std::vector<Number> numbers(const DataArray* array, const std::vector<std::int64_t>& tags,
+                                std::size_t count, Number last, std::string_view what) const {
+        const auto usable = [last](const auto& list) {
+            std::vector<bool> seen(static_cast<std::size_t>(last) + 1, false);
+            for (const auto number : list) {
+                if (number < 1 || number > last || seen[static_cast<std::size_t>(number)])
+                    return false;
+                seen[static_cast<std::size_t>(number)] = true;
+            }
+            return true;
+        };
+        std::vector<Number> list = integers(array);
+        if (!list.empty() && !usable(list))
+            throw Failure(fmt::format("{}: expected {} numbers from 1 to {}, each once, in \"{}\"",
+                                      cells_.file, what, last, NUMBER));
+        if (list.empty() && !tags.empty() && usable(tags))
+            list.assign(tags.begin(), tags.end());
+        if (list.empty())
+            for (std::size_t i = 1; i <= count; ++i)
+                list.push_back(static_cast<Number>(i));
+        return list;
+    }
+
+    void add_nodes() {
+        if (cells_.point_count() > MAXNP)
+            throw Failure(fmt::format("{}: expected at most {} points, found {}", cells_.file, MAXNP,
+                                      cells_.point_count()));
+        numbers_ =
+            numbers(cells_.point_array(NUMBER), cells_.point_tags, cells_.point_count(), MAXNP, "node");
+        for (std::size_t n = 0; n < cells_.point_count(); ++n) {
+            Node node;
+            node.NODE = numbers_[n];
+            node.XC = cells_.points[3 * n];
+            node.YC = cells_.points[3 * n + 1];
+            node.CF = value_name(mesh().kind).empty() ? 0.0F : USUAL_CF;
+            mesh().nodes.push_back(node);
+        }
+        const std::vector<std::string_view> names = code_names(mesh().kind);
+        for (std::size_t k = 0; k < names.size(); ++k) {
+            const DataArray* array = cells_.point_array(names[k]);
+            if (array == nullptr)
+                array = cells_.point_array(other_name(names[k]));
+            const std::vector<std::int32_t> codes = integers(array);
+            for (std::size_t n = 0; n < mesh().nodes.size(); ++n)
+                mesh().nodes[n].ID[k] = codes.empty() ? usual_code(names[k]) : codes[n];
+        }
+        if (value_name(mesh().kind).empty())
+            return;
+        set_reals(value_name(mesh().kind), &Node::H);
+        set_reals("CF", &Node::CF);
+    }
+
+    void set_reals(std::string_view name, float Node::*member) {
+        const DataArray* array = cells_.point_array(name);
+        for (std::size_t n = 0; array != nullptr && n < mesh().nodes.size(); ++n)
+            mesh().nodes[n].*member = real(array->values[n], name);
+    }
+
+    float real(double value, std::string_view array) const {
+        const auto narrow = static_cast<float>(value);
+        if (!std::isfinite(narrow))
+            throw Failure(
+                fmt::format("{}: expected 32-bit numbers in \"{}\", found {}", cells_.file, array, value));
+        return narrow;
+    }
+
+    // The class of a cell; none for one that is no element.
+    std::optional<ElementClass> class_of(std::size_t cell, const std::vector<std::int32_t>& classes) const {
+        const int corners = corners_of(cells_.shapes[cell]);
+        std::optional<ElementClass> of;
+        if (!classes.empty()) {
+            if (classes[cell] < 1 || classes[cell] > 4)
+                throw Failure(fmt::format("{}: expected 1 to 4 in \"{}\", found {}", cells_.file, CLASS,
+                                          classes[cell]));
+            of = static_cast<ElementClass>(classes[cell] - 1);
+        } else if (const GroupMeaning* meaning = meaning_of_cell(cell)) {
+            of = meaning->of;
+        } else if (corners > 2) {
+            of = ElementClass::solid;
+        }
+        const bool line = of == ElementClass::beam || of == ElementClass::truss;
+        return of && line == (corners == 2) && corners >= 2 ? of : std::nullopt;
+    }
+
+    const GroupMeaning* meaning_of_cell(std::size_t cell) const {
+        if (cells_.group_of.empty() || cells_.group_of[cell] < 0)
+            return nullptr;
+        const auto& meaning = meanings_[static_cast<std::size_t>(cells_.group_of[cell])];
+        return meaning ? &*meaning : nullptr;
+    }
+
+    std::int32_t material_of(std::size_t cell, const std::vector<std::int32_t>& materials) const {
+        if (!materials.empty())
+            return materials[cell];
+        if (const GroupMeaning* meaning = meaning_of_cell(cell))
+            return meaning->material;
+        if (!cells_.group_of.empty() && cells_.group_of[cell] >= 0)
+            return cells_.groups[static_cast<std::size_t>(cells_.group_of[cell])].tag;
+        return 1;
+    }
+
+    void add_elements() {
+        const DataArray* material_array = cells_.cell_array(MATERIAL);
+        for (const std::string_view name : {"gmsh:physical", "medit:ref", "CellEntityIds"})
+            if (material_array == nullptr)
+                material_array = cells_.cell_array(name);
+        const std::vector<std::int32_t> materials = integers(material_array);
+        const std::vector<std::int32_t> classes = integers(cells_.cell_array(CLASS));
+        own_ = !classes.empty();
+        std::vector<std::size_t> cell_of;
+        for (std::size_t cell = 0; cell < cells_.cell_count(); ++cell) {
+            const std::optional<ElementClass> of = class_of(cell, classes);
+            if (!of) {
+                ++result_.left_out;
+                continue;
+            }
+            cell_of.push_back(cell);
+            mesh().elements.push_back(element_of(cell, *of, material_of(cell, materials)));
+            const GroupMeaning* meaning = meaning_of_cell(cell);
+            mesh().flow_lines = mesh().flow_lines || (meaning != nullptr && meaning->flow_line);
+        }
+        number_elements(cell_of);
+        set_attributes(cell_of);
+        if (mesh().kind != LayoutKind::head)
+            mesh().flow_lines = false;
+    }
+
+    Element element_of(std::size_t cell, ElementClass of, std::int32_t material) {
+        const std::int32_t* nodes = cells_.nodes.data() + cells_.first_node(cell);
+        const auto number = [&](int k) { return numbers_[static_cast<std::size_t>(nodes[k])]; };
+        Element e;
+        e.of = of;
+        if (e.is_line()) {
+            static_cast<ElementRecord&>(e) = two_node_element(number(0), number(1), material);
+            return e;
+        }
+        const Shape2D shape = cells_.shapes[cell];
+        const int corners = corners_of(shape);
+        e.words.I1 = number(0);
+        e.words.I2 = number(1);
+        e.words.I3 = number(2);
+        e.words.I4 = corners == 4 ? number(3) : 0;
+        if (shape != Shape2D::triangle && shape != Shape2D::quad) {
+            e.words.M5 = number(corners);
+            e.words.M6 = number(corners + 1);
+            e.words.M7 = number(corners + 2);
+            e.words.M8 = corners == 4 ? number(corners + 3) : 0;
+        }
+        e.words.MATNO = material;
+        e.KF = 1;
+        e.INTR = e.INTS = 2;
+        e.THIC = 1.0F;
+        e.DEN = USUAL_DENSITY;
+        if (of == ElementClass::joint) {
+            e.KS = 1;
+            e.IDH = 100;
+            e.DEN = -1.0F;
+        }
+        return e;
+    }
+
+    void number_elements(const std::vector<std::size_t>& cell_of) {
+        if (cell_of.size() > MAXEL)
+            throw Failure(fmt::format("{}: expected at most {} elements, found {}", cells_.file, MAXEL,
+                                      cell_of.size()));
+        const DataArray* array = cells_.cell_array(NUMBER);
+        DataArray kept{std::string(NUMBER), true, {}};
+        std::vector<std::int64_t> tags;
+        for (const std::size_t cell : cell_of) {
+            if (array != nullptr)
+                kept.values.push_back(array->values[cell]);
+            if (!cells_.cell_tags.empty())
+                tags.push_back(cells_.cell_tags[cell]);
+        }
+        const std::vector<Number> list =
+            numbers(array != nullptr ? &kept : nullptr, tags, cell_of.size(), MAXEL, "element");
+        for (std::size_t i = 0; i < cell_of.size(); ++i)
+            mesh().elements[i].NEL = list[i];
+    }
+
+    void set_attributes(const std::vector<std::size_t>& cell_of) {
+        for (const Attribute& a : attributes(mesh().kind)) {
+            const DataArray* array = cells_.cell_array(a.name);
+            if (array == nullptr)
+                continue;
+            for (std::size_t i = 0; i < cell_of.size(); ++i) {
+                const double value = array->values[cell_of[i]];
+                if (a.whole != nullptr)
+                    mesh().elements[i].*a.whole = whole(value, a.name);
+                else
+                    mesh().elements[i].*a.real = real(value, a.name);
+            }
+        }
+        static constexpr std::array<std::pair<std::string_view, std::int32_t ElementWords::*>, 4> MIDSIDES{
+            {{"M5", &ElementWords::M5},
+             {"M6", &ElementWords::M6},
+             {"M7", &ElementWords::M7},
+             {"M8", &ElementWords::M8}}};
+        for (const auto& [name, word] : MIDSIDES) {
+            const std::vector<std::int32_t> values = integers(cells_.cell_array(name));
+            for (std::size_t i = 0; i < cell_of.size() && !values.empty(); ++i)
+                mesh().elements[i].words.*word = values[cell_of[i]];
+        }
+        if (!has_midside_nodes(mesh().kind))
+            for (Element& e : mesh().elements)
+                e.words.M5 = e.words.M6 = e.words.M7 = e.words.M8 = 0;
+    }
+
+    void require_elements() {
+        if (mesh().elements.empty())
+            throw Failure(fmt::format("{}: expected triangles and quadrilaterals, found none", cells_.file));
+    }
+
+    // The nodes of beams turn; those of other programs' lines cannot say so.
+    void free_rotation_of_beams() {
+        const std::vector<std::string_view> names = code_names(mesh().kind);
+        const auto rotation = std::find_if(names.begin(), names.end(),
+                                           [](std::string_view name) { return usual_code(name) == 1; });
+        if (rotation == names.end())
+            return;
+        std::vector<bool> of_beam(static_cast<std::size_t>(MAXNP) + 1, false);
+        for (const Element& e : mesh().elements)
+            if (e.of == ElementClass::beam)
+                of_beam[static_cast<std::size_t>(e.words.I1)] =
+                    of_beam[static_cast<std::size_t>(e.words.I2)] = true;
+        for (Node& node : mesh().nodes)
+            if (of_beam[static_cast<std::size_t>(node.NODE)])
+                node.ID[static_cast<std::size_t>(rotation - names.begin())] = 0;
+    }
+
+    // Elements run anti-clockwise here. A mesh of ours comes back as it was.
+    void turn_clockwise() {
+        if (own_)
+            return;
+        const std::vector<Corners> corners = tool::corners_of(mesh());
+        for (std::size_t i = 0; i < corners.size(); ++i) {
+            if (corners[i].count < 3 || signed_area(mesh(), corners[i]) >= 0.0)
+                continue;
+            ++result_.turned;
+            ElementWords& w = mesh().elements[i].words;
+            if (corners[i].count == 3) {  // I1 I3 I2, the midside nodes with their sides
+                std::swap(w.I2, w.I3);
+                std::swap(w.M5, w.M7);
+            } else {  // I1 I4 I3 I2
+                std::swap(w.I2, w.I4);
+                std::swap(w.M5, w.M8);
+                std::swap(w.M6, w.M7);
+            }
+        }
+    }
+
+    const CellMesh& cells_;
+    FromCells result_;
+    std::optional<LayoutKind> source_kind_;
+    std::vector<std::optional<GroupMeaning>> meanings_;  // by place of the group
+    std::vector<Number> numbers_;                        // of the nodes, by place of the point
+    bool own_ = false;                                   // written by us with all data: the classes tell
+};
+
+}  // namespace
+
+FromCells mesh_of(const CellMesh& cells, std::optional<LayoutKind> kind) {
+    return FromCellMesh(cells, kind).convert();
+}
+
+}  // namespace brelan::tool

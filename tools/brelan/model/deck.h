@@ -1,0 +1,134 @@
+// A deck as a person sees it: its cards in order, each with its heading, its fields by name and the line of
+// the file that it stands on; and what the cards draw, as outlines and lines.
+//
+// The cards are told apart as the batch program does it, with its own card table and its own reading of
+// numbers. Where the program would refuse the deck the cards end, and `fault` says why.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "run/settings.h"
+
+namespace brelan::tool {
+
+// --- cards ---------------------------------------------------------------------------------------
+
+struct DeckField {
+    std::string name;
+    bool written = true;  // false: the program drops the value
+    char form = 'I';      // I: the program cuts the value to an integer; E: a real
+    float value = 0.0F;
+    bool given = false;                     // false: the value is the card's default, or a null value
+    std::string text;                       // as written, empty where the card has none
+    int first_column = 0, last_column = 0;  // of its text on the card, 0 where it has none
+
+    std::int32_t integer() const;
+};
+
+enum class CardType { values, name, title, list };
+
+struct DeckCard {
+    CardType type = CardType::values;
+    std::string number;           // as the manual numbers it, "3.3.5.4.2-1"
+    std::string label;            // as messages of the batch program name it, "3.3.5.4.2.2"
+    std::string heading;          // what it is, "point of the outline"
+    int line = 0, last_line = 0;  // of the file, from 1; a list may run over several lines
+    std::string text;             // the line as it stands, without trailing blanks
+    std::vector<DeckField> fields;
+    std::vector<float> list;  // numbers as written
+    std::string name;         // of a file, or a title
+    int group = 0;            // the group it belongs to, from 1; 0 none
+
+    const DeckField* field(std::string_view name) const;      // nullptr: no such field
+    std::int32_t integer(std::string_view field_name) const;  // 0 where there is no such field
+    float real(std::string_view field_name) const;
+};
+
+// Why the batch program refuses the deck.
+struct DeckFault {
+    std::string message;       // one line, without file and line
+    int line = 0;              // of the file; 0 where no line is to blame
+    bool wrong_count = false;  // the error report of a card with too few or too many values (stop 300)
+    int minimum = 0, maximum = 0, found = 0;  // counts of values, when wrong_count
+    // The field in question, from 0: the first that is missing or too many, or the one whose text is no
+    // number.
+    std::optional<std::size_t> field;
+    std::optional<std::size_t> card;  // its place in Deck::cards
+};
+
+// --- what the cards draw -------------------------------------------------------------------------
+
+struct DeckPoint {
+    double x = 0.0, y = 0.0;
+};
+
+struct DeckSegment {
+    std::int32_t LTYPE = 0, NDIV = 0, IEND = 0;
+    std::vector<DeckPoint> path;  // its points from start to end, arcs and divisions included
+    std::size_t card = 0;         // place of Card 3.3.5.4.3.1 in Deck::cards
+};
+
+struct DeckGroup {
+    int number = 0;  // from 1
+    std::string title;
+    std::int32_t MTYPE = 0, OVERLAY = 0;
+    std::vector<DeckPoint> points;      // of the outline, in its order
+    std::vector<DeckSegment> segments;  // none: the points are the path, and nothing is cut
+    bool closed = false;
+    std::vector<DeckPoint> path;  // all of it; the first point is not repeated at the end of a closed one
+    std::size_t card = 0;         // place of Card 3.3.5.4.1 in Deck::cards
+};
+
+enum class ShapeRole {
+    outline,    // closed: material, stage or deletion inside
+    line,       // beams or trusses along it
+    free_line,  // beams or trusses that do not touch the mesh
+    joint,      // open or closed, with twins on its left
+    block,      // a block column or row of a base mesh
+    window,     // of a selection, or the limits of groups
+    dam,        // profile, core, wall and layers of an earth dam
+};
+
+struct DeckShape {
+    ShapeRole role = ShapeRole::outline;
+    std::string title;  // of the group, "group 3" where it has none; else what it is
+    int group = 0;      // from 1; 0: not a group
+    bool closed = false;
+    std::vector<DeckPoint> points;  // a polyline; a closed one does not repeat its first point
+};
+
+// --- the deck ------------------------------------------------------------------------------------
+
+struct Deck {
+    std::filesystem::path file;
+    LayoutKind kind = LayoutKind::displacement;
+    std::vector<DeckCard> cards;
+    std::optional<DeckFault> fault;
+    int surplus_line = 0;  // first line behind the last card that is no comment; 0 none
+    std::int32_t IMOD = 0;
+    std::vector<DeckGroup> groups;
+
+    // Names of meshes as they stand on the cards; empty where the deck has no such card.
+    std::string FILEA, FILEB, result;
+
+    const DeckCard* card(std::string_view number) const;  // the first of that number
+};
+
+// Reads a deck for an edition of a kind. Throws Failure where the file is not there, is empty, or is no text;
+// a deck that the batch program refuses comes back with its fault.
+Deck read_deck(const std::filesystem::path& file, LayoutKind kind);
+
+// What the deck draws, in the order of its cards. Coordinates are those of the mesh.
+std::vector<DeckShape> shapes_of(const Deck& deck);
+
+// The file that a name on a card stands for, in a project: a bare name is a file of the project. Empty for a
+// name in the working directory, which is another one for each run, and where two files go by the name.
+std::filesystem::path file_of_card(const std::filesystem::path& project, std::string_view name);
+
+}  // namespace brelan::tool

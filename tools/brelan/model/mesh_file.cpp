@@ -1,0 +1,269 @@
+#include "model/mesh_file.h"
+
+#include <fmt/core.h>
+
+#include "channel/channels.h"
+#include "channel/number_text.h"
+#include "channel/text_line.h"
+#include "cli/exit_status.h"
+#include "cli/output_file.h"
+#include "deck/card_stream.h"
+#include "mesh/kinds.h"
+#include "mesh/mesh_records.h"
+#include "run/channel_numbers.h"
+
+namespace brelan::tool {
+
+namespace {
+
+constexpr std::string_view HEADING = "a heading line of a mesh file";
+
+// The name of a channel that is held in memory. Closing one deletes the file of its name: there can be none
+// of this one.
+constexpr std::string_view IN_MEMORY = "/dev/null/mesh";
+
+// The records of the library go by the running edition.
+void set_kind(LayoutKind kind) {
+    constexpr std::array<std::int32_t, 4> EDITION{2, 5, 9, 1};
+    IPROGM = EDITION[static_cast<std::size_t>(kind)];
+    ISKEL = skeleton_switch(IPROGM);
+}
+
+// --- reading -------------------------------------------------------------------------------------
+
+// The mesh without its comment lines, on a channel that knows the line of the file for each of its own.
+Channel& without_comments(const std::filesystem::path& path) {
+    Channel& from = open_channel(CH_SOURCE_A, path.string(), OpenStatus::old);
+    Channel& mesh = open_channel(CH_MESH_A, IN_MEMORY, OpenStatus::scratch);
+    mesh.follow(from);
+    while (!from.at_end()) {
+        const std::string_view line = from.read_whole_line("a line").substr(0, LINE_COLUMNS);
+        if (line.empty() || line.front() != '*')
+            mesh.write_line(line);
+    }
+    const LineOrigin origin = mesh.origin();
+    close_channel(CH_SOURCE_A);
+    mesh.rewind();
+    return mesh;
+}
+
+// Numbers at the start of a line, also where fields touch.
+int numbers_on(std::string_view line) {
+    const char* at = line.data();
+    const char* const end = at + line.size();
+    for (int count = 0;; ++count) {
+        while (at != end && (*at == ' ' || *at == ',' || *at == '\t'))
+            ++at;
+        float value = 0.0F;
+        if (at == end || scan_number(at, end, value) != NumberScan::ok)
+            return count;
+    }
+}
+
+int continuum_values(LayoutKind kind) {
+    return kind == LayoutKind::coupled ? 15 : kind == LayoutKind::displacement ? 12 : 7;
+}
+
+std::optional<LayoutKind> kind_of_heading(std::string_view heading) {
+    const auto has = [&](std::string_view word) { return heading.find(word) != std::string_view::npos; };
+    if (has(" ISX "))
+        return LayoutKind::coupled;
+    if (has(" IDX "))
+        return LayoutKind::displacement;
+    if (!has(" IDF "))
+        return std::nullopt;
+    return has(" T ")   ? std::optional(LayoutKind::temperature)
+           : has(" H ") ? std::optional(LayoutKind::head)
+                        : std::nullopt;
+}
+
+// The kind by the node heading, as long as the first element record has values enough for it; by the count of
+// values alone where the heading tells nothing. Temperature and head differ in the heading only.
+std::optional<LayoutKind> find_kind(Channel& mesh) {
+    mesh.skip_lines(2, HEADING);
+    const MeshCounts counts = read_mesh_counts(mesh);
+    mesh.skip_lines(1, HEADING);
+    const std::optional<LayoutKind> heading =
+        kind_of_heading(" " + std::string(mesh.read_whole_line(HEADING)) + " ");
+    int values = 0;  // of the first continuum record; 0 none seen
+    if (counts.NCONT > 0) {
+        mesh.skip_lines(counts.NUMNP, "a node record");
+        mesh.skip_lines(2, HEADING);
+        values = numbers_on(mesh.peek_line());
+    }
+    mesh.rewind();
+    if (heading && (values == 0 || values >= continuum_values(*heading)))
+        return heading;
+    for (const LayoutKind kind : {LayoutKind::coupled, LayoutKind::displacement})
+        if (values == continuum_values(kind))
+            return kind;
+    return std::nullopt;
+}
+
+class Reader {
+public:
+    Reader(Channel& file, Mesh& mesh) : file_(file), mesh_(mesh) {}
+
+    void read() {
+        mesh_.name = TextLine(file_.read_whole_line(HEADING)).trimmed();
+        file_.skip_lines(1, HEADING);
+        const MeshCounts counts = read_mesh_counts(file_);
+        file_.skip_lines(2, HEADING);
+        read_nodes(counts.NUMNP);
+        mesh_.elements.reserve(static_cast<std::size_t>(counts.NCONT));
+        for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
+            if (counts.of(type) > 0)
+                file_.skip_lines(2, HEADING);
+            for (std::int32_t i = 0; i < counts.of(type); ++i)
+                read_element(type);
+        }
+        if (counts.NTRUS == 0)
+            read_flow_lines();
+    }
+
+private:
+    void read_nodes(std::int32_t count) {
+        const std::int32_t NFIELDS = count_values(TextLine(file_.peek_line())).count;
+        mesh_.nodes.reserve(static_cast<std::size_t>(count));
+        for (std::int32_t i = 0; i < count; ++i) {
+            mesh_.nodes.push_back(read_node_record(file_, NFIELDS));
+            require_number(mesh_.nodes.back().NODE, MAXNP, "a node");
+        }
+    }
+
+    void read_element(std::int8_t type) {
+        Element e{read_element_record(file_, type)};
+        if (e.NEL < 0) {
+            ++mesh_.deleted;
+            return;
+        }
+        require_number(e.NEL, MAXEL, "an element");
+        const ElementWords& w = e.words;
+        for (const std::int32_t word : {w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8})
+            if (word > MAXNP)
+                file_.fail_behind(fmt::format("element {}: expected node numbers of at most {}, found {}",
+                                              e.NEL, MAXNP, word));
+        e.of = type == EL_BEAM    ? ElementClass::beam
+               : type == EL_TRUSS ? ElementClass::truss
+                                  : ElementClass::solid;
+        mesh_.elements.push_back(e);
+    }
+
+    // A truss section that the head does not count: records up to the closing lines, which have one value.
+    void read_flow_lines() {
+        if (file_.peek_line().find("TRUSS") == std::string_view::npos)
+            return;
+        file_.skip_lines(2, HEADING);
+        while (!file_.at_end() && numbers_on(file_.peek_line()) >= 4) {
+            mesh_.flow_lines = true;
+            read_element(EL_TRUSS);
+        }
+    }
+
+    void require_number(std::int32_t number, std::int32_t last, std::string_view what) const {
+        if (number < 1 || number > last)
+            file_.fail_behind(fmt::format("expected {} number from 1 to {}, found {}", what, last, number));
+    }
+
+    Channel& file_;
+    Mesh& mesh_;
+};
+
+// --- writing -------------------------------------------------------------------------------------
+
+void require_range(std::int64_t value, std::int64_t low, std::int64_t high, std::string_view what,
+                   Number number) {
+    if (value < low || value > high)
+        throw Failure(fmt::format("{} {}: {} does not fit into its field of a mesh file; expected {} to {}",
+                                  what, number, value, low, high));
+}
+
+// A value that fills its field to the left end would run into the field before it, and one that does not fit
+// comes out as asterisks: nothing reads either back.
+void require_fields(const Mesh& mesh) {
+    constexpr std::int64_t LOW = -9999, HIGH = 9999;  // of five columns; a minus sign ends the number before
+    constexpr std::int64_t SIX_LOW = -99999, SIX_HIGH = 999999;  // of six columns behind a blank
+    constexpr std::int64_t FIVE_HIGH = 99999;                    // of five columns behind a blank
+    const bool midsides = has_midside_nodes(mesh.kind);
+    require_range(static_cast<std::int64_t>(mesh.nodes.size()), 0, MAXNP, "count of nodes:", MAXNP);
+    for (const Node& node : mesh.nodes) {
+        require_range(node.NODE, 1, MAXNP, "node", node.NODE);
+        for (const std::int32_t code : node.ID)
+            require_range(code, LOW, HIGH, "code of node", node.NODE);
+    }
+    for (const Element& e : mesh.elements) {
+        require_range(e.NEL, 1, MAXEL, "element", e.NEL);
+        const ElementWords& w = e.words;
+        require_range(w.MATNO, e.is_line() ? SIX_LOW : LOW,
+                      e.is_line() ? SIX_HIGH
+                      : midsides  ? HIGH
+                                  : FIVE_HIGH,
+                      "material of element", e.NEL);
+        for (const std::int32_t word : {w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8})
+            require_range(word, SIX_LOW, MAXNP, "node of element", e.NEL);
+        if (!e.is_line())
+            for (const Attribute& attribute : attributes(mesh.kind))
+                if (attribute.whole != nullptr)
+                    require_range(e.*attribute.whole, LOW, HIGH, "attribute of element", e.NEL);
+    }
+}
+
+}  // namespace
+
+Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind) {
+    Mesh mesh;
+    mesh.file = path.string();
+    Channel& file = without_comments(path);
+    if (!kind)
+        kind = find_kind(file);
+    if (!kind)
+        throw Failure(fmt::format(
+            "{}: neither headings nor records tell the kind of mesh; name it with --kind", mesh.file));
+    mesh.kind = *kind;
+    set_kind(*kind);
+    Reader(file, mesh).read();
+    close_channel(CH_MESH_A);
+    mesh.finish();
+    return mesh;
+}
+
+void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path) {
+    require_fields(mesh);
+    set_kind(mesh.kind);
+    MeshCounts counts;
+    counts.NUMNP = static_cast<std::int32_t>(mesh.nodes.size());
+    for (const Element& e : mesh.elements)
+        ++(e.of == ElementClass::beam    ? counts.NBEAM
+           : e.of == ElementClass::truss ? counts.NTRUS
+                                         : counts.NCONT);
+    MeshCounts shown = counts;
+    if (mesh.flow_lines)
+        shown.NTRUS = 0;
+
+    Channel& file = open_channel(CH_RESULT, IN_MEMORY, OpenStatus::scratch);
+    write_mesh_head(file, path.filename().string(), shown);
+    write_node_heading(file);
+    for (const Node& node : mesh.nodes)
+        write_node_record(file, node);
+    for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
+        if (counts.of(type) == 0)
+            continue;
+        write_section_heading(file, type);
+        for (const Element& e : mesh.elements)
+            if (e.section() == type)
+                write_element_record(file, type, e);
+    }
+    file.write_line("     0");
+    file.write_line("     0");
+
+    file.rewind();
+    OutputFile out(path);
+    while (!file.at_end()) {
+        out.write(file.read_whole_line("a line"));
+        out.write("\n");
+    }
+    out.commit();
+    close_channel(CH_RESULT);
+}
+
+}  // namespace brelan::tool

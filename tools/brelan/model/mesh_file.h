@@ -1,0 +1,22 @@
+// Mesh files (.Mes, .Meg) of any kind.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+#include "model/mesh.h"
+
+namespace brelan::tool {
+
+// Reads a mesh file through the batch program's own records: comments and deleted elements are left out,
+// fields may stand in any columns. The kind is found from the headings and the values on the records; `kind`
+// overrules. Trusses that a file of the head kind hides from its head (flow lines) are read as well.
+//
+// Throws Failure or RunEnd with file, line and what was expected.
+Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind = std::nullopt);
+
+// Writes the mesh in the layouts of its kind, whole or not at all. The first line takes the file's name.
+// Throws Failure for a value that its field cannot hold.
+void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path);
+
+}  // namespace brelan::tool

@@ -1,0 +1,141 @@
+#include "analysis/difference.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+
+#include "sample.h"
+
+namespace brelan::tool {
+namespace {
+
+using test::Sample;
+
+// A wall: two squares on the left, two on the right of a joint without width, a beam on the right side of it.
+//
+//   3---6 9--12
+//   | 2 | | 4 |
+//   2---5 8--11
+//   | 1 | | 3 |
+//   1---4 7--10
+Sample wall() {
+    Sample sample;
+    for (const double x : {0.0, 1.0, 1.0, 2.0})
+        sample.nodes({{x, 0}, {x, 1}, {x, 2}});
+    sample.solid({1, 4, 5, 2}).solid({2, 5, 6, 3}).solid({7, 10, 11, 8}).solid({8, 11, 12, 9});
+    return sample.joint({4, 5, 8, 7}).joint({5, 6, 9, 8}).beam(7, 8).beam(8, 9);
+}
+
+// The same mesh with other numbers, and with corners that begin elsewhere.
+Mesh renumbered(Mesh mesh, unsigned seed) {
+    std::mt19937 random(seed);
+    std::vector<Number> nodes(mesh.nodes.size() + 1), elements(mesh.elements.size());
+    std::iota(nodes.begin(), nodes.end(), 0);
+    std::shuffle(nodes.begin() + 1, nodes.end(), random);
+    std::iota(elements.begin(), elements.end(), 1);
+    std::shuffle(elements.begin(), elements.end(), random);
+    for (Node& node : mesh.nodes)
+        node.NODE = nodes[static_cast<std::size_t>(node.NODE)];
+    for (std::size_t i = 0; i < mesh.elements.size(); ++i) {
+        Element& e = mesh.elements[i];
+        e.NEL = elements[i];
+        std::array<Number, 4> corners{};
+        const auto start = static_cast<int>(random() % 4);
+        for (int k = 0; k < 4; ++k)
+            corners[static_cast<std::size_t>(k)] =
+                nodes[static_cast<std::size_t>(e.corner(e.is_line() ? k : (k + start) % 4))];
+        e.words.I1 = corners[0];
+        e.words.I2 = corners[1];
+        e.words.I3 = corners[2];
+        e.words.I4 = corners[3];
+    }
+    mesh.finish();
+    return mesh;
+}
+
+TEST(DifferenceByNumber, MeshIsTheSameAsItself) {
+    const Mesh mesh = wall().mesh();
+    EXPECT_TRUE(difference_by_number(mesh, mesh, 0.0).none());
+}
+
+TEST(DifferenceByNumber, TellsWhatHasChangedUnderEachNumber) {
+    const Mesh a = wall().mesh();
+    Mesh b = wall().mesh();
+    b.nodes[0].XC = -0.25F;
+    b.nodes[1].ID[1] = 1;
+    b.nodes.pop_back();
+    b.elements[0].words.MATNO = 3;
+    b.elements[1].THIC = 2.0F;
+    b.elements.pop_back();
+    b.finish();
+    const Difference d = difference_by_number(a, b, 0.0);
+    EXPECT_EQ(d.nodes_moved, (std::vector<PlacePair>{{0, 0}}));
+    EXPECT_EQ(d.nodes_changed, (std::vector<PlacePair>{{1, 1}}));
+    EXPECT_EQ(d.nodes_only_a, (std::vector<std::int32_t>{11}));
+    EXPECT_TRUE(d.nodes_only_b.empty());
+    EXPECT_EQ(d.elements_changed, (std::vector<PlacePair>{{0, 0}, {1, 1}}));
+    EXPECT_EQ(d.elements_only_a, (std::vector<std::int32_t>{7}));
+    const std::vector<FieldChange> code = node_changes(a, b, {1, 1});
+    ASSERT_EQ(code.size(), 1U);
+    EXPECT_EQ(code[0].name + " " + code[0].from + " " + code[0].to, "IDY 0 1");
+    const std::vector<FieldChange> material = element_changes(a, b, {0, 0}, true);
+    ASSERT_EQ(material.size(), 1U);
+    EXPECT_EQ(material[0].name + " " + material[0].from + " " + material[0].to, "material 1 3");
+    EXPECT_TRUE(difference_by_number(a, b, 0.3).nodes_moved.empty());
+    EXPECT_EQ(difference_by_number(a, b, 0.2).nodes_moved.size(), 1U);
+}
+
+TEST(DifferenceByPlace, NumbersAndFirstCornersDoNotMatter) {
+    const Mesh a = wall().mesh();
+    for (unsigned seed = 1; seed <= 50; ++seed) {
+        const Mesh b = renumbered(a, seed);
+        EXPECT_TRUE(difference_by_place(a, b, 0.0).none()) << "seed " << seed;
+        EXPECT_TRUE(difference_by_place(b, a, 0.0).none()) << "seed " << seed;
+    }
+}
+
+TEST(DifferenceByPlace, BeamOnTheOtherSideOfAJointDiffers) {
+    Sample other;
+    for (const double x : {0.0, 1.0, 1.0, 2.0})
+        other.nodes({{x, 0}, {x, 1}, {x, 2}});
+    other.solid({1, 4, 5, 2}).solid({2, 5, 6, 3}).solid({7, 10, 11, 8}).solid({8, 11, 12, 9});
+    other.joint({4, 5, 8, 7}).joint({5, 6, 9, 8}).beam(4, 5).beam(5, 6);
+    const Difference d = difference_by_place(wall().mesh(), other.mesh(), 0.0);
+    EXPECT_EQ(d.elements_only_a.size(), 2U);
+    EXPECT_EQ(d.elements_only_b.size(), 2U);
+    EXPECT_TRUE(d.nodes_only_a.empty());
+}
+
+TEST(DifferenceByPlace, FindsOneChangedElementAmongOtherNumbers) {
+    const Mesh a = wall().mesh();
+    Mesh changed = wall().mesh();
+    changed.elements[2].words.MATNO = 8;
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        const Difference d = difference_by_place(a, renumbered(changed, seed), 0.0);
+        ASSERT_EQ(d.elements_changed.size(), 1U) << "seed " << seed;
+        EXPECT_EQ(d.elements_changed[0].first, 2);
+        EXPECT_TRUE(d.elements_only_a.empty());
+        EXPECT_TRUE(d.nodes_changed.empty());
+    }
+}
+
+TEST(DifferenceByPlace, ToleranceSaysWhatIsOnePlace) {
+    const Mesh a = wall().mesh();
+    Mesh b = wall().mesh();
+    b.nodes[0].XC = 0.01F;
+    EXPECT_EQ(difference_by_place(a, b, 0.0).nodes_only_a.size(), 1U);
+    EXPECT_TRUE(difference_by_place(a, b, 0.02).none());
+}
+
+TEST(Difference, MeshesOfTwoKindsDiffer) {
+    const Mesh a = wall().mesh();
+    Mesh b = wall().mesh();
+    b.kind = LayoutKind::coupled;
+    EXPECT_TRUE(difference_by_number(a, b, 0.0).other_kind);
+    EXPECT_FALSE(difference_by_place(a, b, 0.0).none());
+}
+
+}  // namespace
+}  // namespace brelan::tool

@@ -1,0 +1,145 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <set>
+
+#include "drawing/hatch.h"
+#include "drawing/mesh_lines.h"
+#include "drawing/page.h"
+#include "sample.h"
+
+namespace brelan::tool {
+namespace {
+
+using test::Sample;
+
+double area_of(const Polylines& loops) {
+    double twice = 0.0;
+    std::size_t begin = 0;
+    for (const std::size_t end : loops.ends) {
+        for (std::size_t k = begin; k < end; ++k) {
+            const Point& a = loops.points[k];
+            const Point& b = loops.points[k + 1 == end ? begin : k + 1];
+            twice += a.x * b.y - b.x * a.y;
+        }
+        begin = end;
+    }
+    return twice / 2.0;
+}
+
+double length_of(const Polylines& lines) {
+    double length = 0.0;
+    std::size_t begin = 0;
+    for (const std::size_t end : lines.ends) {
+        for (std::size_t k = begin; k + 1 < end; ++k)
+            length += distance(lines.points[k], lines.points[k + 1]);
+        begin = end;
+    }
+    return length;
+}
+
+// A grid of squares of which each is there with the probability, clockwise every third time.
+Mesh random_grid(unsigned seed, int side, std::vector<std::int32_t>& elements) {
+    std::mt19937 random(seed);
+    Sample sample;
+    for (int y = 0; y <= side; ++y)
+        for (int x = 0; x <= side; ++x)
+            sample.nodes({{x * 1.0, y * 1.0}});
+    for (int y = 0; y < side; ++y)
+        for (int x = 0; x < side; ++x) {
+            if (random() % 3 == 0)
+                continue;
+            const Number a = y * (side + 1) + x + 1;
+            if (random() % 3 == 0)
+                sample.solid({a, a + side + 1, a + side + 2, a + 1});
+            else
+                sample.solid({a, a + 1, a + side + 2, a + side + 1});
+            elements.push_back(static_cast<std::int32_t>(elements.size()));
+        }
+    return sample.mesh();
+}
+
+TEST(RegionOutline, EnclosesTheAreaOfItsElements) {
+    for (unsigned seed = 1; seed <= 30; ++seed) {
+        std::vector<std::int32_t> elements;
+        const Mesh mesh = random_grid(seed, 9, elements);
+        EXPECT_DOUBLE_EQ(area_of(region_outline(mesh, corners_of(mesh), elements)),
+                         static_cast<double>(elements.size()));
+    }
+}
+
+TEST(ElementSides, DrawEverySideOnce) {
+    for (unsigned seed = 1; seed <= 30; ++seed) {
+        std::vector<std::int32_t> elements;
+        const Mesh mesh = random_grid(seed, 9, elements);
+        std::set<std::pair<Number, Number>> sides;
+        for (const Element& e : mesh.elements)
+            for (int k = 0; k < 4; ++k)
+                sides.insert(std::minmax({e.corner(k), e.corner((k + 1) % 4)}));
+        EXPECT_DOUBLE_EQ(length_of(element_sides(mesh, corners_of(mesh), elements, 1e-9)),
+                         static_cast<double>(sides.size()));
+    }
+}
+
+TEST(ElementSides, RunStraightThroughAGrid) {
+    Sample sample;
+    for (int y = 0; y <= 2; ++y)
+        for (int x = 0; x <= 3; ++x)
+            sample.nodes({{x * 1.0, y * 1.0}});
+    std::vector<std::int32_t> elements;
+    for (int y = 0; y < 2; ++y)
+        for (int x = 0; x < 3; ++x) {
+            elements.push_back(static_cast<std::int32_t>(elements.size()));
+            sample.solid({4 * y + x + 1, 4 * y + x + 2, 4 * y + x + 6, 4 * y + x + 5});
+        }
+    const Mesh mesh = sample.mesh();
+    const Polylines lines = element_sides(mesh, corners_of(mesh), elements, 1e-9);
+    EXPECT_DOUBLE_EQ(length_of(lines), 3.0 * 3 + 4.0 * 2);
+    EXPECT_LE(lines.ends.size(), 2U * 7);  // three lines across and four up, each in two pieces at most
+}
+
+TEST(Hatch, CoversARegionInProportionToItsArea) {
+    const double spacing = 0.01;
+    Polylines loops;  // an L of area 3, and a triangle that touches nothing
+    loops.points = {{0, 0}, {2, 0}, {2, 1}, {1, 1}, {1, 2}, {0, 2}, {5, 5}, {6, 5}, {5, 6}};
+    loops.ends = {6, 9};
+    EXPECT_NEAR(length_of(hatch(loops, spacing)) * spacing, 3.5, 0.02);
+    EXPECT_TRUE(hatch(Polylines{}, spacing).empty());
+}
+
+TEST(Page, TakesTheWindowAndTurnsYOver) {
+    const Page page({{0, 0}, {10, 5}}, 50.0, 20.0, 800.0);
+    EXPECT_DOUBLE_EQ(page.scale(), 80.0);
+    EXPECT_DOUBLE_EQ(page.on_page(Point{0, 0}).x, 50.0);
+    EXPECT_DOUBLE_EQ(page.on_page(Point{0, 0}).y, 420.0);
+    EXPECT_DOUBLE_EQ(page.on_page(Point{10, 5}).x, 850.0);
+    EXPECT_DOUBLE_EQ(page.on_page(Point{10, 5}).y, 20.0);
+}
+
+TEST(Page, WindowWithoutHeightOrAnythingIsWidened) {
+    for (const Bounds& window : {Bounds{{0, 1}, {10, 1}}, Bounds{{3, 3}, {3, 3}}, Bounds{{1, 0}, {1, 7}}}) {
+        const Page page(window, 0.0, 0.0, 100.0);
+        EXPECT_TRUE(std::isfinite(page.scale()));
+        EXPECT_GT(page.scale(), 0.0);
+        EXPECT_GT(page.area().height(), 0.0);
+        EXPECT_LE(page.area().height(), 140.0 + 1e-9);
+    }
+}
+
+TEST(RoundSteps, AreRoundAndWithinTheRange) {
+    EXPECT_EQ(round_steps(0.0, 70.0, 10), (std::vector<double>{0, 10, 20, 30, 40, 50, 60, 70}));
+    EXPECT_EQ(round_steps(-0.3, 0.5, 4), (std::vector<double>{-0.2, 0.0, 0.2, 0.4}));
+    EXPECT_TRUE(round_steps(1.0, 1.0, 4).empty());
+}
+
+TEST(PictureText, IsValidUtf8WithoutControlCharacters) {
+    EXPECT_EQ(picture_text("W\xC3\xA4nde"), "W\xC3\xA4nde");
+    EXPECT_EQ(picture_text("W\xE4nde"), "W?nde");
+    EXPECT_EQ(picture_text("a\tb\x7f"), "a?b?");
+    EXPECT_EQ(picture_text("\xC0\xAF\xED\xA0\x80"), "?????");
+    EXPECT_EQ(picture_text("\xE2\x82"), "??");
+}
+
+}  // namespace
+}  // namespace brelan::tool

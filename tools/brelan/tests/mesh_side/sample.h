@@ -1,0 +1,76 @@
+// Small meshes for tests, built element by element.
+#pragma once
+
+#include <initializer_list>
+#include <vector>
+
+#include "model/mesh.h"
+
+namespace brelan::tool::test {
+
+class Sample {
+public:
+    explicit Sample(LayoutKind kind = LayoutKind::displacement) { mesh_.kind = kind; }
+
+    // Nodes are numbered from 1 in order.
+    Sample& nodes(std::initializer_list<Point> points) {
+        for (const Point& p : points) {
+            Node node;
+            node.NODE = static_cast<Number>(mesh_.nodes.size()) + 1;
+            node.XC = static_cast<float>(p.x);
+            node.YC = static_cast<float>(p.y);
+            mesh_.nodes.push_back(node);
+        }
+        return *this;
+    }
+
+    Sample& solid(std::vector<Number> corners, std::int32_t material = 1) {
+        return add(ElementClass::solid, corners, material);
+    }
+    Sample& joint(std::vector<Number> corners, std::int32_t material = 9) {
+        return add(ElementClass::joint, corners, material);
+    }
+    Sample& beam(Number i, Number j, std::int32_t material = 1) {
+        return add(ElementClass::beam, {i, j}, material);
+    }
+    Sample& truss(Number i, Number j, std::int32_t material = 1) {
+        return add(ElementClass::truss, {i, j}, material);
+    }
+
+    // The element added last, to be changed.
+    Element& last() { return mesh_.elements.back(); }
+
+    Mesh mesh() const {
+        Mesh finished = mesh_;
+        finished.finish();
+        return finished;
+    }
+
+private:
+    Sample& add(ElementClass of, const std::vector<Number>& corners, std::int32_t material) {
+        Element e;
+        e.of = of;
+        if (corners.size() == 2)
+            static_cast<ElementRecord&>(e) = two_node_element(corners[0], corners[1], material);
+        e.NEL = static_cast<Number>(mesh_.elements.size()) + 1;
+        e.words.I1 = corners[0];
+        e.words.I2 = corners[1];
+        if (corners.size() > 2) {
+            e.words.I3 = corners[2];
+            e.words.I4 = corners.size() > 3 ? corners[3] : 0;
+        }
+        e.words.MATNO = material;
+        e.THIC = 1.0F;
+        if (of == ElementClass::joint) {
+            e.DEN = -1.0F;
+            e.KS = 1;
+            e.IDH = 105;
+        }
+        mesh_.elements.push_back(e);
+        return *this;
+    }
+
+    Mesh mesh_;
+};
+
+}  // namespace brelan::tool::test

@@ -1,0 +1,217 @@
+"""The page of `brelan plot` in a real browser."""
+import os
+import pathlib
+import shutil
+import unittest
+
+import browser
+from support import SOURCE, Case, Mesh, sample
+
+
+class Page(Case):
+    @classmethod
+    def setUpClass(cls):
+        assert browser.PROGRAM, "chromium is not installed"
+        cls.browser = browser.Browser()
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.browser.close()
+
+    def setUp(self):
+        super().setUp()
+        self.browser.requests.clear()
+        self.browser.errors.clear()
+
+    def show(self, mesh, *options, address=""):
+        self.good("plot", mesh, "-o", "page.html", *options)
+        self.browser.open(self.path("page.html").as_uri() + address)
+
+    def tearDown(self):
+        self.assertEqual(self.browser.errors, [])
+        strangers = [r for r in self.browser.requests if not r.startswith(("file:", "about:", "data:", "blob:"))]
+        self.assertEqual(strangers, [], "the page uses the network")
+
+    def record(self):
+        """The record on show as a title and a table."""
+        return self.browser.value("""(() => {
+            const head = document.querySelector('#record h3');
+            if (!head) return null;
+            const rows = [...document.querySelectorAll('#record tr')].map((r) => [r.children[0].textContent, r.children[1].textContent]);
+            return [head.textContent, Object.fromEntries(rows)];
+        })()""")
+
+    def on_screen(self, x, y):
+        """Pixels of a point of the mesh, in coordinates of the file."""
+        return self.browser.value(f"brelan.toScreen({x} - DATA.origin[0], {y} - DATA.origin[1])")
+
+    def pixel(self, x, y):
+        self.browser.settle()
+        return self.browser.value(
+            f"[...document.getElementById('canvas').getContext('2d').getImageData({x}, {y}, 1, 1).data].slice(0, 3)")
+
+    def layer(self, name):
+        """Turns a layer on or off."""
+        self.browser.value("""(() => { const row = [...document.querySelectorAll('.layer')].find((l) => l.textContent.startsWith(%r));
+            row.querySelector('input').click(); })()""" % name)
+        self.browser.settle()
+
+    def test_click_on_a_node_and_on_an_element(self):
+        mesh = sample("coupled")
+        self.show(self.write("a.Mes", mesh.text()))
+        x, y = self.on_screen(0.0, 1.0)
+        self.browser.click(x, y)
+        title, rows = self.record()
+        self.assertEqual(title, "Node 4")
+        self.assertEqual(rows["x, y"], "0, 1")
+        codes = mesh.nodes[3][1]
+        self.assertEqual([rows[c] for c in ("ISX", "ISY", "IFX", "IFY", "IRZ")], [str(c) for c in codes])
+        self.assertEqual(rows["elements"], "1 9 99990"[:3])
+        x, y = self.on_screen(1.75, 0.4)
+        self.browser.click(x, y)
+        title, rows = self.record()
+        self.assertEqual(title, "Element 2")
+        self.assertEqual((rows["type"], rows["material"], rows["nodes"], rows["area"]),
+                         ("quadrilateral", "9999", "10 20 21 11", "1.5"))
+        self.assertEqual((rows["KS"], rows["KF"], rows["TBJWL"]), ("0", "1", "0"))
+        self.browser.click(20, 20)
+        self.assertIsNone(self.record())
+
+    def test_click_again_shows_what_lies_under_it(self):
+        self.show(self.write("a.Mes", sample("displacement").text()))
+        x, y = self.on_screen(1.0, 0.5)  # beam 50 and joint 7 over each other
+        self.browser.click(x, y)
+        titles = [self.record()[0]]
+        among = int(self.browser.value("/One of (\\d+)/.exec(document.getElementById('record').textContent)[1]"))
+        for _ in range(among):
+            self.browser.click(x, y)
+            titles.append(self.record()[0])
+        self.assertEqual(sorted(titles[:2]), ["Element 50", "Element 7"])
+        self.assertEqual(titles[-1], titles[0])
+        self.assertEqual(len(set(titles)), among)
+
+    def test_search(self):
+        self.show(self.pit())
+        for text, title in (("n 577", "Node 577"), ("e 1637", "Element 1637"), ("1000", "Element 1000"),
+                            ("element 12", "Element 12")):
+            self.browser.value(f"document.getElementById('query').value = {text!r}; document.querySelector('#search button').click()")
+            self.browser.settle()
+            self.assertEqual(self.record()[0], title)
+        for text, message in (("n 9999", "there is no node 9999"), ("5000", "there is no node or element 5000"),
+                              ("q 1", "expected a number, n 12 for a node or e 34 for an element")):
+            self.browser.value(f"document.getElementById('query').value = {text!r}; document.querySelector('#search button').click()")
+            self.assertEqual(self.browser.value("document.getElementById('message').textContent"), message)
+
+    def test_pan_zoom_and_keys(self):
+        self.show(self.pit())
+        view = lambda: self.browser.value("({...brelan.view})")
+        start = view()
+        x, y = self.on_screen(22.3, 27.0)
+        self.browser.drag(x, y, x + 100, y + 50)
+        moved = self.on_screen(22.3, 27.0)
+        self.assertAlmostEqual(moved[0], x + 100, delta=1)
+        self.assertAlmostEqual(moved[1], y + 50, delta=1)
+        self.assertIsNone(self.record())  # a drag picks nothing
+        here = self.on_screen(22.3, 27.0)
+        self.browser.wheel(here[0], here[1], -600)
+        self.assertGreater(view()["scale"], 2 * start["scale"])
+        there = self.on_screen(22.3, 27.0)  # stays under the pointer
+        self.assertAlmostEqual(there[0], here[0], delta=1.5)
+        self.assertAlmostEqual(there[1], here[1], delta=1.5)
+        self.browser.key("0")
+        self.assertEqual(view(), start)
+        self.browser.key("+")
+        self.assertAlmostEqual(view()["scale"], 1.4 * start["scale"])
+        self.browser.key("ArrowRight")
+        self.assertGreater(view()["x"], start["x"])
+
+    def test_layers(self):
+        self.show(self.write("a.Mes", sample("head").text()))
+        x, y = map(round, self.on_screen(0.5, 0.3))
+        filled = self.pixel(x, y)
+        self.assertNotEqual(filled, [255, 255, 255])
+        self.layer("material 3")
+        self.assertEqual(self.pixel(x, y), [255, 255, 255])
+        self.browser.click(x, y)
+        self.assertIsNone(self.record())  # what is not shown is not picked
+        self.layer("material 3")
+        self.assertEqual(self.pixel(x, y), filled)
+        line = [round(v) for v in self.on_screen(1.5, 1.0)]  # truss 51
+        drawn = self.pixel(*line)
+        self.layer("truss 1")
+        self.assertNotEqual(self.pixel(*line), drawn)
+
+    def test_materials_have_their_colours_zoomed_out_and_in(self):
+        """Both ways of drawing: regions, and elements one by one."""
+        mesh = self.square(101)
+        self.show(mesh)
+        self.assertFalse(self.browser.value("brelan.stats.detailed"))
+        self.layer("sides of elements")
+        far = self.pixel(*map(round, self.on_screen(50.4, 50.4)))
+        for _ in range(4):
+            self.browser.wheel(*self.on_screen(50.4, 50.4), -600)
+        self.assertTrue(self.browser.value("brelan.stats.detailed"))
+        self.assertEqual(self.pixel(*map(round, self.on_screen(50.4, 50.4))), far)
+
+    def test_outlines_of_the_deck_and_unsound_places(self):
+        mesh = Mesh()
+        for number, (x, y) in enumerate([(0, 0), (2, 0), (3, 0), (0, 2), (2, 2), (2, 1), (3, 2), (3, 1)], 1):
+            mesh.node(number, float(x), float(y))
+        mesh.solid(1, (1, 2, 5, 4)).solid(2, (2, 3, 8, 6)).solid(3, (6, 8, 7, 5))
+        self.show(self.write("a.Mes", mesh.text()), address="#element=1")
+        self.assertEqual(self.record()[1]["unsound"], "hanging node: node 6 on a side of element 1 at (2, 1)")
+        self.assertEqual(self.browser.value("DATA.faults.length"), 1)
+        deck = SOURCE / "examples" / "pit_stages.dat"
+        self.show(self.pit(), "--deck", deck)
+        titles = self.browser.value("DATA.shapes.map((s) => s.title)")
+        self.assertIn("Upper strut", titles)
+
+    def test_title_cannot_break_out_of_the_page(self):
+        self.show(self.write("a.Mes", sample("head").text()), "--title", "</script><b>x</b>&\"'")
+        self.assertEqual(self.browser.value("document.getElementById('title').textContent"), "</script><b>x</b>&\"'")
+        self.assertEqual(self.browser.value("document.title"), "</script><b>x</b>&\"'")
+        self.assertEqual(self.browser.value("document.querySelectorAll('b').length"), 0)
+
+    def test_address_opens_the_page_at_a_place(self):
+        self.show(self.pit(), address="#at=49.5,15.5")
+        self.assertEqual(self.record()[1]["material"], "6")
+        self.show(self.pit(), address="#node=1")
+        self.assertEqual(self.record()[0], "Node 1")
+
+    def test_mesh_far_from_zero_keeps_its_finest_digits(self):
+        mesh = Mesh()
+        for number, (x, y) in enumerate([(0, 0), (1, 0), (1, 1), (0, 1)], 1):
+            mesh.node(number, 123456.0 + x, 654321.0 + y)
+        self.show(self.write("a.Mes", mesh.solid(1, (1, 2, 3, 4)).text()), address="#node=3")
+        self.assertEqual(self.record()[1]["x, y"], "123457, 654322")
+
+    def test_largest_mesh(self):
+        """99,225 elements: opens within some seconds, draws while it moves, and finds a number."""
+        self.show(self.square(316), address="#element=50000")
+        self.assertEqual(self.record()[0], "Element 50000")
+        self.browser.key("0")
+        for step in range(5):
+            self.browser.wheel(500, 400, -120)
+        slowest = self.browser.value("""(async () => {
+            let slowest = 0;
+            for (let k = 0; k < 10; ++k) {
+                document.dispatchEvent(new KeyboardEvent('keydown', { key: k % 2 ? 'ArrowLeft' : 'ArrowRight' }));
+                await new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done)));
+                slowest = Math.max(slowest, brelan.stats.milliseconds);
+            }
+            return slowest;
+        })()""")
+        self.assertLess(slowest, 1000)  # measured at some 20 ms on a quiet machine
+        self.browser.click(500, 400)
+        self.assertIsNotNone(self.record())
+
+    def test_screenshot(self):
+        """Kept where BRELAN_SCREENSHOTS says, to be looked at."""
+        self.show(self.pit(), "--deck", SOURCE / "examples" / "pit_stages.dat", address="#element=1637")
+        place = pathlib.Path(os.environ.get("BRELAN_SCREENSHOTS", self.root))
+        self.browser.screenshot(place / "pit.png")
+        self.assertGreater((place / "pit.png").stat().st_size, 20000)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,142 @@
+"""Man pages, completion, installation and the Debian package."""
+import gzip
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import unittest
+
+from support import BRELAN, SOURCE, Case
+
+TOOL = SOURCE / "tools" / "brelan"
+BUILD = pathlib.Path(os.environ["BRELAN_BUILD"])
+COMMANDS = ["run", "new", "check", "info", "plot", "convert", "diff"]
+
+
+def options_in(text):
+    return set(re.findall(r"(?<![\w-])--[a-z][a-z-]*", text))
+
+
+class Pages(Case):
+    def manual(self, page):
+        """A man page as text, as a reader sees it; groff must have no complaint."""
+        shown = subprocess.run(["man", "--warnings", "-l", TOOL / "man" / page], text=True, capture_output=True,
+                               env=dict(os.environ, MANWIDTH="100", MAN_KEEP_FORMATTING="", LC_ALL="C.UTF-8"))
+        self.assertEqual((shown.returncode, shown.stderr), (0, ""))
+        return re.sub("\u2010", "-", shown.stdout)
+
+    def test_every_option_has_its_place_in_the_man_page(self):
+        for command in COMMANDS:
+            with self.subTest(command):
+                page = self.manual(f"brelan-{command}.1")
+                listed = options_in(page.split("\nOPTIONS\n")[1].split("\nEXIT STATUS\n")[0])
+                self.assertEqual(listed, options_in(self.good(command, "--help").split("Options:")[1]))
+                self.assertLess(page.index("\nEXAMPLES\n"), page.index("\nDESCRIPTION\n"))
+
+    def test_man_pages_name_the_version(self):
+        version = self.good("--version").strip()
+        for page in sorted((TOOL / "man").glob("*.1")):
+            self.assertIn(f'"{version}"', page.read_text().splitlines()[0], page.name)
+
+    def test_all_commands_stand_in_the_first_page(self):
+        page = self.manual("brelan.1")
+        for command in COMMANDS:
+            self.assertIn(f"brelan-{command}(1)", page)
+
+    def complete(self, *words):
+        """What bash offers for the last word."""
+        script = f"""source {TOOL}/completion/brelan.bash
+            COMP_WORDS=("$@"); COMP_CWORD=$(( $# - 1 )); _brelan; printf '%s\\n' "${{COMPREPLY[@]}}" """
+        result = subprocess.run(["bash", "-c", script, "bash", "brelan", *words], text=True, capture_output=True,
+                                cwd=self.root)
+        self.assertEqual(result.stderr, "")
+        return set(result.stdout.split("\n")) - {""}
+
+    def test_completion_of_commands_and_options(self):
+        self.assertEqual(self.complete(""), {*COMMANDS, "--help", "--version", "--quiet"})
+        self.assertEqual(self.complete("c"), {"check", "convert"})
+        for command in COMMANDS:
+            expected = options_in(self.good(command, "--help").split("Options:")[1]) | {"--quiet"}
+            self.assertEqual(self.complete(command, "--"), expected, command)
+        self.assertEqual(self.complete("info", "--kind", "t"), {"temperature"})
+        self.assertEqual(self.complete("-q", "plot", "--numbers", ""), {"nodes", "elements", "both"})
+        listed = self.good("new", "--list")
+        for deck in self.complete("new", ""):
+            self.assertIn(deck, listed)
+
+    def test_completion_of_files(self):
+        for name in ("a.Mes", "b.vtu", "c d.msh", "e.dat", "f.txt", "g.svg"):
+            self.write(name, "")
+        (self.root / "sub").mkdir()
+        self.assertEqual(self.complete("info", ""), {"a.Mes", "b.vtu", "c d.msh", "e.dat", "sub"})
+        self.assertEqual(self.complete("info", "a.Mes", "c"), {"c d.msh"})
+        self.assertEqual(self.complete("run", ""), {"e.dat", "f.txt", "sub"})
+        self.assertEqual(self.complete("plot", "a.Mes", "-o", ""), {"g.svg", "sub"})
+        self.assertEqual(self.complete("run", "--project", ""), {"sub"})
+
+
+class Installed(Case):
+    def use(self, brelan, environment):
+        """The installed command makes, runs, checks, shows and carries a mesh."""
+        run = lambda *a: subprocess.run([brelan, *a], cwd=self.root, text=True, capture_output=True, timeout=120,
+                                        stdin=subprocess.DEVNULL, env=environment)
+        made = run("new", "base-mesh")
+        self.assertEqual(made.returncode, 0, made.stderr)
+        self.write("pit.dat", made.stdout)
+        for arguments in (["run", "pit.dat"], ["info", "Bmesh.dat"], ["plot", "Bmesh.dat", "-o", "pit.svg"],
+                          ["convert", "Bmesh.dat", "pit.vtu"], ["diff", "Bmesh.dat", "pit.vtu"], ["check", "pit.dat"]):
+            done = run(*arguments)
+            self.assertEqual(done.returncode, 0, f"{arguments}: {done.stdout} {done.stderr}")
+
+    def test_install_into_a_directory(self):
+        prefix = self.root / "there"
+        subprocess.run(["cmake", "--install", BUILD, "--prefix", prefix], check=True, capture_output=True)
+        files = {str(p.relative_to(prefix)) for p in prefix.rglob("*") if p.is_file()}
+        for name in ("bin/brelan", "bin/brelan2d", "share/brelan2d/C/Vork/Qx/Qxdata/PROGRAM.DAT",
+                     "share/man/man1/brelan.1.gz", "share/man/man1/brelan-info.1.gz",
+                     "share/bash-completion/completions/brelan", "share/doc/brelan2d/copyright",
+                     "share/doc/brelan2d/examples/pit_stages.dat", "share/doc/brelan2d/manual/7-groups.md"):
+            self.assertIn(name, files)
+        self.assertFalse([f for f in files if f.startswith(("include", "lib/"))])
+        page = gzip.decompress((prefix / "share/man/man1/brelan.1.gz").read_bytes())
+        self.assertEqual(page, (TOOL / "man" / "brelan.1").read_bytes())
+        home = self.root / "home"
+        home.mkdir()
+        self.use(prefix / "bin" / "brelan", {"PATH": "/usr/bin:/bin", "HOME": str(home)})
+
+    def test_debian_package(self):
+        """Built, looked at, and as the super-user also installed, used and removed without a trace."""
+        packages = self.root / "packages"
+        made = subprocess.run(["cpack", "-G", "DEB", "-B", packages], cwd=BUILD, text=True, capture_output=True)
+        self.assertEqual(made.returncode, 0, made.stdout + made.stderr)
+        package = next(packages.glob("*.deb"))
+        control = subprocess.run(["dpkg-deb", "--field", package], text=True, capture_output=True, check=True).stdout
+        self.assertRegex(control, r"(?m)^Package: brelan2d$")
+        self.assertRegex(control, r"(?m)^Depends: .*libcairo2.*libfmt9.*libpugixml1v5")
+        listed = subprocess.run(["dpkg-deb", "--contents", package], text=True, capture_output=True, check=True).stdout
+        names = {line.split()[5][1:] for line in listed.splitlines() if not line.startswith("d")}
+        self.assertIn("/usr/bin/brelan", names)
+        self.assertFalse([n for n in names if not n.startswith(("/usr/bin/", "/usr/share/"))])
+        if os.getuid() != 0 or shutil.which("brelan2d"):
+            self.skipTest("not the super-user, or the package is installed already")
+        status = lambda: subprocess.run(["dpkg", "-s", "brelan2d"], capture_output=True).returncode
+        self.assertNotEqual(status(), 0)
+        try:
+            subprocess.run(["dpkg", "-i", package], check=True, capture_output=True)
+            home = self.root / "home"
+            home.mkdir()
+            self.use("/usr/bin/brelan", {"PATH": "/usr/bin:/bin", "HOME": str(home)})
+            shown = subprocess.run(["man", "-w", "brelan-diff"], capture_output=True, text=True)
+            self.assertIn("/usr/share/man/man1/brelan-diff.1", shown.stdout)
+        finally:
+            subprocess.run(["dpkg", "--purge", "brelan2d"], check=True, capture_output=True)
+        self.assertNotEqual(status(), 0)
+        for name in names:
+            self.assertFalse(os.path.exists(name), name)
+        self.assertFalse(os.path.exists("/usr/share/brelan2d"))
+        self.assertFalse(os.path.exists("/usr/share/doc/brelan2d"))
+
+
+if __name__ == "__main__":
+    unittest.main()
