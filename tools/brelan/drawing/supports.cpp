@@ -22,9 +22,9 @@ std::vector<CodeMeaning> meanings(LayoutKind kind) {
                     {2, Support::fluid, "IFX, IFY: fluid"},
                     {3, Support::fluid, ""}};
         case LayoutKind::temperature:
-            return {{0, Support::value, "ID: given T"}, {1, Support::flow, "IDF"}};
+            return {{0, Support::value, "ID not 0"}, {1, Support::flow, "IDF not 0"}};
         case LayoutKind::head:
-            return {{0, Support::value, "ID: given H"}, {1, Support::flow, "IDF"}};
+            return {{0, Support::value, "ID not 0"}, {1, Support::flow, "IDF not 0"}};
         case LayoutKind::displacement:
             break;
     }

@@ -14,7 +14,7 @@ enum class Support {
     fixed_x,  // a triangle beside the node
     fixed_y,  // a triangle under it
     fluid,    // a ring: IFX or IFY
-    value,    // a disc: a given temperature or head, ID
+    value,    // a disc: ID, a given temperature or head or the mark of a line
     flow,     // a square: IDF
 };
 

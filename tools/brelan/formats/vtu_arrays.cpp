@@ -96,9 +96,11 @@ private:
         const std::size_t header = storage_.header_size;
         const std::uint64_t size = word(take(0, header), 0);
         require(size <= most_, "more values than expected");
-        // Header and data may be one piece of base64 or two.
-        if (raw_ || (used_ > 0 && source_[used_ - 1] == '='))
-            return exactly(raw_ ? take(header, size) : take(used_, size), size);
+        if (raw_)
+            return exactly(take(header, size), size);
+        // Header and data may be one piece of base64 or two: padding behind the header ends a piece.
+        if (take(0, header + 1).size() == header)
+            return exactly(take(used_, size), size);
         return exactly(take(0, header + size).substr(header), size);
     }
 

@@ -1,7 +1,10 @@
+import base64
 import json
 import os
+import struct
 import subprocess
 import unittest
+import zlib
 
 from support import CODES, EDITIONS, SOURCE, VALUES, Case, Mesh, python_with, records, sample
 
@@ -67,16 +70,28 @@ class Convert(Case):
                     self.assertEqual(back.split("\n")[0].rstrip(), "back.Mes")
 
     def test_batch_programs_own_meshes_come_back_byte_for_byte(self):
-        for mesh in (self.pit(), self.square(40)):
-            self.good("convert", mesh, "a.Mes")
-            for name in ("a.vtu", "a.msh"):
-                self.good("convert", mesh, name)
-                self.good("convert", name, "b.Mes")
-                self.assertEqual(records(self.path("b.Mes").read_text()), records(self.path("a.Mes").read_text()))
-                self.good("diff", mesh, name)
-        # The edit's own file is written in the layouts that convert writes.
-        self.good("convert", "PitStages.Mes", "a.Mes")
-        self.assertEqual(records(self.path("a.Mes").read_text()), records(self.path("PitStages.Mes").read_text()))
+        """Walls, joints, stages and struts of each kind; in the head kind the head of the file hides the struts."""
+        deck = (SOURCE / "examples" / "pit_stages.dat").read_text()
+        for kind, edition in EDITIONS.items():
+            self.run_deck(deck, edition)
+            written = self.path("PitStages.Mes").read_text()
+            self.assertEqual(self.info("PitStages.Mes")["kind"], kind)
+            self.assertEqual(self.info("PitStages.Mes")["flow_lines"], kind == "head")
+            for options, name in (([], "a.Mes"), ([], "a.vtu"), ([], "a.msh"), (["--to", "msh2"], "b.msh")):
+                with self.subTest(kind=kind, file=name):
+                    self.good("convert", *options, "PitStages.Mes", name)
+                    self.good("convert", name, "b.Mes")
+                    self.assertEqual(records(self.path("b.Mes").read_text()), records(written))
+                    self.good("diff", "PitStages.Mes", name)
+
+    def test_base_mesh_comes_back_with_the_same_records(self):
+        mesh = self.square(40)
+        self.good("convert", mesh, "a.Mes")
+        for name in ("a.vtu", "a.msh"):
+            self.good("convert", mesh, name)
+            self.good("convert", name, "b.Mes")
+            self.assertEqual(records(self.path("b.Mes").read_text()), records(self.path("a.Mes").read_text()))
+            self.good("diff", mesh, name)
 
     def test_midside_nodes_whole_and_in_part(self):
         mesh = Mesh()
@@ -215,6 +230,41 @@ class Convert(Case):
         told = self.info("Moved.Mes")
         self.assertAlmostEqual(told["area"], 6.0, places=4)
         self.assertAlmostEqual(told["bounds"]["x"][0], 10.0)
+
+    def test_appended_arrays_are_read(self):
+        """As ParaView saves them: behind the XML, raw or base64, compressed or not, in either order of bytes."""
+        arrays = {"Points": ("Float32", "f", [0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0]), "connectivity": ("Int64", "q", [0, 1, 2, 3]),
+                  "offsets": ("Int64", "q", [4]), "types": ("UInt8", "B", [9]), "material": ("Int16", "h", [7])}
+        for order, sign in (("LittleEndian", "<"), ("BigEndian", ">")):
+            for word, header in (("UInt32", "I"), ("UInt64", "Q")):
+                for compressed in (False, True):
+                    for encoding in ("raw", "base64"):
+                        body, place = b"", {}
+                        for name, (_, form, values) in arrays.items():
+                            data = struct.pack(f"{sign}{len(values)}{form}", *values)
+                            place[name] = len(body)
+                            if compressed:
+                                blocks = [data[k:k + 8] for k in range(0, len(data), 8)]
+                                packed = [zlib.compress(b) for b in blocks]
+                                words = [len(blocks), 8, len(data) % 8, *map(len, packed)]
+                                parts = [struct.pack(f"{sign}{len(words)}{header}", *words), b"".join(packed)]
+                            else:
+                                parts = [struct.pack(sign + header, len(data)) + data]
+                            body += b"".join(base64.b64encode(p) if encoding == "base64" else p for p in parts)
+                        tag = lambda name: (f'<DataArray type="{arrays[name][0]}" Name="{name}" format="appended" '
+                                            f'NumberOfComponents="{3 if name == "Points" else 1}" offset="{place[name]}"/>')
+                        text = (f'<?xml version="1.0"?><VTKFile type="UnstructuredGrid" byte_order="{order}" header_type="{word}"'
+                                + (' compressor="vtkZLibDataCompressor"' if compressed else "")
+                                + '><UnstructuredGrid><Piece NumberOfPoints="4" NumberOfCells="1">'
+                                + f"<CellData>{tag('material')}</CellData><Points>{tag('Points')}</Points><Cells>"
+                                + tag("connectivity") + tag("offsets") + tag("types")
+                                + f'</Cells></Piece></UnstructuredGrid><AppendedData encoding="{encoding}">\n  _')
+                        self.write("a.vtu", text.encode() + body + b"\n  </AppendedData></VTKFile>")
+                        with self.subTest(order=order, word=word, compressed=compressed, encoding=encoding):
+                            told = self.info("a.vtu", 0, "--kind", "head")
+                            self.assertEqual((told["materials"][0]["material"], told["area"]), (7, 1.0))
+                            self.write("a.vtu", text.encode() + body[:-3])
+                            self.failed(self.brelan("info", "--kind", "head", "a.vtu"), 'a.vtu: array "material": ')
 
     def test_what_meshio_writes_is_read(self):
         mesh = sample("coupled")

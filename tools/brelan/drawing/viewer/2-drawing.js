@@ -1,0 +1,303 @@
+// ---- drawing ------------------------------------------------------------------------------------
+
+const paths = { regions: [], over: [], sides: null };  // doubles are drawn over the others, hatched
+
+function buildPaths() {
+    const polylines = (name, closed) => {
+        const path = new Path2D(), points = arrays[name + "Points"], ends = arrays[name + "Ends"];
+        let k = 0;
+        for (const end of ends) {
+            for (let first = true; k < end; ++k, first = false)
+                first ? path.moveTo(points[2 * k], points[2 * k + 1]) : path.lineTo(points[2 * k], points[2 * k + 1]);
+            if (closed) path.closePath();
+        }
+        return path;
+    };
+    DATA.groups.forEach((group, g) => {
+        const solid = group.class === "solid";
+        paths.regions[g] = solid ? polylines("region" + g, true) : null;
+        paths.over[g] = solid && arrays["over" + g + "Ends"].length > 0 ? polylines("over" + g, true) : null;
+        group.hatching = hatching(group.color);
+    });
+    paths.sides = polylines("sides", false);
+}
+
+// Slanted stripes of a colour, 8 pixels apart whatever the zoom.
+function hatching(color) {
+    const tile = document.createElement("canvas"), size = 11;
+    tile.width = tile.height = size;
+    const c = tile.getContext("2d");
+    c.strokeStyle = color;
+    c.lineWidth = 4;
+    c.beginPath();
+    for (const d of [-size, 0, size]) { c.moveTo(d - 1, size + 1); c.lineTo(d + size + 1, -1); }
+    c.stroke();
+    return ctx.createPattern(tile, "repeat");
+}
+
+const meshTransform = () => ctx.setTransform(ratio * view.scale, 0, 0, -ratio * view.scale,
+    ratio * (width / 2 - view.x * view.scale), ratio * (height / 2 + view.y * view.scale));
+const screenTransform = () => ctx.setTransform(ratio, 0, 0, ratio, 0, 0);
+
+const stats = { milliseconds: 0, detailed: false, drawn: 0 };
+let pending = 0, settled = 0, slowSides = false;
+
+// Draws at the next frame. While the view moves, sides that take long are left out and follow when it rests.
+function draw(moving) {
+    const full = !moving || !slowSides;
+    clearTimeout(settled);
+    if (!full) settled = setTimeout(() => draw(), 150);
+    if (pending) cancelAnimationFrame(pending);
+    pending = requestAnimationFrame(() => { pending = 0; paint(full); });
+}
+
+function paint(full) {
+    const begun = performance.now();
+    screenTransform();
+    ctx.fillStyle = "#fff";
+    ctx.fillRect(0, 0, width, height);
+    ctx.lineJoin = ctx.lineCap = "round";
+    const [x1, y2] = toMesh(0, 0), [x2, y1] = toMesh(width, height);
+    const near = inside(grid.elements, x1, y1, x2, y2, DETAIL);
+    stats.detailed = near !== null;
+    const before = performance.now();
+    near ? paintElements(near) : paintRegions(full);
+    if (!near && full) slowSides = performance.now() - before > SLOW;
+    paintLineElements(near);
+    if (shown.codes) paintCodes(x1, y1, x2, y2);
+    if (shown.deck) paintShapes();
+    if (shown.faults) paintFaults();
+    paintNumbers(near, x1, y1, x2, y2);
+    paintSelection();
+    paintScale();
+    stats.milliseconds = performance.now() - begun;
+    stats.drawn += 1;
+}
+
+function paintRegions(full) {
+    meshTransform();
+    DATA.groups.forEach((group, g) => {
+        if (!group.shown || !paths.regions[g]) return;
+        ctx.fillStyle = group.color;
+        ctx.fill(paths.regions[g], "nonzero");
+    });
+    DATA.groups.forEach((group, g) => {
+        if (!group.shown || !paths.over[g]) return;
+        group.hatching.setTransform(new DOMMatrix([1 / view.scale, 0, 0, -1 / view.scale, 0, 0]));
+        ctx.fillStyle = group.hatching;
+        ctx.fill(paths.over[g], "nonzero");
+    });
+    const side = DATA.meanSide * view.scale;
+    if (shown.sides && full && side >= 1.5) {
+        ctx.strokeStyle = DATA.colors.side;
+        ctx.globalAlpha = 0.35 + 0.65 * Math.min(1, side / 10);
+        ctx.lineWidth = (0.25 + 0.45 * Math.min(1, side / 10)) / view.scale;
+        ctx.stroke(paths.sides);
+        ctx.globalAlpha = 1;
+    }
+    ctx.strokeStyle = DATA.colors.region;
+    ctx.lineWidth = 1.1 / view.scale;
+    DATA.groups.forEach((group, g) => {
+        if (group.shown && paths.regions[g]) ctx.stroke(paths.regions[g]);
+        if (group.shown && paths.over[g]) ctx.stroke(paths.over[g]);
+    });
+}
+
+function trace(e) {
+    const list = corners(e);
+    list.forEach((c, k) => { const [x, y] = toScreen(X(c), Y(c)); k === 0 ? ctx.moveTo(x, y) : ctx.lineTo(x, y); });
+    if (list.length > 2) ctx.closePath();
+}
+
+function paintElements(near) {
+    screenTransform();
+    for (const over of [0, 1]) for (const e of near) {
+        if (groupOf(e).class !== "solid" || !groupOf(e).shown || arrays.over[e] !== over) continue;
+        ctx.beginPath();
+        trace(e);
+        if (over) groupOf(e).hatching.setTransform(new DOMMatrix());
+        ctx.fillStyle = over ? groupOf(e).hatching : groupOf(e).color;
+        ctx.fill();
+        if (shown.sides) {
+            ctx.strokeStyle = DATA.colors.side;
+            ctx.lineWidth = 0.7;
+            ctx.stroke();
+        }
+    }
+}
+
+// Joints, beams and trusses: those in view, or all of them.
+function paintLineElements(near) {
+    screenTransform();
+    DATA.groups.forEach((group, g) => {
+        if (!group.shown || group.class === "solid") return;
+        const list = near ? near.filter((e) => arrays.elementGroup[e] === g) : group.elements;
+        if (list.length === 0) return;
+        const stroke = (color, width_, dash) => { ctx.strokeStyle = color; ctx.lineWidth = width_; ctx.setLineDash(dash); ctx.stroke(); ctx.setLineDash([]); };
+        if (group.class === "joint") {
+            ctx.beginPath();
+            for (const e of list) trace(e);
+            ctx.fillStyle = group.color;
+            ctx.fill();
+        }
+        ctx.beginPath();
+        for (const e of list) {
+            const [a, b] = lineOf(e);
+            ctx.moveTo(...toScreen(...a));
+            ctx.lineTo(...toScreen(...b));
+        }
+        if (group.class === "joint") { stroke(group.color, 6, []); stroke("#fff", 1.6, []); }
+        else if (group.class === "beam") stroke(group.color, 3, []);
+        else {
+            stroke(group.color, 2.2, [9, 4]);
+            ctx.fillStyle = group.color;
+            for (const e of list) for (const c of corners(e)) dot(...toScreen(X(c), Y(c)), 2.5);
+        }
+    });
+}
+
+// The ends of a beam or truss, and of the middle line of a joint.
+function lineOf(e) {
+    const c = corners(e);
+    if (c.length === 2) return c.map((n) => [X(n), Y(n)]);
+    const far = (a, b) => Math.hypot(X(a) - X(b), Y(a) - Y(b)), mid = (a, b) => [(X(a) + X(b)) / 2, (Y(a) + Y(b)) / 2];
+    if (c.length === 3) return far(c[0], c[1]) < far(c[1], c[2]) ? [mid(c[0], c[1]), mid(c[2], c[2])] : [mid(c[0], c[0]), mid(c[1], c[2])];
+    const across = far(c[0], c[3]) + far(c[1], c[2]), along = far(c[0], c[1]) + far(c[2], c[3]);
+    return along < 0.01 * across ? [mid(c[0], c[1]), mid(c[2], c[3])] : [mid(c[0], c[3]), mid(c[1], c[2])];
+}
+
+function dot(x, y, radius) { ctx.beginPath(); ctx.arc(x, y, radius, 0, 2 * Math.PI); ctx.fill(); }
+
+function paintCodes(x1, y1, x2, y2) {
+    const taken = new Set(), b = DATA.bounds, [mx] = toScreen((b.x[0] + b.x[1]) / 2, 0), s = 7;
+    screenTransform();
+    for (const n of DATA.coded) {
+        if (X(n) < x1 || X(n) > x2 || Y(n) < y1 || Y(n) > y2) continue;
+        const [x, y] = toScreen(X(n), Y(n));
+        DATA.codes.forEach((code, k) => {
+            const value = arrays["code" + k][n];
+            if (value === 0 || !code.symbol) return;
+            const key = code.symbol + ":" + Math.round(x / 6) + ":" + Math.round(y / 6);
+            if (taken.has(key)) return;
+            taken.add(key);
+            ctx.fillStyle = ctx.strokeStyle = code.symbol === "ring" || code.symbol === "square" ? DATA.colors.code2 : DATA.colors.code;
+            ctx.lineWidth = 1.4;
+            if (code.symbol === "x") { const d = x < mx ? -s : s; triangle(x, y, x + d, y - s / 2, x + d, y + s / 2); }
+            else if (code.symbol === "y") { const d = Y(n) >= b.y[1] && b.y[1] > b.y[0] ? -s : s; triangle(x, y, x - s / 2, y + d, x + s / 2, y + d); }
+            else if (code.symbol === "disc") dot(x, y, 3.2);
+            else if (code.symbol === "ring") { ctx.beginPath(); ctx.arc(x, y, 3.5, 0, 2 * Math.PI); ctx.stroke(); }
+            else ctx.strokeRect(x - 4, y - 4, 8, 8);
+        });
+    }
+}
+
+function triangle(ax, ay, bx, by, cx, cy) { ctx.beginPath(); ctx.moveTo(ax, ay); ctx.lineTo(bx, by); ctx.lineTo(cx, cy); ctx.closePath(); ctx.fill(); }
+
+function label(text, x, y, color) {
+    ctx.lineWidth = 3;
+    ctx.strokeStyle = "#fff";
+    ctx.strokeText(text, x, y);
+    ctx.fillStyle = color;
+    ctx.fillText(text, x, y);
+}
+
+function paintShapes() {
+    screenTransform();
+    ctx.font = "bold 12px Helvetica, Arial, sans-serif";
+    const boxes = [];
+    for (const shape of DATA.shapes) {
+        ctx.beginPath();
+        shape.points.forEach(([x, y], k) => { const p = toScreen(x, y); k === 0 ? ctx.moveTo(...p) : ctx.lineTo(...p); });
+        if (shape.closed) ctx.closePath();
+        ctx.strokeStyle = DATA.colors.shape;
+        ctx.lineWidth = 1.8;
+        ctx.setLineDash(shape.dash);
+        ctx.stroke();
+        ctx.setLineDash([]);
+        if (!shape.title || shape.points.length === 0) continue;
+        let [x, y] = toScreen(...shape.points[0]);
+        if (x < 0 || x > width || y < 0 || y > height) continue;
+        const w = ctx.measureText(shape.title).width;
+        x = Math.max(4, Math.min(x + 5, width - w - 4));
+        y = Math.max(y - 5, 14);
+        const covered = () => boxes.some((o) => Math.abs(o.y - y) < 13 && x < o.x + o.w && o.x < x + w);
+        for (let k = 1; covered() && k < 40; ++k) y += (k % 2 === 1 ? k : -k) * 14;
+        boxes.push({ x, y, w });
+        label(shape.title, x, y, DATA.colors.shape);
+    }
+}
+
+function paintFaults() {
+    screenTransform();
+    ctx.strokeStyle = DATA.colors.fault;
+    ctx.lineWidth = 2.2;
+    for (const fault of DATA.faults) {
+        const [x, y] = toScreen(fault.x, fault.y);
+        if (x < -10 || y < -10 || x > width + 10 || y > height + 10) continue;
+        ctx.beginPath();
+        ctx.arc(x, y, 9, 0, 2 * Math.PI);
+        ctx.stroke();
+    }
+}
+
+function paintNumbers(near, x1, y1, x2, y2) {
+    screenTransform();
+    ctx.font = "11px Helvetica, Arial, sans-serif";
+    let left_out = false;
+    if (shown.elementNumbers) {
+        ctx.textAlign = "center";
+        if (near && near.length <= NUMBERS)
+            for (const e of near) { if (shows(arrays.elementGroup[e])) { const [x, y] = toScreen(...middle(e)); label(arrays.elementNumber[e], x, y + 4, DATA.colors.beam); } }
+        else left_out = true;
+        ctx.textAlign = "start";
+    }
+    if (shown.nodeNumbers) {
+        const nodes = inside(grid.nodes, x1, y1, x2, y2, NUMBERS);
+        if (nodes) for (const n of nodes) { const [x, y] = toScreen(X(n), Y(n)); label(arrays.nodeNumber[n], x + 3, y - 3, "#222830"); }
+        else left_out = true;
+    }
+    if (left_out) label("zoom in to see numbers", 10, 18, DATA.colors.fault);
+}
+
+function middle(e) {
+    const list = corners(e);
+    return [list.reduce((s, n) => s + X(n), 0) / list.length, list.reduce((s, n) => s + Y(n), 0) / list.length];
+}
+
+function paintSelection() {
+    if (!selection) return;
+    screenTransform();
+    ctx.strokeStyle = ctx.fillStyle = DATA.colors.fault;
+    ctx.lineWidth = 2.5;
+    if (selection.type === "node") {
+        const [x, y] = toScreen(X(selection.index), Y(selection.index));
+        dot(x, y, 4);
+        ctx.beginPath();
+        ctx.arc(x, y, 9, 0, 2 * Math.PI);
+        ctx.stroke();
+    } else {
+        ctx.beginPath();
+        trace(selection.index);
+        ctx.stroke();
+        for (const c of corners(selection.index)) dot(...toScreen(X(c), Y(c)), 3);
+    }
+}
+
+function paintScale() {
+    const power = 10 ** Math.floor(Math.log10(120 / view.scale));
+    const length = [5, 2, 1].map((m) => m * power).find((l) => l * view.scale <= 120) || power;
+    const right = width - 16, y = height - 14;
+    screenTransform();
+    ctx.strokeStyle = "#222830";
+    ctx.lineWidth = 1.5;
+    ctx.beginPath();
+    ctx.moveTo(right - length * view.scale, y - 4);
+    ctx.lineTo(right - length * view.scale, y);
+    ctx.lineTo(right, y);
+    ctx.lineTo(right, y - 4);
+    ctx.stroke();
+    ctx.font = "11px Helvetica, Arial, sans-serif";
+    ctx.textAlign = "right";
+    label(shortNumber(length), right, y - 8, "#222830");
+    ctx.textAlign = "start";
+}
