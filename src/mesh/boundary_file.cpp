@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "channel/fixed_lines.h"
 #include "channel/layout.h"
 #include "group/tables.h"
 #include "mesh/tables.h"
@@ -31,11 +32,6 @@ constexpr Layout<"('* ',A80)"> SECTION_TITLE;
 constexpr Layout<"(10(1X,I6))"> SECTION_NODES;
 constexpr std::string_view SECTION_ROW =
     "* ====================================================================";
-
-void write_lines(Channel& file, std::initializer_list<std::string_view> lines) {
-    for (const std::string_view line : lines)
-        file.write_line(line);
-}
 
 // --- pipes and convection lines ------------------------------------------------------------------
 

@@ -16,15 +16,6 @@ constexpr std::string_view BANNER_END = "*         ";
 
 }  // namespace
 
-void write_lines(Channel& file, std::span<const std::string_view> lines) {
-    for (const std::string_view line : lines)
-        file.write_line(line);
-}
-
-void write_lines(Channel& file, std::initializer_list<std::string_view> lines) {
-    write_lines(file, std::span(lines.begin(), lines.size()));
-}
-
 void write_group_head(Channel& file, std::int32_t g) {
     write_lines(file, {"*", EQUALS_ROW, "*"});
     GROUP_NUMBER.write(file, g);

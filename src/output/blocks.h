@@ -3,11 +3,11 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <span>
 #include <string_view>
 
 #include "channel/channels.h"
+#include "channel/fixed_lines.h"
 
 namespace brelan {
 
@@ -18,9 +18,6 @@ static_assert(EQUALS_ROW.size() == 50 && DASHES_ROW.size() == 50 && STARS_ROW.si
 
 inline constexpr std::string_view CLASS_LINES[3] = {"* Continuum Element", "* Beam Element",
                                                     "* Truss Element"};
-
-void write_lines(Channel& file, std::span<const std::string_view> lines);
-void write_lines(Channel& file, std::initializer_list<std::string_view> lines);
 
 // Opens the block of a group with its number and title, of a class in it, of a material in that.
 void write_group_head(Channel& file, std::int32_t g);

@@ -25,15 +25,9 @@ constexpr const char* EXAMPLES = R"(  brelan new base-mesh > pit.dat     a comme
 )";
 
 void add_commands(CLI::App& app, Context& context) {
-#ifndef BRELAN_WITHOUT_RUN
     add_run(app, context);
-#endif
-#ifndef BRELAN_WITHOUT_NEW_DECK
     add_new(app, context);
-#endif
-#ifndef BRELAN_WITHOUT_CHECK
     add_check(app, context);
-#endif
     add_info(app, context);
     add_plot(app, context);
     add_convert(app, context);

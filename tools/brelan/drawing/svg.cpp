@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "cli/output_file.h"
+#include "cli/formatted_text.h"
 #include "drawing/scene.h"
 
 namespace brelan::tool {
@@ -29,114 +29,106 @@ std::string escaped(std::string_view text) {
 
 class Writer {
 public:
-    Writer(const Scene& scene, OutputFile& out) : scene_(scene), out_(out) {}
+    Writer(const Scene& scene, OutputFile& out) : scene_(scene), text_(out) {}
 
     void write() {
         const Bounds& a = scene_.area;
-        add("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0:.0f}\" height=\"{1:.0f}\" viewBox=\"0 0 "
+        text_.add(
+            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0:.0f}\" height=\"{1:.0f}\" viewBox=\"0 0 "
             "{0:.0f} "
             "{1:.0f}\" font-family=\"Helvetica, Arial, sans-serif\">\n<title>{2}</title>\n",
             scene_.width, scene_.height, escaped(scene_.title));
-        add("<clipPath id=\"area\"><rect x=\"{:.2f}\" y=\"{:.2f}\" width=\"{:.2f}\" "
+        text_.add(
+            "<clipPath id=\"area\"><rect x=\"{:.2f}\" y=\"{:.2f}\" width=\"{:.2f}\" "
             "height=\"{:.2f}\"/></clipPath>\n",
             a.low.x, a.low.y, a.width(), a.height());
-        add("<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n");
+        text_.add("<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n");
         for (const auto& item : scene_.items)
             std::visit([this](const auto& it) { write_item(it); }, item);
-        add("</svg>\n");
-        flush();
+        text_.add("</svg>\n");
+        text_.flush();
     }
 
 private:
-    template <class... Values>
-    void add(fmt::format_string<Values...> form, Values&&... values) {
-        fmt::format_to(std::back_inserter(text_), form, std::forward<Values>(values)...);
-        if (text_.size() > (std::size_t{1} << 20U))
-            flush();
-    }
-
-    void flush() {
-        out_.write({text_.data(), text_.size()});
-        text_.clear();
-    }
-
     void begin(const std::string& id, bool clipped) {
         if (!id.empty())
-            add(" id=\"{}\"", escaped(id));
+            text_.add(" id=\"{}\"", escaped(id));
         if (clipped)
-            add(" clip-path=\"url(#area)\"");
+            text_.add(" clip-path=\"url(#area)\"");
     }
 
     // Hundredths of a unit, as short as can be.
     void add_number(std::int64_t hundredths, bool first) {
         if (hundredths < 0)
-            text_.push_back('-');
+            text_.add("-");
         else if (!first)
-            text_.push_back(' ');
+            text_.add(" ");
         const std::int64_t v = std::abs(hundredths);
-        fmt::format_to(std::back_inserter(text_), "{}", v / 100);
+        text_.add("{}", v / 100);
         if (v % 10 != 0)
-            fmt::format_to(std::back_inserter(text_), ".{:02}", v % 100);
+            text_.add(".{:02}", v % 100);
         else if (v % 100 != 0)
-            fmt::format_to(std::back_inserter(text_), ".{}", v % 100 / 10);
+            text_.add(".{}", v % 100 / 10);
     }
 
     void write_item(const Path& path) {
         if (path.lines.empty())
             return;
-        add("<path");
+        text_.add("<path");
         begin(path.id, path.clipped);
-        add(" fill=\"{}\"", path.fill ? hex(*path.fill) : "none");
+        text_.add(" fill=\"{}\"", path.fill ? hex(*path.fill) : "none");
         if (path.stroke) {
-            add(" stroke=\"{}\" stroke-width=\"{:.4g}\" stroke-linejoin=\"round\" stroke-linecap=\"round\"",
+            text_.add(
+                " stroke=\"{}\" stroke-width=\"{:.4g}\" stroke-linejoin=\"round\" stroke-linecap=\"round\"",
                 hex(path.stroke->color), path.stroke->width);
             if (path.stroke->opacity < 1.0)
-                add(" stroke-opacity=\"{:.3g}\"", path.stroke->opacity);
+                text_.add(" stroke-opacity=\"{:.3g}\"", path.stroke->opacity);
             for (std::size_t k = 0; k < path.stroke->dash.size(); ++k)
-                add("{}{:.4g}", k == 0 ? " stroke-dasharray=\"" : " ", path.stroke->dash[k]);
+                text_.add("{}{:.4g}", k == 0 ? " stroke-dasharray=\"" : " ", path.stroke->dash[k]);
             if (!path.stroke->dash.empty())
-                add("\"");
+                text_.add("\"");
         }
-        add(" d=\"");
+        text_.add(" d=\"");
         std::size_t k = 0;
         for (const std::size_t end : path.lines.ends) {
             std::int64_t x = 0, y = 0;
             for (bool first = true; k < end; ++k, first = false) {
                 const auto to_x = std::llround(path.lines.points[k].x * 100.0);
                 const auto to_y = std::llround(path.lines.points[k].y * 100.0);
-                add("{}", first ? "M" : "l");
+                text_.add("{}", first ? "M" : "l");
                 add_number(to_x - x, true);
                 add_number(to_y - y, false);
                 x = to_x;
                 y = to_y;
             }
-            add("{}", path.closed ? "z" : "");
+            text_.add("{}", path.closed ? "z" : "");
         }
-        add("\"/>\n");
+        text_.add("\"/>\n");
     }
 
     void write_item(const Labels& labels) {
         if (labels.labels.empty())
             return;
         static constexpr std::array<const char*, 3> ANCHORS{"start", "middle", "end"};
-        add("<g");
+        text_.add("<g");
         begin(labels.id, labels.clipped);
-        add(" font-size=\"{:.4g}\" text-anchor=\"{}\" fill=\"{}\"", labels.size,
-            ANCHORS[static_cast<std::size_t>(labels.anchor)], hex(labels.color));
+        text_.add(" font-size=\"{:.4g}\" text-anchor=\"{}\" fill=\"{}\"", labels.size,
+                  ANCHORS[static_cast<std::size_t>(labels.anchor)], hex(labels.color));
         if (labels.bold)
-            add(" font-weight=\"bold\"");
+            text_.add(" font-weight=\"bold\"");
         if (labels.halo)
-            add(" stroke=\"#fff\" stroke-width=\"{:.3g}\" paint-order=\"stroke\" stroke-linejoin=\"round\"",
+            text_.add(
+                " stroke=\"#fff\" stroke-width=\"{:.3g}\" paint-order=\"stroke\" stroke-linejoin=\"round\"",
                 labels.size / 5.0);
-        add(">\n");
+        text_.add(">\n");
         for (const Label& label : labels.labels)
-            add("<text x=\"{:.2f}\" y=\"{:.2f}\">{}</text>\n", label.at.x, label.at.y, escaped(label.text));
-        add("</g>\n");
+            text_.add("<text x=\"{:.2f}\" y=\"{:.2f}\">{}</text>\n", label.at.x, label.at.y,
+                      escaped(label.text));
+        text_.add("</g>\n");
     }
 
     const Scene& scene_;
-    OutputFile& out_;
-    fmt::memory_buffer text_;
+    FormattedText text_;
 };
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <numeric>
 #include <utility>
 
-#include "cli/output_file.h"
+#include "cli/formatted_text.h"
 #include "formats/gmsh.h"
 
 namespace brelan::tool {
@@ -29,7 +29,7 @@ public:
     void write(GmshVersion version) {
         order_.resize(cells_.cell_count());
         std::iota(order_.begin(), order_.end(), 0);
-        add("$MeshFormat\n{} 0 8\n$EndMeshFormat\n", version == GmshVersion::v2_2 ? "2.2" : "4.1");
+        text_.add("$MeshFormat\n{} 0 8\n$EndMeshFormat\n", version == GmshVersion::v2_2 ? "2.2" : "4.1");
         write_names();
         if (version == GmshVersion::v2_2) {
             write_nodes_2();
@@ -43,31 +43,19 @@ public:
             write_point_data(array);
         for (const DataArray& array : cells_.cell_data)
             write_cell_data(array);
-        flush();
+        text_.flush();
         out_.commit();
     }
 
 private:
-    template <class... Values>
-    void add(fmt::format_string<Values...> form, Values&&... values) {
-        fmt::format_to(std::back_inserter(text_), form, std::forward<Values>(values)...);
-        if (text_.size() > (std::size_t{1} << 20U))
-            flush();
-    }
-
-    void flush() {
-        out_.write({text_.data(), text_.size()});
-        text_.clear();
-    }
-
     // The digits of the 32-bit value as a 64-bit one, so that reading gives the same value back.
     static double wide(float value) { return value; }
 
     void write_names() {
-        add("$PhysicalNames\n{}\n", cells_.groups.size());
+        text_.add("$PhysicalNames\n{}\n", cells_.groups.size());
         for (const CellGroup& group : cells_.groups)
-            add("{} {} \"{}\"\n", group.dimension, group.tag, group.name);
-        add("$EndPhysicalNames\n");
+            text_.add("{} {} \"{}\"\n", group.dimension, group.tag, group.name);
+        text_.add("$EndPhysicalNames\n");
     }
 
     const CellGroup& group_of(std::size_t cell) const {
@@ -76,29 +64,29 @@ private:
 
     void add_nodes_of(std::size_t cell) {
         for (std::int32_t k = cells_.first_node(cell); k < cells_.offsets[cell]; ++k)
-            add(" {}",
-                cells_.point_tags[static_cast<std::size_t>(cells_.nodes[static_cast<std::size_t>(k)])]);
-        add("\n");
+            text_.add(" {}",
+                      cells_.point_tags[static_cast<std::size_t>(cells_.nodes[static_cast<std::size_t>(k)])]);
+        text_.add("\n");
     }
 
     // --- version 2.2 -----------------------------------------------------------------------------
 
     void write_nodes_2() {
-        add("$Nodes\n{}\n", cells_.point_count());
+        text_.add("$Nodes\n{}\n", cells_.point_count());
         for (std::size_t n = 0; n < cells_.point_count(); ++n)
-            add("{} {} {} {}\n", cells_.point_tags[n], wide(cells_.points[3 * n]),
-                wide(cells_.points[3 * n + 1]), wide(cells_.points[3 * n + 2]));
-        add("$EndNodes\n");
+            text_.add("{} {} {} {}\n", cells_.point_tags[n], wide(cells_.points[3 * n]),
+                      wide(cells_.points[3 * n + 1]), wide(cells_.points[3 * n + 2]));
+        text_.add("$EndNodes\n");
     }
 
     void write_elements_2() {
-        add("$Elements\n{}\n", cells_.cell_count());
+        text_.add("$Elements\n{}\n", cells_.cell_count());
         for (std::size_t c = 0; c < cells_.cell_count(); ++c) {
-            add("{} {} 2 {} {}", cells_.cell_tags[c], gmsh_type(cells_.shapes[c]), group_of(c).tag,
-                group_of(c).tag);
+            text_.add("{} {} 2 {} {}", cells_.cell_tags[c], gmsh_type(cells_.shapes[c]), group_of(c).tag,
+                      group_of(c).tag);
             add_nodes_of(c);
         }
-        add("$EndElements\n");
+        text_.add("$EndElements\n");
     }
 
     // --- version 4.1: one entity for each group --------------------------------------------------
@@ -118,17 +106,17 @@ private:
             for (std::int32_t k = cells_.first_node(c); k < cells_.offsets[c]; ++k)
                 widen(box, begun, static_cast<std::size_t>(cells_.group_of[c]),
                       cells_.points.data() + 3 * cells_.nodes[static_cast<std::size_t>(k)]);
-        add("$Entities\n0 {} {} 0\n", count(1), count(2));
+        text_.add("$Entities\n0 {} {} 0\n", count(1), count(2));
         for (const int dimension : {1, 2})
             for (std::size_t g = 0; g < cells_.groups.size(); ++g) {
                 if (cells_.groups[g].dimension != dimension)
                     continue;
-                add("{}", cells_.groups[g].tag);
+                text_.add("{}", cells_.groups[g].tag);
                 for (const float v : box[g])
-                    add(" {}", wide(v));
-                add(" 1 {} 0\n", cells_.groups[g].tag);
+                    text_.add(" {}", wide(v));
+                text_.add(" 1 {} 0\n", cells_.groups[g].tag);
             }
-        add("$EndEntities\n");
+        text_.add("$EndEntities\n");
     }
 
     static void widen(std::vector<std::array<float, 6>>& box, std::vector<bool>& begun, std::size_t group,
@@ -143,18 +131,18 @@ private:
     void write_nodes_4() {
         const std::size_t count = cells_.point_count();
         const auto [low, high] = std::minmax_element(cells_.point_tags.begin(), cells_.point_tags.end());
-        add("$Nodes\n{} {} {} {}\n", count == 0 ? 0 : 1, count, count == 0 ? 0 : *low,
-            count == 0 ? 0 : *high);
+        text_.add("$Nodes\n{} {} {} {}\n", count == 0 ? 0 : 1, count, count == 0 ? 0 : *low,
+                  count == 0 ? 0 : *high);
         if (count > 0) {
             const CellGroup whole = cells_.groups.empty() ? CellGroup{2, 1, ""} : cells_.groups.front();
-            add("{} {} 0 {}\n", whole.dimension, whole.tag, count);
+            text_.add("{} {} 0 {}\n", whole.dimension, whole.tag, count);
         }
         for (const std::int64_t tag : cells_.point_tags)
-            add("{}\n", tag);
+            text_.add("{}\n", tag);
         for (std::size_t n = 0; n < count; ++n)
-            add("{} {} {}\n", wide(cells_.points[3 * n]), wide(cells_.points[3 * n + 1]),
-                wide(cells_.points[3 * n + 2]));
-        add("$EndNodes\n");
+            text_.add("{} {} {}\n", wide(cells_.points[3 * n]), wide(cells_.points[3 * n + 1]),
+                      wide(cells_.points[3 * n + 2]));
+        text_.add("$EndNodes\n");
     }
 
     void write_elements_4() {
@@ -166,52 +154,52 @@ private:
             if (i == 0 || !same_block(order_[i - 1], order_[i]))
                 begin.push_back(i);
         const auto [low, high] = std::minmax_element(cells_.cell_tags.begin(), cells_.cell_tags.end());
-        add("$Elements\n{} {} {} {}\n", begin.size(), order_.size(), order_.empty() ? 0 : *low,
-            order_.empty() ? 0 : *high);
+        text_.add("$Elements\n{} {} {} {}\n", begin.size(), order_.size(), order_.empty() ? 0 : *low,
+                  order_.empty() ? 0 : *high);
         begin.push_back(order_.size());
         for (std::size_t b = 0; b + 1 < begin.size(); ++b) {
             const std::size_t first = order_[begin[b]];
-            add("{} {} {} {}\n", group_of(first).dimension, group_of(first).tag,
-                gmsh_type(cells_.shapes[first]), begin[b + 1] - begin[b]);
+            text_.add("{} {} {} {}\n", group_of(first).dimension, group_of(first).tag,
+                      gmsh_type(cells_.shapes[first]), begin[b + 1] - begin[b]);
             for (std::size_t i = begin[b]; i < begin[b + 1]; ++i) {
-                add("{}", cells_.cell_tags[order_[i]]);
+                text_.add("{}", cells_.cell_tags[order_[i]]);
                 add_nodes_of(order_[i]);
             }
         }
-        add("$EndElements\n");
+        text_.add("$EndElements\n");
     }
 
     // --- data, in the order of the nodes and elements above --------------------------------------
 
     void begin_data(std::string_view section, const DataArray& array) {
-        add("${}\n1\n\"{}\"\n1\n0\n3\n0\n1\n{}\n", section, array.name, array.values.size());
+        text_.add("${}\n1\n\"{}\"\n1\n0\n3\n0\n1\n{}\n", section, array.name, array.values.size());
     }
 
     // Integers are most of the values and quicker to write as such.
     void add_value(std::int64_t tag, const DataArray& array, double value) {
         if (array.whole)
-            add("{} {}\n", tag, static_cast<std::int64_t>(value));
+            text_.add("{} {}\n", tag, static_cast<std::int64_t>(value));
         else
-            add("{} {}\n", tag, value);
+            text_.add("{} {}\n", tag, value);
     }
 
     void write_point_data(const DataArray& array) {
         begin_data("NodeData", array);
         for (std::size_t n = 0; n < array.values.size(); ++n)
             add_value(cells_.point_tags[n], array, array.values[n]);
-        add("$EndNodeData\n");
+        text_.add("$EndNodeData\n");
     }
 
     void write_cell_data(const DataArray& array) {
         begin_data("ElementData", array);
         for (const std::size_t c : order_)
             add_value(cells_.cell_tags[c], array, array.values[c]);
-        add("$EndElementData\n");
+        text_.add("$EndElementData\n");
     }
 
     const CellMesh& cells_;
     OutputFile out_;
-    fmt::memory_buffer text_;
+    FormattedText text_{out_};
     std::vector<std::size_t> order_;  // of the cells in the file
 };
 
