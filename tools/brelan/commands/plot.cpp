@@ -30,25 +30,25 @@ struct PlotOptions {
     KindOption kind;
 };
 
-enum class Picture_ { svg, png, pdf, html };
+enum class PictureFormat { svg, png, pdf, html };
 
-Picture_ format_of(const std::string& output) {
+PictureFormat format_of(const std::string& output) {
     std::string ending = std::filesystem::path(output).extension().string();
     std::transform(ending.begin(), ending.end(), ending.begin(),
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
     if (ending == ".svg")
-        return Picture_::svg;
+        return PictureFormat::svg;
     if (ending == ".png")
-        return Picture_::png;
+        return PictureFormat::png;
     if (ending == ".pdf")
-        return Picture_::pdf;
+        return PictureFormat::pdf;
     if (ending == ".html" || ending == ".htm")
-        return Picture_::html;
+        return PictureFormat::html;
     throw Failure(fmt::format("{}: expected a name that ends in .svg, .png, .pdf or .html", output));
 }
 
 int plot(const PlotOptions& options, const Context& context) {
-    const Picture_ format = format_of(options.output);
+    const PictureFormat format = format_of(options.output);
     const Mesh mesh = read_any_mesh(options.mesh, options.kind.kind(),
                                     [&](const std::string& text) { note(context, text); });
     PictureOptions picture;
@@ -75,20 +75,20 @@ int plot(const PlotOptions& options, const Context& context) {
     }
     const std::vector<Corners> corners = corners_of(mesh);
     Soundness soundness;
-    if (options.faults || format == Picture_::html) {
+    if (options.faults || format == PictureFormat::html) {
         soundness = check_soundness(mesh, corners);
         picture.faults = &soundness;
     }
-    if (format == Picture_::html) {
+    if (format == PictureFormat::html) {
         write_html(mesh, picture, options.output);
         return STATUS_OK;
     }
     const Picture drawn = picture_of(mesh, picture);
     for (const std::string& remark : drawn.remarks)
         note(context, options.output + ": " + remark);
-    if (format == Picture_::svg)
+    if (format == PictureFormat::svg)
         write_svg(drawn.scene, options.output);
-    else if (format == Picture_::pdf)
+    else if (format == PictureFormat::pdf)
         write_pdf(drawn.scene, options.output);
     else
         write_png(drawn.scene, options.output, options.scale);

@@ -15,6 +15,7 @@
 #include "cli/exit_status.h"
 #include "cli/output_file.h"
 #include "drawing/page.h"
+#include "drawing/tangle.h"
 #include "drawing/viewer.h"
 #include "formats/vtu_blocks.h"
 
@@ -215,6 +216,8 @@ private:
         for (const auto& [later, earlier] : solid_sets(mesh_, corners_, closed).doubles)
             over[at(later)] = 1;
         arrays_.add("over", over);
+        const std::vector<bool> tangled = tangled_elements(mesh_, corners_);
+        data_["leftOut"] = std::count(tangled.begin(), tangled.end(), true);
         double side = 0.0;
         for (const auto& [key, group] : groups_) {
             if (key.first != ElementClass::solid)
@@ -222,7 +225,7 @@ private:
             std::vector<std::int32_t> elements, doubles;
             for (std::size_t i = 0; i < corners_.size(); ++i)
                 if (mesh_.elements[i].of == key.first && mesh_.elements[i].words.MATNO == key.second &&
-                    corners_[i].complete()) {
+                    corners_[i].complete() && !tangled[i]) {
                     (over[i] != 0 ? doubles : elements).push_back(static_cast<std::int32_t>(i));
                     side += std::sqrt(std::abs(signed_area(mesh_, corners_[i])));
                 }
@@ -254,12 +257,14 @@ private:
     void add_faults() {
         constexpr std::size_t MOST = 5000;
         data_["faults"] = Json::array();
+        data_["faultCount"] = 0;
         if (options_.faults == nullptr)
             return;
+        std::size_t count = 0;
         for (const Finding& finding : options_.faults->findings)
             for (const Place& place : finding.places) {
                 if (!finding.unsound || finding.check == Check::missing_node ||
-                    finding.check == Check::number_used_twice || data_["faults"].size() == MOST)
+                    finding.check == Check::number_used_twice || ++count > MOST)
                     continue;
                 data_["faults"].push_back(
                     {{"x", place.at.x - origin_.x},
@@ -267,6 +272,7 @@ private:
                      {"element", place.element},
                      {"text", fmt::format("{}: {}", finding.singular, place_text(finding, place))}});
             }
+        data_["faultCount"] = count;
     }
 
     const Mesh& mesh_;

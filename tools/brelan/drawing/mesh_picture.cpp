@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <map>
+#include <set>
 #include <utility>
 
 #include "analysis/doubles.h"
@@ -14,6 +16,7 @@
 #include "drawing/hatch.h"
 #include "drawing/page.h"
 #include "drawing/supports.h"
+#include "drawing/tangle.h"
 
 namespace brelan::tool {
 
@@ -80,6 +83,18 @@ private:
             if (corners_[i].complete())
                 groups_[{mesh_.elements[i].of, mesh_.elements[i].words.MATNO}].push_back(
                     static_cast<std::int32_t>(i));
+        tangled_ = tangled_elements(mesh_, corners_);
+        if (const auto count = std::count(tangled_.begin(), tangled_.end(), true); count > 0)
+            picture_.remarks.push_back(fmt::format(
+                "{} elements are left out: they reach across the others; see brelan info", count));
+    }
+
+    // Those of a group that are drawn.
+    std::vector<std::int32_t> drawn(const std::vector<std::int32_t>& elements) const {
+        std::vector<std::int32_t> list;
+        std::copy_if(elements.begin(), elements.end(), std::back_inserter(list),
+                     [&](std::int32_t e) { return !tangled_[at(e)]; });
+        return list;
     }
 
     // Doubles, as the stages of an excavation are, are hatched over the element that they stand on.
@@ -93,7 +108,7 @@ private:
                 if (key.first != ElementClass::solid)
                     continue;
                 std::vector<std::int32_t> part;
-                for (const std::int32_t e : elements)
+                for (const std::int32_t e : drawn(elements))
                     if (over[at(e)] == doubles)
                         part.push_back(e);
                 Polylines rim = page_.on_page(region_outline(mesh_, corners_, part));
@@ -113,8 +128,10 @@ private:
         std::vector<std::int32_t> solids;
         double length = 0.0;
         for (const auto& [key, elements] : groups_)
-            if (key.first == ElementClass::solid)
-                solids.insert(solids.end(), elements.begin(), elements.end());
+            if (key.first == ElementClass::solid) {
+                const std::vector<std::int32_t> part = drawn(elements);
+                solids.insert(solids.end(), part.begin(), part.end());
+            }
         for (const std::int32_t e : solids)
             length += std::sqrt(std::abs(signed_area(mesh_, corners_[at(e)])));
         const double side =
@@ -132,7 +149,7 @@ private:
         Polylines rims;
         for (const auto& [key, elements] : groups_)
             if (key.first == ElementClass::solid) {
-                const Polylines rim = region_outline(mesh_, corners_, elements);
+                const Polylines rim = region_outline(mesh_, corners_, drawn(elements));
                 for (const std::size_t end : rim.ends)
                     rims.ends.push_back(rims.points.size() + end);
                 rims.points.insert(rims.points.end(), rim.points.begin(), rim.points.end());
@@ -147,7 +164,7 @@ private:
             if (key.first != ElementClass::joint)
                 continue;
             Polylines middles, areas;
-            for (const std::int32_t e : elements) {
+            for (const std::int32_t e : drawn(elements)) {
                 const Corners& c = corners_[at(e)];
                 const JointPairs pairs = joint_pairs(mesh_, c);
                 for (const auto& pair : pairs.pair) {
@@ -194,15 +211,18 @@ private:
     void add_faults() {
         if (options_.faults == nullptr)
             return;
+        constexpr int CORNERS = 16;
+        constexpr double RADIUS = 9.0, CELL = 3.0;  // one ring in a square so large
         Polylines rings;
+        std::set<std::pair<std::int64_t, std::int64_t>> taken;
         for (const Finding& finding : options_.faults->findings)
             for (const Place& place : finding.places) {
                 if (!finding.unsound || finding.check == Check::missing_node ||
                     finding.check == Check::number_used_twice)
                     continue;
-                constexpr int CORNERS = 16;
-                constexpr double RADIUS = 9.0;
                 const Point p = page_.on_page(place.at);
+                if (!taken.insert({std::llround(p.x / CELL), std::llround(p.y / CELL)}).second)
+                    continue;
                 for (int k = 0; k < CORNERS; ++k) {
                     const double angle = 2.0 * 3.14159265358979 * k / CORNERS;
                     rings.points.push_back({p.x + RADIUS * std::cos(angle), p.y + RADIUS * std::sin(angle)});
@@ -316,6 +336,7 @@ private:
     Page page_;
     Picture picture_;
     std::map<std::pair<ElementClass, std::int32_t>, std::vector<std::int32_t>> groups_;  // places of elements
+    std::vector<bool> tangled_;  // by place: not drawn
     bool has_doubles_ = false;
 };
 

@@ -41,7 +41,6 @@ public:
     [[noreturn]] void fail(const std::string& what) const;  // with the line in a text file
 
 private:
-    std::string_view take(std::size_t bytes);
     void skip_blanks();
     template <class Value>
     Value text_value(std::string_view what);

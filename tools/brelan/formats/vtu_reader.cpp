@@ -112,7 +112,8 @@ private:
         std::array<std::int32_t, 9> places{};
         for (std::size_t k = 0; k < count; ++k) {
             if (!(nodes[k] >= 0.0) || nodes[k] >= static_cast<double>(points))
-                throw Failure(fmt::format("cell {}: expected nodes from 0 to {}", cell, points - 1));
+                throw Failure(
+                    fmt::format("cell {}: expected places of the {} points, counted from 0", cell, points));
             places[k] = static_cast<std::int32_t>(nodes[k]);
         }
         if (type == PIXEL)

@@ -41,7 +41,6 @@ Channel& without_comments(const std::filesystem::path& path) {
         if (line.empty() || line.front() != '*')
             mesh.write_line(line);
     }
-    const LineOrigin origin = mesh.origin();
     close_channel(CH_SOURCE_A);
     mesh.rewind();
     return mesh;

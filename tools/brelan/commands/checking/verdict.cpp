@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <type_traits>
 
 #include "channel/channels.h"
 #include "channel/free_field.h"
@@ -11,6 +10,7 @@
 #include "cli/exit_status.h"
 #include "cli/output_file.h"
 #include "commands/batch/temporary_directory.h"
+#include "dam/dam_deck.h"
 #include "deck/deck_checker.h"
 #include "deck/deck_tables.h"
 #include "model/in_directory.h"
@@ -18,10 +18,6 @@
 #include "run/base_mesh_run.h"
 #include "run/channel_numbers.h"
 #include "run/flush_to_zero.h"
-
-#if __has_include("dam/dam_deck.h")
-#include "dam/dam_deck.h"
-#endif
 
 namespace brelan::tool {
 
@@ -35,21 +31,9 @@ constexpr std::string_view NORMALISED = "BRELAN.TMP";
 // The cards of an earth dam are right, and the decks made of them: those are no matter of this check.
 struct DamIsRight {};
 
-[[maybe_unused]] void write_dam() {
-#if __has_include("dam/dam_deck.h")
+void write_dam() {
     DAMDECK();
-#endif
     throw DamIsRight{};
-}
-
-// The checker as it is with and without a writer of earth dams.
-template <class Checker>
-void call_checker(Checker checker) {
-    TextLine name(DECK_NAME);
-    if constexpr (std::is_invocable_v<Checker, TextLine&, std::string_view>)
-        checker(name, NORMALISED);
-    else
-        checker(name, NORMALISED, write_dam);
 }
 
 // A drive C: that holds what the checker reads and writes there, for as long as the object lives.
@@ -145,7 +129,8 @@ Verdict verdict_of(const Deck& deck, const Edition& edition) {
     DECKCOUNT = 1;
     DECKLIST[1] = TextLine(DECK_NAME);
     try {
-        call_checker(&DECKCHK);
+        TextLine name(DECK_NAME);
+        DECKCHK(name, NORMALISED, write_dam);
     } catch (const DamIsRight&) {
         return verdict;
     } catch (const RunEnd& end) {

@@ -160,5 +160,6 @@ function buildLayers() {
     add("nodeNumbers", "node numbers");
     add("elementNumbers", "element numbers");
     if (DATA.shapes.length > 0) add("deck", "outlines of the deck", { color: DATA.colors.shape, line: true }, DATA.shapes.length);
-    if (DATA.faults.length > 0) add("faults", "unsound places", { color: DATA.colors.fault }, DATA.faults.length);
+    if (DATA.faults.length > 0) add("faults", "unsound places", { color: DATA.colors.fault },
+        DATA.faults.length < DATA.faultCount ? `${DATA.faults.length} of ${DATA.faultCount}` : DATA.faultCount);
 }

@@ -70,6 +70,7 @@ function paint(full) {
     paintNumbers(near, x1, y1, x2, y2);
     paintSelection();
     paintScale();
+    if (!near && DATA.leftOut > 0) label(`${DATA.leftOut} elements reach across the others: zoom in to see them`, 10, 34, DATA.colors.fault);
     stats.milliseconds = performance.now() - begun;
     stats.drawn += 1;
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <set>
@@ -7,6 +8,7 @@
 #include "drawing/hatch.h"
 #include "drawing/mesh_lines.h"
 #include "drawing/page.h"
+#include "drawing/tangle.h"
 #include "sample.h"
 
 namespace brelan::tool {
@@ -58,6 +60,54 @@ Mesh random_grid(unsigned seed, int side, std::vector<std::int32_t>& elements) {
             elements.push_back(static_cast<std::int32_t>(elements.size()));
         }
     return sample.mesh();
+}
+
+// Squares of a grid side by side, and many that connect nodes at random.
+Mesh grid_with_random_elements(int side, int random_elements) {
+    std::vector<std::int32_t> unused;
+    Mesh grid = random_grid(1, side, unused);
+    std::mt19937 random(7);
+    const auto nodes = static_cast<unsigned>(grid.nodes.size());
+    for (int k = 0; k < random_elements; ++k) {
+        Element e = grid.elements.front();
+        e.NEL = static_cast<Number>(grid.elements.size()) + 1;
+        for (Number* word : {&e.words.I1, &e.words.I2, &e.words.I3, &e.words.I4})
+            *word = static_cast<Number>(random() % nodes) + 1;
+        grid.elements.push_back(e);
+    }
+    grid.finish();
+    return grid;
+}
+
+TEST(TangledElements, AreNoneWhereElementsLieSideBySide) {
+    const Mesh mesh = grid_with_random_elements(40, 0);
+    for (const bool tangled : tangled_elements(mesh, corners_of(mesh)))
+        EXPECT_FALSE(tangled);
+}
+
+TEST(TangledElements, AreTheWidestUntilTheRestCoversTheMeshAFewHundredTimes) {
+    const Mesh mesh = grid_with_random_elements(40, 5000);
+    const std::vector<Corners> corners = corners_of(mesh);
+    const std::vector<bool> tangled = tangled_elements(mesh, corners);
+    double covered = 0.0, widest_drawn = 0.0, narrowest_left_out = 1e9;
+    for (std::size_t i = 0; i < tangled.size(); ++i) {
+        Bounds box{mesh.point(corners[i][0]), mesh.point(corners[i][0])};
+        for (int k = 1; k < 4; ++k) {
+            const Point p = mesh.point(corners[i][k]);
+            box = {{std::min(box.low.x, p.x), std::min(box.low.y, p.y)},
+                   {std::max(box.high.x, p.x), std::max(box.high.y, p.y)}};
+        }
+        const double area = box.width() * box.height();
+        if (tangled[i]) {
+            narrowest_left_out = std::min(narrowest_left_out, area);
+        } else {
+            covered += area;
+            widest_drawn = std::max(widest_drawn, area);
+        }
+    }
+    EXPECT_LE(widest_drawn, narrowest_left_out);
+    EXPECT_LE(covered, 300.0 * 40.0 * 40.0);
+    EXPECT_GT(covered + narrowest_left_out, 300.0 * 40.0 * 40.0);
 }
 
 TEST(RegionOutline, EnclosesTheAreaOfItsElements) {
