@@ -78,7 +78,7 @@ private:
     std::mt19937 random_;
 };
 
-// The manual's advice, chapter 8: what keeps a dam's mesh sound.
+// The manual's advice, chapter 10: what keeps a dam's mesh sound.
 bool keeps_advice(const RandomDam& random, Kind kind) {
     const DamInput& dam = random.dam;
     const bool shells = dam.ISHELL != 0;

@@ -41,7 +41,8 @@ void add_frame(Scene& scene, const Page& page, bool axes) {
         add_tick(ticks, p, {p.x, p.y + 5.0});
         x.labels.push_back({{p.x, p.y + 18.0}, number_text(v)});
     }
-    for (const double v : round_steps(w.low.y, w.high.y, std::max(2, static_cast<int>(a.height() / 70.0)))) {
+    for (const double v :
+         round_steps(w.low.y, w.high.y, std::clamp(static_cast<int>(a.height() / 35.0), 3, 10))) {
         const Point p = page.on_page(Point{w.low.x, v});
         add_tick(ticks, p, {p.x - 5.0, p.y});
         y.labels.push_back({{p.x - 8.0, p.y + 4.0}, number_text(v)});

@@ -105,9 +105,6 @@ public:
         const Deck deck = read_deck(file_, kind);
         const Edition edition{EDITIONS[static_cast<std::size_t>(kind)], kind, ""};
         const Verdict verdict = verdict_of(deck, edition);
-        const bool later = verdict.message.find("not available yet") != std::string::npos;
-        if (later)
-            return !deck.fault;
         // What a dam's profile may be is not a matter of counts.
         constexpr std::int32_t dam = 3;
         if (deck.IMOD == dam && !deck.fault && verdict.status == 2)

@@ -11,7 +11,6 @@ import unittest
 BRELAN = os.environ["BRELAN"]
 SOURCE = pathlib.Path(os.environ["BRELAN_SOURCE"])
 KINDS = {"coupled": 2, "temperature": 5, "head": 9, "displacement": 1}
-NOT_YET = "is not available yet"
 
 
 class Case(unittest.TestCase):
