@@ -28,6 +28,7 @@ std::vector<CodeRow> code_table(const Mesh& mesh) {
     for (const Node& node : mesh.nodes)
         ++table[node.ID];
     std::vector<CodeRow> rows;
+    rows.reserve(table.size());
     for (const auto& [codes, count] : table)
         rows.push_back({codes, count});
     std::stable_sort(rows.begin(), rows.end(),

@@ -211,6 +211,7 @@ private:
         std::sort(nodes.begin(), nodes.end());
         nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
         std::vector<Point> points;
+        points.reserve(nodes.size());
         for (const std::int32_t n : nodes)
             points.push_back(mesh_.point(n));
         const PointGrid grid(points);

@@ -45,6 +45,7 @@ template <class Record>
 std::string number_list(const std::vector<Record>& records, const std::vector<std::int32_t>& places,
                         std::size_t list) {
     std::vector<Number> numbers;
+    numbers.reserve(places.size());
     for (const std::int32_t place : places)
         numbers.push_back(number_of(records[static_cast<std::size_t>(place)]));
     std::sort(numbers.begin(), numbers.end());

@@ -117,7 +117,7 @@ private:
         int there = 0;
         for (int k = 0; k < corners && !e.is_line(); ++k) {
             const std::int32_t place = mesh_.node_place(midsides[static_cast<std::size_t>(k)]);
-            nodes[static_cast<std::size_t>(corners + k)] = place;
+            nodes[static_cast<std::size_t>(corners) + static_cast<std::size_t>(k)] = place;
             there += place != Mesh::NONE ? 1 : 0;
         }
         const bool quadratic = !e.is_line() && there == corners;

@@ -95,7 +95,7 @@ TEST(Vtu, TextOfAnotherProgramBecomesAMesh) {
 }
 
 TEST(Vtu, SaysWhatIsWrong) {
-    const auto message = [](std::string text) -> std::string {
+    const auto message = [](const std::string& text) -> std::string {
         try {
             mesh_of(read_vtu(text, "a.vtu"), LayoutKind::head);
         } catch (const Failure& failure) {
@@ -110,7 +110,8 @@ TEST(Vtu, SaysWhatIsWrong) {
         return text.replace(at, from.size(), to);
     };
     EXPECT_EQ(message(with("4 7 9", "4 8 9")), "a.vtu: cell 1: expected 3 nodes, found 4");
-    EXPECT_EQ(message(with("1 4 2", "1 5 2")), "a.vtu: cell 1: expected places of the 5 points, counted from 0");
+    EXPECT_EQ(message(with("1 4 2", "1 5 2")),
+              "a.vtu: cell 1: expected places of the 5 points, counted from 0");
     EXPECT_EQ(message(with("9 5 3", "9 10 3")),
               "a.vtu: cell 1: expected vertices, lines, triangles and quadrilaterals, found VTK type 10");
     EXPECT_EQ(message(with("2 0 0", "2 0")), "a.vtu: array \"without name\": expected 15 values, found 14");

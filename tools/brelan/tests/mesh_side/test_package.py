@@ -76,6 +76,20 @@ class Pages(Case):
         self.assertEqual(self.complete("run", "--project", ""), {"sub"})
 
 
+def broken_links(root):
+    """How many links the documents have, and those that lead to no file."""
+    links = [(document, link) for document in root.rglob("*.md") if "build" not in document.relative_to(root).parts
+             for link in re.findall(r"\]\(([^)#]+)[^)]*\)", document.read_text()) if not link.startswith("http")]
+    return len(links), [f"{d}: {link}" for d, link in links if not (d.parent / link).exists()]
+
+
+class Documents(Case):
+    def test_links_lead_to_files(self):
+        count, broken = broken_links(SOURCE)
+        self.assertGreater(count, 30)
+        self.assertEqual(broken, [])
+
+
 class Installed(Case):
     def use(self, brelan, environment):
         """The installed command makes, runs, checks, shows and carries a mesh."""
@@ -96,9 +110,13 @@ class Installed(Case):
         for name in ("bin/brelan", "bin/brelan2d", "share/brelan2d/C/Vork/Qx/Qxdata/PROGRAM.DAT",
                      "share/man/man1/brelan.1.gz", "share/man/man1/brelan-info.1.gz",
                      "share/bash-completion/completions/brelan", "share/doc/brelan2d/copyright",
-                     "share/doc/brelan2d/examples/pit_stages.dat", "share/doc/brelan2d/manual/7-groups.md"):
+                     "share/doc/brelan2d/examples/pit_stages.dat", "share/doc/brelan2d/manual/7-groups.md",
+                     "share/doc/brelan2d/tutorial/pictures/pit.svg"):
             self.assertIn(name, files)
-        self.assertFalse([f for f in files if f.startswith(("include", "lib/"))])
+        self.assertFalse([f for f in files if f.startswith(("include", "lib/")) or f.endswith((".py", ".txt"))])
+        count, broken = broken_links(prefix)
+        self.assertGreater(count, 20)
+        self.assertEqual(broken, [])
         page = gzip.decompress((prefix / "share/man/man1/brelan.1.gz").read_bytes())
         self.assertEqual(page, (TOOL / "man" / "brelan.1").read_bytes())
         home = self.root / "home"
