@@ -20,6 +20,10 @@ bool same_nodes(const ElementWords& a, const ElementWords& b) {
            a.M7 == b.M7 && a.M8 == b.M8;
 }
 
+std::string midsides_text(const ElementWords& w) {
+    return fmt::format("({} {} {} {})", w.M5, w.M6, w.M7, w.M8);
+}
+
 std::string nodes_text(const Element& e) {
     const ElementWords& w = e.words;
     std::string text = fmt::format("{} {}", w.I1, w.I2);
@@ -27,7 +31,7 @@ std::string nodes_text(const Element& e) {
         return text;
     text += fmt::format(" {} {}", w.I3, w.I4);
     if (w.M5 != 0 || w.M6 != 0 || w.M7 != 0 || w.M8 != 0)
-        text += fmt::format(" ({} {} {} {})", w.M5, w.M6, w.M7, w.M8);
+        text += " " + midsides_text(w);
     return text;
 }
 
@@ -113,6 +117,11 @@ Difference difference_by_number(const Mesh& a, const Mesh& b, double tolerance) 
             d.elements_changed.push_back(pair);
     }
     return d;
+}
+
+FieldChange midside_change(const Mesh& a, const Mesh& b, PlacePair elements) {
+    return {"midside nodes", midsides_text(a.elements[static_cast<std::size_t>(elements.first)].words),
+            midsides_text(b.elements[static_cast<std::size_t>(elements.second)].words)};
 }
 
 std::vector<FieldChange> node_changes(const Mesh& a, const Mesh& b, PlacePair nodes) {

@@ -18,6 +18,7 @@ struct Difference {
     std::vector<PlacePair> nodes_changed;                  // other codes or values
     std::vector<std::int32_t> elements_only_a, elements_only_b;
     std::vector<PlacePair> elements_changed;  // other nodes, material, class or attributes
+    std::vector<PlacePair> other_midsides;    // by place: those of them with other midside nodes
     bool other_kind = false;
     double tolerance = 0.0;
 
@@ -32,8 +33,9 @@ struct Difference {
 Difference difference_by_number(const Mesh& a, const Mesh& b, double tolerance);
 
 // Nodes at the same place, within the tolerance, are compared, and elements between such nodes, wherever they
-// begin to count their corners. Of several nodes at one place those are taken together that carry the same
-// codes and belong to the same elements. A tolerance of 0 takes one that suits the meshes.
+// begin to count their corners, with their midside nodes. Of several nodes at one place those are taken
+// together that carry the same codes and belong to the same elements. A tolerance of 0 takes one that suits
+// the meshes.
 Difference difference_by_place(const Mesh& a, const Mesh& b, double tolerance);
 
 // Codes and values of two nodes; class, material and attributes of two elements. Attributes of different
@@ -45,6 +47,8 @@ bool same_attributes(const Mesh& mesh_a, const Mesh& mesh_b, const Element& a, c
 struct FieldChange {
     std::string name, from, to;
 };
+// "midside nodes", with their numbers in the two meshes.
+FieldChange midside_change(const Mesh& a, const Mesh& b, PlacePair elements);
 std::vector<FieldChange> node_changes(const Mesh& a, const Mesh& b, PlacePair nodes);
 // `nodes` tells whether the numbers of nodes are compared.
 std::vector<FieldChange> element_changes(const Mesh& a, const Mesh& b, PlacePair elements, bool nodes);

@@ -52,6 +52,24 @@ Cycle canonical(const Corners& c, const std::vector<std::int32_t>& number, int& 
     return best;
 }
 
+// Common numbers of an element's midside nodes, from the side behind the corner that canonical() begins with:
+// 0 for none, -1 for one that the mesh does not have.
+Cycle midsides(const Side& side, const Element& e, const Corners& corners) {
+    int start = 0;
+    canonical(corners, side.mapped, start);
+    const std::array<Number, 4> numbers{e.words.M5, e.words.M6, e.words.M7, e.words.M8};
+    Cycle cycle{};
+    for (int k = 0; k < corners.count; ++k) {
+        const Number number = numbers[static_cast<std::size_t>((start + k) % corners.count)];
+        const std::int32_t place = side.mesh.node_place(number);
+        cycle[static_cast<std::size_t>(k)] = number == 0 ? 0
+                                             : place == Mesh::NONE
+                                                 ? -1
+                                                 : side.mapped[static_cast<std::size_t>(place)];
+    }
+    return cycle;
+}
+
 // Suits both meshes: far above the digits' resolution, far below their sides.
 double suitable_tolerance(const Side& a, const Side& b) {
     constexpr double SHARE_OF_SIDE = 0.1, DIGITS = 2.0;
@@ -185,6 +203,7 @@ public:
         std::sort(d_.elements_only_a.begin(), d_.elements_only_a.end());
         std::sort(d_.elements_only_b.begin(), d_.elements_only_b.end());
         std::sort(d_.elements_changed.begin(), d_.elements_changed.end());
+        std::sort(d_.other_midsides.begin(), d_.other_midsides.end());
     }
 
 private:
@@ -226,13 +245,22 @@ private:
         }
     }
 
+    bool same_midsides(std::int32_t x, std::int32_t y) const {
+        const auto of = [](const Side& side, std::int32_t element) {
+            const auto place = static_cast<std::size_t>(element);
+            return midsides(side, side.mesh.elements[place], side.corners[place]);
+        };
+        return of(a_, x) == of(b_, y);
+    }
+
     // Elements between the same nodes: equal ones first.
     void match_between_nodes(const std::vector<std::int32_t>& at_a, std::vector<std::int32_t> at_b) {
         std::vector<std::int32_t> left;
         for (const std::int32_t x : at_a) {
             const auto equal = std::find_if(at_b.begin(), at_b.end(), [&](std::int32_t y) {
                 return same_attributes(a_.mesh, b_.mesh, a_.mesh.elements[static_cast<std::size_t>(x)],
-                                       b_.mesh.elements[static_cast<std::size_t>(y)]);
+                                       b_.mesh.elements[static_cast<std::size_t>(y)]) &&
+                       same_midsides(x, y);
             });
             if (equal == at_b.end())
                 left.push_back(x);
@@ -240,8 +268,11 @@ private:
                 at_b.erase(equal);
         }
         const std::size_t common = std::min(left.size(), at_b.size());
-        for (std::size_t k = 0; k < common; ++k)
+        for (std::size_t k = 0; k < common; ++k) {
             d_.elements_changed.emplace_back(left[k], at_b[k]);
+            if (!same_midsides(left[k], at_b[k]))
+                d_.other_midsides.emplace_back(left[k], at_b[k]);
+        }
         d_.elements_only_a.insert(d_.elements_only_a.end(),
                                   left.begin() + static_cast<std::ptrdiff_t>(common), left.end());
         d_.elements_only_b.insert(d_.elements_only_b.end(),

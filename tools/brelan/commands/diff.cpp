@@ -93,8 +93,7 @@ public:
         text += only("element", a_.elements, d_.elements_only_a, '-') +
                 only("element", b_.elements, d_.elements_only_b, '+');
         text += some("element{} changed", d_.elements_changed, [&](const PlacePair& p) {
-            return fmt::format("element {}{}", element_name(p),
-                               fields(element_changes(a_, b_, p, !options_.by_place)));
+            return fmt::format("element {}{}", element_name(p), fields(changes(p)));
         });
         return text;
     }
@@ -126,7 +125,7 @@ public:
                               return Json{
                                   {"element", a_.elements[static_cast<std::size_t>(p.first)].NEL},
                                   {"other_element", b_.elements[static_cast<std::size_t>(p.second)].NEL},
-                                  {"fields", fields_json(element_changes(a_, b_, p, !options_.by_place))}};
+                                  {"fields", fields_json(changes(p))}};
                           })}};
         return j;
     }
@@ -180,6 +179,13 @@ private:
     std::string element_name(const PlacePair& p) const {
         return pair_name(a_.elements[static_cast<std::size_t>(p.first)].NEL,
                          b_.elements[static_cast<std::size_t>(p.second)].NEL);
+    }
+
+    std::vector<FieldChange> changes(const PlacePair& p) const {
+        std::vector<FieldChange> list = element_changes(a_, b_, p, !options_.by_place);
+        if (std::binary_search(d_.other_midsides.begin(), d_.other_midsides.end(), p))
+            list.push_back(midside_change(a_, b_, p));
+        return list;
     }
 
     static std::string fields(const std::vector<FieldChange>& changes) {

@@ -50,6 +50,16 @@ Mesh renumbered(Mesh mesh, unsigned seed) {
         e.words.I2 = corners[1];
         e.words.I3 = corners[2];
         e.words.I4 = corners[3];
+        if (e.words.M5 == 0)
+            continue;
+        const std::array<Number, 4> midsides{e.words.M5, e.words.M6, e.words.M7, e.words.M8};
+        const auto turned = [&](int k) {
+            return nodes[static_cast<std::size_t>(midsides[static_cast<std::size_t>((k + start) % 4)])];
+        };
+        e.words.M5 = turned(0);
+        e.words.M6 = turned(1);
+        e.words.M7 = turned(2);
+        e.words.M8 = turned(3);
     }
     mesh.finish();
     return mesh;
@@ -119,6 +129,41 @@ TEST(DifferenceByPlace, FindsOneChangedElementAmongOtherNumbers) {
         EXPECT_TRUE(d.elements_only_a.empty());
         EXPECT_TRUE(d.nodes_changed.empty());
     }
+}
+
+// A square with midside nodes beside one without.
+Sample quadratic() {
+    Sample sample;
+    sample.nodes({{0, 0}, {2, 0}, {2, 2}, {0, 2}, {1, 0}, {2, 1}, {1, 2}, {0, 1}, {4, 0}, {4, 2}});
+    sample.solid({1, 2, 3, 4});
+    sample.last().words.M5 = 5;
+    sample.last().words.M6 = 6;
+    sample.last().words.M7 = 7;
+    sample.last().words.M8 = 8;
+    return sample.solid({2, 9, 10, 3});
+}
+
+TEST(DifferenceByPlace, MidsideNodesTurnWithTheCorners) {
+    const Mesh a = quadratic().mesh();
+    for (unsigned seed = 1; seed <= 20; ++seed)
+        EXPECT_TRUE(difference_by_place(a, renumbered(a, seed), 0.0).none()) << "seed " << seed;
+}
+
+TEST(DifferenceByPlace, MidsideNodesInAnotherOrderDiffer) {
+    const Mesh a = quadratic().mesh();
+    Mesh swapped = quadratic().mesh();
+    std::swap(swapped.elements[0].words.M5, swapped.elements[0].words.M7);
+    Mesh without = quadratic().mesh();
+    without.elements[0].words.M6 = 0;
+    for (const Mesh& b : {renumbered(swapped, 3), without}) {
+        const Difference d = difference_by_place(a, b, 0.0);
+        ASSERT_EQ(d.elements_changed.size(), 1U);
+        EXPECT_EQ(d.elements_changed[0].first, 0);
+        EXPECT_EQ(d.other_midsides, d.elements_changed);
+        EXPECT_TRUE(d.elements_only_a.empty());
+    }
+    EXPECT_EQ(midside_change(a, without, {0, 0}).from, "(5 6 7 8)");
+    EXPECT_EQ(midside_change(a, without, {0, 0}).to, "(5 0 7 8)");
 }
 
 TEST(DifferenceByPlace, ToleranceSaysWhatIsOnePlace) {
