@@ -69,6 +69,7 @@ void look_for_doubts(Report& report, const fs::path& project) {
     doubt_codes(doubts);
     doubt_numbers(doubts);
     doubt_cards(doubts);
+    doubt_dam(doubts);
     doubt_outlines(doubts);
     std::optional<Mesh> a, b;
     if (deck.IMOD == 2) {

@@ -51,6 +51,8 @@ void doubt_codes(Doubts& doubts);
 void doubt_numbers(Doubts& doubts);
 // Counts that disagree, switches that exclude each other, lengths that make no sense.
 void doubt_cards(Doubts& doubts);
+// An earth dam: lengths that make no sense, and profiles whose mesh may come out unsound.
+void doubt_dam(Doubts& doubts);
 // Files that are not there or in each other's way.
 void doubt_files(Doubts& doubts, const std::filesystem::path& project, const DeckMeshes& meshes);
 // Numbers and materials that the mesh does not have, windows with nothing in them, combinations without

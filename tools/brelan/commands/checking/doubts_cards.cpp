@@ -119,28 +119,6 @@ void doubt_start_numbers(Doubts& doubts, const DeckCard& card) {
                               fmt::format("{} {}: numbers go from 1 to {}", name, first, MAXNP));
 }
 
-void doubt_dam(Doubts& doubts, const DeckCard& card) {
-    if (card.number == "5.1" && card.integer("NLAYER") <= 0 && card.integer("ICUT") == 1)
-        doubts.doubt("no-layers", &card, "ICUT 1: a cut-off wall needs layers to stand in");
-    if (card.number != "5.2")
-        return;
-    for (const char* name : {"HDAM", "RUNL", "WLEFT", "WCREST", "WMID", "RUNR", "WRIGHT"})
-        if (!(card.real(name) > 0.0F))
-            doubts.doubt("bad-length", &card,
-                         fmt::format("{} {:g}: expected a length above 0", name, card.real(name)));
-    if (card.real("HWATER") > card.real("HDAM"))
-        doubts.doubt("bad-length", &card, "HWATER: the water stands above the crest");
-    const auto sum = [&](const char* a, const char* b, const char* c) {
-        return card.real(a) + card.real(b) + card.real(c);
-    };
-    const float profile = sum("RUNL", "WCREST", "RUNR"), blocks = sum("WLEFT", "WMID", "WRIGHT");
-    if (std::abs(profile - blocks) > 1e-4F * profile)
-        doubts.doubt(
-            "counts-disagree", &card,
-            fmt::format("the profile is {:g} wide and the block columns {:g}: the toe goes to their end",
-                        profile, blocks));
-}
-
 void doubt_counts(Doubts& doubts, const DeckCard& card) {
     for (const char* name : {"NINT", "NSEL", "NEDC", "NEDB", "NEDT", "NODE", "NOEL", "NGROUP", "NLAYER"})
         if (const DeckField* field = card.field(name); field != nullptr && field->integer() < 0)
@@ -179,8 +157,6 @@ void doubt_cards(Doubts& doubts) {
             doubt_strip(doubts, card, "W", "DX", "AX");
         else if (card.number == "4.4")
             doubt_strip(doubts, card, "H", "DY", "AY");
-        else if (card.number.starts_with("5."))
-            doubt_dam(doubts, card);
         else if (card.number == "3.3.6.2" && (card.real("rHw") < 0.0F || card.real("rHw") > 1.0F))
             doubts.doubt("no-water", &card,
                          fmt::format("rHw {:g}: no water level from 0 to 1", card.real("rHw")));

@@ -198,10 +198,38 @@ class Verdict(Case):
         ran = self.brelan("run", "both.dat")
         self.assertEqual("element-numbers" in [w["id"] for w in report["warnings"]], ran.returncode != 0, ran.stderr)
 
+    def warned_dam(self, old, new, kind="displacement"):
+        """The warnings of the starter dam with one text replaced, and whether its mesh is sound."""
+        deck = self.edited_starter("dam", (old, new), kind=kind)
+        _, report = self.check(deck.name)
+        self.assertTrue(report["accepted"], report)
+        ran = self.brelan("run", deck.name)
+        self.assertEqual(ran.returncode, 0, ran.stderr)
+        return [(w["id"], w["message"]) for w in report["warnings"]], "soundness  sound" in ran.stdout
+
+    def test_profiles_of_dams_that_may_come_out_unsound(self):
+        core, wall, profile = "42.0   18.0   46.0   18.0", "42.0   -11.0  46.0   -11.0", "20.0   15.0    40.0   40.0   8.0     8.0"
+        for old, new, fragment in ((core, "42.0   19.7   46.0   19.7", "20 or 19 and below are safe"),
+                                   (wall, "42.0   -13.6  46.0   -13.6", "the bottom at -14, or -12 and above")):
+            warnings, sound = self.warned_dam(old, new)
+            self.assertEqual([w[0] for w in warnings], ["may-be-unsound"])
+            self.assertIn(fragment, warnings[0][1])
+            self.assertFalse(sound)  # the warning is right
+        for old, new in ((core, "42.0   19.0   46.0   19.0"), (core, "42.0   20.0   46.0   20.0"),
+                         (wall, "42.0   -12.0  46.0   -12.0"), (wall, "42.0   -14.0  46.0   -14.0")):
+            self.assertEqual(self.warned_dam(old, new), ([], True), new)
+        for old, new, kind, fragment in (
+                (profile, "20.0   15.0   40.0   38.0   8.0     10.0", "displacement", "the edges of the middle block column"),
+                (core, "40.3   20.0   47.7   20.0", "displacement", "less than an element from the crest's end"),
+                (profile, "20.0   0.4    40.0   40.0   8.0     8.0", "head", "0, or 1 and above, are safe")):
+            warnings, _ = self.warned_dam(old, new, kind)
+            self.assertEqual([w[0] for w in warnings], ["may-be-unsound"], new)
+            self.assertIn(fragment, warnings[0][1])
+
     def test_the_examples_of_the_package(self):
         for example in (SOURCE / "examples").iterdir():
             self.write(example.name, example.read_bytes())
-        for deck in ("pit_left.dat", "pit_right.dat", "pit_join.dat", "pit_stages.dat"):
+        for deck in ("pit_left.dat", "pit_right.dat", "pit_join.dat", "pit_stages.dat", "stage.dat", "dam.dat"):
             self.assertEqual(self.brelan("run", "-q", deck).returncode, 0)
             _, report = self.check(deck)
             self.assertEqual((report["accepted"], report["warnings"]), (True, []), deck)
