@@ -34,6 +34,10 @@ class Pages(Case):
                 self.assertEqual(listed, options_in(self.good(command, "--help").split("Options:")[1]))
                 self.assertLess(page.index("\nEXAMPLES\n"), page.index("\nDESCRIPTION\n"))
 
+    def test_list_of_changes_begins_with_the_version(self):
+        version = self.good("--version").split()[1]
+        self.assertTrue((SOURCE / "changelog").read_text().startswith(f"brelan2d ({version}) "))
+
     def test_man_pages_name_the_version(self):
         version = self.good("--version").strip()
         for page in sorted((TOOL / "man").glob("*.1")):
@@ -109,7 +113,7 @@ class Installed(Case):
         files = {str(p.relative_to(prefix)) for p in prefix.rglob("*") if p.is_file()}
         for name in ("bin/brelan", "bin/brelan2d", "share/brelan2d/C/Vork/Qx/Qxdata/PROGRAM.DAT",
                      "share/man/man1/brelan.1.gz", "share/man/man1/brelan-info.1.gz",
-                     "share/bash-completion/completions/brelan", "share/doc/brelan2d/copyright",
+                     "share/bash-completion/completions/brelan", "share/doc/brelan2d/copyright", "share/doc/brelan2d/changelog.gz",
                      "share/doc/brelan2d/examples/pit_stages.dat", "share/doc/brelan2d/manual/7-groups.md",
                      "share/doc/brelan2d/tutorial/pictures/pit.svg"):
             self.assertIn(name, files)
