@@ -124,6 +124,9 @@ struct Deck {
 // a deck that the batch program refuses comes back with its fault.
 Deck read_deck(const std::filesystem::path& file, LayoutKind kind);
 
+// X1 Y1 to X4 Y4 of a card of a dam's core or wall.
+std::vector<DeckPoint> four_points(const DeckCard& card);
+
 // What the deck draws, in the order of its cards. Coordinates are those of the mesh.
 std::vector<DeckShape> shapes_of(const Deck& deck);
 

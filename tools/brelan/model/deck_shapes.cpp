@@ -51,14 +51,6 @@ void add_windows(const Deck& deck, std::vector<DeckShape>& shapes) {
                            static_cast<double>(card.real("XMAX")), static_cast<double>(card.real("YMAX")))});
 }
 
-std::vector<DeckPoint> four_points(const DeckCard& card) {
-    std::vector<DeckPoint> points;
-    for (const char* i : {"1", "2", "3", "4"})
-        points.push_back({static_cast<double>(card.real(std::string("X") + i)),
-                          static_cast<double>(card.real(std::string("Y") + i))});
-    return points;
-}
-
 // The left toe is the origin.
 void add_dam(const Deck& deck, std::vector<DeckShape>& shapes) {
     const DeckCard* profile = deck.card("5.2");
@@ -99,6 +91,14 @@ ShapeRole role_of(const DeckGroup& group) {
 }
 
 }  // namespace
+
+std::vector<DeckPoint> four_points(const DeckCard& card) {
+    std::vector<DeckPoint> points;
+    for (const char* i : {"1", "2", "3", "4"})
+        points.push_back({static_cast<double>(card.real(std::string("X") + i)),
+                          static_cast<double>(card.real(std::string("Y") + i))});
+    return points;
+}
 
 std::vector<DeckShape> shapes_of(const Deck& deck) {
     std::vector<DeckShape> shapes;

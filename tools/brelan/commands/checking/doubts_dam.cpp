@@ -58,18 +58,6 @@ bool same_length(double a, double b) {
     return std::abs(a - b) <= NOTHING * std::max(std::abs(a), std::abs(b));
 }
 
-struct Corner {
-    double x = 0.0, y = 0.0;
-};
-
-std::vector<Corner> corners_on(const DeckCard& card) {
-    std::vector<Corner> corners;
-    for (const char* i : {"1", "2", "3", "4"})
-        corners.push_back({static_cast<double>(card.real(std::string("X") + i)),
-                           static_cast<double>(card.real(std::string("Y") + i))});
-    return corners;
-}
-
 // --- lengths -------------------------------------------------------------------------------------
 
 void doubt_lengths(Doubts& doubts, const Dam& dam) {
@@ -101,9 +89,9 @@ void doubt_columns(Doubts& doubts, const Dam& dam) {
 void doubt_core(Doubts& doubts, const Dam& dam) {
     if (dam.core == nullptr)
         return;
-    const std::vector<Corner> corners = corners_on(*dam.core);
+    const std::vector<DeckPoint> corners = four_points(*dam.core);
     double top = corners.front().y;
-    for (const Corner& corner : corners)
+    for (const DeckPoint& corner : corners)
         top = std::max(top, corner.y);
     if (top < dam.HDAM && top > dam.HDAM - dam.row()) {
         doubts.doubt(
@@ -116,7 +104,7 @@ void doubt_core(Doubts& doubts, const Dam& dam) {
     if (dam.shells || top < dam.HDAM)
         return;
     double beside = dam.WCREST;  // the least distance of a corner from the ends of the crest
-    for (const Corner& corner : corners)
+    for (const DeckPoint& corner : corners)
         if (corner.y == top)
             beside = std::min({beside, corner.x - dam.RUNL, dam.RUNL + dam.WCREST - corner.x});
     if (beside < dam.middle_element())
@@ -133,7 +121,7 @@ void doubt_wall(Doubts& doubts, const Dam& dam) {
         return;
     constexpr double LOWEST_ROW = 2.0;
     double foot = 0.0;
-    for (const Corner& corner : corners_on(*dam.wall))
+    for (const DeckPoint& corner : four_points(*dam.wall))
         foot = std::min(foot, corner.y);
     const double over_bottom = foot + dam.depth;
     if (over_bottom > NOTHING * dam.depth && over_bottom < LOWEST_ROW * dam.row())
