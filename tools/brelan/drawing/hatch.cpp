@@ -8,7 +8,7 @@
 
 namespace brelan::tool {
 
-Polylines hatch(const Polylines& loops, double spacing) {
+Polylines hatch(const Polylines& loops, double spacing, const Bounds& area) {
     // u across the hatching lines, v along them.
     const auto u = [](const Point& p) { return (p.x + p.y) / std::numbers::sqrt2; };
     const auto v = [](const Point& p) { return (p.x - p.y) / std::numbers::sqrt2; };
@@ -18,7 +18,8 @@ Polylines hatch(const Polylines& loops, double spacing) {
         for (std::size_t k = begin; k < end; ++k) {
             const Point& a = loops.points[k];
             const Point& b = loops.points[k + 1 == end ? begin : k + 1];
-            const double low = std::min(u(a), u(b)), high = std::max(u(a), u(b));
+            const double low = std::max(std::min(u(a), u(b)), u(area.low));
+            const double high = std::min(std::max(u(a), u(b)), u(area.high));
             for (auto line = static_cast<std::int64_t>(std::ceil(low / spacing));
                  static_cast<double>(line) * spacing < high; ++line) {
                 const double share = (static_cast<double>(line) * spacing - u(a)) / (u(b) - u(a));

@@ -117,8 +117,8 @@ private:
                 if (!doubles)
                     add({fmt::format("material-{}", key.second), std::move(rim), true, color});
                 else
-                    add({fmt::format("material-{}-doubles", key.second), hatch(rim, SPACING), false,
-                         std::nullopt, Stroke{color, WIDTH}});
+                    add({fmt::format("material-{}-doubles", key.second), hatch(rim, SPACING, page_.area()),
+                         false, std::nullopt, Stroke{color, WIDTH}});
                 has_doubles_ = has_doubles_ || (doubles && !part.empty());
             }
     }

@@ -36,9 +36,10 @@ std::vector<double> round_steps(double low, double high, int count) {
     const double power = std::pow(10.0, std::floor(std::log10(rough)));
     const double share = rough / power;
     const double step = power * (share <= 1.0 ? 1.0 : share <= 2.0 ? 2.0 : share <= 5.0 ? 5.0 : 10.0);
+    const double first = std::ceil(low / step - 1e-9);
     std::vector<double> steps;
-    for (double k = std::ceil(low / step - 1e-9); k * step <= high + step * 1e-9; k += 1.0)
-        steps.push_back(k * step);
+    for (int k = 0; k <= count && (first + k) * step <= high + step * 1e-9; ++k)
+        steps.push_back((first + k) * step);
     return steps;
 }
 

@@ -1,6 +1,7 @@
 // Where things of the mesh stand on the page.
 #pragma once
 
+#include <cmath>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,8 +17,11 @@ public:
     // The area is as high as the window asks for, within reason. A window without width or height is widened.
     Page(Bounds window, double left, double top, double width);
 
+    // What lies beyond all that can be drawn is moved to where it can be counted.
     Point on_page(const Point& p) const {
-        return {area_.low.x + (p.x - window_.low.x) * scale_, area_.high.y - (p.y - window_.low.y) * scale_};
+        constexpr double FARTHEST = 1e12;
+        return {std::fmax(-FARTHEST, std::fmin(FARTHEST, area_.low.x + (p.x - window_.low.x) * scale_)),
+                std::fmax(-FARTHEST, std::fmin(FARTHEST, area_.high.y - (p.y - window_.low.y) * scale_))};
     }
     Polylines on_page(Polylines lines) const;
 

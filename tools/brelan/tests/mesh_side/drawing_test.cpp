@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <random>
 #include <set>
 
@@ -154,8 +155,17 @@ TEST(Hatch, CoversARegionInProportionToItsArea) {
     Polylines loops;  // an L of area 3, and a triangle that touches nothing
     loops.points = {{0, 0}, {2, 0}, {2, 1}, {1, 1}, {1, 2}, {0, 2}, {5, 5}, {6, 5}, {5, 6}};
     loops.ends = {6, 9};
-    EXPECT_NEAR(length_of(hatch(loops, spacing)) * spacing, 3.5, 0.02);
-    EXPECT_TRUE(hatch(Polylines{}, spacing).empty());
+    const Bounds all{{0, 0}, {6, 6}};
+    EXPECT_NEAR(length_of(hatch(loops, spacing, all)) * spacing, 3.5, 0.02);
+    EXPECT_TRUE(hatch(Polylines{}, spacing, all).empty());
+}
+
+TEST(Hatch, OfARegionFarLargerThanTheAreaIsThatOfTheArea) {
+    Polylines loops;
+    loops.points = {{-1e12, -1e12}, {1e12, -1e12}, {1e12, 1e12}, {-1e12, 1e12}};
+    loops.ends = {4};
+    const Polylines lines = hatch(loops, 8.0, {{0, 0}, {800, 600}});
+    EXPECT_NEAR(static_cast<double>(lines.ends.size()), 1400.0 / std::sqrt(2.0) / 8.0, 1.0);
 }
 
 TEST(Page, TakesTheWindowAndTurnsYOver) {
@@ -165,6 +175,15 @@ TEST(Page, TakesTheWindowAndTurnsYOver) {
     EXPECT_DOUBLE_EQ(page.on_page(Point{0, 0}).y, 420.0);
     EXPECT_DOUBLE_EQ(page.on_page(Point{10, 5}).x, 850.0);
     EXPECT_DOUBLE_EQ(page.on_page(Point{10, 5}).y, 20.0);
+}
+
+TEST(Page, KeepsWhatIsBeyondAllBoundsCountable) {
+    const Page page({{0, 0}, {1, 1}}, 0.0, 0.0, 1000.0);
+    for (const double far : {1e38, 1e300, std::numeric_limits<double>::infinity()}) {
+        const Point p = page.on_page(Point{-far, far});
+        EXPECT_EQ(p.x, -1e12);
+        EXPECT_EQ(p.y, -1e12);
+    }
 }
 
 TEST(Page, WindowWithoutHeightOrAnythingIsWidened) {
@@ -181,6 +200,7 @@ TEST(RoundSteps, AreRoundAndWithinTheRange) {
     EXPECT_EQ(round_steps(0.0, 70.0, 10), (std::vector<double>{0, 10, 20, 30, 40, 50, 60, 70}));
     EXPECT_EQ(round_steps(-0.3, 0.5, 4), (std::vector<double>{-0.2, 0.0, 0.2, 0.4}));
     EXPECT_TRUE(round_steps(1.0, 1.0, 4).empty());
+    EXPECT_LE(round_steps(1e17, 1e17 + 32.0, 10).size(), 11U);  // beyond the digits of a number
 }
 
 TEST(PictureText, IsValidUtf8WithoutControlCharacters) {

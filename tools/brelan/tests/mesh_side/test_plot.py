@@ -180,6 +180,19 @@ class Plot(Case):
         self.good("plot", "a.Mes", "-o", "A.SVG")
         self.failed(self.brelan("plot", "a.Mes"), "--output is required")
 
+    def test_points_beyond_all_bounds(self):
+        """What lies billions of pixels off the page is drawn towards there, with numbers that a reader can take."""
+        deck = (SOURCE / "examples" / "pit_stages.dat").read_text()
+        self.assertEqual(deck.count("  3      39.5         27.0"), 1)
+        self.write("far.dat", deck.replace("  3      39.5         27.0", "  3      1e38         -3e37"))
+        mesh = self.pit()
+        for options in (["--deck", "far.dat"], ["--window", "20", "20", "20.000001", "20.000001"],
+                        ["--window", "1e17", "0", "100000000000000032", "20"], ["--window", "-1e300", "0", "1e300", "1"]):
+            for name in ("a.svg", "a.png", "a.pdf"):
+                self.good("plot", mesh, "-o", name, *options)
+            numbers = re.findall(r"-?\d+(?:\.\d+)?", self.path("a.svg").read_text())
+            self.assertLess(max(map(len, numbers)), 20)
+
 
 if __name__ == "__main__":
     unittest.main()
