@@ -20,7 +20,7 @@ Rgb material_color(std::int32_t material) {
                                                {0x77, 0xaa, 0xdd},
                                                {0xdd, 0xdd, 0xdd},
                                                {0xaa, 0xaa, 0x00}}};
-    const auto number = static_cast<std::uint32_t>(material - 1);
+    const auto number = static_cast<std::uint32_t>(material) - 1U;
     const Rgb color = LIGHT[number % LIGHT.size()];
     const double share = 1.0 - 0.18 * static_cast<double>(number / LIGHT.size() % 4);
     const auto darker = [share](std::uint8_t v) { return static_cast<std::uint8_t>(v * share); };

@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <limits>
 #include <map>
 #include <set>
 #include <utility>
@@ -133,15 +134,22 @@ private:
         std::map<std::pair<ElementClass, std::int32_t>, std::int32_t> places;
         for (const Element& e : mesh_.elements)
             places[{e.of, e.words.MATNO}] = 0;
-        std::int32_t largest = 0;
+        std::set<std::int32_t> materials{0};
         for (const auto& [key, place] : places)
-            largest = std::max(largest, key.second);
+            materials.insert(key.second);
+        std::int32_t free_tag = *materials.rbegin();  // those behind the largest material, then from 1 on
+        const auto next_free_tag = [&] {
+            do
+                free_tag = free_tag == std::numeric_limits<std::int32_t>::max() ? 1 : free_tag + 1;
+            while (materials.contains(free_tag));
+            return free_tag;
+        };
         std::set<std::pair<int, std::int32_t>> taken;
         for (auto& [key, place] : places) {
             CellGroup group{key.first == ElementClass::beam || key.first == ElementClass::truss ? 1 : 2,
                             key.second, group_name(key.first, key.second)};
             if (group.tag < 1 || taken.contains({group.dimension, group.tag}))
-                group.tag = ++largest;
+                group.tag = next_free_tag();
             taken.insert({group.dimension, group.tag});
             if (key.first == ElementClass::truss && mesh_.flow_lines)
                 group.name = "flow line " + std::to_string(key.second);

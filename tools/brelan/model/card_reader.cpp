@@ -100,7 +100,7 @@ int CardReader::next_line() const {
 }
 
 std::int32_t CardReader::integer(std::int32_t position) const {
-    return TRUNCATE(value(position));
+    return whole_number(value(position));
 }
 
 void CardReader::refuse(DeckFault fault) {

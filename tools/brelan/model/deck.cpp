@@ -1,6 +1,7 @@
 #include "model/deck.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "channel/file_names.h"
 #include "channel/real_to_integer.h"
@@ -11,8 +12,12 @@
 
 namespace brelan::tool {
 
+std::int32_t whole_number(float value) {
+    return std::max(TRUNCATE(value), -std::numeric_limits<std::int32_t>::max());
+}
+
 std::int32_t DeckField::integer() const {
-    return TRUNCATE(value);
+    return whole_number(value);
 }
 
 const DeckField* DeckCard::field(std::string_view field_name) const {

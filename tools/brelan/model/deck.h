@@ -19,6 +19,10 @@ namespace brelan::tool {
 
 // --- cards ---------------------------------------------------------------------------------------
 
+// The integer that a value is cut to, as the program does it; but none whose opposite has no room. Cards have
+// no room for either.
+std::int32_t whole_number(float value);
+
 struct DeckField {
     std::string name;
     bool written = true;  // false: the program drops the value

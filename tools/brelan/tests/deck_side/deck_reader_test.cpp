@@ -38,6 +38,12 @@ Deck deck_of(const std::string& text, LayoutKind kind = LayoutKind::displacement
 const std::string EDIT =
     "* a comment\n  1  0\r\nRow.Mes\n  New.Mes\n 1, 1\n*\n 3\n 1\n 3\n 2 -3\n 7\n 1\n 7 0 4\n";
 
+TEST(WholeNumber, is_cut_and_has_an_opposite) {
+    EXPECT_EQ(whole_number(2.9F), 2);
+    EXPECT_EQ(whole_number(-2.9F), -2);
+    EXPECT_EQ(whole_number(-2147483648.0F), -2147483647);
+}
+
 TEST(Deck, cards_have_the_line_of_the_file_and_their_fields_by_name) {
     const Deck deck = deck_of(EDIT);
     EXPECT_FALSE(deck.fault) << deck.fault->message;

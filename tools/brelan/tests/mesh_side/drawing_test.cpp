@@ -6,6 +6,7 @@
 #include <random>
 #include <set>
 
+#include "drawing/colors.h"
 #include "drawing/hatch.h"
 #include "drawing/mesh_lines.h"
 #include "drawing/page.h"
@@ -194,6 +195,12 @@ TEST(Page, WindowWithoutHeightOrAnythingIsWidened) {
         EXPECT_GT(page.area().height(), 0.0);
         EXPECT_LE(page.area().height(), 140.0 + 1e-9);
     }
+}
+
+TEST(MaterialColor, RepeatsAfter36MaterialsAlsoAmongTheLowest) {
+    EXPECT_EQ(material_color(1), material_color(37));
+    constexpr std::int32_t LOWEST = std::numeric_limits<std::int32_t>::min();
+    EXPECT_EQ(material_color(LOWEST), material_color(LOWEST + 36));
 }
 
 TEST(RoundSteps, AreRoundAndWithinTheRange) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <random>
 
 #include "cli/exit_status.h"
@@ -92,6 +93,20 @@ TEST(Vtu, TextOfAnotherProgramBecomesAMesh) {
     EXPECT_EQ(mesh.elements[0].INTR, 2);
     EXPECT_EQ(mesh.nodes[0].ID, (NodeCodes{0, 0, 0, 0, 1}));
     EXPECT_THROW(mesh_of(read_vtu(TEXT_VTU, "a.vtu"), std::nullopt), Failure);
+}
+
+TEST(CellGroups, HaveTagsOfTheirOwnAboveZeroWhateverTheMaterials) {
+    constexpr std::int32_t LARGEST = std::numeric_limits<std::int32_t>::max();
+    Sample sample;
+    sample.nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1}});
+    for (const std::int32_t material : {LARGEST, 1, 0, -LARGEST - 1, 3})
+        sample.solid({1, 2, 3, 4}, material);
+    sample.joint({1, 2, 3, 4}, 3);
+    std::vector<std::int32_t> tags;
+    for (const CellGroup& group : cells_of(sample.mesh()).groups)
+        tags.push_back(group.tag);
+    // -2147483648 and 0 take 2 and 4, the joint what is free behind them.
+    EXPECT_EQ(tags, (std::vector<std::int32_t>{2, 4, 1, 3, LARGEST, 5}));
 }
 
 TEST(Vtu, SaysWhatIsWrong) {
