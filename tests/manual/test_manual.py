@@ -7,12 +7,12 @@ A block of `deck` is run; a number behind that word is the exit status, 0 where 
 name of a file shows lines of it in their order, with others between them. Each chapter has a project of its own, in
 which the meshes of the examples stand; "work/" is the directory in which the program is started.
 """
+import os
 import pathlib
 import shutil
 import subprocess
 import sys
 import tempfile
-import os
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
 

@@ -41,6 +41,16 @@ double signed_area(const Mesh& mesh, const Corners& corners) {
     return twice / 2.0;
 }
 
+Bounds box_of(const Mesh& mesh, const Corners& corners) {
+    Bounds box{mesh.point(corners[0]), mesh.point(corners[0])};
+    for (int k = 1; k < corners.count; ++k) {
+        const Point p = mesh.point(corners[k]);
+        box.low = {std::min(box.low.x, p.x), std::min(box.low.y, p.y)};
+        box.high = {std::max(box.high.x, p.x), std::max(box.high.y, p.y)};
+    }
+    return box;
+}
+
 Point middle(const Mesh& mesh, const Corners& corners) {
     Point m;
     for (int k = 0; k < corners.count; ++k) {

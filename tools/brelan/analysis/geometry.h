@@ -29,6 +29,9 @@ double distance(const Point& a, const Point& b);
 // Twice the area of the triangle a, b, c; positive when it runs anti-clockwise.
 double cross(const Point& a, const Point& b, const Point& c);
 
+// The upright rectangle round the corners. Only for complete corners.
+Bounds box_of(const Mesh& mesh, const Corners& corners);
+
 // Mean of the corners.
 Point middle(const Mesh& mesh, const Corners& corners);
 

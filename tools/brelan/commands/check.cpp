@@ -8,6 +8,7 @@
 #include "channel/run_end.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/words.h"
 #include "commands/batch/edition.h"
 #include "commands/batch/interruption.h"
 #include "commands/card_report.h"
@@ -125,10 +126,6 @@ std::string cards_text(const Deck& deck) {
                         inked(stdout, Ink::bold, fmt::format("{:<13}", card.number)), card.heading, shown);
     }
     return text;
-}
-
-std::string counted(std::size_t count, std::string_view one, std::string_view many) {
-    return fmt::format("{} {}", count, count == 1 ? one : many);
 }
 
 void show_text(const Context& context, const Report& report) {

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "cli/console.h"
+#include "cli/words.h"
 
 namespace brelan::tool {
 
@@ -14,10 +15,6 @@ constexpr std::size_t CODE_ROWS = 12;  // shown as text; JSON has all
 
 std::string heading(std::string_view text) {
     return "\n" + inked(stdout, Ink::bold, text) + "\n";
-}
-
-std::string counted(std::size_t count, std::string_view singular, std::string_view plural) {
-    return fmt::format("{} {}", count, count == 1 ? singular : plural);
 }
 
 std::string span_text(const NumberSpan& span) {

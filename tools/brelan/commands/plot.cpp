@@ -1,10 +1,10 @@
 #include <fmt/core.h>
 
-#include <algorithm>
 #include <memory>
 
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/words.h"
 #include "commands/commands.h"
 #include "commands/options.h"
 #include "drawing/html.h"
@@ -33,9 +33,7 @@ struct PlotOptions {
 enum class PictureFormat { svg, png, pdf, html };
 
 PictureFormat format_of(const std::string& output) {
-    std::string ending = std::filesystem::path(output).extension().string();
-    std::transform(ending.begin(), ending.end(), ending.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    const std::string ending = lower(std::filesystem::path(output).extension().string());
     if (ending == ".svg")
         return PictureFormat::svg;
     if (ending == ".png")

@@ -43,7 +43,6 @@ constexpr const char* EXAMPLES =
 
 // The deck goes to the working directory under this name, whatever its own is.
 constexpr std::string_view DECK_NAME = "brelan-run.dat";
-constexpr std::string_view BASE_MESH = "Bmesh.dat";
 constexpr std::string_view LINE_UP = "LineUp.dat";
 
 fs::path directory_of(const fs::path& deck) {

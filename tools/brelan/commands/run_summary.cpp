@@ -12,6 +12,7 @@
 #include "channel/run_end.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/words.h"
 #include "model/mesh_file.h"
 
 namespace brelan::tool {
@@ -39,10 +40,6 @@ std::string entry(std::string_view name, const std::vector<std::string>& items) 
         column += items[i].size() + 1;
     }
     return lines + "\n";
-}
-
-std::string counted(std::size_t count, std::string_view one, std::string_view many) {
-    return fmt::format("{} {}", count, count == 1 ? one : many);
 }
 
 std::vector<std::string> element_counts(const Mesh& mesh, const Counts& counts) {

@@ -11,16 +11,6 @@ struct Box {
     std::int32_t element = 0;
 };
 
-double box_area(const Mesh& mesh, const Corners& corners) {
-    Bounds box{mesh.point(corners[0]), mesh.point(corners[0])};
-    for (int k = 1; k < corners.count; ++k) {
-        const Point p = mesh.point(corners[k]);
-        box.low = {std::min(box.low.x, p.x), std::min(box.low.y, p.y)};
-        box.high = {std::max(box.high.x, p.x), std::max(box.high.y, p.y)};
-    }
-    return box.width() * box.height();
-}
-
 }  // namespace
 
 std::vector<bool> tangled_elements(const Mesh& mesh, const std::vector<Corners>& corners) {
@@ -30,7 +20,8 @@ std::vector<bool> tangled_elements(const Mesh& mesh, const std::vector<Corners>&
     for (std::size_t i = 0; i < corners.size(); ++i) {
         if (corners[i].count < 3 || !corners[i].complete())
             continue;
-        boxes.push_back({box_area(mesh, corners[i]), static_cast<std::int32_t>(i)});
+        const Bounds box = box_of(mesh, corners[i]);
+        boxes.push_back({box.width() * box.height(), static_cast<std::int32_t>(i)});
         sum += boxes.back().area;
     }
     std::vector<bool> tangled(corners.size(), false);

@@ -2,9 +2,8 @@
 
 #include <fmt/core.h>
 
-#include <algorithm>
-
 #include "cli/input_file.h"
+#include "cli/words.h"
 #include "formats/cell_mesh.h"
 #include "formats/gmsh.h"
 #include "formats/vtu.h"
@@ -22,10 +21,7 @@ Format format_of_content(const std::filesystem::path& path) {
 }
 
 std::optional<Format> format_of_name(const std::filesystem::path& path) {
-    std::string ending = path.extension().string();
-    std::transform(ending.begin(), ending.end(), ending.begin(), [](unsigned char c) {
-        return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-    });
+    const std::string ending = lower(path.extension().string());
     if (ending == ".vtu")
         return Format::vtu;
     if (ending == ".msh")

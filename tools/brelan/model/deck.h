@@ -109,6 +109,9 @@ struct DeckShape {
 
 // --- the deck ------------------------------------------------------------------------------------
 
+// The mesh that the cards of a base mesh make, in the project.
+inline constexpr std::string_view BASE_MESH = "Bmesh.dat";
+
 struct Deck {
     std::filesystem::path file;
     LayoutKind kind = LayoutKind::displacement;

@@ -8,6 +8,7 @@
 
 #include "cli/exit_status.h"
 #include "cli/output_file.h"
+#include "cli/words.h"
 
 namespace brelan::tool {
 
@@ -18,20 +19,13 @@ namespace fs = std::filesystem;
 constexpr std::array<std::string_view, 3> FILES_BELOW_DRIVE{"Vork", "Qx", "Qxdata"};
 constexpr int LAST_PASS = 43;
 
-std::string lower(std::string text) {
-    for (char& c : text)
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    return text;
-}
-
 // The entry of a directory of this name, in whatever case; empty where there is none.
 fs::path entry(const fs::path& directory, std::string_view name) {
     std::error_code error;
     if (fs::exists(directory / name, error))
         return directory / name;
     for (const fs::directory_entry& there : fs::directory_iterator(directory, error))
-        if (lower(there.path().filename().string()) == lower(std::string(name)))
+        if (lower(there.path().filename().string()) == lower(name))
             return there.path();
     return {};
 }
@@ -84,7 +78,7 @@ void show_rest_of_drive(fs::path theirs, fs::path own) {
         std::error_code error;
         for (const fs::directory_entry& there : fs::directory_iterator(theirs, error)) {
             const std::string name = there.path().filename().string();
-            if (lower(name) != lower(std::string(level)))
+            if (lower(name) != lower(level))
                 fs::create_symlink(there.path(), own / name, error);
         }
         theirs = entry(theirs, level);

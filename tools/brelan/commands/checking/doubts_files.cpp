@@ -3,6 +3,7 @@
 
 #include <system_error>
 
+#include "cli/words.h"
 #include "commands/checking/doubts.h"
 
 namespace brelan::tool {
@@ -11,23 +12,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view BASE_MESH = "Bmesh.dat";
-
-bool same_name(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    if (a.size() != b.size())
-        return false;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        if (lower(a[i]) != lower(b[i]))
-            return false;
-    return true;
-}
-
 void doubt_source(Doubts& doubts, const DeckCard& card, const fs::path& project) {
     const Deck& deck = doubts.deck();
     constexpr std::int32_t base_mesh = 2;
     if (deck.IMOD == base_mesh) {
-        if (!same_name(card.name, BASE_MESH))
+        if (lower(card.name) != lower(BASE_MESH))
             doubts.doubt(
                 "other-mesh", &card,
                 fmt::format("{} is edited, and not {}, which the cards before make", card.name, BASE_MESH));

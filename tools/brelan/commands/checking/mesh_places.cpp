@@ -47,12 +47,7 @@ MeshPlaces::MeshPlaces(const Mesh& mesh) : mesh_(mesh), corners_(corners_of(mesh
     for (std::size_t e = 0; e < mesh.elements.size(); ++e) {
         if (mesh.elements[e].of != ElementClass::solid || !corners_[e].complete())
             continue;
-        Bounds box{mesh.point(corners_[e][0]), mesh.point(corners_[e][0])};
-        for (int k = 1; k < corners_[e].count; ++k) {
-            const Point p = mesh.point(corners_[e][k]);
-            box.low = {std::min(box.low.x, p.x), std::min(box.low.y, p.y)};
-            box.high = {std::max(box.high.x, p.x), std::max(box.high.y, p.y)};
-        }
+        const Bounds box = box_of(mesh, corners_[e]);
         const Cell low = cell_of(box.low.x - nothing_, box.low.y - nothing_);
         const Cell high = cell_of(box.high.x + nothing_, box.high.y + nothing_);
         for (std::int64_t column = low.column; column <= high.column; ++column)

@@ -95,7 +95,7 @@ void make_base_mesh(const Deck& deck, const fs::path& project, Verdict& verdict)
         read_free(cards, "Card 1.1", IMOD, JK);
         run_base_mesh();
         close_all_channels();
-        verdict.base_mesh = read_mesh_file(project / "Bmesh.dat", deck.kind);
+        verdict.base_mesh = read_mesh_file(project / BASE_MESH, deck.kind);
     } catch (const RunEnd& end) {
         verdict.no_base_mesh =
             end.status == STATUS_STOPPED ? "the base mesh is larger than the program can hold" : end.text;

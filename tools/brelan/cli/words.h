@@ -1,0 +1,16 @@
+// Words and names as commands compare and count them.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace brelan::tool {
+
+// The letters A to Z made small, as names of files are compared.
+std::string lower(std::string_view text);
+
+// "1 node", "2 nodes".
+std::string counted(std::size_t count, std::string_view one, std::string_view many);
+
+}  // namespace brelan::tool
