@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <utility>
 
 namespace brelan::tool {
 
@@ -49,6 +51,34 @@ Bounds box_of(const Mesh& mesh, const Corners& corners) {
         box.high = {std::max(box.high.x, p.x), std::max(box.high.y, p.y)};
     }
     return box;
+}
+
+bool shows_in(const Mesh& mesh, const Corners& corners, const Bounds& window) {
+    const double slack = 1e-9 * window.extent();  // a window's edges are rounded
+    // Apart across some direction: that of a side of the window or of the element.
+    const auto apart = [&](double across_x, double across_y) {
+        const auto range = [&](int count, auto&& point) {
+            double low = std::numeric_limits<double>::infinity(), high = -low;
+            for (int k = 0; k < count; ++k) {
+                const Point p = point(k);
+                low = std::min(low, p.x * across_x + p.y * across_y);
+                high = std::max(high, p.x * across_x + p.y * across_y);
+            }
+            return std::pair{low, high};
+        };
+        const auto [low, high] = range(corners.count, [&](int k) { return mesh.point(corners[k]); });
+        const auto [first, last] = range(4, [&](int k) {
+            return Point{k % 2 == 0 ? window.low.x : window.high.x, k < 2 ? window.low.y : window.high.y};
+        });
+        const double room = (high > low ? slack : -slack) * std::hypot(across_x, across_y);
+        return high < first + room || low > last - room;
+    };
+    bool outside = apart(1.0, 0.0) || apart(0.0, 1.0);
+    for (int k = 0; k < corners.count && !outside; ++k) {
+        const Point a = mesh.point(corners[k]), b = mesh.point(corners[(k + 1) % corners.count]);
+        outside = apart(a.y - b.y, b.x - a.x);
+    }
+    return !outside;
 }
 
 Point middle(const Mesh& mesh, const Corners& corners) {

@@ -32,6 +32,10 @@ double cross(const Point& a, const Point& b, const Point& c);
 // The upright rectangle round the corners. Only for complete corners.
 Bounds box_of(const Mesh& mesh, const Corners& corners);
 
+// True when the element shows in an upright rectangle: a solid that only touches it from outside does not, a
+// line along its edge does. Only for complete corners.
+bool shows_in(const Mesh& mesh, const Corners& corners, const Bounds& window);
+
 // Mean of the corners.
 Point middle(const Mesh& mesh, const Corners& corners);
 

@@ -1,7 +1,9 @@
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <memory>
 
+#include "analysis/deck_of_mesh.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/words.h"
@@ -45,10 +47,20 @@ PictureFormat format_of(const std::string& output) {
     throw Failure(fmt::format("{}: expected a name that ends in .svg, .png, .pdf or .html", output));
 }
 
+bool shows_something(const Mesh& mesh, const std::vector<Corners>& corners, const Bounds& window) {
+    return std::any_of(corners.begin(), corners.end(),
+                       [&](const Corners& c) { return c.complete() && shows_in(mesh, c, window); }) ||
+           std::any_of(mesh.nodes.begin(), mesh.nodes.end(), [&](const Node& node) {
+               return node.XC >= window.low.x && node.XC <= window.high.x && node.YC >= window.low.y &&
+                      node.YC <= window.high.y;
+           });
+}
+
 int plot(const PlotOptions& options, const Context& context) {
     const PictureFormat format = format_of(options.output);
     const Mesh mesh = read_any_mesh(options.mesh, options.kind.kind(),
                                     [&](const std::string& text) { note(context, text); });
+    const std::vector<Corners> corners = corners_of(mesh);
     PictureOptions picture;
     picture.width = options.width;
     picture.node_numbers = options.numbers == "nodes" || options.numbers == "both";
@@ -63,6 +75,9 @@ int plot(const PlotOptions& options, const Context& context) {
         if (!(w[2] > w[0]) || !(w[3] > w[1]))
             throw Failure("--window: expected XMIN YMIN XMAX YMAX with XMAX and YMAX the larger ones");
         picture.window = Bounds{{w[0], w[1]}, {w[2], w[3]}};
+        if (!shows_something(mesh, corners, *picture.window))
+            note(context,
+                 fmt::format("--window lies outside the mesh, which reaches {}", extent_text(mesh.bounds())));
     }
     if (!options.deck.empty()) {
         const Deck deck = read_deck(options.deck, mesh.kind);
@@ -70,8 +85,10 @@ int plot(const PlotOptions& options, const Context& context) {
             note(context, fmt::format("{}, line {}: {}; what stands before it is shown", options.deck,
                                       deck.fault->line, deck.fault->message));
         picture.shapes = shapes_of(deck);
+        if (const std::string told = told_of_other_mesh(deck, picture.shapes, mesh); !told.empty())
+            note(context, fmt::format("{} seems to belong to another mesh than {}: {}", options.deck,
+                                      options.mesh, told));
     }
-    const std::vector<Corners> corners = corners_of(mesh);
     Soundness soundness;
     if (options.faults || format == PictureFormat::html) {
         soundness = check_soundness(mesh, corners);

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "model/mesh.h"
+
 namespace brelan::tool {
 
 struct Rgb {
@@ -13,16 +15,15 @@ struct Rgb {
 
 std::string hex(Rgb color);  // "#77aadd"
 
-// A material has the same colour in every picture. Light colours that are told apart by colour-blind eyes as
-// well; from the tenth material on darker ones.
-Rgb material_color(std::int32_t material);
+// A material has the same colour in every picture. Solids have light colours that are told apart by
+// colour-blind eyes as well; from the tenth material on darker ones. Joints, beams and trusses have strong
+// colours, each class six of its own; from the seventh material on lighter ones.
+Rgb material_color(ElementClass of, std::int32_t material);
 
 inline constexpr Rgb INK{0x22, 0x28, 0x30};        // text and frame
 inline constexpr Rgb MESH_LINE{0x5b, 0x66, 0x70};  // sides of elements
 inline constexpr Rgb REGION_LINE{0x33, 0x3c, 0x46};
-inline constexpr Rgb BEAM_COLOR{0x1b, 0x2a, 0x6b};
-inline constexpr Rgb TRUSS_COLOR{0x8a, 0x1c, 0x1c};
-inline constexpr Rgb JOINT_COLOR{0xd0, 0x27, 0x8f};
+inline constexpr Rgb ELEMENT_NUMBER{0x1b, 0x2a, 0x6b};
 inline constexpr Rgb JOINT_CORE{0xff, 0xff, 0xff};
 inline constexpr Rgb CODE_COLOR{0x0b, 0x6e, 0x4f};
 inline constexpr Rgb SECOND_CODE_COLOR{0x1f, 0x6f, 0xc4};

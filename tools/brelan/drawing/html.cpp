@@ -14,7 +14,10 @@
 #include "analysis/joined_nodes.h"
 #include "cli/exit_status.h"
 #include "cli/output_file.h"
+#include "drawing/deck_overlay.h"
+#include "drawing/numbers.h"
 #include "drawing/page.h"
+#include "drawing/supports.h"
 #include "drawing/tangle.h"
 #include "drawing/viewer.h"
 #include "formats/vtu_blocks.h"
@@ -71,13 +74,6 @@ const char* symbol_of(std::string_view code) {
     return "";
 }
 
-Json dash_of(ShapeRole role) {
-    return role == ShapeRole::window      ? Json{2, 4}
-           : role == ShapeRole::block     ? Json{10, 3, 2, 3}
-           : role == ShapeRole::free_line ? Json{6, 4}
-                                          : Json::array();
-}
-
 class PageData {
 public:
     PageData(const Mesh& mesh, const PictureOptions& options)
@@ -93,7 +89,7 @@ public:
         data_["bounds"] = window_json(bounds_);
         data_["window"] = options_.window ? window_json(*options_.window) : Json(nullptr);
         data_["colors"] = {{"side", hex(MESH_LINE)},          {"region", hex(REGION_LINE)},
-                           {"beam", hex(BEAM_COLOR)},         {"code", hex(CODE_COLOR)},
+                           {"number", hex(ELEMENT_NUMBER)},   {"code", hex(CODE_COLOR)},
                            {"code2", hex(SECOND_CODE_COLOR)}, {"shape", hex(SHAPE_COLOR)},
                            {"fault", hex(FAULT_COLOR)}};
         add_groups();
@@ -123,10 +119,6 @@ private:
         data_["groups"] = Json::array();
         for (const auto& [key, count] : counts) {
             const auto& [of, material] = key;
-            const Rgb color = of == ElementClass::solid   ? material_color(material)
-                              : of == ElementClass::joint ? JOINT_COLOR
-                              : of == ElementClass::beam  ? BEAM_COLOR
-                                                          : TRUSS_COLOR;
             std::string name = group_name(of, material);
             if (of == ElementClass::truss && mesh_.flow_lines)
                 name = fmt::format("flow line {}", material);
@@ -134,7 +126,7 @@ private:
             data_["groups"].push_back({{"name", name},
                                        {"class", name_of(of)},
                                        {"material", material},
-                                       {"color", hex(color)},
+                                       {"color", hex(material_color(of, material))},
                                        {"count", count}});
         }
     }
@@ -152,6 +144,11 @@ private:
         arrays_.add("nodeNumber", numbers);
         arrays_.add("x", x);
         arrays_.add("y", y);
+        arrays_.add("numberPlace", node_number_places(mesh_, corners_));
+        std::vector<float> room;
+        for (const double length : support_room(mesh_, corners_))
+            room.push_back(static_cast<float>(length));
+        arrays_.add("supportRoom", room);
         data_["codes"] = Json::array();
         const std::vector<std::string_view> names = code_names(mesh_.kind);
         for (std::size_t k = 0; k < names.size(); ++k) {
@@ -182,6 +179,7 @@ private:
             has_midsides = has_midsides || w.M5 != 0 || w.M6 != 0 || w.M7 != 0 || w.M8 != 0;
         }
         arrays_.add("elementNumber", numbers);
+        arrays_.add("numberLine", element_number_lines(mesh_, corners_));
         arrays_.add("elementGroup", groups);
         arrays_.add("corners", corners);
         if (has_midsides)
@@ -242,14 +240,16 @@ private:
 
     void add_shapes() {
         data_["shapes"] = Json::array();
-        for (const DeckShape& shape : options_.shapes) {
+        const std::vector<int> marks = shape_numbers(options_.shapes);
+        for (std::size_t k = 0; k < marks.size(); ++k) {
+            const DeckShape& shape = options_.shapes[k];
             Json points = Json::array();
             for (const DeckPoint& p : shape.points)
                 points.push_back({p.x - origin_.x, p.y - origin_.y});
-            const bool titled = shape.role != ShapeRole::block && shape.role != ShapeRole::window;
-            data_["shapes"].push_back({{"title", titled ? picture_text(shape.title) : ""},
+            data_["shapes"].push_back({{"title", marks[k] > 0 ? picture_text(shape.title) : ""},
+                                       {"number", marks[k]},
                                        {"closed", shape.closed},
-                                       {"dash", dash_of(shape.role)},
+                                       {"dash", shape_stroke(shape.role).dash},
                                        {"points", points}});
         }
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace brelan::tool {
 
@@ -79,6 +80,14 @@ private:
 };
 
 }  // namespace
+
+void add_ring(Polylines& lines, const Point& p, double radius, int corners) {
+    for (int k = 0; k < corners; ++k) {
+        const double angle = 2.0 * std::numbers::pi * k / corners;
+        lines.points.push_back({p.x + radius * std::cos(angle), p.y + radius * std::sin(angle)});
+    }
+    lines.end_line();
+}
 
 Polylines region_outline(const Mesh& mesh, const std::vector<Corners>& corners,
                          const std::vector<std::int32_t>& elements) {

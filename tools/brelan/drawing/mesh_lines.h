@@ -17,6 +17,9 @@ struct Polylines {
     void end_line() { ends.push_back(points.size()); }
 };
 
+// Adds a closed line round a point.
+void add_ring(Polylines& lines, const Point& p, double radius, int corners);
+
 // The outline of the elements at the given places as closed loops that fill, by the non-zero rule, what the
 // elements cover. Elements without all their corners are passed over.
 Polylines region_outline(const Mesh& mesh, const std::vector<Corners>& corners,

@@ -14,6 +14,7 @@
 #include "drawing/deck_overlay.h"
 #include "drawing/frame.h"
 #include "drawing/hatch.h"
+#include "drawing/numbers.h"
 #include "drawing/page.h"
 #include "drawing/supports.h"
 #include "drawing/tangle.h"
@@ -23,13 +24,23 @@ namespace brelan::tool {
 namespace {
 
 constexpr double LEFT = 62.0, TOP = 40.0, BOTTOM = 40.0, RIGHT = 16.0, LEGEND = 190.0;  // margins
+constexpr double EDGE = 8.0;  // of the page, free of legend
 constexpr double TEXT = 12.0;
 
-constexpr Stroke JOINT_BAND{JOINT_COLOR, 6.0}, JOINT_MIDDLE{JOINT_CORE, 1.6};
-constexpr Stroke BEAM_STROKE{BEAM_COLOR, 3.0};
-
-Stroke truss_stroke() {
-    return {TRUSS_COLOR, 2.2, {9.0, 4.0}};
+// Strokes of the middle line of an element, the lower one first.
+std::vector<Stroke> line_strokes(ElementClass of, std::int32_t material) {
+    const Rgb color = material_color(of, material);
+    switch (of) {
+        case ElementClass::joint:
+            return {{color, 6.0}, {JOINT_CORE, 1.6}};
+        case ElementClass::beam:
+            return {{color, 3.0}};
+        case ElementClass::truss:
+            return {{color, 2.2, {9.0, 4.0}}};
+        case ElementClass::solid:
+            break;
+    }
+    return {};
 }
 
 class Builder {
@@ -53,13 +64,18 @@ public:
         add_joints();
         add_line_elements();
         if (options_.codes)
-            add_supports(scene, mesh_, page_);
-        add_shapes(scene, options_.shapes, page_);
+            add_supports(scene, mesh_, corners_, page_);
+        const std::vector<ShapeMark> marks = place_marks(options_.shapes, page_);
+        add_shapes(scene, options_.shapes, marks, page_);
         add_faults();
         add_numbers();
         add_frame(scene, page_, options_.axes);
-        if (options_.legend)
-            add_legend();
+        if (options_.legend) {
+            const double left = scene.area.low.x;
+            const double end =
+                std::max(add_legend(), add_titles(scene, marks, left, scene.height, scene.area.width()));
+            scene.height = end > scene.height ? std::ceil(end + EDGE) : scene.height;
+        }
         return std::move(picture_);
     }
 
@@ -83,11 +99,18 @@ private:
             if (corners_[i].complete())
                 groups_[{mesh_.elements[i].of, mesh_.elements[i].words.MATNO}].push_back(
                     static_cast<std::int32_t>(i));
+        for (const auto& [key, elements] : groups_)
+            if (const auto count =
+                    std::count_if(elements.begin(), elements.end(), [&](std::int32_t e) { return shows(e); });
+                count > 0)
+                shown_[key] = static_cast<std::size_t>(count);
         tangled_ = tangled_elements(mesh_, corners_);
         if (const auto count = std::count(tangled_.begin(), tangled_.end(), true); count > 0)
             picture_.remarks.push_back(fmt::format(
                 "{} elements are left out: they reach across the others; see brelan info", count));
     }
+
+    bool shows(std::int32_t e) const { return shows_in(mesh_, corners_[at(e)], page_.window()); }
 
     // Those of a group that are drawn.
     std::vector<std::int32_t> drawn(const std::vector<std::int32_t>& elements) const {
@@ -112,14 +135,16 @@ private:
                     if (over[at(e)] == doubles)
                         part.push_back(e);
                 Polylines rim = page_.on_page(region_outline(mesh_, corners_, part));
-                const Rgb color = material_color(key.second);
+                const Rgb color = material_color(key.first, key.second);
                 constexpr double SPACING = 8.0, WIDTH = 3.2;
                 if (!doubles)
                     add({fmt::format("material-{}", key.second), std::move(rim), true, color});
                 else
                     add({fmt::format("material-{}-doubles", key.second), hatch(rim, SPACING, page_.area()),
                          false, std::nullopt, Stroke{color, WIDTH}});
-                has_doubles_ = has_doubles_ || (doubles && !part.empty());
+                has_doubles_ =
+                    has_doubles_ || (doubles && std::any_of(part.begin(), part.end(),
+                                                            [&](std::int32_t e) { return shows(e); }));
             }
     }
 
@@ -177,9 +202,10 @@ private:
                 areas.end_line();
             }
             const std::string id = fmt::format("joint-{}", key.second);
-            add({id + "-area", std::move(areas), true, JOINT_COLOR});
-            add({id, middles, false, std::nullopt, JOINT_BAND});
-            add({id + "-middle", std::move(middles), false, std::nullopt, JOINT_MIDDLE});
+            const std::vector<Stroke> strokes = line_strokes(key.first, key.second);
+            add({id + "-area", std::move(areas), true, strokes.front().color});
+            add({id, middles, false, std::nullopt, strokes.front()});
+            add({id + "-middle", std::move(middles), false, std::nullopt, strokes.back()});
         }
     }
 
@@ -199,10 +225,11 @@ private:
                         lines.end_line();
                 }
             const std::string id = fmt::format("{}-{}", name_of(key.first), key.second);
-            add({id, std::move(lines), false, std::nullopt, beam ? BEAM_STROKE : truss_stroke()});
+            const Stroke stroke = line_strokes(key.first, key.second).front();
+            add({id, std::move(lines), false, std::nullopt, stroke});
             constexpr double DOT = 5.0;
             if (!beam)
-                add({id + "-ends", std::move(ends), false, std::nullopt, Stroke{TRUSS_COLOR, DOT}});
+                add({id + "-ends", std::move(ends), false, std::nullopt, Stroke{stroke.color, DOT}});
         }
     }
 
@@ -223,30 +250,35 @@ private:
                 const Point p = page_.on_page(place.at);
                 if (!taken.insert({std::llround(p.x / CELL), std::llround(p.y / CELL)}).second)
                     continue;
-                for (int k = 0; k < CORNERS; ++k) {
-                    const double angle = 2.0 * 3.14159265358979 * k / CORNERS;
-                    rings.points.push_back({p.x + RADIUS * std::cos(angle), p.y + RADIUS * std::sin(angle)});
-                }
-                rings.end_line();
+                add_ring(rings, p, RADIUS, CORNERS);
             }
         add({"faults", std::move(rings), true, std::nullopt, Stroke{FAULT_COLOR, 2.2}});
     }
 
     void add_numbers() {
         constexpr std::size_t MOST = 4000;
-        Labels nodes{"node-numbers", {}, 9.0, Anchor::start, INK, false, true};
-        for (std::size_t n = 0; options_.node_numbers && n < mesh_.nodes.size(); ++n) {
+        constexpr double SIZE = 9.0, DIGIT = 0.556 * SIZE;  // the width of a digit
+        Labels nodes{"node-numbers", {}, SIZE, Anchor::start, INK, false, true};
+        const std::vector<std::int32_t> places =
+            options_.node_numbers ? node_number_places(mesh_, corners_) : std::vector<std::int32_t>();
+        for (std::size_t n = 0; n < places.size(); ++n) {
             const Point p = page_.on_page(mesh_.point(static_cast<std::int32_t>(n)));
-            if (page_.shows(p))
-                nodes.labels.push_back({{p.x + 2.0, p.y - 2.0}, std::to_string(mesh_.nodes[n].NODE)});
+            if (!page_.shows(p))
+                continue;
+            std::string text = std::to_string(mesh_.nodes[n].NODE);
+            const double width = DIGIT * static_cast<double>(text.size());
+            nodes.labels.push_back({beside(p, places[n], width, SIZE), std::move(text)});
         }
-        Labels elements{"element-numbers", {}, 9.0, Anchor::middle, BEAM_COLOR, true, true};
-        for (std::size_t i = 0; options_.element_numbers && i < corners_.size(); ++i) {
+        Labels elements{"element-numbers", {}, SIZE, Anchor::middle, ELEMENT_NUMBER, true, true};
+        const std::vector<std::int32_t> lines =
+            options_.element_numbers ? element_number_lines(mesh_, corners_) : std::vector<std::int32_t>();
+        for (std::size_t i = 0; i < lines.size(); ++i) {
             if (!corners_[i].complete())
                 continue;
             const Point p = page_.on_page(middle(mesh_, corners_[i]));
             if (page_.shows(p))
-                elements.labels.push_back({{p.x, p.y + 3.0}, std::to_string(mesh_.elements[i].NEL)});
+                elements.labels.push_back(
+                    {{p.x, p.y + 3.0 + SIZE * lines[i]}, std::to_string(mesh_.elements[i].NEL)});
         }
         for (Labels* labels : {&nodes, &elements})
             if (labels->labels.size() > MOST)
@@ -259,68 +291,54 @@ private:
 
     // --- frame and legend ------------------------------------------------------------------------
 
-    void add_legend() {
+    // What shows on the page, beside the drawing. The y under it.
+    double add_legend() {
         constexpr double STEP = 19.0, SAMPLE = 26.0;
+        constexpr std::size_t MOST = 300;
         const double x = page_.area().high.x + 16.0;
         double y = TOP + 8.0;
         Labels names{"legend", {}, TEXT, Anchor::start};
         names.clipped = false;
-        const auto room = [&] { return y + STEP < picture_.scene.height - 12.0; };
-        std::size_t left_out = 0;
-        for (const auto& [key, elements] : groups_) {
-            if (!room()) {
-                ++left_out;
-                continue;
-            }
+        const auto name_it = [&](double indent, std::string text) {
+            names.labels.push_back({{x + indent, y + 4.0}, std::move(text)});
+            y += STEP;
+        };
+        for (const auto& [key, count] : shown_) {
+            if (names.labels.size() == MOST)
+                break;
             std::string name = group_name(key.first, key.second);
             if (key.first == ElementClass::truss && mesh_.flow_lines)
                 name = "flow line " + std::to_string(key.second);
-            names.labels.push_back(
-                {{x + SAMPLE + 8.0, y + 4.0}, fmt::format("{} ({})", name, elements.size())});
             add_sample(key.first, key.second, {x, y}, SAMPLE);
-            y += STEP;
+            name_it(SAMPLE + 8.0, fmt::format("{} ({})", name, count));
         }
+        if (shown_.size() > MOST)
+            name_it(0.0, fmt::format("and {} more", shown_.size() - MOST));
         if (options_.codes)
-            for (const SupportSample& sample : support_samples(mesh_)) {
-                if (!room())
-                    break;
+            for (const SupportSample& sample : support_samples(mesh_, page_)) {
                 add_support_symbol(picture_.scene, sample.symbol, {x + SAMPLE / 2.0, y});
-                names.labels.push_back({{x + SAMPLE + 8.0, y + 4.0}, sample.name});
-                y += STEP;
+                name_it(SAMPLE + 8.0, sample.name);
             }
-        if (!options_.shapes.empty() && room()) {
+        if (!options_.shapes.empty()) {
             add_legend_line({x, y}, SAMPLE, shape_stroke(ShapeRole::outline));
-            names.labels.push_back({{x + SAMPLE + 8.0, y + 4.0}, "outline of the deck"});
-            y += STEP;
+            name_it(SAMPLE + 8.0, "outline of the deck");
         }
-        if (left_out > 0)
-            names.labels.push_back({{x, y + 4.0}, fmt::format("and {} more", left_out)});
-        else if (has_doubles_ && room())
-            names.labels.push_back({{x, y + 4.0}, "hatched: doubles (stages)"});
+        if (has_doubles_)
+            name_it(0.0, "hatched: doubles (stages)");
         add(std::move(names));
+        return y - STEP / 2.0;
     }
 
     void add_sample(ElementClass of, std::int32_t material, const Point& p, double length) {
-        switch (of) {
-            case ElementClass::solid: {
-                Path box{"", {}, true, material_color(material), Stroke{REGION_LINE, 0.8}, false};
-                box.lines.points = {
-                    {p.x, p.y - 6.0}, {p.x + length, p.y - 6.0}, {p.x + length, p.y + 6.0}, {p.x, p.y + 6.0}};
-                box.lines.end_line();
-                add(std::move(box));
-                return;
-            }
-            case ElementClass::joint:
-                add_legend_line(p, length, JOINT_BAND);
-                add_legend_line(p, length, JOINT_MIDDLE);
-                return;
-            case ElementClass::beam:
-                add_legend_line(p, length, BEAM_STROKE);
-                return;
-            case ElementClass::truss:
-                add_legend_line(p, length, truss_stroke());
-                return;
+        if (of == ElementClass::solid) {
+            Path box{"", {}, true, material_color(of, material), Stroke{REGION_LINE, 0.8}, false};
+            box.lines.points = {
+                {p.x, p.y - 6.0}, {p.x + length, p.y - 6.0}, {p.x + length, p.y + 6.0}, {p.x, p.y + 6.0}};
+            box.lines.end_line();
+            add(std::move(box));
         }
+        for (const Stroke& stroke : line_strokes(of, material))
+            add_legend_line(p, length, stroke);
     }
 
     void add_legend_line(const Point& p, double length, const Stroke& stroke) {
@@ -336,7 +354,8 @@ private:
     Page page_;
     Picture picture_;
     std::map<std::pair<ElementClass, std::int32_t>, std::vector<std::int32_t>> groups_;  // places of elements
-    std::vector<bool> tangled_;  // by place: not drawn
+    std::map<std::pair<ElementClass, std::int32_t>, std::size_t> shown_;  // elements on the page
+    std::vector<bool> tangled_;                                           // by place: not drawn
     bool has_doubles_ = false;
 };
 

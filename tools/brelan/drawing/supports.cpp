@@ -1,7 +1,7 @@
 #include "drawing/supports.h"
 
-#include <cmath>
-#include <set>
+#include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace brelan::tool {
@@ -31,43 +31,39 @@ std::vector<CodeMeaning> meanings(LayoutKind kind) {
     return {{0, Support::fixed_x, "IDX: x fixed"}, {1, Support::fixed_y, "IDY: y fixed"}};
 }
 
-constexpr double SIZE = 7.0;
+bool has(const Node& node, const CodeMeaning& meaning) {
+    return node.ID[meaning.code] != 0;
+}
+
+constexpr double SIZE = 7.0, SMALLEST = 2.0, SHARE = 0.9;  // the last: of the room that there is
 
 void add_polygon(Polylines& lines, std::initializer_list<Point> points) {
     lines.points.insert(lines.points.end(), points);
     lines.end_line();
 }
 
-void add_ring(Polylines& lines, const Point& p, double radius) {
-    constexpr int CORNERS = 12;
-    for (int k = 0; k < CORNERS; ++k) {
-        const double angle = 2.0 * 3.14159265358979 * k / CORNERS;
-        lines.points.push_back({p.x + radius * std::cos(angle), p.y + radius * std::sin(angle)});
-    }
-    lines.end_line();
-}
-
 // Away from the middle of the mesh: -1 to the left or up, 1 to the right or down.
-void add_symbol(Polylines& lines, Support symbol, const Point& p, double side) {
-    const double s = SIZE * side;
+void add_symbol(Polylines& lines, Support symbol, const Point& p, double size, double side) {
+    const double s = size * side, half = size / 2.0, square = size * 4.0 / 7.0;
+    const int corners = size < 4.0 ? 6 : 12;
     switch (symbol) {
         case Support::fixed_x:
-            add_polygon(lines, {p, {p.x + s, p.y - SIZE / 2.0}, {p.x + s, p.y + SIZE / 2.0}});
+            add_polygon(lines, {p, {p.x + s, p.y - half}, {p.x + s, p.y + half}});
             break;
         case Support::fixed_y:
-            add_polygon(lines, {p, {p.x - SIZE / 2.0, p.y + s}, {p.x + SIZE / 2.0, p.y + s}});
+            add_polygon(lines, {p, {p.x - half, p.y + s}, {p.x + half, p.y + s}});
             break;
         case Support::fluid:
-            add_ring(lines, p, SIZE / 2.0);
+            add_ring(lines, p, half, corners);
             break;
         case Support::value:
-            add_ring(lines, p, SIZE / 2.2);
+            add_ring(lines, p, size / 2.2, corners);
             break;
         case Support::flow:
-            add_polygon(lines, {{p.x - 4.0, p.y - 4.0},
-                                {p.x + 4.0, p.y - 4.0},
-                                {p.x + 4.0, p.y + 4.0},
-                                {p.x - 4.0, p.y + 4.0}});
+            add_polygon(lines, {{p.x - square, p.y - square},
+                                {p.x + square, p.y - square},
+                                {p.x + square, p.y + square},
+                                {p.x - square, p.y + square}});
             break;
     }
 }
@@ -86,42 +82,64 @@ Path path_of(Support symbol, Polylines lines, bool clipped) {
 
 }  // namespace
 
-std::vector<SupportSample> support_samples(const Mesh& mesh) {
+std::vector<SupportSample> support_samples(const Mesh& mesh, const Page& page) {
+    const std::vector<CodeMeaning> all = meanings(mesh.kind);
+    std::array<bool, 5> shown{};
+    for (std::size_t n = 0; n < mesh.nodes.size(); ++n)
+        if (page.shows(page.on_page(mesh.point(static_cast<std::int32_t>(n)))))
+            for (const CodeMeaning& meaning : all)
+                if (has(mesh.nodes[n], meaning))
+                    shown[static_cast<std::size_t>(meaning.symbol)] = true;
     std::vector<SupportSample> samples;
-    for (const CodeMeaning& meaning : meanings(mesh.kind)) {
-        if (meaning.name.empty())
-            continue;
-        for (const Node& node : mesh.nodes)
-            if (node.ID[meaning.code] != 0 ||
-                (meaning.symbol == Support::fluid && node.ID[meaning.code + 1] != 0)) {
-                samples.push_back({meaning.symbol, std::string(meaning.name)});
-                break;
-            }
-    }
+    for (const CodeMeaning& meaning : all)
+        if (!meaning.name.empty() && shown[static_cast<std::size_t>(meaning.symbol)])
+            samples.push_back({meaning.symbol, std::string(meaning.name)});
     return samples;
 }
 
-void add_supports(Scene& scene, const Mesh& mesh, const Page& page) {
+std::vector<double> support_room(const Mesh& mesh, const std::vector<Corners>& corners) {
+    const std::vector<CodeMeaning> all = meanings(mesh.kind);
+    const auto coded = [&](std::int32_t n) {
+        return std::any_of(all.begin(), all.end(), [&](const CodeMeaning& meaning) {
+            return has(mesh.nodes[static_cast<std::size_t>(n)], meaning);
+        });
+    };
+    std::vector<double> room(mesh.nodes.size(), std::numeric_limits<double>::infinity());
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const Corners& c = corners[i];
+        if (!c.complete() || mesh.elements[i].of == ElementClass::joint)
+            continue;
+        for (int k = 0; k < c.count; ++k) {
+            const std::int32_t a = c[k], b = c[(k + 1) % c.count];
+            const double length = distance(mesh.point(a), mesh.point(b));
+            if (length > 0.0 && coded(a) && coded(b))
+                for (const std::int32_t n : {a, b})
+                    room[static_cast<std::size_t>(n)] = std::min(room[static_cast<std::size_t>(n)], length);
+        }
+    }
+    return room;
+}
+
+void add_supports(Scene& scene, const Mesh& mesh, const std::vector<Corners>& corners, const Page& page) {
     const Bounds bounds = mesh.bounds();
     const Point middle =
         page.on_page(Point{(bounds.low.x + bounds.high.x) / 2.0, (bounds.low.y + bounds.high.y) / 2.0});
     const std::vector<CodeMeaning> all = meanings(mesh.kind);
+    const std::vector<double> room = support_room(mesh, corners);
     std::array<Polylines, 5> lines;
-    std::set<std::pair<std::size_t, std::pair<std::int64_t, std::int64_t>>> taken;
-    constexpr double CELL = 6.0;  // one symbol of a sort in a square so large
     for (std::size_t n = 0; n < mesh.nodes.size(); ++n) {
         const Point p = page.on_page(mesh.point(static_cast<std::int32_t>(n)));
         if (!page.shows(p))
             continue;
+        const double size = std::clamp(SHARE * room[n] * page.scale(), SMALLEST, SIZE);
         for (const CodeMeaning& meaning : all) {
-            const auto place = static_cast<std::size_t>(meaning.symbol);
-            if (mesh.nodes[n].ID[meaning.code] == 0 ||
-                !taken.insert({place, {std::llround(p.x / CELL), std::llround(p.y / CELL)}}).second)
+            if (!has(mesh.nodes[n], meaning))
                 continue;
             const bool to_left = meaning.symbol == Support::fixed_x && p.x < middle.x;
             const bool upwards = meaning.symbol == Support::fixed_y && p.y < middle.y &&
                                  mesh.nodes[n].YC >= static_cast<float>(bounds.high.y);
-            add_symbol(lines[place], meaning.symbol, p, to_left || upwards ? -1.0 : 1.0);
+            add_symbol(lines[static_cast<std::size_t>(meaning.symbol)], meaning.symbol, p, size,
+                       to_left || upwards ? -1.0 : 1.0);
         }
     }
     for (std::size_t k = 0; k < lines.size(); ++k)
@@ -131,7 +149,7 @@ void add_supports(Scene& scene, const Mesh& mesh, const Page& page) {
 
 void add_support_symbol(Scene& scene, Support symbol, const Point& at) {
     Polylines lines;
-    add_symbol(lines, symbol, at, 1.0);
+    add_symbol(lines, symbol, at, SIZE, 1.0);
     scene.items.emplace_back(path_of(symbol, std::move(lines), false));
 }
 

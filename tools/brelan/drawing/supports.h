@@ -23,11 +23,15 @@ struct SupportSample {
     std::string name;  // "IDX: x fixed"
 };
 
-// Those that nodes of the mesh have.
-std::vector<SupportSample> support_samples(const Mesh& mesh);
+// Those that nodes on the page have.
+std::vector<SupportSample> support_samples(const Mesh& mesh, const Page& page);
 
-// Symbols of the nodes in the window. Where they would lie on each other some are left out.
-void add_supports(Scene& scene, const Mesh& mesh, const Page& page);
+// For each node the length of the shortest side from it to another node with a symbol, in the mesh's unit;
+// infinity where there is none. Sides of joints do not count.
+std::vector<double> support_room(const Mesh& mesh, const std::vector<Corners>& corners);
+
+// Symbols of all nodes in the window, smaller where they crowd.
+void add_supports(Scene& scene, const Mesh& mesh, const std::vector<Corners>& corners, const Page& page);
 
 // One symbol at a place of the page, for the legend.
 void add_support_symbol(Scene& scene, Support symbol, const Point& at);

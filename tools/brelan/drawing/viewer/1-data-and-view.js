@@ -135,7 +135,7 @@ function layerRow(text, on, change, swatch, count) {
     box.type = "checkbox";
     box.checked = on;
     box.addEventListener("change", () => { change(box.checked); draw(); });
-    sample.className = "swatch" + (swatch && swatch.line ? " line" : "");
+    sample.className = "swatch" + (swatch && swatch.line ? " line " + swatch.line : "");
     if (swatch) sample.style[swatch.line ? "borderTopColor" : "background"] = swatch.color;
     else sample.style.visibility = "hidden";
     row_.append(box, sample, text);
@@ -152,14 +152,24 @@ function layerRow(text, on, change, swatch, count) {
 function buildLayers() {
     DATA.groups.forEach((group) => {
         group.shown = true;
-        layerRow(group.name, true, (on) => { group.shown = on; }, { color: group.color, line: group.class !== "solid" }, group.count);
+        layerRow(group.name, true, (on) => { group.shown = on; }, { color: group.color, line: group.class === "solid" ? "" : group.class }, group.count);
     });
     const add = (key, text, swatch, count) => layerRow(text, shown[key], (on) => { shown[key] = on; }, swatch, count);
     add("sides", "sides of elements");
     add("codes", "node codes", { color: DATA.colors.code });
     add("nodeNumbers", "node numbers");
     add("elementNumbers", "element numbers");
-    if (DATA.shapes.length > 0) add("deck", "outlines of the deck", { color: DATA.colors.shape, line: true }, DATA.shapes.length);
+    if (DATA.shapes.length > 0) add("deck", "outlines of the deck", { color: DATA.colors.shape, line: "outline" }, DATA.shapes.length);
+    for (const shape of DATA.shapes) {
+        if (shape.number === 0) continue;
+        const title = document.createElement("div"), mark = document.createElement("span");
+        title.className = "title";
+        mark.className = "mark";
+        mark.textContent = shape.number;
+        mark.style.color = DATA.colors.shape;
+        title.append(mark, shape.title);
+        el("layers").append(title);
+    }
     if (DATA.faults.length > 0) add("faults", "unsound places", { color: DATA.colors.fault },
         DATA.faults.length < DATA.faultCount ? `${DATA.faults.length} of ${DATA.faultCount}` : DATA.faultCount);
 }

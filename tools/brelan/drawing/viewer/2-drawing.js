@@ -169,27 +169,29 @@ function lineOf(e) {
 
 function dot(x, y, radius) { ctx.beginPath(); ctx.arc(x, y, radius, 0, 2 * Math.PI); ctx.fill(); }
 
+// Symbols of all nodes in view, smaller where they crowd. Only what would lie on the same pixel is left out.
 function paintCodes(x1, y1, x2, y2) {
-    const taken = new Set(), b = DATA.bounds, [mx] = toScreen((b.x[0] + b.x[1]) / 2, 0), s = 7;
+    const taken = new Set(), b = DATA.bounds, [mx] = toScreen((b.x[0] + b.x[1]) / 2, 0);
     screenTransform();
     for (const n of DATA.coded) {
         if (X(n) < x1 || X(n) > x2 || Y(n) < y1 || Y(n) > y2) continue;
-        const [x, y] = toScreen(X(n), Y(n));
+        const [x, y] = toScreen(X(n), Y(n)), s = clamp(0.9 * arrays.supportRoom[n] * view.scale, 2, 7);
         DATA.codes.forEach((code, k) => {
             const value = arrays["code" + k][n];
             if (value === 0 || !code.symbol) return;
-            const key = code.symbol + ":" + Math.round(x / 6) + ":" + Math.round(y / 6);
+            const key = code.symbol + ":" + Math.round(x) + ":" + Math.round(y);
             if (taken.has(key)) return;
             taken.add(key);
             ctx.fillStyle = ctx.strokeStyle = code.symbol === "ring" || code.symbol === "square" ? DATA.colors.code2 : DATA.colors.code;
             ctx.lineWidth = 1.4;
             if (code.symbol === "x") { const d = x < mx ? -s : s; triangle(x, y, x + d, y - s / 2, x + d, y + s / 2); }
             else if (code.symbol === "y") { const d = Y(n) >= b.y[1] && b.y[1] > b.y[0] ? -s : s; triangle(x, y, x - s / 2, y + d, x + s / 2, y + d); }
-            else if (code.symbol === "disc") dot(x, y, 3.2);
-            else if (code.symbol === "ring") { ctx.beginPath(); ctx.arc(x, y, 3.5, 0, 2 * Math.PI); ctx.stroke(); }
-            else ctx.strokeRect(x - 4, y - 4, 8, 8);
+            else if (code.symbol === "disc") dot(x, y, s / 2.2);
+            else if (code.symbol === "ring") { ctx.beginPath(); ctx.arc(x, y, s / 2, 0, 2 * Math.PI); ctx.stroke(); }
+            else ctx.strokeRect(x - 4 * s / 7, y - 4 * s / 7, 8 * s / 7, 8 * s / 7);
         });
     }
+    stats.symbols = taken.size;
 }
 
 function triangle(ax, ay, bx, by, cx, cy) { ctx.beginPath(); ctx.moveTo(ax, ay); ctx.lineTo(bx, by); ctx.lineTo(cx, cy); ctx.closePath(); ctx.fill(); }
@@ -204,8 +206,6 @@ function label(text, x, y, color) {
 
 function paintShapes() {
     screenTransform();
-    ctx.font = "bold 12px Helvetica, Arial, sans-serif";
-    const boxes = [];
     for (const shape of DATA.shapes) {
         ctx.beginPath();
         shape.points.forEach(([x, y], k) => { const p = toScreen(x, y); k === 0 ? ctx.moveTo(...p) : ctx.lineTo(...p); });
@@ -215,17 +215,96 @@ function paintShapes() {
         ctx.setLineDash(shape.dash);
         ctx.stroke();
         ctx.setLineDash([]);
-        if (!shape.title || shape.points.length === 0) continue;
-        let [x, y] = toScreen(...shape.points[0]);
-        if (x < 0 || x > width || y < 0 || y > height) continue;
-        const w = ctx.measureText(shape.title).width;
-        x = Math.max(4, Math.min(x + 5, width - w - 4));
-        y = Math.max(y - 5, 14);
-        const covered = () => boxes.some((o) => Math.abs(o.y - y) < 13 && x < o.x + o.w && o.x < x + w);
-        for (let k = 1; covered() && k < 40; ++k) y += (k % 2 === 1 ? k : -k) * 14;
-        boxes.push({ x, y, w });
-        label(shape.title, x, y, DATA.colors.shape);
     }
+    ctx.font = "bold 10px Helvetica, Arial, sans-serif";
+    ctx.textAlign = "center";
+    stats.marks = placeMarks();
+    for (const mark of stats.marks) {
+        ctx.fillStyle = "#fff";
+        dot(mark.x, mark.y, MARK);
+        ctx.strokeStyle = ctx.fillStyle = DATA.colors.shape;
+        ctx.lineWidth = 1.4;
+        ctx.stroke();
+        ctx.fillText(mark.number, mark.x, mark.y + 3.5);
+    }
+    ctx.textAlign = "start";
+}
+
+const MARK = 8.5;  // radius of the ring round the number of a shape
+
+// Where the numbers stand whose titles the list at the side tells: on their shapes, off each other and as far
+// as can be off the other shapes; inside a shape where others run along all of it. One without room waits for
+// a closer look.
+function placeMarks() {
+    const enough = 2.5 * MARK, marks = [], shapes = DATA.shapes.filter((shape) => shape.number > 0);
+    const within = (x, y) => x > MARK && x < width - MARK && y > MARK && y < height - MARK;
+    const sides = shapes.map((shape) => {
+        const p = shape.points.map(([x, y]) => toScreen(x, y));
+        return p.map((from, k) => [from, p[(k + 1) % p.length]]).slice(0, shape.closed || p.length === 1 ? p.length : -1).map(partInView).filter(Boolean);
+    });
+    const free = (x, y) => marks.every((m) => Math.hypot(m.x - x, m.y - y) >= 2 * MARK + 2);
+    const roomAt = (x, y, own, least) => {
+        let room = enough;
+        for (let k = 0; k < sides.length && room > least; ++k)
+            if (k !== own) for (const [a, b] of sides[k]) room = Math.min(room, fromSide(x, y, a, b));
+        return room;
+    };
+    shapes.forEach((shape, own) => {
+        let best = null;
+        const tryAt = (points, without) => {
+            for (const [x, y] of points) {
+                if (best && best.room >= enough) return;
+                if (!within(x, y) || !free(x, y)) continue;
+                const room = roomAt(x, y, without, best ? best.room : -1);
+                if (!best || room > best.room) best = { number: shape.number, x, y, room };
+            }
+        };
+        tryAt(alongSides(sides[own]), own);
+        if (shape.closed && (!best || best.room < MARK)) tryAt(insideShape(shape), -1);
+        if (best) marks.push(best);
+    });
+    return marks;
+}
+
+// The part of a side that lies on the canvas; null where there is none.
+function partInView([[ax, ay], [bx, by]]) {
+    let first = 0, last = 1;
+    for (const [from, step, size] of [[ax, bx - ax, width], [ay, by - ay, height]]) {
+        if (step === 0) { if (from < 0 || from > size) return null; continue; }
+        first = Math.max(first, Math.min(-from / step, (size - from) / step));
+        last = Math.min(last, Math.max(-from / step, (size - from) / step));
+    }
+    const at = (t) => [ax + t * (bx - ax), ay + t * (by - ay)];
+    return first <= last ? [at(first), at(last)] : null;
+}
+
+function fromSide(x, y, [ax, ay], [bx, by]) {
+    const l2 = (bx - ax) ** 2 + (by - ay) ** 2, t = l2 > 0 ? clamp(((x - ax) * (bx - ax) + (y - ay) * (by - ay)) / l2, 0, 1) : 0;
+    return Math.hypot(x - ax - t * (bx - ax), y - ay - t * (by - ay));
+}
+
+// Points some pixels apart; fewer of very many.
+function alongSides(sides) {
+    const points = [];
+    for (const [[ax, ay], [bx, by]] of sides) {
+        const steps = 1 + Math.floor(Math.hypot(bx - ax, by - ay) / 6);
+        for (let k = 0; k <= steps; ++k) points.push([ax + (bx - ax) * k / steps, ay + (by - ay) * k / steps]);
+    }
+    const stride = Math.floor(points.length / 150) + 1;
+    return points.filter((p, k) => k % stride === 0);
+}
+
+function insideShape(shape) {
+    const path = new Path2D(), points = [], list = shape.points.map(([x, y]) => toScreen(x, y));
+    list.forEach(([x, y]) => path.lineTo(x, y));
+    const range = (k, size) => [Math.max(0, Math.min(...list.map((p) => p[k]))), Math.min(size, Math.max(...list.map((p) => p[k])))];
+    const [x1, x2] = range(0, width), [y1, y2] = range(1, height);
+    for (let i = 1; i < 12; ++i)
+        for (let j = 1; j < 12; ++j) {
+            const x = x1 + (x2 - x1) * j / 12, y = y1 + (y2 - y1) * i / 12;
+            if (ctx.isPointInPath(path, x * ratio, y * ratio, "evenodd")) points.push([x, y]);
+        }
+    return points;
 }
 
 function paintFaults() {
@@ -248,16 +327,26 @@ function paintNumbers(near, x1, y1, x2, y2) {
     if (shown.elementNumbers) {
         ctx.textAlign = "center";
         if (near && near.length <= NUMBERS)
-            for (const e of near) { if (shows(arrays.elementGroup[e])) { const [x, y] = toScreen(...middle(e)); label(arrays.elementNumber[e], x, y + 4, DATA.colors.beam); } }
+            for (const e of near) { if (shows(arrays.elementGroup[e])) { const [x, y] = toScreen(...middle(e)); label(arrays.elementNumber[e], x, y + 4 + 11 * arrays.numberLine[e], DATA.colors.number); } }
         else left_out = true;
         ctx.textAlign = "start";
     }
     if (shown.nodeNumbers) {
         const nodes = inside(grid.nodes, x1, y1, x2, y2, NUMBERS);
-        if (nodes) for (const n of nodes) { const [x, y] = toScreen(X(n), Y(n)); label(arrays.nodeNumber[n], x + 3, y - 3, "#222830"); }
+        if (nodes) for (const n of nodes) labelNode(n);
         else left_out = true;
     }
     if (left_out) label("zoom in to see numbers", 10, 18, DATA.colors.fault);
+}
+
+// Numbers of nodes at one place stand in different corners: 0 and 3 on the right, 0 and 2 above, from 4 on
+// further lines under corner 1.
+function labelNode(n) {
+    const [x, y] = toScreen(X(n), Y(n)), place = arrays.numberPlace[n], corner = place < 4 ? place : 1;
+    const right = corner === 0 || corner === 3, above = corner === 0 || corner === 2;
+    ctx.textAlign = right ? "left" : "right";
+    label(arrays.nodeNumber[n], right ? x + 3 : x - 3, above ? y - 3 : y + 11 + (place < 4 ? 0 : 11 * (place - 3)), "#222830");
+    ctx.textAlign = "start";
 }
 
 function middle(e) {

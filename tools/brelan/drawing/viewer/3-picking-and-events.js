@@ -13,11 +13,7 @@ function contains(e, x, y) {
     return inside_;
 }
 
-function distanceToLine(e, x, y) {
-    const [[ax, ay], [bx, by]] = lineOf(e), l2 = (bx - ax) ** 2 + (by - ay) ** 2;
-    const t = l2 > 0 ? clamp(((x - ax) * (bx - ax) + (y - ay) * (by - ay)) / l2, 0, 1) : 0;
-    return Math.hypot(x - ax - t * (bx - ax), y - ay - t * (by - ay));
-}
+const distanceToLine = (e, x, y) => fromSide(x, y, ...lineOf(e));
 
 // What lies at a point of the mesh: nodes, then lines and joints, then solids.
 function hits(x, y) {
