@@ -65,20 +65,26 @@ double distance_to(const Side& side, const Point& p) {
     return distance(p, {a.x + t * dx, a.y + t * dy});
 }
 
-// Points along the sides, some pixels apart; fewer of very many.
+// Points along the sides, some pixels apart, fewer of very many; the middles first, to keep corners in sight.
 std::vector<Point> points_along(const std::vector<Side>& sides) {
     constexpr double STEP = 6.0;
     constexpr std::size_t MOST = 150;
-    std::vector<Point> points;
+    std::vector<Point> some, points;
+    const auto add_some = [&] {
+        const std::size_t stride = points.size() / MOST + 1;
+        for (std::size_t k = 0; k < points.size(); k += stride)
+            some.push_back(points[k]);
+        points.clear();
+    };
+    for (const auto& [a, b] : sides)
+        points.push_back({(a.x + b.x) / 2.0, (a.y + b.y) / 2.0});
+    add_some();
     for (const auto& [a, b] : sides) {
         const int steps = 1 + static_cast<int>(distance(a, b) / STEP);
         for (int k = 0; k <= steps; ++k)
             points.push_back({a.x + (b.x - a.x) * k / steps, a.y + (b.y - a.y) * k / steps});
     }
-    const std::size_t stride = points.size() / MOST + 1;
-    std::vector<Point> some;
-    for (std::size_t k = 0; k < points.size(); k += stride)
-        some.push_back(points[k]);
+    add_some();
     return some;
 }
 

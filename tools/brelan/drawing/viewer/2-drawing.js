@@ -283,15 +283,14 @@ function fromSide(x, y, [ax, ay], [bx, by]) {
     return Math.hypot(x - ax - t * (bx - ax), y - ay - t * (by - ay));
 }
 
-// Points some pixels apart; fewer of very many.
+// Points some pixels apart, fewer of very many; the middles first, to keep corners in sight.
 function alongSides(sides) {
-    const points = [];
+    const points = [], some = (list) => list.filter((p, k) => k % (Math.floor(list.length / 150) + 1) === 0);
     for (const [[ax, ay], [bx, by]] of sides) {
         const steps = 1 + Math.floor(Math.hypot(bx - ax, by - ay) / 6);
         for (let k = 0; k <= steps; ++k) points.push([ax + (bx - ax) * k / steps, ay + (by - ay) * k / steps]);
     }
-    const stride = Math.floor(points.length / 150) + 1;
-    return points.filter((p, k) => k % stride === 0);
+    return [...some(sides.map(([a, b]) => [(a[0] + b[0]) / 2, (a[1] + b[1]) / 2])), ...some(points)];
 }
 
 function insideShape(shape) {

@@ -198,9 +198,24 @@ TEST(Page, WindowWithoutHeightOrAnythingIsWidened) {
 }
 
 TEST(MaterialColor, RepeatsAfter36MaterialsAlsoAmongTheLowest) {
-    EXPECT_EQ(material_color(1), material_color(37));
+    constexpr ElementClass solid = ElementClass::solid;
+    EXPECT_EQ(material_color(solid, 1), material_color(solid, 37));
     constexpr std::int32_t LOWEST = std::numeric_limits<std::int32_t>::min();
-    EXPECT_EQ(material_color(LOWEST), material_color(LOWEST + 36));
+    EXPECT_EQ(material_color(solid, LOWEST), material_color(solid, LOWEST + 36));
+}
+
+TEST(MaterialColor, TellsMaterialsOfJointsBeamsAndTrussesApart) {
+    const auto apart = [](Rgb a, Rgb b) { return std::hypot(a.r - b.r, a.g - b.g, a.b - b.b); };
+    for (const ElementClass of : {ElementClass::joint, ElementClass::beam, ElementClass::truss})
+        for (std::int32_t one = 1; one <= 24; ++one)
+            for (std::int32_t other = one + 1; other <= 24; ++other)
+                EXPECT_GT(apart(material_color(of, one), material_color(of, other)), other <= 6 ? 60 : 20)
+                    << name_of(of) << " " << one << " and " << other;
+    for (std::int32_t joint = 1; joint <= 6; ++joint)  // beams of a wall lie over its joint
+        for (std::int32_t beam = 1; beam <= 6; ++beam)
+            EXPECT_GT(
+                apart(material_color(ElementClass::joint, joint), material_color(ElementClass::beam, beam)),
+                60);
 }
 
 TEST(RoundSteps, AreRoundAndWithinTheRange) {

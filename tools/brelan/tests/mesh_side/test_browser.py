@@ -166,6 +166,70 @@ class Page(Case):
         titles = self.browser.value("DATA.shapes.map((s) => s.title)")
         self.assertIn("Upper strut", titles)
 
+    def test_titles_of_the_deck_are_numbered_and_listed_at_the_side(self):
+        self.show(self.pit(), "--deck", SOURCE / "examples" / "pit_stages.dat")
+        listed = self.browser.value("[...document.querySelectorAll('.title')].map((t) => t.textContent)")
+        self.assertEqual(len(listed), 8)
+        self.assertEqual(listed[0], "1Left wall, drawn upwards: beams, joint towards the ground on its left")
+        for zoomed in (False, True):
+            if zoomed:
+                self.browser.value("brelan.view.scale *= 3; draw()")
+                self.browser.settle()
+            marks = self.browser.value("brelan.stats.marks")
+            for k, one in enumerate(marks):
+                for other in marks[:k]:
+                    self.assertGreater((one["x"] - other["x"]) ** 2 + (one["y"] - other["y"]) ** 2, 17.0 ** 2)
+            if not zoomed:
+                self.assertEqual([m["number"] for m in marks], list(range(1, 9)))
+        self.browser.key("0")
+        left_wall = self.browser.value("brelan.stats.marks[0]")
+        self.assertAlmostEqual(left_wall["x"], self.on_screen(22.3, 20.0)[0], delta=0.5)
+
+    def test_all_supports_are_drawn_smaller_where_they_crowd(self):
+        """180 nodes along each side, about four pixels apart: 360 are held in x, 180 in y."""
+        self.show(self.square(180))
+        self.assertEqual(self.browser.value("brelan.stats.symbols"), 540)
+        x, y = map(round, self.on_screen(0.0, 100.0))  # two pixels off the left side: a triangle every four
+        column = self.browser.value(f"[...document.getElementById('canvas').getContext('2d').getImageData({x - 2}, {y}, 1, 80).data]")
+        dark = [column[4 * k] < 200 for k in range(80)]
+        self.assertGreaterEqual(sum(not a and b for a, b in zip(dark, dark[1:])), 17)
+
+    def test_supports_of_a_mesh_of_the_largest_size(self):
+        """Every node fixed: the page still draws within some seconds."""
+        mesh = Mesh()
+        for k in range(99990):
+            mesh.node(k + 1, float(k % 300), float(k // 300), [1, 1, 0])
+        self.show(self.write("a.Mes", mesh.solid(1, (1, 2, 302, 301)).text()))
+        self.browser.key("+")
+        self.assertLess(self.browser.value("brelan.stats.milliseconds"), 3000)
+
+    def test_materials_of_joints_beams_and_trusses_have_colours_of_their_own(self):
+        mesh = Mesh()
+        for k in range(5):
+            mesh.node(k + 1, float(k), 0.0).node(k + 11, float(k), 1.0)
+        mesh.solid(1, (1, 2, 12, 11)).joint(2, (2, 3, 13, 12), 1).joint(3, (3, 4, 14, 13), 2)
+        mesh.beams += [(4, 4, 5, 1), (5, 14, 15, 2)]
+        self.show(self.write("a.Mes", mesh.text()))
+        color = lambda x, y: self.pixel(*map(round, self.on_screen(x, y)))
+        self.assertNotEqual(color(1.2, 0.25), color(2.2, 0.25))
+        self.assertNotEqual(color(3.5, 0.0), color(3.5, 1.0))
+        swatches = self.browser.value("[...document.querySelectorAll('.swatch.line')].map((s) => getComputedStyle(s).borderTopColor)")
+        self.assertEqual(len(set(swatches)), 4)
+
+    def test_numbers_of_twin_and_line_node_stand_apart(self):
+        """Recorded where the page writes them: no text over another at the joint of the sample."""
+        self.show(self.write("a.Mes", sample("displacement").text()))
+        self.browser.value("""(() => { window.written = []; const fill = ctx.fillText.bind(ctx);
+            ctx.fillText = (text, x, y) => { written.push([String(text), ctx.textAlign, x, y]); fill(text, x, y); }; })()""")
+        self.layer("node numbers")
+        self.layer("element numbers")
+        self.browser.value("written.length = 0; draw()")
+        self.browser.settle()
+        places = {text: (align, x, y) for text, align, x, y in self.browser.value("written")}
+        for line, twin in (("2", "10"), ("3", "11")):
+            self.assertEqual((places[line][0], places[twin][0]), ("right", "left"))
+        self.assertGreaterEqual(abs(places["7"][2] - places["50"][2]), 11)
+
     def test_title_cannot_break_out_of_the_page(self):
         self.show(self.write("a.Mes", sample("head").text()), "--title", "</script><b>x</b>&\"'")
         self.assertEqual(self.browser.value("document.getElementById('title').textContent"), "</script><b>x</b>&\"'")

@@ -79,12 +79,7 @@ class Plot(Case):
         """The rectangle of the base mesh on the page: 3 by 2, so half again as wide as high."""
         self.run_deck("2 0\n1 1 1 1 0 1\n0. 0.\n3. 1. 0.5\n2. 1. 0.5\n0\n")
         root = self.svg("Bmesh.dat")
-        path = next(e for e in root.iter(SVG + "path") if e.get("id") == "material-1").get("d")
-        x = y = 0.0
-        corners = set()
-        for command, dx, dy in re.findall(r"([Ml])(-?[\d.]+) ?(-?[\d.]+)", path):
-            x, y = (float(dx), float(dy)) if command == "M" else (x + float(dx), y + float(dy))
-            corners.add((round(x, 1), round(y, 1)))
+        corners = {(round(x, 1), round(y, 1)) for line in self.lines(root, "material-1") for x, y in line}
         width = max(c[0] for c in corners) - min(c[0] for c in corners)
         height = max(c[1] for c in corners) - min(c[1] for c in corners)
         self.assertAlmostEqual(width / height, 1.5, places=2)
@@ -100,6 +95,140 @@ class Plot(Case):
         self.assertEqual(numbers(root, "node-numbers"), ["20"])
         self.assertEqual(numbers(root, "element-numbers"), [])
         self.failed(self.brelan("plot", mesh, "-o", "b.svg", "--window", "3", "0", "2", "1"), "--window: expected XMIN")
+
+    def labels(self, root, name):
+        """Texts of a group with the places where they begin or have their middle."""
+        return [(t.text, float(t.get("x")), float(t.get("y")))
+                for g in root.iter(SVG + "g") if g.get("id") == name for t in g]
+
+    def lines(self, root, name):
+        """The lines of a path as lists of points."""
+        path = next(e for e in root.iter(SVG + "path") if e.get("id") == name).get("d")
+        lines = []
+        for command, dx, dy in re.findall(r"([Ml])(-?[\d.]+) ?(-?[\d.]+)", path):
+            x, y = (float(dx), float(dy)) if command == "M" else (x + float(dx), y + float(dy))
+            lines += [[]] if command == "M" else []
+            lines[-1].append((x, y))
+        return lines
+
+    def test_all_supports_are_drawn_smaller_where_they_crowd(self):
+        """Squares of some 4.3 pixels: a symbol for each of the 180 nodes of a side, none over the next."""
+        root = self.svg(self.square(180))
+        for name in ("fixed-x", "fixed-y"):
+            symbols = self.lines(root, name)
+            self.assertEqual(len(symbols), 360 if name == "fixed-x" else 180)
+            across = 1 if name == "fixed-x" else 0
+            begins = sorted({min(p[across] for p in s) for s in symbols})
+            self.assertEqual(len(begins), 180)
+            height = max(p[across] for p in symbols[0]) - min(p[across] for p in symbols[0])
+            self.assertGreater(height, 3.0)
+            for low, high in zip(begins, begins[1:]):
+                self.assertGreaterEqual(high - low, height)
+        root = self.svg(self.square(5))
+        symbol = self.lines(root, "fixed-y")[0]
+        self.assertAlmostEqual(max(p[0] for p in symbol) - min(p[0] for p in symbol), 7.0, places=1)
+
+    def test_supports_of_a_mesh_of_the_largest_size_are_all_drawn(self):
+        """As many as there are nodes, fixed throughout, though they share pixels."""
+        mesh = Mesh()
+        for k in range(99990):
+            mesh.node(k + 1, float(k % 300), float(k // 300), [1, 0, 0])
+        path = self.write("a.Mes", mesh.text())
+        self.assertEqual(len(self.lines(self.svg(path), "fixed-x")), 99990)
+        self.good("plot", path, "-o", "a.png", "--scale", "1")
+
+    def strip(self, materials):
+        """Squares in a row, each of a material of its own."""
+        mesh = Mesh().node(1, 0.0, 0.0).node(2, 0.0, 1.0)
+        for k in range(materials):
+            mesh.node(2 * k + 3, k + 1.0, 0.0).node(2 * k + 4, k + 1.0, 1.0)
+            mesh.solid(k + 1, (2 * k + 1, 2 * k + 3, 2 * k + 4, 2 * k + 2), k + 1)
+        return self.write("strip.Mes", mesh.text())
+
+    def test_legend_of_a_flat_picture_is_whole(self):
+        root = self.svg(self.strip(40))
+        names = self.labels(root, "legend")
+        self.assertEqual([n[0] for n in names], [f"material {k} (1)" for k in range(1, 41)])
+        for name, x, y in names:
+            self.assertLess(y, float(root.get("height")) - 3.0)
+            self.assertLess(x + 6.7 * len(name), float(root.get("width")))
+        self.assertEqual([n[0] for n in self.labels(self.svg(self.strip(400)), "legend")][-2:],
+                         ["material 300 (1)", "and 100 more"])
+
+    def test_materials_of_joints_beams_and_trusses_have_colours_of_their_own(self):
+        mesh = Mesh()
+        for k in range(9):
+            mesh.node(k + 1, float(k), 0.0).node(k + 11, float(k), 1.0)
+        mesh.solid(1, (1, 2, 12, 11)).joint(2, (2, 3, 13, 12), 1).joint(3, (3, 4, 14, 13), 2)
+        mesh.beams += [(4, 4, 5, 1), (5, 5, 6, 2)]
+        mesh.trusses += [(6, 6, 7, 1), (7, 7, 8, 2)]
+        root = self.svg(self.write("a.Mes", mesh.text()))
+        strokes = {e.get("id"): e.get("stroke") for e in root.iter(SVG + "path") if e.get("id")}
+        for name in ("joint", "beam", "truss"):
+            self.assertNotEqual(strokes[name + "-1"], strokes[name + "-2"])
+        in_legend = [e.get("stroke") for e in root.iter(SVG + "path") if not e.get("id") and not e.get("clip-path")]
+        for name in ("joint-1", "joint-2", "beam-1", "beam-2", "truss-1", "truss-2"):
+            self.assertIn(strokes[name], in_legend)
+
+    def test_a_window_lists_what_it_shows(self):
+        """From 3.5 to 6: squares 4, 5 and 6; 7 only touches the edge. No support shows in the upper half."""
+        legend = lambda *window: [t[0] for t in self.labels(self.svg(self.strip(9), "--window", *window), "legend")]
+        self.assertEqual(legend("3.5", "0", "6", "1"), ["material 4 (1)", "material 5 (1)", "material 6 (1)"])
+        pit = self.pit()
+        names = lambda *window: [t[0] for t in self.labels(self.svg(pit, "--window", *window), "legend")]
+        self.assertEqual(names("44", "9", "54", "20")[1:], ["material 6 (28)", "beam 2 (16)"])
+        self.assertIn("hatched: doubles (stages)", names("20", "20", "30", "30"))
+        self.assertIn("IDY: y fixed", names("20", "-1", "30", "9"))
+        self.assertNotIn("IDX: x fixed", names("20", "-1", "30", "9"))
+
+    def test_numbers_of_twin_and_line_node_stand_apart(self):
+        """Nodes 2 and 10, 3 and 11 at one place; joint 7 and beam 50 with one middle."""
+        root = self.svg(self.write("a.Mes", sample("displacement").text()), "--numbers", "both")
+        nodes = {t: (x, y) for t, x, y in self.labels(root, "node-numbers")}
+        for line, twin in (("2", "10"), ("3", "11")):
+            (x1, y1), (x2, y2) = nodes[line], nodes[twin]
+            left, right = (x1, line), (x2, twin)
+            self.assertTrue(left[0] + 5.0 * len(line) < right[0] or abs(y1 - y2) > 9.0)
+            self.assertLess(left[0], right[0])  # each on its own side
+        elements = {t: (x, y) for t, x, y in self.labels(root, "element-numbers")}
+        self.assertGreaterEqual(abs(elements["7"][1] - elements["50"][1]), 9.0)
+
+    def test_a_window_outside_the_mesh_is_said(self):
+        mesh = self.write("a.Mes", sample("displacement").text())
+        told = "brelan: --window lies outside the mesh, which reaches from (-0.0075, 0) to (3.25, 2)\n"
+        for window in (("4", "0", "5", "1"), ("2", "1.2", "3", "1.9")):  # the second beside the triangle at (0, 2)
+            for name in ("b.svg", "b.png", "b.pdf", "b.html"):
+                result = self.brelan("plot", mesh, "-o", name, "--window", *window)
+                self.assertEqual((result.returncode, result.stderr), (0, told))
+                self.assertTrue(self.path(name).exists())
+        self.assertEqual(self.brelan("plot", mesh, "-o", "b.svg", "--window", "0.1", "0.1", "0.2", "0.2").stderr, "")
+        self.assertEqual(self.brelan("-q", "plot", mesh, "-o", "b.svg", "--window", "4", "0", "5", "1").stderr, "")
+
+    def test_a_deck_of_another_mesh_is_said(self):
+        deck = SOURCE / "examples" / "pit_stages.dat"
+        said = lambda mesh, deck: self.brelan("plot", mesh, "-o", "b.svg", "--deck", deck).stderr
+        seems = lambda deck, mesh: f"brelan: {deck} seems to belong to another mesh than {mesh}: "
+        pit = self.pit()
+        base = self.path("Bmesh.dat").read_bytes()
+        self.assertEqual(said(pit, deck), "")
+        self.assertEqual(said(self.path("Bmesh.dat"), deck), "")
+        self.assertEqual(said(self.write("Copy.Mes", pit.read_bytes()), deck), "")  # its first line tells its name
+        self.assertEqual(said(self.write("Ground.Mes", base), deck), "")
+        self.good("convert", pit, "PitStages.vtu")
+        self.assertEqual(said("PitStages.vtu", deck), "")
+        self.write("Other.Mes", sample("displacement").text("Other.Mes"))
+        self.assertEqual(said("Other.Mes", deck), seems(deck, "Other.Mes") + "its meshes are Bmesh.dat, PitStages.Mes\n")
+        dam = SOURCE / "examples" / "dam.dat"
+        self.assertIn("its meshes are EarthDam.Mes, Earth_Dam.Mes, Bmesh.dat", said("Other.Mes", dam))
+        # Another mesh of the same name.
+        self.run_deck("2 0\n1 1 1 1 0 1\n0. 0.\n3. 1. 0.5\n40. 1. 0.5\n0\n")
+        self.assertEqual(said("Bmesh.dat", deck), seems(deck, "Bmesh.dat") +
+                         "it makes a mesh from (0, 0) to (70, 30), and this one reaches from (0, 0) to (3, 40)\n")
+        self.write("PitStages.Mes", Mesh().node(1, 80.0, 0.0).node(2, 81.0, 0.0).node(3, 80.0, 1.0).solid(1, (1, 2, 3)).text())
+        groups = deck.read_text().split("* Card 3.1-1\n")[1]
+        self.write("groups.dat", "  1     0\n" + groups)  # an edit, which tells no size
+        self.assertEqual(said("PitStages.Mes", "groups.dat"), seems("groups.dat", "PitStages.Mes") +
+                         "it draws from (17.5, 13) to (52.2, 30), and the mesh reaches from (80, 0) to (81, 1)\n")
 
     def test_too_many_numbers_are_left_out_with_a_remark(self):
         mesh = self.square(100)
@@ -119,6 +248,17 @@ class Plot(Case):
         titles = [t.text for g in root.iter(SVG + "g") if g.get("id") == "deck-titles" for t in g]
         self.assertIn("Upper strut", titles)
         self.assertEqual(len(titles), 8)  # its groups
+        self.assertIn("Right wall, drawn downwards: beams, joint towards the ground on its right", titles)
+        bottom = next(float(r.get("y")) + float(r.get("height")) for c in root.iter(SVG + "clipPath") for r in c)
+        for title, x, y in self.labels(root, "deck-titles"):
+            self.assertGreater(y, bottom + 20.0)  # under the numbers along the frame
+            self.assertLess(y, float(root.get("height")) - 3.0)
+        marks = self.labels(root, "deck-numbers")
+        self.assertEqual([m[0] for m in marks], list("12345678"))
+        for k, (_, x1, y1) in enumerate(marks):
+            for _, x2, y2 in marks[:k]:
+                self.assertGreater((x2 - x1) ** 2 + (y2 - y1) ** 2, 17.0 ** 2)  # their rings are 17 wide
+        self.assertEqual(len(self.lines(root, "deck-numbers-rings")), 8)
         self.assertIn("outline of the deck", self.texts(root))
 
     def test_rings_round_what_is_unsound(self):
@@ -148,12 +288,13 @@ class Plot(Case):
         pit = self.pit()
         words = [line.split() for line in pit.read_text().split("\n")]
         tunnel = sum(len(w) == 12 and w[9] == "6" for w in words)  # records of material 6
-        self.good("plot", pit, "-o", "a.pdf")
+        self.good("plot", pit, "-o", "a.pdf", "--deck", SOURCE / "examples" / "pit_stages.dat")
         told = subprocess.run(["pdfinfo", self.path("a.pdf")], text=True, capture_output=True, check=True).stdout
         self.assertRegex(told, r"Pages: +1\n")
         self.assertRegex(told, r"Page size: +1000 x \d+")
         text = subprocess.run(["pdftotext", self.path("a.pdf"), "-"], text=True, capture_output=True, check=True).stdout
         self.assertIn(f"material 6 ({tunnel})", text)
+        self.assertIn("Right wall, drawn downwards: beams, joint towards the ground on its right", text)
         self.assertIn("joint 7 (20)", text)  # two walls of 10 m with nodes a metre apart
 
     def test_html_is_one_file_without_addresses(self):
