@@ -141,7 +141,7 @@ void add_plot(CLI::App& app, Context& context) {
     command->add_flag("--faults", options->faults, "Rings round what is unsound");
     command->add_flag("--no-codes", options->no_codes, "Without support symbols");
     command->add_flag("--no-lines", options->no_lines, "Without the sides of the elements");
-    command->add_flag("--no-legend", options->no_legend, "Without the legend");
+    command->add_flag("--no-legend", options->no_legend, "Without the legend and the list of titles");
     command->add_flag("--no-axes", options->no_axes, "Without frame and numbers along it");
     options->kind.add_to(*command, "Kind of mesh, where the file does not tell it");
     command->callback(

@@ -155,7 +155,7 @@ private:
 
     // How far a point is off the shapes but one, as far as that matters: up to `ENOUGH`, and not below
     // `least`.
-    static constexpr double ENOUGH = 2.5 * MARK_RADIUS;
+    static constexpr double ENOUGH = 1.5 * MARK_RADIUS;
     double room_at(const Point& p, std::size_t own, double least) const {
         double room = ENOUGH;
         for (std::size_t other = 0; other < sides_.size(); ++other)

@@ -236,7 +236,7 @@ const MARK = 8.5;  // radius of the ring round the number of a shape
 // as can be off the other shapes; inside a shape where others run along all of it. One without room waits for
 // a closer look.
 function placeMarks() {
-    const enough = 2.5 * MARK, marks = [], shapes = DATA.shapes.filter((shape) => shape.number > 0);
+    const enough = 1.5 * MARK, marks = [], shapes = DATA.shapes.filter((shape) => shape.number > 0);
     const within = (x, y) => x > MARK && x < width - MARK && y > MARK && y < height - MARK;
     const sides = shapes.map((shape) => {
         const p = shape.points.map(([x, y]) => toScreen(x, y));
