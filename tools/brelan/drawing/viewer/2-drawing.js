@@ -230,7 +230,8 @@ function paintShapes() {
     ctx.textAlign = "start";
 }
 
-const MARK = 8.5;  // radius of the ring round the number of a shape
+const MARK = 8.5;   // radius of the ring round the number of a shape
+const CROWD = 600;  // sides of shapes in view from which numbers are kept off each other only
 
 // Where the numbers stand whose titles the list at the side tells: on their shapes, off each other and as far
 // as can be off the other shapes; inside a shape where others run along all of it. One without room waits for
@@ -243,8 +244,10 @@ function placeMarks() {
         return p.map((from, k) => [from, p[(k + 1) % p.length]]).slice(0, shape.closed || p.length === 1 ? p.length : -1).map(partInView).filter(Boolean);
     });
     const free = (x, y) => marks.every((m) => Math.hypot(m.x - x, m.y - y) >= 2 * MARK + 2);
+    const crowded = sides.reduce((sum, list) => sum + list.length, 0) > CROWD;
     const roomAt = (x, y, own, least) => {
         let room = enough;
+        if (crowded) return room;
         for (let k = 0; k < sides.length && room > least; ++k)
             if (k !== own) for (const [a, b] of sides[k]) room = Math.min(room, fromSide(x, y, a, b));
         return room;
