@@ -307,8 +307,9 @@ double add_titles(Scene& scene, const std::vector<ShapeMark>& marks, double x, d
     texts.clipped = false;
     std::vector<ShapeMark> listed = marks;
     for (std::size_t k = 0; k < marks.size(); ++k) {
-        const double left = x + column * static_cast<double>(k / rows);
-        const double middle = y + STEP * (static_cast<double>(k % rows) + 0.5);
+        const std::size_t place = k / rows, row = k % rows;
+        const double left = x + column * static_cast<double>(place);
+        const double middle = y + STEP * (static_cast<double>(row) + 0.5);
         listed[k].at = {left + MARK_RADIUS, middle};
         texts.labels.push_back({{left + INDENT, middle + 4.0}, std::move(titles[k])});
     }
