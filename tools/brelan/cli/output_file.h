@@ -21,6 +21,8 @@ public:
 
     void write(std::string_view text);
 
+    std::string name() const { return path_.string(); }  // for messages
+
     // Where a library may write by itself; its stream is closed meanwhile.
     std::FILE* stream() { return file_; }
 
