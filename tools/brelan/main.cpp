@@ -32,6 +32,16 @@ void add_commands(CLI::App& app, Context& context) {
     add_plot(app, context);
     add_convert(app, context);
     add_diff(app, context);
+    add_help(app, context);
+}
+
+// The parser would only say that a command is missing.
+void require_known_command(CLI::App& app, int argc, char** argv) {
+    for (int i = 1; i < argc; ++i)
+        if (argv[i][0] != '-') {
+            command_named(app, argv[i]);
+            return;
+        }
 }
 
 std::filesystem::path own_path() {
@@ -53,6 +63,7 @@ int command(int argc, char** argv) {
     app.require_subcommand(1);
     app.fallthrough();
     add_commands(app, context);
+    require_known_command(app, argc, argv);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& shown) {  // help or version

@@ -13,6 +13,9 @@ public:
     std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override;
 };
 
+// The command of a name. Throws Failure that names the nearest one, or all of them, where there is none.
+CLI::App& command_named(CLI::App& app, const std::string& name);
+
 // "info " when the command line came as far as naming a command, else "".
 std::string parsed_command(const CLI::App& app);
 

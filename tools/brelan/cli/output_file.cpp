@@ -12,6 +12,7 @@
 #include <system_error>
 
 #include "cli/exit_status.h"
+#include "cli/input_file.h"
 
 namespace brelan::tool {
 
@@ -49,6 +50,15 @@ OutputFile::OutputFile(const fs::path& path) : path_(path), target_(path) {
     std::error_code error;
     if (path.empty())
         throw Failure("expected the name of a file to write, found an empty one");
+    if (path == STANDARD_STREAM) {
+        path_ = STANDARD_OUTPUT;
+        std::fflush(stdout);
+        const int handle = dup(STDOUT_FILENO);
+        file_ = handle < 0 ? nullptr : fdopen(handle, "wb");
+        if (file_ == nullptr)
+            fail();
+        return;
+    }
     if (fs::is_symlink(path, error)) {
         target_ = fs::weakly_canonical(path, error);
         if (error)

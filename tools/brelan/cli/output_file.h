@@ -9,8 +9,8 @@
 namespace brelan::tool {
 
 // Writes beside the file and takes its name when all is written. Without commit() nothing is left, whatever
-// ended the command; a file of the name that was there before stays as it was. What is no ordinary file, such
-// as /dev/stdout, is written directly.
+// ended the command; a file of the name that was there before stays as it was. What is no ordinary file is
+// written directly; "-" is standard output.
 class OutputFile {
 public:
     // Throws Failure when nothing can be written there.
@@ -21,6 +21,8 @@ public:
 
     void write(std::string_view text);
 
+    std::string name() const { return path_.string(); }  // for messages
+
     // Where a library may write by itself; its stream is closed meanwhile.
     std::FILE* stream() { return file_; }
 
@@ -30,7 +32,7 @@ public:
 private:
     [[noreturn]] void fail() const;
 
-    std::filesystem::path path_;    // as the user gave it
+    std::filesystem::path path_;    // as the user gave it, for messages
     std::filesystem::path target_;  // behind links
     std::filesystem::path beside_;  // empty when the target is written directly
     std::FILE* file_ = nullptr;

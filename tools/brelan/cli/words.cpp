@@ -2,6 +2,10 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
 namespace brelan::tool {
 
 std::string lower(std::string_view text) {
@@ -10,6 +14,23 @@ std::string lower(std::string_view text) {
         if (c >= 'A' && c <= 'Z')
             c = static_cast<char>(c - 'A' + 'a');
     return small;
+}
+
+std::size_t edit_distance(std::string_view a, std::string_view b) {
+    // Rows of the table of distances between the beginnings of both words: this one and the two before it.
+    std::vector<std::size_t> row(b.size() + 1), last(row.size()), last_but_one(row.size());
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        last_but_one.swap(last);
+        last.swap(row);
+        row[0] = i;
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            row[j] = std::min({last[j] + 1, row[j - 1] + 1, last[j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1)});
+            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1])
+                row[j] = std::min(row[j], last_but_one[j - 2] + 1);
+        }
+    }
+    return row.back();
 }
 
 std::string counted(std::size_t count, std::string_view one, std::string_view many) {

@@ -10,6 +10,10 @@ namespace brelan::tool {
 // The letters A to Z made small, as names of files are compared.
 std::string lower(std::string_view text);
 
+// How many letters have to be put in, taken out, changed, or swapped with the next one, to make one word the
+// other.
+std::size_t edit_distance(std::string_view a, std::string_view b);
+
 // "1 node", "2 nodes".
 std::string counted(std::size_t count, std::string_view one, std::string_view many);
 

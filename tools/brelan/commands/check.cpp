@@ -219,13 +219,13 @@ Json report_json(const Report& report) {
 
 int check(const Context& context, const CheckOptions& options, const EditionOptions& edition_options) {
     const Interruption interruption;  // the directory of the check is gone when a signal ends the process
-    const fs::path file = options.deck;
-    fs::path project = options.project.empty() ? file.parent_path() : fs::path(options.project);
+    const DeckSource source = deck_source(options.deck);
+    fs::path project = options.project.empty() ? source.file.parent_path() : fs::path(options.project);
     if (project.empty())
         project = ".";
     Report report;
-    report.edition = edition_of_deck(file, project, edition_options).edition;
-    report.deck = read_deck(file, report.edition.kind);
+    report.edition = edition_of_deck(source, project, edition_options).edition;
+    report.deck = read_deck(source, report.edition.kind);
     report.verdict = verdict_of(report.deck, report.edition);
     look_for_doubts(report, project);
     if (options.json)
@@ -247,7 +247,9 @@ void add_check(CLI::App& app, Context& context) {
     CLI::App* command =
         app.add_subcommand("check", "Show a deck card by card, and what may be wrong with it");
     command->footer(EXAMPLES);
-    command->add_option("DECK", options->deck, "Card deck")->required()->option_text(" ");
+    command->add_option("DECK", options->deck, "Card deck; - is standard input")
+        ->required()
+        ->option_text(" ");
     add_edition_options(*command, edition);
     command->add_option("--project", options->project, "Directory of the meshes; the deck's without it")
         ->option_text("DIR");

@@ -15,5 +15,6 @@ void add_info(CLI::App& app, Context& context);
 void add_plot(CLI::App& app, Context& context);
 void add_convert(CLI::App& app, Context& context);
 void add_diff(CLI::App& app, Context& context);
+void add_help(CLI::App& app, Context& context);
 
 }  // namespace brelan::tool

@@ -4,6 +4,7 @@
 
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/input_file.h"
 #include "commands/commands.h"
 #include "commands/options.h"
 #include "formats/any_mesh.h"
@@ -22,6 +23,7 @@ constexpr const char* EXAMPLES = R"(  brelan convert Pit.Mes Pit.vtu            
                                                  version 2.2, materials as physical groups only
   brelan convert Pit.vtu Pit.Mes                 and back
   brelan convert --kind head drawn.msh Dam.Mes   a mesh that Gmsh made, for the head kind
+  brelan convert --to vtu Pit.Mes - | gzip > Pit.vtu.gz
 )";
 
 struct ConvertOptions {
@@ -42,6 +44,8 @@ Target target_of(const ConvertOptions& options) {
         return Target::gmsh_2;
     if (options.format == "msh" || options.format == "msh4")
         return Target::gmsh_4;
+    if (options.to == STANDARD_STREAM)
+        throw Failure(fmt::format("{}: expected the format with --to", STANDARD_OUTPUT));
     const std::optional<Format> format = format_of_name(options.to);
     if (!format)
         throw Failure(fmt::format(
@@ -51,8 +55,9 @@ Target target_of(const ConvertOptions& options) {
 
 int convert(const ConvertOptions& options, const Context& context) {
     const Target target = target_of(options);
-    const bool own = format_of_content(options.from) == Format::mesh;
-    Mesh mesh = read_any_mesh(options.from, own ? std::nullopt : options.kind.kind(),
+    const MeshSource source = mesh_source(options.from);
+    const bool own = source.format == Format::mesh;
+    Mesh mesh = read_any_mesh(source, own ? std::nullopt : options.kind.kind(),
                               [&](const std::string& text) { note(context, text); });
     if (options.kind.kind())
         mesh = as_kind(mesh, *options.kind.kind());
@@ -78,9 +83,14 @@ void add_convert(CLI::App& app, Context& context) {
     CLI::App* command = app.add_subcommand("convert", "Carry a mesh to ParaView or Gmsh, and back");
     command->footer(EXAMPLES);
     const auto options = std::make_shared<ConvertOptions>();
-    command->add_option("FROM", options->from, "Mesh file (.Mes), VTU (.vtu) or Gmsh file (.msh)")
+    command
+        ->add_option("FROM", options->from,
+                     "Mesh file (.Mes), VTU (.vtu) or Gmsh file (.msh); - is standard input")
         ->required();
-    command->add_option("TO", options->to, "File to be written; its ending names the format")->required();
+    command
+        ->add_option("TO", options->to,
+                     "File to be written; its ending names the format. - is standard output")
+        ->required();
     command->add_option("--to", options->format, "mes, vtu, msh2 or msh4, whatever the ending")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"mes", "vtu", "msh", "msh2", "msh4"}));

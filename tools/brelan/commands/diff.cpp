@@ -9,6 +9,7 @@
 #include "analysis/geometry.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/input_file.h"
 #include "commands/commands.h"
 #include "commands/options.h"
 #include "formats/any_mesh.h"
@@ -226,8 +227,9 @@ private:
 };
 
 int diff(const DiffOptions& options, const Context& context) {
-    const Mesh a = read_any_mesh(options.a, options.kind.kind());
-    const Mesh b = read_any_mesh(options.b, options.kind.kind());
+    require_one_standard_input({options.a, options.b});
+    const Mesh a = read_any_mesh(mesh_source(options.a), options.kind.kind());
+    const Mesh b = read_any_mesh(mesh_source(options.b), options.kind.kind());
     const Difference d = options.by_place ? difference_by_place(a, b, options.tolerance)
                                           : difference_by_number(a, b, options.tolerance);
     const Report report(a, b, d, options);
@@ -244,7 +246,7 @@ void add_diff(CLI::App& app, Context& context) {
     CLI::App* command = app.add_subcommand("diff", "Show what differs between two meshes");
     command->footer(EXAMPLES);
     const auto options = std::make_shared<DiffOptions>();
-    command->add_option("A", options->a, "A mesh (.Mes, .vtu, .msh)")->required();
+    command->add_option("A", options->a, "A mesh (.Mes, .vtu, .msh); - is standard input")->required();
     command->add_option("B", options->b, "The mesh that it is compared with")->required();
     command->add_flag("--by-place", options->by_place,
                       "Compare what lies at the same place, whatever its number");

@@ -5,6 +5,7 @@
 #include "analysis/soundness.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/input_file.h"
 #include "commands/commands.h"
 #include "commands/info_text.h"
 #include "commands/options.h"
@@ -30,14 +31,13 @@ struct InfoOptions {
 
 // A file that cannot be read does not keep the others from being shown.
 int info(const InfoOptions& options, const Context& context) {
+    require_one_standard_input(options.files);
     bool sound = true, all_read = true;
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
     for (const std::string& file : options.files) {
         try {
-            const Mesh mesh = read_any_mesh(file, options.kind.kind());
-            const std::vector<Corners> corners = corners_of(mesh);
-            const MeshReport report{mesh, count_mesh(mesh, corners), measure_quality(mesh, corners),
-                                    check_soundness(mesh, corners, options.tolerance)};
+            const Mesh mesh = read_any_mesh(mesh_source(file), options.kind.kind());
+            const MeshReport report = report_of(mesh, options.tolerance);
             sound = sound && report.soundness.sound();
             if (options.json)
                 list.push_back(report_json(report, options.list));
@@ -64,7 +64,8 @@ void add_info(CLI::App& app, Context& context) {
     CLI::App* command = app.add_subcommand("info", "Show counts, areas, quality and soundness of meshes");
     command->footer(EXAMPLES);
     const auto options = std::make_shared<InfoOptions>();
-    command->add_option("MESH", options->files, "Mesh files (.Mes, .vtu, .msh)")->required();
+    command->add_option("MESH", options->files, "Mesh files (.Mes, .vtu, .msh); - is standard input")
+        ->required();
     command->add_flag("--json", options->json, "A list with one object for each mesh");
     command->add_option("--list", options->list, "Places shown of each finding (5; 0 all)")->type_name("N");
     command

@@ -183,6 +183,12 @@ Json finding_json(const Finding& f, std::size_t list) {
 
 }  // namespace
 
+MeshReport report_of(const Mesh& mesh, double tolerance) {
+    const std::vector<Corners> corners = corners_of(mesh);
+    return {mesh, count_mesh(mesh, corners), measure_quality(mesh, corners),
+            check_soundness(mesh, corners, tolerance)};
+}
+
 std::string report_text(const MeshReport& r, std::size_t list) {
     return summary(r) + material_table(r.counts) + code_table(r) + quality_table(r.quality) +
            soundness_table(r.soundness, list);

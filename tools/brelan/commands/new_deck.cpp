@@ -7,6 +7,7 @@
 
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/input_file.h"
 #include "cli/output_file.h"
 #include "commands/commands.h"
 #include "commands/starter_decks.h"
@@ -85,7 +86,7 @@ int new_deck(const Context& context, const NewOptions& options) {
                                   options.kind_of_deck.empty() ? "no deck is named" : options.kind_of_deck,
                                   names_of_all()));
     const LayoutKind kind = *kind_named(options.kind);
-    if (!options.directory.empty()) {
+    if (!options.directory.empty() && options.directory != STANDARD_STREAM) {
         write_files(context, *deck, kind, options);
         return STATUS_OK;
     }
@@ -110,7 +111,7 @@ void add_new(CLI::App& app, Context& context) {
         ->option_text("KIND");
     command
         ->add_option("-o,--output", options->directory,
-                     "Write the deck, and the meshes that it reads, to this directory")
+                     "Write the deck, and the meshes that it reads, to this directory; - is standard output")
         ->option_text("DIR");
     command->add_option("--name", options->name, "Name of the deck's file")->option_text("FILE");
     command->add_flag("--force", options->force, "Replace files that are there");

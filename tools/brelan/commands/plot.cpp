@@ -6,6 +6,7 @@
 #include "analysis/deck_of_mesh.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/input_file.h"
 #include "cli/words.h"
 #include "commands/commands.h"
 #include "commands/options.h"
@@ -22,10 +23,11 @@ constexpr const char* EXAMPLES =
   brelan plot Pit.Mes -o pit.svg --deck pit.dat with the outlines that the deck draws
   brelan plot Pit.Mes -o wall.png --window 20 10 40 30 --numbers both
   brelan plot Pit.Mes -o pit.pdf --faults       rings round what is unsound
+  brelan plot - -o - --to svg < Pit.Mes | gzip > pit.svgz
 )";
 
 struct PlotOptions {
-    std::string mesh, output, deck, numbers, title;
+    std::string mesh, output, format, deck, numbers, title;
     std::vector<double> window;
     double width = 1000.0, scale = 2.0;
     bool no_codes = false, no_lines = false, no_legend = false, no_axes = false, faults = false;
@@ -34,17 +36,27 @@ struct PlotOptions {
 
 enum class PictureFormat { svg, png, pdf, html };
 
-PictureFormat format_of(const std::string& output) {
-    const std::string ending = lower(std::filesystem::path(output).extension().string());
+PictureFormat format_of(const PlotOptions& options) {
+    const bool to_stream = options.output == STANDARD_STREAM;
+    const std::string ending = options.format.empty()
+                                   ? lower(std::filesystem::path(options.output).extension().string())
+                                   : "." + options.format;
     if (ending == ".svg")
         return PictureFormat::svg;
+    if (ending == ".html" || ending == ".htm")
+        return PictureFormat::html;
+    if ((ending == ".png" || ending == ".pdf") && to_stream && is_terminal(stdout))
+        throw Failure(fmt::format("{}: expected a file or a program, found a terminal: a picture is no text",
+                                  STANDARD_OUTPUT));
     if (ending == ".png")
         return PictureFormat::png;
     if (ending == ".pdf")
         return PictureFormat::pdf;
-    if (ending == ".html" || ending == ".htm")
-        return PictureFormat::html;
-    throw Failure(fmt::format("{}: expected a name that ends in .svg, .png, .pdf or .html", output));
+    if (to_stream)
+        throw Failure(fmt::format("{}: expected the format with --to", STANDARD_OUTPUT));
+    throw Failure(
+        fmt::format("{}: expected a name that ends in .svg, .png, .pdf or .html, or the format with --to",
+                    options.output));
 }
 
 bool shows_something(const Mesh& mesh, const std::vector<Corners>& corners, const Bounds& window) {
@@ -57,8 +69,9 @@ bool shows_something(const Mesh& mesh, const std::vector<Corners>& corners, cons
 }
 
 int plot(const PlotOptions& options, const Context& context) {
-    const PictureFormat format = format_of(options.output);
-    const Mesh mesh = read_any_mesh(options.mesh, options.kind.kind(),
+    require_one_standard_input({options.mesh, options.deck});
+    const PictureFormat format = format_of(options);
+    const Mesh mesh = read_any_mesh(mesh_source(options.mesh), options.kind.kind(),
                                     [&](const std::string& text) { note(context, text); });
     const std::vector<Corners> corners = corners_of(mesh);
     PictureOptions picture;
@@ -82,7 +95,7 @@ int plot(const PlotOptions& options, const Context& context) {
     if (!options.deck.empty()) {
         const Deck deck = read_deck(options.deck, mesh.kind);
         if (deck.fault)
-            note(context, fmt::format("{}, line {}: {}; what stands before it is shown", options.deck,
+            note(context, fmt::format("{}, line {}: {}; what stands before it is shown", deck.file.string(),
                                       deck.fault->line, deck.fault->message));
         picture.shapes = shapes_of(deck);
         if (const std::string told = told_of_other_mesh(deck, picture.shapes, mesh); !told.empty())
@@ -100,7 +113,9 @@ int plot(const PlotOptions& options, const Context& context) {
     }
     const Picture drawn = picture_of(mesh, picture);
     for (const std::string& remark : drawn.remarks)
-        note(context, options.output + ": " + remark);
+        note(context,
+             fmt::format("{}: {}", options.output == STANDARD_STREAM ? STANDARD_OUTPUT : options.output,
+                         remark));
     if (format == PictureFormat::svg)
         write_svg(drawn.scene, options.output);
     else if (format == PictureFormat::pdf)
@@ -116,12 +131,15 @@ void add_plot(CLI::App& app, Context& context) {
     CLI::App* command = app.add_subcommand("plot", "Draw a mesh as SVG, PNG, PDF or a page for the browser");
     command->footer(EXAMPLES);
     const auto options = std::make_shared<PlotOptions>();
-    command->add_option("MESH", options->mesh, "A mesh (.Mes, .vtu, .msh)")->required();
+    command->add_option("MESH", options->mesh, "A mesh (.Mes, .vtu, .msh); - is standard input")->required();
     command
         ->add_option("-o,--output", options->output,
-                     "Picture; its ending names the format: svg, png, pdf, html")
+                     "Picture; its ending names the format: svg, png, pdf, html. - is standard output")
         ->type_name("FILE")
         ->required();
+    command->add_option("--to", options->format, "svg, png, pdf or html, whatever the ending")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"svg", "png", "pdf", "html"}));
     command->add_option("--deck", options->deck, "Draw the outlines and lines of this deck over the mesh")
         ->type_name("DECK");
     command->add_option("--numbers", options->numbers, "nodes, elements or both")

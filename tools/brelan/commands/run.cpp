@@ -1,21 +1,26 @@
 // brelan run: the batch program for one deck, with all that it needs around it.
-#include <fmt/core.h>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/input_file.h"
 #include "cli/output_file.h"
+#include "cli/words.h"
 #include "commands/batch/batch_program.h"
 #include "commands/batch/data_directory.h"
 #include "commands/batch/directory_lock.h"
 #include "commands/batch/edition.h"
 #include "commands/batch/pass_trace.h"
+#include "commands/batch/side_files.h"
 #include "commands/batch/temporary_directory.h"
 #include "commands/commands.h"
 #include "commands/run_failure.h"
@@ -30,14 +35,16 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 struct RunOptions {
-    std::string deck, project, data, program, work;
-    bool keep = false;
+    std::string deck, project, data, program, work, apart;
+    bool keep = false, json = false;
 };
 
 constexpr const char* EXAMPLES =
     R"(  brelan run pit.dat                         the deck's directory is the project
   brelan run pit.dat --kind coupled          for a solver of that kind
   brelan run decks/pit.dat --project quay    meshes are read from and written to quay/
+  brelan run pit.dat --apart out/pit         Bmesh.dat, Group.Pos and the like go to out/pit/
+  brelan run --json pit.dat | jq .mesh.sound
   brelan run pit.dat --data ~/brelan-c       with an existing data directory
 )";
 
@@ -51,9 +58,10 @@ fs::path directory_of(const fs::path& deck) {
 
 // A message for a deck that must not be run, although the batch program would.
 void refuse_harmful_result(const Deck& deck, const fs::path& project, const DataDirectory& data) {
-    constexpr std::int32_t edit = 1;
     std::error_code error;
-    for (const std::string& written : {deck.result, std::string(deck.IMOD > edit ? BASE_MESH : "")}) {
+    std::vector<std::string> names = side_file_names(deck, project);
+    names.push_back(deck.result);
+    for (const std::string& written : names) {
         const fs::path file = file_of_card(project, written);
         if (!file.empty() && fs::exists(file, error) && fs::equivalent(file, deck.file, error) && !error)
             throw Failure(fmt::format("{}: the run would put {} in the place of the deck", deck.file.string(),
@@ -93,15 +101,35 @@ private:
     fs::path path_;
 };
 
-void put_deck(const fs::path& deck, const fs::path& project, const fs::path& working_directory) {
-    std::ifstream stream(deck, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    write_file(working_directory / DECK_NAME, text);
-    std::error_code error;
-    if (fs::is_regular_file(project / LINE_UP, error))
-        fs::copy_file(project / LINE_UP, working_directory / LINE_UP, fs::copy_options::overwrite_existing,
-                      error);
-}
+// The project's LineUp.dat, which the batch program looks for in its working directory.
+class LineUpFile {
+public:
+    LineUpFile(const fs::path& project, const fs::path& working_directory)
+        : file_(file_of_card(project, LINE_UP)), copy_(working_directory / LINE_UP) {
+        std::error_code error;
+        if (!fs::is_regular_file(file_, error))
+            return;
+        before_ = read_file(file_);
+        fs::copy_file(file_, copy_, fs::copy_options::overwrite_existing, error);
+    }
+
+    // The program has turned it off, so that it works once. True when the project's file was changed.
+    bool take_back() const {
+        std::error_code error;
+        if (!before_ || !fs::is_regular_file(copy_, error))
+            return false;
+        const std::string now = read_file(copy_);
+        if (now == *before_)
+            return false;
+        write_file(file_, now);
+        return true;
+    }
+    const fs::path& file() const { return file_; }
+
+private:
+    fs::path file_, copy_;
+    std::optional<std::string> before_;
+};
 
 std::string progress_text(const fs::path& deck, const PassTrace& trace, Clock::duration time) {
     std::string text = fmt::format("{}", deck.filename().string());
@@ -130,12 +158,29 @@ fs::path result_of(const Deck& deck, const fs::path& project, const DataDirector
     return file_of_card(project, name);
 }
 
+// The lists that a dam with shells leaves go by the numbers of a mesh that its run deletes.
+void remark_old_numbers(RunReport& report, const Deck& deck) {
+    constexpr std::int32_t dam = 3;
+    constexpr std::string_view body = "EarthDam.Mes";
+    if (deck.IMOD != dam || report.result.empty() || report.result.filename() == body)
+        return;
+    std::vector<std::string> lists;
+    for (const fs::path& file : report.also)
+        if (lower(file.extension().string()) == ".man" || lower(file.extension().string()) == ".pos")
+            lists.push_back(file.filename().string());
+    if (!lists.empty())
+        report.remarks.push_back(
+            fmt::format("{} {} the numbers of {}, which the run has deleted, and not those of {}",
+                        fmt::join(lists, " and "), lists.size() == 1 ? "has" : "have", body,
+                        report.result.filename().string()));
+}
+
 int run(const Context& context, const RunOptions& options, const EditionOptions& edition_options) {
     const Interruption interruption;  // first: what was made for the run is gone when the signal comes again
-    const fs::path deck_file = options.deck;
+    const DeckSource source = deck_source(options.deck);  // one that is not there is no matter of the project
+    const fs::path& deck_file = source.file;
     const fs::path project = options.project.empty() ? directory_of(deck_file) : fs::path(options.project);
     std::error_code error;
-    read_deck(deck_file, LayoutKind::displacement);  // one that is not there is no matter of the project
     if (!fs::is_directory(project, error))
         throw Failure(fmt::format("{}: expected the project's directory", project.string()));
     const fs::path program = find_batch_program(context.program, options.program);
@@ -146,11 +191,19 @@ int run(const Context& context, const RunOptions& options, const EditionOptions&
         data.emplace(options.data);
         edition_of_data = edition_in(*data);
     }
-    const EditionOfDeck choice = edition_of_deck(deck_file, project, edition_options, edition_of_data);
-    if (!choice.contradiction.empty())
-        note(context,
-             fmt::format("{}: edition {} ({}) by {}, but {}", deck_file.string(), choice.edition.number,
-                         name_of(choice.edition.kind), choice.edition.source, choice.contradiction));
+    RunReport report;
+    report.deck = deck_file;
+    report.project = project;
+    const EditionOfDeck choice = edition_of_deck(source, project, edition_options, edition_of_data);
+    report.edition = choice.edition;
+    if (!choice.contradiction.empty()) {
+        const std::string remark =
+            fmt::format("edition {} ({}) by {}, but {}", choice.edition.number, name_of(choice.edition.kind),
+                        choice.edition.source, choice.contradiction);
+        note(context, fmt::format("{}: {}", deck_file.string(), remark));
+        if (options.json)
+            report.remarks.push_back(remark);
+    }
 
     std::vector<fs::path> locked{project};
     if (data)
@@ -161,11 +214,12 @@ int run(const Context& context, const RunOptions& options, const EditionOptions&
     });
     if (!data)
         data.emplace(context.program, choice.edition, project);
-    const Deck deck = read_deck(deck_file, choice.edition.kind);
+    const Deck deck = read_deck(source, choice.edition.kind);
     refuse_harmful_result(deck, project, *data);
     const WorkingDirectory work(project, options);
-    put_deck(deck_file, project, work.path());
-    const DirectoryState before = state_of(project);
+    write_file(work.path() / DECK_NAME, deck.text);
+    const LineUpFile line_up(project, work.path());
+    SideFiles files(project, deck, options.apart);
 
     PassTrace trace(work.path());
     const Clock::time_point begin = Clock::now();
@@ -176,21 +230,40 @@ int run(const Context& context, const RunOptions& options, const EditionOptions&
             trace.look();
             progress.show(progress_text(deck_file, trace, Clock::now() - begin));
         });
-    const double seconds = std::chrono::duration<double>(Clock::now() - begin).count();
+    report.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
     trace.look();
     progress.clear();
+    report.decks = trace.decks();
+    report.pass = trace.pass();
+    report.status = result.status;
+    files.collect();
+    report.also = files.written();
+    report.deleted = files.deleted();
+    if (line_up.take_back())
+        report.also.push_back(line_up.file());
     if (options.keep)
         note(context, fmt::format("{}: kept", work.path().string()));
 
     if (result.status != 0) {
         const FailedRun failed{deck, project, work.path(), std::string(DECK_NAME), trace.pass(), result};
-        error_line(failure_message(failed));
-        fmt::print(stderr, "{}", failure_details(failed));
+        report.message = failure_message(failed);
+        report.details = failure_details(failed);
+        if (options.json)
+            print(run_json(report));
+        error_line(report.message);
+        fmt::print(stderr, "{}", report.details);
         return result.status;
     }
-    if (!context.quiet)
-        print(run_summary(
-            {deck_file, project, result_of(deck, project, *data), choice.edition, seconds, before}));
+    const fs::path mesh = files.place_of(result_of(deck, project, *data));
+    if (!mesh.empty() && fs::is_regular_file(mesh, error)) {
+        report.result = mesh;
+        std::erase(report.also, mesh);
+    }
+    remark_old_numbers(report, deck);
+    if (options.json)
+        print(run_json(report));
+    else if (!context.quiet)
+        print(run_summary(report));
     return STATUS_OK;
 }
 
@@ -201,10 +274,17 @@ void add_run(CLI::App& app, Context& context) {
     auto edition = std::make_shared<EditionOptions>();
     CLI::App* command = app.add_subcommand("run", "Run a deck and say what came out");
     command->footer(EXAMPLES);
-    command->add_option("DECK", options->deck, "Card deck")->required()->option_text(" ");
+    command->add_option("DECK", options->deck, "Card deck; - is standard input")
+        ->required()
+        ->option_text(" ");
     add_edition_options(*command, edition);
     command->add_option("--project", options->project, "Directory of the meshes; the deck's without it")
         ->option_text("DIR");
+    command
+        ->add_option("--apart", options->apart,
+                     "Keep Bmesh.dat, Group.Pos and all else that no card names in this directory")
+        ->option_text("DIR");
+    command->add_flag("--json", options->json, "As an object");
     CLI::Option* data = command
                             ->add_option("--data", options->data,
                                          "An existing data directory; the edition is that of its PROGRAM.DAT")

@@ -1,10 +1,8 @@
 #include "commands/run_summary.h"
 
 #include <fmt/core.h>
-#include <sys/stat.h>
 
 #include <algorithm>
-#include <system_error>
 #include <vector>
 
 #include "analysis/counts.h"
@@ -96,42 +94,29 @@ std::string about_mesh(const fs::path& file, LayoutKind kind) {
     return text;
 }
 
-std::vector<std::string> written_files(const FinishedRun& run) {
+// Files of the project by their names alone.
+std::vector<std::string> names_of(const std::vector<fs::path>& files, const fs::path& project) {
     std::vector<std::string> names;
-    for (const auto& [name, state] : state_of(run.project)) {
-        const auto before = run.before.find(name);
-        const bool is_result = run.result == run.project / name;
-        if (!is_result && (before == run.before.end() || before->second != state))
-            names.push_back(printable(name));
-    }
+    for (const fs::path& file : files)
+        names.push_back(printable((file.parent_path() == project ? file.filename() : file).string()));
     return names;
 }
 
 }  // namespace
 
-DirectoryState state_of(const fs::path& directory) {
-    DirectoryState state;
-    std::error_code error;
-    for (const fs::directory_entry& there :
-         fs::directory_iterator(directory.empty() ? "." : directory, error)) {
-        struct stat about {};
-        if (stat(there.path().c_str(), &about) == 0 && S_ISREG(about.st_mode))
-            state[there.path().filename().string()] = fmt::format(
-                "{} {} {}.{}", about.st_ino, about.st_size, about.st_mtim.tv_sec, about.st_mtim.tv_nsec);
-    }
-    return state;
-}
-
-std::string run_summary(const FinishedRun& run) {
+std::string run_summary(const RunReport& run) {
     std::string text =
         fmt::format("{}: finished in {:.1f} s, edition {} ({})\n", printable(run.deck.string()), run.seconds,
                     run.edition.number, name_of(run.edition.kind));
-    std::error_code error;
-    const bool there = !run.result.empty() && fs::is_regular_file(run.result, error);
+    const bool there = !run.result.empty();
     if (there)
         text += entry("result", {printable(run.result.lexically_normal().string())});
-    if (const std::vector<std::string> names = written_files(run); !names.empty())
-        text += entry(there ? "also" : "written", names);
+    if (!run.also.empty())
+        text += entry(there ? "also" : "written", names_of(run.also, run.project));
+    if (!run.deleted.empty())
+        text += entry("deleted", names_of(run.deleted, run.project));
+    for (const std::string& remark : run.remarks)
+        text += entry("remark", {printable(remark)});
     if (!there)
         return text;
     try {

@@ -1,25 +1,32 @@
-// What a person wants to read when a run has finished.
+// What a person, or a program, wants to know of a run.
 #pragma once
 
 #include <filesystem>
-#include <map>
 #include <string>
+#include <vector>
 
 #include "commands/batch/edition.h"
 
 namespace brelan::tool {
 
-// Files of a directory, and what tells that one has been written.
-using DirectoryState = std::map<std::string, std::string>;
-DirectoryState state_of(const std::filesystem::path& directory);
-
-struct FinishedRun {
-    std::filesystem::path deck, project, result;  // the result may be empty: none is known
+struct RunReport {
+    std::filesystem::path deck, project;
     Edition edition;
     double seconds = 0.0;
-    DirectoryState before;  // of the project
+    int decks = 0;                            // that the run has begun
+    std::string pass;                         // the last one; empty before the first
+    int status = 0;                           // exit status of the batch program
+    std::string message, details;             // when it is not 0: in one line, and the lines below it
+    std::filesystem::path result;             // empty: none is known, or the run has not come to it
+    std::vector<std::filesystem::path> also;  // written besides it
+    std::vector<std::filesystem::path> deleted;
+    std::vector<std::string> remarks;  // each as it stands behind "remark"
 };
 
-std::string run_summary(const FinishedRun& run);
+// Of a run that has finished.
+std::string run_summary(const RunReport& report);
+
+// As an object, whatever the end.
+std::string run_json(const RunReport& report);  // commands/run_json.cpp
 
 }  // namespace brelan::tool

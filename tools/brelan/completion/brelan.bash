@@ -16,6 +16,7 @@ _brelan_files() {
 
 _brelan() {
     local cur=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command="" word i
+    local commands="run new check info plot convert diff help"
     local meshes='mes|meg|dat|vtu|msh' decks='dat|deck|txt|inp'
     COMPREPLY=()
     for ((i = 1; i < COMP_CWORD; ++i)); do
@@ -37,12 +38,14 @@ _brelan() {
             COMPREPLY=($(compgen -W "nodes elements both" -- "$cur"))
             return ;;
         --to)
-            COMPREPLY=($(compgen -W "mes vtu msh2 msh4" -- "$cur"))
+            local formats="mes vtu msh2 msh4"
+            [[ $command == plot ]] && formats="svg png pdf html"
+            COMPREPLY=($(compgen -W "$formats" -- "$cur"))
             return ;;
         --deck)
             _brelan_files "$decks"
             return ;;
-        --project | --data | --work)
+        --project | --data | --work | --apart)
             compopt -o filenames 2> /dev/null
             COMPREPLY=($(compgen -d -- "$cur"))
             return ;;
@@ -65,18 +68,18 @@ _brelan() {
     esac
 
     if [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "run new check info plot convert diff --help --version --quiet" -- "$cur"))
+        COMPREPLY=($(compgen -W "$commands --help --version --quiet" -- "$cur"))
         return
     fi
     if [[ $cur == -* ]]; then
         local options="--help --quiet"
         case $command in
-            run) options+=" --edition --kind --project --data --work --keep --program" ;;
+            run) options+=" --edition --kind --project --apart --json --data --work --keep --program" ;;
             new) options+=" --list --kind --output --name --force" ;;
             check) options+=" --edition --kind --project --json --strict" ;;
             info) options+=" --json --list --tolerance --kind" ;;
             plot)
-                options+=" --output --deck --numbers --window --title --width --scale --faults --no-codes --no-lines"
+                options+=" --output --to --deck --numbers --window --title --width --scale --faults --no-codes --no-lines"
                 options+=" --no-legend --no-axes --kind" ;;
             convert) options+=" --to --bare --kind" ;;
             diff) options+=" --by-place --tolerance --list --json --kind" ;;
@@ -89,6 +92,7 @@ _brelan() {
         new)
             COMPREPLY=($(compgen -W "base-mesh edit-0 edit-1 edit-2 edit-3 edit-4 edit-5 edit-6 groups combination dam" \
                 -- "$cur")) ;;
+        help) COMPREPLY=($(compgen -W "$commands" -- "$cur")) ;;
         info | plot | convert | diff) _brelan_files "$meshes" ;;
     esac
 }

@@ -21,10 +21,9 @@ cairo_status_t write_bytes(void* file, const unsigned char* data, unsigned int l
     return std::fwrite(data, 1, length, stream) == length ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
 }
 
-void require(cairo_status_t status, const std::filesystem::path& path) {
+void require(cairo_status_t status, const OutputFile& out) {
     if (status != CAIRO_STATUS_SUCCESS)
-        throw Failure(
-            fmt::format("{}: cannot be written: {}", path.string(), cairo_status_to_string(status)));
+        throw Failure(fmt::format("{}: cannot be written: {}", out.name(), cairo_status_to_string(status)));
 }
 
 class Painter {
@@ -128,10 +127,10 @@ void write_pdf(const Scene& scene, const std::filesystem::path& path) {
     {
         const Context context(cairo_create(surface.get()), cairo_destroy);
         Painter(context.get(), scene).paint();
-        require(cairo_status(context.get()), path);
+        require(cairo_status(context.get()), out);
     }
     cairo_surface_finish(surface.get());
-    require(cairo_surface_status(surface.get()), path);
+    require(cairo_surface_status(surface.get()), out);
     out.commit();
 }
 
@@ -145,9 +144,9 @@ void write_png(const Scene& scene, const std::filesystem::path& path, double sca
         const Context context(cairo_create(surface.get()), cairo_destroy);
         cairo_scale(context.get(), scale, scale);
         Painter(context.get(), scene).paint();
-        require(cairo_status(context.get()), path);
+        require(cairo_status(context.get()), out);
     }
-    require(cairo_surface_write_to_png_stream(surface.get(), write_bytes, out.stream()), path);
+    require(cairo_surface_write_to_png_stream(surface.get(), write_bytes, out.stream()), out);
     out.commit();
 }
 

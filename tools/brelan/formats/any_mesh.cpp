@@ -11,13 +11,21 @@
 
 namespace brelan::tool {
 
-Format format_of_content(const std::filesystem::path& path) {
+MeshSource mesh_source(const std::string& file) {
     constexpr std::size_t ENOUGH = 64;
-    std::string start = read_start(path, ENOUGH);
+    MeshSource source;
+    source.name = file;
+    if (file == STANDARD_STREAM) {
+        source.name = STANDARD_INPUT;
+        source.text = read_standard_input();
+    }
+    std::string start = source.text ? source.text->substr(0, ENOUGH) : read_start(file, ENOUGH);
     start.erase(0, start.find_first_not_of(" \t\r\n"));
     if (start.starts_with("<?xml") || start.starts_with("<VTKFile"))
-        return Format::vtu;
-    return start.starts_with("$MeshFormat") || start.starts_with("$Comments") ? Format::gmsh : Format::mesh;
+        source.format = Format::vtu;
+    else if (start.starts_with("$MeshFormat") || start.starts_with("$Comments"))
+        source.format = Format::gmsh;
+    return source;
 }
 
 std::optional<Format> format_of_name(const std::filesystem::path& path) {
@@ -31,18 +39,17 @@ std::optional<Format> format_of_name(const std::filesystem::path& path) {
     return std::nullopt;
 }
 
-Mesh read_any_mesh(const std::filesystem::path& path, std::optional<LayoutKind> kind, const Remark& remark) {
-    const Format format = format_of_content(path);
-    if (format == Format::mesh)
-        return read_mesh_file(path, kind);
-    const std::string content = read_file(path);
-    FromCells read = mesh_of(
-        format == Format::vtu ? read_vtu(content, path.string()) : read_gmsh(content, path.string()), kind);
+Mesh read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
+    const std::string& name = source.name;
+    if (source.format == Format::mesh)
+        return source.text ? read_mesh_text(*source.text, name, kind) : read_mesh_file(name, kind);
+    const std::string content = source.text ? *source.text : read_file(name);
+    FromCells read =
+        mesh_of(source.format == Format::vtu ? read_vtu(content, name) : read_gmsh(content, name), kind);
     if (remark && read.left_out > 0)
-        remark(fmt::format("{}: {} points and lines are no elements and were left out", path.string(),
-                           read.left_out));
+        remark(fmt::format("{}: {} points and lines are no elements and were left out", name, read.left_out));
     if (remark && read.turned > 0)
-        remark(fmt::format("{}: {} clockwise elements were turned", path.string(), read.turned));
+        remark(fmt::format("{}: {} clockwise elements were turned", name, read.turned));
     return std::move(read.mesh);
 }
 

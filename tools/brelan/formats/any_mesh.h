@@ -12,8 +12,15 @@ namespace brelan::tool {
 
 enum class Format { mesh, vtu, gmsh };
 
-// The format of a file by its first characters; a mesh file when they are no mark of another.
-Format format_of_content(const std::filesystem::path& path);
+// A mesh that is to be read.
+struct MeshSource {
+    std::string name;                 // of its file, for messages
+    Format format = Format::mesh;     // by its first characters; a mesh file when they are no mark of another
+    std::optional<std::string> text;  // of standard input, which cannot be read again
+};
+
+// The source for a name on the command line. Throws Failure.
+MeshSource mesh_source(const std::string& file);
 
 // By the ending of its name; none for an ending that is no mesh's.
 std::optional<Format> format_of_name(const std::filesystem::path& path);
@@ -21,7 +28,7 @@ std::optional<Format> format_of_name(const std::filesystem::path& path);
 // Reads a mesh file, a VTU or a Gmsh file. The kind is found from the file when it is not given. `remark` is
 // told what was left out or changed. Throws Failure or RunEnd with the file and what was expected.
 using Remark = std::function<void(const std::string&)>;
-Mesh read_any_mesh(const std::filesystem::path& path, std::optional<LayoutKind> kind = std::nullopt,
+Mesh read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind = std::nullopt,
                    const Remark& remark = {});
 
 // The mesh with the layout of another kind: codes of the same meaning stay, others are those of a base mesh.

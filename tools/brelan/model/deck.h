@@ -113,7 +113,8 @@ struct DeckShape {
 inline constexpr std::string_view BASE_MESH = "Bmesh.dat";
 
 struct Deck {
-    std::filesystem::path file;
+    std::filesystem::path file;  // as the user knows it
+    std::string text;            // all of the file
     LayoutKind kind = LayoutKind::displacement;
     std::vector<DeckCard> cards;
     std::optional<DeckFault> fault;
@@ -127,8 +128,20 @@ struct Deck {
     const DeckCard* card(std::string_view number) const;  // the first of that number
 };
 
-// Reads a deck for an edition of a kind. Throws Failure where the file is not there, is empty, or is no text;
-// a deck that the batch program refuses comes back with its fault.
+// What a deck is read from: a file's name and text, or those of standard input, which comes but once.
+struct DeckSource {
+    std::filesystem::path file;
+    std::string text;
+};
+
+// The source for a name on the command line. Throws Failure where the file is not there, is empty, or is no
+// text.
+DeckSource deck_source(const std::filesystem::path& file);
+
+// Reads a deck for an edition of a kind. A deck that the batch program refuses comes back with its fault.
+Deck read_deck(const DeckSource& source, LayoutKind kind);
+
+// The same for a file. Throws Failure as deck_source does.
 Deck read_deck(const std::filesystem::path& file, LayoutKind kind);
 
 // X1 Y1 to X4 Y4 of a card of a dam's core or wall.

@@ -6,6 +6,7 @@
 #include "basemesh/block_tables.h"
 #include "channel/real_to_integer.h"
 #include "cli/exit_status.h"
+#include "cli/input_file.h"
 #include "deck/deck_tables.h"
 #include "mesh/tables.h"
 #include "model/card_reader.h"
@@ -153,30 +154,45 @@ std::string read_text_of(const std::filesystem::path& file) {
     std::string text{std::istreambuf_iterator<char>(stream), {}};
     if (!stream || stream.bad())
         throw Failure(file.string() + ": the file cannot be read");
-    if (text.empty())
-        throw Failure(file.string() + ": expected a card deck, found an empty file");
-    if (const std::size_t zero = text.find('\0'); zero != std::string::npos)
-        throw Failure(
-            file.string() + ", line " +
-            std::to_string(1 + std::count(text.begin(), text.begin() + static_cast<long>(zero), '\n')) +
-            ": expected a card deck, found a zero byte: the file is no text");
     return text;
 }
 
 }  // namespace
 
-Deck read_deck(const std::filesystem::path& file, LayoutKind kind) {
+DeckSource deck_source(const std::filesystem::path& file) {
+    DeckSource source;
+    if (file == STANDARD_STREAM)
+        source = {STANDARD_INPUT, read_standard_input()};
+    else
+        source = {file, read_text_of(file)};
+    const std::string name = source.file.string();
+    const std::string& text = source.text;
+    if (text.empty())
+        throw Failure(name + ": expected a card deck, found an empty file");
+    if (const std::size_t zero = text.find('\0'); zero != std::string::npos)
+        throw Failure(
+            name + ", line " +
+            std::to_string(1 + std::count(text.begin(), text.begin() + static_cast<long>(zero), '\n')) +
+            ": expected a card deck, found a zero byte: the file is no text");
+    return source;
+}
+
+Deck read_deck(const DeckSource& source, LayoutKind kind) {
     Deck deck;
-    deck.file = file;
+    deck.file = source.file;
+    deck.text = source.text;
     deck.kind = kind;
-    const std::string text = read_text_of(file);
-    CardReader cards(deck, text);
+    CardReader cards(deck, deck.text);
     try {
         read_cards(deck, cards);
     } catch (const CardsEnd&) {
         // The fault is in the deck.
     }
     return deck;
+}
+
+Deck read_deck(const std::filesystem::path& file, LayoutKind kind) {
+    return read_deck(deck_source(file), kind);
 }
 
 }  // namespace brelan::tool

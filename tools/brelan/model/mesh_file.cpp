@@ -2,10 +2,13 @@
 
 #include <fmt/core.h>
 
+#include <numeric>
+
 #include "channel/channels.h"
 #include "channel/number_text.h"
 #include "channel/text_line.h"
 #include "cli/exit_status.h"
+#include "cli/input_file.h"
 #include "cli/output_file.h"
 #include "deck/card_stream.h"
 #include "mesh/kinds.h"
@@ -18,9 +21,9 @@ namespace {
 
 constexpr std::string_view HEADING = "a heading line of a mesh file";
 
-// The name of a channel that is held in memory. Closing one deletes the file of its name: there can be none
-// of this one.
-constexpr std::string_view IN_MEMORY = "/dev/null/mesh";
+// Names of channels that are held in memory. Closing one deletes the file of its name: there can be none of
+// these.
+constexpr std::string_view IN_MEMORY = "/dev/null/mesh", SOURCE_IN_MEMORY = "/dev/null/source";
 
 // The records of the library go by the running edition.
 void set_kind(LayoutKind kind) {
@@ -31,9 +34,24 @@ void set_kind(LayoutKind kind) {
 
 // --- reading -------------------------------------------------------------------------------------
 
+// A text as an input channel whose messages name it as told.
+Channel& open_text(std::string_view text, const std::string& name) {
+    Channel& channel = open_channel(CH_SOURCE_A, SOURCE_IN_MEMORY, OpenStatus::scratch);
+    std::size_t lines = 0;
+    for (std::size_t begin = 0; begin < text.size(); ++lines) {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        channel.write_line(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    LineOrigin origin{name, std::vector<int>(lines)};
+    std::iota(origin.line.begin(), origin.line.end(), 1);
+    channel.set_origin(origin);
+    channel.rewind();
+    return channel;
+}
+
 // The mesh without its comment lines, on a channel that knows the line of the file for each of its own.
-Channel& without_comments(const std::filesystem::path& path) {
-    Channel& from = open_channel(CH_SOURCE_A, path.string(), OpenStatus::old);
+Channel& without_comments(Channel& from) {
     Channel& mesh = open_channel(CH_MESH_A, IN_MEMORY, OpenStatus::scratch);
     mesh.follow(from);
     while (!from.at_end()) {
@@ -209,10 +227,12 @@ void require_fields(const Mesh& mesh) {
 
 }  // namespace
 
-Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind) {
+namespace {
+
+Mesh read_mesh(Channel& from, const std::string& name, std::optional<LayoutKind> kind) {
     Mesh mesh;
-    mesh.file = path.string();
-    Channel& file = without_comments(path);
+    mesh.file = name;
+    Channel& file = without_comments(from);
     if (!kind)
         kind = find_kind(file);
     if (!kind)
@@ -224,6 +244,16 @@ Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind>
     close_channel(CH_MESH_A);
     mesh.finish();
     return mesh;
+}
+
+}  // namespace
+
+Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind) {
+    return read_mesh(open_channel(CH_SOURCE_A, path.string(), OpenStatus::old), path.string(), kind);
+}
+
+Mesh read_mesh_text(std::string_view text, const std::string& name, std::optional<LayoutKind> kind) {
+    return read_mesh(open_text(text, name), name, kind);
 }
 
 void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path) {
@@ -240,7 +270,7 @@ void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path) {
         shown.NTRUS = 0;
 
     Channel& file = open_channel(CH_RESULT, IN_MEMORY, OpenStatus::scratch);
-    write_mesh_head(file, path.filename().string(), shown);
+    write_mesh_head(file, path == STANDARD_STREAM ? mesh.name : path.filename().string(), shown);
     write_node_heading(file);
     for (const Node& node : mesh.nodes)
         write_node_record(file, node);

@@ -3,6 +3,8 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "model/mesh.h"
 
@@ -15,7 +17,12 @@ namespace brelan::tool {
 // Throws Failure or RunEnd with file, line and what was expected.
 Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind = std::nullopt);
 
-// Writes the mesh in the layouts of its kind, whole or not at all. The first line takes the file's name.
+// The same for the text of a mesh file; `name` stands for it in messages.
+Mesh read_mesh_text(std::string_view text, const std::string& name,
+                    std::optional<LayoutKind> kind = std::nullopt);
+
+// Writes the mesh in the layouts of its kind, whole or not at all. The first line takes the file's name; on
+// standard output it stays that of the mesh.
 // Throws Failure for a value that its field cannot hold.
 void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path);
 

@@ -2,7 +2,7 @@
 
 #include <fmt/core.h>
 
-#include <fstream>
+#include <sstream>
 
 #include "channel/run_end.h"
 #include "cli/exit_status.h"
@@ -44,9 +44,9 @@ std::string word_behind(std::string_view line, std::string_view key) {
 }
 
 // The kind that a comment in front of the first card names.
-std::optional<LayoutKind> kind_in_comments(const fs::path& deck) {
-    std::ifstream file(deck);
-    for (std::string line; std::getline(file, line) && !line.empty() && line.front() == '*';)
+std::optional<LayoutKind> kind_in_comments(const DeckSource& deck) {
+    std::istringstream text(deck.text);
+    for (std::string line; std::getline(text, line) && !line.empty() && line.front() == '*';)
         if (const auto kind = kind_named(word_behind(line, "Kind:")))
             return kind;
     return std::nullopt;
@@ -77,7 +77,7 @@ std::vector<KnownMesh> meshes_of(const Deck& deck, const fs::path& project) {
     return meshes;
 }
 
-Edition first_choice(const fs::path& deck, const EditionOptions& options,
+Edition first_choice(const DeckSource& deck, const EditionOptions& options,
                      const std::optional<std::int32_t>& of_data) {
     if (of_data)
         return {*of_data, kind_of(*of_data), "PROGRAM.DAT"};
@@ -108,11 +108,11 @@ void add_edition_options(CLI::App& command, const std::shared_ptr<EditionOptions
         ->excludes(edition);
 }
 
-EditionOfDeck edition_of_deck(const fs::path& file, const fs::path& project, const EditionOptions& options,
-                              std::optional<std::int32_t> of_data) {
+EditionOfDeck edition_of_deck(const DeckSource& source, const fs::path& project,
+                              const EditionOptions& options, std::optional<std::int32_t> of_data) {
     EditionOfDeck found;
-    found.edition = first_choice(file, options, of_data);
-    const Deck deck = read_deck(file, found.edition.kind);
+    found.edition = first_choice(source, options, of_data);
+    const Deck deck = read_deck(source, found.edition.kind);
     for (const KnownMesh& mesh : meshes_of(deck, project)) {
         if (found.edition.source.empty())
             found.edition = {edition_of(mesh.kind), mesh.kind, mesh.name};

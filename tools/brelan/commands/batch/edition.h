@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "run/settings.h"
+#include "model/deck.h"
 
 namespace brelan::tool {
 
@@ -36,7 +36,7 @@ struct EditionOfDeck {
     Edition edition;
     std::string contradiction;  // "Row.Mes is a mesh of the head kind"; empty where there is none
 };
-EditionOfDeck edition_of_deck(const std::filesystem::path& deck, const std::filesystem::path& project,
+EditionOfDeck edition_of_deck(const DeckSource& deck, const std::filesystem::path& project,
                               const EditionOptions& options, std::optional<std::int32_t> of_data = {});
 
 }  // namespace brelan::tool

@@ -3,7 +3,7 @@
 
 #include <charconv>
 #include <cmath>
-#include <fstream>
+#include <sstream>
 
 #include "channel/text_line.h"
 #include "commands/card_report.h"
@@ -67,7 +67,7 @@ void doubt_writing(Doubts& doubts, const DeckCard& card) {
 
 // Whole lines as they stand in the file: a card's text ends with column 126.
 void doubt_line_ends(Doubts& doubts) {
-    std::ifstream file(doubts.deck().file);
+    std::istringstream file(doubts.deck().text);
     std::vector<std::string> lines;
     for (std::string line; std::getline(file, line);)
         lines.push_back(line);

@@ -4,6 +4,7 @@ import os
 import pathlib
 import re
 import shutil
+import stat
 import subprocess
 import tempfile
 import unittest
@@ -25,9 +26,10 @@ class Case(unittest.TestCase):
                             if k not in ("BRELAN_DRIVE_C", "XDG_DATA_HOME", "NO_COLOR")}
         self.environment.update(TMPDIR=str(self.temporary), HOME=str(self.root / "home"), TERM="xterm")
 
-    def brelan(self, *arguments, cwd=None, **environment):
+    def brelan(self, *arguments, cwd=None, stdin="", **environment):
+        """`stdin` is a text."""
         return subprocess.run([BRELAN, *map(str, arguments)], cwd=cwd or self.project, text=True,
-                              capture_output=True, stdin=subprocess.DEVNULL, timeout=120,
+                              capture_output=True, input=stdin, timeout=120,
                               env=dict(self.environment, **environment))
 
     def write(self, name, text):
@@ -69,6 +71,13 @@ class Case(unittest.TestCase):
         """No working directory in the project, nothing in the place for temporary files."""
         self.assertEqual([p.name for p in self.project.iterdir() if p.name.startswith(".")], [])
         self.assertEqual(list(self.temporary.iterdir()), [])
+
+    def fake_program(self, text):
+        """A shell script in place of the batch program; it starts in the working directory."""
+        path = self.root / "program"
+        path.write_text("#!/bin/sh\n" + text)
+        path.chmod(path.stat().st_mode | stat.S_IXUSR)
+        return path
 
     def counts(self, mesh):
         """NUMNP, NCONT, NBEAM, NTRUS of a mesh file of the project."""

@@ -5,7 +5,6 @@ import pty
 import select
 import shutil
 import signal
-import stat
 import subprocess
 import time
 
@@ -318,12 +317,6 @@ class DataDirectories(Case):
 
 
 class Processes(Case):
-    def fake_program(self, text):
-        path = self.root / "program"
-        path.write_text("#!/bin/sh\n" + text)
-        path.chmod(path.stat().st_mode | stat.S_IXUSR)
-        return path
-
     def start(self, *arguments, **options):
         return subprocess.Popen([BRELAN, *map(str, arguments)], cwd=self.project, env=self.environment, text=True,
                                 stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, **options)

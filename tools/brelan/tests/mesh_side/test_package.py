@@ -47,6 +47,7 @@ class Pages(Case):
         page = self.manual("brelan.1")
         for command in COMMANDS:
             self.assertIn(f"brelan-{command}(1)", page)
+        self.assertIn("brelan help [command]", page)
 
     def complete(self, *words):
         """What bash offers for the last word."""
@@ -58,7 +59,11 @@ class Pages(Case):
         return set(result.stdout.split("\n")) - {""}
 
     def test_completion_of_commands_and_options(self):
-        self.assertEqual(self.complete(""), {*COMMANDS, "--help", "--version", "--quiet"})
+        self.assertEqual(self.complete(""), {*COMMANDS, "help", "--help", "--version", "--quiet"})
+        self.assertEqual(self.complete("help", ""), {*COMMANDS, "help"})
+        self.assertEqual(self.complete("help", "--"), {"--help", "--quiet"})
+        self.assertEqual(self.complete("plot", "--to", "p"), {"png", "pdf"})
+        self.assertEqual(self.complete("convert", "--to", "v"), {"vtu"})
         self.assertEqual(self.complete("c"), {"check", "convert"})
         for command in COMMANDS:
             expected = options_in(self.good(command, "--help").split("Options:")[1]) | {"--quiet"}
@@ -78,6 +83,7 @@ class Pages(Case):
         self.assertEqual(self.complete("run", ""), {"e.dat", "f.txt", "sub"})
         self.assertEqual(self.complete("plot", "a.Mes", "-o", ""), {"g.svg", "sub"})
         self.assertEqual(self.complete("run", "--project", ""), {"sub"})
+        self.assertEqual(self.complete("run", "--apart", ""), {"sub"})
 
 
 def broken_links(root):

@@ -1,0 +1,151 @@
+#include "commands/batch/side_files.h"
+
+#include <fmt/core.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <initializer_list>
+#include <string_view>
+#include <system_error>
+
+#include "cli/exit_status.h"
+#include "cli/words.h"
+
+namespace brelan::tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The project's own settings: a run makes the file where there is none, and it stays there.
+constexpr std::string_view DEFAULTS = "DV-BRELAN.dat";
+
+std::string state_of(const fs::path& file) {
+    struct stat about {};
+    if (stat(file.c_str(), &about) != 0 || !S_ISREG(about.st_mode))
+        return "";
+    return fmt::format("{} {} {}.{}", about.st_ino, about.st_size, about.st_mtim.tv_sec,
+                       about.st_mtim.tv_nsec);
+}
+
+bool same_name(const fs::path& a, const fs::path& b) {
+    return lower(a.lexically_normal().string()) == lower(b.lexically_normal().string());
+}
+
+}  // namespace
+
+std::vector<std::string> side_file_names(const Deck& deck, const fs::path& project) {
+    constexpr std::int32_t edit = 1, base_mesh = 2, dam = 3;
+    const fs::path result = file_of_card(project, deck.result);
+    std::vector<std::string> names;
+    const auto add = [&](std::initializer_list<std::string_view> more) {
+        for (const std::string_view name : more)
+            if (!same_name(file_of_card(project, name), result))
+                names.emplace_back(name);
+    };
+    if (deck.IMOD >= base_mesh)
+        add({BASE_MESH});
+    if (deck.IMOD == dam)
+        add({"EarthDam.Meg", "EarthDam.Mes", "Earth_Dam.Mes", "Shell_Left.Mes", "Shell_Right.Mes",
+             "Dam_Shell.Mes"});
+    if (deck.IMOD >= edit)
+        add({"Boundary.Man", "Group.Man", "Group.Pos", "MatAD.Man", DEFAULTS});
+    return names;
+}
+
+SideFiles::SideFiles(fs::path project, const Deck& deck, fs::path apart)
+    : project_(std::move(project)), apart_(std::move(apart)) {
+    if (!apart_.empty()) {
+        std::error_code error;
+        fs::create_directories(apart_, error);
+        if (!fs::is_directory(apart_, error))
+            throw Failure(fmt::format("{}: expected a directory, or a name for a new one", apart_.string()));
+        if (fs::equivalent(apart_, project_, error))
+            throw Failure(fmt::format("{}: expected another directory than the project's", apart_.string()));
+        aside_.emplace(project_, ".brelan-aside-");
+    }
+    for (const std::string& name : side_file_names(deck, project_)) {
+        Entry entry{name, file_of_card(project_, name), "", ""};
+        if (aside_ && name != DEFAULTS)
+            set_aside(entry);
+        entry.state = state_of(entry.there);
+        entries_.push_back(std::move(entry));
+    }
+}
+
+void SideFiles::set_aside(Entry& entry) {
+    std::error_code error;
+    if (!fs::is_regular_file(entry.there, error))
+        return;
+    const fs::path aside = aside_->path() / entry.there.filename();
+    fs::rename(entry.there, aside, error);
+    if (error)
+        throw Failure(fmt::format("{}: cannot be set aside: {}", entry.there.string(), error.message()));
+    entry.aside = aside;
+}
+
+SideFiles::~SideFiles() {
+    try {
+        collect();
+    } catch (const Failure&) {
+        // The failure that ends the run is told already.
+    }
+}
+
+bool SideFiles::move_apart(const fs::path& file) {
+    std::error_code error;
+    const fs::path to = apart_ / file.filename();
+    fs::rename(file, to, error);
+    if (error) {  // on another disk
+        fs::copy_file(file, to, fs::copy_options::overwrite_existing, error);
+        std::error_code gone;
+        if (!error)
+            fs::remove(file, gone);
+    }
+    return !error;
+}
+
+void SideFiles::collect() {
+    if (collected_)
+        return;
+    collected_ = true;
+    std::string failure;
+    for (const Entry& entry : entries_) {
+        const fs::path now = file_of_card(project_, entry.name);
+        const std::string state = state_of(now);
+        if (state.empty() && !entry.state.empty())
+            deleted_.push_back(entry.there);
+        if (state.empty() || state == entry.state)
+            continue;
+        if (!aside_ || entry.name == DEFAULTS)
+            written_.push_back(now);
+        else if (move_apart(now))
+            written_.push_back(apart_ / now.filename());
+        else
+            failure = fmt::format("{}: cannot be written", (apart_ / now.filename()).string());
+    }
+    for (const Entry& entry : entries_) {
+        std::error_code error;
+        if (!entry.aside.empty())
+            fs::rename(entry.aside, entry.there, error);
+        if (error) {
+            aside_->keep();
+            failure = fmt::format("{}: cannot be put back from {}: {}", entry.there.string(),
+                                  entry.aside.string(), error.message());
+        }
+    }
+    const auto by_name = [](const fs::path& a, const fs::path& b) { return a.filename() < b.filename(); };
+    std::sort(written_.begin(), written_.end(), by_name);
+    std::sort(deleted_.begin(), deleted_.end(), by_name);
+    if (!failure.empty())
+        throw Failure(failure);
+}
+
+fs::path SideFiles::place_of(const fs::path& file) const {
+    for (const fs::path& written : written_)
+        if (aside_ && same_name(file, project_ / written.filename()))
+            return written;
+    return file;
+}
+
+}  // namespace brelan::tool
