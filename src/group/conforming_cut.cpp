@@ -26,18 +26,6 @@ bool contains(const Point& P, const Corners& c) {
 
 // --- marks ---------------------------------------------------------------------------------------
 
-// Every row learns that a corner of its own is on the line.
-void mark_corner(std::int32_t node) {
-    for (const std::uint32_t r : rows_with(node)) {
-        CutRow& row = CUTTAB[r];
-        if (row.E <= 0)
-            continue;
-        for (int i = 0; i < row.corners(); ++i)
-            if (row.N[i] == node)
-                row.V[i] = 1;
-    }
-}
-
 // The code words of a new node follow other nodes one after the other: in the coupled and displacement kinds
 // a word stays 1 only if no other has 0, in the temperature and head kinds a word that is not 0 is taken.
 void follow_node(std::int32_t node, std::int32_t other) {
@@ -95,9 +83,19 @@ std::int32_t add_centre_node(const Point& point, const CutRow& row) {
     return node;
 }
 
-// The corner of a row is on the line: all rows learn it.
+// The corner of a row is on the line: the other rows learn it wherever they have its node. A row that names
+// the node twice is marked at the given corner alone.
 void ADDSIDE(CutRow& row, int place) {
-    mark_corner(row.N[place]);
+    const std::int32_t node = row.N[place];
+    for (const std::uint32_t r : rows_with(node)) {
+        CutRow& other = CUTTAB[r];
+        if (&other == &row || other.E <= 0)
+            continue;
+        for (int i = 0; i < other.corners(); ++i)
+            if (other.N[i] == node)
+                other.V[i] = 1;
+    }
+    row.V[place] = 1;
 }
 
 // The side gets a node at the point, or the one that another row has put on it.
@@ -134,7 +132,6 @@ constexpr float CLEAR_OF_CORNER = 0.3F;  // of a side: least distance of a node 
 void place_corner(CutRow& row, int place, const Point& point) {
     move_node(row.N[place], point);
     ADDSIDE(row, place);
-    row.V[place] = 1;
 }
 
 Point along(const Point& from, const Point& a, const Point& b) {
@@ -169,7 +166,6 @@ void ENDNODE(CutRow& row, const RowSide& side, const Point& P, const Point& Q0) 
             if (both_frozen)
                 move_node(row.N[place], Q);
             ADDSIDE(row, place);
-            row.V[place] = 1;
             return;
         }
         // Near B the node goes outwards, beyond the end of the side: kept as decks have always had it.
@@ -242,10 +238,8 @@ std::int32_t SIDECUT(CutRow& row, const RowSide& side, const Point& P1, const Po
     const std::int32_t node = row.N[place];
     const std::int32_t other = nearer_B ? nodeA : nodeB;
     const auto mark = [&] {
-        if (mode.IEND == ONLY_MOVE)
-            return;
-        ADDSIDE(row, place);
-        row.V[place] = 1;
+        if (mode.IEND != ONLY_MOVE)
+            ADDSIDE(row, place);
     };
     if (FROZEN[node] == 0 || (FROZEN[node] == 1 && FROZEN[other] == 1)) {
         move_node(node, X);

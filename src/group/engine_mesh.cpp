@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <string>
 
 #include "group/indexes.h"
@@ -24,12 +25,35 @@ struct Box {
         y1 = std::max(y1, p.y);
     }
     float size() const { return std::max(x1 - x0, y1 - y0); }
-    // Room for what the tests find beyond a box: a rounded crossing up to half of a segment's length beyond
-    // its end, and the area tolerance of a triangle.
+    // Room for what the tests find beyond a box.
+    //
+    // A crossing of a slanting segment with one along an axis is accepted when its computed place, of the one
+    // coordinate, lies in the spans of both; of the other coordinate it may lie beyond the slanting one's
+    // end, by that one's whole height (or width, with the axes changed):
+    //
+    //     computed:  x = x0 + (y - y0) * (w / h)     from the end (x0, y0), over w and h to the other
+    //     accepted:  x from x0 to x0 + w             w and h at least 1e-10: the segment slants
+    //
+    // The last sum rounds by at most half the spacing of reals outside the span, where the spacing is at most
+    // twice that inside; two different ends stand at least the inner spacing apart, so it rounds by at most
+    // w. Hence |(y - y0) * (w / h)| <= 2 w, and backwards <= w: y lies at most one h beyond either end, but
+    // for five roundings of 6e-8 each. What is below 1e-38 and taken as 0 is less than 1e-12 of y. Beyond
+    // FARTHEST products leave the range of the reals and the bound with it: such a box reaches everywhere.
+    // Two slanting segments cross only where their boxes meet, and so do two along the axes.
+    //
+    // A triangle contains points to 5e-5 of its own width and height beyond it, and areas of less than 1e-10
+    // of size and coordinate, whose rounding could take more, are kept out of the cells (is_flat). A node at
+    // most `reach` from a segment is found by its computed distance; 1e-6 of a coordinate is room for the
+    // rounding of centroids and of a polygon's crossings.
     Box with_room(float reach = 0.0F) const {
+        constexpr float FARTHEST = 1.0E15F, everywhere = std::numeric_limits<float>::infinity();
         const float far = std::max({std::abs(x0), std::abs(x1), std::abs(y0), std::abs(y1)});
-        const float room = size() * 0.51F + reach * 1.01F + far * 1.0E-6F + 1.0E-9F;
-        return {x0 - room, y0 - room, x1 + room, y1 + room};
+        if (!(far <= FARTHEST))
+            return {-everywhere, -everywhere, everywhere, everywhere};
+        const float more = reach * 1.01F + far * 1.0E-6F + 1.0E-9F;
+        const float room_x = (x1 - x0) * 1.0001F + more;
+        const float room_y = (y1 - y0) * 1.0001F + more;
+        return {x0 - room_x, y0 - room_y, x1 + room_x, y1 + room_y};
     }
 };
 

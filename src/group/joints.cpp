@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <string>
 #include <unordered_map>
 
 #include "group/engine_mesh.h"
@@ -39,13 +40,11 @@ void set_joint_attributes(std::int32_t e, std::int32_t KFj) {
     }
 }
 
-// On which side of the line an element lies, seen from its corner at the line's place k.
+// On which side of a line of two nodes or more an element lies, seen from its corner at the line's place k.
 bool is_left(const std::vector<Point>& line, bool closed, std::size_t k, const Point& G) {
     const std::size_t last = line.size() - 1;
     if (closed)
         return SCANPOLY(G, line, SCAN_ALWAYS) == 1;
-    if (line.size() == 1)
-        return area_32(line[0], line[0], G) >= 0.0F;
     if (k == 0)
         return area_32(line[0], line[1], G) >= 0.0F;
     if (k == last)
@@ -56,6 +55,32 @@ bool is_left(const std::vector<Point>& line, bool closed, std::size_t k, const P
     if (turn >= 0.0)
         return before < 0.0 ? false : behind >= 0.0;
     return before >= 0.0 ? true : behind >= 0.0;
+}
+
+// Why no twin can be put beside place k of a line, where that can be told: an edge without length has no left
+// side, and shifted edges meet nowhere where the line turns back.
+std::string missing_place(std::span<const std::int32_t> nodes, bool closed, std::size_t k) {
+    const std::size_t c = nodes.size();
+    const std::int32_t before = k > 0 || closed ? nodes[(k + c - 1) % c] : 0;
+    const std::int32_t behind = k + 1 < c || closed ? nodes[(k + 1) % c] : 0;
+    const Point at = node_point(nodes[k]);
+    for (const std::int32_t other : {before, behind})
+        if (other != 0 && distance(node_point(other), at) == 0.0F)
+            return ": nodes " + std::to_string(nodes[k]) + " and " + std::to_string(other) +
+                   " of the line lie at one point, as when two joints of no width lie on one line";
+    if (before == 0 || behind == 0)
+        return "";
+    const Point from = node_point(before), to = node_point(behind);
+    const bool turns = (at.x - from.x) * (to.x - at.x) + (at.y - from.y) * (to.y - at.y) < 0.0F;
+    return turns ? ": the line turns back on itself there" : "";
+}
+
+void require_place(std::span<const std::int32_t> nodes, bool closed, std::size_t k, const Point& twin) {
+    if (std::isfinite(twin.x) && std::isfinite(twin.y))
+        return;
+    FAIL("group " + std::to_string(CURRENT_GROUP) +
+         ": expected coordinates that are numbers, but the twin of node " + std::to_string(nodes[k]) +
+         " of its line would get one that is none" + missing_place(nodes, closed, k));
 }
 
 }  // namespace
@@ -92,6 +117,7 @@ std::vector<std::int32_t> TWINLINE(std::span<const std::int32_t> nodes, bool clo
     std::vector<std::int32_t> twins;
     for (std::size_t k = 0; k < nodes.size(); ++k) {
         const std::int32_t node = nodes[k];
+        require_place(nodes, closed, k, places[k]);
         const std::int32_t twin = add_node(places[k]);
         for (std::size_t i = 0; i < words; ++i)
             IDN[twin][i] = IDN[node][i];
@@ -122,6 +148,8 @@ void ADDJOINTS(std::span<const std::int32_t> nodes, std::span<const std::int32_t
 }
 
 void MOVEACROSS(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed) {
+    if (nodes.size() < 2)
+        return;
     const std::vector<Point> line = points_of(nodes);
     std::unordered_map<std::int32_t, std::size_t> place;  // of a node in the list, which names none twice
     for (std::size_t k = 0; k < nodes.size(); ++k)
@@ -171,6 +199,7 @@ void TWINFIX(std::span<const std::int32_t> nodes, std::span<const std::int32_t> 
             if (std::abs(D) >= NO_SHIFT)
                 twin = {line.x + T * T / D, line.y};
         }
+        require_place(nodes, closed, k, twin);
         move_node(twins[k], twin);
     }
 }

@@ -36,7 +36,8 @@ void ADDJOINTS(std::span<const std::int32_t> nodes, std::span<const std::int32_t
                std::int32_t MATj, std::int32_t KFj);
 
 // Moves the elements to the left of the line to the twin nodes; those marked by a negative LTP stay, and move
-// when they are to its right.
+// when they are to its right. A line of one node has no sides and no joint: nothing moves, else a beam or
+// truss would be left hanging on the twin.
 void MOVEACROSS(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed);
 
 // Computes the twins' places anew, as the line lies now, and keeps twins at the left, right and lower limits

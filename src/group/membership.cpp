@@ -96,10 +96,20 @@ bool in_strip(const ListingRow& row, const Point& G) {
     return false;
 }
 
-void record(Channel& file, ListingRow& row, std::int32_t element, std::int32_t material, std::int8_t type) {
-    ++row.members;
-    ++NMEMBER;
-    MEMBER_RECORD.write(file, row.group, material, element, static_cast<std::int32_t>(type), row.sub_kind);
+// Calls the action with the number of each row that an element belongs to.
+template <class Action>
+void for_rows_of(const ElementWords& words, std::int8_t type, Action action) {
+    const Point centre = mean_of(words, type == EL_CONTINUUM ? 4 : 2);
+    const auto scan = [&](const auto& rows, auto holds) {
+        for (const auto& scanned : rows)
+            if (scanned.box.may_hold(centre) && holds(scanned))
+                action(scanned.row);
+    };
+    scan(outlines, [&](const ScannedOutline& outline) { return outline.polygon.inside(centre); });
+    if (type == EL_CONTINUUM)
+        scan(strips, [&](const ScannedRow& strip) { return in_strip(LISTING[strip.row], centre); });
+    else
+        scan(lines, [&](const ScannedRow& line) { return on_line(LISTING[line.row], centre); });
 }
 
 void count_material(std::int8_t type, std::int32_t material) {
@@ -135,19 +145,21 @@ void begin_membership() {
     }
 }
 
+std::vector<std::int32_t> listing_rows_of(const ElementWords& words, std::int8_t type) {
+    std::vector<std::int32_t> rows;
+    for_rows_of(words, type, [&](std::int32_t row) { rows.push_back(row); });
+    return rows;
+}
+
 void GROUPMEMBER(Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type) {
     count_material(type, words.MATNO);
-    const Point centre = mean_of(words, type == EL_CONTINUUM ? 4 : 2);
-    const auto scan = [&](const auto& rows, auto holds) {
-        for (const auto& scanned : rows)
-            if (scanned.box.may_hold(centre) && holds(scanned))
-                record(file, LISTING[scanned.row], element, words.MATNO, type);
-    };
-    scan(outlines, [&](const ScannedOutline& outline) { return outline.polygon.inside(centre); });
-    if (type == EL_CONTINUUM)
-        scan(strips, [&](const ScannedRow& strip) { return in_strip(LISTING[strip.row], centre); });
-    else
-        scan(lines, [&](const ScannedRow& line) { return on_line(LISTING[line.row], centre); });
+    for_rows_of(words, type, [&](std::int32_t i) {
+        ListingRow& row = LISTING[i];
+        ++row.members;
+        ++NMEMBER;
+        MEMBER_RECORD.write(file, row.group, words.MATNO, element, static_cast<std::int32_t>(type),
+                            row.sub_kind);
+    });
 }
 
 }  // namespace brelan

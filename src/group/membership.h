@@ -12,13 +12,16 @@ namespace brelan {
 // Truss elements of each material above 0, by material.
 inline std::vector<std::int32_t> NTRUSM;
 
-// Makes ready for the elements of a written mesh: clears the counts, and notes where each row of the listing
+// Makes ready for the elements of a finished mesh: clears the counts, and notes where each row of the listing
 // lies.
 void begin_membership();
 
-// Tests an element, just written, against every row of the listing and writes a record for each that it
-// belongs to: inside an outline, on a line, in a joint strip. Keeps the highest materials and the counts of
-// trusses.
+// The rows of the listing that an element belongs to, by number: inside an outline, on a line, in a joint
+// strip.
+std::vector<std::int32_t> listing_rows_of(const ElementWords& words, std::int8_t type);
+
+// Writes a record of an element, just written, for each row that it belongs to. Keeps the highest materials
+// and the counts of trusses.
 void GROUPMEMBER(Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type);
 
 }  // namespace brelan

@@ -65,6 +65,7 @@ inline float Hi = 0.0F;  // head that the nodes of a head mesh are written with
 // What a group's cards give the outputs.
 struct GroupPost {
     TextLine title;
+    std::string place;  // file and line of Card 3.3.5.4.1, for messages
     std::int32_t IGPOST = 0;
     std::array<std::array<std::int32_t, 2>, 6> pair{};
     std::array<std::int32_t, 7> toggle{};

@@ -1,5 +1,7 @@
 #include "output/graf_2d.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 
 #include "channel/layout.h"
@@ -59,6 +61,8 @@ struct SectionRow {
     std::int8_t first_type, last_type;
     TextLines heading;
     void (*write_range)(Channel& text, const ElementRange& range);
+
+    bool lists(std::int8_t type) const { return type >= first_type && type <= last_type; }
 };
 
 constexpr SectionRow SECTIONS[] = {
@@ -91,18 +95,20 @@ bool lists_all_groups(std::int32_t NPTYPE) {
 // The elements of a group's class and material that a section lists.
 const ElementRanges& listed(const SectionRow& row, const GroupMembers::value_type& member) {
     static const ElementRanges none;
-    const std::int8_t type = member.first.first;
-    if (type < row.first_type || type > row.last_type)
+    if (!row.lists(member.first.first))
         return none;
     return row.inside_only ? member.second.inside : member.second.all;
 }
 
+bool lists_group(std::int32_t g, std::int32_t NPTYPE) {
+    return switch_of(g, NPTYPE) != 0 || lists_all_groups(NPTYPE);
+}
+
 // The groups that a section lists, in their order.
 std::vector<std::int32_t> listed_groups(std::int32_t NPTYPE) {
-    const bool all = lists_all_groups(NPTYPE);
     std::vector<std::int32_t> groups;
     for (std::int32_t g = 1; g <= NGROUP; ++g)
-        if (all || switch_of(g, NPTYPE) != 0)
+        if (lists_group(g, NPTYPE))
             groups.push_back(g);
     return groups;
 }
@@ -263,11 +269,16 @@ void write_result_section(Channel& post, const std::vector<GroupMembers>& member
     write_node_lists(post, "* Card 11.7.9", "* Card 11.7.10");
 }
 
+// Temperature decks have the sections of the mesh and of results only.
+bool has_section(std::int32_t NPTYPE) {
+    return KIND() != LayoutKind::temperature || NPTYPE == 1 || NPTYPE == 6;
+}
+
 }  // namespace
 
 void WRITEGRAF2D(Channel& post, const std::vector<GroupMembers>& members, const MeshCounts& counts) {
     write_mesh_section(post, members);
-    if (KIND() != LayoutKind::temperature) {
+    if (has_section(2)) {  // and 3 to 5 with it
         write_contour_section(post, members);
         write_displacement_section(post, members, counts);
         write_line_section(post, members, 4, BEAM_CHOICES, BEAM_COUNT, "* Card 11.5.8", "* Card 11.5.9");
@@ -275,6 +286,13 @@ void WRITEGRAF2D(Channel& post, const std::vector<GroupMembers>& members, const 
     }
     write_result_section(post, members);
     write_lines(post, END_OF_GRAF_2D);
+}
+
+bool plots_list(std::int32_t g, std::int8_t type, std::int32_t sub_kind) {
+    return std::any_of(std::begin(SECTIONS), std::end(SECTIONS), [&](const SectionRow& row) {
+        return has_section(row.NPTYPE) && row.lists(type) && (!row.inside_only || sub_kind == ROW_OUTLINE) &&
+               lists_group(g, row.NPTYPE);
+    });
 }
 
 }  // namespace brelan

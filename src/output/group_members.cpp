@@ -1,7 +1,5 @@
 #include "output/group_members.h"
 
-#include <string>
-
 #include "channel/free_field.h"
 #include "group/tables.h"
 
@@ -47,10 +45,6 @@ std::vector<GroupMembers> READMEMBERS(Channel& file) {
                   r.material, r.element, r.type, r.sub_kind);
         if (!r.takes_part())
             continue;
-        if (r.material < 0)
-            FAIL("group " + std::to_string(r.group) + ": element " + std::to_string(r.element) +
-                 " has material " + std::to_string(r.material) +
-                 "; expected a material of 1 or more in a group with outputs");
         const auto g = static_cast<std::size_t>(r.group);
         LastBucket& bucket = last[g];
         const GroupMembers::key_type key{static_cast<std::int8_t>(r.type), r.material};

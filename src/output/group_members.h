@@ -29,7 +29,7 @@ struct MemberRanges {
 using GroupMembers = std::map<std::pair<std::int8_t, std::int32_t>, MemberRanges>;
 
 // Reads the records, once, into the members of groups 1 to NGROUP; place 0 stays empty. A group that wants no
-// outputs (IGPOST 0) has no members. Ends the run at a material below 0.
+// outputs (IGPOST 0) has no members.
 std::vector<GroupMembers> READMEMBERS(Channel& file);
 
 }  // namespace brelan

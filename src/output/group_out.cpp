@@ -23,6 +23,11 @@ constexpr std::string_view GROUP_FILE = "GROUP.TMP";
 
 }  // namespace
 
+bool outputs_list(const ListingRow& row, std::int8_t type, std::int32_t material) {
+    return GROUPPOST[row.group].IGPOST != 0 && (activity_of(row.group, type, material) != ActivityPair{} ||
+                                                plots_list(row.group, type, row.sub_kind));
+}
+
 void GROUPOUT(std::string_view FILEM, const MeshCounts& counts) {
     close_channel(CH_GROUP);
     UNITTAB();

@@ -1,11 +1,17 @@
 // The output decks of a deck with groups.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
+#include "group/tables.h"
 #include "mesh/mesh_records.h"
 
 namespace brelan {
+
+// True when an element of a class and material that a row of the listing claims comes into a file of the
+// outputs.
+bool outputs_list(const ListingRow& row, std::int8_t type, std::int32_t material);
 
 // From the records of "GROUP.TMP": element activity and materials of their own for the groups, with
 // "..\MatAD.Man",

@@ -2,7 +2,6 @@
 
 #include "channel/channels.h"
 #include "deck/strip_mesh.h"
-#include "group/membership.h"
 #include "group/tables.h"
 #include "mesh/boundary_file.h"
 #include "mesh/compaction.h"
@@ -150,8 +149,10 @@ void write_result() {
     COUNTNODES(result);
     TRACE(" Pass 21 ", 21.0F);
     COUNTELEMENTS(result);
-    if (EDIT.IEDIT == 4)
+    if (EDIT.IEDIT == 4) {
+        prepare_members(result.elements);
         WRITEPIPES(result);
+    }
     TRACE(" Pass 22.1 ", 22.1F);
     write_mesh_head(mesh, FILEM.view(), header_counts(result));
     TRACE(" Pass 22.2 ", 22.2F);
@@ -161,8 +162,6 @@ void write_result() {
         WRITENODES(mesh, result, Hi);
     else
         WRITENODES(mesh, result);
-    if (EDIT.IEDIT == 4)
-        begin_membership();
     if (result.counts.NCONT > 0) {
         TRACE(" Pass 24 ", 24.0F);
         write_elements(mesh, result, EL_CONTINUUM);

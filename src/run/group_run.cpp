@@ -1,6 +1,7 @@
 #include "run/group_run.h"
 
 #include <algorithm>
+#include <string>
 
 #include "channel/channels.h"
 #include "deck/defaults_file.h"
@@ -12,6 +13,7 @@
 #include "mesh/edit_tables.h"
 #include "mesh/line_up.h"
 #include "mesh/moves.h"
+#include "output/group_out.h"
 #include "run/channel_numbers.h"
 #include "run/read_group_cards.h"
 #include "run/trace.h"
@@ -62,6 +64,24 @@ void renumber_lines(std::int32_t NSNODE) {
     for (std::int32_t i = 1; i <= NGRP; ++i)
         for (std::int32_t& node : KEPTLINES[i].nodes)
             node = NUSED[node] != 0 ? NSNODE - 1 + NMAP[node] : 0;
+}
+
+void prepare_members(const NumberRange& elements) {
+    begin_membership();
+    for (std::int32_t e = elements.lowest; e <= elements.highest; ++e) {
+        const std::int8_t type = EACT1[e];
+        const std::int32_t material = IEL[e].MATNO;
+        if (type < EL_CONTINUUM || material >= 0)
+            continue;
+        for (const std::int32_t i : listing_rows_of(IEL[e], type)) {
+            const std::int32_t g = LISTING[i].group;
+            if (outputs_list(LISTING[i], type, material))
+                FAIL(GROUPPOST[g].place +
+                     ": Card 3.3.5.4.1: expected materials of 1 or more in a group with outputs (IGPOST " +
+                     std::to_string(GROUPPOST[g].IGPOST) + "), but group " + std::to_string(g) +
+                     " lists element " + std::to_string(e) + " with material " + std::to_string(material));
+        }
+    }
 }
 
 void write_group_elements(Channel& mesh, const ResultMesh& result, std::int8_t type) {

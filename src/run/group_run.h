@@ -20,6 +20,11 @@ void run_collapse_and_moves();
 // element has becomes 0.
 void renumber_lines(std::int32_t NSNODE);
 
+// Makes ready for the members of the groups in the finished mesh. Ends the run, with the card that asks for
+// outputs, when they would list an element whose material is below 0: their tables count materials from 1.
+// Comes before any result is written, so that what an earlier run left stays.
+void prepare_members(const NumberRange& elements);
+
 // Writes the elements of one type and tests each against the group listing.
 void write_group_elements(Channel& mesh, const ResultMesh& result, std::int8_t type);
 

@@ -155,6 +155,7 @@ void read_group(std::int32_t g) {
     if (IGTITL == 1)
         post.title = deck().read_line("a group's title").first(80);
     read_cut("Card 3.3.5.4.1 (MTYPE, IGPOST, OVERLAY)", group.MTYPE, post.IGPOST, group.OVERLAY);
+    post.place = deck().place_behind();
     if (group.MTYPE == 0)
         return;
     read_material(group.MTYPE, GROUPMAT[g]);

@@ -36,6 +36,21 @@ TEST(GroupCuts, NeighboursShareTheNodeOnTheirSide) {
     }
 }
 
+// The triangle 1 2 3 as a quadrilateral that names its last node twice, cut from corner to corner: the marks
+// stand at the first and third corner, and the diagonal between these splits it.
+TEST(GroupCuts, QuadrilateralThatNamesANodeTwiceIsMarkedAtOneCorner) {
+    Mesh mesh = squares(Kind::coupled);
+    mesh.nodes.resize(3);
+    mesh.nodes[1].x = mesh.nodes[2].x = mesh.nodes[2].y = 4.0;
+    mesh.continuum.resize(1);
+    mesh.continuum[0].corners = {1, 2, 3, 3};
+    const GroupRun run(Kind::coupled, 1, Lines{"2", "0 0", "2 0 0 0 0", "1 0 0", "2 4 4", "1", "1 1 1 0"},
+                       mesh);
+    run.expect_counts(3, 2, 0, 0);
+    EXPECT_EQ(run.element(1).corners, (std::array<int, 4>{1, 2, 3, 0}));
+    EXPECT_EQ(run.element(2).corners, (std::array<int, 4>{1, 3, 3, 0}));
+}
+
 TEST(GroupCuts, UnknownTypeCutsAndDoesNoMore) {
     for (const char* MTYPE : {"6", "-5"}) {
         const GroupRun run = held_run(Kind::coupled, Lines{MTYPE} + right_of_the_line());

@@ -111,10 +111,20 @@ TEST(GroupLimits, ElementNumbersOfTheTables) {
     expect_message(mesh, 1, Lines{"2", "2 3"} + UPWARDS, {"99990", "element numbers"});
 }
 
-// Two joints of no width along one line: the edges of the second have no length.
+// Two joints of no width along one line: the second finds line nodes 3, 8, 13 and their twins 16, 17, 18 on
+// it, first 3 (of element 3) and 16 (of element 2) or the other way round.
 TEST(GroupLimits, CoordinatesAreNumbers) {
-    expect_message(2, Lines{"-2", "9 5 0 0 0 0 0"} + UPWARDS + Lines{"-2", "9 5 0 0 0 0 0"} + UPWARDS,
-                   {"group 2", "coordinates that are numbers"});
+    const Lines joint = Lines{"-2", "9 5 0 0 0 0 0"} + UPWARDS;
+    expect_message(2, joint + joint,
+                   {"group 2: expected coordinates that are numbers", "the twin of node 3 of its line",
+                    "nodes 3 and 16 of the line lie at one point", "two joints of no width lie on one line"});
+}
+
+// A closed outline of no width, up from node 3 to node 13 and down again: its twins at node 3 would have to
+// lie on its left both ways.
+TEST(GroupLimits, JointTurnsNowhereBack) {
+    expect_message(1, {"-3", "0 0 9 5 0.1 0 0 0 0", "2 0 0 0 0", "1 2 0", "2 2 2", "2", "1 1 0 2", "2 1 0 2"},
+                   {"group 1", "the twin of node 3 of its line", "the line turns back on itself there"});
 }
 
 }  // namespace

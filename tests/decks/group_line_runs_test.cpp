@@ -6,6 +6,7 @@
 #include <cmath>
 #include <string>
 
+#include "decks/group_deck.h"
 #include "decks/group_run.h"
 
 namespace brelan::test {
@@ -123,6 +124,36 @@ TEST(GroupJoints, JointInsideItsOutlineBelongsToOutlineAndStrip) {
 // In the head editions no material line is written for MTYPE -4, and its ten values come from what follows:
 // the outline's card, the first point and two values of the second. The outline is read from the third point
 // on. This deck gives a whole group in either reading.
+// Two squares side by side, nodes 1 to 3 below, with a truss between them that joints are to leave on its
+// side. The joint's line touches the mesh at the upper end of the truss alone.
+TEST(GroupJoints, LineOfOneNodeMovesNothingAcross) {
+    for (const Kind kind : ALL_KINDS)
+        for (const bool closed : {false, true})
+            for (const char* LTP : {"3", "-3"}) {
+                const Lines joint =
+                    closed ? Lines{"-3", "0 0 9 0 0 0 0 0 0"} + outline({{1, 1}, {1.5, 2}, {0.5, 2}}, 3)
+                           : Lines{"-2", "9 0 0 0 0 0 0"} + open_line({{1, 1}, {1.5, 2}}, 3);
+                const Lines truss = Lines{"2", std::string(LTP) + " 11"} + open_line({{1, 0}, {1, 1}});
+                const GroupRun run(kind, 2, truss + joint, grid_mesh(kind, 2, 1));
+                const bool shown = kind != Kind::head;  // whose header hides its trusses
+                run.expect_counts(6, 2, 0, shown ? 1 : 0);
+                EXPECT_EQ(run.element(1).corners, (std::array<int, 4>{1, 2, 5, 4})) << name_of(kind);
+                EXPECT_EQ(run.element(2).corners, (std::array<int, 4>{2, 3, 6, 5})) << name_of(kind);
+                EXPECT_NE(run.result().find("      3      2      5     11"), std::string::npos)
+                    << name_of(kind) << ", LTP " << LTP << (closed ? ", closed" : ", open");
+            }
+}
+
+// The line's node is still that of the mesh: what is written of the line names it.
+TEST(GroupJoints, LineOfOneNodeKeepsItsNodeInThePlotDeck) {
+    GroupCards joint{.MTYPE = -2, .material = "9 0 0 0 0 0 0", .line = open_line({{1, 1}, {1.5, 2}}, 3)};
+    joint.switches[6] = 1;
+    const GroupProject run(Kind::displacement, grid_mesh(Kind::displacement, 2, 1), {joint});
+    run.run();
+    EXPECT_EQ(section(run.lines("Group.Pos"), "* NODE1  NODE2  NODE3  NODE4  NODE5", "* Card 11.5.1").at(1),
+              "      5");
+}
+
 TEST(GroupJoints, HeadGroupOfTypeMinusFourIsReadShifted) {
     const Lines cards{"-4",        "70 30 90 50 0.5 2 3 2 3 40",
                       "8 3 9 5 0",           // MAT, IH, MATj, IHj, THICj

@@ -152,6 +152,19 @@ TEST(LineUpRuns, TraceShowsSwitchNodesAndMoves) {
                      "  Pass 14.7  NMOVE =            1"}));
 }
 
+// Two texts carry 14.6: the first closes the trace, and the second goes to the default file with what
+// follows.
+TEST(LineUpRuns, SecondFiringAt146FindsTheTraceClosed) {
+    const GroupProject run(Kind::displacement, truss_line({{2, {2, 1}, {-0.25, 1}}}), {});
+    run.project.write_work("LineUp.dat", "1\n");
+    run.project.write_data("DEBUG/Brelan_P1.dat", "1 14.6\n");
+    run.run();
+    EXPECT_EQ(lines_of(run.project.read_work("Brelan_P1.deb")).back(), "  Pass 14.6  NLNP =            2");
+    expect_work_file(run.project, "fort.888",
+                     {"  Pass 14.7  NMOVE =            1", "  Pass 27.1.1 ",
+                      "  GROUP_SORT: Beginning NGROUP =            0"});
+}
+
 // --- the mesh ------------------------------------------------------------------------------------
 
 TEST(LineUpRuns, QuadrilateralOfAnotherMaterialMovesNothing) {

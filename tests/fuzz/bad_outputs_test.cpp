@@ -206,8 +206,9 @@ std::vector<Fault> place_rows() {
                         cards[2].material = "0 3 0 0";
                         p.deck(group_deck(cards));
                     },
-                    {"group 3", "element 3", "material -3"},
+                    {"deck.dat, line ", "Card 3.3.5.4.1", "group 3", "element 3", "material -3"},
                     ALL_RESULTS});
+    rows.back().kept.push_back("out.Mes");
     return rows;
 }
 

@@ -251,7 +251,8 @@ class OutputCase(GroupCase):
                 self.one_group()
 
     def material(self, low=0):
-        return self.rnd.choice(MATERIALS)
+        sign = -1 if self.rnd.random() < 0.02 else 1
+        return sign * self.rnd.choice(MATERIALS)
 
     def material_line(self, mtype):
         rnd, deck = self.rnd, self.deck

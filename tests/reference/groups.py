@@ -1396,6 +1396,8 @@ class Engine:
         self.line_elements(*second, twins)
 
     def move_across(self, line, twins):
+        if len(line) < 2:
+            return  # a line of one node has no sides
         for e in sorted(self.elements):
             if self.type(e) == 0 or self.is_joint(e):
                 continue
@@ -1414,8 +1416,6 @@ class Engine:
         c = len(places)
         if self.closed:
             return self.inside(places, g)
-        if c == 1:
-            return True
         if k == 0:
             return area(*places[0], *places[1], *g) >= 0.0
         if k == c - 1:
@@ -1642,7 +1642,9 @@ class Engine:
                                     row.kind))
         return records
 
-    def before_writing(self, nodes):
+    def before_writing(self, result, nodes, sections):
+        self.members = self.membership(result, sections)
+        outputs.refuse(self.cards.groups, self.kind, self.members)
         if self.kind == HEAD:
             for _, node in nodes:
                 node.h = self.cards.head
@@ -1662,7 +1664,6 @@ class Engine:
                 self.run, self.sections,
                 [element.words[:2] for _, element in sections[TRUSS]],
                 lambda n: marks.get(n, 0), self.title_of)
-        self.members = self.membership(result, sections)
         self.run.disk.put(outputs.MEMBERS,
                           [listed(*r) for r in self.members])
         if self.kind == HEAD:

@@ -5,8 +5,8 @@ for groups, the two fragments of the main file, and the decks of the plotting
 tools.
 """
 
-from reference import (BEAM, CONTINUUM, COUPLED, DATA, DISPLACEMENT, HEAD,
-                       TEMPERATURE, TRUSS, E, I, Reader, columns, listed,
+from reference import (BEAM, CONTINUUM, COUPLED, DATA, DISPLACEMENT, E, HEAD,
+                       I, TEMPERATURE, TRUSS, Failure, Reader, columns, listed,
                        numbers7, read_element)
 
 POST, MAIN, MATERIALS = "..\\Group.Pos", "..\\Group.Man", "..\\MatAD.Man"
@@ -139,6 +139,34 @@ def rule(group, c, m):
             return 2, "MAT"
         return (3, "MATj") if m == matj else (1, "other material")
     return 0, "no rule"
+
+
+# The classes of each section; some leave out what lies on a line or in a strip.
+SECTION_CLASSES = {1: CLASSES, 2: (CONTINUUM,), 3: CLASSES, 4: (BEAM,),
+                   5: (TRUSS,), 6: (CONTINUUM,)}
+INSIDE_OUTLINES = (1, 2, 6)
+
+
+def refuse(groups, kind, members):
+    """No output lists an element of a material below 0."""
+    def plotted(group, c, row):
+        for n, classes in SECTION_CLASSES.items():
+            if c not in classes or (n in INSIDE_OUTLINES and row in (1, 2)) \
+                    or (kind == TEMPERATURE and n not in (1, 6)):
+                continue
+            if group.switches[n - 1] != 0 or n in (4, 5) and not any(
+                    other.switches[n - 1] > 0 for other in groups):
+                return True
+        return False
+
+    for number, material, element, c, row in members:
+        group = groups[number - 1]
+        if material >= 0 or group.post == 0:
+            continue
+        k, _ = rule(group, c, material)
+        if (k and any(group.pairs[k - 1])) or plotted(group, c, row):
+            raise Failure("group %d: element %d of material %d in an output"
+                          % (number, element, material))
 
 
 def ranges(numbers):
@@ -359,9 +387,8 @@ class GroupOut:
 
     def section(self, nptype, heading, range_lines):
         """Blocks of a section and the count of their ranges."""
-        classes = {1: CLASSES, 2: (CONTINUUM,), 3: CLASSES, 4: (BEAM,),
-                   5: (TRUSS,), 6: (CONTINUUM,)}[nptype]
-        outlines = nptype in (1, 2, 6)
+        classes = SECTION_CLASSES[nptype]
+        outlines = nptype in INSIDE_OUTLINES
         marked = self.wants(nptype)
         block, total = [], 0
         for number, group in enumerate(self.groups, 1):

@@ -1207,7 +1207,7 @@ class Run:
         counts = [len(nodes)] + [len(sections[s])
                                  for s in (CONTINUUM, BEAM, TRUSS)]
         if edit.code == 4:
-            edit.engine.before_writing(nodes)
+            edit.engine.before_writing(result, nodes, sections)
         lines = self.mesh_lines(edit.target, counts, nodes, sections)
         if edit.code == 4:
             edit.engine.after_writing(result, sections, lines)

@@ -154,6 +154,30 @@ class Rules(unittest.TestCase):
         made = group(-2, {6: 2, 7: 9, 8: 2, 9: 9})
         self.assertEqual(self.pair(made, 2, 9), 5)
 
+    def test_material_below_0_is_refused_where_it_is_listed(self):
+        def refused(made, c, row=0, kind=DISPLACEMENT):
+            try:
+                outputs.refuse([made], kind, [(1, -3, 8, c, row)])
+            except Failure:
+                return True
+            return False
+
+        none = [0] * 7
+        others = [0, 0, 0, 1, 1, 0, 0]
+        self.assertTrue(refused(group(3, {}, {2: (1, 0)}, others), 1))
+        self.assertFalse(refused(group(3, {}, {2: (0, 0)}, others), 1))
+        self.assertFalse(refused(group(3, {}, {2: (1, 0)}, none, 0), 1))
+        self.assertFalse(refused(group(3, {1: 7}, {2: (1, 0)}, others), 1))
+        # Beams and trusses are listed where no group asks for them.
+        self.assertTrue(refused(group(2, {}, {}, none), 2))
+        self.assertTrue(refused(group(2, {}, {}, none), 3))
+        self.assertFalse(refused(group(2, {}, {}, [0, 0, 0, 1, 0, 0, 0]), 1))
+        self.assertFalse(
+            refused(group(2, {}, {}, none), 2, kind=TEMPERATURE))
+        mesh = [1, 0, 0, 1, 1, 0, 0]
+        self.assertTrue(refused(group(3, {}, {}, mesh), 1))
+        self.assertFalse(refused(group(-2, {}, {}, mesh), 1, 2))
+
     def test_ranges(self):
         self.assertEqual(outputs.ranges({4, 1, 2, 9, 3, 7}),
                          [[1, 4], [7, 7], [9, 9]])
@@ -815,6 +839,21 @@ class Runs(unittest.TestCase):
         for name in ("GROUP.TMP", "JOINT.TMP", "Group.dat", "Boundary.Man"):
             self.assertNotIn(name, files)
         self.assertIn("TEMPMESH.TMP", files)
+
+    def test_joint_of_one_node(self):
+        # The truss between the squares keeps its node; the unused twin goes.
+        files = self.run_deck(
+            ["1", "A.Mes", "B.Mes", "1 1", "4", "0", "0", "0", "2", "0 0",
+             "2", "-3 11", "2 0 0 0 0", "1 1 0", "2 1 1", "1", "1 1 0 2",
+             "-2", "9 0 0 0 0 0 0", "2 0 0 0 0", "1 1 1", "2 1.5 2", "1",
+             "1 1 0 3"])
+        self.assertEqual(files["B.Mes"][2],
+                         "     6       2       0       1")
+        self.assertEqual([s[:35] for s in files["B.Mes"][13:15]], [
+            "      1      1      2      5      4",
+            "      2      2      3      6      5"])
+        self.assertTrue(files["B.Mes"][17].startswith(
+            "      3      2      5     11"), files["B.Mes"][17])
 
     EMPTY = ["1", "A.Mes", "B.Mes", "1 1", "4", "0", "0", "0", "0", "0 0"]
 

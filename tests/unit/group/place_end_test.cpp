@@ -39,6 +39,27 @@ TEST_F(GroupCutEnd, CornerOfAnEndIsMarkedInItsNeighbours) {
     EXPECT_EQ(corner_marks(1), (FourNodes{0, 1, 0, 0}));
 }
 
+// Element 2 names node 3 twice: as a neighbour it is marked at both corners, as the row in work at the one
+// that takes the end.
+TEST_F(GroupCutEnd, CornerNamedTwiceIsMarkedTwiceInTheNeighboursOnly) {
+    rectangle(4, 4);
+    node(5, 8, 4);
+    element(2, {2, 5, 3, 3});
+    build_indexes();
+    place({4, 3.8F}, {1, 1});
+    EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 1, 0}));
+    ASSERT_EQ(CUTTAB.size(), 2U);
+    EXPECT_EQ(corner_marks(1), (FourNodes{0, 0, 1, 1}));
+    clear();
+    rectangle(4, 4);
+    node(5, 8, 4);
+    element(2, {2, 5, 3, 3});
+    build_indexes();
+    place({4.3F, 3.9F}, {6, 3.6F});
+    EXPECT_EQ(CUTTAB.at(0).E, 2);
+    EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 1, 0}));
+}
+
 TEST_F(GroupCutEnd, SkippedEndsAreNotPlaced) {
     rectangle(10, 10);
     COLLECT({2, 1}, {8, 1});

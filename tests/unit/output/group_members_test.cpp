@@ -89,13 +89,6 @@ TEST_F(GroupMemberRecords, EmptyFileAndNoGroup) {
     EXPECT_TRUE(read({})[1].empty());
 }
 
-TEST_F(GroupMemberRecords, MaterialBelow0EndsTheRunInAGroupWithOutputsOnly) {
-    groups({0, 1});
-    EXPECT_TRUE(read({{1, -3, 5, 1, 0}})[1].empty());
-    const std::string message = failure_of([&] { read({{2, -3, 5, 1, 0}}); });
-    EXPECT_NE(message.find("group 2: element 5 has material -3"), std::string::npos) << message;
-}
-
 // Records as a run writes them: class by class, elements ascending, the rows of an element in any order.
 TEST_F(GroupMemberRecords, AreWhatAPlainReadingGives) {
     std::mt19937 random(5);
