@@ -226,6 +226,12 @@ Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind>
     return mesh;
 }
 
+std::optional<LayoutKind> kind_of_mesh_file(const std::filesystem::path& path) {
+    const std::optional<LayoutKind> kind = find_kind(without_comments(path));
+    close_channel(CH_MESH_A);
+    return kind;
+}
+
 void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path) {
     require_fields(mesh);
     set_kind(mesh.kind);

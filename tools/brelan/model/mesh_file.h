@@ -15,6 +15,9 @@ namespace brelan::tool {
 // Throws Failure or RunEnd with file, line and what was expected.
 Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind = std::nullopt);
 
+// The kind that the file tells; none where neither headings nor records do. Throws as above.
+std::optional<LayoutKind> kind_of_mesh_file(const std::filesystem::path& path);
+
 // Writes the mesh in the layouts of its kind, whole or not at all. The first line takes the file's name.
 // Throws Failure for a value that its field cannot hold.
 void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path);
