@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -35,6 +36,21 @@ TEST(GroupRuns, NoGroupLeavesTheMesh) {
         run.expect_counts(15, 8, 0, 0);
         EXPECT_TRUE(run.members().empty());
         EXPECT_TRUE(run.check.problems.empty());
+    }
+}
+
+// A node that is only between corners counts as not in use: also where nothing is cut.
+TEST(GroupRuns, MidsideNodesGoAndTheirNumbersStay) {
+    for (const Kind kind : {Kind::coupled, Kind::displacement}) {
+        Mesh mesh = squares(kind);
+        MeshNode between = mesh.nodes.back();
+        between.number = 16;
+        between.x = 3.5;
+        mesh.nodes.push_back(between);
+        mesh.continuum.back().midsides[0] = 16;
+        GroupRun run(kind, 0, {}, mesh);
+        run.expect_counts(15, 8, 0, 0);
+        EXPECT_EQ(run.element(8).midsides, (std::array<int, 4>{16, 0, 0, 0}));
     }
 }
 

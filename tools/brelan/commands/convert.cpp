@@ -55,12 +55,8 @@ Target target_of(const ConvertOptions& options) {
 
 int convert(const ConvertOptions& options, const Context& context) {
     const Target target = target_of(options);
-    const MeshSource source = mesh_source(options.from);
-    const bool own = source.format == Format::mesh;
-    Mesh mesh = read_any_mesh(source, own ? std::nullopt : options.kind.kind(),
-                              [&](const std::string& text) { note(context, text); });
-    if (options.kind.kind())
-        mesh = as_kind(mesh, *options.kind.kind());
+    const Mesh mesh = read_any_mesh_as(mesh_source(options.from), options.kind.kind(),
+                                       [&](const std::string& text) { note(context, text); });
     if (target == Target::mesh) {
         write_mesh_file(mesh, options.to);
         return STATUS_OK;

@@ -228,8 +228,9 @@ private:
 
 int diff(const DiffOptions& options, const Context& context) {
     require_one_standard_input({options.a, options.b});
-    const Mesh a = read_any_mesh(mesh_source(options.a), options.kind.kind());
-    const Mesh b = read_any_mesh(mesh_source(options.b), options.kind.kind());
+    const auto remark = [&](const std::string& text) { note(context, text); };
+    const Mesh a = read_any_mesh(mesh_source(options.a), options.kind.kind(), remark);
+    const Mesh b = read_any_mesh(mesh_source(options.b), options.kind.kind(), remark);
     const Difference d = options.by_place ? difference_by_place(a, b, options.tolerance)
                                           : difference_by_number(a, b, options.tolerance);
     const Report report(a, b, d, options);

@@ -36,7 +36,8 @@ int info(const InfoOptions& options, const Context& context) {
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
     for (const std::string& file : options.files) {
         try {
-            const Mesh mesh = read_any_mesh(mesh_source(file), options.kind.kind());
+            const Mesh mesh = read_any_mesh(mesh_source(file), options.kind.kind(),
+                                            [&](const std::string& text) { note(context, text); });
             const MeshReport report = report_of(mesh, options.tolerance);
             sound = sound && report.soundness.sound();
             if (options.json)

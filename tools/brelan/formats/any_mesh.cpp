@@ -1,6 +1,9 @@
 #include "formats/any_mesh.h"
 
-#include <fmt/core.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <vector>
 
 #include "cli/input_file.h"
 #include "cli/words.h"
@@ -39,22 +42,85 @@ std::optional<Format> format_of_name(const std::filesystem::path& path) {
     return std::nullopt;
 }
 
-Mesh read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
-    const std::string& name = source.name;
-    if (source.format == Format::mesh)
-        return source.text ? read_mesh_text(*source.text, name, kind) : read_mesh_file(name, kind);
-    const std::string content = source.text ? *source.text : read_file(name);
-    FromCells read =
-        mesh_of(source.format == Format::vtu ? read_vtu(content, name) : read_gmsh(content, name), kind);
-    if (remark && read.left_out > 0)
-        remark(fmt::format("{}: {} points and lines are no elements and were left out", name, read.left_out));
-    if (remark && read.turned > 0)
-        remark(fmt::format("{}: {} clockwise elements were turned", name, read.turned));
+namespace {
+
+std::vector<std::string_view> names_of(LayoutKind kind) {
+    std::vector<std::string_view> names = code_names(kind);
+    if (const std::string_view value = value_name(kind); !value.empty())
+        names.insert(names.end(), {value, "CF"});
+    for (const Attribute& attribute : attributes(kind))
+        names.push_back(attribute.name);
+    return names;
+}
+
+// "H, CF and IDH": what a mesh of the one kind holds, and the other kind does not under any name.
+std::string only_of(LayoutKind one, LayoutKind other) {
+    const std::vector<std::string_view> others = names_of(other);
+    std::vector<std::string_view> names = names_of(one);
+    std::erase_if(names, [&](std::string_view name) {
+        const std::string_view same = same_code(name);
+        return std::any_of(others.begin(), others.end(),
+                           [&](std::string_view known) { return known == name || known == same; });
+    });
+    if (names.size() < 2)
+        return names.empty() ? "" : std::string(names.front());
+    return fmt::format("{} and {}", fmt::join(names.begin(), names.end() - 1, ", "), names.back());
+}
+
+std::string change_of_kind(LayoutKind from, LayoutKind to) {
+    return fmt::format("the {} kind became the {} kind: {} left out, {} as in a base mesh", name_of(from),
+                       name_of(to), only_of(from, to), only_of(to, from));
+}
+
+Mesh mesh_of_cells(const CellMesh& cells, std::optional<LayoutKind> kind, const Remark& remark) {
+    FromCells read = mesh_of(cells, kind);
+    const auto say = [&](const std::string& text) { remark(fmt::format("{}: {}", cells.file, text)); };
+    if (read.left_out > 0)
+        say(fmt::format("{} points and lines are no elements and were left out", read.left_out));
+    if (read.centres > 0)
+        say(fmt::format("{} left out", counted(read.centres, "centre node of a quadrilateral was",
+                                               "centre nodes of quadrilaterals were")));
+    if (read.midsides > 0)
+        say(fmt::format("{} left out", counted(read.midsides, "midside node that no element can name was",
+                                               "midside nodes that no element can name were")));
+    if (read.turned > 0)
+        say(fmt::format("{} clockwise elements were turned", read.turned));
+    if (read.source_kind && *read.source_kind != read.mesh.kind)
+        say(change_of_kind(*read.source_kind, read.mesh.kind));
+    if (read.flow_lines_lost)
+        say("its flow lines became trusses");
     return std::move(read.mesh);
 }
 
-Mesh as_kind(const Mesh& mesh, LayoutKind kind) {
-    return mesh.kind == kind ? mesh : mesh_of(cells_of(mesh), kind).mesh;
+std::optional<LayoutKind> kind_of(const MeshSource& source) {
+    return source.text ? kind_of_mesh_text(*source.text, source.name) : kind_of_mesh_file(source.name);
+}
+
+Mesh read_own(const MeshSource& source, std::optional<LayoutKind> kind) {
+    return source.text ? read_mesh_text(*source.text, source.name, kind) : read_mesh_file(source.name, kind);
+}
+
+}  // namespace
+
+Mesh read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
+    const std::string& name = source.name;
+    if (source.format == Format::mesh) {
+        if (kind)
+            if (const auto told = kind_of(source); told && *told != *kind)
+                remark(fmt::format("{}: a mesh of the {} kind, read as one of the {} kind", name,
+                                   name_of(*told), name_of(*kind)));
+        return read_own(source, kind);
+    }
+    const std::string content = source.text ? *source.text : read_file(name);
+    return mesh_of_cells(source.format == Format::vtu ? read_vtu(content, name) : read_gmsh(content, name),
+                         kind, remark);
+}
+
+Mesh read_any_mesh_as(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
+    if (!kind || source.format != Format::mesh)
+        return read_any_mesh(source, kind, remark);
+    const Mesh mesh = read_own(source, kind_of(source).value_or(*kind));
+    return mesh.kind == *kind ? mesh : mesh_of_cells(cells_of(mesh), kind, remark);
 }
 
 }  // namespace brelan::tool

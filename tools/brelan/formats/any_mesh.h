@@ -26,12 +26,13 @@ MeshSource mesh_source(const std::string& file);
 std::optional<Format> format_of_name(const std::filesystem::path& path);
 
 // Reads a mesh file, a VTU or a Gmsh file. The kind is found from the file when it is not given. `remark` is
-// told what was left out or changed. Throws Failure or RunEnd with the file and what was expected.
+// told what was left out or changed, and that the file tells another kind than the one given. Throws Failure
+// or RunEnd with the file and what was expected.
 using Remark = std::function<void(const std::string&)>;
-Mesh read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind = std::nullopt,
-                   const Remark& remark = {});
+Mesh read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark);
 
-// The mesh with the layout of another kind: codes of the same meaning stay, others are those of a base mesh.
-Mesh as_kind(const Mesh& mesh, LayoutKind kind);
+// Reads as above, but a mesh file goes over to the layout of the kind where it tells another: codes and
+// attributes of the same name or meaning stay, others are those of a base mesh.
+Mesh read_any_mesh_as(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark);
 
 }  // namespace brelan::tool

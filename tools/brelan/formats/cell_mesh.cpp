@@ -190,10 +190,9 @@ private:
                 return e.words.M5 != 0 || e.words.M6 != 0 || e.words.M7 != 0 || e.words.M8 != 0;
             }))
             return;
-        data.push_back(array_of("M5", true, elements, [](const Element& e) { return e.words.M5; }));
-        data.push_back(array_of("M6", true, elements, [](const Element& e) { return e.words.M6; }));
-        data.push_back(array_of("M7", true, elements, [](const Element& e) { return e.words.M7; }));
-        data.push_back(array_of("M8", true, elements, [](const Element& e) { return e.words.M8; }));
+        for (const auto& [name, word] : MIDSIDES)
+            data.push_back(
+                array_of(name, true, elements, [word = word](const Element& e) { return e.words.*word; }));
     }
 
     const Mesh& mesh_;
@@ -214,6 +213,15 @@ void CellMesh::add_cell(Shape2D shape, const std::int32_t* cell_nodes) {
     shapes.push_back(shape);
     nodes.insert(nodes.end(), cell_nodes, cell_nodes + nodes_of(shape));
     offsets.push_back(static_cast<std::int32_t>(nodes.size()));
+}
+
+std::string_view same_code(std::string_view name) {
+    static constexpr std::array<std::pair<std::string_view, std::string_view>, 3> SAME{
+        {{"IDX", "ISX"}, {"IDY", "ISY"}, {"IDT", "IRZ"}}};
+    for (const auto& [one, two] : SAME)
+        if (name == one || name == two)
+            return name == one ? two : one;
+    return "";
 }
 
 CellMesh cells_of(const Mesh& mesh) {

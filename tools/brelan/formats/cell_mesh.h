@@ -2,11 +2,13 @@
 // formats work on this form alone.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "model/mesh.h"
@@ -68,16 +70,31 @@ struct CellMesh {
 // Names of the arrays that every mesh of ours carries besides its codes and attributes.
 inline constexpr std::string_view NUMBER = "number", MATERIAL = "material", CLASS = "class";
 
+// The arrays of the midside nodes, whose values are numbers.
+inline constexpr std::array<std::pair<std::string_view, std::int32_t ElementWords::*>, 4> MIDSIDES{
+    {{"M5", &ElementWords::M5},
+     {"M6", &ElementWords::M6},
+     {"M7", &ElementWords::M7},
+     {"M8", &ElementWords::M8}}};
+
+// The name under which another kind holds the same code; empty where none does.
+std::string_view same_code(std::string_view name);
+
 // Throws Failure where an element has a corner that is no node, or a number stands twice.
 CellMesh cells_of(const Mesh& mesh);
 
 // The way back. The kind is found from the names of the codes when it is not given. What the arrays do not
 // tell takes the values of a base mesh; lines are beams or trusses by their class or the name of their group,
-// others are left out and counted in `left_out`. Throws Failure for what a mesh file cannot hold.
+// others are left out and counted in `left_out`. Points of an element's cell that no element can name (the
+// centre of a quadrilateral, midside nodes in a kind without them) become no nodes. Throws Failure for what a
+// mesh file cannot hold.
 struct FromCells {
     Mesh mesh;
-    std::size_t left_out = 0;  // points and lines that are no elements
-    std::size_t turned = 0;    // clockwise elements of other programs that were turned
+    std::optional<LayoutKind> source_kind;  // that the names of the codes tell
+    std::size_t left_out = 0;               // points and lines that are no elements
+    std::size_t turned = 0;                 // clockwise elements of other programs that were turned
+    std::size_t centres = 0, midsides = 0;  // points that became no nodes
+    bool flow_lines_lost = false;           // they became trusses: only the head kind has flow lines
 };
 FromCells mesh_of(const CellMesh& cells, std::optional<LayoutKind> kind);
 

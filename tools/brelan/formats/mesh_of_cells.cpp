@@ -9,6 +9,7 @@
 #include "analysis/geometry.h"
 #include "cli/exit_status.h"
 #include "formats/cell_mesh.h"
+#include "formats/kept_points.h"
 
 namespace brelan::tool {
 
@@ -19,16 +20,6 @@ std::int32_t usual_code(std::string_view name) {
     return name == "IDT" || name == "IRZ" ? 1 : 0;
 }
 constexpr float USUAL_CF = 1.0F, USUAL_DENSITY = 2.3F;
-
-// The same code under the name of the other kind.
-std::string_view other_name(std::string_view name) {
-    static constexpr std::array<std::pair<std::string_view, std::string_view>, 3> SAME{
-        {{"IDX", "ISX"}, {"IDY", "ISY"}, {"IDT", "IRZ"}}};
-    for (const auto& [one, two] : SAME)
-        if (name == one || name == two)
-            return name == one ? two : one;
-    return "";
-}
 
 // A class and material by the name of a physical group, as group_name gives it.
 struct GroupMeaning {
@@ -62,21 +53,21 @@ public:
         result_.mesh.file = cells.file;
         result_.mesh.name = cells.name;
         result_.mesh.flow_lines = cells.flow_lines;
-        source_kind_ = kind_of_arrays();
-        if (!kind && !source_kind_)
+        result_.source_kind = kind_of_arrays();
+        if (!kind && !result_.source_kind)
             throw Failure(
                 fmt::format("{}: no node codes tell the kind of mesh; name it with --kind", cells.file));
-        result_.mesh.kind = kind ? *kind : *source_kind_;
+        result_.mesh.kind = kind ? *kind : *result_.source_kind;
     }
 
     FromCells convert() {
         require_plane();
         for (const CellGroup& group : cells_.groups)
             meanings_.push_back(meaning_of(group.name));
+        find_elements();
         add_nodes();
-        add_elements();
-        require_elements();
-        if (source_kind_ == std::nullopt)
+        fill_elements();
+        if (result_.source_kind == std::nullopt)
             free_rotation_of_beams();
         result_.mesh.finish();
         turn_clockwise();
@@ -128,10 +119,12 @@ private:
         return values;
     }
 
-    // Numbers by an array, else the tags of the format, else from 1 in order. Tags that no mesh file can
-    // hold, or that stand twice, give way to the order; an array of ours must be right.
+    // Numbers of the points or cells of some places: by an array, else the tags of the format, else from 1 in
+    // order. Tags that no mesh file can hold, or that stand twice, give way to the order; an array of ours
+    // must be right.
     std::vector<Number> numbers(const DataArray* array, const std::vector<std::int64_t>& tags,
-                                std::size_t count, Number last, std::string_view what) const {
+                                const std::vector<std::size_t>& places, Number last,
+                                std::string_view what) const {
         const auto usable = [last](const auto& list) {
             std::vector<bool> seen(static_cast<std::size_t>(last) + 1, false);
             for (const auto number : list) {
@@ -141,29 +134,43 @@ private:
             }
             return true;
         };
-        std::vector<Number> list = integers(array);
-        if (!list.empty() && !usable(list))
-            throw Failure(fmt::format("{}: expected {} numbers from 1 to {}, each once, in \"{}\"",
-                                      cells_.file, what, last, NUMBER));
-        if (list.empty() && !tags.empty() && usable(tags))
-            list.assign(tags.begin(), tags.end());
+        std::vector<std::int64_t> list;
+        for (const std::size_t place : places)
+            if (array != nullptr)
+                list.push_back(whole(array->values[place], NUMBER));
+            else if (!tags.empty())
+                list.push_back(tags[place]);
+        if (!usable(list)) {
+            if (array != nullptr)
+                throw Failure(fmt::format("{}: expected {} numbers from 1 to {}, each once, in \"{}\"",
+                                          cells_.file, what, last, NUMBER));
+            list.clear();
+        }
         if (list.empty())
-            for (std::size_t i = 1; i <= count; ++i)
-                list.push_back(static_cast<Number>(i));
-        return list;
+            for (std::size_t i = 1; i <= places.size(); ++i)
+                list.push_back(static_cast<std::int64_t>(i));
+        return {list.begin(), list.end()};
     }
 
     void add_nodes() {
-        if (cells_.point_count() > MAXNP)
-            throw Failure(fmt::format("{}: expected at most {} points, found {}", cells_.file, MAXNP,
-                                      cells_.point_count()));
-        numbers_ =
-            numbers(cells_.point_array(NUMBER), cells_.point_tags, cells_.point_count(), MAXNP, "node");
-        for (std::size_t n = 0; n < cells_.point_count(); ++n) {
+        const KeptPoints points = kept_points(cells_, cells_of_elements_, mesh().kind);
+        result_.centres = points.centres;
+        result_.midsides = points.midsides;
+        if (points.count() > MAXNP)
+            throw Failure(
+                fmt::format("{}: expected at most {} points, found {}", cells_.file, MAXNP, points.count()));
+        for (std::size_t n = 0; n < points.kept.size(); ++n)
+            if (points.kept[n])
+                places_.push_back(n);
+        const std::vector<Number> list =
+            numbers(cells_.point_array(NUMBER), cells_.point_tags, places_, MAXNP, "node");
+        numbers_.resize(cells_.point_count());
+        for (std::size_t i = 0; i < places_.size(); ++i) {
+            const float* p = cells_.points.data() + 3 * places_[i];
             Node node;
-            node.NODE = numbers_[n];
-            node.XC = cells_.points[3 * n];
-            node.YC = cells_.points[3 * n + 1];
+            node.NODE = numbers_[places_[i]] = list[i];
+            node.XC = p[0];
+            node.YC = p[1];
             node.CF = value_name(mesh().kind).empty() ? 0.0F : USUAL_CF;
             mesh().nodes.push_back(node);
         }
@@ -171,10 +178,10 @@ private:
         for (std::size_t k = 0; k < names.size(); ++k) {
             const DataArray* array = cells_.point_array(names[k]);
             if (array == nullptr)
-                array = cells_.point_array(other_name(names[k]));
+                array = cells_.point_array(same_code(names[k]));
             const std::vector<std::int32_t> codes = integers(array);
             for (std::size_t n = 0; n < mesh().nodes.size(); ++n)
-                mesh().nodes[n].ID[k] = codes.empty() ? usual_code(names[k]) : codes[n];
+                mesh().nodes[n].ID[k] = codes.empty() ? usual_code(names[k]) : codes[places_[n]];
         }
         if (value_name(mesh().kind).empty())
             return;
@@ -185,7 +192,7 @@ private:
     void set_reals(std::string_view name, float Node::*member) {
         const DataArray* array = cells_.point_array(name);
         for (std::size_t n = 0; array != nullptr && n < mesh().nodes.size(); ++n)
-            mesh().nodes[n].*member = real(array->values[n], name);
+            mesh().nodes[n].*member = real(array->values[places_[n]], name);
     }
 
     float real(double value, std::string_view array) const {
@@ -231,30 +238,45 @@ private:
         return 1;
     }
 
-    void add_elements() {
-        const DataArray* material_array = cells_.cell_array(MATERIAL);
-        for (const std::string_view name : {"gmsh:physical", "medit:ref", "CellEntityIds"})
-            if (material_array == nullptr)
-                material_array = cells_.cell_array(name);
-        const std::vector<std::int32_t> materials = integers(material_array);
+    // Which cells are elements, and of which class.
+    void find_elements() {
         const std::vector<std::int32_t> classes = integers(cells_.cell_array(CLASS));
         own_ = !classes.empty();
-        std::vector<std::size_t> cell_of;
         for (std::size_t cell = 0; cell < cells_.cell_count(); ++cell) {
             const std::optional<ElementClass> of = class_of(cell, classes);
             if (!of) {
                 ++result_.left_out;
                 continue;
             }
-            cell_of.push_back(cell);
-            mesh().elements.push_back(element_of(cell, *of, material_of(cell, materials)));
+            cells_of_elements_.push_back(cell);
+            mesh().elements.emplace_back().of = *of;
+        }
+        if (mesh().elements.empty())
+            throw Failure(fmt::format("{}: expected triangles and quadrilaterals, found none", cells_.file));
+        if (mesh().elements.size() > MAXEL)
+            throw Failure(fmt::format("{}: expected at most {} elements, found {}", cells_.file, MAXEL,
+                                      mesh().elements.size()));
+    }
+
+    void fill_elements() {
+        const DataArray* material_array = cells_.cell_array(MATERIAL);
+        for (const std::string_view name : {"gmsh:physical", "medit:ref", "CellEntityIds"})
+            if (material_array == nullptr)
+                material_array = cells_.cell_array(name);
+        const std::vector<std::int32_t> materials = integers(material_array);
+        const std::vector<Number> list =
+            numbers(cells_.cell_array(NUMBER), cells_.cell_tags, cells_of_elements_, MAXEL, "element");
+        for (std::size_t i = 0; i < cells_of_elements_.size(); ++i) {
+            const std::size_t cell = cells_of_elements_[i];
+            Element& e = mesh().elements[i];
+            e = element_of(cell, e.of, material_of(cell, materials));
+            e.NEL = list[i];
             const GroupMeaning* meaning = meaning_of_cell(cell);
             mesh().flow_lines = mesh().flow_lines || (meaning != nullptr && meaning->flow_line);
         }
-        number_elements(cell_of);
-        set_attributes(cell_of);
-        if (mesh().kind != LayoutKind::head)
-            mesh().flow_lines = false;
+        set_attributes();
+        result_.flow_lines_lost = mesh().flow_lines && mesh().kind != LayoutKind::head;
+        mesh().flow_lines = mesh().flow_lines && mesh().kind == LayoutKind::head;
     }
 
     Element element_of(std::size_t cell, ElementClass of, std::int32_t material) {
@@ -291,56 +313,27 @@ private:
         return e;
     }
 
-    void number_elements(const std::vector<std::size_t>& cell_of) {
-        if (cell_of.size() > MAXEL)
-            throw Failure(fmt::format("{}: expected at most {} elements, found {}", cells_.file, MAXEL,
-                                      cell_of.size()));
-        const DataArray* array = cells_.cell_array(NUMBER);
-        DataArray kept{std::string(NUMBER), true, {}};
-        std::vector<std::int64_t> tags;
-        for (const std::size_t cell : cell_of) {
-            if (array != nullptr)
-                kept.values.push_back(array->values[cell]);
-            if (!cells_.cell_tags.empty())
-                tags.push_back(cells_.cell_tags[cell]);
-        }
-        const std::vector<Number> list =
-            numbers(array != nullptr ? &kept : nullptr, tags, cell_of.size(), MAXEL, "element");
-        for (std::size_t i = 0; i < cell_of.size(); ++i)
-            mesh().elements[i].NEL = list[i];
-    }
-
-    void set_attributes(const std::vector<std::size_t>& cell_of) {
+    void set_attributes() {
         for (const Attribute& a : attributes(mesh().kind)) {
             const DataArray* array = cells_.cell_array(a.name);
             if (array == nullptr)
                 continue;
-            for (std::size_t i = 0; i < cell_of.size(); ++i) {
-                const double value = array->values[cell_of[i]];
+            for (std::size_t i = 0; i < cells_of_elements_.size(); ++i) {
+                const double value = array->values[cells_of_elements_[i]];
                 if (a.whole != nullptr)
                     mesh().elements[i].*a.whole = whole(value, a.name);
                 else
                     mesh().elements[i].*a.real = real(value, a.name);
             }
         }
-        static constexpr std::array<std::pair<std::string_view, std::int32_t ElementWords::*>, 4> MIDSIDES{
-            {{"M5", &ElementWords::M5},
-             {"M6", &ElementWords::M6},
-             {"M7", &ElementWords::M7},
-             {"M8", &ElementWords::M8}}};
         for (const auto& [name, word] : MIDSIDES) {
             const std::vector<std::int32_t> values = integers(cells_.cell_array(name));
-            for (std::size_t i = 0; i < cell_of.size() && !values.empty(); ++i)
-                mesh().elements[i].words.*word = values[cell_of[i]];
+            for (std::size_t i = 0; i < cells_of_elements_.size() && !values.empty(); ++i)
+                mesh().elements[i].words.*word = values[cells_of_elements_[i]];
         }
         if (!has_midside_nodes(mesh().kind))
             for (Element& e : mesh().elements)
                 e.words.M5 = e.words.M6 = e.words.M7 = e.words.M8 = 0;
-    }
-
-    void require_elements() {
-        if (mesh().elements.empty())
-            throw Failure(fmt::format("{}: expected triangles and quadrilaterals, found none", cells_.file));
     }
 
     // The nodes of beams turn; those of other programs' lines cannot say so.
@@ -383,10 +376,11 @@ private:
 
     const CellMesh& cells_;
     FromCells result_;
-    std::optional<LayoutKind> source_kind_;
     std::vector<std::optional<GroupMeaning>> meanings_;  // by place of the group
-    std::vector<Number> numbers_;                        // of the nodes, by place of the point
-    bool own_ = false;                                   // written by us with all data: the classes tell
+    std::vector<std::size_t> cells_of_elements_;         // in the order of the mesh's elements
+    std::vector<std::size_t> places_;  // of the nodes' points, in the order of the mesh's nodes
+    std::vector<Number> numbers_;      // of the nodes, by place of the point; 0 none
+    bool own_ = false;                 // written by us with all data: the classes tell
 };
 
 }  // namespace

@@ -246,6 +246,12 @@ Mesh read_mesh(Channel& from, const std::string& name, std::optional<LayoutKind>
     return mesh;
 }
 
+std::optional<LayoutKind> kind_of_mesh(Channel& from) {
+    const std::optional<LayoutKind> kind = find_kind(without_comments(from));
+    close_channel(CH_MESH_A);
+    return kind;
+}
+
 }  // namespace
 
 Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind) {
@@ -254,6 +260,14 @@ Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind>
 
 Mesh read_mesh_text(std::string_view text, const std::string& name, std::optional<LayoutKind> kind) {
     return read_mesh(open_text(text, name), name, kind);
+}
+
+std::optional<LayoutKind> kind_of_mesh_file(const std::filesystem::path& path) {
+    return kind_of_mesh(open_channel(CH_SOURCE_A, path.string(), OpenStatus::old));
+}
+
+std::optional<LayoutKind> kind_of_mesh_text(std::string_view text, const std::string& name) {
+    return kind_of_mesh(open_text(text, name));
 }
 
 void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path) {

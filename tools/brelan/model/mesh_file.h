@@ -21,6 +21,10 @@ Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind>
 Mesh read_mesh_text(std::string_view text, const std::string& name,
                     std::optional<LayoutKind> kind = std::nullopt);
 
+// The kind that the file, or its text, tells; none where neither headings nor records do. Throws as above.
+std::optional<LayoutKind> kind_of_mesh_file(const std::filesystem::path& path);
+std::optional<LayoutKind> kind_of_mesh_text(std::string_view text, const std::string& name);
+
 // Writes the mesh in the layouts of its kind, whole or not at all. The first line takes the file's name; on
 // standard output it stays that of the mesh.
 // Throws Failure for a value that its field cannot hold.

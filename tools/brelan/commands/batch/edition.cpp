@@ -77,6 +77,25 @@ std::vector<KnownMesh> meshes_of(const Deck& deck, const fs::path& project) {
     return meshes;
 }
 
+// The value of Card 4.2 whose meaning goes by the kind: Ywater, T or H. nullptr where it is not given.
+const DeckField* third_value(const Deck& deck) {
+    const DeckCard* card = deck.card("4.2");
+    return card != nullptr && card->fields.size() > 2 && card->fields[2].given &&
+                   !card->fields[2].name.empty()
+               ? &card->fields[2]
+               : nullptr;
+}
+
+// ", in which 12.5 on Card 4.2 is H; here it is Ywater"; empty where the deck has no such value.
+std::string change_of_meaning(const Deck& deck, LayoutKind other) {
+    const DeckField* here = third_value(deck);
+    const Deck there_deck = read_deck(DeckSource{deck.file, deck.text}, other);
+    const DeckField* there = third_value(there_deck);
+    return here == nullptr || there == nullptr ? ""
+                                               : fmt::format(", in which {} on Card 4.2 is {}; here it is {}",
+                                                             there->text, there->name, here->name);
+}
+
 Edition first_choice(const DeckSource& deck, const EditionOptions& options,
                      const std::optional<std::int32_t>& of_data) {
     if (of_data)
@@ -91,6 +110,29 @@ Edition first_choice(const DeckSource& deck, const EditionOptions& options,
 }
 
 }  // namespace
+
+std::string contradiction_of_deck(const Deck& deck, const fs::path& project) {
+    if (const auto kind = kind_in_comments(DeckSource{deck.file, deck.text}))
+        return *kind == deck.kind ? ""
+                                  : fmt::format("its comment names the {} kind{}", name_of(*kind),
+                                                change_of_meaning(deck, *kind));
+    const fs::path file = file_of_card(project, std::string(BASE_MESH));
+    std::error_code error;
+    if (deck.IMOD != 2 || !fs::is_regular_file(file, error))
+        return "";
+    try {
+        const std::optional<LayoutKind> kind = kind_of_mesh_file(file);
+        if (!kind || *kind == deck.kind)
+            return "";
+        if (const std::string change = change_of_meaning(deck, *kind); !change.empty())
+            return fmt::format("{}, which is made anew, is a mesh of the {} kind{}", BASE_MESH,
+                               name_of(*kind), change);
+    } catch (const Failure&) {
+        // It goes, whatever is wrong with it.
+    } catch (const RunEnd&) {
+    }
+    return "";
+}
 
 void add_edition_options(CLI::App& command, const std::shared_ptr<EditionOptions>& options) {
     CLI::Option* edition =
@@ -119,6 +161,8 @@ EditionOfDeck edition_of_deck(const DeckSource& source, const fs::path& project,
         else if (mesh.kind != found.edition.kind && found.contradiction.empty())
             found.contradiction = fmt::format("{} is a mesh of the {} kind", mesh.name, name_of(mesh.kind));
     }
+    if (found.contradiction.empty())
+        found.contradiction = contradiction_of_deck(deck, project);
     return found;
 }
 

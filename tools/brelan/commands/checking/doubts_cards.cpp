@@ -82,7 +82,8 @@ void doubt_strip(Doubts& doubts, const DeckCard& card, const char* length, const
                                  std::copysign(EVEN, card.real(place))));
 }
 
-// A graded column or row comes out even when its middle key point lies on the coordinate 0.
+// A graded column or row comes out wavy when its middle key point lies on the coordinate 0: even along the
+// edges of the blocks that it runs through, graded between them.
 void doubt_middles(Doubts& doubts) {
     const Deck& deck = doubts.deck();
     const DeckCard* corner = deck.card("4.2");
@@ -99,7 +100,8 @@ void doubt_middles(Doubts& doubts) {
         if (std::abs(middle) < 1e-6F * L && share < EVEN)
             doubts.doubt(
                 "middle-on-zero", &card,
-                "its middle point lies on the coordinate 0, where it counts as not given: no grading");
+                "its middle point lies on the coordinate 0, where it counts as not given on the edges of "
+                "the blocks, but not in their centres: the grading comes out wavy");
     };
     for (const DeckCard& card : deck.cards) {
         if (card.number == "4.3") {

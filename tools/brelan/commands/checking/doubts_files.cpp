@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "cli/words.h"
+#include "commands/batch/edition.h"
 #include "commands/checking/doubts.h"
 
 namespace brelan::tool {
@@ -35,6 +36,9 @@ void doubt_source(Doubts& doubts, const DeckCard& card, const fs::path& project)
 void doubt_files(Doubts& doubts, const fs::path& project, const DeckMeshes& meshes) {
     const Deck& deck = doubts.deck();
     std::error_code error;
+    if (const std::string text = contradiction_of_deck(deck, project); !text.empty())
+        doubts.doubt("other-kind", nullptr,
+                     fmt::format("this run is one of the {} kind, but {}", name_of(deck.kind), text));
     for (const DeckCard& card : deck.cards) {
         if (card.type != CardType::name || card.name.empty())
             continue;

@@ -180,7 +180,19 @@ class Verdict(Case):
     def test_a_mesh_of_another_kind_is_told(self):
         self.starter("edit-0", "head")
         _, report = self.check("edit-0.dat", "--kind", "coupled")
-        self.assertIn("other-kind", [w["id"] for w in report["warnings"]])
+        said = [w["message"] for w in report["warnings"] if w["id"] == "other-kind"]
+        self.assertIn("Start.Mes is a mesh of the head kind, and this run one of the coupled kind", said)
+        self.assertIn("this run is one of the coupled kind, but its comment names the head kind", said)
+
+    def test_a_base_mesh_whose_head_becomes_a_water_level_is_told(self):
+        self.write("base.dat", "2 0\n1 1\n0 0 12.5\n4 1 0.5\n4 1 0.5\n0\n")
+        _, report = self.check("base.dat", "--kind", "coupled")
+        self.assertEqual(report["warnings"], [])
+        self.assertEqual(self.brelan("run", "base.dat", "--kind", "head").returncode, 0)
+        _, report = self.check("base.dat", "--kind", "coupled")
+        self.assertEqual([(w["id"], w["message"]) for w in report["warnings"]], [
+            ("other-kind", "this run is one of the coupled kind, but Bmesh.dat, which is made anew, is a mesh of the head "
+                           "kind, in which 12.5 on Card 4.2 is H; here it is Ywater")])
 
     def test_combinations_without_common_nodes_and_with_spoilt_numbers(self):
         self.starter("combination")

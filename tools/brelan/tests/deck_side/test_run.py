@@ -154,6 +154,27 @@ class Editions(Case):
         ran = self.brelan("run", "edit-0.dat", "--kind", "displacement")
         self.assertIn("Start.Mes is a mesh of the head kind", ran.stderr)
 
+    def test_a_deck_whose_comment_names_another_kind_is_told(self):
+        """A head that becomes a water level, or a temperature, has no error of its own."""
+        self.edited_starter("base-mesh", ("  0.0    0.0    10.0", "  0.0    0.0    12.5"), kind="head")
+        for kind, meaning in (("coupled", "Ywater"), ("temperature", "T")):
+            ran = self.brelan("run", "base-mesh.dat", "--kind", kind)
+            self.assertEqual(ran.returncode, 0, ran.stderr)
+            self.assertIn(f"({kind}) by --kind, but its comment names the head kind, in which 12.5 on Card 4.2 is H; "
+                          f"here it is {meaning}\n", ran.stderr)
+        ran = self.brelan("run", "base-mesh.dat")
+        self.assertEqual((ran.returncode, ran.stderr), (0, ""))
+
+    def test_a_base_mesh_of_another_kind_is_told_before_it_is_replaced(self):
+        self.write("base.dat", "2 0\n1 1\n0 0 12.5\n4 1 0.5\n4 1 0.5\n0\n")
+        self.assertEqual(self.brelan("run", "base.dat", "--kind", "head").stderr, "")
+        said = self.brelan("run", "base.dat", "--kind", "coupled").stderr
+        self.assertIn("by --kind, but Bmesh.dat, which is made anew, is a mesh of the head kind, in which 12.5 on Card 4.2 "
+                      "is H; here it is Ywater\n", said)
+        self.assertEqual(self.brelan("run", "base.dat", "--kind", "coupled").stderr, "")
+        self.write("base.dat", "2 0\n1 1\n0 0\n4 1 0.5\n4 1 0.5\n0\n")  # no value that could change its meaning
+        self.assertEqual(self.brelan("run", "base.dat", "--kind", "head").stderr, "")
+
     def test_wrong_editions(self):
         self.starter("base-mesh")
         self.assert_one_message(self.brelan("run", "base-mesh.dat", "--edition", "13"), 2, "13")

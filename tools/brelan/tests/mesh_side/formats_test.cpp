@@ -215,6 +215,127 @@ TEST(Gmsh, SaysWhereSomethingIsWrong) {
         EXPECT_NE(message(std::string(GMSH_22).substr(0, length)), "none") << length;
 }
 
+// One quadrilateral of second order, its centre the first of the points, with a code on its third corner.
+constexpr const char* SECOND_ORDER_NODES = R"(5 1 1 0
+1 0 0 0
+2 2 0 0
+3 2 2 0
+4 0 2 0
+6 1 0 0
+7 2 1 0
+8 1 2 0
+9 0 1 0
+)";
+constexpr const char* SECOND_ORDER_DATA = R"($NodeData
+1
+"IDX"
+0
+3
+0
+1
+9
+5 9
+1 0
+2 0
+3 1
+4 0
+6 0
+7 0
+8 0
+9 0
+$EndNodeData
+)";
+const std::string SECOND_ORDER_22 =
+    "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n9\n" + std::string(SECOND_ORDER_NODES) +
+    "$EndNodes\n$Elements\n1\n1 10 2 0 1 1 2 3 4 6 7 8 9 5\n$EndElements\n" + SECOND_ORDER_DATA;
+const std::string SECOND_ORDER_41 =
+    "$MeshFormat\n4.1 0 8\n$EndMeshFormat\n$Nodes\n1 9 1 9\n2 1 0 9\n5\n1\n2\n3\n4\n6\n7\n8\n9\n"
+    "1 1 0\n0 0 0\n2 0 0\n2 2 0\n0 2 0\n1 0 0\n2 1 0\n1 2 0\n0 1 0\n"
+    "$EndNodes\n$Elements\n1 1 1 1\n2 1 10 1\n1 1 2 3 4 6 7 8 9 5\n$EndElements\n" +
+    std::string(SECOND_ORDER_DATA);
+constexpr const char* SECOND_ORDER_VTU = R"(<VTKFile type="UnstructuredGrid"><UnstructuredGrid>
+<Piece NumberOfPoints="9" NumberOfCells="1">
+<Points><DataArray type="Float64" NumberOfComponents="3" format="ascii">
+1 1 0  0 0 0  2 0 0  2 2 0  0 2 0  1 0 0  2 1 0  1 2 0  0 1 0</DataArray></Points>
+<Cells><DataArray type="Int64" Name="connectivity" format="ascii">1 2 3 4 5 6 7 8 0</DataArray>
+<DataArray type="Int64" Name="offsets" format="ascii">9</DataArray>
+<DataArray type="UInt8" Name="types" format="ascii">28</DataArray></Cells>
+<PointData><DataArray type="Int32" Name="IDX" format="ascii">9 0 0 1 0 0 0 0 0</DataArray></PointData>
+</Piece></UnstructuredGrid></VTKFile>
+)";
+
+std::vector<CellMesh> second_order_cells() {
+    return {read_gmsh(SECOND_ORDER_22, "2.msh"), read_gmsh(SECOND_ORDER_41, "4.msh"),
+            read_vtu(SECOND_ORDER_VTU, "a.vtu")};
+}
+
+TEST(SecondOrder, CentresOfQuadrilateralsBecomeNoNodes) {
+    for (const CellMesh& cells : second_order_cells()) {
+        SCOPED_TRACE(cells.file);
+        const FromCells read = mesh_of(cells, LayoutKind::displacement);
+        EXPECT_EQ(read.centres, 1U);
+        EXPECT_EQ(read.midsides, 0U);
+        ASSERT_EQ(read.mesh.nodes.size(), 8U);
+        for (const Node& node : read.mesh.nodes) {
+            EXPECT_FALSE(node.XC == 1.0F && node.YC == 1.0F);
+            EXPECT_EQ(node.ID[0], node.XC == 2.0F && node.YC == 2.0F ? 1 : 0) << node.NODE;
+        }
+        const ElementWords& w = read.mesh.elements.front().words;
+        const auto point = [&](Number number) { return read.mesh.point(read.mesh.node_place(number)); };
+        EXPECT_EQ(point(w.I3).x + point(w.I3).y, 4.0);
+        EXPECT_EQ(point(w.M5).x, 1.0);  // between the corners at (0, 0) and (2, 0)
+        EXPECT_EQ(point(w.M5).y, 0.0);
+        EXPECT_EQ(point(w.M8).y, 1.0);  // between (0, 2) and (0, 0)
+    }
+}
+
+TEST(SecondOrder, NodesKeepTheirNumbersWhereTheFileHasThem) {
+    std::vector<Number> numbers;
+    for (const Node& node : mesh_of(read_gmsh(SECOND_ORDER_22, "2.msh"), LayoutKind::coupled).mesh.nodes)
+        numbers.push_back(node.NODE);
+    EXPECT_EQ(numbers, (std::vector<Number>{1, 2, 3, 4, 6, 7, 8, 9}));
+}
+
+TEST(SecondOrder, MidsideNodesGoWhereTheKindHasNone) {
+    for (const CellMesh& cells : second_order_cells()) {
+        SCOPED_TRACE(cells.file);
+        const FromCells read = mesh_of(cells, LayoutKind::head);
+        EXPECT_EQ(read.centres, 1U);
+        EXPECT_EQ(read.midsides, 4U);
+        EXPECT_EQ(read.mesh.nodes.size(), 4U);
+        EXPECT_EQ(read.mesh.elements.front().words.M5, 0);
+    }
+}
+
+TEST(SecondOrder, NodeThatAnotherElementHasStays) {
+    CellMesh cells = read_gmsh(SECOND_ORDER_22, "2.msh");
+    const std::int32_t from_centre[]{0, 2, 3};  // a triangle to the corners at (2, 0) and (2, 2)
+    cells.add_cell(Shape2D::triangle, from_centre);
+    cells.cell_tags.push_back(2);
+    cells.group_of.push_back(-1);
+    EXPECT_EQ(mesh_of(cells, LayoutKind::displacement).centres, 0U);
+    EXPECT_EQ(mesh_of(cells, LayoutKind::displacement).mesh.nodes.size(), 9U);
+}
+
+TEST(SecondOrder, PointsThatNoCellNamesStay) {
+    CellMesh cells = read_vtu(SECOND_ORDER_VTU, "a.vtu");
+    cells.points.insert(cells.points.end(), {9.0F, 9.0F, 0.0F});
+    cells.point_data.clear();
+    EXPECT_EQ(mesh_of(cells, LayoutKind::displacement).mesh.nodes.size(), 9U);
+}
+
+// Elements with midside nodes on some sides only are cells without them; the arrays tell.
+TEST(SecondOrder, SingleMidsideNodesOfAMeshGoWithAKindWithoutThem) {
+    Sample sample;
+    sample.nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1}, {0.5, 0}}).solid({1, 2, 3, 4});
+    sample.last().words.M5 = 5;
+    const CellMesh cells = cells_of(sample.mesh());
+    EXPECT_EQ(mesh_of(cells, LayoutKind::coupled).mesh.nodes.size(), 5U);
+    const FromCells head = mesh_of(cells, LayoutKind::head);
+    EXPECT_EQ(head.mesh.nodes.size(), 4U);
+    EXPECT_EQ(head.midsides, 1U);
+}
+
 TEST(CellMesh, GivesEveryClassAndMaterialAGroupOfItsOwn) {
     const Mesh mesh = Sample()
                           .nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1}})

@@ -222,6 +222,41 @@ class Convert(Case):
                 if turning:  # the five nodes of the beam
                     self.assertEqual(sum(r["count"] for r in told["node_codes"] if r["codes"][turning] == 0), 5)
 
+    def test_second_order_quadrilaterals_of_gmsh_leave_no_loose_nodes(self):
+        """10 by 8 quadrilaterals: 80 centres, 11 x 8 + 10 x 9 = 178 nodes on sides, 99 corners; and a beam that stands
+        apart, with 2 ends and a middle."""
+        self.write("drawn.geo", """
+            Point(1) = {0, 0, 0}; Point(2) = {10, 0, 0}; Point(3) = {10, 8, 0}; Point(4) = {0, 8, 0};
+            Line(1) = {1, 2}; Line(2) = {2, 3}; Line(3) = {3, 4}; Line(4) = {4, 1};
+            Curve Loop(1) = {1, 2, 3, 4}; Plane Surface(1) = {1}; Transfinite Curve {1, 3} = 11;
+            Transfinite Curve {2, 4} = 9; Transfinite Surface {1}; Recombine Surface {1};
+            Point(7) = {20, 0, 0}; Point(8) = {20, 1, 0}; Line(9) = {7, 8}; Transfinite Curve {9} = 2;
+            Physical Surface("material 3", 3) = {1}; Physical Curve("beam 2", 2) = {9};
+            """)
+        routes = [("g.msh", "msh22", "0"), ("g.vtu", "", ""), ("g.msh", "msh22", "1"), ("g.msh", "msh41", "0"),
+                  ("g.msh", "msh41", "1")]
+        for name, version, binary in routes:
+            if version:
+                self.gmsh("drawn.geo", "-2", "-order", "2", "-setnumber", "Mesh.Binary", binary, "-format", version,
+                          "-o", str(self.path(name)))
+            else:
+                script = "import meshio; meshio.read('g.msh', 'gmsh').write('g.vtu')"
+                subprocess.run([MESHIO, "-c", script], cwd=self.root, check=True, capture_output=True)
+            beams = 0 if name == "g.vtu" else 1  # a VTU file has no names of groups
+            for kind, nodes in (("displacement", 99 + 178), ("coupled", 99 + 178), ("head", 99), ("temperature", 99)):
+                with self.subTest(name=name, version=version, binary=binary, kind=kind):
+                    result = self.brelan("convert", "--kind", kind, name, "b.Mes")
+                    self.assertEqual(result.returncode, 0, result.stderr)
+                    self.assertIn(f"{name}: 80 centre nodes of quadrilaterals were left out\n", result.stderr)
+                    gone = beams + (178 if nodes == 99 else 0)
+                    said = {0: "", 1: "1 midside node that", 178: "178 midside nodes that", 179: "179 midside nodes that"}
+                    self.assertIn(said[gone], result.stderr)
+                    told = self.info("b.Mes")
+                    loose = 3 * (1 - beams)  # of the line that is no beam
+                    self.assertEqual(told["nodes"]["count"], nodes + 2 * beams + loose)
+                    self.assertEqual(told["soundness"]["findings"]["unused_nodes"]["count"], loose)
+                    self.assertEqual((told["area"], told["beams"]), (80.0, beams))
+
     def test_result_of_gmsh_runs_through_the_batch_program(self):
         self.write("drawn.geo", "SetFactory(\"OpenCASCADE\"); Rectangle(1) = {0, 0, 0, 3, 2};"
                                 "Physical Surface(1) = {1}; Mesh.MeshSizeMax = 0.5;")
@@ -292,6 +327,52 @@ class Convert(Case):
         back = self.info("c.Mes")
         self.assertEqual(back["node_codes"], self.info("a.Mes")["node_codes"])
         self.assertEqual(back["materials"], self.info("a.Mes")["materials"])
+
+    def test_what_another_kind_does_not_keep_is_told(self):
+        told = {("head", "coupled"): "ID, IDF, H, CF and IDH left out, ISX, ISY, IFX, IFY, IRZ, KS, KF, INTR, INTS and TBJWL as in a base mesh",
+                ("head", "temperature"): "H left out, T as in a base mesh",
+                ("displacement", "coupled"): "THIC and DEN left out, IFX, IFY, KS, KF, INTR, INTS and TBJWL as in a base mesh",
+                ("coupled", "head"): "ISX, ISY, IFX, IFY, IRZ, KS, KF, INTR, INTS and TBJWL left out, ID, IDF, H, CF and IDH as in a base mesh"}
+        for (source, target), what in told.items():
+            self.write("a.Mes", sample(source).text())
+            self.good("convert", "a.Mes", "a.vtu")
+            self.good("convert", "a.Mes", "a.msh")
+            for name in ("a.Mes", "a.vtu", "a.msh"):
+                with self.subTest(source=source, target=target, name=name):
+                    result = self.brelan("convert", "--kind", target, name, "b.Mes")
+                    self.assertEqual(result.returncode, 0, result.stderr)
+                    self.assertEqual(result.stderr, f"brelan: {name}: the {source} kind became the {target} kind: {what}\n")
+                    result = self.brelan("convert", "--kind", source, name, "b.Mes")
+                    self.assertEqual((result.returncode, result.stderr), (0, ""))
+
+    def test_flow_lines_that_become_trusses_are_told(self):
+        mesh = sample("head")
+        mesh.hide_trusses = True
+        self.write("a.Mes", mesh.text())
+        self.good("convert", "a.Mes", "a.msh")
+        for name in ("a.Mes", "a.msh"):
+            result = self.brelan("convert", "--kind", "coupled", name, "b.Mes")
+            self.assertIn(f"{name}: its flow lines became trusses\n", result.stderr)
+            self.assertFalse(self.info("b.Mes")["flow_lines"])
+            self.assertEqual(self.info("b.Mes")["trusses"], 2)
+
+    def test_mesh_that_is_read_against_its_own_kind_is_told(self):
+        """Heads are read as temperatures: the records of both kinds look alike."""
+        self.write("a.Mes", sample("head").text())
+        said = "brelan: a.Mes: a mesh of the head kind, read as one of the temperature kind\n"
+        for command, count in ((["info", "a.Mes"], 1), (["plot", "a.Mes", "-o", "a.svg"], 1), (["diff", "a.Mes", "a.Mes"], 2)):
+            result = self.brelan(*command, "--kind", "temperature")
+            self.assertIn(result.returncode, (0, 1), result.stderr)
+            self.assertEqual(result.stderr, said * count, command)
+            self.assertEqual(self.brelan(*command, "--kind", "head").stderr, "", command)
+
+    def test_kind_that_a_mesh_file_does_not_tell_is_taken_from_the_option(self):
+        text = sample("head").text()
+        heading = next(line for line in text.split("\n") if "IDF" in line)
+        self.write("a.Mes", text.replace(heading, "    NODE"))
+        self.failed(self.brelan("convert", "a.Mes", "b.Mes"), "name it with --kind")
+        self.good("convert", "--kind", "head", "a.Mes", "b.Mes")
+        self.assertEqual(records(self.path("b.Mes").read_text()), records(text))
 
     def test_negative_attribute_of_a_joint_stays(self):
         mesh = sample("head")
