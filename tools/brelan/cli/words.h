@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,9 @@ namespace brelan::tool {
 
 // The letters A to Z made small, as names of files are compared.
 std::string lower(std::string_view text);
+
+// The remark about a file that begins with a byte order mark.
+std::string mark_passed_over(const std::filesystem::path& file);
 
 // "1 node", "2 nodes".
 std::string counted(std::size_t count, std::string_view one, std::string_view many);

@@ -226,8 +226,9 @@ private:
 };
 
 int diff(const DiffOptions& options, const Context& context) {
-    const Mesh a = read_any_mesh(options.a, options.kind.kind());
-    const Mesh b = read_any_mesh(options.b, options.kind.kind());
+    const auto remark = [&](const std::string& text) { note(context, text); };
+    const Mesh a = read_any_mesh(options.a, options.kind.kind(), remark);
+    const Mesh b = read_any_mesh(options.b, options.kind.kind(), remark);
     const Difference d = options.by_place ? difference_by_place(a, b, options.tolerance)
                                           : difference_by_number(a, b, options.tolerance);
     const Report report(a, b, d, options);

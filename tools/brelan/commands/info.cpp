@@ -34,7 +34,8 @@ int info(const InfoOptions& options, const Context& context) {
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
     for (const std::string& file : options.files) {
         try {
-            const Mesh mesh = read_any_mesh(file, options.kind.kind());
+            const Mesh mesh = read_any_mesh(file, options.kind.kind(),
+                                            [&](const std::string& text) { note(context, text); });
             const std::vector<Corners> corners = corners_of(mesh);
             const MeshReport report{mesh, count_mesh(mesh, corners), measure_quality(mesh, corners),
                                     check_soundness(mesh, corners, options.tolerance)};

@@ -4,23 +4,25 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <optional>
 
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/output_file.h"
+#include "cli/words.h"
 #include "commands/batch/batch_program.h"
 #include "commands/batch/data_directory.h"
 #include "commands/batch/directory_lock.h"
 #include "commands/batch/edition.h"
 #include "commands/batch/pass_trace.h"
 #include "commands/batch/temporary_directory.h"
+#include "commands/card_report.h"
+#include "commands/checking/free_sides.h"
 #include "commands/commands.h"
 #include "commands/run_failure.h"
 #include "commands/run_summary.h"
-#include "model/mesh.h"
+#include "model/mesh_file.h"
 
 namespace brelan::tool {
 
@@ -94,9 +96,7 @@ private:
 };
 
 void put_deck(const fs::path& deck, const fs::path& project, const fs::path& working_directory) {
-    std::ifstream stream(deck, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    write_file(working_directory / DECK_NAME, text);
+    write_file(working_directory / DECK_NAME, read_deck_text(deck).text);
     std::error_code error;
     if (fs::is_regular_file(project / LINE_UP, error))
         fs::copy_file(project / LINE_UP, working_directory / LINE_UP, fs::copy_options::overwrite_existing,
@@ -117,7 +117,8 @@ std::string progress_text(const fs::path& deck, const PassTrace& trace, Clock::d
 
 // The mesh that the run has written. An earth dam's decks are the run's own: the last of them has told the
 // plot tool.
-fs::path result_of(const Deck& deck, const fs::path& project, const DataDirectory& data) {
+fs::path result_of(const Deck& deck, const fs::path& project, const fs::path& work,
+                   const DataDirectory& data) {
     constexpr std::int32_t dam = 3;
     std::string name = deck.result;
     if (deck.IMOD == 2 && name.empty())
@@ -127,7 +128,22 @@ fs::path result_of(const Deck& deck, const fs::path& project, const DataDirector
         std::getline(stream, name);
         name.erase(name.find_last_not_of(" \r") + 1);
     }
-    return file_of_card(project, name);
+    return file_of_card(project, name, work);
+}
+
+// What a run that has finished leaves to be said.
+void warn(const Context& context, const Deck& deck, const fs::path& project, bool work_is_left) {
+    const auto say = [&](int line, const std::string& text) {
+        note(context, fmt::format("{}, line {}: warning: {}", deck.file.string(), line, text));
+    };
+    if (in_working_directory(deck.result) && !work_is_left)
+        for (const DeckCard& card : deck.cards)
+            if (card.type == CardType::name && card.name == deck.result)
+                say(card.line, lost_result(card.name));
+    if (deck.IMOD == 2 && lower(deck.result) != lower(BASE_MESH))
+        for (const std::string& side :
+             free_sides(*deck.card("4.1"), read_mesh_file(project / BASE_MESH, deck.kind)))
+            say(deck.card("4.1")->line, side);
 }
 
 int run(const Context& context, const RunOptions& options, const EditionOptions& edition_options) {
@@ -146,7 +162,9 @@ int run(const Context& context, const RunOptions& options, const EditionOptions&
         data.emplace(options.data);
         edition_of_data = edition_in(*data);
     }
-    const EditionOfDeck choice = edition_of_deck(deck_file, project, edition_options, edition_of_data);
+    const fs::path kept_work = options.work.empty() ? fs::path{} : project / options.work;
+    const EditionOfDeck choice =
+        edition_of_deck(deck_file, project, kept_work, edition_options, edition_of_data);
     if (!choice.contradiction.empty())
         note(context,
              fmt::format("{}: edition {} ({}) by {}, but {}", deck_file.string(), choice.edition.number,
@@ -162,6 +180,8 @@ int run(const Context& context, const RunOptions& options, const EditionOptions&
     if (!data)
         data.emplace(context.program, choice.edition, project);
     const Deck deck = read_deck(deck_file, choice.edition.kind);
+    if (deck.byte_order_mark)
+        note(context, mark_passed_over(deck_file));
     refuse_harmful_result(deck, project, *data);
     const WorkingDirectory work(project, options);
     put_deck(deck_file, project, work.path());
@@ -188,9 +208,10 @@ int run(const Context& context, const RunOptions& options, const EditionOptions&
         fmt::print(stderr, "{}", failure_details(failed));
         return result.status;
     }
+    warn(context, deck, project, options.keep || !options.work.empty());
     if (!context.quiet)
-        print(run_summary(
-            {deck_file, project, result_of(deck, project, *data), choice.edition, seconds, before}));
+        print(run_summary({deck_file, project, result_of(deck, project, kept_work, *data), choice.edition,
+                           seconds, before}));
     return STATUS_OK;
 }
 

@@ -2,6 +2,7 @@
 
 #include <fmt/core.h>
 
+#include "channel/text_line.h"
 #include "cli/input_file.h"
 #include "cli/words.h"
 #include "formats/cell_mesh.h"
@@ -14,6 +15,8 @@ namespace brelan::tool {
 Format format_of_content(const std::filesystem::path& path) {
     constexpr std::size_t ENOUGH = 64;
     std::string start = read_start(path, ENOUGH);
+    if (start.starts_with(BYTE_ORDER_MARK))
+        start.erase(0, BYTE_ORDER_MARK.size());
     start.erase(0, start.find_first_not_of(" \t\r\n"));
     if (start.starts_with("<?xml") || start.starts_with("<VTKFile"))
         return Format::vtu;
@@ -33,9 +36,18 @@ std::optional<Format> format_of_name(const std::filesystem::path& path) {
 
 Mesh read_any_mesh(const std::filesystem::path& path, std::optional<LayoutKind> kind, const Remark& remark) {
     const Format format = format_of_content(path);
-    if (format == Format::mesh)
-        return read_mesh_file(path, kind);
-    const std::string content = read_file(path);
+    if (format == Format::mesh) {
+        Mesh mesh = read_mesh_file(path, kind);
+        if (remark && mesh.byte_order_mark)
+            remark(mark_passed_over(path));
+        return mesh;
+    }
+    std::string content = read_file(path);
+    if (content.starts_with(BYTE_ORDER_MARK)) {
+        content.erase(0, BYTE_ORDER_MARK.size());
+        if (remark)
+            remark(mark_passed_over(path));
+    }
     FromCells read = mesh_of(
         format == Format::vtu ? read_vtu(content, path.string()) : read_gmsh(content, path.string()), kind);
     if (remark && read.left_out > 0)

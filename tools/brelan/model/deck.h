@@ -28,6 +28,7 @@ struct DeckField {
     bool written = true;  // false: the program drops the value
     char form = 'I';      // I: the program cuts the value to an integer; E: a real
     float value = 0.0F;
+    bool known = false;                     // false: the card is refused before the value is read
     bool given = false;                     // false: the value is the card's default, or a null value
     std::string text;                       // as written, empty where the card has none
     int first_column = 0, last_column = 0;  // of its text on the card, 0 where it has none
@@ -114,6 +115,7 @@ inline constexpr std::string_view BASE_MESH = "Bmesh.dat";
 
 struct Deck {
     std::filesystem::path file;
+    bool byte_order_mark = false;  // in front of the file, passed over
     LayoutKind kind = LayoutKind::displacement;
     std::vector<DeckCard> cards;
     std::optional<DeckFault> fault;
@@ -127,8 +129,16 @@ struct Deck {
     const DeckCard* card(std::string_view number) const;  // the first of that number
 };
 
-// Reads a deck for an edition of a kind. Throws Failure where the file is not there, is empty, or is no text;
-// a deck that the batch program refuses comes back with its fault.
+// The text of a deck's file, without a byte order mark in front of it. Throws Failure where the file is not
+// there, is empty, or is no text.
+struct DeckText {
+    std::string text;
+    bool byte_order_mark = false;
+};
+DeckText read_deck_text(const std::filesystem::path& file);
+
+// Reads a deck for an edition of a kind. Throws Failure as read_deck_text does; a deck that the batch program
+// refuses comes back with its fault.
 Deck read_deck(const std::filesystem::path& file, LayoutKind kind);
 
 // X1 Y1 to X4 Y4 of a card of a dam's core or wall.
@@ -137,8 +147,13 @@ std::vector<DeckPoint> four_points(const DeckCard& card);
 // What the deck draws, in the order of its cards. Coordinates are those of the mesh.
 std::vector<DeckShape> shapes_of(const Deck& deck);
 
-// The file that a name on a card stands for, in a project: a bare name is a file of the project. Empty for a
-// name in the working directory, which is another one for each run, and where two files go by the name.
-std::filesystem::path file_of_card(const std::filesystem::path& project, std::string_view name);
+// True for a name that is taken from the working directory of the run, as old\Row.Mes is.
+bool in_working_directory(std::string_view name);
+
+// The file that a name on a card stands for, in a project: a bare name is a file of the project. Empty where
+// two files go by the name, and for a name in the working directory where that is not given: each run has
+// another one.
+std::filesystem::path file_of_card(const std::filesystem::path& project, std::string_view name,
+                                   const std::filesystem::path& work = {});
 
 }  // namespace brelan::tool

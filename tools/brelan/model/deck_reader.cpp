@@ -5,6 +5,7 @@
 
 #include "basemesh/block_tables.h"
 #include "channel/real_to_integer.h"
+#include "channel/text_line.h"
 #include "cli/exit_status.h"
 #include "deck/deck_tables.h"
 #include "mesh/tables.h"
@@ -143,7 +144,9 @@ void read_cards(Deck& deck, CardReader& cards) {
     deck.surplus_line = cards.next_line();
 }
 
-std::string read_text_of(const std::filesystem::path& file) {
+}  // namespace
+
+DeckText read_deck_text(const std::filesystem::path& file) {
     std::error_code error;
     if (!std::filesystem::exists(file, error))
         throw Failure(file.string() + ": expected a card deck, but there is no file of this name");
@@ -160,17 +163,19 @@ std::string read_text_of(const std::filesystem::path& file) {
             file.string() + ", line " +
             std::to_string(1 + std::count(text.begin(), text.begin() + static_cast<long>(zero), '\n')) +
             ": expected a card deck, found a zero byte: the file is no text");
-    return text;
+    DeckText read;
+    read.byte_order_mark = text.starts_with(BYTE_ORDER_MARK);
+    read.text = read.byte_order_mark ? text.substr(BYTE_ORDER_MARK.size()) : std::move(text);
+    return read;
 }
-
-}  // namespace
 
 Deck read_deck(const std::filesystem::path& file, LayoutKind kind) {
     Deck deck;
     deck.file = file;
     deck.kind = kind;
-    const std::string text = read_text_of(file);
-    CardReader cards(deck, text);
+    const DeckText read = read_deck_text(file);
+    deck.byte_order_mark = read.byte_order_mark;
+    CardReader cards(deck, read.text);
     try {
         read_cards(deck, cards);
     } catch (const CardsEnd&) {

@@ -32,8 +32,9 @@ void set_kind(LayoutKind kind) {
 // --- reading -------------------------------------------------------------------------------------
 
 // The mesh without its comment lines, on a channel that knows the line of the file for each of its own.
-Channel& without_comments(const std::filesystem::path& path) {
+Channel& without_comments(const std::filesystem::path& path, bool& byte_order_mark) {
     Channel& from = open_channel(CH_SOURCE_A, path.string(), OpenStatus::old);
+    byte_order_mark = from.pass_byte_order_mark();
     Channel& mesh = open_channel(CH_MESH_A, IN_MEMORY, OpenStatus::scratch);
     mesh.follow(from);
     while (!from.at_end()) {
@@ -212,7 +213,7 @@ void require_fields(const Mesh& mesh) {
 Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind) {
     Mesh mesh;
     mesh.file = path.string();
-    Channel& file = without_comments(path);
+    Channel& file = without_comments(path, mesh.byte_order_mark);
     if (!kind)
         kind = find_kind(file);
     if (!kind)

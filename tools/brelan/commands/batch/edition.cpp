@@ -2,7 +2,7 @@
 
 #include <fmt/core.h>
 
-#include <fstream>
+#include <sstream>
 
 #include "channel/run_end.h"
 #include "cli/exit_status.h"
@@ -45,7 +45,7 @@ std::string word_behind(std::string_view line, std::string_view key) {
 
 // The kind that a comment in front of the first card names.
 std::optional<LayoutKind> kind_in_comments(const fs::path& deck) {
-    std::ifstream file(deck);
+    std::istringstream file(read_deck_text(deck).text);
     for (std::string line; std::getline(file, line) && !line.empty() && line.front() == '*';)
         if (const auto kind = kind_named(word_behind(line, "Kind:")))
             return kind;
@@ -57,13 +57,13 @@ struct KnownMesh {
     std::string name;
     LayoutKind kind;
 };
-std::vector<KnownMesh> meshes_of(const Deck& deck, const fs::path& project) {
+std::vector<KnownMesh> meshes_of(const Deck& deck, const fs::path& project, const fs::path& work) {
     std::vector<KnownMesh> meshes;
     // Behind a base mesh FILEA is the file that the run makes.
     if (deck.IMOD == 2)
         return meshes;
     for (const std::string& name : {deck.FILEA, deck.FILEB}) {
-        const fs::path file = file_of_card(project, name);
+        const fs::path file = file_of_card(project, name, work);
         std::error_code error;
         if (file.empty() || !fs::is_regular_file(file, error))
             continue;
@@ -108,12 +108,12 @@ void add_edition_options(CLI::App& command, const std::shared_ptr<EditionOptions
         ->excludes(edition);
 }
 
-EditionOfDeck edition_of_deck(const fs::path& file, const fs::path& project, const EditionOptions& options,
-                              std::optional<std::int32_t> of_data) {
+EditionOfDeck edition_of_deck(const fs::path& file, const fs::path& project, const fs::path& work,
+                              const EditionOptions& options, std::optional<std::int32_t> of_data) {
     EditionOfDeck found;
     found.edition = first_choice(file, options, of_data);
     const Deck deck = read_deck(file, found.edition.kind);
-    for (const KnownMesh& mesh : meshes_of(deck, project)) {
+    for (const KnownMesh& mesh : meshes_of(deck, project, work)) {
         if (found.edition.source.empty())
             found.edition = {edition_of(mesh.kind), mesh.kind, mesh.name};
         else if (mesh.kind != found.edition.kind && found.contradiction.empty())

@@ -31,12 +31,13 @@ struct Edition {
 
 // The edition of the command line; else that of a comment "* Kind: head" in front of the deck's first card;
 // else the kind of the mesh that the deck reads; else the displacement edition. Meshes of the deck that are
-// of another kind are named in `contradiction`.
+// of another kind are named in `contradiction`. `work` is the working directory, where it stays.
 struct EditionOfDeck {
     Edition edition;
     std::string contradiction;  // "Row.Mes is a mesh of the head kind"; empty where there is none
 };
 EditionOfDeck edition_of_deck(const std::filesystem::path& deck, const std::filesystem::path& project,
-                              const EditionOptions& options, std::optional<std::int32_t> of_data = {});
+                              const std::filesystem::path& work, const EditionOptions& options,
+                              std::optional<std::int32_t> of_data = {});
 
 }  // namespace brelan::tool

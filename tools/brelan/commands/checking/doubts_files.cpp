@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "cli/words.h"
+#include "commands/card_report.h"
 #include "commands/checking/doubts.h"
 
 namespace brelan::tool {
@@ -12,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void doubt_source(Doubts& doubts, const DeckCard& card, const fs::path& project) {
+void doubt_source(Doubts& doubts, const DeckCard& card, const DeckPlace& place) {
     const Deck& deck = doubts.deck();
     constexpr std::int32_t base_mesh = 2;
     if (deck.IMOD == base_mesh) {
@@ -23,16 +24,19 @@ void doubt_source(Doubts& doubts, const DeckCard& card, const fs::path& project)
         else
             return;
     }
-    const fs::path file = file_of_card(project, card.name);
+    const fs::path file = file_of_card(place.project, card.name, place.work);
     std::error_code error;
-    if (!file.empty() && !fs::is_regular_file(file, error))
+    if (in_working_directory(card.name) && place.work.empty())
+        doubts.end_of_run("no-file", &card, name_here(card.name));
+    else if (!fs::is_regular_file(file, error))
         doubts.end_of_run("no-file", &card,
-                          fmt::format("{}: there is no mesh of this name", file.lexically_normal().string()));
+                          fmt::format("{}: there is no mesh of this name, or more than one",
+                                      file.empty() ? card.name : file.lexically_normal().string()));
 }
 
 }  // namespace
 
-void doubt_files(Doubts& doubts, const fs::path& project, const DeckMeshes& meshes) {
+void doubt_files(Doubts& doubts, const DeckPlace& place, const DeckMeshes& meshes) {
     const Deck& deck = doubts.deck();
     std::error_code error;
     for (const DeckCard& card : deck.cards) {
@@ -41,8 +45,10 @@ void doubt_files(Doubts& doubts, const fs::path& project, const DeckMeshes& mesh
         const bool source = card.heading == "FILEA" || card.heading == "FILEB";
         const bool result = card.heading == "FILEM" || card.heading == "FILEC";
         if (source)
-            doubt_source(doubts, card, project);
-        const fs::path file = file_of_card(project, card.name);
+            doubt_source(doubts, card, place);
+        if (result && in_working_directory(card.name) && place.work.empty())
+            doubts.doubt("lost-result", &card, lost_result(card.name));
+        const fs::path file = file_of_card(place.project, card.name, place.work);
         if (result && !file.empty() && fs::equivalent(file, deck.file, error) && !error)
             doubts.end_of_run("own-name", &card,
                               fmt::format("{}: the result would take the place of this deck", card.name));

@@ -216,6 +216,21 @@ void doubt_element_numbers(Doubts& doubts, const Mesh& a, const Mesh& b, const D
             "other has: numbers will be out of range (manual, chapter 5)");
 }
 
+// A number that FILEA lacks ends the run; a pair that FILEB lacks is passed over.
+void doubt_pairs_on(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bool first) {
+    for (const float value : card.list) {
+        const std::int32_t number = whole_number(value);
+        if (number < 1 || number > MAXNP || mesh.node_place(number) != Mesh::NONE)
+            continue;
+        if (first)
+            doubts.end_of_run("no-such-number", &card,
+                              fmt::format("the mesh of FILEA has no node {}", number));
+        else
+            doubts.doubt("no-such-number", &card,
+                         fmt::format("the mesh of FILEB has no node {}: its pair is passed over", number));
+    }
+}
+
 void doubt_combination(Doubts& doubts, const Mesh& a, const Mesh& b) {
     const Deck& deck = doubts.deck();
     const DeckCard* interface = deck.card("2.2");
@@ -233,10 +248,13 @@ void doubt_combination(Doubts& doubts, const Mesh& a, const Mesh& b) {
             doubts.doubt("no-common-node", interface, "no node of FILEB lies at a node of FILEA");
         return;
     }
-    int list = 0;
-    for (const DeckCard& card : deck.cards)
-        if (card.type == CardType::list && card.number == "2.3")
-            doubt_numbers_on(doubts, card, ++list == 1 ? a : b, true);
+    bool first = true;
+    for (const DeckCard& card : deck.cards) {
+        if (card.type != CardType::list || card.number != "2.3")
+            continue;
+        doubt_pairs_on(doubts, card, first ? a : b, first);
+        first = false;
+    }
 }
 
 }  // namespace

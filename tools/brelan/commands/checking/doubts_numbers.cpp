@@ -3,7 +3,7 @@
 
 #include <charconv>
 #include <cmath>
-#include <fstream>
+#include <sstream>
 
 #include "channel/text_line.h"
 #include "commands/card_report.h"
@@ -67,7 +67,7 @@ void doubt_writing(Doubts& doubts, const DeckCard& card) {
 
 // Whole lines as they stand in the file: a card's text ends with column 126.
 void doubt_line_ends(Doubts& doubts) {
-    std::ifstream file(doubts.deck().file);
+    std::istringstream file(read_deck_text(doubts.deck().file).text);
     std::vector<std::string> lines;
     for (std::string line; std::getline(file, line);)
         lines.push_back(line);
@@ -101,6 +101,11 @@ void doubt_codes(Doubts& doubts) {
 
 void doubt_numbers(Doubts& doubts) {
     const Deck& deck = doubts.deck();
+    if (deck.byte_order_mark)
+        doubts.doubt(
+            "byte-order-mark", nullptr,
+            "a byte order mark stands in front of line 1: brelan passes over it, and the batch program "
+            "alone will not take the deck");
     for (const DeckCard& card : deck.cards) {
         if (deck.fault && card.line == deck.fault->line)
             continue;  // what the checker refuses is told by its own message

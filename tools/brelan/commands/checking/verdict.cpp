@@ -112,10 +112,7 @@ Verdict verdict_of(const Deck& deck, const Edition& edition) {
     const TemporaryDirectory place("brelan-check-");
     const fs::path project = place.path() / "project";
     fs::create_directories(project / "work");
-    std::error_code error;
-    fs::copy_file(deck.file, project / "deck.dat", error);
-    if (error)
-        throw Failure(deck.file.string() + ": the file cannot be read: " + error.message());
+    write_file(project / "deck.dat", read_deck_text(deck.file).text);
 
     const PrivateDrive drive(place.path() / "C");
     const InDirectory work(project / "work");
