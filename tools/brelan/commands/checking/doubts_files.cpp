@@ -49,7 +49,13 @@ void doubt_files(Doubts& doubts, const DeckPlace& place, const DeckMeshes& meshe
         if (result && in_working_directory(card.name) && place.work.empty())
             doubts.doubt("lost-result", &card, lost_result(card.name));
         const fs::path file = file_of_card(place.project, card.name, place.work);
-        if (result && !file.empty() && fs::equivalent(file, deck.file, error) && !error)
+        if (result && !file.empty() && fs::is_directory(file, error))
+            doubts.end_of_run("bad-result", &card, fmt::format("{}: a directory has this name", card.name));
+        else if (result && card.name.find(':') == std::string::npos && file.has_parent_path() &&
+                 !fs::is_directory(file.parent_path(), error))
+            doubts.end_of_run("bad-result", &card,
+                              fmt::format("{}: there is no directory for it", card.name));
+        else if (result && !file.empty() && fs::equivalent(file, deck.file, error) && !error)
             doubts.end_of_run("own-name", &card,
                               fmt::format("{}: the result would take the place of this deck", card.name));
         for (const Mesh* mesh :
