@@ -36,7 +36,7 @@ TEST(GroupLines, ClosedLineOfOneNodeHasItsElement) {
         GroupRun run(Kind::displacement, {"3", "1 2.3 " + std::to_string(LTP) + " 6", "3 0 0 0 0", "1 2 1",
                                           "2 2.3 1.2", "3 1.7 1.3", "3", "1 1 1 3", "2 1 1 3", "3 1 1 3"});
         run.expect_counts(15, 8, LTP == 2 ? 1 : 0, LTP == 2 ? 0 : 1);
-        const MeshElement& e = LTP == 2 ? run.check.mesh.beams.at(0) : run.check.mesh.trusses.at(0);
+        const MeshLine& e = LTP == 2 ? run.check.mesh.beams.at(0) : run.check.mesh.trusses.at(0);
         EXPECT_EQ(e.i, 8);
         EXPECT_EQ(e.j, 8);
     }

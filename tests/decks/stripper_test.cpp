@@ -300,7 +300,7 @@ TEST(StripperFields, StripperClosesItsSourceAndRewindsTheCopy) {
 
 TEST(Stripper, ByteOrderMarkInFrontOfAMeshIsNamed) {
     const Project project(Kind::displacement);
-    for (const std::string& start : {"* comment\n", ""}) {
+    for (const std::string start : {"* comment\n", ""}) {
         project.write("mesh.Mes", "\xEF\xBB\xBF" + start + text_of(WHOLE));
         project.deck(text_of(Lines{"1 0", "mesh.Mes", "out.Mes"} + IDENTITY));
         expect_failed(project.run(), {"..\\mesh.Mes, line 1: ", "byte order mark"});

@@ -22,6 +22,7 @@
 #include "commands/commands.h"
 #include "commands/run_failure.h"
 #include "commands/run_summary.h"
+#include "model/in_directory.h"
 #include "model/mesh_file.h"
 
 namespace brelan::tool {
@@ -140,10 +141,13 @@ void warn(const Context& context, const Deck& deck, const fs::path& project, boo
         for (const DeckCard& card : deck.cards)
             if (card.type == CardType::name && card.name == deck.result)
                 say(card.line, lost_result(card.name));
-    if (deck.IMOD == 2 && lower(deck.result) != lower(BASE_MESH))
-        for (const std::string& side :
-             free_sides(*deck.card("4.1"), read_mesh_file(project / BASE_MESH, deck.kind)))
-            say(deck.card("4.1")->line, side);
+    if (deck.IMOD != 2 || lower(deck.result) == lower(BASE_MESH))
+        return;
+    const InDirectory there(project);
+    std::error_code error;
+    if (const DeckCard* blocks = deck.card("4.1"); fs::is_regular_file(BASE_MESH, error))
+        for (const std::string& side : free_sides(*blocks, read_mesh_file(BASE_MESH, deck.kind)))
+            say(blocks->line, side);
 }
 
 int run(const Context& context, const RunOptions& options, const EditionOptions& edition_options) {
