@@ -107,6 +107,14 @@ void Channel::skip_lines(int count, std::string_view expected) {
         read_whole_line(expected);
 }
 
+bool Channel::pass_byte_order_mark() {
+    const std::string_view rest(content_.data() + position_, content_.size() - position_);
+    if (!rest.starts_with(BYTE_ORDER_MARK))
+        return false;
+    position_ += BYTE_ORDER_MARK.size();
+    return true;
+}
+
 void Channel::rewind() {
     flush();
     position_ = 0;

@@ -68,6 +68,9 @@ public:
 
     void skip_lines(int count, std::string_view expected);
 
+    // At the start of a file: true when a byte order mark stands here, and goes behind it.
+    bool pass_byte_order_mark();
+
     // Lines from the start of the file to the current position.
     int lines_before() const { return lines_before_; }
 

@@ -8,6 +8,9 @@
 
 namespace brelan {
 
+// What some editors put in front of a text (UTF-8).
+inline constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+
 inline constexpr int LINE_COLUMNS = 126;
 
 class TextLine {

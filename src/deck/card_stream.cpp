@@ -25,8 +25,14 @@ void walk_words(Used used, Note note) {
 
 }  // namespace
 
+void refuse_byte_order_mark(Channel& text) {
+    if (text.pass_byte_order_mark())
+        text.fail_here("expected text, found a byte order mark in front of it; save the file without one");
+}
+
 void STRIPDECK(int source, int target) {
     Channel& from = channel(source);
+    refuse_byte_order_mark(from);
     Channel& to = channel(target);
     to.follow(from);
     while (!from.at_end()) {

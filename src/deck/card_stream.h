@@ -9,6 +9,10 @@
 
 namespace brelan {
 
+// Ends the run where a text that has just been opened begins with a byte order mark: the mark would be data
+// of the first line, and make a comment there a card.
+void refuse_byte_order_mark(Channel& text);
+
 // Copies the lines of the source that are no comments ("*" in column 1), as 126 columns each. Closes the
 // source channel and rewinds the target.
 void STRIPDECK(int source, int target);

@@ -1,6 +1,9 @@
 #include "deck/group_cards.h"
 
-#include <string>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
 
 #include "deck/card_stream.h"
 #include "deck/checked_cards.h"
@@ -104,6 +107,13 @@ void pass_outline(std::int32_t MTYPE) {
         pass(CARD_POINT);
 }
 
+void pass_arc(bool closes_outline) {
+    pass(CARD_ARC);
+    const ArcFault fault = fault_of_arc(std::span<const float, 6>(&CARDVAL[1], 6), closes_outline);
+    if (!fault.message.empty())
+        deck().fail_behind(fault.message);
+}
+
 void pass_segments(std::int32_t MTYPE) {
     pass(CARD_SEGMENTS);
     const std::int32_t NSEGMENT = count_on(CARD_SEGMENTS, MAXGROUPPOINTS);
@@ -121,7 +131,7 @@ void pass_segments(std::int32_t MTYPE) {
         }
         write_card(normalised(), CARD_SEGMENT.written_of(KIND()));
         if (LTYPE == 2)
-            pass(CARD_ARC);
+            pass_arc(k > 1 && k == NSEGMENT && std::abs(MTYPE) != 2);
     }
 }
 
@@ -144,6 +154,25 @@ void check_group(bool titled) {
 }
 
 }  // namespace
+
+ArcFault fault_of_arc(std::span<const float, 6> values, bool closes_outline) {
+    constexpr float smallest_square = std::numeric_limits<float>::min();
+    const auto [Rx, Ry, Qb, Qe] = std::array{values[2], values[3], values[4], values[5]};
+    const auto message = [](const char* field, const char* expected, float found) {
+        std::array<char, 32> text{};
+        std::snprintf(text.data(), text.size(), "%g", static_cast<double>(found));
+        return std::string("Card 3.3.5.4.3.1-1 (") + field + "): expected " + expected + ", found " +
+               text.data() + ": the arc has no length";
+    };
+    // The engine works with the squares.
+    if (Rx * Rx < smallest_square)
+        return {message("Rx", "a half axis other than 0", Rx), 2};
+    if (Ry * Ry < smallest_square)
+        return {message("Ry", "a half axis other than 0", Ry), 3};
+    if (written_alike(Qb, Qe) && !(closes_outline && !written_alike(Rx, Ry)))
+        return {message("Qe", "an angle other than Qb", Qe), 5};
+    return {};
+}
 
 void check_groups() {
     pass_list_if_any(CARD_NODES);

@@ -1,5 +1,7 @@
 #include "deck/normalised_deck.h"
 
+#include <array>
+
 #include "channel/layout.h"
 #include "channel/real_to_integer.h"
 #include "deck/deck_tables.h"
@@ -21,6 +23,13 @@ void write_integers(Channel& deck, std::span<const std::int32_t> values) {
 
 void write_reals(Channel& deck, std::span<const float> values) {
     REAL_LINE.write_list(deck, values);
+}
+
+bool written_alike(float a, float b) {
+    std::array<char, REAL_FIELD.columns()> first{}, second{};
+    REAL_FIELD.put(first.data(), a);
+    REAL_FIELD.put(second.data(), b);
+    return first == second;
 }
 
 void write_card(Channel& deck, std::string_view form) {

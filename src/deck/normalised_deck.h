@@ -20,4 +20,7 @@ void write_reals(Channel& deck, std::span<const float> values);
 // the real.
 void write_card(Channel& deck, std::string_view form);
 
+// True for reals that the normalised deck does not tell apart.
+bool written_alike(float a, float b);
+
 }  // namespace brelan

@@ -70,6 +70,7 @@ Scan scan_mesh(Channel& mesh) {
 // As STRIPDECK does, but without the blanks up to column 126: this copy is never seen.
 void strip_comments(int source, Channel& mesh) {
     Channel& from = channel(source);
+    refuse_byte_order_mark(from);
     mesh.follow(from);
     while (!from.at_end()) {
         const std::string_view line = from.read_whole_line("a line").substr(0, LINE_COLUMNS);

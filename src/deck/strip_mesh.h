@@ -10,7 +10,8 @@ namespace brelan {
 // header. Element records come out in the fixed layouts of a mesh file, all other lines as text. The source
 // is closed, the target rewound.
 //
-// Ends the run where a record cannot be read, or where a node or element number is outside 1 to 99,990.
+// Ends the run at a byte order mark, where a record cannot be read, or where a node or element number is
+// outside 1 to 99,990.
 StrippedMesh STRIPMESH(int source, int target);
 
 }  // namespace brelan

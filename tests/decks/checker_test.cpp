@@ -106,6 +106,15 @@ TEST(CardStream, LineEndsOfBothSystemsAndAMissingLastOneAreOneDeck) {
     EXPECT_EQ(lines_of(project.read_work("TT55.TMP")).at(0), padded("1 0"));
 }
 
+TEST(CardStream, ByteOrderMarkInFrontOfADeckIsNamed) {
+    for (const char* start : {"* comment\n", ""}) {
+        const Project project;
+        project.write("mesh.Mes", sample_mesh(Kind::displacement).text());
+        project.deck(std::string("\xEF\xBB\xBF") + start + text_of(copy_cards()));
+        expect_failed(project.run(), {"deck.dat, line 1: ", "byte order mark"});
+    }
+}
+
 TEST(CardStream, CommentOfAnyLengthIsLeftOut) {
     const Project project;
     project.write("mesh.Mes", sample_mesh(Kind::displacement).text());

@@ -178,6 +178,52 @@ TEST(GroupCards, ArcFollowsItsSegmentAndSegmentsAreCounted) {
         "arc");
 }
 
+// One arc on an open line, or as a segment of a closed outline of two.
+Lines arc_cards(const std::string& arc, int MTYPE = 2, int place = 1) {
+    const Lines segments = place == 1 ? Lines{"1 2 4 3", arc, "2 1 1 3"} : Lines{"1 1 1 3", "2 2 4 3", arc};
+    return NO_LISTS + Lines{"1"} + REFERENCE +
+           Lines{std::to_string(MTYPE),
+                 MTYPE == 2 ? "0 0" : "1 0 0 0",
+                 "3 0 0 0 0",
+                 "1 100 100",
+                 "2 101 100",
+                 "3 102 100",
+                 "2"} +
+           segments;
+}
+
+TEST(GroupCards, ArcWithoutLengthIsRefusedAtItsCard) {
+    const auto expect_refused = [](const Lines& cards, int line, const char* field, const char* found) {
+        const Project project(Kind::displacement);
+        project.write("mesh.Mes", sample_mesh(Kind::displacement).text());
+        project.deck(text_of(FRONT + cards));
+        expect_failed(
+            project.run(),
+            {"deck.dat, line " +
+                 std::to_string(FRONT.size() + NO_LISTS.size() + REFERENCE.size() + 1 + line) + ": ",
+             std::string("Card 3.3.5.4.3.1-1 (") + field + "): ",
+             std::string("found ") + found + ": the arc has no length"});
+        EXPECT_FALSE(project.exists("out.Mes"));
+    };
+    expect_refused(arc_cards("100 90 0 0 0 45"), 9, "Rx", "0");
+    expect_refused(arc_cards("100 90 0 2 0 45"), 9, "Rx", "0");
+    expect_refused(arc_cards("100 90 2 0 0 45"), 9, "Ry", "0");
+    expect_refused(arc_cards("100 90 1E-20 2 0 45"), 9, "Rx", "1e-20");  // its square is 0 in 32 bits
+    expect_refused(arc_cards("100 90 2 2 90 90"), 9, "Qe", "90");
+    expect_refused(arc_cards("100 90 2 2 90 90.0001"), 9, "Qe", "90.0001");  // five digits are kept
+    expect_refused(arc_cards("100 90 4 2 90 90", 3), 9, "Qe", "90");
+    expect_refused(arc_cards("100 90 2 2 90 90", 3, 2), 10, "Qe", "90");
+}
+
+// The last segment of a closed outline then leads from the ellipse back to the circle of Ry.
+TEST(GroupCards, OneAngleMayCloseAnOutline) {
+    const Project project(Kind::displacement);
+    project.write("mesh.Mes", sample_mesh(Kind::displacement).text());
+    project.write_data("DV-BRELAN.dat", DEFAULTS);
+    project.deck(text_of(FRONT + arc_cards("100 90 4 2 0 0", 3, 2)));
+    expect_finished(project.run());
+}
+
 TEST(GroupCards, EveryGroupHasItsTitle) {
     const std::string title = "Wall " + std::string(95, 'w');
     expect_lines(normalised(Kind::coupled, NO_LISTS + Lines{"2 1"} + REFERENCE +

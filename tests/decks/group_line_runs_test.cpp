@@ -31,6 +31,18 @@ TEST(GroupLines, TypesFourAndFiveWriteTheCodesOfTheirNodes) {
         }
 }
 
+// A small outline through node 8 that meets no other node. Its line leads from the node back to it.
+TEST(GroupLines, ClosedLineOfOneNodeHasItsElement) {
+    for (const int LTP : {2, 3, 4, 5}) {
+        GroupRun run(Kind::displacement, {"3", "1 2.3 " + std::to_string(LTP) + " 6", "3 0 0 0 0", "1 2 1",
+                                          "2 2.3 1.2", "3 1.7 1.3", "3", "1 1 1 3", "2 1 1 3", "3 1 1 3"});
+        run.expect_counts(15, 8, LTP == 2 ? 1 : 0, LTP == 2 ? 0 : 1);
+        const MeshLine& e = LTP == 2 ? run.check.mesh.beams.at(0) : run.check.mesh.trusses.at(0);
+        EXPECT_EQ(e.i, 8);
+        EXPECT_EQ(e.j, 8);
+    }
+}
+
 // Beams of a line stand on the line that a joint opens later: they go over to the twins as what lies on the
 // left does, or stay, by the sign of their LTP.
 TEST(GroupLines, MinusSignLeavesBeamsOnTheOtherSideOfAJoint) {

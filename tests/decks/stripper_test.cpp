@@ -298,5 +298,15 @@ TEST(StripperFields, StripperClosesItsSourceAndRewindsTheCopy) {
     EXPECT_FALSE(channel_is_open(123));
 }
 
+TEST(Stripper, ByteOrderMarkInFrontOfAMeshIsNamed) {
+    const Project project(Kind::displacement);
+    for (const std::string start : {"* comment\n", ""}) {
+        project.write("mesh.Mes", "\xEF\xBB\xBF" + start + text_of(WHOLE));
+        project.deck(text_of(Lines{"1 0", "mesh.Mes", "out.Mes"} + IDENTITY));
+        expect_failed(project.run(), {"..\\mesh.Mes, line 1: ", "byte order mark"});
+        EXPECT_EQ(project.read("out.Mes"), "");
+    }
+}
+
 }  // namespace
 }  // namespace brelan::test

@@ -259,6 +259,11 @@ class Cards:
             group.segments.append(segment)
             if ltype == 2:
                 xo, yo, rx, ry, qb, qe = reals(6)
+                closes = number > 1 and number == group.nsegment and \
+                    abs(group.mtype) != 2
+                if 0.0 in (mul(rx, rx), mul(ry, ry)) or \
+                        (qb == qe and not (closes and rx != ry)):
+                    raise Failure("an arc without length")
                 degree = f32(0.017453292)
                 segment.arc = (add(xo, xlo), add(yo, ylo), rx, ry,
                                mul(qb, degree), mul(qe, degree))

@@ -33,10 +33,11 @@ std::string inked(std::FILE* stream, Ink ink, std::string_view text) {
 }
 
 std::string printable(std::string_view text) {
-    std::string shown(text);
-    for (char& c : shown)
-        if (static_cast<unsigned char>(c) < ' ' || c == 127)
-            c = '?';
+    std::string shown;
+    for (const char c : text) {
+        const bool steers = static_cast<unsigned char>(c) < ' ' || c == 127;
+        shown += c == '\t' ? std::string("<tab>") : std::string(1, steers ? '?' : c);
+    }
     return shown;
 }
 

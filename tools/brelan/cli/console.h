@@ -20,7 +20,7 @@ enum class Ink { plain, bold, faint, red, green, yellow, blue };
 // The text in the colour where the stream wants colour, else as it is.
 std::string inked(std::FILE* stream, Ink ink, std::string_view text);
 
-// Text of a file or of its name without characters that could steer a terminal.
+// Text of a file or of its name without characters that could steer a terminal; a tab is named.
 std::string printable(std::string_view text);
 
 // Writes to standard output; finish_output says whether all of it arrived.

@@ -33,6 +33,11 @@ std::size_t edit_distance(std::string_view a, std::string_view b) {
     return row.back();
 }
 
+std::string mark_passed_over(const std::filesystem::path& file) {
+    return fmt::format("{}, line 1: a byte order mark stands in front of the text; it is passed over",
+                       file.string());
+}
+
 std::string counted(std::size_t count, std::string_view one, std::string_view many) {
     return fmt::format("{} {}", count, count == 1 ? one : many);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,9 @@ std::string lower(std::string_view text);
 // How many letters have to be put in, taken out, changed, or swapped with the next one, to make one word the
 // other.
 std::size_t edit_distance(std::string_view a, std::string_view b);
+
+// The remark about a file that begins with a byte order mark.
+std::string mark_passed_over(const std::filesystem::path& file);
 
 // "1 node", "2 nodes".
 std::string counted(std::size_t count, std::string_view one, std::string_view many);

@@ -36,9 +36,9 @@ std::string remark(const DeckFault& fault, std::size_t field) {
     if (!fault.field || field != *fault.field)
         return "";
     if (!fault.wrong_count)
-        return fault.message.empty()                                  ? "not possible"
-               : fault.message.find("too large") != std::string::npos ? "too large"
-                                                                      : "no number";
+        return fault.message.find("too large") != std::string::npos ? "too large"
+               : fault.message.starts_with("expected a number")     ? "no number"
+                                                                    : "not possible";
     if (fault.found > fault.maximum)
         return fault.found == fault.maximum + 1
                    ? "one too many"
@@ -49,15 +49,16 @@ std::string remark(const DeckFault& fault, std::size_t field) {
 // The line with its columns, and a mark below the field in question.
 std::string marked_line(const DeckCard& card, const DeckFault& fault) {
     const std::string number = std::to_string(fault.line);
-    const std::string text = printable(card.text.substr(0, card.text.find('\n')));
+    const std::string line = card.text.substr(0, card.text.find('\n')), text = printable(line);
     std::string report = fmt::format("  {:>6} | {}\n", number, text);
     if (!fault.field || *fault.field >= card.fields.size())
         return report;
     const DeckField& field = card.fields[*fault.field];
     const bool there = field.first_column > 0;
-    const std::size_t at = there ? static_cast<std::size_t>(field.first_column) - 1 : text.size() + 1;
-    const std::size_t width =
-        there ? static_cast<std::size_t>(field.last_column - field.first_column) + 1 : 1;
+    // A tab is shown in several columns.
+    const auto before = static_cast<std::size_t>(field.first_column) - 1;
+    const std::size_t at = there ? printable(line.substr(0, before)).size() : text.size() + 1;
+    const std::size_t width = there ? printable(field.text).size() : 1;
     return report + fmt::format("         | {}{}\n", std::string(at, ' '),
                                 inked(stderr, Ink::red, std::string(width, '^')));
 }
@@ -109,6 +110,18 @@ std::string card_report(const Deck& deck, const DeckFault& fault) {
         report += (marked ? inked(stderr, Ink::bold, line) : line) + "\n";
     }
     return report;
+}
+
+std::string name_here(std::string_view name) {
+    return fmt::format(
+        "{0} is taken from the working directory, which each run makes anew (--work names one that "
+        "stays); a file of the project is ..\\{0}",
+        name.starts_with(".\\") ? name.substr(2) : name);
+}
+
+std::string lost_result(std::string_view name) {
+    return fmt::format(
+        "{} lies in the working directory, which goes when the run ends (--work or --keep leaves it)", name);
 }
 
 std::optional<std::size_t> card_at(const Deck& deck, int line) {

@@ -1,6 +1,7 @@
 // brelan check: a deck card by card, and what may be wrong with it.
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -14,6 +15,7 @@
 #include "commands/card_report.h"
 #include "commands/checking/code_meanings.h"
 #include "commands/checking/doubts.h"
+#include "commands/checking/free_sides.h"
 #include "commands/checking/verdict.h"
 #include "commands/commands.h"
 #include "model/mesh_file.h"
@@ -26,7 +28,7 @@ namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
 
 struct CheckOptions {
-    std::string deck, project;
+    std::string deck, project, work;
     bool json = false, strict = false;
 };
 
@@ -41,18 +43,27 @@ struct Report {
     Edition edition;
     Verdict verdict;
     std::vector<Doubt> doubts;
+
+    // The batch program will finish, as far as can be seen without running it.
+    bool accepted() const {
+        return verdict.status == 0 &&
+               std::none_of(doubts.begin(), doubts.end(), [](const Doubt& doubt) { return doubt.ends_run; });
+    }
 };
 
 // A mesh that the deck reads; none when it is not there. What is wrong with it is told as a doubt.
-std::optional<Mesh> source_mesh(Doubts& doubts, const fs::path& project, const std::string& name,
+std::optional<Mesh> source_mesh(Doubts& doubts, const DeckPlace& place, const std::string& name,
                                 std::string_view field) {
-    const fs::path file = file_of_card(project, name);
+    const fs::path file = file_of_card(place.project, name, place.work);
     std::error_code error;
     if (file.empty() || !fs::is_regular_file(file, error))
         return std::nullopt;
     std::string message;
     try {
-        return read_mesh_file(file);
+        Mesh mesh = read_mesh_file(file);
+        if (!mesh.byte_order_mark)
+            return mesh;
+        message = fmt::format("{}, line 1: a byte order mark stands in front of the mesh", file.string());
     } catch (const Failure& failure) {
         message = failure.what();
     } catch (const RunEnd& end) {
@@ -64,7 +75,7 @@ std::optional<Mesh> source_mesh(Doubts& doubts, const fs::path& project, const s
     return std::nullopt;
 }
 
-void look_for_doubts(Report& report, const fs::path& project) {
+void look_for_doubts(Report& report, const DeckPlace& place) {
     const Deck& deck = report.deck;
     Doubts doubts(deck);
     doubt_codes(doubts);
@@ -77,17 +88,21 @@ void look_for_doubts(Report& report, const fs::path& project) {
         a = std::move(report.verdict.base_mesh);
         if (!report.verdict.no_base_mesh.empty())
             doubts.end_of_run("no-base-mesh", deck.card("4.1"), report.verdict.no_base_mesh);
+        if (a)
+            for (const std::string& side : free_sides(*deck.card("4.1"), *a))
+                doubts.doubt("free-side", deck.card("4.1"), side);
     } else {
-        a = source_mesh(doubts, project, deck.FILEA, "FILEA");
+        a = source_mesh(doubts, place, deck.FILEA, "FILEA");
     }
-    b = source_mesh(doubts, project, deck.FILEB, "FILEB");
+    b = source_mesh(doubts, place, deck.FILEB, "FILEB");
     std::optional<MeshPlaces> places;
     if (a)
         places.emplace(*a);
     const DeckMeshes meshes{a ? &*a : nullptr, b ? &*b : nullptr, places ? &*places : nullptr};
-    doubt_files(doubts, project, meshes);
+    doubt_files(doubts, place, meshes);
     doubt_mesh(doubts, meshes);
     doubt_cuts(doubts, meshes);
+    doubt_joints(doubts, meshes);
     doubts.sort();
     report.doubts = doubts.list();
 }
@@ -148,7 +163,8 @@ void show_text(const Context& context, const Report& report) {
     if (!context.quiet)
         print(fmt::format(
             "{}: {}; {}, {}, edition {} ({})\n", printable(file),
-            inked(stdout, Ink::green, "accepted by the checker"),
+            report.accepted() ? inked(stdout, Ink::green, "accepted by the checker")
+                              : inked(stdout, Ink::red, "the run will end with a message"),
             counted(report.deck.cards.size(), "card", "cards"),
             report.doubts.empty() ? "no warnings" : counted(report.doubts.size(), "warning", "warnings"),
             report.edition.number, name_of(report.edition.kind)));
@@ -177,7 +193,9 @@ Json card_json(const DeckCard& card) {
     json["fields"] = Json::array();
     for (const DeckField& field : card.fields) {
         Json entry{{"name", field.name}};
-        if (field.form == 'I')
+        if (!field.known)
+            entry.update({{"value", nullptr}, {"text", field.text}});
+        else if (field.form == 'I')
             entry["value"] = field.integer();
         else
             entry["value"] = shortest(field.value);
@@ -194,7 +212,7 @@ Json report_json(const Report& report) {
     Json json{{"deck", deck.file.string()},
               {"edition", report.edition.number},
               {"kind", name_of(report.edition.kind)},
-              {"accepted", report.verdict.status == 0}};
+              {"accepted", report.accepted()}};
     if (report.verdict.status != 0) {
         json["refusal"] = {{"line", report.verdict.line}, {"message", report.verdict.message}};
         if (deck.fault && deck.fault->wrong_count)
@@ -223,19 +241,20 @@ int check(const Context& context, const CheckOptions& options, const EditionOpti
     fs::path project = options.project.empty() ? source.file.parent_path() : fs::path(options.project);
     if (project.empty())
         project = ".";
+    const fs::path work = options.work.empty() ? fs::path{} : project / options.work;
     Report report;
-    report.edition = edition_of_deck(source, project, edition_options).edition;
+    report.edition = edition_of_deck(source, project, work, edition_options).edition;
     report.deck = read_deck(source, report.edition.kind);
     report.verdict = verdict_of(report.deck, report.edition);
-    look_for_doubts(report, project);
+    look_for_doubts(report, {project, work});
     if (options.json)
         print(report_json(report).dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
     else
         show_text(context, report);
     if (options.json && report.verdict.status != 0)
         error_line(report.verdict.message);
-    if (report.verdict.status != 0)
-        return report.verdict.status;
+    if (!report.accepted())
+        return STATUS_FOUND;
     return options.strict && !report.doubts.empty() ? STATUS_FOUND : STATUS_OK;
 }
 
@@ -253,8 +272,13 @@ void add_check(CLI::App& app, Context& context) {
     add_edition_options(*command, edition);
     command->add_option("--project", options->project, "Directory of the meshes; the deck's without it")
         ->option_text("DIR");
+    command
+        ->add_option(
+            "--work", options->work,
+            "Directory of the project that the run will work in; without it the run has one of its own")
+        ->option_text("NAME");
     command->add_flag("--json", options->json, "For programs");
-    command->add_flag("--strict", options->strict, "Exit status 1 when there are warnings");
+    command->add_flag("--strict", options->strict, "Exit status 1 also when there are warnings");
     command->callback([options, edition, &context] {
         context.action = [options, edition, &context] { return check(context, *options, *edition); };
     });

@@ -94,6 +94,8 @@ int plot(const PlotOptions& options, const Context& context) {
     }
     if (!options.deck.empty()) {
         const Deck deck = read_deck(options.deck, mesh.kind);
+        if (deck.byte_order_mark)
+            note(context, mark_passed_over(deck.file));
         if (deck.fault)
             note(context, fmt::format("{}, line {}: {}; what stands before it is shown", deck.file.string(),
                                       deck.fault->line, deck.fault->message));

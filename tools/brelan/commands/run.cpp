@@ -5,6 +5,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,10 +23,13 @@
 #include "commands/batch/pass_trace.h"
 #include "commands/batch/side_files.h"
 #include "commands/batch/temporary_directory.h"
+#include "commands/card_report.h"
+#include "commands/checking/free_sides.h"
 #include "commands/commands.h"
 #include "commands/run_failure.h"
 #include "commands/run_summary.h"
-#include "model/mesh.h"
+#include "model/in_directory.h"
+#include "model/mesh_file.h"
 
 namespace brelan::tool {
 
@@ -33,6 +37,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
+using Remark = std::function<void(const std::string&)>;
 
 struct RunOptions {
     std::string deck, project, data, program, work, apart;
@@ -57,12 +62,13 @@ fs::path directory_of(const fs::path& deck) {
 }
 
 // A message for a deck that must not be run, although the batch program would.
-void refuse_harmful_result(const Deck& deck, const fs::path& project, const DataDirectory& data) {
+void refuse_harmful_result(const Deck& deck, const fs::path& project, const fs::path& work,
+                           const DataDirectory& data) {
     std::error_code error;
     std::vector<std::string> names = side_file_names(deck, project);
     names.push_back(deck.result);
     for (const std::string& written : names) {
-        const fs::path file = file_of_card(project, written);
+        const fs::path file = file_of_card(project, written, work);
         if (!file.empty() && fs::exists(file, error) && fs::equivalent(file, deck.file, error) && !error)
             throw Failure(fmt::format("{}: the run would put {} in the place of the deck", deck.file.string(),
                                       written));
@@ -145,7 +151,8 @@ std::string progress_text(const fs::path& deck, const PassTrace& trace, Clock::d
 
 // The mesh that the run has written. An earth dam's decks are the run's own: the last of them has told the
 // plot tool.
-fs::path result_of(const Deck& deck, const fs::path& project, const DataDirectory& data) {
+fs::path result_of(const Deck& deck, const fs::path& project, const fs::path& work,
+                   const DataDirectory& data) {
     constexpr std::int32_t dam = 3;
     std::string name = deck.result;
     if (deck.IMOD == 2 && name.empty())
@@ -155,7 +162,26 @@ fs::path result_of(const Deck& deck, const fs::path& project, const DataDirector
         std::getline(stream, name);
         name.erase(name.find_last_not_of(" \r") + 1);
     }
-    return file_of_card(project, name);
+    return file_of_card(project, name, work);
+}
+
+// What a run that has finished leaves to be said.
+void warn(const Remark& remark, const Deck& deck, const fs::path& base_mesh, bool work_is_left) {
+    const auto say = [&](int line, const std::string& text) {
+        remark(fmt::format("{}, line {}: warning: {}", deck.file.string(), line, text));
+    };
+    if (in_working_directory(deck.result) && !work_is_left)
+        for (const DeckCard& card : deck.cards)
+            if (card.type == CardType::name && card.name == deck.result)
+                say(card.line, lost_result(card.name));
+    if (deck.IMOD != 2 || lower(deck.result) == lower(BASE_MESH))
+        return;
+    const InDirectory there(directory_of(base_mesh));  // whose own name may hold a backslash
+    const fs::path file = base_mesh.filename();
+    std::error_code error;
+    if (const DeckCard* blocks = deck.card("4.1"); fs::is_regular_file(file, error))
+        for (const std::string& side : free_sides(*blocks, read_mesh_file(file, deck.kind)))
+            say(blocks->line, side);
 }
 
 // The lists that a dam with shells leaves go by the numbers of a mesh that its run deletes.
@@ -191,18 +217,26 @@ int run(const Context& context, const RunOptions& options, const EditionOptions&
         data.emplace(options.data);
         edition_of_data = edition_in(*data);
     }
+    const fs::path kept_work = options.work.empty() ? fs::path{} : project / options.work;
     RunReport report;
     report.deck = deck_file;
     report.project = project;
-    const EditionOfDeck choice = edition_of_deck(source, project, edition_options, edition_of_data);
+    // On standard error for a person, and in the object for a program.
+    const Remark remark = [&](const std::string& text) {
+        note(context, text);
+        if (options.json)
+            report.remarks.push_back(text);
+    };
+    const EditionOfDeck choice =
+        edition_of_deck(source, project, kept_work, edition_options, edition_of_data);
     report.edition = choice.edition;
     if (!choice.contradiction.empty()) {
-        const std::string remark =
+        const std::string text =
             fmt::format("edition {} ({}) by {}, but {}", choice.edition.number, name_of(choice.edition.kind),
                         choice.edition.source, choice.contradiction);
-        note(context, fmt::format("{}: {}", deck_file.string(), remark));
+        note(context, fmt::format("{}: {}", deck_file.string(), text));
         if (options.json)
-            report.remarks.push_back(remark);
+            report.remarks.push_back(text);
     }
 
     std::vector<fs::path> locked{project};
@@ -215,7 +249,9 @@ int run(const Context& context, const RunOptions& options, const EditionOptions&
     if (!data)
         data.emplace(context.program, choice.edition, project);
     const Deck deck = read_deck(source, choice.edition.kind);
-    refuse_harmful_result(deck, project, *data);
+    if (deck.byte_order_mark)
+        remark(mark_passed_over(deck_file));
+    refuse_harmful_result(deck, project, kept_work, *data);
     const WorkingDirectory work(project, options);
     write_file(work.path() / DECK_NAME, deck.text);
     const LineUpFile line_up(project, work.path());
@@ -254,12 +290,14 @@ int run(const Context& context, const RunOptions& options, const EditionOptions&
         fmt::print(stderr, "{}", report.details);
         return result.status;
     }
-    const fs::path mesh = files.place_of(result_of(deck, project, *data));
+    const fs::path mesh = files.place_of(result_of(deck, project, kept_work, *data));
     if (!mesh.empty() && fs::is_regular_file(mesh, error)) {
         report.result = mesh;
         std::erase(report.also, mesh);
     }
     remark_old_numbers(report, deck);
+    warn(remark, deck, files.place_of(file_of_card(project, BASE_MESH)),
+         options.keep || !options.work.empty());
     if (options.json)
         print(run_json(report));
     else if (!context.quiet)

@@ -121,13 +121,15 @@ std::string card_that_names(const FailedRun& run, const std::string& message) {
     for (std::size_t i = 0; i < run.deck.cards.size(); ++i) {
         const DeckCard& card = run.deck.cards[i];
         const fs::path file = card.type == CardType::name ? file_of_card(run.project, card.name) : fs::path{};
-        if (file.empty() || !message.starts_with(file.lexically_normal().string() + ": "))
+        const bool here = card.type == CardType::name && in_working_directory(card.name);
+        const std::string name = here ? card.name : file.lexically_normal().string();
+        if (name.empty() || !message.starts_with(name + ": "))
             continue;
         DeckFault fault;
         fault.line = card.line;
         fault.card = i;
         return fmt::format("    {}, line {}:\n", run.deck.file.string(), card.line) +
-               card_report(run.deck, fault);
+               card_report(run.deck, fault) + (here ? fmt::format("    {}\n", name_here(name)) : "");
     }
     return "";
 }

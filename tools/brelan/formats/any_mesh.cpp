@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "channel/text_line.h"
 #include "cli/input_file.h"
 #include "cli/words.h"
 #include "formats/cell_mesh.h"
@@ -23,6 +24,8 @@ MeshSource mesh_source(const std::string& file) {
         source.text = read_standard_input();
     }
     std::string start = source.text ? source.text->substr(0, ENOUGH) : read_start(file, ENOUGH);
+    if (start.starts_with(BYTE_ORDER_MARK))
+        start.erase(0, BYTE_ORDER_MARK.size());
     start.erase(0, start.find_first_not_of(" \t\r\n"));
     if (start.starts_with("<?xml") || start.starts_with("<VTKFile"))
         source.format = Format::vtu;
@@ -96,8 +99,22 @@ std::optional<LayoutKind> kind_of(const MeshSource& source) {
     return source.text ? kind_of_mesh_text(*source.text, source.name) : kind_of_mesh_file(source.name);
 }
 
-Mesh read_own(const MeshSource& source, std::optional<LayoutKind> kind) {
-    return source.text ? read_mesh_text(*source.text, source.name, kind) : read_mesh_file(source.name, kind);
+Mesh read_own(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
+    Mesh mesh =
+        source.text ? read_mesh_text(*source.text, source.name, kind) : read_mesh_file(source.name, kind);
+    if (mesh.byte_order_mark)
+        remark(mark_passed_over(source.name));
+    return mesh;
+}
+
+// All of a file of another format.
+std::string content_of(const MeshSource& source, const Remark& remark) {
+    std::string content = source.text ? *source.text : read_file(source.name);
+    if (content.starts_with(BYTE_ORDER_MARK)) {
+        content.erase(0, BYTE_ORDER_MARK.size());
+        remark(mark_passed_over(source.name));
+    }
+    return content;
 }
 
 }  // namespace
@@ -109,9 +126,9 @@ Mesh read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, con
             if (const auto told = kind_of(source); told && *told != *kind)
                 remark(fmt::format("{}: a mesh of the {} kind, read as one of the {} kind", name,
                                    name_of(*told), name_of(*kind)));
-        return read_own(source, kind);
+        return read_own(source, kind, remark);
     }
-    const std::string content = source.text ? *source.text : read_file(name);
+    const std::string content = content_of(source, remark);
     return mesh_of_cells(source.format == Format::vtu ? read_vtu(content, name) : read_gmsh(content, name),
                          kind, remark);
 }
@@ -119,7 +136,7 @@ Mesh read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, con
 Mesh read_any_mesh_as(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
     if (!kind || source.format != Format::mesh)
         return read_any_mesh(source, kind, remark);
-    const Mesh mesh = read_own(source, kind_of(source).value_or(*kind));
+    const Mesh mesh = read_own(source, kind_of(source).value_or(*kind), remark);
     return mesh.kind == *kind ? mesh : mesh_of_cells(cells_of(mesh), kind, remark);
 }
 

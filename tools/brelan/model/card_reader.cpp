@@ -55,6 +55,14 @@ std::string joined(const std::vector<std::string>& names) {
     return text;
 }
 
+// A tab separates numbers when they are read, but not in the count.
+std::string tab_remark(const std::string& line) {
+    const std::size_t tab = line.find('\t');
+    return tab == std::string::npos
+               ? ""
+               : "; there is a tab in column " + std::to_string(tab + 1) + ", which does not separate";
+}
+
 std::string limits(int minimum, int maximum) {
     const std::string most = std::to_string(maximum) + (maximum == 1 ? " value" : " values");
     return minimum == maximum ? most : std::to_string(minimum) + " to " + most;
@@ -108,9 +116,10 @@ void CardReader::refuse(DeckFault fault) {
     throw CardsEnd{};
 }
 
-void CardReader::fault(const std::string& message) {
+void CardReader::fault(const std::string& message, std::optional<std::size_t> field) {
     DeckFault fault;
     fault.message = message;
+    fault.field = field;
     fault.line = file_line(lines_->lines_before() - 1);
     if (!deck_.cards.empty() && deck_.cards.back().line == fault.line)
         fault.card = deck_.cards.size() - 1;
@@ -197,7 +206,7 @@ DeckCard& CardReader::values(const CardForm& form) {
         fault.field = static_cast<std::size_t>(found > maximum ? maximum : found);
         fault.message = "expected " + limits(minimum, maximum) + " on Card " + card.number + " (" +
                         joined(names) + "), found " +
-                        (found == 0 ? "none: a blank line" : std::to_string(found));
+                        (found == 0 ? "none: a blank line" : std::to_string(found)) + tab_remark(card.text);
         refuse(fault);
     }
     read_values(card, form, found);
@@ -207,6 +216,12 @@ DeckCard& CardReader::values(const CardForm& form) {
 void CardReader::read_values(DeckCard& card, const CardForm& form, int count) {
     const std::string expected = "Card " + std::string(form.number);
     std::size_t field = 0;
+    const auto take = [&](std::size_t fields) {
+        for (std::size_t i = 0; i < fields; ++i) {
+            card.fields[i].value = values_[i + 1];
+            card.fields[i].known = true;
+        }
+    };
     try {
         reading([&] {
             FreeFieldReader reader(*lines_, expected, FreeFieldReader::Reach::one_line);
@@ -216,10 +231,10 @@ void CardReader::read_values(DeckCard& card, const CardForm& form, int count) {
         });
     } catch (const CardsEnd&) {
         deck_.fault->field = field;
+        take(field);
         throw;
     }
-    for (std::size_t i = 0; i < card.fields.size(); ++i)
-        card.fields[i].value = values_[i + 1];
+    take(card.fields.size());
 }
 
 std::int32_t CardReader::count(const CardForm& form, std::int32_t most) {

@@ -48,8 +48,8 @@ public:
         values_[static_cast<std::size_t>(position)] = value;
     }
 
-    // Ends the cards at the one read last.
-    [[noreturn]] void fault(const std::string& message);
+    // Ends the cards at the one read last, for one of its fields (from 0) where that is known.
+    [[noreturn]] void fault(const std::string& message, std::optional<std::size_t> field = std::nullopt);
 
     // The group that the next cards belong to.
     void set_group(int group) { group_ = group; }

@@ -42,23 +42,42 @@ const DeckCard* Deck::card(std::string_view number) const {
     return found == cards.end() ? nullptr : &*found;
 }
 
-std::filesystem::path file_of_card(const std::filesystem::path& project, std::string_view name) {
+namespace {
+
+bool separates_names(char c) {
+    return c == '\\' || c == '/';
+}
+
+bool in_parent(std::string_view name) {
+    return name.size() > 3 && name.starts_with("..") && separates_names(name[2]);
+}
+
+}  // namespace
+
+bool in_working_directory(std::string_view name) {
     const TextLine line(name);
-    if (line.blank())
+    const std::string_view rest = line.trimmed();
+    return !is_bare_name(line) && !in_parent(rest) && !separates_names(rest.front()) &&
+           !(rest.size() > 2 && rest[1] == ':');
+}
+
+std::filesystem::path file_of_card(const std::filesystem::path& project, std::string_view name,
+                                   const std::filesystem::path& work) {
+    const TextLine line(name);
+    const bool here = in_working_directory(name);
+    std::error_code error;
+    if (line.blank() || (here && !std::filesystem::is_directory(work, error)))
         return {};
-    const auto separator = [](char c) { return c == '\\' || c == '/'; };
+    const std::filesystem::path& from = here ? work : project;
     std::string_view rest = line.trimmed();
-    if (is_bare_name(line)) {
+    if (is_bare_name(line))
         rest.remove_prefix(rest.find_first_not_of(' '));
-    } else if (rest.size() > 3 && rest.starts_with("..") && separator(rest[2])) {
+    else if (in_parent(rest))
         rest.remove_prefix(3);
-    } else if (!separator(rest.front()) && !(rest.size() > 2 && rest[1] == ':')) {
-        return {};
-    }
     try {
-        const InDirectory there(project.empty() ? "." : project);
+        const InDirectory there(from.empty() ? "." : from);
         const std::filesystem::path found = RESOLVE(rest);
-        return found.is_absolute() ? found : project / found;
+        return found.is_absolute() ? found : from / found;
     } catch (const RunEnd&) {
         return {};  // two files of the name, or no place for drive C:
     }

@@ -28,6 +28,7 @@ struct DeckField {
     bool written = true;  // false: the program drops the value
     char form = 'I';      // I: the program cuts the value to an integer; E: a real
     float value = 0.0F;
+    bool known = false;                     // false: the card is refused before the value is read
     bool given = false;                     // false: the value is the card's default, or a null value
     std::string text;                       // as written, empty where the card has none
     int first_column = 0, last_column = 0;  // of its text on the card, 0 where it has none
@@ -112,9 +113,18 @@ struct DeckShape {
 // The mesh that the cards of a base mesh make, in the project.
 inline constexpr std::string_view BASE_MESH = "Bmesh.dat";
 
-struct Deck {
+// What a deck is read from: a file, or standard input, which comes but once.
+struct DeckSource {
     std::filesystem::path file;  // as the user knows it
-    std::string text;            // all of the file
+    std::string text;            // all of it, without a byte order mark in front
+    bool byte_order_mark = false;
+};
+
+// The source for a name on the command line. Throws Failure where the file is not there, is empty, or is no
+// text.
+DeckSource deck_source(const std::filesystem::path& file);
+
+struct Deck : DeckSource {
     LayoutKind kind = LayoutKind::displacement;
     std::vector<DeckCard> cards;
     std::optional<DeckFault> fault;
@@ -128,16 +138,6 @@ struct Deck {
     const DeckCard* card(std::string_view number) const;  // the first of that number
 };
 
-// What a deck is read from: a file's name and text, or those of standard input, which comes but once.
-struct DeckSource {
-    std::filesystem::path file;
-    std::string text;
-};
-
-// The source for a name on the command line. Throws Failure where the file is not there, is empty, or is no
-// text.
-DeckSource deck_source(const std::filesystem::path& file);
-
 // Reads a deck for an edition of a kind. A deck that the batch program refuses comes back with its fault.
 Deck read_deck(const DeckSource& source, LayoutKind kind);
 
@@ -150,8 +150,13 @@ std::vector<DeckPoint> four_points(const DeckCard& card);
 // What the deck draws, in the order of its cards. Coordinates are those of the mesh.
 std::vector<DeckShape> shapes_of(const Deck& deck);
 
-// The file that a name on a card stands for, in a project: a bare name is a file of the project. Empty for a
-// name in the working directory, which is another one for each run, and where two files go by the name.
-std::filesystem::path file_of_card(const std::filesystem::path& project, std::string_view name);
+// True for a name that is taken from the working directory of the run, as old\Row.Mes is.
+bool in_working_directory(std::string_view name);
+
+// The file that a name on a card stands for, in a project: a bare name is a file of the project. Empty where
+// two files go by the name, and for a name in the working directory where that is not given: each run has
+// another one.
+std::filesystem::path file_of_card(const std::filesystem::path& project, std::string_view name,
+                                   const std::filesystem::path& work = {});
 
 }  // namespace brelan::tool

@@ -5,6 +5,7 @@
 
 #include "basemesh/block_tables.h"
 #include "channel/real_to_integer.h"
+#include "channel/text_line.h"
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "deck/deck_tables.h"
@@ -166,7 +167,7 @@ DeckSource deck_source(const std::filesystem::path& file) {
     else
         source = {file, read_text_of(file)};
     const std::string name = source.file.string();
-    const std::string& text = source.text;
+    std::string& text = source.text;
     if (text.empty())
         throw Failure(name + ": expected a card deck, found an empty file");
     if (const std::size_t zero = text.find('\0'); zero != std::string::npos)
@@ -174,13 +175,15 @@ DeckSource deck_source(const std::filesystem::path& file) {
             name + ", line " +
             std::to_string(1 + std::count(text.begin(), text.begin() + static_cast<long>(zero), '\n')) +
             ": expected a card deck, found a zero byte: the file is no text");
+    source.byte_order_mark = text.starts_with(BYTE_ORDER_MARK);
+    if (source.byte_order_mark)
+        text.erase(0, BYTE_ORDER_MARK.size());
     return source;
 }
 
 Deck read_deck(const DeckSource& source, LayoutKind kind) {
     Deck deck;
-    deck.file = source.file;
-    deck.text = source.text;
+    static_cast<DeckSource&>(deck) = source;
     deck.kind = kind;
     CardReader cards(deck, deck.text);
     try {

@@ -1,10 +1,12 @@
 #include "model/group_reader.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 
 #include "channel/real_to_integer.h"
+#include "deck/group_cards.h"
 #include "group/geometry.h"
 #include "group/tables.h"
 
@@ -158,6 +160,11 @@ private:
     // An arc gives its ends to the outline, over what the points' cards gave.
     void read_arc(std::int32_t k, std::int32_t NSEGMENT, bool open) {
         cards_.values(FORM_ARC);
+        const std::array values{cards_.value(1), cards_.value(2), cards_.value(3),
+                                cards_.value(4), cards_.value(5), cards_.value(6)};
+        if (const ArcFault fault = fault_of_arc(values, k > 1 && k == NSEGMENT && !open);
+            !fault.message.empty())
+            cards_.fault(fault.message, fault.field);
         Arc& arc = arcs_.back();
         arc.centre = {cards_.value(1) + local_.x, cards_.value(2) + local_.y};
         arc.Rx = cards_.value(3);

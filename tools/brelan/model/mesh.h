@@ -71,6 +71,7 @@ public:
     std::vector<Node> nodes;        // in ascending number
     std::vector<Element> elements;  // solids and joints, then beams, then trusses; each in ascending number
     bool flow_lines = false;        // head kind: the trusses are flow lines, which the head of a file hides
+    bool byte_order_mark = false;   // in front of the file, passed over
     Number deleted = 0;             // element records of the file that were marked as deleted
 
     // Sorts, marks joints and makes the index; called when the lists are filled.

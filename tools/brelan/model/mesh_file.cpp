@@ -51,7 +51,8 @@ Channel& open_text(std::string_view text, const std::string& name) {
 }
 
 // The mesh without its comment lines, on a channel that knows the line of the file for each of its own.
-Channel& without_comments(Channel& from) {
+Channel& without_comments(Channel& from, bool& byte_order_mark) {
+    byte_order_mark = from.pass_byte_order_mark();
     Channel& mesh = open_channel(CH_MESH_A, IN_MEMORY, OpenStatus::scratch);
     mesh.follow(from);
     while (!from.at_end()) {
@@ -232,7 +233,7 @@ namespace {
 Mesh read_mesh(Channel& from, const std::string& name, std::optional<LayoutKind> kind) {
     Mesh mesh;
     mesh.file = name;
-    Channel& file = without_comments(from);
+    Channel& file = without_comments(from, mesh.byte_order_mark);
     if (!kind)
         kind = find_kind(file);
     if (!kind)
@@ -247,7 +248,8 @@ Mesh read_mesh(Channel& from, const std::string& name, std::optional<LayoutKind>
 }
 
 std::optional<LayoutKind> kind_of_mesh(Channel& from) {
-    const std::optional<LayoutKind> kind = find_kind(without_comments(from));
+    bool byte_order_mark = false;
+    const std::optional<LayoutKind> kind = find_kind(without_comments(from, byte_order_mark));
     close_channel(CH_MESH_A);
     return kind;
 }

@@ -57,13 +57,13 @@ struct KnownMesh {
     std::string name;
     LayoutKind kind;
 };
-std::vector<KnownMesh> meshes_of(const Deck& deck, const fs::path& project) {
+std::vector<KnownMesh> meshes_of(const Deck& deck, const fs::path& project, const fs::path& work) {
     std::vector<KnownMesh> meshes;
     // Behind a base mesh FILEA is the file that the run makes.
     if (deck.IMOD == 2)
         return meshes;
     for (const std::string& name : {deck.FILEA, deck.FILEB}) {
-        const fs::path file = file_of_card(project, name);
+        const fs::path file = file_of_card(project, name, work);
         std::error_code error;
         if (file.empty() || !fs::is_regular_file(file, error))
             continue;
@@ -89,7 +89,7 @@ const DeckField* third_value(const Deck& deck) {
 // ", in which 12.5 on Card 4.2 is H; here it is Ywater"; empty where the deck has no such value.
 std::string change_of_meaning(const Deck& deck, LayoutKind other) {
     const DeckField* here = third_value(deck);
-    const Deck there_deck = read_deck(DeckSource{deck.file, deck.text}, other);
+    const Deck there_deck = read_deck(deck, other);
     const DeckField* there = third_value(there_deck);
     return here == nullptr || there == nullptr ? ""
                                                : fmt::format(", in which {} on Card 4.2 is {}; here it is {}",
@@ -112,7 +112,7 @@ Edition first_choice(const DeckSource& deck, const EditionOptions& options,
 }  // namespace
 
 std::string contradiction_of_deck(const Deck& deck, const fs::path& project) {
-    if (const auto kind = kind_in_comments(DeckSource{deck.file, deck.text}))
+    if (const auto kind = kind_in_comments(deck))
         return *kind == deck.kind ? ""
                                   : fmt::format("its comment names the {} kind{}", name_of(*kind),
                                                 change_of_meaning(deck, *kind));
@@ -150,12 +150,12 @@ void add_edition_options(CLI::App& command, const std::shared_ptr<EditionOptions
         ->excludes(edition);
 }
 
-EditionOfDeck edition_of_deck(const DeckSource& source, const fs::path& project,
+EditionOfDeck edition_of_deck(const DeckSource& source, const fs::path& project, const fs::path& work,
                               const EditionOptions& options, std::optional<std::int32_t> of_data) {
     EditionOfDeck found;
     found.edition = first_choice(source, options, of_data);
     const Deck deck = read_deck(source, found.edition.kind);
-    for (const KnownMesh& mesh : meshes_of(deck, project)) {
+    for (const KnownMesh& mesh : meshes_of(deck, project, work)) {
         if (found.edition.source.empty())
             found.edition = {edition_of(mesh.kind), mesh.kind, mesh.name};
         else if (mesh.kind != found.edition.kind && found.contradiction.empty())

@@ -38,6 +38,12 @@ private:
     std::vector<Doubt> list_;
 };
 
+// Where the deck runs.
+struct DeckPlace {
+    std::filesystem::path project;
+    std::filesystem::path work;  // the working directory of the run; empty for one of its own
+};
+
 // The meshes that a deck reads, as far as they are known.
 struct DeckMeshes {
     const Mesh* a = nullptr;             // FILEA, or the base mesh
@@ -45,8 +51,8 @@ struct DeckMeshes {
     const MeshPlaces* places = nullptr;  // of a
 };
 
-// Codes that mean nothing; whole numbers that are cut, do not fit or lose digits on the way; lines whose end
-// is not seen.
+// Codes that mean nothing; whole numbers that are cut, do not fit or lose digits on the way; lines whose
+// start or end is not seen.
 void doubt_codes(Doubts& doubts);
 void doubt_numbers(Doubts& doubts);
 // Counts that disagree, switches that exclude each other, lengths that make no sense.
@@ -54,12 +60,14 @@ void doubt_cards(Doubts& doubts);
 // An earth dam: lengths that make no sense, and profiles whose mesh may come out unsound.
 void doubt_dam(Doubts& doubts);
 // Files that are not there or in each other's way.
-void doubt_files(Doubts& doubts, const std::filesystem::path& project, const DeckMeshes& meshes);
+void doubt_files(Doubts& doubts, const DeckPlace& place, const DeckMeshes& meshes);
 // Numbers and materials that the mesh does not have, windows with nothing in them, combinations without
 // common nodes.
 void doubt_mesh(Doubts& doubts, const DeckMeshes& meshes);
 // Outlines and lines: their counts and shape, and how they lie on the mesh.
 void doubt_outlines(Doubts& doubts);
 void doubt_cuts(Doubts& doubts, const DeckMeshes& meshes);
+// Joints along lines on which two nodes lie at one place.
+void doubt_joints(Doubts& doubts, const DeckMeshes& meshes);
 
 }  // namespace brelan::tool

@@ -59,6 +59,15 @@ void doubt_ranges(Doubts& doubts, const DeckCard& card, bool ranges) {
     }
 }
 
+// Lists of Card 2.3.
+void doubt_pairs(Doubts& doubts, const DeckCard& card) {
+    for (const float value : card.list)
+        if (const std::int32_t number = whole_number(value); number < 1 || number > MAXNP)
+            doubts.end_of_run(
+                "bad-number", &card,
+                fmt::format("{}: pairs have single numbers from 1 to {}, and know no ranges", number, MAXNP));
+}
+
 void doubt_window(Doubts& doubts, const DeckCard& card) {
     if (!(card.real("XMIN") < card.real("XMAX")) || !(card.real("YMIN") < card.real("YMAX")))
         doubts.doubt("empty-window", &card,
@@ -125,9 +134,8 @@ void doubt_counts(Doubts& doubts, const DeckCard& card) {
     for (const char* name : {"NINT", "NSEL", "NEDC", "NEDB", "NEDT", "NODE", "NOEL", "NGROUP", "NLAYER"})
         if (const DeckField* field = card.field(name); field != nullptr && field->integer() < 0)
             doubts.doubt("bad-count", &card, fmt::format("{} {}: taken for 0", name, field->integer()));
-    for (const char* name : {"NSEL", "NGROUP"})
-        if (const DeckField* field = card.field(name); field != nullptr && field->integer() == 0)
-            doubts.doubt("bad-count", &card, fmt::format("{} 0: the edit acts on nothing", name));
+    if (const DeckField* field = card.field("NSEL"); field != nullptr && field->integer() == 0)
+        doubts.doubt("bad-count", &card, "NSEL 0: nothing is selected");
 }
 
 }  // namespace
@@ -146,6 +154,8 @@ void doubt_cards(Doubts& doubts) {
         if (card.type == CardType::list && selection)
             doubt_ranges(doubts, card,
                          card.number != "3.3.2.2.2" || nodes == nullptr || nodes->integer("ILOC") == 1);
+        if (card.type == CardType::list && card.number == "2.3")
+            doubt_pairs(doubts, card);
         if (card.type != CardType::values)
             continue;
         if (card.field("XMIN") != nullptr)

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "commands/checking/doubts.h"
+#include "commands/checking/group_text.h"
 #include "group/tables.h"
 #include "model/group_reader.h"
 
@@ -16,22 +17,6 @@ namespace {
 
 double distance(const DeckPoint& a, const DeckPoint& b) {
     return std::hypot(b.x - a.x, b.y - a.y);
-}
-
-std::string place(const DeckPoint& p) {
-    return fmt::format("({:g}, {:g})", p.x, p.y);
-}
-
-std::string name(const DeckGroup& group) {
-    return group.title.empty() ? fmt::format("group {}", group.number)
-                               : fmt::format("group {} ({})", group.number, group.title);
-}
-
-const DeckCard* card_of(const Deck& deck, const DeckGroup& group, std::string_view number) {
-    const auto found = std::find_if(deck.cards.begin(), deck.cards.end(), [&](const DeckCard& card) {
-        return card.group == group.number && card.number == number;
-    });
-    return found == deck.cards.end() ? nullptr : &*found;
 }
 
 bool is_line(const DeckGroup& group) {
@@ -141,10 +126,10 @@ void doubt_crossing(Doubts& doubts, const DeckGroup& group, const DeckCard* card
     for (std::size_t i = 0; i < edges; ++i)
         for (std::size_t k = i + 2; k < edges; ++k)
             if (cross_each_other(path[i], end(i), path[k], end(k))) {
-                doubts.doubt(
-                    "crosses-itself", card,
-                    fmt::format("{}: the path crosses itself, from {} to {} and from {} to {}", name(group),
-                                place(path[i]), place(end(i)), place(path[k]), place(end(k))));
+                doubts.doubt("crosses-itself", card,
+                             fmt::format("{}: the path crosses itself, from {} to {} and from {} to {}",
+                                         group_name(group), place_text(path[i]), place_text(end(i)),
+                                         place_text(path[k]), place_text(end(k))));
                 return;
             }
 }
@@ -168,7 +153,7 @@ void doubt_size(Doubts& doubts, const DeckGroup& group) {
         }
     if (group.path.size() > static_cast<std::size_t>(MAXPOLYGON))
         doubts.end_of_run("too-large", card_of(deck, group, "3.3.5.4.2"),
-                          fmt::format("{}: a path has at most {} points, this one {}", name(group),
+                          fmt::format("{}: a path has at most {} points, this one {}", group_name(group),
                                       MAXPOLYGON, group.path.size()));
 }
 
@@ -182,17 +167,17 @@ void doubt_shape(Doubts& doubts, const DeckGroup& group) {
         if (segment.path.size() > 1 && distance(segment.path.front(), segment.path.back()) < SAME_PLACE &&
             segment.LTYPE == 1)
             doubts.doubt("no-length", &deck.cards[segment.card],
-                         fmt::format("{}: the segment begins and ends at {}", name(group),
-                                     place(segment.path.front())));
+                         fmt::format("{}: the segment begins and ends at {}", group_name(group),
+                                     place_text(segment.path.front())));
     if (!group.closed || is_line(group))
         return;
     const double area = signed_area(group.path);
     if (std::abs(area) < SAME_PLACE * SAME_PLACE)
-        doubts.doubt("no-area", card, fmt::format("{}: the outline has no area", name(group)));
+        doubts.doubt("no-area", card, fmt::format("{}: the outline has no area", group_name(group)));
     else if (area < 0.0 && (group.MTYPE == -3 || group.MTYPE == -4))
         doubts.doubt("clockwise", card,
                      fmt::format("{}: the outline runs clockwise, so that the joint opens to its outside",
-                                 name(group)));
+                                 group_name(group)));
 }
 
 }  // namespace
@@ -269,10 +254,10 @@ void doubt_outside(Doubts& doubts, const DeckGroup& group, const Ground& ground)
             outside.push_back(point);
     if (outside.empty())
         return;
-    doubts.doubt(
-        "outside-mesh", card_of(doubts.deck(), group, "3.3.5.4.2"),
-        fmt::format("{}: {} of {} points {} outside the mesh, the first at {}", name(group), outside.size(),
-                    group.points.size(), outside.size() == 1 ? "lies" : "lie", place(outside.front())));
+    doubts.doubt("outside-mesh", card_of(doubts.deck(), group, "3.3.5.4.2"),
+                 fmt::format("{}: {} of {} points {} outside the mesh, the first at {}", group_name(group),
+                             outside.size(), group.points.size(), outside.size() == 1 ? "lies" : "lie",
+                             place_text(outside.front())));
 }
 
 // True when the segment runs along sides that are there, so that nothing need be cut.
@@ -300,10 +285,10 @@ void doubt_uncut(Doubts& doubts, const DeckGroup& group, const DeckSegment& segm
     const bool long_line = segment.IEND == 0 && segment.NDIV == 1 && group.MTYPE == 2;
     if (!uncut || long_line || along_sides(segment, ground))
         return;
-    doubts.doubt(
-        "uncut", &card,
-        fmt::format("NDIV {}, IEND {}: the mesh is not cut between {} and {}, where it has no sides",
-                    segment.NDIV, segment.IEND, place(segment.path.front()), place(segment.path.back())));
+    doubts.doubt("uncut", &card,
+                 fmt::format("NDIV {}, IEND {}: the mesh is not cut between {} and {}, where it has no sides",
+                             segment.NDIV, segment.IEND, place_text(segment.path.front()),
+                             place_text(segment.path.back())));
 }
 
 void doubt_slivers(Doubts& doubts, const DeckGroup& group, const DeckSegment& segment, const Ground& ground) {
@@ -346,7 +331,7 @@ void doubt_division(Doubts& doubts, const DeckGroup& group, const DeckSegment& s
         nodes > 0)
         doubts.doubt("divided-otherwise", &card,
                      fmt::format("NDIV 1, IEND 0: one element from {} to {}, past {} nodes of the mesh",
-                                 place(segment.path.front()), place(segment.path.back()), nodes));
+                                 place_text(segment.path.front()), place_text(segment.path.back()), nodes));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "commands/checking/doubts.h"
+#include "mesh/combine.h"
 #include "mesh/tables.h"
 
 namespace brelan::tool {
@@ -188,32 +189,60 @@ void doubt_room(Doubts& doubts, const Mesh& mesh) {
 
 // --- combination ---------------------------------------------------------------------------------
 
-std::size_t count_of(const Mesh& mesh, Section section) {
-    return static_cast<std::size_t>(
-        std::count_if(mesh.elements.begin(), mesh.elements.end(),
-                      [&](const Element& e) { return section_of(e) == section; }));
+void take_numbers(const Mesh& mesh, Region& region) {
+    region.old_elements[0] = region.old_elements[1] = region.old_elements[2] = NumberRange{};
+    for (const Element& e : mesh.elements)
+        if (e.section() != EL_TRUSS || !mesh.flow_lines)  // those are not seen
+            region.old_elements[e.section() - EL_CONTINUUM].include(e.NEL);
 }
 
-// Numbers stay when the sets rise in this order; else each empty set spoils those behind it.
+// The new number of a region's lowest element; 0 where a number is out of range.
+Number lowest_new_number(const Region& region) {
+    Number lowest = MAXEL;
+    for (std::size_t type = 0; type < 3; ++type) {
+        const NumberRange& old = region.old_elements[type];
+        if (old.highest < old.lowest)
+            continue;
+        const Number first = region.start[type];
+        if (first < 1 || first + old.highest - old.lowest > MAXEL)
+            return 0;
+        lowest = std::min(lowest, first);
+    }
+    return lowest;
+}
+
+// The numbers that the batch program gives the elements of both meshes.
 void doubt_element_numbers(Doubts& doubts, const Mesh& a, const Mesh& b, const DeckCard* card) {
-    bool rise = true, empty_before = false, empty_inside = false;
-    Number last = 0;
-    for (const Section section : {Section::continuum, Section::beam, Section::truss})
-        for (const Mesh* mesh : {&a, &b}) {
-            const auto [low, high] = span_of(*mesh, section);
-            if (count_of(*mesh, section) == 0) {
-                empty_before = true;
-                continue;
-            }
-            empty_inside = empty_inside || empty_before;
-            rise = rise && low > last;
-            last = high;
-        }
-    if (!rise && empty_inside)
-        doubts.doubt(
+    take_numbers(b, REGION1);  // the names cross
+    take_numbers(a, REGION2);
+    FIXREGIONNUMBERS();
+    const Number first = lowest_new_number(REGION1), second = lowest_new_number(REGION2);
+    if (first == 0 || second == 0)
+        doubts.end_of_run(
             "element-numbers", card,
             "elements have to be numbered anew, and one of the meshes has no beams or trusses where the "
             "other has: numbers will be out of range (manual, chapter 5)");
+    else if (first == second && !a.elements.empty() && !b.elements.empty())
+        doubts.end_of_run(
+            "element-numbers", card,
+            fmt::format("the lowest element of both meshes gets the number {}: give one of them other "
+                        "numbers (manual, chapter 5)",
+                        first));
+}
+
+// A number that FILEA lacks ends the run; a pair that FILEB lacks is passed over.
+void doubt_pairs_on(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bool first) {
+    for (const float value : card.list) {
+        const std::int32_t number = whole_number(value);
+        if (number < 1 || number > MAXNP || mesh.node_place(number) != Mesh::NONE)
+            continue;
+        if (first)
+            doubts.end_of_run("no-such-number", &card,
+                              fmt::format("the mesh of FILEA has no node {}", number));
+        else
+            doubts.doubt("no-such-number", &card,
+                         fmt::format("the mesh of FILEB has no node {}: its pair is passed over", number));
+    }
 }
 
 void doubt_combination(Doubts& doubts, const Mesh& a, const Mesh& b) {
@@ -233,10 +262,13 @@ void doubt_combination(Doubts& doubts, const Mesh& a, const Mesh& b) {
             doubts.doubt("no-common-node", interface, "no node of FILEB lies at a node of FILEA");
         return;
     }
-    int list = 0;
-    for (const DeckCard& card : deck.cards)
-        if (card.type == CardType::list && card.number == "2.3")
-            doubt_numbers_on(doubts, card, ++list == 1 ? a : b, true);
+    bool first = true;
+    for (const DeckCard& card : deck.cards) {
+        if (card.type != CardType::list || card.number != "2.3")
+            continue;
+        doubt_pairs_on(doubts, card, first ? a : b, first);
+        first = false;
+    }
 }
 
 }  // namespace

@@ -101,6 +101,14 @@ void doubt_codes(Doubts& doubts) {
 
 void doubt_numbers(Doubts& doubts) {
     const Deck& deck = doubts.deck();
+    if (deck.byte_order_mark) {
+        DeckCard start;
+        start.line = 1;
+        doubts.doubt(
+            "byte-order-mark", &start,
+            "a byte order mark stands in front of the text: brelan passes over it, the batch program "
+            "alone refuses the deck");
+    }
     for (const DeckCard& card : deck.cards) {
         if (deck.fault && card.line == deck.fault->line)
             continue;  // what the checker refuses is told by its own message

@@ -155,6 +155,22 @@ TEST(CheckerAgreement, starter_decks_and_examples_are_read_alike) {
         EXPECT_TRUE(agreement.compare(text, kind)) << text;
 }
 
+// Both refuse an arc without length at its card; one of a single angle may close an outline.
+TEST(CheckerAgreement, arcs_without_length_are_refused_alike) {
+    Agreement agreement;
+    const std::string front =
+        "1 0\nA.Mes\nB.Mes\n1 1\n4\n0\n0\n0\n1\n0 0\n3\n1 0 0 0\n2 0 0 0 0\n1 0 0\n2 5 0\n2\n";
+    for (const char* arc : {"0 0 0 0 0 90", "0 0 0 2 0 90", "0 0 2 0 0 90", "0 0 2 2 0 0", "0 0 4 2 0 0"}) {
+        const std::string card = std::string(arc) + "\n";
+        EXPECT_FALSE(agreement.compare(front + "1 2 0 2\n" + card + "2 1 0 2\n", LayoutKind::displacement))
+            << arc;
+        EXPECT_EQ(agreement.compare(front + "1 1 0 2\n2 2 0 2\n" + card, LayoutKind::displacement),
+                  std::string(arc) == "0 0 4 2 0 0")
+            << arc;
+    }
+    EXPECT_TRUE(agreement.compare(front + "1 2 0 2\n0 0 2 2 0 90\n2 1 0 2\n", LayoutKind::displacement));
+}
+
 // One change somewhere among the cards.
 void damage(std::vector<std::string>& lines, std::mt19937& random) {
     static const std::vector<std::string> words{

@@ -74,6 +74,37 @@ TEST(Deck, a_list_runs_over_as_many_lines_as_its_count_asks_for) {
     EXPECT_EQ(deck.card("3.3.4.3")->line, 12);
 }
 
+TEST(Deck, a_byte_order_mark_is_passed_over) {
+    const Deck deck = deck_of("\xEF\xBB\xBF" + EDIT);
+    EXPECT_TRUE(deck.byte_order_mark);
+    EXPECT_FALSE(deck.fault);
+    EXPECT_EQ(deck.card("3.2")->line, 5);
+    EXPECT_FALSE(deck_of(EDIT).byte_order_mark);
+}
+
+TEST(Deck, values_behind_the_one_that_is_no_number_are_not_known) {
+    const Deck deck = deck_of("1 0\nA\nB\n1 1\n0\n 5 8.O 7 8\n 1 1\n");
+    ASSERT_TRUE(deck.fault && deck.fault->card);
+    const DeckCard& card = deck.cards[*deck.fault->card];
+    EXPECT_EQ(deck.fault->field, 1U);
+    EXPECT_TRUE(card.fields[0].known);
+    EXPECT_EQ(card.fields[0].value, 5.0F);
+    for (const std::size_t i : {1U, 2U, 3U})
+        EXPECT_FALSE(card.fields[i].known) << i;
+    EXPECT_EQ(card.fields[1].text, "8.O");
+}
+
+TEST(Deck, names_in_the_working_directory) {
+    for (const char* name : {"old\\Row.Mes", ".\\Row.Mes", "a/b\\Row.Mes"})
+        EXPECT_TRUE(in_working_directory(name)) << name;
+    for (const char* name :
+         {"Row.Mes", "old/Row.Mes", "..\\Row.Mes", "..\\old\\Row.Mes", "C:\\Row.Mes", "\\Row.Mes", ""})
+        EXPECT_FALSE(in_working_directory(name)) << name;
+    EXPECT_EQ(file_of_card("/tmp", "..\\no-such\\Row.Mes"), fs::path("/tmp/no-such/Row.Mes"));
+    EXPECT_EQ(file_of_card("/tmp", "old\\Row.Mes"), fs::path());
+    EXPECT_EQ(file_of_card("/none", "old\\Row.Mes", "/tmp"), fs::path("/tmp/old/Row.Mes"));
+}
+
 TEST(Deck, values_that_a_card_leaves_out_between_commas_stay_as_they_stood) {
     const Deck deck = deck_of("1 0\nA\nB\n1 1\n0\n 5 6 7 8\n , 4\n");
     // Card 3.3.1.2 counts one value only: two are wanted.

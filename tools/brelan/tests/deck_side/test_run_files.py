@@ -26,9 +26,9 @@ class RunCase(Case):
     def nodes(self, mesh):
         return self.counts(mesh)[0]
 
-    def dam(self, shells):
+    def dam(self, shells, kind="displacement"):
         """The starter deck of a dam, with slopes from templates or without."""
-        deck = self.starter("dam")
+        deck = self.starter("dam", kind)
         text = deck.read_text()
         card = "  2       1      1     0 "
         self.assertEqual(text.count(card), 1)
@@ -64,7 +64,7 @@ class Lists(RunCase):
         self.assertFalse((self.project / "EarthDam.Mes").exists())
         self.assertTrue(second["remark"].startswith("Group.Pos has the numbers of EarthDam.Mes"), second)
         # The head kind has flow sections too. Nothing of an earlier run is there to be deleted.
-        third = self.said(self.dam(shells=1), "--kind", "head")
+        third = self.said(self.dam(shells=1, kind="head"), "--kind", "head")
         self.assertEqual(third["also"], "Bmesh.dat, Boundary.Man, Group.Pos")
         self.assertTrue(third["remark"].startswith("Boundary.Man and Group.Pos have the numbers of"), third)
         self.assertNotIn("deleted", third)
@@ -242,7 +242,7 @@ class Programs(RunCase):
             "deck": "groups.dat", "project": str(self.project), "edition": 9, "kind": "head", "decks": 1, "pass": "43",
             "status": 0, "message": None, "details": [], "result": str(self.project / "Pit.Mes"),
             "also": [str(self.project / name) for name in ("Bmesh.dat", "Boundary.Man", "Group.Pos")],
-            "deleted": [], "remarks": []})
+            "deleted": [], "remarks": ["edition 9 (head) by --kind, but its comment names the displacement kind"]})
 
     def test_a_run_that_fails_as_an_object(self):
         self.edited_starter("edit-0", ("  -1.0   1.0\n", "  -1.0\n"))
@@ -254,6 +254,24 @@ class Programs(RunCase):
         self.assertEqual(lines[0], "brelan: " + report["message"])
         self.assertEqual(lines[1:], report["details"])
         self.assertIn("expected 2 values on Card 3.3.1.2", report["message"])
+
+    def test_free_sides_are_remarked_also_of_a_base_mesh_kept_apart(self):
+        # 150 rows of a metre in sums of 32 bits miss the bottom; the project's own Bmesh.dat is of 20 x 2 squares.
+        self.write("base.dat", "2 0\n1 1\n0 0\n20 1 0.5\n2 1 0.5\n0\n")
+        self.assertEqual(self.report("base.dat")["remarks"], [])
+        self.write("base.dat", "2 0\n1 1\n0 0\n20 1 0.5\n150 1 0.5\n0\n")
+        remarks = self.report("base.dat", "--apart", "out")["remarks"]
+        self.assertEqual(len(remarks), 1)
+        self.assertIn("base.dat, line 2: warning: IB_BOTTOM 1: 19 of 21 nodes", remarks[0])
+        self.assertEqual(self.nodes("Bmesh.dat"), 21 * 3)
+
+    def test_a_lost_result_is_remarked(self):
+        self.edited_starter("edit-0", ("\nMirror.Mes\n", "\n.\\Mirror.Mes\n"))
+        report = self.report("edit-0.dat")
+        self.assertEqual((report["result"], len(report["remarks"])), (None, 1))
+        self.assertIn("goes when the run ends", report["remarks"][0])
+        report = self.report("edit-0.dat", "--work", "w")
+        self.assertEqual((report["result"], report["remarks"]), ("w/Mirror.Mes", []))
 
     def test_what_is_deleted_and_remarked(self):
         self.said(self.dam(shells=0))
@@ -298,6 +316,21 @@ class StandardInput(RunCase):
                 of_stream = self.brelan("check", "-", *arguments, stdin=deck)
                 self.assertEqual(of_stream.returncode, of_file.returncode)
                 self.assertEqual(of_stream.stdout, of_file.stdout.replace("a.dat", "standard input"))
+
+    def test_a_byte_order_mark_is_passed_over(self):
+        marked = "\ufeff" + BLOCK.format(width=3)
+        said = "standard input, line 1: a byte order mark stands in front of the text; it is passed over"
+        ran = self.brelan("-q", "run", "-", stdin=marked)
+        self.assertEqual((ran.returncode, ran.stderr), (0, ""))
+        self.assertEqual(self.brelan("run", "-", stdin=marked).stderr, f"brelan: {said}\n")
+        self.assertEqual(self.report("-", stdin=marked)["remarks"], [said])
+        self.assertEqual(self.nodes("Bmesh.dat"), 4 * 5)
+        # The comment behind the mark still tells the kind.
+        head = self.starter("base-mesh", "head").read_text()
+        self.assertEqual(self.report("-", stdin="\ufeff" + head)["kind"], "head")
+        checked, report = self.check("-", stdin=marked)
+        self.assertEqual((checked.returncode, report["accepted"]), (0, True))
+        self.assertEqual([w["id"] for w in report["warnings"]], ["byte-order-mark"])
 
     def test_a_starter_deck_goes_there(self):
         self.assertEqual(self.brelan("-q", "new", "base-mesh", "-o", "-").stdout,

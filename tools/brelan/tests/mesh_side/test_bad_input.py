@@ -36,6 +36,19 @@ class BadInput(Case):
                 self.failed(self.brelan(*arguments(name)), *fragments)
                 self.assertEqual(sorted(os.listdir(self.root)), before)
 
+    def test_a_byte_order_mark_is_passed_over(self):
+        for good in ("good.Mes", "good.vtu", "good.msh"):
+            marked = "marked" + good[4:]
+            self.write(marked, b"\xef\xbb\xbf" + self.path(good).read_bytes())
+            said = f"brelan: {marked}, line 1: a byte order mark stands in front of the text; it is passed over"
+            for command, arguments in COMMANDS.items():
+                with self.subTest(command=command, file=marked):
+                    whole, same = self.brelan(*arguments(good)), self.brelan(*arguments(marked))
+                    self.assertEqual((same.returncode, same.stderr.splitlines().count(said)), (whole.returncode, 1))
+            self.assertEqual(self.brelan("-q", "info", marked).stderr, "")
+        self.assertEqual(self.brelan("diff", "good.Mes", "marked.Mes").returncode, 0)
+        self.assertEqual(self.brelan("info", "marked.Mes").stdout, self.good("info", "good.Mes").replace("good", "marked"))
+
     def test_missing_file(self):
         self.check_all("none.Mes", "none.Mes: expected a file, but there is none of this name")
         self.check_all("", "expected")

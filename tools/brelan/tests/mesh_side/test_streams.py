@@ -42,6 +42,19 @@ class Streams(Case):
                 self.good("plot", name, "-o", "c.svg", "--title", "T")
                 self.assertEqual(self.path("b.svg").read_bytes(), self.path("c.svg").read_bytes())
 
+    def test_a_byte_order_mark_is_passed_over(self):
+        said = "brelan: standard input, line 1: a byte order mark stands in front of the text; it is passed over\n"
+        for name in ("a.Mes", "a.vtu", "a.msh"):
+            with self.subTest(name):
+                self.write("marked", b"\xef\xbb\xbf" + self.path(name).read_bytes())
+                for to in ("vtu", "mes"):
+                    status, out, err = self.piped("marked", "convert", "--kind", "displacement", "--to", to, "-", "-")
+                    self.assertEqual((status, err), (0, said))
+                    self.assertEqual(out, self.piped(name, "convert", "--kind", "displacement", "--to", to, "-", "-")[1])
+                self.assertEqual(self.piped("marked", "diff", "a.Mes", "-")[::2], (0, said))
+        self.write("a.dat", b"\xef\xbb\xbf1 0\na.Mes\nb.Mes\n1 1\n2\n0\n0 0 1 1\n0\n")
+        self.assertEqual(self.piped("a.dat", "plot", "a.Mes", "--deck", "-", "-o", "c.svg"), (0, b"", said))
+
     def test_files_of_another_system_and_kinds(self):
         self.write("dos.Mes", sample("head").text().replace("\n", "\r\n"))
         status, out, _ = self.piped("dos.Mes", "info", "--json", "-")
