@@ -267,7 +267,7 @@ std::int32_t SIDECUT(CutRow& row, const RowSide& side, const Point& P1, const Po
 // While the elements wait for their split, a side that the segment misses stays as it is. So only rows near
 // the segment can change, and those that a node moved on the way has brought to it.
 void scan_rows_near(const Point& P1, const Point& P2, const CutMode& mode) {
-    std::vector<std::uint32_t> rows = rows_of(elements_near(P1, P2));
+    std::vector<std::uint32_t> rows = rows_of(elements_met_by(P1, P2));
     for (std::size_t k = 0; k < rows.size(); ++k) {
         CutRow& row = CUTTAB[rows[k]];
         for (int i = 0; i < row.corners(); ++i) {
@@ -307,7 +307,7 @@ void COLLECT(const Point& P1, const Point& P2) {
                 return true;
         return false;
     };
-    const std::span<const std::int32_t> elements = elements_near(P1, P2);
+    const std::span<const std::int32_t> elements = elements_met_by(P1, P2);
     for (const std::int32_t e : elements)
         if (open_to_cut(e) && contains(P1, corners_of(e)))
             take(e);

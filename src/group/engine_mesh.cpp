@@ -15,6 +15,43 @@ namespace {
 
 // --- the index -----------------------------------------------------------------------------------
 
+// Where a test finds something beyond a box, and how far:
+//
+// A crossing of a slanting segment with one along an axis is accepted when its computed place, of the one
+// coordinate, lies in the spans of both; of the other coordinate it may lie beyond the slanting one's end, by
+// that one's whole height (or width, with the axes changed):
+//
+//     computed:  x = x0 + (y - y0) * (w / h)     from the end (x0, y0), over w and h to the other
+//     accepted:  x from x0 to x0 + w             w and h at least 1e-10: the segment slants
+//
+// The last sum rounds by at most half the spacing of reals outside the span, where the spacing is at most
+// twice that inside; two different ends stand at least the inner spacing apart, so it rounds by at most w.
+// Hence (y - y0) * (w / h) is at most 2 w, and backwards w: y lies at most one h beyond either end, but for
+// five roundings of 6e-8 each. What is below 1e-38 and taken as 0 is less than 1e-12 of y. Beyond FARTHEST
+// products leave the range of the reals and the bound with it: such a box reaches everywhere. Two slanting
+// segments cross only where their boxes meet, and so do two along the axes.
+//
+// A triangle contains points to 5e-5 of its own width and height beyond it; areas of less than 1e-10 of size
+// and coordinate, whose rounding could take more, are kept out of the cells (is_flat). A node at most `reach`
+// from a segment is found by its computed distance; 1e-6 of a coordinate is room for the rounding of middles
+// and of a polygon's crossings.
+constexpr float FARTHEST = 1.0E15F;
+constexpr float EVERYWHERE = std::numeric_limits<float>::infinity();
+constexpr float IN_TRIANGLE = 2.0E-4F;
+
+// The largest width and height of segments that are not along an axis.
+struct Extent {
+    float width = 0.0F, height = 0.0F;
+
+    void include(const Point& a, const Point& b) {
+        const float w = std::abs(b.x - a.x), h = std::abs(b.y - a.y);
+        if (w == 0.0F || h == 0.0F)
+            return;
+        width = std::max(width, w);
+        height = std::max(height, h);
+    }
+};
+
 struct Box {
     float x0, y0, x1, y1;
 
@@ -25,34 +62,15 @@ struct Box {
         y1 = std::max(y1, p.y);
     }
     float size() const { return std::max(x1 - x0, y1 - y0); }
-    // Room for what the tests find beyond a box.
-    //
-    // A crossing of a slanting segment with one along an axis is accepted when its computed place, of the one
-    // coordinate, lies in the spans of both; of the other coordinate it may lie beyond the slanting one's
-    // end, by that one's whole height (or width, with the axes changed):
-    //
-    //     computed:  x = x0 + (y - y0) * (w / h)     from the end (x0, y0), over w and h to the other
-    //     accepted:  x from x0 to x0 + w             w and h at least 1e-10: the segment slants
-    //
-    // The last sum rounds by at most half the spacing of reals outside the span, where the spacing is at most
-    // twice that inside; two different ends stand at least the inner spacing apart, so it rounds by at most
-    // w. Hence |(y - y0) * (w / h)| <= 2 w, and backwards <= w: y lies at most one h beyond either end, but
-    // for five roundings of 6e-8 each. What is below 1e-38 and taken as 0 is less than 1e-12 of y. Beyond
-    // FARTHEST products leave the range of the reals and the bound with it: such a box reaches everywhere.
-    // Two slanting segments cross only where their boxes meet, and so do two along the axes.
-    //
-    // A triangle contains points to 5e-5 of its own width and height beyond it, and areas of less than 1e-10
-    // of size and coordinate, whose rounding could take more, are kept out of the cells (is_flat). A node at
-    // most `reach` from a segment is found by its computed distance; 1e-6 of a coordinate is room for the
-    // rounding of centroids and of a polygon's crossings.
-    Box with_room(float reach = 0.0F) const {
-        constexpr float FARTHEST = 1.0E15F, everywhere = std::numeric_limits<float>::infinity();
+    // The box with room for what the tests find beyond it: nodes and middles within a reach, and crossings by
+    // what the slanting segments in it take.
+    Box with_room(const Extent& slanting, float reach = 0.0F) const {
         const float far = std::max({std::abs(x0), std::abs(x1), std::abs(y0), std::abs(y1)});
         if (!(far <= FARTHEST))
-            return {-everywhere, -everywhere, everywhere, everywhere};
+            return {-EVERYWHERE, -EVERYWHERE, EVERYWHERE, EVERYWHERE};
         const float more = reach * 1.01F + far * 1.0E-6F + 1.0E-9F;
-        const float room_x = (x1 - x0) * 1.0001F + more;
-        const float room_y = (y1 - y0) * 1.0001F + more;
+        const float room_x = slanting.width * 1.0001F + (x1 - x0) * IN_TRIANGLE + more;
+        const float room_y = slanting.height * 1.0001F + (y1 - y0) * IN_TRIANGLE + more;
         return {x0 - room_x, y0 - room_y, x1 + room_x, y1 + room_y};
     }
 };
@@ -117,7 +135,7 @@ public:
             place(links_[static_cast<std::size_t>(i)].element);
     }
 
-    std::span<const std::int32_t> near(const Point& p1, const Point& p2, float reach) {
+    std::span<const std::int32_t> in(const Box& box) {
         found_.clear();
         if (!indexes_are_on || cells_.empty()) {
             for (std::int32_t e = 1; e <= NCONT; ++e)
@@ -125,7 +143,6 @@ public:
             return found_;
         }
         ++mark_;
-        const Box box = box_of(p1, p2).with_room(reach);
         for (std::int32_t c = cell_x(box.x0); c <= cell_x(box.x1); ++c)
             for (std::int32_t r = cell_y(box.y0); r <= cell_y(box.y1); ++r)
                 take(cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
@@ -187,7 +204,7 @@ private:
             anywhere_.push_back(e);
             return;
         }
-        const Box room = box.with_room();
+        const Box room = box.with_room(slanting_sides(corners));
         for (std::int32_t c = cell_x(room.x0); c <= cell_x(room.x1); ++c)
             for (std::int32_t r = cell_y(room.y0); r <= cell_y(room.y1); ++r) {
                 auto& list = cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
@@ -195,6 +212,14 @@ private:
                 if (list.empty() || list.back() != e)
                     list.push_back(e);
             }
+    }
+
+    static Extent slanting_sides(const Corners& corners) {
+        Extent slanting;
+        const int count = corners.n[3] > 0 ? 4 : 3;
+        for (int i = 0; i < count; ++i)
+            slanting.include(node_point(corners.n[i]), node_point(corners.n[(i + 1) % count]));
+        return slanting;
     }
 
     // A half of no area contains points of its whole line, wherever they are.
@@ -316,8 +341,14 @@ void note_element(std::int32_t e) {
     the_index.note(e);
 }
 
+std::span<const std::int32_t> elements_met_by(const Point& p1, const Point& p2) {
+    Extent slanting;
+    slanting.include(p1, p2);
+    return the_index.in(box_of(p1, p2).with_room(slanting));
+}
+
 std::span<const std::int32_t> elements_near(const Point& p1, const Point& p2, float reach) {
-    return the_index.near(p1, p2, reach);
+    return the_index.in(box_of(p1, p2).with_room({}, reach));
 }
 
 std::vector<std::int32_t> elements_with(std::span<const std::int32_t> nodes) {

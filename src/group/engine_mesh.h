@@ -57,8 +57,11 @@ void build_indexes();
 // Notes that an element has new corners.
 void note_element(std::int32_t e);
 
-// All elements that may contain an end of the segment, have a side crossed by it, or have a node within a
-// reach of it, in ascending number. The list holds until the next call.
+// All elements that may contain an end of the segment or have a side crossed by it, in ascending number. The
+// list holds until the next call for elements.
+std::span<const std::int32_t> elements_met_by(const Point& p1, const Point& p2);
+
+// The same of the elements that may have a node, or their middle, within a reach of the box of two points.
 std::span<const std::int32_t> elements_near(const Point& p1, const Point& p2, float reach = 0.0F);
 
 // All elements that may have one of the nodes as a corner, in ascending number.
