@@ -1,5 +1,6 @@
 // Which sides of a dam's outlines are cut into the mesh. A cut moves nodes onto the side: one that lies on a
-// line of the mesh needs none, and with shells the nodes that they share must stay.
+// line of the mesh needs none, and nodes of the crest, of the slopes, of the ground's bottom and those that
+// shells share must stay.
 #pragma once
 
 #include <cstdint>
@@ -8,8 +9,8 @@
 
 namespace brelan {
 
-// IEND of a side: cut with both ends placed, and not cut.
-inline constexpr std::int32_t CUT = 2, NOT_CUT = 3;
+// IEND of a side: cut with both ends placed, without its start, without its end, and not cut.
+inline constexpr std::int32_t CUT = 2, CUT_BUT_START = 1, CUT_BUT_END = -1, NOT_CUT = 3;
 
 // True for coordinates that are those of one line of the mesh.
 bool same_line(float a, float b);
@@ -24,5 +25,30 @@ bool clear_of_shells(const DamOutline& points);
 
 // True for an outline that stays below the dam's base by an element's height.
 bool below_base(const DamOutline& points);
+
+// An end of the crest and the toe of its slope. An end beside the edge of its block column is no node of the
+// mesh from the start.
+struct CrestEnd {
+    float x = 0.0F, toe = 0.0F;
+    bool beside_edge = false;
+};
+CrestEnd left_crest_end();
+CrestEnd right_crest_end();
+
+// The height to which a slope is clear, by an element's width, of the vertical under its end of the crest.
+float clear_of_slope(const CrestEnd& end);
+
+// True for an outline that a cut would bring into disorder with the crest. Its nodes do not give way to a
+// corner in the upper half of the top row of elements, an end of the crest must not become a corner beside
+// it, and where an end is beside the edge of its block column the nodes near it are the slope's.
+bool crowds_crest(const DamOutline& points);
+
+// The height to which such an outline may be cut.
+float clear_of_crest();
+
+// True for an outline that ends in the lower half of the lowest row of elements, but not on the bottom of the
+// ground, whose nodes do not give way; and the height down to which it may be cut.
+bool crowds_bottom(const DamOutline& points);
+float clear_of_bottom();
 
 }  // namespace brelan

@@ -223,7 +223,7 @@ void DAMGROUP(Channel& deck, std::int32_t group, const DamGroup& cards) {
     deck.write_line("* SEGNO  LTYPE  NDIV   IEND");
     std::int32_t SEGNO = 0;
     for (const std::int32_t IEND : cards.IEND)
-        SEGMENT_LINE.write(deck, ++SEGNO, 1, 0, IEND);
+        SEGMENT_LINE.write(deck, ++SEGNO, 1, cards.NDIV, IEND);
 }
 
 void DAMDECK() {

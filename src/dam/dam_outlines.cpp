@@ -40,6 +40,28 @@ void leave_uncut(DamGroup& group) {
     group.IEND.assign(sides_of(group), NOT_CUT);
 }
 
+// What of an outline lies above a height, or below one, is left uncut: the sides get a point there.
+void leave_uncut_beyond(DamGroup& group, float y, bool above) {
+    const auto beyond = [=](const DamPoint& p) { return !same_line(p.y, y) && (above ? p.y > y : p.y < y); };
+    const DamGroup whole = group;
+    group.points.clear();
+    group.IEND.clear();
+    for (std::size_t k = 0; k < whole.points.size(); ++k) {
+        const DamPoint& a = whole.points[k];
+        const DamPoint& b = whole.points[(k + 1) % whole.points.size()];
+        group.points.push_back(a);
+        group.IEND.push_back(beyond(a) ? NOT_CUT : whole.IEND[k]);
+        if (beyond(a) == beyond(b))
+            continue;
+        if (same_line(a.y, y) || same_line(b.y, y)) {
+            group.IEND.back() = NOT_CUT;
+            continue;
+        }
+        group.points.push_back({a.x + (b.x - a.x) * ((y - a.y) / (b.y - a.y)), y});
+        group.IEND.push_back(beyond(b) ? NOT_CUT : whole.IEND[k]);
+    }
+}
+
 // --- outlines --------------------------------------------------------------------------------------
 
 // The dam's body in this mesh, from the left along the base: with shells the middle block.
@@ -72,11 +94,31 @@ DamGroup drawn(std::string title, std::int32_t MTYPE, DamOutline points) {
     return group;
 }
 
-// The crest lies on the mesh's top line and is cut all the same: that places its ends.
+// Slopes and crest as sides of an outline that goes over the crest to the left. The crest lies on the mesh's
+// top line and is cut all the same: that places its ends. An end beside the edge of its block column is not
+// placed, as nodes of the crest do not give way to it: the slope is drawn a little beyond the crest, and its
+// cut moves the next node of the crest onto itself. With NDIV 1 a node that was planned on a side is dropped
+// when a corner of the side is moved so.
 void cut_crest(DamGroup& group) {
-    for (std::size_t k = 0; k + 1 < group.points.size(); ++k)
-        if (same_line(group.points[k].y, DAM.HDAM) && same_line(group.points[k + 1].y, DAM.HDAM))
-            group.IEND[k] = CUT;
+    constexpr float BEYOND = 0.01F;  // of the slope
+    std::size_t crest = 0;
+    while (group.points[crest].y != DAM.HDAM)
+        ++crest;
+    const auto draw_beyond = [&](std::size_t at, const CrestEnd& end) {
+        DamPoint& p = group.points[at];
+        p = {p.x + BEYOND * (p.x - end.toe), p.y + BEYOND * p.y};
+        group.IEND[crest] = NOT_CUT;
+        group.NDIV = 1;
+    };
+    group.IEND[crest] = CUT;
+    if (const CrestEnd right = right_crest_end(); right.beside_edge) {
+        draw_beyond(crest, right);
+        group.IEND[crest - 1] = CUT_BUT_END;
+    }
+    if (const CrestEnd left = left_crest_end(); left.beside_edge) {
+        draw_beyond(crest + 1, left);
+        group.IEND[crest + 1] = CUT_BUT_START;
+    }
 }
 
 DamGroup zone(std::string title, std::int32_t MAT, DamOutline points) {
@@ -86,14 +128,27 @@ DamGroup zone(std::string title, std::int32_t MAT, DamOutline points) {
 }
 
 // The triangle under a slope.
-DamGroup shell(std::string title, std::int32_t MAT, float toe, float crest_end) {
-    return zone(std::move(title), MAT, {{toe, 0.0F}, {crest_end, 0.0F}, {crest_end, DAM.HDAM}});
+DamGroup shell(std::string title, std::int32_t MAT, const CrestEnd& end) {
+    DamGroup group = zone(std::move(title), MAT, {{end.toe, 0.0F}, {end.x, 0.0F}, {end.x, DAM.HDAM}});
+    if (!end.beside_edge)
+        return group;
+    constexpr std::size_t VERTICAL = 1;
+    if (const float clear = clear_of_slope(end); !same_line(clear, 0.0F)) {
+        group.points.insert(group.points.end() - 1, {end.x, clear});
+        group.IEND.insert(group.IEND.begin() + VERTICAL, CUT);
+        group.IEND[VERTICAL + 1] = NOT_CUT;
+    } else {
+        group.IEND[VERTICAL] = NOT_CUT;
+    }
+    return group;
 }
 
 DamGroup core() {
     DamGroup group = zone(" Dam Core", CORE, DAM.core_points);
     if (DAM.shells && !clear_of_shells(group.points))
         leave_uncut(group);
+    else if (crowds_crest(group.points))
+        leave_uncut_beyond(group, clear_of_crest(), true);
     return group;
 }
 
@@ -101,6 +156,8 @@ DamGroup wall() {
     DamGroup group = zone(" Cut-off Wall", WALL, DAM.wall_points);
     if (DAM.shells && !below_base(group.points) && !clear_of_shells(group.points))
         leave_uncut(group);
+    else if (crowds_bottom(group.points))
+        leave_uncut_beyond(group, clear_of_bottom(), false);
     return group;
 }
 
@@ -165,15 +222,14 @@ void add_layers(std::vector<DamGroup>& groups) {
 }  // namespace
 
 std::vector<DamGroup> DAMGROUPS() {
-    const DamSizes& s = DAMSIZES;
     std::vector<DamGroup> groups;
     groups.push_back(drawn(" Ground Surface", KEEP_INSIDE, surface_outline()));
     cut_crest(groups.back());
     groups.push_back(drawn(" Main Shell", CLOSING_OUTLINE, body_outline()));
     leave_uncut(groups.back());
     if (!DAM.shells) {
-        groups.push_back(shell(" Upstream Shell", UPSTREAM_SHELL, 0.0F, s.crest_left));
-        groups.push_back(shell(" Downstream Shell", DOWNSTREAM_SHELL, s.toe, s.crest_right));
+        groups.push_back(shell(" Upstream Shell", UPSTREAM_SHELL, left_crest_end()));
+        groups.push_back(shell(" Downstream Shell", DOWNSTREAM_SHELL, right_crest_end()));
     }
     if (DAM.core)
         groups.push_back(core());

@@ -17,7 +17,8 @@ struct DamGroup {
     std::int32_t MAT = 0;            // MTYPE 3
     std::int32_t LTP = 0, LMAT = 0;  // MTYPE 2
     DamOutline points;
-    std::vector<std::int32_t> IEND;  // by side: 2 cut into the mesh, 3 not, as the mesh has a line there
+    std::vector<std::int32_t> IEND;  // by side: how it is cut into the mesh, see dam/dam_cuts.h
+    std::int32_t NDIV = 0;           // of all sides
 };
 
 // The groups in the order of the deck, from DAM and DAMSIZES.
