@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace brelan::tool {
 
@@ -16,5 +17,8 @@ std::size_t edit_distance(std::string_view a, std::string_view b);
 
 // "1 node", "2 nodes".
 std::string counted(std::size_t count, std::string_view one, std::string_view many);
+
+// Words with a text between each two.
+std::string joined(const std::vector<std::string>& words, std::string_view between);
 
 }  // namespace brelan::tool

@@ -1,13 +1,12 @@
 // brelan check: a deck card by card, and what may be wrong with it.
 #include <fmt/core.h>
 
-#include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 
 #include "channel/run_end.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/json.h"
 #include "cli/words.h"
 #include "commands/batch/edition.h"
 #include "commands/batch/interruption.h"
@@ -23,18 +22,6 @@ namespace brelan::tool {
 namespace {
 
 namespace fs = std::filesystem;
-using Json = nlohmann::ordered_json;
-
-struct CheckOptions {
-    std::string deck, project;
-    bool json = false, strict = false;
-};
-
-constexpr const char* EXAMPLES =
-    R"(  brelan check pit.dat                 every card with its fields, and what may be wrong
-  brelan check -q pit.dat              only what may be wrong
-  brelan check --json pit.dat | jq '.warnings[].message'
-)";
 
 struct Report {
     Deck deck;
@@ -174,7 +161,7 @@ Json card_json(const DeckCard& card) {
             json["list"].push_back(shortest(value));
     if (card.type != CardType::values)
         return json;
-    json["fields"] = Json::array();
+    json["fields"] = Json::Array();
     for (const DeckField& field : card.fields) {
         Json entry{{"name", field.name}};
         if (field.form == 'I')
@@ -196,17 +183,19 @@ Json report_json(const Report& report) {
               {"kind", name_of(report.edition.kind)},
               {"accepted", report.verdict.status == 0}};
     if (report.verdict.status != 0) {
-        json["refusal"] = {{"line", report.verdict.line}, {"message", report.verdict.message}};
-        if (deck.fault && deck.fault->wrong_count)
-            json["refusal"].update({{"card", deck.cards[*deck.fault->card].number},
-                                    {"minimum", deck.fault->minimum},
-                                    {"maximum", deck.fault->maximum},
-                                    {"found", deck.fault->found}});
+        Json& refusal = json["refusal"];
+        refusal = {{"line", report.verdict.line}, {"message", report.verdict.message}};
+        if (deck.fault && deck.fault->wrong_count) {
+            refusal["card"] = deck.cards[*deck.fault->card].number;
+            refusal["minimum"] = deck.fault->minimum;
+            refusal["maximum"] = deck.fault->maximum;
+            refusal["found"] = deck.fault->found;
+        }
     }
-    json["cards"] = Json::array();
+    json["cards"] = Json::Array();
     for (const DeckCard& card : deck.cards)
         json["cards"].push_back(card_json(card));
-    json["warnings"] = Json::array();
+    json["warnings"] = Json::Array();
     for (const Doubt& doubt : report.doubts)
         json["warnings"].push_back({{"id", doubt.id},
                                     {"line", doubt.line},
@@ -215,21 +204,21 @@ Json report_json(const Report& report) {
     return json;
 }
 
-// --- command -------------------------------------------------------------------------------------
+}  // namespace
 
-int check(const Context& context, const CheckOptions& options, const EditionOptions& edition_options) {
+int check(const CheckOptions& options, const Context& context) {
     const Interruption interruption;  // the directory of the check is gone when a signal ends the process
     const DeckSource source = deck_source(options.deck);
     fs::path project = options.project.empty() ? source.file.parent_path() : fs::path(options.project);
     if (project.empty())
         project = ".";
     Report report;
-    report.edition = edition_of_deck(source, project, edition_options).edition;
+    report.edition = edition_of_deck(source, project, options.edition).edition;
     report.deck = read_deck(source, report.edition.kind);
     report.verdict = verdict_of(report.deck, report.edition);
     look_for_doubts(report, project);
     if (options.json)
-        print(report_json(report).dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+        print(report_json(report).text());
     else
         show_text(context, report);
     if (options.json && report.verdict.status != 0)
@@ -237,27 +226,6 @@ int check(const Context& context, const CheckOptions& options, const EditionOpti
     if (report.verdict.status != 0)
         return report.verdict.status;
     return options.strict && !report.doubts.empty() ? STATUS_FOUND : STATUS_OK;
-}
-
-}  // namespace
-
-void add_check(CLI::App& app, Context& context) {
-    auto options = std::make_shared<CheckOptions>();
-    auto edition = std::make_shared<EditionOptions>();
-    CLI::App* command =
-        app.add_subcommand("check", "Show a deck card by card, and what may be wrong with it");
-    command->footer(EXAMPLES);
-    command->add_option("DECK", options->deck, "Card deck; - is standard input")
-        ->required()
-        ->option_text(" ");
-    add_edition_options(*command, edition);
-    command->add_option("--project", options->project, "Directory of the meshes; the deck's without it")
-        ->option_text("DIR");
-    command->add_flag("--json", options->json, "For programs");
-    command->add_flag("--strict", options->strict, "Exit status 1 when there are warnings");
-    command->callback([options, edition, &context] {
-        context.action = [options, edition, &context] { return check(context, *options, *edition); };
-    });
 }
 
 }  // namespace brelan::tool
