@@ -1,6 +1,6 @@
 #include "analysis/deck_of_mesh.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <optional>
@@ -72,7 +72,7 @@ std::string told_of_other_mesh(const Deck& deck, const std::vector<DeckShape>& s
     // What a base mesh has in its first line instead of a name.
     const bool copy_of_base = stem(mesh.name) == "base mesh" && deck.IMOD >= base_mesh;
     if (!names.empty() && !copy_of_base && std::none_of(names.begin(), names.end(), is_mesh))
-        return fmt::format("its meshes are {}", fmt::join(names, ", "));
+        return fmt::format("its meshes are {}", joined(names, ", "));
     const Bounds bounds = mesh.bounds();
     constexpr std::int32_t with_groups = 4;
     const DeckCard* edit = deck.card("3.3");

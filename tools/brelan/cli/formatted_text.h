@@ -1,7 +1,7 @@
 // Text that is put together piece by piece and handed on to a file in large pieces.
 #pragma once
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <iterator>
 #include <utility>
@@ -30,7 +30,7 @@ public:
 
 private:
     OutputFile& out_;
-    fmt::memory_buffer text_;
+    std::string text_;
 };
 
 }  // namespace brelan::tool

@@ -42,4 +42,11 @@ std::string counted(std::size_t count, std::string_view one, std::string_view ma
     return fmt::format("{} {}", count, count == 1 ? one : many);
 }
 
+std::string joined(const std::vector<std::string>& words, std::string_view between) {
+    std::string text;
+    for (const std::string& word : words)
+        text.append(&word == &words.front() ? "" : between).append(word);
+    return text;
+}
+
 }  // namespace brelan::tool

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace brelan::tool {
 
@@ -20,5 +21,8 @@ std::string mark_passed_over(const std::filesystem::path& file);
 
 // "1 node", "2 nodes".
 std::string counted(std::size_t count, std::string_view one, std::string_view many);
+
+// Words with a text between each two.
+std::string joined(const std::vector<std::string>& words, std::string_view between);
 
 }  // namespace brelan::tool

@@ -2,13 +2,12 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 
 #include "channel/run_end.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/json.h"
 #include "cli/words.h"
 #include "commands/batch/edition.h"
 #include "commands/batch/interruption.h"
@@ -25,18 +24,6 @@ namespace brelan::tool {
 namespace {
 
 namespace fs = std::filesystem;
-using Json = nlohmann::ordered_json;
-
-struct CheckOptions {
-    std::string deck, project, work;
-    bool json = false, strict = false;
-};
-
-constexpr const char* EXAMPLES =
-    R"(  brelan check pit.dat                 every card with its fields, and what may be wrong
-  brelan check -q pit.dat              only what may be wrong
-  brelan check --json pit.dat | jq '.warnings[].message'
-)";
 
 struct Report {
     Deck deck;
@@ -190,15 +177,17 @@ Json card_json(const DeckCard& card) {
             json["list"].push_back(shortest(value));
     if (card.type != CardType::values)
         return json;
-    json["fields"] = Json::array();
+    json["fields"] = Json::Array();
     for (const DeckField& field : card.fields) {
         Json entry{{"name", field.name}};
-        if (!field.known)
-            entry.update({{"value", nullptr}, {"text", field.text}});
-        else if (field.form == 'I')
+        if (!field.known) {
+            entry["value"] = Json();
+            entry["text"] = field.text;
+        } else if (field.form == 'I') {
             entry["value"] = field.integer();
-        else
+        } else {
             entry["value"] = shortest(field.value);
+        }
         entry["given"] = field.given;
         if (const CodeMeaning meaning = meaning_of(card, field); meaning.known)
             entry["meaning"] = meaning.text;
@@ -214,17 +203,19 @@ Json report_json(const Report& report) {
               {"kind", name_of(report.edition.kind)},
               {"accepted", report.accepted()}};
     if (report.verdict.status != 0) {
-        json["refusal"] = {{"line", report.verdict.line}, {"message", report.verdict.message}};
-        if (deck.fault && deck.fault->wrong_count)
-            json["refusal"].update({{"card", deck.cards[*deck.fault->card].number},
-                                    {"minimum", deck.fault->minimum},
-                                    {"maximum", deck.fault->maximum},
-                                    {"found", deck.fault->found}});
+        Json& refusal = json["refusal"];
+        refusal = {{"line", report.verdict.line}, {"message", report.verdict.message}};
+        if (deck.fault && deck.fault->wrong_count) {
+            refusal["card"] = deck.cards[*deck.fault->card].number;
+            refusal["minimum"] = deck.fault->minimum;
+            refusal["maximum"] = deck.fault->maximum;
+            refusal["found"] = deck.fault->found;
+        }
     }
-    json["cards"] = Json::array();
+    json["cards"] = Json::Array();
     for (const DeckCard& card : deck.cards)
         json["cards"].push_back(card_json(card));
-    json["warnings"] = Json::array();
+    json["warnings"] = Json::Array();
     for (const Doubt& doubt : report.doubts)
         json["warnings"].push_back({{"id", doubt.id},
                                     {"line", doubt.line},
@@ -233,9 +224,9 @@ Json report_json(const Report& report) {
     return json;
 }
 
-// --- command -------------------------------------------------------------------------------------
+}  // namespace
 
-int check(const Context& context, const CheckOptions& options, const EditionOptions& edition_options) {
+int check(const CheckOptions& options, const Context& context) {
     const Interruption interruption;  // the directory of the check is gone when a signal ends the process
     const DeckSource source = deck_source(options.deck);
     fs::path project = options.project.empty() ? source.file.parent_path() : fs::path(options.project);
@@ -243,12 +234,12 @@ int check(const Context& context, const CheckOptions& options, const EditionOpti
         project = ".";
     const fs::path work = options.work.empty() ? fs::path{} : project / options.work;
     Report report;
-    report.edition = edition_of_deck(source, project, work, edition_options).edition;
+    report.edition = edition_of_deck(source, project, work, options.edition).edition;
     report.deck = read_deck(source, report.edition.kind);
     report.verdict = verdict_of(report.deck, report.edition);
     look_for_doubts(report, {project, work});
     if (options.json)
-        print(report_json(report).dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+        print(report_json(report).text());
     else
         show_text(context, report);
     if (options.json && report.verdict.status != 0)
@@ -256,32 +247,6 @@ int check(const Context& context, const CheckOptions& options, const EditionOpti
     if (!report.accepted())
         return STATUS_FOUND;
     return options.strict && !report.doubts.empty() ? STATUS_FOUND : STATUS_OK;
-}
-
-}  // namespace
-
-void add_check(CLI::App& app, Context& context) {
-    auto options = std::make_shared<CheckOptions>();
-    auto edition = std::make_shared<EditionOptions>();
-    CLI::App* command =
-        app.add_subcommand("check", "Show a deck card by card, and what may be wrong with it");
-    command->footer(EXAMPLES);
-    command->add_option("DECK", options->deck, "Card deck; - is standard input")
-        ->required()
-        ->option_text(" ");
-    add_edition_options(*command, edition);
-    command->add_option("--project", options->project, "Directory of the meshes; the deck's without it")
-        ->option_text("DIR");
-    command
-        ->add_option(
-            "--work", options->work,
-            "Directory of the project that the run will work in; without it the run has one of its own")
-        ->option_text("NAME");
-    command->add_flag("--json", options->json, "For programs");
-    command->add_flag("--strict", options->strict, "Exit status 1 also when there are warnings");
-    command->callback([options, edition, &context] {
-        context.action = [options, edition, &context] { return check(context, *options, *edition); };
-    });
 }
 
 }  // namespace brelan::tool

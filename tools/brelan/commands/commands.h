@@ -1,20 +1,69 @@
-// The commands of brelan. Each add_NAME adds its subcommand with options and help to the command line, and
-// sets context.action in the subcommand's callback.
+// The commands of brelan with what the command line says for them. Each returns its exit status, or throws
+// Failure or RunEnd.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include <cstddef>
+#include <string>
+#include <vector>
 
 #include "cli/context.h"
+#include "commands/options.h"
 
 namespace brelan::tool {
 
-void add_run(CLI::App& app, Context& context);
-void add_new(CLI::App& app, Context& context);  // commands/new_deck.cpp
-void add_check(CLI::App& app, Context& context);
-void add_info(CLI::App& app, Context& context);
-void add_plot(CLI::App& app, Context& context);
-void add_convert(CLI::App& app, Context& context);
-void add_diff(CLI::App& app, Context& context);
-void add_help(CLI::App& app, Context& context);
+struct RunOptions {
+    std::string deck, project, data, program, work, apart;
+    bool keep = false, json = false;
+    EditionOptions edition;
+};
+int run(const RunOptions& options, const Context& context);
+
+struct NewOptions {
+    std::string kind_of_deck, directory, name, kind = "displacement";
+    bool list = false, force = false;
+};
+int new_deck(const NewOptions& options, const Context& context);
+
+struct CheckOptions {
+    std::string deck, project, work;
+    bool json = false, strict = false;
+    EditionOptions edition;
+};
+int check(const CheckOptions& options, const Context& context);
+
+struct InfoOptions {
+    std::vector<std::string> files;
+    bool json = false;
+    std::size_t list = 5;
+    double tolerance = 0.0;
+    KindOption kind;
+};
+int info(const InfoOptions& options, const Context& context);
+
+struct PlotOptions {
+    std::string mesh, output, format, deck, numbers, title;
+    std::vector<double> window;
+    double width = 1000.0, scale = 2.0;
+    bool no_codes = false, no_lines = false, no_legend = false, no_axes = false, faults = false;
+    KindOption kind;
+};
+int plot(const PlotOptions& options, const Context& context);
+
+struct ConvertOptions {
+    std::string from, to;
+    std::string format;
+    bool bare = false;
+    KindOption kind;
+};
+int convert(const ConvertOptions& options, const Context& context);
+
+struct DiffOptions {
+    std::string a, b;
+    bool by_place = false, json = false;
+    double tolerance = 0.0;
+    std::size_t list = 10;
+    KindOption kind;
+};
+int diff(const DiffOptions& options, const Context& context);
 
 }  // namespace brelan::tool

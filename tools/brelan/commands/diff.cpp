@@ -1,38 +1,20 @@
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <functional>
-#include <memory>
-#include <nlohmann/json.hpp>
 
 #include "analysis/difference.h"
 #include "analysis/geometry.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
+#include "cli/json.h"
 #include "commands/commands.h"
-#include "commands/options.h"
 #include "formats/any_mesh.h"
 
 namespace brelan::tool {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-constexpr const char* EXAMPLES =
-    R"(  brelan diff Old.Mes New.Mes              what has changed under each number
-  brelan diff --by-place Old.Mes New.Mes   the same mesh, numbered differently?
-  brelan diff --tolerance 0.001 a.Mes b.vtu && echo same
-)";
-
-struct DiffOptions {
-    std::string a, b;
-    bool by_place = false, json = false;
-    double tolerance = 0.0;
-    std::size_t list = 10;
-    KindOption kind;
-};
 
 Number number_of(const Node& node) {
     return node.NODE;
@@ -104,7 +86,7 @@ public:
         j["same"] = d_.none();
         j["a"] = a_.file;
         j["b"] = b_.file;
-        j["kinds"] = {name_of(a_.kind), name_of(b_.kind)};
+        j["kinds"] = Json::array({name_of(a_.kind), name_of(b_.kind)});
         j["tolerance"] = d_.tolerance;
         j["nodes"] = {{"only_a", only_json(a_.nodes, d_.nodes_only_a)},
                       {"only_b", only_json(b_.nodes, d_.nodes_only_b)},
@@ -112,8 +94,8 @@ public:
                                           [&](const PlacePair& p) {
                                               const Point from = a_.point(p.first), to = b_.point(p.second);
                                               return Json{{"node", numbers_of(p).first},
-                                                          {"from", {from.x, from.y}},
-                                                          {"to", {to.x, to.y}}};
+                                                          {"from", Json::array({from.x, from.y})},
+                                                          {"to", Json::array({to.x, to.y})}};
                                           })},
                       {"changed", some_json(d_.nodes_changed, [&](const PlacePair& p) {
                            return Json{{"node", numbers_of(p).first},
@@ -197,15 +179,15 @@ private:
     }
 
     static Json fields_json(const std::vector<FieldChange>& changes) {
-        Json json = Json::object();
+        Json json = Json::Object();
         for (const FieldChange& c : changes)
-            json[c.name] = {c.from, c.to};
+            json[c.name] = Json::array({c.from, c.to});
         return json;
     }
 
     template <class Record>
     Json only_json(const std::vector<Record>& records, const std::vector<std::int32_t>& places) const {
-        Json numbers = Json::array();
+        Json numbers = Json::Array();
         for (const std::int32_t place : places)
             if (options_.list == 0 || numbers.size() < options_.list)
                 numbers.push_back(number_of(records[static_cast<std::size_t>(place)]));
@@ -213,7 +195,7 @@ private:
     }
 
     Json some_json(const std::vector<PlacePair>& pairs, const ShowJson& show) const {
-        Json list = Json::array();
+        Json list = Json::Array();
         for (const PlacePair& p : pairs)
             if (options_.list == 0 || list.size() < options_.list)
                 list.push_back(show(p));
@@ -226,6 +208,8 @@ private:
     const DiffOptions& options_;
 };
 
+}  // namespace
+
 int diff(const DiffOptions& options, const Context& context) {
     require_one_standard_input({options.a, options.b});
     const auto remark = [&](const std::string& text) { note(context, text); };
@@ -235,33 +219,10 @@ int diff(const DiffOptions& options, const Context& context) {
                                           : difference_by_number(a, b, options.tolerance);
     const Report report(a, b, d, options);
     if (options.json)
-        print(report.json().dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+        print(report.json().text());
     else if (!context.quiet)
         print(report.text());
     return d.none() ? STATUS_OK : STATUS_FOUND;
-}
-
-}  // namespace
-
-void add_diff(CLI::App& app, Context& context) {
-    CLI::App* command = app.add_subcommand("diff", "Show what differs between two meshes");
-    command->footer(EXAMPLES);
-    const auto options = std::make_shared<DiffOptions>();
-    command->add_option("A", options->a, "A mesh (.Mes, .vtu, .msh); - is standard input")->required();
-    command->add_option("B", options->b, "The mesh that it is compared with")->required();
-    command->add_flag("--by-place", options->by_place,
-                      "Compare what lies at the same place, whatever its number");
-    command
-        ->add_option("--tolerance", options->tolerance,
-                     "Distance that counts as none (0; by place one that suits the meshes)")
-        ->type_name("LENGTH")
-        ->check(CLI::NonNegativeNumber);
-    command->add_option("--list", options->list, "Differences shown of each sort (10; 0 all)")
-        ->type_name("N");
-    command->add_flag("--json", options->json, "As an object");
-    options->kind.add_to(*command, "Kind of the meshes, where the files do not tell it");
-    command->callback(
-        [options, &context] { context.action = [options, &context] { return diff(*options, context); }; });
 }
 
 }  // namespace brelan::tool

@@ -1,8 +1,6 @@
 #include "commands/info_text.h"
 
-#include <fmt/format.h>
-
-#include <cmath>
+#include <fmt/core.h>
 
 #include "cli/console.h"
 #include "cli/words.h"
@@ -139,21 +137,11 @@ std::string soundness_table(const Soundness& s, std::size_t list) {
 
 // --- JSON ----------------------------------------------------------------------------------------
 
-using Json = nlohmann::ordered_json;
-
-// JSON has no infinity.
-Json number_or_null(double value) {
-    return std::isfinite(value) ? Json(value) : Json(nullptr);
-}
-
 Json measure_json(const Measure& m) {
-    Json worst = Json::array();
+    Json worst = Json::Array();
     for (const Measure::Worst& w : m.worst)
-        worst.push_back({{"element", w.element}, {"value", number_or_null(w.value)}});
-    return {{"smallest", number_or_null(m.smallest)},
-            {"mean", number_or_null(m.mean)},
-            {"largest", number_or_null(m.largest)},
-            {"worst", worst}};
+        worst.push_back({{"element", w.element}, {"value", w.value}});
+    return {{"smallest", m.smallest}, {"mean", m.mean}, {"largest", m.largest}, {"worst", worst}};
 }
 
 Json span_json(std::size_t count, const NumberSpan& span) {
@@ -161,11 +149,11 @@ Json span_json(std::size_t count, const NumberSpan& span) {
 }
 
 Json finding_json(const Finding& f, std::size_t list) {
-    Json places = Json::array();
+    Json places = Json::Array();
     for (const Place& p : f.places) {
         if (list > 0 && places.size() == list)
             break;
-        Json place = Json::object();
+        Json place;
         if (p.element != 0)
             place["element"] = p.element;
         if (p.node != 0)
@@ -206,26 +194,26 @@ Json report_json(const MeshReport& r, std::size_t list) {
     json["elements"] = span_json(mesh.elements.size(), r.counts.elements);
     for (const ElementClass of :
          {ElementClass::solid, ElementClass::joint, ElementClass::beam, ElementClass::truss})
-        json[std::string(CLASS_PLURALS[static_cast<std::size_t>(of)])] = mesh.count(of);
+        json[CLASS_PLURALS[static_cast<std::size_t>(of)]] = mesh.count(of);
     json["triangles"] = r.counts.triangles;
     json["quadrilaterals"] = r.counts.quadrilaterals;
     json["flow_lines"] = mesh.flow_lines;
     json["deleted"] = mesh.deleted;
-    json["bounds"] = {{"x", {b.low.x, b.high.x}}, {"y", {b.low.y, b.high.y}}};
+    json["bounds"] = {{"x", Json::array({b.low.x, b.high.x})}, {"y", Json::array({b.low.y, b.high.y})}};
     json["area"] = r.counts.area;
-    json["materials"] = Json::array();
+    json["materials"] = Json::Array();
     for (const MaterialRow& row : r.counts.materials)
         json["materials"].push_back({{"class", name_of(row.of)},
                                      {"material", row.material},
                                      {"count", row.count},
                                      {"area", row.area},
                                      {"length", row.length}});
-    json["node_codes"] = Json::array();
+    json["node_codes"] = Json::Array();
     const std::vector<std::string_view> names = code_names(mesh.kind);
     for (const CodeRow& row : r.counts.codes) {
         Json codes;
         for (std::size_t k = 0; k < names.size(); ++k)
-            codes[std::string(names[k])] = row.codes[k];
+            codes[names[k]] = row.codes[k];
         json["node_codes"].push_back({{"codes", codes}, {"count", row.count}});
     }
     const Quality& q = r.quality;
@@ -235,11 +223,11 @@ Json report_json(const MeshReport& r, std::size_t list) {
                        {"aspect_ratio", measure_json(q.aspect_ratio)},
                        {"area", measure_json(q.area)},
                        {"shortest_side", measure_json(q.side)},
-                       {"angle_limits", ANGLE_LIMITS},
-                       {"by_angle", q.by_angle}};
+                       {"angle_limits", Json::array(ANGLE_LIMITS)},
+                       {"by_angle", Json::array(q.by_angle)}};
     Json findings;
     for (const Finding& f : r.soundness.findings)
-        findings[std::string(f.id)] = finding_json(f, list);
+        findings[f.id] = finding_json(f, list);
     json["soundness"] = {{"tolerance", r.soundness.tolerance},
                          {"parts", r.soundness.parts},
                          {"free_edges",

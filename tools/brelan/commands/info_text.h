@@ -1,12 +1,12 @@
 // What `brelan info` shows of a mesh.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "analysis/counts.h"
 #include "analysis/quality.h"
 #include "analysis/soundness.h"
+#include "cli/json.h"
 
 namespace brelan::tool {
 
@@ -22,6 +22,6 @@ MeshReport report_of(const Mesh& mesh, double tolerance);
 
 // At most `list` places of each finding; 0 for all.
 std::string report_text(const MeshReport& report, std::size_t list);
-nlohmann::ordered_json report_json(const MeshReport& report, std::size_t list);
+Json report_json(const MeshReport& report, std::size_t list);
 
 }  // namespace brelan::tool

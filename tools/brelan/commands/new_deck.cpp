@@ -1,14 +1,13 @@
 // brelan new: starter decks.
 #include <fmt/core.h>
-#include <fmt/ranges.h>
 
 #include <filesystem>
-#include <memory>
 
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "cli/output_file.h"
+#include "cli/words.h"
 #include "commands/commands.h"
 #include "commands/starter_decks.h"
 #include "model/mesh_file.h"
@@ -18,25 +17,6 @@ namespace brelan::tool {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct NewOptions {
-    std::string kind_of_deck, directory, name, kind = "displacement";
-    bool list = false, force = false;
-};
-
-constexpr const char* EXAMPLES =
-    R"(  brelan new base-mesh > pit.dat     a base mesh, to be changed to your needs
-  brelan new groups -o quay          quay/groups.dat: an excavation in stages
-  brelan new edit-2 -o quay          quay/edit-2.dat and the mesh that it reads
-  brelan new --list                  what there is
-)";
-
-std::string names_of_all() {
-    std::string names;
-    for (const StarterDeck& deck : starter_decks())
-        names += (names.empty() ? "" : ", ") + std::string(deck.name);
-    return names;
-}
 
 void show_list() {
     for (const StarterDeck& deck : starter_decks()) {
@@ -75,7 +55,9 @@ void write_files(const Context& context, const StarterDeck& deck, LayoutKind kin
                               (directory / name).string()));
 }
 
-int new_deck(const Context& context, const NewOptions& options) {
+}  // namespace
+
+int new_deck(const NewOptions& options, const Context& context) {
     if (options.list) {
         show_list();
         return STATUS_OK;
@@ -84,7 +66,7 @@ int new_deck(const Context& context, const NewOptions& options) {
     if (deck == nullptr)
         throw Failure(fmt::format("{}: expected one of {}",
                                   options.kind_of_deck.empty() ? "no deck is named" : options.kind_of_deck,
-                                  names_of_all()));
+                                  starter_names()));
     const LayoutKind kind = *kind_named(options.kind);
     if (!options.directory.empty() && options.directory != STANDARD_STREAM) {
         write_files(context, *deck, kind, options);
@@ -93,31 +75,9 @@ int new_deck(const Context& context, const NewOptions& options) {
     print(starter_text(*deck, kind, options.name.empty() ? std::string(deck->name) + ".dat" : options.name));
     if (!deck->meshes.empty())
         note(context, fmt::format("this deck reads {}; \"brelan new {} -o DIR\" writes {} beside it",
-                                  fmt::join(deck->meshes, " and "), deck->name,
+                                  joined({deck->meshes.begin(), deck->meshes.end()}, " and "), deck->name,
                                   deck->meshes.size() == 1 ? "it" : "them"));
     return STATUS_OK;
-}
-
-}  // namespace
-
-void add_new(CLI::App& app, Context& context) {
-    auto options = std::make_shared<NewOptions>();
-    CLI::App* command = app.add_subcommand("new", "Write a commented starter deck that runs as it is");
-    command->footer(EXAMPLES);
-    command->add_option("DECK", options->kind_of_deck, names_of_all())->option_text(" ");
-    command->add_flag("--list", options->list, "Show what there is");
-    command->add_option("--kind", options->kind, "coupled, temperature, head or displacement (default)")
-        ->check(CLI::IsMember({"coupled", "temperature", "head", "displacement"}))
-        ->option_text("KIND");
-    command
-        ->add_option("-o,--output", options->directory,
-                     "Write the deck, and the meshes that it reads, to this directory; - is standard output")
-        ->option_text("DIR");
-    command->add_option("--name", options->name, "Name of the deck's file")->option_text("FILE");
-    command->add_flag("--force", options->force, "Replace files that are there");
-    command->callback([options, &context] {
-        context.action = [options, &context] { return new_deck(context, *options); };
-    });
 }
 
 }  // namespace brelan::tool

@@ -1,7 +1,7 @@
 // Options that several commands have.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -13,8 +13,13 @@ namespace brelan::tool {
 struct KindOption {
     std::string name;
 
-    void add_to(CLI::App& command, const std::string& help);
-    std::optional<LayoutKind> kind() const;
+    std::optional<LayoutKind> kind() const { return name.empty() ? std::nullopt : kind_named(name); }
+};
+
+// The edition that a deck is meant for.
+struct EditionOptions {
+    std::int32_t edition = 0;  // 0: not given
+    std::string kind;          // empty: not given
 };
 
 }  // namespace brelan::tool

@@ -1,7 +1,6 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <memory>
 
 #include "analysis/deck_of_mesh.h"
 #include "cli/console.h"
@@ -9,7 +8,6 @@
 #include "cli/input_file.h"
 #include "cli/words.h"
 #include "commands/commands.h"
-#include "commands/options.h"
 #include "drawing/html.h"
 #include "drawing/mesh_picture.h"
 #include "formats/any_mesh.h"
@@ -17,22 +15,6 @@
 namespace brelan::tool {
 
 namespace {
-
-constexpr const char* EXAMPLES =
-    R"(  brelan plot Pit.Mes -o pit.html               to be opened in a browser: zoom, pick, search
-  brelan plot Pit.Mes -o pit.svg --deck pit.dat with the outlines that the deck draws
-  brelan plot Pit.Mes -o wall.png --window 20 10 40 30 --numbers both
-  brelan plot Pit.Mes -o pit.pdf --faults       rings round what is unsound
-  brelan plot - -o - --to svg < Pit.Mes | gzip > pit.svgz
-)";
-
-struct PlotOptions {
-    std::string mesh, output, format, deck, numbers, title;
-    std::vector<double> window;
-    double width = 1000.0, scale = 2.0;
-    bool no_codes = false, no_lines = false, no_legend = false, no_axes = false, faults = false;
-    KindOption kind;
-};
 
 enum class PictureFormat { svg, png, pdf, html };
 
@@ -67,6 +49,8 @@ bool shows_something(const Mesh& mesh, const std::vector<Corners>& corners, cons
                       node.YC <= window.high.y;
            });
 }
+
+}  // namespace
 
 int plot(const PlotOptions& options, const Context& context) {
     require_one_standard_input({options.mesh, options.deck});
@@ -125,47 +109,6 @@ int plot(const PlotOptions& options, const Context& context) {
     else
         write_png(drawn.scene, options.output, options.scale);
     return STATUS_OK;
-}
-
-}  // namespace
-
-void add_plot(CLI::App& app, Context& context) {
-    CLI::App* command = app.add_subcommand("plot", "Draw a mesh as SVG, PNG, PDF or a page for the browser");
-    command->footer(EXAMPLES);
-    const auto options = std::make_shared<PlotOptions>();
-    command->add_option("MESH", options->mesh, "A mesh (.Mes, .vtu, .msh); - is standard input")->required();
-    command
-        ->add_option("-o,--output", options->output,
-                     "Picture; its ending names the format: svg, png, pdf, html. - is standard output")
-        ->type_name("FILE")
-        ->required();
-    command->add_option("--to", options->format, "svg, png, pdf or html, whatever the ending")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember({"svg", "png", "pdf", "html"}));
-    command->add_option("--deck", options->deck, "Draw the outlines and lines of this deck over the mesh")
-        ->type_name("DECK");
-    command->add_option("--numbers", options->numbers, "nodes, elements or both")
-        ->type_name("WHAT")
-        ->check(CLI::IsMember({"nodes", "elements", "both"}));
-    command->add_option("--window", options->window, "Only this part: XMIN YMIN XMAX YMAX")
-        ->type_name("")
-        ->expected(4);
-    command->add_option("--title", options->title, "Text over the picture (the file's name)")
-        ->type_name("TEXT");
-    command->add_option("--width", options->width, "Width of the page in points (1000)")
-        ->type_name("N")
-        ->check(CLI::Range(300.0, 20000.0));
-    command->add_option("--scale", options->scale, "Pixels for a point in a PNG (2)")
-        ->type_name("N")
-        ->check(CLI::Range(0.1, 10.0));
-    command->add_flag("--faults", options->faults, "Rings round what is unsound");
-    command->add_flag("--no-codes", options->no_codes, "Without support symbols");
-    command->add_flag("--no-lines", options->no_lines, "Without the sides of the elements");
-    command->add_flag("--no-legend", options->no_legend, "Without the legend and the list of titles");
-    command->add_flag("--no-axes", options->no_axes, "Without frame and numbers along it");
-    options->kind.add_to(*command, "Kind of mesh, where the file does not tell it");
-    command->callback(
-        [options, &context] { context.action = [options, &context] { return plot(*options, context); }; });
 }
 
 }  // namespace brelan::tool

@@ -1,12 +1,10 @@
 // brelan run: the batch program for one deck, with all that it needs around it.
-#include <fmt/format.h>
-#include <fmt/ranges.h>
+#include <fmt/core.h>
 
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -38,20 +36,6 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 using Remark = std::function<void(const std::string&)>;
-
-struct RunOptions {
-    std::string deck, project, data, program, work, apart;
-    bool keep = false, json = false;
-};
-
-constexpr const char* EXAMPLES =
-    R"(  brelan run pit.dat                         the deck's directory is the project
-  brelan run pit.dat --kind coupled          for a solver of that kind
-  brelan run decks/pit.dat --project quay    meshes are read from and written to quay/
-  brelan run pit.dat --apart out/pit         Bmesh.dat, Group.Pos and the like go to out/pit/
-  brelan run --json pit.dat | jq .mesh.sound
-  brelan run pit.dat --data ~/brelan-c       with an existing data directory
-)";
 
 // The deck goes to the working directory under this name, whatever its own is.
 constexpr std::string_view DECK_NAME = "brelan-run.dat";
@@ -195,13 +179,12 @@ void remark_old_numbers(RunReport& report, const Deck& deck) {
         if (lower(file.extension().string()) == ".man" || lower(file.extension().string()) == ".pos")
             lists.push_back(file.filename().string());
     if (!lists.empty())
-        report.remarks.push_back(
-            fmt::format("{} {} the numbers of {}, which the run has deleted, and not those of {}",
-                        fmt::join(lists, " and "), lists.size() == 1 ? "has" : "have", body,
-                        report.result.filename().string()));
+        report.remarks.push_back(fmt::format(
+            "{} {} the numbers of {}, which the run has deleted, and not those of {}", joined(lists, " and "),
+            lists.size() == 1 ? "has" : "have", body, report.result.filename().string()));
 }
 
-int run(const Context& context, const RunOptions& options, const EditionOptions& edition_options) {
+int run_deck(const RunOptions& options, const Context& context) {
     const Interruption interruption;  // first: what was made for the run is gone when the signal comes again
     const DeckSource source = deck_source(options.deck);  // one that is not there is no matter of the project
     const fs::path& deck_file = source.file;
@@ -228,7 +211,7 @@ int run(const Context& context, const RunOptions& options, const EditionOptions&
             report.remarks.push_back(text);
     };
     const EditionOfDeck choice =
-        edition_of_deck(source, project, kept_work, edition_options, edition_of_data);
+        edition_of_deck(source, project, kept_work, options.edition, edition_of_data);
     report.edition = choice.edition;
     if (!choice.contradiction.empty()) {
         const std::string text =
@@ -307,45 +290,12 @@ int run(const Context& context, const RunOptions& options, const EditionOptions&
 
 }  // namespace
 
-void add_run(CLI::App& app, Context& context) {
-    auto options = std::make_shared<RunOptions>();
-    auto edition = std::make_shared<EditionOptions>();
-    CLI::App* command = app.add_subcommand("run", "Run a deck and say what came out");
-    command->footer(EXAMPLES);
-    command->add_option("DECK", options->deck, "Card deck; - is standard input")
-        ->required()
-        ->option_text(" ");
-    add_edition_options(*command, edition);
-    command->add_option("--project", options->project, "Directory of the meshes; the deck's without it")
-        ->option_text("DIR");
-    command
-        ->add_option("--apart", options->apart,
-                     "Keep Bmesh.dat, Group.Pos and all else that no card names in this directory")
-        ->option_text("DIR");
-    command->add_flag("--json", options->json, "As an object");
-    CLI::Option* data = command
-                            ->add_option("--data", options->data,
-                                         "An existing data directory; the edition is that of its PROGRAM.DAT")
-                            ->option_text("DIR");
-    for (const char* name : {"--edition", "--kind"})
-        data->excludes(command->get_option(name));
-    CLI::Option* work =
-        command
-            ->add_option("--work", options->work, "Work in this directory of the project, and leave it there")
-            ->option_text("NAME");
-    command->add_flag("--keep", options->keep, "Leave the working directory of the run")
-        ->option_text(" ")
-        ->excludes(work);
-    command->add_option("--program", options->program, "The batch program")->option_text("FILE");
-    command->callback([options, edition, &context] {
-        context.action = [options, edition, &context]() -> int {
-            try {
-                return run(context, *options, *edition);
-            } catch (const Interrupted&) {
-                return STATUS_BAD;  // the signal comes again and ends the process
-            }
-        };
-    });
+int run(const RunOptions& options, const Context& context) {
+    try {
+        return run_deck(options, context);
+    } catch (const Interrupted&) {
+        return STATUS_BAD;  // the signal comes again and ends the process
+    }
 }
 
 }  // namespace brelan::tool

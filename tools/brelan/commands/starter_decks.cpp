@@ -145,6 +145,13 @@ const std::vector<StarterDeck>& starter_decks() {
     return decks;
 }
 
+std::string starter_names() {
+    std::string names;
+    for (const StarterDeck& deck : starter_decks())
+        names += (names.empty() ? "" : ", ") + std::string(deck.name);
+    return names;
+}
+
 const StarterDeck* starter_deck(std::string_view name) {
     if (name == "base")
         name = "base-mesh";

@@ -21,6 +21,7 @@ struct StarterDeck {
 };
 
 const std::vector<StarterDeck>& starter_decks();
+std::string starter_names();  // of all, for a person
 
 // The deck of a name, or by another name that is as clear ("base", "edit0", "0"); nullptr where there is
 // none.

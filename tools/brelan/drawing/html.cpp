@@ -7,12 +7,12 @@
 #include <cmath>
 #include <cstring>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "analysis/doubles.h"
 #include "analysis/joined_nodes.h"
 #include "cli/exit_status.h"
+#include "cli/json.h"
 #include "cli/output_file.h"
 #include "drawing/deck_overlay.h"
 #include "drawing/numbers.h"
@@ -25,8 +25,6 @@
 namespace brelan::tool {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 // Arrays one behind the other, compressed as one.
 class Arrays {
@@ -56,7 +54,7 @@ public:
 
 private:
     std::string bytes_;
-    Json list_ = Json::array();
+    Json list_ = Json::Array();
 };
 
 const char* symbol_of(std::string_view code) {
@@ -85,9 +83,9 @@ public:
         data_["title"] = title();
         data_["summary"] = fmt::format("{} mesh, {} nodes, {} elements", name_of(mesh_.kind),
                                        mesh_.nodes.size(), mesh_.elements.size());
-        data_["origin"] = {origin_.x, origin_.y};
+        data_["origin"] = Json::array({origin_.x, origin_.y});
         data_["bounds"] = window_json(bounds_);
-        data_["window"] = options_.window ? window_json(*options_.window) : Json(nullptr);
+        data_["window"] = options_.window ? window_json(*options_.window) : Json();
         data_["colors"] = {{"side", hex(MESH_LINE)},          {"region", hex(REGION_LINE)},
                            {"number", hex(ELEMENT_NUMBER)},   {"code", hex(CODE_COLOR)},
                            {"code2", hex(SECOND_CODE_COLOR)}, {"shape", hex(SHAPE_COLOR)},
@@ -108,15 +106,15 @@ private:
     static std::size_t at(std::int32_t place) { return static_cast<std::size_t>(place); }
 
     Json window_json(const Bounds& b) const {
-        return {{"x", {b.low.x - origin_.x, b.high.x - origin_.x}},
-                {"y", {b.low.y - origin_.y, b.high.y - origin_.y}}};
+        return {{"x", Json::array({b.low.x - origin_.x, b.high.x - origin_.x})},
+                {"y", Json::array({b.low.y - origin_.y, b.high.y - origin_.y})}};
     }
 
     void add_groups() {
         std::map<std::pair<ElementClass, std::int32_t>, std::size_t> counts;
         for (const Element& e : mesh_.elements)
             ++counts[{e.of, e.words.MATNO}];
-        data_["groups"] = Json::array();
+        data_["groups"] = Json::Array();
         for (const auto& [key, count] : counts) {
             const auto& [of, material] = key;
             std::string name = group_name(of, material);
@@ -149,7 +147,7 @@ private:
         for (const double length : support_room(mesh_, corners_))
             room.push_back(static_cast<float>(length));
         arrays_.add("supportRoom", room);
-        data_["codes"] = Json::array();
+        data_["codes"] = Json::Array();
         const std::vector<std::string_view> names = code_names(mesh_.kind);
         for (std::size_t k = 0; k < names.size(); ++k) {
             std::vector<std::int32_t> codes;
@@ -158,11 +156,11 @@ private:
             arrays_.add("code" + std::to_string(k), codes);
             data_["codes"].push_back({{"name", names[k]}, {"symbol", symbol_of(names[k])}});
         }
-        data_["nodeValues"] = Json::array();
+        data_["nodeValues"] = Json::Array();
         if (const std::string value(value_name(mesh_.kind)); !value.empty()) {
             arrays_.add("node" + value, h);
             arrays_.add("nodeCF", cf);
-            data_["nodeValues"] = {value, "CF"};
+            data_["nodeValues"] = Json::array({value, "CF"});
         }
     }
 
@@ -184,7 +182,7 @@ private:
         arrays_.add("corners", corners);
         if (has_midsides)
             arrays_.add("midsides", midsides);
-        data_["attributes"] = Json::array();
+        data_["attributes"] = Json::Array();
         for (const Attribute& a : attributes(mesh_.kind)) {
             std::vector<float> values;
             for (const Element& e : mesh_.elements)
@@ -239,24 +237,24 @@ private:
     }
 
     void add_shapes() {
-        data_["shapes"] = Json::array();
+        data_["shapes"] = Json::Array();
         const std::vector<int> marks = shape_numbers(options_.shapes);
         for (std::size_t k = 0; k < marks.size(); ++k) {
             const DeckShape& shape = options_.shapes[k];
-            Json points = Json::array();
+            Json points = Json::Array();
             for (const DeckPoint& p : shape.points)
-                points.push_back({p.x - origin_.x, p.y - origin_.y});
+                points.push_back(Json::array({p.x - origin_.x, p.y - origin_.y}));
             data_["shapes"].push_back({{"title", marks[k] > 0 ? picture_text(shape.title) : ""},
                                        {"number", marks[k]},
                                        {"closed", shape.closed},
-                                       {"dash", shape_stroke(shape.role).dash},
+                                       {"dash", Json::array(shape_stroke(shape.role).dash)},
                                        {"points", points}});
         }
     }
 
     void add_faults() {
         constexpr std::size_t MOST = 5000;
-        data_["faults"] = Json::array();
+        data_["faults"] = Json::Array();
         data_["faultCount"] = 0;
         if (options_.faults == nullptr)
             return;
@@ -311,7 +309,7 @@ void write_html(const Mesh& mesh, const PictureOptions& options, const std::file
     const std::array<std::pair<std::string_view, std::string>, 4> parts{
         {{"%TITLE%", for_html(data.title())},
          {"%STYLE%", VIEWER_STYLE},
-         {"%DATA%", for_script(json.dump(-1, ' ', true, Json::error_handler_t::replace))},
+         {"%DATA%", for_script(json.compact())},
          {"%SCRIPT%", VIEWER_SCRIPT}}};
     for (const auto& [mark, text] : parts) {
         const std::size_t at = page.find(mark, done);

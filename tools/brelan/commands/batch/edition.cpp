@@ -134,22 +134,6 @@ std::string contradiction_of_deck(const Deck& deck, const fs::path& project) {
     return "";
 }
 
-void add_edition_options(CLI::App& command, const std::shared_ptr<EditionOptions>& options) {
-    CLI::Option* edition =
-        command
-            .add_option("--edition", options->edition, "Edition of the package, 1 to 12; it decides the kind")
-            ->check(CLI::Range(1, 12))
-            ->option_text("N");
-    command
-        .add_option(
-            "--kind", options->kind,
-            "coupled, temperature, head or displacement; without it the kind of the mesh that the deck "
-            "reads")
-        ->check(CLI::IsMember({"coupled", "temperature", "head", "displacement"}))
-        ->option_text("KIND")
-        ->excludes(edition);
-}
-
 EditionOfDeck edition_of_deck(const DeckSource& source, const fs::path& project, const fs::path& work,
                               const EditionOptions& options, std::optional<std::int32_t> of_data) {
     EditionOfDeck found;

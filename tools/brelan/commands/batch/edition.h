@@ -1,28 +1,16 @@
 // The edition that a deck is meant for.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <string>
 
+#include "commands/options.h"
 #include "model/deck.h"
 #include "run/settings.h"
 
 namespace brelan::tool {
-
-// What the command line says.
-struct EditionOptions {
-    std::int32_t edition = 0;  // 0: not given
-    std::string kind;          // empty: not given
-
-    bool given() const { return edition != 0 || !kind.empty(); }
-};
-
-// Adds --edition and --kind to a command.
-void add_edition_options(CLI::App& command, const std::shared_ptr<EditionOptions>& options);
 
 struct Edition {
     std::int32_t number = 1;

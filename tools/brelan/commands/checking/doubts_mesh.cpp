@@ -1,11 +1,11 @@
 // What the deck asks of its meshes, and what they have.
 #include <fmt/core.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <array>
 #include <set>
 
+#include "cli/words.h"
 #include "commands/checking/doubts.h"
 #include "mesh/combine.h"
 #include "mesh/tables.h"
@@ -103,17 +103,17 @@ std::set<std::int32_t> numbers_of(const DeckCard& card) {
 }
 
 void doubt_numbers_on(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bool nodes) {
-    std::vector<std::int32_t> missing;
+    std::vector<std::string> missing;
     for (const std::int32_t number : numbers_of(card))
         if ((nodes ? mesh.node_place(number) : mesh.element_place(number)) == Mesh::NONE)
-            missing.push_back(number);
+            missing.push_back(std::to_string(number));
     if (missing.empty())
         return;
     const std::size_t count = missing.size();
     missing.resize(std::min<std::size_t>(count, 5));
     doubts.doubt(
         "no-such-number", &card,
-        fmt::format("the mesh has no {} {}{}", nodes ? "node" : "element", fmt::join(missing, ", "),
+        fmt::format("the mesh has no {} {}{}", nodes ? "node" : "element", joined(missing, ", "),
                     count > missing.size() ? fmt::format(" and {} more", count - missing.size()) : ""));
 }
 

@@ -1,0 +1,361 @@
+#include "commands/command_line.h"
+
+#include <fmt/core.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <functional>
+#include <memory>
+
+#include "cli/console.h"
+#include "cli/exit_status.h"
+#include "cli/words.h"
+#include "commands/commands.h"
+#include "commands/starter_decks.h"
+
+namespace brelan::tool {
+
+namespace {
+
+// Help that begins with examples: the footer of a command holds them.
+class ExamplesFirst : public CLI::Formatter {
+public:
+    ExamplesFirst() { column_width(30); }
+
+    std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override {
+        if (mode == CLI::AppFormatMode::Sub)
+            return CLI::Formatter::make_help(app, name, mode);
+        std::string help = make_description(app);
+        if (!app->get_footer().empty())
+            help += "\nExamples:\n" + app->get_footer();
+        const std::string usage =
+            make_usage(app, app->get_parent() != nullptr ? "brelan " + app->get_name() : name);
+        help += "\n" + usage;
+        help += make_positionals(app);
+        help += make_groups(app, mode);
+        help += make_subcommands(app, mode);
+        return help;
+    }
+};
+
+struct Parser {
+    CLI::App app{"Decks and meshes of BRELAN-2D: run, check, look at, carry to other programs.", "brelan"};
+    Context context;
+    std::function<int()> action;  // of the command that was named
+
+    // A command, and where its options go.
+    template <class Options>
+    std::pair<CLI::App*, Options*> add(const char* name, const char* purpose, const char* examples,
+                                       int (*run)(const Options&, const Context&)) {
+        CLI::App* command = app.add_subcommand(name, purpose);
+        command->footer(examples);
+        const auto options = std::make_shared<Options>();
+        command->callback(
+            [this, options, run] { action = [this, options, run] { return run(*options, context); }; });
+        return {command, options.get()};
+    }
+};
+
+CLI::IsMember one_of_the_kinds() {
+    return CLI::IsMember({"coupled", "temperature", "head", "displacement"});
+}
+
+void add_kind(CLI::App& command, KindOption& kind, const char* help) {
+    command.add_option("--kind", kind.name, help)->type_name("KIND")->check(one_of_the_kinds());
+}
+
+// What run and check have alike.
+template <class Options>
+void add_deck(CLI::App& command, Options& options) {
+    command.add_option("DECK", options.deck, "Card deck; - is standard input")->required()->option_text(" ");
+    CLI::Option* edition = command
+                               .add_option("--edition", options.edition.edition,
+                                           "Edition of the package, 1 to 12; it decides the kind")
+                               ->check(CLI::Range(1, 12))
+                               ->option_text("N");
+    command
+        .add_option("--kind", options.edition.kind,
+                    "coupled, temperature, head or displacement; without it the kind of the mesh that the "
+                    "deck reads")
+        ->check(one_of_the_kinds())
+        ->option_text("KIND")
+        ->excludes(edition);
+    command.add_option("--project", options.project, "Directory of the meshes; the deck's without it")
+        ->option_text("DIR");
+}
+
+void add_run(Parser& parser) {
+    auto [command, options] =
+        parser.add("run", "Run a deck and say what came out",
+                   R"(  brelan run pit.dat                         the deck's directory is the project
+  brelan run pit.dat --kind coupled          for a solver of that kind
+  brelan run decks/pit.dat --project quay    meshes are read from and written to quay/
+  brelan run pit.dat --apart out/pit         Bmesh.dat, Group.Pos and the like go to out/pit/
+  brelan run --json pit.dat | jq .mesh.sound
+  brelan run pit.dat --data ~/brelan-c       with an existing data directory
+)",
+                   run);
+    add_deck(*command, *options);
+    command
+        ->add_option("--apart", options->apart,
+                     "Keep Bmesh.dat, Group.Pos and all else that no card names in this directory")
+        ->option_text("DIR");
+    command->add_flag("--json", options->json, "As an object");
+    CLI::Option* data = command
+                            ->add_option("--data", options->data,
+                                         "An existing data directory; the edition is that of its PROGRAM.DAT")
+                            ->option_text("DIR");
+    for (const char* name : {"--edition", "--kind"})
+        data->excludes(command->get_option(name));
+    CLI::Option* work =
+        command
+            ->add_option("--work", options->work, "Work in this directory of the project, and leave it there")
+            ->option_text("NAME");
+    command->add_flag("--keep", options->keep, "Leave the working directory of the run")
+        ->option_text(" ")
+        ->excludes(work);
+    command->add_option("--program", options->program, "The batch program")->option_text("FILE");
+}
+
+void add_new(Parser& parser) {
+    auto [command, options] =
+        parser.add("new", "Write a commented starter deck that runs as it is",
+                   R"(  brelan new base-mesh > pit.dat     a base mesh, to be changed to your needs
+  brelan new groups -o quay          quay/groups.dat: an excavation in stages
+  brelan new edit-2 -o quay          quay/edit-2.dat and the mesh that it reads
+  brelan new --list                  what there is
+)",
+                   new_deck);
+    command->add_option("DECK", options->kind_of_deck, starter_names())->option_text(" ");
+    command->add_flag("--list", options->list, "Show what there is");
+    command->add_option("--kind", options->kind, "coupled, temperature, head or displacement (default)")
+        ->check(one_of_the_kinds())
+        ->option_text("KIND");
+    command
+        ->add_option("-o,--output", options->directory,
+                     "Write the deck, and the meshes that it reads, to this directory; - is standard output")
+        ->option_text("DIR");
+    command->add_option("--name", options->name, "Name of the deck's file")->option_text("FILE");
+    command->add_flag("--force", options->force, "Replace files that are there");
+}
+
+void add_check(Parser& parser) {
+    auto [command, options] =
+        parser.add("check", "Show a deck card by card, and what may be wrong with it",
+                   R"(  brelan check pit.dat                 every card with its fields, and what may be wrong
+  brelan check -q pit.dat              only what may be wrong
+  brelan check --json pit.dat | jq '.warnings[].message'
+)",
+                   check);
+    add_deck(*command, *options);
+    command
+        ->add_option(
+            "--work", options->work,
+            "Directory of the project that the run will work in; without it the run has one of its own")
+        ->option_text("NAME");
+    command->add_flag("--json", options->json, "For programs");
+    command->add_flag("--strict", options->strict, "Exit status 1 also when there are warnings");
+}
+
+void add_info(Parser& parser) {
+    auto [command, options] =
+        parser.add("info", "Show counts, areas, quality and soundness of meshes",
+                   R"(  brelan info PitStages.Mes              what is in it, and whether it is sound
+  brelan info --json *.Mes | jq '.[].sound'
+  brelan info --list 50 PitStages.Mes    up to 50 places of each fault
+)",
+                   info);
+    command->add_option("MESH", options->files, "Mesh files (.Mes, .vtu, .msh); - is standard input")
+        ->required();
+    command->add_flag("--json", options->json, "A list with one object for each mesh");
+    command->add_option("--list", options->list, "Places shown of each finding (5; 0 all)")->type_name("N");
+    command
+        ->add_option("--tolerance", options->tolerance,
+                     "Nodes so near are at one place (the resolution of the file's digits)")
+        ->type_name("LENGTH")
+        ->check(CLI::PositiveNumber);
+    add_kind(*command, options->kind, "Kind of mesh, where the file does not tell it");
+}
+
+void add_plot(Parser& parser) {
+    auto [command, options] = parser.add(
+        "plot", "Draw a mesh as SVG, PNG, PDF or a page for the browser",
+        R"(  brelan plot Pit.Mes -o pit.html               to be opened in a browser: zoom, pick, search
+  brelan plot Pit.Mes -o pit.svg --deck pit.dat with the outlines that the deck draws
+  brelan plot Pit.Mes -o wall.png --window 20 10 40 30 --numbers both
+  brelan plot Pit.Mes -o pit.pdf --faults       rings round what is unsound
+  brelan plot - -o - --to svg < Pit.Mes | gzip > pit.svgz
+)",
+        plot);
+    command->add_option("MESH", options->mesh, "A mesh (.Mes, .vtu, .msh); - is standard input")->required();
+    command
+        ->add_option("-o,--output", options->output,
+                     "Picture; its ending names the format: svg, png, pdf, html. - is standard output")
+        ->type_name("FILE")
+        ->required();
+    command->add_option("--to", options->format, "svg, png, pdf or html, whatever the ending")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"svg", "png", "pdf", "html"}));
+    command->add_option("--deck", options->deck, "Draw the outlines and lines of this deck over the mesh")
+        ->type_name("DECK");
+    command->add_option("--numbers", options->numbers, "nodes, elements or both")
+        ->type_name("WHAT")
+        ->check(CLI::IsMember({"nodes", "elements", "both"}));
+    command->add_option("--window", options->window, "Only this part: XMIN YMIN XMAX YMAX")
+        ->type_name("")
+        ->expected(4);
+    command->add_option("--title", options->title, "Text over the picture (the file's name)")
+        ->type_name("TEXT");
+    command->add_option("--width", options->width, "Width of the page in points (1000)")
+        ->type_name("N")
+        ->check(CLI::Range(300.0, 20000.0));
+    command->add_option("--scale", options->scale, "Pixels for a point in a PNG (2)")
+        ->type_name("N")
+        ->check(CLI::Range(0.1, 10.0));
+    command->add_flag("--faults", options->faults, "Rings round what is unsound");
+    command->add_flag("--no-codes", options->no_codes, "Without support symbols");
+    command->add_flag("--no-lines", options->no_lines, "Without the sides of the elements");
+    command->add_flag("--no-legend", options->no_legend, "Without the legend and the list of titles");
+    command->add_flag("--no-axes", options->no_axes, "Without frame and numbers along it");
+    add_kind(*command, options->kind, "Kind of mesh, where the file does not tell it");
+}
+
+void add_convert(Parser& parser) {
+    auto [command, options] = parser.add("convert", "Carry a mesh to ParaView or Gmsh, and back",
+                                         R"(  brelan convert Pit.Mes Pit.vtu                 for ParaView
+  brelan convert Pit.Mes Pit.msh                 for Gmsh, version 4.1
+  brelan convert --to msh2 --bare Pit.Mes Pit.msh
+                                                 version 2.2, materials as physical groups only
+  brelan convert Pit.vtu Pit.Mes                 and back
+  brelan convert --kind head drawn.msh Dam.Mes   a mesh that Gmsh made, for the head kind
+  brelan convert --to vtu Pit.Mes - | gzip > Pit.vtu.gz
+)",
+                                         convert);
+    command
+        ->add_option("FROM", options->from,
+                     "Mesh file (.Mes), VTU (.vtu) or Gmsh file (.msh); - is standard input")
+        ->required();
+    command
+        ->add_option("TO", options->to,
+                     "File to be written; its ending names the format. - is standard output")
+        ->required();
+    command->add_option("--to", options->format, "mes, vtu, msh2 or msh4, whatever the ending")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"mes", "vtu", "msh", "msh2", "msh4"}));
+    command->add_flag("--bare", options->bare,
+                      "Without codes and attributes as data arrays, which Gmsh shows one over the other");
+    add_kind(*command, options->kind,
+             "Kind of the mesh: coupled, temperature, head or displacement (that of FROM)");
+}
+
+void add_diff(Parser& parser) {
+    auto [command, options] =
+        parser.add("diff", "Show what differs between two meshes",
+                   R"(  brelan diff Old.Mes New.Mes              what has changed under each number
+  brelan diff --by-place Old.Mes New.Mes   the same mesh, numbered differently?
+  brelan diff --tolerance 0.001 a.Mes b.vtu && echo same
+)",
+                   diff);
+    command->add_option("A", options->a, "A mesh (.Mes, .vtu, .msh); - is standard input")->required();
+    command->add_option("B", options->b, "The mesh that it is compared with")->required();
+    command->add_flag("--by-place", options->by_place,
+                      "Compare what lies at the same place, whatever its number");
+    command
+        ->add_option("--tolerance", options->tolerance,
+                     "Distance that counts as none (0; by place one that suits the meshes)")
+        ->type_name("LENGTH")
+        ->check(CLI::NonNegativeNumber);
+    command->add_option("--list", options->list, "Differences shown of each sort (10; 0 all)")
+        ->type_name("N");
+    command->add_flag("--json", options->json, "As an object");
+    add_kind(*command, options->kind, "Kind of the meshes, where the files do not tell it");
+}
+
+// Throws Failure that names the nearest command, or all of them, where there is none of this name.
+CLI::App& command_named(CLI::App& app, const std::string& name) {
+    std::vector<std::string> names;
+    for (CLI::App* command : app.get_subcommands({})) {
+        if (command->get_name() == name)
+            return *command;
+        names.push_back(command->get_name());
+    }
+    const std::string word = lower(name);
+    const auto distance = [&](const std::string& known) {
+        return !word.empty() && known.starts_with(word) ? 0 : edit_distance(word, known);
+    };
+    const auto nearest = std::min_element(
+        names.begin(), names.end(), [&](const auto& a, const auto& b) { return distance(a) < distance(b); });
+    // What is further from it is no slip of the finger.
+    if (distance(*nearest) <= 1 + word.size() / 3)
+        throw Failure(
+            fmt::format("{}: there is no command of this name; the nearest is {}; see \"brelan --help\"",
+                        name, *nearest));
+    throw Failure(
+        fmt::format("{}: there is no command of this name; expected one of {}", name, joined(names, ", ")));
+}
+
+void add_help(Parser& parser) {
+    CLI::App* command = parser.app.add_subcommand("help", "Show the help of a command, or of all");
+    command->footer("  brelan help plot    what brelan plot --help shows\n");
+    const auto name = std::make_shared<std::string>();
+    command->add_option("COMMAND", *name, "Its name")->option_text(" ");
+    command->callback([&parser, name] {
+        parser.action = [&app = parser.app, name] {
+            const CLI::App& shown = name->empty() ? app : command_named(app, *name);
+            // App::help() would go by the command that the command line names.
+            print(shown.get_formatter()->make_help(&shown, app.get_name(), CLI::AppFormatMode::Normal));
+            return STATUS_OK;
+        };
+    });
+}
+
+// "info " when the command line came as far as naming a command, else "".
+std::string parsed_command(const CLI::App& app) {
+    for (const CLI::App* sub : app.get_subcommands())
+        return sub->get_name() + " ";
+    return "";
+}
+
+}  // namespace
+
+int run_command_line(int argc, char** argv) {
+    Parser parser;
+    std::error_code error;
+    parser.context.program = std::filesystem::read_symlink("/proc/self/exe", error);
+    CLI::App& app = parser.app;
+    app.formatter(std::make_shared<ExamplesFirst>());
+    app.footer(R"(  brelan new base-mesh > pit.dat     a commented starter deck
+  brelan run pit.dat                 makes the mesh
+  brelan plot Bmesh.dat -o pit.html  shows it, to be opened in a browser
+  brelan info Bmesh.dat              counts, areas, quality, soundness
+  brelan convert Bmesh.dat pit.vtu   carries it to ParaView (.vtu) or Gmsh (.msh)
+)");
+    app.set_version_flag("--version", "brelan " BRELAN_VERSION, "Show the version and end");
+    app.set_help_flag("-h,--help", "Show this help and end");
+    app.add_flag("-q,--quiet", parser.context.quiet, "Only results and errors");
+    app.require_subcommand(1);
+    app.fallthrough();
+    for (const auto add : {add_run, add_new, add_check, add_info, add_plot, add_convert, add_diff, add_help})
+        add(parser);
+    // The parser would only say that a command is missing.
+    for (int i = 1; i < argc; ++i)
+        if (*argv[i] != '-') {
+            command_named(app, argv[i]);
+            break;
+        }
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& shown) {  // help or version
+        app.exit(shown);
+        finish_output();
+        return STATUS_OK;
+    } catch (const CLI::ParseError& fault) {
+        error_line(fmt::format("{}; see \"brelan {}--help\"", fault.what(), parsed_command(app)));
+        return STATUS_BAD;
+    }
+    const int status = parser.action();
+    finish_output();
+    return status;
+}
+
+}  // namespace brelan::tool
