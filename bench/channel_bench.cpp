@@ -54,11 +54,11 @@ struct Files {
 
     Files() {
         std::filesystem::create_directories(directory);
-        Channel& file = open_channel(10, records, OpenStatus::work);
+        Channel& file = state.channels.open(10, records, OpenStatus::work);
         for (const Node& n : all)
             NODE_RECORD.write(file, n.number, n.code[0], n.code[1], n.code[2], n.code[3], n.code[4], n.x,
                               n.y);
-        close_channel(10);
+        state.channels.close(10);
     }
     ~Files() { std::filesystem::remove_all(directory); }
     Files(const Files&) = delete;
@@ -84,14 +84,14 @@ void count_bytes(benchmark::State& state) {
 
 void read_channel(benchmark::State& state) {
     for (auto _ : state) {
-        Channel& file = open_channel(11, files().records, OpenStatus::old);
+        Channel& file = state.channels.open(11, files().records, OpenStatus::old);
         Node n;
         for (int i = 0; i < RECORDS; ++i) {
             read_free(file, "a node record", n.number, n.code[0], n.code[1], n.code[2], n.code[3], n.code[4],
                       n.x, n.y);
             benchmark::DoNotOptimize(n);
         }
-        close_channel(11);
+        state.channels.close(11);
     }
     count_bytes(state);
 }
@@ -137,11 +137,11 @@ void read_ifstream(benchmark::State& state) {
 
 void write_channel(benchmark::State& state) {
     for (auto _ : state) {
-        Channel& file = open_channel(12, files().written, OpenStatus::work);
+        Channel& file = state.channels.open(12, files().written, OpenStatus::work);
         for (const Node& n : files().all)
             NODE_RECORD.write(file, n.number, n.code[0], n.code[1], n.code[2], n.code[3], n.code[4], n.x,
                               n.y);
-        close_channel(12);
+        state.channels.close(12);
     }
     count_bytes(state);
 }

@@ -37,7 +37,7 @@ std::string mesh_deck() {
 
 // Each element of so many groups next to each other; the materials change every 50 elements.
 void write_records(const fs::path& file, std::int64_t records) {
-    Channel& channel = open_channel(CH_GROUP, file.string(), OpenStatus::work);
+    Channel& channel = state.channels.open(CH_GROUP, file.string(), OpenStatus::work);
     channel.set_write_only(true);
     const std::int64_t groups_of_each = records / ELEMENTS;
     for (std::int32_t element = 1; element <= ELEMENTS; ++element) {
@@ -46,7 +46,7 @@ void write_records(const fs::path& file, std::int64_t records) {
             write_free(channel, (first + k) % GROUPS + 1, 1 + element / 50 % 4, element, std::int32_t{1},
                        std::int32_t{0});
     }
-    close_channel(CH_GROUP);
+    state.channels.close(CH_GROUP);
 }
 
 // The mesh of a run, its records and the tables of its groups, in this process.
@@ -57,14 +57,14 @@ public:
         fs::rename(project_.work() / "Basic.Tmp", project_.project() / "out.Mes");
         fs::current_path(project_.work());
         ::setenv("BRELAN_DRIVE_C", project_.drive().c_str(), 1);
-        NGROUP = GROUPS;
-        NGRP = 0;
+        state.group_cards.count = GROUPS;
+        state.listing.count = 0;
         for (std::int32_t g = 1; g <= GROUPS; ++g) {
-            GROUPREC[g].MTYPE = 3;
-            GROUPMAT[g].MAT = 0.0F;
-            GROUPPOST[g].IGPOST = 1;
-            GROUPPOST[g].pair[1] = {1, 5};
-            GROUPPOST[g].toggle.fill(1);
+            state.group_cards.rows[g].MTYPE = 3;
+            state.group_cards.materials[g].MAT = 0.0F;
+            state.group_cards.outputs[g].IGPOST = 1;
+            state.group_cards.outputs[g].pair[1] = {1, 5};
+            state.group_cards.outputs[g].toggle.fill(1);
         }
         write_records("records", records);
         prepare();
@@ -74,7 +74,7 @@ public:
             files_.push_back({file, lines_of(file)});
     }
     ~OutputStage() {
-        close_all_channels();
+        state.channels.close_all();
         fs::current_path(before_);
     }
     OutputStage(const OutputStage&) = delete;
@@ -84,36 +84,36 @@ public:
     void prepare() const {
         fs::remove("GROUP.TMP");
         fs::create_hard_link("records", "GROUP.TMP");
-        NMATC = 4;
+        state.listing.highest_material = 4;
     }
     void run() const {
-        GROUPOUT("..\\out.Mes", {NODES, ELEMENTS, 0, 0});
-        close_all_channels();
+        GROUPOUT(state.channels, state.trace, state.settings, state.group_cards, state.listing, state.units, "..\\out.Mes", {NODES, ELEMENTS, 0, 0});
+        state.channels.close_all();
     }
 
     // The same bytes: the records read one after the other, the mesh and its copy line by line, and every
     // file written from lines that are in memory.
     void read_and_write() const {
         std::int64_t sum = 0;
-        Channel& records = open_channel(CH_GROUP, "GROUP.TMP", OpenStatus::forward);
+        Channel& records = state.channels.open(CH_GROUP, "GROUP.TMP", OpenStatus::forward);
         while (records.more()) {
             std::int32_t r[5] = {};
             read_free(records, "a record", r[0], r[1], r[2], r[3], r[4]);
             sum += r[2];
         }
-        close_channel(CH_GROUP);
+        state.channels.close(CH_GROUP);
         for (const char* file : {"..\\out.Mes", "TEMPMESH.TMP"}) {
-            Channel& mesh = open_channel(CH_TEMP_MESH, file, OpenStatus::old);
+            Channel& mesh = state.channels.open(CH_TEMP_MESH, file, OpenStatus::old);
             while (!mesh.at_end())
                 sum += static_cast<std::int64_t>(mesh.read_whole_line("a line").size());
-            close_channel(CH_TEMP_MESH);
+            state.channels.close(CH_TEMP_MESH);
         }
         benchmark::DoNotOptimize(sum);
         for (const File& file : files_) {
-            Channel& result = open_channel(CH_TEMP_MESH, file.name, OpenStatus::result);
+            Channel& result = state.channels.open(CH_TEMP_MESH, file.name, OpenStatus::result);
             for (const std::string& line : file.lines)
                 result.write_line(line);
-            close_channel(CH_TEMP_MESH);
+            state.channels.close(CH_TEMP_MESH);
         }
     }
 
@@ -133,10 +133,10 @@ private:
     };
     static std::vector<std::string> lines_of(const char* file) {
         std::vector<std::string> lines;
-        Channel& channel = open_channel(CH_TEMP_MESH, file, OpenStatus::old);
+        Channel& channel = state.channels.open(CH_TEMP_MESH, file, OpenStatus::old);
         while (!channel.at_end())
             lines.emplace_back(channel.read_whole_line("a line"));
-        close_channel(CH_TEMP_MESH);
+        state.channels.close(CH_TEMP_MESH);
         return lines;
     }
 

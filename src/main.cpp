@@ -24,15 +24,15 @@ int failed(std::string message) {
 int run() {
     try {
         try {
-            brelan::RUN();
+            brelan::RUN(run);
         } catch (const brelan::RunEnd& end) {
             if (end.status == brelan::STATUS_FAILED)
                 return failed(end.text);
-            brelan::flush_all_channels();
+            brelan::run.channels.flush_all();
             std::printf("%s\n", end.text.c_str());
             return end.status;
         }
-        brelan::flush_all_channels();
+        brelan::run.channels.flush_all();
         return brelan::STATUS_FINISHED;
     } catch (const brelan::RunEnd& end) {
         return failed(end.text);
@@ -45,6 +45,6 @@ int run() {
 
 int main() {
     const int status = run();
-    brelan::close_all_channels();
+    brelan::run.channels.close_all();
     return status;
 }

@@ -33,8 +33,8 @@ constexpr std::int32_t FIXED_TEMPERATURE = -100;
 
 constexpr float CF_OF_NODE = 1.0F;
 
-int raw_codes() {
-    switch (KIND()) {
+int raw_codes(LayoutKind kind) {
+    switch (kind) {
         case LayoutKind::coupled:
             return 4;
         case LayoutKind::temperature:
@@ -52,14 +52,14 @@ struct Point {
 };
 
 // The nodes of the raw list, in its order.
-std::vector<Point> read_points(Channel& coord, const RawMesh& raw) {
+std::vector<Point> read_points(LayoutKind kind, Channel& coord, const RawMesh& raw) {
     coord.rewind();
     coord.skip_lines(raw.first_node - 1, "a placeholder line");
     std::vector<Point> points(static_cast<std::size_t>(raw.last_node - raw.first_node + 1));
     for (Point& point : points) {
         FreeFieldReader reader(coord, "a raw node line");
         std::int32_t passed_over = 0;
-        for (int i = 0; i <= raw_codes(); ++i)
+        for (int i = 0; i <= raw_codes(kind); ++i)
             reader.read(passed_over);
         reader.read(point.x);
         reader.read(point.y);
@@ -100,37 +100,37 @@ struct BoundNode {
     bool closed_side = false, closed_end = false;  // on a fixed left or right side, on a fixed bottom or top
 };
 
-BoundNode set_on_bounds(const Point& point) {
+BoundNode set_on_bounds(BlockCards& block_cards, FieldBounds& field, const Point& point) {
     BoundNode node{point.x, point.y};
-    if (!(node.x > FIELD.XMIN + ON_BOUND)) {
-        node.x = FIELD.XMIN;
-        node.fixed_x = BLOCKS.IB_LEFT == 1;
-    } else if (!(node.x < FIELD.XMAX - ON_BOUND)) {
-        node.x = FIELD.XMAX;
-        node.fixed_x = BLOCKS.IB_RIGHT == 1;
+    if (!(node.x > field.XMIN + ON_BOUND)) {
+        node.x = field.XMIN;
+        node.fixed_x = block_cards.IB_LEFT == 1;
+    } else if (!(node.x < field.XMAX - ON_BOUND)) {
+        node.x = field.XMAX;
+        node.fixed_x = block_cards.IB_RIGHT == 1;
     }
-    if (!(node.y > FIELD.YMIN + ON_BOUND)) {
-        node.y = FIELD.YMIN;
-        node.fixed_y = BLOCKS.IB_BOTTOM == 1;
-    } else if (!(node.y < FIELD.YTOP - ON_BOUND)) {
-        node.y = FIELD.YTOP;
-        node.fixed_y = BLOCKS.IB_TOP == 1;
+    if (!(node.y > field.YMIN + ON_BOUND)) {
+        node.y = field.YMIN;
+        node.fixed_y = block_cards.IB_BOTTOM == 1;
+    } else if (!(node.y < field.YTOP - ON_BOUND)) {
+        node.y = field.YTOP;
+        node.fixed_y = block_cards.IB_TOP == 1;
     }
-    const bool left = !(node.x > FIELD.XMIN + ON_BOUND);
-    const bool right = !(node.x < FIELD.XMAX - ON_BOUND);
-    const bool bottom = !(node.y > FIELD.YMIN + ON_BOUND);
-    const bool top = !(node.y < FIELD.YTOP - ON_BOUND);
-    node.closed_side = (left && BLOCKS.IB_LEFT == 1) || (right && BLOCKS.IB_RIGHT == 1);
-    node.closed_end = (bottom && BLOCKS.IB_BOTTOM == 1) || (top && BLOCKS.IB_TOP == 1);
+    const bool left = !(node.x > field.XMIN + ON_BOUND);
+    const bool right = !(node.x < field.XMAX - ON_BOUND);
+    const bool bottom = !(node.y > field.YMIN + ON_BOUND);
+    const bool top = !(node.y < field.YTOP - ON_BOUND);
+    node.closed_side = (left && block_cards.IB_LEFT == 1) || (right && block_cards.IB_RIGHT == 1);
+    node.closed_end = (bottom && block_cards.IB_BOTTOM == 1) || (top && block_cards.IB_TOP == 1);
     return node;
 }
 
-void write_node(Channel& base, std::int32_t number, const BoundNode& node) {
+void write_node(LayoutKind kind, BlockCards& block_cards, Channel& base, std::int32_t number, const BoundNode& node) {
     const std::int32_t cx = node.fixed_x ? 1 : 0;
     const std::int32_t cy = node.fixed_y ? 1 : 0;
-    switch (KIND()) {
+    switch (kind) {
         case LayoutKind::coupled: {
-            const bool dry = node.y >= BLOCKS.third + ON_BOUND;
+            const bool dry = node.y >= block_cards.third + ON_BOUND;
             const std::int32_t IFX = dry || node.closed_side ? 1 : 0;
             const std::int32_t IFY = dry || node.closed_end ? 1 : 0;
             COUPLED_NODE.write(base, number, cx, cy, IFX, IFY, 1, 1, 1, node.x, node.y);
@@ -138,10 +138,10 @@ void write_node(Channel& base, std::int32_t number, const BoundNode& node) {
         }
         case LayoutKind::temperature:
             SCALAR_NODE.write(base, number, cx * FIXED_TEMPERATURE, cy * FIXED_TEMPERATURE, node.x, node.y,
-                              BLOCKS.third, CF_OF_NODE);
+                              block_cards.third, CF_OF_NODE);
             break;
         case LayoutKind::head:
-            SCALAR_NODE.write(base, number, cx, cy, node.x, node.y, BLOCKS.third, CF_OF_NODE);
+            SCALAR_NODE.write(base, number, cx, cy, node.x, node.y, block_cards.third, CF_OF_NODE);
             break;
         case LayoutKind::displacement:
             DISPLACEMENT_NODE.write(base, number, cx, cy, 1, 1, 1, node.x, node.y);
@@ -149,9 +149,9 @@ void write_node(Channel& base, std::int32_t number, const BoundNode& node) {
     }
 }
 
-void write_node_heading(Channel& base) {
+void write_node_heading(LayoutKind kind, Channel& base) {
     write_free(base, "   NODAL COORDINATES ");
-    switch (KIND()) {
+    switch (kind) {
         case LayoutKind::coupled:
             write_free(base, "   NODE  ISX  ISY  IFX  IFY  IRZ  IEX  IEY", "       XC            YC ");
             break;
@@ -171,9 +171,9 @@ void write_node_heading(Channel& base) {
 
 // --- elements ------------------------------------------------------------------------------------
 
-void write_element_heading(Channel& base) {
+void write_element_heading(LayoutKind kind, Channel& base) {
     write_free(base, "   ELEMENT INDEX ");
-    switch (KIND()) {
+    switch (kind) {
         case LayoutKind::coupled:
             base.write_line(
                 "    NEL     I1     I2     I3     I4     M5     M6     M7     M8 MATC KS KF INTR INTS   "
@@ -191,20 +191,20 @@ void write_element_heading(Channel& base) {
 }
 
 // Reads a raw element line and writes it with the merged node numbers.
-void pass_element(Channel& index, Channel& base, const RawMesh& raw, const Merge& merge) {
+void pass_element(LayoutKind kind, Channel& index, Channel& base, const RawMesh& raw, const Merge& merge) {
     constexpr std::string_view expected = "a raw element line";
     std::int32_t NEL = 0, material = 0;
     std::array<std::int32_t, 8> n{};
     FreeFieldReader reader(index, expected);
     reader.read(NEL);
-    const bool scalar = KIND() == LayoutKind::temperature || KIND() == LayoutKind::head;
+    const bool scalar = kind == LayoutKind::temperature || kind == LayoutKind::head;
     for (std::size_t i = 0; i < (scalar ? 4U : 8U); ++i) {
         reader.read(n[i]);
         if (n[i] > 0)
             n[i] = merge.number[static_cast<std::size_t>(n[i] - raw.first_node)];
     }
     reader.read(material);
-    switch (KIND()) {
+    switch (kind) {
         case LayoutKind::coupled: {
             std::int32_t KS = 0, KF = 0, INTR = 0, INTS = 0;
             float TBJWL = 0.0F;
@@ -236,8 +236,8 @@ void pass_element(Channel& index, Channel& base, const RawMesh& raw, const Merge
 
 }  // namespace
 
-BaseCounts BASEOUT(Channel& coord, Channel& index, Channel& base, const RawMesh& raw) {
-    const std::vector<Point> points = read_points(coord, raw);
+BaseCounts BASEOUT(LayoutKind kind, BlockCards& block_cards, FieldBounds& field, Channel& coord, Channel& index, Channel& base, const RawMesh& raw) {
+    const std::vector<Point> points = read_points(kind, coord, raw);
     const Merge merge = merge_points(points);
     const BaseCounts counts{static_cast<std::int32_t>(merge.kept.size()),
                             raw.last_element - raw.first_element + 1};
@@ -245,16 +245,16 @@ BaseCounts BASEOUT(Channel& coord, Channel& index, Channel& base, const RawMesh&
     TITLE_LINE.write(base, raw.title);
     write_free(base, " NUMNP   NCONT   NBEAM   NTRUS ");
     COUNTS_LINE.write(base, counts.nodes, counts.elements, 0, 0);
-    write_node_heading(base);
+    write_node_heading(kind, base);
     std::int32_t number = 0;
     for (const std::size_t node : merge.kept)
-        write_node(base, ++number, set_on_bounds(points[node]));
+        write_node(kind, block_cards, base, ++number, set_on_bounds(block_cards, field, points[node]));
 
     index.rewind();
     index.skip_lines(raw.first_element - 1, "a placeholder line");
-    write_element_heading(base);
+    write_element_heading(kind, base);
     for (std::int32_t i = 0; i < counts.elements; ++i)
-        pass_element(index, base, raw, merge);
+        pass_element(kind, index, base, raw, merge);
     write_free(base, "    0");
     write_free(base, "    0");
     return counts;

@@ -52,12 +52,12 @@ KeyLine key_line(float start, float direction, const StripTable& strips, std::in
     return line;
 }
 
-void write_block(Channel& file, std::int32_t block, const std::array<std::int32_t, 9>& key, std::int32_t ndx,
+void write_block(LayoutKind kind, Channel& file, std::int32_t block, const std::array<std::int32_t, 9>& key, std::int32_t ndx,
                  std::int32_t ndy) {
     write_free(file, " BLOCK NO = ", block);
     write_free(file, block);
     BLOCK_LINE.write_list<std::int32_t>(file, key);
-    switch (KIND()) {
+    switch (kind) {
         case LayoutKind::coupled:
             BLOCK_LINE.write(file, 12, 12, 12, 12, 12, 12, 12, 12, 12);
             BLOCK_LINE.write_front(file, MATERIAL, ndx, ndy, KS_OF_BLOCK, KF_OF_BLOCK);
@@ -87,24 +87,24 @@ BlockDivision divide_strip(const BlockStrip& strip) {
     return {TRUNCATE(n), strip.position >= 0.0F ? A * W : W - A * W};
 }
 
-void BLOCKDECK() {
-    const std::int32_t NBX = BLOCKS.NBX;
-    const std::int32_t NBY = BLOCKS.NBY;
+void BLOCKDECK(Channels& channels, LayoutKind kind, BlockCards& block_cards, FieldBounds& field) {
+    const std::int32_t NBX = block_cards.NBX;
+    const std::int32_t NBY = block_cards.NBY;
     float height = 0.0F;
     for (std::int32_t q = 1; q <= NBY; ++q)
-        height = height + BLOCKS.rows[q].length;
-    const KeyLine x = key_line(BLOCKS.Xo, 1.0F, BLOCKS.columns, NBX, "4.3");
-    const KeyLine y = key_line(BLOCKS.Yo + height, -1.0F, BLOCKS.rows, NBY, "4.4");
-    FIELD = {x.place.front(), x.place.back(), y.place.back(), y.place.front()};
+        height = height + block_cards.rows[q].length;
+    const KeyLine x = key_line(block_cards.Xo, 1.0F, block_cards.columns, NBX, "4.3");
+    const KeyLine y = key_line(block_cards.Yo + height, -1.0F, block_cards.rows, NBY, "4.4");
+    field = {x.place.front(), x.place.back(), y.place.back(), y.place.front()};
 
-    Channel& file = open_channel(CH_BLOCKS, "Bmesh.Tmp", OpenStatus::work);
+    Channel& file = channels.open(CH_BLOCKS, "Bmesh.Tmp", OpenStatus::work);
     const std::int32_t NY = 2 * NBY + 1;
     write_free(file, " Base Mesh ");
     write_free(file, 0);
     const std::int32_t first_number = 1;
     const float scale = 1.0F;
-    if (KIND() == LayoutKind::temperature || KIND() == LayoutKind::head)
-        write_free(file, NBX * NBY, (2 * NBX + 1) * NY, first_number, scale, BLOCKS.third);
+    if (kind == LayoutKind::temperature || kind == LayoutKind::head)
+        write_free(file, NBX * NBY, (2 * NBX + 1) * NY, first_number, scale, block_cards.third);
     else
         write_free(file, NBX * NBY, (2 * NBX + 1) * NY, first_number, scale);
     write_free(file, NBX, NBY, 0, 0, 0, first_number);
@@ -120,12 +120,12 @@ void BLOCKDECK() {
             const std::array<std::int32_t, 9> keys{number(R, T), number(L, T), number(L, B),
                                                    number(R, B), number(M, T), number(L, C),
                                                    number(M, B), number(R, C), number(M, C)};
-            write_block(file, (p - 1) * NBY + q, keys, x.divisions[static_cast<std::size_t>(p - 1)],
+            write_block(kind, file, (p - 1) * NBY + q, keys, x.divisions[static_cast<std::size_t>(p - 1)],
                         y.divisions[static_cast<std::size_t>(q - 1)]);
         }
     }
     write_free(file, 0);
-    close_channel(CH_BLOCKS);
+    channels.close(CH_BLOCKS);
 }
 
 }  // namespace brelan

@@ -40,9 +40,9 @@ std::vector<KeyPoint> read_key_points(Channel& file, std::int32_t count, float s
 }
 
 // The divisions of a block and what its elements take.
-void read_block_values(Channel& file, Block& block, std::int32_t& ndx, std::int32_t& ndy) {
+void read_block_values(LayoutKind kind, Channel& file, Block& block, std::int32_t& ndx, std::int32_t& ndy) {
     BlockAttributes& a = block.attributes;
-    switch (KIND()) {
+    switch (kind) {
         case LayoutKind::coupled:
             file.skip_lines(1, "the side codes of a block");
             read_free(file, "a block (material, ndx, ndy, KS, KF)", block.material, ndx, ndy, a.KS, a.KF);
@@ -74,7 +74,7 @@ void fill_absent_middles(Grid<float>& key, std::int32_t rows, std::int32_t colum
 
 }  // namespace
 
-BlockFile BLOCKIN(Channel& file) {
+BlockFile BLOCKIN(LayoutKind kind, Channel& file) {
     BlockFile in;
     constexpr std::size_t title_columns = 60;
     in.title = file.read_whole_line("the title").substr(0, title_columns);
@@ -118,7 +118,7 @@ BlockFile BLOCKIN(Channel& file) {
                         "key point numbers of at most " + std::to_string(in.key_points));
             Block& block = in.block(q, p);
             std::int32_t ndx = 0, ndy = 0;
-            read_block_values(file, block, ndx, ndy);
+            read_block_values(kind, file, block, ndx, ndy);
             file.skip_lines(1, "the line that ends a block");
             if (key[8] != 0)
                 block.material = -block.material;

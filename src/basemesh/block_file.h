@@ -36,6 +36,6 @@ struct BlockFile {
 };
 
 // Reads the whole file.
-BlockFile BLOCKIN(Channel& file);
+BlockFile BLOCKIN(LayoutKind kind, Channel& file);
 
 }  // namespace brelan

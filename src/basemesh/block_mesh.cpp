@@ -72,8 +72,8 @@ std::int64_t required_dimension(const BlockFile& in, std::int64_t NXT, std::int6
 }
 
 // A raw node line; the codes follow with the base mesh file.
-void write_point(Channel& coord, std::int32_t number, float x, float y) {
-    switch (KIND()) {
+void write_point(LayoutKind kind, Channel& coord, std::int32_t number, float x, float y) {
+    switch (kind) {
         case LayoutKind::coupled:
             COUPLED_POINT.write(coord, number, 0, 0, 0, 0, x, y);
             break;
@@ -88,10 +88,10 @@ void write_point(Channel& coord, std::int32_t number, float x, float y) {
 }
 
 // A raw element line: corners I1 to I4, then M5 to M8.
-void write_cell(Channel& index, std::int32_t NEL, const std::array<std::int32_t, 8>& n, std::int32_t material,
+void write_cell(LayoutKind kind, Channel& index, std::int32_t NEL, const std::array<std::int32_t, 8>& n, std::int32_t material,
                 const BlockAttributes& a) {
     const std::int32_t integration = NEL == 0 ? 0 : INTEGRATION_OF_CELL;
-    switch (KIND()) {
+    switch (kind) {
         case LayoutKind::coupled:
             COUPLED_CELL.write(index, NEL, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], material, a.KS,
                                a.KF, integration, integration, TBJWL_OF_CELL);
@@ -137,9 +137,9 @@ public:
     }
 
     // Numbers the marked nodes and lists them. Returns the highest number.
-    std::int32_t list_nodes(Channel& coord) {
+    std::int32_t list_nodes(LayoutKind kind, FieldBounds& field, Channel& coord) {
         for (std::int32_t n = 1; n < in_.first_node; ++n)
-            write_point(coord, 0, 0.0F, 0.0F);
+            write_point(kind, coord, 0, 0.0F, 0.0F);
         std::int32_t number = in_.first_node - 1;
         walk(NYT_ + 1, NXT_ + 1, [&](std::int32_t r, std::int32_t c) {
             // The centres of quadratic elements are no nodes.
@@ -148,20 +148,20 @@ public:
                 return;
             ID_(r, c) = ++number;
             if (in_.rows_first)
-                set_on_bounds(r, c);
-            write_point(coord, number, x_(r, c), y_(r, c));
+                set_on_bounds(field, r, c);
+            write_point(kind, coord, number, x_(r, c), y_(r, c));
         });
         return number;
     }
 
     // Lists the elements. Returns the highest number.
-    std::int32_t list_elements(Channel& index) {
+    std::int32_t list_elements(LayoutKind kind, Channel& index) {
         for (std::int32_t n = 1; n < in_.first_element; ++n)
-            write_cell(index, 0, {}, 0, {});
+            write_cell(kind, index, 0, {}, 0, {});
         NEL_ = in_.first_element - 1;
         walk(in_.double_y ? NYT_ / 2 : NYT_, in_.double_x ? NXT_ / 2 : NXT_,
              [&](std::int32_t i, std::int32_t j) {
-                 ELEMOUT(index, in_.double_y ? 2 * i - 1 : i, in_.double_x ? 2 * j - 1 : j);
+                 ELEMOUT(kind, index, in_.double_y ? 2 * i - 1 : i, in_.double_x ? 2 * j - 1 : j);
              });
         return NEL_;
     }
@@ -206,20 +206,20 @@ private:
                 key(C, R), key(B, L), key(B, M), key(B, R)};
     }
 
-    void set_on_bounds(std::int32_t r, std::int32_t c) {
+    void set_on_bounds(FieldBounds& field, std::int32_t r, std::int32_t c) {
         if (c == 1)
-            x_(r, c) = FIELD.XMIN;
+            x_(r, c) = field.XMIN;
         if (c == NXT_ + 1)
-            x_(r, c) = FIELD.XMAX;
+            x_(r, c) = field.XMAX;
         if (r == 1)
-            y_(r, c) = FIELD.YTOP;
+            y_(r, c) = field.YTOP;
         if (r == NYT_ + 1)
-            y_(r, c) = FIELD.YMIN;
+            y_(r, c) = field.YMIN;
     }
 
     // Forms the element of a cell, from the top right node anti-clockwise: corners, then the middles of top,
     // left, bottom and right side where a doubling flag makes them.
-    void ELEMOUT(Channel& index, std::int32_t i, std::int32_t j) {
+    void ELEMOUT(LayoutKind kind, Channel& index, std::int32_t i, std::int32_t j) {
         const std::int32_t place = cell_(i, j);
         if (place == 0)
             return;
@@ -235,7 +235,7 @@ private:
             n[7] = ID_(i + 1, j2);
         }
         const Block& block = in_.block((place - 1) % in_.NBY + 1, (place - 1) / in_.NBY + 1);
-        write_cell(index, ++NEL_, n, std::abs(block.material), block.attributes);
+        write_cell(kind, index, ++NEL_, n, std::abs(block.material), block.attributes);
     }
 
     const BlockFile& in_;
@@ -297,12 +297,12 @@ void BLOCKMAP(const BlockValues& v, std::int32_t ndx, std::int32_t ndy, std::int
     }
 }
 
-void BLOCKMESH() {
-    Channel& file = open_channel(CH_BLOCKS, "Bmesh.Tmp", OpenStatus::old);
-    Channel& coord = open_channel(CH_COORD, "Coord.dat", OpenStatus::work);
-    Channel& index = open_channel(CH_INDEX, "Index.dat", OpenStatus::work);
-    Channel& base = open_channel(CH_BASE, "..\\Bmesh.dat", OpenStatus::result);
-    const BlockFile in = BLOCKIN(file);
+void BLOCKMESH(Channels& channels, LayoutKind kind, BlockCards& block_cards, FieldBounds& field) {
+    Channel& file = channels.open(CH_BLOCKS, "Bmesh.Tmp", OpenStatus::old);
+    Channel& coord = channels.open(CH_COORD, "Coord.dat", OpenStatus::work);
+    Channel& index = channels.open(CH_INDEX, "Index.dat", OpenStatus::work);
+    Channel& base = channels.open(CH_BASE, "..\\Bmesh.dat", OpenStatus::result);
+    const BlockFile in = BLOCKIN(kind, file);
     const std::int64_t required = required_dimension(in, sum_of(in.ndx), sum_of(in.ndy));
     if (required > PROGRAM_DIMENSION)
         stop_too_large(coord, required);
@@ -310,15 +310,15 @@ void BLOCKMESH() {
     {
         Mesher mesher(in);
         mesher.place_nodes();
-        raw.last_node = mesher.list_nodes(coord);
-        raw.last_element = mesher.list_elements(index);
+        raw.last_node = mesher.list_nodes(kind, field, coord);
+        raw.last_element = mesher.list_elements(kind, index);
     }
     raw.first_node = in.first_node;
     raw.first_element = in.first_element;
     raw.title = in.title;
-    const BaseCounts counts = BASEOUT(coord, index, base, raw);
+    const BaseCounts counts = BASEOUT(kind, block_cards, field, coord, index, base, raw);
     for (const int number : {CH_BLOCKS, CH_COORD, CH_INDEX, CH_BASE})
-        close_channel(number);
+        channels.close(number);
     constexpr std::int32_t first_unreadable = 100000;
     if (counts.nodes >= first_unreadable || counts.elements >= first_unreadable)
         FAIL("..\\Bmesh.dat, line 3: expected fewer than 100000 nodes and elements, found " +

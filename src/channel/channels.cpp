@@ -257,15 +257,15 @@ bool channel_is_open(int number) {
 }
 
 Channel& channel(int number) {
-    if (!channel_is_open(number))
+    if (!channels.is_open(number))
         FAIL("channel " + std::to_string(number) + ": no file is open on it");
     return *slot(number);
 }
 
 namespace {
 
-Channel& begin_channel(int number) {
-    close_channel(number);
+Channel& begin_channel(Channels& channels, int number) {
+    channels.close(number);
     slot(number) = std::make_unique<Channel>();
     return *slot(number);
 }
@@ -273,13 +273,13 @@ Channel& begin_channel(int number) {
 }  // namespace
 
 Channel& open_channel(int number, std::string_view name, OpenStatus status) {
-    Channel& opened = begin_channel(number);
+    Channel& opened = begin_channel(channels, number);
     opened.open(name, status);
     return opened;
 }
 
 Channel& continue_channel(int number, std::string_view name) {
-    Channel& opened = begin_channel(number);
+    Channel& opened = begin_channel(channels, number);
     opened.open_to_append(name);
     return opened;
 }

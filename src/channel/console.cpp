@@ -26,9 +26,9 @@ bool console_read(std::string& line) {
 }
 
 void console_pause() {
-    flush_all_channels();
+    channels.flush_all();
     std::string line;
-    console_read(line);
+    console.read(line);
 }
 
 }  // namespace brelan

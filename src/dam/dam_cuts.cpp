@@ -13,22 +13,22 @@ namespace {
 // Coordinates this near, as a share of the dam's height, are those of one line.
 constexpr float SAME_LINE = 1.0E-4F;
 
-bool horizontal_line(float y) {
-    if (same_line(y, DAM.HDAM) || same_line(y, 0.0F))
+bool horizontal_line(DamCards& dam, float y) {
+    if (same_line(dam, y, dam.HDAM) || same_line(dam, y, 0.0F))
         return true;
     float level = 0.0F;
-    for (const float thickness : DAM.layers)
-        if (level = level - thickness; same_line(y, level))
+    for (const float thickness : dam.layers)
+        if (level = level - thickness; same_line(dam, y, level))
             return true;
     return false;
 }
 
 // An edge of a block column beside an end of the crest is bent by what is drawn there.
-bool vertical_line(float x) {
-    if (same_line(x, DAMSIZES.left) || same_line(x, DAMSIZES.right))
+bool vertical_line(DamCards& dam, DamSizes& sizes, float x) {
+    if (same_line(dam, x, sizes.left) || same_line(dam, x, sizes.right))
         return true;
-    return (same_line(x, DAM.WLEFT) && !left_crest_end().beside_edge) ||
-           (same_line(x, DAM.WLEFT + DAM.WMID) && !right_crest_end().beside_edge);
+    return (same_line(dam, x, dam.WLEFT) && !left_crest_end(dam, sizes).beside_edge) ||
+           (same_line(dam, x, dam.WLEFT + dam.WMID) && !right_crest_end(dam, sizes).beside_edge);
 }
 
 // The lowest elements of the last layer are at most so many times as high as the others.
@@ -43,14 +43,14 @@ float element_size(float length, float wanted) {
 }
 
 // Width of the widest elements beside the crest's ends.
-float element_beside_crest() {
-    const DamSizes& s = DAMSIZES;
-    return std::max(element_size(DAM.WMID, s.DM), s.DL);
+float element_beside_crest(DamCards& dam, DamSizes& sizes) {
+    const DamSizes& s = sizes;
+    return std::max(element_size(dam.WMID, s.DM), s.DL);
 }
 
 // Where the nodes of the crest stand before its ends are placed.
-std::vector<float> crest_nodes() {
-    const DamSizes& s = DAMSIZES;
+std::vector<float> crest_nodes(DamCards& dam, DamSizes& sizes) {
+    const DamSizes& s = sizes;
     std::vector<float> nodes{0.0F};
     float start = 0.0F;
     const auto add_block = [&](float length, float wanted) {
@@ -60,9 +60,9 @@ std::vector<float> crest_nodes() {
             nodes.push_back(start + static_cast<float>(i) * width);
         start = start + length;
     };
-    add_block(DAM.WLEFT, s.DL);
-    add_block(DAM.WMID, s.DM);
-    add_block(DAM.WRIGHT, s.DR);
+    add_block(dam.WLEFT, s.DL);
+    add_block(dam.WMID, s.DM);
+    add_block(dam.WRIGHT, s.DR);
     return nodes;
 }
 
@@ -71,93 +71,93 @@ std::vector<float>::iterator nearest(std::vector<float>& nodes, float x) {
                             [x](float a, float b) { return std::abs(a - x) < std::abs(b - x); });
 }
 
-float top_row_line() {
-    return DAM.HDAM - element_size(DAM.HDAM, DAMSIZES.DV);
+float top_row_line(DamCards& dam, DamSizes& sizes) {
+    return dam.HDAM - element_size(dam.HDAM, sizes.DV);
 }
 
-bool ends_in_top_row(const DamOutline& points) {
-    const float halfway = 0.5F * (top_row_line() + DAM.HDAM);
+bool ends_in_top_row(DamCards& dam, DamSizes& sizes, const DamOutline& points) {
+    const float halfway = 0.5F * (top_row_line(dam, sizes) + dam.HDAM);
     return std::any_of(points.begin(), points.end(),
-                       [=](const DamPoint& p) { return p.y > halfway && !same_line(p.y, DAM.HDAM); });
+                       [=](const DamPoint& p) { return p.y > halfway && !same_line(dam, p.y, dam.HDAM); });
 }
 
 // True when an end of the crest is the node nearest to a corner on the crest: the cut would move it there.
-bool takes_crest_end(const DamOutline& points) {
-    const float left = left_crest_end().x, right = right_crest_end().x;
-    std::vector<float> nodes = crest_nodes();
+bool takes_crest_end(DamCards& dam, DamSizes& sizes, const DamOutline& points) {
+    const float left = left_crest_end(dam, sizes).x, right = right_crest_end(dam, sizes).x;
+    std::vector<float> nodes = crest_nodes(dam, sizes);
     *nearest(nodes, left) = left;
     *nearest(nodes, right) = right;
     for (const DamPoint& p : points) {
-        if (!same_line(p.y, DAM.HDAM))
+        if (!same_line(dam, p.y, dam.HDAM))
             continue;
         const auto node = nearest(nodes, p.x);
-        if ((*node == left || *node == right) && !same_line(*node, p.x))
+        if ((*node == left || *node == right) && !same_line(dam, *node, p.x))
             return true;
         *node = p.x;
     }
     return false;
 }
 
-bool crowds_slope(const DamOutline& points, const CrestEnd& end) {
+bool crowds_slope(DamCards& dam, DamSizes& sizes, const DamOutline& points, const CrestEnd& end) {
     return end.beside_edge && std::any_of(points.begin(), points.end(), [&](const DamPoint& p) {
-               return p.y >= clear_of_slope(end) && std::abs(p.x - end.x) < element_beside_crest();
+               return p.y >= clear_of_slope(dam, sizes, end) && std::abs(p.x - end.x) < element_beside_crest(dam, sizes);
            });
 }
 
 }  // namespace
 
-bool same_line(float a, float b) {
-    return std::abs(a - b) <= SAME_LINE * DAM.HDAM;
+bool same_line(DamCards& dam, float a, float b) {
+    return std::abs(a - b) <= SAME_LINE * dam.HDAM;
 }
 
-bool on_mesh_line(const DamPoint& a, const DamPoint& b) {
-    return (same_line(a.y, b.y) && horizontal_line(a.y)) || (same_line(a.x, b.x) && vertical_line(a.x));
+bool on_mesh_line(DamCards& dam, DamSizes& sizes, const DamPoint& a, const DamPoint& b) {
+    return (same_line(dam, a.y, b.y) && horizontal_line(dam, a.y)) || (same_line(dam, a.x, b.x) && vertical_line(dam, sizes, a.x));
 }
 
-bool clear_of_shells(const DamOutline& points) {
-    const float left = DAMSIZES.crest_left + DAMSIZES.DM, right = DAMSIZES.crest_right - DAMSIZES.DM;
+bool clear_of_shells(DamSizes& sizes, const DamOutline& points) {
+    const float left = sizes.crest_left + sizes.DM, right = sizes.crest_right - sizes.DM;
     return std::all_of(points.begin(), points.end(),
                        [=](const DamPoint& p) { return p.x >= left && p.x <= right; });
 }
 
-bool below_base(const DamOutline& points) {
-    return std::all_of(points.begin(), points.end(), [](const DamPoint& p) { return p.y <= -DAMSIZES.DV; });
+bool below_base(DamSizes& sizes, const DamOutline& points) {
+    return std::all_of(points.begin(), points.end(), [](const DamPoint& p) { return p.y <= -sizes.DV; });
 }
 
-CrestEnd left_crest_end() {
-    return {DAMSIZES.crest_left, 0.0F, !same_line(DAMSIZES.crest_left, DAM.WLEFT)};
+CrestEnd left_crest_end(DamCards& dam, DamSizes& sizes) {
+    return {sizes.crest_left, 0.0F, !same_line(dam, sizes.crest_left, dam.WLEFT)};
 }
 
-CrestEnd right_crest_end() {
-    const float x = DAMSIZES.crest_right;
-    return {x, DAMSIZES.toe, !same_line(x, DAM.WLEFT + DAM.WMID)};
+CrestEnd right_crest_end(DamCards& dam, DamSizes& sizes) {
+    const float x = sizes.crest_right;
+    return {x, sizes.toe, !same_line(dam, x, dam.WLEFT + dam.WMID)};
 }
 
-float clear_of_slope(const CrestEnd& end) {
-    return DAM.HDAM * (1.0F - std::min(element_beside_crest() / std::abs(end.toe - end.x), 1.0F));
+float clear_of_slope(DamCards& dam, DamSizes& sizes, const CrestEnd& end) {
+    return dam.HDAM * (1.0F - std::min(element_beside_crest(dam, sizes) / std::abs(end.toe - end.x), 1.0F));
 }
 
-bool crowds_crest(const DamOutline& points) {
-    return ends_in_top_row(points) || (!DAM.shells && takes_crest_end(points)) ||
-           crowds_slope(points, left_crest_end()) || crowds_slope(points, right_crest_end());
+bool crowds_crest(DamCards& dam, DamSizes& sizes, const DamOutline& points) {
+    return ends_in_top_row(dam, sizes, points) || (!dam.shells && takes_crest_end(dam, sizes, points)) ||
+           crowds_slope(dam, sizes, points, left_crest_end(dam, sizes)) || crowds_slope(dam, sizes, points, right_crest_end(dam, sizes));
 }
 
-float clear_of_crest() {
-    float y = top_row_line();
-    for (const CrestEnd& end : {left_crest_end(), right_crest_end()})
+float clear_of_crest(DamCards& dam, DamSizes& sizes) {
+    float y = top_row_line(dam, sizes);
+    for (const CrestEnd& end : {left_crest_end(dam, sizes), right_crest_end(dam, sizes)})
         if (end.beside_edge)
-            y = std::min(y, clear_of_slope(end));
+            y = std::min(y, clear_of_slope(dam, sizes, end));
     return y;
 }
 
-float clear_of_bottom() {
-    return DAMSIZES.bottom + std::min(LOWEST_ROW * DAMSIZES.DV, DAM.layers.back());
+float clear_of_bottom(DamCards& dam, DamSizes& sizes) {
+    return sizes.bottom + std::min(LOWEST_ROW * sizes.DV, dam.layers.back());
 }
 
-bool crowds_bottom(const DamOutline& points) {
-    const float halfway = 0.5F * (clear_of_bottom() + DAMSIZES.bottom);
+bool crowds_bottom(DamCards& dam, DamSizes& sizes, const DamOutline& points) {
+    const float halfway = 0.5F * (clear_of_bottom(dam, sizes) + sizes.bottom);
     return std::any_of(points.begin(), points.end(),
-                       [=](const DamPoint& p) { return p.y < halfway && !same_line(p.y, DAMSIZES.bottom); });
+                       [=](const DamPoint& p) { return p.y < halfway && !same_line(dam, p.y, sizes.bottom); });
 }
 
 }  // namespace brelan

@@ -40,17 +40,17 @@ constexpr std::array<std::string_view, 4> HEADS_4_2 = {
     "*    Xo            Yo          Total Head  ", "*    Xo            Yo "};
 
 // The third value of Card 4.2; none in the displacement kind.
-void write_origin(Channel& deck) {
+void write_origin(LayoutKind kind, DamCards& dam, DamSizes& sizes, Channel& deck) {
     deck.write_line("* Card 4.2");
-    deck.write_line(HEADS_4_2[static_cast<std::size_t>(KIND())]);
-    const float Xo = DAMSIZES.left, Yo = DAMSIZES.bottom;
-    switch (KIND()) {
+    deck.write_line(HEADS_4_2[static_cast<std::size_t>(kind)]);
+    const float Xo = sizes.left, Yo = sizes.bottom;
+    switch (kind) {
         case LayoutKind::coupled:
-            REALS.write(deck, Xo, Yo, DAM.HWATER);
+            REALS.write(deck, Xo, Yo, dam.HWATER);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            REALS.write(deck, Xo, Yo, DAM.Hi);
+            REALS.write(deck, Xo, Yo, dam.Hi);
             break;
         case LayoutKind::displacement:
             REALS.write_front(deck, Xo, Yo);
@@ -58,46 +58,46 @@ void write_origin(Channel& deck) {
     }
 }
 
-void write_block_columns(Channel& deck) {
-    const DamSizes& s = DAMSIZES;
+void write_block_columns(DamCards& dam, DamSizes& sizes, Channel& deck) {
+    const DamSizes& s = sizes;
     deck.write_line("* Card 4.3");
     deck.write_line("*    W             DX            AX");
-    if (DAM.NLAYER > 0)
-        REALS.write(deck, DAM.XLEFT, s.DL, -MARGIN);
-    REALS.write(deck, DAM.WLEFT, s.DL, EVEN);
-    REALS.write(deck, DAM.WMID, s.DM, EVEN);
-    REALS.write(deck, DAM.WRIGHT, s.DR, EVEN);
-    if (DAM.NLAYER > 0)
-        REALS.write(deck, DAM.XRIGHT, s.DR, MARGIN);
+    if (dam.NLAYER > 0)
+        REALS.write(deck, dam.XLEFT, s.DL, -MARGIN);
+    REALS.write(deck, dam.WLEFT, s.DL, EVEN);
+    REALS.write(deck, dam.WMID, s.DM, EVEN);
+    REALS.write(deck, dam.WRIGHT, s.DR, EVEN);
+    if (dam.NLAYER > 0)
+        REALS.write(deck, dam.XRIGHT, s.DR, MARGIN);
 }
 
-void write_block_rows(Channel& deck) {
+void write_block_rows(DamCards& dam, DamSizes& sizes, Channel& deck) {
     deck.write_line("* Card 4.4");
     deck.write_line("*    H             DY            AY");
-    REALS.write(deck, DAM.HDAM, DAMSIZES.DV, EVEN);
-    for (std::size_t layer = 0; layer < DAM.layers.size(); ++layer)
-        REALS.write(deck, DAM.layers[layer], DAMSIZES.DV, layer + 1 == DAM.layers.size() ? LAST_LAYER : EVEN);
+    REALS.write(deck, dam.HDAM, sizes.DV, EVEN);
+    for (std::size_t layer = 0; layer < dam.layers.size(); ++layer)
+        REALS.write(deck, dam.layers[layer], sizes.DV, layer + 1 == dam.layers.size() ? LAST_LAYER : EVEN);
 }
 
 // Cards 1.1 and 4.1 to 4.5.
-void write_base_mesh(Channel& deck) {
+void write_base_mesh(LayoutKind kind, DamCards& dam, DamSizes& sizes, Channel& deck) {
     deck.write_line("* Card 1.1");
     deck.write_line("* IMOD  JK     ");
-    SWITCHES.write_front(deck, 2, kind_of_decks());
+    SWITCHES.write_front(deck, 2, kind_of_decks(kind));
     deck.write_line("* Card 4.1");
     deck.write_line("* NBX   NBY   IB_LEFT  IB_RIGHT  IB_TOP  IB_BOTTOM");
-    SWITCHES.write(deck, DAM.NLAYER > 0 ? 5 : 3, DAM.NLAYER + 1, 1, 1, 0, 1);
-    write_origin(deck);
-    write_block_columns(deck);
-    write_block_rows(deck);
+    SWITCHES.write(deck, dam.NLAYER > 0 ? 5 : 3, dam.NLAYER + 1, 1, 1, 0, 1);
+    write_origin(kind, dam, sizes, deck);
+    write_block_columns(dam, sizes, deck);
+    write_block_rows(dam, sizes, deck);
     deck.write_line("* Card 4.5");
     deck.write_line("* IGMOD ");
     ONE_NUMBER.write(deck, 1);
 }
 
 // Cards 3.1-1 to 3.3 and 3.3.5.1 to 3.3.5.4-2.
-void write_edit(Channel& deck, std::int32_t NGROUP) {
-    const DamSizes& s = DAMSIZES;
+void write_edit(DamCards& dam, DamSizes& sizes, Channel& deck, std::int32_t NGROUP) {
+    const DamSizes& s = sizes;
     deck.write_line("* Card 3.1-1");
     deck.write_line("* FILEA");
     NAME.write(deck, "Bmesh.dat");
@@ -106,7 +106,7 @@ void write_edit(Channel& deck, std::int32_t NGROUP) {
     NAME.write(deck, "EarthDam.Mes");
     // The numbers of the shells' elements stay free.
     const std::int32_t shell_elements =
-        DAM.shells ? slope_model(s.left_model).elements + slope_model(s.right_model).elements : 0;
+        dam.shells ? slope_model(s.left_model).elements + slope_model(s.right_model).elements : 0;
     write_start_numbers(deck, shell_elements + 1, 1);
     deck.write_line("* Card 3.3");
     deck.write_line("* IEDIT");
@@ -121,13 +121,13 @@ void write_edit(Channel& deck, std::int32_t NGROUP) {
     deck.write_line("* Card 3.3.5.3");
     deck.write_line("* IBOUND");
     ONE_NUMBER.write(deck, 1);
-    LIMITS_LINE.write_front(deck, s.left, s.bottom, s.right, DAM.HDAM);
+    LIMITS_LINE.write_front(deck, s.left, s.bottom, s.right, dam.HDAM);
     deck.write_line("* Card 3.3.5.4-1");
     deck.write_line("* NGROUP  IGTITL");
     GROUPS_LINE.write(deck, NGROUP, 1);
     deck.write_line("* Card 3.3.5.4-2");
     deck.write_line("*    Xref          Yref          Hi");
-    REALS.write(deck, 0.0F, 0.0F, DAM.Hi);
+    REALS.write(deck, 0.0F, 0.0F, dam.Hi);
 }
 
 // --- one group -------------------------------------------------------------------------------------
@@ -148,9 +148,9 @@ constexpr std::array<std::string_view, 4> HEADS_MATERIAL = {
     "* MAT   KF    LTP   LMAT", "* MAT   IH    LTP   LFUN", "* MAT   IH    LTP   LFUN",
     "* MAT   DEN            LTP   LMAT"};
 
-void write_zone_material(Channel& deck, std::int32_t MAT) {
-    deck.write_line(HEADS_MATERIAL[static_cast<std::size_t>(KIND())]);
-    switch (KIND()) {
+void write_zone_material(LayoutKind kind, Channel& deck, std::int32_t MAT) {
+    deck.write_line(HEADS_MATERIAL[static_cast<std::size_t>(kind)]);
+    switch (kind) {
         case LayoutKind::coupled:
             MATERIAL_LINE.write(deck, MAT, KF_OF_ZONE, 0, 0);
             break;
@@ -165,23 +165,23 @@ void write_zone_material(Channel& deck, std::int32_t MAT) {
 }
 
 // Groups that only keep or close an outline have no material line.
-void write_material(Channel& deck, const DamGroup& cards) {
+void write_material(LayoutKind kind, Channel& deck, const DamGroup& cards) {
     if (cards.MTYPE != 2 && cards.MTYPE != 3)
         return;
     deck.write_line("* Card 3.3.5.4.1-1");
     if (cards.MTYPE == 3) {
-        write_zone_material(deck, cards.MAT);
+        write_zone_material(kind, deck, cards.MAT);
         return;
     }
-    deck.write_line(KIND() == LayoutKind::head ? "* LTP   LFUN" : "* LTP   LMAT");
+    deck.write_line(kind == LayoutKind::head ? "* LTP   LFUN" : "* LTP   LMAT");
     LINE_LINE.write(deck, cards.LTP, cards.LMAT);
 }
 
 }  // namespace
 
-std::int32_t kind_of_decks() {
+std::int32_t kind_of_decks(LayoutKind kind) {
     constexpr std::array<std::int32_t, 4> JK = {3, 1, 9, 2};
-    return JK[static_cast<std::size_t>(KIND())];
+    return JK[static_cast<std::size_t>(kind)];
 }
 
 void write_start_numbers(Channel& deck, std::int32_t NSNEL, std::int32_t NSNODE) {
@@ -195,7 +195,7 @@ void write_start_numbers(Channel& deck, std::int32_t NSNEL, std::int32_t NSNODE)
         NUMBERS_6.write(deck, NSNEL, NSNODE);
 }
 
-void DAMGROUP(Channel& deck, std::int32_t group, const DamGroup& cards) {
+void DAMGROUP(LayoutKind kind, Channel& deck, std::int32_t group, const DamGroup& cards) {
     deck.write_line("*");
     deck.write_line(DOUBLE_LINE);
     GROUP_TITLE.write(deck, group, cards.title);
@@ -207,7 +207,7 @@ void DAMGROUP(Channel& deck, std::int32_t group, const DamGroup& cards) {
     GROUP_LINE.write(deck, cards.MTYPE, 0, 0, 0, 0, 0, 0);
     if (cards.MTYPE == 0)
         return;
-    write_material(deck, cards);
+    write_material(kind, deck, cards);
     deck.write_line("* Card 3.3.5.4.2");
     deck.write_line("* NPOINT  MOVE  IREF  XLo          YLo");
     POINTS_LINE.write(deck, static_cast<std::int32_t>(cards.points.size()), 0, 0, 0.0F, 0.0F);
@@ -226,22 +226,22 @@ void DAMGROUP(Channel& deck, std::int32_t group, const DamGroup& cards) {
         SEGMENT_LINE.write(deck, ++SEGNO, 1, cards.NDIV, IEND);
 }
 
-void DAMDECK() {
-    READDAM(channel(CH_MESH_B));
-    JKPREP = kind_of_decks();
-    const std::vector<DamGroup> groups = DAMGROUPS();
-    Channel& deck = open_channel(CH_DATA, MAIN_DECK, OpenStatus::work);
-    write_base_mesh(deck);
-    write_edit(deck, static_cast<std::int32_t>(groups.size()));
+void DAMDECK(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks, DamCards& dam, DamSizes& sizes) {
+    READDAM(dam, sizes, channels.at(CH_MESH_B));
+    checker.prepared_kind_code = kind_of_decks(kind);
+    const std::vector<DamGroup> groups = DAMGROUPS(kind, dam, sizes);
+    Channel& deck = channels.open(CH_DATA, MAIN_DECK, OpenStatus::work);
+    write_base_mesh(kind, dam, sizes, deck);
+    write_edit(dam, sizes, deck, static_cast<std::int32_t>(groups.size()));
     std::int32_t number = 0;
     for (const DamGroup& group : groups)
-        DAMGROUP(deck, ++number, group);
+        DAMGROUP(kind, deck, ++number, group);
     deck.write_line("* END OF DATA ");
-    close_channel(CH_DATA);
-    DECKCOUNT = 1;
-    DECKLIST[1] = TextLine(MAIN_DECK);
-    if (DAM.shells)
-        SHELLDECKS();
+    channels.close(CH_DATA);
+    decks.count = 1;
+    decks.names[1] = TextLine(MAIN_DECK);
+    if (dam.shells)
+        SHELLDECKS(channels, kind, decks, dam, sizes);
 }
 
 }  // namespace brelan

@@ -11,15 +11,15 @@ namespace brelan {
 // Reads Cards 5.1 to 5.5 back from the normalised deck, which the checker has just written, and writes the
 // decks of the dam. Sets JKPREP and DECKCOUNT, fills DECKLIST for a dam with shells, and makes
 // "..\EarthDam.Meg" the deck of the run. Ends the run at a dam that cannot be.
-void DAMDECK();
+void DAMDECK(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks, DamCards& dam, DamSizes& sizes);
 
 // Writes the cards of one group, its number being `group`.
-void DAMGROUP(Channel& deck, std::int32_t group, const DamGroup& cards);
+void DAMGROUP(LayoutKind kind, Channel& deck, std::int32_t group, const DamGroup& cards);
 
 // Writes Card 3.2 in the columns that the element number needs.
 void write_start_numbers(Channel& deck, std::int32_t NSNEL, std::int32_t NSNODE);
 
 // JK of Card 1.1: the kind of the edition.
-std::int32_t kind_of_decks();
+std::int32_t kind_of_decks(LayoutKind kind);
 
 }  // namespace brelan

@@ -28,11 +28,11 @@ std::size_t sides_of(const DamGroup& group) {
 }
 
 // Sides that lie on the mesh's own lines are not cut, all others are.
-void cut_sides(DamGroup& group) {
+void cut_sides(DamCards& dam, DamSizes& sizes, DamGroup& group) {
     group.IEND.clear();
     for (std::size_t k = 0; k < sides_of(group); ++k) {
         const DamPoint& next = group.points[(k + 1) % group.points.size()];
-        group.IEND.push_back(on_mesh_line(group.points[k], next) ? NOT_CUT : CUT);
+        group.IEND.push_back(on_mesh_line(dam, sizes, group.points[k], next) ? NOT_CUT : CUT);
     }
 }
 
@@ -41,8 +41,8 @@ void leave_uncut(DamGroup& group) {
 }
 
 // What of an outline lies above a height, or below one, is left uncut: the sides get a point there.
-void leave_uncut_beyond(DamGroup& group, float y, bool above) {
-    const auto beyond = [=](const DamPoint& p) { return !same_line(p.y, y) && (above ? p.y > y : p.y < y); };
+void leave_uncut_beyond(DamCards& dam, DamGroup& group, float y, bool above) {
+    const auto beyond = [=](const DamPoint& p) { return !same_line(dam, p.y, y) && (above ? p.y > y : p.y < y); };
     const DamGroup whole = group;
     group.points.clear();
     group.IEND.clear();
@@ -53,7 +53,7 @@ void leave_uncut_beyond(DamGroup& group, float y, bool above) {
         group.IEND.push_back(beyond(a) ? NOT_CUT : whole.IEND[k]);
         if (beyond(a) == beyond(b))
             continue;
-        if (same_line(a.y, y) || same_line(b.y, y)) {
+        if (same_line(dam, a.y, y) || same_line(dam, b.y, y)) {
             group.IEND.back() = NOT_CUT;
             continue;
         }
@@ -65,18 +65,18 @@ void leave_uncut_beyond(DamGroup& group, float y, bool above) {
 // --- outlines --------------------------------------------------------------------------------------
 
 // The dam's body in this mesh, from the left along the base: with shells the middle block.
-DamOutline body_outline() {
-    const DamSizes& s = DAMSIZES;
-    const float left = DAM.shells ? s.crest_left : 0.0F;
-    const float right = DAM.shells ? s.crest_right : s.toe;
-    return {{left, 0.0F}, {right, 0.0F}, {s.crest_right, DAM.HDAM}, {s.crest_left, DAM.HDAM}};
+DamOutline body_outline(DamCards& dam, DamSizes& sizes) {
+    const DamSizes& s = sizes;
+    const float left = dam.shells ? s.crest_left : 0.0F;
+    const float right = dam.shells ? s.crest_right : s.toe;
+    return {{left, 0.0F}, {right, 0.0F}, {s.crest_right, dam.HDAM}, {s.crest_left, dam.HDAM}};
 }
 
 // All that stays: body and ground.
-DamOutline surface_outline() {
-    const DamSizes& s = DAMSIZES;
-    DamOutline body = body_outline();
-    if (DAM.NLAYER == 0)
+DamOutline surface_outline(DamCards& dam, DamSizes& sizes) {
+    const DamSizes& s = sizes;
+    DamOutline body = body_outline(dam, sizes);
+    if (dam.NLAYER == 0)
         return body;
     DamOutline outline{{s.left, s.bottom}, {s.right, s.bottom}, {s.right, 0.0F}};
     outline.insert(outline.end(), body.begin() + 1, body.end());
@@ -85,12 +85,12 @@ DamOutline surface_outline() {
     return outline;
 }
 
-DamGroup drawn(std::string title, std::int32_t MTYPE, DamOutline points) {
+DamGroup drawn(DamCards& dam, DamSizes& sizes, std::string title, std::int32_t MTYPE, DamOutline points) {
     DamGroup group;
     group.title = std::move(title);
     group.MTYPE = MTYPE;
     group.points = std::move(points);
-    cut_sides(group);
+    cut_sides(dam, sizes, group);
     return group;
 }
 
@@ -99,10 +99,10 @@ DamGroup drawn(std::string title, std::int32_t MTYPE, DamOutline points) {
 // placed, as nodes of the crest do not give way to it: the slope is drawn a little beyond the crest, and its
 // cut moves the next node of the crest onto itself. With NDIV 1 a node that was planned on a side is dropped
 // when a corner of the side is moved so.
-void cut_crest(DamGroup& group) {
+void cut_crest(DamCards& dam, DamSizes& sizes, DamGroup& group) {
     constexpr float BEYOND = 0.01F;  // of the slope
     std::size_t crest = 0;
-    while (group.points[crest].y != DAM.HDAM)
+    while (group.points[crest].y != dam.HDAM)
         ++crest;
     const auto draw_beyond = [&](std::size_t at, const CrestEnd& end) {
         DamPoint& p = group.points[at];
@@ -111,29 +111,29 @@ void cut_crest(DamGroup& group) {
         group.NDIV = 1;
     };
     group.IEND[crest] = CUT;
-    if (const CrestEnd right = right_crest_end(); right.beside_edge) {
+    if (const CrestEnd right = right_crest_end(dam, sizes); right.beside_edge) {
         draw_beyond(crest, right);
         group.IEND[crest - 1] = CUT_BUT_END;
     }
-    if (const CrestEnd left = left_crest_end(); left.beside_edge) {
+    if (const CrestEnd left = left_crest_end(dam, sizes); left.beside_edge) {
         draw_beyond(crest + 1, left);
         group.IEND[crest + 1] = CUT_BUT_START;
     }
 }
 
-DamGroup zone(std::string title, std::int32_t MAT, DamOutline points) {
-    DamGroup group = drawn(std::move(title), ZONE, std::move(points));
+DamGroup zone(DamCards& dam, DamSizes& sizes, std::string title, std::int32_t MAT, DamOutline points) {
+    DamGroup group = drawn(dam, sizes, std::move(title), ZONE, std::move(points));
     group.MAT = MAT;
     return group;
 }
 
 // The triangle under a slope.
-DamGroup shell(std::string title, std::int32_t MAT, const CrestEnd& end) {
-    DamGroup group = zone(std::move(title), MAT, {{end.toe, 0.0F}, {end.x, 0.0F}, {end.x, DAM.HDAM}});
+DamGroup shell(DamCards& dam, DamSizes& sizes, std::string title, std::int32_t MAT, const CrestEnd& end) {
+    DamGroup group = zone(dam, sizes, std::move(title), MAT, {{end.toe, 0.0F}, {end.x, 0.0F}, {end.x, dam.HDAM}});
     if (!end.beside_edge)
         return group;
     constexpr std::size_t VERTICAL = 1;
-    if (const float clear = clear_of_slope(end); !same_line(clear, 0.0F)) {
+    if (const float clear = clear_of_slope(dam, sizes, end); !same_line(dam, clear, 0.0F)) {
         group.points.insert(group.points.end() - 1, {end.x, clear});
         group.IEND.insert(group.IEND.begin() + VERTICAL, CUT);
         group.IEND[VERTICAL + 1] = NOT_CUT;
@@ -143,58 +143,58 @@ DamGroup shell(std::string title, std::int32_t MAT, const CrestEnd& end) {
     return group;
 }
 
-DamGroup core() {
-    DamGroup group = zone(" Dam Core", CORE, DAM.core_points);
-    if (DAM.shells && !clear_of_shells(group.points))
+DamGroup core(DamCards& dam, DamSizes& sizes) {
+    DamGroup group = zone(dam, sizes, " Dam Core", CORE, dam.core_points);
+    if (dam.shells && !clear_of_shells(sizes, group.points))
         leave_uncut(group);
-    else if (crowds_crest(group.points))
-        leave_uncut_beyond(group, clear_of_crest(), true);
+    else if (crowds_crest(dam, sizes, group.points))
+        leave_uncut_beyond(dam, group, clear_of_crest(dam, sizes), true);
     return group;
 }
 
-DamGroup wall() {
-    DamGroup group = zone(" Cut-off Wall", WALL, DAM.wall_points);
-    if (DAM.shells && !below_base(group.points) && !clear_of_shells(group.points))
+DamGroup wall(DamCards& dam, DamSizes& sizes) {
+    DamGroup group = zone(dam, sizes, " Cut-off Wall", WALL, dam.wall_points);
+    if (dam.shells && !below_base(sizes, group.points) && !clear_of_shells(sizes, group.points))
         leave_uncut(group);
-    else if (crowds_bottom(group.points))
-        leave_uncut_beyond(group, clear_of_bottom(), false);
+    else if (crowds_bottom(dam, sizes, group.points))
+        leave_uncut_beyond(dam, group, clear_of_bottom(dam, sizes), false);
     return group;
 }
 
 // --- boundaries of the head kind -------------------------------------------------------------------
 
-DamGroup boundary(std::string title, std::int32_t LTP, std::int32_t LMAT, DamOutline points) {
+DamGroup boundary(DamCards& dam, DamSizes& sizes, std::string title, std::int32_t LTP, std::int32_t LMAT, DamOutline points) {
     const std::int32_t MTYPE = points.size() > 1 ? LINE : NO_GROUP;
-    DamGroup group = drawn(std::move(title), MTYPE, std::move(points));
+    DamGroup group = drawn(dam, sizes, std::move(title), MTYPE, std::move(points));
     group.LTP = LTP;
     group.LMAT = LMAT;
     return group;
 }
 
-DamOutline upstream_path() {
-    const DamSizes& s = DAMSIZES;
+DamOutline upstream_path(DamCards& dam, DamSizes& sizes) {
+    const DamSizes& s = sizes;
     DamOutline path;
-    if (DAM.NLAYER > 0)
+    if (dam.NLAYER > 0)
         path.push_back({s.left, 0.0F});
     path.push_back({0.0F, 0.0F});
-    const float level = std::clamp(DAM.HWATER, 0.0F, DAM.HDAM);
-    if (!DAM.shells && level > 0.0F)
-        path.push_back({level / DAM.HDAM * s.crest_left, level});
+    const float level = std::clamp(dam.HWATER, 0.0F, dam.HDAM);
+    if (!dam.shells && level > 0.0F)
+        path.push_back({level / dam.HDAM * s.crest_left, level});
     return path;
 }
 
-void add_boundaries(std::vector<DamGroup>& groups) {
-    const DamSizes& s = DAMSIZES;
-    if (DAM.shells && DAM.NLAYER == 0)
+void add_boundaries(DamCards& dam, DamSizes& sizes, std::vector<DamGroup>& groups) {
+    const DamSizes& s = sizes;
+    if (dam.shells && dam.NLAYER == 0)
         return;
-    groups.push_back(boundary(" Upstream Total Head Boundary", TOTAL_HEAD, 1, upstream_path()));
-    if (DAM.NLAYER > 0)
+    groups.push_back(boundary(dam, sizes, " Upstream Total Head Boundary", TOTAL_HEAD, 1, upstream_path(dam, sizes)));
+    if (dam.NLAYER > 0)
         groups.push_back(
-            boundary(" Downstream Total Head Boundary", TOTAL_HEAD, 2, {{s.toe, 0.0F}, {s.right, 0.0F}}));
-    const DamPoint crest_end{s.crest_right, DAM.HDAM};
+            boundary(dam, sizes, " Downstream Total Head Boundary", TOTAL_HEAD, 2, {{s.toe, 0.0F}, {s.right, 0.0F}}));
+    const DamPoint crest_end{s.crest_right, dam.HDAM};
     const DamOutline face =
-        DAM.shells ? DamOutline{{s.crest_left, DAM.HDAM}, crest_end} : DamOutline{crest_end, {s.toe, 0.0F}};
-    groups.push_back(boundary(" Potential Seepage Face Boundary", SEEPAGE_FACE, 1, face));
+        dam.shells ? DamOutline{{s.crest_left, dam.HDAM}, crest_end} : DamOutline{crest_end, {s.toe, 0.0F}};
+    groups.push_back(boundary(dam, sizes, " Potential Seepage Face Boundary", SEEPAGE_FACE, 1, face));
 }
 
 // --- the layers ------------------------------------------------------------------------------------
@@ -207,12 +207,12 @@ std::string layer_title(std::int32_t layer) {
     return title;
 }
 
-void add_layers(std::vector<DamGroup>& groups) {
+void add_layers(DamCards& dam, DamSizes& sizes, std::vector<DamGroup>& groups) {
     float top = 0.0F;
-    for (std::int32_t layer = 1; layer <= DAM.NLAYER; ++layer) {
-        const float bottom = top - DAM.layers[static_cast<std::size_t>(layer - 1)];
-        DamGroup group = zone(layer_title(layer), FIRST_LAYER + layer - 1,
-                              layer_outline(DAMSIZES.left, DAMSIZES.right, bottom, top, DAM.wall_points));
+    for (std::int32_t layer = 1; layer <= dam.NLAYER; ++layer) {
+        const float bottom = top - dam.layers[static_cast<std::size_t>(layer - 1)];
+        DamGroup group = zone(dam, sizes, layer_title(layer), FIRST_LAYER + layer - 1,
+                              layer_outline(sizes.left, sizes.right, bottom, top, dam.wall_points));
         leave_uncut(group);
         groups.push_back(std::move(group));
         top = bottom;
@@ -221,23 +221,23 @@ void add_layers(std::vector<DamGroup>& groups) {
 
 }  // namespace
 
-std::vector<DamGroup> DAMGROUPS() {
+std::vector<DamGroup> DAMGROUPS(LayoutKind kind, DamCards& dam, DamSizes& sizes) {
     std::vector<DamGroup> groups;
-    groups.push_back(drawn(" Ground Surface", KEEP_INSIDE, surface_outline()));
-    cut_crest(groups.back());
-    groups.push_back(drawn(" Main Shell", CLOSING_OUTLINE, body_outline()));
+    groups.push_back(drawn(dam, sizes, " Ground Surface", KEEP_INSIDE, surface_outline(dam, sizes)));
+    cut_crest(dam, sizes, groups.back());
+    groups.push_back(drawn(dam, sizes, " Main Shell", CLOSING_OUTLINE, body_outline(dam, sizes)));
     leave_uncut(groups.back());
-    if (!DAM.shells) {
-        groups.push_back(shell(" Upstream Shell", UPSTREAM_SHELL, left_crest_end()));
-        groups.push_back(shell(" Downstream Shell", DOWNSTREAM_SHELL, right_crest_end()));
+    if (!dam.shells) {
+        groups.push_back(shell(dam, sizes, " Upstream Shell", UPSTREAM_SHELL, left_crest_end(dam, sizes)));
+        groups.push_back(shell(dam, sizes, " Downstream Shell", DOWNSTREAM_SHELL, right_crest_end(dam, sizes)));
     }
-    if (DAM.core)
-        groups.push_back(core());
-    if (KIND() == LayoutKind::head)
-        add_boundaries(groups);
-    if (DAM.cut_off)
-        groups.push_back(wall());
-    add_layers(groups);
+    if (dam.core)
+        groups.push_back(core(dam, sizes));
+    if (kind == LayoutKind::head)
+        add_boundaries(dam, sizes, groups);
+    if (dam.cut_off)
+        groups.push_back(wall(dam, sizes));
+    add_layers(dam, sizes, groups);
     return groups;
 }
 

@@ -43,31 +43,31 @@ SlopeCodes SLOPECODES(float HDAM, float RUNL, float RUNR) {
     return codes;
 }
 
-void SIZEDAM() {
-    DamSizes& s = DAMSIZES;
+void SIZEDAM(DamCards& dam, DamSizes& sizes) {
+    DamSizes& s = sizes;
     s = DamSizes{};
-    s.rHw = DAM.HWATER / DAM.HDAM;
-    if (DAM.shells) {
-        const SlopeCodes codes = SLOPECODES(DAM.HDAM, DAM.RUNL, DAM.RUNR);
+    s.rHw = dam.HWATER / dam.HDAM;
+    if (dam.shells) {
+        const SlopeCodes codes = SLOPECODES(dam.HDAM, dam.RUNL, dam.RUNR);
         s.left_model = codes.left;
         s.right_model = codes.right;
-        s.DL = divided(DAM.WLEFT, slope_model(codes.left).columns);
-        s.DR = divided(DAM.WRIGHT, slope_model(codes.right).columns);
-        s.DV = divided(DAM.HDAM, slope_model(codes.left).rows);
+        s.DL = divided(dam.WLEFT, slope_model(codes.left).columns);
+        s.DR = divided(dam.WRIGHT, slope_model(codes.right).columns);
+        s.DV = divided(dam.HDAM, slope_model(codes.left).rows);
     } else {
-        s.DL = s.DR = s.DV = DAM.HDAM / DIVISIONS_OF_HEIGHT;
+        s.DL = s.DR = s.DV = dam.HDAM / DIVISIONS_OF_HEIGHT;
     }
-    s.DM = DAM.NCREST > 0 ? divided(DAM.WMID, DAM.NCREST) : s.DL;
+    s.DM = dam.NCREST > 0 ? divided(dam.WMID, dam.NCREST) : s.DL;
 
-    s.crest_left = DAM.shells ? DAM.WLEFT : DAM.RUNL;
-    s.crest_right = DAM.shells ? DAM.WLEFT + DAM.WMID : DAM.RUNL + DAM.crest;
-    s.toe = DAM.WLEFT + DAM.WMID + DAM.WRIGHT;
+    s.crest_left = dam.shells ? dam.WLEFT : dam.RUNL;
+    s.crest_right = dam.shells ? dam.WLEFT + dam.WMID : dam.RUNL + dam.crest;
+    s.toe = dam.WLEFT + dam.WMID + dam.WRIGHT;
     float ground = 0.0F;
-    for (const float thickness : DAM.layers)
+    for (const float thickness : dam.layers)
         ground = ground + thickness;
     s.bottom = -ground;
-    s.left = DAM.NLAYER > 0 ? -DAM.XLEFT : 0.0F;
-    s.right = DAM.NLAYER > 0 ? s.toe + DAM.XRIGHT : s.toe;
+    s.left = dam.NLAYER > 0 ? -dam.XLEFT : 0.0F;
+    s.right = dam.NLAYER > 0 ? s.toe + dam.XRIGHT : s.toe;
 }
 
 }  // namespace brelan

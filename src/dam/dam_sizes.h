@@ -16,6 +16,6 @@ struct SlopeCodes {
 SlopeCodes SLOPECODES(float HDAM, float RUNL, float RUNR);
 
 // Sets DAMSIZES from DAM.
-void SIZEDAM();
+void SIZEDAM(DamCards& dam, DamSizes& sizes);
 
 }  // namespace brelan

@@ -17,27 +17,27 @@ struct Triangle {
 
 // Solves for the coordinates of (x, y). A triangle without area is not caught: the result then is no
 // number. With a debug level above 1 a point outside is listed.
-TriangleCoordinates T_RS(float x, float y, const Triangle& triangle);
+TriangleCoordinates T_RS(Trace& trace, float x, float y, const Triangle& triangle);
 
 // Ends the run when all nodes of the template lie at one point: so read the node lines of the set that is
 // made for the other kinds.
-void REQUIRETEMPLATE();
+void REQUIRETEMPLATE(EditCards& edit, EditSource& source, Mesh& mesh);
 
 // The slope stage of IEDIT 5, on the nodes of the template in the mesh tables: codes of the slope nodes by
 // the water level rHw of EDIT, and where the level lies near a node, the slope spaced anew so that a node
 // lies on it. Where it lies well between two nodes, a node is added on it instead and SLOPESPLIT set. A level
 // that is not between 0 and 1 gives all slope nodes the codes 3 and 0.
-void SLOPESTAGE();
+void SLOPESTAGE(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit& slope_split);
 
 // Carries nodes 1 to NUMNP from the template's triangle onto that of EDIT.
-void MAPNODES();
+void MAPNODES(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh);
 
 // Makes all elements run the way that gives the first one of the mesh a positive area, its two halves taken
 // together: I2 and the last corner change places.
-void ORIENTELEMENTS();
+void ORIENTELEMENTS(EditSource& source, Mesh& mesh);
 
 // Divides the element that the slope stage noted at the node on the water level: a quadrilateral becomes a
 // triangle and a quadrilateral, a triangle two. The second part takes the next free number.
-void SPLITSLOPEELEMENT();
+void SPLITSLOPEELEMENT(EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit& slope_split);
 
 }  // namespace brelan

@@ -26,18 +26,18 @@ constexpr std::string_view LEFT_MESH = "Shell_Left.Mes", RIGHT_MESH = "Shell_Rig
                            DAM_MESH = "Earth_Dam.Mes";
 
 // Opens a deck of the list and writes its Card 1.1.
-Channel& open_deck(std::int32_t place, std::string_view name, std::int32_t IMOD) {
-    DECKLIST[place] = TextLine(name);
-    Channel& deck = open_channel(CH_DATA, name, OpenStatus::work);
+Channel& open_deck(Channels& channels, LayoutKind kind, DeckList& decks, std::int32_t place, std::string_view name, std::int32_t IMOD) {
+    decks.names[place] = TextLine(name);
+    Channel& deck = channels.open(CH_DATA, name, OpenStatus::work);
     deck.write_line("* Card 1.1");
     deck.write_line("* IMOD  JK     ");
-    MODE.write(deck, IMOD, kind_of_decks());
+    MODE.write(deck, IMOD, kind_of_decks(kind));
     return deck;
 }
 
-void close_deck(Channel& deck) {
+void close_deck(Channels& channels, Channel& deck) {
     deck.write_line("* END OF DATA ");
-    close_channel(CH_DATA);
+    channels.close(CH_DATA);
 }
 
 void write_name(Channel& deck, std::string_view card, std::string_view field, std::string_view name) {
@@ -47,9 +47,9 @@ void write_name(Channel& deck, std::string_view card, std::string_view field, st
 }
 
 // A template onto the triangle crest, toe, foot below the crest.
-void write_shell_deck(std::int32_t place, std::string_view name, std::string_view mesh, std::int32_t NSNEL,
+void write_shell_deck(Channels& channels, LayoutKind kind, DeckList& decks, DamCards& dam, DamSizes& sizes, std::int32_t place, std::string_view name, std::string_view mesh, std::int32_t NSNEL,
                       std::int32_t slope_code, float crest, float toe) {
-    Channel& deck = open_deck(place, name, 1);
+    Channel& deck = open_deck(channels, kind, decks, place, name, 1);
     write_name(deck, "* Card 3.1-1", "* FILEA", "Dummy.dat");
     write_name(deck, "* Card 3.1-2", "* FILEM", mesh);
     write_start_numbers(deck, NSNEL, 1);
@@ -61,35 +61,35 @@ void write_shell_deck(std::int32_t place, std::string_view name, std::string_vie
     ONE_NUMBER.write(deck, slope_code);
     deck.write_line("* Card 3.3.6.2");
     deck.write_line("* MATNO_T    rHw           Hi");
-    WATER.write(deck, SHELL_MATERIAL, DAMSIZES.rHw, DAM.Hi);
+    WATER.write(deck, SHELL_MATERIAL, sizes.rHw, dam.Hi);
     deck.write_line("* Card 3.3.6.3");
     deck.write_line("* X1           Y1           X2           Y2           X3           Y3");
-    TRIANGLE.write(deck, crest, DAM.HDAM, toe, 0.0F, crest, 0.0F);
-    close_deck(deck);
+    TRIANGLE.write(deck, crest, dam.HDAM, toe, 0.0F, crest, 0.0F);
+    close_deck(channels, deck);
 }
 
-void write_combination_deck(std::int32_t place, std::string_view name, std::string_view mesh_a,
+void write_combination_deck(Channels& channels, LayoutKind kind, DeckList& decks, std::int32_t place, std::string_view name, std::string_view mesh_a,
                             std::string_view mesh_b, std::string_view result) {
-    Channel& deck = open_deck(place, name, 0);
+    Channel& deck = open_deck(channels, kind, decks, place, name, 0);
     write_name(deck, "* Card 2.1-1", "* FILEA", mesh_a);
     write_name(deck, "* Card 2.1-2", "* FILEB", mesh_b);
     write_name(deck, "* Card 2.1-3", "* FILEC", result);
     deck.write_line("* Card 2.2");
     deck.write_line("* INTERFACE");
     ONE_NUMBER.write(deck, 0);
-    close_deck(deck);
+    close_deck(channels, deck);
 }
 
 }  // namespace
 
-void SHELLDECKS() {
-    const DamSizes& s = DAMSIZES;
-    write_shell_deck(2, "Shell_Left.dat", LEFT_MESH, 1, s.left_model, s.crest_left, 0.0F);
-    write_shell_deck(3, "Shell_Right.dat", RIGHT_MESH, slope_model(s.left_model).elements + 1, s.right_model,
+void SHELLDECKS(Channels& channels, LayoutKind kind, DeckList& decks, DamCards& dam, DamSizes& sizes) {
+    const DamSizes& s = sizes;
+    write_shell_deck(channels, kind, decks, dam, sizes, 2, "Shell_Left.dat", LEFT_MESH, 1, s.left_model, s.crest_left, 0.0F);
+    write_shell_deck(channels, kind, decks, dam, sizes, 3, "Shell_Right.dat", RIGHT_MESH, slope_model(s.left_model).elements + 1, s.right_model,
                      s.crest_right, s.toe);
-    write_combination_deck(4, "Combine_Shell.dat", LEFT_MESH, RIGHT_MESH, SHELL_MESH);
-    write_combination_deck(5, "Combine_All.dat", SHELL_MESH, BODY_MESH, DAM_MESH);
-    DECKCOUNT = 5;
+    write_combination_deck(channels, kind, decks, 4, "Combine_Shell.dat", LEFT_MESH, RIGHT_MESH, SHELL_MESH);
+    write_combination_deck(channels, kind, decks, 5, "Combine_All.dat", SHELL_MESH, BODY_MESH, DAM_MESH);
+    decks.count = 5;
 }
 
 }  // namespace brelan

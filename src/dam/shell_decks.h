@@ -5,6 +5,6 @@ namespace brelan {
 
 // Writes "Shell_Left.dat", "Shell_Right.dat", "Combine_Shell.dat" and "Combine_All.dat" and puts them behind
 // the main deck in DECKLIST.
-void SHELLDECKS();
+void SHELLDECKS(Channels& channels, LayoutKind kind, DeckList& decks, DamCards& dam, DamSizes& sizes);
 
 }  // namespace brelan

@@ -30,17 +30,17 @@ void refuse_byte_order_mark(Channel& text) {
         text.fail_here("expected text, found a byte order mark in front of it; save the file without one");
 }
 
-void STRIPDECK(int source, int target) {
-    Channel& from = channel(source);
+void STRIPDECK(Channels& channels, int source, int target) {
+    Channel& from = channels.at(source);
     refuse_byte_order_mark(from);
-    Channel& to = channel(target);
+    Channel& to = channels.at(target);
     to.follow(from);
     while (!from.at_end()) {
         const std::string_view line = from.read_whole_line("a line");
         if (line.empty() || line.front() != '*')
             to.write_columns(line);
     }
-    close_channel(source);
+    channels.close(source);
     to.rewind();
 }
 
@@ -57,17 +57,17 @@ CardCount count_values(const TextLine& line) {
     return found;
 }
 
-void CHKCARD(int channel_number, std::string_view label, std::int32_t minimum, std::int32_t maximum) {
-    Channel& deck = channel(channel_number);
+void CHKCARD(Channels& channels, CheckedDeck& checker, Console& console, int channel_number, std::string_view label, std::int32_t minimum, std::int32_t maximum) {
+    Channel& deck = channels.at(channel_number);
     const std::string card = "Card " + std::string(label);
     const TextLine line = deck.read_line(card);
     const CardCount found = count_values(line);
     if (found.count < minimum || found.count > maximum)
-        REPORTCARD(label, maximum, line, found);
+        REPORTCARD(channels, console, label, maximum, line, found);
     deck.step_back(1);
     FreeFieldReader reader(deck, card, FreeFieldReader::Reach::one_line);
     for (std::int32_t i = 1; i <= found.count; ++i)
-        reader.read(CARDVAL[i]);
+        reader.read(checker.values[i]);
     reader.finish();
 }
 

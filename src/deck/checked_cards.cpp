@@ -22,53 +22,53 @@ constexpr int CH_NORMALISED = CH_MESH_B;
 
 }  // namespace
 
-Channel& deck() {
-    return channel(CH_STRIPPED);
+Channel& deck(Channels& channels) {
+    return channels.at(CH_STRIPPED);
 }
 
-Channel& normalised() {
-    return channel(CH_NORMALISED);
+Channel& normalised(Channels& channels) {
+    return channels.at(CH_NORMALISED);
 }
 
-std::int32_t value_of(std::int32_t position) {
-    return TRUNCATE(CARDVAL[position]);
+std::int32_t value_of(CheckedDeck& checker, std::int32_t position) {
+    return TRUNCATE(checker.values[position]);
 }
 
-void check(const Card& card) {
-    const auto kind = static_cast<std::size_t>(KIND());
+void check(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card) {
+    const auto kind = static_cast<std::size_t>(kind);
     for (const FieldDefault& entry : card.defaults)
         for (std::int32_t field = entry.first; field <= entry.last; ++field)
             if (!std::isnan(entry.value[kind]))
-                CARDVAL[field] = entry.value[kind];
-    const std::int32_t maximum = card.maximum_of(KIND());
-    CHKCARD(CH_STRIPPED, card.label, card.minimum == 0 ? maximum : card.minimum, maximum);
+                checker.values[field] = entry.value[kind];
+    const std::int32_t maximum = card.maximum_of(kind);
+    CHKCARD(channels, checker, console, CH_STRIPPED, card.label, card.minimum == 0 ? maximum : card.minimum, maximum);
 }
 
-void pass(const Card& card) {
-    check(card);
-    write_card(normalised(), card.written_of(KIND()));
+void pass(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card) {
+    check(channels, kind, checker, console, card);
+    write_card(checker, normalised(channels), card.written_of(kind));
 }
 
-std::int32_t count_on(const Card& card, std::int32_t most) {
-    const std::int32_t count = value_of(1);
+std::int32_t count_on(Channels& channels, CheckedDeck& checker, const Card& card, std::int32_t most) {
+    const std::int32_t count = value_of(checker, 1);
     if (count > most)
-        deck().fail_behind("Card " + std::string(card.label) + ": expected at most " + std::to_string(most) +
+        deck(channels).fail_behind("Card " + std::string(card.label) + ": expected at most " + std::to_string(most) +
                            " in " + std::string(card.fields) + ", found " + std::to_string(count));
     return count;
 }
 
-void pass_integer_list(const Card& card, std::int32_t count) {
+void pass_integer_list(Channels& channels, CheckedDeck& checker, const Card& card, std::int32_t count) {
     std::array<std::int32_t, MAXCARDVAL> numbers{};
     if (count <= 0) {
-        write_integers(normalised(), {});
+        write_integers(normalised(channels), {});
         return;
     }
     const std::string expected =
         "the list of " + std::to_string(count) + " values of Card " + std::string(card.label);
-    read_free_list<float>(deck(), expected, std::span(&CARDVAL[1], static_cast<std::size_t>(count)));
+    read_free_list<float>(deck(channels), expected, std::span(&checker.values[1], static_cast<std::size_t>(count)));
     for (std::int32_t i = 1; i <= count; ++i)
-        numbers[static_cast<std::size_t>(i - 1)] = value_of(i);
-    write_integers(normalised(), std::span(numbers).first(static_cast<std::size_t>(count)));
+        numbers[static_cast<std::size_t>(i - 1)] = value_of(checker, i);
+    write_integers(normalised(channels), std::span(numbers).first(static_cast<std::size_t>(count)));
 }
 
 }  // namespace brelan

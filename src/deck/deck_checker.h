@@ -15,6 +15,6 @@ namespace brelan {
 //
 // The cards of an earth dam are no deck to be run: `write_dam` makes decks of them, and the first of those is
 // checked in place of the one given, whose name it takes.
-void DECKCHK(TextLine& deck_name, std::string_view normalised_name, void (*write_dam)());
+void DECKCHK(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks, Console& console, TextLine& deck_name, std::string_view normalised_name, void (*write_dam)());
 
 }  // namespace brelan

@@ -29,43 +29,43 @@ constexpr Layout<"(1X,A)"> CARD_LINE;
 
 }  // namespace
 
-void WRSTATUS(std::int32_t value) {
-    write_free(open_channel(CH_STATUS, STATUS_FILE, OpenStatus::work), value);
-    close_channel(CH_STATUS);
+void WRSTATUS(Channels& channels, std::int32_t value) {
+    write_free(channels.open(CH_STATUS, STATUS_FILE, OpenStatus::work), value);
+    channels.close(CH_STATUS);
 }
 
-void LISTERR(int channel_number, std::int32_t n) {
+void LISTERR(Channels& channels, Console& console, int channel_number, std::int32_t n) {
     std::int32_t manual = 0;
-    read_free(open_channel(CH_MESSAGE, MANUAL_FILE, OpenStatus::old), "the console mode", manual);
-    close_channel(CH_MESSAGE);
+    read_free(channels.open(CH_MESSAGE, MANUAL_FILE, OpenStatus::old), "the console mode", manual);
+    channels.close(CH_MESSAGE);
     const bool front_end = manual == 0;
     if (front_end)
-        open_channel(CH_MESSAGE, "MESSAGE.INP", OpenStatus::work);
+        channels.open(CH_MESSAGE, "MESSAGE.INP", OpenStatus::work);
 
     std::array<std::string, MESSAGE_LINES> lines;
-    Channel& listing = channel(channel_number);
+    Channel& listing = channels.at(channel_number);
     listing.step_back(n);
     for (std::int32_t i = 0; i < n; ++i)
         lines[static_cast<std::size_t>(i)] =
             listing.read_whole_line("a line of the listing").substr(0, MESSAGE_COLUMNS);
 
     if (front_end) {
-        Channel& message = channel(CH_MESSAGE);
+        Channel& message = channels.at(CH_MESSAGE);
         write_free(message, n);
         for (const std::string& line : lines)
             MESSAGE_LINE.write(message, line);
-        close_channel(CH_MESSAGE);
+        channels.close(CH_MESSAGE);
         return;
     }
     for (std::string& line : lines) {
         line.resize(MESSAGE_COLUMNS, ' ');
-        console_write(line + "\n");
+        console.write(line + "\n");
     }
-    console_pause();
+    console.pause();
 }
 
-void REPORTCARD(std::string_view label, std::int32_t maximum, const TextLine& line, const CardCount& found) {
-    Channel& listing = channel(CH_WORK);
+void REPORTCARD(Channels& channels, Console& console, std::string_view label, std::int32_t maximum, const TextLine& line, const CardCount& found) {
+    Channel& listing = channels.at(CH_WORK);
     write_free(listing, "************* ERROR IN THE USER INPUT **************");
     REQUIRED_LINE.write(listing, label, maximum);
     FOUND_LINE.write(listing, found.count);
@@ -81,8 +81,8 @@ void REPORTCARD(std::string_view label, std::int32_t maximum, const TextLine& li
         CARD_LINE.write(listing, dashes);
     }
     listing.flush();
-    LISTERR(CH_WORK, 7);
-    WRSTATUS(1);
+    LISTERR(channels, console, CH_WORK, 7);
+    WRSTATUS(channels, 1);
     STOPRUN("300");
 }
 

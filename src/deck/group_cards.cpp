@@ -19,58 +19,58 @@ namespace {
 // MTYPE 5 of a deck: a group of MTYPE 3 that cuts nothing and colours nothing, the outline of a finished dam.
 constexpr std::int32_t CLOSING_OUTLINE = 5;
 
-void write_pair(float a, float b) {
-    CARDVAL[1] = a;
-    CARDVAL[2] = b;
-    write_card(normalised(), CARD_POST_PAIR.written_of(KIND()));
+void write_pair(Channels& channels, LayoutKind kind, CheckedDeck& checker, float a, float b) {
+    checker.values[1] = a;
+    checker.values[2] = b;
+    write_card(checker, normalised(channels), CARD_POST_PAIR.written_of(kind));
 }
 
-void pass_list_if_any(const Card& card) {
-    pass(card);
-    if (const std::int32_t count = count_on(card, MAXCARDVAL); count > 0)
-        pass_integer_list(card, count);
+void pass_list_if_any(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card) {
+    pass(channels, kind, checker, console, card);
+    if (const std::int32_t count = count_on(channels, checker, card, MAXCARDVAL); count > 0)
+        pass_integer_list(channels, checker, card, count);
 }
 
-void pass_title() {
-    const TextLine line = deck().read_line("a group's title");
+void pass_title(Channels& channels) {
+    const TextLine line = deck(channels).read_line("a group's title");
     const std::int32_t columns = CARDLEN(line);
-    normalised().write_line(columns == 0 ? " " : line.first(columns));
+    normalised(channels).write_line(columns == 0 ? " " : line.first(columns));
 }
 
 // A material line whose MATold stands at a position: 0 there stands for the material after MAT.
-void pass_with_old_material(const Card& card, std::int32_t position) {
-    check(card);
-    if (CARDVAL[position] == 0.0F)
-        CARDVAL[position] = CARDVAL[1] + 1.0F;
-    if (const std::string_view form = card.written_of(KIND()); !form.empty())
-        write_card(normalised(), form);
+void pass_with_old_material(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card, std::int32_t position) {
+    check(channels, kind, checker, console, card);
+    if (checker.values[position] == 0.0F)
+        checker.values[position] = checker.values[1] + 1.0F;
+    if (const std::string_view form = card.written_of(kind); !form.empty())
+        write_card(checker, normalised(channels), form);
 }
 
-void pass_material_line(std::int32_t MTYPE) {
+void pass_material_line(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, std::int32_t MTYPE) {
     switch (MTYPE) {
         case 1:
         case 2:
-            pass(CARD_MATERIAL_1);
+            pass(channels, kind, checker, console, CARD_MATERIAL_1);
             break;
         case 3:
-            pass(CARD_MATERIAL_3);
+            pass(channels, kind, checker, console, CARD_MATERIAL_3);
             break;
         case 4:
-            pass_with_old_material(CARD_MATERIAL_4, 5);
+            pass_with_old_material(channels, kind, checker, console, CARD_MATERIAL_4, 5);
             break;
         case CLOSING_OUTLINE: {
             const std::int32_t words[4] = {0, 1, 0, 1};  // MAT, KF, LTP, LMAT
-            write_integers(normalised(), words);
+            write_integers(normalised(channels), words);
             break;
         }
         case -2:
-            pass(CARD_MATERIAL_JOINT_2);
+            pass(channels, kind, checker, console, CARD_MATERIAL_JOINT_2);
             break;
         case -3:
-            pass(CARD_MATERIAL_JOINT_3);
+            pass(channels, kind, checker, console, CARD_MATERIAL_JOINT_3);
             break;
         case -4:
-            pass_with_old_material(CARD_MATERIAL_JOINT_4, 10);
+            pass_with_old_material(channels, kind, checker, console, CARD_MATERIAL_JOINT_4, 10);
             break;
         default:
             break;
@@ -78,79 +78,79 @@ void pass_material_line(std::int32_t MTYPE) {
 }
 
 // Six pairs and seven switches for the outputs. MTYPE 5 moves its first pair to the second place.
-void pass_post_lines(std::int32_t MTYPE) {
+void pass_post_lines(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, std::int32_t MTYPE) {
     constexpr int pairs = 6, switches = 7;
     float kept_1 = 0.0F, kept_2 = 0.0F;
     for (int i = 1; i <= pairs; ++i) {
-        check(CARD_POST_PAIR);
+        check(channels, kind, checker, console, CARD_POST_PAIR);
         if (MTYPE == CLOSING_OUTLINE && i == 1) {
-            kept_1 = CARDVAL[1];
-            kept_2 = CARDVAL[2];
-            write_pair(0.0F, 0.0F);
+            kept_1 = checker.values[1];
+            kept_2 = checker.values[2];
+            write_pair(channels, kind, checker, 0.0F, 0.0F);
         } else if (MTYPE == CLOSING_OUTLINE && i == 2) {
-            write_pair(kept_1, kept_2);
+            write_pair(channels, kind, checker, kept_1, kept_2);
         } else {
-            write_pair(CARDVAL[1], CARDVAL[2]);
+            write_pair(channels, kind, checker, checker.values[1], checker.values[2]);
         }
     }
     for (int i = 1; i <= switches; ++i)
-        pass(CARD_POST_SWITCH);
+        pass(channels, kind, checker, console, CARD_POST_SWITCH);
 }
 
-void pass_outline(std::int32_t MTYPE) {
-    check(CARD_POINTS);
+void pass_outline(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, std::int32_t MTYPE) {
+    check(channels, kind, checker, console, CARD_POINTS);
     if (MTYPE == CLOSING_OUTLINE)
-        CARDVAL[2] = 0.0F;  // MOVE
-    write_card(normalised(), CARD_POINTS.written_of(KIND()));
-    const std::int32_t NPOINT = count_on(CARD_POINTS, MAXGROUPPOINTS);
+        checker.values[2] = 0.0F;  // MOVE
+    write_card(checker, normalised(channels), CARD_POINTS.written_of(kind));
+    const std::int32_t NPOINT = count_on(channels, checker, CARD_POINTS, MAXGROUPPOINTS);
     for (std::int32_t i = 1; i <= NPOINT; ++i)
-        pass(CARD_POINT);
+        pass(channels, kind, checker, console, CARD_POINT);
 }
 
-void pass_arc(bool closes_outline) {
-    pass(CARD_ARC);
-    const ArcFault fault = fault_of_arc(std::span<const float, 6>(&CARDVAL[1], 6), closes_outline);
+void pass_arc(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, bool closes_outline) {
+    pass(channels, kind, checker, console, CARD_ARC);
+    const ArcFault fault = fault_of_arc(std::span<const float, 6>(&checker.values[1], 6), closes_outline);
     if (!fault.message.empty())
-        deck().fail_behind(fault.message);
+        deck(channels).fail_behind(fault.message);
 }
 
-void pass_segments(std::int32_t MTYPE) {
-    pass(CARD_SEGMENTS);
-    const std::int32_t NSEGMENT = count_on(CARD_SEGMENTS, MAXGROUPPOINTS);
+void pass_segments(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, std::int32_t MTYPE) {
+    pass(channels, kind, checker, console, CARD_SEGMENTS);
+    const std::int32_t NSEGMENT = count_on(channels, checker, CARD_SEGMENTS, MAXGROUPPOINTS);
     if (NSEGMENT < 0)
-        deck().fail_behind("Card 3.3.5.4.3: expected an NSEGMENT of 0 or more, found " +
+        deck(channels).fail_behind("Card 3.3.5.4.3: expected an NSEGMENT of 0 or more, found " +
                            std::to_string(NSEGMENT));
     for (std::int32_t k = 1; k <= NSEGMENT; ++k) {
-        check(CARD_SEGMENT);
-        const std::int32_t LTYPE = value_of(2);
+        check(channels, kind, checker, console, CARD_SEGMENT);
+        const std::int32_t LTYPE = value_of(checker, 2);
         // Segments count as they come, whatever number the card gives them.
-        CARDVAL[1] = static_cast<float>(k);
+        checker.values[1] = static_cast<float>(k);
         if (MTYPE == CLOSING_OUTLINE) {
-            CARDVAL[3] = 0.0F;  // NDIV
-            CARDVAL[4] = 3.0F;  // IEND
+            checker.values[3] = 0.0F;  // NDIV
+            checker.values[4] = 3.0F;  // IEND
         }
-        write_card(normalised(), CARD_SEGMENT.written_of(KIND()));
+        write_card(checker, normalised(channels), CARD_SEGMENT.written_of(kind));
         if (LTYPE == 2)
-            pass_arc(k > 1 && k == NSEGMENT && std::abs(MTYPE) != 2);
+            pass_arc(channels, kind, checker, console, k > 1 && k == NSEGMENT && std::abs(MTYPE) != 2);
     }
 }
 
-void check_group(bool titled) {
+void check_group(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, bool titled) {
     if (titled)
-        pass_title();
-    check(CARD_GROUP);
-    const std::int32_t MTYPE = value_of(1);
-    const bool has_post_lines = value_of(2) == 1;
+        pass_title(channels);
+    check(channels, kind, checker, console, CARD_GROUP);
+    const std::int32_t MTYPE = value_of(checker, 1);
+    const bool has_post_lines = value_of(checker, 2) == 1;
     if (MTYPE == CLOSING_OUTLINE)
-        CARDVAL[1] = 3.0F;
-    write_card(normalised(), CARD_GROUP.written_of(KIND()));
+        checker.values[1] = 3.0F;
+    write_card(checker, normalised(channels), CARD_GROUP.written_of(kind));
     if (MTYPE == 0)
         return;
-    pass_material_line(MTYPE);
+    pass_material_line(channels, kind, checker, console, MTYPE);
     if (has_post_lines)
-        pass_post_lines(MTYPE);
-    pass_outline(MTYPE);
-    pass_segments(MTYPE);
+        pass_post_lines(channels, kind, checker, console, MTYPE);
+    pass_outline(channels, kind, checker, console, MTYPE);
+    pass_segments(channels, kind, checker, console, MTYPE);
 }
 
 }  // namespace
@@ -174,18 +174,18 @@ ArcFault fault_of_arc(std::span<const float, 6> values, bool closes_outline) {
     return {};
 }
 
-void check_groups() {
-    pass_list_if_any(CARD_NODES);
-    pass_list_if_any(CARD_ELEMENTS);
-    pass(CARD_BOUND);
-    if (value_of(1) == 1)
-        pass(CARD_BOUNDS);
-    pass(CARD_GROUPS);
-    const std::int32_t groups = count_on(CARD_GROUPS, MAXGROUPS);
-    const bool titled = value_of(2) == 1;
-    pass(CARD_REFERENCE);
+void check_groups(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console) {
+    pass_list_if_any(channels, kind, checker, console, CARD_NODES);
+    pass_list_if_any(channels, kind, checker, console, CARD_ELEMENTS);
+    pass(channels, kind, checker, console, CARD_BOUND);
+    if (value_of(checker, 1) == 1)
+        pass(channels, kind, checker, console, CARD_BOUNDS);
+    pass(channels, kind, checker, console, CARD_GROUPS);
+    const std::int32_t groups = count_on(channels, checker, CARD_GROUPS, MAXGROUPS);
+    const bool titled = value_of(checker, 2) == 1;
+    pass(channels, kind, checker, console, CARD_REFERENCE);
     for (std::int32_t g = 1; g <= groups; ++g)
-        check_group(titled);
+        check_group(channels, kind, checker, console, titled);
 }
 
 }  // namespace brelan

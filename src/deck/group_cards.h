@@ -17,6 +17,6 @@ struct ArcFault {
 ArcFault fault_of_arc(std::span<const float, 6> values, bool closes_outline);
 
 // Checks the cards behind a Card 3.3 with IEDIT 4 and writes them to the normalised deck.
-void check_groups();
+void check_groups(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console);
 
 }  // namespace brelan

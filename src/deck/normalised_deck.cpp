@@ -32,12 +32,12 @@ bool written_alike(float a, float b) {
     return first == second;
 }
 
-void write_card(Channel& deck, std::string_view form) {
+void write_card(CheckedDeck& checker, Channel& deck, std::string_view form) {
     char* const begin = deck.begin_record(form.size() * REAL_FIELD.columns());
     char* at = begin;
     std::int32_t position = 0;
     for (const char letter : form) {
-        const float value = CARDVAL[++position];
+        const float value = checker.values[++position];
         if (letter == 'I')
             at = INTEGER_FIELD.put(at, TRUNCATE(value));
         else

@@ -12,17 +12,17 @@ namespace {
 
 constexpr std::string_view HEADING = "a heading line";
 
-void require_number(const Channel& mesh, std::int32_t number, std::int32_t last, std::string_view what) {
+void require_number(const Channel& mesh_file, std::int32_t number, std::int32_t last, std::string_view what) {
     if (number < 1 || number > last)
-        mesh.fail_behind("expected " + std::string(what) + " number from 1 to " + std::to_string(last) +
+        mesh_file.fail_behind("expected " + std::string(what) + " number from 1 to " + std::to_string(last) +
                          ", found " + std::to_string(number));
 }
 
-void require_words(const Channel& mesh, const ElementRecord& element) {
+void require_words(const Channel& mesh_file, const ElementRecord& element) {
     const ElementWords& w = element.words;
     for (const std::int32_t word : {w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8})
         if (word > MAXNP)
-            mesh.fail_behind("element " + std::to_string(element.NEL) +
+            mesh_file.fail_behind("element " + std::to_string(element.NEL) +
                              ": expected node numbers of at most " + std::to_string(MAXNP) + ", found " +
                              std::to_string(word));
 }
@@ -39,46 +39,46 @@ std::int32_t& count_of(MeshCounts& counts, std::int8_t type) {
     return type == EL_CONTINUUM ? counts.NCONT : type == EL_BEAM ? counts.NBEAM : counts.NTRUS;
 }
 
-Scan scan_mesh(Channel& mesh) {
+Scan scan_mesh(LayoutKind kind, Channel& mesh_file) {
     Scan scan;
-    mesh.skip_lines(2, HEADING);
-    scan.counts = read_mesh_counts(mesh);
-    mesh.skip_lines(2, HEADING);
-    if (scan.counts.NUMNP > 0 || !mesh.at_end())
-        scan.NFIELDS = count_values(TextLine(mesh.peek_line())).count;
-    const int first_line = mesh.lines_before();
+    mesh_file.skip_lines(2, HEADING);
+    scan.counts = read_mesh_counts(mesh_file);
+    mesh_file.skip_lines(2, HEADING);
+    if (scan.counts.NUMNP > 0 || !mesh_file.at_end())
+        scan.NFIELDS = count_values(TextLine(mesh_file.peek_line())).count;
+    const int first_line = mesh_file.lines_before();
     for (std::int32_t i = 0; i < scan.counts.NUMNP; ++i)
-        require_number(mesh, read_node_record(mesh, scan.NFIELDS).NODE, MAXNP, "a node");
-    scan.node_lines = mesh.lines_before() - first_line;
+        require_number(mesh_file, read_node_record(kind, mesh_file, scan.NFIELDS).NODE, MAXNP, "a node");
+    scan.node_lines = mesh_file.lines_before() - first_line;
     for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
         const std::int32_t records = scan.counts.of(type);
         if (records > 0)
-            mesh.skip_lines(2, HEADING);
+            mesh_file.skip_lines(2, HEADING);
         for (std::int32_t i = 0; i < records; ++i) {
-            const ElementRecord element = read_element_record(mesh, type);
+            const ElementRecord element = read_element_record(kind, mesh_file, type);
             if (element.NEL < 0) {
                 ++count_of(scan.deleted, type);
                 continue;
             }
-            require_number(mesh, element.NEL, MAXEL, "an element");
-            require_words(mesh, element);
+            require_number(mesh_file, element.NEL, MAXEL, "an element");
+            require_words(mesh_file, element);
         }
     }
     return scan;
 }
 
 // As STRIPDECK does, but without the blanks up to column 126: this copy is never seen.
-void strip_comments(int source, Channel& mesh) {
-    Channel& from = channel(source);
+void strip_comments(Channels& channels, int source, Channel& mesh_file) {
+    Channel& from = channels.at(source);
     refuse_byte_order_mark(from);
-    mesh.follow(from);
+    mesh_file.follow(from);
     while (!from.at_end()) {
         const std::string_view line = from.read_whole_line("a line").substr(0, LINE_COLUMNS);
         if (line.empty() || line.front() != '*')
-            mesh.write_line(line);
+            mesh_file.write_line(line);
     }
-    close_channel(source);
-    mesh.rewind();
+    channels.close(source);
+    mesh_file.rewind();
 }
 
 void copy_lines(Channel& from, Channel& to, int count) {
@@ -88,19 +88,19 @@ void copy_lines(Channel& from, Channel& to, int count) {
 
 }  // namespace
 
-StrippedMesh STRIPMESH(int source, int target) {
-    Channel& mesh = open_channel(CH_STRIP, "TT123.TMP", OpenStatus::scratch);
-    strip_comments(source, mesh);
-    const Scan scan = scan_mesh(mesh);
+StrippedMesh STRIPMESH(Channels& channels, LayoutKind kind, int source, int target) {
+    Channel& mesh_file = channels.open(CH_STRIP, "TT123.TMP", OpenStatus::scratch);
+    strip_comments(channels, source, mesh_file);
+    const Scan scan = scan_mesh(kind, mesh_file);
 
-    Channel& clean = channel(target);
-    clean.follow(mesh);
-    mesh.rewind();
-    copy_lines(mesh, clean, 2);
-    const MeshCounts counts = read_mesh_counts(mesh);
+    Channel& clean = channels.at(target);
+    clean.follow(mesh_file);
+    mesh_file.rewind();
+    copy_lines(mesh_file, clean, 2);
+    const MeshCounts counts = read_mesh_counts(mesh_file);
     write_mesh_counts(clean, {counts.NUMNP, counts.NCONT - scan.deleted.NCONT,
                               counts.NBEAM - scan.deleted.NBEAM, counts.NTRUS - scan.deleted.NTRUS});
-    copy_lines(mesh, clean, 2 + scan.node_lines);
+    copy_lines(mesh_file, clean, 2 + scan.node_lines);
 
     StrippedMesh stripped;
     stripped.NFIELDS = scan.NFIELDS;
@@ -110,16 +110,16 @@ StrippedMesh STRIPMESH(int source, int target) {
         stripped.heading_lines[type - EL_CONTINUUM] = heading_lines;
         if (records == 0)
             continue;
-        copy_lines(mesh, clean, 2);
+        copy_lines(mesh_file, clean, 2);
         for (std::int32_t i = 0; i < records; ++i) {
-            const ElementRecord element = read_element_record(mesh, type);
+            const ElementRecord element = read_element_record(kind, mesh_file, type);
             if (element.NEL >= 0)
-                write_element_record(clean, type, element);
+                write_element_record(kind, clean, type, element);
         }
         // The headings of a section that lost all its records stand in front of the next one's.
         heading_lines = scan.deleted.of(type) == records ? heading_lines + 2 : 2;
     }
-    close_channel(CH_STRIP, CloseAction::remove);
+    channels.close(CH_STRIP, CloseAction::remove);
     clean.rewind();
     return stripped;
 }

@@ -12,6 +12,6 @@ namespace brelan {
 //
 // Ends the run at a byte order mark, where a record cannot be read, or where a node or element number is
 // outside 1 to 99,990.
-StrippedMesh STRIPMESH(int source, int target);
+StrippedMesh STRIPMESH(Channels& channels, LayoutKind kind, int source, int target);
 
 }  // namespace brelan

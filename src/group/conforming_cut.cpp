@@ -13,82 +13,82 @@ namespace brelan {
 
 namespace {
 
-Point corner(const CutRow& row, int place) {
-    return node_point(row.N[place]);
+Point corner(Mesh& mesh, const CutRow& row, int place) {
+    return node_point(mesh, row.N[place]);
 }
 
-bool contains(const Point& P, const Corners& c) {
-    const Point n1 = node_point(c.n[0]), n2 = node_point(c.n[1]), n3 = node_point(c.n[2]);
+bool contains(Mesh& mesh, const Point& P, const Corners& c) {
+    const Point n1 = node_point(mesh, c.n[0]), n2 = node_point(mesh, c.n[1]), n3 = node_point(mesh, c.n[2]);
     if (INTRI(P, n1, n2, n3))
         return true;
-    return c.n[3] > 0 && INTRI(P, n1, n3, node_point(c.n[3]));
+    return c.n[3] > 0 && INTRI(P, n1, n3, node_point(mesh, c.n[3]));
 }
 
 // --- marks ---------------------------------------------------------------------------------------
 
 // The code words of a new node follow other nodes one after the other: in the coupled and displacement kinds
 // a word stays 1 only if no other has 0, in the temperature and head kinds a word that is not 0 is taken.
-void follow_node(std::int32_t node, std::int32_t other) {
-    NodeCodes& words = IDN[node];
-    const NodeCodes& from = IDN[other];
-    const auto count = static_cast<std::size_t>(kind_row().node_codes);
+void follow_node(Mesh& mesh, std::int32_t node, std::int32_t other) {
+    NodeCodes& words = mesh.codes[node];
+    const NodeCodes& from = mesh.codes[other];
+    const auto count = static_cast<std::size_t>(kind_row(mesh.kind).node_codes);
     for (std::size_t i = 0; i < count; ++i) {
-        if (has_node_values()) {
+        if (has_node_values(mesh.kind)) {
             if (from[i] != 0)
                 words[i] = from[i];
         } else if (from[i] == 0) {
             words[i] = 0;
         }
     }
-    if (!has_node_values())
+    if (!has_node_values(mesh.kind))
         return;
-    if (H[other] != 0.0F)
-        H[node] = H[other];
-    if (CF[other] != 0.0F)
-        CF[node] = CF[other];
+    if (mesh.head[other] != 0.0F)
+        mesh.head[node] = mesh.head[other];
+    if (mesh.coefficient[other] != 0.0F)
+        mesh.coefficient[node] = mesh.coefficient[other];
 }
 
-void begin_codes(std::int32_t node, std::int32_t value, std::size_t words) {
+void begin_codes(Mesh& mesh, std::int32_t node, std::int32_t value, std::size_t words) {
     for (std::size_t i = 0; i < words; ++i)
-        IDN[node][i] = value;
-    if (has_node_values())
-        H[node] = CF[node] = 0.0F;
+        mesh.codes[node][i] = value;
+    if (has_node_values(mesh.kind))
+        mesh.head[node] = mesh.coefficient[node] = 0.0F;
 }
 
-std::int32_t add_side_node(const Point& point, std::int32_t a, std::int32_t b) {
-    const std::int32_t node = add_node(point);
-    begin_codes(node, has_node_values() ? 0 : 1, static_cast<std::size_t>(kind_row().node_codes));
-    follow_node(node, std::min(a, b));
-    follow_node(node, std::max(a, b));
+std::int32_t add_side_node(Mesh& mesh, Engine& engine, const Point& point, std::int32_t a, std::int32_t b) {
+    const std::int32_t node = add_node(mesh, engine, point);
+    begin_codes(mesh, node, has_node_values(mesh.kind) ? 0 : 1, static_cast<std::size_t>(kind_row(mesh.kind).node_codes));
+    follow_node(mesh, node, std::min(a, b));
+    follow_node(mesh, node, std::max(a, b));
     return node;
 }
 
-std::int32_t add_centre_node(const Point& point, const CutRow& row) {
-    const std::int32_t node = add_node(point);
-    switch (KIND()) {
+std::int32_t add_centre_node(Mesh& mesh, Engine& engine, const Point& point, const CutRow& row) {
+    const std::int32_t node = add_node(mesh, engine, point);
+    switch (mesh.kind) {
         case LayoutKind::coupled:
-            begin_codes(node, 1, 5);
+            begin_codes(mesh, node, 1, 5);
             break;
         case LayoutKind::temperature:
-            begin_codes(node, 0, 2);
+            begin_codes(mesh, node, 0, 2);
             break;
         case LayoutKind::head:
         case LayoutKind::displacement:
-            begin_codes(node, 1, 3);
+            begin_codes(mesh, node, 1, 3);
             break;
     }
     for (const std::int32_t n : row.N)
         if (n > 0)
-            follow_node(node, n);
+            follow_node(mesh, node, n);
     return node;
 }
 
 // The corner of a row is on the line: the other rows learn it wherever they have its node. A row that names
 // the node twice is marked at the given corner alone.
-void ADDSIDE(CutRow& row, int place) {
+void ADDSIDE(Engine& engine, CutRow& row, int place) {
     const std::int32_t node = row.N[place];
-    for (const std::uint32_t r : rows_with(node)) {
-        CutRow& other = CUTTAB[r];
+    for (const std::uint32_t r : rows_with(engine, node)) {
+        CutRow& other = engine.rows[r];
         if (&other == &row || other.E <= 0)
             continue;
         for (int i = 0; i < other.corners(); ++i)
@@ -99,11 +99,11 @@ void ADDSIDE(CutRow& row, int place) {
 }
 
 // The side gets a node at the point, or the one that another row has put on it.
-void ADDSIDE(CutRow& row, const RowSide& side, const Point& point) {
+void ADDSIDE(Mesh& mesh, Engine& engine, CutRow& row, const RowSide& side, const Point& point) {
     const std::int32_t a = row.N[side.A];
     const std::int32_t b = row.N[side.B];
     std::int32_t found = 0;
-    for_rows_with_side(a, b, [&](const CutRow&, std::int32_t mark) {
+    for_rows_with_side(engine, a, b, [&](const CutRow&, std::int32_t mark) {
         if (found == 0)
             found = mark;
     });
@@ -111,15 +111,15 @@ void ADDSIDE(CutRow& row, const RowSide& side, const Point& point) {
         row.S[side.S] = found;
         return;
     }
-    const std::int32_t node = add_side_node(point, a, b);
-    for_rows_with_side(a, b, [&](const CutRow& other, std::int32_t& mark) {
+    const std::int32_t node = add_side_node(mesh, engine, point, a, b);
+    for_rows_with_side(engine, a, b, [&](const CutRow& other, std::int32_t& mark) {
         if (other.E > 0)
             mark = node;
     });
 }
 
-void clear_side(std::int32_t a, std::int32_t b) {
-    for_rows_with_side(a, b, [](const CutRow&, std::int32_t& mark) { mark = 0; });
+void clear_side(Engine& engine, std::int32_t a, std::int32_t b) {
+    for_rows_with_side(engine, a, b, [](const CutRow&, std::int32_t& mark) { mark = 0; });
 }
 
 // --- ends ----------------------------------------------------------------------------------------
@@ -129,9 +129,9 @@ constexpr float HALFWAY_INSIDE = 0.5F;   // of the pair: an end so near to a sid
 constexpr float CLOSE_TO_CORNER = 0.1F;  // of a side: a point so near to a corner is the corner
 constexpr float CLEAR_OF_CORNER = 0.3F;  // of a side: least distance of a node on it from a corner
 
-void place_corner(CutRow& row, int place, const Point& point) {
-    move_node(row.N[place], point);
-    ADDSIDE(row, place);
+void place_corner(Mesh& mesh, Engine& engine, CutRow& row, int place, const Point& point) {
+    move_node(mesh, engine, row.N[place], point);
+    ADDSIDE(engine, row, place);
 }
 
 Point along(const Point& from, const Point& a, const Point& b) {
@@ -139,16 +139,16 @@ Point along(const Point& from, const Point& a, const Point& b) {
 }
 
 // Puts P into the row by one of its sides; Q0 is the other point of the pair.
-void ENDNODE(CutRow& row, const RowSide& side, const Point& P, const Point& Q0) {
+void ENDNODE(Mesh& mesh, Engine& engine, CutRow& row, const RowSide& side, const Point& P, const Point& Q0) {
     const std::int32_t nodeA = row.N[side.A];
     const std::int32_t nodeB = row.N[side.B];
-    const Point A = node_point(nodeA);
-    const Point B = node_point(nodeB);
+    const Point A = node_point(mesh, nodeA);
+    const Point B = node_point(mesh, nodeB);
     if (distance(B, P) < distance(A, P)) {
-        if (FROZEN[nodeB] == 0)
-            return place_corner(row, side.B, P);
-    } else if (FROZEN[nodeA] == 0) {
-        return place_corner(row, side.A, P);
+        if (engine.frozen[nodeB] == 0)
+            return place_corner(mesh, engine, row, side.B, P);
+    } else if (engine.frozen[nodeA] == 0) {
+        return place_corner(mesh, engine, row, side.A, P);
     }
     Point Q;
     if (!line_crossing(Q0, P, A, B, Q))
@@ -157,54 +157,54 @@ void ENDNODE(CutRow& row, const RowSide& side, const Point& P, const Point& Q0) 
     const float D0 = distance(Q, Q0);
     const float L = distance(A, B);
     const float DA = distance(A, Q);
-    const bool both_frozen = FROZEN[nodeA] == 1 && FROZEN[nodeB] == 1;
+    const bool both_frozen = engine.frozen[nodeA] == 1 && engine.frozen[nodeB] == 1;
     if (DP <= CLOSE_TO_SIDE * D0) {
         const bool nearer_B = L * 0.5F < DA;
         const float from_corner = nearer_B ? std::abs(L - DA) : DA;
         const int place = nearer_B ? side.B : side.A;
         if (from_corner <= CLOSE_TO_CORNER * L) {
             if (both_frozen)
-                move_node(row.N[place], Q);
-            ADDSIDE(row, place);
+                move_node(mesh, engine, row.N[place], Q);
+            ADDSIDE(engine, row, place);
             return;
         }
         // Near B the node goes outwards, beyond the end of the side: kept as decks have always had it.
         const bool clear = nearer_B ? CLEAR_OF_CORNER * L < L - DA : CLEAR_OF_CORNER * L < DA;
-        ADDSIDE(row, side, clear ? Q : along(nearer_B ? B : A, A, B));
+        ADDSIDE(mesh, engine, row, side, clear ? Q : along(nearer_B ? B : A, A, B));
         return;
     }
     const Point inside =
         DP <= HALFWAY_INSIDE * D0 ? Point{Q.x - 0.5F * (Q.x - Q0.x), Q.y - 0.5F * (Q.y - Q0.y)} : P;
-    row.C = add_centre_node(inside, row);
+    row.C = add_centre_node(mesh, engine, inside, row);
 }
 
 // Places an end in the first row that contains it. False when this row does not.
-bool place_end_in(CutRow& row, const Point& P, const Point& Q0) {
-    const Point n1 = corner(row, 0), n2 = corner(row, 1), n3 = corner(row, 2);
+bool place_end_in(Mesh& mesh, Engine& engine, CutRow& row, const Point& P, const Point& Q0) {
+    const Point n1 = corner(mesh, row, 0), n2 = corner(mesh, row, 1), n3 = corner(mesh, row, 2);
     Point G;
     if (row.is_triangle()) {
         if (!INTRI(P, n1, n2, n3))
             return false;
         G = {(n1.x + n2.x + n3.x) / 3.0F, (n1.y + n2.y + n3.y) / 3.0F};
     } else {
-        const Point n4 = corner(row, 3);
+        const Point n4 = corner(mesh, row, 3);
         if (!INTRI(P, n1, n2, n3) && !INTRI(P, n1, n3, n4))
             return false;
         G = {(n1.x + n2.x + n3.x + n4.x) / 4.0F, (n1.y + n2.y + n3.y + n4.y) / 4.0F};
     }
     for (int i = 0; i < row.corners(); ++i) {
         const RowSide& side = side_of(row, i);
-        if (INTRI(P, corner(row, side.A), corner(row, side.B), G)) {
-            ENDNODE(row, side, P, Q0);
+        if (INTRI(P, corner(mesh, row, side.A), corner(mesh, row, side.B), G)) {
+            ENDNODE(mesh, engine, row, side, P, Q0);
             return true;
         }
     }
     return false;
 }
 
-void place_one_end(const Point& P, const Point& Q0) {
-    for (CutRow& row : CUTTAB)
-        if (place_end_in(row, P, Q0))
+void place_one_end(Mesh& mesh, Engine& engine, const Point& P, const Point& Q0) {
+    for (CutRow& row : engine.rows)
+        if (place_end_in(mesh, engine, row, P, Q0))
             return;
 }
 
@@ -214,18 +214,18 @@ constexpr float SHARE_OF_SIDE = 0.1F;   // of a side: a crossing so near to a fr
 constexpr std::int32_t ONLY_MOVE = -2;  // IEND: nodes move, none is added
 
 // Brings one side to the segment. Gives the number of the node that it moves, 0 for none.
-std::int32_t SIDECUT(CutRow& row, const RowSide& side, const Point& P1, const Point& P2,
+std::int32_t SIDECUT(Mesh& mesh, Tolerances& tolerances, Engine& engine, CutRow& row, const RowSide& side, const Point& P1, const Point& P2,
                      const CutMode& mode) {
     const std::int32_t nodeA = row.N[side.A];
     const std::int32_t nodeB = row.N[side.B];
-    const Point A = node_point(nodeA);
-    const Point B = node_point(nodeB);
+    const Point A = node_point(mesh, nodeA);
+    const Point B = node_point(mesh, nodeB);
     const auto drop_planned_node = [&] {
         if (row.S[side.S] != 0 && !mode.DEFERCUT)
-            clear_side(nodeA, nodeB);
+            clear_side(engine, nodeA, nodeB);
     };
     const Meeting crossing = SEGCROSS(P1, P2, A, B);
-    const auto is_on_line = [&](const Point& p) { return NEARLINE(P1, P2, p, TOLLINE).distance < TOLMOVE; };
+    const auto is_on_line = [&](const Point& p) { return NEARLINE(P1, P2, p, tolerances.line).distance < tolerances.move; };
     if (!crossing.meets || (is_on_line(A) && is_on_line(B))) {
         drop_planned_node();
         return 0;
@@ -239,23 +239,23 @@ std::int32_t SIDECUT(CutRow& row, const RowSide& side, const Point& P1, const Po
     const std::int32_t other = nearer_B ? nodeA : nodeB;
     const auto mark = [&] {
         if (mode.IEND != ONLY_MOVE)
-            ADDSIDE(row, place);
+            ADDSIDE(engine, row, place);
     };
-    if (FROZEN[node] == 0 || (FROZEN[node] == 1 && FROZEN[other] == 1)) {
-        move_node(node, X);
+    if (engine.frozen[node] == 0 || (engine.frozen[node] == 1 && engine.frozen[other] == 1)) {
+        move_node(mesh, engine, node, X);
         mark();
         drop_planned_node();
         return node;
     }
     // The corner may not move. The neighbouring side may be so short that the crossing has to be nearer to
     // count as it.
-    const float neighbour = distance(corner(row, nearer_B ? side.nB : side.nA), nearer_B ? B : A);
+    const float neighbour = distance(corner(mesh, row, nearer_B ? side.nB : side.nA), nearer_B ? B : A);
     const float F = neighbour < L ? SHARE_OF_SIDE * neighbour / L : SHARE_OF_SIDE;
     const float from_corner = nearer_B ? std::abs(L - D) : D;
     if (F * L < from_corner) {
         if (mode.IEND != ONLY_MOVE)
-            ADDSIDE(row, side, X);
-        else if (nearer_B && KIND() != LayoutKind::displacement)
+            ADDSIDE(mesh, engine, row, side, X);
+        else if (nearer_B && mesh.kind != LayoutKind::displacement)
             drop_planned_node();
         return 0;
     }
@@ -266,15 +266,15 @@ std::int32_t SIDECUT(CutRow& row, const RowSide& side, const Point& P1, const Po
 
 // While the elements wait for their split, a side that the segment misses stays as it is. So only rows near
 // the segment can change, and those that a node moved on the way has brought to it.
-void scan_rows_near(const Point& P1, const Point& P2, const CutMode& mode) {
-    std::vector<std::uint32_t> rows = rows_of(elements_met_by(P1, P2));
+void scan_rows_near(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Point& P1, const Point& P2, const CutMode& mode) {
+    std::vector<std::uint32_t> rows = rows_of(engine, elements_met_by(engine, P1, P2));
     for (std::size_t k = 0; k < rows.size(); ++k) {
-        CutRow& row = CUTTAB[rows[k]];
+        CutRow& row = engine.rows[rows[k]];
         for (int i = 0; i < row.corners(); ++i) {
-            const std::int32_t moved = SIDECUT(row, side_of(row, i), P1, P2, mode);
+            const std::int32_t moved = SIDECUT(mesh, tolerances, engine, row, side_of(row, i), P1, P2, mode);
             if (moved == 0)
                 continue;
-            for (const std::uint32_t other : rows_with(moved)) {
+            for (const std::uint32_t other : rows_with(engine, moved)) {
                 const auto at = std::lower_bound(rows.begin(), rows.end(), other);
                 if (other > rows[k] && (at == rows.end() || *at != other))
                     rows.insert(at, other);
@@ -285,9 +285,9 @@ void scan_rows_near(const Point& P1, const Point& P2, const CutMode& mode) {
 
 }  // namespace
 
-void COLLECT(const Point& P1, const Point& P2) {
+void COLLECT(Mesh& mesh, Engine& engine, const Point& P1, const Point& P2) {
     const auto take = [](std::int32_t e) {
-        const ElementWords& w = IEL[e];
+        const ElementWords& w = mesh.words[e];
         CutRow row;
         row.N[0] = w.I1;
         row.N[1] = w.I2;
@@ -295,43 +295,43 @@ void COLLECT(const Point& P1, const Point& P2) {
         row.N[3] = w.I4;
         row.M = w.MATNO;
         row.E = e;
-        CUTTAB.push_back(row);
-        note_row();
-        IEL[e].I1 = -w.I1;
+        engine.rows.push_back(row);
+        note_row(engine);
+        mesh.words[e].I1 = -w.I1;
     };
-    const auto open_to_cut = [](std::int32_t e) { return is_selected(e) && IEL[e].I1 > 0; };
+    const auto open_to_cut = [](std::int32_t e) { return is_selected(mesh, engine, e) && mesh.words[e].I1 > 0; };
     const auto crosses = [&](const Corners& c) {
         const int corners = c.n[3] > 0 ? 4 : 3;
         for (int i = 0; i < corners; ++i)
-            if (SEGCROSS(P1, P2, node_point(c.n[i]), node_point(c.n[(i + 1) % corners])).meets)
+            if (SEGCROSS(P1, P2, node_point(mesh, c.n[i]), node_point(mesh, c.n[(i + 1) % corners])).meets)
                 return true;
         return false;
     };
-    const std::span<const std::int32_t> elements = elements_met_by(P1, P2);
+    const std::span<const std::int32_t> elements = elements_met_by(engine, P1, P2);
     for (const std::int32_t e : elements)
-        if (open_to_cut(e) && contains(P1, corners_of(e)))
+        if (open_to_cut(e) && contains(mesh, P1, corners_of(mesh, e)))
             take(e);
     for (const std::int32_t e : elements)
-        if (open_to_cut(e) && contains(P2, corners_of(e)))
+        if (open_to_cut(e) && contains(mesh, P2, corners_of(mesh, e)))
             take(e);
     for (const std::int32_t e : elements)
-        if (open_to_cut(e) && crosses(corners_of(e)))
+        if (open_to_cut(e) && crosses(corners_of(mesh, e)))
             take(e);
 }
 
-void PLACEEND(const Point& P1, const Point& P2, bool skip1, bool skip2) {
+void PLACEEND(Mesh& mesh, Engine& engine, const Point& P1, const Point& P2, bool skip1, bool skip2) {
     if (!skip1)
-        place_one_end(P1, P2);
+        place_one_end(mesh, engine, P1, P2);
     if (!skip2)
-        place_one_end(P2, P1);
+        place_one_end(mesh, engine, P2, P1);
 }
 
-void SIDESCAN(const Point& P1, const Point& P2, const CutMode& mode) {
-    if (indexes_are_on && mode.DEFERCUT)
-        return scan_rows_near(P1, P2, mode);
-    for (CutRow& row : CUTTAB)
+void SIDESCAN(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Point& P1, const Point& P2, const CutMode& mode) {
+    if (engine.uses_indexes && mode.DEFERCUT)
+        return scan_rows_near(mesh, tolerances, engine, P1, P2, mode);
+    for (CutRow& row : engine.rows)
         for (int i = 0; i < row.corners(); ++i)
-            SIDECUT(row, side_of(row, i), P1, P2, mode);
+            SIDECUT(mesh, tolerances, engine, row, side_of(row, i), P1, P2, mode);
 }
 
 }  // namespace brelan

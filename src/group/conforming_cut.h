@@ -15,18 +15,18 @@ struct CutMode {
 
 // Adds a row for each selected element that contains P1, then P2, then that the segment crosses, and hides
 // those elements from further calls.
-void COLLECT(const Point& P1, const Point& P2);
+void COLLECT(Mesh& mesh, Engine& engine, const Point& P1, const Point& P2);
 
 // Makes an end of the pair a node of the mesh: the nearest free corner of the row that contains it, a new
 // node on a side, or one inside.
-void PLACEEND(const Point& P1, const Point& P2, bool skip1, bool skip2);
+void PLACEEND(Mesh& mesh, Engine& engine, const Point& P1, const Point& P2, bool skip1, bool skip2);
 
 // Brings each side of each row to the segment: a free corner near the crossing moves onto it, else the side
 // gets a node there.
-void SIDESCAN(const Point& P1, const Point& P2, const CutMode& mode);
+void SIDESCAN(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Point& P1, const Point& P2, const CutMode& mode);
 
 // Splits the marked rows by their patterns, writes all rows back to the elements and empties the table. The
 // first part keeps the element's number, the others follow the highest.
-void SPLITROWS();
+void SPLITROWS(Mesh& mesh, Engine& engine);
 
 }  // namespace brelan

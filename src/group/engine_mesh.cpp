@@ -87,7 +87,7 @@ constexpr std::int32_t MOST_CELLS = 400;  // along one axis
 // that it still stands in older cells costs a test and changes nothing.
 class ElementIndex {
 public:
-    void build() {
+    void build(Mesh& mesh, Engine& engine) {
         cells_.clear();
         anywhere_.clear();
         head_.assign(static_cast<std::size_t>(MAXNP) + 1, NONE);
@@ -96,49 +96,49 @@ public:
         bounds_ = {0.0F, 0.0F, 0.0F, 0.0F};
         bool first = true;
         std::int32_t elements = 0;
-        for (std::int32_t e = 1; e <= NCONT; ++e) {
-            if (ETYPE[e] == EL_DELETED)
+        for (std::int32_t e = 1; e <= engine.highest_element; ++e) {
+            if (mesh.type[e] == EL_DELETED)
                 continue;
             ++elements;
-            for (const std::int32_t n : corners_of(e).n) {
+            for (const std::int32_t n : corners_of(mesh, e).n) {
                 if (n <= 0)
                     continue;
                 if (first)
-                    bounds_ = box_of(node_point(n), node_point(n));
+                    bounds_ = box_of(node_point(mesh, n), node_point(mesh, n));
                 first = false;
-                bounds_.include(node_point(n));
+                bounds_.include(node_point(mesh, n));
             }
         }
         const float side = std::sqrt(static_cast<float>(std::max(elements, 1)));
         count_ = std::clamp(static_cast<std::int32_t>(side), 1, MOST_CELLS);
         cells_.resize(static_cast<std::size_t>(count_) * static_cast<std::size_t>(count_));
-        for (std::int32_t e = 1; e <= NCONT; ++e)
-            if (ETYPE[e] != EL_DELETED)
-                note(e);
+        for (std::int32_t e = 1; e <= engine.highest_element; ++e)
+            if (mesh.type[e] != EL_DELETED)
+                note(mesh, e);
     }
 
-    void note(std::int32_t e) {
+    void note(Mesh& mesh, std::int32_t e) {
         if (cells_.empty())
             return;
-        for (const std::int32_t n : corners_of(e).n)
+        for (const std::int32_t n : corners_of(mesh, e).n)
             if (n > 0)
                 link(n, e);
-        place(e);
+        place(mesh, e);
     }
 
     // The elements of a moved node lie elsewhere now.
-    void note_node(std::int32_t n) {
+    void note_node(Mesh& mesh, std::int32_t n) {
         if (cells_.empty())
             return;
         for (std::int32_t i = head_[static_cast<std::size_t>(n)]; i != NONE;
              i = links_[static_cast<std::size_t>(i)].next)
-            place(links_[static_cast<std::size_t>(i)].element);
+            place(mesh, links_[static_cast<std::size_t>(i)].element);
     }
 
-    std::span<const std::int32_t> in(const Box& box) {
+    std::span<const std::int32_t> in(Engine& engine, const Box& box) {
         found_.clear();
-        if (!indexes_are_on || cells_.empty()) {
-            for (std::int32_t e = 1; e <= NCONT; ++e)
+        if (!engine.uses_indexes || cells_.empty()) {
+            for (std::int32_t e = 1; e <= engine.highest_element; ++e)
                 found_.push_back(e);
             return found_;
         }
@@ -152,10 +152,10 @@ public:
         return found_;
     }
 
-    std::vector<std::int32_t> with(std::span<const std::int32_t> nodes) {
+    std::vector<std::int32_t> with(Engine& engine, std::span<const std::int32_t> nodes) {
         std::vector<std::int32_t> elements;
-        if (!indexes_are_on || cells_.empty()) {
-            for (std::int32_t e = 1; e <= NCONT; ++e)
+        if (!engine.uses_indexes || cells_.empty()) {
+            for (std::int32_t e = 1; e <= engine.highest_element; ++e)
                 elements.push_back(e);
             return elements;
         }
@@ -188,23 +188,23 @@ private:
     std::int32_t cell_x(float x) const { return cell(x, bounds_.x0, bounds_.x1); }
     std::int32_t cell_y(float y) const { return cell(y, bounds_.y0, bounds_.y1); }
 
-    void place(std::int32_t e) {
-        const Corners corners = corners_of(e);
+    void place(Mesh& mesh, std::int32_t e) {
+        const Corners corners = corners_of(mesh, e);
         Box box{0.0F, 0.0F, 0.0F, 0.0F};
         bool first = true;
         for (const std::int32_t n : corners.n) {
             if (n <= 0)
                 continue;
             if (first)
-                box = box_of(node_point(n), node_point(n));
+                box = box_of(node_point(mesh, n), node_point(mesh, n));
             first = false;
-            box.include(node_point(n));
+            box.include(node_point(mesh, n));
         }
-        if (first || is_flat(corners, box)) {
+        if (first || is_flat(mesh, corners, box)) {
             anywhere_.push_back(e);
             return;
         }
-        const Box room = box.with_room(slanting_sides(corners));
+        const Box room = box.with_room(slanting_sides(mesh, corners));
         for (std::int32_t c = cell_x(room.x0); c <= cell_x(room.x1); ++c)
             for (std::int32_t r = cell_y(room.y0); r <= cell_y(room.y1); ++r) {
                 auto& list = cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
@@ -214,20 +214,20 @@ private:
             }
     }
 
-    static Extent slanting_sides(const Corners& corners) {
+    static Extent slanting_sides(Mesh& mesh, const Corners& corners) {
         Extent slanting;
         const int count = corners.n[3] > 0 ? 4 : 3;
         for (int i = 0; i < count; ++i)
-            slanting.include(node_point(corners.n[i]), node_point(corners.n[(i + 1) % count]));
+            slanting.include(node_point(mesh, corners.n[i]), node_point(mesh, corners.n[(i + 1) % count]));
         return slanting;
     }
 
     // A half of no area contains points of its whole line, wherever they are.
-    static bool is_flat(const Corners& corners, const Box& box) {
+    static bool is_flat(Mesh& mesh, const Corners& corners, const Box& box) {
         const auto flat = [&](std::int32_t a, std::int32_t b, std::int32_t c) {
             if (a <= 0 || b <= 0 || c <= 0)
                 return true;
-            const double area = std::abs(2.0 * ARSUM(node_point(a), node_point(b), node_point(c)));
+            const double area = std::abs(2.0 * ARSUM(node_point(mesh, a), node_point(mesh, b), node_point(mesh, c)));
             const double coordinate = static_cast<double>(
                 std::max({std::abs(box.x0), std::abs(box.x1), std::abs(box.y0), std::abs(box.y1)}));
             return !(area > 1.0E-10 * static_cast<double>(box.size()) * coordinate);
@@ -265,94 +265,94 @@ float distance(const Point& a, const Point& b) {
     return DIST2D(a.x, a.y, b.x, b.y);
 }
 
-bool is_joint(std::int32_t e) {
-    switch (KIND()) {
+bool is_joint(Mesh& mesh, std::int32_t e) {
+    switch (mesh.kind) {
         case LayoutKind::coupled:
-            return KS[e] > 0;
+            return mesh.skeleton[e] > 0;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            return IDH[e] < 0;
+            return mesh.attribute[e] < 0;
         default:
-            return DEN[e] < 0.0F;
+            return mesh.density[e] < 0.0F;
     }
 }
 
-Corners corners_of(std::int32_t e) {
-    const ElementWords& w = IEL[e];
+Corners corners_of(Mesh& mesh, std::int32_t e) {
+    const ElementWords& w = mesh.words[e];
     // The cut hides the elements that it works on behind a negative first corner.
     return {{std::abs(w.I1), w.I2, w.I3, w.I4}};
 }
 
-void set_corners(std::int32_t e, const Corners& corners) {
-    ElementWords& w = IEL[e];
+void set_corners(Mesh& mesh, Engine& engine, std::int32_t e, const Corners& corners) {
+    ElementWords& w = mesh.words[e];
     w.I1 = corners.n[0];
     w.I2 = corners.n[1];
     w.I3 = corners.n[2];
     w.I4 = corners.n[3];
-    the_index.note(e);
+    engine.element_index.note(mesh, e);
 }
 
-Point centroid(std::int32_t e) {
+Point centroid(Mesh& mesh, std::int32_t e) {
     Point sum;
     float count = 0.0F;
-    const ElementWords& w = IEL[e];
+    const ElementWords& w = mesh.words[e];
     for (const std::int32_t n : {w.I1, w.I2, w.I3, w.I4}) {
         if (n <= 0)
             continue;
-        sum = {sum.x + XC[n], sum.y + YC[n]};
+        sum = {sum.x + mesh.x[n], sum.y + mesh.y[n]};
         count = count + 1.0F;
     }
     return {sum.x / count, sum.y / count};
 }
 
-std::int32_t add_node(const Point& point) {
-    if (NUMNP >= MAXNP)
+std::int32_t add_node(Mesh& mesh, Engine& engine, const Point& point) {
+    if (engine.highest_node >= MAXNP)
         FAIL("group engine: expected at most " + std::to_string(MAXNP) +
              " node numbers, but the groups need a new one behind the last");
-    ++NUMNP;
-    FROZEN[NUMNP] = 0;
-    move_node(NUMNP, point);
-    return NUMNP;
+    ++engine.highest_node;
+    engine.frozen[engine.highest_node] = 0;
+    move_node(mesh, engine, engine.highest_node, point);
+    return engine.highest_node;
 }
 
-std::int32_t add_element() {
-    if (NCONT >= MAXEL)
+std::int32_t add_element(Engine& engine) {
+    if (engine.highest_element >= MAXEL)
         FAIL("group engine: expected at most " + std::to_string(MAXEL) +
              " element numbers, but the groups need a new one behind the last");
-    return ++NCONT;
+    return ++engine.highest_element;
 }
 
-void move_node(std::int32_t n, const Point& point) {
+void move_node(Mesh& mesh, Engine& engine, std::int32_t n, const Point& point) {
     if (!std::isfinite(point.x) || !std::isfinite(point.y))
-        FAIL("group " + std::to_string(CURRENT_GROUP) + ": expected coordinates that are numbers, but node " +
+        FAIL("group " + std::to_string(engine.group) + ": expected coordinates that are numbers, but node " +
              std::to_string(n) + " would get one that is none");
-    XC[n] = point.x;
-    YC[n] = point.y;
-    the_index.note_node(n);
-    note_node_place(n);
+    mesh.x[n] = point.x;
+    mesh.y[n] = point.y;
+    engine.element_index.note_node(mesh, n);
+    note_node_place(mesh, engine, n);
 }
 
-void build_indexes() {
-    the_index.build();
-    forget_node_places();
+void build_indexes(Mesh& mesh, Engine& engine) {
+    engine.element_index.build(mesh, engine);
+    forget_node_places(engine);
 }
 
-void note_element(std::int32_t e) {
-    the_index.note(e);
+void note_element(Mesh& mesh, Engine& engine, std::int32_t e) {
+    engine.element_index.note(mesh, e);
 }
 
-std::span<const std::int32_t> elements_met_by(const Point& p1, const Point& p2) {
+std::span<const std::int32_t> elements_met_by(Engine& engine, const Point& p1, const Point& p2) {
     Extent slanting;
     slanting.include(p1, p2);
-    return the_index.in(box_of(p1, p2).with_room(slanting));
+    return engine.element_index.in(engine, box_of(p1, p2).with_room(slanting));
 }
 
-std::span<const std::int32_t> elements_near(const Point& p1, const Point& p2, float reach) {
-    return the_index.in(box_of(p1, p2).with_room({}, reach));
+std::span<const std::int32_t> elements_near(Engine& engine, const Point& p1, const Point& p2, float reach) {
+    return engine.element_index.in(engine, box_of(p1, p2).with_room({}, reach));
 }
 
-std::vector<std::int32_t> elements_with(std::span<const std::int32_t> nodes) {
-    return the_index.with(nodes);
+std::vector<std::int32_t> elements_with(Engine& engine, std::span<const std::int32_t> nodes) {
+    return engine.element_index.with(engine, nodes);
 }
 
 }  // namespace brelan

@@ -10,41 +10,41 @@
 
 namespace brelan {
 
-inline Point node_point(std::int32_t n) {
-    return {XC[n], YC[n]};
+inline Point node_point(Mesh& mesh, std::int32_t n) {
+    return {mesh.x[n], mesh.y[n]};
 }
 
 float distance(const Point& a, const Point& b);
 
 // True for a continuum element that carries the mark of a joint: KS above 0, IDH below 0 or DEN below 0 by
 // kind.
-bool is_joint(std::int32_t e);
+bool is_joint(Mesh& mesh, std::int32_t e);
 
 // A selected element: a continuum element that Card 3.3.5.2 does not name and that is no joint or duplicate
 // of this run.
-inline bool is_selected(std::int32_t e) {
-    return ETYPE[e] == EL_CONTINUUM && ELIST[e] != 0;
+inline bool is_selected(Mesh& mesh, Engine& engine, std::int32_t e) {
+    return mesh.type[e] == EL_CONTINUUM && engine.workable[e] != 0;
 }
 
 // The corner words of an element in their order.
 struct Corners {
     std::int32_t n[4];
 };
-Corners corners_of(std::int32_t e);
-void set_corners(std::int32_t e, const Corners& corners);
+Corners corners_of(Mesh& mesh, std::int32_t e);
+void set_corners(Mesh& mesh, Engine& engine, std::int32_t e, const Corners& corners);
 
 // Mean of the corners with positive numbers: their sum in corner order, then divided.
-Point centroid(std::int32_t e);
+Point centroid(Mesh& mesh, std::int32_t e);
 
 // A new node behind the highest, free to move; its code words stay as found. Ends the run when there is no
 // number left.
-std::int32_t add_node(const Point& point);
+std::int32_t add_node(Mesh& mesh, Engine& engine, const Point& point);
 
 // A new element number behind the highest. Ends the run when there is none left.
-std::int32_t add_element();
+std::int32_t add_element(Engine& engine);
 
 // Moves a node. Ends the run when a coordinate is not a number.
-void move_node(std::int32_t n, const Point& point);
+void move_node(Mesh& mesh, Engine& engine, std::int32_t n, const Point& point);
 
 // --- where elements lie --------------------------------------------------------------------------
 
@@ -52,19 +52,19 @@ void move_node(std::int32_t n, const Point& point);
 // place, so what is found with it is what a scan of all elements in ascending number would find.
 
 // Builds the index over elements 1 to NCONT, and forgets what was known of another mesh.
-void build_indexes();
+void build_indexes(Mesh& mesh, Engine& engine);
 
 // Notes that an element has new corners.
-void note_element(std::int32_t e);
+void note_element(Mesh& mesh, Engine& engine, std::int32_t e);
 
 // All elements that may contain an end of the segment or have a side crossed by it, in ascending number. The
 // list holds until the next call for elements.
-std::span<const std::int32_t> elements_met_by(const Point& p1, const Point& p2);
+std::span<const std::int32_t> elements_met_by(Engine& engine, const Point& p1, const Point& p2);
 
 // The same of the elements that may have a node, or their middle, within a reach of the box of two points.
-std::span<const std::int32_t> elements_near(const Point& p1, const Point& p2, float reach = 0.0F);
+std::span<const std::int32_t> elements_near(Engine& engine, const Point& p1, const Point& p2, float reach = 0.0F);
 
 // All elements that may have one of the nodes as a corner, in ascending number.
-std::vector<std::int32_t> elements_with(std::span<const std::int32_t> nodes);
+std::vector<std::int32_t> elements_with(Engine& engine, std::span<const std::int32_t> nodes);
 
 }  // namespace brelan

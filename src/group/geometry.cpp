@@ -266,7 +266,7 @@ std::int32_t SCANPOLY(const Point& point, std::span<const Point> polygon, std::i
     if (NB > static_cast<std::size_t>(MAXPOLYGON)) {
         std::array<char, 11> number{};
         put_integer(number.data(), static_cast<int>(number.size()), static_cast<std::int32_t>(NB));
-        console_write(" NB =  " + std::string(number.data(), number.size()) + "\n");
+        console.write(" NB =  " + std::string(number.data(), number.size()) + "\n");
         STOPRUN("222");
     }
     int left_of_point = 0;

@@ -9,8 +9,8 @@ namespace brelan {
 inline bool indexes_are_on = true;
 
 // With false, every search of the engine is a plain scan in ascending order.
-inline void use_indexes(bool on) {
-    indexes_are_on = on;
+inline void use_indexes(Engine& engine, bool on) {
+    engine.uses_indexes = on;
 }
 
 }  // namespace brelan

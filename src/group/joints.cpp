@@ -15,27 +15,27 @@ namespace {
 constexpr float ON_LIMIT = 0.0001F;   // a line node so near to a limit of the mesh lies on it
 constexpr float NO_SHIFT = 1.0E-10F;  // shift along a limit that cannot be scaled
 
-std::vector<Point> points_of(std::span<const std::int32_t> nodes) {
+std::vector<Point> points_of(Mesh& mesh, std::span<const std::int32_t> nodes) {
     std::vector<Point> points;
     for (const std::int32_t n : nodes)
-        points.push_back(node_point(n));
+        points.push_back(node_point(mesh, n));
     return points;
 }
 
-void set_joint_attributes(std::int32_t e, std::int32_t KFj) {
-    switch (KIND()) {
+void set_joint_attributes(Mesh& mesh, std::int32_t e, std::int32_t KFj) {
+    switch (mesh.kind) {
         case LayoutKind::coupled:
-            KS[e] = 1;
-            KF[e] = KFj;
-            INTR[e] = 0;
+            mesh.skeleton[e] = 1;
+            mesh.fluid[e] = KFj;
+            mesh.integration_r[e] = 0;
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            IDH[e] = -std::abs(KFj) - 100;
+            mesh.attribute[e] = -std::abs(KFj) - 100;
             break;
         case LayoutKind::displacement:
-            THIC[e] = 1.0F;
-            DEN[e] = -1.0F;
+            mesh.thickness[e] = 1.0F;
+            mesh.density[e] = -1.0F;
             break;
     }
 }
@@ -59,35 +59,35 @@ bool is_left(const std::vector<Point>& line, bool closed, std::size_t k, const P
 
 // Why no twin can be put beside place k of a line, where that can be told: an edge without length has no left
 // side, and shifted edges meet nowhere where the line turns back.
-std::string missing_place(std::span<const std::int32_t> nodes, bool closed, std::size_t k) {
+std::string missing_place(Mesh& mesh, std::span<const std::int32_t> nodes, bool closed, std::size_t k) {
     const std::size_t c = nodes.size();
     const std::int32_t before = k > 0 || closed ? nodes[(k + c - 1) % c] : 0;
     const std::int32_t behind = k + 1 < c || closed ? nodes[(k + 1) % c] : 0;
-    const Point at = node_point(nodes[k]);
+    const Point at = node_point(mesh, nodes[k]);
     for (const std::int32_t other : {before, behind})
-        if (other != 0 && distance(node_point(other), at) == 0.0F)
+        if (other != 0 && distance(node_point(mesh, other), at) == 0.0F)
             return ": nodes " + std::to_string(nodes[k]) + " and " + std::to_string(other) +
                    " of the line lie at one point, as when two joints of no width lie on one line";
     if (before == 0 || behind == 0)
         return "";
-    const Point from = node_point(before), to = node_point(behind);
+    const Point from = node_point(mesh, before), to = node_point(mesh, behind);
     const bool turns = (at.x - from.x) * (to.x - at.x) + (at.y - from.y) * (to.y - at.y) < 0.0F;
     return turns ? ": the line turns back on itself there" : "";
 }
 
-void require_place(std::span<const std::int32_t> nodes, bool closed, std::size_t k, const Point& twin) {
+void require_place(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, bool closed, std::size_t k, const Point& twin) {
     if (std::isfinite(twin.x) && std::isfinite(twin.y))
         return;
-    FAIL("group " + std::to_string(CURRENT_GROUP) +
+    FAIL("group " + std::to_string(engine.group) +
          ": expected coordinates that are numbers, but the twin of node " + std::to_string(nodes[k]) +
-         " of its line would get one that is none" + missing_place(nodes, closed, k));
+         " of its line would get one that is none" + missing_place(mesh, nodes, closed, k));
 }
 
 }  // namespace
 
-std::vector<Point> offset_line(std::span<const std::int32_t> nodes, bool closed, float THICj) {
+std::vector<Point> offset_line(Mesh& mesh, std::span<const std::int32_t> nodes, bool closed, float THICj) {
     const float T = std::abs(THICj);
-    std::vector<Point> line = points_of(nodes);
+    std::vector<Point> line = points_of(mesh, nodes);
     const std::size_t c = line.size();
     if (c < 2)
         return line;
@@ -111,53 +111,53 @@ std::vector<Point> offset_line(std::span<const std::int32_t> nodes, bool closed,
     return twins;
 }
 
-std::vector<std::int32_t> TWINLINE(std::span<const std::int32_t> nodes, bool closed, float THICj) {
-    const std::vector<Point> places = offset_line(nodes, closed, THICj);
-    const auto words = static_cast<std::size_t>(kind_row().node_codes);
+std::vector<std::int32_t> TWINLINE(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, bool closed, float THICj) {
+    const std::vector<Point> places = offset_line(mesh, nodes, closed, THICj);
+    const auto words = static_cast<std::size_t>(kind_row(mesh.kind).node_codes);
     std::vector<std::int32_t> twins;
     for (std::size_t k = 0; k < nodes.size(); ++k) {
         const std::int32_t node = nodes[k];
-        require_place(nodes, closed, k, places[k]);
-        const std::int32_t twin = add_node(places[k]);
+        require_place(mesh, engine, nodes, closed, k, places[k]);
+        const std::int32_t twin = add_node(mesh, engine, places[k]);
         for (std::size_t i = 0; i < words; ++i)
-            IDN[twin][i] = IDN[node][i];
-        if (has_node_values()) {
-            H[twin] = H[node];
-            CF[twin] = CF[node];
+            mesh.codes[twin][i] = mesh.codes[node][i];
+        if (has_node_values(mesh.kind)) {
+            mesh.head[twin] = mesh.head[node];
+            mesh.coefficient[twin] = mesh.coefficient[node];
         }
-        FROZEN[node] = FROZEN[twin] = 1;
+        engine.frozen[node] = engine.frozen[twin] = 1;
         twins.push_back(twin);
     }
     return twins;
 }
 
-void ADDJOINTS(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
+void ADDJOINTS(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
                std::int32_t MATj, std::int32_t KFj) {
     const std::size_t c = nodes.size();
     if (c < 2)
         return;
     for (std::size_t k = 0; k < (closed ? c : c - 1); ++k) {
         const std::size_t next = (k + 1) % c;
-        const std::int32_t e = add_element();
-        ETYPE[e] = EL_CONTINUUM;
-        ELIST[e] = 0;
-        IEL[e].MATNO = MATj;
-        set_joint_attributes(e, KFj);
-        set_corners(e, {{nodes[k], nodes[next], twins[next], twins[k]}});
+        const std::int32_t e = add_element(engine);
+        mesh.type[e] = EL_CONTINUUM;
+        engine.workable[e] = 0;
+        mesh.words[e].MATNO = MATj;
+        set_joint_attributes(mesh, e, KFj);
+        set_corners(mesh, engine, e, {{nodes[k], nodes[next], twins[next], twins[k]}});
     }
 }
 
-void MOVEACROSS(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed) {
+void MOVEACROSS(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed) {
     if (nodes.size() < 2)
         return;
-    const std::vector<Point> line = points_of(nodes);
+    const std::vector<Point> line = points_of(mesh, nodes);
     std::unordered_map<std::int32_t, std::size_t> place;  // of a node in the list, which names none twice
     for (std::size_t k = 0; k < nodes.size(); ++k)
         place.emplace(nodes[k], k);
-    for (const std::int32_t e : elements_with(nodes)) {
-        if (ETYPE[e] == EL_DELETED || (ETYPE[e] == EL_CONTINUUM && is_joint(e)))
+    for (const std::int32_t e : elements_with(engine, nodes)) {
+        if (mesh.type[e] == EL_DELETED || (mesh.type[e] == EL_CONTINUUM && is_joint(mesh, e)))
             continue;
-        const Corners before = corners_of(e);
+        const Corners before = corners_of(mesh, e);
         Corners after = before;
         bool moved = false;
         Point G;
@@ -167,40 +167,40 @@ void MOVEACROSS(std::span<const std::int32_t> nodes, std::span<const std::int32_
             if (found == place.end())
                 continue;
             if (!has_centroid)
-                G = centroid(e);
+                G = centroid(mesh, e);
             has_centroid = true;
             const bool left = is_left(line, closed, found->second, G);
-            if (left != (ELEMSIGN[e] >= 0))
+            if (left != (engine.side_sign[e] >= 0))
                 continue;
             after.n[j] = twins[found->second];
             moved = true;
         }
         if (!moved)
             continue;
-        TWINSAVE.push_back({e, {before.n[0], before.n[1], before.n[2], before.n[3]}});
-        set_corners(e, after);
+        engine.saved_corners.push_back({e, {before.n[0], before.n[1], before.n[2], before.n[3]}});
+        set_corners(mesh, engine, e, after);
     }
 }
 
-void TWINFIX(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
+void TWINFIX(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
              float THICj) {
     const float T = std::abs(THICj);
-    const std::vector<Point> places = offset_line(nodes, closed, THICj);
+    const std::vector<Point> places = offset_line(mesh, nodes, closed, THICj);
     for (std::size_t k = 0; k < nodes.size(); ++k) {
-        const Point line = node_point(nodes[k]);
+        const Point line = node_point(mesh, nodes[k]);
         Point twin = places[k];
-        if (line.x < LIMITS.XMIN + ON_LIMIT || line.x > LIMITS.XMAX - ON_LIMIT) {
+        if (line.x < engine.limits.XMIN + ON_LIMIT || line.x > engine.limits.XMAX - ON_LIMIT) {
             const float D = twin.y - line.y;
             if (std::abs(D) >= NO_SHIFT)
                 twin = {line.x, line.y + T * T / D};
         }
-        if (line.y < LIMITS.YMIN + ON_LIMIT) {
+        if (line.y < engine.limits.YMIN + ON_LIMIT) {
             const float D = twin.x - line.x;
             if (std::abs(D) >= NO_SHIFT)
                 twin = {line.x + T * T / D, line.y};
         }
-        require_place(nodes, closed, k, twin);
-        move_node(twins[k], twin);
+        require_place(mesh, engine, nodes, closed, k, twin);
+        move_node(mesh, engine, twins[k], twin);
     }
 }
 

@@ -19,10 +19,10 @@ inline std::vector<SavedCorners> TWINSAVE;
 
 // The twins' places for a line: each edge is shifted by |THICj| to its left, and the shifted edges meet in
 // mitres.
-std::vector<Point> offset_line(std::span<const std::int32_t> nodes, bool closed, float THICj);
+std::vector<Point> offset_line(Mesh& mesh, std::span<const std::int32_t> nodes, bool closed, float THICj);
 
 // Adds the twin nodes of a line, with the codes of their line nodes; both are frozen. Returns their numbers.
-std::vector<std::int32_t> TWINLINE(std::span<const std::int32_t> nodes, bool closed, float THICj);
+std::vector<std::int32_t> TWINLINE(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, bool closed, float THICj);
 
 // Fills the gap with joint elements of a material. KFj is the attribute of the kind as the driver holds it.
 //
@@ -32,17 +32,17 @@ std::vector<std::int32_t> TWINLINE(std::span<const std::int32_t> nodes, bool clo
 //         +--------------+
 //      I1 = line k   I2 = line k + 1
 //
-void ADDJOINTS(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
+void ADDJOINTS(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
                std::int32_t MATj, std::int32_t KFj);
 
 // Moves the elements to the left of the line to the twin nodes; those marked by a negative LTP stay, and move
 // when they are to its right. A line of one node has no sides and no joint: nothing moves, else a beam or
 // truss would be left hanging on the twin.
-void MOVEACROSS(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed);
+void MOVEACROSS(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed);
 
 // Computes the twins' places anew, as the line lies now, and keeps twins at the left, right and lower limits
 // of the mesh on these limits. The top is the free surface and has no such rule.
-void TWINFIX(std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
+void TWINFIX(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
              float THICj);
 
 }  // namespace brelan

@@ -9,7 +9,7 @@ namespace brelan {
 // Strings line elements of |LTP| along the nodes (2 beams; 3, 4, 5 trusses; others none) with material LMAT,
 // and writes the node words of the kind. With MOVE 1 the nodes are frozen. A negative LTP marks the elements
 // for ELEMSIGN.
-void LINEELEM(std::int32_t MOVE, bool closed, std::int32_t LTP, std::int32_t LMAT,
+void LINEELEM(Mesh& mesh, Engine& engine, GroupListing& listing, std::int32_t MOVE, bool closed, std::int32_t LTP, std::int32_t LMAT,
               std::span<const std::int32_t> nodes);
 
 }  // namespace brelan

@@ -52,12 +52,12 @@ JointRecord read_joint_record(Channel& file) {
     return record;
 }
 
-void write_listing_row(Channel& file, std::int32_t group, std::int32_t sub_kind, std::int32_t MTYPE,
+void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group, std::int32_t sub_kind, std::int32_t MTYPE,
                        std::int32_t closed, std::span<const Point> points) {
-    if (NGRP >= MAXGROUPS)
+    if (listing.count >= MAXGROUPS)
         FAIL("group " + std::to_string(group) + ": expected at most " + std::to_string(MAXGROUPS) +
              " outlines, lines and joints in all groups, found more");
-    ++NGRP;
+    ++listing.count;
     write_free(file, group, sub_kind);
     write_free(file, MTYPE, closed);
     write_free(file, static_cast<std::int32_t>(points.size()));
@@ -65,30 +65,30 @@ void write_listing_row(Channel& file, std::int32_t group, std::int32_t sub_kind,
         write_free(file, p.x, p.y);
 }
 
-void list_record(Channel& file, const JointRecord& record) {
+void list_record(Mesh& mesh, GroupListing& listing, Channel& file, const JointRecord& record) {
     const auto places = [](std::span<const std::int32_t> nodes) {
         std::vector<Point> points;
         for (const std::int32_t n : nodes)
-            points.push_back(node_point(n));
+            points.push_back(node_point(mesh, n));
         return points;
     };
     if (record.LTi != 0 && record.LMi != 0)
-        write_listing_row(file, record.group, ROW_LINE, record.MTYPE, record.closed, places(record.nodes));
+        write_listing_row(listing, file, record.group, ROW_LINE, record.MTYPE, record.closed, places(record.nodes));
     if (record.MTYPE >= 0)
         return;
     if (record.LTo != 0 && record.LMo != 0)
-        write_listing_row(file, record.group, ROW_LINE, record.MTYPE, record.closed, places(record.twins));
+        write_listing_row(listing, file, record.group, ROW_LINE, record.MTYPE, record.closed, places(record.twins));
     std::vector<Point> strip;
     for (std::size_t k = 0; k < record.nodes.size(); ++k) {
-        strip.push_back(node_point(record.nodes[k]));
-        strip.push_back(node_point(record.twins[k]));
+        strip.push_back(node_point(mesh, record.nodes[k]));
+        strip.push_back(node_point(mesh, record.twins[k]));
     }
-    write_listing_row(file, record.group, ROW_JOINT, record.MTYPE, record.closed, strip);
+    write_listing_row(listing, file, record.group, ROW_JOINT, record.MTYPE, record.closed, strip);
 }
 
-void READLISTING(Channel& file) {
-    for (std::int32_t i = 1; i <= NGRP; ++i) {
-        ListingRow& row = LISTING[i];
+void READLISTING(GroupListing& listing, Channel& file) {
+    for (std::int32_t i = 1; i <= listing.count; ++i) {
+        ListingRow& row = listing.rows[i];
         std::int32_t count = 0;
         read_free(file, "group number and sub-kind", row.group, row.sub_kind);
         read_free(file, "MTYPE and closed flag", row.MTYPE, row.closed);

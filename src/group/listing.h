@@ -25,14 +25,14 @@ void write_joint_record(Channel& file, const JointRecord& record);
 JointRecord read_joint_record(Channel& file);
 
 // Writes one row and counts it in NGRP. Ends the run when the listing is full.
-void write_listing_row(Channel& file, std::int32_t group, std::int32_t sub_kind, std::int32_t MTYPE,
+void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group, std::int32_t sub_kind, std::int32_t MTYPE,
                        std::int32_t closed, std::span<const Point> points);
 
 // Turns a joint record into its rows: the line and the twin line where they have elements, then the joint
 // strip.
-void list_record(Channel& file, const JointRecord& record);
+void list_record(Mesh& mesh, GroupListing& listing, Channel& file, const JointRecord& record);
 
 // Pass 14.3: reads the NGRP rows back into LISTING.
-void READLISTING(Channel& file);
+void READLISTING(GroupListing& listing, Channel& file);
 
 }  // namespace brelan

@@ -36,10 +36,10 @@ struct ScannedOutline : ScannedRow {
 std::vector<ScannedOutline> outlines;
 std::vector<ScannedRow> lines, strips;
 
-RowBox box_of(const ListingRow& row) {
+RowBox box_of(Tolerances& tolerances, Engine& engine, const ListingRow& row) {
     RowBox box;
     const bool tested = row.points.size() > 0 && row.points.size() <= static_cast<std::size_t>(MAXPOLYGON);
-    if (!tested || !indexes_are_on)
+    if (!tested || !engine.uses_indexes)
         return box;
     box = {row.points[0].x, row.points[0].y, row.points[0].x, row.points[0].y, false};
     for (const Point& p : row.points) {
@@ -49,19 +49,19 @@ RowBox box_of(const ListingRow& row) {
         box.y1 = std::max(box.y1, p.y);
     }
     const float size = std::abs(box.x0) + std::abs(box.x1) + std::abs(box.y0) + std::abs(box.y1);
-    const float room = std::abs(TOLLINE) * 1.01F + size * 1.0E-5F;
+    const float room = std::abs(tolerances.line) * 1.01F + size * 1.0E-5F;
     return {box.x0 - room, box.y0 - room, box.x1 + room, box.y1 + room, false};
 }
 
 // Mean of the first words with a positive number.
-Point mean_of(const ElementWords& w, int count) {
+Point mean_of(Mesh& mesh, const ElementWords& w, int count) {
     const std::int32_t nodes[4] = {w.I1, w.I2, w.I3, w.I4};
     Point sum;
     float found = 0.0F;
     for (int i = 0; i < count; ++i) {
         if (nodes[i] <= 0)
             continue;
-        sum = {sum.x + XC[nodes[i]], sum.y + YC[nodes[i]]};
+        sum = {sum.x + mesh.x[nodes[i]], sum.y + mesh.y[nodes[i]]};
         found = found + 1.0F;
     }
     return {sum.x / found, sum.y / found};
@@ -71,16 +71,16 @@ Point middle(const Point& a, const Point& b) {
     return {(a.x + b.x) / 2.0F, (a.y + b.y) / 2.0F};
 }
 
-bool on_line(const ListingRow& row, const Point& G) {
+bool on_line(Tolerances& tolerances, const ListingRow& row, const Point& G) {
     const std::size_t p = row.points.size();
     const std::size_t edges = row.closed == 1 ? p : p - 1;
     for (std::size_t i = 0; i < edges; ++i)
-        if (distance(middle(row.points[i], row.points[(i + 1) % p]), G) <= TOLLINE)
+        if (distance(middle(row.points[i], row.points[(i + 1) % p]), G) <= tolerances.line)
             return true;
     return false;
 }
 
-bool in_strip(const ListingRow& row, const Point& G) {
+bool in_strip(Tolerances& tolerances, const ListingRow& row, const Point& G) {
     const std::size_t p = row.points.size() / 2;
     const std::size_t cells = row.closed == 1 ? p : p - 1;
     for (std::size_t k = 0; k < cells; ++k) {
@@ -90,7 +90,7 @@ bool in_strip(const ListingRow& row, const Point& G) {
         const Point& c = row.points[2 * next];
         const Point& d = row.points[2 * next + 1];
         const Point G4{(a.x + b.x + c.x + d.x) / 4.0F, (a.y + b.y + c.y + d.y) / 4.0F};
-        if (distance(G4, G) <= TOLLINE)
+        if (distance(G4, G) <= tolerances.line)
             return true;
     }
     return false;
@@ -98,65 +98,65 @@ bool in_strip(const ListingRow& row, const Point& G) {
 
 // Calls the action with the number of each row that an element belongs to.
 template <class Action>
-void for_rows_of(const ElementWords& words, std::int8_t type, Action action) {
-    const Point centre = mean_of(words, type == EL_CONTINUUM ? 4 : 2);
+void for_rows_of(Mesh& mesh, Tolerances& tolerances, GroupListing& listing, const ElementWords& words, std::int8_t type, Action action) {
+    const Point centre = mean_of(mesh, words, type == EL_CONTINUUM ? 4 : 2);
     const auto scan = [&](const auto& rows, auto holds) {
         for (const auto& scanned : rows)
             if (scanned.box.may_hold(centre) && holds(scanned))
                 action(scanned.row);
     };
-    scan(outlines, [&](const ScannedOutline& outline) { return outline.polygon.inside(centre); });
+    scan(listing.outlines, [&](const ScannedOutline& outline) { return outline.polygon.inside(centre); });
     if (type == EL_CONTINUUM)
-        scan(strips, [&](const ScannedRow& strip) { return in_strip(LISTING[strip.row], centre); });
+        scan(listing.strips, [&](const ScannedRow& strip) { return in_strip(tolerances, listing.rows[strip.row], centre); });
     else
-        scan(lines, [&](const ScannedRow& line) { return on_line(LISTING[line.row], centre); });
+        scan(listing.lines_scanned, [&](const ScannedRow& line) { return on_line(tolerances, listing.rows[line.row], centre); });
 }
 
-void count_material(std::int8_t type, std::int32_t material) {
-    std::int32_t& highest = type == EL_CONTINUUM ? NMATC : type == EL_BEAM ? NMATB : NMATT;
+void count_material(GroupListing& listing, std::int8_t type, std::int32_t material) {
+    std::int32_t& highest = type == EL_CONTINUUM ? listing.highest_material : type == EL_BEAM ? listing.highest_beam_material : listing.highest_truss_material;
     highest = std::max(highest, material);
     if (type != EL_TRUSS || material <= 0)
         return;
-    if (NTRUSM.size() <= static_cast<std::size_t>(material))
-        NTRUSM.resize(static_cast<std::size_t>(material) + 1, 0);
-    ++NTRUSM[static_cast<std::size_t>(material)];
+    if (listing.trusses_of_material.size() <= static_cast<std::size_t>(material))
+        listing.trusses_of_material.resize(static_cast<std::size_t>(material) + 1, 0);
+    ++listing.trusses_of_material[static_cast<std::size_t>(material)];
 }
 
 }  // namespace
 
-void begin_membership() {
-    NMEMBER = NMATC = NMATB = NMATT = 0;
-    NTRUSM.clear();
-    outlines.clear();
-    lines.clear();
-    strips.clear();
-    for (std::int32_t i = 1; i <= NGRP; ++i) {
-        const ListingRow& row = LISTING[i];
+void begin_membership(Tolerances& tolerances, Engine& engine, GroupListing& listing) {
+    listing.members = listing.highest_material = listing.highest_beam_material = listing.highest_truss_material = 0;
+    listing.trusses_of_material.clear();
+    listing.outlines.clear();
+    listing.lines_scanned.clear();
+    listing.strips.clear();
+    for (std::int32_t i = 1; i <= listing.count; ++i) {
+        const ListingRow& row = listing.rows[i];
         if (row.MTYPE == 0 || row.MTYPE == -1 || row.points.empty())
             continue;
-        const ScannedRow scanned{box_of(row), i};
+        const ScannedRow scanned{box_of(tolerances, engine, row), i};
         const bool open_line = std::abs(row.MTYPE) == 2 && row.closed == 0;
         if (row.sub_kind == ROW_OUTLINE && !open_line)
-            outlines.push_back({scanned, PolygonScan(row.points)});
+            listing.outlines.push_back({scanned, PolygonScan(row.points)});
         else if (row.sub_kind == ROW_LINE)
-            lines.push_back(scanned);
+            listing.lines_scanned.push_back(scanned);
         else if (row.sub_kind == ROW_JOINT && row.MTYPE < 0 && row.points.size() >= 2)
-            strips.push_back(scanned);
+            listing.strips.push_back(scanned);
     }
 }
 
-std::vector<std::int32_t> listing_rows_of(const ElementWords& words, std::int8_t type) {
+std::vector<std::int32_t> listing_rows_of(Mesh& mesh, Tolerances& tolerances, GroupListing& listing, const ElementWords& words, std::int8_t type) {
     std::vector<std::int32_t> rows;
-    for_rows_of(words, type, [&](std::int32_t row) { rows.push_back(row); });
+    for_rows_of(mesh, tolerances, listing, words, type, [&](std::int32_t row) { rows.push_back(row); });
     return rows;
 }
 
-void GROUPMEMBER(Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type) {
-    count_material(type, words.MATNO);
-    for_rows_of(words, type, [&](std::int32_t i) {
-        ListingRow& row = LISTING[i];
+void GROUPMEMBER(Mesh& mesh, Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type) {
+    count_material(listing, type, words.MATNO);
+    for_rows_of(mesh, tolerances, listing, words, type, [&](std::int32_t i) {
+        ListingRow& row = listing.rows[i];
         ++row.members;
-        ++NMEMBER;
+        ++listing.members;
         MEMBER_RECORD.write(file, row.group, words.MATNO, element, static_cast<std::int32_t>(type),
                             row.sub_kind);
     });

@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::int32_t MOST_CELLS = 400;  // along one axis
 
-bool is_within(std::int32_t n, const Point& point, float reach) {
-    return distance(node_point(n), point) < reach;
+bool is_within(Mesh& mesh, std::int32_t n, const Point& point, float reach) {
+    return distance(node_point(mesh, n), point) < reach;
 }
 
 // Cells hold the numbers of the nodes that lie in them, ascending. A node that moves is entered again where
@@ -25,18 +25,18 @@ class NodeIndex {
 public:
     void forget() { cells_.clear(); }
 
-    void note(std::int32_t n) {
+    void note(Mesh& mesh, std::int32_t n) {
         if (cells_.empty())
             return;
-        std::vector<std::int32_t>& cell = cells_[place(column(XC[n]), row(YC[n]))];
+        std::vector<std::int32_t>& cell = cells_[place(column(mesh.x[n]), row(mesh.y[n]))];
         const auto at = std::lower_bound(cell.begin(), cell.end(), n);
         if (at == cell.end() || *at != n)
             cell.insert(at, n);
     }
 
-    std::int32_t lowest_within(const Point& point, float reach) {
+    std::int32_t lowest_within(Mesh& mesh, Engine& engine, const Point& point, float reach) {
         if (cells_.empty())
-            build();
+            build(mesh, engine);
         // Distances below the smallest normal number come out as 0.
         const float room_x = reach * 1.001F + std::abs(point.x) * 1.0E-6F + 1.0E-18F;
         const float room_y = reach * 1.001F + std::abs(point.y) * 1.0E-6F + 1.0E-18F;
@@ -46,27 +46,27 @@ public:
                 for (const std::int32_t n : cells_[place(c, r)]) {
                     if (n >= lowest)
                         break;
-                    if (is_within(n, point, reach))
+                    if (is_within(mesh, n, point, reach))
                         lowest = n;
                 }
-        return lowest <= NUMNP ? lowest : 0;
+        return lowest <= engine.highest_node ? lowest : 0;
     }
 
 private:
-    void build() {
-        x0_ = x1_ = XC[1];
-        y0_ = y1_ = YC[1];
-        for (std::int32_t n = 1; n <= NUMNP; ++n) {
-            x0_ = std::min(x0_, XC[n]);
-            x1_ = std::max(x1_, XC[n]);
-            y0_ = std::min(y0_, YC[n]);
-            y1_ = std::max(y1_, YC[n]);
+    void build(Mesh& mesh, Engine& engine) {
+        x0_ = x1_ = mesh.x[1];
+        y0_ = y1_ = mesh.y[1];
+        for (std::int32_t n = 1; n <= engine.highest_node; ++n) {
+            x0_ = std::min(x0_, mesh.x[n]);
+            x1_ = std::max(x1_, mesh.x[n]);
+            y0_ = std::min(y0_, mesh.y[n]);
+            y1_ = std::max(y1_, mesh.y[n]);
         }
-        const float side = std::sqrt(static_cast<float>(std::max(NUMNP, 1)));
+        const float side = std::sqrt(static_cast<float>(std::max(engine.highest_node, 1)));
         count_ = std::clamp(static_cast<std::int32_t>(side), 1, MOST_CELLS);
         cells_.assign(static_cast<std::size_t>(count_) * static_cast<std::size_t>(count_), {});
-        for (std::int32_t n = 1; n <= NUMNP; ++n)
-            cells_[place(column(XC[n]), row(YC[n]))].push_back(n);
+        for (std::int32_t n = 1; n <= engine.highest_node; ++n)
+            cells_[place(column(mesh.x[n]), row(mesh.y[n]))].push_back(n);
     }
 
     // Cells at the border reach beyond it without end.
@@ -89,21 +89,21 @@ NodeIndex the_index;
 
 }  // namespace
 
-std::int32_t lowest_node_within(const Point& point, float reach) {
-    if (indexes_are_on)
-        return the_index.lowest_within(point, reach);
-    for (std::int32_t n = 1; n <= NUMNP; ++n)
-        if (is_within(n, point, reach))
+std::int32_t lowest_node_within(Mesh& mesh, Engine& engine, const Point& point, float reach) {
+    if (engine.uses_indexes)
+        return engine.node_index.lowest_within(mesh, engine, point, reach);
+    for (std::int32_t n = 1; n <= engine.highest_node; ++n)
+        if (is_within(mesh, n, point, reach))
             return n;
     return 0;
 }
 
-void note_node_place(std::int32_t n) {
-    the_index.note(n);
+void note_node_place(Mesh& mesh, Engine& engine, std::int32_t n) {
+    engine.node_index.note(mesh, n);
 }
 
-void forget_node_places() {
-    the_index.forget();
+void forget_node_places(Engine& engine) {
+    engine.node_index.forget();
 }
 
 }  // namespace brelan

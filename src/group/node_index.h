@@ -9,12 +9,12 @@ namespace brelan {
 
 // The lowest node number from 1 to NUMNP whose distance from the point is strictly below the reach; 0 for
 // none. Numbers that no node uses count where they lie, at (0, 0).
-std::int32_t lowest_node_within(const Point& point, float reach);
+std::int32_t lowest_node_within(Mesh& mesh, Engine& engine, const Point& point, float reach);
 
 // Notes that a node is new or lies elsewhere.
-void note_node_place(std::int32_t n);
+void note_node_place(Mesh& mesh, Engine& engine, std::int32_t n);
 
 // Forgets all places: the nodes of another mesh are in the tables.
-void forget_node_places();
+void forget_node_places(Engine& engine);
 
 }  // namespace brelan

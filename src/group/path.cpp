@@ -27,36 +27,36 @@ struct CutPair {
     bool skip1 = true, skip2 = true;
 };
 
-void cut_pairs(const std::vector<CutPair>& pairs, std::int32_t IEND, bool deferred) {
+void cut_pairs(Mesh& mesh, Tolerances& tolerances, Engine& engine, const std::vector<CutPair>& pairs, std::int32_t IEND, bool deferred) {
     constexpr std::int32_t untouched = 3;
     if (IEND == untouched)
         return;
     const CutMode mode{IEND, deferred};
     const auto cut = [&](const CutPair& pair) {
-        PLACEEND(pair.P1, pair.P2, pair.skip1, pair.skip2);
+        PLACEEND(mesh, engine, pair.P1, pair.P2, pair.skip1, pair.skip2);
         if (IEND != 0)
-            SIDESCAN(pair.P1, pair.P2, mode);
+            SIDESCAN(mesh, tolerances, engine, pair.P1, pair.P2, mode);
     };
     if (!deferred) {
         for (const CutPair& pair : pairs) {
-            COLLECT(pair.P1, pair.P2);
+            COLLECT(mesh, engine, pair.P1, pair.P2);
             cut(pair);
-            SPLITROWS();
+            SPLITROWS(mesh, engine);
         }
         return;
     }
     for (const CutPair& pair : pairs)
-        COLLECT(pair.P1, pair.P2);
+        COLLECT(mesh, engine, pair.P1, pair.P2);
     for (const CutPair& pair : pairs)
         cut(pair);
-    SPLITROWS();
+    SPLITROWS(mesh, engine);
 }
 
 class PathBuilder {
 public:
     PathBuilder(std::int32_t g, Outline& outline) : g_(g), out_(outline) {}
 
-    Path build() {
+    Path build(Mesh& mesh, GroupCards& group_cards, Tolerances& tolerances, Engine& engine) {
         const GroupRow& group = out_.group;
         if (group.NSEGMENT < 1) {
             for (std::int32_t i = 1; i <= group.NPOINT; ++i)
@@ -67,7 +67,7 @@ public:
         LAST_ = at(1);
         path_.point.push_back(LAST_);
         for (std::int32_t k = 1; k <= group.NSEGMENT; ++k)
-            add_segment(k);
+            add_segment(mesh, group_cards, tolerances, engine, k);
         path_.edges = group.NSEGMENT == group.NPOINT ? path_.point.size() : path_.point.size() - 1;
         return std::move(path_);
     }
@@ -82,24 +82,24 @@ private:
                  std::to_string(MAXPOLYGON) + " parts, found " + std::to_string(N));
     }
 
-    void add_segment(std::int32_t k) {
-        const SegmentRow& segment = SEGREC[g_][k];
+    void add_segment(Mesh& mesh, GroupCards& group_cards, Tolerances& tolerances, Engine& engine, std::int32_t k) {
+        const SegmentRow& segment = group_cards.segments[g_][k];
         const Point centre{segment.Xo, segment.Yo};
         if (segment.LTYPE == ARC && segment.Qb != segment.Qe) {
-            add_arc(k, segment, centre);
+            add_arc(mesh, tolerances, engine, k, segment, centre);
         } else if (segment.LTYPE == ARC) {
             at(k) = ELLIPT(segment.Qb, centre, segment.Rx, segment.Ry);
             at(k + 1) = ELLIPT(segment.Qe, centre, segment.Rx, segment.Ry);
             LAST_ = at(k);
             if (k == 1)
                 path_.point.front() = at(k);
-            add_straight(k, segment);
+            add_straight(mesh, tolerances, engine, k, segment);
         } else if (segment.LTYPE == STRAIGHT) {
-            add_straight(k, segment);
+            add_straight(mesh, tolerances, engine, k, segment);
         }
     }
 
-    void add_straight(std::int32_t k, const SegmentRow& segment) {
+    void add_straight(Mesh& mesh, Tolerances& tolerances, Engine& engine, std::int32_t k, const SegmentRow& segment) {
         const bool closes = k == out_.group.NPOINT;
         const std::int32_t N = segment.NDIV == 0 ? 1 : std::abs(segment.NDIV);
         require_divisions(N, k);
@@ -110,13 +110,13 @@ private:
         std::vector<Point> SUB{start};
         for (std::int32_t i = 1; i <= N; ++i)
             SUB.push_back({SUB.back().x + step.x, SUB.back().y + step.y});
-        cut(SUB, segment, {});
+        cut(mesh, tolerances, engine, SUB, segment, {});
         if (segment.NDIV == 1 && segment.IEND == 0)
             path_.single.push_back(path_.point.size() - 1);
         append(SUB, closes);
     }
 
-    void add_arc(std::int32_t k, const SegmentRow& segment, const Point& centre) {
+    void add_arc(Mesh& mesh, Tolerances& tolerances, Engine& engine, std::int32_t k, const SegmentRow& segment, const Point& centre) {
         std::int32_t N = std::abs(segment.NDIV);
         if (N == 0) {
             const float parts = std::abs(std::round((segment.Qe - segment.Qb) * PARTS_PER_RADIAN));
@@ -141,12 +141,12 @@ private:
         // A full circle closes on its own start.
         const bool full =
             segment.Qb == 0.0F && segment.Qe >= FULL_CIRCLE_LOW && segment.Qe <= FULL_CIRCLE_HIGH;
-        cut(SUB, segment, full ? std::optional<Point>(LAST_) : std::nullopt);
+        cut(mesh, tolerances, engine, SUB, segment, full ? std::optional<Point>(LAST_) : std::nullopt);
         append(SUB, free_line() && k == out_.group.NPOINT);
     }
 
     // Cuts the pairs of a segment; the last point may be replaced by another to close a circle.
-    void cut(const std::vector<Point>& SUB, const SegmentRow& segment, std::optional<Point> closing) {
+    void cut(Mesh& mesh, Tolerances& tolerances, Engine& engine, const std::vector<Point>& SUB, const SegmentRow& segment, std::optional<Point> closing) {
         const std::size_t N = SUB.size() - 1;
         const std::int32_t IEND = segment.IEND;
         const bool places_start = IEND == 0 || IEND == -1 || IEND == -2 || IEND == 2;
@@ -156,7 +156,7 @@ private:
             for (std::size_t i = 1; i <= N; ++i)
                 pairs.push_back({i == 1 ? LAST_ : SUB[i - 1], i == N && closing ? *closing : SUB[i],
                                  !(i == 1 && places_start), !(i == N && places_end)});
-            cut_pairs(pairs, IEND, segment.NDIV <= 0);
+            cut_pairs(mesh, tolerances, engine, pairs, IEND, segment.NDIV <= 0);
         }
         LAST_ = SUB[N];
     }
@@ -180,21 +180,21 @@ struct Candidate {
     Point snapped;
 };
 
-void require_room(const KeptLine& line) {
+void require_room(Engine& engine, const KeptLine& line) {
     if (line.nodes.size() > static_cast<std::size_t>(MAXPATHNODES))
-        FAIL("group " + std::to_string(CURRENT_GROUP) + ": expected a line of at most " +
+        FAIL("group " + std::to_string(engine.group) + ": expected a line of at most " +
              std::to_string(MAXPATHNODES) + " nodes, found more");
 }
 
 // The nodes near an edge of continuum elements that the groups may work on, each at its first place: elements
 // in ascending number, corners in order. Every element with a node near the edge is itself near it, so the
 // places are those that a look at all elements would give.
-std::vector<std::int32_t> nodes_near(const Point& from, const Point& to, std::vector<bool>& seen) {
+std::vector<std::int32_t> nodes_near(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Point& from, const Point& to, std::vector<bool>& seen) {
     std::vector<std::int32_t> nodes;
-    for (const std::int32_t e : elements_near(from, to, TOLLINE)) {
-        if (!is_selected(e) || is_joint(e))
+    for (const std::int32_t e : elements_near(engine, from, to, tolerances.line)) {
+        if (!is_selected(mesh, engine, e) || is_joint(mesh, e))
             continue;
-        for (const std::int32_t n : corners_of(e).n) {
+        for (const std::int32_t n : corners_of(mesh, e).n) {
             if (n <= 0 || seen[static_cast<std::size_t>(n)])
                 continue;
             seen[static_cast<std::size_t>(n)] = true;
@@ -207,11 +207,11 @@ std::vector<std::int32_t> nodes_near(const Point& from, const Point& to, std::ve
 }
 
 // True for a node beyond the reach of NEARLINE at both ends and everywhere between.
-bool is_far(const Point& from, const Point& to, const Point& node) {
-    if (!indexes_are_on)
+bool is_far(Tolerances& tolerances, Engine& engine, const Point& from, const Point& to, const Point& node) {
+    if (!engine.uses_indexes)
         return false;
     const float size = std::max({std::abs(from.x), std::abs(from.y), std::abs(to.x), std::abs(to.y)});
-    const float reach = std::abs(TOLLINE) * 1.001F + size * 1.0E-6F + 1.0E-18F;
+    const float reach = std::abs(tolerances.line) * 1.001F + size * 1.0E-6F + 1.0E-18F;
     return node.x < std::min(from.x, to.x) - reach || node.x > std::max(from.x, to.x) + reach ||
            node.y < std::min(from.y, to.y) - reach || node.y > std::max(from.y, to.y) + reach;
 }
@@ -234,11 +234,11 @@ void keep_ends(std::vector<Candidate>& candidates, bool first_edge) {
 
 }  // namespace
 
-Path BUILDPATH(std::int32_t g, Outline& outline) {
-    return PathBuilder(g, outline).build();
+Path BUILDPATH(Mesh& mesh, GroupCards& group_cards, Tolerances& tolerances, Engine& engine, std::int32_t g, Outline& outline) {
+    return PathBuilder(g, outline).build(mesh, group_cards, tolerances, engine);
 }
 
-KeptLine LISTNODES(const Path& path) {
+KeptLine LISTNODES(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Path& path) {
     KeptLine line;
     std::vector<bool> listed(static_cast<std::size_t>(MAXNP) + 1, false);
     std::vector<bool> seen(listed);  // scratch of nodes_near
@@ -246,10 +246,10 @@ KeptLine LISTNODES(const Path& path) {
         const Point& from = path.point[edge];
         const Point& to = path.end_of(edge);
         std::vector<Candidate> candidates;
-        for (const std::int32_t n : nodes_near(from, to, seen)) {
-            if (listed[static_cast<std::size_t>(n)] || is_far(from, to, node_point(n)))
+        for (const std::int32_t n : nodes_near(mesh, tolerances, engine, from, to, seen)) {
+            if (listed[static_cast<std::size_t>(n)] || is_far(tolerances, engine, from, to, node_point(mesh, n)))
                 continue;
-            const Snap snap = NEARLINE(from, to, node_point(n), TOLLINE);
+            const Snap snap = NEARLINE(from, to, node_point(mesh, n), tolerances.line);
             if (snap.near)
                 candidates.push_back({n, distance(from, snap.point), snap.point});
         }
@@ -263,22 +263,22 @@ KeptLine LISTNODES(const Path& path) {
             line.points.push_back(candidate.snapped);
             listed[static_cast<std::size_t>(candidate.node)] = true;
         }
-        require_room(line);
+        require_room(engine, line);
     }
     return line;
 }
 
-KeptLine LISTFREENODES(const Path& path) {
+KeptLine LISTFREENODES(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Path& path) {
     KeptLine line;
     for (const Point& point : path.point) {
-        std::int32_t node = lowest_node_within(point, TOLSAME);
+        std::int32_t node = lowest_node_within(mesh, engine, point, tolerances.same);
         if (node == 0) {
-            node = add_node(point);
-            IDN[node][4] = 1;
+            node = add_node(mesh, engine, point);
+            mesh.codes[node][4] = 1;
         }
         line.nodes.push_back(node);
-        line.points.push_back(node_point(node));
-        require_room(line);
+        line.points.push_back(node_point(mesh, node));
+        require_room(engine, line);
     }
     return line;
 }

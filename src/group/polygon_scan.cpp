@@ -14,8 +14,8 @@ constexpr float ENTRIES = 4.0F;  // for each edge, over all bands
 
 }  // namespace
 
-PolygonScan::PolygonScan(std::span<const Point> polygon) : polygon_(polygon) {
-    if (!indexes_are_on || polygon.empty() || polygon.size() > static_cast<std::size_t>(MAXPOLYGON))
+PolygonScan::PolygonScan(Engine& engine, std::span<const Point> polygon) : polygon_(polygon) {
+    if (!engine.uses_indexes || polygon.empty() || polygon.size() > static_cast<std::size_t>(MAXPOLYGON))
         return;
     low_ = high_ = polygon[0];
     for (const Point& p : polygon) {

@@ -15,59 +15,59 @@ namespace brelan {
 
 namespace {
 
-void set_attributes(std::int32_t e, const RegionMaterial& material) {
-    switch (KIND()) {
+void set_attributes(Mesh& mesh, std::int32_t e, const RegionMaterial& material) {
+    switch (mesh.kind) {
         case LayoutKind::coupled:
-            KS[e] = 0;
-            KF[e] = material.KF;
-            INTR[e] = 0;
+            mesh.skeleton[e] = 0;
+            mesh.fluid[e] = material.KF;
+            mesh.integration_r[e] = 0;
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            IDH[e] = material.KF;
+            mesh.attribute[e] = material.KF;
             break;
         case LayoutKind::displacement:
-            THIC[e] = 1.0F;
-            DEN[e] = material.DEN;
+            mesh.thickness[e] = 1.0F;
+            mesh.density[e] = material.DEN;
             break;
     }
 }
 
-void add_overlay(std::int32_t e, const RegionMaterial& material) {
-    const std::int32_t added = add_element();
-    IEL[added].MATNO = std::abs(material.MAT);
-    set_attributes(added, material);
-    ETYPE[added] = ETYPE[e];
-    ELIST[added] = 0;
-    set_corners(added, corners_of(e));
+void add_overlay(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMaterial& material) {
+    const std::int32_t added = add_element(engine);
+    mesh.words[added].MATNO = std::abs(material.MAT);
+    set_attributes(mesh, added, material);
+    mesh.type[added] = mesh.type[e];
+    engine.workable[added] = 0;
+    set_corners(mesh, engine, added, corners_of(mesh, e));
 }
 
 // With a joint the new element keeps the new side and the old one goes back to its own: `saved` tells its
 // corners.
-void duplicate(std::int32_t e, const RegionMaterial& material, const SavedCorners* saved) {
-    const std::int32_t added = add_element();
-    const ElementWords words = IEL[e];
-    const Corners present = corners_of(e);
-    ElementWords& w = IEL[added];
+void duplicate(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMaterial& material, const SavedCorners* saved) {
+    const std::int32_t added = add_element(engine);
+    const ElementWords words = mesh.words[e];
+    const Corners present = corners_of(mesh, e);
+    ElementWords& w = mesh.words[added];
     w.M5 = words.M5;
     w.M6 = words.M6;
     w.M7 = words.M7;
     w.M8 = words.M8;
     w.MATNO = std::abs(material.MAT);
-    set_attributes(added, material);
-    ETYPE[added] = ETYPE[e];
-    ELIST[added] = ELIST[e];
-    set_corners(added, present);
+    set_attributes(mesh, added, material);
+    mesh.type[added] = mesh.type[e];
+    engine.workable[added] = engine.workable[e];
+    set_corners(mesh, engine, added, present);
     if (saved != nullptr)
-        set_corners(e, {{saved->n[0], saved->n[1], saved->n[2], saved->n[3]}});
+        set_corners(mesh, engine, e, {{saved->n[0], saved->n[1], saved->n[2], saved->n[3]}});
     if (material.MAT >= 0)
-        IEL[e].MATNO = material.MATold != 0 ? material.MATold : material.MAT + 1;
+        mesh.words[e].MATNO = material.MATold != 0 ? material.MATold : material.MAT + 1;
 }
 
 // The elements up to a number that may have their middle inside, in ascending number.
-std::vector<std::int32_t> candidates(const PolygonScan& scan, std::int32_t last) {
+std::vector<std::int32_t> candidates(Engine& engine, const PolygonScan& scan, std::int32_t last) {
     std::vector<std::int32_t> elements;
-    for (const std::int32_t e : elements_near(scan.low(), scan.high()))
+    for (const std::int32_t e : elements_near(engine, scan.low(), scan.high()))
         if (e <= last)
             elements.push_back(e);
     return elements;
@@ -75,53 +75,53 @@ std::vector<std::int32_t> candidates(const PolygonScan& scan, std::int32_t last)
 
 // The elements that the region stage looks at: those that stand when it begins. What acts inside only needs
 // those that may be inside, a line none but for the length of its path.
-std::vector<std::int32_t> elements_for(const RegionMaterial& material, const PolygonScan& scan) {
+std::vector<std::int32_t> elements_for(Engine& engine, const RegionMaterial& material, const PolygonScan& scan) {
     const bool acts_inside =
         material.MTYPE == 1 || std::abs(material.MTYPE) == 3 || std::abs(material.MTYPE) == 4;
     if (scan.has_box() && material.MTYPE != -1)
-        return acts_inside ? candidates(scan, NCONT) : std::vector<std::int32_t>{};
+        return acts_inside ? candidates(engine, scan, engine.highest_element) : std::vector<std::int32_t>{};
     std::vector<std::int32_t> elements;
-    for (std::int32_t e = 1; e <= NCONT; ++e)
+    for (std::int32_t e = 1; e <= engine.highest_element; ++e)
         elements.push_back(e);
     return elements;
 }
 
 }  // namespace
 
-void REGIONS(const RegionMaterial& material, std::span<const Point> path) {
+void REGIONS(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::span<const Point> path) {
     const PolygonScan scan(path);
     std::unordered_map<std::int32_t, const SavedCorners*> saved;
-    for (const SavedCorners& entry : TWINSAVE)
+    for (const SavedCorners& entry : engine.saved_corners)
         saved[entry.element] = &entry;
-    for (const std::int32_t e : elements_for(material, scan)) {
-        if (!is_selected(e))
+    for (const std::int32_t e : elements_for(engine, material, scan)) {
+        if (!is_selected(mesh, engine, e))
             continue;
-        const bool inside = scan.inside(centroid(e));
+        const bool inside = scan.inside(centroid(mesh, e));
         switch (material.MTYPE) {
             case 1:
                 if (inside)
-                    ETYPE[e] = EL_DELETED;
+                    mesh.type[e] = EL_DELETED;
                 break;
             case -1:
                 if (!inside)
-                    ETYPE[e] = EL_DELETED;
+                    mesh.type[e] = EL_DELETED;
                 break;
             case 3:
             case -3:
-                if (!inside || is_joint(e))
+                if (!inside || is_joint(mesh, e))
                     break;
                 if (material.OVERLAY != 0) {
-                    add_overlay(e, material);
+                    add_overlay(mesh, engine, e, material);
                 } else if (material.MAT > 0) {
-                    IEL[e].MATNO = material.MAT;
-                    set_attributes(e, material);
+                    mesh.words[e].MATNO = material.MAT;
+                    set_attributes(mesh, e, material);
                 }
                 break;
             case 4:
             case -4:
-                if (inside && !is_joint(e)) {
+                if (inside && !is_joint(mesh, e)) {
                     const auto found = saved.find(e);
-                    duplicate(e, material, found == saved.end() ? nullptr : found->second);
+                    duplicate(mesh, engine, e, material, found == saved.end() ? nullptr : found->second);
                 }
                 break;
             default:
@@ -130,13 +130,13 @@ void REGIONS(const RegionMaterial& material, std::span<const Point> path) {
     }
 }
 
-void REPAIRQUADS() {
-    const std::int32_t elements = NCONT;
+void REPAIRQUADS(Mesh& mesh, Engine& engine) {
+    const std::int32_t elements = engine.highest_element;
     for (std::int32_t e = 1; e <= elements; ++e) {
-        const Corners c = corners_of(e);
-        if (ETYPE[e] != EL_CONTINUUM || is_joint(e) || c.n[3] <= 0)
+        const Corners c = corners_of(mesh, e);
+        if (mesh.type[e] != EL_CONTINUUM || is_joint(mesh, e) || c.n[3] <= 0)
             continue;
-        const auto point = [&](int i) { return node_point(c.n[i]); };
+        const auto point = [&](int i) { return node_point(mesh, c.n[i]); };
         const double A1 = ARSUM(point(0), point(1), point(2));
         const double A2 = ARSUM(point(0), point(2), point(3));
         const double A3 = ARSUM(point(1), point(2), point(3));
@@ -151,13 +151,13 @@ void REPAIRQUADS() {
         } else {
             continue;
         }
-        const std::int32_t added = add_element();
-        IEL[added].MATNO = IEL[e].MATNO;
-        copy_attributes(e, added);
-        ETYPE[added] = EL_CONTINUUM;
-        ELIST[added] = added;
-        set_corners(e, kept);
-        set_corners(added, split_off);
+        const std::int32_t added = add_element(engine);
+        mesh.words[added].MATNO = mesh.words[e].MATNO;
+        copy_attributes(mesh, e, added);
+        mesh.type[added] = EL_CONTINUUM;
+        engine.workable[added] = added;
+        set_corners(mesh, engine, e, kept);
+        set_corners(mesh, engine, added, split_off);
     }
 }
 

@@ -17,10 +17,10 @@ struct RegionMaterial {
 };
 
 // Deletes, assigns or duplicates the elements whose centroid is inside the path (outside for MTYPE -1).
-void REGIONS(const RegionMaterial& material, std::span<const Point> path);
+void REGIONS(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::span<const Point> path);
 
 // Splits the quadrilaterals that node moves have made concave into two triangles, along the diagonal that
 // lies inside.
-void REPAIRQUADS();
+void REPAIRQUADS(Mesh& mesh, Engine& engine);
 
 }  // namespace brelan

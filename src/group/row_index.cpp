@@ -18,46 +18,46 @@ Rows every_row;                         // 0, 1, 2, ...
 
 }  // namespace
 
-void note_row() {
-    if (by_node.empty()) {
-        by_node.resize(static_cast<std::size_t>(MAXNP) + 1);
-        by_element.resize(static_cast<std::size_t>(MAXEL) + 1);
+void note_row(Engine& engine) {
+    if (engine.row_index.by_node.empty()) {
+        engine.row_index.by_node.resize(static_cast<std::size_t>(MAXNP) + 1);
+        engine.row_index.by_element.resize(static_cast<std::size_t>(MAXEL) + 1);
     }
-    const auto r = static_cast<std::uint32_t>(CUTTAB.size() - 1);
-    const CutRow& row = CUTTAB.back();
+    const auto r = static_cast<std::uint32_t>(engine.rows.size() - 1);
+    const CutRow& row = engine.rows.back();
     for (const std::int32_t n : row.N) {
         if (n <= 0)
             continue;
-        Rows& rows = by_node[static_cast<std::size_t>(n)];
+        Rows& rows = engine.row_index.by_node[static_cast<std::size_t>(n)];
         if (rows.empty() || rows.back() != r)
             rows.push_back(r);
     }
-    by_element[static_cast<std::size_t>(row.E)] = r + 1;
+    engine.row_index.by_element[static_cast<std::size_t>(row.E)] = r + 1;
 }
 
-void clear_rows() {
-    for (const CutRow& row : CUTTAB) {
+void clear_rows(Engine& engine) {
+    for (const CutRow& row : engine.rows) {
         for (const std::int32_t n : row.N)
-            if (n > 0 && !by_node.empty())
-                by_node[static_cast<std::size_t>(n)].clear();
-        if (!by_element.empty())
-            by_element[static_cast<std::size_t>(std::abs(row.E))] = 0;
+            if (n > 0 && !engine.row_index.by_node.empty())
+                engine.row_index.by_node[static_cast<std::size_t>(n)].clear();
+        if (!engine.row_index.by_element.empty())
+            engine.row_index.by_element[static_cast<std::size_t>(std::abs(row.E))] = 0;
     }
-    CUTTAB.clear();
+    engine.rows.clear();
 }
 
-std::span<const std::uint32_t> rows_with(std::int32_t node) {
-    if (indexes_are_on && node > 0 && !by_node.empty())
-        return by_node[static_cast<std::size_t>(node)];
-    while (every_row.size() < CUTTAB.size())
-        every_row.push_back(static_cast<std::uint32_t>(every_row.size()));
-    return std::span(every_row).first(CUTTAB.size());
+std::span<const std::uint32_t> rows_with(Engine& engine, std::int32_t node) {
+    if (engine.uses_indexes && node > 0 && !engine.row_index.by_node.empty())
+        return engine.row_index.by_node[static_cast<std::size_t>(node)];
+    while (engine.row_index.every_row.size() < engine.rows.size())
+        engine.row_index.every_row.push_back(static_cast<std::uint32_t>(engine.row_index.every_row.size()));
+    return std::span(engine.row_index.every_row).first(engine.rows.size());
 }
 
-std::vector<std::uint32_t> rows_of(std::span<const std::int32_t> elements) {
+std::vector<std::uint32_t> rows_of(Engine& engine, std::span<const std::int32_t> elements) {
     Rows rows;
     for (const std::int32_t e : elements)
-        if (const std::uint32_t at = by_element.empty() ? 0 : by_element[static_cast<std::size_t>(e)]; at > 0)
+        if (const std::uint32_t at = engine.row_index.by_element.empty() ? 0 : engine.row_index.by_element[static_cast<std::size_t>(e)]; at > 0)
             rows.push_back(at - 1);
     std::sort(rows.begin(), rows.end());
     return rows;

@@ -37,8 +37,8 @@ std::span<const Part> first_of(const std::array<SplitPattern, COUNT>& table, uns
 }
 
 // A row with two corners on the line, or one and a centre, needs no side node; its neighbours lose it too.
-void reduce_sides() {
-    for (CutRow& row : CUTTAB) {
+void reduce_sides(Engine& engine) {
+    for (CutRow& row : engine.rows) {
         if (row.E <= 0)
             continue;
         const int on_line = count_bits(marks_of(row), MV1);
@@ -47,7 +47,7 @@ void reduce_sides() {
         for (int i = 0; i < row.corners(); ++i) {
             const RowSide& side = side_of(row, i);
             if (row.S[side.S] != 0)
-                for_rows_with_side(row.N[side.A], row.N[side.B],
+                for_rows_with_side(engine, row.N[side.A], row.N[side.B],
                                    [](const CutRow&, std::int32_t& mark) { mark = 0; });
         }
     }
@@ -73,33 +73,33 @@ std::int32_t node_at(const CutRow& row, At at) {
 }
 
 // Appends the parts of a row and marks it as replaced.
-void split_row(std::size_t r) {
-    const std::span<const Part> parts = parts_of(CUTTAB[r]);
+void split_row(Engine& engine, std::size_t r) {
+    const std::span<const Part> parts = parts_of(engine.rows[r]);
     if (parts.empty())
         return;
-    const CutRow row = CUTTAB[r];
+    const CutRow row = engine.rows[r];
     for (const Part& part : parts) {
         CutRow added;
         for (std::size_t i = 0; i < 4; ++i)
             added.N[i] = node_at(row, part[i]);
         added.M = row.M;
         added.E = row.E;
-        CUTTAB.push_back(added);
+        engine.rows.push_back(added);
     }
-    CUTTAB[r].E = -row.E;
+    engine.rows[r].E = -row.E;
 }
 
 // The first row of an element takes its slot, the others new numbers with its attributes.
-void write_back(const CutRow& row) {
+void write_back(Mesh& mesh, Engine& engine, const CutRow& row) {
     std::int32_t e = row.E;
-    if (IEL[e].I1 > 0) {
-        e = add_element();
-        copy_attributes(row.E, e);
-        ELIST[e] = e;
+    if (mesh.words[e].I1 > 0) {
+        e = add_element(engine);
+        copy_attributes(mesh, row.E, e);
+        engine.workable[e] = e;
     }
-    ETYPE[e] = EL_CONTINUUM;
-    IEL[e].MATNO = row.M;
-    set_corners(e, {{row.N[0], row.N[1], row.N[2], row.N[3]}});
+    mesh.type[e] = EL_CONTINUUM;
+    mesh.words[e].MATNO = row.M;
+    set_corners(mesh, engine, e, {{row.N[0], row.N[1], row.N[2], row.N[3]}});
 }
 
 }  // namespace
@@ -123,16 +123,16 @@ std::span<const Part> parts_of(const CutRow& row) {
     return first_of(QUADRILATERAL_CORNER_CUT, marks);
 }
 
-void SPLITROWS() {
-    reduce_sides();
-    const std::size_t rows = CUTTAB.size();
+void SPLITROWS(Mesh& mesh, Engine& engine) {
+    reduce_sides(engine);
+    const std::size_t rows = engine.rows.size();
     for (std::size_t r = 0; r < rows; ++r)
-        if (CUTTAB[r].E > 0)
-            split_row(r);
-    for (const CutRow& row : CUTTAB)
+        if (engine.rows[r].E > 0)
+            split_row(engine, r);
+    for (const CutRow& row : engine.rows)
         if (row.E > 0)
-            write_back(row);
-    clear_rows();
+            write_back(mesh, engine, row);
+    clear_rows(engine);
 }
 
 }  // namespace brelan

@@ -39,8 +39,8 @@ constexpr std::string_view SECTION_ROW =
 struct LineNode {
     std::int32_t mark, material, line, position, count;
 
-    explicit LineNode(std::int32_t n)
-        : mark(IDN[n][0]), material(IDN[n][1]), line(IDN[n][2]), position(IDN[n][3]), count(IDN[n][4]) {}
+    explicit LineNode(Mesh& mesh, std::int32_t n)
+        : mark(mesh.codes[n][0]), material(mesh.codes[n][1]), line(mesh.codes[n][2]), position(mesh.codes[n][3]), count(mesh.codes[n][4]) {}
 };
 
 // A line's nodes by position, 0 where none has been found.
@@ -63,10 +63,10 @@ struct LineGroup {
 };
 
 // The lines of a mark, from 1 to their count; the codes of their nodes are cleared.
-std::vector<LineGroup> take_lines(const ResultMesh& result, std::int32_t mark, std::int32_t lines) {
+std::vector<LineGroup> take_lines(Mesh& mesh, const ResultMesh& result, std::int32_t mark, std::int32_t lines) {
     std::vector<LineGroup> groups(static_cast<std::size_t>(lines));
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
-        if (NACT1[n] != 1)
+        if (mesh.node_in_use[n] != 1)
             continue;
         const LineNode node(n);
         if (node.mark != mark || node.line < 1 || node.line > lines)
@@ -75,17 +75,17 @@ std::vector<LineGroup> take_lines(const ResultMesh& result, std::int32_t mark, s
         if (group.complete())
             continue;
         group.take(n, node);
-        IDN[n][0] = IDN[n][1] = 0;
+        mesh.codes[n][0] = mesh.codes[n][1] = 0;
     }
     return groups;
 }
 
 // One property for each material among the pipes' nodes; the user fills in its values.
-void write_properties(Channel& file, const ResultMesh& result) {
+void write_properties(Mesh& mesh, GroupListing& listing, Channel& file, const ResultMesh& result) {
     std::set<std::int32_t> materials;
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
         const LineNode node(n);
-        if (NACT1[n] == 1 && node.mark == PIPE_NODE && node.line >= 1 && node.line <= NPIPE)
+        if (mesh.node_in_use[n] == 1 && node.mark == PIPE_NODE && node.line >= 1 && node.line <= listing.pipes)
             materials.insert(node.material);
     }
     write_lines(file, {"* Card 9.1.1", "* NTNP "});
@@ -136,20 +136,20 @@ struct FlowRun {
     std::vector<std::int32_t> nodes;
     std::uint8_t mark = 0;
 
-    explicit FlowRun(const ElementWords& truss)
-        : nodes{truss.I1, truss.I2}, mark(static_cast<std::uint8_t>(NMARK[truss.I2])) {}
+    explicit FlowRun(Mesh& mesh, const ElementWords& truss)
+        : nodes{truss.I1, truss.I2}, mark(static_cast<std::uint8_t>(mesh.node_mark[truss.I2])) {}
 
-    bool goes_on_with(const ElementWords& truss) const {
-        return truss.I1 == nodes.back() && static_cast<std::uint8_t>(NMARK[truss.I1]) == mark;
+    bool goes_on_with(Mesh& mesh, const ElementWords& truss) const {
+        return truss.I1 == nodes.back() && static_cast<std::uint8_t>(mesh.node_mark[truss.I1]) == mark;
     }
 };
 
-void write_section_head(Channel& file, std::int32_t number, const FlowRun& run) {
+void write_section_head(GroupCards& group_cards, Channel& file, std::int32_t number, const FlowRun& run) {
     file.write_line("* ");
     SECTION_NUMBER.write(file, number);
     file.write_line(SECTION_ROW);
-    const bool named = run.mark >= 1 && run.mark <= NGROUP;
-    SECTION_TITLE.write(file, named ? GROUPPOST[run.mark].title.view() : std::string_view{});
+    const bool named = run.mark >= 1 && run.mark <= group_cards.count;
+    SECTION_TITLE.write(file, named ? group_cards.outputs[run.mark].title.view() : std::string_view{});
     write_lines(file, {SECTION_ROW, "*"});
 }
 
@@ -162,30 +162,30 @@ void write_section_nodes(Channel& file, const FlowRun& run) {
 
 }  // namespace
 
-void WRITEPIPES(const ResultMesh& result) {
-    if (KIND() != LayoutKind::temperature || (NPIPE == 0 && NCONV == 0))
+void WRITEPIPES(Channels& channels, Mesh& mesh, GroupListing& listing, const ResultMesh& result) {
+    if (mesh.kind != LayoutKind::temperature || (listing.pipes == 0 && listing.convection_lines == 0))
         return;
-    Channel& file = open_channel(CH_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
-    write_properties(file, result);
-    write_line_groups(file, PIPE_CARDS, take_lines(result, PIPE_NODE, NPIPE));
-    write_line_groups(file, CONVECTION_CARDS, take_lines(result, CONVECTION_NODE, NCONV));
-    close_channel(CH_BOUNDARY);
+    Channel& file = channels.open(CH_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
+    write_properties(mesh, listing, file, result);
+    write_line_groups(file, PIPE_CARDS, take_lines(mesh, result, PIPE_NODE, listing.pipes));
+    write_line_groups(file, CONVECTION_CARDS, take_lines(mesh, result, CONVECTION_NODE, listing.convection_lines));
+    channels.close(CH_BOUNDARY);
 }
 
-void WRITEFLOWSECTIONS(const ResultMesh& result) {
-    if (NFSEC <= 0)
+void WRITEFLOWSECTIONS(Channels& channels, Mesh& mesh, GroupCards& group_cards, GroupListing& listing, const ResultMesh& result) {
+    if (listing.flow_sections <= 0)
         return;
     constexpr std::int32_t IBFQ = 0;
-    Channel& file = open_channel(CH_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
+    Channel& file = channels.open(CH_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
     write_lines(file, {"* Card 10.8 ", "* NFSEC   IBFQ"});
-    SECTION_COUNT.write(file, NFSEC, IBFQ);
+    SECTION_COUNT.write(file, listing.flow_sections, IBFQ);
     file.write_line("*");
     std::vector<FlowRun> runs;
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n) {
-        if (EACT1[n] != EL_TRUSS)
+        if (mesh.type_in_use[n] != EL_TRUSS)
             continue;
-        const ElementWords& truss = IEL[n];
-        if (!runs.empty() && runs.back().goes_on_with(truss))
+        const ElementWords& truss = mesh.words[n];
+        if (!runs.empty() && runs.back().goes_on_with(mesh, truss))
             runs.back().nodes.push_back(truss.I2);
         else
             runs.emplace_back(truss);
@@ -194,13 +194,13 @@ void WRITEFLOWSECTIONS(const ResultMesh& result) {
     std::int32_t section = 0;
     for (const FlowRun& run : runs) {
         ++section;
-        const bool counted = section <= NFSEC;
+        const bool counted = section <= listing.flow_sections;
         if (counted)
-            write_section_head(file, section, run);
+            write_section_head(group_cards, file, section, run);
         if (counted || &run != &runs.back())
             write_section_nodes(file, run);
     }
-    close_channel(CH_BOUNDARY);
+    channels.close(CH_BOUNDARY);
 }
 
 }  // namespace brelan

@@ -16,234 +16,234 @@ constexpr float NO_SPACING = 1.0E35F;  // start of the smallest spacing
 constexpr int CONTINUUM = 0, BEAM = 1, TRUSS = 2;  // places in Region::old_elements and Region::start
 
 // The first region's nodes in ascending number, and the second's.
-std::vector<NumberedPoint> first_nodes() {
+std::vector<NumberedPoint> first_nodes(Combination& combination, Mesh& mesh, SideTables& side) {
     std::vector<NumberedPoint> nodes;
-    for (std::int32_t n = REGION1.nodes.lowest; n <= REGION1.nodes.highest; ++n)
-        if (NACT1[n] == 1)
-            nodes.push_back({n, XC1[n], YC1[n]});
+    for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n)
+        if (mesh.node_in_use[n] == 1)
+            nodes.push_back({n, side.x[n], side.y[n]});
     return nodes;
 }
 
-std::vector<NumberedPoint> second_nodes() {
+std::vector<NumberedPoint> second_nodes(Combination& combination, Mesh& mesh, SideTables& side) {
     std::vector<NumberedPoint> nodes;
-    for (std::int32_t n = REGION2.nodes.lowest; n <= REGION2.nodes.highest; ++n)
-        if (NACT2[n] == 1)
-            nodes.push_back({n, XC[n], YC[n]});
+    for (std::int32_t n = combination.second.nodes.lowest; n <= combination.second.nodes.highest; ++n)
+        if (side.second_node_in_use[n] == 1)
+            nodes.push_back({n, mesh.x[n], mesh.y[n]});
     return nodes;
 }
 
 // Numbers rise strictly in the order second continuum, first continuum, second beam, first beam, second
 // truss, first truss.
-bool numbers_can_stay() {
-    const NumberRange(&first)[3] = REGION1.old_elements;
-    const NumberRange(&second)[3] = REGION2.old_elements;
+bool numbers_can_stay(Combination& combination) {
+    const NumberRange(&first)[3] = combination.first.old_elements;
+    const NumberRange(&second)[3] = combination.second.old_elements;
     return second[CONTINUUM].highest < first[CONTINUUM].lowest &&
            first[CONTINUUM].highest < second[BEAM].lowest && second[BEAM].highest < first[BEAM].lowest &&
            first[BEAM].highest < second[TRUSS].lowest && second[TRUSS].highest < first[TRUSS].lowest;
 }
 
 // Puts a first-region node's data into a slot of the working set.
-void copy_first_node(std::int32_t from, std::int32_t to) {
-    for (int i = 0; i < kind_row().node_codes; ++i)
-        IDN[to][static_cast<std::size_t>(i)] = IDN1[from][static_cast<std::size_t>(i)];
-    XC[to] = XC1[from];
-    YC[to] = YC1[from];
-    if (has_node_values()) {
-        H[to] = H1[from];
-        CF[to] = CF1[from];
+void copy_first_node(Mesh& mesh, SideTables& side, std::int32_t from, std::int32_t to) {
+    for (int i = 0; i < kind_row(mesh.kind).node_codes; ++i)
+        mesh.codes[to][static_cast<std::size_t>(i)] = side.codes[from][static_cast<std::size_t>(i)];
+    mesh.x[to] = side.x[from];
+    mesh.y[to] = side.y[from];
+    if (has_node_values(mesh.kind)) {
+        mesh.head[to] = side.head[from];
+        mesh.coefficient[to] = side.coefficient[from];
     }
 }
 
 // The type of an element in the combined mesh; below 1 for none.
-std::int8_t combined_type(std::int32_t n) {
-    return EACT1[n] < EL_CONTINUUM ? EACT2[n] : EACT1[n];
+std::int8_t combined_type(Mesh& mesh, SideTables& side, std::int32_t n) {
+    return mesh.type_in_use[n] < EL_CONTINUUM ? side.second_type_in_use[n] : mesh.type_in_use[n];
 }
 
 }  // namespace
 
-void SCANREGION(Channel& mesh, Region& region) {
-    mesh.skip_lines(2, "a heading line");
-    region.counts = read_mesh_counts(mesh);
-    mesh.skip_lines(2, "a heading line");
+void SCANREGION(LayoutKind kind, Channel& mesh_file, Region& region) {
+    mesh_file.skip_lines(2, "a heading line");
+    region.counts = read_mesh_counts(mesh_file);
+    mesh_file.skip_lines(2, "a heading line");
     for (std::int32_t i = 0; i < region.counts.NUMNP; ++i)
-        read_node_record(mesh, region.stripped.NFIELDS);
+        read_node_record(kind, mesh_file, region.stripped.NFIELDS);
     for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
         NumberRange& range = region.old_elements[type - EL_CONTINUUM];
         range = NumberRange{};
         if (region.counts.of(type) > 0)
-            mesh.skip_lines(region.stripped.headings_of(type), "a heading line");
+            mesh_file.skip_lines(region.stripped.headings_of(type), "a heading line");
         for (std::int32_t i = 0; i < region.counts.of(type); ++i)
-            range.include(read_element_number(mesh, type));
+            range.include(read_element_number(kind, mesh_file, type));
     }
-    mesh.rewind();
+    mesh_file.rewind();
 }
 
-void FIXREGIONNUMBERS() {
-    const NumberRange(&first)[3] = REGION1.old_elements;
-    const NumberRange(&second)[3] = REGION2.old_elements;
-    if (numbers_can_stay()) {
+void FIXREGIONNUMBERS(Combination& combination) {
+    const NumberRange(&first)[3] = combination.first.old_elements;
+    const NumberRange(&second)[3] = combination.second.old_elements;
+    if (numbers_can_stay(combination)) {
         for (const int type : {CONTINUUM, BEAM, TRUSS}) {
-            REGION1.start[type] = first[type].lowest;
-            REGION2.start[type] = second[type].lowest;
+            combination.first.start[type] = first[type].lowest;
+            combination.second.start[type] = second[type].lowest;
         }
         return;
     }
     // An empty set takes part with its start values, 100,000 and 0: only the numbers of types behind it
     // suffer.
     const auto extent = [](const NumberRange& range) { return range.highest - range.lowest; };
-    REGION2.start[CONTINUUM] = 1;
-    REGION1.start[CONTINUUM] = extent(second[CONTINUUM]) + 2;
+    combination.second.start[CONTINUUM] = 1;
+    combination.first.start[CONTINUUM] = extent(second[CONTINUUM]) + 2;
     std::int32_t E = extent(first[CONTINUUM]) + 2 + extent(second[CONTINUUM]);
-    REGION2.start[BEAM] = E + 1;
+    combination.second.start[BEAM] = E + 1;
     E = E + extent(second[BEAM]) + 1;
-    REGION1.start[BEAM] = E + 1;
+    combination.first.start[BEAM] = E + 1;
     E = E + extent(first[BEAM]) + 1;
-    REGION2.start[TRUSS] = E + 1;
-    REGION1.start[TRUSS] = E + extent(second[TRUSS]) + 2;
+    combination.second.start[TRUSS] = E + 1;
+    combination.first.start[TRUSS] = E + extent(second[TRUSS]) + 2;
 }
 
-void READREGIONHEAD(Channel& mesh, Region& region) {
-    mesh.skip_lines(2, "a heading line");
-    region.counts = read_mesh_counts(mesh);
-    mesh.skip_lines(2, "a heading line");
+void READREGIONHEAD(LayoutKind kind, Channel& mesh_file, Region& region) {
+    mesh_file.skip_lines(2, "a heading line");
+    region.counts = read_mesh_counts(mesh_file);
+    mesh_file.skip_lines(2, "a heading line");
     region.nodes = NumberRange{};
     region.elements = NumberRange{};
-    const int start = mesh.lines_before();
+    const int start = mesh_file.lines_before();
     for (std::int32_t i = 0; i < region.counts.NUMNP; ++i)
-        region.nodes.include(read_node_record(mesh, region.stripped.NFIELDS).NODE);
-    mesh.step_back(mesh.lines_before() - start);
+        region.nodes.include(read_node_record(kind, mesh_file, region.stripped.NFIELDS).NODE);
+    mesh_file.step_back(mesh_file.lines_before() - start);
 }
 
-void READFIRSTNODES(Channel& mesh) {
-    for (std::int32_t i = 0; i < REGION1.counts.NUMNP; ++i) {
-        const NodeRecord node = read_node_record(mesh, REGION1.stripped.NFIELDS);
-        IDN1[node.NODE] = node.ID;
-        XC1[node.NODE] = node.XC;
-        YC1[node.NODE] = node.YC;
-        H1[node.NODE] = node.H;
-        CF1[node.NODE] = node.CF;
-        NACT1[node.NODE] = 1;
+void READFIRSTNODES(Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
+    for (std::int32_t i = 0; i < combination.first.counts.NUMNP; ++i) {
+        const NodeRecord node = read_node_record(mesh.kind, mesh_file, combination.first.stripped.NFIELDS);
+        side.codes[node.NODE] = node.ID;
+        side.x[node.NODE] = node.XC;
+        side.y[node.NODE] = node.YC;
+        side.head[node.NODE] = node.H;
+        side.coefficient[node.NODE] = node.CF;
+        mesh.node_in_use[node.NODE] = 1;
     }
 }
 
-void READSECONDNODES(Channel& mesh) {
-    for (std::int32_t i = 0; i < REGION2.counts.NUMNP; ++i) {
-        const NodeRecord node = read_node_record(mesh, REGION2.stripped.NFIELDS);
-        IDN[node.NODE] = node.ID;
-        XC[node.NODE] = node.XC;
-        YC[node.NODE] = node.YC;
-        if (has_node_values()) {
-            H[node.NODE] = node.H;
-            CF[node.NODE] = node.CF;
+void READSECONDNODES(Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
+    for (std::int32_t i = 0; i < combination.second.counts.NUMNP; ++i) {
+        const NodeRecord node = read_node_record(mesh.kind, mesh_file, combination.second.stripped.NFIELDS);
+        mesh.codes[node.NODE] = node.ID;
+        mesh.x[node.NODE] = node.XC;
+        mesh.y[node.NODE] = node.YC;
+        if (has_node_values(mesh.kind)) {
+            mesh.head[node.NODE] = node.H;
+            mesh.coefficient[node.NODE] = node.CF;
         }
-        NACT2[node.NODE] = 1;
-        NUSED[node.NODE] = node.NODE;
+        side.second_node_in_use[node.NODE] = 1;
+        mesh.node_used[node.NODE] = node.NODE;
     }
 }
 
-void READREGIONELEMENTS(Channel& mesh, Region& region, std::int8_t type) {
+void READREGIONELEMENTS(Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file, Region& region, std::int8_t type) {
     const int place = type - EL_CONTINUUM;
-    const bool first = &region == &REGION1;
-    mesh.skip_lines(region.stripped.headings_of(type), "a heading line");
+    const bool first = &region == &combination.first;
+    mesh_file.skip_lines(region.stripped.headings_of(type), "a heading line");
     for (std::int32_t i = 0; i < region.counts.of(type); ++i) {
-        const ElementRecord element = read_element_record(mesh, type);
+        const ElementRecord element = read_element_record(mesh.kind, mesh_file, type);
         const std::int32_t number = element.NEL - region.old_elements[place].lowest + region.start[place];
         if (number < 1 || number > MAXEL)
-            mesh.fail_behind("element " + std::to_string(element.NEL) + ": expected a new number from 1 to " +
+            mesh_file.fail_behind("element " + std::to_string(element.NEL) + ": expected a new number from 1 to " +
                              std::to_string(MAXEL) + ", but the renumbering of the two regions makes it " +
                              std::to_string(number));
-        store_element(number, type, element);
+        store_element(mesh, number, type, element);
         if (first)
-            EACT1[number] = type;
+            mesh.type_in_use[number] = type;
         else
-            EACT2[number] = type;
+            side.second_type_in_use[number] = type;
         region.elements.include(number);
     }
 }
 
-bool regions_collide() {
-    return REGION1.elements.lowest == REGION2.elements.lowest;
+bool regions_collide(Combination& combination) {
+    return combination.first.elements.lowest == combination.second.elements.lowest;
 }
 
-float SMALLESTSPACING() {
-    return SMALLESTDISTANCE(second_nodes(), SMALLESTDISTANCE(first_nodes(), NO_SPACING));
+float SMALLESTSPACING(Combination& combination, Mesh& mesh, SideTables& side) {
+    return SMALLESTDISTANCE(second_nodes(combination, mesh, side), SMALLESTDISTANCE(first_nodes(combination, mesh, side), NO_SPACING));
 }
 
-void MATCHLISTED() {
-    for (std::int32_t i = 1; i <= NINT; ++i) {
-        const std::int32_t second = LISTB[i];
-        if (second < 1 || second > MAXNP || NACT2[second] != 1)
-            FAIL(LISTPLACE +
+void MATCHLISTED(Combination& combination, Mesh& mesh, SideTables& side) {
+    for (std::int32_t i = 1; i <= combination.pair_count; ++i) {
+        const std::int32_t second = combination.second_nodes[i];
+        if (second < 1 || second > MAXNP || side.second_node_in_use[second] != 1)
+            FAIL(combination.list_place +
                  ": Card 2.3: expected node numbers of the mesh of Card 2.1-1 in the first list, found " +
                  std::to_string(second));
-        if (LISTA[i] < 1 || LISTA[i] > MAXNP)
-            FAIL(LISTPLACE + ": Card 2.3: expected node numbers from 1 to " + std::to_string(MAXNP) +
-                 " in the second list, found " + std::to_string(LISTA[i]));
-        if (NACT1[LISTA[i]] == 1)
-            NMAP[LISTA[i]] = -second;
+        if (combination.first_nodes[i] < 1 || combination.first_nodes[i] > MAXNP)
+            FAIL(combination.list_place + ": Card 2.3: expected node numbers from 1 to " + std::to_string(MAXNP) +
+                 " in the second list, found " + std::to_string(combination.first_nodes[i]));
+        if (mesh.node_in_use[combination.first_nodes[i]] == 1)
+            mesh.new_number[combination.first_nodes[i]] = -second;
     }
 }
 
-void MATCHNEAREST(float DMIN) {
+void MATCHNEAREST(Combination& combination, Mesh& mesh, SideTables& side, float DMIN) {
     const float TOL = 0.5F * DMIN;
-    const std::vector<NumberedPoint> candidates = second_nodes();
+    const std::vector<NumberedPoint> candidates = second_nodes(combination, mesh, side);
     NodeGrid grid(TOL, candidates.size());
     for (const NumberedPoint& node : candidates)
         grid.add(node);
-    for (const NumberedPoint& node : first_nodes())
+    for (const NumberedPoint& node : first_nodes(combination, mesh, side))
         if (const std::int32_t match = grid.highest_within_reach(node.x, node.y); match != 0)
-            NMAP[node.number] = -match;
+            mesh.new_number[node.number] = -match;
 }
 
-void MERGENODES() {
-    std::int32_t NEXT = REGION2.nodes.highest + 1;
-    for (std::int32_t n = REGION1.nodes.lowest; n <= REGION1.nodes.highest; ++n) {
-        if (NACT1[n] != 1)
+void MERGENODES(Combination& combination, Mesh& mesh, SideTables& side) {
+    std::int32_t NEXT = combination.second.nodes.highest + 1;
+    for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n) {
+        if (mesh.node_in_use[n] != 1)
             continue;
-        if (NMAP[n] < 0) {
-            if (KEEPDUP)
-                copy_first_node(n, -NMAP[n]);
+        if (mesh.new_number[n] < 0) {
+            if (combination.keeps_first_data)
+                copy_first_node(mesh, side, n, -mesh.new_number[n]);
             continue;
         }
         if (NEXT > MAXNP)
-            FAIL(REGION1.name + ": expected node numbers of at most " + std::to_string(MAXNP) +
-                 ", but its nodes go on behind the highest of " + REGION2.name + ", " +
-                 std::to_string(REGION2.nodes.highest));
-        copy_first_node(n, NEXT);
-        NMAP[n] = NEXT;
-        NUSED[NEXT] = NEXT;
+            FAIL(combination.first.name + ": expected node numbers of at most " + std::to_string(MAXNP) +
+                 ", but its nodes go on behind the highest of " + combination.second.name + ", " +
+                 std::to_string(combination.second.nodes.highest));
+        copy_first_node(mesh, side, n, NEXT);
+        mesh.new_number[n] = NEXT;
+        mesh.node_used[NEXT] = NEXT;
         ++NEXT;
     }
-    for (std::int32_t n = REGION1.nodes.lowest; n <= REGION1.nodes.highest; ++n)
-        NMAP[n] = std::abs(NMAP[n]);
+    for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n)
+        mesh.new_number[n] = std::abs(mesh.new_number[n]);
 }
 
-void RENUMBERFIRST() {
-    const bool midside = kind_row().element_words == 8;
-    for (std::int32_t n = REGION1.elements.lowest; n <= REGION1.elements.highest; ++n) {
-        if (EACT1[n] < 0)
+void RENUMBERFIRST(Combination& combination, Mesh& mesh) {
+    const bool midside = kind_row(mesh.kind).element_words == 8;
+    for (std::int32_t n = combination.first.elements.lowest; n <= combination.first.elements.highest; ++n) {
+        if (mesh.type_in_use[n] < 0)
             continue;
-        ElementWords& w = IEL[n];
+        ElementWords& w = mesh.words[n];
         for (std::int32_t* word : {&w.I1, &w.I2, &w.I3, &w.I4})
             if (*word > 0)
-                *word = NMAP[*word];
+                *word = mesh.new_number[*word];
         if (!midside)
             continue;
         for (std::int32_t* word : {&w.M5, &w.M6, &w.M7, &w.M8})
             if (*word > 0)
-                *word = NMAP[*word];
+                *word = mesh.new_number[*word];
     }
 }
 
-void COUNTCOMBINED(ResultMesh& result) {
+void COUNTCOMBINED(Mesh& mesh, SideTables& side, ResultMesh& result) {
     for (std::int32_t n = 1; n <= MAXNP; ++n) {
-        if (NUSED[n] <= 0)
+        if (mesh.node_used[n] <= 0)
             continue;
         ++result.counts.NUMNP;
         result.nodes.include(n);
     }
     for (std::int32_t n = 1; n <= MAXEL; ++n) {
-        const std::int8_t type = combined_type(n);
+        const std::int8_t type = combined_type(mesh, side, n);
         if (type < EL_CONTINUUM)
             continue;
         result.elements.include(n);
@@ -253,17 +253,17 @@ void COUNTCOMBINED(ResultMesh& result) {
     }
 }
 
-void WRITECOMBINEDNODES(Channel& mesh, const ResultMesh& result) {
+void WRITECOMBINEDNODES(Mesh& mesh, Channel& mesh_file, const ResultMesh& result) {
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n)
-        if (NUSED[n] > 0)
-            write_node_record(mesh, load_node(n));
+        if (mesh.node_used[n] > 0)
+            write_node_record(mesh.kind, mesh_file, load_node(mesh, n));
 }
 
-void WRITECOMBINEDELEMENTS(Channel& mesh, const ResultMesh& result, std::int8_t type) {
-    write_section_heading(mesh, type);
+void WRITECOMBINEDELEMENTS(Mesh& mesh, SideTables& side, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
+    write_section_heading(mesh.kind, mesh_file, type);
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
-        if (EACT1[n] == type || EACT2[n] == type)
-            write_element_record(mesh, type, load_element_for_writing(n));
+        if (mesh.type_in_use[n] == type || side.second_type_in_use[n] == type)
+            write_element_record(mesh.kind, mesh_file, type, load_element_for_writing(mesh, n));
 }
 
 }  // namespace brelan

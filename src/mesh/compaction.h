@@ -8,19 +8,19 @@ namespace brelan {
 // Packs the elements with ETYPE not 0 to positions from 1 in the order of their numbers, across the types,
 // and marks the nodes that they use in NUSED. Midside words stay at their positions: only corners, material
 // and attributes move. Returns the elements kept.
-std::int32_t PACKELEMENTS();
+std::int32_t PACKELEMENTS(Mesh& mesh);
 
 // Packs the used nodes to positions from 1 and notes them in NMAP. H and CF move in the temperature kind
 // only. Returns the nodes kept.
-std::int32_t PACKNODES();
+std::int32_t PACKNODES(Mesh& mesh);
 
 // Renames the corners of the packed elements to the nodes' final numbers.
-void RENUMBERCORNERS(std::int32_t elements, std::int32_t NSNODE);
+void RENUMBERCORNERS(Mesh& mesh, std::int32_t elements, std::int32_t NSNODE);
 
 // Moves the packed nodes to numbers from NSNODE and activates them. Ends the run when they leave the table.
-void PLACENODES(std::int32_t nodes, std::int32_t NSNODE);
+void PLACENODES(EditCards& edit, Mesh& mesh, std::int32_t nodes, std::int32_t NSNODE);
 
 // Moves the packed elements to numbers from NSNEL and activates them. Ends the run when they leave the table.
-void PLACEELEMENTS(std::int32_t elements, std::int32_t NSNEL);
+void PLACEELEMENTS(EditCards& edit, Mesh& mesh, std::int32_t elements, std::int32_t NSNEL);
 
 }  // namespace brelan

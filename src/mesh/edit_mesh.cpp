@@ -15,18 +15,18 @@ constexpr std::int32_t FIELD_STAYS = -10;
 constexpr float REAL_FIELD_STAYS = -10.0F;
 
 // IEDIT 0, 1 and 6 renumber while reading; 2, 3 and 4 keep all numbers for the compaction.
-bool renumbers() {
-    return EDIT.IEDIT == 0 || EDIT.IEDIT == 1 || EDIT.IEDIT == 6;
+bool renumbers(EditCards& edit) {
+    return edit.IEDIT == 0 || edit.IEDIT == 1 || edit.IEDIT == 6;
 }
-bool keeps_numbers() {
-    return EDIT.IEDIT == 2 || EDIT.IEDIT == 3 || EDIT.IEDIT == 4;
+bool keeps_numbers(EditCards& edit) {
+    return edit.IEDIT == 2 || edit.IEDIT == 3 || edit.IEDIT == 4;
 }
 
-std::int32_t shifted(const Channel& mesh, std::int32_t number, std::int32_t shift, std::int32_t last,
+std::int32_t shifted(const Channel& mesh_file, std::int32_t number, std::int32_t shift, std::int32_t last,
                      const char* what) {
     const std::int32_t result = number + shift;
     if (result < 1 || result > last)
-        mesh.fail_behind(std::string(what) + " " + std::to_string(number) +
+        mesh_file.fail_behind(std::string(what) + " " + std::to_string(number) +
                          ": expected a new number from 1 to " + std::to_string(last) +
                          ", but the start number of Card 3.2 makes it " + std::to_string(result));
     return result;
@@ -34,19 +34,19 @@ std::int32_t shifted(const Channel& mesh, std::int32_t number, std::int32_t shif
 
 // --- nodes ---------------------------------------------------------------------------------------
 
-void require_finite(const Channel& mesh, std::int32_t number, float x, float y) {
+void require_finite(const Channel& mesh_file, std::int32_t number, float x, float y) {
     if (!std::isfinite(x) || !std::isfinite(y))
-        mesh.fail_behind("node " + std::to_string(number) +
+        mesh_file.fail_behind("node " + std::to_string(number) +
                          ": expected coordinates that are numbers, but the edit makes one that is none");
 }
 
-void store_node(std::int32_t number, const NodeRecord& node) {
-    IDN[number] = node.ID;
-    XC[number] = node.XC;
-    YC[number] = node.YC;
-    if (has_node_values()) {
-        H[number] = node.H;
-        CF[number] = node.CF;
+void store_node(Mesh& mesh, std::int32_t number, const NodeRecord& node) {
+    mesh.codes[number] = node.ID;
+    mesh.x[number] = node.XC;
+    mesh.y[number] = node.YC;
+    if (has_node_values(mesh.kind)) {
+        mesh.head[number] = node.H;
+        mesh.coefficient[number] = node.CF;
     }
 }
 
@@ -64,29 +64,29 @@ constexpr MirrorRow MIRROR[4] = {
     {{3, 4, 1, 2}, {3, 1, 2, 0}},  // in both: turned by 180 degrees
 };
 
-const MirrorRow& mirror_row() {
-    if (EDIT.IEDIT != 0)
+const MirrorRow& mirror_row(EditCards& edit) {
+    if (edit.IEDIT != 0)
         return MIRROR[0];
-    return MIRROR[(EDIT.SCX < 0.0F ? 1 : 0) + (EDIT.SCY < 0.0F ? 2 : 0)];
+    return MIRROR[(edit.SCX < 0.0F ? 1 : 0) + (edit.SCY < 0.0F ? 2 : 0)];
 }
 
 // A corner of 0 or below is no node and keeps its word.
-std::int32_t shifted_corner(const Channel& mesh, std::int32_t corner, std::int32_t shift) {
+std::int32_t shifted_corner(const Channel& mesh_file, std::int32_t corner, std::int32_t shift) {
     if (corner <= 0)
         return corner;
     const std::int32_t result = corner + shift;
     if (result > MAXNP)
-        mesh.fail_behind("corner " + std::to_string(corner) + ": expected a new node number of at most " +
+        mesh_file.fail_behind("corner " + std::to_string(corner) + ": expected a new node number of at most " +
                          std::to_string(MAXNP) + ", but NSNODE of Card 3.2 makes it " +
                          std::to_string(result));
     return result;
 }
 
-void shift_corners(const Channel& mesh, ElementWords& w, bool permute) {
-    const std::int32_t shift = EDIT.NSNODE - SOURCE.nodes.lowest;
-    const std::int32_t old[5] = {0, shifted_corner(mesh, w.I1, shift), shifted_corner(mesh, w.I2, shift),
-                                 shifted_corner(mesh, w.I3, shift), shifted_corner(mesh, w.I4, shift)};
-    const MirrorRow& mirror = permute ? mirror_row() : MIRROR[0];
+void shift_corners(EditCards& edit, EditSource& source, const Channel& mesh_file, ElementWords& w, bool permute) {
+    const std::int32_t shift = edit.NSNODE - source.nodes.lowest;
+    const std::int32_t old[5] = {0, shifted_corner(mesh_file, w.I1, shift), shifted_corner(mesh_file, w.I2, shift),
+                                 shifted_corner(mesh_file, w.I3, shift), shifted_corner(mesh_file, w.I4, shift)};
+    const MirrorRow& mirror = permute ? mirror_row(edit) : MIRROR[0];
     const int(&row)[4] = permute && w.I4 == 0 ? mirror.triangle : mirror.quadrilateral;
     w.I1 = old[row[0]];
     w.I2 = old[row[1]];
@@ -97,14 +97,14 @@ void shift_corners(const Channel& mesh, ElementWords& w, bool permute) {
 // --- the operations on elements ------------------------------------------------------------------
 
 // ILOC 3: the codes go to the nodes of elements of the listed materials.
-void code_nodes_of(std::int8_t type, const ElementWords& w) {
-    if (!material_listed(w.MATNO))
+void code_nodes_of(EditCards& edit, Mesh& mesh, std::int8_t type, const ElementWords& w) {
+    if (!material_listed(edit, w.MATNO))
         return;
     const std::int32_t nodes[4] = {w.I1, w.I2, w.I3, w.I4};
     const int count = type == EL_CONTINUUM ? 4 : 2;
     for (int i = 0; i < count; ++i)
         if (nodes[i] > 0)
-            IDN[nodes[i]] = EDIT.IDNEW;
+            mesh.codes[nodes[i]] = edit.IDNEW;
 }
 
 // The corner that a source names; `stands` when it names none.
@@ -124,7 +124,7 @@ void set_unless_stays(float& field, float value) {
         field = value;
 }
 
-void rebuild_continuum(ElementRecord& element, const RebuildRow& row) {
+void rebuild_continuum(LayoutKind kind, ElementRecord& element, const RebuildRow& row) {
     ElementWords& w = element.words;
     const std::int32_t corner[4] = {w.I1, w.I2, w.I3, w.I4};
     w.I1 = sourced(row.NS[0], corner, w.I1);
@@ -132,7 +132,7 @@ void rebuild_continuum(ElementRecord& element, const RebuildRow& row) {
     w.I3 = sourced(row.NS[2], corner, w.I3);
     w.I4 = sourced(row.NS[3], corner, w.I4);
     set_unless_stays(w.MATNO, row.MATNEW);
-    switch (KIND()) {
+    switch (kind) {
         case LayoutKind::coupled:
             set_unless_stays(element.KS, row.KS);
             set_unless_stays(element.KF, row.KF);
@@ -159,72 +159,72 @@ void rebuild_line_element(ElementRecord& element, const RebuildRow& row) {
 }
 
 // The first row whose old material is the element's applies.
-void rebuild(std::int8_t type, ElementRecord& element) {
-    const std::int32_t rows = type == EL_CONTINUUM ? EDIT.NEDC : type == EL_BEAM ? EDIT.NEDB : EDIT.NEDT;
+void rebuild(LayoutKind kind, EditCards& edit, std::int8_t type, ElementRecord& element) {
+    const std::int32_t rows = type == EL_CONTINUUM ? edit.NEDC : type == EL_BEAM ? edit.NEDB : edit.NEDT;
     for (std::int32_t i = 1; i <= rows; ++i) {
-        const RebuildRow& row = type == EL_CONTINUUM ? EDIT.EDC[i]
-                                : type == EL_BEAM    ? EDIT.EDB[i]
-                                                     : EDIT.EDT[i];
+        const RebuildRow& row = type == EL_CONTINUUM ? edit.EDC[i]
+                                : type == EL_BEAM    ? edit.EDB[i]
+                                                     : edit.EDT[i];
         if (row.MATold != element.words.MATNO)
             continue;
         if (type == EL_CONTINUUM)
-            rebuild_continuum(element, row);
+            rebuild_continuum(kind, element, row);
         else
             rebuild_line_element(element, row);
         return;
     }
 }
 
-bool is_excluded(std::int8_t type, std::int32_t material) {
+bool is_excluded(EditCards& edit, std::int8_t type, std::int32_t material) {
     switch (type) {
         case EL_CONTINUUM:
-            return material == EDIT.MATX1 || material == EDIT.MATX2 || material == EDIT.MATX3;
+            return material == edit.MATX1 || material == edit.MATX2 || material == edit.MATX3;
         case EL_BEAM:
-            return material == EDIT.MATXB;
+            return material == edit.MATXB;
         default:
-            return material == EDIT.MATXT;
+            return material == edit.MATXT;
     }
 }
 
 // IEDIT 2 deletes, IEDIT 3 changes the material. Returns what ETYPE becomes.
-std::int32_t delete_or_rename(std::int8_t type, ElementRecord& element) {
-    if (EDIT.IEDIT == 4 || !takes_side(element_inside(type, element)) ||
-        is_excluded(type, element.words.MATNO))
+std::int32_t delete_or_rename(EditCards& edit, Mesh& mesh, Selection& selection, std::int8_t type, ElementRecord& element) {
+    if (edit.IEDIT == 4 || !takes_side(edit, element_inside(edit, mesh, selection, type, element)) ||
+        is_excluded(edit, type, element.words.MATNO))
         return type;
-    if (EDIT.IEDIT == 2)
+    if (edit.IEDIT == 2)
         return EL_DELETED;
-    const std::int32_t material = type == EL_CONTINUUM ? EDIT.MATNC
-                                  : type == EL_BEAM    ? EDIT.MATNB
-                                                       : EDIT.MATNT;
+    const std::int32_t material = type == EL_CONTINUUM ? edit.MATNC
+                                  : type == EL_BEAM    ? edit.MATNB
+                                                       : edit.MATNT;
     if (material != 0)
         element.words.MATNO = material;
     return type;
 }
 
 // The number that an element has from the start number of its type on.
-std::int32_t new_number(const Channel& mesh, std::int8_t type, const ElementRecord& element) {
-    const std::int32_t start = type == EL_CONTINUUM ? EDIT.NSNEL
-                               : type == EL_BEAM    ? EDIT.NSBEAM
-                                                    : EDIT.NSTRUS;
-    return shifted(mesh, element.NEL, start - SOURCE.elements[type - EL_CONTINUUM].lowest, MAXEL, "element");
+std::int32_t new_number(EditCards& edit, EditSource& source, const Channel& mesh_file, std::int8_t type, const ElementRecord& element) {
+    const std::int32_t start = type == EL_CONTINUUM ? edit.NSNEL
+                               : type == EL_BEAM    ? edit.NSBEAM
+                                                    : edit.NSTRUS;
+    return shifted(mesh_file, element.NEL, start - source.elements[type - EL_CONTINUUM].lowest, MAXEL, "element");
 }
 
-void edit_renumbered(const Channel& mesh, std::int8_t type, ElementRecord& element) {
-    const std::int32_t number = new_number(mesh, type, element);
-    shift_corners(mesh, element.words, type == EL_CONTINUUM);
-    if (EDIT.IEDIT == 1 && EDIT.ILOC == 3)
-        code_nodes_of(type, element.words);
-    if (EDIT.IEDIT == 6)
-        rebuild(type, element);
-    store_element(number, type, element);
-    EACT1[number] = type;
+void edit_renumbered(EditCards& edit, EditSource& source, Mesh& mesh, const Channel& mesh_file, std::int8_t type, ElementRecord& element) {
+    const std::int32_t number = new_number(edit, source, mesh_file, type, element);
+    shift_corners(edit, source, mesh_file, element.words, type == EL_CONTINUUM);
+    if (edit.IEDIT == 1 && edit.ILOC == 3)
+        code_nodes_of(edit, mesh, type, element.words);
+    if (edit.IEDIT == 6)
+        rebuild(mesh.kind, edit, type, element);
+    store_element(mesh, number, type, element);
+    mesh.type_in_use[number] = type;
 }
 
 // IEDIT 5: numbers of elements are shifted, corners are not, as nodes keep their numbers.
-void edit_for_slope(const Channel& mesh, std::int8_t type, ElementRecord& element) {
-    const std::int32_t number = new_number(mesh, type, element);
+void edit_for_slope(EditCards& edit, EditSource& source, Mesh& mesh, const Channel& mesh_file, std::int8_t type, ElementRecord& element) {
+    const std::int32_t number = new_number(edit, source, mesh_file, type, element);
     if (type == EL_CONTINUUM) {
-        element.words.MATNO = EDIT.MATNO_T;
+        element.words.MATNO = edit.MATNO_T;
         element.THIC = 1.0F;
         element.DEN = 0.0F;
         element.IDH = 0;
@@ -232,58 +232,58 @@ void edit_for_slope(const Channel& mesh, std::int8_t type, ElementRecord& elemen
         element.KF = 1;
         element.INTR = element.INTS = 2;
         element.TBJWL = 0.0F;
-        if (SOURCE.first_continuum == 0)
-            SOURCE.first_continuum = number;
+        if (source.first_continuum == 0)
+            source.first_continuum = number;
     }
-    store_element(number, type, element);
-    EACT1[number] = type;
+    store_element(mesh, number, type, element);
+    mesh.type_in_use[number] = type;
 }
 
 }  // namespace
 
-void EDITNODES(Channel& mesh) {
-    for (std::int32_t i = 0; i < SOURCE.counts.NUMNP; ++i) {
-        NodeRecord node = read_node_record(mesh, SOURCE.stripped.NFIELDS);
-        if (renumbers()) {
+void EDITNODES(EditCards& edit, EditSource& source, Mesh& mesh, Selection& selection, Channel& mesh_file) {
+    for (std::int32_t i = 0; i < source.counts.NUMNP; ++i) {
+        NodeRecord node = read_node_record(mesh.kind, mesh_file, source.stripped.NFIELDS);
+        if (renumbers(edit)) {
             const std::int32_t number =
-                shifted(mesh, node.NODE, EDIT.NSNODE - SOURCE.nodes.lowest, MAXNP, "node");
-            if (EDIT.IEDIT == 0) {
-                node.XC = (node.XC - EDIT.XO) * EDIT.SCX + EDIT.XN;
-                node.YC = (node.YC - EDIT.YO) * EDIT.SCY + EDIT.YN;
-                require_finite(mesh, node.NODE, node.XC, node.YC);
+                shifted(mesh_file, node.NODE, edit.NSNODE - source.nodes.lowest, MAXNP, "node");
+            if (edit.IEDIT == 0) {
+                node.XC = (node.XC - edit.XO) * edit.SCX + edit.XN;
+                node.YC = (node.YC - edit.YO) * edit.SCY + edit.YN;
+                require_finite(mesh_file, node.NODE, node.XC, node.YC);
             }
-            if (EDIT.IEDIT == 1 && EDIT.ILOC != 3 && takes_side(node_inside(node.NODE, node.XC, node.YC)))
-                node.ID = EDIT.IDNEW;
-            store_node(number, node);
-            NACT1[number] = 1;
-        } else if (keeps_numbers()) {
-            store_node(node.NODE, node);
-        } else if (EDIT.IEDIT == 5) {
+            if (edit.IEDIT == 1 && edit.ILOC != 3 && takes_side(edit, node_inside(edit, selection, node.NODE, node.XC, node.YC)))
+                node.ID = edit.IDNEW;
+            store_node(mesh, number, node);
+            mesh.node_in_use[number] = 1;
+        } else if (keeps_numbers(edit)) {
+            store_node(mesh, node.NODE, node);
+        } else if (edit.IEDIT == 5) {
             node.ID[2] = node.ID[3] = node.ID[4] = 1;
-            node.H = EDIT.Hi;
-            store_node(node.NODE, node);
-            NACT1[node.NODE] = 1;
+            node.H = edit.Hi;
+            store_node(mesh, node.NODE, node);
+            mesh.node_in_use[node.NODE] = 1;
         }
     }
 }
 
-void EDITELEMENTS(Channel& mesh, std::int8_t type) {
-    mesh.skip_lines(SOURCE.stripped.headings_of(type), "a heading line");
-    for (std::int32_t i = 0; i < SOURCE.counts.of(type); ++i) {
-        ElementRecord element = read_element_record(mesh, type);
-        if (renumbers()) {
-            edit_renumbered(mesh, type, element);
-        } else if (EDIT.IEDIT == 5) {
-            edit_for_slope(mesh, type, element);
-        } else if (keeps_numbers()) {
+void EDITELEMENTS(EditCards& edit, EditSource& source, Mesh& mesh, Selection& selection, Channel& mesh_file, std::int8_t type) {
+    mesh_file.skip_lines(source.stripped.headings_of(type), "a heading line");
+    for (std::int32_t i = 0; i < source.counts.of(type); ++i) {
+        ElementRecord element = read_element_record(mesh.kind, mesh_file, type);
+        if (renumbers(edit)) {
+            edit_renumbered(edit, source, mesh, mesh_file, type, element);
+        } else if (edit.IEDIT == 5) {
+            edit_for_slope(edit, source, mesh, mesh_file, type, element);
+        } else if (keeps_numbers(edit)) {
             const std::int32_t number = element.NEL;
-            if (type != EL_CONTINUUM && EDIT.IEDIT != 4 && EDIT.ILOC == 0 &&
+            if (type != EL_CONTINUUM && edit.IEDIT != 4 && edit.ILOC == 0 &&
                 (element.words.I1 < 1 || element.words.I2 < 1))
-                mesh.fail_behind("element " + std::to_string(number) +
+                mesh_file.fail_behind("element " + std::to_string(number) +
                                  ": expected two nodes, whose middle decides whether the window takes it");
-            const std::int32_t kept = delete_or_rename(type, element);
-            store_element(number, type, element);
-            ETYPE[number] = kept;
+            const std::int32_t kept = delete_or_rename(edit, mesh, selection, type, element);
+            store_element(mesh, number, type, element);
+            mesh.type[number] = kept;
         }
     }
 }

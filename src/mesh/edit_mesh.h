@@ -8,9 +8,9 @@
 namespace brelan {
 
 // Reads and edits the nodes; the channel stands at the first node record and is left behind the last.
-void EDITNODES(Channel& mesh);
+void EDITNODES(EditCards& edit, EditSource& source, Mesh& mesh, Selection& selection, Channel& mesh_file);
 
 // Reads and edits the elements of one type, headings included.
-void EDITELEMENTS(Channel& mesh, std::int8_t type);
+void EDITELEMENTS(EditCards& edit, EditSource& source, Mesh& mesh, Selection& selection, Channel& mesh_file, std::int8_t type);
 
 }  // namespace brelan

@@ -6,16 +6,16 @@
 namespace brelan {
 
 // Reads the counts and finds the range of node numbers; leaves the channel at the first node record.
-void SCANNODES(Channel& mesh);
+void SCANNODES(LayoutKind kind, EditSource& source, Channel& mesh_file);
 
 // Reads all nodes into the side tables XC1 and YC1 with NACT1 set, resolves the listed polyline into NLIST,
 // clears NACT1 again and steps back to the first node record. `traced` is called between the steps.
-void SELECTNODES(Channel& mesh, void (*traced)(int step));
+void SELECTNODES(EditCards& edit, EditSource& source, Mesh& mesh, SideTables& side, Selection& selection, Channel& mesh_file, void (*traced)(int step));
 
 // Finds the range of element numbers of each type; leaves the channel where it was.
-void SCANELEMENTS(Channel& mesh);
+void SCANELEMENTS(LayoutKind kind, EditSource& source, Channel& mesh_file);
 
 // Raises the start numbers of beams and trusses so that the types do not share numbers.
-void FIXSTARTNUMBERS();
+void FIXSTARTNUMBERS(EditCards& edit, EditSource& source);
 
 }  // namespace brelan

@@ -42,8 +42,8 @@ inline constexpr std::array<KindRow, 4> KINDS{{
 constexpr const KindRow& kind_row(LayoutKind kind) {
     return KINDS[static_cast<std::size_t>(kind)];
 }
-inline const KindRow& kind_row() {
-    return kind_row(KIND());
+inline const KindRow& kind_row(LayoutKind kind) {
+    return kind_row(kind);
 }
 
 // The table is addressed by kind.
@@ -55,8 +55,8 @@ static_assert([] {
 }());
 
 // True for the kinds whose nodes carry H (or T) and CF.
-inline bool has_node_values() {
-    return KIND() == LayoutKind::temperature || KIND() == LayoutKind::head;
+inline bool has_node_values(LayoutKind kind) {
+    return kind == LayoutKind::temperature || kind == LayoutKind::head;
 }
 
 }  // namespace brelan

@@ -28,13 +28,13 @@ struct LineUpIndex {
     std::vector<std::vector<std::int32_t>> quads;  // quadrilaterals of the material at the node, ascending
     std::vector<bool> listed;                      // nodes in LNP
 
-    LineUpIndex() : before(MAXNP + 1, 0), behind(MAXNP + 1, 0), quads(MAXNP + 1), listed(MAXNP + 1, false) {
+    LineUpIndex(Mesh& mesh) : before(MAXNP + 1, 0), behind(MAXNP + 1, 0), quads(MAXNP + 1), listed(MAXNP + 1, false) {
         for (std::int32_t n = 1; n <= MAXEL; ++n) {
-            const ElementWords& w = IEL[n];
-            if (ETYPE[n] == EL_TRUSS && is_node(w.I1) && is_node(w.I2)) {
+            const ElementWords& w = mesh.words[n];
+            if (mesh.type[n] == EL_TRUSS && is_node(w.I1) && is_node(w.I2)) {
                 before[place(w.I2)] = w.I1;
                 behind[place(w.I1)] = w.I2;
-            } else if (ETYPE[n] == EL_CONTINUUM && w.MATNO == LINED_MATERIAL && w.I4 != 0) {
+            } else if (mesh.type[n] == EL_CONTINUUM && w.MATNO == LINED_MATERIAL && w.I4 != 0) {
                 for (const std::int32_t corner : {w.I1, w.I2, w.I3, w.I4})
                     if (is_node(corner) && (quads[place(corner)].empty() || quads[place(corner)].back() != n))
                         quads[place(corner)].push_back(n);
@@ -50,26 +50,26 @@ struct LineUpIndex {
 struct Direction {
     bool vertical;
 
-    float along(std::int32_t n) const { return vertical ? YC[n] : XC[n]; }
-    float across(std::int32_t n) const { return vertical ? XC[n] : YC[n]; }
+    float along(Mesh& mesh, std::int32_t n) const { return vertical ? mesh.y[n] : mesh.x[n]; }
+    float across(Mesh& mesh, std::int32_t n) const { return vertical ? mesh.x[n] : mesh.y[n]; }
 };
 
 // Puts node n on the line through p and q where the coordinate along is s. A node that has been moved stays,
 // and so does one whose line runs across.
-void slide(LineUpIndex& index, const Direction& d, std::int32_t n, float s, std::int32_t p, std::int32_t q) {
+void slide(Mesh& mesh, SideTables& side, LineUp& line_up, LineUpIndex& index, const Direction& d, std::int32_t n, float s, std::int32_t p, std::int32_t q) {
     const std::size_t place = LineUpIndex::place(n);
-    if (index.listed[place] || d.along(q) == d.along(p))
+    if (index.listed[place] || d.along(mesh, q) == d.along(mesh, p))
         return;
-    const float t = (s - d.along(p)) / (d.along(q) - d.along(p));
-    const float across = d.across(p) + (d.across(q) - d.across(p)) * t;
-    XC1[n] = d.vertical ? across : s;
-    YC1[n] = d.vertical ? s : across;
+    const float t = (s - d.along(mesh, p)) / (d.along(mesh, q) - d.along(mesh, p));
+    const float across = d.across(mesh, p) + (d.across(mesh, q) - d.across(mesh, p)) * t;
+    side.x[n] = d.vertical ? across : s;
+    side.y[n] = d.vertical ? s : across;
     index.listed[place] = true;
-    LNP.push_back(n);
+    line_up.nodes.push_back(n);
 }
 
-void add_merge(std::int32_t moved, std::int32_t target) {
-    MOVES[++NMOVE] = {moved, target, 1.0F};
+void add_merge(MoveLists& moves, std::int32_t moved, std::int32_t target) {
+    moves.first[++moves.first_count] = {moved, target, 1.0F};
 }
 
 bool within(float s, float low, float high) {
@@ -77,35 +77,35 @@ bool within(float s, float low, float high) {
 }
 
 // The slides of a truss A-B with neighbours P and N along its line (0 for none), level with C and D.
-void slide_truss(LineUpIndex& index, std::int32_t A, std::int32_t B, std::int32_t C, std::int32_t D) {
-    if (XC[C] != XC[D] && YC[C] != YC[D])
+void slide_truss(Mesh& mesh, SideTables& side, MoveLists& moves, LineUp& line_up, LineUpIndex& index, std::int32_t A, std::int32_t B, std::int32_t C, std::int32_t D) {
+    if (mesh.x[C] != mesh.x[D] && mesh.y[C] != mesh.y[D])
         return;
-    const Direction d{XC[C] == XC[D]};
+    const Direction d{mesh.x[C] == mesh.x[D]};
     const std::int32_t P = index.before[LineUpIndex::place(A)];
     const std::int32_t N = index.behind[LineUpIndex::place(B)];
-    const float SA = d.along(A), SB = d.along(B), SC = d.along(C), SD = d.along(D);
+    const float SA = d.along(mesh, A), SB = d.along(mesh, B), SC = d.along(mesh, C), SD = d.along(mesh, D);
     const bool rising = SA <= SB;
     const float low = rising ? SA : SB, high = rising ? SB : SA;
     if (within(SC, low, high)) {
-        slide(index, d, A, SC, A, B);
+        slide(mesh, side, line_up, index, d, A, SC, A, B);
     } else if (P > 0) {
-        const float SP = d.along(P);
+        const float SP = d.along(mesh, P);
         if (rising ? SC <= SP : SP <= SC)
-            add_merge(P, A);
-        slide(index, d, A, SC, A, P);
+            add_merge(moves, P, A);
+        slide(mesh, side, line_up, index, d, A, SC, A, P);
     }
     if (within(SD, low, high)) {
-        slide(index, d, B, SD, B, A);
+        slide(mesh, side, line_up, index, d, B, SD, B, A);
     } else if (N > 0) {
-        const float SN = d.along(N);
+        const float SN = d.along(mesh, N);
         if (rising ? SN <= SD : SD <= SN)
-            add_merge(N, B);
-        slide(index, d, B, SD, N, B);
+            add_merge(moves, N, B);
+        slide(mesh, side, line_up, index, d, B, SD, N, B);
     }
 }
 
 // The work on a truss and one quadrilateral that holds both its ends.
-void line_up_on(LineUpIndex& index, std::int32_t A, std::int32_t B, const ElementWords& quad) {
+void line_up_on(Mesh& mesh, SideTables& side, MoveLists& moves, LineUp& line_up, LineUpIndex& index, std::int32_t A, std::int32_t B, const ElementWords& quad) {
     const std::int32_t corner[4] = {quad.I1, quad.I2, quad.I3, quad.I4};
     const std::int32_t P = index.before[LineUpIndex::place(A)];
     const std::int32_t N = index.behind[LineUpIndex::place(B)];
@@ -123,41 +123,41 @@ void line_up_on(LineUpIndex& index, std::int32_t A, std::int32_t B, const Elemen
         return;
     for (const EdgeRow& edge : EDGES)
         if (edge.A == slot_A && edge.B == slot_B)
-            slide_truss(index, A, B, corner[edge.C - 1], corner[edge.D - 1]);
+            slide_truss(mesh, side, moves, line_up, index, A, B, corner[edge.C - 1], corner[edge.D - 1]);
 }
 
 }  // namespace
 
-void READLINEUP() {
-    LINEUP = 0;
-    if (!FILE_EXISTS(SWITCH_FILE))
+void READLINEUP(Channels& channels, LineUp& line_up) {
+    line_up.is_on = 0;
+    if (!channels.file_exists(SWITCH_FILE))
         return;
-    read_free(open_channel(CH_DATA, SWITCH_FILE, OpenStatus::old), "the line-up switch", LINEUP);
-    close_channel(CH_DATA);
-    if (LINEUP <= 0)
+    read_free(channels.open(CH_DATA, SWITCH_FILE, OpenStatus::old), "the line-up switch", line_up.is_on);
+    channels.close(CH_DATA);
+    if (line_up.is_on <= 0)
         return;
-    write_free(open_channel(CH_DATA, SWITCH_FILE, OpenStatus::result), std::int32_t{0});
-    close_channel(CH_DATA);
+    write_free(channels.open(CH_DATA, SWITCH_FILE, OpenStatus::result), std::int32_t{0});
+    channels.close(CH_DATA);
 }
 
-void SEARCHLINEUP() {
-    LNP.clear();
+void SEARCHLINEUP(Mesh& mesh, SideTables& side, MoveLists& moves, LineUp& line_up) {
+    line_up.nodes.clear();
     LineUpIndex index;
     for (std::int32_t t = 1; t <= MAXEL; ++t) {
-        if (ETYPE[t] != EL_TRUSS)
+        if (mesh.type[t] != EL_TRUSS)
             continue;
-        const std::int32_t A = IEL[t].I1, B = IEL[t].I2;
+        const std::int32_t A = mesh.words[t].I1, B = mesh.words[t].I2;
         if (!LineUpIndex::is_node(A) || !LineUpIndex::is_node(B))
             continue;
         for (const std::int32_t e : index.quads[LineUpIndex::place(A)])
-            line_up_on(index, A, B, IEL[e]);
+            line_up_on(mesh, side, moves, line_up, index, A, B, mesh.words[e]);
     }
 }
 
-void APPLYLINEUP() {
-    for (const std::int32_t n : LNP) {
-        XC[n] = XC1[n];
-        YC[n] = YC1[n];
+void APPLYLINEUP(Mesh& mesh, SideTables& side, LineUp& line_up) {
+    for (const std::int32_t n : line_up.nodes) {
+        mesh.x[n] = side.x[n];
+        mesh.y[n] = side.y[n];
     }
 }
 

@@ -12,13 +12,13 @@ inline std::vector<std::int32_t> LNP;  // nodes to be moved; their new coordinat
 
 // Reads LINEUP from "LineUp.dat" in the working directory, 0 when there is none. A value above 0 works once:
 // the file then holds 0.
-void READLINEUP();
+void READLINEUP(Channels& channels, LineUp& line_up);
 
 // Looks for the trusses that the line-up moves: fills LNP, and the first move list with the nodes that a
 // slide would pass. All comparisons go by the coordinates before the line-up.
-void SEARCHLINEUP();
+void SEARCHLINEUP(Mesh& mesh, SideTables& side, MoveLists& moves, LineUp& line_up);
 
 // Moves the nodes of LNP.
-void APPLYLINEUP();
+void APPLYLINEUP(Mesh& mesh, SideTables& side, LineUp& line_up);
 
 }  // namespace brelan

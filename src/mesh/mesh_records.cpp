@@ -31,29 +31,29 @@ constexpr std::string_view SECTION_TITLE[3] = {"   CONTINUUM ELEMENT INDEX ", " 
 constexpr std::string_view LINE_RECORD[2] = {"a beam element record (NEL, I, J, MSEC, NODEK)",
                                              "a truss element record (NEL, I, J, MATT, NODEK)"};
 
-std::string_view record_name(std::int8_t type) {
-    return type == EL_CONTINUUM ? kind_row().continuum_record : LINE_RECORD[type - EL_BEAM];
+std::string_view record_name(LayoutKind kind, std::int8_t type) {
+    return type == EL_CONTINUUM ? kind_row(kind).continuum_record : LINE_RECORD[type - EL_BEAM];
 }
 
 }  // namespace
 
-MeshCounts read_mesh_counts(Channel& mesh) {
+MeshCounts read_mesh_counts(Channel& mesh_file) {
     MeshCounts counts;
-    read_free(mesh, "the counts line (NUMNP, NCONT, NBEAM, NTRUS)", counts.NUMNP, counts.NCONT, counts.NBEAM,
+    read_free(mesh_file, "the counts line (NUMNP, NCONT, NBEAM, NTRUS)", counts.NUMNP, counts.NCONT, counts.NBEAM,
               counts.NTRUS);
     if (counts.NUMNP < 0 || counts.NUMNP > MAXNP)
-        mesh.fail_behind("expected a NUMNP of 0 to 99990, found " + std::to_string(counts.NUMNP));
+        mesh_file.fail_behind("expected a NUMNP of 0 to 99990, found " + std::to_string(counts.NUMNP));
     for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS})
         if (counts.of(type) < 0 || counts.of(type) > MAXEL)
-            mesh.fail_behind("expected element counts of 0 to 99990, found " +
+            mesh_file.fail_behind("expected element counts of 0 to 99990, found " +
                              std::to_string(counts.of(type)));
     return counts;
 }
 
-NodeRecord read_node_record(Channel& mesh, std::int32_t NFIELDS) {
-    const KindRow& row = kind_row();
+NodeRecord read_node_record(LayoutKind kind, Channel& mesh_file, std::int32_t NFIELDS) {
+    const KindRow& row = kind_row(kind);
     NodeRecord node;
-    FreeFieldReader reader(mesh, row.node_record);
+    FreeFieldReader reader(mesh_file, row.node_record);
     reader.read(node.NODE);
     for (int i = 0; i < row.node_codes; ++i)
         reader.read(node.ID[static_cast<std::size_t>(i)]);
@@ -64,7 +64,7 @@ NodeRecord read_node_record(Channel& mesh, std::int32_t NFIELDS) {
     }
     reader.read(node.XC);
     reader.read(node.YC);
-    if (has_node_values()) {
+    if (has_node_values(kind)) {
         reader.read(node.H);
         reader.read(node.CF);
     }
@@ -83,191 +83,191 @@ ElementRecord two_node_element(std::int32_t from, std::int32_t to, std::int32_t 
     return e;
 }
 
-ElementRecord read_element_record(Channel& mesh, std::int8_t type) {
+ElementRecord read_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type) {
     ElementRecord e;
     ElementWords& w = e.words;
     if (type != EL_CONTINUUM) {
-        read_free(mesh, record_name(type), e.NEL, w.I1, w.I2, w.MATNO);
+        read_free(mesh_file, record_name(kind, type), e.NEL, w.I1, w.I2, w.MATNO);
         const std::int32_t NEL = e.NEL;
         e = two_node_element(w.I1, w.I2, w.MATNO);
         e.NEL = NEL;
         return e;
     }
-    switch (KIND()) {
+    switch (kind) {
         case LayoutKind::coupled:
-            read_free(mesh, record_name(type), e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
+            read_free(mesh_file, record_name(kind, type), e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
                       e.KS, e.KF, e.INTR, e.INTS, e.TBJWL);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            read_free(mesh, record_name(type), e.NEL, w.I1, w.I2, w.I3, w.I4, w.MATNO, e.IDH);
+            read_free(mesh_file, record_name(kind, type), e.NEL, w.I1, w.I2, w.I3, w.I4, w.MATNO, e.IDH);
             break;
         case LayoutKind::displacement:
-            read_free(mesh, record_name(type), e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
+            read_free(mesh_file, record_name(kind, type), e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
                       e.THIC, e.DEN);
             break;
     }
     return e;
 }
 
-std::int32_t read_element_number(Channel& mesh, std::int8_t type) {
+std::int32_t read_element_number(LayoutKind kind, Channel& mesh_file, std::int8_t type) {
     std::int32_t NEL = 0;
-    read_free(mesh, record_name(type), NEL);
+    read_free(mesh_file, record_name(kind, type), NEL);
     return NEL;
 }
 
-void write_mesh_counts(Channel& mesh, const MeshCounts& counts) {
-    write_free(mesh, counts.NUMNP, counts.NCONT, counts.NBEAM, counts.NTRUS);
+void write_mesh_counts(Channel& mesh_file, const MeshCounts& counts) {
+    write_free(mesh_file, counts.NUMNP, counts.NCONT, counts.NBEAM, counts.NTRUS);
 }
 
-void write_mesh_head(Channel& mesh, std::string_view name, const MeshCounts& counts) {
-    mesh.write_columns(name);
-    write_free(mesh, " NUMNP   NCONT   NBEAM   NTRUS ");
-    COUNTS_LINE.write_front(mesh, counts.NUMNP, counts.NCONT, counts.NBEAM, counts.NTRUS);
+void write_mesh_head(Channel& mesh_file, std::string_view name, const MeshCounts& counts) {
+    mesh_file.write_columns(name);
+    write_free(mesh_file, " NUMNP   NCONT   NBEAM   NTRUS ");
+    COUNTS_LINE.write_front(mesh_file, counts.NUMNP, counts.NCONT, counts.NBEAM, counts.NTRUS);
 }
 
-void write_node_heading(Channel& mesh) {
-    write_free(mesh, "   NODAL COORDINATES ");
-    mesh.write_line(kind_row().node_heading);
+void write_node_heading(LayoutKind kind, Channel& mesh_file) {
+    write_free(mesh_file, "   NODAL COORDINATES ");
+    mesh_file.write_line(kind_row(kind).node_heading);
 }
 
-void write_section_heading(Channel& mesh, std::int8_t type) {
-    write_free(mesh, SECTION_TITLE[type - EL_CONTINUUM]);
+void write_section_heading(LayoutKind kind, Channel& mesh_file, std::int8_t type) {
+    write_free(mesh_file, SECTION_TITLE[type - EL_CONTINUUM]);
     if (type == EL_CONTINUUM)
-        mesh.write_line(kind_row().continuum_heading);
+        mesh_file.write_line(kind_row(kind).continuum_heading);
     else
-        write_free(mesh, type == EL_BEAM ? "   NEL      I      J   MSEC  NODEK "
+        write_free(mesh_file, type == EL_BEAM ? "   NEL      I      J   MSEC  NODEK "
                                          : "   NEL      I      J   MATT  NODEK ");
 }
 
-void write_node_record(Channel& mesh, const NodeRecord& node) {
+void write_node_record(LayoutKind kind, Channel& mesh_file, const NodeRecord& node) {
     const NodeCodes& id = node.ID;
-    switch (KIND()) {
+    switch (kind) {
         case LayoutKind::coupled:
-            COUPLED_NODE.write(mesh, node.NODE, id[0], id[1], id[2], id[3], id[4], IEX, IEY, node.XC,
+            COUPLED_NODE.write(mesh_file, node.NODE, id[0], id[1], id[2], id[3], id[4], IEX, IEY, node.XC,
                                node.YC);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            SCALAR_NODE.write(mesh, node.NODE, id[0], id[1], node.XC, node.YC, node.H, node.CF);
+            SCALAR_NODE.write(mesh_file, node.NODE, id[0], id[1], node.XC, node.YC, node.H, node.CF);
             break;
         case LayoutKind::displacement:
-            DISPLACEMENT_NODE.write(mesh, node.NODE, id[0], id[1], id[2], IEX, IEY, node.XC, node.YC);
+            DISPLACEMENT_NODE.write(mesh_file, node.NODE, id[0], id[1], id[2], IEX, IEY, node.XC, node.YC);
             break;
     }
 }
 
-void write_element_record(Channel& mesh, std::int8_t type, const ElementRecord& e) {
+void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type, const ElementRecord& e) {
     const ElementWords& w = e.words;
     if (type != EL_CONTINUUM) {
-        LINE_ELEMENT.write(mesh, e.NEL, w.I1, w.I2, w.MATNO, NODEK);
+        LINE_ELEMENT.write(mesh_file, e.NEL, w.I1, w.I2, w.MATNO, NODEK);
         return;
     }
-    switch (KIND()) {
+    switch (kind) {
         case LayoutKind::coupled:
-            COUPLED_CONTINUUM.write(mesh, e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
+            COUPLED_CONTINUUM.write(mesh_file, e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
                                     e.KS, e.KF, e.INTR, e.INTS, e.TBJWL);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            SCALAR_CONTINUUM.write(mesh, e.NEL, w.I1, w.I2, w.I3, w.I4, w.MATNO, e.IDH);
+            SCALAR_CONTINUUM.write(mesh_file, e.NEL, w.I1, w.I2, w.I3, w.I4, w.MATNO, e.IDH);
             break;
         case LayoutKind::displacement:
-            DISPLACEMENT_CONTINUUM.write(mesh, e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
+            DISPLACEMENT_CONTINUUM.write(mesh_file, e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
                                          e.THIC, e.DEN);
             break;
     }
 }
 
-void store_element(std::int32_t number, std::int8_t type, const ElementRecord& e) {
+void store_element(Mesh& mesh, std::int32_t number, std::int8_t type, const ElementRecord& e) {
     ElementWords words = e.words;
-    if (type == EL_CONTINUUM && kind_row().element_words == 4) {
-        const ElementWords& stood = IEL[number];
+    if (type == EL_CONTINUUM && kind_row(mesh.kind).element_words == 4) {
+        const ElementWords& stood = mesh.words[number];
         words.M5 = stood.M5;
         words.M6 = stood.M6;
         words.M7 = stood.M7;
         words.M8 = stood.M8;
     }
-    IEL[number] = words;
-    switch (KIND()) {
+    mesh.words[number] = words;
+    switch (mesh.kind) {
         case LayoutKind::coupled:
-            KS[number] = e.KS;
-            KF[number] = e.KF;
-            INTR[number] = e.INTR;
-            INTS[number] = e.INTS;
-            TBJWL[number] = e.TBJWL;
+            mesh.skeleton[number] = e.KS;
+            mesh.fluid[number] = e.KF;
+            mesh.integration_r[number] = e.INTR;
+            mesh.integration_s[number] = e.INTS;
+            mesh.real_attribute[number] = e.TBJWL;
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            IDH[number] = e.IDH;
+            mesh.attribute[number] = e.IDH;
             break;
         case LayoutKind::displacement:
-            THIC[number] = e.THIC;
-            DEN[number] = e.DEN;
+            mesh.thickness[number] = e.THIC;
+            mesh.density[number] = e.DEN;
             break;
     }
 }
 
-void copy_attributes(std::int32_t from, std::int32_t to) {
-    switch (KIND()) {
+void copy_attributes(Mesh& mesh, std::int32_t from, std::int32_t to) {
+    switch (mesh.kind) {
         case LayoutKind::coupled:
-            KS[to] = KS[from];
-            KF[to] = KF[from];
-            INTR[to] = INTR[from];
-            INTS[to] = INTS[from];
-            TBJWL[to] = TBJWL[from];
+            mesh.skeleton[to] = mesh.skeleton[from];
+            mesh.fluid[to] = mesh.fluid[from];
+            mesh.integration_r[to] = mesh.integration_r[from];
+            mesh.integration_s[to] = mesh.integration_s[from];
+            mesh.real_attribute[to] = mesh.real_attribute[from];
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            IDH[to] = IDH[from];
+            mesh.attribute[to] = mesh.attribute[from];
             break;
         case LayoutKind::displacement:
-            THIC[to] = THIC[from];
-            DEN[to] = DEN[from];
+            mesh.thickness[to] = mesh.thickness[from];
+            mesh.density[to] = mesh.density[from];
             break;
     }
 }
 
-ElementRecord load_element(std::int32_t number) {
+ElementRecord load_element(Mesh& mesh, std::int32_t number) {
     ElementRecord e;
     e.NEL = number;
-    e.words = IEL[number];
-    switch (KIND()) {
+    e.words = mesh.words[number];
+    switch (mesh.kind) {
         case LayoutKind::coupled:
-            e.KS = KS[number];
-            e.KF = KF[number];
-            e.INTR = INTR[number];
-            e.INTS = INTS[number];
-            e.TBJWL = TBJWL[number];
+            e.KS = mesh.skeleton[number];
+            e.KF = mesh.fluid[number];
+            e.INTR = mesh.integration_r[number];
+            e.INTS = mesh.integration_s[number];
+            e.TBJWL = mesh.real_attribute[number];
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            e.IDH = IDH[number];
+            e.IDH = mesh.attribute[number];
             break;
         case LayoutKind::displacement:
-            e.THIC = THIC[number];
-            e.DEN = DEN[number];
+            e.THIC = mesh.thickness[number];
+            e.DEN = mesh.density[number];
             break;
     }
     return e;
 }
 
-ElementRecord load_element_for_writing(std::int32_t number) {
-    ElementRecord e = load_element(number);
+ElementRecord load_element_for_writing(Mesh& mesh, std::int32_t number) {
+    ElementRecord e = load_element(mesh, number);
     if (e.IDH < 0)
         e.IDH = std::abs(e.IDH) - 100;
     return e;
 }
 
-NodeRecord load_node(std::int32_t number) {
+NodeRecord load_node(Mesh& mesh, std::int32_t number) {
     NodeRecord node;
     node.NODE = number;
-    node.ID = IDN[number];
-    node.XC = XC[number];
-    node.YC = YC[number];
-    if (has_node_values()) {
-        node.H = H[number];
-        node.CF = CF[number];
+    node.ID = mesh.codes[number];
+    node.XC = mesh.x[number];
+    node.YC = mesh.y[number];
+    if (has_node_values(mesh.kind)) {
+        node.H = mesh.head[number];
+        node.CF = mesh.coefficient[number];
     }
     return node;
 }

@@ -48,49 +48,49 @@ struct StrippedMesh {
 // -----------------
 
 // Reads the counts. Ends the run at a count below 0 or above the tables' size.
-MeshCounts read_mesh_counts(Channel& mesh);
+MeshCounts read_mesh_counts(Channel& mesh_file);
 
 // NFIELDS tells whether the file has IEX and IEY, which are passed over.
-NodeRecord read_node_record(Channel& mesh, std::int32_t NFIELDS);
+NodeRecord read_node_record(LayoutKind kind, Channel& mesh_file, std::int32_t NFIELDS);
 
 // Reads an element of a type; beams and trusses become I1 = I4 = I, I2 = I3 = J with the attributes that a
 // two-node element has in memory.
-ElementRecord read_element_record(Channel& mesh, std::int8_t type);
+ElementRecord read_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type);
 
 // A beam or truss between two nodes, with the attributes that a two-node element has in memory.
 ElementRecord two_node_element(std::int32_t from, std::int32_t to, std::int32_t material);
 
 // Reads the number of an element alone.
-std::int32_t read_element_number(Channel& mesh, std::int8_t type);
+std::int32_t read_element_number(LayoutKind kind, Channel& mesh_file, std::int8_t type);
 
 // --- writing -------------------------------------------------------------------------------------
 
 // The counts as the stripper hands them on, free-field.
-void write_mesh_counts(Channel& mesh, const MeshCounts& counts);
+void write_mesh_counts(Channel& mesh_file, const MeshCounts& counts);
 
 // Name line, heading and counts of a mesh file.
-void write_mesh_head(Channel& mesh, std::string_view name, const MeshCounts& counts);
-void write_node_heading(Channel& mesh);
-void write_section_heading(Channel& mesh, std::int8_t type);
-void write_node_record(Channel& mesh, const NodeRecord& node);
+void write_mesh_head(Channel& mesh_file, std::string_view name, const MeshCounts& counts);
+void write_node_heading(LayoutKind kind, Channel& mesh_file);
+void write_section_heading(LayoutKind kind, Channel& mesh_file, std::int8_t type);
+void write_node_record(LayoutKind kind, Channel& mesh_file, const NodeRecord& node);
 
 // Writes the record with its fields as they are.
-void write_element_record(Channel& mesh, std::int8_t type, const ElementRecord& element);
+void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type, const ElementRecord& element);
 
 // --- between records and tables ------------------------------------------------------------------
 
 // Stores an element's words and attributes at a number. Kinds without midside nodes leave M5 to M8 as they
 // were.
-void store_element(std::int32_t number, std::int8_t type, const ElementRecord& element);
-ElementRecord load_element(std::int32_t number);
+void store_element(Mesh& mesh, std::int32_t number, std::int8_t type, const ElementRecord& element);
+ElementRecord load_element(Mesh& mesh, std::int32_t number);
 
 // Copies the attributes of the kind from one element to another.
-void copy_attributes(std::int32_t from, std::int32_t to);
+void copy_attributes(Mesh& mesh, std::int32_t from, std::int32_t to);
 
 // The element as a result file shows it: a negative IDH as its absolute value less 100.
-ElementRecord load_element_for_writing(std::int32_t number);
+ElementRecord load_element_for_writing(Mesh& mesh, std::int32_t number);
 
 // The node of the working set at a number.
-NodeRecord load_node(std::int32_t number);
+NodeRecord load_node(Mesh& mesh, std::int32_t number);
 
 }  // namespace brelan

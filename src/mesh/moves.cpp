@@ -45,25 +45,25 @@ private:
     std::vector<std::pair<std::int32_t, std::size_t>> by_node_;
 };
 
-void replace_in_elements(const ReplacementList& orders) {
-    const std::int32_t ELAST = last_element();
+void replace_in_elements(Mesh& mesh, GroupListing& listing, const ReplacementList& orders) {
+    const std::int32_t ELAST = last_element(mesh);
     for (std::int32_t n = 1; n <= ELAST; ++n) {
-        if (ETYPE[n] == EL_DELETED)
+        if (mesh.type[n] == EL_DELETED)
             continue;
-        ElementWords& w = IEL[n];
+        ElementWords& w = mesh.words[n];
         int made = orders.apply(w.I1) + orders.apply(w.I2);
-        if (ETYPE[n] == EL_CONTINUUM) {
+        if (mesh.type[n] == EL_CONTINUUM) {
             made += orders.apply(w.I3) + orders.apply(w.I4);
         } else {
             w.I4 = w.I1;
             w.I3 = w.I2;
         }
         if (made > 0)
-            DEGENERATE(n);
+            DEGENERATE(mesh, n);
     }
     // The lines of the groups name their nodes for the outputs.
-    for (std::int32_t i = 1; i <= NGRP; ++i)
-        for (std::int32_t& node : KEPTLINES[i].nodes)
+    for (std::int32_t i = 1; i <= listing.count; ++i)
+        for (std::int32_t& node : listing.lines[i].nodes)
             orders.apply(node);
 }
 
@@ -71,12 +71,12 @@ bool is_listed(std::int32_t material, std::span<const std::int32_t> materials) {
     return std::find(materials.begin(), materials.end(), material) != materials.end();
 }
 
-bool is_considered(std::int32_t n) {
-    const bool beam = ETYPE[n] == EL_BEAM;
-    const bool truss = ETYPE[n] == EL_TRUSS;
-    const bool listed_beam = beam && is_listed(IEL[n].MATNO, MATCB);
-    const bool listed_truss = truss && is_listed(IEL[n].MATNO, MATCT);
-    switch (IDCOL) {
+bool is_considered(Mesh& mesh, MoveLists& moves, std::int32_t n) {
+    const bool beam = mesh.type[n] == EL_BEAM;
+    const bool truss = mesh.type[n] == EL_TRUSS;
+    const bool listed_beam = beam && is_listed(mesh.words[n].MATNO, moves.beam_materials);
+    const bool listed_truss = truss && is_listed(mesh.words[n].MATNO, moves.truss_materials);
+    switch (moves.collapse_mode) {
         case 1:
             return beam || truss;
         case 2:
@@ -94,62 +94,62 @@ bool is_considered(std::int32_t n) {
     }
 }
 
-float length_of(std::int32_t n) {
-    const ElementWords& w = IEL[n];
-    return DIST2D(XC[w.I1], YC[w.I1], XC[w.I2], YC[w.I2]);
+float length_of(Mesh& mesh, std::int32_t n) {
+    const ElementWords& w = mesh.words[n];
+    return DIST2D(mesh.x[w.I1], mesh.y[w.I1], mesh.x[w.I2], mesh.y[w.I2]);
 }
 
 // The k-th used node stands at NMAP(k). Returns their count.
-std::int32_t refresh_ordinals() {
-    NUSED.fill(0);
-    const std::int32_t ELAST = last_element();
+std::int32_t refresh_ordinals(Mesh& mesh) {
+    mesh.node_used.fill(0);
+    const std::int32_t ELAST = last_element(mesh);
     for (std::int32_t n = 1; n <= ELAST; ++n) {
-        if (ETYPE[n] == EL_DELETED)
+        if (mesh.type[n] == EL_DELETED)
             continue;
-        const ElementWords& w = IEL[n];
+        const ElementWords& w = mesh.words[n];
         for (const std::int32_t corner : {w.I1, w.I2, w.I3, w.I4})
             if (corner > 0)
-                NUSED[corner] = corner;
+                mesh.node_used[corner] = corner;
     }
     std::int32_t count = 0;
     for (std::int32_t n = 1; n <= MAXNP; ++n)
-        if (NUSED[n] != 0)
-            NMAP[++count] = n;
+        if (mesh.node_used[n] != 0)
+            mesh.new_number[++count] = n;
     return count;
 }
 
-std::int32_t node_at(std::int32_t ordinal, std::int32_t count) {
+std::int32_t node_at(Mesh& mesh, std::int32_t ordinal, std::int32_t count) {
     if (ordinal < 1 || ordinal > count)
         FAIL("second move list: expected the position of a node from 1 to " + std::to_string(count) +
              ", found " + std::to_string(ordinal));
-    return NMAP[ordinal];
+    return mesh.new_number[ordinal];
 }
 
-void apply_moves(const std::vector<NodeMove>& moves) {
+void apply_moves(Mesh& mesh, GroupListing& listing, const std::vector<NodeMove>& moves) {
     std::vector<Replacement> merges;
     for (const NodeMove& move : moves) {
         const std::int32_t a = move.moved;
         const std::int32_t b = move.target;
-        XC[a] = XC[a] + (XC[b] - XC[a]) * move.fraction;
-        YC[a] = YC[a] + (YC[b] - YC[a]) * move.fraction;
+        mesh.x[a] = mesh.x[a] + (mesh.x[b] - mesh.x[a]) * move.fraction;
+        mesh.y[a] = mesh.y[a] + (mesh.y[b] - mesh.y[a]) * move.fraction;
         if (move.fraction == 1.0F)
             merges.push_back({a, b});
     }
-    replace_in_elements(ReplacementList(std::move(merges)));
+    replace_in_elements(mesh, listing, ReplacementList(std::move(merges)));
 }
 
 }  // namespace
 
-std::int32_t last_element() {
+std::int32_t last_element(Mesh& mesh) {
     std::int32_t n = MAXEL;
-    while (n > 0 && ETYPE[n] == EL_DELETED)
+    while (n > 0 && mesh.type[n] == EL_DELETED)
         --n;
     return n;
 }
 
-void DEGENERATE(std::int32_t element) {
-    ElementWords& w = IEL[element];
-    std::int32_t& type = ETYPE[element];
+void DEGENERATE(Mesh& mesh, std::int32_t element) {
+    ElementWords& w = mesh.words[element];
+    std::int32_t& type = mesh.type[element];
     if (type != EL_CONTINUUM) {
         if (w.I1 == w.I2)
             type = EL_DELETED;
@@ -185,47 +185,47 @@ void DEGENERATE(std::int32_t element) {
         becomes(w.I1, w.I2, w.I3, w.I1 == w.I2);
 }
 
-void COLLAPSE() {
+void COLLAPSE(Mesh& mesh, GroupListing& listing, MoveLists& moves) {
     constexpr float longer_than_any = 1.0E31F;
-    const std::int32_t ELAST = last_element();
+    const std::int32_t ELAST = last_element(mesh);
     float sum = 0.0F;
     float LMIN = longer_than_any;
     std::int32_t count = 0;
     for (std::int32_t n = 1; n <= ELAST; ++n) {
-        if (!is_considered(n))
+        if (!is_considered(mesh, moves, n))
             continue;
-        const float length = length_of(n);
+        const float length = length_of(mesh, n);
         sum = sum + length;
         ++count;
         LMIN = std::min(LMIN, length);
     }
-    const float LCUT = count > 0 ? (sum / static_cast<float>(count)) * FCOL : 0.0F;
+    const float LCUT = count > 0 ? (sum / static_cast<float>(count)) * moves.collapse_factor : 0.0F;
     if (count == 0 || LMIN > LCUT) {
-        IDCOL = 0;
+        moves.collapse_mode = 0;
         return;
     }
     std::vector<Replacement> orders;
     for (std::int32_t n = 1; n <= ELAST; ++n)
-        if (is_considered(n) && length_of(n) <= LCUT)
-            orders.push_back({IEL[n].I2, IEL[n].I1});
-    replace_in_elements(ReplacementList(std::move(orders)));
+        if (is_considered(mesh, moves, n) && length_of(mesh, n) <= LCUT)
+            orders.push_back({mesh.words[n].I2, mesh.words[n].I1});
+    replace_in_elements(mesh, listing, ReplacementList(std::move(orders)));
 }
 
-void MOVENODES() {
+void MOVENODES(Mesh& mesh, GroupListing& listing, MoveLists& moves) {
     std::vector<NodeMove> moves;
-    if (NMOVE > 0) {
-        for (std::int32_t k = 1; k <= NMOVE; ++k)
-            moves.push_back(MOVES[k]);
-        refresh_ordinals();
-    } else if (NMOVE2 > 0) {
-        const std::int32_t count = refresh_ordinals();
-        for (std::int32_t k = 1; k <= NMOVE2; ++k)
+    if (moves.first_count > 0) {
+        for (std::int32_t k = 1; k <= moves.first_count; ++k)
+            moves.push_back(moves.first[k]);
+        refresh_ordinals(mesh);
+    } else if (moves.second_count > 0) {
+        const std::int32_t count = refresh_ordinals(mesh);
+        for (std::int32_t k = 1; k <= moves.second_count; ++k)
             moves.push_back(
-                {node_at(MOVES2[k].moved, count), node_at(MOVES2[k].target, count), MOVES2[k].fraction});
+                {node_at(mesh, moves.second[k].moved, count), node_at(mesh, moves.second[k].target, count), moves.second[k].fraction});
     } else {
         return;
     }
-    apply_moves(moves);
+    apply_moves(mesh, listing, moves);
 }
 
 }  // namespace brelan

@@ -24,14 +24,14 @@ struct Claim {
     std::int32_t node;
 };
 
-std::vector<Segment> segments_through(std::span<const std::int32_t> points) {
+std::vector<Segment> segments_through(SideTables& side, std::span<const std::int32_t> points) {
     std::vector<Segment> segments;
     for (std::size_t i = 0; i + 1 < points.size(); ++i) {
         Segment s;
-        s.x = XC1[points[i]];
-        s.y = YC1[points[i]];
-        const float dx = XC1[points[i + 1]] - s.x;
-        const float dy = YC1[points[i + 1]] - s.y;
+        s.x = side.x[points[i]];
+        s.y = side.y[points[i]];
+        const float dx = side.x[points[i + 1]] - s.x;
+        const float dy = side.y[points[i + 1]] - s.y;
         const float squared = dx * dx + dy * dy;
         s.skipped = squared < SAME_POINT_SQUARED;
         s.length = std::sqrt(squared);
@@ -61,15 +61,15 @@ bool on_segment(const Segment& s, float x, float y, float& position) {
 
 }  // namespace
 
-std::vector<std::int32_t> SELECTPOLYLINE(std::span<const std::int32_t> points) {
-    const std::vector<Segment> segments = segments_through(points);
+std::vector<std::int32_t> SELECTPOLYLINE(Mesh& mesh, SideTables& side, Selection& selection, std::span<const std::int32_t> points) {
+    const std::vector<Segment> segments = segments_through(side, points);
     std::vector<std::vector<Claim>> claims(segments.size());
     for (std::int32_t n = 1; n <= MAXNP; ++n) {
-        if (NACT1[n] == 0)
+        if (mesh.node_in_use[n] == 0)
             continue;
         for (std::size_t k = 0; k < segments.size(); ++k) {
             float position = 0.0F;
-            if (segments[k].skipped || !on_segment(segments[k], XC1[n], YC1[n], position))
+            if (segments[k].skipped || !on_segment(segments[k], side.x[n], side.y[n], position))
                 continue;
             claims[k].push_back({position, n});
             break;
@@ -83,7 +83,7 @@ std::vector<std::int32_t> SELECTPOLYLINE(std::span<const std::int32_t> points) {
             selected.push_back(claim.node);
     }
     for (const std::int32_t n : selected)
-        NLIST[n] = n;
+        selection.nodes[n] = n;
     return selected;
 }
 

@@ -4,21 +4,21 @@
 
 namespace brelan {
 
-void COUNTNODES(ResultMesh& result) {
+void COUNTNODES(Mesh& mesh, ResultMesh& result) {
     for (std::int32_t n = 1; n <= MAXNP; ++n) {
-        if (NACT1[n] == 1) {
+        if (mesh.node_in_use[n] == 1) {
             ++result.counts.NUMNP;
             result.nodes.include(n);
         }
     }
 }
 
-void COUNTELEMENTS(ResultMesh& result) {
+void COUNTELEMENTS(Mesh& mesh, ResultMesh& result) {
     for (std::int32_t n = 1; n <= MAXEL; ++n) {
-        if (EACT1[n] < EL_CONTINUUM)
+        if (mesh.type_in_use[n] < EL_CONTINUUM)
             continue;
         result.elements.include(n);
-        switch (EACT1[n]) {
+        switch (mesh.type_in_use[n]) {
             case EL_CONTINUUM:
                 ++result.counts.NCONT;
                 break;
@@ -32,39 +32,39 @@ void COUNTELEMENTS(ResultMesh& result) {
     }
 }
 
-void WRITENODES(Channel& mesh, const ResultMesh& result) {
+void WRITENODES(Mesh& mesh, Channel& mesh_file, const ResultMesh& result) {
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n)
-        if (NACT1[n] == 1)
-            write_node_record(mesh, load_node(n));
+        if (mesh.node_in_use[n] == 1)
+            write_node_record(mesh.kind, mesh_file, load_node(mesh, n));
 }
 
-void WRITENODES(Channel& mesh, const ResultMesh& result, float head) {
+void WRITENODES(Mesh& mesh, Channel& mesh_file, const ResultMesh& result, float head) {
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
-        if (NACT1[n] != 1)
+        if (mesh.node_in_use[n] != 1)
             continue;
-        NodeRecord node = load_node(n);
+        NodeRecord node = load_node(mesh, n);
         node.H = head;
-        write_node_record(mesh, node);
+        write_node_record(mesh.kind, mesh_file, node);
     }
 }
 
-void WRITEELEMENTS(Channel& mesh, const ResultMesh& result, std::int8_t type) {
-    write_section_heading(mesh, type);
+void WRITEELEMENTS(Mesh& mesh, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
+    write_section_heading(mesh.kind, mesh_file, type);
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
-        if (EACT1[n] == type)
-            write_element_record(mesh, type, load_element_for_writing(n));
+        if (mesh.type_in_use[n] == type)
+            write_element_record(mesh.kind, mesh_file, type, load_element_for_writing(mesh, n));
 }
 
-void WRITECLOSING(Channel& mesh) {
-    write_free(mesh, "    0");
-    write_free(mesh, "    0");
+void WRITECLOSING(Channel& mesh_file) {
+    write_free(mesh_file, "    0");
+    write_free(mesh_file, "    0");
 }
 
-void COPYRESULT(Channel& mesh, Channel& copy) {
-    mesh.rewind();
-    for (std::int32_t lines = 0; lines < MAXCOPY && !mesh.at_end(); ++lines)
-        copy.write_columns(mesh.read_whole_line("a line"));
-    mesh.rewind();
+void COPYRESULT(Channel& mesh_file, Channel& copy) {
+    mesh_file.rewind();
+    for (std::int32_t lines = 0; lines < MAXCOPY && !mesh_file.at_end(); ++lines)
+        copy.write_columns(mesh_file.read_whole_line("a line"));
+    mesh_file.rewind();
 }
 
 }  // namespace brelan

@@ -14,24 +14,24 @@ struct ResultMesh {
     NumberRange nodes, elements;
 };
 
-void COUNTNODES(ResultMesh& result);
-void COUNTELEMENTS(ResultMesh& result);
+void COUNTNODES(Mesh& mesh, ResultMesh& result);
+void COUNTELEMENTS(Mesh& mesh, ResultMesh& result);
 
 // The records of the active nodes, in ascending number.
-void WRITENODES(Channel& mesh, const ResultMesh& result);
+void WRITENODES(Mesh& mesh, Channel& mesh_file, const ResultMesh& result);
 
 // The same with one value for every H.
-void WRITENODES(Channel& mesh, const ResultMesh& result, float head);
+void WRITENODES(Mesh& mesh, Channel& mesh_file, const ResultMesh& result, float head);
 
 // Headings and records of one type, in ascending number. A negative IDH is written as its absolute value less
 // 100: the solver knows codes of 100 and above by their sign only inside the package.
-void WRITEELEMENTS(Channel& mesh, const ResultMesh& result, std::int8_t type);
+void WRITEELEMENTS(Mesh& mesh, Channel& mesh_file, const ResultMesh& result, std::int8_t type);
 
 // The two lines that close a file of the edit.
-void WRITECLOSING(Channel& mesh);
+void WRITECLOSING(Channel& mesh_file);
 
 // Copies the lines of a mesh file, from its start and 320,000 at most, as 126 columns each. Rewinds the
 // source.
-void COPYRESULT(Channel& mesh, Channel& copy);
+void COPYRESULT(Channel& mesh_file, Channel& copy);
 
 }  // namespace brelan

@@ -4,23 +4,23 @@
 
 namespace brelan {
 
-void RESETMESH() {
-    NACT1.fill(0);
-    NACT2.fill(0);
-    IDN.fill(NodeCodes{});
-    IDN1.fill(NodeCodes{});
-    XC.fill(0.0F);
-    YC.fill(0.0F);
-    XC1.fill(0.0F);
-    YC1.fill(0.0F);
+void RESETMESH(Mesh& mesh, SideTables& side, Selection& selection) {
+    mesh.node_in_use.fill(0);
+    side.second_node_in_use.fill(0);
+    mesh.codes.fill(NodeCodes{});
+    side.codes.fill(NodeCodes{});
+    mesh.x.fill(0.0F);
+    mesh.y.fill(0.0F);
+    side.x.fill(0.0F);
+    side.y.fill(0.0F);
     for (std::int32_t n = 1; n <= MAXNP; ++n)
-        NMAP[n] = n;
-    EACT1.fill(EL_UNUSED);
-    EACT2.fill(EL_UNUSED);
-    NLIST.fill(0);
-    ELIST.fill(0);
-    NUSED.fill(0);
-    ETYPE.fill(EL_DELETED);
+        mesh.new_number[n] = n;
+    mesh.type_in_use.fill(EL_UNUSED);
+    side.second_type_in_use.fill(EL_UNUSED);
+    selection.nodes.fill(0);
+    selection.elements.fill(0);
+    mesh.node_used.fill(0);
+    mesh.type.fill(EL_DELETED);
 }
 
 float DIST2D(float x1, float y1, float x2, float y2) {

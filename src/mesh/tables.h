@@ -82,7 +82,7 @@ inline Table<std::int32_t, MAXEL, "IDH"> IDH;  // attribute of the temperature a
 
 // Empties the tables for a deck: nothing active, codes and coordinates 0, NMAP the identity. Element words,
 // H, CF and attributes stay: a slot that the new mesh leaves unused keeps what the deck before it left there.
-void RESETMESH();
+void RESETMESH(Mesh& mesh, SideTables& side, Selection& selection);
 
 // Distance of two points, 32 bits.
 float DIST2D(float x1, float y1, float x2, float y2);

@@ -33,14 +33,14 @@ struct DecidingWords {
     std::int32_t MTYPE, MAT, MATj, LTi, LMi, LTo,
         LMo;  // LTi and LMi are LTP and LMAT where there is no joint
 
-    explicit DecidingWords(std::int32_t g)
-        : MTYPE(GROUPREC[g].MTYPE),
-          MAT(TRUNCATE(GROUPMAT[g].MAT)),
-          MATj(TRUNCATE(GROUPMAT[g].MATj)),
-          LTi(TRUNCATE(GROUPMAT[g].LTi)),
-          LMi(TRUNCATE(GROUPMAT[g].LMi)),
-          LTo(TRUNCATE(GROUPMAT[g].LTo)),
-          LMo(TRUNCATE(GROUPMAT[g].LMo)) {}
+    explicit DecidingWords(GroupCards& group_cards, std::int32_t g)
+        : MTYPE(group_cards.rows[g].MTYPE),
+          MAT(TRUNCATE(group_cards.materials[g].MAT)),
+          MATj(TRUNCATE(group_cards.materials[g].MATj)),
+          LTi(TRUNCATE(group_cards.materials[g].LTi)),
+          LMi(TRUNCATE(group_cards.materials[g].LMi)),
+          LTo(TRUNCATE(group_cards.materials[g].LTo)),
+          LMo(TRUNCATE(group_cards.materials[g].LMo)) {}
 };
 
 bool is_zero(const std::array<std::int32_t, 2>& pair) {
@@ -58,9 +58,9 @@ ActivityPair along_joint(const DecidingWords& w, std::int8_t type, std::int32_t 
 
 }  // namespace
 
-ActivityPair activity_of(std::int32_t g, std::int8_t type, std::int32_t m) {
+ActivityPair activity_of(GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t m) {
     const DecidingWords w(g);
-    const auto& pairs = GROUPPOST[g].pair;
+    const auto& pairs = group_cards.outputs[g].pair;
     const auto pair = [&pairs](Role role) { return ActivityPair{pairs[role][0], pairs[role][1]}; };
     const bool continuum = type == EL_CONTINUUM;
     const auto along_line = [&] { return type == w.LTi && m == w.LMi ? pair(line) : ActivityPair{}; };
@@ -100,12 +100,12 @@ ActivityPair activity_of(std::int32_t g, std::int8_t type, std::int32_t m) {
 
 namespace {
 
-bool has_MCH() {
-    return KIND() == LayoutKind::displacement;
+bool has_MCH(LayoutKind kind) {
+    return kind == LayoutKind::displacement;
 }
 
-void write_range_end(Channel& text, std::int32_t element, const ActivityPair& pair) {
-    if (has_MCH())
+void write_range_end(LayoutKind kind, Channel& text, std::int32_t element, const ActivityPair& pair) {
+    if (has_MCH(kind))
         RANGE_LINE_MCH.write(text, element, pair.NAC, pair.NDAC, MCH);
     else
         RANGE_LINE.write(text, element, pair.NAC, pair.NDAC);
@@ -118,19 +118,19 @@ struct OpenBlock {
 };
 
 // Highest material of the elements that have activity.
-std::int32_t highest_material(std::int32_t g, const GroupMembers& members) {
+std::int32_t highest_material(GroupCards& group_cards, std::int32_t g, const GroupMembers& members) {
     std::int32_t highest = 0;
     for (const auto& [key, ranges] : members)
-        if (activity_of(g, key.first, key.second) != ActivityPair{})
+        if (activity_of(group_cards, g, key.first, key.second) != ActivityPair{})
             highest = std::max(highest, key.second);
     return highest;
 }
 
-void write_ranges(Channel& text, const ElementRanges& ranges, const ActivityPair& pair) {
+void write_ranges(LayoutKind kind, Channel& text, const ElementRanges& ranges, const ActivityPair& pair) {
     for (const ElementRange& range : ranges) {
-        write_range_end(text, range.first, pair);
+        write_range_end(kind, text, range.first, pair);
         if (range.length() > 1)
-            write_range_end(text, range.last, pair);
+            write_range_end(kind, text, range.last, pair);
     }
 }
 
@@ -144,50 +144,50 @@ std::int32_t lines_of(const ElementRanges& ranges) {
 
 }  // namespace
 
-Activity MAKEACTIVITY(const std::vector<GroupMembers>& members) {
+Activity MAKEACTIVITY(Trace& trace, GroupCards& group_cards, GroupListing& listing, const std::vector<GroupMembers>& members) {
     Activity activity;
     activity.NEWMAT.resize(static_cast<std::size_t>(MAXEL) + 1, 0);
-    activity.first_new = NMATC + 1;
-    for (std::int32_t g = 1; g <= NGROUP; ++g) {
-        const std::int32_t MAXMC = highest_material(g, members[static_cast<std::size_t>(g)]);
+    activity.first_new = listing.highest_material + 1;
+    for (std::int32_t g = 1; g <= group_cards.count; ++g) {
+        const std::int32_t MAXMC = highest_material(group_cards, g, members[static_cast<std::size_t>(g)]);
         for (const auto& [key, ranges] : members[static_cast<std::size_t>(g)]) {
             const auto [type, material] = key;
-            const ActivityPair pair = activity_of(g, type, material);
+            const ActivityPair pair = activity_of(group_cards, g, type, material);
             if (pair == ActivityPair{})
                 continue;
             if (type == EL_CONTINUUM) {
                 activity.materials.push_back({material, pair});
-                ++NMATC;
+                ++listing.highest_material;
                 for (const ElementRange& range : ranges.all)
                     for (std::int32_t n = range.first; n <= range.last; ++n)
-                        activity.NEWMAT[static_cast<std::size_t>(n)] = NMATC;
+                        activity.NEWMAT[static_cast<std::size_t>(n)] = listing.highest_material;
             }
             for (const ElementRange& range : ranges.all)
-                trace_values(2, " Pass 27.1.2 ", " II = ", static_cast<std::int32_t>(type), " K = ", material,
+                trace.values(2, " Pass 27.1.2 ", " II = ", static_cast<std::int32_t>(type), " K = ", material,
                              " NSS = ", range.first, " MAXMC = ", MAXMC);
             activity.NFAD += lines_of(ranges.all);
         }
     }
-    trace_values(2, " Pass 27.1.3 ", " NEWMAT(1261) = ", activity.NEWMAT[SHOWN_ELEMENT]);
+    trace.values(2, " Pass 27.1.3 ", " NEWMAT(1261) = ", activity.NEWMAT[SHOWN_ELEMENT]);
     return activity;
 }
 
-void WRITEACTIVITY(Channel& man, const std::vector<GroupMembers>& members) {
-    for (std::int32_t g = 1; g <= NGROUP; ++g) {
-        Channel& text = begin_group_text();
+void WRITEACTIVITY(Channels& channels, LayoutKind kind, GroupCards& group_cards, Channel& man, const std::vector<GroupMembers>& members) {
+    for (std::int32_t g = 1; g <= group_cards.count; ++g) {
+        Channel& text = begin_group_text(channels);
         OpenBlock open;
         for (const auto& [key, ranges] : members[static_cast<std::size_t>(g)]) {
             const auto [type, material] = key;
-            const ActivityPair pair = activity_of(g, type, material);
+            const ActivityPair pair = activity_of(group_cards, g, type, material);
             if (pair == ActivityPair{})
                 continue;
             if (!open.group)
-                write_group_head(text, g);
+                write_group_head(group_cards, text, g);
             if (open.type != type)
                 write_class_head(text, type);
             open = {true, type};
-            write_material_head(text, material, has_MCH() ? HEADING_MCH : HEADING);
-            write_ranges(text, ranges.all, pair);
+            write_material_head(text, material, has_MCH(kind) ? HEADING_MCH : HEADING);
+            write_ranges(kind, text, ranges.all, pair);
             COUNT_LINE.write(text, lines_of(ranges.all));
             write_lines(text, {"*", "*"});
         }

@@ -78,16 +78,16 @@ constexpr const SectionRow& section(std::int32_t NPTYPE) {
     return SECTIONS[NPTYPE - 1];
 }
 
-std::int32_t switch_of(std::int32_t g, std::int32_t NPTYPE) {
-    return GROUPPOST[g].toggle[static_cast<std::size_t>(NPTYPE - 1)];
+std::int32_t switch_of(GroupCards& group_cards, std::int32_t g, std::int32_t NPTYPE) {
+    return group_cards.outputs[g].toggle[static_cast<std::size_t>(NPTYPE - 1)];
 }
 
 // Beams and trusses of all groups are listed when no group asks for them.
-bool lists_all_groups(std::int32_t NPTYPE) {
+bool lists_all_groups(GroupCards& group_cards, std::int32_t NPTYPE) {
     if (NPTYPE != section(4).NPTYPE && NPTYPE != section(5).NPTYPE)
         return false;
-    for (std::int32_t g = 1; g <= NGROUP; ++g)
-        if (switch_of(g, NPTYPE) > 0)
+    for (std::int32_t g = 1; g <= group_cards.count; ++g)
+        if (switch_of(group_cards, g, NPTYPE) > 0)
             return false;
     return true;
 }
@@ -100,29 +100,29 @@ const ElementRanges& listed(const SectionRow& row, const GroupMembers::value_typ
     return row.inside_only ? member.second.inside : member.second.all;
 }
 
-bool lists_group(std::int32_t g, std::int32_t NPTYPE) {
-    return switch_of(g, NPTYPE) != 0 || lists_all_groups(NPTYPE);
+bool lists_group(GroupCards& group_cards, std::int32_t g, std::int32_t NPTYPE) {
+    return switch_of(group_cards, g, NPTYPE) != 0 || lists_all_groups(group_cards, NPTYPE);
 }
 
 // The groups that a section lists, in their order.
-std::vector<std::int32_t> listed_groups(std::int32_t NPTYPE) {
+std::vector<std::int32_t> listed_groups(GroupCards& group_cards, std::int32_t NPTYPE) {
     std::vector<std::int32_t> groups;
-    for (std::int32_t g = 1; g <= NGROUP; ++g)
-        if (lists_group(g, NPTYPE))
+    for (std::int32_t g = 1; g <= group_cards.count; ++g)
+        if (lists_group(group_cards, g, NPTYPE))
             groups.push_back(g);
     return groups;
 }
 
-std::int32_t count_ranges(const SectionRow& row, const std::vector<GroupMembers>& members) {
+std::int32_t count_ranges(GroupCards& group_cards, const SectionRow& row, const std::vector<GroupMembers>& members) {
     std::size_t NRNG = 0;
-    for (const std::int32_t g : listed_groups(row.NPTYPE))
+    for (const std::int32_t g : listed_groups(group_cards, row.NPTYPE))
         for (const auto& member : members[static_cast<std::size_t>(g)])
             NRNG += listed(row, member).size();
     return static_cast<std::int32_t>(NRNG);
 }
 
 // False when the group has nothing to list.
-bool write_block(Channel& text, const SectionRow& row, std::int32_t g, const GroupMembers& members) {
+bool write_block(GroupCards& group_cards, Channel& text, const SectionRow& row, std::int32_t g, const GroupMembers& members) {
     bool group_open = false;
     std::int8_t open_type = 0;
     for (const auto& member : members) {
@@ -131,7 +131,7 @@ bool write_block(Channel& text, const SectionRow& row, std::int32_t g, const Gro
         if (ranges.empty())
             continue;
         if (!group_open)
-            write_group_head(text, g);
+            write_group_head(group_cards, text, g);
         if (open_type != type)
             write_class_head(text, type);
         group_open = true;
@@ -146,10 +146,10 @@ bool write_block(Channel& text, const SectionRow& row, std::int32_t g, const Gro
 }
 
 // The blocks of a section, one group after the other.
-void write_blocks(Channel& post, const SectionRow& row, const std::vector<GroupMembers>& members) {
-    for (const std::int32_t g : listed_groups(row.NPTYPE)) {
-        Channel& text = begin_group_text();
-        if (write_block(text, row, g, members[static_cast<std::size_t>(g)]))
+void write_blocks(Channels& channels, GroupCards& group_cards, Channel& post, const SectionRow& row, const std::vector<GroupMembers>& members) {
+    for (const std::int32_t g : listed_groups(group_cards, row.NPTYPE)) {
+        Channel& text = begin_group_text(channels);
+        if (write_block(group_cards, text, row, g, members[static_cast<std::size_t>(g)]))
             copy_lines(text, post);
     }
 }
@@ -163,12 +163,12 @@ void write_section_banner(Channel& post, std::int32_t NPTYPE) {
 }
 
 // The head of a section with results, to the times of its plots.
-void write_head(Channel& post, std::int32_t NPTYPE) {
+void write_head(UnitLabels& units, Channel& post, std::int32_t NPTYPE) {
     const std::int32_t cards = NPTYPE + 1;
     write_lines(post, {"* Card 11.1  ", "*  NPTYPE    "});
     NPTYPE_LINE.write(post, NPTYPE);
     CARD.write(post, cards, 1);
-    write_lines(post, {"*  TITLE     ", UNITS.TITLE});
+    write_lines(post, {"*  TITLE     ", units.TITLE});
     CARD.write(post, cards, 2);
     write_lines(post, {"*  IUNIT     ", "    4        "});
     CARD.write(post, cards, 4);
@@ -182,27 +182,27 @@ void write_count(Channel& post, TextLines lines, std::int32_t NRNG) {
 
 // --- the sections --------------------------------------------------------------------------------
 
-void write_mesh_section(Channel& post, const std::vector<GroupMembers>& members) {
-    const std::int32_t NRNG = count_ranges(section(1), members);
+void write_mesh_section(Channels& channels, GroupCards& group_cards, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
+    const std::int32_t NRNG = count_ranges(group_cards, section(1), members);
     write_section_banner(post, 1);
     write_lines(post, MESH_HEAD);
-    post.write_line(UNITS.TITLE);
+    post.write_line(units.TITLE);
     write_lines(post, MESH_SETTINGS);
     MESH_COUNT.write(post, NRNG);
     post.write_line("*");
-    write_blocks(post, section(1), members);
+    write_blocks(channels, group_cards, post, section(1), members);
 }
 
-void write_contour_section(Channel& post, const std::vector<GroupMembers>& members) {
+void write_contour_section(Channels& channels, GroupCards& group_cards, GroupListing& listing, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
     constexpr std::int32_t IAVG = 1, ISCRIN = 0, IMESH = 0, IPSTRS = 0;
-    const std::int32_t NRNG = count_ranges(section(2), members);
+    const std::int32_t NRNG = count_ranges(group_cards, section(2), members);
     write_section_banner(post, 2);
-    write_head(post, 2);
+    write_head(units, post, 2);
     write_lines(post, CONTOUR_COUNT);
     CONTOUR_COUNT_LINE.write(post, NRNG, IAVG, ISCRIN, IMESH, IPSTRS);
     post.write_line("*");
-    write_blocks(post, section(2), members);
-    write_node_lists(post, "* Card 11.3.7", "* Card 11.3.8");
+    write_blocks(channels, group_cards, post, section(2), members);
+    write_node_lists(group_cards, listing, post, "* Card 11.3.7", "* Card 11.3.8");
 }
 
 // Without groups the whole mesh is listed; elements are taken to be numbered from 1, type after type.
@@ -217,28 +217,28 @@ void write_whole_mesh(Channel& post, const MeshCounts& counts) {
     }
 }
 
-void write_displacement_section(Channel& post, const std::vector<GroupMembers>& members,
+void write_displacement_section(Channels& channels, GroupCards& group_cards, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members,
                                 const MeshCounts& counts) {
-    const std::int32_t NRNG = count_ranges(section(3), members);
+    const std::int32_t NRNG = count_ranges(group_cards, section(3), members);
     write_section_banner(post, 3);
-    write_head(post, 3);
+    write_head(units, post, 3);
     post.write_line("*");
     if (NRNG == 0)
         write_whole_mesh(post, counts);
-    write_blocks(post, section(3), members);
+    write_blocks(channels, group_cards, post, section(3), members);
     write_lines(post, END_OF_PLOT);
 }
 
-void write_line_section(Channel& post, const std::vector<GroupMembers>& members, std::int32_t NPTYPE,
+void write_line_section(Channels& channels, GroupCards& group_cards, GroupListing& listing, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members, std::int32_t NPTYPE,
                         TextLines choices, TextLines count, std::string_view list_card,
                         std::string_view nodes_card) {
-    const std::int32_t NRNG = count_ranges(section(NPTYPE), members);
+    const std::int32_t NRNG = count_ranges(group_cards, section(NPTYPE), members);
     write_section_banner(post, NPTYPE);
-    write_head(post, NPTYPE);
+    write_head(units, post, NPTYPE);
     write_lines(post, choices);
     write_count(post, count, NRNG);
-    write_blocks(post, section(NPTYPE), members);
-    write_node_lists(post, list_card, nodes_card);
+    write_blocks(channels, group_cards, post, section(NPTYPE), members);
+    write_node_lists(group_cards, listing, post, list_card, nodes_card);
 }
 
 void write_result_choices(Channel& post) {
@@ -250,48 +250,48 @@ void write_result_choices(Channel& post) {
     }
 }
 
-void write_result_section(Channel& post, const std::vector<GroupMembers>& members) {
+void write_result_section(Channels& channels, LayoutKind kind, GroupCards& group_cards, GroupListing& listing, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
     constexpr float DELTA = 0.0F, RX = 0.0F, RY = 0.0F;
     constexpr std::int32_t IRES = 0, IRGP = 0, IENL = 0;
-    const std::int32_t NRNG = count_ranges(section(6), members);
+    const std::int32_t NRNG = count_ranges(group_cards, section(6), members);
     write_section_banner(post, 6);
-    if (KIND() == LayoutKind::temperature) {
-        write_head(post, 2);
+    if (kind == LayoutKind::temperature) {
+        write_head(units, post, 2);
         write_lines(post, TEMPERATURE_CHOICE);
     } else {
-        write_head(post, 6);
+        write_head(units, post, 6);
         write_result_choices(post);
     }
     write_lines(post, RESULT_SETTINGS);
     RESULT_SETTINGS_LINE.write(post, DELTA, IRES, IRGP, IENL, RX, RY);
     write_count(post, RESULT_COUNT, NRNG);
-    write_blocks(post, section(6), members);
-    write_node_lists(post, "* Card 11.7.9", "* Card 11.7.10");
+    write_blocks(channels, group_cards, post, section(6), members);
+    write_node_lists(group_cards, listing, post, "* Card 11.7.9", "* Card 11.7.10");
 }
 
 // Temperature decks have the sections of the mesh and of results only.
-bool has_section(std::int32_t NPTYPE) {
-    return KIND() != LayoutKind::temperature || NPTYPE == 1 || NPTYPE == 6;
+bool has_section(LayoutKind kind, std::int32_t NPTYPE) {
+    return kind != LayoutKind::temperature || NPTYPE == 1 || NPTYPE == 6;
 }
 
 }  // namespace
 
-void WRITEGRAF2D(Channel& post, const std::vector<GroupMembers>& members, const MeshCounts& counts) {
-    write_mesh_section(post, members);
-    if (has_section(2)) {  // and 3 to 5 with it
-        write_contour_section(post, members);
-        write_displacement_section(post, members, counts);
-        write_line_section(post, members, 4, BEAM_CHOICES, BEAM_COUNT, "* Card 11.5.8", "* Card 11.5.9");
-        write_line_section(post, members, 5, TRUSS_CHOICES, TRUSS_COUNT, "* Card 11.6.8", "* Card 11.6.9");
+void WRITEGRAF2D(Channels& channels, LayoutKind kind, GroupCards& group_cards, GroupListing& listing, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members, const MeshCounts& counts) {
+    write_mesh_section(channels, group_cards, units, post, members);
+    if (has_section(kind, 2)) {  // and 3 to 5 with it
+        write_contour_section(channels, group_cards, listing, units, post, members);
+        write_displacement_section(channels, group_cards, units, post, members, counts);
+        write_line_section(channels, group_cards, listing, units, post, members, 4, BEAM_CHOICES, BEAM_COUNT, "* Card 11.5.8", "* Card 11.5.9");
+        write_line_section(channels, group_cards, listing, units, post, members, 5, TRUSS_CHOICES, TRUSS_COUNT, "* Card 11.6.8", "* Card 11.6.9");
     }
-    write_result_section(post, members);
+    write_result_section(channels, kind, group_cards, listing, units, post, members);
     write_lines(post, END_OF_GRAF_2D);
 }
 
-bool plots_list(std::int32_t g, std::int8_t type, std::int32_t sub_kind) {
+bool plots_list(LayoutKind kind, GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t sub_kind) {
     return std::any_of(std::begin(SECTIONS), std::end(SECTIONS), [&](const SectionRow& row) {
-        return has_section(row.NPTYPE) && row.lists(type) && (!row.inside_only || sub_kind == ROW_OUTLINE) &&
-               lists_group(g, row.NPTYPE);
+        return has_section(kind, row.NPTYPE) && row.lists(type) && (!row.inside_only || sub_kind == ROW_OUTLINE) &&
+               lists_group(group_cards, g, row.NPTYPE);
     });
 }
 

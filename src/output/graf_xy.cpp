@@ -119,12 +119,12 @@ std::string fixed_title(std::string_view text) {
     return title;
 }
 
-Plot history(std::string_view name, std::string_view unit) {
-    return {UNITS.TITLE, joined(" Time ", UNITS.UTIME), joined(name, unit)};
+Plot history(UnitLabels& units, std::string_view name, std::string_view unit) {
+    return {units.TITLE, joined(" Time ", units.UTIME), joined(name, unit)};
 }
 
-Plot titled_history(std::string_view title, std::string_view name, std::string_view unit) {
-    return {fixed_title(title), joined(" Time ", UNITS.UTIME), joined(name, unit)};
+Plot titled_history(UnitLabels& units, std::string_view title, std::string_view name, std::string_view unit) {
+    return {fixed_title(title), joined(" Time ", units.UTIME), joined(name, unit)};
 }
 
 // --- templates -----------------------------------------------------------------------------------
@@ -136,13 +136,13 @@ void write_template(Channel& post, const CardSet& set, const Plot& plot) {
 }
 
 // Pressures of two elements against time, then their stress paths in one plot.
-void write_stress_paths(Channel& post) {
+void write_stress_paths(UnitLabels& units, Channel& post) {
     const Plot pressures[] = {
-        titled_history(" Mean & Pore Fluid Pressure: Element 1", " Stress ", UNITS.USTRESS),
-        titled_history(" Mean & Pore Fluid Pressure: Element 2", " Stress ", UNITS.USTRESS)};
+        titled_history(units, " Mean & Pore Fluid Pressure: Element 1", " Stress ", units.USTRESS),
+        titled_history(units, " Mean & Pore Fluid Pressure: Element 2", " Stress ", units.USTRESS)};
     const Plot path[] = {{fixed_title(" Stress Path for Elements 1 and 2"),
-                          joined(" Effective Mean Pressure ", UNITS.USTRESS),
-                          joined(" Deviatoric Stress ", UNITS.USTRESS)}};
+                          joined(" Effective Mean Pressure ", units.USTRESS),
+                          joined(" Deviatoric Stress ", units.USTRESS)}};
     write_card_set(post, {.cards = ELEMENT_CARDS,
                           .factors = ELEMENT_FACTORS,
                           .plots = pressures,
@@ -154,26 +154,26 @@ void write_stress_paths(Channel& post) {
                           .IPLOT = "    1"});
 }
 
-void write_element_templates(Channel& post) {
+void write_element_templates(LayoutKind kind, UnitLabels& units, Channel& post) {
     const auto with = [&post](PairGroups groups, const Factors& factors, const Plot& plot) {
         write_template(post, {.cards = ELEMENT_CARDS, .factors = factors, .plots = {}, .groups = groups},
                        plot);
     };
-    if (KIND() == LayoutKind::temperature) {
-        with(ELEMENT_TEMPERATURE, SCALAR_FACTORS, history(" Temperature", UNITS.UTEMP));
+    if (kind == LayoutKind::temperature) {
+        with(ELEMENT_TEMPERATURE, SCALAR_FACTORS, history(units, " Temperature", units.UTEMP));
         return;
     }
-    with(STRESS_GROUPS, ELEMENT_FACTORS, history(" Stress ", UNITS.USTRESS));
-    with(STRAIN_GROUPS, STRAIN_FACTORS, history(" Strain (%)", ""));
-    with(FORCE_GROUPS, ELEMENT_FACTORS, history(" Force ", UNITS.UFORCE));
-    with(MOMENT_GROUPS, ELEMENT_FACTORS, history(" Moment ", UNITS.UMOMENT));
-    write_stress_paths(post);
+    with(STRESS_GROUPS, ELEMENT_FACTORS, history(units, " Stress ", units.USTRESS));
+    with(STRAIN_GROUPS, STRAIN_FACTORS, history(units, " Strain (%)", ""));
+    with(FORCE_GROUPS, ELEMENT_FACTORS, history(units, " Force ", units.UFORCE));
+    with(MOMENT_GROUPS, ELEMENT_FACTORS, history(units, " Moment ", units.UMOMENT));
+    write_stress_paths(units, post);
 }
 
 // Displacements of two nodes against time: a plot for each node, then a plot for each direction.
-void write_two_node_displacements(Channel& post) {
+void write_two_node_displacements(UnitLabels& units, Channel& post) {
     const auto plot = [](std::string_view title) {
-        return titled_history(title, " Displacement ", UNITS.ULENGTH);
+        return titled_history(units, title, " Displacement ", units.ULENGTH);
     };
     const Plot by_node[] = {plot(" Hor. & Ver. Displacement: Node 1"),
                             plot(" Hor. & Ver. Displacement: Node 2")};
@@ -187,40 +187,40 @@ void write_two_node_displacements(Channel& post) {
     write_card_set(post, set);
 }
 
-void write_node_templates(Channel& post) {
+void write_node_templates(LayoutKind kind, UnitLabels& units, Channel& post) {
     CardSet set{.cards = NODE_CARDS, .factors = SCALAR_FACTORS, .plots = {}};
     set.first_is_active = false;
-    if (KIND() == LayoutKind::temperature) {
+    if (kind == LayoutKind::temperature) {
         set.groups = NODE_TEMPERATURE;
-        write_template(post, set, history(" Temperature  ", UNITS.UTEMP));
+        write_template(post, set, history(units, " Temperature  ", units.UTEMP));
         return;
     }
-    if (KIND() == LayoutKind::head) {
+    if (kind == LayoutKind::head) {
         set.groups = NODE_HEAD;
-        write_template(post, set, history(" Total Head   ", UNITS.UTEMP));
+        write_template(post, set, history(units, " Total Head   ", units.UTEMP));
         return;
     }
     set.first_is_active = true;
     set.factors = NODE_FACTORS;
     set.groups = DISPLACEMENT_GROUPS;
-    write_template(post, set, history(" Displacement ", UNITS.ULENGTH));
+    write_template(post, set, history(units, " Displacement ", units.ULENGTH));
     set.groups = VELOCITY_GROUPS;
     set.factor_card = false;  // this template has never had the line, and decks are compared with it
-    write_template(post, set, history(" Velocity ", UNITS.UVELOC));
+    write_template(post, set, history(units, " Velocity ", units.UVELOC));
     set.factor_card = true;
     set.groups = ACCELERATION_GROUPS;
-    write_template(post, set, history(" Acceleration ", UNITS.UACCEL));
-    write_two_node_displacements(post);
+    write_template(post, set, history(units, " Acceleration ", units.UACCEL));
+    write_two_node_displacements(units, post);
 }
 
 }  // namespace
 
-void WRITEGRAFXY(Channel& post) {
+void WRITEGRAFXY(LayoutKind kind, UnitLabels& units, Channel& post) {
     constexpr std::string_view title = "*         POST FILE: GRAF-XY PLOT                *";
     write_banner(post, title, "*         IPTYPE = 1 (CARD 12.2)                 *");
-    write_element_templates(post);
+    write_element_templates(kind, units, post);
     write_banner(post, title, "*         IPTYPE = 2 (CARD 12.3)                 *");
-    write_node_templates(post);
+    write_node_templates(kind, units, post);
     write_lines(post, END_OF_GRAF_XY);
 }
 

@@ -7,6 +7,6 @@
 namespace brelan {
 
 // Writes the templates of element histories, then those of node histories, by kind, and the end of the deck.
-void WRITEGRAFXY(Channel& post);
+void WRITEGRAFXY(LayoutKind kind, UnitLabels& units, Channel& post);
 
 }  // namespace brelan

@@ -11,9 +11,9 @@ namespace {
 struct MemberRecord {
     std::int32_t group = 0, material = 0, element = 0, type = 0, sub_kind = 0;
 
-    bool takes_part() const {
+    bool takes_part(GroupCards& group_cards) const {
         return type >= EL_CONTINUUM && type <= EL_TRUSS && element > 0 && material != 0 && group >= 1 &&
-               group <= NGROUP && GROUPPOST[group].IGPOST != 0;
+               group <= group_cards.count && group_cards.outputs[group].IGPOST != 0;
     }
 };
 
@@ -35,15 +35,15 @@ struct LastBucket {
 
 }  // namespace
 
-std::vector<GroupMembers> READMEMBERS(Channel& file) {
-    const auto places = static_cast<std::size_t>(NGROUP > 0 ? NGROUP : 0) + 1;
+std::vector<GroupMembers> READMEMBERS(GroupCards& group_cards, Channel& file) {
+    const auto places = static_cast<std::size_t>(group_cards.count > 0 ? group_cards.count : 0) + 1;
     std::vector<GroupMembers> members(places);
     std::vector<LastBucket> last(places);
     MemberRecord r;
     while (file.more()) {
         read_free(file, "a record of an element (group, material, element, class, kind of row)", r.group,
                   r.material, r.element, r.type, r.sub_kind);
-        if (!r.takes_part())
+        if (!r.takes_part(group_cards))
             continue;
         const auto g = static_cast<std::size_t>(r.group);
         LastBucket& bucket = last[g];

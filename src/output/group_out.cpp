@@ -23,35 +23,35 @@ constexpr std::string_view GROUP_FILE = "GROUP.TMP";
 
 }  // namespace
 
-bool outputs_list(const ListingRow& row, std::int8_t type, std::int32_t material) {
-    return GROUPPOST[row.group].IGPOST != 0 && (activity_of(row.group, type, material) != ActivityPair{} ||
-                                                plots_list(row.group, type, row.sub_kind));
+bool outputs_list(LayoutKind kind, GroupCards& group_cards, const ListingRow& row, std::int8_t type, std::int32_t material) {
+    return group_cards.outputs[row.group].IGPOST != 0 && (activity_of(group_cards, row.group, type, material) != ActivityPair{} ||
+                                                plots_list(kind, group_cards, row.group, type, row.sub_kind));
 }
 
-void GROUPOUT(std::string_view FILEM, const MeshCounts& counts) {
-    close_channel(CH_GROUP);
-    UNITTAB();
-    trace_values(1, " Pass 27.1.1 ");
-    trace_values(1, " GROUP_SORT: Beginning NGROUP = ", NGROUP);
+void GROUPOUT(Channels& channels, Trace& trace, const Settings& settings, GroupCards& group_cards, GroupListing& listing, UnitLabels& units, std::string_view FILEM, const MeshCounts& counts) {
+    channels.close(CH_GROUP);
+    UNITTAB(channels, settings.kind(), units);
+    trace.values(1, " Pass 27.1.1 ");
+    trace.values(1, " GROUP_SORT: Beginning NGROUP = ", group_cards.count);
     const std::vector<GroupMembers> members =
-        READMEMBERS(open_channel(CH_GROUP, GROUP_FILE, OpenStatus::forward));
-    close_channel(CH_GROUP);
-    begin_group_text();  // also where no group has a block: a file that a broken-off run left goes with it
-    const Activity activity = MAKEACTIVITY(members);
+        READMEMBERS(group_cards, channels.open(CH_GROUP, GROUP_FILE, OpenStatus::forward));
+    channels.close(CH_GROUP);
+    begin_group_text(channels);  // also where no group has a block: a file that a broken-off run left goes with it
+    const Activity activity = MAKEACTIVITY(trace, group_cards, listing, members);
     if (activity.NFAD != 0) {
         if (!activity.materials.empty())
-            REWRITEMESH(FILEM, counts, activity.NEWMAT);
-        WRITEMATERIALS(activity);
-        WRITEGROUPACTIVITY(activity, members);
+            REWRITEMESH(channels, trace, settings, FILEM, counts, activity.NEWMAT);
+        WRITEMATERIALS(channels, settings, activity);
+        WRITEGROUPACTIVITY(channels, settings.kind(), group_cards, activity, members);
     }
-    Channel& post = open_channel(CH_POST, "..\\Group.Pos", OpenStatus::result);
+    Channel& post = channels.open(CH_POST, "..\\Group.Pos", OpenStatus::result);
     post.set_write_only(true);
-    WRITEGRAF2D(post, members, counts);
-    WRITEGRAFXY(post);
-    open_channel(CH_GROUP, GROUP_FILE, OpenStatus::forward);
-    close_channel(CH_GROUP, CloseAction::remove);
-    end_group_text();
-    close_channel(CH_POST);
+    WRITEGRAF2D(channels, settings.kind(), group_cards, listing, units, post, members, counts);
+    WRITEGRAFXY(settings.kind(), units, post);
+    channels.open(CH_GROUP, GROUP_FILE, OpenStatus::forward);
+    channels.close(CH_GROUP, CloseAction::remove);
+    end_group_text(channels);
+    channels.close(CH_POST);
 }
 
 }  // namespace brelan

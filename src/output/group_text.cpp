@@ -4,16 +4,16 @@
 
 namespace brelan {
 
-Channel& begin_group_text() {
-    if (!channel_is_open(CH_GROUP_TEXT))
-        return open_channel(CH_GROUP_TEXT, "Group.dat", OpenStatus::scratch);
-    Channel& text = channel(CH_GROUP_TEXT);
+Channel& begin_group_text(Channels& channels) {
+    if (!channels.is_open(CH_GROUP_TEXT))
+        return channels.open(CH_GROUP_TEXT, "Group.dat", OpenStatus::scratch);
+    Channel& text = channels.at(CH_GROUP_TEXT);
     text.rewind();
     return text;
 }
 
-void end_group_text() {
-    close_channel(CH_GROUP_TEXT, CloseAction::remove);
+void end_group_text(Channels& channels) {
+    channels.close(CH_GROUP_TEXT, CloseAction::remove);
 }
 
 }  // namespace brelan

@@ -7,8 +7,8 @@
 namespace brelan {
 
 // The text at its start: the first line that is written replaces what stood in it.
-Channel& begin_group_text();
+Channel& begin_group_text(Channels& channels);
 
-void end_group_text();
+void end_group_text(Channels& channels);
 
 }  // namespace brelan

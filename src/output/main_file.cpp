@@ -15,19 +15,19 @@ constexpr Layout<"(1X,1(1X,I6),2(2X,I5))"> NFAD_LINE;
 // Columns that edition 1 has more: the user fills them in.
 constexpr std::int32_t MODEL = 0, GAMAW = 0, MCH = 0;
 
-bool is_first_edition() {
-    return IPROGM == 1;
+bool is_first_edition(const Settings& settings) {
+    return settings.edition == 1;
 }
 
-void write_material_card(Channel& file, const Activity& activity) {
+void write_material_card(const Settings& settings, Channel& file, const Activity& activity) {
     file.write_line("* Continuum Materials To Be Added");
-    if (is_first_edition())
+    if (is_first_edition(settings))
         write_lines(file, {"* Card 5.3.2.1", "* MATNO  MODEL  GAMAW  MATNP"});
     else
         write_lines(file, {"* Card 5.3.2.0", "* MATNO  MATNP"});
     std::int32_t number = activity.first_new;
     for (const NewMaterial& material : activity.materials) {
-        if (is_first_edition())
+        if (is_first_edition(settings))
             VALUES.write(file, number, MODEL, GAMAW, material.old);
         else
             VALUES.write_front(file, number, material.old);
@@ -36,13 +36,13 @@ void write_material_card(Channel& file, const Activity& activity) {
     file.write_line("*");
 }
 
-void write_material_activity(Channel& file, const Activity& activity) {
+void write_material_activity(const Settings& settings, Channel& file, const Activity& activity) {
     file.write_line("* Continuum Element");
-    file.write_line(is_first_edition() ? "*   MAT    NAC   NDAC    MCH" : "*   MAT    NAC   NDAC");
+    file.write_line(is_first_edition(settings) ? "*   MAT    NAC   NDAC    MCH" : "*   MAT    NAC   NDAC");
     std::int32_t number = activity.first_new;
     for (const NewMaterial& material : activity.materials) {
         const auto [NAC, NDAC] = material.activity;
-        if (is_first_edition())
+        if (is_first_edition(settings))
             VALUES.write(file, number, NAC, NDAC, MCH);
         else
             VALUES.write_front(file, number, NAC, NDAC);
@@ -52,32 +52,32 @@ void write_material_activity(Channel& file, const Activity& activity) {
 
 }  // namespace
 
-void WRITEMATERIALS(const Activity& activity) {
+void WRITEMATERIALS(Channels& channels, const Settings& settings, const Activity& activity) {
     // Beams and trusses keep their materials.
     constexpr std::int32_t MBFAD = 0, MTFAD = 0;
     const auto MCFAD = static_cast<std::int32_t>(activity.materials.size());
-    Channel& file = open_channel(CH_TEMP_MESH, "..\\MatAD.Man", OpenStatus::result);
+    Channel& file = channels.open(CH_TEMP_MESH, "..\\MatAD.Man", OpenStatus::result);
     if (MCFAD > 0)
-        write_material_card(file, activity);
+        write_material_card(settings, file, activity);
     write_lines(file, {"* Main File: Material Activity", "* Card 8.1", "*  NFAD  MCFAD  MBFAD  MTFAD"});
     VALUES.write(file, MCFAD + MBFAD + MTFAD, MCFAD, MBFAD, MTFAD);
     write_lines(file, {"* Card 8.2", "* KSTEP ", "      1 "});
     if (MCFAD > 0)
-        write_material_activity(file, activity);
+        write_material_activity(settings, file, activity);
     file.write_line("* End Of Data ");
-    close_channel(CH_TEMP_MESH);
+    channels.close(CH_TEMP_MESH);
 }
 
-void WRITEGROUPACTIVITY(const Activity& activity, const std::vector<GroupMembers>& members) {
-    Channel& file = open_channel(CH_GROUP, "..\\Group.Man", OpenStatus::result);
+void WRITEGROUPACTIVITY(Channels& channels, LayoutKind kind, GroupCards& group_cards, const Activity& activity, const std::vector<GroupMembers>& members) {
+    Channel& file = channels.open(CH_GROUP, "..\\Group.Man", OpenStatus::result);
     file.set_write_only(true);
     write_banner(file, "*         MAIN FILE: ELEMENT ACTIVITY            *",
                  "*         (CARD 8)                               *");
     write_lines(file, {"* Card 8.1", "*   NFAD"});
     NFAD_LINE.write_front(file, activity.NFAD);
     write_lines(file, {"*", "* Card 8.2", "*  KSTEP", "       1", "*"});
-    WRITEACTIVITY(file, members);
-    close_channel(CH_GROUP);
+    WRITEACTIVITY(channels, kind, group_cards, file, members);
+    channels.close(CH_GROUP);
 }
 
 }  // namespace brelan

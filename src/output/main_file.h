@@ -9,9 +9,9 @@
 namespace brelan {
 
 // Writes "..\MatAD.Man": the new materials and their activity.
-void WRITEMATERIALS(const Activity& activity);
+void WRITEMATERIALS(Channels& channels, const Settings& settings, const Activity& activity);
 
 // Writes "..\Group.Man": the activity of the groups' elements.
-void WRITEGROUPACTIVITY(const Activity& activity, const std::vector<GroupMembers>& members);
+void WRITEGROUPACTIVITY(Channels& channels, LayoutKind kind, GroupCards& group_cards, const Activity& activity, const std::vector<GroupMembers>& members);
 
 }  // namespace brelan

@@ -23,17 +23,17 @@ struct NodeList {
 };
 
 // The lines of the groups that want them; a node that the mesh lost is left out.
-std::vector<NodeList> wanted_lists() {
+std::vector<NodeList> wanted_lists(GroupCards& group_cards, GroupListing& listing) {
     std::vector<NodeList> lists;
-    for (std::int32_t i = 1; i <= NGRP; ++i) {
-        const ListingRow& row = LISTING[i];
+    for (std::int32_t i = 1; i <= listing.count; ++i) {
+        const ListingRow& row = listing.rows[i];
         if (row.sub_kind != ROW_OUTLINE)
             continue;
-        const GroupPost& post = GROUPPOST[row.group];
+        const GroupPost& post = group_cards.outputs[row.group];
         if (post.IGPOST == 0 || post.toggle[NODE_SWITCH] == 0)
             continue;
         NodeList list{row.group, {}};
-        for (const std::int32_t node : KEPTLINES[i].nodes)
+        for (const std::int32_t node : listing.lines[i].nodes)
             if (node != 0)
                 list.nodes.push_back(node);
         if (!list.nodes.empty())
@@ -44,12 +44,12 @@ std::vector<NodeList> wanted_lists() {
 
 }  // namespace
 
-void write_node_lists(Channel& post, std::string_view count_card, std::string_view nodes_card) {
-    const std::vector<NodeList> lists = wanted_lists();
+void write_node_lists(GroupCards& group_cards, GroupListing& listing, Channel& post, std::string_view count_card, std::string_view nodes_card) {
+    const std::vector<NodeList> lists = wanted_lists(group_cards, listing);
     write_lines(post, {count_card, "*   NRL      "});
     LIST_COUNT.write(post, static_cast<std::int32_t>(lists.size()));
     for (const NodeList& list : lists) {
-        write_group_head(post, list.group);
+        write_group_head(group_cards, post, list.group);
         NODE_COUNT.write(post, static_cast<std::int32_t>(list.nodes.size()));
         write_lines(post, {"*", nodes_card, "* NODE1  NODE2  NODE3  NODE4  NODE5"});
         NODES.write_list(post, std::span<const std::int32_t>(list.nodes));

@@ -21,20 +21,20 @@ void copy_cut(Channel& from, Channel& to) {
     to.write_line(line.substr(0, line.find_last_not_of(' ') + 1));
 }
 
-void write_continuum(Channel& mesh, const ElementRecord& e) {
+void write_continuum(LayoutKind kind, Channel& mesh_file, const ElementRecord& e) {
     const ElementWords& w = e.words;
-    switch (KIND()) {
+    switch (kind) {
         case LayoutKind::coupled:
-            COUPLED_CONTINUUM.write(mesh, e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
+            COUPLED_CONTINUUM.write(mesh_file, e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
                                     e.KS, e.KF, e.INTR, e.INTS, e.TBJWL);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
             // Seven values: the columns are those of a longer record that ends early.
-            SCALAR_CONTINUUM.write_front(mesh, e.NEL, w.I1, w.I2, w.I3, w.I4, w.MATNO, e.IDH);
+            SCALAR_CONTINUUM.write_front(mesh_file, e.NEL, w.I1, w.I2, w.I3, w.I4, w.MATNO, e.IDH);
             break;
         case LayoutKind::displacement:
-            DISPLACEMENT_CONTINUUM.write(mesh, e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
+            DISPLACEMENT_CONTINUUM.write(mesh_file, e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
                                          e.THIC, e.DEN);
             break;
     }
@@ -55,36 +55,36 @@ void copy_line_elements(Channel& from, Channel& to, std::int32_t count) {
 
 }  // namespace
 
-void REWRITEMESH(std::string_view FILEM, const MeshCounts& counts, std::span<const std::int32_t> NEWMAT) {
+void REWRITEMESH(Channels& channels, Trace& trace, const Settings& settings, std::string_view FILEM, const MeshCounts& counts, std::span<const std::int32_t> NEWMAT) {
     constexpr std::int32_t heading_lines = 7;
-    trace_values(2, " Pass 27.1.4 IPROGM = ", IPROGM);
-    Channel& copy = open_channel(CH_TEMP_MESH, "TEMPMESH.TMP", OpenStatus::work);
-    Channel& source = open_channel(CH_RESULT, FILEM, OpenStatus::old);
+    trace.values(2, " Pass 27.1.4 IPROGM = ", settings.edition);
+    Channel& copy = channels.open(CH_TEMP_MESH, "TEMPMESH.TMP", OpenStatus::work);
+    Channel& source = channels.open(CH_RESULT, FILEM, OpenStatus::old);
     while (!source.at_end())
         copy_cut(source, copy);
-    trace_values(2, " Pass 27.1.5 ");
+    trace.values(2, " Pass 27.1.5 ");
     copy.rewind();
-    Channel& mesh = open_channel(CH_RESULT, FILEM, OpenStatus::result);
+    Channel& mesh_file = channels.open(CH_RESULT, FILEM, OpenStatus::result);
     for (std::int32_t i = 0; i < counts.NUMNP + heading_lines; ++i)
-        copy_cut(copy, mesh);
-    trace_values(2, " Pass 27.1.6 ");
+        copy_cut(copy, mesh_file);
+    trace.values(2, " Pass 27.1.6 ");
     for (std::int32_t i = 1; i <= counts.NCONT; ++i) {
-        ElementRecord element = read_element_record(copy, EL_CONTINUUM);
+        ElementRecord element = read_element_record(settings.kind(), copy, EL_CONTINUUM);
         const std::int32_t material = NEWMAT[static_cast<std::size_t>(element.NEL)];
-        trace_values(2, " Pass 27.1.7 ", " I = ", i, " N = ", element.NEL,
+        trace.values(2, " Pass 27.1.7 ", " I = ", i, " N = ", element.NEL,
                      " NEWMAT(I) = ", NEWMAT[static_cast<std::size_t>(i)], " NEWMAT(N) = ", material);
         if (material > 0)
             element.words.MATNO = material;
-        write_continuum(mesh, element);
+        write_continuum(settings.kind(), mesh_file, element);
     }
-    trace_values(2, " Pass 27.1.8 ", " NBEAMA= ", counts.NBEAM, " NNBEAMA= ", counts.NBEAM,
+    trace.values(2, " Pass 27.1.8 ", " NBEAMA= ", counts.NBEAM, " NNBEAMA= ", counts.NBEAM,
                  " NTRUSA = ", counts.NTRUS);
-    copy_line_elements(copy, mesh, counts.NBEAM);
-    copy_line_elements(copy, mesh, counts.NTRUS);
+    copy_line_elements(copy, mesh_file, counts.NBEAM);
+    copy_line_elements(copy, mesh_file, counts.NTRUS);
     while (!copy.at_end())
-        copy_cut(copy, mesh);
-    close_channel(CH_TEMP_MESH);
-    mesh.flush();
+        copy_cut(copy, mesh_file);
+    channels.close(CH_TEMP_MESH);
+    mesh_file.flush();
 }
 
 }  // namespace brelan

@@ -11,6 +11,6 @@ namespace brelan {
 
 // Writes the mesh file anew: copied to "TEMPMESH.TMP", which stays, and from there back with the new material
 // of each continuum element, 0 leaving the old one. The counts are those of the records in the file.
-void REWRITEMESH(std::string_view FILEM, const MeshCounts& counts, std::span<const std::int32_t> NEWMAT);
+void REWRITEMESH(Channels& channels, Trace& trace, const Settings& settings, std::string_view FILEM, const MeshCounts& counts, std::span<const std::int32_t> NEWMAT);
 
 }  // namespace brelan

@@ -71,43 +71,43 @@ std::string compound(std::string_view a, char between, std::string_view b, std::
     return label;
 }
 
-void set_compound_labels(float IFORCE, float ILENGTH, float ITIME) {
+void set_compound_labels(UnitLabels& units, float IFORCE, float ILENGTH, float ITIME) {
     const std::size_t force = place_in(FORCE, IFORCE);
     const std::size_t length = place_in(LENGTH, ILENGTH);
     const std::size_t time = place_in(TIME, ITIME);
     if (length == LENGTH.size())
         return;
     if (force < FORCE.size()) {
-        UNITS.USTRESS = STRESS[force][length];
-        UNITS.UMOMENT = compound(FORCE[force], '-', LENGTH[length], ")", UNITS.UMOMENT.size());
+        units.USTRESS = STRESS[force][length];
+        units.UMOMENT = compound(FORCE[force], '-', LENGTH[length], ")", units.UMOMENT.size());
     }
     if (time < TIME.size()) {
-        UNITS.UVELOC = compound(LENGTH[length], '/', TIME[time], ")", UNITS.UVELOC.size());
-        UNITS.UACCEL = compound(LENGTH[length], '/', TIME[time], "2)", UNITS.UACCEL.size());
+        units.UVELOC = compound(LENGTH[length], '/', TIME[time], ")", units.UVELOC.size());
+        units.UACCEL = compound(LENGTH[length], '/', TIME[time], "2)", units.UACCEL.size());
     }
 }
 
 }  // namespace
 
-void UNITTAB() {
+void UNITTAB(Channels& channels, LayoutKind kind, UnitLabels& units) {
     constexpr int lines_to_title = 4, lines_to_codes = 10, title_columns = 80;
-    Channel& file = open_channel(CH_GROUP, UNIT_FILE, OpenStatus::old);
+    Channel& file = channels.open(CH_GROUP, UNIT_FILE, OpenStatus::old);
     file.skip_lines(lines_to_title, "the comment lines in front of the project's title");
-    UNITS.TITLE = file.read_line("the project's title").first(title_columns);
+    units.TITLE = file.read_line("the project's title").first(title_columns);
     file.skip_lines(lines_to_codes, "the comment lines in front of the unit codes");
     float IFORCE = 0.0F, ILENGTH = 0.0F, ITIME = 0.0F, IENERGY = 0.0F, ITEMP = 0.0F;
     read_free(file, "the unit codes (IFORCE, ILENGTH, ITIME, IENERGY, ITEMP)", IFORCE, ILENGTH, ITIME,
               IENERGY, ITEMP);
-    close_channel(CH_GROUP);
-    set_label(UNITS.UFORCE, FORCE, IFORCE);
-    set_label(UNITS.ULENGTH, LENGTH, ILENGTH);
-    set_label(UNITS.UTIME, TIME, ITIME);
-    set_label(UNITS.UENERGY, ENERGY, IENERGY);
-    if (KIND() == LayoutKind::temperature)
-        set_label(UNITS.UTEMP, TEMPERATURE, ITEMP);
-    else if (KIND() == LayoutKind::head)
-        set_label(UNITS.UTEMP, HEAD, ITEMP);
-    set_compound_labels(IFORCE, ILENGTH, ITIME);
+    channels.close(CH_GROUP);
+    set_label(units.UFORCE, FORCE, IFORCE);
+    set_label(units.ULENGTH, LENGTH, ILENGTH);
+    set_label(units.UTIME, TIME, ITIME);
+    set_label(units.UENERGY, ENERGY, IENERGY);
+    if (kind == LayoutKind::temperature)
+        set_label(units.UTEMP, TEMPERATURE, ITEMP);
+    else if (kind == LayoutKind::head)
+        set_label(units.UTEMP, HEAD, ITEMP);
+    set_compound_labels(units, IFORCE, ILENGTH, ITIME);
 }
 
 }  // namespace brelan

@@ -17,6 +17,6 @@ struct UnitLabels {
 inline UnitLabels UNITS;
 
 // Reads the file and sets the labels. A code that its table does not know leaves its label as it stood.
-void UNITTAB();
+void UNITTAB(Channels& channels, LayoutKind kind, UnitLabels& units);
 
 }  // namespace brelan

@@ -16,119 +16,119 @@ namespace brelan {
 namespace {
 
 // The first region, between Passes 6 and 13.
-void read_first_region() {
-    TRACE(" Pass 6 ", 6.0F);
-    Channel& mesh = channel(CH_MESH_A);
-    READREGIONHEAD(mesh, REGION1);
-    TRACE(" Pass 8 ", 8.0F);
-    READFIRSTNODES(mesh);
-    TRACE(" Pass 9 ", 9.0F);
-    if (REGION1.counts.NCONT > 0) {
-        TRACE(" Pass 10 ", 10.0F);
-        READREGIONELEMENTS(mesh, REGION1, EL_CONTINUUM);
-        TRACE(" Pass 11 ", 11.0F);
+void read_first_region(Run& run) {
+    run.trace.pass(" Pass 6 ", 6.0F);
+    Channel& mesh_file = run.channels.at(CH_MESH_A);
+    READREGIONHEAD(run.settings.kind(), mesh_file, run.combination.first);
+    run.trace.pass(" Pass 8 ", 8.0F);
+    READFIRSTNODES(run.combination, run.mesh, run.side, mesh_file);
+    run.trace.pass(" Pass 9 ", 9.0F);
+    if (run.combination.first.counts.NCONT > 0) {
+        run.trace.pass(" Pass 10 ", 10.0F);
+        READREGIONELEMENTS(run.combination, run.mesh, run.side, mesh_file, run.combination.first, EL_CONTINUUM);
+        run.trace.pass(" Pass 11 ", 11.0F);
     }
-    if (REGION1.counts.NBEAM > 0) {
-        READREGIONELEMENTS(mesh, REGION1, EL_BEAM);
-        TRACE(" Pass 12 ", 12.0F);
+    if (run.combination.first.counts.NBEAM > 0) {
+        READREGIONELEMENTS(run.combination, run.mesh, run.side, mesh_file, run.combination.first, EL_BEAM);
+        run.trace.pass(" Pass 12 ", 12.0F);
     }
-    if (REGION1.counts.NTRUS > 0) {
-        READREGIONELEMENTS(mesh, REGION1, EL_TRUSS);
-        TRACE(" Pass 13 ", 13.0F);
+    if (run.combination.first.counts.NTRUS > 0) {
+        READREGIONELEMENTS(run.combination, run.mesh, run.side, mesh_file, run.combination.first, EL_TRUSS);
+        run.trace.pass(" Pass 13 ", 13.0F);
     }
 }
 
-void read_second_region() {
-    TRACE(" Pass 28 ", 28.0F);
-    Channel& mesh = channel(CH_MESH_B);
-    READREGIONHEAD(mesh, REGION2);
-    READSECONDNODES(mesh);
+void read_second_region(Run& run) {
+    run.trace.pass(" Pass 28 ", 28.0F);
+    Channel& mesh_file = run.channels.at(CH_MESH_B);
+    READREGIONHEAD(run.settings.kind(), mesh_file, run.combination.second);
+    READSECONDNODES(run.combination, run.mesh, run.side, mesh_file);
     for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS})
-        if (REGION2.counts.of(type) > 0)
-            READREGIONELEMENTS(mesh, REGION2, type);
-    TRACE(" Pass 29 ", 29.0F);
+        if (run.combination.second.counts.of(type) > 0)
+            READREGIONELEMENTS(run.combination, run.mesh, run.side, mesh_file, run.combination.second, type);
+    run.trace.pass(" Pass 29 ", 29.0F);
 }
 
 // The two lines stand in the result file, where the front end's message is taken from.
-[[noreturn]] void report_collision() {
-    Channel& mesh = channel(CH_WORK);
-    write_free(mesh, "************* ERROR IN THE USER INPUT **************");
-    write_free(mesh, " REGION A element no. duplicates REGION B element no. ");
-    LISTERR(CH_WORK, 2);
-    WRSTATUS(1);
+[[noreturn]] void report_collision(Run& run) {
+    Channel& mesh_file = run.channels.at(CH_WORK);
+    write_free(mesh_file, "************* ERROR IN THE USER INPUT **************");
+    write_free(mesh_file, " REGION A element no. duplicates REGION B element no. ");
+    LISTERR(run.channels, run.console, CH_WORK, 2);
+    WRSTATUS(run.channels, 1);
     STOPRUN("100");
 }
 
-void match_nodes() {
-    if (INTERFACE == 1) {
-        MATCHLISTED();
-        TRACE(" Pass 32 ", 32.0F);
+void match_nodes(Run& run) {
+    if (run.combination.interface_rule == 1) {
+        MATCHLISTED(run.combination, run.mesh, run.side);
+        run.trace.pass(" Pass 32 ", 32.0F);
         return;
     }
-    TRACE(" Pass 30 ", 30.0F);
-    const float DMIN = SMALLESTSPACING();
-    TRACE(" Pass 31 ", 31.0F);
-    TRACE(" Pass 32 ", 32.0F);
-    MATCHNEAREST(DMIN);
+    run.trace.pass(" Pass 30 ", 30.0F);
+    const float DMIN = SMALLESTSPACING(run.combination, run.mesh, run.side);
+    run.trace.pass(" Pass 31 ", 31.0F);
+    run.trace.pass(" Pass 32 ", 32.0F);
+    MATCHNEAREST(run.combination, run.mesh, run.side, DMIN);
 }
 
-void write_combined() {
+void write_combined(Run& run) {
     ResultMesh result;
-    Channel& mesh = channel(CH_WORK);
-    TRACE(" Pass 35 ", 35.0F);
-    TRACE(" Pass 36 ", 36.0F);
-    COUNTCOMBINED(result);
-    TRACE(" Pass 37 ", 37.0F);
-    write_mesh_head(mesh, FILEC.view(), result.counts);
-    TRACE(" Pass 38 ", 38.0F);
-    write_node_heading(mesh);
-    WRITECOMBINEDNODES(mesh, result);
+    Channel& mesh_file = run.channels.at(CH_WORK);
+    run.trace.pass(" Pass 35 ", 35.0F);
+    run.trace.pass(" Pass 36 ", 36.0F);
+    COUNTCOMBINED(run.mesh, run.side, result);
+    run.trace.pass(" Pass 37 ", 37.0F);
+    write_mesh_head(mesh_file, run.files.combined.view(), result.counts);
+    run.trace.pass(" Pass 38 ", 38.0F);
+    write_node_heading(run.settings.kind(), mesh_file);
+    WRITECOMBINEDNODES(run.mesh, mesh_file, result);
     if (result.counts.NCONT > 0) {
-        TRACE(" Pass 39 ", 39.0F);
-        WRITECOMBINEDELEMENTS(mesh, result, EL_CONTINUUM);
+        run.trace.pass(" Pass 39 ", 39.0F);
+        WRITECOMBINEDELEMENTS(run.mesh, run.side, mesh_file, result, EL_CONTINUUM);
     }
     if (result.counts.NBEAM > 0) {
-        TRACE(" Pass 40 ", 40.0F);
-        WRITECOMBINEDELEMENTS(mesh, result, EL_BEAM);
+        run.trace.pass(" Pass 40 ", 40.0F);
+        WRITECOMBINEDELEMENTS(run.mesh, run.side, mesh_file, result, EL_BEAM);
     }
     if (result.counts.NTRUS > 0) {
-        TRACE(" Pass 41 ", 41.0F);
-        WRITECOMBINEDELEMENTS(mesh, result, EL_TRUSS);
+        run.trace.pass(" Pass 41 ", 41.0F);
+        WRITECOMBINEDELEMENTS(run.mesh, run.side, mesh_file, result, EL_TRUSS);
     }
 }
 
 }  // namespace
 
-void open_combination() {
-    TRACE(" Pass 5G ", 5.7F);
-    read_combination_cards();
-    open_channel(CH_MESH_A, "FILEA.TMP", OpenStatus::work);
-    open_channel(CH_MESH_B, "FILEB.TMP", OpenStatus::work);
+void open_combination(Run& run) {
+    run.trace.pass(" Pass 5G ", 5.7F);
+    read_combination_cards(run);
+    run.channels.open(CH_MESH_A, "FILEA.TMP", OpenStatus::work);
+    run.channels.open(CH_MESH_B, "FILEB.TMP", OpenStatus::work);
     // The names cross: the mesh of Card 2.1-2 is the first region.
-    open_channel(CH_SOURCE_A, FILEB.view(), OpenStatus::old);
-    open_channel(CH_SOURCE_B, FILEA.view(), OpenStatus::old);
-    open_channel(CH_WORK, FILEC.view(), OpenStatus::result);
-    REGION1.name = FILEB.trimmed();
-    REGION2.name = FILEA.trimmed();
-    REGION1.stripped = STRIPMESH(CH_SOURCE_A, CH_MESH_A);
-    REGION2.stripped = STRIPMESH(CH_SOURCE_B, CH_MESH_B);
-    SCANREGION(channel(CH_MESH_A), REGION1);
-    SCANREGION(channel(CH_MESH_B), REGION2);
-    FIXREGIONNUMBERS();
+    run.channels.open(CH_SOURCE_A, run.files.second.view(), OpenStatus::old);
+    run.channels.open(CH_SOURCE_B, run.files.first.view(), OpenStatus::old);
+    run.channels.open(CH_WORK, run.files.combined.view(), OpenStatus::result);
+    run.combination.first.name = run.files.second.trimmed();
+    run.combination.second.name = run.files.first.trimmed();
+    run.combination.first.stripped = STRIPMESH(run.channels, run.settings.kind(), CH_SOURCE_A, CH_MESH_A);
+    run.combination.second.stripped = STRIPMESH(run.channels, run.settings.kind(), CH_SOURCE_B, CH_MESH_B);
+    SCANREGION(run.settings.kind(), run.channels.at(CH_MESH_A), run.combination.first);
+    SCANREGION(run.settings.kind(), run.channels.at(CH_MESH_B), run.combination.second);
+    FIXREGIONNUMBERS(run.combination);
 }
 
-void run_combination() {
-    read_first_region();
-    read_second_region();
-    if (regions_collide())
-        report_collision();
-    match_nodes();
-    TRACE(" Pass 33 ", 33.0F);
-    MERGENODES();
-    TRACE(" Pass 34 ", 34.0F);
-    RENUMBERFIRST();
-    write_combined();
-    COPYRESULT(channel(CH_WORK), channel(CH_RESULT_COPY));
+void run_combination(Run& run) {
+    read_first_region(run);
+    read_second_region(run);
+    if (regions_collide(run.combination))
+        report_collision(run);
+    match_nodes(run);
+    run.trace.pass(" Pass 33 ", 33.0F);
+    MERGENODES(run.combination, run.mesh, run.side);
+    run.trace.pass(" Pass 34 ", 34.0F);
+    RENUMBERFIRST(run.combination, run.mesh);
+    write_combined(run);
+    COPYRESULT(run.channels.at(CH_WORK), run.channels.at(CH_RESULT_COPY));
 }
 
 }  // namespace brelan

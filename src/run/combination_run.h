@@ -4,9 +4,9 @@
 namespace brelan {
 
 // Reads Cards 2.x, opens the files and strips both meshes; finds the elements' new numbers.
-void open_combination();
+void open_combination(Run& run);
 
 // Passes 6 to 41.
-void run_combination();
+void run_combination(Run& run);
 
 }  // namespace brelan

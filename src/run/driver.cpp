@@ -29,111 +29,111 @@ constexpr std::string_view NORMALISED_DECK = "BRELAN.TMP";
 constexpr std::string_view SHELL_FILES[] = {"..\\Shell_Left.Mes", "..\\Shell_Right.Mes", "..\\Dam_Shell.Mes",
                                             "..\\EarthDam.Meg", "..\\EarthDam.Mes"};
 
-void CLEANSHELL() {
+void CLEANSHELL(Run& run) {
     for (const std::string_view name : SHELL_FILES) {
-        if (!FILE_EXISTS(name))
+        if (!run.channels.file_exists(name))
             continue;
-        open_channel(CH_DELETE, name, OpenStatus::old);
-        close_channel(CH_DELETE, CloseAction::remove);
+        run.channels.open(CH_DELETE, name, OpenStatus::old);
+        run.channels.close(CH_DELETE, CloseAction::remove);
     }
 }
 
-void open_result_copy() {
-    open_channel(CH_RESULT_COPY, "MeshFile.Mes", OpenStatus::work).set_write_only(true);
+void open_result_copy(Run& run) {
+    run.channels.open(CH_RESULT_COPY, "MeshFile.Mes", OpenStatus::work).set_write_only(true);
 }
 
-void run_mode_0() {
-    open_combination();
-    open_result_copy();
-    run_combination();
+void run_mode_0(Run& run) {
+    open_combination(run);
+    open_result_copy(run);
+    run_combination(run);
 }
 
-void run_mode_1() {
+void run_mode_1(Run& run) {
     // With IEDIT 5 the deck names no FILEA: MODEL has chosen a slope template.
-    FILEA = LOOKEDIT == 5 ? slope_template() : read_file_name();
-    FILEM = read_file_name();
-    open_edit_files();
-    read_edit();
-    open_result_copy();
-    run_edit();
-    FILEA = FILEM;
+    run.files.first = run.checker.edit_seen == 5 ? slope_template(run) : read_file_name(run);
+    run.files.result = read_file_name(run);
+    open_edit_files(run);
+    read_edit(run);
+    open_result_copy(run);
+    run_edit(run);
+    run.files.first = run.files.result;
 }
 
 // A base mesh that no edit follows is passed on unchanged.
-void run_base_mesh_alone() {
-    RESETMESH();
-    FILEA = TextLine("..\\Bmesh.dat");
-    FILEM = TextLine("Basic.Tmp");
-    open_edit_files();
-    set_identity_edit();
-    TRACE(" Pass 4C ", 4.3F);
-    open_result_copy();
-    run_edit();
-    FILEA = FILEM;
+void run_base_mesh_alone(Run& run) {
+    RESETMESH(run.mesh, run.side, run.selection);
+    run.files.first = TextLine("..\\Bmesh.dat");
+    run.files.result = TextLine("Basic.Tmp");
+    open_edit_files(run);
+    set_identity_edit(run);
+    run.trace.pass(" Pass 4C ", 4.3F);
+    open_result_copy(run);
+    run_edit(run);
+    run.files.first = run.files.result;
 }
 
 // A mode that no cards belong to: the passes begin, and find no mesh.
-[[noreturn]] void run_unknown_mode(std::int32_t mode) {
-    open_result_copy();
-    TRACE(" Pass 6 ", 6.0F);
-    Channel& deck = channel(CH_DECK);
+[[noreturn]] void run_unknown_mode(Run& run, std::int32_t mode) {
+    open_result_copy(run);
+    run.trace.pass(" Pass 6 ", 6.0F);
+    Channel& deck = run.channels.at(CH_DECK);
     deck.rewind();
     deck.fail_here("expected an IMOD of -1 to 3 on Card 1.1, found " + std::to_string(mode) +
                    ": no mesh is open");
 }
 
-void end_deck() {
+void end_deck(Run& run) {
     for (const int number : {CH_DECK, CH_DATA, CH_MESH_A, CH_MESH_B, CH_WORK, CH_RESULT_COPY, CH_SOURCE_A,
                              CH_SOURCE_B, CH_GROUP, CH_RESULT})
-        close_channel(number);
+        run.channels.close(number);
 }
 
-void run_deck() {
-    NGRP = 0;
-    DECKNAME = DECKLIST[DECKNO];
-    DECKCHK(DECKNAME, NORMALISED_DECK, DAMDECK);
-    Channel& deck = open_channel(CH_DECK, NORMALISED_DECK, OpenStatus::old);
-    deck.set_origin(DECKORIGIN);
+void run_deck(Run& run) {
+    run.listing.count = 0;
+    run.decks.name = run.decks.names[run.decks.number];
+    DECKCHK(run.channels, run.settings.kind(), run.checker, run.decks, run.console, run.decks.name, NORMALISED_DECK, DAMDECK);
+    Channel& deck = run.channels.open(CH_DECK, NORMALISED_DECK, OpenStatus::old);
+    deck.set_origin(run.checker.origin);
     std::int32_t IMOD = 0;
     std::int32_t JK = 0;
     read_free(deck, "Card 1.1 (IMOD, JK)", IMOD, JK);
-    KEEPDUP = IMOD == -1;
-    if (KEEPDUP)
+    run.combination.keeps_first_data = IMOD == -1;
+    if (run.combination.keeps_first_data)
         IMOD = 0;
-    TRACE(" Pass 3 ...", 3.0F);
+    run.trace.pass(" Pass 3 ...", 3.0F);
     if (IMOD == 2) {
         IMOD = 1;
-        if (run_base_mesh() == 0) {
-            run_base_mesh_alone();
-            end_deck();
+        if (run_base_mesh(run) == 0) {
+            run_base_mesh_alone(run);
+            end_deck(run);
             return;
         }
     }
-    RESETMESH();
-    TRACE(" Pass 4D ", 4.4F);
+    RESETMESH(run.mesh, run.side, run.selection);
+    run.trace.pass(" Pass 4D ", 4.4F);
     if (IMOD == 0) {
-        run_mode_0();
+        run_mode_0(run);
     } else if (IMOD == 1) {
-        run_mode_1();
+        run_mode_1(run);
     } else {
-        run_unknown_mode(IMOD);
+        run_unknown_mode(run, IMOD);
     }
-    end_deck();
+    end_deck(run);
 }
 
 }  // namespace
 
-void RUN() {
-    STARTUP();
-    DECKCOUNT = 1;
-    DECKLIST[1] = DECKNAME;
-    for (DECKNO = 1; DECKNO <= DECKCOUNT; ++DECKNO)
-        run_deck();
-    if (DECKCOUNT > 1)
-        CLEANSHELL();
-    WRSTATUS(0);
-    TRACE(" Pass 43 ", 43.0F);
-    close_channel(CH_TRACE);
+void RUN(Run& run) {
+    STARTUP(run);
+    run.decks.count = 1;
+    run.decks.names[1] = run.decks.name;
+    for (run.decks.number = 1; run.decks.number <= run.decks.count; ++run.decks.number)
+        run_deck(run);
+    if (run.decks.count > 1)
+        CLEANSHELL(run);
+    WRSTATUS(run.channels, 0);
+    run.trace.pass(" Pass 43 ", 43.0F);
+    run.channels.close(CH_TRACE);
 }
 
 }  // namespace brelan

@@ -5,6 +5,6 @@ namespace brelan {
 
 // Carries out a run from its first step to its last. Returns when the run is finished; every other way out is
 // a stop or a failure.
-void RUN();
+void RUN(Run& run);
 
 }  // namespace brelan

@@ -4,15 +4,15 @@
 namespace brelan {
 
 // Opens the files of the edit and strips the source mesh.
-void open_edit_files();
+void open_edit_files(Run& run);
 
 // Reads Cards 3.2 and 3.3 and the group of IEDIT; fires the pass of the edit.
-void read_edit();
+void read_edit(Run& run);
 
 // The edit that changes nothing: IEDIT 0 with all numbers from 1.
-void set_identity_edit();
+void set_identity_edit(Run& run);
 
 // Passes 6 to 27.2.
-void run_edit();
+void run_edit(Run& run);
 
 }  // namespace brelan

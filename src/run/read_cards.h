@@ -12,18 +12,18 @@ inline TextLine FILEB;
 inline TextLine FILEC;
 inline TextLine FILEM;
 
-TextLine read_file_name();
+TextLine read_file_name(Run& run);
 
 // Cards 2.x: the three names, INTERFACE and the lists of Card 2.3.
-void read_combination_cards();
+void read_combination_cards(Run& run);
 
 // Cards 4.1 to 4.5, into BLOCKS. Ends the run at a block column or row that cannot be divided.
-void read_base_mesh_cards();
+void read_base_mesh_cards(Run& run);
 
 // Cards 3.2 and 3.3.
-void read_edit_cards();
+void read_edit_cards(Run& run);
 
 // The cards that follow Card 3.3 for its IEDIT, into EDIT.
-void read_edit_group();
+void read_edit_group(Run& run);
 
 }  // namespace brelan

@@ -36,7 +36,7 @@ constexpr LayoutKind kind_of(std::int32_t edition) {
 
 // The kind of the running edition.
 inline LayoutKind KIND() {
-    return kind_of(IPROGM);
+    return kind_of(run.settings.edition);
 }
 
 }  // namespace brelan

@@ -6,19 +6,19 @@
 
 namespace brelan {
 
-TextLine slope_template() {
-    return TextLine(slope_model(MODEL).file);
+TextLine slope_template(Run& run) {
+    return TextLine(slope_model(run.checker.slope_model).file);
 }
 
-void map_slope_nodes() {
-    REQUIRETEMPLATE();
-    SLOPESTAGE();
-    MAPNODES();
+void map_slope_nodes(Run& run) {
+    REQUIRETEMPLATE(run.edit, run.source, run.mesh);
+    SLOPESTAGE(run.trace, run.edit, run.source, run.mesh, run.slope_split);
+    MAPNODES(run.trace, run.edit, run.source, run.mesh);
 }
 
-void finish_slope_elements() {
-    ORIENTELEMENTS();
-    SPLITSLOPEELEMENT();
+void finish_slope_elements(Run& run) {
+    ORIENTELEMENTS(run.source, run.mesh);
+    SPLITSLOPEELEMENT(run.edit, run.source, run.mesh, run.slope_split);
 }
 
 }  // namespace brelan

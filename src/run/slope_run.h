@@ -6,12 +6,12 @@
 namespace brelan {
 
 // The template's file, by the MODEL that the checker found.
-TextLine slope_template();
+TextLine slope_template(Run& run);
 
 // Between Passes 8 and 9: water level and map of the nodes.
-void map_slope_nodes();
+void map_slope_nodes(Run& run);
 
 // Behind Pass 13: the elements are turned the right way, and one is divided at the water level.
-void finish_slope_elements();
+void finish_slope_elements(Run& run);
 
 }  // namespace brelan

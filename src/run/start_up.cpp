@@ -38,70 +38,70 @@ constexpr std::array<EditionRow, 10> EDITIONS{{
 // Shown in the trace only.
 constexpr std::int32_t MODULESIZE = 4;
 
-std::int32_t read_setting(std::string_view file, std::string_view expected) {
+std::int32_t read_setting(Run& run, std::string_view file, std::string_view expected) {
     std::int32_t value = 0;
-    read_free(open_channel(CH_DATA, file, OpenStatus::old), expected, value);
-    close_channel(CH_DATA);
+    read_free(run.channels.open(CH_DATA, file, OpenStatus::old), expected, value);
+    run.channels.close(CH_DATA);
     return value;
 }
 
-void begin_trace() {
+void begin_trace(Run& run) {
     EditionRow row{};
     for (const EditionRow& candidate : EDITIONS)
-        if (candidate.edition == IPROGM)
+        if (candidate.edition == run.settings.edition)
             row = candidate;
-    if (FILE_EXISTS(row.debug_file)) {
-        read_free(open_channel(CH_EXIST, row.debug_file, OpenStatus::old),
+    if (run.channels.file_exists(row.debug_file)) {
+        read_free(run.channels.open(CH_EXIST, row.debug_file, OpenStatus::old),
                   "the debug switches (IDEBUG, DBGPASS)", IDEBUG, DBGPASS);
-        close_channel(CH_EXIST);
+        run.channels.close(CH_EXIST);
         if (IDEBUG > 0) {
-            open_trace(row.trace_file);
-            trace_line(" Start debugging ... ");
+            run.trace.open(row.trace_file);
+            run.trace.line(" Start debugging ... ");
         }
     }
     if (IDEBUG > 0 && DBGPASS >= 1.0F) {
-        trace_line(" 32 BIT RELEASE: MODULESIZE = ", MODULESIZE);
-        TRACE(" Pass 1 ", 1.0F);
+        run.trace.line(" 32 BIT RELEASE: MODULESIZE = ", MODULESIZE);
+        run.trace.pass(" Pass 1 ", 1.0F);
     }
 }
 
-void ask_deck_name() {
-    console_write(" BRELAN-2D is running ... \n");
-    console_write(" Type Input  File Name : ");
+void ask_deck_name(Run& run) {
+    run.console.write(" BRELAN-2D is running ... \n");
+    run.console.write(" Type Input  File Name : ");
     std::string answer;
-    if (!console_read(answer))
+    if (!run.console.read(answer))
         FAIL("console: standard input ends here; expected the name of a card deck");
-    DECKNAME = TextLine(answer);
-    if (DECKNAME.blank())
+    run.decks.name = TextLine(answer);
+    if (run.decks.name.blank())
         FAIL("console: expected the name of a card deck, found a blank line");
 }
 
-void read_deck_name() {
-    Channel& names = open_channel(CH_DATA, "TFNAME.TMP", OpenStatus::old);
+void read_deck_name(Run& run) {
+    Channel& names = run.channels.open(CH_DATA, "TFNAME.TMP", OpenStatus::old);
     names.rewind();
-    DECKNAME = names.read_line("the name of a card deck");
-    if (DECKNAME.blank())
+    run.decks.name = names.read_line("the name of a card deck");
+    if (run.decks.name.blank())
         names.fail_behind("expected the name of a card deck, found a blank line");
-    if (DECKNAME.view().find('\0') != std::string_view::npos)
+    if (run.decks.name.view().find('\0') != std::string_view::npos)
         names.fail_behind("expected the name of a card deck, found one that holds a zero byte");
-    close_channel(CH_DATA);
+    run.channels.close(CH_DATA);
 }
 
 }  // namespace
 
-void STARTUP() {
+void STARTUP(Run& run) {
     flush_to_zero();
-    IPROGM = read_setting("C:\\VORK\\QX\\QXDATA\\PROGRAM.DAT", "the edition number (IPROGM)");
-    ISKEL = skeleton_switch(IPROGM);
+    run.settings.edition = read_setting(run, "C:\\VORK\\QX\\QXDATA\\PROGRAM.DAT", "the edition number (IPROGM)");
+    run.settings.skeleton_switch = skeleton_switch(run.settings.edition);
     IDEBUG = 0;
-    begin_trace();
-    const std::int32_t manual = read_setting("C:\\VORK\\QX\\QXDATA\\MANUAL.DAT", "the console mode");
-    const std::int32_t front_end = read_setting("C:\\VORK\\QX\\QXDATA\\HUBPLOT.DAT", "the front end mode");
+    begin_trace(run);
+    const std::int32_t manual = read_setting(run, "C:\\VORK\\QX\\QXDATA\\MANUAL.DAT", "the console mode");
+    const std::int32_t front_end = read_setting(run, "C:\\VORK\\QX\\QXDATA\\HUBPLOT.DAT", "the front end mode");
     if (front_end != 1 && manual == 1)
-        ask_deck_name();
+        ask_deck_name(run);
     else
-        read_deck_name();
-    TRACE(" Pass 2 ", 2.0F);
+        read_deck_name(run);
+    run.trace.pass(" Pass 2 ", 2.0F);
 }
 
 }  // namespace brelan

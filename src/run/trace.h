@@ -24,7 +24,7 @@ Channel& trace_channel();
 template <class... Items>
 void trace_values(std::int32_t level, const Items&... items) {
     if (IDEBUG >= level)
-        write_free(trace_channel(), items...);
+        write_free(run.trace.file(), items...);
 }
 
 // Fires a trace point: when the trace is on and DBGPASS is not below the number, writes the text as a line,

@@ -270,9 +270,9 @@ TEST(StripperFields, AreCountedAnewForEachFile) {
     const Edition edition(DISPLACEMENT);
     const auto fields_of = [&](const Lines& mesh) {
         directory.write("in.Mes", text_of(mesh));
-        open_channel(15, "in.Mes", OpenStatus::old);
-        open_channel(5, "FILEA.TMP", OpenStatus::work);
-        return STRIPMESH(15, 5).NFIELDS;
+        state.channels.open(15, "in.Mes", OpenStatus::old);
+        state.channels.open(5, "FILEA.TMP", OpenStatus::work);
+        return STRIPMESH(state.channels, state.settings.kind(), 15, 5).NFIELDS;
     };
     EXPECT_EQ(fields_of(HEAD + Lines{"1 0 0 0"} + NODE_HEADINGS + Lines{"1 1 0 0 1 1 0 0"}), 8);
     EXPECT_EQ(fields_of(HEAD + Lines{"1 0 0 0"} + NODE_HEADINGS + Lines{"1 1 0 0 0 0"}), 6);
@@ -289,13 +289,13 @@ TEST(StripperFields, StripperClosesItsSourceAndRewindsTheCopy) {
     const WorkDirectory directory;
     const Edition edition(DISPLACEMENT);
     directory.write("in.Mes", text_of(WHOLE));
-    open_channel(16, "in.Mes", OpenStatus::old);
-    Channel& copy = open_channel(6, "FILEB.TMP", OpenStatus::work);
-    STRIPMESH(16, 6);
-    EXPECT_FALSE(channel_is_open(16));
+    state.channels.open(16, "in.Mes", OpenStatus::old);
+    Channel& copy = state.channels.open(6, "FILEB.TMP", OpenStatus::work);
+    STRIPMESH(state.channels, state.settings.kind(), 16, 6);
+    EXPECT_FALSE(state.channels.is_open(16));
     EXPECT_EQ(copy.lines_before(), 0);
     EXPECT_EQ(copy.read_line("the name").trimmed(), "a mesh");
-    EXPECT_FALSE(channel_is_open(123));
+    EXPECT_FALSE(state.channels.is_open(123));
 }
 
 TEST(Stripper, ByteOrderMarkInFrontOfAMeshIsNamed) {

@@ -126,9 +126,9 @@ TEST(CombinationProperty, GridsThatShareASideBecomeOneConformingMesh) {
 TEST(CombinationProperty, MatchesAreThoseOfTheScanOfAllPairs) {
     Random random(31);
     for (int round = 0; round < 24; ++round) {
-        RESETMESH();
-        REGION1 = Region{};
-        REGION2 = Region{};
+        RESETMESH(state.mesh, state.side, state.selection);
+        state.combination.first = Region{};
+        state.combination.second = Region{};
         // Coarse places, so that ties and exact half spacings are many; some rounds have coincident nodes.
         const int step = 1 + round % 3;
         const auto fill = [&](auto& active, auto& x, auto& y, Region& region, bool twice) {
@@ -144,34 +144,34 @@ TEST(CombinationProperty, MatchesAreThoseOfTheScanOfAllPairs) {
                 region.nodes.include(n);
             }
         };
-        fill(NACT1, XC1, YC1, REGION1, round % 8 == 7);
-        fill(NACT2, XC, YC, REGION2, round % 8 == 6);
+        fill(state.mesh.node_in_use, state.side.x, state.side.y, state.combination.first, round % 8 == 7);
+        fill(state.side.second_node_in_use, state.mesh.x, state.mesh.y, state.combination.second, round % 8 == 6);
         // The first region a little off.
         const float off = std::array{0.0F, 0.25F, 0.125F, 0.5F}[static_cast<std::size_t>(round) % 4];
         for (std::int32_t n = 1; n <= 1500; ++n)
-            XC1[n] = XC1[n] + off;
+            state.side.x[n] = state.side.x[n] + off;
 
         float DMIN = 1.0E35F;
         std::map<std::int32_t, std::int32_t> expected;
         for (std::int32_t a = 1; a <= 1500; ++a) {
             for (std::int32_t b = a + 1; b <= 1500; ++b) {
-                if (NACT1[a] == 1 && NACT1[b] == 1)
-                    DMIN = std::min(DMIN, DIST2D(XC1[a], YC1[a], XC1[b], YC1[b]));
-                if (NACT2[a] == 1 && NACT2[b] == 1)
-                    DMIN = std::min(DMIN, DIST2D(XC[a], YC[a], XC[b], YC[b]));
+                if (state.mesh.node_in_use[a] == 1 && state.mesh.node_in_use[b] == 1)
+                    DMIN = std::min(DMIN, DIST2D(state.side.x[a], state.side.y[a], state.side.x[b], state.side.y[b]));
+                if (state.side.second_node_in_use[a] == 1 && state.side.second_node_in_use[b] == 1)
+                    DMIN = std::min(DMIN, DIST2D(state.mesh.x[a], state.mesh.y[a], state.mesh.x[b], state.mesh.y[b]));
             }
         }
         for (std::int32_t a = 1; a <= 1500; ++a) {
             expected[a] = a;
             for (std::int32_t b = 1; b <= 1500; ++b)
-                if (NACT1[a] == 1 && NACT2[b] == 1 && DIST2D(XC1[a], YC1[a], XC[b], YC[b]) <= 0.5F * DMIN)
+                if (state.mesh.node_in_use[a] == 1 && state.side.second_node_in_use[b] == 1 && DIST2D(state.side.x[a], state.side.y[a], state.mesh.x[b], state.mesh.y[b]) <= 0.5F * DMIN)
                     expected[a] = -b;
         }
-        EXPECT_EQ(SMALLESTSPACING(), DMIN) << "round " << round;
-        MATCHNEAREST(DMIN);
+        EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), DMIN) << "round " << round;
+        MATCHNEAREST(state.combination, state.mesh, state.side, DMIN);
         std::size_t wrong = 0;
         for (std::int32_t a = 1; a <= 1500; ++a)
-            wrong += NMAP[a] != expected[a];
+            wrong += state.mesh.new_number[a] != expected[a];
         EXPECT_EQ(wrong, 0U) << "round " << round;
     }
 }

@@ -121,14 +121,14 @@ int run_in_child(const Project& project, bool with_indexes) {
     try {
         std::filesystem::current_path(project.work_file(""));
         ::setenv("BRELAN_DRIVE_C", project.drive().c_str(), 1);
-        use_indexes(with_indexes);
-        RUN();
-        flush_all_channels();
+        use_indexes(state.engine, with_indexes);
+        RUN(state);
+        state.channels.flush_all();
     } catch (const RunEnd& end) {
         said << end.text << "\n";
         status = end.status;
     }
-    close_all_channels();
+    state.channels.close_all();
     said.close();
     ::_exit(status);
 }

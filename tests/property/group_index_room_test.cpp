@@ -85,19 +85,19 @@ protected:
             const float y = between(random, -12.0F, 12.0F);
             add(e, {{x, y}, {x + 0.1F, y}, {x, y + 0.1F}});
         }
-        build_indexes();
+        build_indexes(state.mesh, state.engine);
         return sides;
     }
 
     static std::vector<std::int32_t> collected(const Side& segment, bool with_index) {
-        use_indexes(with_index);
-        COLLECT(segment.a, segment.b);
+        use_indexes(state.engine, with_index);
+        COLLECT(state.mesh, state.engine, segment.a, segment.b);
         std::vector<std::int32_t> elements;
-        for (const CutRow& row : CUTTAB) {
+        for (const CutRow& row : state.engine.rows) {
             elements.push_back(row.E);
-            IEL[row.E].I1 = std::abs(IEL[row.E].I1);
+            state.mesh.words[row.E].I1 = std::abs(state.mesh.words[row.E].I1);
         }
-        clear_rows();
+        clear_rows(state.engine);
         return elements;
     }
 };

@@ -106,47 +106,47 @@ MeshNow random_mesh(Random& random, bool degenerate) {
 
 void store(const MeshNow& mesh) {
     static std::int32_t nodes_used = MAXNP, elements_used = MAXEL;
-    nodes_used = std::max(nodes_used, NUMNP);
-    elements_used = std::max(elements_used, NCONT);
+    nodes_used = std::max(nodes_used, state.engine.highest_node);
+    elements_used = std::max(elements_used, state.engine.highest_element);
     for (std::int32_t n = 1; n <= nodes_used; ++n) {
-        XC[n] = YC[n] = 0.0F;
-        FROZEN[n] = 0;
-        IDN[n] = {};
+        state.mesh.x[n] = state.mesh.y[n] = 0.0F;
+        state.engine.frozen[n] = 0;
+        state.mesh.codes[n] = {};
     }
     for (std::int32_t e = 1; e <= elements_used; ++e) {
-        IEL[e] = {};
-        ETYPE[e] = EL_DELETED;
-        ELIST[e] = e;
+        state.mesh.words[e] = {};
+        state.mesh.type[e] = EL_DELETED;
+        state.selection.elements[e] = e;
     }
-    NUMNP = static_cast<std::int32_t>(mesh.nodes.size());
-    NCONT = static_cast<std::int32_t>(mesh.elements.size());
+    state.engine.highest_node = static_cast<std::int32_t>(mesh.nodes.size());
+    state.engine.highest_element = static_cast<std::int32_t>(mesh.elements.size());
     nodes_used = elements_used = 2000;
-    for (std::int32_t n = 1; n <= NUMNP; ++n) {
+    for (std::int32_t n = 1; n <= state.engine.highest_node; ++n) {
         const auto i = static_cast<std::size_t>(n - 1);
-        XC[n] = mesh.nodes[i].x;
-        YC[n] = mesh.nodes[i].y;
-        FROZEN[n] = mesh.frozen[i];
+        state.mesh.x[n] = mesh.nodes[i].x;
+        state.mesh.y[n] = mesh.nodes[i].y;
+        state.engine.frozen[n] = mesh.frozen[i];
     }
-    for (std::int32_t e = 1; e <= NCONT; ++e) {
+    for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
         const auto i = static_cast<std::size_t>(e - 1);
         const Four& n = mesh.elements[i];
-        IEL[e] = {n[0], n[1], n[2], n[3], 0, 0, 0, 0, 1};
-        ETYPE[e] = mesh.types[i];
-        ELIST[e] = mesh.lists[i];
+        state.mesh.words[e] = {n[0], n[1], n[2], n[3], 0, 0, 0, 0, 1};
+        state.mesh.type[e] = mesh.types[i];
+        state.selection.elements[e] = mesh.lists[i];
     }
-    clear_rows();
-    TOLMOVE = TOLLINE = 0.02F;
-    build_indexes();
+    clear_rows(state.engine);
+    state.tolerances.move = state.tolerances.line = 0.02F;
+    build_indexes(state.mesh, state.engine);
 }
 
 MeshNow present() {
     MeshNow mesh;
-    for (std::int32_t n = 1; n <= NUMNP; ++n)
-        mesh.nodes.push_back({XC[n], YC[n]});
-    for (std::int32_t e = 1; e <= NCONT; ++e) {
-        mesh.elements.push_back({IEL[e].I1, IEL[e].I2, IEL[e].I3, IEL[e].I4});
-        mesh.types.push_back(ETYPE[e]);
-        mesh.lists.push_back(ELIST[e]);
+    for (std::int32_t n = 1; n <= state.engine.highest_node; ++n)
+        mesh.nodes.push_back({state.mesh.x[n], state.mesh.y[n]});
+    for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
+        mesh.elements.push_back({state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3, state.mesh.words[e].I4});
+        mesh.types.push_back(state.mesh.type[e]);
+        mesh.lists.push_back(state.selection.elements[e]);
     }
     return mesh;
 }
@@ -184,25 +184,25 @@ Pair random_pair(Random& random, const MeshNow& mesh) {
 }
 
 void cut(const Pair& pair) {
-    COLLECT(pair.P1, pair.P2);
-    PLACEEND(pair.P1, pair.P2, pair.skip1, pair.skip2);
-    SIDESCAN(pair.P1, pair.P2, pair.mode);
-    SPLITROWS();
+    COLLECT(state.mesh, state.engine, pair.P1, pair.P2);
+    PLACEEND(state.mesh, state.engine, pair.P1, pair.P2, pair.skip1, pair.skip2);
+    SIDESCAN(state.mesh, state.tolerances, state.engine, pair.P1, pair.P2, pair.mode);
+    SPLITROWS(state.mesh, state.engine);
 }
 
 // All pairs collected before the first is cut, and the elements split at the end.
 void cut_deferred(const std::vector<Pair>& pairs) {
     for (const Pair& pair : pairs)
-        COLLECT(pair.P1, pair.P2);
+        COLLECT(state.mesh, state.engine, pair.P1, pair.P2);
     for (const Pair& pair : pairs) {
-        PLACEEND(pair.P1, pair.P2, pair.skip1, pair.skip2);
-        SIDESCAN(pair.P1, pair.P2, {pair.mode.IEND, true});
+        PLACEEND(state.mesh, state.engine, pair.P1, pair.P2, pair.skip1, pair.skip2);
+        SIDESCAN(state.mesh, state.tolerances, state.engine, pair.P1, pair.P2, {pair.mode.IEND, true});
     }
-    SPLITROWS();
+    SPLITROWS(state.mesh, state.engine);
 }
 
 MeshNow after(const MeshNow& mesh, const std::vector<Pair>& pairs, bool with_index, bool deferred = false) {
-    use_indexes(with_index);
+    use_indexes(state.engine, with_index);
     store(mesh);
     std::string failure;
     try {
@@ -213,7 +213,7 @@ MeshNow after(const MeshNow& mesh, const std::vector<Pair>& pairs, bool with_ind
     } catch (const RunEnd& end) {
         failure = end.text;
     }
-    use_indexes(true);
+    use_indexes(state.engine, true);
     MeshNow result = present();
     result.failure = failure;
     return result;

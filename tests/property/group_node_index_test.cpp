@@ -17,16 +17,16 @@ namespace {
 class GroupNodeIndex : public ::testing::Test {
 protected:
     void TearDown() override {
-        use_indexes(true);
-        NUMNP = 0;
-        build_indexes();
+        use_indexes(state.engine, true);
+        state.engine.highest_node = 0;
+        build_indexes(state.mesh, state.engine);
     }
 
     // Nodes of which some stand alone, some in crowds, some nowhere.
     static void scatter(Drawing& drawing, int count, float size) {
-        NUMNP = count;
+        state.engine.highest_node = count;
         Point crowd;
-        for (std::int32_t n = 1; n <= NUMNP; ++n) {
+        for (std::int32_t n = 1; n <= state.engine.highest_node; ++n) {
             if (drawing.one_in(10))
                 crowd = {drawing.between(-size, size), drawing.between(-size, size)};
             Point p;
@@ -34,19 +34,19 @@ protected:
                 p = {drawing.between(-size, size), drawing.between(-size, size)};
             else if (!drawing.one_in(4))
                 p = {crowd.x + drawing.between(-0.01F, 0.01F), crowd.y + drawing.between(-0.01F, 0.01F)};
-            XC[n] = p.x;
-            YC[n] = p.y;
+            state.mesh.x[n] = p.x;
+            state.mesh.y[n] = p.y;
         }
-        NCONT = 0;
-        build_indexes();
+        state.engine.highest_element = 0;
+        build_indexes(state.mesh, state.engine);
     }
 
     static void expect_same(const Point& p, float reach) {
-        use_indexes(false);
-        const std::int32_t scanned = lowest_node_within(p, reach);
-        use_indexes(true);
-        EXPECT_EQ(lowest_node_within(p, reach), scanned)
-            << "at " << p.x << ", " << p.y << " within " << reach << " of " << NUMNP << " nodes";
+        use_indexes(state.engine, false);
+        const std::int32_t scanned = lowest_node_within(state.mesh, state.engine, p, reach);
+        use_indexes(state.engine, true);
+        EXPECT_EQ(lowest_node_within(state.mesh, state.engine, p, reach), scanned)
+            << "at " << p.x << ", " << p.y << " within " << reach << " of " << state.engine.highest_node << " nodes";
         found += scanned != 0 ? 1 : 0;
         missed += scanned == 0 ? 1 : 0;
     }
@@ -63,9 +63,9 @@ TEST_F(GroupNodeIndex, FindsWhatAScanFindsWhileNodesMoveAndCome) {
         scatter(drawing, 1 + drawing.below(400), size);
         static constexpr std::array<float, 6> reaches{0.001F, 0.005F, 0.02F, 0.5F, 30.0F, 0.0F};
         for (int i = 0; i < 300 && !HasFailure(); ++i) {
-            const std::int32_t n = 1 + drawing.below(NUMNP);
+            const std::int32_t n = 1 + drawing.below(state.engine.highest_node);
             const float reach = drawing.one_of(reaches);
-            Point p = node_point(n);
+            Point p = node_point(state.mesh, n);
             switch (drawing.below(5)) {
                 case 0:
                     p = {drawing.between(-1.5F * size, 1.5F * size), drawing.between(-size, size)};
@@ -81,9 +81,9 @@ TEST_F(GroupNodeIndex, FindsWhatAScanFindsWhileNodesMoveAndCome) {
             }
             expect_same(p, reach);
             if (drawing.one_in(3))
-                move_node(n, {drawing.between(-size, size), drawing.between(-2.0F * size, size)});
+                move_node(state.mesh, state.engine, n, {drawing.between(-size, size), drawing.between(-2.0F * size, size)});
             if (drawing.one_in(5))
-                add_node(p);
+                add_node(state.mesh, state.engine, p);
         }
     }
     EXPECT_GT(found, 3000);
@@ -110,22 +110,22 @@ TEST_F(GroupNodeIndex, FindsNothingAtAPointOrReachThatIsNoNumber) {
 // lower of two nodes at one place, and none exactly at the distance.
 TEST_F(GroupNodeIndex, FreeLineTakesTheLowestUnusedNumberAtTheOrigin) {
     for (const bool on : {true, false}) {
-        NUMNP = 20;
-        for (std::int32_t n = 1; n <= NUMNP; ++n)
-            XC[n] = YC[n] = 0.0F;
-        XC[4] = 2.0F;
-        XC[7] = 2.0F;
-        XC[9] = YC[9] = 3.0F;
-        XC[1] = 5.0F;
-        build_indexes();
-        use_indexes(on);
-        TOLSAME = 0.0078125F;
+        state.engine.highest_node = 20;
+        for (std::int32_t n = 1; n <= state.engine.highest_node; ++n)
+            state.mesh.x[n] = state.mesh.y[n] = 0.0F;
+        state.mesh.x[4] = 2.0F;
+        state.mesh.x[7] = 2.0F;
+        state.mesh.x[9] = state.mesh.y[9] = 3.0F;
+        state.mesh.x[1] = 5.0F;
+        build_indexes(state.mesh, state.engine);
+        use_indexes(state.engine, on);
+        state.tolerances.same = 0.0078125F;
         Path path;
         path.point = {{0.0F, 0.005F}, {2.005F, 0.0F}, {2.5F, 0.0F}, {2.505F, 0.0F}, {3.0078125F, 3.0F}};
-        const KeptLine line = LISTFREENODES(path);
+        const KeptLine line = LISTFREENODES(state.mesh, state.tolerances, state.engine, path);
         EXPECT_EQ(line.nodes, (std::vector<std::int32_t>{2, 4, 21, 21, 22}));
-        EXPECT_EQ(NUMNP, 22);
-        EXPECT_EQ(IDN[21][4], 1);
+        EXPECT_EQ(state.engine.highest_node, 22);
+        EXPECT_EQ(state.mesh.codes[21][4], 1);
     }
 }
 

@@ -81,9 +81,9 @@ TEST(PolygonScan, EmptyPolygonHoldsEverythingAndALongOneStops) {
 
 TEST(PolygonScan, WithoutIndexesEveryEdgeIsLookedAt) {
     const std::vector<Point> square{{0, 0}, {2, 0}, {2, 2}, {0, 2}};
-    use_indexes(false);
+    use_indexes(state.engine, false);
     const PolygonScan scan(square);
-    use_indexes(true);
+    use_indexes(state.engine, true);
     EXPECT_FALSE(scan.has_box());
     EXPECT_TRUE(scan.inside({1.0F, 1.0F}));
     EXPECT_FALSE(scan.inside({3.0F, 1.0F}));

@@ -23,45 +23,45 @@ constexpr float DEGREE = 0.017453292F;
 using Side = std::pair<std::int32_t, std::int32_t>;
 
 void store_mesh(const DrawnMesh& mesh) {
-    RESETMESH();
-    clear_rows();
-    NUMNP = NCONT = 0;
+    RESETMESH(state.mesh, state.side, state.selection);
+    clear_rows(state.engine);
+    state.engine.highest_node = state.engine.highest_element = 0;
     for (const Point& p : mesh.nodes) {
-        ++NUMNP;
-        XC[NUMNP] = p.x;
-        YC[NUMNP] = p.y;
-        IDN[NUMNP][0] = mesh.coded[static_cast<std::size_t>(NUMNP - 1)] ? 1 : 0;
+        ++state.engine.highest_node;
+        state.mesh.x[state.engine.highest_node] = p.x;
+        state.mesh.y[state.engine.highest_node] = p.y;
+        state.mesh.codes[state.engine.highest_node][0] = mesh.coded[static_cast<std::size_t>(state.engine.highest_node - 1)] ? 1 : 0;
     }
-    IEL.fill({});
+    state.mesh.words.fill({});
     for (const auto& n : mesh.elements) {
-        ++NCONT;
-        IEL[NCONT] = {n[0], n[1], n[2], n[3], 0, 0, 0, 0, 1};
-        ETYPE[NCONT] = EL_CONTINUUM;
+        ++state.engine.highest_element;
+        state.mesh.words[state.engine.highest_element] = {n[0], n[1], n[2], n[3], 0, 0, 0, 0, 1};
+        state.mesh.type[state.engine.highest_element] = EL_CONTINUUM;
     }
-    KS.fill(0);
-    IDH.fill(0);
-    DEN.fill(0.0F);
+    state.mesh.skeleton.fill(0);
+    state.mesh.attribute.fill(0);
+    state.mesh.density.fill(0.0F);
 }
 
 void store_group(std::int32_t g, const DrawnGroup& drawn) {
     const auto segments = static_cast<std::int32_t>(drawn.segments.size());
-    GROUPREC[g] = {drawn.MTYPE, drawn.is_open() ? segments + 1 : segments, segments, drawn.MOVE,
+    state.group_cards.rows[g] = {drawn.MTYPE, drawn.is_open() ? segments + 1 : segments, segments, drawn.MOVE,
                    drawn.OVERLAY};
     const auto real = [](int value) { return static_cast<float>(value); };
-    GROUPMAT[g] = {real(drawn.MAT), real(drawn.KF),  real(drawn.MATj), real(drawn.KFj), drawn.THICj,
+    state.group_cards.materials[g] = {real(drawn.MAT), real(drawn.KF),  real(drawn.MATj), real(drawn.KFj), drawn.THICj,
                    real(drawn.LTi), real(drawn.LMi), real(drawn.LTo),  real(drawn.LMo), real(drawn.MATold)};
     std::int32_t k = 0;
     for (const Point& p : drawn.points)
-        OUTLINES[g][++k] = p;
+        state.group_cards.outlines[g][++k] = p;
     k = 0;
     for (const DrawnSegment& s : drawn.segments) {
-        SEGREC[g][++k] = {s.LTYPE, s.NDIV, s.IEND, s.Xo, s.Yo, s.Rx, s.Ry, s.Qb * DEGREE, s.Qe * DEGREE};
+        state.group_cards.segments[g][++k] = {s.LTYPE, s.NDIV, s.IEND, s.Xo, s.Yo, s.Rx, s.Ry, s.Qb * DEGREE, s.Qe * DEGREE};
         if (s.LTYPE != 2)
             continue;
-        OUTLINES[g][k] = ELLIPT(s.Qb * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
-        OUTLINES[g][k + 1] = ELLIPT(s.Qe * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
+        state.group_cards.outlines[g][k] = ELLIPT(s.Qb * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
+        state.group_cards.outlines[g][k + 1] = ELLIPT(s.Qe * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
         if (k > 1 && k == segments && !drawn.is_open())
-            OUTLINES[g][1] = OUTLINES[g][k + 1];
+            state.group_cards.outlines[g][1] = state.group_cards.outlines[g][k + 1];
     }
 }
 
@@ -83,7 +83,7 @@ struct ClosedMesh {
 void expect_sound_corners(const Corners& c, std::int32_t e) {
     const int count = c.n[3] > 0 ? 4 : 3;
     for (int i = 0; i < count; ++i) {
-        EXPECT_TRUE(c.n[i] >= 1 && c.n[i] <= NUMNP) << "element " << e;
+        EXPECT_TRUE(c.n[i] >= 1 && c.n[i] <= state.engine.highest_node) << "element " << e;
         for (int k = 0; k < i; ++k)
             EXPECT_NE(c.n[i], c.n[k]) << "element " << e;
     }
@@ -92,33 +92,33 @@ void expect_sound_corners(const Corners& c, std::int32_t e) {
 // A joint line of one node has a twin at its place and no element that tells which.
 void close_single_joints(ClosedMesh& mesh, const std::vector<DrawnGroup>& groups) {
     for (std::size_t g = 0; g < groups.size(); ++g) {
-        const KeptLine& line = KEPTLINES[static_cast<std::int32_t>(g) + 1];
+        const KeptLine& line = state.listing.lines[static_cast<std::int32_t>(g) + 1];
         if (groups[g].MTYPE > -2 || line.nodes.size() != 1)
             continue;
-        for (std::int32_t n = line.nodes[0] + 1; n <= NUMNP; ++n)
-            if (node_point(n) == node_point(line.nodes[0]))
+        for (std::int32_t n = line.nodes[0] + 1; n <= state.engine.highest_node; ++n)
+            if (node_point(state.mesh, n) == node_point(state.mesh, line.nodes[0]))
                 mesh.line_node.emplace(n, line.nodes[0]);
     }
 }
 
 ClosedMesh close_mesh(const std::vector<DrawnGroup>& groups) {
     ClosedMesh mesh;
-    for (std::int32_t e = 1; e <= NCONT; ++e) {
-        const Corners c = corners_of(e);
-        if (ETYPE[e] != EL_CONTINUUM && !(ETYPE[e] == EL_DELETED && c.n[0] > 0))
+    for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
+        const Corners c = corners_of(state.mesh, e);
+        if (state.mesh.type[e] != EL_CONTINUUM && !(state.mesh.type[e] == EL_DELETED && c.n[0] > 0))
             continue;
         expect_sound_corners(c, e);
-        if (is_joint(e)) {
+        if (is_joint(state.mesh, e)) {
             mesh.joints.push_back(e);
             mesh.line_node[c.n[3]] = c.n[0];
             mesh.line_node[c.n[2]] = c.n[1];
         }
     }
     close_single_joints(mesh, groups);
-    for (std::int32_t e = 1; e <= NCONT; ++e) {
-        const Corners c = corners_of(e);
-        const bool stands = ETYPE[e] == EL_CONTINUUM || (ETYPE[e] == EL_DELETED && c.n[0] > 0);
-        if (!stands || is_joint(e) || IEL[e].MATNO == DUPLICATE)
+    for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
+        const Corners c = corners_of(state.mesh, e);
+        const bool stands = state.mesh.type[e] == EL_CONTINUUM || (state.mesh.type[e] == EL_DELETED && c.n[0] > 0);
+        if (!stands || is_joint(state.mesh, e) || state.mesh.words[e].MATNO == DUPLICATE)
             continue;
         mesh.elements.emplace_back();
         for (const std::int32_t n : c.n)
@@ -136,7 +136,7 @@ double cross(const Point& a, const Point& b) {
 double area_of(const std::vector<std::int32_t>& n) {
     double twice = 0.0;
     for (std::size_t i = 0; i < n.size(); ++i)
-        twice += cross(node_point(n[i]), node_point(n[(i + 1) % n.size()]));
+        twice += cross(node_point(state.mesh, n[i]), node_point(state.mesh, n[(i + 1) % n.size()]));
     return twice / 2.0;
 }
 
@@ -203,12 +203,12 @@ bool take_border(const DrawnMesh& mesh, OpenSides& sides) {
     bool stands = true;
     for (const std::int32_t n : {mesh.node_at(0, 0), mesh.node_at(mesh.columns, 0),
                                  mesh.node_at(0, mesh.rows), mesh.node_at(mesh.columns, mesh.rows)})
-        stands = stands && node_point(n) == mesh.place(n);
+        stands = stands && node_point(state.mesh, n) == mesh.place(n);
     for (std::size_t i = 0; i < border.size(); ++i) {
         const std::vector<std::int32_t> nodes = way(sides, border[i], border[(i + 1) % border.size()], drawn);
         EXPECT_GE(nodes.size(), 2U) << "the border is broken behind node " << border[i];
         for (std::size_t k = 0; k + 1 < nodes.size(); ++k) {
-            stands = stands && mesh.is_on_outline(node_point(nodes[k]));
+            stands = stands && mesh.is_on_outline(node_point(state.mesh, nodes[k]));
             if (const auto side = sides.find({nodes[k], nodes[k + 1]}); --side->second == 0)
                 sides.erase(side);
         }
@@ -245,7 +245,7 @@ void count_pieces(const KeptLine& line, const ClosedMesh& mesh, const std::set<S
 void expect_elements_on_lines(const ClosedMesh& mesh, const std::vector<DrawnGroup>& groups) {
     std::size_t joints = 0, lines = 0;
     for (std::size_t g = 0; g < groups.size(); ++g) {
-        const KeptLine& line = KEPTLINES[static_cast<std::int32_t>(g) + 1];
+        const KeptLine& line = state.listing.lines[static_cast<std::int32_t>(g) + 1];
         const std::size_t c = line.nodes.size();
         const std::size_t pieces = line.closed == 1 ? c : c - (c > 0 ? 1 : 0);
         if (groups[g].MTYPE <= -2 && c > 1)
@@ -255,8 +255,8 @@ void expect_elements_on_lines(const ClosedMesh& mesh, const std::vector<DrawnGro
     }
     EXPECT_EQ(mesh.joints.size(), joints);
     std::size_t found = 0;
-    for (std::int32_t e = 1; e <= NCONT; ++e)
-        found += ETYPE[e] == EL_BEAM || ETYPE[e] == EL_TRUSS ? 1 : 0;
+    for (std::int32_t e = 1; e <= state.engine.highest_element; ++e)
+        found += state.mesh.type[e] == EL_BEAM || state.mesh.type[e] == EL_TRUSS ? 1 : 0;
     EXPECT_EQ(found, lines);
 }
 
@@ -264,28 +264,28 @@ void expect_elements_on_lines(const ClosedMesh& mesh, const std::vector<DrawnGro
 
 std::string run_engine(const DrawnMesh& mesh, const std::vector<DrawnGroup>& groups, float length) {
     store_mesh(mesh);
-    GROUPLIMITS.NODE = GROUPLIMITS.NOEL = GROUPLIMITS.IBOUND = 0;
-    TOLMODE = 0;
-    TOLLENGTH = length;
-    TOLSAME = 0.001F;
-    NGROUP = 0;
+    state.group_cards.limits.NODE = state.group_cards.limits.NOEL = state.group_cards.limits.IBOUND = 0;
+    state.tolerances.mode = 0;
+    state.tolerances.length = length;
+    state.tolerances.same = 0.001F;
+    state.group_cards.count = 0;
     for (const DrawnGroup& group : groups)
-        store_group(++NGROUP, group);
-    LOADENGINE(NUMNP, NCONT);
-    SETTOLERANCES();
+        store_group(++state.group_cards.count, group);
+    LOADENGINE(state.mesh, state.group_cards, state.engine, state.engine.highest_node, state.engine.highest_element);
+    SETTOLERANCES(state.mesh, state.tolerances, state.engine);
     try {
-        GROUPDRV();
+        GROUPDRV(state.channels, state.mesh, state.group_cards, state.tolerances, state.engine, state.listing);
     } catch (const RunEnd& end) {
-        close_all_channels();
-        clear_rows();
+        state.channels.close_all();
+        clear_rows(state.engine);
         return end.text;
     }
     return {};
 }
 
 void check_mesh_of_engine(const DrawnMesh& before, const std::vector<DrawnGroup>& groups, Tally& tally) {
-    for (std::int32_t n = 1; n <= NUMNP; ++n)
-        EXPECT_TRUE(std::isfinite(XC[n]) && std::isfinite(YC[n])) << "node " << n;
+    for (std::int32_t n = 1; n <= state.engine.highest_node; ++n)
+        EXPECT_TRUE(std::isfinite(state.mesh.x[n]) && std::isfinite(state.mesh.y[n])) << "node " << n;
     const ClosedMesh mesh = close_mesh(groups);
     expect_elements_on_lines(mesh, groups);
     double area = 0.0;
@@ -299,7 +299,7 @@ void check_mesh_of_engine(const DrawnMesh& before, const std::vector<DrawnGroup>
             all_sides.insert({n[i], n[(i + 1) % n.size()]});
     }
     for (std::size_t g = 0; g < groups.size(); ++g)
-        count_pieces(KEPTLINES[static_cast<std::int32_t>(g) + 1], mesh, all_sides, tally);
+        count_pieces(state.listing.lines[static_cast<std::int32_t>(g) + 1], mesh, all_sides, tally);
     OpenSides inner = open_sides(mesh);
     const bool stands = take_border(before, inner);
     const int hanging = hanging_nodes(inner, static_cast<std::int32_t>(before.nodes.size()));

@@ -63,7 +63,7 @@ protected:
     // Writes the values, eight with each call, and compares what a free-field read of the file gives.
     template <class Number, class Write>
     void expect_same(const std::vector<Number>& values, Write write) const {
-        Channel& channel = open_channel(7, "values.txt", OpenStatus::work);
+        Channel& channel = state.channels.open(7, "values.txt", OpenStatus::work);
         for (std::size_t i = 0; i < values.size(); i += ON_A_LINE)
             write(channel, std::span<const Number, ON_A_LINE>(&values[i], ON_A_LINE));
         channel.rewind();
@@ -144,7 +144,7 @@ TEST_F(RoundTrip, SixDigitsComeBackAsTheSameSixDigits) {
     // What a mesh file holds stays what it is however often the mesh is read and written.
     constexpr float lowest = 1.2E-38F;    // six digits of a smaller number may be below every normal one
     constexpr float highest = 3.402E38F;  // and those of a larger number above every number
-    Channel& channel = open_channel(7, "values.txt", OpenStatus::work);
+    Channel& channel = state.channels.open(7, "values.txt", OpenStatus::work);
     constexpr Layout<"(E13.6)"> six_digits;
     for (const float value : reals()) {
         if (std::abs(value) < lowest || std::abs(value) > highest)

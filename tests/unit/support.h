@@ -32,7 +32,7 @@ public:
     WorkDirectory(const WorkDirectory&) = delete;
     WorkDirectory& operator=(const WorkDirectory&) = delete;
     ~WorkDirectory() {
-        close_all_channels();
+        state.channels.close_all();
         std::error_code ignored;
         std::filesystem::current_path(before_, ignored);
         std::filesystem::remove_all(path_, ignored);
@@ -97,15 +97,15 @@ std::string stop_of(Call call) {
 // The edition of a test; the one before it comes back at its end.
 class Edition {
 public:
-    explicit Edition(std::int32_t number) : before_(IPROGM) { set(number); }
+    explicit Edition(std::int32_t number) : before_(state.settings.edition) { set(number); }
     Edition(const Edition&) = delete;
     Edition& operator=(const Edition&) = delete;
     ~Edition() { set(before_); }
 
 private:
     static void set(std::int32_t number) {
-        IPROGM = number;
-        ISKEL = skeleton_switch(number);
+        state.settings.edition = number;
+        state.settings.skeleton_switch = skeleton_switch(number);
     }
     std::int32_t before_;
 };

@@ -17,8 +17,8 @@ protected:
     // Writes both raw lists and the base mesh file from them. The elements are whole lines.
     BaseCounts make(const std::vector<RawNode>& nodes, const std::vector<std::string>& elements = {},
                     std::int32_t first_node = 1) {
-        const std::size_t codes = KIND() == LayoutKind::coupled        ? 4
-                                  : KIND() == LayoutKind::displacement ? 3
+        const std::size_t codes = state.settings.kind() == LayoutKind::coupled        ? 4
+                                  : state.settings.kind() == LayoutKind::displacement ? 3
                                                                        : 2;
         std::string coord_text, index_text;
         for (std::int32_t n = 1; n < first_node; ++n)
@@ -39,11 +39,11 @@ protected:
         raw.last_element = static_cast<std::int32_t>(elements.size());
         directory().write("work/Coord.dat", coord_text);
         directory().write("work/Index.dat", index_text);
-        const BaseCounts counts = BASEOUT(open_channel(31, "Coord.dat", OpenStatus::old),
-                                          open_channel(32, "Index.dat", OpenStatus::old),
-                                          open_channel(33, "..\\Bmesh.dat", OpenStatus::result), raw);
+        const BaseCounts counts = BASEOUT(state.settings.kind(), state.block_cards, state.field, state.channels.open(31, "Coord.dat", OpenStatus::old),
+                                          state.channels.open(32, "Index.dat", OpenStatus::old),
+                                          state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result), raw);
         for (const int channel_number : {31, 32, 33})
-            close_channel(channel_number);
+            state.channels.close(channel_number);
         return counts;
     }
 
@@ -111,8 +111,8 @@ TEST_F(BaseFile, RawNumbersMayBeginAboveOne) {
 class BaseFileBounds : public BaseFile {
 protected:
     BaseFileBounds() {
-        FIELD = {0.0F, 8.0F, 0.0F, 4.0F};
-        BLOCKS.IB_LEFT = BLOCKS.IB_RIGHT = BLOCKS.IB_TOP = BLOCKS.IB_BOTTOM = 1;
+        state.field = {0.0F, 8.0F, 0.0F, 4.0F};
+        state.block_cards.IB_LEFT = state.block_cards.IB_RIGHT = state.block_cards.IB_TOP = state.block_cards.IB_BOTTOM = 1;
     }
 };
 
@@ -150,8 +150,8 @@ TEST_F(BaseFileBounds, NodesFurtherInsideAreFree) {
 }
 
 TEST_F(BaseFileBounds, CornersTakeTheSwitchesOfBothSides) {
-    BLOCKS.IB_TOP = 0;
-    BLOCKS.IB_RIGHT = 0;
+    state.block_cards.IB_TOP = 0;
+    state.block_cards.IB_RIGHT = 0;
     make({{"0", "4"}, {"0", "0"}, {"8", "4"}, {"8", "0"}});
     EXPECT_EQ(node_lines(), listing(R"(
       1    1    0    1    1    1  0.000000E+00  0.400000E+01 |
@@ -162,8 +162,8 @@ TEST_F(BaseFileBounds, CornersTakeTheSwitchesOfBothSides) {
 }
 
 TEST_F(BaseFileBounds, AFieldWithoutWidthLiesOnItsLeft) {
-    FIELD = {2.0F, 2.0F, 0.0F, 4.0F};
-    BLOCKS.IB_LEFT = 0;
+    state.field = {2.0F, 2.0F, 0.0F, 4.0F};
+    state.block_cards.IB_LEFT = 0;
     make({{"2", "3"}});
     EXPECT_EQ(node_lines(), listing(R"(
       1    0    0    1    1    1  0.200000E+01  0.300000E+01 |
@@ -171,7 +171,7 @@ TEST_F(BaseFileBounds, AFieldWithoutWidthLiesOnItsLeft) {
 }
 
 TEST_F(BaseFileBounds, TemperatureAndHeadNodesCarryTheThirdValue) {
-    BLOCKS.third = -3.5F;
+    state.block_cards.third = -3.5F;
     {
         const Edition kind(TEMPERATURE);
         make({{"0", "4"}, {"3", "0"}, {"3", "2"}});
@@ -194,8 +194,8 @@ TEST_F(BaseFileBounds, TemperatureAndHeadNodesCarryTheThirdValue) {
 
 TEST_F(BaseFileBounds, WetNodesHaveFluidCodesOnFixedSidesOnly) {
     const Edition kind(COUPLED);
-    BLOCKS.third = 3.0F;
-    BLOCKS.IB_RIGHT = 0;
+    state.block_cards.third = 3.0F;
+    state.block_cards.IB_RIGHT = 0;
     make({{"0", "2"},
           {"8", "2"},
           {"4", "0"},
@@ -221,15 +221,15 @@ TEST_F(BaseFileBounds, WetNodesHaveFluidCodesOnFixedSidesOnly) {
 
 TEST_F(BaseFileBounds, TheFluidSeesANodeWhereItIsSet) {
     const Edition kind(COUPLED);
-    BLOCKS.third = 3.9999F;  // plus 0.0001 gives 4
-    BLOCKS.IB_TOP = 0;
+    state.block_cards.third = 3.9999F;  // plus 0.0001 gives 4
+    state.block_cards.IB_TOP = 0;
     make({{"4", "3.99995"}});
     EXPECT_EQ(node_lines(), listing(R"(
       1    0    0    1    1    1    1    1  0.400000E+01  0.400000E+01 |
 )"));
     // A fixed top alone does not make the node dry: one level higher it is wet, but closed upwards.
-    BLOCKS.third = 4.0F;
-    BLOCKS.IB_TOP = 1;
+    state.block_cards.third = 4.0F;
+    state.block_cards.IB_TOP = 1;
     make({{"4", "3.99995"}});
     EXPECT_EQ(node_lines(), listing(R"(
       1    0    1    0    1    1    1    1  0.400000E+01  0.400000E+01 |

@@ -40,7 +40,7 @@ TEST_F(BlockMesh, NumbersNodesAndElementsByColumnsFromTheTop) {
 TEST_F(BlockMesh, NumbersByRowsWithTheOrderFlagAndSetsTheOutermostGridLinesOnTheBounds) {
     HandFile file = one_block(2, 2);
     file.order = 1;
-    FIELD = {-0.5F, 4.5F, -0.25F, 2.25F};
+    state.field = {-0.5F, 4.5F, -0.25F, 2.25F};
     generate(file);
     EXPECT_EQ(coord(), listing_text(R"(
       1     0     0     0 -0.500000E+00  0.225000E+01 |
@@ -202,7 +202,7 @@ TEST_F(BlockMesh, DoublesBothWaysWithoutNodesInTheCentres) {
 TEST_F(BlockMesh, QuadraticElementsByRows) {
     HandFile file = one_block(1, 2);
     file.double_x = file.double_y = file.order = 1;
-    FIELD = {0.0F, 4.0F, 0.0F, 2.0F};
+    state.field = {0.0F, 4.0F, 0.0F, 2.0F};
     generate(file);
     // Rows of 3, 2, 3, 2 and 3 nodes.
     EXPECT_EQ(index(), listing_text(R"(

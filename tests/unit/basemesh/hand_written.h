@@ -31,8 +31,8 @@ struct HandFile {
     std::string title = "by hand";
 
     std::string text() const {
-        const bool scalar = KIND() == LayoutKind::temperature || KIND() == LayoutKind::head;
-        const char* usual = KIND() == LayoutKind::coupled ? "0 1" : scalar ? "0" : "1.0 2.3";
+        const bool scalar = state.settings.kind() == LayoutKind::temperature || state.settings.kind() == LayoutKind::head;
+        const char* usual = state.settings.kind() == LayoutKind::coupled ? "0 1" : scalar ? "0" : "1.0 2.3";
         std::ostringstream out;
         out.precision(9);
         out << title << "\n0\n"
@@ -74,15 +74,15 @@ protected:
     BlockMeshTest() {
         std::filesystem::create_directory("work");
         std::filesystem::current_path("work");
-        BLOCKS.IB_LEFT = BLOCKS.IB_RIGHT = BLOCKS.IB_TOP = BLOCKS.IB_BOTTOM = 0;
-        BLOCKS.third = 0.0F;
-        FIELD = {-1000.0F, 1000.0F, -1000.0F, 1000.0F};  // out of reach
+        state.block_cards.IB_LEFT = state.block_cards.IB_RIGHT = state.block_cards.IB_TOP = state.block_cards.IB_BOTTOM = 0;
+        state.block_cards.third = 0.0F;
+        state.field = {-1000.0F, 1000.0F, -1000.0F, 1000.0F};  // out of reach
     }
 
     void write_blocks(const HandFile& file) const { directory_.write("work/Bmesh.Tmp", file.text()); }
     void generate(const HandFile& file) const {
         write_blocks(file);
-        BLOCKMESH();
+        BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field);
     }
     const WorkDirectory& directory() const { return directory_; }
     std::string coord() const { return directory_.read("work/Coord.dat"); }

@@ -12,7 +12,7 @@ class ChannelLines : public ChannelTest {
 protected:
     Channel& holding(std::string_view text) const {
         directory.write("a.txt", text);
-        return open_channel(4, "a.txt", OpenStatus::old);
+        return state.channels.open(4, "a.txt", OpenStatus::old);
     }
 };
 
@@ -83,20 +83,20 @@ TEST_F(ChannelLines, FreeFieldSeesTheWholeLine) {
 }
 
 TEST_F(ChannelLines, CopiedLineHas126Columns) {
-    Channel& copy = open_channel(7, "copy.txt", OpenStatus::work);
+    Channel& copy = state.channels.open(7, "copy.txt", OpenStatus::work);
     copy.write_columns(std::string(125, 'x') + "yz");
     copy.write_columns("short");
-    close_channel(7);
+    state.channels.close(7);
     EXPECT_EQ(directory.read("copy.txt"),
               std::string(125, 'x') + "y\n" + "short" + std::string(121, ' ') + "\n");
 }
 
 TEST_F(ChannelLines, WrittenLineHasTheLengthOfItsText) {
-    Channel& copy = open_channel(7, "copy.txt", OpenStatus::work);
+    Channel& copy = state.channels.open(7, "copy.txt", OpenStatus::work);
     copy.write_line("");
     copy.write_line("two ");
     copy.write_line(std::string(130, 'x'));
-    close_channel(7);
+    state.channels.close(7);
     EXPECT_EQ(directory.read("copy.txt"), "\ntwo \n" + std::string(130, 'x') + "\n");
 }
 
@@ -155,19 +155,19 @@ TEST_F(ChannelLines, StepBackUndoesAFreeFieldReadOverSeveralLines) {
 // --- writing behind a position -----------------------------------------------------------------------------
 
 TEST_F(ChannelLines, RecordReplacesWhatFollowedIt) {
-    Channel& work = open_channel(7, "a.txt", OpenStatus::work);
+    Channel& work = state.channels.open(7, "a.txt", OpenStatus::work);
     for (const char* line : {"one", "two", "three"})
         work.write_line(line);
     work.rewind();
     work.skip_lines(1, "a line");
     work.write_line("new");
     EXPECT_TRUE(work.at_end());
-    close_channel(7);
+    state.channels.close(7);
     EXPECT_EQ(directory.read("a.txt"), "one\nnew\n");
 }
 
 TEST_F(ChannelLines, WrittenFileIsReadBackOnTheSameChannel) {
-    Channel& work = open_channel(7, "a.txt", OpenStatus::work);
+    Channel& work = state.channels.open(7, "a.txt", OpenStatus::work);
     work.write_line("one");
     work.write_line("two");
     work.step_back(1);
@@ -178,7 +178,7 @@ TEST_F(ChannelLines, WrittenFileIsReadBackOnTheSameChannel) {
 }
 
 TEST_F(ChannelLines, WriteThroughPutsEveryRecordOnDiskAtOnce) {
-    Channel& trace = open_channel(888, "a.txt", OpenStatus::work);
+    Channel& trace = state.channels.open(888, "a.txt", OpenStatus::work);
     trace.set_write_through(true);
     trace.write_line("one");
     EXPECT_EQ(directory.read("a.txt"), "one\n");
@@ -186,29 +186,29 @@ TEST_F(ChannelLines, WriteThroughPutsEveryRecordOnDiskAtOnce) {
 
 TEST_F(ChannelLines, FullDiskEndsTheRunAsAFailure) {
     std::filesystem::create_symlink("/dev/full", directory.path() / "full");
-    Channel& result = open_channel(55, "full", OpenStatus::result);
+    Channel& result = state.channels.open(55, "full", OpenStatus::result);
     result.write_line("no room for this");
     const std::string message = failure_of([&] { result.rewind(); });
     EXPECT_EQ(message.find("full: the file cannot be written: "), 0U) << message;
-    close_all_channels();  // the end of the run tries no second time and stays quiet
-    EXPECT_FALSE(channel_is_open(55));
+    state.channels.close_all();  // the end of the run tries no second time and stays quiet
+    EXPECT_FALSE(state.channels.is_open(55));
 }
 
 TEST_F(ChannelLines, FullDiskIsFoundAtClosingToo) {
     std::filesystem::create_symlink("/dev/full", directory.path() / "full");
-    open_channel(7, "full", OpenStatus::work).write_line("no room for this");
-    const std::string message = failure_of([] { close_channel(7); });
+    state.channels.open(7, "full", OpenStatus::work).write_line("no room for this");
+    const std::string message = failure_of([] { state.channels.close(7); });
     EXPECT_EQ(message.find("full: the file cannot be written: "), 0U) << message;
 }
 
 TEST_F(ChannelLines, LongFileIsWhole) {
     // More than what is held back before it is written.
     constexpr int count = 50000;
-    Channel& work = open_channel(7, "a.txt", OpenStatus::work);
+    Channel& work = state.channels.open(7, "a.txt", OpenStatus::work);
     for (int i = 0; i < count; ++i)
         work.write_columns(std::to_string(i));
-    close_channel(7);
-    const Lines lines = rest_of(open_channel(4, "a.txt", OpenStatus::old));
+    state.channels.close(7);
+    const Lines lines = rest_of(state.channels.open(4, "a.txt", OpenStatus::old));
     ASSERT_EQ(lines.size(), 50000U);
     EXPECT_EQ(lines.front(), "0" + std::string(125, ' '));
     EXPECT_EQ(lines[12345], "12345" + std::string(121, ' '));
@@ -231,9 +231,9 @@ protected:
 
 TEST_F(ChannelOrigins, MessageNamesTheLineOfTheSource) {
     Channel& source = holding("* head\none\n* middle\n* middle\ntwo\n");
-    Channel& work = open_channel(5, "copy.tmp", OpenStatus::work);
+    Channel& work = state.channels.open(5, "copy.tmp", OpenStatus::work);
     copy(source, work);
-    close_channel(4);
+    state.channels.close(4);
     EXPECT_EQ(failure_of([&] { work.fail_here("wrong"); }), "a.txt, line 2: wrong");
     work.skip_lines(1, "a line");
     EXPECT_EQ(failure_of([&] { work.fail_here("wrong"); }), "a.txt, line 5: wrong");
@@ -242,19 +242,19 @@ TEST_F(ChannelOrigins, MessageNamesTheLineOfTheSource) {
 
 TEST_F(ChannelOrigins, MessageOfACopyOfACopyNamesTheFirstFile) {
     Channel& source = holding("* head\none\n* middle\ntwo\n");
-    Channel& first = open_channel(123, "first.tmp", OpenStatus::work);
+    Channel& first = state.channels.open(123, "first.tmp", OpenStatus::work);
     copy(source, first);
-    close_channel(4);
-    Channel& second = open_channel(5, "second.tmp", OpenStatus::work);
+    state.channels.close(4);
+    Channel& second = state.channels.open(5, "second.tmp", OpenStatus::work);
     copy(first, second);
-    close_channel(123, CloseAction::remove);
+    state.channels.close(123, CloseAction::remove);
     second.skip_lines(1, "a line");
     EXPECT_EQ(failure_of([&] { second.fail_here("wrong"); }), "a.txt, line 4: wrong");
 }
 
 TEST_F(ChannelOrigins, MessageOfAFreeFieldReadNamesTheLineOfTheSource) {
     Channel& source = holding("1\n* middle\n2\nthree\n");
-    Channel& work = open_channel(5, "copy.tmp", OpenStatus::work);
+    Channel& work = state.channels.open(5, "copy.tmp", OpenStatus::work);
     copy(source, work);
     std::int32_t a = 0;
     std::int32_t b = 0;
@@ -265,7 +265,7 @@ TEST_F(ChannelOrigins, MessageOfAFreeFieldReadNamesTheLineOfTheSource) {
 
 TEST_F(ChannelOrigins, MessageAtTheEndNamesTheLineBehindTheLastOne) {
     Channel& source = holding("* head\none\n");
-    Channel& work = open_channel(5, "copy.tmp", OpenStatus::work);
+    Channel& work = state.channels.open(5, "copy.tmp", OpenStatus::work);
     copy(source, work);
     work.skip_lines(1, "a line");
     EXPECT_EQ(failure_of([&] { work.read_line("a card"); }),
@@ -273,7 +273,7 @@ TEST_F(ChannelOrigins, MessageAtTheEndNamesTheLineBehindTheLastOne) {
 }
 
 TEST_F(ChannelOrigins, CopyOfNothingNamesTheFirstLineOfItsSource) {
-    Channel& work = open_channel(5, "copy.tmp", OpenStatus::work);
+    Channel& work = state.channels.open(5, "copy.tmp", OpenStatus::work);
     copy(holding(""), work);
     EXPECT_EQ(failure_of([&] { work.read_line("a card"); }),
               "a.txt, line 1: the file ends here; expected a card");

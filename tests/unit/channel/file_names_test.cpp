@@ -170,11 +170,11 @@ TEST_F(FileNames, NameThatIsNotThereStaysAsGiven) {
 }
 
 TEST_F(FileNames, CreatedFileHasTheNameAsGiven) {
-    open_channel(55, "NewMesh.MES", OpenStatus::result);
+    state.channels.open(55, "NewMesh.MES", OpenStatus::result);
     EXPECT_EQ(fs::directory_iterator(directory.path())->path().filename(), "NewMesh.MES");
-    close_channel(55);
-    open_channel(55, "newmesh.mes", OpenStatus::result).write_line("again");
-    close_channel(55);
+    state.channels.close(55);
+    state.channels.open(55, "newmesh.mes", OpenStatus::result).write_line("again");
+    state.channels.close(55);
     EXPECT_EQ(directory.read("NewMesh.MES"), "again\n");
     EXPECT_FALSE(directory.exists("newmesh.mes"));
 }

@@ -17,7 +17,7 @@ class ForwardReading : public ChannelTest {
 protected:
     Channel& holding(std::string_view text) const {
         directory.write("a.txt", text);
-        return open_channel(4, "a.txt", OpenStatus::forward);
+        return state.channels.open(4, "a.txt", OpenStatus::forward);
     }
     static Lines all_of(Channel& channel) {
         Lines lines;
@@ -27,7 +27,7 @@ protected:
     }
     Lines whole(std::string_view text) const {
         directory.write("b.txt", text);
-        return rest_of(open_channel(5, "b.txt", OpenStatus::old));
+        return rest_of(state.channels.open(5, "b.txt", OpenStatus::old));
     }
 };
 
@@ -135,18 +135,18 @@ TEST_F(ForwardReading, MessageNamesTheLineFarBehindTheFirstPiece) {
 }
 
 TEST_F(ForwardReading, FileMustBeThereAndIsOnlyRead) {
-    EXPECT_EQ(failure_of([] { open_channel(4, "none.txt", OpenStatus::forward); }),
+    EXPECT_EQ(failure_of([] { state.channels.open(4, "none.txt", OpenStatus::forward); }),
               "none.txt: expected a file, but there is none of this name");
     Channel& channel = holding("one\n");
     EXPECT_EQ(failure_of([&] { channel.write_line("two"); }), "a.txt: the file is open for reading only");
     std::filesystem::create_directory(directory.path() / "d");
-    EXPECT_EQ(failure_of([] { open_channel(6, "d", OpenStatus::forward); }),
+    EXPECT_EQ(failure_of([] { state.channels.open(6, "d", OpenStatus::forward); }),
               "d: expected a file, found a directory");
 }
 
 TEST_F(ForwardReading, FileCanBeDeletedOnClosing) {
     EXPECT_TRUE(holding("one\n").more());
-    close_channel(4, CloseAction::remove);
+    state.channels.close(4, CloseAction::remove);
     EXPECT_FALSE(directory.exists("a.txt"));
 }
 

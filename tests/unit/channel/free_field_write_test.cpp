@@ -11,9 +11,9 @@ class FreeFieldWrite : public ChannelTest {
 protected:
     template <class... Items>
     std::string written(const Items&... items) const {
-        Channel& channel = open_channel(7, "line.txt", OpenStatus::work);
+        Channel& channel = state.channels.open(7, "line.txt", OpenStatus::work);
         write_free(channel, items...);
-        close_channel(7);
+        state.channels.close(7);
         return directory.read("line.txt");
     }
 };
@@ -69,11 +69,11 @@ TEST_F(FreeFieldWrite, ValuesShareOneLineHoweverMany) {
 }
 
 TEST_F(FreeFieldWrite, LineBuiltStepByStepIsTheSame) {
-    Channel& channel = open_channel(7, "line.txt", OpenStatus::work);
+    Channel& channel = state.channels.open(7, "line.txt", OpenStatus::work);
     FreeFieldLine line;
     line.add(" K   = ").add(3).add(0.5F).add("!");
     line.write(channel);
-    close_channel(7);
+    state.channels.close(7);
     EXPECT_EQ(directory.read("line.txt"), "  K   =            3  0.500000000E+00 !\n");
 }
 

@@ -81,8 +81,8 @@ class LayoutText : public ChannelTest {
 protected:
     template <class Write>
     std::string written(Write write) const {
-        write(open_channel(7, "line.txt", OpenStatus::work));
-        close_channel(7);
+        write(state.channels.open(7, "line.txt", OpenStatus::work));
+        state.channels.close(7);
         return directory.read("line.txt");
     }
     template <FixedText NOTATION, class... Values>

@@ -54,10 +54,10 @@ TEST(SlopeCodes, OfBothSidesAreOnOneSideOfTheLimitBetweenSteepAndFlat) {
 class DamSizesTest : public ::testing::Test {
 protected:
     DamSizesTest() {
-        DAM = DamCards{};
-        DAM.HDAM = 20.0F, DAM.HWATER = 15.0F;
-        DAM.RUNL = 20.0F, DAM.WLEFT = 21.0F, DAM.crest = 8.0F, DAM.WMID = 9.0F, DAM.RUNR = 30.0F,
-        DAM.WRIGHT = 33.0F;
+        state.dam = DamCards{};
+        state.dam.HDAM = 20.0F, state.dam.HWATER = 15.0F;
+        state.dam.RUNL = 20.0F, state.dam.WLEFT = 21.0F, state.dam.crest = 8.0F, state.dam.WMID = 9.0F, state.dam.RUNR = 30.0F,
+        state.dam.WRIGHT = 33.0F;
     }
     static void expect_size(float size, double expected) {
         EXPECT_NEAR(static_cast<double>(size), expected, 1.0E-6 * std::abs(expected));
@@ -65,52 +65,52 @@ protected:
 };
 
 TEST_F(DamSizesTest, WithoutShellsAreATwentiethOfTheHeight) {
-    SIZEDAM();
-    for (const float size : {DAMSIZES.DL, DAMSIZES.DM, DAMSIZES.DR, DAMSIZES.DV})
+    SIZEDAM(state.dam, state.sizes);
+    for (const float size : {state.sizes.DL, state.sizes.DM, state.sizes.DR, state.sizes.DV})
         EXPECT_EQ(size, 1.0F);
-    EXPECT_EQ(DAMSIZES.rHw, 0.75F);
-    EXPECT_EQ(DAMSIZES.crest_left, 20.0F);
-    EXPECT_EQ(DAMSIZES.crest_right, 28.0F);
-    EXPECT_EQ(DAMSIZES.toe, 63.0F);
+    EXPECT_EQ(state.sizes.rHw, 0.75F);
+    EXPECT_EQ(state.sizes.crest_left, 20.0F);
+    EXPECT_EQ(state.sizes.crest_right, 28.0F);
+    EXPECT_EQ(state.sizes.toe, 63.0F);
 }
 
 TEST_F(DamSizesTest, WithShellsAreThoseOfTheTemplates) {
-    DAM.shells = true;
-    SIZEDAM();
-    EXPECT_EQ(DAMSIZES.left_model, 1);
-    EXPECT_EQ(DAMSIZES.right_model, 2);
-    expect_size(DAMSIZES.DL, 21.0 / 28.0 * 0.9999);
-    expect_size(DAMSIZES.DR, 33.0 / 33.0 * 0.9999);
-    expect_size(DAMSIZES.DV, 20.0 / 28.0 * 0.9999);
-    EXPECT_EQ(DAMSIZES.DM, DAMSIZES.DL);
-    EXPECT_EQ(DAMSIZES.crest_left, 21.0F);
-    EXPECT_EQ(DAMSIZES.crest_right, 30.0F);
+    state.dam.shells = true;
+    SIZEDAM(state.dam, state.sizes);
+    EXPECT_EQ(state.sizes.left_model, 1);
+    EXPECT_EQ(state.sizes.right_model, 2);
+    expect_size(state.sizes.DL, 21.0 / 28.0 * 0.9999);
+    expect_size(state.sizes.DR, 33.0 / 33.0 * 0.9999);
+    expect_size(state.sizes.DV, 20.0 / 28.0 * 0.9999);
+    EXPECT_EQ(state.sizes.DM, state.sizes.DL);
+    EXPECT_EQ(state.sizes.crest_left, 21.0F);
+    EXPECT_EQ(state.sizes.crest_right, 30.0F);
 }
 
 TEST_F(DamSizesTest, OfTheMiddleFollowTheDivisionsOfTheCrest) {
-    DAM.NCREST = 4;
+    state.dam.NCREST = 4;
     for (const bool shells : {false, true}) {
-        DAM.shells = shells;
-        SIZEDAM();
-        expect_size(DAMSIZES.DM, 9.0 / 4.0 * 0.9999);
+        state.dam.shells = shells;
+        SIZEDAM(state.dam, state.sizes);
+        expect_size(state.sizes.DM, 9.0 / 4.0 * 0.9999);
     }
-    DAM.NCREST = -4;
-    SIZEDAM();
-    EXPECT_EQ(DAMSIZES.DM, DAMSIZES.DL);
+    state.dam.NCREST = -4;
+    SIZEDAM(state.dam, state.sizes);
+    EXPECT_EQ(state.sizes.DM, state.sizes.DL);
 }
 
 TEST_F(DamSizesTest, FieldReachesRoundTheGround) {
-    SIZEDAM();
-    EXPECT_EQ(DAMSIZES.left, 0.0F);
-    EXPECT_EQ(DAMSIZES.right, 63.0F);
-    EXPECT_EQ(DAMSIZES.bottom, 0.0F);
-    DAM.NLAYER = 2;
-    DAM.layers = {5.0F, 7.0F};
-    DAM.XLEFT = 11.0F, DAM.XRIGHT = 13.0F;
-    SIZEDAM();
-    EXPECT_EQ(DAMSIZES.left, -11.0F);
-    EXPECT_EQ(DAMSIZES.right, 76.0F);
-    EXPECT_EQ(DAMSIZES.bottom, -12.0F);
+    SIZEDAM(state.dam, state.sizes);
+    EXPECT_EQ(state.sizes.left, 0.0F);
+    EXPECT_EQ(state.sizes.right, 63.0F);
+    EXPECT_EQ(state.sizes.bottom, 0.0F);
+    state.dam.NLAYER = 2;
+    state.dam.layers = {5.0F, 7.0F};
+    state.dam.XLEFT = 11.0F, state.dam.XRIGHT = 13.0F;
+    SIZEDAM(state.dam, state.sizes);
+    EXPECT_EQ(state.sizes.left, -11.0F);
+    EXPECT_EQ(state.sizes.right, 76.0F);
+    EXPECT_EQ(state.sizes.bottom, -12.0F);
 }
 
 // --- Card 3.2 ------------------------------------------------------------------------------------
@@ -126,8 +126,8 @@ TEST_F(DamStartNumbers, TakeTheColumnsThatTheyNeed) {
                             {10000, "10000     1"}, {99999, "99999     1"}, {100000, "100000    1"},
                             {999999, "999999    1"}};
     for (const Row& row : rows) {
-        write_start_numbers(open_channel(CH_DATA, "deck.dat", OpenStatus::work), row.NSNEL, 1);
-        Channel& deck = channel(CH_DATA);
+        write_start_numbers(state.channels.open(CH_DATA, "deck.dat", OpenStatus::work), row.NSNEL, 1);
+        Channel& deck = state.channels.at(CH_DATA);
         deck.rewind();
         EXPECT_EQ(rest_of(deck), (std::vector<std::string>{"* Card 3.2", "* NSNEL  NSNODE", row.line}));
     }

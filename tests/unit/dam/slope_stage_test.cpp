@@ -17,57 +17,57 @@ namespace {
 class SlopeStage : public ::testing::Test {
 protected:
     explicit SlopeStage(std::int32_t MODEL = 3) { lay(MODEL); }
-    ~SlopeStage() override { IPROGM = 1; }
+    ~SlopeStage() override { state.settings.edition = 1; }
 
     static void lay(std::int32_t MODEL) {
-        RESETMESH();
-        EDIT.MODEL = MODEL;
-        EDIT.Hi = 7.5F;
-        SOURCE = EditSource{};
-        SLOPESPLIT = SlopeSplit{};
+        RESETMESH(state.mesh, state.side, state.selection);
+        state.edit.MODEL = MODEL;
+        state.edit.Hi = 7.5F;
+        state.source = EditSource{};
+        state.slope_split = SlopeSplit{};
         const SlopeModel& m = slope_model(MODEL);
         for (std::int32_t i = 0; i <= m.N_DIV; ++i) {
             const std::int32_t node = m.node(i + 1);
             const auto share = static_cast<float>(i) / static_cast<float>(m.N_DIV);
-            XC[node] = share * m.X;
-            YC[node] = share * m.Y;
-            IDN[node] = {8, 9, 1, 1, 1};
+            state.mesh.x[node] = share * m.X;
+            state.mesh.y[node] = share * m.Y;
+            state.mesh.codes[node] = {8, 9, 1, 1, 1};
         }
-        SOURCE.counts.NUMNP = 500;
-        SOURCE.nodes = {1, 500};
+        state.source.counts.NUMNP = 500;
+        state.source.nodes = {1, 500};
         for (std::int32_t n = 1; n <= 500; ++n)
-            NACT1[n] = 1;
-        IDN[INSIDE] = {8, 9, 1, 1, 1};
-        XC[INSIDE] = m.X;
-        YC[INSIDE] = 0.0F;
+            state.mesh.node_in_use[n] = 1;
+        state.mesh.codes[INSIDE] = {8, 9, 1, 1, 1};
+        state.mesh.x[INSIDE] = m.X;
+        state.mesh.y[INSIDE] = 0.0F;
     }
 
     static void level(float rHw) {
-        EDIT.rHw = rHw;
-        SLOPESTAGE();
+        state.edit.rHw = rHw;
+        SLOPESTAGE(state.trace, state.edit, state.source, state.mesh, state.slope_split);
     }
 
     // Slope point i, from 0 at the toe.
-    static std::int32_t node(std::int32_t i) { return slope_model(EDIT.MODEL).node(i + 1); }
-    static std::int32_t divisions() { return slope_model(EDIT.MODEL).N_DIV; }
+    static std::int32_t node(std::int32_t i) { return slope_model(state.edit.MODEL).node(i + 1); }
+    static std::int32_t divisions() { return slope_model(state.edit.MODEL).N_DIV; }
 
-    static void set_height(std::int32_t i, float y) { YC[node(i)] = y; }
+    static void set_height(std::int32_t i, float y) { state.mesh.y[node(i)] = y; }
 
     static void expect_codes(std::int32_t i, std::int32_t code1, std::int32_t code2) {
-        EXPECT_EQ(IDN[node(i)][0], code1) << "slope point " << i;
-        EXPECT_EQ(IDN[node(i)][1], code2) << "slope point " << i;
+        EXPECT_EQ(state.mesh.codes[node(i)][0], code1) << "slope point " << i;
+        EXPECT_EQ(state.mesh.codes[node(i)][1], code2) << "slope point " << i;
     }
     static void expect_at(std::int32_t i, double share) {
-        const SlopeModel& m = slope_model(EDIT.MODEL);
-        EXPECT_NEAR(static_cast<double>(XC[node(i)]), share * static_cast<double>(m.X), 1.0E-4) << i;
-        EXPECT_NEAR(static_cast<double>(YC[node(i)]), share * static_cast<double>(m.Y), 1.0E-4) << i;
+        const SlopeModel& m = slope_model(state.edit.MODEL);
+        EXPECT_NEAR(static_cast<double>(state.mesh.x[node(i)]), share * static_cast<double>(m.X), 1.0E-4) << i;
+        EXPECT_NEAR(static_cast<double>(state.mesh.y[node(i)]), share * static_cast<double>(m.Y), 1.0E-4) << i;
     }
     // Evenly divided, as laid.
     static void expect_untouched() {
         for (std::int32_t i = 0; i <= divisions(); ++i)
             expect_at(i, static_cast<double>(i) / divisions());
-        EXPECT_EQ(SLOPESPLIT.node, 0);
-        EXPECT_EQ(SOURCE.counts.NUMNP, 500);
+        EXPECT_EQ(state.slope_split.node, 0);
+        EXPECT_EQ(state.source.counts.NUMNP, 500);
     }
 
     static constexpr std::int32_t INSIDE = 400;  // on no model's slope
@@ -80,7 +80,7 @@ TEST_F(SlopeStage, WithoutALevelGivesTheSlopeTheCodes3And0) {
         expect_untouched();
         for (std::int32_t i = 0; i <= 29; ++i)
             expect_codes(i, 3, 0);
-        EXPECT_EQ(IDN[INSIDE], (NodeCodes{8, 9, 1, 1, 1}));
+        EXPECT_EQ(state.mesh.codes[INSIDE], (NodeCodes{8, 9, 1, 1, 1}));
     }
 }
 
@@ -89,8 +89,8 @@ TEST_F(SlopeStage, CodesTheSlopeByTheLevel) {
     level(0.5F);  // 14.5 divisions
     for (std::int32_t i = 0; i <= 29; ++i)
         expect_codes(i, i <= 14 ? 1 : 0, i <= 14 ? 1 : 0);
-    EXPECT_EQ(IDN[node(3)], (NodeCodes{1, 1, 1, 1, 1}));
-    EXPECT_EQ(IDN[INSIDE], (NodeCodes{8, 9, 1, 1, 1}));
+    EXPECT_EQ(state.mesh.codes[node(3)], (NodeCodes{1, 1, 1, 1, 1}));
+    EXPECT_EQ(state.mesh.codes[INSIDE], (NodeCodes{8, 9, 1, 1, 1}));
 }
 
 TEST_F(SlopeStage, NodeAtTheHeightOfTheLevelIsUnderWater) {
@@ -105,7 +105,7 @@ TEST_F(SlopeStage, NodeAtTheHeightOfTheLevelIsUnderWater) {
 TEST_F(SlopeStage, LevelCloseAboveANodeTakesItUp) {
     lay(4);
     level(10.125F / 35.0F);
-    EXPECT_EQ(SLOPESPLIT.node, 0);
+    EXPECT_EQ(state.slope_split.node, 0);
     const double rHw = 10.125 / 35.0;
     expect_at(0, 0.0);
     expect_at(4, 0.4 * rHw);
@@ -120,7 +120,7 @@ TEST_F(SlopeStage, LevelCloseAboveANodeTakesItUp) {
 TEST_F(SlopeStage, LevelCloseBelowANodeTakesItDownAndLeavesItDry) {
     lay(4);
     level(10.875F / 35.0F);
-    EXPECT_EQ(SLOPESPLIT.node, 0);
+    EXPECT_EQ(state.slope_split.node, 0);
     const double rHw = 10.875 / 35.0;
     expect_at(10, 10.0 / 11.0 * rHw);
     expect_at(11, rHw);
@@ -155,22 +155,22 @@ TEST_F(SlopeStage, LevelJustUnderTheCrestLeavesTheCrest) {
 
 TEST_F(SlopeStage, LevelWellBetweenTwoNodesGetsANodeOfItsOwn) {
     for (const int edition : {2, 5, 9, 1}) {
-        IPROGM = edition;
+        state.settings.edition = edition;
         lay(3);
-        H[501] = CF[501] = -1.0F;
+        state.mesh.head[501] = state.mesh.coefficient[501] = -1.0F;
         level(10.5F / 29.0F);
         for (std::int32_t i = 0; i <= 29; ++i)
             expect_at(i, i / 29.0);
-        EXPECT_EQ(SLOPESPLIT.node, 501);
-        EXPECT_EQ(SLOPESPLIT.element, 12);
-        EXPECT_EQ(SOURCE.counts.NUMNP, 501);
-        EXPECT_EQ(NACT1[501], 1);
-        EXPECT_EQ(IDN[501], (NodeCodes{1, 1, 1, 1, 1}));
-        EXPECT_NEAR(static_cast<double>(XC[501]), 26.0 * 10.5 / 29.0, 1.0E-5);
-        EXPECT_NEAR(static_cast<double>(YC[501]), 13.0 * 10.5 / 29.0, 1.0E-5);
+        EXPECT_EQ(state.slope_split.node, 501);
+        EXPECT_EQ(state.slope_split.element, 12);
+        EXPECT_EQ(state.source.counts.NUMNP, 501);
+        EXPECT_EQ(state.mesh.node_in_use[501], 1);
+        EXPECT_EQ(state.mesh.codes[501], (NodeCodes{1, 1, 1, 1, 1}));
+        EXPECT_NEAR(static_cast<double>(state.mesh.x[501]), 26.0 * 10.5 / 29.0, 1.0E-5);
+        EXPECT_NEAR(static_cast<double>(state.mesh.y[501]), 13.0 * 10.5 / 29.0, 1.0E-5);
         const bool scalar = edition == 5 || edition == 9;
-        EXPECT_EQ(H[501], scalar ? 7.5F : -1.0F);
-        EXPECT_EQ(CF[501], scalar ? 1.0F : -1.0F);
+        EXPECT_EQ(state.mesh.head[501], scalar ? 7.5F : -1.0F);
+        EXPECT_EQ(state.mesh.coefficient[501], scalar ? 1.0F : -1.0F);
     }
 }
 
@@ -191,7 +191,7 @@ TEST_F(SlopeStage, LevelAtAQuarterOrThreeQuartersIsBetweenTwoNodes) {
         set_height(14, row.lower);
         set_height(15, row.upper);
         level(0.5F);
-        EXPECT_EQ(SLOPESPLIT.node != 0, row.split) << row.lower;
+        EXPECT_EQ(state.slope_split.node != 0, row.split) << row.lower;
     }
 }
 
@@ -206,7 +206,7 @@ TEST_F(SlopeStage, NotesTheElementAtTheSlope) {
     for (const Row& row : rows) {
         lay(row.MODEL);
         level((static_cast<float>(row.division) + 0.5F) / static_cast<float>(divisions()));
-        EXPECT_EQ(SLOPESPLIT.element, row.element) << "MODEL " << row.MODEL << ", division " << row.division;
+        EXPECT_EQ(state.slope_split.element, row.element) << "MODEL " << row.MODEL << ", division " << row.division;
     }
 }
 
@@ -222,7 +222,7 @@ TEST_F(SlopeStage, RunsThroughTheNodesOfEachModel) {
     for (const Row& row : rows) {
         lay(row.MODEL);
         for (std::int32_t n = 1; n <= 500; ++n)
-            IDN[n] = {8, 9, 1, 1, 1};
+            state.mesh.codes[n] = {8, 9, 1, 1, 1};
         level(0.0F);
         EXPECT_EQ(node(0), row.nodes[0]);
         EXPECT_EQ(node(20), row.nodes[1]);
@@ -230,14 +230,14 @@ TEST_F(SlopeStage, RunsThroughTheNodesOfEachModel) {
         EXPECT_EQ(node(divisions()), row.nodes[3]);
         std::int32_t coded = 0;
         for (std::int32_t n = 1; n <= 500; ++n)
-            coded += IDN[n][0] == 3 ? 1 : 0;
+            coded += state.mesh.codes[n][0] == 3 ? 1 : 0;
         EXPECT_EQ(coded, divisions() + 1) << "MODEL " << row.MODEL;
     }
 }
 
 TEST_F(SlopeStage, RefusesATemplateThatHasNoPlaceForTheNode) {
     lay(3);
-    NACT1[501] = 1;
+    state.mesh.node_in_use[501] = 1;
     const std::string message = failure_of([] { level(10.5F / 29.0F); });
     EXPECT_NE(message.find("L_2.0.Mes"), std::string::npos) << message;
     EXPECT_NE(message.find("501"), std::string::npos) << message;
@@ -247,42 +247,42 @@ TEST_F(SlopeStage, RefusesATemplateThatHasNoPlaceForTheNode) {
 
 TEST_F(SlopeStage, NodesAreCarriedOntoTheTriangleOfTheCard) {
     lay(5);
-    EDIT.X1 = 60.0F, EDIT.Y1 = 20.0F, EDIT.X2 = 120.0F, EDIT.Y2 = 5.0F, EDIT.X3 = 60.0F, EDIT.Y3 = 5.0F;
-    XC[2] = 39.0F, YC[2] = 13.0F;     // crest
-    XC[3] = 0.0F, YC[3] = 0.0F;       // toe
-    XC[4] = 39.0F, YC[4] = 0.0F;      // foot
-    XC[5] = 19.5F, YC[5] = 3.25F;     // shares 0.25, 0.5 and 0.25
-    XC[6] = -39.0F, YC[6] = 0.0F;     // outside: shares 0, 2 and -1
-    XC[501] = 39.0F, YC[501] = 0.0F;  // no node of the mesh
-    MAPNODES();
+    state.edit.X1 = 60.0F, state.edit.Y1 = 20.0F, state.edit.X2 = 120.0F, state.edit.Y2 = 5.0F, state.edit.X3 = 60.0F, state.edit.Y3 = 5.0F;
+    state.mesh.x[2] = 39.0F, state.mesh.y[2] = 13.0F;     // crest
+    state.mesh.x[3] = 0.0F, state.mesh.y[3] = 0.0F;       // toe
+    state.mesh.x[4] = 39.0F, state.mesh.y[4] = 0.0F;      // foot
+    state.mesh.x[5] = 19.5F, state.mesh.y[5] = 3.25F;     // shares 0.25, 0.5 and 0.25
+    state.mesh.x[6] = -39.0F, state.mesh.y[6] = 0.0F;     // outside: shares 0, 2 and -1
+    state.mesh.x[501] = 39.0F, state.mesh.y[501] = 0.0F;  // no node of the mesh
+    MAPNODES(state.trace, state.edit, state.source, state.mesh);
     const double expected[][3] = {{2, 60, 20},   {3, 120, 5}, {4, 60, 5},
                                   {5, 90, 8.75}, {6, 180, 5}, {501, 39, 0}};
     for (const auto& row : expected) {
         const auto n = static_cast<std::int32_t>(row[0]);
-        EXPECT_NEAR(static_cast<double>(XC[n]), row[1], 1.0E-4) << n;
-        EXPECT_NEAR(static_cast<double>(YC[n]), row[2], 1.0E-4) << n;
+        EXPECT_NEAR(static_cast<double>(state.mesh.x[n]), row[1], 1.0E-4) << n;
+        EXPECT_NEAR(static_cast<double>(state.mesh.y[n]), row[2], 1.0E-4) << n;
     }
 }
 
 TEST_F(SlopeStage, RefusesCornersThatLeadBeyondTheNumbers) {
     lay(3);
-    EDIT.X1 = 3.0E38F, EDIT.Y1 = 3.0E38F, EDIT.X2 = -3.0E38F, EDIT.Y2 = 0.0F, EDIT.X3 = 3.0E38F,
-    EDIT.Y3 = 0.0F;
-    EDIT.triangle_place = "deck.dat, line 9";
-    XC[7] = 260.0F;
-    const std::string message = failure_of([] { MAPNODES(); });
+    state.edit.X1 = 3.0E38F, state.edit.Y1 = 3.0E38F, state.edit.X2 = -3.0E38F, state.edit.Y2 = 0.0F, state.edit.X3 = 3.0E38F,
+    state.edit.Y3 = 0.0F;
+    state.edit.triangle_place = "deck.dat, line 9";
+    state.mesh.x[7] = 260.0F;
+    const std::string message = failure_of([] { MAPNODES(state.trace, state.edit, state.source, state.mesh); });
     EXPECT_NE(message.find("deck.dat, line 9: Card 3.3.6.3"), std::string::npos) << message;
 }
 
 TEST_F(SlopeStage, RefusesATemplateWithAllItsNodesAtOnePoint) {
     lay(3);
-    REQUIRETEMPLATE();
-    XC.fill(0.0F);
-    YC.fill(0.0F);
-    const std::string message = failure_of([] { REQUIRETEMPLATE(); });
+    REQUIRETEMPLATE(state.edit, state.source, state.mesh);
+    state.mesh.x.fill(0.0F);
+    state.mesh.y.fill(0.0F);
+    const std::string message = failure_of([] { REQUIRETEMPLATE(state.edit, state.source, state.mesh); });
     EXPECT_NE(message.find("L_2.0.Mes"), std::string::npos) << message;
-    SOURCE.counts.NUMNP = 1;
-    REQUIRETEMPLATE();
+    state.source.counts.NUMNP = 1;
+    REQUIRETEMPLATE(state.edit, state.source, state.mesh);
 }
 
 }  // namespace

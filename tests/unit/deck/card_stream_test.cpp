@@ -29,25 +29,25 @@ protected:
     void SetUp() override {
         directory.write("C/Vork/Qx/Qxdata/MANUAL.DAT", "0\n");
         ::setenv("BRELAN_DRIVE_C", (directory.path() / "C").c_str(), 1);
-        CARDVAL.fill(9.0F);
+        state.checker.values.fill(9.0F);
     }
     void TearDown() override { ::unsetenv("BRELAN_DRIVE_C"); }
 
     // A deck without its comments, as the checker reads it.
     Channel& deck(std::string_view text) const {
         directory.write("deck.dat", text);
-        open_channel(3, "deck.dat", OpenStatus::old);
-        open_channel(DECK, "TT55.TMP", OpenStatus::work);
-        open_channel(LISTING, "T7.TMP", OpenStatus::work);
-        STRIPDECK(3, DECK);
-        return channel(DECK);
+        state.channels.open(3, "deck.dat", OpenStatus::old);
+        state.channels.open(DECK, "TT55.TMP", OpenStatus::work);
+        state.channels.open(LISTING, "T7.TMP", OpenStatus::work);
+        STRIPDECK(state.channels, 3, DECK);
+        return state.channels.at(DECK);
     }
 
     // The values that a card leaves in front of the 9 that stood there before.
     std::vector<float> values_of(std::string_view card, std::int32_t minimum, std::int32_t maximum) const {
         deck(std::string(card) + "\n");
-        CHKCARD(DECK, "3.2", minimum, maximum);
-        return {CARDVAL[1], CARDVAL[2], CARDVAL[3], CARDVAL[4]};
+        CHKCARD(state.channels, state.checker, state.console, DECK, "3.2", minimum, maximum);
+        return {state.checker.values[1], state.checker.values[2], state.checker.values[3], state.checker.values[4]};
     }
 
     static std::int32_t count_of(std::string_view card) { return count_values(TextLine(card)).count; }
@@ -76,14 +76,14 @@ TEST_F(Cards, CopyIsCutAtColumn126AndFilledUpToIt) {
 
 TEST_F(Cards, CopyingClosesTheSourceAndRewindsTheCopy) {
     Channel& copy = deck("1\n2\n");
-    EXPECT_FALSE(channel_is_open(3));
+    EXPECT_FALSE(state.channels.is_open(3));
     EXPECT_EQ(copy.lines_before(), 0);
     EXPECT_EQ(directory.read("TT55.TMP"), "1" + blanks(125) + "\n2" + blanks(125) + "\n");
 }
 
 TEST_F(Cards, StarBehindABlankFailsWhenItIsReadAsAValue) {
     deck("* comment\n * text\n");
-    EXPECT_EQ(failure_of([] { CHKCARD(DECK, "1.1", 1, 2); }),
+    EXPECT_EQ(failure_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "1.1", 1, 2); }),
               "deck.dat, line 2: expected a number in Card 1.1, found \"*\"");
 }
 
@@ -133,8 +133,8 @@ TEST_F(Cards, LineWithoutASeparatorHasNoValue) {
 
 TEST_F(Cards, LineWithoutASeparatorIsReportedAsBlankData) {
     deck(std::string(126, '1') + "\n");
-    EXPECT_EQ(stop_of([] { CHKCARD(DECK, "3.3.1.1", 4, 4); }), "300");
-    close_all_channels();
+    EXPECT_EQ(stop_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "3.3.1.1", 4, 4); }), "300");
+    state.channels.close_all();
     EXPECT_EQ(directory.read("T7.TMP"),
               " ************* ERROR IN THE USER INPUT **************\n"
               " Card Group No: 3.3.1.1     requires     4 data entry\n"
@@ -149,8 +149,8 @@ TEST_F(Cards, LineWithoutASeparatorIsReportedAsBlankData) {
 TEST_F(Cards, CountOutsideTheLimitsStopsTheRun) {
     for (const char* card : {"1", "1 2 3 4 5", ""}) {
         deck(std::string(card) + "\n");
-        EXPECT_EQ(stop_of([] { CHKCARD(DECK, "3.2", 2, 4); }), "300") << card;
-        EXPECT_EQ(CARDVAL[1], 9.0F) << "values are read behind the check only";
+        EXPECT_EQ(stop_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }), "300") << card;
+        EXPECT_EQ(state.checker.values[1], 9.0F) << "values are read behind the check only";
         EXPECT_EQ(directory.read("C/Vork/Qx/Qxdata/BRELAN2D.DAT"), "           1\n");
     }
 }
@@ -173,19 +173,19 @@ TEST_F(Cards, EmptyValueInFrontOfACommaLeavesItsField) {
 }
 
 TEST_F(Cards, FieldsThatAreNotGivenKeepWhatStood) {
-    CARDVAL[2] = 0.5F;
+    state.checker.values[2] = 0.5F;
     deck("7\n");
-    CHKCARD(DECK, "1.1", 1, 2);
-    EXPECT_EQ(CARDVAL[1], 7.0F);
-    EXPECT_EQ(CARDVAL[2], 0.5F);
+    CHKCARD(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
+    EXPECT_EQ(state.checker.values[1], 7.0F);
+    EXPECT_EQ(state.checker.values[2], 0.5F);
 }
 
 TEST_F(Cards, IntegerFieldMayBeWrittenAsAReal) {
     EXPECT_EQ(values_of("1E3 2.9 -0.5 3.0", 4, 4), (Values{1000, 2.9F, -0.5F, 3}));
-    EXPECT_EQ(TRUNCATE(CARDVAL[1]), 1000);
-    EXPECT_EQ(TRUNCATE(CARDVAL[2]), 2);
-    EXPECT_EQ(TRUNCATE(CARDVAL[3]), 0);
-    EXPECT_EQ(TRUNCATE(CARDVAL[4]), 3);
+    EXPECT_EQ(TRUNCATE(state.checker.values[1]), 1000);
+    EXPECT_EQ(TRUNCATE(state.checker.values[2]), 2);
+    EXPECT_EQ(TRUNCATE(state.checker.values[3]), 0);
+    EXPECT_EQ(TRUNCATE(state.checker.values[4]), 3);
 }
 
 TEST_F(Cards, TabSeparatesTheValuesThatTheCountTookForOne) {
@@ -194,7 +194,7 @@ TEST_F(Cards, TabSeparatesTheValuesThatTheCountTookForOne) {
 
 TEST_F(Cards, CardOfATabHasAValueThatIsNotThere) {
     deck("\t\n5\n");
-    EXPECT_EQ(failure_of([] { CHKCARD(DECK, "1.1", 1, 2); }),
+    EXPECT_EQ(failure_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "1.1", 1, 2); }),
               "deck.dat, line 1: the line ends here; expected Card 1.1");
 }
 
@@ -213,21 +213,21 @@ TEST_F(Cards, NothingBehindColumn126IsSeen) {
 
 TEST_F(Cards, ReadingLeavesTheDeckAtTheNextCard) {
     Channel& cards = deck("1 2\n* comment\n3 4\n");
-    CHKCARD(DECK, "1.1", 1, 2);
+    CHKCARD(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
     EXPECT_EQ(cards.read_line("a card").trimmed(), "3 4");
 }
 
 TEST_F(Cards, TextInAValueNamesTheLineOfTheUsersDeck) {
     deck("* head\n1 0\n* comment\n1 two\n");
-    CHKCARD(DECK, "1.1", 1, 2);
-    EXPECT_EQ(failure_of([] { CHKCARD(DECK, "3.2", 2, 4); }),
+    CHKCARD(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
+    EXPECT_EQ(failure_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }),
               "deck.dat, line 4: expected a number in Card 3.2, found \"two\"");
 }
 
 TEST_F(Cards, DeckThatEndsWhereACardIsExpectedIsAMessage) {
     deck("1 0\n");
-    CHKCARD(DECK, "1.1", 1, 2);
-    EXPECT_EQ(failure_of([] { CHKCARD(DECK, "3.2", 2, 4); }),
+    CHKCARD(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
+    EXPECT_EQ(failure_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }),
               "deck.dat, line 2: the file ends here; expected Card 3.2");
 }
 

@@ -104,13 +104,13 @@ TEST(CardTable, HoldsTheDefaultOfEachFieldThatMayBeLeftOut) {
     for (const Row& row : rows()) {
         for (const LayoutKind kind : KINDS_OF_CARDS) {
             const auto at = static_cast<std::size_t>(kind);
-            CARDVAL.fill(77.0F);
+            state.checker.values.fill(77.0F);
             for (const FieldDefault& entry : row.card.defaults)
                 for (std::int32_t field = entry.first; field <= entry.last; ++field)
-                    CARDVAL[field] = entry.value[at];
+                    state.checker.values[field] = entry.value[at];
             std::int32_t field = row.card.minimum;
             for (const float value : row.defaults[at])
-                EXPECT_EQ(CARDVAL[++field], value) << row.label << ", field " << field;
+                EXPECT_EQ(state.checker.values[++field], value) << row.label << ", field " << field;
         }
     }
 }

@@ -24,41 +24,41 @@ protected:
     void TearDown() override { clear(); }
 
     static void clear() {
-        RESETMESH();
-        IEL.fill({});
-        ELIST.fill(0);
-        KS.fill(0);
-        KF.fill(0);
-        INTR.fill(0);
-        IDH.fill(0);
-        THIC.fill(0.0F);
-        DEN.fill(0.0F);
-        H.fill(0.0F);
-        CF.fill(0.0F);
-        FROZEN.fill(0);
-        clear_rows();
-        NUMNP = NCONT = 0;
-        TOLMOVE = TOLLINE = 0.01F;
-        TOLSAME = 0.001F;
-        use_indexes(true);
-        build_indexes();
+        RESETMESH(state.mesh, state.side, state.selection);
+        state.mesh.words.fill({});
+        state.selection.elements.fill(0);
+        state.mesh.skeleton.fill(0);
+        state.mesh.fluid.fill(0);
+        state.mesh.integration_r.fill(0);
+        state.mesh.attribute.fill(0);
+        state.mesh.thickness.fill(0.0F);
+        state.mesh.density.fill(0.0F);
+        state.mesh.head.fill(0.0F);
+        state.mesh.coefficient.fill(0.0F);
+        state.engine.frozen.fill(0);
+        clear_rows(state.engine);
+        state.engine.highest_node = state.engine.highest_element = 0;
+        state.tolerances.move = state.tolerances.line = 0.01F;
+        state.tolerances.same = 0.001F;
+        use_indexes(state.engine, true);
+        build_indexes(state.mesh, state.engine);
     }
 
     static void node(std::int32_t n, float x, float y, bool frozen = false) {
-        XC[n] = x;
-        YC[n] = y;
-        FROZEN[n] = frozen ? 1 : 0;
-        NUMNP = std::max(NUMNP, n);
+        state.mesh.x[n] = x;
+        state.mesh.y[n] = y;
+        state.engine.frozen[n] = frozen ? 1 : 0;
+        state.engine.highest_node = std::max(state.engine.highest_node, n);
     }
     static void element(std::int32_t e, const FourNodes& n, std::int32_t material = 1) {
-        IEL[e].I1 = n[0];
-        IEL[e].I2 = n[1];
-        IEL[e].I3 = n[2];
-        IEL[e].I4 = n[3];
-        IEL[e].MATNO = material;
-        ETYPE[e] = EL_CONTINUUM;
-        ELIST[e] = e;
-        NCONT = std::max(NCONT, e);
+        state.mesh.words[e].I1 = n[0];
+        state.mesh.words[e].I2 = n[1];
+        state.mesh.words[e].I3 = n[2];
+        state.mesh.words[e].I4 = n[3];
+        state.mesh.words[e].MATNO = material;
+        state.mesh.type[e] = EL_CONTINUUM;
+        state.selection.elements[e] = e;
+        state.engine.highest_element = std::max(state.engine.highest_element, e);
     }
 
     // Element 1 with nodes 1 to 4 from (0, 0) to the width and height; nodes in the list cannot move.
@@ -69,33 +69,33 @@ protected:
         node(4, 0, height);
         element(1, {1, 2, 3, 4});
         for (const std::int32_t n : frozen)
-            FROZEN[n] = 1;
-        build_indexes();
+            state.engine.frozen[n] = 1;
+        build_indexes(state.mesh, state.engine);
     }
 
     // Collects the rows of a pair and scans their sides.
     static void scan(const Point& P1, const Point& P2, std::int32_t IEND = 2, bool deferred = false) {
-        COLLECT(P1, P2);
-        SIDESCAN(P1, P2, {IEND, deferred});
+        COLLECT(state.mesh, state.engine, P1, P2);
+        SIDESCAN(state.mesh, state.tolerances, state.engine, P1, P2, {IEND, deferred});
     }
     // Collects the rows of a pair and places its second end.
     static void place(const Point& P, const Point& Q0) {
-        COLLECT(Q0, P);
-        PLACEEND(Q0, P, true, false);
+        COLLECT(state.mesh, state.engine, Q0, P);
+        PLACEEND(state.mesh, state.engine, Q0, P, true, false);
     }
 
-    static FourNodes corners(std::int32_t e) { return {IEL[e].I1, IEL[e].I2, IEL[e].I3, IEL[e].I4}; }
+    static FourNodes corners(std::int32_t e) { return {state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3, state.mesh.words[e].I4}; }
     static FourNodes corner_marks(std::size_t row) {
-        const CutRow& r = CUTTAB.at(row);
+        const CutRow& r = state.engine.rows.at(row);
         return {r.V[0], r.V[1], r.V[2], r.V[3]};
     }
     static FourNodes side_marks(std::size_t row) {
-        const CutRow& r = CUTTAB.at(row);
+        const CutRow& r = state.engine.rows.at(row);
         return {r.S[0], r.S[1], r.S[2], r.S[3]};
     }
     static void expect_node(std::int32_t n, float x, float y) {
-        EXPECT_FLOAT_EQ(XC[n], x) << "node " << n;
-        EXPECT_FLOAT_EQ(YC[n], y) << "node " << n;
+        EXPECT_FLOAT_EQ(state.mesh.x[n], x) << "node " << n;
+        EXPECT_FLOAT_EQ(state.mesh.y[n], y) << "node " << n;
     }
 };
 

@@ -23,58 +23,58 @@ protected:
         }
         for (std::int32_t i = 1; i <= 3; ++i)
             element(i, {i, i + 1, i + 5, i + 4}, 10 + i);
-        build_indexes();
+        build_indexes(state.mesh, state.engine);
     }
     static std::vector<std::int32_t> rows() {
         std::vector<std::int32_t> numbers;
-        for (const CutRow& row : CUTTAB)
+        for (const CutRow& row : state.engine.rows)
             numbers.push_back(row.E);
         return numbers;
     }
 };
 
 TEST_F(ThreeSquares, RowsComeByFirstEndThenSecondThenCrossings) {
-    COLLECT({2.5F, 0.5F}, {0.5F, 0.5F});
+    COLLECT(state.mesh, state.engine, {2.5F, 0.5F}, {0.5F, 0.5F});
     EXPECT_EQ(rows(), (std::vector<std::int32_t>{3, 1, 2}));
-    EXPECT_EQ(CUTTAB[0].M, 13);
-    EXPECT_EQ(CUTTAB[0].N[0], 3);
-    EXPECT_EQ(IEL[3].I1, -3);
-    EXPECT_EQ(IEL[2].I1, -2);
+    EXPECT_EQ(state.engine.rows[0].M, 13);
+    EXPECT_EQ(state.engine.rows[0].N[0], 3);
+    EXPECT_EQ(state.mesh.words[3].I1, -3);
+    EXPECT_EQ(state.mesh.words[2].I1, -2);
 }
 
 TEST_F(ThreeSquares, TakenElementIsNotTakenAgain) {
-    COLLECT({0.5F, 0.5F}, {0.5F, 0.75F});
-    COLLECT({0.5F, 0.75F}, {1.5F, 0.75F});
+    COLLECT(state.mesh, state.engine, {0.5F, 0.5F}, {0.5F, 0.75F});
+    COLLECT(state.mesh, state.engine, {0.5F, 0.75F}, {1.5F, 0.75F});
     EXPECT_EQ(rows(), (std::vector<std::int32_t>{1, 2}));
 }
 
 TEST_F(ThreeSquares, ElementsThatAreListedOrOfAnotherTypeAreLeft) {
-    ELIST[1] = 0;
-    ETYPE[2] = EL_TRUSS;
-    COLLECT({0.5F, 0.5F}, {2.5F, 0.5F});
+    state.selection.elements[1] = 0;
+    state.mesh.type[2] = EL_TRUSS;
+    COLLECT(state.mesh, state.engine, {0.5F, 0.5F}, {2.5F, 0.5F});
     EXPECT_EQ(rows(), (std::vector<std::int32_t>{3}));
 }
 
 TEST_F(ThreeSquares, SegmentAlongSidesChangesNothing) {
     scan({1, 0}, {1, 1});
-    SPLITROWS();
-    EXPECT_EQ(NUMNP, 8);
-    EXPECT_EQ(NCONT, 3);
+    SPLITROWS(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_node, 8);
+    EXPECT_EQ(state.engine.highest_element, 3);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 6, 5}));
     EXPECT_EQ(corners(2), (FourNodes{2, 3, 7, 6}));
     expect_node(1, 0, 0);
     expect_node(2, 1, 0);
     expect_node(6, 1, 1);
-    EXPECT_TRUE(CUTTAB.empty());
+    EXPECT_TRUE(state.engine.rows.empty());
 }
 
 TEST_F(ThreeSquares, EndsAloneLeaveTheElementsBetween) {
     const Point P1{0.25F, 0.125F}, P2{2.75F, 0.875F};
-    COLLECT(P1, P2);
-    PLACEEND(P1, P2, false, false);
-    SPLITROWS();
-    EXPECT_EQ(NUMNP, 8);
-    EXPECT_EQ(NCONT, 3);
+    COLLECT(state.mesh, state.engine, P1, P2);
+    PLACEEND(state.mesh, state.engine, P1, P2, false, false);
+    SPLITROWS(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_node, 8);
+    EXPECT_EQ(state.engine.highest_element, 3);
     expect_node(1, 0.25F, 0.125F);
     expect_node(8, 2.75F, 0.875F);
     EXPECT_EQ(corners(2), (FourNodes{2, 3, 7, 6}));
@@ -82,25 +82,25 @@ TEST_F(ThreeSquares, EndsAloneLeaveTheElementsBetween) {
 
 // A row with two corners on the line needs no side node, and its neighbour loses it as well.
 TEST_F(ThreeSquares, SideNodeOfARowWithTwoCornersGoesInBothRows) {
-    COLLECT({0.5F, 0.5F}, {1.5F, 0.5F});
-    CUTTAB[0].V[0] = CUTTAB[0].V[2] = 1;
-    CUTTAB[0].S[1] = CUTTAB[1].S[3] = 9;
-    CUTTAB[1].V[1] = 1;
-    SPLITROWS();
-    EXPECT_EQ(NCONT, 4);
+    COLLECT(state.mesh, state.engine, {0.5F, 0.5F}, {1.5F, 0.5F});
+    state.engine.rows[0].V[0] = state.engine.rows[0].V[2] = 1;
+    state.engine.rows[0].S[1] = state.engine.rows[1].S[3] = 9;
+    state.engine.rows[1].V[1] = 1;
+    SPLITROWS(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_element, 4);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 6, 0}));
     EXPECT_EQ(corners(4), (FourNodes{1, 6, 5, 0}));
     EXPECT_EQ(corners(2), (FourNodes{2, 3, 7, 6}));
 }
 
 TEST_F(ThreeSquares, CentreAndOneCornerDropSideNodesToo) {
-    COLLECT({0.5F, 0.5F}, {0.5F, 0.75F});
+    COLLECT(state.mesh, state.engine, {0.5F, 0.5F}, {0.5F, 0.75F});
     node(9, 0.5F, 0.5F);
-    CUTTAB[0].C = 9;
-    CUTTAB[0].V[0] = 1;
-    CUTTAB[0].S[1] = 10;
-    SPLITROWS();
-    EXPECT_EQ(NCONT, 6);
+    state.engine.rows[0].C = 9;
+    state.engine.rows[0].V[0] = 1;
+    state.engine.rows[0].S[1] = 10;
+    SPLITROWS(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_element, 6);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 9, 0}));
     EXPECT_EQ(corners(4), (FourNodes{2, 6, 9, 0}));
     EXPECT_EQ(corners(5), (FourNodes{9, 6, 5, 0}));
@@ -109,18 +109,18 @@ TEST_F(ThreeSquares, CentreAndOneCornerDropSideNodesToo) {
 
 TEST_F(ThreeSquares, PartsCarryMaterialAndAttributes) {
     const Edition edition(DISPLACEMENT);
-    THIC[2] = 0.5F;
-    DEN[2] = 1.75F;
-    COLLECT({1.5F, 0.5F}, {1.5F, 0.75F});
-    CUTTAB[0].V[0] = CUTTAB[0].V[2] = 1;
-    SPLITROWS();
-    ASSERT_EQ(NCONT, 4);
-    EXPECT_EQ(IEL[2].MATNO, 12);
-    EXPECT_EQ(IEL[4].MATNO, 12);
-    EXPECT_EQ(THIC[4], 0.5F);
-    EXPECT_EQ(DEN[4], 1.75F);
-    EXPECT_EQ(ELIST[4], 4);
-    EXPECT_EQ(ETYPE[4], EL_CONTINUUM);
+    state.mesh.thickness[2] = 0.5F;
+    state.mesh.density[2] = 1.75F;
+    COLLECT(state.mesh, state.engine, {1.5F, 0.5F}, {1.5F, 0.75F});
+    state.engine.rows[0].V[0] = state.engine.rows[0].V[2] = 1;
+    SPLITROWS(state.mesh, state.engine);
+    ASSERT_EQ(state.engine.highest_element, 4);
+    EXPECT_EQ(state.mesh.words[2].MATNO, 12);
+    EXPECT_EQ(state.mesh.words[4].MATNO, 12);
+    EXPECT_EQ(state.mesh.thickness[4], 0.5F);
+    EXPECT_EQ(state.mesh.density[4], 1.75F);
+    EXPECT_EQ(state.selection.elements[4], 4);
+    EXPECT_EQ(state.mesh.type[4], EL_CONTINUUM);
 }
 
 // --- one side ------------------------------------------------------------------------------------
@@ -130,9 +130,9 @@ TEST_F(GroupCut, CrossingNearAFreeNodeMovesIt) {
     rectangle(10, 10);
     scan({2, -1}, {2, 11});
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 1}));
-    SPLITROWS();
-    EXPECT_EQ(NUMNP, 4);
-    EXPECT_EQ(NCONT, 1);
+    SPLITROWS(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_node, 4);
+    EXPECT_EQ(state.engine.highest_element, 1);
     expect_node(1, 2, 0);
     expect_node(4, 2, 10);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 3, 4}));
@@ -149,7 +149,7 @@ TEST_F(GroupCut, BothNodesFrozenMoveAfterAll) {
     rectangle(10, 10, {1, 2, 3, 4});
     scan({8, -1}, {8, 5});
     expect_node(2, 8, 0);
-    EXPECT_EQ(NUMNP, 4);
+    EXPECT_EQ(state.engine.highest_node, 4);
 }
 
 // F is 0.1 of the side: 0.5 is within 1 of the frozen node.
@@ -157,9 +157,9 @@ TEST_F(GroupCut, CrossingNearAFrozenNodeMarksTheCornerOnly) {
     rectangle(10, 10, {1});
     scan({0.5F, -1}, {0.5F, 11});
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 1}));
-    SPLITROWS();
-    EXPECT_EQ(NUMNP, 4);
-    EXPECT_EQ(NCONT, 1);
+    SPLITROWS(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_node, 4);
+    EXPECT_EQ(state.engine.highest_element, 1);
     expect_node(1, 0, 0);
     expect_node(4, 0.5F, 10);
 }
@@ -168,7 +168,7 @@ TEST_F(GroupCut, CrossingNearAFrozenSecondNodeMarksTheCornerOnly) {
     rectangle(10, 10, {2});
     scan({9.5F, -1}, {9.5F, 5});
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 1, 0, 0}));
-    EXPECT_EQ(NUMNP, 4);
+    EXPECT_EQ(state.engine.highest_node, 4);
     expect_node(2, 10, 0);
 }
 
@@ -178,10 +178,10 @@ TEST_F(GroupCut, ShortNeighbourSideMakesTheCrossingClear) {
     scan({0.5F, -1}, {0.5F, 3});
     EXPECT_EQ(side_marks(0), (FourNodes{5, 0, 0, 0}));
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 0, 1}));
-    SPLITROWS();
+    SPLITROWS(state.mesh, state.engine);
     expect_node(5, 0.5F, 0);
     expect_node(4, 0.5F, 2);
-    ASSERT_EQ(NCONT, 2);
+    ASSERT_EQ(state.engine.highest_element, 2);
     EXPECT_EQ(corners(1), (FourNodes{5, 2, 3, 4}));
     EXPECT_EQ(corners(2), (FourNodes{1, 5, 4, 0}));
 }
@@ -192,31 +192,31 @@ TEST_F(GroupCut, NeighboursShareTheNodeOnTheirSide) {
     node(5, 0, 20, true);
     node(6, 10, 20);
     element(2, {4, 3, 6, 5}, 2);
-    build_indexes();
+    build_indexes(state.mesh, state.engine);
     scan({2, -1}, {2, 21});
     EXPECT_EQ(side_marks(0), (FourNodes{7, 0, 8, 0}));
     EXPECT_EQ(side_marks(1), (FourNodes{8, 0, 9, 0}));
-    SPLITROWS();
-    EXPECT_EQ(NUMNP, 9);
+    SPLITROWS(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_node, 9);
     expect_node(7, 2, 0);
     expect_node(8, 2, 10);
     expect_node(9, 2, 20);
-    ASSERT_EQ(NCONT, 4);
+    ASSERT_EQ(state.engine.highest_element, 4);
     EXPECT_EQ(corners(1), (FourNodes{7, 2, 3, 8}));
     EXPECT_EQ(corners(2), (FourNodes{8, 3, 6, 9}));
     EXPECT_EQ(corners(3), (FourNodes{1, 7, 8, 4}));
     EXPECT_EQ(corners(4), (FourNodes{4, 8, 9, 5}));
-    EXPECT_EQ(IEL[3].MATNO, 1);
-    EXPECT_EQ(IEL[4].MATNO, 2);
+    EXPECT_EQ(state.mesh.words[3].MATNO, 1);
+    EXPECT_EQ(state.mesh.words[4].MATNO, 2);
 }
 
 TEST_F(GroupCut, PlannedNodeGoesWhereTheLineMisses) {
     rectangle(10, 10);
-    COLLECT({5, 5}, {5, 6});
-    CUTTAB[0].S[0] = 9;
-    SIDESCAN({5, 5}, {5, 6}, {2, true});
+    COLLECT(state.mesh, state.engine, {5, 5}, {5, 6});
+    state.engine.rows[0].S[0] = 9;
+    SIDESCAN(state.mesh, state.tolerances, state.engine, {5, 5}, {5, 6}, {2, true});
     EXPECT_EQ(side_marks(0), (FourNodes{9, 0, 0, 0})) << "kept until all pairs are through";
-    SIDESCAN({5, 5}, {5, 6}, {2, false});
+    SIDESCAN(state.mesh, state.tolerances, state.engine, {5, 5}, {5, 6}, {2, false});
     EXPECT_EQ(side_marks(0), (FourNodes{0, 0, 0, 0}));
 }
 
@@ -233,18 +233,18 @@ TEST_F(GroupCut, MoveOnlyAddsNoNodeBesideAFrozenOne) {
         const Edition edition(kind);
         clear();
         rectangle(10, 10, {2});
-        COLLECT({8, -1}, {8, 5});
-        CUTTAB[0].S[0] = 9;
-        SIDESCAN({8, -1}, {8, 5}, {-2, false});
-        EXPECT_EQ(NUMNP, 4);
-        EXPECT_EQ(CUTTAB[0].S[0], kind == DISPLACEMENT ? 9 : 0) << "second node frozen, edition " << kind;
+        COLLECT(state.mesh, state.engine, {8, -1}, {8, 5});
+        state.engine.rows[0].S[0] = 9;
+        SIDESCAN(state.mesh, state.tolerances, state.engine, {8, -1}, {8, 5}, {-2, false});
+        EXPECT_EQ(state.engine.highest_node, 4);
+        EXPECT_EQ(state.engine.rows[0].S[0], kind == DISPLACEMENT ? 9 : 0) << "second node frozen, edition " << kind;
         clear();
         rectangle(10, 10, {1});
-        COLLECT({2, -1}, {2, 5});
-        CUTTAB[0].S[0] = 9;
-        SIDESCAN({2, -1}, {2, 5}, {-2, false});
-        EXPECT_EQ(NUMNP, 4);
-        EXPECT_EQ(CUTTAB[0].S[0], 9) << "first node frozen, edition " << kind;
+        COLLECT(state.mesh, state.engine, {2, -1}, {2, 5});
+        state.engine.rows[0].S[0] = 9;
+        SIDESCAN(state.mesh, state.tolerances, state.engine, {2, -1}, {2, 5}, {-2, false});
+        EXPECT_EQ(state.engine.highest_node, 4);
+        EXPECT_EQ(state.engine.rows[0].S[0], 9) << "first node frozen, edition " << kind;
     }
 }
 
@@ -255,16 +255,16 @@ TEST_F(GroupCut, SideNodeIsFreeOnlyWhereBothEndsAre) {
         const Edition edition(kind);
         clear();
         rectangle(10, 2, {1});
-        IDN[1] = {1, 0, 1, 1, 1};
-        IDN[2] = {2, 1, 1, 0, 1};
+        state.mesh.codes[1] = {1, 0, 1, 1, 1};
+        state.mesh.codes[2] = {2, 1, 1, 0, 1};
         scan({0.5F, -1}, {0.5F, 1});
-        ASSERT_EQ(NUMNP, 5);
-        EXPECT_EQ(IDN[5][0], 1);
-        EXPECT_EQ(IDN[5][1], 0);
-        EXPECT_EQ(IDN[5][2], 1);
+        ASSERT_EQ(state.engine.highest_node, 5);
+        EXPECT_EQ(state.mesh.codes[5][0], 1);
+        EXPECT_EQ(state.mesh.codes[5][1], 0);
+        EXPECT_EQ(state.mesh.codes[5][2], 1);
         if (kind == COUPLED) {
-            EXPECT_EQ(IDN[5][3], 0);
-            EXPECT_EQ(IDN[5][4], 1);
+            EXPECT_EQ(state.mesh.codes[5][3], 0);
+            EXPECT_EQ(state.mesh.codes[5][4], 1);
         }
     }
 }
@@ -274,17 +274,17 @@ TEST_F(GroupCut, SideNodeTakesTheValuesOfItsEnds) {
         const Edition edition(kind);
         clear();
         rectangle(10, 2, {1});
-        IDN[1] = {3, 4, 0, 0, 0};
-        IDN[2] = {0, 7, 0, 0, 0};
-        H[1] = 2.5F;
-        CF[1] = 1.0F;
-        CF[2] = 0.5F;
+        state.mesh.codes[1] = {3, 4, 0, 0, 0};
+        state.mesh.codes[2] = {0, 7, 0, 0, 0};
+        state.mesh.head[1] = 2.5F;
+        state.mesh.coefficient[1] = 1.0F;
+        state.mesh.coefficient[2] = 0.5F;
         scan({0.5F, -1}, {0.5F, 1});
-        ASSERT_EQ(NUMNP, 5);
-        EXPECT_EQ(IDN[5][0], 3);
-        EXPECT_EQ(IDN[5][1], 7);
-        EXPECT_EQ(H[5], 2.5F);
-        EXPECT_EQ(CF[5], 0.5F);
+        ASSERT_EQ(state.engine.highest_node, 5);
+        EXPECT_EQ(state.mesh.codes[5][0], 3);
+        EXPECT_EQ(state.mesh.codes[5][1], 7);
+        EXPECT_EQ(state.mesh.head[5], 2.5F);
+        EXPECT_EQ(state.mesh.coefficient[5], 0.5F);
     }
 }
 

@@ -16,7 +16,7 @@ constexpr float DEGREE = 0.017453292F;
 // Segments that do not touch the mesh (IEND 3).
 class GroupPath : public ::testing::Test {
 protected:
-    void SetUp() override { CURRENT_GROUP = 1; }
+    void SetUp() override { state.engine.group = 1; }
     static SegmentRow straight(std::int32_t NDIV, std::int32_t LTYPE = 1) {
         SegmentRow row;
         row.LTYPE = LTYPE;
@@ -42,8 +42,8 @@ protected:
         for (std::size_t i = 0; i < points.size(); ++i)
             outline.point[i + 1] = points[i];
         for (std::size_t k = 0; k < segments.size(); ++k)
-            SEGREC[1][static_cast<std::int32_t>(k) + 1] = segments[k];
-        return BUILDPATH(1, outline);
+            state.group_cards.segments[1][static_cast<std::int32_t>(k) + 1] = segments[k];
+        return BUILDPATH(state.mesh, state.group_cards, state.tolerances, state.engine, 1, outline);
     }
 };
 

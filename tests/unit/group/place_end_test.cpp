@@ -17,7 +17,7 @@ TEST_F(GroupCutEnd, EndTakesTheNearestFreeCorner) {
     place({7, 1}, {7, 30});
     expect_node(2, 7, 1);
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 1, 0, 0}));
-    EXPECT_EQ(NUMNP, 4);
+    EXPECT_EQ(state.engine.highest_node, 4);
 }
 
 TEST_F(GroupCutEnd, EndHalfwayTakesTheFirstCorner) {
@@ -32,9 +32,9 @@ TEST_F(GroupCutEnd, CornerOfAnEndIsMarkedInItsNeighbours) {
     node(5, 20, 0);
     node(6, 20, 10);
     element(2, {2, 5, 6, 3});
-    build_indexes();
+    build_indexes(state.mesh, state.engine);
     place({9, 1}, {15, 1});
-    ASSERT_EQ(CUTTAB[0].E, 2) << "the other point lies in it";
+    ASSERT_EQ(state.engine.rows[0].E, 2) << "the other point lies in it";
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 0}));
     EXPECT_EQ(corner_marks(1), (FourNodes{0, 1, 0, 0}));
 }
@@ -45,27 +45,27 @@ TEST_F(GroupCutEnd, CornerNamedTwiceIsMarkedTwiceInTheNeighboursOnly) {
     rectangle(4, 4);
     node(5, 8, 4);
     element(2, {2, 5, 3, 3});
-    build_indexes();
+    build_indexes(state.mesh, state.engine);
     place({4, 3.8F}, {1, 1});
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 1, 0}));
-    ASSERT_EQ(CUTTAB.size(), 2U);
+    ASSERT_EQ(state.engine.rows.size(), 2U);
     EXPECT_EQ(corner_marks(1), (FourNodes{0, 0, 1, 1}));
     clear();
     rectangle(4, 4);
     node(5, 8, 4);
     element(2, {2, 5, 3, 3});
-    build_indexes();
+    build_indexes(state.mesh, state.engine);
     place({4.3F, 3.9F}, {6, 3.6F});
-    EXPECT_EQ(CUTTAB.at(0).E, 2);
+    EXPECT_EQ(state.engine.rows.at(0).E, 2);
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 1, 0}));
 }
 
 TEST_F(GroupCutEnd, SkippedEndsAreNotPlaced) {
     rectangle(10, 10);
-    COLLECT({2, 1}, {8, 1});
-    PLACEEND({2, 1}, {8, 1}, true, true);
+    COLLECT(state.mesh, state.engine, {2, 1}, {8, 1});
+    PLACEEND(state.mesh, state.engine, {2, 1}, {8, 1}, true, true);
     expect_node(1, 0, 0);
-    PLACEEND({2, 1}, {8, 1}, false, true);
+    PLACEEND(state.mesh, state.engine, {2, 1}, {8, 1}, false, true);
     expect_node(1, 2, 1);
     expect_node(2, 10, 0);
 }
@@ -78,7 +78,7 @@ TEST_F(GroupCutEnd, EndNearASideGoesOntoIt) {
         rectangle(10, 10, ALL);
         place({x, 1}, {x, 9});
         EXPECT_EQ(side_marks(0), (FourNodes{5, 0, 0, 0})) << x;
-        EXPECT_EQ(NUMNP, 5) << x;
+        EXPECT_EQ(state.engine.highest_node, 5) << x;
     };
     side_point(5);
     expect_node(5, 5, 0);
@@ -110,7 +110,7 @@ TEST_F(GroupCutEnd, CrossingAtACornerMovesItOnlyWhenBothAreFrozen) {
     place({0.75F, 0.5F}, {0.75F, 9});
     expect_node(1, 0, 0);
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 0}));
-    EXPECT_EQ(NUMNP, 4);
+    EXPECT_EQ(state.engine.highest_node, 4);
     clear();
     rectangle(10, 10, ALL);
     place({9.25F, 0.5F}, {9.25F, 9});
@@ -126,7 +126,7 @@ TEST_F(GroupCutEnd, CrossingAtACornerMovesItOnlyWhenBothAreFrozen) {
 TEST_F(GroupCutEnd, LineAlongTheSideDoesNothing) {
     rectangle(10, 10, ALL);
     place({5, 1}, {7, 1});
-    EXPECT_EQ(NUMNP, 4);
+    EXPECT_EQ(state.engine.highest_node, 4);
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 0, 0}));
     EXPECT_EQ(side_marks(0), (FourNodes{0, 0, 0, 0}));
 }
@@ -135,10 +135,10 @@ TEST_F(GroupCutEnd, LineAlongTheSideDoesNothing) {
 TEST_F(GroupCutEnd, EndWellInsideBecomesTheCentre) {
     rectangle(10, 10, ALL);
     place({5, 3}, {5, -5});
-    EXPECT_EQ(CUTTAB[0].C, 5);
+    EXPECT_EQ(state.engine.rows[0].C, 5);
     expect_node(5, 5, 3);
-    SPLITROWS();
-    ASSERT_EQ(NCONT, 4);
+    SPLITROWS(state.mesh, state.engine);
+    ASSERT_EQ(state.engine.highest_element, 4);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 5, 0}));
     EXPECT_EQ(corners(2), (FourNodes{2, 3, 5, 0}));
     EXPECT_EQ(corners(3), (FourNodes{5, 3, 4, 0}));
@@ -149,7 +149,7 @@ TEST_F(GroupCutEnd, EndWellInsideBecomesTheCentre) {
 TEST_F(GroupCutEnd, EndRatherNearASideGoesBackHalfTheWay) {
     rectangle(10, 10, ALL);
     place({5, 3}, {5, 9});
-    EXPECT_EQ(CUTTAB[0].C, 5);
+    EXPECT_EQ(state.engine.rows[0].C, 5);
     expect_node(5, 5, 4.5F);
 }
 
@@ -181,16 +181,16 @@ protected:
         node(2, 9, 0, true);
         node(3, 0, 9, true);
         element(1, {1, 2, 3, 0});
-        build_indexes();
+        build_indexes(state.mesh, state.engine);
     }
 };
 
 TEST_F(GroupCutEndTriangle, EndWellInsideBecomesTheCentre) {
     place({4, 2}, {4, -2});
-    EXPECT_EQ(CUTTAB[0].C, 4);
+    EXPECT_EQ(state.engine.rows[0].C, 4);
     expect_node(4, 4, 2);
-    SPLITROWS();
-    ASSERT_EQ(NCONT, 3);
+    SPLITROWS(state.mesh, state.engine);
+    ASSERT_EQ(state.engine.highest_element, 3);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 4, 0}));
     EXPECT_EQ(corners(2), (FourNodes{4, 2, 3, 0}));
     EXPECT_EQ(corners(3), (FourNodes{1, 4, 3, 0}));
@@ -225,18 +225,18 @@ TEST_F(GroupCutEnd, CentreStartsByKindAndFollowsItsCorners) {
         clear();
         rectangle(10, 10, ALL);
         for (const std::int32_t n : ALL)
-            IDN[n] = has_values ? NodeCodes{} : NodeCodes{1, 1, 1, 1, 1};
-        IDN[3][1] = has_values ? 6 : 0;
-        H[2] = 4.0F;
+            state.mesh.codes[n] = has_values ? NodeCodes{} : NodeCodes{1, 1, 1, 1, 1};
+        state.mesh.codes[3][1] = has_values ? 6 : 0;
+        state.mesh.head[2] = 4.0F;
         place({5, 3}, {5, -5});
-        ASSERT_EQ(NUMNP, 5);
-        EXPECT_EQ(IDN[5][0], kind == TEMPERATURE ? 0 : 1) << kind;
-        EXPECT_EQ(IDN[5][1], has_values ? 6 : 0) << kind;
+        ASSERT_EQ(state.engine.highest_node, 5);
+        EXPECT_EQ(state.mesh.codes[5][0], kind == TEMPERATURE ? 0 : 1) << kind;
+        EXPECT_EQ(state.mesh.codes[5][1], has_values ? 6 : 0) << kind;
         if (kind != TEMPERATURE) {
-            EXPECT_EQ(IDN[5][2], 1) << kind;
+            EXPECT_EQ(state.mesh.codes[5][2], 1) << kind;
         }
         if (has_values) {
-            EXPECT_EQ(H[5], 4.0F) << kind;
+            EXPECT_EQ(state.mesh.head[5], 4.0F) << kind;
         }
     }
 }

@@ -19,19 +19,19 @@ protected:
         // The file lies in the directory above the working directory.
         fs::create_directory(directory.path() / "work");
         fs::current_path(directory.path() / "work");
-        RESETMESH();
-        NMARK.fill(0);
-        NPIPE = NCONV = NFSEC = NGROUP = 0;
+        RESETMESH(state.mesh, state.side, state.selection);
+        state.mesh.node_mark.fill(0);
+        state.listing.pipes = state.listing.convection_lines = state.listing.flow_sections = state.group_cards.count = 0;
         result_ = {};
     }
     void node(std::int32_t n, const NodeCodes& words) {
-        NACT1[n] = 1;
-        IDN[n] = words;
+        state.mesh.node_in_use[n] = 1;
+        state.mesh.codes[n] = words;
         result_.nodes.include(n);
     }
     void truss(std::int32_t n, std::int32_t i, std::int32_t j) {
-        EACT1[n] = EL_TRUSS;
-        IEL[n] = {i, j, j, i, 0, 0, 0, 0, 1};
+        state.mesh.type_in_use[n] = EL_TRUSS;
+        state.mesh.words[n] = {i, j, j, i, 0, 0, 0, 0, 1};
         result_.elements.include(n);
     }
     Lines boundary() const { return lines(directory.read("Boundary.Man")); }
@@ -62,77 +62,77 @@ constexpr const char* PIPE_VALUES = "*   IDP   MATP  IDFNP  NODEP";
 constexpr const char* NODE_LIST = "* Listing of Nodes --- ";
 
 TEST_F(BoundaryWords, CountOfTheFirstNodeCutsThePipe) {
-    NPIPE = 1;
+    state.listing.pipes = 1;
     node(4, {2, 8, 1, 1, 2});
     node(5, {2, 9, 1, 2, 4});
     node(6, {2, 9, 1, 3, 4});
     node(7, {2, 9, 1, 4, 4});
-    WRITEPIPES(result_);
+    WRITEPIPES(state.channels, state.mesh, state.listing, result_);
     EXPECT_EQ(behind(PIPE_VALUES, 1), Lines{"      1      8      0      2"});
     EXPECT_EQ(behind(NODE_LIST, 1), Lines{"      4      5"});
     // The scan ends with the second: the others keep their words.
-    EXPECT_EQ(IDN[5][0], 0);
-    EXPECT_EQ(IDN[5][1], 0);
-    EXPECT_EQ(IDN[6][0], 2);
-    EXPECT_EQ(IDN[7][1], 9);
+    EXPECT_EQ(state.mesh.codes[5][0], 0);
+    EXPECT_EQ(state.mesh.codes[5][1], 0);
+    EXPECT_EQ(state.mesh.codes[6][0], 2);
+    EXPECT_EQ(state.mesh.codes[7][1], 9);
 }
 
 TEST_F(BoundaryWords, PositionsThatNoNodeFillsShow0) {
-    NPIPE = 1;
+    state.listing.pipes = 1;
     node(4, {2, 8, 1, 4, 5});
     node(9, {2, 8, 1, 2, 5});
-    WRITEPIPES(result_);
+    WRITEPIPES(state.channels, state.mesh, state.listing, result_);
     EXPECT_EQ(behind(NODE_LIST, 1), Lines{"      0      9      0      4      0"});
 }
 
 TEST_F(BoundaryWords, PositionOutsideTheListIsLeftOutAndItsCodesAreCleared) {
-    NPIPE = 1;
+    state.listing.pipes = 1;
     node(4, {2, 8, 1, 0, 3});
     node(5, {2, 8, 1, 4, 3});
     node(6, {2, 8, 1, 2, 3});
-    WRITEPIPES(result_);
+    WRITEPIPES(state.channels, state.mesh, state.listing, result_);
     EXPECT_EQ(behind(NODE_LIST, 1), Lines{"      0      6      0"});
     for (const std::int32_t n : {4, 5, 6})
-        EXPECT_EQ(IDN[n][0] + IDN[n][1], 0) << n;
+        EXPECT_EQ(state.mesh.codes[n][0] + state.mesh.codes[n][1], 0) << n;
 }
 
 TEST_F(BoundaryWords, NegativeCountIsThatOfAClosedLine) {
-    NCONV = 1;
+    state.listing.convection_lines = 1;
     node(4, {3, 8, 1, 2, -3});
     node(5, {3, 8, 1, 3, -3});
     node(6, {3, 8, 1, 1, -3});
-    WRITEPIPES(result_);
+    WRITEPIPES(state.channels, state.mesh, state.listing, result_);
     EXPECT_EQ(behind("*   IDC  IDFNC  IDFNT  NODEC", 1), Lines{"      1      8      0      3"});
     EXPECT_EQ(behind(NODE_LIST, 1), Lines{"      6      4      5"});
 }
 
 TEST_F(BoundaryWords, WordsOfOtherNodesAreNotOfALine) {
-    NPIPE = NCONV = 1;
+    state.listing.pipes = state.listing.convection_lines = 1;
     node(4, {2, 8, 1, 1, 1});
     node(5, {2, 7, 0, 1, 1});  // no line
     node(6, {2, 7, 2, 1, 1});  // beyond the count
     node(7, {4, 7, 1, 1, 1});  // neither mark
     node(8, {3, 6, 1, 1, 1});
-    IDN[9] = {2, 5, 1, 1, 1};  // not in the mesh
+    state.mesh.codes[9] = {2, 5, 1, 1, 1};  // not in the mesh
     result_.nodes.include(9);
-    WRITEPIPES(result_);
+    WRITEPIPES(state.channels, state.mesh, state.listing, result_);
     EXPECT_EQ(behind("* NTNP ", 1), Lines{"     1"});
     EXPECT_EQ(behind("*  MATP       FVOL       SPHL        ROL        HCL", 1),
               Lines{"      8      0.000      0.000      0.000      0.000"});
     EXPECT_EQ(behind(NODE_LIST, 1), Lines{"      4"});
     for (const std::int32_t n : {5, 6, 7, 9})
-        EXPECT_NE(IDN[n][1], 0) << n;
-    EXPECT_EQ(IDN[8][1], 0);
+        EXPECT_NE(state.mesh.codes[n][1], 0) << n;
+    EXPECT_EQ(state.mesh.codes[8][1], 0);
 }
 
 TEST_F(BoundaryWords, OnlyTheTemperatureKindWritesLines) {
     for (const std::int32_t number : {COUPLED, HEAD, DISPLACEMENT}) {
         const Edition kind(number);
-        NPIPE = 1;
+        state.listing.pipes = 1;
         node(4, {2, 8, 1, 1, 1});
-        WRITEPIPES(result_);
+        WRITEPIPES(state.channels, state.mesh, state.listing, result_);
         EXPECT_FALSE(directory.exists("Boundary.Man"));
-        EXPECT_EQ(IDN[4][0], 2);
+        EXPECT_EQ(state.mesh.codes[4][0], 2);
     }
 }
 
@@ -146,19 +146,19 @@ protected:
 
     void SetUp() override {
         BoundaryWords::SetUp();
-        NGROUP = 2;
+        state.group_cards.count = 2;
         for (const std::int32_t g : {1, 2}) {
-            GROUPPOST[g] = {};
-            GROUPPOST[g].title = TextLine(g == 1 ? "one" : "two");
+            state.group_cards.outputs[g] = {};
+            state.group_cards.outputs[g].title = TextLine(g == 1 ? "one" : "two");
         }
     }
     static void mark(std::initializer_list<std::int32_t> nodes, int value) {
         for (const std::int32_t n : nodes)
-            NMARK[n] = static_cast<std::int8_t>(value);
+            state.mesh.node_mark[n] = static_cast<std::int8_t>(value);
     }
     // Titles in brackets and lists, as in "[one] 1 2 3; ".
     std::string runs() {
-        WRITEFLOWSECTIONS(result_);
+        WRITEFLOWSECTIONS(state.channels, state.mesh, state.group_cards, state.listing, result_);
         const Lines all = boundary();
         std::string text;
         for (std::size_t i = 0; i + 1 < all.size(); ++i) {
@@ -178,7 +178,7 @@ protected:
 };
 
 TEST_F(FlowRuns, TrussGoesOnWhereTheOneBeforeEndsUnderTheSameMark) {
-    NFSEC = 9;
+    state.listing.flow_sections = 9;
     mark({1, 2, 3, 4}, 1);
     truss(1, 1, 2);
     truss(2, 2, 3);
@@ -187,7 +187,7 @@ TEST_F(FlowRuns, TrussGoesOnWhereTheOneBeforeEndsUnderTheSameMark) {
 }
 
 TEST_F(FlowRuns, RunEndsAtAGapAndAtAnotherMark) {
-    NFSEC = 9;
+    state.listing.flow_sections = 9;
     mark({1, 2, 3}, 1);
     mark({4, 5}, 2);
     truss(1, 1, 2);
@@ -200,7 +200,7 @@ TEST_F(FlowRuns, RunEndsAtAGapAndAtAnotherMark) {
 
 // The mark is that of the first truss's end, for the whole run.
 TEST_F(FlowRuns, MarkOfARunIsThatOfItsFirstEnd) {
-    NFSEC = 9;
+    state.listing.flow_sections = 9;
     mark({1, 3}, 1);
     mark({2}, 2);
     truss(1, 1, 2);
@@ -210,14 +210,14 @@ TEST_F(FlowRuns, MarkOfARunIsThatOfItsFirstEnd) {
 }
 
 TEST_F(FlowRuns, MarkWithoutAGroupHasABlankTitle) {
-    NFSEC = 9;
+    state.listing.flow_sections = 9;
     mark({2}, 3);
     mark({4}, 200);  // held in 8 bits
     truss(1, 1, 2);
     truss(2, 3, 4);
     EXPECT_EQ(runs(), "[] 1 2; [] 3 4; ");
-    NGROUP = 200;
-    GROUPPOST[200].title = TextLine("far");
+    state.group_cards.count = 200;
+    state.group_cards.outputs[200].title = TextLine("far");
     EXPECT_EQ(runs(), "[] 1 2; [far] 3 4; ");
 }
 
@@ -226,11 +226,11 @@ TEST_F(FlowRuns, BeyondTheCountThereIsNoHeadAndNoLastList) {
     truss(1, 1, 2);
     truss(2, 3, 4);
     truss(3, 5, 6);
-    NFSEC = 3;
+    state.listing.flow_sections = 3;
     EXPECT_EQ(runs(), "[one] 1 2; [one] 3 4; [one] 5 6; ");
-    NFSEC = 2;
+    state.listing.flow_sections = 2;
     EXPECT_EQ(runs(), "[one] 1 2; [one] 3 4; ");
-    NFSEC = 1;
+    state.listing.flow_sections = 1;
     EXPECT_EQ(runs(), "[one] 1 2;  3 4; ");
 }
 

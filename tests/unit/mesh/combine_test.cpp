@@ -11,36 +11,36 @@ namespace {
 class Combine : public ::testing::Test {
 protected:
     Combine() : edition_(DISPLACEMENT) {
-        RESETMESH();
-        IEL.fill(ElementWords{});
-        REGION1 = Region{};
-        REGION2 = Region{};
-        REGION1.name = "first.Mes";
-        REGION2.name = "second.Mes";
-        LISTPLACE = "deck.dat, line 7";
-        KEEPDUP = false;
-        NINT = 0;
+        RESETMESH(state.mesh, state.side, state.selection);
+        state.mesh.words.fill(ElementWords{});
+        state.combination.first = Region{};
+        state.combination.second = Region{};
+        state.combination.first.name = "first.Mes";
+        state.combination.second.name = "second.Mes";
+        state.combination.list_place = "deck.dat, line 7";
+        state.combination.keeps_first_data = false;
+        state.combination.pair_count = 0;
     }
 
     static void first(std::int32_t n, float x, float y) {
-        NACT1[n] = 1;
-        XC1[n] = x;
-        YC1[n] = y;
-        IDN1[n] = {n, n, n, n, n};
-        REGION1.nodes.include(n);
+        state.mesh.node_in_use[n] = 1;
+        state.side.x[n] = x;
+        state.side.y[n] = y;
+        state.side.codes[n] = {n, n, n, n, n};
+        state.combination.first.nodes.include(n);
     }
     static void second(std::int32_t n, float x, float y) {
-        NACT2[n] = 1;
-        NUSED[n] = n;
-        XC[n] = x;
-        YC[n] = y;
-        IDN[n] = {-n, -n, -n, -n, -n};
-        REGION2.nodes.include(n);
+        state.side.second_node_in_use[n] = 1;
+        state.mesh.node_used[n] = n;
+        state.mesh.x[n] = x;
+        state.mesh.y[n] = y;
+        state.mesh.codes[n] = {-n, -n, -n, -n, -n};
+        state.combination.second.nodes.include(n);
     }
     static void pair(std::int32_t of_second, std::int32_t of_first) {
-        ++NINT;
-        LISTB[NINT] = of_second;
-        LISTA[NINT] = of_first;
+        ++state.combination.pair_count;
+        state.combination.second_nodes[state.combination.pair_count] = of_second;
+        state.combination.first_nodes[state.combination.pair_count] = of_first;
     }
 
 private:
@@ -71,11 +71,11 @@ Starts starts_of(const Ranges& second, const Ranges& first) {
         region.old_elements[1] = ranges.beam;
         region.old_elements[2] = ranges.truss;
     };
-    set(REGION1, first);
-    set(REGION2, second);
-    FIXREGIONNUMBERS();
-    return {REGION2.start[0], REGION1.start[0], REGION2.start[1],
-            REGION1.start[1], REGION2.start[2], REGION1.start[2]};
+    set(state.combination.first, first);
+    set(state.combination.second, second);
+    FIXREGIONNUMBERS(state.combination);
+    return {state.combination.second.start[0], state.combination.first.start[0], state.combination.second.start[1],
+            state.combination.first.start[1], state.combination.second.start[2], state.combination.first.start[2]};
 }
 
 TEST_F(Combine, NumbersThatRiseFromRegionToRegionAndTypeToTypeStay) {
@@ -132,15 +132,15 @@ TEST_F(Combine, AnEmptySetTakesItsStartValuesOffWhatFollows) {
 }
 
 TEST_F(Combine, OnlyTheLowestNewNumbersAreHeldAgainstEachOther) {
-    REGION1.elements = {5, 9};
-    REGION2.elements = {5, 7};
-    EXPECT_TRUE(regions_collide());
-    REGION2.elements = {6, 7};
-    EXPECT_FALSE(regions_collide());
-    REGION1.elements = NONE;
-    EXPECT_FALSE(regions_collide());
-    REGION2.elements = NONE;
-    EXPECT_TRUE(regions_collide()) << "two regions without elements";
+    state.combination.first.elements = {5, 9};
+    state.combination.second.elements = {5, 7};
+    EXPECT_TRUE(regions_collide(state.combination));
+    state.combination.second.elements = {6, 7};
+    EXPECT_FALSE(regions_collide(state.combination));
+    state.combination.first.elements = NONE;
+    EXPECT_FALSE(regions_collide(state.combination));
+    state.combination.second.elements = NONE;
+    EXPECT_TRUE(regions_collide(state.combination)) << "two regions without elements";
 }
 
 // --- matching ------------------------------------------------------------------------------------
@@ -148,19 +148,19 @@ TEST_F(Combine, OnlyTheLowestNewNumbersAreHeldAgainstEachOther) {
 TEST_F(Combine, TheSmallestSpacingIsThatOfEitherRegion) {
     first(1, 0, 0);
     first(2, 3, 4);
-    EXPECT_EQ(SMALLESTSPACING(), 5.0F);
+    EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 5.0F);
     second(1, 100, 0);
-    EXPECT_EQ(SMALLESTSPACING(), 5.0F) << "between the regions nothing is measured";
+    EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 5.0F) << "between the regions nothing is measured";
     second(7, 100, 2);
-    EXPECT_EQ(SMALLESTSPACING(), 2.0F);
+    EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 2.0F);
     second(9, 100, 2);
-    EXPECT_EQ(SMALLESTSPACING(), 0.0F);
+    EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 0.0F);
 }
 
 TEST_F(Combine, OneNodeInEachRegionHasNoSpacing) {
     first(1, 0, 0);
     second(1, 0, 0);
-    EXPECT_EQ(SMALLESTSPACING(), 1.0E35F);
+    EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 1.0E35F);
 }
 
 TEST_F(Combine, NodesWithinHalfTheSpacingMatch) {
@@ -170,11 +170,11 @@ TEST_F(Combine, NodesWithinHalfTheSpacingMatch) {
     first(11, -0.25F, 0.25F);  // near 4
     first(12, -0.5F, 0.0F);    // exactly at the reach of 4
     first(13, -0.50000006F, 0.0F);
-    MATCHNEAREST(1.0F);
-    EXPECT_EQ(NMAP[10], -5);
-    EXPECT_EQ(NMAP[11], -4);
-    EXPECT_EQ(NMAP[12], -4);
-    EXPECT_EQ(NMAP[13], 13);
+    MATCHNEAREST(state.combination, state.mesh, state.side, 1.0F);
+    EXPECT_EQ(state.mesh.new_number[10], -5);
+    EXPECT_EQ(state.mesh.new_number[11], -4);
+    EXPECT_EQ(state.mesh.new_number[12], -4);
+    EXPECT_EQ(state.mesh.new_number[13], 13);
 }
 
 TEST_F(Combine, WithoutAReachOnlyCoincidentNodesMatch) {
@@ -183,9 +183,9 @@ TEST_F(Combine, WithoutAReachOnlyCoincidentNodesMatch) {
     second(6, 2, 2);
     first(10, 1, 2);
     first(11, 1.0000001F, 2);
-    MATCHNEAREST(0.0F);
-    EXPECT_EQ(NMAP[10], -5);
-    EXPECT_EQ(NMAP[11], 11);
+    MATCHNEAREST(state.combination, state.mesh, state.side, 0.0F);
+    EXPECT_EQ(state.mesh.new_number[10], -5);
+    EXPECT_EQ(state.mesh.new_number[11], 11);
 }
 
 TEST_F(Combine, ListedPairsMatchWhereverTheyAre) {
@@ -195,22 +195,22 @@ TEST_F(Combine, ListedPairsMatchWhereverTheyAre) {
     first(11, 80, 80);
     pair(5, 10);
     pair(4, 99);  // no node of the first region
-    MATCHLISTED();
-    EXPECT_EQ(NMAP[10], -5);
-    EXPECT_EQ(NMAP[11], 11);
-    EXPECT_EQ(NMAP[99], 99);
+    MATCHLISTED(state.combination, state.mesh, state.side);
+    EXPECT_EQ(state.mesh.new_number[10], -5);
+    EXPECT_EQ(state.mesh.new_number[11], 11);
+    EXPECT_EQ(state.mesh.new_number[99], 99);
     pair(4, 10);
-    MATCHLISTED();
-    EXPECT_EQ(NMAP[10], -4) << "the last pair of a node counts";
+    MATCHLISTED(state.combination, state.mesh, state.side);
+    EXPECT_EQ(state.mesh.new_number[10], -4) << "the last pair of a node counts";
 }
 
 TEST_F(Combine, AListedNodeThatIsNotThereEndsTheRun) {
     second(4, 0, 0);
     first(10, 0, 0);
     for (const std::int32_t missing : {10, 5, 0, -4, 99991}) {
-        NINT = 0;
+        state.combination.pair_count = 0;
         pair(missing, 10);
-        const std::string message = failure_of([] { MATCHLISTED(); });
+        const std::string message = failure_of([] { MATCHLISTED(state.combination, state.mesh, state.side); });
         EXPECT_EQ(message.rfind("deck.dat, line 7", 0), 0U) << message;
         EXPECT_NE(message.find("Card 2.3"), std::string::npos) << message;
         EXPECT_NE(message.find(std::to_string(missing)), std::string::npos) << message;
@@ -228,61 +228,61 @@ protected:
         first(3, 1.125F, 2.125F);
         first(8, 30, 40);
         first(9, 50, 60);
-        NMAP[3] = -5;
+        state.mesh.new_number[3] = -5;
     }
 };
 
 TEST_F(CombineNodes, TheOthersGoOnBehindTheSecondRegion) {
-    MERGENODES();
-    EXPECT_EQ(NMAP[3], 5);
-    EXPECT_EQ(NMAP[8], 7);
-    EXPECT_EQ(NMAP[9], 8);
-    EXPECT_EQ(XC[7], 30.0F);
-    EXPECT_EQ(YC[8], 60.0F);
-    EXPECT_EQ(IDN[7][2], 8);
-    EXPECT_EQ(NUSED[7], 7);
-    EXPECT_EQ(NUSED[8], 8);
-    EXPECT_EQ(NUSED[9], 0);
+    MERGENODES(state.combination, state.mesh, state.side);
+    EXPECT_EQ(state.mesh.new_number[3], 5);
+    EXPECT_EQ(state.mesh.new_number[8], 7);
+    EXPECT_EQ(state.mesh.new_number[9], 8);
+    EXPECT_EQ(state.mesh.x[7], 30.0F);
+    EXPECT_EQ(state.mesh.y[8], 60.0F);
+    EXPECT_EQ(state.mesh.codes[7][2], 8);
+    EXPECT_EQ(state.mesh.node_used[7], 7);
+    EXPECT_EQ(state.mesh.node_used[8], 8);
+    EXPECT_EQ(state.mesh.node_used[9], 0);
 }
 
 TEST_F(CombineNodes, AMergedNodeHasTheDataOfTheSecondRegion) {
-    MERGENODES();
-    EXPECT_EQ(XC[5], 1.0F);
-    EXPECT_EQ(IDN[5][0], -5);
+    MERGENODES(state.combination, state.mesh, state.side);
+    EXPECT_EQ(state.mesh.x[5], 1.0F);
+    EXPECT_EQ(state.mesh.codes[5][0], -5);
 }
 
 TEST_F(CombineNodes, AMergedNodeTakesTheDataOfTheFirstRegionWhereTheDeckSaysSo) {
-    KEEPDUP = true;
-    MERGENODES();
-    EXPECT_EQ(XC[5], 1.125F);
-    EXPECT_EQ(YC[5], 2.125F);
-    EXPECT_EQ(IDN[5], (NodeCodes{3, 3, 3, -5, -5})) << "the displacement kind has three codes";
-    EXPECT_EQ(XC[7], 30.0F);
+    state.combination.keeps_first_data = true;
+    MERGENODES(state.combination, state.mesh, state.side);
+    EXPECT_EQ(state.mesh.x[5], 1.125F);
+    EXPECT_EQ(state.mesh.y[5], 2.125F);
+    EXPECT_EQ(state.mesh.codes[5], (NodeCodes{3, 3, 3, -5, -5})) << "the displacement kind has three codes";
+    EXPECT_EQ(state.mesh.x[7], 30.0F);
 }
 
 TEST_F(CombineNodes, NodesBeyondTheTableEndTheRun) {
     second(99989, 0, 0);
-    const std::string message = failure_of([] { MERGENODES(); });
+    const std::string message = failure_of([] { MERGENODES(state.combination, state.mesh, state.side); });
     EXPECT_NE(message.find("99990"), std::string::npos) << message;
     EXPECT_NE(message.find("first.Mes"), std::string::npos) << message;
 }
 
 TEST_F(CombineNodes, TheLastPlaceOfTheTableCanBeTaken) {
     second(99988, 0, 0);
-    MERGENODES();
-    EXPECT_EQ(NMAP[9], 99990);
-    EXPECT_EQ(XC[99990], 50.0F);
+    MERGENODES(state.combination, state.mesh, state.side);
+    EXPECT_EQ(state.mesh.new_number[9], 99990);
+    EXPECT_EQ(state.mesh.x[99990], 50.0F);
 }
 
 TEST_F(CombineNodes, CornersAndMidsidesOfTheFirstRegionAreRenamed) {
-    MERGENODES();
-    EACT1[20] = EL_CONTINUUM;
-    EACT2[21] = EL_CONTINUUM;
+    MERGENODES(state.combination, state.mesh, state.side);
+    state.mesh.type_in_use[20] = EL_CONTINUUM;
+    state.side.second_type_in_use[21] = EL_CONTINUUM;
     for (const std::int32_t n : {20, 21})
-        IEL[n] = {3, 8, 9, 0, 8, -2, 0, 9, 1};
-    REGION1.elements = {20, 21};
-    RENUMBERFIRST();
-    const ElementWords& w = IEL[20];
+        state.mesh.words[n] = {3, 8, 9, 0, 8, -2, 0, 9, 1};
+    state.combination.first.elements = {20, 21};
+    RENUMBERFIRST(state.combination, state.mesh);
+    const ElementWords& w = state.mesh.words[20];
     EXPECT_EQ(w.I1, 5);
     EXPECT_EQ(w.I2, 7);
     EXPECT_EQ(w.I3, 8);
@@ -290,29 +290,29 @@ TEST_F(CombineNodes, CornersAndMidsidesOfTheFirstRegionAreRenamed) {
     EXPECT_EQ(w.M5, 7);
     EXPECT_EQ(w.M6, -2) << "no node";
     EXPECT_EQ(w.M8, 8);
-    EXPECT_EQ(IEL[21].I1, 3) << "an element of the second region";
+    EXPECT_EQ(state.mesh.words[21].I1, 3) << "an element of the second region";
 }
 
 TEST_F(CombineNodes, KindsWithoutMidsidesRenameFourWords) {
     for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
         const Edition kind(edition);
-        NMAP[3] = 5;
-        EACT1[20] = EL_CONTINUUM;
-        IEL[20] = {3, 3, 3, 3, 3, 3, 3, 3, 1};
-        REGION1.elements = {20, 20};
-        RENUMBERFIRST();
-        EXPECT_EQ(IEL[20].I4, 5);
-        EXPECT_EQ(IEL[20].M5, 3);
+        state.mesh.new_number[3] = 5;
+        state.mesh.type_in_use[20] = EL_CONTINUUM;
+        state.mesh.words[20] = {3, 3, 3, 3, 3, 3, 3, 3, 1};
+        state.combination.first.elements = {20, 20};
+        RENUMBERFIRST(state.combination, state.mesh);
+        EXPECT_EQ(state.mesh.words[20].I4, 5);
+        EXPECT_EQ(state.mesh.words[20].M5, 3);
     }
 }
 
 TEST_F(CombineNodes, CountsTakeTheFirstRegionsTypeFirst) {
-    EACT1[20] = EL_TRUSS;
-    EACT2[20] = EL_CONTINUUM;
-    EACT2[30] = EL_BEAM;
-    EACT2[31] = EL_CONTINUUM;
+    state.mesh.type_in_use[20] = EL_TRUSS;
+    state.side.second_type_in_use[20] = EL_CONTINUUM;
+    state.side.second_type_in_use[30] = EL_BEAM;
+    state.side.second_type_in_use[31] = EL_CONTINUUM;
     ResultMesh result;
-    COUNTCOMBINED(result);
+    COUNTCOMBINED(state.mesh, state.side, result);
     EXPECT_EQ(result.counts.NUMNP, 2);
     EXPECT_EQ(result.nodes.lowest, 5);
     EXPECT_EQ(result.nodes.highest, 6);

@@ -13,53 +13,53 @@ namespace {
 class Compaction : public ::testing::TestWithParam<std::int32_t> {
 protected:
     Compaction() : edition_(GetParam()) {
-        RESETMESH();
-        IEL.fill(ElementWords{});
-        NMARK.fill(0);
-        H.fill(0.0F);
-        CF.fill(0.0F);
-        EDIT.start_place = "deck.dat, line 4";
+        RESETMESH(state.mesh, state.side, state.selection);
+        state.mesh.words.fill(ElementWords{});
+        state.mesh.node_mark.fill(0);
+        state.mesh.head.fill(0.0F);
+        state.mesh.coefficient.fill(0.0F);
+        state.edit.start_place = "deck.dat, line 4";
     }
 
     // Each value of node n tells n.
     static void node(std::int32_t n) {
         const float value = static_cast<float>(n);
-        IDN[n] = {10 * n + 1, 10 * n + 2, 10 * n + 3, 10 * n + 4, 10 * n + 5};
-        NMARK[n] = static_cast<std::int8_t>(n % 100);
-        XC[n] = value + 0.25F;
-        YC[n] = value + 0.5F;
-        H[n] = value * 100.0F;
-        CF[n] = value * 1000.0F;
+        state.mesh.codes[n] = {10 * n + 1, 10 * n + 2, 10 * n + 3, 10 * n + 4, 10 * n + 5};
+        state.mesh.node_mark[n] = static_cast<std::int8_t>(n % 100);
+        state.mesh.x[n] = value + 0.25F;
+        state.mesh.y[n] = value + 0.5F;
+        state.mesh.head[n] = value * 100.0F;
+        state.mesh.coefficient[n] = value * 1000.0F;
     }
     // Each attribute and midside word of element n tells n.
     static void element(std::int32_t n, std::int32_t type, std::int32_t i1, std::int32_t i2, std::int32_t i3,
                         std::int32_t i4) {
-        ETYPE[n] = type;
-        IEL[n] = {i1, i2, i3, i4, 10 * n + 5, 10 * n + 6, 10 * n + 7, 10 * n + 8, 70 + n};
-        KS[n] = 1000 + n;
-        KF[n] = 2000 + n;
-        INTR[n] = 3000 + n;
-        INTS[n] = 4000 + n;
-        TBJWL[n] = static_cast<float>(5000 + n);
-        IDH[n] = 6000 + n;
-        THIC[n] = static_cast<float>(7000 + n);
-        DEN[n] = static_cast<float>(8000 + n);
+        state.mesh.type[n] = type;
+        state.mesh.words[n] = {i1, i2, i3, i4, 10 * n + 5, 10 * n + 6, 10 * n + 7, 10 * n + 8, 70 + n};
+        state.mesh.skeleton[n] = 1000 + n;
+        state.mesh.fluid[n] = 2000 + n;
+        state.mesh.integration_r[n] = 3000 + n;
+        state.mesh.integration_s[n] = 4000 + n;
+        state.mesh.real_attribute[n] = static_cast<float>(5000 + n);
+        state.mesh.attribute[n] = 6000 + n;
+        state.mesh.thickness[n] = static_cast<float>(7000 + n);
+        state.mesh.density[n] = static_cast<float>(8000 + n);
     }
 
     // Number of the element from which the attributes at n come.
     static std::int32_t attributes_from(std::int32_t n) {
-        switch (KIND()) {
+        switch (state.settings.kind()) {
             case LayoutKind::coupled:
-                EXPECT_EQ(KF[n], KS[n] + 1000);
-                EXPECT_EQ(INTR[n], KS[n] + 2000);
-                EXPECT_EQ(INTS[n], KS[n] + 3000);
-                EXPECT_EQ(TBJWL[n], static_cast<float>(KS[n] + 4000));
-                return KS[n] - 1000;
+                EXPECT_EQ(state.mesh.fluid[n], state.mesh.skeleton[n] + 1000);
+                EXPECT_EQ(state.mesh.integration_r[n], state.mesh.skeleton[n] + 2000);
+                EXPECT_EQ(state.mesh.integration_s[n], state.mesh.skeleton[n] + 3000);
+                EXPECT_EQ(state.mesh.real_attribute[n], static_cast<float>(state.mesh.skeleton[n] + 4000));
+                return state.mesh.skeleton[n] - 1000;
             case LayoutKind::displacement:
-                EXPECT_EQ(DEN[n], THIC[n] + 1000.0F);
-                return static_cast<std::int32_t>(THIC[n]) - 7000;
+                EXPECT_EQ(state.mesh.density[n], state.mesh.thickness[n] + 1000.0F);
+                return static_cast<std::int32_t>(state.mesh.thickness[n]) - 7000;
             default:
-                return IDH[n] - 6000;
+                return state.mesh.attribute[n] - 6000;
         }
     }
 
@@ -82,16 +82,16 @@ protected:
 };
 
 TEST_P(CompactionOfGaps, ElementsMoveDownInTheOrderOfTheirNumbersAcrossTheTypes) {
-    EXPECT_EQ(PACKELEMENTS(), 3);
+    EXPECT_EQ(PACKELEMENTS(state.mesh), 3);
     const std::int32_t types[] = {EL_CONTINUUM, EL_TRUSS, EL_CONTINUUM};
     const std::int32_t from[] = {3, 5, 9};
     const std::int32_t corners[][4] = {{2, 4, 8, 7}, {7, 8, 8, 7}, {4, 7, 2, 0}};
     for (std::int32_t p = 1; p <= 3; ++p) {
         const auto k = static_cast<std::size_t>(p - 1);
-        EXPECT_EQ(ETYPE[p], types[k]);
-        EXPECT_EQ(IEL[p].MATNO, 70 + from[k]);
+        EXPECT_EQ(state.mesh.type[p], types[k]);
+        EXPECT_EQ(state.mesh.words[p].MATNO, 70 + from[k]);
         EXPECT_EQ(attributes_from(p), from[k]);
-        const ElementWords& w = IEL[p];
+        const ElementWords& w = state.mesh.words[p];
         EXPECT_EQ(w.I1, corners[k][0]);
         EXPECT_EQ(w.I2, corners[k][1]);
         EXPECT_EQ(w.I3, corners[k][2]);
@@ -100,18 +100,18 @@ TEST_P(CompactionOfGaps, ElementsMoveDownInTheOrderOfTheirNumbersAcrossTheTypes)
 }
 
 TEST_P(CompactionOfGaps, MidsideWordsStayAtTheirPositions) {
-    PACKELEMENTS();
+    PACKELEMENTS(state.mesh);
     for (std::int32_t p = 1; p <= 3; ++p) {
-        const ElementWords& w = IEL[p];
+        const ElementWords& w = state.mesh.words[p];
         EXPECT_EQ(w.M5, 10 * p + 5);
         EXPECT_EQ(w.M8, 10 * p + 8);
     }
     // From there all nine words go to the final number.
-    PACKNODES();
-    RENUMBERCORNERS(3, 1);
-    PLACEELEMENTS(3, 500);
+    PACKNODES(state.mesh);
+    RENUMBERCORNERS(state.mesh, 3, 1);
+    PLACEELEMENTS(state.edit, state.mesh, 3, 500);
     for (std::int32_t p = 1; p <= 3; ++p) {
-        const ElementWords& w = IEL[499 + p];
+        const ElementWords& w = state.mesh.words[499 + p];
         EXPECT_EQ(w.M5, 10 * p + 5);
         EXPECT_EQ(w.M6, 10 * p + 6);
         EXPECT_EQ(w.M7, 10 * p + 7);
@@ -120,82 +120,82 @@ TEST_P(CompactionOfGaps, MidsideWordsStayAtTheirPositions) {
 }
 
 TEST_P(CompactionOfGaps, NodesWithoutAnElementAreNotMarked) {
-    NUSED[1] = 1;  // left by an earlier stage
-    PACKELEMENTS();
+    state.mesh.node_used[1] = 1;  // left by an earlier stage
+    PACKELEMENTS(state.mesh);
     const std::int32_t expected[] = {0, 2, 0, 4, 0, 0, 7, 8, 0};
     for (std::int32_t n = 1; n <= 9; ++n)
-        EXPECT_EQ(NUSED[n], expected[n - 1]) << "node " << n;
+        EXPECT_EQ(state.mesh.node_used[n], expected[n - 1]) << "node " << n;
 }
 
 TEST_P(CompactionOfGaps, NodesMoveDownWithTheirMarkAndAllFiveCodes) {
-    PACKELEMENTS();
-    EXPECT_EQ(PACKNODES(), 4);
+    PACKELEMENTS(state.mesh);
+    EXPECT_EQ(PACKNODES(state.mesh), 4);
     const std::int32_t from[] = {2, 4, 7, 8};
     for (std::int32_t p = 1; p <= 4; ++p) {
         const std::int32_t n = from[p - 1];
-        EXPECT_EQ(NMAP[n], p);
-        EXPECT_EQ(IDN[p], (NodeCodes{10 * n + 1, 10 * n + 2, 10 * n + 3, 10 * n + 4, 10 * n + 5}));
-        EXPECT_EQ(NMARK[p], n);
-        EXPECT_EQ(XC[p], static_cast<float>(n) + 0.25F);
-        EXPECT_EQ(YC[p], static_cast<float>(n) + 0.5F);
+        EXPECT_EQ(state.mesh.new_number[n], p);
+        EXPECT_EQ(state.mesh.codes[p], (NodeCodes{10 * n + 1, 10 * n + 2, 10 * n + 3, 10 * n + 4, 10 * n + 5}));
+        EXPECT_EQ(state.mesh.node_mark[p], n);
+        EXPECT_EQ(state.mesh.x[p], static_cast<float>(n) + 0.25F);
+        EXPECT_EQ(state.mesh.y[p], static_cast<float>(n) + 0.5F);
         // Only temperatures go with their nodes.
-        const std::int32_t value_of = KIND() == LayoutKind::temperature ? n : p == 4 ? 4 : p;
-        EXPECT_EQ(H[p], static_cast<float>(value_of) * 100.0F) << "position " << p;
-        EXPECT_EQ(CF[p], static_cast<float>(value_of) * 1000.0F) << "position " << p;
+        const std::int32_t value_of = state.settings.kind() == LayoutKind::temperature ? n : p == 4 ? 4 : p;
+        EXPECT_EQ(state.mesh.head[p], static_cast<float>(value_of) * 100.0F) << "position " << p;
+        EXPECT_EQ(state.mesh.coefficient[p], static_cast<float>(value_of) * 1000.0F) << "position " << p;
     }
 }
 
 TEST_P(CompactionOfGaps, CornersTakeTheFinalNumbers) {
-    PACKELEMENTS();
-    PACKNODES();
-    IEL[3].I4 = -5;
-    RENUMBERCORNERS(3, 1000);
-    EXPECT_EQ(IEL[1].I1, 1000);
-    EXPECT_EQ(IEL[1].I2, 1001);
-    EXPECT_EQ(IEL[1].I3, 1003);
-    EXPECT_EQ(IEL[1].I4, 1002);
-    EXPECT_EQ(IEL[2].I1, 1002);
-    EXPECT_EQ(IEL[2].I4, 1002);
-    EXPECT_EQ(IEL[3].I3, 1000);
-    EXPECT_EQ(IEL[3].I4, -5) << "no node";
+    PACKELEMENTS(state.mesh);
+    PACKNODES(state.mesh);
+    state.mesh.words[3].I4 = -5;
+    RENUMBERCORNERS(state.mesh, 3, 1000);
+    EXPECT_EQ(state.mesh.words[1].I1, 1000);
+    EXPECT_EQ(state.mesh.words[1].I2, 1001);
+    EXPECT_EQ(state.mesh.words[1].I3, 1003);
+    EXPECT_EQ(state.mesh.words[1].I4, 1002);
+    EXPECT_EQ(state.mesh.words[2].I1, 1002);
+    EXPECT_EQ(state.mesh.words[2].I4, 1002);
+    EXPECT_EQ(state.mesh.words[3].I3, 1000);
+    EXPECT_EQ(state.mesh.words[3].I4, -5) << "no node";
 }
 
 TEST_P(CompactionOfGaps, NodesAndElementsEndAtTheirStartNumbers) {
-    const std::int32_t elements = PACKELEMENTS();
-    const std::int32_t nodes = PACKNODES();
-    RENUMBERCORNERS(elements, 1000);
-    PLACENODES(nodes, 1000);
-    PLACEELEMENTS(elements, 200);
+    const std::int32_t elements = PACKELEMENTS(state.mesh);
+    const std::int32_t nodes = PACKNODES(state.mesh);
+    RENUMBERCORNERS(state.mesh, elements, 1000);
+    PLACENODES(state.edit, state.mesh, nodes, 1000);
+    PLACEELEMENTS(state.edit, state.mesh, elements, 200);
     for (std::int32_t n = 1; n <= 2000; ++n)
-        EXPECT_EQ(NACT1[n], n >= 1000 && n <= 1003 ? 1 : 0) << "node " << n;
-    EXPECT_EQ(XC[1000], 2.25F);
-    EXPECT_EQ(XC[1003], 8.25F);
-    EXPECT_EQ(IDN[1002][2], 73);
-    const bool three_codes = KIND() == LayoutKind::displacement;
-    EXPECT_EQ(IDN[1002][3], three_codes ? 0 : 74);
-    EXPECT_EQ(NMARK[1001], 4);
-    EXPECT_EQ(EACT1[199], EL_UNUSED);
-    EXPECT_EQ(EACT1[200], EL_CONTINUUM);
-    EXPECT_EQ(EACT1[201], EL_TRUSS);
-    EXPECT_EQ(EACT1[202], EL_CONTINUUM);
-    EXPECT_EQ(EACT1[203], EL_UNUSED);
-    EXPECT_EQ(IEL[202].I2, 1002);
-    EXPECT_EQ(IEL[202].MATNO, 79);
+        EXPECT_EQ(state.mesh.node_in_use[n], n >= 1000 && n <= 1003 ? 1 : 0) << "node " << n;
+    EXPECT_EQ(state.mesh.x[1000], 2.25F);
+    EXPECT_EQ(state.mesh.x[1003], 8.25F);
+    EXPECT_EQ(state.mesh.codes[1002][2], 73);
+    const bool three_codes = state.settings.kind() == LayoutKind::displacement;
+    EXPECT_EQ(state.mesh.codes[1002][3], three_codes ? 0 : 74);
+    EXPECT_EQ(state.mesh.node_mark[1001], 4);
+    EXPECT_EQ(state.mesh.type_in_use[199], EL_UNUSED);
+    EXPECT_EQ(state.mesh.type_in_use[200], EL_CONTINUUM);
+    EXPECT_EQ(state.mesh.type_in_use[201], EL_TRUSS);
+    EXPECT_EQ(state.mesh.type_in_use[202], EL_CONTINUUM);
+    EXPECT_EQ(state.mesh.type_in_use[203], EL_UNUSED);
+    EXPECT_EQ(state.mesh.words[202].I2, 1002);
+    EXPECT_EQ(state.mesh.words[202].MATNO, 79);
     EXPECT_EQ(attributes_from(202), 9);
 }
 
 TEST_P(CompactionOfGaps, NodesAreNotOverwrittenByAShiftOfOne) {
     // Numbers 1 to 4 go to 2 to 5: each lands where another one stood.
-    const std::int32_t nodes = (PACKELEMENTS(), PACKNODES());
-    PLACENODES(nodes, 2);
-    PLACEELEMENTS(3, 2);
-    EXPECT_EQ(XC[2], 2.25F);
-    EXPECT_EQ(XC[3], 4.25F);
-    EXPECT_EQ(XC[4], 7.25F);
-    EXPECT_EQ(XC[5], 8.25F);
-    EXPECT_EQ(IEL[2].MATNO, 73);
-    EXPECT_EQ(IEL[3].MATNO, 75);
-    EXPECT_EQ(IEL[4].MATNO, 79);
+    const std::int32_t nodes = (PACKELEMENTS(state.mesh), PACKNODES(state.mesh));
+    PLACENODES(state.edit, state.mesh, nodes, 2);
+    PLACEELEMENTS(state.edit, state.mesh, 3, 2);
+    EXPECT_EQ(state.mesh.x[2], 2.25F);
+    EXPECT_EQ(state.mesh.x[3], 4.25F);
+    EXPECT_EQ(state.mesh.x[4], 7.25F);
+    EXPECT_EQ(state.mesh.x[5], 8.25F);
+    EXPECT_EQ(state.mesh.words[2].MATNO, 73);
+    EXPECT_EQ(state.mesh.words[3].MATNO, 75);
+    EXPECT_EQ(state.mesh.words[4].MATNO, 79);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, CompactionOfGaps,
@@ -209,16 +209,16 @@ TEST_P(CompactionOfValues, HeadsStayBehindAGapInTheNodes) {
     for (const std::int32_t n : {1, 2, 3})
         node(n);
     element(1, EL_BEAM, 2, 3, 3, 2);
-    PACKELEMENTS();
-    EXPECT_EQ(PACKNODES(), 2);
-    PLACENODES(2, 1000);
-    EXPECT_EQ(XC[1000], 2.25F);
-    EXPECT_EQ(XC[1001], 3.25F);
-    const bool heads = KIND() == LayoutKind::head;
-    EXPECT_EQ(H[1000], heads ? 100.0F : 200.0F);
-    EXPECT_EQ(H[1001], heads ? 200.0F : 300.0F);
-    EXPECT_EQ(CF[1000], heads ? 1000.0F : 2000.0F);
-    EXPECT_EQ(CF[1001], heads ? 2000.0F : 3000.0F);
+    PACKELEMENTS(state.mesh);
+    EXPECT_EQ(PACKNODES(state.mesh), 2);
+    PLACENODES(state.edit, state.mesh, 2, 1000);
+    EXPECT_EQ(state.mesh.x[1000], 2.25F);
+    EXPECT_EQ(state.mesh.x[1001], 3.25F);
+    const bool heads = state.settings.kind() == LayoutKind::head;
+    EXPECT_EQ(state.mesh.head[1000], heads ? 100.0F : 200.0F);
+    EXPECT_EQ(state.mesh.head[1001], heads ? 200.0F : 300.0F);
+    EXPECT_EQ(state.mesh.coefficient[1000], heads ? 1000.0F : 2000.0F);
+    EXPECT_EQ(state.mesh.coefficient[1001], heads ? 2000.0F : 3000.0F);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, CompactionOfValues, ::testing::Values(TEMPERATURE, HEAD));
@@ -232,19 +232,19 @@ TEST_P(CompactionLimits, TheLastNumberOfTheTablesCanBeTaken) {
         node(n);
     element(1, EL_BEAM, 1, 2, 2, 1);
     element(2, EL_BEAM, 1, 2, 2, 1);
-    PACKELEMENTS();
-    PACKNODES();
-    PLACENODES(2, 99989);
-    PLACEELEMENTS(2, 99989);
-    EXPECT_EQ(XC[99990], 2.25F);
-    EXPECT_EQ(EACT1[99990], EL_BEAM);
+    PACKELEMENTS(state.mesh);
+    PACKNODES(state.mesh);
+    PLACENODES(state.edit, state.mesh, 2, 99989);
+    PLACEELEMENTS(state.edit, state.mesh, 2, 99989);
+    EXPECT_EQ(state.mesh.x[99990], 2.25F);
+    EXPECT_EQ(state.mesh.type_in_use[99990], EL_BEAM);
 }
 
 TEST_P(CompactionLimits, NumbersBeyondTheTablesEndTheRun) {
     for (const std::int32_t start : {99990, 99999, 0, -5}) {
         for (const bool nodes : {true, false}) {
             const std::string message =
-                failure_of([&] { nodes ? PLACENODES(2, start) : PLACEELEMENTS(2, start); });
+                failure_of([&] { nodes ? PLACENODES(state.edit, state.mesh, 2, start) : PLACEELEMENTS(state.edit, state.mesh, 2, start); });
             for (const std::string& part :
                  {std::string("deck.dat, line 4"), std::string(nodes ? "node" : "element"),
                   std::string("1 to 99990"), std::string("found ").append(std::to_string(start))})
@@ -252,18 +252,18 @@ TEST_P(CompactionLimits, NumbersBeyondTheTablesEndTheRun) {
         }
     }
     for (std::int32_t n : {1, 99989, 99990}) {
-        EXPECT_EQ(NACT1[n], 0);
-        EXPECT_EQ(EACT1[n], EL_UNUSED);
+        EXPECT_EQ(state.mesh.node_in_use[n], 0);
+        EXPECT_EQ(state.mesh.type_in_use[n], EL_UNUSED);
     }
 }
 
 TEST_P(CompactionLimits, NothingLeftNeedsNoRoom) {
-    EXPECT_EQ(PACKELEMENTS(), 0);
-    EXPECT_EQ(PACKNODES(), 0);
-    RENUMBERCORNERS(0, 0);
-    PLACENODES(0, 0);
-    PLACEELEMENTS(0, 1000000);
-    EXPECT_EQ(NACT1[1], 0);
+    EXPECT_EQ(PACKELEMENTS(state.mesh), 0);
+    EXPECT_EQ(PACKNODES(state.mesh), 0);
+    RENUMBERCORNERS(state.mesh, 0, 0);
+    PLACENODES(state.edit, state.mesh, 0, 0);
+    PLACEELEMENTS(state.edit, state.mesh, 0, 1000000);
+    EXPECT_EQ(state.mesh.node_in_use[1], 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfAnyKind, CompactionLimits, ::testing::Values(DISPLACEMENT));

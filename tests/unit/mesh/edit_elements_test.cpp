@@ -49,40 +49,40 @@ protected:
     void SetUp() override { clear(); }
     void TearDown() override { clear(); }
     static void clear() {
-        RESETMESH();
-        EDIT = EditCards{};
-        SOURCE = EditSource{};
+        RESETMESH(state.mesh, state.side, state.selection);
+        state.edit = EditCards{};
+        state.source = EditSource{};
     }
 
     // A window over the left square, its beam and its truss.
     static void left_window(std::int32_t IEDIT) {
-        EDIT.IEDIT = IEDIT;
-        EDIT.XMIN = -1.0F;
-        EDIT.YMIN = -1.0F;
-        EDIT.XMAX = 1.2F;
-        EDIT.YMAX = 2.0F;
+        state.edit.IEDIT = IEDIT;
+        state.edit.XMIN = -1.0F;
+        state.edit.YMIN = -1.0F;
+        state.edit.XMAX = 1.2F;
+        state.edit.YMAX = 2.0F;
     }
     // Reads the mesh as the edit does; gives the types of all elements.
     std::map<std::int32_t, std::int32_t> types() const {
         directory.write("in.Mes", MESH);
-        Channel& mesh = open_channel(5, "in.Mes", OpenStatus::old);
-        SOURCE.stripped.NFIELDS = 8;
-        SCANNODES(mesh);
-        PREPARESELECTION();
-        EDITNODES(mesh);
-        SCANELEMENTS(mesh);
-        FIXSTARTNUMBERS();
+        Channel& mesh = state.channels.open(5, "in.Mes", OpenStatus::old);
+        state.source.stripped.NFIELDS = 8;
+        SCANNODES(state.settings.kind(), state.source, mesh);
+        PREPARESELECTION(state.edit, state.selection);
+        EDITNODES(state.edit, state.source, state.mesh, state.selection, mesh);
+        SCANELEMENTS(state.settings.kind(), state.source, mesh);
+        FIXSTARTNUMBERS(state.edit, state.source);
         for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS})
-            EDITELEMENTS(mesh, type);
+            EDITELEMENTS(state.edit, state.source, state.mesh, state.selection, mesh, type);
         std::map<std::int32_t, std::int32_t> result;
         for (const std::int32_t n : {10, 20, 30, 40, 50, 60, 70})
-            result[n] = ETYPE[n];
+            result[n] = state.mesh.type[n];
         return result;
     }
     static std::vector<std::int32_t> materials() {
         std::vector<std::int32_t> result;
         for (const std::int32_t n : {10, 20, 30, 40, 50, 60, 70})
-            result.push_back(IEL[n].MATNO);
+            result.push_back(state.mesh.words[n].MATNO);
         return result;
     }
 };
@@ -101,78 +101,78 @@ TEST_F(EditElements, DeletionTakesWhatLiesInTheWindow) {
 
 TEST_F(EditElements, SideOneTakesTheComplement) {
     left_window(DELETE);
-    EDIT.ISIDE = 1;
+    state.edit.ISIDE = 1;
     EXPECT_EQ(types(), (Types{{10, 1}, {20, 0}, {30, 0}, {40, 2}, {50, 0}, {60, 3}, {70, 0}}));
 }
 
 TEST_F(EditElements, AnyOtherSideTakesNothing) {
     left_window(DELETE);
-    EDIT.ISIDE = 2;
+    state.edit.ISIDE = 2;
     EXPECT_EQ(types(), ALL_KEPT);
 }
 
 TEST_F(EditElements, ListTakesElementsOfAnyType) {
-    EDIT.IEDIT = DELETE;
-    EDIT.ILOC = 1;
-    EDIT.NSEL = 3;
-    EDIT.LIST[1] = 30;
-    EDIT.LIST[2] = -50;
-    EDIT.LIST[3] = 70;
+    state.edit.IEDIT = DELETE;
+    state.edit.ILOC = 1;
+    state.edit.NSEL = 3;
+    state.edit.LIST[1] = 30;
+    state.edit.LIST[2] = -50;
+    state.edit.LIST[3] = 70;
     EXPECT_EQ(types(), (Types{{10, 1}, {20, 1}, {30, 0}, {40, 0}, {50, 0}, {60, 3}, {70, 0}}));
 }
 
 TEST_F(EditElements, ExcludedMaterialSurvivesInsideTheWindow) {
     left_window(DELETE);
-    EDIT.MATX3 = 1;
+    state.edit.MATX3 = 1;
     EXPECT_EQ(types(), (Types{{10, 1}, {20, 1}, {30, 1}, {40, 0}, {50, 2}, {60, 0}, {70, 3}}));
     clear();
     left_window(DELETE);
-    EDIT.MATXB = 1;
+    state.edit.MATXB = 1;
     EXPECT_EQ(types(), (Types{{10, 0}, {20, 1}, {30, 1}, {40, 2}, {50, 2}, {60, 0}, {70, 3}}));
     clear();
     left_window(DELETE);
-    EDIT.MATXT = 1;
+    state.edit.MATXT = 1;
     EXPECT_EQ(types(), (Types{{10, 0}, {20, 1}, {30, 1}, {40, 0}, {50, 2}, {60, 3}, {70, 3}}));
 }
 
 TEST_F(EditElements, ThreeContinuumMaterialsCanBeExcluded) {
     left_window(DELETE);
-    EDIT.ISIDE = 1;
-    EDIT.MATX1 = 2;
-    EDIT.MATX2 = 3;
+    state.edit.ISIDE = 1;
+    state.edit.MATX1 = 2;
+    state.edit.MATX2 = 3;
     EXPECT_EQ(types(), (Types{{10, 1}, {20, 1}, {30, 1}, {40, 2}, {50, 0}, {60, 3}, {70, 0}}));
 }
 
 TEST_F(EditElements, NewMaterialOfEachTypeGoesToWhatIsSelected) {
     left_window(RENAME);
-    EDIT.MATNC = 9;
-    EDIT.MATNB = 8;
-    EDIT.MATNT = 7;
+    state.edit.MATNC = 9;
+    state.edit.MATNB = 8;
+    state.edit.MATNT = 7;
     EXPECT_EQ(types(), ALL_KEPT);
     EXPECT_EQ(materials(), (Materials{9, 2, 3, 8, 2, 7, 2}));
 }
 
 TEST_F(EditElements, NewMaterialZeroLeavesTheOldOne) {
     left_window(RENAME);
-    EDIT.MATNB = 8;
+    state.edit.MATNB = 8;
     EXPECT_EQ(types(), ALL_KEPT);
     EXPECT_EQ(materials(), (Materials{1, 2, 3, 8, 2, 1, 2}));
 }
 
 TEST_F(EditElements, ExcludedMaterialIsNotRenamed) {
     left_window(RENAME);
-    EDIT.MATNC = 9;
-    EDIT.MATNB = 8;
-    EDIT.MATNT = 7;
-    EDIT.MATX1 = EDIT.MATXT = 1;
+    state.edit.MATNC = 9;
+    state.edit.MATNB = 8;
+    state.edit.MATNT = 7;
+    state.edit.MATX1 = state.edit.MATXT = 1;
     types();
     EXPECT_EQ(materials(), (Materials{1, 2, 3, 8, 2, 1, 2}));
 }
 
 TEST_F(EditElements, OtherSideLeavesAllMaterials) {
     left_window(RENAME);
-    EDIT.MATNC = EDIT.MATNB = EDIT.MATNT = 9;
-    EDIT.ISIDE = 3;
+    state.edit.MATNC = state.edit.MATNB = state.edit.MATNT = 9;
+    state.edit.ISIDE = 3;
     types();
     EXPECT_EQ(materials(), AS_READ);
 }
@@ -181,43 +181,43 @@ TEST_F(EditElements, DeletionAndNewMaterialsKeepAllNumbers) {
     for (const std::int32_t IEDIT : {DELETE, RENAME}) {
         clear();
         left_window(IEDIT);
-        EDIT.NSNODE = 1000;
-        EDIT.NSNEL = 2000;
+        state.edit.NSNODE = 1000;
+        state.edit.NSNEL = 2000;
         types();
-        EXPECT_EQ(XC[8], 3.0F);
-        EXPECT_EQ(IDN[8], (NodeCodes{0, 0, 1, 0, 0}));
-        EXPECT_EQ(IEL[30].I3, 8);
-        EXPECT_EQ(NACT1[8], 0) << "the numbering closes up later";
-        EXPECT_EQ(EACT1[30], -1) << "the numbering closes up later";
+        EXPECT_EQ(state.mesh.x[8], 3.0F);
+        EXPECT_EQ(state.mesh.codes[8], (NodeCodes{0, 0, 1, 0, 0}));
+        EXPECT_EQ(state.mesh.words[30].I3, 8);
+        EXPECT_EQ(state.mesh.node_in_use[8], 0) << "the numbering closes up later";
+        EXPECT_EQ(state.mesh.type_in_use[30], -1) << "the numbering closes up later";
     }
 }
 
 TEST_F(EditElements, UnknownOperationStoresNothing) {
     for (const std::int32_t IEDIT : {7, -1, 100}) {
         clear();
-        IEL[10] = ElementWords{};
-        EDIT.IEDIT = IEDIT;
+        state.mesh.words[10] = ElementWords{};
+        state.edit.IEDIT = IEDIT;
         EXPECT_EQ(types(), (Types{{10, 0}, {20, 0}, {30, 0}, {40, 0}, {50, 0}, {60, 0}, {70, 0}}));
-        EXPECT_EQ(XC[4], 0.0F);
-        EXPECT_EQ(IEL[10].I1, 0);
-        EXPECT_EQ(NACT1[1], 0);
-        EXPECT_EQ(EACT1[10], -1);
+        EXPECT_EQ(state.mesh.x[4], 0.0F);
+        EXPECT_EQ(state.mesh.words[10].I1, 0);
+        EXPECT_EQ(state.mesh.node_in_use[1], 0);
+        EXPECT_EQ(state.mesh.type_in_use[10], -1);
     }
 }
 
 TEST_F(EditElements, CodesOfAnOldSelectionGoToTheNewNumber) {
-    EDIT.IEDIT = 1;
-    EDIT.ILOC = 1;
-    EDIT.NSNODE = 2;
-    EDIT.NSEL = 1;
-    EDIT.LIST[1] = 4;
-    EDIT.IDNEW = {5, 6, 7, 0, 0};
+    state.edit.IEDIT = 1;
+    state.edit.ILOC = 1;
+    state.edit.NSNODE = 2;
+    state.edit.NSEL = 1;
+    state.edit.LIST[1] = 4;
+    state.edit.IDNEW = {5, 6, 7, 0, 0};
     types();
-    EXPECT_EQ(IDN[5], (NodeCodes{5, 6, 7, 0, 0}));
-    EXPECT_EQ(IDN[4], (NodeCodes{0, 0, 0, 0, 0}));
-    EXPECT_EQ(IDN[9], (NodeCodes{0, 0, 1, 0, 0}));
-    EXPECT_EQ(NACT1[1], 0);
-    EXPECT_EQ(NACT1[9], 1);
+    EXPECT_EQ(state.mesh.codes[5], (NodeCodes{5, 6, 7, 0, 0}));
+    EXPECT_EQ(state.mesh.codes[4], (NodeCodes{0, 0, 0, 0, 0}));
+    EXPECT_EQ(state.mesh.codes[9], (NodeCodes{0, 0, 1, 0, 0}));
+    EXPECT_EQ(state.mesh.node_in_use[1], 0);
+    EXPECT_EQ(state.mesh.node_in_use[9], 1);
 }
 
 }  // namespace

@@ -30,9 +30,9 @@ protected:
     }
     // What stands in a slot before an element is stored there.
     static void before(std::int32_t n) {
-        IEL[n] = {1, 2, 3, 4, 91, 92, 93, 94, 9};
-        KS[n] = KF[n] = INTR[n] = INTS[n] = IDH[n] = 90;
-        TBJWL[n] = THIC[n] = DEN[n] = 90.5F;
+        state.mesh.words[n] = {1, 2, 3, 4, 91, 92, 93, 94, 9};
+        state.mesh.skeleton[n] = state.mesh.fluid[n] = state.mesh.integration_r[n] = state.mesh.integration_s[n] = state.mesh.attribute[n] = 90;
+        state.mesh.real_attribute[n] = state.mesh.thickness[n] = state.mesh.density[n] = 90.5F;
     }
 };
 
@@ -40,16 +40,16 @@ TEST_F(ElementStore, KindsWithoutMidsidesLeaveThoseOfTheSlot) {
     for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
         const Edition kind(edition);
         before(99990);
-        store_element(99990, EL_CONTINUUM, record());
-        EXPECT_EQ(IEL[99990].I4, 14);
-        EXPECT_EQ(IEL[99990].M5, 91);
-        EXPECT_EQ(IEL[99990].M6, 92);
-        EXPECT_EQ(IEL[99990].M7, 93);
-        EXPECT_EQ(IEL[99990].M8, 94);
-        EXPECT_EQ(IEL[99990].MATNO, 5);
-        EXPECT_EQ(IDH[99990], -105);
-        EXPECT_EQ(KS[99990], 90);
-        EXPECT_EQ(THIC[99990], 90.5F);
+        store_element(state.mesh, 99990, EL_CONTINUUM, record());
+        EXPECT_EQ(state.mesh.words[99990].I4, 14);
+        EXPECT_EQ(state.mesh.words[99990].M5, 91);
+        EXPECT_EQ(state.mesh.words[99990].M6, 92);
+        EXPECT_EQ(state.mesh.words[99990].M7, 93);
+        EXPECT_EQ(state.mesh.words[99990].M8, 94);
+        EXPECT_EQ(state.mesh.words[99990].MATNO, 5);
+        EXPECT_EQ(state.mesh.attribute[99990], -105);
+        EXPECT_EQ(state.mesh.skeleton[99990], 90);
+        EXPECT_EQ(state.mesh.thickness[99990], 90.5F);
     }
 }
 
@@ -57,10 +57,10 @@ TEST_F(ElementStore, KindsWithMidsidesStoreThem) {
     for (const std::int32_t edition : {COUPLED, DISPLACEMENT}) {
         const Edition kind(edition);
         before(1);
-        store_element(1, EL_CONTINUUM, record());
-        EXPECT_EQ(IEL[1].M5, 51);
-        EXPECT_EQ(IEL[1].M8, 54);
-        EXPECT_EQ(IDH[1], 90);
+        store_element(state.mesh, 1, EL_CONTINUUM, record());
+        EXPECT_EQ(state.mesh.words[1].M5, 51);
+        EXPECT_EQ(state.mesh.words[1].M8, 54);
+        EXPECT_EQ(state.mesh.attribute[1], 90);
     }
 }
 
@@ -71,9 +71,9 @@ TEST_F(ElementStore, BeamAndTrussHaveNoMidsidesInAnyKind) {
             before(7);
             ElementRecord line;
             line.words = {11, 12, 12, 11, 0, 0, 0, 0, 5};
-            store_element(7, type, line);
-            EXPECT_EQ(IEL[7].M5, 0) << edition;
-            EXPECT_EQ(IEL[7].M8, 0) << edition;
+            store_element(state.mesh, 7, type, line);
+            EXPECT_EQ(state.mesh.words[7].M5, 0) << edition;
+            EXPECT_EQ(state.mesh.words[7].M8, 0) << edition;
         }
     }
 }
@@ -81,8 +81,8 @@ TEST_F(ElementStore, BeamAndTrussHaveNoMidsidesInAnyKind) {
 TEST_F(ElementStore, AttributesOfTheKindComeBack) {
     {
         const Edition kind(COUPLED);
-        store_element(3, EL_CONTINUUM, record());
-        const ElementRecord e = load_element(3);
+        store_element(state.mesh, 3, EL_CONTINUUM, record());
+        const ElementRecord e = load_element(state.mesh, 3);
         EXPECT_EQ(e.NEL, 3);
         EXPECT_EQ(e.words.MATNO, 5);
         EXPECT_EQ(e.KS, 1);
@@ -93,14 +93,14 @@ TEST_F(ElementStore, AttributesOfTheKindComeBack) {
     }
     {
         const Edition kind(DISPLACEMENT);
-        store_element(3, EL_CONTINUUM, record());
-        EXPECT_EQ(load_element(3).THIC, 0.25F);
-        EXPECT_EQ(load_element(3).DEN, 1.75F);
+        store_element(state.mesh, 3, EL_CONTINUUM, record());
+        EXPECT_EQ(load_element(state.mesh, 3).THIC, 0.25F);
+        EXPECT_EQ(load_element(state.mesh, 3).DEN, 1.75F);
     }
     {
         const Edition kind(HEAD);
-        store_element(3, EL_CONTINUUM, record());
-        EXPECT_EQ(load_element(3).IDH, -105);
+        store_element(state.mesh, 3, EL_CONTINUUM, record());
+        EXPECT_EQ(load_element(state.mesh, 3).IDH, -105);
     }
 }
 
@@ -109,8 +109,8 @@ TEST_F(ElementStore, AttributesOfTheKindComeBack) {
 class StartNumbers : public ::testing::Test {
 protected:
     void TearDown() override {
-        EDIT = EditCards{};
-        SOURCE = EditSource{};
+        state.edit = EditCards{};
+        state.source = EditSource{};
     }
     struct Starts {
         std::int32_t beams, trusses;
@@ -126,22 +126,22 @@ protected:
     // is a section that is not there.
     static Starts starts(std::int32_t NSNEL, std::int32_t NSBEAM, std::int32_t NSTRUS, Range continuum,
                          Range beams, Range trusses) {
-        SOURCE = EditSource{};
-        SOURCE.counts.NCONT = continuum.highest > 0 ? 1 : 0;
-        SOURCE.counts.NBEAM = beams.highest > 0 ? 1 : 0;
-        SOURCE.counts.NTRUS = trusses.highest > 0 ? 1 : 0;
+        state.source = EditSource{};
+        state.source.counts.NCONT = continuum.highest > 0 ? 1 : 0;
+        state.source.counts.NBEAM = beams.highest > 0 ? 1 : 0;
+        state.source.counts.NTRUS = trusses.highest > 0 ? 1 : 0;
         const Range ranges[] = {continuum, beams, trusses};
         for (int i = 0; i < 3; ++i) {
             if (ranges[i].highest > 0) {
-                SOURCE.elements[i].include(ranges[i].lowest);
-                SOURCE.elements[i].include(ranges[i].highest);
+                state.source.elements[i].include(ranges[i].lowest);
+                state.source.elements[i].include(ranges[i].highest);
             }
         }
-        EDIT.NSNEL = NSNEL;
-        EDIT.NSBEAM = NSBEAM;
-        EDIT.NSTRUS = NSTRUS;
-        FIXSTARTNUMBERS();
-        return {EDIT.NSBEAM, EDIT.NSTRUS};
+        state.edit.NSNEL = NSNEL;
+        state.edit.NSBEAM = NSBEAM;
+        state.edit.NSTRUS = NSTRUS;
+        FIXSTARTNUMBERS(state.edit, state.source);
+        return {state.edit.NSBEAM, state.edit.NSTRUS};
     }
     static constexpr Range NONE{0, 0};
 };
@@ -188,8 +188,8 @@ TEST_F(StartNumbers, StartsOfMissingTypesStay) {
 
 class ResultCopy : public ChannelTest {
 protected:
-    Channel& mesh = open_channel(55, "out.Mes", OpenStatus::result);
-    Channel& copy = open_channel(8, "MeshFile.Mes", OpenStatus::work);
+    Channel& mesh = state.channels.open(55, "out.Mes", OpenStatus::result);
+    Channel& copy = state.channels.open(8, "MeshFile.Mes", OpenStatus::work);
 
     void fill(std::int32_t count) const {
         for (std::int32_t i = 1; i <= count; ++i)
@@ -204,7 +204,7 @@ TEST_F(ResultCopy, HasFullLinesAndLeavesTheSourceAtItsStart) {
     fill(3);
     COPYRESULT(mesh, copy);
     EXPECT_EQ(mesh.read_whole_line("a line"), "1");
-    close_all_channels();
+    state.channels.close_all();
     const std::string blanks(125, ' ');
     EXPECT_EQ(directory.read("MeshFile.Mes"), "1" + blanks + "\n2" + blanks + "\n3" + blanks + "\n");
     EXPECT_EQ(directory.read("out.Mes"), "1\n2\n3\n");
@@ -212,14 +212,14 @@ TEST_F(ResultCopy, HasFullLinesAndLeavesTheSourceAtItsStart) {
 
 TEST_F(ResultCopy, OfNothingIsEmpty) {
     COPYRESULT(mesh, copy);
-    close_all_channels();
+    state.channels.close_all();
     EXPECT_EQ(directory.read("MeshFile.Mes"), "");
 }
 
 TEST_F(ResultCopy, Of320000LinesIsWhole) {
     fill(320000);
     COPYRESULT(mesh, copy);
-    close_all_channels();
+    state.channels.close_all();
     EXPECT_EQ(lines_in(directory.read("MeshFile.Mes")), 320000U);
 }
 
@@ -227,7 +227,7 @@ TEST_F(ResultCopy, OfMoreLinesIsCutWhileTheResultStaysWhole) {
     fill(320001);
     COPYRESULT(mesh, copy);
     EXPECT_EQ(mesh.lines_before(), 0);
-    close_all_channels();
+    state.channels.close_all();
     const std::string copied = directory.read("MeshFile.Mes");
     EXPECT_EQ(lines_in(copied), 320000U);
     EXPECT_EQ(copied.substr(copied.size() - 127), "320000" + std::string(120, ' ') + "\n");

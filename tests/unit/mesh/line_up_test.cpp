@@ -14,27 +14,27 @@ namespace {
 class LineUp : public ::testing::Test {
 protected:
     void SetUp() override {
-        RESETMESH();
-        IEL.fill(ElementWords{});
-        NMOVE = 0;
+        RESETMESH(state.mesh, state.side, state.selection);
+        state.mesh.words.fill(ElementWords{});
+        state.moves.first_count = 0;
         next_ = 0;
     }
     static void node(std::int32_t n, float x, float y) {
-        XC[n] = x;
-        YC[n] = y;
+        state.mesh.x[n] = x;
+        state.mesh.y[n] = y;
     }
     void quadrilateral(const std::array<std::int32_t, 4>& corners, std::int32_t material = 7) {
-        ETYPE[++next_] = EL_CONTINUUM;
-        IEL[next_] = {corners[0], corners[1], corners[2], corners[3], 0, 0, 0, 0, material};
+        state.mesh.type[++next_] = EL_CONTINUUM;
+        state.mesh.words[next_] = {corners[0], corners[1], corners[2], corners[3], 0, 0, 0, 0, material};
     }
     void truss(std::int32_t i, std::int32_t j) {
-        ETYPE[++next_] = EL_TRUSS;
-        IEL[next_] = {i, j, j, i, 0, 0, 0, 0, 1};
+        state.mesh.type[++next_] = EL_TRUSS;
+        state.mesh.words[next_] = {i, j, j, i, 0, 0, 0, 0, 1};
     }
     static void expect_moved(std::int32_t n, float x, float y) {
-        EXPECT_NE(std::find(LNP.begin(), LNP.end(), n), LNP.end()) << "node " << n;
-        EXPECT_FLOAT_EQ(XC1[n], x) << n;
-        EXPECT_FLOAT_EQ(YC1[n], y) << n;
+        EXPECT_NE(std::find(state.line_up.nodes.begin(), state.line_up.nodes.end(), n), state.line_up.nodes.end()) << "node " << n;
+        EXPECT_FLOAT_EQ(state.side.x[n], x) << n;
+        EXPECT_FLOAT_EQ(state.side.y[n], y) << n;
     }
     std::int32_t next_ = 0;
 };
@@ -69,15 +69,15 @@ TEST_F(LineUp, CornersNextToTheEndsByTheirSlots) {
                 corners[row.D - 1] = 4;
                 quadrilateral(corners);
                 truss(1, 2);
-                SEARCHLINEUP();
-                EXPECT_EQ(LNP, (std::vector<std::int32_t>{1, 2})) << row.A << row.B;
+                SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+                EXPECT_EQ(state.line_up.nodes, (std::vector<std::int32_t>{1, 2})) << row.A << row.B;
                 const auto moved = [&](std::int32_t n, float s, float across) {
                     const float along = falling ? 1.0F - s : s;
                     vertical ? expect_moved(n, across, along) : expect_moved(n, along, across);
                 };
                 moved(1, 0.25F, 0.125F);
                 moved(2, 0.75F, 0.375F);
-                EXPECT_EQ(NMOVE, 0);
+                EXPECT_EQ(state.moves.first_count, 0);
             }
 }
 
@@ -91,8 +91,8 @@ TEST_F(LineUp, DiagonalOfAQuadrilateralStays) {
         node(4, 0.25F, 0);
         quadrilateral(corners);
         truss(1, 2);
-        SEARCHLINEUP();
-        EXPECT_TRUE(LNP.empty());
+        SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+        EXPECT_TRUE(state.line_up.nodes.empty());
     }
 }
 
@@ -103,7 +103,7 @@ TEST_F(LineUp, OppositeEdgeOfNoLengthIsVertical) {
     node(4, 2, 0.5F);
     quadrilateral({1, 2, 4, 3});
     truss(1, 2);
-    SEARCHLINEUP();
+    SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
     expect_moved(1, 0.5F, 0.5F);
     expect_moved(2, 0.5F, 0.5F);
 }
@@ -116,9 +116,9 @@ TEST_F(LineUp, TrussAcrossTheSlideStays) {
     node(4, 2, 2);
     quadrilateral({1, 2, 4, 3});
     truss(1, 2);
-    SEARCHLINEUP();
-    EXPECT_TRUE(LNP.empty());
-    EXPECT_EQ(NMOVE, 0);
+    SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+    EXPECT_TRUE(state.line_up.nodes.empty());
+    EXPECT_EQ(state.moves.first_count, 0);
 }
 
 // --- beyond the ends -----------------------------------------------------------------------------
@@ -138,14 +138,14 @@ protected:
         truss(5, 1);
         truss(1, 2);
         truss(2, 6);
-        SEARCHLINEUP();
+        SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
     }
     static std::vector<std::int32_t> merges() {
         std::vector<std::int32_t> pairs;
-        for (std::int32_t k = 1; k <= NMOVE; ++k) {
-            pairs.push_back(MOVES[k].moved);
-            pairs.push_back(MOVES[k].target);
-            EXPECT_EQ(MOVES[k].fraction, 1.0F);
+        for (std::int32_t k = 1; k <= state.moves.first_count; ++k) {
+            pairs.push_back(state.moves.first[k].moved);
+            pairs.push_back(state.moves.first[k].target);
+            EXPECT_EQ(state.moves.first[k].fraction, 1.0F);
         }
         return pairs;
     }
@@ -195,11 +195,11 @@ TEST_F(LineUpBeyond, TargetsAtTheEndsAreWithin) {
 TEST_F(LineUpBeyond, WithoutANeighbourTheEndStays) {
     for (const float sign : {1.0F, -1.0F}) {
         line(sign, -3.0F, 4.0F);
-        ETYPE[2] = ETYPE[4] = EL_DELETED;
-        NMOVE = 0;
-        SEARCHLINEUP();
-        EXPECT_TRUE(LNP.empty());
-        EXPECT_EQ(NMOVE, 0);
+        state.mesh.type[2] = state.mesh.type[4] = EL_DELETED;
+        state.moves.first_count = 0;
+        SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+        EXPECT_TRUE(state.line_up.nodes.empty());
+        EXPECT_EQ(state.moves.first_count, 0);
     }
 }
 
@@ -208,8 +208,8 @@ TEST_F(LineUpBeyond, NeighbourIsThatOfTheHighestNumber) {
     line(1.0F, -0.5F, 0.5F);
     node(8, -1, 4);
     truss(8, 1);
-    NMOVE = 0;
-    SEARCHLINEUP();
+    state.moves.first_count = 0;
+    SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
     expect_moved(1, -0.5F, 2.0F);
 }
 
@@ -220,9 +220,9 @@ TEST_F(LineUpBeyond, NeighbourThatIsACornerOfTheQuadrilateralStopsTheWork) {
             truss(3, 1);
         else
             truss(2, 4);
-        NMOVE = 0;
-        SEARCHLINEUP();
-        EXPECT_TRUE(LNP.empty());
+        state.moves.first_count = 0;
+        SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+        EXPECT_TRUE(state.line_up.nodes.empty());
     }
 }
 
@@ -232,21 +232,21 @@ TEST_F(LineUpBeyond, MergesAreNotedThoughTheNodeHasMoved) {
     node(10, -2, -3);
     node(11, 5, -3);
     quadrilateral({2, 1, 10, 11});
-    NMOVE = 0;
-    SEARCHLINEUP();
+    state.moves.first_count = 0;
+    SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
     EXPECT_EQ(merges(), (Numbers{5, 1, 6, 2}));
     expect_moved(1, 0.25F, 0.0625F);
-    EXPECT_EQ(LNP, (Numbers{1, 2}));
+    EXPECT_EQ(state.line_up.nodes, (Numbers{1, 2}));
 }
 
 TEST_F(LineUpBeyond, ApplyingMovesTheListedNodesOnly) {
     line(1.0F, 0.5F, -9.0F);
-    EXPECT_EQ(LNP, (Numbers{1, 2}));
-    XC1[6] = YC1[6] = 77;
-    APPLYLINEUP();
-    EXPECT_FLOAT_EQ(XC[1], 0.5F);
-    EXPECT_FLOAT_EQ(YC[1], 0.125F);
-    EXPECT_FLOAT_EQ(XC[6], 2.0F);
+    EXPECT_EQ(state.line_up.nodes, (Numbers{1, 2}));
+    state.side.x[6] = state.side.y[6] = 77;
+    APPLYLINEUP(state.mesh, state.side, state.line_up);
+    EXPECT_FLOAT_EQ(state.mesh.x[1], 0.5F);
+    EXPECT_FLOAT_EQ(state.mesh.y[1], 0.125F);
+    EXPECT_FLOAT_EQ(state.mesh.x[6], 2.0F);
 }
 
 // --- against a plain scan ------------------------------------------------------------------------
@@ -259,16 +259,16 @@ struct PlainScan {
 
     void run(std::int32_t last) {
         for (std::int32_t t = 1; t <= last; ++t)
-            if (ETYPE[t] == EL_TRUSS)
+            if (state.mesh.type[t] == EL_TRUSS)
                 for (std::int32_t e = 1; e <= last; ++e)
-                    if (ETYPE[e] == EL_CONTINUUM && IEL[e].MATNO == 7 && IEL[e].I4 != 0)
+                    if (state.mesh.type[e] == EL_CONTINUUM && state.mesh.words[e].MATNO == 7 && state.mesh.words[e].I4 != 0)
                         pair(t, e, last);
     }
 
 private:
     void pair(std::int32_t t, std::int32_t e, std::int32_t last) {
-        const std::int32_t A = IEL[t].I1, B = IEL[t].I2;
-        const std::array<std::int32_t, 5> corner{0, IEL[e].I1, IEL[e].I2, IEL[e].I3, IEL[e].I4};
+        const std::int32_t A = state.mesh.words[t].I1, B = state.mesh.words[t].I2;
+        const std::array<std::int32_t, 5> corner{0, state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3, state.mesh.words[e].I4};
         std::size_t a = 0, b = 0;
         for (std::size_t slot = 1; slot <= 4; ++slot) {
             a = corner[slot] == A ? slot : a;
@@ -278,12 +278,12 @@ private:
             return;
         std::int32_t P = 0, N = 0;
         for (std::int32_t other = 1; other <= last; ++other) {
-            if (other == e || ETYPE[other] != EL_TRUSS)
+            if (other == e || state.mesh.type[other] != EL_TRUSS)
                 continue;
-            if (IEL[other].I2 == A)
-                P = IEL[other].I1;
-            if (IEL[other].I1 == B)
-                N = IEL[other].I2;
+            if (state.mesh.words[other].I2 == A)
+                P = state.mesh.words[other].I1;
+            if (state.mesh.words[other].I1 == B)
+                N = state.mesh.words[other].I2;
         }
         for (std::size_t slot = 1; slot <= 4; ++slot)
             if (slot != a && slot != b && (corner[slot] == P || corner[slot] == N))
@@ -294,10 +294,10 @@ private:
     }
     void slides(std::int32_t A, std::int32_t B, std::int32_t C, std::int32_t D, std::int32_t P,
                 std::int32_t N) {
-        if (XC[C] != XC[D] && YC[C] != YC[D])
+        if (state.mesh.x[C] != state.mesh.x[D] && state.mesh.y[C] != state.mesh.y[D])
             return;
-        const bool vertical = XC[C] == XC[D];
-        const auto s = [vertical](std::int32_t n) { return vertical ? YC[n] : XC[n]; };
+        const bool vertical = state.mesh.x[C] == state.mesh.x[D];
+        const auto s = [vertical](std::int32_t n) { return vertical ? state.mesh.y[n] : state.mesh.x[n]; };
         if (s(A) <= s(B)) {
             if (s(A) <= s(C) && s(C) <= s(B)) {
                 slide(A, s(C), A, B, vertical);
@@ -331,8 +331,8 @@ private:
         }
     }
     void slide(std::int32_t n, float to, std::int32_t p, std::int32_t q, bool vertical) {
-        const auto s = [vertical](std::int32_t i) { return vertical ? YC[i] : XC[i]; };
-        const auto across = [vertical](std::int32_t i) { return vertical ? XC[i] : YC[i]; };
+        const auto s = [vertical](std::int32_t i) { return vertical ? state.mesh.y[i] : state.mesh.x[i]; };
+        const auto across = [vertical](std::int32_t i) { return vertical ? state.mesh.x[i] : state.mesh.y[i]; };
         if (std::find(LNP.begin(), LNP.end(), n) != LNP.end() || s(q) == s(p))
             return;
         const float t = (to - s(p)) / (s(q) - s(p));
@@ -373,20 +373,20 @@ TEST_F(LineUp, SearchGivesWhatAPlainScanGives) {
         }
         PlainScan plain;
         plain.run(next_);
-        SEARCHLINEUP();
-        ASSERT_EQ(LNP, plain.LNP) << round;
-        ASSERT_EQ(static_cast<std::size_t>(NMOVE), plain.moves.size()) << round;
-        for (std::int32_t k = 1; k <= NMOVE; ++k) {
+        SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+        ASSERT_EQ(state.line_up.nodes, plain.LNP) << round;
+        ASSERT_EQ(static_cast<std::size_t>(state.moves.first_count), plain.moves.size()) << round;
+        for (std::int32_t k = 1; k <= state.moves.first_count; ++k) {
             const NodeMove& expected = plain.moves[static_cast<std::size_t>(k - 1)];
-            ASSERT_EQ(MOVES[k].moved, expected.moved) << round;
-            ASSERT_EQ(MOVES[k].target, expected.target) << round;
+            ASSERT_EQ(state.moves.first[k].moved, expected.moved) << round;
+            ASSERT_EQ(state.moves.first[k].target, expected.target) << round;
         }
-        for (const std::int32_t n : LNP) {
-            ASSERT_EQ(XC1[n], plain.x.at(static_cast<std::size_t>(n))) << round;
-            ASSERT_EQ(YC1[n], plain.y.at(static_cast<std::size_t>(n))) << round;
+        for (const std::int32_t n : state.line_up.nodes) {
+            ASSERT_EQ(state.side.x[n], plain.x.at(static_cast<std::size_t>(n))) << round;
+            ASSERT_EQ(state.side.y[n], plain.y.at(static_cast<std::size_t>(n))) << round;
         }
-        moved += static_cast<int>(LNP.size());
-        merged += NMOVE;
+        moved += static_cast<int>(state.line_up.nodes.size());
+        merged += state.moves.first_count;
     }
     // The rounds are worth something only when most of them move nodes.
     EXPECT_GT(moved, 1000);

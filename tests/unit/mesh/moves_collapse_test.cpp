@@ -12,35 +12,35 @@ namespace {
 class Collapse : public ::testing::Test {
 protected:
     Collapse() {
-        RESETMESH();
-        IEL.fill(ElementWords{});
-        for (std::int32_t& material : MATCB)
+        RESETMESH(state.mesh, state.side, state.selection);
+        state.mesh.words.fill(ElementWords{});
+        for (std::int32_t& material : state.moves.beam_materials)
             material = 0;
-        for (std::int32_t& material : MATCT)
+        for (std::int32_t& material : state.moves.truss_materials)
             material = 0;
-        IDCOL = 1;
-        FCOL = 0.0F;
+        state.moves.collapse_mode = 1;
+        state.moves.collapse_factor = 0.0F;
     }
 
     // A line element from (0, number) to (length, number), with its own nodes
     // 2 * number - 1 and 2 * number.
     static void line(std::int32_t number, std::int32_t type, std::int32_t material, float length) {
-        ETYPE[number] = type;
+        state.mesh.type[number] = type;
         const std::int32_t i = 2 * number - 1, j = 2 * number;
-        IEL[number] = {i, j, j, i, 0, 0, 0, 0, material};
-        XC[j] = length;
-        YC[i] = YC[j] = static_cast<float>(number);
+        state.mesh.words[number] = {i, j, j, i, 0, 0, 0, 0, material};
+        state.mesh.x[j] = length;
+        state.mesh.y[i] = state.mesh.y[j] = static_cast<float>(number);
     }
     static void quadrilateral(std::int32_t number, std::int32_t i1, std::int32_t i2, std::int32_t i3,
                               std::int32_t i4) {
-        ETYPE[number] = EL_CONTINUUM;
-        IEL[number] = {i1, i2, i3, i4, 0, 0, 0, 0, 1};
+        state.mesh.type[number] = EL_CONTINUUM;
+        state.mesh.words[number] = {i1, i2, i3, i4, 0, 0, 0, 0, 1};
     }
     // Numbers of the elements that are left.
     static std::string left() {
         std::string text;
         for (std::int32_t n = 1; n <= 50; ++n)
-            if (ETYPE[n] != EL_DELETED)
+            if (state.mesh.type[n] != EL_DELETED)
                 text += std::to_string(n) + " ";
         return text;
     }
@@ -50,7 +50,7 @@ TEST_F(Collapse, LooksAtTheElementsOfItsMode) {
     // Of each type and material one element of 1 and one of 9: whatever is looked at has the
     // mean 5 and the cut 1.
     const auto set_up = [] {
-        ETYPE.fill(EL_DELETED);
+        state.mesh.type.fill(EL_DELETED);
         line(1, EL_BEAM, 3, 1.0F);
         line(2, EL_BEAM, 3, 9.0F);
         line(3, EL_BEAM, 4, 1.0F);
@@ -60,10 +60,10 @@ TEST_F(Collapse, LooksAtTheElementsOfItsMode) {
         line(7, EL_TRUSS, 6, 1.0F);
         line(8, EL_TRUSS, 6, 9.0F);
         quadrilateral(9, 1, 2, 4, 3);
-        MATCB[0] = 7;
-        MATCB[2] = 4;  // beams of material 4
-        MATCT[1] = 3;  // trusses of material 3
-        FCOL = 0.2F;
+        state.moves.beam_materials[0] = 7;
+        state.moves.beam_materials[2] = 4;  // beams of material 4
+        state.moves.truss_materials[1] = 3;  // trusses of material 3
+        state.moves.collapse_factor = 0.2F;
     };
     const std::pair<std::int32_t, const char*> cases[] = {
         {1, "2 4 6 8 9 "},         {2, "2 4 5 6 7 8 9 "},     {3, "1 2 3 4 6 8 9 "},
@@ -71,18 +71,18 @@ TEST_F(Collapse, LooksAtTheElementsOfItsMode) {
         {0, "1 2 3 4 5 6 7 8 9 "}, {7, "1 2 3 4 5 6 7 8 9 "}, {-1, "1 2 3 4 5 6 7 8 9 "}};
     for (const auto& [mode, expected] : cases) {
         set_up();
-        IDCOL = mode;
-        COLLAPSE();
+        state.moves.collapse_mode = mode;
+        COLLAPSE(state.mesh, state.listing, state.moves);
         EXPECT_EQ(left(), expected) << "mode " << mode;
-        EXPECT_EQ(IDCOL, mode >= 1 && mode <= 6 ? mode : 0);
+        EXPECT_EQ(state.moves.collapse_mode, mode >= 1 && mode <= 6 ? mode : 0);
     }
 }
 
 TEST_F(Collapse, TakesAnElementThatIsExactlyAsLongAsTheCut) {
     line(1, EL_BEAM, 1, 1.0F);
     line(2, EL_BEAM, 1, 3.0F);
-    FCOL = 0.5F;
-    COLLAPSE();
+    state.moves.collapse_factor = 0.5F;
+    COLLAPSE(state.mesh, state.listing, state.moves);
     EXPECT_EQ(left(), "2 ");
 }
 
@@ -91,53 +91,53 @@ TEST_F(Collapse, CutIsTheMeanTimesTheFactorInThisOrder) {
     line(1, EL_BEAM, 1, 2.0F);
     line(2, EL_BEAM, 1, 3.0F);
     line(3, EL_TRUSS, 1, 5.0F);
-    FCOL = 0.9F;
-    COLLAPSE();
+    state.moves.collapse_factor = 0.9F;
+    COLLAPSE(state.mesh, state.listing, state.moves);
     EXPECT_EQ(left(), "2 3 ");
 
     line(1, EL_BEAM, 1, 3.0F);
     line(2, EL_BEAM, 1, 3.0F);
     line(3, EL_TRUSS, 1, 4.0F);
-    COLLAPSE();
+    COLLAPSE(state.mesh, state.listing, state.moves);
     EXPECT_EQ(left(), "1 2 3 ");
-    EXPECT_EQ(IDCOL, 0);
+    EXPECT_EQ(state.moves.collapse_mode, 0);
 }
 
 TEST_F(Collapse, AFactorThatIsTooSmallChangesNothingAndSwitchesOff) {
     line(1, EL_BEAM, 1, 1.0F);
     line(2, EL_BEAM, 1, 9.0F);
-    FCOL = 0.19F;
-    COLLAPSE();
+    state.moves.collapse_factor = 0.19F;
+    COLLAPSE(state.mesh, state.listing, state.moves);
     EXPECT_EQ(left(), "1 2 ");
-    EXPECT_EQ(IEL[1].I2, 2);
-    EXPECT_EQ(IDCOL, 0);
+    EXPECT_EQ(state.mesh.words[1].I2, 2);
+    EXPECT_EQ(state.moves.collapse_mode, 0);
 }
 
 TEST_F(Collapse, SwitchesOffWhereNoElementIsLookedAt) {
     quadrilateral(1, 1, 2, 3, 4);
     line(2, EL_TRUSS, 1, 0.0F);
-    IDCOL = 2;
-    FCOL = 10.0F;
-    COLLAPSE();
+    state.moves.collapse_mode = 2;
+    state.moves.collapse_factor = 10.0F;
+    COLLAPSE(state.mesh, state.listing, state.moves);
     EXPECT_EQ(left(), "1 2 ");
-    EXPECT_EQ(IDCOL, 0);
+    EXPECT_EQ(state.moves.collapse_mode, 0);
 }
 
 TEST_F(Collapse, MeasuresAlongBothAxes) {
     line(1, EL_BEAM, 1, 3.0F);
-    YC[2] = YC[1] + 4.0F;  // 3, 4, 5
+    state.mesh.y[2] = state.mesh.y[1] + 4.0F;  // 3, 4, 5
     line(2, EL_BEAM, 1, 15.0F);
-    FCOL = 0.5F;  // mean 10
-    COLLAPSE();
+    state.moves.collapse_factor = 0.5F;  // mean 10
+    COLLAPSE(state.mesh, state.listing, state.moves);
     EXPECT_EQ(left(), "2 ");
 }
 
 TEST_F(Collapse, ElementsOfNoLengthGoWithAnyFactor) {
     line(1, EL_BEAM, 1, 0.0F);
     line(2, EL_BEAM, 1, 9.0F);
-    COLLAPSE();
+    COLLAPSE(state.mesh, state.listing, state.moves);
     EXPECT_EQ(left(), "2 ");
-    EXPECT_EQ(IDCOL, 1);
+    EXPECT_EQ(state.moves.collapse_mode, 1);
 }
 
 // Short beams 1 (nodes 1-2), 2 (3-4) and 3 (5-6), a long one 4 (7-8).
@@ -147,10 +147,10 @@ protected:
         for (const std::int32_t n : {1, 2, 3})
             line(n, EL_BEAM, 1, 1.0F);
         line(4, EL_BEAM, 1, 97.0F);
-        FCOL = 0.1F;  // 2.5
+        state.moves.collapse_factor = 0.1F;  // 2.5
     }
     static std::string corners(std::int32_t number) {
-        const ElementWords& w = IEL[number];
+        const ElementWords& w = state.mesh.words[number];
         std::string text;
         for (const std::int32_t corner : {w.I1, w.I2, w.I3, w.I4})
             text += std::to_string(corner) + " ";
@@ -160,28 +160,28 @@ protected:
 
 TEST_F(CollapseOfThree, PutsTheFirstNodeInPlaceOfTheSecondEverywhere) {
     quadrilateral(10, 2, 4, 6, 8);
-    ETYPE[11] = EL_TRUSS;
-    IEL[11] = {8, 2, 2, 8, 0, 0, 0, 0, 1};
-    IDCOL = 2;
-    COLLAPSE();
+    state.mesh.type[11] = EL_TRUSS;
+    state.mesh.words[11] = {8, 2, 2, 8, 0, 0, 0, 0, 1};
+    state.moves.collapse_mode = 2;
+    COLLAPSE(state.mesh, state.listing, state.moves);
     EXPECT_EQ(left(), "4 10 11 ");
     EXPECT_EQ(corners(10), "1 3 5 8 ");
     EXPECT_EQ(corners(11), "8 1 1 8 ");
 }
 
 TEST_F(CollapseOfThree, LeavesTheCoordinatesAlone) {
-    COLLAPSE();
+    COLLAPSE(state.mesh, state.listing, state.moves);
     for (const std::int32_t n : {2, 4, 6})
-        EXPECT_EQ(XC[n], 1.0F);
+        EXPECT_EQ(state.mesh.x[n], 1.0F);
     for (const std::int32_t n : {1, 3, 5})
-        EXPECT_EQ(XC[n], 0.0F);
+        EXPECT_EQ(state.mesh.x[n], 0.0F);
 }
 
 TEST_F(CollapseOfThree, QuadrilateralsLoseCornersAndGo) {
     quadrilateral(10, 1, 2, 7, 8);  // 1 1 7 8
     quadrilateral(11, 1, 2, 4, 3);  // 1 1 3 3
     quadrilateral(12, 7, 8, 5, 6);  // 7 8 5 5
-    COLLAPSE();
+    COLLAPSE(state.mesh, state.listing, state.moves);
     EXPECT_EQ(left(), "4 10 12 ");
     EXPECT_EQ(corners(10), "1 7 8 0 ");
     EXPECT_EQ(corners(12), "7 8 5 0 ");
@@ -190,21 +190,21 @@ TEST_F(CollapseOfThree, QuadrilateralsLoseCornersAndGo) {
 TEST_F(CollapseOfThree, AQuadrilateralWithAllCornersInOneGoes) {
     // The three short beams go out from node 1.
     for (const std::int32_t n : {1, 2, 3}) {
-        IEL[n].I1 = IEL[n].I4 = 1;
-        YC[2 * n] = YC[1];
+        state.mesh.words[n].I1 = state.mesh.words[n].I4 = 1;
+        state.mesh.y[2 * n] = state.mesh.y[1];
     }
     quadrilateral(10, 1, 2, 4, 6);
-    COLLAPSE();
+    COLLAPSE(state.mesh, state.listing, state.moves);
     EXPECT_EQ(left(), "4 ");
 }
 
 TEST_F(CollapseOfThree, ChainsActInTheOrderOfTheElements) {
     // Beams 1 (1-2) and 2 (2-4): the pair of 1 has been passed when that of 2 turns corner 4 into 2.
-    IEL[2].I1 = IEL[2].I4 = 2;
-    YC[4] = YC[2];
-    XC[4] = 2.0F;
+    state.mesh.words[2].I1 = state.mesh.words[2].I4 = 2;
+    state.mesh.y[4] = state.mesh.y[2];
+    state.mesh.x[4] = 2.0F;
     quadrilateral(10, 4, 7, 8, 9);
-    COLLAPSE();
+    COLLAPSE(state.mesh, state.listing, state.moves);
     EXPECT_EQ(corners(10), "2 7 8 9 ");
     // Beam 2 itself has become 1-2: it is short, but its ends are still two.
     EXPECT_EQ(corners(2), "1 2 2 1 ");
@@ -213,24 +213,24 @@ TEST_F(CollapseOfThree, ChainsActInTheOrderOfTheElements) {
 
 TEST_F(CollapseOfThree, ChainsGoOnWhereTheLaterElementNamesTheEarlierNode) {
     // Beams 1 (2-4) and 2 (1-2): corner 4 becomes 2, then 1.
-    IEL[1] = {2, 4, 4, 2, 0, 0, 0, 0, 1};
-    IEL[2] = {1, 2, 2, 1, 0, 0, 0, 0, 1};
-    XC[4] = 2.0F;
-    YC[4] = YC[2];
+    state.mesh.words[1] = {2, 4, 4, 2, 0, 0, 0, 0, 1};
+    state.mesh.words[2] = {1, 2, 2, 1, 0, 0, 0, 0, 1};
+    state.mesh.x[4] = 2.0F;
+    state.mesh.y[4] = state.mesh.y[2];
     quadrilateral(10, 4, 7, 8, 9);
-    COLLAPSE();
+    COLLAPSE(state.mesh, state.listing, state.moves);
     EXPECT_EQ(corners(10), "1 7 8 9 ");
     EXPECT_EQ(left(), "4 10 ");
 }
 
 TEST_F(CollapseOfThree, MergedNodesAreDroppedByTheCompaction) {
     quadrilateral(10, 2, 4, 6, 8);
-    COLLAPSE();
-    EXPECT_EQ(PACKELEMENTS(), 2);
+    COLLAPSE(state.mesh, state.listing, state.moves);
+    EXPECT_EQ(PACKELEMENTS(state.mesh), 2);
     // Nodes 7 and 8 of the long beam, 1, 3, 5 and 8 of the quadrilateral.
-    EXPECT_EQ(PACKNODES(), 5);
+    EXPECT_EQ(PACKNODES(state.mesh), 5);
     for (const std::int32_t n : {2, 4, 6})
-        EXPECT_EQ(NUSED[n], 0);
+        EXPECT_EQ(state.mesh.node_used[n], 0);
 }
 
 }  // namespace

@@ -14,14 +14,14 @@ protected:
     template <class Write>
     Lines lines(std::int32_t edition, Write write) const {
         const Edition kind(edition);
-        Channel& mesh = open_channel(7, "mesh.Mes", OpenStatus::work);
+        Channel& mesh = state.channels.open(7, "mesh.Mes", OpenStatus::work);
         write(mesh);
         mesh.rewind();
         return rest_of(mesh);
     }
     Lines node_line(std::int32_t edition) const {
         return lines(edition, [](Channel& mesh) {
-            write_node_record(mesh, {11, {1, 0, -1, 0, 2}, 8.0F, -0.5F, 12.5F, 0.025F});
+            write_node_record(state.settings.kind(), mesh, {11, {1, 0, -1, 0, 2}, 8.0F, -0.5F, 12.5F, 0.025F});
         });
     }
     Lines element_line(std::int32_t edition, std::int8_t type) const {
@@ -35,22 +35,22 @@ protected:
             e.THIC = 1.0F;
             e.DEN = -1.8F;
             e.IDH = -7;
-            write_element_record(mesh, type, e);
+            write_element_record(state.settings.kind(), mesh, type, e);
         });
     }
 
     // A channel that holds the text, at its start.
     Channel& holding(std::string_view text) const {
         directory.write("in.Mes", text);
-        return open_channel(5, "in.Mes", OpenStatus::old);
+        return state.channels.open(5, "in.Mes", OpenStatus::old);
     }
     NodeRecord node(std::int32_t edition, std::string_view text, std::int32_t NFIELDS) const {
         const Edition kind(edition);
-        return read_node_record(holding(text), NFIELDS);
+        return read_node_record(state.settings.kind(), holding(text), NFIELDS);
     }
     ElementRecord element(std::int32_t edition, std::int8_t type, std::string_view text) const {
         const Edition kind(edition);
-        return read_element_record(holding(text), type);
+        return read_element_record(state.settings.kind(), holding(text), type);
     }
 };
 
@@ -150,7 +150,7 @@ TEST_F(MeshRecords, NodeHeadingNamesTheFieldsOfTheKind) {
 
 TEST_F(MeshRecords, ContinuumHeadingNamesTheFieldsOfTheKind) {
     const auto heading = [&](std::int32_t edition) {
-        return lines(edition, [](Channel& mesh) { write_section_heading(mesh, EL_CONTINUUM); });
+        return lines(edition, [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, EL_CONTINUUM); });
     };
     EXPECT_EQ(heading(COUPLED), (Lines{"    CONTINUUM ELEMENT INDEX ",
                                        "    NEL     I1     I2     I3     I4     M5     M6     M7     M8 MATC"
@@ -165,9 +165,9 @@ TEST_F(MeshRecords, ContinuumHeadingNamesTheFieldsOfTheKind) {
 
 TEST_F(MeshRecords, BeamAndTrussHeadingsAreTheSameInAllKinds) {
     for (const std::int32_t edition : {COUPLED, TEMPERATURE, HEAD, DISPLACEMENT}) {
-        EXPECT_EQ(lines(edition, [](Channel& mesh) { write_section_heading(mesh, EL_BEAM); }),
+        EXPECT_EQ(lines(edition, [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, EL_BEAM); }),
                   (Lines{"    BEAM ELEMENT ", "    NEL      I      J   MSEC  NODEK "}));
-        EXPECT_EQ(lines(edition, [](Channel& mesh) { write_section_heading(mesh, EL_TRUSS); }),
+        EXPECT_EQ(lines(edition, [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, EL_TRUSS); }),
                   (Lines{"    TRUSS ELEMENT ", "    NEL      I      J   MATT  NODEK "}));
     }
 }
@@ -220,14 +220,14 @@ TEST_F(MeshRecords, NodeOfTheTemperatureAndHeadKindsHasNoConstants) {
 TEST_F(MeshRecords, WhatFollowsTheLastFieldOnItsLineIsIgnored) {
     const Edition kind(DISPLACEMENT);
     Channel& mesh = holding("11 1 0 1 1 1 3.5 -4.5 and a remark\n12 1 0 1 1 1 5.5 6.5\n");
-    EXPECT_EQ(read_node_record(mesh, 8).NODE, 11);
-    EXPECT_EQ(read_node_record(mesh, 8).NODE, 12);
+    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).NODE, 11);
+    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).NODE, 12);
 }
 
 TEST_F(MeshRecords, RecordMayTakeSeveralLines) {
     const Edition kind(DISPLACEMENT);
     Channel& mesh = holding("11 1 0\n\n1 1 1 3.5\n-4.5\n12");
-    const NodeRecord read = read_node_record(mesh, 8);
+    const NodeRecord read = read_node_record(state.settings.kind(), mesh, 8);
     EXPECT_EQ(read.ID, (NodeCodes{1, 0, 1, 0, 0}));
     EXPECT_EQ(read.YC, -4.5F);
     EXPECT_EQ(mesh.peek_line(), "12");

@@ -12,77 +12,77 @@ class DeckReset : public ::testing::Test {
 protected:
     void SetUp() override {
         for (const std::int32_t n : PLACES) {
-            NACT1[n] = NACT2[n] = 1;
-            IDN[n] = IDN1[n] = {1, 2, 3, 4, 5};
-            XC[n] = YC[n] = XC1[n] = YC1[n] = 6.5F;
-            H[n] = CF[n] = H1[n] = CF1[n] = 7.5F;
-            NMAP[n] = -8;
-            NLIST[n] = NUSED[n] = ELIST[n] = n;
-            EACT1[n] = EL_BEAM;
-            EACT2[n] = EL_TRUSS;
-            ETYPE[n] = EL_CONTINUUM;
-            IEL[n] = {11, 12, 13, 14, 15, 16, 17, 18, 19};
-            KS[n] = KF[n] = INTR[n] = INTS[n] = IDH[n] = 20;
-            TBJWL[n] = THIC[n] = DEN[n] = 21.5F;
+            state.mesh.node_in_use[n] = state.side.second_node_in_use[n] = 1;
+            state.mesh.codes[n] = state.side.codes[n] = {1, 2, 3, 4, 5};
+            state.mesh.x[n] = state.mesh.y[n] = state.side.x[n] = state.side.y[n] = 6.5F;
+            state.mesh.head[n] = state.mesh.coefficient[n] = state.side.head[n] = state.side.coefficient[n] = 7.5F;
+            state.mesh.new_number[n] = -8;
+            state.selection.nodes[n] = state.mesh.node_used[n] = state.selection.elements[n] = n;
+            state.mesh.type_in_use[n] = EL_BEAM;
+            state.side.second_type_in_use[n] = EL_TRUSS;
+            state.mesh.type[n] = EL_CONTINUUM;
+            state.mesh.words[n] = {11, 12, 13, 14, 15, 16, 17, 18, 19};
+            state.mesh.skeleton[n] = state.mesh.fluid[n] = state.mesh.integration_r[n] = state.mesh.integration_s[n] = state.mesh.attribute[n] = 20;
+            state.mesh.real_attribute[n] = state.mesh.thickness[n] = state.mesh.density[n] = 21.5F;
         }
-        RESETMESH();
+        RESETMESH(state.mesh, state.side, state.selection);
     }
 };
 
 TEST_F(DeckReset, LeavesNoNodeAndNoElementInUse) {
     for (const std::int32_t n : PLACES) {
-        EXPECT_EQ(NACT1[n], 0) << n;
-        EXPECT_EQ(NACT2[n], 0) << n;
-        EXPECT_EQ(EACT1[n], -1) << n;
-        EXPECT_EQ(EACT2[n], -1) << n;
-        EXPECT_EQ(ETYPE[n], 0) << n;
+        EXPECT_EQ(state.mesh.node_in_use[n], 0) << n;
+        EXPECT_EQ(state.side.second_node_in_use[n], 0) << n;
+        EXPECT_EQ(state.mesh.type_in_use[n], -1) << n;
+        EXPECT_EQ(state.side.second_type_in_use[n], -1) << n;
+        EXPECT_EQ(state.mesh.type[n], 0) << n;
     }
 }
 
 TEST_F(DeckReset, EmptiesCodesAndCoordinates) {
     for (const std::int32_t n : PLACES) {
-        EXPECT_EQ(IDN[n], (NodeCodes{0, 0, 0, 0, 0})) << n;
-        EXPECT_EQ(IDN1[n], (NodeCodes{0, 0, 0, 0, 0})) << n;
-        EXPECT_EQ(XC[n], 0.0F) << n;
-        EXPECT_EQ(YC[n], 0.0F) << n;
-        EXPECT_EQ(XC1[n], 0.0F) << n;
-        EXPECT_EQ(YC1[n], 0.0F) << n;
+        EXPECT_EQ(state.mesh.codes[n], (NodeCodes{0, 0, 0, 0, 0})) << n;
+        EXPECT_EQ(state.side.codes[n], (NodeCodes{0, 0, 0, 0, 0})) << n;
+        EXPECT_EQ(state.mesh.x[n], 0.0F) << n;
+        EXPECT_EQ(state.mesh.y[n], 0.0F) << n;
+        EXPECT_EQ(state.side.x[n], 0.0F) << n;
+        EXPECT_EQ(state.side.y[n], 0.0F) << n;
     }
 }
 
 TEST_F(DeckReset, EmptiesTheSelections) {
     for (const std::int32_t n : PLACES) {
-        EXPECT_EQ(NLIST[n], 0) << n;
-        EXPECT_EQ(ELIST[n], 0) << n;
-        EXPECT_EQ(NUSED[n], 0) << n;
+        EXPECT_EQ(state.selection.nodes[n], 0) << n;
+        EXPECT_EQ(state.selection.elements[n], 0) << n;
+        EXPECT_EQ(state.mesh.node_used[n], 0) << n;
     }
 }
 
 TEST_F(DeckReset, MapsEachNodeToItself) {
     for (std::int32_t n = 1; n <= 99990; ++n)
-        ASSERT_EQ(NMAP[n], n);
+        ASSERT_EQ(state.mesh.new_number[n], n);
 }
 
 TEST_F(DeckReset, LeavesWordsAndAttributesOfTheDeckBefore) {
     for (const std::int32_t n : PLACES) {
-        EXPECT_EQ(IEL[n].I1, 11) << n;
-        EXPECT_EQ(IEL[n].M8, 18) << n;
-        EXPECT_EQ(IEL[n].MATNO, 19) << n;
-        EXPECT_EQ(KS[n], 20) << n;
-        EXPECT_EQ(KF[n], 20) << n;
-        EXPECT_EQ(INTR[n], 20) << n;
-        EXPECT_EQ(INTS[n], 20) << n;
-        EXPECT_EQ(IDH[n], 20) << n;
-        EXPECT_EQ(TBJWL[n], 21.5F) << n;
-        EXPECT_EQ(THIC[n], 21.5F) << n;
-        EXPECT_EQ(DEN[n], 21.5F) << n;
+        EXPECT_EQ(state.mesh.words[n].I1, 11) << n;
+        EXPECT_EQ(state.mesh.words[n].M8, 18) << n;
+        EXPECT_EQ(state.mesh.words[n].MATNO, 19) << n;
+        EXPECT_EQ(state.mesh.skeleton[n], 20) << n;
+        EXPECT_EQ(state.mesh.fluid[n], 20) << n;
+        EXPECT_EQ(state.mesh.integration_r[n], 20) << n;
+        EXPECT_EQ(state.mesh.integration_s[n], 20) << n;
+        EXPECT_EQ(state.mesh.attribute[n], 20) << n;
+        EXPECT_EQ(state.mesh.real_attribute[n], 21.5F) << n;
+        EXPECT_EQ(state.mesh.thickness[n], 21.5F) << n;
+        EXPECT_EQ(state.mesh.density[n], 21.5F) << n;
     }
 }
 
 TEST_F(DeckReset, LeavesHeadAndTemperatureOfTheDeckBefore) {
     for (const std::int32_t n : PLACES) {
-        EXPECT_EQ(H[n], 7.5F) << n;
-        EXPECT_EQ(CF[n], 7.5F) << n;
+        EXPECT_EQ(state.mesh.head[n], 7.5F) << n;
+        EXPECT_EQ(state.mesh.coefficient[n], 7.5F) << n;
     }
 }
 

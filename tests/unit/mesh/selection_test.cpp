@@ -105,29 +105,29 @@ TEST(NumberList, NumberBeyondItsTableIsAMessage) {
 class Selection : public ::testing::Test {
 protected:
     void SetUp() override {
-        RESETMESH();
-        EDIT = EditCards{};
+        RESETMESH(state.mesh, state.side, state.selection);
+        state.edit = EditCards{};
     }
     void TearDown() override { SetUp(); }
 
     static void window(float xmin, float ymin, float xmax, float ymax) {
-        EDIT.ILOC = 0;
-        EDIT.XMIN = xmin;
-        EDIT.YMIN = ymin;
-        EDIT.XMAX = xmax;
-        EDIT.YMAX = ymax;
+        state.edit.ILOC = 0;
+        state.edit.XMIN = xmin;
+        state.edit.YMIN = ymin;
+        state.edit.XMAX = xmax;
+        state.edit.YMAX = ymax;
     }
     static void list(std::int32_t IEDIT, std::int32_t ILOC, const std::vector<std::int32_t>& numbers) {
-        EDIT.IEDIT = IEDIT;
-        EDIT.ILOC = ILOC;
-        EDIT.NSEL = static_cast<std::int32_t>(numbers.size());
-        for (std::int32_t i = 1; i <= EDIT.NSEL; ++i)
-            EDIT.LIST[i] = numbers[static_cast<std::size_t>(i - 1)];
-        PREPARESELECTION();
+        state.edit.IEDIT = IEDIT;
+        state.edit.ILOC = ILOC;
+        state.edit.NSEL = static_cast<std::int32_t>(numbers.size());
+        for (std::int32_t i = 1; i <= state.edit.NSEL; ++i)
+            state.edit.LIST[i] = numbers[static_cast<std::size_t>(i - 1)];
+        PREPARESELECTION(state.edit, state.selection);
     }
     static void node(std::int32_t number, float x, float y) {
-        XC[number] = x;
-        YC[number] = y;
+        state.mesh.x[number] = x;
+        state.mesh.y[number] = y;
     }
     static ElementRecord element(std::int32_t number, const std::array<std::int32_t, 4>& corners) {
         ElementRecord e;
@@ -142,62 +142,62 @@ protected:
 
 TEST_F(Selection, PointOnTheEdgeOfAWindowIsOutside) {
     window(1.0F, 2.0F, 3.0F, 4.0F);
-    EXPECT_TRUE(node_inside(1, 2.0F, 3.0F));
-    EXPECT_FALSE(node_inside(1, 1.0F, 3.0F));
-    EXPECT_FALSE(node_inside(1, 3.0F, 3.0F));
-    EXPECT_FALSE(node_inside(1, 2.0F, 2.0F));
-    EXPECT_FALSE(node_inside(1, 2.0F, 4.0F));
-    EXPECT_FALSE(node_inside(1, 1.0F, 2.0F));
+    EXPECT_TRUE(node_inside(state.edit, state.selection, 1, 2.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 1.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 3.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 2.0F, 2.0F));
+    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 2.0F, 4.0F));
+    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 1.0F, 2.0F));
 }
 
 TEST_F(Selection, PointNextToTheEdgeOfAWindowIsInside) {
     window(1.0F, 2.0F, 3.0F, 4.0F);
-    EXPECT_TRUE(node_inside(1, std::nextafter(1.0F, 2.0F), 3.0F));
-    EXPECT_TRUE(node_inside(1, std::nextafter(3.0F, 2.0F), 3.0F));
-    EXPECT_TRUE(node_inside(1, 2.0F, std::nextafter(2.0F, 3.0F)));
-    EXPECT_TRUE(node_inside(1, 2.0F, std::nextafter(4.0F, 3.0F)));
+    EXPECT_TRUE(node_inside(state.edit, state.selection, 1, std::nextafter(1.0F, 2.0F), 3.0F));
+    EXPECT_TRUE(node_inside(state.edit, state.selection, 1, std::nextafter(3.0F, 2.0F), 3.0F));
+    EXPECT_TRUE(node_inside(state.edit, state.selection, 1, 2.0F, std::nextafter(2.0F, 3.0F)));
+    EXPECT_TRUE(node_inside(state.edit, state.selection, 1, 2.0F, std::nextafter(4.0F, 3.0F)));
 }
 
 TEST_F(Selection, WindowWithoutWidthHoldsNothing) {
     window(1.0F, 2.0F, 1.0F, 4.0F);
-    EXPECT_FALSE(node_inside(1, 1.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 1.0F, 3.0F));
     window(3.0F, 2.0F, 1.0F, 4.0F);
-    EXPECT_FALSE(node_inside(1, 2.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 2.0F, 3.0F));
 }
 
 TEST_F(Selection, SideZeroTakesWhatIsInsideAndSideOneTheRest) {
-    EDIT.ISIDE = 0;
-    EXPECT_TRUE(takes_side(true));
-    EXPECT_FALSE(takes_side(false));
-    EDIT.ISIDE = 1;
-    EXPECT_FALSE(takes_side(true));
-    EXPECT_TRUE(takes_side(false));
+    state.edit.ISIDE = 0;
+    EXPECT_TRUE(takes_side(state.edit, true));
+    EXPECT_FALSE(takes_side(state.edit, false));
+    state.edit.ISIDE = 1;
+    EXPECT_FALSE(takes_side(state.edit, true));
+    EXPECT_TRUE(takes_side(state.edit, false));
 }
 
 TEST_F(Selection, AnyOtherSideTakesNothing) {
     for (const std::int32_t side : {2, -1, 99}) {
-        EDIT.ISIDE = side;
-        EXPECT_FALSE(takes_side(true)) << side;
-        EXPECT_FALSE(takes_side(false)) << side;
+        state.edit.ISIDE = side;
+        EXPECT_FALSE(takes_side(state.edit, true)) << side;
+        EXPECT_FALSE(takes_side(state.edit, false)) << side;
     }
 }
 
 TEST_F(Selection, ListOfNodesGoesByNumber) {
     list(1, 1, {3, -5});
-    EXPECT_FALSE(node_inside(2, 0.0F, 0.0F));
-    EXPECT_TRUE(node_inside(3, 0.0F, 0.0F));
-    EXPECT_TRUE(node_inside(5, 0.0F, 0.0F));
-    EXPECT_FALSE(node_inside(6, 0.0F, 0.0F));
+    EXPECT_FALSE(node_inside(state.edit, state.selection, 2, 0.0F, 0.0F));
+    EXPECT_TRUE(node_inside(state.edit, state.selection, 3, 0.0F, 0.0F));
+    EXPECT_TRUE(node_inside(state.edit, state.selection, 5, 0.0F, 0.0F));
+    EXPECT_FALSE(node_inside(state.edit, state.selection, 6, 0.0F, 0.0F));
 }
 
 TEST_F(Selection, ListOfElementsGoesByNumber) {
     for (const std::int32_t IEDIT : {2, 3}) {
         SetUp();
         list(IEDIT, 1, {7, -8});
-        EXPECT_FALSE(element_inside(EL_CONTINUUM, element(6, {1, 2, 3, 4})));
-        EXPECT_TRUE(element_inside(EL_CONTINUUM, element(7, {1, 2, 3, 4})));
-        EXPECT_TRUE(element_inside(EL_BEAM, element(8, {1, 2, 2, 1})));
-        EXPECT_FALSE(node_inside(7, 0.0F, 0.0F)) << "the list names no nodes";
+        EXPECT_FALSE(element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(6, {1, 2, 3, 4})));
+        EXPECT_TRUE(element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(7, {1, 2, 3, 4})));
+        EXPECT_TRUE(element_inside(state.edit, state.mesh, state.selection, EL_BEAM, element(8, {1, 2, 2, 1})));
+        EXPECT_FALSE(node_inside(state.edit, state.selection, 7, 0.0F, 0.0F)) << "the list names no nodes";
     }
 }
 
@@ -206,22 +206,22 @@ TEST_F(Selection, OtherKindsOfSelectionHoldNothing) {
     for (const std::int32_t ILOC : {3, 4, -1}) {
         SetUp();
         list(1, ILOC, {1, 2});
-        EXPECT_FALSE(node_inside(1, 0.0F, 0.0F)) << ILOC;
+        EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 0.0F, 0.0F)) << ILOC;
     }
     for (const std::int32_t ILOC : {2, 3, 4, -1}) {
         SetUp();
         list(2, ILOC, {1, 2});
-        EXPECT_FALSE(element_inside(EL_CONTINUUM, element(1, {1, 2, 3, 4}))) << ILOC;
+        EXPECT_FALSE(element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(1, {1, 2, 3, 4}))) << ILOC;
     }
 }
 
 TEST_F(Selection, MaterialsAreTakenAsTheyAreListed) {
     list(1, 3, {6, -8});
-    EXPECT_TRUE(material_listed(6));
-    EXPECT_TRUE(material_listed(-8));
-    EXPECT_FALSE(material_listed(7));
-    EXPECT_FALSE(material_listed(8));
-    EXPECT_FALSE(material_listed(0));
+    EXPECT_TRUE(material_listed(state.edit, 6));
+    EXPECT_TRUE(material_listed(state.edit, -8));
+    EXPECT_FALSE(material_listed(state.edit, 7));
+    EXPECT_FALSE(material_listed(state.edit, 8));
+    EXPECT_FALSE(material_listed(state.edit, 0));
 }
 
 // The corners of a square of side 4 with its centre in (2, 2), and of the triangle below its diagonal.
@@ -238,7 +238,7 @@ protected:
     static bool lies_at(float x, float y, std::int8_t type, const std::array<std::int32_t, 4>& corners) {
         constexpr float near = 0.01F;
         window(x - near, y - near, x + near, y + near);
-        return element_inside(type, element(9, corners));
+        return element_inside(state.edit, state.mesh, state.selection, type, element(9, corners));
     }
 };
 
@@ -267,9 +267,9 @@ TEST_F(Centroid, OfABeamOrTrussIsItsMidpoint) {
 
 TEST_F(Centroid, OnTheEdgeOfAWindowIsOutside) {
     window(2.0F, 0.0F, 4.0F, 4.0F);
-    EXPECT_FALSE(element_inside(EL_CONTINUUM, element(9, {1, 2, 3, 4})));
+    EXPECT_FALSE(element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(9, {1, 2, 3, 4})));
     window(1.0F, 0.0F, 4.0F, 4.0F);
-    EXPECT_TRUE(element_inside(EL_CONTINUUM, element(9, {1, 2, 3, 4})));
+    EXPECT_TRUE(element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(9, {1, 2, 3, 4})));
 }
 
 }  // namespace

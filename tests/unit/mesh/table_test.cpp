@@ -59,12 +59,12 @@ TEST(CheckedTable, NumbersFarOutsideDoNotWrapRound) {
 
 TEST(CheckedTable, NodeAndElementTablesEndAtTheirLimits) {
     static_assert(MAXNP == 99990 && MAXEL == 99990);
-    XC[1] = 0.0F;
-    XC[99990] = 0.0F;
-    IEL[99990] = ElementWords{};
-    EXPECT_EQ(failure_of([] { XC[99991] = 1.0F; }), "table XC: number 99991 is outside 1 to 99990");
-    EXPECT_EQ(failure_of([] { IEL[0].I1 = 1; }), "table IEL: number 0 is outside 1 to 99990");
-    EXPECT_EQ(failure_of([] { EACT1[-5] = 1; }), "table EACT1: number -5 is outside 1 to 99990");
+    state.mesh.x[1] = 0.0F;
+    state.mesh.x[99990] = 0.0F;
+    state.mesh.words[99990] = ElementWords{};
+    EXPECT_EQ(failure_of([] { state.mesh.x[99991] = 1.0F; }), "table XC: number 99991 is outside 1 to 99990");
+    EXPECT_EQ(failure_of([] { state.mesh.words[0].I1 = 1; }), "table IEL: number 0 is outside 1 to 99990");
+    EXPECT_EQ(failure_of([] { state.mesh.type_in_use[-5] = 1; }), "table EACT1: number -5 is outside 1 to 99990");
 }
 
 TEST(CheckedTable, LimitsAreThoseOfThePackage) {

@@ -17,32 +17,32 @@ protected:
     static constexpr std::int32_t G = 4;  // the group
 
     void SetUp() override {
-        GROUPREC[G] = {};
-        GROUPMAT[G] = {};
-        GROUPPOST[G] = {};
+        state.group_cards.rows[G] = {};
+        state.group_cards.materials[G] = {};
+        state.group_cards.outputs[G] = {};
         words(MAT, MATj, LTi, LMi, LTo, LMo);
         for (std::size_t role = 0; role < 6; ++role)
-            GROUPPOST[G].pair[role] = {static_cast<std::int32_t>(role) + 1,
+            state.group_cards.outputs[G].pair[role] = {static_cast<std::int32_t>(role) + 1,
                                        static_cast<std::int32_t>(role) + 101};
     }
     static void words(float mat, float matj, float lti, float lmi, float lto, float lmo) {
-        GROUPMAT[G].MAT = mat;
-        GROUPMAT[G].MATj = matj;
-        GROUPMAT[G].LTi = lti;
-        GROUPMAT[G].LMi = lmi;
-        GROUPMAT[G].LTo = lto;
-        GROUPMAT[G].LMo = lmo;
+        state.group_cards.materials[G].MAT = mat;
+        state.group_cards.materials[G].MATj = matj;
+        state.group_cards.materials[G].LTi = lti;
+        state.group_cards.materials[G].LMi = lmi;
+        state.group_cards.materials[G].LTo = lto;
+        state.group_cards.materials[G].LMo = lmo;
     }
     static void clear_pairs(std::initializer_list<std::size_t> numbers) {
         for (const std::size_t number : numbers)
-            GROUPPOST[G].pair[number - 1] = {0, 0};
+            state.group_cards.outputs[G].pair[number - 1] = {0, 0};
     }
     // The numbers of the pairs that the five materials take, "-" for none: as in "21--1".
     static std::string taken(std::int32_t MTYPE, std::int8_t type) {
-        GROUPREC[G].MTYPE = MTYPE;
+        state.group_cards.rows[G].MTYPE = MTYPE;
         std::string text;
         for (const std::int32_t material : {MAT, MATj, LMi, LMo, OTHER}) {
-            const ActivityPair pair = activity_of(G, type, material);
+            const ActivityPair pair = activity_of(state.group_cards, G, type, material);
             if (pair == ActivityPair{}) {
                 text += '-';
                 continue;
@@ -117,11 +117,11 @@ TEST_F(ActivityPairs, OfALineWithoutPairsByClass) {
 TEST_F(ActivityPairs, OfALineWithOnePairByClass) {
     clear_pairs({5, 6});
     expect_taken(2, "11111", "-----", "-----");
-    GROUPPOST[G].pair[0] = {0, 0};
-    GROUPPOST[G].pair[4] = {5, 105};
+    state.group_cards.outputs[G].pair[0] = {0, 0};
+    state.group_cards.outputs[G].pair[4] = {5, 105};
     expect_taken(2, "-----", "55555", "-----");
-    GROUPPOST[G].pair[4] = {0, 0};
-    GROUPPOST[G].pair[5] = {6, 106};
+    state.group_cards.outputs[G].pair[4] = {0, 0};
+    state.group_cards.outputs[G].pair[5] = {6, 106};
     expect_taken(2, "-----", "-----", "66666");
 }
 
@@ -132,11 +132,11 @@ TEST_F(ActivityPairs, PairOfTwoZerosIsNone) {
 }
 
 TEST_F(ActivityPairs, OneZeroOfTwoIsAPair) {
-    GROUPREC[G].MTYPE = 4;
-    GROUPPOST[G].pair[0] = {0, 7};
-    GROUPPOST[G].pair[1] = {7, 0};
-    EXPECT_EQ(activity_of(G, EL_CONTINUUM, OTHER), (ActivityPair{0, 7}));
-    EXPECT_EQ(activity_of(G, EL_CONTINUUM, MAT), (ActivityPair{7, 0}));
+    state.group_cards.rows[G].MTYPE = 4;
+    state.group_cards.outputs[G].pair[0] = {0, 7};
+    state.group_cards.outputs[G].pair[1] = {7, 0};
+    EXPECT_EQ(activity_of(state.group_cards, G, EL_CONTINUUM, OTHER), (ActivityPair{0, 7}));
+    EXPECT_EQ(activity_of(state.group_cards, G, EL_CONTINUUM, MAT), (ActivityPair{7, 0}));
 }
 
 TEST_F(ActivityPairs, FirstLineOfAJointComesBeforeItsTwin) {
@@ -156,24 +156,24 @@ TEST_F(ActivityPairs, WordsAreCutToIntegers) {
 // --- new materials -------------------------------------------------------------------------------
 
 TEST_F(ActivityPairs, NewMaterialsFollowTheHighestOfTheMesh) {
-    NGROUP = G;
+    state.group_cards.count = G;
     for (std::int32_t g = 1; g < G; ++g)
-        GROUPREC[g] = {};
-    GROUPREC[G].MTYPE = 4;
-    NMATC = 20;
+        state.group_cards.rows[g] = {};
+    state.group_cards.rows[G].MTYPE = 4;
+    state.listing.highest_material = 20;
     std::vector<GroupMembers> members(G + 1);
     members[G][{EL_CONTINUUM, MAT}].all = {{3, 4}, {9, 9}};
     members[G][{EL_CONTINUUM, OTHER}].all = {{4, 5}};
     members[G][{EL_BEAM, LMi}].all = {{11, 11}};
     members[G][{EL_TRUSS, LMo}].all = {{12, 12}};
-    const Activity activity = MAKEACTIVITY(members);
+    const Activity activity = MAKEACTIVITY(state.trace, state.group_cards, state.listing, members);
     EXPECT_EQ(activity.NFAD, 2 + 2 + 1 + 1);
     EXPECT_EQ(activity.first_new, 21);
     ASSERT_EQ(activity.materials.size(), 2U);
     EXPECT_EQ(activity.materials[0].old, OTHER);
     EXPECT_EQ(activity.materials[0].activity, (ActivityPair{1, 101}));
     EXPECT_EQ(activity.materials[1].old, MAT);
-    EXPECT_EQ(NMATC, 22);
+    EXPECT_EQ(state.listing.highest_material, 22);
     EXPECT_EQ(activity.NEWMAT[3], 22);
     EXPECT_EQ(activity.NEWMAT[4], 22);  // the later of its two
     EXPECT_EQ(activity.NEWMAT[5], 21);
@@ -183,12 +183,12 @@ TEST_F(ActivityPairs, NewMaterialsFollowTheHighestOfTheMesh) {
 }
 
 TEST(MemberCounts, AreClearedBeforeTheElementsOfAMeshAreWritten) {
-    NMEMBER = NMATC = NMATB = NMATT = 99;
-    NTRUSM = {1, 2, 3};
-    NGRP = 0;
-    begin_membership();
-    EXPECT_EQ(NMEMBER + NMATC + NMATB + NMATT, 0);
-    EXPECT_TRUE(NTRUSM.empty());
+    state.listing.members = state.listing.highest_material = state.listing.highest_beam_material = state.listing.highest_truss_material = 99;
+    state.listing.trusses_of_material = {1, 2, 3};
+    state.listing.count = 0;
+    begin_membership(state.tolerances, state.engine, state.listing);
+    EXPECT_EQ(state.listing.members + state.listing.highest_material + state.listing.highest_beam_material + state.listing.highest_truss_material, 0);
+    EXPECT_TRUE(state.listing.trusses_of_material.empty());
 }
 
 }  // namespace

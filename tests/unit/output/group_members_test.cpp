@@ -18,20 +18,20 @@ struct Record {
 class GroupMemberRecords : public ChannelTest {
 protected:
     void SetUp() override {
-        NGROUP = 0;
+        state.group_cards.count = 0;
         for (std::int32_t g = 1; g <= MAXGROUPS; ++g)
-            GROUPPOST[g] = {};
+            state.group_cards.outputs[g] = {};
     }
     void groups(std::initializer_list<std::int32_t> IGPOST) const {
         for (const std::int32_t value : IGPOST)
-            GROUPPOST[++NGROUP].IGPOST = value;
+            state.group_cards.outputs[++state.group_cards.count].IGPOST = value;
     }
     std::vector<GroupMembers> read(const std::vector<Record>& records) const {
-        Channel& file = open_channel(7, "GROUP.TMP", OpenStatus::work);
+        Channel& file = state.channels.open(7, "GROUP.TMP", OpenStatus::work);
         for (const Record& r : records)
             write_free(file, r.group, r.material, r.element, r.type, r.sub_kind);
-        close_channel(7);
-        return READMEMBERS(open_channel(7, "GROUP.TMP", OpenStatus::forward));
+        state.channels.close(7);
+        return READMEMBERS(state.group_cards, state.channels.open(7, "GROUP.TMP", OpenStatus::forward));
     }
     static std::string text(const ElementRanges& ranges) {
         std::string all;
@@ -115,7 +115,7 @@ TEST_F(GroupMemberRecords, AreWhatAPlainReadingGives) {
         };
         std::map<std::array<std::int32_t, 3>, Sets> plain;
         for (const Record& r : records) {
-            if (r.group < 1 || r.group > NGROUP || GROUPPOST[r.group].IGPOST == 0 || r.material == 0)
+            if (r.group < 1 || r.group > state.group_cards.count || state.group_cards.outputs[r.group].IGPOST == 0 || r.material == 0)
                 continue;
             Sets& sets = plain[{r.group, r.type, r.material}];
             sets.all.insert(r.element);

@@ -14,19 +14,19 @@ protected:
 
     void SetUp() override {
         ::setenv("BRELAN_DRIVE_C", (directory.path() / "C").c_str(), 1);
-        UNITS = UnitLabels{};
+        state.units = UnitLabels{};
     }
     void TearDown() override {
         ::unsetenv("BRELAN_DRIVE_C");
-        UNITS = UnitLabels{};
+        state.units = UnitLabels{};
     }
     static std::string text(const std::string& codes, const std::string& title = "A title") {
         return "*\n*\n*\n*\n" + title + "\n*\n*\n*\n*\n*\n*\n*\n*\n*\n*\n" + codes;
     }
     void read(const std::string& codes) const {
         directory.write(FILE, text(codes + "\n"));
-        UNITTAB();
-        EXPECT_FALSE(channel_is_open(4));
+        UNITTAB(state.channels, state.settings.kind(), state.units);
+        EXPECT_FALSE(state.channels.is_open(4));
     }
     static std::string one(int force, int length, int time, int energy, int temperature) {
         return std::to_string(force) + " " + std::to_string(length) + " " + std::to_string(time) + " " +
@@ -38,7 +38,7 @@ TEST_F(UnitTable, ForceByCode) {
     const char* const labels[] = {"(N)  ", "(KN) ", "(MN) ", "(Kg) ", "(ton)", "(lb) ", "(Kip)"};
     for (int code = 1; code <= 7; ++code) {
         read(one(code, 1, 1, 1, 1));
-        EXPECT_EQ(UNITS.UFORCE, labels[code - 1]);
+        EXPECT_EQ(state.units.UFORCE, labels[code - 1]);
     }
 }
 
@@ -48,9 +48,9 @@ TEST_F(UnitTable, LengthTimeAndEnergyByCode) {
     const char* const energies[] = {"(Joule)", "(erg)  ", "(lb-in)", "(Btu)  "};
     for (int code = 1; code <= 4; ++code) {
         read(one(1, code, code, code, 1));
-        EXPECT_EQ(UNITS.ULENGTH, lengths[code - 1]);
-        EXPECT_EQ(UNITS.UTIME, times[code - 1]);
-        EXPECT_EQ(UNITS.UENERGY, energies[code - 1]);
+        EXPECT_EQ(state.units.ULENGTH, lengths[code - 1]);
+        EXPECT_EQ(state.units.UTIME, times[code - 1]);
+        EXPECT_EQ(state.units.UENERGY, energies[code - 1]);
     }
 }
 
@@ -61,12 +61,12 @@ TEST_F(UnitTable, TemperatureByCodeInTheTemperatureKindAndHeadInTheHeadKind) {
         for (const std::int32_t edition : {5, 6}) {
             const Edition kind(edition);
             read(one(1, 1, 1, 1, code));
-            EXPECT_EQ(UNITS.UTEMP, temperatures[code - 1]);
+            EXPECT_EQ(state.units.UTEMP, temperatures[code - 1]);
         }
         for (const std::int32_t edition : {9, 10}) {
             const Edition kind(edition);
             read(one(1, 1, 1, 1, code));
-            EXPECT_EQ(UNITS.UTEMP, heads[code - 1]);
+            EXPECT_EQ(state.units.UTEMP, heads[code - 1]);
         }
     }
 }
@@ -76,7 +76,7 @@ TEST_F(UnitTable, OtherKindsHaveNoLabelOfTemperature) {
         for (int code = 1; code <= 4; ++code) {
             const Edition kind(edition);
             read(one(1, 1, 1, 1, code));
-            EXPECT_EQ(UNITS.UTEMP, "     ") << edition;
+            EXPECT_EQ(state.units.UTEMP, "     ") << edition;
         }
 }
 
@@ -93,7 +93,7 @@ TEST_F(UnitTable, StressByForceAndLength) {
     for (int force = 1; force <= 7; ++force)
         for (int length = 1; length <= 4; ++length) {
             read(one(force, length, 1, 1, 1));
-            EXPECT_EQ(UNITS.USTRESS, labels[force - 1][length - 1]) << force << ' ' << length;
+            EXPECT_EQ(state.units.USTRESS, labels[force - 1][length - 1]) << force << ' ' << length;
         }
 }
 
@@ -107,7 +107,7 @@ TEST_F(UnitTable, MomentByForceAndLength) {
     for (int force = 1; force <= 7; ++force)
         for (int length = 1; length <= 4; ++length) {
             read(one(force, length, 1, 1, 1));
-            EXPECT_EQ(UNITS.UMOMENT, labels[force - 1][length - 1]) << force << ' ' << length;
+            EXPECT_EQ(state.units.UMOMENT, labels[force - 1][length - 1]) << force << ' ' << length;
         }
 }
 
@@ -127,8 +127,8 @@ TEST_F(UnitTable, VelocityAndAccelerationByLengthAndTime) {
     for (int length = 1; length <= 4; ++length)
         for (int time = 1; time <= 4; ++time) {
             read(one(1, length, time, 1, 1));
-            EXPECT_EQ(UNITS.UVELOC, velocities[length - 1][time - 1]);
-            EXPECT_EQ(UNITS.UACCEL, accelerations[length - 1][time - 1]);
+            EXPECT_EQ(state.units.UVELOC, velocities[length - 1][time - 1]);
+            EXPECT_EQ(state.units.UACCEL, accelerations[length - 1][time - 1]);
         }
 }
 
@@ -137,33 +137,33 @@ TEST_F(UnitTable, VelocityAndAccelerationByLengthAndTime) {
 TEST_F(UnitTable, LabelsAreBlankInTheirWidthBeforeTheFirstKnownCode) {
     const Edition kind(TEMPERATURE);
     read("0 0 0 0 0");
-    EXPECT_EQ(UNITS.UFORCE, std::string(5, ' '));
-    EXPECT_EQ(UNITS.ULENGTH, std::string(4, ' '));
-    EXPECT_EQ(UNITS.UTIME, std::string(5, ' '));
-    EXPECT_EQ(UNITS.UENERGY, std::string(7, ' '));
-    EXPECT_EQ(UNITS.UTEMP, std::string(5, ' '));
-    EXPECT_EQ(UNITS.USTRESS, std::string(9, ' '));
-    EXPECT_EQ(UNITS.UMOMENT, std::string(8, ' '));
-    EXPECT_EQ(UNITS.UVELOC, std::string(9, ' '));
-    EXPECT_EQ(UNITS.UACCEL, std::string(9, ' '));
+    EXPECT_EQ(state.units.UFORCE, std::string(5, ' '));
+    EXPECT_EQ(state.units.ULENGTH, std::string(4, ' '));
+    EXPECT_EQ(state.units.UTIME, std::string(5, ' '));
+    EXPECT_EQ(state.units.UENERGY, std::string(7, ' '));
+    EXPECT_EQ(state.units.UTEMP, std::string(5, ' '));
+    EXPECT_EQ(state.units.USTRESS, std::string(9, ' '));
+    EXPECT_EQ(state.units.UMOMENT, std::string(8, ' '));
+    EXPECT_EQ(state.units.UVELOC, std::string(9, ' '));
+    EXPECT_EQ(state.units.UACCEL, std::string(9, ' '));
 }
 
 TEST_F(UnitTable, UnknownCodeLeavesItsLabelsAsTheyStood) {
     const Edition kind(TEMPERATURE);
     for (const char* codes : {"0 0 0 0 0", "8 5 5 5 5", "-1 -1 -1 -1 -1", "2.5 2.5 2.5 2.5 2.5",
                               "1e9 1e9 1e9 1e9 1e9", "1.0000001 1.0000002 3.9999998 0.99999994 1.0000001"}) {
-        UNITS = UnitLabels{};
+        state.units = UnitLabels{};
         read("5 4 1 3 2");
         read(codes);
-        EXPECT_EQ(UNITS.UFORCE, "(ton)") << codes;
-        EXPECT_EQ(UNITS.ULENGTH, "ft  ") << codes;
-        EXPECT_EQ(UNITS.UTIME, "(sec)") << codes;
-        EXPECT_EQ(UNITS.UENERGY, "(lb-in)") << codes;
-        EXPECT_EQ(UNITS.UTEMP, "(o F)") << codes;
-        EXPECT_EQ(UNITS.USTRESS, "(ton/ft2)") << codes;
-        EXPECT_EQ(UNITS.UMOMENT, "(ton-ft)") << codes;
-        EXPECT_EQ(UNITS.UVELOC, "(ft/sec) ") << codes;
-        EXPECT_EQ(UNITS.UACCEL, "(ft/sec2)") << codes;
+        EXPECT_EQ(state.units.UFORCE, "(ton)") << codes;
+        EXPECT_EQ(state.units.ULENGTH, "ft  ") << codes;
+        EXPECT_EQ(state.units.UTIME, "(sec)") << codes;
+        EXPECT_EQ(state.units.UENERGY, "(lb-in)") << codes;
+        EXPECT_EQ(state.units.UTEMP, "(o F)") << codes;
+        EXPECT_EQ(state.units.USTRESS, "(ton/ft2)") << codes;
+        EXPECT_EQ(state.units.UMOMENT, "(ton-ft)") << codes;
+        EXPECT_EQ(state.units.UVELOC, "(ft/sec) ") << codes;
+        EXPECT_EQ(state.units.UACCEL, "(ft/sec2)") << codes;
     }
 }
 
@@ -171,45 +171,45 @@ TEST_F(UnitTable, UnknownCodeLeavesItsLabelsAsTheyStood) {
 TEST_F(UnitTable, OneUnknownCodeOfTwoLeavesTheLabelOfBoth) {
     read("5 4 1 3 2");
     read("2 9 2 1 1");
-    EXPECT_EQ(UNITS.UFORCE, "(KN) ");
-    EXPECT_EQ(UNITS.UTIME, "(min)");
-    EXPECT_EQ(UNITS.ULENGTH, "ft  ");
-    EXPECT_EQ(UNITS.USTRESS, "(ton/ft2)");
-    EXPECT_EQ(UNITS.UMOMENT, "(ton-ft)");
-    EXPECT_EQ(UNITS.UVELOC, "(ft/sec) ");
+    EXPECT_EQ(state.units.UFORCE, "(KN) ");
+    EXPECT_EQ(state.units.UTIME, "(min)");
+    EXPECT_EQ(state.units.ULENGTH, "ft  ");
+    EXPECT_EQ(state.units.USTRESS, "(ton/ft2)");
+    EXPECT_EQ(state.units.UMOMENT, "(ton-ft)");
+    EXPECT_EQ(state.units.UVELOC, "(ft/sec) ");
     read("9 1 9 1 1");
-    EXPECT_EQ(UNITS.ULENGTH, "cm  ");
-    EXPECT_EQ(UNITS.USTRESS, "(ton/ft2)");
-    EXPECT_EQ(UNITS.UACCEL, "(ft/sec2)");
+    EXPECT_EQ(state.units.ULENGTH, "cm  ");
+    EXPECT_EQ(state.units.USTRESS, "(ton/ft2)");
+    EXPECT_EQ(state.units.UACCEL, "(ft/sec2)");
     read("9 2 4 1 1");
-    EXPECT_EQ(UNITS.USTRESS, "(ton/ft2)");
-    EXPECT_EQ(UNITS.UVELOC, "(m/day)  ");
+    EXPECT_EQ(state.units.USTRESS, "(ton/ft2)");
+    EXPECT_EQ(state.units.UVELOC, "(m/day)  ");
 }
 
 TEST_F(UnitTable, CodesAreRealsInFreeField) {
     read("2.0, 2E0\n4.\n1 1 comment");
-    EXPECT_EQ(UNITS.USTRESS, "(KPa)    ");
-    EXPECT_EQ(UNITS.UVELOC, "(m/day)  ");
+    EXPECT_EQ(state.units.USTRESS, "(KPa)    ");
+    EXPECT_EQ(state.units.UVELOC, "(m/day)  ");
 }
 
 // --- the title -----------------------------------------------------------------------------------
 
 TEST_F(UnitTable, TitleHasThe80FirstColumnsOfLine5) {
     directory.write(FILE, text("1 1 1 1 1\n", " A bridge"));
-    UNITTAB();
-    EXPECT_EQ(UNITS.TITLE, " A bridge" + std::string(71, ' '));
+    UNITTAB(state.channels, state.settings.kind(), state.units);
+    EXPECT_EQ(state.units.TITLE, " A bridge" + std::string(71, ' '));
     directory.write(FILE, text("1 1 1 1 1\n", std::string(79, 'a') + "bc"));
-    UNITTAB();
-    EXPECT_EQ(UNITS.TITLE, std::string(79, 'a') + "b");
+    UNITTAB(state.channels, state.settings.kind(), state.units);
+    EXPECT_EQ(state.units.TITLE, std::string(79, 'a') + "b");
     directory.write(FILE, text("1 1 1 1 1\n", ""));
-    UNITTAB();
-    EXPECT_EQ(UNITS.TITLE, std::string(80, ' '));
+    UNITTAB(state.channels, state.settings.kind(), state.units);
+    EXPECT_EQ(state.units.TITLE, std::string(80, ' '));
 }
 
 // --- a file that is not as it should be ----------------------------------------------------------
 
 TEST_F(UnitTable, ShortOrFaultyFileEndsTheRun) {
-    EXPECT_NE(failure_of([] { UNITTAB(); }).find("UNIT.DAT"), std::string::npos);
+    EXPECT_NE(failure_of([] { UNITTAB(state.channels, state.settings.kind(), state.units); }).find("UNIT.DAT"), std::string::npos);
     const std::pair<const char*, const char*> cases[] = {
         {"", "line 1"},
         {"*\n*\n", "line 3"},
@@ -218,12 +218,12 @@ TEST_F(UnitTable, ShortOrFaultyFileEndsTheRun) {
     };
     for (const auto& [content, line] : cases) {
         directory.write(FILE, content);
-        const std::string message = failure_of([] { UNITTAB(); });
+        const std::string message = failure_of([] { UNITTAB(state.channels, state.settings.kind(), state.units); });
         EXPECT_NE(message.find("UNIT.DAT, " + std::string(line) + ": "), std::string::npos) << message;
     }
     for (const char* codes : {"", "\n", "1 1 1 1\n", "1 1 KN 1 1\n", "1 1 1 1 one\n"}) {
         directory.write(FILE, text(codes));
-        const std::string message = failure_of([] { UNITTAB(); });
+        const std::string message = failure_of([] { UNITTAB(state.channels, state.settings.kind(), state.units); });
         EXPECT_NE(message.find("UNIT.DAT, line 1"), std::string::npos) << message;
     }
 }
