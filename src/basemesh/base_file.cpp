@@ -8,7 +8,7 @@
 #include "channel/free_field.h"
 #include "channel/layout.h"
 #include "mesh/node_grid.h"
-#include "run/settings.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <string>
 
+#include "basemesh/block_tables.h"
 #include "channel/channels.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -11,8 +11,8 @@
 #include "channel/layout.h"
 #include "channel/real_to_integer.h"
 #include "channel/run_end.h"
-#include "run/channel_numbers.h"
-#include "run/settings.h"
+#include "channel/channel_numbers.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -4,6 +4,8 @@
 #include <cstdint>
 
 #include "basemesh/block_tables.h"
+#include "channel/channels.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -5,7 +5,7 @@
 
 #include "basemesh/block_tables.h"
 #include "channel/free_field.h"
-#include "run/settings.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

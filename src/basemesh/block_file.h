@@ -9,6 +9,7 @@
 
 #include "basemesh/block_mesh.h"
 #include "channel/channels.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

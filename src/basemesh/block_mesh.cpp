@@ -9,8 +9,8 @@
 #include "channel/channels.h"
 #include "channel/layout.h"
 #include "channel/run_end.h"
-#include "run/channel_numbers.h"
-#include "run/settings.h"
+#include "channel/channel_numbers.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

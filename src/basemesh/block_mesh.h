@@ -5,6 +5,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "basemesh/block_tables.h"
+#include "channel/channels.h"
+#include "mesh/edition.h"
+
 namespace brelan {
 
 // A grid of values addressed by row and column from 1, rows from the top; the row runs fastest.

@@ -26,12 +26,10 @@ struct BlockCards {
     Table<BlockStrip, MAXBLOCKROWS, "the rows of Card 4.4"> rows;
     std::int32_t IGMOD = 0;
 };
-inline BlockCards BLOCKS;
 
 // Bounds of the field.
 struct FieldBounds {
     float XMIN = 0.0F, XMAX = 0.0F, YMIN = 0.0F, YTOP = 0.0F;
 };
-inline FieldBounds FIELD;
 
 }  // namespace brelan

@@ -19,20 +19,6 @@ namespace fs = std::filesystem;
 // Pending text is written to disk when it exceeds this many characters.
 constexpr std::size_t WRITE_CHUNK = std::size_t{1} << 20;
 
-using ChannelTable = std::array<std::unique_ptr<Channel>, CHANNEL_NUMBERS>;
-
-ChannelTable& channel_table() {
-    static ChannelTable table;
-    return table;
-}
-
-std::unique_ptr<Channel>& slot(int number) {
-    if (number < 1 || number >= CHANNEL_NUMBERS)
-        FAIL("channel " + std::to_string(number) + ": expected a number from 1 to " +
-             std::to_string(CHANNEL_NUMBERS - 1));
-    return channel_table()[static_cast<std::size_t>(number)];
-}
-
 std::string without_trailing_blanks(std::string_view name) {
     const std::size_t last = name.find_last_not_of(' ');
     return last == std::string_view::npos ? std::string{} : std::string(name.substr(0, last + 1));
@@ -81,9 +67,9 @@ void Channel::fail_write() const {
 
 // --- opening and closing -------------------------------------------------------------------------
 
-void Channel::open(std::string_view name, OpenStatus status) {
+void Channel::open(const Channels& channels, std::string_view name, OpenStatus status) {
     name_ = without_trailing_blanks(name);
-    path_ = RESOLVE(name);
+    path_ = channels.place_of(name);
     if (status == OpenStatus::scratch) {
         scratch_ = writable_ = open_ = true;
         return;
@@ -91,7 +77,7 @@ void Channel::open(std::string_view name, OpenStatus status) {
     std::error_code error;
     const bool exists = fs::exists(path_, error);
     // A file that is open elsewhere is in use. Input stands in memory, so a result may replace it.
-    for (const std::unique_ptr<Channel>& other : channel_table()) {
+    for (const std::unique_ptr<Channel>& other : channels.slots_) {
         if (!exists || other == nullptr || other.get() == this || !other->open_ || other->scratch_)
             continue;
         const bool reads = status == OpenStatus::old || status == OpenStatus::forward;
@@ -127,9 +113,9 @@ void Channel::open(std::string_view name, OpenStatus status) {
     open_ = true;
 }
 
-void Channel::open_to_append(std::string_view name) {
+void Channel::open_to_append(const Channels& channels, std::string_view name) {
     name_ = without_trailing_blanks(name);
-    path_ = RESOLVE(name);
+    path_ = channels.place_of(name);
     read_content();
     file_ = std::fopen(path_.string().c_str(), "r+b");
     if (file_ == nullptr || std::fseek(file_, 0, SEEK_END) != 0)
@@ -250,60 +236,63 @@ void Channel::follow(const Channel& source) {
     origin_.line.resize(static_cast<std::size_t>(lines_before_), 0);
 }
 
-// --- the table of channels -----------------------------------------------------------------------
+// --- the channels of a run -----------------------------------------------------------------------
 
-bool channel_is_open(int number) {
+std::unique_ptr<Channel>& Channels::slot(int number) {
+    if (number < 1 || number >= NUMBERS)
+        FAIL("channel " + std::to_string(number) + ": expected a number from 1 to " +
+             std::to_string(NUMBERS - 1));
+    return slots_[static_cast<std::size_t>(number)];
+}
+
+bool Channels::is_open(int number) {
     return slot(number) != nullptr && slot(number)->is_open();
 }
 
-Channel& channel(int number) {
-    if (!channels.is_open(number))
+Channel& Channels::at(int number) {
+    if (!is_open(number))
         FAIL("channel " + std::to_string(number) + ": no file is open on it");
     return *slot(number);
 }
 
-namespace {
-
-Channel& begin_channel(Channels& channels, int number) {
-    channels.close(number);
+Channel& Channels::begin(int number) {
+    close(number);
     slot(number) = std::make_unique<Channel>();
     return *slot(number);
 }
 
-}  // namespace
-
-Channel& open_channel(int number, std::string_view name, OpenStatus status) {
-    Channel& opened = begin_channel(channels, number);
-    opened.open(name, status);
+Channel& Channels::open(int number, std::string_view name, OpenStatus status) {
+    Channel& opened = begin(number);
+    opened.open(*this, name, status);
     return opened;
 }
 
-Channel& continue_channel(int number, std::string_view name) {
-    Channel& opened = begin_channel(channels, number);
-    opened.open_to_append(name);
+Channel& Channels::continue_file(int number, std::string_view name) {
+    Channel& opened = begin(number);
+    opened.open_to_append(*this, name);
     return opened;
 }
 
-void close_channel(int number, CloseAction action) {
+void Channels::close(int number, CloseAction action) {
     std::unique_ptr<Channel>& held = slot(number);
     if (held == nullptr)
         return;
     // A channel that follows this one keeps the origins it has noted.
-    for (const std::unique_ptr<Channel>& other : channel_table())
+    for (const std::unique_ptr<Channel>& other : slots_)
         if (other != nullptr && other->followed_ == held.get())
             other->followed_ = nullptr;
     held->close(action);
     held.reset();
 }
 
-void flush_all_channels() {
-    for (const std::unique_ptr<Channel>& held : channel_table())
+void Channels::flush_all() {
+    for (const std::unique_ptr<Channel>& held : slots_)
         if (held != nullptr)
             held->flush();
 }
 
-void close_all_channels() noexcept {
-    for (std::unique_ptr<Channel>& held : channel_table()) {
+void Channels::close_all() noexcept {
+    for (std::unique_ptr<Channel>& held : slots_) {
         try {
             if (held != nullptr)
                 held->close(CloseAction::keep);
@@ -314,11 +303,11 @@ void close_all_channels() noexcept {
     }
 }
 
-bool FILE_EXISTS(std::string_view name) {
+bool Channels::file_exists(std::string_view name) const {
     if (without_trailing_blanks(name).empty())
         return false;
     std::error_code error;
-    return fs::exists(RESOLVE(name), error);
+    return fs::exists(place_of(name), error);
 }
 
 }  // namespace brelan

@@ -7,13 +7,17 @@
 // are listed in run/channel_numbers.h.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "channel/file_names.h"
 #include "channel/text_buffer.h"
 #include "channel/text_line.h"
 
@@ -36,6 +40,8 @@ struct LineOrigin {
     std::string name;
     std::vector<int> line;
 };
+
+class Channels;
 
 class Channel {
 public:
@@ -117,13 +123,10 @@ public:
 
 private:
     friend class FreeFieldReader;
-    friend Channel& open_channel(int number, std::string_view name, OpenStatus status);
-    friend Channel& continue_channel(int number, std::string_view name);
-    friend void close_channel(int number, CloseAction action);
-    friend void close_all_channels() noexcept;
+    friend class Channels;
 
-    void open(std::string_view name, OpenStatus status);
-    void open_to_append(std::string_view name);
+    void open(const Channels& channels, std::string_view name, OpenStatus status);
+    void open_to_append(const Channels& channels, std::string_view name);
     void close(CloseAction action);
     std::FILE* open_source() const;
     void read_content();
@@ -154,32 +157,51 @@ private:
     LineOrigin origin_;
 };
 
-inline constexpr int CHANNEL_NUMBERS = 1000;
+// The numbered channels of a run.
+class Channels {
+public:
+    explicit Channels(Directories directories = {}) : directories_(std::move(directories)) {}
 
-// The channel of a number from 1 to 999. Ends the run when it is not open.
-Channel& channel(int number);
+    // The channel of a number from 1 to 999. Ends the run when it is not open.
+    Channel& at(int number);
 
-// True when the channel is open.
-bool channel_is_open(int number);
+    // True when the channel is open.
+    bool is_open(int number);
 
-// Opens a file on a channel, positioned at its start; a channel that is open is closed first. Ends the run
-// when the file cannot be opened as the status asks, or when it is open on another channel and one of the two
-// writes.
-Channel& open_channel(int number, std::string_view name, OpenStatus status);
+    // Opens a file on a channel, positioned at its start; a channel that is open is closed first. Ends the
+    // run when the file cannot be opened as the status asks, or when it is open on another channel and one of
+    // the two writes.
+    Channel& open(int number, std::string_view name, OpenStatus status);
 
-// Opens a file that this run began earlier to write on behind its end.
-Channel& continue_channel(int number, std::string_view name);
+    // Opens a file that this run began earlier to write on behind its end.
+    Channel& continue_file(int number, std::string_view name);
 
-// Closes a channel, keeping or deleting its file. A channel that is not open is passed over.
-void close_channel(int number, CloseAction action = CloseAction::keep);
+    // Closes a channel, keeping or deleting its file. A channel that is not open is passed over.
+    void close(int number, CloseAction action = CloseAction::keep);
 
-// Writes what is pending on every channel to disk.
-void flush_all_channels();
+    // Writes what is pending on every channel to disk.
+    void flush_all();
 
-// Closes every channel as a run ends, whatever way; a write that fails here is not reported.
-void close_all_channels() noexcept;
+    // Closes every channel as a run ends, whatever way; a write that fails here is not reported.
+    void close_all() noexcept;
 
-// True when a file of the name exists.
-bool FILE_EXISTS(std::string_view name);
+    // True when a file of the name exists.
+    bool file_exists(std::string_view name) const;
+
+    // Where a file lies on this machine.
+    std::filesystem::path place_of(std::string_view name) const { return RESOLVE(directories_, name); }
+
+private:
+    friend class Channel;
+
+    static constexpr int NUMBERS = 1000;
+    using Slots = std::array<std::unique_ptr<Channel>, NUMBERS>;
+
+    std::unique_ptr<Channel>& slot(int number);
+    Channel& begin(int number);
+
+    Directories directories_;
+    Slots slots_;
+};
 
 }  // namespace brelan

@@ -1,4 +1,5 @@
-// The console: the one prompt, the card error report and the stop texts. Nothing else is shown there.
+// The console of a run: the one prompt, the card error report and the stop texts go there. A library's run has
+// one that keeps what is written; the batch program's is the terminal.
 #pragma once
 
 #include <string>
@@ -6,14 +7,32 @@
 
 namespace brelan {
 
-// Writes text as it stands, without a line end of its own.
-void console_write(std::string_view text);
+class Console {
+public:
+    Console() = default;
+    Console(const Console&) = delete;
+    Console& operator=(const Console&) = delete;
+    virtual ~Console() = default;
 
-// Reads a line; false at the end of standard input.
-bool console_read(std::string& line);
+    // Shows text as it stands, without a line end of its own.
+    virtual void write(std::string_view text) = 0;
 
-// Waits until the person has pressed enter, or standard input ends. What the run has written so far is put on
-// disk first: nobody may ever answer.
-void console_pause();
+    // Reads a line; false when there is none.
+    virtual bool read(std::string& line) = 0;
+};
+
+// Nobody is there: what is written is kept for the result of the run, and nothing is answered.
+class KeptConsole : public Console {
+public:
+    void write(std::string_view text) override { text_ += text; }
+    bool read(std::string& line) override {
+        line.clear();
+        return false;
+    }
+    const std::string& text() const { return text_; }
+
+private:
+    std::string text_;
+};
 
 }  // namespace brelan

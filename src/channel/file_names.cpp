@@ -1,7 +1,6 @@
 #include "channel/file_names.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 #include <system_error>
 
@@ -20,23 +19,6 @@ constexpr char folded(char c) {
 bool same_but_for_case(std::string_view a, std::string_view b) {
     return a.size() == b.size() &&
            std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return folded(x) == folded(y); });
-}
-
-std::string variable(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? std::string{} : std::string{value};
-}
-
-fs::path drive_c() {
-    if (std::string place = variable("BRELAN_DRIVE_C"); !place.empty())
-        return place;
-    if (std::string place = variable("XDG_DATA_HOME"); !place.empty())
-        return fs::path(place) / "brelan2d" / "C";
-    if (std::string place = variable("HOME"); !place.empty())
-        return fs::path(place) / ".local" / "share" / "brelan2d" / "C";
-    FAIL(
-        "drive C:\\ has no place on this machine: expected its directory in the environment variable "
-        "BRELAN_DRIVE_C");
 }
 
 // The entry of a directory that a name stands for.
@@ -61,7 +43,7 @@ fs::path entry(const fs::path& directory, std::string_view name, std::string_vie
 
 }  // namespace
 
-fs::path RESOLVE(std::string_view name) {
+fs::path RESOLVE(const Directories& directories, std::string_view name) {
     const std::size_t last = name.find_last_not_of(' ');
     if (last == std::string_view::npos)
         FAIL("expected a file name, found a blank one");
@@ -69,17 +51,21 @@ fs::path RESOLVE(std::string_view name) {
     if (name.find('\0') != std::string_view::npos)
         FAIL("expected a file name, found one that holds a zero byte");
 #ifdef _WIN32
-    return fs::path(std::string(name));
+    return directories.working / fs::path(std::string(name));
 #else
     std::string_view rest = name;
-    fs::path path;
+    fs::path path = directories.working;
     const auto separator = [](char c) { return c == '\\' || c == '/'; };
     if (rest.size() >= 3 && rest[1] == ':' && separator(rest[2]) && folded(rest[0]) >= 'a' &&
         folded(rest[0]) <= 'z') {
         if (folded(rest[0]) != 'c')
             FAIL("file name " + std::string(name) +
                  ": expected drive C:, the only drive that has a place here");
-        path = drive_c();
+        if (directories.drive_c.empty())
+            FAIL(
+                "drive C:\\ has no place on this machine: expected its directory in the environment variable "
+                "BRELAN_DRIVE_C");
+        path = directories.drive_c;
         rest.remove_prefix(3);
     } else if (separator(rest[0])) {
         path = "/";

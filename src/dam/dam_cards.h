@@ -2,6 +2,7 @@
 #pragma once
 
 #include "channel/channels.h"
+#include "dam/dam_tables.h"
 
 namespace brelan {
 

@@ -12,8 +12,8 @@
 #include "dam/shell_decks.h"
 #include "dam/slope_models.h"
 #include "deck/deck_tables.h"
-#include "run/channel_numbers.h"
-#include "run/settings.h"
+#include "channel/channel_numbers.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -5,6 +5,9 @@
 
 #include "channel/channels.h"
 #include "dam/dam_outlines.h"
+#include "dam/dam_tables.h"
+#include "deck/deck_tables.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -6,7 +6,7 @@
 
 #include "channel/number_text.h"
 #include "dam/dam_cuts.h"
-#include "run/settings.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "dam/dam_tables.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "dam/dam_tables.h"
+
 namespace brelan {
 
 // Slope codes of the two sides of a dam.

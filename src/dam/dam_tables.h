@@ -33,7 +33,6 @@ struct DamCards {
     std::vector<float> layers;                       // thicknesses from the top
     DamOutline core_points, wall_points;             // four points, in the order of the card
 };
-inline DamCards DAM;
 
 // What follows from the cards.
 struct DamSizes {
@@ -43,6 +42,5 @@ struct DamSizes {
     float left = 0.0F, right = 0.0F, bottom = 0.0F;           // limits of the field
     float crest_left = 0.0F, crest_right = 0.0F, toe = 0.0F;  // of the profile: the crest's ends, right toe
 };
-inline DamSizes DAMSIZES;
 
 }  // namespace brelan

@@ -13,7 +13,7 @@
 #include "mesh/kinds.h"
 #include "mesh/mesh_records.h"
 #include "mesh/tables.h"
-#include "run/trace.h"
+#include "channel/trace.h"
 
 namespace brelan {
 

@@ -1,6 +1,10 @@
 // The water level on the slope of a template, and the map of the template's triangle onto a dam's.
 #pragma once
 
+#include "channel/trace.h"
+#include "mesh/edit_tables.h"
+#include "mesh/tables.h"
+
 namespace brelan {
 
 // Coordinates of a point in a triangle: the shares of its first, second and third corner.

@@ -7,7 +7,7 @@
 #include "dam/dam_tables.h"
 #include "dam/slope_models.h"
 #include "deck/deck_tables.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 
 namespace brelan {
 

@@ -1,6 +1,11 @@
 // The decks that fit the shells of a dam from slope templates and join them to its body.
 #pragma once
 
+#include "channel/channels.h"
+#include "dam/dam_tables.h"
+#include "deck/deck_tables.h"
+#include "mesh/edition.h"
+
 namespace brelan {
 
 // Writes "Shell_Left.dat", "Shell_Right.dat", "Combine_Shell.dat" and "Combine_All.dat" and puts them behind

@@ -86,12 +86,12 @@ bool is_bare_name(const TextLine& name) {
     return name.view().substr(0, columns_searched).find('\\') == std::string_view::npos;
 }
 
-TextLine TRIMNAME(const TextLine& name) {
+TextLine TRIMNAME(CheckedDeck& checker, const TextLine& name) {
     constexpr std::string_view parent = "..\\";
     if (!is_bare_name(name))
         return name;
     // The columns behind a name that was moved to the left keep what an earlier long name left there.
-    static TextLine work_field;
+    TextLine& work_field = checker.name_field;
     const std::size_t start = name.view().find_first_not_of(' ');
     int column = 1;
     for (const char c : parent)

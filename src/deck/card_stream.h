@@ -5,7 +5,9 @@
 #include <string_view>
 
 #include "channel/channels.h"
+#include "channel/console.h"
 #include "channel/text_line.h"
+#include "deck/deck_tables.h"
 
 namespace brelan {
 
@@ -40,6 +42,6 @@ bool is_bare_name(const TextLine& name);
 
 // Normalises a file name field: a name with no backslash in its first 30 columns is taken from the parent of
 // the working directory.
-TextLine TRIMNAME(const TextLine& name);
+TextLine TRIMNAME(CheckedDeck& checker, const TextLine& name);
 
 }  // namespace brelan

@@ -7,7 +7,7 @@
 #include <limits>
 #include <string_view>
 
-#include "run/settings.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -10,7 +10,7 @@
 #include "deck/card_stream.h"
 #include "deck/deck_tables.h"
 #include "deck/normalised_deck.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 
 namespace brelan {
 

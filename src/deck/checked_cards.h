@@ -4,7 +4,10 @@
 #include <cstdint>
 
 #include "channel/channels.h"
+#include "channel/console.h"
 #include "deck/card_table.h"
+#include "deck/deck_tables.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -15,7 +15,7 @@
 #include "deck/group_cards.h"
 #include "deck/normalised_deck.h"
 #include "mesh/tables.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 
 namespace brelan {
 
@@ -31,7 +31,7 @@ TextLine read_name(Channels& channels, std::string_view what) {
 }
 
 // Passes a file name field.
-TextLine pass_name(Channels& channels, std::string_view what) {
+TextLine pass_name(Channels& channels, CheckedDeck& checker, std::string_view what) {
     const TextLine field = read_name(channels, what);
     const std::string expected = "expected " + std::string(what);
     if (field.blank())
@@ -41,7 +41,7 @@ TextLine pass_name(Channels& channels, std::string_view what) {
     // The last columns of a bare name are cut: with nothing in the others it is as good as blank.
     if (is_bare_name(field) && TextLine(field.first(LINE_COLUMNS - 3)).blank())
         deck(channels).fail_behind(expected + ", found a line with nothing in its first 123 columns");
-    const TextLine name = TRIMNAME(field);
+    const TextLine name = TRIMNAME(checker, field);
     normalised(channels).write_columns(name.view());
     return name;
 }
@@ -55,9 +55,9 @@ void note_result(Channels& channels, const TextLine& name) {
 // --- Cards 2.x -----------------------------------------------------------------------------------
 
 void check_combination(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console) {
-    pass_name(channels, "the file name of Card 2.1-1 (FILEA)");
-    pass_name(channels, "the file name of Card 2.1-2 (FILEB)");
-    note_result(channels, pass_name(channels, "the file name of Card 2.1-3 (FILEC)"));
+    pass_name(channels, checker, "the file name of Card 2.1-1 (FILEA)");
+    pass_name(channels, checker, "the file name of Card 2.1-2 (FILEB)");
+    note_result(channels, pass_name(channels, checker, "the file name of Card 2.1-3 (FILEC)"));
     pass(channels, kind, checker, console, CARD_2_2);
     if (value_of(checker, 1) != 1)
         return;
@@ -106,8 +106,8 @@ void check_edit(Channels& channels, LayoutKind kind, CheckedDeck& checker, Conso
     if (checker.edit_seen == 5)
         read_name(channels, file_a);
     else
-        pass_name(channels, file_a);
-    note_result(channels, pass_name(channels, "the file name of Card 3.1-2 (FILEM)"));
+        pass_name(channels, checker, file_a);
+    note_result(channels, pass_name(channels, checker, "the file name of Card 3.1-2 (FILEM)"));
     pass(channels, kind, checker, console, CARD_3_2);
     pass(channels, kind, checker, console, CARD_3_3);
     switch (value_of(checker, 1)) {

@@ -3,7 +3,11 @@
 
 #include <string_view>
 
+#include "channel/channels.h"
+#include "channel/console.h"
 #include "channel/text_line.h"
+#include "deck/deck_tables.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

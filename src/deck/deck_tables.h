@@ -13,19 +13,25 @@ namespace brelan {
 inline constexpr std::int32_t MAXCARDVAL = 500;  // values of a card or of the list behind it
 inline constexpr std::int32_t MAXDECKS = 100;    // decks of one run
 
-// The value buffer of the checker: CHKCARD fills it from position 1; a default is put in before the card is
-// read.
-inline Table<float, MAXCARDVAL, "CARDVAL"> CARDVAL;
+// What the checker knows of the deck that it checks.
+struct CheckedDeck {
+    // The values of a card: CHKCARD fills them from position 1; a default is put in before the card is read.
+    Table<float, MAXCARDVAL, "CARDVAL"> values;
+    TextLine name_field;  // what stands behind a name that was moved to the left
 
-inline Table<TextLine, MAXDECKS, "DECKLIST"> DECKLIST;  // entry 1 is the user's deck
-inline std::int32_t DECKCOUNT = 1;                      // entries in use
-inline std::int32_t DECKNO = 0;                         // entry being run
-inline TextLine DECKNAME;                               // name of the deck being run
+    LineOrigin origin;  // the deck's lines behind those of the normalised deck
 
-inline LineOrigin DECKORIGIN;  // the deck's lines behind those of the normalised deck
+    std::int32_t prepared_sequence = 0;  // JK of a Card 1.1 that gives none; set by the earth-dam deck writer
+    std::int32_t slope_model = 0;        // MODEL of Card 3.3.6.1
+    std::int32_t edit_seen = 0;          // IEDIT as the checker found it when it looked ahead to Card 3.3
+};
 
-inline std::int32_t JKPREP = 0;    // JK of a Card 1.1 that gives none; set by the earth-dam deck writer
-inline std::int32_t MODEL = 0;     // slope template of Card 3.3.6.1
-inline std::int32_t LOOKEDIT = 0;  // IEDIT as the checker found it when it looked ahead to Card 3.3
+// The decks of a run.
+struct DeckList {
+    Table<TextLine, MAXDECKS, "DECKLIST"> names;  // entry 1 is the user's deck
+    std::int32_t count = 1;                       // entries in use
+    std::int32_t number = 0;                      // entry being run
+    TextLine name;                                // name of the deck being run
+};
 
 }  // namespace brelan

@@ -8,7 +8,7 @@
 #include "deck/card_stream.h"
 #include "group/tables.h"
 #include "mesh/move_tables.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 
 namespace brelan {
 

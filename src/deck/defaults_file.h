@@ -1,6 +1,10 @@
 // The defaults file: tuning values of the group engine that a project keeps beside its decks.
 #pragma once
 
+#include "channel/channels.h"
+#include "group/tables.h"
+#include "mesh/move_tables.h"
+
 namespace brelan {
 
 // Reads "..\DV-BRELAN.dat" into TOLMODE, TOLLENGTH, TOLFACTOR and TOLSAME, the values of the short-element

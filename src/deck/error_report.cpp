@@ -8,7 +8,7 @@
 #include "channel/free_field.h"
 #include "channel/layout.h"
 #include "channel/run_end.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 
 namespace brelan {
 
@@ -61,7 +61,11 @@ void LISTERR(Channels& channels, Console& console, int channel_number, std::int3
         line.resize(MESSAGE_COLUMNS, ' ');
         console.write(line + "\n");
     }
-    console.pause();
+    // Waits until the person has pressed enter. What the run has written so far is put on disk first: nobody may
+    // ever answer.
+    channels.flush_all();
+    std::string answer;
+    console.read(answer);
 }
 
 void REPORTCARD(Channels& channels, Console& console, std::string_view label, std::int32_t maximum, const TextLine& line, const CardCount& found) {

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "channel/channels.h"
+#include "channel/console.h"
 #include "channel/text_line.h"
 #include "deck/card_stream.h"
 

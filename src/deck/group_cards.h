@@ -5,6 +5,11 @@
 #include <span>
 #include <string>
 
+#include "channel/channels.h"
+#include "channel/console.h"
+#include "deck/deck_tables.h"
+#include "mesh/edition.h"
+
 namespace brelan {
 
 // What is wrong with an arc that has no length, and with which field of its card (Xo, Yo, Rx, Ry, Qb, Qe),

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "channel/channels.h"
+#include "deck/deck_tables.h"
 
 namespace brelan {
 

@@ -4,7 +4,7 @@
 
 #include "deck/card_stream.h"
 #include "mesh/kinds.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 
 namespace brelan {
 

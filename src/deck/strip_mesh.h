@@ -1,6 +1,8 @@
 // The mesh file comment stripper.
 #pragma once
 
+#include "channel/channels.h"
+#include "mesh/edition.h"
 #include "mesh/mesh_records.h"
 
 namespace brelan {

@@ -5,8 +5,7 @@
 
 #include "group/cut_table.h"
 #include "group/engine_mesh.h"
-#include "group/indexes.h"
-#include "group/row_index.h"
+#include "group/cut_sides.h"
 #include "mesh/kinds.h"
 
 namespace brelan {

@@ -3,7 +3,10 @@
 
 #include <cstdint>
 
+#include "group/engine.h"
 #include "group/geometry.h"
+#include "group/tables.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 

@@ -27,8 +27,6 @@ struct CutRow {
     int corners() const { return is_triangle() ? 3 : 4; }
 };
 
-inline std::vector<CutRow> CUTTAB;
-
 // A side of a row by its corners' places, with the places of its side mark and of the corners next to it.
 struct RowSide {
     int A, B;    // ends

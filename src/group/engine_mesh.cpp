@@ -2,270 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <string>
 
-#include "group/indexes.h"
-#include "group/node_index.h"
 #include "mesh/kinds.h"
 
 namespace brelan {
-
-namespace {
-
-// --- the index -----------------------------------------------------------------------------------
-
-// Where a test finds something beyond a box, and how far:
-//
-// A crossing of a slanting segment with one along an axis is accepted when its computed place, of the one
-// coordinate, lies in the spans of both; of the other coordinate it may lie beyond the slanting one's end, by
-// that one's whole height (or width, with the axes changed):
-//
-//     computed:  x = x0 + (y - y0) * (w / h)     from the end (x0, y0), over w and h to the other
-//     accepted:  x from x0 to x0 + w             w and h at least 1e-10: the segment slants
-//
-// The last sum rounds by at most half the spacing of reals outside the span, where the spacing is at most
-// twice that inside; two different ends stand at least the inner spacing apart, so it rounds by at most w.
-// Hence (y - y0) * (w / h) is at most 2 w, and backwards w: y lies at most one h beyond either end, but for
-// five roundings of 6e-8 each. What is below 1e-38 and taken as 0 is less than 1e-12 of y. Beyond FARTHEST
-// products leave the range of the reals and the bound with it: such a box reaches everywhere. Two slanting
-// segments cross only where their boxes meet, and so do two along the axes.
-//
-// A triangle contains points to 5e-5 of its own width and height beyond it; areas of less than 1e-10 of size
-// and coordinate, whose rounding could take more, are kept out of the cells (is_flat). A node at most `reach`
-// from a segment is found by its computed distance; 1e-6 of a coordinate is room for the rounding of middles
-// and of a polygon's crossings.
-constexpr float FARTHEST = 1.0E15F;
-constexpr float EVERYWHERE = std::numeric_limits<float>::infinity();
-constexpr float IN_TRIANGLE = 2.0E-4F;
-
-// The largest width and height of segments that are not along an axis.
-struct Extent {
-    float width = 0.0F, height = 0.0F;
-
-    void include(const Point& a, const Point& b) {
-        const float w = std::abs(b.x - a.x), h = std::abs(b.y - a.y);
-        if (w == 0.0F || h == 0.0F)
-            return;
-        width = std::max(width, w);
-        height = std::max(height, h);
-    }
-};
-
-struct Box {
-    float x0, y0, x1, y1;
-
-    void include(const Point& p) {
-        x0 = std::min(x0, p.x);
-        y0 = std::min(y0, p.y);
-        x1 = std::max(x1, p.x);
-        y1 = std::max(y1, p.y);
-    }
-    float size() const { return std::max(x1 - x0, y1 - y0); }
-    // The box with room for what the tests find beyond it: nodes and middles within a reach, and crossings by
-    // what the slanting segments in it take.
-    Box with_room(const Extent& slanting, float reach = 0.0F) const {
-        const float far = std::max({std::abs(x0), std::abs(x1), std::abs(y0), std::abs(y1)});
-        if (!(far <= FARTHEST))
-            return {-EVERYWHERE, -EVERYWHERE, EVERYWHERE, EVERYWHERE};
-        const float more = reach * 1.01F + far * 1.0E-6F + 1.0E-9F;
-        const float room_x = slanting.width * 1.0001F + (x1 - x0) * IN_TRIANGLE + more;
-        const float room_y = slanting.height * 1.0001F + (y1 - y0) * IN_TRIANGLE + more;
-        return {x0 - room_x, y0 - room_y, x1 + room_x, y1 + room_y};
-    }
-};
-
-Box box_of(const Point& a, const Point& b) {
-    Box box{a.x, a.y, a.x, a.y};
-    box.include(b);
-    return box;
-}
-
-constexpr std::int32_t MOST_CELLS = 400;  // along one axis
-
-// Cells hold the elements whose boxes touch them. An element that changes is noted again where it lies now;
-// that it still stands in older cells costs a test and changes nothing.
-class ElementIndex {
-public:
-    void build(Mesh& mesh, Engine& engine) {
-        cells_.clear();
-        anywhere_.clear();
-        head_.assign(static_cast<std::size_t>(MAXNP) + 1, NONE);
-        links_.clear();
-        stamp_.assign(static_cast<std::size_t>(MAXEL) + 1, 0);
-        bounds_ = {0.0F, 0.0F, 0.0F, 0.0F};
-        bool first = true;
-        std::int32_t elements = 0;
-        for (std::int32_t e = 1; e <= engine.highest_element; ++e) {
-            if (mesh.type[e] == EL_DELETED)
-                continue;
-            ++elements;
-            for (const std::int32_t n : corners_of(mesh, e).n) {
-                if (n <= 0)
-                    continue;
-                if (first)
-                    bounds_ = box_of(node_point(mesh, n), node_point(mesh, n));
-                first = false;
-                bounds_.include(node_point(mesh, n));
-            }
-        }
-        const float side = std::sqrt(static_cast<float>(std::max(elements, 1)));
-        count_ = std::clamp(static_cast<std::int32_t>(side), 1, MOST_CELLS);
-        cells_.resize(static_cast<std::size_t>(count_) * static_cast<std::size_t>(count_));
-        for (std::int32_t e = 1; e <= engine.highest_element; ++e)
-            if (mesh.type[e] != EL_DELETED)
-                note(mesh, e);
-    }
-
-    void note(Mesh& mesh, std::int32_t e) {
-        if (cells_.empty())
-            return;
-        for (const std::int32_t n : corners_of(mesh, e).n)
-            if (n > 0)
-                link(n, e);
-        place(mesh, e);
-    }
-
-    // The elements of a moved node lie elsewhere now.
-    void note_node(Mesh& mesh, std::int32_t n) {
-        if (cells_.empty())
-            return;
-        for (std::int32_t i = head_[static_cast<std::size_t>(n)]; i != NONE;
-             i = links_[static_cast<std::size_t>(i)].next)
-            place(mesh, links_[static_cast<std::size_t>(i)].element);
-    }
-
-    std::span<const std::int32_t> in(Engine& engine, const Box& box) {
-        found_.clear();
-        if (!engine.uses_indexes || cells_.empty()) {
-            for (std::int32_t e = 1; e <= engine.highest_element; ++e)
-                found_.push_back(e);
-            return found_;
-        }
-        ++mark_;
-        for (std::int32_t c = cell_x(box.x0); c <= cell_x(box.x1); ++c)
-            for (std::int32_t r = cell_y(box.y0); r <= cell_y(box.y1); ++r)
-                take(cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
-                            static_cast<std::size_t>(r)]);
-        take(anywhere_);
-        std::sort(found_.begin(), found_.end());
-        return found_;
-    }
-
-    std::vector<std::int32_t> with(Engine& engine, std::span<const std::int32_t> nodes) {
-        std::vector<std::int32_t> elements;
-        if (!engine.uses_indexes || cells_.empty()) {
-            for (std::int32_t e = 1; e <= engine.highest_element; ++e)
-                elements.push_back(e);
-            return elements;
-        }
-        for (const std::int32_t n : nodes)
-            for (std::int32_t i = head_[static_cast<std::size_t>(n)]; i != NONE;
-                 i = links_[static_cast<std::size_t>(i)].next)
-                elements.push_back(links_[static_cast<std::size_t>(i)].element);
-        std::sort(elements.begin(), elements.end());
-        elements.erase(std::unique(elements.begin(), elements.end()), elements.end());
-        return elements;
-    }
-
-private:
-    static constexpr std::int32_t NONE = -1;
-    struct Link {
-        std::int32_t element, next;
-    };
-
-    void link(std::int32_t n, std::int32_t e) {
-        std::int32_t& head = head_[static_cast<std::size_t>(n)];
-        links_.push_back({e, head});
-        head = static_cast<std::int32_t>(links_.size()) - 1;
-    }
-
-    // Cells at the border reach beyond it without end.
-    std::int32_t cell(float v, float low, float high) const {
-        const float place = (v - low) / std::max(high - low, 1.0E-30F) * static_cast<float>(count_);
-        return place > 0.0F ? static_cast<std::int32_t>(std::min(place, static_cast<float>(count_ - 1))) : 0;
-    }
-    std::int32_t cell_x(float x) const { return cell(x, bounds_.x0, bounds_.x1); }
-    std::int32_t cell_y(float y) const { return cell(y, bounds_.y0, bounds_.y1); }
-
-    void place(Mesh& mesh, std::int32_t e) {
-        const Corners corners = corners_of(mesh, e);
-        Box box{0.0F, 0.0F, 0.0F, 0.0F};
-        bool first = true;
-        for (const std::int32_t n : corners.n) {
-            if (n <= 0)
-                continue;
-            if (first)
-                box = box_of(node_point(mesh, n), node_point(mesh, n));
-            first = false;
-            box.include(node_point(mesh, n));
-        }
-        if (first || is_flat(mesh, corners, box)) {
-            anywhere_.push_back(e);
-            return;
-        }
-        const Box room = box.with_room(slanting_sides(mesh, corners));
-        for (std::int32_t c = cell_x(room.x0); c <= cell_x(room.x1); ++c)
-            for (std::int32_t r = cell_y(room.y0); r <= cell_y(room.y1); ++r) {
-                auto& list = cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
-                                    static_cast<std::size_t>(r)];
-                if (list.empty() || list.back() != e)
-                    list.push_back(e);
-            }
-    }
-
-    static Extent slanting_sides(Mesh& mesh, const Corners& corners) {
-        Extent slanting;
-        const int count = corners.n[3] > 0 ? 4 : 3;
-        for (int i = 0; i < count; ++i)
-            slanting.include(node_point(mesh, corners.n[i]), node_point(mesh, corners.n[(i + 1) % count]));
-        return slanting;
-    }
-
-    // A half of no area contains points of its whole line, wherever they are.
-    static bool is_flat(Mesh& mesh, const Corners& corners, const Box& box) {
-        const auto flat = [&](std::int32_t a, std::int32_t b, std::int32_t c) {
-            if (a <= 0 || b <= 0 || c <= 0)
-                return true;
-            const double area = std::abs(2.0 * ARSUM(node_point(mesh, a), node_point(mesh, b), node_point(mesh, c)));
-            const double coordinate = static_cast<double>(
-                std::max({std::abs(box.x0), std::abs(box.x1), std::abs(box.y0), std::abs(box.y1)}));
-            return !(area > 1.0E-10 * static_cast<double>(box.size()) * coordinate);
-        };
-        return flat(corners.n[0], corners.n[1], corners.n[2]) ||
-               (corners.n[3] > 0 && flat(corners.n[0], corners.n[2], corners.n[3]));
-    }
-
-    void take(const std::vector<std::int32_t>& elements) {
-        for (const std::int32_t e : elements) {
-            std::uint32_t& stamp = stamp_[static_cast<std::size_t>(e)];
-            if (stamp == mark_)
-                continue;
-            stamp = mark_;
-            found_.push_back(e);
-        }
-    }
-
-    Box bounds_{0.0F, 0.0F, 0.0F, 0.0F};
-    std::int32_t count_ = 1;
-    std::vector<std::vector<std::int32_t>> cells_;
-    std::vector<std::int32_t> anywhere_;
-    std::vector<std::int32_t> head_;  // by node: its last link
-    std::vector<Link> links_;
-    std::vector<std::uint32_t> stamp_;
-    std::uint32_t mark_ = 0;
-    std::vector<std::int32_t> found_;
-};
-
-ElementIndex the_index;
-
-}  // namespace
 
 float distance(const Point& a, const Point& b) {
     return DIST2D(a.x, a.y, b.x, b.y);
 }
 
-bool is_joint(Mesh& mesh, std::int32_t e) {
+bool is_joint(const Mesh& mesh, std::int32_t e) {
     switch (mesh.kind) {
         case LayoutKind::coupled:
             return mesh.skeleton[e] > 0;
@@ -277,7 +24,7 @@ bool is_joint(Mesh& mesh, std::int32_t e) {
     }
 }
 
-Corners corners_of(Mesh& mesh, std::int32_t e) {
+Corners corners_of(const Mesh& mesh, std::int32_t e) {
     const ElementWords& w = mesh.words[e];
     // The cut hides the elements that it works on behind a negative first corner.
     return {{std::abs(w.I1), w.I2, w.I3, w.I4}};
@@ -292,7 +39,7 @@ void set_corners(Mesh& mesh, Engine& engine, std::int32_t e, const Corners& corn
     engine.element_index.note(mesh, e);
 }
 
-Point centroid(Mesh& mesh, std::int32_t e) {
+Point centroid(const Mesh& mesh, std::int32_t e) {
     Point sum;
     float count = 0.0F;
     const ElementWords& w = mesh.words[e];

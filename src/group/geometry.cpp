@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "channel/console.h"
 #include "channel/number_text.h"
 #include "channel/run_end.h"
 
@@ -266,8 +265,7 @@ std::int32_t SCANPOLY(const Point& point, std::span<const Point> polygon, std::i
     if (NB > static_cast<std::size_t>(MAXPOLYGON)) {
         std::array<char, 11> number{};
         put_integer(number.data(), static_cast<int>(number.size()), static_cast<std::int32_t>(NB));
-        console.write(" NB =  " + std::string(number.data(), number.size()) + "\n");
-        STOPRUN("222");
+        STOPRUN(" NB =  " + std::string(number.data(), number.size()) + "\n222");
     }
     int left_of_point = 0;
     for (std::size_t K = 0; K < NB; ++K) {

@@ -12,7 +12,7 @@
 #include "group/path.h"
 #include "group/regions.h"
 #include "mesh/kinds.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 
 namespace brelan {
 

@@ -1,6 +1,11 @@
 // The driver of the group engine.
 #pragma once
 
+#include "channel/channels.h"
+#include "group/engine.h"
+#include "group/tables.h"
+#include "mesh/tables.h"
+
 namespace brelan {
 
 // Pass 14.2: works on the groups in turn and leaves their listing in "GROUP.TMP".

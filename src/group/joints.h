@@ -6,16 +6,11 @@
 #include <span>
 #include <vector>
 
+#include "group/engine.h"
 #include "group/geometry.h"
+#include "mesh/tables.h"
 
 namespace brelan {
-
-// Elements whose corners were moved to twin nodes in the group in work, with their corners before.
-struct SavedCorners {
-    std::int32_t element;
-    std::int32_t n[4];
-};
-inline std::vector<SavedCorners> TWINSAVE;
 
 // The twins' places for a line: each edge is shifted by |THICj| to its left, and the shifted edges meet in
 // mitres.

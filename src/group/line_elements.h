@@ -4,6 +4,10 @@
 #include <cstdint>
 #include <span>
 
+#include "group/engine.h"
+#include "group/tables.h"
+#include "mesh/tables.h"
+
 namespace brelan {
 
 // Strings line elements of |LTP| along the nodes (2 beams; 3, 4, 5 trusses; others none) with material LMAT,

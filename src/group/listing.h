@@ -8,6 +8,8 @@
 
 #include "channel/channels.h"
 #include "group/geometry.h"
+#include "group/tables.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 

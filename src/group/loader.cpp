@@ -20,13 +20,13 @@ std::span<const std::int32_t> listed(const List& list, std::int32_t count) {
 void freeze_nodes(Mesh& mesh, GroupCards& group_cards, Engine& engine) {
     const GroupLimits& limits = group_cards.limits;
     engine.frozen.fill(0);
-    engine.listed.fill(0);
-    EXPLIST(listed(limits.nodes, limits.NODE), engine.listed, limits.nodes_place);
+    Table<std::int32_t, MAXNP, "NLIST"> listed_nodes;
+    EXPLIST(listed(limits.nodes, limits.NODE), listed_nodes, limits.nodes_place);
     for (std::int32_t n = 1; n <= engine.highest_node; ++n) {
         const bool coded = mesh.codes[n][0] != 0 || mesh.codes[n][1] != 0;
         const bool on_limits = limits.IBOUND == 1 && (mesh.x[n] <= limits.XMIN || mesh.x[n] >= limits.XMAX ||
                                                       mesh.y[n] <= limits.YMIN || mesh.y[n] >= limits.YMAX);
-        if (coded || on_limits || engine.listed[n] == n)
+        if (coded || on_limits || listed_nodes[n] == n)
             engine.frozen[n] = 1;
     }
 }
@@ -34,8 +34,7 @@ void freeze_nodes(Mesh& mesh, GroupCards& group_cards, Engine& engine) {
 // Elements that the user keeps out of the groups' reach.
 void set_aside_elements(Mesh& mesh, GroupCards& group_cards, Engine& engine) {
     const GroupLimits& limits = group_cards.limits;
-    static Table<std::int32_t, MAXEL, "the element list of Card 3.3.5.2"> aside;
-    aside.fill(0);
+    Table<std::int32_t, MAXEL, "the element list of Card 3.3.5.2"> aside;
     EXPLIST(listed(limits.elements, limits.NOEL), aside, limits.elements_place);
     for (std::int32_t e = 1; e <= MAXEL; ++e) {
         engine.workable[e] = aside[e] == e ? 0 : e;

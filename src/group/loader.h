@@ -3,6 +3,10 @@
 
 #include <cstdint>
 
+#include "group/engine.h"
+#include "group/tables.h"
+#include "mesh/tables.h"
+
 namespace brelan {
 
 // Sets NUMNP and NCONT to the highest numbers in use, ELIST to the elements' own numbers but 0 for those that

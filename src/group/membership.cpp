@@ -5,7 +5,6 @@
 
 #include "channel/layout.h"
 #include "group/engine_mesh.h"
-#include "group/indexes.h"
 #include "group/polygon_scan.h"
 
 namespace brelan {
@@ -14,27 +13,6 @@ namespace {
 
 // As a free-field line of integers.
 constexpr Layout<"(5(1X,I11))"> MEMBER_RECORD;
-
-// Where a row lies, with room for TOLLINE and rounding: an element outside belongs to no piece of the row.
-struct RowBox {
-    float x0 = 0.0F, y0 = 0.0F, x1 = 0.0F, y1 = 0.0F;
-    bool always = true;
-
-    bool may_hold(const Point& G) const {
-        return always || (G.x >= x0 && G.x <= x1 && G.y >= y0 && G.y <= y1);
-    }
-};
-
-// The rows that take part in each of the three scans.
-struct ScannedRow {
-    RowBox box;
-    std::int32_t row;
-};
-struct ScannedOutline : ScannedRow {
-    PolygonScan polygon;
-};
-std::vector<ScannedOutline> outlines;
-std::vector<ScannedRow> lines, strips;
 
 RowBox box_of(Tolerances& tolerances, Engine& engine, const ListingRow& row) {
     RowBox box;
@@ -98,38 +76,25 @@ bool in_strip(Tolerances& tolerances, const ListingRow& row, const Point& G) {
 
 // Calls the action with the number of each row that an element belongs to.
 template <class Action>
-void for_rows_of(Mesh& mesh, Tolerances& tolerances, GroupListing& listing, const ElementWords& words, std::int8_t type, Action action) {
+void for_rows_of(const Membership& membership, Mesh& mesh, Tolerances& tolerances, GroupListing& listing, const ElementWords& words, std::int8_t type, Action action) {
     const Point centre = mean_of(mesh, words, type == EL_CONTINUUM ? 4 : 2);
     const auto scan = [&](const auto& rows, auto holds) {
         for (const auto& scanned : rows)
             if (scanned.box.may_hold(centre) && holds(scanned))
                 action(scanned.row);
     };
-    scan(listing.outlines, [&](const ScannedOutline& outline) { return outline.polygon.inside(centre); });
+    scan(membership.outlines, [&](const ScannedOutline& outline) { return outline.polygon.inside(centre); });
     if (type == EL_CONTINUUM)
-        scan(listing.strips, [&](const ScannedRow& strip) { return in_strip(tolerances, listing.rows[strip.row], centre); });
+        scan(membership.strips, [&](const ScannedRow& strip) { return in_strip(tolerances, listing.rows[strip.row], centre); });
     else
-        scan(listing.lines_scanned, [&](const ScannedRow& line) { return on_line(tolerances, listing.rows[line.row], centre); });
-}
-
-void count_material(GroupListing& listing, std::int8_t type, std::int32_t material) {
-    std::int32_t& highest = type == EL_CONTINUUM ? listing.highest_material : type == EL_BEAM ? listing.highest_beam_material : listing.highest_truss_material;
-    highest = std::max(highest, material);
-    if (type != EL_TRUSS || material <= 0)
-        return;
-    if (listing.trusses_of_material.size() <= static_cast<std::size_t>(material))
-        listing.trusses_of_material.resize(static_cast<std::size_t>(material) + 1, 0);
-    ++listing.trusses_of_material[static_cast<std::size_t>(material)];
+        scan(membership.lines, [&](const ScannedRow& line) { return on_line(tolerances, listing.rows[line.row], centre); });
 }
 
 }  // namespace
 
-void begin_membership(Tolerances& tolerances, Engine& engine, GroupListing& listing) {
-    listing.members = listing.highest_material = listing.highest_beam_material = listing.highest_truss_material = 0;
-    listing.trusses_of_material.clear();
-    listing.outlines.clear();
-    listing.lines_scanned.clear();
-    listing.strips.clear();
+Membership begin_membership(Tolerances& tolerances, Engine& engine, GroupListing& listing) {
+    listing.members = listing.highest_material = 0;
+    Membership membership;
     for (std::int32_t i = 1; i <= listing.count; ++i) {
         const ListingRow& row = listing.rows[i];
         if (row.MTYPE == 0 || row.MTYPE == -1 || row.points.empty())
@@ -137,23 +102,25 @@ void begin_membership(Tolerances& tolerances, Engine& engine, GroupListing& list
         const ScannedRow scanned{box_of(tolerances, engine, row), i};
         const bool open_line = std::abs(row.MTYPE) == 2 && row.closed == 0;
         if (row.sub_kind == ROW_OUTLINE && !open_line)
-            listing.outlines.push_back({scanned, PolygonScan(row.points)});
+            membership.outlines.push_back({scanned, PolygonScan(engine.uses_indexes, row.points)});
         else if (row.sub_kind == ROW_LINE)
-            listing.lines_scanned.push_back(scanned);
+            membership.lines.push_back(scanned);
         else if (row.sub_kind == ROW_JOINT && row.MTYPE < 0 && row.points.size() >= 2)
-            listing.strips.push_back(scanned);
+            membership.strips.push_back(scanned);
     }
+    return membership;
 }
 
-std::vector<std::int32_t> listing_rows_of(Mesh& mesh, Tolerances& tolerances, GroupListing& listing, const ElementWords& words, std::int8_t type) {
+std::vector<std::int32_t> listing_rows_of(const Membership& membership, Mesh& mesh, Tolerances& tolerances, GroupListing& listing, const ElementWords& words, std::int8_t type) {
     std::vector<std::int32_t> rows;
-    for_rows_of(mesh, tolerances, listing, words, type, [&](std::int32_t row) { rows.push_back(row); });
+    for_rows_of(membership, mesh, tolerances, listing, words, type, [&](std::int32_t row) { rows.push_back(row); });
     return rows;
 }
 
-void GROUPMEMBER(Mesh& mesh, Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type) {
-    count_material(listing, type, words.MATNO);
-    for_rows_of(mesh, tolerances, listing, words, type, [&](std::int32_t i) {
+void GROUPMEMBER(const Membership& membership, Mesh& mesh, Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type) {
+    if (type == EL_CONTINUUM)
+        listing.highest_material = std::max(listing.highest_material, words.MATNO);
+    for_rows_of(membership, mesh, tolerances, listing, words, type, [&](std::int32_t i) {
         ListingRow& row = listing.rows[i];
         ++row.members;
         ++listing.members;

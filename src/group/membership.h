@@ -5,23 +5,46 @@
 #include <vector>
 
 #include "channel/channels.h"
+#include "group/engine.h"
+#include "group/polygon_scan.h"
+#include "group/tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {
 
-// Truss elements of each material above 0, by material.
-inline std::vector<std::int32_t> NTRUSM;
+// Where a row lies, with room for TOLLINE and rounding: an element outside belongs to no piece of the row.
+struct RowBox {
+    float x0 = 0.0F, y0 = 0.0F, x1 = 0.0F, y1 = 0.0F;
+    bool always = true;
+
+    bool may_hold(const Point& G) const {
+        return always || (G.x >= x0 && G.x <= x1 && G.y >= y0 && G.y <= y1);
+    }
+};
+
+// The rows that take part in each of the three scans.
+struct ScannedRow {
+    RowBox box;
+    std::int32_t row;
+};
+struct ScannedOutline : ScannedRow {
+    PolygonScan polygon;
+};
+struct Membership {
+    std::vector<ScannedOutline> outlines;
+    std::vector<ScannedRow> lines, strips;
+};
 
 // Makes ready for the elements of a finished mesh: clears the counts, and notes where each row of the listing
 // lies.
-void begin_membership(Tolerances& tolerances, Engine& engine, GroupListing& listing);
+Membership begin_membership(Tolerances& tolerances, Engine& engine, GroupListing& listing);
 
 // The rows of the listing that an element belongs to, by number: inside an outline, on a line, in a joint
 // strip.
-std::vector<std::int32_t> listing_rows_of(Mesh& mesh, Tolerances& tolerances, GroupListing& listing, const ElementWords& words, std::int8_t type);
+std::vector<std::int32_t> listing_rows_of(const Membership& membership, Mesh& mesh, Tolerances& tolerances, GroupListing& listing, const ElementWords& words, std::int8_t type);
 
-// Writes a record of an element, just written, for each row that it belongs to. Keeps the highest materials
-// and the counts of trusses.
-void GROUPMEMBER(Mesh& mesh, Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type);
+// Writes a record of an element, just written, for each row that it belongs to. Keeps the highest
+// material.
+void GROUPMEMBER(const Membership& membership, Mesh& mesh, Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type);
 
 }  // namespace brelan

@@ -2,17 +2,44 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "group/tables.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 
-// The lowest node number from 1 to NUMNP whose distance from the point is strictly below the reach; 0 for
-// none. Numbers that no node uses count where they lie, at (0, 0).
-std::int32_t lowest_node_within(Mesh& mesh, Engine& engine, const Point& point, float reach);
+struct Engine;
+
+// Cells hold the numbers of the nodes that lie in them, ascending. A node that moves is entered again where
+// it lies now; where it lay before it stays, and the look at its distance passes it over. Built at the first
+// search: most runs have no free line.
+class NodeIndex {
+public:
+    void forget() { cells_.clear(); }
+    void note(const Mesh& mesh, std::int32_t n);
+    std::int32_t lowest_within(const Mesh& mesh, const Engine& engine, const Point& point, float reach);
+
+private:
+    void build(const Mesh& mesh, const Engine& engine);
+    std::int32_t cell(float v, float low, float high) const;
+    std::int32_t column(float x) const { return cell(x, x0_, x1_); }
+    std::int32_t row(float y) const { return cell(y, y0_, y1_); }
+    std::size_t place(std::int32_t c, std::int32_t r) const {
+        return static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) + static_cast<std::size_t>(r);
+    }
+
+    float x0_ = 0.0F, x1_ = 0.0F, y0_ = 0.0F, y1_ = 0.0F;
+    std::int32_t count_ = 1;
+    std::vector<std::vector<std::int32_t>> cells_;
+};
+
+// The lowest node number from 1 to the highest in use whose distance from the point is strictly below the
+// reach; 0 for none. Numbers that no node uses count where they lie, at (0, 0).
+std::int32_t lowest_node_within(const Mesh& mesh, Engine& engine, const Point& point, float reach);
 
 // Notes that a node is new or lies elsewhere.
-void note_node_place(Mesh& mesh, Engine& engine, std::int32_t n);
+void note_node_place(const Mesh& mesh, Engine& engine, std::int32_t n);
 
 // Forgets all places: the nodes of another mesh are in the tables.
 void forget_node_places(Engine& engine);

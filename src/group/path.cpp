@@ -8,7 +8,6 @@
 
 #include "group/conforming_cut.h"
 #include "group/engine_mesh.h"
-#include "group/indexes.h"
 #include "group/node_index.h"
 
 namespace brelan {

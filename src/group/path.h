@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "group/engine.h"
 #include "group/geometry.h"
 #include "group/tables.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "group/indexes.h"
 
 namespace brelan {
 
@@ -14,8 +13,8 @@ constexpr float ENTRIES = 4.0F;  // for each edge, over all bands
 
 }  // namespace
 
-PolygonScan::PolygonScan(Engine& engine, std::span<const Point> polygon) : polygon_(polygon) {
-    if (!engine.uses_indexes || polygon.empty() || polygon.size() > static_cast<std::size_t>(MAXPOLYGON))
+PolygonScan::PolygonScan(bool uses_indexes, std::span<const Point> polygon) : polygon_(polygon) {
+    if (!uses_indexes || polygon.empty() || polygon.size() > static_cast<std::size_t>(MAXPOLYGON))
         return;
     low_ = high_ = polygon[0];
     for (const Point& p : polygon) {

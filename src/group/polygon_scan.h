@@ -13,7 +13,7 @@ namespace brelan {
 // costs the edges at its height and not all. The points of the polygon must live as long as the scan.
 class PolygonScan {
 public:
-    explicit PolygonScan(Engine& engine, std::span<const Point> polygon);
+    PolygonScan(bool uses_indexes, std::span<const Point> polygon);
 
     // True when no point outside a box can be inside. A polygon of no points holds everything, one of too
     // many stops the run at the first look.

@@ -9,7 +9,7 @@
 #include "group/joints.h"
 #include "group/polygon_scan.h"
 #include "mesh/mesh_records.h"
-#include "run/settings.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

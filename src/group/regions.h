@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <span>
 
+#include "group/engine.h"
 #include "group/geometry.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 

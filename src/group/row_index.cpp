@@ -3,20 +3,13 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "group/indexes.h"
+#include "group/engine.h"
+
 #include "mesh/tables.h"
 
 namespace brelan {
 
-namespace {
-
-using Rows = std::vector<std::uint32_t>;
-
-std::vector<Rows> by_node;              // places of rows, ascending
-std::vector<std::uint32_t> by_element;  // place behind 1, 0 for an element without a row
-Rows every_row;                         // 0, 1, 2, ...
-
-}  // namespace
+using Rows = RowIndex::Rows;
 
 void note_row(Engine& engine) {
     if (engine.row_index.by_node.empty()) {

@@ -1,4 +1,4 @@
-// Where nodes and elements stand in CUTTAB, so that a mark need not look at every row.
+// Where nodes and elements stand in the cut table, so that a mark need not look at every row.
 #pragma once
 
 #include <cstdint>
@@ -9,30 +9,26 @@
 
 namespace brelan {
 
-// Notes the last row of CUTTAB, just added for an element.
+struct Engine;
+
+struct RowIndex {
+    using Rows = std::vector<std::uint32_t>;
+
+    std::vector<Rows> by_node;              // places of rows, ascending
+    std::vector<std::uint32_t> by_element;  // place behind 1, 0 for an element without a row
+    Rows every_row;                         // 0, 1, 2, ...
+};
+
+// Notes the last row of the cut, just added for an element.
 void note_row(Engine& engine);
 
-// Empties CUTTAB.
+// Empties the cut table.
 void clear_rows(Engine& engine);
 
-// The places in CUTTAB, ascending, of the rows that may have the node as a corner.
+// The places in the cut table, ascending, of the rows that may have the node as a corner.
 std::span<const std::uint32_t> rows_with(Engine& engine, std::int32_t node);
 
-// The places in CUTTAB, ascending, of the rows of the elements.
+// The places in the cut table, ascending, of the rows of the elements.
 std::vector<std::uint32_t> rows_of(Engine& engine, std::span<const std::int32_t> elements);
-
-// Calls the action, in ascending order, with each row that has the side between two nodes and with the mark
-// of that side.
-template <class Action>
-void for_rows_with_side(Engine& engine, std::int32_t a, std::int32_t b, Action action) {
-    for (const std::uint32_t r : rows_with(engine, a)) {
-        CutRow& row = engine.rows[r];
-        for (int i = 0; i < row.corners(); ++i) {
-            const RowSide& side = side_of(row, i);
-            if ((row.N[side.A] == a && row.N[side.B] == b) || (row.N[side.A] == b && row.N[side.B] == a))
-                action(row, row.S[side.S]);
-        }
-    }
-}
 
 }  // namespace brelan

@@ -4,7 +4,7 @@
 #include "group/conforming_cut.h"
 #include "group/cut_table.h"
 #include "group/engine_mesh.h"
-#include "group/row_index.h"
+#include "group/cut_sides.h"
 #include "group/split_patterns.h"
 #include "mesh/mesh_records.h"
 

@@ -51,17 +51,6 @@ struct SegmentRow {
     float Xo = 0.0F, Yo = 0.0F, Rx = 0.0F, Ry = 0.0F, Qb = 0.0F, Qe = 0.0F;
 };
 
-inline Table<GroupRow, MAXGROUPS, "GROUPREC"> GROUPREC;
-inline Table<GroupMaterial, MAXGROUPS, "GROUPMAT"> GROUPMAT;
-inline Table<Table<Point, MAXGROUPPOINTS + 1, "the outline points of a group">, MAXGROUPS, "the outlines">
-    OUTLINES;
-inline Table<Table<SegmentRow, MAXGROUPPOINTS, "the segments of a group">, MAXGROUPS, "SEGREC"> SEGREC;
-
-inline std::int32_t NGROUP = 0;
-inline std::int32_t IGTITL = 0;  // 1: each group has a title
-inline float Xref = 0.0F, Yref = 0.0F;
-inline float Hi = 0.0F;  // head that the nodes of a head mesh are written with
-
 // What a group's cards give the outputs.
 struct GroupPost {
     TextLine title;
@@ -70,7 +59,6 @@ struct GroupPost {
     std::array<std::array<std::int32_t, 2>, 6> pair{};
     std::array<std::int32_t, 7> toggle{};
 };
-inline Table<GroupPost, MAXGROUPS, "the output lines of the groups"> GROUPPOST;
 
 // Lists and limits of Cards 3.3.5.1 to 3.3.5.3.
 inline constexpr std::int32_t MAXGROUPLIST = 500;
@@ -82,31 +70,31 @@ struct GroupLimits {
     std::int32_t IBOUND = 0;
     float XMIN = 0.0F, YMIN = 0.0F, XMAX = 0.0F, YMAX = 0.0F;
 };
-inline GroupLimits GROUPLIMITS;
+
+// The cards of the groups of a deck.
+struct GroupCards {
+    Table<GroupRow, MAXGROUPS, "GROUPREC"> rows;
+    Table<GroupMaterial, MAXGROUPS, "GROUPMAT"> materials;
+    Table<Table<Point, MAXGROUPPOINTS + 1, "the outline points of a group">, MAXGROUPS, "the outlines">
+        outlines;
+    Table<Table<SegmentRow, MAXGROUPPOINTS, "the segments of a group">, MAXGROUPS, "SEGREC"> segments;
+    std::int32_t count = 0;
+    std::int32_t are_titled = 0;  // IGTITL 1: each group has a title
+    float reference_x = 0.0F, reference_y = 0.0F;
+    float written_head = 0.0F;  // head that the nodes of a head mesh are written with
+    Table<GroupPost, MAXGROUPS, "the output lines of the groups"> outputs;
+    GroupLimits limits;
+};
 
 // --- settings of the defaults file ---------------------------------------------------------------
 
-inline std::int32_t TOLMODE = 0;  // how the two limits below are made
-inline float TOLLENGTH = 0.0F, TOLFACTOR = 0.0F;
-inline float TOLMOVE = 0.0F;  // a side whose ends are nearer to the line lies on it
-inline float TOLLINE = 0.0F;  // a node that is nearer to the line is on it
-inline float TOLSAME = 0.0F;  // two points that are nearer are one
-
-// --- the engine ----------------------------------------------------------------------------------
-
-inline Table<std::int8_t, MAXNP, "FROZEN"> FROZEN;  // 1: the node must not be moved
-inline Table<std::int8_t, MAXEL, "ELEMSIGN">
-    ELEMSIGN;                   // -1: a line element that joints leave on the other side
-inline std::int32_t NUMNP = 0;  // highest node number in use
-inline std::int32_t NCONT = 0;  // highest element number in use, of any type
-
-inline std::int32_t CURRENT_GROUP = 0;  // the group in work
-
-// Limits of the mesh before the first group.
-struct MeshLimits {
-    float XMIN = 0.0F, XMAX = 0.0F, YMIN = 0.0F;
+struct Tolerances {
+    std::int32_t mode = 0;  // how the two limits below are made
+    float length = 0.0F, factor = 0.0F;
+    float move = 0.0F;  // a side whose ends are nearer to the line lies on it
+    float line = 0.0F;  // a node that is nearer to the line is on it
+    float same = 0.0F;  // two points that are nearer are one
 };
-inline MeshLimits LIMITS;
 
 // What is kept of a group's line for the outputs.
 struct KeptLine {
@@ -126,16 +114,18 @@ struct ListingRow {
     std::int32_t members = 0;  // records of elements that belong to the row
     std::vector<Point> points;
 };
-inline std::int32_t NGRP = 0;  // rows of the listing
-inline Table<ListingRow, MAXGROUPS, "the group listing"> LISTING;
-inline Table<KeptLine, MAXGROUPS, "the lines of the groups"> KEPTLINES;
+struct GroupListing {
+    std::int32_t count = 0;  // rows of the listing
+    Table<ListingRow, MAXGROUPS, "the group listing"> rows;
+    Table<KeptLine, MAXGROUPS, "the lines of the groups"> lines;
 
-// Lines of beams and of trusses so far, their running numbers; in the temperature kind they are pipes and
-// convection lines.
-inline std::int32_t NPIPE = 0, NCONV = 0;
-inline std::int32_t NFSEC = 0;  // flow sections: open lines of trusses of the head kind
+    // Lines of beams and of trusses so far, their running numbers; in the temperature kind they are pipes and
+    // convection lines.
+    std::int32_t pipes = 0, convection_lines = 0;
+    std::int32_t flow_sections = 0;  // open lines of trusses of the head kind
 
-inline std::int32_t NMEMBER = 0;                      // records of elements in all rows
-inline std::int32_t NMATC = 0, NMATB = 0, NMATT = 0;  // highest material of each section as written
+    std::int32_t members = 0;           // records of elements in all rows
+    std::int32_t highest_material = 0;  // of the continuum elements as written
+};
 
 }  // namespace brelan

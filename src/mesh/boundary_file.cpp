@@ -9,8 +9,8 @@
 #include "channel/layout.h"
 #include "group/tables.h"
 #include "mesh/tables.h"
-#include "run/channel_numbers.h"
-#include "run/settings.h"
+#include "channel/channel_numbers.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

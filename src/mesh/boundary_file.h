@@ -1,8 +1,11 @@
 // "..\Boundary.Man": pipes, convection lines and flow sections as cards of the solver's main deck.
 #pragma once
 
+#include "channel/channels.h"
+#include "group/tables.h"
 #include "mesh/edit_tables.h"
 #include "mesh/result_file.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 

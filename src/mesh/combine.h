@@ -5,7 +5,9 @@
 
 #include "channel/channels.h"
 #include "mesh/combine_tables.h"
+#include "mesh/edition.h"
 #include "mesh/result_file.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 

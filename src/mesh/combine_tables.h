@@ -21,13 +21,15 @@ struct Region {
     std::int32_t start[3] = {};   // first new number, by type
     NumberRange elements;         // new numbers of all types
 };
-inline Region REGION1, REGION2;
 
-inline std::int32_t INTERFACE = 0;  // 0 coincident nodes are found; 1 the pairs are listed
-inline std::int32_t NINT = 0;
-inline Table<std::int32_t, MAXSEL, "the second-region list of Card 2.3"> LISTB;
-inline Table<std::int32_t, MAXSEL, "the first-region list of Card 2.3"> LISTA;
-inline std::string LISTPLACE;  // file and line of the lists, for messages
-inline bool KEEPDUP = false;   // merged nodes take the data of the first region (IMOD -1)
+struct Combination {
+    Region first, second;
+    std::int32_t interface_rule = 0;  // INTERFACE: 0 coincident nodes are found; 1 the pairs are listed
+    std::int32_t pair_count = 0;      // NINT
+    Table<std::int32_t, MAXSEL, "the second-region list of Card 2.3"> second_nodes;
+    Table<std::int32_t, MAXSEL, "the first-region list of Card 2.3"> first_nodes;
+    std::string list_place;         // file and line of the lists, for messages
+    bool keeps_first_data = false;  // merged nodes take the data of the first region (IMOD -1)
+};
 
 }  // namespace brelan

@@ -3,6 +3,9 @@
 
 #include <cstdint>
 
+#include "mesh/edit_tables.h"
+#include "mesh/tables.h"
+
 namespace brelan {
 
 // Packs the elements with ETYPE not 0 to positions from 1 in the order of their numbers, across the types,

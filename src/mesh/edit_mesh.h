@@ -4,6 +4,8 @@
 #include <cstdint>
 
 #include "channel/channels.h"
+#include "mesh/edit_tables.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 

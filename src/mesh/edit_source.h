@@ -2,6 +2,9 @@
 #pragma once
 
 #include "channel/channels.h"
+#include "mesh/edit_tables.h"
+#include "mesh/edition.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 

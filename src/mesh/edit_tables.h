@@ -53,7 +53,6 @@ struct EditCards {
     Table<RebuildRow, MAXEDLIST, "the rows of Card 3.6.2-1"> EDB;
     Table<RebuildRow, MAXEDLIST, "the rows of Card 3.6.3-1"> EDT;
 };
-inline EditCards EDIT;
 
 // Lowest and highest number seen.
 struct NumberRange {
@@ -73,13 +72,11 @@ struct EditSource {
     NumberRange elements[3];           // by type from EL_CONTINUUM
     std::int32_t first_continuum = 0;  // IEDIT 5: new number of the first continuum record, 0 for none
 };
-inline EditSource SOURCE;
 
 // IEDIT 5: where the water level divides an element of the slope. Who fills it: dam/phreatic_line.cpp.
 struct SlopeSplit {
     std::int32_t element = 0;  // number in the template
     std::int32_t node = 0;     // on the water level; 0: no element is divided
 };
-inline SlopeSplit SLOPESPLIT;
 
 }  // namespace brelan

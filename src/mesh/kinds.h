@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "run/settings.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 
@@ -41,9 +41,6 @@ inline constexpr std::array<KindRow, 4> KINDS{{
 
 constexpr const KindRow& kind_row(LayoutKind kind) {
     return KINDS[static_cast<std::size_t>(kind)];
-}
-inline const KindRow& kind_row(LayoutKind kind) {
-    return kind_row(kind);
 }
 
 // The table is addressed by kind.

@@ -4,7 +4,7 @@
 #include "channel/free_field.h"
 #include "mesh/move_tables.h"
 #include "mesh/tables.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 
 namespace brelan {
 
@@ -56,16 +56,14 @@ struct Direction {
 
 // Puts node n on the line through p and q where the coordinate along is s. A node that has been moved stays,
 // and so does one whose line runs across.
-void slide(Mesh& mesh, SideTables& side, LineUp& line_up, LineUpIndex& index, const Direction& d, std::int32_t n, float s, std::int32_t p, std::int32_t q) {
+void slide(Mesh& mesh, LineUp& line_up, LineUpIndex& index, const Direction& d, std::int32_t n, float s, std::int32_t p, std::int32_t q) {
     const std::size_t place = LineUpIndex::place(n);
     if (index.listed[place] || d.along(mesh, q) == d.along(mesh, p))
         return;
     const float t = (s - d.along(mesh, p)) / (d.along(mesh, q) - d.along(mesh, p));
     const float across = d.across(mesh, p) + (d.across(mesh, q) - d.across(mesh, p)) * t;
-    side.x[n] = d.vertical ? across : s;
-    side.y[n] = d.vertical ? s : across;
     index.listed[place] = true;
-    line_up.nodes.push_back(n);
+    line_up.nodes.push_back({n, d.vertical ? across : s, d.vertical ? s : across});
 }
 
 void add_merge(MoveLists& moves, std::int32_t moved, std::int32_t target) {
@@ -77,7 +75,7 @@ bool within(float s, float low, float high) {
 }
 
 // The slides of a truss A-B with neighbours P and N along its line (0 for none), level with C and D.
-void slide_truss(Mesh& mesh, SideTables& side, MoveLists& moves, LineUp& line_up, LineUpIndex& index, std::int32_t A, std::int32_t B, std::int32_t C, std::int32_t D) {
+void slide_truss(Mesh& mesh, MoveLists& moves, LineUp& line_up, LineUpIndex& index, std::int32_t A, std::int32_t B, std::int32_t C, std::int32_t D) {
     if (mesh.x[C] != mesh.x[D] && mesh.y[C] != mesh.y[D])
         return;
     const Direction d{mesh.x[C] == mesh.x[D]};
@@ -87,25 +85,25 @@ void slide_truss(Mesh& mesh, SideTables& side, MoveLists& moves, LineUp& line_up
     const bool rising = SA <= SB;
     const float low = rising ? SA : SB, high = rising ? SB : SA;
     if (within(SC, low, high)) {
-        slide(mesh, side, line_up, index, d, A, SC, A, B);
+        slide(mesh, line_up, index, d, A, SC, A, B);
     } else if (P > 0) {
         const float SP = d.along(mesh, P);
         if (rising ? SC <= SP : SP <= SC)
             add_merge(moves, P, A);
-        slide(mesh, side, line_up, index, d, A, SC, A, P);
+        slide(mesh, line_up, index, d, A, SC, A, P);
     }
     if (within(SD, low, high)) {
-        slide(mesh, side, line_up, index, d, B, SD, B, A);
+        slide(mesh, line_up, index, d, B, SD, B, A);
     } else if (N > 0) {
         const float SN = d.along(mesh, N);
         if (rising ? SN <= SD : SD <= SN)
             add_merge(moves, N, B);
-        slide(mesh, side, line_up, index, d, B, SD, N, B);
+        slide(mesh, line_up, index, d, B, SD, N, B);
     }
 }
 
 // The work on a truss and one quadrilateral that holds both its ends.
-void line_up_on(Mesh& mesh, SideTables& side, MoveLists& moves, LineUp& line_up, LineUpIndex& index, std::int32_t A, std::int32_t B, const ElementWords& quad) {
+void line_up_on(Mesh& mesh, MoveLists& moves, LineUp& line_up, LineUpIndex& index, std::int32_t A, std::int32_t B, const ElementWords& quad) {
     const std::int32_t corner[4] = {quad.I1, quad.I2, quad.I3, quad.I4};
     const std::int32_t P = index.before[LineUpIndex::place(A)];
     const std::int32_t N = index.behind[LineUpIndex::place(B)];
@@ -123,7 +121,7 @@ void line_up_on(Mesh& mesh, SideTables& side, MoveLists& moves, LineUp& line_up,
         return;
     for (const EdgeRow& edge : EDGES)
         if (edge.A == slot_A && edge.B == slot_B)
-            slide_truss(mesh, side, moves, line_up, index, A, B, corner[edge.C - 1], corner[edge.D - 1]);
+            slide_truss(mesh, moves, line_up, index, A, B, corner[edge.C - 1], corner[edge.D - 1]);
 }
 
 }  // namespace
@@ -140,7 +138,7 @@ void READLINEUP(Channels& channels, LineUp& line_up) {
     channels.close(CH_DATA);
 }
 
-void SEARCHLINEUP(Mesh& mesh, SideTables& side, MoveLists& moves, LineUp& line_up) {
+void SEARCHLINEUP(Mesh& mesh, MoveLists& moves, LineUp& line_up) {
     line_up.nodes.clear();
     LineUpIndex index;
     for (std::int32_t t = 1; t <= MAXEL; ++t) {
@@ -150,14 +148,14 @@ void SEARCHLINEUP(Mesh& mesh, SideTables& side, MoveLists& moves, LineUp& line_u
         if (!LineUpIndex::is_node(A) || !LineUpIndex::is_node(B))
             continue;
         for (const std::int32_t e : index.quads[LineUpIndex::place(A)])
-            line_up_on(mesh, side, moves, line_up, index, A, B, mesh.words[e]);
+            line_up_on(mesh, moves, line_up, index, A, B, mesh.words[e]);
     }
 }
 
-void APPLYLINEUP(Mesh& mesh, SideTables& side, LineUp& line_up) {
-    for (const std::int32_t n : line_up.nodes) {
-        mesh.x[n] = side.x[n];
-        mesh.y[n] = side.y[n];
+void APPLYLINEUP(Mesh& mesh, const LineUp& line_up) {
+    for (const LinedNode& lined : line_up.nodes) {
+        mesh.x[lined.node] = lined.x;
+        mesh.y[lined.node] = lined.y;
     }
 }
 

@@ -5,10 +5,22 @@
 #include <cstdint>
 #include <vector>
 
+#include "channel/channels.h"
+#include "mesh/move_tables.h"
+#include "mesh/tables.h"
+
 namespace brelan {
 
-inline std::int32_t LINEUP = 0;        // 0 off, else on for this deck
-inline std::vector<std::int32_t> LNP;  // nodes to be moved; their new coordinates stand in XC1, YC1
+// A node that the line-up moves, and where to.
+struct LinedNode {
+    std::int32_t node;
+    float x, y;
+};
+
+struct LineUp {
+    std::int32_t is_on = 0;        // 0 off, else on for this deck
+    std::vector<LinedNode> nodes;  // in the order in which they are moved
+};
 
 // Reads LINEUP from "LineUp.dat" in the working directory, 0 when there is none. A value above 0 works once:
 // the file then holds 0.
@@ -16,9 +28,9 @@ void READLINEUP(Channels& channels, LineUp& line_up);
 
 // Looks for the trusses that the line-up moves: fills LNP, and the first move list with the nodes that a
 // slide would pass. All comparisons go by the coordinates before the line-up.
-void SEARCHLINEUP(Mesh& mesh, SideTables& side, MoveLists& moves, LineUp& line_up);
+void SEARCHLINEUP(Mesh& mesh, MoveLists& moves, LineUp& line_up);
 
 // Moves the nodes of LNP.
-void APPLYLINEUP(Mesh& mesh, SideTables& side, LineUp& line_up);
+void APPLYLINEUP(Mesh& mesh, const LineUp& line_up);
 
 }  // namespace brelan

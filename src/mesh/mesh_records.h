@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "channel/channels.h"
+#include "mesh/edition.h"
 #include "mesh/tables.h"
 
 namespace brelan {

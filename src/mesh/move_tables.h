@@ -17,16 +17,17 @@ struct NodeMove {
 };
 
 // First list: filled by the line-up, in node numbers. Second list: read from the defaults file, in ordinal
-// positions among the used nodes.
-inline std::int32_t NMOVE = 0, NMOVE2 = 0;
-inline Table<NodeMove, MAXMOVE, "the move list"> MOVES;
-inline Table<NodeMove, MAXMOVE, "the second move list"> MOVES2;
+// positions among the used nodes. The short-element collapse is from the defaults file too.
+struct MoveLists {
+    std::int32_t first_count = 0, second_count = 0;
+    Table<NodeMove, MAXMOVE, "the move list"> first;
+    Table<NodeMove, MAXMOVE, "the second move list"> second;
 
-// Short-element collapse, from the defaults file.
-inline std::int32_t IDCOL =
-    0;                     // 0 off; 1 beams and trusses, 2 beams, 3 trusses; 4 to 6 of the materials below
-inline float FCOL = 0.0F;  // factor on the mean length
-inline std::int32_t MATCB[3] = {};  // beam materials of modes 4 and 6
-inline std::int32_t MATCT[3] = {};  // truss materials of modes 5 and 6
+    // IDCOL: 0 off; 1 beams and trusses, 2 beams, 3 trusses; 4 to 6 of the materials below
+    std::int32_t collapse_mode = 0;
+    float collapse_factor = 0.0F;         // FCOL: on the mean length
+    std::int32_t beam_materials[3] = {};  // of modes 4 and 6
+    std::int32_t truss_materials[3] = {};  // of modes 5 and 6
+};
 
 }  // namespace brelan

@@ -3,7 +3,9 @@
 
 #include <cstdint>
 
+#include "group/tables.h"
 #include "mesh/move_tables.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 

@@ -5,6 +5,8 @@
 #include <span>
 #include <vector>
 
+#include "mesh/tables.h"
+
 namespace brelan {
 
 // Sets NLIST for each active node (NACT1) that lies on the polyline through the listed nodes. Coordinates are

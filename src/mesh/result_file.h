@@ -5,6 +5,7 @@
 
 #include "channel/channels.h"
 #include "mesh/edit_tables.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 

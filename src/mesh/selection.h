@@ -7,6 +7,7 @@
 #include <string>
 
 #include "mesh/edit_tables.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 

@@ -1,10 +1,14 @@
 // Tables of fixed size, indexed from 1 by the external number, every access checked in every build.
 #pragma once
 
-#include <array>
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <new>
 #include <string>
+#include <type_traits>
 
 #include "channel/layout.h"
 #include "channel/run_end.h"
@@ -16,6 +20,12 @@ namespace brelan {
          std::to_string(last));
 }
 
+// Numbers, and records that are all zeros before they are set: a large table of them costs no memory where it is
+// never touched.
+template <class T>
+inline constexpr bool STARTS_AS_ZEROS =
+    std::is_arithmetic_v<T> || (std::is_aggregate_v<T> && std::is_trivially_copyable_v<T>);
+
 // Entries 1 to N. The name is shown in the message that ends a run at an access outside.
 template <class T, std::int32_t N, FixedText NAME>
 class Table {
@@ -25,7 +35,7 @@ public:
     T& operator[](std::int32_t number) { return entry_[checked(number)]; }
     const T& operator[](std::int32_t number) const { return entry_[checked(number)]; }
 
-    void fill(const T& value) { entry_.fill(value); }
+    void fill(const T& value) { std::fill_n(entry_.get(), N, value); }
 
 private:
     static std::size_t checked(std::int32_t number) {
@@ -35,7 +45,27 @@ private:
         return index;
     }
 
-    std::array<T, static_cast<std::size_t>(N)> entry_{};
+    struct Release {
+        void operator()(T* entries) const {
+            if constexpr (STARTS_AS_ZEROS<T>)
+                std::free(entries);
+            else
+                delete[] entries;
+        }
+    };
+
+    static T* allocate() {
+        if constexpr (STARTS_AS_ZEROS<T>) {
+            void* const entries = std::calloc(static_cast<std::size_t>(N), sizeof(T));
+            if (entries == nullptr)
+                throw std::bad_alloc();
+            return static_cast<T*>(entries);
+        } else {
+            return new T[static_cast<std::size_t>(N)]();
+        }
+    }
+
+    std::unique_ptr<T[], Release> entry_{allocate()};
 };
 
 }  // namespace brelan

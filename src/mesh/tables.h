@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 
+#include "mesh/edition.h"
 #include "mesh/table.h"
 
 namespace brelan {
@@ -40,43 +41,49 @@ inline constexpr std::int8_t EL_CONTINUUM = 1;
 inline constexpr std::int8_t EL_BEAM = 2;
 inline constexpr std::int8_t EL_TRUSS = 3;
 
-// --- nodes ---------------------------------------------------------------------------------------
+// One mesh, by the numbers of its nodes and elements.
+struct Mesh {
+    LayoutKind kind = LayoutKind::displacement;
 
-inline Table<NodeCodes, MAXNP, "IDN"> IDN;  // codes of the working set
-inline Table<float, MAXNP, "XC"> XC;        // coordinates of the working set, in the mesh's unit of length
-inline Table<float, MAXNP, "YC"> YC;
-inline Table<float, MAXNP, "H"> H;            // head or temperature, by kind
-inline Table<float, MAXNP, "CF"> CF;          // further node value of the temperature and head kinds
-inline Table<NodeCodes, MAXNP, "IDN1"> IDN1;  // the same for the first region of a combination
-inline Table<float, MAXNP, "XC1"> XC1;
-inline Table<float, MAXNP, "YC1"> YC1;
-inline Table<float, MAXNP, "H1"> H1;
-inline Table<float, MAXNP, "CF1"> CF1;
-inline Table<std::int8_t, MAXNP, "NACT1">
-    NACT1;  // 1: number in use in the first region, or in the result of an edit
-inline Table<std::int8_t, MAXNP, "NACT2"> NACT2;   // 1: number in use in the second region
-inline Table<std::int32_t, MAXNP, "NUSED"> NUSED;  // 0, or the node's own number when an element refers to it
-inline Table<std::int32_t, MAXNP, "NMAP">
-    NMAP;  // old to new number; negative for a node merged into that number
-inline Table<std::int32_t, MAXNP, "NLIST"> NLIST;  // entry n is n when node n was listed
-inline Table<std::int8_t, MAXNP, "NMARK">
-    NMARK;  // the group engine's mark; follows its node through compaction
+    Table<NodeCodes, MAXNP, "IDN"> codes;
+    Table<float, MAXNP, "XC"> x;  // in the mesh's unit of length
+    Table<float, MAXNP, "YC"> y;
+    Table<float, MAXNP, "H"> head;               // head or temperature, by kind
+    Table<float, MAXNP, "CF"> coefficient;       // further node value of the temperature and head kinds
+    Table<std::int8_t, MAXNP, "NACT1"> node_in_use;  // 1: number in use
+    Table<std::int32_t, MAXNP, "NUSED"> node_used;   // 0, or the node's own number when an element refers to it
+    Table<std::int32_t, MAXNP, "NMAP"> new_number;   // old to new number; negative for a node merged into it
+    Table<std::int8_t, MAXNP, "NMARK"> node_mark;    // the group engine's mark; follows its node
 
-// --- elements ------------------------------------------------------------------------------------
+    Table<ElementWords, MAXEL, "IEL"> words;
+    Table<std::int8_t, MAXEL, "EACT1"> type_in_use;  // type of the elements of the result
+    Table<std::int32_t, MAXEL, "ETYPE"> type;        // type during an edit
+    Table<std::int32_t, MAXEL, "KS"> skeleton;       // attributes of the coupled kind
+    Table<std::int32_t, MAXEL, "KF"> fluid;
+    Table<std::int32_t, MAXEL, "INTR"> rotation_order;
+    Table<std::int32_t, MAXEL, "INTS"> shear_order;
+    Table<float, MAXEL, "TBJWL"> water_level;
+    Table<float, MAXEL, "THIC"> thickness;  // displacement kind
+    Table<float, MAXEL, "DEN"> density;
+    Table<std::int32_t, MAXEL, "IDH"> attribute;  // of the temperature and head kinds
+};
 
-inline Table<ElementWords, MAXEL, "IEL"> IEL;
-inline Table<std::int8_t, MAXEL, "EACT1"> EACT1;   // type by number in the first region or in the result
-inline Table<std::int8_t, MAXEL, "EACT2"> EACT2;   // type by number in the second region
-inline Table<std::int32_t, MAXEL, "ETYPE"> ETYPE;  // type during an edit
-inline Table<std::int32_t, MAXEL, "ELIST"> ELIST;  // entry n is n when element n was listed
-inline Table<std::int32_t, MAXEL, "KS"> KS;        // attributes of the coupled kind
-inline Table<std::int32_t, MAXEL, "KF"> KF;
-inline Table<std::int32_t, MAXEL, "INTR"> INTR;
-inline Table<std::int32_t, MAXEL, "INTS"> INTS;
-inline Table<float, MAXEL, "TBJWL"> TBJWL;
-inline Table<float, MAXEL, "THIC"> THIC;       // thickness, displacement kind
-inline Table<float, MAXEL, "DEN"> DEN;         // density, displacement kind
-inline Table<std::int32_t, MAXEL, "IDH"> IDH;  // attribute of the temperature and head kinds
+// The first region of a combination, beside the tables of the second.
+struct SideTables {
+    Table<NodeCodes, MAXNP, "IDN1"> codes;
+    Table<float, MAXNP, "XC1"> x;
+    Table<float, MAXNP, "YC1"> y;
+    Table<float, MAXNP, "H1"> head;
+    Table<float, MAXNP, "CF1"> coefficient;
+    Table<std::int8_t, MAXNP, "NACT2"> second_node_in_use;
+    Table<std::int8_t, MAXEL, "EACT2"> second_type_in_use;
+};
+
+// What a list card names: entry n is n when number n was listed.
+struct Selection {
+    Table<std::int32_t, MAXNP, "NLIST"> nodes;
+    Table<std::int32_t, MAXEL, "ELIST"> elements;
+};
 
 // --- routines ------------------------------------------------------------------------------------
 

@@ -9,8 +9,8 @@
 #include "group/tables.h"
 #include "output/blocks.h"
 #include "output/group_text.h"
-#include "run/settings.h"
-#include "run/trace.h"
+#include "mesh/edition.h"
+#include "channel/trace.h"
 
 namespace brelan {
 

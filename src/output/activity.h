@@ -6,6 +6,9 @@
 #include <vector>
 
 #include "channel/channels.h"
+#include "channel/trace.h"
+#include "group/tables.h"
+#include "mesh/edition.h"
 #include "mesh/tables.h"
 #include "output/group_members.h"
 

@@ -8,6 +8,7 @@
 
 #include "channel/channels.h"
 #include "channel/fixed_lines.h"
+#include "group/tables.h"
 
 namespace brelan {
 

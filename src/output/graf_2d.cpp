@@ -11,7 +11,7 @@
 #include "output/group_text.h"
 #include "output/node_lists.h"
 #include "output/unit_table.h"
-#include "run/settings.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -6,8 +6,11 @@
 #include <vector>
 
 #include "channel/channels.h"
+#include "group/tables.h"
+#include "mesh/edition.h"
 #include "mesh/mesh_records.h"
 #include "output/group_members.h"
+#include "output/unit_table.h"
 
 namespace brelan {
 

@@ -6,7 +6,7 @@
 #include "output/blocks.h"
 #include "output/graf_xy_texts.h"
 #include "output/unit_table.h"
-#include "run/settings.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "channel/channels.h"
+#include "mesh/edition.h"
+#include "output/unit_table.h"
 
 namespace brelan {
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "channel/channels.h"
+#include "group/tables.h"
 
 namespace brelan {
 

@@ -12,8 +12,8 @@
 #include "output/main_file.h"
 #include "output/rewrite_mesh.h"
 #include "output/unit_table.h"
-#include "run/channel_numbers.h"
-#include "run/trace.h"
+#include "channel/channel_numbers.h"
+#include "channel/trace.h"
 
 namespace brelan {
 

@@ -4,8 +4,12 @@
 #include <cstdint>
 #include <string_view>
 
+#include "channel/channels.h"
+#include "channel/trace.h"
 #include "group/tables.h"
+#include "mesh/edition.h"
 #include "mesh/mesh_records.h"
+#include "output/unit_table.h"
 
 namespace brelan {
 

@@ -1,6 +1,6 @@
 #include "output/group_text.h"
 
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 
 namespace brelan {
 

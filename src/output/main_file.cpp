@@ -2,8 +2,8 @@
 
 #include "channel/layout.h"
 #include "output/blocks.h"
-#include "run/channel_numbers.h"
-#include "run/settings.h"
+#include "channel/channel_numbers.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

@@ -3,6 +3,9 @@
 
 #include <vector>
 
+#include "channel/channels.h"
+#include "group/tables.h"
+#include "mesh/edition.h"
 #include "output/activity.h"
 #include "output/group_members.h"
 

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "channel/channels.h"
+#include "group/tables.h"
 
 namespace brelan {
 

@@ -3,9 +3,9 @@
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/layout.h"
-#include "run/channel_numbers.h"
-#include "run/settings.h"
-#include "run/trace.h"
+#include "channel/channel_numbers.h"
+#include "mesh/edition.h"
+#include "channel/trace.h"
 
 namespace brelan {
 

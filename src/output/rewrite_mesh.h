@@ -5,6 +5,9 @@
 #include <span>
 #include <string_view>
 
+#include "channel/channels.h"
+#include "channel/trace.h"
+#include "mesh/edition.h"
 #include "mesh/mesh_records.h"
 
 namespace brelan {

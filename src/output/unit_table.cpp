@@ -6,8 +6,8 @@
 
 #include "channel/channels.h"
 #include "channel/free_field.h"
-#include "run/channel_numbers.h"
-#include "run/settings.h"
+#include "channel/channel_numbers.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 

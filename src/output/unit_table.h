@@ -4,6 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "channel/channels.h"
+#include "mesh/edition.h"
+
 namespace brelan {
 
 // Texts of fixed width, trailing blanks included; blank until a code of the file has set them.
@@ -14,7 +17,6 @@ struct UnitLabels {
     std::string_view USTRESS = "         ";
     std::string UMOMENT = std::string(8, ' '), UVELOC = std::string(9, ' '), UACCEL = std::string(9, ' ');
 };
-inline UnitLabels UNITS;
 
 // Reads the file and sets the labels. A code that its table does not know leaves its label as it stood.
 void UNITTAB(Channels& channels, LayoutKind kind, UnitLabels& units);

@@ -7,9 +7,10 @@
 #include "deck/strip_mesh.h"
 #include "mesh/combine.h"
 #include "mesh/result_file.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 #include "run/read_cards.h"
-#include "run/trace.h"
+#include "channel/trace.h"
+#include "run/run.h"
 
 namespace brelan {
 

@@ -3,6 +3,8 @@
 
 namespace brelan {
 
+struct Run;
+
 // Reads Cards 2.x, opens the files and strips both meshes; finds the elements' new numbers.
 void open_combination(Run& run);
 

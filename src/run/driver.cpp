@@ -11,13 +11,14 @@
 #include "mesh/combine_tables.h"
 #include "mesh/tables.h"
 #include "run/base_mesh_run.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 #include "run/combination_run.h"
 #include "run/edit_run.h"
 #include "run/read_cards.h"
 #include "run/slope_run.h"
 #include "run/start_up.h"
-#include "run/trace.h"
+#include "channel/trace.h"
+#include "run/run.h"
 
 namespace brelan {
 
@@ -91,7 +92,7 @@ void end_deck(Run& run) {
 void run_deck(Run& run) {
     run.listing.count = 0;
     run.decks.name = run.decks.names[run.decks.number];
-    DECKCHK(run.channels, run.settings.kind(), run.checker, run.decks, run.console, run.decks.name, NORMALISED_DECK, DAMDECK);
+    DECKCHK(run.channels, run.settings.kind(), run.checker, run.decks, run.decks.name, NORMALISED_DECK, DAMDECK);
     Channel& deck = run.channels.open(CH_DECK, NORMALISED_DECK, OpenStatus::old);
     deck.set_origin(run.checker.origin);
     std::int32_t IMOD = 0;

@@ -12,12 +12,13 @@
 #include "mesh/result_file.h"
 #include "mesh/selection.h"
 #include "output/group_out.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 #include "run/group_run.h"
 #include "run/read_cards.h"
-#include "run/settings.h"
+#include "mesh/edition.h"
 #include "run/slope_run.h"
-#include "run/trace.h"
+#include "channel/trace.h"
+#include "run/run.h"
 
 namespace brelan {
 

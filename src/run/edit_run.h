@@ -3,6 +3,8 @@
 
 namespace brelan {
 
+struct Run;
+
 // Opens the files of the edit and strips the source mesh.
 void open_edit_files(Run& run);
 

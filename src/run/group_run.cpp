@@ -14,9 +14,10 @@
 #include "mesh/line_up.h"
 #include "mesh/moves.h"
 #include "output/group_out.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 #include "run/read_group_cards.h"
-#include "run/trace.h"
+#include "channel/trace.h"
+#include "run/run.h"
 
 namespace brelan {
 
@@ -49,9 +50,9 @@ void run_line_up(Run& run) {
     if (run.edit.IEDIT != 4 || run.line_up.is_on == 0)
         return;
     run.trace.pass(" Pass 14.5  LINEUP = ", 14.5F, run.line_up.is_on);
-    SEARCHLINEUP(run.mesh, run.side, run.moves, run.line_up);
+    SEARCHLINEUP(run.mesh, run.moves, run.line_up);
     run.trace.pass(" Pass 14.6  NLNP = ", 14.6F, static_cast<std::int32_t>(run.line_up.nodes.size()));
-    APPLYLINEUP(run.mesh, run.side, run.line_up);
+    APPLYLINEUP(run.mesh, run.line_up);
 }
 
 void run_collapse_and_moves(Run& run) {
@@ -67,13 +68,13 @@ void renumber_lines(Run& run, std::int32_t NSNODE) {
 }
 
 void prepare_members(Run& run, const NumberRange& elements) {
-    begin_membership(run.tolerances, run.engine, run.listing);
+    run.membership = begin_membership(run.tolerances, run.engine, run.listing);
     for (std::int32_t e = elements.lowest; e <= elements.highest; ++e) {
         const std::int8_t type = run.mesh.type_in_use[e];
         const std::int32_t material = run.mesh.words[e].MATNO;
         if (type < EL_CONTINUUM || material >= 0)
             continue;
-        for (const std::int32_t i : listing_rows_of(run.mesh, run.tolerances, run.listing, run.mesh.words[e], type)) {
+        for (const std::int32_t i : listing_rows_of(run.membership, run.mesh, run.tolerances, run.listing, run.mesh.words[e], type)) {
             const std::int32_t g = run.listing.rows[i].group;
             if (outputs_list(run.settings.kind(), run.group_cards, run.listing.rows[i], type, material))
                 FAIL(run.group_cards.outputs[g].place +
@@ -89,7 +90,7 @@ void write_group_elements(Run& run, Channel& mesh_file, const ResultMesh& result
     Channel& members = run.channels.at(CH_GROUP);
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
         if (run.mesh.type_in_use[n] == type)
-            GROUPMEMBER(run.mesh, run.tolerances, run.listing, members, n, run.mesh.words[n], type);
+            GROUPMEMBER(run.membership, run.mesh, run.tolerances, run.listing, members, n, run.mesh.words[n], type);
 }
 
 }  // namespace brelan

@@ -3,9 +3,12 @@
 
 #include <cstdint>
 
+#include "channel/channels.h"
 #include "mesh/result_file.h"
 
 namespace brelan {
+
+struct Run;
 
 // Passes 14.1 to 14.4: group cards, defaults, the engine, the listing.
 void run_groups(Run& run);

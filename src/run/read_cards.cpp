@@ -8,8 +8,9 @@
 #include "mesh/combine_tables.h"
 #include "mesh/edit_tables.h"
 #include "mesh/kinds.h"
-#include "run/channel_numbers.h"
-#include "run/settings.h"
+#include "channel/channel_numbers.h"
+#include "mesh/edition.h"
+#include "run/run.h"
 
 namespace brelan {
 

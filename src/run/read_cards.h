@@ -6,11 +6,15 @@
 
 namespace brelan {
 
-inline TextLine
-    FILEA;  // file names of Cards 2.1 and 3.1; FILEA is the deck's result when the next deck begins
-inline TextLine FILEB;
-inline TextLine FILEC;
-inline TextLine FILEM;
+struct Run;
+
+// File names of Cards 2.1 and 3.1.
+struct FileNames {
+    TextLine first;  // FILEA; the deck's result when the next deck begins
+    TextLine second;
+    TextLine combined;
+    TextLine result;  // FILEM
+};
 
 TextLine read_file_name(Run& run);
 

@@ -8,7 +8,8 @@
 #include "channel/real_to_integer.h"
 #include "group/geometry.h"
 #include "group/tables.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
+#include "run/run.h"
 
 namespace brelan {
 

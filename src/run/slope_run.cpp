@@ -3,6 +3,7 @@
 #include "dam/phreatic_line.h"
 #include "dam/slope_models.h"
 #include "deck/deck_tables.h"
+#include "run/run.h"
 
 namespace brelan {
 

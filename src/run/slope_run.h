@@ -5,6 +5,8 @@
 
 namespace brelan {
 
+struct Run;
+
 // The template's file, by the MODEL that the checker found.
 TextLine slope_template(Run& run);
 

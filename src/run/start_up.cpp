@@ -8,10 +8,11 @@
 #include "channel/free_field.h"
 #include "channel/run_end.h"
 #include "deck/deck_tables.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 #include "run/flush_to_zero.h"
-#include "run/settings.h"
-#include "run/trace.h"
+#include "mesh/edition.h"
+#include "channel/trace.h"
+#include "run/run.h"
 
 namespace brelan {
 

@@ -1,18 +1,18 @@
-#include "channel/console.h"
+#include "batch/terminal.h"
 
 #include <cstdio>
 
-#include "channel/channels.h"
 #include "channel/run_end.h"
+#include "channel/text_line.h"
 
 namespace brelan {
 
-void console_write(std::string_view text) {
+void Terminal::write(std::string_view text) {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
         FAIL("console: standard output cannot be written");
 }
 
-bool console_read(std::string& line) {
+bool Terminal::read(std::string& line) {
     line.clear();
     int c = std::getchar();
     if (c == EOF)
@@ -23,12 +23,6 @@ bool console_read(std::string& line) {
     if (!line.empty() && line.back() == '\r')
         line.pop_back();
     return true;
-}
-
-void console_pause() {
-    channels.flush_all();
-    std::string line;
-    console.read(line);
 }
 
 }  // namespace brelan

@@ -1,0 +1,185 @@
+#include "group/element_index.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "group/engine.h"
+#include "group/engine_mesh.h"
+
+namespace brelan {
+
+void Box::include(const Point& p) {
+    x0 = std::min(x0, p.x);
+    y0 = std::min(y0, p.y);
+    x1 = std::max(x1, p.x);
+    y1 = std::max(y1, p.y);
+}
+
+float Box::size() const {
+    return std::max(x1 - x0, y1 - y0);
+}
+
+// Room for what the tests find beyond a box: a rounded crossing up to half of a segment's length beyond
+// its end, and the area tolerance of a triangle.
+Box Box::with_room(float reach) const {
+    const float far = std::max({std::abs(x0), std::abs(x1), std::abs(y0), std::abs(y1)});
+    const float room = size() * 0.51F + reach * 1.01F + far * 1.0E-6F + 1.0E-9F;
+    return {x0 - room, y0 - room, x1 + room, y1 + room};
+}
+
+namespace {
+
+Box box_of(const Point& a, const Point& b) {
+    Box box{a.x, a.y, a.x, a.y};
+    box.include(b);
+    return box;
+}
+
+constexpr std::int32_t MOST_CELLS = 400;  // along one axis
+
+// A half of no area contains points of its whole line, wherever they are.
+bool is_flat(const Mesh& mesh, const Corners& corners, const Box& box) {
+    const auto flat = [&](std::int32_t a, std::int32_t b, std::int32_t c) {
+        if (a <= 0 || b <= 0 || c <= 0)
+            return true;
+        const double area = std::abs(2.0 * ARSUM(node_point(mesh, a), node_point(mesh, b), node_point(mesh, c)));
+        const double coordinate = static_cast<double>(
+            std::max({std::abs(box.x0), std::abs(box.x1), std::abs(box.y0), std::abs(box.y1)}));
+        return !(area > 1.0E-10 * static_cast<double>(box.size()) * coordinate);
+    };
+    return flat(corners.n[0], corners.n[1], corners.n[2]) ||
+           (corners.n[3] > 0 && flat(corners.n[0], corners.n[2], corners.n[3]));
+}
+
+}  // namespace
+
+void ElementIndex::build(const Mesh& mesh, const Engine& engine) {
+    cells_.clear();
+    anywhere_.clear();
+    head_.assign(static_cast<std::size_t>(MAXNP) + 1, NONE);
+    links_.clear();
+    stamp_.assign(static_cast<std::size_t>(MAXEL) + 1, 0);
+    bounds_ = {0.0F, 0.0F, 0.0F, 0.0F};
+    bool first = true;
+    std::int32_t elements = 0;
+    for (std::int32_t e = 1; e <= engine.highest_element; ++e) {
+        if (mesh.type[e] == EL_DELETED)
+            continue;
+        ++elements;
+        for (const std::int32_t n : corners_of(mesh, e).n) {
+            if (n <= 0)
+                continue;
+            if (first)
+                bounds_ = box_of(node_point(mesh, n), node_point(mesh, n));
+            first = false;
+            bounds_.include(node_point(mesh, n));
+        }
+    }
+    const float side = std::sqrt(static_cast<float>(std::max(elements, 1)));
+    count_ = std::clamp(static_cast<std::int32_t>(side), 1, MOST_CELLS);
+    cells_.resize(static_cast<std::size_t>(count_) * static_cast<std::size_t>(count_));
+    for (std::int32_t e = 1; e <= engine.highest_element; ++e)
+        if (mesh.type[e] != EL_DELETED)
+            note(mesh, e);
+}
+
+void ElementIndex::note(const Mesh& mesh, std::int32_t e) {
+    if (cells_.empty())
+        return;
+    for (const std::int32_t n : corners_of(mesh, e).n)
+        if (n > 0)
+            link(n, e);
+    place(mesh, e);
+}
+
+void ElementIndex::note_node(const Mesh& mesh, std::int32_t n) {
+    if (cells_.empty())
+        return;
+    for (std::int32_t i = head_[static_cast<std::size_t>(n)]; i != NONE;
+         i = links_[static_cast<std::size_t>(i)].next)
+        place(mesh, links_[static_cast<std::size_t>(i)].element);
+}
+
+std::span<const std::int32_t> ElementIndex::near(const Engine& engine, const Point& p1, const Point& p2, float reach) {
+    found_.clear();
+    if (!engine.uses_indexes || cells_.empty()) {
+        for (std::int32_t e = 1; e <= engine.highest_element; ++e)
+            found_.push_back(e);
+        return found_;
+    }
+    ++mark_;
+    const Box box = box_of(p1, p2).with_room(reach);
+    for (std::int32_t c = cell_x(box.x0); c <= cell_x(box.x1); ++c)
+        for (std::int32_t r = cell_y(box.y0); r <= cell_y(box.y1); ++r)
+            take(cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
+                        static_cast<std::size_t>(r)]);
+    take(anywhere_);
+    std::sort(found_.begin(), found_.end());
+    return found_;
+}
+
+std::vector<std::int32_t> ElementIndex::with(const Engine& engine, std::span<const std::int32_t> nodes) const {
+    std::vector<std::int32_t> elements;
+    if (!engine.uses_indexes || cells_.empty()) {
+        for (std::int32_t e = 1; e <= engine.highest_element; ++e)
+            elements.push_back(e);
+        return elements;
+    }
+    for (const std::int32_t n : nodes)
+        for (std::int32_t i = head_[static_cast<std::size_t>(n)]; i != NONE;
+             i = links_[static_cast<std::size_t>(i)].next)
+            elements.push_back(links_[static_cast<std::size_t>(i)].element);
+    std::sort(elements.begin(), elements.end());
+    elements.erase(std::unique(elements.begin(), elements.end()), elements.end());
+    return elements;
+}
+
+void ElementIndex::link(std::int32_t n, std::int32_t e) {
+    std::int32_t& head = head_[static_cast<std::size_t>(n)];
+    links_.push_back({e, head});
+    head = static_cast<std::int32_t>(links_.size()) - 1;
+}
+
+// Cells at the border reach beyond it without end.
+std::int32_t ElementIndex::cell(float v, float low, float high) const {
+    const float place = (v - low) / std::max(high - low, 1.0E-30F) * static_cast<float>(count_);
+    return place > 0.0F ? static_cast<std::int32_t>(std::min(place, static_cast<float>(count_ - 1))) : 0;
+}
+
+void ElementIndex::place(const Mesh& mesh, std::int32_t e) {
+    const Corners corners = corners_of(mesh, e);
+    Box box{0.0F, 0.0F, 0.0F, 0.0F};
+    bool first = true;
+    for (const std::int32_t n : corners.n) {
+        if (n <= 0)
+            continue;
+        if (first)
+            box = box_of(node_point(mesh, n), node_point(mesh, n));
+        first = false;
+        box.include(node_point(mesh, n));
+    }
+    if (first || is_flat(mesh, corners, box)) {
+        anywhere_.push_back(e);
+        return;
+    }
+    const Box room = box.with_room();
+    for (std::int32_t c = cell_x(room.x0); c <= cell_x(room.x1); ++c)
+        for (std::int32_t r = cell_y(room.y0); r <= cell_y(room.y1); ++r) {
+            auto& list = cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
+                                static_cast<std::size_t>(r)];
+            if (list.empty() || list.back() != e)
+                list.push_back(e);
+        }
+}
+
+void ElementIndex::take(const std::vector<std::int32_t>& elements) {
+    for (const std::int32_t e : elements) {
+        std::uint32_t& stamp = stamp_[static_cast<std::size_t>(e)];
+        if (stamp == mark_)
+            continue;
+        stamp = mark_;
+        found_.push_back(e);
+    }
+}
+
+}  // namespace brelan

@@ -1,0 +1,61 @@
+// Where the elements lie that the groups work on.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "group/tables.h"
+#include "mesh/tables.h"
+
+namespace brelan {
+
+struct Engine;
+
+// A box around points.
+struct Box {
+    float x0, y0, x1, y1;
+
+    void include(const Point& p);
+    float size() const;
+    Box with_room(float reach = 0.0F) const;
+};
+
+// Cells hold the elements whose boxes touch them. An element that changes is noted again where it lies now;
+// that it still stands in older cells costs a test and changes nothing.
+class ElementIndex {
+public:
+    void build(const Mesh& mesh, const Engine& engine);
+    void note(const Mesh& mesh, std::int32_t e);
+
+    // The elements of a moved node lie elsewhere now.
+    void note_node(const Mesh& mesh, std::int32_t n);
+
+    std::span<const std::int32_t> near(const Engine& engine, const Point& p1, const Point& p2, float reach);
+    std::vector<std::int32_t> with(const Engine& engine, std::span<const std::int32_t> nodes) const;
+
+private:
+    static constexpr std::int32_t NONE = -1;
+    struct Link {
+        std::int32_t element, next;
+    };
+
+    void link(std::int32_t n, std::int32_t e);
+    std::int32_t cell(float v, float low, float high) const;
+    std::int32_t cell_x(float x) const { return cell(x, bounds_.x0, bounds_.x1); }
+    std::int32_t cell_y(float y) const { return cell(y, bounds_.y0, bounds_.y1); }
+    void place(const Mesh& mesh, std::int32_t e);
+    void take(const std::vector<std::int32_t>& elements);
+
+    Box bounds_{0.0F, 0.0F, 0.0F, 0.0F};
+    std::int32_t count_ = 1;
+    std::vector<std::vector<std::int32_t>> cells_;
+    std::vector<std::int32_t> anywhere_;
+    std::vector<std::int32_t> head_;  // by node: its last link
+    std::vector<Link> links_;
+    std::vector<std::uint32_t> stamp_;
+    std::uint32_t mark_ = 0;
+    std::vector<std::int32_t> found_;
+};
+
+}  // namespace brelan

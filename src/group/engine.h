@@ -1,0 +1,46 @@
+// The group engine at work: what it knows of the mesh that it changes.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "group/cut_table.h"
+#include "group/element_index.h"
+#include "group/node_index.h"
+#include "group/row_index.h"
+#include "mesh/tables.h"
+
+namespace brelan {
+
+// Limits of the mesh before the first group.
+struct MeshLimits {
+    float XMIN = 0.0F, XMAX = 0.0F, YMIN = 0.0F;
+};
+
+// Elements whose corners were moved to twin nodes in the group in work, with their corners before.
+struct SavedCorners {
+    std::int32_t element;
+    std::int32_t n[4];
+};
+
+struct Engine {
+    Table<std::int8_t, MAXNP, "FROZEN"> frozen;          // 1: the node must not be moved
+    Table<std::int8_t, MAXEL, "ELEMSIGN"> side_sign;     // -1: a line element that joints leave on the other side
+    Table<std::int32_t, MAXEL, "ELIST"> workable;        // the element's own number; 0: no group changes it
+    std::int32_t highest_node = 0;                       // in use
+    std::int32_t highest_element = 0;                    // in use, of any type
+    std::int32_t group = 0;                              // in work
+    MeshLimits limits;
+    std::vector<SavedCorners> saved_corners;
+    std::vector<CutRow> rows;  // of the cut in work
+
+    // Indexes save looks that would find nothing and never change a result, so the program always runs with
+    // them; tests run both ways and hold the results against each other. Without them every search of the
+    // engine is a plain scan in ascending order.
+    bool uses_indexes = true;
+    ElementIndex element_index;
+    NodeIndex node_index;
+    RowIndex row_index;
+};
+
+}  // namespace brelan
