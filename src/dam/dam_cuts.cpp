@@ -121,7 +121,7 @@ bool clear_of_shells(DamSizes& sizes, const DamOutline& points) {
 }
 
 bool below_base(DamSizes& sizes, const DamOutline& points) {
-    return std::all_of(points.begin(), points.end(), [](const DamPoint& p) { return p.y <= -sizes.DV; });
+    return std::all_of(points.begin(), points.end(), [&](const DamPoint& p) { return p.y <= -sizes.DV; });
 }
 
 CrestEnd left_crest_end(DamCards& dam, DamSizes& sizes) {

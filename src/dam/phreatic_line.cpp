@@ -205,7 +205,7 @@ void SLOPESTAGE(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh, S
     std::int32_t N_w = TRUNCATE(rNHw);
     const float X_w = rHw * m.X;
     const float Y_w = rHw * m.Y;
-    const SlopeHeights Y_SL;
+    const SlopeHeights Y_SL(edit, mesh);
     const float rDI = (Y_w - Y_SL(N_w)) / (Y_SL(N_w + 1) - Y_SL(N_w));
     list_level(trace, edit, rNHw, N_w, X_w, Y_w, Y_SL, rDI);
     for (std::int32_t point = 1; point <= m.N_DIV + 1; ++point) {

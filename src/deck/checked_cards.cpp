@@ -35,11 +35,11 @@ std::int32_t value_of(CheckedDeck& checker, std::int32_t position) {
 }
 
 void check(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card) {
-    const auto kind = static_cast<std::size_t>(kind);
+    const auto place = static_cast<std::size_t>(kind);
     for (const FieldDefault& entry : card.defaults)
         for (std::int32_t field = entry.first; field <= entry.last; ++field)
-            if (!std::isnan(entry.value[kind]))
-                checker.values[field] = entry.value[kind];
+            if (!std::isnan(entry.value[place]))
+                checker.values[field] = entry.value[place];
     const std::int32_t maximum = card.maximum_of(kind);
     CHKCARD(channels, checker, console, CH_STRIPPED, card.label, card.minimum == 0 ? maximum : card.minimum, maximum);
 }

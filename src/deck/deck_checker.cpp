@@ -186,7 +186,7 @@ void check_dam(Channels& channels, LayoutKind kind, CheckedDeck& checker, Consol
 
 }  // namespace
 
-void DECKCHK(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks, Console& console, TextLine& deck_name, std::string_view normalised_name, void (*write_dam)()) {
+DeckContent DECKCHK(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const TextLine& deck_name, std::string_view normalised_name) {
     if (deck_name.blank())
         FAIL("expected the name of a card deck, found a blank one");
     channels.open(CH_DECK, deck_name.view(), OpenStatus::old);
@@ -202,12 +202,7 @@ void DECKCHK(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList
     const std::int32_t IMOD = value_of(checker, 1);
     if (IMOD == 3) {
         check_dam(channels, kind, checker, console);
-        write_dam();
-        deck_name = decks.names[1];
-        channels.close(CH_STRIPPED, CloseAction::remove);
-        channels.close(CH_NORMALISED, CloseAction::remove);
-        DECKCHK(channels, kind, checker, decks, console, deck_name, normalised_name, write_dam);
-        return;
+        return DeckContent::dam;
     }
     write_card(checker, normalised(channels), CARD_1_1.written_of(kind));
     std::int32_t edit_switch = IMOD;
@@ -221,6 +216,12 @@ void DECKCHK(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList
     checker.origin = normalised(channels).origin();
     for (const int number : {CH_DECK, CH_STRIPPED, CH_NORMALISED, CH_LISTING})
         channels.close(number);
+    return DeckContent::mesh;
+}
+
+void drop_checked_deck(Channels& channels) {
+    channels.close(CH_STRIPPED, CloseAction::remove);
+    channels.close(CH_NORMALISED, CloseAction::remove);
 }
 
 }  // namespace brelan

@@ -11,14 +11,20 @@
 
 namespace brelan {
 
+enum class DeckContent { mesh, dam };
+
 // Checks the deck card by card and writes the normalised deck: comments gone, counts checked, defaults filled
 // in. Both names are fields of 126 columns. Leaves "TT55.TMP", the deck without its comments, and "T7.TMP",
 // the error listing; writes the name of the result mesh to the plot tool's "FnPlot2D.dat". Channels 3, 5, 6
 // and 7 are closed on return. A wrong count of values ends the run with the error report, anything else that
 // cannot be read as a failure.
 //
-// The cards of an earth dam are no deck to be run: `write_dam` makes decks of them, and the first of those is
-// checked in place of the one given, whose name it takes.
-void DECKCHK(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks, Console& console, TextLine& deck_name, std::string_view normalised_name, void (*write_dam)());
+// The cards of an earth dam are no deck to be run: they stay in the normalised deck on its open channel, for
+// the decks that are made of them.
+DeckContent DECKCHK(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                    const TextLine& deck_name, std::string_view normalised_name);
+
+// Deletes the working files of a checked dam.
+void drop_checked_deck(Channels& channels);
 
 }  // namespace brelan

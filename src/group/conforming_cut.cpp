@@ -285,7 +285,7 @@ void scan_rows_near(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Po
 }  // namespace
 
 void COLLECT(Mesh& mesh, Engine& engine, const Point& P1, const Point& P2) {
-    const auto take = [](std::int32_t e) {
+    const auto take = [&](std::int32_t e) {
         const ElementWords& w = mesh.words[e];
         CutRow row;
         row.N[0] = w.I1;
@@ -298,7 +298,7 @@ void COLLECT(Mesh& mesh, Engine& engine, const Point& P1, const Point& P2) {
         note_row(engine);
         mesh.words[e].I1 = -w.I1;
     };
-    const auto open_to_cut = [](std::int32_t e) { return is_selected(mesh, engine, e) && mesh.words[e].I1 > 0; };
+    const auto open_to_cut = [&](std::int32_t e) { return is_selected(mesh, engine, e) && mesh.words[e].I1 > 0; };
     const auto crosses = [&](const Corners& c) {
         const int corners = c.n[3] > 0 ? 4 : 3;
         for (int i = 0; i < corners; ++i)

@@ -12,14 +12,24 @@ namespace brelan {
 
 struct Engine;
 
+// The largest width and height of segments that are not along an axis.
+struct Extent {
+    float width = 0.0F, height = 0.0F;
+
+    void include(const Point& a, const Point& b);
+};
+
 // A box around points.
 struct Box {
     float x0, y0, x1, y1;
 
     void include(const Point& p);
     float size() const;
-    Box with_room(float reach = 0.0F) const;
+    // The box with room for what the tests find beyond it: nodes and middles within a reach, and crossings by
+    // what the slanting segments in it take.
+    Box with_room(const Extent& slanting, float reach = 0.0F) const;
 };
+Box box_of(const Point& a, const Point& b);
 
 // Cells hold the elements whose boxes touch them. An element that changes is noted again where it lies now;
 // that it still stands in older cells costs a test and changes nothing.
@@ -31,7 +41,7 @@ public:
     // The elements of a moved node lie elsewhere now.
     void note_node(const Mesh& mesh, std::int32_t n);
 
-    std::span<const std::int32_t> near(const Engine& engine, const Point& p1, const Point& p2, float reach);
+    std::span<const std::int32_t> in(const Engine& engine, const Box& box);
     std::vector<std::int32_t> with(const Engine& engine, std::span<const std::int32_t> nodes) const;
 
 private:

@@ -12,7 +12,7 @@
 
 namespace brelan {
 
-inline Point node_point(Mesh& mesh, std::int32_t n) {
+inline Point node_point(const Mesh& mesh, std::int32_t n) {
     return {mesh.x[n], mesh.y[n]};
 }
 
@@ -20,11 +20,11 @@ float distance(const Point& a, const Point& b);
 
 // True for a continuum element that carries the mark of a joint: KS above 0, IDH below 0 or DEN below 0 by
 // kind.
-bool is_joint(Mesh& mesh, std::int32_t e);
+bool is_joint(const Mesh& mesh, std::int32_t e);
 
 // A selected element: a continuum element that Card 3.3.5.2 does not name and that is no joint or duplicate
 // of this run.
-inline bool is_selected(Mesh& mesh, Engine& engine, std::int32_t e) {
+inline bool is_selected(const Mesh& mesh, const Engine& engine, std::int32_t e) {
     return mesh.type[e] == EL_CONTINUUM && engine.workable[e] != 0;
 }
 
@@ -32,11 +32,11 @@ inline bool is_selected(Mesh& mesh, Engine& engine, std::int32_t e) {
 struct Corners {
     std::int32_t n[4];
 };
-Corners corners_of(Mesh& mesh, std::int32_t e);
+Corners corners_of(const Mesh& mesh, std::int32_t e);
 void set_corners(Mesh& mesh, Engine& engine, std::int32_t e, const Corners& corners);
 
 // Mean of the corners with positive numbers: their sum in corner order, then divided.
-Point centroid(Mesh& mesh, std::int32_t e);
+Point centroid(const Mesh& mesh, std::int32_t e);
 
 // A new node behind the highest, free to move; its code words stay as found. Ends the run when there is no
 // number left.

@@ -66,7 +66,7 @@ void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group,
 }
 
 void list_record(Mesh& mesh, GroupListing& listing, Channel& file, const JointRecord& record) {
-    const auto places = [](std::span<const std::int32_t> nodes) {
+    const auto places = [&](std::span<const std::int32_t> nodes) {
         std::vector<Point> points;
         for (const std::int32_t n : nodes)
             points.push_back(node_point(mesh, n));

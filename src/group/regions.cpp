@@ -89,7 +89,7 @@ std::vector<std::int32_t> elements_for(Engine& engine, const RegionMaterial& mat
 }  // namespace
 
 void REGIONS(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::span<const Point> path) {
-    const PolygonScan scan(path);
+    const PolygonScan scan(engine.uses_indexes, path);
     std::unordered_map<std::int32_t, const SavedCorners*> saved;
     for (const SavedCorners& entry : engine.saved_corners)
         saved[entry.element] = &entry;

@@ -39,7 +39,7 @@ constexpr std::string_view SECTION_ROW =
 struct LineNode {
     std::int32_t mark, material, line, position, count;
 
-    explicit LineNode(Mesh& mesh, std::int32_t n)
+    LineNode(Mesh& mesh, std::int32_t n)
         : mark(mesh.codes[n][0]), material(mesh.codes[n][1]), line(mesh.codes[n][2]), position(mesh.codes[n][3]), count(mesh.codes[n][4]) {}
 };
 
@@ -68,7 +68,7 @@ std::vector<LineGroup> take_lines(Mesh& mesh, const ResultMesh& result, std::int
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
         if (mesh.node_in_use[n] != 1)
             continue;
-        const LineNode node(n);
+        const LineNode node(mesh, n);
         if (node.mark != mark || node.line < 1 || node.line > lines)
             continue;
         LineGroup& group = groups[static_cast<std::size_t>(node.line - 1)];
@@ -84,7 +84,7 @@ std::vector<LineGroup> take_lines(Mesh& mesh, const ResultMesh& result, std::int
 void write_properties(Mesh& mesh, GroupListing& listing, Channel& file, const ResultMesh& result) {
     std::set<std::int32_t> materials;
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
-        const LineNode node(n);
+        const LineNode node(mesh, n);
         if (mesh.node_in_use[n] == 1 && node.mark == PIPE_NODE && node.line >= 1 && node.line <= listing.pipes)
             materials.insert(node.material);
     }
@@ -136,7 +136,7 @@ struct FlowRun {
     std::vector<std::int32_t> nodes;
     std::uint8_t mark = 0;
 
-    explicit FlowRun(Mesh& mesh, const ElementWords& truss)
+    FlowRun(Mesh& mesh, const ElementWords& truss)
         : nodes{truss.I1, truss.I2}, mark(static_cast<std::uint8_t>(mesh.node_mark[truss.I2])) {}
 
     bool goes_on_with(Mesh& mesh, const ElementWords& truss) const {
@@ -188,7 +188,7 @@ void WRITEFLOWSECTIONS(Channels& channels, Mesh& mesh, GroupCards& group_cards, 
         if (!runs.empty() && runs.back().goes_on_with(mesh, truss))
             runs.back().nodes.push_back(truss.I2);
         else
-            runs.emplace_back(truss);
+            runs.emplace_back(mesh, truss);
     }
     // Only as many sections as are counted have a head, and of those behind them the last is not listed.
     std::int32_t section = 0;

@@ -1,9 +1,5 @@
 #include "mesh/edit_source.h"
 
-#include <span>
-
-#include "mesh/edit_tables.h"
-#include "mesh/polyline_selection.h"
 
 namespace brelan {
 
@@ -18,21 +14,17 @@ void SCANNODES(LayoutKind kind, EditSource& source, Channel& mesh_file) {
     mesh_file.step_back(mesh_file.lines_before() - start);
 }
 
-void SELECTNODES(EditCards& edit, EditSource& source, Mesh& mesh, SideTables& side, Selection& selection, Channel& mesh_file, void (*traced)(int step)) {
-    traced(1);
+NodePlaces read_node_places(LayoutKind kind, const EditSource& source, Channel& mesh_file) {
+    NodePlaces places;
     const int start = mesh_file.lines_before();
     for (std::int32_t i = 0; i < source.counts.NUMNP; ++i) {
-        const NodeRecord node = read_node_record(mesh.kind, mesh_file, source.stripped.NFIELDS);
-        side.x[node.NODE] = node.XC;
-        side.y[node.NODE] = node.YC;
-        mesh.node_in_use[node.NODE] = 1;
+        const NodeRecord node = read_node_record(kind, mesh_file, source.stripped.NFIELDS);
+        places.x[node.NODE] = node.XC;
+        places.y[node.NODE] = node.YC;
+        places.given[node.NODE] = 1;
     }
     mesh_file.step_back(mesh_file.lines_before() - start);
-    traced(2);
-    if (edit.NSEL > 0)
-        SELECTPOLYLINE(mesh, side, selection, std::span<const std::int32_t>(&edit.LIST[1], static_cast<std::size_t>(edit.NSEL)));
-    traced(3);
-    mesh.node_in_use.fill(0);
+    return places;
 }
 
 void SCANELEMENTS(LayoutKind kind, EditSource& source, Channel& mesh_file) {
@@ -51,7 +43,7 @@ void SCANELEMENTS(LayoutKind kind, EditSource& source, Channel& mesh_file) {
 }
 
 void FIXSTARTNUMBERS(EditCards& edit, EditSource& source) {
-    const auto range = [](std::int8_t type) { return source.elements[type - EL_CONTINUUM]; };
+    const auto range = [&](std::int8_t type) { return source.elements[type - EL_CONTINUUM]; };
     std::int32_t ECTOP = 0;
     if (source.counts.NCONT > 0)
         ECTOP = edit.NSNEL - range(EL_CONTINUUM).lowest + range(EL_CONTINUUM).highest;

@@ -4,16 +4,15 @@
 #include "channel/channels.h"
 #include "mesh/edit_tables.h"
 #include "mesh/edition.h"
-#include "mesh/tables.h"
+#include "mesh/polyline_selection.h"
 
 namespace brelan {
 
 // Reads the counts and finds the range of node numbers; leaves the channel at the first node record.
 void SCANNODES(LayoutKind kind, EditSource& source, Channel& mesh_file);
 
-// Reads all nodes into the side tables XC1 and YC1 with NACT1 set, resolves the listed polyline into NLIST,
-// clears NACT1 again and steps back to the first node record. `traced` is called between the steps.
-void SELECTNODES(EditCards& edit, EditSource& source, Mesh& mesh, SideTables& side, Selection& selection, Channel& mesh_file, void (*traced)(int step));
+// Reads where all nodes lie and steps back to the first node record.
+NodePlaces read_node_places(LayoutKind kind, const EditSource& source, Channel& mesh_file);
 
 // Finds the range of element numbers of each type; leaves the channel where it was.
 void SCANELEMENTS(LayoutKind kind, EditSource& source, Channel& mesh_file);

@@ -28,7 +28,7 @@ struct LineUpIndex {
     std::vector<std::vector<std::int32_t>> quads;  // quadrilaterals of the material at the node, ascending
     std::vector<bool> listed;                      // nodes in LNP
 
-    LineUpIndex(Mesh& mesh) : before(MAXNP + 1, 0), behind(MAXNP + 1, 0), quads(MAXNP + 1), listed(MAXNP + 1, false) {
+    explicit LineUpIndex(Mesh& mesh) : before(MAXNP + 1, 0), behind(MAXNP + 1, 0), quads(MAXNP + 1), listed(MAXNP + 1, false) {
         for (std::int32_t n = 1; n <= MAXEL; ++n) {
             const ElementWords& w = mesh.words[n];
             if (mesh.type[n] == EL_TRUSS && is_node(w.I1) && is_node(w.I2)) {
@@ -140,7 +140,7 @@ void READLINEUP(Channels& channels, LineUp& line_up) {
 
 void SEARCHLINEUP(Mesh& mesh, MoveLists& moves, LineUp& line_up) {
     line_up.nodes.clear();
-    LineUpIndex index;
+    LineUpIndex index(mesh);
     for (std::int32_t t = 1; t <= MAXEL; ++t) {
         if (mesh.type[t] != EL_TRUSS)
             continue;

@@ -212,20 +212,20 @@ void COLLAPSE(Mesh& mesh, GroupListing& listing, MoveLists& moves) {
 }
 
 void MOVENODES(Mesh& mesh, GroupListing& listing, MoveLists& moves) {
-    std::vector<NodeMove> moves;
+    std::vector<NodeMove> orders;
     if (moves.first_count > 0) {
         for (std::int32_t k = 1; k <= moves.first_count; ++k)
-            moves.push_back(moves.first[k]);
+            orders.push_back(moves.first[k]);
         refresh_ordinals(mesh);
     } else if (moves.second_count > 0) {
         const std::int32_t count = refresh_ordinals(mesh);
         for (std::int32_t k = 1; k <= moves.second_count; ++k)
-            moves.push_back(
+            orders.push_back(
                 {node_at(mesh, moves.second[k].moved, count), node_at(mesh, moves.second[k].target, count), moves.second[k].fraction});
     } else {
         return;
     }
-    apply_moves(mesh, listing, moves);
+    apply_moves(mesh, listing, orders);
 }
 
 }  // namespace brelan

@@ -24,14 +24,14 @@ struct Claim {
     std::int32_t node;
 };
 
-std::vector<Segment> segments_through(SideTables& side, std::span<const std::int32_t> points) {
+std::vector<Segment> segments_through(const NodePlaces& places, std::span<const std::int32_t> points) {
     std::vector<Segment> segments;
     for (std::size_t i = 0; i + 1 < points.size(); ++i) {
         Segment s;
-        s.x = side.x[points[i]];
-        s.y = side.y[points[i]];
-        const float dx = side.x[points[i + 1]] - s.x;
-        const float dy = side.y[points[i + 1]] - s.y;
+        s.x = places.x[points[i]];
+        s.y = places.y[points[i]];
+        const float dx = places.x[points[i + 1]] - s.x;
+        const float dy = places.y[points[i + 1]] - s.y;
         const float squared = dx * dx + dy * dy;
         s.skipped = squared < SAME_POINT_SQUARED;
         s.length = std::sqrt(squared);
@@ -61,15 +61,15 @@ bool on_segment(const Segment& s, float x, float y, float& position) {
 
 }  // namespace
 
-std::vector<std::int32_t> SELECTPOLYLINE(Mesh& mesh, SideTables& side, Selection& selection, std::span<const std::int32_t> points) {
-    const std::vector<Segment> segments = segments_through(side, points);
+std::vector<std::int32_t> SELECTPOLYLINE(const NodePlaces& places, Selection& selection, std::span<const std::int32_t> points) {
+    const std::vector<Segment> segments = segments_through(places, points);
     std::vector<std::vector<Claim>> claims(segments.size());
     for (std::int32_t n = 1; n <= MAXNP; ++n) {
-        if (mesh.node_in_use[n] == 0)
+        if (places.given[n] == 0)
             continue;
         for (std::size_t k = 0; k < segments.size(); ++k) {
             float position = 0.0F;
-            if (segments[k].skipped || !on_segment(segments[k], side.x[n], side.y[n], position))
+            if (segments[k].skipped || !on_segment(segments[k], places.x[n], places.y[n], position))
                 continue;
             claims[k].push_back({position, n});
             break;

@@ -9,9 +9,15 @@
 
 namespace brelan {
 
-// Sets NLIST for each active node (NACT1) that lies on the polyline through the listed nodes. Coordinates are
-// taken from XC1 and YC1. Returns the selected nodes in the order of the polyline: segment by segment, along
+// Where the nodes of a mesh lie, by number. A number that no node has lies at (0, 0).
+struct NodePlaces {
+    Table<float, MAXNP, "XC1"> x;
+    Table<float, MAXNP, "YC1"> y;
+    Table<std::int8_t, MAXNP, "NACT1"> given;
+};
+
+// Selects each node that lies on the polyline through the listed nodes. Returns the selected nodes in the order of the polyline: segment by segment, along
 // each. A node belongs to the first segment that it lies on.
-std::vector<std::int32_t> SELECTPOLYLINE(Mesh& mesh, SideTables& side, Selection& selection, std::span<const std::int32_t> points);
+std::vector<std::int32_t> SELECTPOLYLINE(const NodePlaces& places, Selection& selection, std::span<const std::int32_t> points);
 
 }  // namespace brelan

@@ -33,7 +33,7 @@ struct DecidingWords {
     std::int32_t MTYPE, MAT, MATj, LTi, LMi, LTo,
         LMo;  // LTi and LMi are LTP and LMAT where there is no joint
 
-    explicit DecidingWords(GroupCards& group_cards, std::int32_t g)
+    DecidingWords(GroupCards& group_cards, std::int32_t g)
         : MTYPE(group_cards.rows[g].MTYPE),
           MAT(TRUNCATE(group_cards.materials[g].MAT)),
           MATj(TRUNCATE(group_cards.materials[g].MATj)),
@@ -59,7 +59,7 @@ ActivityPair along_joint(const DecidingWords& w, std::int8_t type, std::int32_t 
 }  // namespace
 
 ActivityPair activity_of(GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t m) {
-    const DecidingWords w(g);
+    const DecidingWords w(group_cards, g);
     const auto& pairs = group_cards.outputs[g].pair;
     const auto pair = [&pairs](Role role) { return ActivityPair{pairs[role][0], pairs[role][1]}; };
     const bool continuum = type == EL_CONTINUUM;

@@ -172,7 +172,7 @@ void write_element_templates(LayoutKind kind, UnitLabels& units, Channel& post) 
 
 // Displacements of two nodes against time: a plot for each node, then a plot for each direction.
 void write_two_node_displacements(UnitLabels& units, Channel& post) {
-    const auto plot = [](std::string_view title) {
+    const auto plot = [&](std::string_view title) {
         return titled_history(units, title, " Displacement ", units.ULENGTH);
     };
     const Plot by_node[] = {plot(" Hor. & Ver. Displacement: Node 1"),

@@ -89,10 +89,21 @@ void end_deck(Run& run) {
         run.channels.close(number);
 }
 
+// The decks that are made of a dam's cards take its place.
+void check_deck(Run& run) {
+    const LayoutKind kind = run.settings.kind();
+    while (DECKCHK(run.channels, kind, run.checker, run.console, run.decks.name, NORMALISED_DECK) ==
+           DeckContent::dam) {
+        DAMDECK(run.channels, kind, run.checker, run.decks, run.dam, run.sizes);
+        run.decks.name = run.decks.names[1];
+        drop_checked_deck(run.channels);
+    }
+}
+
 void run_deck(Run& run) {
     run.listing.count = 0;
     run.decks.name = run.decks.names[run.decks.number];
-    DECKCHK(run.channels, run.settings.kind(), run.checker, run.decks, run.decks.name, NORMALISED_DECK, DAMDECK);
+    check_deck(run);
     Channel& deck = run.channels.open(CH_DECK, NORMALISED_DECK, OpenStatus::old);
     deck.set_origin(run.checker.origin);
     std::int32_t IMOD = 0;

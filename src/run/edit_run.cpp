@@ -1,5 +1,7 @@
 #include "run/edit_run.h"
 
+#include <span>
+
 #include "channel/channels.h"
 #include "deck/strip_mesh.h"
 #include "group/tables.h"
@@ -9,6 +11,7 @@
 #include "mesh/edit_source.h"
 #include "mesh/edit_tables.h"
 #include "mesh/moves.h"
+#include "mesh/polyline_selection.h"
 #include "mesh/result_file.h"
 #include "mesh/selection.h"
 #include "output/group_out.h"
@@ -53,14 +56,13 @@ void trace_edit(Run& run) {
 // Pass 7: the nodes on a listed polyline.
 void select_on_polyline(Run& run, Channel& mesh_file) {
     run.trace.pass(" Pass 7A ", 7.1F);
-    SELECTNODES(run.edit, run.source, run.mesh, run.side, run.selection, mesh_file, [](int step) {
-        if (step == 1)
-            run.trace.pass(" Pass 7B ", 7.2F);
-        else if (step == 2)
-            run.trace.pass(" Pass 7C-1 ", 7.31F);
-        else
-            run.trace.pass(" Pass 7C-2 ", 7.32F);
-    });
+    run.trace.pass(" Pass 7B ", 7.2F);
+    const NodePlaces places = read_node_places(run.settings.kind(), run.source, mesh_file);
+    run.trace.pass(" Pass 7C-1 ", 7.31F);
+    if (run.edit.NSEL > 0)
+        SELECTPOLYLINE(places, run.selection,
+                       std::span(&run.edit.LIST[1], static_cast<std::size_t>(run.edit.NSEL)));
+    run.trace.pass(" Pass 7C-2 ", 7.32F);
     run.trace.pass(" Pass 7D ", 7.4F);
 }
 

@@ -51,10 +51,13 @@ void begin_trace(Run& run) {
     for (const EditionRow& candidate : EDITIONS)
         if (candidate.edition == run.settings.edition)
             row = candidate;
+    std::int32_t IDEBUG = 0;
+    float DBGPASS = 0.0F;
     if (run.channels.file_exists(row.debug_file)) {
         read_free(run.channels.open(CH_EXIST, row.debug_file, OpenStatus::old),
                   "the debug switches (IDEBUG, DBGPASS)", IDEBUG, DBGPASS);
         run.channels.close(CH_EXIST);
+        run.trace.set(IDEBUG, DBGPASS);
         if (IDEBUG > 0) {
             run.trace.open(row.trace_file);
             run.trace.line(" Start debugging ... ");
@@ -92,9 +95,7 @@ void read_deck_name(Run& run) {
 
 void STARTUP(Run& run) {
     flush_to_zero();
-    run.settings.edition = read_setting(run, "C:\\VORK\\QX\\QXDATA\\PROGRAM.DAT", "the edition number (IPROGM)");
-    run.settings.skeleton_switch = skeleton_switch(run.settings.edition);
-    IDEBUG = 0;
+    run.set_edition(read_setting(run, "C:\\VORK\\QX\\QXDATA\\PROGRAM.DAT", "the edition number (IPROGM)"));
     begin_trace(run);
     const std::int32_t manual = read_setting(run, "C:\\VORK\\QX\\QXDATA\\MANUAL.DAT", "the console mode");
     const std::int32_t front_end = read_setting(run, "C:\\VORK\\QX\\QXDATA\\HUBPLOT.DAT", "the front end mode");
