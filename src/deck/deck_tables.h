@@ -21,7 +21,7 @@ struct CheckedDeck {
 
     LineOrigin origin;  // the deck's lines behind those of the normalised deck
 
-    std::int32_t prepared_sequence = 0;  // JK of a Card 1.1 that gives none; set by the earth-dam deck writer
+    std::int32_t prepared_kind_code = 0;  // JK of a Card 1.1 that gives none; set by the earth-dam deck writer
     std::int32_t slope_model = 0;        // MODEL of Card 3.3.6.1
     std::int32_t edit_seen = 0;          // IEDIT as the checker found it when it looked ahead to Card 3.3
 };

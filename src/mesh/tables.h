@@ -60,9 +60,9 @@ struct Mesh {
     Table<std::int32_t, MAXEL, "ETYPE"> type;        // type during an edit
     Table<std::int32_t, MAXEL, "KS"> skeleton;       // attributes of the coupled kind
     Table<std::int32_t, MAXEL, "KF"> fluid;
-    Table<std::int32_t, MAXEL, "INTR"> rotation_order;
-    Table<std::int32_t, MAXEL, "INTS"> shear_order;
-    Table<float, MAXEL, "TBJWL"> water_level;
+    Table<std::int32_t, MAXEL, "INTR"> integration_r;
+    Table<std::int32_t, MAXEL, "INTS"> integration_s;
+    Table<float, MAXEL, "TBJWL"> real_attribute;
     Table<float, MAXEL, "THIC"> thickness;  // displacement kind
     Table<float, MAXEL, "DEN"> density;
     Table<std::int32_t, MAXEL, "IDH"> attribute;  // of the temperature and head kinds

@@ -90,7 +90,7 @@ void end_deck(Run& run) {
 }
 
 // The decks that are made of a dam's cards take its place.
-void check_deck(Run& run) {
+void normalise_deck(Run& run) {
     const LayoutKind kind = run.settings.kind();
     while (DECKCHK(run.channels, kind, run.checker, run.console, run.decks.name, NORMALISED_DECK) ==
            DeckContent::dam) {
@@ -103,7 +103,7 @@ void check_deck(Run& run) {
 void run_deck(Run& run) {
     run.listing.count = 0;
     run.decks.name = run.decks.names[run.decks.number];
-    check_deck(run);
+    normalise_deck(run);
     Channel& deck = run.channels.open(CH_DECK, NORMALISED_DECK, OpenStatus::old);
     deck.set_origin(run.checker.origin);
     std::int32_t IMOD = 0;
