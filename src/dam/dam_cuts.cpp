@@ -78,7 +78,7 @@ float top_row_line(DamCards& dam, DamSizes& sizes) {
 bool ends_in_top_row(DamCards& dam, DamSizes& sizes, const DamOutline& points) {
     const float halfway = 0.5F * (top_row_line(dam, sizes) + dam.HDAM);
     return std::any_of(points.begin(), points.end(),
-                       [=](const DamPoint& p) { return p.y > halfway && !same_line(dam, p.y, dam.HDAM); });
+                       [&](const DamPoint& p) { return p.y > halfway && !same_line(dam, p.y, dam.HDAM); });
 }
 
 // True when an end of the crest is the node nearest to a corner on the crest: the cut would move it there.
@@ -157,7 +157,7 @@ float clear_of_bottom(DamCards& dam, DamSizes& sizes) {
 bool crowds_bottom(DamCards& dam, DamSizes& sizes, const DamOutline& points) {
     const float halfway = 0.5F * (clear_of_bottom(dam, sizes) + sizes.bottom);
     return std::any_of(points.begin(), points.end(),
-                       [=](const DamPoint& p) { return p.y < halfway && !same_line(dam, p.y, sizes.bottom); });
+                       [&](const DamPoint& p) { return p.y < halfway && !same_line(dam, p.y, sizes.bottom); });
 }
 
 }  // namespace brelan

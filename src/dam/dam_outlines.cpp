@@ -42,7 +42,7 @@ void leave_uncut(DamGroup& group) {
 
 // What of an outline lies above a height, or below one, is left uncut: the sides get a point there.
 void leave_uncut_beyond(DamCards& dam, DamGroup& group, float y, bool above) {
-    const auto beyond = [=](const DamPoint& p) { return !same_line(dam, p.y, y) && (above ? p.y > y : p.y < y); };
+    const auto beyond = [&](const DamPoint& p) { return !same_line(dam, p.y, y) && (above ? p.y > y : p.y < y); };
     const DamGroup whole = group;
     group.points.clear();
     group.IEND.clear();

@@ -14,9 +14,13 @@
 
 #include "channel/channels.h"
 #include "channel/run_end.h"
-#include "run/settings.h"
+#include "run/run.h"
 
 namespace brelan::test {
+
+// The run whose parts the unit tests work on, one after the other.
+inline KeptConsole shown;
+inline Run state{Directories{}, shown};
 
 // A fresh directory that is the working directory as long as it lives. Channels are closed with it.
 class WorkDirectory {
@@ -97,16 +101,12 @@ std::string stop_of(Call call) {
 // The edition of a test; the one before it comes back at its end.
 class Edition {
 public:
-    explicit Edition(std::int32_t number) : before_(state.settings.edition) { set(number); }
+    explicit Edition(std::int32_t number) : before_(state.settings.edition) { state.set_edition(number); }
     Edition(const Edition&) = delete;
     Edition& operator=(const Edition&) = delete;
-    ~Edition() { set(before_); }
+    ~Edition() { state.set_edition(before_); }
 
 private:
-    static void set(std::int32_t number) {
-        state.settings.edition = number;
-        state.settings.skeleton_switch = skeleton_switch(number);
-    }
     std::int32_t before_;
 };
 
