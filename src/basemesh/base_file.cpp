@@ -100,7 +100,7 @@ struct BoundNode {
     bool closed_side = false, closed_end = false;  // on a fixed left or right side, on a fixed bottom or top
 };
 
-BoundNode set_on_bounds(BlockCards& block_cards, FieldBounds& field, const Point& point) {
+BoundNode set_on_bounds(const BlockCards& block_cards, const FieldBounds& field, const Point& point) {
     BoundNode node{point.x, point.y};
     if (!(node.x > field.XMIN + ON_BOUND)) {
         node.x = field.XMIN;
@@ -125,7 +125,7 @@ BoundNode set_on_bounds(BlockCards& block_cards, FieldBounds& field, const Point
     return node;
 }
 
-void write_node(LayoutKind kind, BlockCards& block_cards, Channel& base, std::int32_t number, const BoundNode& node) {
+void write_node(LayoutKind kind, const BlockCards& block_cards, Channel& base, std::int32_t number, const BoundNode& node) {
     const std::int32_t cx = node.fixed_x ? 1 : 0;
     const std::int32_t cy = node.fixed_y ? 1 : 0;
     switch (kind) {
@@ -236,7 +236,7 @@ void pass_element(LayoutKind kind, Channel& index, Channel& base, const RawMesh&
 
 }  // namespace
 
-BaseCounts BASEOUT(LayoutKind kind, BlockCards& block_cards, FieldBounds& field, Channel& coord, Channel& index, Channel& base, const RawMesh& raw) {
+BaseCounts BASEOUT(LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field, Channel& coord, Channel& index, Channel& base, const RawMesh& raw) {
     const std::vector<Point> points = read_points(kind, coord, raw);
     const Merge merge = merge_points(points);
     const BaseCounts counts{static_cast<std::int32_t>(merge.kept.size()),

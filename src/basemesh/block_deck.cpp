@@ -87,7 +87,7 @@ BlockDivision divide_strip(const BlockStrip& strip) {
     return {TRUNCATE(n), strip.position >= 0.0F ? A * W : W - A * W};
 }
 
-void BLOCKDECK(Channels& channels, LayoutKind kind, BlockCards& block_cards, FieldBounds& field) {
+void BLOCKDECK(Channels& channels, LayoutKind kind, const BlockCards& block_cards, FieldBounds& field) {
     const std::int32_t NBX = block_cards.NBX;
     const std::int32_t NBY = block_cards.NBY;
     float height = 0.0F;

@@ -137,7 +137,7 @@ public:
     }
 
     // Numbers the marked nodes and lists them. Returns the highest number.
-    std::int32_t list_nodes(LayoutKind kind, FieldBounds& field, Channel& coord) {
+    std::int32_t list_nodes(LayoutKind kind, const FieldBounds& field, Channel& coord) {
         for (std::int32_t n = 1; n < in_.first_node; ++n)
             write_point(kind, coord, 0, 0.0F, 0.0F);
         std::int32_t number = in_.first_node - 1;
@@ -206,7 +206,7 @@ private:
                 key(C, R), key(B, L), key(B, M), key(B, R)};
     }
 
-    void set_on_bounds(FieldBounds& field, std::int32_t r, std::int32_t c) {
+    void set_on_bounds(const FieldBounds& field, std::int32_t r, std::int32_t c) {
         if (c == 1)
             x_(r, c) = field.XMIN;
         if (c == NXT_ + 1)
@@ -297,7 +297,7 @@ void BLOCKMAP(const BlockValues& v, std::int32_t ndx, std::int32_t ndy, std::int
     }
 }
 
-void BLOCKMESH(Channels& channels, LayoutKind kind, BlockCards& block_cards, FieldBounds& field) {
+void BLOCKMESH(Channels& channels, LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field) {
     Channel& file = channels.open(CH_BLOCKS, "Bmesh.Tmp", OpenStatus::old);
     Channel& coord = channels.open(CH_COORD, "Coord.dat", OpenStatus::work);
     Channel& index = channels.open(CH_INDEX, "Index.dat", OpenStatus::work);

@@ -50,6 +50,6 @@ void BLOCKMAP(const BlockValues& v, std::int32_t ndx, std::int32_t ndy, std::int
 // larger than the generator's work space; the two lines about it stand in "Coord.dat". Returns when all are
 // written; ends the run when the block file cannot be read or the mesh has too many nodes or elements to be
 // read back.
-void BLOCKMESH(Channels& channels, LayoutKind kind, BlockCards& block_cards, FieldBounds& field);
+void BLOCKMESH(Channels& channels, LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field);
 
 }  // namespace brelan

@@ -50,7 +50,7 @@ double outside_of(const DamPoint& p, const DamPoint& a, const DamPoint& b) {
     return -turn(a, b, p) / std::hypot(static_cast<double>(b.x - a.x), static_cast<double>(b.y - a.y));
 }
 
-bool in_profile(DamCards& dam, DamSizes& sizes, const DamPoint& p) {
+bool in_profile(const DamCards& dam, const DamSizes& sizes, const DamPoint& p) {
     const DamSizes& s = sizes;
     const std::array<DamPoint, 5> profile{
         {{0.0F, 0.0F}, {s.toe, 0.0F}, {s.crest_right, dam.HDAM}, {s.crest_left, dam.HDAM}, {0.0F, 0.0F}}};
@@ -60,13 +60,13 @@ bool in_profile(DamCards& dam, DamSizes& sizes, const DamPoint& p) {
     return true;
 }
 
-bool in_ground(DamCards& dam, DamSizes& sizes, const DamPoint& p) {
+bool in_ground(const DamCards& dam, const DamSizes& sizes, const DamPoint& p) {
     const auto reach = static_cast<float>(OUTSIDE) * dam.HDAM;
     return p.x >= sizes.left - reach && p.x <= sizes.right + reach && p.y >= sizes.bottom - reach &&
            p.y <= reach;
 }
 
-DamOutline read_points(DamCards& dam, Channel& deck, const char* card) {
+DamOutline read_points(const DamCards& dam, Channel& deck, const char* card) {
     DamOutline p(4);
     read_free(deck, card, p[0].x, p[0].y, p[1].x, p[1].y, p[2].x, p[2].y, p[3].x, p[3].y);
     const bool crossed = cross(p[0], p[1], p[2], p[3]) || cross(p[1], p[2], p[3], p[0]);
@@ -78,7 +78,7 @@ DamOutline read_points(DamCards& dam, Channel& deck, const char* card) {
     return p;
 }
 
-void read_core(DamCards& dam, DamSizes& sizes, Channel& deck) {
+void read_core(DamCards& dam, const DamSizes& sizes, Channel& deck) {
     dam.core_points = read_points(dam, deck, "Card 5.3");
     for (const DamPoint& p : dam.core_points)
         if (!in_profile(dam, sizes, p))
@@ -86,7 +86,7 @@ void read_core(DamCards& dam, DamSizes& sizes, Channel& deck) {
                              shown(p.x) + ", " + shown(p.y));
 }
 
-void read_wall(DamCards& dam, DamSizes& sizes, Channel& deck) {
+void read_wall(DamCards& dam, const DamSizes& sizes, Channel& deck) {
     dam.wall_points = read_points(dam, deck, "Card 5.5");
     for (const DamPoint& p : dam.wall_points)
         if (!in_ground(dam, sizes, p) && !in_profile(dam, sizes, p))

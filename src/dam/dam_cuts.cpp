@@ -13,7 +13,7 @@ namespace {
 // Coordinates this near, as a share of the dam's height, are those of one line.
 constexpr float SAME_LINE = 1.0E-4F;
 
-bool horizontal_line(DamCards& dam, float y) {
+bool horizontal_line(const DamCards& dam, float y) {
     if (same_line(dam, y, dam.HDAM) || same_line(dam, y, 0.0F))
         return true;
     float level = 0.0F;
@@ -24,7 +24,7 @@ bool horizontal_line(DamCards& dam, float y) {
 }
 
 // An edge of a block column beside an end of the crest is bent by what is drawn there.
-bool vertical_line(DamCards& dam, DamSizes& sizes, float x) {
+bool vertical_line(const DamCards& dam, const DamSizes& sizes, float x) {
     if (same_line(dam, x, sizes.left) || same_line(dam, x, sizes.right))
         return true;
     return (same_line(dam, x, dam.WLEFT) && !left_crest_end(dam, sizes).beside_edge) ||
@@ -43,13 +43,13 @@ float element_size(float length, float wanted) {
 }
 
 // Width of the widest elements beside the crest's ends.
-float element_beside_crest(DamCards& dam, DamSizes& sizes) {
+float element_beside_crest(const DamCards& dam, const DamSizes& sizes) {
     const DamSizes& s = sizes;
     return std::max(element_size(dam.WMID, s.DM), s.DL);
 }
 
 // Where the nodes of the crest stand before its ends are placed.
-std::vector<float> crest_nodes(DamCards& dam, DamSizes& sizes) {
+std::vector<float> crest_nodes(const DamCards& dam, const DamSizes& sizes) {
     const DamSizes& s = sizes;
     std::vector<float> nodes{0.0F};
     float start = 0.0F;
@@ -71,18 +71,18 @@ std::vector<float>::iterator nearest(std::vector<float>& nodes, float x) {
                             [x](float a, float b) { return std::abs(a - x) < std::abs(b - x); });
 }
 
-float top_row_line(DamCards& dam, DamSizes& sizes) {
+float top_row_line(const DamCards& dam, const DamSizes& sizes) {
     return dam.HDAM - element_size(dam.HDAM, sizes.DV);
 }
 
-bool ends_in_top_row(DamCards& dam, DamSizes& sizes, const DamOutline& points) {
+bool ends_in_top_row(const DamCards& dam, const DamSizes& sizes, const DamOutline& points) {
     const float halfway = 0.5F * (top_row_line(dam, sizes) + dam.HDAM);
     return std::any_of(points.begin(), points.end(),
                        [&](const DamPoint& p) { return p.y > halfway && !same_line(dam, p.y, dam.HDAM); });
 }
 
 // True when an end of the crest is the node nearest to a corner on the crest: the cut would move it there.
-bool takes_crest_end(DamCards& dam, DamSizes& sizes, const DamOutline& points) {
+bool takes_crest_end(const DamCards& dam, const DamSizes& sizes, const DamOutline& points) {
     const float left = left_crest_end(dam, sizes).x, right = right_crest_end(dam, sizes).x;
     std::vector<float> nodes = crest_nodes(dam, sizes);
     *nearest(nodes, left) = left;
@@ -98,7 +98,7 @@ bool takes_crest_end(DamCards& dam, DamSizes& sizes, const DamOutline& points) {
     return false;
 }
 
-bool crowds_slope(DamCards& dam, DamSizes& sizes, const DamOutline& points, const CrestEnd& end) {
+bool crowds_slope(const DamCards& dam, const DamSizes& sizes, const DamOutline& points, const CrestEnd& end) {
     return end.beside_edge && std::any_of(points.begin(), points.end(), [&](const DamPoint& p) {
                return p.y >= clear_of_slope(dam, sizes, end) && std::abs(p.x - end.x) < element_beside_crest(dam, sizes);
            });
@@ -106,43 +106,43 @@ bool crowds_slope(DamCards& dam, DamSizes& sizes, const DamOutline& points, cons
 
 }  // namespace
 
-bool same_line(DamCards& dam, float a, float b) {
+bool same_line(const DamCards& dam, float a, float b) {
     return std::abs(a - b) <= SAME_LINE * dam.HDAM;
 }
 
-bool on_mesh_line(DamCards& dam, DamSizes& sizes, const DamPoint& a, const DamPoint& b) {
+bool on_mesh_line(const DamCards& dam, const DamSizes& sizes, const DamPoint& a, const DamPoint& b) {
     return (same_line(dam, a.y, b.y) && horizontal_line(dam, a.y)) || (same_line(dam, a.x, b.x) && vertical_line(dam, sizes, a.x));
 }
 
-bool clear_of_shells(DamSizes& sizes, const DamOutline& points) {
+bool clear_of_shells(const DamSizes& sizes, const DamOutline& points) {
     const float left = sizes.crest_left + sizes.DM, right = sizes.crest_right - sizes.DM;
     return std::all_of(points.begin(), points.end(),
                        [=](const DamPoint& p) { return p.x >= left && p.x <= right; });
 }
 
-bool below_base(DamSizes& sizes, const DamOutline& points) {
+bool below_base(const DamSizes& sizes, const DamOutline& points) {
     return std::all_of(points.begin(), points.end(), [&](const DamPoint& p) { return p.y <= -sizes.DV; });
 }
 
-CrestEnd left_crest_end(DamCards& dam, DamSizes& sizes) {
+CrestEnd left_crest_end(const DamCards& dam, const DamSizes& sizes) {
     return {sizes.crest_left, 0.0F, !same_line(dam, sizes.crest_left, dam.WLEFT)};
 }
 
-CrestEnd right_crest_end(DamCards& dam, DamSizes& sizes) {
+CrestEnd right_crest_end(const DamCards& dam, const DamSizes& sizes) {
     const float x = sizes.crest_right;
     return {x, sizes.toe, !same_line(dam, x, dam.WLEFT + dam.WMID)};
 }
 
-float clear_of_slope(DamCards& dam, DamSizes& sizes, const CrestEnd& end) {
+float clear_of_slope(const DamCards& dam, const DamSizes& sizes, const CrestEnd& end) {
     return dam.HDAM * (1.0F - std::min(element_beside_crest(dam, sizes) / std::abs(end.toe - end.x), 1.0F));
 }
 
-bool crowds_crest(DamCards& dam, DamSizes& sizes, const DamOutline& points) {
+bool crowds_crest(const DamCards& dam, const DamSizes& sizes, const DamOutline& points) {
     return ends_in_top_row(dam, sizes, points) || (!dam.shells && takes_crest_end(dam, sizes, points)) ||
            crowds_slope(dam, sizes, points, left_crest_end(dam, sizes)) || crowds_slope(dam, sizes, points, right_crest_end(dam, sizes));
 }
 
-float clear_of_crest(DamCards& dam, DamSizes& sizes) {
+float clear_of_crest(const DamCards& dam, const DamSizes& sizes) {
     float y = top_row_line(dam, sizes);
     for (const CrestEnd& end : {left_crest_end(dam, sizes), right_crest_end(dam, sizes)})
         if (end.beside_edge)
@@ -150,11 +150,11 @@ float clear_of_crest(DamCards& dam, DamSizes& sizes) {
     return y;
 }
 
-float clear_of_bottom(DamCards& dam, DamSizes& sizes) {
+float clear_of_bottom(const DamCards& dam, const DamSizes& sizes) {
     return sizes.bottom + std::min(LOWEST_ROW * sizes.DV, dam.layers.back());
 }
 
-bool crowds_bottom(DamCards& dam, DamSizes& sizes, const DamOutline& points) {
+bool crowds_bottom(const DamCards& dam, const DamSizes& sizes, const DamOutline& points) {
     const float halfway = 0.5F * (clear_of_bottom(dam, sizes) + sizes.bottom);
     return std::any_of(points.begin(), points.end(),
                        [&](const DamPoint& p) { return p.y < halfway && !same_line(dam, p.y, sizes.bottom); });

@@ -40,7 +40,7 @@ constexpr std::array<std::string_view, 4> HEADS_4_2 = {
     "*    Xo            Yo          Total Head  ", "*    Xo            Yo "};
 
 // The third value of Card 4.2; none in the displacement kind.
-void write_origin(LayoutKind kind, DamCards& dam, DamSizes& sizes, Channel& deck) {
+void write_origin(LayoutKind kind, const DamCards& dam, const DamSizes& sizes, Channel& deck) {
     deck.write_line("* Card 4.2");
     deck.write_line(HEADS_4_2[static_cast<std::size_t>(kind)]);
     const float Xo = sizes.left, Yo = sizes.bottom;
@@ -58,7 +58,7 @@ void write_origin(LayoutKind kind, DamCards& dam, DamSizes& sizes, Channel& deck
     }
 }
 
-void write_block_columns(DamCards& dam, DamSizes& sizes, Channel& deck) {
+void write_block_columns(const DamCards& dam, const DamSizes& sizes, Channel& deck) {
     const DamSizes& s = sizes;
     deck.write_line("* Card 4.3");
     deck.write_line("*    W             DX            AX");
@@ -71,7 +71,7 @@ void write_block_columns(DamCards& dam, DamSizes& sizes, Channel& deck) {
         REALS.write(deck, dam.XRIGHT, s.DR, MARGIN);
 }
 
-void write_block_rows(DamCards& dam, DamSizes& sizes, Channel& deck) {
+void write_block_rows(const DamCards& dam, const DamSizes& sizes, Channel& deck) {
     deck.write_line("* Card 4.4");
     deck.write_line("*    H             DY            AY");
     REALS.write(deck, dam.HDAM, sizes.DV, EVEN);
@@ -80,7 +80,7 @@ void write_block_rows(DamCards& dam, DamSizes& sizes, Channel& deck) {
 }
 
 // Cards 1.1 and 4.1 to 4.5.
-void write_base_mesh(LayoutKind kind, DamCards& dam, DamSizes& sizes, Channel& deck) {
+void write_base_mesh(LayoutKind kind, const DamCards& dam, const DamSizes& sizes, Channel& deck) {
     deck.write_line("* Card 1.1");
     deck.write_line("* IMOD  JK     ");
     SWITCHES.write_front(deck, 2, kind_of_decks(kind));
@@ -96,7 +96,7 @@ void write_base_mesh(LayoutKind kind, DamCards& dam, DamSizes& sizes, Channel& d
 }
 
 // Cards 3.1-1 to 3.3 and 3.3.5.1 to 3.3.5.4-2.
-void write_edit(DamCards& dam, DamSizes& sizes, Channel& deck, std::int32_t NGROUP) {
+void write_edit(const DamCards& dam, const DamSizes& sizes, Channel& deck, std::int32_t NGROUP) {
     const DamSizes& s = sizes;
     deck.write_line("* Card 3.1-1");
     deck.write_line("* FILEA");

@@ -28,7 +28,7 @@ std::size_t sides_of(const DamGroup& group) {
 }
 
 // Sides that lie on the mesh's own lines are not cut, all others are.
-void cut_sides(DamCards& dam, DamSizes& sizes, DamGroup& group) {
+void cut_sides(const DamCards& dam, const DamSizes& sizes, DamGroup& group) {
     group.IEND.clear();
     for (std::size_t k = 0; k < sides_of(group); ++k) {
         const DamPoint& next = group.points[(k + 1) % group.points.size()];
@@ -41,7 +41,7 @@ void leave_uncut(DamGroup& group) {
 }
 
 // What of an outline lies above a height, or below one, is left uncut: the sides get a point there.
-void leave_uncut_beyond(DamCards& dam, DamGroup& group, float y, bool above) {
+void leave_uncut_beyond(const DamCards& dam, DamGroup& group, float y, bool above) {
     const auto beyond = [&](const DamPoint& p) { return !same_line(dam, p.y, y) && (above ? p.y > y : p.y < y); };
     const DamGroup whole = group;
     group.points.clear();
@@ -65,7 +65,7 @@ void leave_uncut_beyond(DamCards& dam, DamGroup& group, float y, bool above) {
 // --- outlines --------------------------------------------------------------------------------------
 
 // The dam's body in this mesh, from the left along the base: with shells the middle block.
-DamOutline body_outline(DamCards& dam, DamSizes& sizes) {
+DamOutline body_outline(const DamCards& dam, const DamSizes& sizes) {
     const DamSizes& s = sizes;
     const float left = dam.shells ? s.crest_left : 0.0F;
     const float right = dam.shells ? s.crest_right : s.toe;
@@ -73,7 +73,7 @@ DamOutline body_outline(DamCards& dam, DamSizes& sizes) {
 }
 
 // All that stays: body and ground.
-DamOutline surface_outline(DamCards& dam, DamSizes& sizes) {
+DamOutline surface_outline(const DamCards& dam, const DamSizes& sizes) {
     const DamSizes& s = sizes;
     DamOutline body = body_outline(dam, sizes);
     if (dam.NLAYER == 0)
@@ -85,7 +85,7 @@ DamOutline surface_outline(DamCards& dam, DamSizes& sizes) {
     return outline;
 }
 
-DamGroup drawn(DamCards& dam, DamSizes& sizes, std::string title, std::int32_t MTYPE, DamOutline points) {
+DamGroup drawn(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t MTYPE, DamOutline points) {
     DamGroup group;
     group.title = std::move(title);
     group.MTYPE = MTYPE;
@@ -99,7 +99,7 @@ DamGroup drawn(DamCards& dam, DamSizes& sizes, std::string title, std::int32_t M
 // placed, as nodes of the crest do not give way to it: the slope is drawn a little beyond the crest, and its
 // cut moves the next node of the crest onto itself. With NDIV 1 a node that was planned on a side is dropped
 // when a corner of the side is moved so.
-void cut_crest(DamCards& dam, DamSizes& sizes, DamGroup& group) {
+void cut_crest(const DamCards& dam, const DamSizes& sizes, DamGroup& group) {
     constexpr float BEYOND = 0.01F;  // of the slope
     std::size_t crest = 0;
     while (group.points[crest].y != dam.HDAM)
@@ -121,14 +121,14 @@ void cut_crest(DamCards& dam, DamSizes& sizes, DamGroup& group) {
     }
 }
 
-DamGroup zone(DamCards& dam, DamSizes& sizes, std::string title, std::int32_t MAT, DamOutline points) {
+DamGroup zone(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t MAT, DamOutline points) {
     DamGroup group = drawn(dam, sizes, std::move(title), ZONE, std::move(points));
     group.MAT = MAT;
     return group;
 }
 
 // The triangle under a slope.
-DamGroup shell(DamCards& dam, DamSizes& sizes, std::string title, std::int32_t MAT, const CrestEnd& end) {
+DamGroup shell(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t MAT, const CrestEnd& end) {
     DamGroup group = zone(dam, sizes, std::move(title), MAT, {{end.toe, 0.0F}, {end.x, 0.0F}, {end.x, dam.HDAM}});
     if (!end.beside_edge)
         return group;
@@ -143,7 +143,7 @@ DamGroup shell(DamCards& dam, DamSizes& sizes, std::string title, std::int32_t M
     return group;
 }
 
-DamGroup core(DamCards& dam, DamSizes& sizes) {
+DamGroup core(const DamCards& dam, const DamSizes& sizes) {
     DamGroup group = zone(dam, sizes, " Dam Core", CORE, dam.core_points);
     if (dam.shells && !clear_of_shells(sizes, group.points))
         leave_uncut(group);
@@ -152,7 +152,7 @@ DamGroup core(DamCards& dam, DamSizes& sizes) {
     return group;
 }
 
-DamGroup wall(DamCards& dam, DamSizes& sizes) {
+DamGroup wall(const DamCards& dam, const DamSizes& sizes) {
     DamGroup group = zone(dam, sizes, " Cut-off Wall", WALL, dam.wall_points);
     if (dam.shells && !below_base(sizes, group.points) && !clear_of_shells(sizes, group.points))
         leave_uncut(group);
@@ -163,7 +163,7 @@ DamGroup wall(DamCards& dam, DamSizes& sizes) {
 
 // --- boundaries of the head kind -------------------------------------------------------------------
 
-DamGroup boundary(DamCards& dam, DamSizes& sizes, std::string title, std::int32_t LTP, std::int32_t LMAT, DamOutline points) {
+DamGroup boundary(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t LTP, std::int32_t LMAT, DamOutline points) {
     const std::int32_t MTYPE = points.size() > 1 ? LINE : NO_GROUP;
     DamGroup group = drawn(dam, sizes, std::move(title), MTYPE, std::move(points));
     group.LTP = LTP;
@@ -171,7 +171,7 @@ DamGroup boundary(DamCards& dam, DamSizes& sizes, std::string title, std::int32_
     return group;
 }
 
-DamOutline upstream_path(DamCards& dam, DamSizes& sizes) {
+DamOutline upstream_path(const DamCards& dam, const DamSizes& sizes) {
     const DamSizes& s = sizes;
     DamOutline path;
     if (dam.NLAYER > 0)
@@ -183,7 +183,7 @@ DamOutline upstream_path(DamCards& dam, DamSizes& sizes) {
     return path;
 }
 
-void add_boundaries(DamCards& dam, DamSizes& sizes, std::vector<DamGroup>& groups) {
+void add_boundaries(const DamCards& dam, const DamSizes& sizes, std::vector<DamGroup>& groups) {
     const DamSizes& s = sizes;
     if (dam.shells && dam.NLAYER == 0)
         return;
@@ -207,7 +207,7 @@ std::string layer_title(std::int32_t layer) {
     return title;
 }
 
-void add_layers(DamCards& dam, DamSizes& sizes, std::vector<DamGroup>& groups) {
+void add_layers(const DamCards& dam, const DamSizes& sizes, std::vector<DamGroup>& groups) {
     float top = 0.0F;
     for (std::int32_t layer = 1; layer <= dam.NLAYER; ++layer) {
         const float bottom = top - dam.layers[static_cast<std::size_t>(layer - 1)];
@@ -221,7 +221,7 @@ void add_layers(DamCards& dam, DamSizes& sizes, std::vector<DamGroup>& groups) {
 
 }  // namespace
 
-std::vector<DamGroup> DAMGROUPS(LayoutKind kind, DamCards& dam, DamSizes& sizes) {
+std::vector<DamGroup> DAMGROUPS(LayoutKind kind, const DamCards& dam, const DamSizes& sizes) {
     std::vector<DamGroup> groups;
     groups.push_back(drawn(dam, sizes, " Ground Surface", KEEP_INSIDE, surface_outline(dam, sizes)));
     cut_crest(dam, sizes, groups.back());

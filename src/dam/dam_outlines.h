@@ -23,7 +23,7 @@ struct DamGroup {
 };
 
 // The groups in the order of the deck, from DAM and DAMSIZES.
-std::vector<DamGroup> DAMGROUPS(LayoutKind kind, DamCards& dam, DamSizes& sizes);
+std::vector<DamGroup> DAMGROUPS(LayoutKind kind, const DamCards& dam, const DamSizes& sizes);
 
 // The outline of a subsoil layer from its bottom to its top, without the part that a wall takes: round the
 // wall from the top where it enters there, else from the bottom. The wall is given by its four points.

@@ -43,7 +43,7 @@ SlopeCodes SLOPECODES(float HDAM, float RUNL, float RUNR) {
     return codes;
 }
 
-void SIZEDAM(DamCards& dam, DamSizes& sizes) {
+void SIZEDAM(const DamCards& dam, DamSizes& sizes) {
     DamSizes& s = sizes;
     s = DamSizes{};
     s.rHw = dam.HWATER / dam.HDAM;

@@ -18,6 +18,6 @@ struct SlopeCodes {
 SlopeCodes SLOPECODES(float HDAM, float RUNL, float RUNR);
 
 // Sets DAMSIZES from DAM.
-void SIZEDAM(DamCards& dam, DamSizes& sizes);
+void SIZEDAM(const DamCards& dam, DamSizes& sizes);
 
 }  // namespace brelan

@@ -25,7 +25,7 @@ constexpr float NO_COEFFICIENT = 1.0E-20F;                   // below it a coeff
 constexpr float INSIDE_LOW = -0.001F, INSIDE_HIGH = 1.001F;  // of R, S and R + S, shares of a side
 constexpr float NEAR_LOWER = 0.25F, NEAR_UPPER = 0.75F;      // share of a division: between them it is split
 
-const SlopeModel& model(EditCards& edit) {
+const SlopeModel& model(const EditCards& edit) {
     return slope_model(edit.MODEL);
 }
 
@@ -37,7 +37,7 @@ void code_slope_node(Mesh& mesh, std::int32_t node, std::int32_t word1, std::int
 // Heights of the slope points; the toe has index 0, and what lies beyond the crest is 0.
 class SlopeHeights {
 public:
-    SlopeHeights(EditCards& edit, Mesh& mesh) {
+    SlopeHeights(const EditCards& edit, const Mesh& mesh) {
         for (std::int32_t i = 1; i <= model(edit).N_DIV; ++i)
             height_[static_cast<std::size_t>(i)] = mesh.y[model(edit).node(i + 1)];
     }
@@ -67,7 +67,7 @@ void list_level(Trace& trace, EditCards& edit, float rNHw, std::int32_t N_w, flo
 
 // The slope in equal steps below the level and in equal steps above it. With no step below, the toe stays and
 // no node lies on the level.
-void space_anew(EditCards& edit, Mesh& mesh, std::int32_t N_w, float X_w, float Y_w) {
+void space_anew(const EditCards& edit, Mesh& mesh, std::int32_t N_w, float X_w, float Y_w) {
     const SlopeModel& m = model(edit);
     for (std::int32_t i = 1; i <= m.N_DIV; ++i) {
         const std::int32_t node = m.node(i + 1);
@@ -107,24 +107,24 @@ void add_level_node(EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit&
 
 // --- elements ------------------------------------------------------------------------------------
 
-double triangle_area(Mesh& mesh, std::int32_t a, std::int32_t b, std::int32_t c) {
+double triangle_area(const Mesh& mesh, std::int32_t a, std::int32_t b, std::int32_t c) {
     const double X1 = mesh.x[a], Y1 = mesh.y[a], X2 = mesh.x[b], Y2 = mesh.y[b], X3 = mesh.x[c], Y3 = mesh.y[c];
     return 0.5 * ((Y3 - Y1) * X2 + (Y2 - Y3) * X1 + (Y1 - Y2) * X3);
 }
 
-double signed_area(Mesh& mesh, const ElementWords& w) {
+double signed_area(const Mesh& mesh, const ElementWords& w) {
     const double half = triangle_area(mesh, w.I1, w.I2, w.I3);
     return w.I4 > 0 ? half + triangle_area(mesh, w.I1, w.I3, w.I4) : half;
 }
 
-bool on_slope(EditCards& edit, std::int32_t node) {
+bool on_slope(const EditCards& edit, std::int32_t node) {
     for (std::int32_t point = 1; point <= model(edit).N_DIV + 1; ++point)
         if (model(edit).node(point) == node)
             return true;
     return false;
 }
 
-std::int32_t next_free_element(EditCards& edit, Mesh& mesh) {
+std::int32_t next_free_element(const EditCards& edit, const Mesh& mesh) {
     std::int32_t highest = 0;
     for (std::int32_t n = 1; n <= MAXEL; ++n)
         if (mesh.type_in_use[n] >= EL_CONTINUUM)
@@ -180,7 +180,7 @@ TriangleCoordinates T_RS(Trace& trace, float x, float y, const Triangle& t) {
     return c;
 }
 
-void REQUIRETEMPLATE(EditCards& edit, EditSource& source, Mesh& mesh) {
+void REQUIRETEMPLATE(const EditCards& edit, const EditSource& source, const Mesh& mesh) {
     const std::int32_t first = source.nodes.lowest;
     for (std::int32_t n = first; n <= source.nodes.highest; ++n)
         if (mesh.node_in_use[n] != 0 && (mesh.x[n] != mesh.x[first] || mesh.y[n] != mesh.y[first]))
@@ -223,7 +223,7 @@ void SLOPESTAGE(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh, S
     space_anew(edit, mesh, N_w, X_w, Y_w);
 }
 
-void MAPNODES(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh) {
+void MAPNODES(Trace& trace, EditCards& edit, const EditSource& source, Mesh& mesh) {
     const SlopeModel& m = model(edit);
     const Triangle from{m.X, m.Y, 0.0F, 0.0F, m.X, 0.0F};
     for (std::int32_t n = 1; n <= source.counts.NUMNP; ++n) {
@@ -236,7 +236,7 @@ void MAPNODES(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh) {
     }
 }
 
-void ORIENTELEMENTS(EditSource& source, Mesh& mesh) {
+void ORIENTELEMENTS(const EditSource& source, Mesh& mesh) {
     if (source.first_continuum == 0 || signed_area(mesh, mesh.words[source.first_continuum]) > 0.0)
         return;
     for (std::int32_t n = 1; n <= MAXEL; ++n) {
@@ -247,7 +247,7 @@ void ORIENTELEMENTS(EditSource& source, Mesh& mesh) {
     }
 }
 
-void SPLITSLOPEELEMENT(EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit& slope_split) {
+void SPLITSLOPEELEMENT(const EditCards& edit, const EditSource& source, Mesh& mesh, const SlopeSplit& slope_split) {
     if (slope_split.node == 0)
         return;
     const std::int32_t position = slope_split.element;

@@ -25,7 +25,7 @@ TriangleCoordinates T_RS(Trace& trace, float x, float y, const Triangle& triangl
 
 // Ends the run when all nodes of the template lie at one point: so read the node lines of the set that is
 // made for the other kinds.
-void REQUIRETEMPLATE(EditCards& edit, EditSource& source, Mesh& mesh);
+void REQUIRETEMPLATE(const EditCards& edit, const EditSource& source, const Mesh& mesh);
 
 // The slope stage of IEDIT 5, on the nodes of the template in the mesh tables: codes of the slope nodes by
 // the water level rHw of EDIT, and where the level lies near a node, the slope spaced anew so that a node
@@ -34,14 +34,14 @@ void REQUIRETEMPLATE(EditCards& edit, EditSource& source, Mesh& mesh);
 void SLOPESTAGE(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit& slope_split);
 
 // Carries nodes 1 to NUMNP from the template's triangle onto that of EDIT.
-void MAPNODES(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh);
+void MAPNODES(Trace& trace, EditCards& edit, const EditSource& source, Mesh& mesh);
 
 // Makes all elements run the way that gives the first one of the mesh a positive area, its two halves taken
 // together: I2 and the last corner change places.
-void ORIENTELEMENTS(EditSource& source, Mesh& mesh);
+void ORIENTELEMENTS(const EditSource& source, Mesh& mesh);
 
 // Divides the element that the slope stage noted at the node on the water level: a quadrilateral becomes a
 // triangle and a quadrilateral, a triangle two. The second part takes the next free number.
-void SPLITSLOPEELEMENT(EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit& slope_split);
+void SPLITSLOPEELEMENT(const EditCards& edit, const EditSource& source, Mesh& mesh, const SlopeSplit& slope_split);
 
 }  // namespace brelan

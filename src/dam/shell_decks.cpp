@@ -47,7 +47,7 @@ void write_name(Channel& deck, std::string_view card, std::string_view field, st
 }
 
 // A template onto the triangle crest, toe, foot below the crest.
-void write_shell_deck(Channels& channels, LayoutKind kind, DeckList& decks, DamCards& dam, DamSizes& sizes, std::int32_t place, std::string_view name, std::string_view mesh, std::int32_t NSNEL,
+void write_shell_deck(Channels& channels, LayoutKind kind, DeckList& decks, const DamCards& dam, const DamSizes& sizes, std::int32_t place, std::string_view name, std::string_view mesh, std::int32_t NSNEL,
                       std::int32_t slope_code, float crest, float toe) {
     Channel& deck = open_deck(channels, kind, decks, place, name, 1);
     write_name(deck, "* Card 3.1-1", "* FILEA", "Dummy.dat");

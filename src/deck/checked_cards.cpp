@@ -30,7 +30,7 @@ Channel& normalised(Channels& channels) {
     return channels.at(CH_NORMALISED);
 }
 
-std::int32_t value_of(CheckedDeck& checker, std::int32_t position) {
+std::int32_t value_of(const CheckedDeck& checker, std::int32_t position) {
     return TRUNCATE(checker.values[position]);
 }
 
@@ -49,7 +49,7 @@ void pass(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& co
     write_card(checker, normalised(channels), card.written_of(kind));
 }
 
-std::int32_t count_on(Channels& channels, CheckedDeck& checker, const Card& card, std::int32_t most) {
+std::int32_t count_on(Channels& channels, const CheckedDeck& checker, const Card& card, std::int32_t most) {
     const std::int32_t count = value_of(checker, 1);
     if (count > most)
         deck(channels).fail_behind("Card " + std::string(card.label) + ": expected at most " + std::to_string(most) +

@@ -16,7 +16,7 @@ Channel& deck(Channels& channels);
 Channel& normalised(Channels& channels);
 
 // A value of the card checked last, cut to an integer.
-std::int32_t value_of(CheckedDeck& checker, std::int32_t position);
+std::int32_t value_of(const CheckedDeck& checker, std::int32_t position);
 
 // Checks a card and leaves its values, defaults included, in CARDVAL.
 void check(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card);
@@ -25,7 +25,7 @@ void check(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& c
 void pass(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card);
 
 // The count on the card just passed. Ends the run when it is above the size of the table behind it.
-std::int32_t count_on(Channels& channels, CheckedDeck& checker, const Card& card, std::int32_t most);
+std::int32_t count_on(Channels& channels, const CheckedDeck& checker, const Card& card, std::int32_t most);
 
 // Passes the list of numbers behind a card. Nothing is read for a count of 0 or less, and an empty line
 // written.

@@ -32,7 +32,7 @@ bool written_alike(float a, float b) {
     return first == second;
 }
 
-void write_card(CheckedDeck& checker, Channel& deck, std::string_view form) {
+void write_card(const CheckedDeck& checker, Channel& deck, std::string_view form) {
     char* const begin = deck.begin_record(form.size() * REAL_FIELD.columns());
     char* at = begin;
     std::int32_t position = 0;

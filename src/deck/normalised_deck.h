@@ -19,7 +19,7 @@ void write_reals(Channel& deck, std::span<const float> values);
 
 // One line of the first values of CARDVAL, by the letters of `form`: I cuts the value to an integer, E writes
 // the real.
-void write_card(CheckedDeck& checker, Channel& deck, std::string_view form);
+void write_card(const CheckedDeck& checker, Channel& deck, std::string_view form);
 
 // True for reals that the normalised deck does not tell apart.
 bool written_alike(float a, float b);

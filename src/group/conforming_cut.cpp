@@ -12,11 +12,11 @@ namespace brelan {
 
 namespace {
 
-Point corner(Mesh& mesh, const CutRow& row, int place) {
+Point corner(const Mesh& mesh, const CutRow& row, int place) {
     return node_point(mesh, row.N[place]);
 }
 
-bool contains(Mesh& mesh, const Point& P, const Corners& c) {
+bool contains(const Mesh& mesh, const Point& P, const Corners& c) {
     const Point n1 = node_point(mesh, c.n[0]), n2 = node_point(mesh, c.n[1]), n3 = node_point(mesh, c.n[2]);
     if (INTRI(P, n1, n2, n3))
         return true;
@@ -213,7 +213,7 @@ constexpr float SHARE_OF_SIDE = 0.1F;   // of a side: a crossing so near to a fr
 constexpr std::int32_t ONLY_MOVE = -2;  // IEND: nodes move, none is added
 
 // Brings one side to the segment. Gives the number of the node that it moves, 0 for none.
-std::int32_t SIDECUT(Mesh& mesh, Tolerances& tolerances, Engine& engine, CutRow& row, const RowSide& side, const Point& P1, const Point& P2,
+std::int32_t SIDECUT(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutRow& row, const RowSide& side, const Point& P1, const Point& P2,
                      const CutMode& mode) {
     const std::int32_t nodeA = row.N[side.A];
     const std::int32_t nodeB = row.N[side.B];
@@ -265,7 +265,7 @@ std::int32_t SIDECUT(Mesh& mesh, Tolerances& tolerances, Engine& engine, CutRow&
 
 // While the elements wait for their split, a side that the segment misses stays as it is. So only rows near
 // the segment can change, and those that a node moved on the way has brought to it.
-void scan_rows_near(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Point& P1, const Point& P2, const CutMode& mode) {
+void scan_rows_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& P1, const Point& P2, const CutMode& mode) {
     std::vector<std::uint32_t> rows = rows_of(engine, elements_met_by(engine, P1, P2));
     for (std::size_t k = 0; k < rows.size(); ++k) {
         CutRow& row = engine.rows[rows[k]];
@@ -325,7 +325,7 @@ void PLACEEND(Mesh& mesh, Engine& engine, const Point& P1, const Point& P2, bool
         place_one_end(mesh, engine, P2, P1);
 }
 
-void SIDESCAN(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Point& P1, const Point& P2, const CutMode& mode) {
+void SIDESCAN(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& P1, const Point& P2, const CutMode& mode) {
     if (engine.uses_indexes && mode.DEFERCUT)
         return scan_rows_near(mesh, tolerances, engine, P1, P2, mode);
     for (CutRow& row : engine.rows)

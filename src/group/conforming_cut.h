@@ -26,7 +26,7 @@ void PLACEEND(Mesh& mesh, Engine& engine, const Point& P1, const Point& P2, bool
 
 // Brings each side of each row to the segment: a free corner near the crossing moves onto it, else the side
 // gets a node there.
-void SIDESCAN(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Point& P1, const Point& P2, const CutMode& mode);
+void SIDESCAN(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& P1, const Point& P2, const CutMode& mode);
 
 // Splits the marked rows by their patterns, writes all rows back to the elements and empties the table. The
 // first part keeps the element's number, the others follow the highest.

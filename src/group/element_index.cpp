@@ -96,7 +96,7 @@ Box box_of(const Point& a, const Point& b) {
     return box;
 }
 
-void ElementIndex::build(const Mesh& mesh, const Engine& engine) {
+void ElementIndex::build(Mesh& mesh, Engine& engine) {
     cells_.clear();
     anywhere_.clear();
     head_.assign(static_cast<std::size_t>(MAXNP) + 1, NONE);

@@ -35,7 +35,7 @@ Box box_of(const Point& a, const Point& b);
 // that it still stands in older cells costs a test and changes nothing.
 class ElementIndex {
 public:
-    void build(const Mesh& mesh, const Engine& engine);
+    void build(Mesh& mesh, Engine& engine);
     void note(const Mesh& mesh, std::int32_t e);
 
     // The elements of a moved node lie elsewhere now.

@@ -98,7 +98,7 @@ std::span<const std::int32_t> elements_near(Engine& engine, const Point& p1, con
     return engine.element_index.in(engine, box_of(p1, p2).with_room({}, reach));
 }
 
-std::vector<std::int32_t> elements_with(Engine& engine, std::span<const std::int32_t> nodes) {
+std::vector<std::int32_t> elements_with(const Engine& engine, std::span<const std::int32_t> nodes) {
     return engine.element_index.with(engine, nodes);
 }
 

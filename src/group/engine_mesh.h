@@ -67,6 +67,6 @@ std::span<const std::int32_t> elements_met_by(Engine& engine, const Point& p1, c
 std::span<const std::int32_t> elements_near(Engine& engine, const Point& p1, const Point& p2, float reach = 0.0F);
 
 // All elements that may have one of the nodes as a corner, in ascending number.
-std::vector<std::int32_t> elements_with(Engine& engine, std::span<const std::int32_t> nodes);
+std::vector<std::int32_t> elements_with(const Engine& engine, std::span<const std::int32_t> nodes);
 
 }  // namespace brelan

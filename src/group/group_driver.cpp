@@ -20,7 +20,7 @@ namespace {
 
 // The outline of a group, and whether it is closed: an open line whose ends lie within TOLSAME counts as
 // closed.
-Outline load_outline(GroupCards& group_cards, Tolerances& tolerances, std::int32_t g) {
+Outline load_outline(const GroupCards& group_cards, const Tolerances& tolerances, std::int32_t g) {
     Outline outline;
     outline.group = group_cards.rows[g];
     GroupRow& group = outline.group;
@@ -43,7 +43,7 @@ std::int32_t joint_attribute(LayoutKind kind, float KFj) {
 
 // Lines of a group, and its joint: works on the mesh and writes the record of "JOINT.TMP". True when there is
 // one.
-bool add_lines(Channels& channels, Mesh& mesh, GroupCards& group_cards, Engine& engine, GroupListing& listing, std::int32_t g, const Outline& outline, std::span<const std::int32_t> nodes) {
+bool add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, Engine& engine, GroupListing& listing, std::int32_t g, const Outline& outline, std::span<const std::int32_t> nodes) {
     const GroupMaterial& material = group_cards.materials[g];
     const GroupRow& group = outline.group;
     JointRecord record;
@@ -75,7 +75,7 @@ bool add_lines(Channels& channels, Mesh& mesh, GroupCards& group_cards, Engine& 
     return true;
 }
 
-void run_region(Mesh& mesh, GroupCards& group_cards, Engine& engine, std::int32_t g, const GroupRow& group, std::span<const Point> path) {
+void run_region(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t g, const GroupRow& group, std::span<const Point> path) {
     const GroupMaterial& material = group_cards.materials[g];
     RegionMaterial region;
     region.MTYPE = group.MTYPE;
@@ -88,7 +88,7 @@ void run_region(Mesh& mesh, GroupCards& group_cards, Engine& engine, std::int32_
 }
 
 // Works on one group. True when it has written a record to "JOINT.TMP".
-bool run_group(Channels& channels, Mesh& mesh, GroupCards& group_cards, Tolerances& tolerances, Engine& engine, GroupListing& listing, std::int32_t g) {
+bool run_group(Channels& channels, Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine, GroupListing& listing, std::int32_t g) {
     engine.group = g;
     engine.saved_corners.clear();
     if (group_cards.rows[g].MTYPE == 0)
@@ -128,7 +128,7 @@ void finish_joints(Channels& channels, Mesh& mesh, Engine& engine, GroupListing&
 
 }  // namespace
 
-void GROUPDRV(Channels& channels, Mesh& mesh, GroupCards& group_cards, Tolerances& tolerances, Engine& engine, GroupListing& listing) {
+void GROUPDRV(Channels& channels, Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine, GroupListing& listing) {
     channels.open(CH_JOINT, "JOINT.TMP", OpenStatus::work);
     channels.open(CH_GROUP, "GROUP.TMP", OpenStatus::work);
     listing.count = 0;

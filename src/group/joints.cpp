@@ -15,7 +15,7 @@ namespace {
 constexpr float ON_LIMIT = 0.0001F;   // a line node so near to a limit of the mesh lies on it
 constexpr float NO_SHIFT = 1.0E-10F;  // shift along a limit that cannot be scaled
 
-std::vector<Point> points_of(Mesh& mesh, std::span<const std::int32_t> nodes) {
+std::vector<Point> points_of(const Mesh& mesh, std::span<const std::int32_t> nodes) {
     std::vector<Point> points;
     for (const std::int32_t n : nodes)
         points.push_back(node_point(mesh, n));
@@ -59,7 +59,7 @@ bool is_left(const std::vector<Point>& line, bool closed, std::size_t k, const P
 
 // Why no twin can be put beside place k of a line, where that can be told: an edge without length has no left
 // side, and shifted edges meet nowhere where the line turns back.
-std::string missing_place(Mesh& mesh, std::span<const std::int32_t> nodes, bool closed, std::size_t k) {
+std::string missing_place(const Mesh& mesh, std::span<const std::int32_t> nodes, bool closed, std::size_t k) {
     const std::size_t c = nodes.size();
     const std::int32_t before = k > 0 || closed ? nodes[(k + c - 1) % c] : 0;
     const std::int32_t behind = k + 1 < c || closed ? nodes[(k + 1) % c] : 0;
@@ -75,7 +75,7 @@ std::string missing_place(Mesh& mesh, std::span<const std::int32_t> nodes, bool 
     return turns ? ": the line turns back on itself there" : "";
 }
 
-void require_place(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, bool closed, std::size_t k, const Point& twin) {
+void require_place(const Mesh& mesh, const Engine& engine, std::span<const std::int32_t> nodes, bool closed, std::size_t k, const Point& twin) {
     if (std::isfinite(twin.x) && std::isfinite(twin.y))
         return;
     FAIL("group " + std::to_string(engine.group) +
@@ -85,7 +85,7 @@ void require_place(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nod
 
 }  // namespace
 
-std::vector<Point> offset_line(Mesh& mesh, std::span<const std::int32_t> nodes, bool closed, float THICj) {
+std::vector<Point> offset_line(const Mesh& mesh, std::span<const std::int32_t> nodes, bool closed, float THICj) {
     const float T = std::abs(THICj);
     std::vector<Point> line = points_of(mesh, nodes);
     const std::size_t c = line.size();

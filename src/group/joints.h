@@ -14,7 +14,7 @@ namespace brelan {
 
 // The twins' places for a line: each edge is shifted by |THICj| to its left, and the shifted edges meet in
 // mitres.
-std::vector<Point> offset_line(Mesh& mesh, std::span<const std::int32_t> nodes, bool closed, float THICj);
+std::vector<Point> offset_line(const Mesh& mesh, std::span<const std::int32_t> nodes, bool closed, float THICj);
 
 // Adds the twin nodes of a line, with the codes of their line nodes; both are frozen. Returns their numbers.
 std::vector<std::int32_t> TWINLINE(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, bool closed, float THICj);

@@ -42,7 +42,7 @@ struct LineWords {
     }
 };
 
-void write_line_words(Mesh& mesh, GroupListing& listing, std::int32_t L, std::int32_t LMAT, bool closed, std::span<const std::int32_t> nodes) {
+void write_line_words(Mesh& mesh, const GroupListing& listing, std::int32_t L, std::int32_t LMAT, bool closed, std::span<const std::int32_t> nodes) {
     const std::int32_t line = L == BEAM_LINE ? listing.pipes : listing.convection_lines;
     const std::size_t c = nodes.size();
     const std::size_t elements = closed ? c : c - 1;
@@ -66,7 +66,7 @@ void write_line_words(Mesh& mesh, GroupListing& listing, std::int32_t L, std::in
     }
 }
 
-void write_node_words(Mesh& mesh, GroupListing& listing, std::int32_t L, std::int32_t LMAT, bool closed, std::span<const std::int32_t> nodes) {
+void write_node_words(Mesh& mesh, const GroupListing& listing, std::int32_t L, std::int32_t LMAT, bool closed, std::span<const std::int32_t> nodes) {
     switch (mesh.kind) {
         case LayoutKind::coupled:
             for (const std::int32_t node : nodes)

@@ -65,7 +65,7 @@ void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group,
         write_free(file, p.x, p.y);
 }
 
-void list_record(Mesh& mesh, GroupListing& listing, Channel& file, const JointRecord& record) {
+void list_record(const Mesh& mesh, GroupListing& listing, Channel& file, const JointRecord& record) {
     const auto places = [&](std::span<const std::int32_t> nodes) {
         std::vector<Point> points;
         for (const std::int32_t n : nodes)

@@ -32,7 +32,7 @@ void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group,
 
 // Turns a joint record into its rows: the line and the twin line where they have elements, then the joint
 // strip.
-void list_record(Mesh& mesh, GroupListing& listing, Channel& file, const JointRecord& record);
+void list_record(const Mesh& mesh, GroupListing& listing, Channel& file, const JointRecord& record);
 
 // Pass 14.3: reads the NGRP rows back into LISTING.
 void READLISTING(GroupListing& listing, Channel& file);

@@ -17,7 +17,7 @@ std::span<const std::int32_t> listed(const List& list, std::int32_t count) {
     return count > 0 ? std::span(&list[1], static_cast<std::size_t>(count)) : std::span<const std::int32_t>{};
 }
 
-void freeze_nodes(Mesh& mesh, GroupCards& group_cards, Engine& engine) {
+void freeze_nodes(const Mesh& mesh, const GroupCards& group_cards, Engine& engine) {
     const GroupLimits& limits = group_cards.limits;
     engine.frozen.fill(0);
     Table<std::int32_t, MAXNP, "NLIST"> listed_nodes;
@@ -32,7 +32,7 @@ void freeze_nodes(Mesh& mesh, GroupCards& group_cards, Engine& engine) {
 }
 
 // Elements that the user keeps out of the groups' reach.
-void set_aside_elements(Mesh& mesh, GroupCards& group_cards, Engine& engine) {
+void set_aside_elements(const Mesh& mesh, const GroupCards& group_cards, Engine& engine) {
     const GroupLimits& limits = group_cards.limits;
     Table<std::int32_t, MAXEL, "the element list of Card 3.3.5.2"> aside;
     EXPLIST(listed(limits.elements, limits.NOEL), aside, limits.elements_place);
@@ -64,7 +64,7 @@ void find_limits(Mesh& mesh, Engine& engine) {
     }
 }
 
-float shortest_distance(Mesh& mesh, Engine& engine) {
+float shortest_distance(const Mesh& mesh, const Engine& engine) {
     float shortest = NO_DISTANCE;
     for (std::int32_t e = 1; e <= engine.highest_element; ++e) {
         if (mesh.type[e] != EL_CONTINUUM || is_joint(mesh, e))
@@ -81,7 +81,7 @@ float shortest_distance(Mesh& mesh, Engine& engine) {
 
 }  // namespace
 
-void LOADENGINE(Mesh& mesh, GroupCards& group_cards, Engine& engine, std::int32_t highest_node, std::int32_t highest_element) {
+void LOADENGINE(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t highest_node, std::int32_t highest_element) {
     engine.highest_node = highest_node;
     engine.highest_element = highest_element;
     engine.side_sign.fill(0);
@@ -90,7 +90,7 @@ void LOADENGINE(Mesh& mesh, GroupCards& group_cards, Engine& engine, std::int32_
     find_limits(mesh, engine);
 }
 
-void SETTOLERANCES(Mesh& mesh, Tolerances& tolerances, Engine& engine) {
+void SETTOLERANCES(const Mesh& mesh, Tolerances& tolerances, const Engine& engine) {
     const float SHORT = shortest_distance(mesh, engine);
     tolerances.line = tolerances.mode == 0 ? tolerances.length : SHORT * tolerances.factor;
     tolerances.move = tolerances.mode == 1 ? SHORT * tolerances.factor : tolerances.length;

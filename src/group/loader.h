@@ -13,10 +13,10 @@ namespace brelan {
 // Card 3.3.5.2 names, and FROZEN for the nodes that must not be moved: fixed by their first or second code
 // word, named by Card 3.3.5.1, of elements that Card 3.3.5.2 names, or on or beyond the limits of
 // Card 3.3.5.3. Finds LIMITS.
-void LOADENGINE(Mesh& mesh, GroupCards& group_cards, Engine& engine, std::int32_t highest_node, std::int32_t highest_element);
+void LOADENGINE(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t highest_node, std::int32_t highest_element);
 
 // TOLMOVE and TOLLINE from the mode of the defaults file and the shortest distance between two corners of a
 // continuum element that is no joint, diagonals included.
-void SETTOLERANCES(Mesh& mesh, Tolerances& tolerances, Engine& engine);
+void SETTOLERANCES(const Mesh& mesh, Tolerances& tolerances, const Engine& engine);
 
 }  // namespace brelan

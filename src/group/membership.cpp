@@ -14,7 +14,7 @@ namespace {
 // As a free-field line of integers.
 constexpr Layout<"(5(1X,I11))"> MEMBER_RECORD;
 
-RowBox box_of(Tolerances& tolerances, Engine& engine, const ListingRow& row) {
+RowBox box_of(const Tolerances& tolerances, const Engine& engine, const ListingRow& row) {
     RowBox box;
     const bool tested = row.points.size() > 0 && row.points.size() <= static_cast<std::size_t>(MAXPOLYGON);
     if (!tested || !engine.uses_indexes)
@@ -32,7 +32,7 @@ RowBox box_of(Tolerances& tolerances, Engine& engine, const ListingRow& row) {
 }
 
 // Mean of the first words with a positive number.
-Point mean_of(Mesh& mesh, const ElementWords& w, int count) {
+Point mean_of(const Mesh& mesh, const ElementWords& w, int count) {
     const std::int32_t nodes[4] = {w.I1, w.I2, w.I3, w.I4};
     Point sum;
     float found = 0.0F;
@@ -49,7 +49,7 @@ Point middle(const Point& a, const Point& b) {
     return {(a.x + b.x) / 2.0F, (a.y + b.y) / 2.0F};
 }
 
-bool on_line(Tolerances& tolerances, const ListingRow& row, const Point& G) {
+bool on_line(const Tolerances& tolerances, const ListingRow& row, const Point& G) {
     const std::size_t p = row.points.size();
     const std::size_t edges = row.closed == 1 ? p : p - 1;
     for (std::size_t i = 0; i < edges; ++i)
@@ -58,7 +58,7 @@ bool on_line(Tolerances& tolerances, const ListingRow& row, const Point& G) {
     return false;
 }
 
-bool in_strip(Tolerances& tolerances, const ListingRow& row, const Point& G) {
+bool in_strip(const Tolerances& tolerances, const ListingRow& row, const Point& G) {
     const std::size_t p = row.points.size() / 2;
     const std::size_t cells = row.closed == 1 ? p : p - 1;
     for (std::size_t k = 0; k < cells; ++k) {
@@ -76,7 +76,7 @@ bool in_strip(Tolerances& tolerances, const ListingRow& row, const Point& G) {
 
 // Calls the action with the number of each row that an element belongs to.
 template <class Action>
-void for_rows_of(const Membership& membership, Mesh& mesh, Tolerances& tolerances, GroupListing& listing, const ElementWords& words, std::int8_t type, Action action) {
+void for_rows_of(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, const GroupListing& listing, const ElementWords& words, std::int8_t type, Action action) {
     const Point centre = mean_of(mesh, words, type == EL_CONTINUUM ? 4 : 2);
     const auto scan = [&](const auto& rows, auto holds) {
         for (const auto& scanned : rows)
@@ -92,7 +92,7 @@ void for_rows_of(const Membership& membership, Mesh& mesh, Tolerances& tolerance
 
 }  // namespace
 
-Membership begin_membership(Tolerances& tolerances, Engine& engine, GroupListing& listing) {
+Membership begin_membership(const Tolerances& tolerances, const Engine& engine, GroupListing& listing) {
     listing.members = listing.highest_material = 0;
     Membership membership;
     for (std::int32_t i = 1; i <= listing.count; ++i) {
@@ -111,13 +111,13 @@ Membership begin_membership(Tolerances& tolerances, Engine& engine, GroupListing
     return membership;
 }
 
-std::vector<std::int32_t> listing_rows_of(const Membership& membership, Mesh& mesh, Tolerances& tolerances, GroupListing& listing, const ElementWords& words, std::int8_t type) {
+std::vector<std::int32_t> listing_rows_of(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, const GroupListing& listing, const ElementWords& words, std::int8_t type) {
     std::vector<std::int32_t> rows;
     for_rows_of(membership, mesh, tolerances, listing, words, type, [&](std::int32_t row) { rows.push_back(row); });
     return rows;
 }
 
-void GROUPMEMBER(const Membership& membership, Mesh& mesh, Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type) {
+void GROUPMEMBER(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type) {
     if (type == EL_CONTINUUM)
         listing.highest_material = std::max(listing.highest_material, words.MATNO);
     for_rows_of(membership, mesh, tolerances, listing, words, type, [&](std::int32_t i) {

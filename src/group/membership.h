@@ -37,14 +37,14 @@ struct Membership {
 
 // Makes ready for the elements of a finished mesh: clears the counts, and notes where each row of the listing
 // lies.
-Membership begin_membership(Tolerances& tolerances, Engine& engine, GroupListing& listing);
+Membership begin_membership(const Tolerances& tolerances, const Engine& engine, GroupListing& listing);
 
 // The rows of the listing that an element belongs to, by number: inside an outline, on a line, in a joint
 // strip.
-std::vector<std::int32_t> listing_rows_of(const Membership& membership, Mesh& mesh, Tolerances& tolerances, GroupListing& listing, const ElementWords& words, std::int8_t type);
+std::vector<std::int32_t> listing_rows_of(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, const GroupListing& listing, const ElementWords& words, std::int8_t type);
 
 // Writes a record of an element, just written, for each row that it belongs to. Keeps the highest
 // material.
-void GROUPMEMBER(const Membership& membership, Mesh& mesh, Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type);
+void GROUPMEMBER(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type);
 
 }  // namespace brelan

@@ -29,7 +29,7 @@ void NodeIndex::note(const Mesh& mesh, std::int32_t n) {
         cell.insert(at, n);
 }
 
-std::int32_t NodeIndex::lowest_within(const Mesh& mesh, const Engine& engine, const Point& point, float reach) {
+std::int32_t NodeIndex::lowest_within(Mesh& mesh, Engine& engine, const Point& point, float reach) {
     if (cells_.empty())
         build(mesh, engine);
     // Distances below the smallest normal number come out as 0.
@@ -47,7 +47,7 @@ std::int32_t NodeIndex::lowest_within(const Mesh& mesh, const Engine& engine, co
     return lowest <= engine.highest_node ? lowest : 0;
 }
 
-void NodeIndex::build(const Mesh& mesh, const Engine& engine) {
+void NodeIndex::build(Mesh& mesh, Engine& engine) {
     x0_ = x1_ = mesh.x[1];
     y0_ = y1_ = mesh.y[1];
     for (std::int32_t n = 1; n <= engine.highest_node; ++n) {
@@ -69,7 +69,7 @@ std::int32_t NodeIndex::cell(float v, float low, float high) const {
     return at > 0.0F ? static_cast<std::int32_t>(std::min(at, static_cast<float>(count_ - 1))) : 0;
 }
 
-std::int32_t lowest_node_within(const Mesh& mesh, Engine& engine, const Point& point, float reach) {
+std::int32_t lowest_node_within(Mesh& mesh, Engine& engine, const Point& point, float reach) {
     if (engine.uses_indexes)
         return engine.node_index.lowest_within(mesh, engine, point, reach);
     for (std::int32_t n = 1; n <= engine.highest_node; ++n)
@@ -78,7 +78,7 @@ std::int32_t lowest_node_within(const Mesh& mesh, Engine& engine, const Point& p
     return 0;
 }
 
-void note_node_place(const Mesh& mesh, Engine& engine, std::int32_t n) {
+void note_node_place(Mesh& mesh, Engine& engine, std::int32_t n) {
     engine.node_index.note(mesh, n);
 }
 

@@ -18,10 +18,10 @@ class NodeIndex {
 public:
     void forget() { cells_.clear(); }
     void note(const Mesh& mesh, std::int32_t n);
-    std::int32_t lowest_within(const Mesh& mesh, const Engine& engine, const Point& point, float reach);
+    std::int32_t lowest_within(Mesh& mesh, Engine& engine, const Point& point, float reach);
 
 private:
-    void build(const Mesh& mesh, const Engine& engine);
+    void build(Mesh& mesh, Engine& engine);
     std::int32_t cell(float v, float low, float high) const;
     std::int32_t column(float x) const { return cell(x, x0_, x1_); }
     std::int32_t row(float y) const { return cell(y, y0_, y1_); }
@@ -36,10 +36,10 @@ private:
 
 // The lowest node number from 1 to the highest in use whose distance from the point is strictly below the
 // reach; 0 for none. Numbers that no node uses count where they lie, at (0, 0).
-std::int32_t lowest_node_within(const Mesh& mesh, Engine& engine, const Point& point, float reach);
+std::int32_t lowest_node_within(Mesh& mesh, Engine& engine, const Point& point, float reach);
 
 // Notes that a node is new or lies elsewhere.
-void note_node_place(const Mesh& mesh, Engine& engine, std::int32_t n);
+void note_node_place(Mesh& mesh, Engine& engine, std::int32_t n);
 
 // Forgets all places: the nodes of another mesh are in the tables.
 void forget_node_places(Engine& engine);

@@ -26,7 +26,7 @@ struct CutPair {
     bool skip1 = true, skip2 = true;
 };
 
-void cut_pairs(Mesh& mesh, Tolerances& tolerances, Engine& engine, const std::vector<CutPair>& pairs, std::int32_t IEND, bool deferred) {
+void cut_pairs(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const std::vector<CutPair>& pairs, std::int32_t IEND, bool deferred) {
     constexpr std::int32_t untouched = 3;
     if (IEND == untouched)
         return;
@@ -55,7 +55,7 @@ class PathBuilder {
 public:
     PathBuilder(std::int32_t g, Outline& outline) : g_(g), out_(outline) {}
 
-    Path build(Mesh& mesh, GroupCards& group_cards, Tolerances& tolerances, Engine& engine) {
+    Path build(Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine) {
         const GroupRow& group = out_.group;
         if (group.NSEGMENT < 1) {
             for (std::int32_t i = 1; i <= group.NPOINT; ++i)
@@ -81,7 +81,7 @@ private:
                  std::to_string(MAXPOLYGON) + " parts, found " + std::to_string(N));
     }
 
-    void add_segment(Mesh& mesh, GroupCards& group_cards, Tolerances& tolerances, Engine& engine, std::int32_t k) {
+    void add_segment(Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine, std::int32_t k) {
         const SegmentRow& segment = group_cards.segments[g_][k];
         const Point centre{segment.Xo, segment.Yo};
         if (segment.LTYPE == ARC && segment.Qb != segment.Qe) {
@@ -98,7 +98,7 @@ private:
         }
     }
 
-    void add_straight(Mesh& mesh, Tolerances& tolerances, Engine& engine, std::int32_t k, const SegmentRow& segment) {
+    void add_straight(Mesh& mesh, const Tolerances& tolerances, Engine& engine, std::int32_t k, const SegmentRow& segment) {
         const bool closes = k == out_.group.NPOINT;
         const std::int32_t N = segment.NDIV == 0 ? 1 : std::abs(segment.NDIV);
         require_divisions(N, k);
@@ -115,7 +115,7 @@ private:
         append(SUB, closes);
     }
 
-    void add_arc(Mesh& mesh, Tolerances& tolerances, Engine& engine, std::int32_t k, const SegmentRow& segment, const Point& centre) {
+    void add_arc(Mesh& mesh, const Tolerances& tolerances, Engine& engine, std::int32_t k, const SegmentRow& segment, const Point& centre) {
         std::int32_t N = std::abs(segment.NDIV);
         if (N == 0) {
             const float parts = std::abs(std::round((segment.Qe - segment.Qb) * PARTS_PER_RADIAN));
@@ -145,7 +145,7 @@ private:
     }
 
     // Cuts the pairs of a segment; the last point may be replaced by another to close a circle.
-    void cut(Mesh& mesh, Tolerances& tolerances, Engine& engine, const std::vector<Point>& SUB, const SegmentRow& segment, std::optional<Point> closing) {
+    void cut(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const std::vector<Point>& SUB, const SegmentRow& segment, std::optional<Point> closing) {
         const std::size_t N = SUB.size() - 1;
         const std::int32_t IEND = segment.IEND;
         const bool places_start = IEND == 0 || IEND == -1 || IEND == -2 || IEND == 2;
@@ -179,7 +179,7 @@ struct Candidate {
     Point snapped;
 };
 
-void require_room(Engine& engine, const KeptLine& line) {
+void require_room(const Engine& engine, const KeptLine& line) {
     if (line.nodes.size() > static_cast<std::size_t>(MAXPATHNODES))
         FAIL("group " + std::to_string(engine.group) + ": expected a line of at most " +
              std::to_string(MAXPATHNODES) + " nodes, found more");
@@ -188,7 +188,7 @@ void require_room(Engine& engine, const KeptLine& line) {
 // The nodes near an edge of continuum elements that the groups may work on, each at its first place: elements
 // in ascending number, corners in order. Every element with a node near the edge is itself near it, so the
 // places are those that a look at all elements would give.
-std::vector<std::int32_t> nodes_near(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Point& from, const Point& to, std::vector<bool>& seen) {
+std::vector<std::int32_t> nodes_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& from, const Point& to, std::vector<bool>& seen) {
     std::vector<std::int32_t> nodes;
     for (const std::int32_t e : elements_near(engine, from, to, tolerances.line)) {
         if (!is_selected(mesh, engine, e) || is_joint(mesh, e))
@@ -206,7 +206,7 @@ std::vector<std::int32_t> nodes_near(Mesh& mesh, Tolerances& tolerances, Engine&
 }
 
 // True for a node beyond the reach of NEARLINE at both ends and everywhere between.
-bool is_far(Tolerances& tolerances, Engine& engine, const Point& from, const Point& to, const Point& node) {
+bool is_far(const Tolerances& tolerances, const Engine& engine, const Point& from, const Point& to, const Point& node) {
     if (!engine.uses_indexes)
         return false;
     const float size = std::max({std::abs(from.x), std::abs(from.y), std::abs(to.x), std::abs(to.y)});
@@ -233,11 +233,11 @@ void keep_ends(std::vector<Candidate>& candidates, bool first_edge) {
 
 }  // namespace
 
-Path BUILDPATH(Mesh& mesh, GroupCards& group_cards, Tolerances& tolerances, Engine& engine, std::int32_t g, Outline& outline) {
+Path BUILDPATH(Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine, std::int32_t g, Outline& outline) {
     return PathBuilder(g, outline).build(mesh, group_cards, tolerances, engine);
 }
 
-KeptLine LISTNODES(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Path& path) {
+KeptLine LISTNODES(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path) {
     KeptLine line;
     std::vector<bool> listed(static_cast<std::size_t>(MAXNP) + 1, false);
     std::vector<bool> seen(listed);  // scratch of nodes_near
@@ -267,7 +267,7 @@ KeptLine LISTNODES(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Pat
     return line;
 }
 
-KeptLine LISTFREENODES(Mesh& mesh, Tolerances& tolerances, Engine& engine, const Path& path) {
+KeptLine LISTFREENODES(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path) {
     KeptLine line;
     for (const Point& point : path.point) {
         std::int32_t node = lowest_node_within(mesh, engine, point, tolerances.same);

@@ -47,7 +47,7 @@ std::span<const std::uint32_t> rows_with(Engine& engine, std::int32_t node) {
     return std::span(engine.row_index.every_row).first(engine.rows.size());
 }
 
-std::vector<std::uint32_t> rows_of(Engine& engine, std::span<const std::int32_t> elements) {
+std::vector<std::uint32_t> rows_of(const Engine& engine, std::span<const std::int32_t> elements) {
     Rows rows;
     for (const std::int32_t e : elements)
         if (const std::uint32_t at = engine.row_index.by_element.empty() ? 0 : engine.row_index.by_element[static_cast<std::size_t>(e)]; at > 0)

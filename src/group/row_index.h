@@ -29,6 +29,6 @@ void clear_rows(Engine& engine);
 std::span<const std::uint32_t> rows_with(Engine& engine, std::int32_t node);
 
 // The places in the cut table, ascending, of the rows of the elements.
-std::vector<std::uint32_t> rows_of(Engine& engine, std::span<const std::int32_t> elements);
+std::vector<std::uint32_t> rows_of(const Engine& engine, std::span<const std::int32_t> elements);
 
 }  // namespace brelan

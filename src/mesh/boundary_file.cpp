@@ -39,7 +39,7 @@ constexpr std::string_view SECTION_ROW =
 struct LineNode {
     std::int32_t mark, material, line, position, count;
 
-    LineNode(Mesh& mesh, std::int32_t n)
+    LineNode(const Mesh& mesh, std::int32_t n)
         : mark(mesh.codes[n][0]), material(mesh.codes[n][1]), line(mesh.codes[n][2]), position(mesh.codes[n][3]), count(mesh.codes[n][4]) {}
 };
 
@@ -81,7 +81,7 @@ std::vector<LineGroup> take_lines(Mesh& mesh, const ResultMesh& result, std::int
 }
 
 // One property for each material among the pipes' nodes; the user fills in its values.
-void write_properties(Mesh& mesh, GroupListing& listing, Channel& file, const ResultMesh& result) {
+void write_properties(const Mesh& mesh, const GroupListing& listing, Channel& file, const ResultMesh& result) {
     std::set<std::int32_t> materials;
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
         const LineNode node(mesh, n);
@@ -136,15 +136,15 @@ struct FlowRun {
     std::vector<std::int32_t> nodes;
     std::uint8_t mark = 0;
 
-    FlowRun(Mesh& mesh, const ElementWords& truss)
+    FlowRun(const Mesh& mesh, const ElementWords& truss)
         : nodes{truss.I1, truss.I2}, mark(static_cast<std::uint8_t>(mesh.node_mark[truss.I2])) {}
 
-    bool goes_on_with(Mesh& mesh, const ElementWords& truss) const {
+    bool goes_on_with(const Mesh& mesh, const ElementWords& truss) const {
         return truss.I1 == nodes.back() && static_cast<std::uint8_t>(mesh.node_mark[truss.I1]) == mark;
     }
 };
 
-void write_section_head(GroupCards& group_cards, Channel& file, std::int32_t number, const FlowRun& run) {
+void write_section_head(const GroupCards& group_cards, Channel& file, std::int32_t number, const FlowRun& run) {
     file.write_line("* ");
     SECTION_NUMBER.write(file, number);
     file.write_line(SECTION_ROW);
@@ -172,7 +172,7 @@ void WRITEPIPES(Channels& channels, Mesh& mesh, GroupListing& listing, const Res
     channels.close(CH_BOUNDARY);
 }
 
-void WRITEFLOWSECTIONS(Channels& channels, Mesh& mesh, GroupCards& group_cards, GroupListing& listing, const ResultMesh& result) {
+void WRITEFLOWSECTIONS(Channels& channels, const Mesh& mesh, const GroupCards& group_cards, const GroupListing& listing, const ResultMesh& result) {
     if (listing.flow_sections <= 0)
         return;
     constexpr std::int32_t IBFQ = 0;

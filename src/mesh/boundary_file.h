@@ -15,6 +15,6 @@ void WRITEPIPES(Channels& channels, Mesh& mesh, GroupListing& listing, const Res
 
 // Flow sections of the head kind: the trusses of the result, in the order of their numbers, cut into runs.
 // Does nothing when the group engine has counted no flow section.
-void WRITEFLOWSECTIONS(Channels& channels, Mesh& mesh, GroupCards& group_cards, GroupListing& listing, const ResultMesh& result);
+void WRITEFLOWSECTIONS(Channels& channels, const Mesh& mesh, const GroupCards& group_cards, const GroupListing& listing, const ResultMesh& result);
 
 }  // namespace brelan

@@ -16,7 +16,7 @@ constexpr float NO_SPACING = 1.0E35F;  // start of the smallest spacing
 constexpr int CONTINUUM = 0, BEAM = 1, TRUSS = 2;  // places in Region::old_elements and Region::start
 
 // The first region's nodes in ascending number, and the second's.
-std::vector<NumberedPoint> first_nodes(Combination& combination, Mesh& mesh, SideTables& side) {
+std::vector<NumberedPoint> first_nodes(const Combination& combination, const Mesh& mesh, const SideTables& side) {
     std::vector<NumberedPoint> nodes;
     for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n)
         if (mesh.node_in_use[n] == 1)
@@ -24,7 +24,7 @@ std::vector<NumberedPoint> first_nodes(Combination& combination, Mesh& mesh, Sid
     return nodes;
 }
 
-std::vector<NumberedPoint> second_nodes(Combination& combination, Mesh& mesh, SideTables& side) {
+std::vector<NumberedPoint> second_nodes(const Combination& combination, const Mesh& mesh, const SideTables& side) {
     std::vector<NumberedPoint> nodes;
     for (std::int32_t n = combination.second.nodes.lowest; n <= combination.second.nodes.highest; ++n)
         if (side.second_node_in_use[n] == 1)
@@ -34,7 +34,7 @@ std::vector<NumberedPoint> second_nodes(Combination& combination, Mesh& mesh, Si
 
 // Numbers rise strictly in the order second continuum, first continuum, second beam, first beam, second
 // truss, first truss.
-bool numbers_can_stay(Combination& combination) {
+bool numbers_can_stay(const Combination& combination) {
     const NumberRange(&first)[3] = combination.first.old_elements;
     const NumberRange(&second)[3] = combination.second.old_elements;
     return second[CONTINUUM].highest < first[CONTINUUM].lowest &&
@@ -55,7 +55,7 @@ void copy_first_node(Mesh& mesh, SideTables& side, std::int32_t from, std::int32
 }
 
 // The type of an element in the combined mesh; below 1 for none.
-std::int8_t combined_type(Mesh& mesh, SideTables& side, std::int32_t n) {
+std::int8_t combined_type(const Mesh& mesh, const SideTables& side, std::int32_t n) {
     return mesh.type_in_use[n] < EL_CONTINUUM ? side.second_type_in_use[n] : mesh.type_in_use[n];
 }
 
@@ -114,7 +114,7 @@ void READREGIONHEAD(LayoutKind kind, Channel& mesh_file, Region& region) {
     mesh_file.step_back(mesh_file.lines_before() - start);
 }
 
-void READFIRSTNODES(Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
+void READFIRSTNODES(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
     for (std::int32_t i = 0; i < combination.first.counts.NUMNP; ++i) {
         const NodeRecord node = read_node_record(mesh.kind, mesh_file, combination.first.stripped.NFIELDS);
         side.codes[node.NODE] = node.ID;
@@ -126,7 +126,7 @@ void READFIRSTNODES(Combination& combination, Mesh& mesh, SideTables& side, Chan
     }
 }
 
-void READSECONDNODES(Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
+void READSECONDNODES(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
     for (std::int32_t i = 0; i < combination.second.counts.NUMNP; ++i) {
         const NodeRecord node = read_node_record(mesh.kind, mesh_file, combination.second.stripped.NFIELDS);
         mesh.codes[node.NODE] = node.ID;
@@ -141,7 +141,7 @@ void READSECONDNODES(Combination& combination, Mesh& mesh, SideTables& side, Cha
     }
 }
 
-void READREGIONELEMENTS(Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file, Region& region, std::int8_t type) {
+void READREGIONELEMENTS(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file, Region& region, std::int8_t type) {
     const int place = type - EL_CONTINUUM;
     const bool first = &region == &combination.first;
     mesh_file.skip_lines(region.stripped.headings_of(type), "a heading line");
@@ -161,15 +161,15 @@ void READREGIONELEMENTS(Combination& combination, Mesh& mesh, SideTables& side, 
     }
 }
 
-bool regions_collide(Combination& combination) {
+bool regions_collide(const Combination& combination) {
     return combination.first.elements.lowest == combination.second.elements.lowest;
 }
 
-float SMALLESTSPACING(Combination& combination, Mesh& mesh, SideTables& side) {
+float SMALLESTSPACING(const Combination& combination, const Mesh& mesh, const SideTables& side) {
     return SMALLESTDISTANCE(second_nodes(combination, mesh, side), SMALLESTDISTANCE(first_nodes(combination, mesh, side), NO_SPACING));
 }
 
-void MATCHLISTED(Combination& combination, Mesh& mesh, SideTables& side) {
+void MATCHLISTED(Combination& combination, Mesh& mesh, const SideTables& side) {
     for (std::int32_t i = 1; i <= combination.pair_count; ++i) {
         const std::int32_t second = combination.second_nodes[i];
         if (second < 1 || second > MAXNP || side.second_node_in_use[second] != 1)
@@ -184,7 +184,7 @@ void MATCHLISTED(Combination& combination, Mesh& mesh, SideTables& side) {
     }
 }
 
-void MATCHNEAREST(Combination& combination, Mesh& mesh, SideTables& side, float DMIN) {
+void MATCHNEAREST(const Combination& combination, Mesh& mesh, const SideTables& side, float DMIN) {
     const float TOL = 0.5F * DMIN;
     const std::vector<NumberedPoint> candidates = second_nodes(combination, mesh, side);
     NodeGrid grid(TOL, candidates.size());
@@ -195,7 +195,7 @@ void MATCHNEAREST(Combination& combination, Mesh& mesh, SideTables& side, float 
             mesh.new_number[node.number] = -match;
 }
 
-void MERGENODES(Combination& combination, Mesh& mesh, SideTables& side) {
+void MERGENODES(const Combination& combination, Mesh& mesh, SideTables& side) {
     std::int32_t NEXT = combination.second.nodes.highest + 1;
     for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n) {
         if (mesh.node_in_use[n] != 1)
@@ -218,7 +218,7 @@ void MERGENODES(Combination& combination, Mesh& mesh, SideTables& side) {
         mesh.new_number[n] = std::abs(mesh.new_number[n]);
 }
 
-void RENUMBERFIRST(Combination& combination, Mesh& mesh) {
+void RENUMBERFIRST(const Combination& combination, Mesh& mesh) {
     const bool midside = kind_row(mesh.kind).element_words == 8;
     for (std::int32_t n = combination.first.elements.lowest; n <= combination.first.elements.highest; ++n) {
         if (mesh.type_in_use[n] < 0)
@@ -235,7 +235,7 @@ void RENUMBERFIRST(Combination& combination, Mesh& mesh) {
     }
 }
 
-void COUNTCOMBINED(Mesh& mesh, SideTables& side, ResultMesh& result) {
+void COUNTCOMBINED(const Mesh& mesh, const SideTables& side, ResultMesh& result) {
     for (std::int32_t n = 1; n <= MAXNP; ++n) {
         if (mesh.node_used[n] <= 0)
             continue;
@@ -253,13 +253,13 @@ void COUNTCOMBINED(Mesh& mesh, SideTables& side, ResultMesh& result) {
     }
 }
 
-void WRITECOMBINEDNODES(Mesh& mesh, Channel& mesh_file, const ResultMesh& result) {
+void WRITECOMBINEDNODES(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result) {
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n)
         if (mesh.node_used[n] > 0)
             write_node_record(mesh.kind, mesh_file, load_node(mesh, n));
 }
 
-void WRITECOMBINEDELEMENTS(Mesh& mesh, SideTables& side, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
+void WRITECOMBINEDELEMENTS(const Mesh& mesh, const SideTables& side, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
     write_section_heading(mesh.kind, mesh_file, type);
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
         if (mesh.type_in_use[n] == type || side.second_type_in_use[n] == type)

@@ -23,34 +23,34 @@ void FIXREGIONNUMBERS(Combination& combination);
 void READREGIONHEAD(LayoutKind kind, Channel& mesh_file, Region& region);
 
 // Reads nodes into the first or the second set of tables, each at its own number.
-void READFIRSTNODES(Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file);
-void READSECONDNODES(Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file);
+void READFIRSTNODES(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file);
+void READSECONDNODES(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file);
 
 // Reads the elements of one type at their new numbers.
-void READREGIONELEMENTS(Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file, Region& region, std::int8_t type);
+void READREGIONELEMENTS(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file, Region& region, std::int8_t type);
 
 // True when the lowest new element numbers of the regions are equal: the one collision that is looked for.
-bool regions_collide(Combination& combination);
+bool regions_collide(const Combination& combination);
 
 // Smallest distance between two nodes of the first and of the second region.
-float SMALLESTSPACING(Combination& combination, Mesh& mesh, SideTables& side);
+float SMALLESTSPACING(const Combination& combination, const Mesh& mesh, const SideTables& side);
 
 // NMAP of a first-region node becomes the negative number of the second-region node that it falls on: by the
 // listed pairs, or within half the smallest spacing, where the highest-numbered match wins.
-void MATCHLISTED(Combination& combination, Mesh& mesh, SideTables& side);
-void MATCHNEAREST(Combination& combination, Mesh& mesh, SideTables& side, float DMIN);
+void MATCHLISTED(Combination& combination, Mesh& mesh, const SideTables& side);
+void MATCHNEAREST(const Combination& combination, Mesh& mesh, const SideTables& side, float DMIN);
 
 // First-region nodes that fall on none are appended to the second region's.
-void MERGENODES(Combination& combination, Mesh& mesh, SideTables& side);
+void MERGENODES(const Combination& combination, Mesh& mesh, SideTables& side);
 
 // First-region elements get the new node numbers.
-void RENUMBERFIRST(Combination& combination, Mesh& mesh);
+void RENUMBERFIRST(const Combination& combination, Mesh& mesh);
 
 // Counts and ranges of the combined mesh.
-void COUNTCOMBINED(Mesh& mesh, SideTables& side, ResultMesh& result);
+void COUNTCOMBINED(const Mesh& mesh, const SideTables& side, ResultMesh& result);
 
 // The records of the combined mesh, as the edit writes them.
-void WRITECOMBINEDNODES(Mesh& mesh, Channel& mesh_file, const ResultMesh& result);
-void WRITECOMBINEDELEMENTS(Mesh& mesh, SideTables& side, Channel& mesh_file, const ResultMesh& result, std::int8_t type);
+void WRITECOMBINEDNODES(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result);
+void WRITECOMBINEDELEMENTS(const Mesh& mesh, const SideTables& side, Channel& mesh_file, const ResultMesh& result, std::int8_t type);
 
 }  // namespace brelan

@@ -11,7 +11,7 @@ namespace brelan {
 
 namespace {
 
-void require_room(EditCards& edit, std::int32_t start, std::int32_t count, std::int32_t last, const char* what) {
+void require_room(const EditCards& edit, std::int32_t start, std::int32_t count, std::int32_t last, const char* what) {
     if (count > 0 && (start < 1 || start - 1 + count > last))
         FAIL(edit.start_place + ": Card 3.2: expected a first " + what + " number that keeps all " +
              std::to_string(count) + " within 1 to " + std::to_string(last) + ", found " +
@@ -74,7 +74,7 @@ void RENUMBERCORNERS(Mesh& mesh, std::int32_t elements, std::int32_t NSNODE) {
     }
 }
 
-void PLACENODES(EditCards& edit, Mesh& mesh, std::int32_t nodes, std::int32_t NSNODE) {
+void PLACENODES(const EditCards& edit, Mesh& mesh, std::int32_t nodes, std::int32_t NSNODE) {
     require_room(edit, NSNODE, nodes, MAXNP, "node");
     const std::size_t words = mesh.kind == LayoutKind::displacement ? 3 : 5;
     // From the last down: a node never lands on one that is still to move.
@@ -93,7 +93,7 @@ void PLACENODES(EditCards& edit, Mesh& mesh, std::int32_t nodes, std::int32_t NS
     }
 }
 
-void PLACEELEMENTS(EditCards& edit, Mesh& mesh, std::int32_t elements, std::int32_t NSNEL) {
+void PLACEELEMENTS(const EditCards& edit, Mesh& mesh, std::int32_t elements, std::int32_t NSNEL) {
     require_room(edit, NSNEL, elements, MAXEL, "element");
     for (std::int32_t k = elements; k >= 1; --k) {
         const std::int32_t n = NSNEL + k - 1;

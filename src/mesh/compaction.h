@@ -21,9 +21,9 @@ std::int32_t PACKNODES(Mesh& mesh);
 void RENUMBERCORNERS(Mesh& mesh, std::int32_t elements, std::int32_t NSNODE);
 
 // Moves the packed nodes to numbers from NSNODE and activates them. Ends the run when they leave the table.
-void PLACENODES(EditCards& edit, Mesh& mesh, std::int32_t nodes, std::int32_t NSNODE);
+void PLACENODES(const EditCards& edit, Mesh& mesh, std::int32_t nodes, std::int32_t NSNODE);
 
 // Moves the packed elements to numbers from NSNEL and activates them. Ends the run when they leave the table.
-void PLACEELEMENTS(EditCards& edit, Mesh& mesh, std::int32_t elements, std::int32_t NSNEL);
+void PLACEELEMENTS(const EditCards& edit, Mesh& mesh, std::int32_t elements, std::int32_t NSNEL);
 
 }  // namespace brelan

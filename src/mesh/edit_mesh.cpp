@@ -15,10 +15,10 @@ constexpr std::int32_t FIELD_STAYS = -10;
 constexpr float REAL_FIELD_STAYS = -10.0F;
 
 // IEDIT 0, 1 and 6 renumber while reading; 2, 3 and 4 keep all numbers for the compaction.
-bool renumbers(EditCards& edit) {
+bool renumbers(const EditCards& edit) {
     return edit.IEDIT == 0 || edit.IEDIT == 1 || edit.IEDIT == 6;
 }
-bool keeps_numbers(EditCards& edit) {
+bool keeps_numbers(const EditCards& edit) {
     return edit.IEDIT == 2 || edit.IEDIT == 3 || edit.IEDIT == 4;
 }
 
@@ -64,7 +64,7 @@ constexpr MirrorRow MIRROR[4] = {
     {{3, 4, 1, 2}, {3, 1, 2, 0}},  // in both: turned by 180 degrees
 };
 
-const MirrorRow& mirror_row(EditCards& edit) {
+const MirrorRow& mirror_row(const EditCards& edit) {
     if (edit.IEDIT != 0)
         return MIRROR[0];
     return MIRROR[(edit.SCX < 0.0F ? 1 : 0) + (edit.SCY < 0.0F ? 2 : 0)];
@@ -82,7 +82,7 @@ std::int32_t shifted_corner(const Channel& mesh_file, std::int32_t corner, std::
     return result;
 }
 
-void shift_corners(EditCards& edit, EditSource& source, const Channel& mesh_file, ElementWords& w, bool permute) {
+void shift_corners(const EditCards& edit, const EditSource& source, const Channel& mesh_file, ElementWords& w, bool permute) {
     const std::int32_t shift = edit.NSNODE - source.nodes.lowest;
     const std::int32_t old[5] = {0, shifted_corner(mesh_file, w.I1, shift), shifted_corner(mesh_file, w.I2, shift),
                                  shifted_corner(mesh_file, w.I3, shift), shifted_corner(mesh_file, w.I4, shift)};
@@ -159,7 +159,7 @@ void rebuild_line_element(ElementRecord& element, const RebuildRow& row) {
 }
 
 // The first row whose old material is the element's applies.
-void rebuild(LayoutKind kind, EditCards& edit, std::int8_t type, ElementRecord& element) {
+void rebuild(LayoutKind kind, const EditCards& edit, std::int8_t type, ElementRecord& element) {
     const std::int32_t rows = type == EL_CONTINUUM ? edit.NEDC : type == EL_BEAM ? edit.NEDB : edit.NEDT;
     for (std::int32_t i = 1; i <= rows; ++i) {
         const RebuildRow& row = type == EL_CONTINUUM ? edit.EDC[i]
@@ -175,7 +175,7 @@ void rebuild(LayoutKind kind, EditCards& edit, std::int8_t type, ElementRecord& 
     }
 }
 
-bool is_excluded(EditCards& edit, std::int8_t type, std::int32_t material) {
+bool is_excluded(const EditCards& edit, std::int8_t type, std::int32_t material) {
     switch (type) {
         case EL_CONTINUUM:
             return material == edit.MATX1 || material == edit.MATX2 || material == edit.MATX3;
@@ -187,7 +187,7 @@ bool is_excluded(EditCards& edit, std::int8_t type, std::int32_t material) {
 }
 
 // IEDIT 2 deletes, IEDIT 3 changes the material. Returns what ETYPE becomes.
-std::int32_t delete_or_rename(EditCards& edit, Mesh& mesh, Selection& selection, std::int8_t type, ElementRecord& element) {
+std::int32_t delete_or_rename(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type, ElementRecord& element) {
     if (edit.IEDIT == 4 || !takes_side(edit, element_inside(edit, mesh, selection, type, element)) ||
         is_excluded(edit, type, element.words.MATNO))
         return type;
@@ -202,14 +202,14 @@ std::int32_t delete_or_rename(EditCards& edit, Mesh& mesh, Selection& selection,
 }
 
 // The number that an element has from the start number of its type on.
-std::int32_t new_number(EditCards& edit, EditSource& source, const Channel& mesh_file, std::int8_t type, const ElementRecord& element) {
+std::int32_t new_number(const EditCards& edit, const EditSource& source, const Channel& mesh_file, std::int8_t type, const ElementRecord& element) {
     const std::int32_t start = type == EL_CONTINUUM ? edit.NSNEL
                                : type == EL_BEAM    ? edit.NSBEAM
                                                     : edit.NSTRUS;
     return shifted(mesh_file, element.NEL, start - source.elements[type - EL_CONTINUUM].lowest, MAXEL, "element");
 }
 
-void edit_renumbered(EditCards& edit, EditSource& source, Mesh& mesh, const Channel& mesh_file, std::int8_t type, ElementRecord& element) {
+void edit_renumbered(EditCards& edit, const EditSource& source, Mesh& mesh, const Channel& mesh_file, std::int8_t type, ElementRecord& element) {
     const std::int32_t number = new_number(edit, source, mesh_file, type, element);
     shift_corners(edit, source, mesh_file, element.words, type == EL_CONTINUUM);
     if (edit.IEDIT == 1 && edit.ILOC == 3)
@@ -221,7 +221,7 @@ void edit_renumbered(EditCards& edit, EditSource& source, Mesh& mesh, const Chan
 }
 
 // IEDIT 5: numbers of elements are shifted, corners are not, as nodes keep their numbers.
-void edit_for_slope(EditCards& edit, EditSource& source, Mesh& mesh, const Channel& mesh_file, std::int8_t type, ElementRecord& element) {
+void edit_for_slope(const EditCards& edit, EditSource& source, Mesh& mesh, const Channel& mesh_file, std::int8_t type, ElementRecord& element) {
     const std::int32_t number = new_number(edit, source, mesh_file, type, element);
     if (type == EL_CONTINUUM) {
         element.words.MATNO = edit.MATNO_T;
@@ -241,7 +241,7 @@ void edit_for_slope(EditCards& edit, EditSource& source, Mesh& mesh, const Chann
 
 }  // namespace
 
-void EDITNODES(EditCards& edit, EditSource& source, Mesh& mesh, Selection& selection, Channel& mesh_file) {
+void EDITNODES(const EditCards& edit, const EditSource& source, Mesh& mesh, const Selection& selection, Channel& mesh_file) {
     for (std::int32_t i = 0; i < source.counts.NUMNP; ++i) {
         NodeRecord node = read_node_record(mesh.kind, mesh_file, source.stripped.NFIELDS);
         if (renumbers(edit)) {
@@ -267,7 +267,7 @@ void EDITNODES(EditCards& edit, EditSource& source, Mesh& mesh, Selection& selec
     }
 }
 
-void EDITELEMENTS(EditCards& edit, EditSource& source, Mesh& mesh, Selection& selection, Channel& mesh_file, std::int8_t type) {
+void EDITELEMENTS(EditCards& edit, EditSource& source, Mesh& mesh, const Selection& selection, Channel& mesh_file, std::int8_t type) {
     mesh_file.skip_lines(source.stripped.headings_of(type), "a heading line");
     for (std::int32_t i = 0; i < source.counts.of(type); ++i) {
         ElementRecord element = read_element_record(mesh.kind, mesh_file, type);

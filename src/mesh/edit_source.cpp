@@ -42,7 +42,7 @@ void SCANELEMENTS(LayoutKind kind, EditSource& source, Channel& mesh_file) {
     mesh_file.step_back(mesh_file.lines_before() - start);
 }
 
-void FIXSTARTNUMBERS(EditCards& edit, EditSource& source) {
+void FIXSTARTNUMBERS(EditCards& edit, const EditSource& source) {
     const auto range = [&](std::int8_t type) { return source.elements[type - EL_CONTINUUM]; };
     std::int32_t ECTOP = 0;
     if (source.counts.NCONT > 0)

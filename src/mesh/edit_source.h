@@ -18,6 +18,6 @@ NodePlaces read_node_places(LayoutKind kind, const EditSource& source, Channel& 
 void SCANELEMENTS(LayoutKind kind, EditSource& source, Channel& mesh_file);
 
 // Raises the start numbers of beams and trusses so that the types do not share numbers.
-void FIXSTARTNUMBERS(EditCards& edit, EditSource& source);
+void FIXSTARTNUMBERS(EditCards& edit, const EditSource& source);
 
 }  // namespace brelan

@@ -28,7 +28,7 @@ struct LineUpIndex {
     std::vector<std::vector<std::int32_t>> quads;  // quadrilaterals of the material at the node, ascending
     std::vector<bool> listed;                      // nodes in LNP
 
-    explicit LineUpIndex(Mesh& mesh) : before(MAXNP + 1, 0), behind(MAXNP + 1, 0), quads(MAXNP + 1), listed(MAXNP + 1, false) {
+    explicit LineUpIndex(const Mesh& mesh) : before(MAXNP + 1, 0), behind(MAXNP + 1, 0), quads(MAXNP + 1), listed(MAXNP + 1, false) {
         for (std::int32_t n = 1; n <= MAXEL; ++n) {
             const ElementWords& w = mesh.words[n];
             if (mesh.type[n] == EL_TRUSS && is_node(w.I1) && is_node(w.I2)) {
@@ -50,13 +50,13 @@ struct LineUpIndex {
 struct Direction {
     bool vertical;
 
-    float along(Mesh& mesh, std::int32_t n) const { return vertical ? mesh.y[n] : mesh.x[n]; }
-    float across(Mesh& mesh, std::int32_t n) const { return vertical ? mesh.x[n] : mesh.y[n]; }
+    float along(const Mesh& mesh, std::int32_t n) const { return vertical ? mesh.y[n] : mesh.x[n]; }
+    float across(const Mesh& mesh, std::int32_t n) const { return vertical ? mesh.x[n] : mesh.y[n]; }
 };
 
 // Puts node n on the line through p and q where the coordinate along is s. A node that has been moved stays,
 // and so does one whose line runs across.
-void slide(Mesh& mesh, LineUp& line_up, LineUpIndex& index, const Direction& d, std::int32_t n, float s, std::int32_t p, std::int32_t q) {
+void slide(const Mesh& mesh, LineUp& line_up, LineUpIndex& index, const Direction& d, std::int32_t n, float s, std::int32_t p, std::int32_t q) {
     const std::size_t place = LineUpIndex::place(n);
     if (index.listed[place] || d.along(mesh, q) == d.along(mesh, p))
         return;

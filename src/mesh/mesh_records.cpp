@@ -228,7 +228,7 @@ void copy_attributes(Mesh& mesh, std::int32_t from, std::int32_t to) {
     }
 }
 
-ElementRecord load_element(Mesh& mesh, std::int32_t number) {
+ElementRecord load_element(const Mesh& mesh, std::int32_t number) {
     ElementRecord e;
     e.NEL = number;
     e.words = mesh.words[number];
@@ -252,14 +252,14 @@ ElementRecord load_element(Mesh& mesh, std::int32_t number) {
     return e;
 }
 
-ElementRecord load_element_for_writing(Mesh& mesh, std::int32_t number) {
+ElementRecord load_element_for_writing(const Mesh& mesh, std::int32_t number) {
     ElementRecord e = load_element(mesh, number);
     if (e.IDH < 0)
         e.IDH = std::abs(e.IDH) - 100;
     return e;
 }
 
-NodeRecord load_node(Mesh& mesh, std::int32_t number) {
+NodeRecord load_node(const Mesh& mesh, std::int32_t number) {
     NodeRecord node;
     node.NODE = number;
     node.ID = mesh.codes[number];

@@ -83,15 +83,15 @@ void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type,
 // Stores an element's words and attributes at a number. Kinds without midside nodes leave M5 to M8 as they
 // were.
 void store_element(Mesh& mesh, std::int32_t number, std::int8_t type, const ElementRecord& element);
-ElementRecord load_element(Mesh& mesh, std::int32_t number);
+ElementRecord load_element(const Mesh& mesh, std::int32_t number);
 
 // Copies the attributes of the kind from one element to another.
 void copy_attributes(Mesh& mesh, std::int32_t from, std::int32_t to);
 
 // The element as a result file shows it: a negative IDH as its absolute value less 100.
-ElementRecord load_element_for_writing(Mesh& mesh, std::int32_t number);
+ElementRecord load_element_for_writing(const Mesh& mesh, std::int32_t number);
 
 // The node of the working set at a number.
-NodeRecord load_node(Mesh& mesh, std::int32_t number);
+NodeRecord load_node(const Mesh& mesh, std::int32_t number);
 
 }  // namespace brelan

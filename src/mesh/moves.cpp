@@ -71,7 +71,7 @@ bool is_listed(std::int32_t material, std::span<const std::int32_t> materials) {
     return std::find(materials.begin(), materials.end(), material) != materials.end();
 }
 
-bool is_considered(Mesh& mesh, MoveLists& moves, std::int32_t n) {
+bool is_considered(const Mesh& mesh, const MoveLists& moves, std::int32_t n) {
     const bool beam = mesh.type[n] == EL_BEAM;
     const bool truss = mesh.type[n] == EL_TRUSS;
     const bool listed_beam = beam && is_listed(mesh.words[n].MATNO, moves.beam_materials);
@@ -94,7 +94,7 @@ bool is_considered(Mesh& mesh, MoveLists& moves, std::int32_t n) {
     }
 }
 
-float length_of(Mesh& mesh, std::int32_t n) {
+float length_of(const Mesh& mesh, std::int32_t n) {
     const ElementWords& w = mesh.words[n];
     return DIST2D(mesh.x[w.I1], mesh.y[w.I1], mesh.x[w.I2], mesh.y[w.I2]);
 }
@@ -118,7 +118,7 @@ std::int32_t refresh_ordinals(Mesh& mesh) {
     return count;
 }
 
-std::int32_t node_at(Mesh& mesh, std::int32_t ordinal, std::int32_t count) {
+std::int32_t node_at(const Mesh& mesh, std::int32_t ordinal, std::int32_t count) {
     if (ordinal < 1 || ordinal > count)
         FAIL("second move list: expected the position of a node from 1 to " + std::to_string(count) +
              ", found " + std::to_string(ordinal));
@@ -140,7 +140,7 @@ void apply_moves(Mesh& mesh, GroupListing& listing, const std::vector<NodeMove>&
 
 }  // namespace
 
-std::int32_t last_element(Mesh& mesh) {
+std::int32_t last_element(const Mesh& mesh) {
     std::int32_t n = MAXEL;
     while (n > 0 && mesh.type[n] == EL_DELETED)
         --n;
@@ -211,7 +211,7 @@ void COLLAPSE(Mesh& mesh, GroupListing& listing, MoveLists& moves) {
     replace_in_elements(mesh, listing, ReplacementList(std::move(orders)));
 }
 
-void MOVENODES(Mesh& mesh, GroupListing& listing, MoveLists& moves) {
+void MOVENODES(Mesh& mesh, GroupListing& listing, const MoveLists& moves) {
     std::vector<NodeMove> orders;
     if (moves.first_count > 0) {
         for (std::int32_t k = 1; k <= moves.first_count; ++k)

@@ -10,7 +10,7 @@
 namespace brelan {
 
 // The highest number with ETYPE not 0; 0 for none.
-std::int32_t last_element(Mesh& mesh);
+std::int32_t last_element(const Mesh& mesh);
 
 // Merges the two nodes of every beam and truss that IDCOL considers and that is at most FCOL times their mean
 // length long: wherever the second node stands in an element, the first takes its place. Nothing changes, and
@@ -19,7 +19,7 @@ void COLLAPSE(Mesh& mesh, GroupListing& listing, MoveLists& moves);
 
 // Applies the move lists: the first where it has pairs, else the second. Moves coordinates pair by pair, then
 // merges the nodes of pairs with a fraction of exactly 1.0 in all elements.
-void MOVENODES(Mesh& mesh, GroupListing& listing, MoveLists& moves);
+void MOVENODES(Mesh& mesh, GroupListing& listing, const MoveLists& moves);
 
 // What has become of an element whose corners were replaced: an element that lost its extent gets ETYPE 0, a
 // quadrilateral with two neighbouring corners in one becomes a triangle.

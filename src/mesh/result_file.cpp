@@ -4,7 +4,7 @@
 
 namespace brelan {
 
-void COUNTNODES(Mesh& mesh, ResultMesh& result) {
+void COUNTNODES(const Mesh& mesh, ResultMesh& result) {
     for (std::int32_t n = 1; n <= MAXNP; ++n) {
         if (mesh.node_in_use[n] == 1) {
             ++result.counts.NUMNP;
@@ -13,7 +13,7 @@ void COUNTNODES(Mesh& mesh, ResultMesh& result) {
     }
 }
 
-void COUNTELEMENTS(Mesh& mesh, ResultMesh& result) {
+void COUNTELEMENTS(const Mesh& mesh, ResultMesh& result) {
     for (std::int32_t n = 1; n <= MAXEL; ++n) {
         if (mesh.type_in_use[n] < EL_CONTINUUM)
             continue;
@@ -32,13 +32,13 @@ void COUNTELEMENTS(Mesh& mesh, ResultMesh& result) {
     }
 }
 
-void WRITENODES(Mesh& mesh, Channel& mesh_file, const ResultMesh& result) {
+void WRITENODES(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result) {
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n)
         if (mesh.node_in_use[n] == 1)
             write_node_record(mesh.kind, mesh_file, load_node(mesh, n));
 }
 
-void WRITENODES(Mesh& mesh, Channel& mesh_file, const ResultMesh& result, float head) {
+void WRITENODES(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result, float head) {
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
         if (mesh.node_in_use[n] != 1)
             continue;
@@ -48,7 +48,7 @@ void WRITENODES(Mesh& mesh, Channel& mesh_file, const ResultMesh& result, float 
     }
 }
 
-void WRITEELEMENTS(Mesh& mesh, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
+void WRITEELEMENTS(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
     write_section_heading(mesh.kind, mesh_file, type);
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
         if (mesh.type_in_use[n] == type)

@@ -15,18 +15,18 @@ struct ResultMesh {
     NumberRange nodes, elements;
 };
 
-void COUNTNODES(Mesh& mesh, ResultMesh& result);
-void COUNTELEMENTS(Mesh& mesh, ResultMesh& result);
+void COUNTNODES(const Mesh& mesh, ResultMesh& result);
+void COUNTELEMENTS(const Mesh& mesh, ResultMesh& result);
 
 // The records of the active nodes, in ascending number.
-void WRITENODES(Mesh& mesh, Channel& mesh_file, const ResultMesh& result);
+void WRITENODES(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result);
 
 // The same with one value for every H.
-void WRITENODES(Mesh& mesh, Channel& mesh_file, const ResultMesh& result, float head);
+void WRITENODES(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result, float head);
 
 // Headings and records of one type, in ascending number. A negative IDH is written as its absolute value less
 // 100: the solver knows codes of 100 and above by their sign only inside the package.
-void WRITEELEMENTS(Mesh& mesh, Channel& mesh_file, const ResultMesh& result, std::int8_t type);
+void WRITEELEMENTS(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result, std::int8_t type);
 
 // The two lines that close a file of the edit.
 void WRITECLOSING(Channel& mesh_file);

@@ -6,19 +6,19 @@ namespace brelan {
 
 namespace {
 
-std::span<const std::int32_t> listed(EditCards& edit) {
+std::span<const std::int32_t> listed(const EditCards& edit) {
     return edit.NSEL > 0 ? std::span(&edit.LIST[1], static_cast<std::size_t>(edit.NSEL))
                          : std::span<std::int32_t>{};
 }
 
 // The window is open: a point on its edge is outside.
-bool in_window(EditCards& edit, float x, float y) {
+bool in_window(const EditCards& edit, float x, float y) {
     return edit.XMIN < x && x < edit.XMAX && edit.YMIN < y && y < edit.YMAX;
 }
 
 }  // namespace
 
-void PREPARESELECTION(EditCards& edit, Selection& selection) {
+void PREPARESELECTION(const EditCards& edit, Selection& selection) {
     if (edit.IEDIT < 1 || edit.IEDIT > 3)
         return;
     if (edit.IEDIT == 1 && edit.ILOC == 2)
@@ -34,17 +34,17 @@ void PREPARESELECTION(EditCards& edit, Selection& selection) {
         EXPLIST(listed(edit), selection.elements, edit.list_place);
 }
 
-bool takes_side(EditCards& edit, bool inside) {
+bool takes_side(const EditCards& edit, bool inside) {
     return (edit.ISIDE == 0 && inside) || (edit.ISIDE == 1 && !inside);
 }
 
-bool node_inside(EditCards& edit, Selection& selection, std::int32_t number, float x, float y) {
+bool node_inside(const EditCards& edit, const Selection& selection, std::int32_t number, float x, float y) {
     if (edit.ILOC == 0)
         return in_window(edit, x, y);
     return (edit.ILOC == 1 || edit.ILOC == 2) && selection.nodes[number] == number;
 }
 
-bool element_inside(EditCards& edit, Mesh& mesh, Selection& selection, std::int8_t type, const ElementRecord& element) {
+bool element_inside(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type, const ElementRecord& element) {
     if (edit.ILOC == 1)
         return selection.elements[element.NEL] == element.NEL;
     if (edit.ILOC != 0)
@@ -65,7 +65,7 @@ bool element_inside(EditCards& edit, Mesh& mesh, Selection& selection, std::int8
     return in_window(edit, x / corners, y / corners);
 }
 
-bool material_listed(EditCards& edit, std::int32_t material) {
+bool material_listed(const EditCards& edit, std::int32_t material) {
     const auto list = listed(edit);
     return std::find(list.begin(), list.end(), material) != list.end();
 }

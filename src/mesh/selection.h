@@ -39,18 +39,18 @@ std::int32_t EXPLIST(std::span<const std::int32_t> list, SelectionTable& table,
 }
 
 // Makes the selection tables ready from the cards: the expanded list for ILOC 1.
-void PREPARESELECTION(EditCards& edit, Selection& selection);
+void PREPARESELECTION(const EditCards& edit, Selection& selection);
 
 // True when the selection takes what is inside (ISIDE 0) or outside (ISIDE 1); any other ISIDE takes nothing.
-bool takes_side(EditCards& edit, bool inside);
+bool takes_side(const EditCards& edit, bool inside);
 
 // True when a node of the source mesh, by its old number, is inside the selection.
-bool node_inside(EditCards& edit, Selection& selection, std::int32_t number, float x, float y);
+bool node_inside(const EditCards& edit, const Selection& selection, std::int32_t number, float x, float y);
 
 // True when an element is inside the selection: by its centroid for ILOC 0, by its number for ILOC 1.
-bool element_inside(EditCards& edit, Mesh& mesh, Selection& selection, std::int8_t type, const ElementRecord& element);
+bool element_inside(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type, const ElementRecord& element);
 
 // True when the material is on the list of ILOC 3.
-bool material_listed(EditCards& edit, std::int32_t material);
+bool material_listed(const EditCards& edit, std::int32_t material);
 
 }  // namespace brelan

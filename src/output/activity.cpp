@@ -33,7 +33,7 @@ struct DecidingWords {
     std::int32_t MTYPE, MAT, MATj, LTi, LMi, LTo,
         LMo;  // LTi and LMi are LTP and LMAT where there is no joint
 
-    DecidingWords(GroupCards& group_cards, std::int32_t g)
+    DecidingWords(const GroupCards& group_cards, std::int32_t g)
         : MTYPE(group_cards.rows[g].MTYPE),
           MAT(TRUNCATE(group_cards.materials[g].MAT)),
           MATj(TRUNCATE(group_cards.materials[g].MATj)),
@@ -58,7 +58,7 @@ ActivityPair along_joint(const DecidingWords& w, std::int8_t type, std::int32_t 
 
 }  // namespace
 
-ActivityPair activity_of(GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t m) {
+ActivityPair activity_of(const GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t m) {
     const DecidingWords w(group_cards, g);
     const auto& pairs = group_cards.outputs[g].pair;
     const auto pair = [&pairs](Role role) { return ActivityPair{pairs[role][0], pairs[role][1]}; };
@@ -118,7 +118,7 @@ struct OpenBlock {
 };
 
 // Highest material of the elements that have activity.
-std::int32_t highest_material(GroupCards& group_cards, std::int32_t g, const GroupMembers& members) {
+std::int32_t highest_material(const GroupCards& group_cards, std::int32_t g, const GroupMembers& members) {
     std::int32_t highest = 0;
     for (const auto& [key, ranges] : members)
         if (activity_of(group_cards, g, key.first, key.second) != ActivityPair{})
@@ -144,7 +144,7 @@ std::int32_t lines_of(const ElementRanges& ranges) {
 
 }  // namespace
 
-Activity MAKEACTIVITY(Trace& trace, GroupCards& group_cards, GroupListing& listing, const std::vector<GroupMembers>& members) {
+Activity MAKEACTIVITY(Trace& trace, const GroupCards& group_cards, GroupListing& listing, const std::vector<GroupMembers>& members) {
     Activity activity;
     activity.NEWMAT.resize(static_cast<std::size_t>(MAXEL) + 1, 0);
     activity.first_new = listing.highest_material + 1;
@@ -172,7 +172,7 @@ Activity MAKEACTIVITY(Trace& trace, GroupCards& group_cards, GroupListing& listi
     return activity;
 }
 
-void WRITEACTIVITY(Channels& channels, LayoutKind kind, GroupCards& group_cards, Channel& man, const std::vector<GroupMembers>& members) {
+void WRITEACTIVITY(Channels& channels, LayoutKind kind, const GroupCards& group_cards, Channel& man, const std::vector<GroupMembers>& members) {
     for (std::int32_t g = 1; g <= group_cards.count; ++g) {
         Channel& text = begin_group_text(channels);
         OpenBlock open;

@@ -23,7 +23,7 @@ struct ActivityPair {
 
 // The pair of a group's elements of a class and material, by the group's MTYPE and material line; two zeros
 // where its cards give them none.
-ActivityPair activity_of(GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t material);
+ActivityPair activity_of(const GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t material);
 
 // A continuum material made for a group.
 struct NewMaterial {
@@ -40,9 +40,9 @@ struct Activity {
 
 // Makes the new materials and counts the lines of the blocks. Every group gets a material for each of its
 // own, also where another group holds the same. An element of several groups takes that of the last.
-Activity MAKEACTIVITY(Trace& trace, GroupCards& group_cards, GroupListing& listing, const std::vector<GroupMembers>& members);
+Activity MAKEACTIVITY(Trace& trace, const GroupCards& group_cards, GroupListing& listing, const std::vector<GroupMembers>& members);
 
 // Writes the block of each group that has activity.
-void WRITEACTIVITY(Channels& channels, LayoutKind kind, GroupCards& group_cards, Channel& man, const std::vector<GroupMembers>& members);
+void WRITEACTIVITY(Channels& channels, LayoutKind kind, const GroupCards& group_cards, Channel& man, const std::vector<GroupMembers>& members);
 
 }  // namespace brelan

@@ -16,7 +16,7 @@ constexpr std::string_view BANNER_END = "*         ";
 
 }  // namespace
 
-void write_group_head(GroupCards& group_cards, Channel& file, std::int32_t g) {
+void write_group_head(const GroupCards& group_cards, Channel& file, std::int32_t g) {
     write_lines(file, {"*", EQUALS_ROW, "*"});
     GROUP_NUMBER.write(file, g);
     GROUP_TITLE.write(file, group_cards.outputs[g].title.view());

@@ -78,12 +78,12 @@ constexpr const SectionRow& section(std::int32_t NPTYPE) {
     return SECTIONS[NPTYPE - 1];
 }
 
-std::int32_t switch_of(GroupCards& group_cards, std::int32_t g, std::int32_t NPTYPE) {
+std::int32_t switch_of(const GroupCards& group_cards, std::int32_t g, std::int32_t NPTYPE) {
     return group_cards.outputs[g].toggle[static_cast<std::size_t>(NPTYPE - 1)];
 }
 
 // Beams and trusses of all groups are listed when no group asks for them.
-bool lists_all_groups(GroupCards& group_cards, std::int32_t NPTYPE) {
+bool lists_all_groups(const GroupCards& group_cards, std::int32_t NPTYPE) {
     if (NPTYPE != section(4).NPTYPE && NPTYPE != section(5).NPTYPE)
         return false;
     for (std::int32_t g = 1; g <= group_cards.count; ++g)
@@ -100,12 +100,12 @@ const ElementRanges& listed(const SectionRow& row, const GroupMembers::value_typ
     return row.inside_only ? member.second.inside : member.second.all;
 }
 
-bool lists_group(GroupCards& group_cards, std::int32_t g, std::int32_t NPTYPE) {
+bool lists_group(const GroupCards& group_cards, std::int32_t g, std::int32_t NPTYPE) {
     return switch_of(group_cards, g, NPTYPE) != 0 || lists_all_groups(group_cards, NPTYPE);
 }
 
 // The groups that a section lists, in their order.
-std::vector<std::int32_t> listed_groups(GroupCards& group_cards, std::int32_t NPTYPE) {
+std::vector<std::int32_t> listed_groups(const GroupCards& group_cards, std::int32_t NPTYPE) {
     std::vector<std::int32_t> groups;
     for (std::int32_t g = 1; g <= group_cards.count; ++g)
         if (lists_group(group_cards, g, NPTYPE))
@@ -113,7 +113,7 @@ std::vector<std::int32_t> listed_groups(GroupCards& group_cards, std::int32_t NP
     return groups;
 }
 
-std::int32_t count_ranges(GroupCards& group_cards, const SectionRow& row, const std::vector<GroupMembers>& members) {
+std::int32_t count_ranges(const GroupCards& group_cards, const SectionRow& row, const std::vector<GroupMembers>& members) {
     std::size_t NRNG = 0;
     for (const std::int32_t g : listed_groups(group_cards, row.NPTYPE))
         for (const auto& member : members[static_cast<std::size_t>(g)])
@@ -122,7 +122,7 @@ std::int32_t count_ranges(GroupCards& group_cards, const SectionRow& row, const 
 }
 
 // False when the group has nothing to list.
-bool write_block(GroupCards& group_cards, Channel& text, const SectionRow& row, std::int32_t g, const GroupMembers& members) {
+bool write_block(const GroupCards& group_cards, Channel& text, const SectionRow& row, std::int32_t g, const GroupMembers& members) {
     bool group_open = false;
     std::int8_t open_type = 0;
     for (const auto& member : members) {
@@ -146,7 +146,7 @@ bool write_block(GroupCards& group_cards, Channel& text, const SectionRow& row, 
 }
 
 // The blocks of a section, one group after the other.
-void write_blocks(Channels& channels, GroupCards& group_cards, Channel& post, const SectionRow& row, const std::vector<GroupMembers>& members) {
+void write_blocks(Channels& channels, const GroupCards& group_cards, Channel& post, const SectionRow& row, const std::vector<GroupMembers>& members) {
     for (const std::int32_t g : listed_groups(group_cards, row.NPTYPE)) {
         Channel& text = begin_group_text(channels);
         if (write_block(group_cards, text, row, g, members[static_cast<std::size_t>(g)]))
@@ -163,7 +163,7 @@ void write_section_banner(Channel& post, std::int32_t NPTYPE) {
 }
 
 // The head of a section with results, to the times of its plots.
-void write_head(UnitLabels& units, Channel& post, std::int32_t NPTYPE) {
+void write_head(const UnitLabels& units, Channel& post, std::int32_t NPTYPE) {
     const std::int32_t cards = NPTYPE + 1;
     write_lines(post, {"* Card 11.1  ", "*  NPTYPE    "});
     NPTYPE_LINE.write(post, NPTYPE);
@@ -182,7 +182,7 @@ void write_count(Channel& post, TextLines lines, std::int32_t NRNG) {
 
 // --- the sections --------------------------------------------------------------------------------
 
-void write_mesh_section(Channels& channels, GroupCards& group_cards, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
+void write_mesh_section(Channels& channels, const GroupCards& group_cards, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
     const std::int32_t NRNG = count_ranges(group_cards, section(1), members);
     write_section_banner(post, 1);
     write_lines(post, MESH_HEAD);
@@ -193,7 +193,7 @@ void write_mesh_section(Channels& channels, GroupCards& group_cards, UnitLabels&
     write_blocks(channels, group_cards, post, section(1), members);
 }
 
-void write_contour_section(Channels& channels, GroupCards& group_cards, GroupListing& listing, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
+void write_contour_section(Channels& channels, const GroupCards& group_cards, const GroupListing& listing, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
     constexpr std::int32_t IAVG = 1, ISCRIN = 0, IMESH = 0, IPSTRS = 0;
     const std::int32_t NRNG = count_ranges(group_cards, section(2), members);
     write_section_banner(post, 2);
@@ -217,7 +217,7 @@ void write_whole_mesh(Channel& post, const MeshCounts& counts) {
     }
 }
 
-void write_displacement_section(Channels& channels, GroupCards& group_cards, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members,
+void write_displacement_section(Channels& channels, const GroupCards& group_cards, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members,
                                 const MeshCounts& counts) {
     const std::int32_t NRNG = count_ranges(group_cards, section(3), members);
     write_section_banner(post, 3);
@@ -229,7 +229,7 @@ void write_displacement_section(Channels& channels, GroupCards& group_cards, Uni
     write_lines(post, END_OF_PLOT);
 }
 
-void write_line_section(Channels& channels, GroupCards& group_cards, GroupListing& listing, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members, std::int32_t NPTYPE,
+void write_line_section(Channels& channels, const GroupCards& group_cards, const GroupListing& listing, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members, std::int32_t NPTYPE,
                         TextLines choices, TextLines count, std::string_view list_card,
                         std::string_view nodes_card) {
     const std::int32_t NRNG = count_ranges(group_cards, section(NPTYPE), members);
@@ -250,7 +250,7 @@ void write_result_choices(Channel& post) {
     }
 }
 
-void write_result_section(Channels& channels, LayoutKind kind, GroupCards& group_cards, GroupListing& listing, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
+void write_result_section(Channels& channels, LayoutKind kind, const GroupCards& group_cards, const GroupListing& listing, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
     constexpr float DELTA = 0.0F, RX = 0.0F, RY = 0.0F;
     constexpr std::int32_t IRES = 0, IRGP = 0, IENL = 0;
     const std::int32_t NRNG = count_ranges(group_cards, section(6), members);
@@ -276,7 +276,7 @@ bool has_section(LayoutKind kind, std::int32_t NPTYPE) {
 
 }  // namespace
 
-void WRITEGRAF2D(Channels& channels, LayoutKind kind, GroupCards& group_cards, GroupListing& listing, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members, const MeshCounts& counts) {
+void WRITEGRAF2D(Channels& channels, LayoutKind kind, const GroupCards& group_cards, GroupListing& listing, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members, const MeshCounts& counts) {
     write_mesh_section(channels, group_cards, units, post, members);
     if (has_section(kind, 2)) {  // and 3 to 5 with it
         write_contour_section(channels, group_cards, listing, units, post, members);
@@ -288,7 +288,7 @@ void WRITEGRAF2D(Channels& channels, LayoutKind kind, GroupCards& group_cards, G
     write_lines(post, END_OF_GRAF_2D);
 }
 
-bool plots_list(LayoutKind kind, GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t sub_kind) {
+bool plots_list(LayoutKind kind, const GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t sub_kind) {
     return std::any_of(std::begin(SECTIONS), std::end(SECTIONS), [&](const SectionRow& row) {
         return has_section(kind, row.NPTYPE) && row.lists(type) && (!row.inside_only || sub_kind == ROW_OUTLINE) &&
                lists_group(group_cards, g, row.NPTYPE);

@@ -119,11 +119,11 @@ std::string fixed_title(std::string_view text) {
     return title;
 }
 
-Plot history(UnitLabels& units, std::string_view name, std::string_view unit) {
+Plot history(const UnitLabels& units, std::string_view name, std::string_view unit) {
     return {units.TITLE, joined(" Time ", units.UTIME), joined(name, unit)};
 }
 
-Plot titled_history(UnitLabels& units, std::string_view title, std::string_view name, std::string_view unit) {
+Plot titled_history(const UnitLabels& units, std::string_view title, std::string_view name, std::string_view unit) {
     return {fixed_title(title), joined(" Time ", units.UTIME), joined(name, unit)};
 }
 
@@ -136,7 +136,7 @@ void write_template(Channel& post, const CardSet& set, const Plot& plot) {
 }
 
 // Pressures of two elements against time, then their stress paths in one plot.
-void write_stress_paths(UnitLabels& units, Channel& post) {
+void write_stress_paths(const UnitLabels& units, Channel& post) {
     const Plot pressures[] = {
         titled_history(units, " Mean & Pore Fluid Pressure: Element 1", " Stress ", units.USTRESS),
         titled_history(units, " Mean & Pore Fluid Pressure: Element 2", " Stress ", units.USTRESS)};
@@ -154,7 +154,7 @@ void write_stress_paths(UnitLabels& units, Channel& post) {
                           .IPLOT = "    1"});
 }
 
-void write_element_templates(LayoutKind kind, UnitLabels& units, Channel& post) {
+void write_element_templates(LayoutKind kind, const UnitLabels& units, Channel& post) {
     const auto with = [&post](PairGroups groups, const Factors& factors, const Plot& plot) {
         write_template(post, {.cards = ELEMENT_CARDS, .factors = factors, .plots = {}, .groups = groups},
                        plot);
@@ -171,7 +171,7 @@ void write_element_templates(LayoutKind kind, UnitLabels& units, Channel& post) 
 }
 
 // Displacements of two nodes against time: a plot for each node, then a plot for each direction.
-void write_two_node_displacements(UnitLabels& units, Channel& post) {
+void write_two_node_displacements(const UnitLabels& units, Channel& post) {
     const auto plot = [&](std::string_view title) {
         return titled_history(units, title, " Displacement ", units.ULENGTH);
     };
@@ -187,7 +187,7 @@ void write_two_node_displacements(UnitLabels& units, Channel& post) {
     write_card_set(post, set);
 }
 
-void write_node_templates(LayoutKind kind, UnitLabels& units, Channel& post) {
+void write_node_templates(LayoutKind kind, const UnitLabels& units, Channel& post) {
     CardSet set{.cards = NODE_CARDS, .factors = SCALAR_FACTORS, .plots = {}};
     set.first_is_active = false;
     if (kind == LayoutKind::temperature) {
@@ -215,7 +215,7 @@ void write_node_templates(LayoutKind kind, UnitLabels& units, Channel& post) {
 
 }  // namespace
 
-void WRITEGRAFXY(LayoutKind kind, UnitLabels& units, Channel& post) {
+void WRITEGRAFXY(LayoutKind kind, const UnitLabels& units, Channel& post) {
     constexpr std::string_view title = "*         POST FILE: GRAF-XY PLOT                *";
     write_banner(post, title, "*         IPTYPE = 1 (CARD 12.2)                 *");
     write_element_templates(kind, units, post);

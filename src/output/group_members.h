@@ -31,6 +31,6 @@ using GroupMembers = std::map<std::pair<std::int8_t, std::int32_t>, MemberRanges
 
 // Reads the records, once, into the members of groups 1 to NGROUP; place 0 stays empty. A group that wants no
 // outputs (IGPOST 0) has no members.
-std::vector<GroupMembers> READMEMBERS(GroupCards& group_cards, Channel& file);
+std::vector<GroupMembers> READMEMBERS(const GroupCards& group_cards, Channel& file);
 
 }  // namespace brelan

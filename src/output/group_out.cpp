@@ -23,12 +23,12 @@ constexpr std::string_view GROUP_FILE = "GROUP.TMP";
 
 }  // namespace
 
-bool outputs_list(LayoutKind kind, GroupCards& group_cards, const ListingRow& row, std::int8_t type, std::int32_t material) {
+bool outputs_list(LayoutKind kind, const GroupCards& group_cards, const ListingRow& row, std::int8_t type, std::int32_t material) {
     return group_cards.outputs[row.group].IGPOST != 0 && (activity_of(group_cards, row.group, type, material) != ActivityPair{} ||
                                                 plots_list(kind, group_cards, row.group, type, row.sub_kind));
 }
 
-void GROUPOUT(Channels& channels, Trace& trace, const Settings& settings, GroupCards& group_cards, GroupListing& listing, UnitLabels& units, std::string_view FILEM, const MeshCounts& counts) {
+void GROUPOUT(Channels& channels, Trace& trace, const Settings& settings, const GroupCards& group_cards, GroupListing& listing, UnitLabels& units, std::string_view FILEM, const MeshCounts& counts) {
     channels.close(CH_GROUP);
     UNITTAB(channels, settings.kind(), units);
     trace.values(1, " Pass 27.1.1 ");

@@ -68,7 +68,7 @@ void WRITEMATERIALS(Channels& channels, const Settings& settings, const Activity
     channels.close(CH_TEMP_MESH);
 }
 
-void WRITEGROUPACTIVITY(Channels& channels, LayoutKind kind, GroupCards& group_cards, const Activity& activity, const std::vector<GroupMembers>& members) {
+void WRITEGROUPACTIVITY(Channels& channels, LayoutKind kind, const GroupCards& group_cards, const Activity& activity, const std::vector<GroupMembers>& members) {
     Channel& file = channels.open(CH_GROUP, "..\\Group.Man", OpenStatus::result);
     file.set_write_only(true);
     write_banner(file, "*         MAIN FILE: ELEMENT ACTIVITY            *",

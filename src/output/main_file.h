@@ -15,6 +15,6 @@ namespace brelan {
 void WRITEMATERIALS(Channels& channels, const Settings& settings, const Activity& activity);
 
 // Writes "..\Group.Man": the activity of the groups' elements.
-void WRITEGROUPACTIVITY(Channels& channels, LayoutKind kind, GroupCards& group_cards, const Activity& activity, const std::vector<GroupMembers>& members);
+void WRITEGROUPACTIVITY(Channels& channels, LayoutKind kind, const GroupCards& group_cards, const Activity& activity, const std::vector<GroupMembers>& members);
 
 }  // namespace brelan

@@ -23,7 +23,7 @@ struct NodeList {
 };
 
 // The lines of the groups that want them; a node that the mesh lost is left out.
-std::vector<NodeList> wanted_lists(GroupCards& group_cards, GroupListing& listing) {
+std::vector<NodeList> wanted_lists(const GroupCards& group_cards, const GroupListing& listing) {
     std::vector<NodeList> lists;
     for (std::int32_t i = 1; i <= listing.count; ++i) {
         const ListingRow& row = listing.rows[i];
@@ -44,7 +44,7 @@ std::vector<NodeList> wanted_lists(GroupCards& group_cards, GroupListing& listin
 
 }  // namespace
 
-void write_node_lists(GroupCards& group_cards, GroupListing& listing, Channel& post, std::string_view count_card, std::string_view nodes_card) {
+void write_node_lists(const GroupCards& group_cards, const GroupListing& listing, Channel& post, std::string_view count_card, std::string_view nodes_card) {
     const std::vector<NodeList> lists = wanted_lists(group_cards, listing);
     write_lines(post, {count_card, "*   NRL      "});
     LIST_COUNT.write(post, static_cast<std::int32_t>(lists.size()));
