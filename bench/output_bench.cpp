@@ -19,7 +19,7 @@
 #include "channel/free_field.h"
 #include "group/tables.h"
 #include "output/group_out.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 
 namespace {
 

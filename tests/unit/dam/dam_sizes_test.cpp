@@ -10,7 +10,7 @@
 #include "dam/dam_deck.h"
 #include "dam/dam_sizes.h"
 #include "dam/dam_tables.h"
-#include "run/channel_numbers.h"
+#include "channel/channel_numbers.h"
 #include "unit/support.h"
 
 namespace brelan::test {

@@ -2,7 +2,6 @@
 #include "deck/card_stream.h"
 
 #include <array>
-#include <cstdlib>
 
 #include "channel/real_to_integer.h"
 #include "deck/deck_tables.h"
@@ -28,10 +27,8 @@ protected:
 
     void SetUp() override {
         directory.write("C/Vork/Qx/Qxdata/MANUAL.DAT", "0\n");
-        ::setenv("BRELAN_DRIVE_C", (directory.path() / "C").c_str(), 1);
         state.checker.values.fill(9.0F);
     }
-    void TearDown() override { ::unsetenv("BRELAN_DRIVE_C"); }
 
     // A deck without its comments, as the checker reads it.
     Channel& deck(std::string_view text) const {

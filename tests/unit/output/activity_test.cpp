@@ -183,12 +183,10 @@ TEST_F(ActivityPairs, NewMaterialsFollowTheHighestOfTheMesh) {
 }
 
 TEST(MemberCounts, AreClearedBeforeTheElementsOfAMeshAreWritten) {
-    state.listing.members = state.listing.highest_material = state.listing.highest_beam_material = state.listing.highest_truss_material = 99;
-    state.listing.trusses_of_material = {1, 2, 3};
+    state.listing.members = state.listing.highest_material = 99;
     state.listing.count = 0;
     begin_membership(state.tolerances, state.engine, state.listing);
-    EXPECT_EQ(state.listing.members + state.listing.highest_material + state.listing.highest_beam_material + state.listing.highest_truss_material, 0);
-    EXPECT_TRUE(state.listing.trusses_of_material.empty());
+    EXPECT_EQ(state.listing.members + state.listing.highest_material, 0);
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 // The title and the unit labels of "UNIT.DAT", code by code.
 #include "output/unit_table.h"
 
-#include <cstdlib>
-
 #include "unit/support.h"
 
 namespace brelan::test {
@@ -12,14 +10,8 @@ class UnitTable : public ChannelTest {
 protected:
     static constexpr const char* FILE = "C/Vork/Qx/Qxdata/UNIT.DAT";
 
-    void SetUp() override {
-        ::setenv("BRELAN_DRIVE_C", (directory.path() / "C").c_str(), 1);
-        state.units = UnitLabels{};
-    }
-    void TearDown() override {
-        ::unsetenv("BRELAN_DRIVE_C");
-        state.units = UnitLabels{};
-    }
+    void SetUp() override { state.units = UnitLabels{}; }
+    void TearDown() override { state.units = UnitLabels{}; }
     static std::string text(const std::string& codes, const std::string& title = "A title") {
         return "*\n*\n*\n*\n" + title + "\n*\n*\n*\n*\n*\n*\n*\n*\n*\n*\n" + codes;
     }
