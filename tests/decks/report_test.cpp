@@ -786,8 +786,7 @@ TEST(StartUp, VariableOfTheDriveGoesBeforeTheUsersDirectories) {
                            {"HOME", project.file("home").string()}};
     for (const char* other : {"share/brelan2d/C", "home/.local/share/brelan2d/C"}) {
         std::filesystem::create_directories(project.file(other));
-        std::filesystem::copy(project.drive(), project.file(other),
-                              std::filesystem::copy_options::recursive);
+        std::filesystem::copy(project.drive(), project.file(other), std::filesystem::copy_options::recursive);
     }
     expect_finished(project.run("", options));
     EXPECT_TRUE(project.exists_data("BRELAN2D.DAT"));

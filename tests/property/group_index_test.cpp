@@ -15,8 +15,8 @@
 
 #include "group/conforming_cut.h"
 #include "group/cut_table.h"
-#include "group/engine_mesh.h"
 #include "group/engine.h"
+#include "group/engine_mesh.h"
 #include "group/row_index.h"
 #include "unit/support.h"
 
@@ -144,7 +144,8 @@ MeshNow present() {
     for (std::int32_t n = 1; n <= state.engine.highest_node; ++n)
         mesh.nodes.push_back({state.mesh.x[n], state.mesh.y[n]});
     for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
-        mesh.elements.push_back({state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3, state.mesh.words[e].I4});
+        mesh.elements.push_back(
+            {state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3, state.mesh.words[e].I4});
         mesh.types.push_back(state.mesh.type[e]);
         mesh.lists.push_back(state.engine.workable[e]);
     }

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 
-#include "group/engine_mesh.h"
 #include "group/engine.h"
+#include "group/engine_mesh.h"
 #include "group/node_index.h"
 #include "group/path.h"
 #include "property/group_drawing.h"
@@ -46,7 +46,8 @@ protected:
         const std::int32_t scanned = lowest_node_within(state.mesh, state.engine, p, reach);
         state.engine.uses_indexes = true;
         EXPECT_EQ(lowest_node_within(state.mesh, state.engine, p, reach), scanned)
-            << "at " << p.x << ", " << p.y << " within " << reach << " of " << state.engine.highest_node << " nodes";
+            << "at " << p.x << ", " << p.y << " within " << reach << " of " << state.engine.highest_node
+            << " nodes";
         found += scanned != 0 ? 1 : 0;
         missed += scanned == 0 ? 1 : 0;
     }
@@ -81,7 +82,8 @@ TEST_F(GroupNodeIndex, FindsWhatAScanFindsWhileNodesMoveAndCome) {
             }
             expect_same(p, reach);
             if (drawing.one_in(3))
-                move_node(state.mesh, state.engine, n, {drawing.between(-size, size), drawing.between(-2.0F * size, size)});
+                move_node(state.mesh, state.engine, n,
+                          {drawing.between(-size, size), drawing.between(-2.0F * size, size)});
             if (drawing.one_in(5))
                 add_node(state.mesh, state.engine, p);
         }

@@ -110,7 +110,8 @@ TEST_F(PolylineProperty, SelectionIsThatOfThePlainScan) {
         ASSERT_EQ(SELECTPOLYLINE(places, selection, points), expected) << "round " << round;
         const std::set<std::int32_t> selected(expected.begin(), expected.end());
         for (const std::int32_t n : nodes)
-            ASSERT_EQ(selection.nodes[n], selected.contains(n) ? n : 0) << "round " << round << ", node " << n;
+            ASSERT_EQ(selection.nodes[n], selected.contains(n) ? n : 0)
+                << "round " << round << ", node " << n;
     }
 }
 
@@ -131,7 +132,8 @@ TEST_F(PolylineProperty, PointsOfLongSegmentsAreOnTheirLine) {
         const Numbers points(nodes.begin(), nodes.begin() + 5);
         SELECTPOLYLINE(places, selection, points);
         for (std::size_t i = 0; i + 1 < points.size(); ++i) {
-            if (DIST2D(places.x[points[i]], places.y[points[i]], places.x[points[i + 1]], places.y[points[i + 1]]) < 0.5F)
+            if (DIST2D(places.x[points[i]], places.y[points[i]], places.x[points[i + 1]],
+                       places.y[points[i + 1]]) < 0.5F)
                 continue;
             EXPECT_EQ(selection.nodes[points[i]], points[i]);
             EXPECT_EQ(selection.nodes[points[i + 1]], points[i + 1]);

@@ -22,8 +22,8 @@ namespace brelan::test {
 inline KeptConsole shown;
 inline Run state{Directories{}, shown};
 
-// A fresh directory that is the working directory as long as it lives, with drive C: in it. Channels are closed
-// with it.
+// A fresh directory that is the working directory as long as it lives, with drive C: in it. Channels are
+// closed with it.
 class WorkDirectory {
 public:
     WorkDirectory() : before_(std::filesystem::current_path()) {

@@ -59,7 +59,8 @@ TEST_F(FileNames, NamesStartInTheDirectoryThatTheRunWorksIn) {
     EXPECT_EQ(place("SUB\\a.txt"), "elsewhere/Work/Sub/a.txt");
     EXPECT_EQ(place("..\\mesh.Mes"), "elsewhere/mesh.Mes");
     EXPECT_EQ(place("C:\\unit.dat"), "drive/unit.dat");
-    EXPECT_EQ(place("\\unit.dat"), fs::path("/unit.dat").lexically_relative(directory.path()).generic_string());
+    EXPECT_EQ(place("\\unit.dat"),
+              fs::path("/unit.dat").lexically_relative(directory.path()).generic_string());
 }
 
 TEST_F(FileNames, TrailingBlanksDoNotCount) {

@@ -8,8 +8,8 @@
 
 #include "group/conforming_cut.h"
 #include "group/cut_table.h"
-#include "group/engine_mesh.h"
 #include "group/engine.h"
+#include "group/engine_mesh.h"
 #include "group/row_index.h"
 #include "unit/support.h"
 
@@ -84,7 +84,10 @@ protected:
         PLACEEND(state.mesh, state.engine, Q0, P, true, false);
     }
 
-    static FourNodes corners(std::int32_t e) { return {state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3, state.mesh.words[e].I4}; }
+    static FourNodes corners(std::int32_t e) {
+        return {state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3,
+                state.mesh.words[e].I4};
+    }
     static FourNodes corner_marks(std::size_t row) {
         const CutRow& r = state.engine.rows.at(row);
         return {r.V[0], r.V[1], r.V[2], r.V[3]};

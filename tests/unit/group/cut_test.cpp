@@ -237,7 +237,8 @@ TEST_F(GroupCut, MoveOnlyAddsNoNodeBesideAFrozenOne) {
         state.engine.rows[0].S[0] = 9;
         SIDESCAN(state.mesh, state.tolerances, state.engine, {8, -1}, {8, 5}, {-2, false});
         EXPECT_EQ(state.engine.highest_node, 4);
-        EXPECT_EQ(state.engine.rows[0].S[0], kind == DISPLACEMENT ? 9 : 0) << "second node frozen, edition " << kind;
+        EXPECT_EQ(state.engine.rows[0].S[0], kind == DISPLACEMENT ? 9 : 0)
+            << "second node frozen, edition " << kind;
         clear();
         rectangle(10, 10, {1});
         COLLECT(state.mesh, state.engine, {2, -1}, {2, 5});

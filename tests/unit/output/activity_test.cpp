@@ -23,7 +23,7 @@ protected:
         words(MAT, MATj, LTi, LMi, LTo, LMo);
         for (std::size_t role = 0; role < 6; ++role)
             state.group_cards.outputs[G].pair[role] = {static_cast<std::int32_t>(role) + 1,
-                                       static_cast<std::int32_t>(role) + 101};
+                                                       static_cast<std::int32_t>(role) + 101};
     }
     static void words(float mat, float matj, float lti, float lmi, float lto, float lmo) {
         state.group_cards.materials[G].MAT = mat;
