@@ -16,10 +16,10 @@
 #include <vector>
 
 #include "bench_project.h"
+#include "channel/channel_numbers.h"
 #include "channel/free_field.h"
 #include "group/tables.h"
 #include "output/group_out.h"
-#include "run/channel_numbers.h"
 
 namespace {
 
@@ -87,7 +87,8 @@ public:
         state.listing.highest_material = 4;
     }
     void run() const {
-        GROUPOUT(state.channels, state.trace, state.settings, state.group_cards, state.listing, state.units, "..\\out.Mes", {NODES, ELEMENTS, 0, 0});
+        GROUPOUT(state.channels, state.trace, state.settings, state.group_cards, state.listing, state.units,
+                 "..\\out.Mes", {NODES, ELEMENTS, 0, 0});
         state.channels.close_all();
     }
 

@@ -766,7 +766,40 @@ TEST(StartUp, DriveIsFoundInTheUsersDataDirectoryWithoutTheVariable) {
     options.environment = {{"HOME", project.file("home").string()}};
     options.without.push_back("XDG_DATA_HOME");
     expect_finished(project.run("", options));
-    EXPECT_TRUE(project.exists("home/.local/share/brelan2d/C/Vork/Qx/Qxdata/BRELAN2D.DAT"));
+    const char* const written = "home/.local/share/brelan2d/C/Vork/Qx/Qxdata/BRELAN2D.DAT";
+    EXPECT_TRUE(project.exists(written));
+
+    // An empty variable counts as none.
+    std::filesystem::remove(project.file(written));
+    options.without.clear();
+    options.environment = {
+        {"BRELAN_DRIVE_C", ""}, {"XDG_DATA_HOME", ""}, {"HOME", project.file("home").string()}};
+    expect_finished(project.run("", options));
+    EXPECT_TRUE(project.exists(written));
+}
+
+TEST(StartUp, VariableOfTheDriveGoesBeforeTheUsersDirectories) {
+    const Project project;
+    fill(project);
+    RunOptions options;
+    options.environment = {{"XDG_DATA_HOME", project.file("share").string()},
+                           {"HOME", project.file("home").string()}};
+    for (const char* other : {"share/brelan2d/C", "home/.local/share/brelan2d/C"}) {
+        std::filesystem::create_directories(project.file(other));
+        std::filesystem::copy(project.drive(), project.file(other), std::filesystem::copy_options::recursive);
+    }
+    expect_finished(project.run("", options));
+    EXPECT_TRUE(project.exists_data("BRELAN2D.DAT"));
+    for (const char* other : {"share/brelan2d/C", "home/.local/share/brelan2d/C"})
+        EXPECT_FALSE(project.exists(std::string(other) + "/Vork/Qx/Qxdata/BRELAN2D.DAT")) << other;
+}
+
+TEST(StartUp, DriveWithoutAPlaceIsAMessage) {
+    const Project project;
+    fill(project);
+    RunOptions options;
+    options.without = {"BRELAN_DRIVE_C", "XDG_DATA_HOME", "HOME"};
+    expect_failed(project.run("", options), {"BRELAN_DRIVE_C"});
 }
 
 // ---------------------------------------------------------------------------------------------------------

@@ -69,7 +69,8 @@ protected:
         raw.last_element = static_cast<std::int32_t>(places.size() / 4);
         directory().write("work/Coord.dat", coord_text);
         directory().write("work/Index.dat", index_text);
-        BASEOUT(state.settings.kind(), state.block_cards, state.field, state.channels.open(31, "Coord.dat", OpenStatus::old),
+        BASEOUT(state.settings.kind(), state.block_cards, state.field,
+                state.channels.open(31, "Coord.dat", OpenStatus::old),
                 state.channels.open(32, "Index.dat", OpenStatus::old),
                 state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result), raw);
         state.channels.close_all();

@@ -145,7 +145,8 @@ TEST(CombinationProperty, MatchesAreThoseOfTheScanOfAllPairs) {
             }
         };
         fill(state.mesh.node_in_use, state.side.x, state.side.y, state.combination.first, round % 8 == 7);
-        fill(state.side.second_node_in_use, state.mesh.x, state.mesh.y, state.combination.second, round % 8 == 6);
+        fill(state.side.second_node_in_use, state.mesh.x, state.mesh.y, state.combination.second,
+             round % 8 == 6);
         // The first region a little off.
         const float off = std::array{0.0F, 0.25F, 0.125F, 0.5F}[static_cast<std::size_t>(round) % 4];
         for (std::int32_t n = 1; n <= 1500; ++n)
@@ -156,15 +157,18 @@ TEST(CombinationProperty, MatchesAreThoseOfTheScanOfAllPairs) {
         for (std::int32_t a = 1; a <= 1500; ++a) {
             for (std::int32_t b = a + 1; b <= 1500; ++b) {
                 if (state.mesh.node_in_use[a] == 1 && state.mesh.node_in_use[b] == 1)
-                    DMIN = std::min(DMIN, DIST2D(state.side.x[a], state.side.y[a], state.side.x[b], state.side.y[b]));
+                    DMIN = std::min(
+                        DMIN, DIST2D(state.side.x[a], state.side.y[a], state.side.x[b], state.side.y[b]));
                 if (state.side.second_node_in_use[a] == 1 && state.side.second_node_in_use[b] == 1)
-                    DMIN = std::min(DMIN, DIST2D(state.mesh.x[a], state.mesh.y[a], state.mesh.x[b], state.mesh.y[b]));
+                    DMIN = std::min(
+                        DMIN, DIST2D(state.mesh.x[a], state.mesh.y[a], state.mesh.x[b], state.mesh.y[b]));
             }
         }
         for (std::int32_t a = 1; a <= 1500; ++a) {
             expected[a] = a;
             for (std::int32_t b = 1; b <= 1500; ++b)
-                if (state.mesh.node_in_use[a] == 1 && state.side.second_node_in_use[b] == 1 && DIST2D(state.side.x[a], state.side.y[a], state.mesh.x[b], state.mesh.y[b]) <= 0.5F * DMIN)
+                if (state.mesh.node_in_use[a] == 1 && state.side.second_node_in_use[b] == 1 &&
+                    DIST2D(state.side.x[a], state.side.y[a], state.mesh.x[b], state.mesh.y[b]) <= 0.5F * DMIN)
                     expected[a] = -b;
         }
         EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), DMIN) << "round " << round;

@@ -5,17 +5,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <map>
+#include <memory>
 
-#include "channel/channels.h"
 #include "channel/run_end.h"
-#include "group/indexes.h"
 #include "harness/mesh.h"
 #include "property/group_drawing.h"
 #include "run/driver.h"
+#include "run/run.h"
 
 namespace brelan::test {
 namespace {
@@ -118,17 +116,18 @@ int run_in_child(const Project& project, bool with_indexes) {
     }
     int status = STATUS_FINISHED;
     std::ofstream said(project.file("said"));
+    KeptConsole console;
+    const auto run = std::make_unique<Run>(Directories{project.work_file(""), project.drive()}, console);
     try {
-        std::filesystem::current_path(project.work_file(""));
-        ::setenv("BRELAN_DRIVE_C", project.drive().c_str(), 1);
-        use_indexes(state.engine, with_indexes);
-        RUN(state);
-        state.channels.flush_all();
+        run->engine.uses_indexes = with_indexes;
+        RUN(*run);
+        run->channels.flush_all();
     } catch (const RunEnd& end) {
         said << end.text << "\n";
         status = end.status;
     }
-    state.channels.close_all();
+    run->channels.close_all();
+    said << console.text();
     said.close();
     ::_exit(status);
 }

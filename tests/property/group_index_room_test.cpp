@@ -90,7 +90,7 @@ protected:
     }
 
     static std::vector<std::int32_t> collected(const Side& segment, bool with_index) {
-        use_indexes(state.engine, with_index);
+        state.engine.uses_indexes = with_index;
         COLLECT(state.mesh, state.engine, segment.a, segment.b);
         std::vector<std::int32_t> elements;
         for (const CutRow& row : state.engine.rows) {

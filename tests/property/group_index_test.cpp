@@ -15,8 +15,8 @@
 
 #include "group/conforming_cut.h"
 #include "group/cut_table.h"
+#include "group/engine.h"
 #include "group/engine_mesh.h"
-#include "group/indexes.h"
 #include "group/row_index.h"
 #include "unit/support.h"
 
@@ -116,7 +116,7 @@ void store(const MeshNow& mesh) {
     for (std::int32_t e = 1; e <= elements_used; ++e) {
         state.mesh.words[e] = {};
         state.mesh.type[e] = EL_DELETED;
-        state.selection.elements[e] = e;
+        state.engine.workable[e] = e;
     }
     state.engine.highest_node = static_cast<std::int32_t>(mesh.nodes.size());
     state.engine.highest_element = static_cast<std::int32_t>(mesh.elements.size());
@@ -132,7 +132,7 @@ void store(const MeshNow& mesh) {
         const Four& n = mesh.elements[i];
         state.mesh.words[e] = {n[0], n[1], n[2], n[3], 0, 0, 0, 0, 1};
         state.mesh.type[e] = mesh.types[i];
-        state.selection.elements[e] = mesh.lists[i];
+        state.engine.workable[e] = mesh.lists[i];
     }
     clear_rows(state.engine);
     state.tolerances.move = state.tolerances.line = 0.02F;
@@ -144,9 +144,10 @@ MeshNow present() {
     for (std::int32_t n = 1; n <= state.engine.highest_node; ++n)
         mesh.nodes.push_back({state.mesh.x[n], state.mesh.y[n]});
     for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
-        mesh.elements.push_back({state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3, state.mesh.words[e].I4});
+        mesh.elements.push_back(
+            {state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3, state.mesh.words[e].I4});
         mesh.types.push_back(state.mesh.type[e]);
-        mesh.lists.push_back(state.selection.elements[e]);
+        mesh.lists.push_back(state.engine.workable[e]);
     }
     return mesh;
 }
@@ -202,7 +203,7 @@ void cut_deferred(const std::vector<Pair>& pairs) {
 }
 
 MeshNow after(const MeshNow& mesh, const std::vector<Pair>& pairs, bool with_index, bool deferred = false) {
-    use_indexes(state.engine, with_index);
+    state.engine.uses_indexes = with_index;
     store(mesh);
     std::string failure;
     try {
@@ -213,7 +214,7 @@ MeshNow after(const MeshNow& mesh, const std::vector<Pair>& pairs, bool with_ind
     } catch (const RunEnd& end) {
         failure = end.text;
     }
-    use_indexes(state.engine, true);
+    state.engine.uses_indexes = true;
     MeshNow result = present();
     result.failure = failure;
     return result;

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "group/engine.h"
 #include "group/engine_mesh.h"
-#include "group/indexes.h"
 #include "group/node_index.h"
 #include "group/path.h"
 #include "property/group_drawing.h"
@@ -17,7 +17,7 @@ namespace {
 class GroupNodeIndex : public ::testing::Test {
 protected:
     void TearDown() override {
-        use_indexes(state.engine, true);
+        state.engine.uses_indexes = true;
         state.engine.highest_node = 0;
         build_indexes(state.mesh, state.engine);
     }
@@ -42,11 +42,12 @@ protected:
     }
 
     static void expect_same(const Point& p, float reach) {
-        use_indexes(state.engine, false);
+        state.engine.uses_indexes = false;
         const std::int32_t scanned = lowest_node_within(state.mesh, state.engine, p, reach);
-        use_indexes(state.engine, true);
+        state.engine.uses_indexes = true;
         EXPECT_EQ(lowest_node_within(state.mesh, state.engine, p, reach), scanned)
-            << "at " << p.x << ", " << p.y << " within " << reach << " of " << state.engine.highest_node << " nodes";
+            << "at " << p.x << ", " << p.y << " within " << reach << " of " << state.engine.highest_node
+            << " nodes";
         found += scanned != 0 ? 1 : 0;
         missed += scanned == 0 ? 1 : 0;
     }
@@ -81,7 +82,8 @@ TEST_F(GroupNodeIndex, FindsWhatAScanFindsWhileNodesMoveAndCome) {
             }
             expect_same(p, reach);
             if (drawing.one_in(3))
-                move_node(state.mesh, state.engine, n, {drawing.between(-size, size), drawing.between(-2.0F * size, size)});
+                move_node(state.mesh, state.engine, n,
+                          {drawing.between(-size, size), drawing.between(-2.0F * size, size)});
             if (drawing.one_in(5))
                 add_node(state.mesh, state.engine, p);
         }
@@ -118,7 +120,7 @@ TEST_F(GroupNodeIndex, FreeLineTakesTheLowestUnusedNumberAtTheOrigin) {
         state.mesh.x[9] = state.mesh.y[9] = 3.0F;
         state.mesh.x[1] = 5.0F;
         build_indexes(state.mesh, state.engine);
-        use_indexes(state.engine, on);
+        state.engine.uses_indexes = on;
         state.tolerances.same = 0.0078125F;
         Path path;
         path.point = {{0.0F, 0.005F}, {2.005F, 0.0F}, {2.5F, 0.0F}, {2.505F, 0.0F}, {3.0078125F, 3.0F}};

@@ -6,7 +6,6 @@
 #include <cmath>
 #include <limits>
 
-#include "group/indexes.h"
 #include "property/group_drawing.h"
 #include "unit/support.h"
 
@@ -46,7 +45,7 @@ TEST(PolygonScan, GivesWhatScanpolyGives) {
             Point& p = points[static_cast<std::size_t>(drawing.below(static_cast<int>(points.size())))];
             (drawing.one_in(2) ? p.x : p.y) = drawing.one_of(odd);
         }
-        const PolygonScan scan(points);
+        const PolygonScan scan(true, points);
         for (int i = 0; i < 120; ++i) {
             const auto corner = [&] {
                 return points[static_cast<std::size_t>(drawing.below(static_cast<int>(points.size())))];
@@ -71,9 +70,9 @@ TEST(PolygonScan, GivesWhatScanpolyGives) {
 
 TEST(PolygonScan, EmptyPolygonHoldsEverythingAndALongOneStops) {
     const std::vector<Point> none, many(2002);
-    EXPECT_TRUE(PolygonScan(none).inside({5.0F, 5.0F}));
-    EXPECT_FALSE(PolygonScan(none).has_box());
-    const PolygonScan scan(many);
+    EXPECT_TRUE(PolygonScan(true, none).inside({5.0F, 5.0F}));
+    EXPECT_FALSE(PolygonScan(true, none).has_box());
+    const PolygonScan scan(true, many);
     testing::internal::CaptureStdout();
     EXPECT_EQ(stop_of([&] { scan.inside({}); }), "222");
     testing::internal::GetCapturedStdout();
@@ -81,9 +80,7 @@ TEST(PolygonScan, EmptyPolygonHoldsEverythingAndALongOneStops) {
 
 TEST(PolygonScan, WithoutIndexesEveryEdgeIsLookedAt) {
     const std::vector<Point> square{{0, 0}, {2, 0}, {2, 2}, {0, 2}};
-    use_indexes(state.engine, false);
-    const PolygonScan scan(square);
-    use_indexes(state.engine, true);
+    const PolygonScan scan(false, square);
     EXPECT_FALSE(scan.has_box());
     EXPECT_TRUE(scan.inside({1.0F, 1.0F}));
     EXPECT_FALSE(scan.inside({3.0F, 1.0F}));

@@ -30,7 +30,8 @@ void store_mesh(const DrawnMesh& mesh) {
         ++state.engine.highest_node;
         state.mesh.x[state.engine.highest_node] = p.x;
         state.mesh.y[state.engine.highest_node] = p.y;
-        state.mesh.codes[state.engine.highest_node][0] = mesh.coded[static_cast<std::size_t>(state.engine.highest_node - 1)] ? 1 : 0;
+        state.mesh.codes[state.engine.highest_node][0] =
+            mesh.coded[static_cast<std::size_t>(state.engine.highest_node - 1)] ? 1 : 0;
     }
     state.mesh.words.fill({});
     for (const auto& n : mesh.elements) {
@@ -46,16 +47,18 @@ void store_mesh(const DrawnMesh& mesh) {
 void store_group(std::int32_t g, const DrawnGroup& drawn) {
     const auto segments = static_cast<std::int32_t>(drawn.segments.size());
     state.group_cards.rows[g] = {drawn.MTYPE, drawn.is_open() ? segments + 1 : segments, segments, drawn.MOVE,
-                   drawn.OVERLAY};
+                                 drawn.OVERLAY};
     const auto real = [](int value) { return static_cast<float>(value); };
-    state.group_cards.materials[g] = {real(drawn.MAT), real(drawn.KF),  real(drawn.MATj), real(drawn.KFj), drawn.THICj,
-                   real(drawn.LTi), real(drawn.LMi), real(drawn.LTo),  real(drawn.LMo), real(drawn.MATold)};
+    state.group_cards.materials[g] = {real(drawn.MAT), real(drawn.KF),    real(drawn.MATj), real(drawn.KFj),
+                                      drawn.THICj,     real(drawn.LTi),   real(drawn.LMi),  real(drawn.LTo),
+                                      real(drawn.LMo), real(drawn.MATold)};
     std::int32_t k = 0;
     for (const Point& p : drawn.points)
         state.group_cards.outlines[g][++k] = p;
     k = 0;
     for (const DrawnSegment& s : drawn.segments) {
-        state.group_cards.segments[g][++k] = {s.LTYPE, s.NDIV, s.IEND, s.Xo, s.Yo, s.Rx, s.Ry, s.Qb * DEGREE, s.Qe * DEGREE};
+        state.group_cards.segments[g][++k] = {s.LTYPE, s.NDIV, s.IEND,        s.Xo,         s.Yo,
+                                              s.Rx,    s.Ry,   s.Qb * DEGREE, s.Qe * DEGREE};
         if (s.LTYPE != 2)
             continue;
         state.group_cards.outlines[g][k] = ELLIPT(s.Qb * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
@@ -117,7 +120,8 @@ ClosedMesh close_mesh(const std::vector<DrawnGroup>& groups) {
     close_single_joints(mesh, groups);
     for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
         const Corners c = corners_of(state.mesh, e);
-        const bool stands = state.mesh.type[e] == EL_CONTINUUM || (state.mesh.type[e] == EL_DELETED && c.n[0] > 0);
+        const bool stands =
+            state.mesh.type[e] == EL_CONTINUUM || (state.mesh.type[e] == EL_DELETED && c.n[0] > 0);
         if (!stands || is_joint(state.mesh, e) || state.mesh.words[e].MATNO == DUPLICATE)
             continue;
         mesh.elements.emplace_back();
@@ -271,10 +275,12 @@ std::string run_engine(const DrawnMesh& mesh, const std::vector<DrawnGroup>& gro
     state.group_cards.count = 0;
     for (const DrawnGroup& group : groups)
         store_group(++state.group_cards.count, group);
-    LOADENGINE(state.mesh, state.group_cards, state.engine, state.engine.highest_node, state.engine.highest_element);
+    LOADENGINE(state.mesh, state.group_cards, state.engine, state.engine.highest_node,
+               state.engine.highest_element);
     SETTOLERANCES(state.mesh, state.tolerances, state.engine);
     try {
-        GROUPDRV(state.channels, state.mesh, state.group_cards, state.tolerances, state.engine, state.listing);
+        GROUPDRV(state.channels, state.mesh, state.group_cards, state.tolerances, state.engine,
+                 state.listing);
     } catch (const RunEnd& end) {
         state.channels.close_all();
         clear_rows(state.engine);

@@ -34,21 +34,21 @@ Place place_of(Point node, Point start, Point end) {
     return {aside <= 0.001F && along >= -0.001F && along <= length + 0.001F, along};
 }
 
-Numbers plain_scan(const Numbers& points) {
+Numbers plain_scan(const NodePlaces& places, const Numbers& points) {
     Numbers result;
     std::set<std::int32_t> claimed;
     for (std::size_t i = 1; i < points.size(); ++i) {
-        const Point start{state.side.x[points[i - 1]], state.side.y[points[i - 1]]};
-        const Point end{state.side.x[points[i]], state.side.y[points[i]]};
+        const Point start{places.x[points[i - 1]], places.y[points[i - 1]]};
+        const Point end{places.x[points[i]], places.y[points[i]]};
         const float dx = end.x - start.x;
         const float dy = end.y - start.y;
         if (dx * dx + dy * dy < 1.0E-6F)
             continue;
         std::vector<std::pair<float, std::int32_t>> found;
         for (std::int32_t n = 1; n <= MAXNP; ++n) {
-            if (state.mesh.node_in_use[n] == 0 || claimed.contains(n))
+            if (places.given[n] == 0 || claimed.contains(n))
                 continue;
-            const Place place = place_of({state.side.x[n], state.side.y[n]}, start, end);
+            const Place place = place_of({places.x[n], places.y[n]}, start, end);
             if (!place.on_segment)
                 continue;
             found.emplace_back(place.position, n);
@@ -69,8 +69,13 @@ Numbers plain_scan(const Numbers& points) {
 
 class PolylineProperty : public ::testing::Test {
 protected:
-    void SetUp() override { RESETMESH(state.mesh, state.side, state.selection); }
-    void TearDown() override { RESETMESH(state.mesh, state.side, state.selection); }
+    NodePlaces places;
+    Selection selection;
+
+    void clear() {
+        places = {};
+        selection = {};
+    }
 
     std::mt19937 random{987654321};
 
@@ -83,11 +88,11 @@ protected:
         Numbers numbers;
         while (static_cast<int>(numbers.size()) < count) {
             const std::int32_t n = 1 + below(MAXNP);
-            if (state.mesh.node_in_use[n] == 1)
+            if (places.given[n] == 1)
                 continue;
-            state.mesh.node_in_use[n] = 1;
-            state.side.x[n] = static_cast<float>(below(grid)) + beside[below(9)];
-            state.side.y[n] = static_cast<float>(below(grid)) + beside[below(9)];
+            places.given[n] = 1;
+            places.x[n] = static_cast<float>(below(grid)) + beside[below(9)];
+            places.y[n] = static_cast<float>(below(grid)) + beside[below(9)];
             numbers.push_back(n);
         }
         return numbers;
@@ -96,40 +101,42 @@ protected:
 
 TEST_F(PolylineProperty, SelectionIsThatOfThePlainScan) {
     for (int round = 0; round < 60; ++round) {
-        RESETMESH(state.mesh, state.side, state.selection);
+        clear();
         const Numbers nodes = scattered_nodes(200, 4 + below(6));
         Numbers points;
         for (int k = 1 + below(6); k > 0; --k)
             points.push_back(nodes[static_cast<std::size_t>(below(static_cast<int>(nodes.size())))]);
-        const Numbers expected = plain_scan(points);
-        ASSERT_EQ(SELECTPOLYLINE(state.mesh, state.side, state.selection, points), expected) << "round " << round;
+        const Numbers expected = plain_scan(places, points);
+        ASSERT_EQ(SELECTPOLYLINE(places, selection, points), expected) << "round " << round;
         const std::set<std::int32_t> selected(expected.begin(), expected.end());
         for (const std::int32_t n : nodes)
-            ASSERT_EQ(state.selection.nodes[n], selected.contains(n) ? n : 0) << "round " << round << ", node " << n;
+            ASSERT_EQ(selection.nodes[n], selected.contains(n) ? n : 0)
+                << "round " << round << ", node " << n;
     }
 }
 
 TEST_F(PolylineProperty, NoNodeIsSelectedTwice) {
     for (int round = 0; round < 20; ++round) {
-        RESETMESH(state.mesh, state.side, state.selection);
+        clear();
         const Numbers nodes = scattered_nodes(100, 3);
         const Numbers points(nodes.begin(), nodes.begin() + 10);
-        const Numbers selected = SELECTPOLYLINE(state.mesh, state.side, state.selection, points);
+        const Numbers selected = SELECTPOLYLINE(places, selection, points);
         EXPECT_EQ(std::set<std::int32_t>(selected.begin(), selected.end()).size(), selected.size());
     }
 }
 
 TEST_F(PolylineProperty, PointsOfLongSegmentsAreOnTheirLine) {
     for (int round = 0; round < 20; ++round) {
-        RESETMESH(state.mesh, state.side, state.selection);
+        clear();
         const Numbers nodes = scattered_nodes(50, 30);
         const Numbers points(nodes.begin(), nodes.begin() + 5);
-        SELECTPOLYLINE(state.mesh, state.side, state.selection, points);
+        SELECTPOLYLINE(places, selection, points);
         for (std::size_t i = 0; i + 1 < points.size(); ++i) {
-            if (DIST2D(state.side.x[points[i]], state.side.y[points[i]], state.side.x[points[i + 1]], state.side.y[points[i + 1]]) < 0.5F)
+            if (DIST2D(places.x[points[i]], places.y[points[i]], places.x[points[i + 1]],
+                       places.y[points[i + 1]]) < 0.5F)
                 continue;
-            EXPECT_EQ(state.selection.nodes[points[i]], points[i]);
-            EXPECT_EQ(state.selection.nodes[points[i + 1]], points[i + 1]);
+            EXPECT_EQ(selection.nodes[points[i]], points[i]);
+            EXPECT_EQ(selection.nodes[points[i + 1]], points[i + 1]);
         }
     }
 }

@@ -22,7 +22,8 @@ namespace brelan::test {
 inline KeptConsole shown;
 inline Run state{Directories{}, shown};
 
-// A fresh directory that is the working directory as long as it lives. Channels are closed with it.
+// A fresh directory that is the working directory as long as it lives, with drive C: in it. Channels are
+// closed with it.
 class WorkDirectory {
 public:
     WorkDirectory() : before_(std::filesystem::current_path()) {
@@ -32,6 +33,7 @@ public:
         path_ = std::filesystem::canonical(pattern);
         std::filesystem::permissions(path_, std::filesystem::perms{0755});
         std::filesystem::current_path(path_);
+        state.channels = Channels(Directories{{}, path_ / "C"});
     }
     WorkDirectory(const WorkDirectory&) = delete;
     WorkDirectory& operator=(const WorkDirectory&) = delete;

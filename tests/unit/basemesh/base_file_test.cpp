@@ -19,7 +19,7 @@ protected:
                     std::int32_t first_node = 1) {
         const std::size_t codes = state.settings.kind() == LayoutKind::coupled        ? 4
                                   : state.settings.kind() == LayoutKind::displacement ? 3
-                                                                       : 2;
+                                                                                      : 2;
         std::string coord_text, index_text;
         for (std::int32_t n = 1; n < first_node; ++n)
             coord_text += "this line is not read\n";
@@ -39,7 +39,8 @@ protected:
         raw.last_element = static_cast<std::int32_t>(elements.size());
         directory().write("work/Coord.dat", coord_text);
         directory().write("work/Index.dat", index_text);
-        const BaseCounts counts = BASEOUT(state.settings.kind(), state.block_cards, state.field, state.channels.open(31, "Coord.dat", OpenStatus::old),
+        const BaseCounts counts = BASEOUT(state.settings.kind(), state.block_cards, state.field,
+                                          state.channels.open(31, "Coord.dat", OpenStatus::old),
                                           state.channels.open(32, "Index.dat", OpenStatus::old),
                                           state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result), raw);
         for (const int channel_number : {31, 32, 33})
@@ -112,7 +113,8 @@ class BaseFileBounds : public BaseFile {
 protected:
     BaseFileBounds() {
         state.field = {0.0F, 8.0F, 0.0F, 4.0F};
-        state.block_cards.IB_LEFT = state.block_cards.IB_RIGHT = state.block_cards.IB_TOP = state.block_cards.IB_BOTTOM = 1;
+        state.block_cards.IB_LEFT = state.block_cards.IB_RIGHT = state.block_cards.IB_TOP =
+            state.block_cards.IB_BOTTOM = 1;
     }
 };
 

@@ -206,7 +206,9 @@ TEST_F(BlockShapes, AMeshAboveTheWorkSpaceStopsAndTheEarlierBaseMeshStays) {
     for (HandBlock& block : file.blocks)
         block.ndx = block.ndy = 1500;
     write_blocks(file);
-    EXPECT_EQ(stop_of([] { BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field); }), "100");
+    EXPECT_EQ(
+        stop_of([] { BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field); }),
+        "100");
     state.channels.close_all();
     // 1 + 50 + 4 + 176 + 7 * 3001^2 + 3 * 3000^2 + 8 * 1501 + 2 * 1501^2
     EXPECT_EQ(coord(), " PROGRAM DIMENSION =    60000000\nREQUIRED DIMENSION =    94560248\n");
@@ -219,7 +221,9 @@ TEST_F(BlockShapes, TheRequiredSizeCountsDoubledDivisions) {
     file.blocks = {{RECTANGLE_KEYS, 1, 1200, 1100}};
     file.double_x = file.double_y = 1;
     write_blocks(file);
-    EXPECT_EQ(stop_of([] { BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field); }), "100");
+    EXPECT_EQ(
+        stop_of([] { BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field); }),
+        "100");
     state.channels.close_all();
     // 2400 by 2200: 1 + 18 + 2 + 44 + 7 * 2401 * 2201 + 3 * 2400 * 2200 + 8 * 2401 + 2 * 2401 * 2201
     EXPECT_EQ(coord(), " PROGRAM DIMENSION =    60000000\nREQUIRED DIMENSION =    63420682\n");
@@ -232,7 +236,11 @@ TEST_F(BlockShapes, AFileThatIsCutOffIsNamed) {
     std::size_t lines = 0;
     for (std::size_t end = 0; end < text.size(); end = text.find('\n', end) + 1, ++lines) {
         directory().write("work/Bmesh.Tmp", text.substr(0, end));
-        EXPECT_EQ(failure_of([] { BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field); }).rfind("Bmesh.Tmp, line ", 0), 0U) << lines << " lines";
+        EXPECT_EQ(failure_of([] {
+                      BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field);
+                  }).rfind("Bmesh.Tmp, line ", 0),
+                  0U)
+            << lines << " lines";
         state.channels.close_all();
     }
     EXPECT_GT(lines, 50U);
@@ -248,7 +256,10 @@ TEST_F(BlockShapes, NumbersThatLeaveTheirTablesAreRefused) {
     files[5].NBY = 0;
     for (const HandFile& file : files) {
         write_blocks(file);
-        EXPECT_EQ(failure_of([] { BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field); }).rfind("Bmesh.Tmp, line ", 0), 0U);
+        EXPECT_EQ(failure_of([] {
+                      BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field);
+                  }).rfind("Bmesh.Tmp, line ", 0),
+                  0U);
         state.channels.close_all();
     }
 }

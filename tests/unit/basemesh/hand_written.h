@@ -31,7 +31,8 @@ struct HandFile {
     std::string title = "by hand";
 
     std::string text() const {
-        const bool scalar = state.settings.kind() == LayoutKind::temperature || state.settings.kind() == LayoutKind::head;
+        const bool scalar =
+            state.settings.kind() == LayoutKind::temperature || state.settings.kind() == LayoutKind::head;
         const char* usual = state.settings.kind() == LayoutKind::coupled ? "0 1" : scalar ? "0" : "1.0 2.3";
         std::ostringstream out;
         out.precision(9);
@@ -74,7 +75,8 @@ protected:
     BlockMeshTest() {
         std::filesystem::create_directory("work");
         std::filesystem::current_path("work");
-        state.block_cards.IB_LEFT = state.block_cards.IB_RIGHT = state.block_cards.IB_TOP = state.block_cards.IB_BOTTOM = 0;
+        state.block_cards.IB_LEFT = state.block_cards.IB_RIGHT = state.block_cards.IB_TOP =
+            state.block_cards.IB_BOTTOM = 0;
         state.block_cards.third = 0.0F;
         state.field = {-1000.0F, 1000.0F, -1000.0F, 1000.0F};  // out of reach
     }

@@ -1,9 +1,6 @@
 // Where the names of decks and of the package lie on this machine.
 #include "channel/file_names.h"
 
-#include <cstdlib>
-#include <optional>
-
 #include "unit/support.h"
 
 namespace brelan::test {
@@ -11,81 +8,32 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A variable of the environment for the length of a test.
-class Variable {
-public:
-    Variable(const char* name, const std::optional<std::string>& value) : name_(name) {
-        if (const char* before = std::getenv(name); before != nullptr)
-            before_ = before;
-        set(value);
-    }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-    ~Variable() { set(before_); }
-
-private:
-    void set(const std::optional<std::string>& value) const {
-        if (value)
-            ::setenv(name_, value->c_str(), 1);
-        else
-            ::unsetenv(name_);
-    }
-    const char* name_;
-    std::optional<std::string> before_;
-};
-
 class FileNames : public ::testing::Test {
 protected:
     WorkDirectory directory;
+    Directories places{{}, directory.path() / "drive"};
 
     // Where a name lies, seen from the test's directory.
     std::string place(std::string_view name) const {
-        const fs::path whole = fs::absolute(RESOLVE(name)).lexically_normal();
+        const fs::path whole = fs::absolute(RESOLVE(places, name)).lexically_normal();
         return whole.lexically_relative(directory.path()).generic_string();
     }
 };
 
 // --- drive C: ----------------------------------------------------------------------------------------------
 
-TEST_F(FileNames, DriveIsTheDirectoryOfItsVariable) {
-    const Variable drive("BRELAN_DRIVE_C", (directory.path() / "drive").string());
-    const Variable data("XDG_DATA_HOME", (directory.path() / "data").string());
-    const Variable home("HOME", (directory.path() / "home").string());
+TEST_F(FileNames, DriveIsTheDirectoryThatStandsForIt) {
     EXPECT_EQ(place("C:\\VORK\\QX\\UNIT.DAT"), "drive/VORK/QX/UNIT.DAT");
     EXPECT_EQ(place("c:\\unit.dat"), "drive/unit.dat");
 }
 
-TEST_F(FileNames, DriveLiesInTheUsersDataWithoutTheVariable) {
-    const Variable drive("BRELAN_DRIVE_C", std::nullopt);
-    const Variable data("XDG_DATA_HOME", (directory.path() / "data").string());
-    const Variable home("HOME", (directory.path() / "home").string());
-    EXPECT_EQ(place("C:\\unit.dat"), "data/brelan2d/C/unit.dat");
-}
-
-TEST_F(FileNames, DriveLiesInTheHomeDirectoryWithoutBoth) {
-    const Variable drive("BRELAN_DRIVE_C", std::nullopt);
-    const Variable data("XDG_DATA_HOME", std::nullopt);
-    const Variable home("HOME", (directory.path() / "home").string());
-    EXPECT_EQ(place("C:\\unit.dat"), "home/.local/share/brelan2d/C/unit.dat");
-}
-
-TEST_F(FileNames, EmptyVariableCountsAsNone) {
-    const Variable drive("BRELAN_DRIVE_C", "");
-    const Variable data("XDG_DATA_HOME", "");
-    const Variable home("HOME", (directory.path() / "home").string());
-    EXPECT_EQ(place("C:\\unit.dat"), "home/.local/share/brelan2d/C/unit.dat");
-}
-
 TEST_F(FileNames, DriveWithoutAPlaceIsAMessage) {
-    const Variable drive("BRELAN_DRIVE_C", std::nullopt);
-    const Variable data("XDG_DATA_HOME", std::nullopt);
-    const Variable home("HOME", std::nullopt);
-    const std::string message = failure_of([] { RESOLVE("C:\\unit.dat"); });
+    const std::string message = failure_of([] { RESOLVE(Directories{}, "C:\\unit.dat"); });
     EXPECT_NE(message.find("BRELAN_DRIVE_C"), std::string::npos) << message;
 }
 
 TEST_F(FileNames, OtherDriveIsAMessage) {
-    const std::string message = failure_of([] { RESOLVE("D:\\unit.dat"); });
+    const std::string message = failure_of([this] { RESOLVE(places, "D:\\unit.dat"); });
     EXPECT_EQ(message.find("file name D:\\unit.dat: "), 0U) << message;
 }
 
@@ -104,6 +52,17 @@ TEST_F(FileNames, ParentIsTwoPoints) {
     EXPECT_EQ(place("mesh.Mes"), "work/mesh.Mes");
 }
 
+TEST_F(FileNames, NamesStartInTheDirectoryThatTheRunWorksIn) {
+    directory.write("elsewhere/Work/Sub/x", "");
+    places.working = directory.path() / "elsewhere" / "Work";
+    EXPECT_EQ(place("mesh.Mes"), "elsewhere/Work/mesh.Mes");
+    EXPECT_EQ(place("SUB\\a.txt"), "elsewhere/Work/Sub/a.txt");
+    EXPECT_EQ(place("..\\mesh.Mes"), "elsewhere/mesh.Mes");
+    EXPECT_EQ(place("C:\\unit.dat"), "drive/unit.dat");
+    EXPECT_EQ(place("\\unit.dat"),
+              fs::path("/unit.dat").lexically_relative(directory.path()).generic_string());
+}
+
 TEST_F(FileNames, TrailingBlanksDoNotCount) {
     directory.write("a.txt", "");
     EXPECT_EQ(place("a.txt" + std::string(121, ' ')), "a.txt");
@@ -117,11 +76,11 @@ TEST_F(FileNames, BlanksInsideANameCount) {
 
 TEST_F(FileNames, BlankNameIsAMessage) {
     for (const char* name : {"", "   "})
-        EXPECT_EQ(failure_of([&] { RESOLVE(name); }), "expected a file name, found a blank one");
+        EXPECT_EQ(failure_of([&] { RESOLVE(places, name); }), "expected a file name, found a blank one");
 }
 
 TEST_F(FileNames, NameWithAZeroByteIsAMessage) {
-    EXPECT_EQ(failure_of([] { RESOLVE(std::string_view("a\0b", 3)); }),
+    EXPECT_EQ(failure_of([this] { RESOLVE(places, std::string_view("a\0b", 3)); }),
               "expected a file name, found one that holds a zero byte");
 }
 
@@ -135,7 +94,6 @@ TEST_F(FileNames, EntryThatDiffersOnlyInCaseMatches) {
 
 TEST_F(FileNames, DriveMatchesWithoutRegardToCaseToo) {
     directory.write("drive/Vork/a.txt", "");
-    const Variable drive("BRELAN_DRIVE_C", (directory.path() / "drive").string());
     EXPECT_EQ(place("C:\\VORK\\A.TXT"), "drive/Vork/a.txt");
 }
 
@@ -150,7 +108,7 @@ TEST_F(FileNames, ExactMatchGoesFirst) {
 TEST_F(FileNames, TwoMatchesAreAMessage) {
     directory.write("mesh.mes", "");
     directory.write("MESH.MES", "");
-    const std::string message = failure_of([] { RESOLVE("Mesh.Mes"); });
+    const std::string message = failure_of([this] { RESOLVE(places, "Mesh.Mes"); });
     EXPECT_EQ(message.find("file name Mesh.Mes: expected one match"), 0U) << message;
     EXPECT_NE(message.find("mesh.mes"), std::string::npos) << message;
     EXPECT_NE(message.find("MESH.MES"), std::string::npos) << message;
@@ -159,7 +117,7 @@ TEST_F(FileNames, TwoMatchesAreAMessage) {
 TEST_F(FileNames, TwoMatchingDirectoriesAreAMessage) {
     directory.write("sub/a.txt", "");
     directory.write("SUB/a.txt", "");
-    EXPECT_NE(failure_of([] { RESOLVE("Sub\\a.txt"); }), "");
+    EXPECT_NE(failure_of([this] { RESOLVE(places, "Sub\\a.txt"); }), "");
     EXPECT_EQ(place("SUB\\a.txt"), "SUB/a.txt");
 }
 

@@ -228,13 +228,13 @@ protected:
     std::array<std::string, 2> outcomes(const Row& row) const {
         directory_.write(FILE_NAME, unescaped(row.text));
         std::array<std::string, 2> found{"-", "-"};
-        Channel& channel = state.channels.open(CHANNEL, FILE_NAME, OpenStatus::old);
+        Channel& channel = test::state.channels.open(CHANNEL, FILE_NAME, OpenStatus::old);
         for (std::size_t i = 0; i < 2 && row.reads[i] != "-"; ++i) {
             found[i] = outcome(channel, row.reads[i]);
             if (found[i] == "ends the run")
                 break;
         }
-        state.channels.close(CHANNEL);
+        test::state.channels.close(CHANNEL);
         return found;
     }
 

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "dam/dam_deck.h"
 #include "dam/dam_sizes.h"
 #include "dam/dam_tables.h"
-#include "run/channel_numbers.h"
 #include "unit/support.h"
 
 namespace brelan::test {
@@ -56,8 +56,8 @@ protected:
     DamSizesTest() {
         state.dam = DamCards{};
         state.dam.HDAM = 20.0F, state.dam.HWATER = 15.0F;
-        state.dam.RUNL = 20.0F, state.dam.WLEFT = 21.0F, state.dam.crest = 8.0F, state.dam.WMID = 9.0F, state.dam.RUNR = 30.0F,
-        state.dam.WRIGHT = 33.0F;
+        state.dam.RUNL = 20.0F, state.dam.WLEFT = 21.0F, state.dam.crest = 8.0F, state.dam.WMID = 9.0F,
+        state.dam.RUNR = 30.0F, state.dam.WRIGHT = 33.0F;
     }
     static void expect_size(float size, double expected) {
         EXPECT_NEAR(static_cast<double>(size), expected, 1.0E-6 * std::abs(expected));

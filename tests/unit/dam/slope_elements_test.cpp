@@ -148,7 +148,8 @@ TEST_F(SlopeElements, TriangleBecomesTwo) {
 TEST_F(SlopeElements, SecondPartHasTheAttributesOfTheFirst) {
     state.settings.edition = 2;
     element(2, 1, 2, 51, 50);
-    state.mesh.skeleton[2] = 3, state.mesh.fluid[2] = 4, state.mesh.integration_r[2] = 5, state.mesh.integration_s[2] = 6, state.mesh.real_attribute[2] = 7.0F;
+    state.mesh.skeleton[2] = 3, state.mesh.fluid[2] = 4, state.mesh.integration_r[2] = 5,
+    state.mesh.integration_s[2] = 6, state.mesh.real_attribute[2] = 7.0F;
     split_element_2();
     SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split);
     EXPECT_EQ(state.mesh.skeleton[3], 3);
@@ -175,14 +176,16 @@ TEST_F(SlopeElements, NumberIsShiftedWithTheOthers) {
 TEST_F(SlopeElements, ElementThatIsNotThereIsRefused) {
     element(3, 1, 2, 51, 50);
     split_element_2();
-    const std::string message = failure_of([] { SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split); });
+    const std::string message =
+        failure_of([] { SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split); });
     EXPECT_NE(message.find("L_2.0.Mes: expected a continuum element 2"), std::string::npos) << message;
 }
 
 TEST_F(SlopeElements, ElementAwayFromTheSlopeIsRefused) {
     element(2, 1, 52, 2, 51);
     split_element_2();
-    const std::string message = failure_of([] { SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split); });
+    const std::string message =
+        failure_of([] { SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split); });
     EXPECT_NE(message.find("element 2 on the slope"), std::string::npos) << message;
 }
 
@@ -190,7 +193,8 @@ TEST_F(SlopeElements, NumberBeyondTheTablesIsRefused) {
     element(2, 1, 2, 51, 50);
     element(MAXEL, 51, 52, 53, 0);
     split_element_2();
-    const std::string message = failure_of([] { SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split); });
+    const std::string message =
+        failure_of([] { SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split); });
     EXPECT_NE(message.find("deck.dat, line 7: Card 3.2"), std::string::npos) << message;
 }
 

@@ -59,8 +59,10 @@ protected:
     }
     static void expect_at(std::int32_t i, double share) {
         const SlopeModel& m = slope_model(state.edit.MODEL);
-        EXPECT_NEAR(static_cast<double>(state.mesh.x[node(i)]), share * static_cast<double>(m.X), 1.0E-4) << i;
-        EXPECT_NEAR(static_cast<double>(state.mesh.y[node(i)]), share * static_cast<double>(m.Y), 1.0E-4) << i;
+        EXPECT_NEAR(static_cast<double>(state.mesh.x[node(i)]), share * static_cast<double>(m.X), 1.0E-4)
+            << i;
+        EXPECT_NEAR(static_cast<double>(state.mesh.y[node(i)]), share * static_cast<double>(m.Y), 1.0E-4)
+            << i;
     }
     // Evenly divided, as laid.
     static void expect_untouched() {
@@ -206,7 +208,8 @@ TEST_F(SlopeStage, NotesTheElementAtTheSlope) {
     for (const Row& row : rows) {
         lay(row.MODEL);
         level((static_cast<float>(row.division) + 0.5F) / static_cast<float>(divisions()));
-        EXPECT_EQ(state.slope_split.element, row.element) << "MODEL " << row.MODEL << ", division " << row.division;
+        EXPECT_EQ(state.slope_split.element, row.element)
+            << "MODEL " << row.MODEL << ", division " << row.division;
     }
 }
 
@@ -247,7 +250,8 @@ TEST_F(SlopeStage, RefusesATemplateThatHasNoPlaceForTheNode) {
 
 TEST_F(SlopeStage, NodesAreCarriedOntoTheTriangleOfTheCard) {
     lay(5);
-    state.edit.X1 = 60.0F, state.edit.Y1 = 20.0F, state.edit.X2 = 120.0F, state.edit.Y2 = 5.0F, state.edit.X3 = 60.0F, state.edit.Y3 = 5.0F;
+    state.edit.X1 = 60.0F, state.edit.Y1 = 20.0F, state.edit.X2 = 120.0F, state.edit.Y2 = 5.0F,
+    state.edit.X3 = 60.0F, state.edit.Y3 = 5.0F;
     state.mesh.x[2] = 39.0F, state.mesh.y[2] = 13.0F;     // crest
     state.mesh.x[3] = 0.0F, state.mesh.y[3] = 0.0F;       // toe
     state.mesh.x[4] = 39.0F, state.mesh.y[4] = 0.0F;      // foot
@@ -266,11 +270,12 @@ TEST_F(SlopeStage, NodesAreCarriedOntoTheTriangleOfTheCard) {
 
 TEST_F(SlopeStage, RefusesCornersThatLeadBeyondTheNumbers) {
     lay(3);
-    state.edit.X1 = 3.0E38F, state.edit.Y1 = 3.0E38F, state.edit.X2 = -3.0E38F, state.edit.Y2 = 0.0F, state.edit.X3 = 3.0E38F,
-    state.edit.Y3 = 0.0F;
+    state.edit.X1 = 3.0E38F, state.edit.Y1 = 3.0E38F, state.edit.X2 = -3.0E38F, state.edit.Y2 = 0.0F,
+    state.edit.X3 = 3.0E38F, state.edit.Y3 = 0.0F;
     state.edit.triangle_place = "deck.dat, line 9";
     state.mesh.x[7] = 260.0F;
-    const std::string message = failure_of([] { MAPNODES(state.trace, state.edit, state.source, state.mesh); });
+    const std::string message =
+        failure_of([] { MAPNODES(state.trace, state.edit, state.source, state.mesh); });
     EXPECT_NE(message.find("deck.dat, line 9: Card 3.3.6.3"), std::string::npos) << message;
 }
 

@@ -2,7 +2,6 @@
 #include "deck/card_stream.h"
 
 #include <array>
-#include <cstdlib>
 
 #include "channel/real_to_integer.h"
 #include "deck/deck_tables.h"
@@ -28,10 +27,8 @@ protected:
 
     void SetUp() override {
         directory.write("C/Vork/Qx/Qxdata/MANUAL.DAT", "0\n");
-        ::setenv("BRELAN_DRIVE_C", (directory.path() / "C").c_str(), 1);
         state.checker.values.fill(9.0F);
     }
-    void TearDown() override { ::unsetenv("BRELAN_DRIVE_C"); }
 
     // A deck without its comments, as the checker reads it.
     Channel& deck(std::string_view text) const {
@@ -47,7 +44,8 @@ protected:
     std::vector<float> values_of(std::string_view card, std::int32_t minimum, std::int32_t maximum) const {
         deck(std::string(card) + "\n");
         CHKCARD(state.channels, state.checker, state.console, DECK, "3.2", minimum, maximum);
-        return {state.checker.values[1], state.checker.values[2], state.checker.values[3], state.checker.values[4]};
+        return {state.checker.values[1], state.checker.values[2], state.checker.values[3],
+                state.checker.values[4]};
     }
 
     static std::int32_t count_of(std::string_view card) { return count_values(TextLine(card)).count; }
@@ -133,7 +131,8 @@ TEST_F(Cards, LineWithoutASeparatorHasNoValue) {
 
 TEST_F(Cards, LineWithoutASeparatorIsReportedAsBlankData) {
     deck(std::string(126, '1') + "\n");
-    EXPECT_EQ(stop_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "3.3.1.1", 4, 4); }), "300");
+    EXPECT_EQ(stop_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "3.3.1.1", 4, 4); }),
+              "300");
     state.channels.close_all();
     EXPECT_EQ(directory.read("T7.TMP"),
               " ************* ERROR IN THE USER INPUT **************\n"
@@ -149,7 +148,9 @@ TEST_F(Cards, LineWithoutASeparatorIsReportedAsBlankData) {
 TEST_F(Cards, CountOutsideTheLimitsStopsTheRun) {
     for (const char* card : {"1", "1 2 3 4 5", ""}) {
         deck(std::string(card) + "\n");
-        EXPECT_EQ(stop_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }), "300") << card;
+        EXPECT_EQ(stop_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }),
+                  "300")
+            << card;
         EXPECT_EQ(state.checker.values[1], 9.0F) << "values are read behind the check only";
         EXPECT_EQ(directory.read("C/Vork/Qx/Qxdata/BRELAN2D.DAT"), "           1\n");
     }

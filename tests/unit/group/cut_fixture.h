@@ -8,8 +8,8 @@
 
 #include "group/conforming_cut.h"
 #include "group/cut_table.h"
+#include "group/engine.h"
 #include "group/engine_mesh.h"
-#include "group/indexes.h"
 #include "group/row_index.h"
 #include "unit/support.h"
 
@@ -26,7 +26,7 @@ protected:
     static void clear() {
         RESETMESH(state.mesh, state.side, state.selection);
         state.mesh.words.fill({});
-        state.selection.elements.fill(0);
+        state.engine.workable.fill(0);
         state.mesh.skeleton.fill(0);
         state.mesh.fluid.fill(0);
         state.mesh.integration_r.fill(0);
@@ -40,7 +40,7 @@ protected:
         state.engine.highest_node = state.engine.highest_element = 0;
         state.tolerances.move = state.tolerances.line = 0.01F;
         state.tolerances.same = 0.001F;
-        use_indexes(state.engine, true);
+        state.engine.uses_indexes = true;
         build_indexes(state.mesh, state.engine);
     }
 
@@ -57,7 +57,7 @@ protected:
         state.mesh.words[e].I4 = n[3];
         state.mesh.words[e].MATNO = material;
         state.mesh.type[e] = EL_CONTINUUM;
-        state.selection.elements[e] = e;
+        state.engine.workable[e] = e;
         state.engine.highest_element = std::max(state.engine.highest_element, e);
     }
 
@@ -84,7 +84,10 @@ protected:
         PLACEEND(state.mesh, state.engine, Q0, P, true, false);
     }
 
-    static FourNodes corners(std::int32_t e) { return {state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3, state.mesh.words[e].I4}; }
+    static FourNodes corners(std::int32_t e) {
+        return {state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3,
+                state.mesh.words[e].I4};
+    }
     static FourNodes corner_marks(std::size_t row) {
         const CutRow& r = state.engine.rows.at(row);
         return {r.V[0], r.V[1], r.V[2], r.V[3]};

@@ -49,7 +49,7 @@ TEST_F(ThreeSquares, TakenElementIsNotTakenAgain) {
 }
 
 TEST_F(ThreeSquares, ElementsThatAreListedOrOfAnotherTypeAreLeft) {
-    state.selection.elements[1] = 0;
+    state.engine.workable[1] = 0;
     state.mesh.type[2] = EL_TRUSS;
     COLLECT(state.mesh, state.engine, {0.5F, 0.5F}, {2.5F, 0.5F});
     EXPECT_EQ(rows(), (std::vector<std::int32_t>{3}));
@@ -119,7 +119,7 @@ TEST_F(ThreeSquares, PartsCarryMaterialAndAttributes) {
     EXPECT_EQ(state.mesh.words[4].MATNO, 12);
     EXPECT_EQ(state.mesh.thickness[4], 0.5F);
     EXPECT_EQ(state.mesh.density[4], 1.75F);
-    EXPECT_EQ(state.selection.elements[4], 4);
+    EXPECT_EQ(state.engine.workable[4], 4);
     EXPECT_EQ(state.mesh.type[4], EL_CONTINUUM);
 }
 
@@ -237,7 +237,8 @@ TEST_F(GroupCut, MoveOnlyAddsNoNodeBesideAFrozenOne) {
         state.engine.rows[0].S[0] = 9;
         SIDESCAN(state.mesh, state.tolerances, state.engine, {8, -1}, {8, 5}, {-2, false});
         EXPECT_EQ(state.engine.highest_node, 4);
-        EXPECT_EQ(state.engine.rows[0].S[0], kind == DISPLACEMENT ? 9 : 0) << "second node frozen, edition " << kind;
+        EXPECT_EQ(state.engine.rows[0].S[0], kind == DISPLACEMENT ? 9 : 0)
+            << "second node frozen, edition " << kind;
         clear();
         rectangle(10, 10, {1});
         COLLECT(state.mesh, state.engine, {2, -1}, {2, 5});

@@ -82,7 +82,7 @@ TEST_F(GroupJoint, ClosedLineHasAMitreAtEachNode) {
     EXPECT_EQ(state.mesh.words[4].I2, line[0]);
     EXPECT_EQ(state.mesh.words[4].I3, twins[0]);
     EXPECT_EQ(state.mesh.words[4].I4, twins[3]);
-    EXPECT_EQ(state.selection.elements[4], 0);
+    EXPECT_EQ(state.engine.workable[4], 0);
 }
 
 TEST_F(GroupJoint, LineOfOneNodeHasATwinAtTheNodeAndNoJoint) {
@@ -218,7 +218,7 @@ TEST_F(GroupJoint, CentroidOnAnEdgeOfThePathIsOutside) {
     const auto corner = nodes({{0, 0}, {2, 0}, {2, 2}, {0, 2}});
     state.engine.highest_element = 1;
     state.mesh.type[1] = EL_CONTINUUM;
-    state.selection.elements[1] = 1;
+    state.engine.workable[1] = 1;
     state.mesh.words[1].MATNO = 1;
     state.mesh.density[1] = 0.0F;
     set_corners(state.mesh, state.engine, 1, {{corner[0], corner[1], corner[2], corner[3]}});
@@ -303,18 +303,17 @@ TEST_F(GroupListing, BeamOfAnotherDivisionThanItsLineIsNoMember) {
     const auto line = nodes({{0, 0}, {4, 0}, {2, 0}});
     state.listing.count = 1;
     state.listing.rows[1] = {7, ROW_LINE, 2, 0, 0, {{0, 0}, {4, 0}}};
-    begin_membership(state.tolerances, state.engine, state.listing);
+    state.membership = begin_membership(state.tolerances, state.engine, state.listing);
     ElementWords beam;
     beam.I1 = beam.I4 = line[0];
     beam.I2 = beam.I3 = line[2];
     beam.MATNO = 3;
-    GROUPMEMBER(state.mesh, state.tolerances, state.listing, file_, 1, beam, EL_BEAM);
+    GROUPMEMBER(state.membership, state.mesh, state.tolerances, state.listing, file_, 1, beam, EL_BEAM);
     EXPECT_EQ(state.listing.members, 0);
     beam.I2 = beam.I3 = line[1];
-    GROUPMEMBER(state.mesh, state.tolerances, state.listing, file_, 2, beam, EL_BEAM);
+    GROUPMEMBER(state.membership, state.mesh, state.tolerances, state.listing, file_, 2, beam, EL_BEAM);
     EXPECT_EQ(state.listing.members, 1);
     EXPECT_EQ(state.listing.rows[1].members, 1);
-    EXPECT_EQ(state.listing.highest_beam_material, 3);
 }
 
 TEST_F(GroupListing, ElementInsideTwoOutlinesHasTwoRecordsAndNoneForMinusOne) {
@@ -325,14 +324,14 @@ TEST_F(GroupListing, ElementInsideTwoOutlinesHasTwoRecordsAndNoneForMinusOne) {
     state.listing.rows[2] = {2, ROW_OUTLINE, -1, 1, 0, around};
     state.listing.rows[3] = {3, ROW_OUTLINE, 2, 0, 0, around};  // an open line
     state.listing.rows[4] = {4, ROW_OUTLINE, 4, 1, 0, around};
-    begin_membership(state.tolerances, state.engine, state.listing);
+    state.membership = begin_membership(state.tolerances, state.engine, state.listing);
     ElementWords words;
     words.I1 = corner[0];
     words.I2 = corner[1];
     words.I3 = corner[2];
     words.I4 = corner[3];
     words.MATNO = 2;
-    GROUPMEMBER(state.mesh, state.tolerances, state.listing, file_, 5, words, EL_CONTINUUM);
+    GROUPMEMBER(state.membership, state.mesh, state.tolerances, state.listing, file_, 5, words, EL_CONTINUUM);
     EXPECT_EQ(state.listing.members, 2);
     EXPECT_EQ(state.listing.rows[1].members, 1);
     EXPECT_EQ(state.listing.rows[4].members, 1);
@@ -343,13 +342,13 @@ TEST_F(GroupListing, JointElementIsAMemberOfItsStrip) {
     const auto twins = TWINLINE(state.mesh, state.engine, line, false, 0.5F);
     state.listing.count = 1;
     state.listing.rows[1] = {6, ROW_JOINT, -2, 0, 0, {{0, 0}, {0, 0.5F}, {2, 0}, {2, 0.5F}}};
-    begin_membership(state.tolerances, state.engine, state.listing);
+    state.membership = begin_membership(state.tolerances, state.engine, state.listing);
     ElementWords words;
     words.I1 = line[0];
     words.I2 = line[1];
     words.I3 = twins[1];
     words.I4 = twins[0];
-    GROUPMEMBER(state.mesh, state.tolerances, state.listing, file_, 5, words, EL_CONTINUUM);
+    GROUPMEMBER(state.membership, state.mesh, state.tolerances, state.listing, file_, 5, words, EL_CONTINUUM);
     EXPECT_EQ(state.listing.members, 1);
 }
 

@@ -21,7 +21,8 @@ protected:
         fs::current_path(directory.path() / "work");
         RESETMESH(state.mesh, state.side, state.selection);
         state.mesh.node_mark.fill(0);
-        state.listing.pipes = state.listing.convection_lines = state.listing.flow_sections = state.group_cards.count = 0;
+        state.listing.pipes = state.listing.convection_lines = state.listing.flow_sections =
+            state.group_cards.count = 0;
         result_ = {};
     }
     void node(std::int32_t n, const NodeCodes& words) {

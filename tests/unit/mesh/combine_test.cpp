@@ -74,8 +74,9 @@ Starts starts_of(const Ranges& second, const Ranges& first) {
     set(state.combination.first, first);
     set(state.combination.second, second);
     FIXREGIONNUMBERS(state.combination);
-    return {state.combination.second.start[0], state.combination.first.start[0], state.combination.second.start[1],
-            state.combination.first.start[1], state.combination.second.start[2], state.combination.first.start[2]};
+    return {state.combination.second.start[0], state.combination.first.start[0],
+            state.combination.second.start[1], state.combination.first.start[1],
+            state.combination.second.start[2], state.combination.first.start[2]};
 }
 
 TEST_F(Combine, NumbersThatRiseFromRegionToRegionAndTypeToTypeStay) {
@@ -150,7 +151,8 @@ TEST_F(Combine, TheSmallestSpacingIsThatOfEitherRegion) {
     first(2, 3, 4);
     EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 5.0F);
     second(1, 100, 0);
-    EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 5.0F) << "between the regions nothing is measured";
+    EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 5.0F)
+        << "between the regions nothing is measured";
     second(7, 100, 2);
     EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 2.0F);
     second(9, 100, 2);
@@ -210,7 +212,8 @@ TEST_F(Combine, AListedNodeThatIsNotThereEndsTheRun) {
     for (const std::int32_t missing : {10, 5, 0, -4, 99991}) {
         state.combination.pair_count = 0;
         pair(missing, 10);
-        const std::string message = failure_of([] { MATCHLISTED(state.combination, state.mesh, state.side); });
+        const std::string message =
+            failure_of([] { MATCHLISTED(state.combination, state.mesh, state.side); });
         EXPECT_EQ(message.rfind("deck.dat, line 7", 0), 0U) << message;
         EXPECT_NE(message.find("Card 2.3"), std::string::npos) << message;
         EXPECT_NE(message.find(std::to_string(missing)), std::string::npos) << message;

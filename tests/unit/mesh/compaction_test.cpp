@@ -134,7 +134,8 @@ TEST_P(CompactionOfGaps, NodesMoveDownWithTheirMarkAndAllFiveCodes) {
     for (std::int32_t p = 1; p <= 4; ++p) {
         const std::int32_t n = from[p - 1];
         EXPECT_EQ(state.mesh.new_number[n], p);
-        EXPECT_EQ(state.mesh.codes[p], (NodeCodes{10 * n + 1, 10 * n + 2, 10 * n + 3, 10 * n + 4, 10 * n + 5}));
+        EXPECT_EQ(state.mesh.codes[p],
+                  (NodeCodes{10 * n + 1, 10 * n + 2, 10 * n + 3, 10 * n + 4, 10 * n + 5}));
         EXPECT_EQ(state.mesh.node_mark[p], n);
         EXPECT_EQ(state.mesh.x[p], static_cast<float>(n) + 0.25F);
         EXPECT_EQ(state.mesh.y[p], static_cast<float>(n) + 0.5F);
@@ -243,8 +244,10 @@ TEST_P(CompactionLimits, TheLastNumberOfTheTablesCanBeTaken) {
 TEST_P(CompactionLimits, NumbersBeyondTheTablesEndTheRun) {
     for (const std::int32_t start : {99990, 99999, 0, -5}) {
         for (const bool nodes : {true, false}) {
-            const std::string message =
-                failure_of([&] { nodes ? PLACENODES(state.edit, state.mesh, 2, start) : PLACEELEMENTS(state.edit, state.mesh, 2, start); });
+            const std::string message = failure_of([&] {
+                nodes ? PLACENODES(state.edit, state.mesh, 2, start)
+                      : PLACEELEMENTS(state.edit, state.mesh, 2, start);
+            });
             for (const std::string& part :
                  {std::string("deck.dat, line 4"), std::string(nodes ? "node" : "element"),
                   std::string("1 to 99990"), std::string("found ").append(std::to_string(start))})

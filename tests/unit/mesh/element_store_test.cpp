@@ -31,7 +31,8 @@ protected:
     // What stands in a slot before an element is stored there.
     static void before(std::int32_t n) {
         state.mesh.words[n] = {1, 2, 3, 4, 91, 92, 93, 94, 9};
-        state.mesh.skeleton[n] = state.mesh.fluid[n] = state.mesh.integration_r[n] = state.mesh.integration_s[n] = state.mesh.attribute[n] = 90;
+        state.mesh.skeleton[n] = state.mesh.fluid[n] = state.mesh.integration_r[n] =
+            state.mesh.integration_s[n] = state.mesh.attribute[n] = 90;
         state.mesh.real_attribute[n] = state.mesh.thickness[n] = state.mesh.density[n] = 90.5F;
     }
 };

@@ -32,9 +32,18 @@ protected:
         state.mesh.words[next_] = {i, j, j, i, 0, 0, 0, 0, 1};
     }
     static void expect_moved(std::int32_t n, float x, float y) {
-        EXPECT_NE(std::find(state.line_up.nodes.begin(), state.line_up.nodes.end(), n), state.line_up.nodes.end()) << "node " << n;
-        EXPECT_FLOAT_EQ(state.side.x[n], x) << n;
-        EXPECT_FLOAT_EQ(state.side.y[n], y) << n;
+        const auto lined = std::find_if(state.line_up.nodes.begin(), state.line_up.nodes.end(),
+                                        [n](const LinedNode& other) { return other.node == n; });
+        ASSERT_NE(lined, state.line_up.nodes.end()) << "node " << n;
+        EXPECT_FLOAT_EQ(lined->x, x) << n;
+        EXPECT_FLOAT_EQ(lined->y, y) << n;
+    }
+    // The nodes to be moved, in the order in which they are.
+    static std::vector<std::int32_t> moved_nodes() {
+        std::vector<std::int32_t> numbers;
+        for (const LinedNode& lined : state.line_up.nodes)
+            numbers.push_back(lined.node);
+        return numbers;
     }
     std::int32_t next_ = 0;
 };
@@ -69,8 +78,8 @@ TEST_F(LineUp, CornersNextToTheEndsByTheirSlots) {
                 corners[row.D - 1] = 4;
                 quadrilateral(corners);
                 truss(1, 2);
-                SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
-                EXPECT_EQ(state.line_up.nodes, (std::vector<std::int32_t>{1, 2})) << row.A << row.B;
+                SEARCHLINEUP(state.mesh, state.moves, state.line_up);
+                EXPECT_EQ(moved_nodes(), (std::vector<std::int32_t>{1, 2})) << row.A << row.B;
                 const auto moved = [&](std::int32_t n, float s, float across) {
                     const float along = falling ? 1.0F - s : s;
                     vertical ? expect_moved(n, across, along) : expect_moved(n, along, across);
@@ -91,7 +100,7 @@ TEST_F(LineUp, DiagonalOfAQuadrilateralStays) {
         node(4, 0.25F, 0);
         quadrilateral(corners);
         truss(1, 2);
-        SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+        SEARCHLINEUP(state.mesh, state.moves, state.line_up);
         EXPECT_TRUE(state.line_up.nodes.empty());
     }
 }
@@ -103,7 +112,7 @@ TEST_F(LineUp, OppositeEdgeOfNoLengthIsVertical) {
     node(4, 2, 0.5F);
     quadrilateral({1, 2, 4, 3});
     truss(1, 2);
-    SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+    SEARCHLINEUP(state.mesh, state.moves, state.line_up);
     expect_moved(1, 0.5F, 0.5F);
     expect_moved(2, 0.5F, 0.5F);
 }
@@ -116,7 +125,7 @@ TEST_F(LineUp, TrussAcrossTheSlideStays) {
     node(4, 2, 2);
     quadrilateral({1, 2, 4, 3});
     truss(1, 2);
-    SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+    SEARCHLINEUP(state.mesh, state.moves, state.line_up);
     EXPECT_TRUE(state.line_up.nodes.empty());
     EXPECT_EQ(state.moves.first_count, 0);
 }
@@ -138,7 +147,7 @@ protected:
         truss(5, 1);
         truss(1, 2);
         truss(2, 6);
-        SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+        SEARCHLINEUP(state.mesh, state.moves, state.line_up);
     }
     static std::vector<std::int32_t> merges() {
         std::vector<std::int32_t> pairs;
@@ -197,7 +206,7 @@ TEST_F(LineUpBeyond, WithoutANeighbourTheEndStays) {
         line(sign, -3.0F, 4.0F);
         state.mesh.type[2] = state.mesh.type[4] = EL_DELETED;
         state.moves.first_count = 0;
-        SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+        SEARCHLINEUP(state.mesh, state.moves, state.line_up);
         EXPECT_TRUE(state.line_up.nodes.empty());
         EXPECT_EQ(state.moves.first_count, 0);
     }
@@ -209,7 +218,7 @@ TEST_F(LineUpBeyond, NeighbourIsThatOfTheHighestNumber) {
     node(8, -1, 4);
     truss(8, 1);
     state.moves.first_count = 0;
-    SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+    SEARCHLINEUP(state.mesh, state.moves, state.line_up);
     expect_moved(1, -0.5F, 2.0F);
 }
 
@@ -221,7 +230,7 @@ TEST_F(LineUpBeyond, NeighbourThatIsACornerOfTheQuadrilateralStopsTheWork) {
         else
             truss(2, 4);
         state.moves.first_count = 0;
-        SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+        SEARCHLINEUP(state.mesh, state.moves, state.line_up);
         EXPECT_TRUE(state.line_up.nodes.empty());
     }
 }
@@ -233,42 +242,43 @@ TEST_F(LineUpBeyond, MergesAreNotedThoughTheNodeHasMoved) {
     node(11, 5, -3);
     quadrilateral({2, 1, 10, 11});
     state.moves.first_count = 0;
-    SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
+    SEARCHLINEUP(state.mesh, state.moves, state.line_up);
     EXPECT_EQ(merges(), (Numbers{5, 1, 6, 2}));
     expect_moved(1, 0.25F, 0.0625F);
-    EXPECT_EQ(state.line_up.nodes, (Numbers{1, 2}));
+    EXPECT_EQ(moved_nodes(), (Numbers{1, 2}));
 }
 
 TEST_F(LineUpBeyond, ApplyingMovesTheListedNodesOnly) {
     line(1.0F, 0.5F, -9.0F);
-    EXPECT_EQ(state.line_up.nodes, (Numbers{1, 2}));
-    state.side.x[6] = state.side.y[6] = 77;
-    APPLYLINEUP(state.mesh, state.side, state.line_up);
+    EXPECT_EQ(moved_nodes(), (Numbers{1, 2}));
+    APPLYLINEUP(state.mesh, state.line_up);
     EXPECT_FLOAT_EQ(state.mesh.x[1], 0.5F);
     EXPECT_FLOAT_EQ(state.mesh.y[1], 0.125F);
     EXPECT_FLOAT_EQ(state.mesh.x[6], 2.0F);
+    EXPECT_FLOAT_EQ(state.mesh.y[6], 1.0F);
 }
 
 // --- against a plain scan ------------------------------------------------------------------------
 
 // The work as it is described: all elements for every truss, all trusses for every pair.
 struct PlainScan {
-    std::vector<std::int32_t> LNP;
-    std::vector<NodeMove> moves;
-    std::array<float, 100> x{}, y{};
+    const Mesh& mesh;
+    std::vector<LinedNode> nodes{};
+    std::vector<NodeMove> moves{};
 
     void run(std::int32_t last) {
         for (std::int32_t t = 1; t <= last; ++t)
-            if (state.mesh.type[t] == EL_TRUSS)
+            if (mesh.type[t] == EL_TRUSS)
                 for (std::int32_t e = 1; e <= last; ++e)
-                    if (state.mesh.type[e] == EL_CONTINUUM && state.mesh.words[e].MATNO == 7 && state.mesh.words[e].I4 != 0)
+                    if (mesh.type[e] == EL_CONTINUUM && mesh.words[e].MATNO == 7 && mesh.words[e].I4 != 0)
                         pair(t, e, last);
     }
 
 private:
     void pair(std::int32_t t, std::int32_t e, std::int32_t last) {
-        const std::int32_t A = state.mesh.words[t].I1, B = state.mesh.words[t].I2;
-        const std::array<std::int32_t, 5> corner{0, state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3, state.mesh.words[e].I4};
+        const std::int32_t A = mesh.words[t].I1, B = mesh.words[t].I2;
+        const std::array<std::int32_t, 5> corner{0, mesh.words[e].I1, mesh.words[e].I2, mesh.words[e].I3,
+                                                 mesh.words[e].I4};
         std::size_t a = 0, b = 0;
         for (std::size_t slot = 1; slot <= 4; ++slot) {
             a = corner[slot] == A ? slot : a;
@@ -278,12 +288,12 @@ private:
             return;
         std::int32_t P = 0, N = 0;
         for (std::int32_t other = 1; other <= last; ++other) {
-            if (other == e || state.mesh.type[other] != EL_TRUSS)
+            if (other == e || mesh.type[other] != EL_TRUSS)
                 continue;
-            if (state.mesh.words[other].I2 == A)
-                P = state.mesh.words[other].I1;
-            if (state.mesh.words[other].I1 == B)
-                N = state.mesh.words[other].I2;
+            if (mesh.words[other].I2 == A)
+                P = mesh.words[other].I1;
+            if (mesh.words[other].I1 == B)
+                N = mesh.words[other].I2;
         }
         for (std::size_t slot = 1; slot <= 4; ++slot)
             if (slot != a && slot != b && (corner[slot] == P || corner[slot] == N))
@@ -294,10 +304,10 @@ private:
     }
     void slides(std::int32_t A, std::int32_t B, std::int32_t C, std::int32_t D, std::int32_t P,
                 std::int32_t N) {
-        if (state.mesh.x[C] != state.mesh.x[D] && state.mesh.y[C] != state.mesh.y[D])
+        if (mesh.x[C] != mesh.x[D] && mesh.y[C] != mesh.y[D])
             return;
-        const bool vertical = state.mesh.x[C] == state.mesh.x[D];
-        const auto s = [vertical](std::int32_t n) { return vertical ? state.mesh.y[n] : state.mesh.x[n]; };
+        const bool vertical = mesh.x[C] == mesh.x[D];
+        const auto s = [&](std::int32_t n) { return vertical ? mesh.y[n] : mesh.x[n]; };
         if (s(A) <= s(B)) {
             if (s(A) <= s(C) && s(C) <= s(B)) {
                 slide(A, s(C), A, B, vertical);
@@ -331,15 +341,16 @@ private:
         }
     }
     void slide(std::int32_t n, float to, std::int32_t p, std::int32_t q, bool vertical) {
-        const auto s = [vertical](std::int32_t i) { return vertical ? state.mesh.y[i] : state.mesh.x[i]; };
-        const auto across = [vertical](std::int32_t i) { return vertical ? state.mesh.x[i] : state.mesh.y[i]; };
-        if (std::find(LNP.begin(), LNP.end(), n) != LNP.end() || s(q) == s(p))
+        const auto s = [&](std::int32_t i) { return vertical ? mesh.y[i] : mesh.x[i]; };
+        const auto across = [&](std::int32_t i) { return vertical ? mesh.x[i] : mesh.y[i]; };
+        for (const LinedNode& lined : nodes)
+            if (lined.node == n)
+                return;
+        if (s(q) == s(p))
             return;
         const float t = (to - s(p)) / (s(q) - s(p));
         const float other = across(p) + (across(q) - across(p)) * t;
-        x.at(static_cast<std::size_t>(n)) = vertical ? other : to;
-        y.at(static_cast<std::size_t>(n)) = vertical ? to : other;
-        LNP.push_back(n);
+        nodes.push_back({n, vertical ? other : to, vertical ? to : other});
     }
 };
 
@@ -371,19 +382,20 @@ TEST_F(LineUp, SearchGivesWhatAPlainScanGives) {
                     ++next_;  // a number without an element
             }
         }
-        PlainScan plain;
+        PlainScan plain{state.mesh};
         plain.run(next_);
-        SEARCHLINEUP(state.mesh, state.side, state.moves, state.line_up);
-        ASSERT_EQ(state.line_up.nodes, plain.LNP) << round;
+        SEARCHLINEUP(state.mesh, state.moves, state.line_up);
+        ASSERT_EQ(state.line_up.nodes.size(), plain.nodes.size()) << round;
+        for (std::size_t i = 0; i < plain.nodes.size(); ++i) {
+            ASSERT_EQ(state.line_up.nodes[i].node, plain.nodes[i].node) << round;
+            ASSERT_EQ(state.line_up.nodes[i].x, plain.nodes[i].x) << round;
+            ASSERT_EQ(state.line_up.nodes[i].y, plain.nodes[i].y) << round;
+        }
         ASSERT_EQ(static_cast<std::size_t>(state.moves.first_count), plain.moves.size()) << round;
         for (std::int32_t k = 1; k <= state.moves.first_count; ++k) {
             const NodeMove& expected = plain.moves[static_cast<std::size_t>(k - 1)];
             ASSERT_EQ(state.moves.first[k].moved, expected.moved) << round;
             ASSERT_EQ(state.moves.first[k].target, expected.target) << round;
-        }
-        for (const std::int32_t n : state.line_up.nodes) {
-            ASSERT_EQ(state.side.x[n], plain.x.at(static_cast<std::size_t>(n))) << round;
-            ASSERT_EQ(state.side.y[n], plain.y.at(static_cast<std::size_t>(n))) << round;
         }
         moved += static_cast<int>(state.line_up.nodes.size());
         merged += state.moves.first_count;

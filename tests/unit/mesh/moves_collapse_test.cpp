@@ -61,7 +61,7 @@ TEST_F(Collapse, LooksAtTheElementsOfItsMode) {
         line(8, EL_TRUSS, 6, 9.0F);
         quadrilateral(9, 1, 2, 4, 3);
         state.moves.beam_materials[0] = 7;
-        state.moves.beam_materials[2] = 4;  // beams of material 4
+        state.moves.beam_materials[2] = 4;   // beams of material 4
         state.moves.truss_materials[1] = 3;  // trusses of material 3
         state.moves.collapse_factor = 0.2F;
     };

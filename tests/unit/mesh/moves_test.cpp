@@ -29,8 +29,12 @@ protected:
         state.mesh.x[number] = x;
         state.mesh.y[number] = y;
     }
-    static void move(std::int32_t a, std::int32_t b, float f) { state.moves.first[++state.moves.first_count] = {a, b, f}; }
-    static void move_by_place(std::int32_t a, std::int32_t b, float f) { state.moves.second[++state.moves.second_count] = {a, b, f}; }
+    static void move(std::int32_t a, std::int32_t b, float f) {
+        state.moves.first[++state.moves.first_count] = {a, b, f};
+    }
+    static void move_by_place(std::int32_t a, std::int32_t b, float f) {
+        state.moves.second[++state.moves.second_count] = {a, b, f};
+    }
 
     // Type and corners of an element, as in "1: 5 6 7 0".
     static std::string corners(std::int32_t number) {
@@ -272,7 +276,8 @@ TEST_F(MovesByPlace, APlaceBeyondTheLastNodeEndsTheRun) {
             << message;
         state.moves.second_count = 0;
         move_by_place(1, place, 0.5F);
-        EXPECT_NE(failure_of([] { MOVENODES(state.mesh, state.listing, state.moves); }).find("from 1 to 4"), std::string::npos);
+        EXPECT_NE(failure_of([] { MOVENODES(state.mesh, state.listing, state.moves); }).find("from 1 to 4"),
+                  std::string::npos);
     }
     EXPECT_EQ(state.mesh.x[10], 10.0F) << "no node has moved";
 }

@@ -1,11 +1,12 @@
 // Which nodes lie on a polyline, and in which order.
 #include "mesh/polyline_selection.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 
 #include "mesh/tables.h"
-#include "unit/support.h"
 
 namespace brelan::test {
 namespace {
@@ -21,15 +22,21 @@ float below(float value) {
 
 class Polyline : public ::testing::Test {
 protected:
-    void SetUp() override { RESETMESH(state.mesh, state.side, state.selection); }
-    void TearDown() override { RESETMESH(state.mesh, state.side, state.selection); }
+    void SetUp() override { clear(); }
 
-    static void node(std::int32_t number, float x, float y) {
-        state.side.x[number] = x;
-        state.side.y[number] = y;
-        state.mesh.node_in_use[number] = 1;
+    static inline NodePlaces places;
+    static inline Selection selection;
+
+    static void clear() {
+        places = {};
+        selection = {};
     }
-    static Numbers selected(const Numbers& points) { return SELECTPOLYLINE(state.mesh, state.side, state.selection, points); }
+    static void node(std::int32_t number, float x, float y) {
+        places.x[number] = x;
+        places.y[number] = y;
+        places.given[number] = 1;
+    }
+    static Numbers selected(const Numbers& points) { return SELECTPOLYLINE(places, selection, points); }
 
     // Nodes 1 and 2 of a line from (0, 0) to (10, 0).
     static void long_line() {
@@ -38,7 +45,7 @@ protected:
     }
     // True when a node at the point lies on the line of nodes 1 and 2.
     static bool on_long_line(float x, float y) {
-        RESETMESH(state.mesh, state.side, state.selection);
+        clear();
         long_line();
         node(7, x, y);
         const Numbers found = selected({1, 2});
@@ -58,17 +65,17 @@ TEST_F(Polyline, MarksTheSelectedNodesInTheList) {
     node(5, 4.0F, 0.0F);
     node(6, 4.0F, 1.0F);
     selected({1, 2});
-    EXPECT_EQ(state.selection.nodes[1], 1);
-    EXPECT_EQ(state.selection.nodes[2], 2);
-    EXPECT_EQ(state.selection.nodes[5], 5);
-    EXPECT_EQ(state.selection.nodes[6], 0);
-    EXPECT_EQ(state.selection.nodes[3], 0);
+    EXPECT_EQ(selection.nodes[1], 1);
+    EXPECT_EQ(selection.nodes[2], 2);
+    EXPECT_EQ(selection.nodes[5], 5);
+    EXPECT_EQ(selection.nodes[6], 0);
+    EXPECT_EQ(selection.nodes[3], 0);
 }
 
 TEST_F(Polyline, PassesOverNodesThatAreNotInUse) {
     long_line();
     node(5, 4.0F, 0.0F);
-    state.mesh.node_in_use[5] = 0;
+    places.given[5] = 0;
     EXPECT_EQ(selected({1, 2}), (Numbers{1, 2}));
 }
 
@@ -101,7 +108,7 @@ TEST_F(Polyline, NodeBesideTheLineAndBeyondItsEndIsStillSelected) {
 TEST_F(Polyline, LimitsAreMeasuredAlongASlantedLineToo) {
     // A line of length 5 in the direction (0.6, 0.8); (-0.8, 0.6) points away from it.
     const auto on_slanted = [](float along, float aside) {
-        RESETMESH(state.mesh, state.side, state.selection);
+        clear();
         node(1, 0.0F, 0.0F);
         node(2, 3.0F, 4.0F);
         node(7, 0.6F * along - 0.8F * aside, 0.8F * along + 0.6F * aside);
@@ -122,7 +129,7 @@ TEST_F(Polyline, SegmentThatIsTooShortIsSkipped) {
     node(1, 0.0F, 0.0F);
     node(2, 0.0009F, 0.0F);  // squared length 8.1E-7
     EXPECT_EQ(selected({1, 2}), Numbers{});
-    EXPECT_EQ(state.selection.nodes[1], 0);
+    EXPECT_EQ(selection.nodes[1], 0);
 }
 
 TEST_F(Polyline, SegmentOfTheShortestLengthCounts) {
@@ -211,7 +218,7 @@ TEST_F(Polyline, NumbersUpToTheHighestAreTaken) {
     node(99989, 1.0F, 0.0F);
     node(99988, 0.5F, 0.0F);
     EXPECT_EQ(selected({99990, 99989}), (Numbers{99990, 99988, 99989}));
-    EXPECT_EQ(state.selection.nodes[99990], 99990);
+    EXPECT_EQ(selection.nodes[99990], 99990);
 }
 
 }  // namespace

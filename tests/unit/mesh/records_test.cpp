@@ -21,7 +21,8 @@ protected:
     }
     Lines node_line(std::int32_t edition) const {
         return lines(edition, [](Channel& mesh) {
-            write_node_record(state.settings.kind(), mesh, {11, {1, 0, -1, 0, 2}, 8.0F, -0.5F, 12.5F, 0.025F});
+            write_node_record(state.settings.kind(), mesh,
+                              {11, {1, 0, -1, 0, 2}, 8.0F, -0.5F, 12.5F, 0.025F});
         });
     }
     Lines element_line(std::int32_t edition, std::int8_t type) const {
@@ -150,7 +151,8 @@ TEST_F(MeshRecords, NodeHeadingNamesTheFieldsOfTheKind) {
 
 TEST_F(MeshRecords, ContinuumHeadingNamesTheFieldsOfTheKind) {
     const auto heading = [&](std::int32_t edition) {
-        return lines(edition, [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, EL_CONTINUUM); });
+        return lines(edition,
+                     [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, EL_CONTINUUM); });
     };
     EXPECT_EQ(heading(COUPLED), (Lines{"    CONTINUUM ELEMENT INDEX ",
                                        "    NEL     I1     I2     I3     I4     M5     M6     M7     M8 MATC"
@@ -165,9 +167,11 @@ TEST_F(MeshRecords, ContinuumHeadingNamesTheFieldsOfTheKind) {
 
 TEST_F(MeshRecords, BeamAndTrussHeadingsAreTheSameInAllKinds) {
     for (const std::int32_t edition : {COUPLED, TEMPERATURE, HEAD, DISPLACEMENT}) {
-        EXPECT_EQ(lines(edition, [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, EL_BEAM); }),
+        EXPECT_EQ(lines(edition,
+                        [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, EL_BEAM); }),
                   (Lines{"    BEAM ELEMENT ", "    NEL      I      J   MSEC  NODEK "}));
-        EXPECT_EQ(lines(edition, [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, EL_TRUSS); }),
+        EXPECT_EQ(lines(edition,
+                        [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, EL_TRUSS); }),
                   (Lines{"    TRUSS ELEMENT ", "    NEL      I      J   MATT  NODEK "}));
     }
 }

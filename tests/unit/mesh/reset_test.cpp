@@ -15,14 +15,16 @@ protected:
             state.mesh.node_in_use[n] = state.side.second_node_in_use[n] = 1;
             state.mesh.codes[n] = state.side.codes[n] = {1, 2, 3, 4, 5};
             state.mesh.x[n] = state.mesh.y[n] = state.side.x[n] = state.side.y[n] = 6.5F;
-            state.mesh.head[n] = state.mesh.coefficient[n] = state.side.head[n] = state.side.coefficient[n] = 7.5F;
+            state.mesh.head[n] = state.mesh.coefficient[n] = state.side.head[n] = state.side.coefficient[n] =
+                7.5F;
             state.mesh.new_number[n] = -8;
             state.selection.nodes[n] = state.mesh.node_used[n] = state.selection.elements[n] = n;
             state.mesh.type_in_use[n] = EL_BEAM;
             state.side.second_type_in_use[n] = EL_TRUSS;
             state.mesh.type[n] = EL_CONTINUUM;
             state.mesh.words[n] = {11, 12, 13, 14, 15, 16, 17, 18, 19};
-            state.mesh.skeleton[n] = state.mesh.fluid[n] = state.mesh.integration_r[n] = state.mesh.integration_s[n] = state.mesh.attribute[n] = 20;
+            state.mesh.skeleton[n] = state.mesh.fluid[n] = state.mesh.integration_r[n] =
+                state.mesh.integration_s[n] = state.mesh.attribute[n] = 20;
             state.mesh.real_attribute[n] = state.mesh.thickness[n] = state.mesh.density[n] = 21.5F;
         }
         RESETMESH(state.mesh, state.side, state.selection);

@@ -194,9 +194,12 @@ TEST_F(Selection, ListOfElementsGoesByNumber) {
     for (const std::int32_t IEDIT : {2, 3}) {
         SetUp();
         list(IEDIT, 1, {7, -8});
-        EXPECT_FALSE(element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(6, {1, 2, 3, 4})));
-        EXPECT_TRUE(element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(7, {1, 2, 3, 4})));
-        EXPECT_TRUE(element_inside(state.edit, state.mesh, state.selection, EL_BEAM, element(8, {1, 2, 2, 1})));
+        EXPECT_FALSE(
+            element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(6, {1, 2, 3, 4})));
+        EXPECT_TRUE(
+            element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(7, {1, 2, 3, 4})));
+        EXPECT_TRUE(
+            element_inside(state.edit, state.mesh, state.selection, EL_BEAM, element(8, {1, 2, 2, 1})));
         EXPECT_FALSE(node_inside(state.edit, state.selection, 7, 0.0F, 0.0F)) << "the list names no nodes";
     }
 }
@@ -211,7 +214,9 @@ TEST_F(Selection, OtherKindsOfSelectionHoldNothing) {
     for (const std::int32_t ILOC : {2, 3, 4, -1}) {
         SetUp();
         list(2, ILOC, {1, 2});
-        EXPECT_FALSE(element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(1, {1, 2, 3, 4}))) << ILOC;
+        EXPECT_FALSE(
+            element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(1, {1, 2, 3, 4})))
+            << ILOC;
     }
 }
 
@@ -267,9 +272,11 @@ TEST_F(Centroid, OfABeamOrTrussIsItsMidpoint) {
 
 TEST_F(Centroid, OnTheEdgeOfAWindowIsOutside) {
     window(2.0F, 0.0F, 4.0F, 4.0F);
-    EXPECT_FALSE(element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(9, {1, 2, 3, 4})));
+    EXPECT_FALSE(
+        element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(9, {1, 2, 3, 4})));
     window(1.0F, 0.0F, 4.0F, 4.0F);
-    EXPECT_TRUE(element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(9, {1, 2, 3, 4})));
+    EXPECT_TRUE(
+        element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(9, {1, 2, 3, 4})));
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ protected:
         words(MAT, MATj, LTi, LMi, LTo, LMo);
         for (std::size_t role = 0; role < 6; ++role)
             state.group_cards.outputs[G].pair[role] = {static_cast<std::int32_t>(role) + 1,
-                                       static_cast<std::int32_t>(role) + 101};
+                                                       static_cast<std::int32_t>(role) + 101};
     }
     static void words(float mat, float matj, float lti, float lmi, float lto, float lmo) {
         state.group_cards.materials[G].MAT = mat;
@@ -183,12 +183,10 @@ TEST_F(ActivityPairs, NewMaterialsFollowTheHighestOfTheMesh) {
 }
 
 TEST(MemberCounts, AreClearedBeforeTheElementsOfAMeshAreWritten) {
-    state.listing.members = state.listing.highest_material = state.listing.highest_beam_material = state.listing.highest_truss_material = 99;
-    state.listing.trusses_of_material = {1, 2, 3};
+    state.listing.members = state.listing.highest_material = 99;
     state.listing.count = 0;
     begin_membership(state.tolerances, state.engine, state.listing);
-    EXPECT_EQ(state.listing.members + state.listing.highest_material + state.listing.highest_beam_material + state.listing.highest_truss_material, 0);
-    EXPECT_TRUE(state.listing.trusses_of_material.empty());
+    EXPECT_EQ(state.listing.members + state.listing.highest_material, 0);
 }
 
 }  // namespace

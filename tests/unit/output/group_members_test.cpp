@@ -115,7 +115,8 @@ TEST_F(GroupMemberRecords, AreWhatAPlainReadingGives) {
         };
         std::map<std::array<std::int32_t, 3>, Sets> plain;
         for (const Record& r : records) {
-            if (r.group < 1 || r.group > state.group_cards.count || state.group_cards.outputs[r.group].IGPOST == 0 || r.material == 0)
+            if (r.group < 1 || r.group > state.group_cards.count ||
+                state.group_cards.outputs[r.group].IGPOST == 0 || r.material == 0)
                 continue;
             Sets& sets = plain[{r.group, r.type, r.material}];
             sets.all.insert(r.element);

@@ -1,8 +1,6 @@
 // The title and the unit labels of "UNIT.DAT", code by code.
 #include "output/unit_table.h"
 
-#include <cstdlib>
-
 #include "unit/support.h"
 
 namespace brelan::test {
@@ -12,14 +10,8 @@ class UnitTable : public ChannelTest {
 protected:
     static constexpr const char* FILE = "C/Vork/Qx/Qxdata/UNIT.DAT";
 
-    void SetUp() override {
-        ::setenv("BRELAN_DRIVE_C", (directory.path() / "C").c_str(), 1);
-        state.units = UnitLabels{};
-    }
-    void TearDown() override {
-        ::unsetenv("BRELAN_DRIVE_C");
-        state.units = UnitLabels{};
-    }
+    void SetUp() override { state.units = UnitLabels{}; }
+    void TearDown() override { state.units = UnitLabels{}; }
     static std::string text(const std::string& codes, const std::string& title = "A title") {
         return "*\n*\n*\n*\n" + title + "\n*\n*\n*\n*\n*\n*\n*\n*\n*\n*\n" + codes;
     }
@@ -209,7 +201,9 @@ TEST_F(UnitTable, TitleHasThe80FirstColumnsOfLine5) {
 // --- a file that is not as it should be ----------------------------------------------------------
 
 TEST_F(UnitTable, ShortOrFaultyFileEndsTheRun) {
-    EXPECT_NE(failure_of([] { UNITTAB(state.channels, state.settings.kind(), state.units); }).find("UNIT.DAT"), std::string::npos);
+    EXPECT_NE(
+        failure_of([] { UNITTAB(state.channels, state.settings.kind(), state.units); }).find("UNIT.DAT"),
+        std::string::npos);
     const std::pair<const char*, const char*> cases[] = {
         {"", "line 1"},
         {"*\n*\n", "line 3"},
@@ -218,12 +212,14 @@ TEST_F(UnitTable, ShortOrFaultyFileEndsTheRun) {
     };
     for (const auto& [content, line] : cases) {
         directory.write(FILE, content);
-        const std::string message = failure_of([] { UNITTAB(state.channels, state.settings.kind(), state.units); });
+        const std::string message =
+            failure_of([] { UNITTAB(state.channels, state.settings.kind(), state.units); });
         EXPECT_NE(message.find("UNIT.DAT, " + std::string(line) + ": "), std::string::npos) << message;
     }
     for (const char* codes : {"", "\n", "1 1 1 1\n", "1 1 KN 1 1\n", "1 1 1 1 one\n"}) {
         directory.write(FILE, text(codes));
-        const std::string message = failure_of([] { UNITTAB(state.channels, state.settings.kind(), state.units); });
+        const std::string message =
+            failure_of([] { UNITTAB(state.channels, state.settings.kind(), state.units); });
         EXPECT_NE(message.find("UNIT.DAT, line 1"), std::string::npos) << message;
     }
 }
