@@ -2,11 +2,10 @@
 
 #include <exception>
 
-#include "channel/channels.h"
 #include "channel/run_end.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
-#include "cli/output_file.h"
+#include "cli/interruption.h"
 #include "commands/command_line.h"
 
 using namespace brelan::tool;
@@ -25,6 +24,5 @@ int main(int argc, char** argv) {
     } catch (const std::exception& error) {
         error_line(error.what());
     }
-    brelan::close_all_channels();
     return status;
 }

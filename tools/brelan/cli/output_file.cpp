@@ -5,14 +5,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <system_error>
 
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
+#include "cli/interruption.h"
 
 namespace brelan::tool {
 
@@ -20,31 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The half-written file for the signal handler, which may use nothing that allocates.
-std::array<char, 4096> half_file{};
-
-extern "C" void remove_half_file(int number) {
-    if (half_file[0] != '\0')
-        unlink(half_file.data());
-    signal(number, SIG_DFL);
-    raise(number);
-}
-
-void remember_half_file(const std::string& name) {
-    half_file[0] = '\0';
-    if (name.size() >= half_file.size())
-        return;
-    for (std::size_t i = name.size() + 1; i-- > 0;)  // the first character last: until then there is none
-        half_file[i] = name.c_str()[i];
-}
-
 }  // namespace
-
-void remove_half_files_on_signals() {
-    for (const int number : {SIGINT, SIGTERM, SIGHUP})
-        if (signal(number, remove_half_file) == SIG_IGN)
-            signal(number, SIG_IGN);
-}
 
 OutputFile::OutputFile(const fs::path& path) : path_(path), target_(path) {
     std::error_code error;
@@ -78,18 +53,20 @@ OutputFile::OutputFile(const fs::path& path) : path_(path), target_(path) {
         fail();
     struct stat known {};
     const mode_t mode = stat(target_.c_str(), &known) == 0 ? known.st_mode & 07777U : 0666U;
-    for (int attempt = 0; attempt < 100 && file_ == nullptr; ++attempt) {
+    for (int attempt = 0; attempt < 100; ++attempt) {
         beside_ = target_;
         beside_ += fmt::format(".{}-{}.part", getpid(), attempt);
         const int handle = open(beside_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
         if (handle >= 0) {
-            remember_half_file(beside_.string());
+            set_half_file(beside_.c_str());
             file_ = fdopen(handle, "wb");
-        } else if (errno != EEXIST) {
             break;
         }
+        if (errno != EEXIST)
+            break;
     }
     if (file_ == nullptr) {
+        set_half_file(nullptr);
         beside_.clear();
         fail();
     }
@@ -98,9 +75,10 @@ OutputFile::OutputFile(const fs::path& path) : path_(path), target_(path) {
 OutputFile::~OutputFile() {
     if (file_ != nullptr)
         std::fclose(file_);
-    if (!beside_.empty())
-        unlink(beside_.c_str());
-    half_file[0] = '\0';
+    if (beside_.empty())
+        return;
+    unlink(beside_.c_str());
+    set_half_file(nullptr);
 }
 
 void OutputFile::fail() const {
@@ -127,8 +105,8 @@ void OutputFile::commit() {
         return;
     if (rename(beside_.c_str(), target_.c_str()) != 0)
         fail();
+    set_half_file(nullptr);
     beside_.clear();
-    half_file[0] = '\0';
 }
 
 void write_file(const fs::path& path, std::string_view text) {

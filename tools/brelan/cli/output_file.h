@@ -41,7 +41,4 @@ private:
 // Writes a whole text.
 void write_file(const std::filesystem::path& path, std::string_view text);
 
-// Takes away what is half written when the process is interrupted or told to end.
-void remove_half_files_on_signals();
-
 }  // namespace brelan::tool

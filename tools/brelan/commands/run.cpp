@@ -26,7 +26,6 @@
 #include "commands/commands.h"
 #include "commands/run_failure.h"
 #include "commands/run_summary.h"
-#include "model/in_directory.h"
 #include "model/mesh_file.h"
 
 namespace brelan::tool {
@@ -160,11 +159,11 @@ void warn(const Remark& remark, const Deck& deck, const fs::path& base_mesh, boo
                 say(card.line, lost_result(card.name));
     if (deck.IMOD != 2 || lower(deck.result) == lower(BASE_MESH))
         return;
-    const InDirectory there(directory_of(base_mesh));  // whose own name may hold a backslash
-    const fs::path file = base_mesh.filename();
     std::error_code error;
-    if (const DeckCard* blocks = deck.card("4.1"); fs::is_regular_file(file, error))
-        for (const std::string& side : free_sides(*blocks, read_mesh_file(file, deck.kind)))
+    if (const DeckCard* blocks = deck.card("4.1"); fs::is_regular_file(base_mesh, error))
+        // The name of its directory may hold a backslash.
+        for (const std::string& side :
+             free_sides(*blocks, read_mesh_file(base_mesh.filename(), deck.kind, directory_of(base_mesh))))
             say(blocks->line, side);
 }
 

@@ -11,7 +11,7 @@
 #include "cli/exit_status.h"
 #include "commands/batch/pass_trace.h"
 #include "commands/card_report.h"
-#include "run/settings.h"
+#include "mesh/edition.h"
 
 namespace brelan::tool {
 

@@ -12,8 +12,8 @@ namespace brelan::tool {
 
 namespace {
 
-// A channel that no stage of the batch program has, on a name where no file can be: the text stays in memory.
-constexpr int CH_CARDS = 901;
+// A name where no file can be: the text stays in memory.
+constexpr int CH_CARDS = 1;
 constexpr std::string_view NO_FILE = "/dev/null/cards";
 
 struct Word {
@@ -70,9 +70,8 @@ std::string limits(int minimum, int maximum) {
 
 }  // namespace
 
-CardReader::CardReader(Deck& deck, std::string_view text) : deck_(deck) {
-    Channel& lines = open_channel(CH_CARDS, NO_FILE, OpenStatus::scratch);
-    lines_ = &lines;
+CardReader::CardReader(Deck& deck, std::string_view text)
+    : deck_(deck), lines_(channels_.open(CH_CARDS, NO_FILE, OpenStatus::scratch)) {
     std::size_t begin = 0;
     while (begin < text.size()) {
         const std::size_t end = std::min(text.find('\n', begin), text.size());
@@ -83,18 +82,10 @@ CardReader::CardReader(Deck& deck, std::string_view text) : deck_(deck) {
             line.remove_suffix(1);
         if (!line.empty() && line.front() == '*')
             continue;
-        lines.write_columns(line);
+        lines_.write_columns(line);
         file_lines_.push_back(lines_of_file_);
     }
-    lines.rewind();
-}
-
-CardReader::~CardReader() {
-    try {
-        close_channel(CH_CARDS);
-    } catch (const RunEnd&) {
-        // Nothing of it is on disk.
-    }
+    lines_.rewind();
 }
 
 int CardReader::file_line(int stripped_line) const {
@@ -104,7 +95,7 @@ int CardReader::file_line(int stripped_line) const {
 }
 
 int CardReader::next_line() const {
-    return lines_->at_end() ? 0 : file_line(lines_->lines_before());
+    return lines_.at_end() ? 0 : file_line(lines_.lines_before());
 }
 
 std::int32_t CardReader::integer(std::int32_t position) const {
@@ -120,7 +111,7 @@ void CardReader::fault(const std::string& message, std::optional<std::size_t> fi
     DeckFault fault;
     fault.message = message;
     fault.field = field;
-    fault.line = file_line(lines_->lines_before() - 1);
+    fault.line = file_line(lines_.lines_before() - 1);
     if (!deck_.cards.empty() && deck_.cards.back().line == fault.line)
         fault.card = deck_.cards.size() - 1;
     refuse(fault);
@@ -132,10 +123,10 @@ void CardReader::reading(Read read) {
         read();
     } catch (const RunEnd& end) {
         DeckFault fault;
-        fault.line = file_line(lines_->lines_before());
+        fault.line = file_line(lines_.lines_before());
         // The reader names its working copy; the person's file is named where the fault is shown.
         const std::string place =
-            std::string(NO_FILE) + ", line " + std::to_string(lines_->lines_before() + 1) + ": ";
+            std::string(NO_FILE) + ", line " + std::to_string(lines_.lines_before() + 1) + ": ";
         fault.message = end.text.starts_with(place) ? end.text.substr(place.size()) : end.text;
         if (!deck_.cards.empty() && deck_.cards.back().line == fault.line)
             fault.card = deck_.cards.size() - 1;
@@ -149,8 +140,8 @@ DeckCard& CardReader::note(CardType type, std::string_view number, std::string_v
     card.number = number;
     card.label = number;
     card.heading = heading;
-    card.line = card.last_line = file_line(lines_->lines_before());
-    card.text = std::string(TextLine(lines_->peek_line()).trimmed());
+    card.line = card.last_line = file_line(lines_.lines_before());
+    card.text = std::string(TextLine(lines_.peek_line()).trimmed());
     card.group = group_;
     deck_.cards.push_back(std::move(card));
     return deck_.cards.back();
@@ -168,9 +159,9 @@ DeckCard& CardReader::values(const CardForm& form) {
 
     TextLine line;
     reading([&] {
-        if (lines_->at_end())
-            lines_->fail_here("the file ends here; expected Card " + std::string(form.number));
-        line = TextLine(lines_->peek_line());
+        if (lines_.at_end())
+            lines_.fail_here("the file ends here; expected Card " + std::string(form.number));
+        line = TextLine(lines_.peek_line());
     });
     DeckCard& card = note(CardType::values, form.number, form.heading);
     card.label = known.label;
@@ -224,7 +215,7 @@ void CardReader::read_values(DeckCard& card, const CardForm& form, int count) {
     };
     try {
         reading([&] {
-            FreeFieldReader reader(*lines_, expected, FreeFieldReader::Reach::one_line);
+            FreeFieldReader reader(lines_, expected, FreeFieldReader::Reach::one_line);
             for (; field < static_cast<std::size_t>(count); ++field)
                 reader.read(values_[field + 1]);
             reader.finish();
@@ -252,43 +243,43 @@ void CardReader::list(const CardForm& form, std::int32_t count, std::string_view
         return;
     const std::string expected =
         "the list of " + std::to_string(count) + " values of Card " + std::string(form.number);
-    const int first = lines_->lines_before();
-    if (!lines_->at_end())
+    const int first = lines_.lines_before();
+    if (!lines_.at_end())
         note(CardType::list, form.number, heading);
     reading([&] {
-        read_free_list(*lines_, expected, std::span(values_).subspan(1, static_cast<std::size_t>(count)));
+        read_free_list(lines_, expected, std::span(values_).subspan(1, static_cast<std::size_t>(count)));
     });
     DeckCard& card = deck_.cards.back();
-    const int lines = lines_->lines_before() - first;
+    const int lines = lines_.lines_before() - first;
     card.last_line = file_line(first + lines - 1);
     card.list.assign(values_.begin() + 1, values_.begin() + 1 + count);
-    lines_->step_back(lines - 1);
+    lines_.step_back(lines - 1);
     for (int line = 1; line < lines; ++line)
-        card.text += "\n" + std::string(lines_->read_line(expected).trimmed());
+        card.text += "\n" + std::string(lines_.read_line(expected).trimmed());
 }
 
 void CardReader::unused_name(std::string_view number, std::string_view field) {
     const std::string expected =
         "the file name of Card " + std::string(number) + " (" + std::string(field) + ")";
     reading([&] {
-        if (lines_->at_end())
-            lines_->fail_here("the file ends here; expected " + expected);
+        if (lines_.at_end())
+            lines_.fail_here("the file ends here; expected " + expected);
     });
     DeckCard& card = note(CardType::name, number, std::string(field) + ", not used by this edit");
     card.name = card.text;
-    lines_->skip_lines(1, expected);
+    lines_.skip_lines(1, expected);
 }
 
 std::string CardReader::file_name(std::string_view number, std::string_view field) {
     const std::string what = "the file name of Card " + std::string(number) + " (" + std::string(field) + ")";
     TextLine line;
     reading([&] {
-        if (lines_->at_end())
-            lines_->fail_here("the file ends here; expected " + what);
-        line = TextLine(lines_->peek_line());
+        if (lines_.at_end())
+            lines_.fail_here("the file ends here; expected " + what);
+        line = TextLine(lines_.peek_line());
     });
     note(CardType::name, number, std::string(field));
-    lines_->skip_lines(1, what);
+    lines_.skip_lines(1, what);
     const std::string expected = "expected " + what;
     if (line.blank())
         fault(expected + ", found a blank line");
@@ -306,12 +297,12 @@ std::string CardReader::file_name(std::string_view number, std::string_view fiel
 
 std::string CardReader::title() {
     reading([&] {
-        if (lines_->at_end())
-            lines_->fail_here("the file ends here; expected a group's title");
+        if (lines_.at_end())
+            lines_.fail_here("the file ends here; expected a group's title");
     });
-    const TextLine line(lines_->peek_line());
+    const TextLine line(lines_.peek_line());
     DeckCard& card = note(CardType::title, "title", "title of the group");
-    lines_->skip_lines(1, "a group's title");
+    lines_.skip_lines(1, "a group's title");
     const std::size_t columns = static_cast<std::size_t>(CARDLEN(line));
     card.name = line.view().substr(0, columns);
     card.name.erase(0, std::min(card.name.find_first_not_of(' '), card.name.size()));
@@ -322,9 +313,9 @@ std::int32_t CardReader::look_ahead_to_edit() {
     constexpr int lines = 4;
     float edit = 0.0F;
     reading([&] {
-        lines_->skip_lines(lines - 1, "Cards 3.1-1 to 3.3");
-        read_free(*lines_, "Card 3.3", edit);
-        lines_->step_back(lines);
+        lines_.skip_lines(lines - 1, "Cards 3.1-1 to 3.3");
+        read_free(lines_, "Card 3.3", edit);
+        lines_.step_back(lines);
     });
     return TRUNCATE(edit);
 }

@@ -20,9 +20,6 @@ class CardReader {
 public:
     // `text` is that of the deck's file. Cards are noted in the deck.
     CardReader(Deck& deck, std::string_view text);
-    ~CardReader();
-    CardReader(const CardReader&) = delete;
-    CardReader& operator=(const CardReader&) = delete;
 
     // The next card. Its values are then those of value_of.
     DeckCard& values(const CardForm& form);
@@ -67,7 +64,8 @@ private:
     int file_line(int stripped_line) const;
 
     Deck& deck_;
-    Channel* lines_ = nullptr;     // the deck without its comments
+    Channels channels_;
+    Channel& lines_;               // the deck without its comments
     std::vector<int> file_lines_;  // for each of them, from 0
     int lines_of_file_ = 0;
     int group_ = 0;

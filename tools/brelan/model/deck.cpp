@@ -1,14 +1,19 @@
 #include "model/deck.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <limits>
 
 #include "channel/file_names.h"
 #include "channel/real_to_integer.h"
 #include "channel/run_end.h"
 #include "channel/text_line.h"
+#include "cli/exit_status.h"
 #include "deck/card_stream.h"
-#include "model/in_directory.h"
+#include "model/drive_c.h"
 
 namespace brelan::tool {
 
@@ -74,10 +79,11 @@ std::filesystem::path file_of_card(const std::filesystem::path& project, std::st
         rest.remove_prefix(rest.find_first_not_of(' '));
     else if (in_parent(rest))
         rest.remove_prefix(3);
+    const std::filesystem::path there = from.empty() ? "." : from;
+    if (access((there / ".").c_str(), X_OK) != 0)
+        throw Failure(there.string() + ": expected a directory to work in: " + std::strerror(errno));
     try {
-        const InDirectory there(from.empty() ? "." : from);
-        const std::filesystem::path found = RESOLVE(rest);
-        return found.is_absolute() ? found : from / found;
+        return RESOLVE({from, drive_c()}, rest);
     } catch (const RunEnd&) {
         return {};  // two files of the name, or no place for drive C:
     }

@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "run/settings.h"
+#include "mesh/edition.h"
 
 namespace brelan::tool {
 

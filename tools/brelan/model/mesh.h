@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "mesh/edition.h"
 #include "mesh/mesh_records.h"
-#include "run/settings.h"
 
 namespace brelan::tool {
 

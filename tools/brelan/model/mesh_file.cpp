@@ -4,6 +4,7 @@
 
 #include <numeric>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/number_text.h"
 #include "channel/text_line.h"
@@ -13,7 +14,7 @@
 #include "deck/card_stream.h"
 #include "mesh/kinds.h"
 #include "mesh/mesh_records.h"
-#include "run/channel_numbers.h"
+#include "model/drive_c.h"
 
 namespace brelan::tool {
 
@@ -21,22 +22,14 @@ namespace {
 
 constexpr std::string_view HEADING = "a heading line of a mesh file";
 
-// Names of channels that are held in memory. Closing one deletes the file of its name: there can be none of
-// these.
+// Names of channels that are held in memory: there can be no files of these.
 constexpr std::string_view IN_MEMORY = "/dev/null/mesh", SOURCE_IN_MEMORY = "/dev/null/source";
-
-// The records of the library go by the running edition.
-void set_kind(LayoutKind kind) {
-    constexpr std::array<std::int32_t, 4> EDITION{2, 5, 9, 1};
-    IPROGM = EDITION[static_cast<std::size_t>(kind)];
-    ISKEL = skeleton_switch(IPROGM);
-}
 
 // --- reading -------------------------------------------------------------------------------------
 
-// A text as an input channel whose messages name it as told.
-Channel& open_text(std::string_view text, const std::string& name) {
-    Channel& channel = open_channel(CH_SOURCE_A, SOURCE_IN_MEMORY, OpenStatus::scratch);
+// A text as the input channel, whose messages name it as told.
+void open_text(Channels& channels, std::string_view text, const std::string& name) {
+    Channel& channel = channels.open(CH_SOURCE_A, SOURCE_IN_MEMORY, OpenStatus::scratch);
     std::size_t lines = 0;
     for (std::size_t begin = 0; begin < text.size(); ++lines) {
         const std::size_t end = std::min(text.find('\n', begin), text.size());
@@ -47,20 +40,20 @@ Channel& open_text(std::string_view text, const std::string& name) {
     std::iota(origin.line.begin(), origin.line.end(), 1);
     channel.set_origin(origin);
     channel.rewind();
-    return channel;
 }
 
 // The mesh without its comment lines, on a channel that knows the line of the file for each of its own.
-Channel& without_comments(Channel& from, bool& byte_order_mark) {
+Channel& without_comments(Channels& channels, bool& byte_order_mark) {
+    Channel& from = channels.at(CH_SOURCE_A);
     byte_order_mark = from.pass_byte_order_mark();
-    Channel& mesh = open_channel(CH_MESH_A, IN_MEMORY, OpenStatus::scratch);
+    Channel& mesh = channels.open(CH_MESH_A, IN_MEMORY, OpenStatus::scratch);
     mesh.follow(from);
     while (!from.at_end()) {
         const std::string_view line = from.read_whole_line("a line").substr(0, LINE_COLUMNS);
         if (line.empty() || line.front() != '*')
             mesh.write_line(line);
     }
-    close_channel(CH_SOURCE_A);
+    channels.close(CH_SOURCE_A);
     mesh.rewind();
     return mesh;
 }
@@ -144,13 +137,13 @@ private:
         const std::int32_t NFIELDS = count_values(TextLine(file_.peek_line())).count;
         mesh_.nodes.reserve(static_cast<std::size_t>(count));
         for (std::int32_t i = 0; i < count; ++i) {
-            mesh_.nodes.push_back(read_node_record(file_, NFIELDS));
+            mesh_.nodes.push_back(read_node_record(mesh_.kind, file_, NFIELDS));
             require_number(mesh_.nodes.back().NODE, MAXNP, "a node");
         }
     }
 
     void read_element(std::int8_t type) {
-        Element e{read_element_record(file_, type)};
+        Element e{read_element_record(mesh_.kind, file_, type)};
         if (e.NEL < 0) {
             ++mesh_.deleted;
             return;
@@ -230,51 +223,56 @@ void require_fields(const Mesh& mesh) {
 
 namespace {
 
-Mesh read_mesh(Channel& from, const std::string& name, std::optional<LayoutKind> kind) {
+// The mesh on the input channel.
+Mesh read_mesh(Channels& channels, const std::string& name, std::optional<LayoutKind> kind) {
     Mesh mesh;
     mesh.file = name;
-    Channel& file = without_comments(from, mesh.byte_order_mark);
+    Channel& file = without_comments(channels, mesh.byte_order_mark);
     if (!kind)
         kind = find_kind(file);
     if (!kind)
         throw Failure(fmt::format(
             "{}: neither headings nor records tell the kind of mesh; name it with --kind", mesh.file));
     mesh.kind = *kind;
-    set_kind(*kind);
     Reader(file, mesh).read();
-    close_channel(CH_MESH_A);
     mesh.finish();
     return mesh;
 }
 
-std::optional<LayoutKind> kind_of_mesh(Channel& from) {
+std::optional<LayoutKind> kind_of_mesh(Channels& channels) {
     bool byte_order_mark = false;
-    const std::optional<LayoutKind> kind = find_kind(without_comments(from, byte_order_mark));
-    close_channel(CH_MESH_A);
-    return kind;
+    return find_kind(without_comments(channels, byte_order_mark));
 }
 
 }  // namespace
 
-Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind) {
-    return read_mesh(open_channel(CH_SOURCE_A, path.string(), OpenStatus::old), path.string(), kind);
+Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind,
+                    const std::filesystem::path& directory) {
+    Channels channels({directory, drive_c()});
+    channels.open(CH_SOURCE_A, path.string(), OpenStatus::old);
+    return read_mesh(channels, path.string(), kind);
 }
 
 Mesh read_mesh_text(std::string_view text, const std::string& name, std::optional<LayoutKind> kind) {
-    return read_mesh(open_text(text, name), name, kind);
+    Channels channels;
+    open_text(channels, text, name);
+    return read_mesh(channels, name, kind);
 }
 
 std::optional<LayoutKind> kind_of_mesh_file(const std::filesystem::path& path) {
-    return kind_of_mesh(open_channel(CH_SOURCE_A, path.string(), OpenStatus::old));
+    Channels channels({{}, drive_c()});
+    channels.open(CH_SOURCE_A, path.string(), OpenStatus::old);
+    return kind_of_mesh(channels);
 }
 
 std::optional<LayoutKind> kind_of_mesh_text(std::string_view text, const std::string& name) {
-    return kind_of_mesh(open_text(text, name));
+    Channels channels;
+    open_text(channels, text, name);
+    return kind_of_mesh(channels);
 }
 
 void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path) {
     require_fields(mesh);
-    set_kind(mesh.kind);
     MeshCounts counts;
     counts.NUMNP = static_cast<std::int32_t>(mesh.nodes.size());
     for (const Element& e : mesh.elements)
@@ -285,18 +283,19 @@ void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path) {
     if (mesh.flow_lines)
         shown.NTRUS = 0;
 
-    Channel& file = open_channel(CH_RESULT, IN_MEMORY, OpenStatus::scratch);
+    Channels channels;
+    Channel& file = channels.open(CH_RESULT, IN_MEMORY, OpenStatus::scratch);
     write_mesh_head(file, path == STANDARD_STREAM ? mesh.name : path.filename().string(), shown);
-    write_node_heading(file);
+    write_node_heading(mesh.kind, file);
     for (const Node& node : mesh.nodes)
-        write_node_record(file, node);
+        write_node_record(mesh.kind, file, node);
     for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
         if (counts.of(type) == 0)
             continue;
-        write_section_heading(file, type);
+        write_section_heading(mesh.kind, file, type);
         for (const Element& e : mesh.elements)
             if (e.section() == type)
-                write_element_record(file, type, e);
+                write_element_record(mesh.kind, file, type, e);
     }
     file.write_line("     0");
     file.write_line("     0");
@@ -308,7 +307,6 @@ void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path) {
         out.write("\n");
     }
     out.commit();
-    close_channel(CH_RESULT);
 }
 
 }  // namespace brelan::tool

@@ -12,10 +12,12 @@ namespace brelan::tool {
 
 // Reads a mesh file through the batch program's own records: comments and deleted elements are left out,
 // fields may stand in any columns. The kind is found from the headings and the values on the records; `kind`
-// overrules. Trusses that a file of the head kind hides from its head (flow lines) are read as well.
+// overrules. Trusses that a file of the head kind hides from its head (flow lines) are read as well. The name
+// is one of the package, as a deck has it; it starts in the directory, empty for the current one.
 //
 // Throws Failure or RunEnd with file, line and what was expected.
-Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind = std::nullopt);
+Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind = std::nullopt,
+                    const std::filesystem::path& directory = {});
 
 // The same for the text of a mesh file; `name` stands for it in messages.
 Mesh read_mesh_text(std::string_view text, const std::string& name,

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "commands/batch/interruption.h"
+#include "cli/interruption.h"
 
 namespace brelan::tool {
 

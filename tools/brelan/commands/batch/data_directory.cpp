@@ -3,12 +3,12 @@
 #include <fmt/core.h>
 
 #include <array>
-#include <cstdlib>
 #include <fstream>
 
 #include "cli/exit_status.h"
 #include "cli/output_file.h"
 #include "cli/words.h"
+#include "model/drive_c.h"
 
 namespace brelan::tool {
 
@@ -55,18 +55,10 @@ fs::path masters(const fs::path& brelan) {
                               brelan.string(), drives.front().string()));
 }
 
-// The directory that the user has given drive C:; empty where there is none.
+// The directory of the user's drive C:; empty where there is none.
 fs::path drive_of_user() {
-    const auto variable = [](const char* name) {
-        const char* value = std::getenv(name);
-        return fs::path(value == nullptr ? "" : value);
-    };
+    const fs::path drive = drive_c();
     std::error_code error;
-    fs::path drive = variable("BRELAN_DRIVE_C");
-    if (drive.empty() && !variable("XDG_DATA_HOME").empty())
-        drive = variable("XDG_DATA_HOME") / "brelan2d" / "C";
-    else if (drive.empty() && !variable("HOME").empty())
-        drive = variable("HOME") / ".local" / "share" / "brelan2d" / "C";
     return fs::is_directory(drive, error) ? fs::absolute(drive, error) : fs::path{};
 }
 

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "commands/options.h"
+#include "mesh/edition.h"
 #include "model/deck.h"
-#include "run/settings.h"
 
 namespace brelan::tool {
 

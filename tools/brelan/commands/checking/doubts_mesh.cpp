@@ -213,10 +213,11 @@ Number lowest_new_number(const Region& region) {
 
 // The numbers that the batch program gives the elements of both meshes.
 void doubt_element_numbers(Doubts& doubts, const Mesh& a, const Mesh& b, const DeckCard* card) {
-    take_numbers(b, REGION1);  // the names cross
-    take_numbers(a, REGION2);
-    FIXREGIONNUMBERS();
-    const Number first = lowest_new_number(REGION1), second = lowest_new_number(REGION2);
+    Combination numbers;
+    take_numbers(b, numbers.first);  // the names cross
+    take_numbers(a, numbers.second);
+    FIXREGIONNUMBERS(numbers);
+    const Number first = lowest_new_number(numbers.first), second = lowest_new_number(numbers.second);
     if (first == 0 || second == 0)
         doubts.end_of_run(
             "element-numbers", card,

@@ -3,8 +3,10 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <memory>
 
-#include "channel/channels.h"
+#include "channel/channel_numbers.h"
+#include "channel/console.h"
 #include "channel/free_field.h"
 #include "channel/run_end.h"
 #include "cli/exit_status.h"
@@ -12,12 +14,10 @@
 #include "commands/batch/temporary_directory.h"
 #include "dam/dam_deck.h"
 #include "deck/deck_checker.h"
-#include "deck/deck_tables.h"
-#include "model/in_directory.h"
 #include "model/mesh_file.h"
 #include "run/base_mesh_run.h"
-#include "run/channel_numbers.h"
 #include "run/flush_to_zero.h"
+#include "run/run.h"
 
 namespace brelan::tool {
 
@@ -27,40 +27,6 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view DECK_NAME = "..\\deck.dat";
 constexpr std::string_view NORMALISED = "BRELAN.TMP";
-
-// The cards of an earth dam are right, and the decks made of them: those are no matter of this check.
-struct DamIsRight {};
-
-void write_dam() {
-    DAMDECK();
-    throw DamIsRight{};
-}
-
-// A drive C: that holds what the checker reads and writes there, for as long as the object lives.
-class PrivateDrive {
-public:
-    explicit PrivateDrive(const fs::path& drive) {
-        const char* before = std::getenv("BRELAN_DRIVE_C");
-        if (before != nullptr)
-            before_ = before;
-        const fs::path files = drive / "Vork" / "Qx" / "Qxdata";
-        fs::create_directories(files);
-        write_file(files / "MANUAL.DAT", "0\n");
-        setenv("BRELAN_DRIVE_C", drive.c_str(), 1);
-    }
-    ~PrivateDrive() {
-        close_all_channels();
-        if (before_)
-            setenv("BRELAN_DRIVE_C", before_->c_str(), 1);
-        else
-            unsetenv("BRELAN_DRIVE_C");
-    }
-    PrivateDrive(const PrivateDrive&) = delete;
-    PrivateDrive& operator=(const PrivateDrive&) = delete;
-
-private:
-    std::optional<std::string> before_;
-};
 
 // The line that a message about the deck names.
 int line_in(const std::string& message) {
@@ -88,13 +54,20 @@ void take_end(const RunEnd& end, const Deck& deck, Verdict& verdict) {
     verdict.message = deck.file.string() + rest;
 }
 
-void make_base_mesh(const Deck& deck, const fs::path& project, Verdict& verdict) {
+// Drive C: with what the checker reads there, and room for what it writes.
+void make_drive(const fs::path& drive) {
+    const fs::path files = drive / "Vork" / "Qx" / "Qxdata";
+    fs::create_directories(files);
+    write_file(files / "MANUAL.DAT", "0\n");
+}
+
+void make_base_mesh(const Deck& deck, const fs::path& project, Run& run, Verdict& verdict) {
     try {
-        Channel& cards = open_channel(CH_DECK, NORMALISED, OpenStatus::old);
+        Channel& cards = run.channels.open(CH_DECK, NORMALISED, OpenStatus::old);
         std::int32_t IMOD = 0, JK = 0;
         read_free(cards, "Card 1.1", IMOD, JK);
-        run_base_mesh();
-        close_all_channels();
+        run_base_mesh(run);
+        run.channels.close_all();
         verdict.base_mesh = read_mesh_file(project / BASE_MESH, deck.kind);
     } catch (const RunEnd& end) {
         verdict.no_base_mesh =
@@ -110,35 +83,32 @@ Verdict verdict_of(const Deck& deck, const Edition& edition) {
     constexpr std::int32_t base_mesh = 2;
     Verdict verdict;
     const TemporaryDirectory place("brelan-check-");
-    const fs::path project = place.path() / "project";
-    fs::create_directories(project / "work");
+    const fs::path project = place.path() / "project", work = project / "work", drive = place.path() / "C";
+    fs::create_directories(work);
     write_file(project / "deck.dat", deck.text);
+    make_drive(drive);
 
-    const PrivateDrive drive(place.path() / "C");
-    const InDirectory work(project / "work");
     flush_to_zero();
-    IPROGM = edition.number;
-    ISKEL = skeleton_switch(IPROGM);
-    IDEBUG = 0;
-    for (std::int32_t position = 1; position <= MAXCARDVAL; ++position)
-        CARDVAL[position] = 0.0F;  // as when the batch program starts
-    JKPREP = 0;
-    DECKCOUNT = 1;
-    DECKLIST[1] = TextLine(DECK_NAME);
+    KeptConsole console;
+    const auto run = std::make_unique<Run>(Directories{work, drive}, console);
+    run->set_edition(edition.number);
+    const LayoutKind kind = run->settings.kind();
     try {
-        TextLine name(DECK_NAME);
-        DECKCHK(name, NORMALISED, write_dam);
-    } catch (const DamIsRight&) {
-        return verdict;
+        const DeckContent content =
+            DECKCHK(run->channels, kind, run->checker, run->console, TextLine(DECK_NAME), NORMALISED);
+        if (content == DeckContent::dam) {
+            DAMDECK(run->channels, kind, run->checker, run->decks, run->dam, run->sizes);
+            return verdict;  // the decks made of its cards are no matter of this check
+        }
     } catch (const RunEnd& end) {
         take_end(end, deck, verdict);
         return verdict;
     }
-    close_all_channels();
-    std::ifstream normalised(NORMALISED.data(), std::ios::binary);
+    run->channels.close_all();
+    std::ifstream normalised(work / NORMALISED, std::ios::binary);
     verdict.normalised.assign(std::istreambuf_iterator<char>(normalised), {});
     if (deck.IMOD == base_mesh)
-        make_base_mesh(deck, project, verdict);
+        make_base_mesh(deck, project, *run, verdict);
     return verdict;
 }
 

@@ -22,8 +22,7 @@ struct Verdict {
     std::string no_base_mesh;
 };
 
-// Checks the deck in a directory of its own: nothing of the project is touched. The tables of the batch
-// program are in use meanwhile.
+// Checks the deck in a directory of its own: nothing of the project is touched.
 Verdict verdict_of(const Deck& deck, const Edition& edition);
 
 }  // namespace brelan::tool

@@ -1,4 +1,8 @@
-#include "commands/batch/interruption.h"
+#include "cli/interruption.h"
+
+#include <unistd.h>
+
+#include <atomic>
 
 namespace brelan::tool {
 
@@ -6,10 +10,21 @@ namespace {
 
 constexpr int SIGNALS[] = {SIGINT, SIGTERM, SIGHUP};
 
+// A signal handler is handed nothing but the number of its signal: these two are all that outlives a call in
+// the command, and of types that a handler may touch.
 volatile std::sig_atomic_t signal_that_came = 0;
+std::atomic<const char*> half_file{nullptr};
+static_assert(std::atomic<const char*>::is_always_lock_free);
 
 extern "C" void note_signal(int number) {
     signal_that_came = number;
+}
+
+extern "C" void remove_half_file(int number) {
+    if (const char* const name = half_file)
+        unlink(name);
+    signal(number, SIG_DFL);
+    raise(number);
 }
 
 }  // namespace
@@ -34,6 +49,16 @@ Interruption::~Interruption() {
 
 bool Interruption::came() const {
     return signal_that_came != 0;
+}
+
+void remove_half_files_on_signals() {
+    for (const int number : SIGNALS)
+        if (signal(number, remove_half_file) == SIG_IGN)
+            signal(number, SIG_IGN);
+}
+
+void set_half_file(const char* name) {
+    half_file = name;
 }
 
 }  // namespace brelan::tool
