@@ -426,29 +426,66 @@ TEST(DamGroups, CutACoreOnlyWhereItIsClearOfTheShells) {
     EXPECT_EQ(core_ends(), cut);
 }
 
-// Without shells no core is made of whole elements, however near it comes to the crest or to its ends.
-TEST(DamGroups, CutEveryCoreOfADamWithoutShells) {
-    DamInput dam = whole_dam();
-    const auto core_ends = [&] { return ends_of(group_of(main_deck(dam, Kind::coupled), " Dam Core")); };
-    const Lines to_the_crest{"0", "3", "2", "3", "2"}, below_it{"0", "3", "2", "2", "2"};
-    dam.core = {{42.0, 0.0}, {46.0, 0.0}, {46.0, 20.0}, {42.0, 20.0}};
-    EXPECT_EQ(core_ends(), to_the_crest);
-    dam.core = {{42.0, 0.0}, {46.0, 0.0}, {46.0, 20.0}, {40.4, 20.0}};
-    EXPECT_EQ(core_ends(), to_the_crest);
-    dam.core = {{42.0, 0.0}, {46.0, 0.0}, {46.0, 19.7}, {42.0, 19.7}};
-    EXPECT_EQ(core_ends(), below_it);
+// Points of a group as they stand on its cards.
+Lines points_of(const Lines& group) {
+    Lines points;
+    for (const std::string& card : group)
+        if (std::count(card.begin(), card.end(), ' ') == 2 && card.find("E+") < card.size())
+            points.push_back(card.substr(card.find(' ') + 1));
+    points.pop_back();  // the card of NSEGMENT has the same form
+    return points;
 }
 
-TEST(DamGroups, CutAWallWhereverItEnds) {
+// The elements are 1 by 1. An end of the crest must not become a core's corner, nor may a corner stand
+// between the crest and the middle of the row below it: there the sides end in the line of that row.
+TEST(DamGroups, CutACoreUpToTheRowBelowTheCrestWhereItWouldTakeNodesOfTheCrest) {
     DamInput dam = whole_dam();
-    const auto wall_ends = [&] { return ends_of(group_of(main_deck(dam, Kind::coupled), " Cut-off Wall")); };
-    EXPECT_EQ(wall_ends(), (Lines{"0", "2", "2", "2", "3"}));
-    dam.wall[1].y = dam.wall[2].y = -13.5;  // half an element over the bottom of the ground
-    EXPECT_EQ(wall_ends(), (Lines{"0", "2", "2", "2", "3"}));
-    dam.wall[1].y = dam.wall[2].y = -14.0;  // on it
-    EXPECT_EQ(wall_ends(), (Lines{"0", "2", "3", "2", "3"}));
+    const auto core = [&] { return group_of(main_deck(dam, Kind::coupled), " Dam Core"); };
+    const Lines to_the_crest{"0", "3", "2", "3", "2"}, to_the_row{"0", "3", "2", "3", "3", "3", "2"};
+    dam.core = {{42.0, 0.0}, {46.0, 0.0}, {46.0, 20.0}, {42.0, 20.0}};
+    EXPECT_EQ(ends_of(core()), to_the_crest);
+    dam.core[3].x = 40.6;  // 0.4 from the node at 41, 0.6 from the end
+    EXPECT_EQ(ends_of(core()), to_the_crest);
+    dam.core[3].x = 40.4;
+    EXPECT_EQ(ends_of(core()), to_the_row);
+    EXPECT_EQ(points_of(core()),
+              (Lines{"4.20000E+01 0.00000E+00", "4.60000E+01 0.00000E+00", "4.60000E+01 1.90000E+01",
+                     "4.60000E+01 2.00000E+01", "4.04000E+01 2.00000E+01", "4.04800E+01 1.90000E+01"}));
+    dam.core = {{42.0, 0.0}, {46.0, 0.0}, {46.0, 19.4}, {42.0, 19.4}};
+    EXPECT_EQ(ends_of(core()), (Lines{"0", "3", "2", "2", "2"}));
+    dam.core[2].y = dam.core[3].y = 19.7;
+    EXPECT_EQ(ends_of(core()), to_the_row);
+}
+
+// A middle block of two elements of 4: the right corner takes the node between them, and then the left end of
+// the crest is the nearest to the left corner.
+TEST(DamGroups, KnowTheNodesThatACoresFirstCornerHasMoved) {
+    DamInput dam = whole_dam();
+    dam.NCREST = 2;
+    const auto core_ends = [&] { return ends_of(group_of(main_deck(dam, Kind::coupled), " Dam Core")); };
+    dam.core = {{42.5, 0.0}, {47.9, 0.0}, {48.0, 20.0}, {42.5, 20.0}};
+    EXPECT_EQ(core_ends(), (Lines{"0", "3", "2", "3", "2"}));
+    dam.core = {{42.5, 0.0}, {45.5, 0.0}, {45.5, 20.0}, {42.5, 20.0}};
+    EXPECT_EQ(core_ends(), (Lines{"0", "3", "2", "3", "3", "3", "2"}));
+}
+
+// The lowest row is taken as 2.4 elements high at most.
+TEST(DamGroups, CutAWallDownToTheLowestRowWhereItWouldTakeNodesOfTheBottom) {
+    DamInput dam = whole_dam();
+    const auto wall = [&] { return group_of(main_deck(dam, Kind::coupled), " Cut-off Wall"); };
+    const Lines cut{"0", "2", "2", "2", "3"};
+    EXPECT_EQ(ends_of(wall()), cut);
+    dam.wall[1].y = dam.wall[2].y = -12.7;
+    EXPECT_EQ(ends_of(wall()), cut);
+    dam.wall[1].y = dam.wall[2].y = -12.9;
+    EXPECT_EQ(ends_of(wall()), (Lines{"0", "2", "3", "3", "3", "2", "3"}));
+    EXPECT_EQ(points_of(wall()),
+              (Lines{"4.30000E+01 0.00000E+00", "4.30000E+01 -1.16000E+01", "4.30000E+01 -1.29000E+01",
+                     "4.50000E+01 -1.29000E+01", "4.50000E+01 -1.16000E+01", "4.50000E+01 0.00000E+00"}));
+    dam.wall[1].y = dam.wall[2].y = -14.0;  // on the bottom
+    EXPECT_EQ(ends_of(wall()), (Lines{"0", "2", "3", "2", "3"}));
     dam.wall[1].y = dam.wall[2].y = -6.0;  // on the line between the layers
-    EXPECT_EQ(wall_ends(), (Lines{"0", "2", "3", "2", "3"}));
+    EXPECT_EQ(ends_of(wall()), (Lines{"0", "2", "3", "2", "3"}));
 }
 
 TEST(DamGroups, LeaveAWallUncutUnderTheFeetOfTheShells) {
@@ -465,35 +502,47 @@ TEST(DamGroups, LeaveAWallUncutUnderTheFeetOfTheShells) {
 
 TEST(DamGroups, PlaceTheEndsOfSlopesAndCrest) {
     DamInput dam = plain_dam();
-    const auto surface_ends = [&] {
-        return ends_of(group_of(main_deck(dam, Kind::displacement), " Ground Surface"));
-    };
-    const Lines drawn{"3", "2", "2", "2"};
-    EXPECT_EQ(surface_ends(), drawn);
-    dam.RUNL = 40.5;  // beside the edges of the block columns
-    EXPECT_EQ(surface_ends(), drawn);
-    dam.RUNL = 40.0;
+    const auto surface = [&] { return group_of(main_deck(dam, Kind::displacement), " Ground Surface"); };
+    EXPECT_EQ(ends_of(surface()), (Lines{"3", "2", "2", "2"}));
     dam.ISHELL = 1;  // the crest alone
-    EXPECT_EQ(surface_ends(), (Lines{"3", "3", "2", "3"}));
+    EXPECT_EQ(ends_of(surface()), (Lines{"3", "3", "2", "3"}));
     dam.layers = {6.0};
-    EXPECT_EQ(surface_ends(), (Lines{"3", "3", "3", "3", "2", "3", "3", "3"}));
+    EXPECT_EQ(ends_of(surface()), (Lines{"3", "3", "3", "3", "2", "3", "3", "3"}));
 }
 
-TEST(DamGroups, CutTheVerticalUnderACrestsEndBesideTheBlockColumns) {
+// Its cut moves the next node of the crest onto the slope: an end between two nodes is not placed.
+TEST(DamGroups, DrawASlopeBeyondACrestsEndBesideTheBlockColumns) {
     DamInput dam = plain_dam();
-    const auto ends = [&](const char* title) {
-        return ends_of(group_of(main_deck(dam, Kind::displacement), title));
-    };
-    // The first is the material line.
-    const Lines cut{"3", "2", "2"}, uncut{"3", "3", "2"};
-    EXPECT_EQ(ends(" Upstream Shell"), uncut);
-    EXPECT_EQ(ends(" Downstream Shell"), uncut);
+    const auto surface = [&] { return group_of(main_deck(dam, Kind::displacement), " Ground Surface"); };
+    EXPECT_EQ(surface().back(), "4 1 0 2");
     dam.RUNL = 40.5;
-    EXPECT_EQ(ends(" Upstream Shell"), cut);
-    EXPECT_EQ(ends(" Downstream Shell"), cut);
+    dam.crest = 7.5;  // the right end is on the edge
+    EXPECT_EQ(ends_of(surface()), (Lines{"3", "2", "3", "1"}));
+    EXPECT_EQ(surface().back(), "4 1 1 1");
+    EXPECT_EQ(points_of(surface()), (Lines{"0.00000E+00 0.00000E+00", "8.80000E+01 0.00000E+00",
+                                           "4.80000E+01 2.00000E+01", "4.09050E+01 2.02000E+01"}));
+    dam.crest = 7.0;  // neither
+    EXPECT_EQ(ends_of(surface()), (Lines{"3", "-1", "3", "1"}));
+    EXPECT_EQ(points_of(surface()).at(2), "4.70950E+01 2.02000E+01");
+}
+
+// The elements are 1 wide, the slope 1:2: an element below the end it is half an element lower.
+TEST(DamGroups, CutTheVerticalUnderACrestsEndBesideTheBlockColumnsUpToTheSlope) {
+    DamInput dam = plain_dam();
+    const auto group = [&](const char* title) { return group_of(main_deck(dam, Kind::displacement), title); };
+    // The first is the material line.
+    const Lines cut{"3", "2", "3", "2"}, uncut{"3", "3", "2"};
+    EXPECT_EQ(ends_of(group(" Upstream Shell")), uncut);
+    EXPECT_EQ(ends_of(group(" Downstream Shell")), uncut);
+    dam.RUNL = 40.5;
+    EXPECT_EQ(ends_of(group(" Upstream Shell")), cut);
+    EXPECT_EQ(ends_of(group(" Downstream Shell")), cut);
+    EXPECT_EQ(points_of(group(" Upstream Shell")),
+              (Lines{"0.00000E+00 0.00000E+00", "4.05000E+01 0.00000E+00", "4.05000E+01 1.95062E+01",
+                     "4.05000E+01 2.00000E+01"}));
     dam.WMID = 8.5;  // the crest's right end is on the edge again
-    EXPECT_EQ(ends(" Upstream Shell"), cut);
-    EXPECT_EQ(ends(" Downstream Shell"), uncut);
+    EXPECT_EQ(ends_of(group(" Upstream Shell")), cut);
+    EXPECT_EQ(ends_of(group(" Downstream Shell")), uncut);
 }
 
 TEST(DamGroups, CutTheSlopeUnderALowWaterLevel) {

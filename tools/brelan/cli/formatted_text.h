@@ -3,8 +3,7 @@
 
 #include <fmt/core.h>
 
-#include <iterator>
-#include <utility>
+#include <memory>
 
 #include "cli/output_file.h"
 
@@ -12,25 +11,23 @@ namespace brelan::tool {
 
 class FormattedText {
 public:
-    explicit FormattedText(OutputFile& out) : out_(out) {}
+    explicit FormattedText(OutputFile& out);
+    ~FormattedText();
 
     template <class... Values>
-    void add(fmt::format_string<Values...> form, Values&&... values) {
-        constexpr std::size_t piece = std::size_t{1} << 20U;
-        fmt::format_to(std::back_inserter(text_), form, std::forward<Values>(values)...);
-        if (text_.size() > piece)
-            flush();
+    void add(fmt::format_string<Values...> form, const Values&... values) {
+        add_values(form, fmt::make_format_args(values...));
     }
 
     // Called once at the end.
-    void flush() {
-        out_.write({text_.data(), text_.size()});
-        text_.clear();
-    }
+    void flush();
 
 private:
+    void add_values(fmt::string_view form, fmt::format_args values);
+
     OutputFile& out_;
-    std::string text_;
+    struct Buffer;
+    std::unique_ptr<Buffer> text_;
 };
 
 }  // namespace brelan::tool

@@ -26,7 +26,7 @@ struct Builder {
     Tree operator()(const Json::Object& members) const {
         Tree object = Tree::object();
         for (const Json::Member& member : members)
-            object[member.name] = std::visit(*this, member.value.value());
+            object[member.first] = std::visit(*this, member.second.value());
         return object;
     }
 };
@@ -42,9 +42,8 @@ Json& Json::operator[](std::string_view name) {
         value_ = Object();
     auto& members = std::get<Object>(value_);
     const auto found = std::find_if(members.begin(), members.end(),
-                                    [&](const Member& member) { return member.name == name; });
-    return found != members.end() ? found->value
-                                  : members.emplace_back(Member{std::string(name), Json()}).value;
+                                    [&](const Member& member) { return member.first == name; });
+    return found != members.end() ? found->second : members.emplace_back(name, Json()).second;
 }
 
 void Json::push_back(Json value) {

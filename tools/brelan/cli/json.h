@@ -16,7 +16,7 @@ namespace brelan::tool {
 // becomes an array or an object when something is put into it.
 class Json {
 public:
-    struct Member;
+    using Member = std::pair<std::string, Json>;
     using Array = std::vector<Json>;
     using Object = std::vector<Member>;
     using Value = std::variant<std::nullptr_t, bool, std::int64_t, double, std::string, Array, Object>;
@@ -50,11 +50,6 @@ public:
 
 private:
     Value value_;
-};
-
-struct Json::Member {
-    std::string name;
-    Json value;
 };
 
 }  // namespace brelan::tool

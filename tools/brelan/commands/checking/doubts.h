@@ -57,7 +57,7 @@ void doubt_codes(Doubts& doubts);
 void doubt_numbers(Doubts& doubts);
 // Counts that disagree, switches that exclude each other, lengths that make no sense.
 void doubt_cards(Doubts& doubts);
-// An earth dam: lengths that make no sense, and profiles whose mesh may come out unsound.
+// An earth dam: lengths that make no sense, profiles whose mesh may come out unsound, slopes that are fixed.
 void doubt_dam(Doubts& doubts);
 // Files that are not there or in each other's way.
 void doubt_files(Doubts& doubts, const DeckPlace& place, const DeckMeshes& meshes);

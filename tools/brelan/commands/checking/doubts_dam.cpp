@@ -1,4 +1,4 @@
-// Earth dams: lengths that make no sense, and profiles whose mesh may come out unsound.
+// Earth dams: lengths that make no sense, profiles whose mesh may come out unsound, slopes that are fixed.
 #include <fmt/core.h>
 
 #include <algorithm>
@@ -79,66 +79,47 @@ void doubt_lengths(Doubts& doubts, const Dam& dam) {
 
 // --- soundness -----------------------------------------------------------------------------------
 
-void doubt_columns(Doubts& doubts, const Dam& dam) {
-    if (!dam.shells && (!same_length(dam.WLEFT, dam.RUNL) || !same_length(dam.WMID, dam.WCREST)))
-        doubts.doubt("may-be-unsound", dam.profile,
-                     "without shells a crest that does not end at the edges of the middle block column often "
-                     "leaves an unsound mesh: WLEFT as RUNL and WMID as the crest are safe");
-}
-
-void doubt_core(Doubts& doubts, const Dam& dam) {
-    if (dam.core == nullptr)
-        return;
-    const std::vector<DeckPoint> corners = four_points(*dam.core);
-    double top = corners.front().y;
-    for (const DeckPoint& corner : corners)
-        top = std::max(top, corner.y);
-    if (top < dam.HDAM && top > dam.HDAM - dam.row()) {
-        doubts.doubt(
-            "may-be-unsound", dam.core,
-            fmt::format("a core that ends within the top row of elements may leave an unsound mesh: {:g} "
-                        "or {:g} and below are safe",
-                        dam.HDAM, dam.HDAM - dam.row()));
-        return;
-    }
-    if (dam.shells || top < dam.HDAM)
-        return;
-    double beside = dam.WCREST;  // the least distance of a corner from the ends of the crest
-    for (const DeckPoint& corner : corners)
-        if (corner.y == top)
-            beside = std::min({beside, corner.x - dam.RUNL, dam.RUNL + dam.WCREST - corner.x});
-    if (beside < dam.middle_element())
-        doubts.doubt(
-            "may-be-unsound", dam.core,
-            fmt::format("a core up to the crest with a corner less than an element from the crest's end "
-                        "may leave an unsound mesh: {:g} from it, or {:g} high and less, are safe",
-                        dam.middle_element(), dam.HDAM - dam.row()));
-}
-
-// The lowest elements of the ground are about twice as high as the others.
+// The sides of a wall of such a width may take the same nodes as each other and as the core above it.
 void doubt_wall(Doubts& doubts, const Dam& dam) {
-    if (dam.wall == nullptr)
+    if (dam.wall == nullptr || dam.core == nullptr)
         return;
-    constexpr double LOWEST_ROW = 2.0;
-    double foot = 0.0;
-    for (const DeckPoint& corner : four_points(*dam.wall))
-        foot = std::min(foot, corner.y);
-    const double over_bottom = foot + dam.depth;
-    if (over_bottom > NOTHING * dam.depth && over_bottom < LOWEST_ROW * dam.row())
+    const std::vector<DeckPoint> corners = four_points(*dam.wall);
+    const auto [left, right] = std::minmax_element(
+        corners.begin(), corners.end(), [](const DeckPoint& a, const DeckPoint& b) { return a.x < b.x; });
+    const double element = dam.middle_element(), wide = (right->x - left->x) / element;
+    if (wide >= 0.5 && wide < 0.75)
         doubts.doubt(
             "may-be-unsound", dam.wall,
-            fmt::format("a wall that ends within the lowest row of elements may leave an unsound mesh: "
-                        "the bottom at {:g}, or {:g} and above, are safe",
-                        -dam.depth, LOWEST_ROW * dam.row() - dam.depth));
+            fmt::format("a wall of half to three quarters of an element's width below a core may leave an "
+                        "unsound mesh: elements are {:g} wide here, {:g} and above is safe",
+                        element, 0.75 * element));
 }
 
 void doubt_water(Doubts& doubts, const Dam& dam) {
-    if (doubts.deck().kind == LayoutKind::head && !dam.shells && dam.HWATER > 0.0 && dam.HWATER < dam.row())
+    const double half = 0.5 * dam.row();
+    if (doubts.deck().kind == LayoutKind::head && !dam.shells && dam.depth > 0.0 && dam.HWATER > 0.0 &&
+        dam.HWATER < half)
         doubts.doubt(
             "may-be-unsound", dam.profile,
-            fmt::format("HWATER {:g}: a level of less than an element may leave an unsound mesh: 0, or "
-                        "{:g} and above, are safe",
-                        dam.HWATER, dam.row()));
+            fmt::format("HWATER {:g}: a level of less than half an element may leave an unsound mesh: "
+                        "0, or {:g} and above, are safe",
+                        dam.HWATER, half));
+}
+
+// --- codes ---------------------------------------------------------------------------------------
+
+// A template marks the nodes under water by codes that hold a node in these kinds.
+void doubt_slopes(Doubts& doubts, const Dam& dam) {
+    const LayoutKind kind = doubts.deck().kind;
+    if (!dam.shells || (kind != LayoutKind::displacement && kind != LayoutKind::coupled) ||
+        dam.HWATER >= dam.HDAM || dam.HWATER <= 0.0)
+        return;
+    const std::string_view words = kind == LayoutKind::coupled ? "ISX and ISY" : "IDX and IDY";
+    doubts.doubt(
+        "slopes-held", dam.profile,
+        fmt::format("HWATER {:g}: with shells the nodes of both slopes below the water get 1 in {}, which "
+                    "fixes them: set them to 0 with an edit of Earth_Dam.Mes (IEDIT 1), or take ISHELL 0",
+                    dam.HWATER, words));
 }
 
 }  // namespace
@@ -150,10 +131,9 @@ void doubt_dam(Doubts& doubts) {
     doubt_lengths(doubts, dam);
     if (!(dam.HDAM > 0.0) || !(dam.RUNL > 0.0) || !(dam.WMID > 0.0))
         return;
-    doubt_columns(doubts, dam);
-    doubt_core(doubts, dam);
     doubt_wall(doubts, dam);
     doubt_water(doubts, dam);
+    doubt_slopes(doubts, dam);
 }
 
 }  // namespace brelan::tool
