@@ -26,7 +26,8 @@ struct Interrupted {};
 // Takes away what is half written when the process is interrupted or told to end.
 void remove_half_files_on_signals();
 
-// The file that is half written; nullptr when it is whole or gone. The name has to last until then.
+// The file that is half written, of which there is one at a time; nullptr when it is whole or gone. The name
+// has to last until then.
 void set_half_file(const char* name);
 
 }  // namespace brelan::tool

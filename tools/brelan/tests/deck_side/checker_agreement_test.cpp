@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include <iterator>
 #include <random>
 #include <sstream>
+#include <thread>
 
 #include "channel/real_to_integer.h"
 #include "commands/checking/verdict.h"
@@ -153,6 +155,31 @@ TEST(CheckerAgreement, starter_decks_and_examples_are_read_alike) {
     Agreement agreement;
     for (const auto& [text, kind] : decks())
         EXPECT_TRUE(agreement.compare(text, kind)) << text;
+}
+
+// A check has a run, directories and channels of its own: nothing of another one is in it.
+TEST(CheckerAgreement, decks_are_checked_alike_side_by_side) {
+    const auto normalised = [](LayoutKind kind) {
+        std::string all;
+        for (const StarterDeck& starter : starter_decks()) {
+            const DeckSource source{"deck.dat", starter_text(starter, kind, "deck.dat"), false};
+            const Verdict verdict =
+                verdict_of(read_deck(source, kind), {EDITIONS[static_cast<std::size_t>(kind)], kind, ""});
+            all += std::string(starter.name) + verdict.message + verdict.normalised;
+        }
+        return all;
+    };
+    const fs::path before = fs::current_path();
+    std::array<std::string, ALL_KINDS.size()> together;
+    {
+        std::vector<std::jthread> threads;
+        for (const LayoutKind kind : ALL_KINDS)
+            threads.emplace_back([&, kind] { together[static_cast<std::size_t>(kind)] = normalised(kind); });
+    }
+    for (const LayoutKind kind : ALL_KINDS)
+        EXPECT_EQ(together[static_cast<std::size_t>(kind)], normalised(kind)) << name_of(kind);
+    EXPECT_NE(together[0], together[1]);
+    EXPECT_EQ(fs::current_path(), before);
 }
 
 // Both refuse an arc without length at its card; one of a single angle may close an outline.
