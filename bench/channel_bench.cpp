@@ -31,6 +31,8 @@ struct Node {
     float x = 0.0F, y = 0.0F;
 };
 
+Channels channels;
+
 std::vector<Node> nodes() {
     std::vector<Node> all(RECORDS);
     std::uint32_t state = 12345;
@@ -54,11 +56,11 @@ struct Files {
 
     Files() {
         std::filesystem::create_directories(directory);
-        Channel& file = state.channels.open(10, records, OpenStatus::work);
+        Channel& file = channels.open(10, records, OpenStatus::work);
         for (const Node& n : all)
             NODE_RECORD.write(file, n.number, n.code[0], n.code[1], n.code[2], n.code[3], n.code[4], n.x,
                               n.y);
-        state.channels.close(10);
+        channels.close(10);
     }
     ~Files() { std::filesystem::remove_all(directory); }
     Files(const Files&) = delete;
@@ -84,14 +86,14 @@ void count_bytes(benchmark::State& state) {
 
 void read_channel(benchmark::State& state) {
     for (auto _ : state) {
-        Channel& file = state.channels.open(11, files().records, OpenStatus::old);
+        Channel& file = channels.open(11, files().records, OpenStatus::old);
         Node n;
         for (int i = 0; i < RECORDS; ++i) {
             read_free(file, "a node record", n.number, n.code[0], n.code[1], n.code[2], n.code[3], n.code[4],
                       n.x, n.y);
             benchmark::DoNotOptimize(n);
         }
-        state.channels.close(11);
+        channels.close(11);
     }
     count_bytes(state);
 }
@@ -137,11 +139,11 @@ void read_ifstream(benchmark::State& state) {
 
 void write_channel(benchmark::State& state) {
     for (auto _ : state) {
-        Channel& file = state.channels.open(12, files().written, OpenStatus::work);
+        Channel& file = channels.open(12, files().written, OpenStatus::work);
         for (const Node& n : files().all)
             NODE_RECORD.write(file, n.number, n.code[0], n.code[1], n.code[2], n.code[3], n.code[4], n.x,
                               n.y);
-        state.channels.close(12);
+        channels.close(12);
     }
     count_bytes(state);
 }

@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@
 #include "channel/free_field.h"
 #include "group/tables.h"
 #include "output/group_out.h"
+#include "run/run.h"
 
 namespace {
 
@@ -36,8 +38,8 @@ std::string mesh_deck() {
 // --- the output stage alone ----------------------------------------------------------------------
 
 // Each element of so many groups next to each other; the materials change every 50 elements.
-void write_records(const fs::path& file, std::int64_t records) {
-    Channel& channel = state.channels.open(CH_GROUP, file.string(), OpenStatus::work);
+void write_records(Channels& channels, const fs::path& file, std::int64_t records) {
+    Channel& channel = channels.open(CH_GROUP, file.string(), OpenStatus::work);
     channel.set_write_only(true);
     const std::int64_t groups_of_each = records / ELEMENTS;
     for (std::int32_t element = 1; element <= ELEMENTS; ++element) {
@@ -46,27 +48,28 @@ void write_records(const fs::path& file, std::int64_t records) {
             write_free(channel, (first + k) % GROUPS + 1, 1 + element / 50 % 4, element, std::int32_t{1},
                        std::int32_t{0});
     }
-    state.channels.close(CH_GROUP);
+    channels.close(CH_GROUP);
 }
 
 // The mesh of a run, its records and the tables of its groups, in this process.
 class OutputStage {
 public:
-    OutputStage(const std::string& name, std::int64_t records) : project_(name), before_(fs::current_path()) {
+    OutputStage(const std::string& name, std::int64_t records)
+        : project_(name),
+          before_(fs::current_path()),
+          run_(std::make_unique<Run>(Directories{{}, project_.drive()}, console_)) {
         project_.run(mesh_deck());
         fs::rename(project_.work() / "Basic.Tmp", project_.project() / "out.Mes");
         fs::current_path(project_.work());
-        ::setenv("BRELAN_DRIVE_C", project_.drive().c_str(), 1);
-        state.group_cards.count = GROUPS;
-        state.listing.count = 0;
+        run_->group_cards.count = GROUPS;
         for (std::int32_t g = 1; g <= GROUPS; ++g) {
-            state.group_cards.rows[g].MTYPE = 3;
-            state.group_cards.materials[g].MAT = 0.0F;
-            state.group_cards.outputs[g].IGPOST = 1;
-            state.group_cards.outputs[g].pair[1] = {1, 5};
-            state.group_cards.outputs[g].toggle.fill(1);
+            run_->group_cards.rows[g].MTYPE = 3;
+            run_->group_cards.materials[g].MAT = 0.0F;
+            run_->group_cards.outputs[g].IGPOST = 1;
+            run_->group_cards.outputs[g].pair[1] = {1, 5};
+            run_->group_cards.outputs[g].toggle.fill(1);
         }
-        write_records("records", records);
+        write_records(run_->channels, "records", records);
         prepare();
         run();
         for (const char* file :
@@ -74,7 +77,7 @@ public:
             files_.push_back({file, lines_of(file)});
     }
     ~OutputStage() {
-        state.channels.close_all();
+        run_->channels.close_all();
         fs::current_path(before_);
     }
     OutputStage(const OutputStage&) = delete;
@@ -84,37 +87,37 @@ public:
     void prepare() const {
         fs::remove("GROUP.TMP");
         fs::create_hard_link("records", "GROUP.TMP");
-        state.listing.highest_material = 4;
+        run_->listing.highest_material = 4;
     }
     void run() const {
-        GROUPOUT(state.channels, state.trace, state.settings, state.group_cards, state.listing, state.units,
+        GROUPOUT(run_->channels, run_->trace, run_->settings, run_->group_cards, run_->listing, run_->units,
                  "..\\out.Mes", {NODES, ELEMENTS, 0, 0});
-        state.channels.close_all();
+        run_->channels.close_all();
     }
 
     // The same bytes: the records read one after the other, the mesh and its copy line by line, and every
     // file written from lines that are in memory.
     void read_and_write() const {
         std::int64_t sum = 0;
-        Channel& records = state.channels.open(CH_GROUP, "GROUP.TMP", OpenStatus::forward);
+        Channel& records = run_->channels.open(CH_GROUP, "GROUP.TMP", OpenStatus::forward);
         while (records.more()) {
             std::int32_t r[5] = {};
             read_free(records, "a record", r[0], r[1], r[2], r[3], r[4]);
             sum += r[2];
         }
-        state.channels.close(CH_GROUP);
+        run_->channels.close(CH_GROUP);
         for (const char* file : {"..\\out.Mes", "TEMPMESH.TMP"}) {
-            Channel& mesh = state.channels.open(CH_TEMP_MESH, file, OpenStatus::old);
+            Channel& mesh = run_->channels.open(CH_TEMP_MESH, file, OpenStatus::old);
             while (!mesh.at_end())
                 sum += static_cast<std::int64_t>(mesh.read_whole_line("a line").size());
-            state.channels.close(CH_TEMP_MESH);
+            run_->channels.close(CH_TEMP_MESH);
         }
         benchmark::DoNotOptimize(sum);
         for (const File& file : files_) {
-            Channel& result = state.channels.open(CH_TEMP_MESH, file.name, OpenStatus::result);
+            Channel& result = run_->channels.open(CH_TEMP_MESH, file.name, OpenStatus::result);
             for (const std::string& line : file.lines)
                 result.write_line(line);
-            state.channels.close(CH_TEMP_MESH);
+            run_->channels.close(CH_TEMP_MESH);
         }
     }
 
@@ -132,17 +135,19 @@ private:
         std::string name;
         std::vector<std::string> lines;
     };
-    static std::vector<std::string> lines_of(const char* file) {
+    std::vector<std::string> lines_of(const char* file) const {
         std::vector<std::string> lines;
-        Channel& channel = state.channels.open(CH_TEMP_MESH, file, OpenStatus::old);
+        Channel& channel = run_->channels.open(CH_TEMP_MESH, file, OpenStatus::old);
         while (!channel.at_end())
             lines.emplace_back(channel.read_whole_line("a line"));
-        state.channels.close(CH_TEMP_MESH);
+        run_->channels.close(CH_TEMP_MESH);
         return lines;
     }
 
     BenchProject project_;
     fs::path before_;
+    KeptConsole console_;
+    std::unique_ptr<Run> run_;
     std::vector<File> files_;
 };
 

@@ -25,9 +25,11 @@ protected:
     void SetUp() override { trimmed("x"); }
 
     static std::string trimmed(std::string_view name) {
-        return std::string(TRIMNAME(TextLine(name)).trimmed());
+        return std::string(TRIMNAME(state.checker, TextLine(name)).trimmed());
     }
-    static std::string whole(std::string_view name) { return std::string(TRIMNAME(TextLine(name)).view()); }
+    static std::string whole(std::string_view name) {
+        return std::string(TRIMNAME(state.checker, TextLine(name)).view());
+    }
 };
 
 TEST_F(NameField, BareNameIsTakenFromTheParentDirectory) {

@@ -135,7 +135,9 @@ TEST_F(MeshRecords, CountsOfTheWorkingCopyAreFreeField) {
 }
 
 TEST_F(MeshRecords, NodeHeadingNamesTheFieldsOfTheKind) {
-    const auto heading = [&](std::int32_t edition) { return lines(edition, write_node_heading); };
+    const auto heading = [&](std::int32_t edition) {
+        return lines(edition, [](Channel& mesh) { write_node_heading(state.settings.kind(), mesh); });
+    };
     EXPECT_EQ(heading(COUPLED),
               (Lines{"    NODAL COORDINATES ",
                      "    NODE  ISX  ISY  IFX  IFY  IRZ  IEX  IEY       XC            YC "}));
