@@ -21,6 +21,6 @@ struct Directories {
 //
 // Ends the run when the name is blank, when two entries match it equally well, or when drive C:\ has no
 // place.
-std::filesystem::path RESOLVE(const Directories& directories, std::string_view name);
+std::filesystem::path resolve_file_name(const Directories& directories, std::string_view name);
 
 }  // namespace brelan

@@ -17,21 +17,21 @@ namespace brelan {
 namespace {
 
 // The checker's own use of the channels while it runs.
-constexpr int CH_STRIPPED = CH_MESH_A;
-constexpr int CH_NORMALISED = CH_MESH_B;
+constexpr int CHANNEL_STRIPPED = CHANNEL_MESH_A;
+constexpr int CHANNEL_NORMALISED = CHANNEL_MESH_B;
 
 }  // namespace
 
 Channel& deck(Channels& channels) {
-    return channels.at(CH_STRIPPED);
+    return channels.at(CHANNEL_STRIPPED);
 }
 
 Channel& normalised(Channels& channels) {
-    return channels.at(CH_NORMALISED);
+    return channels.at(CHANNEL_NORMALISED);
 }
 
 std::int32_t value_of(const CheckedDeck& checker, std::int32_t position) {
-    return TRUNCATE(checker.values[position]);
+    return to_integer(checker.values[position]);
 }
 
 void check(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card) {
@@ -41,7 +41,7 @@ void check(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& c
             if (!std::isnan(entry.value[place]))
                 checker.values[field] = entry.value[place];
     const std::int32_t maximum = card.maximum_of(kind);
-    CHKCARD(channels, checker, console, CH_STRIPPED, card.label, card.minimum == 0 ? maximum : card.minimum, maximum);
+    check_card(channels, checker, console, CHANNEL_STRIPPED, card.label, card.minimum == 0 ? maximum : card.minimum, maximum);
 }
 
 void pass(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card) {
@@ -58,7 +58,7 @@ std::int32_t count_on(Channels& channels, const CheckedDeck& checker, const Card
 }
 
 void pass_integer_list(Channels& channels, CheckedDeck& checker, const Card& card, std::int32_t count) {
-    std::array<std::int32_t, MAXCARDVAL> numbers{};
+    std::array<std::int32_t, MOST_CARD_VALUES> numbers{};
     if (count <= 0) {
         write_integers(normalised(channels), {});
         return;

@@ -25,7 +25,7 @@ bool is_joint(const Mesh& mesh, std::int32_t e);
 // A selected element: a continuum element that Card 3.3.5.2 does not name and that is no joint or duplicate
 // of this run.
 inline bool is_selected(const Mesh& mesh, const Engine& engine, std::int32_t e) {
-    return mesh.type[e] == EL_CONTINUUM && engine.workable[e] != 0;
+    return mesh.type[e] == ELEMENT_CONTINUUM && engine.workable[e] != 0;
 }
 
 // The corner words of an element in their order.

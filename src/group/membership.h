@@ -17,8 +17,8 @@ struct RowBox {
     float x0 = 0.0F, y0 = 0.0F, x1 = 0.0F, y1 = 0.0F;
     bool always = true;
 
-    bool may_hold(const Point& G) const {
-        return always || (G.x >= x0 && G.x <= x1 && G.y >= y0 && G.y <= y1);
+    bool may_hold(const Point& centre) const {
+        return always || (centre.x >= x0 && centre.x <= x1 && centre.y >= y0 && centre.y <= y1);
     }
 };
 
@@ -45,6 +45,6 @@ std::vector<std::int32_t> listing_rows_of(const Membership& membership, const Me
 
 // Writes a record of an element, just written, for each row that it belongs to. Keeps the highest
 // material.
-void GROUPMEMBER(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type);
+void record_membership(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type);
 
 }  // namespace brelan

@@ -93,11 +93,11 @@ void write_properties(const Mesh& mesh, const GroupListing& listing, Channel& fi
     file.write_line("*");
     std::int32_t number = 0;
     for (const std::int32_t material : materials) {
-        constexpr float FVOL = 0.0F, SPHL = 0.0F, ROL = 0.0F, HCL = 0.0F;
+        constexpr float flow_volume = 0.0F, specific_heat = 0.0F, fluid_density = 0.0F, heat_conductivity = 0.0F;
         write_lines(file, {"* Card 9.1.2.1", "* TITLE       "});
         PROPERTY_TITLE.write(file, ++number);
         write_lines(file, {"* Card 9.1.2.2", "*  MATP       FVOL       SPHL        ROL        HCL"});
-        PROPERTY_LINE.write(file, material, FVOL, SPHL, ROL, HCL);
+        PROPERTY_LINE.write(file, material, flow_volume, specific_heat, fluid_density, heat_conductivity);
     }
 }
 
@@ -137,10 +137,10 @@ struct FlowRun {
     std::uint8_t mark = 0;
 
     FlowRun(const Mesh& mesh, const ElementWords& truss)
-        : nodes{truss.I1, truss.I2}, mark(static_cast<std::uint8_t>(mesh.node_mark[truss.I2])) {}
+        : nodes{truss.corner_1, truss.corner_2}, mark(static_cast<std::uint8_t>(mesh.node_mark[truss.corner_2])) {}
 
     bool goes_on_with(const Mesh& mesh, const ElementWords& truss) const {
-        return truss.I1 == nodes.back() && static_cast<std::uint8_t>(mesh.node_mark[truss.I1]) == mark;
+        return truss.corner_1 == nodes.back() && static_cast<std::uint8_t>(mesh.node_mark[truss.corner_1]) == mark;
     }
 };
 
@@ -162,31 +162,31 @@ void write_section_nodes(Channel& file, const FlowRun& run) {
 
 }  // namespace
 
-void WRITEPIPES(Channels& channels, Mesh& mesh, GroupListing& listing, const ResultMesh& result) {
+void write_pipes(Channels& channels, Mesh& mesh, GroupListing& listing, const ResultMesh& result) {
     if (mesh.kind != LayoutKind::temperature || (listing.pipes == 0 && listing.convection_lines == 0))
         return;
-    Channel& file = channels.open(CH_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
+    Channel& file = channels.open(CHANNEL_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
     write_properties(mesh, listing, file, result);
     write_line_groups(file, PIPE_CARDS, take_lines(mesh, result, PIPE_NODE, listing.pipes));
     write_line_groups(file, CONVECTION_CARDS, take_lines(mesh, result, CONVECTION_NODE, listing.convection_lines));
-    channels.close(CH_BOUNDARY);
+    channels.close(CHANNEL_BOUNDARY);
 }
 
-void WRITEFLOWSECTIONS(Channels& channels, const Mesh& mesh, const GroupCards& group_cards, const GroupListing& listing, const ResultMesh& result) {
+void write_flow_sections(Channels& channels, const Mesh& mesh, const GroupCards& group_cards, const GroupListing& listing, const ResultMesh& result) {
     if (listing.flow_sections <= 0)
         return;
-    constexpr std::int32_t IBFQ = 0;
-    Channel& file = channels.open(CH_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
+    constexpr std::int32_t flow_code = 0;
+    Channel& file = channels.open(CHANNEL_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
     write_lines(file, {"* Card 10.8 ", "* NFSEC   IBFQ"});
-    SECTION_COUNT.write(file, listing.flow_sections, IBFQ);
+    SECTION_COUNT.write(file, listing.flow_sections, flow_code);
     file.write_line("*");
     std::vector<FlowRun> runs;
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n) {
-        if (mesh.type_in_use[n] != EL_TRUSS)
+        if (mesh.type_in_use[n] != ELEMENT_TRUSS)
             continue;
         const ElementWords& truss = mesh.words[n];
         if (!runs.empty() && runs.back().goes_on_with(mesh, truss))
-            runs.back().nodes.push_back(truss.I2);
+            runs.back().nodes.push_back(truss.corner_2);
         else
             runs.emplace_back(mesh, truss);
     }
@@ -200,7 +200,7 @@ void WRITEFLOWSECTIONS(Channels& channels, const Mesh& mesh, const GroupCards& g
         if (counted || &run != &runs.back())
             write_section_nodes(file, run);
     }
-    channels.close(CH_BOUNDARY);
+    channels.close(CHANNEL_BOUNDARY);
 }
 
 }  // namespace brelan

@@ -16,7 +16,7 @@
 namespace brelan {
 
 [[noreturn]] inline void fail_outside_table(std::string_view table, std::int32_t number, std::int32_t last) {
-    FAIL("table " + std::string(table) + ": number " + std::to_string(number) + " is outside 1 to " +
+    fail("table " + std::string(table) + ": number " + std::to_string(number) + " is outside 1 to " +
          std::to_string(last));
 }
 

@@ -21,6 +21,6 @@ bool outputs_list(LayoutKind kind, const GroupCards& group_cards, const ListingR
 // "..\MatAD.Man",
 // "..\Group.Man" and the mesh file written anew where a group has activity; the post file "..\Group.Pos" in
 // every case. The counts are those of the records in the mesh file. "GROUP.TMP" is deleted.
-void GROUPOUT(Channels& channels, Trace& trace, const Settings& settings, const GroupCards& group_cards, GroupListing& listing, UnitLabels& units, std::string_view FILEM, const MeshCounts& counts);
+void write_group_outputs(Channels& channels, Trace& trace, const Settings& settings, const GroupCards& group_cards, GroupListing& listing, UnitLabels& units, std::string_view result_name, const MeshCounts& counts);
 
 }  // namespace brelan

@@ -30,7 +30,7 @@ std::vector<NodeList> wanted_lists(const GroupCards& group_cards, const GroupLis
         if (row.sub_kind != ROW_OUTLINE)
             continue;
         const GroupPost& post = group_cards.outputs[row.group];
-        if (post.IGPOST == 0 || post.toggle[NODE_SWITCH] == 0)
+        if (post.wants_outputs == 0 || post.toggle[NODE_SWITCH] == 0)
             continue;
         NodeList list{row.group, {}};
         for (const std::int32_t node : listing.lines[i].nodes)

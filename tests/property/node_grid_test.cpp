@@ -245,7 +245,7 @@ TEST_P(NodeGridProperty, SmallestDistanceIsThatOfAllPairs) {
             Random random(seed);
             Points points = numbered(random, family.make(random));
             for (const float start : {1.0E35F, 1.0F, 0.0F}) {
-                const float found = SMALLESTDISTANCE(points, start);
+                const float found = smallest_distance(points, start);
                 const float expected = plain_smallest(points, start);
                 EXPECT_EQ(std::bit_cast<std::uint32_t>(found), std::bit_cast<std::uint32_t>(expected))
                     << family.name << ", start " << start << ", seed " << seed << ": " << found << ", "
@@ -264,7 +264,7 @@ TEST_P(NodeGridProperty, SmallestDistanceOfEveryFewPoints) {
             return NumberedPoint{0, static_cast<float>(random() % 8) * 0.7F,
                                  static_cast<float>(random() % 8) * 0.7F};
         });
-        EXPECT_EQ(SMALLESTDISTANCE(points, 1.0E35F), plain_smallest(points, 1.0E35F)) << "round " << round;
+        EXPECT_EQ(smallest_distance(points, 1.0E35F), plain_smallest(points, 1.0E35F)) << "round " << round;
     }
 }
 

@@ -20,36 +20,36 @@ protected:
     ~SlopeStage() override { state.settings.edition = 1; }
 
     static void lay(std::int32_t MODEL) {
-        RESETMESH(state.mesh, state.side, state.selection);
-        state.edit.MODEL = MODEL;
-        state.edit.Hi = 7.5F;
+        reset_mesh(state.mesh, state.side, state.selection);
+        state.edit.slope_code = MODEL;
+        state.edit.initial_head = 7.5F;
         state.source = EditSource{};
         state.slope_split = SlopeSplit{};
         const SlopeModel& m = slope_model(MODEL);
-        for (std::int32_t i = 0; i <= m.N_DIV; ++i) {
+        for (std::int32_t i = 0; i <= m.divisions; ++i) {
             const std::int32_t node = m.node(i + 1);
-            const auto share = static_cast<float>(i) / static_cast<float>(m.N_DIV);
-            state.mesh.x[node] = share * m.X;
-            state.mesh.y[node] = share * m.Y;
+            const auto share = static_cast<float>(i) / static_cast<float>(m.divisions);
+            state.mesh.x[node] = share * m.width;
+            state.mesh.y[node] = share * m.height;
             state.mesh.codes[node] = {8, 9, 1, 1, 1};
         }
-        state.source.counts.NUMNP = 500;
+        state.source.counts.nodes = 500;
         state.source.nodes = {1, 500};
         for (std::int32_t n = 1; n <= 500; ++n)
             state.mesh.node_in_use[n] = 1;
         state.mesh.codes[INSIDE] = {8, 9, 1, 1, 1};
-        state.mesh.x[INSIDE] = m.X;
+        state.mesh.x[INSIDE] = m.width;
         state.mesh.y[INSIDE] = 0.0F;
     }
 
     static void level(float rHw) {
-        state.edit.rHw = rHw;
-        SLOPESTAGE(state.trace, state.edit, state.source, state.mesh, state.slope_split);
+        state.edit.water_share = rHw;
+        apply_water_level(state.trace, state.edit, state.source, state.mesh, state.slope_split);
     }
 
     // Slope point i, from 0 at the toe.
-    static std::int32_t node(std::int32_t i) { return slope_model(state.edit.MODEL).node(i + 1); }
-    static std::int32_t divisions() { return slope_model(state.edit.MODEL).N_DIV; }
+    static std::int32_t node(std::int32_t i) { return slope_model(state.edit.slope_code).node(i + 1); }
+    static std::int32_t divisions() { return slope_model(state.edit.slope_code).divisions; }
 
     static void set_height(std::int32_t i, float y) { state.mesh.y[node(i)] = y; }
 
@@ -58,10 +58,10 @@ protected:
         EXPECT_EQ(state.mesh.codes[node(i)][1], code2) << "slope point " << i;
     }
     static void expect_at(std::int32_t i, double share) {
-        const SlopeModel& m = slope_model(state.edit.MODEL);
-        EXPECT_NEAR(static_cast<double>(state.mesh.x[node(i)]), share * static_cast<double>(m.X), 1.0E-4)
+        const SlopeModel& m = slope_model(state.edit.slope_code);
+        EXPECT_NEAR(static_cast<double>(state.mesh.x[node(i)]), share * static_cast<double>(m.width), 1.0E-4)
             << i;
-        EXPECT_NEAR(static_cast<double>(state.mesh.y[node(i)]), share * static_cast<double>(m.Y), 1.0E-4)
+        EXPECT_NEAR(static_cast<double>(state.mesh.y[node(i)]), share * static_cast<double>(m.height), 1.0E-4)
             << i;
     }
     // Evenly divided, as laid.
@@ -69,7 +69,7 @@ protected:
         for (std::int32_t i = 0; i <= divisions(); ++i)
             expect_at(i, static_cast<double>(i) / divisions());
         EXPECT_EQ(state.slope_split.node, 0);
-        EXPECT_EQ(state.source.counts.NUMNP, 500);
+        EXPECT_EQ(state.source.counts.nodes, 500);
     }
 
     static constexpr std::int32_t INSIDE = 400;  // on no model's slope
@@ -165,7 +165,7 @@ TEST_F(SlopeStage, LevelWellBetweenTwoNodesGetsANodeOfItsOwn) {
             expect_at(i, i / 29.0);
         EXPECT_EQ(state.slope_split.node, 501);
         EXPECT_EQ(state.slope_split.element, 12);
-        EXPECT_EQ(state.source.counts.NUMNP, 501);
+        EXPECT_EQ(state.source.counts.nodes, 501);
         EXPECT_EQ(state.mesh.node_in_use[501], 1);
         EXPECT_EQ(state.mesh.codes[501], (NodeCodes{1, 1, 1, 1, 1}));
         EXPECT_NEAR(static_cast<double>(state.mesh.x[501]), 26.0 * 10.5 / 29.0, 1.0E-5);
@@ -206,10 +206,10 @@ TEST_F(SlopeStage, NotesTheElementAtTheSlope) {
                             {2, 20, 170}, {2, 39, 151}, {3, 0, 2},    {3, 28, 30},  {4, 0, 2}, {4, 34, 36},
                             {5, 0, 2},    {5, 40, 42},  {7, 5, 6},    {0, 25, 189}};
     for (const Row& row : rows) {
-        lay(row.MODEL);
+        lay(row.slope_code);
         level((static_cast<float>(row.division) + 0.5F) / static_cast<float>(divisions()));
         EXPECT_EQ(state.slope_split.element, row.element)
-            << "MODEL " << row.MODEL << ", division " << row.division;
+            << "MODEL " << row.slope_code << ", division " << row.division;
     }
 }
 
@@ -223,7 +223,7 @@ TEST_F(SlopeStage, RunsThroughTheNodesOfEachModel) {
     const Row rows[] = {{1, {1, 21, 220, 201}}, {2, {1, 21, 195, 176}}, {3, {1, 21, 22, 30}},
                         {4, {1, 21, 22, 36}},   {5, {1, 21, 22, 42}},   {9, {1, 21, 220, 201}}};
     for (const Row& row : rows) {
-        lay(row.MODEL);
+        lay(row.slope_code);
         for (std::int32_t n = 1; n <= 500; ++n)
             state.mesh.codes[n] = {8, 9, 1, 1, 1};
         level(0.0F);
@@ -234,7 +234,7 @@ TEST_F(SlopeStage, RunsThroughTheNodesOfEachModel) {
         std::int32_t coded = 0;
         for (std::int32_t n = 1; n <= 500; ++n)
             coded += state.mesh.codes[n][0] == 3 ? 1 : 0;
-        EXPECT_EQ(coded, divisions() + 1) << "MODEL " << row.MODEL;
+        EXPECT_EQ(coded, divisions() + 1) << "MODEL " << row.slope_code;
     }
 }
 
@@ -258,7 +258,7 @@ TEST_F(SlopeStage, NodesAreCarriedOntoTheTriangleOfTheCard) {
     state.mesh.x[5] = 19.5F, state.mesh.y[5] = 3.25F;     // shares 0.25, 0.5 and 0.25
     state.mesh.x[6] = -39.0F, state.mesh.y[6] = 0.0F;     // outside: shares 0, 2 and -1
     state.mesh.x[501] = 39.0F, state.mesh.y[501] = 0.0F;  // no node of the mesh
-    MAPNODES(state.trace, state.edit, state.source, state.mesh);
+    map_template_nodes(state.trace, state.edit, state.source, state.mesh);
     const double expected[][3] = {{2, 60, 20},   {3, 120, 5}, {4, 60, 5},
                                   {5, 90, 8.75}, {6, 180, 5}, {501, 39, 0}};
     for (const auto& row : expected) {
@@ -275,19 +275,19 @@ TEST_F(SlopeStage, RefusesCornersThatLeadBeyondTheNumbers) {
     state.edit.triangle_place = "deck.dat, line 9";
     state.mesh.x[7] = 260.0F;
     const std::string message =
-        failure_of([] { MAPNODES(state.trace, state.edit, state.source, state.mesh); });
+        failure_of([] { map_template_nodes(state.trace, state.edit, state.source, state.mesh); });
     EXPECT_NE(message.find("deck.dat, line 9: Card 3.3.6.3"), std::string::npos) << message;
 }
 
 TEST_F(SlopeStage, RefusesATemplateWithAllItsNodesAtOnePoint) {
     lay(3);
-    REQUIRETEMPLATE(state.edit, state.source, state.mesh);
+    require_template(state.edit, state.source, state.mesh);
     state.mesh.x.fill(0.0F);
     state.mesh.y.fill(0.0F);
-    const std::string message = failure_of([] { REQUIRETEMPLATE(state.edit, state.source, state.mesh); });
+    const std::string message = failure_of([] { require_template(state.edit, state.source, state.mesh); });
     EXPECT_NE(message.find("L_2.0.Mes"), std::string::npos) << message;
-    state.source.counts.NUMNP = 1;
-    REQUIRETEMPLATE(state.edit, state.source, state.mesh);
+    state.source.counts.nodes = 1;
+    require_template(state.edit, state.source, state.mesh);
 }
 
 }  // namespace

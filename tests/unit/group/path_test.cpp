@@ -19,31 +19,31 @@ protected:
     void SetUp() override { state.engine.group = 1; }
     static SegmentRow straight(std::int32_t NDIV, std::int32_t LTYPE = 1) {
         SegmentRow row;
-        row.LTYPE = LTYPE;
-        row.NDIV = NDIV;
+        row.segment_type = LTYPE;
+        row.divisions = NDIV;
         row.IEND = 3;
         return row;
     }
     static SegmentRow arc(float from, float to, std::int32_t NDIV, float Rx = 2.0F, float Ry = 2.0F) {
         SegmentRow row = straight(NDIV, 2);
-        row.Rx = Rx;
-        row.Ry = Ry;
-        row.Qb = from * DEGREE;
-        row.Qe = to * DEGREE;
+        row.half_axis_x = Rx;
+        row.half_axis_y = Ry;
+        row.begin_angle = from * DEGREE;
+        row.end_angle = to * DEGREE;
         return row;
     }
     static Path path(std::int32_t MTYPE, const std::vector<Point>& points,
                      const std::vector<SegmentRow>& segments) {
         Outline outline;
-        outline.group.MTYPE = MTYPE;
-        outline.group.NSEGMENT = static_cast<std::int32_t>(segments.size());
-        outline.group.NPOINT = static_cast<std::int32_t>(points.size());
+        outline.group.group_type = MTYPE;
+        outline.group.segment_count = static_cast<std::int32_t>(segments.size());
+        outline.group.point_count = static_cast<std::int32_t>(points.size());
         outline.point.resize(points.size() + 2);
         for (std::size_t i = 0; i < points.size(); ++i)
             outline.point[i + 1] = points[i];
         for (std::size_t k = 0; k < segments.size(); ++k)
             state.group_cards.segments[1][static_cast<std::int32_t>(k) + 1] = segments[k];
-        return BUILDPATH(state.mesh, state.group_cards, state.tolerances, state.engine, 1, outline);
+        return build_path(state.mesh, state.group_cards, state.tolerances, state.engine, 1, outline);
     }
 };
 

@@ -17,15 +17,15 @@ constexpr int TRIANGLE_ROW = 3, QUADRILATERAL_ROW = 4;
 // A row with the marks in the text: "V1 S2 C".
 CutRow row_with(int corners, const std::string& marks) {
     CutRow row;
-    row.E = 1;
+    row.element = 1;
     for (int i = 0; i < corners; ++i)
-        row.N[i] = 11 + i;
+        row.corner_node[i] = 11 + i;
     std::istringstream text(marks);
     for (std::string mark; text >> mark;) {
         if (mark == "C")
             row.C = 31;
         else if (mark[0] == 'V')
-            row.V[mark[1] - '1'] = 1;
+            row.corner_on_line[mark[1] - '1'] = 1;
         else
             row.S[mark[1] - '1'] = 21 + mark[1] - '1';
     }
@@ -261,7 +261,7 @@ int sides_of(const CutRow& row) {
 // How many side marks the patterns leave out, derived from the rules: with a centre the first side only, and
 // none when a corner is on the line; without one two sides, or one when a corner across from it is on it.
 int expected_left_out(const CutRow& row) {
-    const bool V1 = row.V[0] == 1, V2 = row.V[1] == 1, V3 = row.V[2] == 1, V4 = row.V[3] == 1;
+    const bool V1 = row.corner_on_line[0] == 1, V2 = row.corner_on_line[1] == 1, V3 = row.corner_on_line[2] == 1, V4 = row.corner_on_line[3] == 1;
     const bool S1 = row.S[0] != 0, S2 = row.S[1] != 0, S3 = row.S[2] != 0, S4 = row.S[3] != 0;
     const int NS = sides_of(row);
     if (NS == 0)
@@ -287,7 +287,7 @@ int expected_left_out(const CutRow& row) {
 std::string marks_text(const CutRow& row) {
     std::string text = row.is_triangle() ? "triangle" : "quadrilateral";
     for (int i = 0; i < row.corners(); ++i) {
-        text += row.V[i] == 1 ? " V" + std::to_string(i + 1) : "";
+        text += row.corner_on_line[i] == 1 ? " V" + std::to_string(i + 1) : "";
         text += row.S[i] != 0 ? " S" + std::to_string(i + 1) : "";
     }
     return text + (row.C != 0 ? " C" : "");
@@ -299,7 +299,7 @@ std::vector<CutRow> all_rows() {
         for (int marks = 0; marks < 1 << (2 * corners + 1); ++marks) {
             CutRow row = row_with(corners, "");
             for (int i = 0; i < corners; ++i) {
-                row.V[i] = marks >> i & 1;
+                row.corner_on_line[i] = marks >> i & 1;
                 row.S[i] = (marks >> (corners + i) & 1) * (21 + i);
             }
             row.C = (marks >> (2 * corners) & 1) * 31;
@@ -314,7 +314,7 @@ bool exists_in(const CutRow& row, At at) {
         return row.C != 0;
     if (place >= static_cast<int>(At::S1))
         return row.S[place - static_cast<int>(At::S1)] != 0;
-    return row.N[place - static_cast<int>(At::N1)] > 0;
+    return row.corner_node[place - static_cast<int>(At::N1)] > 0;
 }
 
 TEST(SplitPatterns, PartsUseNodesThatTheRowHas) {

@@ -26,12 +26,12 @@ protected:
                                                        static_cast<std::int32_t>(role) + 101};
     }
     static void words(float mat, float matj, float lti, float lmi, float lto, float lmo) {
-        state.group_cards.materials[G].MAT = mat;
-        state.group_cards.materials[G].MATj = matj;
-        state.group_cards.materials[G].LTi = lti;
-        state.group_cards.materials[G].LMi = lmi;
-        state.group_cards.materials[G].LTo = lto;
-        state.group_cards.materials[G].LMo = lmo;
+        state.group_cards.materials[G].material = mat;
+        state.group_cards.materials[G].joint_material = matj;
+        state.group_cards.materials[G].inner_line_type = lti;
+        state.group_cards.materials[G].inner_line_material = lmi;
+        state.group_cards.materials[G].outer_line_type = lto;
+        state.group_cards.materials[G].outer_line_material = lmo;
     }
     static void clear_pairs(std::initializer_list<std::size_t> numbers) {
         for (const std::size_t number : numbers)
@@ -39,7 +39,7 @@ protected:
     }
     // The numbers of the pairs that the five materials take, "-" for none: as in "21--1".
     static std::string taken(std::int32_t MTYPE, std::int8_t type) {
-        state.group_cards.rows[G].MTYPE = MTYPE;
+        state.group_cards.rows[G].group_type = MTYPE;
         std::string text;
         for (const std::int32_t material : {MAT, MATj, LMi, LMo, OTHER}) {
             const ActivityPair pair = activity_of(state.group_cards, G, type, material);
@@ -47,16 +47,16 @@ protected:
                 text += '-';
                 continue;
             }
-            text += static_cast<char>('0' + pair.NAC);
-            EXPECT_EQ(pair.NDAC, pair.NAC + 100);
+            text += static_cast<char>('0' + pair.activated);
+            EXPECT_EQ(pair.deactivated, pair.activated + 100);
         }
         return text;
     }
     static void expect_taken(std::int32_t MTYPE, const char* continuum, const char* beams,
                              const char* trusses) {
-        EXPECT_EQ(taken(MTYPE, EL_CONTINUUM), continuum) << "continuum, type " << MTYPE;
-        EXPECT_EQ(taken(MTYPE, EL_BEAM), beams) << "beams, type " << MTYPE;
-        EXPECT_EQ(taken(MTYPE, EL_TRUSS), trusses) << "trusses, type " << MTYPE;
+        EXPECT_EQ(taken(MTYPE, ELEMENT_CONTINUUM), continuum) << "continuum, type " << MTYPE;
+        EXPECT_EQ(taken(MTYPE, ELEMENT_BEAM), beams) << "beams, type " << MTYPE;
+        EXPECT_EQ(taken(MTYPE, ELEMENT_TRUSS), trusses) << "trusses, type " << MTYPE;
     }
 };
 
@@ -132,11 +132,11 @@ TEST_F(ActivityPairs, PairOfTwoZerosIsNone) {
 }
 
 TEST_F(ActivityPairs, OneZeroOfTwoIsAPair) {
-    state.group_cards.rows[G].MTYPE = 4;
+    state.group_cards.rows[G].group_type = 4;
     state.group_cards.outputs[G].pair[0] = {0, 7};
     state.group_cards.outputs[G].pair[1] = {7, 0};
-    EXPECT_EQ(activity_of(state.group_cards, G, EL_CONTINUUM, OTHER), (ActivityPair{0, 7}));
-    EXPECT_EQ(activity_of(state.group_cards, G, EL_CONTINUUM, MAT), (ActivityPair{7, 0}));
+    EXPECT_EQ(activity_of(state.group_cards, G, ELEMENT_CONTINUUM, OTHER), (ActivityPair{0, 7}));
+    EXPECT_EQ(activity_of(state.group_cards, G, ELEMENT_CONTINUUM, MAT), (ActivityPair{7, 0}));
 }
 
 TEST_F(ActivityPairs, FirstLineOfAJointComesBeforeItsTwin) {
@@ -159,27 +159,27 @@ TEST_F(ActivityPairs, NewMaterialsFollowTheHighestOfTheMesh) {
     state.group_cards.count = G;
     for (std::int32_t g = 1; g < G; ++g)
         state.group_cards.rows[g] = {};
-    state.group_cards.rows[G].MTYPE = 4;
+    state.group_cards.rows[G].group_type = 4;
     state.listing.highest_material = 20;
     std::vector<GroupMembers> members(G + 1);
-    members[G][{EL_CONTINUUM, MAT}].all = {{3, 4}, {9, 9}};
-    members[G][{EL_CONTINUUM, OTHER}].all = {{4, 5}};
-    members[G][{EL_BEAM, LMi}].all = {{11, 11}};
-    members[G][{EL_TRUSS, LMo}].all = {{12, 12}};
-    const Activity activity = MAKEACTIVITY(state.trace, state.group_cards, state.listing, members);
-    EXPECT_EQ(activity.NFAD, 2 + 2 + 1 + 1);
+    members[G][{ELEMENT_CONTINUUM, MAT}].all = {{3, 4}, {9, 9}};
+    members[G][{ELEMENT_CONTINUUM, OTHER}].all = {{4, 5}};
+    members[G][{ELEMENT_BEAM, LMi}].all = {{11, 11}};
+    members[G][{ELEMENT_TRUSS, LMo}].all = {{12, 12}};
+    const Activity activity = make_activity(state.trace, state.group_cards, state.listing, members);
+    EXPECT_EQ(activity.line_count, 2 + 2 + 1 + 1);
     EXPECT_EQ(activity.first_new, 21);
     ASSERT_EQ(activity.materials.size(), 2U);
     EXPECT_EQ(activity.materials[0].old, OTHER);
     EXPECT_EQ(activity.materials[0].activity, (ActivityPair{1, 101}));
     EXPECT_EQ(activity.materials[1].old, MAT);
     EXPECT_EQ(state.listing.highest_material, 22);
-    EXPECT_EQ(activity.NEWMAT[3], 22);
-    EXPECT_EQ(activity.NEWMAT[4], 22);  // the later of its two
-    EXPECT_EQ(activity.NEWMAT[5], 21);
-    EXPECT_EQ(activity.NEWMAT[9], 22);
+    EXPECT_EQ(activity.new_material[3], 22);
+    EXPECT_EQ(activity.new_material[4], 22);  // the later of its two
+    EXPECT_EQ(activity.new_material[5], 21);
+    EXPECT_EQ(activity.new_material[9], 22);
     for (const std::size_t none : {1U, 6U, 10U, 11U, 12U})
-        EXPECT_EQ(activity.NEWMAT[none], 0) << none;
+        EXPECT_EQ(activity.new_material[none], 0) << none;
 }
 
 TEST(MemberCounts, AreClearedBeforeTheElementsOfAMeshAreWritten) {

@@ -20,7 +20,7 @@ Number number_of(const Node& node) {
     return node.NODE;
 }
 Number number_of(const Element& element) {
-    return element.NEL;
+    return element.number;
 }
 
 // "12, 15 to 19": numbers with their runs closed up, at most `list` of them.
@@ -106,8 +106,8 @@ public:
                          {"only_b", only_json(b_.elements, d_.elements_only_b)},
                          {"changed", some_json(d_.elements_changed, [&](const PlacePair& p) {
                               return Json{
-                                  {"element", a_.elements[static_cast<std::size_t>(p.first)].NEL},
-                                  {"other_element", b_.elements[static_cast<std::size_t>(p.second)].NEL},
+                                  {"element", a_.elements[static_cast<std::size_t>(p.first)].number},
+                                  {"other_element", b_.elements[static_cast<std::size_t>(p.second)].number},
                                   {"fields", fields_json(changes(p))}};
                           })}};
         return j;
@@ -160,8 +160,8 @@ private:
         return pair_name(numbers_of(p).first, numbers_of(p).second);
     }
     std::string element_name(const PlacePair& p) const {
-        return pair_name(a_.elements[static_cast<std::size_t>(p.first)].NEL,
-                         b_.elements[static_cast<std::size_t>(p.second)].NEL);
+        return pair_name(a_.elements[static_cast<std::size_t>(p.first)].number,
+                         b_.elements[static_cast<std::size_t>(p.second)].number);
     }
 
     std::vector<FieldChange> changes(const PlacePair& p) const {

@@ -68,7 +68,7 @@ struct CellMesh {
 };
 
 // Names of the arrays that every mesh of ours carries besides its codes and attributes.
-inline constexpr std::string_view NUMBER = "number", MATERIAL = "material", CLASS = "class";
+inline constexpr std::string_view NUMBER = "number", MATERIAL_OF_BLOCK = "material", CLASS = "class";
 
 // The arrays of the midside nodes, whose values are numbers.
 inline constexpr std::array<std::pair<std::string_view, std::int32_t ElementWords::*>, 4> MIDSIDES{

@@ -28,7 +28,7 @@ void read_combination(Deck& deck, CardReader& cards) {
     if (cards.integer(1) != 1)
         return;
     cards.values(FORM_PAIRS);
-    const std::int32_t NINT = cards.count(FORM_PAIRS, MAXCARDVAL);
+    const std::int32_t NINT = cards.count(FORM_PAIRS, MOST_CARD_VALUES);
     cards.list(FORM_PAIRS, NINT, "nodes of FILEA");
     cards.list(FORM_PAIRS, NINT, "their partners of FILEB");
 }
@@ -39,14 +39,14 @@ void read_selection(CardReader& cards, const SelectionForms& forms) {
         cards.values(forms.window);
     } else {
         cards.values(forms.list);
-        cards.list(forms.list, cards.count(forms.list, MAXCARDVAL), "the selection");
+        cards.list(forms.list, cards.count(forms.list, MOST_CARD_VALUES), "the selection");
     }
     cards.values(forms.side);
 }
 
 void read_rows(CardReader& cards, const CardForm& count, const CardForm& row) {
     cards.values(count);
-    const std::int32_t rows = cards.count(count, MAXEDLIST);
+    const std::int32_t rows = cards.count(count, MOST_REBUILD_ROWS);
     for (std::int32_t i = 1; i <= rows; ++i)
         cards.values(row);
 }
@@ -101,8 +101,8 @@ std::int32_t read_base_mesh(CardReader& cards) {
     cards.values(FORM_BLOCKS);
     const std::int32_t NBX = cards.integer(1);
     const std::int32_t NBY = cards.integer(2);
-    if (NBX < 1 || NBX > MAXBLOCKROWS || NBY < 1 || NBY > MAXBLOCKROWS)
-        cards.fault("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MAXBLOCKROWS) + ", found " +
+    if (NBX < 1 || NBX > MOST_BLOCK_ROWS || NBY < 1 || NBY > MOST_BLOCK_ROWS)
+        cards.fault("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS) + ", found " +
                     std::to_string(NBX) + " and " + std::to_string(NBY));
     cards.values(FORM_CORNER);
     for (std::int32_t column = 1; column <= NBX; ++column)
@@ -115,7 +115,7 @@ std::int32_t read_base_mesh(CardReader& cards) {
 
 void read_dam(CardReader& cards) {
     cards.values(FORM_DAM);
-    const std::int32_t NLAYER = cards.count(FORM_DAM, MAXCARDVAL);
+    const std::int32_t NLAYER = cards.count(FORM_DAM, MOST_CARD_VALUES);
     const bool core = cards.integer(2) == 1;
     const bool cut_off = cards.integer(3) == 1;
     cards.values(FORM_PROFILE);

@@ -37,13 +37,13 @@ struct Arc {
 std::vector<DeckPoint> arc_points(const Arc& arc, std::int32_t NDIV) {
     std::int32_t parts = std::abs(NDIV);
     if (parts == 0)
-        parts = std::max(FEWEST_PARTS, TRUNCATE(std::abs(std::round((arc.Qe - arc.Qb) * PARTS_PER_RADIAN))));
-    parts = std::clamp(parts, 1, MAXPOLYGON);
-    std::vector<DeckPoint> points{in_64_bits(ELLIPT(arc.Qb, arc.centre, arc.Rx, arc.Ry))};
-    const ArcTable table(arc.Qb, arc.Qe, arc.Rx, arc.Ry, parts);
+        parts = std::max(FEWEST_PARTS, to_integer(std::abs(std::round((arc.end_angle - arc.begin_angle) * PARTS_PER_RADIAN))));
+    parts = std::clamp(parts, 1, MOST_POLYGON_POINTS);
+    std::vector<DeckPoint> points{in_64_bits(ellipse_point(arc.begin_angle, arc.centre, arc.half_axis_x, arc.half_axis_y))};
+    const ArcTable table(arc.begin_angle, arc.end_angle, arc.half_axis_x, arc.half_axis_y, parts);
     for (std::int32_t i = 1; i <= parts; ++i) {
-        const float even = arc.Qb + (arc.Qe - arc.Qb) * static_cast<float>(i) / static_cast<float>(parts);
-        points.push_back(in_64_bits(arc.Rx == arc.Ry ? ELLIPT(even, arc.centre, arc.Rx, arc.Ry)
+        const float even = arc.begin_angle + (arc.end_angle - arc.begin_angle) * static_cast<float>(i) / static_cast<float>(parts);
+        points.push_back(in_64_bits(arc.half_axis_x == arc.half_axis_y ? ellipse_point(even, arc.centre, arc.half_axis_x, arc.half_axis_y)
                                                      : table.point(i, arc.centre)));
     }
     return points;
@@ -62,10 +62,10 @@ public:
             group_.title = cards_.title();
         cards_.values(FORM_GROUP);
         group_.card = deck_.cards.size() - 1;
-        group_.MTYPE = cards_.integer(1);
-        group_.OVERLAY = cards_.integer(3);
+        group_.group_type = cards_.integer(1);
+        group_.overlay = cards_.integer(3);
         const bool has_post_lines = cards_.integer(2) == 1;
-        if (group_.MTYPE != 0) {
+        if (group_.group_type != 0) {
             read_material();
             if (has_post_lines)
                 read_post_lines();
@@ -85,7 +85,7 @@ private:
     }
 
     void read_material() {
-        switch (group_.MTYPE) {
+        switch (group_.group_type) {
             case 1:
             case 2:
                 cards_.values(FORM_MATERIAL_1);
@@ -120,7 +120,7 @@ private:
 
     void read_points() {
         cards_.values(FORM_POINTS);
-        NPOINT_ = cards_.count(FORM_POINTS, MAXGROUPPOINTS);
+        NPOINT_ = cards_.count(FORM_POINTS, MOST_GROUP_POINTS);
         const bool from_reference = cards_.integer(3) == 1;
         local_ = {cards_.value(4), cards_.value(5)};
         for (std::int32_t i = 1; i <= NPOINT_; ++i) {
@@ -129,28 +129,28 @@ private:
             Point p{cards_.value(2) + local_.x, cards_.value(3) + local_.y};
             if (from_reference)
                 p = {p.x + reference_.x, p.y + reference_.y};
-            if (NP >= 1 && NP <= MAXGROUPPOINTS)
+            if (NP >= 1 && NP <= MOST_GROUP_POINTS)
                 point(NP) = in_64_bits(p);
         }
     }
 
     void read_segments() {
         cards_.values(FORM_SEGMENTS);
-        const std::int32_t NSEGMENT = cards_.count(FORM_SEGMENTS, MAXGROUPPOINTS);
+        const std::int32_t NSEGMENT = cards_.count(FORM_SEGMENTS, MOST_GROUP_POINTS);
         if (NSEGMENT < 0)
             cards_.fault("Card 3.3.5.4.3: expected an NSEGMENT of 0 or more, found " +
                          std::to_string(NSEGMENT));
-        const bool open = std::abs(group_.MTYPE) == 2;
+        const bool open = std::abs(group_.group_type) == 2;
         for (std::int32_t k = 1; k <= NSEGMENT; ++k) {
             cards_.values(FORM_SEGMENT);
             DeckSegment segment;
             segment.card = deck_.cards.size() - 1;
-            segment.LTYPE = cards_.integer(2);
-            segment.NDIV = group_.MTYPE == CLOSING_OUTLINE ? 0 : cards_.integer(3);
-            segment.IEND = group_.MTYPE == CLOSING_OUTLINE ? 3 : cards_.integer(4);
+            segment.segment_type = cards_.integer(2);
+            segment.divisions = group_.group_type == CLOSING_OUTLINE ? 0 : cards_.integer(3);
+            segment.IEND = group_.group_type == CLOSING_OUTLINE ? 3 : cards_.integer(4);
             group_.segments.push_back(segment);
             arcs_.emplace_back();
-            if (segment.LTYPE == ARC)
+            if (segment.segment_type == ARC)
                 read_arc(k, NSEGMENT, open);
         }
         if (NSEGMENT > 0)
@@ -167,12 +167,12 @@ private:
             cards_.fault(fault.message, fault.field);
         Arc& arc = arcs_.back();
         arc.centre = {cards_.value(1) + local_.x, cards_.value(2) + local_.y};
-        arc.Rx = cards_.value(3);
-        arc.Ry = cards_.value(4);
-        arc.Qb = cards_.value(5) * RADIANS;
-        arc.Qe = cards_.value(6) * RADIANS;
-        point(k) = in_64_bits(ELLIPT(arc.Qb, arc.centre, arc.Rx, arc.Ry));
-        point(k + 1) = in_64_bits(ELLIPT(arc.Qe, arc.centre, arc.Rx, arc.Ry));
+        arc.half_axis_x = cards_.value(3);
+        arc.half_axis_y = cards_.value(4);
+        arc.begin_angle = cards_.value(5) * RADIANS;
+        arc.end_angle = cards_.value(6) * RADIANS;
+        point(k) = in_64_bits(ellipse_point(arc.begin_angle, arc.centre, arc.half_axis_x, arc.half_axis_y));
+        point(k + 1) = in_64_bits(ellipse_point(arc.end_angle, arc.centre, arc.half_axis_x, arc.half_axis_y));
         if (k > 1 && k == NSEGMENT && !open)
             point(1) = point(k + 1);
     }
@@ -187,7 +187,7 @@ private:
     void build_path() {
         for (std::int32_t i = 1; i <= NPOINT_; ++i)
             group_.points.push_back(point(i));
-        group_.closed = std::abs(group_.MTYPE) != 2;
+        group_.closed = std::abs(group_.group_type) != 2;
         if (!group_.closed && NPOINT_ > 1 && distance(point(1), point(NPOINT_)) < SAME_PLACE)
             group_.closed = true;
         if (group_.segments.empty()) {
@@ -207,10 +207,10 @@ private:
         const Arc& arc = arcs_[place];
         const DeckPoint start = point(k);
         const DeckPoint end = k == NPOINT_ ? point(1) : point(k + 1);
-        if (segment.LTYPE == ARC && arc.Qb != arc.Qe) {
-            segment.path = arc_points(arc, segment.NDIV);
-        } else if (segment.LTYPE == STRAIGHT || segment.LTYPE == ARC) {
-            const std::int32_t parts = std::clamp(std::abs(segment.NDIV), 1, MAXPOLYGON);
+        if (segment.segment_type == ARC && arc.begin_angle != arc.end_angle) {
+            segment.path = arc_points(arc, segment.divisions);
+        } else if (segment.segment_type == STRAIGHT || segment.segment_type == ARC) {
+            const std::int32_t parts = std::clamp(std::abs(segment.divisions), 1, MOST_POLYGON_POINTS);
             for (std::int32_t i = 0; i <= parts; ++i) {
                 const double share = static_cast<double>(i) / parts;
                 segment.path.push_back(
@@ -235,7 +235,7 @@ private:
 
 void read_numbers(CardReader& cards, const CardForm& form, std::string_view heading) {
     cards.values(form);
-    cards.list(form, cards.count(form, MAXCARDVAL), heading);
+    cards.list(form, cards.count(form, MOST_CARD_VALUES), heading);
 }
 
 }  // namespace
@@ -247,7 +247,7 @@ void read_groups(Deck& deck, CardReader& cards) {
     if (cards.integer(1) == 1)
         cards.values(FORM_BOUNDS);
     cards.values(FORM_GROUPS);
-    const std::int32_t groups = cards.count(FORM_GROUPS, MAXGROUPS);
+    const std::int32_t groups = cards.count(FORM_GROUPS, MOST_GROUPS);
     const bool titled = cards.integer(2) == 1;
     cards.values(FORM_REFERENCE);
     const Point reference{cards.value(1), cards.value(2)};

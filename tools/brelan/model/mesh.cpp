@@ -34,16 +34,16 @@ void Mesh::finish() {
     std::stable_sort(nodes.begin(), nodes.end(),
                      [](const Node& a, const Node& b) { return a.NODE < b.NODE; });
     std::stable_sort(elements.begin(), elements.end(), [](const Element& a, const Element& b) {
-        return a.section() != b.section() ? a.section() < b.section() : a.NEL < b.NEL;
+        return a.section() != b.section() ? a.section() < b.section() : a.number < b.number;
     });
     node_place_ = places_by_number(nodes, &Node::NODE);
     Number last = 0;
     for (const Element& e : elements)
-        last = std::max(last, e.NEL);
+        last = std::max(last, e.number);
     element_place_.assign(static_cast<std::size_t>(last) + 1, NONE);
     for (std::size_t i = 0; i < elements.size(); ++i)
-        if (elements[i].NEL >= 1)
-            element_place_[static_cast<std::size_t>(elements[i].NEL)] = static_cast<std::int32_t>(i);
+        if (elements[i].number >= 1)
+            element_place_[static_cast<std::size_t>(elements[i].number)] = static_cast<std::int32_t>(i);
 }
 
 Bounds Mesh::bounds() const {
@@ -52,10 +52,10 @@ Bounds Mesh::bounds() const {
         return b;
     b.low = b.high = point(0);
     for (const Node& node : nodes) {
-        b.low.x = std::min(b.low.x, double{node.XC});
-        b.low.y = std::min(b.low.y, double{node.YC});
-        b.high.x = std::max(b.high.x, double{node.XC});
-        b.high.y = std::max(b.high.y, double{node.YC});
+        b.low.x = std::min(b.low.x, double{node.x});
+        b.low.y = std::min(b.low.y, double{node.y});
+        b.high.x = std::max(b.high.x, double{node.x});
+        b.high.y = std::max(b.high.y, double{node.y});
     }
     return b;
 }
@@ -122,14 +122,14 @@ bool has_midside_nodes(LayoutKind kind) {
 bool is_joint(LayoutKind kind, const ElementRecord& element) {
     switch (kind) {
         case LayoutKind::coupled:
-            return element.KS > 0;
+            return element.skeleton > 0;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            return element.IDH < 0 || element.IDH >= FIRST_JOINT_CODE;
+            return element.attribute < 0 || element.attribute >= FIRST_JOINT_CODE;
         case LayoutKind::displacement:
             break;
     }
-    return element.DEN < 0.0F;
+    return element.density < 0.0F;
 }
 
 }  // namespace brelan::tool

@@ -67,9 +67,9 @@ void doubt_lengths(Doubts& doubts, const Dam& dam) {
         if (!(dam.profile->real(name) > 0.0F))
             doubts.doubt("bad-length", dam.profile,
                          fmt::format("{} {:g}: expected a length above 0", name, dam.profile->real(name)));
-    if (dam.HWATER > dam.HDAM)
+    if (dam.water_height > dam.height)
         doubts.doubt("bad-length", dam.profile, "HWATER: the water stands above the crest");
-    const double profile = dam.RUNL + dam.WCREST + dam.RUNR, blocks = dam.WLEFT + dam.WMID + dam.WRIGHT;
+    const double profile = dam.left_run + dam.WCREST + dam.right_run, blocks = dam.left_width + dam.middle_width + dam.right_width;
     if (!same_length(profile, blocks))
         doubts.doubt(
             "counts-disagree", dam.profile,
@@ -97,13 +97,13 @@ void doubt_wall(Doubts& doubts, const Dam& dam) {
 
 void doubt_water(Doubts& doubts, const Dam& dam) {
     const double half = 0.5 * dam.row();
-    if (doubts.deck().kind == LayoutKind::head && !dam.shells && dam.depth > 0.0 && dam.HWATER > 0.0 &&
-        dam.HWATER < half)
+    if (doubts.deck().kind == LayoutKind::head && !dam.shells && dam.depth > 0.0 && dam.water_height > 0.0 &&
+        dam.water_height < half)
         doubts.doubt(
             "may-be-unsound", dam.profile,
             fmt::format("HWATER {:g}: a level of less than half an element may leave an unsound mesh: "
                         "0, or {:g} and above, are safe",
-                        dam.HWATER, half));
+                        dam.water_height, half));
 }
 
 // --- codes ---------------------------------------------------------------------------------------
@@ -112,14 +112,14 @@ void doubt_water(Doubts& doubts, const Dam& dam) {
 void doubt_slopes(Doubts& doubts, const Dam& dam) {
     const LayoutKind kind = doubts.deck().kind;
     if (!dam.shells || (kind != LayoutKind::displacement && kind != LayoutKind::coupled) ||
-        dam.HWATER >= dam.HDAM || dam.HWATER <= 0.0)
+        dam.water_height >= dam.height || dam.water_height <= 0.0)
         return;
     const std::string_view words = kind == LayoutKind::coupled ? "ISX and ISY" : "IDX and IDY";
     doubts.doubt(
         "slopes-held", dam.profile,
         fmt::format("HWATER {:g}: with shells the nodes of both slopes below the water get 1 in {}, which "
                     "fixes them: set them to 0 with an edit of Earth_Dam.Mes (IEDIT 1), or take ISHELL 0",
-                    dam.HWATER, words));
+                    dam.water_height, words));
 }
 
 }  // namespace
@@ -129,7 +129,7 @@ void doubt_dam(Doubts& doubts) {
     if (dam.parts == nullptr || dam.profile == nullptr || doubts.deck().fault)
         return;
     doubt_lengths(doubts, dam);
-    if (!(dam.HDAM > 0.0) || !(dam.RUNL > 0.0) || !(dam.WMID > 0.0))
+    if (!(dam.height > 0.0) || !(dam.left_run > 0.0) || !(dam.middle_width > 0.0))
         return;
     doubt_wall(doubts, dam);
     doubt_water(doubts, dam);

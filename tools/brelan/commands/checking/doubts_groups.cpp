@@ -20,10 +20,10 @@ double distance(const DeckPoint& a, const DeckPoint& b) {
 }
 
 bool is_line(const DeckGroup& group) {
-    return std::abs(group.MTYPE) == 2;
+    return std::abs(group.group_type) == 2;
 }
 bool is_free_line(const DeckGroup& group) {
-    return group.MTYPE == 2 && group.OVERLAY == 1;
+    return group.group_type == 2 && group.overlay == 1;
 }
 
 // --- counts --------------------------------------------------------------------------------------
@@ -35,9 +35,9 @@ void doubt_points(Doubts& doubts, const DeckGroup& group, const DeckCard& points
         if (card.group != group.number || card.number != "3.3.5.4.2-1")
             continue;
         const std::int32_t NP = card.integer("NP");
-        if (NP < 1 || NP > MAXGROUPPOINTS)
+        if (NP < 1 || NP > MOST_GROUP_POINTS)
             doubts.end_of_run("bad-number", &card,
-                              fmt::format("NP {}: points have numbers from 1 to {}", NP, MAXGROUPPOINTS));
+                              fmt::format("NP {}: points have numbers from 1 to {}", NP, MOST_GROUP_POINTS));
         else if (NP > NPOINT)
             doubts.doubt("counts-disagree", &card,
                          fmt::format("NP {}: {} points are announced on Card 3.3.5.4.2", NP, NPOINT));
@@ -86,7 +86,7 @@ void doubt_segments(Doubts& doubts, const DeckGroup& group, const DeckCard& poin
 void doubt_material_line(Doubts& doubts, const DeckGroup& group) {
     const Deck& deck = doubts.deck();
     const DeckCard* card = card_of(deck, group, "3.3.5.4.1-1");
-    if (deck.kind == LayoutKind::head && group.MTYPE == -4)
+    if (deck.kind == LayoutKind::head && group.group_type == -4)
         doubts.doubt(
             "head-stage-joint", &deck.cards[group.card],
             "MTYPE -4: in the head kind its material line is lost, and the cards behind are read wrongly");
@@ -145,16 +145,16 @@ double signed_area(const std::vector<DeckPoint>& path) {
 void doubt_size(Doubts& doubts, const DeckGroup& group) {
     const Deck& deck = doubts.deck();
     for (const DeckSegment& segment : group.segments)
-        if (std::abs(segment.NDIV) > MAXPOLYGON) {
+        if (std::abs(segment.divisions) > MOST_POLYGON_POINTS) {
             doubts.end_of_run(
                 "too-large", &deck.cards[segment.card],
-                fmt::format("NDIV {}: a segment has at most {} parts", segment.NDIV, MAXPOLYGON));
+                fmt::format("NDIV {}: a segment has at most {} parts", segment.divisions, MOST_POLYGON_POINTS));
             return;
         }
-    if (group.path.size() > static_cast<std::size_t>(MAXPOLYGON))
+    if (group.path.size() > static_cast<std::size_t>(MOST_POLYGON_POINTS))
         doubts.end_of_run("too-large", card_of(deck, group, "3.3.5.4.2"),
                           fmt::format("{}: a path has at most {} points, this one {}", group_name(group),
-                                      MAXPOLYGON, group.path.size()));
+                                      MOST_POLYGON_POINTS, group.path.size()));
 }
 
 void doubt_shape(Doubts& doubts, const DeckGroup& group) {
@@ -165,7 +165,7 @@ void doubt_shape(Doubts& doubts, const DeckGroup& group) {
     doubt_crossing(doubts, group, card);
     for (const DeckSegment& segment : group.segments)
         if (segment.path.size() > 1 && distance(segment.path.front(), segment.path.back()) < SAME_PLACE &&
-            segment.LTYPE == 1)
+            segment.segment_type == 1)
             doubts.doubt("no-length", &deck.cards[segment.card],
                          fmt::format("{}: the segment begins and ends at {}", group_name(group),
                                      place_text(segment.path.front())));
@@ -174,7 +174,7 @@ void doubt_shape(Doubts& doubts, const DeckGroup& group) {
     const double area = signed_area(group.path);
     if (std::abs(area) < SAME_PLACE * SAME_PLACE)
         doubts.doubt("no-area", card, fmt::format("{}: the outline has no area", group_name(group)));
-    else if (area < 0.0 && (group.MTYPE == -3 || group.MTYPE == -4))
+    else if (area < 0.0 && (group.group_type == -3 || group.group_type == -4))
         doubts.doubt("clockwise", card,
                      fmt::format("{}: the outline runs clockwise, so that the joint opens to its outside",
                                  group_name(group)));
@@ -279,20 +279,20 @@ void doubt_uncut(Doubts& doubts, const DeckGroup& group, const DeckSegment& segm
     const bool selects_only = std::all_of(group.segments.begin(), group.segments.end(),
                                           [](const DeckSegment& s) { return s.IEND == 3; });
     // Outlines of 3 throughout are the way to select whole elements.
-    if (is_free_line(group) || group.MTYPE == 5 || (selects_only && !is_line(group)))
+    if (is_free_line(group) || group.group_type == 5 || (selects_only && !is_line(group)))
         return;
     const bool uncut = segment.IEND == 0 || segment.IEND == 3;
-    const bool long_line = segment.IEND == 0 && segment.NDIV == 1 && group.MTYPE == 2;
+    const bool long_line = segment.IEND == 0 && segment.divisions == 1 && group.group_type == 2;
     if (!uncut || long_line || along_sides(segment, ground))
         return;
     doubts.doubt("uncut", &card,
                  fmt::format("NDIV {}, IEND {}: the mesh is not cut between {} and {}, where it has no sides",
-                             segment.NDIV, segment.IEND, place_text(segment.path.front()),
+                             segment.divisions, segment.IEND, place_text(segment.path.front()),
                              place_text(segment.path.back())));
 }
 
 void doubt_slivers(Doubts& doubts, const DeckGroup& group, const DeckSegment& segment, const Ground& ground) {
-    if (segment.NDIV < 2 || is_free_line(group) || segment.IEND == 3)
+    if (segment.divisions < 2 || is_free_line(group) || segment.IEND == 3)
         return;
     for (std::size_t i = 0; i + 1 < segment.path.size(); ++i) {
         const DeckPoint &a = segment.path[i], &b = segment.path[i + 1];
@@ -304,7 +304,7 @@ void doubt_slivers(Doubts& doubts, const DeckGroup& group, const DeckSegment& se
             "divided-otherwise", &doubts.deck().cards[segment.card],
             fmt::format("NDIV {}: its parts are {:.3g} long and elements of the mesh {:.3g}; they are cut "
                         "several times over (NDIV {} cuts them once)",
-                        segment.NDIV, distance(a, b), *side, -segment.NDIV));
+                        segment.divisions, distance(a, b), *side, -segment.divisions));
         return;
     }
 }
@@ -325,7 +325,7 @@ void doubt_division(Doubts& doubts, const DeckGroup& group, const DeckSegment& s
                             hanging, segment.path.size()));
         return;
     }
-    if (group.MTYPE != 2 || segment.NDIV != 1 || segment.IEND != 0 || segment.path.size() < 2)
+    if (group.group_type != 2 || segment.divisions != 1 || segment.IEND != 0 || segment.path.size() < 2)
         return;
     if (const std::size_t nodes = ground.places().nodes_between(segment.path.front(), segment.path.back());
         nodes > 0)
@@ -341,7 +341,7 @@ void doubt_cuts(Doubts& doubts, const DeckMeshes& meshes) {
         return;
     Ground ground(*meshes.places);
     for (const DeckGroup& group : doubts.deck().groups) {
-        if (group.MTYPE == 0)
+        if (group.group_type == 0)
             continue;
         if (!is_free_line(group))
             doubt_outside(doubts, group, ground);

@@ -63,7 +63,7 @@ void make_drive(const fs::path& drive) {
 
 void make_base_mesh(const Deck& deck, const fs::path& project, Run& run, Verdict& verdict) {
     try {
-        Channel& cards = run.channels.open(CH_DECK, NORMALISED, OpenStatus::old);
+        Channel& cards = run.channels.open(CHANNEL_DECK, NORMALISED, OpenStatus::old);
         std::int32_t IMOD = 0, JK = 0;
         read_free(cards, "Card 1.1", IMOD, JK);
         run_base_mesh(run);
@@ -95,9 +95,9 @@ Verdict verdict_of(const Deck& deck, const Edition& edition) {
     const LayoutKind kind = run->settings.kind();
     try {
         const DeckContent content =
-            DECKCHK(run->channels, kind, run->checker, run->console, TextLine(DECK_NAME), NORMALISED);
+            check_deck(run->channels, kind, run->checker, run->console, TextLine(DECK_NAME), NORMALISED);
         if (content == DeckContent::dam) {
-            DAMDECK(run->channels, kind, run->checker, run->decks, run->dam, run->sizes);
+            write_dam_decks(run->channels, kind, run->checker, run->decks, run->dam, run->sizes);
             return verdict;  // the decks made of its cards are no matter of this check
         }
     } catch (const RunEnd& end) {
