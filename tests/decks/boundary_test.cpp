@@ -10,14 +10,14 @@ namespace {
 
 GroupCards line_of(int LTP, int LMAT, const Points& points, const std::string& title = "Line") {
     return {.title = title,
-            .group_type = 2,
+            .MTYPE = 2,
             .material = std::to_string(LTP) + " " + std::to_string(LMAT),
             .line = open_line(points)};
 }
 
 GroupCards ring_of(int LTP, int LMAT, const Points& points) {
     return {.title = "Ring",
-            .group_type = 3,
+            .MTYPE = 3,
             .material = "0 3 " + std::to_string(LTP) + " " + std::to_string(LMAT),
             .line = outline(points)};
 }
@@ -292,7 +292,7 @@ TEST(FlowSections, CountWithoutATrussInTheMeshWritesNoFile) {
 // A joint with trusses on both sides counts twice.
 TEST(FlowSections, BothLinesOfAJointAreSections) {
     const GroupCards joint{
-        .title = "Joint", .group_type = -2, .material = "9 5 0 3 6 3 7", .line = open_line({{2, 0}, {2, 2}})};
+        .title = "Joint", .MTYPE = -2, .material = "9 5 0 3 6 3 7", .line = open_line({{2, 0}, {2, 2}})};
     const GroupProject run = finished(Kind::head, {joint});
     run.run();
     expect_file(run.project, "Boundary.Man",

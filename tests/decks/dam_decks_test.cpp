@@ -21,16 +21,16 @@ using Lines = std::vector<std::string>;
 // Height 20, slopes of 1:2, a crest of 8.
 DamInput plain_dam() {
     DamInput dam;
-    dam.crest = dam.middle_width = 8.0;
-    dam.water_height = 15.0;
-    dam.initial_head = 2.5;
+    dam.crest = dam.WMID = 8.0;
+    dam.HWATER = 15.0;
+    dam.Hi = 2.5;
     return dam;
 }
 
 DamInput whole_dam() {
     DamInput dam = plain_dam();
     dam.layers = {6.0, 8.0};
-    dam.left_margin = dam.right_margin = 30.0;
+    dam.XLEFT = dam.XRIGHT = 30.0;
     dam.core = {{42.0, 0.0}, {46.0, 0.0}, {45.0, 18.0}, {43.0, 18.0}};
     dam.wall = {{43.0, 0.0}, {43.0, -11.0}, {45.0, -11.0}, {45.0, 0.0}};
     return dam;
@@ -264,10 +264,10 @@ TEST(DamDeck, OfEachKindDiffersInJKThirdValueAndMaterialLines) {
 TEST(DamDeck, WithShellsHasTheSizesOfTheTemplates) {
     DamInput dam = whole_dam();
     dam.ISHELL = 1;
-    dam.left_run = 26.0;  // code 2 on the left: the right one, which would be 3, follows
-    dam.left_width = 33.0;
-    dam.right_width = 66.0;
-    dam.middle_width = 8.0;
+    dam.RUNL = 26.0;  // code 2 on the left: the right one, which would be 3, follows
+    dam.WLEFT = 33.0;
+    dam.WRIGHT = 66.0;
+    dam.WMID = 8.0;
     dam.core = {{35.0, 0.0}, {39.0, 0.0}, {38.0, 18.0}, {36.0, 18.0}};
     dam.wall = {{35.0, 0.0}, {35.0, -11.0}, {39.0, -11.0}, {39.0, 0.0}};
     const Lines cards = cards_of(main_deck(dam, Kind::displacement));
@@ -281,7 +281,7 @@ TEST(DamDeck, WithShellsHasTheSizesOfTheTemplates) {
 
 TEST(DamDeck, WithDivisionsOfTheCrestHasThatManyInTheMiddle) {
     DamInput dam = plain_dam();
-    dam.crest_divisions = 3;
+    dam.NCREST = 3;
     const Project project(Kind::displacement);
     install_dam_files(project, Kind::displacement);
     project.deck(dam.deck());
@@ -387,12 +387,12 @@ TEST(DamGroups, OfTheHeadKindFollowTheWater) {
 
 TEST(DamGroups, HoldTheWaterLevelOnTheSlope) {
     DamInput dam = plain_dam();
-    dam.water_height = 25.0;
+    dam.HWATER = 25.0;
     EXPECT_EQ(group_of(main_deck(dam, Kind::head), " Upstream Total Head Boundary").at(5),
               "2 4.00000E+01 2.00000E+01");
     // Without water nothing of the boundary is left but the toe: the group stands there and is skipped.
     for (const double HWATER : {0.0, -3.0}) {
-        dam.water_height = HWATER;
+        dam.HWATER = HWATER;
         EXPECT_EQ(group_of(main_deck(dam, Kind::head), " Upstream Total Head Boundary"),
                   (Lines{"Upstream Total Head Boundary", "0 0 0 0 0 0 0"}));
     }
@@ -461,7 +461,7 @@ TEST(DamGroups, CutACoreUpToTheRowBelowTheCrestWhereItWouldTakeNodesOfTheCrest) 
 // the crest is the nearest to the left corner.
 TEST(DamGroups, KnowTheNodesThatACoresFirstCornerHasMoved) {
     DamInput dam = whole_dam();
-    dam.crest_divisions = 2;
+    dam.NCREST = 2;
     const auto core_ends = [&] { return ends_of(group_of(main_deck(dam, Kind::coupled), " Dam Core")); };
     dam.core = {{42.5, 0.0}, {47.9, 0.0}, {48.0, 20.0}, {42.5, 20.0}};
     EXPECT_EQ(core_ends(), (Lines{"0", "3", "2", "3", "2"}));
@@ -515,7 +515,7 @@ TEST(DamGroups, DrawASlopeBeyondACrestsEndBesideTheBlockColumns) {
     DamInput dam = plain_dam();
     const auto surface = [&] { return group_of(main_deck(dam, Kind::displacement), " Ground Surface"); };
     EXPECT_EQ(surface().back(), "4 1 0 2");
-    dam.left_run = 40.5;
+    dam.RUNL = 40.5;
     dam.crest = 7.5;  // the right end is on the edge
     EXPECT_EQ(ends_of(surface()), (Lines{"3", "2", "3", "1"}));
     EXPECT_EQ(surface().back(), "4 1 1 1");
@@ -534,13 +534,13 @@ TEST(DamGroups, CutTheVerticalUnderACrestsEndBesideTheBlockColumnsUpToTheSlope) 
     const Lines cut{"3", "2", "3", "2"}, uncut{"3", "3", "2"};
     EXPECT_EQ(ends_of(group(" Upstream Shell")), uncut);
     EXPECT_EQ(ends_of(group(" Downstream Shell")), uncut);
-    dam.left_run = 40.5;
+    dam.RUNL = 40.5;
     EXPECT_EQ(ends_of(group(" Upstream Shell")), cut);
     EXPECT_EQ(ends_of(group(" Downstream Shell")), cut);
     EXPECT_EQ(points_of(group(" Upstream Shell")),
               (Lines{"0.00000E+00 0.00000E+00", "4.05000E+01 0.00000E+00", "4.05000E+01 1.95062E+01",
                      "4.05000E+01 2.00000E+01"}));
-    dam.middle_width = 8.5;  // the crest's right end is on the edge again
+    dam.WMID = 8.5;  // the crest's right end is on the edge again
     EXPECT_EQ(ends_of(group(" Upstream Shell")), cut);
     EXPECT_EQ(ends_of(group(" Downstream Shell")), uncut);
 }
@@ -548,7 +548,7 @@ TEST(DamGroups, CutTheVerticalUnderACrestsEndBesideTheBlockColumnsUpToTheSlope) 
 TEST(DamGroups, CutTheSlopeUnderALowWaterLevel) {
     DamInput dam = plain_dam();
     const auto water = [&] { return group_of(main_deck(dam, Kind::head), " Upstream Total Head Boundary"); };
-    dam.water_height = 0.01;
+    dam.HWATER = 0.01;
     EXPECT_EQ(part(water(), 5, 1), (Lines{"2 2.00000E-02 1.00000E-02"}));
     EXPECT_EQ(ends_of(water()), (Lines{"2"}));
     dam.layers = {6.0};
@@ -561,9 +561,9 @@ TEST(DamGroups, CutTheSlopeUnderALowWaterLevel) {
 TEST(ShellDecks, AreTheseTexts) {
     DamInput dam = plain_dam();
     dam.ISHELL = 1;
-    dam.left_run = 40.0;
-    dam.right_run = 60.0;
-    dam.right_width = 60.0;
+    dam.RUNL = 40.0;
+    dam.RUNR = 60.0;
+    dam.WRIGHT = 60.0;
     const DamRun run(dam, Kind::temperature);
     expect_finished(run.result());
     const auto shell = [](const std::string& mesh, const std::string& number, const std::string& code,
@@ -617,7 +617,7 @@ TEST(ShellDecks, ShareOfTheWaterIsItsHeightOverThatOfTheDam) {
     for (const double HWATER : {5.0, 25.0, -4.0}) {
         DamInput dam = plain_dam();
         dam.ISHELL = 1;
-        dam.water_height = HWATER;
+        dam.HWATER = HWATER;
         const DamRun run(dam, Kind::displacement);
         expect_finished(run.result());
         const Lines left = cards_of(run.project().read_work("Shell_Left.dat"));
@@ -715,8 +715,8 @@ TEST(DamFiles, ForcedRightSlopeJoinsWithoutAGap) {
     for (const auto& [left, right] : {std::pair{20.0, 60.0}, std::pair{60.0, 20.0}}) {
         DamInput dam = plain_dam();
         dam.ISHELL = 1;
-        dam.left_run = dam.left_width = left;
-        dam.right_run = dam.right_width = right;
+        dam.RUNL = dam.WLEFT = left;
+        dam.RUNR = dam.WRIGHT = right;
         const DamRun run(dam, Kind::displacement);
         expect_finished(run.result());
         EXPECT_EQ(cards_of(run.project().read_work("Shell_Right.dat")).at(5), left == 20.0 ? "2" : "3");

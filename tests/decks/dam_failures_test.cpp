@@ -16,7 +16,7 @@ using Fragments = std::vector<std::string>;
 // All cards: 1.1 on line 2, 5.1 on 4, 5.2 on 6, 5.3 on 8, 5.4-1 on 10, the layers on 12, 5.5 on 14.
 DamInput whole_dam() {
     DamInput dam;
-    dam.crest = dam.middle_width = 8.0;
+    dam.crest = dam.WMID = 8.0;
     dam.layers = {6.0, 8.0};
     dam.core = {{42.0, 0.0}, {46.0, 0.0}, {45.0, 18.0}, {43.0, 18.0}};
     dam.wall = {{43.0, 0.0}, {43.0, -11.0}, {45.0, -11.0}, {45.0, 0.0}};
@@ -52,7 +52,7 @@ TEST(DamRefusal, NamesTheFieldOfCard5_2) {
 
 TEST(DamRefusal, OfACrestThatEndsBeyondTheBlockColumns) {
     DamInput dam = whole_dam();
-    dam.left_run = 81.0;  // and a crest of 8, while the columns end at 88
+    dam.RUNL = 81.0;  // and a crest of 8, while the columns end at 88
     expect_refused(dam, {"line 6: Card 5.2", "89", "88"});
     dam.ISHELL = 1;  // the runs only pick the templates
     expect_finished(DamRun(dam, Kind::displacement).result());
@@ -99,10 +99,10 @@ TEST(DamRefusal, OfAWallOutsideTheGround) {
 
 TEST(DamRefusal, OfMarginsAndLayersWithoutExtent) {
     DamInput dam = whole_dam();
-    dam.left_margin = 0.0;
+    dam.XLEFT = 0.0;
     expect_refused(dam, {"line 10: Card 5.4-1", "XLEFT"});
     dam = whole_dam();
-    dam.right_margin = -1.0;
+    dam.XRIGHT = -1.0;
     expect_refused(dam, {"line 10: Card 5.4-1", "XRIGHT"});
     dam = whole_dam();
     dam.layers[1] = 0.0;

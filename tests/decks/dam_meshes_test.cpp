@@ -34,10 +34,10 @@ struct Make {
     // Height 20, crest 16; the core from the base to 18, 8 wide and 4 wide; the wall two elements wide.
     DamInput dam() const {
         DamInput dam;
-        const double run = dam.height * SLOPES.at(static_cast<std::size_t>(slope_code - 1));
-        dam.left_run = dam.right_run = dam.left_width = dam.right_width = run;
+        const double run = dam.HDAM * SLOPES.at(static_cast<std::size_t>(slope_code - 1));
+        dam.RUNL = dam.RUNR = dam.WLEFT = dam.WRIGHT = run;
         dam.ISHELL = shells ? 1 : 0;
-        dam.crest_divisions = NCREST;
+        dam.NCREST = NCREST;
         if (layers == 1)
             dam.layers = {7.0};
         if (layers == 3)
@@ -61,7 +61,7 @@ struct Make {
             body -= zones[4];
         }
         if (!shells) {
-            zones[2] = zones[3] = 0.5 * 20.0 * d.left_run;
+            zones[2] = zones[3] = 0.5 * 20.0 * d.RUNL;
             body -= zones[2] + zones[3];
         }
         zones[1] = body;
@@ -113,13 +113,13 @@ void expect_zones(const Make& make, const DamMesh& mesh, const std::string& name
 void expect_slope_codes(const DamInput& dam, const DamMesh& mesh, const std::string& name) {
     int wet = 0, dry = 0;
     for (const auto& [number, node] : mesh.nodes) {
-        const double left = dam.height * node.at.x / dam.left_width;
-        const double right = dam.height * (dam.toe() - node.at.x) / dam.right_width;
+        const double left = dam.HDAM * node.at.x / dam.WLEFT;
+        const double right = dam.HDAM * (dam.toe() - node.at.x) / dam.WRIGHT;
         const bool on_slope = std::abs(node.at.y - std::min(left, right)) < 1.0E-3;
-        const bool level = std::abs(node.at.y - dam.water_height) < 1.0E-3;
-        if (!on_slope || level || node.at.y < -1.0E-3 || node.at.y > dam.height - 1.0E-3)
+        const bool level = std::abs(node.at.y - dam.HWATER) < 1.0E-3;
+        if (!on_slope || level || node.at.y < -1.0E-3 || node.at.y > dam.HDAM - 1.0E-3)
             continue;
-        const int code = node.at.y < dam.water_height ? 1 : 0;
+        const int code = node.at.y < dam.HWATER ? 1 : 0;
         ++(code == 1 ? wet : dry);
         EXPECT_EQ(node.codes.at(0), code) << name << ", node " << number;
         EXPECT_EQ(node.codes.at(1), code) << name << ", node " << number;
@@ -163,9 +163,9 @@ INSTANTIATE_TEST_SUITE_P(OfAllKinds, DamMakes,
 // first.
 TEST(Dam, OfTwoLayersHasTheAreasOfItsZones) {
     DamInput dam;
-    dam.crest = dam.middle_width = 8.0;
+    dam.crest = dam.WMID = 8.0;
     dam.layers = {6.0, 8.0};
-    dam.left_margin = dam.right_margin = 30.0;
+    dam.XLEFT = dam.XRIGHT = 30.0;
     dam.core = {{42.0, 0.0}, {46.0, 0.0}, {45.0, 18.0}, {43.0, 18.0}};
     dam.wall = {{43.0, 0.0}, {43.0, -11.0}, {45.0, -11.0}, {45.0, 0.0}};
     for (const int ISHELL : {0, 1, -3}) {

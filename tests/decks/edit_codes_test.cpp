@@ -46,7 +46,7 @@ void expect_codes(Kind kind, const Selected& selection, const std::string& side,
     SCOPED_TRACE("ISIDE " + side);
     const KindText& text = text_of_kind(kind);
     const Lines head{STARTS_NORMALISED, "    1     0     0     0     0     0 "};
-    expect_edit(kind, text.source, Lines{STARTS, "1"} + selection.cards + Lines{side, text.new_codes},
+    expect_edit(kind, text.source, Lines{STARTS, "1"} + selection.cards + Lines{side, text.IDNEW},
                 {head + selection.normalised + Lines{"    " + side + " ", text.IDNEW_normalised},
                  stripped_site(kind), coded_site(kind, coded)});
 }

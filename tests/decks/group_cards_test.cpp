@@ -102,12 +102,12 @@ TEST(GroupCards, MaterialLineOfEachKind) {
     for (const Kind kind : ALL_KINDS)
         for (const MaterialCase& c : cases) {
             Lines line{kind == Kind::displacement ? c.displacement : c.others};
-            if (kind == Kind::head && c.group_type == -4)
+            if (kind == Kind::head && c.MTYPE == -4)
                 line.clear();
             expect_lines(normalised(kind, NO_LISTS + Lines{"1"} + REFERENCE +
-                                              Lines{std::to_string(c.group_type), c.card} + FAR_LINE),
-                         front(1) + Lines{I({c.group_type, 0, 0})} + line + FAR_LINE_NORMALISED,
-                         name_of(kind) + ", MTYPE " + std::to_string(c.group_type) + ": " + c.card);
+                                              Lines{std::to_string(c.MTYPE), c.card} + FAR_LINE),
+                         front(1) + Lines{I({c.MTYPE, 0, 0})} + line + FAR_LINE_NORMALISED,
+                         name_of(kind) + ", MTYPE " + std::to_string(c.MTYPE) + ": " + c.card);
         }
 }
 

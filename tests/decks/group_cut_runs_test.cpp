@@ -162,7 +162,7 @@ TEST(GroupArcs, CountOfPartsComesByTheAngle) {
                            Arc{"0 180", "0", 200}, Arc{"180 0", "0", 200}, Arc{"0 180", "-7", 7}}) {
         GroupRun run(Kind::displacement,
                      {"2 0 1", "2 3", "2 0 0 0 0", "1 0 0", "2 0 0", "1",
-                      std::string("1 2 ") + arc.divisions + " 2", std::string("20 20 3 3 ") + arc.angles});
+                      std::string("1 2 ") + arc.NDIV + " 2", std::string("20 20 3 3 ") + arc.angles});
         run.expect_counts(15 + arc.parts + 1, 8, arc.parts, 0);
     }
 }

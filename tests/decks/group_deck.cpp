@@ -70,11 +70,11 @@ std::string group_deck(const std::vector<GroupCards>& groups, const std::string&
         "0 0 " + Hi};
     for (const GroupCards& group : groups) {
         cards.push_back(group.title);
-        cards.push_back(std::to_string(group.group_type) + " " + std::to_string(group.wants_outputs) + " " +
-                        std::to_string(group.overlay));
+        cards.push_back(std::to_string(group.MTYPE) + " " + std::to_string(group.IGPOST) + " " +
+                        std::to_string(group.OVERLAY));
         if (!group.material.empty())
             cards.push_back(group.material);
-        if (group.wants_outputs == 1) {
+        if (group.IGPOST == 1) {
             cards.insert(cards.end(), group.pairs.begin(), group.pairs.end());
             for (const int wanted : group.switches)
                 cards.push_back(std::to_string(wanted));

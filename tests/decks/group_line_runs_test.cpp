@@ -158,7 +158,7 @@ TEST(GroupJoints, LineOfOneNodeMovesNothingAcross) {
 
 // The line's node is still that of the mesh: what is written of the line names it.
 TEST(GroupJoints, LineOfOneNodeKeepsItsNodeInThePlotDeck) {
-    GroupCards joint{.group_type = -2, .material = "9 0 0 0 0 0 0", .line = open_line({{1, 1}, {1.5, 2}}, 3)};
+    GroupCards joint{.MTYPE = -2, .material = "9 0 0 0 0 0 0", .line = open_line({{1, 1}, {1.5, 2}}, 3)};
     joint.switches[6] = 1;
     const GroupProject run(Kind::displacement, grid_mesh(Kind::displacement, 2, 1), {joint});
     run.run();

@@ -39,7 +39,7 @@ void lay_out_groups(const Project& project, int groups, const Lines& cards, cons
     project.write("mesh.Mes", mesh.text());
     project.write_data("DV-BRELAN.dat", setting.defaults);
     project.deck(text_of(Lines{"1 0", "mesh.Mes", "out.Mes", "1 1", "4"} + setting.lists +
-                         Lines{std::to_string(groups), "0 0 " + setting.initial_head} + cards));
+                         Lines{std::to_string(groups), "0 0 " + setting.Hi} + cards));
 }
 
 GroupRun::GroupRun(Kind kind, int groups, const Lines& cards, const Mesh& mesh, const GroupSetting& setting)

@@ -169,7 +169,7 @@ TEST(GroupRuns, WithoutTypeOrMaterialALineHasNoRow) {
 
 TEST(GroupRuns, HeadHeaderHidesItsTrusses) {
     for (const Kind kind : ALL_KINDS) {
-        GroupRun run(kind, 1, Lines{"2", "3 4"} + UPWARDS, squares(kind), {.initial_head = "2.5"});
+        GroupRun run(kind, 1, Lines{"2", "3 4"} + UPWARDS, squares(kind), {.Hi = "2.5"});
         EXPECT_NE(run.result().find("TRUSS ELEMENT"), std::string::npos);
         EXPECT_EQ(run.check.counts[3], kind == Kind::head ? 0 : 2) << name_of(kind);
         EXPECT_EQ(run.members(), (Lines{"1 4 9 3 1", "1 4 10 3 1"})) << name_of(kind);

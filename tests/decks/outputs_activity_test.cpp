@@ -17,7 +17,7 @@ const Points LOWER_ROW{{0, 0}, {4, 0}, {4, 1}, {0, 1}};
 // A group over the mesh as it is that gives its elements a material and an activity.
 GroupCards region(const Points& points, int MAT, const std::string& pair) {
     GroupCards group{.title = "Region",
-                     .group_type = 3,
+                     .MTYPE = 3,
                      .material = std::to_string(MAT) + " 3 0 0",
                      .line = outline(points, 3)};
     group.pairs[1] = pair;
@@ -27,7 +27,7 @@ GroupCards region(const Points& points, int MAT, const std::string& pair) {
 // A row of beams (LTP 2) or trusses (LTP 3) upwards at x = 2, with an activity.
 GroupCards wall(int LTP, const std::string& pair) {
     GroupCards group{.title = "Wall",
-                     .group_type = 2,
+                     .MTYPE = 2,
                      .material = std::to_string(LTP) + " 6",
                      .line = open_line({{2, 0}, {2, 2}})};
     group.pairs[3] = pair;
@@ -108,7 +108,7 @@ TEST(GroupActivity, CountOnCard81IsThatOfTheRangeLines) {
 
 TEST(GroupActivity, GroupWithIGPOST0HasNoBlockThoughItHasElements) {
     GroupCards silent = region(RIGHT_HALF, 6, "1 1");
-    silent.wants_outputs = 0;
+    silent.IGPOST = 0;
     const GroupProject run(Kind::displacement, squares(), {region(LOWER_ROW, 5, "2 0"), silent});
     run.run();
     EXPECT_EQ(count_of(run.lines("Group.Man"), "* Group No =   1"), 1);
@@ -127,7 +127,7 @@ TEST(GroupActivity, GroupWithoutElementsHasNoBlock) {
 TEST(GroupActivity, OtherIGPOSTHasNoPairs) {
     for (const int IGPOST : {2, -1}) {
         GroupCards group = region(LOWER_ROW, 5, "2 0");
-        group.wants_outputs = IGPOST;
+        group.IGPOST = IGPOST;
         const GroupProject run(Kind::displacement, squares(), {group});
         run.run();
         EXPECT_FALSE(run.project.exists("Group.Man")) << IGPOST;
@@ -146,7 +146,7 @@ TEST(GroupActivity, Type3WithoutAMaterialTakesPair2ForAllItsContinuum) {
 
 // Type 5 is a type 3 without a material; the first of its pairs is the one of its continuum.
 TEST(GroupActivity, Type5TakesItsFirstPair) {
-    GroupCards all{.title = "All", .group_type = 5, .line = outline(WHOLE)};
+    GroupCards all{.title = "All", .MTYPE = 5, .line = outline(WHOLE)};
     all.pairs[0] = "1 5";
     all.pairs[1] = "8 8";
     const GroupProject run(Kind::displacement, squares(), {all});
@@ -192,7 +192,7 @@ TEST(GroupActivity, PairWithOneZeroCounts) {
 // A closed line (it ends where it began) with a pair for what lies inside.
 TEST(GroupActivity, Type2WithPair1Or5Or6TakesThemByClass) {
     GroupCards loop{.title = "Loop",
-                    .group_type = 2,
+                    .MTYPE = 2,
                     .material = "2 6",
                     .line = {"5 0 0 0 0", "1 0 0", "2 2 0", "3 2 2", "4 0 2", "5 0 0", "4", "1 1 0 2",
                              "2 1 0 2", "3 1 0 2", "4 1 0 2"}};

@@ -17,40 +17,40 @@ namespace {
 
 std::vector<GroupCards> pit() {
     GroupCards stage{.title = "Pit, first stage",
-                     .group_type = 4,
+                     .MTYPE = 4,
                      .material = "2 3 0 0",
                      .line = outline({{2, 0}, {4, 0}, {4, 2}, {2, 2}}),
                      .switches = {1, 1, 1, 0, 0, 1, 1}};
     stage.pairs[0] = "1 4";
     stage.pairs[1] = "5 0";
     GroupCards wall{.title = "Wall",
-                    .group_type = 2,
+                    .MTYPE = 2,
                     .material = "2 6",
                     .line = open_line({{3, 0}, {3, 2}}),
                     .switches = {0, 0, 0, 1, 0, 0, 1}};
     wall.pairs[3] = "2 0";
     GroupCards struts{.title = "Struts",
-                      .group_type = 2,
+                      .MTYPE = 2,
                       .material = "3 7",
                       .line = open_line({{2, 1}, {4, 1}}),
                       .switches = {0, 0, 1, 0, 1, 0, 0}};
     struts.pairs[4] = "9 9";
     struts.pairs[5] = "3 8";
     GroupCards joint{.title = "Joint of the old wall",
-                     .group_type = -2,
+                     .MTYPE = -2,
                      .material = "9 5 0 0 0 2 8",
                      .line = open_line({{1, 0}, {1, 2}}),
                      .switches = {1, 0, 1, 0, 0, 0, 1}};
     joint.pairs[2] = "6 0";
     joint.pairs[5] = "7 0";
     GroupCards layer{.title = "Layer",
-                     .group_type = 3,
+                     .MTYPE = 3,
                      .material = "5 3 0 0",
                      .line = outline({{0, 0}, {2, 0}, {2, 1}, {0, 1}}, 3),
                      .switches = {1, 1, 0, 0, 0, 1, 0}};
     layer.pairs[1] = "1 0";
     const GroupCards unwanted{
-        .title = "Not wanted", .group_type = 5, .line = outline({{0, 0}, {4, 0}, {4, 2}, {0, 2}}), .wants_outputs = 0};
+        .title = "Not wanted", .MTYPE = 5, .line = outline({{0, 0}, {4, 0}, {4, 2}, {0, 2}}), .IGPOST = 0};
     return {stage, wall, struts, joint, layer, unwanted};
 }
 

@@ -20,7 +20,7 @@ Mesh marked_squares(Kind kind) {
 }
 
 GroupCards right_half(const std::string& material) {
-    return {.title = "Right", .group_type = 3, .material = material, .line = outline(RIGHT_HALF, 3)};
+    return {.title = "Right", .MTYPE = 3, .material = material, .line = outline(RIGHT_HALF, 3)};
 }
 
 // The run is refused at the card of its only group, which stands behind ten cards and the title.
@@ -63,15 +63,15 @@ TEST(MaterialsOfOutputs, LineElementsOfAMaterialBelow0AreRefused) {
     for (const char* LTP : {"2", "3"})
         for (const int IGPOST : {1, 2})
             expect_refused(Kind::coupled,
-                           {.group_type = 2,
+                           {.MTYPE = 2,
                             .material = std::string(LTP) + " -6",
                             .line = open_line({{2, 0}, {2, 2}}),
-                            .wants_outputs = IGPOST},
+                            .IGPOST = IGPOST},
                            "element 9 with material -6");
 }
 
 TEST(MaterialsOfOutputs, JointOfAMaterialBelow0IsRefused) {
-    GroupCards joint{.group_type = -2, .material = "-9 5 0 0 0 0 0", .line = open_line({{2, 0}, {2, 2}})};
+    GroupCards joint{.MTYPE = -2, .material = "-9 5 0 0 0 0 0", .line = open_line({{2, 0}, {2, 2}})};
     joint.switches[2] = 1;
     expect_refused(Kind::displacement, joint, "element 9 with material -9");
 }
@@ -82,7 +82,7 @@ TEST(MaterialsOfOutputs, MaterialBelow0ThatNoOutputListsIsTaken) {
     plotted_beams.switches[3] = plotted_beams.switches[4] = 1;
     expect_taken(plotted_beams);
     GroupCards without_outputs = right_half("0 3 0 0");
-    without_outputs.wants_outputs = 0;
+    without_outputs.IGPOST = 0;
     expect_taken(without_outputs);
     GroupCards elsewhere = right_half("0 3 0 0");
     elsewhere.line = outline({{0, 0}, {2, 0}, {2, 2}, {0, 2}}, 3);
@@ -101,7 +101,7 @@ TEST(MaterialsOfOutputs, PlotThatTheKindDoesNotHaveListsNothing) {
 // MAT of 0 or below in types 3 and 4 says what becomes of the old materials; it is no material of an element.
 TEST(MaterialsOfOutputs, MinusSignOfMATKeepsItsMeaning) {
     GroupCards doubled{
-        .title = "Doubled", .group_type = 4, .material = "-7 3 0 0", .line = outline(RIGHT_HALF, 3)};
+        .title = "Doubled", .MTYPE = 4, .material = "-7 3 0 0", .line = outline(RIGHT_HALF, 3)};
     doubled.pairs[0] = "2 0";
     doubled.switches[0] = 1;
     GroupCards kept = right_half("-7 3 0 0");
@@ -109,7 +109,7 @@ TEST(MaterialsOfOutputs, MinusSignOfMATKeepsItsMeaning) {
     for (const GroupCards& group : {doubled, kept}) {
         const GroupProject run(Kind::displacement, grid_mesh(Kind::displacement, 4, 2), {group});
         run.run();
-        const bool twice = group.group_type == 4;
+        const bool twice = group.MTYPE == 4;
         const std::vector<MeshElement> elements =
             check_mesh(run.project.read("out.Mes"), Kind::displacement).mesh.continuum;
         EXPECT_EQ(elements.size(), twice ? 12U : 8U);

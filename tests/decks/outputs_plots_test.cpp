@@ -15,7 +15,7 @@ const Points LOWER_ROW{{0, 0}, {4, 0}, {4, 1}, {0, 1}};
 
 GroupCards region(const Points& points, const std::array<int, 7>& switches, int IEND = 3) {
     return {.title = "Region",
-            .group_type = 3,
+            .MTYPE = 3,
             .material = "0 3 0 0",
             .line = outline(points, IEND),
             .switches = switches};
@@ -24,7 +24,7 @@ GroupCards region(const Points& points, const std::array<int, 7>& switches, int 
 // Beams (LTP 2) or trusses (LTP 3) upwards at an x.
 GroupCards wall(double x, int LTP, int LMAT, const std::array<int, 7>& switches) {
     return {.title = "Wall",
-            .group_type = 2,
+            .MTYPE = 2,
             .material = std::to_string(LTP) + " " + std::to_string(LMAT),
             .line = open_line({{x, 0}, {x, 2}}),
             .switches = switches};
@@ -171,9 +171,9 @@ TEST(PlotDeck, BeamsAndTrussesOfAllGroupsAreListedWhenNoneAsksForThem) {
 
 TEST(PlotDeck, GroupOfAnotherIGPOSTIsListedWithTheLinesOfAllGroups) {
     GroupCards silent = wall(1, 2, 6, {});
-    silent.wants_outputs = 0;
+    silent.IGPOST = 0;
     GroupCards other = wall(2, 2, 6, {});
-    other.wants_outputs = 2;
+    other.IGPOST = 2;
     const Lines post = plot_deck(squares(), {silent, other, region(WHOLE, {})});
     EXPECT_EQ(groups_in(section_of(post, 4)), (std::vector<int>{2, 3}));
     EXPECT_EQ(groups_in(section_of(post, 1)), (std::vector<int>{}));
@@ -194,7 +194,7 @@ TEST(PlotDeck, BeamSectionHasOnlyBeamsAndTrussSectionOnlyTrusses) {
 // The elements along a line, and those of a joint, are not part of a picture of what lies inside.
 TEST(PlotDeck, ElementsOfLinesAndJointsAreOnlyInTheDisplacementSection) {
     const GroupCards joint{.title = "Joint",
-                           .group_type = -2,
+                           .MTYPE = -2,
                            .material = "9 5 0 2 6 0 0",
                            .line = open_line({{2, 0}, {2, 2}}),
                            .switches = {1, 1, 1, 0, 0, 1, 0}};
@@ -210,7 +210,7 @@ TEST(PlotDeck, ElementsOfLinesAndJointsAreOnlyInTheDisplacementSection) {
 // A joint that an outline of the same group surrounds counts as inside it.
 TEST(PlotDeck, JointRoundAnOutlineIsNotInside) {
     const GroupCards ring{.title = "Ring",
-                          .group_type = -3,
+                          .MTYPE = -3,
                           .material = "5 3 9 5 0 0 0 0 0",
                           .line = outline({{1, 0}, {3, 0}, {3, 2}, {1, 2}}),
                           .switches = {1, 0, 1, 0, 0, 0, 0}};
@@ -249,7 +249,7 @@ std::vector<int> listed_nodes(const Lines& lists) {
 
 GroupCards listed_line(const Points& points) {
     return {.title = "Line",
-            .group_type = 2,
+            .MTYPE = 2,
             .material = "0 0",
             .line = open_line(points),
             .switches = {0, 0, 0, 0, 0, 0, 1}};
@@ -275,7 +275,7 @@ TEST(NodeLists, LineOfFiveNodesFillsOneRecordAndOneOfSixBeginsAnother) {
 
 TEST(NodeLists, GroupIsCountedWhenItWantsOneAndHasNodes) {
     GroupCards silent = listed_line({{0, 0}, {4, 0}});
-    silent.wants_outputs = 0;
+    silent.IGPOST = 0;
     GroupCards outside = listed_line({{9, 9}, {11, 9}});
     GroupCards wants_none = listed_line({{0, 2}, {4, 2}});
     wants_none.switches[6] = 0;
@@ -304,7 +304,7 @@ TEST(NodeLists, NumbersAreThoseOfTheResult) {
 // Square 5 goes, and with it node 11 in the corner of the mesh.
 TEST(NodeLists, NodeThatIsDroppedLeavesListAndCount) {
     const GroupCards deletes{
-        .title = "Cut", .group_type = 1, .material = "0 0", .line = outline({{0, 1}, {1, 1}, {1, 2}, {0, 2}})};
+        .title = "Cut", .MTYPE = 1, .material = "0 0", .line = outline({{0, 1}, {1, 1}, {1, 2}, {0, 2}})};
     const Lines lists = node_lists(plot_deck(squares(), {listed_line({{0, 2}, {4, 2}}), deletes}));
     EXPECT_EQ(line_behind(lists, "* Group No =   1"), padded("* Line", 82));
     EXPECT_EQ(count_of(lists, "* Number of Nodes =    4"), 1);
@@ -313,7 +313,7 @@ TEST(NodeLists, NodeThatIsDroppedLeavesListAndCount) {
 
 TEST(NodeLists, GroupWhoseNodesAllGoIsNotCounted) {
     const GroupCards deletes{
-        .title = "Cut", .group_type = 1, .material = "0 0", .line = outline({{3, 0}, {4, 0}, {4, 2}, {3, 2}})};
+        .title = "Cut", .MTYPE = 1, .material = "0 0", .line = outline({{3, 0}, {4, 0}, {4, 2}, {3, 2}})};
     const Lines lists = node_lists(
         plot_deck(squares(), {listed_line({{4, 0}, {4, 2}}), deletes, listed_line({{0, 0}, {0, 2}})}));
     EXPECT_EQ(line_behind(lists, "*   NRL      "), "      1");

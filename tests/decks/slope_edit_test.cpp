@@ -175,7 +175,7 @@ TEST(SlopeEditRun, TakesTheTemplateOfItsModel) {
          {Row{"1", 412}, {"2", 452}, {"3", 182}, {"4", 228}, {"5", 270}, {"6", 412}, {"-1", 412}}) {
         const Project project(Kind::head);
         install_dam_files(project, Kind::head);
-        project.deck(text_of({"1 0", "Dummy.dat", "out.Mes", "1 1", "5", row.slope_code, "1 0.0", LEFT}));
+        project.deck(text_of({"1 0", "Dummy.dat", "out.Mes", "1 1", "5", row.MODEL, "1 0.0", LEFT}));
         expect_finished(project.run());
         const MeshCheck check = expect_sound_mesh(project, "out.Mes", Kind::head);
         EXPECT_EQ(check.mesh.continuum.size(), row.elements);

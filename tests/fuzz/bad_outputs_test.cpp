@@ -33,14 +33,14 @@ void PrintTo(const Fault& fault, std::ostream* stream) {
 // An activity for beams, trusses and continuum, in a kind that has lines in the boundary file.
 std::vector<GroupCards> groups() {
     GroupCards wall{.title = "Wall",
-                    .group_type = 2,
+                    .MTYPE = 2,
                     .material = "2 6",
                     .line = open_line({{1, 0}, {1, 2}}),
                     .switches = {1, 1, 1, 1, 1, 1, 1}};
     wall.pairs[3] = "1 0";
-    GroupCards drain{.title = "Drain", .group_type = 2, .material = "3 6", .line = open_line({{2, 0}, {2, 2}})};
+    GroupCards drain{.title = "Drain", .MTYPE = 2, .material = "3 6", .line = open_line({{2, 0}, {2, 2}})};
     GroupCards region{.title = "Region",
-                      .group_type = 3,
+                      .MTYPE = 3,
                       .material = "5 3 0 0",
                       .line = outline({{2, 0}, {4, 0}, {4, 2}, {2, 2}})};
     region.pairs[1] = "2 0";

@@ -45,11 +45,11 @@ std::string mutated(std::string deck, std::mt19937& random) {
 TEST(HostileDam, EndsByItself) {
     std::mt19937 random(20261);
     DamInput dam;
-    dam.height = 6.0;
-    dam.left_run = dam.right_run = dam.left_width = dam.right_width = 12.0;
-    dam.crest = dam.middle_width = 6.0;
+    dam.HDAM = 6.0;
+    dam.RUNL = dam.RUNR = dam.WLEFT = dam.WRIGHT = 12.0;
+    dam.crest = dam.WMID = 6.0;
     dam.layers = {2.0, 3.0};
-    dam.left_margin = dam.right_margin = 8.0;
+    dam.XLEFT = dam.XRIGHT = 8.0;
     dam.core = {{14.0, 0.0}, {16.0, 0.0}, {15.5, 5.0}, {14.5, 5.0}};
     dam.wall = {{14.0, 0.0}, {14.0, -3.0}, {16.0, -3.0}, {16.0, 0.0}};
     int finished = 0, refused = 0;

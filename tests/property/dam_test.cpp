@@ -23,23 +23,23 @@ constexpr int USUAL_COUNT = 1000;
 class RandomDam {
 public:
     explicit RandomDam(unsigned seed) : random_(seed) {
-        dam.height = places(between(5.0, 60.0));
+        dam.HDAM = places(between(5.0, 60.0));
         const double left = between(0.8, 3.5), right = chance(0.4) ? left : between(0.8, 3.5);
-        dam.left_run = places(dam.height * left);
-        dam.right_run = places(dam.height * right);
-        dam.crest = places(between(0.15, 0.6) * dam.height);
-        dam.water_height = places(between(-0.1, 1.15) * dam.height);
+        dam.RUNL = places(dam.HDAM * left);
+        dam.RUNR = places(dam.HDAM * right);
+        dam.crest = places(between(0.15, 0.6) * dam.HDAM);
+        dam.HWATER = places(between(-0.1, 1.15) * dam.HDAM);
         dam.ISHELL = chance(0.5) ? 1 : 0;
-        dam.crest_divisions = static_cast<int>(between(0.0, 7.0));
+        dam.NCREST = static_cast<int>(between(0.0, 7.0));
         equal = chance(0.7);
-        dam.left_width = equal ? dam.left_run : places(dam.left_run * between(0.9, 1.1));
-        dam.middle_width = equal ? dam.crest : places(dam.crest * between(0.8, 1.2));
-        dam.right_width = equal ? dam.right_run : places(dam.right_run * between(0.9, 1.1));
+        dam.WLEFT = equal ? dam.RUNL : places(dam.RUNL * between(0.9, 1.1));
+        dam.WMID = equal ? dam.crest : places(dam.crest * between(0.8, 1.2));
+        dam.WRIGHT = equal ? dam.RUNR : places(dam.RUNR * between(0.9, 1.1));
         const int layers = static_cast<int>(between(0.0, 4.0));
         for (int i = 0; i < layers; ++i)
-            dam.layers.push_back(places(between(0.15, 0.6) * dam.height));
-        dam.left_margin = places(between(0.5, 3.0) * dam.height);
-        dam.right_margin = places(between(0.5, 3.0) * dam.height);
+            dam.layers.push_back(places(between(0.15, 0.6) * dam.HDAM));
+        dam.XLEFT = places(between(0.5, 3.0) * dam.HDAM);
+        dam.XRIGHT = places(between(0.5, 3.0) * dam.HDAM);
         const double middle = 0.5 * (dam.crest_left() + dam.crest_right());
         const double half = 0.5 * (dam.crest_right() - dam.crest_left());
         if (chance(0.6))
@@ -60,14 +60,14 @@ private:
 
     void add_core(double middle, double half) {
         const double top = between(0.3, 0.9) * half, base = top * between(1.0, chance(0.3) ? 1.0 : 2.5);
-        const double height = places(dam.height * (chance(0.5) ? 1.0 : between(0.7, 0.99)));
+        const double height = places(dam.HDAM * (chance(0.5) ? 1.0 : between(0.7, 0.99)));
         dam.core = {{places(middle - base), 0.0},
                     {places(middle + base), 0.0},
                     {places(middle + top), height},
                     {places(middle - top), height}};
     }
     void add_wall(double middle) {
-        const double half = 0.5 * dam.height / 20.0 * between(0.8, 4.0);
+        const double half = 0.5 * dam.HDAM / 20.0 * between(0.8, 4.0);
         const double foot = -places(dam.depth() * (chance(0.5) ? 1.0 : between(0.2, 0.9)));
         dam.wall = {{places(middle - half), 0.0},
                     {places(middle - half), foot},
@@ -83,10 +83,10 @@ struct ElementSize {
     double width = 0.0, height = 0.0;
 
     explicit ElementSize(const DamInput& dam) {
-        const double ratio = dam.height / dam.left_run;
-        height = dam.height / (dam.ISHELL == 0 ? 20.0 : ratio >= 0.5833 ? 28.0 : 13.0);
-        const double wanted = dam.crest_divisions > 0 ? dam.middle_width / dam.crest_divisions : height;
-        width = dam.middle_width / std::max(1.0, std::floor(dam.middle_width / wanted));
+        const double ratio = dam.HDAM / dam.RUNL;
+        height = dam.HDAM / (dam.ISHELL == 0 ? 20.0 : ratio >= 0.5833 ? 28.0 : 13.0);
+        const double wanted = dam.NCREST > 0 ? dam.WMID / dam.NCREST : height;
+        width = dam.WMID / std::max(1.0, std::floor(dam.WMID / wanted));
     }
 };
 
@@ -100,8 +100,8 @@ bool is_warned_of(const DamInput& dam, Kind kind) {
     const double wall = wall_width(dam) / element.width;
     if (!dam.core.empty() && wall >= 0.5 && wall < 0.75)
         return true;
-    return kind == Kind::head && dam.ISHELL == 0 && !dam.layers.empty() && dam.water_height > 0.0 &&
-           dam.water_height < 0.5 * element.height;
+    return kind == Kind::head && dam.ISHELL == 0 && !dam.layers.empty() && dam.HWATER > 0.0 &&
+           dam.HWATER < 0.5 * element.height;
 }
 
 // The zones that are cut have the areas of their outlines: a core but for what is left uncut below the crest,

@@ -37,7 +37,7 @@ int divisions(Drawing& drawing) {
 
 DrawnSegment straight(Drawing& drawing) {
     DrawnSegment segment;
-    segment.divisions = divisions(drawing);
+    segment.NDIV = divisions(drawing);
     if (drawing.one_in(8)) {
         static constexpr std::array<int, 6> ends{1, -1, 0, -2, 3, 7};
         segment.IEND = drawing.one_of(ends);
@@ -46,9 +46,9 @@ DrawnSegment straight(Drawing& drawing) {
 }
 
 void give_beams(Drawing& drawing, DrawnGroup& group) {
-    group.inner_line_type = drawing.one_in(3) ? 3 : 2;
-    group.inner_line_material = 4;
-    group.freezes_nodes = drawing.below(2);
+    group.LTi = drawing.one_in(3) ? 3 : 2;
+    group.LMi = 4;
+    group.MOVE = drawing.below(2);
 }
 
 }  // namespace
@@ -136,8 +136,8 @@ DrawnGroup draw_line(Drawing& drawing, const DrawnMesh& mesh, Course course) {
 
 DrawnGroup draw_outline(Drawing& drawing, const DrawnMesh& mesh) {
     DrawnGroup group;
-    group.group_type = 3;
-    group.material = 7;
+    group.MTYPE = 3;
+    group.MAT = 7;
     if (drawing.one_in(2))
         give_beams(drawing, group);
     const Point centre = anywhere(drawing, mesh, -0.3F);
@@ -160,44 +160,44 @@ DrawnGroup draw_outline(Drawing& drawing, const DrawnMesh& mesh) {
 
 DrawnGroup draw_arc(Drawing& drawing, const DrawnMesh& mesh) {
     DrawnGroup group;
-    group.group_type = 3;
-    group.material = 7;
+    group.MTYPE = 3;
+    group.MAT = 7;
     if (drawing.one_in(2))
         give_beams(drawing, group);
     DrawnSegment arc;
-    arc.segment_type = 2;
+    arc.LTYPE = 2;
     const Point centre = anywhere(drawing, mesh, -0.5F);
     arc.Xo = centre.x;
     arc.Yo = centre.y;
-    arc.half_axis_x = drawing.between(0.4F, 2.0F);
-    arc.half_axis_y = drawing.one_in(3) ? drawing.between(0.4F, 2.0F) : arc.half_axis_x;
+    arc.Rx = drawing.between(0.4F, 2.0F);
+    arc.Ry = drawing.one_in(3) ? drawing.between(0.4F, 2.0F) : arc.Rx;
     static constexpr std::array<int, 7> parts{6, -6, 12, -12, 24, -24, 0};
-    arc.divisions = drawing.one_of(parts);
+    arc.NDIV = drawing.one_of(parts);
     const bool full = drawing.one_in(2);
-    arc.begin_angle = drawing.one_in(2) ? 0.0F : static_cast<float>(drawing.below(18)) * 10.0F;
-    arc.end_angle = arc.begin_angle + (full ? 360.0F : 180.0F);
-    group.points.push_back({arc.Xo + arc.half_axis_x, arc.Yo});
+    arc.Qb = drawing.one_in(2) ? 0.0F : static_cast<float>(drawing.below(18)) * 10.0F;
+    arc.Qe = arc.Qb + (full ? 360.0F : 180.0F);
+    group.points.push_back({arc.Xo + arc.Rx, arc.Yo});
     group.segments.push_back(arc);
     if (!full) {
-        group.points.push_back({arc.Xo - arc.half_axis_x, arc.Yo});
+        group.points.push_back({arc.Xo - arc.Rx, arc.Yo});
         group.segments.push_back(straight(drawing));
     }
     return group;
 }
 
 void make_joint(DrawnGroup& group, float THICj) {
-    group.group_type = -group.group_type;
-    group.joint_material = 9;
-    group.joint_thickness = THICj;
+    group.MTYPE = -group.MTYPE;
+    group.MATj = 9;
+    group.THICj = THICj;
 }
 
 std::vector<std::string> cards_of(const DrawnGroup& g) {
-    std::vector<std::string> cards{text({g.group_type, 0, g.overlay})};
-    const std::string lines = text({g.inner_line_type, g.inner_line_material});
+    std::vector<std::string> cards{text({g.MTYPE, 0, g.OVERLAY})};
+    const std::string lines = text({g.LTi, g.LMi});
     const std::string joint =
-        text({g.joint_material, g.joint_attribute}) + " " + text(g.joint_thickness) + " " + lines + " " + text({g.outer_line_type, g.outer_line_material});
-    const std::string main = text({g.material, g.KF}) + " ";
-    switch (g.group_type) {
+        text({g.MATj, g.KFj}) + " " + text(g.THICj) + " " + lines + " " + text({g.LTo, g.LMo});
+    const std::string main = text({g.MAT, g.KF}) + " ";
+    switch (g.MTYPE) {
         case 1:
         case 2:
             cards.push_back(lines);
@@ -206,7 +206,7 @@ std::vector<std::string> cards_of(const DrawnGroup& g) {
             cards.push_back(main + lines);
             break;
         case 4:
-            cards.push_back(main + lines + " " + std::to_string(g.old_material));
+            cards.push_back(main + lines + " " + std::to_string(g.MATold));
             break;
         case -2:
             cards.push_back(joint);
@@ -215,22 +215,22 @@ std::vector<std::string> cards_of(const DrawnGroup& g) {
             cards.push_back(main + joint);
             break;
         case -4:
-            cards.push_back(main + joint + " " + std::to_string(g.old_material));
+            cards.push_back(main + joint + " " + std::to_string(g.MATold));
             break;
         default:
             break;
     }
-    cards.push_back(text({static_cast<int>(g.points.size()), g.freezes_nodes, 0}) + " 0 0");
+    cards.push_back(text({static_cast<int>(g.points.size()), g.MOVE, 0}) + " 0 0");
     int number = 0;
     for (const Point& p : g.points)
         cards.push_back(std::to_string(++number) + " " + text(p.x) + " " + text(p.y));
     cards.push_back(std::to_string(g.segments.size()));
     number = 0;
     for (const DrawnSegment& s : g.segments) {
-        cards.push_back(text({++number, s.segment_type, s.divisions, s.IEND}));
-        if (s.segment_type == 2)
-            cards.push_back(text(s.Xo) + " " + text(s.Yo) + " " + text(s.half_axis_x) + " " + text(s.half_axis_y) + " " +
-                            text(s.begin_angle) + " " + text(s.end_angle));
+        cards.push_back(text({++number, s.LTYPE, s.NDIV, s.IEND}));
+        if (s.LTYPE == 2)
+            cards.push_back(text(s.Xo) + " " + text(s.Yo) + " " + text(s.Rx) + " " + text(s.Ry) + " " +
+                            text(s.Qb) + " " + text(s.Qe));
     }
     return cards;
 }

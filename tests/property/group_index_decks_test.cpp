@@ -60,7 +60,7 @@ DrawnGroup any_group(Drawing& drawing, const DrawnMesh& mesh) {
         case 2:
             group = draw_line(drawing, mesh, drawing.one_of(courses));
             if (drawing.one_in(3))
-                group.overlay = 1;
+                group.OVERLAY = 1;
             else if (drawing.one_in(2))
                 make_joint(group, drawing.one_in(2) ? 0.0F : 0.05F);
             break;
@@ -71,20 +71,20 @@ DrawnGroup any_group(Drawing& drawing, const DrawnMesh& mesh) {
         default:
             group = draw_outline(drawing, mesh);
     }
-    if (group.group_type == 3) {
+    if (group.MTYPE == 3) {
         static constexpr std::array<int, 8> types{3, 3, 4, 4, 1, -1, -3, -4};
         const int type = drawing.one_of(types);
         if (type < -1)
             make_joint(group, drawing.one_in(2) ? 0.0F : 0.04F);
-        group.group_type = type;
-        group.overlay = drawing.one_in(5) ? 1 : 0;
-        group.old_material = drawing.one_in(2) ? 5 : 0;
+        group.MTYPE = type;
+        group.OVERLAY = drawing.one_in(5) ? 1 : 0;
+        group.MATold = drawing.one_in(2) ? 5 : 0;
     }
-    if (group.group_type < -1) {
-        group.outer_line_type = drawing.below(4);
-        group.outer_line_material = drawing.below(3);
+    if (group.MTYPE < -1) {
+        group.LTo = drawing.below(4);
+        group.LMo = drawing.below(3);
         if (drawing.one_in(3))
-            group.inner_line_type = -group.inner_line_type;
+            group.LTi = -group.LTi;
     }
     return group;
 }
@@ -120,7 +120,7 @@ int run_in_child(const Project& project, bool with_indexes) {
     const auto run = std::make_unique<Run>(Directories{project.work_file(""), project.drive()}, console);
     try {
         run->engine.uses_indexes = with_indexes;
-        run_program(*run);
+        RUN(*run);
         run->channels.flush_all();
     } catch (const RunEnd& end) {
         said << end.text << "\n";

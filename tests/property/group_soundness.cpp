@@ -23,7 +23,7 @@ constexpr float DEGREE = 0.017453292F;
 using Side = std::pair<std::int32_t, std::int32_t>;
 
 void store_mesh(const DrawnMesh& mesh) {
-    reset_mesh(state.mesh, state.side, state.selection);
+    RESETMESH(state.mesh, state.side, state.selection);
     clear_rows(state.engine);
     state.engine.highest_node = state.engine.highest_element = 0;
     for (const Point& p : mesh.nodes) {
@@ -37,7 +37,7 @@ void store_mesh(const DrawnMesh& mesh) {
     for (const auto& n : mesh.elements) {
         ++state.engine.highest_element;
         state.mesh.words[state.engine.highest_element] = {n[0], n[1], n[2], n[3], 0, 0, 0, 0, 1};
-        state.mesh.type[state.engine.highest_element] = ELEMENT_CONTINUUM;
+        state.mesh.type[state.engine.highest_element] = EL_CONTINUUM;
     }
     state.mesh.skeleton.fill(0);
     state.mesh.attribute.fill(0);
@@ -46,23 +46,23 @@ void store_mesh(const DrawnMesh& mesh) {
 
 void store_group(std::int32_t g, const DrawnGroup& drawn) {
     const auto segments = static_cast<std::int32_t>(drawn.segments.size());
-    state.group_cards.rows[g] = {drawn.group_type, drawn.is_open() ? segments + 1 : segments, segments, drawn.freezes_nodes,
-                                 drawn.overlay};
+    state.group_cards.rows[g] = {drawn.MTYPE, drawn.is_open() ? segments + 1 : segments, segments, drawn.MOVE,
+                                 drawn.OVERLAY};
     const auto real = [](int value) { return static_cast<float>(value); };
-    state.group_cards.materials[g] = {real(drawn.material), real(drawn.KF),    real(drawn.joint_material), real(drawn.joint_attribute),
-                                      drawn.joint_thickness,     real(drawn.inner_line_type),   real(drawn.inner_line_material),  real(drawn.outer_line_type),
-                                      real(drawn.outer_line_material), real(drawn.old_material)};
+    state.group_cards.materials[g] = {real(drawn.MAT), real(drawn.KF),    real(drawn.MATj), real(drawn.KFj),
+                                      drawn.THICj,     real(drawn.LTi),   real(drawn.LMi),  real(drawn.LTo),
+                                      real(drawn.LMo), real(drawn.MATold)};
     std::int32_t k = 0;
     for (const Point& p : drawn.points)
         state.group_cards.outlines[g][++k] = p;
     k = 0;
     for (const DrawnSegment& s : drawn.segments) {
-        state.group_cards.segments[g][++k] = {s.segment_type, s.divisions, s.IEND,        s.Xo,         s.Yo,
-                                              s.half_axis_x,    s.half_axis_y,   s.begin_angle * DEGREE, s.end_angle * DEGREE};
-        if (s.segment_type != 2)
+        state.group_cards.segments[g][++k] = {s.LTYPE, s.NDIV, s.IEND,        s.Xo,         s.Yo,
+                                              s.Rx,    s.Ry,   s.Qb * DEGREE, s.Qe * DEGREE};
+        if (s.LTYPE != 2)
             continue;
-        state.group_cards.outlines[g][k] = ellipse_point(s.begin_angle * DEGREE, {s.Xo, s.Yo}, s.half_axis_x, s.half_axis_y);
-        state.group_cards.outlines[g][k + 1] = ellipse_point(s.end_angle * DEGREE, {s.Xo, s.Yo}, s.half_axis_x, s.half_axis_y);
+        state.group_cards.outlines[g][k] = ELLIPT(s.Qb * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
+        state.group_cards.outlines[g][k + 1] = ELLIPT(s.Qe * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
         if (k > 1 && k == segments && !drawn.is_open())
             state.group_cards.outlines[g][1] = state.group_cards.outlines[g][k + 1];
     }
@@ -96,7 +96,7 @@ void expect_sound_corners(const Corners& c, std::int32_t e) {
 void close_single_joints(ClosedMesh& mesh, const std::vector<DrawnGroup>& groups) {
     for (std::size_t g = 0; g < groups.size(); ++g) {
         const KeptLine& line = state.listing.lines[static_cast<std::int32_t>(g) + 1];
-        if (groups[g].group_type > -2 || line.nodes.size() != 1)
+        if (groups[g].MTYPE > -2 || line.nodes.size() != 1)
             continue;
         for (std::int32_t n = line.nodes[0] + 1; n <= state.engine.highest_node; ++n)
             if (node_point(state.mesh, n) == node_point(state.mesh, line.nodes[0]))
@@ -108,7 +108,7 @@ ClosedMesh close_mesh(const std::vector<DrawnGroup>& groups) {
     ClosedMesh mesh;
     for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
         const Corners c = corners_of(state.mesh, e);
-        if (state.mesh.type[e] != ELEMENT_CONTINUUM && !(state.mesh.type[e] == ELEMENT_DELETED && c.n[0] > 0))
+        if (state.mesh.type[e] != EL_CONTINUUM && !(state.mesh.type[e] == EL_DELETED && c.n[0] > 0))
             continue;
         expect_sound_corners(c, e);
         if (is_joint(state.mesh, e)) {
@@ -121,8 +121,8 @@ ClosedMesh close_mesh(const std::vector<DrawnGroup>& groups) {
     for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
         const Corners c = corners_of(state.mesh, e);
         const bool stands =
-            state.mesh.type[e] == ELEMENT_CONTINUUM || (state.mesh.type[e] == ELEMENT_DELETED && c.n[0] > 0);
-        if (!stands || is_joint(state.mesh, e) || state.mesh.words[e].material == DUPLICATE)
+            state.mesh.type[e] == EL_CONTINUUM || (state.mesh.type[e] == EL_DELETED && c.n[0] > 0);
+        if (!stands || is_joint(state.mesh, e) || state.mesh.words[e].MATNO == DUPLICATE)
             continue;
         mesh.elements.emplace_back();
         for (const std::int32_t n : c.n)
@@ -252,15 +252,15 @@ void expect_elements_on_lines(const ClosedMesh& mesh, const std::vector<DrawnGro
         const KeptLine& line = state.listing.lines[static_cast<std::int32_t>(g) + 1];
         const std::size_t c = line.nodes.size();
         const std::size_t pieces = line.closed == 1 ? c : c - (c > 0 ? 1 : 0);
-        if (groups[g].group_type <= -2 && c > 1)
+        if (groups[g].MTYPE <= -2 && c > 1)
             joints += pieces;
-        if (groups[g].inner_line_type != 0 && groups[g].group_type != -1)
+        if (groups[g].LTi != 0 && groups[g].MTYPE != -1)
             lines += pieces;
     }
     EXPECT_EQ(mesh.joints.size(), joints);
     std::size_t found = 0;
     for (std::int32_t e = 1; e <= state.engine.highest_element; ++e)
-        found += state.mesh.type[e] == ELEMENT_BEAM || state.mesh.type[e] == ELEMENT_TRUSS ? 1 : 0;
+        found += state.mesh.type[e] == EL_BEAM || state.mesh.type[e] == EL_TRUSS ? 1 : 0;
     EXPECT_EQ(found, lines);
 }
 
@@ -268,18 +268,18 @@ void expect_elements_on_lines(const ClosedMesh& mesh, const std::vector<DrawnGro
 
 std::string run_engine(const DrawnMesh& mesh, const std::vector<DrawnGroup>& groups, float length) {
     store_mesh(mesh);
-    state.group_cards.limits.NODE = state.group_cards.limits.element_count = state.group_cards.limits.bounds_given = 0;
+    state.group_cards.limits.NODE = state.group_cards.limits.NOEL = state.group_cards.limits.IBOUND = 0;
     state.tolerances.mode = 0;
     state.tolerances.length = length;
     state.tolerances.same = 0.001F;
     state.group_cards.count = 0;
     for (const DrawnGroup& group : groups)
         store_group(++state.group_cards.count, group);
-    load_engine(state.mesh, state.group_cards, state.engine, state.engine.highest_node,
+    LOADENGINE(state.mesh, state.group_cards, state.engine, state.engine.highest_node,
                state.engine.highest_element);
-    set_tolerances(state.mesh, state.tolerances, state.engine);
+    SETTOLERANCES(state.mesh, state.tolerances, state.engine);
     try {
-        work_on_groups(state.channels, state.mesh, state.group_cards, state.tolerances, state.engine,
+        GROUPDRV(state.channels, state.mesh, state.group_cards, state.tolerances, state.engine,
                  state.listing);
     } catch (const RunEnd& end) {
         state.channels.close_all();

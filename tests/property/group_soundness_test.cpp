@@ -75,14 +75,14 @@ std::vector<DrawnGroup> closed(Drawing& drawing, const DrawnMesh& mesh) {
 
 std::vector<DrawnGroup> deletion(Drawing& drawing, const DrawnMesh& mesh) {
     std::vector<DrawnGroup> groups = closed(drawing, mesh);
-    groups[0].group_type = drawing.one_in(2) ? 1 : -1;
+    groups[0].MTYPE = drawing.one_in(2) ? 1 : -1;
     return groups;
 }
 
 std::vector<DrawnGroup> stages(Drawing& drawing, const DrawnMesh& mesh) {
     std::vector<DrawnGroup> groups = closed(drawing, mesh);
-    groups[0].group_type = 4;
-    groups[0].material = DUPLICATE;
+    groups[0].MTYPE = 4;
+    groups[0].MAT = DUPLICATE;
     return groups;
 }
 

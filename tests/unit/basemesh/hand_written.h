@@ -24,7 +24,7 @@ struct HandBlock {
 struct HandFile {
     std::vector<std::pair<double, double>> points;
     std::vector<HandBlock> blocks;
-    int NBX = 1, NBY = 1;
+    int block_columns = 1, block_rows = 1;
     int double_x = 0, double_y = 0, order = 0;
     int first_node = 1, first_element = 1;
     double scale = 1.0;
@@ -39,7 +39,7 @@ struct HandFile {
         out << title << "\n0\n"
             << blocks.size() << " " << points.size() << " " << first_element << " " << scale;
         out << (scalar ? " 20.0\n" : "\n");
-        out << NBX << " " << NBY << " " << double_x << " " << double_y << " " << order << " " << first_node
+        out << block_columns << " " << block_rows << " " << double_x << " " << double_y << " " << order << " " << first_node
             << "\n";
         for (std::size_t k = 0; k < points.size(); ++k)
             out << k + 1 << " " << points[k].first << " " << points[k].second << "\n";

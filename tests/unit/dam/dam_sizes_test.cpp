@@ -119,7 +119,7 @@ class DamStartNumbers : public ChannelTest {};
 
 TEST_F(DamStartNumbers, TakeTheColumnsThatTheyNeed) {
     struct Row {
-        std::int32_t NSNEL;
+        std::int32_t first_element;
         const char* line;
     };
     constexpr Row rows[] = {{1, "   1      1"},     {825, " 825      1"},   {9999, "9999      1"},

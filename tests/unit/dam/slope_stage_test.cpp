@@ -42,8 +42,8 @@ protected:
         state.mesh.y[INSIDE] = 0.0F;
     }
 
-    static void level(float rHw) {
-        state.edit.water_share = rHw;
+    static void level(float water_share) {
+        state.edit.water_share = water_share;
         apply_water_level(state.trace, state.edit, state.source, state.mesh, state.slope_split);
     }
 
@@ -76,9 +76,9 @@ protected:
 };
 
 TEST_F(SlopeStage, WithoutALevelGivesTheSlopeTheCodes3And0) {
-    for (const float rHw : {0.0F, 1.0F, -0.25F, 1.5F}) {
+    for (const float water_share : {0.0F, 1.0F, -0.25F, 1.5F}) {
         lay(3);
-        level(rHw);
+        level(water_share);
         expect_untouched();
         for (std::int32_t i = 0; i <= 29; ++i)
             expect_codes(i, 3, 0);
@@ -108,11 +108,11 @@ TEST_F(SlopeStage, LevelCloseAboveANodeTakesItUp) {
     lay(4);
     level(10.125F / 35.0F);
     EXPECT_EQ(state.slope_split.node, 0);
-    const double rHw = 10.125 / 35.0;
+    const double water_share = 10.125 / 35.0;
     expect_at(0, 0.0);
-    expect_at(4, 0.4 * rHw);
-    expect_at(10, rHw);
-    expect_at(11, rHw + (1.0 - rHw) / 25.0);
+    expect_at(4, 0.4 * water_share);
+    expect_at(10, water_share);
+    expect_at(11, water_share + (1.0 - water_share) / 25.0);
     expect_at(35, 1.0);
     expect_codes(10, 1, 1);
     expect_codes(11, 0, 0);
@@ -123,10 +123,10 @@ TEST_F(SlopeStage, LevelCloseBelowANodeTakesItDownAndLeavesItDry) {
     lay(4);
     level(10.875F / 35.0F);
     EXPECT_EQ(state.slope_split.node, 0);
-    const double rHw = 10.875 / 35.0;
-    expect_at(10, 10.0 / 11.0 * rHw);
-    expect_at(11, rHw);
-    expect_at(12, rHw + (1.0 - rHw) / 24.0);
+    const double water_share = 10.875 / 35.0;
+    expect_at(10, 10.0 / 11.0 * water_share);
+    expect_at(11, water_share);
+    expect_at(12, water_share + (1.0 - water_share) / 24.0);
     expect_codes(10, 1, 1);
     expect_codes(11, 0, 0);
 }
@@ -134,10 +134,10 @@ TEST_F(SlopeStage, LevelCloseBelowANodeTakesItDownAndLeavesItDry) {
 TEST_F(SlopeStage, LevelJustOverTheToeLeavesTheToeAndSpacesAllAboveIt) {
     lay(5);
     level(0.125F / 41.0F);
-    const double rHw = 0.125 / 41.0;
+    const double water_share = 0.125 / 41.0;
     expect_at(0, 0.0);
     for (const std::int32_t i : {1, 20, 40, 41})
-        expect_at(i, rHw + i * (1.0 - rHw) / 41.0);
+        expect_at(i, water_share + i * (1.0 - water_share) / 41.0);
     expect_codes(0, 1, 1);
     expect_codes(1, 0, 0);
 }
@@ -145,9 +145,9 @@ TEST_F(SlopeStage, LevelJustOverTheToeLeavesTheToeAndSpacesAllAboveIt) {
 TEST_F(SlopeStage, LevelJustUnderTheCrestLeavesTheCrest) {
     lay(3);
     level(28.875F / 29.0F);
-    const double rHw = 28.875 / 29.0;
-    expect_at(14, 0.5 * rHw);
-    expect_at(28, rHw);
+    const double water_share = 28.875 / 29.0;
+    expect_at(14, 0.5 * water_share);
+    expect_at(28, water_share);
     expect_at(29, 1.0);
     expect_codes(28, 1, 1);
     expect_codes(29, 0, 0);

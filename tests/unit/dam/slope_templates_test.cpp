@@ -28,7 +28,7 @@ struct Expected {
     int model;
     const char* file;
     double X, Y;
-    int N_DIV, columns, rows, elements;
+    int divisions, columns, rows, elements;
     int low_points, point_sum;  // slope point i is node i up to low_points, node point_sum - i beyond
     int low_parts, part_sum;    // slope part w is held by element w + 1 (or w + 2), part_sum - w beyond
 };
@@ -300,18 +300,18 @@ TEST(SlopeTemplates, AreMostlyQuadrilateralsWithGoodAngles) {
 // --- under water ---------------------------------------------------------------------------------
 
 // The slope spaced anew for a level near a node; the same points where the level is between two.
-std::vector<double> slope_shares(int N, double rHw) {
+std::vector<double> slope_shares(int N, double water_share) {
     std::vector<double> shares;
-    int below = static_cast<int>(rHw * N);
-    const double part = rHw * N - below;
+    int below = static_cast<int>(water_share * N);
+    const double part = water_share * N - below;
     const bool split = part >= 0.25 && part <= 0.75;
     if (part > 0.75 && below + 1 < N)
         ++below;
     for (int i = 0; i <= N; ++i)
         shares.push_back(split        ? static_cast<double>(i) / N
                          : i == 0     ? 0.0
-                         : i <= below ? rHw * i / below
-                                      : rHw + (1.0 - rHw) * (i - below) / (N - below));
+                         : i <= below ? water_share * i / below
+                                      : water_share + (1.0 - water_share) * (i - below) / (N - below));
     return shares;
 }
 

@@ -32,7 +32,7 @@ TEST(TriangleCoordinates, OfACornerAreOneForThatCorner) {
 // 0.25 and 0.25.
 TEST(TriangleCoordinates, AreFoundWhicheverCoefficientIsZero) {
     struct Row {
-        int ICASE;
+        int zero_coefficient;
         Triangle triangle;
     };
     constexpr Row rows[] = {

@@ -17,25 +17,25 @@ constexpr float DEGREE = 0.017453292F;
 class GroupPath : public ::testing::Test {
 protected:
     void SetUp() override { state.engine.group = 1; }
-    static SegmentRow straight(std::int32_t NDIV, std::int32_t LTYPE = 1) {
+    static SegmentRow straight(std::int32_t divisions, std::int32_t segment_type = 1) {
         SegmentRow row;
-        row.segment_type = LTYPE;
-        row.divisions = NDIV;
+        row.segment_type = segment_type;
+        row.divisions = divisions;
         row.IEND = 3;
         return row;
     }
-    static SegmentRow arc(float from, float to, std::int32_t NDIV, float Rx = 2.0F, float Ry = 2.0F) {
-        SegmentRow row = straight(NDIV, 2);
+    static SegmentRow arc(float from, float to, std::int32_t divisions, float Rx = 2.0F, float Ry = 2.0F) {
+        SegmentRow row = straight(divisions, 2);
         row.half_axis_x = Rx;
         row.half_axis_y = Ry;
         row.begin_angle = from * DEGREE;
         row.end_angle = to * DEGREE;
         return row;
     }
-    static Path path(std::int32_t MTYPE, const std::vector<Point>& points,
+    static Path path(std::int32_t group_type, const std::vector<Point>& points,
                      const std::vector<SegmentRow>& segments) {
         Outline outline;
-        outline.group.group_type = MTYPE;
+        outline.group.group_type = group_type;
         outline.group.segment_count = static_cast<std::int32_t>(segments.size());
         outline.group.point_count = static_cast<std::int32_t>(points.size());
         outline.point.resize(points.size() + 2);

@@ -55,8 +55,8 @@ protected:
     }
 
     // A window over the left square, its beam and its truss.
-    static void left_window(std::int32_t IEDIT) {
-        state.edit.operation = IEDIT;
+    static void left_window(std::int32_t operation) {
+        state.edit.operation = operation;
         state.edit.XMIN = -1.0F;
         state.edit.YMIN = -1.0F;
         state.edit.XMAX = 1.2F;
@@ -178,9 +178,9 @@ TEST_F(EditElements, OtherSideLeavesAllMaterials) {
 }
 
 TEST_F(EditElements, DeletionAndNewMaterialsKeepAllNumbers) {
-    for (const std::int32_t IEDIT : {DELETE, RENAME}) {
+    for (const std::int32_t operation : {DELETE, RENAME}) {
         clear();
-        left_window(IEDIT);
+        left_window(operation);
         state.edit.first_node = 1000;
         state.edit.first_element = 2000;
         types();
@@ -193,10 +193,10 @@ TEST_F(EditElements, DeletionAndNewMaterialsKeepAllNumbers) {
 }
 
 TEST_F(EditElements, UnknownOperationStoresNothing) {
-    for (const std::int32_t IEDIT : {7, -1, 100}) {
+    for (const std::int32_t operation : {7, -1, 100}) {
         clear();
         state.mesh.words[10] = ElementWords{};
-        state.edit.operation = IEDIT;
+        state.edit.operation = operation;
         EXPECT_EQ(types(), (Types{{10, 0}, {20, 0}, {30, 0}, {40, 0}, {50, 0}, {60, 0}, {70, 0}}));
         EXPECT_EQ(state.mesh.x[4], 0.0F);
         EXPECT_EQ(state.mesh.words[10].corner_1, 0);

@@ -125,7 +125,7 @@ protected:
     };
     // The first numbers for a mesh with the ranges of continuum elements, beams and trusses; a range up to 0
     // is a section that is not there.
-    static Starts starts(std::int32_t NSNEL, std::int32_t NSBEAM, std::int32_t NSTRUS, Range continuum,
+    static Starts starts(std::int32_t first_element, std::int32_t first_beam, std::int32_t first_truss, Range continuum,
                          Range beams, Range trusses) {
         state.source = EditSource{};
         state.source.counts.continuum_elements = continuum.highest > 0 ? 1 : 0;
@@ -138,9 +138,9 @@ protected:
                 state.source.elements[i].include(ranges[i].highest);
             }
         }
-        state.edit.first_element = NSNEL;
-        state.edit.first_beam = NSBEAM;
-        state.edit.first_truss = NSTRUS;
+        state.edit.first_element = first_element;
+        state.edit.first_beam = first_beam;
+        state.edit.first_truss = first_truss;
         fix_start_numbers(state.edit, state.source);
         return {state.edit.first_beam, state.edit.first_truss};
     }

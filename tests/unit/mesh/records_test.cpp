@@ -45,9 +45,9 @@ protected:
         directory.write("in.Mes", text);
         return state.channels.open(5, "in.Mes", OpenStatus::old);
     }
-    NodeRecord node(std::int32_t edition, std::string_view text, std::int32_t NFIELDS) const {
+    NodeRecord node(std::int32_t edition, std::string_view text, std::int32_t field_count) const {
         const Edition kind(edition);
-        return read_node_record(state.settings.kind(), holding(text), NFIELDS);
+        return read_node_record(state.settings.kind(), holding(text), field_count);
     }
     ElementRecord element(std::int32_t edition, std::int8_t type, std::string_view text) const {
         const Edition kind(edition);
@@ -204,16 +204,16 @@ TEST_F(MeshRecords, NodeWithoutTheConstantsIsKnownByItsCount) {
 }
 
 TEST_F(MeshRecords, AnyOtherCountMeansThatTheConstantsAreThere) {
-    for (const std::int32_t NFIELDS : {0, 6, 7, 9, 12})
-        EXPECT_EQ(node(COUPLED, "11 1 0 -1 0 2 7 8 3.5 -4.5\n", NFIELDS).x, 3.5F) << NFIELDS;
-    for (const std::int32_t NFIELDS : {0, 5, 7, 10})
-        EXPECT_EQ(node(DISPLACEMENT, "11 1 0 -1 7 8 3.5 -4.5\n", NFIELDS).x, 3.5F) << NFIELDS;
+    for (const std::int32_t field_count : {0, 6, 7, 9, 12})
+        EXPECT_EQ(node(COUPLED, "11 1 0 -1 0 2 7 8 3.5 -4.5\n", field_count).x, 3.5F) << field_count;
+    for (const std::int32_t field_count : {0, 5, 7, 10})
+        EXPECT_EQ(node(DISPLACEMENT, "11 1 0 -1 7 8 3.5 -4.5\n", field_count).x, 3.5F) << field_count;
 }
 
 TEST_F(MeshRecords, NodeOfTheTemperatureAndHeadKindsHasNoConstants) {
     for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
-        for (const std::int32_t NFIELDS : {0, 6, 7, 8}) {
-            const NodeRecord read = node(edition, "11 1 -1 3.5 -4.5 12.5 0.25\n", NFIELDS);
+        for (const std::int32_t field_count : {0, 6, 7, 8}) {
+            const NodeRecord read = node(edition, "11 1 -1 3.5 -4.5 12.5 0.25\n", field_count);
             EXPECT_EQ(read.codes, (NodeCodes{1, -1, 0, 0, 0}));
             EXPECT_EQ(read.x, 3.5F);
             EXPECT_EQ(read.y, -4.5F);

@@ -117,9 +117,9 @@ protected:
         state.edit.XMAX = xmax;
         state.edit.YMAX = ymax;
     }
-    static void list(std::int32_t IEDIT, std::int32_t ILOC, const std::vector<std::int32_t>& numbers) {
-        state.edit.operation = IEDIT;
-        state.edit.selection_mode = ILOC;
+    static void list(std::int32_t operation, std::int32_t selection_mode, const std::vector<std::int32_t>& numbers) {
+        state.edit.operation = operation;
+        state.edit.selection_mode = selection_mode;
         state.edit.list_count = static_cast<std::int32_t>(numbers.size());
         for (std::int32_t i = 1; i <= state.edit.list_count; ++i)
             state.edit.list[i] = numbers[static_cast<std::size_t>(i - 1)];
@@ -191,9 +191,9 @@ TEST_F(Selection, ListOfNodesGoesByNumber) {
 }
 
 TEST_F(Selection, ListOfElementsGoesByNumber) {
-    for (const std::int32_t IEDIT : {2, 3}) {
+    for (const std::int32_t operation : {2, 3}) {
         SetUp();
-        list(IEDIT, 1, {7, -8});
+        list(operation, 1, {7, -8});
         EXPECT_FALSE(
             element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(6, {1, 2, 3, 4})));
         EXPECT_TRUE(
@@ -206,17 +206,17 @@ TEST_F(Selection, ListOfElementsGoesByNumber) {
 
 TEST_F(Selection, OtherKindsOfSelectionHoldNothing) {
     node(1, 0.0F, 0.0F);
-    for (const std::int32_t ILOC : {3, 4, -1}) {
+    for (const std::int32_t selection_mode : {3, 4, -1}) {
         SetUp();
-        list(1, ILOC, {1, 2});
-        EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 0.0F, 0.0F)) << ILOC;
+        list(1, selection_mode, {1, 2});
+        EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 0.0F, 0.0F)) << selection_mode;
     }
-    for (const std::int32_t ILOC : {2, 3, 4, -1}) {
+    for (const std::int32_t selection_mode : {2, 3, 4, -1}) {
         SetUp();
-        list(2, ILOC, {1, 2});
+        list(2, selection_mode, {1, 2});
         EXPECT_FALSE(
             element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(1, {1, 2, 3, 4})))
-            << ILOC;
+            << selection_mode;
     }
 }
 

@@ -22,8 +22,8 @@ protected:
         for (std::int32_t g = 1; g <= MOST_GROUPS; ++g)
             state.group_cards.outputs[g] = {};
     }
-    void groups(std::initializer_list<std::int32_t> IGPOST) const {
-        for (const std::int32_t value : IGPOST)
+    void groups(std::initializer_list<std::int32_t> wants_outputs) const {
+        for (const std::int32_t value : wants_outputs)
             state.group_cards.outputs[++state.group_cards.count].wants_outputs = value;
     }
     std::vector<GroupMembers> read(const std::vector<Record>& records) const {

@@ -42,7 +42,7 @@ Counts count_mesh(const Mesh& mesh, const std::vector<Corners>& corners) {
     Counts counts;
     counts.bounds = mesh.bounds();
     for (const Node& node : mesh.nodes)
-        widen(counts.nodes, node.NODE);
+        widen(counts.nodes, node.number);
     std::map<std::pair<ElementClass, std::int32_t>, MaterialRow> table;
     for (std::size_t i = 0; i < corners.size(); ++i) {
         const Element& e = mesh.elements[i];

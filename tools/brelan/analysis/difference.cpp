@@ -100,14 +100,14 @@ Difference difference_by_number(const Mesh& a, const Mesh& b, double tolerance) 
     Difference d;
     d.other_kind = a.kind != b.kind;
     d.tolerance = tolerance;
-    for (const PlacePair& pair : common(a.nodes, b.nodes, &Node::NODE, d.nodes_only_a, d.nodes_only_b)) {
+    for (const PlacePair& pair : common(a.nodes, b.nodes, &Node::number, d.nodes_only_a, d.nodes_only_b)) {
         if (!(distance(a.point(pair.first), b.point(pair.second)) <= tolerance))
             d.nodes_moved.push_back(pair);
         if (!d.other_kind && !same_values(a.nodes[static_cast<std::size_t>(pair.first)],
                                           b.nodes[static_cast<std::size_t>(pair.second)]))
             d.nodes_changed.push_back(pair);
     }
-    Number ElementRecord::*const number = &ElementRecord::NEL;
+    Number ElementRecord::*const number = &ElementRecord::number;
     const auto both = common(a.elements, b.elements, static_cast<Number Element::*>(number),
                              d.elements_only_a, d.elements_only_b);
     for (const PlacePair& pair : both) {

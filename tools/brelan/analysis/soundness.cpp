@@ -46,7 +46,7 @@ public:
 private:
     static std::size_t at(std::int32_t place) { return static_cast<std::size_t>(place); }
     const Element& element(std::int32_t place) const { return mesh_.elements[at(place)]; }
-    Number node_number(std::int32_t place) const { return mesh_.nodes[at(place)].NODE; }
+    Number node_number(std::int32_t place) const { return mesh_.nodes[at(place)].number; }
 
     void add(Check check, const Place& place) {
         result_.findings[static_cast<std::size_t>(check)].places.push_back(place);
@@ -54,9 +54,9 @@ private:
 
     void check_numbers() {
         for (std::size_t n = 1; n < mesh_.nodes.size(); ++n)
-            if (mesh_.nodes[n].NODE == mesh_.nodes[n - 1].NODE)
+            if (mesh_.nodes[n].number == mesh_.nodes[n - 1].number)
                 add(Check::number_used_twice,
-                    {0, mesh_.nodes[n].NODE, 0, mesh_.point(static_cast<std::int32_t>(n))});
+                    {0, mesh_.nodes[n].number, 0, mesh_.point(static_cast<std::int32_t>(n))});
         std::vector<Number> numbers;
         for (const Element& e : mesh_.elements)
             numbers.push_back(e.number);
@@ -128,7 +128,7 @@ private:
         for (std::size_t n = 0; n < used.size(); ++n)
             if (used[n] == 0)
                 add(Check::unused_node,
-                    {0, mesh_.nodes[n].NODE, 0, mesh_.point(static_cast<std::int32_t>(n))});
+                    {0, mesh_.nodes[n].number, 0, mesh_.point(static_cast<std::int32_t>(n))});
     }
 
     // One solid of each set of doubles goes on to the search for sides.

@@ -17,7 +17,7 @@ namespace brelan::tool {
 namespace {
 
 Number number_of(const Node& node) {
-    return node.NODE;
+    return node.number;
 }
 Number number_of(const Element& element) {
     return element.number;
@@ -149,8 +149,8 @@ private:
     }
 
     std::pair<Number, Number> numbers_of(const PlacePair& p) const {
-        return {a_.nodes[static_cast<std::size_t>(p.first)].NODE,
-                b_.nodes[static_cast<std::size_t>(p.second)].NODE};
+        return {a_.nodes[static_cast<std::size_t>(p.first)].number,
+                b_.nodes[static_cast<std::size_t>(p.second)].number};
     }
 
     static std::string pair_name(Number a, Number b) {

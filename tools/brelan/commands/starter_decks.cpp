@@ -65,7 +65,7 @@ Mesh squares(LayoutKind kind, int left, int columns, int rows, Number first_elem
             const bool side = c == 0 || c == columns;
             const bool bottom = r == rows;
             Node node;
-            node.NODE = static_cast<Number>(mesh.nodes.size()) + 1;
+            node.number = static_cast<Number>(mesh.nodes.size()) + 1;
             node.x = static_cast<float>(left + c);
             node.y = static_cast<float>(rows - r);
             const std::int32_t x = side ? 1 : 0, y = bottom ? 1 : 0;

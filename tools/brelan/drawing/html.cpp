@@ -133,7 +133,7 @@ private:
         std::vector<std::int32_t> numbers;
         std::vector<float> x, y, h, cf;
         for (const Node& node : mesh_.nodes) {
-            numbers.push_back(node.NODE);
+            numbers.push_back(node.number);
             x.push_back(node.x);
             y.push_back(node.y);
             h.push_back(node.head);

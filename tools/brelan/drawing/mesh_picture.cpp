@@ -265,7 +265,7 @@ private:
             const Point p = page_.on_page(mesh_.point(static_cast<std::int32_t>(n)));
             if (!page_.shows(p))
                 continue;
-            std::string text = std::to_string(mesh_.nodes[n].NODE);
+            std::string text = std::to_string(mesh_.nodes[n].number);
             const double width = DIGIT * static_cast<double>(text.size());
             nodes.labels.push_back({beside(p, places[n], width, SIZE), std::move(text)});
         }

@@ -81,7 +81,7 @@ public:
         require_single_numbers();
         for (const Node& node : mesh_.nodes) {
             cells_.points.insert(cells_.points.end(), {node.x, node.y, 0.0F});
-            cells_.point_tags.push_back(node.NODE);
+            cells_.point_tags.push_back(node.number);
         }
         for (const Element& e : mesh_.elements) {
             add_element(e);
@@ -96,9 +96,9 @@ public:
 private:
     void require_single_numbers() const {
         for (std::size_t n = 1; n < mesh_.nodes.size(); ++n)
-            if (mesh_.nodes[n].NODE == mesh_.nodes[n - 1].NODE)
+            if (mesh_.nodes[n].number == mesh_.nodes[n - 1].number)
                 throw Failure(
-                    fmt::format("{}: node number {} stands twice", mesh_.file, mesh_.nodes[n].NODE));
+                    fmt::format("{}: node number {} stands twice", mesh_.file, mesh_.nodes[n].number));
         for (std::size_t i = 0; i < mesh_.elements.size(); ++i)
             if (mesh_.element_place(mesh_.elements[i].number) != static_cast<std::int32_t>(i))
                 throw Failure(
@@ -162,7 +162,7 @@ private:
 
     void add_point_data() {
         std::vector<DataArray>& data = cells_.point_data;
-        data.push_back(array_of(NUMBER, true, mesh_.nodes, [](const Node& n) { return n.NODE; }));
+        data.push_back(array_of(NUMBER, true, mesh_.nodes, [](const Node& n) { return n.number; }));
         const std::vector<std::string_view> codes = code_names(mesh_.kind);
         for (std::size_t k = 0; k < codes.size(); ++k)
             data.push_back(array_of(codes[k], true, mesh_.nodes, [k](const Node& n) { return n.codes[k]; }));

@@ -168,7 +168,7 @@ private:
         for (std::size_t i = 0; i < places_.size(); ++i) {
             const float* p = cells_.points.data() + 3 * places_[i];
             Node node;
-            node.NODE = numbers_[places_[i]] = list[i];
+            node.number = numbers_[places_[i]] = list[i];
             node.x = p[0];
             node.y = p[1];
             node.coefficient = value_name(mesh().kind).empty() ? 0.0F : USUAL_CF;
@@ -349,7 +349,7 @@ private:
                 of_beam[static_cast<std::size_t>(e.words.corner_1)] =
                     of_beam[static_cast<std::size_t>(e.words.corner_2)] = true;
         for (Node& node : mesh().nodes)
-            if (of_beam[static_cast<std::size_t>(node.NODE)])
+            if (of_beam[static_cast<std::size_t>(node.number)])
                 node.codes[static_cast<std::size_t>(rotation - names.begin())] = 0;
     }
 

@@ -74,7 +74,7 @@ struct DeckPoint {
 };
 
 struct DeckSegment {
-    std::int32_t LTYPE = 0, NDIV = 0, IEND = 0;
+    std::int32_t segment_type = 0, divisions = 0, IEND = 0;
     std::vector<DeckPoint> path;  // its points from start to end, arcs and divisions included
     std::size_t card = 0;         // place of Card 3.3.5.4.3.1 in Deck::cards
 };
@@ -82,7 +82,7 @@ struct DeckSegment {
 struct DeckGroup {
     int number = 0;  // from 1
     std::string title;
-    std::int32_t MTYPE = 0, OVERLAY = 0;
+    std::int32_t group_type = 0, overlay = 0;
     std::vector<DeckPoint> points;      // of the outline, in its order
     std::vector<DeckSegment> segments;  // none: the points are the path, and nothing is cut
     bool closed = false;

@@ -99,15 +99,15 @@ void read_edit(Deck& deck, CardReader& cards) {
 // Returns IGMOD.
 std::int32_t read_base_mesh(CardReader& cards) {
     cards.values(FORM_BLOCKS);
-    const std::int32_t NBX = cards.integer(1);
-    const std::int32_t NBY = cards.integer(2);
-    if (NBX < 1 || NBX > MOST_BLOCK_ROWS || NBY < 1 || NBY > MOST_BLOCK_ROWS)
+    const std::int32_t block_columns = cards.integer(1);
+    const std::int32_t block_rows = cards.integer(2);
+    if (block_columns < 1 || block_columns > MOST_BLOCK_ROWS || block_rows < 1 || block_rows > MOST_BLOCK_ROWS)
         cards.fault("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS) + ", found " +
-                    std::to_string(NBX) + " and " + std::to_string(NBY));
+                    std::to_string(block_columns) + " and " + std::to_string(block_rows));
     cards.values(FORM_CORNER);
-    for (std::int32_t column = 1; column <= NBX; ++column)
+    for (std::int32_t column = 1; column <= block_columns; ++column)
         cards.values(FORM_COLUMN);
-    for (std::int32_t row = 1; row <= NBY; ++row)
+    for (std::int32_t row = 1; row <= block_rows; ++row)
         cards.values(FORM_ROW);
     cards.values(FORM_FOLLOWS);
     return cards.integer(1);
@@ -115,16 +115,16 @@ std::int32_t read_base_mesh(CardReader& cards) {
 
 void read_dam(CardReader& cards) {
     cards.values(FORM_DAM);
-    const std::int32_t NLAYER = cards.count(FORM_DAM, MOST_CARD_VALUES);
+    const std::int32_t layer_count = cards.count(FORM_DAM, MOST_CARD_VALUES);
     const bool core = cards.integer(2) == 1;
     const bool cut_off = cards.integer(3) == 1;
     cards.values(FORM_PROFILE);
     if (core)
         cards.values(FORM_CORE);
-    if (NLAYER <= 0)
+    if (layer_count <= 0)
         return;
     cards.values(FORM_MARGINS);
-    cards.list(FORM_MARGINS, NLAYER, "thickness of the layers, from the top");
+    cards.list(FORM_MARGINS, layer_count, "thickness of the layers, from the top");
     if (cut_off)
         cards.values(FORM_WALL);
 }

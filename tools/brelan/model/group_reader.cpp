@@ -34,8 +34,8 @@ struct Arc {
 };
 
 // The points of an arc from its start to its end.
-std::vector<DeckPoint> arc_points(const Arc& arc, std::int32_t NDIV) {
-    std::int32_t parts = std::abs(NDIV);
+std::vector<DeckPoint> arc_points(const Arc& arc, std::int32_t divisions) {
+    std::int32_t parts = std::abs(divisions);
     if (parts == 0)
         parts = std::max(FEWEST_PARTS, to_integer(std::abs(std::round((arc.end_angle - arc.begin_angle) * PARTS_PER_RADIAN))));
     parts = std::clamp(parts, 1, MOST_POLYGON_POINTS);
@@ -136,12 +136,12 @@ private:
 
     void read_segments() {
         cards_.values(FORM_SEGMENTS);
-        const std::int32_t NSEGMENT = cards_.count(FORM_SEGMENTS, MOST_GROUP_POINTS);
-        if (NSEGMENT < 0)
+        const std::int32_t segment_count = cards_.count(FORM_SEGMENTS, MOST_GROUP_POINTS);
+        if (segment_count < 0)
             cards_.fault("Card 3.3.5.4.3: expected an NSEGMENT of 0 or more, found " +
-                         std::to_string(NSEGMENT));
+                         std::to_string(segment_count));
         const bool open = std::abs(group_.group_type) == 2;
-        for (std::int32_t k = 1; k <= NSEGMENT; ++k) {
+        for (std::int32_t k = 1; k <= segment_count; ++k) {
             cards_.values(FORM_SEGMENT);
             DeckSegment segment;
             segment.card = deck_.cards.size() - 1;
@@ -151,18 +151,18 @@ private:
             group_.segments.push_back(segment);
             arcs_.emplace_back();
             if (segment.segment_type == ARC)
-                read_arc(k, NSEGMENT, open);
+                read_arc(k, segment_count, open);
         }
-        if (NSEGMENT > 0)
-            NPOINT_ = open ? NSEGMENT + 1 : NSEGMENT;
+        if (segment_count > 0)
+            NPOINT_ = open ? segment_count + 1 : segment_count;
     }
 
     // An arc gives its ends to the outline, over what the points' cards gave.
-    void read_arc(std::int32_t k, std::int32_t NSEGMENT, bool open) {
+    void read_arc(std::int32_t k, std::int32_t segment_count, bool open) {
         cards_.values(FORM_ARC);
         const std::array values{cards_.value(1), cards_.value(2), cards_.value(3),
                                 cards_.value(4), cards_.value(5), cards_.value(6)};
-        if (const ArcFault fault = fault_of_arc(values, k > 1 && k == NSEGMENT && !open);
+        if (const ArcFault fault = fault_of_arc(values, k > 1 && k == segment_count && !open);
             !fault.message.empty())
             cards_.fault(fault.message, fault.field);
         Arc& arc = arcs_.back();
@@ -173,7 +173,7 @@ private:
         arc.end_angle = cards_.value(6) * RADIANS;
         point(k) = in_64_bits(ellipse_point(arc.begin_angle, arc.centre, arc.half_axis_x, arc.half_axis_y));
         point(k + 1) = in_64_bits(ellipse_point(arc.end_angle, arc.centre, arc.half_axis_x, arc.half_axis_y));
-        if (k > 1 && k == NSEGMENT && !open)
+        if (k > 1 && k == segment_count && !open)
             point(1) = point(k + 1);
     }
 

@@ -32,11 +32,11 @@ void Mesh::finish() {
         if (!e.is_line())
             e.of = is_joint(kind, e) ? ElementClass::joint : ElementClass::solid;
     std::stable_sort(nodes.begin(), nodes.end(),
-                     [](const Node& a, const Node& b) { return a.NODE < b.NODE; });
+                     [](const Node& a, const Node& b) { return a.number < b.number; });
     std::stable_sort(elements.begin(), elements.end(), [](const Element& a, const Element& b) {
         return a.section() != b.section() ? a.section() < b.section() : a.number < b.number;
     });
-    node_place_ = places_by_number(nodes, &Node::NODE);
+    node_place_ = places_by_number(nodes, &Node::number);
     Number last = 0;
     for (const Element& e : elements)
         last = std::max(last, e.number);
@@ -103,16 +103,16 @@ std::vector<Attribute> attributes(LayoutKind kind) {
         case LayoutKind::coupled:
             return {{"KS", &ElementRecord::KS, nullptr},
                     {"KF", &ElementRecord::KF, nullptr},
-                    {"INTR", &ElementRecord::INTR, nullptr},
-                    {"INTS", &ElementRecord::INTS, nullptr},
-                    {"TBJWL", nullptr, &ElementRecord::TBJWL}};
+                    {"INTR", &ElementRecord::integration_r, nullptr},
+                    {"INTS", &ElementRecord::integration_s, nullptr},
+                    {"TBJWL", nullptr, &ElementRecord::real_attribute}};
         case LayoutKind::temperature:
         case LayoutKind::head:
-            return {{"IDH", &ElementRecord::IDH, nullptr}};
+            return {{"IDH", &ElementRecord::attribute, nullptr}};
         case LayoutKind::displacement:
             break;
     }
-    return {{"THIC", nullptr, &ElementRecord::THIC}, {"DEN", nullptr, &ElementRecord::DEN}};
+    return {{"THIC", nullptr, &ElementRecord::thickness}, {"DEN", nullptr, &ElementRecord::density}};
 }
 
 bool has_midside_nodes(LayoutKind kind) {

@@ -134,11 +134,11 @@ public:
 
 private:
     void read_nodes(std::int32_t count) {
-        const std::int32_t NFIELDS = count_values(TextLine(file_.peek_line())).count;
+        const std::int32_t field_count = count_values(TextLine(file_.peek_line())).count;
         mesh_.nodes.reserve(static_cast<std::size_t>(count));
         for (std::int32_t i = 0; i < count; ++i) {
-            mesh_.nodes.push_back(read_node_record(mesh_.kind, file_, NFIELDS));
-            require_number(mesh_.nodes.back().NODE, HIGHEST_NODE_NUMBER, "a node");
+            mesh_.nodes.push_back(read_node_record(mesh_.kind, file_, field_count));
+            require_number(mesh_.nodes.back().number, HIGHEST_NODE_NUMBER, "a node");
         }
     }
 
@@ -198,9 +198,9 @@ void require_fields(const Mesh& mesh) {
     const bool midsides = has_midside_nodes(mesh.kind);
     require_range(static_cast<std::int64_t>(mesh.nodes.size()), 0, HIGHEST_NODE_NUMBER, "count of nodes:", HIGHEST_NODE_NUMBER);
     for (const Node& node : mesh.nodes) {
-        require_range(node.NODE, 1, HIGHEST_NODE_NUMBER, "node", node.NODE);
+        require_range(node.number, 1, HIGHEST_NODE_NUMBER, "node", node.number);
         for (const std::int32_t code : node.codes)
-            require_range(code, LOW, HIGH, "code of node", node.NODE);
+            require_range(code, LOW, HIGH, "code of node", node.number);
     }
     for (const Element& e : mesh.elements) {
         require_range(e.number, 1, HIGHEST_ELEMENT_NUMBER, "element", e.number);

@@ -14,8 +14,8 @@ namespace {
 struct Dam {
     const DeckCard *parts = nullptr, *profile = nullptr, *core = nullptr, *wall = nullptr;
     bool shells = false;
-    double HDAM = 0.0, HWATER = 0.0, RUNL = 0.0, WLEFT = 0.0, WCREST = 0.0, WMID = 0.0, RUNR = 0.0,
-           WRIGHT = 0.0;
+    double height = 0.0, water_height = 0.0, left_run = 0.0, left_width = 0.0, WCREST = 0.0, middle_width = 0.0, right_run = 0.0,
+           right_width = 0.0;
     double depth = 0.0;  // of all layers
 
     explicit Dam(const Deck& deck)
@@ -23,14 +23,14 @@ struct Dam {
         if (parts == nullptr || profile == nullptr)
             return;
         shells = parts->integer("ISHELL") != 0;
-        for (auto [name, value] : {std::pair("HDAM", &HDAM),
-                                   {"HWATER", &HWATER},
-                                   {"RUNL", &RUNL},
-                                   {"WLEFT", &WLEFT},
+        for (auto [name, value] : {std::pair("HDAM", &height),
+                                   {"HWATER", &water_height},
+                                   {"RUNL", &left_run},
+                                   {"WLEFT", &left_width},
                                    {"WCREST", &WCREST},
-                                   {"WMID", &WMID},
-                                   {"RUNR", &RUNR},
-                                   {"WRIGHT", &WRIGHT}})
+                                   {"WMID", &middle_width},
+                                   {"RUNR", &right_run},
+                                   {"WRIGHT", &right_width}})
             *value = static_cast<double>(profile->real(name));
         for (const DeckCard& card : deck.cards)
             if (card.number == "5.4-1" && card.type == CardType::list)
@@ -41,14 +41,14 @@ struct Dam {
     // Height of the rows of elements: those of the steeper slope templates are finer.
     double row() const {
         constexpr double STEEP = 0.5833;
-        return HDAM / (!shells ? 20.0 : HDAM / RUNL >= STEEP ? 28.0 : 13.0);
+        return height / (!shells ? 20.0 : height / left_run >= STEEP ? 28.0 : 13.0);
     }
 
     // Width of the elements of the middle block column.
     double middle_element() const {
-        const std::int32_t NCREST = parts->integer("NCREST");
-        const double wanted = NCREST > 0 ? WMID / NCREST : row();
-        return WMID / std::max(1.0, std::floor(WMID / wanted));
+        const std::int32_t crest_divisions = parts->integer("NCREST");
+        const double wanted = crest_divisions > 0 ? middle_width / crest_divisions : row();
+        return middle_width / std::max(1.0, std::floor(middle_width / wanted));
     }
 };
 

@@ -29,7 +29,7 @@ bool is_free_line(const DeckGroup& group) {
 // --- counts --------------------------------------------------------------------------------------
 
 void doubt_points(Doubts& doubts, const DeckGroup& group, const DeckCard& points) {
-    const std::int32_t NPOINT = points.integer("NPOINT");
+    const std::int32_t point_count = points.integer("NPOINT");
     std::set<std::int32_t> numbers;
     for (const DeckCard& card : doubts.deck().cards) {
         if (card.group != group.number || card.number != "3.3.5.4.2-1")
@@ -38,9 +38,9 @@ void doubt_points(Doubts& doubts, const DeckGroup& group, const DeckCard& points
         if (NP < 1 || NP > MOST_GROUP_POINTS)
             doubts.end_of_run("bad-number", &card,
                               fmt::format("NP {}: points have numbers from 1 to {}", NP, MOST_GROUP_POINTS));
-        else if (NP > NPOINT)
+        else if (NP > point_count)
             doubts.doubt("counts-disagree", &card,
-                         fmt::format("NP {}: {} points are announced on Card 3.3.5.4.2", NP, NPOINT));
+                         fmt::format("NP {}: {} points are announced on Card 3.3.5.4.2", NP, point_count));
         else if (!numbers.insert(NP).second)
             doubts.doubt("counts-disagree", &card, fmt::format("NP {}: the point is given twice", NP));
     }
@@ -48,23 +48,23 @@ void doubt_points(Doubts& doubts, const DeckGroup& group, const DeckCard& points
 
 void doubt_segments(Doubts& doubts, const DeckGroup& group, const DeckCard& points,
                     const DeckCard& segments) {
-    const std::int32_t NPOINT = points.integer("NPOINT");
-    const std::int32_t NSEGMENT = segments.integer("NSEGMENT");
-    const std::int32_t wanted = is_line(group) ? NPOINT - 1 : NPOINT;
-    if (NPOINT < (is_line(group) ? 2 : 1) && NSEGMENT < 2)
+    const std::int32_t point_count = points.integer("NPOINT");
+    const std::int32_t segment_count = segments.integer("NSEGMENT");
+    const std::int32_t wanted = is_line(group) ? point_count - 1 : point_count;
+    if (point_count < (is_line(group) ? 2 : 1) && segment_count < 2)
         doubts.doubt("bad-count", &points,
-                     fmt::format("NPOINT {}: too few points for what is drawn", NPOINT));
-    else if (NSEGMENT == 0)
+                     fmt::format("NPOINT {}: too few points for what is drawn", point_count));
+    else if (segment_count == 0)
         doubts.doubt("uncut", &segments, "NSEGMENT 0: the points are the path, and the mesh is not cut");
-    else if (NSEGMENT < wanted)
+    else if (segment_count < wanted)
         doubts.doubt(
             "counts-disagree", &segments,
             is_line(group)
-                ? fmt::format("NSEGMENT {} of {} points: the points from {} on are not used", NSEGMENT,
-                              NPOINT, NSEGMENT + 2)
+                ? fmt::format("NSEGMENT {} of {} points: the points from {} on are not used", segment_count,
+                              point_count, segment_count + 2)
                 : fmt::format("NSEGMENT {} of {} points: a closed outline has as many segments as points; "
                               "point {} is not used",
-                              NSEGMENT, NPOINT, NSEGMENT + 1));
+                              segment_count, point_count, segment_count + 1));
     int number = 0;
     bool arcs = false;
     for (const DeckCard& card : doubts.deck().cards) {
@@ -77,10 +77,10 @@ void doubt_segments(Doubts& doubts, const DeckGroup& group, const DeckCard& poin
                                      card.integer("SEGNO"), number));
     }
     // Arcs give their own points.
-    if (NSEGMENT > wanted && !arcs)
+    if (segment_count > wanted && !arcs)
         doubts.doubt("counts-disagree", &segments,
                      fmt::format("NSEGMENT {} of {} points: the last segments have no points of their own",
-                                 NSEGMENT, NPOINT));
+                                 segment_count, point_count));
 }
 
 void doubt_material_line(Doubts& doubts, const DeckGroup& group) {

@@ -167,11 +167,11 @@ void doubt_room(Doubts& doubts, const Mesh& mesh) {
     const DeckCard* edit = doubts.deck().card("3.3");
     if (start == nullptr || edit == nullptr || mesh.nodes.empty())
         return;
-    const std::int32_t IEDIT = edit->integer("IEDIT");
+    const std::int32_t operation = edit->integer("IEDIT");
     constexpr std::int32_t deletes = 2;  // how much is left the mesh does not tell
-    if (IEDIT == deletes)
+    if (operation == deletes)
         return;
-    const bool shifts = IEDIT == 0 || IEDIT == 1 || IEDIT == 6;
+    const bool shifts = operation == 0 || operation == 1 || operation == 6;
     const auto look = [&](const char* field, std::int64_t needed, const char* what) {
         const std::int64_t first = start->integer(field), last = first + needed - 1;
         if (first >= 1 && first <= HIGHEST_NODE_NUMBER && last > HIGHEST_NODE_NUMBER)
@@ -181,7 +181,7 @@ void doubt_room(Doubts& doubts, const Mesh& mesh) {
                             first, what, last, HIGHEST_NODE_NUMBER));
     };
     const auto nodes = static_cast<std::int64_t>(mesh.nodes.size());
-    look("NSNODE", shifts ? mesh.nodes.back().NODE - mesh.nodes.front().NODE + 1 : nodes, "node");
+    look("NSNODE", shifts ? mesh.nodes.back().number - mesh.nodes.front().number + 1 : nodes, "node");
     const auto [low, high] = span_of(mesh, Section::continuum);
     if (low > 0)
         look("NSNEL", shifts ? high - low + 1 : static_cast<std::int64_t>(mesh.elements.size()), "element");

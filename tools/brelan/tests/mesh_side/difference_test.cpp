@@ -37,7 +37,7 @@ Mesh renumbered(Mesh mesh, unsigned seed) {
     std::iota(elements.begin(), elements.end(), 1);
     std::shuffle(elements.begin(), elements.end(), random);
     for (Node& node : mesh.nodes)
-        node.NODE = nodes[static_cast<std::size_t>(node.NODE)];
+        node.number = nodes[static_cast<std::size_t>(node.number)];
     for (std::size_t i = 0; i < mesh.elements.size(); ++i) {
         Element& e = mesh.elements[i];
         e.number = elements[i];

@@ -172,7 +172,7 @@ TEST(Gmsh, GroupsTellBeamsAndOtherLinesAreLeftOut) {
     EXPECT_EQ(mesh.elements[2].of, ElementClass::beam);
     EXPECT_EQ(mesh.elements[2].words.material, 2);
     EXPECT_EQ(mesh.elements[0].words.material, 1);
-    EXPECT_EQ(mesh.nodes[1].NODE, 20);
+    EXPECT_EQ(mesh.nodes[1].number, 20);
     EXPECT_EQ(mesh.nodes[0].codes[2], 0);  // of the beam: free to turn
     EXPECT_EQ(mesh.nodes[2].codes[2], 1);
 }
@@ -278,7 +278,7 @@ TEST(SecondOrder, CentresOfQuadrilateralsBecomeNoNodes) {
         ASSERT_EQ(read.mesh.nodes.size(), 8U);
         for (const Node& node : read.mesh.nodes) {
             EXPECT_FALSE(node.x == 1.0F && node.y == 1.0F);
-            EXPECT_EQ(node.codes[0], node.x == 2.0F && node.y == 2.0F ? 1 : 0) << node.NODE;
+            EXPECT_EQ(node.codes[0], node.x == 2.0F && node.y == 2.0F ? 1 : 0) << node.number;
         }
         const ElementWords& w = read.mesh.elements.front().words;
         const auto point = [&](Number number) { return read.mesh.point(read.mesh.node_place(number)); };
@@ -292,7 +292,7 @@ TEST(SecondOrder, CentresOfQuadrilateralsBecomeNoNodes) {
 TEST(SecondOrder, NodesKeepTheirNumbersWhereTheFileHasThem) {
     std::vector<Number> numbers;
     for (const Node& node : mesh_of(read_gmsh(SECOND_ORDER_22, "2.msh"), LayoutKind::coupled).mesh.nodes)
-        numbers.push_back(node.NODE);
+        numbers.push_back(node.number);
     EXPECT_EQ(numbers, (std::vector<Number>{1, 2, 3, 4, 6, 7, 8, 9}));
 }
 

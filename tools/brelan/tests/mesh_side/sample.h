@@ -16,7 +16,7 @@ public:
     Sample& nodes(std::initializer_list<Point> points) {
         for (const Point& p : points) {
             Node node;
-            node.NODE = static_cast<Number>(mesh_.nodes.size()) + 1;
+            node.number = static_cast<Number>(mesh_.nodes.size()) + 1;
             node.x = static_cast<float>(p.x);
             node.y = static_cast<float>(p.y);
             mesh_.nodes.push_back(node);
