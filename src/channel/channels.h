@@ -4,7 +4,7 @@
 // A channel holds its file as text in memory (one that is read forward, a piece of it) and writes it to disk
 // as it grows, when it is rewound and when it is closed; a record written behind others replaces what
 // followed. Lines end with LF or CR LF on input and with LF on output. The numbers of the package's channels
-// are listed in run/channel_numbers.h.
+// are listed in channel/channel_numbers.h.
 #pragma once
 
 #include <array>

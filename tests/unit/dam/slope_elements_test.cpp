@@ -26,7 +26,7 @@ protected:
         state.source.elements[0] = {1, 9};
         state.slope_split = SlopeSplit{};
     }
-    ~SlopeElements() override { state.settings.edition = 1; }
+    ~SlopeElements() override { state.set_edition(1); }
 
     static void element(std::int32_t number, std::int32_t i1, std::int32_t i2, std::int32_t i3,
                         std::int32_t i4) {
@@ -146,7 +146,7 @@ TEST_F(SlopeElements, TriangleBecomesTwo) {
 }
 
 TEST_F(SlopeElements, SecondPartHasTheAttributesOfTheFirst) {
-    state.settings.edition = 2;
+    state.set_edition(2);
     element(2, 1, 2, 51, 50);
     state.mesh.skeleton[2] = 3, state.mesh.fluid[2] = 4, state.mesh.integration_r[2] = 5,
     state.mesh.integration_s[2] = 6, state.mesh.real_attribute[2] = 7.0F;

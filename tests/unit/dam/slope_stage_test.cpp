@@ -17,7 +17,7 @@ namespace {
 class SlopeStage : public ::testing::Test {
 protected:
     explicit SlopeStage(std::int32_t MODEL = 3) { lay(MODEL); }
-    ~SlopeStage() override { state.settings.edition = 1; }
+    ~SlopeStage() override { state.set_edition(1); }
 
     static void lay(std::int32_t MODEL) {
         reset_mesh(state.mesh, state.side, state.selection);
@@ -157,7 +157,7 @@ TEST_F(SlopeStage, LevelJustUnderTheCrestLeavesTheCrest) {
 
 TEST_F(SlopeStage, LevelWellBetweenTwoNodesGetsANodeOfItsOwn) {
     for (const int edition : {2, 5, 9, 1}) {
-        state.settings.edition = edition;
+        state.set_edition(edition);
         lay(3);
         state.mesh.head[501] = state.mesh.coefficient[501] = -1.0F;
         level(10.5F / 29.0F);

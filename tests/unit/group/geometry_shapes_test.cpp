@@ -152,12 +152,7 @@ TEST(ScanPolygon, HoldsTwoThousandAndOnePoints) {
 }
 
 TEST(ScanPolygon, OnePointMoreStopsTheRun) {
-    testing::internal::CaptureStdout();
-    const std::string text = stop_of([] { scan({1, 1}, with_points(2002)); });
-    const std::string printed = testing::internal::GetCapturedStdout();
-    EXPECT_NE(text.find("222"), std::string::npos) << text;
-    EXPECT_EQ(printed.find(" NB = "), 0U) << printed;
-    EXPECT_NE(printed.find(" 2002\n"), std::string::npos) << printed;
+    EXPECT_EQ(stop_of([] { scan({1, 1}, with_points(2002)); }), " NB =         2002\n222");
 }
 
 TEST(ScanPolygon, ShortAnswersComeBeforeTheLimit) {
