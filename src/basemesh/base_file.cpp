@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "basemesh/block_tables.h"
+#include "mesh/block_tables.h"
 #include "channel/free_field.h"
 #include "channel/layout.h"
 #include "mesh/node_grid.h"

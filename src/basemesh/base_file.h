@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "basemesh/block_tables.h"
+#include "mesh/block_tables.h"
 #include "channel/channels.h"
 #include "mesh/edition.h"
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "basemesh/block_tables.h"
+#include "mesh/block_tables.h"
 #include "channel/channels.h"
 #include "mesh/edition.h"
 

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <span>
 
-#include "basemesh/block_tables.h"
+#include "mesh/block_tables.h"
 #include "channel/free_field.h"
 #include "mesh/edition.h"
 

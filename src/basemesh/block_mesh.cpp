@@ -5,7 +5,7 @@
 
 #include "basemesh/base_file.h"
 #include "basemesh/block_file.h"
-#include "basemesh/block_tables.h"
+#include "mesh/block_tables.h"
 #include "channel/channels.h"
 #include "channel/layout.h"
 #include "channel/run_end.h"

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "basemesh/block_tables.h"
+#include "mesh/block_tables.h"
 #include "channel/channels.h"
 #include "mesh/edition.h"
 

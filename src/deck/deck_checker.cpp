@@ -3,7 +3,7 @@
 #include <span>
 #include <string>
 
-#include "basemesh/block_tables.h"
+#include "mesh/block_tables.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/real_to_integer.h"

@@ -6,7 +6,7 @@
 #include "channel/free_field.h"
 #include "channel/layout.h"
 #include "deck/card_stream.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/move_tables.h"
 #include "channel/channel_numbers.h"
 

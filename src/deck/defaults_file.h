@@ -2,7 +2,7 @@
 #pragma once
 
 #include "channel/channels.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/move_tables.h"
 
 namespace brelan {

@@ -10,7 +10,7 @@
 #include "deck/deck_tables.h"
 #include "deck/group_card_table.h"
 #include "deck/normalised_deck.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan {
 

@@ -7,7 +7,7 @@
 
 #include "group/engine.h"
 #include "group/geometry.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {

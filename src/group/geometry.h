@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <span>
 
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan {
 

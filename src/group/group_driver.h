@@ -3,7 +3,7 @@
 
 #include "channel/channels.h"
 #include "group/engine.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {

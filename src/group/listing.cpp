@@ -4,7 +4,7 @@
 
 #include "channel/free_field.h"
 #include "group/engine_mesh.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan {
 

@@ -8,7 +8,7 @@
 
 #include "channel/channels.h"
 #include "group/geometry.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "group/engine.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {

@@ -7,7 +7,7 @@
 
 #include "channel/fixed_lines.h"
 #include "channel/layout.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 #include "channel/channel_numbers.h"
 #include "mesh/edition.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "channel/channels.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/edit_tables.h"
 #include "mesh/result_file.h"
 #include "mesh/tables.h"

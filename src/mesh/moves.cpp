@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan {
 

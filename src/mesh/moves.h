@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/move_tables.h"
 #include "mesh/tables.h"
 

@@ -6,7 +6,7 @@
 
 #include "channel/layout.h"
 #include "channel/real_to_integer.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "output/blocks.h"
 #include "output/group_text.h"
 #include "mesh/edition.h"

@@ -7,7 +7,7 @@
 
 #include "channel/channels.h"
 #include "channel/trace.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/edition.h"
 #include "mesh/tables.h"
 #include "output/group_members.h"

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "channel/layout.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "output/blocks.h"
 #include "output/graf_2d_texts.h"
 #include "output/group_text.h"

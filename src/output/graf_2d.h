@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "channel/channels.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/edition.h"
 #include "mesh/mesh_records.h"
 #include "output/group_members.h"

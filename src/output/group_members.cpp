@@ -1,7 +1,7 @@
 #include "output/group_members.h"
 
 #include "channel/free_field.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "channel/channels.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan {
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "channel/channels.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "output/activity.h"
 #include "output/graf_2d.h"
 #include "output/graf_xy.h"

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "channel/channels.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/edition.h"
 #include "output/activity.h"
 #include "output/group_members.h"

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "channel/layout.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "output/blocks.h"
 
 namespace brelan {

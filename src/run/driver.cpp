@@ -7,7 +7,7 @@
 #include "deck/deck_checker.h"
 #include "deck/deck_tables.h"
 #include "deck/error_report.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/combine_tables.h"
 #include "mesh/tables.h"
 #include "run/base_mesh_run.h"

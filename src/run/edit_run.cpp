@@ -4,7 +4,7 @@
 
 #include "channel/channels.h"
 #include "deck/strip_mesh.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/boundary_file.h"
 #include "mesh/compaction.h"
 #include "mesh/edit_mesh.h"

@@ -9,7 +9,7 @@
 #include "group/listing.h"
 #include "group/loader.h"
 #include "group/membership.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/edit_tables.h"
 #include "mesh/line_up.h"
 #include "mesh/moves.h"

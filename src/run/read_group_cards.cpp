@@ -7,7 +7,7 @@
 #include "channel/free_field.h"
 #include "channel/real_to_integer.h"
 #include "group/geometry.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "channel/channel_numbers.h"
 #include "run/run.h"
 
