@@ -101,9 +101,10 @@ std::int32_t read_base_mesh(CardReader& cards) {
     cards.values(FORM_BLOCKS);
     const std::int32_t block_columns = cards.integer(1);
     const std::int32_t block_rows = cards.integer(2);
-    if (block_columns < 1 || block_columns > MOST_BLOCK_ROWS || block_rows < 1 || block_rows > MOST_BLOCK_ROWS)
-        cards.fault("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS) + ", found " +
-                    std::to_string(block_columns) + " and " + std::to_string(block_rows));
+    if (block_columns < 1 || block_columns > MOST_BLOCK_ROWS || block_rows < 1 ||
+        block_rows > MOST_BLOCK_ROWS)
+        cards.fault("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS) +
+                    ", found " + std::to_string(block_columns) + " and " + std::to_string(block_rows));
     cards.values(FORM_CORNER);
     for (std::int32_t column = 1; column <= block_columns; ++column)
         cards.values(FORM_COLUMN);

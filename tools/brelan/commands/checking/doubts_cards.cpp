@@ -44,7 +44,8 @@ void doubt_ranges(Doubts& doubts, const DeckCard& card, bool ranges) {
     for (std::size_t i = 0; i < card.list.size(); ++i) {
         const double value = number(card.list[i]);
         if (std::abs(value) > HIGHEST_NODE_NUMBER)
-            doubts.end_of_run("too-large", &card, fmt::format("{:g}: numbers go up to {}", value, HIGHEST_NODE_NUMBER));
+            doubts.end_of_run("too-large", &card,
+                              fmt::format("{:g}: numbers go up to {}", value, HIGHEST_NODE_NUMBER));
         if (value >= 0.0)
             continue;
         if (!ranges)
@@ -63,9 +64,9 @@ void doubt_ranges(Doubts& doubts, const DeckCard& card, bool ranges) {
 void doubt_pairs(Doubts& doubts, const DeckCard& card) {
     for (const float value : card.list)
         if (const std::int32_t number = whole_number(value); number < 1 || number > HIGHEST_NODE_NUMBER)
-            doubts.end_of_run(
-                "bad-number", &card,
-                fmt::format("{}: pairs have single numbers from 1 to {}, and know no ranges", number, HIGHEST_NODE_NUMBER));
+            doubts.end_of_run("bad-number", &card,
+                              fmt::format("{}: pairs have single numbers from 1 to {}, and know no ranges",
+                                          number, HIGHEST_NODE_NUMBER));
 }
 
 void doubt_window(Doubts& doubts, const DeckCard& card) {
@@ -125,9 +126,11 @@ void doubt_middles(Doubts& doubts) {
 
 void doubt_start_numbers(Doubts& doubts, const DeckCard& card) {
     for (const char* name : {"NSNEL", "NSNODE"})
-        if (const std::int32_t first = card.integer(name); first < 1 || (first > HIGHEST_NODE_NUMBER && first <= 99999))
-            doubts.end_of_run("bad-number", &card,
-                              fmt::format("{} {}: numbers go from 1 to {}", name, first, HIGHEST_NODE_NUMBER));
+        if (const std::int32_t first = card.integer(name);
+            first < 1 || (first > HIGHEST_NODE_NUMBER && first <= 99999))
+            doubts.end_of_run(
+                "bad-number", &card,
+                fmt::format("{} {}: numbers go from 1 to {}", name, first, HIGHEST_NODE_NUMBER));
 }
 
 void doubt_counts(Doubts& doubts, const DeckCard& card) {

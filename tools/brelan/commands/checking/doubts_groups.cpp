@@ -146,9 +146,9 @@ void doubt_size(Doubts& doubts, const DeckGroup& group) {
     const Deck& deck = doubts.deck();
     for (const DeckSegment& segment : group.segments)
         if (std::abs(segment.divisions) > MOST_POLYGON_POINTS) {
-            doubts.end_of_run(
-                "too-large", &deck.cards[segment.card],
-                fmt::format("NDIV {}: a segment has at most {} parts", segment.divisions, MOST_POLYGON_POINTS));
+            doubts.end_of_run("too-large", &deck.cards[segment.card],
+                              fmt::format("NDIV {}: a segment has at most {} parts", segment.divisions,
+                                          MOST_POLYGON_POINTS));
             return;
         }
     if (group.path.size() > static_cast<std::size_t>(MOST_POLYGON_POINTS))
