@@ -130,12 +130,12 @@ private:
         local_ = {cards_.value(4), cards_.value(5)};
         for (std::int32_t i = 1; i <= point_count_; ++i) {
             cards_.values(FORM_POINT);
-            const std::int32_t NP = cards_.integer(1);
+            const std::int32_t point_number = cards_.integer(1);
             Point p{cards_.value(2) + local_.x, cards_.value(3) + local_.y};
             if (from_reference)
                 p = {p.x + reference_.x, p.y + reference_.y};
-            if (NP >= 1 && NP <= MOST_GROUP_POINTS)
-                point(NP) = in_64_bits(p);
+            if (point_number >= 1 && point_number <= MOST_GROUP_POINTS)
+                point(point_number) = in_64_bits(p);
         }
     }
 
@@ -152,7 +152,7 @@ private:
             segment.card = deck_.cards.size() - 1;
             segment.segment_type = cards_.integer(2);
             segment.divisions = group_.group_type == CLOSING_OUTLINE ? 0 : cards_.integer(3);
-            segment.IEND = group_.group_type == CLOSING_OUTLINE ? 3 : cards_.integer(4);
+            segment.end_rule = group_.group_type == CLOSING_OUTLINE ? 3 : cards_.integer(4);
             group_.segments.push_back(segment);
             arcs_.emplace_back();
             if (segment.segment_type == ARC)

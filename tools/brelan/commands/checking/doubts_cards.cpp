@@ -75,21 +75,24 @@ void doubt_window(Doubts& doubts, const DeckCard& card) {
                      "the window has no area: XMIN and YMIN are to be the smaller ones");
 }
 
-void doubt_strip(Doubts& doubts, const DeckCard& card, const char* length, const char* smallest,
-                 const char* place) {
-    const float L = card.real(length), D = card.real(smallest), A = std::abs(card.real(place));
-    if (!(L > 0.0F))
-        doubts.doubt("bad-length", &card, fmt::format("{} {:g}: expected a length above 0", length, L));
-    if (!(D > 0.0F))
-        doubts.doubt("bad-length", &card, fmt::format("{} {:g}: expected a length above 0", smallest, D));
-    if (A < FINEST)
+void doubt_strip(Doubts& doubts, const DeckCard& card, const char* width_name, const char* smallest_name,
+                 const char* position_name) {
+    const float width = card.real(width_name), smallest = card.real(smallest_name),
+                position = std::abs(card.real(position_name));
+    if (!(width > 0.0F))
+        doubts.doubt("bad-length", &card,
+                     fmt::format("{} {:g}: expected a length above 0", width_name, width));
+    if (!(smallest > 0.0F))
+        doubts.doubt("bad-length", &card,
+                     fmt::format("{} {:g}: expected a length above 0", smallest_name, smallest));
+    if (position < FINEST)
         doubts.doubt("bad-grading", &card,
-                     fmt::format("{} {:g}: taken for {:g}; 0.3 to 0.5 grade, 0.5 is even", place,
-                                 card.real(place), std::copysign(FINEST, card.real(place))));
-    if (A > EVEN)
+                     fmt::format("{} {:g}: taken for {:g}; 0.3 to 0.5 grade, 0.5 is even", position_name,
+                                 card.real(position_name), std::copysign(FINEST, card.real(position_name))));
+    if (position > EVEN)
         doubts.doubt("bad-grading", &card,
-                     fmt::format("{} {:g}: taken for {:g}, which is even", place, card.real(place),
-                                 std::copysign(EVEN, card.real(place))));
+                     fmt::format("{} {:g}: taken for {:g}, which is even", position_name,
+                                 card.real(position_name), std::copysign(EVEN, card.real(position_name))));
 }
 
 // A graded column or row comes out wavy when its middle key point lies on the coordinate 0: even along the
@@ -104,10 +107,10 @@ void doubt_middles(Doubts& doubts) {
         if (card.number == "4.4")
             height += card.real("H");
     float x = corner->real("Xo"), y = corner->real("Yo") + height;
-    const auto look = [&](const DeckCard& card, float start, float direction, float L, float A) {
-        const float share = std::clamp(std::abs(A), FINEST, EVEN);
-        const float middle = start + direction * (A >= 0.0F ? share * L : L - share * L);
-        if (std::abs(middle) < 1e-6F * L && share < EVEN)
+    const auto look = [&](const DeckCard& card, float start, float direction, float width, float position) {
+        const float share = std::clamp(std::abs(position), FINEST, EVEN);
+        const float middle = start + direction * (position >= 0.0F ? share * width : width - share * width);
+        if (std::abs(middle) < 1e-6F * width && share < EVEN)
             doubts.doubt(
                 "middle-on-zero", &card,
                 "its middle point lies on the coordinate 0, where it counts as not given on the edges of "
