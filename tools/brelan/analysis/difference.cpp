@@ -16,7 +16,8 @@ bool same_real(float a, float b) {
 }
 
 bool same_nodes(const ElementWords& a, const ElementWords& b) {
-    return a.corner_1 == b.corner_1 && a.corner_2 == b.corner_2 && a.corner_3 == b.corner_3 && a.corner_4 == b.corner_4 && a.midside_5 == b.midside_5 && a.midside_6 == b.midside_6 &&
+    return a.corner_1 == b.corner_1 && a.corner_2 == b.corner_2 && a.corner_3 == b.corner_3 &&
+           a.corner_4 == b.corner_4 && a.midside_5 == b.midside_5 && a.midside_6 == b.midside_6 &&
            a.midside_7 == b.midside_7 && a.midside_8 == b.midside_8;
 }
 
@@ -85,8 +86,8 @@ bool same_attributes(const Mesh& mesh_a, const Mesh& mesh_b, const Element& a, c
         return true;
     switch (mesh_a.kind) {
         case LayoutKind::coupled:
-            return a.skeleton == b.skeleton && a.KF == b.KF && a.integration_r == b.integration_r && a.integration_s == b.integration_s &&
-                   same_real(a.real_attribute, b.real_attribute);
+            return a.skeleton == b.skeleton && a.fluid == b.fluid && a.integration_r == b.integration_r &&
+                   a.integration_s == b.integration_s && same_real(a.real_attribute, b.real_attribute);
         case LayoutKind::temperature:
         case LayoutKind::head:
             return a.attribute == b.attribute;
@@ -131,9 +132,11 @@ std::vector<FieldChange> node_changes(const Mesh& a, const Mesh& b, PlacePair no
     const std::vector<std::string_view> names = code_names(a.kind);
     for (std::size_t k = 0; k < names.size(); ++k)
         if (x.codes[k] != y.codes[k])
-            changes.push_back({std::string(names[k]), std::to_string(x.codes[k]), std::to_string(y.codes[k])});
+            changes.push_back(
+                {std::string(names[k]), std::to_string(x.codes[k]), std::to_string(y.codes[k])});
     if (!same_real(x.head, y.head))
-        changes.push_back({std::string(value_name(a.kind)), fmt::format("{}", x.head), fmt::format("{}", y.head)});
+        changes.push_back(
+            {std::string(value_name(a.kind)), fmt::format("{}", x.head), fmt::format("{}", y.head)});
     if (!same_real(x.coefficient, y.coefficient))
         changes.push_back({"CF", fmt::format("{}", x.coefficient), fmt::format("{}", y.coefficient)});
     return changes;

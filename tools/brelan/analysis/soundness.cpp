@@ -183,7 +183,8 @@ private:
         free.count = free_.size();
         std::vector<std::int32_t> roots;
         for (const Side& side : free_) {
-            free.edges.push_back({element(side.element).number, node_number(side.from), node_number(side.to)});
+            free.edges.push_back(
+                {element(side.element).number, node_number(side.from), node_number(side.to)});
             free.length += distance(mesh_.point(side.from), mesh_.point(side.to));
             roots.push_back(loops.find(side.low));
         }
@@ -225,7 +226,8 @@ private:
                     return;
                 if (distance_within(mesh_.point(side.from), mesh_.point(side.to), points[at(k)]) <=
                     result_.tolerance)
-                    add(Check::hanging_node, {element(side.element).number, node_number(n), 0, points[at(k)]});
+                    add(Check::hanging_node,
+                        {element(side.element).number, node_number(n), 0, points[at(k)]});
             });
         }
         auto& places = result_.findings[static_cast<std::size_t>(Check::hanging_node)].places;

@@ -96,7 +96,7 @@ Mesh squares(LayoutKind kind, int left, int columns, int rows, Number first_elem
             e.number = first_element + static_cast<Number>(mesh.elements.size());
             e.words = {
                 node_at(c + 1, r), node_at(c, r), node_at(c, r + 1), node_at(c + 1, r + 1), 0, 0, 0, 0, 1};
-            e.KF = 1;
+            e.fluid = 1;
             e.integration_r = e.integration_s = 2;
             e.thickness = 1.0F;
             e.density = 2.3F;

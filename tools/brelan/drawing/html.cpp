@@ -174,7 +174,8 @@ private:
             corners.insert(corners.end(), corners_[i].place.begin(), corners_[i].place.end());
             const ElementWords& w = e.words;
             midsides.insert(midsides.end(), {w.midside_5, w.midside_6, w.midside_7, w.midside_8});
-            has_midsides = has_midsides || w.midside_5 != 0 || w.midside_6 != 0 || w.midside_7 != 0 || w.midside_8 != 0;
+            has_midsides =
+                has_midsides || w.midside_5 != 0 || w.midside_6 != 0 || w.midside_7 != 0 || w.midside_8 != 0;
         }
         arrays_.add("elementNumber", numbers);
         arrays_.add("numberLine", element_number_lines(mesh_, corners_));

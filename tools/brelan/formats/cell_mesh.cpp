@@ -114,7 +114,8 @@ private:
                 throw Failure(fmt::format("{}: element {} names node {}, which is not there", mesh_.file,
                                           e.number, e.corner(k)));
         }
-        const std::array<Number, 4> midsides{e.words.midside_5, e.words.midside_6, e.words.midside_7, e.words.midside_8};
+        const std::array<Number, 4> midsides{e.words.midside_5, e.words.midside_6, e.words.midside_7,
+                                             e.words.midside_8};
         int there = 0;
         for (int k = 0; k < corners && !e.is_line(); ++k) {
             const std::int32_t place = mesh_.node_place(midsides[static_cast<std::size_t>(k)]);
@@ -124,7 +125,7 @@ private:
         const bool quadratic = !e.is_line() && there == corners;
         cells_.add_cell(corners == 2   ? Shape2D::line
                         : corners == 3 ? (quadratic ? Shape2D::triangle6 : Shape2D::triangle)
-                                       : (quadratic ? Shape2D::quad8 : Shape2D::quadrilateral_part),
+                                       : (quadratic ? Shape2D::quad8 : Shape2D::quad),
                         nodes.data());
     }
 
@@ -176,7 +177,7 @@ private:
         std::vector<DataArray>& data = cells_.cell_data;
         const std::vector<Element>& elements = mesh_.elements;
         data.push_back(array_of(NUMBER, true, elements, [](const Element& e) { return e.number; }));
-        data.push_back(array_of(MATERIAL_OF_BLOCK, true, elements, [](const Element& e) { return e.words.material; }));
+        data.push_back(array_of(MATERIAL, true, elements, [](const Element& e) { return e.words.material; }));
         data.push_back(
             array_of(CLASS, true, elements, [](const Element& e) { return static_cast<int>(e.of) + 1; }));
         for (const Attribute& a : attributes(mesh_.kind))
@@ -187,7 +188,8 @@ private:
                 data.push_back(
                     array_of(a.name, false, elements, [&](const Element& e) { return e.*a.real; }));
         if (std::none_of(elements.begin(), elements.end(), [](const Element& e) {
-                return e.words.midside_5 != 0 || e.words.midside_6 != 0 || e.words.midside_7 != 0 || e.words.midside_8 != 0;
+                return e.words.midside_5 != 0 || e.words.midside_6 != 0 || e.words.midside_7 != 0 ||
+                       e.words.midside_8 != 0;
             }))
             return;
         for (const auto& [name, word] : MIDSIDES)

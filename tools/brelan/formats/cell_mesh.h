@@ -68,14 +68,14 @@ struct CellMesh {
 };
 
 // Names of the arrays that every mesh of ours carries besides its codes and attributes.
-inline constexpr std::string_view NUMBER = "number", MATERIAL_OF_BLOCK = "material", CLASS = "class";
+inline constexpr std::string_view NUMBER = "number", MATERIAL = "material", CLASS = "class";
 
 // The arrays of the midside nodes, whose values are numbers.
 inline constexpr std::array<std::pair<std::string_view, std::int32_t ElementWords::*>, 4> MIDSIDES{
-    {{"M5", &ElementWords::M5},
-     {"M6", &ElementWords::M6},
-     {"M7", &ElementWords::M7},
-     {"M8", &ElementWords::M8}}};
+    {{"M5", &ElementWords::midside_5},
+     {"M6", &ElementWords::midside_6},
+     {"M7", &ElementWords::midside_7},
+     {"M8", &ElementWords::midside_8}}};
 
 // The name under which another kind holds the same code; empty where none does.
 std::string_view same_code(std::string_view name);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::array<std::pair<Shape2D, int>, 8> TYPES{{{Shape2D::line, 1},
                                                         {Shape2D::triangle, 2},
-                                                        {Shape2D::quadrilateral_part, 3},
+                                                        {Shape2D::quad, 3},
                                                         {Shape2D::line3, 8},
                                                         {Shape2D::triangle6, 9},
                                                         {Shape2D::quad9, 10},

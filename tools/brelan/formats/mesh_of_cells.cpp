@@ -157,8 +157,8 @@ private:
         result_.centres = points.centres;
         result_.midsides = points.midsides;
         if (points.count() > HIGHEST_NODE_NUMBER)
-            throw Failure(
-                fmt::format("{}: expected at most {} points, found {}", cells_.file, HIGHEST_NODE_NUMBER, points.count()));
+            throw Failure(fmt::format("{}: expected at most {} points, found {}", cells_.file,
+                                      HIGHEST_NODE_NUMBER, points.count()));
         for (std::size_t n = 0; n < points.kept.size(); ++n)
             if (points.kept[n])
                 places_.push_back(n);
@@ -185,8 +185,8 @@ private:
         }
         if (value_name(mesh().kind).empty())
             return;
-        set_reals(value_name(mesh().kind), &Node::H);
-        set_reals("CF", &Node::CF);
+        set_reals(value_name(mesh().kind), &Node::head);
+        set_reals("CF", &Node::coefficient);
     }
 
     void set_reals(std::string_view name, float Node::*member) {
@@ -254,18 +254,18 @@ private:
         if (mesh().elements.empty())
             throw Failure(fmt::format("{}: expected triangles and quadrilaterals, found none", cells_.file));
         if (mesh().elements.size() > HIGHEST_ELEMENT_NUMBER)
-            throw Failure(fmt::format("{}: expected at most {} elements, found {}", cells_.file, HIGHEST_ELEMENT_NUMBER,
-                                      mesh().elements.size()));
+            throw Failure(fmt::format("{}: expected at most {} elements, found {}", cells_.file,
+                                      HIGHEST_ELEMENT_NUMBER, mesh().elements.size()));
     }
 
     void fill_elements() {
-        const DataArray* material_array = cells_.cell_array(MATERIAL_OF_BLOCK);
+        const DataArray* material_array = cells_.cell_array(MATERIAL);
         for (const std::string_view name : {"gmsh:physical", "medit:ref", "CellEntityIds"})
             if (material_array == nullptr)
                 material_array = cells_.cell_array(name);
         const std::vector<std::int32_t> materials = integers(material_array);
-        const std::vector<Number> list =
-            numbers(cells_.cell_array(NUMBER), cells_.cell_tags, cells_of_elements_, HIGHEST_ELEMENT_NUMBER, "element");
+        const std::vector<Number> list = numbers(cells_.cell_array(NUMBER), cells_.cell_tags,
+                                                 cells_of_elements_, HIGHEST_ELEMENT_NUMBER, "element");
         for (std::size_t i = 0; i < cells_of_elements_.size(); ++i) {
             const std::size_t cell = cells_of_elements_[i];
             Element& e = mesh().elements[i];
@@ -294,14 +294,14 @@ private:
         e.words.corner_2 = number(1);
         e.words.corner_3 = number(2);
         e.words.corner_4 = corners == 4 ? number(3) : 0;
-        if (shape != Shape2D::triangle && shape != Shape2D::quadrilateral_part) {
+        if (shape != Shape2D::triangle && shape != Shape2D::quad) {
             e.words.midside_5 = number(corners);
             e.words.midside_6 = number(corners + 1);
             e.words.midside_7 = number(corners + 2);
             e.words.midside_8 = corners == 4 ? number(corners + 3) : 0;
         }
         e.words.material = material;
-        e.KF = 1;
+        e.fluid = 1;
         e.integration_r = e.integration_s = 2;
         e.thickness = 1.0F;
         e.density = USUAL_DENSITY;

@@ -101,8 +101,8 @@ private:
 
     void add_cell(std::size_t cell, int type, const double* nodes, std::size_t count, std::size_t points) {
         if (type == POLYGON && (count == 3 || count == 4))
-            type = static_cast<int>(count == 3 ? Shape2D::triangle : Shape2D::quadrilateral_part);
-        const auto shape = static_cast<Shape2D>(type == PIXEL ? static_cast<int>(Shape2D::quadrilateral_part) : type);
+            type = static_cast<int>(count == 3 ? Shape2D::triangle : Shape2D::quad);
+        const auto shape = static_cast<Shape2D>(type == PIXEL ? static_cast<int>(Shape2D::quad) : type);
         if (type < 0 || type > 255 || nodes_of(shape) == 0)
             throw Failure(fmt::format(
                 "cell {}: expected vertices, lines, triangles and quadrilaterals, found VTK type {}", cell,

@@ -71,7 +71,7 @@ void write_vtu(const CellMesh& cells, const std::filesystem::path& path) {
                           cells.cell_count()));
     write_data(out, "PointData", cells.point_data.empty() ? "" : cells.point_data.front().name,
                cells.point_data);
-    write_data(out, "CellData", MATERIAL_OF_BLOCK, cells.cell_data);
+    write_data(out, "CellData", MATERIAL, cells.cell_data);
     out.write("      <Points>\n");
     write_array(out, "Float32", "Points", 3, bytes_of(cells.points));
     out.write("      </Points>\n      <Cells>\n");

@@ -21,16 +21,16 @@ namespace {
 // --- combination, edit ---------------------------------------------------------------------------
 
 void read_combination(Deck& deck, CardReader& cards) {
-    deck.FILEA = cards.file_name("2.1-1", "FILEA");
-    deck.FILEB = cards.file_name("2.1-2", "FILEB");
+    deck.first_mesh = cards.file_name("2.1-1", "FILEA");
+    deck.second_mesh = cards.file_name("2.1-2", "FILEB");
     deck.result = cards.file_name("2.1-3", "FILEC");
     cards.values(FORM_INTERFACE);
     if (cards.integer(1) != 1)
         return;
     cards.values(FORM_PAIRS);
-    const std::int32_t NINT = cards.count(FORM_PAIRS, MOST_CARD_VALUES);
-    cards.list(FORM_PAIRS, NINT, "nodes of FILEA");
-    cards.list(FORM_PAIRS, NINT, "their partners of FILEB");
+    const std::int32_t pair_count = cards.count(FORM_PAIRS, MOST_CARD_VALUES);
+    cards.list(FORM_PAIRS, pair_count, "nodes of FILEA");
+    cards.list(FORM_PAIRS, pair_count, "their partners of FILEB");
 }
 
 void read_selection(CardReader& cards, const SelectionForms& forms) {
@@ -56,7 +56,7 @@ void read_edit(Deck& deck, CardReader& cards) {
     if (cards.look_ahead_to_edit() == slope)
         cards.unused_name("3.1-1", "FILEA");
     else
-        deck.FILEA = cards.file_name("3.1-1", "FILEA");
+        deck.first_mesh = cards.file_name("3.1-1", "FILEA");
     deck.result = cards.file_name("3.1-2", "FILEM");
     cards.values(FORM_START);
     cards.values(FORM_EDIT);
@@ -101,9 +101,10 @@ std::int32_t read_base_mesh(CardReader& cards) {
     cards.values(FORM_BLOCKS);
     const std::int32_t block_columns = cards.integer(1);
     const std::int32_t block_rows = cards.integer(2);
-    if (block_columns < 1 || block_columns > MOST_BLOCK_ROWS || block_rows < 1 || block_rows > MOST_BLOCK_ROWS)
-        cards.fault("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS) + ", found " +
-                    std::to_string(block_columns) + " and " + std::to_string(block_rows));
+    if (block_columns < 1 || block_columns > MOST_BLOCK_ROWS || block_rows < 1 ||
+        block_rows > MOST_BLOCK_ROWS)
+        cards.fault("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS) +
+                    ", found " + std::to_string(block_columns) + " and " + std::to_string(block_rows));
     cards.values(FORM_CORNER);
     for (std::int32_t column = 1; column <= block_columns; ++column)
         cards.values(FORM_COLUMN);
@@ -131,13 +132,13 @@ void read_dam(CardReader& cards) {
 
 void read_cards(Deck& deck, CardReader& cards) {
     cards.values(FORM_MODE);
-    deck.IMOD = cards.integer(1);
-    std::int32_t edit_switch = deck.IMOD;
-    if (deck.IMOD == 3)
+    deck.mode = cards.integer(1);
+    std::int32_t edit_switch = deck.mode;
+    if (deck.mode == 3)
         read_dam(cards);
-    else if (deck.IMOD <= 0)
+    else if (deck.mode <= 0)
         read_combination(deck, cards);
-    else if (deck.IMOD == 2)
+    else if (deck.mode == 2)
         edit_switch = read_base_mesh(cards);
     if (edit_switch == 1)
         read_edit(deck, cards);

@@ -30,21 +30,26 @@ double distance(const DeckPoint& a, const DeckPoint& b) {
 
 struct Arc {
     Point centre;
-    float Rx = 0.0F, Ry = 0.0F, Qb = 0.0F, Qe = 0.0F;
+    float half_axis_x = 0.0F, half_axis_y = 0.0F, begin_angle = 0.0F, end_angle = 0.0F;
 };
 
 // The points of an arc from its start to its end.
 std::vector<DeckPoint> arc_points(const Arc& arc, std::int32_t divisions) {
     std::int32_t parts = std::abs(divisions);
     if (parts == 0)
-        parts = std::max(FEWEST_PARTS, to_integer(std::abs(std::round((arc.end_angle - arc.begin_angle) * PARTS_PER_RADIAN))));
+        parts =
+            std::max(FEWEST_PARTS,
+                     to_integer(std::abs(std::round((arc.end_angle - arc.begin_angle) * PARTS_PER_RADIAN))));
     parts = std::clamp(parts, 1, MOST_POLYGON_POINTS);
-    std::vector<DeckPoint> points{in_64_bits(ellipse_point(arc.begin_angle, arc.centre, arc.half_axis_x, arc.half_axis_y))};
+    std::vector<DeckPoint> points{
+        in_64_bits(ellipse_point(arc.begin_angle, arc.centre, arc.half_axis_x, arc.half_axis_y))};
     const ArcTable table(arc.begin_angle, arc.end_angle, arc.half_axis_x, arc.half_axis_y, parts);
     for (std::int32_t i = 1; i <= parts; ++i) {
-        const float even = arc.begin_angle + (arc.end_angle - arc.begin_angle) * static_cast<float>(i) / static_cast<float>(parts);
-        points.push_back(in_64_bits(arc.half_axis_x == arc.half_axis_y ? ellipse_point(even, arc.centre, arc.half_axis_x, arc.half_axis_y)
-                                                     : table.point(i, arc.centre)));
+        const float even = arc.begin_angle + (arc.end_angle - arc.begin_angle) * static_cast<float>(i) /
+                                                 static_cast<float>(parts);
+        points.push_back(in_64_bits(arc.half_axis_x == arc.half_axis_y
+                                        ? ellipse_point(even, arc.centre, arc.half_axis_x, arc.half_axis_y)
+                                        : table.point(i, arc.centre)));
     }
     return points;
 }
@@ -120,17 +125,17 @@ private:
 
     void read_points() {
         cards_.values(FORM_POINTS);
-        NPOINT_ = cards_.count(FORM_POINTS, MOST_GROUP_POINTS);
+        point_count_ = cards_.count(FORM_POINTS, MOST_GROUP_POINTS);
         const bool from_reference = cards_.integer(3) == 1;
         local_ = {cards_.value(4), cards_.value(5)};
-        for (std::int32_t i = 1; i <= NPOINT_; ++i) {
+        for (std::int32_t i = 1; i <= point_count_; ++i) {
             cards_.values(FORM_POINT);
-            const std::int32_t NP = cards_.integer(1);
+            const std::int32_t point_number = cards_.integer(1);
             Point p{cards_.value(2) + local_.x, cards_.value(3) + local_.y};
             if (from_reference)
                 p = {p.x + reference_.x, p.y + reference_.y};
-            if (NP >= 1 && NP <= MOST_GROUP_POINTS)
-                point(NP) = in_64_bits(p);
+            if (point_number >= 1 && point_number <= MOST_GROUP_POINTS)
+                point(point_number) = in_64_bits(p);
         }
     }
 
@@ -147,14 +152,14 @@ private:
             segment.card = deck_.cards.size() - 1;
             segment.segment_type = cards_.integer(2);
             segment.divisions = group_.group_type == CLOSING_OUTLINE ? 0 : cards_.integer(3);
-            segment.IEND = group_.group_type == CLOSING_OUTLINE ? 3 : cards_.integer(4);
+            segment.end_rule = group_.group_type == CLOSING_OUTLINE ? 3 : cards_.integer(4);
             group_.segments.push_back(segment);
             arcs_.emplace_back();
             if (segment.segment_type == ARC)
                 read_arc(k, segment_count, open);
         }
         if (segment_count > 0)
-            NPOINT_ = open ? segment_count + 1 : segment_count;
+            point_count_ = open ? segment_count + 1 : segment_count;
     }
 
     // An arc gives its ends to the outline, over what the points' cards gave.
@@ -185,10 +190,10 @@ private:
     }
 
     void build_path() {
-        for (std::int32_t i = 1; i <= NPOINT_; ++i)
+        for (std::int32_t i = 1; i <= point_count_; ++i)
             group_.points.push_back(point(i));
         group_.closed = std::abs(group_.group_type) != 2;
-        if (!group_.closed && NPOINT_ > 1 && distance(point(1), point(NPOINT_)) < SAME_PLACE)
+        if (!group_.closed && point_count_ > 1 && distance(point(1), point(point_count_)) < SAME_PLACE)
             group_.closed = true;
         if (group_.segments.empty()) {
             group_.path = group_.points;
@@ -206,7 +211,7 @@ private:
         DeckSegment& segment = group_.segments[place];
         const Arc& arc = arcs_[place];
         const DeckPoint start = point(k);
-        const DeckPoint end = k == NPOINT_ ? point(1) : point(k + 1);
+        const DeckPoint end = k == point_count_ ? point(1) : point(k + 1);
         if (segment.segment_type == ARC && arc.begin_angle != arc.end_angle) {
             segment.path = arc_points(arc, segment.divisions);
         } else if (segment.segment_type == STRAIGHT || segment.segment_type == ARC) {
@@ -228,7 +233,7 @@ private:
     CardReader& cards_;
     DeckGroup group_;
     Point reference_, local_;
-    std::int32_t NPOINT_ = 0;
+    std::int32_t point_count_ = 0;
     std::vector<DeckPoint> points_;
     std::vector<Arc> arcs_;  // by segment
 };

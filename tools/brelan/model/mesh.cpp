@@ -101,8 +101,8 @@ std::string_view value_name(LayoutKind kind) {
 std::vector<Attribute> attributes(LayoutKind kind) {
     switch (kind) {
         case LayoutKind::coupled:
-            return {{"KS", &ElementRecord::KS, nullptr},
-                    {"KF", &ElementRecord::KF, nullptr},
+            return {{"KS", &ElementRecord::skeleton, nullptr},
+                    {"KF", &ElementRecord::fluid, nullptr},
                     {"INTR", &ElementRecord::integration_r, nullptr},
                     {"INTS", &ElementRecord::integration_s, nullptr},
                     {"TBJWL", nullptr, &ElementRecord::real_attribute}};

@@ -45,7 +45,9 @@ struct Element : ElementRecord {
 
     // Type of its section in a mesh file.
     std::int8_t section() const {
-        return of == ElementClass::beam ? ELEMENT_BEAM : of == ElementClass::truss ? ELEMENT_TRUSS : ELEMENT_CONTINUUM;
+        return of == ElementClass::beam    ? ELEMENT_BEAM
+               : of == ElementClass::truss ? ELEMENT_TRUSS
+                                           : ELEMENT_CONTINUUM;
     }
 };
 

@@ -150,13 +150,14 @@ private:
         }
         require_number(e.number, HIGHEST_ELEMENT_NUMBER, "an element");
         const ElementWords& w = e.words;
-        for (const std::int32_t word : {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8})
+        for (const std::int32_t word : {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
+                                        w.midside_6, w.midside_7, w.midside_8})
             if (word > HIGHEST_NODE_NUMBER)
                 file_.fail_behind(fmt::format("element {}: expected node numbers of at most {}, found {}",
                                               e.number, HIGHEST_NODE_NUMBER, word));
         e.of = type == ELEMENT_BEAM    ? ElementClass::beam
                : type == ELEMENT_TRUSS ? ElementClass::truss
-                                  : ElementClass::solid;
+                                       : ElementClass::solid;
         mesh_.elements.push_back(e);
     }
 
@@ -196,7 +197,8 @@ void require_fields(const Mesh& mesh) {
     constexpr std::int64_t SIX_LOW = -99999, SIX_HIGH = 999999;  // of six columns behind a blank
     constexpr std::int64_t FIVE_HIGH = 99999;                    // of five columns behind a blank
     const bool midsides = has_midside_nodes(mesh.kind);
-    require_range(static_cast<std::int64_t>(mesh.nodes.size()), 0, HIGHEST_NODE_NUMBER, "count of nodes:", HIGHEST_NODE_NUMBER);
+    require_range(static_cast<std::int64_t>(mesh.nodes.size()), 0, HIGHEST_NODE_NUMBER,
+                  "count of nodes:", HIGHEST_NODE_NUMBER);
     for (const Node& node : mesh.nodes) {
         require_range(node.number, 1, HIGHEST_NODE_NUMBER, "node", node.number);
         for (const std::int32_t code : node.codes)
@@ -210,7 +212,8 @@ void require_fields(const Mesh& mesh) {
                       : midsides  ? HIGH
                                   : FIVE_HIGH,
                       "material of element", e.number);
-        for (const std::int32_t word : {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8})
+        for (const std::int32_t word : {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
+                                        w.midside_6, w.midside_7, w.midside_8})
             require_range(word, SIX_LOW, HIGHEST_NODE_NUMBER, "node of element", e.number);
         if (!e.is_line())
             for (const Attribute& attribute : attributes(mesh.kind))

@@ -14,8 +14,8 @@ namespace {
 struct Dam {
     const DeckCard *parts = nullptr, *profile = nullptr, *core = nullptr, *wall = nullptr;
     bool shells = false;
-    double height = 0.0, water_height = 0.0, left_run = 0.0, left_width = 0.0, WCREST = 0.0, middle_width = 0.0, right_run = 0.0,
-           right_width = 0.0;
+    double height = 0.0, water_height = 0.0, left_run = 0.0, left_width = 0.0, crest = 0.0,
+           middle_width = 0.0, right_run = 0.0, right_width = 0.0;
     double depth = 0.0;  // of all layers
 
     explicit Dam(const Deck& deck)
@@ -27,7 +27,7 @@ struct Dam {
                                    {"HWATER", &water_height},
                                    {"RUNL", &left_run},
                                    {"WLEFT", &left_width},
-                                   {"WCREST", &WCREST},
+                                   {"WCREST", &crest},
                                    {"WMID", &middle_width},
                                    {"RUNR", &right_run},
                                    {"WRIGHT", &right_width}})
@@ -69,7 +69,8 @@ void doubt_lengths(Doubts& doubts, const Dam& dam) {
                          fmt::format("{} {:g}: expected a length above 0", name, dam.profile->real(name)));
     if (dam.water_height > dam.height)
         doubts.doubt("bad-length", dam.profile, "HWATER: the water stands above the crest");
-    const double profile = dam.left_run + dam.WCREST + dam.right_run, blocks = dam.left_width + dam.middle_width + dam.right_width;
+    const double profile = dam.left_run + dam.crest + dam.right_run,
+                 blocks = dam.left_width + dam.middle_width + dam.right_width;
     if (!same_length(profile, blocks))
         doubts.doubt(
             "counts-disagree", dam.profile,

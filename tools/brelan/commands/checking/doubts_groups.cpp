@@ -34,15 +34,18 @@ void doubt_points(Doubts& doubts, const DeckGroup& group, const DeckCard& points
     for (const DeckCard& card : doubts.deck().cards) {
         if (card.group != group.number || card.number != "3.3.5.4.2-1")
             continue;
-        const std::int32_t NP = card.integer("NP");
-        if (NP < 1 || NP > MOST_GROUP_POINTS)
-            doubts.end_of_run("bad-number", &card,
-                              fmt::format("NP {}: points have numbers from 1 to {}", NP, MOST_GROUP_POINTS));
-        else if (NP > point_count)
+        const std::int32_t point_number = card.integer("NP");
+        if (point_number < 1 || point_number > MOST_GROUP_POINTS)
+            doubts.end_of_run(
+                "bad-number", &card,
+                fmt::format("NP {}: points have numbers from 1 to {}", point_number, MOST_GROUP_POINTS));
+        else if (point_number > point_count)
+            doubts.doubt(
+                "counts-disagree", &card,
+                fmt::format("NP {}: {} points are announced on Card 3.3.5.4.2", point_number, point_count));
+        else if (!numbers.insert(point_number).second)
             doubts.doubt("counts-disagree", &card,
-                         fmt::format("NP {}: {} points are announced on Card 3.3.5.4.2", NP, point_count));
-        else if (!numbers.insert(NP).second)
-            doubts.doubt("counts-disagree", &card, fmt::format("NP {}: the point is given twice", NP));
+                         fmt::format("NP {}: the point is given twice", point_number));
     }
 }
 
@@ -146,9 +149,9 @@ void doubt_size(Doubts& doubts, const DeckGroup& group) {
     const Deck& deck = doubts.deck();
     for (const DeckSegment& segment : group.segments)
         if (std::abs(segment.divisions) > MOST_POLYGON_POINTS) {
-            doubts.end_of_run(
-                "too-large", &deck.cards[segment.card],
-                fmt::format("NDIV {}: a segment has at most {} parts", segment.divisions, MOST_POLYGON_POINTS));
+            doubts.end_of_run("too-large", &deck.cards[segment.card],
+                              fmt::format("NDIV {}: a segment has at most {} parts", segment.divisions,
+                                          MOST_POLYGON_POINTS));
             return;
         }
     if (group.path.size() > static_cast<std::size_t>(MOST_POLYGON_POINTS))
@@ -229,14 +232,16 @@ public:
         for (const DeckSegment& segment : group.segments) {
             if (segment.path.empty())
                 continue;
-            const bool start = segment.IEND == 0 || segment.IEND == -1 || std::abs(segment.IEND) == 2;
-            const bool end = segment.IEND == 0 || segment.IEND == 1 || std::abs(segment.IEND) == 2;
+            const bool start =
+                segment.end_rule == 0 || segment.end_rule == -1 || std::abs(segment.end_rule) == 2;
+            const bool end =
+                segment.end_rule == 0 || segment.end_rule == 1 || std::abs(segment.end_rule) == 2;
             if (!cuts || start)
                 nodes_.push_back(segment.path.front());
             if (!cuts || end)
                 nodes_.push_back(segment.path.back());
             for (std::size_t i = 0;
-                 cuts && segment.IEND != 0 && segment.IEND != 3 && i + 1 < segment.path.size(); ++i)
+                 cuts && segment.end_rule != 0 && segment.end_rule != 3 && i + 1 < segment.path.size(); ++i)
                 cut_.emplace_back(segment.path[i], segment.path[i + 1]);
         }
     }
@@ -277,22 +282,22 @@ bool along_sides(const DeckSegment& segment, const Ground& ground) {
 void doubt_uncut(Doubts& doubts, const DeckGroup& group, const DeckSegment& segment, const Ground& ground) {
     const DeckCard& card = doubts.deck().cards[segment.card];
     const bool selects_only = std::all_of(group.segments.begin(), group.segments.end(),
-                                          [](const DeckSegment& s) { return s.IEND == 3; });
+                                          [](const DeckSegment& s) { return s.end_rule == 3; });
     // Outlines of 3 throughout are the way to select whole elements.
     if (is_free_line(group) || group.group_type == 5 || (selects_only && !is_line(group)))
         return;
-    const bool uncut = segment.IEND == 0 || segment.IEND == 3;
-    const bool long_line = segment.IEND == 0 && segment.divisions == 1 && group.group_type == 2;
+    const bool uncut = segment.end_rule == 0 || segment.end_rule == 3;
+    const bool long_line = segment.end_rule == 0 && segment.divisions == 1 && group.group_type == 2;
     if (!uncut || long_line || along_sides(segment, ground))
         return;
     doubts.doubt("uncut", &card,
                  fmt::format("NDIV {}, IEND {}: the mesh is not cut between {} and {}, where it has no sides",
-                             segment.divisions, segment.IEND, place_text(segment.path.front()),
+                             segment.divisions, segment.end_rule, place_text(segment.path.front()),
                              place_text(segment.path.back())));
 }
 
 void doubt_slivers(Doubts& doubts, const DeckGroup& group, const DeckSegment& segment, const Ground& ground) {
-    if (segment.divisions < 2 || is_free_line(group) || segment.IEND == 3)
+    if (segment.divisions < 2 || is_free_line(group) || segment.end_rule == 3)
         return;
     for (std::size_t i = 0; i + 1 < segment.path.size(); ++i) {
         const DeckPoint &a = segment.path[i], &b = segment.path[i + 1];
@@ -325,7 +330,7 @@ void doubt_division(Doubts& doubts, const DeckGroup& group, const DeckSegment& s
                             hanging, segment.path.size()));
         return;
     }
-    if (group.group_type != 2 || segment.divisions != 1 || segment.IEND != 0 || segment.path.size() < 2)
+    if (group.group_type != 2 || segment.divisions != 1 || segment.end_rule != 0 || segment.path.size() < 2)
         return;
     if (const std::size_t nodes = ground.places().nodes_between(segment.path.front(), segment.path.back());
         nodes > 0)

@@ -27,9 +27,9 @@ bool is_joint(const DeckGroup& group) {
 std::vector<Edge> edges_of(const DeckGroup& group) {
     std::vector<Edge> edges;
     for (const DeckSegment& segment : group.segments) {
-        const bool cuts = segment.IEND != 0 && segment.IEND != 3;
+        const bool cuts = segment.end_rule != 0 && segment.end_rule != 3;
         // One element from end to end takes one node of the two at each.
-        if (segment.divisions == 1 && segment.IEND == 0)
+        if (segment.divisions == 1 && segment.end_rule == 0)
             continue;
         for (std::size_t i = 0; i + 1 < segment.path.size(); ++i)
             edges.push_back({segment.path[i], segment.path[i + 1], cuts});

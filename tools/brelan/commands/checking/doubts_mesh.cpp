@@ -277,7 +277,7 @@ void doubt_combination(Doubts& doubts, const Mesh& a, const Mesh& b) {
 void doubt_mesh(Doubts& doubts, const DeckMeshes& meshes) {
     if (meshes.a == nullptr)
         return;
-    if (doubts.deck().IMOD <= 0) {
+    if (doubts.deck().mode <= 0) {
         if (meshes.b != nullptr)
             doubt_combination(doubts, *meshes.a, *meshes.b);
         return;

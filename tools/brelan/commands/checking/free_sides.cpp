@@ -48,7 +48,8 @@ std::vector<std::string> free_sides(const DeckCard& blocks, const Mesh& base_mes
         std::size_t free = 0;
         for (const Number node : nodes[s])
             free +=
-                base_mesh.nodes[static_cast<std::size_t>(base_mesh.node_place(node))].codes[SIDES[s].code] == 0;
+                base_mesh.nodes[static_cast<std::size_t>(base_mesh.node_place(node))].codes[SIDES[s].code] ==
+                0;
         if (blocks.integer(SIDES[s].field) == 1 && free > 0)
             remarks.push_back(fmt::format(
                 "{} 1: {} of {} nodes of the {} side stay free: sums of 32 bits put them more than 0.0001 "

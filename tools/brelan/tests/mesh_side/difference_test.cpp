@@ -52,7 +52,8 @@ Mesh renumbered(Mesh mesh, unsigned seed) {
         e.words.corner_4 = corners[3];
         if (e.words.midside_5 == 0)
             continue;
-        const std::array<Number, 4> midsides{e.words.midside_5, e.words.midside_6, e.words.midside_7, e.words.midside_8};
+        const std::array<Number, 4> midsides{e.words.midside_5, e.words.midside_6, e.words.midside_7,
+                                             e.words.midside_8};
         const auto turned = [&](int k) {
             return nodes[static_cast<std::size_t>(midsides[static_cast<std::size_t>((k + start) % 4)])];
         };

@@ -89,7 +89,7 @@ TEST(Vtu, TextOfAnotherProgramBecomesAMesh) {
     EXPECT_EQ(mesh.elements[0].words.material, 2);
     EXPECT_EQ(mesh.elements[1].words.material, 3);
     EXPECT_EQ(mesh.elements[1].words.corner_4, 0);
-    EXPECT_EQ(mesh.elements[0].KF, 1);
+    EXPECT_EQ(mesh.elements[0].fluid, 1);
     EXPECT_EQ(mesh.elements[0].integration_r, 2);
     EXPECT_EQ(mesh.nodes[0].codes, (NodeCodes{0, 0, 0, 0, 1}));
     EXPECT_THROW(mesh_of(read_vtu(TEXT_VTU, "a.vtu"), std::nullopt), Failure);
