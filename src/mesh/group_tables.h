@@ -75,9 +75,9 @@ struct GroupLimits {
 struct GroupCards {
     Table<GroupRow, MOST_GROUPS, "GROUPREC"> rows;
     Table<GroupMaterial, MOST_GROUPS, "GROUPMAT"> materials;
-    Table<Table<Point, MOST_GROUP_POINTS + 1, "the outline points of a group">, MOST_GROUPS, "the outlines">
+    RowTable<Point, MOST_GROUPS, "the outlines", MOST_GROUP_POINTS + 1, "the outline points of a group">
         outlines;
-    Table<Table<SegmentRow, MOST_GROUP_POINTS, "the segments of a group">, MOST_GROUPS, "SEGREC"> segments;
+    RowTable<SegmentRow, MOST_GROUPS, "SEGREC", MOST_GROUP_POINTS, "the segments of a group"> segments;
     std::int32_t count = 0;
     std::int32_t are_titled = 0;  // IGTITL 1: each group has a title
     float reference_x = 0.0F, reference_y = 0.0F;

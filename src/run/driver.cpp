@@ -14,6 +14,7 @@
 #include "channel/channel_numbers.h"
 #include "run/combination_run.h"
 #include "run/edit_run.h"
+#include "run/flush_to_zero.h"
 #include "run/read_cards.h"
 #include "run/slope_run.h"
 #include "run/start_up.h"
@@ -136,6 +137,7 @@ void run_deck(Run& run) {
 }  // namespace
 
 void run_program(Run& run) {
+    const FlushToZero mode;
     start_up(run);
     run.decks.count = 1;
     run.decks.names[1] = run.decks.name;

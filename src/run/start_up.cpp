@@ -9,7 +9,6 @@
 #include "channel/run_end.h"
 #include "deck/deck_tables.h"
 #include "channel/channel_numbers.h"
-#include "run/flush_to_zero.h"
 #include "mesh/edition.h"
 #include "channel/trace.h"
 #include "run/run.h"
@@ -94,7 +93,6 @@ void read_deck_name(Run& run) {
 }  // namespace
 
 void start_up(Run& run) {
-    flush_to_zero();
     run.set_edition(read_setting(run, "C:\\VORK\\QX\\QXDATA\\PROGRAM.DAT", "the edition number (IPROGM)"));
     begin_trace(run);
     const std::int32_t manual = read_setting(run, "C:\\VORK\\QX\\QXDATA\\MANUAL.DAT", "the console mode");

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <bit>
-#include <cfenv>
 #include <cmath>
 #include <functional>
+#include <optional>
 #include <random>
 
 #include "run/flush_to_zero.h"
@@ -187,14 +187,12 @@ std::vector<Family> families() {
 class NodeGridProperty : public ::testing::TestWithParam<bool> {
 protected:
     NodeGridProperty() {
-        std::fegetenv(&environment_);
         if (GetParam())
-            flush_to_zero();
+            mode_.emplace();
     }
-    ~NodeGridProperty() override { std::fesetenv(&environment_); }
 
 private:
-    std::fenv_t environment_{};
+    std::optional<FlushToZero> mode_;
 };
 
 TEST_P(NodeGridProperty, HighestWithinReachIsThatOfTheScanOfAllEarlierPoints) {

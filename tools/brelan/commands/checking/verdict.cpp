@@ -88,7 +88,7 @@ Verdict verdict_of(const Deck& deck, const Edition& edition) {
     write_file(project / "deck.dat", deck.text);
     make_drive(drive);
 
-    flush_to_zero();
+    const FlushToZero mode;
     KeptConsole console;
     const auto run = std::make_unique<Run>(Directories{work, drive}, console);
     run->set_edition(edition.number);
