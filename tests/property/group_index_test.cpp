@@ -144,8 +144,8 @@ MeshNow present() {
     for (std::int32_t n = 1; n <= state.engine.highest_node; ++n)
         mesh.nodes.push_back({state.mesh.x[n], state.mesh.y[n]});
     for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
-        mesh.elements.push_back(
-            {state.mesh.words[e].corner_1, state.mesh.words[e].corner_2, state.mesh.words[e].corner_3, state.mesh.words[e].corner_4});
+        mesh.elements.push_back({state.mesh.words[e].corner_1, state.mesh.words[e].corner_2,
+                                 state.mesh.words[e].corner_3, state.mesh.words[e].corner_4});
         mesh.types.push_back(state.mesh.type[e]);
         mesh.lists.push_back(state.engine.workable[e]);
     }
@@ -155,8 +155,8 @@ MeshNow present() {
 // --- lines ---------------------------------------------------------------------------------------
 
 struct Pair {
-    Point P1, P2;
-    bool skip1, skip2;
+    Point p1, p2;
+    bool skips_first, skips_second;
     CutMode mode;
 };
 
@@ -180,7 +180,7 @@ Pair random_pair(Random& random, const MeshNow& mesh) {
     else if (below(random, 6) == 0)
         pair.p2.y = pair.p1.y;
     static constexpr std::array<std::int32_t, 5> ends{1, -1, 2, -2, 4};
-    pair.mode.IEND = ends[static_cast<std::size_t>(below(random, 5))];
+    pair.mode.end_rule = ends[static_cast<std::size_t>(below(random, 5))];
     return pair;
 }
 
@@ -197,7 +197,7 @@ void cut_deferred(const std::vector<Pair>& pairs) {
         collect_rows(state.mesh, state.engine, pair.p1, pair.p2);
     for (const Pair& pair : pairs) {
         place_ends(state.mesh, state.engine, pair.p1, pair.p2, pair.skips_first, pair.skips_second);
-        scan_sides(state.mesh, state.tolerances, state.engine, pair.p1, pair.p2, {pair.mode.IEND, true});
+        scan_sides(state.mesh, state.tolerances, state.engine, pair.p1, pair.p2, {pair.mode.end_rule, true});
     }
     split_rows(state.mesh, state.engine);
 }

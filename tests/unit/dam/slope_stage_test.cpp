@@ -200,7 +200,7 @@ TEST_F(SlopeStage, LevelAtAQuarterOrThreeQuartersIsBetweenTwoNodes) {
 // The element at the slope, by the division that the level lies in.
 TEST_F(SlopeStage, NotesTheElementAtTheSlope) {
     struct Row {
-        std::int32_t MODEL, division, element;
+        std::int32_t slope_code, division, element;
     };
     constexpr Row rows[] = {{1, 0, 1},    {1, 19, 20},  {1, 20, 194}, {1, 39, 175}, {2, 0, 1}, {2, 19, 20},
                             {2, 20, 170}, {2, 39, 151}, {3, 0, 2},    {3, 28, 30},  {4, 0, 2}, {4, 34, 36},
@@ -217,7 +217,7 @@ TEST_F(SlopeStage, NotesTheElementAtTheSlope) {
 
 TEST_F(SlopeStage, RunsThroughTheNodesOfEachModel) {
     struct Row {
-        std::int32_t MODEL;
+        std::int32_t slope_code;
         std::vector<std::int32_t> nodes;  // of slope points 1, 21, 22 and the crest
     };
     const Row rows[] = {{1, {1, 21, 220, 201}}, {2, {1, 21, 195, 176}}, {3, {1, 21, 22, 30}},
@@ -250,8 +250,8 @@ TEST_F(SlopeStage, RefusesATemplateThatHasNoPlaceForTheNode) {
 
 TEST_F(SlopeStage, NodesAreCarriedOntoTheTriangleOfTheCard) {
     lay(5);
-    state.edit.X1 = 60.0F, state.edit.Y1 = 20.0F, state.edit.X2 = 120.0F, state.edit.Y2 = 5.0F,
-    state.edit.X3 = 60.0F, state.edit.Y3 = 5.0F;
+    state.edit.crest_x = 60.0F, state.edit.crest_y = 20.0F, state.edit.toe_x = 120.0F,
+    state.edit.toe_y = 5.0F, state.edit.foot_x = 60.0F, state.edit.foot_y = 5.0F;
     state.mesh.x[2] = 39.0F, state.mesh.y[2] = 13.0F;     // crest
     state.mesh.x[3] = 0.0F, state.mesh.y[3] = 0.0F;       // toe
     state.mesh.x[4] = 39.0F, state.mesh.y[4] = 0.0F;      // foot
@@ -270,8 +270,8 @@ TEST_F(SlopeStage, NodesAreCarriedOntoTheTriangleOfTheCard) {
 
 TEST_F(SlopeStage, RefusesCornersThatLeadBeyondTheNumbers) {
     lay(3);
-    state.edit.X1 = 3.0E38F, state.edit.Y1 = 3.0E38F, state.edit.X2 = -3.0E38F, state.edit.Y2 = 0.0F,
-    state.edit.X3 = 3.0E38F, state.edit.Y3 = 0.0F;
+    state.edit.crest_x = 3.0E38F, state.edit.crest_y = 3.0E38F, state.edit.toe_x = -3.0E38F,
+    state.edit.toe_y = 0.0F, state.edit.foot_x = 3.0E38F, state.edit.foot_y = 0.0F;
     state.edit.triangle_place = "deck.dat, line 9";
     state.mesh.x[7] = 260.0F;
     const std::string message =

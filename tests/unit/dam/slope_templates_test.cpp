@@ -27,7 +27,7 @@ const fs::path PACKAGE = fs::path(BRELAN_SOURCE_DIR) / "data" / "Vork" / "Qx" / 
 struct Expected {
     int model;
     const char* file;
-    double X, Y;
+    double width, height;
     int divisions, columns, rows, elements;
     int low_points, point_sum;  // slope point i is node i up to low_points, node point_sum - i beyond
     int low_parts, part_sum;    // slope part w is held by element w + 1 (or w + 2), part_sum - w beyond
@@ -204,7 +204,7 @@ TEST(SlopeTemplates, HaveRecordsOfTheirKinds) {
 // triangle.
 TEST(SlopeTemplates, FillTheirTriangle) {
     for (const Template& t : all_templates()) {
-        const double X = t.expected.width, Y = t.expected.height;
+        const double width = t.expected.width, height = t.expected.height;
         std::set<std::pair<int, int>> sides;
         double sum = 0.0;
         for (const auto& [number, element] : t.elements) {
@@ -212,7 +212,7 @@ TEST(SlopeTemplates, FillTheirTriangle) {
             for (std::size_t i = 0; i < element.size(); ++i)
                 EXPECT_TRUE(sides.insert({element[i], element[(i + 1) % element.size()]}).second) << number;
         }
-        EXPECT_NEAR(sum, 0.5 * X * Y, 1.0E-3);
+        EXPECT_NEAR(sum, 0.5 * width * height, 1.0E-3);
         std::array<int, 3> divisions{};
         for (const auto& [a, b] : sides) {
             if (sides.contains({b, a}))
@@ -222,9 +222,11 @@ TEST(SlopeTemplates, FillTheirTriangle) {
             const auto both = [&](auto on) { return on(p) && on(q); };
             if (both([](const Spot& s) { return s.y == 0.0; }))
                 ++divisions[0];
-            else if (both([&](const Spot& s) { return std::abs(s.x - X) < 1.0E-4; }))
+            else if (both([&](const Spot& s) { return std::abs(s.x - width) < 1.0E-4; }))
                 ++divisions[1];
-            else if (both([&](const Spot& s) { return std::abs(s.x * Y - s.y * X) < 1.0E-3 * X; }))
+            else if (both([&](const Spot& s) {
+                         return std::abs(s.x * height - s.y * width) < 1.0E-3 * width;
+                     }))
                 ++divisions[2];
             else
                 ADD_FAILURE() << t.expected.file << ": free side " << a << "-" << b;
@@ -252,8 +254,10 @@ TEST(SlopeTemplates, DivideTheirSidesEvenly) {
         EXPECT_EQ(wall.size(), static_cast<std::size_t>(t.expected.rows) + 1);
         for (int i = 0; i <= t.expected.divisions; ++i) {
             const Spot& spot = t.nodes.at(t.slope_node(i + 1));
-            EXPECT_NEAR(spot.x, t.expected.width * i / t.expected.divisions, 1.0E-4) << t.expected.file << " " << i;
-            EXPECT_NEAR(spot.y, t.expected.height * i / t.expected.divisions, 1.0E-4) << t.expected.file << " " << i;
+            EXPECT_NEAR(spot.x, t.expected.width * i / t.expected.divisions, 1.0E-4)
+                << t.expected.file << " " << i;
+            EXPECT_NEAR(spot.y, t.expected.height * i / t.expected.divisions, 1.0E-4)
+                << t.expected.file << " " << i;
         }
     }
 }

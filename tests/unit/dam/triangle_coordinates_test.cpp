@@ -13,10 +13,10 @@ namespace {
 // Corners in the order crest, toe, foot, as the templates have them.
 constexpr Triangle TEMPLATE{26.0F, 13.0F, 0.0F, 0.0F, 26.0F, 0.0F};
 
-void expect_shares(const TriangleCoordinates& c, double R, double S, double T) {
-    EXPECT_NEAR(static_cast<double>(c.r), R, 1.0E-5);
-    EXPECT_NEAR(static_cast<double>(c.S), S, 1.0E-5);
-    EXPECT_NEAR(static_cast<double>(c.t), T, 1.0E-5);
+void expect_shares(const TriangleCoordinates& c, double r, double s, double t) {
+    EXPECT_NEAR(static_cast<double>(c.r), r, 1.0E-5);
+    EXPECT_NEAR(static_cast<double>(c.s), s, 1.0E-5);
+    EXPECT_NEAR(static_cast<double>(c.t), t, 1.0E-5);
 }
 
 TEST(TriangleCoordinates, OfACornerAreOneForThatCorner) {
@@ -36,16 +36,16 @@ TEST(TriangleCoordinates, AreFoundWhicheverCoefficientIsZero) {
         Triangle triangle;
     };
     constexpr Row rows[] = {
-        {1, {4.0F, 8.0F, 0.0F, 2.0F, 4.0F, 0.0F}},  // X1 = X3
-        {2, {0.0F, 8.0F, 4.0F, 2.0F, 4.0F, 0.0F}},  // X2 = X3
-        {3, {0.0F, 4.0F, 8.0F, 2.0F, 2.0F, 4.0F}},  // Y1 = Y3
-        {4, {0.0F, 8.0F, 8.0F, 4.0F, 2.0F, 4.0F}},  // Y2 = Y3
+        {1, {4.0F, 8.0F, 0.0F, 2.0F, 4.0F, 0.0F}},  // x1 = x3
+        {2, {0.0F, 8.0F, 4.0F, 2.0F, 4.0F, 0.0F}},  // x2 = x3
+        {3, {0.0F, 4.0F, 8.0F, 2.0F, 2.0F, 4.0F}},  // y1 = y3
+        {4, {0.0F, 8.0F, 8.0F, 4.0F, 2.0F, 4.0F}},  // y2 = y3
         {0, {0.0F, 8.0F, 8.0F, 4.0F, 2.0F, 0.0F}},
     };
     for (const Row& row : rows) {
         const Triangle& t = row.triangle;
-        const float x = 0.5F * t.X1 + 0.25F * t.X2 + 0.25F * t.X3;
-        const float y = 0.5F * t.Y1 + 0.25F * t.Y2 + 0.25F * t.Y3;
+        const float x = 0.5F * t.x1 + 0.25F * t.x2 + 0.25F * t.x3;
+        const float y = 0.5F * t.y1 + 0.25F * t.y2 + 0.25F * t.y3;
         const TriangleCoordinates c = triangle_coordinates(state.trace, x, y, t);
         EXPECT_EQ(c.zero_coefficient, row.zero_coefficient);
         expect_shares(c, 0.5, 0.25, 0.25);
@@ -54,16 +54,24 @@ TEST(TriangleCoordinates, AreFoundWhicheverCoefficientIsZero) {
 }
 
 TEST(TriangleCoordinates, TakeTheFirstCoefficientThatIsZero) {
-    EXPECT_EQ(triangle_coordinates(state.trace, 1.0F, 1.0F, {4.0F, 8.0F, 0.0F, 0.0F, 4.0F, 0.0F}).zero_coefficient, 1);  // a1 and b2
-    EXPECT_EQ(triangle_coordinates(state.trace, 1.0F, 1.0F, {0.0F, 0.0F, 4.0F, 8.0F, 4.0F, 0.0F}).zero_coefficient, 2);  // b1 and a2
+    EXPECT_EQ(
+        triangle_coordinates(state.trace, 1.0F, 1.0F, {4.0F, 8.0F, 0.0F, 0.0F, 4.0F, 0.0F}).zero_coefficient,
+        1);  // a1 and b2
+    EXPECT_EQ(
+        triangle_coordinates(state.trace, 1.0F, 1.0F, {0.0F, 0.0F, 4.0F, 8.0F, 4.0F, 0.0F}).zero_coefficient,
+        2);  // b1 and a2
 }
 
 TEST(TriangleCoordinates, CountADifferenceBelow1EMinus20AsZero) {
-    EXPECT_EQ(triangle_coordinates(state.trace, 1.0F, 1.0F, {0.9E-20F, 8.0F, 4.0F, 2.0F, 0.0F, 0.0F}).zero_coefficient, 1);
-    EXPECT_NE(triangle_coordinates(state.trace, 1.0F, 1.0F, {1.1E-20F, 8.0F, 4.0F, 2.0F, 0.0F, 0.0F}).zero_coefficient, 1);
+    EXPECT_EQ(triangle_coordinates(state.trace, 1.0F, 1.0F, {0.9E-20F, 8.0F, 4.0F, 2.0F, 0.0F, 0.0F})
+                  .zero_coefficient,
+              1);
+    EXPECT_NE(triangle_coordinates(state.trace, 1.0F, 1.0F, {1.1E-20F, 8.0F, 4.0F, 2.0F, 0.0F, 0.0F})
+                  .zero_coefficient,
+              1);
 }
 
-// The unit triangle: R is x, S is y.
+// The unit triangle: r is x, s is y.
 constexpr Triangle UNIT{1.0F, 0.0F, 0.0F, 1.0F, 0.0F, 0.0F};
 
 TEST(TriangleCoordinates, LieInWithinAThousandthOfASide) {
@@ -83,8 +91,9 @@ TEST(TriangleCoordinates, OfAPointOutsideAreGivenAllTheSame) {
 }
 
 TEST(TriangleCoordinates, InATriangleWithoutAreaAreNoNumbers) {
-    const TriangleCoordinates c = triangle_coordinates(state.trace, 1.0F, 0.0F, {0.0F, 0.0F, 1.0F, 1.0F, 2.0F, 2.0F});
-    EXPECT_FALSE(std::isfinite(c.r) && std::isfinite(c.S));
+    const TriangleCoordinates c =
+        triangle_coordinates(state.trace, 1.0F, 0.0F, {0.0F, 0.0F, 1.0F, 1.0F, 2.0F, 2.0F});
+    EXPECT_FALSE(std::isfinite(c.r) && std::isfinite(c.s));
     EXPECT_FALSE(c.in);
 }
 

@@ -94,7 +94,7 @@ protected:
     }
     static FourNodes side_marks(std::size_t row) {
         const CutRow& r = state.engine.rows.at(row);
-        return {r.S[0], r.S[1], r.S[2], r.S[3]};
+        return {r.side_node[0], r.side_node[1], r.side_node[2], r.side_node[3]};
     }
     static void expect_node(std::int32_t n, float x, float y) {
         EXPECT_FLOAT_EQ(state.mesh.x[n], x) << "node " << n;

@@ -84,7 +84,7 @@ TEST_F(ThreeSquares, EndsAloneLeaveTheElementsBetween) {
 TEST_F(ThreeSquares, SideNodeOfARowWithTwoCornersGoesInBothRows) {
     collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {1.5F, 0.5F});
     state.engine.rows[0].corner_on_line[0] = state.engine.rows[0].corner_on_line[2] = 1;
-    state.engine.rows[0].S[1] = state.engine.rows[1].S[3] = 9;
+    state.engine.rows[0].side_node[1] = state.engine.rows[1].side_node[3] = 9;
     state.engine.rows[1].corner_on_line[1] = 1;
     split_rows(state.mesh, state.engine);
     EXPECT_EQ(state.engine.highest_element, 4);
@@ -96,9 +96,9 @@ TEST_F(ThreeSquares, SideNodeOfARowWithTwoCornersGoesInBothRows) {
 TEST_F(ThreeSquares, CentreAndOneCornerDropSideNodesToo) {
     collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {0.5F, 0.75F});
     node(9, 0.5F, 0.5F);
-    state.engine.rows[0].C = 9;
+    state.engine.rows[0].centre_node = 9;
     state.engine.rows[0].corner_on_line[0] = 1;
-    state.engine.rows[0].S[1] = 10;
+    state.engine.rows[0].side_node[1] = 10;
     split_rows(state.mesh, state.engine);
     EXPECT_EQ(state.engine.highest_element, 6);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 9, 0}));
@@ -213,7 +213,7 @@ TEST_F(GroupCut, NeighboursShareTheNodeOnTheirSide) {
 TEST_F(GroupCut, PlannedNodeGoesWhereTheLineMisses) {
     rectangle(10, 10);
     collect_rows(state.mesh, state.engine, {5, 5}, {5, 6});
-    state.engine.rows[0].S[0] = 9;
+    state.engine.rows[0].side_node[0] = 9;
     scan_sides(state.mesh, state.tolerances, state.engine, {5, 5}, {5, 6}, {2, true});
     EXPECT_EQ(side_marks(0), (FourNodes{9, 0, 0, 0})) << "kept until all pairs are through";
     scan_sides(state.mesh, state.tolerances, state.engine, {5, 5}, {5, 6}, {2, false});
@@ -234,18 +234,18 @@ TEST_F(GroupCut, MoveOnlyAddsNoNodeBesideAFrozenOne) {
         clear();
         rectangle(10, 10, {2});
         collect_rows(state.mesh, state.engine, {8, -1}, {8, 5});
-        state.engine.rows[0].S[0] = 9;
+        state.engine.rows[0].side_node[0] = 9;
         scan_sides(state.mesh, state.tolerances, state.engine, {8, -1}, {8, 5}, {-2, false});
         EXPECT_EQ(state.engine.highest_node, 4);
-        EXPECT_EQ(state.engine.rows[0].S[0], kind == DISPLACEMENT ? 9 : 0)
+        EXPECT_EQ(state.engine.rows[0].side_node[0], kind == DISPLACEMENT ? 9 : 0)
             << "second node frozen, edition " << kind;
         clear();
         rectangle(10, 10, {1});
         collect_rows(state.mesh, state.engine, {2, -1}, {2, 5});
-        state.engine.rows[0].S[0] = 9;
+        state.engine.rows[0].side_node[0] = 9;
         scan_sides(state.mesh, state.tolerances, state.engine, {2, -1}, {2, 5}, {-2, false});
         EXPECT_EQ(state.engine.highest_node, 4);
-        EXPECT_EQ(state.engine.rows[0].S[0], 9) << "first node frozen, edition " << kind;
+        EXPECT_EQ(state.engine.rows[0].side_node[0], 9) << "first node frozen, edition " << kind;
     }
 }
 

@@ -21,7 +21,7 @@ protected:
         SegmentRow row;
         row.segment_type = segment_type;
         row.divisions = divisions;
-        row.IEND = 3;
+        row.end_rule = 3;
         return row;
     }
     static SegmentRow arc(float from, float to, std::int32_t divisions, float Rx = 2.0F, float Ry = 2.0F) {
@@ -94,7 +94,7 @@ TEST_F(GroupPath, SkippedSegmentMakesThePathJump) {
 
 TEST_F(GroupPath, SingleSegmentsAreNoted) {
     SegmentRow ends = straight(1);
-    ends.IEND = 0;
+    ends.end_rule = 0;
     const Path p = path(2, {{50, 0}, {51, 0}, {52, 0}}, {straight(3), ends});
     ASSERT_EQ(p.single.size(), 1U);
     EXPECT_EQ(p.single[0], 3U);

@@ -135,7 +135,7 @@ TEST_F(GroupCutEnd, LineAlongTheSideDoesNothing) {
 TEST_F(GroupCutEnd, EndWellInsideBecomesTheCentre) {
     rectangle(10, 10, ALL);
     place({5, 3}, {5, -5});
-    EXPECT_EQ(state.engine.rows[0].C, 5);
+    EXPECT_EQ(state.engine.rows[0].centre_node, 5);
     expect_node(5, 5, 3);
     split_rows(state.mesh, state.engine);
     ASSERT_EQ(state.engine.highest_element, 4);
@@ -149,7 +149,7 @@ TEST_F(GroupCutEnd, EndWellInsideBecomesTheCentre) {
 TEST_F(GroupCutEnd, EndRatherNearASideGoesBackHalfTheWay) {
     rectangle(10, 10, ALL);
     place({5, 3}, {5, 9});
-    EXPECT_EQ(state.engine.rows[0].C, 5);
+    EXPECT_EQ(state.engine.rows[0].centre_node, 5);
     expect_node(5, 5, 4.5F);
 }
 
@@ -187,7 +187,7 @@ protected:
 
 TEST_F(GroupCutEndTriangle, EndWellInsideBecomesTheCentre) {
     place({4, 2}, {4, -2});
-    EXPECT_EQ(state.engine.rows[0].C, 4);
+    EXPECT_EQ(state.engine.rows[0].centre_node, 4);
     expect_node(4, 4, 2);
     split_rows(state.mesh, state.engine);
     ASSERT_EQ(state.engine.highest_element, 3);

@@ -57,10 +57,10 @@ protected:
     // A window over the left square, its beam and its truss.
     static void left_window(std::int32_t operation) {
         state.edit.operation = operation;
-        state.edit.XMIN = -1.0F;
-        state.edit.YMIN = -1.0F;
-        state.edit.XMAX = 1.2F;
-        state.edit.YMAX = 2.0F;
+        state.edit.window_left = -1.0F;
+        state.edit.window_bottom = -1.0F;
+        state.edit.window_right = 1.2F;
+        state.edit.window_top = 2.0F;
     }
     // Reads the mesh as the edit does; gives the types of all elements.
     std::map<std::int32_t, std::int32_t> types() const {

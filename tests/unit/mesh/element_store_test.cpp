@@ -19,7 +19,7 @@ protected:
         ElementRecord e;
         e.words = {11, 12, 13, 14, 51, 52, 53, 54, 5};
         e.skeleton = 1;
-        e.KF = 2;
+        e.fluid = 2;
         e.integration_r = 3;
         e.integration_s = 4;
         e.real_attribute = 0.5F;
@@ -87,7 +87,7 @@ TEST_F(ElementStore, AttributesOfTheKindComeBack) {
         EXPECT_EQ(e.number, 3);
         EXPECT_EQ(e.words.material, 5);
         EXPECT_EQ(e.skeleton, 1);
-        EXPECT_EQ(e.KF, 2);
+        EXPECT_EQ(e.fluid, 2);
         EXPECT_EQ(e.integration_r, 3);
         EXPECT_EQ(e.integration_s, 4);
         EXPECT_EQ(e.real_attribute, 0.5F);
@@ -125,8 +125,8 @@ protected:
     };
     // The first numbers for a mesh with the ranges of continuum elements, beams and trusses; a range up to 0
     // is a section that is not there.
-    static Starts starts(std::int32_t first_element, std::int32_t first_beam, std::int32_t first_truss, Range continuum,
-                         Range beams, Range trusses) {
+    static Starts starts(std::int32_t first_element, std::int32_t first_beam, std::int32_t first_truss,
+                         Range continuum, Range beams, Range trusses) {
         state.source = EditSource{};
         state.source.counts.continuum_elements = continuum.highest > 0 ? 1 : 0;
         state.source.counts.beams = beams.highest > 0 ? 1 : 0;

@@ -51,7 +51,7 @@ protected:
 // --- the place of a truss on its quadrilateral ---------------------------------------------------
 
 struct SlotRow {
-    std::size_t A, B, C, D;  // slots of the truss's ends, of the corner next to each
+    std::size_t a, b, c, d;  // slots of the truss's ends, of the corner next to each
 };
 constexpr SlotRow SLOTS[] = {{1, 2, 4, 3}, {1, 4, 2, 3}, {2, 3, 1, 4}, {2, 1, 3, 4},
                              {3, 4, 2, 1}, {3, 2, 4, 1}, {4, 1, 3, 2}, {4, 3, 1, 2}};
@@ -74,8 +74,8 @@ TEST_F(LineUp, CornersNextToTheEndsByTheirSlots) {
                 std::array<std::int32_t, 4> corners{};
                 corners[row.a - 1] = 1;
                 corners[row.b - 1] = 2;
-                corners[row.C - 1] = 3;
-                corners[row.D - 1] = 4;
+                corners[row.c - 1] = 3;
+                corners[row.d - 1] = 4;
                 quadrilateral(corners);
                 truss(1, 2);
                 search_line_up(state.mesh, state.moves, state.line_up);
@@ -270,15 +270,16 @@ struct PlainScan {
         for (std::int32_t t = 1; t <= last; ++t)
             if (mesh.type[t] == ELEMENT_TRUSS)
                 for (std::int32_t e = 1; e <= last; ++e)
-                    if (mesh.type[e] == ELEMENT_CONTINUUM && mesh.words[e].material == 7 && mesh.words[e].corner_4 != 0)
+                    if (mesh.type[e] == ELEMENT_CONTINUUM && mesh.words[e].material == 7 &&
+                        mesh.words[e].corner_4 != 0)
                         pair(t, e, last);
     }
 
 private:
     void pair(std::int32_t t, std::int32_t e, std::int32_t last) {
         const std::int32_t A = mesh.words[t].corner_1, B = mesh.words[t].corner_2;
-        const std::array<std::int32_t, 5> corner{0, mesh.words[e].corner_1, mesh.words[e].corner_2, mesh.words[e].corner_3,
-                                                 mesh.words[e].corner_4};
+        const std::array<std::int32_t, 5> corner{0, mesh.words[e].corner_1, mesh.words[e].corner_2,
+                                                 mesh.words[e].corner_3, mesh.words[e].corner_4};
         std::size_t a = 0, b = 0;
         for (std::size_t slot = 1; slot <= 4; ++slot) {
             a = corner[slot] == A ? slot : a;
@@ -300,7 +301,7 @@ private:
                 return;
         for (const SlotRow& row : SLOTS)
             if (row.a == a && row.b == b)
-                slides(A, B, corner[row.C], corner[row.D], P, N);
+                slides(A, B, corner[row.c], corner[row.d], P, N);
     }
     void slides(std::int32_t A, std::int32_t B, std::int32_t C, std::int32_t D, std::int32_t P,
                 std::int32_t N) {

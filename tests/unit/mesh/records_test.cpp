@@ -30,7 +30,7 @@ protected:
             ElementRecord e;
             e.number = 21;
             e.words = {11, 12, 13, 14, 51, 52, 53, 54, 5};
-            e.KF = 1;
+            e.fluid = 1;
             e.integration_r = e.integration_s = 2;
             e.real_attribute = -1.0F;
             e.thickness = 1.0F;
@@ -56,8 +56,9 @@ protected:
 };
 
 void expect_words(const ElementWords& words, const std::vector<std::int32_t>& expected) {
-    EXPECT_EQ((std::vector<std::int32_t>{words.corner_1, words.corner_2, words.corner_3, words.corner_4, words.midside_5, words.midside_6, words.midside_7,
-                                         words.midside_8, words.material}),
+    EXPECT_EQ((std::vector<std::int32_t>{words.corner_1, words.corner_2, words.corner_3, words.corner_4,
+                                         words.midside_5, words.midside_6, words.midside_7, words.midside_8,
+                                         words.material}),
               expected);
 }
 
@@ -153,8 +154,9 @@ TEST_F(MeshRecords, NodeHeadingNamesTheFieldsOfTheKind) {
 
 TEST_F(MeshRecords, ContinuumHeadingNamesTheFieldsOfTheKind) {
     const auto heading = [&](std::int32_t edition) {
-        return lines(edition,
-                     [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, ELEMENT_CONTINUUM); });
+        return lines(edition, [](Channel& mesh) {
+            write_section_heading(state.settings.kind(), mesh, ELEMENT_CONTINUUM);
+        });
     };
     EXPECT_EQ(heading(COUPLED), (Lines{"    CONTINUUM ELEMENT INDEX ",
                                        "    NEL     I1     I2     I3     I4     M5     M6     M7     M8 MATC"
@@ -169,12 +171,14 @@ TEST_F(MeshRecords, ContinuumHeadingNamesTheFieldsOfTheKind) {
 
 TEST_F(MeshRecords, BeamAndTrussHeadingsAreTheSameInAllKinds) {
     for (const std::int32_t edition : {COUPLED, TEMPERATURE, HEAD, DISPLACEMENT}) {
-        EXPECT_EQ(lines(edition,
-                        [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, ELEMENT_BEAM); }),
-                  (Lines{"    BEAM ELEMENT ", "    NEL      I      J   MSEC  NODEK "}));
-        EXPECT_EQ(lines(edition,
-                        [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, ELEMENT_TRUSS); }),
-                  (Lines{"    TRUSS ELEMENT ", "    NEL      I      J   MATT  NODEK "}));
+        EXPECT_EQ(
+            lines(edition,
+                  [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, ELEMENT_BEAM); }),
+            (Lines{"    BEAM ELEMENT ", "    NEL      I      J   MSEC  NODEK "}));
+        EXPECT_EQ(
+            lines(edition,
+                  [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, ELEMENT_TRUSS); }),
+            (Lines{"    TRUSS ELEMENT ", "    NEL      I      J   MATT  NODEK "}));
     }
 }
 
@@ -182,7 +186,7 @@ TEST_F(MeshRecords, BeamAndTrussHeadingsAreTheSameInAllKinds) {
 
 TEST_F(MeshRecords, NodeWithTheConstantsPassesOverThem) {
     const NodeRecord coupled = node(COUPLED, "11 1 0 -1 0 2 7 8 3.5 -4.5\n", 10);
-    EXPECT_EQ(coupled.NODE, 11);
+    EXPECT_EQ(coupled.number, 11);
     EXPECT_EQ(coupled.codes, (NodeCodes{1, 0, -1, 0, 2}));
     EXPECT_EQ(coupled.x, 3.5F);
     EXPECT_EQ(coupled.y, -4.5F);
@@ -226,8 +230,8 @@ TEST_F(MeshRecords, NodeOfTheTemperatureAndHeadKindsHasNoConstants) {
 TEST_F(MeshRecords, WhatFollowsTheLastFieldOnItsLineIsIgnored) {
     const Edition kind(DISPLACEMENT);
     Channel& mesh = holding("11 1 0 1 1 1 3.5 -4.5 and a remark\n12 1 0 1 1 1 5.5 6.5\n");
-    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).NODE, 11);
-    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).NODE, 12);
+    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).number, 11);
+    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).number, 12);
 }
 
 TEST_F(MeshRecords, RecordMayTakeSeveralLines) {
@@ -242,10 +246,11 @@ TEST_F(MeshRecords, RecordMayTakeSeveralLines) {
 // --- elements as read --------------------------------------------------------------------------------------
 
 TEST_F(MeshRecords, WrittenElementIsReadBackWithItsTouchingFields) {
-    const ElementRecord coupled = element(COUPLED, ELEMENT_CONTINUUM, element_line(COUPLED, ELEMENT_CONTINUUM)[0]);
+    const ElementRecord coupled =
+        element(COUPLED, ELEMENT_CONTINUUM, element_line(COUPLED, ELEMENT_CONTINUUM)[0]);
     expect_words(coupled.words, {11, 12, 13, 14, 51, 52, 53, 54, 5});
     EXPECT_EQ(coupled.skeleton, 0);
-    EXPECT_EQ(coupled.KF, 1);
+    EXPECT_EQ(coupled.fluid, 1);
     EXPECT_EQ(coupled.integration_r, 2);
     EXPECT_EQ(coupled.integration_s, 2);
     EXPECT_EQ(coupled.real_attribute, -1.0F);
@@ -277,7 +282,7 @@ TEST_F(MeshRecords, BeamAndTrussHaveTheAttributesOfTheirKind) {
     for (const std::int8_t type : {ELEMENT_BEAM, ELEMENT_TRUSS}) {
         const ElementRecord coupled = element(COUPLED, type, "31 11 12 7\n");
         EXPECT_EQ(coupled.skeleton, 0);
-        EXPECT_EQ(coupled.KF, 1);
+        EXPECT_EQ(coupled.fluid, 1);
         EXPECT_EQ(coupled.integration_r, 2);
         EXPECT_EQ(coupled.integration_s, 2);
         EXPECT_EQ(coupled.real_attribute, 0.0F);

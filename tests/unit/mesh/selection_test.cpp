@@ -112,12 +112,13 @@ protected:
 
     static void window(float xmin, float ymin, float xmax, float ymax) {
         state.edit.selection_mode = 0;
-        state.edit.XMIN = xmin;
-        state.edit.YMIN = ymin;
-        state.edit.XMAX = xmax;
-        state.edit.YMAX = ymax;
+        state.edit.window_left = xmin;
+        state.edit.window_bottom = ymin;
+        state.edit.window_right = xmax;
+        state.edit.window_top = ymax;
     }
-    static void list(std::int32_t operation, std::int32_t selection_mode, const std::vector<std::int32_t>& numbers) {
+    static void list(std::int32_t operation, std::int32_t selection_mode,
+                     const std::vector<std::int32_t>& numbers) {
         state.edit.operation = operation;
         state.edit.selection_mode = selection_mode;
         state.edit.list_count = static_cast<std::int32_t>(numbers.size());
@@ -194,10 +195,10 @@ TEST_F(Selection, ListOfElementsGoesByNumber) {
     for (const std::int32_t operation : {2, 3}) {
         SetUp();
         list(operation, 1, {7, -8});
-        EXPECT_FALSE(
-            element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(6, {1, 2, 3, 4})));
-        EXPECT_TRUE(
-            element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(7, {1, 2, 3, 4})));
+        EXPECT_FALSE(element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
+                                    element(6, {1, 2, 3, 4})));
+        EXPECT_TRUE(element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
+                                   element(7, {1, 2, 3, 4})));
         EXPECT_TRUE(
             element_inside(state.edit, state.mesh, state.selection, ELEMENT_BEAM, element(8, {1, 2, 2, 1})));
         EXPECT_FALSE(node_inside(state.edit, state.selection, 7, 0.0F, 0.0F)) << "the list names no nodes";
@@ -214,8 +215,8 @@ TEST_F(Selection, OtherKindsOfSelectionHoldNothing) {
     for (const std::int32_t selection_mode : {2, 3, 4, -1}) {
         SetUp();
         list(2, selection_mode, {1, 2});
-        EXPECT_FALSE(
-            element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(1, {1, 2, 3, 4})))
+        EXPECT_FALSE(element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
+                                    element(1, {1, 2, 3, 4})))
             << selection_mode;
     }
 }

@@ -9,7 +9,8 @@ namespace brelan::test {
 namespace {
 
 // Materials in the order of the columns of a row below.
-constexpr std::int32_t material = 5, joint_material = 9, inner_line_material = 6, outer_line_material = 7, OTHER = 1;
+constexpr std::int32_t material = 5, joint_material = 9, inner_line_material = 6, outer_line_material = 7,
+                       OTHER = 1;
 constexpr std::int32_t inner_line_type = 2, outer_line_type = 3;
 
 class ActivityPairs : public ::testing::Test {
@@ -20,7 +21,8 @@ protected:
         state.group_cards.rows[G] = {};
         state.group_cards.materials[G] = {};
         state.group_cards.outputs[G] = {};
-        words(material, joint_material, inner_line_type, inner_line_material, outer_line_type, outer_line_material);
+        words(material, joint_material, inner_line_type, inner_line_material, outer_line_type,
+              outer_line_material);
         for (std::size_t role = 0; role < 6; ++role)
             state.group_cards.outputs[G].pair[role] = {static_cast<std::int32_t>(role) + 1,
                                                        static_cast<std::int32_t>(role) + 101};
@@ -41,8 +43,9 @@ protected:
     static std::string taken(std::int32_t group_type, std::int8_t type) {
         state.group_cards.rows[G].group_type = group_type;
         std::string text;
-        for (const std::int32_t material : {material, joint_material, inner_line_material, outer_line_material, OTHER}) {
-            const ActivityPair pair = activity_of(state.group_cards, G, type, material);
+        for (const std::int32_t number :
+             {material, joint_material, inner_line_material, outer_line_material, OTHER}) {
+            const ActivityPair pair = activity_of(state.group_cards, G, type, number);
             if (pair == ActivityPair{}) {
                 text += '-';
                 continue;
@@ -82,7 +85,8 @@ TEST_F(ActivityPairs, WithoutAMaterial) {
 }
 
 TEST_F(ActivityPairs, OfAMaterialBelow0) {
-    words(-material, joint_material, inner_line_type, inner_line_material, outer_line_type, outer_line_material);
+    words(-material, joint_material, inner_line_type, inner_line_material, outer_line_type,
+          outer_line_material);
     expect_taken(3, "22222", "--4--", "-----");
     expect_taken(4, "11111", "--4--", "-----");
     expect_taken(-3, "-3---", "--5--", "---6-");
@@ -90,7 +94,8 @@ TEST_F(ActivityPairs, OfAMaterialBelow0) {
 }
 
 TEST_F(ActivityPairs, MaterialOfTheRegionComesBeforeThatOfTheJoint) {
-    words(joint_material, joint_material, inner_line_type, inner_line_material, outer_line_type, outer_line_material);
+    words(joint_material, joint_material, inner_line_type, inner_line_material, outer_line_type,
+          outer_line_material);
     expect_taken(-2, "13111", "--5--", "---6-");
     expect_taken(-3, "-2---", "--5--", "---6-");
     expect_taken(-4, "12111", "--5--", "---6-");
@@ -140,9 +145,11 @@ TEST_F(ActivityPairs, OneZeroOfTwoIsAPair) {
 }
 
 TEST_F(ActivityPairs, FirstLineOfAJointComesBeforeItsTwin) {
-    words(material, joint_material, inner_line_type, inner_line_material, inner_line_type, inner_line_material);
+    words(material, joint_material, inner_line_type, inner_line_material, inner_line_type,
+          inner_line_material);
     expect_taken(-2, "13111", "--5--", "-----");
-    words(material, joint_material, inner_line_type, inner_line_material, inner_line_type, outer_line_material);
+    words(material, joint_material, inner_line_type, inner_line_material, inner_line_type,
+          outer_line_material);
     expect_taken(-3, "23---", "--56-", "-----");
 }
 
