@@ -18,7 +18,7 @@
 #include "bench_project.h"
 #include "channel/channel_numbers.h"
 #include "channel/free_field.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "output/group_out.h"
 #include "run/run.h"
 
@@ -89,8 +89,8 @@ public:
         run_->listing.highest_material = 4;
     }
     void run() const {
-        write_group_outputs(run_->channels, run_->trace, run_->settings, run_->group_cards, run_->listing, run_->units,
-                 "..\\out.Mes", {NODES, ELEMENTS, 0, 0});
+        write_group_outputs(run_->channels, run_->trace, run_->settings, run_->group_cards, run_->listing,
+                            run_->units, "..\\out.Mes", {NODES, ELEMENTS, 0, 0});
         run_->channels.close_all();
     }
 

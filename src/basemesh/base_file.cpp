@@ -4,11 +4,11 @@
 #include <cstdlib>
 #include <vector>
 
-#include "mesh/block_tables.h"
 #include "channel/free_field.h"
 #include "channel/layout.h"
-#include "mesh/node_grid.h"
+#include "mesh/block_tables.h"
 #include "mesh/edition.h"
+#include "mesh/node_grid.h"
 
 namespace brelan {
 
@@ -125,7 +125,8 @@ BoundNode set_on_bounds(const BlockCards& block_cards, const FieldBounds& field,
     return node;
 }
 
-void write_node(LayoutKind kind, const BlockCards& block_cards, Channel& base, std::int32_t number, const BoundNode& node) {
+void write_node(LayoutKind kind, const BlockCards& block_cards, Channel& base, std::int32_t number,
+                const BoundNode& node) {
     const std::int32_t code_x = node.fixed_x ? 1 : 0;
     const std::int32_t code_y = node.fixed_y ? 1 : 0;
     switch (kind) {
@@ -133,15 +134,17 @@ void write_node(LayoutKind kind, const BlockCards& block_cards, Channel& base, s
             const bool dry = node.y >= block_cards.third + ON_BOUND;
             const std::int32_t fluid_code_x = dry || node.closed_side ? 1 : 0;
             const std::int32_t fluid_code_y = dry || node.closed_end ? 1 : 0;
-            COUPLED_NODE.write(base, number, code_x, code_y, fluid_code_x, fluid_code_y, 1, 1, 1, node.x, node.y);
+            COUPLED_NODE.write(base, number, code_x, code_y, fluid_code_x, fluid_code_y, 1, 1, 1, node.x,
+                               node.y);
             break;
         }
         case LayoutKind::temperature:
-            SCALAR_NODE.write(base, number, code_x * FIXED_TEMPERATURE, code_y * FIXED_TEMPERATURE, node.x, node.y,
-                              block_cards.third, COEFFICIENT_OF_NODE);
+            SCALAR_NODE.write(base, number, code_x * FIXED_TEMPERATURE, code_y * FIXED_TEMPERATURE, node.x,
+                              node.y, block_cards.third, COEFFICIENT_OF_NODE);
             break;
         case LayoutKind::head:
-            SCALAR_NODE.write(base, number, code_x, code_y, node.x, node.y, block_cards.third, COEFFICIENT_OF_NODE);
+            SCALAR_NODE.write(base, number, code_x, code_y, node.x, node.y, block_cards.third,
+                              COEFFICIENT_OF_NODE);
             break;
         case LayoutKind::displacement:
             DISPLACEMENT_NODE.write(base, number, code_x, code_y, 1, 1, 1, node.x, node.y);
@@ -211,8 +214,8 @@ void pass_element(LayoutKind kind, Channel& index, Channel& base, const RawMesh&
             for (std::int32_t* attribute : {&skeleton, &fluid, &integration_r, &integration_s})
                 reader.read(*attribute);
             reader.read(real_attribute);
-            COUPLED_ELEMENT.write(base, number, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], material, skeleton, fluid,
-                                  integration_r, integration_s, real_attribute);
+            COUPLED_ELEMENT.write(base, number, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], material,
+                                  skeleton, fluid, integration_r, integration_s, real_attribute);
             break;
         }
         case LayoutKind::temperature:
@@ -236,7 +239,8 @@ void pass_element(LayoutKind kind, Channel& index, Channel& base, const RawMesh&
 
 }  // namespace
 
-BaseCounts write_base_file(LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field, Channel& coordinates, Channel& index, Channel& base, const RawMesh& raw) {
+BaseCounts write_base_file(LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field,
+                           Channel& coordinates, Channel& index, Channel& base, const RawMesh& raw) {
     const std::vector<Point> points = read_points(kind, coordinates, raw);
     const Merge merge = merge_points(points);
     const BaseCounts counts{static_cast<std::int32_t>(merge.kept.size()),

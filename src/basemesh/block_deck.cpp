@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/layout.h"
 #include "channel/real_to_integer.h"
 #include "channel/run_end.h"
-#include "channel/channel_numbers.h"
 #include "mesh/edition.h"
 
 namespace brelan {
@@ -23,7 +23,8 @@ constexpr Layout<"(9(I5,1X))"> BLOCK_LINE;
 constexpr float FINEST_POSITION = 0.3F, EVEN_POSITION = 0.5F;
 
 // What every block of a base mesh is made of; an edit changes it afterwards.
-constexpr std::int32_t MATERIAL_OF_BLOCK = 1, SKELETON_OF_BLOCK = 0, FLUID_OF_BLOCK = 1, ATTRIBUTE_OF_BLOCK = 0;
+constexpr std::int32_t MATERIAL_OF_BLOCK = 1, SKELETON_OF_BLOCK = 0, FLUID_OF_BLOCK = 1,
+                       ATTRIBUTE_OF_BLOCK = 0;
 constexpr float THICKNESS_OF_BLOCK = 1.0F, DENSITY_OF_BLOCK = 2.3F;
 
 // Key coordinates along one direction: block edges at even places, mid key points at odd ones.
@@ -52,23 +53,26 @@ KeyLine key_line(float start, float direction, const StripTable& strips, std::in
     return line;
 }
 
-void write_block(LayoutKind kind, Channel& file, std::int32_t block, const std::array<std::int32_t, 9>& key, std::int32_t column_divisions,
-                 std::int32_t row_divisions) {
+void write_block(LayoutKind kind, Channel& file, std::int32_t block, const std::array<std::int32_t, 9>& key,
+                 std::int32_t column_divisions, std::int32_t row_divisions) {
     write_free(file, " BLOCK NO = ", block);
     write_free(file, block);
     BLOCK_LINE.write_list<std::int32_t>(file, key);
     switch (kind) {
         case LayoutKind::coupled:
             BLOCK_LINE.write(file, 12, 12, 12, 12, 12, 12, 12, 12, 12);
-            BLOCK_LINE.write_front(file, MATERIAL_OF_BLOCK, column_divisions, row_divisions, SKELETON_OF_BLOCK, FLUID_OF_BLOCK);
+            BLOCK_LINE.write_front(file, MATERIAL_OF_BLOCK, column_divisions, row_divisions,
+                                   SKELETON_OF_BLOCK, FLUID_OF_BLOCK);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            BLOCK_LINE.write_front(file, MATERIAL_OF_BLOCK, column_divisions, row_divisions, ATTRIBUTE_OF_BLOCK);
+            BLOCK_LINE.write_front(file, MATERIAL_OF_BLOCK, column_divisions, row_divisions,
+                                   ATTRIBUTE_OF_BLOCK);
             break;
         case LayoutKind::displacement:
             BLOCK_LINE.write_front(file, 0, 0, 0, 0, 0, 0, 0, 0);
-            write_free(file, MATERIAL_OF_BLOCK, column_divisions, row_divisions, THICKNESS_OF_BLOCK, DENSITY_OF_BLOCK);
+            write_free(file, MATERIAL_OF_BLOCK, column_divisions, row_divisions, THICKNESS_OF_BLOCK,
+                       DENSITY_OF_BLOCK);
             break;
     }
     write_free(file, 0);
@@ -87,7 +91,8 @@ BlockDivision divide_strip(const BlockStrip& strip) {
     return {to_integer(n), strip.position >= 0.0F ? position * width : width - position * width};
 }
 
-void write_block_file(Channels& channels, LayoutKind kind, const BlockCards& block_cards, FieldBounds& field) {
+void write_block_file(Channels& channels, LayoutKind kind, const BlockCards& block_cards,
+                      FieldBounds& field) {
     const std::int32_t block_columns = block_cards.block_columns;
     const std::int32_t block_rows = block_cards.block_rows;
     float height = 0.0F;
@@ -104,7 +109,8 @@ void write_block_file(Channels& channels, LayoutKind kind, const BlockCards& blo
     const std::int32_t first_number = 1;
     const float scale = 1.0F;
     if (kind == LayoutKind::temperature || kind == LayoutKind::head)
-        write_free(file, block_columns * block_rows, (2 * block_columns + 1) * key_rows, first_number, scale, block_cards.third);
+        write_free(file, block_columns * block_rows, (2 * block_columns + 1) * key_rows, first_number, scale,
+                   block_cards.third);
     else
         write_free(file, block_columns * block_rows, (2 * block_columns + 1) * key_rows, first_number, scale);
     write_free(file, block_columns, block_rows, 0, 0, 0, first_number);
@@ -114,13 +120,17 @@ void write_block_file(Channels& channels, LayoutKind kind, const BlockCards& blo
             write_free(file, ++key, column, row);
     for (std::int32_t p = 1; p <= block_columns; ++p) {
         for (std::int32_t q = 1; q <= block_rows; ++q) {
-            const auto number = [&](std::int32_t column, std::int32_t row) { return column * key_rows + row + 1; };
+            const auto number = [&](std::int32_t column, std::int32_t row) {
+                return column * key_rows + row + 1;
+            };
             const std::int32_t left = 2 * (p - 1), middle = left + 1, right = left + 2;
             const std::int32_t top = 2 * (q - 1), centre = top + 1, bottom = top + 2;
-            const std::array<std::int32_t, 9> keys{number(right, top), number(left, top), number(left, bottom),
-                                                   number(right, bottom), number(middle, top), number(left, centre),
-                                                   number(middle, bottom), number(right, centre), number(middle, centre)};
-            write_block(kind, file, (p - 1) * block_rows + q, keys, x.divisions[static_cast<std::size_t>(p - 1)],
+            const std::array<std::int32_t, 9> keys{
+                number(right, top),     number(left, top),     number(left, bottom),
+                number(right, bottom),  number(middle, top),   number(left, centre),
+                number(middle, bottom), number(right, centre), number(middle, centre)};
+            write_block(kind, file, (p - 1) * block_rows + q, keys,
+                        x.divisions[static_cast<std::size_t>(p - 1)],
                         y.divisions[static_cast<std::size_t>(q - 1)]);
         }
     }

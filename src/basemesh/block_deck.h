@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "mesh/block_tables.h"
 #include "channel/channels.h"
+#include "mesh/block_tables.h"
 #include "mesh/edition.h"
 
 namespace brelan {

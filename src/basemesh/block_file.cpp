@@ -3,8 +3,8 @@
 #include <cmath>
 #include <span>
 
-#include "mesh/block_tables.h"
 #include "channel/free_field.h"
+#include "mesh/block_tables.h"
 #include "mesh/edition.h"
 
 namespace brelan {
@@ -40,21 +40,24 @@ std::vector<KeyPoint> read_key_points(Channel& file, std::int32_t count, float s
 }
 
 // The divisions of a block and what its elements take.
-void read_block_values(LayoutKind kind, Channel& file, Block& block, std::int32_t& column_divisions, std::int32_t& row_divisions) {
+void read_block_values(LayoutKind kind, Channel& file, Block& block, std::int32_t& column_divisions,
+                       std::int32_t& row_divisions) {
     BlockAttributes& a = block.attributes;
     switch (kind) {
         case LayoutKind::coupled:
             file.skip_lines(1, "the side codes of a block");
-            read_free(file, "a block (material, ndx, ndy, KS, KF)", block.material, column_divisions, row_divisions, a.skeleton, a.fluid);
+            read_free(file, "a block (material, ndx, ndy, KS, KF)", block.material, column_divisions,
+                      row_divisions, a.skeleton, a.fluid);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            read_free(file, "a block (material, ndx, ndy, IDH)", block.material, column_divisions, row_divisions, a.attribute);
+            read_free(file, "a block (material, ndx, ndy, IDH)", block.material, column_divisions,
+                      row_divisions, a.attribute);
             break;
         case LayoutKind::displacement:
             file.skip_lines(1, "the side codes of a block");
-            read_free(file, "a block (material, ndx, ndy, THIC, DEN)", block.material, column_divisions, row_divisions, a.thickness,
-                      a.density);
+            read_free(file, "a block (material, ndx, ndy, THIC, DEN)", block.material, column_divisions,
+                      row_divisions, a.thickness, a.density);
             break;
     }
     require(file, column_divisions >= 1 && row_divisions >= 1, "division counts of at least 1");
@@ -86,9 +89,11 @@ BlockFile read_block_file(LayoutKind kind, Channel& file) {
     require(file, in.key_points >= 1 && in.key_points <= MOST_KEY_POINTS,
             "a count of key points from 1 to " + std::to_string(MOST_KEY_POINTS));
     require(file, in.first_element >= 1, "a first element number of at least 1");
-    read_free(file, "the layout line (NBX, NBY, two doubling flags, order flag, first node number)", in.block_columns,
-              in.block_rows, double_x, double_y, order, in.first_node);
-    require(file, in.block_columns >= 1 && in.block_columns <= MOST_BLOCK_ROWS && in.block_rows >= 1 && in.block_rows <= MOST_BLOCK_ROWS,
+    read_free(file, "the layout line (NBX, NBY, two doubling flags, order flag, first node number)",
+              in.block_columns, in.block_rows, double_x, double_y, order, in.first_node);
+    require(file,
+            in.block_columns >= 1 && in.block_columns <= MOST_BLOCK_ROWS && in.block_rows >= 1 &&
+                in.block_rows <= MOST_BLOCK_ROWS,
             "NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS));
     require(file, blocks == in.block_columns * in.block_rows,
             "NBX times NBY to be the count of blocks, " + std::to_string(blocks));
@@ -110,7 +115,8 @@ BlockFile read_block_file(LayoutKind kind, Channel& file) {
             file.skip_lines(1, "a block's title");
             std::int32_t number = 0;
             read_free(file, "a block number", number);
-            require(file, number == (p - 1) * in.block_rows + q, "block " + std::to_string((p - 1) * in.block_rows + q));
+            require(file, number == (p - 1) * in.block_rows + q,
+                    "block " + std::to_string((p - 1) * in.block_rows + q));
             std::array<std::int32_t, 9> key{};
             read_free_list(file, "the nine key point numbers of a block", std::span<std::int32_t>(key));
             for (const std::int32_t k : key)
@@ -123,8 +129,10 @@ BlockFile read_block_file(LayoutKind kind, Channel& file) {
             if (key[8] != 0)
                 block.material = -block.material;
             // The last block of a column or row decides its divisions.
-            in.column_divisions[static_cast<std::size_t>(p - 1)] = in.double_x ? 2 * column_divisions : column_divisions;
-            in.row_divisions[static_cast<std::size_t>(q - 1)] = in.double_y ? 2 * row_divisions : row_divisions;
+            in.column_divisions[static_cast<std::size_t>(p - 1)] =
+                in.double_x ? 2 * column_divisions : column_divisions;
+            in.row_divisions[static_cast<std::size_t>(q - 1)] =
+                in.double_y ? 2 * row_divisions : row_divisions;
             // Key row and column of the block's nine positions, from its top left corner.
             constexpr int row_of[9] = {0, 0, 2, 2, 0, 1, 2, 1, 1};
             constexpr int column_of[9] = {2, 0, 0, 2, 1, 0, 1, 2, 1};

@@ -31,9 +31,10 @@ struct BlockFile {
     bool double_x = false, double_y = false;  // quadratic elements across, and upwards
     bool rows_first = false;                  // the order flag
     std::int32_t key_points = 0;
-    Grid<float> key_x, key_y;            // by key row and key column from 1
-    std::vector<std::int32_t> column_divisions, row_divisions;  // divisions by block column and row from 0, doubled where asked for
-    Grid<Block> block;                   // by block row and block column from 1
+    Grid<float> key_x, key_y;  // by key row and key column from 1
+    std::vector<std::int32_t> column_divisions,
+        row_divisions;  // divisions by block column and row from 0, doubled where asked for
+    Grid<Block> block;  // by block row and block column from 1
 };
 
 // Reads the whole file.

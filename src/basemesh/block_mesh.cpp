@@ -5,11 +5,11 @@
 
 #include "basemesh/base_file.h"
 #include "basemesh/block_file.h"
-#include "mesh/block_tables.h"
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/layout.h"
 #include "channel/run_end.h"
-#include "channel/channel_numbers.h"
+#include "mesh/block_tables.h"
 #include "mesh/edition.h"
 
 namespace brelan {
@@ -62,7 +62,8 @@ std::int64_t required_dimension(const BlockFile& in, std::int64_t columns, std::
     const std::int64_t cells = columns * rows;
     const std::int64_t line_nodes = std::max(widest, highest) + 1;
     const std::int64_t block_nodes = (widest + 1) * (highest + 1);
-    return 1 + 2 * key_points + in.block_columns + in.block_rows + 44 * blocks + 7 * nodes + 3 * cells + 8 * line_nodes + 2 * block_nodes;
+    return 1 + 2 * key_points + in.block_columns + in.block_rows + 44 * blocks + 7 * nodes + 3 * cells +
+           8 * line_nodes + 2 * block_nodes;
 }
 
 [[noreturn]] void stop_too_large(Channel& coordinates, std::int64_t required) {
@@ -88,13 +89,13 @@ void write_point(LayoutKind kind, Channel& coordinates, std::int32_t number, flo
 }
 
 // A raw element line: corners I1 to I4, then M5 to M8.
-void write_cell(LayoutKind kind, Channel& index, std::int32_t number, const std::array<std::int32_t, 8>& n, std::int32_t material,
-                const BlockAttributes& a) {
+void write_cell(LayoutKind kind, Channel& index, std::int32_t number, const std::array<std::int32_t, 8>& n,
+                std::int32_t material, const BlockAttributes& a) {
     const std::int32_t integration = number == 0 ? 0 : INTEGRATION_OF_CELL;
     switch (kind) {
         case LayoutKind::coupled:
-            COUPLED_CELL.write(index, number, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], material, a.skeleton,
-                               a.fluid, integration, integration, REAL_ATTRIBUTE_OF_CELL);
+            COUPLED_CELL.write(index, number, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], material,
+                               a.skeleton, a.fluid, integration, integration, REAL_ATTRIBUTE_OF_CELL);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
@@ -167,8 +168,12 @@ public:
     }
 
 private:
-    std::int32_t divisions_across(std::int32_t p) const { return in_.column_divisions[static_cast<std::size_t>(p - 1)]; }
-    std::int32_t divisions_down(std::int32_t q) const { return in_.row_divisions[static_cast<std::size_t>(q - 1)]; }
+    std::int32_t divisions_across(std::int32_t p) const {
+        return in_.column_divisions[static_cast<std::size_t>(p - 1)];
+    }
+    std::int32_t divisions_down(std::int32_t q) const {
+        return in_.row_divisions[static_cast<std::size_t>(q - 1)];
+    }
 
     // Every block that is no hole, columns outermost, with its first node column and row.
     template <class Action>
@@ -202,8 +207,9 @@ private:
     static BlockValues values(const Grid<float>& key, std::int32_t p, std::int32_t q) {
         const std::int32_t top = 2 * q - 1, centre = 2 * q, bottom = 2 * q + 1;
         const std::int32_t left = 2 * p - 1, middle = 2 * p, right = 2 * p + 1;
-        return {key(top, left), key(top, middle), key(top, right), key(centre, left), key(centre, middle),
-                key(centre, right), key(bottom, left), key(bottom, middle), key(bottom, right)};
+        return {key(top, left),    key(top, middle),    key(top, right),
+                key(centre, left), key(centre, middle), key(centre, right),
+                key(bottom, left), key(bottom, middle), key(bottom, right)};
     }
 
     void set_on_bounds(const FieldBounds& field, std::int32_t r, std::int32_t c) {
@@ -225,7 +231,8 @@ private:
             return;
         const std::int32_t i2 = in_.double_y ? i + 2 : i + 1;
         const std::int32_t j2 = in_.double_x ? j + 2 : j + 1;
-        std::array<std::int32_t, 8> n{node_number_(i, j2), node_number_(i, j), node_number_(i2, j), node_number_(i2, j2), 0, 0, 0, 0};
+        std::array<std::int32_t, 8> n{
+            node_number_(i, j2), node_number_(i, j), node_number_(i2, j), node_number_(i2, j2), 0, 0, 0, 0};
         if (in_.double_x) {
             n[4] = node_number_(i, j + 1);
             n[6] = node_number_(i2, j + 1);
@@ -241,15 +248,16 @@ private:
     const BlockFile& in_;
     std::int32_t columns_, rows_;
     Grid<float> x_, y_;
-    Grid<std::int32_t> node_number_;    // node numbers
-    Grid<std::int32_t> cell_;  // the block that a cell belongs to, 0 for none
+    Grid<std::int32_t> node_number_;  // node numbers
+    Grid<std::int32_t> cell_;         // the block that a cell belongs to, 0 for none
     std::int32_t last_element_ = 0;
 };
 
 float serendipity(float s, float r, const BlockValues& v) {
-    const float corners =
-        (1.0F + r) * (1.0F - s) * (r - s - 1.0F) * v.top_left + (1.0F + r) * (1.0F + s) * (r + s - 1.0F) * v.top_right -
-        (1.0F - r) * (1.0F - s) * (1.0F + r + s) * v.bottom_left - (1.0F - r) * (1.0F + s) * (1.0F + r - s) * v.bottom_right;
+    const float corners = (1.0F + r) * (1.0F - s) * (r - s - 1.0F) * v.top_left +
+                          (1.0F + r) * (1.0F + s) * (r + s - 1.0F) * v.top_right -
+                          (1.0F - r) * (1.0F - s) * (1.0F + r + s) * v.bottom_left -
+                          (1.0F - r) * (1.0F + s) * (1.0F + r - s) * v.bottom_right;
     const float middles = (1.0F - r * r) * ((1.0F - s) * v.middle_left + (1.0F + s) * v.middle_right) +
                           (1.0F - s * s) * ((1.0F + r) * v.top_middle + (1.0F - r) * v.bottom_middle);
     return 0.25F * corners + 0.5F * middles;
@@ -264,14 +272,18 @@ float lagrange_value(float s, float r, const BlockValues& v) {
     const float left = s * (s - 1.0F) / 2.0F;
     const float centre = 1.0F - s * s;
     const float right = s * (s + 1.0F) / 2.0F;
-    return (top * left) * v.top_left + (top * centre) * v.top_middle + (top * right) * v.top_right + (middle * left) * v.middle_left +
-           (middle * centre) * v.centre + (middle * right) * v.middle_right + (bottom * left) * v.bottom_left +
+    return (top * left) * v.top_left + (top * centre) * v.top_middle + (top * right) * v.top_right +
+           (middle * left) * v.middle_left + (middle * centre) * v.centre +
+           (middle * right) * v.middle_right + (bottom * left) * v.bottom_left +
            (bottom * centre) * v.bottom_middle + (bottom * right) * v.bottom_right;
 }
 
-void map_block(const BlockValues& v, std::int32_t column_divisions, std::int32_t row_divisions, std::int32_t first_column,
-              std::int32_t first_row, std::int32_t material, Grid<float>& target) {
-    const auto value = [&](float s, float r) { return material < 0 ? lagrange_value(s, r, v) : serendipity(s, r, v); };
+void map_block(const BlockValues& v, std::int32_t column_divisions, std::int32_t row_divisions,
+               std::int32_t first_column, std::int32_t first_row, std::int32_t material,
+               Grid<float>& target) {
+    const auto value = [&](float s, float r) {
+        return material < 0 ? lagrange_value(s, r, v) : serendipity(s, r, v);
+    };
     const float s_step = 2.0F / static_cast<float>(column_divisions);
     const float r_step = 2.0F / static_cast<float>(row_divisions);
     const std::int32_t last_column = first_column + column_divisions;
@@ -297,13 +309,15 @@ void map_block(const BlockValues& v, std::int32_t column_divisions, std::int32_t
     }
 }
 
-void make_block_mesh(Channels& channels, LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field) {
+void make_block_mesh(Channels& channels, LayoutKind kind, const BlockCards& block_cards,
+                     const FieldBounds& field) {
     Channel& file = channels.open(CHANNEL_BLOCKS, "Bmesh.Tmp", OpenStatus::old);
     Channel& coordinates = channels.open(CHANNEL_COORDINATES, "Coord.dat", OpenStatus::work);
     Channel& index = channels.open(CHANNEL_INDEX, "Index.dat", OpenStatus::work);
     Channel& base = channels.open(CHANNEL_BASE, "..\\Bmesh.dat", OpenStatus::result);
     const BlockFile in = read_block_file(kind, file);
-    const std::int64_t required = required_dimension(in, sum_of(in.column_divisions), sum_of(in.row_divisions));
+    const std::int64_t required =
+        required_dimension(in, sum_of(in.column_divisions), sum_of(in.row_divisions));
     if (required > PROGRAM_DIMENSION)
         stop_too_large(coordinates, required);
     RawMesh raw;

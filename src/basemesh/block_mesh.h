@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "mesh/block_tables.h"
 #include "channel/channels.h"
+#include "mesh/block_tables.h"
 #include "mesh/edition.h"
 
 namespace brelan {
@@ -43,13 +43,14 @@ float lagrange_value(float s, float r, const BlockValues& v);
 
 // Fills one block's nodes in one coordinate. A negative material means a nine-point block, a positive one an
 // eight-point block, whose centre is free.
-void map_block(const BlockValues& v, std::int32_t column_divisions, std::int32_t row_divisions, std::int32_t first_column,
-              std::int32_t first_row, std::int32_t material, Grid<float>& target);
+void map_block(const BlockValues& v, std::int32_t column_divisions, std::int32_t row_divisions,
+               std::int32_t first_column, std::int32_t first_row, std::int32_t material, Grid<float>& target);
 
 // Reads "Bmesh.Tmp" and writes "Coord.dat", "Index.dat" and "..\Bmesh.dat". Stops with "100" when the mesh is
 // larger than the generator's work space; the two lines about it stand in "Coord.dat". Returns when all are
 // written; ends the run when the block file cannot be read or the mesh has too many nodes or elements to be
 // read back.
-void make_block_mesh(Channels& channels, LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field);
+void make_block_mesh(Channels& channels, LayoutKind kind, const BlockCards& block_cards,
+                     const FieldBounds& field);
 
 }  // namespace brelan

@@ -15,9 +15,10 @@ struct Directories {
 
 // Finds the file that a name of the package stands for.
 //
-// On Windows a name with a drive is used as it is. Elsewhere `\` separates directories. Each directory and file name matches exactly, or else the one entry that differs
-// only in the case of its letters (the package's home system does not tell them apart); a name that is not
-// there stays as given. Trailing blanks do not count.
+// On Windows a name with a drive is used as it is. Elsewhere `\` separates directories. Each directory and
+// file name matches exactly, or else the one entry that differs only in the case of its letters (the
+// package's home system does not tell them apart); a name that is not there stays as given. Trailing blanks
+// do not count.
 //
 // Ends the run when the name is blank, when two entries match it equally well, or when drive C:\ has no
 // place.

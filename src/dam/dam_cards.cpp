@@ -100,8 +100,8 @@ void read_wall(DamCards& dam, const DamSizes& sizes, Channel& deck) {
 // Returns the switches that are no part of DAM: core and wall.
 void read_switches(DamCards& dam, Channel& deck) {
     std::int32_t core_switch = 0, cut_off_switch = 0, shell_switch = 0;
-    read_free(deck, "Card 5.1 (NLAYER, ICORE, ICUT, ISHELL, NCREST, Hi)", dam.layer_count, core_switch, cut_off_switch, shell_switch,
-              dam.crest_divisions, dam.initial_head);
+    read_free(deck, "Card 5.1 (NLAYER, ICORE, ICUT, ISHELL, NCREST, Hi)", dam.layer_count, core_switch,
+              cut_off_switch, shell_switch, dam.crest_divisions, dam.initial_head);
     if (dam.layer_count > MOST_LAYERS)
         deck.fail_behind("Card 5.1: expected at most " + std::to_string(MOST_LAYERS) +
                          " layers in NLAYER, found " + std::to_string(dam.layer_count));
@@ -113,8 +113,8 @@ void read_switches(DamCards& dam, Channel& deck) {
 
 void read_profile(DamCards& dam, DamSizes& sizes, Channel& deck) {
     const char* const card = "Card 5.2";
-    read_free(deck, card, dam.height, dam.water_height, dam.left_run, dam.left_width, dam.crest, dam.middle_width, dam.right_run,
-              dam.right_width);
+    read_free(deck, card, dam.height, dam.water_height, dam.left_run, dam.left_width, dam.crest,
+              dam.middle_width, dam.right_run, dam.right_width);
     require_positive(deck, card, "a dam height (HDAM)", dam.height);
     require_positive(deck, card, "a run of the left slope (RUNL)", dam.left_run);
     require_positive(deck, card, "a width of the left block column (WLEFT)", dam.left_width);
@@ -126,8 +126,7 @@ void read_profile(DamCards& dam, DamSizes& sizes, Channel& deck) {
     if (!(sizes.crest_right < sizes.toe))
         deck.fail_behind(std::string(card) +
                          ": expected block columns that reach beyond the crest, found a crest that ends at " +
-                         shown(sizes.crest_right) + " and block columns that end at " +
-                         shown(sizes.toe));
+                         shown(sizes.crest_right) + " and block columns that end at " + shown(sizes.toe));
 }
 
 void read_ground(DamCards& dam, DamSizes& sizes, Channel& deck) {

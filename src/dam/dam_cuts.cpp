@@ -100,7 +100,8 @@ bool takes_crest_end(const DamCards& dam, const DamSizes& sizes, const DamOutlin
 
 bool crowds_slope(const DamCards& dam, const DamSizes& sizes, const DamOutline& points, const CrestEnd& end) {
     return end.beside_edge && std::any_of(points.begin(), points.end(), [&](const DamPoint& p) {
-               return p.y >= clear_of_slope(dam, sizes, end) && std::abs(p.x - end.x) < element_beside_crest(dam, sizes);
+               return p.y >= clear_of_slope(dam, sizes, end) &&
+                      std::abs(p.x - end.x) < element_beside_crest(dam, sizes);
            });
 }
 
@@ -111,7 +112,8 @@ bool same_line(const DamCards& dam, float a, float b) {
 }
 
 bool on_mesh_line(const DamCards& dam, const DamSizes& sizes, const DamPoint& a, const DamPoint& b) {
-    return (same_line(dam, a.y, b.y) && horizontal_line(dam, a.y)) || (same_line(dam, a.x, b.x) && vertical_line(dam, sizes, a.x));
+    return (same_line(dam, a.y, b.y) && horizontal_line(dam, a.y)) ||
+           (same_line(dam, a.x, b.x) && vertical_line(dam, sizes, a.x));
 }
 
 bool clear_of_shells(const DamSizes& sizes, const DamOutline& points) {
@@ -121,7 +123,8 @@ bool clear_of_shells(const DamSizes& sizes, const DamOutline& points) {
 }
 
 bool below_base(const DamSizes& sizes, const DamOutline& points) {
-    return std::all_of(points.begin(), points.end(), [&](const DamPoint& p) { return p.y <= -sizes.vertical_size; });
+    return std::all_of(points.begin(), points.end(),
+                       [&](const DamPoint& p) { return p.y <= -sizes.vertical_size; });
 }
 
 CrestEnd left_crest_end(const DamCards& dam, const DamSizes& sizes) {
@@ -139,7 +142,8 @@ float clear_of_slope(const DamCards& dam, const DamSizes& sizes, const CrestEnd&
 
 bool crowds_crest(const DamCards& dam, const DamSizes& sizes, const DamOutline& points) {
     return ends_in_top_row(dam, sizes, points) || (!dam.shells && takes_crest_end(dam, sizes, points)) ||
-           crowds_slope(dam, sizes, points, left_crest_end(dam, sizes)) || crowds_slope(dam, sizes, points, right_crest_end(dam, sizes));
+           crowds_slope(dam, sizes, points, left_crest_end(dam, sizes)) ||
+           crowds_slope(dam, sizes, points, right_crest_end(dam, sizes));
 }
 
 float clear_of_crest(const DamCards& dam, const DamSizes& sizes) {
@@ -156,8 +160,9 @@ float clear_of_bottom(const DamCards& dam, const DamSizes& sizes) {
 
 bool crowds_bottom(const DamCards& dam, const DamSizes& sizes, const DamOutline& points) {
     const float halfway = 0.5F * (clear_of_bottom(dam, sizes) + sizes.bottom);
-    return std::any_of(points.begin(), points.end(),
-                       [&](const DamPoint& p) { return p.y < halfway && !same_line(dam, p.y, sizes.bottom); });
+    return std::any_of(points.begin(), points.end(), [&](const DamPoint& p) {
+        return p.y < halfway && !same_line(dam, p.y, sizes.bottom);
+    });
 }
 
 }  // namespace brelan

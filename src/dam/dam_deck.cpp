@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "channel/channel_numbers.h"
 #include "channel/layout.h"
 #include "dam/dam_cards.h"
 #include "dam/dam_tables.h"
 #include "dam/shell_decks.h"
 #include "dam/slope_models.h"
 #include "deck/deck_tables.h"
-#include "channel/channel_numbers.h"
 #include "mesh/edition.h"
 
 namespace brelan {
@@ -76,7 +76,8 @@ void write_block_rows(const DamCards& dam, const DamSizes& sizes, Channel& deck)
     deck.write_line("*    H             DY            AY");
     REALS.write(deck, dam.height, sizes.vertical_size, EVEN);
     for (std::size_t layer = 0; layer < dam.layers.size(); ++layer)
-        REALS.write(deck, dam.layers[layer], sizes.vertical_size, layer + 1 == dam.layers.size() ? LAST_LAYER : EVEN);
+        REALS.write(deck, dam.layers[layer], sizes.vertical_size,
+                    layer + 1 == dam.layers.size() ? LAST_LAYER : EVEN);
 }
 
 // Cards 1.1 and 4.1 to 4.5.
@@ -226,7 +227,8 @@ void write_dam_group(LayoutKind kind, Channel& deck, std::int32_t group, const D
         SEGMENT_LINE.write(deck, ++segment, 1, cards.NDIV, end_rule);
 }
 
-void write_dam_decks(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks, DamCards& dam, DamSizes& sizes) {
+void write_dam_decks(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks,
+                     DamCards& dam, DamSizes& sizes) {
     read_dam_cards(dam, sizes, channels.at(CHANNEL_MESH_B));
     checker.prepared_kind_code = kind_of_decks(kind);
     const std::vector<DamGroup> groups = dam_groups(kind, dam, sizes);

@@ -42,7 +42,9 @@ void leave_uncut(DamGroup& group) {
 
 // What of an outline lies above a height, or below one, is left uncut: the sides get a point there.
 void leave_uncut_beyond(const DamCards& dam, DamGroup& group, float y, bool above) {
-    const auto beyond = [&](const DamPoint& p) { return !same_line(dam, p.y, y) && (above ? p.y > y : p.y < y); };
+    const auto beyond = [&](const DamPoint& p) {
+        return !same_line(dam, p.y, y) && (above ? p.y > y : p.y < y);
+    };
     const DamGroup whole = group;
     group.points.clear();
     group.end_rules.clear();
@@ -85,7 +87,8 @@ DamOutline surface_outline(const DamCards& dam, const DamSizes& sizes) {
     return outline;
 }
 
-DamGroup drawn(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t group_type, DamOutline points) {
+DamGroup drawn(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t group_type,
+               DamOutline points) {
     DamGroup group;
     group.title = std::move(title);
     group.group_type = group_type;
@@ -121,15 +124,18 @@ void cut_crest(const DamCards& dam, const DamSizes& sizes, DamGroup& group) {
     }
 }
 
-DamGroup zone(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t material, DamOutline points) {
+DamGroup zone(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t material,
+              DamOutline points) {
     DamGroup group = drawn(dam, sizes, std::move(title), ZONE, std::move(points));
     group.material = material;
     return group;
 }
 
 // The triangle under a slope.
-DamGroup shell(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t material, const CrestEnd& end) {
-    DamGroup group = zone(dam, sizes, std::move(title), material, {{end.toe, 0.0F}, {end.x, 0.0F}, {end.x, dam.height}});
+DamGroup shell(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t material,
+               const CrestEnd& end) {
+    DamGroup group =
+        zone(dam, sizes, std::move(title), material, {{end.toe, 0.0F}, {end.x, 0.0F}, {end.x, dam.height}});
     if (!end.beside_edge)
         return group;
     constexpr std::size_t VERTICAL = 1;
@@ -163,7 +169,8 @@ DamGroup wall(const DamCards& dam, const DamSizes& sizes) {
 
 // --- boundaries of the head kind -------------------------------------------------------------------
 
-DamGroup boundary(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t line_type, std::int32_t line_material, DamOutline points) {
+DamGroup boundary(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t line_type,
+                  std::int32_t line_material, DamOutline points) {
     const std::int32_t group_type = points.size() > 1 ? LINE : NO_GROUP;
     DamGroup group = drawn(dam, sizes, std::move(title), group_type, std::move(points));
     group.line_type = line_type;
@@ -187,10 +194,11 @@ void add_boundaries(const DamCards& dam, const DamSizes& sizes, std::vector<DamG
     const DamSizes& s = sizes;
     if (dam.shells && dam.layer_count == 0)
         return;
-    groups.push_back(boundary(dam, sizes, " Upstream Total Head Boundary", TOTAL_HEAD, 1, upstream_path(dam, sizes)));
+    groups.push_back(
+        boundary(dam, sizes, " Upstream Total Head Boundary", TOTAL_HEAD, 1, upstream_path(dam, sizes)));
     if (dam.layer_count > 0)
-        groups.push_back(
-            boundary(dam, sizes, " Downstream Total Head Boundary", TOTAL_HEAD, 2, {{s.toe, 0.0F}, {s.right, 0.0F}}));
+        groups.push_back(boundary(dam, sizes, " Downstream Total Head Boundary", TOTAL_HEAD, 2,
+                                  {{s.toe, 0.0F}, {s.right, 0.0F}}));
     const DamPoint crest_end{s.crest_right, dam.height};
     const DamOutline face =
         dam.shells ? DamOutline{{s.crest_left, dam.height}, crest_end} : DamOutline{crest_end, {s.toe, 0.0F}};
@@ -229,7 +237,8 @@ std::vector<DamGroup> dam_groups(LayoutKind kind, const DamCards& dam, const Dam
     leave_uncut(groups.back());
     if (!dam.shells) {
         groups.push_back(shell(dam, sizes, " Upstream Shell", UPSTREAM_SHELL, left_crest_end(dam, sizes)));
-        groups.push_back(shell(dam, sizes, " Downstream Shell", DOWNSTREAM_SHELL, right_crest_end(dam, sizes)));
+        groups.push_back(
+            shell(dam, sizes, " Downstream Shell", DOWNSTREAM_SHELL, right_crest_end(dam, sizes)));
     }
     if (dam.core)
         groups.push_back(core(dam, sizes));

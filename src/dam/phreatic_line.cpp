@@ -8,12 +8,12 @@
 
 #include "channel/real_to_integer.h"
 #include "channel/run_end.h"
+#include "channel/trace.h"
 #include "dam/slope_models.h"
 #include "mesh/edit_tables.h"
 #include "mesh/kinds.h"
 #include "mesh/mesh_records.h"
 #include "mesh/tables.h"
-#include "channel/trace.h"
 
 namespace brelan {
 
@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::int32_t ABOVE_1 = 2;  // debug level of the values that are listed
 
-constexpr float NO_COEFFICIENT = 1.0E-20F;                   // below it a coefficient of triangle_coordinates counts as 0
+constexpr float NO_COEFFICIENT = 1.0E-20F;  // below it a coefficient of triangle_coordinates counts as 0
 constexpr float INSIDE_LOW = -0.001F, INSIDE_HIGH = 1.001F;  // of R, S and R + S, shares of a side
 constexpr float NEAR_LOWER = 0.25F, NEAR_UPPER = 0.75F;      // share of a division: between them it is split
 
@@ -50,7 +50,8 @@ private:
     std::array<float, 50> height_{};
 };
 
-void list_level(Trace& trace, EditCards& edit, float level_divisions, std::int32_t divisions_below, float level_x, float level_y, const SlopeHeights& slope_heights, float division_share) {
+void list_level(Trace& trace, EditCards& edit, float level_divisions, std::int32_t divisions_below,
+                float level_x, float level_y, const SlopeHeights& slope_heights, float division_share) {
     trace.values(ABOVE_1, " MSRT  = ", edit.slope_code);
     trace.values(ABOVE_1, " N_DIV = ", model(edit).divisions);
     trace.values(ABOVE_1, " rHw   = ", edit.water_share);
@@ -67,7 +68,8 @@ void list_level(Trace& trace, EditCards& edit, float level_divisions, std::int32
 
 // The slope in equal steps below the level and in equal steps above it. With no step below, the toe stays and
 // no node lies on the level.
-void space_anew(const EditCards& edit, Mesh& mesh, std::int32_t divisions_below, float level_x, float level_y) {
+void space_anew(const EditCards& edit, Mesh& mesh, std::int32_t divisions_below, float level_x,
+                float level_y) {
     const SlopeModel& m = model(edit);
     for (std::int32_t i = 1; i <= m.divisions; ++i) {
         const std::int32_t node = m.node(i + 1);
@@ -86,7 +88,8 @@ void space_anew(const EditCards& edit, Mesh& mesh, std::int32_t divisions_below,
 }
 
 // A node on the level, where the element at a part of the slope will be divided.
-void add_level_node(EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit& slope_split, std::int32_t part, float level_x, float level_y) {
+void add_level_node(EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit& slope_split,
+                    std::int32_t part, float level_x, float level_y) {
     const std::int32_t node = source.counts.nodes + 1;
     if (node > HIGHEST_NODE_NUMBER || mesh.node_in_use[node] != 0)
         fail(std::string(model(edit).file) +
@@ -108,7 +111,8 @@ void add_level_node(EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit&
 // --- elements ------------------------------------------------------------------------------------
 
 double triangle_area(const Mesh& mesh, std::int32_t a, std::int32_t b, std::int32_t c) {
-    const double x1 = mesh.x[a], y1 = mesh.y[a], x2 = mesh.x[b], y2 = mesh.y[b], x3 = mesh.x[c], y3 = mesh.y[c];
+    const double x1 = mesh.x[a], y1 = mesh.y[a], x2 = mesh.x[b], y2 = mesh.y[b], x3 = mesh.x[c],
+                 y3 = mesh.y[c];
     return 0.5 * ((y3 - y1) * x2 + (y2 - y3) * x1 + (y1 - y2) * x3);
 }
 
@@ -192,7 +196,8 @@ void require_template(const EditCards& edit, const EditSource& source, const Mes
              "the others eight");
 }
 
-void apply_water_level(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit& slope_split) {
+void apply_water_level(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh,
+                       SlopeSplit& slope_split) {
     slope_split = SlopeSplit{};
     const SlopeModel& m = model(edit);
     const float water_share = edit.water_share;
@@ -206,8 +211,10 @@ void apply_water_level(Trace& trace, EditCards& edit, EditSource& source, Mesh& 
     const float level_x = water_share * m.width;
     const float level_y = water_share * m.height;
     const SlopeHeights slope_heights(edit, mesh);
-    const float division_share = (level_y - slope_heights(divisions_below)) / (slope_heights(divisions_below + 1) - slope_heights(divisions_below));
-    list_level(trace, edit, level_divisions, divisions_below, level_x, level_y, slope_heights, division_share);
+    const float division_share = (level_y - slope_heights(divisions_below)) /
+                                 (slope_heights(divisions_below + 1) - slope_heights(divisions_below));
+    list_level(trace, edit, level_divisions, divisions_below, level_x, level_y, slope_heights,
+               division_share);
     for (std::int32_t point = 1; point <= m.divisions + 1; ++point) {
         const std::int32_t node = m.node(point);
         const std::int32_t under_water = level_y < mesh.y[node] ? 0 : 1;
@@ -247,7 +254,8 @@ void orient_elements(const EditSource& source, Mesh& mesh) {
     }
 }
 
-void split_slope_element(const EditCards& edit, const EditSource& source, Mesh& mesh, const SlopeSplit& slope_split) {
+void split_slope_element(const EditCards& edit, const EditSource& source, Mesh& mesh,
+                         const SlopeSplit& slope_split) {
     if (slope_split.node == 0)
         return;
     const std::int32_t position = slope_split.element;

@@ -10,8 +10,8 @@ namespace brelan {
 // Coordinates of a point in a triangle: the shares of its first, second and third corner.
 struct TriangleCoordinates {
     float r = 0.0F, s = 0.0F, t = 0.0F;
-    int zero_coefficient = 0;    // the coefficient that is 0, in the order a1, b1, a2, b2; 0 where none is
-    bool in = false;  // R, S and R + S lie within -0.001 to 1.001
+    int zero_coefficient = 0;  // the coefficient that is 0, in the order a1, b1, a2, b2; 0 where none is
+    bool in = false;           // R, S and R + S lie within -0.001 to 1.001
 };
 
 // A triangle by its corners.
@@ -28,10 +28,11 @@ TriangleCoordinates triangle_coordinates(Trace& trace, float x, float y, const T
 void require_template(const EditCards& edit, const EditSource& source, const Mesh& mesh);
 
 // The slope stage of IEDIT 5, on the nodes of the template in the mesh tables: codes of the slope nodes by
-// the water level rHw of edit_cards, and where the level lies near a node, the slope spaced anew so that a node
-// lies on it. Where it lies well between two nodes, a node is added on it instead and slope_split set. A level
-// that is not between 0 and 1 gives all slope nodes the codes 3 and 0.
-void apply_water_level(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit& slope_split);
+// the water level rHw of edit_cards, and where the level lies near a node, the slope spaced anew so that a
+// node lies on it. Where it lies well between two nodes, a node is added on it instead and slope_split set. A
+// level that is not between 0 and 1 gives all slope nodes the codes 3 and 0.
+void apply_water_level(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh,
+                       SlopeSplit& slope_split);
 
 // Carries nodes 1 to NUMNP from the template's triangle onto that of edit_cards.
 void map_template_nodes(Trace& trace, EditCards& edit, const EditSource& source, Mesh& mesh);
@@ -42,6 +43,7 @@ void orient_elements(const EditSource& source, Mesh& mesh);
 
 // Divides the element that the slope stage noted at the node on the water level: a quadrilateral becomes a
 // triangle and a quadrilateral, a triangle two. The second part takes the next free number.
-void split_slope_element(const EditCards& edit, const EditSource& source, Mesh& mesh, const SlopeSplit& slope_split);
+void split_slope_element(const EditCards& edit, const EditSource& source, Mesh& mesh,
+                         const SlopeSplit& slope_split);
 
 }  // namespace brelan

@@ -2,12 +2,12 @@
 
 #include <string_view>
 
+#include "channel/channel_numbers.h"
 #include "channel/layout.h"
 #include "dam/dam_deck.h"
 #include "dam/dam_tables.h"
 #include "dam/slope_models.h"
 #include "deck/deck_tables.h"
-#include "channel/channel_numbers.h"
 
 namespace brelan {
 
@@ -26,7 +26,8 @@ constexpr std::string_view LEFT_MESH = "Shell_Left.Mes", RIGHT_MESH = "Shell_Rig
                            DAM_MESH = "Earth_Dam.Mes";
 
 // Opens a deck of the list and writes its Card 1.1.
-Channel& open_deck(Channels& channels, LayoutKind kind, DeckList& decks, std::int32_t place, std::string_view name, std::int32_t mode) {
+Channel& open_deck(Channels& channels, LayoutKind kind, DeckList& decks, std::int32_t place,
+                   std::string_view name, std::int32_t mode) {
     decks.names[place] = TextLine(name);
     Channel& deck = channels.open(CHANNEL_DATA, name, OpenStatus::work);
     deck.write_line("* Card 1.1");
@@ -47,8 +48,9 @@ void write_name(Channel& deck, std::string_view card, std::string_view field, st
 }
 
 // A template onto the triangle crest, toe, foot below the crest.
-void write_shell_deck(Channels& channels, LayoutKind kind, DeckList& decks, const DamCards& dam, const DamSizes& sizes, std::int32_t place, std::string_view name, std::string_view mesh, std::int32_t first_element,
-                      std::int32_t slope_code, float crest, float toe) {
+void write_shell_deck(Channels& channels, LayoutKind kind, DeckList& decks, const DamCards& dam,
+                      const DamSizes& sizes, std::int32_t place, std::string_view name, std::string_view mesh,
+                      std::int32_t first_element, std::int32_t slope_code, float crest, float toe) {
     Channel& deck = open_deck(channels, kind, decks, place, name, 1);
     write_name(deck, "* Card 3.1-1", "* FILEA", "Dummy.dat");
     write_name(deck, "* Card 3.1-2", "* FILEM", mesh);
@@ -68,8 +70,9 @@ void write_shell_deck(Channels& channels, LayoutKind kind, DeckList& decks, cons
     close_deck(channels, deck);
 }
 
-void write_combination_deck(Channels& channels, LayoutKind kind, DeckList& decks, std::int32_t place, std::string_view name, std::string_view mesh_a,
-                            std::string_view mesh_b, std::string_view result) {
+void write_combination_deck(Channels& channels, LayoutKind kind, DeckList& decks, std::int32_t place,
+                            std::string_view name, std::string_view mesh_a, std::string_view mesh_b,
+                            std::string_view result) {
     Channel& deck = open_deck(channels, kind, decks, place, name, 0);
     write_name(deck, "* Card 2.1-1", "* FILEA", mesh_a);
     write_name(deck, "* Card 2.1-2", "* FILEB", mesh_b);
@@ -84,9 +87,10 @@ void write_combination_deck(Channels& channels, LayoutKind kind, DeckList& decks
 
 void write_shell_decks(Channels& channels, LayoutKind kind, DeckList& decks, DamCards& dam, DamSizes& sizes) {
     const DamSizes& s = sizes;
-    write_shell_deck(channels, kind, decks, dam, sizes, 2, "Shell_Left.dat", LEFT_MESH, 1, s.left_model, s.crest_left, 0.0F);
-    write_shell_deck(channels, kind, decks, dam, sizes, 3, "Shell_Right.dat", RIGHT_MESH, slope_model(s.left_model).elements + 1, s.right_model,
-                     s.crest_right, s.toe);
+    write_shell_deck(channels, kind, decks, dam, sizes, 2, "Shell_Left.dat", LEFT_MESH, 1, s.left_model,
+                     s.crest_left, 0.0F);
+    write_shell_deck(channels, kind, decks, dam, sizes, 3, "Shell_Right.dat", RIGHT_MESH,
+                     slope_model(s.left_model).elements + 1, s.right_model, s.crest_right, s.toe);
     write_combination_deck(channels, kind, decks, 4, "Combine_Shell.dat", LEFT_MESH, RIGHT_MESH, SHELL_MESH);
     write_combination_deck(channels, kind, decks, 5, "Combine_All.dat", SHELL_MESH, BODY_MESH, DAM_MESH);
     decks.count = 5;

@@ -17,8 +17,8 @@ namespace brelan {
 struct SlopeModel {
     std::int32_t slope_code;  // slope code of a dam's side
     std::string_view file;
-    float width, height;                  // corners of the template's triangle, and extents of its slope
-    std::int32_t divisions;          // divisions of the slope
+    float width, height;         // corners of the template's triangle, and extents of its slope
+    std::int32_t divisions;      // divisions of the slope
     std::int32_t columns, rows;  // divisions of the base and of the vertical side
     std::int32_t elements;       // of the template
     std::int32_t low_points;     // slope points whose node has the point's number, from the toe

@@ -57,7 +57,8 @@ CardCount count_values(const TextLine& line) {
     return found;
 }
 
-void check_card(Channels& channels, CheckedDeck& checker, Console& console, int channel_number, std::string_view label, std::int32_t minimum, std::int32_t maximum) {
+void check_card(Channels& channels, CheckedDeck& checker, Console& console, int channel_number,
+                std::string_view label, std::int32_t minimum, std::int32_t maximum) {
     Channel& deck = channels.at(channel_number);
     const std::string card = "Card " + std::string(label);
     const TextLine line = deck.read_line(card);

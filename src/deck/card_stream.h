@@ -32,7 +32,8 @@ CardCount count_values(const TextLine& line);
 // Checks and reads the next card on a channel. A count of values outside minimum to maximum is a user's
 // error: it is reported by its label and ends the run with stop text "300". The values go to CARDVAL from
 // position 1; a value that is not a number, or the end of the deck, ends the run as a failure.
-void check_card(Channels& channels, CheckedDeck& checker, Console& console, int channel_number, std::string_view label, std::int32_t minimum, std::int32_t maximum);
+void check_card(Channels& channels, CheckedDeck& checker, Console& console, int channel_number,
+                std::string_view label, std::int32_t minimum, std::int32_t maximum);
 
 // The last column of a title line's text, at most 80; 0 for a blank line.
 std::int32_t last_title_column(const TextLine& line);

@@ -3,7 +3,7 @@
 #include <span>
 #include <string>
 
-#include "mesh/block_tables.h"
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/real_to_integer.h"
@@ -14,8 +14,8 @@
 #include "deck/deck_tables.h"
 #include "deck/group_cards.h"
 #include "deck/normalised_deck.h"
+#include "mesh/block_tables.h"
 #include "mesh/tables.h"
-#include "channel/channel_numbers.h"
 
 namespace brelan {
 
@@ -48,7 +48,8 @@ TextLine pass_name(Channels& channels, CheckedDeck& checker, std::string_view wh
 
 // Tells the plot tool the name of the result mesh.
 void note_result(Channels& channels, const TextLine& name) {
-    channels.open(CHANNEL_DATA, "C:\\Vork\\Qx\\Qxdata\\FnPlot2D.dat", OpenStatus::work).write_columns(name.view());
+    channels.open(CHANNEL_DATA, "C:\\Vork\\Qx\\Qxdata\\FnPlot2D.dat", OpenStatus::work)
+        .write_columns(name.view());
     channels.close(CHANNEL_DATA);
 }
 
@@ -81,18 +82,21 @@ std::int32_t look_ahead_to_edit(Channels& channels) {
 }
 
 // The selection of IEDIT 1, 2 and 3.
-void check_selection(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const SelectionCards& cards) {
+void check_selection(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                     const SelectionCards& cards) {
     pass(channels, kind, checker, console, cards.location);
     if (value_of(checker, 1) == 0) {
         pass(channels, kind, checker, console, cards.window);
     } else {
         pass(channels, kind, checker, console, cards.list);
-        pass_integer_list(channels, checker, cards.list, count_on(channels, checker, cards.list, MOST_CARD_VALUES));
+        pass_integer_list(channels, checker, cards.list,
+                          count_on(channels, checker, cards.list, MOST_CARD_VALUES));
     }
     pass(channels, kind, checker, console, cards.side);
 }
 
-void check_rebuild_rows(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& count_card, const Card& row_card) {
+void check_rebuild_rows(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                        const Card& count_card, const Card& row_card) {
     pass(channels, kind, checker, console, count_card);
     const std::int32_t rows = count_on(channels, checker, count_card, MOST_REBUILD_ROWS);
     for (std::int32_t row = 1; row <= rows; ++row)
@@ -152,9 +156,11 @@ std::int32_t check_base_mesh(Channels& channels, LayoutKind kind, CheckedDeck& c
     pass(channels, kind, checker, console, CARD_4_1);
     const std::int32_t block_columns = value_of(checker, 1);
     const std::int32_t block_rows = value_of(checker, 2);
-    if (block_columns < 1 || block_columns > MOST_BLOCK_ROWS || block_rows < 1 || block_rows > MOST_BLOCK_ROWS)
-        deck(channels).fail_behind("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS) +
-                           ", found " + std::to_string(block_columns) + " and " + std::to_string(block_rows));
+    if (block_columns < 1 || block_columns > MOST_BLOCK_ROWS || block_rows < 1 ||
+        block_rows > MOST_BLOCK_ROWS)
+        deck(channels).fail_behind("Card 4.1: expected NBX and NBY from 1 to " +
+                                   std::to_string(MOST_BLOCK_ROWS) + ", found " +
+                                   std::to_string(block_columns) + " and " + std::to_string(block_rows));
     pass(channels, kind, checker, console, CARD_4_2);
     for (std::int32_t column = 1; column <= block_columns; ++column)
         pass(channels, kind, checker, console, CARD_4_3);
@@ -186,7 +192,8 @@ void check_dam(Channels& channels, LayoutKind kind, CheckedDeck& checker, Consol
 
 }  // namespace
 
-DeckContent check_deck(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const TextLine& deck_name, std::string_view normalised_name) {
+DeckContent check_deck(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                       const TextLine& deck_name, std::string_view normalised_name) {
     if (deck_name.blank())
         fail("expected the name of a card deck, found a blank one");
     channels.open(CHANNEL_DECK, deck_name.view(), OpenStatus::old);

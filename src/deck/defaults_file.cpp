@@ -2,13 +2,13 @@
 
 #include <string>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/layout.h"
 #include "deck/card_stream.h"
 #include "mesh/group_tables.h"
 #include "mesh/move_tables.h"
-#include "channel/channel_numbers.h"
 
 namespace brelan {
 
@@ -40,10 +40,12 @@ void load_defaults(Channels& channels, Tolerances& tolerances, MoveLists& moves)
         copy_master(channels);
     Channel& values = channels.open(CHANNEL_STATUS, WORK_FILE, OpenStatus::work);
     strip_deck(channels, CHANNEL_DEFAULTS, CHANNEL_STATUS);
-    read_free(values, "the distance limits (mode, length, factor, TOLSAME)", tolerances.mode, tolerances.length, tolerances.factor,
-              tolerances.same);
-    read_free(values, "the collapse of short elements (IDCOL, FCOL, MATCB(3), MATCT(3))", moves.collapse_mode, moves.collapse_factor,
-              moves.beam_materials[0], moves.beam_materials[1], moves.beam_materials[2], moves.truss_materials[0], moves.truss_materials[1], moves.truss_materials[2]);
+    read_free(values, "the distance limits (mode, length, factor, TOLSAME)", tolerances.mode,
+              tolerances.length, tolerances.factor, tolerances.same);
+    read_free(values, "the collapse of short elements (IDCOL, FCOL, MATCB(3), MATCT(3))", moves.collapse_mode,
+              moves.collapse_factor, moves.beam_materials[0], moves.beam_materials[1],
+              moves.beam_materials[2], moves.truss_materials[0], moves.truss_materials[1],
+              moves.truss_materials[2]);
     read_free(values, "the count of moves (NMOVE2)", moves.second_count);
     if (moves.second_count > MOST_MOVES)
         values.fail_behind("expected an NMOVE2 of at most " + std::to_string(MOST_MOVES) + ", found " +

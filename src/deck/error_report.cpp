@@ -3,12 +3,12 @@
 #include <array>
 #include <string>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/console.h"
 #include "channel/free_field.h"
 #include "channel/layout.h"
 #include "channel/run_end.h"
-#include "channel/channel_numbers.h"
 
 namespace brelan {
 
@@ -61,14 +61,15 @@ void show_last_lines(Channels& channels, Console& console, int channel_number, s
         line.resize(MESSAGE_COLUMNS, ' ');
         console.write(line + "\n");
     }
-    // Waits until the person has pressed enter. What the run has written so far is put on disk first: nobody may
-    // ever answer.
+    // Waits until the person has pressed enter. What the run has written so far is put on disk first: nobody
+    // may ever answer.
     channels.flush_all();
     std::string answer;
     console.read(answer);
 }
 
-void report_card(Channels& channels, Console& console, std::string_view label, std::int32_t maximum, const TextLine& line, const CardCount& found) {
+void report_card(Channels& channels, Console& console, std::string_view label, std::int32_t maximum,
+                 const TextLine& line, const CardCount& found) {
     Channel& listing = channels.at(CHANNEL_WORK);
     write_free(listing, "************* ERROR IN THE USER INPUT **************");
     REQUIRED_LINE.write(listing, label, maximum);

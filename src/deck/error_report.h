@@ -21,7 +21,7 @@ void show_last_lines(Channels& channels, Console& console, int channel_number, s
 
 // Lists a card with a wrong count of values on channel 7, shows the listing, writes status 1 and stops with
 // "300".
-[[noreturn]] void report_card(Channels& channels, Console& console, std::string_view label, std::int32_t maximum, const TextLine& line,
-                             const CardCount& found);
+[[noreturn]] void report_card(Channels& channels, Console& console, std::string_view label,
+                              std::int32_t maximum, const TextLine& line, const CardCount& found);
 
 }  // namespace brelan

@@ -25,7 +25,8 @@ void write_pair(Channels& channels, LayoutKind kind, CheckedDeck& checker, float
     write_card(checker, normalised(channels), CARD_POST_PAIR.written_of(kind));
 }
 
-void pass_list_if_any(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card) {
+void pass_list_if_any(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                      const Card& card) {
     pass(channels, kind, checker, console, card);
     if (const std::int32_t count = count_on(channels, checker, card, MOST_CARD_VALUES); count > 0)
         pass_integer_list(channels, checker, card, count);
@@ -38,7 +39,8 @@ void pass_title(Channels& channels) {
 }
 
 // A material line whose MATold stands at a position: 0 there stands for the material after MAT.
-void pass_with_old_material(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card, std::int32_t position) {
+void pass_with_old_material(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                            const Card& card, std::int32_t position) {
     check(channels, kind, checker, console, card);
     if (checker.values[position] == 0.0F)
         checker.values[position] = checker.values[1] + 1.0F;
@@ -46,7 +48,8 @@ void pass_with_old_material(Channels& channels, LayoutKind kind, CheckedDeck& ch
         write_card(checker, normalised(channels), form);
 }
 
-void pass_material_line(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, std::int32_t group_type) {
+void pass_material_line(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                        std::int32_t group_type) {
     switch (group_type) {
         case 1:
         case 2:
@@ -78,7 +81,8 @@ void pass_material_line(Channels& channels, LayoutKind kind, CheckedDeck& checke
 }
 
 // Six pairs and seven switches for the outputs. MTYPE 5 moves its first pair to the second place.
-void pass_post_lines(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, std::int32_t group_type) {
+void pass_post_lines(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                     std::int32_t group_type) {
     constexpr int pairs = 6, switches = 7;
     float kept_1 = 0.0F, kept_2 = 0.0F;
     for (int i = 1; i <= pairs; ++i) {
@@ -97,7 +101,8 @@ void pass_post_lines(Channels& channels, LayoutKind kind, CheckedDeck& checker, 
         pass(channels, kind, checker, console, CARD_POST_SWITCH);
 }
 
-void pass_outline(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, std::int32_t group_type) {
+void pass_outline(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                  std::int32_t group_type) {
     check(channels, kind, checker, console, CARD_POINTS);
     if (group_type == CLOSING_OUTLINE)
         checker.values[2] = 0.0F;  // MOVE
@@ -107,19 +112,21 @@ void pass_outline(Channels& channels, LayoutKind kind, CheckedDeck& checker, Con
         pass(channels, kind, checker, console, CARD_POINT);
 }
 
-void pass_arc(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, bool closes_outline) {
+void pass_arc(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+              bool closes_outline) {
     pass(channels, kind, checker, console, CARD_ARC);
     const ArcFault fault = fault_of_arc(std::span<const float, 6>(&checker.values[1], 6), closes_outline);
     if (!fault.message.empty())
         deck(channels).fail_behind(fault.message);
 }
 
-void pass_segments(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, std::int32_t group_type) {
+void pass_segments(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                   std::int32_t group_type) {
     pass(channels, kind, checker, console, CARD_SEGMENTS);
     const std::int32_t segment_count = count_on(channels, checker, CARD_SEGMENTS, MOST_GROUP_POINTS);
     if (segment_count < 0)
         deck(channels).fail_behind("Card 3.3.5.4.3: expected an NSEGMENT of 0 or more, found " +
-                           std::to_string(segment_count));
+                                   std::to_string(segment_count));
     for (std::int32_t k = 1; k <= segment_count; ++k) {
         check(channels, kind, checker, console, CARD_SEGMENT);
         const std::int32_t segment_type = value_of(checker, 2);
@@ -131,7 +138,8 @@ void pass_segments(Channels& channels, LayoutKind kind, CheckedDeck& checker, Co
         }
         write_card(checker, normalised(channels), CARD_SEGMENT.written_of(kind));
         if (segment_type == 2)
-            pass_arc(channels, kind, checker, console, k > 1 && k == segment_count && std::abs(group_type) != 2);
+            pass_arc(channels, kind, checker, console,
+                     k > 1 && k == segment_count && std::abs(group_type) != 2);
     }
 }
 

@@ -2,9 +2,9 @@
 
 #include <string>
 
+#include "channel/channel_numbers.h"
 #include "deck/card_stream.h"
 #include "mesh/kinds.h"
-#include "channel/channel_numbers.h"
 
 namespace brelan {
 
@@ -15,16 +15,17 @@ constexpr std::string_view HEADING = "a heading line";
 void require_number(const Channel& mesh_file, std::int32_t number, std::int32_t last, std::string_view what) {
     if (number < 1 || number > last)
         mesh_file.fail_behind("expected " + std::string(what) + " number from 1 to " + std::to_string(last) +
-                         ", found " + std::to_string(number));
+                              ", found " + std::to_string(number));
 }
 
 void require_words(const Channel& mesh_file, const ElementRecord& element) {
     const ElementWords& w = element.words;
-    for (const std::int32_t word : {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8})
+    for (const std::int32_t word :
+         {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8})
         if (word > HIGHEST_NODE_NUMBER)
             mesh_file.fail_behind("element " + std::to_string(element.number) +
-                             ": expected node numbers of at most " + std::to_string(HIGHEST_NODE_NUMBER) + ", found " +
-                             std::to_string(word));
+                                  ": expected node numbers of at most " +
+                                  std::to_string(HIGHEST_NODE_NUMBER) + ", found " + std::to_string(word));
 }
 
 // What the first scan finds out.
@@ -36,7 +37,9 @@ struct Scan {
 };
 
 std::int32_t& count_of(MeshCounts& counts, std::int8_t type) {
-    return type == ELEMENT_CONTINUUM ? counts.continuum_elements : type == ELEMENT_BEAM ? counts.beams : counts.trusses;
+    return type == ELEMENT_CONTINUUM ? counts.continuum_elements
+           : type == ELEMENT_BEAM    ? counts.beams
+                                     : counts.trusses;
 }
 
 Scan scan_mesh(LayoutKind kind, Channel& mesh_file) {
@@ -48,7 +51,8 @@ Scan scan_mesh(LayoutKind kind, Channel& mesh_file) {
         scan.field_count = count_values(TextLine(mesh_file.peek_line())).count;
     const int first_line = mesh_file.lines_before();
     for (std::int32_t i = 0; i < scan.counts.nodes; ++i)
-        require_number(mesh_file, read_node_record(kind, mesh_file, scan.field_count).number, HIGHEST_NODE_NUMBER, "a node");
+        require_number(mesh_file, read_node_record(kind, mesh_file, scan.field_count).number,
+                       HIGHEST_NODE_NUMBER, "a node");
     scan.node_lines = mesh_file.lines_before() - first_line;
     for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
         const std::int32_t records = scan.counts.of(type);

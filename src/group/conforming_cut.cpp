@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "group/cut_sides.h"
 #include "group/cut_table.h"
 #include "group/engine_mesh.h"
-#include "group/cut_sides.h"
 #include "mesh/kinds.h"
 
 namespace brelan {
@@ -56,7 +56,8 @@ void begin_codes(Mesh& mesh, std::int32_t node, std::int32_t value, std::size_t 
 
 std::int32_t add_side_node(Mesh& mesh, Engine& engine, const Point& point, std::int32_t a, std::int32_t b) {
     const std::int32_t node = add_node(mesh, engine, point);
-    begin_codes(mesh, node, has_node_values(mesh.kind) ? 0 : 1, static_cast<std::size_t>(kind_row(mesh.kind).node_codes));
+    begin_codes(mesh, node, has_node_values(mesh.kind) ? 0 : 1,
+                static_cast<std::size_t>(kind_row(mesh.kind).node_codes));
     follow_node(mesh, node, std::min(a, b));
     follow_node(mesh, node, std::max(a, b));
     return node;
@@ -138,7 +139,8 @@ Point along(const Point& from, const Point& a, const Point& b) {
 }
 
 // Puts P into the row by one of its sides; Q0 is the other point of the pair.
-void place_end_by_side(Mesh& mesh, Engine& engine, CutRow& row, const RowSide& side, const Point& p, const Point& q0) {
+void place_end_by_side(Mesh& mesh, Engine& engine, CutRow& row, const RowSide& side, const Point& p,
+                       const Point& q0) {
     const std::int32_t node_a = row.corner_node[side.a];
     const std::int32_t node_b = row.corner_node[side.b];
     const Point a = node_point(mesh, node_a);
@@ -168,12 +170,14 @@ void place_end_by_side(Mesh& mesh, Engine& engine, CutRow& row, const RowSide& s
             return;
         }
         // Near B the node goes outwards, beyond the end of the side: kept as decks have always had it.
-        const bool clear = nearer_b ? CLEAR_OF_CORNER * length < length - distance_a : CLEAR_OF_CORNER * length < distance_a;
+        const bool clear =
+            nearer_b ? CLEAR_OF_CORNER * length < length - distance_a : CLEAR_OF_CORNER * length < distance_a;
         add_to_line(mesh, engine, row, side, clear ? q : along(nearer_b ? b : a, a, b));
         return;
     }
-    const Point inside =
-        distance_p <= HALFWAY_INSIDE * distance_q0 ? Point{q.x - 0.5F * (q.x - q0.x), q.y - 0.5F * (q.y - q0.y)} : p;
+    const Point inside = distance_p <= HALFWAY_INSIDE * distance_q0
+                             ? Point{q.x - 0.5F * (q.x - q0.x), q.y - 0.5F * (q.y - q0.y)}
+                             : p;
     row.centre_node = add_centre_node(mesh, engine, inside, row);
 }
 
@@ -213,8 +217,8 @@ constexpr float SHARE_OF_SIDE = 0.1F;   // of a side: a crossing so near to a fr
 constexpr std::int32_t ONLY_MOVE = -2;  // IEND: nodes move, none is added
 
 // Brings one side to the segment. Gives the number of the node that it moves, 0 for none.
-std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutRow& row, const RowSide& side, const Point& p1, const Point& p2,
-                     const CutMode& mode) {
+std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutRow& row,
+                      const RowSide& side, const Point& p1, const Point& p2, const CutMode& mode) {
     const std::int32_t node_a = row.corner_node[side.a];
     const std::int32_t node_b = row.corner_node[side.b];
     const Point a = node_point(mesh, node_a);
@@ -224,7 +228,9 @@ std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, 
             clear_side(engine, node_a, node_b);
     };
     const Meeting crossing = segment_crossing(p1, p2, a, b);
-    const auto is_on_line = [&](const Point& p) { return snap_to_segment(p1, p2, p, tolerances.line).distance < tolerances.move; };
+    const auto is_on_line = [&](const Point& p) {
+        return snap_to_segment(p1, p2, p, tolerances.line).distance < tolerances.move;
+    };
     if (!crossing.meets || (is_on_line(a) && is_on_line(b))) {
         drop_planned_node();
         return 0;
@@ -248,7 +254,8 @@ std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, 
     }
     // The corner may not move. The neighbouring side may be so short that the crossing has to be nearer to
     // count as it.
-    const float neighbour = distance(corner(mesh, row, nearer_b ? side.beside_b : side.beside_a), nearer_b ? b : a);
+    const float neighbour =
+        distance(corner(mesh, row, nearer_b ? side.beside_b : side.beside_a), nearer_b ? b : a);
     const float share = neighbour < length ? SHARE_OF_SIDE * neighbour / length : SHARE_OF_SIDE;
     const float from_corner = nearer_b ? std::abs(length - distance_a) : distance_a;
     if (share * length < from_corner) {
@@ -265,7 +272,8 @@ std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, 
 
 // While the elements wait for their split, a side that the segment misses stays as it is. So only rows near
 // the segment can change, and those that a node moved on the way has brought to it.
-void scan_rows_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& p1, const Point& p2, const CutMode& mode) {
+void scan_rows_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& p1,
+                    const Point& p2, const CutMode& mode) {
     std::vector<std::uint32_t> rows = rows_of(engine, elements_met_by(engine, p1, p2));
     for (std::size_t k = 0; k < rows.size(); ++k) {
         CutRow& row = engine.rows[rows[k]];
@@ -298,11 +306,14 @@ void collect_rows(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2) 
         note_row(engine);
         mesh.words[e].corner_1 = -w.corner_1;
     };
-    const auto open_to_cut = [&](std::int32_t e) { return is_selected(mesh, engine, e) && mesh.words[e].corner_1 > 0; };
+    const auto open_to_cut = [&](std::int32_t e) {
+        return is_selected(mesh, engine, e) && mesh.words[e].corner_1 > 0;
+    };
     const auto crosses = [&](const Corners& c) {
         const int corners = c.n[3] > 0 ? 4 : 3;
         for (int i = 0; i < corners; ++i)
-            if (segment_crossing(p1, p2, node_point(mesh, c.n[i]), node_point(mesh, c.n[(i + 1) % corners])).meets)
+            if (segment_crossing(p1, p2, node_point(mesh, c.n[i]), node_point(mesh, c.n[(i + 1) % corners]))
+                    .meets)
                 return true;
         return false;
     };
@@ -318,14 +329,16 @@ void collect_rows(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2) 
             take(e);
 }
 
-void place_ends(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2, bool skips_first, bool skips_second) {
+void place_ends(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2, bool skips_first,
+                bool skips_second) {
     if (!skips_first)
         place_one_end(mesh, engine, p1, p2);
     if (!skips_second)
         place_one_end(mesh, engine, p2, p1);
 }
 
-void scan_sides(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& p1, const Point& p2, const CutMode& mode) {
+void scan_sides(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& p1, const Point& p2,
+                const CutMode& mode) {
     if (engine.uses_indexes && mode.deferred)
         return scan_rows_near(mesh, tolerances, engine, p1, p2, mode);
     for (CutRow& row : engine.rows)

@@ -22,11 +22,13 @@ void collect_rows(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2);
 
 // Makes an end of the pair a node of the mesh: the nearest free corner of the row that contains it, a new
 // node on a side, or one inside.
-void place_ends(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2, bool skips_first, bool skips_second);
+void place_ends(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2, bool skips_first,
+                bool skips_second);
 
 // Brings each side of each row to the segment: a free corner near the crossing moves onto it, else the side
 // gets a node there.
-void scan_sides(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& p1, const Point& p2, const CutMode& mode);
+void scan_sides(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& p1, const Point& p2,
+                const CutMode& mode);
 
 // Splits the marked rows by their patterns, writes all rows back to the elements and empties the table. The
 // first part keeps the element's number, the others follow the highest.

@@ -15,7 +15,8 @@ void for_rows_with_side(Engine& engine, std::int32_t a, std::int32_t b, Action a
         CutRow& row = engine.rows[r];
         for (int i = 0; i < row.corners(); ++i) {
             const RowSide& side = side_of(row, i);
-            if ((row.corner_node[side.a] == a && row.corner_node[side.b] == b) || (row.corner_node[side.a] == b && row.corner_node[side.b] == a))
+            if ((row.corner_node[side.a] == a && row.corner_node[side.b] == b) ||
+                (row.corner_node[side.a] == b && row.corner_node[side.b] == a))
                 action(row, row.side_node[side.mark]);
         }
     }

@@ -21,7 +21,7 @@ struct CutRow {
     std::int32_t centre_node = 0;
     std::int32_t corner_node[4] = {};
     std::int32_t material = 0;  // MATNO of the element
-    std::int32_t element = 0;  // element number; 0 or below: the row has been replaced by its parts
+    std::int32_t element = 0;   // element number; 0 or below: the row has been replaced by its parts
 
     bool is_triangle() const { return corner_node[3] <= 0; }
     int corners() const { return is_triangle() ? 3 : 4; }
@@ -29,9 +29,9 @@ struct CutRow {
 
 // A side of a row by its corners' places, with the places of its side mark and of the corners next to it.
 struct RowSide {
-    int a, b;    // ends
+    int a, b;                // ends
     int beside_a, beside_b;  // the corner next to A, and next to B, on the far side
-    int mark;       // its mark
+    int mark;                // its mark
 };
 
 inline constexpr RowSide QUADRILATERAL_SIDES[4] = {

@@ -50,7 +50,8 @@ bool is_flat(const Mesh& mesh, const Corners& corners, const Box& box) {
     const auto flat = [&](std::int32_t a, std::int32_t b, std::int32_t c) {
         if (a <= 0 || b <= 0 || c <= 0)
             return true;
-        const double area = std::abs(2.0 * area_64(node_point(mesh, a), node_point(mesh, b), node_point(mesh, c)));
+        const double area =
+            std::abs(2.0 * area_64(node_point(mesh, a), node_point(mesh, b), node_point(mesh, c)));
         const double coordinate = static_cast<double>(
             std::max({std::abs(box.x0), std::abs(box.x1), std::abs(box.y0), std::abs(box.y1)}));
         return !(area > 1.0E-10 * static_cast<double>(box.size()) * coordinate);
@@ -160,7 +161,8 @@ std::span<const std::int32_t> ElementIndex::in(const Engine& engine, const Box& 
     return found_;
 }
 
-std::vector<std::int32_t> ElementIndex::with(const Engine& engine, std::span<const std::int32_t> nodes) const {
+std::vector<std::int32_t> ElementIndex::with(const Engine& engine,
+                                             std::span<const std::int32_t> nodes) const {
     std::vector<std::int32_t> elements;
     if (!engine.uses_indexes || cells_.empty()) {
         for (std::int32_t e = 1; e <= engine.highest_element; ++e)

@@ -64,7 +64,8 @@ void note_element(Mesh& mesh, Engine& engine, std::int32_t e);
 std::span<const std::int32_t> elements_met_by(Engine& engine, const Point& p1, const Point& p2);
 
 // The same of the elements that may have a node, or their middle, within a reach of the box of two points.
-std::span<const std::int32_t> elements_near(Engine& engine, const Point& p1, const Point& p2, float reach = 0.0F);
+std::span<const std::int32_t> elements_near(Engine& engine, const Point& p1, const Point& p2,
+                                            float reach = 0.0F);
 
 // All elements that may have one of the nodes as a corner, in ascending number.
 std::vector<std::int32_t> elements_with(const Engine& engine, std::span<const std::int32_t> nodes);

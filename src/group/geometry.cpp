@@ -161,7 +161,9 @@ Segment offset_segment(float shift, const Point& from, const Point& to) {
     const float dx = to.x - from.x;
     const float dy = to.y - from.y;
     const float length = distance_between(from.x, from.y, to.x, to.y);
-    const auto shifted = [&](const Point& p) { return Point{p.x - (dy / length) * shift, p.y + (dx / length) * shift}; };
+    const auto shifted = [&](const Point& p) {
+        return Point{p.x - (dy / length) * shift, p.y + (dx / length) * shift};
+    };
     return {shifted(from), shifted(to)};
 }
 
@@ -249,7 +251,8 @@ Snap snap_to_segment(const Point& p1, const Point& p2, const Point& node, float 
     const Point& left = sorted ? p1 : p2;
     const Point& right = sorted ? p2 : p1;
     const float gradient = (right.y - left.y) / (right.x - left.x);
-    const float foot_x = (node.y - left.y + left.x * gradient + node.x / gradient) / (1.0F / gradient + gradient);
+    const float foot_x =
+        (node.y - left.y + left.x * gradient + node.x / gradient) / (1.0F / gradient + gradient);
     const float foot_y = (foot_x - left.x) * gradient + left.y;
     const float distance = distance_between(node.x, node.y, foot_x, foot_y);
     const bool within = between(foot_x, p1.x, p2.x) && between(foot_y, p1.y, p2.y);
@@ -279,14 +282,21 @@ std::int32_t scan_polygon(const Point& point, std::span<const Point> polygon, st
 Point ellipse_point(float angle, const Point& centre, float half_axis_x, float half_axis_y) {
     const float sine = static_cast<float>(std::sin(static_cast<double>(angle)));
     const float cosine = static_cast<float>(std::cos(static_cast<double>(angle)));
-    const float denominator = half_axis_x * half_axis_x * (sine * sine) + half_axis_y * half_axis_y * (cosine * cosine);
-    const float dx = std::sqrt(cosine * cosine * (half_axis_x * half_axis_x) * (half_axis_y * half_axis_y) / denominator);
-    const float dy = std::sqrt(sine * sine * (half_axis_x * half_axis_x) * (half_axis_y * half_axis_y) / denominator);
+    const float denominator =
+        half_axis_x * half_axis_x * (sine * sine) + half_axis_y * half_axis_y * (cosine * cosine);
+    const float dx =
+        std::sqrt(cosine * cosine * (half_axis_x * half_axis_x) * (half_axis_y * half_axis_y) / denominator);
+    const float dy =
+        std::sqrt(sine * sine * (half_axis_x * half_axis_x) * (half_axis_y * half_axis_y) / denominator);
     return {cosine < 0.0F ? centre.x - dx : centre.x + dx, sine < 0.0F ? centre.y - dy : centre.y + dy};
 }
 
-ArcTable::ArcTable(float begin_angle, float end_angle, float half_axis_x, float half_axis_y, std::int32_t divisions)
-    : divisions_(std::abs(divisions)), end_angle_(end_angle), half_axis_x_(half_axis_x), half_axis_y_(half_axis_y) {
+ArcTable::ArcTable(float begin_angle, float end_angle, float half_axis_x, float half_axis_y,
+                   std::int32_t divisions)
+    : divisions_(std::abs(divisions)),
+      end_angle_(end_angle),
+      half_axis_x_(half_axis_x),
+      half_axis_y_(half_axis_y) {
     const float step = (end_angle - begin_angle) / static_cast<float>(STEPS);
     angle_[0] = begin_angle;
     Point last = ellipse_point(begin_angle, {}, half_axis_x, half_axis_y);

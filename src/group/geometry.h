@@ -100,7 +100,8 @@ Point ellipse_point(float angle, const Point& centre, float half_axis_x, float h
 class ArcTable {
 public:
     // ARCTAB: tabulates angle and running length at 1,000 steps from QB to QE.
-    ArcTable(float begin_angle, float end_angle, float half_axis_x, float half_axis_y, std::int32_t divisions);
+    ArcTable(float begin_angle, float end_angle, float half_axis_x, float half_axis_y,
+             std::int32_t divisions);
 
     // ARCPT: point K, from 1 to |NDIV|; the last is the point at QE exactly.
     Point point(std::int32_t number, const Point& centre) const;

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <span>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/real_to_integer.h"
 #include "group/engine_mesh.h"
@@ -12,7 +13,6 @@
 #include "group/path.h"
 #include "group/regions.h"
 #include "mesh/kinds.h"
-#include "channel/channel_numbers.h"
 
 namespace brelan {
 
@@ -43,7 +43,9 @@ std::int32_t held_joint_attribute(LayoutKind kind, float joint_attribute) {
 
 // Lines of a group, and its joint: works on the mesh and writes the record of "JOINT.TMP". True when there is
 // one.
-bool add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, Engine& engine, GroupListing& listing, std::int32_t g, const Outline& outline, std::span<const std::int32_t> nodes) {
+bool add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, Engine& engine,
+               GroupListing& listing, std::int32_t g, const Outline& outline,
+               std::span<const std::int32_t> nodes) {
     const GroupMaterial& material = group_cards.materials[g];
     const GroupRow& group = outline.group;
     JointRecord record;
@@ -57,7 +59,8 @@ bool add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, En
         const bool listed = record.inner_line_type != 0 && record.inner_line_material != 0;
         if (listed)
             write_joint_record(channels.at(CHANNEL_JOINT), record);
-        add_line_elements(mesh, engine, listing, group.freezes_nodes, outline.closed, record.inner_line_type, record.inner_line_material, nodes);
+        add_line_elements(mesh, engine, listing, group.freezes_nodes, outline.closed, record.inner_line_type,
+                          record.inner_line_material, nodes);
         return listed;
     }
     if (group.group_type < -4 || group.group_type > -2)
@@ -67,15 +70,19 @@ bool add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, En
     record.outer_line_material = to_integer(material.outer_line_material);
     record.twins = add_twin_line(mesh, engine, nodes, outline.closed, record.joint_thickness);
     write_joint_record(channels.at(CHANNEL_JOINT), record);
-    add_joints(mesh, engine, nodes, record.twins, outline.closed, to_integer(material.joint_material), held_joint_attribute(mesh.kind, material.joint_attribute));
+    add_joints(mesh, engine, nodes, record.twins, outline.closed, to_integer(material.joint_material),
+               held_joint_attribute(mesh.kind, material.joint_attribute));
     if (std::abs(group.group_type) == 4 || record.joint_thickness <= 0.0F)
         move_across(mesh, engine, nodes, record.twins, outline.closed);
-    add_line_elements(mesh, engine, listing, group.freezes_nodes, outline.closed, record.inner_line_type, record.inner_line_material, nodes);
-    add_line_elements(mesh, engine, listing, group.freezes_nodes, outline.closed, record.outer_line_type, record.outer_line_material, record.twins);
+    add_line_elements(mesh, engine, listing, group.freezes_nodes, outline.closed, record.inner_line_type,
+                      record.inner_line_material, nodes);
+    add_line_elements(mesh, engine, listing, group.freezes_nodes, outline.closed, record.outer_line_type,
+                      record.outer_line_material, record.twins);
     return true;
 }
 
-void run_region(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t g, const GroupRow& group, std::span<const Point> path) {
+void run_region(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t g,
+                const GroupRow& group, std::span<const Point> path) {
     const GroupMaterial& material = group_cards.materials[g];
     RegionMaterial region;
     region.group_type = group.group_type;
@@ -88,7 +95,8 @@ void run_region(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::
 }
 
 // Works on one group. True when it has written a record to "JOINT.TMP".
-bool run_group(Channels& channels, Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine, GroupListing& listing, std::int32_t g) {
+bool run_group(Channels& channels, Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances,
+               Engine& engine, GroupListing& listing, std::int32_t g) {
     engine.group = g;
     engine.saved_corners.clear();
     if (group_cards.rows[g].group_type == 0)
@@ -103,7 +111,8 @@ bool run_group(Channels& channels, Mesh& mesh, const GroupCards& group_cards, co
     else if (group.segment_count >= 1)
         line = list_free_nodes(mesh, tolerances, engine, path);
     const bool recorded = add_lines(channels, mesh, group_cards, engine, listing, g, outline, line.nodes);
-    write_listing_row(listing, channels.at(CHANNEL_GROUP), g, ROW_OUTLINE, group.group_type, outline.closed ? 1 : 0, path.point);
+    write_listing_row(listing, channels.at(CHANNEL_GROUP), g, ROW_OUTLINE, group.group_type,
+                      outline.closed ? 1 : 0, path.point);
     line.group_type = group.group_type;
     line.closed = outline.closed ? 1 : 0;
     listing.lines[listing.count] = line;
@@ -112,7 +121,8 @@ bool run_group(Channels& channels, Mesh& mesh, const GroupCards& group_cards, co
 }
 
 // The lines and joints at the end of the run: later groups may have moved them.
-void finish_joints(Channels& channels, Mesh& mesh, Engine& engine, GroupListing& listing, std::int32_t records) {
+void finish_joints(Channels& channels, Mesh& mesh, Engine& engine, GroupListing& listing,
+                   std::int32_t records) {
     Channel& joints = channels.at(CHANNEL_JOINT);
     joints.rewind();
     for (std::int32_t i = 1; i <= records; ++i) {
@@ -128,7 +138,8 @@ void finish_joints(Channels& channels, Mesh& mesh, Engine& engine, GroupListing&
 
 }  // namespace
 
-void work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine, GroupListing& listing) {
+void work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
+                    const Tolerances& tolerances, Engine& engine, GroupListing& listing) {
     channels.open(CHANNEL_JOINT, "JOINT.TMP", OpenStatus::work);
     channels.open(CHANNEL_GROUP, "GROUP.TMP", OpenStatus::work);
     listing.count = 0;

@@ -9,6 +9,7 @@
 namespace brelan {
 
 // Pass 14.2: works on the groups in turn and leaves their listing in "GROUP.TMP".
-void work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine, GroupListing& listing);
+void work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
+                    const Tolerances& tolerances, Engine& engine, GroupListing& listing);
 
 }  // namespace brelan

@@ -75,7 +75,8 @@ std::string missing_place(const Mesh& mesh, std::span<const std::int32_t> nodes,
     return turns ? ": the line turns back on itself there" : "";
 }
 
-void require_place(const Mesh& mesh, const Engine& engine, std::span<const std::int32_t> nodes, bool closed, std::size_t k, const Point& twin) {
+void require_place(const Mesh& mesh, const Engine& engine, std::span<const std::int32_t> nodes, bool closed,
+                   std::size_t k, const Point& twin) {
     if (std::isfinite(twin.x) && std::isfinite(twin.y))
         return;
     fail("group " + std::to_string(engine.group) +
@@ -85,7 +86,8 @@ void require_place(const Mesh& mesh, const Engine& engine, std::span<const std::
 
 }  // namespace
 
-std::vector<Point> offset_line(const Mesh& mesh, std::span<const std::int32_t> nodes, bool closed, float joint_thickness) {
+std::vector<Point> offset_line(const Mesh& mesh, std::span<const std::int32_t> nodes, bool closed,
+                               float joint_thickness) {
     const float thickness = std::abs(joint_thickness);
     std::vector<Point> line = points_of(mesh, nodes);
     const std::size_t c = line.size();
@@ -111,7 +113,8 @@ std::vector<Point> offset_line(const Mesh& mesh, std::span<const std::int32_t> n
     return twins;
 }
 
-std::vector<std::int32_t> add_twin_line(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, bool closed, float joint_thickness) {
+std::vector<std::int32_t> add_twin_line(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+                                        bool closed, float joint_thickness) {
     const std::vector<Point> places = offset_line(mesh, nodes, closed, joint_thickness);
     const auto words = static_cast<std::size_t>(kind_row(mesh.kind).node_codes);
     std::vector<std::int32_t> twins;
@@ -131,8 +134,9 @@ std::vector<std::int32_t> add_twin_line(Mesh& mesh, Engine& engine, std::span<co
     return twins;
 }
 
-void add_joints(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
-               std::int32_t joint_material, std::int32_t joint_attribute) {
+void add_joints(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+                std::span<const std::int32_t> twins, bool closed, std::int32_t joint_material,
+                std::int32_t joint_attribute) {
     const std::size_t c = nodes.size();
     if (c < 2)
         return;
@@ -147,7 +151,8 @@ void add_joints(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
     }
 }
 
-void move_across(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed) {
+void move_across(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+                 std::span<const std::int32_t> twins, bool closed) {
     if (nodes.size() < 2)
         return;
     const std::vector<Point> line = points_of(mesh, nodes);
@@ -182,8 +187,8 @@ void move_across(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes
     }
 }
 
-void fix_twins(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
-             float joint_thickness) {
+void fix_twins(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+               std::span<const std::int32_t> twins, bool closed, float joint_thickness) {
     const float thickness = std::abs(joint_thickness);
     const std::vector<Point> places = offset_line(mesh, nodes, closed, joint_thickness);
     for (std::size_t k = 0; k < nodes.size(); ++k) {

@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::int32_t BEAM_LINE = 2, TRUSS_LINE = 3, TRUSS_CODE_0 = 4, TRUSS_CODE_1 = 5;  // |LTP|
 
-void add_line_element(Mesh& mesh, Engine& engine, std::int32_t line_kind, std::int32_t line_type, std::int32_t line_material, std::int32_t from,
-                      std::int32_t to) {
+void add_line_element(Mesh& mesh, Engine& engine, std::int32_t line_kind, std::int32_t line_type,
+                      std::int32_t line_material, std::int32_t from, std::int32_t to) {
     const std::int32_t e = add_element(engine);
     const std::int8_t type = line_kind == BEAM_LINE ? ELEMENT_BEAM : ELEMENT_TRUSS;
     ElementRecord element = two_node_element(from, to, line_material);
@@ -42,7 +42,8 @@ struct LineWords {
     }
 };
 
-void write_line_words(Mesh& mesh, const GroupListing& listing, std::int32_t line_kind, std::int32_t line_material, bool closed, std::span<const std::int32_t> nodes) {
+void write_line_words(Mesh& mesh, const GroupListing& listing, std::int32_t line_kind,
+                      std::int32_t line_material, bool closed, std::span<const std::int32_t> nodes) {
     const std::int32_t line = line_kind == BEAM_LINE ? listing.pipes : listing.convection_lines;
     const std::size_t c = nodes.size();
     const std::size_t elements = closed ? c : c - 1;
@@ -66,7 +67,8 @@ void write_line_words(Mesh& mesh, const GroupListing& listing, std::int32_t line
     }
 }
 
-void write_node_words(Mesh& mesh, const GroupListing& listing, std::int32_t line_kind, std::int32_t line_material, bool closed, std::span<const std::int32_t> nodes) {
+void write_node_words(Mesh& mesh, const GroupListing& listing, std::int32_t line_kind,
+                      std::int32_t line_material, bool closed, std::span<const std::int32_t> nodes) {
     switch (mesh.kind) {
         case LayoutKind::coupled:
             for (const std::int32_t node : nodes)
@@ -94,8 +96,9 @@ void write_node_words(Mesh& mesh, const GroupListing& listing, std::int32_t line
 
 }  // namespace
 
-void add_line_elements(Mesh& mesh, Engine& engine, GroupListing& listing, std::int32_t freezes_nodes, bool closed, std::int32_t line_type, std::int32_t line_material,
-              std::span<const std::int32_t> nodes) {
+void add_line_elements(Mesh& mesh, Engine& engine, GroupListing& listing, std::int32_t freezes_nodes,
+                       bool closed, std::int32_t line_type, std::int32_t line_material,
+                       std::span<const std::int32_t> nodes) {
     if (freezes_nodes == 1)
         for (const std::int32_t node : nodes)
             engine.frozen[node] = 1;

@@ -52,8 +52,8 @@ JointRecord read_joint_record(Channel& file) {
     return record;
 }
 
-void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group, std::int32_t sub_kind, std::int32_t group_type,
-                       std::int32_t closed, std::span<const Point> points) {
+void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group, std::int32_t sub_kind,
+                       std::int32_t group_type, std::int32_t closed, std::span<const Point> points) {
     if (listing.count >= MOST_GROUPS)
         fail("group " + std::to_string(group) + ": expected at most " + std::to_string(MOST_GROUPS) +
              " outlines, lines and joints in all groups, found more");
@@ -73,11 +73,13 @@ void list_record(const Mesh& mesh, GroupListing& listing, Channel& file, const J
         return points;
     };
     if (record.inner_line_type != 0 && record.inner_line_material != 0)
-        write_listing_row(listing, file, record.group, ROW_LINE, record.group_type, record.closed, places(record.nodes));
+        write_listing_row(listing, file, record.group, ROW_LINE, record.group_type, record.closed,
+                          places(record.nodes));
     if (record.group_type >= 0)
         return;
     if (record.outer_line_type != 0 && record.outer_line_material != 0)
-        write_listing_row(listing, file, record.group, ROW_LINE, record.group_type, record.closed, places(record.twins));
+        write_listing_row(listing, file, record.group, ROW_LINE, record.group_type, record.closed,
+                          places(record.twins));
     std::vector<Point> strip;
     for (std::size_t k = 0; k < record.nodes.size(); ++k) {
         strip.push_back(node_point(mesh, record.nodes[k]));

@@ -27,8 +27,8 @@ void write_joint_record(Channel& file, const JointRecord& record);
 JointRecord read_joint_record(Channel& file);
 
 // Writes one row and counts it in listing_row_count. Ends the run when the listing is full.
-void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group, std::int32_t sub_kind, std::int32_t group_type,
-                       std::int32_t closed, std::span<const Point> points);
+void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group, std::int32_t sub_kind,
+                       std::int32_t group_type, std::int32_t closed, std::span<const Point> points);
 
 // Turns a joint record into its rows: the line and the twin line where they have elements, then the joint
 // strip.

@@ -24,8 +24,9 @@ void freeze_nodes(const Mesh& mesh, const GroupCards& group_cards, Engine& engin
     expand_list(listed(limits.nodes, limits.node_count), listed_nodes, limits.nodes_place);
     for (std::int32_t n = 1; n <= engine.highest_node; ++n) {
         const bool coded = mesh.codes[n][0] != 0 || mesh.codes[n][1] != 0;
-        const bool on_limits = limits.bounds_given == 1 && (mesh.x[n] <= limits.left || mesh.x[n] >= limits.right ||
-                                                      mesh.y[n] <= limits.bottom || mesh.y[n] >= limits.top);
+        const bool on_limits =
+            limits.bounds_given == 1 && (mesh.x[n] <= limits.left || mesh.x[n] >= limits.right ||
+                                         mesh.y[n] <= limits.bottom || mesh.y[n] >= limits.top);
         if (coded || on_limits || listed_nodes[n] == n)
             engine.frozen[n] = 1;
     }
@@ -73,15 +74,16 @@ float shortest_distance(const Mesh& mesh, const Engine& engine) {
         for (int i = 0; i < 4; ++i)
             for (int k = i + 1; k < 4; ++k)
                 if (corners.n[i] > 0 && corners.n[k] > 0 && corners.n[i] != corners.n[k])
-                    shortest =
-                        std::min(shortest, distance(node_point(mesh, corners.n[i]), node_point(mesh, corners.n[k])));
+                    shortest = std::min(
+                        shortest, distance(node_point(mesh, corners.n[i]), node_point(mesh, corners.n[k])));
     }
     return shortest;
 }
 
 }  // namespace
 
-void load_engine(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t last_used_node, std::int32_t last_used_element) {
+void load_engine(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t last_used_node,
+                 std::int32_t last_used_element) {
     engine.highest_node = last_used_node;
     engine.highest_element = last_used_element;
     engine.side_sign.fill(0);

@@ -16,7 +16,8 @@ constexpr Layout<"(5(1X,I11))"> MEMBER_RECORD;
 
 RowBox box_of(const Tolerances& tolerances, const Engine& engine, const ListingRow& row) {
     RowBox box;
-    const bool tested = row.points.size() > 0 && row.points.size() <= static_cast<std::size_t>(MOST_POLYGON_POINTS);
+    const bool tested =
+        row.points.size() > 0 && row.points.size() <= static_cast<std::size_t>(MOST_POLYGON_POINTS);
     if (!tested || !engine.uses_indexes)
         return box;
     box = {row.points[0].x, row.points[0].y, row.points[0].x, row.points[0].y, false};
@@ -76,7 +77,8 @@ bool in_strip(const Tolerances& tolerances, const ListingRow& row, const Point& 
 
 // Calls the action with the number of each row that an element belongs to.
 template <class Action>
-void for_rows_of(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, const GroupListing& listing, const ElementWords& words, std::int8_t type, Action action) {
+void for_rows_of(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances,
+                 const GroupListing& listing, const ElementWords& words, std::int8_t type, Action action) {
     const Point centre = mean_of(mesh, words, type == ELEMENT_CONTINUUM ? 4 : 2);
     const auto scan = [&](const auto& rows, auto holds) {
         for (const auto& scanned : rows)
@@ -85,9 +87,11 @@ void for_rows_of(const Membership& membership, const Mesh& mesh, const Tolerance
     };
     scan(membership.outlines, [&](const ScannedOutline& outline) { return outline.polygon.inside(centre); });
     if (type == ELEMENT_CONTINUUM)
-        scan(membership.strips, [&](const ScannedRow& strip) { return in_strip(tolerances, listing.rows[strip.row], centre); });
+        scan(membership.strips,
+             [&](const ScannedRow& strip) { return in_strip(tolerances, listing.rows[strip.row], centre); });
     else
-        scan(membership.lines, [&](const ScannedRow& line) { return on_line(tolerances, listing.rows[line.row], centre); });
+        scan(membership.lines,
+             [&](const ScannedRow& line) { return on_line(tolerances, listing.rows[line.row], centre); });
 }
 
 }  // namespace
@@ -111,13 +115,18 @@ Membership begin_membership(const Tolerances& tolerances, const Engine& engine, 
     return membership;
 }
 
-std::vector<std::int32_t> listing_rows_of(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, const GroupListing& listing, const ElementWords& words, std::int8_t type) {
+std::vector<std::int32_t> listing_rows_of(const Membership& membership, const Mesh& mesh,
+                                          const Tolerances& tolerances, const GroupListing& listing,
+                                          const ElementWords& words, std::int8_t type) {
     std::vector<std::int32_t> rows;
-    for_rows_of(membership, mesh, tolerances, listing, words, type, [&](std::int32_t row) { rows.push_back(row); });
+    for_rows_of(membership, mesh, tolerances, listing, words, type,
+                [&](std::int32_t row) { rows.push_back(row); });
     return rows;
 }
 
-void record_membership(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type) {
+void record_membership(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances,
+                       GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words,
+                       std::int8_t type) {
     if (type == ELEMENT_CONTINUUM)
         listing.highest_material = std::max(listing.highest_material, words.material);
     for_rows_of(membership, mesh, tolerances, listing, words, type, [&](std::int32_t i) {

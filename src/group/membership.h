@@ -41,10 +41,14 @@ Membership begin_membership(const Tolerances& tolerances, const Engine& engine, 
 
 // The rows of the listing that an element belongs to, by number: inside an outline, on a line, in a joint
 // strip.
-std::vector<std::int32_t> listing_rows_of(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, const GroupListing& listing, const ElementWords& words, std::int8_t type);
+std::vector<std::int32_t> listing_rows_of(const Membership& membership, const Mesh& mesh,
+                                          const Tolerances& tolerances, const GroupListing& listing,
+                                          const ElementWords& words, std::int8_t type);
 
 // Writes a record of an element, just written, for each row that it belongs to. Keeps the highest
 // material.
-void record_membership(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type);
+void record_membership(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances,
+                       GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words,
+                       std::int8_t type);
 
 }  // namespace brelan

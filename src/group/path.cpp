@@ -26,7 +26,8 @@ struct CutPair {
     bool skips_first = true, skips_second = true;
 };
 
-void cut_pairs(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const std::vector<CutPair>& pairs, std::int32_t end_rule, bool deferred) {
+void cut_pairs(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const std::vector<CutPair>& pairs,
+               std::int32_t end_rule, bool deferred) {
     constexpr std::int32_t untouched = 3;
     if (end_rule == untouched)
         return;
@@ -81,7 +82,8 @@ private:
                  std::to_string(MOST_POLYGON_POINTS) + " parts, found " + std::to_string(part_count));
     }
 
-    void add_segment(Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine, std::int32_t k) {
+    void add_segment(Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine,
+                     std::int32_t k) {
         const SegmentRow& segment = group_cards.segments[g_][k];
         const Point centre{segment.centre_x, segment.centre_y};
         if (segment.segment_type == ARC && segment.begin_angle != segment.end_angle) {
@@ -98,7 +100,8 @@ private:
         }
     }
 
-    void add_straight(Mesh& mesh, const Tolerances& tolerances, Engine& engine, std::int32_t k, const SegmentRow& segment) {
+    void add_straight(Mesh& mesh, const Tolerances& tolerances, Engine& engine, std::int32_t k,
+                      const SegmentRow& segment) {
         const bool closes = k == out_.group.point_count;
         const std::int32_t part_count = segment.divisions == 0 ? 1 : std::abs(segment.divisions);
         require_divisions(part_count, k);
@@ -115,18 +118,22 @@ private:
         append(points, closes);
     }
 
-    void add_arc(Mesh& mesh, const Tolerances& tolerances, Engine& engine, std::int32_t k, const SegmentRow& segment, const Point& centre) {
+    void add_arc(Mesh& mesh, const Tolerances& tolerances, Engine& engine, std::int32_t k,
+                 const SegmentRow& segment, const Point& centre) {
         std::int32_t part_count = std::abs(segment.divisions);
         if (part_count == 0) {
-            const float parts = std::abs(std::round((segment.end_angle - segment.begin_angle) * PARTS_PER_RADIAN));
-            part_count = parts < static_cast<float>(FEWEST_PARTS + 1) ? FEWEST_PARTS
-                : parts > static_cast<float>(MOST_POLYGON_POINTS)     ? MOST_POLYGON_POINTS + 1
-                                                             : static_cast<std::int32_t>(parts);
+            const float parts =
+                std::abs(std::round((segment.end_angle - segment.begin_angle) * PARTS_PER_RADIAN));
+            part_count = parts < static_cast<float>(FEWEST_PARTS + 1)      ? FEWEST_PARTS
+                         : parts > static_cast<float>(MOST_POLYGON_POINTS) ? MOST_POLYGON_POINTS + 1
+                                                                           : static_cast<std::int32_t>(parts);
         }
         require_divisions(part_count, k);
-        std::vector<Point> points{ellipse_point(segment.begin_angle, centre, segment.half_axis_x, segment.half_axis_y)};
+        std::vector<Point> points{
+            ellipse_point(segment.begin_angle, centre, segment.half_axis_x, segment.half_axis_y)};
         if (segment.half_axis_x != segment.half_axis_y) {
-            const ArcTable table(segment.begin_angle, segment.end_angle, segment.half_axis_x, segment.half_axis_y, part_count);
+            const ArcTable table(segment.begin_angle, segment.end_angle, segment.half_axis_x,
+                                 segment.half_axis_y, part_count);
             for (std::int32_t i = 1; i <= part_count; ++i)
                 points.push_back(table.point(i, centre));
         } else {
@@ -138,14 +145,15 @@ private:
             }
         }
         // A full circle closes on its own start.
-        const bool full =
-            segment.begin_angle == 0.0F && segment.end_angle >= FULL_CIRCLE_LOW && segment.end_angle <= FULL_CIRCLE_HIGH;
+        const bool full = segment.begin_angle == 0.0F && segment.end_angle >= FULL_CIRCLE_LOW &&
+                          segment.end_angle <= FULL_CIRCLE_HIGH;
         cut(mesh, tolerances, engine, points, segment, full ? std::optional<Point>(last_) : std::nullopt);
         append(points, free_line() && k == out_.group.point_count);
     }
 
     // Cuts the pairs of a segment; the last point may be replaced by another to close a circle.
-    void cut(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const std::vector<Point>& points, const SegmentRow& segment, std::optional<Point> closing) {
+    void cut(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const std::vector<Point>& points,
+             const SegmentRow& segment, std::optional<Point> closing) {
         const std::size_t part_count = points.size() - 1;
         const std::int32_t end_rule = segment.end_rule;
         const bool places_start = end_rule == 0 || end_rule == -1 || end_rule == -2 || end_rule == 2;
@@ -153,8 +161,9 @@ private:
         if (!free_line()) {
             std::vector<CutPair> pairs;
             for (std::size_t i = 1; i <= part_count; ++i)
-                pairs.push_back({i == 1 ? last_ : points[i - 1], i == part_count && closing ? *closing : points[i],
-                                 !(i == 1 && places_start), !(i == part_count && places_end)});
+                pairs.push_back({i == 1 ? last_ : points[i - 1],
+                                 i == part_count && closing ? *closing : points[i], !(i == 1 && places_start),
+                                 !(i == part_count && places_end)});
             cut_pairs(mesh, tolerances, engine, pairs, end_rule, segment.divisions <= 0);
         }
         last_ = points[part_count];
@@ -162,7 +171,8 @@ private:
 
     // The closing point of an outline is not repeated: the region test closes the outline itself.
     void append(const std::vector<Point>& points, bool without_last) {
-        path_.point.insert(path_.point.end(), points.begin() + 1, without_last ? points.end() - 1 : points.end());
+        path_.point.insert(path_.point.end(), points.begin() + 1,
+                           without_last ? points.end() - 1 : points.end());
     }
 
     std::int32_t g_;
@@ -188,7 +198,8 @@ void require_room(const Engine& engine, const KeptLine& line) {
 // The nodes near an edge of continuum elements that the groups may work on, each at its first place: elements
 // in ascending number, corners in order. Every element with a node near the edge is itself near it, so the
 // places are those that a look at all elements would give.
-std::vector<std::int32_t> nodes_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& from, const Point& to, std::vector<bool>& seen) {
+std::vector<std::int32_t> nodes_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                     const Point& from, const Point& to, std::vector<bool>& seen) {
     std::vector<std::int32_t> nodes;
     for (const std::int32_t e : elements_near(engine, from, to, tolerances.line)) {
         if (!is_selected(mesh, engine, e) || is_joint(mesh, e))
@@ -206,7 +217,8 @@ std::vector<std::int32_t> nodes_near(Mesh& mesh, const Tolerances& tolerances, E
 }
 
 // True for a node beyond the reach of snap_to_segment at both ends and everywhere between.
-bool is_far(const Tolerances& tolerances, const Engine& engine, const Point& from, const Point& to, const Point& node) {
+bool is_far(const Tolerances& tolerances, const Engine& engine, const Point& from, const Point& to,
+            const Point& node) {
     if (!engine.uses_indexes)
         return false;
     const float size = std::max({std::abs(from.x), std::abs(from.y), std::abs(to.x), std::abs(to.y)});
@@ -233,7 +245,8 @@ void keep_ends(std::vector<Candidate>& candidates, bool first_edge) {
 
 }  // namespace
 
-Path build_path(Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine, std::int32_t g, Outline& outline) {
+Path build_path(Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine,
+                std::int32_t g, Outline& outline) {
     return PathBuilder(g, outline).build(mesh, group_cards, tolerances, engine);
 }
 
@@ -246,7 +259,8 @@ KeptLine list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engin
         const Point& to = path.end_of(edge);
         std::vector<Candidate> candidates;
         for (const std::int32_t n : nodes_near(mesh, tolerances, engine, from, to, seen)) {
-            if (listed[static_cast<std::size_t>(n)] || is_far(tolerances, engine, from, to, node_point(mesh, n)))
+            if (listed[static_cast<std::size_t>(n)] ||
+                is_far(tolerances, engine, from, to, node_point(mesh, n)))
                 continue;
             const Snap snap = snap_to_segment(from, to, node_point(mesh, n), tolerances.line);
             if (snap.near)

@@ -28,7 +28,8 @@ struct Path {
 };
 
 // Builds the path of group g. Unless the line is free (MTYPE 2 with OVERLAY 1), the mesh is cut along it.
-Path build_path(Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine, std::int32_t g, Outline& outline);
+Path build_path(Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine,
+                std::int32_t g, Outline& outline);
 
 // The mesh nodes on the finished path, in order along it, with their places on it.
 KeptLine list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path);

@@ -8,8 +8,8 @@
 #include "group/engine_mesh.h"
 #include "group/joints.h"
 #include "group/polygon_scan.h"
-#include "mesh/mesh_records.h"
 #include "mesh/edition.h"
+#include "mesh/mesh_records.h"
 
 namespace brelan {
 
@@ -44,7 +44,8 @@ void add_overlay(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMateria
 
 // With a joint the new element keeps the new side and the old one goes back to its own: `saved` tells its
 // corners.
-void duplicate(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMaterial& material, const SavedCorners* saved) {
+void duplicate(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMaterial& material,
+               const SavedCorners* saved) {
     const std::int32_t added = add_element(engine);
     const ElementWords words = mesh.words[e];
     const Corners present = corners_of(mesh, e);
@@ -75,7 +76,8 @@ std::vector<std::int32_t> candidates(Engine& engine, const PolygonScan& scan, st
 
 // The elements that the region stage looks at: those that stand when it begins. What acts inside only needs
 // those that may be inside, a line none but for the length of its path.
-std::vector<std::int32_t> elements_for(Engine& engine, const RegionMaterial& material, const PolygonScan& scan) {
+std::vector<std::int32_t> elements_for(Engine& engine, const RegionMaterial& material,
+                                       const PolygonScan& scan) {
     const bool acts_inside =
         material.group_type == 1 || std::abs(material.group_type) == 3 || std::abs(material.group_type) == 4;
     if (scan.has_box() && material.group_type != -1)

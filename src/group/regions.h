@@ -15,7 +15,7 @@ struct RegionMaterial {
     std::int32_t group_type = 0, overlay = 0;
     std::int32_t material = 0, old_material = 0;
     std::int32_t attribute = 0;  // KF or IH
-    float density = 0.0F;     // displacement kind
+    float density = 0.0F;        // displacement kind
 };
 
 // Deletes, assigns or duplicates the elements whose centroid is inside the path (outside for MTYPE -1).

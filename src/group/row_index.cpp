@@ -50,7 +50,10 @@ std::span<const std::uint32_t> rows_with(Engine& engine, std::int32_t node) {
 std::vector<std::uint32_t> rows_of(const Engine& engine, std::span<const std::int32_t> elements) {
     Rows rows;
     for (const std::int32_t e : elements)
-        if (const std::uint32_t at = engine.row_index.by_element.empty() ? 0 : engine.row_index.by_element[static_cast<std::size_t>(e)]; at > 0)
+        if (const std::uint32_t at = engine.row_index.by_element.empty()
+                                         ? 0
+                                         : engine.row_index.by_element[static_cast<std::size_t>(e)];
+            at > 0)
             rows.push_back(at - 1);
     std::sort(rows.begin(), rows.end());
     return rows;

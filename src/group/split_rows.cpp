@@ -2,9 +2,9 @@
 #include <vector>
 
 #include "group/conforming_cut.h"
+#include "group/cut_sides.h"
 #include "group/cut_table.h"
 #include "group/engine_mesh.h"
-#include "group/cut_sides.h"
 #include "group/split_patterns.h"
 #include "mesh/mesh_records.h"
 
@@ -99,7 +99,8 @@ void write_back(Mesh& mesh, Engine& engine, const CutRow& row) {
     }
     mesh.type[e] = ELEMENT_CONTINUUM;
     mesh.words[e].material = row.material;
-    set_corners(mesh, engine, e, {{row.corner_node[0], row.corner_node[1], row.corner_node[2], row.corner_node[3]}});
+    set_corners(mesh, engine, e,
+                {{row.corner_node[0], row.corner_node[1], row.corner_node[2], row.corner_node[3]}});
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "channel/channels.h"
-#include "mesh/group_tables.h"
 #include "mesh/edit_tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/result_file.h"
 #include "mesh/tables.h"
 
@@ -15,6 +15,7 @@ void write_pipes(Channels& channels, Mesh& mesh, GroupListing& listing, const Re
 
 // Flow sections of the head kind: the trusses of the result, in the order of their numbers, cut into runs.
 // Does nothing when the group engine has counted no flow section.
-void write_flow_sections(Channels& channels, const Mesh& mesh, const GroupCards& group_cards, const GroupListing& listing, const ResultMesh& result);
+void write_flow_sections(Channels& channels, const Mesh& mesh, const GroupCards& group_cards,
+                         const GroupListing& listing, const ResultMesh& result);
 
 }  // namespace brelan

@@ -16,7 +16,8 @@ constexpr float NO_SPACING = 1.0E35F;  // start of the smallest spacing
 constexpr int CONTINUUM = 0, BEAM = 1, TRUSS = 2;  // places in Region::old_elements and Region::start
 
 // The first region's nodes in ascending number, and the second's.
-std::vector<NumberedPoint> first_nodes(const Combination& combination, const Mesh& mesh, const SideTables& side) {
+std::vector<NumberedPoint> first_nodes(const Combination& combination, const Mesh& mesh,
+                                       const SideTables& side) {
     std::vector<NumberedPoint> nodes;
     for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n)
         if (mesh.node_in_use[n] == 1)
@@ -24,7 +25,8 @@ std::vector<NumberedPoint> first_nodes(const Combination& combination, const Mes
     return nodes;
 }
 
-std::vector<NumberedPoint> second_nodes(const Combination& combination, const Mesh& mesh, const SideTables& side) {
+std::vector<NumberedPoint> second_nodes(const Combination& combination, const Mesh& mesh,
+                                        const SideTables& side) {
     std::vector<NumberedPoint> nodes;
     for (std::int32_t n = combination.second.nodes.lowest; n <= combination.second.nodes.highest; ++n)
         if (side.second_node_in_use[n] == 1)
@@ -116,7 +118,8 @@ void read_region_head(LayoutKind kind, Channel& mesh_file, Region& region) {
 
 void read_first_nodes(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
     for (std::int32_t i = 0; i < combination.first.counts.nodes; ++i) {
-        const NodeRecord node = read_node_record(mesh.kind, mesh_file, combination.first.stripped.field_count);
+        const NodeRecord node =
+            read_node_record(mesh.kind, mesh_file, combination.first.stripped.field_count);
         side.codes[node.number] = node.codes;
         side.x[node.number] = node.x;
         side.y[node.number] = node.y;
@@ -128,7 +131,8 @@ void read_first_nodes(const Combination& combination, Mesh& mesh, SideTables& si
 
 void read_second_nodes(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
     for (std::int32_t i = 0; i < combination.second.counts.nodes; ++i) {
-        const NodeRecord node = read_node_record(mesh.kind, mesh_file, combination.second.stripped.field_count);
+        const NodeRecord node =
+            read_node_record(mesh.kind, mesh_file, combination.second.stripped.field_count);
         mesh.codes[node.number] = node.codes;
         mesh.x[node.number] = node.x;
         mesh.y[node.number] = node.y;
@@ -141,7 +145,8 @@ void read_second_nodes(const Combination& combination, Mesh& mesh, SideTables& s
     }
 }
 
-void read_region_elements(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file, Region& region, std::int8_t type) {
+void read_region_elements(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file,
+                          Region& region, std::int8_t type) {
     const int place = type - ELEMENT_CONTINUUM;
     const bool first = &region == &combination.first;
     mesh_file.skip_lines(region.stripped.headings_of(type), "a heading line");
@@ -149,9 +154,10 @@ void read_region_elements(const Combination& combination, Mesh& mesh, SideTables
         const ElementRecord element = read_element_record(mesh.kind, mesh_file, type);
         const std::int32_t number = element.number - region.old_elements[place].lowest + region.start[place];
         if (number < 1 || number > HIGHEST_ELEMENT_NUMBER)
-            mesh_file.fail_behind("element " + std::to_string(element.number) + ": expected a new number from 1 to " +
-                             std::to_string(HIGHEST_ELEMENT_NUMBER) + ", but the renumbering of the two regions makes it " +
-                             std::to_string(number));
+            mesh_file.fail_behind(
+                "element " + std::to_string(element.number) + ": expected a new number from 1 to " +
+                std::to_string(HIGHEST_ELEMENT_NUMBER) +
+                ", but the renumbering of the two regions makes it " + std::to_string(number));
         store_element(mesh, number, type, element);
         if (first)
             mesh.type_in_use[number] = type;
@@ -166,7 +172,8 @@ bool regions_collide(const Combination& combination) {
 }
 
 float smallest_spacing(const Combination& combination, const Mesh& mesh, const SideTables& side) {
-    return smallest_distance(second_nodes(combination, mesh, side), smallest_distance(first_nodes(combination, mesh, side), NO_SPACING));
+    return smallest_distance(second_nodes(combination, mesh, side),
+                             smallest_distance(first_nodes(combination, mesh, side), NO_SPACING));
 }
 
 void match_listed_nodes(Combination& combination, Mesh& mesh, const SideTables& side) {
@@ -177,8 +184,9 @@ void match_listed_nodes(Combination& combination, Mesh& mesh, const SideTables& 
                  ": Card 2.3: expected node numbers of the mesh of Card 2.1-1 in the first list, found " +
                  std::to_string(second));
         if (combination.first_nodes[i] < 1 || combination.first_nodes[i] > HIGHEST_NODE_NUMBER)
-            fail(combination.list_place + ": Card 2.3: expected node numbers from 1 to " + std::to_string(HIGHEST_NODE_NUMBER) +
-                 " in the second list, found " + std::to_string(combination.first_nodes[i]));
+            fail(combination.list_place + ": Card 2.3: expected node numbers from 1 to " +
+                 std::to_string(HIGHEST_NODE_NUMBER) + " in the second list, found " +
+                 std::to_string(combination.first_nodes[i]));
         if (mesh.node_in_use[combination.first_nodes[i]] == 1)
             mesh.new_number[combination.first_nodes[i]] = -second;
     }
@@ -206,9 +214,9 @@ void merge_nodes(const Combination& combination, Mesh& mesh, SideTables& side) {
             continue;
         }
         if (next > HIGHEST_NODE_NUMBER)
-            fail(combination.first.name + ": expected node numbers of at most " + std::to_string(HIGHEST_NODE_NUMBER) +
-                 ", but its nodes go on behind the highest of " + combination.second.name + ", " +
-                 std::to_string(combination.second.nodes.highest));
+            fail(combination.first.name + ": expected node numbers of at most " +
+                 std::to_string(HIGHEST_NODE_NUMBER) + ", but its nodes go on behind the highest of " +
+                 combination.second.name + ", " + std::to_string(combination.second.nodes.highest));
         copy_first_node(mesh, side, n, next);
         mesh.new_number[n] = next;
         mesh.node_used[next] = next;
@@ -249,7 +257,7 @@ void count_combined(const Mesh& mesh, const SideTables& side, ResultMesh& result
         result.elements.include(n);
         ++(type == ELEMENT_CONTINUUM ? result.counts.continuum_elements
            : type == ELEMENT_BEAM    ? result.counts.beams
-                                : result.counts.trusses);
+                                     : result.counts.trusses);
     }
 }
 
@@ -259,7 +267,8 @@ void write_combined_nodes(const Mesh& mesh, Channel& mesh_file, const ResultMesh
             write_node_record(mesh.kind, mesh_file, load_node(mesh, n));
 }
 
-void write_combined_elements(const Mesh& mesh, const SideTables& side, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
+void write_combined_elements(const Mesh& mesh, const SideTables& side, Channel& mesh_file,
+                             const ResultMesh& result, std::int8_t type) {
     write_section_heading(mesh.kind, mesh_file, type);
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
         if (mesh.type_in_use[n] == type || side.second_type_in_use[n] == type)

@@ -27,7 +27,8 @@ void read_first_nodes(const Combination& combination, Mesh& mesh, SideTables& si
 void read_second_nodes(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file);
 
 // Reads the elements of one type at their new numbers.
-void read_region_elements(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file, Region& region, std::int8_t type);
+void read_region_elements(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file,
+                          Region& region, std::int8_t type);
 
 // True when the lowest new element numbers of the regions are equal: the one collision that is looked for.
 bool regions_collide(const Combination& combination);
@@ -35,8 +36,8 @@ bool regions_collide(const Combination& combination);
 // Smallest distance between two nodes of the first and of the second region.
 float smallest_spacing(const Combination& combination, const Mesh& mesh, const SideTables& side);
 
-// new_node_number of a first-region node becomes the negative number of the second-region node that it falls on: by the
-// listed pairs, or within half the smallest spacing, where the highest-numbered match wins.
+// new_node_number of a first-region node becomes the negative number of the second-region node that it falls
+// on: by the listed pairs, or within half the smallest spacing, where the highest-numbered match wins.
 void match_listed_nodes(Combination& combination, Mesh& mesh, const SideTables& side);
 void match_nearest_nodes(const Combination& combination, Mesh& mesh, const SideTables& side, float spacing);
 
@@ -51,6 +52,7 @@ void count_combined(const Mesh& mesh, const SideTables& side, ResultMesh& result
 
 // The records of the combined mesh, as the edit writes them.
 void write_combined_nodes(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result);
-void write_combined_elements(const Mesh& mesh, const SideTables& side, Channel& mesh_file, const ResultMesh& result, std::int8_t type);
+void write_combined_elements(const Mesh& mesh, const SideTables& side, Channel& mesh_file,
+                             const ResultMesh& result, std::int8_t type);
 
 }  // namespace brelan

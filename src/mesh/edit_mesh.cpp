@@ -27,8 +27,8 @@ std::int32_t shifted(const Channel& mesh_file, std::int32_t number, std::int32_t
     const std::int32_t result = number + shift;
     if (result < 1 || result > last)
         mesh_file.fail_behind(std::string(what) + " " + std::to_string(number) +
-                         ": expected a new number from 1 to " + std::to_string(last) +
-                         ", but the start number of Card 3.2 makes it " + std::to_string(result));
+                              ": expected a new number from 1 to " + std::to_string(last) +
+                              ", but the start number of Card 3.2 makes it " + std::to_string(result));
     return result;
 }
 
@@ -37,7 +37,7 @@ std::int32_t shifted(const Channel& mesh_file, std::int32_t number, std::int32_t
 void require_finite(const Channel& mesh_file, std::int32_t number, float x, float y) {
     if (!std::isfinite(x) || !std::isfinite(y))
         mesh_file.fail_behind("node " + std::to_string(number) +
-                         ": expected coordinates that are numbers, but the edit makes one that is none");
+                              ": expected coordinates that are numbers, but the edit makes one that is none");
 }
 
 void store_node(Mesh& mesh, std::int32_t number, const NodeRecord& node) {
@@ -76,16 +76,19 @@ std::int32_t shifted_corner(const Channel& mesh_file, std::int32_t corner, std::
         return corner;
     const std::int32_t result = corner + shift;
     if (result > HIGHEST_NODE_NUMBER)
-        mesh_file.fail_behind("corner " + std::to_string(corner) + ": expected a new node number of at most " +
-                         std::to_string(HIGHEST_NODE_NUMBER) + ", but NSNODE of Card 3.2 makes it " +
-                         std::to_string(result));
+        mesh_file.fail_behind("corner " + std::to_string(corner) +
+                              ": expected a new node number of at most " +
+                              std::to_string(HIGHEST_NODE_NUMBER) + ", but NSNODE of Card 3.2 makes it " +
+                              std::to_string(result));
     return result;
 }
 
-void shift_corners(const EditCards& edit, const EditSource& source, const Channel& mesh_file, ElementWords& w, bool permute) {
+void shift_corners(const EditCards& edit, const EditSource& source, const Channel& mesh_file, ElementWords& w,
+                   bool permute) {
     const std::int32_t shift = edit.first_node - source.nodes.lowest;
-    const std::int32_t old[5] = {0, shifted_corner(mesh_file, w.corner_1, shift), shifted_corner(mesh_file, w.corner_2, shift),
-                                 shifted_corner(mesh_file, w.corner_3, shift), shifted_corner(mesh_file, w.corner_4, shift)};
+    const std::int32_t old[5] = {
+        0, shifted_corner(mesh_file, w.corner_1, shift), shifted_corner(mesh_file, w.corner_2, shift),
+        shifted_corner(mesh_file, w.corner_3, shift), shifted_corner(mesh_file, w.corner_4, shift)};
     const MirrorRow& mirror = permute ? mirror_row(edit) : MIRROR[0];
     const int(&row)[4] = permute && w.corner_4 == 0 ? mirror.triangle : mirror.quadrilateral;
     w.corner_1 = old[row[0]];
@@ -160,11 +163,13 @@ void rebuild_line_element(ElementRecord& element, const RebuildRow& row) {
 
 // The first row whose old material is the element's applies.
 void rebuild(LayoutKind kind, const EditCards& edit, std::int8_t type, ElementRecord& element) {
-    const std::int32_t rows = type == ELEMENT_CONTINUUM ? edit.continuum_row_count : type == ELEMENT_BEAM ? edit.beam_row_count : edit.truss_row_count;
+    const std::int32_t rows = type == ELEMENT_CONTINUUM ? edit.continuum_row_count
+                              : type == ELEMENT_BEAM    ? edit.beam_row_count
+                                                        : edit.truss_row_count;
     for (std::int32_t i = 1; i <= rows; ++i) {
         const RebuildRow& row = type == ELEMENT_CONTINUUM ? edit.continuum_rows[i]
                                 : type == ELEMENT_BEAM    ? edit.beam_rows[i]
-                                                     : edit.truss_rows[i];
+                                                          : edit.truss_rows[i];
         if (row.old_material != element.words.material)
             continue;
         if (type == ELEMENT_CONTINUUM)
@@ -178,7 +183,8 @@ void rebuild(LayoutKind kind, const EditCards& edit, std::int8_t type, ElementRe
 bool is_excluded(const EditCards& edit, std::int8_t type, std::int32_t material) {
     switch (type) {
         case ELEMENT_CONTINUUM:
-            return material == edit.excluded_material_1 || material == edit.excluded_material_2 || material == edit.excluded_material_3;
+            return material == edit.excluded_material_1 || material == edit.excluded_material_2 ||
+                   material == edit.excluded_material_3;
         case ELEMENT_BEAM:
             return material == edit.excluded_beam_material;
         default:
@@ -187,7 +193,8 @@ bool is_excluded(const EditCards& edit, std::int8_t type, std::int32_t material)
 }
 
 // IEDIT 2 deletes, IEDIT 3 changes the material. Returns what element_type becomes.
-std::int32_t delete_or_rename(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type, ElementRecord& element) {
+std::int32_t delete_or_rename(const EditCards& edit, const Mesh& mesh, const Selection& selection,
+                              std::int8_t type, ElementRecord& element) {
     if (edit.operation == 4 || !takes_side(edit, element_inside(edit, mesh, selection, type, element)) ||
         is_excluded(edit, type, element.words.material))
         return type;
@@ -195,21 +202,24 @@ std::int32_t delete_or_rename(const EditCards& edit, const Mesh& mesh, const Sel
         return ELEMENT_DELETED;
     const std::int32_t material = type == ELEMENT_CONTINUUM ? edit.new_continuum_material
                                   : type == ELEMENT_BEAM    ? edit.new_beam_material
-                                                       : edit.new_truss_material;
+                                                            : edit.new_truss_material;
     if (material != 0)
         element.words.material = material;
     return type;
 }
 
 // The number that an element has from the start number of its type on.
-std::int32_t new_number(const EditCards& edit, const EditSource& source, const Channel& mesh_file, std::int8_t type, const ElementRecord& element) {
+std::int32_t new_number(const EditCards& edit, const EditSource& source, const Channel& mesh_file,
+                        std::int8_t type, const ElementRecord& element) {
     const std::int32_t start = type == ELEMENT_CONTINUUM ? edit.first_element
                                : type == ELEMENT_BEAM    ? edit.first_beam
-                                                    : edit.first_truss;
-    return shifted(mesh_file, element.number, start - source.elements[type - ELEMENT_CONTINUUM].lowest, HIGHEST_ELEMENT_NUMBER, "element");
+                                                         : edit.first_truss;
+    return shifted(mesh_file, element.number, start - source.elements[type - ELEMENT_CONTINUUM].lowest,
+                   HIGHEST_ELEMENT_NUMBER, "element");
 }
 
-void edit_renumbered(EditCards& edit, const EditSource& source, Mesh& mesh, const Channel& mesh_file, std::int8_t type, ElementRecord& element) {
+void edit_renumbered(EditCards& edit, const EditSource& source, Mesh& mesh, const Channel& mesh_file,
+                     std::int8_t type, ElementRecord& element) {
     const std::int32_t number = new_number(edit, source, mesh_file, type, element);
     shift_corners(edit, source, mesh_file, element.words, type == ELEMENT_CONTINUUM);
     if (edit.operation == 1 && edit.selection_mode == 3)
@@ -221,7 +231,8 @@ void edit_renumbered(EditCards& edit, const EditSource& source, Mesh& mesh, cons
 }
 
 // IEDIT 5: numbers of elements are shifted, corners are not, as nodes keep their numbers.
-void edit_for_slope(const EditCards& edit, EditSource& source, Mesh& mesh, const Channel& mesh_file, std::int8_t type, ElementRecord& element) {
+void edit_for_slope(const EditCards& edit, EditSource& source, Mesh& mesh, const Channel& mesh_file,
+                    std::int8_t type, ElementRecord& element) {
     const std::int32_t number = new_number(edit, source, mesh_file, type, element);
     if (type == ELEMENT_CONTINUUM) {
         element.words.material = edit.template_material;
@@ -241,18 +252,20 @@ void edit_for_slope(const EditCards& edit, EditSource& source, Mesh& mesh, const
 
 }  // namespace
 
-void edit_nodes(const EditCards& edit, const EditSource& source, Mesh& mesh, const Selection& selection, Channel& mesh_file) {
+void edit_nodes(const EditCards& edit, const EditSource& source, Mesh& mesh, const Selection& selection,
+                Channel& mesh_file) {
     for (std::int32_t i = 0; i < source.counts.nodes; ++i) {
         NodeRecord node = read_node_record(mesh.kind, mesh_file, source.stripped.field_count);
         if (renumbers(edit)) {
-            const std::int32_t number =
-                shifted(mesh_file, node.number, edit.first_node - source.nodes.lowest, HIGHEST_NODE_NUMBER, "node");
+            const std::int32_t number = shifted(mesh_file, node.number, edit.first_node - source.nodes.lowest,
+                                                HIGHEST_NODE_NUMBER, "node");
             if (edit.operation == 0) {
                 node.x = (node.x - edit.old_x) * edit.scale_x + edit.new_x;
                 node.y = (node.y - edit.old_y) * edit.scale_y + edit.new_y;
                 require_finite(mesh_file, node.number, node.x, node.y);
             }
-            if (edit.operation == 1 && edit.selection_mode != 3 && takes_side(edit, node_inside(edit, selection, node.number, node.x, node.y)))
+            if (edit.operation == 1 && edit.selection_mode != 3 &&
+                takes_side(edit, node_inside(edit, selection, node.number, node.x, node.y)))
                 node.codes = edit.new_codes;
             store_node(mesh, number, node);
             mesh.node_in_use[number] = 1;
@@ -267,7 +280,8 @@ void edit_nodes(const EditCards& edit, const EditSource& source, Mesh& mesh, con
     }
 }
 
-void edit_elements(EditCards& edit, EditSource& source, Mesh& mesh, const Selection& selection, Channel& mesh_file, std::int8_t type) {
+void edit_elements(EditCards& edit, EditSource& source, Mesh& mesh, const Selection& selection,
+                   Channel& mesh_file, std::int8_t type) {
     mesh_file.skip_lines(source.stripped.headings_of(type), "a heading line");
     for (std::int32_t i = 0; i < source.counts.of(type); ++i) {
         ElementRecord element = read_element_record(mesh.kind, mesh_file, type);
@@ -279,8 +293,9 @@ void edit_elements(EditCards& edit, EditSource& source, Mesh& mesh, const Select
             const std::int32_t number = element.number;
             if (type != ELEMENT_CONTINUUM && edit.operation != 4 && edit.selection_mode == 0 &&
                 (element.words.corner_1 < 1 || element.words.corner_2 < 1))
-                mesh_file.fail_behind("element " + std::to_string(number) +
-                                 ": expected two nodes, whose middle decides whether the window takes it");
+                mesh_file.fail_behind(
+                    "element " + std::to_string(number) +
+                    ": expected two nodes, whose middle decides whether the window takes it");
             const std::int32_t kept = delete_or_rename(edit, mesh, selection, type, element);
             store_element(mesh, number, type, element);
             mesh.type[number] = kept;

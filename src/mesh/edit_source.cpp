@@ -1,6 +1,5 @@
 #include "mesh/edit_source.h"
 
-
 namespace brelan {
 
 void scan_nodes(LayoutKind kind, EditSource& source, Channel& mesh_file) {

@@ -27,7 +27,8 @@ struct EditCards {
 
     std::int32_t first_element = 1, first_node = 1, first_beam = 0, first_truss = 0;  // first new numbers
     std::int32_t operation = 0;
-    std::int32_t excluded_material_1 = 0, excluded_material_2 = 0, excluded_material_3 = 0, excluded_beam_material = 0,
+    std::int32_t excluded_material_1 = 0, excluded_material_2 = 0, excluded_material_3 = 0,
+                 excluded_beam_material = 0,
                  excluded_truss_material = 0;  // materials that a selection never touches
 
     float old_x = 0.0F, old_y = 0.0F, new_x = 0.0F, new_y = 0.0F;  // IEDIT 0: x = (x - XO) * SCX + XN
@@ -38,14 +39,15 @@ struct EditCards {
     std::int32_t list_count = 0;
     Table<std::int32_t, MOST_LIST_NUMBERS, "the list of a selection card"> list;
     std::int32_t side = 0;
-    NodeCodes new_codes{};                             // IEDIT 1
+    NodeCodes new_codes{};                                                                   // IEDIT 1
     std::int32_t new_continuum_material = 0, new_beam_material = 0, new_truss_material = 0;  // IEDIT 3
 
-    std::int32_t slope_code = 0;    // IEDIT 5: the slope template
+    std::int32_t slope_code = 0;         // IEDIT 5: the slope template
     std::int32_t template_material = 0;  // material of its elements
-    float water_share = 0.0F;          // water level as a share of the slope
+    float water_share = 0.0F;            // water level as a share of the slope
     float initial_head = 0.0F;           // head or temperature of its nodes
-    float crest_x = 0.0F, crest_y = 0.0F, toe_x = 0.0F, toe_y = 0.0F, foot_x = 0.0F, foot_y = 0.0F;  // crest, toe, foot
+    float crest_x = 0.0F, crest_y = 0.0F, toe_x = 0.0F, toe_y = 0.0F, foot_x = 0.0F,
+          foot_y = 0.0F;  // crest, toe, foot
     std::string triangle_place;
 
     std::int32_t continuum_row_count = 0, beam_row_count = 0, truss_row_count = 0;  // IEDIT 6

@@ -12,10 +12,11 @@
 
 namespace brelan {
 
-inline constexpr std::int32_t MOST_GROUPS = 500;        // groups of a deck, and rows of the group listing
+inline constexpr std::int32_t MOST_GROUPS = 500;         // groups of a deck, and rows of the group listing
 inline constexpr std::int32_t MOST_GROUP_POINTS = 1100;  // outline points, and segments, of a group
 inline constexpr std::int32_t MOST_PATH_NODES = 4000;    // nodes kept of a group's line
-inline constexpr std::int32_t MOST_POLYGON_POINTS = 2001;      // points of one segment, and of a polygon to be scanned
+inline constexpr std::int32_t MOST_POLYGON_POINTS =
+    2001;  // points of one segment, and of a polygon to be scanned
 
 // --- cards ---------------------------------------------------------------------------------------
 
@@ -38,17 +39,19 @@ struct GroupRow {
 // Words of the material line. A word that a group's card does not have keeps the value of a group before it
 // in the same place.
 struct GroupMaterial {
-    float material = 0.0F, attribute = 0.0F;                  // KF is IH or DEN by kind
+    float material = 0.0F, attribute = 0.0F;                                      // KF is IH or DEN by kind
     float joint_material = 0.0F, joint_attribute = 0.0F, joint_thickness = 0.0F;  // joint
-    float inner_line_type = 0.0F, inner_line_material = 0.0F;                 // line: LTP and LMAT, or those of a joint's first line
-    float outer_line_type = 0.0F, outer_line_material = 0.0F;                 // second line of a joint
+    float inner_line_type = 0.0F,
+          inner_line_material = 0.0F;  // line: LTP and LMAT, or those of a joint's first line
+    float outer_line_type = 0.0F, outer_line_material = 0.0F;  // second line of a joint
     float old_material = 0.0F;
 };
 
 // A segment of an outline. Only an arc (LTYPE 2) has centre, half axes and angles (radians).
 struct SegmentRow {
     std::int32_t segment_type = 0, divisions = 0, end_rule = 0;
-    float centre_x = 0.0F, centre_y = 0.0F, half_axis_x = 0.0F, half_axis_y = 0.0F, begin_angle = 0.0F, end_angle = 0.0F;
+    float centre_x = 0.0F, centre_y = 0.0F, half_axis_x = 0.0F, half_axis_y = 0.0F, begin_angle = 0.0F,
+          end_angle = 0.0F;
 };
 
 // What a group's cards give the outputs.

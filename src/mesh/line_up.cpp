@@ -1,10 +1,10 @@
 #include "mesh/line_up.h"
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "mesh/move_tables.h"
 #include "mesh/tables.h"
-#include "channel/channel_numbers.h"
 
 namespace brelan {
 
@@ -23,12 +23,17 @@ constexpr EdgeRow EDGES[] = {{1, 2, 4, 3}, {1, 4, 2, 3}, {2, 3, 1, 4}, {2, 1, 3,
 
 // What the search looks up: by node, in place of a scan over all elements for each truss.
 struct LineUpIndex {
-    std::vector<std::int32_t> before;              // I1 of the last truss whose I2 is the node; 0 for none
-    std::vector<std::int32_t> behind;              // I2 of the last truss whose I1 is the node
-    std::vector<std::vector<std::int32_t>> quadrilaterals;  // quadrilaterals of the material at the node, ascending
-    std::vector<bool> listed;                      // nodes in LNP
+    std::vector<std::int32_t> before;  // I1 of the last truss whose I2 is the node; 0 for none
+    std::vector<std::int32_t> behind;  // I2 of the last truss whose I1 is the node
+    std::vector<std::vector<std::int32_t>>
+        quadrilaterals;        // quadrilaterals of the material at the node, ascending
+    std::vector<bool> listed;  // nodes in LNP
 
-    explicit LineUpIndex(const Mesh& mesh) : before(HIGHEST_NODE_NUMBER + 1, 0), behind(HIGHEST_NODE_NUMBER + 1, 0), quadrilaterals(HIGHEST_NODE_NUMBER + 1), listed(HIGHEST_NODE_NUMBER + 1, false) {
+    explicit LineUpIndex(const Mesh& mesh)
+        : before(HIGHEST_NODE_NUMBER + 1, 0),
+          behind(HIGHEST_NODE_NUMBER + 1, 0),
+          quadrilaterals(HIGHEST_NODE_NUMBER + 1),
+          listed(HIGHEST_NODE_NUMBER + 1, false) {
         for (std::int32_t n = 1; n <= HIGHEST_ELEMENT_NUMBER; ++n) {
             const ElementWords& w = mesh.words[n];
             if (mesh.type[n] == ELEMENT_TRUSS && is_node(w.corner_1) && is_node(w.corner_2)) {
@@ -36,7 +41,8 @@ struct LineUpIndex {
                 behind[place(w.corner_1)] = w.corner_2;
             } else if (mesh.type[n] == ELEMENT_CONTINUUM && w.material == LINED_MATERIAL && w.corner_4 != 0) {
                 for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
-                    if (is_node(corner) && (quadrilaterals[place(corner)].empty() || quadrilaterals[place(corner)].back() != n))
+                    if (is_node(corner) &&
+                        (quadrilaterals[place(corner)].empty() || quadrilaterals[place(corner)].back() != n))
                         quadrilaterals[place(corner)].push_back(n);
             }
         }
@@ -56,7 +62,8 @@ struct Direction {
 
 // Puts node n on the line through p and q where the coordinate along is s. A node that has been moved stays,
 // and so does one whose line runs across.
-void slide(const Mesh& mesh, LineUp& line_up, LineUpIndex& index, const Direction& d, std::int32_t n, float s, std::int32_t p, std::int32_t q) {
+void slide(const Mesh& mesh, LineUp& line_up, LineUpIndex& index, const Direction& d, std::int32_t n, float s,
+           std::int32_t p, std::int32_t q) {
     const std::size_t place = LineUpIndex::place(n);
     if (index.listed[place] || d.along(mesh, q) == d.along(mesh, p))
         return;
@@ -75,13 +82,15 @@ bool within(float s, float low, float high) {
 }
 
 // The slides of a truss A-B with neighbours P and N along its line (0 for none), level with C and D.
-void slide_truss(Mesh& mesh, MoveLists& moves, LineUp& line_up, LineUpIndex& index, std::int32_t a, std::int32_t b, std::int32_t c, std::int32_t d) {
+void slide_truss(Mesh& mesh, MoveLists& moves, LineUp& line_up, LineUpIndex& index, std::int32_t a,
+                 std::int32_t b, std::int32_t c, std::int32_t d) {
     if (mesh.x[c] != mesh.x[d] && mesh.y[c] != mesh.y[d])
         return;
     const Direction direction{mesh.x[c] == mesh.x[d]};
     const std::int32_t p = index.before[LineUpIndex::place(a)];
     const std::int32_t n = index.behind[LineUpIndex::place(b)];
-    const float along_a = direction.along(mesh, a), along_b = direction.along(mesh, b), along_c = direction.along(mesh, c), along_d = direction.along(mesh, d);
+    const float along_a = direction.along(mesh, a), along_b = direction.along(mesh, b),
+                along_c = direction.along(mesh, c), along_d = direction.along(mesh, d);
     const bool rising = along_a <= along_b;
     const float low = rising ? along_a : along_b, high = rising ? along_b : along_a;
     if (within(along_c, low, high)) {
@@ -103,8 +112,10 @@ void slide_truss(Mesh& mesh, MoveLists& moves, LineUp& line_up, LineUpIndex& ind
 }
 
 // The work on a truss and one quadrilateral that holds both its ends.
-void line_up_on(Mesh& mesh, MoveLists& moves, LineUp& line_up, LineUpIndex& index, std::int32_t a, std::int32_t b, const ElementWords& quadrilateral) {
-    const std::int32_t corner[4] = {quadrilateral.corner_1, quadrilateral.corner_2, quadrilateral.corner_3, quadrilateral.corner_4};
+void line_up_on(Mesh& mesh, MoveLists& moves, LineUp& line_up, LineUpIndex& index, std::int32_t a,
+                std::int32_t b, const ElementWords& quadrilateral) {
+    const std::int32_t corner[4] = {quadrilateral.corner_1, quadrilateral.corner_2, quadrilateral.corner_3,
+                                    quadrilateral.corner_4};
     const std::int32_t p = index.before[LineUpIndex::place(a)];
     const std::int32_t n = index.behind[LineUpIndex::place(b)];
     int slot_a = 0, slot_b = 0, matches = 0;

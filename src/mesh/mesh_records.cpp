@@ -39,14 +39,14 @@ std::string_view record_name(LayoutKind kind, std::int8_t type) {
 
 MeshCounts read_mesh_counts(Channel& mesh_file) {
     MeshCounts counts;
-    read_free(mesh_file, "the counts line (NUMNP, NCONT, NBEAM, NTRUS)", counts.nodes, counts.continuum_elements, counts.beams,
-              counts.trusses);
+    read_free(mesh_file, "the counts line (NUMNP, NCONT, NBEAM, NTRUS)", counts.nodes,
+              counts.continuum_elements, counts.beams, counts.trusses);
     if (counts.nodes < 0 || counts.nodes > HIGHEST_NODE_NUMBER)
         mesh_file.fail_behind("expected a NUMNP of 0 to 99990, found " + std::to_string(counts.nodes));
     for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS})
         if (counts.of(type) < 0 || counts.of(type) > HIGHEST_ELEMENT_NUMBER)
             mesh_file.fail_behind("expected element counts of 0 to 99990, found " +
-                             std::to_string(counts.of(type)));
+                                  std::to_string(counts.of(type)));
     return counts;
 }
 
@@ -95,16 +95,19 @@ ElementRecord read_element_record(LayoutKind kind, Channel& mesh_file, std::int8
     }
     switch (kind) {
         case LayoutKind::coupled:
-            read_free(mesh_file, record_name(kind, type), e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
-                      e.skeleton, e.fluid, e.integration_r, e.integration_s, e.real_attribute);
+            read_free(mesh_file, record_name(kind, type), e.number, w.corner_1, w.corner_2, w.corner_3,
+                      w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material, e.skeleton,
+                      e.fluid, e.integration_r, e.integration_s, e.real_attribute);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            read_free(mesh_file, record_name(kind, type), e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.material, e.attribute);
+            read_free(mesh_file, record_name(kind, type), e.number, w.corner_1, w.corner_2, w.corner_3,
+                      w.corner_4, w.material, e.attribute);
             break;
         case LayoutKind::displacement:
-            read_free(mesh_file, record_name(kind, type), e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
-                      e.thickness, e.density);
+            read_free(mesh_file, record_name(kind, type), e.number, w.corner_1, w.corner_2, w.corner_3,
+                      w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material, e.thickness,
+                      e.density);
             break;
     }
     return e;
@@ -137,22 +140,24 @@ void write_section_heading(LayoutKind kind, Channel& mesh_file, std::int8_t type
         mesh_file.write_line(kind_row(kind).continuum_heading);
     else
         write_free(mesh_file, type == ELEMENT_BEAM ? "   NEL      I      J   MSEC  NODEK "
-                                         : "   NEL      I      J   MATT  NODEK ");
+                                                   : "   NEL      I      J   MATT  NODEK ");
 }
 
 void write_node_record(LayoutKind kind, Channel& mesh_file, const NodeRecord& node) {
     const NodeCodes& id = node.codes;
     switch (kind) {
         case LayoutKind::coupled:
-            COUPLED_NODE.write(mesh_file, node.number, id[0], id[1], id[2], id[3], id[4], CONSTANT_CODE_X, CONSTANT_CODE_Y, node.x,
-                               node.y);
+            COUPLED_NODE.write(mesh_file, node.number, id[0], id[1], id[2], id[3], id[4], CONSTANT_CODE_X,
+                               CONSTANT_CODE_Y, node.x, node.y);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            SCALAR_NODE.write(mesh_file, node.number, id[0], id[1], node.x, node.y, node.head, node.coefficient);
+            SCALAR_NODE.write(mesh_file, node.number, id[0], id[1], node.x, node.y, node.head,
+                              node.coefficient);
             break;
         case LayoutKind::displacement:
-            DISPLACEMENT_NODE.write(mesh_file, node.number, id[0], id[1], id[2], CONSTANT_CODE_X, CONSTANT_CODE_Y, node.x, node.y);
+            DISPLACEMENT_NODE.write(mesh_file, node.number, id[0], id[1], id[2], CONSTANT_CODE_X,
+                                    CONSTANT_CODE_Y, node.x, node.y);
             break;
     }
 }
@@ -165,15 +170,18 @@ void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type,
     }
     switch (kind) {
         case LayoutKind::coupled:
-            COUPLED_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
+            COUPLED_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
+                                    w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
                                     e.skeleton, e.fluid, e.integration_r, e.integration_s, e.real_attribute);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            SCALAR_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.material, e.attribute);
+            SCALAR_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
+                                   w.material, e.attribute);
             break;
         case LayoutKind::displacement:
-            DISPLACEMENT_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
+            DISPLACEMENT_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
+                                         w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
                                          e.thickness, e.density);
             break;
     }

@@ -32,14 +32,14 @@ struct ElementRecord {
     std::int32_t skeleton = 0, fluid = 0, integration_r = 0, integration_s = 0;  // coupled kind
     float real_attribute = 0.0F;
     float thickness = 0.0F, density = 0.0F;  // displacement kind
-    std::int32_t attribute = 0;           // temperature and head kinds
+    std::int32_t attribute = 0;              // temperature and head kinds
 };
 
 // What the stripper found out about a mesh file, for the reader of its working copy.
 struct StrippedMesh {
     std::int32_t field_count = 0;  // values on the first node record
-    // Heading lines in front of the sections' records, by type from ELEMENT_CONTINUUM: two of their own, and two
-    // more for each section before them that lost all its records.
+    // Heading lines in front of the sections' records, by type from ELEMENT_CONTINUUM: two of their own, and
+    // two more for each section before them that lost all its records.
     std::int32_t heading_lines[3] = {2, 2, 2};
 
     std::int32_t headings_of(std::int8_t type) const { return heading_lines[type - ELEMENT_CONTINUUM]; }
@@ -76,7 +76,8 @@ void write_section_heading(LayoutKind kind, Channel& mesh_file, std::int8_t type
 void write_node_record(LayoutKind kind, Channel& mesh_file, const NodeRecord& node);
 
 // Writes the record with its fields as they are.
-void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type, const ElementRecord& element);
+void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type,
+                          const ElementRecord& element);
 
 // --- between records and tables ------------------------------------------------------------------
 

@@ -25,8 +25,8 @@ struct MoveLists {
 
     // IDCOL: 0 off; 1 beams and trusses, 2 beams, 3 trusses; 4 to 6 of the materials below
     std::int32_t collapse_mode = 0;
-    float collapse_factor = 0.0F;         // FCOL: on the mean length
-    std::int32_t beam_materials[3] = {};  // of modes 4 and 6
+    float collapse_factor = 0.0F;          // FCOL: on the mean length
+    std::int32_t beam_materials[3] = {};   // of modes 4 and 6
     std::int32_t truss_materials[3] = {};  // of modes 5 and 6
 };
 

@@ -220,8 +220,8 @@ void move_nodes(Mesh& mesh, GroupListing& listing, const MoveLists& moves) {
     } else if (moves.second_count > 0) {
         const std::int32_t count = refresh_ordinals(mesh);
         for (std::int32_t k = 1; k <= moves.second_count; ++k)
-            orders.push_back(
-                {node_at(mesh, moves.second[k].moved, count), node_at(mesh, moves.second[k].target, count), moves.second[k].fraction});
+            orders.push_back({node_at(mesh, moves.second[k].moved, count),
+                              node_at(mesh, moves.second[k].target, count), moves.second[k].fraction});
     } else {
         return;
     }

@@ -21,8 +21,8 @@ void collapse_short_elements(Mesh& mesh, GroupListing& listing, MoveLists& moves
 // merges the nodes of pairs with a fraction of exactly 1.0 in all elements.
 void move_nodes(Mesh& mesh, GroupListing& listing, const MoveLists& moves);
 
-// What has become of an element whose corners were replaced: an element that lost its extent gets element_type 0, a
-// quadrilateral with two neighbouring corners in one becomes a triangle.
+// What has become of an element whose corners were replaced: an element that lost its extent gets
+// element_type 0, a quadrilateral with two neighbouring corners in one becomes a triangle.
 void reduce_element(Mesh& mesh, std::int32_t element);
 
 }  // namespace brelan

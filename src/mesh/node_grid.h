@@ -23,8 +23,8 @@ public:
     // Points are added in ascending number.
     void add(const NumberedPoint& point);
 
-    // The highest number among the points added so far whose distance (distance_between) is at most the reach; 0 for
-    // none.
+    // The highest number among the points added so far whose distance (distance_between) is at most the
+    // reach; 0 for none.
     std::int32_t highest_within_reach(float x, float y) const;
 
 private:

@@ -9,7 +9,8 @@
 
 namespace brelan {
 
-// What the result holds: active nodes (node_active) and elements by type (active_type), with the ranges of their numbers.
+// What the result holds: active nodes (node_active) and elements by type (active_type), with the ranges of
+// their numbers.
 struct ResultMesh {
     MeshCounts counts;
     NumberRange nodes, elements;

@@ -8,7 +8,7 @@ namespace {
 
 std::span<const std::int32_t> listed(const EditCards& edit) {
     return edit.list_count > 0 ? std::span(&edit.list[1], static_cast<std::size_t>(edit.list_count))
-                         : std::span<std::int32_t>{};
+                               : std::span<std::int32_t>{};
 }
 
 // The window is open: a point on its edge is outside.
@@ -44,14 +44,16 @@ bool node_inside(const EditCards& edit, const Selection& selection, std::int32_t
     return (edit.selection_mode == 1 || edit.selection_mode == 2) && selection.nodes[number] == number;
 }
 
-bool element_inside(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type, const ElementRecord& element) {
+bool element_inside(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type,
+                    const ElementRecord& element) {
     if (edit.selection_mode == 1)
         return selection.elements[element.number] == element.number;
     if (edit.selection_mode != 0)
         return false;
     const ElementWords& w = element.words;
     if (type != ELEMENT_CONTINUUM)
-        return in_window(edit, (mesh.x[w.corner_1] + mesh.x[w.corner_2]) / 2.0F, (mesh.y[w.corner_1] + mesh.y[w.corner_2]) / 2.0F);
+        return in_window(edit, (mesh.x[w.corner_1] + mesh.x[w.corner_2]) / 2.0F,
+                         (mesh.y[w.corner_1] + mesh.y[w.corner_2]) / 2.0F);
     float x = 0.0F;
     float y = 0.0F;
     for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4}) {

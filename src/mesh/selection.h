@@ -16,7 +16,7 @@ namespace brelan {
 // at a negative first entry and at a number that the table does not have, naming the list's place.
 template <class SelectionTable>
 std::int32_t expand_list(std::span<const std::int32_t> list, SelectionTable& table,
-                     const std::string& place = "number list") {
+                         const std::string& place = "number list") {
     constexpr std::int32_t last = SelectionTable::SIZE;
     std::int32_t settings = 0;
     std::int32_t previous = 0;
@@ -48,7 +48,8 @@ bool takes_side(const EditCards& edit, bool inside);
 bool node_inside(const EditCards& edit, const Selection& selection, std::int32_t number, float x, float y);
 
 // True when an element is inside the selection: by its centroid for ILOC 0, by its number for ILOC 1.
-bool element_inside(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type, const ElementRecord& element);
+bool element_inside(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type,
+                    const ElementRecord& element);
 
 // True when the material is on the list of ILOC 3.
 bool material_listed(const EditCards& edit, std::int32_t material);

@@ -21,11 +21,11 @@ namespace brelan {
          std::to_string(last));
 }
 
-// Numbers, and records that are all zeros before they are set: a large table of them costs no memory where it is
-// never touched.
+// Numbers, and records that are all zeros before they are set: a large table of them costs no memory where it
+// is never touched.
 template <class T>
-inline constexpr bool STARTS_AS_ZEROS =
-    std::is_arithmetic_v<T> || (std::is_aggregate_v<T> && std::is_trivially_copyable_v<T>);
+inline constexpr bool STARTS_AS_ZEROS = std::is_arithmetic_v<T> ||
+                                        (std::is_aggregate_v<T> && std::is_trivially_copyable_v<T>);
 
 template <class T>
 struct ReleaseTable {
@@ -95,8 +95,7 @@ private:
         return table_index<ROWS>(ROWS_NAME.view(), row) * static_cast<std::size_t>(N);
     }
 
-    TableEntries<T> entry_ =
-        table_entries<T>(static_cast<std::size_t>(ROWS) * static_cast<std::size_t>(N));
+    TableEntries<T> entry_ = table_entries<T>(static_cast<std::size_t>(ROWS) * static_cast<std::size_t>(N));
 };
 
 }  // namespace brelan

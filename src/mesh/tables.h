@@ -11,11 +11,13 @@
 
 namespace brelan {
 
-inline constexpr std::int32_t HIGHEST_NODE_NUMBER = 99990;     // highest node number
-inline constexpr std::int32_t HIGHEST_ELEMENT_NUMBER = 99990;     // highest element number; all types share one number space
-inline constexpr std::int32_t NO_LOWEST_NUMBER = 100000;    // start of a running minimum of numbers: none seen
-inline constexpr std::int32_t MOST_REBUILD_ROWS = 100;   // rows of each table of IEDIT 6
-inline constexpr std::int32_t MOST_COPIED_LINES = 320000;  // lines that the copy into "MeshFile.Mes" passes at most
+inline constexpr std::int32_t HIGHEST_NODE_NUMBER = 99990;  // highest node number
+inline constexpr std::int32_t HIGHEST_ELEMENT_NUMBER =
+    99990;  // highest element number; all types share one number space
+inline constexpr std::int32_t NO_LOWEST_NUMBER = 100000;  // start of a running minimum of numbers: none seen
+inline constexpr std::int32_t MOST_REBUILD_ROWS = 100;    // rows of each table of IEDIT 6
+inline constexpr std::int32_t MOST_COPIED_LINES =
+    320000;  // lines that the copy into "MeshFile.Mes" passes at most
 
 // Node codes, the first 5, 2 or 3 used by kind.
 using NodeCodes = std::array<std::int32_t, 5>;
@@ -48,12 +50,15 @@ struct Mesh {
     Table<NodeCodes, HIGHEST_NODE_NUMBER, "IDN"> codes;
     Table<float, HIGHEST_NODE_NUMBER, "XC"> x;  // in the mesh's unit of length
     Table<float, HIGHEST_NODE_NUMBER, "YC"> y;
-    Table<float, HIGHEST_NODE_NUMBER, "H"> head;               // head or temperature, by kind
-    Table<float, HIGHEST_NODE_NUMBER, "CF"> coefficient;       // further node value of the temperature and head kinds
+    Table<float, HIGHEST_NODE_NUMBER, "H"> head;  // head or temperature, by kind
+    Table<float, HIGHEST_NODE_NUMBER, "CF">
+        coefficient;  // further node value of the temperature and head kinds
     Table<std::int8_t, HIGHEST_NODE_NUMBER, "NACT1"> node_in_use;  // 1: number in use
-    Table<std::int32_t, HIGHEST_NODE_NUMBER, "NUSED"> node_used;   // 0, or the node's own number when an element refers to it
-    Table<std::int32_t, HIGHEST_NODE_NUMBER, "NMAP"> new_number;   // old to new number; negative for a node merged into it
-    Table<std::int8_t, HIGHEST_NODE_NUMBER, "NMARK"> node_mark;    // the group engine's mark; follows its node
+    Table<std::int32_t, HIGHEST_NODE_NUMBER, "NUSED">
+        node_used;  // 0, or the node's own number when an element refers to it
+    Table<std::int32_t, HIGHEST_NODE_NUMBER, "NMAP">
+        new_number;  // old to new number; negative for a node merged into it
+    Table<std::int8_t, HIGHEST_NODE_NUMBER, "NMARK"> node_mark;  // the group engine's mark; follows its node
 
     Table<ElementWords, HIGHEST_ELEMENT_NUMBER, "IEL"> words;
     Table<std::int8_t, HIGHEST_ELEMENT_NUMBER, "EACT1"> type_in_use;  // type of the elements of the result
@@ -87,8 +92,9 @@ struct Selection {
 
 // --- routines ------------------------------------------------------------------------------------
 
-// Empties the tables for a deck: nothing active, codes and coordinates 0, new_node_number the identity. Element words,
-// H, CF and attributes stay: a slot that the new mesh leaves unused keeps what the deck before it left there.
+// Empties the tables for a deck: nothing active, codes and coordinates 0, new_node_number the identity.
+// Element words, H, CF and attributes stay: a slot that the new mesh leaves unused keeps what the deck before
+// it left there.
 void reset_mesh(Mesh& mesh, SideTables& side, Selection& selection);
 
 // Distance of two points, 32 bits.

@@ -6,11 +6,11 @@
 
 #include "channel/layout.h"
 #include "channel/real_to_integer.h"
+#include "channel/trace.h"
+#include "mesh/edition.h"
 #include "mesh/group_tables.h"
 #include "output/blocks.h"
 #include "output/group_text.h"
-#include "mesh/edition.h"
-#include "channel/trace.h"
 
 namespace brelan {
 
@@ -63,7 +63,9 @@ ActivityPair activity_of(const GroupCards& group_cards, std::int32_t g, std::int
     const auto& pairs = group_cards.outputs[g].pair;
     const auto pair = [&pairs](Role role) { return ActivityPair{pairs[role][0], pairs[role][1]}; };
     const bool continuum = type == ELEMENT_CONTINUUM;
-    const auto along_line = [&] { return type == w.inner_line_type && m == w.inner_line_material ? pair(line) : ActivityPair{}; };
+    const auto along_line = [&] {
+        return type == w.inner_line_type && m == w.inner_line_material ? pair(line) : ActivityPair{};
+    };
     switch (w.group_type) {
         case 1:
             return continuum ? ActivityPair{} : along_line();
@@ -88,11 +90,15 @@ ActivityPair activity_of(const GroupCards& group_cards, std::int32_t g, std::int
                 return along_joint(w, type, m, pair);
             if (w.material == 0)
                 return pair(m == w.joint_material ? in_joint_material : in_material);
-            return m == w.material ? pair(in_material) : m == w.joint_material ? pair(in_joint_material) : ActivityPair{};
+            return m == w.material         ? pair(in_material)
+                   : m == w.joint_material ? pair(in_joint_material)
+                                           : ActivityPair{};
         case -4:
             if (!continuum)
                 return along_joint(w, type, m, pair);
-            return pair(m == w.material ? in_material : m == w.joint_material ? in_joint_material : other_continuum);
+            return pair(m == w.material         ? in_material
+                        : m == w.joint_material ? in_joint_material
+                                                : other_continuum);
         default:
             return {};
     }
@@ -144,7 +150,8 @@ std::int32_t lines_of(const ElementRanges& ranges) {
 
 }  // namespace
 
-Activity make_activity(Trace& trace, const GroupCards& group_cards, GroupListing& listing, const std::vector<GroupMembers>& members) {
+Activity make_activity(Trace& trace, const GroupCards& group_cards, GroupListing& listing,
+                       const std::vector<GroupMembers>& members) {
     Activity activity;
     activity.new_material.resize(static_cast<std::size_t>(HIGHEST_ELEMENT_NUMBER) + 1, 0);
     activity.first_new = listing.highest_material + 1;
@@ -172,7 +179,8 @@ Activity make_activity(Trace& trace, const GroupCards& group_cards, GroupListing
     return activity;
 }
 
-void write_activity(Channels& channels, LayoutKind kind, const GroupCards& group_cards, Channel& main_file, const std::vector<GroupMembers>& members) {
+void write_activity(Channels& channels, LayoutKind kind, const GroupCards& group_cards, Channel& main_file,
+                    const std::vector<GroupMembers>& members) {
     for (std::int32_t g = 1; g <= group_cards.count; ++g) {
         Channel& text = begin_group_text(channels);
         OpenBlock open;

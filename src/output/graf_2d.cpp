@@ -5,13 +5,13 @@
 #include <string>
 
 #include "channel/layout.h"
+#include "mesh/edition.h"
 #include "mesh/group_tables.h"
 #include "output/blocks.h"
 #include "output/graf_2d_texts.h"
 #include "output/group_text.h"
 #include "output/node_lists.h"
 #include "output/unit_table.h"
-#include "mesh/edition.h"
 
 namespace brelan {
 
@@ -113,7 +113,8 @@ std::vector<std::int32_t> listed_groups(const GroupCards& group_cards, std::int3
     return groups;
 }
 
-std::int32_t count_ranges(const GroupCards& group_cards, const SectionRow& row, const std::vector<GroupMembers>& members) {
+std::int32_t count_ranges(const GroupCards& group_cards, const SectionRow& row,
+                          const std::vector<GroupMembers>& members) {
     std::size_t range_count = 0;
     for (const std::int32_t g : listed_groups(group_cards, row.plot_type))
         for (const auto& member : members[static_cast<std::size_t>(g)])
@@ -122,7 +123,8 @@ std::int32_t count_ranges(const GroupCards& group_cards, const SectionRow& row, 
 }
 
 // False when the group has nothing to list.
-bool write_block(const GroupCards& group_cards, Channel& text, const SectionRow& row, std::int32_t g, const GroupMembers& members) {
+bool write_block(const GroupCards& group_cards, Channel& text, const SectionRow& row, std::int32_t g,
+                 const GroupMembers& members) {
     bool group_open = false;
     std::int8_t open_type = 0;
     for (const auto& member : members) {
@@ -146,7 +148,8 @@ bool write_block(const GroupCards& group_cards, Channel& text, const SectionRow&
 }
 
 // The blocks of a section, one group after the other.
-void write_blocks(Channels& channels, const GroupCards& group_cards, Channel& post, const SectionRow& row, const std::vector<GroupMembers>& members) {
+void write_blocks(Channels& channels, const GroupCards& group_cards, Channel& post, const SectionRow& row,
+                  const std::vector<GroupMembers>& members) {
     for (const std::int32_t g : listed_groups(group_cards, row.plot_type)) {
         Channel& text = begin_group_text(channels);
         if (write_block(group_cards, text, row, g, members[static_cast<std::size_t>(g)]))
@@ -182,7 +185,8 @@ void write_count(Channel& post, TextLines lines, std::int32_t range_count) {
 
 // --- the sections --------------------------------------------------------------------------------
 
-void write_mesh_section(Channels& channels, const GroupCards& group_cards, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
+void write_mesh_section(Channels& channels, const GroupCards& group_cards, const UnitLabels& units,
+                        Channel& post, const std::vector<GroupMembers>& members) {
     const std::int32_t range_count = count_ranges(group_cards, section(1), members);
     write_section_banner(post, 1);
     write_lines(post, MESH_HEAD);
@@ -193,7 +197,8 @@ void write_mesh_section(Channels& channels, const GroupCards& group_cards, const
     write_blocks(channels, group_cards, post, section(1), members);
 }
 
-void write_contour_section(Channels& channels, const GroupCards& group_cards, const GroupListing& listing, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
+void write_contour_section(Channels& channels, const GroupCards& group_cards, const GroupListing& listing,
+                           const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
     constexpr std::int32_t averaging = 1, screen_input = 0, mesh_drawing = 0, principal_stresses = 0;
     const std::int32_t range_count = count_ranges(group_cards, section(2), members);
     write_section_banner(post, 2);
@@ -217,7 +222,8 @@ void write_whole_mesh(Channel& post, const MeshCounts& counts) {
     }
 }
 
-void write_displacement_section(Channels& channels, const GroupCards& group_cards, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members,
+void write_displacement_section(Channels& channels, const GroupCards& group_cards, const UnitLabels& units,
+                                Channel& post, const std::vector<GroupMembers>& members,
                                 const MeshCounts& counts) {
     const std::int32_t range_count = count_ranges(group_cards, section(3), members);
     write_section_banner(post, 3);
@@ -229,9 +235,10 @@ void write_displacement_section(Channels& channels, const GroupCards& group_card
     write_lines(post, END_OF_PLOT);
 }
 
-void write_line_section(Channels& channels, const GroupCards& group_cards, const GroupListing& listing, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members, std::int32_t plot_type,
-                        TextLines choices, TextLines count, std::string_view list_card,
-                        std::string_view nodes_card) {
+void write_line_section(Channels& channels, const GroupCards& group_cards, const GroupListing& listing,
+                        const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members,
+                        std::int32_t plot_type, TextLines choices, TextLines count,
+                        std::string_view list_card, std::string_view nodes_card) {
     const std::int32_t range_count = count_ranges(group_cards, section(plot_type), members);
     write_section_banner(post, plot_type);
     write_head(units, post, plot_type);
@@ -250,7 +257,9 @@ void write_result_choices(Channel& post) {
     }
 }
 
-void write_result_section(Channels& channels, LayoutKind kind, const GroupCards& group_cards, const GroupListing& listing, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
+void write_result_section(Channels& channels, LayoutKind kind, const GroupCards& group_cards,
+                          const GroupListing& listing, const UnitLabels& units, Channel& post,
+                          const std::vector<GroupMembers>& members) {
     constexpr float delta = 0.0F, ratio_x = 0.0F, ratio_y = 0.0F;
     constexpr std::int32_t result_switch = 0, group_switch = 0, enlargement = 0;
     const std::int32_t range_count = count_ranges(group_cards, section(6), members);
@@ -276,22 +285,27 @@ bool has_section(LayoutKind kind, std::int32_t NPTYPE) {
 
 }  // namespace
 
-void write_graf_2d(Channels& channels, LayoutKind kind, const GroupCards& group_cards, GroupListing& listing, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members, const MeshCounts& counts) {
+void write_graf_2d(Channels& channels, LayoutKind kind, const GroupCards& group_cards, GroupListing& listing,
+                   UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members,
+                   const MeshCounts& counts) {
     write_mesh_section(channels, group_cards, units, post, members);
     if (has_section(kind, 2)) {  // and 3 to 5 with it
         write_contour_section(channels, group_cards, listing, units, post, members);
         write_displacement_section(channels, group_cards, units, post, members, counts);
-        write_line_section(channels, group_cards, listing, units, post, members, 4, BEAM_CHOICES, BEAM_COUNT, "* Card 11.5.8", "* Card 11.5.9");
-        write_line_section(channels, group_cards, listing, units, post, members, 5, TRUSS_CHOICES, TRUSS_COUNT, "* Card 11.6.8", "* Card 11.6.9");
+        write_line_section(channels, group_cards, listing, units, post, members, 4, BEAM_CHOICES, BEAM_COUNT,
+                           "* Card 11.5.8", "* Card 11.5.9");
+        write_line_section(channels, group_cards, listing, units, post, members, 5, TRUSS_CHOICES,
+                           TRUSS_COUNT, "* Card 11.6.8", "* Card 11.6.9");
     }
     write_result_section(channels, kind, group_cards, listing, units, post, members);
     write_lines(post, END_OF_GRAF_2D);
 }
 
-bool plots_list(LayoutKind kind, const GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t sub_kind) {
+bool plots_list(LayoutKind kind, const GroupCards& group_cards, std::int32_t g, std::int8_t type,
+                std::int32_t sub_kind) {
     return std::any_of(std::begin(SECTIONS), std::end(SECTIONS), [&](const SectionRow& row) {
-        return has_section(kind, row.plot_type) && row.lists(type) && (!row.inside_only || sub_kind == ROW_OUTLINE) &&
-               lists_group(group_cards, g, row.plot_type);
+        return has_section(kind, row.plot_type) && row.lists(type) &&
+               (!row.inside_only || sub_kind == ROW_OUTLINE) && lists_group(group_cards, g, row.plot_type);
     });
 }
 

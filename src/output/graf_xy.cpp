@@ -3,10 +3,10 @@
 #include <string>
 
 #include "channel/layout.h"
+#include "mesh/edition.h"
 #include "output/blocks.h"
 #include "output/graf_xy_texts.h"
 #include "output/unit_table.h"
-#include "mesh/edition.h"
 
 namespace brelan {
 
@@ -123,7 +123,8 @@ Plot history(const UnitLabels& units, std::string_view name, std::string_view un
     return {units.title, joined(" Time ", units.time), joined(name, unit)};
 }
 
-Plot titled_history(const UnitLabels& units, std::string_view title, std::string_view name, std::string_view unit) {
+Plot titled_history(const UnitLabels& units, std::string_view title, std::string_view name,
+                    std::string_view unit) {
     return {fixed_title(title), joined(" Time ", units.time), joined(name, unit)};
 }
 

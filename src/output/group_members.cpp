@@ -12,8 +12,8 @@ struct MemberRecord {
     std::int32_t group = 0, material = 0, element = 0, type = 0, sub_kind = 0;
 
     bool takes_part(const GroupCards& group_cards) const {
-        return type >= ELEMENT_CONTINUUM && type <= ELEMENT_TRUSS && element > 0 && material != 0 && group >= 1 &&
-               group <= group_cards.count && group_cards.outputs[group].wants_outputs != 0;
+        return type >= ELEMENT_CONTINUUM && type <= ELEMENT_TRUSS && element > 0 && material != 0 &&
+               group >= 1 && group <= group_cards.count && group_cards.outputs[group].wants_outputs != 0;
     }
 };
 

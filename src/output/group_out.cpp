@@ -2,7 +2,9 @@
 
 #include <vector>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
+#include "channel/trace.h"
 #include "mesh/group_tables.h"
 #include "output/activity.h"
 #include "output/graf_2d.h"
@@ -12,8 +14,6 @@
 #include "output/main_file.h"
 #include "output/rewrite_mesh.h"
 #include "output/unit_table.h"
-#include "channel/channel_numbers.h"
-#include "channel/trace.h"
 
 namespace brelan {
 
@@ -23,12 +23,16 @@ constexpr std::string_view GROUP_FILE = "GROUP.TMP";
 
 }  // namespace
 
-bool outputs_list(LayoutKind kind, const GroupCards& group_cards, const ListingRow& row, std::int8_t type, std::int32_t material) {
-    return group_cards.outputs[row.group].wants_outputs != 0 && (activity_of(group_cards, row.group, type, material) != ActivityPair{} ||
-                                                plots_list(kind, group_cards, row.group, type, row.sub_kind));
+bool outputs_list(LayoutKind kind, const GroupCards& group_cards, const ListingRow& row, std::int8_t type,
+                  std::int32_t material) {
+    return group_cards.outputs[row.group].wants_outputs != 0 &&
+           (activity_of(group_cards, row.group, type, material) != ActivityPair{} ||
+            plots_list(kind, group_cards, row.group, type, row.sub_kind));
 }
 
-void write_group_outputs(Channels& channels, Trace& trace, const Settings& settings, const GroupCards& group_cards, GroupListing& listing, UnitLabels& units, std::string_view result_name, const MeshCounts& counts) {
+void write_group_outputs(Channels& channels, Trace& trace, const Settings& settings,
+                         const GroupCards& group_cards, GroupListing& listing, UnitLabels& units,
+                         std::string_view result_name, const MeshCounts& counts) {
     channels.close(CHANNEL_GROUP);
     read_unit_table(channels, settings.kind(), units);
     trace.values(1, " Pass 27.1.1 ");
@@ -36,7 +40,8 @@ void write_group_outputs(Channels& channels, Trace& trace, const Settings& setti
     const std::vector<GroupMembers> members =
         read_members(group_cards, channels.open(CHANNEL_GROUP, GROUP_FILE, OpenStatus::forward));
     channels.close(CHANNEL_GROUP);
-    begin_group_text(channels);  // also where no group has a block: a file that a broken-off run left goes with it
+    begin_group_text(
+        channels);  // also where no group has a block: a file that a broken-off run left goes with it
     const Activity activity = make_activity(trace, group_cards, listing, members);
     if (activity.line_count != 0) {
         if (!activity.materials.empty())

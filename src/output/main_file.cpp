@@ -1,9 +1,9 @@
 #include "output/main_file.h"
 
-#include "channel/layout.h"
-#include "output/blocks.h"
 #include "channel/channel_numbers.h"
+#include "channel/layout.h"
 #include "mesh/edition.h"
+#include "output/blocks.h"
 
 namespace brelan {
 
@@ -68,7 +68,8 @@ void write_materials(Channels& channels, const Settings& settings, const Activit
     channels.close(CHANNEL_MESH_COPY);
 }
 
-void write_group_activity(Channels& channels, LayoutKind kind, const GroupCards& group_cards, const Activity& activity, const std::vector<GroupMembers>& members) {
+void write_group_activity(Channels& channels, LayoutKind kind, const GroupCards& group_cards,
+                          const Activity& activity, const std::vector<GroupMembers>& members) {
     Channel& file = channels.open(CHANNEL_GROUP, "..\\Group.Man", OpenStatus::result);
     file.set_write_only(true);
     write_banner(file, "*         MAIN FILE: ELEMENT ACTIVITY            *",

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "channel/channels.h"
-#include "mesh/group_tables.h"
 #include "mesh/edition.h"
+#include "mesh/group_tables.h"
 #include "output/activity.h"
 #include "output/group_members.h"
 
@@ -15,6 +15,7 @@ namespace brelan {
 void write_materials(Channels& channels, const Settings& settings, const Activity& activity);
 
 // Writes "..\Group.Man": the activity of the groups' elements.
-void write_group_activity(Channels& channels, LayoutKind kind, const GroupCards& group_cards, const Activity& activity, const std::vector<GroupMembers>& members);
+void write_group_activity(Channels& channels, LayoutKind kind, const GroupCards& group_cards,
+                          const Activity& activity, const std::vector<GroupMembers>& members);
 
 }  // namespace brelan

@@ -44,7 +44,8 @@ std::vector<NodeList> wanted_lists(const GroupCards& group_cards, const GroupLis
 
 }  // namespace
 
-void write_node_lists(const GroupCards& group_cards, const GroupListing& listing, Channel& post, std::string_view count_card, std::string_view nodes_card) {
+void write_node_lists(const GroupCards& group_cards, const GroupListing& listing, Channel& post,
+                      std::string_view count_card, std::string_view nodes_card) {
     const std::vector<NodeList> lists = wanted_lists(group_cards, listing);
     write_lines(post, {count_card, "*   NRL      "});
     LIST_COUNT.write(post, static_cast<std::int32_t>(lists.size()));

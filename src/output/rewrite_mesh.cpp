@@ -1,11 +1,11 @@
 #include "output/rewrite_mesh.h"
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/layout.h"
-#include "channel/channel_numbers.h"
-#include "mesh/edition.h"
 #include "channel/trace.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 
@@ -25,16 +25,19 @@ void write_continuum(LayoutKind kind, Channel& mesh_file, const ElementRecord& e
     const ElementWords& w = e.words;
     switch (kind) {
         case LayoutKind::coupled:
-            COUPLED_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
+            COUPLED_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
+                                    w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
                                     e.skeleton, e.fluid, e.integration_r, e.integration_s, e.real_attribute);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
             // Seven values: the columns are those of a longer record that ends early.
-            SCALAR_CONTINUUM.write_front(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.material, e.attribute);
+            SCALAR_CONTINUUM.write_front(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
+                                         w.material, e.attribute);
             break;
         case LayoutKind::displacement:
-            DISPLACEMENT_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
+            DISPLACEMENT_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
+                                         w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
                                          e.thickness, e.density);
             break;
     }
@@ -48,14 +51,16 @@ void copy_line_elements(Channel& from, Channel& to, std::int32_t count) {
     copy_cut(from, to);
     for (std::int32_t i = 0; i < count; ++i) {
         std::int32_t number = 0, first = 0, second = 0, material = 0, node_code = 0;
-        read_free(from, "a beam or truss element record of five integers", number, first, second, material, node_code);
+        read_free(from, "a beam or truss element record of five integers", number, first, second, material,
+                  node_code);
         LINE_ELEMENT.write(to, number, first, second, material, node_code);
     }
 }
 
 }  // namespace
 
-void rewrite_mesh(Channels& channels, Trace& trace, const Settings& settings, std::string_view result_name, const MeshCounts& counts, std::span<const std::int32_t> new_material) {
+void rewrite_mesh(Channels& channels, Trace& trace, const Settings& settings, std::string_view result_name,
+                  const MeshCounts& counts, std::span<const std::int32_t> new_material) {
     constexpr std::int32_t heading_lines = 7;
     trace.values(2, " Pass 27.1.4 IPROGM = ", settings.edition);
     Channel& copy = channels.open(CHANNEL_MESH_COPY, "TEMPMESH.TMP", OpenStatus::work);

@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <span>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
-#include "channel/channel_numbers.h"
 #include "mesh/edition.h"
 
 namespace brelan {
@@ -95,9 +95,10 @@ void read_unit_table(Channels& channels, LayoutKind kind, UnitLabels& units) {
     file.skip_lines(lines_to_title, "the comment lines in front of the project's title");
     units.title = file.read_line("the project's title").first(title_columns);
     file.skip_lines(lines_to_codes, "the comment lines in front of the unit codes");
-    float force_code = 0.0F, length_code = 0.0F, time_code = 0.0F, energy_code = 0.0F, temperature_code = 0.0F;
-    read_free(file, "the unit codes (IFORCE, ILENGTH, ITIME, IENERGY, ITEMP)", force_code, length_code, time_code,
-              energy_code, temperature_code);
+    float force_code = 0.0F, length_code = 0.0F, time_code = 0.0F, energy_code = 0.0F,
+          temperature_code = 0.0F;
+    read_free(file, "the unit codes (IFORCE, ILENGTH, ITIME, IENERGY, ITEMP)", force_code, length_code,
+              time_code, energy_code, temperature_code);
     channels.close(CHANNEL_GROUP);
     set_label(units.force, FORCE, force_code);
     set_label(units.length, LENGTH, length_code);

@@ -15,7 +15,8 @@ struct UnitLabels {
     std::string_view force = "     ", length = "    ", time = "     ", energy = "       ";
     std::string_view temperature = "     ";  // unit of a temperature, or of a head; other kinds have none
     std::string_view stress = "         ";
-    std::string moment = std::string(8, ' '), velocity = std::string(9, ' '), acceleration = std::string(9, ' ');
+    std::string moment = std::string(8, ' '), velocity = std::string(9, ' '),
+                acceleration = std::string(9, ' ');
 };
 
 // Reads the file and sets the labels. A code that its table does not know leaves its label as it stood.

@@ -2,8 +2,8 @@
 
 #include "basemesh/block_deck.h"
 #include "basemesh/block_mesh.h"
-#include "run/read_cards.h"
 #include "channel/trace.h"
+#include "run/read_cards.h"
 #include "run/run.h"
 
 namespace brelan {

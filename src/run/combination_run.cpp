@@ -1,15 +1,15 @@
 #include "run/combination_run.h"
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/run_end.h"
+#include "channel/trace.h"
 #include "deck/error_report.h"
 #include "deck/strip_mesh.h"
 #include "mesh/combine.h"
 #include "mesh/result_file.h"
-#include "channel/channel_numbers.h"
 #include "run/read_cards.h"
-#include "channel/trace.h"
 #include "run/run.h"
 
 namespace brelan {
@@ -26,15 +26,18 @@ void read_first_region(Run& run) {
     run.trace.pass(" Pass 9 ", 9.0F);
     if (run.combination.first.counts.continuum_elements > 0) {
         run.trace.pass(" Pass 10 ", 10.0F);
-        read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.first, ELEMENT_CONTINUUM);
+        read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.first,
+                             ELEMENT_CONTINUUM);
         run.trace.pass(" Pass 11 ", 11.0F);
     }
     if (run.combination.first.counts.beams > 0) {
-        read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.first, ELEMENT_BEAM);
+        read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.first,
+                             ELEMENT_BEAM);
         run.trace.pass(" Pass 12 ", 12.0F);
     }
     if (run.combination.first.counts.trusses > 0) {
-        read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.first, ELEMENT_TRUSS);
+        read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.first,
+                             ELEMENT_TRUSS);
         run.trace.pass(" Pass 13 ", 13.0F);
     }
 }
@@ -46,7 +49,8 @@ void read_second_region(Run& run) {
     read_second_nodes(run.combination, run.mesh, run.side, mesh_file);
     for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS})
         if (run.combination.second.counts.of(type) > 0)
-            read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.second, type);
+            read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.second,
+                                 type);
     run.trace.pass(" Pass 29 ", 29.0F);
 }
 
@@ -111,8 +115,10 @@ void open_combination(Run& run) {
     run.channels.open(CHANNEL_WORK, run.files.combined.view(), OpenStatus::result);
     run.combination.first.name = run.files.second.trimmed();
     run.combination.second.name = run.files.first.trimmed();
-    run.combination.first.stripped = strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_A, CHANNEL_MESH_A);
-    run.combination.second.stripped = strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_B, CHANNEL_MESH_B);
+    run.combination.first.stripped =
+        strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_A, CHANNEL_MESH_A);
+    run.combination.second.stripped =
+        strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_B, CHANNEL_MESH_B);
     scan_region(run.settings.kind(), run.channels.at(CHANNEL_MESH_A), run.combination.first);
     scan_region(run.settings.kind(), run.channels.at(CHANNEL_MESH_B), run.combination.second);
     fix_region_numbers(run.combination);

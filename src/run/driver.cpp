@@ -1,25 +1,25 @@
 #include "run/driver.h"
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/run_end.h"
+#include "channel/trace.h"
 #include "dam/dam_deck.h"
 #include "deck/deck_checker.h"
 #include "deck/deck_tables.h"
 #include "deck/error_report.h"
-#include "mesh/group_tables.h"
 #include "mesh/combine_tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 #include "run/base_mesh_run.h"
-#include "channel/channel_numbers.h"
 #include "run/combination_run.h"
 #include "run/edit_run.h"
 #include "run/flush_to_zero.h"
 #include "run/read_cards.h"
+#include "run/run.h"
 #include "run/slope_run.h"
 #include "run/start_up.h"
-#include "channel/trace.h"
-#include "run/run.h"
 
 namespace brelan {
 
@@ -85,8 +85,9 @@ void run_base_mesh_alone(Run& run) {
 }
 
 void end_deck(Run& run) {
-    for (const int number : {CHANNEL_DECK, CHANNEL_DATA, CHANNEL_MESH_A, CHANNEL_MESH_B, CHANNEL_WORK, CHANNEL_RESULT_COPY, CHANNEL_SOURCE_A,
-                             CHANNEL_SOURCE_B, CHANNEL_GROUP, CHANNEL_RESULT})
+    for (const int number :
+         {CHANNEL_DECK, CHANNEL_DATA, CHANNEL_MESH_A, CHANNEL_MESH_B, CHANNEL_WORK, CHANNEL_RESULT_COPY,
+          CHANNEL_SOURCE_A, CHANNEL_SOURCE_B, CHANNEL_GROUP, CHANNEL_RESULT})
         run.channels.close(number);
 }
 

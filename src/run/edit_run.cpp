@@ -2,26 +2,26 @@
 
 #include <span>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
+#include "channel/trace.h"
 #include "deck/strip_mesh.h"
-#include "mesh/group_tables.h"
 #include "mesh/boundary_file.h"
 #include "mesh/compaction.h"
 #include "mesh/edit_mesh.h"
 #include "mesh/edit_source.h"
 #include "mesh/edit_tables.h"
+#include "mesh/edition.h"
+#include "mesh/group_tables.h"
 #include "mesh/moves.h"
 #include "mesh/polyline_selection.h"
 #include "mesh/result_file.h"
 #include "mesh/selection.h"
 #include "output/group_out.h"
-#include "channel/channel_numbers.h"
 #include "run/group_run.h"
 #include "run/read_cards.h"
-#include "mesh/edition.h"
-#include "run/slope_run.h"
-#include "channel/trace.h"
 #include "run/run.h"
+#include "run/slope_run.h"
 
 namespace brelan {
 
@@ -61,7 +61,7 @@ void select_on_polyline(Run& run, Channel& mesh_file) {
     run.trace.pass(" Pass 7C-1 ", 7.31F);
     if (run.edit.list_count > 0)
         select_polyline(places, run.selection,
-                       std::span(&run.edit.list[1], static_cast<std::size_t>(run.edit.list_count)));
+                        std::span(&run.edit.list[1], static_cast<std::size_t>(run.edit.list_count)));
     run.trace.pass(" Pass 7C-2 ", 7.32F);
     run.trace.pass(" Pass 7D ", 7.4F);
 }
@@ -182,7 +182,8 @@ void write_result(Run& run) {
     write_closing_lines(mesh_file);
     run.trace.pass(" Pass 27.1 ", 27.1F);
     if (run.edit.operation == 4)
-        write_group_outputs(run.channels, run.trace, run.settings, run.group_cards, run.listing, run.units, run.files.result.view(), result.counts);
+        write_group_outputs(run.channels, run.trace, run.settings, run.group_cards, run.listing, run.units,
+                            run.files.result.view(), result.counts);
     run.trace.pass(" Pass 27.2 ", 27.2F);
     copy_result(run.channels.at(CHANNEL_RESULT), run.channels.at(CHANNEL_RESULT_COPY));
 }

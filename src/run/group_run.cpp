@@ -3,20 +3,20 @@
 #include <algorithm>
 #include <string>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
+#include "channel/trace.h"
 #include "deck/defaults_file.h"
 #include "group/group_driver.h"
 #include "group/listing.h"
 #include "group/loader.h"
 #include "group/membership.h"
-#include "mesh/group_tables.h"
 #include "mesh/edit_tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/line_up.h"
 #include "mesh/moves.h"
 #include "output/group_out.h"
-#include "channel/channel_numbers.h"
 #include "run/read_group_cards.h"
-#include "channel/trace.h"
 #include "run/run.h"
 
 namespace brelan {
@@ -74,13 +74,15 @@ void prepare_members(Run& run, const NumberRange& elements) {
         const std::int32_t material = run.mesh.words[e].material;
         if (type < ELEMENT_CONTINUUM || material >= 0)
             continue;
-        for (const std::int32_t i : listing_rows_of(run.membership, run.mesh, run.tolerances, run.listing, run.mesh.words[e], type)) {
+        for (const std::int32_t i : listing_rows_of(run.membership, run.mesh, run.tolerances, run.listing,
+                                                    run.mesh.words[e], type)) {
             const std::int32_t g = run.listing.rows[i].group;
             if (outputs_list(run.settings.kind(), run.group_cards, run.listing.rows[i], type, material))
                 fail(run.group_cards.outputs[g].place +
                      ": Card 3.3.5.4.1: expected materials of 1 or more in a group with outputs (IGPOST " +
-                     std::to_string(run.group_cards.outputs[g].wants_outputs) + "), but group " + std::to_string(g) +
-                     " lists element " + std::to_string(e) + " with material " + std::to_string(material));
+                     std::to_string(run.group_cards.outputs[g].wants_outputs) + "), but group " +
+                     std::to_string(g) + " lists element " + std::to_string(e) + " with material " +
+                     std::to_string(material));
         }
     }
 }
@@ -90,7 +92,8 @@ void write_group_elements(Run& run, Channel& mesh_file, const ResultMesh& result
     Channel& members = run.channels.at(CHANNEL_GROUP);
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
         if (run.mesh.type_in_use[n] == type)
-            record_membership(run.membership, run.mesh, run.tolerances, run.listing, members, n, run.mesh.words[n], type);
+            record_membership(run.membership, run.mesh, run.tolerances, run.listing, members, n,
+                              run.mesh.words[n], type);
 }
 
 }  // namespace brelan

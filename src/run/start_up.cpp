@@ -3,14 +3,14 @@
 #include <array>
 #include <string>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/console.h"
 #include "channel/free_field.h"
 #include "channel/run_end.h"
-#include "deck/deck_tables.h"
-#include "channel/channel_numbers.h"
-#include "mesh/edition.h"
 #include "channel/trace.h"
+#include "deck/deck_tables.h"
+#include "mesh/edition.h"
 #include "run/run.h"
 
 namespace brelan {
@@ -96,7 +96,8 @@ void start_up(Run& run) {
     run.set_edition(read_setting(run, "C:\\VORK\\QX\\QXDATA\\PROGRAM.DAT", "the edition number (IPROGM)"));
     begin_trace(run);
     const std::int32_t manual = read_setting(run, "C:\\VORK\\QX\\QXDATA\\MANUAL.DAT", "the console mode");
-    const std::int32_t front_end = read_setting(run, "C:\\VORK\\QX\\QXDATA\\HUBPLOT.DAT", "the front end mode");
+    const std::int32_t front_end =
+        read_setting(run, "C:\\VORK\\QX\\QXDATA\\HUBPLOT.DAT", "the front end mode");
     if (front_end != 1 && manual == 1)
         ask_deck_name(run);
     else

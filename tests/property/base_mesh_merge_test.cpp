@@ -70,9 +70,9 @@ protected:
         directory().write("work/Coord.dat", coord_text);
         directory().write("work/Index.dat", index_text);
         write_base_file(state.settings.kind(), state.block_cards, state.field,
-                state.channels.open(31, "Coord.dat", OpenStatus::old),
-                state.channels.open(32, "Index.dat", OpenStatus::old),
-                state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result), raw);
+                        state.channels.open(31, "Coord.dat", OpenStatus::old),
+                        state.channels.open(32, "Index.dat", OpenStatus::old),
+                        state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result), raw);
         state.channels.close_all();
 
         const std::vector<std::int32_t> expected = plain_merge(places);

@@ -157,18 +157,19 @@ TEST(CombinationProperty, MatchesAreThoseOfTheScanOfAllPairs) {
         for (std::int32_t a = 1; a <= 1500; ++a) {
             for (std::int32_t b = a + 1; b <= 1500; ++b) {
                 if (state.mesh.node_in_use[a] == 1 && state.mesh.node_in_use[b] == 1)
-                    DMIN = std::min(
-                        DMIN, distance_between(state.side.x[a], state.side.y[a], state.side.x[b], state.side.y[b]));
+                    DMIN = std::min(DMIN, distance_between(state.side.x[a], state.side.y[a], state.side.x[b],
+                                                           state.side.y[b]));
                 if (state.side.second_node_in_use[a] == 1 && state.side.second_node_in_use[b] == 1)
-                    DMIN = std::min(
-                        DMIN, distance_between(state.mesh.x[a], state.mesh.y[a], state.mesh.x[b], state.mesh.y[b]));
+                    DMIN = std::min(DMIN, distance_between(state.mesh.x[a], state.mesh.y[a], state.mesh.x[b],
+                                                           state.mesh.y[b]));
             }
         }
         for (std::int32_t a = 1; a <= 1500; ++a) {
             expected[a] = a;
             for (std::int32_t b = 1; b <= 1500; ++b)
                 if (state.mesh.node_in_use[a] == 1 && state.side.second_node_in_use[b] == 1 &&
-                    distance_between(state.side.x[a], state.side.y[a], state.mesh.x[b], state.mesh.y[b]) <= 0.5F * DMIN)
+                    distance_between(state.side.x[a], state.side.y[a], state.mesh.x[b], state.mesh.y[b]) <=
+                        0.5F * DMIN)
                     expected[a] = -b;
         }
         EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), DMIN) << "round " << round;

@@ -1,5 +1,6 @@
-// A polygon that is asked for many points answers as scan_polygon does: at the heights of corners, on edges, far
-// outside, for polygons that cross themselves, lie flat, double back or have coordinates that are no numbers.
+// A polygon that is asked for many points answers as scan_polygon does: at the heights of corners, on edges,
+// far outside, for polygons that cross themselves, lie flat, double back or have coordinates that are no
+// numbers.
 
 #include "group/polygon_scan.h"
 

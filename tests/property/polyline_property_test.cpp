@@ -133,7 +133,7 @@ TEST_F(PolylineProperty, PointsOfLongSegmentsAreOnTheirLine) {
         select_polyline(places, selection, points);
         for (std::size_t i = 0; i + 1 < points.size(); ++i) {
             if (distance_between(places.x[points[i]], places.y[points[i]], places.x[points[i + 1]],
-                       places.y[points[i + 1]]) < 0.5F)
+                                 places.y[points[i + 1]]) < 0.5F)
                 continue;
             EXPECT_EQ(selection.nodes[points[i]], points[i]);
             EXPECT_EQ(selection.nodes[points[i + 1]], points[i + 1]);

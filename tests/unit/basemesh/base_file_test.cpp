@@ -39,10 +39,11 @@ protected:
         raw.last_element = static_cast<std::int32_t>(elements.size());
         directory().write("work/Coord.dat", coord_text);
         directory().write("work/Index.dat", index_text);
-        const BaseCounts counts = write_base_file(state.settings.kind(), state.block_cards, state.field,
-                                          state.channels.open(31, "Coord.dat", OpenStatus::old),
-                                          state.channels.open(32, "Index.dat", OpenStatus::old),
-                                          state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result), raw);
+        const BaseCounts counts =
+            write_base_file(state.settings.kind(), state.block_cards, state.field,
+                            state.channels.open(31, "Coord.dat", OpenStatus::old),
+                            state.channels.open(32, "Index.dat", OpenStatus::old),
+                            state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result), raw);
         for (const int channel_number : {31, 32, 33})
             state.channels.close(channel_number);
         return counts;

@@ -206,9 +206,10 @@ TEST_F(BlockShapes, AMeshAboveTheWorkSpaceStopsAndTheEarlierBaseMeshStays) {
     for (HandBlock& block : file.blocks)
         block.ndx = block.ndy = 1500;
     write_blocks(file);
-    EXPECT_EQ(
-        stop_of([] { make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field); }),
-        "100");
+    EXPECT_EQ(stop_of([] {
+                  make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field);
+              }),
+              "100");
     state.channels.close_all();
     // 1 + 50 + 4 + 176 + 7 * 3001^2 + 3 * 3000^2 + 8 * 1501 + 2 * 1501^2
     EXPECT_EQ(coord(), " PROGRAM DIMENSION =    60000000\nREQUIRED DIMENSION =    94560248\n");
@@ -221,9 +222,10 @@ TEST_F(BlockShapes, TheRequiredSizeCountsDoubledDivisions) {
     file.blocks = {{RECTANGLE_KEYS, 1, 1200, 1100}};
     file.double_x = file.double_y = 1;
     write_blocks(file);
-    EXPECT_EQ(
-        stop_of([] { make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field); }),
-        "100");
+    EXPECT_EQ(stop_of([] {
+                  make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field);
+              }),
+              "100");
     state.channels.close_all();
     // 2400 by 2200: 1 + 18 + 2 + 44 + 7 * 2401 * 2201 + 3 * 2400 * 2200 + 8 * 2401 + 2 * 2401 * 2201
     EXPECT_EQ(coord(), " PROGRAM DIMENSION =    60000000\nREQUIRED DIMENSION =    63420682\n");

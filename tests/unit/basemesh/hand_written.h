@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "basemesh/block_mesh.h"
-#include "basemesh/block_tables.h"
+#include "mesh/block_tables.h"
 #include "unit/basemesh/listing.h"
 #include "unit/support.h"
 
@@ -39,8 +39,8 @@ struct HandFile {
         out << title << "\n0\n"
             << blocks.size() << " " << points.size() << " " << first_element << " " << scale;
         out << (scalar ? " 20.0\n" : "\n");
-        out << block_columns << " " << block_rows << " " << double_x << " " << double_y << " " << order << " " << first_node
-            << "\n";
+        out << block_columns << " " << block_rows << " " << double_x << " " << double_y << " " << order << " "
+            << first_node << "\n";
         for (std::size_t k = 0; k < points.size(); ++k)
             out << k + 1 << " " << points[k].first << " " << points[k].second << "\n";
         for (std::size_t k = 0; k < blocks.size(); ++k) {

@@ -96,7 +96,8 @@ TEST_F(ShapeFunctions, NinePointsGiveEachKeyPointItsValue) {
     const Nine v = any_values();
     for (std::size_t row = 0; row < 3; ++row)
         for (std::size_t column = 0; column < 3; ++column)
-            EXPECT_EQ(lagrange_value(static_cast<float>(column) - 1.0F, 1.0F - static_cast<float>(row), values_of(v)),
+            EXPECT_EQ(lagrange_value(static_cast<float>(column) - 1.0F, 1.0F - static_cast<float>(row),
+                                     values_of(v)),
                       static_cast<float>(v[row][column]));
 }
 
@@ -111,8 +112,9 @@ TEST_F(ShapeFunctions, NinePointsReproduceEveryBiquadraticSurface) {
             v[row][column] = surface(static_cast<double>(column) - 1.0, 1.0 - static_cast<double>(row));
     for (int round = 0; round < 2000; ++round) {
         const double s = between(-1.0, 1.0), r = between(-1.0, 1.0);
-        EXPECT_NEAR(static_cast<double>(lagrange_value(static_cast<float>(s), static_cast<float>(r), values_of(v))),
-                    surface(s, r), 1.0E-5);
+        EXPECT_NEAR(
+            static_cast<double>(lagrange_value(static_cast<float>(s), static_cast<float>(r), values_of(v))),
+            surface(s, r), 1.0E-5);
     }
 }
 
@@ -125,7 +127,8 @@ TEST_F(ShapeFunctions, NinePointTermsAreAddedRowByRowIn32Bits) {
         float sum = row_weight[0] * column_weight[0] * static_cast<float>(v[0][0]);
         for (std::size_t k = 1; k < 9; ++k)
             sum = sum + row_weight[k / 3] * column_weight[k % 3] * static_cast<float>(v[k / 3][k % 3]);
-        EXPECT_EQ(std::bit_cast<std::uint32_t>(lagrange_value(s, r, values_of(v))), std::bit_cast<std::uint32_t>(sum))
+        EXPECT_EQ(std::bit_cast<std::uint32_t>(lagrange_value(s, r, values_of(v))),
+                  std::bit_cast<std::uint32_t>(sum))
             << s << " " << r;
     }
 }

@@ -76,7 +76,8 @@ TEST_F(FileNames, BlanksInsideANameCount) {
 
 TEST_F(FileNames, BlankNameIsAMessage) {
     for (const char* name : {"", "   "})
-        EXPECT_EQ(failure_of([&] { resolve_file_name(places, name); }), "expected a file name, found a blank one");
+        EXPECT_EQ(failure_of([&] { resolve_file_name(places, name); }),
+                  "expected a file name, found a blank one");
 }
 
 TEST_F(FileNames, NameWithAZeroByteIsAMessage) {

@@ -56,8 +56,8 @@ protected:
     DamSizesTest() {
         state.dam = DamCards{};
         state.dam.height = 20.0F, state.dam.water_height = 15.0F;
-        state.dam.left_run = 20.0F, state.dam.left_width = 21.0F, state.dam.crest = 8.0F, state.dam.middle_width = 9.0F,
-        state.dam.right_run = 30.0F, state.dam.right_width = 33.0F;
+        state.dam.left_run = 20.0F, state.dam.left_width = 21.0F, state.dam.crest = 8.0F,
+        state.dam.middle_width = 9.0F, state.dam.right_run = 30.0F, state.dam.right_width = 33.0F;
     }
     static void expect_size(float size, double expected) {
         EXPECT_NEAR(static_cast<double>(size), expected, 1.0E-6 * std::abs(expected));
@@ -66,7 +66,8 @@ protected:
 
 TEST_F(DamSizesTest, WithoutShellsAreATwentiethOfTheHeight) {
     size_dam(state.dam, state.sizes);
-    for (const float size : {state.sizes.left_size, state.sizes.middle_size, state.sizes.right_size, state.sizes.vertical_size})
+    for (const float size :
+         {state.sizes.left_size, state.sizes.middle_size, state.sizes.right_size, state.sizes.vertical_size})
         EXPECT_EQ(size, 1.0F);
     EXPECT_EQ(state.sizes.water_share, 0.75F);
     EXPECT_EQ(state.sizes.crest_left, 20.0F);
@@ -126,7 +127,8 @@ TEST_F(DamStartNumbers, TakeTheColumnsThatTheyNeed) {
                             {10000, "10000     1"}, {99999, "99999     1"}, {100000, "100000    1"},
                             {999999, "999999    1"}};
     for (const Row& row : rows) {
-        write_start_numbers(state.channels.open(CHANNEL_DATA, "deck.dat", OpenStatus::work), row.first_element, 1);
+        write_start_numbers(state.channels.open(CHANNEL_DATA, "deck.dat", OpenStatus::work),
+                            row.first_element, 1);
         Channel& deck = state.channels.at(CHANNEL_DATA);
         deck.rewind();
         EXPECT_EQ(rest_of(deck), (std::vector<std::string>{"* Card 3.2", "* NSNEL  NSNODE", row.line}));

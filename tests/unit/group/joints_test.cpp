@@ -308,10 +308,12 @@ TEST_F(GroupListing, BeamOfAnotherDivisionThanItsLineIsNoMember) {
     beam.corner_1 = beam.corner_4 = line[0];
     beam.corner_2 = beam.corner_3 = line[2];
     beam.material = 3;
-    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 1, beam, ELEMENT_BEAM);
+    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 1, beam,
+                      ELEMENT_BEAM);
     EXPECT_EQ(state.listing.members, 0);
     beam.corner_2 = beam.corner_3 = line[1];
-    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 2, beam, ELEMENT_BEAM);
+    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 2, beam,
+                      ELEMENT_BEAM);
     EXPECT_EQ(state.listing.members, 1);
     EXPECT_EQ(state.listing.rows[1].members, 1);
 }
@@ -331,7 +333,8 @@ TEST_F(GroupListing, ElementInsideTwoOutlinesHasTwoRecordsAndNoneForMinusOne) {
     words.corner_3 = corner[2];
     words.corner_4 = corner[3];
     words.material = 2;
-    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 5, words, ELEMENT_CONTINUUM);
+    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 5, words,
+                      ELEMENT_CONTINUUM);
     EXPECT_EQ(state.listing.members, 2);
     EXPECT_EQ(state.listing.rows[1].members, 1);
     EXPECT_EQ(state.listing.rows[4].members, 1);
@@ -348,7 +351,8 @@ TEST_F(GroupListing, JointElementIsAMemberOfItsStrip) {
     words.corner_2 = line[1];
     words.corner_3 = twins[1];
     words.corner_4 = twins[0];
-    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 5, words, ELEMENT_CONTINUUM);
+    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 5, words,
+                      ELEMENT_CONTINUUM);
     EXPECT_EQ(state.listing.members, 1);
 }
 

@@ -2,7 +2,7 @@
 // outside the list, and runs of trusses by their marks.
 #include "mesh/boundary_file.h"
 
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 #include "unit/support.h"
 

@@ -63,7 +63,8 @@ TEST(CheckedTable, NodeAndElementTablesEndAtTheirLimits) {
     state.mesh.x[99990] = 0.0F;
     state.mesh.words[99990] = ElementWords{};
     EXPECT_EQ(failure_of([] { state.mesh.x[99991] = 1.0F; }), "table XC: number 99991 is outside 1 to 99990");
-    EXPECT_EQ(failure_of([] { state.mesh.words[0].corner_1 = 1; }), "table IEL: number 0 is outside 1 to 99990");
+    EXPECT_EQ(failure_of([] { state.mesh.words[0].corner_1 = 1; }),
+              "table IEL: number 0 is outside 1 to 99990");
     EXPECT_EQ(failure_of([] { state.mesh.type_in_use[-5] = 1; }),
               "table EACT1: number -5 is outside 1 to 99990");
 }

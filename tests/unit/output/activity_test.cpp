@@ -2,7 +2,7 @@
 #include "output/activity.h"
 
 #include "group/membership.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "unit/support.h"
 
 namespace brelan::test {

@@ -5,7 +5,7 @@
 #include <set>
 
 #include "channel/free_field.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "unit/support.h"
 
 namespace brelan::test {

@@ -201,9 +201,10 @@ TEST_F(UnitTable, TitleHasThe80FirstColumnsOfLine5) {
 // --- a file that is not as it should be ----------------------------------------------------------
 
 TEST_F(UnitTable, ShortOrFaultyFileEndsTheRun) {
-    EXPECT_NE(
-        failure_of([] { read_unit_table(state.channels, state.settings.kind(), state.units); }).find("UNIT.DAT"),
-        std::string::npos);
+    EXPECT_NE(failure_of([] {
+                  read_unit_table(state.channels, state.settings.kind(), state.units);
+              }).find("UNIT.DAT"),
+              std::string::npos);
     const std::pair<const char*, const char*> cases[] = {
         {"", "line 1"},
         {"*\n*\n", "line 3"},

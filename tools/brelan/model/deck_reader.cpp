@@ -3,12 +3,12 @@
 #include <fstream>
 #include <iterator>
 
-#include "basemesh/block_tables.h"
 #include "channel/real_to_integer.h"
 #include "channel/text_line.h"
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "deck/deck_tables.h"
+#include "mesh/block_tables.h"
 #include "mesh/tables.h"
 #include "model/card_reader.h"
 #include "model/deck.h"

@@ -8,7 +8,7 @@
 #include "channel/real_to_integer.h"
 #include "deck/group_cards.h"
 #include "group/geometry.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan::tool {
 

@@ -8,7 +8,7 @@
 
 #include "commands/checking/doubts.h"
 #include "commands/checking/group_text.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "model/group_reader.h"
 
 namespace brelan::tool {
