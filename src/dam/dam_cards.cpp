@@ -97,7 +97,7 @@ void read_wall(DamCards& dam, const DamSizes& sizes, Channel& deck) {
 
 // --- the other cards -------------------------------------------------------------------------------
 
-// Returns the switches that are no part of DAM: core and wall.
+// Returns the switches that are no part of the dam: core and wall.
 void read_switches(DamCards& dam, Channel& deck) {
     std::int32_t core_switch = 0, cut_off_switch = 0, shell_switch = 0;
     read_free(deck, "Card 5.1 (NLAYER, ICORE, ICUT, ISHELL, NCREST, Hi)", dam.layer_count, core_switch,

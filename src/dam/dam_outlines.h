@@ -22,7 +22,7 @@ struct DamGroup {
     std::int32_t NDIV = 0;                // of all sides
 };
 
-// The groups in the order of the deck, from DAM and dam_sizes.
+// The groups in the order of the deck, from the dam and its sizes.
 std::vector<DamGroup> dam_groups(LayoutKind kind, const DamCards& dam, const DamSizes& sizes);
 
 // The outline of a subsoil layer from its bottom to its top, without the part that a wall takes: round the

@@ -17,7 +17,7 @@ struct SlopeCodes {
 // rows.
 SlopeCodes slope_codes(float height, float left_run, float right_run);
 
-// Sets dam_sizes from DAM.
+// Sets the sizes from the dam.
 void size_dam(const DamCards& dam, DamSizes& sizes);
 
 }  // namespace brelan

@@ -17,7 +17,7 @@ void write_integers(Channel& deck, std::span<const std::int32_t> values);
 // E-line: reals, ten to a line.
 void write_reals(Channel& deck, std::span<const float> values);
 
-// One line of the first values of card_values, by the letters of `form`: I cuts the value to an integer, E
+// One line of the first values of the card, by the letters of `form`: I cuts the value to an integer, E
 // writes the real.
 void write_card(const CheckedDeck& checker, Channel& deck, std::string_view form);
 

@@ -27,7 +27,7 @@ struct LineUpIndex {
     std::vector<std::int32_t> behind;  // I2 of the last truss whose I1 is the node
     std::vector<std::vector<std::int32_t>>
         quadrilaterals;        // quadrilaterals of the material at the node, ascending
-    std::vector<bool> listed;  // nodes in LNP
+    std::vector<bool> listed;  // nodes that are to be moved
 
     explicit LineUpIndex(const Mesh& mesh)
         : before(HIGHEST_NODE_NUMBER + 1, 0),

@@ -51,7 +51,7 @@ struct StrippedMesh {
 // Reads the counts. Ends the run at a count below 0 or above the tables' size.
 MeshCounts read_mesh_counts(Channel& mesh_file);
 
-// NFIELDS tells whether the file has IEX and IEY, which are passed over.
+// field_count tells whether the file has IEX and IEY, which are passed over.
 NodeRecord read_node_record(LayoutKind kind, Channel& mesh_file, std::int32_t field_count);
 
 // Reads an element of a type; beams and trusses become I1 = I4 = I, I2 = I3 = J with the attributes that a
