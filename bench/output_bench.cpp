@@ -18,7 +18,7 @@
 #include "bench_project.h"
 #include "channel/channel_numbers.h"
 #include "channel/free_field.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "output/group_out.h"
 #include "run/run.h"
 
@@ -38,7 +38,7 @@ std::string mesh_deck() {
 
 // Each element of so many groups next to each other; the materials change every 50 elements.
 void write_records(Channels& channels, const fs::path& file, std::int64_t records) {
-    Channel& channel = channels.open(CH_GROUP, file.string(), OpenStatus::work);
+    Channel& channel = channels.open(CHANNEL_GROUP, file.string(), OpenStatus::work);
     channel.set_write_only(true);
     const std::int64_t groups_of_each = records / ELEMENTS;
     for (std::int32_t element = 1; element <= ELEMENTS; ++element) {
@@ -47,7 +47,7 @@ void write_records(Channels& channels, const fs::path& file, std::int64_t record
             write_free(channel, (first + k) % GROUPS + 1, 1 + element / 50 % 4, element, std::int32_t{1},
                        std::int32_t{0});
     }
-    channels.close(CH_GROUP);
+    channels.close(CHANNEL_GROUP);
 }
 
 // The mesh of a run, its records and the tables of its groups, in this process.
@@ -62,9 +62,9 @@ public:
         fs::current_path(project_.work());
         run_->group_cards.count = GROUPS;
         for (std::int32_t g = 1; g <= GROUPS; ++g) {
-            run_->group_cards.rows[g].MTYPE = 3;
-            run_->group_cards.materials[g].MAT = 0.0F;
-            run_->group_cards.outputs[g].IGPOST = 1;
+            run_->group_cards.rows[g].group_type = 3;
+            run_->group_cards.materials[g].material = 0.0F;
+            run_->group_cards.outputs[g].wants_outputs = 1;
             run_->group_cards.outputs[g].pair[1] = {1, 5};
             run_->group_cards.outputs[g].toggle.fill(1);
         }
@@ -89,8 +89,8 @@ public:
         run_->listing.highest_material = 4;
     }
     void run() const {
-        GROUPOUT(run_->channels, run_->trace, run_->settings, run_->group_cards, run_->listing, run_->units,
-                 "..\\out.Mes", {NODES, ELEMENTS, 0, 0});
+        write_group_outputs(run_->channels, run_->trace, run_->settings, run_->group_cards, run_->listing,
+                            run_->units, "..\\out.Mes", {NODES, ELEMENTS, 0, 0});
         run_->channels.close_all();
     }
 
@@ -98,25 +98,25 @@ public:
     // file written from lines that are in memory.
     void read_and_write() const {
         std::int64_t sum = 0;
-        Channel& records = run_->channels.open(CH_GROUP, "GROUP.TMP", OpenStatus::forward);
+        Channel& records = run_->channels.open(CHANNEL_GROUP, "GROUP.TMP", OpenStatus::forward);
         while (records.more()) {
             std::int32_t r[5] = {};
             read_free(records, "a record", r[0], r[1], r[2], r[3], r[4]);
             sum += r[2];
         }
-        run_->channels.close(CH_GROUP);
+        run_->channels.close(CHANNEL_GROUP);
         for (const char* file : {"..\\out.Mes", "TEMPMESH.TMP"}) {
-            Channel& mesh = run_->channels.open(CH_TEMP_MESH, file, OpenStatus::old);
+            Channel& mesh = run_->channels.open(CHANNEL_MESH_COPY, file, OpenStatus::old);
             while (!mesh.at_end())
                 sum += static_cast<std::int64_t>(mesh.read_whole_line("a line").size());
-            run_->channels.close(CH_TEMP_MESH);
+            run_->channels.close(CHANNEL_MESH_COPY);
         }
         benchmark::DoNotOptimize(sum);
         for (const File& file : files_) {
-            Channel& result = run_->channels.open(CH_TEMP_MESH, file.name, OpenStatus::result);
+            Channel& result = run_->channels.open(CHANNEL_MESH_COPY, file.name, OpenStatus::result);
             for (const std::string& line : file.lines)
                 result.write_line(line);
-            run_->channels.close(CH_TEMP_MESH);
+            run_->channels.close(CHANNEL_MESH_COPY);
         }
     }
 
@@ -136,10 +136,10 @@ private:
     };
     std::vector<std::string> lines_of(const char* file) const {
         std::vector<std::string> lines;
-        Channel& channel = run_->channels.open(CH_TEMP_MESH, file, OpenStatus::old);
+        Channel& channel = run_->channels.open(CHANNEL_MESH_COPY, file, OpenStatus::old);
         while (!channel.at_end())
             lines.emplace_back(channel.read_whole_line("a line"));
-        run_->channels.close(CH_TEMP_MESH);
+        run_->channels.close(CHANNEL_MESH_COPY);
         return lines;
     }
 

@@ -46,7 +46,7 @@ int failed(std::string message) {
 int run_deck_of(Run& run) {
     try {
         try {
-            RUN(run);
+            run_program(run);
         } catch (const RunEnd& end) {
             if (end.status == STATUS_FAILED)
                 return failed(end.text);

@@ -57,7 +57,7 @@ struct Template {
 
 // The slope point from which row line k starts: the nearest to its height.
 int first_point(const SlopeModel& model, int k) {
-    return (2 * k * model.N_DIV + model.rows) / (2 * model.rows);
+    return (2 * k * model.divisions + model.rows) / (2 * model.rows);
 }
 
 // Sides of each row line, from the base to the top. A line has as many sides as the one below it less the
@@ -65,7 +65,7 @@ int first_point(const SlopeModel& model, int k) {
 // spacings differ least from those of the base.
 std::vector<int> row_sides(const SlopeModel& model) {
     const int rows = model.rows;
-    const int wanted = model.elements - model.N_DIV;  // sides of the lines between base and top
+    const int wanted = model.elements - model.divisions;  // sides of the lines between base and top
     struct Choice {
         double cost = std::numeric_limits<double>::infinity();
         std::pair<int, int> from;
@@ -103,11 +103,11 @@ std::vector<int> row_sides(const SlopeModel& model) {
 
 class Builder {
 public:
-    explicit Builder(const SlopeModel& model) : model_(model), X_(model.X), Y_(model.Y) {}
+    explicit Builder(const SlopeModel& model) : model_(model), width_(model.width), height_(model.height) {}
 
     Template build() {
-        for (int i = 0; i <= model_.N_DIV; ++i)
-            slope_.push_back(add_node({X_ * i / model_.N_DIV, Y_ * i / model_.N_DIV}, i));
+        for (int i = 0; i <= model_.divisions; ++i)
+            slope_.push_back(add_node({width_ * i / model_.divisions, height_ * i / model_.divisions}, i));
         const std::vector<int> sides = row_sides(model_);
         std::vector<int> line = row_line(0, sides[0]);
         for (int k = 0; k < model_.rows; ++k) {
@@ -128,7 +128,7 @@ private:
     std::vector<int> row_line(int k, int sides) {
         const int start = slope_[static_cast<std::size_t>(first_point(model_, k))];
         const Node a = mesh_.nodes[static_cast<std::size_t>(start)];
-        const Node b{X_, Y_ * k / model_.rows};
+        const Node b{width_, height_ * k / model_.rows};
         std::vector<int> line{start};
         for (int j = 1; j <= sides; ++j)
             line.push_back(add_node({a.x + (b.x - a.x) * j / sides, a.y + (b.y - a.y) * j / sides}, -1));
@@ -159,7 +159,7 @@ private:
     }
 
     const SlopeModel& model_;
-    const double X_, Y_;
+    const double width_, height_;
     Template mesh_;
     std::vector<int> slope_;
 };

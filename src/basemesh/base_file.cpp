@@ -4,11 +4,11 @@
 #include <cstdlib>
 #include <vector>
 
-#include "basemesh/block_tables.h"
 #include "channel/free_field.h"
 #include "channel/layout.h"
-#include "mesh/node_grid.h"
+#include "mesh/block_tables.h"
 #include "mesh/edition.h"
+#include "mesh/node_grid.h"
 
 namespace brelan {
 
@@ -31,7 +31,7 @@ constexpr Layout<"(9(1X,I6),I5,2E11.4)"> DISPLACEMENT_ELEMENT;
 // The code of a fixed node in the temperature kind; the others have 1.
 constexpr std::int32_t FIXED_TEMPERATURE = -100;
 
-constexpr float CF_OF_NODE = 1.0F;
+constexpr float COEFFICIENT_OF_NODE = 1.0F;
 
 int raw_codes(LayoutKind kind) {
     switch (kind) {
@@ -52,12 +52,12 @@ struct Point {
 };
 
 // The nodes of the raw list, in its order.
-std::vector<Point> read_points(LayoutKind kind, Channel& coord, const RawMesh& raw) {
-    coord.rewind();
-    coord.skip_lines(raw.first_node - 1, "a placeholder line");
+std::vector<Point> read_points(LayoutKind kind, Channel& coordinates, const RawMesh& raw) {
+    coordinates.rewind();
+    coordinates.skip_lines(raw.first_node - 1, "a placeholder line");
     std::vector<Point> points(static_cast<std::size_t>(raw.last_node - raw.first_node + 1));
     for (Point& point : points) {
-        FreeFieldReader reader(coord, "a raw node line");
+        FreeFieldReader reader(coordinates, "a raw node line");
         std::int32_t passed_over = 0;
         for (int i = 0; i <= raw_codes(kind); ++i)
             reader.read(passed_over);
@@ -102,49 +102,52 @@ struct BoundNode {
 
 BoundNode set_on_bounds(const BlockCards& block_cards, const FieldBounds& field, const Point& point) {
     BoundNode node{point.x, point.y};
-    if (!(node.x > field.XMIN + ON_BOUND)) {
-        node.x = field.XMIN;
-        node.fixed_x = block_cards.IB_LEFT == 1;
-    } else if (!(node.x < field.XMAX - ON_BOUND)) {
-        node.x = field.XMAX;
-        node.fixed_x = block_cards.IB_RIGHT == 1;
+    if (!(node.x > field.left + ON_BOUND)) {
+        node.x = field.left;
+        node.fixed_x = block_cards.fixes_left == 1;
+    } else if (!(node.x < field.right - ON_BOUND)) {
+        node.x = field.right;
+        node.fixed_x = block_cards.fixes_right == 1;
     }
-    if (!(node.y > field.YMIN + ON_BOUND)) {
-        node.y = field.YMIN;
-        node.fixed_y = block_cards.IB_BOTTOM == 1;
-    } else if (!(node.y < field.YTOP - ON_BOUND)) {
-        node.y = field.YTOP;
-        node.fixed_y = block_cards.IB_TOP == 1;
+    if (!(node.y > field.bottom + ON_BOUND)) {
+        node.y = field.bottom;
+        node.fixed_y = block_cards.fixes_bottom == 1;
+    } else if (!(node.y < field.top - ON_BOUND)) {
+        node.y = field.top;
+        node.fixed_y = block_cards.fixes_top == 1;
     }
-    const bool left = !(node.x > field.XMIN + ON_BOUND);
-    const bool right = !(node.x < field.XMAX - ON_BOUND);
-    const bool bottom = !(node.y > field.YMIN + ON_BOUND);
-    const bool top = !(node.y < field.YTOP - ON_BOUND);
-    node.closed_side = (left && block_cards.IB_LEFT == 1) || (right && block_cards.IB_RIGHT == 1);
-    node.closed_end = (bottom && block_cards.IB_BOTTOM == 1) || (top && block_cards.IB_TOP == 1);
+    const bool left = !(node.x > field.left + ON_BOUND);
+    const bool right = !(node.x < field.right - ON_BOUND);
+    const bool bottom = !(node.y > field.bottom + ON_BOUND);
+    const bool top = !(node.y < field.top - ON_BOUND);
+    node.closed_side = (left && block_cards.fixes_left == 1) || (right && block_cards.fixes_right == 1);
+    node.closed_end = (bottom && block_cards.fixes_bottom == 1) || (top && block_cards.fixes_top == 1);
     return node;
 }
 
-void write_node(LayoutKind kind, const BlockCards& block_cards, Channel& base, std::int32_t number, const BoundNode& node) {
-    const std::int32_t cx = node.fixed_x ? 1 : 0;
-    const std::int32_t cy = node.fixed_y ? 1 : 0;
+void write_node(LayoutKind kind, const BlockCards& block_cards, Channel& base, std::int32_t number,
+                const BoundNode& node) {
+    const std::int32_t code_x = node.fixed_x ? 1 : 0;
+    const std::int32_t code_y = node.fixed_y ? 1 : 0;
     switch (kind) {
         case LayoutKind::coupled: {
             const bool dry = node.y >= block_cards.third + ON_BOUND;
-            const std::int32_t IFX = dry || node.closed_side ? 1 : 0;
-            const std::int32_t IFY = dry || node.closed_end ? 1 : 0;
-            COUPLED_NODE.write(base, number, cx, cy, IFX, IFY, 1, 1, 1, node.x, node.y);
+            const std::int32_t fluid_code_x = dry || node.closed_side ? 1 : 0;
+            const std::int32_t fluid_code_y = dry || node.closed_end ? 1 : 0;
+            COUPLED_NODE.write(base, number, code_x, code_y, fluid_code_x, fluid_code_y, 1, 1, 1, node.x,
+                               node.y);
             break;
         }
         case LayoutKind::temperature:
-            SCALAR_NODE.write(base, number, cx * FIXED_TEMPERATURE, cy * FIXED_TEMPERATURE, node.x, node.y,
-                              block_cards.third, CF_OF_NODE);
+            SCALAR_NODE.write(base, number, code_x * FIXED_TEMPERATURE, code_y * FIXED_TEMPERATURE, node.x,
+                              node.y, block_cards.third, COEFFICIENT_OF_NODE);
             break;
         case LayoutKind::head:
-            SCALAR_NODE.write(base, number, cx, cy, node.x, node.y, block_cards.third, CF_OF_NODE);
+            SCALAR_NODE.write(base, number, code_x, code_y, node.x, node.y, block_cards.third,
+                              COEFFICIENT_OF_NODE);
             break;
         case LayoutKind::displacement:
-            DISPLACEMENT_NODE.write(base, number, cx, cy, 1, 1, 1, node.x, node.y);
+            DISPLACEMENT_NODE.write(base, number, code_x, code_y, 1, 1, 1, node.x, node.y);
             break;
     }
 }
@@ -193,10 +196,10 @@ void write_element_heading(LayoutKind kind, Channel& base) {
 // Reads a raw element line and writes it with the merged node numbers.
 void pass_element(LayoutKind kind, Channel& index, Channel& base, const RawMesh& raw, const Merge& merge) {
     constexpr std::string_view expected = "a raw element line";
-    std::int32_t NEL = 0, material = 0;
+    std::int32_t number = 0, material = 0;
     std::array<std::int32_t, 8> n{};
     FreeFieldReader reader(index, expected);
-    reader.read(NEL);
+    reader.read(number);
     const bool scalar = kind == LayoutKind::temperature || kind == LayoutKind::head;
     for (std::size_t i = 0; i < (scalar ? 4U : 8U); ++i) {
         reader.read(n[i]);
@@ -206,28 +209,28 @@ void pass_element(LayoutKind kind, Channel& index, Channel& base, const RawMesh&
     reader.read(material);
     switch (kind) {
         case LayoutKind::coupled: {
-            std::int32_t KS = 0, KF = 0, INTR = 0, INTS = 0;
-            float TBJWL = 0.0F;
-            for (std::int32_t* attribute : {&KS, &KF, &INTR, &INTS})
+            std::int32_t skeleton = 0, fluid = 0, integration_r = 0, integration_s = 0;
+            float real_attribute = 0.0F;
+            for (std::int32_t* attribute : {&skeleton, &fluid, &integration_r, &integration_s})
                 reader.read(*attribute);
-            reader.read(TBJWL);
-            COUPLED_ELEMENT.write(base, NEL, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], material, KS, KF,
-                                  INTR, INTS, TBJWL);
+            reader.read(real_attribute);
+            COUPLED_ELEMENT.write(base, number, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], material,
+                                  skeleton, fluid, integration_r, integration_s, real_attribute);
             break;
         }
         case LayoutKind::temperature:
         case LayoutKind::head: {
-            std::int32_t IDH = 0;
-            reader.read(IDH);
-            SCALAR_ELEMENT.write(base, NEL, n[0], n[1], n[2], n[3], material, IDH);
+            std::int32_t attribute = 0;
+            reader.read(attribute);
+            SCALAR_ELEMENT.write(base, number, n[0], n[1], n[2], n[3], material, attribute);
             break;
         }
         case LayoutKind::displacement: {
-            float THIC = 0.0F, DEN = 0.0F;
-            reader.read(THIC);
-            reader.read(DEN);
-            DISPLACEMENT_ELEMENT.write(base, NEL, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], material,
-                                       THIC, DEN);
+            float thickness = 0.0F, density = 0.0F;
+            reader.read(thickness);
+            reader.read(density);
+            DISPLACEMENT_ELEMENT.write(base, number, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], material,
+                                       thickness, density);
             break;
         }
     }
@@ -236,8 +239,9 @@ void pass_element(LayoutKind kind, Channel& index, Channel& base, const RawMesh&
 
 }  // namespace
 
-BaseCounts BASEOUT(LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field, Channel& coord, Channel& index, Channel& base, const RawMesh& raw) {
-    const std::vector<Point> points = read_points(kind, coord, raw);
+BaseCounts write_base_file(LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field,
+                           Channel& coordinates, Channel& index, Channel& base, const RawMesh& raw) {
+    const std::vector<Point> points = read_points(kind, coordinates, raw);
     const Merge merge = merge_points(points);
     const BaseCounts counts{static_cast<std::int32_t>(merge.kept.size()),
                             raw.last_element - raw.first_element + 1};

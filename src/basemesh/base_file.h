@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-#include "basemesh/block_tables.h"
 #include "channel/channels.h"
+#include "mesh/block_tables.h"
 #include "mesh/edition.h"
 
 namespace brelan {
@@ -23,6 +23,7 @@ struct BaseCounts {
 
 // Reads the raw lists back, merges nodes at most 0.0001 apart, numbers the rest from 1, derives the codes of
 // the nodes on the field's bounds and writes the mesh file. Returns the counts as written.
-BaseCounts BASEOUT(LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field, Channel& coord, Channel& index, Channel& base, const RawMesh& raw);
+BaseCounts write_base_file(LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field,
+                           Channel& coordinates, Channel& index, Channel& base, const RawMesh& raw);
 
 }  // namespace brelan

@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "basemesh/block_tables.h"
 #include "channel/channels.h"
+#include "mesh/block_tables.h"
 #include "mesh/edition.h"
 
 namespace brelan {
@@ -23,6 +23,6 @@ BlockDivision divide_strip(const BlockStrip& strip);
 
 // Writes "Bmesh.Tmp" from the cards in BLOCKS and sets FIELD. Ends the run at a division count below 1,
 // naming the card row.
-void BLOCKDECK(Channels& channels, LayoutKind kind, const BlockCards& block_cards, FieldBounds& field);
+void write_block_file(Channels& channels, LayoutKind kind, const BlockCards& block_cards, FieldBounds& field);
 
 }  // namespace brelan

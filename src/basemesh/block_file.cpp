@@ -3,8 +3,8 @@
 #include <cmath>
 #include <span>
 
-#include "basemesh/block_tables.h"
 #include "channel/free_field.h"
+#include "mesh/block_tables.h"
 #include "mesh/edition.h"
 
 namespace brelan {
@@ -19,7 +19,7 @@ struct KeyPoint {
     float x = 0.0F, y = 0.0F;
 };
 
-constexpr std::int32_t MOST_KEY_POINTS = (2 * MAXBLOCKROWS + 1) * (2 * MAXBLOCKROWS + 1);
+constexpr std::int32_t MOST_KEY_POINTS = (2 * MOST_BLOCK_ROWS + 1) * (2 * MOST_BLOCK_ROWS + 1);
 
 void require(const Channel& file, bool holds, const std::string& expected) {
     if (!holds)
@@ -40,24 +40,27 @@ std::vector<KeyPoint> read_key_points(Channel& file, std::int32_t count, float s
 }
 
 // The divisions of a block and what its elements take.
-void read_block_values(LayoutKind kind, Channel& file, Block& block, std::int32_t& ndx, std::int32_t& ndy) {
+void read_block_values(LayoutKind kind, Channel& file, Block& block, std::int32_t& column_divisions,
+                       std::int32_t& row_divisions) {
     BlockAttributes& a = block.attributes;
     switch (kind) {
         case LayoutKind::coupled:
             file.skip_lines(1, "the side codes of a block");
-            read_free(file, "a block (material, ndx, ndy, KS, KF)", block.material, ndx, ndy, a.KS, a.KF);
+            read_free(file, "a block (material, ndx, ndy, KS, KF)", block.material, column_divisions,
+                      row_divisions, a.skeleton, a.fluid);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            read_free(file, "a block (material, ndx, ndy, IDH)", block.material, ndx, ndy, a.IDH);
+            read_free(file, "a block (material, ndx, ndy, IDH)", block.material, column_divisions,
+                      row_divisions, a.attribute);
             break;
         case LayoutKind::displacement:
             file.skip_lines(1, "the side codes of a block");
-            read_free(file, "a block (material, ndx, ndy, THIC, DEN)", block.material, ndx, ndy, a.THIC,
-                      a.DEN);
+            read_free(file, "a block (material, ndx, ndy, THIC, DEN)", block.material, column_divisions,
+                      row_divisions, a.thickness, a.density);
             break;
     }
-    require(file, ndx >= 1 && ndy >= 1, "division counts of at least 1");
+    require(file, column_divisions >= 1 && row_divisions >= 1, "division counts of at least 1");
 }
 
 // Middles that the file leaves open lie half way between their neighbours.
@@ -74,7 +77,7 @@ void fill_absent_middles(Grid<float>& key, std::int32_t rows, std::int32_t colum
 
 }  // namespace
 
-BlockFile BLOCKIN(LayoutKind kind, Channel& file) {
+BlockFile read_block_file(LayoutKind kind, Channel& file) {
     BlockFile in;
     constexpr std::size_t title_columns = 60;
     in.title = file.read_whole_line("the title").substr(0, title_columns);
@@ -86,11 +89,13 @@ BlockFile BLOCKIN(LayoutKind kind, Channel& file) {
     require(file, in.key_points >= 1 && in.key_points <= MOST_KEY_POINTS,
             "a count of key points from 1 to " + std::to_string(MOST_KEY_POINTS));
     require(file, in.first_element >= 1, "a first element number of at least 1");
-    read_free(file, "the layout line (NBX, NBY, two doubling flags, order flag, first node number)", in.NBX,
-              in.NBY, double_x, double_y, order, in.first_node);
-    require(file, in.NBX >= 1 && in.NBX <= MAXBLOCKROWS && in.NBY >= 1 && in.NBY <= MAXBLOCKROWS,
-            "NBX and NBY from 1 to " + std::to_string(MAXBLOCKROWS));
-    require(file, blocks == in.NBX * in.NBY,
+    read_free(file, "the layout line (NBX, NBY, two doubling flags, order flag, first node number)",
+              in.block_columns, in.block_rows, double_x, double_y, order, in.first_node);
+    require(file,
+            in.block_columns >= 1 && in.block_columns <= MOST_BLOCK_ROWS && in.block_rows >= 1 &&
+                in.block_rows <= MOST_BLOCK_ROWS,
+            "NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS));
+    require(file, blocks == in.block_columns * in.block_rows,
             "NBX times NBY to be the count of blocks, " + std::to_string(blocks));
     require(file, in.first_node >= 1, "a first node number of at least 1");
     in.double_x = double_x == 1;
@@ -98,33 +103,36 @@ BlockFile BLOCKIN(LayoutKind kind, Channel& file) {
     in.rows_first = order == 1;
 
     const std::vector<KeyPoint> points = read_key_points(file, in.key_points, scale);
-    const std::int32_t key_rows = 2 * in.NBY + 1;
-    const std::int32_t key_columns = 2 * in.NBX + 1;
+    const std::int32_t key_rows = 2 * in.block_rows + 1;
+    const std::int32_t key_columns = 2 * in.block_columns + 1;
     in.key_x = Grid<float>(key_rows, key_columns, 0.0F);
     in.key_y = Grid<float>(key_rows, key_columns, 0.0F);
-    in.block = Grid<Block>(in.NBY, in.NBX, Block{});
-    in.ndx.resize(static_cast<std::size_t>(in.NBX));
-    in.ndy.resize(static_cast<std::size_t>(in.NBY));
-    for (std::int32_t p = 1; p <= in.NBX; ++p) {
-        for (std::int32_t q = 1; q <= in.NBY; ++q) {
+    in.block = Grid<Block>(in.block_rows, in.block_columns, Block{});
+    in.column_divisions.resize(static_cast<std::size_t>(in.block_columns));
+    in.row_divisions.resize(static_cast<std::size_t>(in.block_rows));
+    for (std::int32_t p = 1; p <= in.block_columns; ++p) {
+        for (std::int32_t q = 1; q <= in.block_rows; ++q) {
             file.skip_lines(1, "a block's title");
             std::int32_t number = 0;
             read_free(file, "a block number", number);
-            require(file, number == (p - 1) * in.NBY + q, "block " + std::to_string((p - 1) * in.NBY + q));
+            require(file, number == (p - 1) * in.block_rows + q,
+                    "block " + std::to_string((p - 1) * in.block_rows + q));
             std::array<std::int32_t, 9> key{};
             read_free_list(file, "the nine key point numbers of a block", std::span<std::int32_t>(key));
             for (const std::int32_t k : key)
                 require(file, k >= 0 && k <= in.key_points,
                         "key point numbers of at most " + std::to_string(in.key_points));
             Block& block = in.block(q, p);
-            std::int32_t ndx = 0, ndy = 0;
-            read_block_values(kind, file, block, ndx, ndy);
+            std::int32_t column_divisions = 0, row_divisions = 0;
+            read_block_values(kind, file, block, column_divisions, row_divisions);
             file.skip_lines(1, "the line that ends a block");
             if (key[8] != 0)
                 block.material = -block.material;
             // The last block of a column or row decides its divisions.
-            in.ndx[static_cast<std::size_t>(p - 1)] = in.double_x ? 2 * ndx : ndx;
-            in.ndy[static_cast<std::size_t>(q - 1)] = in.double_y ? 2 * ndy : ndy;
+            in.column_divisions[static_cast<std::size_t>(p - 1)] =
+                in.double_x ? 2 * column_divisions : column_divisions;
+            in.row_divisions[static_cast<std::size_t>(q - 1)] =
+                in.double_y ? 2 * row_divisions : row_divisions;
             // Key row and column of the block's nine positions, from its top left corner.
             constexpr int row_of[9] = {0, 0, 2, 2, 0, 1, 2, 1, 1};
             constexpr int column_of[9] = {2, 0, 0, 2, 1, 0, 1, 2, 1};

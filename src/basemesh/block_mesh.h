@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "basemesh/block_tables.h"
 #include "channel/channels.h"
+#include "mesh/block_tables.h"
 #include "mesh/edition.h"
 
 namespace brelan {
@@ -32,24 +32,25 @@ private:
 
 // The nine values of a block in one coordinate.
 struct BlockValues {
-    float TL = 0.0F, TM = 0.0F, TR = 0.0F;
-    float LM = 0.0F, CC = 0.0F, RM = 0.0F;
-    float BL = 0.0F, BM = 0.0F, BR = 0.0F;
+    float top_left = 0.0F, top_middle = 0.0F, top_right = 0.0F;
+    float middle_left = 0.0F, centre = 0.0F, middle_right = 0.0F;
+    float bottom_left = 0.0F, bottom_middle = 0.0F, bottom_right = 0.0F;
 };
 
 // Biquadratic Lagrange interpolation of nine values at s (across, -1 left to +1 right) and r (upwards, -1
 // bottom to +1 top). Source: O. C. Zienkiewicz, The Finite Element Method, Lagrange family.
-float LAGR9(float s, float r, const BlockValues& v);
+float lagrange_value(float s, float r, const BlockValues& v);
 
 // Fills one block's nodes in one coordinate. A negative material means a nine-point block, a positive one an
 // eight-point block, whose centre is free.
-void BLOCKMAP(const BlockValues& v, std::int32_t ndx, std::int32_t ndy, std::int32_t first_column,
-              std::int32_t first_row, std::int32_t material, Grid<float>& target);
+void map_block(const BlockValues& v, std::int32_t column_divisions, std::int32_t row_divisions,
+               std::int32_t first_column, std::int32_t first_row, std::int32_t material, Grid<float>& target);
 
 // Reads "Bmesh.Tmp" and writes "Coord.dat", "Index.dat" and "..\Bmesh.dat". Stops with "100" when the mesh is
 // larger than the generator's work space; the two lines about it stand in "Coord.dat". Returns when all are
 // written; ends the run when the block file cannot be read or the mesh has too many nodes or elements to be
 // read back.
-void BLOCKMESH(Channels& channels, LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field);
+void make_block_mesh(Channels& channels, LayoutKind kind, const BlockCards& block_cards,
+                     const FieldBounds& field);
 
 }  // namespace brelan

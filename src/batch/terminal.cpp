@@ -9,7 +9,7 @@ namespace brelan {
 
 void Terminal::write(std::string_view text) {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-        FAIL("console: standard output cannot be written");
+        fail("console: standard output cannot be written");
 }
 
 bool Terminal::read(std::string& line) {

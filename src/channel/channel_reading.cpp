@@ -23,14 +23,14 @@ std::string system_reason() {
 std::FILE* Channel::open_source() const {
     std::error_code error;
     if (fs::is_directory(path_, error))
-        FAIL(name_ + ": expected a file, found a directory");
+        fail(name_ + ": expected a file, found a directory");
     if (!fs::exists(path_, error))
-        FAIL(name_ + ": expected a file, but there is none of this name");
+        fail(name_ + ": expected a file, but there is none of this name");
     if (!fs::is_regular_file(path_, error))
-        FAIL(name_ + ": expected an ordinary file");
+        fail(name_ + ": expected an ordinary file");
     std::FILE* source = std::fopen(path_.string().c_str(), "rb");
     if (source == nullptr)
-        FAIL(name_ + ": the file cannot be opened: " + system_reason());
+        fail(name_ + ": the file cannot be opened: " + system_reason());
     return source;
 }
 
@@ -44,7 +44,7 @@ void Channel::read_content() {
     const std::string reason = failed ? system_reason() : std::string{};
     std::fclose(source);
     if (failed)
-        FAIL(name_ + ": the file cannot be read: " + reason);
+        fail(name_ + ": the file cannot be read: " + reason);
     content_.resize(read);
 }
 
@@ -56,7 +56,7 @@ void Channel::read_piece() {
     position_ = 0;
     const std::size_t read = std::fread(content_.data() + kept, 1, piece, file_);
     if (std::ferror(file_) != 0)
-        FAIL(name_ + ": the file cannot be read: " + system_reason());
+        fail(name_ + ": the file cannot be read: " + system_reason());
     content_.resize(kept + read);
 }
 

@@ -58,11 +58,11 @@ std::string Channel::place_of(int line) const {
 }
 
 void Channel::fail_at(int line, std::string_view message) const {
-    FAIL(place_of(line) + ": " + std::string(message));
+    fail(place_of(line) + ": " + std::string(message));
 }
 
 void Channel::fail_write() const {
-    FAIL(name_ + ": the file cannot be written: " + system_reason());
+    fail(name_ + ": the file cannot be written: " + system_reason());
 }
 
 // --- opening and closing -------------------------------------------------------------------------
@@ -85,7 +85,7 @@ void Channel::open(const Channels& channels, std::string_view name, OpenStatus s
         const bool replaces_input =
             status == OpenStatus::result && !other->writable_ && other->file_ == nullptr;
         if (!both_read && !replaces_input && fs::equivalent(path_, other->path_, error) && !error)
-            FAIL(name_ + ": the file is in use in this run as " + other->name_ +
+            fail(name_ + ": the file is in use in this run as " + other->name_ +
                  "; expected a file of its own");
     }
     if (status == OpenStatus::old) {
@@ -99,13 +99,13 @@ void Channel::open(const Channels& channels, std::string_view name, OpenStatus s
         return;
     }
     if (exists && fs::is_directory(path_, error))
-        FAIL(name_ + ": expected a file, found a directory");
+        fail(name_ + ": expected a file, found a directory");
     if (status == OpenStatus::fresh && exists)
-        FAIL(name_ + ": expected a name that is free, but there is a file of this name");
+        fail(name_ + ": expected a name that is free, but there is a file of this name");
     const bool keep = status == OpenStatus::result && exists;
     file_ = std::fopen(path_.string().c_str(), keep ? "r+b" : "w+b");
     if (file_ == nullptr)
-        FAIL(name_ + ": the file cannot be " + (exists ? "opened" : "created") +
+        fail(name_ + ": the file cannot be " + (exists ? "opened" : "created") +
              " for writing: " + system_reason());
     std::setvbuf(file_, nullptr, _IONBF, 0);
     replace_pending_ = keep;
@@ -136,7 +136,7 @@ void Channel::flush() {
         if (is_regular(path_))
             fs::resize_file(path_, 0, error);
         if (error)
-            FAIL(name_ + ": the file cannot be emptied: " + error.message());
+            fail(name_ + ": the file cannot be emptied: " + error.message());
         std::rewind(file_);
         replace_pending_ = false;
     }
@@ -169,7 +169,7 @@ void Channel::close(CloseAction action) {
         std::error_code error;
         fs::remove(path_, error);
         if (error)
-            FAIL(name_ + ": the file cannot be deleted: " + error.message());
+            fail(name_ + ": the file cannot be deleted: " + error.message());
     }
 }
 
@@ -191,7 +191,7 @@ void Channel::cut_behind_position() {
 
 char* Channel::begin_record(std::size_t size) {
     if (!writable_)
-        FAIL(name_ + ": the file is open for reading only");
+        fail(name_ + ": the file is open for reading only");
     if (position_ < content_.size())
         cut_behind_position();
     record_start_ = content_.size();
@@ -240,7 +240,7 @@ void Channel::follow(const Channel& source) {
 
 std::unique_ptr<Channel>& Channels::slot(int number) {
     if (number < 1 || number >= NUMBERS)
-        FAIL("channel " + std::to_string(number) + ": expected a number from 1 to " +
+        fail("channel " + std::to_string(number) + ": expected a number from 1 to " +
              std::to_string(NUMBERS - 1));
     return slots_[static_cast<std::size_t>(number)];
 }
@@ -251,7 +251,7 @@ bool Channels::is_open(int number) {
 
 Channel& Channels::at(int number) {
     if (!is_open(number))
-        FAIL("channel " + std::to_string(number) + ": no file is open on it");
+        fail("channel " + std::to_string(number) + ": no file is open on it");
     return *slot(number);
 }
 

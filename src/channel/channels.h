@@ -189,7 +189,9 @@ public:
     bool file_exists(std::string_view name) const;
 
     // Where a file lies on this machine.
-    std::filesystem::path place_of(std::string_view name) const { return RESOLVE(directories_, name); }
+    std::filesystem::path place_of(std::string_view name) const {
+        return resolve_file_name(directories_, name);
+    }
 
 private:
     friend class Channel;

@@ -1,5 +1,5 @@
-// The console of a run: the one prompt, the card error report and the stop texts go there. A library's run has
-// one that keeps what is written; the batch program's is the terminal.
+// The console of a run: the one prompt, the card error report and the stop texts go there. A library's run
+// has one that keeps what is written; the batch program's is the terminal.
 #pragma once
 
 #include <string>

@@ -34,7 +34,7 @@ fs::path entry(const fs::path& directory, std::string_view name, std::string_vie
         if (!same_but_for_case(found, name))
             continue;
         if (!match.empty())
-            FAIL("file name " + std::string(whole) + ": expected one match, but " +
+            fail("file name " + std::string(whole) + ": expected one match, but " +
                  match.filename().string() + " and " + found + " differ from it only in case");
         match = directory / found;
     }
@@ -43,13 +43,13 @@ fs::path entry(const fs::path& directory, std::string_view name, std::string_vie
 
 }  // namespace
 
-fs::path RESOLVE(const Directories& directories, std::string_view name) {
+fs::path resolve_file_name(const Directories& directories, std::string_view name) {
     const std::size_t last = name.find_last_not_of(' ');
     if (last == std::string_view::npos)
-        FAIL("expected a file name, found a blank one");
+        fail("expected a file name, found a blank one");
     name = name.substr(0, last + 1);
     if (name.find('\0') != std::string_view::npos)
-        FAIL("expected a file name, found one that holds a zero byte");
+        fail("expected a file name, found one that holds a zero byte");
 #ifdef _WIN32
     return directories.working / fs::path(std::string(name));
 #else
@@ -59,10 +59,10 @@ fs::path RESOLVE(const Directories& directories, std::string_view name) {
     if (rest.size() >= 3 && rest[1] == ':' && separator(rest[2]) && folded(rest[0]) >= 'a' &&
         folded(rest[0]) <= 'z') {
         if (folded(rest[0]) != 'c')
-            FAIL("file name " + std::string(name) +
+            fail("file name " + std::string(name) +
                  ": expected drive C:, the only drive that has a place here");
         if (directories.drive_c.empty())
-            FAIL(
+            fail(
                 "drive C:\\ has no place on this machine: expected its directory in the environment variable "
                 "BRELAN_DRIVE_C");
         path = directories.drive_c;

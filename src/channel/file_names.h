@@ -15,12 +15,13 @@ struct Directories {
 
 // Finds the file that a name of the package stands for.
 //
-// On Windows a name with a drive is used as it is. Elsewhere `\` separates directories. Each directory and file name matches exactly, or else the one entry that differs
-// only in the case of its letters (the package's home system does not tell them apart); a name that is not
-// there stays as given. Trailing blanks do not count.
+// On Windows a name with a drive is used as it is. Elsewhere `\` separates directories. Each directory and
+// file name matches exactly, or else the one entry that differs only in the case of its letters (the
+// package's home system does not tell them apart); a name that is not there stays as given. Trailing blanks
+// do not count.
 //
 // Ends the run when the name is blank, when two entries match it equally well, or when drive C:\ has no
 // place.
-std::filesystem::path RESOLVE(const Directories& directories, std::string_view name);
+std::filesystem::path resolve_file_name(const Directories& directories, std::string_view name);
 
 }  // namespace brelan

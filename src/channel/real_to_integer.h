@@ -7,7 +7,7 @@
 namespace brelan {
 
 // Truncates towards zero. A value beyond the 32-bit range, or one that is not a number, gives -2147483648.
-constexpr std::int32_t TRUNCATE(float value) {
+constexpr std::int32_t to_integer(float value) {
     return value > -2147483648.0F && value < 2147483648.0F ? static_cast<std::int32_t>(value)
                                                            : std::numeric_limits<std::int32_t>::min();
 }

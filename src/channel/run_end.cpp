@@ -2,11 +2,11 @@
 
 namespace brelan {
 
-void STOPRUN(std::string_view text) {
+void stop_run(std::string_view text) {
     throw RunEnd{STATUS_STOPPED, std::string(text)};
 }
 
-void FAIL(std::string_view message) {
+void fail(std::string_view message) {
     throw RunEnd{STATUS_FAILED, std::string(message)};
 }
 

@@ -18,10 +18,10 @@ struct RunEnd {
 };
 
 // Ends the run with a stop text of the program's own ("300", "100", ...). Exit status 1.
-[[noreturn]] void STOPRUN(std::string_view text);
+[[noreturn]] void stop_run(std::string_view text);
 
 // Ends the run as a failure. The message is one line that names the file, the line and what was expected.
 // Exit status 2.
-[[noreturn]] void FAIL(std::string_view message);
+[[noreturn]] void fail(std::string_view message);
 
 }  // namespace brelan

@@ -35,7 +35,8 @@ public:
     // The file that the lines of the trace go to.
     Channel& file();
 
-    // Writes a free-field line of texts and values from a level of detail on, whatever pass is to be the last.
+    // Writes a free-field line of texts and values from a level of detail on, whatever pass is to be the
+    // last.
     template <class... Items>
     void values(std::int32_t level, const Items&... items) {
         if (level_ >= level)

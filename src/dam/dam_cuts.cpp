@@ -14,7 +14,7 @@ namespace {
 constexpr float SAME_LINE = 1.0E-4F;
 
 bool horizontal_line(const DamCards& dam, float y) {
-    if (same_line(dam, y, dam.HDAM) || same_line(dam, y, 0.0F))
+    if (same_line(dam, y, dam.height) || same_line(dam, y, 0.0F))
         return true;
     float level = 0.0F;
     for (const float thickness : dam.layers)
@@ -27,8 +27,8 @@ bool horizontal_line(const DamCards& dam, float y) {
 bool vertical_line(const DamCards& dam, const DamSizes& sizes, float x) {
     if (same_line(dam, x, sizes.left) || same_line(dam, x, sizes.right))
         return true;
-    return (same_line(dam, x, dam.WLEFT) && !left_crest_end(dam, sizes).beside_edge) ||
-           (same_line(dam, x, dam.WLEFT + dam.WMID) && !right_crest_end(dam, sizes).beside_edge);
+    return (same_line(dam, x, dam.left_width) && !left_crest_end(dam, sizes).beside_edge) ||
+           (same_line(dam, x, dam.left_width + dam.middle_width) && !right_crest_end(dam, sizes).beside_edge);
 }
 
 // The lowest elements of the last layer are at most so many times as high as the others.
@@ -45,7 +45,7 @@ float element_size(float length, float wanted) {
 // Width of the widest elements beside the crest's ends.
 float element_beside_crest(const DamCards& dam, const DamSizes& sizes) {
     const DamSizes& s = sizes;
-    return std::max(element_size(dam.WMID, s.DM), s.DL);
+    return std::max(element_size(dam.middle_width, s.middle_size), s.left_size);
 }
 
 // Where the nodes of the crest stand before its ends are placed.
@@ -55,14 +55,14 @@ std::vector<float> crest_nodes(const DamCards& dam, const DamSizes& sizes) {
     float start = 0.0F;
     const auto add_block = [&](float length, float wanted) {
         const float width = element_size(length, wanted);
-        const std::int32_t count = TRUNCATE(std::round(length / width));
+        const std::int32_t count = to_integer(std::round(length / width));
         for (std::int32_t i = 1; i <= count; ++i)
             nodes.push_back(start + static_cast<float>(i) * width);
         start = start + length;
     };
-    add_block(dam.WLEFT, s.DL);
-    add_block(dam.WMID, s.DM);
-    add_block(dam.WRIGHT, s.DR);
+    add_block(dam.left_width, s.left_size);
+    add_block(dam.middle_width, s.middle_size);
+    add_block(dam.right_width, s.right_size);
     return nodes;
 }
 
@@ -72,13 +72,13 @@ std::vector<float>::iterator nearest(std::vector<float>& nodes, float x) {
 }
 
 float top_row_line(const DamCards& dam, const DamSizes& sizes) {
-    return dam.HDAM - element_size(dam.HDAM, sizes.DV);
+    return dam.height - element_size(dam.height, sizes.vertical_size);
 }
 
 bool ends_in_top_row(const DamCards& dam, const DamSizes& sizes, const DamOutline& points) {
-    const float halfway = 0.5F * (top_row_line(dam, sizes) + dam.HDAM);
+    const float halfway = 0.5F * (top_row_line(dam, sizes) + dam.height);
     return std::any_of(points.begin(), points.end(),
-                       [&](const DamPoint& p) { return p.y > halfway && !same_line(dam, p.y, dam.HDAM); });
+                       [&](const DamPoint& p) { return p.y > halfway && !same_line(dam, p.y, dam.height); });
 }
 
 // True when an end of the crest is the node nearest to a corner on the crest: the cut would move it there.
@@ -88,7 +88,7 @@ bool takes_crest_end(const DamCards& dam, const DamSizes& sizes, const DamOutlin
     *nearest(nodes, left) = left;
     *nearest(nodes, right) = right;
     for (const DamPoint& p : points) {
-        if (!same_line(dam, p.y, dam.HDAM))
+        if (!same_line(dam, p.y, dam.height))
             continue;
         const auto node = nearest(nodes, p.x);
         if ((*node == left || *node == right) && !same_line(dam, *node, p.x))
@@ -100,46 +100,50 @@ bool takes_crest_end(const DamCards& dam, const DamSizes& sizes, const DamOutlin
 
 bool crowds_slope(const DamCards& dam, const DamSizes& sizes, const DamOutline& points, const CrestEnd& end) {
     return end.beside_edge && std::any_of(points.begin(), points.end(), [&](const DamPoint& p) {
-               return p.y >= clear_of_slope(dam, sizes, end) && std::abs(p.x - end.x) < element_beside_crest(dam, sizes);
+               return p.y >= clear_of_slope(dam, sizes, end) &&
+                      std::abs(p.x - end.x) < element_beside_crest(dam, sizes);
            });
 }
 
 }  // namespace
 
 bool same_line(const DamCards& dam, float a, float b) {
-    return std::abs(a - b) <= SAME_LINE * dam.HDAM;
+    return std::abs(a - b) <= SAME_LINE * dam.height;
 }
 
 bool on_mesh_line(const DamCards& dam, const DamSizes& sizes, const DamPoint& a, const DamPoint& b) {
-    return (same_line(dam, a.y, b.y) && horizontal_line(dam, a.y)) || (same_line(dam, a.x, b.x) && vertical_line(dam, sizes, a.x));
+    return (same_line(dam, a.y, b.y) && horizontal_line(dam, a.y)) ||
+           (same_line(dam, a.x, b.x) && vertical_line(dam, sizes, a.x));
 }
 
 bool clear_of_shells(const DamSizes& sizes, const DamOutline& points) {
-    const float left = sizes.crest_left + sizes.DM, right = sizes.crest_right - sizes.DM;
+    const float left = sizes.crest_left + sizes.middle_size, right = sizes.crest_right - sizes.middle_size;
     return std::all_of(points.begin(), points.end(),
                        [=](const DamPoint& p) { return p.x >= left && p.x <= right; });
 }
 
 bool below_base(const DamSizes& sizes, const DamOutline& points) {
-    return std::all_of(points.begin(), points.end(), [&](const DamPoint& p) { return p.y <= -sizes.DV; });
+    return std::all_of(points.begin(), points.end(),
+                       [&](const DamPoint& p) { return p.y <= -sizes.vertical_size; });
 }
 
 CrestEnd left_crest_end(const DamCards& dam, const DamSizes& sizes) {
-    return {sizes.crest_left, 0.0F, !same_line(dam, sizes.crest_left, dam.WLEFT)};
+    return {sizes.crest_left, 0.0F, !same_line(dam, sizes.crest_left, dam.left_width)};
 }
 
 CrestEnd right_crest_end(const DamCards& dam, const DamSizes& sizes) {
     const float x = sizes.crest_right;
-    return {x, sizes.toe, !same_line(dam, x, dam.WLEFT + dam.WMID)};
+    return {x, sizes.toe, !same_line(dam, x, dam.left_width + dam.middle_width)};
 }
 
 float clear_of_slope(const DamCards& dam, const DamSizes& sizes, const CrestEnd& end) {
-    return dam.HDAM * (1.0F - std::min(element_beside_crest(dam, sizes) / std::abs(end.toe - end.x), 1.0F));
+    return dam.height * (1.0F - std::min(element_beside_crest(dam, sizes) / std::abs(end.toe - end.x), 1.0F));
 }
 
 bool crowds_crest(const DamCards& dam, const DamSizes& sizes, const DamOutline& points) {
     return ends_in_top_row(dam, sizes, points) || (!dam.shells && takes_crest_end(dam, sizes, points)) ||
-           crowds_slope(dam, sizes, points, left_crest_end(dam, sizes)) || crowds_slope(dam, sizes, points, right_crest_end(dam, sizes));
+           crowds_slope(dam, sizes, points, left_crest_end(dam, sizes)) ||
+           crowds_slope(dam, sizes, points, right_crest_end(dam, sizes));
 }
 
 float clear_of_crest(const DamCards& dam, const DamSizes& sizes) {
@@ -151,13 +155,14 @@ float clear_of_crest(const DamCards& dam, const DamSizes& sizes) {
 }
 
 float clear_of_bottom(const DamCards& dam, const DamSizes& sizes) {
-    return sizes.bottom + std::min(LOWEST_ROW * sizes.DV, dam.layers.back());
+    return sizes.bottom + std::min(LOWEST_ROW * sizes.vertical_size, dam.layers.back());
 }
 
 bool crowds_bottom(const DamCards& dam, const DamSizes& sizes, const DamOutline& points) {
     const float halfway = 0.5F * (clear_of_bottom(dam, sizes) + sizes.bottom);
-    return std::any_of(points.begin(), points.end(),
-                       [&](const DamPoint& p) { return p.y < halfway && !same_line(dam, p.y, sizes.bottom); });
+    return std::any_of(points.begin(), points.end(), [&](const DamPoint& p) {
+        return p.y < halfway && !same_line(dam, p.y, sizes.bottom);
+    });
 }
 
 }  // namespace brelan

@@ -24,41 +24,43 @@ constexpr std::int32_t TOTAL_HEAD = 5, SEEPAGE_FACE = 3;
 // --- how sides are cut -----------------------------------------------------------------------------
 
 std::size_t sides_of(const DamGroup& group) {
-    return group.MTYPE == LINE ? group.points.size() - 1 : group.points.size();
+    return group.group_type == LINE ? group.points.size() - 1 : group.points.size();
 }
 
 // Sides that lie on the mesh's own lines are not cut, all others are.
 void cut_sides(const DamCards& dam, const DamSizes& sizes, DamGroup& group) {
-    group.IEND.clear();
+    group.end_rules.clear();
     for (std::size_t k = 0; k < sides_of(group); ++k) {
         const DamPoint& next = group.points[(k + 1) % group.points.size()];
-        group.IEND.push_back(on_mesh_line(dam, sizes, group.points[k], next) ? NOT_CUT : CUT);
+        group.end_rules.push_back(on_mesh_line(dam, sizes, group.points[k], next) ? NOT_CUT : CUT);
     }
 }
 
 void leave_uncut(DamGroup& group) {
-    group.IEND.assign(sides_of(group), NOT_CUT);
+    group.end_rules.assign(sides_of(group), NOT_CUT);
 }
 
 // What of an outline lies above a height, or below one, is left uncut: the sides get a point there.
 void leave_uncut_beyond(const DamCards& dam, DamGroup& group, float y, bool above) {
-    const auto beyond = [&](const DamPoint& p) { return !same_line(dam, p.y, y) && (above ? p.y > y : p.y < y); };
+    const auto beyond = [&](const DamPoint& p) {
+        return !same_line(dam, p.y, y) && (above ? p.y > y : p.y < y);
+    };
     const DamGroup whole = group;
     group.points.clear();
-    group.IEND.clear();
+    group.end_rules.clear();
     for (std::size_t k = 0; k < whole.points.size(); ++k) {
         const DamPoint& a = whole.points[k];
         const DamPoint& b = whole.points[(k + 1) % whole.points.size()];
         group.points.push_back(a);
-        group.IEND.push_back(beyond(a) ? NOT_CUT : whole.IEND[k]);
+        group.end_rules.push_back(beyond(a) ? NOT_CUT : whole.end_rules[k]);
         if (beyond(a) == beyond(b))
             continue;
         if (same_line(dam, a.y, y) || same_line(dam, b.y, y)) {
-            group.IEND.back() = NOT_CUT;
+            group.end_rules.back() = NOT_CUT;
             continue;
         }
         group.points.push_back({a.x + (b.x - a.x) * ((y - a.y) / (b.y - a.y)), y});
-        group.IEND.push_back(beyond(b) ? NOT_CUT : whole.IEND[k]);
+        group.end_rules.push_back(beyond(b) ? NOT_CUT : whole.end_rules[k]);
     }
 }
 
@@ -69,14 +71,14 @@ DamOutline body_outline(const DamCards& dam, const DamSizes& sizes) {
     const DamSizes& s = sizes;
     const float left = dam.shells ? s.crest_left : 0.0F;
     const float right = dam.shells ? s.crest_right : s.toe;
-    return {{left, 0.0F}, {right, 0.0F}, {s.crest_right, dam.HDAM}, {s.crest_left, dam.HDAM}};
+    return {{left, 0.0F}, {right, 0.0F}, {s.crest_right, dam.height}, {s.crest_left, dam.height}};
 }
 
 // All that stays: body and ground.
 DamOutline surface_outline(const DamCards& dam, const DamSizes& sizes) {
     const DamSizes& s = sizes;
     DamOutline body = body_outline(dam, sizes);
-    if (dam.NLAYER == 0)
+    if (dam.layer_count == 0)
         return body;
     DamOutline outline{{s.left, s.bottom}, {s.right, s.bottom}, {s.right, 0.0F}};
     outline.insert(outline.end(), body.begin() + 1, body.end());
@@ -85,10 +87,11 @@ DamOutline surface_outline(const DamCards& dam, const DamSizes& sizes) {
     return outline;
 }
 
-DamGroup drawn(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t MTYPE, DamOutline points) {
+DamGroup drawn(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t group_type,
+               DamOutline points) {
     DamGroup group;
     group.title = std::move(title);
-    group.MTYPE = MTYPE;
+    group.group_type = group_type;
     group.points = std::move(points);
     cut_sides(dam, sizes, group);
     return group;
@@ -102,43 +105,46 @@ DamGroup drawn(const DamCards& dam, const DamSizes& sizes, std::string title, st
 void cut_crest(const DamCards& dam, const DamSizes& sizes, DamGroup& group) {
     constexpr float BEYOND = 0.01F;  // of the slope
     std::size_t crest = 0;
-    while (group.points[crest].y != dam.HDAM)
+    while (group.points[crest].y != dam.height)
         ++crest;
     const auto draw_beyond = [&](std::size_t at, const CrestEnd& end) {
         DamPoint& p = group.points[at];
         p = {p.x + BEYOND * (p.x - end.toe), p.y + BEYOND * p.y};
-        group.IEND[crest] = NOT_CUT;
+        group.end_rules[crest] = NOT_CUT;
         group.NDIV = 1;
     };
-    group.IEND[crest] = CUT;
+    group.end_rules[crest] = CUT;
     if (const CrestEnd right = right_crest_end(dam, sizes); right.beside_edge) {
         draw_beyond(crest, right);
-        group.IEND[crest - 1] = CUT_BUT_END;
+        group.end_rules[crest - 1] = CUT_BUT_END;
     }
     if (const CrestEnd left = left_crest_end(dam, sizes); left.beside_edge) {
         draw_beyond(crest + 1, left);
-        group.IEND[crest + 1] = CUT_BUT_START;
+        group.end_rules[crest + 1] = CUT_BUT_START;
     }
 }
 
-DamGroup zone(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t MAT, DamOutline points) {
+DamGroup zone(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t material,
+              DamOutline points) {
     DamGroup group = drawn(dam, sizes, std::move(title), ZONE, std::move(points));
-    group.MAT = MAT;
+    group.material = material;
     return group;
 }
 
 // The triangle under a slope.
-DamGroup shell(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t MAT, const CrestEnd& end) {
-    DamGroup group = zone(dam, sizes, std::move(title), MAT, {{end.toe, 0.0F}, {end.x, 0.0F}, {end.x, dam.HDAM}});
+DamGroup shell(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t material,
+               const CrestEnd& end) {
+    DamGroup group =
+        zone(dam, sizes, std::move(title), material, {{end.toe, 0.0F}, {end.x, 0.0F}, {end.x, dam.height}});
     if (!end.beside_edge)
         return group;
     constexpr std::size_t VERTICAL = 1;
     if (const float clear = clear_of_slope(dam, sizes, end); !same_line(dam, clear, 0.0F)) {
         group.points.insert(group.points.end() - 1, {end.x, clear});
-        group.IEND.insert(group.IEND.begin() + VERTICAL, CUT);
-        group.IEND[VERTICAL + 1] = NOT_CUT;
+        group.end_rules.insert(group.end_rules.begin() + VERTICAL, CUT);
+        group.end_rules[VERTICAL + 1] = NOT_CUT;
     } else {
-        group.IEND[VERTICAL] = NOT_CUT;
+        group.end_rules[VERTICAL] = NOT_CUT;
     }
     return group;
 }
@@ -163,37 +169,39 @@ DamGroup wall(const DamCards& dam, const DamSizes& sizes) {
 
 // --- boundaries of the head kind -------------------------------------------------------------------
 
-DamGroup boundary(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t LTP, std::int32_t LMAT, DamOutline points) {
-    const std::int32_t MTYPE = points.size() > 1 ? LINE : NO_GROUP;
-    DamGroup group = drawn(dam, sizes, std::move(title), MTYPE, std::move(points));
-    group.LTP = LTP;
-    group.LMAT = LMAT;
+DamGroup boundary(const DamCards& dam, const DamSizes& sizes, std::string title, std::int32_t line_type,
+                  std::int32_t line_material, DamOutline points) {
+    const std::int32_t group_type = points.size() > 1 ? LINE : NO_GROUP;
+    DamGroup group = drawn(dam, sizes, std::move(title), group_type, std::move(points));
+    group.line_type = line_type;
+    group.line_material = line_material;
     return group;
 }
 
 DamOutline upstream_path(const DamCards& dam, const DamSizes& sizes) {
     const DamSizes& s = sizes;
     DamOutline path;
-    if (dam.NLAYER > 0)
+    if (dam.layer_count > 0)
         path.push_back({s.left, 0.0F});
     path.push_back({0.0F, 0.0F});
-    const float level = std::clamp(dam.HWATER, 0.0F, dam.HDAM);
+    const float level = std::clamp(dam.water_height, 0.0F, dam.height);
     if (!dam.shells && level > 0.0F)
-        path.push_back({level / dam.HDAM * s.crest_left, level});
+        path.push_back({level / dam.height * s.crest_left, level});
     return path;
 }
 
 void add_boundaries(const DamCards& dam, const DamSizes& sizes, std::vector<DamGroup>& groups) {
     const DamSizes& s = sizes;
-    if (dam.shells && dam.NLAYER == 0)
+    if (dam.shells && dam.layer_count == 0)
         return;
-    groups.push_back(boundary(dam, sizes, " Upstream Total Head Boundary", TOTAL_HEAD, 1, upstream_path(dam, sizes)));
-    if (dam.NLAYER > 0)
-        groups.push_back(
-            boundary(dam, sizes, " Downstream Total Head Boundary", TOTAL_HEAD, 2, {{s.toe, 0.0F}, {s.right, 0.0F}}));
-    const DamPoint crest_end{s.crest_right, dam.HDAM};
+    groups.push_back(
+        boundary(dam, sizes, " Upstream Total Head Boundary", TOTAL_HEAD, 1, upstream_path(dam, sizes)));
+    if (dam.layer_count > 0)
+        groups.push_back(boundary(dam, sizes, " Downstream Total Head Boundary", TOTAL_HEAD, 2,
+                                  {{s.toe, 0.0F}, {s.right, 0.0F}}));
+    const DamPoint crest_end{s.crest_right, dam.height};
     const DamOutline face =
-        dam.shells ? DamOutline{{s.crest_left, dam.HDAM}, crest_end} : DamOutline{crest_end, {s.toe, 0.0F}};
+        dam.shells ? DamOutline{{s.crest_left, dam.height}, crest_end} : DamOutline{crest_end, {s.toe, 0.0F}};
     groups.push_back(boundary(dam, sizes, " Potential Seepage Face Boundary", SEEPAGE_FACE, 1, face));
 }
 
@@ -209,7 +217,7 @@ std::string layer_title(std::int32_t layer) {
 
 void add_layers(const DamCards& dam, const DamSizes& sizes, std::vector<DamGroup>& groups) {
     float top = 0.0F;
-    for (std::int32_t layer = 1; layer <= dam.NLAYER; ++layer) {
+    for (std::int32_t layer = 1; layer <= dam.layer_count; ++layer) {
         const float bottom = top - dam.layers[static_cast<std::size_t>(layer - 1)];
         DamGroup group = zone(dam, sizes, layer_title(layer), FIRST_LAYER + layer - 1,
                               layer_outline(sizes.left, sizes.right, bottom, top, dam.wall_points));
@@ -221,7 +229,7 @@ void add_layers(const DamCards& dam, const DamSizes& sizes, std::vector<DamGroup
 
 }  // namespace
 
-std::vector<DamGroup> DAMGROUPS(LayoutKind kind, const DamCards& dam, const DamSizes& sizes) {
+std::vector<DamGroup> dam_groups(LayoutKind kind, const DamCards& dam, const DamSizes& sizes) {
     std::vector<DamGroup> groups;
     groups.push_back(drawn(dam, sizes, " Ground Surface", KEEP_INSIDE, surface_outline(dam, sizes)));
     cut_crest(dam, sizes, groups.back());
@@ -229,7 +237,8 @@ std::vector<DamGroup> DAMGROUPS(LayoutKind kind, const DamCards& dam, const DamS
     leave_uncut(groups.back());
     if (!dam.shells) {
         groups.push_back(shell(dam, sizes, " Upstream Shell", UPSTREAM_SHELL, left_crest_end(dam, sizes)));
-        groups.push_back(shell(dam, sizes, " Downstream Shell", DOWNSTREAM_SHELL, right_crest_end(dam, sizes)));
+        groups.push_back(
+            shell(dam, sizes, " Downstream Shell", DOWNSTREAM_SHELL, right_crest_end(dam, sizes)));
     }
     if (dam.core)
         groups.push_back(core(dam, sizes));

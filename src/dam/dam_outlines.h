@@ -14,16 +14,16 @@ namespace brelan {
 // the first point.
 struct DamGroup {
     std::string title;
-    std::int32_t MTYPE = 0;
-    std::int32_t MAT = 0;            // MTYPE 3
-    std::int32_t LTP = 0, LMAT = 0;  // MTYPE 2
+    std::int32_t group_type = 0;
+    std::int32_t material = 0;                      // MTYPE 3
+    std::int32_t line_type = 0, line_material = 0;  // MTYPE 2
     DamOutline points;
-    std::vector<std::int32_t> IEND;  // by side: how it is cut into the mesh, see dam/dam_cuts.h
-    std::int32_t NDIV = 0;           // of all sides
+    std::vector<std::int32_t> end_rules;  // by side: how it is cut into the mesh, see dam/dam_cuts.h
+    std::int32_t NDIV = 0;                // of all sides
 };
 
-// The groups in the order of the deck, from DAM and DAMSIZES.
-std::vector<DamGroup> DAMGROUPS(LayoutKind kind, const DamCards& dam, const DamSizes& sizes);
+// The groups in the order of the deck, from the dam and its sizes.
+std::vector<DamGroup> dam_groups(LayoutKind kind, const DamCards& dam, const DamSizes& sizes);
 
 // The outline of a subsoil layer from its bottom to its top, without the part that a wall takes: round the
 // wall from the top where it enters there, else from the bottom. The wall is given by its four points.

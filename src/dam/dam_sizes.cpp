@@ -31,9 +31,9 @@ float divided(float length, std::int32_t parts) {
 
 }  // namespace
 
-SlopeCodes SLOPECODES(float HDAM, float RUNL, float RUNR) {
-    const auto r = static_cast<double>(HDAM / RUNL);
-    const auto r2 = static_cast<double>(HDAM / RUNR);
+SlopeCodes slope_codes(float height, float left_run, float right_run) {
+    const auto r = static_cast<double>(height / left_run);
+    const auto r2 = static_cast<double>(height / right_run);
     const auto limit = static_cast<double>(STEEP);
     SlopeCodes codes{slope_code(r), slope_code(r2)};
     if (r <= limit && r2 > limit)
@@ -43,31 +43,31 @@ SlopeCodes SLOPECODES(float HDAM, float RUNL, float RUNR) {
     return codes;
 }
 
-void SIZEDAM(const DamCards& dam, DamSizes& sizes) {
+void size_dam(const DamCards& dam, DamSizes& sizes) {
     DamSizes& s = sizes;
     s = DamSizes{};
-    s.rHw = dam.HWATER / dam.HDAM;
+    s.water_share = dam.water_height / dam.height;
     if (dam.shells) {
-        const SlopeCodes codes = SLOPECODES(dam.HDAM, dam.RUNL, dam.RUNR);
+        const SlopeCodes codes = slope_codes(dam.height, dam.left_run, dam.right_run);
         s.left_model = codes.left;
         s.right_model = codes.right;
-        s.DL = divided(dam.WLEFT, slope_model(codes.left).columns);
-        s.DR = divided(dam.WRIGHT, slope_model(codes.right).columns);
-        s.DV = divided(dam.HDAM, slope_model(codes.left).rows);
+        s.left_size = divided(dam.left_width, slope_model(codes.left).columns);
+        s.right_size = divided(dam.right_width, slope_model(codes.right).columns);
+        s.vertical_size = divided(dam.height, slope_model(codes.left).rows);
     } else {
-        s.DL = s.DR = s.DV = dam.HDAM / DIVISIONS_OF_HEIGHT;
+        s.left_size = s.right_size = s.vertical_size = dam.height / DIVISIONS_OF_HEIGHT;
     }
-    s.DM = dam.NCREST > 0 ? divided(dam.WMID, dam.NCREST) : s.DL;
+    s.middle_size = dam.crest_divisions > 0 ? divided(dam.middle_width, dam.crest_divisions) : s.left_size;
 
-    s.crest_left = dam.shells ? dam.WLEFT : dam.RUNL;
-    s.crest_right = dam.shells ? dam.WLEFT + dam.WMID : dam.RUNL + dam.crest;
-    s.toe = dam.WLEFT + dam.WMID + dam.WRIGHT;
+    s.crest_left = dam.shells ? dam.left_width : dam.left_run;
+    s.crest_right = dam.shells ? dam.left_width + dam.middle_width : dam.left_run + dam.crest;
+    s.toe = dam.left_width + dam.middle_width + dam.right_width;
     float ground = 0.0F;
     for (const float thickness : dam.layers)
         ground = ground + thickness;
     s.bottom = -ground;
-    s.left = dam.NLAYER > 0 ? -dam.XLEFT : 0.0F;
-    s.right = dam.NLAYER > 0 ? s.toe + dam.XRIGHT : s.toe;
+    s.left = dam.layer_count > 0 ? -dam.left_margin : 0.0F;
+    s.right = dam.layer_count > 0 ? s.toe + dam.right_margin : s.toe;
 }
 
 }  // namespace brelan

@@ -15,9 +15,9 @@ struct SlopeCodes {
 // The codes by the ratios of height and run. The right one follows the left one where the two lie on
 // different sides of the limit between the steep and the flat templates, which have different numbers of
 // rows.
-SlopeCodes SLOPECODES(float HDAM, float RUNL, float RUNR);
+SlopeCodes slope_codes(float height, float left_run, float right_run);
 
-// Sets DAMSIZES from DAM.
-void SIZEDAM(const DamCards& dam, DamSizes& sizes);
+// Sets the sizes from the dam.
+void size_dam(const DamCards& dam, DamSizes& sizes);
 
 }  // namespace brelan

@@ -20,24 +20,25 @@ using DamOutline = std::vector<DamPoint>;
 
 // Cards 5.1 to 5.5.
 struct DamCards {
-    std::int32_t NLAYER = 0;             // subsoil layers; 0 or more
+    std::int32_t layer_count = 0;        // subsoil layers; 0 or more
     bool core = false, cut_off = false;  // a core; a cut-off wall, only with layers
     bool shells = false;                 // both sides of the crest are made of slope templates
-    std::int32_t NCREST = 0;             // divisions of the middle block column, 0 for a size like the others
-    float Hi = 0.0F;                     // initial head or temperature
-    float HDAM = 0.0F, HWATER = 0.0F;    // height of the dam, water height upstream
-    float RUNL = 0.0F, RUNR = 0.0F;      // horizontal runs of the slopes
-    float crest = 0.0F;                  // width of the crest
-    float WLEFT = 0.0F, WMID = 0.0F, WRIGHT = 0.0F;  // widths of the block columns
-    float XLEFT = 0.0F, XRIGHT = 0.0F;               // margins beyond the dam, only with layers
-    std::vector<float> layers;                       // thicknesses from the top
-    DamOutline core_points, wall_points;             // four points, in the order of the card
+    std::int32_t crest_divisions = 0;    // divisions of the middle block column, 0 for a size like the others
+    float initial_head = 0.0F;           // initial head or temperature
+    float height = 0.0F, water_height = 0.0F;  // height of the dam, water height upstream
+    float left_run = 0.0F, right_run = 0.0F;   // horizontal runs of the slopes
+    float crest = 0.0F;                        // width of the crest
+    float left_width = 0.0F, middle_width = 0.0F, right_width = 0.0F;  // widths of the block columns
+    float left_margin = 0.0F, right_margin = 0.0F;  // margins beyond the dam, only with layers
+    std::vector<float> layers;                      // thicknesses from the top
+    DamOutline core_points, wall_points;            // four points, in the order of the card
 };
 
 // What follows from the cards.
 struct DamSizes {
-    float rHw = 0.0F;                                         // water level as a share of the height
-    float DL = 0.0F, DM = 0.0F, DR = 0.0F, DV = 0.0F;         // element sizes: left, middle, right, vertical
+    float water_share = 0.0F;  // water level as a share of the height
+    float left_size = 0.0F, middle_size = 0.0F, right_size = 0.0F,
+          vertical_size = 0.0F;                               // element sizes: left, middle, right, vertical
     std::int32_t left_model = 1, right_model = 1;             // slope codes, only with shells
     float left = 0.0F, right = 0.0F, bottom = 0.0F;           // limits of the field
     float crest_left = 0.0F, crest_right = 0.0F, toe = 0.0F;  // of the profile: the crest's ends, right toe

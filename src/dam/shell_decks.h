@@ -9,7 +9,7 @@
 namespace brelan {
 
 // Writes "Shell_Left.dat", "Shell_Right.dat", "Combine_Shell.dat" and "Combine_All.dat" and puts them behind
-// the main deck in DECKLIST.
-void SHELLDECKS(Channels& channels, LayoutKind kind, DeckList& decks, DamCards& dam, DamSizes& sizes);
+// the main deck in deck_list.
+void write_shell_decks(Channels& channels, LayoutKind kind, DeckList& decks, DamCards& dam, DamSizes& sizes);
 
 }  // namespace brelan

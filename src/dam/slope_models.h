@@ -15,10 +15,10 @@
 namespace brelan {
 
 struct SlopeModel {
-    std::int32_t MODEL;  // slope code of a dam's side
+    std::int32_t slope_code;  // slope code of a dam's side
     std::string_view file;
-    float X, Y;                  // corners of the template's triangle, and extents of its slope
-    std::int32_t N_DIV;          // divisions of the slope
+    float width, height;         // corners of the template's triangle, and extents of its slope
+    std::int32_t divisions;      // divisions of the slope
     std::int32_t columns, rows;  // divisions of the base and of the vertical side
     std::int32_t elements;       // of the template
     std::int32_t low_points;     // slope points whose node has the point's number, from the toe
@@ -47,8 +47,8 @@ inline constexpr std::array<SlopeModel, 5> SLOPE_MODELS{{
 }};
 
 // The template of a MODEL; a number that names none has the first.
-constexpr const SlopeModel& slope_model(std::int32_t MODEL) {
-    return SLOPE_MODELS[static_cast<std::size_t>(MODEL >= 2 && MODEL <= 5 ? MODEL - 1 : 0)];
+constexpr const SlopeModel& slope_model(std::int32_t code) {
+    return SLOPE_MODELS[static_cast<std::size_t>(code >= 2 && code <= 5 ? code - 1 : 0)];
 }
 
 }  // namespace brelan

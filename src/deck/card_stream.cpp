@@ -30,7 +30,7 @@ void refuse_byte_order_mark(Channel& text) {
         text.fail_here("expected text, found a byte order mark in front of it; save the file without one");
 }
 
-void STRIPDECK(Channels& channels, int source, int target) {
+void strip_deck(Channels& channels, int source, int target) {
     Channel& from = channels.at(source);
     refuse_byte_order_mark(from);
     Channel& to = channels.at(target);
@@ -57,13 +57,14 @@ CardCount count_values(const TextLine& line) {
     return found;
 }
 
-void CHKCARD(Channels& channels, CheckedDeck& checker, Console& console, int channel_number, std::string_view label, std::int32_t minimum, std::int32_t maximum) {
+void check_card(Channels& channels, CheckedDeck& checker, Console& console, int channel_number,
+                std::string_view label, std::int32_t minimum, std::int32_t maximum) {
     Channel& deck = channels.at(channel_number);
     const std::string card = "Card " + std::string(label);
     const TextLine line = deck.read_line(card);
     const CardCount found = count_values(line);
     if (found.count < minimum || found.count > maximum)
-        REPORTCARD(channels, console, label, maximum, line, found);
+        report_card(channels, console, label, maximum, line, found);
     deck.step_back(1);
     FreeFieldReader reader(deck, card, FreeFieldReader::Reach::one_line);
     for (std::int32_t i = 1; i <= found.count; ++i)
@@ -71,7 +72,7 @@ void CHKCARD(Channels& channels, CheckedDeck& checker, Console& console, int cha
     reader.finish();
 }
 
-std::int32_t CARDLEN(const TextLine& line) {
+std::int32_t last_title_column(const TextLine& line) {
     constexpr std::int32_t longest_title = 80;
     const auto used = [&](int column) { return line(column) != ' '; };
     std::int32_t last = 0;
@@ -86,7 +87,7 @@ bool is_bare_name(const TextLine& name) {
     return name.view().substr(0, columns_searched).find('\\') == std::string_view::npos;
 }
 
-TextLine TRIMNAME(CheckedDeck& checker, const TextLine& name) {
+TextLine name_from_parent(CheckedDeck& checker, const TextLine& name) {
     constexpr std::string_view parent = "..\\";
     if (!is_bare_name(name))
         return name;

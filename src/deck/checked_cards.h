@@ -18,7 +18,7 @@ Channel& normalised(Channels& channels);
 // A value of the card checked last, cut to an integer.
 std::int32_t value_of(const CheckedDeck& checker, std::int32_t position);
 
-// Checks a card and leaves its values, defaults included, in CARDVAL.
+// Checks a card and leaves its values, defaults included, in CheckedDeck::values.
 void check(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card);
 
 // Checks a card and writes it to the normalised deck.

@@ -3,7 +3,7 @@
 #include <span>
 #include <string>
 
-#include "basemesh/block_tables.h"
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/real_to_integer.h"
@@ -14,17 +14,17 @@
 #include "deck/deck_tables.h"
 #include "deck/group_cards.h"
 #include "deck/normalised_deck.h"
+#include "mesh/block_tables.h"
 #include "mesh/tables.h"
-#include "channel/channel_numbers.h"
 
 namespace brelan {
 
 namespace {
 
 // The checker's own use of the channels while it runs.
-constexpr int CH_STRIPPED = CH_MESH_A;
-constexpr int CH_NORMALISED = CH_MESH_B;
-constexpr int CH_LISTING = CH_WORK;
+constexpr int CHANNEL_STRIPPED = CHANNEL_MESH_A;
+constexpr int CHANNEL_NORMALISED = CHANNEL_MESH_B;
+constexpr int CHANNEL_LISTING = CHANNEL_WORK;
 
 TextLine read_name(Channels& channels, std::string_view what) {
     return deck(channels).read_line(what);
@@ -41,15 +41,16 @@ TextLine pass_name(Channels& channels, CheckedDeck& checker, std::string_view wh
     // The last columns of a bare name are cut: with nothing in the others it is as good as blank.
     if (is_bare_name(field) && TextLine(field.first(LINE_COLUMNS - 3)).blank())
         deck(channels).fail_behind(expected + ", found a line with nothing in its first 123 columns");
-    const TextLine name = TRIMNAME(checker, field);
+    const TextLine name = name_from_parent(checker, field);
     normalised(channels).write_columns(name.view());
     return name;
 }
 
 // Tells the plot tool the name of the result mesh.
 void note_result(Channels& channels, const TextLine& name) {
-    channels.open(CH_DATA, "C:\\Vork\\Qx\\Qxdata\\FnPlot2D.dat", OpenStatus::work).write_columns(name.view());
-    channels.close(CH_DATA);
+    channels.open(CHANNEL_DATA, "C:\\Vork\\Qx\\Qxdata\\FnPlot2D.dat", OpenStatus::work)
+        .write_columns(name.view());
+    channels.close(CHANNEL_DATA);
 }
 
 // --- Cards 2.x -----------------------------------------------------------------------------------
@@ -62,9 +63,9 @@ void check_combination(Channels& channels, LayoutKind kind, CheckedDeck& checker
     if (value_of(checker, 1) != 1)
         return;
     pass(channels, kind, checker, console, CARD_2_3);
-    const std::int32_t NINT = count_on(channels, checker, CARD_2_3, MAXCARDVAL);
-    pass_integer_list(channels, checker, CARD_2_3, NINT);
-    pass_integer_list(channels, checker, CARD_2_3, NINT);
+    const std::int32_t pair_count = count_on(channels, checker, CARD_2_3, MOST_CARD_VALUES);
+    pass_integer_list(channels, checker, CARD_2_3, pair_count);
+    pass_integer_list(channels, checker, CARD_2_3, pair_count);
 }
 
 // --- Cards 3.x -----------------------------------------------------------------------------------
@@ -77,24 +78,27 @@ std::int32_t look_ahead_to_edit(Channels& channels) {
     float edit = 0.0F;
     read_free(deck(channels), "Card 3.3", edit);
     deck(channels).step_back(lines);
-    return TRUNCATE(edit);
+    return to_integer(edit);
 }
 
 // The selection of IEDIT 1, 2 and 3.
-void check_selection(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const SelectionCards& cards) {
+void check_selection(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                     const SelectionCards& cards) {
     pass(channels, kind, checker, console, cards.location);
     if (value_of(checker, 1) == 0) {
         pass(channels, kind, checker, console, cards.window);
     } else {
         pass(channels, kind, checker, console, cards.list);
-        pass_integer_list(channels, checker, cards.list, count_on(channels, checker, cards.list, MAXCARDVAL));
+        pass_integer_list(channels, checker, cards.list,
+                          count_on(channels, checker, cards.list, MOST_CARD_VALUES));
     }
     pass(channels, kind, checker, console, cards.side);
 }
 
-void check_rebuild_rows(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& count_card, const Card& row_card) {
+void check_rebuild_rows(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                        const Card& count_card, const Card& row_card) {
     pass(channels, kind, checker, console, count_card);
-    const std::int32_t rows = count_on(channels, checker, count_card, MAXEDLIST);
+    const std::int32_t rows = count_on(channels, checker, count_card, MOST_REBUILD_ROWS);
     for (std::int32_t row = 1; row <= rows; ++row)
         pass(channels, kind, checker, console, row_card);
 }
@@ -150,15 +154,17 @@ void check_edit(Channels& channels, LayoutKind kind, CheckedDeck& checker, Conso
 // Returns IGMOD.
 std::int32_t check_base_mesh(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console) {
     pass(channels, kind, checker, console, CARD_4_1);
-    const std::int32_t NBX = value_of(checker, 1);
-    const std::int32_t NBY = value_of(checker, 2);
-    if (NBX < 1 || NBX > MAXBLOCKROWS || NBY < 1 || NBY > MAXBLOCKROWS)
-        deck(channels).fail_behind("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MAXBLOCKROWS) +
-                           ", found " + std::to_string(NBX) + " and " + std::to_string(NBY));
+    const std::int32_t block_columns = value_of(checker, 1);
+    const std::int32_t block_rows = value_of(checker, 2);
+    if (block_columns < 1 || block_columns > MOST_BLOCK_ROWS || block_rows < 1 ||
+        block_rows > MOST_BLOCK_ROWS)
+        deck(channels).fail_behind("Card 4.1: expected NBX and NBY from 1 to " +
+                                   std::to_string(MOST_BLOCK_ROWS) + ", found " +
+                                   std::to_string(block_columns) + " and " + std::to_string(block_rows));
     pass(channels, kind, checker, console, CARD_4_2);
-    for (std::int32_t column = 1; column <= NBX; ++column)
+    for (std::int32_t column = 1; column <= block_columns; ++column)
         pass(channels, kind, checker, console, CARD_4_3);
-    for (std::int32_t row = 1; row <= NBY; ++row)
+    for (std::int32_t row = 1; row <= block_rows; ++row)
         pass(channels, kind, checker, console, CARD_4_4);
     pass(channels, kind, checker, console, CARD_4_5);
     return value_of(checker, 1);
@@ -168,15 +174,15 @@ std::int32_t check_base_mesh(Channels& channels, LayoutKind kind, CheckedDeck& c
 
 void check_dam(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console) {
     pass(channels, kind, checker, console, CARD_5_1);
-    const std::int32_t NLAYER = count_on(channels, checker, CARD_5_1, MAXCARDVAL);
+    const std::int32_t layer_count = count_on(channels, checker, CARD_5_1, MOST_CARD_VALUES);
     const bool core = value_of(checker, 2) == 1;
     const bool cut_off = value_of(checker, 3) == 1;
     pass(channels, kind, checker, console, CARD_5_2);
     if (core)
         pass(channels, kind, checker, console, CARD_5_3);
-    if (NLAYER > 0) {
+    if (layer_count > 0) {
         pass(channels, kind, checker, console, CARD_5_4_1);
-        const std::span thicknesses(&checker.values[1], static_cast<std::size_t>(NLAYER));
+        const std::span thicknesses(&checker.values[1], static_cast<std::size_t>(layer_count));
         read_free_list<float>(deck(channels), "the layer thicknesses of Card 5.4", thicknesses);
         write_reals(normalised(channels), thicknesses);
         if (cut_off)
@@ -186,42 +192,43 @@ void check_dam(Channels& channels, LayoutKind kind, CheckedDeck& checker, Consol
 
 }  // namespace
 
-DeckContent DECKCHK(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const TextLine& deck_name, std::string_view normalised_name) {
+DeckContent check_deck(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                       const TextLine& deck_name, std::string_view normalised_name) {
     if (deck_name.blank())
-        FAIL("expected the name of a card deck, found a blank one");
-    channels.open(CH_DECK, deck_name.view(), OpenStatus::old);
-    channels.open(CH_STRIPPED, "TT55.TMP", OpenStatus::work);
-    channels.open(CH_NORMALISED, normalised_name, OpenStatus::work);
-    channels.open(CH_LISTING, "T7.TMP", OpenStatus::work);
-    STRIPDECK(channels, CH_DECK, CH_STRIPPED);
+        fail("expected the name of a card deck, found a blank one");
+    channels.open(CHANNEL_DECK, deck_name.view(), OpenStatus::old);
+    channels.open(CHANNEL_STRIPPED, "TT55.TMP", OpenStatus::work);
+    channels.open(CHANNEL_NORMALISED, normalised_name, OpenStatus::work);
+    channels.open(CHANNEL_LISTING, "T7.TMP", OpenStatus::work);
+    strip_deck(channels, CHANNEL_DECK, CHANNEL_STRIPPED);
     normalised(channels).follow(deck(channels));
 
     checker.slope_model = 0;
     checker.values[2] = static_cast<float>(checker.prepared_kind_code);
     check(channels, kind, checker, console, CARD_1_1);
-    const std::int32_t IMOD = value_of(checker, 1);
-    if (IMOD == 3) {
+    const std::int32_t mode = value_of(checker, 1);
+    if (mode == 3) {
         check_dam(channels, kind, checker, console);
         return DeckContent::dam;
     }
     write_card(checker, normalised(channels), CARD_1_1.written_of(kind));
-    std::int32_t edit_switch = IMOD;
-    if (IMOD <= 0)
+    std::int32_t edit_switch = mode;
+    if (mode <= 0)
         check_combination(channels, kind, checker, console);
-    else if (IMOD == 2)
+    else if (mode == 2)
         edit_switch = check_base_mesh(channels, kind, checker, console);
     if (edit_switch == 1)
         check_edit(channels, kind, checker, console);
 
     checker.origin = normalised(channels).origin();
-    for (const int number : {CH_DECK, CH_STRIPPED, CH_NORMALISED, CH_LISTING})
+    for (const int number : {CHANNEL_DECK, CHANNEL_STRIPPED, CHANNEL_NORMALISED, CHANNEL_LISTING})
         channels.close(number);
     return DeckContent::mesh;
 }
 
 void drop_checked_deck(Channels& channels) {
-    channels.close(CH_STRIPPED, CloseAction::remove);
-    channels.close(CH_NORMALISED, CloseAction::remove);
+    channels.close(CHANNEL_STRIPPED, CloseAction::remove);
+    channels.close(CHANNEL_NORMALISED, CloseAction::remove);
 }
 
 }  // namespace brelan

@@ -21,8 +21,8 @@ enum class DeckContent { mesh, dam };
 //
 // The cards of an earth dam are no deck to be run: they stay in the normalised deck on its open channel, for
 // the decks that are made of them.
-DeckContent DECKCHK(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
-                    const TextLine& deck_name, std::string_view normalised_name);
+DeckContent check_deck(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                       const TextLine& deck_name, std::string_view normalised_name);
 
 // Deletes the working files of a checked dam.
 void drop_checked_deck(Channels& channels);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "channel/channels.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/move_tables.h"
 
 namespace brelan {
@@ -10,6 +10,6 @@ namespace brelan {
 // Reads "..\DV-BRELAN.dat" into TOLMODE, TOLLENGTH, TOLFACTOR and TOLSAME, the values of the short-element
 // collapse and the second move list. A project that has none gets a copy of the package's master first, of 60
 // columns a line. Leaves the copy without comments in "DV-BRELAN.Tmp".
-void DEFLOAD(Channels& channels, Tolerances& tolerances, MoveLists& moves);
+void load_defaults(Channels& channels, Tolerances& tolerances, MoveLists& moves);
 
 }  // namespace brelan

@@ -3,12 +3,12 @@
 #include <array>
 #include <string>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/console.h"
 #include "channel/free_field.h"
 #include "channel/layout.h"
 #include "channel/run_end.h"
-#include "channel/channel_numbers.h"
 
 namespace brelan {
 
@@ -29,18 +29,18 @@ constexpr Layout<"(1X,A)"> CARD_LINE;
 
 }  // namespace
 
-void WRSTATUS(Channels& channels, std::int32_t value) {
-    write_free(channels.open(CH_STATUS, STATUS_FILE, OpenStatus::work), value);
-    channels.close(CH_STATUS);
+void write_status(Channels& channels, std::int32_t value) {
+    write_free(channels.open(CHANNEL_STATUS, STATUS_FILE, OpenStatus::work), value);
+    channels.close(CHANNEL_STATUS);
 }
 
-void LISTERR(Channels& channels, Console& console, int channel_number, std::int32_t n) {
+void show_last_lines(Channels& channels, Console& console, int channel_number, std::int32_t n) {
     std::int32_t manual = 0;
-    read_free(channels.open(CH_MESSAGE, MANUAL_FILE, OpenStatus::old), "the console mode", manual);
-    channels.close(CH_MESSAGE);
+    read_free(channels.open(CHANNEL_MESSAGE, MANUAL_FILE, OpenStatus::old), "the console mode", manual);
+    channels.close(CHANNEL_MESSAGE);
     const bool front_end = manual == 0;
     if (front_end)
-        channels.open(CH_MESSAGE, "MESSAGE.INP", OpenStatus::work);
+        channels.open(CHANNEL_MESSAGE, "MESSAGE.INP", OpenStatus::work);
 
     std::array<std::string, MESSAGE_LINES> lines;
     Channel& listing = channels.at(channel_number);
@@ -50,26 +50,27 @@ void LISTERR(Channels& channels, Console& console, int channel_number, std::int3
             listing.read_whole_line("a line of the listing").substr(0, MESSAGE_COLUMNS);
 
     if (front_end) {
-        Channel& message = channels.at(CH_MESSAGE);
+        Channel& message = channels.at(CHANNEL_MESSAGE);
         write_free(message, n);
         for (const std::string& line : lines)
             MESSAGE_LINE.write(message, line);
-        channels.close(CH_MESSAGE);
+        channels.close(CHANNEL_MESSAGE);
         return;
     }
     for (std::string& line : lines) {
         line.resize(MESSAGE_COLUMNS, ' ');
         console.write(line + "\n");
     }
-    // Waits until the person has pressed enter. What the run has written so far is put on disk first: nobody may
-    // ever answer.
+    // Waits until the person has pressed enter. What the run has written so far is put on disk first: nobody
+    // may ever answer.
     channels.flush_all();
     std::string answer;
     console.read(answer);
 }
 
-void REPORTCARD(Channels& channels, Console& console, std::string_view label, std::int32_t maximum, const TextLine& line, const CardCount& found) {
-    Channel& listing = channels.at(CH_WORK);
+void report_card(Channels& channels, Console& console, std::string_view label, std::int32_t maximum,
+                 const TextLine& line, const CardCount& found) {
+    Channel& listing = channels.at(CHANNEL_WORK);
     write_free(listing, "************* ERROR IN THE USER INPUT **************");
     REQUIRED_LINE.write(listing, label, maximum);
     FOUND_LINE.write(listing, found.count);
@@ -85,9 +86,9 @@ void REPORTCARD(Channels& channels, Console& console, std::string_view label, st
         CARD_LINE.write(listing, dashes);
     }
     listing.flush();
-    LISTERR(channels, console, CH_WORK, 7);
-    WRSTATUS(channels, 1);
-    STOPRUN("300");
+    show_last_lines(channels, console, CHANNEL_WORK, 7);
+    write_status(channels, 1);
+    stop_run("300");
 }
 
 }  // namespace brelan

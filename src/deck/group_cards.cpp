@@ -10,7 +10,7 @@
 #include "deck/deck_tables.h"
 #include "deck/group_card_table.h"
 #include "deck/normalised_deck.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan {
 
@@ -25,20 +25,22 @@ void write_pair(Channels& channels, LayoutKind kind, CheckedDeck& checker, float
     write_card(checker, normalised(channels), CARD_POST_PAIR.written_of(kind));
 }
 
-void pass_list_if_any(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card) {
+void pass_list_if_any(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                      const Card& card) {
     pass(channels, kind, checker, console, card);
-    if (const std::int32_t count = count_on(channels, checker, card, MAXCARDVAL); count > 0)
+    if (const std::int32_t count = count_on(channels, checker, card, MOST_CARD_VALUES); count > 0)
         pass_integer_list(channels, checker, card, count);
 }
 
 void pass_title(Channels& channels) {
     const TextLine line = deck(channels).read_line("a group's title");
-    const std::int32_t columns = CARDLEN(line);
+    const std::int32_t columns = last_title_column(line);
     normalised(channels).write_line(columns == 0 ? " " : line.first(columns));
 }
 
 // A material line whose MATold stands at a position: 0 there stands for the material after MAT.
-void pass_with_old_material(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, const Card& card, std::int32_t position) {
+void pass_with_old_material(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                            const Card& card, std::int32_t position) {
     check(channels, kind, checker, console, card);
     if (checker.values[position] == 0.0F)
         checker.values[position] = checker.values[1] + 1.0F;
@@ -46,8 +48,9 @@ void pass_with_old_material(Channels& channels, LayoutKind kind, CheckedDeck& ch
         write_card(checker, normalised(channels), form);
 }
 
-void pass_material_line(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, std::int32_t MTYPE) {
-    switch (MTYPE) {
+void pass_material_line(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                        std::int32_t group_type) {
+    switch (group_type) {
         case 1:
         case 2:
             pass(channels, kind, checker, console, CARD_MATERIAL_1);
@@ -78,16 +81,17 @@ void pass_material_line(Channels& channels, LayoutKind kind, CheckedDeck& checke
 }
 
 // Six pairs and seven switches for the outputs. MTYPE 5 moves its first pair to the second place.
-void pass_post_lines(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, std::int32_t MTYPE) {
+void pass_post_lines(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                     std::int32_t group_type) {
     constexpr int pairs = 6, switches = 7;
     float kept_1 = 0.0F, kept_2 = 0.0F;
     for (int i = 1; i <= pairs; ++i) {
         check(channels, kind, checker, console, CARD_POST_PAIR);
-        if (MTYPE == CLOSING_OUTLINE && i == 1) {
+        if (group_type == CLOSING_OUTLINE && i == 1) {
             kept_1 = checker.values[1];
             kept_2 = checker.values[2];
             write_pair(channels, kind, checker, 0.0F, 0.0F);
-        } else if (MTYPE == CLOSING_OUTLINE && i == 2) {
+        } else if (group_type == CLOSING_OUTLINE && i == 2) {
             write_pair(channels, kind, checker, kept_1, kept_2);
         } else {
             write_pair(channels, kind, checker, checker.values[1], checker.values[2]);
@@ -97,41 +101,45 @@ void pass_post_lines(Channels& channels, LayoutKind kind, CheckedDeck& checker, 
         pass(channels, kind, checker, console, CARD_POST_SWITCH);
 }
 
-void pass_outline(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, std::int32_t MTYPE) {
+void pass_outline(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                  std::int32_t group_type) {
     check(channels, kind, checker, console, CARD_POINTS);
-    if (MTYPE == CLOSING_OUTLINE)
+    if (group_type == CLOSING_OUTLINE)
         checker.values[2] = 0.0F;  // MOVE
     write_card(checker, normalised(channels), CARD_POINTS.written_of(kind));
-    const std::int32_t NPOINT = count_on(channels, checker, CARD_POINTS, MAXGROUPPOINTS);
-    for (std::int32_t i = 1; i <= NPOINT; ++i)
+    const std::int32_t point_count = count_on(channels, checker, CARD_POINTS, MOST_GROUP_POINTS);
+    for (std::int32_t i = 1; i <= point_count; ++i)
         pass(channels, kind, checker, console, CARD_POINT);
 }
 
-void pass_arc(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, bool closes_outline) {
+void pass_arc(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+              bool closes_outline) {
     pass(channels, kind, checker, console, CARD_ARC);
     const ArcFault fault = fault_of_arc(std::span<const float, 6>(&checker.values[1], 6), closes_outline);
     if (!fault.message.empty())
         deck(channels).fail_behind(fault.message);
 }
 
-void pass_segments(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console, std::int32_t MTYPE) {
+void pass_segments(Channels& channels, LayoutKind kind, CheckedDeck& checker, Console& console,
+                   std::int32_t group_type) {
     pass(channels, kind, checker, console, CARD_SEGMENTS);
-    const std::int32_t NSEGMENT = count_on(channels, checker, CARD_SEGMENTS, MAXGROUPPOINTS);
-    if (NSEGMENT < 0)
+    const std::int32_t segment_count = count_on(channels, checker, CARD_SEGMENTS, MOST_GROUP_POINTS);
+    if (segment_count < 0)
         deck(channels).fail_behind("Card 3.3.5.4.3: expected an NSEGMENT of 0 or more, found " +
-                           std::to_string(NSEGMENT));
-    for (std::int32_t k = 1; k <= NSEGMENT; ++k) {
+                                   std::to_string(segment_count));
+    for (std::int32_t k = 1; k <= segment_count; ++k) {
         check(channels, kind, checker, console, CARD_SEGMENT);
-        const std::int32_t LTYPE = value_of(checker, 2);
+        const std::int32_t segment_type = value_of(checker, 2);
         // Segments count as they come, whatever number the card gives them.
         checker.values[1] = static_cast<float>(k);
-        if (MTYPE == CLOSING_OUTLINE) {
+        if (group_type == CLOSING_OUTLINE) {
             checker.values[3] = 0.0F;  // NDIV
             checker.values[4] = 3.0F;  // IEND
         }
         write_card(checker, normalised(channels), CARD_SEGMENT.written_of(kind));
-        if (LTYPE == 2)
-            pass_arc(channels, kind, checker, console, k > 1 && k == NSEGMENT && std::abs(MTYPE) != 2);
+        if (segment_type == 2)
+            pass_arc(channels, kind, checker, console,
+                     k > 1 && k == segment_count && std::abs(group_type) != 2);
     }
 }
 
@@ -139,18 +147,18 @@ void check_group(Channels& channels, LayoutKind kind, CheckedDeck& checker, Cons
     if (titled)
         pass_title(channels);
     check(channels, kind, checker, console, CARD_GROUP);
-    const std::int32_t MTYPE = value_of(checker, 1);
+    const std::int32_t group_type = value_of(checker, 1);
     const bool has_post_lines = value_of(checker, 2) == 1;
-    if (MTYPE == CLOSING_OUTLINE)
+    if (group_type == CLOSING_OUTLINE)
         checker.values[1] = 3.0F;
     write_card(checker, normalised(channels), CARD_GROUP.written_of(kind));
-    if (MTYPE == 0)
+    if (group_type == 0)
         return;
-    pass_material_line(channels, kind, checker, console, MTYPE);
+    pass_material_line(channels, kind, checker, console, group_type);
     if (has_post_lines)
-        pass_post_lines(channels, kind, checker, console, MTYPE);
-    pass_outline(channels, kind, checker, console, MTYPE);
-    pass_segments(channels, kind, checker, console, MTYPE);
+        pass_post_lines(channels, kind, checker, console, group_type);
+    pass_outline(channels, kind, checker, console, group_type);
+    pass_segments(channels, kind, checker, console, group_type);
 }
 
 }  // namespace
@@ -181,7 +189,7 @@ void check_groups(Channels& channels, LayoutKind kind, CheckedDeck& checker, Con
     if (value_of(checker, 1) == 1)
         pass(channels, kind, checker, console, CARD_BOUNDS);
     pass(channels, kind, checker, console, CARD_GROUPS);
-    const std::int32_t groups = count_on(channels, checker, CARD_GROUPS, MAXGROUPS);
+    const std::int32_t groups = count_on(channels, checker, CARD_GROUPS, MOST_GROUPS);
     const bool titled = value_of(checker, 2) == 1;
     pass(channels, kind, checker, console, CARD_REFERENCE);
     for (std::int32_t g = 1; g <= groups; ++g)

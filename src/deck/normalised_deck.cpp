@@ -39,7 +39,7 @@ void write_card(const CheckedDeck& checker, Channel& deck, std::string_view form
     for (const char letter : form) {
         const float value = checker.values[++position];
         if (letter == 'I')
-            at = INTEGER_FIELD.put(at, TRUNCATE(value));
+            at = INTEGER_FIELD.put(at, to_integer(value));
         else
             at = REAL_FIELD.put(at, value);
     }

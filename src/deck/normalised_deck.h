@@ -17,8 +17,8 @@ void write_integers(Channel& deck, std::span<const std::int32_t> values);
 // E-line: reals, ten to a line.
 void write_reals(Channel& deck, std::span<const float> values);
 
-// One line of the first values of CARDVAL, by the letters of `form`: I cuts the value to an integer, E writes
-// the real.
+// One line of the first values of the card, by the letters of `form`: I cuts the value to an integer, E
+// writes the real.
 void write_card(const CheckedDeck& checker, Channel& deck, std::string_view form);
 
 // True for reals that the normalised deck does not tell apart.

@@ -14,6 +14,6 @@ namespace brelan {
 //
 // Ends the run at a byte order mark, where a record cannot be read, or where a node or element number is
 // outside 1 to 99,990.
-StrippedMesh STRIPMESH(Channels& channels, LayoutKind kind, int source, int target);
+StrippedMesh strip_mesh(Channels& channels, LayoutKind kind, int source, int target);
 
 }  // namespace brelan

@@ -5,31 +5,33 @@
 
 #include "group/engine.h"
 #include "group/geometry.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {
 
 // What the cut of a segment goes by.
 struct CutMode {
-    std::int32_t IEND = 0;
-    bool DEFERCUT = false;  // all pairs of a segment are cut before the elements are split
+    std::int32_t end_rule = 0;
+    bool deferred = false;  // all pairs of a segment are cut before the elements are split
 };
 
 // Adds a row for each selected element that contains P1, then P2, then that the segment crosses, and hides
 // those elements from further calls.
-void COLLECT(Mesh& mesh, Engine& engine, const Point& P1, const Point& P2);
+void collect_rows(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2);
 
 // Makes an end of the pair a node of the mesh: the nearest free corner of the row that contains it, a new
 // node on a side, or one inside.
-void PLACEEND(Mesh& mesh, Engine& engine, const Point& P1, const Point& P2, bool skip1, bool skip2);
+void place_ends(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2, bool skips_first,
+                bool skips_second);
 
 // Brings each side of each row to the segment: a free corner near the crossing moves onto it, else the side
 // gets a node there.
-void SIDESCAN(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& P1, const Point& P2, const CutMode& mode);
+void scan_sides(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& p1, const Point& p2,
+                const CutMode& mode);
 
 // Splits the marked rows by their patterns, writes all rows back to the elements and empties the table. The
 // first part keeps the element's number, the others follow the highest.
-void SPLITROWS(Mesh& mesh, Engine& engine);
+void split_rows(Mesh& mesh, Engine& engine);
 
 }  // namespace brelan

@@ -15,8 +15,9 @@ void for_rows_with_side(Engine& engine, std::int32_t a, std::int32_t b, Action a
         CutRow& row = engine.rows[r];
         for (int i = 0; i < row.corners(); ++i) {
             const RowSide& side = side_of(row, i);
-            if ((row.N[side.A] == a && row.N[side.B] == b) || (row.N[side.A] == b && row.N[side.B] == a))
-                action(row, row.S[side.S]);
+            if ((row.corner_node[side.a] == a && row.corner_node[side.b] == b) ||
+                (row.corner_node[side.a] == b && row.corner_node[side.b] == a))
+                action(row, row.side_node[side.mark]);
         }
     }
 }

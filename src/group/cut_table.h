@@ -16,22 +16,22 @@ namespace brelan {
 //      N3 ---S3--- N4        N2 ---S1--- N3
 //
 struct CutRow {
-    std::int32_t V[4] = {};
-    std::int32_t S[4] = {};
-    std::int32_t C = 0;
-    std::int32_t N[4] = {};
-    std::int32_t M = 0;  // MATNO of the element
-    std::int32_t E = 0;  // element number; 0 or below: the row has been replaced by its parts
+    std::int32_t corner_on_line[4] = {};
+    std::int32_t side_node[4] = {};
+    std::int32_t centre_node = 0;
+    std::int32_t corner_node[4] = {};
+    std::int32_t material = 0;  // MATNO of the element
+    std::int32_t element = 0;   // element number; 0 or below: the row has been replaced by its parts
 
-    bool is_triangle() const { return N[3] <= 0; }
+    bool is_triangle() const { return corner_node[3] <= 0; }
     int corners() const { return is_triangle() ? 3 : 4; }
 };
 
 // A side of a row by its corners' places, with the places of its side mark and of the corners next to it.
 struct RowSide {
-    int A, B;    // ends
-    int nA, nB;  // the corner next to A, and next to B, on the far side
-    int S;       // its mark
+    int a, b;                // ends
+    int beside_a, beside_b;  // the corner next to A, and next to B, on the far side
+    int mark;                // its mark
 };
 
 inline constexpr RowSide QUADRILATERAL_SIDES[4] = {

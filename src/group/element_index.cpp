@@ -50,7 +50,8 @@ bool is_flat(const Mesh& mesh, const Corners& corners, const Box& box) {
     const auto flat = [&](std::int32_t a, std::int32_t b, std::int32_t c) {
         if (a <= 0 || b <= 0 || c <= 0)
             return true;
-        const double area = std::abs(2.0 * ARSUM(node_point(mesh, a), node_point(mesh, b), node_point(mesh, c)));
+        const double area =
+            std::abs(2.0 * area_64(node_point(mesh, a), node_point(mesh, b), node_point(mesh, c)));
         const double coordinate = static_cast<double>(
             std::max({std::abs(box.x0), std::abs(box.x1), std::abs(box.y0), std::abs(box.y1)}));
         return !(area > 1.0E-10 * static_cast<double>(box.size()) * coordinate);
@@ -99,14 +100,14 @@ Box box_of(const Point& a, const Point& b) {
 void ElementIndex::build(Mesh& mesh, Engine& engine) {
     cells_.clear();
     anywhere_.clear();
-    head_.assign(static_cast<std::size_t>(MAXNP) + 1, NONE);
+    head_.assign(static_cast<std::size_t>(HIGHEST_NODE_NUMBER) + 1, NONE);
     links_.clear();
-    stamp_.assign(static_cast<std::size_t>(MAXEL) + 1, 0);
+    stamp_.assign(static_cast<std::size_t>(HIGHEST_ELEMENT_NUMBER) + 1, 0);
     bounds_ = {0.0F, 0.0F, 0.0F, 0.0F};
     bool first = true;
     std::int32_t elements = 0;
     for (std::int32_t e = 1; e <= engine.highest_element; ++e) {
-        if (mesh.type[e] == EL_DELETED)
+        if (mesh.type[e] == ELEMENT_DELETED)
             continue;
         ++elements;
         for (const std::int32_t n : corners_of(mesh, e).n) {
@@ -122,7 +123,7 @@ void ElementIndex::build(Mesh& mesh, Engine& engine) {
     count_ = std::clamp(static_cast<std::int32_t>(side), 1, MOST_CELLS);
     cells_.resize(static_cast<std::size_t>(count_) * static_cast<std::size_t>(count_));
     for (std::int32_t e = 1; e <= engine.highest_element; ++e)
-        if (mesh.type[e] != EL_DELETED)
+        if (mesh.type[e] != ELEMENT_DELETED)
             note(mesh, e);
 }
 
@@ -160,7 +161,8 @@ std::span<const std::int32_t> ElementIndex::in(const Engine& engine, const Box& 
     return found_;
 }
 
-std::vector<std::int32_t> ElementIndex::with(const Engine& engine, std::span<const std::int32_t> nodes) const {
+std::vector<std::int32_t> ElementIndex::with(const Engine& engine,
+                                             std::span<const std::int32_t> nodes) const {
     std::vector<std::int32_t> elements;
     if (!engine.uses_indexes || cells_.empty()) {
         for (std::int32_t e = 1; e <= engine.highest_element; ++e)

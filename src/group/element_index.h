@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {

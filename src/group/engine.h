@@ -14,7 +14,7 @@ namespace brelan {
 
 // Limits of the mesh before the first group.
 struct MeshLimits {
-    float XMIN = 0.0F, XMAX = 0.0F, YMIN = 0.0F;
+    float left = 0.0F, right = 0.0F, bottom = 0.0F;
 };
 
 // Elements whose corners were moved to twin nodes in the group in work, with their corners before.
@@ -24,12 +24,14 @@ struct SavedCorners {
 };
 
 struct Engine {
-    Table<std::int8_t, MAXNP, "FROZEN"> frozen;          // 1: the node must not be moved
-    Table<std::int8_t, MAXEL, "ELEMSIGN"> side_sign;     // -1: a line element that joints leave on the other side
-    Table<std::int32_t, MAXEL, "ELIST"> workable;        // the element's own number; 0: no group changes it
-    std::int32_t highest_node = 0;                       // in use
-    std::int32_t highest_element = 0;                    // in use, of any type
-    std::int32_t group = 0;                              // in work
+    Table<std::int8_t, HIGHEST_NODE_NUMBER, "FROZEN"> frozen;  // 1: the node must not be moved
+    Table<std::int8_t, HIGHEST_ELEMENT_NUMBER, "ELEMSIGN">
+        side_sign;  // -1: a line element that joints leave on the other side
+    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "ELIST">
+        workable;                      // the element's own number; 0: no group changes it
+    std::int32_t highest_node = 0;     // in use
+    std::int32_t highest_element = 0;  // in use, of any type
+    std::int32_t group = 0;            // in work
     MeshLimits limits;
     std::vector<SavedCorners> saved_corners;
     std::vector<CutRow> rows;  // of the cut in work

@@ -9,7 +9,7 @@
 namespace brelan {
 
 float distance(const Point& a, const Point& b) {
-    return DIST2D(a.x, a.y, b.x, b.y);
+    return distance_between(a.x, a.y, b.x, b.y);
 }
 
 bool is_joint(const Mesh& mesh, std::int32_t e) {
@@ -27,15 +27,15 @@ bool is_joint(const Mesh& mesh, std::int32_t e) {
 Corners corners_of(const Mesh& mesh, std::int32_t e) {
     const ElementWords& w = mesh.words[e];
     // The cut hides the elements that it works on behind a negative first corner.
-    return {{std::abs(w.I1), w.I2, w.I3, w.I4}};
+    return {{std::abs(w.corner_1), w.corner_2, w.corner_3, w.corner_4}};
 }
 
 void set_corners(Mesh& mesh, Engine& engine, std::int32_t e, const Corners& corners) {
     ElementWords& w = mesh.words[e];
-    w.I1 = corners.n[0];
-    w.I2 = corners.n[1];
-    w.I3 = corners.n[2];
-    w.I4 = corners.n[3];
+    w.corner_1 = corners.n[0];
+    w.corner_2 = corners.n[1];
+    w.corner_3 = corners.n[2];
+    w.corner_4 = corners.n[3];
     engine.element_index.note(mesh, e);
 }
 
@@ -43,7 +43,7 @@ Point centroid(const Mesh& mesh, std::int32_t e) {
     Point sum;
     float count = 0.0F;
     const ElementWords& w = mesh.words[e];
-    for (const std::int32_t n : {w.I1, w.I2, w.I3, w.I4}) {
+    for (const std::int32_t n : {w.corner_1, w.corner_2, w.corner_3, w.corner_4}) {
         if (n <= 0)
             continue;
         sum = {sum.x + mesh.x[n], sum.y + mesh.y[n]};
@@ -53,8 +53,8 @@ Point centroid(const Mesh& mesh, std::int32_t e) {
 }
 
 std::int32_t add_node(Mesh& mesh, Engine& engine, const Point& point) {
-    if (engine.highest_node >= MAXNP)
-        FAIL("group engine: expected at most " + std::to_string(MAXNP) +
+    if (engine.highest_node >= HIGHEST_NODE_NUMBER)
+        fail("group engine: expected at most " + std::to_string(HIGHEST_NODE_NUMBER) +
              " node numbers, but the groups need a new one behind the last");
     ++engine.highest_node;
     engine.frozen[engine.highest_node] = 0;
@@ -63,15 +63,15 @@ std::int32_t add_node(Mesh& mesh, Engine& engine, const Point& point) {
 }
 
 std::int32_t add_element(Engine& engine) {
-    if (engine.highest_element >= MAXEL)
-        FAIL("group engine: expected at most " + std::to_string(MAXEL) +
+    if (engine.highest_element >= HIGHEST_ELEMENT_NUMBER)
+        fail("group engine: expected at most " + std::to_string(HIGHEST_ELEMENT_NUMBER) +
              " element numbers, but the groups need a new one behind the last");
     return ++engine.highest_element;
 }
 
 void move_node(Mesh& mesh, Engine& engine, std::int32_t n, const Point& point) {
     if (!std::isfinite(point.x) || !std::isfinite(point.y))
-        FAIL("group " + std::to_string(engine.group) + ": expected coordinates that are numbers, but node " +
+        fail("group " + std::to_string(engine.group) + ": expected coordinates that are numbers, but node " +
              std::to_string(n) + " would get one that is none");
     mesh.x[n] = point.x;
     mesh.y[n] = point.y;

@@ -7,7 +7,7 @@
 
 #include "group/engine.h"
 #include "group/geometry.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {
@@ -25,7 +25,7 @@ bool is_joint(const Mesh& mesh, std::int32_t e);
 // A selected element: a continuum element that Card 3.3.5.2 does not name and that is no joint or duplicate
 // of this run.
 inline bool is_selected(const Mesh& mesh, const Engine& engine, std::int32_t e) {
-    return mesh.type[e] == EL_CONTINUUM && engine.workable[e] != 0;
+    return mesh.type[e] == ELEMENT_CONTINUUM && engine.workable[e] != 0;
 }
 
 // The corner words of an element in their order.
@@ -64,7 +64,8 @@ void note_element(Mesh& mesh, Engine& engine, std::int32_t e);
 std::span<const std::int32_t> elements_met_by(Engine& engine, const Point& p1, const Point& p2);
 
 // The same of the elements that may have a node, or their middle, within a reach of the box of two points.
-std::span<const std::int32_t> elements_near(Engine& engine, const Point& p1, const Point& p2, float reach = 0.0F);
+std::span<const std::int32_t> elements_near(Engine& engine, const Point& p1, const Point& p2,
+                                            float reach = 0.0F);
 
 // All elements that may have one of the nodes as a corner, in ascending number.
 std::vector<std::int32_t> elements_with(const Engine& engine, std::span<const std::int32_t> nodes);

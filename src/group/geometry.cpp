@@ -17,7 +17,7 @@ namespace {
 constexpr float NO_WIDTH =
     1.0E-15F;  // |DX| below which a line is vertical, and |det| below which two are parallel
 constexpr float SAME_COORDINATE = 1.0E-10F;  // difference below which a segment runs along an axis
-constexpr double AREA_TOLERANCE = 0.50005;   // of INTRI, against 0.5
+constexpr double AREA_TOLERANCE = 0.50005;   // of in_triangle, against 0.5
 constexpr float MITRE_GAP = 0.001F;    // ends of chained segments that are one point, in the unit of length
 constexpr float MITRE_LINE = 1.0E-5F;  // slope and offset within which two lines are one
 constexpr float SLOPE_LOW = 0.9999F,
@@ -29,11 +29,11 @@ struct Line {
     float a, b, c;
 };
 
-Line LINEABC(const Point& p1, const Point& p2) {
-    const float DX = p2.x - p1.x;
-    const float DY = p2.y - p1.y;
-    if (std::abs(DX) >= NO_WIDTH)
-        return {-DY / DX, 1.0F, DY * p1.x / DX - p1.y};
+Line line_through(const Point& p1, const Point& p2) {
+    const float dx = p2.x - p1.x;
+    const float dy = p2.y - p1.y;
+    if (std::abs(dx) >= NO_WIDTH)
+        return {-dy / dx, 1.0F, dy * p1.x / dx - p1.y};
     return {1.0F, 0.0F, -p1.x};
 }
 
@@ -42,8 +42,8 @@ float determinant(const Line& one, const Line& two) {
 }
 
 Point crossing(const Line& one, const Line& two) {
-    const float det = determinant(one, two);
-    return {(two.b * one.c - one.b * two.c) / det, (one.a * two.c - two.a * one.c) / det};
+    const float divisor = determinant(one, two);
+    return {(two.b * one.c - one.b * two.c) / divisor, (one.a * two.c - two.a * one.c) / divisor};
 }
 
 bool between(float v, float a, float b) {
@@ -51,7 +51,7 @@ bool between(float v, float a, float b) {
 }
 
 double twice_area(const Point& p1, const Point& p2, const Point& p3) {
-    return std::abs(2.0 * ARSUM(p1, p2, p3));
+    return std::abs(2.0 * area_64(p1, p2, p3));
 }
 
 bool slants(const ClassedSegment& s) {
@@ -73,9 +73,9 @@ float x_at(const ClassedSegment& s, float y) {
 // Two slopes of one class within a share of each other. As written: no slope is within the share of a
 // negative one.
 bool alike(const ClassedSegment& one, const ClassedSegment& two) {
-    const float S1 = slope(one);
-    const float S2 = slope(two);
-    return S1 * SLOPE_LOW <= S2 && S2 <= S1 * SLOPE_HIGH;
+    const float first_slope = slope(one);
+    const float second_slope = slope(two);
+    return first_slope * SLOPE_LOW <= second_slope && second_slope <= first_slope * SLOPE_HIGH;
 }
 
 Meeting meeting_at(bool meets, float x, float y) {
@@ -108,30 +108,30 @@ Meeting slanting_crossing(const ClassedSegment& one, const ClassedSegment& two) 
         return {};
     if (one.kind == two.kind && alike(one, two))
         return {};
-    return LINEMEET(one.low, one.high, two.low, two.high);
+    return segment_meeting(one.low, one.high, two.low, two.high);
 }
 
 }  // namespace
 
-double ARSUM(const Point& p1, const Point& p2, const Point& p3) {
-    const double X1 = static_cast<double>(p1.x), Y1 = static_cast<double>(p1.y);
-    const double X2 = static_cast<double>(p2.x), Y2 = static_cast<double>(p2.y);
-    const double X3 = static_cast<double>(p3.x), Y3 = static_cast<double>(p3.y);
-    return 0.5 * ((Y3 - Y1) * X2 + (Y2 - Y3) * X1 + (Y1 - Y2) * X3);
+double area_64(const Point& p1, const Point& p2, const Point& p3) {
+    const double x1 = static_cast<double>(p1.x), y1 = static_cast<double>(p1.y);
+    const double x2 = static_cast<double>(p2.x), y2 = static_cast<double>(p2.y);
+    const double x3 = static_cast<double>(p3.x), y3 = static_cast<double>(p3.y);
+    return 0.5 * ((y3 - y1) * x2 + (y2 - y3) * x1 + (y1 - y2) * x3);
 }
 
 float area_32(const Point& p1, const Point& p2, const Point& p3) {
     return 0.5F * ((p3.y - p1.y) * p2.x + (p2.y - p3.y) * p1.x + (p1.y - p2.y) * p3.x);
 }
 
-bool INTRI(const Point& P, const Point& A, const Point& B, const Point& C) {
-    return twice_area(A, B, C) * AREA_TOLERANCE >=
-           0.5 * (twice_area(P, A, B) + twice_area(P, B, C) + twice_area(P, A, C));
+bool in_triangle(const Point& p, const Point& a, const Point& b, const Point& c) {
+    return twice_area(a, b, c) * AREA_TOLERANCE >=
+           0.5 * (twice_area(p, a, b) + twice_area(p, b, c) + twice_area(p, a, c));
 }
 
-Meeting LINEMEET(const Point& p1, const Point& p2, const Point& p3, const Point& p4) {
-    const Line one = LINEABC(p1, p2);
-    const Line two = LINEABC(p3, p4);
+Meeting segment_meeting(const Point& p1, const Point& p2, const Point& p3, const Point& p4) {
+    const Line one = line_through(p1, p2);
+    const Line two = line_through(p3, p4);
     Meeting meeting;
     if (std::abs(determinant(one, two)) < NO_WIDTH)
         return meeting;
@@ -143,29 +143,31 @@ Meeting LINEMEET(const Point& p1, const Point& p2, const Point& p3, const Point&
     return meeting;
 }
 
-Point LINECROSS(const Point& p1, const Point& p2, const Point& p3, const Point& p4) {
-    return crossing(LINEABC(p1, p2), LINEABC(p3, p4));
+Point crossing_of_lines(const Point& p1, const Point& p2, const Point& p3, const Point& p4) {
+    return crossing(line_through(p1, p2), line_through(p3, p4));
 }
 
-Point MITRE(const Point& p1, const Point& p2, const Point& p3, const Point& p4) {
+Point mitre_corner(const Point& p1, const Point& p2, const Point& p3, const Point& p4) {
     if (std::abs(p2.x - p3.x) <= MITRE_GAP && std::abs(p2.y - p3.y) <= MITRE_GAP)
         return p2;
-    const Line one = LINEABC(p1, p2);
-    const Line two = LINEABC(p3, p4);
+    const Line one = line_through(p1, p2);
+    const Line two = line_through(p3, p4);
     if (std::abs(one.a - two.a) <= MITRE_LINE && std::abs(one.c - two.c) <= MITRE_LINE)
         return p2;
     return crossing(one, two);
 }
 
-Segment OFFSEG(float T, const Point& from, const Point& to) {
-    const float DX = to.x - from.x;
-    const float DY = to.y - from.y;
-    const float L = DIST2D(from.x, from.y, to.x, to.y);
-    const auto shifted = [&](const Point& p) { return Point{p.x - (DY / L) * T, p.y + (DX / L) * T}; };
+Segment offset_segment(float shift, const Point& from, const Point& to) {
+    const float dx = to.x - from.x;
+    const float dy = to.y - from.y;
+    const float length = distance_between(from.x, from.y, to.x, to.y);
+    const auto shifted = [&](const Point& p) {
+        return Point{p.x - (dy / length) * shift, p.y + (dx / length) * shift};
+    };
     return {shifted(from), shifted(to)};
 }
 
-ClassedSegment SEGCLASS(const Point& p1, const Point& p2) {
+ClassedSegment classify_segment(const Point& p1, const Point& p2) {
     if (std::abs(p2.y - p1.y) < SAME_COORDINATE) {
         const bool sorted = p1.x <= p2.x;
         return {SegmentClass::horizontal, {sorted ? p1.x : p2.x, p1.y}, {sorted ? p2.x : p1.x, p2.y}};
@@ -180,9 +182,9 @@ ClassedSegment SEGCLASS(const Point& p1, const Point& p2) {
     return {low.y < high.y ? SegmentClass::rising : SegmentClass::falling, low, high};
 }
 
-Meeting SEGCROSS(const Point& p1, const Point& p2, const Point& p3, const Point& p4) {
-    const ClassedSegment one = SEGCLASS(p1, p2);
-    const ClassedSegment two = SEGCLASS(p3, p4);
+Meeting segment_crossing(const Point& p1, const Point& p2, const Point& p3, const Point& p4) {
+    const ClassedSegment one = classify_segment(p1, p2);
+    const ClassedSegment two = classify_segment(p3, p4);
     if (slants(one) && slants(two))
         return slanting_crossing(one, two);
     if (slants(two))
@@ -199,14 +201,14 @@ Meeting SEGCROSS(const Point& p1, const Point& p2, const Point& p3, const Point&
         between(x, horizontal.low.x, horizontal.high.x) && between(y, vertical.low.y, vertical.high.y), x, y);
 }
 
-bool line_crossing(const Point& Q0, const Point& P, const Point& A, const Point& B, Point& Q) {
-    const ClassedSegment one = SEGCLASS(Q0, P);
-    const ClassedSegment two = SEGCLASS(A, B);
+bool line_crossing(const Point& q0, const Point& p, const Point& a, const Point& b, Point& q) {
+    const ClassedSegment one = classify_segment(q0, p);
+    const ClassedSegment two = classify_segment(a, b);
     if (slants(one) && slants(two)) {
         if (one.kind == two.kind && alike(one, two))
             return false;
-        const Meeting meeting = LINEMEET(one.low, one.high, two.low, two.high);
-        Q = meeting.point;
+        const Meeting meeting = segment_meeting(one.low, one.high, two.low, two.high);
+        q = meeting.point;
         return meeting.computed;
     }
     if (one.kind == two.kind)
@@ -215,103 +217,111 @@ bool line_crossing(const Point& Q0, const Point& P, const Point& A, const Point&
         const ClassedSegment& slanting = slants(one) ? one : two;
         const ClassedSegment& axis = slants(one) ? two : one;
         if (axis.kind == SegmentClass::horizontal)
-            Q = {x_at(slanting, axis.low.y), axis.low.y};
+            q = {x_at(slanting, axis.low.y), axis.low.y};
         else
-            Q = {axis.low.x, y_at(slanting, axis.low.x)};
+            q = {axis.low.x, y_at(slanting, axis.low.x)};
         return true;
     }
     const ClassedSegment& horizontal = one.kind == SegmentClass::horizontal ? one : two;
     const ClassedSegment& vertical = one.kind == SegmentClass::horizontal ? two : one;
-    Q = {vertical.low.x, horizontal.low.y};
+    q = {vertical.low.x, horizontal.low.y};
     return true;
 }
 
-Snap NEARLINE(const Point& p1, const Point& p2, const Point& node, float limit) {
-    const float D1 = DIST2D(p1.x, p1.y, node.x, node.y);
-    if (limit >= D1)
-        return {true, D1, p1};
-    const float D2 = DIST2D(p2.x, p2.y, node.x, node.y);
-    if (limit >= D2)
-        return {true, D2, p2};
+Snap snap_to_segment(const Point& p1, const Point& p2, const Point& node, float limit) {
+    const float first_distance = distance_between(p1.x, p1.y, node.x, node.y);
+    if (limit >= first_distance)
+        return {true, first_distance, p1};
+    const float second_distance = distance_between(p2.x, p2.y, node.x, node.y);
+    if (limit >= second_distance)
+        return {true, second_distance, p2};
     if (std::abs(p2.y - p1.y) < SAME_COORDINATE) {
         if (!between(node.x, p1.x, p2.x))
             return {false, BEYOND_THE_ENDS, node};
-        const float D = std::abs(p1.y - node.y);
-        return limit >= D ? Snap{true, D, {node.x, p1.y}} : Snap{false, D, node};
+        const float distance = std::abs(p1.y - node.y);
+        return limit >= distance ? Snap{true, distance, {node.x, p1.y}} : Snap{false, distance, node};
     }
     if (std::abs(p2.x - p1.x) < SAME_COORDINATE) {
         if (!between(node.y, p1.y, p2.y))
             return {false, BEYOND_THE_ENDS, node};
-        const float D = std::abs(p1.x - node.x);
-        return limit >= D ? Snap{true, D, {p1.x, node.y}} : Snap{false, D, node};
+        const float distance = std::abs(p1.x - node.x);
+        return limit >= distance ? Snap{true, distance, {p1.x, node.y}} : Snap{false, distance, node};
     }
     const bool sorted = p1.x <= p2.x;
     const Point& left = sorted ? p1 : p2;
     const Point& right = sorted ? p2 : p1;
-    const float M = (right.y - left.y) / (right.x - left.x);
-    const float XF = (node.y - left.y + left.x * M + node.x / M) / (1.0F / M + M);
-    const float YF = (XF - left.x) * M + left.y;
-    const float D = DIST2D(node.x, node.y, XF, YF);
-    const bool within = between(XF, p1.x, p2.x) && between(YF, p1.y, p2.y);
-    return limit >= D && within ? Snap{true, D, {XF, YF}} : Snap{false, D, node};
+    const float gradient = (right.y - left.y) / (right.x - left.x);
+    const float foot_x =
+        (node.y - left.y + left.x * gradient + node.x / gradient) / (1.0F / gradient + gradient);
+    const float foot_y = (foot_x - left.x) * gradient + left.y;
+    const float distance = distance_between(node.x, node.y, foot_x, foot_y);
+    const bool within = between(foot_x, p1.x, p2.x) && between(foot_y, p1.y, p2.y);
+    return limit >= distance && within ? Snap{true, distance, {foot_x, foot_y}} : Snap{false, distance, node};
 }
 
-std::int32_t SCANPOLY(const Point& point, std::span<const Point> polygon, std::int32_t in) {
-    const std::size_t NB = polygon.size();
-    if (NB < 1)
+std::int32_t scan_polygon(const Point& point, std::span<const Point> polygon, std::int32_t in) {
+    const std::size_t count = polygon.size();
+    if (count < 1)
         return 1;
     if (in != SCAN_ALWAYS && point.y == 0.0F)
         return 0;
-    if (NB > static_cast<std::size_t>(MAXPOLYGON)) {
+    if (count > static_cast<std::size_t>(MOST_POLYGON_POINTS)) {
         std::array<char, 11> number{};
-        put_integer(number.data(), static_cast<int>(number.size()), static_cast<std::int32_t>(NB));
-        STOPRUN(" NB =  " + std::string(number.data(), number.size()) + "\n222");
+        put_integer(number.data(), static_cast<int>(number.size()), static_cast<std::int32_t>(count));
+        stop_run(" NB =  " + std::string(number.data(), number.size()) + "\n222");
     }
     int left_of_point = 0;
-    for (std::size_t K = 0; K < NB; ++K) {
-        const Point& from = polygon[K];
-        const Point& to = polygon[K + 1 == NB ? 0 : K + 1];
+    for (std::size_t k = 0; k < count; ++k) {
+        const Point& from = polygon[k];
+        const Point& to = polygon[k + 1 == count ? 0 : k + 1];
         left_of_point += crosses_left_of(point, from, to) ? 1 : 0;
     }
     return left_of_point % 2;
 }
 
-Point ELLIPT(float Q, const Point& centre, float RX, float RY) {
-    const float S = static_cast<float>(std::sin(static_cast<double>(Q)));
-    const float C = static_cast<float>(std::cos(static_cast<double>(Q)));
-    const float D = RX * RX * (S * S) + RY * RY * (C * C);
-    const float DX = std::sqrt(C * C * (RX * RX) * (RY * RY) / D);
-    const float DY = std::sqrt(S * S * (RX * RX) * (RY * RY) / D);
-    return {C < 0.0F ? centre.x - DX : centre.x + DX, S < 0.0F ? centre.y - DY : centre.y + DY};
+Point ellipse_point(float angle, const Point& centre, float half_axis_x, float half_axis_y) {
+    const float sine = static_cast<float>(std::sin(static_cast<double>(angle)));
+    const float cosine = static_cast<float>(std::cos(static_cast<double>(angle)));
+    const float denominator =
+        half_axis_x * half_axis_x * (sine * sine) + half_axis_y * half_axis_y * (cosine * cosine);
+    const float dx =
+        std::sqrt(cosine * cosine * (half_axis_x * half_axis_x) * (half_axis_y * half_axis_y) / denominator);
+    const float dy =
+        std::sqrt(sine * sine * (half_axis_x * half_axis_x) * (half_axis_y * half_axis_y) / denominator);
+    return {cosine < 0.0F ? centre.x - dx : centre.x + dx, sine < 0.0F ? centre.y - dy : centre.y + dy};
 }
 
-ArcTable::ArcTable(float QB, float QE, float RX, float RY, std::int32_t NDIV)
-    : divisions_(std::abs(NDIV)), QE_(QE), RX_(RX), RY_(RY) {
-    const float step = (QE - QB) / static_cast<float>(STEPS);
-    angle_[0] = QB;
-    Point last = ELLIPT(QB, {}, RX, RY);
+ArcTable::ArcTable(float begin_angle, float end_angle, float half_axis_x, float half_axis_y,
+                   std::int32_t divisions)
+    : divisions_(std::abs(divisions)),
+      end_angle_(end_angle),
+      half_axis_x_(half_axis_x),
+      half_axis_y_(half_axis_y) {
+    const float step = (end_angle - begin_angle) / static_cast<float>(STEPS);
+    angle_[0] = begin_angle;
+    Point last = ellipse_point(begin_angle, {}, half_axis_x, half_axis_y);
     for (std::size_t i = 1; i <= STEPS; ++i) {
         angle_[i] = angle_[i - 1] + step;
-        const Point next = ELLIPT(angle_[i], {}, RX, RY);
-        length_[i] = length_[i - 1] + DIST2D(last.x, last.y, next.x, next.y);
+        const Point next = ellipse_point(angle_[i], {}, half_axis_x, half_axis_y);
+        length_[i] = length_[i - 1] + distance_between(last.x, last.y, next.x, next.y);
         last = next;
     }
     step_ = divisions_ > 0 ? length_[STEPS] / static_cast<float>(divisions_) : length_[STEPS];
 }
 
-Point ArcTable::point(std::int32_t K, const Point& centre) const {
-    if (K == divisions_)
-        return ELLIPT(QE_, centre, RX_, RY_);
-    const float S = static_cast<float>(K) * step_;
+Point ArcTable::point(std::int32_t number, const Point& centre) const {
+    if (number == divisions_)
+        return ellipse_point(end_angle_, centre, half_axis_x_, half_axis_y_);
+    const float length = static_cast<float>(number) * step_;
     float angle = 0.0F;
     for (std::size_t i = 1; i <= STEPS; ++i) {
-        if (length_[i - 1] <= S && S <= length_[i]) {
+        if (length_[i - 1] <= length && length <= length_[i]) {
             angle = angle_[i - 1] +
-                    (S - length_[i - 1]) * (angle_[i] - angle_[i - 1]) / (length_[i] - length_[i - 1]);
+                    (length - length_[i - 1]) * (angle_[i] - angle_[i - 1]) / (length_[i] - length_[i - 1]);
             break;
         }
     }
-    return ELLIPT(angle, centre, RX_, RY_);
+    return ellipse_point(angle, centre, half_axis_x_, half_axis_y_);
 }
 
 }  // namespace brelan

@@ -3,12 +3,13 @@
 
 #include "channel/channels.h"
 #include "group/engine.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {
 
 // Pass 14.2: works on the groups in turn and leaves their listing in "GROUP.TMP".
-void GROUPDRV(Channels& channels, Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine, GroupListing& listing);
+void work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
+                    const Tolerances& tolerances, Engine& engine, GroupListing& listing);
 
 }  // namespace brelan

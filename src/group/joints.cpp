@@ -22,16 +22,16 @@ std::vector<Point> points_of(const Mesh& mesh, std::span<const std::int32_t> nod
     return points;
 }
 
-void set_joint_attributes(Mesh& mesh, std::int32_t e, std::int32_t KFj) {
+void set_joint_attributes(Mesh& mesh, std::int32_t e, std::int32_t joint_attribute) {
     switch (mesh.kind) {
         case LayoutKind::coupled:
             mesh.skeleton[e] = 1;
-            mesh.fluid[e] = KFj;
+            mesh.fluid[e] = joint_attribute;
             mesh.integration_r[e] = 0;
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            mesh.attribute[e] = -std::abs(KFj) - 100;
+            mesh.attribute[e] = -std::abs(joint_attribute) - 100;
             break;
         case LayoutKind::displacement:
             mesh.thickness[e] = 1.0F;
@@ -41,17 +41,17 @@ void set_joint_attributes(Mesh& mesh, std::int32_t e, std::int32_t KFj) {
 }
 
 // On which side of a line of two nodes or more an element lies, seen from its corner at the line's place k.
-bool is_left(const std::vector<Point>& line, bool closed, std::size_t k, const Point& G) {
+bool is_left(const std::vector<Point>& line, bool closed, std::size_t k, const Point& centre) {
     const std::size_t last = line.size() - 1;
     if (closed)
-        return SCANPOLY(G, line, SCAN_ALWAYS) == 1;
+        return scan_polygon(centre, line, SCAN_ALWAYS) == 1;
     if (k == 0)
-        return area_32(line[0], line[1], G) >= 0.0F;
+        return area_32(line[0], line[1], centre) >= 0.0F;
     if (k == last)
-        return area_32(line[last - 1], line[last], G) >= 0.0F;
-    const double turn = ARSUM(line[k - 1], line[k], line[k + 1]);
-    const double before = ARSUM(line[k - 1], line[k], G);
-    const double behind = ARSUM(line[k], line[k + 1], G);
+        return area_32(line[last - 1], line[last], centre) >= 0.0F;
+    const double turn = area_64(line[k - 1], line[k], line[k + 1]);
+    const double before = area_64(line[k - 1], line[k], centre);
+    const double behind = area_64(line[k], line[k + 1], centre);
     if (turn >= 0.0)
         return before < 0.0 ? false : behind >= 0.0;
     return before >= 0.0 ? true : behind >= 0.0;
@@ -75,33 +75,35 @@ std::string missing_place(const Mesh& mesh, std::span<const std::int32_t> nodes,
     return turns ? ": the line turns back on itself there" : "";
 }
 
-void require_place(const Mesh& mesh, const Engine& engine, std::span<const std::int32_t> nodes, bool closed, std::size_t k, const Point& twin) {
+void require_place(const Mesh& mesh, const Engine& engine, std::span<const std::int32_t> nodes, bool closed,
+                   std::size_t k, const Point& twin) {
     if (std::isfinite(twin.x) && std::isfinite(twin.y))
         return;
-    FAIL("group " + std::to_string(engine.group) +
+    fail("group " + std::to_string(engine.group) +
          ": expected coordinates that are numbers, but the twin of node " + std::to_string(nodes[k]) +
          " of its line would get one that is none" + missing_place(mesh, nodes, closed, k));
 }
 
 }  // namespace
 
-std::vector<Point> offset_line(const Mesh& mesh, std::span<const std::int32_t> nodes, bool closed, float THICj) {
-    const float T = std::abs(THICj);
+std::vector<Point> offset_line(const Mesh& mesh, std::span<const std::int32_t> nodes, bool closed,
+                               float joint_thickness) {
+    const float thickness = std::abs(joint_thickness);
     std::vector<Point> line = points_of(mesh, nodes);
     const std::size_t c = line.size();
     if (c < 2)
         return line;
     std::vector<Segment> edge;  // shifted; the closing one last
     for (std::size_t k = 0; k + 1 < c; ++k)
-        edge.push_back(OFFSEG(T, line[k], line[k + 1]));
+        edge.push_back(offset_segment(thickness, line[k], line[k + 1]));
     const auto corner = [](const Segment& one, const Segment& two) {
-        return MITRE(one.from, one.to, two.from, two.to);
+        return mitre_corner(one.from, one.to, two.from, two.to);
     };
     std::vector<Point> twins(c);
     for (std::size_t k = 1; k + 1 < c; ++k)
         twins[k] = corner(edge[k - 1], edge[k]);
     if (closed) {
-        const Segment closing = OFFSEG(T, line[c - 1], line[0]);
+        const Segment closing = offset_segment(thickness, line[c - 1], line[0]);
         twins[0] = corner(closing, edge[0]);
         twins[c - 1] = corner(edge[c - 2], closing);
     } else {
@@ -111,8 +113,9 @@ std::vector<Point> offset_line(const Mesh& mesh, std::span<const std::int32_t> n
     return twins;
 }
 
-std::vector<std::int32_t> TWINLINE(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, bool closed, float THICj) {
-    const std::vector<Point> places = offset_line(mesh, nodes, closed, THICj);
+std::vector<std::int32_t> add_twin_line(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+                                        bool closed, float joint_thickness) {
+    const std::vector<Point> places = offset_line(mesh, nodes, closed, joint_thickness);
     const auto words = static_cast<std::size_t>(kind_row(mesh.kind).node_codes);
     std::vector<std::int32_t> twins;
     for (std::size_t k = 0; k < nodes.size(); ++k) {
@@ -131,23 +134,25 @@ std::vector<std::int32_t> TWINLINE(Mesh& mesh, Engine& engine, std::span<const s
     return twins;
 }
 
-void ADDJOINTS(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
-               std::int32_t MATj, std::int32_t KFj) {
+void add_joints(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+                std::span<const std::int32_t> twins, bool closed, std::int32_t joint_material,
+                std::int32_t joint_attribute) {
     const std::size_t c = nodes.size();
     if (c < 2)
         return;
     for (std::size_t k = 0; k < (closed ? c : c - 1); ++k) {
         const std::size_t next = (k + 1) % c;
         const std::int32_t e = add_element(engine);
-        mesh.type[e] = EL_CONTINUUM;
+        mesh.type[e] = ELEMENT_CONTINUUM;
         engine.workable[e] = 0;
-        mesh.words[e].MATNO = MATj;
-        set_joint_attributes(mesh, e, KFj);
+        mesh.words[e].material = joint_material;
+        set_joint_attributes(mesh, e, joint_attribute);
         set_corners(mesh, engine, e, {{nodes[k], nodes[next], twins[next], twins[k]}});
     }
 }
 
-void MOVEACROSS(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed) {
+void move_across(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+                 std::span<const std::int32_t> twins, bool closed) {
     if (nodes.size() < 2)
         return;
     const std::vector<Point> line = points_of(mesh, nodes);
@@ -155,21 +160,21 @@ void MOVEACROSS(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
     for (std::size_t k = 0; k < nodes.size(); ++k)
         place.emplace(nodes[k], k);
     for (const std::int32_t e : elements_with(engine, nodes)) {
-        if (mesh.type[e] == EL_DELETED || (mesh.type[e] == EL_CONTINUUM && is_joint(mesh, e)))
+        if (mesh.type[e] == ELEMENT_DELETED || (mesh.type[e] == ELEMENT_CONTINUUM && is_joint(mesh, e)))
             continue;
         const Corners before = corners_of(mesh, e);
         Corners after = before;
         bool moved = false;
-        Point G;
+        Point centre;
         bool has_centroid = false;
         for (int j = 0; j < 4; ++j) {
             const auto found = before.n[j] > 0 ? place.find(before.n[j]) : place.end();
             if (found == place.end())
                 continue;
             if (!has_centroid)
-                G = centroid(mesh, e);
+                centre = centroid(mesh, e);
             has_centroid = true;
-            const bool left = is_left(line, closed, found->second, G);
+            const bool left = is_left(line, closed, found->second, centre);
             if (left != (engine.side_sign[e] >= 0))
                 continue;
             after.n[j] = twins[found->second];
@@ -182,22 +187,22 @@ void MOVEACROSS(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
     }
 }
 
-void TWINFIX(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, std::span<const std::int32_t> twins, bool closed,
-             float THICj) {
-    const float T = std::abs(THICj);
-    const std::vector<Point> places = offset_line(mesh, nodes, closed, THICj);
+void fix_twins(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+               std::span<const std::int32_t> twins, bool closed, float joint_thickness) {
+    const float thickness = std::abs(joint_thickness);
+    const std::vector<Point> places = offset_line(mesh, nodes, closed, joint_thickness);
     for (std::size_t k = 0; k < nodes.size(); ++k) {
         const Point line = node_point(mesh, nodes[k]);
         Point twin = places[k];
-        if (line.x < engine.limits.XMIN + ON_LIMIT || line.x > engine.limits.XMAX - ON_LIMIT) {
-            const float D = twin.y - line.y;
-            if (std::abs(D) >= NO_SHIFT)
-                twin = {line.x, line.y + T * T / D};
+        if (line.x < engine.limits.left + ON_LIMIT || line.x > engine.limits.right - ON_LIMIT) {
+            const float shift = twin.y - line.y;
+            if (std::abs(shift) >= NO_SHIFT)
+                twin = {line.x, line.y + thickness * thickness / shift};
         }
-        if (line.y < engine.limits.YMIN + ON_LIMIT) {
-            const float D = twin.x - line.x;
-            if (std::abs(D) >= NO_SHIFT)
-                twin = {line.x + T * T / D, line.y};
+        if (line.y < engine.limits.bottom + ON_LIMIT) {
+            const float shift = twin.x - line.x;
+            if (std::abs(shift) >= NO_SHIFT)
+                twin = {line.x + thickness * thickness / shift, line.y};
         }
         require_place(mesh, engine, nodes, closed, k, twin);
         move_node(mesh, engine, twins[k], twin);

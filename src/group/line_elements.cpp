@@ -12,41 +12,42 @@ namespace {
 
 constexpr std::int32_t BEAM_LINE = 2, TRUSS_LINE = 3, TRUSS_CODE_0 = 4, TRUSS_CODE_1 = 5;  // |LTP|
 
-void add_line_element(Mesh& mesh, Engine& engine, std::int32_t L, std::int32_t LTP, std::int32_t LMAT, std::int32_t from,
-                      std::int32_t to) {
+void add_line_element(Mesh& mesh, Engine& engine, std::int32_t line_kind, std::int32_t line_type,
+                      std::int32_t line_material, std::int32_t from, std::int32_t to) {
     const std::int32_t e = add_element(engine);
-    const std::int8_t type = L == BEAM_LINE ? EL_BEAM : EL_TRUSS;
-    ElementRecord element = two_node_element(from, to, LMAT);
+    const std::int8_t type = line_kind == BEAM_LINE ? ELEMENT_BEAM : ELEMENT_TRUSS;
+    ElementRecord element = two_node_element(from, to, line_material);
     const ElementWords stood = mesh.words[e];
-    element.words.M5 = stood.M5;
-    element.words.M6 = stood.M6;
-    element.words.M7 = stood.M7;
-    element.words.M8 = stood.M8;
+    element.words.midside_5 = stood.midside_5;
+    element.words.midside_6 = stood.midside_6;
+    element.words.midside_7 = stood.midside_7;
+    element.words.midside_8 = stood.midside_8;
     store_element(mesh, e, type, element);
     mesh.type[e] = type;
     note_element(mesh, engine, e);
     const auto mark = static_cast<std::int8_t>(engine.group % 256);
     mesh.node_mark[from] = mark;
     mesh.node_mark[to] = mark;
-    if (LTP < 0)
+    if (line_type < 0)
         engine.side_sign[e] = -1;
 }
 
 // The words of one node of a line of beams or trusses, for the flow sections of the temperature and head
 // kinds.
 struct LineWords {
-    std::int32_t L, LMAT, line, count;
+    std::int32_t line_kind, line_material, line, count;
 
     void write(Mesh& mesh, std::int32_t node, std::size_t position) const {
-        mesh.codes[node] = {L, LMAT, line, static_cast<std::int32_t>(position), count};
+        mesh.codes[node] = {line_kind, line_material, line, static_cast<std::int32_t>(position), count};
     }
 };
 
-void write_line_words(Mesh& mesh, const GroupListing& listing, std::int32_t L, std::int32_t LMAT, bool closed, std::span<const std::int32_t> nodes) {
-    const std::int32_t line = L == BEAM_LINE ? listing.pipes : listing.convection_lines;
+void write_line_words(Mesh& mesh, const GroupListing& listing, std::int32_t line_kind,
+                      std::int32_t line_material, bool closed, std::span<const std::int32_t> nodes) {
+    const std::int32_t line = line_kind == BEAM_LINE ? listing.pipes : listing.convection_lines;
     const std::size_t c = nodes.size();
     const std::size_t elements = closed ? c : c - 1;
-    if (mesh.kind == LayoutKind::head && L == TRUSS_LINE) {
+    if (mesh.kind == LayoutKind::head && line_kind == TRUSS_LINE) {
         for (std::size_t i = 0; !closed && i < elements; ++i) {
             for (const std::int32_t node : {nodes[i], nodes[i + 1]}) {
                 mesh.codes[node][0] = TRUSS_LINE;
@@ -56,7 +57,7 @@ void write_line_words(Mesh& mesh, const GroupListing& listing, std::int32_t L, s
         return;
     }
     const auto count = static_cast<std::int32_t>(c);
-    const LineWords words{L, LMAT, line, closed && L == TRUSS_LINE ? -count : count};
+    const LineWords words{line_kind, line_material, line, closed && line_kind == TRUSS_LINE ? -count : count};
     for (std::size_t i = 0; i < elements; ++i) {
         const bool closing = closed && i + 1 == elements;
         if (i == 0)
@@ -66,27 +67,28 @@ void write_line_words(Mesh& mesh, const GroupListing& listing, std::int32_t L, s
     }
 }
 
-void write_node_words(Mesh& mesh, const GroupListing& listing, std::int32_t L, std::int32_t LMAT, bool closed, std::span<const std::int32_t> nodes) {
+void write_node_words(Mesh& mesh, const GroupListing& listing, std::int32_t line_kind,
+                      std::int32_t line_material, bool closed, std::span<const std::int32_t> nodes) {
     switch (mesh.kind) {
         case LayoutKind::coupled:
             for (const std::int32_t node : nodes)
-                if (L == BEAM_LINE)
+                if (line_kind == BEAM_LINE)
                     mesh.codes[node][4] = 0;
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            if (L == BEAM_LINE || L == TRUSS_LINE) {
-                write_line_words(mesh, listing, L, LMAT, closed, nodes);
+            if (line_kind == BEAM_LINE || line_kind == TRUSS_LINE) {
+                write_line_words(mesh, listing, line_kind, line_material, closed, nodes);
                 break;
             }
             for (const std::int32_t node : nodes) {
-                mesh.codes[node][0] = L == TRUSS_CODE_0 ? 0 : 1;
-                mesh.codes[node][1] = LMAT;
+                mesh.codes[node][0] = line_kind == TRUSS_CODE_0 ? 0 : 1;
+                mesh.codes[node][1] = line_material;
             }
             break;
         case LayoutKind::displacement:
             for (const std::int32_t node : nodes)
-                if (L == BEAM_LINE)
+                if (line_kind == BEAM_LINE)
                     mesh.codes[node][2] = 0;
             break;
     }
@@ -94,17 +96,18 @@ void write_node_words(Mesh& mesh, const GroupListing& listing, std::int32_t L, s
 
 }  // namespace
 
-void LINEELEM(Mesh& mesh, Engine& engine, GroupListing& listing, std::int32_t MOVE, bool closed, std::int32_t LTP, std::int32_t LMAT,
-              std::span<const std::int32_t> nodes) {
-    if (MOVE == 1)
+void add_line_elements(Mesh& mesh, Engine& engine, GroupListing& listing, std::int32_t freezes_nodes,
+                       bool closed, std::int32_t line_type, std::int32_t line_material,
+                       std::span<const std::int32_t> nodes) {
+    if (freezes_nodes == 1)
         for (const std::int32_t node : nodes)
             engine.frozen[node] = 1;
-    const std::int32_t L = std::abs(LTP);
-    if (L < BEAM_LINE || L > TRUSS_CODE_1)
+    const std::int32_t line_kind = std::abs(line_type);
+    if (line_kind < BEAM_LINE || line_kind > TRUSS_CODE_1)
         return;
-    if (L == BEAM_LINE)
+    if (line_kind == BEAM_LINE)
         ++listing.pipes;
-    if (L == TRUSS_LINE) {
+    if (line_kind == TRUSS_LINE) {
         ++listing.convection_lines;
         if (mesh.kind == LayoutKind::head && !closed)
             ++listing.flow_sections;
@@ -112,14 +115,14 @@ void LINEELEM(Mesh& mesh, Engine& engine, GroupListing& listing, std::int32_t MO
     const std::size_t c = nodes.size();
     const std::size_t elements = closed ? c : c - (c > 0 ? 1 : 0);
     // Closed lines of beams are walked backwards in the kinds of the mechanical solvers.
-    const bool backwards = closed && L == BEAM_LINE && !has_node_values(mesh.kind);
+    const bool backwards = closed && line_kind == BEAM_LINE && !has_node_values(mesh.kind);
     for (std::size_t i = 0; i < elements; ++i) {
         const std::size_t from = backwards ? (c - i) % c : i;
         const std::size_t to = backwards ? c - i - 1 : (i + 1) % c;
-        add_line_element(mesh, engine, L, LTP, LMAT, nodes[from], nodes[to]);
+        add_line_element(mesh, engine, line_kind, line_type, line_material, nodes[from], nodes[to]);
     }
     if (elements > 0)
-        write_node_words(mesh, listing, L, LMAT, closed, nodes);
+        write_node_words(mesh, listing, line_kind, line_material, closed, nodes);
 }
 
 }  // namespace brelan

@@ -8,7 +8,7 @@
 
 #include "channel/channels.h"
 #include "group/geometry.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {
@@ -17,24 +17,24 @@ namespace brelan {
 struct JointRecord {
     std::int32_t group = 0;
     std::int32_t closed = 0;
-    float THICj = 0.0F;  // 0 for a positive MTYPE
-    std::int32_t MTYPE = 0;
-    std::int32_t LTi = 0, LMi = 0;  // or LTP, LMAT
-    std::int32_t LTo = 0, LMo = 0;  // joints only
+    float joint_thickness = 0.0F;  // 0 for a positive MTYPE
+    std::int32_t group_type = 0;
+    std::int32_t inner_line_type = 0, inner_line_material = 0;  // or LTP, LMAT
+    std::int32_t outer_line_type = 0, outer_line_material = 0;  // joints only
     std::vector<std::int32_t> nodes, twins;
 };
 void write_joint_record(Channel& file, const JointRecord& record);
 JointRecord read_joint_record(Channel& file);
 
-// Writes one row and counts it in NGRP. Ends the run when the listing is full.
-void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group, std::int32_t sub_kind, std::int32_t MTYPE,
-                       std::int32_t closed, std::span<const Point> points);
+// Writes one row and counts it in listing_row_count. Ends the run when the listing is full.
+void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group, std::int32_t sub_kind,
+                       std::int32_t group_type, std::int32_t closed, std::span<const Point> points);
 
 // Turns a joint record into its rows: the line and the twin line where they have elements, then the joint
 // strip.
 void list_record(const Mesh& mesh, GroupListing& listing, Channel& file, const JointRecord& record);
 
-// Pass 14.3: reads the NGRP rows back into LISTING.
-void READLISTING(GroupListing& listing, Channel& file);
+// Pass 14.3: reads the listing_row_count rows back into listing_rows.
+void read_listing(GroupListing& listing, Channel& file);
 
 }  // namespace brelan

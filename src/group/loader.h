@@ -4,19 +4,20 @@
 #include <cstdint>
 
 #include "group/engine.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {
 
-// Sets NUMNP and NCONT to the highest numbers in use, ELIST to the elements' own numbers but 0 for those that
-// Card 3.3.5.2 names, and FROZEN for the nodes that must not be moved: fixed by their first or second code
-// word, named by Card 3.3.5.1, of elements that Card 3.3.5.2 names, or on or beyond the limits of
-// Card 3.3.5.3. Finds LIMITS.
-void LOADENGINE(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t highest_node, std::int32_t highest_element);
+// Sets NUMNP and NCONT to the highest numbers in use, listed_element to the elements' own numbers but 0 for
+// those that Card 3.3.5.2 names, and node_frozen for the nodes that must not be moved: fixed by their first
+// or second code word, named by Card 3.3.5.1, of elements that Card 3.3.5.2 names, or on or beyond the limits
+// of Card 3.3.5.3. Finds mesh_limits.
+void load_engine(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t last_used_node,
+                 std::int32_t last_used_element);
 
 // TOLMOVE and TOLLINE from the mode of the defaults file and the shortest distance between two corners of a
 // continuum element that is no joint, diagonals included.
-void SETTOLERANCES(const Mesh& mesh, Tolerances& tolerances, const Engine& engine);
+void set_tolerances(const Mesh& mesh, Tolerances& tolerances, const Engine& engine);
 
 }  // namespace brelan

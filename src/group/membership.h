@@ -7,7 +7,7 @@
 #include "channel/channels.h"
 #include "group/engine.h"
 #include "group/polygon_scan.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {
@@ -17,8 +17,8 @@ struct RowBox {
     float x0 = 0.0F, y0 = 0.0F, x1 = 0.0F, y1 = 0.0F;
     bool always = true;
 
-    bool may_hold(const Point& G) const {
-        return always || (G.x >= x0 && G.x <= x1 && G.y >= y0 && G.y <= y1);
+    bool may_hold(const Point& centre) const {
+        return always || (centre.x >= x0 && centre.x <= x1 && centre.y >= y0 && centre.y <= y1);
     }
 };
 
@@ -41,10 +41,14 @@ Membership begin_membership(const Tolerances& tolerances, const Engine& engine, 
 
 // The rows of the listing that an element belongs to, by number: inside an outline, on a line, in a joint
 // strip.
-std::vector<std::int32_t> listing_rows_of(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, const GroupListing& listing, const ElementWords& words, std::int8_t type);
+std::vector<std::int32_t> listing_rows_of(const Membership& membership, const Mesh& mesh,
+                                          const Tolerances& tolerances, const GroupListing& listing,
+                                          const ElementWords& words, std::int8_t type);
 
 // Writes a record of an element, just written, for each row that it belongs to. Keeps the highest
 // material.
-void GROUPMEMBER(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances, GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words, std::int8_t type);
+void record_membership(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances,
+                       GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words,
+                       std::int8_t type);
 
 }  // namespace brelan

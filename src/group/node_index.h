@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {

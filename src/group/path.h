@@ -7,7 +7,7 @@
 
 #include "group/engine.h"
 #include "group/geometry.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {
@@ -28,12 +28,13 @@ struct Path {
 };
 
 // Builds the path of group g. Unless the line is free (MTYPE 2 with OVERLAY 1), the mesh is cut along it.
-Path BUILDPATH(Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine, std::int32_t g, Outline& outline);
+Path build_path(Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances, Engine& engine,
+                std::int32_t g, Outline& outline);
 
 // The mesh nodes on the finished path, in order along it, with their places on it.
-KeptLine LISTNODES(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path);
+KeptLine list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path);
 
 // The nodes of a free line: the first node within TOLSAME of each path point, or a new one there.
-KeptLine LISTFREENODES(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path);
+KeptLine list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path);
 
 }  // namespace brelan

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-
 namespace brelan {
 
 namespace {
@@ -14,7 +13,7 @@ constexpr float ENTRIES = 4.0F;  // for each edge, over all bands
 }  // namespace
 
 PolygonScan::PolygonScan(bool uses_indexes, std::span<const Point> polygon) : polygon_(polygon) {
-    if (!uses_indexes || polygon.empty() || polygon.size() > static_cast<std::size_t>(MAXPOLYGON))
+    if (!uses_indexes || polygon.empty() || polygon.size() > static_cast<std::size_t>(MOST_POLYGON_POINTS))
         return;
     low_ = high_ = polygon[0];
     for (const Point& p : polygon) {
@@ -32,21 +31,21 @@ PolygonScan::PolygonScan(bool uses_indexes, std::span<const Point> polygon) : po
 }
 
 void PolygonScan::sort_edges() {
-    const std::size_t NB = polygon_.size();
-    const auto next = [&](std::size_t K) -> const Point& { return polygon_[K + 1 == NB ? 0 : K + 1]; };
+    const std::size_t count = polygon_.size();
+    const auto next = [&](std::size_t k) -> const Point& { return polygon_[k + 1 == count ? 0 : k + 1]; };
     const float height = std::max(high_.y - low_.y, 1.0E-30F);
     float heights = 0.0F;  // of all edges, as shares of the whole
-    for (std::size_t K = 0; K < NB; ++K)
-        heights += std::abs(polygon_[K].y - next(K).y) / height;
-    const float bands = ENTRIES * static_cast<float>(NB) / std::max(heights, 1.0F);
+    for (std::size_t k = 0; k < count; ++k)
+        heights += std::abs(polygon_[k].y - next(k).y) / height;
+    const float bands = ENTRIES * static_cast<float>(count) / std::max(heights, 1.0F);
     first_.assign(static_cast<std::size_t>(std::clamp(bands, 1.0F, MOST_BANDS)) + 1, 0);
     const auto each_band = [&](auto action) {
-        for (std::size_t K = 0; K < NB; ++K) {
-            const float from = polygon_[K].y, to = next(K).y;
+        for (std::size_t k = 0; k < count; ++k) {
+            const float from = polygon_[k].y, to = next(k).y;
             if (from == to)
                 continue;
             for (std::size_t b = band(std::min(from, to)); b <= band(std::max(from, to)); ++b)
-                action(b, static_cast<std::uint32_t>(K));
+                action(b, static_cast<std::uint32_t>(k));
         }
     };
     std::vector<std::uint32_t> free(first_.size(), 0);
@@ -55,7 +54,7 @@ void PolygonScan::sort_edges() {
         first_[b + 1] = first_[b] + free[b];
     edges_.resize(first_.back());
     free = first_;
-    each_band([&](std::size_t b, std::uint32_t K) { edges_[free[b]++] = K; });
+    each_band([&](std::size_t b, std::uint32_t k) { edges_[free[b]++] = k; });
 }
 
 // Heights beyond the polygon belong to its lowest and highest band.
@@ -67,15 +66,15 @@ std::size_t PolygonScan::band(float y) const {
 
 bool PolygonScan::inside(const Point& point) const {
     if (!has_box_)
-        return SCANPOLY(point, polygon_, SCAN_ALWAYS) == 1;
+        return scan_polygon(point, polygon_, SCAN_ALWAYS) == 1;
     if (point.y > high_.y || point.y <= low_.y || point.x < low_.x || point.x > high_.x)
         return false;
     const std::size_t b = band(point.y);
     int left_of_point = 0;
     for (std::size_t i = first_[b]; i < first_[b + 1]; ++i) {
-        const std::size_t K = edges_[i];
+        const std::size_t k = edges_[i];
         left_of_point +=
-            crosses_left_of(point, polygon_[K], polygon_[K + 1 == polygon_.size() ? 0 : K + 1]) ? 1 : 0;
+            crosses_left_of(point, polygon_[k], polygon_[k + 1 == polygon_.size() ? 0 : k + 1]) ? 1 : 0;
     }
     return left_of_point % 2 == 1;
 }

@@ -9,8 +9,8 @@
 
 namespace brelan {
 
-// Gives what SCANPOLY (SCAN_ALWAYS) gives. Edges are sorted into bands by height, so that a look at a point
-// costs the edges at its height and not all. The points of the polygon must live as long as the scan.
+// Gives what scan_polygon (SCAN_ALWAYS) gives. Edges are sorted into bands by height, so that a look at a
+// point costs the edges at its height and not all. The points of the polygon must live as long as the scan.
 class PolygonScan {
 public:
     PolygonScan(bool uses_indexes, std::span<const Point> polygon);

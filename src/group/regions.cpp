@@ -8,8 +8,8 @@
 #include "group/engine_mesh.h"
 #include "group/joints.h"
 #include "group/polygon_scan.h"
-#include "mesh/mesh_records.h"
 #include "mesh/edition.h"
+#include "mesh/mesh_records.h"
 
 namespace brelan {
 
@@ -19,23 +19,23 @@ void set_attributes(Mesh& mesh, std::int32_t e, const RegionMaterial& material) 
     switch (mesh.kind) {
         case LayoutKind::coupled:
             mesh.skeleton[e] = 0;
-            mesh.fluid[e] = material.KF;
+            mesh.fluid[e] = material.attribute;
             mesh.integration_r[e] = 0;
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            mesh.attribute[e] = material.KF;
+            mesh.attribute[e] = material.attribute;
             break;
         case LayoutKind::displacement:
             mesh.thickness[e] = 1.0F;
-            mesh.density[e] = material.DEN;
+            mesh.density[e] = material.density;
             break;
     }
 }
 
 void add_overlay(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMaterial& material) {
     const std::int32_t added = add_element(engine);
-    mesh.words[added].MATNO = std::abs(material.MAT);
+    mesh.words[added].material = std::abs(material.material);
     set_attributes(mesh, added, material);
     mesh.type[added] = mesh.type[e];
     engine.workable[added] = 0;
@@ -44,24 +44,25 @@ void add_overlay(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMateria
 
 // With a joint the new element keeps the new side and the old one goes back to its own: `saved` tells its
 // corners.
-void duplicate(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMaterial& material, const SavedCorners* saved) {
+void duplicate(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMaterial& material,
+               const SavedCorners* saved) {
     const std::int32_t added = add_element(engine);
     const ElementWords words = mesh.words[e];
     const Corners present = corners_of(mesh, e);
     ElementWords& w = mesh.words[added];
-    w.M5 = words.M5;
-    w.M6 = words.M6;
-    w.M7 = words.M7;
-    w.M8 = words.M8;
-    w.MATNO = std::abs(material.MAT);
+    w.midside_5 = words.midside_5;
+    w.midside_6 = words.midside_6;
+    w.midside_7 = words.midside_7;
+    w.midside_8 = words.midside_8;
+    w.material = std::abs(material.material);
     set_attributes(mesh, added, material);
     mesh.type[added] = mesh.type[e];
     engine.workable[added] = engine.workable[e];
     set_corners(mesh, engine, added, present);
     if (saved != nullptr)
         set_corners(mesh, engine, e, {{saved->n[0], saved->n[1], saved->n[2], saved->n[3]}});
-    if (material.MAT >= 0)
-        mesh.words[e].MATNO = material.MATold != 0 ? material.MATold : material.MAT + 1;
+    if (material.material >= 0)
+        mesh.words[e].material = material.old_material != 0 ? material.old_material : material.material + 1;
 }
 
 // The elements up to a number that may have their middle inside, in ascending number.
@@ -75,10 +76,11 @@ std::vector<std::int32_t> candidates(Engine& engine, const PolygonScan& scan, st
 
 // The elements that the region stage looks at: those that stand when it begins. What acts inside only needs
 // those that may be inside, a line none but for the length of its path.
-std::vector<std::int32_t> elements_for(Engine& engine, const RegionMaterial& material, const PolygonScan& scan) {
+std::vector<std::int32_t> elements_for(Engine& engine, const RegionMaterial& material,
+                                       const PolygonScan& scan) {
     const bool acts_inside =
-        material.MTYPE == 1 || std::abs(material.MTYPE) == 3 || std::abs(material.MTYPE) == 4;
-    if (scan.has_box() && material.MTYPE != -1)
+        material.group_type == 1 || std::abs(material.group_type) == 3 || std::abs(material.group_type) == 4;
+    if (scan.has_box() && material.group_type != -1)
         return acts_inside ? candidates(engine, scan, engine.highest_element) : std::vector<std::int32_t>{};
     std::vector<std::int32_t> elements;
     for (std::int32_t e = 1; e <= engine.highest_element; ++e)
@@ -88,7 +90,7 @@ std::vector<std::int32_t> elements_for(Engine& engine, const RegionMaterial& mat
 
 }  // namespace
 
-void REGIONS(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::span<const Point> path) {
+void apply_region(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::span<const Point> path) {
     const PolygonScan scan(engine.uses_indexes, path);
     std::unordered_map<std::int32_t, const SavedCorners*> saved;
     for (const SavedCorners& entry : engine.saved_corners)
@@ -97,23 +99,23 @@ void REGIONS(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::sp
         if (!is_selected(mesh, engine, e))
             continue;
         const bool inside = scan.inside(centroid(mesh, e));
-        switch (material.MTYPE) {
+        switch (material.group_type) {
             case 1:
                 if (inside)
-                    mesh.type[e] = EL_DELETED;
+                    mesh.type[e] = ELEMENT_DELETED;
                 break;
             case -1:
                 if (!inside)
-                    mesh.type[e] = EL_DELETED;
+                    mesh.type[e] = ELEMENT_DELETED;
                 break;
             case 3:
             case -3:
                 if (!inside || is_joint(mesh, e))
                     break;
-                if (material.OVERLAY != 0) {
+                if (material.overlay != 0) {
                     add_overlay(mesh, engine, e, material);
-                } else if (material.MAT > 0) {
-                    mesh.words[e].MATNO = material.MAT;
+                } else if (material.material > 0) {
+                    mesh.words[e].material = material.material;
                     set_attributes(mesh, e, material);
                 }
                 break;
@@ -130,31 +132,31 @@ void REGIONS(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::sp
     }
 }
 
-void REPAIRQUADS(Mesh& mesh, Engine& engine) {
+void repair_quadrilaterals(Mesh& mesh, Engine& engine) {
     const std::int32_t elements = engine.highest_element;
     for (std::int32_t e = 1; e <= elements; ++e) {
         const Corners c = corners_of(mesh, e);
-        if (mesh.type[e] != EL_CONTINUUM || is_joint(mesh, e) || c.n[3] <= 0)
+        if (mesh.type[e] != ELEMENT_CONTINUUM || is_joint(mesh, e) || c.n[3] <= 0)
             continue;
         const auto point = [&](int i) { return node_point(mesh, c.n[i]); };
-        const double A1 = ARSUM(point(0), point(1), point(2));
-        const double A2 = ARSUM(point(0), point(2), point(3));
-        const double A3 = ARSUM(point(1), point(2), point(3));
-        const double A4 = ARSUM(point(0), point(1), point(3));
+        const double area_012 = area_64(point(0), point(1), point(2));
+        const double area_023 = area_64(point(0), point(2), point(3));
+        const double area_123 = area_64(point(1), point(2), point(3));
+        const double area_013 = area_64(point(0), point(1), point(3));
         Corners kept{}, split_off{};
-        if (A1 < 0.0 || A2 < 0.0) {
+        if (area_012 < 0.0 || area_023 < 0.0) {
             kept = {{c.n[0], c.n[1], c.n[3], 0}};
             split_off = {{c.n[1], c.n[2], c.n[3], 0}};
-        } else if (A3 < 0.0 || A4 < 0.0) {
+        } else if (area_123 < 0.0 || area_013 < 0.0) {
             kept = {{c.n[0], c.n[1], c.n[2], 0}};
             split_off = {{c.n[0], c.n[2], c.n[3], 0}};
         } else {
             continue;
         }
         const std::int32_t added = add_element(engine);
-        mesh.words[added].MATNO = mesh.words[e].MATNO;
+        mesh.words[added].material = mesh.words[e].material;
         copy_attributes(mesh, e, added);
-        mesh.type[added] = EL_CONTINUUM;
+        mesh.type[added] = ELEMENT_CONTINUUM;
         engine.workable[added] = added;
         set_corners(mesh, engine, e, kept);
         set_corners(mesh, engine, added, split_off);

@@ -12,17 +12,17 @@ namespace brelan {
 
 // A group's material as the driver has converted it.
 struct RegionMaterial {
-    std::int32_t MTYPE = 0, OVERLAY = 0;
-    std::int32_t MAT = 0, MATold = 0;
-    std::int32_t KF = 0;  // KF or IH
-    float DEN = 0.0F;     // displacement kind
+    std::int32_t group_type = 0, overlay = 0;
+    std::int32_t material = 0, old_material = 0;
+    std::int32_t attribute = 0;  // KF or IH
+    float density = 0.0F;        // displacement kind
 };
 
 // Deletes, assigns or duplicates the elements whose centroid is inside the path (outside for MTYPE -1).
-void REGIONS(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::span<const Point> path);
+void apply_region(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::span<const Point> path);
 
 // Splits the quadrilaterals that node moves have made concave into two triangles, along the diagonal that
 // lies inside.
-void REPAIRQUADS(Mesh& mesh, Engine& engine);
+void repair_quadrilaterals(Mesh& mesh, Engine& engine);
 
 }  // namespace brelan

@@ -11,21 +11,21 @@
 namespace brelan {
 
 // A corner of a part: one of the row's corners, a side node, the centre node, or none (a triangle's fourth).
-enum class At : std::int8_t { none, N1, N2, N3, N4, S1, S2, S3, S4, C };
+enum class At : std::int8_t { none, n1, n2, n3, n4, s1, s2, s3, s4, centre };
 
 using Part = std::array<At, 4>;
 
-constexpr Part tri(At a, At b, At c) {
+constexpr Part triangle_part(At a, At b, At c) {
     return {a, b, c, At::none};
 }
-constexpr Part quad(At a, At b, At c, At d) {
+constexpr Part quadrilateral_part(At a, At b, At c, At d) {
     return {a, b, c, d};
 }
 
 // Marks of a row as bits.
-inline constexpr unsigned MV1 = 1, MV2 = 2, MV3 = 4, MV4 = 8;
-inline constexpr unsigned MS1 = 16, MS2 = 32, MS3 = 64, MS4 = 128;
-inline constexpr unsigned ANY_V = MV1 | MV2 | MV3 | MV4;
+inline constexpr unsigned CORNER_1 = 1, CORNER_2 = 2, CORNER_3 = 4, CORNER_4 = 8;
+inline constexpr unsigned SIDE_1 = 16, SIDE_2 = 32, SIDE_3 = 64, SIDE_4 = 128;
+inline constexpr unsigned ANY_CORNER = CORNER_1 | CORNER_2 | CORNER_3 | CORNER_4;
 
 // The first pattern of a table whose wanted marks are all there and whose unwanted marks are not applies. A
 // pattern without parts leaves the row whole.
@@ -44,69 +44,69 @@ constexpr SplitPattern when(unsigned wanted, unsigned unwanted, Parts... parts) 
 
 // clang-format off
 inline constexpr std::array TRIANGLE_WITH_CENTRE{
-    when(MS1, ANY_V, tri(At::N1, At::N2, At::C), tri(At::C, At::N2, At::S1), tri(At::C, At::S1, At::N3), tri(At::N1, At::C, At::N3)),
-    when(MS2, ANY_V, tri(At::N1, At::N2, At::C), tri(At::C, At::N2, At::N3), tri(At::S2, At::C, At::N3), tri(At::N1, At::C, At::S2)),
-    when(MS3, ANY_V, tri(At::N1, At::S3, At::C), tri(At::C, At::S3, At::N2), tri(At::C, At::N2, At::N3), tri(At::N1, At::C, At::N3)),
-    when(0, 0, tri(At::N1, At::N2, At::C), tri(At::C, At::N2, At::N3), tri(At::N1, At::C, At::N3)),
+    when(SIDE_1, ANY_CORNER, triangle_part(At::n1, At::n2, At::centre), triangle_part(At::centre, At::n2, At::s1), triangle_part(At::centre, At::s1, At::n3), triangle_part(At::n1, At::centre, At::n3)),
+    when(SIDE_2, ANY_CORNER, triangle_part(At::n1, At::n2, At::centre), triangle_part(At::centre, At::n2, At::n3), triangle_part(At::s2, At::centre, At::n3), triangle_part(At::n1, At::centre, At::s2)),
+    when(SIDE_3, ANY_CORNER, triangle_part(At::n1, At::s3, At::centre), triangle_part(At::centre, At::s3, At::n2), triangle_part(At::centre, At::n2, At::n3), triangle_part(At::n1, At::centre, At::n3)),
+    when(0, 0, triangle_part(At::n1, At::n2, At::centre), triangle_part(At::centre, At::n2, At::n3), triangle_part(At::n1, At::centre, At::n3)),
 };
 
 inline constexpr std::array TRIANGLE{
-    when(MS1 | MS2, 0, quad(At::N1, At::N2, At::S1, At::S2), tri(At::S2, At::S1, At::N3)),
-    when(MS1 | MS3, 0, quad(At::N1, At::S3, At::S1, At::N3), tri(At::S3, At::N2, At::S1)),
-    when(MS2 | MS3, 0, tri(At::N1, At::S3, At::S2), quad(At::S2, At::S3, At::N2, At::N3)),
-    when(MV1 | MS1, 0, tri(At::N1, At::N2, At::S1), tri(At::N1, At::S1, At::N3)),
-    when(MV2 | MS2, 0, tri(At::N1, At::N2, At::S2), tri(At::S2, At::N2, At::N3)),
-    when(MV3 | MS3, 0, tri(At::N1, At::S3, At::N3), tri(At::S3, At::N2, At::N3)),
+    when(SIDE_1 | SIDE_2, 0, quadrilateral_part(At::n1, At::n2, At::s1, At::s2), triangle_part(At::s2, At::s1, At::n3)),
+    when(SIDE_1 | SIDE_3, 0, quadrilateral_part(At::n1, At::s3, At::s1, At::n3), triangle_part(At::s3, At::n2, At::s1)),
+    when(SIDE_2 | SIDE_3, 0, triangle_part(At::n1, At::s3, At::s2), quadrilateral_part(At::s2, At::s3, At::n2, At::n3)),
+    when(CORNER_1 | SIDE_1, 0, triangle_part(At::n1, At::n2, At::s1), triangle_part(At::n1, At::s1, At::n3)),
+    when(CORNER_2 | SIDE_2, 0, triangle_part(At::n1, At::n2, At::s2), triangle_part(At::s2, At::n2, At::n3)),
+    when(CORNER_3 | SIDE_3, 0, triangle_part(At::n1, At::s3, At::n3), triangle_part(At::s3, At::n2, At::n3)),
     when(0, 0),
 };
 
 inline constexpr std::array QUADRILATERAL_WITH_CENTRE{
-    when(MS1, ANY_V, tri(At::N1, At::S1, At::C), tri(At::S1, At::N2, At::C), tri(At::N2, At::N3, At::C), tri(At::C, At::N3, At::N4), tri(At::N1, At::C, At::N4)),
-    when(MS2, ANY_V, tri(At::N1, At::N2, At::C), tri(At::N2, At::S2, At::C), tri(At::C, At::S2, At::N3), tri(At::C, At::N3, At::N4), tri(At::N1, At::C, At::N4)),
-    when(MS3, ANY_V, tri(At::N1, At::N2, At::C), tri(At::N2, At::N3, At::C), tri(At::C, At::N3, At::S3), tri(At::C, At::S3, At::N4), tri(At::N1, At::C, At::N4)),
-    when(MS4, ANY_V, tri(At::N1, At::N2, At::C), tri(At::N2, At::N3, At::C), tri(At::C, At::N3, At::N4), tri(At::S4, At::C, At::N4), tri(At::N1, At::C, At::S4)),
-    when(0, 0, tri(At::N1, At::N2, At::C), tri(At::N2, At::N3, At::C), tri(At::C, At::N3, At::N4), tri(At::N1, At::C, At::N4)),
+    when(SIDE_1, ANY_CORNER, triangle_part(At::n1, At::s1, At::centre), triangle_part(At::s1, At::n2, At::centre), triangle_part(At::n2, At::n3, At::centre), triangle_part(At::centre, At::n3, At::n4), triangle_part(At::n1, At::centre, At::n4)),
+    when(SIDE_2, ANY_CORNER, triangle_part(At::n1, At::n2, At::centre), triangle_part(At::n2, At::s2, At::centre), triangle_part(At::centre, At::s2, At::n3), triangle_part(At::centre, At::n3, At::n4), triangle_part(At::n1, At::centre, At::n4)),
+    when(SIDE_3, ANY_CORNER, triangle_part(At::n1, At::n2, At::centre), triangle_part(At::n2, At::n3, At::centre), triangle_part(At::centre, At::n3, At::s3), triangle_part(At::centre, At::s3, At::n4), triangle_part(At::n1, At::centre, At::n4)),
+    when(SIDE_4, ANY_CORNER, triangle_part(At::n1, At::n2, At::centre), triangle_part(At::n2, At::n3, At::centre), triangle_part(At::centre, At::n3, At::n4), triangle_part(At::s4, At::centre, At::n4), triangle_part(At::n1, At::centre, At::s4)),
+    when(0, 0, triangle_part(At::n1, At::n2, At::centre), triangle_part(At::n2, At::n3, At::centre), triangle_part(At::centre, At::n3, At::n4), triangle_part(At::n1, At::centre, At::n4)),
 };
 
 // No side node: by the count of corners on the line.
 inline constexpr std::array QUADRILATERAL_TWO_CORNERS{
-    when(MV1 | MV3, 0, tri(At::N1, At::N2, At::N3), tri(At::N1, At::N3, At::N4)),
-    when(MV2 | MV4, 0, tri(At::N1, At::N2, At::N4), tri(At::N2, At::N3, At::N4)),
+    when(CORNER_1 | CORNER_3, 0, triangle_part(At::n1, At::n2, At::n3), triangle_part(At::n1, At::n3, At::n4)),
+    when(CORNER_2 | CORNER_4, 0, triangle_part(At::n1, At::n2, At::n4), triangle_part(At::n2, At::n3, At::n4)),
     when(0, 0),
 };
 inline constexpr std::array QUADRILATERAL_THREE_CORNERS{
-    when(MV1 | MV3, 0, tri(At::N1, At::N2, At::N4), tri(At::N2, At::N3, At::N4)),
-    when(0, 0, tri(At::N1, At::N2, At::N3), tri(At::N1, At::N3, At::N4)),
+    when(CORNER_1 | CORNER_3, 0, triangle_part(At::n1, At::n2, At::n4), triangle_part(At::n2, At::n3, At::n4)),
+    when(0, 0, triangle_part(At::n1, At::n2, At::n3), triangle_part(At::n1, At::n3, At::n4)),
 };
 
 // Two side nodes or more.
 inline constexpr std::array QUADRILATERAL_SIDES_CUT{
-    when(MS1 | MS2, 0, tri(At::S1, At::N2, At::S2), quad(At::N1, At::S1, At::S2, At::N3), tri(At::N1, At::N3, At::N4)),
-    when(MS1 | MS3, 0, quad(At::S1, At::N2, At::N3, At::S3), quad(At::N1, At::S1, At::S3, At::N4)),
-    when(MS1 | MS4, 0, tri(At::N2, At::N3, At::N4), quad(At::S1, At::N2, At::N4, At::S4), tri(At::N1, At::S1, At::S4)),
-    when(MS2 | MS4, 0, quad(At::N1, At::N2, At::S2, At::S4), quad(At::S4, At::S2, At::N3, At::N4)),
-    when(MS2 | MS3, 0, tri(At::S2, At::N3, At::S3), quad(At::N2, At::S2, At::S3, At::N4), tri(At::N1, At::N2, At::N4)),
-    when(MS3 | MS4, 0, tri(At::N1, At::N2, At::N3), quad(At::N1, At::N3, At::S3, At::S4), tri(At::S4, At::S3, At::N4)),
+    when(SIDE_1 | SIDE_2, 0, triangle_part(At::s1, At::n2, At::s2), quadrilateral_part(At::n1, At::s1, At::s2, At::n3), triangle_part(At::n1, At::n3, At::n4)),
+    when(SIDE_1 | SIDE_3, 0, quadrilateral_part(At::s1, At::n2, At::n3, At::s3), quadrilateral_part(At::n1, At::s1, At::s3, At::n4)),
+    when(SIDE_1 | SIDE_4, 0, triangle_part(At::n2, At::n3, At::n4), quadrilateral_part(At::s1, At::n2, At::n4, At::s4), triangle_part(At::n1, At::s1, At::s4)),
+    when(SIDE_2 | SIDE_4, 0, quadrilateral_part(At::n1, At::n2, At::s2, At::s4), quadrilateral_part(At::s4, At::s2, At::n3, At::n4)),
+    when(SIDE_2 | SIDE_3, 0, triangle_part(At::s2, At::n3, At::s3), quadrilateral_part(At::n2, At::s2, At::s3, At::n4), triangle_part(At::n1, At::n2, At::n4)),
+    when(SIDE_3 | SIDE_4, 0, triangle_part(At::n1, At::n2, At::n3), quadrilateral_part(At::n1, At::n3, At::s3, At::s4), triangle_part(At::s4, At::s3, At::n4)),
     when(0, 0),
 };
 
 // A corner on the line with at most one side node: the first such corner decides.
 inline constexpr std::array QUADRILATERAL_CORNER_CUT{
-    when(MV1 | MV2 | MV3, 0, tri(At::N1, At::N2, At::N4), tri(At::N2, At::N3, At::N4)),
-    when(MV1 | MS2, 0, tri(At::N1, At::N2, At::S2), quad(At::N1, At::S2, At::N3, At::N4)),
-    when(MV1 | MV3, 0, tri(At::N1, At::N2, At::N3), tri(At::N1, At::N3, At::N4)),
-    when(MV1 | MS3, 0, quad(At::N1, At::N2, At::N3, At::S3), tri(At::N1, At::S3, At::N4)),
-    when(MV1, 0),
-    when(MV2 | MV3 | MV4, 0, tri(At::N1, At::N2, At::N3), tri(At::N1, At::N3, At::N4)),
-    when(MV2 | MS3, 0, tri(At::N2, At::N3, At::S3), quad(At::N1, At::N2, At::S3, At::N4)),
-    when(MV2 | MV4, 0, tri(At::N2, At::N3, At::N4), tri(At::N1, At::N2, At::N4)),
-    when(MV2 | MS4, 0, tri(At::N1, At::N2, At::S4), quad(At::S4, At::N2, At::N3, At::N4)),
-    when(MV2, 0),
-    when(MV3 | MS1, 0, tri(At::S1, At::N2, At::N3), quad(At::N1, At::S1, At::N3, At::N4)),
-    when(MV3 | MS4, 0, quad(At::N1, At::N2, At::N3, At::S4), tri(At::S4, At::N3, At::N4)),
-    when(MV3, 0),
-    when(MV4 | MS2, 0, quad(At::N1, At::N2, At::S2, At::N4), tri(At::S2, At::N3, At::N4)),
-    when(MV4 | MS1, 0, quad(At::S1, At::N2, At::N3, At::N4), tri(At::N1, At::S1, At::N4)),
+    when(CORNER_1 | CORNER_2 | CORNER_3, 0, triangle_part(At::n1, At::n2, At::n4), triangle_part(At::n2, At::n3, At::n4)),
+    when(CORNER_1 | SIDE_2, 0, triangle_part(At::n1, At::n2, At::s2), quadrilateral_part(At::n1, At::s2, At::n3, At::n4)),
+    when(CORNER_1 | CORNER_3, 0, triangle_part(At::n1, At::n2, At::n3), triangle_part(At::n1, At::n3, At::n4)),
+    when(CORNER_1 | SIDE_3, 0, quadrilateral_part(At::n1, At::n2, At::n3, At::s3), triangle_part(At::n1, At::s3, At::n4)),
+    when(CORNER_1, 0),
+    when(CORNER_2 | CORNER_3 | CORNER_4, 0, triangle_part(At::n1, At::n2, At::n3), triangle_part(At::n1, At::n3, At::n4)),
+    when(CORNER_2 | SIDE_3, 0, triangle_part(At::n2, At::n3, At::s3), quadrilateral_part(At::n1, At::n2, At::s3, At::n4)),
+    when(CORNER_2 | CORNER_4, 0, triangle_part(At::n2, At::n3, At::n4), triangle_part(At::n1, At::n2, At::n4)),
+    when(CORNER_2 | SIDE_4, 0, triangle_part(At::n1, At::n2, At::s4), quadrilateral_part(At::s4, At::n2, At::n3, At::n4)),
+    when(CORNER_2, 0),
+    when(CORNER_3 | SIDE_1, 0, triangle_part(At::s1, At::n2, At::n3), quadrilateral_part(At::n1, At::s1, At::n3, At::n4)),
+    when(CORNER_3 | SIDE_4, 0, quadrilateral_part(At::n1, At::n2, At::n3, At::s4), triangle_part(At::s4, At::n3, At::n4)),
+    when(CORNER_3, 0),
+    when(CORNER_4 | SIDE_2, 0, quadrilateral_part(At::n1, At::n2, At::s2, At::n4), triangle_part(At::s2, At::n3, At::n4)),
+    when(CORNER_4 | SIDE_1, 0, quadrilateral_part(At::s1, At::n2, At::n3, At::n4), triangle_part(At::n1, At::s1, At::n4)),
     when(0, 0),
 };
 // clang-format on

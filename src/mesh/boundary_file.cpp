@@ -5,12 +5,12 @@
 #include <string_view>
 #include <vector>
 
+#include "channel/channel_numbers.h"
 #include "channel/fixed_lines.h"
 #include "channel/layout.h"
-#include "group/tables.h"
-#include "mesh/tables.h"
-#include "channel/channel_numbers.h"
 #include "mesh/edition.h"
+#include "mesh/group_tables.h"
+#include "mesh/tables.h"
 
 namespace brelan {
 
@@ -40,7 +40,11 @@ struct LineNode {
     std::int32_t mark, material, line, position, count;
 
     LineNode(const Mesh& mesh, std::int32_t n)
-        : mark(mesh.codes[n][0]), material(mesh.codes[n][1]), line(mesh.codes[n][2]), position(mesh.codes[n][3]), count(mesh.codes[n][4]) {}
+        : mark(mesh.codes[n][0]),
+          material(mesh.codes[n][1]),
+          line(mesh.codes[n][2]),
+          position(mesh.codes[n][3]),
+          count(mesh.codes[n][4]) {}
 };
 
 // A line's nodes by position, 0 where none has been found.
@@ -63,7 +67,8 @@ struct LineGroup {
 };
 
 // The lines of a mark, from 1 to their count; the codes of their nodes are cleared.
-std::vector<LineGroup> take_lines(Mesh& mesh, const ResultMesh& result, std::int32_t mark, std::int32_t lines) {
+std::vector<LineGroup> take_lines(Mesh& mesh, const ResultMesh& result, std::int32_t mark,
+                                  std::int32_t lines) {
     std::vector<LineGroup> groups(static_cast<std::size_t>(lines));
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
         if (mesh.node_in_use[n] != 1)
@@ -81,11 +86,13 @@ std::vector<LineGroup> take_lines(Mesh& mesh, const ResultMesh& result, std::int
 }
 
 // One property for each material among the pipes' nodes; the user fills in its values.
-void write_properties(const Mesh& mesh, const GroupListing& listing, Channel& file, const ResultMesh& result) {
+void write_properties(const Mesh& mesh, const GroupListing& listing, Channel& file,
+                      const ResultMesh& result) {
     std::set<std::int32_t> materials;
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
         const LineNode node(mesh, n);
-        if (mesh.node_in_use[n] == 1 && node.mark == PIPE_NODE && node.line >= 1 && node.line <= listing.pipes)
+        if (mesh.node_in_use[n] == 1 && node.mark == PIPE_NODE && node.line >= 1 &&
+            node.line <= listing.pipes)
             materials.insert(node.material);
     }
     write_lines(file, {"* Card 9.1.1", "* NTNP "});
@@ -93,11 +100,12 @@ void write_properties(const Mesh& mesh, const GroupListing& listing, Channel& fi
     file.write_line("*");
     std::int32_t number = 0;
     for (const std::int32_t material : materials) {
-        constexpr float FVOL = 0.0F, SPHL = 0.0F, ROL = 0.0F, HCL = 0.0F;
+        constexpr float flow_volume = 0.0F, specific_heat = 0.0F, fluid_density = 0.0F,
+                        heat_conductivity = 0.0F;
         write_lines(file, {"* Card 9.1.2.1", "* TITLE       "});
         PROPERTY_TITLE.write(file, ++number);
         write_lines(file, {"* Card 9.1.2.2", "*  MATP       FVOL       SPHL        ROL        HCL"});
-        PROPERTY_LINE.write(file, material, FVOL, SPHL, ROL, HCL);
+        PROPERTY_LINE.write(file, material, flow_volume, specific_heat, fluid_density, heat_conductivity);
     }
 }
 
@@ -137,14 +145,17 @@ struct FlowRun {
     std::uint8_t mark = 0;
 
     FlowRun(const Mesh& mesh, const ElementWords& truss)
-        : nodes{truss.I1, truss.I2}, mark(static_cast<std::uint8_t>(mesh.node_mark[truss.I2])) {}
+        : nodes{truss.corner_1, truss.corner_2},
+          mark(static_cast<std::uint8_t>(mesh.node_mark[truss.corner_2])) {}
 
     bool goes_on_with(const Mesh& mesh, const ElementWords& truss) const {
-        return truss.I1 == nodes.back() && static_cast<std::uint8_t>(mesh.node_mark[truss.I1]) == mark;
+        return truss.corner_1 == nodes.back() &&
+               static_cast<std::uint8_t>(mesh.node_mark[truss.corner_1]) == mark;
     }
 };
 
-void write_section_head(const GroupCards& group_cards, Channel& file, std::int32_t number, const FlowRun& run) {
+void write_section_head(const GroupCards& group_cards, Channel& file, std::int32_t number,
+                        const FlowRun& run) {
     file.write_line("* ");
     SECTION_NUMBER.write(file, number);
     file.write_line(SECTION_ROW);
@@ -162,31 +173,33 @@ void write_section_nodes(Channel& file, const FlowRun& run) {
 
 }  // namespace
 
-void WRITEPIPES(Channels& channels, Mesh& mesh, GroupListing& listing, const ResultMesh& result) {
+void write_pipes(Channels& channels, Mesh& mesh, GroupListing& listing, const ResultMesh& result) {
     if (mesh.kind != LayoutKind::temperature || (listing.pipes == 0 && listing.convection_lines == 0))
         return;
-    Channel& file = channels.open(CH_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
+    Channel& file = channels.open(CHANNEL_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
     write_properties(mesh, listing, file, result);
     write_line_groups(file, PIPE_CARDS, take_lines(mesh, result, PIPE_NODE, listing.pipes));
-    write_line_groups(file, CONVECTION_CARDS, take_lines(mesh, result, CONVECTION_NODE, listing.convection_lines));
-    channels.close(CH_BOUNDARY);
+    write_line_groups(file, CONVECTION_CARDS,
+                      take_lines(mesh, result, CONVECTION_NODE, listing.convection_lines));
+    channels.close(CHANNEL_BOUNDARY);
 }
 
-void WRITEFLOWSECTIONS(Channels& channels, const Mesh& mesh, const GroupCards& group_cards, const GroupListing& listing, const ResultMesh& result) {
+void write_flow_sections(Channels& channels, const Mesh& mesh, const GroupCards& group_cards,
+                         const GroupListing& listing, const ResultMesh& result) {
     if (listing.flow_sections <= 0)
         return;
-    constexpr std::int32_t IBFQ = 0;
-    Channel& file = channels.open(CH_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
+    constexpr std::int32_t flow_code = 0;
+    Channel& file = channels.open(CHANNEL_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
     write_lines(file, {"* Card 10.8 ", "* NFSEC   IBFQ"});
-    SECTION_COUNT.write(file, listing.flow_sections, IBFQ);
+    SECTION_COUNT.write(file, listing.flow_sections, flow_code);
     file.write_line("*");
     std::vector<FlowRun> runs;
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n) {
-        if (mesh.type_in_use[n] != EL_TRUSS)
+        if (mesh.type_in_use[n] != ELEMENT_TRUSS)
             continue;
         const ElementWords& truss = mesh.words[n];
         if (!runs.empty() && runs.back().goes_on_with(mesh, truss))
-            runs.back().nodes.push_back(truss.I2);
+            runs.back().nodes.push_back(truss.corner_2);
         else
             runs.emplace_back(mesh, truss);
     }
@@ -200,7 +213,7 @@ void WRITEFLOWSECTIONS(Channels& channels, const Mesh& mesh, const GroupCards& g
         if (counted || &run != &runs.back())
             write_section_nodes(file, run);
     }
-    channels.close(CH_BOUNDARY);
+    channels.close(CHANNEL_BOUNDARY);
 }
 
 }  // namespace brelan

@@ -16,7 +16,8 @@ constexpr float NO_SPACING = 1.0E35F;  // start of the smallest spacing
 constexpr int CONTINUUM = 0, BEAM = 1, TRUSS = 2;  // places in Region::old_elements and Region::start
 
 // The first region's nodes in ascending number, and the second's.
-std::vector<NumberedPoint> first_nodes(const Combination& combination, const Mesh& mesh, const SideTables& side) {
+std::vector<NumberedPoint> first_nodes(const Combination& combination, const Mesh& mesh,
+                                       const SideTables& side) {
     std::vector<NumberedPoint> nodes;
     for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n)
         if (mesh.node_in_use[n] == 1)
@@ -24,7 +25,8 @@ std::vector<NumberedPoint> first_nodes(const Combination& combination, const Mes
     return nodes;
 }
 
-std::vector<NumberedPoint> second_nodes(const Combination& combination, const Mesh& mesh, const SideTables& side) {
+std::vector<NumberedPoint> second_nodes(const Combination& combination, const Mesh& mesh,
+                                        const SideTables& side) {
     std::vector<NumberedPoint> nodes;
     for (std::int32_t n = combination.second.nodes.lowest; n <= combination.second.nodes.highest; ++n)
         if (side.second_node_in_use[n] == 1)
@@ -56,19 +58,19 @@ void copy_first_node(Mesh& mesh, SideTables& side, std::int32_t from, std::int32
 
 // The type of an element in the combined mesh; below 1 for none.
 std::int8_t combined_type(const Mesh& mesh, const SideTables& side, std::int32_t n) {
-    return mesh.type_in_use[n] < EL_CONTINUUM ? side.second_type_in_use[n] : mesh.type_in_use[n];
+    return mesh.type_in_use[n] < ELEMENT_CONTINUUM ? side.second_type_in_use[n] : mesh.type_in_use[n];
 }
 
 }  // namespace
 
-void SCANREGION(LayoutKind kind, Channel& mesh_file, Region& region) {
+void scan_region(LayoutKind kind, Channel& mesh_file, Region& region) {
     mesh_file.skip_lines(2, "a heading line");
     region.counts = read_mesh_counts(mesh_file);
     mesh_file.skip_lines(2, "a heading line");
-    for (std::int32_t i = 0; i < region.counts.NUMNP; ++i)
-        read_node_record(kind, mesh_file, region.stripped.NFIELDS);
-    for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
-        NumberRange& range = region.old_elements[type - EL_CONTINUUM];
+    for (std::int32_t i = 0; i < region.counts.nodes; ++i)
+        read_node_record(kind, mesh_file, region.stripped.field_count);
+    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
+        NumberRange& range = region.old_elements[type - ELEMENT_CONTINUUM];
         range = NumberRange{};
         if (region.counts.of(type) > 0)
             mesh_file.skip_lines(region.stripped.headings_of(type), "a heading line");
@@ -78,7 +80,7 @@ void SCANREGION(LayoutKind kind, Channel& mesh_file, Region& region) {
     mesh_file.rewind();
 }
 
-void FIXREGIONNUMBERS(Combination& combination) {
+void fix_region_numbers(Combination& combination) {
     const NumberRange(&first)[3] = combination.first.old_elements;
     const NumberRange(&second)[3] = combination.second.old_elements;
     if (numbers_can_stay(combination)) {
@@ -93,65 +95,69 @@ void FIXREGIONNUMBERS(Combination& combination) {
     const auto extent = [](const NumberRange& range) { return range.highest - range.lowest; };
     combination.second.start[CONTINUUM] = 1;
     combination.first.start[CONTINUUM] = extent(second[CONTINUUM]) + 2;
-    std::int32_t E = extent(first[CONTINUUM]) + 2 + extent(second[CONTINUUM]);
-    combination.second.start[BEAM] = E + 1;
-    E = E + extent(second[BEAM]) + 1;
-    combination.first.start[BEAM] = E + 1;
-    E = E + extent(first[BEAM]) + 1;
-    combination.second.start[TRUSS] = E + 1;
-    combination.first.start[TRUSS] = E + extent(second[TRUSS]) + 2;
+    std::int32_t last = extent(first[CONTINUUM]) + 2 + extent(second[CONTINUUM]);
+    combination.second.start[BEAM] = last + 1;
+    last = last + extent(second[BEAM]) + 1;
+    combination.first.start[BEAM] = last + 1;
+    last = last + extent(first[BEAM]) + 1;
+    combination.second.start[TRUSS] = last + 1;
+    combination.first.start[TRUSS] = last + extent(second[TRUSS]) + 2;
 }
 
-void READREGIONHEAD(LayoutKind kind, Channel& mesh_file, Region& region) {
+void read_region_head(LayoutKind kind, Channel& mesh_file, Region& region) {
     mesh_file.skip_lines(2, "a heading line");
     region.counts = read_mesh_counts(mesh_file);
     mesh_file.skip_lines(2, "a heading line");
     region.nodes = NumberRange{};
     region.elements = NumberRange{};
     const int start = mesh_file.lines_before();
-    for (std::int32_t i = 0; i < region.counts.NUMNP; ++i)
-        region.nodes.include(read_node_record(kind, mesh_file, region.stripped.NFIELDS).NODE);
+    for (std::int32_t i = 0; i < region.counts.nodes; ++i)
+        region.nodes.include(read_node_record(kind, mesh_file, region.stripped.field_count).number);
     mesh_file.step_back(mesh_file.lines_before() - start);
 }
 
-void READFIRSTNODES(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
-    for (std::int32_t i = 0; i < combination.first.counts.NUMNP; ++i) {
-        const NodeRecord node = read_node_record(mesh.kind, mesh_file, combination.first.stripped.NFIELDS);
-        side.codes[node.NODE] = node.ID;
-        side.x[node.NODE] = node.XC;
-        side.y[node.NODE] = node.YC;
-        side.head[node.NODE] = node.H;
-        side.coefficient[node.NODE] = node.CF;
-        mesh.node_in_use[node.NODE] = 1;
+void read_first_nodes(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
+    for (std::int32_t i = 0; i < combination.first.counts.nodes; ++i) {
+        const NodeRecord node =
+            read_node_record(mesh.kind, mesh_file, combination.first.stripped.field_count);
+        side.codes[node.number] = node.codes;
+        side.x[node.number] = node.x;
+        side.y[node.number] = node.y;
+        side.head[node.number] = node.head;
+        side.coefficient[node.number] = node.coefficient;
+        mesh.node_in_use[node.number] = 1;
     }
 }
 
-void READSECONDNODES(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
-    for (std::int32_t i = 0; i < combination.second.counts.NUMNP; ++i) {
-        const NodeRecord node = read_node_record(mesh.kind, mesh_file, combination.second.stripped.NFIELDS);
-        mesh.codes[node.NODE] = node.ID;
-        mesh.x[node.NODE] = node.XC;
-        mesh.y[node.NODE] = node.YC;
+void read_second_nodes(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
+    for (std::int32_t i = 0; i < combination.second.counts.nodes; ++i) {
+        const NodeRecord node =
+            read_node_record(mesh.kind, mesh_file, combination.second.stripped.field_count);
+        mesh.codes[node.number] = node.codes;
+        mesh.x[node.number] = node.x;
+        mesh.y[node.number] = node.y;
         if (has_node_values(mesh.kind)) {
-            mesh.head[node.NODE] = node.H;
-            mesh.coefficient[node.NODE] = node.CF;
+            mesh.head[node.number] = node.head;
+            mesh.coefficient[node.number] = node.coefficient;
         }
-        side.second_node_in_use[node.NODE] = 1;
-        mesh.node_used[node.NODE] = node.NODE;
+        side.second_node_in_use[node.number] = 1;
+        mesh.node_used[node.number] = node.number;
     }
 }
 
-void READREGIONELEMENTS(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file, Region& region, std::int8_t type) {
-    const int place = type - EL_CONTINUUM;
+void read_region_elements(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file,
+                          Region& region, std::int8_t type) {
+    const int place = type - ELEMENT_CONTINUUM;
     const bool first = &region == &combination.first;
     mesh_file.skip_lines(region.stripped.headings_of(type), "a heading line");
     for (std::int32_t i = 0; i < region.counts.of(type); ++i) {
         const ElementRecord element = read_element_record(mesh.kind, mesh_file, type);
-        const std::int32_t number = element.NEL - region.old_elements[place].lowest + region.start[place];
-        if (number < 1 || number > MAXEL)
-            mesh_file.fail_behind("element " + std::to_string(element.NEL) + ": expected a new number from 1 to " +
-                             std::to_string(MAXEL) + ", but the renumbering of the two regions makes it " +
-                             std::to_string(number));
+        const std::int32_t number = element.number - region.old_elements[place].lowest + region.start[place];
+        if (number < 1 || number > HIGHEST_ELEMENT_NUMBER)
+            mesh_file.fail_behind(
+                "element " + std::to_string(element.number) + ": expected a new number from 1 to " +
+                std::to_string(HIGHEST_ELEMENT_NUMBER) +
+                ", but the renumbering of the two regions makes it " + std::to_string(number));
         store_element(mesh, number, type, element);
         if (first)
             mesh.type_in_use[number] = type;
@@ -165,29 +171,31 @@ bool regions_collide(const Combination& combination) {
     return combination.first.elements.lowest == combination.second.elements.lowest;
 }
 
-float SMALLESTSPACING(const Combination& combination, const Mesh& mesh, const SideTables& side) {
-    return SMALLESTDISTANCE(second_nodes(combination, mesh, side), SMALLESTDISTANCE(first_nodes(combination, mesh, side), NO_SPACING));
+float smallest_spacing(const Combination& combination, const Mesh& mesh, const SideTables& side) {
+    return smallest_distance(second_nodes(combination, mesh, side),
+                             smallest_distance(first_nodes(combination, mesh, side), NO_SPACING));
 }
 
-void MATCHLISTED(Combination& combination, Mesh& mesh, const SideTables& side) {
+void match_listed_nodes(Combination& combination, Mesh& mesh, const SideTables& side) {
     for (std::int32_t i = 1; i <= combination.pair_count; ++i) {
         const std::int32_t second = combination.second_nodes[i];
-        if (second < 1 || second > MAXNP || side.second_node_in_use[second] != 1)
-            FAIL(combination.list_place +
+        if (second < 1 || second > HIGHEST_NODE_NUMBER || side.second_node_in_use[second] != 1)
+            fail(combination.list_place +
                  ": Card 2.3: expected node numbers of the mesh of Card 2.1-1 in the first list, found " +
                  std::to_string(second));
-        if (combination.first_nodes[i] < 1 || combination.first_nodes[i] > MAXNP)
-            FAIL(combination.list_place + ": Card 2.3: expected node numbers from 1 to " + std::to_string(MAXNP) +
-                 " in the second list, found " + std::to_string(combination.first_nodes[i]));
+        if (combination.first_nodes[i] < 1 || combination.first_nodes[i] > HIGHEST_NODE_NUMBER)
+            fail(combination.list_place + ": Card 2.3: expected node numbers from 1 to " +
+                 std::to_string(HIGHEST_NODE_NUMBER) + " in the second list, found " +
+                 std::to_string(combination.first_nodes[i]));
         if (mesh.node_in_use[combination.first_nodes[i]] == 1)
             mesh.new_number[combination.first_nodes[i]] = -second;
     }
 }
 
-void MATCHNEAREST(const Combination& combination, Mesh& mesh, const SideTables& side, float DMIN) {
-    const float TOL = 0.5F * DMIN;
+void match_nearest_nodes(const Combination& combination, Mesh& mesh, const SideTables& side, float spacing) {
+    const float reach = 0.5F * spacing;
     const std::vector<NumberedPoint> candidates = second_nodes(combination, mesh, side);
-    NodeGrid grid(TOL, candidates.size());
+    NodeGrid grid(reach, candidates.size());
     for (const NumberedPoint& node : candidates)
         grid.add(node);
     for (const NumberedPoint& node : first_nodes(combination, mesh, side))
@@ -195,8 +203,8 @@ void MATCHNEAREST(const Combination& combination, Mesh& mesh, const SideTables& 
             mesh.new_number[node.number] = -match;
 }
 
-void MERGENODES(const Combination& combination, Mesh& mesh, SideTables& side) {
-    std::int32_t NEXT = combination.second.nodes.highest + 1;
+void merge_nodes(const Combination& combination, Mesh& mesh, SideTables& side) {
+    std::int32_t next = combination.second.nodes.highest + 1;
     for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n) {
         if (mesh.node_in_use[n] != 1)
             continue;
@@ -205,61 +213,62 @@ void MERGENODES(const Combination& combination, Mesh& mesh, SideTables& side) {
                 copy_first_node(mesh, side, n, -mesh.new_number[n]);
             continue;
         }
-        if (NEXT > MAXNP)
-            FAIL(combination.first.name + ": expected node numbers of at most " + std::to_string(MAXNP) +
-                 ", but its nodes go on behind the highest of " + combination.second.name + ", " +
-                 std::to_string(combination.second.nodes.highest));
-        copy_first_node(mesh, side, n, NEXT);
-        mesh.new_number[n] = NEXT;
-        mesh.node_used[NEXT] = NEXT;
-        ++NEXT;
+        if (next > HIGHEST_NODE_NUMBER)
+            fail(combination.first.name + ": expected node numbers of at most " +
+                 std::to_string(HIGHEST_NODE_NUMBER) + ", but its nodes go on behind the highest of " +
+                 combination.second.name + ", " + std::to_string(combination.second.nodes.highest));
+        copy_first_node(mesh, side, n, next);
+        mesh.new_number[n] = next;
+        mesh.node_used[next] = next;
+        ++next;
     }
     for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n)
         mesh.new_number[n] = std::abs(mesh.new_number[n]);
 }
 
-void RENUMBERFIRST(const Combination& combination, Mesh& mesh) {
+void renumber_first_elements(const Combination& combination, Mesh& mesh) {
     const bool midside = kind_row(mesh.kind).element_words == 8;
     for (std::int32_t n = combination.first.elements.lowest; n <= combination.first.elements.highest; ++n) {
         if (mesh.type_in_use[n] < 0)
             continue;
         ElementWords& w = mesh.words[n];
-        for (std::int32_t* word : {&w.I1, &w.I2, &w.I3, &w.I4})
+        for (std::int32_t* word : {&w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4})
             if (*word > 0)
                 *word = mesh.new_number[*word];
         if (!midside)
             continue;
-        for (std::int32_t* word : {&w.M5, &w.M6, &w.M7, &w.M8})
+        for (std::int32_t* word : {&w.midside_5, &w.midside_6, &w.midside_7, &w.midside_8})
             if (*word > 0)
                 *word = mesh.new_number[*word];
     }
 }
 
-void COUNTCOMBINED(const Mesh& mesh, const SideTables& side, ResultMesh& result) {
-    for (std::int32_t n = 1; n <= MAXNP; ++n) {
+void count_combined(const Mesh& mesh, const SideTables& side, ResultMesh& result) {
+    for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n) {
         if (mesh.node_used[n] <= 0)
             continue;
-        ++result.counts.NUMNP;
+        ++result.counts.nodes;
         result.nodes.include(n);
     }
-    for (std::int32_t n = 1; n <= MAXEL; ++n) {
+    for (std::int32_t n = 1; n <= HIGHEST_ELEMENT_NUMBER; ++n) {
         const std::int8_t type = combined_type(mesh, side, n);
-        if (type < EL_CONTINUUM)
+        if (type < ELEMENT_CONTINUUM)
             continue;
         result.elements.include(n);
-        ++(type == EL_CONTINUUM ? result.counts.NCONT
-           : type == EL_BEAM    ? result.counts.NBEAM
-                                : result.counts.NTRUS);
+        ++(type == ELEMENT_CONTINUUM ? result.counts.continuum_elements
+           : type == ELEMENT_BEAM    ? result.counts.beams
+                                     : result.counts.trusses);
     }
 }
 
-void WRITECOMBINEDNODES(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result) {
+void write_combined_nodes(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result) {
     for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n)
         if (mesh.node_used[n] > 0)
             write_node_record(mesh.kind, mesh_file, load_node(mesh, n));
 }
 
-void WRITECOMBINEDELEMENTS(const Mesh& mesh, const SideTables& side, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
+void write_combined_elements(const Mesh& mesh, const SideTables& side, Channel& mesh_file,
+                             const ResultMesh& result, std::int8_t type) {
     write_section_heading(mesh.kind, mesh_file, type);
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
         if (mesh.type_in_use[n] == type || side.second_type_in_use[n] == type)

@@ -17,7 +17,7 @@ struct Region {
     StrippedMesh stripped;
     MeshCounts counts;
     NumberRange nodes;
-    NumberRange old_elements[3];  // by type from EL_CONTINUUM, as the file has them
+    NumberRange old_elements[3];  // by type from ELEMENT_CONTINUUM, as the file has them
     std::int32_t start[3] = {};   // first new number, by type
     NumberRange elements;         // new numbers of all types
 };
@@ -26,8 +26,8 @@ struct Combination {
     Region first, second;
     std::int32_t interface_rule = 0;  // INTERFACE: 0 coincident nodes are found; 1 the pairs are listed
     std::int32_t pair_count = 0;      // NINT
-    Table<std::int32_t, MAXSEL, "the second-region list of Card 2.3"> second_nodes;
-    Table<std::int32_t, MAXSEL, "the first-region list of Card 2.3"> first_nodes;
+    Table<std::int32_t, MOST_LIST_NUMBERS, "the second-region list of Card 2.3"> second_nodes;
+    Table<std::int32_t, MOST_LIST_NUMBERS, "the first-region list of Card 2.3"> first_nodes;
     std::string list_place;         // file and line of the lists, for messages
     bool keeps_first_data = false;  // merged nodes take the data of the first region (IMOD -1)
 };

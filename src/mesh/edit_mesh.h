@@ -10,9 +10,11 @@
 namespace brelan {
 
 // Reads and edits the nodes; the channel stands at the first node record and is left behind the last.
-void EDITNODES(const EditCards& edit, const EditSource& source, Mesh& mesh, const Selection& selection, Channel& mesh_file);
+void edit_nodes(const EditCards& edit, const EditSource& source, Mesh& mesh, const Selection& selection,
+                Channel& mesh_file);
 
 // Reads and edits the elements of one type, headings included.
-void EDITELEMENTS(EditCards& edit, EditSource& source, Mesh& mesh, const Selection& selection, Channel& mesh_file, std::int8_t type);
+void edit_elements(EditCards& edit, EditSource& source, Mesh& mesh, const Selection& selection,
+                   Channel& mesh_file, std::int8_t type);
 
 }  // namespace brelan

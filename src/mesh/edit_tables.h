@@ -11,52 +11,54 @@
 namespace brelan {
 
 // Longest list of a selection card.
-inline constexpr std::int32_t MAXSEL = 500;
+inline constexpr std::int32_t MOST_LIST_NUMBERS = 500;
 
 // A row of IEDIT 6. -10 leaves a field as it is.
 struct RebuildRow {
-    std::int32_t MATold = 0;
-    std::int32_t NS[4] = {};  // corner sources: positions 1 to 4 in the element's own corners
-    std::int32_t MATNEW = 0;
-    std::int32_t KS = 0, KF = 0, IDH = 0;  // by kind
-    float THIC = 0.0F, DEN = 0.0F;
+    std::int32_t old_material = 0;
+    std::int32_t corner_source[4] = {};  // corner sources: positions 1 to 4 in the element's own corners
+    std::int32_t new_material = 0;
+    std::int32_t skeleton = 0, fluid = 0, attribute = 0;  // by kind
+    float thickness = 0.0F, density = 0.0F;
 };
 
 struct EditCards {
     std::string start_place, list_place;  // file and line of Card 3.2 and of the list, for messages
 
-    std::int32_t NSNEL = 1, NSNODE = 1, NSBEAM = 0, NSTRUS = 0;  // first new numbers
-    std::int32_t IEDIT = 0;
-    std::int32_t MATX1 = 0, MATX2 = 0, MATX3 = 0, MATXB = 0,
-                 MATXT = 0;  // materials that a selection never touches
+    std::int32_t first_element = 1, first_node = 1, first_beam = 0, first_truss = 0;  // first new numbers
+    std::int32_t operation = 0;
+    std::int32_t excluded_material_1 = 0, excluded_material_2 = 0, excluded_material_3 = 0,
+                 excluded_beam_material = 0,
+                 excluded_truss_material = 0;  // materials that a selection never touches
 
-    float XO = 0.0F, YO = 0.0F, XN = 0.0F, YN = 0.0F;  // IEDIT 0: x = (x - XO) * SCX + XN
-    float SCX = 1.0F, SCY = 1.0F;
+    float old_x = 0.0F, old_y = 0.0F, new_x = 0.0F, new_y = 0.0F;  // IEDIT 0: x = (x - XO) * SCX + XN
+    float scale_x = 1.0F, scale_y = 1.0F;
 
-    std::int32_t ILOC = 0;  // IEDIT 1 to 3: how the selection is made
-    float XMIN = 0.0F, YMIN = 0.0F, XMAX = 0.0F, YMAX = 0.0F;
-    std::int32_t NSEL = 0;
-    Table<std::int32_t, MAXSEL, "the list of a selection card"> LIST;
-    std::int32_t ISIDE = 0;
-    NodeCodes IDNEW{};                             // IEDIT 1
-    std::int32_t MATNC = 0, MATNB = 0, MATNT = 0;  // IEDIT 3
+    std::int32_t selection_mode = 0;  // IEDIT 1 to 3: how the selection is made
+    float window_left = 0.0F, window_bottom = 0.0F, window_right = 0.0F, window_top = 0.0F;
+    std::int32_t list_count = 0;
+    Table<std::int32_t, MOST_LIST_NUMBERS, "the list of a selection card"> list;
+    std::int32_t side = 0;
+    NodeCodes new_codes{};                                                                   // IEDIT 1
+    std::int32_t new_continuum_material = 0, new_beam_material = 0, new_truss_material = 0;  // IEDIT 3
 
-    std::int32_t MODEL = 0;    // IEDIT 5: the slope template
-    std::int32_t MATNO_T = 0;  // material of its elements
-    float rHw = 0.0F;          // water level as a share of the slope
-    float Hi = 0.0F;           // head or temperature of its nodes
-    float X1 = 0.0F, Y1 = 0.0F, X2 = 0.0F, Y2 = 0.0F, X3 = 0.0F, Y3 = 0.0F;  // crest, toe, foot
+    std::int32_t slope_code = 0;         // IEDIT 5: the slope template
+    std::int32_t template_material = 0;  // material of its elements
+    float water_share = 0.0F;            // water level as a share of the slope
+    float initial_head = 0.0F;           // head or temperature of its nodes
+    float crest_x = 0.0F, crest_y = 0.0F, toe_x = 0.0F, toe_y = 0.0F, foot_x = 0.0F,
+          foot_y = 0.0F;  // crest, toe, foot
     std::string triangle_place;
 
-    std::int32_t NEDC = 0, NEDB = 0, NEDT = 0;  // IEDIT 6
-    Table<RebuildRow, MAXEDLIST, "the rows of Card 3.6.1-1"> EDC;
-    Table<RebuildRow, MAXEDLIST, "the rows of Card 3.6.2-1"> EDB;
-    Table<RebuildRow, MAXEDLIST, "the rows of Card 3.6.3-1"> EDT;
+    std::int32_t continuum_row_count = 0, beam_row_count = 0, truss_row_count = 0;  // IEDIT 6
+    Table<RebuildRow, MOST_REBUILD_ROWS, "the rows of Card 3.6.1-1"> continuum_rows;
+    Table<RebuildRow, MOST_REBUILD_ROWS, "the rows of Card 3.6.2-1"> beam_rows;
+    Table<RebuildRow, MOST_REBUILD_ROWS, "the rows of Card 3.6.3-1"> truss_rows;
 };
 
 // Lowest and highest number seen.
 struct NumberRange {
-    std::int32_t lowest = NOMIN, highest = 0;
+    std::int32_t lowest = NO_LOWEST_NUMBER, highest = 0;
 
     void include(std::int32_t number) {
         lowest = number < lowest ? number : lowest;
@@ -69,7 +71,7 @@ struct EditSource {
     StrippedMesh stripped;
     MeshCounts counts;
     NumberRange nodes;
-    NumberRange elements[3];           // by type from EL_CONTINUUM
+    NumberRange elements[3];           // by type from ELEMENT_CONTINUUM
     std::int32_t first_continuum = 0;  // IEDIT 5: new number of the first continuum record, 0 for none
 };
 

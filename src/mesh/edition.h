@@ -5,8 +5,8 @@
 
 namespace brelan {
 
-// The kind of solver. It decides the record layout of nodes and elements throughout; switches over it take the
-// kinds in this order.
+// The kind of solver. It decides the record layout of nodes and elements throughout; switches over it take
+// the kinds in this order.
 enum class LayoutKind {
     coupled,       // skeleton and fluid: editions 2, 3, 4, 11, 12
     temperature,   // editions 5, 6

@@ -13,7 +13,7 @@ namespace brelan {
 struct KindRow {
     LayoutKind kind;
     int node_codes;                  // words of IDN in use
-    int element_words;               // words of IEL that name nodes: with or without midside nodes
+    int element_words;               // words of an element that name nodes: with or without midside nodes
     std::int32_t short_node_record;  // values on a node record without IEX and IEY; 0 where there are none
     std::string_view node_heading;
     std::string_view continuum_heading;

@@ -24,13 +24,13 @@ struct LineUp {
 
 // Reads LINEUP from "LineUp.dat" in the working directory, 0 when there is none. A value above 0 works once:
 // the file then holds 0.
-void READLINEUP(Channels& channels, LineUp& line_up);
+void read_line_up(Channels& channels, LineUp& line_up);
 
-// Looks for the trusses that the line-up moves: fills LNP, and the first move list with the nodes that a
+// Looks for the trusses that the line-up moves: fills its nodes, and the first move list with the nodes that a
 // slide would pass. All comparisons go by the coordinates before the line-up.
-void SEARCHLINEUP(Mesh& mesh, MoveLists& moves, LineUp& line_up);
+void search_line_up(Mesh& mesh, MoveLists& moves, LineUp& line_up);
 
-// Moves the nodes of LNP.
-void APPLYLINEUP(Mesh& mesh, const LineUp& line_up);
+// Moves the nodes that the search has found.
+void apply_line_up(Mesh& mesh, const LineUp& line_up);
 
 }  // namespace brelan

@@ -11,38 +11,38 @@ namespace brelan {
 
 // The counts line of a mesh file.
 struct MeshCounts {
-    std::int32_t NUMNP = 0, NCONT = 0, NBEAM = 0, NTRUS = 0;
+    std::int32_t nodes = 0, continuum_elements = 0, beams = 0, trusses = 0;
 
-    // The count of the section of an element type (EL_CONTINUUM, EL_BEAM, EL_TRUSS).
+    // The count of the section of an element type (ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS).
     std::int32_t of(std::int8_t type) const {
-        return type == EL_CONTINUUM ? NCONT : type == EL_BEAM ? NBEAM : NTRUS;
+        return type == ELEMENT_CONTINUUM ? continuum_elements : type == ELEMENT_BEAM ? beams : trusses;
     }
 };
 
 struct NodeRecord {
-    std::int32_t NODE = 0;
-    NodeCodes ID{};
-    float XC = 0.0F, YC = 0.0F;
-    float H = 0.0F, CF = 0.0F;  // temperature and head kinds
+    std::int32_t number = 0;
+    NodeCodes codes{};
+    float x = 0.0F, y = 0.0F;
+    float head = 0.0F, coefficient = 0.0F;  // temperature and head kinds
 };
 
 struct ElementRecord {
-    std::int32_t NEL = 0;
+    std::int32_t number = 0;
     ElementWords words;
-    std::int32_t KS = 0, KF = 0, INTR = 0, INTS = 0;  // coupled kind
-    float TBJWL = 0.0F;
-    float THIC = 0.0F, DEN = 0.0F;  // displacement kind
-    std::int32_t IDH = 0;           // temperature and head kinds
+    std::int32_t skeleton = 0, fluid = 0, integration_r = 0, integration_s = 0;  // coupled kind
+    float real_attribute = 0.0F;
+    float thickness = 0.0F, density = 0.0F;  // displacement kind
+    std::int32_t attribute = 0;              // temperature and head kinds
 };
 
 // What the stripper found out about a mesh file, for the reader of its working copy.
 struct StrippedMesh {
-    std::int32_t NFIELDS = 0;  // values on the first node record
-    // Heading lines in front of the sections' records, by type from EL_CONTINUUM: two of their own, and two
-    // more for each section before them that lost all its records.
+    std::int32_t field_count = 0;  // values on the first node record
+    // Heading lines in front of the sections' records, by type from ELEMENT_CONTINUUM: two of their own, and
+    // two more for each section before them that lost all its records.
     std::int32_t heading_lines[3] = {2, 2, 2};
 
-    std::int32_t headings_of(std::int8_t type) const { return heading_lines[type - EL_CONTINUUM]; }
+    std::int32_t headings_of(std::int8_t type) const { return heading_lines[type - ELEMENT_CONTINUUM]; }
 };
 
 // --- reading: free-field, one record each; what follows the last field on its line is ignored ----
@@ -51,8 +51,8 @@ struct StrippedMesh {
 // Reads the counts. Ends the run at a count below 0 or above the tables' size.
 MeshCounts read_mesh_counts(Channel& mesh_file);
 
-// NFIELDS tells whether the file has IEX and IEY, which are passed over.
-NodeRecord read_node_record(LayoutKind kind, Channel& mesh_file, std::int32_t NFIELDS);
+// field_count tells whether the file has IEX and IEY, which are passed over.
+NodeRecord read_node_record(LayoutKind kind, Channel& mesh_file, std::int32_t field_count);
 
 // Reads an element of a type; beams and trusses become I1 = I4 = I, I2 = I3 = J with the attributes that a
 // two-node element has in memory.
@@ -76,7 +76,8 @@ void write_section_heading(LayoutKind kind, Channel& mesh_file, std::int8_t type
 void write_node_record(LayoutKind kind, Channel& mesh_file, const NodeRecord& node);
 
 // Writes the record with its fields as they are.
-void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type, const ElementRecord& element);
+void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type,
+                          const ElementRecord& element);
 
 // --- between records and tables ------------------------------------------------------------------
 

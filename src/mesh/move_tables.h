@@ -8,7 +8,7 @@
 
 namespace brelan {
 
-inline constexpr std::int32_t MAXMOVE = MAXNP;  // pairs of a move list
+inline constexpr std::int32_t MOST_MOVES = HIGHEST_NODE_NUMBER;  // pairs of a move list
 
 // A node that goes a fraction of the way to another; with 1.0 it merges with it.
 struct NodeMove {
@@ -20,13 +20,13 @@ struct NodeMove {
 // positions among the used nodes. The short-element collapse is from the defaults file too.
 struct MoveLists {
     std::int32_t first_count = 0, second_count = 0;
-    Table<NodeMove, MAXMOVE, "the move list"> first;
-    Table<NodeMove, MAXMOVE, "the second move list"> second;
+    Table<NodeMove, MOST_MOVES, "the move list"> first;
+    Table<NodeMove, MOST_MOVES, "the second move list"> second;
 
     // IDCOL: 0 off; 1 beams and trusses, 2 beams, 3 trusses; 4 to 6 of the materials below
     std::int32_t collapse_mode = 0;
-    float collapse_factor = 0.0F;         // FCOL: on the mean length
-    std::int32_t beam_materials[3] = {};  // of modes 4 and 6
+    float collapse_factor = 0.0F;          // FCOL: on the mean length
+    std::int32_t beam_materials[3] = {};   // of modes 4 and 6
     std::int32_t truss_materials[3] = {};  // of modes 5 and 6
 };
 

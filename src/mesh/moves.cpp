@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan {
 
@@ -46,20 +46,20 @@ private:
 };
 
 void replace_in_elements(Mesh& mesh, GroupListing& listing, const ReplacementList& orders) {
-    const std::int32_t ELAST = last_element(mesh);
-    for (std::int32_t n = 1; n <= ELAST; ++n) {
-        if (mesh.type[n] == EL_DELETED)
+    const std::int32_t last = last_element(mesh);
+    for (std::int32_t n = 1; n <= last; ++n) {
+        if (mesh.type[n] == ELEMENT_DELETED)
             continue;
         ElementWords& w = mesh.words[n];
-        int made = orders.apply(w.I1) + orders.apply(w.I2);
-        if (mesh.type[n] == EL_CONTINUUM) {
-            made += orders.apply(w.I3) + orders.apply(w.I4);
+        int made = orders.apply(w.corner_1) + orders.apply(w.corner_2);
+        if (mesh.type[n] == ELEMENT_CONTINUUM) {
+            made += orders.apply(w.corner_3) + orders.apply(w.corner_4);
         } else {
-            w.I4 = w.I1;
-            w.I3 = w.I2;
+            w.corner_4 = w.corner_1;
+            w.corner_3 = w.corner_2;
         }
         if (made > 0)
-            DEGENERATE(mesh, n);
+            reduce_element(mesh, n);
     }
     // The lines of the groups name their nodes for the outputs.
     for (std::int32_t i = 1; i <= listing.count; ++i)
@@ -72,10 +72,10 @@ bool is_listed(std::int32_t material, std::span<const std::int32_t> materials) {
 }
 
 bool is_considered(const Mesh& mesh, const MoveLists& moves, std::int32_t n) {
-    const bool beam = mesh.type[n] == EL_BEAM;
-    const bool truss = mesh.type[n] == EL_TRUSS;
-    const bool listed_beam = beam && is_listed(mesh.words[n].MATNO, moves.beam_materials);
-    const bool listed_truss = truss && is_listed(mesh.words[n].MATNO, moves.truss_materials);
+    const bool beam = mesh.type[n] == ELEMENT_BEAM;
+    const bool truss = mesh.type[n] == ELEMENT_TRUSS;
+    const bool listed_beam = beam && is_listed(mesh.words[n].material, moves.beam_materials);
+    const bool listed_truss = truss && is_listed(mesh.words[n].material, moves.truss_materials);
     switch (moves.collapse_mode) {
         case 1:
             return beam || truss;
@@ -96,23 +96,23 @@ bool is_considered(const Mesh& mesh, const MoveLists& moves, std::int32_t n) {
 
 float length_of(const Mesh& mesh, std::int32_t n) {
     const ElementWords& w = mesh.words[n];
-    return DIST2D(mesh.x[w.I1], mesh.y[w.I1], mesh.x[w.I2], mesh.y[w.I2]);
+    return distance_between(mesh.x[w.corner_1], mesh.y[w.corner_1], mesh.x[w.corner_2], mesh.y[w.corner_2]);
 }
 
-// The k-th used node stands at NMAP(k). Returns their count.
+// The k-th used node stands at new_node_number(k). Returns their count.
 std::int32_t refresh_ordinals(Mesh& mesh) {
     mesh.node_used.fill(0);
-    const std::int32_t ELAST = last_element(mesh);
-    for (std::int32_t n = 1; n <= ELAST; ++n) {
-        if (mesh.type[n] == EL_DELETED)
+    const std::int32_t last = last_element(mesh);
+    for (std::int32_t n = 1; n <= last; ++n) {
+        if (mesh.type[n] == ELEMENT_DELETED)
             continue;
         const ElementWords& w = mesh.words[n];
-        for (const std::int32_t corner : {w.I1, w.I2, w.I3, w.I4})
+        for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
             if (corner > 0)
                 mesh.node_used[corner] = corner;
     }
     std::int32_t count = 0;
-    for (std::int32_t n = 1; n <= MAXNP; ++n)
+    for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n)
         if (mesh.node_used[n] != 0)
             mesh.new_number[++count] = n;
     return count;
@@ -120,7 +120,7 @@ std::int32_t refresh_ordinals(Mesh& mesh) {
 
 std::int32_t node_at(const Mesh& mesh, std::int32_t ordinal, std::int32_t count) {
     if (ordinal < 1 || ordinal > count)
-        FAIL("second move list: expected the position of a node from 1 to " + std::to_string(count) +
+        fail("second move list: expected the position of a node from 1 to " + std::to_string(count) +
              ", found " + std::to_string(ordinal));
     return mesh.new_number[ordinal];
 }
@@ -141,77 +141,77 @@ void apply_moves(Mesh& mesh, GroupListing& listing, const std::vector<NodeMove>&
 }  // namespace
 
 std::int32_t last_element(const Mesh& mesh) {
-    std::int32_t n = MAXEL;
-    while (n > 0 && mesh.type[n] == EL_DELETED)
+    std::int32_t n = HIGHEST_ELEMENT_NUMBER;
+    while (n > 0 && mesh.type[n] == ELEMENT_DELETED)
         --n;
     return n;
 }
 
-void DEGENERATE(Mesh& mesh, std::int32_t element) {
+void reduce_element(Mesh& mesh, std::int32_t element) {
     ElementWords& w = mesh.words[element];
     std::int32_t& type = mesh.type[element];
-    if (type != EL_CONTINUUM) {
-        if (w.I1 == w.I2)
-            type = EL_DELETED;
+    if (type != ELEMENT_CONTINUUM) {
+        if (w.corner_1 == w.corner_2)
+            type = ELEMENT_DELETED;
         return;
     }
-    if (w.I4 < 1) {
-        if (w.I1 == w.I2 || w.I2 == w.I3 || w.I1 == w.I3)
-            type = EL_DELETED;
+    if (w.corner_4 < 1) {
+        if (w.corner_1 == w.corner_2 || w.corner_2 == w.corner_3 || w.corner_1 == w.corner_3)
+            type = ELEMENT_DELETED;
         return;
     }
     // The three corners that are left; two of them in one leave nothing.
-    const auto becomes = [&](std::int32_t i1, std::int32_t i2, std::int32_t i3, bool nothing_left) {
+    const auto becomes = [&](std::int32_t first, std::int32_t second, std::int32_t third, bool nothing_left) {
         if (nothing_left) {
-            type = EL_DELETED;
+            type = ELEMENT_DELETED;
             return;
         }
-        w.I1 = i1;
-        w.I2 = i2;
-        w.I3 = i3;
-        w.I4 = 0;
+        w.corner_1 = first;
+        w.corner_2 = second;
+        w.corner_3 = third;
+        w.corner_4 = 0;
     };
-    if (w.I1 == w.I2)
-        becomes(w.I1, w.I3, w.I4, w.I3 == w.I4);
-    else if (w.I1 == w.I3)
-        type = EL_DELETED;
-    else if (w.I1 == w.I4)
-        becomes(w.I1, w.I2, w.I3, w.I2 == w.I3);
-    else if (w.I2 == w.I3)
-        becomes(w.I1, w.I2, w.I4, w.I1 == w.I4);
-    else if (w.I2 == w.I4)
-        type = EL_DELETED;
-    else if (w.I3 == w.I4)
-        becomes(w.I1, w.I2, w.I3, w.I1 == w.I2);
+    if (w.corner_1 == w.corner_2)
+        becomes(w.corner_1, w.corner_3, w.corner_4, w.corner_3 == w.corner_4);
+    else if (w.corner_1 == w.corner_3)
+        type = ELEMENT_DELETED;
+    else if (w.corner_1 == w.corner_4)
+        becomes(w.corner_1, w.corner_2, w.corner_3, w.corner_2 == w.corner_3);
+    else if (w.corner_2 == w.corner_3)
+        becomes(w.corner_1, w.corner_2, w.corner_4, w.corner_1 == w.corner_4);
+    else if (w.corner_2 == w.corner_4)
+        type = ELEMENT_DELETED;
+    else if (w.corner_3 == w.corner_4)
+        becomes(w.corner_1, w.corner_2, w.corner_3, w.corner_1 == w.corner_2);
 }
 
-void COLLAPSE(Mesh& mesh, GroupListing& listing, MoveLists& moves) {
+void collapse_short_elements(Mesh& mesh, GroupListing& listing, MoveLists& moves) {
     constexpr float longer_than_any = 1.0E31F;
-    const std::int32_t ELAST = last_element(mesh);
+    const std::int32_t last = last_element(mesh);
     float sum = 0.0F;
-    float LMIN = longer_than_any;
+    float shortest = longer_than_any;
     std::int32_t count = 0;
-    for (std::int32_t n = 1; n <= ELAST; ++n) {
+    for (std::int32_t n = 1; n <= last; ++n) {
         if (!is_considered(mesh, moves, n))
             continue;
         const float length = length_of(mesh, n);
         sum = sum + length;
         ++count;
-        LMIN = std::min(LMIN, length);
+        shortest = std::min(shortest, length);
     }
-    const float LCUT = count > 0 ? (sum / static_cast<float>(count)) * moves.collapse_factor : 0.0F;
-    if (count == 0 || LMIN > LCUT) {
+    const float limit = count > 0 ? (sum / static_cast<float>(count)) * moves.collapse_factor : 0.0F;
+    if (count == 0 || shortest > limit) {
         moves.collapse_mode = 0;
         return;
     }
     std::vector<Replacement> orders;
-    for (std::int32_t n = 1; n <= ELAST; ++n)
-        if (is_considered(mesh, moves, n) && length_of(mesh, n) <= LCUT)
-            orders.push_back({mesh.words[n].I2, mesh.words[n].I1});
+    for (std::int32_t n = 1; n <= last; ++n)
+        if (is_considered(mesh, moves, n) && length_of(mesh, n) <= limit)
+            orders.push_back({mesh.words[n].corner_2, mesh.words[n].corner_1});
     replace_in_elements(mesh, listing, ReplacementList(std::move(orders)));
 }
 
-void MOVENODES(Mesh& mesh, GroupListing& listing, const MoveLists& moves) {
+void move_nodes(Mesh& mesh, GroupListing& listing, const MoveLists& moves) {
     std::vector<NodeMove> orders;
     if (moves.first_count > 0) {
         for (std::int32_t k = 1; k <= moves.first_count; ++k)
@@ -220,8 +220,8 @@ void MOVENODES(Mesh& mesh, GroupListing& listing, const MoveLists& moves) {
     } else if (moves.second_count > 0) {
         const std::int32_t count = refresh_ordinals(mesh);
         for (std::int32_t k = 1; k <= moves.second_count; ++k)
-            orders.push_back(
-                {node_at(mesh, moves.second[k].moved, count), node_at(mesh, moves.second[k].target, count), moves.second[k].fraction});
+            orders.push_back({node_at(mesh, moves.second[k].moved, count),
+                              node_at(mesh, moves.second[k].target, count), moves.second[k].fraction});
     } else {
         return;
     }

@@ -3,26 +3,26 @@
 
 #include <cstdint>
 
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/move_tables.h"
 #include "mesh/tables.h"
 
 namespace brelan {
 
-// The highest number with ETYPE not 0; 0 for none.
+// The highest number with element_type not 0; 0 for none.
 std::int32_t last_element(const Mesh& mesh);
 
 // Merges the two nodes of every beam and truss that IDCOL considers and that is at most FCOL times their mean
 // length long: wherever the second node stands in an element, the first takes its place. Nothing changes, and
 // IDCOL becomes 0, when none is so short. Coordinates do not move.
-void COLLAPSE(Mesh& mesh, GroupListing& listing, MoveLists& moves);
+void collapse_short_elements(Mesh& mesh, GroupListing& listing, MoveLists& moves);
 
 // Applies the move lists: the first where it has pairs, else the second. Moves coordinates pair by pair, then
 // merges the nodes of pairs with a fraction of exactly 1.0 in all elements.
-void MOVENODES(Mesh& mesh, GroupListing& listing, const MoveLists& moves);
+void move_nodes(Mesh& mesh, GroupListing& listing, const MoveLists& moves);
 
-// What has become of an element whose corners were replaced: an element that lost its extent gets ETYPE 0, a
-// quadrilateral with two neighbouring corners in one becomes a triangle.
-void DEGENERATE(Mesh& mesh, std::int32_t element);
+// What has become of an element whose corners were replaced: an element that lost its extent gets
+// element_type 0, a quadrilateral with two neighbouring corners in one becomes a triangle.
+void reduce_element(Mesh& mesh, std::int32_t element);
 
 }  // namespace brelan

@@ -64,7 +64,7 @@ std::int32_t NodeGrid::highest_within_reach(float x, float y) const {
                 const NumberedPoint& p = points_[static_cast<std::size_t>(i)];
                 if (p.number <= highest)
                     break;
-                if (DIST2D(p.x, p.y, x, y) <= reach_) {
+                if (distance_between(p.x, p.y, x, y) <= reach_) {
                     highest = p.number;
                     break;
                 }
@@ -103,7 +103,7 @@ private:
         const double dx = static_cast<double>(b.x) - static_cast<double>(a.x);
         const double dy = static_cast<double>(b.y) - static_cast<double>(a.y);
         nearest_ = std::min(nearest_, std::sqrt(dx * dx + dy * dy));
-        found_ = std::min(found_, DIST2D(a.x, a.y, b.x, b.y));
+        found_ = std::min(found_, distance_between(a.x, a.y, b.x, b.y));
     }
 
     static bool lower(const NumberedPoint& a, const NumberedPoint& b) { return a.y < b.y; }
@@ -151,7 +151,7 @@ private:
 
 }  // namespace
 
-float SMALLESTDISTANCE(std::span<const NumberedPoint> points, float start) {
+float smallest_distance(std::span<const NumberedPoint> points, float start) {
     return ClosestPair(points, start).found();
 }
 

@@ -23,8 +23,8 @@ public:
     // Points are added in ascending number.
     void add(const NumberedPoint& point);
 
-    // The highest number among the points added so far whose distance (DIST2D) is at most the reach; 0 for
-    // none.
+    // The highest number among the points added so far whose distance (distance_between) is at most the
+    // reach; 0 for none.
     std::int32_t highest_within_reach(float x, float y) const;
 
 private:
@@ -44,7 +44,7 @@ private:
     std::vector<std::int32_t> older_;   // by point: index of the one added before it in its bucket
 };
 
-// The smallest DIST2D over all pairs of points, or `start` when no pair is nearer than that.
-float SMALLESTDISTANCE(std::span<const NumberedPoint> points, float start);
+// The smallest distance_between over all pairs of points, or `start` when no pair is nearer than that.
+float smallest_distance(std::span<const NumberedPoint> points, float start);
 
 }  // namespace brelan

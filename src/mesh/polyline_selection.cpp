@@ -61,10 +61,11 @@ bool on_segment(const Segment& s, float x, float y, float& position) {
 
 }  // namespace
 
-std::vector<std::int32_t> SELECTPOLYLINE(const NodePlaces& places, Selection& selection, std::span<const std::int32_t> points) {
+std::vector<std::int32_t> select_polyline(const NodePlaces& places, Selection& selection,
+                                          std::span<const std::int32_t> points) {
     const std::vector<Segment> segments = segments_through(places, points);
     std::vector<std::vector<Claim>> claims(segments.size());
-    for (std::int32_t n = 1; n <= MAXNP; ++n) {
+    for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n) {
         if (places.given[n] == 0)
             continue;
         for (std::size_t k = 0; k < segments.size(); ++k) {

@@ -11,13 +11,14 @@ namespace brelan {
 
 // Where the nodes of a mesh lie, by number. A number that no node has lies at (0, 0).
 struct NodePlaces {
-    Table<float, MAXNP, "XC1"> x;
-    Table<float, MAXNP, "YC1"> y;
-    Table<std::int8_t, MAXNP, "NACT1"> given;
+    Table<float, HIGHEST_NODE_NUMBER, "XC1"> x;
+    Table<float, HIGHEST_NODE_NUMBER, "YC1"> y;
+    Table<std::int8_t, HIGHEST_NODE_NUMBER, "NACT1"> given;
 };
 
-// Selects each node that lies on the polyline through the listed nodes. Returns the selected nodes in the order of the polyline: segment by segment, along
-// each. A node belongs to the first segment that it lies on.
-std::vector<std::int32_t> SELECTPOLYLINE(const NodePlaces& places, Selection& selection, std::span<const std::int32_t> points);
+// Selects each node that lies on the polyline through the listed nodes. Returns the selected nodes in the
+// order of the polyline: segment by segment, along each. A node belongs to the first segment that it lies on.
+std::vector<std::int32_t> select_polyline(const NodePlaces& places, Selection& selection,
+                                          std::span<const std::int32_t> points);
 
 }  // namespace brelan

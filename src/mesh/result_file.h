@@ -9,30 +9,31 @@
 
 namespace brelan {
 
-// What the result holds: active nodes (NACT1) and elements by type (EACT1), with the ranges of their numbers.
+// What the result holds: active nodes (node_active) and elements by type (active_type), with the ranges of
+// their numbers.
 struct ResultMesh {
     MeshCounts counts;
     NumberRange nodes, elements;
 };
 
-void COUNTNODES(const Mesh& mesh, ResultMesh& result);
-void COUNTELEMENTS(const Mesh& mesh, ResultMesh& result);
+void count_nodes(const Mesh& mesh, ResultMesh& result);
+void count_elements(const Mesh& mesh, ResultMesh& result);
 
 // The records of the active nodes, in ascending number.
-void WRITENODES(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result);
+void write_result_nodes(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result);
 
 // The same with one value for every H.
-void WRITENODES(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result, float head);
+void write_result_nodes(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result, float head);
 
 // Headings and records of one type, in ascending number. A negative IDH is written as its absolute value less
 // 100: the solver knows codes of 100 and above by their sign only inside the package.
-void WRITEELEMENTS(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result, std::int8_t type);
+void write_result_elements(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result, std::int8_t type);
 
 // The two lines that close a file of the edit.
-void WRITECLOSING(Channel& mesh_file);
+void write_closing_lines(Channel& mesh_file);
 
 // Copies the lines of a mesh file, from its start and 320,000 at most, as 126 columns each. Rewinds the
 // source.
-void COPYRESULT(Channel& mesh_file, Channel& copy);
+void copy_result(Channel& mesh_file, Channel& copy);
 
 }  // namespace brelan

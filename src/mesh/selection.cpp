@@ -7,61 +7,63 @@ namespace brelan {
 namespace {
 
 std::span<const std::int32_t> listed(const EditCards& edit) {
-    return edit.NSEL > 0 ? std::span(&edit.LIST[1], static_cast<std::size_t>(edit.NSEL))
-                         : std::span<std::int32_t>{};
+    return edit.list_count > 0 ? std::span(&edit.list[1], static_cast<std::size_t>(edit.list_count))
+                               : std::span<std::int32_t>{};
 }
 
 // The window is open: a point on its edge is outside.
 bool in_window(const EditCards& edit, float x, float y) {
-    return edit.XMIN < x && x < edit.XMAX && edit.YMIN < y && y < edit.YMAX;
+    return edit.window_left < x && x < edit.window_right && edit.window_bottom < y && y < edit.window_top;
 }
 
 }  // namespace
 
-void PREPARESELECTION(const EditCards& edit, Selection& selection) {
-    if (edit.IEDIT < 1 || edit.IEDIT > 3)
+void prepare_selection(const EditCards& edit, Selection& selection) {
+    if (edit.operation < 1 || edit.operation > 3)
         return;
-    if (edit.IEDIT == 1 && edit.ILOC == 2)
+    if (edit.operation == 1 && edit.selection_mode == 2)
         for (const std::int32_t node : listed(edit))
-            if (node < 1 || node > MAXNP)
-                FAIL(edit.list_place + ": expected a polyline of node numbers from 1 to " +
-                     std::to_string(MAXNP) + ", found " + std::to_string(node));
-    if (edit.ILOC != 1)
+            if (node < 1 || node > HIGHEST_NODE_NUMBER)
+                fail(edit.list_place + ": expected a polyline of node numbers from 1 to " +
+                     std::to_string(HIGHEST_NODE_NUMBER) + ", found " + std::to_string(node));
+    if (edit.selection_mode != 1)
         return;
-    if (edit.IEDIT == 1)
-        EXPLIST(listed(edit), selection.nodes, edit.list_place);
+    if (edit.operation == 1)
+        expand_list(listed(edit), selection.nodes, edit.list_place);
     else
-        EXPLIST(listed(edit), selection.elements, edit.list_place);
+        expand_list(listed(edit), selection.elements, edit.list_place);
 }
 
 bool takes_side(const EditCards& edit, bool inside) {
-    return (edit.ISIDE == 0 && inside) || (edit.ISIDE == 1 && !inside);
+    return (edit.side == 0 && inside) || (edit.side == 1 && !inside);
 }
 
 bool node_inside(const EditCards& edit, const Selection& selection, std::int32_t number, float x, float y) {
-    if (edit.ILOC == 0)
+    if (edit.selection_mode == 0)
         return in_window(edit, x, y);
-    return (edit.ILOC == 1 || edit.ILOC == 2) && selection.nodes[number] == number;
+    return (edit.selection_mode == 1 || edit.selection_mode == 2) && selection.nodes[number] == number;
 }
 
-bool element_inside(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type, const ElementRecord& element) {
-    if (edit.ILOC == 1)
-        return selection.elements[element.NEL] == element.NEL;
-    if (edit.ILOC != 0)
+bool element_inside(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type,
+                    const ElementRecord& element) {
+    if (edit.selection_mode == 1)
+        return selection.elements[element.number] == element.number;
+    if (edit.selection_mode != 0)
         return false;
     const ElementWords& w = element.words;
-    if (type != EL_CONTINUUM)
-        return in_window(edit, (mesh.x[w.I1] + mesh.x[w.I2]) / 2.0F, (mesh.y[w.I1] + mesh.y[w.I2]) / 2.0F);
+    if (type != ELEMENT_CONTINUUM)
+        return in_window(edit, (mesh.x[w.corner_1] + mesh.x[w.corner_2]) / 2.0F,
+                         (mesh.y[w.corner_1] + mesh.y[w.corner_2]) / 2.0F);
     float x = 0.0F;
     float y = 0.0F;
-    for (const std::int32_t corner : {w.I1, w.I2, w.I3, w.I4}) {
+    for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4}) {
         if (corner > 0) {
             x = x + mesh.x[corner];
             y = y + mesh.y[corner];
         }
     }
     // A negative I4 is no corner, but the element counts as a quadrilateral.
-    const float corners = w.I4 == 0 ? 3.0F : 4.0F;
+    const float corners = w.corner_4 == 0 ? 3.0F : 4.0F;
     return in_window(edit, x / corners, y / corners);
 }
 

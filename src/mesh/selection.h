@@ -15,18 +15,18 @@ namespace brelan {
 // number before it plus 1 to m. Returns the settings made, repeats included. A 0 sets nothing. Ends the run
 // at a negative first entry and at a number that the table does not have, naming the list's place.
 template <class SelectionTable>
-std::int32_t EXPLIST(std::span<const std::int32_t> list, SelectionTable& table,
-                     const std::string& place = "number list") {
+std::int32_t expand_list(std::span<const std::int32_t> list, SelectionTable& table,
+                         const std::string& place = "number list") {
     constexpr std::int32_t last = SelectionTable::SIZE;
     std::int32_t settings = 0;
     std::int32_t previous = 0;
     bool first = true;
     for (const std::int32_t entry : list) {
         if (entry < -last || entry > last)
-            FAIL(place + ": expected a list of numbers of at most " + std::to_string(last) + ", found " +
+            fail(place + ": expected a list of numbers of at most " + std::to_string(last) + ", found " +
                  std::to_string(entry));
         if (first && entry < 0)
-            FAIL(place + ": expected a list whose first number is not negative, found " +
+            fail(place + ": expected a list whose first number is not negative, found " +
                  std::to_string(entry));
         first = false;
         for (std::int32_t n = entry < 0 ? previous + 1 : entry; n != 0 && n <= std::abs(entry); ++n) {
@@ -39,7 +39,7 @@ std::int32_t EXPLIST(std::span<const std::int32_t> list, SelectionTable& table,
 }
 
 // Makes the selection tables ready from the cards: the expanded list for ILOC 1.
-void PREPARESELECTION(const EditCards& edit, Selection& selection);
+void prepare_selection(const EditCards& edit, Selection& selection);
 
 // True when the selection takes what is inside (ISIDE 0) or outside (ISIDE 1); any other ISIDE takes nothing.
 bool takes_side(const EditCards& edit, bool inside);
@@ -48,7 +48,8 @@ bool takes_side(const EditCards& edit, bool inside);
 bool node_inside(const EditCards& edit, const Selection& selection, std::int32_t number, float x, float y);
 
 // True when an element is inside the selection: by its centroid for ILOC 0, by its number for ILOC 1.
-bool element_inside(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type, const ElementRecord& element);
+bool element_inside(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type,
+                    const ElementRecord& element);
 
 // True when the material is on the list of ILOC 3.
 bool material_listed(const EditCards& edit, std::int32_t material);

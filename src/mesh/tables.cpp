@@ -4,7 +4,7 @@
 
 namespace brelan {
 
-void RESETMESH(Mesh& mesh, SideTables& side, Selection& selection) {
+void reset_mesh(Mesh& mesh, SideTables& side, Selection& selection) {
     mesh.node_in_use.fill(0);
     side.second_node_in_use.fill(0);
     mesh.codes.fill(NodeCodes{});
@@ -13,17 +13,17 @@ void RESETMESH(Mesh& mesh, SideTables& side, Selection& selection) {
     mesh.y.fill(0.0F);
     side.x.fill(0.0F);
     side.y.fill(0.0F);
-    for (std::int32_t n = 1; n <= MAXNP; ++n)
+    for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n)
         mesh.new_number[n] = n;
-    mesh.type_in_use.fill(EL_UNUSED);
-    side.second_type_in_use.fill(EL_UNUSED);
+    mesh.type_in_use.fill(ELEMENT_UNUSED);
+    side.second_type_in_use.fill(ELEMENT_UNUSED);
     selection.nodes.fill(0);
     selection.elements.fill(0);
     mesh.node_used.fill(0);
-    mesh.type.fill(EL_DELETED);
+    mesh.type.fill(ELEMENT_DELETED);
 }
 
-float DIST2D(float x1, float y1, float x2, float y2) {
+float distance_between(float x1, float y1, float x2, float y2) {
     const float dx = x2 - x1;
     const float dy = y2 - y1;
     return std::sqrt(dx * dx + dy * dy);

@@ -11,11 +11,13 @@
 
 namespace brelan {
 
-inline constexpr std::int32_t MAXNP = 99990;     // highest node number
-inline constexpr std::int32_t MAXEL = 99990;     // highest element number; all types share one number space
-inline constexpr std::int32_t NOMIN = 100000;    // start of a running minimum of numbers: none seen
-inline constexpr std::int32_t MAXEDLIST = 100;   // rows of each table of IEDIT 6
-inline constexpr std::int32_t MAXCOPY = 320000;  // lines that the copy into "MeshFile.Mes" passes at most
+inline constexpr std::int32_t HIGHEST_NODE_NUMBER = 99990;  // highest node number
+inline constexpr std::int32_t HIGHEST_ELEMENT_NUMBER =
+    99990;  // highest element number; all types share one number space
+inline constexpr std::int32_t NO_LOWEST_NUMBER = 100000;  // start of a running minimum of numbers: none seen
+inline constexpr std::int32_t MOST_REBUILD_ROWS = 100;    // rows of each table of IEDIT 6
+inline constexpr std::int32_t MOST_COPIED_LINES =
+    320000;  // lines that the copy into "MeshFile.Mes" passes at most
 
 // Node codes, the first 5, 2 or 3 used by kind.
 using NodeCodes = std::array<std::int32_t, 5>;
@@ -29,69 +31,73 @@ using NodeCodes = std::array<std::int32_t, 5>;
 //        I3 ----M7---- I4          a word of 0 or below: no node
 //
 struct ElementWords {
-    std::int32_t I1 = 0, I2 = 0, I3 = 0, I4 = 0;
-    std::int32_t M5 = 0, M6 = 0, M7 = 0, M8 = 0;
-    std::int32_t MATNO = 0;
+    std::int32_t corner_1 = 0, corner_2 = 0, corner_3 = 0, corner_4 = 0;
+    std::int32_t midside_5 = 0, midside_6 = 0, midside_7 = 0, midside_8 = 0;
+    std::int32_t material = 0;
 };
 
-// Types of an element in ETYPE, EACT1 and EACT2.
-inline constexpr std::int8_t EL_UNUSED = -1;  // in EACT1 and EACT2
-inline constexpr std::int8_t EL_DELETED = 0;  // in ETYPE
-inline constexpr std::int8_t EL_CONTINUUM = 1;
-inline constexpr std::int8_t EL_BEAM = 2;
-inline constexpr std::int8_t EL_TRUSS = 3;
+// Types of an element in element_type, active_type and second_active_type.
+inline constexpr std::int8_t ELEMENT_UNUSED = -1;  // in active_type and second_active_type
+inline constexpr std::int8_t ELEMENT_DELETED = 0;  // in element_type
+inline constexpr std::int8_t ELEMENT_CONTINUUM = 1;
+inline constexpr std::int8_t ELEMENT_BEAM = 2;
+inline constexpr std::int8_t ELEMENT_TRUSS = 3;
 
 // One mesh, by the numbers of its nodes and elements.
 struct Mesh {
     LayoutKind kind = LayoutKind::displacement;
 
-    Table<NodeCodes, MAXNP, "IDN"> codes;
-    Table<float, MAXNP, "XC"> x;  // in the mesh's unit of length
-    Table<float, MAXNP, "YC"> y;
-    Table<float, MAXNP, "H"> head;               // head or temperature, by kind
-    Table<float, MAXNP, "CF"> coefficient;       // further node value of the temperature and head kinds
-    Table<std::int8_t, MAXNP, "NACT1"> node_in_use;  // 1: number in use
-    Table<std::int32_t, MAXNP, "NUSED"> node_used;   // 0, or the node's own number when an element refers to it
-    Table<std::int32_t, MAXNP, "NMAP"> new_number;   // old to new number; negative for a node merged into it
-    Table<std::int8_t, MAXNP, "NMARK"> node_mark;    // the group engine's mark; follows its node
+    Table<NodeCodes, HIGHEST_NODE_NUMBER, "IDN"> codes;
+    Table<float, HIGHEST_NODE_NUMBER, "XC"> x;  // in the mesh's unit of length
+    Table<float, HIGHEST_NODE_NUMBER, "YC"> y;
+    Table<float, HIGHEST_NODE_NUMBER, "H"> head;  // head or temperature, by kind
+    Table<float, HIGHEST_NODE_NUMBER, "CF">
+        coefficient;  // further node value of the temperature and head kinds
+    Table<std::int8_t, HIGHEST_NODE_NUMBER, "NACT1"> node_in_use;  // 1: number in use
+    Table<std::int32_t, HIGHEST_NODE_NUMBER, "NUSED">
+        node_used;  // 0, or the node's own number when an element refers to it
+    Table<std::int32_t, HIGHEST_NODE_NUMBER, "NMAP">
+        new_number;  // old to new number; negative for a node merged into it
+    Table<std::int8_t, HIGHEST_NODE_NUMBER, "NMARK"> node_mark;  // the group engine's mark; follows its node
 
-    Table<ElementWords, MAXEL, "IEL"> words;
-    Table<std::int8_t, MAXEL, "EACT1"> type_in_use;  // type of the elements of the result
-    Table<std::int32_t, MAXEL, "ETYPE"> type;        // type during an edit
-    Table<std::int32_t, MAXEL, "KS"> skeleton;       // attributes of the coupled kind
-    Table<std::int32_t, MAXEL, "KF"> fluid;
-    Table<std::int32_t, MAXEL, "INTR"> integration_r;
-    Table<std::int32_t, MAXEL, "INTS"> integration_s;
-    Table<float, MAXEL, "TBJWL"> real_attribute;
-    Table<float, MAXEL, "THIC"> thickness;  // displacement kind
-    Table<float, MAXEL, "DEN"> density;
-    Table<std::int32_t, MAXEL, "IDH"> attribute;  // of the temperature and head kinds
+    Table<ElementWords, HIGHEST_ELEMENT_NUMBER, "IEL"> words;
+    Table<std::int8_t, HIGHEST_ELEMENT_NUMBER, "EACT1"> type_in_use;  // type of the elements of the result
+    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "ETYPE"> type;        // type during an edit
+    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "KS"> skeleton;       // attributes of the coupled kind
+    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "KF"> fluid;
+    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "INTR"> integration_r;
+    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "INTS"> integration_s;
+    Table<float, HIGHEST_ELEMENT_NUMBER, "TBJWL"> real_attribute;
+    Table<float, HIGHEST_ELEMENT_NUMBER, "THIC"> thickness;  // displacement kind
+    Table<float, HIGHEST_ELEMENT_NUMBER, "DEN"> density;
+    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "IDH"> attribute;  // of the temperature and head kinds
 };
 
 // The first region of a combination, beside the tables of the second.
 struct SideTables {
-    Table<NodeCodes, MAXNP, "IDN1"> codes;
-    Table<float, MAXNP, "XC1"> x;
-    Table<float, MAXNP, "YC1"> y;
-    Table<float, MAXNP, "H1"> head;
-    Table<float, MAXNP, "CF1"> coefficient;
-    Table<std::int8_t, MAXNP, "NACT2"> second_node_in_use;
-    Table<std::int8_t, MAXEL, "EACT2"> second_type_in_use;
+    Table<NodeCodes, HIGHEST_NODE_NUMBER, "IDN1"> codes;
+    Table<float, HIGHEST_NODE_NUMBER, "XC1"> x;
+    Table<float, HIGHEST_NODE_NUMBER, "YC1"> y;
+    Table<float, HIGHEST_NODE_NUMBER, "H1"> head;
+    Table<float, HIGHEST_NODE_NUMBER, "CF1"> coefficient;
+    Table<std::int8_t, HIGHEST_NODE_NUMBER, "NACT2"> second_node_in_use;
+    Table<std::int8_t, HIGHEST_ELEMENT_NUMBER, "EACT2"> second_type_in_use;
 };
 
 // What a list card names: entry n is n when number n was listed.
 struct Selection {
-    Table<std::int32_t, MAXNP, "NLIST"> nodes;
-    Table<std::int32_t, MAXEL, "ELIST"> elements;
+    Table<std::int32_t, HIGHEST_NODE_NUMBER, "NLIST"> nodes;
+    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "ELIST"> elements;
 };
 
 // --- routines ------------------------------------------------------------------------------------
 
-// Empties the tables for a deck: nothing active, codes and coordinates 0, NMAP the identity. Element words,
-// H, CF and attributes stay: a slot that the new mesh leaves unused keeps what the deck before it left there.
-void RESETMESH(Mesh& mesh, SideTables& side, Selection& selection);
+// Empties the tables for a deck: nothing active, codes and coordinates 0, new_node_number the identity.
+// Element words, H, CF and attributes stay: a slot that the new mesh leaves unused keeps what the deck before
+// it left there.
+void reset_mesh(Mesh& mesh, SideTables& side, Selection& selection);
 
 // Distance of two points, 32 bits.
-float DIST2D(float x1, float y1, float x2, float y2);
+float distance_between(float x1, float y1, float x2, float y2);
 
 }  // namespace brelan

@@ -6,41 +6,41 @@
 
 #include "channel/layout.h"
 #include "channel/real_to_integer.h"
-#include "group/tables.h"
+#include "channel/trace.h"
+#include "mesh/edition.h"
+#include "mesh/group_tables.h"
 #include "output/blocks.h"
 #include "output/group_text.h"
-#include "mesh/edition.h"
-#include "channel/trace.h"
 
 namespace brelan {
 
 namespace {
 
 constexpr Layout<"(1X,1(1X,I6),2(2X,I5))"> RANGE_LINE;
-constexpr Layout<"(1X,1(1X,I6),3(2X,I5))"> RANGE_LINE_MCH;
+constexpr Layout<"(1X,1(1X,I6),3(2X,I5))"> LONG_RANGE_LINE;
 constexpr Layout<"('* Number of Elements = ',I5)"> COUNT_LINE;
 constexpr std::array<std::string_view, 1> HEADING = {"*    NEL    NAC   NDAC       "};
-constexpr std::array<std::string_view, 1> HEADING_MCH = {"*    NEL    NAC   NDAC    MCH"};
+constexpr std::array<std::string_view, 1> LONG_HEADING = {"*    NEL    NAC   NDAC    MCH"};
 
-constexpr std::int32_t MCH = 0;
+constexpr std::int32_t ACTIVITY_CODE = 0;
 constexpr std::int32_t SHOWN_ELEMENT = 1261;  // whose new material the trace shows
 
 // Roles of the six pairs of a group.
-enum Role : std::size_t { other_continuum, in_MAT, in_MATj, line, inner_line, outer_line };
+enum Role : std::size_t { other_continuum, in_material, in_joint_material, line, inner_line, outer_line };
 
 // The words of a group's material line that decide, as integers.
 struct DecidingWords {
-    std::int32_t MTYPE, MAT, MATj, LTi, LMi, LTo,
-        LMo;  // LTi and LMi are LTP and LMAT where there is no joint
+    std::int32_t group_type, material, joint_material, inner_line_type, inner_line_material, outer_line_type,
+        outer_line_material;  // LTi and LMi are LTP and LMAT where there is no joint
 
     DecidingWords(const GroupCards& group_cards, std::int32_t g)
-        : MTYPE(group_cards.rows[g].MTYPE),
-          MAT(TRUNCATE(group_cards.materials[g].MAT)),
-          MATj(TRUNCATE(group_cards.materials[g].MATj)),
-          LTi(TRUNCATE(group_cards.materials[g].LTi)),
-          LMi(TRUNCATE(group_cards.materials[g].LMi)),
-          LTo(TRUNCATE(group_cards.materials[g].LTo)),
-          LMo(TRUNCATE(group_cards.materials[g].LMo)) {}
+        : group_type(group_cards.rows[g].group_type),
+          material(to_integer(group_cards.materials[g].material)),
+          joint_material(to_integer(group_cards.materials[g].joint_material)),
+          inner_line_type(to_integer(group_cards.materials[g].inner_line_type)),
+          inner_line_material(to_integer(group_cards.materials[g].inner_line_material)),
+          outer_line_type(to_integer(group_cards.materials[g].outer_line_type)),
+          outer_line_material(to_integer(group_cards.materials[g].outer_line_material)) {}
 };
 
 bool is_zero(const std::array<std::int32_t, 2>& pair) {
@@ -49,9 +49,9 @@ bool is_zero(const std::array<std::int32_t, 2>& pair) {
 
 // The elements along a joint's two lines.
 ActivityPair along_joint(const DecidingWords& w, std::int8_t type, std::int32_t m, const auto& pair) {
-    if (type == w.LTi && m == w.LMi)
+    if (type == w.inner_line_type && m == w.inner_line_material)
         return pair(inner_line);
-    if (type == w.LTo && m == w.LMo)
+    if (type == w.outer_line_type && m == w.outer_line_material)
         return pair(outer_line);
     return {};
 }
@@ -62,37 +62,43 @@ ActivityPair activity_of(const GroupCards& group_cards, std::int32_t g, std::int
     const DecidingWords w(group_cards, g);
     const auto& pairs = group_cards.outputs[g].pair;
     const auto pair = [&pairs](Role role) { return ActivityPair{pairs[role][0], pairs[role][1]}; };
-    const bool continuum = type == EL_CONTINUUM;
-    const auto along_line = [&] { return type == w.LTi && m == w.LMi ? pair(line) : ActivityPair{}; };
-    switch (w.MTYPE) {
+    const bool continuum = type == ELEMENT_CONTINUUM;
+    const auto along_line = [&] {
+        return type == w.inner_line_type && m == w.inner_line_material ? pair(line) : ActivityPair{};
+    };
+    switch (w.group_type) {
         case 1:
             return continuum ? ActivityPair{} : along_line();
         case 2:
             if (is_zero(pairs[other_continuum]) && is_zero(pairs[inner_line]) && is_zero(pairs[outer_line]))
                 return along_line();
-            return pair(continuum ? other_continuum : type == EL_BEAM ? inner_line : outer_line);
+            return pair(continuum ? other_continuum : type == ELEMENT_BEAM ? inner_line : outer_line);
         case 3:
             if (!continuum)
                 return along_line();
-            return w.MAT > 0 && m != w.MAT ? ActivityPair{} : pair(in_MAT);
+            return w.material > 0 && m != w.material ? ActivityPair{} : pair(in_material);
         case 4:
             if (!continuum)
                 return along_line();
-            return pair(m == w.MAT ? in_MAT : other_continuum);
+            return pair(m == w.material ? in_material : other_continuum);
         case -2:
             if (!continuum)
                 return along_joint(w, type, m, pair);
-            return pair(m == w.MATj ? in_MATj : other_continuum);
+            return pair(m == w.joint_material ? in_joint_material : other_continuum);
         case -3:
             if (!continuum)
                 return along_joint(w, type, m, pair);
-            if (w.MAT == 0)
-                return pair(m == w.MATj ? in_MATj : in_MAT);
-            return m == w.MAT ? pair(in_MAT) : m == w.MATj ? pair(in_MATj) : ActivityPair{};
+            if (w.material == 0)
+                return pair(m == w.joint_material ? in_joint_material : in_material);
+            return m == w.material         ? pair(in_material)
+                   : m == w.joint_material ? pair(in_joint_material)
+                                           : ActivityPair{};
         case -4:
             if (!continuum)
                 return along_joint(w, type, m, pair);
-            return pair(m == w.MAT ? in_MAT : m == w.MATj ? in_MATj : other_continuum);
+            return pair(m == w.material         ? in_material
+                        : m == w.joint_material ? in_joint_material
+                                                : other_continuum);
         default:
             return {};
     }
@@ -100,15 +106,15 @@ ActivityPair activity_of(const GroupCards& group_cards, std::int32_t g, std::int
 
 namespace {
 
-bool has_MCH(LayoutKind kind) {
+bool has_long_lines(LayoutKind kind) {
     return kind == LayoutKind::displacement;
 }
 
 void write_range_end(LayoutKind kind, Channel& text, std::int32_t element, const ActivityPair& pair) {
-    if (has_MCH(kind))
-        RANGE_LINE_MCH.write(text, element, pair.NAC, pair.NDAC, MCH);
+    if (has_long_lines(kind))
+        LONG_RANGE_LINE.write(text, element, pair.activated, pair.deactivated, ACTIVITY_CODE);
     else
-        RANGE_LINE.write(text, element, pair.NAC, pair.NDAC);
+        RANGE_LINE.write(text, element, pair.activated, pair.deactivated);
 }
 
 // The heads of a group and of a class are written when the first material under them is.
@@ -144,35 +150,37 @@ std::int32_t lines_of(const ElementRanges& ranges) {
 
 }  // namespace
 
-Activity MAKEACTIVITY(Trace& trace, const GroupCards& group_cards, GroupListing& listing, const std::vector<GroupMembers>& members) {
+Activity make_activity(Trace& trace, const GroupCards& group_cards, GroupListing& listing,
+                       const std::vector<GroupMembers>& members) {
     Activity activity;
-    activity.NEWMAT.resize(static_cast<std::size_t>(MAXEL) + 1, 0);
+    activity.new_material.resize(static_cast<std::size_t>(HIGHEST_ELEMENT_NUMBER) + 1, 0);
     activity.first_new = listing.highest_material + 1;
     for (std::int32_t g = 1; g <= group_cards.count; ++g) {
-        const std::int32_t MAXMC = highest_material(group_cards, g, members[static_cast<std::size_t>(g)]);
+        const std::int32_t highest = highest_material(group_cards, g, members[static_cast<std::size_t>(g)]);
         for (const auto& [key, ranges] : members[static_cast<std::size_t>(g)]) {
             const auto [type, material] = key;
             const ActivityPair pair = activity_of(group_cards, g, type, material);
             if (pair == ActivityPair{})
                 continue;
-            if (type == EL_CONTINUUM) {
+            if (type == ELEMENT_CONTINUUM) {
                 activity.materials.push_back({material, pair});
                 ++listing.highest_material;
                 for (const ElementRange& range : ranges.all)
                     for (std::int32_t n = range.first; n <= range.last; ++n)
-                        activity.NEWMAT[static_cast<std::size_t>(n)] = listing.highest_material;
+                        activity.new_material[static_cast<std::size_t>(n)] = listing.highest_material;
             }
             for (const ElementRange& range : ranges.all)
                 trace.values(2, " Pass 27.1.2 ", " II = ", static_cast<std::int32_t>(type), " K = ", material,
-                             " NSS = ", range.first, " MAXMC = ", MAXMC);
-            activity.NFAD += lines_of(ranges.all);
+                             " NSS = ", range.first, " MAXMC = ", highest);
+            activity.line_count += lines_of(ranges.all);
         }
     }
-    trace.values(2, " Pass 27.1.3 ", " NEWMAT(1261) = ", activity.NEWMAT[SHOWN_ELEMENT]);
+    trace.values(2, " Pass 27.1.3 ", " NEWMAT(1261) = ", activity.new_material[SHOWN_ELEMENT]);
     return activity;
 }
 
-void WRITEACTIVITY(Channels& channels, LayoutKind kind, const GroupCards& group_cards, Channel& man, const std::vector<GroupMembers>& members) {
+void write_activity(Channels& channels, LayoutKind kind, const GroupCards& group_cards, Channel& main_file,
+                    const std::vector<GroupMembers>& members) {
     for (std::int32_t g = 1; g <= group_cards.count; ++g) {
         Channel& text = begin_group_text(channels);
         OpenBlock open;
@@ -186,13 +194,13 @@ void WRITEACTIVITY(Channels& channels, LayoutKind kind, const GroupCards& group_
             if (open.type != type)
                 write_class_head(text, type);
             open = {true, type};
-            write_material_head(text, material, has_MCH(kind) ? HEADING_MCH : HEADING);
+            write_material_head(text, material, has_long_lines(kind) ? LONG_HEADING : HEADING);
             write_ranges(kind, text, ranges.all, pair);
             COUNT_LINE.write(text, lines_of(ranges.all));
             write_lines(text, {"*", "*"});
         }
         if (open.group)
-            copy_lines(text, man);
+            copy_lines(text, main_file);
     }
 }
 

@@ -1,7 +1,7 @@
 #include "output/blocks.h"
 
 #include "channel/layout.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan {
 

@@ -8,7 +8,7 @@
 
 #include "channel/channels.h"
 #include "channel/fixed_lines.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan {
 

@@ -5,13 +5,13 @@
 #include <string>
 
 #include "channel/layout.h"
-#include "group/tables.h"
+#include "mesh/edition.h"
+#include "mesh/group_tables.h"
 #include "output/blocks.h"
 #include "output/graf_2d_texts.h"
 #include "output/group_text.h"
 #include "output/node_lists.h"
 #include "output/unit_table.h"
-#include "mesh/edition.h"
 
 namespace brelan {
 
@@ -27,21 +27,21 @@ constexpr Layout<"(3X,I5,3X,I1,5X,I1,7X,I1,6X,I1)"> CONTOUR_COUNT_LINE;
 constexpr Layout<"(3X,I5)"> COUNT;
 constexpr Layout<"(3X,F6.2,2X,I1,5X,I1,5X,I1,5X,F6.2,2X,F6.2)"> RESULT_SETTINGS_LINE;
 constexpr Layout<"('* Card 11.',I1,'.',I1)"> CARD;
-constexpr Layout<"('    ',I1,'        ')"> NPTYPE_LINE;
+constexpr Layout<"('    ',I1,'        ')"> PLOT_TYPE_LINE;
 constexpr Layout<"('*  ',A30)"> CHOICE_NAME;
 
 // --- what the sections list ----------------------------------------------------------------------
 
 void write_element_range(Channel& text, const ElementRange& range) {
-    constexpr std::int32_t NIC = 1, NNN = 1;
-    ELEMENT_RANGE.write(text, range.first, range.length(), NIC, NNN);
+    constexpr std::int32_t increment = 1, node_increment = 1;
+    ELEMENT_RANGE.write(text, range.first, range.length(), increment, node_increment);
 }
 
-void write_displacements(Channel& text, std::int32_t NSR, std::int32_t NJR) {
-    constexpr std::int32_t JCR = 1, ICR = 1, NIR = 1;
-    for (const std::int32_t IDISP : {0, 1, 2}) {
-        TWO_VALUES.write(text, 1, IDISP);
-        DISPLACEMENT_RANGE.write(text, NSR, JCR, NJR, ICR, NIR);
+void write_displacements(Channel& text, std::int32_t start, std::int32_t count) {
+    constexpr std::int32_t column_increment = 1, row_increment = 1, row_count = 1;
+    for (const std::int32_t displacement : {0, 1, 2}) {
+        TWO_VALUES.write(text, 1, displacement);
+        DISPLACEMENT_RANGE.write(text, start, column_increment, count, row_increment, row_count);
     }
 }
 
@@ -56,7 +56,7 @@ void write_line_range(Channel& text, const ElementRange& range) {
 
 // The elements that a section lists, and how.
 struct SectionRow {
-    std::int32_t NPTYPE;
+    std::int32_t plot_type;
     bool inside_only;  // without the elements of lines and joint strips
     std::int8_t first_type, last_type;
     TextLines heading;
@@ -66,28 +66,28 @@ struct SectionRow {
 };
 
 constexpr SectionRow SECTIONS[] = {
-    {1, true, EL_CONTINUUM, EL_TRUSS, ELEMENT_HEADING, write_element_range},
-    {2, true, EL_CONTINUUM, EL_CONTINUUM, ELEMENT_HEADING, write_element_range},
-    {3, false, EL_CONTINUUM, EL_TRUSS, DISPLACEMENT_HEADING, write_displacement_range},
-    {4, false, EL_BEAM, EL_BEAM, BEAM_HEADING, write_line_range},
-    {5, false, EL_TRUSS, EL_TRUSS, TRUSS_HEADING, write_line_range},
-    {6, true, EL_CONTINUUM, EL_CONTINUUM, ELEMENT_HEADING, write_element_range},
+    {1, true, ELEMENT_CONTINUUM, ELEMENT_TRUSS, ELEMENT_HEADING, write_element_range},
+    {2, true, ELEMENT_CONTINUUM, ELEMENT_CONTINUUM, ELEMENT_HEADING, write_element_range},
+    {3, false, ELEMENT_CONTINUUM, ELEMENT_TRUSS, DISPLACEMENT_HEADING, write_displacement_range},
+    {4, false, ELEMENT_BEAM, ELEMENT_BEAM, BEAM_HEADING, write_line_range},
+    {5, false, ELEMENT_TRUSS, ELEMENT_TRUSS, TRUSS_HEADING, write_line_range},
+    {6, true, ELEMENT_CONTINUUM, ELEMENT_CONTINUUM, ELEMENT_HEADING, write_element_range},
 };
 
-constexpr const SectionRow& section(std::int32_t NPTYPE) {
-    return SECTIONS[NPTYPE - 1];
+constexpr const SectionRow& section(std::int32_t plot_type) {
+    return SECTIONS[plot_type - 1];
 }
 
-std::int32_t switch_of(const GroupCards& group_cards, std::int32_t g, std::int32_t NPTYPE) {
-    return group_cards.outputs[g].toggle[static_cast<std::size_t>(NPTYPE - 1)];
+std::int32_t switch_of(const GroupCards& group_cards, std::int32_t g, std::int32_t plot_type) {
+    return group_cards.outputs[g].toggle[static_cast<std::size_t>(plot_type - 1)];
 }
 
 // Beams and trusses of all groups are listed when no group asks for them.
-bool lists_all_groups(const GroupCards& group_cards, std::int32_t NPTYPE) {
-    if (NPTYPE != section(4).NPTYPE && NPTYPE != section(5).NPTYPE)
+bool lists_all_groups(const GroupCards& group_cards, std::int32_t plot_type) {
+    if (plot_type != section(4).plot_type && plot_type != section(5).plot_type)
         return false;
     for (std::int32_t g = 1; g <= group_cards.count; ++g)
-        if (switch_of(group_cards, g, NPTYPE) > 0)
+        if (switch_of(group_cards, g, plot_type) > 0)
             return false;
     return true;
 }
@@ -105,24 +105,26 @@ bool lists_group(const GroupCards& group_cards, std::int32_t g, std::int32_t NPT
 }
 
 // The groups that a section lists, in their order.
-std::vector<std::int32_t> listed_groups(const GroupCards& group_cards, std::int32_t NPTYPE) {
+std::vector<std::int32_t> listed_groups(const GroupCards& group_cards, std::int32_t plot_type) {
     std::vector<std::int32_t> groups;
     for (std::int32_t g = 1; g <= group_cards.count; ++g)
-        if (lists_group(group_cards, g, NPTYPE))
+        if (lists_group(group_cards, g, plot_type))
             groups.push_back(g);
     return groups;
 }
 
-std::int32_t count_ranges(const GroupCards& group_cards, const SectionRow& row, const std::vector<GroupMembers>& members) {
-    std::size_t NRNG = 0;
-    for (const std::int32_t g : listed_groups(group_cards, row.NPTYPE))
+std::int32_t count_ranges(const GroupCards& group_cards, const SectionRow& row,
+                          const std::vector<GroupMembers>& members) {
+    std::size_t range_count = 0;
+    for (const std::int32_t g : listed_groups(group_cards, row.plot_type))
         for (const auto& member : members[static_cast<std::size_t>(g)])
-            NRNG += listed(row, member).size();
-    return static_cast<std::int32_t>(NRNG);
+            range_count += listed(row, member).size();
+    return static_cast<std::int32_t>(range_count);
 }
 
 // False when the group has nothing to list.
-bool write_block(const GroupCards& group_cards, Channel& text, const SectionRow& row, std::int32_t g, const GroupMembers& members) {
+bool write_block(const GroupCards& group_cards, Channel& text, const SectionRow& row, std::int32_t g,
+                 const GroupMembers& members) {
     bool group_open = false;
     std::int8_t open_type = 0;
     for (const auto& member : members) {
@@ -146,8 +148,9 @@ bool write_block(const GroupCards& group_cards, Channel& text, const SectionRow&
 }
 
 // The blocks of a section, one group after the other.
-void write_blocks(Channels& channels, const GroupCards& group_cards, Channel& post, const SectionRow& row, const std::vector<GroupMembers>& members) {
-    for (const std::int32_t g : listed_groups(group_cards, row.NPTYPE)) {
+void write_blocks(Channels& channels, const GroupCards& group_cards, Channel& post, const SectionRow& row,
+                  const std::vector<GroupMembers>& members) {
+    for (const std::int32_t g : listed_groups(group_cards, row.plot_type)) {
         Channel& text = begin_group_text(channels);
         if (write_block(group_cards, text, row, g, members[static_cast<std::size_t>(g)]))
             copy_lines(text, post);
@@ -156,50 +159,52 @@ void write_blocks(Channels& channels, const GroupCards& group_cards, Channel& po
 
 // --- heads ---------------------------------------------------------------------------------------
 
-void write_section_banner(Channel& post, std::int32_t NPTYPE) {
-    const std::string type = std::to_string(NPTYPE), card = std::to_string(NPTYPE + 1);
+void write_section_banner(Channel& post, std::int32_t plot_type) {
+    const std::string type = std::to_string(plot_type), card = std::to_string(plot_type + 1);
     write_banner(post, "*         POST FILE: GRAF-2D PLOT                *",
                  "*         NPTYPE = " + type + " (CARD 11." + card + ")                 *");
 }
 
 // The head of a section with results, to the times of its plots.
-void write_head(const UnitLabels& units, Channel& post, std::int32_t NPTYPE) {
-    const std::int32_t cards = NPTYPE + 1;
+void write_head(const UnitLabels& units, Channel& post, std::int32_t plot_type) {
+    const std::int32_t cards = plot_type + 1;
     write_lines(post, {"* Card 11.1  ", "*  NPTYPE    "});
-    NPTYPE_LINE.write(post, NPTYPE);
+    PLOT_TYPE_LINE.write(post, plot_type);
     CARD.write(post, cards, 1);
-    write_lines(post, {"*  TITLE     ", units.TITLE});
+    write_lines(post, {"*  TITLE     ", units.title});
     CARD.write(post, cards, 2);
     write_lines(post, {"*  IUNIT     ", "    4        "});
     CARD.write(post, cards, 4);
     write_lines(post, TIME_SETTINGS);
 }
 
-void write_count(Channel& post, TextLines lines, std::int32_t NRNG) {
+void write_count(Channel& post, TextLines lines, std::int32_t range_count) {
     write_lines(post, lines);
-    COUNT.write(post, NRNG);
+    COUNT.write(post, range_count);
 }
 
 // --- the sections --------------------------------------------------------------------------------
 
-void write_mesh_section(Channels& channels, const GroupCards& group_cards, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
-    const std::int32_t NRNG = count_ranges(group_cards, section(1), members);
+void write_mesh_section(Channels& channels, const GroupCards& group_cards, const UnitLabels& units,
+                        Channel& post, const std::vector<GroupMembers>& members) {
+    const std::int32_t range_count = count_ranges(group_cards, section(1), members);
     write_section_banner(post, 1);
     write_lines(post, MESH_HEAD);
-    post.write_line(units.TITLE);
+    post.write_line(units.title);
     write_lines(post, MESH_SETTINGS);
-    MESH_COUNT.write(post, NRNG);
+    MESH_COUNT.write(post, range_count);
     post.write_line("*");
     write_blocks(channels, group_cards, post, section(1), members);
 }
 
-void write_contour_section(Channels& channels, const GroupCards& group_cards, const GroupListing& listing, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
-    constexpr std::int32_t IAVG = 1, ISCRIN = 0, IMESH = 0, IPSTRS = 0;
-    const std::int32_t NRNG = count_ranges(group_cards, section(2), members);
+void write_contour_section(Channels& channels, const GroupCards& group_cards, const GroupListing& listing,
+                           const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
+    constexpr std::int32_t averaging = 1, screen_input = 0, mesh_drawing = 0, principal_stresses = 0;
+    const std::int32_t range_count = count_ranges(group_cards, section(2), members);
     write_section_banner(post, 2);
     write_head(units, post, 2);
     write_lines(post, CONTOUR_COUNT);
-    CONTOUR_COUNT_LINE.write(post, NRNG, IAVG, ISCRIN, IMESH, IPSTRS);
+    CONTOUR_COUNT_LINE.write(post, range_count, averaging, screen_input, mesh_drawing, principal_stresses);
     post.write_line("*");
     write_blocks(channels, group_cards, post, section(2), members);
     write_node_lists(group_cards, listing, post, "* Card 11.3.7", "* Card 11.3.8");
@@ -208,7 +213,7 @@ void write_contour_section(Channels& channels, const GroupCards& group_cards, co
 // Without groups the whole mesh is listed; elements are taken to be numbered from 1, type after type.
 void write_whole_mesh(Channel& post, const MeshCounts& counts) {
     std::int32_t before = 0;
-    for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
+    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
         if (counts.of(type) > 0) {
             post.write_line(CLASS_LINES[type - 1]);
             write_displacements(post, -(before + 1), counts.of(type));
@@ -217,27 +222,29 @@ void write_whole_mesh(Channel& post, const MeshCounts& counts) {
     }
 }
 
-void write_displacement_section(Channels& channels, const GroupCards& group_cards, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members,
+void write_displacement_section(Channels& channels, const GroupCards& group_cards, const UnitLabels& units,
+                                Channel& post, const std::vector<GroupMembers>& members,
                                 const MeshCounts& counts) {
-    const std::int32_t NRNG = count_ranges(group_cards, section(3), members);
+    const std::int32_t range_count = count_ranges(group_cards, section(3), members);
     write_section_banner(post, 3);
     write_head(units, post, 3);
     post.write_line("*");
-    if (NRNG == 0)
+    if (range_count == 0)
         write_whole_mesh(post, counts);
     write_blocks(channels, group_cards, post, section(3), members);
     write_lines(post, END_OF_PLOT);
 }
 
-void write_line_section(Channels& channels, const GroupCards& group_cards, const GroupListing& listing, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members, std::int32_t NPTYPE,
-                        TextLines choices, TextLines count, std::string_view list_card,
-                        std::string_view nodes_card) {
-    const std::int32_t NRNG = count_ranges(group_cards, section(NPTYPE), members);
-    write_section_banner(post, NPTYPE);
-    write_head(units, post, NPTYPE);
+void write_line_section(Channels& channels, const GroupCards& group_cards, const GroupListing& listing,
+                        const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members,
+                        std::int32_t plot_type, TextLines choices, TextLines count,
+                        std::string_view list_card, std::string_view nodes_card) {
+    const std::int32_t range_count = count_ranges(group_cards, section(plot_type), members);
+    write_section_banner(post, plot_type);
+    write_head(units, post, plot_type);
     write_lines(post, choices);
-    write_count(post, count, NRNG);
-    write_blocks(channels, group_cards, post, section(NPTYPE), members);
+    write_count(post, count, range_count);
+    write_blocks(channels, group_cards, post, section(plot_type), members);
     write_node_lists(group_cards, listing, post, list_card, nodes_card);
 }
 
@@ -245,15 +252,17 @@ void write_result_choices(Channel& post) {
     write_lines(post, RESULT_CHOICES_HEAD);
     for (const ResultChoice& choice : RESULT_CHOICES) {
         CHOICE_NAME.write(post, choice.name);
-        const std::string_view front = choice.NCTS == ACTIVE_NCTS ? "    " : "*   ";
-        post.write_line(std::string(front) + std::to_string(choice.NCTS));
+        const std::string_view front = choice.number == ACTIVE_RESULT ? "    " : "*   ";
+        post.write_line(std::string(front) + std::to_string(choice.number));
     }
 }
 
-void write_result_section(Channels& channels, LayoutKind kind, const GroupCards& group_cards, const GroupListing& listing, const UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members) {
-    constexpr float DELTA = 0.0F, RX = 0.0F, RY = 0.0F;
-    constexpr std::int32_t IRES = 0, IRGP = 0, IENL = 0;
-    const std::int32_t NRNG = count_ranges(group_cards, section(6), members);
+void write_result_section(Channels& channels, LayoutKind kind, const GroupCards& group_cards,
+                          const GroupListing& listing, const UnitLabels& units, Channel& post,
+                          const std::vector<GroupMembers>& members) {
+    constexpr float delta = 0.0F, ratio_x = 0.0F, ratio_y = 0.0F;
+    constexpr std::int32_t result_switch = 0, group_switch = 0, enlargement = 0;
+    const std::int32_t range_count = count_ranges(group_cards, section(6), members);
     write_section_banner(post, 6);
     if (kind == LayoutKind::temperature) {
         write_head(units, post, 2);
@@ -263,8 +272,8 @@ void write_result_section(Channels& channels, LayoutKind kind, const GroupCards&
         write_result_choices(post);
     }
     write_lines(post, RESULT_SETTINGS);
-    RESULT_SETTINGS_LINE.write(post, DELTA, IRES, IRGP, IENL, RX, RY);
-    write_count(post, RESULT_COUNT, NRNG);
+    RESULT_SETTINGS_LINE.write(post, delta, result_switch, group_switch, enlargement, ratio_x, ratio_y);
+    write_count(post, RESULT_COUNT, range_count);
     write_blocks(channels, group_cards, post, section(6), members);
     write_node_lists(group_cards, listing, post, "* Card 11.7.9", "* Card 11.7.10");
 }
@@ -276,22 +285,27 @@ bool has_section(LayoutKind kind, std::int32_t NPTYPE) {
 
 }  // namespace
 
-void WRITEGRAF2D(Channels& channels, LayoutKind kind, const GroupCards& group_cards, GroupListing& listing, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members, const MeshCounts& counts) {
+void write_graf_2d(Channels& channels, LayoutKind kind, const GroupCards& group_cards, GroupListing& listing,
+                   UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members,
+                   const MeshCounts& counts) {
     write_mesh_section(channels, group_cards, units, post, members);
     if (has_section(kind, 2)) {  // and 3 to 5 with it
         write_contour_section(channels, group_cards, listing, units, post, members);
         write_displacement_section(channels, group_cards, units, post, members, counts);
-        write_line_section(channels, group_cards, listing, units, post, members, 4, BEAM_CHOICES, BEAM_COUNT, "* Card 11.5.8", "* Card 11.5.9");
-        write_line_section(channels, group_cards, listing, units, post, members, 5, TRUSS_CHOICES, TRUSS_COUNT, "* Card 11.6.8", "* Card 11.6.9");
+        write_line_section(channels, group_cards, listing, units, post, members, 4, BEAM_CHOICES, BEAM_COUNT,
+                           "* Card 11.5.8", "* Card 11.5.9");
+        write_line_section(channels, group_cards, listing, units, post, members, 5, TRUSS_CHOICES,
+                           TRUSS_COUNT, "* Card 11.6.8", "* Card 11.6.9");
     }
     write_result_section(channels, kind, group_cards, listing, units, post, members);
     write_lines(post, END_OF_GRAF_2D);
 }
 
-bool plots_list(LayoutKind kind, const GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t sub_kind) {
+bool plots_list(LayoutKind kind, const GroupCards& group_cards, std::int32_t g, std::int8_t type,
+                std::int32_t sub_kind) {
     return std::any_of(std::begin(SECTIONS), std::end(SECTIONS), [&](const SectionRow& row) {
-        return has_section(kind, row.NPTYPE) && row.lists(type) && (!row.inside_only || sub_kind == ROW_OUTLINE) &&
-               lists_group(group_cards, g, row.NPTYPE);
+        return has_section(kind, row.plot_type) && row.lists(type) &&
+               (!row.inside_only || sub_kind == ROW_OUTLINE) && lists_group(group_cards, g, row.plot_type);
     });
 }
 

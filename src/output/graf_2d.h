@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "channel/channels.h"
-#include "group/tables.h"
 #include "mesh/edition.h"
+#include "mesh/group_tables.h"
 #include "mesh/mesh_records.h"
 #include "output/group_members.h"
 #include "output/unit_table.h"
@@ -16,9 +16,12 @@ namespace brelan {
 
 // Writes the sections in their order and the end of the deck. Temperature decks have the sections of the mesh
 // and of results only.
-void WRITEGRAF2D(Channels& channels, LayoutKind kind, const GroupCards& group_cards, GroupListing& listing, UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members, const MeshCounts& counts);
+void write_graf_2d(Channels& channels, LayoutKind kind, const GroupCards& group_cards, GroupListing& listing,
+                   UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members,
+                   const MeshCounts& counts);
 
 // True when a section of the deck lists a group's elements of a class that a row of the given kind claims.
-bool plots_list(LayoutKind kind, const GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t sub_kind);
+bool plots_list(LayoutKind kind, const GroupCards& group_cards, std::int32_t g, std::int8_t type,
+                std::int32_t sub_kind);
 
 }  // namespace brelan

@@ -124,9 +124,9 @@ inline constexpr std::array<std::string_view, 4> RESULT_CHOICES_HEAD = {
 
 struct ResultChoice {
     std::string_view name;
-    std::int32_t NCTS;
+    std::int32_t number;
 };
-inline constexpr std::int32_t ACTIVE_NCTS = 26;  // the one without a star
+inline constexpr std::int32_t ACTIVE_RESULT = 26;  // the one without a star
 inline constexpr std::array<ResultChoice, 28> RESULT_CHOICES{{
     {"Normal XX Stress", 2},
     {"Normal YY Stress", 3},

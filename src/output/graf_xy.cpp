@@ -3,10 +3,10 @@
 #include <string>
 
 #include "channel/layout.h"
+#include "mesh/edition.h"
 #include "output/blocks.h"
 #include "output/graf_xy_texts.h"
 #include "output/unit_table.h"
-#include "mesh/edition.h"
 
 namespace brelan {
 
@@ -28,7 +28,7 @@ struct CardSet {
     std::span<const std::string_view> fixed_pairs{};  // or pairs of two elements or nodes
     bool first_is_active = true;                      // the first pair of the list has no star
     bool factor_card = true;                          // the factors have their card's line
-    std::string_view IPLOT = "    0";
+    std::string_view plot_switch = "    0";
 };
 
 void put(Channel& post, std::string_view text) {
@@ -80,10 +80,10 @@ void write_card_set(Channel& post, const CardSet& set) {
     put(post, "*");
     put(post, "* Card 12.1");
     put(post, "*  IPTYPE");
-    put(post, set.cards.IPTYPE);
+    put(post, set.cards.history_type);
     put_card(post, set, "1");
     put(post, "*  IPLOT");
-    put(post, set.IPLOT);
+    put(post, set.plot_switch);
     put_card(post, set, "2");
     put(post, set.cards.count);
     put(post, two ? "    2" : "    1");
@@ -120,11 +120,12 @@ std::string fixed_title(std::string_view text) {
 }
 
 Plot history(const UnitLabels& units, std::string_view name, std::string_view unit) {
-    return {units.TITLE, joined(" Time ", units.UTIME), joined(name, unit)};
+    return {units.title, joined(" Time ", units.time), joined(name, unit)};
 }
 
-Plot titled_history(const UnitLabels& units, std::string_view title, std::string_view name, std::string_view unit) {
-    return {fixed_title(title), joined(" Time ", units.UTIME), joined(name, unit)};
+Plot titled_history(const UnitLabels& units, std::string_view title, std::string_view name,
+                    std::string_view unit) {
+    return {fixed_title(title), joined(" Time ", units.time), joined(name, unit)};
 }
 
 // --- templates -----------------------------------------------------------------------------------
@@ -138,11 +139,11 @@ void write_template(Channel& post, const CardSet& set, const Plot& plot) {
 // Pressures of two elements against time, then their stress paths in one plot.
 void write_stress_paths(const UnitLabels& units, Channel& post) {
     const Plot pressures[] = {
-        titled_history(units, " Mean & Pore Fluid Pressure: Element 1", " Stress ", units.USTRESS),
-        titled_history(units, " Mean & Pore Fluid Pressure: Element 2", " Stress ", units.USTRESS)};
+        titled_history(units, " Mean & Pore Fluid Pressure: Element 1", " Stress ", units.stress),
+        titled_history(units, " Mean & Pore Fluid Pressure: Element 2", " Stress ", units.stress)};
     const Plot path[] = {{fixed_title(" Stress Path for Elements 1 and 2"),
-                          joined(" Effective Mean Pressure ", units.USTRESS),
-                          joined(" Deviatoric Stress ", units.USTRESS)}};
+                          joined(" Effective Mean Pressure ", units.stress),
+                          joined(" Deviatoric Stress ", units.stress)}};
     write_card_set(post, {.cards = ELEMENT_CARDS,
                           .factors = ELEMENT_FACTORS,
                           .plots = pressures,
@@ -151,7 +152,7 @@ void write_stress_paths(const UnitLabels& units, Channel& post) {
                           .factors = ELEMENT_FACTORS,
                           .plots = path,
                           .fixed_pairs = STRESS_PATH_PAIRS,
-                          .IPLOT = "    1"});
+                          .plot_switch = "    1"});
 }
 
 void write_element_templates(LayoutKind kind, const UnitLabels& units, Channel& post) {
@@ -160,20 +161,20 @@ void write_element_templates(LayoutKind kind, const UnitLabels& units, Channel& 
                        plot);
     };
     if (kind == LayoutKind::temperature) {
-        with(ELEMENT_TEMPERATURE, SCALAR_FACTORS, history(units, " Temperature", units.UTEMP));
+        with(ELEMENT_TEMPERATURE, SCALAR_FACTORS, history(units, " Temperature", units.temperature));
         return;
     }
-    with(STRESS_GROUPS, ELEMENT_FACTORS, history(units, " Stress ", units.USTRESS));
+    with(STRESS_GROUPS, ELEMENT_FACTORS, history(units, " Stress ", units.stress));
     with(STRAIN_GROUPS, STRAIN_FACTORS, history(units, " Strain (%)", ""));
-    with(FORCE_GROUPS, ELEMENT_FACTORS, history(units, " Force ", units.UFORCE));
-    with(MOMENT_GROUPS, ELEMENT_FACTORS, history(units, " Moment ", units.UMOMENT));
+    with(FORCE_GROUPS, ELEMENT_FACTORS, history(units, " Force ", units.force));
+    with(MOMENT_GROUPS, ELEMENT_FACTORS, history(units, " Moment ", units.moment));
     write_stress_paths(units, post);
 }
 
 // Displacements of two nodes against time: a plot for each node, then a plot for each direction.
 void write_two_node_displacements(const UnitLabels& units, Channel& post) {
     const auto plot = [&](std::string_view title) {
-        return titled_history(units, title, " Displacement ", units.ULENGTH);
+        return titled_history(units, title, " Displacement ", units.length);
     };
     const Plot by_node[] = {plot(" Hor. & Ver. Displacement: Node 1"),
                             plot(" Hor. & Ver. Displacement: Node 2")};
@@ -183,7 +184,7 @@ void write_two_node_displacements(const UnitLabels& units, Channel& post) {
         .cards = NODE_CARDS, .factors = NODE_FACTORS, .plots = by_node, .fixed_pairs = TWO_DISPLACEMENTS};
     write_card_set(post, set);
     set.plots = by_direction;
-    set.IPLOT = "    1";
+    set.plot_switch = "    1";
     write_card_set(post, set);
 }
 
@@ -192,30 +193,30 @@ void write_node_templates(LayoutKind kind, const UnitLabels& units, Channel& pos
     set.first_is_active = false;
     if (kind == LayoutKind::temperature) {
         set.groups = NODE_TEMPERATURE;
-        write_template(post, set, history(units, " Temperature  ", units.UTEMP));
+        write_template(post, set, history(units, " Temperature  ", units.temperature));
         return;
     }
     if (kind == LayoutKind::head) {
         set.groups = NODE_HEAD;
-        write_template(post, set, history(units, " Total Head   ", units.UTEMP));
+        write_template(post, set, history(units, " Total Head   ", units.temperature));
         return;
     }
     set.first_is_active = true;
     set.factors = NODE_FACTORS;
     set.groups = DISPLACEMENT_GROUPS;
-    write_template(post, set, history(units, " Displacement ", units.ULENGTH));
+    write_template(post, set, history(units, " Displacement ", units.length));
     set.groups = VELOCITY_GROUPS;
     set.factor_card = false;  // this template has never had the line, and decks are compared with it
-    write_template(post, set, history(units, " Velocity ", units.UVELOC));
+    write_template(post, set, history(units, " Velocity ", units.velocity));
     set.factor_card = true;
     set.groups = ACCELERATION_GROUPS;
-    write_template(post, set, history(units, " Acceleration ", units.UACCEL));
+    write_template(post, set, history(units, " Acceleration ", units.acceleration));
     write_two_node_displacements(units, post);
 }
 
 }  // namespace
 
-void WRITEGRAFXY(LayoutKind kind, const UnitLabels& units, Channel& post) {
+void write_graf_xy(LayoutKind kind, const UnitLabels& units, Channel& post) {
     constexpr std::string_view title = "*         POST FILE: GRAF-XY PLOT                *";
     write_banner(post, title, "*         IPTYPE = 1 (CARD 12.2)                 *");
     write_element_templates(kind, units, post);

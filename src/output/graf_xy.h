@@ -9,6 +9,6 @@
 namespace brelan {
 
 // Writes the templates of element histories, then those of node histories, by kind, and the end of the deck.
-void WRITEGRAFXY(LayoutKind kind, const UnitLabels& units, Channel& post);
+void write_graf_xy(LayoutKind kind, const UnitLabels& units, Channel& post);
 
 }  // namespace brelan

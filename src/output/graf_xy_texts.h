@@ -100,7 +100,7 @@ inline constexpr Factors SCALAR_FACTORS = {"*  TMFAC  TPFAC", "    1.0    1.0"};
 // --- the cards of histories of elements and of nodes ---------------------------------------------
 
 struct HistoryCards {
-    std::string_view IPTYPE;
+    std::string_view history_type;
     std::string_view cards;     // the cards' number without the last part
     std::string_view count;     // heading of the count of elements or nodes
     std::string_view one, two;  // heading of the number, of two numbers

@@ -1,7 +1,7 @@
 #include "output/group_members.h"
 
 #include "channel/free_field.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan {
 
@@ -12,8 +12,8 @@ struct MemberRecord {
     std::int32_t group = 0, material = 0, element = 0, type = 0, sub_kind = 0;
 
     bool takes_part(const GroupCards& group_cards) const {
-        return type >= EL_CONTINUUM && type <= EL_TRUSS && element > 0 && material != 0 && group >= 1 &&
-               group <= group_cards.count && group_cards.outputs[group].IGPOST != 0;
+        return type >= ELEMENT_CONTINUUM && type <= ELEMENT_TRUSS && element > 0 && material != 0 &&
+               group >= 1 && group <= group_cards.count && group_cards.outputs[group].wants_outputs != 0;
     }
 };
 
@@ -35,7 +35,7 @@ struct LastBucket {
 
 }  // namespace
 
-std::vector<GroupMembers> READMEMBERS(const GroupCards& group_cards, Channel& file) {
+std::vector<GroupMembers> read_members(const GroupCards& group_cards, Channel& file) {
     const auto places = static_cast<std::size_t>(group_cards.count > 0 ? group_cards.count : 0) + 1;
     std::vector<GroupMembers> members(places);
     std::vector<LastBucket> last(places);

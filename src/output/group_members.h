@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "channel/channels.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan {
 
@@ -26,11 +26,11 @@ struct MemberRanges {
         inside;  // those that lie inside the outline: what a line or a joint strip claims is left out
 };
 
-// By class (EL_CONTINUUM, EL_BEAM, EL_TRUSS), then by material.
+// By class (ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS), then by material.
 using GroupMembers = std::map<std::pair<std::int8_t, std::int32_t>, MemberRanges>;
 
 // Reads the records, once, into the members of groups 1 to NGROUP; place 0 stays empty. A group that wants no
 // outputs (IGPOST 0) has no members.
-std::vector<GroupMembers> READMEMBERS(const GroupCards& group_cards, Channel& file);
+std::vector<GroupMembers> read_members(const GroupCards& group_cards, Channel& file);
 
 }  // namespace brelan

@@ -5,15 +5,15 @@
 namespace brelan {
 
 Channel& begin_group_text(Channels& channels) {
-    if (!channels.is_open(CH_GROUP_TEXT))
-        return channels.open(CH_GROUP_TEXT, "Group.dat", OpenStatus::scratch);
-    Channel& text = channels.at(CH_GROUP_TEXT);
+    if (!channels.is_open(CHANNEL_GROUP_TEXT))
+        return channels.open(CHANNEL_GROUP_TEXT, "Group.dat", OpenStatus::scratch);
+    Channel& text = channels.at(CHANNEL_GROUP_TEXT);
     text.rewind();
     return text;
 }
 
 void end_group_text(Channels& channels) {
-    channels.close(CH_GROUP_TEXT, CloseAction::remove);
+    channels.close(CHANNEL_GROUP_TEXT, CloseAction::remove);
 }
 
 }  // namespace brelan

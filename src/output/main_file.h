@@ -4,17 +4,18 @@
 #include <vector>
 
 #include "channel/channels.h"
-#include "group/tables.h"
 #include "mesh/edition.h"
+#include "mesh/group_tables.h"
 #include "output/activity.h"
 #include "output/group_members.h"
 
 namespace brelan {
 
 // Writes "..\MatAD.Man": the new materials and their activity.
-void WRITEMATERIALS(Channels& channels, const Settings& settings, const Activity& activity);
+void write_materials(Channels& channels, const Settings& settings, const Activity& activity);
 
 // Writes "..\Group.Man": the activity of the groups' elements.
-void WRITEGROUPACTIVITY(Channels& channels, LayoutKind kind, const GroupCards& group_cards, const Activity& activity, const std::vector<GroupMembers>& members);
+void write_group_activity(Channels& channels, LayoutKind kind, const GroupCards& group_cards,
+                          const Activity& activity, const std::vector<GroupMembers>& members);
 
 }  // namespace brelan

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "channel/layout.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "output/blocks.h"
 
 namespace brelan {
@@ -30,7 +30,7 @@ std::vector<NodeList> wanted_lists(const GroupCards& group_cards, const GroupLis
         if (row.sub_kind != ROW_OUTLINE)
             continue;
         const GroupPost& post = group_cards.outputs[row.group];
-        if (post.IGPOST == 0 || post.toggle[NODE_SWITCH] == 0)
+        if (post.wants_outputs == 0 || post.toggle[NODE_SWITCH] == 0)
             continue;
         NodeList list{row.group, {}};
         for (const std::int32_t node : listing.lines[i].nodes)
@@ -44,7 +44,8 @@ std::vector<NodeList> wanted_lists(const GroupCards& group_cards, const GroupLis
 
 }  // namespace
 
-void write_node_lists(const GroupCards& group_cards, const GroupListing& listing, Channel& post, std::string_view count_card, std::string_view nodes_card) {
+void write_node_lists(const GroupCards& group_cards, const GroupListing& listing, Channel& post,
+                      std::string_view count_card, std::string_view nodes_card) {
     const std::vector<NodeList> lists = wanted_lists(group_cards, listing);
     write_lines(post, {count_card, "*   NRL      "});
     LIST_COUNT.write(post, static_cast<std::int32_t>(lists.size()));

@@ -1,11 +1,11 @@
 #include "output/rewrite_mesh.h"
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/layout.h"
-#include "channel/channel_numbers.h"
-#include "mesh/edition.h"
 #include "channel/trace.h"
+#include "mesh/edition.h"
 
 namespace brelan {
 
@@ -25,17 +25,20 @@ void write_continuum(LayoutKind kind, Channel& mesh_file, const ElementRecord& e
     const ElementWords& w = e.words;
     switch (kind) {
         case LayoutKind::coupled:
-            COUPLED_CONTINUUM.write(mesh_file, e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
-                                    e.KS, e.KF, e.INTR, e.INTS, e.TBJWL);
+            COUPLED_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
+                                    w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
+                                    e.skeleton, e.fluid, e.integration_r, e.integration_s, e.real_attribute);
             break;
         case LayoutKind::temperature:
         case LayoutKind::head:
             // Seven values: the columns are those of a longer record that ends early.
-            SCALAR_CONTINUUM.write_front(mesh_file, e.NEL, w.I1, w.I2, w.I3, w.I4, w.MATNO, e.IDH);
+            SCALAR_CONTINUUM.write_front(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
+                                         w.material, e.attribute);
             break;
         case LayoutKind::displacement:
-            DISPLACEMENT_CONTINUUM.write(mesh_file, e.NEL, w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8, w.MATNO,
-                                         e.THIC, e.DEN);
+            DISPLACEMENT_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
+                                         w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
+                                         e.thickness, e.density);
             break;
     }
 }
@@ -47,43 +50,45 @@ void copy_line_elements(Channel& from, Channel& to, std::int32_t count) {
     copy_cut(from, to);
     copy_cut(from, to);
     for (std::int32_t i = 0; i < count; ++i) {
-        std::int32_t NEL = 0, I = 0, J = 0, MATNO = 0, NODEK = 0;
-        read_free(from, "a beam or truss element record of five integers", NEL, I, J, MATNO, NODEK);
-        LINE_ELEMENT.write(to, NEL, I, J, MATNO, NODEK);
+        std::int32_t number = 0, first = 0, second = 0, material = 0, node_code = 0;
+        read_free(from, "a beam or truss element record of five integers", number, first, second, material,
+                  node_code);
+        LINE_ELEMENT.write(to, number, first, second, material, node_code);
     }
 }
 
 }  // namespace
 
-void REWRITEMESH(Channels& channels, Trace& trace, const Settings& settings, std::string_view FILEM, const MeshCounts& counts, std::span<const std::int32_t> NEWMAT) {
+void rewrite_mesh(Channels& channels, Trace& trace, const Settings& settings, std::string_view result_name,
+                  const MeshCounts& counts, std::span<const std::int32_t> new_material) {
     constexpr std::int32_t heading_lines = 7;
     trace.values(2, " Pass 27.1.4 IPROGM = ", settings.edition);
-    Channel& copy = channels.open(CH_TEMP_MESH, "TEMPMESH.TMP", OpenStatus::work);
-    Channel& source = channels.open(CH_RESULT, FILEM, OpenStatus::old);
+    Channel& copy = channels.open(CHANNEL_MESH_COPY, "TEMPMESH.TMP", OpenStatus::work);
+    Channel& source = channels.open(CHANNEL_RESULT, result_name, OpenStatus::old);
     while (!source.at_end())
         copy_cut(source, copy);
     trace.values(2, " Pass 27.1.5 ");
     copy.rewind();
-    Channel& mesh_file = channels.open(CH_RESULT, FILEM, OpenStatus::result);
-    for (std::int32_t i = 0; i < counts.NUMNP + heading_lines; ++i)
+    Channel& mesh_file = channels.open(CHANNEL_RESULT, result_name, OpenStatus::result);
+    for (std::int32_t i = 0; i < counts.nodes + heading_lines; ++i)
         copy_cut(copy, mesh_file);
     trace.values(2, " Pass 27.1.6 ");
-    for (std::int32_t i = 1; i <= counts.NCONT; ++i) {
-        ElementRecord element = read_element_record(settings.kind(), copy, EL_CONTINUUM);
-        const std::int32_t material = NEWMAT[static_cast<std::size_t>(element.NEL)];
-        trace.values(2, " Pass 27.1.7 ", " I = ", i, " N = ", element.NEL,
-                     " NEWMAT(I) = ", NEWMAT[static_cast<std::size_t>(i)], " NEWMAT(N) = ", material);
+    for (std::int32_t i = 1; i <= counts.continuum_elements; ++i) {
+        ElementRecord element = read_element_record(settings.kind(), copy, ELEMENT_CONTINUUM);
+        const std::int32_t material = new_material[static_cast<std::size_t>(element.number)];
+        trace.values(2, " Pass 27.1.7 ", " I = ", i, " N = ", element.number,
+                     " NEWMAT(I) = ", new_material[static_cast<std::size_t>(i)], " NEWMAT(N) = ", material);
         if (material > 0)
-            element.words.MATNO = material;
+            element.words.material = material;
         write_continuum(settings.kind(), mesh_file, element);
     }
-    trace.values(2, " Pass 27.1.8 ", " NBEAMA= ", counts.NBEAM, " NNBEAMA= ", counts.NBEAM,
-                 " NTRUSA = ", counts.NTRUS);
-    copy_line_elements(copy, mesh_file, counts.NBEAM);
-    copy_line_elements(copy, mesh_file, counts.NTRUS);
+    trace.values(2, " Pass 27.1.8 ", " NBEAMA= ", counts.beams, " NNBEAMA= ", counts.beams,
+                 " NTRUSA = ", counts.trusses);
+    copy_line_elements(copy, mesh_file, counts.beams);
+    copy_line_elements(copy, mesh_file, counts.trusses);
     while (!copy.at_end())
         copy_cut(copy, mesh_file);
-    channels.close(CH_TEMP_MESH);
+    channels.close(CHANNEL_MESH_COPY);
     mesh_file.flush();
 }
 

@@ -14,6 +14,7 @@ namespace brelan {
 
 // Writes the mesh file anew: copied to "TEMPMESH.TMP", which stays, and from there back with the new material
 // of each continuum element, 0 leaving the old one. The counts are those of the records in the file.
-void REWRITEMESH(Channels& channels, Trace& trace, const Settings& settings, std::string_view FILEM, const MeshCounts& counts, std::span<const std::int32_t> NEWMAT);
+void rewrite_mesh(Channels& channels, Trace& trace, const Settings& settings, std::string_view result_name,
+                  const MeshCounts& counts, std::span<const std::int32_t> new_material);
 
 }  // namespace brelan

@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <span>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
-#include "channel/channel_numbers.h"
 #include "mesh/edition.h"
 
 namespace brelan {
@@ -71,43 +71,44 @@ std::string compound(std::string_view a, char between, std::string_view b, std::
     return label;
 }
 
-void set_compound_labels(UnitLabels& units, float IFORCE, float ILENGTH, float ITIME) {
-    const std::size_t force = place_in(FORCE, IFORCE);
-    const std::size_t length = place_in(LENGTH, ILENGTH);
-    const std::size_t time = place_in(TIME, ITIME);
+void set_compound_labels(UnitLabels& units, float force_code, float length_code, float time_code) {
+    const std::size_t force = place_in(FORCE, force_code);
+    const std::size_t length = place_in(LENGTH, length_code);
+    const std::size_t time = place_in(TIME, time_code);
     if (length == LENGTH.size())
         return;
     if (force < FORCE.size()) {
-        units.USTRESS = STRESS[force][length];
-        units.UMOMENT = compound(FORCE[force], '-', LENGTH[length], ")", units.UMOMENT.size());
+        units.stress = STRESS[force][length];
+        units.moment = compound(FORCE[force], '-', LENGTH[length], ")", units.moment.size());
     }
     if (time < TIME.size()) {
-        units.UVELOC = compound(LENGTH[length], '/', TIME[time], ")", units.UVELOC.size());
-        units.UACCEL = compound(LENGTH[length], '/', TIME[time], "2)", units.UACCEL.size());
+        units.velocity = compound(LENGTH[length], '/', TIME[time], ")", units.velocity.size());
+        units.acceleration = compound(LENGTH[length], '/', TIME[time], "2)", units.acceleration.size());
     }
 }
 
 }  // namespace
 
-void UNITTAB(Channels& channels, LayoutKind kind, UnitLabels& units) {
+void read_unit_table(Channels& channels, LayoutKind kind, UnitLabels& units) {
     constexpr int lines_to_title = 4, lines_to_codes = 10, title_columns = 80;
-    Channel& file = channels.open(CH_GROUP, UNIT_FILE, OpenStatus::old);
+    Channel& file = channels.open(CHANNEL_GROUP, UNIT_FILE, OpenStatus::old);
     file.skip_lines(lines_to_title, "the comment lines in front of the project's title");
-    units.TITLE = file.read_line("the project's title").first(title_columns);
+    units.title = file.read_line("the project's title").first(title_columns);
     file.skip_lines(lines_to_codes, "the comment lines in front of the unit codes");
-    float IFORCE = 0.0F, ILENGTH = 0.0F, ITIME = 0.0F, IENERGY = 0.0F, ITEMP = 0.0F;
-    read_free(file, "the unit codes (IFORCE, ILENGTH, ITIME, IENERGY, ITEMP)", IFORCE, ILENGTH, ITIME,
-              IENERGY, ITEMP);
-    channels.close(CH_GROUP);
-    set_label(units.UFORCE, FORCE, IFORCE);
-    set_label(units.ULENGTH, LENGTH, ILENGTH);
-    set_label(units.UTIME, TIME, ITIME);
-    set_label(units.UENERGY, ENERGY, IENERGY);
+    float force_code = 0.0F, length_code = 0.0F, time_code = 0.0F, energy_code = 0.0F,
+          temperature_code = 0.0F;
+    read_free(file, "the unit codes (IFORCE, ILENGTH, ITIME, IENERGY, ITEMP)", force_code, length_code,
+              time_code, energy_code, temperature_code);
+    channels.close(CHANNEL_GROUP);
+    set_label(units.force, FORCE, force_code);
+    set_label(units.length, LENGTH, length_code);
+    set_label(units.time, TIME, time_code);
+    set_label(units.energy, ENERGY, energy_code);
     if (kind == LayoutKind::temperature)
-        set_label(units.UTEMP, TEMPERATURE, ITEMP);
+        set_label(units.temperature, TEMPERATURE, temperature_code);
     else if (kind == LayoutKind::head)
-        set_label(units.UTEMP, HEAD, ITEMP);
-    set_compound_labels(units, IFORCE, ILENGTH, ITIME);
+        set_label(units.temperature, HEAD, temperature_code);
+    set_compound_labels(units, force_code, length_code, time_code);
 }
 
 }  // namespace brelan

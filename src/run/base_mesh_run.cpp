@@ -2,8 +2,8 @@
 
 #include "basemesh/block_deck.h"
 #include "basemesh/block_mesh.h"
-#include "run/read_cards.h"
 #include "channel/trace.h"
+#include "run/read_cards.h"
 #include "run/run.h"
 
 namespace brelan {
@@ -11,10 +11,10 @@ namespace brelan {
 std::int32_t run_base_mesh(Run& run) {
     run.trace.pass(" Pass 4A ", 4.1F);
     read_base_mesh_cards(run);
-    BLOCKDECK(run.channels, run.settings.kind(), run.block_cards, run.field);
-    BLOCKMESH(run.channels, run.settings.kind(), run.block_cards, run.field);
+    write_block_file(run.channels, run.settings.kind(), run.block_cards, run.field);
+    make_block_mesh(run.channels, run.settings.kind(), run.block_cards, run.field);
     run.trace.pass(" Pass 4B ", 4.2F);
-    return run.block_cards.IGMOD;
+    return run.block_cards.edit_follows;
 }
 
 }  // namespace brelan

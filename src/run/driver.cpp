@@ -1,24 +1,25 @@
 #include "run/driver.h"
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/free_field.h"
 #include "channel/run_end.h"
+#include "channel/trace.h"
 #include "dam/dam_deck.h"
 #include "deck/deck_checker.h"
 #include "deck/deck_tables.h"
 #include "deck/error_report.h"
-#include "group/tables.h"
 #include "mesh/combine_tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 #include "run/base_mesh_run.h"
-#include "channel/channel_numbers.h"
 #include "run/combination_run.h"
 #include "run/edit_run.h"
+#include "run/flush_to_zero.h"
 #include "run/read_cards.h"
+#include "run/run.h"
 #include "run/slope_run.h"
 #include "run/start_up.h"
-#include "channel/trace.h"
-#include "run/run.h"
 
 namespace brelan {
 
@@ -30,17 +31,17 @@ constexpr std::string_view NORMALISED_DECK = "BRELAN.TMP";
 constexpr std::string_view SHELL_FILES[] = {"..\\Shell_Left.Mes", "..\\Shell_Right.Mes", "..\\Dam_Shell.Mes",
                                             "..\\EarthDam.Meg", "..\\EarthDam.Mes"};
 
-void CLEANSHELL(Run& run) {
+void remove_shell_files(Run& run) {
     for (const std::string_view name : SHELL_FILES) {
         if (!run.channels.file_exists(name))
             continue;
-        run.channels.open(CH_DELETE, name, OpenStatus::old);
-        run.channels.close(CH_DELETE, CloseAction::remove);
+        run.channels.open(CHANNEL_DELETE, name, OpenStatus::old);
+        run.channels.close(CHANNEL_DELETE, CloseAction::remove);
     }
 }
 
 void open_result_copy(Run& run) {
-    run.channels.open(CH_RESULT_COPY, "MeshFile.Mes", OpenStatus::work).set_write_only(true);
+    run.channels.open(CHANNEL_RESULT_COPY, "MeshFile.Mes", OpenStatus::work).set_write_only(true);
 }
 
 void run_mode_0(Run& run) {
@@ -62,7 +63,7 @@ void run_mode_1(Run& run) {
 
 // A base mesh that no edit follows is passed on unchanged.
 void run_base_mesh_alone(Run& run) {
-    RESETMESH(run.mesh, run.side, run.selection);
+    reset_mesh(run.mesh, run.side, run.selection);
     run.files.first = TextLine("..\\Bmesh.dat");
     run.files.result = TextLine("Basic.Tmp");
     open_edit_files(run);
@@ -77,24 +78,25 @@ void run_base_mesh_alone(Run& run) {
 [[noreturn]] void run_unknown_mode(Run& run, std::int32_t mode) {
     open_result_copy(run);
     run.trace.pass(" Pass 6 ", 6.0F);
-    Channel& deck = run.channels.at(CH_DECK);
+    Channel& deck = run.channels.at(CHANNEL_DECK);
     deck.rewind();
     deck.fail_here("expected an IMOD of -1 to 3 on Card 1.1, found " + std::to_string(mode) +
                    ": no mesh is open");
 }
 
 void end_deck(Run& run) {
-    for (const int number : {CH_DECK, CH_DATA, CH_MESH_A, CH_MESH_B, CH_WORK, CH_RESULT_COPY, CH_SOURCE_A,
-                             CH_SOURCE_B, CH_GROUP, CH_RESULT})
+    for (const int number :
+         {CHANNEL_DECK, CHANNEL_DATA, CHANNEL_MESH_A, CHANNEL_MESH_B, CHANNEL_WORK, CHANNEL_RESULT_COPY,
+          CHANNEL_SOURCE_A, CHANNEL_SOURCE_B, CHANNEL_GROUP, CHANNEL_RESULT})
         run.channels.close(number);
 }
 
 // The decks that are made of a dam's cards take its place.
 void normalise_deck(Run& run) {
     const LayoutKind kind = run.settings.kind();
-    while (DECKCHK(run.channels, kind, run.checker, run.console, run.decks.name, NORMALISED_DECK) ==
+    while (check_deck(run.channels, kind, run.checker, run.console, run.decks.name, NORMALISED_DECK) ==
            DeckContent::dam) {
-        DAMDECK(run.channels, kind, run.checker, run.decks, run.dam, run.sizes);
+        write_dam_decks(run.channels, kind, run.checker, run.decks, run.dam, run.sizes);
         run.decks.name = run.decks.names[1];
         drop_checked_deck(run.channels);
     }
@@ -104,48 +106,49 @@ void run_deck(Run& run) {
     run.listing.count = 0;
     run.decks.name = run.decks.names[run.decks.number];
     normalise_deck(run);
-    Channel& deck = run.channels.open(CH_DECK, NORMALISED_DECK, OpenStatus::old);
+    Channel& deck = run.channels.open(CHANNEL_DECK, NORMALISED_DECK, OpenStatus::old);
     deck.set_origin(run.checker.origin);
-    std::int32_t IMOD = 0;
-    std::int32_t JK = 0;
-    read_free(deck, "Card 1.1 (IMOD, JK)", IMOD, JK);
-    run.combination.keeps_first_data = IMOD == -1;
+    std::int32_t mode = 0;
+    std::int32_t kind_code = 0;
+    read_free(deck, "Card 1.1 (IMOD, JK)", mode, kind_code);
+    run.combination.keeps_first_data = mode == -1;
     if (run.combination.keeps_first_data)
-        IMOD = 0;
+        mode = 0;
     run.trace.pass(" Pass 3 ...", 3.0F);
-    if (IMOD == 2) {
-        IMOD = 1;
+    if (mode == 2) {
+        mode = 1;
         if (run_base_mesh(run) == 0) {
             run_base_mesh_alone(run);
             end_deck(run);
             return;
         }
     }
-    RESETMESH(run.mesh, run.side, run.selection);
+    reset_mesh(run.mesh, run.side, run.selection);
     run.trace.pass(" Pass 4D ", 4.4F);
-    if (IMOD == 0) {
+    if (mode == 0) {
         run_mode_0(run);
-    } else if (IMOD == 1) {
+    } else if (mode == 1) {
         run_mode_1(run);
     } else {
-        run_unknown_mode(run, IMOD);
+        run_unknown_mode(run, mode);
     }
     end_deck(run);
 }
 
 }  // namespace
 
-void RUN(Run& run) {
-    STARTUP(run);
+void run_program(Run& run) {
+    const FlushToZero mode;
+    start_up(run);
     run.decks.count = 1;
     run.decks.names[1] = run.decks.name;
     for (run.decks.number = 1; run.decks.number <= run.decks.count; ++run.decks.number)
         run_deck(run);
     if (run.decks.count > 1)
-        CLEANSHELL(run);
-    WRSTATUS(run.channels, 0);
+        remove_shell_files(run);
+    write_status(run.channels, 0);
     run.trace.pass(" Pass 43 ", 43.0F);
-    run.channels.close(CH_TRACE);
+    run.channels.close(CHANNEL_TRACE);
 }
 
 }  // namespace brelan

@@ -7,6 +7,6 @@ struct Run;
 
 // Carries out a run from its first step to its last. Returns when the run is finished; every other way out is
 // a stop or a failure.
-void RUN(Run& run);
+void run_program(Run& run);
 
 }  // namespace brelan

@@ -2,33 +2,33 @@
 
 #include <span>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
+#include "channel/trace.h"
 #include "deck/strip_mesh.h"
-#include "group/tables.h"
 #include "mesh/boundary_file.h"
 #include "mesh/compaction.h"
 #include "mesh/edit_mesh.h"
 #include "mesh/edit_source.h"
 #include "mesh/edit_tables.h"
+#include "mesh/edition.h"
+#include "mesh/group_tables.h"
 #include "mesh/moves.h"
 #include "mesh/polyline_selection.h"
 #include "mesh/result_file.h"
 #include "mesh/selection.h"
 #include "output/group_out.h"
-#include "channel/channel_numbers.h"
 #include "run/group_run.h"
 #include "run/read_cards.h"
-#include "mesh/edition.h"
-#include "run/slope_run.h"
-#include "channel/trace.h"
 #include "run/run.h"
+#include "run/slope_run.h"
 
 namespace brelan {
 
 namespace {
 
 void trace_edit(Run& run) {
-    switch (run.edit.IEDIT) {
+    switch (run.edit.operation) {
         case 0:
             run.trace.pass(" Pass 5A ", 5.1F);
             break;
@@ -59,9 +59,9 @@ void select_on_polyline(Run& run, Channel& mesh_file) {
     run.trace.pass(" Pass 7B ", 7.2F);
     const NodePlaces places = read_node_places(run.settings.kind(), run.source, mesh_file);
     run.trace.pass(" Pass 7C-1 ", 7.31F);
-    if (run.edit.NSEL > 0)
-        SELECTPOLYLINE(places, run.selection,
-                       std::span(&run.edit.LIST[1], static_cast<std::size_t>(run.edit.NSEL)));
+    if (run.edit.list_count > 0)
+        select_polyline(places, run.selection,
+                        std::span(&run.edit.list[1], static_cast<std::size_t>(run.edit.list_count)));
     run.trace.pass(" Pass 7C-2 ", 7.32F);
     run.trace.pass(" Pass 7D ", 7.4F);
 }
@@ -69,32 +69,32 @@ void select_on_polyline(Run& run, Channel& mesh_file) {
 // Passes 6 to 13: the source mesh comes into the tables, edited on the way.
 void load_mesh(Run& run) {
     run.trace.pass(" Pass 6 ", 6.0F);
-    Channel& mesh_file = run.channels.at(CH_MESH_A);
-    SCANNODES(run.settings.kind(), run.source, mesh_file);
-    PREPARESELECTION(run.edit, run.selection);
-    if (run.edit.IEDIT == 1 && run.edit.ILOC == 2)
+    Channel& mesh_file = run.channels.at(CHANNEL_MESH_A);
+    scan_nodes(run.settings.kind(), run.source, mesh_file);
+    prepare_selection(run.edit, run.selection);
+    if (run.edit.operation == 1 && run.edit.selection_mode == 2)
         select_on_polyline(run, mesh_file);
     run.trace.pass(" Pass 8 ", 8.0F);
-    EDITNODES(run.edit, run.source, run.mesh, run.selection, mesh_file);
-    if (run.edit.IEDIT == 5)
+    edit_nodes(run.edit, run.source, run.mesh, run.selection, mesh_file);
+    if (run.edit.operation == 5)
         map_slope_nodes(run);
     run.trace.pass(" Pass 9 ", 9.0F);
-    SCANELEMENTS(run.settings.kind(), run.source, mesh_file);
-    FIXSTARTNUMBERS(run.edit, run.source);
-    if (run.source.counts.NCONT > 0) {
+    scan_elements(run.settings.kind(), run.source, mesh_file);
+    fix_start_numbers(run.edit, run.source);
+    if (run.source.counts.continuum_elements > 0) {
         run.trace.pass(" Pass 10 ", 10.0F);
-        EDITELEMENTS(run.edit, run.source, run.mesh, run.selection, mesh_file, EL_CONTINUUM);
+        edit_elements(run.edit, run.source, run.mesh, run.selection, mesh_file, ELEMENT_CONTINUUM);
         run.trace.pass(" Pass 11 ", 11.0F);
     }
-    if (run.source.counts.NBEAM > 0) {
-        EDITELEMENTS(run.edit, run.source, run.mesh, run.selection, mesh_file, EL_BEAM);
+    if (run.source.counts.beams > 0) {
+        edit_elements(run.edit, run.source, run.mesh, run.selection, mesh_file, ELEMENT_BEAM);
         run.trace.pass(" Pass 12 ", 12.0F);
     }
-    if (run.source.counts.NTRUS > 0) {
-        EDITELEMENTS(run.edit, run.source, run.mesh, run.selection, mesh_file, EL_TRUSS);
+    if (run.source.counts.trusses > 0) {
+        edit_elements(run.edit, run.source, run.mesh, run.selection, mesh_file, ELEMENT_TRUSS);
         run.trace.pass(" Pass 13 ", 13.0F);
     }
-    if (run.edit.IEDIT == 5)
+    if (run.edit.operation == 5)
         finish_slope_elements(run);
 }
 
@@ -107,54 +107,54 @@ void run_moves(Run& run) {
 
 // Passes 15 to 19: the numbering closes up (IEDIT 2, 3 and 4).
 void run_compaction(Run& run) {
-    if (run.edit.IEDIT != 2 && run.edit.IEDIT != 3 && run.edit.IEDIT != 4)
+    if (run.edit.operation != 2 && run.edit.operation != 3 && run.edit.operation != 4)
         return;
-    if (run.edit.IEDIT == 4)
+    if (run.edit.operation == 4)
         run_collapse_and_moves(run);
     run.trace.pass(" Pass 15 ", 15.0F);
-    const std::int32_t NE = PACKELEMENTS(run.mesh);
+    const std::int32_t elements = pack_elements(run.mesh);
     run.trace.pass(" Pass 16 ", 16.0F);
-    const std::int32_t NN = PACKNODES(run.mesh);
+    const std::int32_t nodes = pack_nodes(run.mesh);
     run.trace.pass(" Pass 17 ", 17.0F);
-    RENUMBERCORNERS(run.mesh, NE, run.edit.NSNODE);
-    if (run.edit.IEDIT == 4)
-        renumber_lines(run, run.edit.NSNODE);
+    renumber_corners(run.mesh, elements, run.edit.first_node);
+    if (run.edit.operation == 4)
+        renumber_lines(run, run.edit.first_node);
     run.trace.pass(" Pass 18 ", 18.0F);
-    PLACENODES(run.edit, run.mesh, NN, run.edit.NSNODE);
+    place_nodes(run.edit, run.mesh, nodes, run.edit.first_node);
     run.trace.pass(" Pass 19 ", 19.0F);
-    PLACEELEMENTS(run.edit, run.mesh, NE, run.edit.NSNEL);
+    place_elements(run.edit, run.mesh, elements, run.edit.first_element);
 }
 
 bool is_grouped_head_mesh(Run& run) {
-    return run.edit.IEDIT == 4 && run.settings.kind() == LayoutKind::head;
+    return run.edit.operation == 4 && run.settings.kind() == LayoutKind::head;
 }
 
 // The trusses of a grouped head mesh are flow lines: a solver that goes by the header stops before them.
 MeshCounts header_counts(Run& run, const ResultMesh& result) {
     MeshCounts counts = result.counts;
     if (is_grouped_head_mesh(run))
-        counts.NTRUS = 0;
+        counts.trusses = 0;
     return counts;
 }
 
 void write_elements(Run& run, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
-    if (run.edit.IEDIT == 4)
+    if (run.edit.operation == 4)
         write_group_elements(run, mesh_file, result, type);
     else
-        WRITEELEMENTS(run.mesh, mesh_file, result, type);
+        write_result_elements(run.mesh, mesh_file, result, type);
 }
 
 // Passes 20 to 27.2: the result is written and copied.
 void write_result(Run& run) {
     ResultMesh result;
-    Channel& mesh_file = run.channels.at(CH_RESULT);
+    Channel& mesh_file = run.channels.at(CHANNEL_RESULT);
     run.trace.pass(" Pass 20 ", 20.0F);
-    COUNTNODES(run.mesh, result);
+    count_nodes(run.mesh, result);
     run.trace.pass(" Pass 21 ", 21.0F);
-    COUNTELEMENTS(run.mesh, result);
-    if (run.edit.IEDIT == 4) {
+    count_elements(run.mesh, result);
+    if (run.edit.operation == 4) {
         prepare_members(run, result.elements);
-        WRITEPIPES(run.channels, run.mesh, run.listing, result);
+        write_pipes(run.channels, run.mesh, run.listing, result);
     }
     run.trace.pass(" Pass 22.1 ", 22.1F);
     write_mesh_head(mesh_file, run.files.result.view(), header_counts(run, result));
@@ -162,39 +162,40 @@ void write_result(Run& run) {
     write_node_heading(run.settings.kind(), mesh_file);
     run.trace.pass(" Pass 23 ", 23.0F);
     if (is_grouped_head_mesh(run))
-        WRITENODES(run.mesh, mesh_file, result, run.group_cards.written_head);
+        write_result_nodes(run.mesh, mesh_file, result, run.group_cards.written_head);
     else
-        WRITENODES(run.mesh, mesh_file, result);
-    if (result.counts.NCONT > 0) {
+        write_result_nodes(run.mesh, mesh_file, result);
+    if (result.counts.continuum_elements > 0) {
         run.trace.pass(" Pass 24 ", 24.0F);
-        write_elements(run, mesh_file, result, EL_CONTINUUM);
+        write_elements(run, mesh_file, result, ELEMENT_CONTINUUM);
     }
-    if (result.counts.NBEAM > 0) {
+    if (result.counts.beams > 0) {
         run.trace.pass(" Pass 25 ", 25.0F);
-        write_elements(run, mesh_file, result, EL_BEAM);
+        write_elements(run, mesh_file, result, ELEMENT_BEAM);
     }
-    if (result.counts.NTRUS > 0) {
+    if (result.counts.trusses > 0) {
         run.trace.pass(" Pass 26 ", 26.0F);
-        if (run.edit.IEDIT == 4)
-            WRITEFLOWSECTIONS(run.channels, run.mesh, run.group_cards, run.listing, result);
-        write_elements(run, mesh_file, result, EL_TRUSS);
+        if (run.edit.operation == 4)
+            write_flow_sections(run.channels, run.mesh, run.group_cards, run.listing, result);
+        write_elements(run, mesh_file, result, ELEMENT_TRUSS);
     }
-    WRITECLOSING(mesh_file);
+    write_closing_lines(mesh_file);
     run.trace.pass(" Pass 27.1 ", 27.1F);
-    if (run.edit.IEDIT == 4)
-        GROUPOUT(run.channels, run.trace, run.settings, run.group_cards, run.listing, run.units, run.files.result.view(), result.counts);
+    if (run.edit.operation == 4)
+        write_group_outputs(run.channels, run.trace, run.settings, run.group_cards, run.listing, run.units,
+                            run.files.result.view(), result.counts);
     run.trace.pass(" Pass 27.2 ", 27.2F);
-    COPYRESULT(run.channels.at(CH_RESULT), run.channels.at(CH_RESULT_COPY));
+    copy_result(run.channels.at(CHANNEL_RESULT), run.channels.at(CHANNEL_RESULT_COPY));
 }
 
 }  // namespace
 
 void open_edit_files(Run& run) {
-    run.channels.open(CH_MESH_A, "FILEA.TMP", OpenStatus::work);
-    run.channels.open(CH_SOURCE_A, run.files.first.view(), OpenStatus::old);
-    run.channels.open(CH_RESULT, run.files.result.view(), OpenStatus::result);
-    run.channels.open(CH_WORK, "TEMPO.TMP", OpenStatus::work);
-    run.source.stripped = STRIPMESH(run.channels, run.settings.kind(), CH_SOURCE_A, CH_MESH_A);
+    run.channels.open(CHANNEL_MESH_A, "FILEA.TMP", OpenStatus::work);
+    run.channels.open(CHANNEL_SOURCE_A, run.files.first.view(), OpenStatus::old);
+    run.channels.open(CHANNEL_RESULT, run.files.result.view(), OpenStatus::result);
+    run.channels.open(CHANNEL_WORK, "TEMPO.TMP", OpenStatus::work);
+    run.source.stripped = strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_A, CHANNEL_MESH_A);
 }
 
 void read_edit(Run& run) {
@@ -204,16 +205,16 @@ void read_edit(Run& run) {
 }
 
 void set_identity_edit(Run& run) {
-    run.edit.IEDIT = 0;
-    run.edit.NSNEL = run.edit.NSNODE = 1;
-    run.edit.NSBEAM = run.edit.NSTRUS = 0;
-    run.edit.XO = run.edit.YO = run.edit.XN = run.edit.YN = 0.0F;
-    run.edit.SCX = run.edit.SCY = 1.0F;
+    run.edit.operation = 0;
+    run.edit.first_element = run.edit.first_node = 1;
+    run.edit.first_beam = run.edit.first_truss = 0;
+    run.edit.old_x = run.edit.old_y = run.edit.new_x = run.edit.new_y = 0.0F;
+    run.edit.scale_x = run.edit.scale_y = 1.0F;
 }
 
 void run_edit(Run& run) {
     load_mesh(run);
-    if (run.edit.IEDIT == 4)
+    if (run.edit.operation == 4)
         run_groups(run);
     run_moves(run);
     run_compaction(run);

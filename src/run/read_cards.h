@@ -21,13 +21,13 @@ TextLine read_file_name(Run& run);
 // Cards 2.x: the three names, INTERFACE and the lists of Card 2.3.
 void read_combination_cards(Run& run);
 
-// Cards 4.1 to 4.5, into BLOCKS. Ends the run at a block column or row that cannot be divided.
+// Cards 4.1 to 4.5. Ends the run at a block column or row that cannot be divided.
 void read_base_mesh_cards(Run& run);
 
 // Cards 3.2 and 3.3.
 void read_edit_cards(Run& run);
 
-// The cards that follow Card 3.3 for its IEDIT, into EDIT.
+// The cards that follow Card 3.3 for its IEDIT, into edit_cards.
 void read_edit_group(Run& run);
 
 }  // namespace brelan

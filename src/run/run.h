@@ -1,7 +1,6 @@
 // One run and all that it has. Two runs do not know of each other.
 #pragma once
 
-#include "basemesh/block_tables.h"
 #include "channel/channels.h"
 #include "channel/console.h"
 #include "channel/trace.h"
@@ -9,10 +8,11 @@
 #include "deck/deck_tables.h"
 #include "group/engine.h"
 #include "group/membership.h"
-#include "group/tables.h"
+#include "mesh/block_tables.h"
 #include "mesh/combine_tables.h"
 #include "mesh/edit_tables.h"
 #include "mesh/edition.h"
+#include "mesh/group_tables.h"
 #include "mesh/line_up.h"
 #include "mesh/move_tables.h"
 #include "mesh/tables.h"

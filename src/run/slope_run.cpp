@@ -12,14 +12,14 @@ TextLine slope_template(Run& run) {
 }
 
 void map_slope_nodes(Run& run) {
-    REQUIRETEMPLATE(run.edit, run.source, run.mesh);
-    SLOPESTAGE(run.trace, run.edit, run.source, run.mesh, run.slope_split);
-    MAPNODES(run.trace, run.edit, run.source, run.mesh);
+    require_template(run.edit, run.source, run.mesh);
+    apply_water_level(run.trace, run.edit, run.source, run.mesh, run.slope_split);
+    map_template_nodes(run.trace, run.edit, run.source, run.mesh);
 }
 
 void finish_slope_elements(Run& run) {
-    ORIENTELEMENTS(run.source, run.mesh);
-    SPLITSLOPEELEMENT(run.edit, run.source, run.mesh, run.slope_split);
+    orient_elements(run.source, run.mesh);
+    split_slope_element(run.edit, run.source, run.mesh, run.slope_split);
 }
 
 }  // namespace brelan

@@ -3,15 +3,14 @@
 #include <array>
 #include <string>
 
+#include "channel/channel_numbers.h"
 #include "channel/channels.h"
 #include "channel/console.h"
 #include "channel/free_field.h"
 #include "channel/run_end.h"
-#include "deck/deck_tables.h"
-#include "channel/channel_numbers.h"
-#include "run/flush_to_zero.h"
-#include "mesh/edition.h"
 #include "channel/trace.h"
+#include "deck/deck_tables.h"
+#include "mesh/edition.h"
 #include "run/run.h"
 
 namespace brelan {
@@ -37,12 +36,12 @@ constexpr std::array<EditionRow, 10> EDITIONS{{
 }};
 
 // Shown in the trace only.
-constexpr std::int32_t MODULESIZE = 4;
+constexpr std::int32_t MODULE_SIZE = 4;
 
 std::int32_t read_setting(Run& run, std::string_view file, std::string_view expected) {
     std::int32_t value = 0;
-    read_free(run.channels.open(CH_DATA, file, OpenStatus::old), expected, value);
-    run.channels.close(CH_DATA);
+    read_free(run.channels.open(CHANNEL_DATA, file, OpenStatus::old), expected, value);
+    run.channels.close(CHANNEL_DATA);
     return value;
 }
 
@@ -54,9 +53,9 @@ void begin_trace(Run& run) {
     std::int32_t IDEBUG = 0;
     float DBGPASS = 0.0F;
     if (run.channels.file_exists(row.debug_file)) {
-        read_free(run.channels.open(CH_EXIST, row.debug_file, OpenStatus::old),
+        read_free(run.channels.open(CHANNEL_DEBUG, row.debug_file, OpenStatus::old),
                   "the debug switches (IDEBUG, DBGPASS)", IDEBUG, DBGPASS);
-        run.channels.close(CH_EXIST);
+        run.channels.close(CHANNEL_DEBUG);
         run.trace.set(IDEBUG, DBGPASS);
         if (IDEBUG > 0) {
             run.trace.open(row.trace_file);
@@ -64,7 +63,7 @@ void begin_trace(Run& run) {
         }
     }
     if (IDEBUG > 0 && DBGPASS >= 1.0F) {
-        run.trace.line(" 32 BIT RELEASE: MODULESIZE = ", MODULESIZE);
+        run.trace.line(" 32 BIT RELEASE: MODULESIZE = ", MODULE_SIZE);
         run.trace.pass(" Pass 1 ", 1.0F);
     }
 }
@@ -74,31 +73,31 @@ void ask_deck_name(Run& run) {
     run.console.write(" Type Input  File Name : ");
     std::string answer;
     if (!run.console.read(answer))
-        FAIL("console: standard input ends here; expected the name of a card deck");
+        fail("console: standard input ends here; expected the name of a card deck");
     run.decks.name = TextLine(answer);
     if (run.decks.name.blank())
-        FAIL("console: expected the name of a card deck, found a blank line");
+        fail("console: expected the name of a card deck, found a blank line");
 }
 
 void read_deck_name(Run& run) {
-    Channel& names = run.channels.open(CH_DATA, "TFNAME.TMP", OpenStatus::old);
+    Channel& names = run.channels.open(CHANNEL_DATA, "TFNAME.TMP", OpenStatus::old);
     names.rewind();
     run.decks.name = names.read_line("the name of a card deck");
     if (run.decks.name.blank())
         names.fail_behind("expected the name of a card deck, found a blank line");
     if (run.decks.name.view().find('\0') != std::string_view::npos)
         names.fail_behind("expected the name of a card deck, found one that holds a zero byte");
-    run.channels.close(CH_DATA);
+    run.channels.close(CHANNEL_DATA);
 }
 
 }  // namespace
 
-void STARTUP(Run& run) {
-    flush_to_zero();
+void start_up(Run& run) {
     run.set_edition(read_setting(run, "C:\\VORK\\QX\\QXDATA\\PROGRAM.DAT", "the edition number (IPROGM)"));
     begin_trace(run);
     const std::int32_t manual = read_setting(run, "C:\\VORK\\QX\\QXDATA\\MANUAL.DAT", "the console mode");
-    const std::int32_t front_end = read_setting(run, "C:\\VORK\\QX\\QXDATA\\HUBPLOT.DAT", "the front end mode");
+    const std::int32_t front_end =
+        read_setting(run, "C:\\VORK\\QX\\QXDATA\\HUBPLOT.DAT", "the front end mode");
     if (front_end != 1 && manual == 1)
         ask_deck_name(run);
     else

@@ -26,7 +26,7 @@ std::vector<std::int32_t> plain_merge(const std::vector<Place>& places) {
     for (std::size_t a = 1; a <= count; ++a) {
         for (std::size_t b = a + 1; b <= count; ++b) {
             const Place &p = places[a - 1], &q = places[b - 1];
-            if (DIST2D(p.x, p.y, q.x, q.y) <= 0.0001F)
+            if (distance_between(p.x, p.y, q.x, q.y) <= 0.0001F)
                 map[b] = -static_cast<std::int32_t>(a);
         }
     }
@@ -69,10 +69,10 @@ protected:
         raw.last_element = static_cast<std::int32_t>(places.size() / 4);
         directory().write("work/Coord.dat", coord_text);
         directory().write("work/Index.dat", index_text);
-        BASEOUT(state.settings.kind(), state.block_cards, state.field,
-                state.channels.open(31, "Coord.dat", OpenStatus::old),
-                state.channels.open(32, "Index.dat", OpenStatus::old),
-                state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result), raw);
+        write_base_file(state.settings.kind(), state.block_cards, state.field,
+                        state.channels.open(31, "Coord.dat", OpenStatus::old),
+                        state.channels.open(32, "Index.dat", OpenStatus::old),
+                        state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result), raw);
         state.channels.close_all();
 
         const std::vector<std::int32_t> expected = plain_merge(places);

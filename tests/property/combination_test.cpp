@@ -126,7 +126,7 @@ TEST(CombinationProperty, GridsThatShareASideBecomeOneConformingMesh) {
 TEST(CombinationProperty, MatchesAreThoseOfTheScanOfAllPairs) {
     Random random(31);
     for (int round = 0; round < 24; ++round) {
-        RESETMESH(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh, state.side, state.selection);
         state.combination.first = Region{};
         state.combination.second = Region{};
         // Coarse places, so that ties and exact half spacings are many; some rounds have coincident nodes.
@@ -157,22 +157,23 @@ TEST(CombinationProperty, MatchesAreThoseOfTheScanOfAllPairs) {
         for (std::int32_t a = 1; a <= 1500; ++a) {
             for (std::int32_t b = a + 1; b <= 1500; ++b) {
                 if (state.mesh.node_in_use[a] == 1 && state.mesh.node_in_use[b] == 1)
-                    DMIN = std::min(
-                        DMIN, DIST2D(state.side.x[a], state.side.y[a], state.side.x[b], state.side.y[b]));
+                    DMIN = std::min(DMIN, distance_between(state.side.x[a], state.side.y[a], state.side.x[b],
+                                                           state.side.y[b]));
                 if (state.side.second_node_in_use[a] == 1 && state.side.second_node_in_use[b] == 1)
-                    DMIN = std::min(
-                        DMIN, DIST2D(state.mesh.x[a], state.mesh.y[a], state.mesh.x[b], state.mesh.y[b]));
+                    DMIN = std::min(DMIN, distance_between(state.mesh.x[a], state.mesh.y[a], state.mesh.x[b],
+                                                           state.mesh.y[b]));
             }
         }
         for (std::int32_t a = 1; a <= 1500; ++a) {
             expected[a] = a;
             for (std::int32_t b = 1; b <= 1500; ++b)
                 if (state.mesh.node_in_use[a] == 1 && state.side.second_node_in_use[b] == 1 &&
-                    DIST2D(state.side.x[a], state.side.y[a], state.mesh.x[b], state.mesh.y[b]) <= 0.5F * DMIN)
+                    distance_between(state.side.x[a], state.side.y[a], state.mesh.x[b], state.mesh.y[b]) <=
+                        0.5F * DMIN)
                     expected[a] = -b;
         }
-        EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), DMIN) << "round " << round;
-        MATCHNEAREST(state.combination, state.mesh, state.side, DMIN);
+        EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), DMIN) << "round " << round;
+        match_nearest_nodes(state.combination, state.mesh, state.side, DMIN);
         std::size_t wrong = 0;
         for (std::int32_t a = 1; a <= 1500; ++a)
             wrong += state.mesh.new_number[a] != expected[a];

@@ -120,7 +120,7 @@ int run_in_child(const Project& project, bool with_indexes) {
     const auto run = std::make_unique<Run>(Directories{project.work_file(""), project.drive()}, console);
     try {
         run->engine.uses_indexes = with_indexes;
-        RUN(*run);
+        run_program(*run);
         run->channels.flush_all();
     } catch (const RunEnd& end) {
         said << end.text << "\n";

@@ -91,11 +91,11 @@ protected:
 
     static std::vector<std::int32_t> collected(const Side& segment, bool with_index) {
         state.engine.uses_indexes = with_index;
-        COLLECT(state.mesh, state.engine, segment.a, segment.b);
+        collect_rows(state.mesh, state.engine, segment.a, segment.b);
         std::vector<std::int32_t> elements;
         for (const CutRow& row : state.engine.rows) {
-            elements.push_back(row.E);
-            state.mesh.words[row.E].I1 = std::abs(state.mesh.words[row.E].I1);
+            elements.push_back(row.element);
+            state.mesh.words[row.element].corner_1 = std::abs(state.mesh.words[row.element].corner_1);
         }
         clear_rows(state.engine);
         return elements;
@@ -104,7 +104,7 @@ protected:
 
 TEST_F(GroupIndexRoom, SideIsCrossedAlmostAWholeLengthBeyondItsEnd) {
     const Meeting crossing =
-        SEGCROSS({1.5F, 9.286F}, {2.5F, 9.286F}, {2.0F, 5.0F}, {std::nextafter(2.0F, 0.0F), 0.0F});
+        segment_crossing({1.5F, 9.286F}, {2.5F, 9.286F}, {2.0F, 5.0F}, {std::nextafter(2.0F, 0.0F), 0.0F});
     EXPECT_TRUE(crossing.meets);
     EXPECT_EQ(crossing.point.x, 2.0F);
     EXPECT_EQ(crossing.point.y, 9.286F);
@@ -121,7 +121,7 @@ TEST_F(GroupIndexRoom, SidesBetweenPowersOfTwoAreFoundAsByAScan) {
             const bool slanting = below(random, 3) == 0;
             Side segment = slanting ? upright(random) : across(random, sides[s]);
             if (!slanting && beyond_half_its_height(sides[s], segment.a.y) &&
-                SEGCROSS(segment.a, segment.b, sides[s].a, sides[s].b).meets)
+                segment_crossing(segment.a, segment.b, sides[s].a, sides[s].b).meets)
                 ++far;
             if (slanting ? below(random, 2) == 0 : (s + 1) % 2 == 0)
                 segment = {turned(segment.a), turned(segment.b)};

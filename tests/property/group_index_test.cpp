@@ -95,17 +95,17 @@ MeshNow random_mesh(Random& random, bool degenerate) {
         else
             mesh.elements.push_back({b, b, b, 0});
     }
-    mesh.types.assign(mesh.elements.size(), EL_CONTINUUM);
+    mesh.types.assign(mesh.elements.size(), ELEMENT_CONTINUUM);
     for (std::size_t e = 0; e < mesh.elements.size(); ++e) {
         mesh.lists.push_back(degenerate && below(random, 20) == 0 ? 0 : static_cast<std::int32_t>(e) + 1);
         if (degenerate && below(random, 20) == 0)
-            mesh.types[e] = EL_DELETED;
+            mesh.types[e] = ELEMENT_DELETED;
     }
     return mesh;
 }
 
 void store(const MeshNow& mesh) {
-    static std::int32_t nodes_used = MAXNP, elements_used = MAXEL;
+    static std::int32_t nodes_used = HIGHEST_NODE_NUMBER, elements_used = HIGHEST_ELEMENT_NUMBER;
     nodes_used = std::max(nodes_used, state.engine.highest_node);
     elements_used = std::max(elements_used, state.engine.highest_element);
     for (std::int32_t n = 1; n <= nodes_used; ++n) {
@@ -115,7 +115,7 @@ void store(const MeshNow& mesh) {
     }
     for (std::int32_t e = 1; e <= elements_used; ++e) {
         state.mesh.words[e] = {};
-        state.mesh.type[e] = EL_DELETED;
+        state.mesh.type[e] = ELEMENT_DELETED;
         state.engine.workable[e] = e;
     }
     state.engine.highest_node = static_cast<std::int32_t>(mesh.nodes.size());
@@ -144,8 +144,8 @@ MeshNow present() {
     for (std::int32_t n = 1; n <= state.engine.highest_node; ++n)
         mesh.nodes.push_back({state.mesh.x[n], state.mesh.y[n]});
     for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
-        mesh.elements.push_back(
-            {state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3, state.mesh.words[e].I4});
+        mesh.elements.push_back({state.mesh.words[e].corner_1, state.mesh.words[e].corner_2,
+                                 state.mesh.words[e].corner_3, state.mesh.words[e].corner_4});
         mesh.types.push_back(state.mesh.type[e]);
         mesh.lists.push_back(state.engine.workable[e]);
     }
@@ -155,8 +155,8 @@ MeshNow present() {
 // --- lines ---------------------------------------------------------------------------------------
 
 struct Pair {
-    Point P1, P2;
-    bool skip1, skip2;
+    Point p1, p2;
+    bool skips_first, skips_second;
     CutMode mode;
 };
 
@@ -176,30 +176,30 @@ Pair random_pair(Random& random, const MeshNow& mesh) {
     };
     Pair pair{any(), any(), below(random, 2) == 0, below(random, 2) == 0, {}};
     if (below(random, 6) == 0)
-        pair.P2.x = pair.P1.x;
+        pair.p2.x = pair.p1.x;
     else if (below(random, 6) == 0)
-        pair.P2.y = pair.P1.y;
+        pair.p2.y = pair.p1.y;
     static constexpr std::array<std::int32_t, 5> ends{1, -1, 2, -2, 4};
-    pair.mode.IEND = ends[static_cast<std::size_t>(below(random, 5))];
+    pair.mode.end_rule = ends[static_cast<std::size_t>(below(random, 5))];
     return pair;
 }
 
 void cut(const Pair& pair) {
-    COLLECT(state.mesh, state.engine, pair.P1, pair.P2);
-    PLACEEND(state.mesh, state.engine, pair.P1, pair.P2, pair.skip1, pair.skip2);
-    SIDESCAN(state.mesh, state.tolerances, state.engine, pair.P1, pair.P2, pair.mode);
-    SPLITROWS(state.mesh, state.engine);
+    collect_rows(state.mesh, state.engine, pair.p1, pair.p2);
+    place_ends(state.mesh, state.engine, pair.p1, pair.p2, pair.skips_first, pair.skips_second);
+    scan_sides(state.mesh, state.tolerances, state.engine, pair.p1, pair.p2, pair.mode);
+    split_rows(state.mesh, state.engine);
 }
 
 // All pairs collected before the first is cut, and the elements split at the end.
 void cut_deferred(const std::vector<Pair>& pairs) {
     for (const Pair& pair : pairs)
-        COLLECT(state.mesh, state.engine, pair.P1, pair.P2);
+        collect_rows(state.mesh, state.engine, pair.p1, pair.p2);
     for (const Pair& pair : pairs) {
-        PLACEEND(state.mesh, state.engine, pair.P1, pair.P2, pair.skip1, pair.skip2);
-        SIDESCAN(state.mesh, state.tolerances, state.engine, pair.P1, pair.P2, {pair.mode.IEND, true});
+        place_ends(state.mesh, state.engine, pair.p1, pair.p2, pair.skips_first, pair.skips_second);
+        scan_sides(state.mesh, state.tolerances, state.engine, pair.p1, pair.p2, {pair.mode.end_rule, true});
     }
-    SPLITROWS(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine);
 }
 
 MeshNow after(const MeshNow& mesh, const std::vector<Pair>& pairs, bool with_index, bool deferred = false) {
@@ -280,7 +280,7 @@ TEST(GroupIndex, ElementsOfANodeThatMovesFarAreLookedAtAgain) {
             for (int column = 0; column <= NARROW; ++column) {
                 const std::int32_t a = row * (NARROW + 2) + column + 1;
                 mesh.elements.push_back({a, a + 1, a + NARROW + 3, a + NARROW + 2});
-                mesh.types.push_back(EL_CONTINUUM);
+                mesh.types.push_back(ELEMENT_CONTINUUM);
                 mesh.lists.push_back(static_cast<std::int32_t>(mesh.elements.size()));
             }
         std::vector<Pair> lines;

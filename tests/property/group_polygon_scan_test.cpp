@@ -1,5 +1,6 @@
-// A polygon that is asked for many points answers as SCANPOLY does: at the heights of corners, on edges, far
-// outside, for polygons that cross themselves, lie flat, double back or have coordinates that are no numbers.
+// A polygon that is asked for many points answers as scan_polygon does: at the heights of corners, on edges,
+// far outside, for polygons that cross themselves, lie flat, double back or have coordinates that are no
+// numbers.
 
 #include "group/polygon_scan.h"
 
@@ -59,7 +60,7 @@ TEST(PolygonScan, GivesWhatScanpolyGives) {
                 const Point a = corner(), b = corner();
                 p = {(a.x + b.x) / 2.0F, (a.y + b.y) / 2.0F};
             }
-            const bool expected = SCANPOLY(p, points, SCAN_ALWAYS) == 1;
+            const bool expected = scan_polygon(p, points, SCAN_ALWAYS) == 1;
             EXPECT_EQ(scan.inside(p), expected) << "seed " << seed << " at " << p.x << ", " << p.y;
             ++(expected ? inside : outside);
         }

@@ -23,7 +23,7 @@ constexpr float DEGREE = 0.017453292F;
 using Side = std::pair<std::int32_t, std::int32_t>;
 
 void store_mesh(const DrawnMesh& mesh) {
-    RESETMESH(state.mesh, state.side, state.selection);
+    reset_mesh(state.mesh, state.side, state.selection);
     clear_rows(state.engine);
     state.engine.highest_node = state.engine.highest_element = 0;
     for (const Point& p : mesh.nodes) {
@@ -37,7 +37,7 @@ void store_mesh(const DrawnMesh& mesh) {
     for (const auto& n : mesh.elements) {
         ++state.engine.highest_element;
         state.mesh.words[state.engine.highest_element] = {n[0], n[1], n[2], n[3], 0, 0, 0, 0, 1};
-        state.mesh.type[state.engine.highest_element] = EL_CONTINUUM;
+        state.mesh.type[state.engine.highest_element] = ELEMENT_CONTINUUM;
     }
     state.mesh.skeleton.fill(0);
     state.mesh.attribute.fill(0);
@@ -61,8 +61,8 @@ void store_group(std::int32_t g, const DrawnGroup& drawn) {
                                               s.Rx,    s.Ry,   s.Qb * DEGREE, s.Qe * DEGREE};
         if (s.LTYPE != 2)
             continue;
-        state.group_cards.outlines[g][k] = ELLIPT(s.Qb * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
-        state.group_cards.outlines[g][k + 1] = ELLIPT(s.Qe * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
+        state.group_cards.outlines[g][k] = ellipse_point(s.Qb * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
+        state.group_cards.outlines[g][k + 1] = ellipse_point(s.Qe * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
         if (k > 1 && k == segments && !drawn.is_open())
             state.group_cards.outlines[g][1] = state.group_cards.outlines[g][k + 1];
     }
@@ -108,7 +108,7 @@ ClosedMesh close_mesh(const std::vector<DrawnGroup>& groups) {
     ClosedMesh mesh;
     for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
         const Corners c = corners_of(state.mesh, e);
-        if (state.mesh.type[e] != EL_CONTINUUM && !(state.mesh.type[e] == EL_DELETED && c.n[0] > 0))
+        if (state.mesh.type[e] != ELEMENT_CONTINUUM && !(state.mesh.type[e] == ELEMENT_DELETED && c.n[0] > 0))
             continue;
         expect_sound_corners(c, e);
         if (is_joint(state.mesh, e)) {
@@ -121,8 +121,8 @@ ClosedMesh close_mesh(const std::vector<DrawnGroup>& groups) {
     for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
         const Corners c = corners_of(state.mesh, e);
         const bool stands =
-            state.mesh.type[e] == EL_CONTINUUM || (state.mesh.type[e] == EL_DELETED && c.n[0] > 0);
-        if (!stands || is_joint(state.mesh, e) || state.mesh.words[e].MATNO == DUPLICATE)
+            state.mesh.type[e] == ELEMENT_CONTINUUM || (state.mesh.type[e] == ELEMENT_DELETED && c.n[0] > 0);
+        if (!stands || is_joint(state.mesh, e) || state.mesh.words[e].material == DUPLICATE)
             continue;
         mesh.elements.emplace_back();
         for (const std::int32_t n : c.n)
@@ -260,7 +260,7 @@ void expect_elements_on_lines(const ClosedMesh& mesh, const std::vector<DrawnGro
     EXPECT_EQ(mesh.joints.size(), joints);
     std::size_t found = 0;
     for (std::int32_t e = 1; e <= state.engine.highest_element; ++e)
-        found += state.mesh.type[e] == EL_BEAM || state.mesh.type[e] == EL_TRUSS ? 1 : 0;
+        found += state.mesh.type[e] == ELEMENT_BEAM || state.mesh.type[e] == ELEMENT_TRUSS ? 1 : 0;
     EXPECT_EQ(found, lines);
 }
 
@@ -268,19 +268,20 @@ void expect_elements_on_lines(const ClosedMesh& mesh, const std::vector<DrawnGro
 
 std::string run_engine(const DrawnMesh& mesh, const std::vector<DrawnGroup>& groups, float length) {
     store_mesh(mesh);
-    state.group_cards.limits.NODE = state.group_cards.limits.NOEL = state.group_cards.limits.IBOUND = 0;
+    state.group_cards.limits.node_count = state.group_cards.limits.element_count =
+        state.group_cards.limits.bounds_given = 0;
     state.tolerances.mode = 0;
     state.tolerances.length = length;
     state.tolerances.same = 0.001F;
     state.group_cards.count = 0;
     for (const DrawnGroup& group : groups)
         store_group(++state.group_cards.count, group);
-    LOADENGINE(state.mesh, state.group_cards, state.engine, state.engine.highest_node,
-               state.engine.highest_element);
-    SETTOLERANCES(state.mesh, state.tolerances, state.engine);
+    load_engine(state.mesh, state.group_cards, state.engine, state.engine.highest_node,
+                state.engine.highest_element);
+    set_tolerances(state.mesh, state.tolerances, state.engine);
     try {
-        GROUPDRV(state.channels, state.mesh, state.group_cards, state.tolerances, state.engine,
-                 state.listing);
+        work_on_groups(state.channels, state.mesh, state.group_cards, state.tolerances, state.engine,
+                       state.listing);
     } catch (const RunEnd& end) {
         state.channels.close_all();
         clear_rows(state.engine);

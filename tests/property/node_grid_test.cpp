@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <bit>
-#include <cfenv>
 #include <cmath>
 #include <functional>
+#include <optional>
 #include <random>
 
 #include "run/flush_to_zero.h"
@@ -187,14 +187,12 @@ std::vector<Family> families() {
 class NodeGridProperty : public ::testing::TestWithParam<bool> {
 protected:
     NodeGridProperty() {
-        std::fegetenv(&environment_);
         if (GetParam())
-            flush_to_zero();
+            mode_.emplace();
     }
-    ~NodeGridProperty() override { std::fesetenv(&environment_); }
 
 private:
-    std::fenv_t environment_{};
+    std::optional<FlushToZero> mode_;
 };
 
 TEST_P(NodeGridProperty, HighestWithinReachIsThatOfTheScanOfAllEarlierPoints) {
@@ -245,7 +243,7 @@ TEST_P(NodeGridProperty, SmallestDistanceIsThatOfAllPairs) {
             Random random(seed);
             Points points = numbered(random, family.make(random));
             for (const float start : {1.0E35F, 1.0F, 0.0F}) {
-                const float found = SMALLESTDISTANCE(points, start);
+                const float found = smallest_distance(points, start);
                 const float expected = plain_smallest(points, start);
                 EXPECT_EQ(std::bit_cast<std::uint32_t>(found), std::bit_cast<std::uint32_t>(expected))
                     << family.name << ", start " << start << ", seed " << seed << ": " << found << ", "
@@ -264,7 +262,7 @@ TEST_P(NodeGridProperty, SmallestDistanceOfEveryFewPoints) {
             return NumberedPoint{0, static_cast<float>(random() % 8) * 0.7F,
                                  static_cast<float>(random() % 8) * 0.7F};
         });
-        EXPECT_EQ(SMALLESTDISTANCE(points, 1.0E35F), plain_smallest(points, 1.0E35F)) << "round " << round;
+        EXPECT_EQ(smallest_distance(points, 1.0E35F), plain_smallest(points, 1.0E35F)) << "round " << round;
     }
 }
 

@@ -45,7 +45,7 @@ Numbers plain_scan(const NodePlaces& places, const Numbers& points) {
         if (dx * dx + dy * dy < 1.0E-6F)
             continue;
         std::vector<std::pair<float, std::int32_t>> found;
-        for (std::int32_t n = 1; n <= MAXNP; ++n) {
+        for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n) {
             if (places.given[n] == 0 || claimed.contains(n))
                 continue;
             const Place place = place_of({places.x[n], places.y[n]}, start, end);
@@ -87,7 +87,7 @@ protected:
         constexpr float beside[] = {0.0F, 0.0F, 0.0F, 0.0005F, -0.0005F, 0.001F, -0.001F, 0.0015F, 0.01F};
         Numbers numbers;
         while (static_cast<int>(numbers.size()) < count) {
-            const std::int32_t n = 1 + below(MAXNP);
+            const std::int32_t n = 1 + below(HIGHEST_NODE_NUMBER);
             if (places.given[n] == 1)
                 continue;
             places.given[n] = 1;
@@ -107,7 +107,7 @@ TEST_F(PolylineProperty, SelectionIsThatOfThePlainScan) {
         for (int k = 1 + below(6); k > 0; --k)
             points.push_back(nodes[static_cast<std::size_t>(below(static_cast<int>(nodes.size())))]);
         const Numbers expected = plain_scan(places, points);
-        ASSERT_EQ(SELECTPOLYLINE(places, selection, points), expected) << "round " << round;
+        ASSERT_EQ(select_polyline(places, selection, points), expected) << "round " << round;
         const std::set<std::int32_t> selected(expected.begin(), expected.end());
         for (const std::int32_t n : nodes)
             ASSERT_EQ(selection.nodes[n], selected.contains(n) ? n : 0)
@@ -120,7 +120,7 @@ TEST_F(PolylineProperty, NoNodeIsSelectedTwice) {
         clear();
         const Numbers nodes = scattered_nodes(100, 3);
         const Numbers points(nodes.begin(), nodes.begin() + 10);
-        const Numbers selected = SELECTPOLYLINE(places, selection, points);
+        const Numbers selected = select_polyline(places, selection, points);
         EXPECT_EQ(std::set<std::int32_t>(selected.begin(), selected.end()).size(), selected.size());
     }
 }
@@ -130,10 +130,10 @@ TEST_F(PolylineProperty, PointsOfLongSegmentsAreOnTheirLine) {
         clear();
         const Numbers nodes = scattered_nodes(50, 30);
         const Numbers points(nodes.begin(), nodes.begin() + 5);
-        SELECTPOLYLINE(places, selection, points);
+        select_polyline(places, selection, points);
         for (std::size_t i = 0; i + 1 < points.size(); ++i) {
-            if (DIST2D(places.x[points[i]], places.y[points[i]], places.x[points[i + 1]],
-                       places.y[points[i + 1]]) < 0.5F)
+            if (distance_between(places.x[points[i]], places.y[points[i]], places.x[points[i + 1]],
+                                 places.y[points[i + 1]]) < 0.5F)
                 continue;
             EXPECT_EQ(selection.nodes[points[i]], points[i]);
             EXPECT_EQ(selection.nodes[points[i + 1]], points[i + 1]);

@@ -33,7 +33,7 @@ protected:
 // Two columns and two rows of blocks of 2 by 2, by columns from the top: materials 1 to 4 or as given.
 HandFile four_blocks(const std::array<int, 4>& materials) {
     HandFile file;
-    file.NBX = file.NBY = 2;
+    file.block_columns = file.block_rows = 2;
     for (int column = 0; column <= 4; ++column)
         for (int row = 0; row <= 4; ++row)
             file.points.emplace_back(1 + column, 11 - row);
@@ -206,9 +206,10 @@ TEST_F(BlockShapes, AMeshAboveTheWorkSpaceStopsAndTheEarlierBaseMeshStays) {
     for (HandBlock& block : file.blocks)
         block.ndx = block.ndy = 1500;
     write_blocks(file);
-    EXPECT_EQ(
-        stop_of([] { BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field); }),
-        "100");
+    EXPECT_EQ(stop_of([] {
+                  make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field);
+              }),
+              "100");
     state.channels.close_all();
     // 1 + 50 + 4 + 176 + 7 * 3001^2 + 3 * 3000^2 + 8 * 1501 + 2 * 1501^2
     EXPECT_EQ(coord(), " PROGRAM DIMENSION =    60000000\nREQUIRED DIMENSION =    94560248\n");
@@ -221,9 +222,10 @@ TEST_F(BlockShapes, TheRequiredSizeCountsDoubledDivisions) {
     file.blocks = {{RECTANGLE_KEYS, 1, 1200, 1100}};
     file.double_x = file.double_y = 1;
     write_blocks(file);
-    EXPECT_EQ(
-        stop_of([] { BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field); }),
-        "100");
+    EXPECT_EQ(stop_of([] {
+                  make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field);
+              }),
+              "100");
     state.channels.close_all();
     // 2400 by 2200: 1 + 18 + 2 + 44 + 7 * 2401 * 2201 + 3 * 2400 * 2200 + 8 * 2401 + 2 * 2401 * 2201
     EXPECT_EQ(coord(), " PROGRAM DIMENSION =    60000000\nREQUIRED DIMENSION =    63420682\n");
@@ -237,7 +239,7 @@ TEST_F(BlockShapes, AFileThatIsCutOffIsNamed) {
     for (std::size_t end = 0; end < text.size(); end = text.find('\n', end) + 1, ++lines) {
         directory().write("work/Bmesh.Tmp", text.substr(0, end));
         EXPECT_EQ(failure_of([] {
-                      BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field);
+                      make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field);
                   }).rfind("Bmesh.Tmp, line ", 0),
                   0U)
             << lines << " lines";
@@ -252,12 +254,12 @@ TEST_F(BlockShapes, NumbersThatLeaveTheirTablesAreRefused) {
     files[1].blocks[3].keys[8] = -1;
     files[2].blocks[2].ndx = 0;
     files[3].blocks[2].ndy = -3;
-    files[4].NBX = 3;
-    files[5].NBY = 0;
+    files[4].block_columns = 3;
+    files[5].block_rows = 0;
     for (const HandFile& file : files) {
         write_blocks(file);
         EXPECT_EQ(failure_of([] {
-                      BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field);
+                      make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field);
                   }).rfind("Bmesh.Tmp, line ", 0),
                   0U);
         state.channels.close_all();

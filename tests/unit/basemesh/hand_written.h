@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "basemesh/block_mesh.h"
-#include "basemesh/block_tables.h"
+#include "mesh/block_tables.h"
 #include "unit/basemesh/listing.h"
 #include "unit/support.h"
 
@@ -24,7 +24,7 @@ struct HandBlock {
 struct HandFile {
     std::vector<std::pair<double, double>> points;
     std::vector<HandBlock> blocks;
-    int NBX = 1, NBY = 1;
+    int block_columns = 1, block_rows = 1;
     int double_x = 0, double_y = 0, order = 0;
     int first_node = 1, first_element = 1;
     double scale = 1.0;
@@ -39,8 +39,8 @@ struct HandFile {
         out << title << "\n0\n"
             << blocks.size() << " " << points.size() << " " << first_element << " " << scale;
         out << (scalar ? " 20.0\n" : "\n");
-        out << NBX << " " << NBY << " " << double_x << " " << double_y << " " << order << " " << first_node
-            << "\n";
+        out << block_columns << " " << block_rows << " " << double_x << " " << double_y << " " << order << " "
+            << first_node << "\n";
         for (std::size_t k = 0; k < points.size(); ++k)
             out << k + 1 << " " << points[k].first << " " << points[k].second << "\n";
         for (std::size_t k = 0; k < blocks.size(); ++k) {
@@ -75,8 +75,8 @@ protected:
     BlockMeshTest() {
         std::filesystem::create_directory("work");
         std::filesystem::current_path("work");
-        state.block_cards.IB_LEFT = state.block_cards.IB_RIGHT = state.block_cards.IB_TOP =
-            state.block_cards.IB_BOTTOM = 0;
+        state.block_cards.fixes_left = state.block_cards.fixes_right = state.block_cards.fixes_top =
+            state.block_cards.fixes_bottom = 0;
         state.block_cards.third = 0.0F;
         state.field = {-1000.0F, 1000.0F, -1000.0F, 1000.0F};  // out of reach
     }
@@ -84,7 +84,7 @@ protected:
     void write_blocks(const HandFile& file) const { directory_.write("work/Bmesh.Tmp", file.text()); }
     void generate(const HandFile& file) const {
         write_blocks(file);
-        BLOCKMESH(state.channels, state.settings.kind(), state.block_cards, state.field);
+        make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field);
     }
     const WorkDirectory& directory() const { return directory_; }
     std::string coord() const { return directory_.read("work/Coord.dat"); }

@@ -1,4 +1,4 @@
-// The interpolation of a block: nine and eight key points, and the nodes that BLOCKMAP places.
+// The interpolation of a block: nine and eight key points, and the nodes that map_block places.
 
 #include <array>
 #include <bit>
@@ -67,7 +67,7 @@ protected:
     static float eight_point_value(const BlockValues& v, std::int32_t ndx, std::int32_t ndy, std::int32_t row,
                                    std::int32_t column) {
         Grid<float> grid(ndy + 1, ndx + 1, 0.0F);
-        BLOCKMAP(v, ndx, ndy, 1, 1, 1, grid);
+        map_block(v, ndx, ndy, 1, 1, 1, grid);
         return grid(row, column);
     }
 
@@ -79,7 +79,7 @@ TEST_F(ShapeFunctions, NinePointsAgreeWithTheProductsOfPolynomials) {
     for (int round = 0; round < 5000; ++round) {
         const Nine v = any_values();
         const double s = between(-1.0, 1.0), r = between(-1.0, 1.0);
-        const float found = LAGR9(static_cast<float>(s), static_cast<float>(r), values_of(v));
+        const float found = lagrange_value(static_cast<float>(s), static_cast<float>(r), values_of(v));
         EXPECT_NEAR(static_cast<double>(found), nine_points(s, r, v), 3.0E-4) << s << " " << r;
     }
 }
@@ -88,7 +88,7 @@ TEST_F(ShapeFunctions, NinePointWeightsAddUpToOne) {
     const BlockValues ones{1, 1, 1, 1, 1, 1, 1, 1, 1};
     for (int round = 0; round < 2000; ++round) {
         const float s = static_cast<float>(between(-1.0, 1.0)), r = static_cast<float>(between(-1.0, 1.0));
-        EXPECT_NEAR(LAGR9(s, r, ones), 1.0F, 5.0E-7F) << s << " " << r;
+        EXPECT_NEAR(lagrange_value(s, r, ones), 1.0F, 5.0E-7F) << s << " " << r;
     }
 }
 
@@ -96,7 +96,8 @@ TEST_F(ShapeFunctions, NinePointsGiveEachKeyPointItsValue) {
     const Nine v = any_values();
     for (std::size_t row = 0; row < 3; ++row)
         for (std::size_t column = 0; column < 3; ++column)
-            EXPECT_EQ(LAGR9(static_cast<float>(column) - 1.0F, 1.0F - static_cast<float>(row), values_of(v)),
+            EXPECT_EQ(lagrange_value(static_cast<float>(column) - 1.0F, 1.0F - static_cast<float>(row),
+                                     values_of(v)),
                       static_cast<float>(v[row][column]));
 }
 
@@ -111,8 +112,9 @@ TEST_F(ShapeFunctions, NinePointsReproduceEveryBiquadraticSurface) {
             v[row][column] = surface(static_cast<double>(column) - 1.0, 1.0 - static_cast<double>(row));
     for (int round = 0; round < 2000; ++round) {
         const double s = between(-1.0, 1.0), r = between(-1.0, 1.0);
-        EXPECT_NEAR(static_cast<double>(LAGR9(static_cast<float>(s), static_cast<float>(r), values_of(v))),
-                    surface(s, r), 1.0E-5);
+        EXPECT_NEAR(
+            static_cast<double>(lagrange_value(static_cast<float>(s), static_cast<float>(r), values_of(v))),
+            surface(s, r), 1.0E-5);
     }
 }
 
@@ -125,7 +127,8 @@ TEST_F(ShapeFunctions, NinePointTermsAreAddedRowByRowIn32Bits) {
         float sum = row_weight[0] * column_weight[0] * static_cast<float>(v[0][0]);
         for (std::size_t k = 1; k < 9; ++k)
             sum = sum + row_weight[k / 3] * column_weight[k % 3] * static_cast<float>(v[k / 3][k % 3]);
-        EXPECT_EQ(std::bit_cast<std::uint32_t>(LAGR9(s, r, values_of(v))), std::bit_cast<std::uint32_t>(sum))
+        EXPECT_EQ(std::bit_cast<std::uint32_t>(lagrange_value(s, r, values_of(v))),
+                  std::bit_cast<std::uint32_t>(sum))
             << s << " " << r;
     }
 }
@@ -137,7 +140,7 @@ TEST_F(ShapeFunctions, EightPointNodesAgreeWithTheTextbook) {
         const Nine v = any_values();
         const std::int32_t ndx = 2 + round % 7, ndy = 2 + round % 5;
         Grid<float> grid(ndy + 1, ndx + 1, 0.0F);
-        BLOCKMAP(values_of(v), ndx, ndy, 1, 1, 5, grid);
+        map_block(values_of(v), ndx, ndy, 1, 1, 5, grid);
         for (std::int32_t i = 0; i <= ndx; ++i) {
             for (std::int32_t j = 0; j <= ndy; ++j) {
                 if ((i == 0 || i == ndx) && (j == 0 || j == ndy))
@@ -165,7 +168,7 @@ TEST_F(ShapeFunctions, EightPointWeightsAddUpToOneAndLeaveTheCentreOut) {
 
 TEST_F(ShapeFunctions, ANegativeMaterialTakesTheCentre) {
     Grid<float> grid(3, 3, 0.0F);
-    BLOCKMAP({1, 6, 5, 0.5F, 99, 4.5F, 0, 2, 4}, 2, 2, 1, 1, -5, grid);
+    map_block({1, 6, 5, 0.5F, 99, 4.5F, 0, 2, 4}, 2, 2, 1, 1, -5, grid);
     EXPECT_EQ(grid(2, 2), 99.0F);
     EXPECT_EQ(grid(1, 2), 6.0F);
 }
@@ -175,7 +178,7 @@ TEST_F(ShapeFunctions, CornersTakeTheirKeyValuesExactly) {
     for (const std::int32_t material : {1, -1}) {
         for (const std::int32_t n : {1, 2, 3, 7, 49}) {
             Grid<float> grid(n + 1, n + 1, 0.0F);
-            BLOCKMAP(v, n, n, 1, 1, material, grid);
+            map_block(v, n, n, 1, 1, material, grid);
             EXPECT_EQ(grid(1, 1), 0.1F);
             EXPECT_EQ(grid(1, n + 1), 0.3F);
             EXPECT_EQ(grid(n + 1, 1), 0.7F);
@@ -189,7 +192,7 @@ TEST_F(ShapeFunctions, LocalCoordinatesComeFromRepeatedSteps) {
     for (const auto& [ndx, ndy] : {std::pair{3, 5}, {7, 3}, {49, 11}, {5, 1}, {1, 5}}) {
         const BlockValues v = values_of(any_values());
         Grid<float> grid(ndy + 1, ndx + 1, -1.0F);
-        BLOCKMAP(v, ndx, ndy, 1, 1, -1, grid);
+        map_block(v, ndx, ndy, 1, 1, -1, grid);
         const float s_step = 2.0F / static_cast<float>(ndx), r_step = 2.0F / static_cast<float>(ndy);
         float s = -1.0F;
         for (std::int32_t column = 1; column <= ndx + 1; ++column) {
@@ -198,7 +201,7 @@ TEST_F(ShapeFunctions, LocalCoordinatesComeFromRepeatedSteps) {
             float r = 1.0F;
             for (std::int32_t row = 1; row <= ndy + 1; ++row) {
                 if (!side || (row > 1 && row < ndy + 1)) {
-                    EXPECT_EQ(grid(row, column), LAGR9(across, r, v)) << row << " " << column;
+                    EXPECT_EQ(grid(row, column), lagrange_value(across, r, v)) << row << " " << column;
                 }
                 r = r - r_step;
             }
@@ -209,7 +212,7 @@ TEST_F(ShapeFunctions, LocalCoordinatesComeFromRepeatedSteps) {
 
 TEST_F(ShapeFunctions, ABlockFillsItsPartOfTheGridOnly) {
     Grid<float> grid(6, 7, -1.0F);
-    BLOCKMAP({4, 4, 4, 4, 4, 4, 4, 4, 4}, 3, 2, 3, 2, -1, grid);
+    map_block({4, 4, 4, 4, 4, 4, 4, 4, 4}, 3, 2, 3, 2, -1, grid);
     for (std::int32_t row = 1; row <= 6; ++row)
         for (std::int32_t column = 1; column <= 7; ++column) {
             const bool inside = row >= 2 && row <= 4 && column >= 3 && column <= 6;

@@ -15,7 +15,7 @@ protected:
 
     // Where a name lies, seen from the test's directory.
     std::string place(std::string_view name) const {
-        const fs::path whole = fs::absolute(RESOLVE(places, name)).lexically_normal();
+        const fs::path whole = fs::absolute(resolve_file_name(places, name)).lexically_normal();
         return whole.lexically_relative(directory.path()).generic_string();
     }
 };
@@ -28,12 +28,12 @@ TEST_F(FileNames, DriveIsTheDirectoryThatStandsForIt) {
 }
 
 TEST_F(FileNames, DriveWithoutAPlaceIsAMessage) {
-    const std::string message = failure_of([] { RESOLVE(Directories{}, "C:\\unit.dat"); });
+    const std::string message = failure_of([] { resolve_file_name(Directories{}, "C:\\unit.dat"); });
     EXPECT_NE(message.find("BRELAN_DRIVE_C"), std::string::npos) << message;
 }
 
 TEST_F(FileNames, OtherDriveIsAMessage) {
-    const std::string message = failure_of([this] { RESOLVE(places, "D:\\unit.dat"); });
+    const std::string message = failure_of([this] { resolve_file_name(places, "D:\\unit.dat"); });
     EXPECT_EQ(message.find("file name D:\\unit.dat: "), 0U) << message;
 }
 
@@ -76,11 +76,12 @@ TEST_F(FileNames, BlanksInsideANameCount) {
 
 TEST_F(FileNames, BlankNameIsAMessage) {
     for (const char* name : {"", "   "})
-        EXPECT_EQ(failure_of([&] { RESOLVE(places, name); }), "expected a file name, found a blank one");
+        EXPECT_EQ(failure_of([&] { resolve_file_name(places, name); }),
+                  "expected a file name, found a blank one");
 }
 
 TEST_F(FileNames, NameWithAZeroByteIsAMessage) {
-    EXPECT_EQ(failure_of([this] { RESOLVE(places, std::string_view("a\0b", 3)); }),
+    EXPECT_EQ(failure_of([this] { resolve_file_name(places, std::string_view("a\0b", 3)); }),
               "expected a file name, found one that holds a zero byte");
 }
 
@@ -108,7 +109,7 @@ TEST_F(FileNames, ExactMatchGoesFirst) {
 TEST_F(FileNames, TwoMatchesAreAMessage) {
     directory.write("mesh.mes", "");
     directory.write("MESH.MES", "");
-    const std::string message = failure_of([this] { RESOLVE(places, "Mesh.Mes"); });
+    const std::string message = failure_of([this] { resolve_file_name(places, "Mesh.Mes"); });
     EXPECT_EQ(message.find("file name Mesh.Mes: expected one match"), 0U) << message;
     EXPECT_NE(message.find("mesh.mes"), std::string::npos) << message;
     EXPECT_NE(message.find("MESH.MES"), std::string::npos) << message;
@@ -117,7 +118,7 @@ TEST_F(FileNames, TwoMatchesAreAMessage) {
 TEST_F(FileNames, TwoMatchingDirectoriesAreAMessage) {
     directory.write("sub/a.txt", "");
     directory.write("SUB/a.txt", "");
-    EXPECT_NE(failure_of([this] { RESOLVE(places, "Sub\\a.txt"); }), "");
+    EXPECT_NE(failure_of([this] { resolve_file_name(places, "Sub\\a.txt"); }), "");
     EXPECT_EQ(place("SUB\\a.txt"), "SUB/a.txt");
 }
 

@@ -17,10 +17,10 @@ namespace {
 class SlopeElements : public ::testing::Test {
 protected:
     SlopeElements() {
-        RESETMESH(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh, state.side, state.selection);
         state.mesh.words.fill(ElementWords{});
-        state.edit.MODEL = 3;
-        state.edit.NSNEL = 1;
+        state.edit.slope_code = 3;
+        state.edit.first_element = 1;
         state.edit.start_place = "deck.dat, line 7";
         state.source = EditSource{};
         state.source.elements[0] = {1, 9};
@@ -31,14 +31,14 @@ protected:
     static void element(std::int32_t number, std::int32_t i1, std::int32_t i2, std::int32_t i3,
                         std::int32_t i4) {
         state.mesh.words[number] = {i1, i2, i3, i4, 0, 0, 0, 0, 5};
-        state.mesh.type_in_use[number] = EL_CONTINUUM;
+        state.mesh.type_in_use[number] = ELEMENT_CONTINUUM;
         if (state.source.first_continuum == 0)
             state.source.first_continuum = number;
     }
     static std::string corners(std::int32_t number) {
         const ElementWords& w = state.mesh.words[number];
         std::string text;
-        for (const std::int32_t corner : {w.I1, w.I2, w.I3, w.I4})
+        for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
             text.append(text.empty() ? "" : " ").append(std::to_string(corner));
         return text;
     }
@@ -58,7 +58,7 @@ TEST_F(SlopeElements, StayWhenTheFirstRunsCounterClockwise) {
     square_of_nodes();
     element(4, 101, 102, 103, 104);
     element(5, 101, 103, 102, 0);
-    ORIENTELEMENTS(state.source, state.mesh);
+    orient_elements(state.source, state.mesh);
     EXPECT_EQ(corners(4), "101 102 103 104");
     EXPECT_EQ(corners(5), "101 103 102 0");
 }
@@ -68,8 +68,8 @@ TEST_F(SlopeElements, AllTurnWhenTheFirstRunsClockwise) {
     element(4, 101, 104, 103, 102);
     element(5, 101, 102, 103, 0);
     state.mesh.words[6] = {101, 102, 102, 101, 0, 0, 0, 0, 1};
-    state.mesh.type_in_use[6] = EL_BEAM;
-    ORIENTELEMENTS(state.source, state.mesh);
+    state.mesh.type_in_use[6] = ELEMENT_BEAM;
+    orient_elements(state.source, state.mesh);
     EXPECT_EQ(corners(4), "101 102 103 104");
     EXPECT_EQ(corners(5), "101 103 102 0");
     EXPECT_EQ(corners(6), "101 102 102 101");
@@ -78,7 +78,7 @@ TEST_F(SlopeElements, AllTurnWhenTheFirstRunsClockwise) {
 TEST_F(SlopeElements, TurnWhenTheFirstHasNoArea) {
     square_of_nodes();
     element(4, 101, 102, 102, 101);
-    ORIENTELEMENTS(state.source, state.mesh);
+    orient_elements(state.source, state.mesh);
     EXPECT_EQ(corners(4), "101 101 102 102");
 }
 
@@ -88,7 +88,7 @@ TEST_F(SlopeElements, AreTurnedByBothHalvesOfTheFirst) {
     state.mesh.x[102] = 0.25F;
     state.mesh.y[102] = 0.75F;
     element(4, 101, 102, 103, 104);  // (101, 102, 103) runs clockwise, the whole does not
-    ORIENTELEMENTS(state.source, state.mesh);
+    orient_elements(state.source, state.mesh);
     EXPECT_EQ(corners(4), "101 102 103 104");
 }
 
@@ -98,14 +98,14 @@ TEST_F(SlopeElements, AreTurnedByAnAreaOf64Bits) {
     state.mesh.x[102] = 9000.0F, state.mesh.y[102] = 9000.001F;
     state.mesh.x[103] = 9000.001F, state.mesh.y[103] = 9000.0F;
     element(4, 101, 102, 103, 0);
-    ORIENTELEMENTS(state.source, state.mesh);
+    orient_elements(state.source, state.mesh);
     EXPECT_EQ(corners(4), "101 103 102 0");
 }
 
 TEST_F(SlopeElements, StayInAMeshWithoutContinuumElements) {
     state.mesh.words[6] = {101, 102, 102, 101, 0, 0, 0, 0, 1};
-    state.mesh.type_in_use[6] = EL_TRUSS;
-    ORIENTELEMENTS(state.source, state.mesh);
+    state.mesh.type_in_use[6] = ELEMENT_TRUSS;
+    orient_elements(state.source, state.mesh);
     EXPECT_EQ(corners(6), "101 102 102 101");
 }
 
@@ -113,33 +113,33 @@ TEST_F(SlopeElements, StayInAMeshWithoutContinuumElements) {
 
 TEST_F(SlopeElements, StayWithoutANodeOnTheLevel) {
     element(2, 50, 1, 2, 0);
-    SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split);
+    split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
     EXPECT_EQ(corners(2), "50 1 2 0");
-    EXPECT_EQ(state.mesh.type_in_use[3], EL_UNUSED);
+    EXPECT_EQ(state.mesh.type_in_use[3], ELEMENT_UNUSED);
 }
 
 TEST_F(SlopeElements, QuadrilateralBecomesATriangleAndAQuadrilateral) {
     for (const std::array<std::int32_t, 4>& c :
          {std::array<std::int32_t, 4>{1, 2, 51, 50}, {50, 1, 2, 51}, {51, 50, 1, 2}, {2, 51, 50, 1}}) {
         SetUp();
-        state.mesh.type_in_use.fill(EL_UNUSED);
+        state.mesh.type_in_use.fill(ELEMENT_UNUSED);
         element(2, c[0], c[1], c[2], c[3]);
         element(9, 51, 52, 53, 0);
         split_element_2();
-        SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split);
+        split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
         EXPECT_EQ(corners(2), "1 200 50 0");
         EXPECT_EQ(corners(10), "200 2 51 50");
-        EXPECT_EQ(state.mesh.type_in_use[10], EL_CONTINUUM);
+        EXPECT_EQ(state.mesh.type_in_use[10], ELEMENT_CONTINUUM);
     }
 }
 
 TEST_F(SlopeElements, TriangleBecomesTwo) {
     for (const std::array<std::int32_t, 3>& c :
          {std::array<std::int32_t, 3>{2, 1, 50}, {50, 2, 1}, {1, 50, 2}}) {
-        state.mesh.type_in_use.fill(EL_UNUSED);
+        state.mesh.type_in_use.fill(ELEMENT_UNUSED);
         element(2, c[0], c[1], c[2], 0);
         split_element_2();
-        SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split);
+        split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
         EXPECT_EQ(corners(2), "2 200 50 0");
         EXPECT_EQ(corners(3), "200 1 50 0");
     }
@@ -151,24 +151,24 @@ TEST_F(SlopeElements, SecondPartHasTheAttributesOfTheFirst) {
     state.mesh.skeleton[2] = 3, state.mesh.fluid[2] = 4, state.mesh.integration_r[2] = 5,
     state.mesh.integration_s[2] = 6, state.mesh.real_attribute[2] = 7.0F;
     split_element_2();
-    SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split);
+    split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
     EXPECT_EQ(state.mesh.skeleton[3], 3);
     EXPECT_EQ(state.mesh.fluid[3], 4);
     EXPECT_EQ(state.mesh.integration_r[3], 5);
     EXPECT_EQ(state.mesh.integration_s[3], 6);
     EXPECT_EQ(state.mesh.real_attribute[3], 7.0F);
-    EXPECT_EQ(state.mesh.words[3].MATNO, 5);
+    EXPECT_EQ(state.mesh.words[3].material, 5);
 }
 
 TEST_F(SlopeElements, NumberIsShiftedWithTheOthers) {
     state.source.elements[0] = {1, 40};
-    state.edit.NSNEL = 301;
+    state.edit.first_element = 301;
     element(302, 1, 2, 51, 50);
     element(340, 51, 52, 53, 0);
     state.mesh.words[350] = {101, 102, 102, 101, 0, 0, 0, 0, 1};
-    state.mesh.type_in_use[350] = EL_BEAM;
+    state.mesh.type_in_use[350] = ELEMENT_BEAM;
     split_element_2();
-    SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split);
+    split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
     EXPECT_EQ(corners(302), "1 200 50 0");
     EXPECT_EQ(corners(351), "200 2 51 50");
 }
@@ -177,7 +177,7 @@ TEST_F(SlopeElements, ElementThatIsNotThereIsRefused) {
     element(3, 1, 2, 51, 50);
     split_element_2();
     const std::string message =
-        failure_of([] { SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split); });
+        failure_of([] { split_slope_element(state.edit, state.source, state.mesh, state.slope_split); });
     EXPECT_NE(message.find("L_2.0.Mes: expected a continuum element 2"), std::string::npos) << message;
 }
 
@@ -185,16 +185,16 @@ TEST_F(SlopeElements, ElementAwayFromTheSlopeIsRefused) {
     element(2, 1, 52, 2, 51);
     split_element_2();
     const std::string message =
-        failure_of([] { SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split); });
+        failure_of([] { split_slope_element(state.edit, state.source, state.mesh, state.slope_split); });
     EXPECT_NE(message.find("element 2 on the slope"), std::string::npos) << message;
 }
 
 TEST_F(SlopeElements, NumberBeyondTheTablesIsRefused) {
     element(2, 1, 2, 51, 50);
-    element(MAXEL, 51, 52, 53, 0);
+    element(HIGHEST_ELEMENT_NUMBER, 51, 52, 53, 0);
     split_element_2();
     const std::string message =
-        failure_of([] { SPLITSLOPEELEMENT(state.edit, state.source, state.mesh, state.slope_split); });
+        failure_of([] { split_slope_element(state.edit, state.source, state.mesh, state.slope_split); });
     EXPECT_NE(message.find("deck.dat, line 7: Card 3.2"), std::string::npos) << message;
 }
 

@@ -20,36 +20,36 @@ protected:
     ~SlopeStage() override { state.set_edition(1); }
 
     static void lay(std::int32_t MODEL) {
-        RESETMESH(state.mesh, state.side, state.selection);
-        state.edit.MODEL = MODEL;
-        state.edit.Hi = 7.5F;
+        reset_mesh(state.mesh, state.side, state.selection);
+        state.edit.slope_code = MODEL;
+        state.edit.initial_head = 7.5F;
         state.source = EditSource{};
         state.slope_split = SlopeSplit{};
         const SlopeModel& m = slope_model(MODEL);
-        for (std::int32_t i = 0; i <= m.N_DIV; ++i) {
+        for (std::int32_t i = 0; i <= m.divisions; ++i) {
             const std::int32_t node = m.node(i + 1);
-            const auto share = static_cast<float>(i) / static_cast<float>(m.N_DIV);
-            state.mesh.x[node] = share * m.X;
-            state.mesh.y[node] = share * m.Y;
+            const auto share = static_cast<float>(i) / static_cast<float>(m.divisions);
+            state.mesh.x[node] = share * m.width;
+            state.mesh.y[node] = share * m.height;
             state.mesh.codes[node] = {8, 9, 1, 1, 1};
         }
-        state.source.counts.NUMNP = 500;
+        state.source.counts.nodes = 500;
         state.source.nodes = {1, 500};
         for (std::int32_t n = 1; n <= 500; ++n)
             state.mesh.node_in_use[n] = 1;
         state.mesh.codes[INSIDE] = {8, 9, 1, 1, 1};
-        state.mesh.x[INSIDE] = m.X;
+        state.mesh.x[INSIDE] = m.width;
         state.mesh.y[INSIDE] = 0.0F;
     }
 
-    static void level(float rHw) {
-        state.edit.rHw = rHw;
-        SLOPESTAGE(state.trace, state.edit, state.source, state.mesh, state.slope_split);
+    static void level(float water_share) {
+        state.edit.water_share = water_share;
+        apply_water_level(state.trace, state.edit, state.source, state.mesh, state.slope_split);
     }
 
     // Slope point i, from 0 at the toe.
-    static std::int32_t node(std::int32_t i) { return slope_model(state.edit.MODEL).node(i + 1); }
-    static std::int32_t divisions() { return slope_model(state.edit.MODEL).N_DIV; }
+    static std::int32_t node(std::int32_t i) { return slope_model(state.edit.slope_code).node(i + 1); }
+    static std::int32_t divisions() { return slope_model(state.edit.slope_code).divisions; }
 
     static void set_height(std::int32_t i, float y) { state.mesh.y[node(i)] = y; }
 
@@ -58,10 +58,10 @@ protected:
         EXPECT_EQ(state.mesh.codes[node(i)][1], code2) << "slope point " << i;
     }
     static void expect_at(std::int32_t i, double share) {
-        const SlopeModel& m = slope_model(state.edit.MODEL);
-        EXPECT_NEAR(static_cast<double>(state.mesh.x[node(i)]), share * static_cast<double>(m.X), 1.0E-4)
+        const SlopeModel& m = slope_model(state.edit.slope_code);
+        EXPECT_NEAR(static_cast<double>(state.mesh.x[node(i)]), share * static_cast<double>(m.width), 1.0E-4)
             << i;
-        EXPECT_NEAR(static_cast<double>(state.mesh.y[node(i)]), share * static_cast<double>(m.Y), 1.0E-4)
+        EXPECT_NEAR(static_cast<double>(state.mesh.y[node(i)]), share * static_cast<double>(m.height), 1.0E-4)
             << i;
     }
     // Evenly divided, as laid.
@@ -69,16 +69,16 @@ protected:
         for (std::int32_t i = 0; i <= divisions(); ++i)
             expect_at(i, static_cast<double>(i) / divisions());
         EXPECT_EQ(state.slope_split.node, 0);
-        EXPECT_EQ(state.source.counts.NUMNP, 500);
+        EXPECT_EQ(state.source.counts.nodes, 500);
     }
 
     static constexpr std::int32_t INSIDE = 400;  // on no model's slope
 };
 
 TEST_F(SlopeStage, WithoutALevelGivesTheSlopeTheCodes3And0) {
-    for (const float rHw : {0.0F, 1.0F, -0.25F, 1.5F}) {
+    for (const float water_share : {0.0F, 1.0F, -0.25F, 1.5F}) {
         lay(3);
-        level(rHw);
+        level(water_share);
         expect_untouched();
         for (std::int32_t i = 0; i <= 29; ++i)
             expect_codes(i, 3, 0);
@@ -108,11 +108,11 @@ TEST_F(SlopeStage, LevelCloseAboveANodeTakesItUp) {
     lay(4);
     level(10.125F / 35.0F);
     EXPECT_EQ(state.slope_split.node, 0);
-    const double rHw = 10.125 / 35.0;
+    const double water_share = 10.125 / 35.0;
     expect_at(0, 0.0);
-    expect_at(4, 0.4 * rHw);
-    expect_at(10, rHw);
-    expect_at(11, rHw + (1.0 - rHw) / 25.0);
+    expect_at(4, 0.4 * water_share);
+    expect_at(10, water_share);
+    expect_at(11, water_share + (1.0 - water_share) / 25.0);
     expect_at(35, 1.0);
     expect_codes(10, 1, 1);
     expect_codes(11, 0, 0);
@@ -123,10 +123,10 @@ TEST_F(SlopeStage, LevelCloseBelowANodeTakesItDownAndLeavesItDry) {
     lay(4);
     level(10.875F / 35.0F);
     EXPECT_EQ(state.slope_split.node, 0);
-    const double rHw = 10.875 / 35.0;
-    expect_at(10, 10.0 / 11.0 * rHw);
-    expect_at(11, rHw);
-    expect_at(12, rHw + (1.0 - rHw) / 24.0);
+    const double water_share = 10.875 / 35.0;
+    expect_at(10, 10.0 / 11.0 * water_share);
+    expect_at(11, water_share);
+    expect_at(12, water_share + (1.0 - water_share) / 24.0);
     expect_codes(10, 1, 1);
     expect_codes(11, 0, 0);
 }
@@ -134,10 +134,10 @@ TEST_F(SlopeStage, LevelCloseBelowANodeTakesItDownAndLeavesItDry) {
 TEST_F(SlopeStage, LevelJustOverTheToeLeavesTheToeAndSpacesAllAboveIt) {
     lay(5);
     level(0.125F / 41.0F);
-    const double rHw = 0.125 / 41.0;
+    const double water_share = 0.125 / 41.0;
     expect_at(0, 0.0);
     for (const std::int32_t i : {1, 20, 40, 41})
-        expect_at(i, rHw + i * (1.0 - rHw) / 41.0);
+        expect_at(i, water_share + i * (1.0 - water_share) / 41.0);
     expect_codes(0, 1, 1);
     expect_codes(1, 0, 0);
 }
@@ -145,9 +145,9 @@ TEST_F(SlopeStage, LevelJustOverTheToeLeavesTheToeAndSpacesAllAboveIt) {
 TEST_F(SlopeStage, LevelJustUnderTheCrestLeavesTheCrest) {
     lay(3);
     level(28.875F / 29.0F);
-    const double rHw = 28.875 / 29.0;
-    expect_at(14, 0.5 * rHw);
-    expect_at(28, rHw);
+    const double water_share = 28.875 / 29.0;
+    expect_at(14, 0.5 * water_share);
+    expect_at(28, water_share);
     expect_at(29, 1.0);
     expect_codes(28, 1, 1);
     expect_codes(29, 0, 0);
@@ -165,7 +165,7 @@ TEST_F(SlopeStage, LevelWellBetweenTwoNodesGetsANodeOfItsOwn) {
             expect_at(i, i / 29.0);
         EXPECT_EQ(state.slope_split.node, 501);
         EXPECT_EQ(state.slope_split.element, 12);
-        EXPECT_EQ(state.source.counts.NUMNP, 501);
+        EXPECT_EQ(state.source.counts.nodes, 501);
         EXPECT_EQ(state.mesh.node_in_use[501], 1);
         EXPECT_EQ(state.mesh.codes[501], (NodeCodes{1, 1, 1, 1, 1}));
         EXPECT_NEAR(static_cast<double>(state.mesh.x[501]), 26.0 * 10.5 / 29.0, 1.0E-5);
@@ -200,16 +200,16 @@ TEST_F(SlopeStage, LevelAtAQuarterOrThreeQuartersIsBetweenTwoNodes) {
 // The element at the slope, by the division that the level lies in.
 TEST_F(SlopeStage, NotesTheElementAtTheSlope) {
     struct Row {
-        std::int32_t MODEL, division, element;
+        std::int32_t slope_code, division, element;
     };
     constexpr Row rows[] = {{1, 0, 1},    {1, 19, 20},  {1, 20, 194}, {1, 39, 175}, {2, 0, 1}, {2, 19, 20},
                             {2, 20, 170}, {2, 39, 151}, {3, 0, 2},    {3, 28, 30},  {4, 0, 2}, {4, 34, 36},
                             {5, 0, 2},    {5, 40, 42},  {7, 5, 6},    {0, 25, 189}};
     for (const Row& row : rows) {
-        lay(row.MODEL);
+        lay(row.slope_code);
         level((static_cast<float>(row.division) + 0.5F) / static_cast<float>(divisions()));
         EXPECT_EQ(state.slope_split.element, row.element)
-            << "MODEL " << row.MODEL << ", division " << row.division;
+            << "MODEL " << row.slope_code << ", division " << row.division;
     }
 }
 
@@ -217,13 +217,13 @@ TEST_F(SlopeStage, NotesTheElementAtTheSlope) {
 
 TEST_F(SlopeStage, RunsThroughTheNodesOfEachModel) {
     struct Row {
-        std::int32_t MODEL;
+        std::int32_t slope_code;
         std::vector<std::int32_t> nodes;  // of slope points 1, 21, 22 and the crest
     };
     const Row rows[] = {{1, {1, 21, 220, 201}}, {2, {1, 21, 195, 176}}, {3, {1, 21, 22, 30}},
                         {4, {1, 21, 22, 36}},   {5, {1, 21, 22, 42}},   {9, {1, 21, 220, 201}}};
     for (const Row& row : rows) {
-        lay(row.MODEL);
+        lay(row.slope_code);
         for (std::int32_t n = 1; n <= 500; ++n)
             state.mesh.codes[n] = {8, 9, 1, 1, 1};
         level(0.0F);
@@ -234,7 +234,7 @@ TEST_F(SlopeStage, RunsThroughTheNodesOfEachModel) {
         std::int32_t coded = 0;
         for (std::int32_t n = 1; n <= 500; ++n)
             coded += state.mesh.codes[n][0] == 3 ? 1 : 0;
-        EXPECT_EQ(coded, divisions() + 1) << "MODEL " << row.MODEL;
+        EXPECT_EQ(coded, divisions() + 1) << "MODEL " << row.slope_code;
     }
 }
 
@@ -250,15 +250,15 @@ TEST_F(SlopeStage, RefusesATemplateThatHasNoPlaceForTheNode) {
 
 TEST_F(SlopeStage, NodesAreCarriedOntoTheTriangleOfTheCard) {
     lay(5);
-    state.edit.X1 = 60.0F, state.edit.Y1 = 20.0F, state.edit.X2 = 120.0F, state.edit.Y2 = 5.0F,
-    state.edit.X3 = 60.0F, state.edit.Y3 = 5.0F;
+    state.edit.crest_x = 60.0F, state.edit.crest_y = 20.0F, state.edit.toe_x = 120.0F,
+    state.edit.toe_y = 5.0F, state.edit.foot_x = 60.0F, state.edit.foot_y = 5.0F;
     state.mesh.x[2] = 39.0F, state.mesh.y[2] = 13.0F;     // crest
     state.mesh.x[3] = 0.0F, state.mesh.y[3] = 0.0F;       // toe
     state.mesh.x[4] = 39.0F, state.mesh.y[4] = 0.0F;      // foot
     state.mesh.x[5] = 19.5F, state.mesh.y[5] = 3.25F;     // shares 0.25, 0.5 and 0.25
     state.mesh.x[6] = -39.0F, state.mesh.y[6] = 0.0F;     // outside: shares 0, 2 and -1
     state.mesh.x[501] = 39.0F, state.mesh.y[501] = 0.0F;  // no node of the mesh
-    MAPNODES(state.trace, state.edit, state.source, state.mesh);
+    map_template_nodes(state.trace, state.edit, state.source, state.mesh);
     const double expected[][3] = {{2, 60, 20},   {3, 120, 5}, {4, 60, 5},
                                   {5, 90, 8.75}, {6, 180, 5}, {501, 39, 0}};
     for (const auto& row : expected) {
@@ -270,24 +270,24 @@ TEST_F(SlopeStage, NodesAreCarriedOntoTheTriangleOfTheCard) {
 
 TEST_F(SlopeStage, RefusesCornersThatLeadBeyondTheNumbers) {
     lay(3);
-    state.edit.X1 = 3.0E38F, state.edit.Y1 = 3.0E38F, state.edit.X2 = -3.0E38F, state.edit.Y2 = 0.0F,
-    state.edit.X3 = 3.0E38F, state.edit.Y3 = 0.0F;
+    state.edit.crest_x = 3.0E38F, state.edit.crest_y = 3.0E38F, state.edit.toe_x = -3.0E38F,
+    state.edit.toe_y = 0.0F, state.edit.foot_x = 3.0E38F, state.edit.foot_y = 0.0F;
     state.edit.triangle_place = "deck.dat, line 9";
     state.mesh.x[7] = 260.0F;
     const std::string message =
-        failure_of([] { MAPNODES(state.trace, state.edit, state.source, state.mesh); });
+        failure_of([] { map_template_nodes(state.trace, state.edit, state.source, state.mesh); });
     EXPECT_NE(message.find("deck.dat, line 9: Card 3.3.6.3"), std::string::npos) << message;
 }
 
 TEST_F(SlopeStage, RefusesATemplateWithAllItsNodesAtOnePoint) {
     lay(3);
-    REQUIRETEMPLATE(state.edit, state.source, state.mesh);
+    require_template(state.edit, state.source, state.mesh);
     state.mesh.x.fill(0.0F);
     state.mesh.y.fill(0.0F);
-    const std::string message = failure_of([] { REQUIRETEMPLATE(state.edit, state.source, state.mesh); });
+    const std::string message = failure_of([] { require_template(state.edit, state.source, state.mesh); });
     EXPECT_NE(message.find("L_2.0.Mes"), std::string::npos) << message;
-    state.source.counts.NUMNP = 1;
-    REQUIRETEMPLATE(state.edit, state.source, state.mesh);
+    state.source.counts.nodes = 1;
+    require_template(state.edit, state.source, state.mesh);
 }
 
 }  // namespace

@@ -27,8 +27,8 @@ const fs::path PACKAGE = fs::path(BRELAN_SOURCE_DIR) / "data" / "Vork" / "Qx" / 
 struct Expected {
     int model;
     const char* file;
-    double X, Y;
-    int N_DIV, columns, rows, elements;
+    double width, height;
+    int divisions, columns, rows, elements;
     int low_points, point_sum;  // slope point i is node i up to low_points, node point_sum - i beyond
     int low_parts, part_sum;    // slope part w is held by element w + 1 (or w + 2), part_sum - w beyond
 };
@@ -93,7 +93,7 @@ struct Template {
     }
     std::set<int> slope_nodes() const {
         std::set<int> found;
-        for (int i = 1; i <= expected.N_DIV + 1; ++i)
+        for (int i = 1; i <= expected.divisions + 1; ++i)
             found.insert(slope_node(i));
         return found;
     }
@@ -204,7 +204,7 @@ TEST(SlopeTemplates, HaveRecordsOfTheirKinds) {
 // triangle.
 TEST(SlopeTemplates, FillTheirTriangle) {
     for (const Template& t : all_templates()) {
-        const double X = t.expected.X, Y = t.expected.Y;
+        const double width = t.expected.width, height = t.expected.height;
         std::set<std::pair<int, int>> sides;
         double sum = 0.0;
         for (const auto& [number, element] : t.elements) {
@@ -212,7 +212,7 @@ TEST(SlopeTemplates, FillTheirTriangle) {
             for (std::size_t i = 0; i < element.size(); ++i)
                 EXPECT_TRUE(sides.insert({element[i], element[(i + 1) % element.size()]}).second) << number;
         }
-        EXPECT_NEAR(sum, 0.5 * X * Y, 1.0E-3);
+        EXPECT_NEAR(sum, 0.5 * width * height, 1.0E-3);
         std::array<int, 3> divisions{};
         for (const auto& [a, b] : sides) {
             if (sides.contains({b, a}))
@@ -222,14 +222,16 @@ TEST(SlopeTemplates, FillTheirTriangle) {
             const auto both = [&](auto on) { return on(p) && on(q); };
             if (both([](const Spot& s) { return s.y == 0.0; }))
                 ++divisions[0];
-            else if (both([&](const Spot& s) { return std::abs(s.x - X) < 1.0E-4; }))
+            else if (both([&](const Spot& s) { return std::abs(s.x - width) < 1.0E-4; }))
                 ++divisions[1];
-            else if (both([&](const Spot& s) { return std::abs(s.x * Y - s.y * X) < 1.0E-3 * X; }))
+            else if (both([&](const Spot& s) {
+                         return std::abs(s.x * height - s.y * width) < 1.0E-3 * width;
+                     }))
                 ++divisions[2];
             else
                 ADD_FAILURE() << t.expected.file << ": free side " << a << "-" << b;
         }
-        EXPECT_EQ(divisions, (std::array<int, 3>{t.expected.columns, t.expected.rows, t.expected.N_DIV}));
+        EXPECT_EQ(divisions, (std::array<int, 3>{t.expected.columns, t.expected.rows, t.expected.divisions}));
     }
 }
 
@@ -237,23 +239,25 @@ TEST(SlopeTemplates, DivideTheirSidesEvenly) {
     for (const Template& t : all_templates()) {
         std::set<int> base, wall;
         for (const auto& [number, spot] : t.nodes) {
-            const double column = spot.x / t.expected.X * t.expected.columns;
-            const double row = spot.y / t.expected.Y * t.expected.rows;
+            const double column = spot.x / t.expected.width * t.expected.columns;
+            const double row = spot.y / t.expected.height * t.expected.rows;
             if (spot.y == 0.0) {
                 EXPECT_NEAR(column, std::round(column), 1.0E-4);
                 base.insert(static_cast<int>(std::round(column)));
             }
-            if (std::abs(spot.x - t.expected.X) < 1.0E-4) {
+            if (std::abs(spot.x - t.expected.width) < 1.0E-4) {
                 EXPECT_NEAR(row, std::round(row), 1.0E-4);
                 wall.insert(static_cast<int>(std::round(row)));
             }
         }
         EXPECT_EQ(base.size(), static_cast<std::size_t>(t.expected.columns) + 1);
         EXPECT_EQ(wall.size(), static_cast<std::size_t>(t.expected.rows) + 1);
-        for (int i = 0; i <= t.expected.N_DIV; ++i) {
+        for (int i = 0; i <= t.expected.divisions; ++i) {
             const Spot& spot = t.nodes.at(t.slope_node(i + 1));
-            EXPECT_NEAR(spot.x, t.expected.X * i / t.expected.N_DIV, 1.0E-4) << t.expected.file << " " << i;
-            EXPECT_NEAR(spot.y, t.expected.Y * i / t.expected.N_DIV, 1.0E-4) << t.expected.file << " " << i;
+            EXPECT_NEAR(spot.x, t.expected.width * i / t.expected.divisions, 1.0E-4)
+                << t.expected.file << " " << i;
+            EXPECT_NEAR(spot.y, t.expected.height * i / t.expected.divisions, 1.0E-4)
+                << t.expected.file << " " << i;
         }
     }
 }
@@ -262,7 +266,7 @@ TEST(SlopeTemplates, HoldEachPartOfTheSlopeInTheElementOfItsNumber) {
     for (const Template& t : all_templates()) {
         const std::set<int> slope = t.slope_nodes();
         std::set<int> at_slope;
-        for (int w = 0; w < t.expected.N_DIV; ++w) {
+        for (int w = 0; w < t.expected.divisions; ++w) {
             const int number = t.slope_element(w);
             at_slope.insert(number);
             const std::vector<int>& c = t.elements.at(number);
@@ -300,18 +304,18 @@ TEST(SlopeTemplates, AreMostlyQuadrilateralsWithGoodAngles) {
 // --- under water ---------------------------------------------------------------------------------
 
 // The slope spaced anew for a level near a node; the same points where the level is between two.
-std::vector<double> slope_shares(int N, double rHw) {
+std::vector<double> slope_shares(int N, double water_share) {
     std::vector<double> shares;
-    int below = static_cast<int>(rHw * N);
-    const double part = rHw * N - below;
+    int below = static_cast<int>(water_share * N);
+    const double part = water_share * N - below;
     const bool split = part >= 0.25 && part <= 0.75;
     if (part > 0.75 && below + 1 < N)
         ++below;
     for (int i = 0; i <= N; ++i)
         shares.push_back(split        ? static_cast<double>(i) / N
                          : i == 0     ? 0.0
-                         : i <= below ? rHw * i / below
-                                      : rHw + (1.0 - rHw) * (i - below) / (N - below));
+                         : i <= below ? water_share * i / below
+                                      : water_share + (1.0 - water_share) * (i - below) / (N - below));
     return shares;
 }
 
@@ -319,10 +323,10 @@ TEST(SlopeTemplates, KeepPositiveAreasAtEveryWaterLevel) {
     for (const Expected& expected : TEMPLATES) {
         Template t(expected, "Slope");
         for (int thousandth = 1; thousandth <= 999; ++thousandth) {
-            const std::vector<double> shares = slope_shares(expected.N_DIV, thousandth / 1000.0);
-            for (int i = 0; i <= expected.N_DIV; ++i)
-                t.nodes[t.slope_node(i + 1)] = {expected.X * shares[static_cast<std::size_t>(i)],
-                                                expected.Y * shares[static_cast<std::size_t>(i)]};
+            const std::vector<double> shares = slope_shares(expected.divisions, thousandth / 1000.0);
+            for (int i = 0; i <= expected.divisions; ++i)
+                t.nodes[t.slope_node(i + 1)] = {expected.width * shares[static_cast<std::size_t>(i)],
+                                                expected.height * shares[static_cast<std::size_t>(i)]};
             for (const auto& [number, element] : t.elements)
                 ASSERT_GT(area(t.corners(element)), 0.0)
                     << expected.file << ", level " << thousandth << ", element " << number;

@@ -36,14 +36,14 @@ protected:
         state.channels.open(3, "deck.dat", OpenStatus::old);
         state.channels.open(DECK, "TT55.TMP", OpenStatus::work);
         state.channels.open(LISTING, "T7.TMP", OpenStatus::work);
-        STRIPDECK(state.channels, 3, DECK);
+        strip_deck(state.channels, 3, DECK);
         return state.channels.at(DECK);
     }
 
     // The values that a card leaves in front of the 9 that stood there before.
     std::vector<float> values_of(std::string_view card, std::int32_t minimum, std::int32_t maximum) const {
         deck(std::string(card) + "\n");
-        CHKCARD(state.channels, state.checker, state.console, DECK, "3.2", minimum, maximum);
+        check_card(state.channels, state.checker, state.console, DECK, "3.2", minimum, maximum);
         return {state.checker.values[1], state.checker.values[2], state.checker.values[3],
                 state.checker.values[4]};
     }
@@ -81,7 +81,7 @@ TEST_F(Cards, CopyingClosesTheSourceAndRewindsTheCopy) {
 
 TEST_F(Cards, StarBehindABlankFailsWhenItIsReadAsAValue) {
     deck("* comment\n * text\n");
-    EXPECT_EQ(failure_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "1.1", 1, 2); }),
+    EXPECT_EQ(failure_of([] { check_card(state.channels, state.checker, state.console, DECK, "1.1", 1, 2); }),
               "deck.dat, line 2: expected a number in Card 1.1, found \"*\"");
 }
 
@@ -131,8 +131,9 @@ TEST_F(Cards, LineWithoutASeparatorHasNoValue) {
 
 TEST_F(Cards, LineWithoutASeparatorIsReportedAsBlankData) {
     deck(std::string(126, '1') + "\n");
-    EXPECT_EQ(stop_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "3.3.1.1", 4, 4); }),
-              "300");
+    EXPECT_EQ(
+        stop_of([] { check_card(state.channels, state.checker, state.console, DECK, "3.3.1.1", 4, 4); }),
+        "300");
     state.channels.close_all();
     EXPECT_EQ(directory.read("T7.TMP"),
               " ************* ERROR IN THE USER INPUT **************\n"
@@ -148,8 +149,9 @@ TEST_F(Cards, LineWithoutASeparatorIsReportedAsBlankData) {
 TEST_F(Cards, CountOutsideTheLimitsStopsTheRun) {
     for (const char* card : {"1", "1 2 3 4 5", ""}) {
         deck(std::string(card) + "\n");
-        EXPECT_EQ(stop_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }),
-                  "300")
+        EXPECT_EQ(
+            stop_of([] { check_card(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }),
+            "300")
             << card;
         EXPECT_EQ(state.checker.values[1], 9.0F) << "values are read behind the check only";
         EXPECT_EQ(directory.read("C/Vork/Qx/Qxdata/BRELAN2D.DAT"), "           1\n");
@@ -176,17 +178,17 @@ TEST_F(Cards, EmptyValueInFrontOfACommaLeavesItsField) {
 TEST_F(Cards, FieldsThatAreNotGivenKeepWhatStood) {
     state.checker.values[2] = 0.5F;
     deck("7\n");
-    CHKCARD(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
+    check_card(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
     EXPECT_EQ(state.checker.values[1], 7.0F);
     EXPECT_EQ(state.checker.values[2], 0.5F);
 }
 
 TEST_F(Cards, IntegerFieldMayBeWrittenAsAReal) {
     EXPECT_EQ(values_of("1E3 2.9 -0.5 3.0", 4, 4), (Values{1000, 2.9F, -0.5F, 3}));
-    EXPECT_EQ(TRUNCATE(state.checker.values[1]), 1000);
-    EXPECT_EQ(TRUNCATE(state.checker.values[2]), 2);
-    EXPECT_EQ(TRUNCATE(state.checker.values[3]), 0);
-    EXPECT_EQ(TRUNCATE(state.checker.values[4]), 3);
+    EXPECT_EQ(to_integer(state.checker.values[1]), 1000);
+    EXPECT_EQ(to_integer(state.checker.values[2]), 2);
+    EXPECT_EQ(to_integer(state.checker.values[3]), 0);
+    EXPECT_EQ(to_integer(state.checker.values[4]), 3);
 }
 
 TEST_F(Cards, TabSeparatesTheValuesThatTheCountTookForOne) {
@@ -195,7 +197,7 @@ TEST_F(Cards, TabSeparatesTheValuesThatTheCountTookForOne) {
 
 TEST_F(Cards, CardOfATabHasAValueThatIsNotThere) {
     deck("\t\n5\n");
-    EXPECT_EQ(failure_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "1.1", 1, 2); }),
+    EXPECT_EQ(failure_of([] { check_card(state.channels, state.checker, state.console, DECK, "1.1", 1, 2); }),
               "deck.dat, line 1: the line ends here; expected Card 1.1");
 }
 
@@ -214,21 +216,21 @@ TEST_F(Cards, NothingBehindColumn126IsSeen) {
 
 TEST_F(Cards, ReadingLeavesTheDeckAtTheNextCard) {
     Channel& cards = deck("1 2\n* comment\n3 4\n");
-    CHKCARD(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
+    check_card(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
     EXPECT_EQ(cards.read_line("a card").trimmed(), "3 4");
 }
 
 TEST_F(Cards, TextInAValueNamesTheLineOfTheUsersDeck) {
     deck("* head\n1 0\n* comment\n1 two\n");
-    CHKCARD(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
-    EXPECT_EQ(failure_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }),
+    check_card(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
+    EXPECT_EQ(failure_of([] { check_card(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }),
               "deck.dat, line 4: expected a number in Card 3.2, found \"two\"");
 }
 
 TEST_F(Cards, DeckThatEndsWhereACardIsExpectedIsAMessage) {
     deck("1 0\n");
-    CHKCARD(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
-    EXPECT_EQ(failure_of([] { CHKCARD(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }),
+    check_card(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
+    EXPECT_EQ(failure_of([] { check_card(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }),
               "deck.dat, line 2: the file ends here; expected Card 3.2");
 }
 

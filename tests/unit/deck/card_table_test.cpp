@@ -127,7 +127,7 @@ TEST(CardTable, MinimumIsNotAboveTheMaximum) {
         for (const LayoutKind kind : KINDS_OF_CARDS) {
             EXPECT_GE(fewest(row.card, kind), 1) << row.label;
             EXPECT_LE(fewest(row.card, kind), row.card.maximum_of(kind)) << row.label;
-            EXPECT_LE(row.card.maximum_of(kind), MAXCARDVAL) << row.label;
+            EXPECT_LE(row.card.maximum_of(kind), MOST_CARD_VALUES) << row.label;
         }
     }
 }

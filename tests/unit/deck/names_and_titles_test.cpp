@@ -25,10 +25,10 @@ protected:
     void SetUp() override { trimmed("x"); }
 
     static std::string trimmed(std::string_view name) {
-        return std::string(TRIMNAME(state.checker, TextLine(name)).trimmed());
+        return std::string(name_from_parent(state.checker, TextLine(name)).trimmed());
     }
     static std::string whole(std::string_view name) {
-        return std::string(TRIMNAME(state.checker, TextLine(name)).view());
+        return std::string(name_from_parent(state.checker, TextLine(name)).view());
     }
 };
 
@@ -103,7 +103,7 @@ TEST_F(NameField, TextThatBeginsInTheLastColumnCopiedIsOneCharacter) {
 // --- titles ------------------------------------------------------------------------------------------------
 
 std::int32_t title_length(std::string_view line) {
-    return CARDLEN(TextLine(line));
+    return last_title_column(TextLine(line));
 }
 
 TEST(Title, EndsWithItsLastWord) {

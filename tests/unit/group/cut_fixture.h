@@ -24,7 +24,7 @@ protected:
     void TearDown() override { clear(); }
 
     static void clear() {
-        RESETMESH(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh, state.side, state.selection);
         state.mesh.words.fill({});
         state.engine.workable.fill(0);
         state.mesh.skeleton.fill(0);
@@ -51,12 +51,12 @@ protected:
         state.engine.highest_node = std::max(state.engine.highest_node, n);
     }
     static void element(std::int32_t e, const FourNodes& n, std::int32_t material = 1) {
-        state.mesh.words[e].I1 = n[0];
-        state.mesh.words[e].I2 = n[1];
-        state.mesh.words[e].I3 = n[2];
-        state.mesh.words[e].I4 = n[3];
-        state.mesh.words[e].MATNO = material;
-        state.mesh.type[e] = EL_CONTINUUM;
+        state.mesh.words[e].corner_1 = n[0];
+        state.mesh.words[e].corner_2 = n[1];
+        state.mesh.words[e].corner_3 = n[2];
+        state.mesh.words[e].corner_4 = n[3];
+        state.mesh.words[e].material = material;
+        state.mesh.type[e] = ELEMENT_CONTINUUM;
         state.engine.workable[e] = e;
         state.engine.highest_element = std::max(state.engine.highest_element, e);
     }
@@ -75,26 +75,26 @@ protected:
 
     // Collects the rows of a pair and scans their sides.
     static void scan(const Point& P1, const Point& P2, std::int32_t IEND = 2, bool deferred = false) {
-        COLLECT(state.mesh, state.engine, P1, P2);
-        SIDESCAN(state.mesh, state.tolerances, state.engine, P1, P2, {IEND, deferred});
+        collect_rows(state.mesh, state.engine, P1, P2);
+        scan_sides(state.mesh, state.tolerances, state.engine, P1, P2, {IEND, deferred});
     }
     // Collects the rows of a pair and places its second end.
     static void place(const Point& P, const Point& Q0) {
-        COLLECT(state.mesh, state.engine, Q0, P);
-        PLACEEND(state.mesh, state.engine, Q0, P, true, false);
+        collect_rows(state.mesh, state.engine, Q0, P);
+        place_ends(state.mesh, state.engine, Q0, P, true, false);
     }
 
     static FourNodes corners(std::int32_t e) {
-        return {state.mesh.words[e].I1, state.mesh.words[e].I2, state.mesh.words[e].I3,
-                state.mesh.words[e].I4};
+        return {state.mesh.words[e].corner_1, state.mesh.words[e].corner_2, state.mesh.words[e].corner_3,
+                state.mesh.words[e].corner_4};
     }
     static FourNodes corner_marks(std::size_t row) {
         const CutRow& r = state.engine.rows.at(row);
-        return {r.V[0], r.V[1], r.V[2], r.V[3]};
+        return {r.corner_on_line[0], r.corner_on_line[1], r.corner_on_line[2], r.corner_on_line[3]};
     }
     static FourNodes side_marks(std::size_t row) {
         const CutRow& r = state.engine.rows.at(row);
-        return {r.S[0], r.S[1], r.S[2], r.S[3]};
+        return {r.side_node[0], r.side_node[1], r.side_node[2], r.side_node[3]};
     }
     static void expect_node(std::int32_t n, float x, float y) {
         EXPECT_FLOAT_EQ(state.mesh.x[n], x) << "node " << n;

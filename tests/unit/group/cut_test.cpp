@@ -28,36 +28,36 @@ protected:
     static std::vector<std::int32_t> rows() {
         std::vector<std::int32_t> numbers;
         for (const CutRow& row : state.engine.rows)
-            numbers.push_back(row.E);
+            numbers.push_back(row.element);
         return numbers;
     }
 };
 
 TEST_F(ThreeSquares, RowsComeByFirstEndThenSecondThenCrossings) {
-    COLLECT(state.mesh, state.engine, {2.5F, 0.5F}, {0.5F, 0.5F});
+    collect_rows(state.mesh, state.engine, {2.5F, 0.5F}, {0.5F, 0.5F});
     EXPECT_EQ(rows(), (std::vector<std::int32_t>{3, 1, 2}));
-    EXPECT_EQ(state.engine.rows[0].M, 13);
-    EXPECT_EQ(state.engine.rows[0].N[0], 3);
-    EXPECT_EQ(state.mesh.words[3].I1, -3);
-    EXPECT_EQ(state.mesh.words[2].I1, -2);
+    EXPECT_EQ(state.engine.rows[0].material, 13);
+    EXPECT_EQ(state.engine.rows[0].corner_node[0], 3);
+    EXPECT_EQ(state.mesh.words[3].corner_1, -3);
+    EXPECT_EQ(state.mesh.words[2].corner_1, -2);
 }
 
 TEST_F(ThreeSquares, TakenElementIsNotTakenAgain) {
-    COLLECT(state.mesh, state.engine, {0.5F, 0.5F}, {0.5F, 0.75F});
-    COLLECT(state.mesh, state.engine, {0.5F, 0.75F}, {1.5F, 0.75F});
+    collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {0.5F, 0.75F});
+    collect_rows(state.mesh, state.engine, {0.5F, 0.75F}, {1.5F, 0.75F});
     EXPECT_EQ(rows(), (std::vector<std::int32_t>{1, 2}));
 }
 
 TEST_F(ThreeSquares, ElementsThatAreListedOrOfAnotherTypeAreLeft) {
     state.engine.workable[1] = 0;
-    state.mesh.type[2] = EL_TRUSS;
-    COLLECT(state.mesh, state.engine, {0.5F, 0.5F}, {2.5F, 0.5F});
+    state.mesh.type[2] = ELEMENT_TRUSS;
+    collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {2.5F, 0.5F});
     EXPECT_EQ(rows(), (std::vector<std::int32_t>{3}));
 }
 
 TEST_F(ThreeSquares, SegmentAlongSidesChangesNothing) {
     scan({1, 0}, {1, 1});
-    SPLITROWS(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine);
     EXPECT_EQ(state.engine.highest_node, 8);
     EXPECT_EQ(state.engine.highest_element, 3);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 6, 5}));
@@ -70,9 +70,9 @@ TEST_F(ThreeSquares, SegmentAlongSidesChangesNothing) {
 
 TEST_F(ThreeSquares, EndsAloneLeaveTheElementsBetween) {
     const Point P1{0.25F, 0.125F}, P2{2.75F, 0.875F};
-    COLLECT(state.mesh, state.engine, P1, P2);
-    PLACEEND(state.mesh, state.engine, P1, P2, false, false);
-    SPLITROWS(state.mesh, state.engine);
+    collect_rows(state.mesh, state.engine, P1, P2);
+    place_ends(state.mesh, state.engine, P1, P2, false, false);
+    split_rows(state.mesh, state.engine);
     EXPECT_EQ(state.engine.highest_node, 8);
     EXPECT_EQ(state.engine.highest_element, 3);
     expect_node(1, 0.25F, 0.125F);
@@ -82,11 +82,11 @@ TEST_F(ThreeSquares, EndsAloneLeaveTheElementsBetween) {
 
 // A row with two corners on the line needs no side node, and its neighbour loses it as well.
 TEST_F(ThreeSquares, SideNodeOfARowWithTwoCornersGoesInBothRows) {
-    COLLECT(state.mesh, state.engine, {0.5F, 0.5F}, {1.5F, 0.5F});
-    state.engine.rows[0].V[0] = state.engine.rows[0].V[2] = 1;
-    state.engine.rows[0].S[1] = state.engine.rows[1].S[3] = 9;
-    state.engine.rows[1].V[1] = 1;
-    SPLITROWS(state.mesh, state.engine);
+    collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {1.5F, 0.5F});
+    state.engine.rows[0].corner_on_line[0] = state.engine.rows[0].corner_on_line[2] = 1;
+    state.engine.rows[0].side_node[1] = state.engine.rows[1].side_node[3] = 9;
+    state.engine.rows[1].corner_on_line[1] = 1;
+    split_rows(state.mesh, state.engine);
     EXPECT_EQ(state.engine.highest_element, 4);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 6, 0}));
     EXPECT_EQ(corners(4), (FourNodes{1, 6, 5, 0}));
@@ -94,12 +94,12 @@ TEST_F(ThreeSquares, SideNodeOfARowWithTwoCornersGoesInBothRows) {
 }
 
 TEST_F(ThreeSquares, CentreAndOneCornerDropSideNodesToo) {
-    COLLECT(state.mesh, state.engine, {0.5F, 0.5F}, {0.5F, 0.75F});
+    collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {0.5F, 0.75F});
     node(9, 0.5F, 0.5F);
-    state.engine.rows[0].C = 9;
-    state.engine.rows[0].V[0] = 1;
-    state.engine.rows[0].S[1] = 10;
-    SPLITROWS(state.mesh, state.engine);
+    state.engine.rows[0].centre_node = 9;
+    state.engine.rows[0].corner_on_line[0] = 1;
+    state.engine.rows[0].side_node[1] = 10;
+    split_rows(state.mesh, state.engine);
     EXPECT_EQ(state.engine.highest_element, 6);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 9, 0}));
     EXPECT_EQ(corners(4), (FourNodes{2, 6, 9, 0}));
@@ -111,16 +111,16 @@ TEST_F(ThreeSquares, PartsCarryMaterialAndAttributes) {
     const Edition edition(DISPLACEMENT);
     state.mesh.thickness[2] = 0.5F;
     state.mesh.density[2] = 1.75F;
-    COLLECT(state.mesh, state.engine, {1.5F, 0.5F}, {1.5F, 0.75F});
-    state.engine.rows[0].V[0] = state.engine.rows[0].V[2] = 1;
-    SPLITROWS(state.mesh, state.engine);
+    collect_rows(state.mesh, state.engine, {1.5F, 0.5F}, {1.5F, 0.75F});
+    state.engine.rows[0].corner_on_line[0] = state.engine.rows[0].corner_on_line[2] = 1;
+    split_rows(state.mesh, state.engine);
     ASSERT_EQ(state.engine.highest_element, 4);
-    EXPECT_EQ(state.mesh.words[2].MATNO, 12);
-    EXPECT_EQ(state.mesh.words[4].MATNO, 12);
+    EXPECT_EQ(state.mesh.words[2].material, 12);
+    EXPECT_EQ(state.mesh.words[4].material, 12);
     EXPECT_EQ(state.mesh.thickness[4], 0.5F);
     EXPECT_EQ(state.mesh.density[4], 1.75F);
     EXPECT_EQ(state.engine.workable[4], 4);
-    EXPECT_EQ(state.mesh.type[4], EL_CONTINUUM);
+    EXPECT_EQ(state.mesh.type[4], ELEMENT_CONTINUUM);
 }
 
 // --- one side ------------------------------------------------------------------------------------
@@ -130,7 +130,7 @@ TEST_F(GroupCut, CrossingNearAFreeNodeMovesIt) {
     rectangle(10, 10);
     scan({2, -1}, {2, 11});
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 1}));
-    SPLITROWS(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine);
     EXPECT_EQ(state.engine.highest_node, 4);
     EXPECT_EQ(state.engine.highest_element, 1);
     expect_node(1, 2, 0);
@@ -157,7 +157,7 @@ TEST_F(GroupCut, CrossingNearAFrozenNodeMarksTheCornerOnly) {
     rectangle(10, 10, {1});
     scan({0.5F, -1}, {0.5F, 11});
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 1}));
-    SPLITROWS(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine);
     EXPECT_EQ(state.engine.highest_node, 4);
     EXPECT_EQ(state.engine.highest_element, 1);
     expect_node(1, 0, 0);
@@ -178,7 +178,7 @@ TEST_F(GroupCut, ShortNeighbourSideMakesTheCrossingClear) {
     scan({0.5F, -1}, {0.5F, 3});
     EXPECT_EQ(side_marks(0), (FourNodes{5, 0, 0, 0}));
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 0, 1}));
-    SPLITROWS(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine);
     expect_node(5, 0.5F, 0);
     expect_node(4, 0.5F, 2);
     ASSERT_EQ(state.engine.highest_element, 2);
@@ -196,7 +196,7 @@ TEST_F(GroupCut, NeighboursShareTheNodeOnTheirSide) {
     scan({2, -1}, {2, 21});
     EXPECT_EQ(side_marks(0), (FourNodes{7, 0, 8, 0}));
     EXPECT_EQ(side_marks(1), (FourNodes{8, 0, 9, 0}));
-    SPLITROWS(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine);
     EXPECT_EQ(state.engine.highest_node, 9);
     expect_node(7, 2, 0);
     expect_node(8, 2, 10);
@@ -206,17 +206,17 @@ TEST_F(GroupCut, NeighboursShareTheNodeOnTheirSide) {
     EXPECT_EQ(corners(2), (FourNodes{8, 3, 6, 9}));
     EXPECT_EQ(corners(3), (FourNodes{1, 7, 8, 4}));
     EXPECT_EQ(corners(4), (FourNodes{4, 8, 9, 5}));
-    EXPECT_EQ(state.mesh.words[3].MATNO, 1);
-    EXPECT_EQ(state.mesh.words[4].MATNO, 2);
+    EXPECT_EQ(state.mesh.words[3].material, 1);
+    EXPECT_EQ(state.mesh.words[4].material, 2);
 }
 
 TEST_F(GroupCut, PlannedNodeGoesWhereTheLineMisses) {
     rectangle(10, 10);
-    COLLECT(state.mesh, state.engine, {5, 5}, {5, 6});
-    state.engine.rows[0].S[0] = 9;
-    SIDESCAN(state.mesh, state.tolerances, state.engine, {5, 5}, {5, 6}, {2, true});
+    collect_rows(state.mesh, state.engine, {5, 5}, {5, 6});
+    state.engine.rows[0].side_node[0] = 9;
+    scan_sides(state.mesh, state.tolerances, state.engine, {5, 5}, {5, 6}, {2, true});
     EXPECT_EQ(side_marks(0), (FourNodes{9, 0, 0, 0})) << "kept until all pairs are through";
-    SIDESCAN(state.mesh, state.tolerances, state.engine, {5, 5}, {5, 6}, {2, false});
+    scan_sides(state.mesh, state.tolerances, state.engine, {5, 5}, {5, 6}, {2, false});
     EXPECT_EQ(side_marks(0), (FourNodes{0, 0, 0, 0}));
 }
 
@@ -233,19 +233,19 @@ TEST_F(GroupCut, MoveOnlyAddsNoNodeBesideAFrozenOne) {
         const Edition edition(kind);
         clear();
         rectangle(10, 10, {2});
-        COLLECT(state.mesh, state.engine, {8, -1}, {8, 5});
-        state.engine.rows[0].S[0] = 9;
-        SIDESCAN(state.mesh, state.tolerances, state.engine, {8, -1}, {8, 5}, {-2, false});
+        collect_rows(state.mesh, state.engine, {8, -1}, {8, 5});
+        state.engine.rows[0].side_node[0] = 9;
+        scan_sides(state.mesh, state.tolerances, state.engine, {8, -1}, {8, 5}, {-2, false});
         EXPECT_EQ(state.engine.highest_node, 4);
-        EXPECT_EQ(state.engine.rows[0].S[0], kind == DISPLACEMENT ? 9 : 0)
+        EXPECT_EQ(state.engine.rows[0].side_node[0], kind == DISPLACEMENT ? 9 : 0)
             << "second node frozen, edition " << kind;
         clear();
         rectangle(10, 10, {1});
-        COLLECT(state.mesh, state.engine, {2, -1}, {2, 5});
-        state.engine.rows[0].S[0] = 9;
-        SIDESCAN(state.mesh, state.tolerances, state.engine, {2, -1}, {2, 5}, {-2, false});
+        collect_rows(state.mesh, state.engine, {2, -1}, {2, 5});
+        state.engine.rows[0].side_node[0] = 9;
+        scan_sides(state.mesh, state.tolerances, state.engine, {2, -1}, {2, 5}, {-2, false});
         EXPECT_EQ(state.engine.highest_node, 4);
-        EXPECT_EQ(state.engine.rows[0].S[0], 9) << "first node frozen, edition " << kind;
+        EXPECT_EQ(state.engine.rows[0].side_node[0], 9) << "first node frozen, edition " << kind;
     }
 }
 

@@ -34,42 +34,42 @@ void expect_left(const Snap& snap, const Point& node, float D) {
 // --- a node near a segment -----------------------------------------------------------------------
 
 TEST(NearLine, EndsComeFirst) {
-    expect_snap(NEARLINE({0, 0}, {10, 0}, {0.25F, 0}, 0.5F), 0, 0, 0.25F);
-    expect_snap(NEARLINE({0, 0}, {10, 0}, {10, 0.5F}, 0.5F), 10, 0, 0.5F);
-    expect_snap(NEARLINE({0, 0}, {10, 0}, {10.25F, 0}, 0.5F), 10, 0, 0.25F);
+    expect_snap(snap_to_segment({0, 0}, {10, 0}, {0.25F, 0}, 0.5F), 0, 0, 0.25F);
+    expect_snap(snap_to_segment({0, 0}, {10, 0}, {10, 0.5F}, 0.5F), 10, 0, 0.5F);
+    expect_snap(snap_to_segment({0, 0}, {10, 0}, {10.25F, 0}, 0.5F), 10, 0, 0.25F);
 }
 
 TEST(NearLine, FirstEndIsTakenBeforeANearerSecond) {
-    expect_snap(NEARLINE({0, 0}, {1, 0}, {0.75F, 0}, 1.0F), 0, 0, 0.75F);
+    expect_snap(snap_to_segment({0, 0}, {1, 0}, {0.75F, 0}, 1.0F), 0, 0, 0.75F);
 }
 
 TEST(NearLine, HorizontalGivesItsHeight) {
-    expect_snap(NEARLINE({0, 1}, {10, 1}, {5, 1.25F}, 0.5F), 5, 1, 0.25F);
-    expect_snap(NEARLINE({10, 1}, {0, 1}, {5, 0.5F}, 0.5F), 5, 1, 0.5F);
-    expect_left(NEARLINE({0, 1}, {10, 1}, {5, 3}, 0.5F), {5, 3}, 2);
+    expect_snap(snap_to_segment({0, 1}, {10, 1}, {5, 1.25F}, 0.5F), 5, 1, 0.25F);
+    expect_snap(snap_to_segment({10, 1}, {0, 1}, {5, 0.5F}, 0.5F), 5, 1, 0.5F);
+    expect_left(snap_to_segment({0, 1}, {10, 1}, {5, 3}, 0.5F), {5, 3}, 2);
 }
 
 TEST(NearLine, BeyondTheEndOfAnAxisSegmentIsFarAway) {
-    expect_left(NEARLINE({0, 1}, {10, 1}, {12, 1}, 0.5F), {12, 1}, 1.0E30F);
-    expect_left(NEARLINE({1, 0}, {1, 10}, {1, -2}, 0.5F), {1, -2}, 1.0E30F);
+    expect_left(snap_to_segment({0, 1}, {10, 1}, {12, 1}, 0.5F), {12, 1}, 1.0E30F);
+    expect_left(snap_to_segment({1, 0}, {1, 10}, {1, -2}, 0.5F), {1, -2}, 1.0E30F);
 }
 
 TEST(NearLine, VerticalGivesItsPlace) {
-    expect_snap(NEARLINE({1, 0}, {1, 10}, {1.25F, 5}, 0.5F), 1, 5, 0.25F);
-    expect_left(NEARLINE({1, 10}, {1, 0}, {4, 5}, 0.5F), {4, 5}, 3);
+    expect_snap(snap_to_segment({1, 0}, {1, 10}, {1.25F, 5}, 0.5F), 1, 5, 0.25F);
+    expect_left(snap_to_segment({1, 10}, {1, 0}, {4, 5}, 0.5F), {4, 5}, 3);
 }
 
 // The foot of (1, 2) on the diagonal is (1.5, 1.5), half a diagonal of a unit square away.
 TEST(NearLine, SlantGivesTheFootOfThePerpendicular) {
     const float D = std::sqrt(0.5F);
-    expect_snap(NEARLINE({0, 0}, {4, 4}, {1, 2}, 1.0F), 1.5F, 1.5F, D);
-    expect_snap(NEARLINE({4, 4}, {0, 0}, {1, 2}, 1.0F), 1.5F, 1.5F, D);
-    expect_left(NEARLINE({0, 0}, {4, 4}, {1, 2}, 0.5F), {1, 2}, D);
-    expect_snap(NEARLINE({0, 4}, {4, 0}, {3, 3}, 2.0F), 2, 2, std::sqrt(2.0F));
+    expect_snap(snap_to_segment({0, 0}, {4, 4}, {1, 2}, 1.0F), 1.5F, 1.5F, D);
+    expect_snap(snap_to_segment({4, 4}, {0, 0}, {1, 2}, 1.0F), 1.5F, 1.5F, D);
+    expect_left(snap_to_segment({0, 0}, {4, 4}, {1, 2}, 0.5F), {1, 2}, D);
+    expect_snap(snap_to_segment({0, 4}, {4, 0}, {3, 3}, 2.0F), 2, 2, std::sqrt(2.0F));
 }
 
 TEST(NearLine, BeyondTheEndOfASlantTheDistanceIsThatOfTheLine) {
-    expect_left(NEARLINE({0, 0}, {4, 4}, {5, 6}, 1.0F), {5, 6}, std::sqrt(0.5F));
+    expect_left(snap_to_segment({0, 0}, {4, 4}, {5, 6}, 1.0F), {5, 6}, std::sqrt(0.5F));
 }
 
 // --- a point in a polygon ------------------------------------------------------------------------
@@ -77,20 +77,20 @@ TEST(NearLine, BeyondTheEndOfASlantTheDistanceIsThatOfTheLine) {
 const std::vector<Point> SQUARE{{0, 0}, {2, 0}, {2, 2}, {0, 2}};
 
 std::int32_t scan(const Point& point, const std::vector<Point>& polygon) {
-    return SCANPOLY(point, polygon, SCAN_ALWAYS);
+    return scan_polygon(point, polygon, SCAN_ALWAYS);
 }
 
 TEST(ScanPolygon, EmptyPolygonContainsEverything) {
     EXPECT_EQ(scan({5, 5}, {}), 1);
-    EXPECT_EQ(SCANPOLY({5, 0}, {}, 0), 1);
+    EXPECT_EQ(scan_polygon({5, 0}, {}, 0), 1);
 }
 
 TEST(ScanPolygon, HeightZeroIsOutsideUnlessAsked) {
     const std::vector<Point> around{{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
     EXPECT_EQ(scan({0, 0}, around), 1);
-    EXPECT_EQ(SCANPOLY({0, 0}, around, 0), 0);
-    EXPECT_EQ(SCANPOLY({0, 0}, around, 1), 0);
-    EXPECT_EQ(SCANPOLY({0, 0.5F}, around, 0), 1);
+    EXPECT_EQ(scan_polygon({0, 0}, around, 0), 0);
+    EXPECT_EQ(scan_polygon({0, 0}, around, 1), 0);
+    EXPECT_EQ(scan_polygon({0, 0.5F}, around, 0), 1);
 }
 
 TEST(ScanPolygon, CrossingsStrictlyLeftCount) {
@@ -156,38 +156,38 @@ TEST(ScanPolygon, OnePointMoreStopsTheRun) {
 }
 
 TEST(ScanPolygon, ShortAnswersComeBeforeTheLimit) {
-    EXPECT_EQ(SCANPOLY({1, 0}, with_points(2002), 0), 0);
+    EXPECT_EQ(scan_polygon({1, 0}, with_points(2002), 0), 0);
 }
 
 // --- arcs ----------------------------------------------------------------------------------------
 
 TEST(Ellipse, EachQuadrantHasItsSigns) {
     const float R = std::sqrt(2.0F);
-    expect_point(ELLIPT(0.25F * PI, {10, 20}, 2, 2), 10 + R, 20 + R, 1.0E-5F);
-    expect_point(ELLIPT(0.75F * PI, {10, 20}, 2, 2), 10 - R, 20 + R, 1.0E-5F);
-    expect_point(ELLIPT(1.25F * PI, {10, 20}, 2, 2), 10 - R, 20 - R, 1.0E-5F);
-    expect_point(ELLIPT(1.75F * PI, {10, 20}, 2, 2), 10 + R, 20 - R, 1.0E-5F);
-    expect_point(ELLIPT(-0.25F * PI, {10, 20}, 2, 2), 10 + R, 20 - R, 1.0E-5F);
+    expect_point(ellipse_point(0.25F * PI, {10, 20}, 2, 2), 10 + R, 20 + R, 1.0E-5F);
+    expect_point(ellipse_point(0.75F * PI, {10, 20}, 2, 2), 10 - R, 20 + R, 1.0E-5F);
+    expect_point(ellipse_point(1.25F * PI, {10, 20}, 2, 2), 10 - R, 20 - R, 1.0E-5F);
+    expect_point(ellipse_point(1.75F * PI, {10, 20}, 2, 2), 10 + R, 20 - R, 1.0E-5F);
+    expect_point(ellipse_point(-0.25F * PI, {10, 20}, 2, 2), 10 + R, 20 - R, 1.0E-5F);
 }
 
 TEST(Ellipse, AxesAreItsHalfWidths) {
-    expect_point(ELLIPT(0, {1, 1}, 4, 2), 5, 1);
-    expect_point(ELLIPT(0.5F * PI, {1, 1}, 4, 2), 1, 3, 1.0E-5F);
-    expect_point(ELLIPT(PI, {1, 1}, 4, 2), -3, 1, 1.0E-5F);
-    expect_point(ELLIPT(1.5F * PI, {1, 1}, 4, 2), 1, -1, 1.0E-5F);
+    expect_point(ellipse_point(0, {1, 1}, 4, 2), 5, 1);
+    expect_point(ellipse_point(0.5F * PI, {1, 1}, 4, 2), 1, 3, 1.0E-5F);
+    expect_point(ellipse_point(PI, {1, 1}, 4, 2), -3, 1, 1.0E-5F);
+    expect_point(ellipse_point(1.5F * PI, {1, 1}, 4, 2), 1, -1, 1.0E-5F);
 }
 
 // At 45 degrees x = y, and x^2 / 16 + y^2 / 4 = 1 gives 16 / 5 for both squares.
 TEST(Ellipse, AngleIsThatOfTheRayFromTheCentre) {
     const float x = std::sqrt(3.2F);
-    expect_point(ELLIPT(0.25F * PI, {}, 4, 2), x, x, 1.0E-5F);
+    expect_point(ellipse_point(0.25F * PI, {}, 4, 2), x, x, 1.0E-5F);
 }
 
 TEST(Ellipse, SineAndCosineAreTheWideOnesRounded) {
     const float Q = 0.7F;
     const float S = static_cast<float>(std::sin(0.7F * 1.0)), C = static_cast<float>(std::cos(0.7F * 1.0));
-    EXPECT_NEAR(ELLIPT(Q, {}, 1, 1).x, C, 2.0E-7F);
-    EXPECT_NEAR(ELLIPT(Q, {}, 1, 1).y, S, 2.0E-7F);
+    EXPECT_NEAR(ellipse_point(Q, {}, 1, 1).x, C, 2.0E-7F);
+    EXPECT_NEAR(ellipse_point(Q, {}, 1, 1).y, S, 2.0E-7F);
 }
 
 TEST(ArcTable, PartsHaveEqualLengths) {
@@ -201,7 +201,7 @@ TEST(ArcTable, PartsHaveEqualLengths) {
 TEST(ArcTable, LastPointIsThatOfTheLastAngle) {
     for (const float QE : {0.3F, 1.1F, 2.9F, 6.1F}) {
         const ArcTable table(0.1F, QE, 4, 2, -7);
-        const Point last = ELLIPT(QE, {1, 2}, 4, 2);
+        const Point last = ellipse_point(QE, {1, 2}, 4, 2);
         EXPECT_EQ(table.point(7, {1, 2}).x, last.x);
         EXPECT_EQ(table.point(7, {1, 2}).y, last.y);
     }

@@ -17,33 +17,33 @@ constexpr float DEGREE = 0.017453292F;
 class GroupPath : public ::testing::Test {
 protected:
     void SetUp() override { state.engine.group = 1; }
-    static SegmentRow straight(std::int32_t NDIV, std::int32_t LTYPE = 1) {
+    static SegmentRow straight(std::int32_t divisions, std::int32_t segment_type = 1) {
         SegmentRow row;
-        row.LTYPE = LTYPE;
-        row.NDIV = NDIV;
-        row.IEND = 3;
+        row.segment_type = segment_type;
+        row.divisions = divisions;
+        row.end_rule = 3;
         return row;
     }
-    static SegmentRow arc(float from, float to, std::int32_t NDIV, float Rx = 2.0F, float Ry = 2.0F) {
-        SegmentRow row = straight(NDIV, 2);
-        row.Rx = Rx;
-        row.Ry = Ry;
-        row.Qb = from * DEGREE;
-        row.Qe = to * DEGREE;
+    static SegmentRow arc(float from, float to, std::int32_t divisions, float Rx = 2.0F, float Ry = 2.0F) {
+        SegmentRow row = straight(divisions, 2);
+        row.half_axis_x = Rx;
+        row.half_axis_y = Ry;
+        row.begin_angle = from * DEGREE;
+        row.end_angle = to * DEGREE;
         return row;
     }
-    static Path path(std::int32_t MTYPE, const std::vector<Point>& points,
+    static Path path(std::int32_t group_type, const std::vector<Point>& points,
                      const std::vector<SegmentRow>& segments) {
         Outline outline;
-        outline.group.MTYPE = MTYPE;
-        outline.group.NSEGMENT = static_cast<std::int32_t>(segments.size());
-        outline.group.NPOINT = static_cast<std::int32_t>(points.size());
+        outline.group.group_type = group_type;
+        outline.group.segment_count = static_cast<std::int32_t>(segments.size());
+        outline.group.point_count = static_cast<std::int32_t>(points.size());
         outline.point.resize(points.size() + 2);
         for (std::size_t i = 0; i < points.size(); ++i)
             outline.point[i + 1] = points[i];
         for (std::size_t k = 0; k < segments.size(); ++k)
             state.group_cards.segments[1][static_cast<std::int32_t>(k) + 1] = segments[k];
-        return BUILDPATH(state.mesh, state.group_cards, state.tolerances, state.engine, 1, outline);
+        return build_path(state.mesh, state.group_cards, state.tolerances, state.engine, 1, outline);
     }
 };
 
@@ -94,7 +94,7 @@ TEST_F(GroupPath, SkippedSegmentMakesThePathJump) {
 
 TEST_F(GroupPath, SingleSegmentsAreNoted) {
     SegmentRow ends = straight(1);
-    ends.IEND = 0;
+    ends.end_rule = 0;
     const Path p = path(2, {{50, 0}, {51, 0}, {52, 0}}, {straight(3), ends});
     ASSERT_EQ(p.single.size(), 1U);
     EXPECT_EQ(p.single[0], 3U);

@@ -17,17 +17,17 @@ constexpr int TRIANGLE_ROW = 3, QUADRILATERAL_ROW = 4;
 // A row with the marks in the text: "V1 S2 C".
 CutRow row_with(int corners, const std::string& marks) {
     CutRow row;
-    row.E = 1;
+    row.element = 1;
     for (int i = 0; i < corners; ++i)
-        row.N[i] = 11 + i;
+        row.corner_node[i] = 11 + i;
     std::istringstream text(marks);
     for (std::string mark; text >> mark;) {
         if (mark == "C")
-            row.C = 31;
+            row.centre_node = 31;
         else if (mark[0] == 'V')
-            row.V[mark[1] - '1'] = 1;
+            row.corner_on_line[mark[1] - '1'] = 1;
         else
-            row.S[mark[1] - '1'] = 21 + mark[1] - '1';
+            row.side_node[mark[1] - '1'] = 21 + mark[1] - '1';
     }
     return row;
 }
@@ -217,11 +217,11 @@ Place place_of(At at, bool triangle) {
     const std::vector<Place> corners = triangle ? std::vector<Place>{{0, 0}, {8, 1}, {2, 7}}
                                                 : std::vector<Place>{{0, 0}, {8, 1}, {9, 8}, {1, 6}};
     const int place = static_cast<int>(at);
-    if (at == At::C)
+    if (at == At::centre)
         return triangle ? Place{3, 2.5} : Place{4, 3};
-    if (place <= static_cast<int>(At::N4))
-        return corners[static_cast<std::size_t>(place - static_cast<int>(At::N1))];
-    const auto side = static_cast<std::size_t>(place - static_cast<int>(At::S1));
+    if (place <= static_cast<int>(At::n4))
+        return corners[static_cast<std::size_t>(place - static_cast<int>(At::n1))];
+    const auto side = static_cast<std::size_t>(place - static_cast<int>(At::s1));
     const std::size_t count = corners.size();
     const Place& a = corners[triangle ? (side + 1) % 3 : side];
     const Place& b = corners[triangle ? (side + 2) % 3 : (side + 1) % count];
@@ -242,10 +242,10 @@ double area_of(const std::vector<At>& ring, bool triangle) {
 int left_out(const CutRow& row) {
     int left = 0;
     for (int i = 0; i < row.corners(); ++i) {
-        bool used = row.S[i] == 0;
+        bool used = row.side_node[i] == 0;
         for (const Part& part : parts_of(row))
             for (const At at : part)
-                used = used || at == static_cast<At>(static_cast<int>(At::S1) + i);
+                used = used || at == static_cast<At>(static_cast<int>(At::s1) + i);
         left += used ? 0 : 1;
     }
     return left;
@@ -254,19 +254,21 @@ int left_out(const CutRow& row) {
 int sides_of(const CutRow& row) {
     int count = 0;
     for (int i = 0; i < row.corners(); ++i)
-        count += row.S[i] != 0 ? 1 : 0;
+        count += row.side_node[i] != 0 ? 1 : 0;
     return count;
 }
 
 // How many side marks the patterns leave out, derived from the rules: with a centre the first side only, and
 // none when a corner is on the line; without one two sides, or one when a corner across from it is on it.
 int expected_left_out(const CutRow& row) {
-    const bool V1 = row.V[0] == 1, V2 = row.V[1] == 1, V3 = row.V[2] == 1, V4 = row.V[3] == 1;
-    const bool S1 = row.S[0] != 0, S2 = row.S[1] != 0, S3 = row.S[2] != 0, S4 = row.S[3] != 0;
+    const bool V1 = row.corner_on_line[0] == 1, V2 = row.corner_on_line[1] == 1,
+               V3 = row.corner_on_line[2] == 1, V4 = row.corner_on_line[3] == 1;
+    const bool S1 = row.side_node[0] != 0, S2 = row.side_node[1] != 0, S3 = row.side_node[2] != 0,
+               S4 = row.side_node[3] != 0;
     const int NS = sides_of(row);
     if (NS == 0)
         return 0;
-    if (row.C != 0)
+    if (row.centre_node != 0)
         return V1 || V2 || V3 || V4 ? NS : NS - 1;
     if (NS >= 2)
         return NS - 2;
@@ -287,10 +289,10 @@ int expected_left_out(const CutRow& row) {
 std::string marks_text(const CutRow& row) {
     std::string text = row.is_triangle() ? "triangle" : "quadrilateral";
     for (int i = 0; i < row.corners(); ++i) {
-        text += row.V[i] == 1 ? " V" + std::to_string(i + 1) : "";
-        text += row.S[i] != 0 ? " S" + std::to_string(i + 1) : "";
+        text += row.corner_on_line[i] == 1 ? " V" + std::to_string(i + 1) : "";
+        text += row.side_node[i] != 0 ? " S" + std::to_string(i + 1) : "";
     }
-    return text + (row.C != 0 ? " C" : "");
+    return text + (row.centre_node != 0 ? " C" : "");
 }
 
 std::vector<CutRow> all_rows() {
@@ -299,10 +301,10 @@ std::vector<CutRow> all_rows() {
         for (int marks = 0; marks < 1 << (2 * corners + 1); ++marks) {
             CutRow row = row_with(corners, "");
             for (int i = 0; i < corners; ++i) {
-                row.V[i] = marks >> i & 1;
-                row.S[i] = (marks >> (corners + i) & 1) * (21 + i);
+                row.corner_on_line[i] = marks >> i & 1;
+                row.side_node[i] = (marks >> (corners + i) & 1) * (21 + i);
             }
-            row.C = (marks >> (2 * corners) & 1) * 31;
+            row.centre_node = (marks >> (2 * corners) & 1) * 31;
             rows.push_back(row);
         }
     return rows;
@@ -310,11 +312,11 @@ std::vector<CutRow> all_rows() {
 
 bool exists_in(const CutRow& row, At at) {
     const int place = static_cast<int>(at);
-    if (at == At::C)
-        return row.C != 0;
-    if (place >= static_cast<int>(At::S1))
-        return row.S[place - static_cast<int>(At::S1)] != 0;
-    return row.N[place - static_cast<int>(At::N1)] > 0;
+    if (at == At::centre)
+        return row.centre_node != 0;
+    if (place >= static_cast<int>(At::s1))
+        return row.side_node[place - static_cast<int>(At::s1)] != 0;
+    return row.corner_node[place - static_cast<int>(At::n1)] > 0;
 }
 
 TEST(SplitPatterns, PartsUseNodesThatTheRowHas) {
@@ -333,9 +335,9 @@ TEST(SplitPatterns, PartsUseNodesThatTheRowHas) {
 TEST(SplitPatterns, PartsFillTheRow) {
     for (const CutRow& row : all_rows()) {
         const bool triangle = row.is_triangle();
-        std::vector<At> whole{At::N1, At::N2, At::N3};
+        std::vector<At> whole{At::n1, At::n2, At::n3};
         if (!triangle)
-            whole.push_back(At::N4);
+            whole.push_back(At::n4);
         double sum = 0.0;
         for (const Part& part : parts_of(row)) {
             std::vector<At> ring(part.begin(), part.end());

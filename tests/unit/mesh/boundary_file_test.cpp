@@ -2,7 +2,7 @@
 // outside the list, and runs of trusses by their marks.
 #include "mesh/boundary_file.h"
 
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "mesh/tables.h"
 #include "unit/support.h"
 
@@ -19,7 +19,7 @@ protected:
         // The file lies in the directory above the working directory.
         fs::create_directory(directory.path() / "work");
         fs::current_path(directory.path() / "work");
-        RESETMESH(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh, state.side, state.selection);
         state.mesh.node_mark.fill(0);
         state.listing.pipes = state.listing.convection_lines = state.listing.flow_sections =
             state.group_cards.count = 0;
@@ -31,7 +31,7 @@ protected:
         result_.nodes.include(n);
     }
     void truss(std::int32_t n, std::int32_t i, std::int32_t j) {
-        state.mesh.type_in_use[n] = EL_TRUSS;
+        state.mesh.type_in_use[n] = ELEMENT_TRUSS;
         state.mesh.words[n] = {i, j, j, i, 0, 0, 0, 0, 1};
         result_.elements.include(n);
     }
@@ -68,7 +68,7 @@ TEST_F(BoundaryWords, CountOfTheFirstNodeCutsThePipe) {
     node(5, {2, 9, 1, 2, 4});
     node(6, {2, 9, 1, 3, 4});
     node(7, {2, 9, 1, 4, 4});
-    WRITEPIPES(state.channels, state.mesh, state.listing, result_);
+    write_pipes(state.channels, state.mesh, state.listing, result_);
     EXPECT_EQ(behind(PIPE_VALUES, 1), Lines{"      1      8      0      2"});
     EXPECT_EQ(behind(NODE_LIST, 1), Lines{"      4      5"});
     // The scan ends with the second: the others keep their words.
@@ -82,7 +82,7 @@ TEST_F(BoundaryWords, PositionsThatNoNodeFillsShow0) {
     state.listing.pipes = 1;
     node(4, {2, 8, 1, 4, 5});
     node(9, {2, 8, 1, 2, 5});
-    WRITEPIPES(state.channels, state.mesh, state.listing, result_);
+    write_pipes(state.channels, state.mesh, state.listing, result_);
     EXPECT_EQ(behind(NODE_LIST, 1), Lines{"      0      9      0      4      0"});
 }
 
@@ -91,7 +91,7 @@ TEST_F(BoundaryWords, PositionOutsideTheListIsLeftOutAndItsCodesAreCleared) {
     node(4, {2, 8, 1, 0, 3});
     node(5, {2, 8, 1, 4, 3});
     node(6, {2, 8, 1, 2, 3});
-    WRITEPIPES(state.channels, state.mesh, state.listing, result_);
+    write_pipes(state.channels, state.mesh, state.listing, result_);
     EXPECT_EQ(behind(NODE_LIST, 1), Lines{"      0      6      0"});
     for (const std::int32_t n : {4, 5, 6})
         EXPECT_EQ(state.mesh.codes[n][0] + state.mesh.codes[n][1], 0) << n;
@@ -102,7 +102,7 @@ TEST_F(BoundaryWords, NegativeCountIsThatOfAClosedLine) {
     node(4, {3, 8, 1, 2, -3});
     node(5, {3, 8, 1, 3, -3});
     node(6, {3, 8, 1, 1, -3});
-    WRITEPIPES(state.channels, state.mesh, state.listing, result_);
+    write_pipes(state.channels, state.mesh, state.listing, result_);
     EXPECT_EQ(behind("*   IDC  IDFNC  IDFNT  NODEC", 1), Lines{"      1      8      0      3"});
     EXPECT_EQ(behind(NODE_LIST, 1), Lines{"      6      4      5"});
 }
@@ -116,7 +116,7 @@ TEST_F(BoundaryWords, WordsOfOtherNodesAreNotOfALine) {
     node(8, {3, 6, 1, 1, 1});
     state.mesh.codes[9] = {2, 5, 1, 1, 1};  // not in the mesh
     result_.nodes.include(9);
-    WRITEPIPES(state.channels, state.mesh, state.listing, result_);
+    write_pipes(state.channels, state.mesh, state.listing, result_);
     EXPECT_EQ(behind("* NTNP ", 1), Lines{"     1"});
     EXPECT_EQ(behind("*  MATP       FVOL       SPHL        ROL        HCL", 1),
               Lines{"      8      0.000      0.000      0.000      0.000"});
@@ -131,7 +131,7 @@ TEST_F(BoundaryWords, OnlyTheTemperatureKindWritesLines) {
         const Edition kind(number);
         state.listing.pipes = 1;
         node(4, {2, 8, 1, 1, 1});
-        WRITEPIPES(state.channels, state.mesh, state.listing, result_);
+        write_pipes(state.channels, state.mesh, state.listing, result_);
         EXPECT_FALSE(directory.exists("Boundary.Man"));
         EXPECT_EQ(state.mesh.codes[4][0], 2);
     }
@@ -159,7 +159,7 @@ protected:
     }
     // Titles in brackets and lists, as in "[one] 1 2 3; ".
     std::string runs() {
-        WRITEFLOWSECTIONS(state.channels, state.mesh, state.group_cards, state.listing, result_);
+        write_flow_sections(state.channels, state.mesh, state.group_cards, state.listing, result_);
         const Lines all = boundary();
         std::string text;
         for (std::size_t i = 0; i + 1 < all.size(); ++i) {

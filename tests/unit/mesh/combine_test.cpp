@@ -11,7 +11,7 @@ namespace {
 class Combine : public ::testing::Test {
 protected:
     Combine() : edition_(DISPLACEMENT) {
-        RESETMESH(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh, state.side, state.selection);
         state.mesh.words.fill(ElementWords{});
         state.combination.first = Region{};
         state.combination.second = Region{};
@@ -73,7 +73,7 @@ Starts starts_of(const Ranges& second, const Ranges& first) {
     };
     set(state.combination.first, first);
     set(state.combination.second, second);
-    FIXREGIONNUMBERS(state.combination);
+    fix_region_numbers(state.combination);
     return {state.combination.second.start[0], state.combination.first.start[0],
             state.combination.second.start[1], state.combination.first.start[1],
             state.combination.second.start[2], state.combination.first.start[2]};
@@ -149,20 +149,20 @@ TEST_F(Combine, OnlyTheLowestNewNumbersAreHeldAgainstEachOther) {
 TEST_F(Combine, TheSmallestSpacingIsThatOfEitherRegion) {
     first(1, 0, 0);
     first(2, 3, 4);
-    EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 5.0F);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 5.0F);
     second(1, 100, 0);
-    EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 5.0F)
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 5.0F)
         << "between the regions nothing is measured";
     second(7, 100, 2);
-    EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 2.0F);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 2.0F);
     second(9, 100, 2);
-    EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 0.0F);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 0.0F);
 }
 
 TEST_F(Combine, OneNodeInEachRegionHasNoSpacing) {
     first(1, 0, 0);
     second(1, 0, 0);
-    EXPECT_EQ(SMALLESTSPACING(state.combination, state.mesh, state.side), 1.0E35F);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 1.0E35F);
 }
 
 TEST_F(Combine, NodesWithinHalfTheSpacingMatch) {
@@ -172,7 +172,7 @@ TEST_F(Combine, NodesWithinHalfTheSpacingMatch) {
     first(11, -0.25F, 0.25F);  // near 4
     first(12, -0.5F, 0.0F);    // exactly at the reach of 4
     first(13, -0.50000006F, 0.0F);
-    MATCHNEAREST(state.combination, state.mesh, state.side, 1.0F);
+    match_nearest_nodes(state.combination, state.mesh, state.side, 1.0F);
     EXPECT_EQ(state.mesh.new_number[10], -5);
     EXPECT_EQ(state.mesh.new_number[11], -4);
     EXPECT_EQ(state.mesh.new_number[12], -4);
@@ -185,7 +185,7 @@ TEST_F(Combine, WithoutAReachOnlyCoincidentNodesMatch) {
     second(6, 2, 2);
     first(10, 1, 2);
     first(11, 1.0000001F, 2);
-    MATCHNEAREST(state.combination, state.mesh, state.side, 0.0F);
+    match_nearest_nodes(state.combination, state.mesh, state.side, 0.0F);
     EXPECT_EQ(state.mesh.new_number[10], -5);
     EXPECT_EQ(state.mesh.new_number[11], 11);
 }
@@ -197,12 +197,12 @@ TEST_F(Combine, ListedPairsMatchWhereverTheyAre) {
     first(11, 80, 80);
     pair(5, 10);
     pair(4, 99);  // no node of the first region
-    MATCHLISTED(state.combination, state.mesh, state.side);
+    match_listed_nodes(state.combination, state.mesh, state.side);
     EXPECT_EQ(state.mesh.new_number[10], -5);
     EXPECT_EQ(state.mesh.new_number[11], 11);
     EXPECT_EQ(state.mesh.new_number[99], 99);
     pair(4, 10);
-    MATCHLISTED(state.combination, state.mesh, state.side);
+    match_listed_nodes(state.combination, state.mesh, state.side);
     EXPECT_EQ(state.mesh.new_number[10], -4) << "the last pair of a node counts";
 }
 
@@ -213,7 +213,7 @@ TEST_F(Combine, AListedNodeThatIsNotThereEndsTheRun) {
         state.combination.pair_count = 0;
         pair(missing, 10);
         const std::string message =
-            failure_of([] { MATCHLISTED(state.combination, state.mesh, state.side); });
+            failure_of([] { match_listed_nodes(state.combination, state.mesh, state.side); });
         EXPECT_EQ(message.rfind("deck.dat, line 7", 0), 0U) << message;
         EXPECT_NE(message.find("Card 2.3"), std::string::npos) << message;
         EXPECT_NE(message.find(std::to_string(missing)), std::string::npos) << message;
@@ -236,7 +236,7 @@ protected:
 };
 
 TEST_F(CombineNodes, TheOthersGoOnBehindTheSecondRegion) {
-    MERGENODES(state.combination, state.mesh, state.side);
+    merge_nodes(state.combination, state.mesh, state.side);
     EXPECT_EQ(state.mesh.new_number[3], 5);
     EXPECT_EQ(state.mesh.new_number[8], 7);
     EXPECT_EQ(state.mesh.new_number[9], 8);
@@ -249,14 +249,14 @@ TEST_F(CombineNodes, TheOthersGoOnBehindTheSecondRegion) {
 }
 
 TEST_F(CombineNodes, AMergedNodeHasTheDataOfTheSecondRegion) {
-    MERGENODES(state.combination, state.mesh, state.side);
+    merge_nodes(state.combination, state.mesh, state.side);
     EXPECT_EQ(state.mesh.x[5], 1.0F);
     EXPECT_EQ(state.mesh.codes[5][0], -5);
 }
 
 TEST_F(CombineNodes, AMergedNodeTakesTheDataOfTheFirstRegionWhereTheDeckSaysSo) {
     state.combination.keeps_first_data = true;
-    MERGENODES(state.combination, state.mesh, state.side);
+    merge_nodes(state.combination, state.mesh, state.side);
     EXPECT_EQ(state.mesh.x[5], 1.125F);
     EXPECT_EQ(state.mesh.y[5], 2.125F);
     EXPECT_EQ(state.mesh.codes[5], (NodeCodes{3, 3, 3, -5, -5})) << "the displacement kind has three codes";
@@ -265,63 +265,63 @@ TEST_F(CombineNodes, AMergedNodeTakesTheDataOfTheFirstRegionWhereTheDeckSaysSo) 
 
 TEST_F(CombineNodes, NodesBeyondTheTableEndTheRun) {
     second(99989, 0, 0);
-    const std::string message = failure_of([] { MERGENODES(state.combination, state.mesh, state.side); });
+    const std::string message = failure_of([] { merge_nodes(state.combination, state.mesh, state.side); });
     EXPECT_NE(message.find("99990"), std::string::npos) << message;
     EXPECT_NE(message.find("first.Mes"), std::string::npos) << message;
 }
 
 TEST_F(CombineNodes, TheLastPlaceOfTheTableCanBeTaken) {
     second(99988, 0, 0);
-    MERGENODES(state.combination, state.mesh, state.side);
+    merge_nodes(state.combination, state.mesh, state.side);
     EXPECT_EQ(state.mesh.new_number[9], 99990);
     EXPECT_EQ(state.mesh.x[99990], 50.0F);
 }
 
 TEST_F(CombineNodes, CornersAndMidsidesOfTheFirstRegionAreRenamed) {
-    MERGENODES(state.combination, state.mesh, state.side);
-    state.mesh.type_in_use[20] = EL_CONTINUUM;
-    state.side.second_type_in_use[21] = EL_CONTINUUM;
+    merge_nodes(state.combination, state.mesh, state.side);
+    state.mesh.type_in_use[20] = ELEMENT_CONTINUUM;
+    state.side.second_type_in_use[21] = ELEMENT_CONTINUUM;
     for (const std::int32_t n : {20, 21})
         state.mesh.words[n] = {3, 8, 9, 0, 8, -2, 0, 9, 1};
     state.combination.first.elements = {20, 21};
-    RENUMBERFIRST(state.combination, state.mesh);
+    renumber_first_elements(state.combination, state.mesh);
     const ElementWords& w = state.mesh.words[20];
-    EXPECT_EQ(w.I1, 5);
-    EXPECT_EQ(w.I2, 7);
-    EXPECT_EQ(w.I3, 8);
-    EXPECT_EQ(w.I4, 0);
-    EXPECT_EQ(w.M5, 7);
-    EXPECT_EQ(w.M6, -2) << "no node";
-    EXPECT_EQ(w.M8, 8);
-    EXPECT_EQ(state.mesh.words[21].I1, 3) << "an element of the second region";
+    EXPECT_EQ(w.corner_1, 5);
+    EXPECT_EQ(w.corner_2, 7);
+    EXPECT_EQ(w.corner_3, 8);
+    EXPECT_EQ(w.corner_4, 0);
+    EXPECT_EQ(w.midside_5, 7);
+    EXPECT_EQ(w.midside_6, -2) << "no node";
+    EXPECT_EQ(w.midside_8, 8);
+    EXPECT_EQ(state.mesh.words[21].corner_1, 3) << "an element of the second region";
 }
 
 TEST_F(CombineNodes, KindsWithoutMidsidesRenameFourWords) {
     for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
         const Edition kind(edition);
         state.mesh.new_number[3] = 5;
-        state.mesh.type_in_use[20] = EL_CONTINUUM;
+        state.mesh.type_in_use[20] = ELEMENT_CONTINUUM;
         state.mesh.words[20] = {3, 3, 3, 3, 3, 3, 3, 3, 1};
         state.combination.first.elements = {20, 20};
-        RENUMBERFIRST(state.combination, state.mesh);
-        EXPECT_EQ(state.mesh.words[20].I4, 5);
-        EXPECT_EQ(state.mesh.words[20].M5, 3);
+        renumber_first_elements(state.combination, state.mesh);
+        EXPECT_EQ(state.mesh.words[20].corner_4, 5);
+        EXPECT_EQ(state.mesh.words[20].midside_5, 3);
     }
 }
 
 TEST_F(CombineNodes, CountsTakeTheFirstRegionsTypeFirst) {
-    state.mesh.type_in_use[20] = EL_TRUSS;
-    state.side.second_type_in_use[20] = EL_CONTINUUM;
-    state.side.second_type_in_use[30] = EL_BEAM;
-    state.side.second_type_in_use[31] = EL_CONTINUUM;
+    state.mesh.type_in_use[20] = ELEMENT_TRUSS;
+    state.side.second_type_in_use[20] = ELEMENT_CONTINUUM;
+    state.side.second_type_in_use[30] = ELEMENT_BEAM;
+    state.side.second_type_in_use[31] = ELEMENT_CONTINUUM;
     ResultMesh result;
-    COUNTCOMBINED(state.mesh, state.side, result);
-    EXPECT_EQ(result.counts.NUMNP, 2);
+    count_combined(state.mesh, state.side, result);
+    EXPECT_EQ(result.counts.nodes, 2);
     EXPECT_EQ(result.nodes.lowest, 5);
     EXPECT_EQ(result.nodes.highest, 6);
-    EXPECT_EQ(result.counts.NCONT, 1);
-    EXPECT_EQ(result.counts.NBEAM, 1);
-    EXPECT_EQ(result.counts.NTRUS, 1);
+    EXPECT_EQ(result.counts.continuum_elements, 1);
+    EXPECT_EQ(result.counts.beams, 1);
+    EXPECT_EQ(result.counts.trusses, 1);
     EXPECT_EQ(result.elements.lowest, 20);
     EXPECT_EQ(result.elements.highest, 31);
 }

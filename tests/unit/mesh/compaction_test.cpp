@@ -13,7 +13,7 @@ namespace {
 class Compaction : public ::testing::TestWithParam<std::int32_t> {
 protected:
     Compaction() : edition_(GetParam()) {
-        RESETMESH(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh, state.side, state.selection);
         state.mesh.words.fill(ElementWords{});
         state.mesh.node_mark.fill(0);
         state.mesh.head.fill(0.0F);
@@ -73,63 +73,63 @@ protected:
     CompactionOfGaps() {
         for (const std::int32_t n : {1, 2, 3, 4, 7, 8})
             node(n);
-        element(1, EL_DELETED, 1, 3, 4, 8);
-        element(2, EL_DELETED, 1, 3, 4, 8);
-        element(3, EL_CONTINUUM, 2, 4, 8, 7);
-        element(5, EL_TRUSS, 7, 8, 8, 7);
-        element(9, EL_CONTINUUM, 4, 7, 2, 0);
+        element(1, ELEMENT_DELETED, 1, 3, 4, 8);
+        element(2, ELEMENT_DELETED, 1, 3, 4, 8);
+        element(3, ELEMENT_CONTINUUM, 2, 4, 8, 7);
+        element(5, ELEMENT_TRUSS, 7, 8, 8, 7);
+        element(9, ELEMENT_CONTINUUM, 4, 7, 2, 0);
     }
 };
 
 TEST_P(CompactionOfGaps, ElementsMoveDownInTheOrderOfTheirNumbersAcrossTheTypes) {
-    EXPECT_EQ(PACKELEMENTS(state.mesh), 3);
-    const std::int32_t types[] = {EL_CONTINUUM, EL_TRUSS, EL_CONTINUUM};
+    EXPECT_EQ(pack_elements(state.mesh), 3);
+    const std::int32_t types[] = {ELEMENT_CONTINUUM, ELEMENT_TRUSS, ELEMENT_CONTINUUM};
     const std::int32_t from[] = {3, 5, 9};
     const std::int32_t corners[][4] = {{2, 4, 8, 7}, {7, 8, 8, 7}, {4, 7, 2, 0}};
     for (std::int32_t p = 1; p <= 3; ++p) {
         const auto k = static_cast<std::size_t>(p - 1);
         EXPECT_EQ(state.mesh.type[p], types[k]);
-        EXPECT_EQ(state.mesh.words[p].MATNO, 70 + from[k]);
+        EXPECT_EQ(state.mesh.words[p].material, 70 + from[k]);
         EXPECT_EQ(attributes_from(p), from[k]);
         const ElementWords& w = state.mesh.words[p];
-        EXPECT_EQ(w.I1, corners[k][0]);
-        EXPECT_EQ(w.I2, corners[k][1]);
-        EXPECT_EQ(w.I3, corners[k][2]);
-        EXPECT_EQ(w.I4, corners[k][3]);
+        EXPECT_EQ(w.corner_1, corners[k][0]);
+        EXPECT_EQ(w.corner_2, corners[k][1]);
+        EXPECT_EQ(w.corner_3, corners[k][2]);
+        EXPECT_EQ(w.corner_4, corners[k][3]);
     }
 }
 
 TEST_P(CompactionOfGaps, MidsideWordsStayAtTheirPositions) {
-    PACKELEMENTS(state.mesh);
+    pack_elements(state.mesh);
     for (std::int32_t p = 1; p <= 3; ++p) {
         const ElementWords& w = state.mesh.words[p];
-        EXPECT_EQ(w.M5, 10 * p + 5);
-        EXPECT_EQ(w.M8, 10 * p + 8);
+        EXPECT_EQ(w.midside_5, 10 * p + 5);
+        EXPECT_EQ(w.midside_8, 10 * p + 8);
     }
     // From there all nine words go to the final number.
-    PACKNODES(state.mesh);
-    RENUMBERCORNERS(state.mesh, 3, 1);
-    PLACEELEMENTS(state.edit, state.mesh, 3, 500);
+    pack_nodes(state.mesh);
+    renumber_corners(state.mesh, 3, 1);
+    place_elements(state.edit, state.mesh, 3, 500);
     for (std::int32_t p = 1; p <= 3; ++p) {
         const ElementWords& w = state.mesh.words[499 + p];
-        EXPECT_EQ(w.M5, 10 * p + 5);
-        EXPECT_EQ(w.M6, 10 * p + 6);
-        EXPECT_EQ(w.M7, 10 * p + 7);
-        EXPECT_EQ(w.M8, 10 * p + 8);
+        EXPECT_EQ(w.midside_5, 10 * p + 5);
+        EXPECT_EQ(w.midside_6, 10 * p + 6);
+        EXPECT_EQ(w.midside_7, 10 * p + 7);
+        EXPECT_EQ(w.midside_8, 10 * p + 8);
     }
 }
 
 TEST_P(CompactionOfGaps, NodesWithoutAnElementAreNotMarked) {
     state.mesh.node_used[1] = 1;  // left by an earlier stage
-    PACKELEMENTS(state.mesh);
+    pack_elements(state.mesh);
     const std::int32_t expected[] = {0, 2, 0, 4, 0, 0, 7, 8, 0};
     for (std::int32_t n = 1; n <= 9; ++n)
         EXPECT_EQ(state.mesh.node_used[n], expected[n - 1]) << "node " << n;
 }
 
 TEST_P(CompactionOfGaps, NodesMoveDownWithTheirMarkAndAllFiveCodes) {
-    PACKELEMENTS(state.mesh);
-    EXPECT_EQ(PACKNODES(state.mesh), 4);
+    pack_elements(state.mesh);
+    EXPECT_EQ(pack_nodes(state.mesh), 4);
     const std::int32_t from[] = {2, 4, 7, 8};
     for (std::int32_t p = 1; p <= 4; ++p) {
         const std::int32_t n = from[p - 1];
@@ -147,26 +147,26 @@ TEST_P(CompactionOfGaps, NodesMoveDownWithTheirMarkAndAllFiveCodes) {
 }
 
 TEST_P(CompactionOfGaps, CornersTakeTheFinalNumbers) {
-    PACKELEMENTS(state.mesh);
-    PACKNODES(state.mesh);
-    state.mesh.words[3].I4 = -5;
-    RENUMBERCORNERS(state.mesh, 3, 1000);
-    EXPECT_EQ(state.mesh.words[1].I1, 1000);
-    EXPECT_EQ(state.mesh.words[1].I2, 1001);
-    EXPECT_EQ(state.mesh.words[1].I3, 1003);
-    EXPECT_EQ(state.mesh.words[1].I4, 1002);
-    EXPECT_EQ(state.mesh.words[2].I1, 1002);
-    EXPECT_EQ(state.mesh.words[2].I4, 1002);
-    EXPECT_EQ(state.mesh.words[3].I3, 1000);
-    EXPECT_EQ(state.mesh.words[3].I4, -5) << "no node";
+    pack_elements(state.mesh);
+    pack_nodes(state.mesh);
+    state.mesh.words[3].corner_4 = -5;
+    renumber_corners(state.mesh, 3, 1000);
+    EXPECT_EQ(state.mesh.words[1].corner_1, 1000);
+    EXPECT_EQ(state.mesh.words[1].corner_2, 1001);
+    EXPECT_EQ(state.mesh.words[1].corner_3, 1003);
+    EXPECT_EQ(state.mesh.words[1].corner_4, 1002);
+    EXPECT_EQ(state.mesh.words[2].corner_1, 1002);
+    EXPECT_EQ(state.mesh.words[2].corner_4, 1002);
+    EXPECT_EQ(state.mesh.words[3].corner_3, 1000);
+    EXPECT_EQ(state.mesh.words[3].corner_4, -5) << "no node";
 }
 
 TEST_P(CompactionOfGaps, NodesAndElementsEndAtTheirStartNumbers) {
-    const std::int32_t elements = PACKELEMENTS(state.mesh);
-    const std::int32_t nodes = PACKNODES(state.mesh);
-    RENUMBERCORNERS(state.mesh, elements, 1000);
-    PLACENODES(state.edit, state.mesh, nodes, 1000);
-    PLACEELEMENTS(state.edit, state.mesh, elements, 200);
+    const std::int32_t elements = pack_elements(state.mesh);
+    const std::int32_t nodes = pack_nodes(state.mesh);
+    renumber_corners(state.mesh, elements, 1000);
+    place_nodes(state.edit, state.mesh, nodes, 1000);
+    place_elements(state.edit, state.mesh, elements, 200);
     for (std::int32_t n = 1; n <= 2000; ++n)
         EXPECT_EQ(state.mesh.node_in_use[n], n >= 1000 && n <= 1003 ? 1 : 0) << "node " << n;
     EXPECT_EQ(state.mesh.x[1000], 2.25F);
@@ -175,28 +175,28 @@ TEST_P(CompactionOfGaps, NodesAndElementsEndAtTheirStartNumbers) {
     const bool three_codes = state.settings.kind() == LayoutKind::displacement;
     EXPECT_EQ(state.mesh.codes[1002][3], three_codes ? 0 : 74);
     EXPECT_EQ(state.mesh.node_mark[1001], 4);
-    EXPECT_EQ(state.mesh.type_in_use[199], EL_UNUSED);
-    EXPECT_EQ(state.mesh.type_in_use[200], EL_CONTINUUM);
-    EXPECT_EQ(state.mesh.type_in_use[201], EL_TRUSS);
-    EXPECT_EQ(state.mesh.type_in_use[202], EL_CONTINUUM);
-    EXPECT_EQ(state.mesh.type_in_use[203], EL_UNUSED);
-    EXPECT_EQ(state.mesh.words[202].I2, 1002);
-    EXPECT_EQ(state.mesh.words[202].MATNO, 79);
+    EXPECT_EQ(state.mesh.type_in_use[199], ELEMENT_UNUSED);
+    EXPECT_EQ(state.mesh.type_in_use[200], ELEMENT_CONTINUUM);
+    EXPECT_EQ(state.mesh.type_in_use[201], ELEMENT_TRUSS);
+    EXPECT_EQ(state.mesh.type_in_use[202], ELEMENT_CONTINUUM);
+    EXPECT_EQ(state.mesh.type_in_use[203], ELEMENT_UNUSED);
+    EXPECT_EQ(state.mesh.words[202].corner_2, 1002);
+    EXPECT_EQ(state.mesh.words[202].material, 79);
     EXPECT_EQ(attributes_from(202), 9);
 }
 
 TEST_P(CompactionOfGaps, NodesAreNotOverwrittenByAShiftOfOne) {
     // Numbers 1 to 4 go to 2 to 5: each lands where another one stood.
-    const std::int32_t nodes = (PACKELEMENTS(state.mesh), PACKNODES(state.mesh));
-    PLACENODES(state.edit, state.mesh, nodes, 2);
-    PLACEELEMENTS(state.edit, state.mesh, 3, 2);
+    const std::int32_t nodes = (pack_elements(state.mesh), pack_nodes(state.mesh));
+    place_nodes(state.edit, state.mesh, nodes, 2);
+    place_elements(state.edit, state.mesh, 3, 2);
     EXPECT_EQ(state.mesh.x[2], 2.25F);
     EXPECT_EQ(state.mesh.x[3], 4.25F);
     EXPECT_EQ(state.mesh.x[4], 7.25F);
     EXPECT_EQ(state.mesh.x[5], 8.25F);
-    EXPECT_EQ(state.mesh.words[2].MATNO, 73);
-    EXPECT_EQ(state.mesh.words[3].MATNO, 75);
-    EXPECT_EQ(state.mesh.words[4].MATNO, 79);
+    EXPECT_EQ(state.mesh.words[2].material, 73);
+    EXPECT_EQ(state.mesh.words[3].material, 75);
+    EXPECT_EQ(state.mesh.words[4].material, 79);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, CompactionOfGaps,
@@ -209,10 +209,10 @@ using CompactionOfValues = Compaction;
 TEST_P(CompactionOfValues, HeadsStayBehindAGapInTheNodes) {
     for (const std::int32_t n : {1, 2, 3})
         node(n);
-    element(1, EL_BEAM, 2, 3, 3, 2);
-    PACKELEMENTS(state.mesh);
-    EXPECT_EQ(PACKNODES(state.mesh), 2);
-    PLACENODES(state.edit, state.mesh, 2, 1000);
+    element(1, ELEMENT_BEAM, 2, 3, 3, 2);
+    pack_elements(state.mesh);
+    EXPECT_EQ(pack_nodes(state.mesh), 2);
+    place_nodes(state.edit, state.mesh, 2, 1000);
     EXPECT_EQ(state.mesh.x[1000], 2.25F);
     EXPECT_EQ(state.mesh.x[1001], 3.25F);
     const bool heads = state.settings.kind() == LayoutKind::head;
@@ -231,22 +231,22 @@ using CompactionLimits = Compaction;
 TEST_P(CompactionLimits, TheLastNumberOfTheTablesCanBeTaken) {
     for (const std::int32_t n : {1, 2})
         node(n);
-    element(1, EL_BEAM, 1, 2, 2, 1);
-    element(2, EL_BEAM, 1, 2, 2, 1);
-    PACKELEMENTS(state.mesh);
-    PACKNODES(state.mesh);
-    PLACENODES(state.edit, state.mesh, 2, 99989);
-    PLACEELEMENTS(state.edit, state.mesh, 2, 99989);
+    element(1, ELEMENT_BEAM, 1, 2, 2, 1);
+    element(2, ELEMENT_BEAM, 1, 2, 2, 1);
+    pack_elements(state.mesh);
+    pack_nodes(state.mesh);
+    place_nodes(state.edit, state.mesh, 2, 99989);
+    place_elements(state.edit, state.mesh, 2, 99989);
     EXPECT_EQ(state.mesh.x[99990], 2.25F);
-    EXPECT_EQ(state.mesh.type_in_use[99990], EL_BEAM);
+    EXPECT_EQ(state.mesh.type_in_use[99990], ELEMENT_BEAM);
 }
 
 TEST_P(CompactionLimits, NumbersBeyondTheTablesEndTheRun) {
     for (const std::int32_t start : {99990, 99999, 0, -5}) {
         for (const bool nodes : {true, false}) {
             const std::string message = failure_of([&] {
-                nodes ? PLACENODES(state.edit, state.mesh, 2, start)
-                      : PLACEELEMENTS(state.edit, state.mesh, 2, start);
+                nodes ? place_nodes(state.edit, state.mesh, 2, start)
+                      : place_elements(state.edit, state.mesh, 2, start);
             });
             for (const std::string& part :
                  {std::string("deck.dat, line 4"), std::string(nodes ? "node" : "element"),
@@ -256,16 +256,16 @@ TEST_P(CompactionLimits, NumbersBeyondTheTablesEndTheRun) {
     }
     for (std::int32_t n : {1, 99989, 99990}) {
         EXPECT_EQ(state.mesh.node_in_use[n], 0);
-        EXPECT_EQ(state.mesh.type_in_use[n], EL_UNUSED);
+        EXPECT_EQ(state.mesh.type_in_use[n], ELEMENT_UNUSED);
     }
 }
 
 TEST_P(CompactionLimits, NothingLeftNeedsNoRoom) {
-    EXPECT_EQ(PACKELEMENTS(state.mesh), 0);
-    EXPECT_EQ(PACKNODES(state.mesh), 0);
-    RENUMBERCORNERS(state.mesh, 0, 0);
-    PLACENODES(state.edit, state.mesh, 0, 0);
-    PLACEELEMENTS(state.edit, state.mesh, 0, 1000000);
+    EXPECT_EQ(pack_elements(state.mesh), 0);
+    EXPECT_EQ(pack_nodes(state.mesh), 0);
+    renumber_corners(state.mesh, 0, 0);
+    place_nodes(state.edit, state.mesh, 0, 0);
+    place_elements(state.edit, state.mesh, 0, 1000000);
     EXPECT_EQ(state.mesh.node_in_use[1], 0);
 }
 

@@ -18,14 +18,14 @@ protected:
     static ElementRecord record() {
         ElementRecord e;
         e.words = {11, 12, 13, 14, 51, 52, 53, 54, 5};
-        e.KS = 1;
-        e.KF = 2;
-        e.INTR = 3;
-        e.INTS = 4;
-        e.TBJWL = 0.5F;
-        e.THIC = 0.25F;
-        e.DEN = 1.75F;
-        e.IDH = -105;
+        e.skeleton = 1;
+        e.fluid = 2;
+        e.integration_r = 3;
+        e.integration_s = 4;
+        e.real_attribute = 0.5F;
+        e.thickness = 0.25F;
+        e.density = 1.75F;
+        e.attribute = -105;
         return e;
     }
     // What stands in a slot before an element is stored there.
@@ -41,13 +41,13 @@ TEST_F(ElementStore, KindsWithoutMidsidesLeaveThoseOfTheSlot) {
     for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
         const Edition kind(edition);
         before(99990);
-        store_element(state.mesh, 99990, EL_CONTINUUM, record());
-        EXPECT_EQ(state.mesh.words[99990].I4, 14);
-        EXPECT_EQ(state.mesh.words[99990].M5, 91);
-        EXPECT_EQ(state.mesh.words[99990].M6, 92);
-        EXPECT_EQ(state.mesh.words[99990].M7, 93);
-        EXPECT_EQ(state.mesh.words[99990].M8, 94);
-        EXPECT_EQ(state.mesh.words[99990].MATNO, 5);
+        store_element(state.mesh, 99990, ELEMENT_CONTINUUM, record());
+        EXPECT_EQ(state.mesh.words[99990].corner_4, 14);
+        EXPECT_EQ(state.mesh.words[99990].midside_5, 91);
+        EXPECT_EQ(state.mesh.words[99990].midside_6, 92);
+        EXPECT_EQ(state.mesh.words[99990].midside_7, 93);
+        EXPECT_EQ(state.mesh.words[99990].midside_8, 94);
+        EXPECT_EQ(state.mesh.words[99990].material, 5);
         EXPECT_EQ(state.mesh.attribute[99990], -105);
         EXPECT_EQ(state.mesh.skeleton[99990], 90);
         EXPECT_EQ(state.mesh.thickness[99990], 90.5F);
@@ -58,23 +58,23 @@ TEST_F(ElementStore, KindsWithMidsidesStoreThem) {
     for (const std::int32_t edition : {COUPLED, DISPLACEMENT}) {
         const Edition kind(edition);
         before(1);
-        store_element(state.mesh, 1, EL_CONTINUUM, record());
-        EXPECT_EQ(state.mesh.words[1].M5, 51);
-        EXPECT_EQ(state.mesh.words[1].M8, 54);
+        store_element(state.mesh, 1, ELEMENT_CONTINUUM, record());
+        EXPECT_EQ(state.mesh.words[1].midside_5, 51);
+        EXPECT_EQ(state.mesh.words[1].midside_8, 54);
         EXPECT_EQ(state.mesh.attribute[1], 90);
     }
 }
 
 TEST_F(ElementStore, BeamAndTrussHaveNoMidsidesInAnyKind) {
     for (const std::int32_t edition : {COUPLED, TEMPERATURE, HEAD, DISPLACEMENT}) {
-        for (const std::int8_t type : {EL_BEAM, EL_TRUSS}) {
+        for (const std::int8_t type : {ELEMENT_BEAM, ELEMENT_TRUSS}) {
             const Edition kind(edition);
             before(7);
             ElementRecord line;
             line.words = {11, 12, 12, 11, 0, 0, 0, 0, 5};
             store_element(state.mesh, 7, type, line);
-            EXPECT_EQ(state.mesh.words[7].M5, 0) << edition;
-            EXPECT_EQ(state.mesh.words[7].M8, 0) << edition;
+            EXPECT_EQ(state.mesh.words[7].midside_5, 0) << edition;
+            EXPECT_EQ(state.mesh.words[7].midside_8, 0) << edition;
         }
     }
 }
@@ -82,26 +82,26 @@ TEST_F(ElementStore, BeamAndTrussHaveNoMidsidesInAnyKind) {
 TEST_F(ElementStore, AttributesOfTheKindComeBack) {
     {
         const Edition kind(COUPLED);
-        store_element(state.mesh, 3, EL_CONTINUUM, record());
+        store_element(state.mesh, 3, ELEMENT_CONTINUUM, record());
         const ElementRecord e = load_element(state.mesh, 3);
-        EXPECT_EQ(e.NEL, 3);
-        EXPECT_EQ(e.words.MATNO, 5);
-        EXPECT_EQ(e.KS, 1);
-        EXPECT_EQ(e.KF, 2);
-        EXPECT_EQ(e.INTR, 3);
-        EXPECT_EQ(e.INTS, 4);
-        EXPECT_EQ(e.TBJWL, 0.5F);
+        EXPECT_EQ(e.number, 3);
+        EXPECT_EQ(e.words.material, 5);
+        EXPECT_EQ(e.skeleton, 1);
+        EXPECT_EQ(e.fluid, 2);
+        EXPECT_EQ(e.integration_r, 3);
+        EXPECT_EQ(e.integration_s, 4);
+        EXPECT_EQ(e.real_attribute, 0.5F);
     }
     {
         const Edition kind(DISPLACEMENT);
-        store_element(state.mesh, 3, EL_CONTINUUM, record());
-        EXPECT_EQ(load_element(state.mesh, 3).THIC, 0.25F);
-        EXPECT_EQ(load_element(state.mesh, 3).DEN, 1.75F);
+        store_element(state.mesh, 3, ELEMENT_CONTINUUM, record());
+        EXPECT_EQ(load_element(state.mesh, 3).thickness, 0.25F);
+        EXPECT_EQ(load_element(state.mesh, 3).density, 1.75F);
     }
     {
         const Edition kind(HEAD);
-        store_element(state.mesh, 3, EL_CONTINUUM, record());
-        EXPECT_EQ(load_element(state.mesh, 3).IDH, -105);
+        store_element(state.mesh, 3, ELEMENT_CONTINUUM, record());
+        EXPECT_EQ(load_element(state.mesh, 3).attribute, -105);
     }
 }
 
@@ -125,12 +125,12 @@ protected:
     };
     // The first numbers for a mesh with the ranges of continuum elements, beams and trusses; a range up to 0
     // is a section that is not there.
-    static Starts starts(std::int32_t NSNEL, std::int32_t NSBEAM, std::int32_t NSTRUS, Range continuum,
-                         Range beams, Range trusses) {
+    static Starts starts(std::int32_t first_element, std::int32_t first_beam, std::int32_t first_truss,
+                         Range continuum, Range beams, Range trusses) {
         state.source = EditSource{};
-        state.source.counts.NCONT = continuum.highest > 0 ? 1 : 0;
-        state.source.counts.NBEAM = beams.highest > 0 ? 1 : 0;
-        state.source.counts.NTRUS = trusses.highest > 0 ? 1 : 0;
+        state.source.counts.continuum_elements = continuum.highest > 0 ? 1 : 0;
+        state.source.counts.beams = beams.highest > 0 ? 1 : 0;
+        state.source.counts.trusses = trusses.highest > 0 ? 1 : 0;
         const Range ranges[] = {continuum, beams, trusses};
         for (int i = 0; i < 3; ++i) {
             if (ranges[i].highest > 0) {
@@ -138,11 +138,11 @@ protected:
                 state.source.elements[i].include(ranges[i].highest);
             }
         }
-        state.edit.NSNEL = NSNEL;
-        state.edit.NSBEAM = NSBEAM;
-        state.edit.NSTRUS = NSTRUS;
-        FIXSTARTNUMBERS(state.edit, state.source);
-        return {state.edit.NSBEAM, state.edit.NSTRUS};
+        state.edit.first_element = first_element;
+        state.edit.first_beam = first_beam;
+        state.edit.first_truss = first_truss;
+        fix_start_numbers(state.edit, state.source);
+        return {state.edit.first_beam, state.edit.first_truss};
     }
     static constexpr Range NONE{0, 0};
 };
@@ -203,7 +203,7 @@ protected:
 
 TEST_F(ResultCopy, HasFullLinesAndLeavesTheSourceAtItsStart) {
     fill(3);
-    COPYRESULT(mesh, copy);
+    copy_result(mesh, copy);
     EXPECT_EQ(mesh.read_whole_line("a line"), "1");
     state.channels.close_all();
     const std::string blanks(125, ' ');
@@ -212,21 +212,21 @@ TEST_F(ResultCopy, HasFullLinesAndLeavesTheSourceAtItsStart) {
 }
 
 TEST_F(ResultCopy, OfNothingIsEmpty) {
-    COPYRESULT(mesh, copy);
+    copy_result(mesh, copy);
     state.channels.close_all();
     EXPECT_EQ(directory.read("MeshFile.Mes"), "");
 }
 
 TEST_F(ResultCopy, Of320000LinesIsWhole) {
     fill(320000);
-    COPYRESULT(mesh, copy);
+    copy_result(mesh, copy);
     state.channels.close_all();
     EXPECT_EQ(lines_in(directory.read("MeshFile.Mes")), 320000U);
 }
 
 TEST_F(ResultCopy, OfMoreLinesIsCutWhileTheResultStaysWhole) {
     fill(320001);
-    COPYRESULT(mesh, copy);
+    copy_result(mesh, copy);
     EXPECT_EQ(mesh.lines_before(), 0);
     state.channels.close_all();
     const std::string copied = directory.read("MeshFile.Mes");

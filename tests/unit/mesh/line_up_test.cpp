@@ -14,7 +14,7 @@ namespace {
 class LineUp : public ::testing::Test {
 protected:
     void SetUp() override {
-        RESETMESH(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh, state.side, state.selection);
         state.mesh.words.fill(ElementWords{});
         state.moves.first_count = 0;
         next_ = 0;
@@ -24,11 +24,11 @@ protected:
         state.mesh.y[n] = y;
     }
     void quadrilateral(const std::array<std::int32_t, 4>& corners, std::int32_t material = 7) {
-        state.mesh.type[++next_] = EL_CONTINUUM;
+        state.mesh.type[++next_] = ELEMENT_CONTINUUM;
         state.mesh.words[next_] = {corners[0], corners[1], corners[2], corners[3], 0, 0, 0, 0, material};
     }
     void truss(std::int32_t i, std::int32_t j) {
-        state.mesh.type[++next_] = EL_TRUSS;
+        state.mesh.type[++next_] = ELEMENT_TRUSS;
         state.mesh.words[next_] = {i, j, j, i, 0, 0, 0, 0, 1};
     }
     static void expect_moved(std::int32_t n, float x, float y) {
@@ -51,7 +51,7 @@ protected:
 // --- the place of a truss on its quadrilateral ---------------------------------------------------
 
 struct SlotRow {
-    std::size_t A, B, C, D;  // slots of the truss's ends, of the corner next to each
+    std::size_t a, b, c, d;  // slots of the truss's ends, of the corner next to each
 };
 constexpr SlotRow SLOTS[] = {{1, 2, 4, 3}, {1, 4, 2, 3}, {2, 3, 1, 4}, {2, 1, 3, 4},
                              {3, 4, 2, 1}, {3, 2, 4, 1}, {4, 1, 3, 2}, {4, 3, 1, 2}};
@@ -72,14 +72,14 @@ TEST_F(LineUp, CornersNextToTheEndsByTheirSlots) {
                 put(3, 0.25F, 2.0F);
                 put(4, 0.75F, 2.0F);
                 std::array<std::int32_t, 4> corners{};
-                corners[row.A - 1] = 1;
-                corners[row.B - 1] = 2;
-                corners[row.C - 1] = 3;
-                corners[row.D - 1] = 4;
+                corners[row.a - 1] = 1;
+                corners[row.b - 1] = 2;
+                corners[row.c - 1] = 3;
+                corners[row.d - 1] = 4;
                 quadrilateral(corners);
                 truss(1, 2);
-                SEARCHLINEUP(state.mesh, state.moves, state.line_up);
-                EXPECT_EQ(moved_nodes(), (std::vector<std::int32_t>{1, 2})) << row.A << row.B;
+                search_line_up(state.mesh, state.moves, state.line_up);
+                EXPECT_EQ(moved_nodes(), (std::vector<std::int32_t>{1, 2})) << row.a << row.b;
                 const auto moved = [&](std::int32_t n, float s, float across) {
                     const float along = falling ? 1.0F - s : s;
                     vertical ? expect_moved(n, across, along) : expect_moved(n, along, across);
@@ -100,7 +100,7 @@ TEST_F(LineUp, DiagonalOfAQuadrilateralStays) {
         node(4, 0.25F, 0);
         quadrilateral(corners);
         truss(1, 2);
-        SEARCHLINEUP(state.mesh, state.moves, state.line_up);
+        search_line_up(state.mesh, state.moves, state.line_up);
         EXPECT_TRUE(state.line_up.nodes.empty());
     }
 }
@@ -112,7 +112,7 @@ TEST_F(LineUp, OppositeEdgeOfNoLengthIsVertical) {
     node(4, 2, 0.5F);
     quadrilateral({1, 2, 4, 3});
     truss(1, 2);
-    SEARCHLINEUP(state.mesh, state.moves, state.line_up);
+    search_line_up(state.mesh, state.moves, state.line_up);
     expect_moved(1, 0.5F, 0.5F);
     expect_moved(2, 0.5F, 0.5F);
 }
@@ -125,7 +125,7 @@ TEST_F(LineUp, TrussAcrossTheSlideStays) {
     node(4, 2, 2);
     quadrilateral({1, 2, 4, 3});
     truss(1, 2);
-    SEARCHLINEUP(state.mesh, state.moves, state.line_up);
+    search_line_up(state.mesh, state.moves, state.line_up);
     EXPECT_TRUE(state.line_up.nodes.empty());
     EXPECT_EQ(state.moves.first_count, 0);
 }
@@ -147,7 +147,7 @@ protected:
         truss(5, 1);
         truss(1, 2);
         truss(2, 6);
-        SEARCHLINEUP(state.mesh, state.moves, state.line_up);
+        search_line_up(state.mesh, state.moves, state.line_up);
     }
     static std::vector<std::int32_t> merges() {
         std::vector<std::int32_t> pairs;
@@ -204,9 +204,9 @@ TEST_F(LineUpBeyond, TargetsAtTheEndsAreWithin) {
 TEST_F(LineUpBeyond, WithoutANeighbourTheEndStays) {
     for (const float sign : {1.0F, -1.0F}) {
         line(sign, -3.0F, 4.0F);
-        state.mesh.type[2] = state.mesh.type[4] = EL_DELETED;
+        state.mesh.type[2] = state.mesh.type[4] = ELEMENT_DELETED;
         state.moves.first_count = 0;
-        SEARCHLINEUP(state.mesh, state.moves, state.line_up);
+        search_line_up(state.mesh, state.moves, state.line_up);
         EXPECT_TRUE(state.line_up.nodes.empty());
         EXPECT_EQ(state.moves.first_count, 0);
     }
@@ -218,7 +218,7 @@ TEST_F(LineUpBeyond, NeighbourIsThatOfTheHighestNumber) {
     node(8, -1, 4);
     truss(8, 1);
     state.moves.first_count = 0;
-    SEARCHLINEUP(state.mesh, state.moves, state.line_up);
+    search_line_up(state.mesh, state.moves, state.line_up);
     expect_moved(1, -0.5F, 2.0F);
 }
 
@@ -230,7 +230,7 @@ TEST_F(LineUpBeyond, NeighbourThatIsACornerOfTheQuadrilateralStopsTheWork) {
         else
             truss(2, 4);
         state.moves.first_count = 0;
-        SEARCHLINEUP(state.mesh, state.moves, state.line_up);
+        search_line_up(state.mesh, state.moves, state.line_up);
         EXPECT_TRUE(state.line_up.nodes.empty());
     }
 }
@@ -242,7 +242,7 @@ TEST_F(LineUpBeyond, MergesAreNotedThoughTheNodeHasMoved) {
     node(11, 5, -3);
     quadrilateral({2, 1, 10, 11});
     state.moves.first_count = 0;
-    SEARCHLINEUP(state.mesh, state.moves, state.line_up);
+    search_line_up(state.mesh, state.moves, state.line_up);
     EXPECT_EQ(merges(), (Numbers{5, 1, 6, 2}));
     expect_moved(1, 0.25F, 0.0625F);
     EXPECT_EQ(moved_nodes(), (Numbers{1, 2}));
@@ -251,7 +251,7 @@ TEST_F(LineUpBeyond, MergesAreNotedThoughTheNodeHasMoved) {
 TEST_F(LineUpBeyond, ApplyingMovesTheListedNodesOnly) {
     line(1.0F, 0.5F, -9.0F);
     EXPECT_EQ(moved_nodes(), (Numbers{1, 2}));
-    APPLYLINEUP(state.mesh, state.line_up);
+    apply_line_up(state.mesh, state.line_up);
     EXPECT_FLOAT_EQ(state.mesh.x[1], 0.5F);
     EXPECT_FLOAT_EQ(state.mesh.y[1], 0.125F);
     EXPECT_FLOAT_EQ(state.mesh.x[6], 2.0F);
@@ -268,17 +268,18 @@ struct PlainScan {
 
     void run(std::int32_t last) {
         for (std::int32_t t = 1; t <= last; ++t)
-            if (mesh.type[t] == EL_TRUSS)
+            if (mesh.type[t] == ELEMENT_TRUSS)
                 for (std::int32_t e = 1; e <= last; ++e)
-                    if (mesh.type[e] == EL_CONTINUUM && mesh.words[e].MATNO == 7 && mesh.words[e].I4 != 0)
+                    if (mesh.type[e] == ELEMENT_CONTINUUM && mesh.words[e].material == 7 &&
+                        mesh.words[e].corner_4 != 0)
                         pair(t, e, last);
     }
 
 private:
     void pair(std::int32_t t, std::int32_t e, std::int32_t last) {
-        const std::int32_t A = mesh.words[t].I1, B = mesh.words[t].I2;
-        const std::array<std::int32_t, 5> corner{0, mesh.words[e].I1, mesh.words[e].I2, mesh.words[e].I3,
-                                                 mesh.words[e].I4};
+        const std::int32_t A = mesh.words[t].corner_1, B = mesh.words[t].corner_2;
+        const std::array<std::int32_t, 5> corner{0, mesh.words[e].corner_1, mesh.words[e].corner_2,
+                                                 mesh.words[e].corner_3, mesh.words[e].corner_4};
         std::size_t a = 0, b = 0;
         for (std::size_t slot = 1; slot <= 4; ++slot) {
             a = corner[slot] == A ? slot : a;
@@ -288,19 +289,19 @@ private:
             return;
         std::int32_t P = 0, N = 0;
         for (std::int32_t other = 1; other <= last; ++other) {
-            if (other == e || mesh.type[other] != EL_TRUSS)
+            if (other == e || mesh.type[other] != ELEMENT_TRUSS)
                 continue;
-            if (mesh.words[other].I2 == A)
-                P = mesh.words[other].I1;
-            if (mesh.words[other].I1 == B)
-                N = mesh.words[other].I2;
+            if (mesh.words[other].corner_2 == A)
+                P = mesh.words[other].corner_1;
+            if (mesh.words[other].corner_1 == B)
+                N = mesh.words[other].corner_2;
         }
         for (std::size_t slot = 1; slot <= 4; ++slot)
             if (slot != a && slot != b && (corner[slot] == P || corner[slot] == N))
                 return;
         for (const SlotRow& row : SLOTS)
-            if (row.A == a && row.B == b)
-                slides(A, B, corner[row.C], corner[row.D], P, N);
+            if (row.a == a && row.b == b)
+                slides(A, B, corner[row.c], corner[row.d], P, N);
     }
     void slides(std::int32_t A, std::int32_t B, std::int32_t C, std::int32_t D, std::int32_t P,
                 std::int32_t N) {
@@ -384,7 +385,7 @@ TEST_F(LineUp, SearchGivesWhatAPlainScanGives) {
         }
         PlainScan plain{state.mesh};
         plain.run(next_);
-        SEARCHLINEUP(state.mesh, state.moves, state.line_up);
+        search_line_up(state.mesh, state.moves, state.line_up);
         ASSERT_EQ(state.line_up.nodes.size(), plain.nodes.size()) << round;
         for (std::size_t i = 0; i < plain.nodes.size(); ++i) {
             ASSERT_EQ(state.line_up.nodes[i].node, plain.nodes[i].node) << round;

@@ -11,14 +11,14 @@ namespace {
 class Moves : public ::testing::Test {
 protected:
     Moves() {
-        RESETMESH(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh, state.side, state.selection);
         state.mesh.words.fill(ElementWords{});
         state.moves.first_count = state.moves.second_count = 0;
     }
 
     static void continuum(std::int32_t number, std::int32_t i1, std::int32_t i2, std::int32_t i3,
                           std::int32_t i4) {
-        state.mesh.type[number] = EL_CONTINUUM;
+        state.mesh.type[number] = ELEMENT_CONTINUUM;
         state.mesh.words[number] = {i1, i2, i3, i4, 0, 0, 0, 0, 1};
     }
     static void line(std::int32_t number, std::int32_t type, std::int32_t i, std::int32_t j) {
@@ -40,7 +40,7 @@ protected:
     static std::string corners(std::int32_t number) {
         const ElementWords& w = state.mesh.words[number];
         std::string text = std::to_string(state.mesh.type[number]) + ":";
-        for (const std::int32_t corner : {w.I1, w.I2, w.I3, w.I4})
+        for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
             text.append(" ").append(std::to_string(corner));
         return text;
     }
@@ -73,7 +73,7 @@ TEST_F(Degeneration, OfAQuadrilateralIsDecidedByTheFirstEqualPair) {
     };
     for (const Row& row : rows) {
         continuum(3, row.i1, row.i2, row.i3, row.i4);
-        DEGENERATE(state.mesh, 3);
+        reduce_element(state.mesh, 3);
         const std::string becomes = row.becomes;
         if (becomes == "gone")
             EXPECT_EQ(state.mesh.type[3], 0) << row.i1 << row.i2 << row.i3 << row.i4;
@@ -84,7 +84,7 @@ TEST_F(Degeneration, OfAQuadrilateralIsDecidedByTheFirstEqualPair) {
 
 TEST_F(Degeneration, LeavesAQuadrilateralOfFourNodesAlone) {
     continuum(3, 5, 6, 7, 8);
-    DEGENERATE(state.mesh, 3);
+    reduce_element(state.mesh, 3);
     EXPECT_EQ(corners(3), "1: 5 6 7 8");
 }
 
@@ -92,24 +92,24 @@ TEST_F(Degeneration, OfATriangleIsAnyTwoEqualCorners) {
     const std::int32_t gone[][4] = {{5, 5, 7, 0}, {5, 6, 6, 0}, {5, 6, 5, 0}, {5, 5, 5, 0}, {5, 6, 6, -8}};
     for (const auto& w : gone) {
         continuum(3, w[0], w[1], w[2], w[3]);
-        DEGENERATE(state.mesh, 3);
+        reduce_element(state.mesh, 3);
         EXPECT_EQ(state.mesh.type[3], 0) << w[0] << w[1] << w[2] << w[3];
     }
     continuum(3, 5, 6, 7, 0);
-    DEGENERATE(state.mesh, 3);
+    reduce_element(state.mesh, 3);
     EXPECT_EQ(corners(3), "1: 5 6 7 0");
     continuum(3, 5, 6, 7, -8);
-    DEGENERATE(state.mesh, 3);
+    reduce_element(state.mesh, 3);
     EXPECT_EQ(corners(3), "1: 5 6 7 -8");
 }
 
 TEST_F(Degeneration, OfABeamOrTrussIsBothEndsInOne) {
-    for (const std::int32_t type : {EL_BEAM, EL_TRUSS}) {
+    for (const std::int32_t type : {ELEMENT_BEAM, ELEMENT_TRUSS}) {
         line(3, type, 5, 5);
-        DEGENERATE(state.mesh, 3);
+        reduce_element(state.mesh, 3);
         EXPECT_EQ(state.mesh.type[3], 0);
         line(3, type, 5, 6);
-        DEGENERATE(state.mesh, 3);
+        reduce_element(state.mesh, 3);
         EXPECT_EQ(corners(3), std::to_string(type) + ": 5 6 6 5");
     }
 }
@@ -130,14 +130,14 @@ protected:
         node(6, 8, 3);
         continuum(1, 1, 2, 3, 4);
         continuum(2, 2, 5, 6, 3);
-        line(3, EL_BEAM, 1, 2);
-        line(4, EL_TRUSS, 3, 2);
+        line(3, ELEMENT_BEAM, 1, 2);
+        line(4, ELEMENT_TRUSS, 3, 2);
     }
 };
 
 TEST_F(MovesOfAStrip, HalfTheWayShiftsANodeAndRenamesNothing) {
     move(2, 6, 0.5F);
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(state.mesh.x[2], 6.0F);
     EXPECT_EQ(state.mesh.y[2], 1.5F);
     EXPECT_EQ(corners(1), "1: 1 2 3 4");
@@ -148,7 +148,7 @@ TEST_F(MovesOfAStrip, HalfTheWayShiftsANodeAndRenamesNothing) {
 
 TEST_F(MovesOfAStrip, TheWholeWayMergesWithTheTarget) {
     move(2, 3, 1.0F);
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(state.mesh.x[2], 4.0F);
     EXPECT_EQ(state.mesh.y[2], 3.0F);
     EXPECT_EQ(corners(1), "1: 1 3 4 0");  // 1 3 3 4: a triangle
@@ -159,15 +159,15 @@ TEST_F(MovesOfAStrip, TheWholeWayMergesWithTheTarget) {
 
 TEST_F(MovesOfAStrip, AnEverSoSmallRestToTheTargetIsNoMerge) {
     move(2, 3, 0.99999994F);
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(corners(1), "1: 1 2 3 4");
-    EXPECT_EQ(state.mesh.type[4], EL_TRUSS);
+    EXPECT_EQ(state.mesh.type[4], ELEMENT_TRUSS);
 }
 
 TEST_F(MovesOfAStrip, BeyondTheTargetIsAMoveToo) {
     move(2, 5, -0.5F);
     move(3, 6, 2.0F);
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(state.mesh.x[2], 2.0F);
     EXPECT_EQ(state.mesh.x[3], 12.0F);
     EXPECT_EQ(corners(2), "1: 2 5 6 3");
@@ -177,7 +177,7 @@ TEST_F(MovesOfAStrip, LaterPairsSeeWhereEarlierOnesHaveGone) {
     move(2, 6, 0.5F);   // node 2 to (6, 1.5)
     move(1, 2, 0.5F);   // half way to where it is now
     move(2, 1, 0.25F);  // and back a quarter of what is left
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(state.mesh.x[1], 3.0F);
     EXPECT_EQ(state.mesh.y[1], 0.75F);
     EXPECT_EQ(state.mesh.x[2], 5.25F);
@@ -187,7 +187,7 @@ TEST_F(MovesOfAStrip, LaterPairsSeeWhereEarlierOnesHaveGone) {
 TEST_F(MovesOfAStrip, ChainsOfMergesActInTheOrderOfTheList) {
     move(1, 2, 1.0F);
     move(2, 3, 1.0F);
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     // Corner 1 becomes 2 and then 3: 3 3 3 4, of which the first pair leaves a triangle.
     EXPECT_EQ(corners(1), "1: 3 3 4 0");
     EXPECT_EQ(state.mesh.type[3], 0);
@@ -197,28 +197,28 @@ TEST_F(MovesOfAStrip, ChainsOfMergesActInTheOrderOfTheList) {
 TEST_F(MovesOfAStrip, AnEarlierMergeDoesNotSeeALaterOne) {
     move(2, 3, 1.0F);
     move(1, 2, 1.0F);
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     // Corner 1 becomes 2, whose own merge has already been passed: 2 3 3 4.
     EXPECT_EQ(corners(1), "1: 2 3 4 0");
     EXPECT_EQ(corners(3), "2: 2 3 3 2");
 }
 
 TEST_F(MovesOfAStrip, MidsideNodesAndDeletedElementsKeepTheirWords) {
-    state.mesh.words[1].M5 = 2;
+    state.mesh.words[1].midside_5 = 2;
     continuum(7, 2, 2, 2, 2);
-    state.mesh.type[7] = EL_DELETED;
+    state.mesh.type[7] = ELEMENT_DELETED;
     move(2, 6, 1.0F);
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(corners(1), "1: 1 6 3 4");
-    EXPECT_EQ(state.mesh.words[1].M5, 2);
+    EXPECT_EQ(state.mesh.words[1].midside_5, 2);
     EXPECT_EQ(corners(7), "0: 2 2 2 2");
 }
 
 TEST_F(MovesOfAStrip, OnlyElementsWithAReplacementAreTested) {
     continuum(5, 5, 5, 6, 6);  // without extent, but not by a move
-    line(6, EL_BEAM, 6, 6);
+    line(6, ELEMENT_BEAM, 6, 6);
     move(1, 4, 1.0F);
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(corners(5), "1: 5 5 6 6");
     EXPECT_EQ(corners(6), "2: 6 6 6 6");
     EXPECT_EQ(corners(1), "1: 4 2 3 0");
@@ -227,7 +227,7 @@ TEST_F(MovesOfAStrip, OnlyElementsWithAReplacementAreTested) {
 TEST_F(MovesOfAStrip, LineElementsKeepTheirFourWordsInStep) {
     // A word that named the merged node further would keep it in the mesh.
     move(2, 6, 1.0F);
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(corners(3), "2: 1 6 6 1");
     EXPECT_EQ(corners(4), "3: 3 6 6 3");
 }
@@ -241,16 +241,16 @@ protected:
         for (const std::int32_t n : {10, 20, 25, 30, 40})
             node(n, static_cast<float>(n), 0.0F);
         continuum(2, 40, 10, 20, 0);
-        line(5, EL_TRUSS, 20, 30);
-        line(6, EL_BEAM, 25, 40);
-        state.mesh.type[6] = EL_DELETED;
+        line(5, ELEMENT_TRUSS, 20, 30);
+        line(6, ELEMENT_BEAM, 25, 40);
+        state.mesh.type[6] = ELEMENT_DELETED;
     }
 };
 
 TEST_F(MovesByPlace, CountsTheNodesInUseInAscendingNumber) {
     move_by_place(3, 4, 0.5F);  // 30 towards 40
     move_by_place(1, 2, 1.0F);  // 10 onto 20
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(state.mesh.x[30], 35.0F);
     EXPECT_EQ(state.mesh.x[10], 20.0F);
     EXPECT_EQ(state.mesh.x[25], 25.0F);
@@ -262,7 +262,7 @@ TEST_F(MovesByPlace, ForgetsMarksOfEarlierStages) {
     state.mesh.node_used[5] = 5;
     state.mesh.node_used[25] = 25;
     move_by_place(1, 2, 0.5F);
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(state.mesh.x[10], 15.0F);
 }
 
@@ -270,13 +270,13 @@ TEST_F(MovesByPlace, APlaceBeyondTheLastNodeEndsTheRun) {
     for (const std::int32_t place : {0, 5, -1, 100000}) {
         state.moves.second_count = 0;
         move_by_place(place, 1, 0.5F);
-        const std::string message = failure_of([] { MOVENODES(state.mesh, state.listing, state.moves); });
+        const std::string message = failure_of([] { move_nodes(state.mesh, state.listing, state.moves); });
         EXPECT_NE(message.find("from 1 to 4"), std::string::npos) << message;
         EXPECT_NE(message.find(std::string("found ").append(std::to_string(place))), std::string::npos)
             << message;
         state.moves.second_count = 0;
         move_by_place(1, place, 0.5F);
-        EXPECT_NE(failure_of([] { MOVENODES(state.mesh, state.listing, state.moves); }).find("from 1 to 4"),
+        EXPECT_NE(failure_of([] { move_nodes(state.mesh, state.listing, state.moves); }).find("from 1 to 4"),
                   std::string::npos);
     }
     EXPECT_EQ(state.mesh.x[10], 10.0F) << "no node has moved";
@@ -285,22 +285,22 @@ TEST_F(MovesByPlace, APlaceBeyondTheLastNodeEndsTheRun) {
 TEST_F(MovesByPlace, TheFirstListGoesBeforeTheSecond) {
     move(10, 20, 0.5F);
     move_by_place(2, 3, 0.5F);
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(state.mesh.x[10], 15.0F);
     EXPECT_EQ(state.mesh.x[20], 20.0F) << "the second list rests";
 }
 
 TEST_F(MovesByPlace, WithoutPairsNothingMoves) {
-    MOVENODES(state.mesh, state.listing, state.moves);
+    move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(state.mesh.x[10], 10.0F);
     EXPECT_EQ(state.mesh.new_number[1], 1) << "the map is not touched";
 }
 
 TEST_F(MovesByPlace, LastElementIsTheHighestThatIsNotDeleted) {
     EXPECT_EQ(last_element(state.mesh), 5);
-    state.mesh.type[MAXEL] = EL_BEAM;
-    EXPECT_EQ(last_element(state.mesh), MAXEL);
-    state.mesh.type.fill(EL_DELETED);
+    state.mesh.type[HIGHEST_ELEMENT_NUMBER] = ELEMENT_BEAM;
+    EXPECT_EQ(last_element(state.mesh), HIGHEST_ELEMENT_NUMBER);
+    state.mesh.type.fill(ELEMENT_DELETED);
     EXPECT_EQ(last_element(state.mesh), 0);
 }
 

@@ -50,28 +50,28 @@ TEST(NodeGrid, TakesPlusAndMinusZeroAsOnePlace) {
 }
 
 TEST(SmallestDistance, IsTheStartWithoutPairs) {
-    EXPECT_EQ(SMALLESTDISTANCE({}, 1.0E35F), 1.0E35F);
+    EXPECT_EQ(smallest_distance({}, 1.0E35F), 1.0E35F);
     const std::vector<NumberedPoint> one{{1, 0.0F, 0.0F}};
-    EXPECT_EQ(SMALLESTDISTANCE(one, 1.0E35F), 1.0E35F);
+    EXPECT_EQ(smallest_distance(one, 1.0E35F), 1.0E35F);
 }
 
 TEST(SmallestDistance, IsNeverAboveTheStart) {
     const std::vector<NumberedPoint> points{{1, 0.0F, 0.0F}, {2, 3.0F, 4.0F}};
-    EXPECT_EQ(SMALLESTDISTANCE(points, 4.5F), 4.5F);
-    EXPECT_EQ(SMALLESTDISTANCE(points, 5.5F), 5.0F);
+    EXPECT_EQ(smallest_distance(points, 4.5F), 4.5F);
+    EXPECT_EQ(smallest_distance(points, 5.5F), 5.0F);
 }
 
 TEST(SmallestDistance, IsZeroForTwoPointsInOnePlace) {
     const std::vector<NumberedPoint> points{
         {1, 7.0F, 8.0F}, {2, 3.0F, 4.0F}, {3, 7.0F, 8.0F}, {4, 7.0F, 9.0F}};
-    EXPECT_EQ(SMALLESTDISTANCE(points, 1.0E35F), 0.0F);
+    EXPECT_EQ(smallest_distance(points, 1.0E35F), 0.0F);
 }
 
 TEST(SmallestDistance, LooksAcrossTheMiddle) {
     // Left and right half have 3 and 2; the two points nearest to the middle line are 1 apart.
     const std::vector<NumberedPoint> points{{1, 0.0F, 0.0F},  {2, 3.0F, 0.0F}, {3, 6.0F, 50.0F},
                                             {4, 7.0F, 50.0F}, {5, 9.0F, 0.0F}, {6, 11.0F, 0.0F}};
-    EXPECT_EQ(SMALLESTDISTANCE(points, 1.0E35F), 1.0F);
+    EXPECT_EQ(smallest_distance(points, 1.0E35F), 1.0F);
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ protected:
         places.y[number] = y;
         places.given[number] = 1;
     }
-    static Numbers selected(const Numbers& points) { return SELECTPOLYLINE(places, selection, points); }
+    static Numbers selected(const Numbers& points) { return select_polyline(places, selection, points); }
 
     // Nodes 1 and 2 of a line from (0, 0) to (10, 0).
     static void long_line() {

@@ -28,14 +28,14 @@ protected:
     Lines element_line(std::int32_t edition, std::int8_t type) const {
         return lines(edition, [&](Channel& mesh) {
             ElementRecord e;
-            e.NEL = 21;
+            e.number = 21;
             e.words = {11, 12, 13, 14, 51, 52, 53, 54, 5};
-            e.KF = 1;
-            e.INTR = e.INTS = 2;
-            e.TBJWL = -1.0F;
-            e.THIC = 1.0F;
-            e.DEN = -1.8F;
-            e.IDH = -7;
+            e.fluid = 1;
+            e.integration_r = e.integration_s = 2;
+            e.real_attribute = -1.0F;
+            e.thickness = 1.0F;
+            e.density = -1.8F;
+            e.attribute = -7;
             write_element_record(state.settings.kind(), mesh, type, e);
         });
     }
@@ -45,9 +45,9 @@ protected:
         directory.write("in.Mes", text);
         return state.channels.open(5, "in.Mes", OpenStatus::old);
     }
-    NodeRecord node(std::int32_t edition, std::string_view text, std::int32_t NFIELDS) const {
+    NodeRecord node(std::int32_t edition, std::string_view text, std::int32_t field_count) const {
         const Edition kind(edition);
-        return read_node_record(state.settings.kind(), holding(text), NFIELDS);
+        return read_node_record(state.settings.kind(), holding(text), field_count);
     }
     ElementRecord element(std::int32_t edition, std::int8_t type, std::string_view text) const {
         const Edition kind(edition);
@@ -56,8 +56,9 @@ protected:
 };
 
 void expect_words(const ElementWords& words, const std::vector<std::int32_t>& expected) {
-    EXPECT_EQ((std::vector<std::int32_t>{words.I1, words.I2, words.I3, words.I4, words.M5, words.M6, words.M7,
-                                         words.M8, words.MATNO}),
+    EXPECT_EQ((std::vector<std::int32_t>{words.corner_1, words.corner_2, words.corner_3, words.corner_4,
+                                         words.midside_5, words.midside_6, words.midside_7, words.midside_8,
+                                         words.material}),
               expected);
 }
 
@@ -91,27 +92,27 @@ TEST_F(MeshRecords, EditionsOfAKindShareItsRecord) {
 // --- elements as written -----------------------------------------------------------------------------------
 
 TEST_F(MeshRecords, ContinuumElementOfTheCoupledKind) {
-    EXPECT_EQ(element_line(COUPLED, EL_CONTINUUM),
+    EXPECT_EQ(element_line(COUPLED, ELEMENT_CONTINUUM),
               (Lines{"     21     11     12     13     14     51     52     53     54    5    0    1    2    "
                      "2-0.1000E+01"}));
 }
 
 TEST_F(MeshRecords, ContinuumElementOfTheDisplacementKind) {
     EXPECT_EQ(
-        element_line(DISPLACEMENT, EL_CONTINUUM),
+        element_line(DISPLACEMENT, ELEMENT_CONTINUUM),
         (Lines{
             "     21     11     12     13     14     51     52     53     54    5 0.1000E+01-0.1800E+01"}));
 }
 
 TEST_F(MeshRecords, ContinuumElementOfTheTemperatureAndHeadKinds) {
     const Lines line{"     21     11     12     13     14     5   -7"};
-    EXPECT_EQ(element_line(TEMPERATURE, EL_CONTINUUM), line);
-    EXPECT_EQ(element_line(HEAD, EL_CONTINUUM), line);
+    EXPECT_EQ(element_line(TEMPERATURE, ELEMENT_CONTINUUM), line);
+    EXPECT_EQ(element_line(HEAD, ELEMENT_CONTINUUM), line);
 }
 
 TEST_F(MeshRecords, BeamAndTrussOfEachKindHaveFiveFields) {
     for (const std::int32_t edition : {COUPLED, TEMPERATURE, HEAD, DISPLACEMENT})
-        for (const std::int8_t type : {EL_BEAM, EL_TRUSS})
+        for (const std::int8_t type : {ELEMENT_BEAM, ELEMENT_TRUSS})
             EXPECT_EQ(element_line(edition, type), (Lines{"     21     11     12      5      1"})) << edition;
 }
 
@@ -153,8 +154,9 @@ TEST_F(MeshRecords, NodeHeadingNamesTheFieldsOfTheKind) {
 
 TEST_F(MeshRecords, ContinuumHeadingNamesTheFieldsOfTheKind) {
     const auto heading = [&](std::int32_t edition) {
-        return lines(edition,
-                     [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, EL_CONTINUUM); });
+        return lines(edition, [](Channel& mesh) {
+            write_section_heading(state.settings.kind(), mesh, ELEMENT_CONTINUUM);
+        });
     };
     EXPECT_EQ(heading(COUPLED), (Lines{"    CONTINUUM ELEMENT INDEX ",
                                        "    NEL     I1     I2     I3     I4     M5     M6     M7     M8 MATC"
@@ -169,12 +171,14 @@ TEST_F(MeshRecords, ContinuumHeadingNamesTheFieldsOfTheKind) {
 
 TEST_F(MeshRecords, BeamAndTrussHeadingsAreTheSameInAllKinds) {
     for (const std::int32_t edition : {COUPLED, TEMPERATURE, HEAD, DISPLACEMENT}) {
-        EXPECT_EQ(lines(edition,
-                        [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, EL_BEAM); }),
-                  (Lines{"    BEAM ELEMENT ", "    NEL      I      J   MSEC  NODEK "}));
-        EXPECT_EQ(lines(edition,
-                        [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, EL_TRUSS); }),
-                  (Lines{"    TRUSS ELEMENT ", "    NEL      I      J   MATT  NODEK "}));
+        EXPECT_EQ(
+            lines(edition,
+                  [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, ELEMENT_BEAM); }),
+            (Lines{"    BEAM ELEMENT ", "    NEL      I      J   MSEC  NODEK "}));
+        EXPECT_EQ(
+            lines(edition,
+                  [](Channel& mesh) { write_section_heading(state.settings.kind(), mesh, ELEMENT_TRUSS); }),
+            (Lines{"    TRUSS ELEMENT ", "    NEL      I      J   MATT  NODEK "}));
     }
 }
 
@@ -182,43 +186,43 @@ TEST_F(MeshRecords, BeamAndTrussHeadingsAreTheSameInAllKinds) {
 
 TEST_F(MeshRecords, NodeWithTheConstantsPassesOverThem) {
     const NodeRecord coupled = node(COUPLED, "11 1 0 -1 0 2 7 8 3.5 -4.5\n", 10);
-    EXPECT_EQ(coupled.NODE, 11);
-    EXPECT_EQ(coupled.ID, (NodeCodes{1, 0, -1, 0, 2}));
-    EXPECT_EQ(coupled.XC, 3.5F);
-    EXPECT_EQ(coupled.YC, -4.5F);
+    EXPECT_EQ(coupled.number, 11);
+    EXPECT_EQ(coupled.codes, (NodeCodes{1, 0, -1, 0, 2}));
+    EXPECT_EQ(coupled.x, 3.5F);
+    EXPECT_EQ(coupled.y, -4.5F);
     const NodeRecord displacement = node(DISPLACEMENT, "11 1 0 -1 7 8 3.5 -4.5\n", 8);
-    EXPECT_EQ(displacement.ID, (NodeCodes{1, 0, -1, 0, 0}));
-    EXPECT_EQ(displacement.XC, 3.5F);
-    EXPECT_EQ(displacement.YC, -4.5F);
+    EXPECT_EQ(displacement.codes, (NodeCodes{1, 0, -1, 0, 0}));
+    EXPECT_EQ(displacement.x, 3.5F);
+    EXPECT_EQ(displacement.y, -4.5F);
 }
 
 TEST_F(MeshRecords, NodeWithoutTheConstantsIsKnownByItsCount) {
     const NodeRecord coupled = node(COUPLED, "11 1 0 -1 0 2 3.5 -4.5\n", 8);
-    EXPECT_EQ(coupled.ID, (NodeCodes{1, 0, -1, 0, 2}));
-    EXPECT_EQ(coupled.XC, 3.5F);
-    EXPECT_EQ(coupled.YC, -4.5F);
+    EXPECT_EQ(coupled.codes, (NodeCodes{1, 0, -1, 0, 2}));
+    EXPECT_EQ(coupled.x, 3.5F);
+    EXPECT_EQ(coupled.y, -4.5F);
     const NodeRecord displacement = node(DISPLACEMENT, "11 1 0 -1 3.5 -4.5\n", 6);
-    EXPECT_EQ(displacement.ID, (NodeCodes{1, 0, -1, 0, 0}));
-    EXPECT_EQ(displacement.XC, 3.5F);
-    EXPECT_EQ(displacement.YC, -4.5F);
+    EXPECT_EQ(displacement.codes, (NodeCodes{1, 0, -1, 0, 0}));
+    EXPECT_EQ(displacement.x, 3.5F);
+    EXPECT_EQ(displacement.y, -4.5F);
 }
 
 TEST_F(MeshRecords, AnyOtherCountMeansThatTheConstantsAreThere) {
-    for (const std::int32_t NFIELDS : {0, 6, 7, 9, 12})
-        EXPECT_EQ(node(COUPLED, "11 1 0 -1 0 2 7 8 3.5 -4.5\n", NFIELDS).XC, 3.5F) << NFIELDS;
-    for (const std::int32_t NFIELDS : {0, 5, 7, 10})
-        EXPECT_EQ(node(DISPLACEMENT, "11 1 0 -1 7 8 3.5 -4.5\n", NFIELDS).XC, 3.5F) << NFIELDS;
+    for (const std::int32_t field_count : {0, 6, 7, 9, 12})
+        EXPECT_EQ(node(COUPLED, "11 1 0 -1 0 2 7 8 3.5 -4.5\n", field_count).x, 3.5F) << field_count;
+    for (const std::int32_t field_count : {0, 5, 7, 10})
+        EXPECT_EQ(node(DISPLACEMENT, "11 1 0 -1 7 8 3.5 -4.5\n", field_count).x, 3.5F) << field_count;
 }
 
 TEST_F(MeshRecords, NodeOfTheTemperatureAndHeadKindsHasNoConstants) {
     for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
-        for (const std::int32_t NFIELDS : {0, 6, 7, 8}) {
-            const NodeRecord read = node(edition, "11 1 -1 3.5 -4.5 12.5 0.25\n", NFIELDS);
-            EXPECT_EQ(read.ID, (NodeCodes{1, -1, 0, 0, 0}));
-            EXPECT_EQ(read.XC, 3.5F);
-            EXPECT_EQ(read.YC, -4.5F);
-            EXPECT_EQ(read.H, 12.5F);
-            EXPECT_EQ(read.CF, 0.25F);
+        for (const std::int32_t field_count : {0, 6, 7, 8}) {
+            const NodeRecord read = node(edition, "11 1 -1 3.5 -4.5 12.5 0.25\n", field_count);
+            EXPECT_EQ(read.codes, (NodeCodes{1, -1, 0, 0, 0}));
+            EXPECT_EQ(read.x, 3.5F);
+            EXPECT_EQ(read.y, -4.5F);
+            EXPECT_EQ(read.head, 12.5F);
+            EXPECT_EQ(read.coefficient, 0.25F);
         }
     }
 }
@@ -226,66 +230,67 @@ TEST_F(MeshRecords, NodeOfTheTemperatureAndHeadKindsHasNoConstants) {
 TEST_F(MeshRecords, WhatFollowsTheLastFieldOnItsLineIsIgnored) {
     const Edition kind(DISPLACEMENT);
     Channel& mesh = holding("11 1 0 1 1 1 3.5 -4.5 and a remark\n12 1 0 1 1 1 5.5 6.5\n");
-    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).NODE, 11);
-    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).NODE, 12);
+    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).number, 11);
+    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).number, 12);
 }
 
 TEST_F(MeshRecords, RecordMayTakeSeveralLines) {
     const Edition kind(DISPLACEMENT);
     Channel& mesh = holding("11 1 0\n\n1 1 1 3.5\n-4.5\n12");
     const NodeRecord read = read_node_record(state.settings.kind(), mesh, 8);
-    EXPECT_EQ(read.ID, (NodeCodes{1, 0, 1, 0, 0}));
-    EXPECT_EQ(read.YC, -4.5F);
+    EXPECT_EQ(read.codes, (NodeCodes{1, 0, 1, 0, 0}));
+    EXPECT_EQ(read.y, -4.5F);
     EXPECT_EQ(mesh.peek_line(), "12");
 }
 
 // --- elements as read --------------------------------------------------------------------------------------
 
 TEST_F(MeshRecords, WrittenElementIsReadBackWithItsTouchingFields) {
-    const ElementRecord coupled = element(COUPLED, EL_CONTINUUM, element_line(COUPLED, EL_CONTINUUM)[0]);
+    const ElementRecord coupled =
+        element(COUPLED, ELEMENT_CONTINUUM, element_line(COUPLED, ELEMENT_CONTINUUM)[0]);
     expect_words(coupled.words, {11, 12, 13, 14, 51, 52, 53, 54, 5});
-    EXPECT_EQ(coupled.KS, 0);
-    EXPECT_EQ(coupled.KF, 1);
-    EXPECT_EQ(coupled.INTR, 2);
-    EXPECT_EQ(coupled.INTS, 2);
-    EXPECT_EQ(coupled.TBJWL, -1.0F);
+    EXPECT_EQ(coupled.skeleton, 0);
+    EXPECT_EQ(coupled.fluid, 1);
+    EXPECT_EQ(coupled.integration_r, 2);
+    EXPECT_EQ(coupled.integration_s, 2);
+    EXPECT_EQ(coupled.real_attribute, -1.0F);
     const ElementRecord displacement =
-        element(DISPLACEMENT, EL_CONTINUUM, element_line(DISPLACEMENT, EL_CONTINUUM)[0]);
+        element(DISPLACEMENT, ELEMENT_CONTINUUM, element_line(DISPLACEMENT, ELEMENT_CONTINUUM)[0]);
     expect_words(displacement.words, {11, 12, 13, 14, 51, 52, 53, 54, 5});
-    EXPECT_EQ(displacement.THIC, 1.0F);
-    EXPECT_EQ(displacement.DEN, -1.8F);
+    EXPECT_EQ(displacement.thickness, 1.0F);
+    EXPECT_EQ(displacement.density, -1.8F);
 }
 
 TEST_F(MeshRecords, ElementOfTheTemperatureAndHeadKindsHasNoMidsides) {
     for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
-        const ElementRecord read = element(edition, EL_CONTINUUM, "21 11 12 13 0 5 -105\n");
-        EXPECT_EQ(read.NEL, 21);
+        const ElementRecord read = element(edition, ELEMENT_CONTINUUM, "21 11 12 13 0 5 -105\n");
+        EXPECT_EQ(read.number, 21);
         expect_words(read.words, {11, 12, 13, 0, 0, 0, 0, 0, 5});
-        EXPECT_EQ(read.IDH, -105);
+        EXPECT_EQ(read.attribute, -105);
     }
 }
 
 TEST_F(MeshRecords, BeamAndTrussAreHeldAsQuadrilaterals) {
-    for (const std::int8_t type : {EL_BEAM, EL_TRUSS}) {
+    for (const std::int8_t type : {ELEMENT_BEAM, ELEMENT_TRUSS}) {
         const ElementRecord read = element(COUPLED, type, "31 11 12 7 99\n");
-        EXPECT_EQ(read.NEL, 31);
+        EXPECT_EQ(read.number, 31);
         expect_words(read.words, {11, 12, 12, 11, 0, 0, 0, 0, 7});
     }
 }
 
 TEST_F(MeshRecords, BeamAndTrussHaveTheAttributesOfTheirKind) {
-    for (const std::int8_t type : {EL_BEAM, EL_TRUSS}) {
+    for (const std::int8_t type : {ELEMENT_BEAM, ELEMENT_TRUSS}) {
         const ElementRecord coupled = element(COUPLED, type, "31 11 12 7\n");
-        EXPECT_EQ(coupled.KS, 0);
-        EXPECT_EQ(coupled.KF, 1);
-        EXPECT_EQ(coupled.INTR, 2);
-        EXPECT_EQ(coupled.INTS, 2);
-        EXPECT_EQ(coupled.TBJWL, 0.0F);
+        EXPECT_EQ(coupled.skeleton, 0);
+        EXPECT_EQ(coupled.fluid, 1);
+        EXPECT_EQ(coupled.integration_r, 2);
+        EXPECT_EQ(coupled.integration_s, 2);
+        EXPECT_EQ(coupled.real_attribute, 0.0F);
         const ElementRecord displacement = element(DISPLACEMENT, type, "31 11 12 7\n");
-        EXPECT_EQ(displacement.THIC, 1.0F);
-        EXPECT_EQ(displacement.DEN, 1.0F);
-        EXPECT_EQ(element(HEAD, type, "31 11 12 7\n").IDH, 0);
-        EXPECT_EQ(element(TEMPERATURE, type, "31 11 12 7\n").IDH, 0);
+        EXPECT_EQ(displacement.thickness, 1.0F);
+        EXPECT_EQ(displacement.density, 1.0F);
+        EXPECT_EQ(element(HEAD, type, "31 11 12 7\n").attribute, 0);
+        EXPECT_EQ(element(TEMPERATURE, type, "31 11 12 7\n").attribute, 0);
     }
 }
 
@@ -293,10 +298,10 @@ TEST_F(MeshRecords, BeamAndTrussHaveTheAttributesOfTheirKind) {
 
 TEST_F(MeshRecords, CountsMayReachTheSizeOfTheTables) {
     const MeshCounts counts = read_mesh_counts(holding("99990 99990 0 99990\n"));
-    EXPECT_EQ(counts.NUMNP, 99990);
-    EXPECT_EQ(counts.of(EL_CONTINUUM), 99990);
-    EXPECT_EQ(counts.of(EL_BEAM), 0);
-    EXPECT_EQ(counts.of(EL_TRUSS), 99990);
+    EXPECT_EQ(counts.nodes, 99990);
+    EXPECT_EQ(counts.of(ELEMENT_CONTINUUM), 99990);
+    EXPECT_EQ(counts.of(ELEMENT_BEAM), 0);
+    EXPECT_EQ(counts.of(ELEMENT_TRUSS), 99990);
 }
 
 TEST_F(MeshRecords, CountOutsideTheTablesIsAMessage) {

@@ -19,15 +19,15 @@ protected:
                 7.5F;
             state.mesh.new_number[n] = -8;
             state.selection.nodes[n] = state.mesh.node_used[n] = state.selection.elements[n] = n;
-            state.mesh.type_in_use[n] = EL_BEAM;
-            state.side.second_type_in_use[n] = EL_TRUSS;
-            state.mesh.type[n] = EL_CONTINUUM;
+            state.mesh.type_in_use[n] = ELEMENT_BEAM;
+            state.side.second_type_in_use[n] = ELEMENT_TRUSS;
+            state.mesh.type[n] = ELEMENT_CONTINUUM;
             state.mesh.words[n] = {11, 12, 13, 14, 15, 16, 17, 18, 19};
             state.mesh.skeleton[n] = state.mesh.fluid[n] = state.mesh.integration_r[n] =
                 state.mesh.integration_s[n] = state.mesh.attribute[n] = 20;
             state.mesh.real_attribute[n] = state.mesh.thickness[n] = state.mesh.density[n] = 21.5F;
         }
-        RESETMESH(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh, state.side, state.selection);
     }
 };
 
@@ -67,9 +67,9 @@ TEST_F(DeckReset, MapsEachNodeToItself) {
 
 TEST_F(DeckReset, LeavesWordsAndAttributesOfTheDeckBefore) {
     for (const std::int32_t n : PLACES) {
-        EXPECT_EQ(state.mesh.words[n].I1, 11) << n;
-        EXPECT_EQ(state.mesh.words[n].M8, 18) << n;
-        EXPECT_EQ(state.mesh.words[n].MATNO, 19) << n;
+        EXPECT_EQ(state.mesh.words[n].corner_1, 11) << n;
+        EXPECT_EQ(state.mesh.words[n].midside_8, 18) << n;
+        EXPECT_EQ(state.mesh.words[n].material, 19) << n;
         EXPECT_EQ(state.mesh.skeleton[n], 20) << n;
         EXPECT_EQ(state.mesh.fluid[n], 20) << n;
         EXPECT_EQ(state.mesh.integration_r[n], 20) << n;

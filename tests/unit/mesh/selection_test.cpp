@@ -20,7 +20,7 @@ struct Expansion {
 Expansion expansion_of(const std::vector<std::int32_t>& list) {
     Listed table;
     Expansion result;
-    result.settings = EXPLIST(std::span<const std::int32_t>(list), table);
+    result.settings = expand_list(std::span<const std::int32_t>(list), table);
     for (std::int32_t n = 1; n <= Listed::SIZE; ++n) {
         if (table[n] == n)
             result.set.push_back(n);
@@ -81,7 +81,7 @@ TEST(NumberList, ReachesTheEndOfItsTable) {
 TEST(NumberList, KeepsWhatAnEarlierListSelected) {
     Listed table;
     table[2] = 2;
-    EXPECT_EQ(EXPLIST(std::vector<std::int32_t>{5}, table), 1);
+    EXPECT_EQ(expand_list(std::vector<std::int32_t>{5}, table), 1);
     EXPECT_EQ(table[2], 2);
     EXPECT_EQ(table[5], 5);
 }
@@ -105,25 +105,26 @@ TEST(NumberList, NumberBeyondItsTableIsAMessage) {
 class Selection : public ::testing::Test {
 protected:
     void SetUp() override {
-        RESETMESH(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh, state.side, state.selection);
         state.edit = EditCards{};
     }
     void TearDown() override { SetUp(); }
 
     static void window(float xmin, float ymin, float xmax, float ymax) {
-        state.edit.ILOC = 0;
-        state.edit.XMIN = xmin;
-        state.edit.YMIN = ymin;
-        state.edit.XMAX = xmax;
-        state.edit.YMAX = ymax;
+        state.edit.selection_mode = 0;
+        state.edit.window_left = xmin;
+        state.edit.window_bottom = ymin;
+        state.edit.window_right = xmax;
+        state.edit.window_top = ymax;
     }
-    static void list(std::int32_t IEDIT, std::int32_t ILOC, const std::vector<std::int32_t>& numbers) {
-        state.edit.IEDIT = IEDIT;
-        state.edit.ILOC = ILOC;
-        state.edit.NSEL = static_cast<std::int32_t>(numbers.size());
-        for (std::int32_t i = 1; i <= state.edit.NSEL; ++i)
-            state.edit.LIST[i] = numbers[static_cast<std::size_t>(i - 1)];
-        PREPARESELECTION(state.edit, state.selection);
+    static void list(std::int32_t operation, std::int32_t selection_mode,
+                     const std::vector<std::int32_t>& numbers) {
+        state.edit.operation = operation;
+        state.edit.selection_mode = selection_mode;
+        state.edit.list_count = static_cast<std::int32_t>(numbers.size());
+        for (std::int32_t i = 1; i <= state.edit.list_count; ++i)
+            state.edit.list[i] = numbers[static_cast<std::size_t>(i - 1)];
+        prepare_selection(state.edit, state.selection);
     }
     static void node(std::int32_t number, float x, float y) {
         state.mesh.x[number] = x;
@@ -131,11 +132,11 @@ protected:
     }
     static ElementRecord element(std::int32_t number, const std::array<std::int32_t, 4>& corners) {
         ElementRecord e;
-        e.NEL = number;
-        e.words.I1 = corners[0];
-        e.words.I2 = corners[1];
-        e.words.I3 = corners[2];
-        e.words.I4 = corners[3];
+        e.number = number;
+        e.words.corner_1 = corners[0];
+        e.words.corner_2 = corners[1];
+        e.words.corner_3 = corners[2];
+        e.words.corner_4 = corners[3];
         return e;
     }
 };
@@ -166,17 +167,17 @@ TEST_F(Selection, WindowWithoutWidthHoldsNothing) {
 }
 
 TEST_F(Selection, SideZeroTakesWhatIsInsideAndSideOneTheRest) {
-    state.edit.ISIDE = 0;
+    state.edit.side = 0;
     EXPECT_TRUE(takes_side(state.edit, true));
     EXPECT_FALSE(takes_side(state.edit, false));
-    state.edit.ISIDE = 1;
+    state.edit.side = 1;
     EXPECT_FALSE(takes_side(state.edit, true));
     EXPECT_TRUE(takes_side(state.edit, false));
 }
 
 TEST_F(Selection, AnyOtherSideTakesNothing) {
     for (const std::int32_t side : {2, -1, 99}) {
-        state.edit.ISIDE = side;
+        state.edit.side = side;
         EXPECT_FALSE(takes_side(state.edit, true)) << side;
         EXPECT_FALSE(takes_side(state.edit, false)) << side;
     }
@@ -191,32 +192,32 @@ TEST_F(Selection, ListOfNodesGoesByNumber) {
 }
 
 TEST_F(Selection, ListOfElementsGoesByNumber) {
-    for (const std::int32_t IEDIT : {2, 3}) {
+    for (const std::int32_t operation : {2, 3}) {
         SetUp();
-        list(IEDIT, 1, {7, -8});
-        EXPECT_FALSE(
-            element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(6, {1, 2, 3, 4})));
+        list(operation, 1, {7, -8});
+        EXPECT_FALSE(element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
+                                    element(6, {1, 2, 3, 4})));
+        EXPECT_TRUE(element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
+                                   element(7, {1, 2, 3, 4})));
         EXPECT_TRUE(
-            element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(7, {1, 2, 3, 4})));
-        EXPECT_TRUE(
-            element_inside(state.edit, state.mesh, state.selection, EL_BEAM, element(8, {1, 2, 2, 1})));
+            element_inside(state.edit, state.mesh, state.selection, ELEMENT_BEAM, element(8, {1, 2, 2, 1})));
         EXPECT_FALSE(node_inside(state.edit, state.selection, 7, 0.0F, 0.0F)) << "the list names no nodes";
     }
 }
 
 TEST_F(Selection, OtherKindsOfSelectionHoldNothing) {
     node(1, 0.0F, 0.0F);
-    for (const std::int32_t ILOC : {3, 4, -1}) {
+    for (const std::int32_t selection_mode : {3, 4, -1}) {
         SetUp();
-        list(1, ILOC, {1, 2});
-        EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 0.0F, 0.0F)) << ILOC;
+        list(1, selection_mode, {1, 2});
+        EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 0.0F, 0.0F)) << selection_mode;
     }
-    for (const std::int32_t ILOC : {2, 3, 4, -1}) {
+    for (const std::int32_t selection_mode : {2, 3, 4, -1}) {
         SetUp();
-        list(2, ILOC, {1, 2});
-        EXPECT_FALSE(
-            element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(1, {1, 2, 3, 4})))
-            << ILOC;
+        list(2, selection_mode, {1, 2});
+        EXPECT_FALSE(element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
+                                    element(1, {1, 2, 3, 4})))
+            << selection_mode;
     }
 }
 
@@ -248,35 +249,35 @@ protected:
 };
 
 TEST_F(Centroid, OfAQuadrilateralIsTheMeanOfFourCorners) {
-    EXPECT_TRUE(lies_at(2.0F, 2.0F, EL_CONTINUUM, {1, 2, 3, 4}));
+    EXPECT_TRUE(lies_at(2.0F, 2.0F, ELEMENT_CONTINUUM, {1, 2, 3, 4}));
 }
 
 TEST_F(Centroid, OfATriangleIsTheMeanOfThreeCorners) {
-    EXPECT_TRUE(lies_at(8.0F / 3.0F, 4.0F / 3.0F, EL_CONTINUUM, {1, 2, 3, 0}));
+    EXPECT_TRUE(lies_at(8.0F / 3.0F, 4.0F / 3.0F, ELEMENT_CONTINUUM, {1, 2, 3, 0}));
 }
 
 TEST_F(Centroid, WithANegativeFourthCornerDividesThreeCornersByFour) {
-    EXPECT_TRUE(lies_at(2.0F, 1.0F, EL_CONTINUUM, {1, 2, 3, -4}));
-    EXPECT_FALSE(lies_at(8.0F / 3.0F, 4.0F / 3.0F, EL_CONTINUUM, {1, 2, 3, -4}));
+    EXPECT_TRUE(lies_at(2.0F, 1.0F, ELEMENT_CONTINUUM, {1, 2, 3, -4}));
+    EXPECT_FALSE(lies_at(8.0F / 3.0F, 4.0F / 3.0F, ELEMENT_CONTINUUM, {1, 2, 3, -4}));
 }
 
 TEST_F(Centroid, LeavesOutOtherCornersWithoutANode) {
-    EXPECT_TRUE(lies_at(1.0F, 2.0F, EL_CONTINUUM, {1, 0, 3, 4}));
-    EXPECT_TRUE(lies_at(4.0F / 3.0F, 4.0F / 3.0F, EL_CONTINUUM, {1, -2, 3, 0}));
+    EXPECT_TRUE(lies_at(1.0F, 2.0F, ELEMENT_CONTINUUM, {1, 0, 3, 4}));
+    EXPECT_TRUE(lies_at(4.0F / 3.0F, 4.0F / 3.0F, ELEMENT_CONTINUUM, {1, -2, 3, 0}));
 }
 
 TEST_F(Centroid, OfABeamOrTrussIsItsMidpoint) {
-    EXPECT_TRUE(lies_at(2.0F, 0.0F, EL_BEAM, {1, 2, 2, 1}));
-    EXPECT_TRUE(lies_at(4.0F, 2.0F, EL_TRUSS, {2, 3, 3, 2}));
+    EXPECT_TRUE(lies_at(2.0F, 0.0F, ELEMENT_BEAM, {1, 2, 2, 1}));
+    EXPECT_TRUE(lies_at(4.0F, 2.0F, ELEMENT_TRUSS, {2, 3, 3, 2}));
 }
 
 TEST_F(Centroid, OnTheEdgeOfAWindowIsOutside) {
     window(2.0F, 0.0F, 4.0F, 4.0F);
     EXPECT_FALSE(
-        element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(9, {1, 2, 3, 4})));
+        element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(9, {1, 2, 3, 4})));
     window(1.0F, 0.0F, 4.0F, 4.0F);
     EXPECT_TRUE(
-        element_inside(state.edit, state.mesh, state.selection, EL_CONTINUUM, element(9, {1, 2, 3, 4})));
+        element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(9, {1, 2, 3, 4})));
 }
 
 }  // namespace

@@ -58,27 +58,28 @@ TEST(CheckedTable, NumbersFarOutsideDoNotWrapRound) {
 }
 
 TEST(CheckedTable, NodeAndElementTablesEndAtTheirLimits) {
-    static_assert(MAXNP == 99990 && MAXEL == 99990);
+    static_assert(HIGHEST_NODE_NUMBER == 99990 && HIGHEST_ELEMENT_NUMBER == 99990);
     state.mesh.x[1] = 0.0F;
     state.mesh.x[99990] = 0.0F;
     state.mesh.words[99990] = ElementWords{};
     EXPECT_EQ(failure_of([] { state.mesh.x[99991] = 1.0F; }), "table XC: number 99991 is outside 1 to 99990");
-    EXPECT_EQ(failure_of([] { state.mesh.words[0].I1 = 1; }), "table IEL: number 0 is outside 1 to 99990");
+    EXPECT_EQ(failure_of([] { state.mesh.words[0].corner_1 = 1; }),
+              "table IEL: number 0 is outside 1 to 99990");
     EXPECT_EQ(failure_of([] { state.mesh.type_in_use[-5] = 1; }),
               "table EACT1: number -5 is outside 1 to 99990");
 }
 
 TEST(CheckedTable, LimitsAreThoseOfThePackage) {
-    EXPECT_EQ(NOMIN, 100000);
-    EXPECT_EQ(MAXEDLIST, 100);
-    EXPECT_EQ(MAXCOPY, 320000);
+    EXPECT_EQ(NO_LOWEST_NUMBER, 100000);
+    EXPECT_EQ(MOST_REBUILD_ROWS, 100);
+    EXPECT_EQ(MOST_COPIED_LINES, 320000);
 }
 
 TEST(PlaneDistance, IsThatOfThePlane) {
-    EXPECT_EQ(DIST2D(1.0F, 2.0F, 4.0F, 6.0F), 5.0F);
-    EXPECT_EQ(DIST2D(4.0F, 6.0F, 1.0F, 2.0F), 5.0F);
-    EXPECT_EQ(DIST2D(-1.5F, 2.0F, -1.5F, 2.0F), 0.0F);
-    EXPECT_EQ(DIST2D(0.0F, 0.0F, -0.25F, 0.0F), 0.25F);
+    EXPECT_EQ(distance_between(1.0F, 2.0F, 4.0F, 6.0F), 5.0F);
+    EXPECT_EQ(distance_between(4.0F, 6.0F, 1.0F, 2.0F), 5.0F);
+    EXPECT_EQ(distance_between(-1.5F, 2.0F, -1.5F, 2.0F), 0.0F);
+    EXPECT_EQ(distance_between(0.0F, 0.0F, -0.25F, 0.0F), 0.25F);
 }
 
 }  // namespace

@@ -2,15 +2,16 @@
 #include "output/activity.h"
 
 #include "group/membership.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "unit/support.h"
 
 namespace brelan::test {
 namespace {
 
 // Materials in the order of the columns of a row below.
-constexpr std::int32_t MAT = 5, MATj = 9, LMi = 6, LMo = 7, OTHER = 1;
-constexpr std::int32_t LTi = 2, LTo = 3;
+constexpr std::int32_t material = 5, joint_material = 9, inner_line_material = 6, outer_line_material = 7,
+                       OTHER = 1;
+constexpr std::int32_t inner_line_type = 2, outer_line_type = 3;
 
 class ActivityPairs : public ::testing::Test {
 protected:
@@ -20,43 +21,45 @@ protected:
         state.group_cards.rows[G] = {};
         state.group_cards.materials[G] = {};
         state.group_cards.outputs[G] = {};
-        words(MAT, MATj, LTi, LMi, LTo, LMo);
+        words(material, joint_material, inner_line_type, inner_line_material, outer_line_type,
+              outer_line_material);
         for (std::size_t role = 0; role < 6; ++role)
             state.group_cards.outputs[G].pair[role] = {static_cast<std::int32_t>(role) + 1,
                                                        static_cast<std::int32_t>(role) + 101};
     }
     static void words(float mat, float matj, float lti, float lmi, float lto, float lmo) {
-        state.group_cards.materials[G].MAT = mat;
-        state.group_cards.materials[G].MATj = matj;
-        state.group_cards.materials[G].LTi = lti;
-        state.group_cards.materials[G].LMi = lmi;
-        state.group_cards.materials[G].LTo = lto;
-        state.group_cards.materials[G].LMo = lmo;
+        state.group_cards.materials[G].material = mat;
+        state.group_cards.materials[G].joint_material = matj;
+        state.group_cards.materials[G].inner_line_type = lti;
+        state.group_cards.materials[G].inner_line_material = lmi;
+        state.group_cards.materials[G].outer_line_type = lto;
+        state.group_cards.materials[G].outer_line_material = lmo;
     }
     static void clear_pairs(std::initializer_list<std::size_t> numbers) {
         for (const std::size_t number : numbers)
             state.group_cards.outputs[G].pair[number - 1] = {0, 0};
     }
     // The numbers of the pairs that the five materials take, "-" for none: as in "21--1".
-    static std::string taken(std::int32_t MTYPE, std::int8_t type) {
-        state.group_cards.rows[G].MTYPE = MTYPE;
+    static std::string taken(std::int32_t group_type, std::int8_t type) {
+        state.group_cards.rows[G].group_type = group_type;
         std::string text;
-        for (const std::int32_t material : {MAT, MATj, LMi, LMo, OTHER}) {
-            const ActivityPair pair = activity_of(state.group_cards, G, type, material);
+        for (const std::int32_t number :
+             {material, joint_material, inner_line_material, outer_line_material, OTHER}) {
+            const ActivityPair pair = activity_of(state.group_cards, G, type, number);
             if (pair == ActivityPair{}) {
                 text += '-';
                 continue;
             }
-            text += static_cast<char>('0' + pair.NAC);
-            EXPECT_EQ(pair.NDAC, pair.NAC + 100);
+            text += static_cast<char>('0' + pair.activated);
+            EXPECT_EQ(pair.deactivated, pair.activated + 100);
         }
         return text;
     }
-    static void expect_taken(std::int32_t MTYPE, const char* continuum, const char* beams,
+    static void expect_taken(std::int32_t group_type, const char* continuum, const char* beams,
                              const char* trusses) {
-        EXPECT_EQ(taken(MTYPE, EL_CONTINUUM), continuum) << "continuum, type " << MTYPE;
-        EXPECT_EQ(taken(MTYPE, EL_BEAM), beams) << "beams, type " << MTYPE;
-        EXPECT_EQ(taken(MTYPE, EL_TRUSS), trusses) << "trusses, type " << MTYPE;
+        EXPECT_EQ(taken(group_type, ELEMENT_CONTINUUM), continuum) << "continuum, type " << group_type;
+        EXPECT_EQ(taken(group_type, ELEMENT_BEAM), beams) << "beams, type " << group_type;
+        EXPECT_EQ(taken(group_type, ELEMENT_TRUSS), trusses) << "trusses, type " << group_type;
     }
 };
 
@@ -69,12 +72,12 @@ TEST_F(ActivityPairs, ByTypeClassAndMaterial) {
     expect_taken(-2, "13111", "--5--", "---6-");
     expect_taken(-3, "23---", "--5--", "---6-");
     expect_taken(-4, "23111", "--5--", "---6-");
-    for (const std::int32_t MTYPE : {-1, 0, 5, 6, -5, 99})
-        expect_taken(MTYPE, "-----", "-----", "-----");
+    for (const std::int32_t group_type : {-1, 0, 5, 6, -5, 99})
+        expect_taken(group_type, "-----", "-----", "-----");
 }
 
 TEST_F(ActivityPairs, WithoutAMaterial) {
-    words(0, MATj, LTi, LMi, LTo, LMo);
+    words(0, joint_material, inner_line_type, inner_line_material, outer_line_type, outer_line_material);
     expect_taken(3, "22222", "--4--", "-----");
     expect_taken(4, "11111", "--4--", "-----");
     expect_taken(-3, "23222", "--5--", "---6-");
@@ -82,7 +85,8 @@ TEST_F(ActivityPairs, WithoutAMaterial) {
 }
 
 TEST_F(ActivityPairs, OfAMaterialBelow0) {
-    words(-MAT, MATj, LTi, LMi, LTo, LMo);
+    words(-material, joint_material, inner_line_type, inner_line_material, outer_line_type,
+          outer_line_material);
     expect_taken(3, "22222", "--4--", "-----");
     expect_taken(4, "11111", "--4--", "-----");
     expect_taken(-3, "-3---", "--5--", "---6-");
@@ -90,11 +94,12 @@ TEST_F(ActivityPairs, OfAMaterialBelow0) {
 }
 
 TEST_F(ActivityPairs, MaterialOfTheRegionComesBeforeThatOfTheJoint) {
-    words(MATj, MATj, LTi, LMi, LTo, LMo);
+    words(joint_material, joint_material, inner_line_type, inner_line_material, outer_line_type,
+          outer_line_material);
     expect_taken(-2, "13111", "--5--", "---6-");
     expect_taken(-3, "-2---", "--5--", "---6-");
     expect_taken(-4, "12111", "--5--", "---6-");
-    words(0, 0, LTi, LMi, LTo, LMo);
+    words(0, 0, inner_line_type, inner_line_material, outer_line_type, outer_line_material);
     expect_taken(-3, "22222", "--5--", "---6-");
 }
 
@@ -102,14 +107,14 @@ TEST_F(ActivityPairs, MaterialOfTheRegionComesBeforeThatOfTheJoint) {
 TEST_F(ActivityPairs, OfALineWithoutPairsByClass) {
     clear_pairs({1, 5, 6});
     expect_taken(2, "-----", "--4--", "-----");
-    words(MAT, MATj, LTo, LMi, 0, 0);
+    words(material, joint_material, outer_line_type, inner_line_material, 0, 0);
     expect_taken(2, "-----", "-----", "--4--");
     // Tested as it stands: the code 1 is that of the continuum, 4 and 5 are no class.
-    words(MAT, MATj, 1, LMi, 0, 0);
+    words(material, joint_material, 1, inner_line_material, 0, 0);
     expect_taken(2, "--4--", "-----", "-----");
     expect_taken(1, "-----", "-----", "-----");
-    for (const float LTP : {-3.0F, 4.0F, 5.0F, 0.0F}) {
-        words(MAT, MATj, LTP, LMi, 0, 0);
+    for (const float line_type : {-3.0F, 4.0F, 5.0F, 0.0F}) {
+        words(material, joint_material, line_type, inner_line_material, 0, 0);
         expect_taken(2, "-----", "-----", "-----");
     }
 }
@@ -127,22 +132,24 @@ TEST_F(ActivityPairs, OfALineWithOnePairByClass) {
 
 TEST_F(ActivityPairs, PairOfTwoZerosIsNone) {
     clear_pairs({1, 2, 3, 4, 5, 6});
-    for (std::int32_t MTYPE = -4; MTYPE <= 4; ++MTYPE)
-        expect_taken(MTYPE, "-----", "-----", "-----");
+    for (std::int32_t group_type = -4; group_type <= 4; ++group_type)
+        expect_taken(group_type, "-----", "-----", "-----");
 }
 
 TEST_F(ActivityPairs, OneZeroOfTwoIsAPair) {
-    state.group_cards.rows[G].MTYPE = 4;
+    state.group_cards.rows[G].group_type = 4;
     state.group_cards.outputs[G].pair[0] = {0, 7};
     state.group_cards.outputs[G].pair[1] = {7, 0};
-    EXPECT_EQ(activity_of(state.group_cards, G, EL_CONTINUUM, OTHER), (ActivityPair{0, 7}));
-    EXPECT_EQ(activity_of(state.group_cards, G, EL_CONTINUUM, MAT), (ActivityPair{7, 0}));
+    EXPECT_EQ(activity_of(state.group_cards, G, ELEMENT_CONTINUUM, OTHER), (ActivityPair{0, 7}));
+    EXPECT_EQ(activity_of(state.group_cards, G, ELEMENT_CONTINUUM, material), (ActivityPair{7, 0}));
 }
 
 TEST_F(ActivityPairs, FirstLineOfAJointComesBeforeItsTwin) {
-    words(MAT, MATj, LTi, LMi, LTi, LMi);
+    words(material, joint_material, inner_line_type, inner_line_material, inner_line_type,
+          inner_line_material);
     expect_taken(-2, "13111", "--5--", "-----");
-    words(MAT, MATj, LTi, LMi, LTi, LMo);
+    words(material, joint_material, inner_line_type, inner_line_material, inner_line_type,
+          outer_line_material);
     expect_taken(-3, "23---", "--56-", "-----");
 }
 
@@ -159,27 +166,27 @@ TEST_F(ActivityPairs, NewMaterialsFollowTheHighestOfTheMesh) {
     state.group_cards.count = G;
     for (std::int32_t g = 1; g < G; ++g)
         state.group_cards.rows[g] = {};
-    state.group_cards.rows[G].MTYPE = 4;
+    state.group_cards.rows[G].group_type = 4;
     state.listing.highest_material = 20;
     std::vector<GroupMembers> members(G + 1);
-    members[G][{EL_CONTINUUM, MAT}].all = {{3, 4}, {9, 9}};
-    members[G][{EL_CONTINUUM, OTHER}].all = {{4, 5}};
-    members[G][{EL_BEAM, LMi}].all = {{11, 11}};
-    members[G][{EL_TRUSS, LMo}].all = {{12, 12}};
-    const Activity activity = MAKEACTIVITY(state.trace, state.group_cards, state.listing, members);
-    EXPECT_EQ(activity.NFAD, 2 + 2 + 1 + 1);
+    members[G][{ELEMENT_CONTINUUM, material}].all = {{3, 4}, {9, 9}};
+    members[G][{ELEMENT_CONTINUUM, OTHER}].all = {{4, 5}};
+    members[G][{ELEMENT_BEAM, inner_line_material}].all = {{11, 11}};
+    members[G][{ELEMENT_TRUSS, outer_line_material}].all = {{12, 12}};
+    const Activity activity = make_activity(state.trace, state.group_cards, state.listing, members);
+    EXPECT_EQ(activity.line_count, 2 + 2 + 1 + 1);
     EXPECT_EQ(activity.first_new, 21);
     ASSERT_EQ(activity.materials.size(), 2U);
     EXPECT_EQ(activity.materials[0].old, OTHER);
     EXPECT_EQ(activity.materials[0].activity, (ActivityPair{1, 101}));
-    EXPECT_EQ(activity.materials[1].old, MAT);
+    EXPECT_EQ(activity.materials[1].old, material);
     EXPECT_EQ(state.listing.highest_material, 22);
-    EXPECT_EQ(activity.NEWMAT[3], 22);
-    EXPECT_EQ(activity.NEWMAT[4], 22);  // the later of its two
-    EXPECT_EQ(activity.NEWMAT[5], 21);
-    EXPECT_EQ(activity.NEWMAT[9], 22);
+    EXPECT_EQ(activity.new_material[3], 22);
+    EXPECT_EQ(activity.new_material[4], 22);  // the later of its two
+    EXPECT_EQ(activity.new_material[5], 21);
+    EXPECT_EQ(activity.new_material[9], 22);
     for (const std::size_t none : {1U, 6U, 10U, 11U, 12U})
-        EXPECT_EQ(activity.NEWMAT[none], 0) << none;
+        EXPECT_EQ(activity.new_material[none], 0) << none;
 }
 
 TEST(MemberCounts, AreClearedBeforeTheElementsOfAMeshAreWritten) {

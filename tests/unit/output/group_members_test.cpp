@@ -5,7 +5,7 @@
 #include <set>
 
 #include "channel/free_field.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "unit/support.h"
 
 namespace brelan::test {
@@ -19,19 +19,19 @@ class GroupMemberRecords : public ChannelTest {
 protected:
     void SetUp() override {
         state.group_cards.count = 0;
-        for (std::int32_t g = 1; g <= MAXGROUPS; ++g)
+        for (std::int32_t g = 1; g <= MOST_GROUPS; ++g)
             state.group_cards.outputs[g] = {};
     }
-    void groups(std::initializer_list<std::int32_t> IGPOST) const {
-        for (const std::int32_t value : IGPOST)
-            state.group_cards.outputs[++state.group_cards.count].IGPOST = value;
+    void groups(std::initializer_list<std::int32_t> wants_outputs) const {
+        for (const std::int32_t value : wants_outputs)
+            state.group_cards.outputs[++state.group_cards.count].wants_outputs = value;
     }
     std::vector<GroupMembers> read(const std::vector<Record>& records) const {
         Channel& file = state.channels.open(7, "GROUP.TMP", OpenStatus::work);
         for (const Record& r : records)
             write_free(file, r.group, r.material, r.element, r.type, r.sub_kind);
         state.channels.close(7);
-        return READMEMBERS(state.group_cards, state.channels.open(7, "GROUP.TMP", OpenStatus::forward));
+        return read_members(state.group_cards, state.channels.open(7, "GROUP.TMP", OpenStatus::forward));
     }
     static std::string text(const ElementRanges& ranges) {
         std::string all;
@@ -45,23 +45,23 @@ TEST_F(GroupMemberRecords, ConsecutiveElementsAreARange) {
     groups({1});
     const auto members = read({{1, 3, 5, 1, 0}, {1, 3, 6, 1, 0}, {1, 3, 8, 1, 0}});
     ASSERT_EQ(members.size(), 2U);
-    EXPECT_EQ(text(members[1].at({EL_CONTINUUM, 3}).all), "5-6 8-8 ");
-    EXPECT_EQ(members[1].at({EL_CONTINUUM, 3}).all[0].length(), 2);
+    EXPECT_EQ(text(members[1].at({ELEMENT_CONTINUUM, 3}).all), "5-6 8-8 ");
+    EXPECT_EQ(members[1].at({ELEMENT_CONTINUUM, 3}).all[0].length(), 2);
 }
 
 TEST_F(GroupMemberRecords, ElementOfTwoRowsCountsOnce) {
     groups({1});
     const auto members = read({{1, 3, 5, 2, 0}, {1, 3, 5, 2, 1}, {1, 3, 6, 2, 1}, {1, 3, 7, 2, 0}});
-    EXPECT_EQ(text(members[1].at({EL_BEAM, 3}).all), "5-7 ");
-    EXPECT_EQ(text(members[1].at({EL_BEAM, 3}).inside), "5-5 7-7 ");
+    EXPECT_EQ(text(members[1].at({ELEMENT_BEAM, 3}).all), "5-7 ");
+    EXPECT_EQ(text(members[1].at({ELEMENT_BEAM, 3}).inside), "5-5 7-7 ");
 }
 
 TEST_F(GroupMemberRecords, LineAndStripElementsAreNotInside) {
     groups({1});
     const auto members = read({{1, 3, 5, 2, 1}, {1, 4, 6, 1, 2}, {1, 4, 7, 1, 0}, {1, 4, 8, 1, 3}});
-    EXPECT_EQ(text(members[1].at({EL_BEAM, 3}).inside), "");
-    EXPECT_EQ(text(members[1].at({EL_CONTINUUM, 4}).all), "6-8 ");
-    EXPECT_EQ(text(members[1].at({EL_CONTINUUM, 4}).inside), "7-8 ");
+    EXPECT_EQ(text(members[1].at({ELEMENT_BEAM, 3}).inside), "");
+    EXPECT_EQ(text(members[1].at({ELEMENT_CONTINUUM, 4}).all), "6-8 ");
+    EXPECT_EQ(text(members[1].at({ELEMENT_CONTINUUM, 4}).inside), "7-8 ");
 }
 
 TEST_F(GroupMemberRecords, RecordsThatNameNothingAreLeftOut) {
@@ -116,7 +116,7 @@ TEST_F(GroupMemberRecords, AreWhatAPlainReadingGives) {
         std::map<std::array<std::int32_t, 3>, Sets> plain;
         for (const Record& r : records) {
             if (r.group < 1 || r.group > state.group_cards.count ||
-                state.group_cards.outputs[r.group].IGPOST == 0 || r.material == 0)
+                state.group_cards.outputs[r.group].wants_outputs == 0 || r.material == 0)
                 continue;
             Sets& sets = plain[{r.group, r.type, r.material}];
             sets.all.insert(r.element);

@@ -17,7 +17,7 @@ protected:
     }
     void read(const std::string& codes) const {
         directory.write(FILE, text(codes + "\n"));
-        UNITTAB(state.channels, state.settings.kind(), state.units);
+        read_unit_table(state.channels, state.settings.kind(), state.units);
         EXPECT_FALSE(state.channels.is_open(4));
     }
     static std::string one(int force, int length, int time, int energy, int temperature) {
@@ -30,7 +30,7 @@ TEST_F(UnitTable, ForceByCode) {
     const char* const labels[] = {"(N)  ", "(KN) ", "(MN) ", "(Kg) ", "(ton)", "(lb) ", "(Kip)"};
     for (int code = 1; code <= 7; ++code) {
         read(one(code, 1, 1, 1, 1));
-        EXPECT_EQ(state.units.UFORCE, labels[code - 1]);
+        EXPECT_EQ(state.units.force, labels[code - 1]);
     }
 }
 
@@ -40,9 +40,9 @@ TEST_F(UnitTable, LengthTimeAndEnergyByCode) {
     const char* const energies[] = {"(Joule)", "(erg)  ", "(lb-in)", "(Btu)  "};
     for (int code = 1; code <= 4; ++code) {
         read(one(1, code, code, code, 1));
-        EXPECT_EQ(state.units.ULENGTH, lengths[code - 1]);
-        EXPECT_EQ(state.units.UTIME, times[code - 1]);
-        EXPECT_EQ(state.units.UENERGY, energies[code - 1]);
+        EXPECT_EQ(state.units.length, lengths[code - 1]);
+        EXPECT_EQ(state.units.time, times[code - 1]);
+        EXPECT_EQ(state.units.energy, energies[code - 1]);
     }
 }
 
@@ -53,12 +53,12 @@ TEST_F(UnitTable, TemperatureByCodeInTheTemperatureKindAndHeadInTheHeadKind) {
         for (const std::int32_t edition : {5, 6}) {
             const Edition kind(edition);
             read(one(1, 1, 1, 1, code));
-            EXPECT_EQ(state.units.UTEMP, temperatures[code - 1]);
+            EXPECT_EQ(state.units.temperature, temperatures[code - 1]);
         }
         for (const std::int32_t edition : {9, 10}) {
             const Edition kind(edition);
             read(one(1, 1, 1, 1, code));
-            EXPECT_EQ(state.units.UTEMP, heads[code - 1]);
+            EXPECT_EQ(state.units.temperature, heads[code - 1]);
         }
     }
 }
@@ -68,7 +68,7 @@ TEST_F(UnitTable, OtherKindsHaveNoLabelOfTemperature) {
         for (int code = 1; code <= 4; ++code) {
             const Edition kind(edition);
             read(one(1, 1, 1, 1, code));
-            EXPECT_EQ(state.units.UTEMP, "     ") << edition;
+            EXPECT_EQ(state.units.temperature, "     ") << edition;
         }
 }
 
@@ -85,7 +85,7 @@ TEST_F(UnitTable, StressByForceAndLength) {
     for (int force = 1; force <= 7; ++force)
         for (int length = 1; length <= 4; ++length) {
             read(one(force, length, 1, 1, 1));
-            EXPECT_EQ(state.units.USTRESS, labels[force - 1][length - 1]) << force << ' ' << length;
+            EXPECT_EQ(state.units.stress, labels[force - 1][length - 1]) << force << ' ' << length;
         }
 }
 
@@ -99,7 +99,7 @@ TEST_F(UnitTable, MomentByForceAndLength) {
     for (int force = 1; force <= 7; ++force)
         for (int length = 1; length <= 4; ++length) {
             read(one(force, length, 1, 1, 1));
-            EXPECT_EQ(state.units.UMOMENT, labels[force - 1][length - 1]) << force << ' ' << length;
+            EXPECT_EQ(state.units.moment, labels[force - 1][length - 1]) << force << ' ' << length;
         }
 }
 
@@ -119,8 +119,8 @@ TEST_F(UnitTable, VelocityAndAccelerationByLengthAndTime) {
     for (int length = 1; length <= 4; ++length)
         for (int time = 1; time <= 4; ++time) {
             read(one(1, length, time, 1, 1));
-            EXPECT_EQ(state.units.UVELOC, velocities[length - 1][time - 1]);
-            EXPECT_EQ(state.units.UACCEL, accelerations[length - 1][time - 1]);
+            EXPECT_EQ(state.units.velocity, velocities[length - 1][time - 1]);
+            EXPECT_EQ(state.units.acceleration, accelerations[length - 1][time - 1]);
         }
 }
 
@@ -129,15 +129,15 @@ TEST_F(UnitTable, VelocityAndAccelerationByLengthAndTime) {
 TEST_F(UnitTable, LabelsAreBlankInTheirWidthBeforeTheFirstKnownCode) {
     const Edition kind(TEMPERATURE);
     read("0 0 0 0 0");
-    EXPECT_EQ(state.units.UFORCE, std::string(5, ' '));
-    EXPECT_EQ(state.units.ULENGTH, std::string(4, ' '));
-    EXPECT_EQ(state.units.UTIME, std::string(5, ' '));
-    EXPECT_EQ(state.units.UENERGY, std::string(7, ' '));
-    EXPECT_EQ(state.units.UTEMP, std::string(5, ' '));
-    EXPECT_EQ(state.units.USTRESS, std::string(9, ' '));
-    EXPECT_EQ(state.units.UMOMENT, std::string(8, ' '));
-    EXPECT_EQ(state.units.UVELOC, std::string(9, ' '));
-    EXPECT_EQ(state.units.UACCEL, std::string(9, ' '));
+    EXPECT_EQ(state.units.force, std::string(5, ' '));
+    EXPECT_EQ(state.units.length, std::string(4, ' '));
+    EXPECT_EQ(state.units.time, std::string(5, ' '));
+    EXPECT_EQ(state.units.energy, std::string(7, ' '));
+    EXPECT_EQ(state.units.temperature, std::string(5, ' '));
+    EXPECT_EQ(state.units.stress, std::string(9, ' '));
+    EXPECT_EQ(state.units.moment, std::string(8, ' '));
+    EXPECT_EQ(state.units.velocity, std::string(9, ' '));
+    EXPECT_EQ(state.units.acceleration, std::string(9, ' '));
 }
 
 TEST_F(UnitTable, UnknownCodeLeavesItsLabelsAsTheyStood) {
@@ -147,15 +147,15 @@ TEST_F(UnitTable, UnknownCodeLeavesItsLabelsAsTheyStood) {
         state.units = UnitLabels{};
         read("5 4 1 3 2");
         read(codes);
-        EXPECT_EQ(state.units.UFORCE, "(ton)") << codes;
-        EXPECT_EQ(state.units.ULENGTH, "ft  ") << codes;
-        EXPECT_EQ(state.units.UTIME, "(sec)") << codes;
-        EXPECT_EQ(state.units.UENERGY, "(lb-in)") << codes;
-        EXPECT_EQ(state.units.UTEMP, "(o F)") << codes;
-        EXPECT_EQ(state.units.USTRESS, "(ton/ft2)") << codes;
-        EXPECT_EQ(state.units.UMOMENT, "(ton-ft)") << codes;
-        EXPECT_EQ(state.units.UVELOC, "(ft/sec) ") << codes;
-        EXPECT_EQ(state.units.UACCEL, "(ft/sec2)") << codes;
+        EXPECT_EQ(state.units.force, "(ton)") << codes;
+        EXPECT_EQ(state.units.length, "ft  ") << codes;
+        EXPECT_EQ(state.units.time, "(sec)") << codes;
+        EXPECT_EQ(state.units.energy, "(lb-in)") << codes;
+        EXPECT_EQ(state.units.temperature, "(o F)") << codes;
+        EXPECT_EQ(state.units.stress, "(ton/ft2)") << codes;
+        EXPECT_EQ(state.units.moment, "(ton-ft)") << codes;
+        EXPECT_EQ(state.units.velocity, "(ft/sec) ") << codes;
+        EXPECT_EQ(state.units.acceleration, "(ft/sec2)") << codes;
     }
 }
 
@@ -163,47 +163,48 @@ TEST_F(UnitTable, UnknownCodeLeavesItsLabelsAsTheyStood) {
 TEST_F(UnitTable, OneUnknownCodeOfTwoLeavesTheLabelOfBoth) {
     read("5 4 1 3 2");
     read("2 9 2 1 1");
-    EXPECT_EQ(state.units.UFORCE, "(KN) ");
-    EXPECT_EQ(state.units.UTIME, "(min)");
-    EXPECT_EQ(state.units.ULENGTH, "ft  ");
-    EXPECT_EQ(state.units.USTRESS, "(ton/ft2)");
-    EXPECT_EQ(state.units.UMOMENT, "(ton-ft)");
-    EXPECT_EQ(state.units.UVELOC, "(ft/sec) ");
+    EXPECT_EQ(state.units.force, "(KN) ");
+    EXPECT_EQ(state.units.time, "(min)");
+    EXPECT_EQ(state.units.length, "ft  ");
+    EXPECT_EQ(state.units.stress, "(ton/ft2)");
+    EXPECT_EQ(state.units.moment, "(ton-ft)");
+    EXPECT_EQ(state.units.velocity, "(ft/sec) ");
     read("9 1 9 1 1");
-    EXPECT_EQ(state.units.ULENGTH, "cm  ");
-    EXPECT_EQ(state.units.USTRESS, "(ton/ft2)");
-    EXPECT_EQ(state.units.UACCEL, "(ft/sec2)");
+    EXPECT_EQ(state.units.length, "cm  ");
+    EXPECT_EQ(state.units.stress, "(ton/ft2)");
+    EXPECT_EQ(state.units.acceleration, "(ft/sec2)");
     read("9 2 4 1 1");
-    EXPECT_EQ(state.units.USTRESS, "(ton/ft2)");
-    EXPECT_EQ(state.units.UVELOC, "(m/day)  ");
+    EXPECT_EQ(state.units.stress, "(ton/ft2)");
+    EXPECT_EQ(state.units.velocity, "(m/day)  ");
 }
 
 TEST_F(UnitTable, CodesAreRealsInFreeField) {
     read("2.0, 2E0\n4.\n1 1 comment");
-    EXPECT_EQ(state.units.USTRESS, "(KPa)    ");
-    EXPECT_EQ(state.units.UVELOC, "(m/day)  ");
+    EXPECT_EQ(state.units.stress, "(KPa)    ");
+    EXPECT_EQ(state.units.velocity, "(m/day)  ");
 }
 
 // --- the title -----------------------------------------------------------------------------------
 
 TEST_F(UnitTable, TitleHasThe80FirstColumnsOfLine5) {
     directory.write(FILE, text("1 1 1 1 1\n", " A bridge"));
-    UNITTAB(state.channels, state.settings.kind(), state.units);
-    EXPECT_EQ(state.units.TITLE, " A bridge" + std::string(71, ' '));
+    read_unit_table(state.channels, state.settings.kind(), state.units);
+    EXPECT_EQ(state.units.title, " A bridge" + std::string(71, ' '));
     directory.write(FILE, text("1 1 1 1 1\n", std::string(79, 'a') + "bc"));
-    UNITTAB(state.channels, state.settings.kind(), state.units);
-    EXPECT_EQ(state.units.TITLE, std::string(79, 'a') + "b");
+    read_unit_table(state.channels, state.settings.kind(), state.units);
+    EXPECT_EQ(state.units.title, std::string(79, 'a') + "b");
     directory.write(FILE, text("1 1 1 1 1\n", ""));
-    UNITTAB(state.channels, state.settings.kind(), state.units);
-    EXPECT_EQ(state.units.TITLE, std::string(80, ' '));
+    read_unit_table(state.channels, state.settings.kind(), state.units);
+    EXPECT_EQ(state.units.title, std::string(80, ' '));
 }
 
 // --- a file that is not as it should be ----------------------------------------------------------
 
 TEST_F(UnitTable, ShortOrFaultyFileEndsTheRun) {
-    EXPECT_NE(
-        failure_of([] { UNITTAB(state.channels, state.settings.kind(), state.units); }).find("UNIT.DAT"),
-        std::string::npos);
+    EXPECT_NE(failure_of([] {
+                  read_unit_table(state.channels, state.settings.kind(), state.units);
+              }).find("UNIT.DAT"),
+              std::string::npos);
     const std::pair<const char*, const char*> cases[] = {
         {"", "line 1"},
         {"*\n*\n", "line 3"},
@@ -213,13 +214,13 @@ TEST_F(UnitTable, ShortOrFaultyFileEndsTheRun) {
     for (const auto& [content, line] : cases) {
         directory.write(FILE, content);
         const std::string message =
-            failure_of([] { UNITTAB(state.channels, state.settings.kind(), state.units); });
+            failure_of([] { read_unit_table(state.channels, state.settings.kind(), state.units); });
         EXPECT_NE(message.find("UNIT.DAT, " + std::string(line) + ": "), std::string::npos) << message;
     }
     for (const char* codes : {"", "\n", "1 1 1 1\n", "1 1 KN 1 1\n", "1 1 1 1 one\n"}) {
         directory.write(FILE, text(codes));
         const std::string message =
-            failure_of([] { UNITTAB(state.channels, state.settings.kind(), state.units); });
+            failure_of([] { read_unit_table(state.channels, state.settings.kind(), state.units); });
         EXPECT_NE(message.find("UNIT.DAT, line 1"), std::string::npos) << message;
     }
 }

@@ -19,10 +19,8 @@ constexpr int LONGEST_SOURCE = 400;  // lines: a longer file is two stages
 const fs::path SOURCES = fs::path(BRELAN_SOURCE_DIR) / "src";
 const fs::path PICTURE = fs::path(BRELAN_SOURCE_DIR) / "docs" / "architecture.md";
 
-struct Storeys {
-    std::map<std::string, std::set<std::string>> uses;  // by storey, the storeys below that it may include
-    std::set<std::string> tables;                       // headers that every storey over channel may include
-};
+// By storey, the storeys below that it may include.
+using Storeys = std::map<std::string, std::set<std::string>>;
 
 // The lines "storey: storeys that it uses" of the block that is marked as "storeys".
 Storeys read_storeys(std::istream& page) {
@@ -39,7 +37,7 @@ Storeys read_storeys(std::istream& page) {
             continue;
         const std::string name = line.substr(0, colon);
         std::istringstream rest(line.substr(colon + 1));
-        std::set<std::string>& words = name == "tables" ? storeys.tables : storeys.uses[name];
+        std::set<std::string>& words = storeys[name];
         for (std::string word; rest >> word;)
             words.insert(word);
     }
@@ -61,12 +59,8 @@ std::string storey_of(const std::string& path) {
 }
 
 bool may_include(const Storeys& drawn, const std::string& file, const std::string& header) {
-    const auto own = drawn.uses.find(storey_of(file));
-    if (own == drawn.uses.end())
-        return false;
-    if (storey_of(header) == own->first || own->second.contains(storey_of(header)))
-        return true;
-    return drawn.tables.contains(header) && own->second.contains("channel");
+    const auto own = drawn.find(storey_of(file));
+    return own != drawn.end() && (storey_of(header) == own->first || own->second.contains(storey_of(header)));
 }
 
 struct Source {
@@ -135,19 +129,19 @@ TEST(Architecture, FilesAreFound) {
 
 TEST(ArchitecturePicture, NamesEveryDirectory) {
     for (const Source& source : sources())
-        EXPECT_TRUE(storeys().uses.contains(storey_of(source.path))) << "src/" << source.path;
+        EXPECT_TRUE(storeys().contains(storey_of(source.path))) << "src/" << source.path;
 }
 
 TEST(ArchitecturePicture, DrawsArrowsToItsOwnStoreysOnly) {
-    EXPECT_FALSE(storeys().uses.empty());
-    for (const auto& [storey, below] : storeys().uses)
+    EXPECT_FALSE(storeys().empty());
+    for (const auto& [storey, below] : storeys())
         for (const std::string& name : below)
-            EXPECT_TRUE(storeys().uses.contains(name)) << storey << ": " << name;
+            EXPECT_TRUE(storeys().contains(name)) << storey << ": " << name;
 }
 
 // Takes away, again and again, the storeys that use none that is left.
 TEST(ArchitecturePicture, HasNoCircle) {
-    auto left = storeys().uses;
+    auto left = storeys();
     for (bool found = true; found;) {
         found = false;
         for (const auto& [storey, below] : left) {
@@ -166,14 +160,8 @@ TEST(ArchitecturePicture, HasNoCircle) {
 }
 
 TEST(ArchitecturePicture, KeepsChannelBelowEverything) {
-    ASSERT_TRUE(storeys().uses.contains("channel"));
-    EXPECT_TRUE(storeys().uses.at("channel").empty());
-}
-
-TEST(ArchitecturePicture, NamesTablesThatAreThere) {
-    EXPECT_FALSE(storeys().tables.empty());
-    for (const std::string& header : storeys().tables)
-        EXPECT_TRUE(fs::exists(SOURCES / header)) << header;
+    ASSERT_TRUE(storeys().contains("channel"));
+    EXPECT_TRUE(storeys().at("channel").empty());
 }
 
 // --- the check itself --------------------------------------------------------------------------------------
@@ -189,7 +177,6 @@ protected:
             "top: middle channel\n"
             "middle: channel\n"
             "channel:\n"
-            "tables: top/tables.h\n"
             "```\n"
             "top: elsewhere\n");
         return read_storeys(page);
@@ -198,10 +185,9 @@ protected:
 
 TEST_F(ArchitectureCheck, ReadsTheMarkedBlockOnly) {
     const Storeys drawn = picture();
-    EXPECT_EQ(drawn.uses.size(), 4U);
-    EXPECT_EQ(drawn.uses.at("top"), (std::set<std::string>{"channel", "middle"}));
-    EXPECT_TRUE(drawn.uses.at("channel").empty());
-    EXPECT_EQ(drawn.tables, (std::set<std::string>{"top/tables.h"}));
+    EXPECT_EQ(drawn.size(), 4U);
+    EXPECT_EQ(drawn.at("top"), (std::set<std::string>{"channel", "middle"}));
+    EXPECT_TRUE(drawn.at("channel").empty());
 }
 
 TEST_F(ArchitectureCheck, LetsIncludesGoDownwards) {
@@ -217,12 +203,6 @@ TEST_F(ArchitectureCheck, FindsIncludesThatGoUpwardsOrPastAStorey) {
     EXPECT_FALSE(may_include(picture(), "main.cpp", "middle/b.h"));
     EXPECT_FALSE(may_include(picture(), "unknown/a.cpp", "channel/b.h"));
     EXPECT_FALSE(may_include(picture(), "middle/a.cpp", "unknown/b.h"));
-}
-
-TEST_F(ArchitectureCheck, LetsTablesBeSeenFromAboveChannel) {
-    EXPECT_TRUE(may_include(picture(), "middle/a.cpp", "top/tables.h"));
-    EXPECT_FALSE(may_include(picture(), "channel/a.cpp", "top/tables.h"));
-    EXPECT_FALSE(may_include(picture(), "main.cpp", "middle/tables.h"));
 }
 
 TEST_F(ArchitectureCheck, ReadsTheIncludesOfAFile) {

@@ -26,7 +26,7 @@ void widen(NumberSpan& span, Number number) {
 std::vector<CodeRow> code_table(const Mesh& mesh) {
     std::map<NodeCodes, std::size_t> table;
     for (const Node& node : mesh.nodes)
-        ++table[node.ID];
+        ++table[node.codes];
     std::vector<CodeRow> rows;
     rows.reserve(table.size());
     for (const auto& [codes, count] : table)
@@ -42,15 +42,15 @@ Counts count_mesh(const Mesh& mesh, const std::vector<Corners>& corners) {
     Counts counts;
     counts.bounds = mesh.bounds();
     for (const Node& node : mesh.nodes)
-        widen(counts.nodes, node.NODE);
+        widen(counts.nodes, node.number);
     std::map<std::pair<ElementClass, std::int32_t>, MaterialRow> table;
     for (std::size_t i = 0; i < corners.size(); ++i) {
         const Element& e = mesh.elements[i];
         const Corners& c = corners[i];
-        widen(counts.elements, e.NEL);
-        MaterialRow& row = table[{e.of, e.words.MATNO}];
+        widen(counts.elements, e.number);
+        MaterialRow& row = table[{e.of, e.words.material}];
         row.of = e.of;
-        row.material = e.words.MATNO;
+        row.material = e.words.material;
         ++row.count;
         if (e.of == ElementClass::solid)
             ++(c.count == 3 ? counts.triangles : counts.quadrilaterals);

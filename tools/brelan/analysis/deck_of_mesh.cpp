@@ -22,11 +22,11 @@ std::string stem(std::string_view name) {
 
 // Names of the meshes that the deck reads and writes.
 std::vector<std::string> mesh_names(const Deck& deck) {
-    if (deck.IMOD == dam)  // stand on no card; the second is that of a dam with shells
+    if (deck.mode == dam)  // stand on no card; the second is that of a dam with shells
         return {"EarthDam.Mes", "Earth_Dam.Mes", std::string(BASE_MESH)};
     std::vector<std::string> names;
-    for (const std::string& name :
-         {deck.FILEA, deck.FILEB, std::string(deck.IMOD == base_mesh ? BASE_MESH : ""), deck.result})
+    for (const std::string& name : {deck.first_mesh, deck.second_mesh,
+                                    std::string(deck.mode == base_mesh ? BASE_MESH : ""), deck.result})
         if (!name.empty() && std::find(names.begin(), names.end(), name) == names.end())
             names.push_back(name);
     return names;
@@ -70,7 +70,7 @@ std::string told_of_other_mesh(const Deck& deck, const std::vector<DeckShape>& s
         return stem(name) == stem(mesh.file) || stem(name) == stem(mesh.name);
     };
     // What a base mesh has in its first line instead of a name.
-    const bool copy_of_base = stem(mesh.name) == "base mesh" && deck.IMOD >= base_mesh;
+    const bool copy_of_base = stem(mesh.name) == "base mesh" && deck.mode >= base_mesh;
     if (!names.empty() && !copy_of_base && std::none_of(names.begin(), names.end(), is_mesh))
         return fmt::format("its meshes are {}", joined(names, ", "));
     const Bounds bounds = mesh.bounds();

@@ -16,21 +16,22 @@ bool same_real(float a, float b) {
 }
 
 bool same_nodes(const ElementWords& a, const ElementWords& b) {
-    return a.I1 == b.I1 && a.I2 == b.I2 && a.I3 == b.I3 && a.I4 == b.I4 && a.M5 == b.M5 && a.M6 == b.M6 &&
-           a.M7 == b.M7 && a.M8 == b.M8;
+    return a.corner_1 == b.corner_1 && a.corner_2 == b.corner_2 && a.corner_3 == b.corner_3 &&
+           a.corner_4 == b.corner_4 && a.midside_5 == b.midside_5 && a.midside_6 == b.midside_6 &&
+           a.midside_7 == b.midside_7 && a.midside_8 == b.midside_8;
 }
 
 std::string midsides_text(const ElementWords& w) {
-    return fmt::format("({} {} {} {})", w.M5, w.M6, w.M7, w.M8);
+    return fmt::format("({} {} {} {})", w.midside_5, w.midside_6, w.midside_7, w.midside_8);
 }
 
 std::string nodes_text(const Element& e) {
     const ElementWords& w = e.words;
-    std::string text = fmt::format("{} {}", w.I1, w.I2);
+    std::string text = fmt::format("{} {}", w.corner_1, w.corner_2);
     if (e.is_line())
         return text;
-    text += fmt::format(" {} {}", w.I3, w.I4);
-    if (w.M5 != 0 || w.M6 != 0 || w.M7 != 0 || w.M8 != 0)
+    text += fmt::format(" {} {}", w.corner_3, w.corner_4);
+    if (w.midside_5 != 0 || w.midside_6 != 0 || w.midside_7 != 0 || w.midside_8 != 0)
         text += " " + midsides_text(w);
     return text;
 }
@@ -75,39 +76,39 @@ std::vector<PlacePair> common(const std::vector<Record>& a, const std::vector<Re
 }  // namespace
 
 bool same_values(const Node& a, const Node& b) {
-    return a.ID == b.ID && same_real(a.H, b.H) && same_real(a.CF, b.CF);
+    return a.codes == b.codes && same_real(a.head, b.head) && same_real(a.coefficient, b.coefficient);
 }
 
 bool same_attributes(const Mesh& mesh_a, const Mesh& mesh_b, const Element& a, const Element& b) {
-    if (a.of != b.of || a.words.MATNO != b.words.MATNO)
+    if (a.of != b.of || a.words.material != b.words.material)
         return false;
     if (a.is_line() || mesh_a.kind != mesh_b.kind)
         return true;
     switch (mesh_a.kind) {
         case LayoutKind::coupled:
-            return a.KS == b.KS && a.KF == b.KF && a.INTR == b.INTR && a.INTS == b.INTS &&
-                   same_real(a.TBJWL, b.TBJWL);
+            return a.skeleton == b.skeleton && a.fluid == b.fluid && a.integration_r == b.integration_r &&
+                   a.integration_s == b.integration_s && same_real(a.real_attribute, b.real_attribute);
         case LayoutKind::temperature:
         case LayoutKind::head:
-            return a.IDH == b.IDH;
+            return a.attribute == b.attribute;
         case LayoutKind::displacement:
             break;
     }
-    return same_real(a.THIC, b.THIC) && same_real(a.DEN, b.DEN);
+    return same_real(a.thickness, b.thickness) && same_real(a.density, b.density);
 }
 
 Difference difference_by_number(const Mesh& a, const Mesh& b, double tolerance) {
     Difference d;
     d.other_kind = a.kind != b.kind;
     d.tolerance = tolerance;
-    for (const PlacePair& pair : common(a.nodes, b.nodes, &Node::NODE, d.nodes_only_a, d.nodes_only_b)) {
+    for (const PlacePair& pair : common(a.nodes, b.nodes, &Node::number, d.nodes_only_a, d.nodes_only_b)) {
         if (!(distance(a.point(pair.first), b.point(pair.second)) <= tolerance))
             d.nodes_moved.push_back(pair);
         if (!d.other_kind && !same_values(a.nodes[static_cast<std::size_t>(pair.first)],
                                           b.nodes[static_cast<std::size_t>(pair.second)]))
             d.nodes_changed.push_back(pair);
     }
-    Number ElementRecord::*const number = &ElementRecord::NEL;
+    Number ElementRecord::*const number = &ElementRecord::number;
     const auto both = common(a.elements, b.elements, static_cast<Number Element::*>(number),
                              d.elements_only_a, d.elements_only_b);
     for (const PlacePair& pair : both) {
@@ -130,12 +131,14 @@ std::vector<FieldChange> node_changes(const Mesh& a, const Mesh& b, PlacePair no
     std::vector<FieldChange> changes;
     const std::vector<std::string_view> names = code_names(a.kind);
     for (std::size_t k = 0; k < names.size(); ++k)
-        if (x.ID[k] != y.ID[k])
-            changes.push_back({std::string(names[k]), std::to_string(x.ID[k]), std::to_string(y.ID[k])});
-    if (!same_real(x.H, y.H))
-        changes.push_back({std::string(value_name(a.kind)), fmt::format("{}", x.H), fmt::format("{}", y.H)});
-    if (!same_real(x.CF, y.CF))
-        changes.push_back({"CF", fmt::format("{}", x.CF), fmt::format("{}", y.CF)});
+        if (x.codes[k] != y.codes[k])
+            changes.push_back(
+                {std::string(names[k]), std::to_string(x.codes[k]), std::to_string(y.codes[k])});
+    if (!same_real(x.head, y.head))
+        changes.push_back(
+            {std::string(value_name(a.kind)), fmt::format("{}", x.head), fmt::format("{}", y.head)});
+    if (!same_real(x.coefficient, y.coefficient))
+        changes.push_back({"CF", fmt::format("{}", x.coefficient), fmt::format("{}", y.coefficient)});
     return changes;
 }
 
@@ -147,8 +150,8 @@ std::vector<FieldChange> element_changes(const Mesh& a, const Mesh& b, PlacePair
         changes.push_back({"class", std::string(name_of(x.of)), std::string(name_of(y.of))});
     if (nodes && !same_nodes(x.words, y.words))
         changes.push_back({"nodes", nodes_text(x), nodes_text(y)});
-    if (x.words.MATNO != y.words.MATNO)
-        changes.push_back({"material", std::to_string(x.words.MATNO), std::to_string(y.words.MATNO)});
+    if (x.words.material != y.words.material)
+        changes.push_back({"material", std::to_string(x.words.material), std::to_string(y.words.material)});
     if (x.is_line() || y.is_line() || a.kind != b.kind)
         return changes;
     for (const Attribute& attribute : attributes(a.kind))

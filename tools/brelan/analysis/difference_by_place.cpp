@@ -57,7 +57,8 @@ Cycle canonical(const Corners& c, const std::vector<std::int32_t>& number, int& 
 Cycle midsides(const Side& side, const Element& e, const Corners& corners) {
     int start = 0;
     canonical(corners, side.mapped, start);
-    const std::array<Number, 4> numbers{e.words.M5, e.words.M6, e.words.M7, e.words.M8};
+    const std::array<Number, 4> numbers{e.words.midside_5, e.words.midside_6, e.words.midside_7,
+                                        e.words.midside_8};
     Cycle cycle{};
     for (int k = 0; k < corners.count; ++k) {
         const Number number = numbers[static_cast<std::size_t>((start + k) % corners.count)];
@@ -109,7 +110,8 @@ void sign_nodes(Side& side, bool with_values) {
         const Corners& c = side.corners[i];
         int start = 0;
         const Cycle cycle = canonical(c, side.place, start);
-        std::uint64_t h = mixed(static_cast<std::uint64_t>(e.of), static_cast<std::uint64_t>(e.words.MATNO));
+        std::uint64_t h =
+            mixed(static_cast<std::uint64_t>(e.of), static_cast<std::uint64_t>(e.words.material));
         for (const std::int32_t p : cycle)
             h = mixed(h, static_cast<std::uint64_t>(p));
         for (int k = 0; k < c.count; ++k)
@@ -122,10 +124,10 @@ void sign_nodes(Side& side, bool with_values) {
         return;
     for (std::size_t n = 0; n < side.signature.size(); ++n) {
         const Node& node = side.mesh.nodes[n];
-        for (const std::int32_t code : node.ID)
+        for (const std::int32_t code : node.codes)
             side.signature[n] = mixed(side.signature[n], static_cast<std::uint64_t>(code));
-        side.signature[n] = mixed(side.signature[n], std::bit_cast<std::uint32_t>(node.H));
-        side.signature[n] = mixed(side.signature[n], std::bit_cast<std::uint32_t>(node.CF));
+        side.signature[n] = mixed(side.signature[n], std::bit_cast<std::uint32_t>(node.head));
+        side.signature[n] = mixed(side.signature[n], std::bit_cast<std::uint32_t>(node.coefficient));
     }
 }
 

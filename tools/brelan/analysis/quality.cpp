@@ -93,11 +93,11 @@ Quality measure_quality(const Mesh& mesh, const std::vector<Corners>& corners, s
             continue;
         const Shape shape = shape_of(mesh, corners[i]);
         ++quality.solids;
-        smallest_angle.add(e.NEL, shape.smallest_angle);
-        largest_angle.add(e.NEL, shape.largest_angle);
-        aspect_ratio.add(e.NEL, shape.aspect_ratio);
-        area.add(e.NEL, shape.area);
-        side.add(e.NEL, shape.shortest_side);
+        smallest_angle.add(e.number, shape.smallest_angle);
+        largest_angle.add(e.number, shape.largest_angle);
+        aspect_ratio.add(e.number, shape.aspect_ratio);
+        area.add(e.number, shape.area);
+        side.add(e.number, shape.shortest_side);
         const auto bin = std::upper_bound(ANGLE_LIMITS.begin(), ANGLE_LIMITS.end(), shape.smallest_angle);
         ++quality.by_angle[static_cast<std::size_t>(bin - ANGLE_LIMITS.begin())];
     }

@@ -71,7 +71,7 @@ void look_for_doubts(Report& report, const DeckPlace& place) {
     doubt_dam(doubts);
     doubt_outlines(doubts);
     std::optional<Mesh> a, b;
-    if (deck.IMOD == 2) {
+    if (deck.mode == 2) {
         a = std::move(report.verdict.base_mesh);
         if (!report.verdict.no_base_mesh.empty())
             doubts.end_of_run("no-base-mesh", deck.card("4.1"), report.verdict.no_base_mesh);
@@ -79,9 +79,9 @@ void look_for_doubts(Report& report, const DeckPlace& place) {
             for (const std::string& side : free_sides(*deck.card("4.1"), *a))
                 doubts.doubt("free-side", deck.card("4.1"), side);
     } else {
-        a = source_mesh(doubts, place, deck.FILEA, "FILEA");
+        a = source_mesh(doubts, place, deck.first_mesh, "FILEA");
     }
-    b = source_mesh(doubts, place, deck.FILEB, "FILEB");
+    b = source_mesh(doubts, place, deck.second_mesh, "FILEB");
     std::optional<MeshPlaces> places;
     if (a)
         places.emplace(*a);

@@ -17,10 +17,10 @@ namespace brelan::tool {
 namespace {
 
 Number number_of(const Node& node) {
-    return node.NODE;
+    return node.number;
 }
 Number number_of(const Element& element) {
-    return element.NEL;
+    return element.number;
 }
 
 // "12, 15 to 19": numbers with their runs closed up, at most `list` of them.
@@ -106,8 +106,8 @@ public:
                          {"only_b", only_json(b_.elements, d_.elements_only_b)},
                          {"changed", some_json(d_.elements_changed, [&](const PlacePair& p) {
                               return Json{
-                                  {"element", a_.elements[static_cast<std::size_t>(p.first)].NEL},
-                                  {"other_element", b_.elements[static_cast<std::size_t>(p.second)].NEL},
+                                  {"element", a_.elements[static_cast<std::size_t>(p.first)].number},
+                                  {"other_element", b_.elements[static_cast<std::size_t>(p.second)].number},
                                   {"fields", fields_json(changes(p))}};
                           })}};
         return j;
@@ -149,8 +149,8 @@ private:
     }
 
     std::pair<Number, Number> numbers_of(const PlacePair& p) const {
-        return {a_.nodes[static_cast<std::size_t>(p.first)].NODE,
-                b_.nodes[static_cast<std::size_t>(p.second)].NODE};
+        return {a_.nodes[static_cast<std::size_t>(p.first)].number,
+                b_.nodes[static_cast<std::size_t>(p.second)].number};
     }
 
     static std::string pair_name(Number a, Number b) {
@@ -160,8 +160,8 @@ private:
         return pair_name(numbers_of(p).first, numbers_of(p).second);
     }
     std::string element_name(const PlacePair& p) const {
-        return pair_name(a_.elements[static_cast<std::size_t>(p.first)].NEL,
-                         b_.elements[static_cast<std::size_t>(p.second)].NEL);
+        return pair_name(a_.elements[static_cast<std::size_t>(p.first)].number,
+                         b_.elements[static_cast<std::size_t>(p.second)].number);
     }
 
     std::vector<FieldChange> changes(const PlacePair& p) const {

@@ -45,8 +45,8 @@ bool shows_something(const Mesh& mesh, const std::vector<Corners>& corners, cons
     return std::any_of(corners.begin(), corners.end(),
                        [&](const Corners& c) { return c.complete() && shows_in(mesh, c, window); }) ||
            std::any_of(mesh.nodes.begin(), mesh.nodes.end(), [&](const Node& node) {
-               return node.XC >= window.low.x && node.XC <= window.high.x && node.YC >= window.low.y &&
-                      node.YC <= window.high.y;
+               return node.x >= window.low.x && node.x <= window.high.x && node.y >= window.low.y &&
+                      node.y <= window.high.y;
            });
 }
 

@@ -138,9 +138,9 @@ fs::path result_of(const Deck& deck, const fs::path& project, const fs::path& wo
                    const DataDirectory& data) {
     constexpr std::int32_t dam = 3;
     std::string name = deck.result;
-    if (deck.IMOD == 2 && name.empty())
+    if (deck.mode == 2 && name.empty())
         name = BASE_MESH;
-    if (deck.IMOD == dam) {
+    if (deck.mode == dam) {
         std::ifstream stream(data.files() / "FnPlot2D.dat");
         std::getline(stream, name);
         name.erase(name.find_last_not_of(" \r") + 1);
@@ -157,7 +157,7 @@ void warn(const Remark& remark, const Deck& deck, const fs::path& base_mesh, boo
         for (const DeckCard& card : deck.cards)
             if (card.type == CardType::name && card.name == deck.result)
                 say(card.line, lost_result(card.name));
-    if (deck.IMOD != 2 || lower(deck.result) == lower(BASE_MESH))
+    if (deck.mode != 2 || lower(deck.result) == lower(BASE_MESH))
         return;
     std::error_code error;
     if (const DeckCard* blocks = deck.card("4.1"); fs::is_regular_file(base_mesh, error))
@@ -171,7 +171,7 @@ void warn(const Remark& remark, const Deck& deck, const fs::path& base_mesh, boo
 void remark_old_numbers(RunReport& report, const Deck& deck) {
     constexpr std::int32_t dam = 3;
     constexpr std::string_view body = "EarthDam.Mes";
-    if (deck.IMOD != dam || report.result.empty() || report.result.filename() == body)
+    if (deck.mode != dam || report.result.empty() || report.result.filename() == body)
         return;
     std::vector<std::string> lists;
     for (const fs::path& file : report.also)

@@ -175,11 +175,11 @@ std::string message_of_stop(const FailedRun& run) {
         return fmt::format("{}: a card of a deck that the run has made itself has a wrong count of values",
                            deck);
     }
-    if (stop == "100" && run.deck.IMOD <= 0)
+    if (stop == "100" && run.deck.mode <= 0)
         return fmt::format(
             "{}: the lowest element numbers of {} and {} are the same; give one of them other "
             "numbers, with Card 3.2 of an edit (brelan new edit-0)",
-            deck, run.deck.FILEA, run.deck.FILEB);
+            deck, run.deck.first_mesh, run.deck.second_mesh);
     if (stop == "100")
         return fmt::format(
             "{}: the base mesh is larger than the program can hold; larger DX and DY make fewer "

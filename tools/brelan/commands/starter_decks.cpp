@@ -65,26 +65,26 @@ Mesh squares(LayoutKind kind, int left, int columns, int rows, Number first_elem
             const bool side = c == 0 || c == columns;
             const bool bottom = r == rows;
             Node node;
-            node.NODE = static_cast<Number>(mesh.nodes.size()) + 1;
-            node.XC = static_cast<float>(left + c);
-            node.YC = static_cast<float>(rows - r);
+            node.number = static_cast<Number>(mesh.nodes.size()) + 1;
+            node.x = static_cast<float>(left + c);
+            node.y = static_cast<float>(rows - r);
             const std::int32_t x = side ? 1 : 0, y = bottom ? 1 : 0;
             switch (kind) {
                 case LayoutKind::coupled:
-                    node.ID = {x, y, x, y, 1};
+                    node.codes = {x, y, x, y, 1};
                     break;
                 case LayoutKind::temperature:
-                    node.ID = {-100 * x, -100 * y};
-                    node.H = 10.0F;
-                    node.CF = 1.0F;
+                    node.codes = {-100 * x, -100 * y};
+                    node.head = 10.0F;
+                    node.coefficient = 1.0F;
                     break;
                 case LayoutKind::head:
-                    node.ID = {x, y};
-                    node.H = 5.0F;
-                    node.CF = 1.0F;
+                    node.codes = {x, y};
+                    node.head = 5.0F;
+                    node.coefficient = 1.0F;
                     break;
                 case LayoutKind::displacement:
-                    node.ID = {x, y, 1};
+                    node.codes = {x, y, 1};
                     break;
             }
             mesh.nodes.push_back(node);
@@ -93,13 +93,13 @@ Mesh squares(LayoutKind kind, int left, int columns, int rows, Number first_elem
     for (int c = 0; c < columns; ++c)
         for (int r = 0; r < rows; ++r) {
             Element e;
-            e.NEL = first_element + static_cast<Number>(mesh.elements.size());
+            e.number = first_element + static_cast<Number>(mesh.elements.size());
             e.words = {
                 node_at(c + 1, r), node_at(c, r), node_at(c, r + 1), node_at(c + 1, r + 1), 0, 0, 0, 0, 1};
-            e.KF = 1;
-            e.INTR = e.INTS = 2;
-            e.THIC = 1.0F;
-            e.DEN = 2.3F;
+            e.fluid = 1;
+            e.integration_r = e.integration_s = 2;
+            e.thickness = 1.0F;
+            e.density = 2.3F;
             mesh.elements.push_back(e);
         }
     return mesh;
@@ -108,10 +108,10 @@ Mesh squares(LayoutKind kind, int left, int columns, int rows, Number first_elem
 void add_line(Mesh& mesh, ElementClass of, Number i, Number j) {
     Element e;
     e.of = of;
-    e.NEL = mesh.elements.back().NEL + 1;
-    e.words.I1 = e.words.I4 = i;
-    e.words.I2 = e.words.I3 = j;
-    e.words.MATNO = 1;
+    e.number = mesh.elements.back().number + 1;
+    e.words.corner_1 = e.words.corner_4 = i;
+    e.words.corner_2 = e.words.corner_3 = j;
+    e.words.material = 1;
     mesh.elements.push_back(e);
 }
 
@@ -119,7 +119,7 @@ void add_line(Mesh& mesh, ElementClass of, Number i, Number j) {
 Mesh start_mesh(LayoutKind kind) {
     Mesh mesh = squares(kind, 0, 6, 3, 1);
     for (std::size_t e = 0; e < mesh.elements.size(); e += 3)
-        mesh.elements[e].words.MATNO = 2;
+        mesh.elements[e].words.material = 2;
     add_line(mesh, ElementClass::beam, 13, 14);
     add_line(mesh, ElementClass::beam, 14, 15);
     add_line(mesh, ElementClass::truss, 21, 25);

@@ -113,7 +113,7 @@ private:
     void add_groups() {
         std::map<std::pair<ElementClass, std::int32_t>, std::size_t> counts;
         for (const Element& e : mesh_.elements)
-            ++counts[{e.of, e.words.MATNO}];
+            ++counts[{e.of, e.words.material}];
         data_["groups"] = Json::Array();
         for (const auto& [key, count] : counts) {
             const auto& [of, material] = key;
@@ -133,11 +133,11 @@ private:
         std::vector<std::int32_t> numbers;
         std::vector<float> x, y, h, cf;
         for (const Node& node : mesh_.nodes) {
-            numbers.push_back(node.NODE);
-            x.push_back(node.XC);
-            y.push_back(node.YC);
-            h.push_back(node.H);
-            cf.push_back(node.CF);
+            numbers.push_back(node.number);
+            x.push_back(node.x);
+            y.push_back(node.y);
+            h.push_back(node.head);
+            cf.push_back(node.coefficient);
         }
         arrays_.add("nodeNumber", numbers);
         arrays_.add("x", x);
@@ -152,7 +152,7 @@ private:
         for (std::size_t k = 0; k < names.size(); ++k) {
             std::vector<std::int32_t> codes;
             for (const Node& node : mesh_.nodes)
-                codes.push_back(node.ID[k]);
+                codes.push_back(node.codes[k]);
             arrays_.add("code" + std::to_string(k), codes);
             data_["codes"].push_back({{"name", names[k]}, {"symbol", symbol_of(names[k])}});
         }
@@ -169,12 +169,13 @@ private:
         bool has_midsides = false;
         for (std::size_t i = 0; i < corners_.size(); ++i) {
             const Element& e = mesh_.elements[i];
-            numbers.push_back(e.NEL);
-            groups.push_back(groups_.at({e.of, e.words.MATNO}));
+            numbers.push_back(e.number);
+            groups.push_back(groups_.at({e.of, e.words.material}));
             corners.insert(corners.end(), corners_[i].place.begin(), corners_[i].place.end());
             const ElementWords& w = e.words;
-            midsides.insert(midsides.end(), {w.M5, w.M6, w.M7, w.M8});
-            has_midsides = has_midsides || w.M5 != 0 || w.M6 != 0 || w.M7 != 0 || w.M8 != 0;
+            midsides.insert(midsides.end(), {w.midside_5, w.midside_6, w.midside_7, w.midside_8});
+            has_midsides =
+                has_midsides || w.midside_5 != 0 || w.midside_6 != 0 || w.midside_7 != 0 || w.midside_8 != 0;
         }
         arrays_.add("elementNumber", numbers);
         arrays_.add("numberLine", element_number_lines(mesh_, corners_));
@@ -220,7 +221,7 @@ private:
                 continue;
             std::vector<std::int32_t> elements, doubles;
             for (std::size_t i = 0; i < corners_.size(); ++i)
-                if (mesh_.elements[i].of == key.first && mesh_.elements[i].words.MATNO == key.second &&
+                if (mesh_.elements[i].of == key.first && mesh_.elements[i].words.material == key.second &&
                     corners_[i].complete() && !tangled[i]) {
                     (over[i] != 0 ? doubles : elements).push_back(static_cast<std::int32_t>(i));
                     side += std::sqrt(std::abs(signed_area(mesh_, corners_[i])));

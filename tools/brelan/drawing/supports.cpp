@@ -32,7 +32,7 @@ std::vector<CodeMeaning> meanings(LayoutKind kind) {
 }
 
 bool has(const Node& node, const CodeMeaning& meaning) {
-    return node.ID[meaning.code] != 0;
+    return node.codes[meaning.code] != 0;
 }
 
 constexpr double SIZE = 7.0, SMALLEST = 2.0, SHARE = 0.9;  // the last: of the room that there is
@@ -137,7 +137,7 @@ void add_supports(Scene& scene, const Mesh& mesh, const std::vector<Corners>& co
                 continue;
             const bool to_left = meaning.symbol == Support::fixed_x && p.x < middle.x;
             const bool upwards = meaning.symbol == Support::fixed_y && p.y < middle.y &&
-                                 mesh.nodes[n].YC >= static_cast<float>(bounds.high.y);
+                                 mesh.nodes[n].y >= static_cast<float>(bounds.high.y);
             add_symbol(lines[static_cast<std::size_t>(meaning.symbol)], meaning.symbol, p, size,
                        to_left || upwards ? -1.0 : 1.0);
         }

@@ -80,12 +80,12 @@ public:
         cells_.flow_lines = mesh_.flow_lines;
         require_single_numbers();
         for (const Node& node : mesh_.nodes) {
-            cells_.points.insert(cells_.points.end(), {node.XC, node.YC, 0.0F});
-            cells_.point_tags.push_back(node.NODE);
+            cells_.points.insert(cells_.points.end(), {node.x, node.y, 0.0F});
+            cells_.point_tags.push_back(node.number);
         }
         for (const Element& e : mesh_.elements) {
             add_element(e);
-            cells_.cell_tags.push_back(e.NEL);
+            cells_.cell_tags.push_back(e.number);
         }
         add_groups();
         add_point_data();
@@ -96,13 +96,13 @@ public:
 private:
     void require_single_numbers() const {
         for (std::size_t n = 1; n < mesh_.nodes.size(); ++n)
-            if (mesh_.nodes[n].NODE == mesh_.nodes[n - 1].NODE)
+            if (mesh_.nodes[n].number == mesh_.nodes[n - 1].number)
                 throw Failure(
-                    fmt::format("{}: node number {} stands twice", mesh_.file, mesh_.nodes[n].NODE));
+                    fmt::format("{}: node number {} stands twice", mesh_.file, mesh_.nodes[n].number));
         for (std::size_t i = 0; i < mesh_.elements.size(); ++i)
-            if (mesh_.element_place(mesh_.elements[i].NEL) != static_cast<std::int32_t>(i))
+            if (mesh_.element_place(mesh_.elements[i].number) != static_cast<std::int32_t>(i))
                 throw Failure(
-                    fmt::format("{}: element number {} stands twice", mesh_.file, mesh_.elements[i].NEL));
+                    fmt::format("{}: element number {} stands twice", mesh_.file, mesh_.elements[i].number));
     }
 
     void add_element(const Element& e) {
@@ -112,9 +112,10 @@ private:
             nodes[static_cast<std::size_t>(k)] = mesh_.node_place(e.corner(k));
             if (nodes[static_cast<std::size_t>(k)] == Mesh::NONE)
                 throw Failure(fmt::format("{}: element {} names node {}, which is not there", mesh_.file,
-                                          e.NEL, e.corner(k)));
+                                          e.number, e.corner(k)));
         }
-        const std::array<Number, 4> midsides{e.words.M5, e.words.M6, e.words.M7, e.words.M8};
+        const std::array<Number, 4> midsides{e.words.midside_5, e.words.midside_6, e.words.midside_7,
+                                             e.words.midside_8};
         int there = 0;
         for (int k = 0; k < corners && !e.is_line(); ++k) {
             const std::int32_t place = mesh_.node_place(midsides[static_cast<std::size_t>(k)]);
@@ -133,7 +134,7 @@ private:
     void add_groups() {
         std::map<std::pair<ElementClass, std::int32_t>, std::int32_t> places;
         for (const Element& e : mesh_.elements)
-            places[{e.of, e.words.MATNO}] = 0;
+            places[{e.of, e.words.material}] = 0;
         std::set<std::int32_t> materials{0};
         for (const auto& [key, place] : places)
             materials.insert(key.second);
@@ -157,26 +158,26 @@ private:
             cells_.groups.push_back(group);
         }
         for (const Element& e : mesh_.elements)
-            cells_.group_of.push_back(places[{e.of, e.words.MATNO}]);
+            cells_.group_of.push_back(places[{e.of, e.words.material}]);
     }
 
     void add_point_data() {
         std::vector<DataArray>& data = cells_.point_data;
-        data.push_back(array_of(NUMBER, true, mesh_.nodes, [](const Node& n) { return n.NODE; }));
+        data.push_back(array_of(NUMBER, true, mesh_.nodes, [](const Node& n) { return n.number; }));
         const std::vector<std::string_view> codes = code_names(mesh_.kind);
         for (std::size_t k = 0; k < codes.size(); ++k)
-            data.push_back(array_of(codes[k], true, mesh_.nodes, [k](const Node& n) { return n.ID[k]; }));
+            data.push_back(array_of(codes[k], true, mesh_.nodes, [k](const Node& n) { return n.codes[k]; }));
         if (const std::string_view value = value_name(mesh_.kind); !value.empty()) {
-            data.push_back(array_of(value, false, mesh_.nodes, [](const Node& n) { return n.H; }));
-            data.push_back(array_of("CF", false, mesh_.nodes, [](const Node& n) { return n.CF; }));
+            data.push_back(array_of(value, false, mesh_.nodes, [](const Node& n) { return n.head; }));
+            data.push_back(array_of("CF", false, mesh_.nodes, [](const Node& n) { return n.coefficient; }));
         }
     }
 
     void add_cell_data() {
         std::vector<DataArray>& data = cells_.cell_data;
         const std::vector<Element>& elements = mesh_.elements;
-        data.push_back(array_of(NUMBER, true, elements, [](const Element& e) { return e.NEL; }));
-        data.push_back(array_of(MATERIAL, true, elements, [](const Element& e) { return e.words.MATNO; }));
+        data.push_back(array_of(NUMBER, true, elements, [](const Element& e) { return e.number; }));
+        data.push_back(array_of(MATERIAL, true, elements, [](const Element& e) { return e.words.material; }));
         data.push_back(
             array_of(CLASS, true, elements, [](const Element& e) { return static_cast<int>(e.of) + 1; }));
         for (const Attribute& a : attributes(mesh_.kind))
@@ -187,7 +188,8 @@ private:
                 data.push_back(
                     array_of(a.name, false, elements, [&](const Element& e) { return e.*a.real; }));
         if (std::none_of(elements.begin(), elements.end(), [](const Element& e) {
-                return e.words.M5 != 0 || e.words.M6 != 0 || e.words.M7 != 0 || e.words.M8 != 0;
+                return e.words.midside_5 != 0 || e.words.midside_6 != 0 || e.words.midside_7 != 0 ||
+                       e.words.midside_8 != 0;
             }))
             return;
         for (const auto& [name, word] : MIDSIDES)

@@ -72,10 +72,10 @@ inline constexpr std::string_view NUMBER = "number", MATERIAL = "material", CLAS
 
 // The arrays of the midside nodes, whose values are numbers.
 inline constexpr std::array<std::pair<std::string_view, std::int32_t ElementWords::*>, 4> MIDSIDES{
-    {{"M5", &ElementWords::M5},
-     {"M6", &ElementWords::M6},
-     {"M7", &ElementWords::M7},
-     {"M8", &ElementWords::M8}}};
+    {{"M5", &ElementWords::midside_5},
+     {"M6", &ElementWords::midside_6},
+     {"M7", &ElementWords::midside_7},
+     {"M8", &ElementWords::midside_8}}};
 
 // The name under which another kind holds the same code; empty where none does.
 std::string_view same_code(std::string_view name);

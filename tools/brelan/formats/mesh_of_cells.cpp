@@ -156,22 +156,22 @@ private:
         const KeptPoints points = kept_points(cells_, cells_of_elements_, mesh().kind);
         result_.centres = points.centres;
         result_.midsides = points.midsides;
-        if (points.count() > MAXNP)
-            throw Failure(
-                fmt::format("{}: expected at most {} points, found {}", cells_.file, MAXNP, points.count()));
+        if (points.count() > HIGHEST_NODE_NUMBER)
+            throw Failure(fmt::format("{}: expected at most {} points, found {}", cells_.file,
+                                      HIGHEST_NODE_NUMBER, points.count()));
         for (std::size_t n = 0; n < points.kept.size(); ++n)
             if (points.kept[n])
                 places_.push_back(n);
         const std::vector<Number> list =
-            numbers(cells_.point_array(NUMBER), cells_.point_tags, places_, MAXNP, "node");
+            numbers(cells_.point_array(NUMBER), cells_.point_tags, places_, HIGHEST_NODE_NUMBER, "node");
         numbers_.resize(cells_.point_count());
         for (std::size_t i = 0; i < places_.size(); ++i) {
             const float* p = cells_.points.data() + 3 * places_[i];
             Node node;
-            node.NODE = numbers_[places_[i]] = list[i];
-            node.XC = p[0];
-            node.YC = p[1];
-            node.CF = value_name(mesh().kind).empty() ? 0.0F : USUAL_CF;
+            node.number = numbers_[places_[i]] = list[i];
+            node.x = p[0];
+            node.y = p[1];
+            node.coefficient = value_name(mesh().kind).empty() ? 0.0F : USUAL_CF;
             mesh().nodes.push_back(node);
         }
         const std::vector<std::string_view> names = code_names(mesh().kind);
@@ -181,12 +181,12 @@ private:
                 array = cells_.point_array(same_code(names[k]));
             const std::vector<std::int32_t> codes = integers(array);
             for (std::size_t n = 0; n < mesh().nodes.size(); ++n)
-                mesh().nodes[n].ID[k] = codes.empty() ? usual_code(names[k]) : codes[places_[n]];
+                mesh().nodes[n].codes[k] = codes.empty() ? usual_code(names[k]) : codes[places_[n]];
         }
         if (value_name(mesh().kind).empty())
             return;
-        set_reals(value_name(mesh().kind), &Node::H);
-        set_reals("CF", &Node::CF);
+        set_reals(value_name(mesh().kind), &Node::head);
+        set_reals("CF", &Node::coefficient);
     }
 
     void set_reals(std::string_view name, float Node::*member) {
@@ -253,9 +253,9 @@ private:
         }
         if (mesh().elements.empty())
             throw Failure(fmt::format("{}: expected triangles and quadrilaterals, found none", cells_.file));
-        if (mesh().elements.size() > MAXEL)
-            throw Failure(fmt::format("{}: expected at most {} elements, found {}", cells_.file, MAXEL,
-                                      mesh().elements.size()));
+        if (mesh().elements.size() > HIGHEST_ELEMENT_NUMBER)
+            throw Failure(fmt::format("{}: expected at most {} elements, found {}", cells_.file,
+                                      HIGHEST_ELEMENT_NUMBER, mesh().elements.size()));
     }
 
     void fill_elements() {
@@ -264,13 +264,13 @@ private:
             if (material_array == nullptr)
                 material_array = cells_.cell_array(name);
         const std::vector<std::int32_t> materials = integers(material_array);
-        const std::vector<Number> list =
-            numbers(cells_.cell_array(NUMBER), cells_.cell_tags, cells_of_elements_, MAXEL, "element");
+        const std::vector<Number> list = numbers(cells_.cell_array(NUMBER), cells_.cell_tags,
+                                                 cells_of_elements_, HIGHEST_ELEMENT_NUMBER, "element");
         for (std::size_t i = 0; i < cells_of_elements_.size(); ++i) {
             const std::size_t cell = cells_of_elements_[i];
             Element& e = mesh().elements[i];
             e = element_of(cell, e.of, material_of(cell, materials));
-            e.NEL = list[i];
+            e.number = list[i];
             const GroupMeaning* meaning = meaning_of_cell(cell);
             mesh().flow_lines = mesh().flow_lines || (meaning != nullptr && meaning->flow_line);
         }
@@ -290,25 +290,25 @@ private:
         }
         const Shape2D shape = cells_.shapes[cell];
         const int corners = corners_of(shape);
-        e.words.I1 = number(0);
-        e.words.I2 = number(1);
-        e.words.I3 = number(2);
-        e.words.I4 = corners == 4 ? number(3) : 0;
+        e.words.corner_1 = number(0);
+        e.words.corner_2 = number(1);
+        e.words.corner_3 = number(2);
+        e.words.corner_4 = corners == 4 ? number(3) : 0;
         if (shape != Shape2D::triangle && shape != Shape2D::quad) {
-            e.words.M5 = number(corners);
-            e.words.M6 = number(corners + 1);
-            e.words.M7 = number(corners + 2);
-            e.words.M8 = corners == 4 ? number(corners + 3) : 0;
+            e.words.midside_5 = number(corners);
+            e.words.midside_6 = number(corners + 1);
+            e.words.midside_7 = number(corners + 2);
+            e.words.midside_8 = corners == 4 ? number(corners + 3) : 0;
         }
-        e.words.MATNO = material;
-        e.KF = 1;
-        e.INTR = e.INTS = 2;
-        e.THIC = 1.0F;
-        e.DEN = USUAL_DENSITY;
+        e.words.material = material;
+        e.fluid = 1;
+        e.integration_r = e.integration_s = 2;
+        e.thickness = 1.0F;
+        e.density = USUAL_DENSITY;
         if (of == ElementClass::joint) {
-            e.KS = 1;
-            e.IDH = 100;
-            e.DEN = -1.0F;
+            e.skeleton = 1;
+            e.attribute = 100;
+            e.density = -1.0F;
         }
         return e;
     }
@@ -333,7 +333,7 @@ private:
         }
         if (!has_midside_nodes(mesh().kind))
             for (Element& e : mesh().elements)
-                e.words.M5 = e.words.M6 = e.words.M7 = e.words.M8 = 0;
+                e.words.midside_5 = e.words.midside_6 = e.words.midside_7 = e.words.midside_8 = 0;
     }
 
     // The nodes of beams turn; those of other programs' lines cannot say so.
@@ -343,14 +343,14 @@ private:
                                            [](std::string_view name) { return usual_code(name) == 1; });
         if (rotation == names.end())
             return;
-        std::vector<bool> of_beam(static_cast<std::size_t>(MAXNP) + 1, false);
+        std::vector<bool> of_beam(static_cast<std::size_t>(HIGHEST_NODE_NUMBER) + 1, false);
         for (const Element& e : mesh().elements)
             if (e.of == ElementClass::beam)
-                of_beam[static_cast<std::size_t>(e.words.I1)] =
-                    of_beam[static_cast<std::size_t>(e.words.I2)] = true;
+                of_beam[static_cast<std::size_t>(e.words.corner_1)] =
+                    of_beam[static_cast<std::size_t>(e.words.corner_2)] = true;
         for (Node& node : mesh().nodes)
-            if (of_beam[static_cast<std::size_t>(node.NODE)])
-                node.ID[static_cast<std::size_t>(rotation - names.begin())] = 0;
+            if (of_beam[static_cast<std::size_t>(node.number)])
+                node.codes[static_cast<std::size_t>(rotation - names.begin())] = 0;
     }
 
     // Elements run anti-clockwise here. A mesh of ours comes back as it was.
@@ -364,12 +364,12 @@ private:
             ++result_.turned;
             ElementWords& w = mesh().elements[i].words;
             if (corners[i].count == 3) {  // I1 I3 I2, the midside nodes with their sides
-                std::swap(w.I2, w.I3);
-                std::swap(w.M5, w.M7);
+                std::swap(w.corner_2, w.corner_3);
+                std::swap(w.midside_5, w.midside_7);
             } else {  // I1 I4 I3 I2
-                std::swap(w.I2, w.I4);
-                std::swap(w.M5, w.M8);
-                std::swap(w.M6, w.M7);
+                std::swap(w.corner_2, w.corner_4);
+                std::swap(w.midside_5, w.midside_8);
+                std::swap(w.midside_6, w.midside_7);
             }
         }
     }

@@ -303,7 +303,7 @@ std::string CardReader::title() {
     const TextLine line(lines_.peek_line());
     DeckCard& card = note(CardType::title, "title", "title of the group");
     lines_.skip_lines(1, "a group's title");
-    const std::size_t columns = static_cast<std::size_t>(CARDLEN(line));
+    const std::size_t columns = static_cast<std::size_t>(last_title_column(line));
     card.name = line.view().substr(0, columns);
     card.name.erase(0, std::min(card.name.find_first_not_of(' '), card.name.size()));
     return card.name;
@@ -317,7 +317,7 @@ std::int32_t CardReader::look_ahead_to_edit() {
         read_free(lines_, "Card 3.3", edit);
         lines_.step_back(lines);
     });
-    return TRUNCATE(edit);
+    return to_integer(edit);
 }
 
 }  // namespace brelan::tool

@@ -70,7 +70,7 @@ private:
     int lines_of_file_ = 0;
     int group_ = 0;
     // As the checker's own: what an earlier card left at a position stays where a value is not given.
-    std::array<float, MAXCARDVAL + 1> values_{};
+    std::array<float, MOST_CARD_VALUES + 1> values_{};
 };
 
 }  // namespace brelan::tool

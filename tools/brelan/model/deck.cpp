@@ -18,7 +18,7 @@
 namespace brelan::tool {
 
 std::int32_t whole_number(float value) {
-    return std::max(TRUNCATE(value), -std::numeric_limits<std::int32_t>::max());
+    return std::max(to_integer(value), -std::numeric_limits<std::int32_t>::max());
 }
 
 std::int32_t DeckField::integer() const {
@@ -83,7 +83,7 @@ std::filesystem::path file_of_card(const std::filesystem::path& project, std::st
     if (access((there / ".").c_str(), X_OK) != 0)
         throw Failure(there.string() + ": expected a directory to work in: " + std::strerror(errno));
     try {
-        return RESOLVE({from, drive_c()}, rest);
+        return resolve_file_name({from, drive_c()}, rest);
     } catch (const RunEnd&) {
         return {};  // two files of the name, or no place for drive C:
     }

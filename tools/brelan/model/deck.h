@@ -74,7 +74,7 @@ struct DeckPoint {
 };
 
 struct DeckSegment {
-    std::int32_t LTYPE = 0, NDIV = 0, IEND = 0;
+    std::int32_t segment_type = 0, divisions = 0, end_rule = 0;
     std::vector<DeckPoint> path;  // its points from start to end, arcs and divisions included
     std::size_t card = 0;         // place of Card 3.3.5.4.3.1 in Deck::cards
 };
@@ -82,7 +82,7 @@ struct DeckSegment {
 struct DeckGroup {
     int number = 0;  // from 1
     std::string title;
-    std::int32_t MTYPE = 0, OVERLAY = 0;
+    std::int32_t group_type = 0, overlay = 0;
     std::vector<DeckPoint> points;      // of the outline, in its order
     std::vector<DeckSegment> segments;  // none: the points are the path, and nothing is cut
     bool closed = false;
@@ -129,11 +129,11 @@ struct Deck : DeckSource {
     std::vector<DeckCard> cards;
     std::optional<DeckFault> fault;
     int surplus_line = 0;  // first line behind the last card that is no comment; 0 none
-    std::int32_t IMOD = 0;
+    std::int32_t mode = 0;
     std::vector<DeckGroup> groups;
 
     // Names of meshes as they stand on the cards; empty where the deck has no such card.
-    std::string FILEA, FILEB, result;
+    std::string first_mesh, second_mesh, result;
 
     const DeckCard* card(std::string_view number) const;  // the first of that number
 };

@@ -3,12 +3,12 @@
 #include <fstream>
 #include <iterator>
 
-#include "basemesh/block_tables.h"
 #include "channel/real_to_integer.h"
 #include "channel/text_line.h"
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "deck/deck_tables.h"
+#include "mesh/block_tables.h"
 #include "mesh/tables.h"
 #include "model/card_reader.h"
 #include "model/deck.h"
@@ -21,16 +21,16 @@ namespace {
 // --- combination, edit ---------------------------------------------------------------------------
 
 void read_combination(Deck& deck, CardReader& cards) {
-    deck.FILEA = cards.file_name("2.1-1", "FILEA");
-    deck.FILEB = cards.file_name("2.1-2", "FILEB");
+    deck.first_mesh = cards.file_name("2.1-1", "FILEA");
+    deck.second_mesh = cards.file_name("2.1-2", "FILEB");
     deck.result = cards.file_name("2.1-3", "FILEC");
     cards.values(FORM_INTERFACE);
     if (cards.integer(1) != 1)
         return;
     cards.values(FORM_PAIRS);
-    const std::int32_t NINT = cards.count(FORM_PAIRS, MAXCARDVAL);
-    cards.list(FORM_PAIRS, NINT, "nodes of FILEA");
-    cards.list(FORM_PAIRS, NINT, "their partners of FILEB");
+    const std::int32_t pair_count = cards.count(FORM_PAIRS, MOST_CARD_VALUES);
+    cards.list(FORM_PAIRS, pair_count, "nodes of FILEA");
+    cards.list(FORM_PAIRS, pair_count, "their partners of FILEB");
 }
 
 void read_selection(CardReader& cards, const SelectionForms& forms) {
@@ -39,14 +39,14 @@ void read_selection(CardReader& cards, const SelectionForms& forms) {
         cards.values(forms.window);
     } else {
         cards.values(forms.list);
-        cards.list(forms.list, cards.count(forms.list, MAXCARDVAL), "the selection");
+        cards.list(forms.list, cards.count(forms.list, MOST_CARD_VALUES), "the selection");
     }
     cards.values(forms.side);
 }
 
 void read_rows(CardReader& cards, const CardForm& count, const CardForm& row) {
     cards.values(count);
-    const std::int32_t rows = cards.count(count, MAXEDLIST);
+    const std::int32_t rows = cards.count(count, MOST_REBUILD_ROWS);
     for (std::int32_t i = 1; i <= rows; ++i)
         cards.values(row);
 }
@@ -56,7 +56,7 @@ void read_edit(Deck& deck, CardReader& cards) {
     if (cards.look_ahead_to_edit() == slope)
         cards.unused_name("3.1-1", "FILEA");
     else
-        deck.FILEA = cards.file_name("3.1-1", "FILEA");
+        deck.first_mesh = cards.file_name("3.1-1", "FILEA");
     deck.result = cards.file_name("3.1-2", "FILEM");
     cards.values(FORM_START);
     cards.values(FORM_EDIT);
@@ -99,15 +99,16 @@ void read_edit(Deck& deck, CardReader& cards) {
 // Returns IGMOD.
 std::int32_t read_base_mesh(CardReader& cards) {
     cards.values(FORM_BLOCKS);
-    const std::int32_t NBX = cards.integer(1);
-    const std::int32_t NBY = cards.integer(2);
-    if (NBX < 1 || NBX > MAXBLOCKROWS || NBY < 1 || NBY > MAXBLOCKROWS)
-        cards.fault("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MAXBLOCKROWS) + ", found " +
-                    std::to_string(NBX) + " and " + std::to_string(NBY));
+    const std::int32_t block_columns = cards.integer(1);
+    const std::int32_t block_rows = cards.integer(2);
+    if (block_columns < 1 || block_columns > MOST_BLOCK_ROWS || block_rows < 1 ||
+        block_rows > MOST_BLOCK_ROWS)
+        cards.fault("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS) +
+                    ", found " + std::to_string(block_columns) + " and " + std::to_string(block_rows));
     cards.values(FORM_CORNER);
-    for (std::int32_t column = 1; column <= NBX; ++column)
+    for (std::int32_t column = 1; column <= block_columns; ++column)
         cards.values(FORM_COLUMN);
-    for (std::int32_t row = 1; row <= NBY; ++row)
+    for (std::int32_t row = 1; row <= block_rows; ++row)
         cards.values(FORM_ROW);
     cards.values(FORM_FOLLOWS);
     return cards.integer(1);
@@ -115,29 +116,29 @@ std::int32_t read_base_mesh(CardReader& cards) {
 
 void read_dam(CardReader& cards) {
     cards.values(FORM_DAM);
-    const std::int32_t NLAYER = cards.count(FORM_DAM, MAXCARDVAL);
+    const std::int32_t layer_count = cards.count(FORM_DAM, MOST_CARD_VALUES);
     const bool core = cards.integer(2) == 1;
     const bool cut_off = cards.integer(3) == 1;
     cards.values(FORM_PROFILE);
     if (core)
         cards.values(FORM_CORE);
-    if (NLAYER <= 0)
+    if (layer_count <= 0)
         return;
     cards.values(FORM_MARGINS);
-    cards.list(FORM_MARGINS, NLAYER, "thickness of the layers, from the top");
+    cards.list(FORM_MARGINS, layer_count, "thickness of the layers, from the top");
     if (cut_off)
         cards.values(FORM_WALL);
 }
 
 void read_cards(Deck& deck, CardReader& cards) {
     cards.values(FORM_MODE);
-    deck.IMOD = cards.integer(1);
-    std::int32_t edit_switch = deck.IMOD;
-    if (deck.IMOD == 3)
+    deck.mode = cards.integer(1);
+    std::int32_t edit_switch = deck.mode;
+    if (deck.mode == 3)
         read_dam(cards);
-    else if (deck.IMOD <= 0)
+    else if (deck.mode <= 0)
         read_combination(deck, cards);
-    else if (deck.IMOD == 2)
+    else if (deck.mode == 2)
         edit_switch = read_base_mesh(cards);
     if (edit_switch == 1)
         read_edit(deck, cards);

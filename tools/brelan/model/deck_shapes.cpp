@@ -85,9 +85,9 @@ void add_dam(const Deck& deck, std::vector<DeckShape>& shapes) {
 }
 
 ShapeRole role_of(const DeckGroup& group) {
-    if (group.MTYPE == 2)
-        return group.OVERLAY == 1 ? ShapeRole::free_line : ShapeRole::line;
-    return group.MTYPE <= -2 && group.MTYPE >= -4 ? ShapeRole::joint : ShapeRole::outline;
+    if (group.group_type == 2)
+        return group.overlay == 1 ? ShapeRole::free_line : ShapeRole::line;
+    return group.group_type <= -2 && group.group_type >= -4 ? ShapeRole::joint : ShapeRole::outline;
 }
 
 }  // namespace

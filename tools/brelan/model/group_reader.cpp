@@ -8,7 +8,7 @@
 #include "channel/real_to_integer.h"
 #include "deck/group_cards.h"
 #include "group/geometry.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 
 namespace brelan::tool {
 
@@ -30,21 +30,26 @@ double distance(const DeckPoint& a, const DeckPoint& b) {
 
 struct Arc {
     Point centre;
-    float Rx = 0.0F, Ry = 0.0F, Qb = 0.0F, Qe = 0.0F;
+    float half_axis_x = 0.0F, half_axis_y = 0.0F, begin_angle = 0.0F, end_angle = 0.0F;
 };
 
 // The points of an arc from its start to its end.
-std::vector<DeckPoint> arc_points(const Arc& arc, std::int32_t NDIV) {
-    std::int32_t parts = std::abs(NDIV);
+std::vector<DeckPoint> arc_points(const Arc& arc, std::int32_t divisions) {
+    std::int32_t parts = std::abs(divisions);
     if (parts == 0)
-        parts = std::max(FEWEST_PARTS, TRUNCATE(std::abs(std::round((arc.Qe - arc.Qb) * PARTS_PER_RADIAN))));
-    parts = std::clamp(parts, 1, MAXPOLYGON);
-    std::vector<DeckPoint> points{in_64_bits(ELLIPT(arc.Qb, arc.centre, arc.Rx, arc.Ry))};
-    const ArcTable table(arc.Qb, arc.Qe, arc.Rx, arc.Ry, parts);
+        parts =
+            std::max(FEWEST_PARTS,
+                     to_integer(std::abs(std::round((arc.end_angle - arc.begin_angle) * PARTS_PER_RADIAN))));
+    parts = std::clamp(parts, 1, MOST_POLYGON_POINTS);
+    std::vector<DeckPoint> points{
+        in_64_bits(ellipse_point(arc.begin_angle, arc.centre, arc.half_axis_x, arc.half_axis_y))};
+    const ArcTable table(arc.begin_angle, arc.end_angle, arc.half_axis_x, arc.half_axis_y, parts);
     for (std::int32_t i = 1; i <= parts; ++i) {
-        const float even = arc.Qb + (arc.Qe - arc.Qb) * static_cast<float>(i) / static_cast<float>(parts);
-        points.push_back(in_64_bits(arc.Rx == arc.Ry ? ELLIPT(even, arc.centre, arc.Rx, arc.Ry)
-                                                     : table.point(i, arc.centre)));
+        const float even = arc.begin_angle + (arc.end_angle - arc.begin_angle) * static_cast<float>(i) /
+                                                 static_cast<float>(parts);
+        points.push_back(in_64_bits(arc.half_axis_x == arc.half_axis_y
+                                        ? ellipse_point(even, arc.centre, arc.half_axis_x, arc.half_axis_y)
+                                        : table.point(i, arc.centre)));
     }
     return points;
 }
@@ -62,10 +67,10 @@ public:
             group_.title = cards_.title();
         cards_.values(FORM_GROUP);
         group_.card = deck_.cards.size() - 1;
-        group_.MTYPE = cards_.integer(1);
-        group_.OVERLAY = cards_.integer(3);
+        group_.group_type = cards_.integer(1);
+        group_.overlay = cards_.integer(3);
         const bool has_post_lines = cards_.integer(2) == 1;
-        if (group_.MTYPE != 0) {
+        if (group_.group_type != 0) {
             read_material();
             if (has_post_lines)
                 read_post_lines();
@@ -85,7 +90,7 @@ private:
     }
 
     void read_material() {
-        switch (group_.MTYPE) {
+        switch (group_.group_type) {
             case 1:
             case 2:
                 cards_.values(FORM_MATERIAL_1);
@@ -120,60 +125,60 @@ private:
 
     void read_points() {
         cards_.values(FORM_POINTS);
-        NPOINT_ = cards_.count(FORM_POINTS, MAXGROUPPOINTS);
+        point_count_ = cards_.count(FORM_POINTS, MOST_GROUP_POINTS);
         const bool from_reference = cards_.integer(3) == 1;
         local_ = {cards_.value(4), cards_.value(5)};
-        for (std::int32_t i = 1; i <= NPOINT_; ++i) {
+        for (std::int32_t i = 1; i <= point_count_; ++i) {
             cards_.values(FORM_POINT);
-            const std::int32_t NP = cards_.integer(1);
+            const std::int32_t point_number = cards_.integer(1);
             Point p{cards_.value(2) + local_.x, cards_.value(3) + local_.y};
             if (from_reference)
                 p = {p.x + reference_.x, p.y + reference_.y};
-            if (NP >= 1 && NP <= MAXGROUPPOINTS)
-                point(NP) = in_64_bits(p);
+            if (point_number >= 1 && point_number <= MOST_GROUP_POINTS)
+                point(point_number) = in_64_bits(p);
         }
     }
 
     void read_segments() {
         cards_.values(FORM_SEGMENTS);
-        const std::int32_t NSEGMENT = cards_.count(FORM_SEGMENTS, MAXGROUPPOINTS);
-        if (NSEGMENT < 0)
+        const std::int32_t segment_count = cards_.count(FORM_SEGMENTS, MOST_GROUP_POINTS);
+        if (segment_count < 0)
             cards_.fault("Card 3.3.5.4.3: expected an NSEGMENT of 0 or more, found " +
-                         std::to_string(NSEGMENT));
-        const bool open = std::abs(group_.MTYPE) == 2;
-        for (std::int32_t k = 1; k <= NSEGMENT; ++k) {
+                         std::to_string(segment_count));
+        const bool open = std::abs(group_.group_type) == 2;
+        for (std::int32_t k = 1; k <= segment_count; ++k) {
             cards_.values(FORM_SEGMENT);
             DeckSegment segment;
             segment.card = deck_.cards.size() - 1;
-            segment.LTYPE = cards_.integer(2);
-            segment.NDIV = group_.MTYPE == CLOSING_OUTLINE ? 0 : cards_.integer(3);
-            segment.IEND = group_.MTYPE == CLOSING_OUTLINE ? 3 : cards_.integer(4);
+            segment.segment_type = cards_.integer(2);
+            segment.divisions = group_.group_type == CLOSING_OUTLINE ? 0 : cards_.integer(3);
+            segment.end_rule = group_.group_type == CLOSING_OUTLINE ? 3 : cards_.integer(4);
             group_.segments.push_back(segment);
             arcs_.emplace_back();
-            if (segment.LTYPE == ARC)
-                read_arc(k, NSEGMENT, open);
+            if (segment.segment_type == ARC)
+                read_arc(k, segment_count, open);
         }
-        if (NSEGMENT > 0)
-            NPOINT_ = open ? NSEGMENT + 1 : NSEGMENT;
+        if (segment_count > 0)
+            point_count_ = open ? segment_count + 1 : segment_count;
     }
 
     // An arc gives its ends to the outline, over what the points' cards gave.
-    void read_arc(std::int32_t k, std::int32_t NSEGMENT, bool open) {
+    void read_arc(std::int32_t k, std::int32_t segment_count, bool open) {
         cards_.values(FORM_ARC);
         const std::array values{cards_.value(1), cards_.value(2), cards_.value(3),
                                 cards_.value(4), cards_.value(5), cards_.value(6)};
-        if (const ArcFault fault = fault_of_arc(values, k > 1 && k == NSEGMENT && !open);
+        if (const ArcFault fault = fault_of_arc(values, k > 1 && k == segment_count && !open);
             !fault.message.empty())
             cards_.fault(fault.message, fault.field);
         Arc& arc = arcs_.back();
         arc.centre = {cards_.value(1) + local_.x, cards_.value(2) + local_.y};
-        arc.Rx = cards_.value(3);
-        arc.Ry = cards_.value(4);
-        arc.Qb = cards_.value(5) * RADIANS;
-        arc.Qe = cards_.value(6) * RADIANS;
-        point(k) = in_64_bits(ELLIPT(arc.Qb, arc.centre, arc.Rx, arc.Ry));
-        point(k + 1) = in_64_bits(ELLIPT(arc.Qe, arc.centre, arc.Rx, arc.Ry));
-        if (k > 1 && k == NSEGMENT && !open)
+        arc.half_axis_x = cards_.value(3);
+        arc.half_axis_y = cards_.value(4);
+        arc.begin_angle = cards_.value(5) * RADIANS;
+        arc.end_angle = cards_.value(6) * RADIANS;
+        point(k) = in_64_bits(ellipse_point(arc.begin_angle, arc.centre, arc.half_axis_x, arc.half_axis_y));
+        point(k + 1) = in_64_bits(ellipse_point(arc.end_angle, arc.centre, arc.half_axis_x, arc.half_axis_y));
+        if (k > 1 && k == segment_count && !open)
             point(1) = point(k + 1);
     }
 
@@ -185,10 +190,10 @@ private:
     }
 
     void build_path() {
-        for (std::int32_t i = 1; i <= NPOINT_; ++i)
+        for (std::int32_t i = 1; i <= point_count_; ++i)
             group_.points.push_back(point(i));
-        group_.closed = std::abs(group_.MTYPE) != 2;
-        if (!group_.closed && NPOINT_ > 1 && distance(point(1), point(NPOINT_)) < SAME_PLACE)
+        group_.closed = std::abs(group_.group_type) != 2;
+        if (!group_.closed && point_count_ > 1 && distance(point(1), point(point_count_)) < SAME_PLACE)
             group_.closed = true;
         if (group_.segments.empty()) {
             group_.path = group_.points;
@@ -206,11 +211,11 @@ private:
         DeckSegment& segment = group_.segments[place];
         const Arc& arc = arcs_[place];
         const DeckPoint start = point(k);
-        const DeckPoint end = k == NPOINT_ ? point(1) : point(k + 1);
-        if (segment.LTYPE == ARC && arc.Qb != arc.Qe) {
-            segment.path = arc_points(arc, segment.NDIV);
-        } else if (segment.LTYPE == STRAIGHT || segment.LTYPE == ARC) {
-            const std::int32_t parts = std::clamp(std::abs(segment.NDIV), 1, MAXPOLYGON);
+        const DeckPoint end = k == point_count_ ? point(1) : point(k + 1);
+        if (segment.segment_type == ARC && arc.begin_angle != arc.end_angle) {
+            segment.path = arc_points(arc, segment.divisions);
+        } else if (segment.segment_type == STRAIGHT || segment.segment_type == ARC) {
+            const std::int32_t parts = std::clamp(std::abs(segment.divisions), 1, MOST_POLYGON_POINTS);
             for (std::int32_t i = 0; i <= parts; ++i) {
                 const double share = static_cast<double>(i) / parts;
                 segment.path.push_back(
@@ -228,14 +233,14 @@ private:
     CardReader& cards_;
     DeckGroup group_;
     Point reference_, local_;
-    std::int32_t NPOINT_ = 0;
+    std::int32_t point_count_ = 0;
     std::vector<DeckPoint> points_;
     std::vector<Arc> arcs_;  // by segment
 };
 
 void read_numbers(CardReader& cards, const CardForm& form, std::string_view heading) {
     cards.values(form);
-    cards.list(form, cards.count(form, MAXCARDVAL), heading);
+    cards.list(form, cards.count(form, MOST_CARD_VALUES), heading);
 }
 
 }  // namespace
@@ -247,7 +252,7 @@ void read_groups(Deck& deck, CardReader& cards) {
     if (cards.integer(1) == 1)
         cards.values(FORM_BOUNDS);
     cards.values(FORM_GROUPS);
-    const std::int32_t groups = cards.count(FORM_GROUPS, MAXGROUPS);
+    const std::int32_t groups = cards.count(FORM_GROUPS, MOST_GROUPS);
     const bool titled = cards.integer(2) == 1;
     cards.values(FORM_REFERENCE);
     const Point reference{cards.value(1), cards.value(2)};

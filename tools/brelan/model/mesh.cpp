@@ -32,18 +32,18 @@ void Mesh::finish() {
         if (!e.is_line())
             e.of = is_joint(kind, e) ? ElementClass::joint : ElementClass::solid;
     std::stable_sort(nodes.begin(), nodes.end(),
-                     [](const Node& a, const Node& b) { return a.NODE < b.NODE; });
+                     [](const Node& a, const Node& b) { return a.number < b.number; });
     std::stable_sort(elements.begin(), elements.end(), [](const Element& a, const Element& b) {
-        return a.section() != b.section() ? a.section() < b.section() : a.NEL < b.NEL;
+        return a.section() != b.section() ? a.section() < b.section() : a.number < b.number;
     });
-    node_place_ = places_by_number(nodes, &Node::NODE);
+    node_place_ = places_by_number(nodes, &Node::number);
     Number last = 0;
     for (const Element& e : elements)
-        last = std::max(last, e.NEL);
+        last = std::max(last, e.number);
     element_place_.assign(static_cast<std::size_t>(last) + 1, NONE);
     for (std::size_t i = 0; i < elements.size(); ++i)
-        if (elements[i].NEL >= 1)
-            element_place_[static_cast<std::size_t>(elements[i].NEL)] = static_cast<std::int32_t>(i);
+        if (elements[i].number >= 1)
+            element_place_[static_cast<std::size_t>(elements[i].number)] = static_cast<std::int32_t>(i);
 }
 
 Bounds Mesh::bounds() const {
@@ -52,10 +52,10 @@ Bounds Mesh::bounds() const {
         return b;
     b.low = b.high = point(0);
     for (const Node& node : nodes) {
-        b.low.x = std::min(b.low.x, double{node.XC});
-        b.low.y = std::min(b.low.y, double{node.YC});
-        b.high.x = std::max(b.high.x, double{node.XC});
-        b.high.y = std::max(b.high.y, double{node.YC});
+        b.low.x = std::min(b.low.x, double{node.x});
+        b.low.y = std::min(b.low.y, double{node.y});
+        b.high.x = std::max(b.high.x, double{node.x});
+        b.high.y = std::max(b.high.y, double{node.y});
     }
     return b;
 }
@@ -101,18 +101,18 @@ std::string_view value_name(LayoutKind kind) {
 std::vector<Attribute> attributes(LayoutKind kind) {
     switch (kind) {
         case LayoutKind::coupled:
-            return {{"KS", &ElementRecord::KS, nullptr},
-                    {"KF", &ElementRecord::KF, nullptr},
-                    {"INTR", &ElementRecord::INTR, nullptr},
-                    {"INTS", &ElementRecord::INTS, nullptr},
-                    {"TBJWL", nullptr, &ElementRecord::TBJWL}};
+            return {{"KS", &ElementRecord::skeleton, nullptr},
+                    {"KF", &ElementRecord::fluid, nullptr},
+                    {"INTR", &ElementRecord::integration_r, nullptr},
+                    {"INTS", &ElementRecord::integration_s, nullptr},
+                    {"TBJWL", nullptr, &ElementRecord::real_attribute}};
         case LayoutKind::temperature:
         case LayoutKind::head:
-            return {{"IDH", &ElementRecord::IDH, nullptr}};
+            return {{"IDH", &ElementRecord::attribute, nullptr}};
         case LayoutKind::displacement:
             break;
     }
-    return {{"THIC", nullptr, &ElementRecord::THIC}, {"DEN", nullptr, &ElementRecord::DEN}};
+    return {{"THIC", nullptr, &ElementRecord::thickness}, {"DEN", nullptr, &ElementRecord::density}};
 }
 
 bool has_midside_nodes(LayoutKind kind) {
@@ -122,14 +122,14 @@ bool has_midside_nodes(LayoutKind kind) {
 bool is_joint(LayoutKind kind, const ElementRecord& element) {
     switch (kind) {
         case LayoutKind::coupled:
-            return element.KS > 0;
+            return element.skeleton > 0;
         case LayoutKind::temperature:
         case LayoutKind::head:
-            return element.IDH < 0 || element.IDH >= FIRST_JOINT_CODE;
+            return element.attribute < 0 || element.attribute >= FIRST_JOINT_CODE;
         case LayoutKind::displacement:
             break;
     }
-    return element.DEN < 0.0F;
+    return element.density < 0.0F;
 }
 
 }  // namespace brelan::tool

@@ -36,16 +36,18 @@ struct Element : ElementRecord {
     bool is_line() const { return of == ElementClass::beam || of == ElementClass::truss; }
 
     // 2 for beams and trusses, 3 for triangles, 4 for quadrilaterals.
-    int corner_count() const { return is_line() ? 2 : words.I4 > 0 ? 4 : 3; }
+    int corner_count() const { return is_line() ? 2 : words.corner_4 > 0 ? 4 : 3; }
 
     // Corner k from 0, in order round the element.
     Number corner(int k) const {
-        return k == 0 ? words.I1 : k == 1 ? words.I2 : k == 2 ? words.I3 : words.I4;
+        return k == 0 ? words.corner_1 : k == 1 ? words.corner_2 : k == 2 ? words.corner_3 : words.corner_4;
     }
 
     // Type of its section in a mesh file.
     std::int8_t section() const {
-        return of == ElementClass::beam ? EL_BEAM : of == ElementClass::truss ? EL_TRUSS : EL_CONTINUUM;
+        return of == ElementClass::beam    ? ELEMENT_BEAM
+               : of == ElementClass::truss ? ELEMENT_TRUSS
+                                           : ELEMENT_CONTINUUM;
     }
 };
 
@@ -93,7 +95,7 @@ public:
 
     Point point(std::int32_t place) const {
         const Node& node = nodes[static_cast<std::size_t>(place)];
-        return {node.XC, node.YC};
+        return {node.x, node.y};
     }
 
     // Of all nodes; zero when there is none.

@@ -29,7 +29,7 @@ constexpr std::string_view IN_MEMORY = "/dev/null/mesh", SOURCE_IN_MEMORY = "/de
 
 // A text as the input channel, whose messages name it as told.
 void open_text(Channels& channels, std::string_view text, const std::string& name) {
-    Channel& channel = channels.open(CH_SOURCE_A, SOURCE_IN_MEMORY, OpenStatus::scratch);
+    Channel& channel = channels.open(CHANNEL_SOURCE_A, SOURCE_IN_MEMORY, OpenStatus::scratch);
     std::size_t lines = 0;
     for (std::size_t begin = 0; begin < text.size(); ++lines) {
         const std::size_t end = std::min(text.find('\n', begin), text.size());
@@ -44,16 +44,16 @@ void open_text(Channels& channels, std::string_view text, const std::string& nam
 
 // The mesh without its comment lines, on a channel that knows the line of the file for each of its own.
 Channel& without_comments(Channels& channels, bool& byte_order_mark) {
-    Channel& from = channels.at(CH_SOURCE_A);
+    Channel& from = channels.at(CHANNEL_SOURCE_A);
     byte_order_mark = from.pass_byte_order_mark();
-    Channel& mesh = channels.open(CH_MESH_A, IN_MEMORY, OpenStatus::scratch);
+    Channel& mesh = channels.open(CHANNEL_MESH_A, IN_MEMORY, OpenStatus::scratch);
     mesh.follow(from);
     while (!from.at_end()) {
         const std::string_view line = from.read_whole_line("a line").substr(0, LINE_COLUMNS);
         if (line.empty() || line.front() != '*')
             mesh.write_line(line);
     }
-    channels.close(CH_SOURCE_A);
+    channels.close(CHANNEL_SOURCE_A);
     mesh.rewind();
     return mesh;
 }
@@ -97,8 +97,8 @@ std::optional<LayoutKind> find_kind(Channel& mesh) {
     const std::optional<LayoutKind> heading =
         kind_of_heading(" " + std::string(mesh.read_whole_line(HEADING)) + " ");
     int values = 0;  // of the first continuum record; 0 none seen
-    if (counts.NCONT > 0) {
-        mesh.skip_lines(counts.NUMNP, "a node record");
+    if (counts.continuum_elements > 0) {
+        mesh.skip_lines(counts.nodes, "a node record");
         mesh.skip_lines(2, HEADING);
         values = numbers_on(mesh.peek_line());
     }
@@ -120,43 +120,44 @@ public:
         file_.skip_lines(1, HEADING);
         const MeshCounts counts = read_mesh_counts(file_);
         file_.skip_lines(2, HEADING);
-        read_nodes(counts.NUMNP);
-        mesh_.elements.reserve(static_cast<std::size_t>(counts.NCONT));
-        for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
+        read_nodes(counts.nodes);
+        mesh_.elements.reserve(static_cast<std::size_t>(counts.continuum_elements));
+        for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
             if (counts.of(type) > 0)
                 file_.skip_lines(2, HEADING);
             for (std::int32_t i = 0; i < counts.of(type); ++i)
                 read_element(type);
         }
-        if (counts.NTRUS == 0)
+        if (counts.trusses == 0)
             read_flow_lines();
     }
 
 private:
     void read_nodes(std::int32_t count) {
-        const std::int32_t NFIELDS = count_values(TextLine(file_.peek_line())).count;
+        const std::int32_t field_count = count_values(TextLine(file_.peek_line())).count;
         mesh_.nodes.reserve(static_cast<std::size_t>(count));
         for (std::int32_t i = 0; i < count; ++i) {
-            mesh_.nodes.push_back(read_node_record(mesh_.kind, file_, NFIELDS));
-            require_number(mesh_.nodes.back().NODE, MAXNP, "a node");
+            mesh_.nodes.push_back(read_node_record(mesh_.kind, file_, field_count));
+            require_number(mesh_.nodes.back().number, HIGHEST_NODE_NUMBER, "a node");
         }
     }
 
     void read_element(std::int8_t type) {
         Element e{read_element_record(mesh_.kind, file_, type)};
-        if (e.NEL < 0) {
+        if (e.number < 0) {
             ++mesh_.deleted;
             return;
         }
-        require_number(e.NEL, MAXEL, "an element");
+        require_number(e.number, HIGHEST_ELEMENT_NUMBER, "an element");
         const ElementWords& w = e.words;
-        for (const std::int32_t word : {w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8})
-            if (word > MAXNP)
+        for (const std::int32_t word : {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
+                                        w.midside_6, w.midside_7, w.midside_8})
+            if (word > HIGHEST_NODE_NUMBER)
                 file_.fail_behind(fmt::format("element {}: expected node numbers of at most {}, found {}",
-                                              e.NEL, MAXNP, word));
-        e.of = type == EL_BEAM    ? ElementClass::beam
-               : type == EL_TRUSS ? ElementClass::truss
-                                  : ElementClass::solid;
+                                              e.number, HIGHEST_NODE_NUMBER, word));
+        e.of = type == ELEMENT_BEAM    ? ElementClass::beam
+               : type == ELEMENT_TRUSS ? ElementClass::truss
+                                       : ElementClass::solid;
         mesh_.elements.push_back(e);
     }
 
@@ -167,7 +168,7 @@ private:
         file_.skip_lines(2, HEADING);
         while (!file_.at_end() && numbers_on(file_.peek_line()) >= 4) {
             mesh_.flow_lines = true;
-            read_element(EL_TRUSS);
+            read_element(ELEMENT_TRUSS);
         }
     }
 
@@ -196,26 +197,28 @@ void require_fields(const Mesh& mesh) {
     constexpr std::int64_t SIX_LOW = -99999, SIX_HIGH = 999999;  // of six columns behind a blank
     constexpr std::int64_t FIVE_HIGH = 99999;                    // of five columns behind a blank
     const bool midsides = has_midside_nodes(mesh.kind);
-    require_range(static_cast<std::int64_t>(mesh.nodes.size()), 0, MAXNP, "count of nodes:", MAXNP);
+    require_range(static_cast<std::int64_t>(mesh.nodes.size()), 0, HIGHEST_NODE_NUMBER,
+                  "count of nodes:", HIGHEST_NODE_NUMBER);
     for (const Node& node : mesh.nodes) {
-        require_range(node.NODE, 1, MAXNP, "node", node.NODE);
-        for (const std::int32_t code : node.ID)
-            require_range(code, LOW, HIGH, "code of node", node.NODE);
+        require_range(node.number, 1, HIGHEST_NODE_NUMBER, "node", node.number);
+        for (const std::int32_t code : node.codes)
+            require_range(code, LOW, HIGH, "code of node", node.number);
     }
     for (const Element& e : mesh.elements) {
-        require_range(e.NEL, 1, MAXEL, "element", e.NEL);
+        require_range(e.number, 1, HIGHEST_ELEMENT_NUMBER, "element", e.number);
         const ElementWords& w = e.words;
-        require_range(w.MATNO, e.is_line() ? SIX_LOW : LOW,
+        require_range(w.material, e.is_line() ? SIX_LOW : LOW,
                       e.is_line() ? SIX_HIGH
                       : midsides  ? HIGH
                                   : FIVE_HIGH,
-                      "material of element", e.NEL);
-        for (const std::int32_t word : {w.I1, w.I2, w.I3, w.I4, w.M5, w.M6, w.M7, w.M8})
-            require_range(word, SIX_LOW, MAXNP, "node of element", e.NEL);
+                      "material of element", e.number);
+        for (const std::int32_t word : {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
+                                        w.midside_6, w.midside_7, w.midside_8})
+            require_range(word, SIX_LOW, HIGHEST_NODE_NUMBER, "node of element", e.number);
         if (!e.is_line())
             for (const Attribute& attribute : attributes(mesh.kind))
                 if (attribute.whole != nullptr)
-                    require_range(e.*attribute.whole, LOW, HIGH, "attribute of element", e.NEL);
+                    require_range(e.*attribute.whole, LOW, HIGH, "attribute of element", e.number);
     }
 }
 
@@ -249,7 +252,7 @@ std::optional<LayoutKind> kind_of_mesh(Channels& channels) {
 Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind,
                     const std::filesystem::path& directory) {
     Channels channels({directory, drive_c()});
-    channels.open(CH_SOURCE_A, path.string(), OpenStatus::old);
+    channels.open(CHANNEL_SOURCE_A, path.string(), OpenStatus::old);
     return read_mesh(channels, path.string(), kind);
 }
 
@@ -261,7 +264,7 @@ Mesh read_mesh_text(std::string_view text, const std::string& name, std::optiona
 
 std::optional<LayoutKind> kind_of_mesh_file(const std::filesystem::path& path) {
     Channels channels({{}, drive_c()});
-    channels.open(CH_SOURCE_A, path.string(), OpenStatus::old);
+    channels.open(CHANNEL_SOURCE_A, path.string(), OpenStatus::old);
     return kind_of_mesh(channels);
 }
 
@@ -274,22 +277,22 @@ std::optional<LayoutKind> kind_of_mesh_text(std::string_view text, const std::st
 void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path) {
     require_fields(mesh);
     MeshCounts counts;
-    counts.NUMNP = static_cast<std::int32_t>(mesh.nodes.size());
+    counts.nodes = static_cast<std::int32_t>(mesh.nodes.size());
     for (const Element& e : mesh.elements)
-        ++(e.of == ElementClass::beam    ? counts.NBEAM
-           : e.of == ElementClass::truss ? counts.NTRUS
-                                         : counts.NCONT);
+        ++(e.of == ElementClass::beam    ? counts.beams
+           : e.of == ElementClass::truss ? counts.trusses
+                                         : counts.continuum_elements);
     MeshCounts shown = counts;
     if (mesh.flow_lines)
-        shown.NTRUS = 0;
+        shown.trusses = 0;
 
     Channels channels;
-    Channel& file = channels.open(CH_RESULT, IN_MEMORY, OpenStatus::scratch);
+    Channel& file = channels.open(CHANNEL_RESULT, IN_MEMORY, OpenStatus::scratch);
     write_mesh_head(file, path == STANDARD_STREAM ? mesh.name : path.filename().string(), shown);
     write_node_heading(mesh.kind, file);
     for (const Node& node : mesh.nodes)
         write_node_record(mesh.kind, file, node);
-    for (const std::int8_t type : {EL_CONTINUUM, EL_BEAM, EL_TRUSS}) {
+    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
         if (counts.of(type) == 0)
             continue;
         write_section_heading(mesh.kind, file, type);

@@ -60,9 +60,9 @@ struct KnownMesh {
 std::vector<KnownMesh> meshes_of(const Deck& deck, const fs::path& project, const fs::path& work) {
     std::vector<KnownMesh> meshes;
     // Behind a base mesh FILEA is the file that the run makes.
-    if (deck.IMOD == 2)
+    if (deck.mode == 2)
         return meshes;
-    for (const std::string& name : {deck.FILEA, deck.FILEB}) {
+    for (const std::string& name : {deck.first_mesh, deck.second_mesh}) {
         const fs::path file = file_of_card(project, name, work);
         std::error_code error;
         if (file.empty() || !fs::is_regular_file(file, error))
@@ -118,7 +118,7 @@ std::string contradiction_of_deck(const Deck& deck, const fs::path& project) {
                                                 change_of_meaning(deck, *kind));
     const fs::path file = file_of_card(project, std::string(BASE_MESH));
     std::error_code error;
-    if (deck.IMOD != 2 || !fs::is_regular_file(file, error))
+    if (deck.mode != 2 || !fs::is_regular_file(file, error))
         return "";
     try {
         const std::optional<LayoutKind> kind = kind_of_mesh_file(file);

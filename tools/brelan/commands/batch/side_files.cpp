@@ -43,12 +43,12 @@ std::vector<std::string> side_file_names(const Deck& deck, const fs::path& proje
             if (!same_name(file_of_card(project, name), result))
                 names.emplace_back(name);
     };
-    if (deck.IMOD >= base_mesh)
+    if (deck.mode >= base_mesh)
         add({BASE_MESH});
-    if (deck.IMOD == dam)
+    if (deck.mode == dam)
         add({"EarthDam.Meg", "EarthDam.Mes", "Earth_Dam.Mes", "Shell_Left.Mes", "Shell_Right.Mes",
              "Dam_Shell.Mes"});
-    if (deck.IMOD >= edit)
+    if (deck.mode >= edit)
         add({"Boundary.Man", "Group.Man", "Group.Pos", "MatAD.Man", DEFAULTS});
     return names;
 }

@@ -43,8 +43,9 @@ void doubt_ranges(Doubts& doubts, const DeckCard& card, bool ranges) {
     const auto number = [](float value) { return static_cast<double>(value); };
     for (std::size_t i = 0; i < card.list.size(); ++i) {
         const double value = number(card.list[i]);
-        if (std::abs(value) > MAXNP)
-            doubts.end_of_run("too-large", &card, fmt::format("{:g}: numbers go up to {}", value, MAXNP));
+        if (std::abs(value) > HIGHEST_NODE_NUMBER)
+            doubts.end_of_run("too-large", &card,
+                              fmt::format("{:g}: numbers go up to {}", value, HIGHEST_NODE_NUMBER));
         if (value >= 0.0)
             continue;
         if (!ranges)
@@ -62,10 +63,10 @@ void doubt_ranges(Doubts& doubts, const DeckCard& card, bool ranges) {
 // Lists of Card 2.3.
 void doubt_pairs(Doubts& doubts, const DeckCard& card) {
     for (const float value : card.list)
-        if (const std::int32_t number = whole_number(value); number < 1 || number > MAXNP)
-            doubts.end_of_run(
-                "bad-number", &card,
-                fmt::format("{}: pairs have single numbers from 1 to {}, and know no ranges", number, MAXNP));
+        if (const std::int32_t number = whole_number(value); number < 1 || number > HIGHEST_NODE_NUMBER)
+            doubts.end_of_run("bad-number", &card,
+                              fmt::format("{}: pairs have single numbers from 1 to {}, and know no ranges",
+                                          number, HIGHEST_NODE_NUMBER));
 }
 
 void doubt_window(Doubts& doubts, const DeckCard& card) {
@@ -74,21 +75,24 @@ void doubt_window(Doubts& doubts, const DeckCard& card) {
                      "the window has no area: XMIN and YMIN are to be the smaller ones");
 }
 
-void doubt_strip(Doubts& doubts, const DeckCard& card, const char* length, const char* smallest,
-                 const char* place) {
-    const float L = card.real(length), D = card.real(smallest), A = std::abs(card.real(place));
-    if (!(L > 0.0F))
-        doubts.doubt("bad-length", &card, fmt::format("{} {:g}: expected a length above 0", length, L));
-    if (!(D > 0.0F))
-        doubts.doubt("bad-length", &card, fmt::format("{} {:g}: expected a length above 0", smallest, D));
-    if (A < FINEST)
+void doubt_strip(Doubts& doubts, const DeckCard& card, const char* width_name, const char* smallest_name,
+                 const char* position_name) {
+    const float width = card.real(width_name), smallest = card.real(smallest_name),
+                position = std::abs(card.real(position_name));
+    if (!(width > 0.0F))
+        doubts.doubt("bad-length", &card,
+                     fmt::format("{} {:g}: expected a length above 0", width_name, width));
+    if (!(smallest > 0.0F))
+        doubts.doubt("bad-length", &card,
+                     fmt::format("{} {:g}: expected a length above 0", smallest_name, smallest));
+    if (position < FINEST)
         doubts.doubt("bad-grading", &card,
-                     fmt::format("{} {:g}: taken for {:g}; 0.3 to 0.5 grade, 0.5 is even", place,
-                                 card.real(place), std::copysign(FINEST, card.real(place))));
-    if (A > EVEN)
+                     fmt::format("{} {:g}: taken for {:g}; 0.3 to 0.5 grade, 0.5 is even", position_name,
+                                 card.real(position_name), std::copysign(FINEST, card.real(position_name))));
+    if (position > EVEN)
         doubts.doubt("bad-grading", &card,
-                     fmt::format("{} {:g}: taken for {:g}, which is even", place, card.real(place),
-                                 std::copysign(EVEN, card.real(place))));
+                     fmt::format("{} {:g}: taken for {:g}, which is even", position_name,
+                                 card.real(position_name), std::copysign(EVEN, card.real(position_name))));
 }
 
 // A graded column or row comes out wavy when its middle key point lies on the coordinate 0: even along the
@@ -103,10 +107,10 @@ void doubt_middles(Doubts& doubts) {
         if (card.number == "4.4")
             height += card.real("H");
     float x = corner->real("Xo"), y = corner->real("Yo") + height;
-    const auto look = [&](const DeckCard& card, float start, float direction, float L, float A) {
-        const float share = std::clamp(std::abs(A), FINEST, EVEN);
-        const float middle = start + direction * (A >= 0.0F ? share * L : L - share * L);
-        if (std::abs(middle) < 1e-6F * L && share < EVEN)
+    const auto look = [&](const DeckCard& card, float start, float direction, float width, float position) {
+        const float share = std::clamp(std::abs(position), FINEST, EVEN);
+        const float middle = start + direction * (position >= 0.0F ? share * width : width - share * width);
+        if (std::abs(middle) < 1e-6F * width && share < EVEN)
             doubts.doubt(
                 "middle-on-zero", &card,
                 "its middle point lies on the coordinate 0, where it counts as not given on the edges of "
@@ -125,9 +129,11 @@ void doubt_middles(Doubts& doubts) {
 
 void doubt_start_numbers(Doubts& doubts, const DeckCard& card) {
     for (const char* name : {"NSNEL", "NSNODE"})
-        if (const std::int32_t first = card.integer(name); first < 1 || (first > MAXNP && first <= 99999))
-            doubts.end_of_run("bad-number", &card,
-                              fmt::format("{} {}: numbers go from 1 to {}", name, first, MAXNP));
+        if (const std::int32_t first = card.integer(name);
+            first < 1 || (first > HIGHEST_NODE_NUMBER && first <= 99999))
+            doubts.end_of_run(
+                "bad-number", &card,
+                fmt::format("{} {}: numbers go from 1 to {}", name, first, HIGHEST_NODE_NUMBER));
 }
 
 void doubt_counts(Doubts& doubts, const DeckCard& card) {

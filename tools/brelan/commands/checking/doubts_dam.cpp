@@ -14,8 +14,8 @@ namespace {
 struct Dam {
     const DeckCard *parts = nullptr, *profile = nullptr, *core = nullptr, *wall = nullptr;
     bool shells = false;
-    double HDAM = 0.0, HWATER = 0.0, RUNL = 0.0, WLEFT = 0.0, WCREST = 0.0, WMID = 0.0, RUNR = 0.0,
-           WRIGHT = 0.0;
+    double height = 0.0, water_height = 0.0, left_run = 0.0, left_width = 0.0, crest = 0.0,
+           middle_width = 0.0, right_run = 0.0, right_width = 0.0;
     double depth = 0.0;  // of all layers
 
     explicit Dam(const Deck& deck)
@@ -23,14 +23,14 @@ struct Dam {
         if (parts == nullptr || profile == nullptr)
             return;
         shells = parts->integer("ISHELL") != 0;
-        for (auto [name, value] : {std::pair("HDAM", &HDAM),
-                                   {"HWATER", &HWATER},
-                                   {"RUNL", &RUNL},
-                                   {"WLEFT", &WLEFT},
-                                   {"WCREST", &WCREST},
-                                   {"WMID", &WMID},
-                                   {"RUNR", &RUNR},
-                                   {"WRIGHT", &WRIGHT}})
+        for (auto [name, value] : {std::pair("HDAM", &height),
+                                   {"HWATER", &water_height},
+                                   {"RUNL", &left_run},
+                                   {"WLEFT", &left_width},
+                                   {"WCREST", &crest},
+                                   {"WMID", &middle_width},
+                                   {"RUNR", &right_run},
+                                   {"WRIGHT", &right_width}})
             *value = static_cast<double>(profile->real(name));
         for (const DeckCard& card : deck.cards)
             if (card.number == "5.4-1" && card.type == CardType::list)
@@ -41,14 +41,14 @@ struct Dam {
     // Height of the rows of elements: those of the steeper slope templates are finer.
     double row() const {
         constexpr double STEEP = 0.5833;
-        return HDAM / (!shells ? 20.0 : HDAM / RUNL >= STEEP ? 28.0 : 13.0);
+        return height / (!shells ? 20.0 : height / left_run >= STEEP ? 28.0 : 13.0);
     }
 
     // Width of the elements of the middle block column.
     double middle_element() const {
-        const std::int32_t NCREST = parts->integer("NCREST");
-        const double wanted = NCREST > 0 ? WMID / NCREST : row();
-        return WMID / std::max(1.0, std::floor(WMID / wanted));
+        const std::int32_t crest_divisions = parts->integer("NCREST");
+        const double wanted = crest_divisions > 0 ? middle_width / crest_divisions : row();
+        return middle_width / std::max(1.0, std::floor(middle_width / wanted));
     }
 };
 
@@ -67,9 +67,10 @@ void doubt_lengths(Doubts& doubts, const Dam& dam) {
         if (!(dam.profile->real(name) > 0.0F))
             doubts.doubt("bad-length", dam.profile,
                          fmt::format("{} {:g}: expected a length above 0", name, dam.profile->real(name)));
-    if (dam.HWATER > dam.HDAM)
+    if (dam.water_height > dam.height)
         doubts.doubt("bad-length", dam.profile, "HWATER: the water stands above the crest");
-    const double profile = dam.RUNL + dam.WCREST + dam.RUNR, blocks = dam.WLEFT + dam.WMID + dam.WRIGHT;
+    const double profile = dam.left_run + dam.crest + dam.right_run,
+                 blocks = dam.left_width + dam.middle_width + dam.right_width;
     if (!same_length(profile, blocks))
         doubts.doubt(
             "counts-disagree", dam.profile,
@@ -97,13 +98,13 @@ void doubt_wall(Doubts& doubts, const Dam& dam) {
 
 void doubt_water(Doubts& doubts, const Dam& dam) {
     const double half = 0.5 * dam.row();
-    if (doubts.deck().kind == LayoutKind::head && !dam.shells && dam.depth > 0.0 && dam.HWATER > 0.0 &&
-        dam.HWATER < half)
+    if (doubts.deck().kind == LayoutKind::head && !dam.shells && dam.depth > 0.0 && dam.water_height > 0.0 &&
+        dam.water_height < half)
         doubts.doubt(
             "may-be-unsound", dam.profile,
             fmt::format("HWATER {:g}: a level of less than half an element may leave an unsound mesh: "
                         "0, or {:g} and above, are safe",
-                        dam.HWATER, half));
+                        dam.water_height, half));
 }
 
 // --- codes ---------------------------------------------------------------------------------------
@@ -112,14 +113,14 @@ void doubt_water(Doubts& doubts, const Dam& dam) {
 void doubt_slopes(Doubts& doubts, const Dam& dam) {
     const LayoutKind kind = doubts.deck().kind;
     if (!dam.shells || (kind != LayoutKind::displacement && kind != LayoutKind::coupled) ||
-        dam.HWATER >= dam.HDAM || dam.HWATER <= 0.0)
+        dam.water_height >= dam.height || dam.water_height <= 0.0)
         return;
     const std::string_view words = kind == LayoutKind::coupled ? "ISX and ISY" : "IDX and IDY";
     doubts.doubt(
         "slopes-held", dam.profile,
         fmt::format("HWATER {:g}: with shells the nodes of both slopes below the water get 1 in {}, which "
                     "fixes them: set them to 0 with an edit of Earth_Dam.Mes (IEDIT 1), or take ISHELL 0",
-                    dam.HWATER, words));
+                    dam.water_height, words));
 }
 
 }  // namespace
@@ -129,7 +130,7 @@ void doubt_dam(Doubts& doubts) {
     if (dam.parts == nullptr || dam.profile == nullptr || doubts.deck().fault)
         return;
     doubt_lengths(doubts, dam);
-    if (!(dam.HDAM > 0.0) || !(dam.RUNL > 0.0) || !(dam.WMID > 0.0))
+    if (!(dam.height > 0.0) || !(dam.left_run > 0.0) || !(dam.middle_width > 0.0))
         return;
     doubt_wall(doubts, dam);
     doubt_water(doubts, dam);

@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 void doubt_source(Doubts& doubts, const DeckCard& card, const DeckPlace& place) {
     const Deck& deck = doubts.deck();
     constexpr std::int32_t base_mesh = 2;
-    if (deck.IMOD == base_mesh) {
+    if (deck.mode == base_mesh) {
         if (lower(card.name) != lower(BASE_MESH))
             doubts.doubt(
                 "other-mesh", &card,

@@ -8,7 +8,7 @@
 
 #include "commands/checking/doubts.h"
 #include "commands/checking/group_text.h"
-#include "group/tables.h"
+#include "mesh/group_tables.h"
 #include "model/group_reader.h"
 
 namespace brelan::tool {
@@ -20,51 +20,54 @@ double distance(const DeckPoint& a, const DeckPoint& b) {
 }
 
 bool is_line(const DeckGroup& group) {
-    return std::abs(group.MTYPE) == 2;
+    return std::abs(group.group_type) == 2;
 }
 bool is_free_line(const DeckGroup& group) {
-    return group.MTYPE == 2 && group.OVERLAY == 1;
+    return group.group_type == 2 && group.overlay == 1;
 }
 
 // --- counts --------------------------------------------------------------------------------------
 
 void doubt_points(Doubts& doubts, const DeckGroup& group, const DeckCard& points) {
-    const std::int32_t NPOINT = points.integer("NPOINT");
+    const std::int32_t point_count = points.integer("NPOINT");
     std::set<std::int32_t> numbers;
     for (const DeckCard& card : doubts.deck().cards) {
         if (card.group != group.number || card.number != "3.3.5.4.2-1")
             continue;
-        const std::int32_t NP = card.integer("NP");
-        if (NP < 1 || NP > MAXGROUPPOINTS)
-            doubts.end_of_run("bad-number", &card,
-                              fmt::format("NP {}: points have numbers from 1 to {}", NP, MAXGROUPPOINTS));
-        else if (NP > NPOINT)
+        const std::int32_t point_number = card.integer("NP");
+        if (point_number < 1 || point_number > MOST_GROUP_POINTS)
+            doubts.end_of_run(
+                "bad-number", &card,
+                fmt::format("NP {}: points have numbers from 1 to {}", point_number, MOST_GROUP_POINTS));
+        else if (point_number > point_count)
+            doubts.doubt(
+                "counts-disagree", &card,
+                fmt::format("NP {}: {} points are announced on Card 3.3.5.4.2", point_number, point_count));
+        else if (!numbers.insert(point_number).second)
             doubts.doubt("counts-disagree", &card,
-                         fmt::format("NP {}: {} points are announced on Card 3.3.5.4.2", NP, NPOINT));
-        else if (!numbers.insert(NP).second)
-            doubts.doubt("counts-disagree", &card, fmt::format("NP {}: the point is given twice", NP));
+                         fmt::format("NP {}: the point is given twice", point_number));
     }
 }
 
 void doubt_segments(Doubts& doubts, const DeckGroup& group, const DeckCard& points,
                     const DeckCard& segments) {
-    const std::int32_t NPOINT = points.integer("NPOINT");
-    const std::int32_t NSEGMENT = segments.integer("NSEGMENT");
-    const std::int32_t wanted = is_line(group) ? NPOINT - 1 : NPOINT;
-    if (NPOINT < (is_line(group) ? 2 : 1) && NSEGMENT < 2)
+    const std::int32_t point_count = points.integer("NPOINT");
+    const std::int32_t segment_count = segments.integer("NSEGMENT");
+    const std::int32_t wanted = is_line(group) ? point_count - 1 : point_count;
+    if (point_count < (is_line(group) ? 2 : 1) && segment_count < 2)
         doubts.doubt("bad-count", &points,
-                     fmt::format("NPOINT {}: too few points for what is drawn", NPOINT));
-    else if (NSEGMENT == 0)
+                     fmt::format("NPOINT {}: too few points for what is drawn", point_count));
+    else if (segment_count == 0)
         doubts.doubt("uncut", &segments, "NSEGMENT 0: the points are the path, and the mesh is not cut");
-    else if (NSEGMENT < wanted)
+    else if (segment_count < wanted)
         doubts.doubt(
             "counts-disagree", &segments,
             is_line(group)
-                ? fmt::format("NSEGMENT {} of {} points: the points from {} on are not used", NSEGMENT,
-                              NPOINT, NSEGMENT + 2)
+                ? fmt::format("NSEGMENT {} of {} points: the points from {} on are not used", segment_count,
+                              point_count, segment_count + 2)
                 : fmt::format("NSEGMENT {} of {} points: a closed outline has as many segments as points; "
                               "point {} is not used",
-                              NSEGMENT, NPOINT, NSEGMENT + 1));
+                              segment_count, point_count, segment_count + 1));
     int number = 0;
     bool arcs = false;
     for (const DeckCard& card : doubts.deck().cards) {
@@ -77,16 +80,16 @@ void doubt_segments(Doubts& doubts, const DeckGroup& group, const DeckCard& poin
                                      card.integer("SEGNO"), number));
     }
     // Arcs give their own points.
-    if (NSEGMENT > wanted && !arcs)
+    if (segment_count > wanted && !arcs)
         doubts.doubt("counts-disagree", &segments,
                      fmt::format("NSEGMENT {} of {} points: the last segments have no points of their own",
-                                 NSEGMENT, NPOINT));
+                                 segment_count, point_count));
 }
 
 void doubt_material_line(Doubts& doubts, const DeckGroup& group) {
     const Deck& deck = doubts.deck();
     const DeckCard* card = card_of(deck, group, "3.3.5.4.1-1");
-    if (deck.kind == LayoutKind::head && group.MTYPE == -4)
+    if (deck.kind == LayoutKind::head && group.group_type == -4)
         doubts.doubt(
             "head-stage-joint", &deck.cards[group.card],
             "MTYPE -4: in the head kind its material line is lost, and the cards behind are read wrongly");
@@ -145,16 +148,16 @@ double signed_area(const std::vector<DeckPoint>& path) {
 void doubt_size(Doubts& doubts, const DeckGroup& group) {
     const Deck& deck = doubts.deck();
     for (const DeckSegment& segment : group.segments)
-        if (std::abs(segment.NDIV) > MAXPOLYGON) {
-            doubts.end_of_run(
-                "too-large", &deck.cards[segment.card],
-                fmt::format("NDIV {}: a segment has at most {} parts", segment.NDIV, MAXPOLYGON));
+        if (std::abs(segment.divisions) > MOST_POLYGON_POINTS) {
+            doubts.end_of_run("too-large", &deck.cards[segment.card],
+                              fmt::format("NDIV {}: a segment has at most {} parts", segment.divisions,
+                                          MOST_POLYGON_POINTS));
             return;
         }
-    if (group.path.size() > static_cast<std::size_t>(MAXPOLYGON))
+    if (group.path.size() > static_cast<std::size_t>(MOST_POLYGON_POINTS))
         doubts.end_of_run("too-large", card_of(deck, group, "3.3.5.4.2"),
                           fmt::format("{}: a path has at most {} points, this one {}", group_name(group),
-                                      MAXPOLYGON, group.path.size()));
+                                      MOST_POLYGON_POINTS, group.path.size()));
 }
 
 void doubt_shape(Doubts& doubts, const DeckGroup& group) {
@@ -165,7 +168,7 @@ void doubt_shape(Doubts& doubts, const DeckGroup& group) {
     doubt_crossing(doubts, group, card);
     for (const DeckSegment& segment : group.segments)
         if (segment.path.size() > 1 && distance(segment.path.front(), segment.path.back()) < SAME_PLACE &&
-            segment.LTYPE == 1)
+            segment.segment_type == 1)
             doubts.doubt("no-length", &deck.cards[segment.card],
                          fmt::format("{}: the segment begins and ends at {}", group_name(group),
                                      place_text(segment.path.front())));
@@ -174,7 +177,7 @@ void doubt_shape(Doubts& doubts, const DeckGroup& group) {
     const double area = signed_area(group.path);
     if (std::abs(area) < SAME_PLACE * SAME_PLACE)
         doubts.doubt("no-area", card, fmt::format("{}: the outline has no area", group_name(group)));
-    else if (area < 0.0 && (group.MTYPE == -3 || group.MTYPE == -4))
+    else if (area < 0.0 && (group.group_type == -3 || group.group_type == -4))
         doubts.doubt("clockwise", card,
                      fmt::format("{}: the outline runs clockwise, so that the joint opens to its outside",
                                  group_name(group)));
@@ -229,14 +232,16 @@ public:
         for (const DeckSegment& segment : group.segments) {
             if (segment.path.empty())
                 continue;
-            const bool start = segment.IEND == 0 || segment.IEND == -1 || std::abs(segment.IEND) == 2;
-            const bool end = segment.IEND == 0 || segment.IEND == 1 || std::abs(segment.IEND) == 2;
+            const bool start =
+                segment.end_rule == 0 || segment.end_rule == -1 || std::abs(segment.end_rule) == 2;
+            const bool end =
+                segment.end_rule == 0 || segment.end_rule == 1 || std::abs(segment.end_rule) == 2;
             if (!cuts || start)
                 nodes_.push_back(segment.path.front());
             if (!cuts || end)
                 nodes_.push_back(segment.path.back());
             for (std::size_t i = 0;
-                 cuts && segment.IEND != 0 && segment.IEND != 3 && i + 1 < segment.path.size(); ++i)
+                 cuts && segment.end_rule != 0 && segment.end_rule != 3 && i + 1 < segment.path.size(); ++i)
                 cut_.emplace_back(segment.path[i], segment.path[i + 1]);
         }
     }
@@ -277,22 +282,22 @@ bool along_sides(const DeckSegment& segment, const Ground& ground) {
 void doubt_uncut(Doubts& doubts, const DeckGroup& group, const DeckSegment& segment, const Ground& ground) {
     const DeckCard& card = doubts.deck().cards[segment.card];
     const bool selects_only = std::all_of(group.segments.begin(), group.segments.end(),
-                                          [](const DeckSegment& s) { return s.IEND == 3; });
+                                          [](const DeckSegment& s) { return s.end_rule == 3; });
     // Outlines of 3 throughout are the way to select whole elements.
-    if (is_free_line(group) || group.MTYPE == 5 || (selects_only && !is_line(group)))
+    if (is_free_line(group) || group.group_type == 5 || (selects_only && !is_line(group)))
         return;
-    const bool uncut = segment.IEND == 0 || segment.IEND == 3;
-    const bool long_line = segment.IEND == 0 && segment.NDIV == 1 && group.MTYPE == 2;
+    const bool uncut = segment.end_rule == 0 || segment.end_rule == 3;
+    const bool long_line = segment.end_rule == 0 && segment.divisions == 1 && group.group_type == 2;
     if (!uncut || long_line || along_sides(segment, ground))
         return;
     doubts.doubt("uncut", &card,
                  fmt::format("NDIV {}, IEND {}: the mesh is not cut between {} and {}, where it has no sides",
-                             segment.NDIV, segment.IEND, place_text(segment.path.front()),
+                             segment.divisions, segment.end_rule, place_text(segment.path.front()),
                              place_text(segment.path.back())));
 }
 
 void doubt_slivers(Doubts& doubts, const DeckGroup& group, const DeckSegment& segment, const Ground& ground) {
-    if (segment.NDIV < 2 || is_free_line(group) || segment.IEND == 3)
+    if (segment.divisions < 2 || is_free_line(group) || segment.end_rule == 3)
         return;
     for (std::size_t i = 0; i + 1 < segment.path.size(); ++i) {
         const DeckPoint &a = segment.path[i], &b = segment.path[i + 1];
@@ -304,7 +309,7 @@ void doubt_slivers(Doubts& doubts, const DeckGroup& group, const DeckSegment& se
             "divided-otherwise", &doubts.deck().cards[segment.card],
             fmt::format("NDIV {}: its parts are {:.3g} long and elements of the mesh {:.3g}; they are cut "
                         "several times over (NDIV {} cuts them once)",
-                        segment.NDIV, distance(a, b), *side, -segment.NDIV));
+                        segment.divisions, distance(a, b), *side, -segment.divisions));
         return;
     }
 }
@@ -325,7 +330,7 @@ void doubt_division(Doubts& doubts, const DeckGroup& group, const DeckSegment& s
                             hanging, segment.path.size()));
         return;
     }
-    if (group.MTYPE != 2 || segment.NDIV != 1 || segment.IEND != 0 || segment.path.size() < 2)
+    if (group.group_type != 2 || segment.divisions != 1 || segment.end_rule != 0 || segment.path.size() < 2)
         return;
     if (const std::size_t nodes = ground.places().nodes_between(segment.path.front(), segment.path.back());
         nodes > 0)
@@ -341,7 +346,7 @@ void doubt_cuts(Doubts& doubts, const DeckMeshes& meshes) {
         return;
     Ground ground(*meshes.places);
     for (const DeckGroup& group : doubts.deck().groups) {
-        if (group.MTYPE == 0)
+        if (group.group_type == 0)
             continue;
         if (!is_free_line(group))
             doubt_outside(doubts, group, ground);

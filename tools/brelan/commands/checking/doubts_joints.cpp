@@ -21,15 +21,15 @@ struct Edge {
 };
 
 bool is_joint(const DeckGroup& group) {
-    return group.MTYPE <= -2 && group.MTYPE >= -4;
+    return group.group_type <= -2 && group.group_type >= -4;
 }
 
 std::vector<Edge> edges_of(const DeckGroup& group) {
     std::vector<Edge> edges;
     for (const DeckSegment& segment : group.segments) {
-        const bool cuts = segment.IEND != 0 && segment.IEND != 3;
+        const bool cuts = segment.end_rule != 0 && segment.end_rule != 3;
         // One element from end to end takes one node of the two at each.
-        if (segment.NDIV == 1 && segment.IEND == 0)
+        if (segment.divisions == 1 && segment.end_rule == 0)
             continue;
         for (std::size_t i = 0; i + 1 < segment.path.size(); ++i)
             edges.push_back({segment.path[i], segment.path[i + 1], cuts});
@@ -97,7 +97,7 @@ Joint joint_of(const Mesh& mesh) {
     for (const Element& e : mesh.elements) {
         std::array<Point, 4> corner{};
         std::size_t found = 0;
-        for (const Number n : {e.words.I1, e.words.I2, e.words.I3, e.words.I4})
+        for (const Number n : {e.words.corner_1, e.words.corner_2, e.words.corner_3, e.words.corner_4})
             if (const std::int32_t place = mesh.node_place(n); place != Mesh::NONE)
                 corner[found++] = mesh.point(place);
         const auto alike = [](const Point& a, const Point& b) { return a.x == b.x && a.y == b.y; };
@@ -130,7 +130,7 @@ void doubt_joints(Doubts& doubts, const DeckMeshes& meshes) {
     std::vector<Joint> earlier{joint_of(places.mesh())};
     for (const DeckGroup& group : deck.groups) {
         // What is deleted may leave one node of the two.
-        if (std::abs(group.MTYPE) == 1)
+        if (std::abs(group.group_type) == 1)
             return;
         if (!is_joint(group))
             continue;

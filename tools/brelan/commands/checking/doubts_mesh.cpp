@@ -26,7 +26,7 @@ std::set<std::int32_t> materials_of(const Mesh& mesh, Section section) {
     std::set<std::int32_t> materials;
     for (const Element& e : mesh.elements)
         if (section == Section::any || section_of(e) == section)
-            materials.insert(e.words.MATNO);
+            materials.insert(e.words.material);
     return materials;
 }
 
@@ -36,8 +36,8 @@ std::pair<Number, Number> span_of(const Mesh& mesh, Section section) {
     for (const Element& e : mesh.elements) {
         if (section_of(e) != section)
             continue;
-        span.first = span.first == 0 ? e.NEL : std::min(span.first, e.NEL);
-        span.second = std::max(span.second, e.NEL);
+        span.first = span.first == 0 ? e.number : std::min(span.first, e.number);
+        span.second = std::max(span.second, e.number);
     }
     return span;
 }
@@ -167,21 +167,21 @@ void doubt_room(Doubts& doubts, const Mesh& mesh) {
     const DeckCard* edit = doubts.deck().card("3.3");
     if (start == nullptr || edit == nullptr || mesh.nodes.empty())
         return;
-    const std::int32_t IEDIT = edit->integer("IEDIT");
+    const std::int32_t operation = edit->integer("IEDIT");
     constexpr std::int32_t deletes = 2;  // how much is left the mesh does not tell
-    if (IEDIT == deletes)
+    if (operation == deletes)
         return;
-    const bool shifts = IEDIT == 0 || IEDIT == 1 || IEDIT == 6;
+    const bool shifts = operation == 0 || operation == 1 || operation == 6;
     const auto look = [&](const char* field, std::int64_t needed, const char* what) {
         const std::int64_t first = start->integer(field), last = first + needed - 1;
-        if (first >= 1 && first <= MAXNP && last > MAXNP)
+        if (first >= 1 && first <= HIGHEST_NODE_NUMBER && last > HIGHEST_NODE_NUMBER)
             doubts.end_of_run(
                 "bad-number", start,
                 fmt::format("{} {}: the last {} would get the number {}, and numbers go up to {}", field,
-                            first, what, last, MAXNP));
+                            first, what, last, HIGHEST_NODE_NUMBER));
     };
     const auto nodes = static_cast<std::int64_t>(mesh.nodes.size());
-    look("NSNODE", shifts ? mesh.nodes.back().NODE - mesh.nodes.front().NODE + 1 : nodes, "node");
+    look("NSNODE", shifts ? mesh.nodes.back().number - mesh.nodes.front().number + 1 : nodes, "node");
     const auto [low, high] = span_of(mesh, Section::continuum);
     if (low > 0)
         look("NSNEL", shifts ? high - low + 1 : static_cast<std::int64_t>(mesh.elements.size()), "element");
@@ -192,19 +192,19 @@ void doubt_room(Doubts& doubts, const Mesh& mesh) {
 void take_numbers(const Mesh& mesh, Region& region) {
     region.old_elements[0] = region.old_elements[1] = region.old_elements[2] = NumberRange{};
     for (const Element& e : mesh.elements)
-        if (e.section() != EL_TRUSS || !mesh.flow_lines)  // those are not seen
-            region.old_elements[e.section() - EL_CONTINUUM].include(e.NEL);
+        if (e.section() != ELEMENT_TRUSS || !mesh.flow_lines)  // those are not seen
+            region.old_elements[e.section() - ELEMENT_CONTINUUM].include(e.number);
 }
 
 // The new number of a region's lowest element; 0 where a number is out of range.
 Number lowest_new_number(const Region& region) {
-    Number lowest = MAXEL;
+    Number lowest = HIGHEST_ELEMENT_NUMBER;
     for (std::size_t type = 0; type < 3; ++type) {
         const NumberRange& old = region.old_elements[type];
         if (old.highest < old.lowest)
             continue;
         const Number first = region.start[type];
-        if (first < 1 || first + old.highest - old.lowest > MAXEL)
+        if (first < 1 || first + old.highest - old.lowest > HIGHEST_ELEMENT_NUMBER)
             return 0;
         lowest = std::min(lowest, first);
     }
@@ -216,7 +216,7 @@ void doubt_element_numbers(Doubts& doubts, const Mesh& a, const Mesh& b, const D
     Combination numbers;
     take_numbers(b, numbers.first);  // the names cross
     take_numbers(a, numbers.second);
-    FIXREGIONNUMBERS(numbers);
+    fix_region_numbers(numbers);
     const Number first = lowest_new_number(numbers.first), second = lowest_new_number(numbers.second);
     if (first == 0 || second == 0)
         doubts.end_of_run(
@@ -235,7 +235,7 @@ void doubt_element_numbers(Doubts& doubts, const Mesh& a, const Mesh& b, const D
 void doubt_pairs_on(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bool first) {
     for (const float value : card.list) {
         const std::int32_t number = whole_number(value);
-        if (number < 1 || number > MAXNP || mesh.node_place(number) != Mesh::NONE)
+        if (number < 1 || number > HIGHEST_NODE_NUMBER || mesh.node_place(number) != Mesh::NONE)
             continue;
         if (first)
             doubts.end_of_run("no-such-number", &card,
@@ -277,7 +277,7 @@ void doubt_combination(Doubts& doubts, const Mesh& a, const Mesh& b) {
 void doubt_mesh(Doubts& doubts, const DeckMeshes& meshes) {
     if (meshes.a == nullptr)
         return;
-    if (doubts.deck().IMOD <= 0) {
+    if (doubts.deck().mode <= 0) {
         if (meshes.b != nullptr)
             doubt_combination(doubts, *meshes.a, *meshes.b);
         return;

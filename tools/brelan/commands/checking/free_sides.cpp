@@ -23,7 +23,7 @@ constexpr std::array SIDES{Side{"IB_LEFT", "left", 0.0, -1.0, 0}, Side{"IB_RIGHT
 std::set<std::pair<Number, Number>> outer_edges(const Mesh& mesh) {
     std::set<std::pair<Number, Number>> edges;
     for (const Element& e : mesh.elements) {
-        const std::array n{e.words.I1, e.words.I2, e.words.I3, e.words.I4};
+        const std::array n{e.words.corner_1, e.words.corner_2, e.words.corner_3, e.words.corner_4};
         for (std::size_t i = 0; i < n.size(); ++i)
             if (const Number from = n[i], to = n[(i + 1) % n.size()]; edges.erase({to, from}) == 0)
                 edges.emplace(from, to);
@@ -48,7 +48,8 @@ std::vector<std::string> free_sides(const DeckCard& blocks, const Mesh& base_mes
         std::size_t free = 0;
         for (const Number node : nodes[s])
             free +=
-                base_mesh.nodes[static_cast<std::size_t>(base_mesh.node_place(node))].ID[SIDES[s].code] == 0;
+                base_mesh.nodes[static_cast<std::size_t>(base_mesh.node_place(node))].codes[SIDES[s].code] ==
+                0;
         if (blocks.integer(SIDES[s].field) == 1 && free > 0)
             remarks.push_back(fmt::format(
                 "{} 1: {} of {} nodes of the {} side stay free: sums of 32 bits put them more than 0.0001 "

@@ -63,9 +63,9 @@ void make_drive(const fs::path& drive) {
 
 void make_base_mesh(const Deck& deck, const fs::path& project, Run& run, Verdict& verdict) {
     try {
-        Channel& cards = run.channels.open(CH_DECK, NORMALISED, OpenStatus::old);
-        std::int32_t IMOD = 0, JK = 0;
-        read_free(cards, "Card 1.1", IMOD, JK);
+        Channel& cards = run.channels.open(CHANNEL_DECK, NORMALISED, OpenStatus::old);
+        std::int32_t mode = 0, kind_code = 0;
+        read_free(cards, "Card 1.1", mode, kind_code);
         run_base_mesh(run);
         run.channels.close_all();
         verdict.base_mesh = read_mesh_file(project / BASE_MESH, deck.kind);
@@ -88,16 +88,16 @@ Verdict verdict_of(const Deck& deck, const Edition& edition) {
     write_file(project / "deck.dat", deck.text);
     make_drive(drive);
 
-    flush_to_zero();
+    const FlushToZero mode;
     KeptConsole console;
     const auto run = std::make_unique<Run>(Directories{work, drive}, console);
     run->set_edition(edition.number);
     const LayoutKind kind = run->settings.kind();
     try {
         const DeckContent content =
-            DECKCHK(run->channels, kind, run->checker, run->console, TextLine(DECK_NAME), NORMALISED);
+            check_deck(run->channels, kind, run->checker, run->console, TextLine(DECK_NAME), NORMALISED);
         if (content == DeckContent::dam) {
-            DAMDECK(run->channels, kind, run->checker, run->decks, run->dam, run->sizes);
+            write_dam_decks(run->channels, kind, run->checker, run->decks, run->dam, run->sizes);
             return verdict;  // the decks made of its cards are no matter of this check
         }
     } catch (const RunEnd& end) {
@@ -107,7 +107,7 @@ Verdict verdict_of(const Deck& deck, const Edition& edition) {
     run->channels.close_all();
     std::ifstream normalised(work / NORMALISED, std::ios::binary);
     verdict.normalised.assign(std::istreambuf_iterator<char>(normalised), {});
-    if (deck.IMOD == base_mesh)
+    if (deck.mode == base_mesh)
         make_base_mesh(deck, project, *run, verdict);
     return verdict;
 }

@@ -48,7 +48,7 @@ std::vector<std::string> words_of(const std::string& text) {
 }
 
 std::string integer_word(float value) {
-    const std::string word = std::to_string(TRUNCATE(value));
+    const std::string word = std::to_string(to_integer(value));
     return word.size() > 5 ? "*****" : word;
 }
 
@@ -109,7 +109,7 @@ public:
         const Verdict verdict = verdict_of(deck, edition);
         // What a dam's profile may be is not a matter of counts.
         constexpr std::int32_t dam = 3;
-        if (deck.IMOD == dam && !deck.fault && verdict.status == 2)
+        if (deck.mode == dam && !deck.fault && verdict.status == 2)
             return false;
         EXPECT_EQ(deck.fault.has_value(), verdict.status != 0)
             << (deck.fault ? deck.fault->message : "") << " / " << verdict.message << "\n"
@@ -121,8 +121,8 @@ public:
         }
         // The checker rewrites a group of MTYPE 5, and makes other decks of a dam.
         const bool rewritten =
-            deck.IMOD == dam || std::any_of(deck.groups.begin(), deck.groups.end(),
-                                            [](const DeckGroup& g) { return g.MTYPE == 5; });
+            deck.mode == dam || std::any_of(deck.groups.begin(), deck.groups.end(),
+                                            [](const DeckGroup& g) { return g.group_type == 5; });
         if (!deck.fault && verdict.status == 0 && !rewritten) {
             const std::vector<std::string> expected = expected_words(deck),
                                            found = words_of(verdict.normalised);

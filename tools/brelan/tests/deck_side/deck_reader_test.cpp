@@ -57,7 +57,7 @@ TEST(Deck, cards_have_the_line_of_the_file_and_their_fields_by_name) {
     EXPECT_FALSE(start->field("NSBEAM")->given);
     EXPECT_EQ(start->integer("NSTRUS"), 0);
     EXPECT_EQ(deck.card("3.3")->line, 7);
-    EXPECT_EQ(deck.FILEA, "Row.Mes");
+    EXPECT_EQ(deck.first_mesh, "Row.Mes");
     EXPECT_EQ(deck.result, "New.Mes");
 }
 

@@ -37,29 +37,30 @@ Mesh renumbered(Mesh mesh, unsigned seed) {
     std::iota(elements.begin(), elements.end(), 1);
     std::shuffle(elements.begin(), elements.end(), random);
     for (Node& node : mesh.nodes)
-        node.NODE = nodes[static_cast<std::size_t>(node.NODE)];
+        node.number = nodes[static_cast<std::size_t>(node.number)];
     for (std::size_t i = 0; i < mesh.elements.size(); ++i) {
         Element& e = mesh.elements[i];
-        e.NEL = elements[i];
+        e.number = elements[i];
         std::array<Number, 4> corners{};
         const auto start = static_cast<int>(random() % 4);
         for (int k = 0; k < 4; ++k)
             corners[static_cast<std::size_t>(k)] =
                 nodes[static_cast<std::size_t>(e.corner(e.is_line() ? k : (k + start) % 4))];
-        e.words.I1 = corners[0];
-        e.words.I2 = corners[1];
-        e.words.I3 = corners[2];
-        e.words.I4 = corners[3];
-        if (e.words.M5 == 0)
+        e.words.corner_1 = corners[0];
+        e.words.corner_2 = corners[1];
+        e.words.corner_3 = corners[2];
+        e.words.corner_4 = corners[3];
+        if (e.words.midside_5 == 0)
             continue;
-        const std::array<Number, 4> midsides{e.words.M5, e.words.M6, e.words.M7, e.words.M8};
+        const std::array<Number, 4> midsides{e.words.midside_5, e.words.midside_6, e.words.midside_7,
+                                             e.words.midside_8};
         const auto turned = [&](int k) {
             return nodes[static_cast<std::size_t>(midsides[static_cast<std::size_t>((k + start) % 4)])];
         };
-        e.words.M5 = turned(0);
-        e.words.M6 = turned(1);
-        e.words.M7 = turned(2);
-        e.words.M8 = turned(3);
+        e.words.midside_5 = turned(0);
+        e.words.midside_6 = turned(1);
+        e.words.midside_7 = turned(2);
+        e.words.midside_8 = turned(3);
     }
     mesh.finish();
     return mesh;
@@ -73,11 +74,11 @@ TEST(DifferenceByNumber, MeshIsTheSameAsItself) {
 TEST(DifferenceByNumber, TellsWhatHasChangedUnderEachNumber) {
     const Mesh a = wall().mesh();
     Mesh b = wall().mesh();
-    b.nodes[0].XC = -0.25F;
-    b.nodes[1].ID[1] = 1;
+    b.nodes[0].x = -0.25F;
+    b.nodes[1].codes[1] = 1;
     b.nodes.pop_back();
-    b.elements[0].words.MATNO = 3;
-    b.elements[1].THIC = 2.0F;
+    b.elements[0].words.material = 3;
+    b.elements[1].thickness = 2.0F;
     b.elements.pop_back();
     b.finish();
     const Difference d = difference_by_number(a, b, 0.0);
@@ -121,7 +122,7 @@ TEST(DifferenceByPlace, BeamOnTheOtherSideOfAJointDiffers) {
 TEST(DifferenceByPlace, FindsOneChangedElementAmongOtherNumbers) {
     const Mesh a = wall().mesh();
     Mesh changed = wall().mesh();
-    changed.elements[2].words.MATNO = 8;
+    changed.elements[2].words.material = 8;
     for (unsigned seed = 1; seed <= 20; ++seed) {
         const Difference d = difference_by_place(a, renumbered(changed, seed), 0.0);
         ASSERT_EQ(d.elements_changed.size(), 1U) << "seed " << seed;
@@ -136,10 +137,10 @@ Sample quadratic() {
     Sample sample;
     sample.nodes({{0, 0}, {2, 0}, {2, 2}, {0, 2}, {1, 0}, {2, 1}, {1, 2}, {0, 1}, {4, 0}, {4, 2}});
     sample.solid({1, 2, 3, 4});
-    sample.last().words.M5 = 5;
-    sample.last().words.M6 = 6;
-    sample.last().words.M7 = 7;
-    sample.last().words.M8 = 8;
+    sample.last().words.midside_5 = 5;
+    sample.last().words.midside_6 = 6;
+    sample.last().words.midside_7 = 7;
+    sample.last().words.midside_8 = 8;
     return sample.solid({2, 9, 10, 3});
 }
 
@@ -152,9 +153,9 @@ TEST(DifferenceByPlace, MidsideNodesTurnWithTheCorners) {
 TEST(DifferenceByPlace, MidsideNodesInAnotherOrderDiffer) {
     const Mesh a = quadratic().mesh();
     Mesh swapped = quadratic().mesh();
-    std::swap(swapped.elements[0].words.M5, swapped.elements[0].words.M7);
+    std::swap(swapped.elements[0].words.midside_5, swapped.elements[0].words.midside_7);
     Mesh without = quadratic().mesh();
-    without.elements[0].words.M6 = 0;
+    without.elements[0].words.midside_6 = 0;
     for (const Mesh& b : {renumbered(swapped, 3), without}) {
         const Difference d = difference_by_place(a, b, 0.0);
         ASSERT_EQ(d.elements_changed.size(), 1U);
@@ -169,7 +170,7 @@ TEST(DifferenceByPlace, MidsideNodesInAnotherOrderDiffer) {
 TEST(DifferenceByPlace, ToleranceSaysWhatIsOnePlace) {
     const Mesh a = wall().mesh();
     Mesh b = wall().mesh();
-    b.nodes[0].XC = 0.01F;
+    b.nodes[0].x = 0.01F;
     EXPECT_EQ(difference_by_place(a, b, 0.0).nodes_only_a.size(), 1U);
     EXPECT_TRUE(difference_by_place(a, b, 0.02).none());
 }

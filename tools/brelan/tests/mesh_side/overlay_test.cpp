@@ -55,10 +55,10 @@ TEST(SupportRoom, IsTheShortestSideToAnotherNodeWithASymbol) {
                     .solid({2, 3, 6, 5})
                     .mesh();
     for (const std::size_t n : {0U, 1U, 2U, 5U})
-        mesh.nodes[n].ID[1] = 1;
+        mesh.nodes[n].codes[1] = 1;
     constexpr double NONE = std::numeric_limits<double>::infinity();
     EXPECT_EQ(support_room(mesh, corners_of(mesh)), (std::vector<double>{1, 1, 0.25, NONE, NONE, 0.25}));
-    mesh.nodes[5].ID[1] = 0;
+    mesh.nodes[5].codes[1] = 0;
     EXPECT_EQ(support_room(mesh, corners_of(mesh)), (std::vector<double>{1, 1, 3, NONE, NONE, NONE}));
 }
 

@@ -16,9 +16,9 @@ public:
     Sample& nodes(std::initializer_list<Point> points) {
         for (const Point& p : points) {
             Node node;
-            node.NODE = static_cast<Number>(mesh_.nodes.size()) + 1;
-            node.XC = static_cast<float>(p.x);
-            node.YC = static_cast<float>(p.y);
+            node.number = static_cast<Number>(mesh_.nodes.size()) + 1;
+            node.x = static_cast<float>(p.x);
+            node.y = static_cast<float>(p.y);
             mesh_.nodes.push_back(node);
         }
         return *this;
@@ -52,19 +52,19 @@ private:
         e.of = of;
         if (corners.size() == 2)
             static_cast<ElementRecord&>(e) = two_node_element(corners[0], corners[1], material);
-        e.NEL = static_cast<Number>(mesh_.elements.size()) + 1;
-        e.words.I1 = corners[0];
-        e.words.I2 = corners[1];
+        e.number = static_cast<Number>(mesh_.elements.size()) + 1;
+        e.words.corner_1 = corners[0];
+        e.words.corner_2 = corners[1];
         if (corners.size() > 2) {
-            e.words.I3 = corners[2];
-            e.words.I4 = corners.size() > 3 ? corners[3] : 0;
+            e.words.corner_3 = corners[2];
+            e.words.corner_4 = corners.size() > 3 ? corners[3] : 0;
         }
-        e.words.MATNO = material;
-        e.THIC = 1.0F;
+        e.words.material = material;
+        e.thickness = 1.0F;
         if (of == ElementClass::joint) {
-            e.DEN = -1.0F;
-            e.KS = 1;
-            e.IDH = 105;
+            e.density = -1.0F;
+            e.skeleton = 1;
+            e.attribute = 105;
         }
         mesh_.elements.push_back(e);
         return *this;

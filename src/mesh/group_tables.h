@@ -12,10 +12,11 @@
 
 namespace brelan {
 
-inline constexpr std::int32_t MAXGROUPS = 500;        // groups of a deck, and rows of the group listing
-inline constexpr std::int32_t MAXGROUPPOINTS = 1100;  // outline points, and segments, of a group
-inline constexpr std::int32_t MAXPATHNODES = 4000;    // nodes kept of a group's line
-inline constexpr std::int32_t MAXPOLYGON = 2001;      // points of one segment, and of a polygon to be scanned
+inline constexpr std::int32_t MOST_GROUPS = 500;         // groups of a deck, and rows of the group listing
+inline constexpr std::int32_t MOST_GROUP_POINTS = 1100;  // outline points, and segments, of a group
+inline constexpr std::int32_t MOST_PATH_NODES = 4000;    // nodes kept of a group's line
+inline constexpr std::int32_t MOST_POLYGON_POINTS =
+    2001;  // points of one segment, and of a polygon to be scanned
 
 // --- cards ---------------------------------------------------------------------------------------
 
@@ -28,61 +29,63 @@ struct Point {
 //   0 skipped; 1 deletes inside, -1 outside; 2 a line, -2 a joint along a line; 3 material inside, -3 with a
 //   joint; 4 duplicate material inside, -4 with a joint.
 struct GroupRow {
-    std::int32_t MTYPE = 0;
-    std::int32_t NPOINT = 0;  // outline points in use
-    std::int32_t NSEGMENT = 0;
-    std::int32_t MOVE = 0;  // 1: the nodes of the finished line are frozen
-    std::int32_t OVERLAY = 0;
+    std::int32_t group_type = 0;
+    std::int32_t point_count = 0;  // outline points in use
+    std::int32_t segment_count = 0;
+    std::int32_t freezes_nodes = 0;  // 1: the nodes of the finished line are frozen
+    std::int32_t overlay = 0;
 };
 
 // Words of the material line. A word that a group's card does not have keeps the value of a group before it
 // in the same place.
 struct GroupMaterial {
-    float MAT = 0.0F, KF = 0.0F;                  // KF is IH or DEN by kind
-    float MATj = 0.0F, KFj = 0.0F, THICj = 0.0F;  // joint
-    float LTi = 0.0F, LMi = 0.0F;                 // line: LTP and LMAT, or those of a joint's first line
-    float LTo = 0.0F, LMo = 0.0F;                 // second line of a joint
-    float MATold = 0.0F;
+    float material = 0.0F, attribute = 0.0F;                                      // KF is IH or DEN by kind
+    float joint_material = 0.0F, joint_attribute = 0.0F, joint_thickness = 0.0F;  // joint
+    float inner_line_type = 0.0F,
+          inner_line_material = 0.0F;  // line: LTP and LMAT, or those of a joint's first line
+    float outer_line_type = 0.0F, outer_line_material = 0.0F;  // second line of a joint
+    float old_material = 0.0F;
 };
 
 // A segment of an outline. Only an arc (LTYPE 2) has centre, half axes and angles (radians).
 struct SegmentRow {
-    std::int32_t LTYPE = 0, NDIV = 0, IEND = 0;
-    float Xo = 0.0F, Yo = 0.0F, Rx = 0.0F, Ry = 0.0F, Qb = 0.0F, Qe = 0.0F;
+    std::int32_t segment_type = 0, divisions = 0, end_rule = 0;
+    float centre_x = 0.0F, centre_y = 0.0F, half_axis_x = 0.0F, half_axis_y = 0.0F, begin_angle = 0.0F,
+          end_angle = 0.0F;
 };
 
 // What a group's cards give the outputs.
 struct GroupPost {
     TextLine title;
     std::string place;  // file and line of Card 3.3.5.4.1, for messages
-    std::int32_t IGPOST = 0;
+    std::int32_t wants_outputs = 0;
     std::array<std::array<std::int32_t, 2>, 6> pair{};
     std::array<std::int32_t, 7> toggle{};
 };
 
 // Lists and limits of Cards 3.3.5.1 to 3.3.5.3.
-inline constexpr std::int32_t MAXGROUPLIST = 500;
+inline constexpr std::int32_t MOST_GROUP_LIST_NUMBERS = 500;
 struct GroupLimits {
-    std::int32_t NODE = 0, NOEL = 0;
-    Table<std::int32_t, MAXGROUPLIST, "the node list of Card 3.3.5.1"> nodes;
-    Table<std::int32_t, MAXGROUPLIST, "the element list of Card 3.3.5.2"> elements;
+    std::int32_t node_count = 0, element_count = 0;
+    Table<std::int32_t, MOST_GROUP_LIST_NUMBERS, "the node list of Card 3.3.5.1"> nodes;
+    Table<std::int32_t, MOST_GROUP_LIST_NUMBERS, "the element list of Card 3.3.5.2"> elements;
     std::string nodes_place, elements_place;  // file and line, for messages
-    std::int32_t IBOUND = 0;
-    float XMIN = 0.0F, YMIN = 0.0F, XMAX = 0.0F, YMAX = 0.0F;
+    std::int32_t bounds_given = 0;
+    float left = 0.0F, bottom = 0.0F, right = 0.0F, top = 0.0F;
 };
 
 // The cards of the groups of a deck.
 struct GroupCards {
-    Table<GroupRow, MAXGROUPS, "GROUPREC"> rows;
-    Table<GroupMaterial, MAXGROUPS, "GROUPMAT"> materials;
-    Table<Table<Point, MAXGROUPPOINTS + 1, "the outline points of a group">, MAXGROUPS, "the outlines">
+    Table<GroupRow, MOST_GROUPS, "GROUPREC"> rows;
+    Table<GroupMaterial, MOST_GROUPS, "GROUPMAT"> materials;
+    RowTable<Point, MOST_GROUPS, "the outlines", MOST_GROUP_POINTS + 1, "the outline points of a group">
         outlines;
-    Table<Table<SegmentRow, MAXGROUPPOINTS, "the segments of a group">, MAXGROUPS, "SEGREC"> segments;
+    RowTable<SegmentRow, MOST_GROUPS, "SEGREC", MOST_GROUP_POINTS, "the segments of a group"> segments;
     std::int32_t count = 0;
     std::int32_t are_titled = 0;  // IGTITL 1: each group has a title
     float reference_x = 0.0F, reference_y = 0.0F;
     float written_head = 0.0F;  // head that the nodes of a head mesh are written with
-    Table<GroupPost, MAXGROUPS, "the output lines of the groups"> outputs;
+    Table<GroupPost, MOST_GROUPS, "the output lines of the groups"> outputs;
     GroupLimits limits;
 };
 
@@ -98,7 +101,7 @@ struct Tolerances {
 
 // What is kept of a group's line for the outputs.
 struct KeptLine {
-    std::int32_t MTYPE = 0, closed = 0;
+    std::int32_t group_type = 0, closed = 0;
     std::vector<std::int32_t> nodes;
     std::vector<Point> points;  // XPATH, YPATH
 };
@@ -110,14 +113,14 @@ inline constexpr std::int32_t ROW_OUTLINE = 0, ROW_LINE = 1, ROW_JOINT = 2;
 
 struct ListingRow {
     std::int32_t group = 0, sub_kind = 0;
-    std::int32_t MTYPE = 0, closed = 0;
+    std::int32_t group_type = 0, closed = 0;
     std::int32_t members = 0;  // records of elements that belong to the row
     std::vector<Point> points;
 };
 struct GroupListing {
     std::int32_t count = 0;  // rows of the listing
-    Table<ListingRow, MAXGROUPS, "the group listing"> rows;
-    Table<KeptLine, MAXGROUPS, "the lines of the groups"> lines;
+    Table<ListingRow, MOST_GROUPS, "the group listing"> rows;
+    Table<KeptLine, MOST_GROUPS, "the lines of the groups"> lines;
 
     // Lines of beams and of trusses so far, their running numbers; in the temperature kind they are pipes and
     // convection lines.

@@ -8,7 +8,7 @@
 
 namespace brelan {
 
-inline constexpr std::int32_t MAXBLOCKROWS = 100;  // block columns, and block rows, on cards
+inline constexpr std::int32_t MOST_BLOCK_ROWS = 100;  // block columns, and block rows, on cards
 
 // A block column (W, DX, AX) or a block row (H, DY, AY).
 struct BlockStrip {
@@ -18,18 +18,18 @@ struct BlockStrip {
 };
 
 struct BlockCards {
-    std::int32_t NBX = 0, NBY = 0;
-    std::int32_t IB_LEFT = 1, IB_RIGHT = 1, IB_TOP = 0, IB_BOTTOM = 1;  // 1 fixes the side
-    float Xo = 0.0F, Yo = 0.0F;                                         // lower left corner of the field
+    std::int32_t block_columns = 0, block_rows = 0;
+    std::int32_t fixes_left = 1, fixes_right = 1, fixes_top = 0, fixes_bottom = 1;  // 1 fixes the side
+    float origin_x = 0.0F, origin_y = 0.0F;  // lower left corner of the field
     float third = 0.0F;  // Ywater, temperature or total head by kind; displacement has none
-    Table<BlockStrip, MAXBLOCKROWS, "the rows of Card 4.3"> columns;
-    Table<BlockStrip, MAXBLOCKROWS, "the rows of Card 4.4"> rows;
-    std::int32_t IGMOD = 0;
+    Table<BlockStrip, MOST_BLOCK_ROWS, "the rows of Card 4.3"> columns;
+    Table<BlockStrip, MOST_BLOCK_ROWS, "the rows of Card 4.4"> rows;
+    std::int32_t edit_follows = 0;
 };
 
 // Bounds of the field.
 struct FieldBounds {
-    float XMIN = 0.0F, XMAX = 0.0F, YMIN = 0.0F, YTOP = 0.0F;
+    float left = 0.0F, right = 0.0F, bottom = 0.0F, top = 0.0F;
 };
 
 }  // namespace brelan
