@@ -20,16 +20,18 @@ using DamOutline = std::vector<DamPoint>;
 
 // Cards 5.1 to 5.5.
 struct DamCards {
-    std::int32_t layer_count = 0;        // subsoil layers; 0 or more
+    std::int32_t layer_count = 0;        // NLAYER: subsoil layers; 0 or more
     bool core = false, cut_off = false;  // a core; a cut-off wall, only with layers
     bool shells = false;                 // both sides of the crest are made of slope templates
-    std::int32_t crest_divisions = 0;    // divisions of the middle block column, 0 for a size like the others
-    float initial_head = 0.0F;           // initial head or temperature
-    float height = 0.0F, water_height = 0.0F;  // height of the dam, water height upstream
-    float left_run = 0.0F, right_run = 0.0F;   // horizontal runs of the slopes
+    // NCREST: divisions of the middle block column, 0 for a size like the others
+    std::int32_t crest_divisions = 0;
+    float initial_head = 0.0F;                 // Hi: initial head or temperature
+    float height = 0.0F, water_height = 0.0F;  // HDAM, HWATER: height of the dam, water height upstream
+    float left_run = 0.0F, right_run = 0.0F;   // RUNL, RUNR: horizontal runs of the slopes
     float crest = 0.0F;                        // width of the crest
-    float left_width = 0.0F, middle_width = 0.0F, right_width = 0.0F;  // widths of the block columns
-    float left_margin = 0.0F, right_margin = 0.0F;  // margins beyond the dam, only with layers
+    float left_width = 0.0F, middle_width = 0.0F,
+          right_width = 0.0F;                       // WLEFT, WMID, WRIGHT: widths of the block columns
+    float left_margin = 0.0F, right_margin = 0.0F;  // XLEFT, XRIGHT: margins beyond the dam, only with layers
     std::vector<float> layers;                      // thicknesses from the top
     DamOutline core_points, wall_points;            // four points, in the order of the card
 };

@@ -18,13 +18,14 @@ struct BlockStrip {
 };
 
 struct BlockCards {
-    std::int32_t block_columns = 0, block_rows = 0;
-    std::int32_t fixes_left = 1, fixes_right = 1, fixes_top = 0, fixes_bottom = 1;  // 1 fixes the side
-    float origin_x = 0.0F, origin_y = 0.0F;  // lower left corner of the field
+    std::int32_t block_columns = 0, block_rows = 0;  // NBX, NBY
+    std::int32_t fixes_left = 1, fixes_right = 1, fixes_top = 0,
+                 fixes_bottom = 1;           // IB_LEFT, IB_RIGHT, IB_TOP, IB_BOTTOM: 1 fixes the side
+    float origin_x = 0.0F, origin_y = 0.0F;  // Xo, Yo: lower left corner of the field
     float third = 0.0F;  // Ywater, temperature or total head by kind; displacement has none
     Table<BlockStrip, MOST_BLOCK_ROWS, "the rows of Card 4.3"> columns;
     Table<BlockStrip, MOST_BLOCK_ROWS, "the rows of Card 4.4"> rows;
-    std::int32_t edit_follows = 0;
+    std::int32_t edit_follows = 0;  // IGMOD
 };
 
 // Bounds of the field.

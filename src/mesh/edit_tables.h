@@ -15,45 +15,54 @@ inline constexpr std::int32_t MOST_LIST_NUMBERS = 500;
 
 // A row of IEDIT 6. -10 leaves a field as it is.
 struct RebuildRow {
-    std::int32_t old_material = 0;
-    std::int32_t corner_source[4] = {};  // corner sources: positions 1 to 4 in the element's own corners
-    std::int32_t new_material = 0;
-    std::int32_t skeleton = 0, fluid = 0, attribute = 0;  // by kind
-    float thickness = 0.0F, density = 0.0F;
+    std::int32_t old_material = 0;       // MATold
+    std::int32_t corner_source[4] = {};  // NS: corner sources: positions 1 to 4 in the element's own corners
+    std::int32_t new_material = 0;       // MATNEW
+    std::int32_t skeleton = 0, fluid = 0, attribute = 0;  // KS, KF, IDH: by kind
+    float thickness = 0.0F, density = 0.0F;               // THIC, DEN
 };
 
 struct EditCards {
     std::string start_place, list_place;  // file and line of Card 3.2 and of the list, for messages
 
-    std::int32_t first_element = 1, first_node = 1, first_beam = 0, first_truss = 0;  // first new numbers
-    std::int32_t operation = 0;
-    std::int32_t excluded_material_1 = 0, excluded_material_2 = 0, excluded_material_3 = 0,
-                 excluded_beam_material = 0,
-                 excluded_truss_material = 0;  // materials that a selection never touches
+    std::int32_t first_element = 1, first_node = 1, first_beam = 0,
+                 first_truss = 0;  // NSNEL, NSNODE, NSBEAM, NSTRUS: first new numbers
+    std::int32_t operation = 0;    // IEDIT
+    // Materials that a selection never touches.
+    std::int32_t excluded_material_1 = 0;      // MATX1
+    std::int32_t excluded_material_2 = 0;      // MATX2
+    std::int32_t excluded_material_3 = 0;      // MATX3
+    std::int32_t excluded_beam_material = 0;   // MATXB
+    std::int32_t excluded_truss_material = 0;  // MATXT
 
-    float old_x = 0.0F, old_y = 0.0F, new_x = 0.0F, new_y = 0.0F;  // IEDIT 0: x = (x - XO) * SCX + XN
-    float scale_x = 1.0F, scale_y = 1.0F;
+    // IEDIT 0: x = (x - XO) * SCX + XN
+    float old_x = 0.0F, old_y = 0.0F, new_x = 0.0F, new_y = 0.0F;  // XO, YO, XN, YN
+    float scale_x = 1.0F, scale_y = 1.0F;                          // SCX, SCY
 
-    std::int32_t selection_mode = 0;  // IEDIT 1 to 3: how the selection is made
-    float window_left = 0.0F, window_bottom = 0.0F, window_right = 0.0F, window_top = 0.0F;
-    std::int32_t list_count = 0;
-    Table<std::int32_t, MOST_LIST_NUMBERS, "the list of a selection card"> list;
-    std::int32_t side = 0;
-    NodeCodes new_codes{};                                                                   // IEDIT 1
-    std::int32_t new_continuum_material = 0, new_beam_material = 0, new_truss_material = 0;  // IEDIT 3
+    std::int32_t selection_mode = 0;  // ILOC: IEDIT 1 to 3: how the selection is made
+    float window_left = 0.0F, window_bottom = 0.0F, window_right = 0.0F,
+          window_top = 0.0F;                                                      // XMIN, YMIN, XMAX, YMAX
+    std::int32_t list_count = 0;                                                  // NSEL
+    Table<std::int32_t, MOST_LIST_NUMBERS, "the list of a selection card"> list;  // LIST
+    std::int32_t side = 0;                                                        // ISIDE
+    NodeCodes new_codes{};                                                        // IDNEW: IEDIT 1
+    std::int32_t new_continuum_material = 0, new_beam_material = 0,
+                 new_truss_material = 0;  // MATNC, MATNB, MATNT: IEDIT 3
 
-    std::int32_t slope_code = 0;         // IEDIT 5: the slope template
-    std::int32_t template_material = 0;  // material of its elements
-    float water_share = 0.0F;            // water level as a share of the slope
-    float initial_head = 0.0F;           // head or temperature of its nodes
-    float crest_x = 0.0F, crest_y = 0.0F, toe_x = 0.0F, toe_y = 0.0F, foot_x = 0.0F,
-          foot_y = 0.0F;  // crest, toe, foot
+    std::int32_t slope_code = 0;           // MODEL: IEDIT 5: the slope template
+    std::int32_t template_material = 0;    // MATNO_T: material of its elements
+    float water_share = 0.0F;              // rHw: water level as a share of the slope
+    float initial_head = 0.0F;             // Hi: head or temperature of its nodes
+    float crest_x = 0.0F, crest_y = 0.0F;  // X1, Y1
+    float toe_x = 0.0F, toe_y = 0.0F;      // X2, Y2
+    float foot_x = 0.0F, foot_y = 0.0F;    // X3, Y3
     std::string triangle_place;
 
-    std::int32_t continuum_row_count = 0, beam_row_count = 0, truss_row_count = 0;  // IEDIT 6
-    Table<RebuildRow, MOST_REBUILD_ROWS, "the rows of Card 3.6.1-1"> continuum_rows;
-    Table<RebuildRow, MOST_REBUILD_ROWS, "the rows of Card 3.6.2-1"> beam_rows;
-    Table<RebuildRow, MOST_REBUILD_ROWS, "the rows of Card 3.6.3-1"> truss_rows;
+    std::int32_t continuum_row_count = 0, beam_row_count = 0,
+                 truss_row_count = 0;  // NEDC, NEDB, NEDT: IEDIT 6
+    Table<RebuildRow, MOST_REBUILD_ROWS, "the rows of Card 3.6.1-1"> continuum_rows;  // EDC
+    Table<RebuildRow, MOST_REBUILD_ROWS, "the rows of Card 3.6.2-1"> beam_rows;       // EDB
+    Table<RebuildRow, MOST_REBUILD_ROWS, "the rows of Card 3.6.3-1"> truss_rows;      // EDT
 };
 
 // Lowest and highest number seen.

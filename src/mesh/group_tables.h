@@ -29,36 +29,37 @@ struct Point {
 //   0 skipped; 1 deletes inside, -1 outside; 2 a line, -2 a joint along a line; 3 material inside, -3 with a
 //   joint; 4 duplicate material inside, -4 with a joint.
 struct GroupRow {
-    std::int32_t group_type = 0;
-    std::int32_t point_count = 0;  // outline points in use
-    std::int32_t segment_count = 0;
-    std::int32_t freezes_nodes = 0;  // 1: the nodes of the finished line are frozen
-    std::int32_t overlay = 0;
+    std::int32_t group_type = 0;     // MTYPE
+    std::int32_t point_count = 0;    // NPOINT: outline points in use
+    std::int32_t segment_count = 0;  // NSEGMENT
+    std::int32_t freezes_nodes = 0;  // MOVE: 1: the nodes of the finished line are frozen
+    std::int32_t overlay = 0;        // OVERLAY
 };
 
 // Words of the material line. A word that a group's card does not have keeps the value of a group before it
 // in the same place.
 struct GroupMaterial {
-    float material = 0.0F, attribute = 0.0F;                                      // KF is IH or DEN by kind
-    float joint_material = 0.0F, joint_attribute = 0.0F, joint_thickness = 0.0F;  // joint
-    float inner_line_type = 0.0F,
-          inner_line_material = 0.0F;  // line: LTP and LMAT, or those of a joint's first line
-    float outer_line_type = 0.0F, outer_line_material = 0.0F;  // second line of a joint
-    float old_material = 0.0F;
+    float material = 0.0F, attribute = 0.0F;  // MAT, KF: IH or DEN by kind
+    float joint_material = 0.0F, joint_attribute = 0.0F, joint_thickness = 0.0F;  // MATj, KFj, THICj: joint
+    float inner_line_type = 0.0F;                              // LTi: or LTP where there is no joint
+    float inner_line_material = 0.0F;                          // LMi: or LMAT
+    float outer_line_type = 0.0F, outer_line_material = 0.0F;  // LTo, LMo: second line of a joint
+    float old_material = 0.0F;                                 // MATold
 };
 
 // A segment of an outline. Only an arc (LTYPE 2) has centre, half axes and angles (radians).
 struct SegmentRow {
-    std::int32_t segment_type = 0, divisions = 0, end_rule = 0;
-    float centre_x = 0.0F, centre_y = 0.0F, half_axis_x = 0.0F, half_axis_y = 0.0F, begin_angle = 0.0F,
-          end_angle = 0.0F;
+    std::int32_t segment_type = 0, divisions = 0, end_rule = 0;  // LTYPE, NDIV, IEND
+    float centre_x = 0.0F, centre_y = 0.0F;                      // Xo, Yo
+    float half_axis_x = 0.0F, half_axis_y = 0.0F;                // Rx, Ry
+    float begin_angle = 0.0F, end_angle = 0.0F;                  // Qb, Qe
 };
 
 // What a group's cards give the outputs.
 struct GroupPost {
     TextLine title;
-    std::string place;  // file and line of Card 3.3.5.4.1, for messages
-    std::int32_t wants_outputs = 0;
+    std::string place;               // file and line of Card 3.3.5.4.1, for messages
+    std::int32_t wants_outputs = 0;  // IGPOST
     std::array<std::array<std::int32_t, 2>, 6> pair{};
     std::array<std::int32_t, 7> toggle{};
 };
@@ -66,12 +67,12 @@ struct GroupPost {
 // Lists and limits of Cards 3.3.5.1 to 3.3.5.3.
 inline constexpr std::int32_t MOST_GROUP_LIST_NUMBERS = 500;
 struct GroupLimits {
-    std::int32_t node_count = 0, element_count = 0;
+    std::int32_t node_count = 0, element_count = 0;  // NODE, NOEL
     Table<std::int32_t, MOST_GROUP_LIST_NUMBERS, "the node list of Card 3.3.5.1"> nodes;
     Table<std::int32_t, MOST_GROUP_LIST_NUMBERS, "the element list of Card 3.3.5.2"> elements;
-    std::string nodes_place, elements_place;  // file and line, for messages
-    std::int32_t bounds_given = 0;
-    float left = 0.0F, bottom = 0.0F, right = 0.0F, top = 0.0F;
+    std::string nodes_place, elements_place;                     // file and line, for messages
+    std::int32_t bounds_given = 0;                               // IBOUND
+    float left = 0.0F, bottom = 0.0F, right = 0.0F, top = 0.0F;  // XMIN, YMIN, XMAX, YMAX
 };
 
 // The cards of the groups of a deck.

@@ -26,8 +26,8 @@ struct LineUp {
 // the file then holds 0.
 void read_line_up(Channels& channels, LineUp& line_up);
 
-// Looks for the trusses that the line-up moves: fills its nodes, and the first move list with the nodes that a
-// slide would pass. All comparisons go by the coordinates before the line-up.
+// Looks for the trusses that the line-up moves: fills its nodes, and the first move list with the nodes that
+// a slide would pass. All comparisons go by the coordinates before the line-up.
 void search_line_up(Mesh& mesh, MoveLists& moves, LineUp& line_up);
 
 // Moves the nodes that the search has found.

@@ -11,28 +11,31 @@ namespace brelan {
 
 // The counts line of a mesh file.
 struct MeshCounts {
-    std::int32_t nodes = 0, continuum_elements = 0, beams = 0, trusses = 0;
+    std::int32_t nodes = 0, continuum_elements = 0, beams = 0, trusses = 0;  // NUMNP, NCONT, NBEAM, NTRUS
 
     // The count of the section of an element type (ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS).
     std::int32_t of(std::int8_t type) const {
-        return type == ELEMENT_CONTINUUM ? continuum_elements : type == ELEMENT_BEAM ? beams : trusses;
+        return type == ELEMENT_CONTINUUM ? continuum_elements
+               : type == ELEMENT_BEAM    ? beams
+                                         : trusses;  // NCONT, NBEAM, NTRUS
     }
 };
 
 struct NodeRecord {
-    std::int32_t number = 0;
-    NodeCodes codes{};
-    float x = 0.0F, y = 0.0F;
-    float head = 0.0F, coefficient = 0.0F;  // temperature and head kinds
+    std::int32_t number = 0;                // NODE
+    NodeCodes codes{};                      // ID
+    float x = 0.0F, y = 0.0F;               // XC, YC
+    float head = 0.0F, coefficient = 0.0F;  // H, CF: temperature and head kinds
 };
 
 struct ElementRecord {
-    std::int32_t number = 0;
+    std::int32_t number = 0;  // NEL
     ElementWords words;
-    std::int32_t skeleton = 0, fluid = 0, integration_r = 0, integration_s = 0;  // coupled kind
-    float real_attribute = 0.0F;
-    float thickness = 0.0F, density = 0.0F;  // displacement kind
-    std::int32_t attribute = 0;              // temperature and head kinds
+    std::int32_t skeleton = 0, fluid = 0, integration_r = 0,
+                 integration_s = 0;          // KS, KF, INTR, INTS: coupled kind
+    float real_attribute = 0.0F;             // TBJWL
+    float thickness = 0.0F, density = 0.0F;  // THIC, DEN: displacement kind
+    std::int32_t attribute = 0;              // IDH: temperature and head kinds
 };
 
 // What the stripper found out about a mesh file, for the reader of its working copy.
