@@ -100,9 +100,10 @@ TEST(Deck, names_in_the_working_directory) {
     for (const char* name :
          {"Row.Mes", "old/Row.Mes", "..\\Row.Mes", "..\\old\\Row.Mes", "C:\\Row.Mes", "\\Row.Mes", ""})
         EXPECT_FALSE(in_working_directory(name)) << name;
-    EXPECT_EQ(file_of_card("/tmp", "..\\no-such\\Row.Mes"), fs::path("/tmp/no-such/Row.Mes"));
-    EXPECT_EQ(file_of_card("/tmp", "old\\Row.Mes"), fs::path());
-    EXPECT_EQ(file_of_card("/none", "old\\Row.Mes", "/tmp"), fs::path("/tmp/old/Row.Mes"));
+    const fs::path place = fs::temp_directory_path();
+    EXPECT_EQ(file_of_card(place, "..\\no-such\\Row.Mes"), place / "no-such" / "Row.Mes");
+    EXPECT_EQ(file_of_card(place, "old\\Row.Mes"), fs::path());
+    EXPECT_EQ(file_of_card("/none", "old\\Row.Mes", place), place / "old" / "Row.Mes");
 }
 
 TEST(Deck, values_that_a_card_leaves_out_between_commas_stay_as_they_stood) {
