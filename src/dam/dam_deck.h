@@ -12,7 +12,8 @@
 namespace brelan {
 
 // Reads Cards 5.1 to 5.5 back from the normalised deck, which the checker has just written, and writes the
-// decks of the dam. Sets prepared_kind_code and deck_count, fills deck_list for a dam with shells, and makes
+// decks of the dam. Sets prepared_kind_code and the count of decks, fills the list of decks for a dam with
+// shells, and makes
 // "..\EarthDam.Meg" the deck of the run. Ends the run at a dam that cannot be.
 void write_dam_decks(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks,
                      DamCards& dam, DamSizes& sizes);

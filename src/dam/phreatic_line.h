@@ -28,13 +28,13 @@ TriangleCoordinates triangle_coordinates(Trace& trace, float x, float y, const T
 void require_template(const EditCards& edit, const EditSource& source, const Mesh& mesh);
 
 // The slope stage of IEDIT 5, on the nodes of the template in the mesh tables: codes of the slope nodes by
-// the water level rHw of edit_cards, and where the level lies near a node, the slope spaced anew so that a
+// the water level of the edit, and where the level lies near a node, the slope spaced anew so that a
 // node lies on it. Where it lies well between two nodes, a node is added on it instead and slope_split set. A
 // level that is not between 0 and 1 gives all slope nodes the codes 3 and 0.
 void apply_water_level(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh,
                        SlopeSplit& slope_split);
 
-// Carries nodes 1 to NUMNP from the template's triangle onto that of edit_cards.
+// Carries nodes 1 to the highest from the template's triangle onto that of the edit.
 void map_template_nodes(Trace& trace, EditCards& edit, const EditSource& source, Mesh& mesh);
 
 // Makes all elements run the way that gives the first one of the mesh a positive area, its two halves taken

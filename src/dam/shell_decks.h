@@ -9,7 +9,7 @@
 namespace brelan {
 
 // Writes "Shell_Left.dat", "Shell_Right.dat", "Combine_Shell.dat" and "Combine_All.dat" and puts them behind
-// the main deck in deck_list.
+// the main deck in the list of decks.
 void write_shell_decks(Channels& channels, LayoutKind kind, DeckList& decks, DamCards& dam, DamSizes& sizes);
 
 }  // namespace brelan

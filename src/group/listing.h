@@ -26,7 +26,7 @@ struct JointRecord {
 void write_joint_record(Channel& file, const JointRecord& record);
 JointRecord read_joint_record(Channel& file);
 
-// Writes one row and counts it in listing_row_count. Ends the run when the listing is full.
+// Writes one row and counts it in the listing. Ends the run when the listing is full.
 void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group, std::int32_t sub_kind,
                        std::int32_t group_type, std::int32_t closed, std::span<const Point> points);
 
@@ -34,7 +34,7 @@ void write_listing_row(GroupListing& listing, Channel& file, std::int32_t group,
 // strip.
 void list_record(const Mesh& mesh, GroupListing& listing, Channel& file, const JointRecord& record);
 
-// Pass 14.3: reads the listing_row_count rows back into listing_rows.
+// Pass 14.3: reads the rows of the listing back.
 void read_listing(GroupListing& listing, Channel& file);
 
 }  // namespace brelan

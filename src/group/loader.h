@@ -9,10 +9,10 @@
 
 namespace brelan {
 
-// Sets NUMNP and NCONT to the highest numbers in use, listed_element to the elements' own numbers but 0 for
-// those that Card 3.3.5.2 names, and node_frozen for the nodes that must not be moved: fixed by their first
-// or second code word, named by Card 3.3.5.1, of elements that Card 3.3.5.2 names, or on or beyond the limits
-// of Card 3.3.5.3. Finds mesh_limits.
+// Sets highest_node and highest_element to the highest numbers in use, workable to the elements' own numbers
+// but 0 for those that Card 3.3.5.2 names, and frozen for the nodes that must not be moved: fixed by their
+// first or second code word, named by Card 3.3.5.1, of elements that Card 3.3.5.2 names, or on or beyond the
+// limits of Card 3.3.5.3. Finds the limits.
 void load_engine(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t last_used_node,
                  std::int32_t last_used_element);
 

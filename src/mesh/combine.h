@@ -36,7 +36,7 @@ bool regions_collide(const Combination& combination);
 // Smallest distance between two nodes of the first and of the second region.
 float smallest_spacing(const Combination& combination, const Mesh& mesh, const SideTables& side);
 
-// new_node_number of a first-region node becomes the negative number of the second-region node that it falls
+// new_number of a first-region node becomes the negative number of the second-region node that it falls
 // on: by the listed pairs, or within half the smallest spacing, where the highest-numbered match wins.
 void match_listed_nodes(Combination& combination, Mesh& mesh, const SideTables& side);
 void match_nearest_nodes(const Combination& combination, Mesh& mesh, const SideTables& side, float spacing);

@@ -8,12 +8,12 @@
 
 namespace brelan {
 
-// Packs the elements with element_type not 0 to positions from 1 in the order of their numbers, across the
-// types, and marks the nodes that they use in used_node. Midside words stay at their positions: only corners,
+// Packs the elements with type not 0 to positions from 1 in the order of their numbers, across the
+// types, and marks the nodes that they use in node_used. Midside words stay at their positions: only corners,
 // material and attributes move. Returns the elements kept.
 std::int32_t pack_elements(Mesh& mesh);
 
-// Packs the used nodes to positions from 1 and notes them in new_node_number. H and CF move in the
+// Packs the used nodes to positions from 1 and notes them in new_number. H and CF move in the
 // temperature kind only. Returns the nodes kept.
 std::int32_t pack_nodes(Mesh& mesh);
 

@@ -192,7 +192,7 @@ bool is_excluded(const EditCards& edit, std::int8_t type, std::int32_t material)
     }
 }
 
-// IEDIT 2 deletes, IEDIT 3 changes the material. Returns what element_type becomes.
+// IEDIT 2 deletes, IEDIT 3 changes the material. Returns what type becomes.
 std::int32_t delete_or_rename(const EditCards& edit, const Mesh& mesh, const Selection& selection,
                               std::int8_t type, ElementRecord& element) {
     if (edit.operation == 4 || !takes_side(edit, element_inside(edit, mesh, selection, type, element)) ||

@@ -99,7 +99,7 @@ float length_of(const Mesh& mesh, std::int32_t n) {
     return distance_between(mesh.x[w.corner_1], mesh.y[w.corner_1], mesh.x[w.corner_2], mesh.y[w.corner_2]);
 }
 
-// The k-th used node stands at new_node_number(k). Returns their count.
+// The k-th used node stands at new_number(k). Returns their count.
 std::int32_t refresh_ordinals(Mesh& mesh) {
     mesh.node_used.fill(0);
     const std::int32_t last = last_element(mesh);

@@ -9,7 +9,7 @@
 
 namespace brelan {
 
-// The highest number with element_type not 0; 0 for none.
+// The highest number with type not 0; 0 for none.
 std::int32_t last_element(const Mesh& mesh);
 
 // Merges the two nodes of every beam and truss that IDCOL considers and that is at most FCOL times their mean
@@ -22,7 +22,7 @@ void collapse_short_elements(Mesh& mesh, GroupListing& listing, MoveLists& moves
 void move_nodes(Mesh& mesh, GroupListing& listing, const MoveLists& moves);
 
 // What has become of an element whose corners were replaced: an element that lost its extent gets
-// element_type 0, a quadrilateral with two neighbouring corners in one becomes a triangle.
+// type 0, a quadrilateral with two neighbouring corners in one becomes a triangle.
 void reduce_element(Mesh& mesh, std::int32_t element);
 
 }  // namespace brelan

@@ -9,7 +9,7 @@
 
 namespace brelan {
 
-// What the result holds: active nodes (node_active) and elements by type (active_type), with the ranges of
+// What the result holds: active nodes (node_in_use) and elements by type (type_in_use), with the ranges of
 // their numbers.
 struct ResultMesh {
     MeshCounts counts;

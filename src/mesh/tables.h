@@ -36,9 +36,9 @@ struct ElementWords {
     std::int32_t material = 0;
 };
 
-// Types of an element in element_type, active_type and second_active_type.
-inline constexpr std::int8_t ELEMENT_UNUSED = -1;  // in active_type and second_active_type
-inline constexpr std::int8_t ELEMENT_DELETED = 0;  // in element_type
+// Types of an element in type, type_in_use and second_type_in_use.
+inline constexpr std::int8_t ELEMENT_UNUSED = -1;  // in type_in_use and second_type_in_use
+inline constexpr std::int8_t ELEMENT_DELETED = 0;  // in type
 inline constexpr std::int8_t ELEMENT_CONTINUUM = 1;
 inline constexpr std::int8_t ELEMENT_BEAM = 2;
 inline constexpr std::int8_t ELEMENT_TRUSS = 3;
@@ -92,7 +92,7 @@ struct Selection {
 
 // --- routines ------------------------------------------------------------------------------------
 
-// Empties the tables for a deck: nothing active, codes and coordinates 0, new_node_number the identity.
+// Empties the tables for a deck: nothing active, codes and coordinates 0, new_number the identity.
 // Element words, H, CF and attributes stay: a slot that the new mesh leaves unused keeps what the deck before
 // it left there.
 void reset_mesh(Mesh& mesh, SideTables& side, Selection& selection);

@@ -33,9 +33,8 @@ struct NewMaterial {
 };
 
 struct Activity {
-    std::int32_t line_count = 0;  // lines of all blocks
-    std::vector<NewMaterial>
-        materials;  // their numbers follow the highest of the mesh, highest_continuum_material
+    std::int32_t line_count = 0;             // lines of all blocks
+    std::vector<NewMaterial> materials;      // their numbers follow the highest of the mesh, highest_material
     std::vector<std::int32_t> new_material;  // by element number, the element's new material; 0 for none
     std::int32_t first_new = 0;              // number of the first of them
 };

@@ -27,7 +27,7 @@ void read_base_mesh_cards(Run& run);
 // Cards 3.2 and 3.3.
 void read_edit_cards(Run& run);
 
-// The cards that follow Card 3.3 for its IEDIT, into edit_cards.
+// The cards that follow Card 3.3 for its IEDIT.
 void read_edit_group(Run& run);
 
 }  // namespace brelan
