@@ -14,9 +14,9 @@
 #include <string>
 #include <vector>
 
-#include "channel/channels.h"
-#include "channel/free_field.h"
-#include "channel/layout.h"
+#include "text/channels.h"
+#include "text/free_field.h"
+#include "text/layout.h"
 
 namespace {
 

@@ -16,11 +16,11 @@
 #include <vector>
 
 #include "bench_project.h"
-#include "channel/channel_numbers.h"
-#include "channel/free_field.h"
 #include "mesh/group_tables.h"
 #include "output/group_out.h"
 #include "run/run.h"
+#include "text/channel_numbers.h"
+#include "text/free_field.h"
 
 namespace {
 

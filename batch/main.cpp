@@ -1,0 +1,76 @@
+// BRELAN-2D, the mesh pre-processor: runs the deck that the start-up files name.
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+#include <string>
+
+#include "run/driver.h"
+#include "run/run.h"
+#include "terminal.h"
+#include "text/run_end.h"
+
+namespace brelan {
+
+namespace {
+
+std::string variable(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::string{} : std::string{value};
+}
+
+// The directory that stands for drive C:\: the environment variable BRELAN_DRIVE_C names it, else it is
+// $XDG_DATA_HOME/brelan2d/C, else ~/.local/share/brelan2d/C.
+std::filesystem::path drive_c() {
+    if (const std::string place = variable("BRELAN_DRIVE_C"); !place.empty())
+        return place;
+    if (const std::string place = variable("XDG_DATA_HOME"); !place.empty())
+        return std::filesystem::path(place) / "brelan2d" / "C";
+    if (const std::string place = variable("HOME"); !place.empty())
+        return std::filesystem::path(place) / ".local" / "share" / "brelan2d" / "C";
+    return {};
+}
+
+// One line on standard error. What a file name or a deck holds cannot steer a terminal.
+int failed(std::string message) {
+    std::replace_if(
+        message.begin(), message.end(), [](unsigned char c) { return c < ' ' || c == 127; }, '?');
+    std::fprintf(stderr, "brelan2d: %s\n", message.c_str());
+    return STATUS_FAILED;
+}
+
+// Runs the deck. All files are complete on disk when a run finishes or stops; one that cannot be written
+// makes it a failure.
+int run_deck_of(Run& run) {
+    try {
+        try {
+            run_program(run);
+        } catch (const RunEnd& end) {
+            if (end.status == STATUS_FAILED)
+                return failed(end.text);
+            run.channels.flush_all();
+            std::printf("%s\n", end.text.c_str());
+            return end.status;
+        }
+        run.channels.flush_all();
+        return STATUS_FINISHED;
+    } catch (const RunEnd& end) {
+        return failed(end.text);
+    } catch (const std::exception& error) {
+        return failed(std::string("the run cannot go on: ") + error.what());
+    }
+}
+
+}  // namespace
+
+}  // namespace brelan
+
+int main() {
+    brelan::Terminal terminal;
+    const auto run = std::make_unique<brelan::Run>(brelan::Directories{{}, brelan::drive_c()}, terminal);
+    const int status = brelan::run_deck_of(*run);
+    run->channels.close_all();
+    return status;
+}

@@ -1,0 +1,71 @@
+// The report of a run for programs.
+#include <sstream>
+
+#include "cli/exit_status.h"
+#include "cli/json.h"
+#include "commands/info_text.h"
+#include "commands/run_summary.h"
+#include "model/mesh_file.h"
+#include "text/run_end.h"
+
+namespace brelan::tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t PLACES = 5;  // of each finding of the mesh, as brelan info --json has them
+
+Json names(const std::vector<fs::path>& files) {
+    Json list = Json::Array();
+    for (const fs::path& file : files)
+        list.push_back(file.lexically_normal().string());
+    return list;
+}
+
+Json lines(const std::string& text) {
+    Json list = Json::Array();
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        list.push_back(line);
+    return list;
+}
+
+// The object of brelan info --json; null, and a remark, for a mesh that cannot be read.
+Json mesh_json(const RunReport& run, Json& remarks) {
+    try {
+        const Mesh mesh = read_mesh_file(run.result.lexically_normal(), run.edition.kind);
+        return report_json(report_of(mesh, 0.0), PLACES);
+    } catch (const Failure& failure) {
+        remarks.push_back(failure.what());
+    } catch (const RunEnd& end) {
+        remarks.push_back(end.text);
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string run_json(const RunReport& run) {
+    const bool finished = run.status == STATUS_OK;
+    Json remarks = Json::array(run.remarks);
+    const Json mesh = run.result.empty() ? Json() : mesh_json(run, remarks);
+    const Json json{{"deck", run.deck.string()},
+                    {"project", run.project.string()},
+                    {"edition", run.edition.number},
+                    {"kind", name_of(run.edition.kind)},
+                    {"seconds", run.seconds},
+                    {"decks", run.decks},
+                    {"pass", run.pass},
+                    {"status", run.status},
+                    {"message", finished ? Json() : Json(run.message)},
+                    {"details", lines(run.details)},
+                    {"result", run.result.empty() ? Json() : Json(run.result.lexically_normal().string())},
+                    {"also", names(run.also)},
+                    {"deleted", names(run.deleted)},
+                    {"remarks", remarks},
+                    {"mesh", mesh}};
+    return json.text();
+}
+
+}  // namespace brelan::tool

@@ -1,0 +1,132 @@
+#include "commands/run_summary.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "analysis/counts.h"
+#include "analysis/soundness.h"
+#include "cli/console.h"
+#include "cli/exit_status.h"
+#include "cli/words.h"
+#include "model/mesh_file.h"
+#include "text/run_end.h"
+
+namespace brelan::tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t LINE_WIDTH = 100;
+
+// "  name     text", the text broken at its commas.
+std::string entry(std::string_view name, const std::vector<std::string>& items) {
+    std::string lines = fmt::format("  {:<11}", name);
+    std::size_t column = lines.size();
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const bool last = i + 1 == items.size();
+        if (i > 0 && column + items[i].size() + 2 > LINE_WIDTH) {
+            lines += "\n" + std::string(13, ' ');
+            column = 13;
+        } else if (i > 0) {
+            lines += ' ';
+            ++column;
+        }
+        lines += items[i] + (last ? "" : ",");
+        column += items[i].size() + 1;
+    }
+    return lines + "\n";
+}
+
+std::vector<std::string> element_counts(const Mesh& mesh, const Counts& counts) {
+    std::vector<std::string> items{counted(mesh.nodes.size(), "node", "nodes")};
+    if (counts.quadrilaterals > 0)
+        items.push_back(counted(counts.quadrilaterals, "quadrilateral", "quadrilaterals"));
+    if (counts.triangles > 0)
+        items.push_back(counted(counts.triangles, "triangle", "triangles"));
+    for (const ElementClass of : {ElementClass::joint, ElementClass::beam, ElementClass::truss})
+        if (const std::size_t count = mesh.count(of); count > 0)
+            items.push_back(counted(count, name_of(of), CLASS_PLURALS[static_cast<std::size_t>(of)]));
+    return items;
+}
+
+std::vector<std::string> materials(const Counts& counts) {
+    std::vector<std::string> items;
+    for (const MaterialRow& row : counts.materials) {
+        const std::string name = row.of == ElementClass::solid
+                                     ? fmt::format("{}", row.material)
+                                     : fmt::format("{} {}", name_of(row.of), row.material);
+        items.push_back(fmt::format("{}: {}", name, row.count));
+    }
+    return items;
+}
+
+std::string quoted(const fs::path& file) {
+    std::string name = file.string();
+    const bool plain = std::all_of(name.begin(), name.end(), [](unsigned char c) {
+        return std::isalnum(c) != 0 || c == '.' || c == '/' || c == '-' || c == '_' || c > 127;
+    });
+    if (plain && !name.empty())
+        return name;
+    std::string text = "'";
+    for (const char c : name)
+        text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return text + "'";
+}
+
+std::string about_mesh(const fs::path& file, LayoutKind kind) {
+    const Mesh mesh = read_mesh_file(file, kind);
+    const std::vector<Corners> corners = corners_of(mesh);
+    const Counts counts = count_mesh(mesh, corners);
+    const Soundness soundness = check_soundness(mesh, corners);
+    std::string text = entry("mesh", element_counts(mesh, counts));
+    text += entry("materials", materials(counts));
+    const bool stages = !soundness.of(Check::double_element).places.empty();
+    text += entry("area",
+                  {fmt::format("{:.6g}{}", counts.area, stages ? " with each element of the stages" : "")});
+    const bool sound = soundness.sound();
+    text += entry("soundness", {inked(stdout, sound ? Ink::green : Ink::yellow, soundness_line(soundness))});
+    if (!sound)
+        text += entry("", {fmt::format("to see where: brelan info {0}; brelan plot {0} -o mesh.html",
+                                       quoted(file.lexically_normal()))});
+    return text;
+}
+
+// Files of the project by their names alone.
+std::vector<std::string> names_of(const std::vector<fs::path>& files, const fs::path& project) {
+    std::vector<std::string> names;
+    for (const fs::path& file : files)
+        names.push_back(printable((file.parent_path() == project ? file.filename() : file).string()));
+    return names;
+}
+
+}  // namespace
+
+std::string run_summary(const RunReport& run) {
+    std::string text =
+        fmt::format("{}: finished in {:.1f} s, edition {} ({})\n", printable(run.deck.string()), run.seconds,
+                    run.edition.number, name_of(run.edition.kind));
+    const bool there = !run.result.empty();
+    if (there)
+        text += entry("result", {printable(run.result.lexically_normal().string())});
+    if (!run.also.empty())
+        text += entry(there ? "also" : "written", names_of(run.also, run.project));
+    if (!run.deleted.empty())
+        text += entry("deleted", names_of(run.deleted, run.project));
+    for (const std::string& remark : run.remarks)
+        text += entry("remark", {printable(remark)});
+    if (!there)
+        return text;
+    try {
+        text += about_mesh(run.result, run.edition.kind);
+    } catch (const Failure& failure) {
+        text += entry("mesh", {fmt::format("cannot be shown: {}", failure.what())});
+    } catch (const RunEnd& end) {
+        text += entry("mesh", {fmt::format("cannot be shown: {}", end.text)});
+    }
+    return text;
+}
+
+}  // namespace brelan::tool

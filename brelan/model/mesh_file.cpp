@@ -1,0 +1,315 @@
+#include "model/mesh_file.h"
+
+#include <fmt/core.h>
+
+#include <numeric>
+
+#include "cli/exit_status.h"
+#include "cli/input_file.h"
+#include "cli/output_file.h"
+#include "deck/card_stream.h"
+#include "mesh/kinds.h"
+#include "mesh/mesh_records.h"
+#include "model/drive_c.h"
+#include "text/channel_numbers.h"
+#include "text/channels.h"
+#include "text/number_text.h"
+#include "text/text_line.h"
+
+namespace brelan::tool {
+
+namespace {
+
+constexpr std::string_view HEADING = "a heading line of a mesh file";
+
+// Names of channels that are held in memory: there can be no files of these.
+constexpr std::string_view IN_MEMORY = "/dev/null/mesh", SOURCE_IN_MEMORY = "/dev/null/source";
+
+// --- reading -------------------------------------------------------------------------------------
+
+// A text as the input channel, whose messages name it as told.
+void open_text(Channels& channels, std::string_view text, const std::string& name) {
+    Channel& channel = channels.open(CHANNEL_SOURCE_A, SOURCE_IN_MEMORY, OpenStatus::scratch);
+    std::size_t lines = 0;
+    for (std::size_t begin = 0; begin < text.size(); ++lines) {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        channel.write_line(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    LineOrigin origin{name, std::vector<int>(lines)};
+    std::iota(origin.line.begin(), origin.line.end(), 1);
+    channel.set_origin(origin);
+    channel.rewind();
+}
+
+// The mesh without its comment lines, on a channel that knows the line of the file for each of its own.
+Channel& without_comments(Channels& channels, bool& byte_order_mark) {
+    Channel& from = channels.at(CHANNEL_SOURCE_A);
+    byte_order_mark = from.pass_byte_order_mark();
+    Channel& mesh = channels.open(CHANNEL_MESH_A, IN_MEMORY, OpenStatus::scratch);
+    mesh.follow(from);
+    while (!from.at_end()) {
+        const std::string_view line = from.read_whole_line("a line").substr(0, LINE_COLUMNS);
+        if (line.empty() || line.front() != '*')
+            mesh.write_line(line);
+    }
+    channels.close(CHANNEL_SOURCE_A);
+    mesh.rewind();
+    return mesh;
+}
+
+// Numbers at the start of a line, also where fields touch.
+int numbers_on(std::string_view line) {
+    const char* at = line.data();
+    const char* const end = at + line.size();
+    for (int count = 0;; ++count) {
+        while (at != end && (*at == ' ' || *at == ',' || *at == '\t'))
+            ++at;
+        float value = 0.0F;
+        if (at == end || scan_number(at, end, value) != NumberScan::ok)
+            return count;
+    }
+}
+
+int continuum_values(LayoutKind kind) {
+    return kind == LayoutKind::coupled ? 15 : kind == LayoutKind::displacement ? 12 : 7;
+}
+
+std::optional<LayoutKind> kind_of_heading(std::string_view heading) {
+    const auto has = [&](std::string_view word) { return heading.find(word) != std::string_view::npos; };
+    if (has(" ISX "))
+        return LayoutKind::coupled;
+    if (has(" IDX "))
+        return LayoutKind::displacement;
+    if (!has(" IDF "))
+        return std::nullopt;
+    return has(" T ")   ? std::optional(LayoutKind::temperature)
+           : has(" H ") ? std::optional(LayoutKind::head)
+                        : std::nullopt;
+}
+
+// The kind by the node heading, as long as the first element record has values enough for it; by the count of
+// values alone where the heading tells nothing. Temperature and head differ in the heading only.
+std::optional<LayoutKind> find_kind(Channel& mesh) {
+    mesh.skip_lines(2, HEADING);
+    const MeshCounts counts = read_mesh_counts(mesh);
+    mesh.skip_lines(1, HEADING);
+    const std::optional<LayoutKind> heading =
+        kind_of_heading(" " + std::string(mesh.read_whole_line(HEADING)) + " ");
+    int values = 0;  // of the first continuum record; 0 none seen
+    if (counts.continuum_elements > 0) {
+        mesh.skip_lines(counts.nodes, "a node record");
+        mesh.skip_lines(2, HEADING);
+        values = numbers_on(mesh.peek_line());
+    }
+    mesh.rewind();
+    if (heading && (values == 0 || values >= continuum_values(*heading)))
+        return heading;
+    for (const LayoutKind kind : {LayoutKind::coupled, LayoutKind::displacement})
+        if (values == continuum_values(kind))
+            return kind;
+    return std::nullopt;
+}
+
+class Reader {
+public:
+    Reader(Channel& file, Mesh& mesh) : file_(file), mesh_(mesh) {}
+
+    void read() {
+        mesh_.name = TextLine(file_.read_whole_line(HEADING)).trimmed();
+        file_.skip_lines(1, HEADING);
+        const MeshCounts counts = read_mesh_counts(file_);
+        file_.skip_lines(2, HEADING);
+        read_nodes(counts.nodes);
+        mesh_.elements.reserve(static_cast<std::size_t>(counts.continuum_elements));
+        for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
+            if (counts.of(type) > 0)
+                file_.skip_lines(2, HEADING);
+            for (std::int32_t i = 0; i < counts.of(type); ++i)
+                read_element(type);
+        }
+        if (counts.trusses == 0)
+            read_flow_lines();
+    }
+
+private:
+    void read_nodes(std::int32_t count) {
+        const std::int32_t field_count = count_values(TextLine(file_.peek_line())).count;
+        mesh_.nodes.reserve(static_cast<std::size_t>(count));
+        for (std::int32_t i = 0; i < count; ++i) {
+            mesh_.nodes.push_back(read_node_record(mesh_.kind, file_, field_count));
+            require_number(mesh_.nodes.back().number, HIGHEST_NODE_NUMBER, "a node");
+        }
+    }
+
+    void read_element(std::int8_t type) {
+        Element e{read_element_record(mesh_.kind, file_, type)};
+        if (e.number < 0) {
+            ++mesh_.deleted;
+            return;
+        }
+        require_number(e.number, HIGHEST_ELEMENT_NUMBER, "an element");
+        const ElementWords& w = e.words;
+        for (const std::int32_t word : {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
+                                        w.midside_6, w.midside_7, w.midside_8})
+            if (word > HIGHEST_NODE_NUMBER)
+                file_.fail_behind(fmt::format("element {}: expected node numbers of at most {}, found {}",
+                                              e.number, HIGHEST_NODE_NUMBER, word));
+        e.of = type == ELEMENT_BEAM    ? ElementClass::beam
+               : type == ELEMENT_TRUSS ? ElementClass::truss
+                                       : ElementClass::solid;
+        mesh_.elements.push_back(e);
+    }
+
+    // A truss section that the head does not count: records up to the closing lines, which have one value.
+    void read_flow_lines() {
+        if (file_.peek_line().find("TRUSS") == std::string_view::npos)
+            return;
+        file_.skip_lines(2, HEADING);
+        while (!file_.at_end() && numbers_on(file_.peek_line()) >= 4) {
+            mesh_.flow_lines = true;
+            read_element(ELEMENT_TRUSS);
+        }
+    }
+
+    void require_number(std::int32_t number, std::int32_t last, std::string_view what) const {
+        if (number < 1 || number > last)
+            file_.fail_behind(fmt::format("expected {} number from 1 to {}, found {}", what, last, number));
+    }
+
+    Channel& file_;
+    Mesh& mesh_;
+};
+
+// --- writing -------------------------------------------------------------------------------------
+
+void require_range(std::int64_t value, std::int64_t low, std::int64_t high, std::string_view what,
+                   Number number) {
+    if (value < low || value > high)
+        throw Failure(fmt::format("{} {}: {} does not fit into its field of a mesh file; expected {} to {}",
+                                  what, number, value, low, high));
+}
+
+// A value that fills its field to the left end would run into the field before it, and one that does not fit
+// comes out as asterisks: nothing reads either back.
+void require_fields(const Mesh& mesh) {
+    constexpr std::int64_t LOW = -9999, HIGH = 9999;  // of five columns; a minus sign ends the number before
+    constexpr std::int64_t SIX_LOW = -99999, SIX_HIGH = 999999;  // of six columns behind a blank
+    constexpr std::int64_t FIVE_HIGH = 99999;                    // of five columns behind a blank
+    const bool midsides = has_midside_nodes(mesh.kind);
+    require_range(static_cast<std::int64_t>(mesh.nodes.size()), 0, HIGHEST_NODE_NUMBER,
+                  "count of nodes:", HIGHEST_NODE_NUMBER);
+    for (const Node& node : mesh.nodes) {
+        require_range(node.number, 1, HIGHEST_NODE_NUMBER, "node", node.number);
+        for (const std::int32_t code : node.codes)
+            require_range(code, LOW, HIGH, "code of node", node.number);
+    }
+    for (const Element& e : mesh.elements) {
+        require_range(e.number, 1, HIGHEST_ELEMENT_NUMBER, "element", e.number);
+        const ElementWords& w = e.words;
+        require_range(w.material, e.is_line() ? SIX_LOW : LOW,
+                      e.is_line() ? SIX_HIGH
+                      : midsides  ? HIGH
+                                  : FIVE_HIGH,
+                      "material of element", e.number);
+        for (const std::int32_t word : {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
+                                        w.midside_6, w.midside_7, w.midside_8})
+            require_range(word, SIX_LOW, HIGHEST_NODE_NUMBER, "node of element", e.number);
+        if (!e.is_line())
+            for (const Attribute& attribute : attributes(mesh.kind))
+                if (attribute.whole != nullptr)
+                    require_range(e.*attribute.whole, LOW, HIGH, "attribute of element", e.number);
+    }
+}
+
+}  // namespace
+
+namespace {
+
+// The mesh on the input channel.
+Mesh read_mesh(Channels& channels, const std::string& name, std::optional<LayoutKind> kind) {
+    Mesh mesh;
+    mesh.file = name;
+    Channel& file = without_comments(channels, mesh.byte_order_mark);
+    if (!kind)
+        kind = find_kind(file);
+    if (!kind)
+        throw Failure(fmt::format(
+            "{}: neither headings nor records tell the kind of mesh; name it with --kind", mesh.file));
+    mesh.kind = *kind;
+    Reader(file, mesh).read();
+    mesh.finish();
+    return mesh;
+}
+
+std::optional<LayoutKind> kind_of_mesh(Channels& channels) {
+    bool byte_order_mark = false;
+    return find_kind(without_comments(channels, byte_order_mark));
+}
+
+}  // namespace
+
+Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind,
+                    const std::filesystem::path& directory) {
+    Channels channels({directory, drive_c()});
+    channels.open(CHANNEL_SOURCE_A, path.string(), OpenStatus::old);
+    return read_mesh(channels, path.string(), kind);
+}
+
+Mesh read_mesh_text(std::string_view text, const std::string& name, std::optional<LayoutKind> kind) {
+    Channels channels;
+    open_text(channels, text, name);
+    return read_mesh(channels, name, kind);
+}
+
+std::optional<LayoutKind> kind_of_mesh_file(const std::filesystem::path& path) {
+    Channels channels({{}, drive_c()});
+    channels.open(CHANNEL_SOURCE_A, path.string(), OpenStatus::old);
+    return kind_of_mesh(channels);
+}
+
+std::optional<LayoutKind> kind_of_mesh_text(std::string_view text, const std::string& name) {
+    Channels channels;
+    open_text(channels, text, name);
+    return kind_of_mesh(channels);
+}
+
+void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path) {
+    require_fields(mesh);
+    MeshCounts counts;
+    counts.nodes = static_cast<std::int32_t>(mesh.nodes.size());
+    for (const Element& e : mesh.elements)
+        ++(e.of == ElementClass::beam    ? counts.beams
+           : e.of == ElementClass::truss ? counts.trusses
+                                         : counts.continuum_elements);
+    MeshCounts shown = counts;
+    if (mesh.flow_lines)
+        shown.trusses = 0;
+
+    Channels channels;
+    Channel& file = channels.open(CHANNEL_RESULT, IN_MEMORY, OpenStatus::scratch);
+    write_mesh_head(file, path == STANDARD_STREAM ? mesh.name : path.filename().string(), shown);
+    write_node_heading(mesh.kind, file);
+    for (const Node& node : mesh.nodes)
+        write_node_record(mesh.kind, file, node);
+    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
+        if (counts.of(type) == 0)
+            continue;
+        write_section_heading(mesh.kind, file, type);
+        for (const Element& e : mesh.elements)
+            if (e.section() == type)
+                write_element_record(mesh.kind, file, type, e);
+    }
+    file.write_line("     0");
+    file.write_line("     0");
+
+    file.rewind();
+    OutputFile out(path);
+    while (!file.at_end()) {
+        out.write(file.read_whole_line("a line"));
+        out.write("\n");
+    }
+    out.commit();
+}
+
+}  // namespace brelan::tool

@@ -1,0 +1,249 @@
+#include "dam/dam_deck.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "dam/dam_cards.h"
+#include "dam/dam_tables.h"
+#include "dam/shell_decks.h"
+#include "dam/slope_models.h"
+#include "deck/deck_tables.h"
+#include "mesh/edition.h"
+#include "text/channel_numbers.h"
+#include "text/layout.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr std::string_view MAIN_DECK = "..\\EarthDam.Meg";
+
+constexpr Layout<"(2X,I2,4X,I2,4X,I2,7X,I2,8X,I2,6X,I2)"> SWITCHES;
+constexpr Layout<"(1X,3(1X,ES12.5,1X))"> REALS;
+constexpr Layout<"(A126)"> NAME;
+constexpr Layout<"(I4,3X,I4)"> NUMBERS_4;
+constexpr Layout<"(I5,2X,I4)"> NUMBERS_5;
+constexpr Layout<"(I6,1X,I4)"> NUMBERS_6;
+constexpr Layout<"(2X,I3)"> ONE_NUMBER;
+constexpr Layout<"(10(ES12.5,1X))"> LIMITS_LINE;
+constexpr Layout<"(2X,I3,5X,I2)"> GROUPS_LINE;
+
+// What the base mesh gives each group that has a material line of its own.
+constexpr std::int32_t FLUID_OF_ZONE = 1, ATTRIBUTE_OF_ZONE = 0;
+constexpr float DENSITY_OF_ZONE = 2.3F;
+
+constexpr std::array<std::string_view, 4> HEADS_4_2 = {
+    "*    Xo            Yo          Ywater", "*    Xo            Yo          Temperature",
+    "*    Xo            Yo          Total Head  ", "*    Xo            Yo "};
+
+// The third value of Card 4.2; none in the displacement kind.
+void write_origin(LayoutKind kind, const DamCards& dam, const DamSizes& sizes, Channel& deck) {
+    deck.write_line("* Card 4.2");
+    deck.write_line(HEADS_4_2[static_cast<std::size_t>(kind)]);
+    const float x = sizes.left, y = sizes.bottom;
+    switch (kind) {
+        case LayoutKind::coupled:
+            REALS.write(deck, x, y, dam.water_height);
+            break;
+        case LayoutKind::temperature:
+        case LayoutKind::head:
+            REALS.write(deck, x, y, dam.initial_head);
+            break;
+        case LayoutKind::displacement:
+            REALS.write_front(deck, x, y);
+            break;
+    }
+}
+
+void write_block_columns(const DamCards& dam, const DamSizes& sizes, Channel& deck) {
+    const DamSizes& s = sizes;
+    deck.write_line("* Card 4.3");
+    deck.write_line("*    W             DX            AX");
+    if (dam.layer_count > 0)
+        REALS.write(deck, dam.left_margin, s.left_size, -MARGIN);
+    REALS.write(deck, dam.left_width, s.left_size, EVEN);
+    REALS.write(deck, dam.middle_width, s.middle_size, EVEN);
+    REALS.write(deck, dam.right_width, s.right_size, EVEN);
+    if (dam.layer_count > 0)
+        REALS.write(deck, dam.right_margin, s.right_size, MARGIN);
+}
+
+void write_block_rows(const DamCards& dam, const DamSizes& sizes, Channel& deck) {
+    deck.write_line("* Card 4.4");
+    deck.write_line("*    H             DY            AY");
+    REALS.write(deck, dam.height, sizes.vertical_size, EVEN);
+    for (std::size_t layer = 0; layer < dam.layers.size(); ++layer)
+        REALS.write(deck, dam.layers[layer], sizes.vertical_size,
+                    layer + 1 == dam.layers.size() ? LAST_LAYER : EVEN);
+}
+
+// Cards 1.1 and 4.1 to 4.5.
+void write_base_mesh(LayoutKind kind, const DamCards& dam, const DamSizes& sizes, Channel& deck) {
+    deck.write_line("* Card 1.1");
+    deck.write_line("* IMOD  JK     ");
+    SWITCHES.write_front(deck, 2, kind_of_decks(kind));
+    deck.write_line("* Card 4.1");
+    deck.write_line("* NBX   NBY   IB_LEFT  IB_RIGHT  IB_TOP  IB_BOTTOM");
+    SWITCHES.write(deck, dam.layer_count > 0 ? 5 : 3, dam.layer_count + 1, 1, 1, 0, 1);
+    write_origin(kind, dam, sizes, deck);
+    write_block_columns(dam, sizes, deck);
+    write_block_rows(dam, sizes, deck);
+    deck.write_line("* Card 4.5");
+    deck.write_line("* IGMOD ");
+    ONE_NUMBER.write(deck, 1);
+}
+
+// Cards 3.1-1 to 3.3 and 3.3.5.1 to 3.3.5.4-2.
+void write_edit(const DamCards& dam, const DamSizes& sizes, Channel& deck, std::int32_t group_count) {
+    const DamSizes& s = sizes;
+    deck.write_line("* Card 3.1-1");
+    deck.write_line("* FILEA");
+    NAME.write(deck, "Bmesh.dat");
+    deck.write_line("* Card 3.1-2");
+    deck.write_line("* FILEM");
+    NAME.write(deck, "EarthDam.Mes");
+    // The numbers of the shells' elements stay free.
+    const std::int32_t shell_elements =
+        dam.shells ? slope_model(s.left_model).elements + slope_model(s.right_model).elements : 0;
+    write_start_numbers(deck, shell_elements + 1, 1);
+    deck.write_line("* Card 3.3");
+    deck.write_line("* IEDIT");
+    ONE_NUMBER.write(deck, 4);
+    deck.write_line("* Card 3.3.5.1");
+    deck.write_line("* NODE");
+    ONE_NUMBER.write(deck, 0);
+    deck.write_line("* Card 3.3.5.2");
+    deck.write_line("* NOEL");
+    ONE_NUMBER.write(deck, 0);
+    // The border of the field stays where it is.
+    deck.write_line("* Card 3.3.5.3");
+    deck.write_line("* IBOUND");
+    ONE_NUMBER.write(deck, 1);
+    LIMITS_LINE.write_front(deck, s.left, s.bottom, s.right, dam.height);
+    deck.write_line("* Card 3.3.5.4-1");
+    deck.write_line("* NGROUP  IGTITL");
+    GROUPS_LINE.write(deck, group_count, 1);
+    deck.write_line("* Card 3.3.5.4-2");
+    deck.write_line("*    Xref          Yref          Hi");
+    REALS.write(deck, 0.0F, 0.0F, dam.initial_head);
+}
+
+// --- one group -------------------------------------------------------------------------------------
+
+constexpr Layout<"(2X,I3,4X,I2,6X,I2,6X,I2,6X,I2,5X,I2,5X,I2)"> GROUP_LINE;
+constexpr Layout<"(2X,I3,3X,I3,3X,I3,3X,I3)"> MATERIAL_LINE;
+constexpr Layout<"(2X,I3,3X,ES12.5,3X,I3,3X,I3)"> MATERIAL_LINE_WITH_DENSITY;
+constexpr Layout<"(2X,I3,3X,I3)"> LINE_LINE;
+constexpr Layout<"(2X,I3,6X,I2,4X,I2,4X,ES12.5,1X,ES12.5)"> POINTS_LINE;
+constexpr Layout<"(2X,I3,2X,ES12.5,1X,ES12.5)"> POINT_LINE;
+constexpr Layout<"(2X,I3,7X,ES12.5,1X,ES12.5)"> SEGMENTS_LINE;
+constexpr Layout<"(2X,I3,4X,I2,5X,I2,5X,I2)"> SEGMENT_LINE;
+constexpr Layout<"('* Group No = ',I3,A)"> GROUP_TITLE;
+
+constexpr std::string_view DOUBLE_LINE = "*=================================================";
+
+constexpr std::array<std::string_view, 4> HEADS_MATERIAL = {
+    "* MAT   KF    LTP   LMAT", "* MAT   IH    LTP   LFUN", "* MAT   IH    LTP   LFUN",
+    "* MAT   DEN            LTP   LMAT"};
+
+void write_zone_material(LayoutKind kind, Channel& deck, std::int32_t material) {
+    deck.write_line(HEADS_MATERIAL[static_cast<std::size_t>(kind)]);
+    switch (kind) {
+        case LayoutKind::coupled:
+            MATERIAL_LINE.write(deck, material, FLUID_OF_ZONE, 0, 0);
+            break;
+        case LayoutKind::temperature:
+        case LayoutKind::head:
+            MATERIAL_LINE.write(deck, material, ATTRIBUTE_OF_ZONE, 0, 0);
+            break;
+        case LayoutKind::displacement:
+            MATERIAL_LINE_WITH_DENSITY.write(deck, material, DENSITY_OF_ZONE, 0, 0);
+            break;
+    }
+}
+
+// Groups that only keep or close an outline have no material line.
+void write_material(LayoutKind kind, Channel& deck, const DamGroup& cards) {
+    if (cards.group_type != 2 && cards.group_type != 3)
+        return;
+    deck.write_line("* Card 3.3.5.4.1-1");
+    if (cards.group_type == 3) {
+        write_zone_material(kind, deck, cards.material);
+        return;
+    }
+    deck.write_line(kind == LayoutKind::head ? "* LTP   LFUN" : "* LTP   LMAT");
+    LINE_LINE.write(deck, cards.line_type, cards.line_material);
+}
+
+}  // namespace
+
+std::int32_t kind_of_decks(LayoutKind kind) {
+    constexpr std::array<std::int32_t, 4> kind_codes = {3, 1, 9, 2};
+    return kind_codes[static_cast<std::size_t>(kind)];
+}
+
+void write_start_numbers(Channel& deck, std::int32_t first_element, std::int32_t first_node) {
+    deck.write_line("* Card 3.2");
+    deck.write_line("* NSNEL  NSNODE");
+    if (first_element <= 9999)
+        NUMBERS_4.write(deck, first_element, first_node);
+    else if (first_element <= 99999)
+        NUMBERS_5.write(deck, first_element, first_node);
+    else
+        NUMBERS_6.write(deck, first_element, first_node);
+}
+
+void write_dam_group(LayoutKind kind, Channel& deck, std::int32_t group, const DamGroup& cards) {
+    deck.write_line("*");
+    deck.write_line(DOUBLE_LINE);
+    GROUP_TITLE.write(deck, group, cards.title);
+    deck.write_line(DOUBLE_LINE);
+    deck.write_line("*");
+    deck.write_line(cards.title);
+    deck.write_line("* Card 3.3.5.4.1");
+    deck.write_line("* MTYPE IGPOST OVERLAY GCOLOR GLTYPE GLTHIC GHIDE");
+    GROUP_LINE.write(deck, cards.group_type, 0, 0, 0, 0, 0, 0);
+    if (cards.group_type == 0)
+        return;
+    write_material(kind, deck, cards);
+    deck.write_line("* Card 3.3.5.4.2");
+    deck.write_line("* NPOINT  MOVE  IREF  XLo          YLo");
+    POINTS_LINE.write(deck, static_cast<std::int32_t>(cards.points.size()), 0, 0, 0.0F, 0.0F);
+    deck.write_line("* Card 3.3.5.4.2-1");
+    deck.write_line("* NP     X            Y");
+    std::int32_t point = 0;
+    for (const DamPoint& p : cards.points)
+        POINT_LINE.write(deck, ++point, p.x, p.y);
+    deck.write_line("* Card 3.3.5.4.3");
+    deck.write_line("* NSEGMENT   GNODX        GNODY");
+    SEGMENTS_LINE.write(deck, static_cast<std::int32_t>(cards.end_rules.size()), 0.0F, 0.0F);
+    deck.write_line("* Card 3.3.5.4.3.1");
+    deck.write_line("* SEGNO  LTYPE  NDIV   IEND");
+    std::int32_t segment = 0;
+    for (const std::int32_t end_rule : cards.end_rules)
+        SEGMENT_LINE.write(deck, ++segment, 1, cards.NDIV, end_rule);
+}
+
+void write_dam_decks(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks,
+                     DamCards& dam, DamSizes& sizes) {
+    read_dam_cards(dam, sizes, channels.at(CHANNEL_MESH_B));
+    checker.prepared_kind_code = kind_of_decks(kind);
+    const std::vector<DamGroup> groups = dam_groups(kind, dam, sizes);
+    Channel& deck = channels.open(CHANNEL_DATA, MAIN_DECK, OpenStatus::work);
+    write_base_mesh(kind, dam, sizes, deck);
+    write_edit(dam, sizes, deck, static_cast<std::int32_t>(groups.size()));
+    std::int32_t number = 0;
+    for (const DamGroup& group : groups)
+        write_dam_group(kind, deck, ++number, group);
+    deck.write_line("* END OF DATA ");
+    channels.close(CHANNEL_DATA);
+    decks.count = 1;
+    decks.names[1] = TextLine(MAIN_DECK);
+    if (dam.shells)
+        write_shell_decks(channels, kind, decks, dam, sizes);
+}
+
+}  // namespace brelan

@@ -1,0 +1,30 @@
+// The main deck of an earth dam: a base mesh, and the groups that make it a dam.
+#pragma once
+
+#include <cstdint>
+
+#include "dam/dam_outlines.h"
+#include "dam/dam_tables.h"
+#include "deck/deck_tables.h"
+#include "mesh/edition.h"
+#include "text/channels.h"
+
+namespace brelan {
+
+// Reads Cards 5.1 to 5.5 back from the normalised deck, which the checker has just written, and writes the
+// decks of the dam. Sets prepared_kind_code and the count of decks, fills the list of decks for a dam with
+// shells, and makes
+// "..\EarthDam.Meg" the deck of the run. Ends the run at a dam that cannot be.
+void write_dam_decks(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks,
+                     DamCards& dam, DamSizes& sizes);
+
+// Writes the cards of one group, its number being `group`.
+void write_dam_group(LayoutKind kind, Channel& deck, std::int32_t group, const DamGroup& cards);
+
+// Writes Card 3.2 in the columns that the element number needs.
+void write_start_numbers(Channel& deck, std::int32_t first_element, std::int32_t first_node);
+
+// JK of Card 1.1: the kind of the edition.
+std::int32_t kind_of_decks(LayoutKind kind);
+
+}  // namespace brelan

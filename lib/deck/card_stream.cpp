@@ -1,0 +1,106 @@
+#include "deck/card_stream.h"
+
+#include <algorithm>
+#include <string>
+
+#include "deck/deck_tables.h"
+#include "deck/error_report.h"
+#include "text/free_field.h"
+
+namespace brelan {
+
+namespace {
+
+// Ends of the words that end in columns 1 to 124, as flagged by `used`; `note` is told each.
+template <class Used, class Note>
+void walk_words(Used used, Note note) {
+    bool previous = used(1);
+    for (int column = 2; column <= LINE_COLUMNS - 1; ++column) {
+        const bool now = used(column);
+        if (previous && !now)
+            note(column - 1);
+        previous = now;
+    }
+}
+
+}  // namespace
+
+void refuse_byte_order_mark(Channel& text) {
+    if (text.pass_byte_order_mark())
+        text.fail_here("expected text, found a byte order mark in front of it; save the file without one");
+}
+
+void strip_deck(Channels& channels, int source, int target) {
+    Channel& from = channels.at(source);
+    refuse_byte_order_mark(from);
+    Channel& to = channels.at(target);
+    to.follow(from);
+    while (!from.at_end()) {
+        const std::string_view line = from.read_whole_line("a line");
+        if (line.empty() || line.front() != '*')
+            to.write_columns(line);
+    }
+    channels.close(source);
+    to.rewind();
+}
+
+CardCount count_values(const TextLine& line) {
+    const auto used = [&](int column) { return line(column) != ' ' && line(column) != ','; };
+    CardCount found;
+    const auto note = [&](int column) {
+        ++found.count;
+        found.last_column = column;
+    };
+    walk_words(used, note);
+    if (!used(LINE_COLUMNS) && used(LINE_COLUMNS - 1))
+        note(LINE_COLUMNS - 1);
+    return found;
+}
+
+void check_card(Channels& channels, CheckedDeck& checker, Console& console, int channel_number,
+                std::string_view label, std::int32_t minimum, std::int32_t maximum) {
+    Channel& deck = channels.at(channel_number);
+    const std::string card = "Card " + std::string(label);
+    const TextLine line = deck.read_line(card);
+    const CardCount found = count_values(line);
+    if (found.count < minimum || found.count > maximum)
+        report_card(channels, console, label, maximum, line, found);
+    deck.step_back(1);
+    FreeFieldReader reader(deck, card, FreeFieldReader::Reach::one_line);
+    for (std::int32_t i = 1; i <= found.count; ++i)
+        reader.read(checker.values[i]);
+    reader.finish();
+}
+
+std::int32_t last_title_column(const TextLine& line) {
+    constexpr std::int32_t longest_title = 80;
+    const auto used = [&](int column) { return line(column) != ' '; };
+    std::int32_t last = 0;
+    walk_words(used, [&](int column) { last = column; });
+    if ((!used(LINE_COLUMNS) && used(LINE_COLUMNS - 1)) || last > longest_title)
+        return longest_title;
+    return last;
+}
+
+bool is_bare_name(const TextLine& name) {
+    constexpr std::size_t columns_searched = 30;
+    return name.view().substr(0, columns_searched).find('\\') == std::string_view::npos;
+}
+
+TextLine name_from_parent(CheckedDeck& checker, const TextLine& name) {
+    constexpr std::string_view parent = "..\\";
+    if (!is_bare_name(name))
+        return name;
+    // The columns behind a name that was moved to the left keep what an earlier long name left there.
+    TextLine& work_field = checker.name_field;
+    const std::size_t start = name.view().find_first_not_of(' ');
+    int column = 1;
+    for (const char c : parent)
+        work_field(column++) = c;
+    const std::string_view copied = name.view().substr(0, LINE_COLUMNS - parent.size());
+    for (const char c : copied.substr(std::min(start, copied.size())))
+        work_field(column++) = c;
+    return work_field;
+}
+
+}  // namespace brelan

@@ -1,0 +1,48 @@
+// A card deck as the checker sees it: lines of 126 columns, comments, values and their count.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "deck/deck_tables.h"
+#include "text/channels.h"
+#include "text/console.h"
+#include "text/text_line.h"
+
+namespace brelan {
+
+// Ends the run where a text that has just been opened begins with a byte order mark: the mark would be data
+// of the first line, and make a comment there a card.
+void refuse_byte_order_mark(Channel& text);
+
+// Copies the lines of the source that are no comments ("*" in column 1), as 126 columns each. Closes the
+// source channel and rewinds the target.
+void strip_deck(Channels& channels, int source, int target);
+
+// The count of values on a card line, and the column where the last of them ends.
+struct CardCount {
+    std::int32_t count = 0;
+    std::int32_t last_column = 0;
+};
+
+// Counts values by their separators, blanks and commas. A value that reaches column 126 is not counted: decks
+// rely on nothing standing there.
+CardCount count_values(const TextLine& line);
+
+// Checks and reads the next card on a channel. A count of values outside minimum to maximum is a user's
+// error: it is reported by its label and ends the run with stop text "300". The values go to CARDVAL from
+// position 1; a value that is not a number, or the end of the deck, ends the run as a failure.
+void check_card(Channels& channels, CheckedDeck& checker, Console& console, int channel_number,
+                std::string_view label, std::int32_t minimum, std::int32_t maximum);
+
+// The last column of a title line's text, at most 80; 0 for a blank line.
+std::int32_t last_title_column(const TextLine& line);
+
+// True for a file name field with no backslash in its first 30 columns.
+bool is_bare_name(const TextLine& name);
+
+// Normalises a file name field: a name with no backslash in its first 30 columns is taken from the parent of
+// the working directory.
+TextLine name_from_parent(CheckedDeck& checker, const TextLine& name);
+
+}  // namespace brelan

@@ -1,0 +1,131 @@
+#include "deck/strip_mesh.h"
+
+#include <string>
+
+#include "deck/card_stream.h"
+#include "mesh/kinds.h"
+#include "text/channel_numbers.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr std::string_view HEADING = "a heading line";
+
+void require_number(const Channel& mesh_file, std::int32_t number, std::int32_t last, std::string_view what) {
+    if (number < 1 || number > last)
+        mesh_file.fail_behind("expected " + std::string(what) + " number from 1 to " + std::to_string(last) +
+                              ", found " + std::to_string(number));
+}
+
+void require_words(const Channel& mesh_file, const ElementRecord& element) {
+    const ElementWords& w = element.words;
+    for (const std::int32_t word :
+         {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8})
+        if (word > HIGHEST_NODE_NUMBER)
+            mesh_file.fail_behind("element " + std::to_string(element.number) +
+                                  ": expected node numbers of at most " +
+                                  std::to_string(HIGHEST_NODE_NUMBER) + ", found " + std::to_string(word));
+}
+
+// What the first scan finds out.
+struct Scan {
+    MeshCounts counts;
+    int node_lines = 0;  // of the node records
+    std::int32_t field_count = 0;
+    MeshCounts deleted;
+};
+
+std::int32_t& count_of(MeshCounts& counts, std::int8_t type) {
+    return type == ELEMENT_CONTINUUM ? counts.continuum_elements
+           : type == ELEMENT_BEAM    ? counts.beams
+                                     : counts.trusses;
+}
+
+Scan scan_mesh(LayoutKind kind, Channel& mesh_file) {
+    Scan scan;
+    mesh_file.skip_lines(2, HEADING);
+    scan.counts = read_mesh_counts(mesh_file);
+    mesh_file.skip_lines(2, HEADING);
+    if (scan.counts.nodes > 0 || !mesh_file.at_end())
+        scan.field_count = count_values(TextLine(mesh_file.peek_line())).count;
+    const int first_line = mesh_file.lines_before();
+    for (std::int32_t i = 0; i < scan.counts.nodes; ++i)
+        require_number(mesh_file, read_node_record(kind, mesh_file, scan.field_count).number,
+                       HIGHEST_NODE_NUMBER, "a node");
+    scan.node_lines = mesh_file.lines_before() - first_line;
+    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
+        const std::int32_t records = scan.counts.of(type);
+        if (records > 0)
+            mesh_file.skip_lines(2, HEADING);
+        for (std::int32_t i = 0; i < records; ++i) {
+            const ElementRecord element = read_element_record(kind, mesh_file, type);
+            if (element.number < 0) {
+                ++count_of(scan.deleted, type);
+                continue;
+            }
+            require_number(mesh_file, element.number, HIGHEST_ELEMENT_NUMBER, "an element");
+            require_words(mesh_file, element);
+        }
+    }
+    return scan;
+}
+
+// As strip_deck does, but without the blanks up to column 126: this copy is never seen.
+void strip_comments(Channels& channels, int source, Channel& mesh_file) {
+    Channel& from = channels.at(source);
+    refuse_byte_order_mark(from);
+    mesh_file.follow(from);
+    while (!from.at_end()) {
+        const std::string_view line = from.read_whole_line("a line").substr(0, LINE_COLUMNS);
+        if (line.empty() || line.front() != '*')
+            mesh_file.write_line(line);
+    }
+    channels.close(source);
+    mesh_file.rewind();
+}
+
+void copy_lines(Channel& from, Channel& to, int count) {
+    for (int i = 0; i < count; ++i)
+        to.write_columns(from.read_whole_line("a line"));
+}
+
+}  // namespace
+
+StrippedMesh strip_mesh(Channels& channels, LayoutKind kind, int source, int target) {
+    Channel& mesh_file = channels.open(CHANNEL_STRIP, "TT123.TMP", OpenStatus::scratch);
+    strip_comments(channels, source, mesh_file);
+    const Scan scan = scan_mesh(kind, mesh_file);
+
+    Channel& clean = channels.at(target);
+    clean.follow(mesh_file);
+    mesh_file.rewind();
+    copy_lines(mesh_file, clean, 2);
+    const MeshCounts counts = read_mesh_counts(mesh_file);
+    write_mesh_counts(clean, {counts.nodes, counts.continuum_elements - scan.deleted.continuum_elements,
+                              counts.beams - scan.deleted.beams, counts.trusses - scan.deleted.trusses});
+    copy_lines(mesh_file, clean, 2 + scan.node_lines);
+
+    StrippedMesh stripped;
+    stripped.field_count = scan.field_count;
+    int heading_lines = 2;
+    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
+        const std::int32_t records = counts.of(type);
+        stripped.heading_lines[type - ELEMENT_CONTINUUM] = heading_lines;
+        if (records == 0)
+            continue;
+        copy_lines(mesh_file, clean, 2);
+        for (std::int32_t i = 0; i < records; ++i) {
+            const ElementRecord element = read_element_record(kind, mesh_file, type);
+            if (element.number >= 0)
+                write_element_record(kind, clean, type, element);
+        }
+        // The headings of a section that lost all its records stand in front of the next one's.
+        heading_lines = scan.deleted.of(type) == records ? heading_lines + 2 : 2;
+    }
+    channels.close(CHANNEL_STRIP, CloseAction::remove);
+    clean.rewind();
+    return stripped;
+}
+
+}  // namespace brelan

@@ -1,0 +1,15 @@
+// The driver of the group engine.
+#pragma once
+
+#include "group/engine.h"
+#include "mesh/group_tables.h"
+#include "mesh/tables.h"
+#include "text/channels.h"
+
+namespace brelan {
+
+// Pass 14.2: works on the groups in turn and leaves their listing in "GROUP.TMP".
+void work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
+                    const Tolerances& tolerances, Engine& engine, GroupListing& listing);
+
+}  // namespace brelan

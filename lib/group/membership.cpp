@@ -1,0 +1,141 @@
+#include "group/membership.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "group/engine_mesh.h"
+#include "group/polygon_scan.h"
+#include "text/layout.h"
+
+namespace brelan {
+
+namespace {
+
+// As a free-field line of integers.
+constexpr Layout<"(5(1X,I11))"> MEMBER_RECORD;
+
+RowBox box_of(const Tolerances& tolerances, const Engine& engine, const ListingRow& row) {
+    RowBox box;
+    const bool tested =
+        row.points.size() > 0 && row.points.size() <= static_cast<std::size_t>(MOST_POLYGON_POINTS);
+    if (!tested || !engine.uses_indexes)
+        return box;
+    box = {row.points[0].x, row.points[0].y, row.points[0].x, row.points[0].y, false};
+    for (const Point& p : row.points) {
+        box.x0 = std::min(box.x0, p.x);
+        box.y0 = std::min(box.y0, p.y);
+        box.x1 = std::max(box.x1, p.x);
+        box.y1 = std::max(box.y1, p.y);
+    }
+    const float size = std::abs(box.x0) + std::abs(box.x1) + std::abs(box.y0) + std::abs(box.y1);
+    const float room = std::abs(tolerances.line) * 1.01F + size * 1.0E-5F;
+    return {box.x0 - room, box.y0 - room, box.x1 + room, box.y1 + room, false};
+}
+
+// Mean of the first words with a positive number.
+Point mean_of(const Mesh& mesh, const ElementWords& w, int count) {
+    const std::int32_t nodes[4] = {w.corner_1, w.corner_2, w.corner_3, w.corner_4};
+    Point sum;
+    float found = 0.0F;
+    for (int i = 0; i < count; ++i) {
+        if (nodes[i] <= 0)
+            continue;
+        sum = {sum.x + mesh.x[nodes[i]], sum.y + mesh.y[nodes[i]]};
+        found = found + 1.0F;
+    }
+    return {sum.x / found, sum.y / found};
+}
+
+Point middle(const Point& a, const Point& b) {
+    return {(a.x + b.x) / 2.0F, (a.y + b.y) / 2.0F};
+}
+
+bool on_line(const Tolerances& tolerances, const ListingRow& row, const Point& centre) {
+    const std::size_t p = row.points.size();
+    const std::size_t edges = row.closed == 1 ? p : p - 1;
+    for (std::size_t i = 0; i < edges; ++i)
+        if (distance(middle(row.points[i], row.points[(i + 1) % p]), centre) <= tolerances.line)
+            return true;
+    return false;
+}
+
+bool in_strip(const Tolerances& tolerances, const ListingRow& row, const Point& centre) {
+    const std::size_t p = row.points.size() / 2;
+    const std::size_t cells = row.closed == 1 ? p : p - 1;
+    for (std::size_t k = 0; k < cells; ++k) {
+        const std::size_t next = (k + 1) % p;
+        const Point& a = row.points[2 * k];
+        const Point& b = row.points[2 * k + 1];
+        const Point& c = row.points[2 * next];
+        const Point& d = row.points[2 * next + 1];
+        const Point strip_centre{(a.x + b.x + c.x + d.x) / 4.0F, (a.y + b.y + c.y + d.y) / 4.0F};
+        if (distance(strip_centre, centre) <= tolerances.line)
+            return true;
+    }
+    return false;
+}
+
+// Calls the action with the number of each row that an element belongs to.
+template <class Action>
+void for_rows_of(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances,
+                 const GroupListing& listing, const ElementWords& words, std::int8_t type, Action action) {
+    const Point centre = mean_of(mesh, words, type == ELEMENT_CONTINUUM ? 4 : 2);
+    const auto scan = [&](const auto& rows, auto holds) {
+        for (const auto& scanned : rows)
+            if (scanned.box.may_hold(centre) && holds(scanned))
+                action(scanned.row);
+    };
+    scan(membership.outlines, [&](const ScannedOutline& outline) { return outline.polygon.inside(centre); });
+    if (type == ELEMENT_CONTINUUM)
+        scan(membership.strips,
+             [&](const ScannedRow& strip) { return in_strip(tolerances, listing.rows[strip.row], centre); });
+    else
+        scan(membership.lines,
+             [&](const ScannedRow& line) { return on_line(tolerances, listing.rows[line.row], centre); });
+}
+
+}  // namespace
+
+Membership begin_membership(const Tolerances& tolerances, const Engine& engine, GroupListing& listing) {
+    listing.members = listing.highest_material = 0;
+    Membership membership;
+    for (std::int32_t i = 1; i <= listing.count; ++i) {
+        const ListingRow& row = listing.rows[i];
+        if (row.group_type == 0 || row.group_type == -1 || row.points.empty())
+            continue;
+        const ScannedRow scanned{box_of(tolerances, engine, row), i};
+        const bool open_line = std::abs(row.group_type) == 2 && row.closed == 0;
+        if (row.sub_kind == ROW_OUTLINE && !open_line)
+            membership.outlines.push_back({scanned, PolygonScan(engine.uses_indexes, row.points)});
+        else if (row.sub_kind == ROW_LINE)
+            membership.lines.push_back(scanned);
+        else if (row.sub_kind == ROW_JOINT && row.group_type < 0 && row.points.size() >= 2)
+            membership.strips.push_back(scanned);
+    }
+    return membership;
+}
+
+std::vector<std::int32_t> listing_rows_of(const Membership& membership, const Mesh& mesh,
+                                          const Tolerances& tolerances, const GroupListing& listing,
+                                          const ElementWords& words, std::int8_t type) {
+    std::vector<std::int32_t> rows;
+    for_rows_of(membership, mesh, tolerances, listing, words, type,
+                [&](std::int32_t row) { rows.push_back(row); });
+    return rows;
+}
+
+void record_membership(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances,
+                       GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words,
+                       std::int8_t type) {
+    if (type == ELEMENT_CONTINUUM)
+        listing.highest_material = std::max(listing.highest_material, words.material);
+    for_rows_of(membership, mesh, tolerances, listing, words, type, [&](std::int32_t i) {
+        ListingRow& row = listing.rows[i];
+        ++row.members;
+        ++listing.members;
+        MEMBER_RECORD.write(file, row.group, words.material, element, static_cast<std::int32_t>(type),
+                            row.sub_kind);
+    });
+}
+
+}  // namespace brelan

@@ -1,0 +1,51 @@
+// Element activity: at which step the elements of a group come and go, and the materials of their own that
+// the groups' continuum elements get for it.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "mesh/edition.h"
+#include "mesh/group_tables.h"
+#include "mesh/tables.h"
+#include "output/group_members.h"
+#include "text/channels.h"
+#include "text/trace.h"
+
+namespace brelan {
+
+// Steps at which an element is activated and deactivated.
+struct ActivityPair {
+    std::int32_t activated = 0, deactivated = 0;
+
+    friend bool operator==(const ActivityPair&, const ActivityPair&) = default;
+};
+
+// The pair of a group's elements of a class and material, by the group's MTYPE and material line; two zeros
+// where its cards give them none.
+ActivityPair activity_of(const GroupCards& group_cards, std::int32_t g, std::int8_t type,
+                         std::int32_t material);
+
+// A continuum material made for a group.
+struct NewMaterial {
+    std::int32_t old = 0;
+    ActivityPair activity;
+};
+
+struct Activity {
+    std::int32_t line_count = 0;             // lines of all blocks
+    std::vector<NewMaterial> materials;      // their numbers follow the highest of the mesh, highest_material
+    std::vector<std::int32_t> new_material;  // by element number, the element's new material; 0 for none
+    std::int32_t first_new = 0;              // number of the first of them
+};
+
+// Makes the new materials and counts the lines of the blocks. Every group gets a material for each of its
+// own, also where another group holds the same. An element of several groups takes that of the last.
+Activity make_activity(Trace& trace, const GroupCards& group_cards, GroupListing& listing,
+                       const std::vector<GroupMembers>& members);
+
+// Writes the block of each group that has activity.
+void write_activity(Channels& channels, LayoutKind kind, const GroupCards& group_cards, Channel& main_file,
+                    const std::vector<GroupMembers>& members);
+
+}  // namespace brelan

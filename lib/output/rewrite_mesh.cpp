@@ -1,0 +1,95 @@
+#include "output/rewrite_mesh.h"
+
+#include "mesh/edition.h"
+#include "text/channel_numbers.h"
+#include "text/channels.h"
+#include "text/free_field.h"
+#include "text/layout.h"
+#include "text/trace.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr Layout<"(9(1X,I6),I5,2I3,2I5,E11.4)"> COUPLED_CONTINUUM;
+constexpr Layout<"(9(1X,I6),I5)"> SCALAR_CONTINUUM;
+constexpr Layout<"(9(1X,I6),I5,2E11.3)"> DISPLACEMENT_CONTINUUM;
+constexpr Layout<"(5(1X,I6))"> LINE_ELEMENT;
+
+void copy_cut(Channel& from, Channel& to) {
+    const std::string_view line = from.read_whole_line("a line of the mesh");
+    to.write_line(line.substr(0, line.find_last_not_of(' ') + 1));
+}
+
+void write_continuum(LayoutKind kind, Channel& mesh_file, const ElementRecord& e) {
+    const ElementWords& w = e.words;
+    switch (kind) {
+        case LayoutKind::coupled:
+            COUPLED_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
+                                    w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
+                                    e.skeleton, e.fluid, e.integration_r, e.integration_s, e.real_attribute);
+            break;
+        case LayoutKind::temperature:
+        case LayoutKind::head:
+            // Seven values: the columns are those of a longer record that ends early.
+            SCALAR_CONTINUUM.write_front(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
+                                         w.material, e.attribute);
+            break;
+        case LayoutKind::displacement:
+            DISPLACEMENT_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
+                                         w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
+                                         e.thickness, e.density);
+            break;
+    }
+}
+
+// Beams and trusses keep their materials.
+void copy_line_elements(Channel& from, Channel& to, std::int32_t count) {
+    if (count == 0)
+        return;
+    copy_cut(from, to);
+    copy_cut(from, to);
+    for (std::int32_t i = 0; i < count; ++i) {
+        std::int32_t number = 0, first = 0, second = 0, material = 0, node_code = 0;
+        read_free(from, "a beam or truss element record of five integers", number, first, second, material,
+                  node_code);
+        LINE_ELEMENT.write(to, number, first, second, material, node_code);
+    }
+}
+
+}  // namespace
+
+void rewrite_mesh(Channels& channels, Trace& trace, const Settings& settings, std::string_view result_name,
+                  const MeshCounts& counts, std::span<const std::int32_t> new_material) {
+    constexpr std::int32_t heading_lines = 7;
+    trace.values(2, " Pass 27.1.4 IPROGM = ", settings.edition);
+    Channel& copy = channels.open(CHANNEL_MESH_COPY, "TEMPMESH.TMP", OpenStatus::work);
+    Channel& source = channels.open(CHANNEL_RESULT, result_name, OpenStatus::old);
+    while (!source.at_end())
+        copy_cut(source, copy);
+    trace.values(2, " Pass 27.1.5 ");
+    copy.rewind();
+    Channel& mesh_file = channels.open(CHANNEL_RESULT, result_name, OpenStatus::result);
+    for (std::int32_t i = 0; i < counts.nodes + heading_lines; ++i)
+        copy_cut(copy, mesh_file);
+    trace.values(2, " Pass 27.1.6 ");
+    for (std::int32_t i = 1; i <= counts.continuum_elements; ++i) {
+        ElementRecord element = read_element_record(settings.kind(), copy, ELEMENT_CONTINUUM);
+        const std::int32_t material = new_material[static_cast<std::size_t>(element.number)];
+        trace.values(2, " Pass 27.1.7 ", " I = ", i, " N = ", element.number,
+                     " NEWMAT(I) = ", new_material[static_cast<std::size_t>(i)], " NEWMAT(N) = ", material);
+        if (material > 0)
+            element.words.material = material;
+        write_continuum(settings.kind(), mesh_file, element);
+    }
+    trace.values(2, " Pass 27.1.8 ", " NBEAMA= ", counts.beams, " NNBEAMA= ", counts.beams,
+                 " NTRUSA = ", counts.trusses);
+    copy_line_elements(copy, mesh_file, counts.beams);
+    copy_line_elements(copy, mesh_file, counts.trusses);
+    while (!copy.at_end())
+        copy_cut(copy, mesh_file);
+    channels.close(CHANNEL_MESH_COPY);
+    mesh_file.flush();
+}
+
+}  // namespace brelan

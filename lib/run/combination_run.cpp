@@ -1,0 +1,141 @@
+#include "run/combination_run.h"
+
+#include "deck/error_report.h"
+#include "deck/strip_mesh.h"
+#include "mesh/combine.h"
+#include "mesh/result_file.h"
+#include "run/read_cards.h"
+#include "run/run.h"
+#include "text/channel_numbers.h"
+#include "text/channels.h"
+#include "text/free_field.h"
+#include "text/run_end.h"
+#include "text/trace.h"
+
+namespace brelan {
+
+namespace {
+
+// The first region, between Passes 6 and 13.
+void read_first_region(Run& run) {
+    run.trace.pass(" Pass 6 ", 6.0F);
+    Channel& mesh_file = run.channels.at(CHANNEL_MESH_A);
+    read_region_head(run.settings.kind(), mesh_file, run.combination.first);
+    run.trace.pass(" Pass 8 ", 8.0F);
+    read_first_nodes(run.combination, run.mesh, run.side, mesh_file);
+    run.trace.pass(" Pass 9 ", 9.0F);
+    if (run.combination.first.counts.continuum_elements > 0) {
+        run.trace.pass(" Pass 10 ", 10.0F);
+        read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.first,
+                             ELEMENT_CONTINUUM);
+        run.trace.pass(" Pass 11 ", 11.0F);
+    }
+    if (run.combination.first.counts.beams > 0) {
+        read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.first,
+                             ELEMENT_BEAM);
+        run.trace.pass(" Pass 12 ", 12.0F);
+    }
+    if (run.combination.first.counts.trusses > 0) {
+        read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.first,
+                             ELEMENT_TRUSS);
+        run.trace.pass(" Pass 13 ", 13.0F);
+    }
+}
+
+void read_second_region(Run& run) {
+    run.trace.pass(" Pass 28 ", 28.0F);
+    Channel& mesh_file = run.channels.at(CHANNEL_MESH_B);
+    read_region_head(run.settings.kind(), mesh_file, run.combination.second);
+    read_second_nodes(run.combination, run.mesh, run.side, mesh_file);
+    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS})
+        if (run.combination.second.counts.of(type) > 0)
+            read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.second,
+                                 type);
+    run.trace.pass(" Pass 29 ", 29.0F);
+}
+
+// The two lines stand in the result file, where the front end's message is taken from.
+[[noreturn]] void report_collision(Run& run) {
+    Channel& mesh_file = run.channels.at(CHANNEL_WORK);
+    write_free(mesh_file, "************* ERROR IN THE USER INPUT **************");
+    write_free(mesh_file, " REGION A element no. duplicates REGION B element no. ");
+    show_last_lines(run.channels, run.console, CHANNEL_WORK, 2);
+    write_status(run.channels, 1);
+    stop_run("100");
+}
+
+void match_nodes(Run& run) {
+    if (run.combination.interface_rule == 1) {
+        match_listed_nodes(run.combination, run.mesh, run.side);
+        run.trace.pass(" Pass 32 ", 32.0F);
+        return;
+    }
+    run.trace.pass(" Pass 30 ", 30.0F);
+    const float spacing = smallest_spacing(run.combination, run.mesh, run.side);
+    run.trace.pass(" Pass 31 ", 31.0F);
+    run.trace.pass(" Pass 32 ", 32.0F);
+    match_nearest_nodes(run.combination, run.mesh, run.side, spacing);
+}
+
+void write_combined(Run& run) {
+    ResultMesh result;
+    Channel& mesh_file = run.channels.at(CHANNEL_WORK);
+    run.trace.pass(" Pass 35 ", 35.0F);
+    run.trace.pass(" Pass 36 ", 36.0F);
+    count_combined(run.mesh, run.side, result);
+    run.trace.pass(" Pass 37 ", 37.0F);
+    write_mesh_head(mesh_file, run.files.combined.view(), result.counts);
+    run.trace.pass(" Pass 38 ", 38.0F);
+    write_node_heading(run.settings.kind(), mesh_file);
+    write_combined_nodes(run.mesh, mesh_file, result);
+    if (result.counts.continuum_elements > 0) {
+        run.trace.pass(" Pass 39 ", 39.0F);
+        write_combined_elements(run.mesh, run.side, mesh_file, result, ELEMENT_CONTINUUM);
+    }
+    if (result.counts.beams > 0) {
+        run.trace.pass(" Pass 40 ", 40.0F);
+        write_combined_elements(run.mesh, run.side, mesh_file, result, ELEMENT_BEAM);
+    }
+    if (result.counts.trusses > 0) {
+        run.trace.pass(" Pass 41 ", 41.0F);
+        write_combined_elements(run.mesh, run.side, mesh_file, result, ELEMENT_TRUSS);
+    }
+}
+
+}  // namespace
+
+void open_combination(Run& run) {
+    run.trace.pass(" Pass 5G ", 5.7F);
+    read_combination_cards(run);
+    run.channels.open(CHANNEL_MESH_A, "FILEA.TMP", OpenStatus::work);
+    run.channels.open(CHANNEL_MESH_B, "FILEB.TMP", OpenStatus::work);
+    // The names cross: the mesh of Card 2.1-2 is the first region.
+    run.channels.open(CHANNEL_SOURCE_A, run.files.second.view(), OpenStatus::old);
+    run.channels.open(CHANNEL_SOURCE_B, run.files.first.view(), OpenStatus::old);
+    run.channels.open(CHANNEL_WORK, run.files.combined.view(), OpenStatus::result);
+    run.combination.first.name = run.files.second.trimmed();
+    run.combination.second.name = run.files.first.trimmed();
+    run.combination.first.stripped =
+        strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_A, CHANNEL_MESH_A);
+    run.combination.second.stripped =
+        strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_B, CHANNEL_MESH_B);
+    scan_region(run.settings.kind(), run.channels.at(CHANNEL_MESH_A), run.combination.first);
+    scan_region(run.settings.kind(), run.channels.at(CHANNEL_MESH_B), run.combination.second);
+    fix_region_numbers(run.combination);
+}
+
+void run_combination(Run& run) {
+    read_first_region(run);
+    read_second_region(run);
+    if (regions_collide(run.combination))
+        report_collision(run);
+    match_nodes(run);
+    run.trace.pass(" Pass 33 ", 33.0F);
+    merge_nodes(run.combination, run.mesh, run.side);
+    run.trace.pass(" Pass 34 ", 34.0F);
+    renumber_first_elements(run.combination, run.mesh);
+    write_combined(run);
+    copy_result(run.channels.at(CHANNEL_WORK), run.channels.at(CHANNEL_RESULT_COPY));
+}
+
+}  // namespace brelan

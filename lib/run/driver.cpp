@@ -1,0 +1,154 @@
+#include "run/driver.h"
+
+#include "dam/dam_deck.h"
+#include "deck/deck_checker.h"
+#include "deck/deck_tables.h"
+#include "deck/error_report.h"
+#include "mesh/combine_tables.h"
+#include "mesh/group_tables.h"
+#include "mesh/tables.h"
+#include "run/base_mesh_run.h"
+#include "run/combination_run.h"
+#include "run/edit_run.h"
+#include "run/flush_to_zero.h"
+#include "run/read_cards.h"
+#include "run/run.h"
+#include "run/slope_run.h"
+#include "run/start_up.h"
+#include "text/channel_numbers.h"
+#include "text/channels.h"
+#include "text/free_field.h"
+#include "text/run_end.h"
+#include "text/trace.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr std::string_view NORMALISED_DECK = "BRELAN.TMP";
+
+// Meshes that the decks of an earth dam leave to each other.
+constexpr std::string_view SHELL_FILES[] = {"..\\Shell_Left.Mes", "..\\Shell_Right.Mes", "..\\Dam_Shell.Mes",
+                                            "..\\EarthDam.Meg", "..\\EarthDam.Mes"};
+
+void remove_shell_files(Run& run) {
+    for (const std::string_view name : SHELL_FILES) {
+        if (!run.channels.file_exists(name))
+            continue;
+        run.channels.open(CHANNEL_DELETE, name, OpenStatus::old);
+        run.channels.close(CHANNEL_DELETE, CloseAction::remove);
+    }
+}
+
+void open_result_copy(Run& run) {
+    run.channels.open(CHANNEL_RESULT_COPY, "MeshFile.Mes", OpenStatus::work).set_write_only(true);
+}
+
+void run_mode_0(Run& run) {
+    open_combination(run);
+    open_result_copy(run);
+    run_combination(run);
+}
+
+void run_mode_1(Run& run) {
+    // With IEDIT 5 the deck names no FILEA: MODEL has chosen a slope template.
+    run.files.first = run.checker.edit_seen == 5 ? slope_template(run) : read_file_name(run);
+    run.files.result = read_file_name(run);
+    open_edit_files(run);
+    read_edit(run);
+    open_result_copy(run);
+    run_edit(run);
+    run.files.first = run.files.result;
+}
+
+// A base mesh that no edit follows is passed on unchanged.
+void run_base_mesh_alone(Run& run) {
+    reset_mesh(run.mesh, run.side, run.selection);
+    run.files.first = TextLine("..\\Bmesh.dat");
+    run.files.result = TextLine("Basic.Tmp");
+    open_edit_files(run);
+    set_identity_edit(run);
+    run.trace.pass(" Pass 4C ", 4.3F);
+    open_result_copy(run);
+    run_edit(run);
+    run.files.first = run.files.result;
+}
+
+// A mode that no cards belong to: the passes begin, and find no mesh.
+[[noreturn]] void run_unknown_mode(Run& run, std::int32_t mode) {
+    open_result_copy(run);
+    run.trace.pass(" Pass 6 ", 6.0F);
+    Channel& deck = run.channels.at(CHANNEL_DECK);
+    deck.rewind();
+    deck.fail_here("expected an IMOD of -1 to 3 on Card 1.1, found " + std::to_string(mode) +
+                   ": no mesh is open");
+}
+
+void end_deck(Run& run) {
+    for (const int number :
+         {CHANNEL_DECK, CHANNEL_DATA, CHANNEL_MESH_A, CHANNEL_MESH_B, CHANNEL_WORK, CHANNEL_RESULT_COPY,
+          CHANNEL_SOURCE_A, CHANNEL_SOURCE_B, CHANNEL_GROUP, CHANNEL_RESULT})
+        run.channels.close(number);
+}
+
+// The decks that are made of a dam's cards take its place.
+void normalise_deck(Run& run) {
+    const LayoutKind kind = run.settings.kind();
+    while (check_deck(run.channels, kind, run.checker, run.console, run.decks.name, NORMALISED_DECK) ==
+           DeckContent::dam) {
+        write_dam_decks(run.channels, kind, run.checker, run.decks, run.dam, run.sizes);
+        run.decks.name = run.decks.names[1];
+        drop_checked_deck(run.channels);
+    }
+}
+
+void run_deck(Run& run) {
+    run.listing.count = 0;
+    run.decks.name = run.decks.names[run.decks.number];
+    normalise_deck(run);
+    Channel& deck = run.channels.open(CHANNEL_DECK, NORMALISED_DECK, OpenStatus::old);
+    deck.set_origin(run.checker.origin);
+    std::int32_t mode = 0;
+    std::int32_t kind_code = 0;
+    read_free(deck, "Card 1.1 (IMOD, JK)", mode, kind_code);
+    run.combination.keeps_first_data = mode == -1;
+    if (run.combination.keeps_first_data)
+        mode = 0;
+    run.trace.pass(" Pass 3 ...", 3.0F);
+    if (mode == 2) {
+        mode = 1;
+        if (run_base_mesh(run) == 0) {
+            run_base_mesh_alone(run);
+            end_deck(run);
+            return;
+        }
+    }
+    reset_mesh(run.mesh, run.side, run.selection);
+    run.trace.pass(" Pass 4D ", 4.4F);
+    if (mode == 0) {
+        run_mode_0(run);
+    } else if (mode == 1) {
+        run_mode_1(run);
+    } else {
+        run_unknown_mode(run, mode);
+    }
+    end_deck(run);
+}
+
+}  // namespace
+
+void run_program(Run& run) {
+    const FlushToZero mode;
+    start_up(run);
+    run.decks.count = 1;
+    run.decks.names[1] = run.decks.name;
+    for (run.decks.number = 1; run.decks.number <= run.decks.count; ++run.decks.number)
+        run_deck(run);
+    if (run.decks.count > 1)
+        remove_shell_files(run);
+    write_status(run.channels, 0);
+    run.trace.pass(" Pass 43 ", 43.0F);
+    run.channels.close(CHANNEL_TRACE);
+}
+
+}  // namespace brelan

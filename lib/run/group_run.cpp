@@ -1,0 +1,99 @@
+#include "run/group_run.h"
+
+#include <algorithm>
+#include <string>
+
+#include "deck/defaults_file.h"
+#include "group/group_driver.h"
+#include "group/listing.h"
+#include "group/loader.h"
+#include "group/membership.h"
+#include "mesh/edit_tables.h"
+#include "mesh/group_tables.h"
+#include "mesh/line_up.h"
+#include "mesh/moves.h"
+#include "output/group_out.h"
+#include "run/read_group_cards.h"
+#include "run/run.h"
+#include "text/channel_numbers.h"
+#include "text/channels.h"
+#include "text/trace.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr std::string_view GROUP_FILE = "GROUP.TMP";
+
+}  // namespace
+
+void run_groups(Run& run) {
+    run.trace.pass(" Pass 14.1 ", 14.1F);
+    read_group_cards(run);
+    load_defaults(run.channels, run.tolerances, run.moves);
+    std::int32_t highest = 0;
+    for (const NumberRange& range : run.source.elements)
+        highest = std::max(highest, range.highest);
+    load_engine(run.mesh, run.group_cards, run.engine, run.source.nodes.highest, highest);
+    set_tolerances(run.mesh, run.tolerances, run.engine);
+    run.trace.pass(" Pass 14.2 ", 14.2F);
+    work_on_groups(run.channels, run.mesh, run.group_cards, run.tolerances, run.engine, run.listing);
+    run.trace.pass(" Pass 14.3 ", 14.3F);
+    read_listing(run.listing, run.channels.open(CHANNEL_GROUP, GROUP_FILE, OpenStatus::old));
+    run.channels.close(CHANNEL_GROUP, CloseAction::remove);
+    run.channels.open(CHANNEL_GROUP, GROUP_FILE, OpenStatus::work).set_write_only(true);
+    run.trace.pass(" Pass 14.4 ", 14.4F);
+}
+
+void run_line_up(Run& run) {
+    read_line_up(run.channels, run.line_up);
+    if (run.edit.operation != 4 || run.line_up.is_on == 0)
+        return;
+    run.trace.pass(" Pass 14.5  LINEUP = ", 14.5F, run.line_up.is_on);
+    search_line_up(run.mesh, run.moves, run.line_up);
+    run.trace.pass(" Pass 14.6  NLNP = ", 14.6F, static_cast<std::int32_t>(run.line_up.nodes.size()));
+    apply_line_up(run.mesh, run.line_up);
+}
+
+void run_collapse_and_moves(Run& run) {
+    if (run.moves.collapse_mode != 0)
+        collapse_short_elements(run.mesh, run.listing, run.moves);
+    move_nodes(run.mesh, run.listing, run.moves);
+}
+
+void renumber_lines(Run& run, std::int32_t first_node) {
+    for (std::int32_t i = 1; i <= run.listing.count; ++i)
+        for (std::int32_t& node : run.listing.lines[i].nodes)
+            node = run.mesh.node_used[node] != 0 ? first_node - 1 + run.mesh.new_number[node] : 0;
+}
+
+void prepare_members(Run& run, const NumberRange& elements) {
+    run.membership = begin_membership(run.tolerances, run.engine, run.listing);
+    for (std::int32_t e = elements.lowest; e <= elements.highest; ++e) {
+        const std::int8_t type = run.mesh.type_in_use[e];
+        const std::int32_t material = run.mesh.words[e].material;
+        if (type < ELEMENT_CONTINUUM || material >= 0)
+            continue;
+        for (const std::int32_t i : listing_rows_of(run.membership, run.mesh, run.tolerances, run.listing,
+                                                    run.mesh.words[e], type)) {
+            const std::int32_t g = run.listing.rows[i].group;
+            if (outputs_list(run.settings.kind(), run.group_cards, run.listing.rows[i], type, material))
+                fail(run.group_cards.outputs[g].place +
+                     ": Card 3.3.5.4.1: expected materials of 1 or more in a group with outputs (IGPOST " +
+                     std::to_string(run.group_cards.outputs[g].wants_outputs) + "), but group " +
+                     std::to_string(g) + " lists element " + std::to_string(e) + " with material " +
+                     std::to_string(material));
+        }
+    }
+}
+
+void write_group_elements(Run& run, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
+    write_result_elements(run.mesh, mesh_file, result, type);
+    Channel& members = run.channels.at(CHANNEL_GROUP);
+    for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
+        if (run.mesh.type_in_use[n] == type)
+            record_membership(run.membership, run.mesh, run.tolerances, run.listing, members, n,
+                              run.mesh.words[n], type);
+}
+
+}  // namespace brelan

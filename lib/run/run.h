@@ -1,0 +1,60 @@
+// One run and all that it has. Two runs do not know of each other.
+#pragma once
+
+#include "dam/dam_tables.h"
+#include "deck/deck_tables.h"
+#include "group/engine.h"
+#include "group/membership.h"
+#include "mesh/block_tables.h"
+#include "mesh/combine_tables.h"
+#include "mesh/edit_tables.h"
+#include "mesh/edition.h"
+#include "mesh/group_tables.h"
+#include "mesh/line_up.h"
+#include "mesh/move_tables.h"
+#include "mesh/tables.h"
+#include "output/unit_table.h"
+#include "run/read_cards.h"
+#include "text/channels.h"
+#include "text/console.h"
+#include "text/trace.h"
+
+namespace brelan {
+
+struct Run {
+    Run(Directories directories, Console& shown_on) : channels(std::move(directories)), console(shown_on) {}
+
+    void set_edition(std::int32_t edition) {
+        settings.edition = edition;
+        mesh.kind = settings.kind();
+    }
+
+    Channels channels;
+    Console& console;
+    Trace trace{channels};
+    Settings settings;
+    DeckList decks;
+    CheckedDeck checker;
+    FileNames files;
+    BlockCards block_cards;
+    FieldBounds field;
+    EditCards edit;
+    EditSource source;
+    SlopeSplit slope_split;
+    Selection selection;
+    Mesh mesh;
+    SideTables side;
+    Combination combination;
+    MoveLists moves;
+    LineUp line_up;
+    GroupCards group_cards;
+    Tolerances tolerances;
+    Engine engine;
+    GroupListing listing;
+    Membership membership;
+    DamCards dam;
+    DamSizes sizes;
+    UnitLabels units;
+};
+
+}  // namespace brelan

@@ -1,0 +1,209 @@
+// Numbered text channels: sequential text files with rewind, stepping back by lines and closing with
+// deletion.
+//
+// A channel holds its file as text in memory (one that is read forward, a piece of it) and writes it to disk
+// as it grows, when it is rewound and when it is closed; a record written behind others replaces what
+// followed. Lines end with LF or CR LF on input and with LF on output. The numbers of the package's channels
+// are listed in text/channel_numbers.h.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "text/file_names.h"
+#include "text/text_buffer.h"
+#include "text/text_line.h"
+
+namespace brelan {
+
+enum class OpenStatus {
+    old,      // must exist; is only read
+    forward,  // must exist; is only read, once from start to end, and never held whole
+    fresh,    // must not exist; is created
+    work,     // a file of the program's own: created, or emptied at once
+    result,   // a file of the user's: created, or left as it is until the first record is written to it
+    scratch,  // a file of the program's own that is deleted when it is closed: it stays in memory
+};
+
+enum class CloseAction { keep, remove };
+
+// Where the lines of a working copy stem from: the user's file, and the line there for each line of the copy
+// from 0; 0 where none is known.
+struct LineOrigin {
+    std::string name;
+    std::vector<int> line;
+};
+
+class Channels;
+
+class Channel {
+public:
+    Channel() = default;
+    Channel(const Channel&) = delete;
+    Channel& operator=(const Channel&) = delete;
+    ~Channel();
+
+    bool is_open() const { return open_; }
+    const std::string& name() const { return name_; }
+
+    // --- reading ---------------------------------------------------------------------------------
+
+    // True when no line is left to read.
+    bool at_end() const { return position_ >= content_.size(); }
+
+    // Asked before each record of a channel that is read forward: brings the next line into memory and gives
+    // up what has been read. False at the end of the file.
+    bool more();
+
+    // The next line, whole and without its end; the view holds until the channel is written or closed.
+    // Ends the run at the end of the file, naming what was expected.
+    std::string_view read_whole_line(std::string_view expected);
+
+    // The next line as a record of 126 columns.
+    TextLine read_line(std::string_view expected) { return TextLine(read_whole_line(expected)); }
+
+    // The next line without moving past it; empty at the end of the file.
+    std::string_view peek_line() const;
+
+    void skip_lines(int count, std::string_view expected);
+
+    // At the start of a file: true when a byte order mark stands here, and goes behind it.
+    bool pass_byte_order_mark();
+
+    // Lines from the start of the file to the current position.
+    int lines_before() const { return lines_before_; }
+
+    void rewind();
+    void step_back(int lines);
+
+    // Ends the run with "<file>, line <n>: <message>" for the line a reader stands on.
+    [[noreturn]] void fail_here(std::string_view message) const { fail_at(lines_before_, message); }
+    // The same for the line that was read last.
+    [[noreturn]] void fail_behind(std::string_view message) const { fail_at(lines_before_ - 1, message); }
+
+    // "<file>, line <n>" of the line that was read last, for a message about what it holds.
+    std::string place_behind() const { return place_of(lines_before_ - 1); }
+
+    // --- writing ---------------------------------------------------------------------------------
+
+    // Room for a record of at most `size` characters; the caller fills it and calls end_record with the count
+    // that it used. The line end is put by end_record.
+    char* begin_record(std::size_t size);
+    void end_record(std::size_t used);
+
+    // Writes one line. Text longer than a record of this program is no error here: the caller cuts.
+    void write_line(std::string_view text);
+
+    // Writes the line as 126 columns, trailing blanks included.
+    void write_columns(std::string_view line);
+
+    // From now on each record written is remembered to stem from the line that was last read on the source,
+    // so that a message about this working copy names the user's own file and line.
+    void follow(const Channel& source);
+
+    // Hands the origins of a copy on to the channel that reads it again.
+    const LineOrigin& origin() const { return origin_; }
+    void set_origin(const LineOrigin& origin) { origin_ = origin; }
+
+    // Writes what is pending to disk.
+    void flush();
+
+    // Every record goes to disk at once.
+    void set_write_through(bool on) { write_through_ = on; }
+
+    // What is on disk is not kept in memory: the channel is never rewound, stepped back or read.
+    void set_write_only(bool on) { write_only_ = on; }
+
+private:
+    friend class FreeFieldReader;
+    friend class Channels;
+
+    void open(const Channels& channels, std::string_view name, OpenStatus status);
+    void open_to_append(const Channels& channels, std::string_view name);
+    void close(CloseAction action);
+    std::FILE* open_source() const;
+    void read_content();
+    void read_piece();
+    void cut_behind_position();
+    std::string place_of(int line) const;
+    [[noreturn]] void fail_at(int line, std::string_view message) const;
+    [[noreturn]] void fail_write() const;
+
+    bool open_ = false;
+    bool writable_ = false;
+    bool replace_pending_ = false;  // the earlier content of the file is still on disk
+    bool write_through_ = false;
+    bool write_only_ = false;
+    bool scratch_ = false;
+    bool broken_ = false;  // a write failed: nothing more is tried
+    std::string name_;     // as the program or the deck wrote it, without trailing blanks
+    std::filesystem::path path_;
+    std::FILE* file_ = nullptr;  // only for channels that may be written, or are read forward
+    TextBuffer content_;
+    std::size_t position_ = 0;  // of the next character to be read or written
+    std::size_t record_start_ = 0;
+    std::size_t on_disk_ = 0;  // characters of content_ that are on disk already
+    int lines_before_ = 0;     // lines in front of position_
+
+    // Where the lines of a working copy stem from.
+    const Channel* followed_ = nullptr;
+    LineOrigin origin_;
+};
+
+// The numbered channels of a run.
+class Channels {
+public:
+    explicit Channels(Directories directories = {}) : directories_(std::move(directories)) {}
+
+    // The channel of a number from 1 to 999. Ends the run when it is not open.
+    Channel& at(int number);
+
+    // True when the channel is open.
+    bool is_open(int number);
+
+    // Opens a file on a channel, positioned at its start; a channel that is open is closed first. Ends the
+    // run when the file cannot be opened as the status asks, or when it is open on another channel and one of
+    // the two writes.
+    Channel& open(int number, std::string_view name, OpenStatus status);
+
+    // Opens a file that this run began earlier to write on behind its end.
+    Channel& continue_file(int number, std::string_view name);
+
+    // Closes a channel, keeping or deleting its file. A channel that is not open is passed over.
+    void close(int number, CloseAction action = CloseAction::keep);
+
+    // Writes what is pending on every channel to disk.
+    void flush_all();
+
+    // Closes every channel as a run ends, whatever way; a write that fails here is not reported.
+    void close_all() noexcept;
+
+    // True when a file of the name exists.
+    bool file_exists(std::string_view name) const;
+
+    // Where a file lies on this machine.
+    std::filesystem::path place_of(std::string_view name) const {
+        return resolve_file_name(directories_, name);
+    }
+
+private:
+    friend class Channel;
+
+    static constexpr int NUMBERS = 1000;
+    using Slots = std::array<std::unique_ptr<Channel>, NUMBERS>;
+
+    std::unique_ptr<Channel>& slot(int number);
+    Channel& begin(int number);
+
+    Directories directories_;
+    Slots slots_;
+};
+
+}  // namespace brelan

@@ -1,0 +1,13 @@
+#include "text/run_end.h"
+
+namespace brelan {
+
+void stop_run(std::string_view text) {
+    throw RunEnd{STATUS_STOPPED, std::string(text)};
+}
+
+void fail(std::string_view message) {
+    throw RunEnd{STATUS_FAILED, std::string(message)};
+}
+
+}  // namespace brelan

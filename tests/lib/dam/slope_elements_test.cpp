@@ -1,0 +1,202 @@
+// The elements of a mapped template: their orientation, and the one that the water level divides.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+#include "dam/phreatic_line.h"
+#include "mesh/edit_tables.h"
+#include "mesh/tables.h"
+#include "support/state.h"
+
+namespace brelan::test {
+namespace {
+
+// Model 3: nodes 1 to 30 are the slope, element 2 is at its first part.
+class SlopeElements : public ::testing::Test {
+protected:
+    SlopeElements() {
+        reset_mesh(state.mesh, state.side, state.selection);
+        state.mesh.words.fill(ElementWords{});
+        state.edit.slope_code = 3;
+        state.edit.first_element = 1;
+        state.edit.start_place = "deck.dat, line 7";
+        state.source = EditSource{};
+        state.source.elements[0] = {1, 9};
+        state.slope_split = SlopeSplit{};
+    }
+    ~SlopeElements() override { state.set_edition(1); }
+
+    static void element(std::int32_t number, std::int32_t i1, std::int32_t i2, std::int32_t i3,
+                        std::int32_t i4) {
+        state.mesh.words[number] = {i1, i2, i3, i4, 0, 0, 0, 0, 5};
+        state.mesh.type_in_use[number] = ELEMENT_CONTINUUM;
+        if (state.source.first_continuum == 0)
+            state.source.first_continuum = number;
+    }
+    static std::string corners(std::int32_t number) {
+        const ElementWords& w = state.mesh.words[number];
+        std::string text;
+        for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
+            text.append(text.empty() ? "" : " ").append(std::to_string(corner));
+        return text;
+    }
+    static void square_of_nodes() {
+        constexpr std::array<float, 4> x = {0.0F, 1.0F, 1.0F, 0.0F}, y = {0.0F, 0.0F, 1.0F, 1.0F};
+        for (std::int32_t n = 101; n <= 104; ++n) {
+            state.mesh.x[n] = x[static_cast<std::size_t>(n - 101)];
+            state.mesh.y[n] = y[static_cast<std::size_t>(n - 101)];
+        }
+    }
+    static void split_element_2() { state.slope_split = {2, 200}; }
+};
+
+// --- orientation ---------------------------------------------------------------------------------
+
+TEST_F(SlopeElements, StayWhenTheFirstRunsCounterClockwise) {
+    square_of_nodes();
+    element(4, 101, 102, 103, 104);
+    element(5, 101, 103, 102, 0);
+    orient_elements(state.source, state.mesh);
+    EXPECT_EQ(corners(4), "101 102 103 104");
+    EXPECT_EQ(corners(5), "101 103 102 0");
+}
+
+TEST_F(SlopeElements, AllTurnWhenTheFirstRunsClockwise) {
+    square_of_nodes();
+    element(4, 101, 104, 103, 102);
+    element(5, 101, 102, 103, 0);
+    state.mesh.words[6] = {101, 102, 102, 101, 0, 0, 0, 0, 1};
+    state.mesh.type_in_use[6] = ELEMENT_BEAM;
+    orient_elements(state.source, state.mesh);
+    EXPECT_EQ(corners(4), "101 102 103 104");
+    EXPECT_EQ(corners(5), "101 103 102 0");
+    EXPECT_EQ(corners(6), "101 102 102 101");
+}
+
+TEST_F(SlopeElements, TurnWhenTheFirstHasNoArea) {
+    square_of_nodes();
+    element(4, 101, 102, 102, 101);
+    orient_elements(state.source, state.mesh);
+    EXPECT_EQ(corners(4), "101 101 102 102");
+}
+
+// The halves of a concave quadrilateral have the areas -0.25 and 0.5.
+TEST_F(SlopeElements, AreTurnedByBothHalvesOfTheFirst) {
+    square_of_nodes();
+    state.mesh.x[102] = 0.25F;
+    state.mesh.y[102] = 0.75F;
+    element(4, 101, 102, 103, 104);  // (101, 102, 103) runs clockwise, the whole does not
+    orient_elements(state.source, state.mesh);
+    EXPECT_EQ(corners(4), "101 102 103 104");
+}
+
+// An area that 32 bits would lose: 1E-3 at a distance of 1E4.
+TEST_F(SlopeElements, AreTurnedByAnAreaOf64Bits) {
+    state.mesh.x[101] = 9000.0F, state.mesh.y[101] = 9000.0F;
+    state.mesh.x[102] = 9000.0F, state.mesh.y[102] = 9000.001F;
+    state.mesh.x[103] = 9000.001F, state.mesh.y[103] = 9000.0F;
+    element(4, 101, 102, 103, 0);
+    orient_elements(state.source, state.mesh);
+    EXPECT_EQ(corners(4), "101 103 102 0");
+}
+
+TEST_F(SlopeElements, StayInAMeshWithoutContinuumElements) {
+    state.mesh.words[6] = {101, 102, 102, 101, 0, 0, 0, 0, 1};
+    state.mesh.type_in_use[6] = ELEMENT_TRUSS;
+    orient_elements(state.source, state.mesh);
+    EXPECT_EQ(corners(6), "101 102 102 101");
+}
+
+// --- the element at the water level --------------------------------------------------------------
+
+TEST_F(SlopeElements, StayWithoutANodeOnTheLevel) {
+    element(2, 50, 1, 2, 0);
+    split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
+    EXPECT_EQ(corners(2), "50 1 2 0");
+    EXPECT_EQ(state.mesh.type_in_use[3], ELEMENT_UNUSED);
+}
+
+TEST_F(SlopeElements, QuadrilateralBecomesATriangleAndAQuadrilateral) {
+    for (const std::array<std::int32_t, 4>& c :
+         {std::array<std::int32_t, 4>{1, 2, 51, 50}, {50, 1, 2, 51}, {51, 50, 1, 2}, {2, 51, 50, 1}}) {
+        SetUp();
+        state.mesh.type_in_use.fill(ELEMENT_UNUSED);
+        element(2, c[0], c[1], c[2], c[3]);
+        element(9, 51, 52, 53, 0);
+        split_element_2();
+        split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
+        EXPECT_EQ(corners(2), "1 200 50 0");
+        EXPECT_EQ(corners(10), "200 2 51 50");
+        EXPECT_EQ(state.mesh.type_in_use[10], ELEMENT_CONTINUUM);
+    }
+}
+
+TEST_F(SlopeElements, TriangleBecomesTwo) {
+    for (const std::array<std::int32_t, 3>& c :
+         {std::array<std::int32_t, 3>{2, 1, 50}, {50, 2, 1}, {1, 50, 2}}) {
+        state.mesh.type_in_use.fill(ELEMENT_UNUSED);
+        element(2, c[0], c[1], c[2], 0);
+        split_element_2();
+        split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
+        EXPECT_EQ(corners(2), "2 200 50 0");
+        EXPECT_EQ(corners(3), "200 1 50 0");
+    }
+}
+
+TEST_F(SlopeElements, SecondPartHasTheAttributesOfTheFirst) {
+    state.set_edition(2);
+    element(2, 1, 2, 51, 50);
+    state.mesh.skeleton[2] = 3, state.mesh.fluid[2] = 4, state.mesh.integration_r[2] = 5,
+    state.mesh.integration_s[2] = 6, state.mesh.real_attribute[2] = 7.0F;
+    split_element_2();
+    split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
+    EXPECT_EQ(state.mesh.skeleton[3], 3);
+    EXPECT_EQ(state.mesh.fluid[3], 4);
+    EXPECT_EQ(state.mesh.integration_r[3], 5);
+    EXPECT_EQ(state.mesh.integration_s[3], 6);
+    EXPECT_EQ(state.mesh.real_attribute[3], 7.0F);
+    EXPECT_EQ(state.mesh.words[3].material, 5);
+}
+
+TEST_F(SlopeElements, NumberIsShiftedWithTheOthers) {
+    state.source.elements[0] = {1, 40};
+    state.edit.first_element = 301;
+    element(302, 1, 2, 51, 50);
+    element(340, 51, 52, 53, 0);
+    state.mesh.words[350] = {101, 102, 102, 101, 0, 0, 0, 0, 1};
+    state.mesh.type_in_use[350] = ELEMENT_BEAM;
+    split_element_2();
+    split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
+    EXPECT_EQ(corners(302), "1 200 50 0");
+    EXPECT_EQ(corners(351), "200 2 51 50");
+}
+
+TEST_F(SlopeElements, ElementThatIsNotThereIsRefused) {
+    element(3, 1, 2, 51, 50);
+    split_element_2();
+    const std::string message =
+        failure_of([] { split_slope_element(state.edit, state.source, state.mesh, state.slope_split); });
+    EXPECT_NE(message.find("L_2.0.Mes: expected a continuum element 2"), std::string::npos) << message;
+}
+
+TEST_F(SlopeElements, ElementAwayFromTheSlopeIsRefused) {
+    element(2, 1, 52, 2, 51);
+    split_element_2();
+    const std::string message =
+        failure_of([] { split_slope_element(state.edit, state.source, state.mesh, state.slope_split); });
+    EXPECT_NE(message.find("element 2 on the slope"), std::string::npos) << message;
+}
+
+TEST_F(SlopeElements, NumberBeyondTheTablesIsRefused) {
+    element(2, 1, 2, 51, 50);
+    element(HIGHEST_ELEMENT_NUMBER, 51, 52, 53, 0);
+    split_element_2();
+    const std::string message =
+        failure_of([] { split_slope_element(state.edit, state.source, state.mesh, state.slope_split); });
+    EXPECT_NE(message.find("deck.dat, line 7: Card 3.2"), std::string::npos) << message;
+}
+
+}  // namespace
+}  // namespace brelan::test

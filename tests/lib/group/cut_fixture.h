@@ -1,0 +1,105 @@
+// The tables of the group engine with one to three elements in them, for tests of the stages of a cut.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "group/conforming_cut.h"
+#include "group/cut_table.h"
+#include "group/engine.h"
+#include "group/engine_mesh.h"
+#include "group/row_index.h"
+#include "support/state.h"
+
+namespace brelan::test {
+
+using FourNodes = std::array<std::int32_t, 4>;
+
+// Tables are empty before and after each test; node and element numbers are those of the tables.
+class CutFixture : public ::testing::Test {
+protected:
+    void SetUp() override { clear(); }
+    void TearDown() override { clear(); }
+
+    static void clear() {
+        reset_mesh(state.mesh, state.side, state.selection);
+        state.mesh.words.fill({});
+        state.engine.workable.fill(0);
+        state.mesh.skeleton.fill(0);
+        state.mesh.fluid.fill(0);
+        state.mesh.integration_r.fill(0);
+        state.mesh.attribute.fill(0);
+        state.mesh.thickness.fill(0.0F);
+        state.mesh.density.fill(0.0F);
+        state.mesh.head.fill(0.0F);
+        state.mesh.coefficient.fill(0.0F);
+        state.engine.frozen.fill(0);
+        clear_rows(state.engine);
+        state.engine.highest_node = state.engine.highest_element = 0;
+        state.tolerances.move = state.tolerances.line = 0.01F;
+        state.tolerances.same = 0.001F;
+        state.engine.uses_indexes = true;
+        build_indexes(state.mesh, state.engine);
+    }
+
+    static void node(std::int32_t n, float x, float y, bool frozen = false) {
+        state.mesh.x[n] = x;
+        state.mesh.y[n] = y;
+        state.engine.frozen[n] = frozen ? 1 : 0;
+        state.engine.highest_node = std::max(state.engine.highest_node, n);
+    }
+    static void element(std::int32_t e, const FourNodes& n, std::int32_t material = 1) {
+        state.mesh.words[e].corner_1 = n[0];
+        state.mesh.words[e].corner_2 = n[1];
+        state.mesh.words[e].corner_3 = n[2];
+        state.mesh.words[e].corner_4 = n[3];
+        state.mesh.words[e].material = material;
+        state.mesh.type[e] = ELEMENT_CONTINUUM;
+        state.engine.workable[e] = e;
+        state.engine.highest_element = std::max(state.engine.highest_element, e);
+    }
+
+    // Element 1 with nodes 1 to 4 from (0, 0) to the width and height; nodes in the list cannot move.
+    static void rectangle(float width, float height, const std::vector<std::int32_t>& frozen = {}) {
+        node(1, 0, 0);
+        node(2, width, 0);
+        node(3, width, height);
+        node(4, 0, height);
+        element(1, {1, 2, 3, 4});
+        for (const std::int32_t n : frozen)
+            state.engine.frozen[n] = 1;
+        build_indexes(state.mesh, state.engine);
+    }
+
+    // Collects the rows of a pair and scans their sides.
+    static void scan(const Point& P1, const Point& P2, std::int32_t IEND = 2, bool deferred = false) {
+        collect_rows(state.mesh, state.engine, P1, P2);
+        scan_sides(state.mesh, state.tolerances, state.engine, P1, P2, {IEND, deferred});
+    }
+    // Collects the rows of a pair and places its second end.
+    static void place(const Point& P, const Point& Q0) {
+        collect_rows(state.mesh, state.engine, Q0, P);
+        place_ends(state.mesh, state.engine, Q0, P, true, false);
+    }
+
+    static FourNodes corners(std::int32_t e) {
+        return {state.mesh.words[e].corner_1, state.mesh.words[e].corner_2, state.mesh.words[e].corner_3,
+                state.mesh.words[e].corner_4};
+    }
+    static FourNodes corner_marks(std::size_t row) {
+        const CutRow& r = state.engine.rows.at(row);
+        return {r.corner_on_line[0], r.corner_on_line[1], r.corner_on_line[2], r.corner_on_line[3]};
+    }
+    static FourNodes side_marks(std::size_t row) {
+        const CutRow& r = state.engine.rows.at(row);
+        return {r.side_node[0], r.side_node[1], r.side_node[2], r.side_node[3]};
+    }
+    static void expect_node(std::int32_t n, float x, float y) {
+        EXPECT_FLOAT_EQ(state.mesh.x[n], x) << "node " << n;
+        EXPECT_FLOAT_EQ(state.mesh.y[n], y) << "node " << n;
+    }
+};
+
+}  // namespace brelan::test

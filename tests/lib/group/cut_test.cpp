@@ -1,0 +1,293 @@
+// The stages of a cut on meshes of one to three elements: which rows are taken, what a side does with a
+// crossing, how rows are split and written back. All line numbers and places are worked out by hand.
+
+#include <string>
+
+#include "lib/group/cut_fixture.h"
+
+namespace brelan::test {
+namespace {
+
+class GroupCut : public CutFixture {};
+
+// --- which elements are taken --------------------------------------------------------------------
+
+// Three unit squares in a row: 1-2-3-4 below, 5-6-7-8 above.
+class ThreeSquares : public GroupCut {
+protected:
+    void SetUp() override {
+        GroupCut::SetUp();
+        for (std::int32_t i = 0; i < 4; ++i) {
+            node(1 + i, static_cast<float>(i), 0);
+            node(5 + i, static_cast<float>(i), 1);
+        }
+        for (std::int32_t i = 1; i <= 3; ++i)
+            element(i, {i, i + 1, i + 5, i + 4}, 10 + i);
+        build_indexes(state.mesh, state.engine);
+    }
+    static std::vector<std::int32_t> rows() {
+        std::vector<std::int32_t> numbers;
+        for (const CutRow& row : state.engine.rows)
+            numbers.push_back(row.element);
+        return numbers;
+    }
+};
+
+TEST_F(ThreeSquares, RowsComeByFirstEndThenSecondThenCrossings) {
+    collect_rows(state.mesh, state.engine, {2.5F, 0.5F}, {0.5F, 0.5F});
+    EXPECT_EQ(rows(), (std::vector<std::int32_t>{3, 1, 2}));
+    EXPECT_EQ(state.engine.rows[0].material, 13);
+    EXPECT_EQ(state.engine.rows[0].corner_node[0], 3);
+    EXPECT_EQ(state.mesh.words[3].corner_1, -3);
+    EXPECT_EQ(state.mesh.words[2].corner_1, -2);
+}
+
+TEST_F(ThreeSquares, TakenElementIsNotTakenAgain) {
+    collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {0.5F, 0.75F});
+    collect_rows(state.mesh, state.engine, {0.5F, 0.75F}, {1.5F, 0.75F});
+    EXPECT_EQ(rows(), (std::vector<std::int32_t>{1, 2}));
+}
+
+TEST_F(ThreeSquares, ElementsThatAreListedOrOfAnotherTypeAreLeft) {
+    state.engine.workable[1] = 0;
+    state.mesh.type[2] = ELEMENT_TRUSS;
+    collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {2.5F, 0.5F});
+    EXPECT_EQ(rows(), (std::vector<std::int32_t>{3}));
+}
+
+TEST_F(ThreeSquares, SegmentAlongSidesChangesNothing) {
+    scan({1, 0}, {1, 1});
+    split_rows(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_node, 8);
+    EXPECT_EQ(state.engine.highest_element, 3);
+    EXPECT_EQ(corners(1), (FourNodes{1, 2, 6, 5}));
+    EXPECT_EQ(corners(2), (FourNodes{2, 3, 7, 6}));
+    expect_node(1, 0, 0);
+    expect_node(2, 1, 0);
+    expect_node(6, 1, 1);
+    EXPECT_TRUE(state.engine.rows.empty());
+}
+
+TEST_F(ThreeSquares, EndsAloneLeaveTheElementsBetween) {
+    const Point P1{0.25F, 0.125F}, P2{2.75F, 0.875F};
+    collect_rows(state.mesh, state.engine, P1, P2);
+    place_ends(state.mesh, state.engine, P1, P2, false, false);
+    split_rows(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_node, 8);
+    EXPECT_EQ(state.engine.highest_element, 3);
+    expect_node(1, 0.25F, 0.125F);
+    expect_node(8, 2.75F, 0.875F);
+    EXPECT_EQ(corners(2), (FourNodes{2, 3, 7, 6}));
+}
+
+// A row with two corners on the line needs no side node, and its neighbour loses it as well.
+TEST_F(ThreeSquares, SideNodeOfARowWithTwoCornersGoesInBothRows) {
+    collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {1.5F, 0.5F});
+    state.engine.rows[0].corner_on_line[0] = state.engine.rows[0].corner_on_line[2] = 1;
+    state.engine.rows[0].side_node[1] = state.engine.rows[1].side_node[3] = 9;
+    state.engine.rows[1].corner_on_line[1] = 1;
+    split_rows(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_element, 4);
+    EXPECT_EQ(corners(1), (FourNodes{1, 2, 6, 0}));
+    EXPECT_EQ(corners(4), (FourNodes{1, 6, 5, 0}));
+    EXPECT_EQ(corners(2), (FourNodes{2, 3, 7, 6}));
+}
+
+TEST_F(ThreeSquares, CentreAndOneCornerDropSideNodesToo) {
+    collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {0.5F, 0.75F});
+    node(9, 0.5F, 0.5F);
+    state.engine.rows[0].centre_node = 9;
+    state.engine.rows[0].corner_on_line[0] = 1;
+    state.engine.rows[0].side_node[1] = 10;
+    split_rows(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_element, 6);
+    EXPECT_EQ(corners(1), (FourNodes{1, 2, 9, 0}));
+    EXPECT_EQ(corners(4), (FourNodes{2, 6, 9, 0}));
+    EXPECT_EQ(corners(5), (FourNodes{9, 6, 5, 0}));
+    EXPECT_EQ(corners(6), (FourNodes{1, 9, 5, 0}));
+}
+
+TEST_F(ThreeSquares, PartsCarryMaterialAndAttributes) {
+    const Edition edition(DISPLACEMENT);
+    state.mesh.thickness[2] = 0.5F;
+    state.mesh.density[2] = 1.75F;
+    collect_rows(state.mesh, state.engine, {1.5F, 0.5F}, {1.5F, 0.75F});
+    state.engine.rows[0].corner_on_line[0] = state.engine.rows[0].corner_on_line[2] = 1;
+    split_rows(state.mesh, state.engine);
+    ASSERT_EQ(state.engine.highest_element, 4);
+    EXPECT_EQ(state.mesh.words[2].material, 12);
+    EXPECT_EQ(state.mesh.words[4].material, 12);
+    EXPECT_EQ(state.mesh.thickness[4], 0.5F);
+    EXPECT_EQ(state.mesh.density[4], 1.75F);
+    EXPECT_EQ(state.engine.workable[4], 4);
+    EXPECT_EQ(state.mesh.type[4], ELEMENT_CONTINUUM);
+}
+
+// --- one side ------------------------------------------------------------------------------------
+
+// The line x = 2 of a square of 10: both crossings are nearer to the left nodes.
+TEST_F(GroupCut, CrossingNearAFreeNodeMovesIt) {
+    rectangle(10, 10);
+    scan({2, -1}, {2, 11});
+    EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 1}));
+    split_rows(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_node, 4);
+    EXPECT_EQ(state.engine.highest_element, 1);
+    expect_node(1, 2, 0);
+    expect_node(4, 2, 10);
+    EXPECT_EQ(corners(1), (FourNodes{1, 2, 3, 4}));
+}
+
+TEST_F(GroupCut, CrossingHalfwayMovesTheFirstNodeOfTheSide) {
+    rectangle(10, 10);
+    scan({5, -1}, {5, 5});
+    expect_node(1, 5, 0);
+    expect_node(2, 10, 0);
+}
+
+TEST_F(GroupCut, BothNodesFrozenMoveAfterAll) {
+    rectangle(10, 10, {1, 2, 3, 4});
+    scan({8, -1}, {8, 5});
+    expect_node(2, 8, 0);
+    EXPECT_EQ(state.engine.highest_node, 4);
+}
+
+// F is 0.1 of the side: 0.5 is within 1 of the frozen node.
+TEST_F(GroupCut, CrossingNearAFrozenNodeMarksTheCornerOnly) {
+    rectangle(10, 10, {1});
+    scan({0.5F, -1}, {0.5F, 11});
+    EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 1}));
+    split_rows(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_node, 4);
+    EXPECT_EQ(state.engine.highest_element, 1);
+    expect_node(1, 0, 0);
+    expect_node(4, 0.5F, 10);
+}
+
+TEST_F(GroupCut, CrossingNearAFrozenSecondNodeMarksTheCornerOnly) {
+    rectangle(10, 10, {2});
+    scan({9.5F, -1}, {9.5F, 5});
+    EXPECT_EQ(corner_marks(0), (FourNodes{0, 1, 0, 0}));
+    EXPECT_EQ(state.engine.highest_node, 4);
+    expect_node(2, 10, 0);
+}
+
+// The side beside the frozen node has length 2, so F is 0.02: 0.5 is beyond 0.2.
+TEST_F(GroupCut, ShortNeighbourSideMakesTheCrossingClear) {
+    rectangle(10, 2, {1});
+    scan({0.5F, -1}, {0.5F, 3});
+    EXPECT_EQ(side_marks(0), (FourNodes{5, 0, 0, 0}));
+    EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 0, 1}));
+    split_rows(state.mesh, state.engine);
+    expect_node(5, 0.5F, 0);
+    expect_node(4, 0.5F, 2);
+    ASSERT_EQ(state.engine.highest_element, 2);
+    EXPECT_EQ(corners(1), (FourNodes{5, 2, 3, 4}));
+    EXPECT_EQ(corners(2), (FourNodes{1, 5, 4, 0}));
+}
+
+// Two squares of 10, one above the other, with their left nodes frozen: the side between them gets one node.
+TEST_F(GroupCut, NeighboursShareTheNodeOnTheirSide) {
+    rectangle(10, 10, {1, 4});
+    node(5, 0, 20, true);
+    node(6, 10, 20);
+    element(2, {4, 3, 6, 5}, 2);
+    build_indexes(state.mesh, state.engine);
+    scan({2, -1}, {2, 21});
+    EXPECT_EQ(side_marks(0), (FourNodes{7, 0, 8, 0}));
+    EXPECT_EQ(side_marks(1), (FourNodes{8, 0, 9, 0}));
+    split_rows(state.mesh, state.engine);
+    EXPECT_EQ(state.engine.highest_node, 9);
+    expect_node(7, 2, 0);
+    expect_node(8, 2, 10);
+    expect_node(9, 2, 20);
+    ASSERT_EQ(state.engine.highest_element, 4);
+    EXPECT_EQ(corners(1), (FourNodes{7, 2, 3, 8}));
+    EXPECT_EQ(corners(2), (FourNodes{8, 3, 6, 9}));
+    EXPECT_EQ(corners(3), (FourNodes{1, 7, 8, 4}));
+    EXPECT_EQ(corners(4), (FourNodes{4, 8, 9, 5}));
+    EXPECT_EQ(state.mesh.words[3].material, 1);
+    EXPECT_EQ(state.mesh.words[4].material, 2);
+}
+
+TEST_F(GroupCut, PlannedNodeGoesWhereTheLineMisses) {
+    rectangle(10, 10);
+    collect_rows(state.mesh, state.engine, {5, 5}, {5, 6});
+    state.engine.rows[0].side_node[0] = 9;
+    scan_sides(state.mesh, state.tolerances, state.engine, {5, 5}, {5, 6}, {2, true});
+    EXPECT_EQ(side_marks(0), (FourNodes{9, 0, 0, 0})) << "kept until all pairs are through";
+    scan_sides(state.mesh, state.tolerances, state.engine, {5, 5}, {5, 6}, {2, false});
+    EXPECT_EQ(side_marks(0), (FourNodes{0, 0, 0, 0}));
+}
+
+TEST_F(GroupCut, MoveOnlyMarksNothing) {
+    rectangle(10, 10);
+    scan({2, -1}, {2, 11}, -2);
+    expect_node(1, 2, 0);
+    expect_node(4, 2, 10);
+    EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 0, 0}));
+}
+
+TEST_F(GroupCut, MoveOnlyAddsNoNodeBesideAFrozenOne) {
+    for (const std::int32_t kind : {COUPLED, TEMPERATURE, HEAD, DISPLACEMENT}) {
+        const Edition edition(kind);
+        clear();
+        rectangle(10, 10, {2});
+        collect_rows(state.mesh, state.engine, {8, -1}, {8, 5});
+        state.engine.rows[0].side_node[0] = 9;
+        scan_sides(state.mesh, state.tolerances, state.engine, {8, -1}, {8, 5}, {-2, false});
+        EXPECT_EQ(state.engine.highest_node, 4);
+        EXPECT_EQ(state.engine.rows[0].side_node[0], kind == DISPLACEMENT ? 9 : 0)
+            << "second node frozen, edition " << kind;
+        clear();
+        rectangle(10, 10, {1});
+        collect_rows(state.mesh, state.engine, {2, -1}, {2, 5});
+        state.engine.rows[0].side_node[0] = 9;
+        scan_sides(state.mesh, state.tolerances, state.engine, {2, -1}, {2, 5}, {-2, false});
+        EXPECT_EQ(state.engine.highest_node, 4);
+        EXPECT_EQ(state.engine.rows[0].side_node[0], 9) << "first node frozen, edition " << kind;
+    }
+}
+
+// --- code words of a side node -------------------------------------------------------------------
+
+TEST_F(GroupCut, SideNodeIsFreeOnlyWhereBothEndsAre) {
+    for (const std::int32_t kind : {COUPLED, DISPLACEMENT}) {
+        const Edition edition(kind);
+        clear();
+        rectangle(10, 2, {1});
+        state.mesh.codes[1] = {1, 0, 1, 1, 1};
+        state.mesh.codes[2] = {2, 1, 1, 0, 1};
+        scan({0.5F, -1}, {0.5F, 1});
+        ASSERT_EQ(state.engine.highest_node, 5);
+        EXPECT_EQ(state.mesh.codes[5][0], 1);
+        EXPECT_EQ(state.mesh.codes[5][1], 0);
+        EXPECT_EQ(state.mesh.codes[5][2], 1);
+        if (kind == COUPLED) {
+            EXPECT_EQ(state.mesh.codes[5][3], 0);
+            EXPECT_EQ(state.mesh.codes[5][4], 1);
+        }
+    }
+}
+
+TEST_F(GroupCut, SideNodeTakesTheValuesOfItsEnds) {
+    for (const std::int32_t kind : {TEMPERATURE, HEAD}) {
+        const Edition edition(kind);
+        clear();
+        rectangle(10, 2, {1});
+        state.mesh.codes[1] = {3, 4, 0, 0, 0};
+        state.mesh.codes[2] = {0, 7, 0, 0, 0};
+        state.mesh.head[1] = 2.5F;
+        state.mesh.coefficient[1] = 1.0F;
+        state.mesh.coefficient[2] = 0.5F;
+        scan({0.5F, -1}, {0.5F, 1});
+        ASSERT_EQ(state.engine.highest_node, 5);
+        EXPECT_EQ(state.mesh.codes[5][0], 3);
+        EXPECT_EQ(state.mesh.codes[5][1], 7);
+        EXPECT_EQ(state.mesh.head[5], 2.5F);
+        EXPECT_EQ(state.mesh.coefficient[5], 0.5F);
+    }
+}
+
+}  // namespace
+}  // namespace brelan::test

@@ -1,0 +1,360 @@
+// Joints and line elements at their routines: places of twins, their return to the mesh's limits, node words.
+
+#include "group/joints.h"
+
+#include <vector>
+
+#include "group/engine_mesh.h"
+#include "group/line_elements.h"
+#include "group/listing.h"
+#include "group/membership.h"
+#include "group/regions.h"
+#include "support/state.h"
+
+namespace brelan::test {
+namespace {
+
+constexpr std::int32_t COUPLED = 3, TEMPERATURE = 5, HEAD = 9, DISPLACEMENT = 1;
+
+// An empty mesh of the displacement kind, to which a test gives its nodes.
+class GroupJoint : public ::testing::Test {
+protected:
+    void SetUp() override {
+        reset_mesh(state.mesh, state.side, state.selection);
+        state.engine.frozen.fill(0);
+        state.engine.side_sign.fill(0);
+        state.engine.highest_node = state.engine.highest_element = 0;
+        state.engine.group = 1;
+        state.listing.pipes = state.listing.convection_lines = state.listing.flow_sections = 0;
+        state.tolerances.line = 0.01F;
+    }
+    static std::vector<std::int32_t> nodes(const std::vector<Point>& points) {
+        std::vector<std::int32_t> numbers;
+        for (const Point& p : points)
+            numbers.push_back(add_node(state.mesh, state.engine, p));
+        return numbers;
+    }
+    static void expect_at(std::int32_t n, float x, float y) {
+        EXPECT_NEAR(state.mesh.x[n], x, 1.0E-5F) << "node " << n;
+        EXPECT_NEAR(state.mesh.y[n], y, 1.0E-5F) << "node " << n;
+    }
+    Edition edition_{DISPLACEMENT};
+};
+
+// --- places of the twins ---------------------------------------------------------------------------
+
+TEST_F(GroupJoint, TwinsLieToTheLeftAndMeetInMitres) {
+    const auto line = nodes({{0, 0}, {2, 0}, {2, 3}});
+    const auto twins = add_twin_line(state.mesh, state.engine, line, false, -0.5F);
+    expect_at(twins[0], 0.0F, 0.5F);
+    expect_at(twins[1], 1.5F, 0.5F);
+    expect_at(twins[2], 1.5F, 3.0F);
+    for (const std::int32_t n : {line[0], line[2], twins[0], twins[2]})
+        EXPECT_EQ(state.engine.frozen[n], 1);
+}
+
+TEST_F(GroupJoint, WidthOfNothingPutsTwinsOnTheLine) {
+    const auto line = nodes({{0, 0}, {2, 1}, {2, 3}});
+    const auto twins = add_twin_line(state.mesh, state.engine, line, false, 0.0F);
+    for (std::size_t k = 0; k < line.size(); ++k)
+        expect_at(twins[k], state.mesh.x[line[k]], state.mesh.y[line[k]]);
+}
+
+TEST_F(GroupJoint, BendWithinTheLimitTakesTheEndOfTheEarlierEdge) {
+    // The second edge rises by 1e-6 of its length. Shifted by 500 up, ends differ by 0.0005 and count as one
+    // point.
+    const auto line = nodes({{0, 0}, {10, 0}, {20, 0.00001F}});
+    const auto twins = add_twin_line(state.mesh, state.engine, line, false, 500.0F);
+    EXPECT_EQ(state.mesh.x[twins[1]], 10.0F);
+    EXPECT_EQ(state.mesh.y[twins[1]], 500.0F);
+}
+
+TEST_F(GroupJoint, ClosedLineHasAMitreAtEachNode) {
+    const auto line = nodes({{0, 0}, {4, 0}, {4, 4}, {0, 4}});
+    const auto twins = add_twin_line(state.mesh, state.engine, line, true, 1.0F);
+    expect_at(twins[0], 1.0F, 1.0F);
+    expect_at(twins[1], 3.0F, 1.0F);
+    expect_at(twins[2], 3.0F, 3.0F);
+    expect_at(twins[3], 1.0F, 3.0F);
+    add_joints(state.mesh, state.engine, line, twins, true, 9, 0);
+    EXPECT_EQ(state.engine.highest_element, 4);
+    EXPECT_EQ(state.mesh.words[4].corner_1, line[3]);
+    EXPECT_EQ(state.mesh.words[4].corner_2, line[0]);
+    EXPECT_EQ(state.mesh.words[4].corner_3, twins[0]);
+    EXPECT_EQ(state.mesh.words[4].corner_4, twins[3]);
+    EXPECT_EQ(state.engine.workable[4], 0);
+}
+
+TEST_F(GroupJoint, LineOfOneNodeHasATwinAtTheNodeAndNoJoint) {
+    const auto line = nodes({{3, 4}});
+    const auto twins = add_twin_line(state.mesh, state.engine, line, false, 0.5F);
+    ASSERT_EQ(twins.size(), 1U);
+    expect_at(twins[0], 3.0F, 4.0F);
+    add_joints(state.mesh, state.engine, line, twins, false, 9, 0);
+    EXPECT_EQ(state.engine.highest_element, 0);
+}
+
+// --- back onto the limits ---------------------------------------------------------------------------
+
+TEST_F(GroupJoint, TwinAtTheLeftLimitKeepsItsX) {
+    state.engine.limits = {0.0F, 10.0F, -5.0F};
+    // A line that rises 3 on 4 from the left limit: shifted by 1 its start is at (-0.6, 0.8), and the shifted
+    // line meets x = 0 at 1 / 0.8 above the node.
+    const auto line = nodes({{0, 0}, {4, 3}});
+    const auto twins = add_twin_line(state.mesh, state.engine, line, false, 1.0F);
+    fix_twins(state.mesh, state.engine, line, twins, false, 1.0F);
+    expect_at(twins[0], 0.0F, 1.25F);
+    expect_at(twins[1], 3.4F, 3.8F);
+}
+
+TEST_F(GroupJoint, TwinAtTheRightLimitKeepsItsX) {
+    state.engine.limits = {-5.0F, 4.0F, -5.0F};
+    const auto line = nodes({{0, 0}, {4, 3}});
+    const auto twins = add_twin_line(state.mesh, state.engine, line, false, 1.0F);
+    fix_twins(state.mesh, state.engine, line, twins, false, 1.0F);
+    expect_at(twins[1], 4.0F, 4.25F);
+}
+
+TEST_F(GroupJoint, TwinAtTheBottomKeepsItsY) {
+    state.engine.limits = {-10.0F, 10.0F, 0.0F};
+    // Shifted by 1 the start is at (-0.6, 0.8); the shifted line meets y = 0 at 1 / 0.6 to the left.
+    const auto line = nodes({{0, 0}, {4, 3}});
+    const auto twins = add_twin_line(state.mesh, state.engine, line, false, 1.0F);
+    fix_twins(state.mesh, state.engine, line, twins, false, 1.0F);
+    EXPECT_NEAR(state.mesh.x[twins[0]], -1.0F / 0.6F, 1.0E-5F);
+    EXPECT_EQ(state.mesh.y[twins[0]], 0.0F);
+}
+
+TEST_F(GroupJoint, TwinsFollowALineThatALaterGroupHasMoved) {
+    state.engine.limits = {-10.0F, 10.0F, -10.0F};
+    const auto line = nodes({{0, 0}, {2, 0}});
+    const auto twins = add_twin_line(state.mesh, state.engine, line, false, 0.5F);
+    move_node(state.mesh, state.engine, line[0], {0, 1});
+    move_node(state.mesh, state.engine, line[1], {2, 1});
+    fix_twins(state.mesh, state.engine, line, twins, false, 0.5F);
+    expect_at(twins[0], 0.0F, 1.5F);
+    expect_at(twins[1], 2.0F, 1.5F);
+}
+
+// --- line elements ----------------------------------------------------------------------------------
+
+TEST_F(GroupJoint, ClosedBeamsAreWalkedBackwardsInMechanicalKindsOnly) {
+    const auto line = nodes({{0, 0}, {1, 0}, {1, 1}});
+    add_line_elements(state.mesh, state.engine, state.listing, 0, true, 2, 7, line);
+    ASSERT_EQ(state.engine.highest_element, 3);
+    EXPECT_EQ(state.mesh.words[1].corner_1, line[0]);
+    EXPECT_EQ(state.mesh.words[1].corner_2, line[2]);
+    EXPECT_EQ(state.mesh.words[2].corner_1, line[2]);
+    EXPECT_EQ(state.mesh.words[2].corner_2, line[1]);
+    EXPECT_EQ(state.mesh.words[3].corner_1, line[1]);
+    EXPECT_EQ(state.mesh.words[3].corner_2, line[0]);
+    EXPECT_EQ(state.mesh.type[3], ELEMENT_BEAM);
+    EXPECT_EQ(state.mesh.words[3].material, 7);
+    const Edition temperature(TEMPERATURE);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, true, 2, 7, line);
+    EXPECT_EQ(state.mesh.words[4].corner_1, line[0]);
+    EXPECT_EQ(state.mesh.words[4].corner_2, line[1]);
+}
+
+TEST_F(GroupJoint, BeamsFreeTheRotationOfTheirNodes) {
+    const auto line = nodes({{0, 0}, {1, 0}});
+    state.mesh.codes[line[0]] = state.mesh.codes[line[1]] = {1, 1, 1, 1, 1};
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 3, 7, line);
+    EXPECT_EQ(state.mesh.codes[line[0]], (NodeCodes{1, 1, 1, 1, 1}));
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 2, 7, line);
+    EXPECT_EQ(state.mesh.codes[line[0]], (NodeCodes{1, 1, 0, 1, 1}));
+    const Edition coupled(COUPLED);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, -2, 7, line);
+    EXPECT_EQ(state.mesh.codes[line[1]], (NodeCodes{1, 1, 0, 1, 0}));
+    EXPECT_EQ(state.engine.side_sign[2], 0);
+    EXPECT_EQ(state.engine.side_sign[3], -1);
+}
+
+TEST_F(GroupJoint, TemperatureLinesAreNumberedInTheirNodes) {
+    const Edition temperature(TEMPERATURE);
+    const auto first = nodes({{0, 0}, {1, 0}, {2, 0}});
+    const auto second = nodes({{0, 1}, {1, 1}});
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 3, 8, first);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, true, 3, 9, second);
+    EXPECT_EQ(state.mesh.codes[first[0]], (NodeCodes{3, 8, 1, 1, 3}));
+    EXPECT_EQ(state.mesh.codes[first[2]], (NodeCodes{3, 8, 1, 3, 3}));
+    EXPECT_EQ(state.mesh.codes[second[0]], (NodeCodes{3, 9, 2, 1, -2}));
+    EXPECT_EQ(state.mesh.codes[second[1]], (NodeCodes{3, 9, 2, 2, -2}));
+}
+
+TEST_F(GroupJoint, HeadLinesWriteLess) {
+    const Edition head(HEAD);
+    const auto line = nodes({{0, 0}, {1, 0}});
+    state.mesh.codes[line[0]] = state.mesh.codes[line[1]] = {5, 5, 5, 5, 5};
+    add_line_elements(state.mesh, state.engine, state.listing, 0, true, 3, 8, line);
+    EXPECT_EQ(state.mesh.codes[line[0]], (NodeCodes{5, 5, 5, 5, 5}));
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 3, 8, line);
+    EXPECT_EQ(state.mesh.codes[line[0]], (NodeCodes{3, 0, 5, 5, 5}));
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 5, 8, line);
+    EXPECT_EQ(state.mesh.codes[line[1]], (NodeCodes{1, 8, 5, 5, 5}));
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 4, 8, line);
+    EXPECT_EQ(state.mesh.codes[line[1]], (NodeCodes{0, 8, 5, 5, 5}));
+}
+
+TEST_F(GroupJoint, MoveFreezesTheLineEvenWithoutElements) {
+    const auto line = nodes({{0, 0}, {1, 0}});
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 0, 0, line);
+    EXPECT_EQ(state.engine.frozen[line[0]], 0);
+    add_line_elements(state.mesh, state.engine, state.listing, 1, false, 0, 0, line);
+    EXPECT_EQ(state.engine.frozen[line[0]], 1);
+    EXPECT_EQ(state.engine.highest_element, 0);
+}
+
+TEST_F(GroupJoint, MarkOfAGroupIsHeldInEightBits) {
+    state.engine.group = 300;
+    const auto line = nodes({{0, 0}, {1, 0}});
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 2, 7, line);
+    EXPECT_EQ(state.mesh.node_mark[line[0]], 44);
+}
+
+// --- regions and listing ----------------------------------------------------------------------------
+
+TEST_F(GroupJoint, CentroidOnAnEdgeOfThePathIsOutside) {
+    const auto corner = nodes({{0, 0}, {2, 0}, {2, 2}, {0, 2}});
+    state.engine.highest_element = 1;
+    state.mesh.type[1] = ELEMENT_CONTINUUM;
+    state.engine.workable[1] = 1;
+    state.mesh.words[1].material = 1;
+    state.mesh.density[1] = 0.0F;
+    set_corners(state.mesh, state.engine, 1, {{corner[0], corner[1], corner[2], corner[3]}});
+    build_indexes(state.mesh, state.engine);
+    RegionMaterial material;
+    material.group_type = 3;
+    material.material = 6;
+    // The centroid (1, 1) lies on the left edge: no crossing is strictly to its left.
+    const std::vector<Point> on_edge{{1, 0}, {3, 0}, {3, 3}, {1, 3}};
+    apply_region(state.mesh, state.engine, material, on_edge);
+    EXPECT_EQ(state.mesh.words[1].material, 1);
+    const std::vector<Point> around{{0.5F, 0}, {3, 0}, {3, 3}, {0.5F, 3}};
+    apply_region(state.mesh, state.engine, material, around);
+    EXPECT_EQ(state.mesh.words[1].material, 6);
+}
+
+class GroupListing : public GroupJoint {
+protected:
+    WorkDirectory directory_;
+    Channel& file_ = state.channels.open(32, "GROUP.TMP", OpenStatus::work);
+    void SetUp() override {
+        GroupJoint::SetUp();
+        state.listing.count = 0;
+    }
+    void TearDown() override { state.listing.count = 0; }
+};
+
+TEST_F(GroupListing, JointRecordGivesLineTwinAndStrip) {
+    JointRecord record;
+    record.group = 4;
+    record.group_type = -2;
+    record.inner_line_type = 2;
+    record.inner_line_material = 3;
+    record.nodes = nodes({{0, 0}, {1, 0}});
+    record.twins = nodes({{0, 1}, {1, 1}});
+    list_record(state.mesh, state.listing, file_, record);  // no second line: LMo is 0
+    record.outer_line_type = 2;
+    record.outer_line_material = 5;
+    list_record(state.mesh, state.listing, file_, record);
+    record.inner_line_material = 0;
+    list_record(state.mesh, state.listing, file_, record);
+    file_.rewind();
+    ASSERT_EQ(state.listing.count, 7);
+    read_listing(state.listing, file_);
+    const std::vector<std::int32_t> kinds{ROW_LINE,  ROW_JOINT, ROW_LINE, ROW_LINE,
+                                          ROW_JOINT, ROW_LINE,  ROW_JOINT};
+    for (std::int32_t i = 1; i <= state.listing.count; ++i)
+        EXPECT_EQ(state.listing.rows[i].sub_kind, kinds[static_cast<std::size_t>(i - 1)]) << "row " << i;
+    ASSERT_EQ(state.listing.rows[2].points.size(), 4U);
+    EXPECT_EQ(state.listing.rows[2].points[1], (Point{0, 1}));
+    EXPECT_EQ(state.listing.rows[2].points[2], (Point{1, 0}));
+    EXPECT_EQ(state.listing.rows[4].points[0], (Point{0, 1}));
+    EXPECT_EQ(state.listing.rows[6].points[0], (Point{0, 1}));
+}
+
+TEST_F(GroupListing, JointRecordIsReadAsWritten) {
+    JointRecord record;
+    record.group = 4;
+    record.closed = 1;
+    record.group_type = -3;
+    record.joint_thickness = 0.1F;
+    record.inner_line_type = -2;
+    record.outer_line_material = 12;
+    record.nodes = {7, 8, 9};
+    record.twins = {10, 11, 99990};
+    write_joint_record(file_, record);
+    file_.rewind();
+    const JointRecord read = read_joint_record(file_);
+    EXPECT_EQ(read.joint_thickness, record.joint_thickness);
+    EXPECT_EQ(read.inner_line_type, -2);
+    EXPECT_EQ(read.outer_line_material, 12);
+    EXPECT_EQ(read.nodes, record.nodes);
+    EXPECT_EQ(read.twins, record.twins);
+}
+
+TEST_F(GroupListing, RowBeyondTheListingIsAMessage) {
+    state.listing.count = MOST_GROUPS;
+    EXPECT_THROW(write_listing_row(state.listing, file_, 1, ROW_OUTLINE, 3, 1, {}), RunEnd);
+}
+
+TEST_F(GroupListing, BeamOfAnotherDivisionThanItsLineIsNoMember) {
+    const auto line = nodes({{0, 0}, {4, 0}, {2, 0}});
+    state.listing.count = 1;
+    state.listing.rows[1] = {7, ROW_LINE, 2, 0, 0, {{0, 0}, {4, 0}}};
+    state.membership = begin_membership(state.tolerances, state.engine, state.listing);
+    ElementWords beam;
+    beam.corner_1 = beam.corner_4 = line[0];
+    beam.corner_2 = beam.corner_3 = line[2];
+    beam.material = 3;
+    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 1, beam,
+                      ELEMENT_BEAM);
+    EXPECT_EQ(state.listing.members, 0);
+    beam.corner_2 = beam.corner_3 = line[1];
+    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 2, beam,
+                      ELEMENT_BEAM);
+    EXPECT_EQ(state.listing.members, 1);
+    EXPECT_EQ(state.listing.rows[1].members, 1);
+}
+
+TEST_F(GroupListing, ElementInsideTwoOutlinesHasTwoRecordsAndNoneForMinusOne) {
+    const auto corner = nodes({{0, 0}, {2, 0}, {2, 2}, {0, 2}});
+    const std::vector<Point> around{{-1, -1}, {3, -1}, {3, 3}, {-1, 3}};
+    state.listing.count = 4;
+    state.listing.rows[1] = {1, ROW_OUTLINE, 3, 1, 0, around};
+    state.listing.rows[2] = {2, ROW_OUTLINE, -1, 1, 0, around};
+    state.listing.rows[3] = {3, ROW_OUTLINE, 2, 0, 0, around};  // an open line
+    state.listing.rows[4] = {4, ROW_OUTLINE, 4, 1, 0, around};
+    state.membership = begin_membership(state.tolerances, state.engine, state.listing);
+    ElementWords words;
+    words.corner_1 = corner[0];
+    words.corner_2 = corner[1];
+    words.corner_3 = corner[2];
+    words.corner_4 = corner[3];
+    words.material = 2;
+    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 5, words,
+                      ELEMENT_CONTINUUM);
+    EXPECT_EQ(state.listing.members, 2);
+    EXPECT_EQ(state.listing.rows[1].members, 1);
+    EXPECT_EQ(state.listing.rows[4].members, 1);
+}
+
+TEST_F(GroupListing, JointElementIsAMemberOfItsStrip) {
+    const auto line = nodes({{0, 0}, {2, 0}});
+    const auto twins = add_twin_line(state.mesh, state.engine, line, false, 0.5F);
+    state.listing.count = 1;
+    state.listing.rows[1] = {6, ROW_JOINT, -2, 0, 0, {{0, 0}, {0, 0.5F}, {2, 0}, {2, 0.5F}}};
+    state.membership = begin_membership(state.tolerances, state.engine, state.listing);
+    ElementWords words;
+    words.corner_1 = line[0];
+    words.corner_2 = line[1];
+    words.corner_3 = twins[1];
+    words.corner_4 = twins[0];
+    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 5, words,
+                      ELEMENT_CONTINUUM);
+    EXPECT_EQ(state.listing.members, 1);
+}
+
+}  // namespace
+}  // namespace brelan::test

@@ -1,0 +1,330 @@
+// The combination stage by stage: numbers of elements, matching, merging and renaming of nodes.
+
+#include <string>
+
+#include "mesh/combine.h"
+#include "support/state.h"
+
+namespace brelan::test {
+namespace {
+
+class Combine : public ::testing::Test {
+protected:
+    Combine() : edition_(DISPLACEMENT) {
+        reset_mesh(state.mesh, state.side, state.selection);
+        state.mesh.words.fill(ElementWords{});
+        state.combination.first = Region{};
+        state.combination.second = Region{};
+        state.combination.first.name = "first.Mes";
+        state.combination.second.name = "second.Mes";
+        state.combination.list_place = "deck.dat, line 7";
+        state.combination.keeps_first_data = false;
+        state.combination.pair_count = 0;
+    }
+
+    static void first(std::int32_t n, float x, float y) {
+        state.mesh.node_in_use[n] = 1;
+        state.side.x[n] = x;
+        state.side.y[n] = y;
+        state.side.codes[n] = {n, n, n, n, n};
+        state.combination.first.nodes.include(n);
+    }
+    static void second(std::int32_t n, float x, float y) {
+        state.side.second_node_in_use[n] = 1;
+        state.mesh.node_used[n] = n;
+        state.mesh.x[n] = x;
+        state.mesh.y[n] = y;
+        state.mesh.codes[n] = {-n, -n, -n, -n, -n};
+        state.combination.second.nodes.include(n);
+    }
+    static void pair(std::int32_t of_second, std::int32_t of_first) {
+        ++state.combination.pair_count;
+        state.combination.second_nodes[state.combination.pair_count] = of_second;
+        state.combination.first_nodes[state.combination.pair_count] = of_first;
+    }
+
+private:
+    Edition edition_;
+};
+
+// --- element numbers -----------------------------------------------------------------------------
+
+// Lowest and highest numbers of continuum, beam and truss elements; {100000, 0} for none.
+struct Ranges {
+    NumberRange continuum, beam, truss;
+};
+constexpr NumberRange NONE{};
+
+struct Starts {
+    std::int32_t second_continuum, first_continuum, second_beam, first_beam, second_truss, first_truss;
+    bool operator==(const Starts&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const Starts& s) {
+    return out << s.second_continuum << " " << s.first_continuum << " " << s.second_beam << " "
+               << s.first_beam << " " << s.second_truss << " " << s.first_truss;
+}
+
+Starts starts_of(const Ranges& second, const Ranges& first) {
+    const auto set = [](Region& region, const Ranges& ranges) {
+        region.old_elements[0] = ranges.continuum;
+        region.old_elements[1] = ranges.beam;
+        region.old_elements[2] = ranges.truss;
+    };
+    set(state.combination.first, first);
+    set(state.combination.second, second);
+    fix_region_numbers(state.combination);
+    return {state.combination.second.start[0], state.combination.first.start[0],
+            state.combination.second.start[1], state.combination.first.start[1],
+            state.combination.second.start[2], state.combination.first.start[2]};
+}
+
+TEST_F(Combine, NumbersThatRiseFromRegionToRegionAndTypeToTypeStay) {
+    EXPECT_EQ(starts_of({{1, 4}, {9, 9}, {20, 22}}, {{5, 8}, {10, 15}, {30, 30}}),
+              (Starts{1, 5, 9, 10, 20, 30}));
+    // Gaps are no matter.
+    EXPECT_EQ(starts_of({{11, 20}, {300, 310}, {500, 500}}, {{100, 200}, {400, 400}, {600, 99990}}),
+              (Starts{11, 100, 300, 400, 500, 600}));
+    // Where a type is missing its start is that of no number at all.
+    EXPECT_EQ(starts_of({{1, 4}, NONE, NONE}, {{5, 8}, NONE, NONE}),
+              (Starts{1, 5, 100000, 100000, 100000, 100000}));
+    EXPECT_EQ(starts_of({{1, 4}, NONE, {7, 8}}, {NONE, {5, 6}, NONE}),
+              (Starts{1, 100000, 100000, 5, 7, 100000}));
+}
+
+TEST_F(Combine, AnyOverlapCountsAllElementsFromOne) {
+    // Extents 3, 3, 0, 5, 2, 0: 1-4, 5-8, 9, 10-15, 16-18, 19.
+    const Starts counted{1, 5, 9, 10, 16, 19};
+    EXPECT_EQ(starts_of({{1, 4}, {9, 9}, {20, 22}}, {{4, 7}, {10, 15}, {30, 30}}), counted);
+    EXPECT_EQ(starts_of({{1, 4}, {8, 8}, {20, 22}}, {{5, 8}, {10, 15}, {30, 30}}), counted);
+    EXPECT_EQ(starts_of({{1, 4}, {10, 10}, {20, 22}}, {{5, 8}, {10, 15}, {30, 30}}), counted);
+    EXPECT_EQ(starts_of({{1, 4}, {9, 9}, {15, 17}}, {{5, 8}, {10, 15}, {30, 30}}), counted);
+    EXPECT_EQ(starts_of({{1, 4}, {9, 9}, {20, 22}}, {{5, 8}, {10, 15}, {22, 22}}), counted);
+    // The first region below the second is an overlap too.
+    EXPECT_EQ(starts_of({{5, 8}, {9, 9}, {20, 22}}, {{1, 4}, {10, 15}, {30, 30}}), counted);
+    EXPECT_EQ(starts_of({{101, 104}, {109, 109}, {120, 122}}, {{101, 104}, {110, 115}, {130, 130}}), counted);
+}
+
+TEST_F(Combine, GapsInsideASetAreKept) {
+    // 3 and 30, 7 and 9: extents 27 and 2.
+    EXPECT_EQ(starts_of({{3, 30}, NONE, NONE}, {{7, 9}, NONE, NONE}).first_continuum, 29);
+}
+
+TEST_F(Combine, AnEmptySetTakesItsStartValuesOffWhatFollows) {
+    // 0 - 100000 for the second region's continuum: -100000 + 2, then 4 more and a beam of 0.
+    EXPECT_EQ(starts_of({NONE, {1, 1}, {2, 2}}, {{1, 4}, {5, 5}, {6, 6}}),
+              (Starts{1, -99998, -99994, -99993, -99992, -99991}));
+    // First continuum missing.
+    EXPECT_EQ(starts_of({{1, 4}, {4, 4}, {2, 2}}, {NONE, {5, 5}, {6, 6}}),
+              (Starts{1, 5, -99994, -99993, -99992, -99991}));
+    // Beams missing in the second region, then in the first, then in both: what stands before them is right.
+    EXPECT_EQ(starts_of({{1, 4}, NONE, {8, 8}}, {{4, 7}, {5, 5}, {9, 9}}),
+              (Starts{1, 5, 9, -99990, -99989, -99988}));
+    EXPECT_EQ(starts_of({{1, 4}, {5, 5}, {8, 8}}, {{4, 7}, NONE, {9, 9}}),
+              (Starts{1, 5, 9, 10, -99989, -99988}));
+    EXPECT_EQ(starts_of({{1, 4}, NONE, {8, 8}}, {{4, 7}, NONE, {9, 9}}),
+              (Starts{1, 5, 9, -99990, -199989, -199988}));
+    // Second trusses missing.
+    EXPECT_EQ(starts_of({{1, 4}, {5, 5}, NONE}, {{4, 7}, {5, 5}, {9, 9}}), (Starts{1, 5, 9, 10, 11, -99988}));
+    // Nothing but overlapping continuum: the rest is not asked for.
+    const Starts continuum_only = starts_of({{1, 1}, NONE, NONE}, {{1, 1}, NONE, NONE});
+    EXPECT_EQ(continuum_only.second_continuum, 1);
+    EXPECT_EQ(continuum_only.first_continuum, 2);
+}
+
+TEST_F(Combine, OnlyTheLowestNewNumbersAreHeldAgainstEachOther) {
+    state.combination.first.elements = {5, 9};
+    state.combination.second.elements = {5, 7};
+    EXPECT_TRUE(regions_collide(state.combination));
+    state.combination.second.elements = {6, 7};
+    EXPECT_FALSE(regions_collide(state.combination));
+    state.combination.first.elements = NONE;
+    EXPECT_FALSE(regions_collide(state.combination));
+    state.combination.second.elements = NONE;
+    EXPECT_TRUE(regions_collide(state.combination)) << "two regions without elements";
+}
+
+// --- matching ------------------------------------------------------------------------------------
+
+TEST_F(Combine, TheSmallestSpacingIsThatOfEitherRegion) {
+    first(1, 0, 0);
+    first(2, 3, 4);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 5.0F);
+    second(1, 100, 0);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 5.0F)
+        << "between the regions nothing is measured";
+    second(7, 100, 2);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 2.0F);
+    second(9, 100, 2);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 0.0F);
+}
+
+TEST_F(Combine, OneNodeInEachRegionHasNoSpacing) {
+    first(1, 0, 0);
+    second(1, 0, 0);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 1.0E35F);
+}
+
+TEST_F(Combine, NodesWithinHalfTheSpacingMatch) {
+    second(4, 0, 0);
+    second(5, 1, 0);
+    first(10, 0.5F, 0.0F);     // half way: both are within reach, the higher number wins
+    first(11, -0.25F, 0.25F);  // near 4
+    first(12, -0.5F, 0.0F);    // exactly at the reach of 4
+    first(13, -0.50000006F, 0.0F);
+    match_nearest_nodes(state.combination, state.mesh, state.side, 1.0F);
+    EXPECT_EQ(state.mesh.new_number[10], -5);
+    EXPECT_EQ(state.mesh.new_number[11], -4);
+    EXPECT_EQ(state.mesh.new_number[12], -4);
+    EXPECT_EQ(state.mesh.new_number[13], 13);
+}
+
+TEST_F(Combine, WithoutAReachOnlyCoincidentNodesMatch) {
+    second(4, 1, 2);
+    second(5, 1, 2);
+    second(6, 2, 2);
+    first(10, 1, 2);
+    first(11, 1.0000001F, 2);
+    match_nearest_nodes(state.combination, state.mesh, state.side, 0.0F);
+    EXPECT_EQ(state.mesh.new_number[10], -5);
+    EXPECT_EQ(state.mesh.new_number[11], 11);
+}
+
+TEST_F(Combine, ListedPairsMatchWhereverTheyAre) {
+    second(4, 0, 0);
+    second(5, 1, 0);
+    first(10, 70, 70);
+    first(11, 80, 80);
+    pair(5, 10);
+    pair(4, 99);  // no node of the first region
+    match_listed_nodes(state.combination, state.mesh, state.side);
+    EXPECT_EQ(state.mesh.new_number[10], -5);
+    EXPECT_EQ(state.mesh.new_number[11], 11);
+    EXPECT_EQ(state.mesh.new_number[99], 99);
+    pair(4, 10);
+    match_listed_nodes(state.combination, state.mesh, state.side);
+    EXPECT_EQ(state.mesh.new_number[10], -4) << "the last pair of a node counts";
+}
+
+TEST_F(Combine, AListedNodeThatIsNotThereEndsTheRun) {
+    second(4, 0, 0);
+    first(10, 0, 0);
+    for (const std::int32_t missing : {10, 5, 0, -4, 99991}) {
+        state.combination.pair_count = 0;
+        pair(missing, 10);
+        const std::string message =
+            failure_of([] { match_listed_nodes(state.combination, state.mesh, state.side); });
+        EXPECT_EQ(message.rfind("deck.dat, line 7", 0), 0U) << message;
+        EXPECT_NE(message.find("Card 2.3"), std::string::npos) << message;
+        EXPECT_NE(message.find(std::to_string(missing)), std::string::npos) << message;
+    }
+}
+
+// --- merging -------------------------------------------------------------------------------------
+
+// Nodes 3 and 8 of the first region; 3 falls on node 5 of the second, whose highest is 6.
+class CombineNodes : public Combine {
+protected:
+    CombineNodes() {
+        second(5, 1, 2);
+        second(6, 3, 4);
+        first(3, 1.125F, 2.125F);
+        first(8, 30, 40);
+        first(9, 50, 60);
+        state.mesh.new_number[3] = -5;
+    }
+};
+
+TEST_F(CombineNodes, TheOthersGoOnBehindTheSecondRegion) {
+    merge_nodes(state.combination, state.mesh, state.side);
+    EXPECT_EQ(state.mesh.new_number[3], 5);
+    EXPECT_EQ(state.mesh.new_number[8], 7);
+    EXPECT_EQ(state.mesh.new_number[9], 8);
+    EXPECT_EQ(state.mesh.x[7], 30.0F);
+    EXPECT_EQ(state.mesh.y[8], 60.0F);
+    EXPECT_EQ(state.mesh.codes[7][2], 8);
+    EXPECT_EQ(state.mesh.node_used[7], 7);
+    EXPECT_EQ(state.mesh.node_used[8], 8);
+    EXPECT_EQ(state.mesh.node_used[9], 0);
+}
+
+TEST_F(CombineNodes, AMergedNodeHasTheDataOfTheSecondRegion) {
+    merge_nodes(state.combination, state.mesh, state.side);
+    EXPECT_EQ(state.mesh.x[5], 1.0F);
+    EXPECT_EQ(state.mesh.codes[5][0], -5);
+}
+
+TEST_F(CombineNodes, AMergedNodeTakesTheDataOfTheFirstRegionWhereTheDeckSaysSo) {
+    state.combination.keeps_first_data = true;
+    merge_nodes(state.combination, state.mesh, state.side);
+    EXPECT_EQ(state.mesh.x[5], 1.125F);
+    EXPECT_EQ(state.mesh.y[5], 2.125F);
+    EXPECT_EQ(state.mesh.codes[5], (NodeCodes{3, 3, 3, -5, -5})) << "the displacement kind has three codes";
+    EXPECT_EQ(state.mesh.x[7], 30.0F);
+}
+
+TEST_F(CombineNodes, NodesBeyondTheTableEndTheRun) {
+    second(99989, 0, 0);
+    const std::string message = failure_of([] { merge_nodes(state.combination, state.mesh, state.side); });
+    EXPECT_NE(message.find("99990"), std::string::npos) << message;
+    EXPECT_NE(message.find("first.Mes"), std::string::npos) << message;
+}
+
+TEST_F(CombineNodes, TheLastPlaceOfTheTableCanBeTaken) {
+    second(99988, 0, 0);
+    merge_nodes(state.combination, state.mesh, state.side);
+    EXPECT_EQ(state.mesh.new_number[9], 99990);
+    EXPECT_EQ(state.mesh.x[99990], 50.0F);
+}
+
+TEST_F(CombineNodes, CornersAndMidsidesOfTheFirstRegionAreRenamed) {
+    merge_nodes(state.combination, state.mesh, state.side);
+    state.mesh.type_in_use[20] = ELEMENT_CONTINUUM;
+    state.side.second_type_in_use[21] = ELEMENT_CONTINUUM;
+    for (const std::int32_t n : {20, 21})
+        state.mesh.words[n] = {3, 8, 9, 0, 8, -2, 0, 9, 1};
+    state.combination.first.elements = {20, 21};
+    renumber_first_elements(state.combination, state.mesh);
+    const ElementWords& w = state.mesh.words[20];
+    EXPECT_EQ(w.corner_1, 5);
+    EXPECT_EQ(w.corner_2, 7);
+    EXPECT_EQ(w.corner_3, 8);
+    EXPECT_EQ(w.corner_4, 0);
+    EXPECT_EQ(w.midside_5, 7);
+    EXPECT_EQ(w.midside_6, -2) << "no node";
+    EXPECT_EQ(w.midside_8, 8);
+    EXPECT_EQ(state.mesh.words[21].corner_1, 3) << "an element of the second region";
+}
+
+TEST_F(CombineNodes, KindsWithoutMidsidesRenameFourWords) {
+    for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
+        const Edition kind(edition);
+        state.mesh.new_number[3] = 5;
+        state.mesh.type_in_use[20] = ELEMENT_CONTINUUM;
+        state.mesh.words[20] = {3, 3, 3, 3, 3, 3, 3, 3, 1};
+        state.combination.first.elements = {20, 20};
+        renumber_first_elements(state.combination, state.mesh);
+        EXPECT_EQ(state.mesh.words[20].corner_4, 5);
+        EXPECT_EQ(state.mesh.words[20].midside_5, 3);
+    }
+}
+
+TEST_F(CombineNodes, CountsTakeTheFirstRegionsTypeFirst) {
+    state.mesh.type_in_use[20] = ELEMENT_TRUSS;
+    state.side.second_type_in_use[20] = ELEMENT_CONTINUUM;
+    state.side.second_type_in_use[30] = ELEMENT_BEAM;
+    state.side.second_type_in_use[31] = ELEMENT_CONTINUUM;
+    ResultMesh result;
+    count_combined(state.mesh, state.side, result);
+    EXPECT_EQ(result.counts.nodes, 2);
+    EXPECT_EQ(result.nodes.lowest, 5);
+    EXPECT_EQ(result.nodes.highest, 6);
+    EXPECT_EQ(result.counts.continuum_elements, 1);
+    EXPECT_EQ(result.counts.beams, 1);
+    EXPECT_EQ(result.counts.trusses, 1);
+    EXPECT_EQ(result.elements.lowest, 20);
+    EXPECT_EQ(result.elements.highest, 31);
+}
+
+}  // namespace
+}  // namespace brelan::test
