@@ -4,7 +4,6 @@
 #include <string>
 
 #include "deck/deck_tables.h"
-#include "deck/error_report.h"
 #include "text/free_field.h"
 
 namespace brelan {
@@ -57,18 +56,16 @@ CardCount count_values(const TextLine& line) {
     return found;
 }
 
-void check_card(Channels& channels, CheckedDeck& checker, Console& console, int channel_number,
-                std::string_view label, std::int32_t minimum, std::int32_t maximum) {
-    Channel& deck = channels.at(channel_number);
-    const std::string card = "Card " + std::string(label);
-    const TextLine line = deck.read_line(card);
+void read_values(Channel& deck, CardValues& values, const std::string& name, std::string_view label,
+                 std::int32_t minimum, std::int32_t maximum, std::int32_t& known) {
+    const TextLine line = deck.read_line(name);
     const CardCount found = count_values(line);
     if (found.count < minimum || found.count > maximum)
-        report_card(channels, console, label, maximum, line, found);
+        throw WrongCount{label, minimum, maximum, line, found, deck.place_behind()};
     deck.step_back(1);
-    FreeFieldReader reader(deck, card, FreeFieldReader::Reach::one_line);
-    for (std::int32_t i = 1; i <= found.count; ++i)
-        reader.read(checker.values[i]);
+    FreeFieldReader reader(deck, name, FreeFieldReader::Reach::one_line);
+    for (known = 0; known < found.count; ++known)
+        reader.read(values[known + 1]);
     reader.finish();
 }
 
@@ -87,20 +84,19 @@ bool is_bare_name(const TextLine& name) {
     return name.view().substr(0, columns_searched).find('\\') == std::string_view::npos;
 }
 
-TextLine name_from_parent(CheckedDeck& checker, const TextLine& name) {
+TextLine name_from_parent(TextLine& name_field, const TextLine& name) {
     constexpr std::string_view parent = "..\\";
     if (!is_bare_name(name))
         return name;
     // The columns behind a name that was moved to the left keep what an earlier long name left there.
-    TextLine& work_field = checker.name_field;
     const std::size_t start = name.view().find_first_not_of(' ');
     int column = 1;
     for (const char c : parent)
-        work_field(column++) = c;
+        name_field(column++) = c;
     const std::string_view copied = name.view().substr(0, LINE_COLUMNS - parent.size());
     for (const char c : copied.substr(std::min(start, copied.size())))
-        work_field(column++) = c;
-    return work_field;
+        name_field(column++) = c;
+    return name_field;
 }
 
 }  // namespace brelan

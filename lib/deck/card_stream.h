@@ -2,11 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "deck/deck_tables.h"
 #include "text/channels.h"
-#include "text/console.h"
+#include "text/run_end.h"
 #include "text/text_line.h"
 
 namespace brelan {
@@ -29,11 +30,20 @@ struct CardCount {
 // rely on nothing standing there.
 CardCount count_values(const TextLine& line);
 
-// Checks and reads the next card on a channel. A count of values outside minimum to maximum is a user's
-// error: it is reported by its label and ends the run with stop text "300". The values go to CARDVAL from
-// position 1; a value that is not a number, or the end of the deck, ends the run as a failure.
-void check_card(Channels& channels, CheckedDeck& checker, Console& console, int channel_number,
-                std::string_view label, std::int32_t minimum, std::int32_t maximum);
+// A card with too few or too many values: a user's error.
+struct WrongCount {
+    std::string_view label;
+    std::int32_t minimum = 0, maximum = 0;
+    TextLine line;
+    CardCount found;
+    FilePlace place;
+};
+
+// Checks and reads the next card on a channel. The values go to `values` from position 1; `known` counts them
+// on the way. Throws WrongCount for a count of values outside minimum to maximum; a value that is not a
+// number, or the end of the deck, ends the run as a failure that names the card as told.
+void read_values(Channel& deck, CardValues& values, const std::string& name, std::string_view label,
+                 std::int32_t minimum, std::int32_t maximum, std::int32_t& known);
 
 // The last column of a title line's text, at most 80; 0 for a blank line.
 std::int32_t last_title_column(const TextLine& line);
@@ -42,7 +52,7 @@ std::int32_t last_title_column(const TextLine& line);
 bool is_bare_name(const TextLine& name);
 
 // Normalises a file name field: a name with no backslash in its first 30 columns is taken from the parent of
-// the working directory.
-TextLine name_from_parent(CheckedDeck& checker, const TextLine& name);
+// the working directory. `name_field` keeps what stands behind a name that was moved to the left.
+TextLine name_from_parent(TextLine& name_field, const TextLine& name);
 
 }  // namespace brelan

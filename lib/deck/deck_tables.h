@@ -1,11 +1,10 @@
-// What the deck checker and the driver share about the decks of a run.
+// What the cards of one deck leave to those behind them, and the decks of a run.
 #pragma once
 
 #include <array>
 #include <cstdint>
 
 #include "mesh/table.h"
-#include "text/channels.h"
 #include "text/text_line.h"
 
 namespace brelan {
@@ -13,19 +12,14 @@ namespace brelan {
 inline constexpr std::int32_t MOST_CARD_VALUES = 500;  // values of a card or of the list behind it
 inline constexpr std::int32_t MOST_DECKS = 100;        // decks of one run
 
-// What the checker knows of the deck that it checks.
-struct CheckedDeck {
-    // The values of a card: check_card fills them from position 1; a default is put in before the card is
-    // read.
-    Table<float, MOST_CARD_VALUES, "CARDVAL"> values;
-    TextLine name_field;  // what stands behind a name that was moved to the left
+using CardValues = Table<float, MOST_CARD_VALUES, "CARDVAL">;
 
-    LineOrigin origin;  // the deck's lines behind those of the normalised deck
-
-    std::int32_t prepared_kind_code =
-        0;                         // JK of a Card 1.1 that gives none; set by the earth-dam deck writer
-    std::int32_t slope_model = 0;  // MODEL of Card 3.3.6.1
-    std::int32_t edit_seen = 0;    // IEDIT as the checker found it when it looked ahead to Card 3.3
+// What stays from card to card, also into the next deck: a field that is not given and has no default keeps
+// what an earlier card left at its position.
+struct CardMemory {
+    CardValues values;                    // of the card read last, from position 1
+    TextLine name_field;                  // what stands behind a name that was moved to the left
+    std::int32_t prepared_kind_code = 0;  // JK of a Card 1.1 that gives none; set by the earth-dam deck writer
 };
 
 // The decks of a run.

@@ -68,11 +68,11 @@ void show_last_lines(Channels& channels, Console& console, int channel_number, s
     console.read(answer);
 }
 
-void report_card(Channels& channels, Console& console, std::string_view label, std::int32_t maximum,
-                 const TextLine& line, const CardCount& found) {
+void report_card(Channels& channels, Console& console, const WrongCount& card) {
+    const CardCount& found = card.found;
     Channel& listing = channels.at(CHANNEL_WORK);
     write_free(listing, "************* ERROR IN THE USER INPUT **************");
-    REQUIRED_LINE.write(listing, label, maximum);
+    REQUIRED_LINE.write(listing, card.label, card.maximum);
     FOUND_LINE.write(listing, found.count);
     LISTING_LINE.write(listing);
     listing.write_line("");
@@ -82,7 +82,7 @@ void report_card(Channels& channels, Console& console, std::string_view label, s
     } else {
         const std::string dashes(static_cast<std::size_t>(found.last_column), '-');
         CARD_LINE.write(listing, dashes);
-        CARD_LINE.write(listing, line.first(found.last_column));
+        CARD_LINE.write(listing, card.line.first(found.last_column));
         CARD_LINE.write(listing, dashes);
     }
     listing.flush();

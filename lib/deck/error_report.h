@@ -2,12 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
 
 #include "deck/card_stream.h"
 #include "text/channels.h"
 #include "text/console.h"
-#include "text/text_line.h"
 
 namespace brelan {
 
@@ -20,8 +18,7 @@ void write_status(Channels& channels, std::int32_t value);
 void show_last_lines(Channels& channels, Console& console, int channel_number, std::int32_t n);
 
 // Lists a card with a wrong count of values on channel 7, shows the listing, writes status 1 and stops with
-// "300".
-[[noreturn]] void report_card(Channels& channels, Console& console, std::string_view label,
-                              std::int32_t maximum, const TextLine& line, const CardCount& found);
+// "300". The stop names the place.
+[[noreturn]] void report_card(Channels& channels, Console& console, const WrongCount& card);
 
 }  // namespace brelan

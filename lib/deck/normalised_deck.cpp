@@ -1,9 +1,10 @@
 #include "deck/normalised_deck.h"
 
+#include <algorithm>
 #include <array>
 
-#include "deck/deck_tables.h"
 #include "text/layout.h"
+#include "text/number_text.h"
 #include "text/real_to_integer.h"
 
 namespace brelan {
@@ -25,6 +26,19 @@ void write_reals(Channel& deck, std::span<const float> values) {
     REAL_LINE.write_list(deck, values);
 }
 
+float shown_real(float value) {
+    std::array<char, REAL_FIELD.columns()> text{};
+    REAL_FIELD.put(text.data(), value);
+    const char* at = std::find_if(text.data(), text.data() + text.size(), [](char c) { return c != ' '; });
+    float shown = 0.0F;
+    scan_number(at, text.data() + text.size(), shown);
+    return shown;
+}
+
+bool fits_shown_integer(std::int32_t value) {
+    return value >= -9999 && value <= 99999;
+}
+
 bool written_alike(float a, float b) {
     std::array<char, REAL_FIELD.columns()> first{}, second{};
     REAL_FIELD.put(first.data(), a);
@@ -32,17 +46,13 @@ bool written_alike(float a, float b) {
     return first == second;
 }
 
-void write_card(const CheckedDeck& checker, Channel& deck, std::string_view form) {
-    char* const begin = deck.begin_record(form.size() * REAL_FIELD.columns());
+void write_card(const CardValues& values, Channel& deck, const CardFields& fields) {
+    const std::int32_t shown = fields.shown();
+    char* const begin = deck.begin_record(static_cast<std::size_t>(shown) * REAL_FIELD.columns());
     char* at = begin;
-    std::int32_t position = 0;
-    for (const char letter : form) {
-        const float value = checker.values[++position];
-        if (letter == 'I')
-            at = INTEGER_FIELD.put(at, to_integer(value));
-        else
-            at = REAL_FIELD.put(at, value);
-    }
+    for (std::int32_t position = 1; position <= shown; ++position)
+        at = fields[position].form == FieldForm::integer ? INTEGER_FIELD.put(at, to_integer(values[position]))
+                                                         : REAL_FIELD.put(at, values[position]);
     deck.end_record(static_cast<std::size_t>(at - begin));
 }
 

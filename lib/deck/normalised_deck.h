@@ -4,8 +4,8 @@
 
 #include <cstdint>
 #include <span>
-#include <string_view>
 
+#include "deck/card.h"
 #include "deck/deck_tables.h"
 #include "text/channels.h"
 
@@ -17,9 +17,14 @@ void write_integers(Channel& deck, std::span<const std::int32_t> values);
 // E-line: reals, ten to a line.
 void write_reals(Channel& deck, std::span<const float> values);
 
-// One line of the first values of the card, by the letters of `form`: I cuts the value to an integer, E
-// writes the real.
-void write_card(const CheckedDeck& checker, Channel& deck, std::string_view form);
+// One line of the values of a card, by the form of its fields.
+void write_card(const CardValues& values, Channel& deck, const CardFields& fields);
+
+// A real as the deck shows it: rounded to five digits.
+float shown_real(float value);
+
+// True for an integer that five columns show.
+bool fits_shown_integer(std::int32_t value);
 
 // True for reals that the normalised deck does not tell apart.
 bool written_alike(float a, float b);

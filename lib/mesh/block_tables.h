@@ -1,4 +1,4 @@
-// The cards of a base mesh and the bounds of its field. Who fills them: the cards, run/read_cards.cpp; the
+// The cards of a base mesh and the bounds of its field. Who fills them: the cards, deck/deck_walk.cpp; the
 // bounds, blocks/block_deck.cpp. The base mesh stages read them.
 #pragma once
 
@@ -15,6 +15,7 @@ struct BlockStrip {
     float length = 0.0F;    // width of the column, height of the row
     float smallest = 0.0F;  // wanted length of the smallest element
     float position = 0.0F;  // of the mid key point: 0.3 to 0.5, the sign tells the fine end
+    FilePlace place;        // of its card
 };
 
 struct BlockCards {

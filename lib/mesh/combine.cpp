@@ -176,19 +176,18 @@ float smallest_spacing(const Combination& combination, const Mesh& mesh, const S
                              smallest_distance(first_nodes(combination, mesh, side), NO_SPACING));
 }
 
-void match_listed_nodes(Combination& combination, Mesh& mesh, const SideTables& side) {
-    for (std::int32_t i = 1; i <= combination.pair_count; ++i) {
-        const std::int32_t second = combination.second_nodes[i];
+void match_listed_nodes(const CombinationCards& cards, Mesh& mesh, const SideTables& side) {
+    for (std::int32_t i = 1; i <= cards.pair_count; ++i) {
+        const std::int32_t second = cards.second_nodes[i];
         if (second < 1 || second > HIGHEST_NODE_NUMBER || side.second_node_in_use[second] != 1)
-            fail(combination.list_place +
-                 ": Card 2.3: expected node numbers of the mesh of Card 2.1-1 in the first list, found " +
+            fail_at(cards.list_place, "Card 2.3: expected node numbers of the mesh of Card 2.1-1 in the first list, found " +
                  std::to_string(second));
-        if (combination.first_nodes[i] < 1 || combination.first_nodes[i] > HIGHEST_NODE_NUMBER)
-            fail(combination.list_place + ": Card 2.3: expected node numbers from 1 to " +
+        if (cards.first_nodes[i] < 1 || cards.first_nodes[i] > HIGHEST_NODE_NUMBER)
+            fail_at(cards.list_place, "Card 2.3: expected node numbers from 1 to " +
                  std::to_string(HIGHEST_NODE_NUMBER) + " in the second list, found " +
-                 std::to_string(combination.first_nodes[i]));
-        if (mesh.node_in_use[combination.first_nodes[i]] == 1)
-            mesh.new_number[combination.first_nodes[i]] = -second;
+                 std::to_string(cards.first_nodes[i]));
+        if (mesh.node_in_use[cards.first_nodes[i]] == 1)
+            mesh.new_number[cards.first_nodes[i]] = -second;
     }
 }
 

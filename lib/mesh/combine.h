@@ -38,7 +38,7 @@ float smallest_spacing(const Combination& combination, const Mesh& mesh, const S
 
 // new_number of a first-region node becomes the negative number of the second-region node that it falls
 // on: by the listed pairs, or within half the smallest spacing, where the highest-numbered match wins.
-void match_listed_nodes(Combination& combination, Mesh& mesh, const SideTables& side);
+void match_listed_nodes(const CombinationCards& cards, Mesh& mesh, const SideTables& side);
 void match_nearest_nodes(const Combination& combination, Mesh& mesh, const SideTables& side, float spacing);
 
 // First-region nodes that fall on none are appended to the second region's.

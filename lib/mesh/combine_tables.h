@@ -1,5 +1,5 @@
 // The cards of a combination and what the reading of its regions finds out. Who fills them: the cards,
-// run/read_cards.cpp; the regions, mesh/combine.cpp.
+// deck/deck_walk.cpp; the regions, mesh/combine.cpp.
 #pragma once
 
 #include <cstdint>
@@ -22,13 +22,17 @@ struct Region {
     NumberRange elements;         // new numbers of all types
 };
 
-struct Combination {
-    Region first, second;
+// The cards of a combination.
+struct CombinationCards {
     std::int32_t interface_rule = 0;  // INTERFACE: 0 coincident nodes are found; 1 the pairs are listed
     std::int32_t pair_count = 0;      // NINT
     Table<std::int32_t, MOST_LIST_NUMBERS, "the second-region list of Card 2.3"> second_nodes;
     Table<std::int32_t, MOST_LIST_NUMBERS, "the first-region list of Card 2.3"> first_nodes;
-    std::string list_place;         // file and line of the lists, for messages
+    FilePlace list_place;  // of the lists, for messages
+};
+
+struct Combination {
+    Region first, second;
     bool keeps_first_data = false;  // merged nodes take the data of the first region (IMOD -1)
 };
 

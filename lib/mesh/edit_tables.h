@@ -1,5 +1,5 @@
 // The cards of a mode 1 deck and what the reading of its mesh finds out. Who fills them: the cards,
-// run/read_cards.cpp; the source mesh, mesh/edit_source.cpp. The edit stages read them.
+// deck/deck_walk.cpp; the source mesh, mesh/edit_source.cpp. The edit stages read them.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,7 @@ struct RebuildRow {
 };
 
 struct EditCards {
-    std::string start_place, list_place;  // file and line of Card 3.2 and of the list, for messages
+    FilePlace start_place, list_place;  // of Card 3.2 and of the list, for messages
 
     std::int32_t first_element = 1, first_node = 1, first_beam = 0,
                  first_truss = 0;  // NSNEL, NSNODE, NSBEAM, NSTRUS: first new numbers
@@ -56,7 +56,7 @@ struct EditCards {
     float crest_x = 0.0F, crest_y = 0.0F;  // X1, Y1
     float toe_x = 0.0F, toe_y = 0.0F;      // X2, Y2
     float foot_x = 0.0F, foot_y = 0.0F;    // X3, Y3
-    std::string triangle_place;
+    FilePlace triangle_place;  // of Card 3.3.6.3
 
     std::int32_t continuum_row_count = 0, beam_row_count = 0,
                  truss_row_count = 0;  // NEDC, NEDB, NEDT: IEDIT 6

@@ -1,5 +1,5 @@
 // The group tables: the cards of IEDIT 4, the settings of the group engine and what its stages leave to each
-// other. Who fills them: the cards, run/read_group_cards.cpp; the rest, the stage named at each table.
+// other. Who fills them: the cards, deck/group_walk.cpp; the rest, the stage named at each table.
 #pragma once
 
 #include <array>
@@ -58,7 +58,7 @@ struct SegmentRow {
 // What a group's cards give the outputs.
 struct GroupPost {
     TextLine title;
-    std::string place;               // file and line of Card 3.3.5.4.1, for messages
+    FilePlace place;                 // of Card 3.3.5.4.1, for messages
     std::int32_t wants_outputs = 0;  // IGPOST
     std::array<std::array<std::int32_t, 2>, 6> pair{};
     std::array<std::int32_t, 7> toggle{};
@@ -70,7 +70,7 @@ struct GroupLimits {
     std::int32_t node_count = 0, element_count = 0;  // NODE, NOEL
     Table<std::int32_t, MOST_GROUP_LIST_NUMBERS, "the node list of Card 3.3.5.1"> nodes;
     Table<std::int32_t, MOST_GROUP_LIST_NUMBERS, "the element list of Card 3.3.5.2"> elements;
-    std::string nodes_place, elements_place;                     // file and line, for messages
+    FilePlace nodes_place, elements_place;                       // of the lists, for messages
     std::int32_t bounds_given = 0;                               // IBOUND
     float left = 0.0F, bottom = 0.0F, right = 0.0F, top = 0.0F;  // XMIN, YMIN, XMAX, YMAX
 };

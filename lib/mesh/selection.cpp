@@ -24,7 +24,7 @@ void prepare_selection(const EditCards& edit, Selection& selection) {
     if (edit.operation == 1 && edit.selection_mode == 2)
         for (const std::int32_t node : listed(edit))
             if (node < 1 || node > HIGHEST_NODE_NUMBER)
-                fail(edit.list_place + ": expected a polyline of node numbers from 1 to " +
+                fail_at(edit.list_place, "expected a polyline of node numbers from 1 to " +
                      std::to_string(HIGHEST_NODE_NUMBER) + ", found " + std::to_string(node));
     if (edit.selection_mode != 1)
         return;

@@ -16,17 +16,17 @@ namespace brelan {
 // at a negative first entry and at a number that the table does not have, naming the list's place.
 template <class SelectionTable>
 std::int32_t expand_list(std::span<const std::int32_t> list, SelectionTable& table,
-                         const std::string& place = "number list") {
+                         const FilePlace& place = {"number list"}) {
     constexpr std::int32_t last = SelectionTable::SIZE;
     std::int32_t settings = 0;
     std::int32_t previous = 0;
     bool first = true;
     for (const std::int32_t entry : list) {
         if (entry < -last || entry > last)
-            fail(place + ": expected a list of numbers of at most " + std::to_string(last) + ", found " +
+            fail_at(place, "expected a list of numbers of at most " + std::to_string(last) + ", found " +
                  std::to_string(entry));
         if (first && entry < 0)
-            fail(place + ": expected a list whose first number is not negative, found " +
+            fail_at(place, "expected a list whose first number is not negative, found " +
                  std::to_string(entry));
         first = false;
         for (std::int32_t n = entry < 0 ? previous + 1 : entry; n != 0 && n <= std::abs(entry); ++n) {

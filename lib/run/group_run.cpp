@@ -78,8 +78,7 @@ void prepare_members(Run& run, const NumberRange& elements) {
                                                     run.mesh.words[e], type)) {
             const std::int32_t g = run.listing.rows[i].group;
             if (outputs_list(run.settings.kind(), run.group_cards, run.listing.rows[i], type, material))
-                fail(run.group_cards.outputs[g].place +
-                     ": Card 3.3.5.4.1: expected materials of 1 or more in a group with outputs (IGPOST " +
+                fail_at(run.group_cards.outputs[g].place, "Card 3.3.5.4.1: expected materials of 1 or more in a group with outputs (IGPOST " +
                      std::to_string(run.group_cards.outputs[g].wants_outputs) + "), but group " +
                      std::to_string(g) + " lists element " + std::to_string(e) + " with material " +
                      std::to_string(material));

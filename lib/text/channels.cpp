@@ -40,25 +40,19 @@ Channel::~Channel() {
         std::fclose(file_);
 }
 
-std::string Channel::place_of(int line) const {
+FilePlace Channel::place_of(int line) const {
     const auto index = static_cast<std::size_t>(std::max(line, 0));
-    const auto place = [](const std::string& name, int number) {
-        return name + ", line " + std::to_string(number);
-    };
+    const FilePlace own{name_, static_cast<int>(index) + 1};
     if (origin_.name.empty())
-        return place(name_, static_cast<int>(index) + 1);
+        return own;
     // A copy names the line it was made from; behind its last line, the line after the last known one.
     if (origin_.line.empty())
-        return place(origin_.name, 1);
+        return {origin_.name, 1};
     if (index < origin_.line.size() && origin_.line[index] > 0)
-        return place(origin_.name, origin_.line[index]);
+        return {origin_.name, origin_.line[index]};
     if (index == origin_.line.size() && origin_.line[index - 1] > 0)
-        return place(origin_.name, origin_.line[index - 1] + 1);
-    return place(name_, static_cast<int>(index) + 1);
-}
-
-void Channel::fail_at(int line, std::string_view message) const {
-    fail(place_of(line) + ": " + std::string(message));
+        return {origin_.name, origin_.line[index - 1] + 1};
+    return own;
 }
 
 void Channel::fail_write() const {

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "text/file_names.h"
+#include "text/run_end.h"
 #include "text/text_buffer.h"
 #include "text/text_line.h"
 
@@ -84,12 +85,13 @@ public:
     void step_back(int lines);
 
     // Ends the run with "<file>, line <n>: <message>" for the line a reader stands on.
-    [[noreturn]] void fail_here(std::string_view message) const { fail_at(lines_before_, message); }
+    [[noreturn]] void fail_here(std::string_view message) const { fail_at(place_here(), message); }
     // The same for the line that was read last.
-    [[noreturn]] void fail_behind(std::string_view message) const { fail_at(lines_before_ - 1, message); }
+    [[noreturn]] void fail_behind(std::string_view message) const { fail_at(place_behind(), message); }
 
-    // "<file>, line <n>" of the line that was read last, for a message about what it holds.
-    std::string place_behind() const { return place_of(lines_before_ - 1); }
+    // Where the reader stands, and the line that was read last, for a message about what it holds.
+    FilePlace place_here() const { return place_of(lines_before_); }
+    FilePlace place_behind() const { return place_of(lines_before_ - 1); }
 
     // --- writing ---------------------------------------------------------------------------------
 
@@ -132,8 +134,7 @@ private:
     void read_content();
     void read_piece();
     void cut_behind_position();
-    std::string place_of(int line) const;
-    [[noreturn]] void fail_at(int line, std::string_view message) const;
+    FilePlace place_of(int line) const;
     [[noreturn]] void fail_write() const;
 
     bool open_ = false;

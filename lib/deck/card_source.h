@@ -1,0 +1,140 @@
+// Where the cards come from as a deck is walked: from the deck, checked and shown in the normalised deck on
+// the way, or from lines of the normalised deck itself.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "deck/card.h"
+#include "deck/deck.h"
+#include "deck/deck_notes.h"
+#include "deck/deck_tables.h"
+#include "mesh/edition.h"
+#include "text/channels.h"
+
+namespace brelan {
+
+// How messages name a card: by the label that front ends know, or by its number in the manual.
+enum class CardNaming { label, number };
+
+class CardSource {
+public:
+    CardSource(LayoutKind card_kind, CardValues& card_values) : kind(card_kind), values(card_values) {}
+    CardSource(const CardSource&) = delete;
+    CardSource& operator=(const CardSource&) = delete;
+    virtual ~CardSource() = default;
+
+    // Reads the values of the next card, defaults among them.
+    virtual void read(const Card& card) = 0;
+    // Hands on the card that was read last, with what was set since.
+    virtual void pass(const Card& card) = 0;
+    void take(const Card& card) {
+        read(card);
+        pass(card);
+    }
+    virtual std::string title() = 0;
+
+    // The line read last.
+    virtual FilePlace place() const = 0;
+    // What is wrong with a value there, and meets a run where it takes the card.
+    virtual void hold(const std::string& message) = 0;
+    // Ends the walk at the line read last.
+    [[noreturn]] void refuse(const std::string& message, std::optional<std::size_t> field = std::nullopt) const {
+        fail_at(place(), message, field);
+    }
+
+    // A field of the card taken last, by its position from 1: cut to an integer, and as it is shown.
+    std::int32_t integer(std::int32_t position) const;
+    virtual float shown(std::int32_t position) const = 0;
+    void set(std::int32_t position, float value) { values[position] = value; }
+
+    // The count on the card taken last. Ends the walk when it is above the size of the table behind it.
+    std::int32_t count(const Card& card) const;
+
+    const LayoutKind kind;
+
+protected:
+    virtual std::string name_of(const Card& card) const = 0;
+
+    CardValues& values;
+};
+
+class DeckCards : public CardSource {
+public:
+    DeckCards(Channel& stripped, Channel& normalised, LayoutKind kind, CardMemory& memory, Deck& deck,
+              DeckNotes& notes, CardNaming naming = CardNaming::label);
+
+    void read(const Card& card) override;
+    void pass(const Card& card) override;
+    float shown(std::int32_t position) const override;
+    // The numbers behind a card, as integers. Nothing is read for a count of 0 or less.
+    std::vector<std::int32_t> list(const Card& card, std::int32_t count, std::string_view heading);
+    std::string title() override;
+    FilePlace place() const override { return stripped_.place_behind(); }
+    void hold(const std::string& message) override { hold({STATUS_FAILED, place().text() + ": " + message, place()}); }
+    void hold(const RunEnd& end);
+
+    // The list of a card whose line is there for a count of 0 too.
+    std::vector<std::int32_t> list_line(const Card& card, std::int32_t count, std::string_view heading);
+    // A list of reals.
+    std::vector<float> reals(const Card& card, std::int32_t count, std::string_view heading);
+
+    // A file name field: taken from the parent of the working directory where it is a bare name.
+    TextLine file_name(std::string_view number, std::string_view field);
+    void unused_file_name(std::string_view number, std::string_view field);
+    void result_name(std::string_view number, std::string_view field, TextLine& name);
+
+    // A line of integers that no card of the deck stands for.
+    void show(std::initializer_list<std::int32_t> integers);
+
+    // IEDIT, before the names of the edit are read.
+    std::int32_t look_ahead_to_edit();
+
+    // What is read from here on belongs to a part.
+    void begin(DeckPart part) { part_ = part; }
+
+    Channel& normalised() { return normalised_; }
+
+protected:
+    std::string name_of(const Card& card) const override;
+
+private:
+    void read_list(const Card& card, std::int32_t count, std::string_view heading);
+    void check_integer(float value, const std::string& expected);
+
+    Channel& stripped_;
+    Channel& normalised_;
+    CardMemory& memory_;
+    Deck& deck_;
+    DeckNotes& notes_;
+    CardNaming naming_;
+    const Card* card_ = nullptr;  // taken last
+    DeckPart part_ = DeckPart::mode;
+};
+
+// The lines of the normalised deck from the one where the channel stands.
+class ShownCards : public CardSource {
+public:
+    ShownCards(Channel& normalised, LayoutKind card_kind, CardValues& room)
+        : CardSource(card_kind, room), normalised_(normalised) {}
+
+    void read(const Card& card) override;
+    void pass(const Card&) override {}
+    float shown(std::int32_t position) const override { return values[position]; }
+    std::string title() override;
+    FilePlace place() const override { return normalised_.place_behind(); }
+    void hold(const std::string& message) override { refuse(message); }
+
+protected:
+    std::string name_of(const Card& card) const override { return "Card " + std::string(card.number); }
+
+private:
+    Channel& normalised_;
+};
+
+}  // namespace brelan
