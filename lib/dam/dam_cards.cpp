@@ -33,7 +33,7 @@ void require_positive(const Channel& deck, const char* card, const char* field, 
 
 // --- four points -----------------------------------------------------------------------------------
 
-double turn(const DamPoint& a, const DamPoint& b, const DamPoint& c) {
+double turn(const Point& a, const Point& b, const Point& c) {
     const double ux = static_cast<double>(b.x) - static_cast<double>(a.x);
     const double uy = static_cast<double>(b.y) - static_cast<double>(a.y);
     const double vx = static_cast<double>(c.x) - static_cast<double>(a.x);
@@ -41,18 +41,18 @@ double turn(const DamPoint& a, const DamPoint& b, const DamPoint& c) {
     return ux * vy - uy * vx;
 }
 
-bool cross(const DamPoint& a, const DamPoint& b, const DamPoint& c, const DamPoint& d) {
+bool cross(const Point& a, const Point& b, const Point& c, const Point& d) {
     return turn(a, b, c) * turn(a, b, d) < 0.0 && turn(c, d, a) * turn(c, d, b) < 0.0;
 }
 
 // How far a point lies on the right of the line from a to b.
-double outside_of(const DamPoint& p, const DamPoint& a, const DamPoint& b) {
+double outside_of(const Point& p, const Point& a, const Point& b) {
     return -turn(a, b, p) / std::hypot(static_cast<double>(b.x - a.x), static_cast<double>(b.y - a.y));
 }
 
-bool in_profile(const DamCards& dam, const DamSizes& sizes, const DamPoint& p) {
+bool in_profile(const DamCards& dam, const DamSizes& sizes, const Point& p) {
     const DamSizes& s = sizes;
-    const std::array<DamPoint, 5> profile{
+    const std::array<Point, 5> profile{
         {{0.0F, 0.0F}, {s.toe, 0.0F}, {s.crest_right, dam.height}, {s.crest_left, dam.height}, {0.0F, 0.0F}}};
     for (std::size_t i = 0; i + 1 < profile.size(); ++i)
         if (outside_of(p, profile[i], profile[i + 1]) > OUTSIDE * static_cast<double>(dam.height))
@@ -60,7 +60,7 @@ bool in_profile(const DamCards& dam, const DamSizes& sizes, const DamPoint& p) {
     return true;
 }
 
-bool in_ground(const DamCards& dam, const DamSizes& sizes, const DamPoint& p) {
+bool in_ground(const DamCards& dam, const DamSizes& sizes, const Point& p) {
     const auto reach = static_cast<float>(OUTSIDE) * dam.height;
     return p.x >= sizes.left - reach && p.x <= sizes.right + reach && p.y >= sizes.bottom - reach &&
            p.y <= reach;
@@ -80,7 +80,7 @@ DamOutline read_points(const DamCards& dam, Channel& deck, const char* card) {
 
 void read_core(DamCards& dam, const DamSizes& sizes, Channel& deck) {
     dam.core_points = read_points(dam, deck, "Card 5.3");
-    for (const DamPoint& p : dam.core_points)
+    for (const Point& p : dam.core_points)
         if (!in_profile(dam, sizes, p))
             deck.fail_behind("Card 5.3: expected a core inside the dam's profile, found a point at " +
                              shown(p.x) + ", " + shown(p.y));
@@ -88,7 +88,7 @@ void read_core(DamCards& dam, const DamSizes& sizes, Channel& deck) {
 
 void read_wall(DamCards& dam, const DamSizes& sizes, Channel& deck) {
     dam.wall_points = read_points(dam, deck, "Card 5.5");
-    for (const DamPoint& p : dam.wall_points)
+    for (const Point& p : dam.wall_points)
         if (!in_ground(dam, sizes, p) && !in_profile(dam, sizes, p))
             deck.fail_behind(
                 "Card 5.5: expected a cut-off wall inside the ground and the dam, found a point at " +

@@ -215,7 +215,7 @@ void write_dam_group(LayoutKind kind, Channel& deck, std::int32_t group, const D
     deck.write_line("* Card 3.3.5.4.2-1");
     deck.write_line("* NP     X            Y");
     std::int32_t point = 0;
-    for (const DamPoint& p : cards.points)
+    for (const Point& p : cards.points)
         POINT_LINE.write(deck, ++point, p.x, p.y);
     deck.write_line("* Card 3.3.5.4.3");
     deck.write_line("* NSEGMENT   GNODX        GNODY");

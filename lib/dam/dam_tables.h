@@ -6,17 +6,16 @@
 #include <cstdint>
 #include <vector>
 
+#include "plane/point.h"
+
 namespace brelan {
 
 inline constexpr float EVEN = 0.5F;        // position of the mid key point of an even block
 inline constexpr float MARGIN = 0.3F;      // of the margins, which are fine towards the dam
 inline constexpr float LAST_LAYER = 0.4F;  // of the last layer, which is fine at its top
 
-// A point of the profile: the left toe is the origin, x runs to the right, y up from the dam's base.
-struct DamPoint {
-    float x = 0.0F, y = 0.0F;
-};
-using DamOutline = std::vector<DamPoint>;
+// Points of the profile: the left toe is the origin, x runs to the right, y up from the dam's base.
+using DamOutline = std::vector<Point>;
 
 // Cards 5.1 to 5.5.
 struct DamCards {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "mesh/kinds.h"
-#include "mesh/node_grid.h"
+#include "plane/point_grid.h"
 
 namespace brelan {
 
@@ -195,7 +195,7 @@ void match_listed_nodes(Combination& combination, Mesh& mesh, const SideTables& 
 void match_nearest_nodes(const Combination& combination, Mesh& mesh, const SideTables& side, float spacing) {
     const float reach = 0.5F * spacing;
     const std::vector<NumberedPoint> candidates = second_nodes(combination, mesh, side);
-    NodeGrid grid(reach, candidates.size());
+    PointGrid grid(reach, candidates.size());
     for (const NumberedPoint& node : candidates)
         grid.add(node);
     for (const NumberedPoint& node : first_nodes(combination, mesh, side))

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <string>
 
-#include "group/geometry.h"
 #include "mesh/group_tables.h"
+#include "plane/arc.h"
 #include "run/run.h"
 #include "text/channel_numbers.h"
 #include "text/channels.h"

@@ -8,6 +8,7 @@
 #include "blocks/base_file.h"
 #include "lib/blocks/hand_written.h"
 #include "mesh/tables.h"
+#include "plane/point.h"
 
 namespace brelan::test {
 namespace {
