@@ -6,8 +6,9 @@
 #include <cstdlib>
 
 #include "deck/group_cards.h"
-#include "group/geometry.h"
 #include "mesh/group_tables.h"
+#include "plane/arc.h"
+#include "plane/polygon_scan.h"
 #include "text/real_to_integer.h"
 
 namespace brelan::tool {

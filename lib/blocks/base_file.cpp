@@ -6,7 +6,7 @@
 
 #include "mesh/block_tables.h"
 #include "mesh/edition.h"
-#include "mesh/node_grid.h"
+#include "plane/point_grid.h"
 #include "text/free_field.h"
 #include "text/layout.h"
 
@@ -78,7 +78,7 @@ struct Merge {
 Merge merge_points(const std::vector<Point>& points) {
     Merge merge;
     merge.number.resize(points.size());
-    NodeGrid grid(SAME_NODE, points.size());
+    PointGrid grid(SAME_NODE, points.size());
     for (std::size_t i = 0; i < points.size(); ++i) {
         const std::int32_t ordinal = static_cast<std::int32_t>(i) + 1;
         const std::int32_t earlier = grid.highest_within_reach(points[i].x, points[i].y);

@@ -1,14 +1,12 @@
-#include "dam/dam_cards.h"
+#include "dam/dam_checks.h"
 
 #include <array>
 #include <cmath>
 #include <cstdio>
-#include <span>
 #include <string>
 
 #include "dam/dam_sizes.h"
 #include "dam/dam_tables.h"
-#include "text/free_field.h"
 
 namespace brelan {
 
@@ -26,14 +24,14 @@ std::string shown(float value) {
     return {text.data(), static_cast<std::size_t>(length)};
 }
 
-void require_positive(const Channel& deck, const char* card, const char* field, float value) {
+void require_positive(const FilePlace& place, const char* card, const char* field, float value) {
     if (!(value > 0.0F))
-        deck.fail_behind(std::string(card) + ": expected " + field + " above 0, found " + shown(value));
+        fail_at(place, std::string(card) + ": expected " + field + " above 0, found " + shown(value));
 }
 
 // --- four points -----------------------------------------------------------------------------------
 
-double turn(const DamPoint& a, const DamPoint& b, const DamPoint& c) {
+double turn(const Point& a, const Point& b, const Point& c) {
     const double ux = static_cast<double>(b.x) - static_cast<double>(a.x);
     const double uy = static_cast<double>(b.y) - static_cast<double>(a.y);
     const double vx = static_cast<double>(c.x) - static_cast<double>(a.x);
@@ -41,18 +39,18 @@ double turn(const DamPoint& a, const DamPoint& b, const DamPoint& c) {
     return ux * vy - uy * vx;
 }
 
-bool cross(const DamPoint& a, const DamPoint& b, const DamPoint& c, const DamPoint& d) {
+bool cross(const Point& a, const Point& b, const Point& c, const Point& d) {
     return turn(a, b, c) * turn(a, b, d) < 0.0 && turn(c, d, a) * turn(c, d, b) < 0.0;
 }
 
 // How far a point lies on the right of the line from a to b.
-double outside_of(const DamPoint& p, const DamPoint& a, const DamPoint& b) {
+double outside_of(const Point& p, const Point& a, const Point& b) {
     return -turn(a, b, p) / std::hypot(static_cast<double>(b.x - a.x), static_cast<double>(b.y - a.y));
 }
 
-bool in_profile(const DamCards& dam, const DamSizes& sizes, const DamPoint& p) {
+bool in_profile(const DamCards& dam, const DamSizes& sizes, const Point& p) {
     const DamSizes& s = sizes;
-    const std::array<DamPoint, 5> profile{
+    const std::array<Point, 5> profile{
         {{0.0F, 0.0F}, {s.toe, 0.0F}, {s.crest_right, dam.height}, {s.crest_left, dam.height}, {0.0F, 0.0F}}};
     for (std::size_t i = 0; i + 1 < profile.size(); ++i)
         if (outside_of(p, profile[i], profile[i + 1]) > OUTSIDE * static_cast<double>(dam.height))
@@ -60,99 +58,84 @@ bool in_profile(const DamCards& dam, const DamSizes& sizes, const DamPoint& p) {
     return true;
 }
 
-bool in_ground(const DamCards& dam, const DamSizes& sizes, const DamPoint& p) {
+bool in_ground(const DamCards& dam, const DamSizes& sizes, const Point& p) {
     const auto reach = static_cast<float>(OUTSIDE) * dam.height;
     return p.x >= sizes.left - reach && p.x <= sizes.right + reach && p.y >= sizes.bottom - reach &&
            p.y <= reach;
 }
 
-DamOutline read_points(const DamCards& dam, Channel& deck, const char* card) {
-    DamOutline p(4);
-    read_free(deck, card, p[0].x, p[0].y, p[1].x, p[1].y, p[2].x, p[2].y, p[3].x, p[3].y);
+void check_points(const DamCards& dam, const DamOutline& p, const FilePlace& place, const char* card) {
     const bool crossed = cross(p[0], p[1], p[2], p[3]) || cross(p[1], p[2], p[3], p[0]);
     const double area = 0.5 * (turn(p[0], p[1], p[2]) + turn(p[0], p[2], p[3]));
     if (crossed || std::abs(area) <= OUTSIDE * OUTSIDE * static_cast<double>(dam.height * dam.height))
-        deck.fail_behind(std::string(card) +
-                         ": expected four points in their order round an area, found sides that cross or an "
-                         "area of 0");
-    return p;
+        fail_at(place,
+                std::string(card) +
+                    ": expected four points in their order round an area, found sides that cross or an "
+                    "area of 0");
 }
 
-void read_core(DamCards& dam, const DamSizes& sizes, Channel& deck) {
-    dam.core_points = read_points(dam, deck, "Card 5.3");
-    for (const DamPoint& p : dam.core_points)
+void check_core(const DamCards& dam, const DamSizes& sizes) {
+    check_points(dam, dam.core_points, dam.core_place, "Card 5.3");
+    for (const Point& p : dam.core_points)
         if (!in_profile(dam, sizes, p))
-            deck.fail_behind("Card 5.3: expected a core inside the dam's profile, found a point at " +
-                             shown(p.x) + ", " + shown(p.y));
+            fail_at(dam.core_place, "Card 5.3: expected a core inside the dam's profile, found a point at " +
+                                        shown(p.x) + ", " + shown(p.y));
 }
 
-void read_wall(DamCards& dam, const DamSizes& sizes, Channel& deck) {
-    dam.wall_points = read_points(dam, deck, "Card 5.5");
-    for (const DamPoint& p : dam.wall_points)
+void check_wall(const DamCards& dam, const DamSizes& sizes) {
+    check_points(dam, dam.wall_points, dam.wall_place, "Card 5.5");
+    for (const Point& p : dam.wall_points)
         if (!in_ground(dam, sizes, p) && !in_profile(dam, sizes, p))
-            deck.fail_behind(
-                "Card 5.5: expected a cut-off wall inside the ground and the dam, found a point at " +
-                shown(p.x) + ", " + shown(p.y));
+            fail_at(dam.wall_place,
+                    "Card 5.5: expected a cut-off wall inside the ground and the dam, found a point at " +
+                        shown(p.x) + ", " + shown(p.y));
 }
 
 // --- the other cards -------------------------------------------------------------------------------
 
-// Returns the switches that are no part of the dam: core and wall.
-void read_switches(DamCards& dam, Channel& deck) {
-    std::int32_t core_switch = 0, cut_off_switch = 0, shell_switch = 0;
-    read_free(deck, "Card 5.1 (NLAYER, ICORE, ICUT, ISHELL, NCREST, Hi)", dam.layer_count, core_switch,
-              cut_off_switch, shell_switch, dam.crest_divisions, dam.initial_head);
+void check_switches(DamCards& dam) {
     if (dam.layer_count > MOST_LAYERS)
-        deck.fail_behind("Card 5.1: expected at most " + std::to_string(MOST_LAYERS) +
-                         " layers in NLAYER, found " + std::to_string(dam.layer_count));
+        fail_at(dam.switches_place, "Card 5.1: expected at most " + std::to_string(MOST_LAYERS) +
+                                        " layers in NLAYER, found " + std::to_string(dam.layer_count));
     dam.layer_count = dam.layer_count < 0 ? 0 : dam.layer_count;
-    dam.core = core_switch == 1;
-    dam.cut_off = cut_off_switch == 1 && dam.layer_count > 0;
-    dam.shells = shell_switch != 0;
 }
 
-void read_profile(DamCards& dam, DamSizes& sizes, Channel& deck) {
+void check_profile(const DamCards& dam, DamSizes& sizes) {
     const char* const card = "Card 5.2";
-    read_free(deck, card, dam.height, dam.water_height, dam.left_run, dam.left_width, dam.crest,
-              dam.middle_width, dam.right_run, dam.right_width);
-    require_positive(deck, card, "a dam height (HDAM)", dam.height);
-    require_positive(deck, card, "a run of the left slope (RUNL)", dam.left_run);
-    require_positive(deck, card, "a width of the left block column (WLEFT)", dam.left_width);
-    require_positive(deck, card, "a crest width", dam.crest);
-    require_positive(deck, card, "a width of the middle block column (WMID)", dam.middle_width);
-    require_positive(deck, card, "a run of the right slope (RUNR)", dam.right_run);
-    require_positive(deck, card, "a width of the right block column (WRIGHT)", dam.right_width);
+    const FilePlace& place = dam.profile_place;
+    require_positive(place, card, "a dam height (HDAM)", dam.height);
+    require_positive(place, card, "a run of the left slope (RUNL)", dam.left_run);
+    require_positive(place, card, "a width of the left block column (WLEFT)", dam.left_width);
+    require_positive(place, card, "a crest width", dam.crest);
+    require_positive(place, card, "a width of the middle block column (WMID)", dam.middle_width);
+    require_positive(place, card, "a run of the right slope (RUNR)", dam.right_run);
+    require_positive(place, card, "a width of the right block column (WRIGHT)", dam.right_width);
     size_dam(dam, sizes);
     if (!(sizes.crest_right < sizes.toe))
-        deck.fail_behind(std::string(card) +
-                         ": expected block columns that reach beyond the crest, found a crest that ends at " +
-                         shown(sizes.crest_right) + " and block columns that end at " + shown(sizes.toe));
+        fail_at(place,
+                std::string(card) +
+                    ": expected block columns that reach beyond the crest, found a crest that ends at " +
+                    shown(sizes.crest_right) + " and block columns that end at " + shown(sizes.toe));
 }
 
-void read_ground(DamCards& dam, DamSizes& sizes, Channel& deck) {
-    read_free(deck, "Card 5.4-1 (XLEFT, XRIGHT)", dam.left_margin, dam.right_margin);
-    require_positive(deck, "Card 5.4-1", "a left margin (XLEFT)", dam.left_margin);
-    require_positive(deck, "Card 5.4-1", "a right margin (XRIGHT)", dam.right_margin);
-    dam.layers.resize(static_cast<std::size_t>(dam.layer_count));
-    read_free_list<float>(deck, "the layer thicknesses of Card 5.4", std::span(dam.layers));
+void check_ground(const DamCards& dam) {
+    require_positive(dam.margins_place, "Card 5.4-1", "a left margin (XLEFT)", dam.left_margin);
+    require_positive(dam.margins_place, "Card 5.4-1", "a right margin (XRIGHT)", dam.right_margin);
     for (const float thickness : dam.layers)
-        require_positive(deck, "Card 5.4", "layer thicknesses", thickness);
-    size_dam(dam, sizes);
+        require_positive(dam.layers_place, "Card 5.4", "layer thicknesses", thickness);
 }
 
 }  // namespace
 
-void read_dam_cards(DamCards& dam, DamSizes& sizes, Channel& deck) {
-    deck.rewind();
-    dam = DamCards{};
-    read_switches(dam, deck);
-    read_profile(dam, sizes, deck);
+void check_dam(DamCards& dam, DamSizes& sizes) {
+    check_switches(dam);
+    check_profile(dam, sizes);
     if (dam.core)
-        read_core(dam, sizes, deck);
+        check_core(dam, sizes);
     if (dam.layer_count > 0)
-        read_ground(dam, sizes, deck);
+        check_ground(dam);
     if (dam.cut_off)
-        read_wall(dam, sizes, deck);
+        check_wall(dam, sizes);
 }
 
 }  // namespace brelan

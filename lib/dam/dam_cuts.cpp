@@ -78,7 +78,7 @@ float top_row_line(const DamCards& dam, const DamSizes& sizes) {
 bool ends_in_top_row(const DamCards& dam, const DamSizes& sizes, const DamOutline& points) {
     const float halfway = 0.5F * (top_row_line(dam, sizes) + dam.height);
     return std::any_of(points.begin(), points.end(),
-                       [&](const DamPoint& p) { return p.y > halfway && !same_line(dam, p.y, dam.height); });
+                       [&](const Point& p) { return p.y > halfway && !same_line(dam, p.y, dam.height); });
 }
 
 // True when an end of the crest is the node nearest to a corner on the crest: the cut would move it there.
@@ -87,7 +87,7 @@ bool takes_crest_end(const DamCards& dam, const DamSizes& sizes, const DamOutlin
     std::vector<float> nodes = crest_nodes(dam, sizes);
     *nearest(nodes, left) = left;
     *nearest(nodes, right) = right;
-    for (const DamPoint& p : points) {
+    for (const Point& p : points) {
         if (!same_line(dam, p.y, dam.height))
             continue;
         const auto node = nearest(nodes, p.x);
@@ -99,7 +99,7 @@ bool takes_crest_end(const DamCards& dam, const DamSizes& sizes, const DamOutlin
 }
 
 bool crowds_slope(const DamCards& dam, const DamSizes& sizes, const DamOutline& points, const CrestEnd& end) {
-    return end.beside_edge && std::any_of(points.begin(), points.end(), [&](const DamPoint& p) {
+    return end.beside_edge && std::any_of(points.begin(), points.end(), [&](const Point& p) {
                return p.y >= clear_of_slope(dam, sizes, end) &&
                       std::abs(p.x - end.x) < element_beside_crest(dam, sizes);
            });
@@ -111,7 +111,7 @@ bool same_line(const DamCards& dam, float a, float b) {
     return std::abs(a - b) <= SAME_LINE * dam.height;
 }
 
-bool on_mesh_line(const DamCards& dam, const DamSizes& sizes, const DamPoint& a, const DamPoint& b) {
+bool on_mesh_line(const DamCards& dam, const DamSizes& sizes, const Point& a, const Point& b) {
     return (same_line(dam, a.y, b.y) && horizontal_line(dam, a.y)) ||
            (same_line(dam, a.x, b.x) && vertical_line(dam, sizes, a.x));
 }
@@ -119,12 +119,12 @@ bool on_mesh_line(const DamCards& dam, const DamSizes& sizes, const DamPoint& a,
 bool clear_of_shells(const DamSizes& sizes, const DamOutline& points) {
     const float left = sizes.crest_left + sizes.middle_size, right = sizes.crest_right - sizes.middle_size;
     return std::all_of(points.begin(), points.end(),
-                       [=](const DamPoint& p) { return p.x >= left && p.x <= right; });
+                       [=](const Point& p) { return p.x >= left && p.x <= right; });
 }
 
 bool below_base(const DamSizes& sizes, const DamOutline& points) {
     return std::all_of(points.begin(), points.end(),
-                       [&](const DamPoint& p) { return p.y <= -sizes.vertical_size; });
+                       [&](const Point& p) { return p.y <= -sizes.vertical_size; });
 }
 
 CrestEnd left_crest_end(const DamCards& dam, const DamSizes& sizes) {
@@ -160,9 +160,8 @@ float clear_of_bottom(const DamCards& dam, const DamSizes& sizes) {
 
 bool crowds_bottom(const DamCards& dam, const DamSizes& sizes, const DamOutline& points) {
     const float halfway = 0.5F * (clear_of_bottom(dam, sizes) + sizes.bottom);
-    return std::any_of(points.begin(), points.end(), [&](const DamPoint& p) {
-        return p.y < halfway && !same_line(dam, p.y, sizes.bottom);
-    });
+    return std::any_of(points.begin(), points.end(),
+                       [&](const Point& p) { return p.y < halfway && !same_line(dam, p.y, sizes.bottom); });
 }
 
 }  // namespace brelan

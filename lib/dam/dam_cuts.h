@@ -17,7 +17,7 @@ bool same_line(const DamCards& dam, float a, float b);
 
 // True for a side that lies on a line of the block mesh: an edge of a block row, or one of a block column
 // that the crest's ends leave where it is.
-bool on_mesh_line(const DamCards& dam, const DamSizes& sizes, const DamPoint& a, const DamPoint& b);
+bool on_mesh_line(const DamCards& dam, const DamSizes& sizes, const Point& a, const Point& b);
 
 // True for an outline inside the middle block, an element's width clear of its vertical sides. With shells
 // only such a one may be cut: the nodes of those sides are the shells' too.

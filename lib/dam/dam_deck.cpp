@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "dam/dam_cards.h"
+#include "dam/dam_checks.h"
 #include "dam/dam_tables.h"
 #include "dam/shell_decks.h"
 #include "dam/slope_models.h"
@@ -215,7 +215,7 @@ void write_dam_group(LayoutKind kind, Channel& deck, std::int32_t group, const D
     deck.write_line("* Card 3.3.5.4.2-1");
     deck.write_line("* NP     X            Y");
     std::int32_t point = 0;
-    for (const DamPoint& p : cards.points)
+    for (const Point& p : cards.points)
         POINT_LINE.write(deck, ++point, p.x, p.y);
     deck.write_line("* Card 3.3.5.4.3");
     deck.write_line("* NSEGMENT   GNODX        GNODY");
@@ -227,10 +227,10 @@ void write_dam_group(LayoutKind kind, Channel& deck, std::int32_t group, const D
         SEGMENT_LINE.write(deck, ++segment, 1, cards.NDIV, end_rule);
 }
 
-void write_dam_decks(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks,
-                     DamCards& dam, DamSizes& sizes) {
-    read_dam_cards(dam, sizes, channels.at(CHANNEL_MESH_B));
-    checker.prepared_kind_code = kind_of_decks(kind);
+void write_dam_decks(Channels& channels, LayoutKind kind, CardMemory& memory, DeckList& decks, DamCards& dam,
+                     DamSizes& sizes) {
+    check_dam(dam, sizes);
+    memory.prepared_kind_code = kind_of_decks(kind);
     const std::vector<DamGroup> groups = dam_groups(kind, dam, sizes);
     Channel& deck = channels.open(CHANNEL_DATA, MAIN_DECK, OpenStatus::work);
     write_base_mesh(kind, dam, sizes, deck);

@@ -11,11 +11,10 @@
 
 namespace brelan {
 
-// Reads Cards 5.1 to 5.5 back from the normalised deck, which the checker has just written, and writes the
-// decks of the dam. Sets prepared_kind_code and the count of decks, fills the list of decks for a dam with
-// shells, and makes
-// "..\EarthDam.Meg" the deck of the run. Ends the run at a dam that cannot be.
-void write_dam_decks(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks,
+// Checks the cards of a dam and writes its decks. Sets prepared_kind_code and the count of decks, fills the
+// list of decks for a dam with shells, and makes "..\EarthDam.Meg" the deck of the run. Ends the run at a dam
+// that cannot be.
+void write_dam_decks(Channels& channels, LayoutKind kind, CardMemory& memory, DeckList& decks,
                      DamCards& dam, DamSizes& sizes);
 
 // Writes the cards of one group, its number being `group`.

@@ -31,7 +31,7 @@ std::size_t sides_of(const DamGroup& group) {
 void cut_sides(const DamCards& dam, const DamSizes& sizes, DamGroup& group) {
     group.end_rules.clear();
     for (std::size_t k = 0; k < sides_of(group); ++k) {
-        const DamPoint& next = group.points[(k + 1) % group.points.size()];
+        const Point& next = group.points[(k + 1) % group.points.size()];
         group.end_rules.push_back(on_mesh_line(dam, sizes, group.points[k], next) ? NOT_CUT : CUT);
     }
 }
@@ -42,15 +42,15 @@ void leave_uncut(DamGroup& group) {
 
 // What of an outline lies above a height, or below one, is left uncut: the sides get a point there.
 void leave_uncut_beyond(const DamCards& dam, DamGroup& group, float y, bool above) {
-    const auto beyond = [&](const DamPoint& p) {
+    const auto beyond = [&](const Point& p) {
         return !same_line(dam, p.y, y) && (above ? p.y > y : p.y < y);
     };
     const DamGroup whole = group;
     group.points.clear();
     group.end_rules.clear();
     for (std::size_t k = 0; k < whole.points.size(); ++k) {
-        const DamPoint& a = whole.points[k];
-        const DamPoint& b = whole.points[(k + 1) % whole.points.size()];
+        const Point& a = whole.points[k];
+        const Point& b = whole.points[(k + 1) % whole.points.size()];
         group.points.push_back(a);
         group.end_rules.push_back(beyond(a) ? NOT_CUT : whole.end_rules[k]);
         if (beyond(a) == beyond(b))
@@ -108,7 +108,7 @@ void cut_crest(const DamCards& dam, const DamSizes& sizes, DamGroup& group) {
     while (group.points[crest].y != dam.height)
         ++crest;
     const auto draw_beyond = [&](std::size_t at, const CrestEnd& end) {
-        DamPoint& p = group.points[at];
+        Point& p = group.points[at];
         p = {p.x + BEYOND * (p.x - end.toe), p.y + BEYOND * p.y};
         group.end_rules[crest] = NOT_CUT;
         group.NDIV = 1;
@@ -199,7 +199,7 @@ void add_boundaries(const DamCards& dam, const DamSizes& sizes, std::vector<DamG
     if (dam.layer_count > 0)
         groups.push_back(boundary(dam, sizes, " Downstream Total Head Boundary", TOTAL_HEAD, 2,
                                   {{s.toe, 0.0F}, {s.right, 0.0F}}));
-    const DamPoint crest_end{s.crest_right, dam.height};
+    const Point crest_end{s.crest_right, dam.height};
     const DamOutline face =
         dam.shells ? DamOutline{{s.crest_left, dam.height}, crest_end} : DamOutline{crest_end, {s.toe, 0.0F}};
     groups.push_back(boundary(dam, sizes, " Potential Seepage Face Boundary", SEEPAGE_FACE, 1, face));

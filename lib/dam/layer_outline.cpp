@@ -9,8 +9,8 @@ namespace {
 double twice_area(const DamOutline& p) {
     double sum = 0.0;
     for (std::size_t i = 0; i < p.size(); ++i) {
-        const DamPoint& a = p[i];
-        const DamPoint& b = p[(i + 1) % p.size()];
+        const Point& a = p[i];
+        const Point& b = p[(i + 1) % p.size()];
         sum += static_cast<double>(a.x) * static_cast<double>(b.y) -
                static_cast<double>(b.x) * static_cast<double>(a.y);
     }
@@ -19,11 +19,11 @@ double twice_area(const DamOutline& p) {
 
 // The part of an outline on one side of a level. A point made there lies on the level exactly.
 DamOutline clipped(const DamOutline& outline, float level, bool keep_below) {
-    const auto kept = [&](const DamPoint& p) { return keep_below ? p.y <= level : p.y >= level; };
+    const auto kept = [&](const Point& p) { return keep_below ? p.y <= level : p.y >= level; };
     DamOutline result;
     for (std::size_t i = 0; i < outline.size(); ++i) {
-        const DamPoint& a = outline[i];
-        const DamPoint& b = outline[(i + 1) % outline.size()];
+        const Point& a = outline[i];
+        const Point& b = outline[(i + 1) % outline.size()];
         if (kept(a))
             result.push_back(a);
         if (kept(a) != kept(b) && a.y != level && b.y != level)
@@ -45,16 +45,14 @@ DamOutline clockwise_from(const DamOutline& outline, std::size_t start) {
 }  // namespace
 
 DamOutline layer_outline(float left, float right, float bottom, float top, const DamOutline& wall) {
-    const DamPoint bottom_left{left, bottom}, bottom_right{right, bottom};
-    const DamPoint top_right{right, top}, top_left{left, top};
+    const Point bottom_left{left, bottom}, bottom_right{right, bottom};
+    const Point top_right{right, top}, top_left{left, top};
     DamOutline hole = clipped(clipped(wall, top, true), bottom, false);
     if (hole.size() < 3 || twice_area(hole) == 0.0)
         return {bottom_left, bottom_right, top_right, top_left};
 
     // The wall's corner at which the outline leaves the layer's top, or its bottom, to go round the wall.
-    const auto before = [](const DamPoint& a, const DamPoint& b) {
-        return a.y < b.y || (a.y == b.y && a.x < b.x);
-    };
+    const auto before = [](const Point& a, const Point& b) { return a.y < b.y || (a.y == b.y && a.x < b.x); };
     const auto highest =
         static_cast<std::size_t>(std::max_element(hole.begin(), hole.end(), before) - hole.begin());
     const auto lowest =
@@ -62,7 +60,7 @@ DamOutline layer_outline(float left, float right, float bottom, float top, const
     const bool from_top = hole[highest].y == top;
     DamOutline round = clockwise_from(hole, from_top ? highest : lowest);
     const float level = from_top ? top : bottom;
-    const DamPoint start{round.front().x, level};
+    const Point start{round.front().x, level};
     if (round.back().y != level) {
         round.push_back(round.front());
         if (round.front().y != level) {

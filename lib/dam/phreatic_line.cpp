@@ -134,8 +134,9 @@ std::int32_t next_free_element(const EditCards& edit, const Mesh& mesh) {
         if (mesh.type_in_use[n] >= ELEMENT_CONTINUUM)
             highest = n;
     if (highest == HIGHEST_ELEMENT_NUMBER)
-        fail_at(edit.start_place, "Card 3.2: expected start numbers that leave an element number of at most " +
-             std::to_string(HIGHEST_ELEMENT_NUMBER) + " for the element that the water level divides");
+        fail_at(edit.start_place,
+                "Card 3.2: expected start numbers that leave an element number of at most " +
+                    std::to_string(HIGHEST_ELEMENT_NUMBER) + " for the element that the water level divides");
     return highest + 1;
 }
 
@@ -238,7 +239,7 @@ void map_template_nodes(Trace& trace, EditCards& edit, const EditSource& source,
         mesh.y[n] = c.r * edit.crest_y + c.s * edit.toe_y + c.t * edit.foot_y;
         if (!std::isfinite(mesh.x[n]) || !std::isfinite(mesh.y[n]))
             fail_at(edit.triangle_place, "Card 3.3.6.3: expected corners that give node " +
-                 std::to_string(n) + " coordinates that are numbers");
+                                             std::to_string(n) + " coordinates that are numbers");
     }
 }
 

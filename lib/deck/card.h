@@ -9,6 +9,7 @@
 // not given keeps what an earlier card left at its position. A field called "-" has no effect.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -41,7 +42,10 @@ struct CardField {
 class CardFields {
 public:
     constexpr CardFields() = default;
-    constexpr CardFields(std::string_view notation) {  // NOLINT: the notation is the fields
+    template <std::size_t N>
+    constexpr CardFields(const char (&notation)[N])  // NOLINT: the notation is the fields
+        : CardFields(std::string_view(notation, N - 1)) {}
+    constexpr explicit CardFields(std::string_view notation) {
         FieldForm form = FieldForm::integer;
         while (!notation.empty()) {
             const std::size_t end = std::min(notation.find(' '), notation.size());
@@ -120,7 +124,8 @@ struct Card {
     std::string_view heading;
     std::int32_t minimum;  // values that a deck must give; 0: all
     ByKind<CardFields> fields;
-    std::int32_t most = 0;                    // of the first field, where it counts what follows; 0: no count
+    std::int32_t most = 0;      // of the first field, where it counts what follows; 0: no count
+    std::string_view called{};  // in messages about a value, where the number tells too little
     std::optional<LayoutKind> not_shown_in{};  // the kind whose normalised deck does not have the card
 
     constexpr const CardFields& fields_of(LayoutKind kind) const {
@@ -138,6 +143,11 @@ struct Card {
             if (field.name != "-")
                 text += (text.empty() ? "" : ", ") + std::string(field.name);
         return text;
+    }
+    // What a message calls the card behind "expected a number in".
+    std::string title(LayoutKind kind) const {
+        return called.empty() ? "Card " + std::string(number) + " (" + names(kind) + ")"
+                              : std::string(called);
     }
 };
 

@@ -50,9 +50,10 @@ void DeckCards::hold(const RunEnd& end) {
         deck_.fault = {part_, end};
 }
 
-void DeckCards::check_integer(float value, const std::string& expected) {
+void DeckCards::check_integer(float value, std::string_view called) {
     if (!fits_shown_integer(to_integer(value)))
-        hold("expected an integer in " + expected + ", found \"*****\"");
+        hold(std::string(part_ == DeckPart::groups ? "expected a number in " : "expected an integer in ") +
+             std::string(called) + ", found \"*****\"");
 }
 
 void DeckCards::read(const Card& card) {
@@ -67,7 +68,8 @@ void DeckCards::read(const Card& card) {
     notes_.card(card, stripped_);
     std::int32_t known = 0;
     try {
-        read_values(stripped_, memory_.values, name, card.label, card.minimum_of(kind), card.maximum_of(kind), known);
+        read_values(stripped_, memory_.values, name, card.label, card.minimum_of(kind), card.maximum_of(kind),
+                    known);
     } catch (const RunEnd&) {
         notes_.values(std::span<const float>(&values[1], static_cast<std::size_t>(known)));
         throw;
@@ -82,7 +84,7 @@ void DeckCards::pass(const Card& card) {
     write_card(values, normalised_, fields);
     for (std::int32_t position = 1; position <= fields.shown(); ++position)
         if (fields[position].form == FieldForm::integer)
-            check_integer(values[position], "Card " + std::string(card.number) + " (" + card.names(kind) + ")");
+            check_integer(values[position], card.title(kind));
 }
 
 void DeckCards::show(std::initializer_list<std::int32_t> integers) {
@@ -91,34 +93,39 @@ void DeckCards::show(std::initializer_list<std::int32_t> integers) {
 
 // --- lists ---------------------------------------------------------------------------------------
 
-void DeckCards::read_list(const Card& card, std::int32_t count, std::string_view heading) {
-    notes_.list(card, heading, stripped_);
+void DeckCards::read_list(const Card& card, std::int32_t count, std::string_view heading,
+                          const std::string& expected) {
+    if (!stripped_.at_end())
+        notes_.list(card, heading, stripped_);
     const std::span list(&values[1], static_cast<std::size_t>(count));
-    read_free_list<float>(stripped_, "the list of " + std::to_string(count) + " values of " + name_of(card), list);
+    read_free_list<float>(stripped_, expected, list);
     notes_.list_values(list, stripped_);
 }
 
-std::vector<std::int32_t> DeckCards::list(const Card& card, std::int32_t count, std::string_view heading) {
+std::vector<std::int32_t> DeckCards::list(const Card& card, std::int32_t count, std::string_view heading,
+                                          std::string_view called) {
     if (count <= 0)
         return {};
-    read_list(card, count, heading);
+    read_list(card, count, heading, "the list of " + std::to_string(count) + " values of " + name_of(card));
     std::vector<std::int32_t> integers;
     for (std::int32_t i = 1; i <= count; ++i) {
         integers.push_back(integer(i));
-        check_integer(values[i], "the list of Card " + std::string(card.number));
+        check_integer(values[i], called);
     }
     write_integers(normalised_, integers);
     return integers;
 }
 
-std::vector<std::int32_t> DeckCards::list_line(const Card& card, std::int32_t count, std::string_view heading) {
+std::vector<std::int32_t> DeckCards::list_line(const Card& card, std::int32_t count, std::string_view heading,
+                                               std::string_view called) {
     if (count <= 0)
         show({});
-    return list(card, count, heading);
+    return list(card, count, heading, called);
 }
 
-std::vector<float> DeckCards::reals(const Card& card, std::int32_t count, std::string_view heading) {
-    read_list(card, count, heading);
+std::vector<float> DeckCards::reals(const Card& card, std::int32_t count, std::string_view heading,
+                                    const std::string& expected) {
+    read_list(card, count, heading, expected);
     const std::span<const float> list(&values[1], static_cast<std::size_t>(count));
     write_reals(normalised_, list);
     std::vector<float> reals;
@@ -187,7 +194,7 @@ std::int32_t DeckCards::look_ahead_to_edit() {
 // --- lines of the normalised deck ----------------------------------------------------------------
 
 void ShownCards::read(const Card& card) {
-    const std::string expected = "Card " + std::string(card.number) + " (" + card.names(kind) + ")";
+    const std::string expected = card.title(kind);
     FreeFieldReader reader(normalised_, expected);
     const std::int32_t fields = card.fields_of(kind).shown();
     for (std::int32_t position = 1; position <= fields; ++position)

@@ -38,19 +38,30 @@ public:
         pass(card);
     }
     virtual std::string title() = 0;
+    // A line of integers that no card of the deck stands for.
+    virtual void show(std::initializer_list<std::int32_t>) {}
+
+    // True for the cards of a person, false for what is left of them in the normalised deck.
+    virtual bool is_deck() const = 0;
+    // Lines of the normalised deck so far.
+    virtual int lines_shown() const = 0;
 
     // The line read last.
     virtual FilePlace place() const = 0;
     // What is wrong with a value there, and meets a run where it takes the card.
     virtual void hold(const std::string& message) = 0;
     // Ends the walk at the line read last.
-    [[noreturn]] void refuse(const std::string& message, std::optional<std::size_t> field = std::nullopt) const {
+    [[noreturn]] void refuse(const std::string& message,
+                             std::optional<std::size_t> field = std::nullopt) const {
         fail_at(place(), message, field);
     }
 
     // A field of the card taken last, by its position from 1: cut to an integer, and as it is shown.
     std::int32_t integer(std::int32_t position) const;
     virtual float shown(std::int32_t position) const = 0;
+    // The same as it is given.
+    float given(std::int32_t position) const { return values[position]; }
+    std::span<const float> given_values() const { return {&values[1], MOST_CARD_VALUES}; }
     void set(std::int32_t position, float value) { values[position] = value; }
 
     // The count on the card taken last. Ends the walk when it is above the size of the table behind it.
@@ -73,27 +84,38 @@ public:
     void pass(const Card& card) override;
     float shown(std::int32_t position) const override;
     // The numbers behind a card, as integers. Nothing is read for a count of 0 or less.
-    std::vector<std::int32_t> list(const Card& card, std::int32_t count, std::string_view heading);
+    std::vector<std::int32_t> list(const Card& card, std::int32_t count, std::string_view heading,
+                                   std::string_view called);
     std::string title() override;
+    void show(std::initializer_list<std::int32_t> integers) override;
+    bool is_deck() const override { return true; }
+    int lines_shown() const override { return normalised_.lines_before(); }
     FilePlace place() const override { return stripped_.place_behind(); }
-    void hold(const std::string& message) override { hold({STATUS_FAILED, place().text() + ": " + message, place()}); }
+    void hold(const std::string& message) override {
+        hold({STATUS_FAILED, place().text() + ": " + message, place()});
+    }
     void hold(const RunEnd& end);
 
     // The list of a card whose line is there for a count of 0 too.
-    std::vector<std::int32_t> list_line(const Card& card, std::int32_t count, std::string_view heading);
-    // A list of reals.
-    std::vector<float> reals(const Card& card, std::int32_t count, std::string_view heading);
+    std::vector<std::int32_t> list_line(const Card& card, std::int32_t count, std::string_view heading,
+                                        std::string_view called);
+    // A list of reals, at least one.
+    std::vector<float> reals(const Card& card, std::int32_t count, std::string_view heading,
+                             const std::string& expected);
 
     // A file name field: taken from the parent of the working directory where it is a bare name.
     TextLine file_name(std::string_view number, std::string_view field);
     void unused_file_name(std::string_view number, std::string_view field);
     void result_name(std::string_view number, std::string_view field, TextLine& name);
 
-    // A line of integers that no card of the deck stands for.
-    void show(std::initializer_list<std::int32_t> integers);
-
     // IEDIT, before the names of the edit are read.
     std::int32_t look_ahead_to_edit();
+
+    // JK of a Card 1.1 that does not give it.
+    void prepare_kind_code() { set(2, static_cast<float>(memory_.prepared_kind_code)); }
+
+    // Behind the last card.
+    FilePlace end_place() const { return normalised_.place_here(); }
 
     // What is read from here on belongs to a part.
     void begin(DeckPart part) { part_ = part; }
@@ -104,8 +126,9 @@ protected:
     std::string name_of(const Card& card) const override;
 
 private:
-    void read_list(const Card& card, std::int32_t count, std::string_view heading);
-    void check_integer(float value, const std::string& expected);
+    void read_list(const Card& card, std::int32_t count, std::string_view heading,
+                   const std::string& expected);
+    void check_integer(float value, std::string_view called);
 
     Channel& stripped_;
     Channel& normalised_;
@@ -127,6 +150,8 @@ public:
     void pass(const Card&) override {}
     float shown(std::int32_t position) const override { return values[position]; }
     std::string title() override;
+    bool is_deck() const override { return false; }
+    int lines_shown() const override { return normalised_.lines_before(); }
     FilePlace place() const override { return normalised_.place_behind(); }
     void hold(const std::string& message) override { refuse(message); }
 

@@ -25,9 +25,8 @@ inline constexpr Card CARD_2_3{
 
 inline constexpr Card CARD_3_2{"3.2", "3.2", "first numbers", 2,
                                each_kind<CardFields>("I: NSNEL NSNODE NSBEAM=0 NSTRUS=0")};
-inline constexpr Card CARD_3_3{
-    "3.3", "3.3", "the edit, and materials that it leaves alone", 1,
-    each_kind<CardFields>("I: IEDIT MATX1=0 MATX2=0 MATX3=0 MATXB=0 MATXT=0")};
+inline constexpr Card CARD_3_3{"3.3", "3.3", "the edit, and materials that it leaves alone", 1,
+                               each_kind<CardFields>("I: IEDIT MATX1=0 MATX2=0 MATX3=0 MATXB=0 MATXT=0")};
 
 inline constexpr Card CARD_3_3_1_1{"3.3.1.1", "3.3.1.1", "old and new place of a point", 4,
                                    each_kind<CardFields>("E: XO YO XN YN")};
@@ -45,17 +44,17 @@ constexpr SelectionCards selection_cards(std::string_view location, std::string_
             {list, list, count, 1, each_kind<CardFields>("I: NSEL"), MOST_CARD_VALUES},
             {side, side, "inside or outside", 1, each_kind<CardFields>("I: ISIDE")}};
 }
-inline constexpr SelectionCards CARDS_3_3_2 =
-    selection_cards("3.3.2.1", "3.3.2.2.1", "3.3.2.2.2", "3.3.2.3", "how nodes are selected",
-                    "count of nodes or materials");
-inline constexpr SelectionCards CARDS_3_3_3 =
-    selection_cards("3.3.3.1", "3.3.3.2.1", "3.3.3.2.2", "3.3.3.3", "how elements are selected",
-                    "count of elements");
-inline constexpr SelectionCards CARDS_3_3_4 =
-    selection_cards("3.3.4.1", "3.3.4.2.1", "3.3.4.2.2", "3.3.4.3", "how elements are selected",
-                    "count of elements");
+inline constexpr SelectionCards CARDS_3_3_2 = selection_cards(
+    "3.3.2.1", "3.3.2.2.1", "3.3.2.2.2", "3.3.2.3", "how nodes are selected", "count of nodes or materials");
+inline constexpr SelectionCards CARDS_3_3_3 = selection_cards(
+    "3.3.3.1", "3.3.3.2.1", "3.3.3.2.2", "3.3.3.3", "how elements are selected", "count of elements");
+inline constexpr SelectionCards CARDS_3_3_4 = selection_cards(
+    "3.3.4.1", "3.3.4.2.1", "3.3.4.2.2", "3.3.4.3", "how elements are selected", "count of elements");
 
-inline constexpr Card CARD_3_3_2_4{"3.3.2.4", "3.3.2.4", "new node codes", 0,
+inline constexpr Card CARD_3_3_2_4{"3.3.2.4",
+                                   "3.3.2.4",
+                                   "new node codes",
+                                   0,
                                    {"I: ISX ISY IFX IFY IRZ", "I: ID IDF", "I: ID IDF", "I: IDX IDY IDT"}};
 inline constexpr Card CARD_3_3_4_4{"3.3.4.4", "3.3.4.4", "new materials", 3,
                                    each_kind<CardFields>("I: MATNC MATNB MATNT")};
@@ -68,8 +67,9 @@ inline constexpr Card CARD_3_3_6_3{"3.3.6.3", "3.3.6.3", "crest, toe and foot of
                                    each_kind<CardFields>("E: X1 Y1 X2 Y2 X3 Y3")};
 
 // -10 leaves a field as it is.
-inline constexpr Card CARD_3_6_1{"3.6.1", "3.6.1", "count of rows for continuum elements",
-                                 1,       each_kind<CardFields>("I: NEDC"), MOST_REBUILD_ROWS};
+inline constexpr Card CARD_3_6_1{
+    "3.6.1",          "3.6.1", "count of rows for continuum elements", 1, each_kind<CardFields>("I: NEDC"),
+    MOST_REBUILD_ROWS};
 inline constexpr Card CARD_3_6_1_1{"3.6.1-1",
                                    "3.6.1-1",
                                    "row for continuum elements",
@@ -78,21 +78,23 @@ inline constexpr Card CARD_3_6_1_1{"3.6.1-1",
                                     "I: MATold NS1 NS2 NS3 NS4 MATNEW=-10 IDH=-10 -: -=-10",
                                     "I: MATold NS1 NS2 NS3 NS4 MATNEW=-10 IDH=-10 -: -=-10",
                                     "I: MATold NS1 NS2 NS3 NS4 MATNEW=-10 E: THIC=-10 DEN=-10"}};
-inline constexpr Card CARD_3_6_2{"3.6.2", "3.6.2", "count of rows for beams",
-                                 1,       each_kind<CardFields>("I: NEDB"), MOST_REBUILD_ROWS};
+inline constexpr Card CARD_3_6_2{
+    "3.6.2", "3.6.2", "count of rows for beams", 1, each_kind<CardFields>("I: NEDB"), MOST_REBUILD_ROWS};
 inline constexpr Card CARD_3_6_2_1{"3.6.2-1", "3.6.2-1", "row for beams", 3,
                                    each_kind<CardFields>("I: MATold NS1 NS2 MATNEW=-10 -=-10")};
-inline constexpr Card CARD_3_6_3{"3.6.3", "3.6.3", "count of rows for trusses",
-                                 1,       each_kind<CardFields>("I: NEDT"), MOST_REBUILD_ROWS};
+inline constexpr Card CARD_3_6_3{
+    "3.6.3", "3.6.3", "count of rows for trusses", 1, each_kind<CardFields>("I: NEDT"), MOST_REBUILD_ROWS};
 inline constexpr Card CARD_3_6_3_1{"3.6.3-1", "3.6.3-1", "row for trusses", 3,
                                    each_kind<CardFields>("I: MATold NS1 NS2 MATNEW=-10 -=-10")};
 
 // --- base mesh -----------------------------------------------------------------------------------
 
-inline constexpr Card CARD_4_1{
-    "4.1", "4.1", "count of block columns and rows; which sides are fixed", 2,
-    each_kind<CardFields>("I: NBX NBY IB_LEFT=1 IB_RIGHT=1 IB_TOP=0 IB_BOTTOM=1")};
-inline constexpr Card CARD_4_2{"4.2", "4.2", "lower left corner", 2,
+inline constexpr Card CARD_4_1{"4.1", "4.1", "count of block columns and rows; which sides are fixed", 2,
+                               each_kind<CardFields>("I: NBX NBY IB_LEFT=1 IB_RIGHT=1 IB_TOP=0 IB_BOTTOM=1")};
+inline constexpr Card CARD_4_2{"4.2",
+                               "4.2",
+                               "lower left corner",
+                               2,
                                {"E: Xo Yo Ywater=-1E30", "E: Xo Yo T=0", "E: Xo Yo H=0", "E: Xo Yo"}};
 inline constexpr Card CARD_4_3{"4.3", "4.3", "block column, from the left", 3,
                                each_kind<CardFields>("E: W DX AX")};
@@ -102,9 +104,12 @@ inline constexpr Card CARD_4_5{"4.5", "4.5", "does an edit follow?", 1, each_kin
 
 // --- earth dam -----------------------------------------------------------------------------------
 
-inline constexpr Card CARD_5_1{
-    "5.1", "5.1", "what the dam has",
-    4,     each_kind<CardFields>("I: NLAYER ICORE ICUT ISHELL NCREST=0 E: Hi=0"), MOST_CARD_VALUES};
+inline constexpr Card CARD_5_1{"5.1",
+                               "5.1",
+                               "what the dam has",
+                               4,
+                               each_kind<CardFields>("I: NLAYER ICORE ICUT ISHELL NCREST=0 E: Hi=0"),
+                               MOST_CARD_VALUES};
 inline constexpr Card CARD_5_2{"5.2", "5.2", "profile of the dam", 8,
                                each_kind<CardFields>("E: HDAM HWATER RUNL WLEFT WCREST WMID RUNR WRIGHT")};
 inline constexpr Card CARD_5_3{"5.3", "5.3", "the four points of the core", 8,

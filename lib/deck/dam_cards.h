@@ -4,15 +4,13 @@
 #include <cstdint>
 #include <vector>
 
+#include "plane/point.h"
 #include "text/run_end.h"
 
 namespace brelan {
 
-// A point of the profile: the left toe is the origin, x runs to the right, y up from the dam's base.
-struct DamPoint {
-    float x = 0.0F, y = 0.0F;
-};
-using DamOutline = std::vector<DamPoint>;
+// Points of the profile: the left toe is the origin, x runs to the right, y up from the dam's base.
+using DamOutline = std::vector<Point>;
 
 // Cards 5.1 to 5.5.
 struct DamCards {

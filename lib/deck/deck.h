@@ -25,8 +25,8 @@ struct MeshNames {
 };
 
 struct Deck {
-    std::int32_t mode = 0;       // IMOD
-    std::int32_t kind_code = 0;  // JK
+    std::int32_t mode = 0;            // IMOD
+    std::int32_t kind_code = 0;       // JK
     FilePlace mode_place, end_place;  // of Card 1.1, and behind the last card
 
     MeshNames names;
@@ -37,6 +37,8 @@ struct Deck {
     EditCards edit;
     GroupCards groups;
     DamCards dam;
+
+    bool is_dam() const { return mode == 3; }
 
     // The first fault of a value that is none of the cards' form: a run meets it when it takes the part.
     struct Fault {

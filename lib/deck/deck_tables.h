@@ -17,9 +17,10 @@ using CardValues = Table<float, MOST_CARD_VALUES, "CARDVAL">;
 // What stays from card to card, also into the next deck: a field that is not given and has no default keeps
 // what an earlier card left at its position.
 struct CardMemory {
-    CardValues values;                    // of the card read last, from position 1
-    TextLine name_field;                  // what stands behind a name that was moved to the left
-    std::int32_t prepared_kind_code = 0;  // JK of a Card 1.1 that gives none; set by the earth-dam deck writer
+    CardValues values;    // of the card read last, from position 1
+    TextLine name_field;  // what stands behind a name that was moved to the left
+    std::int32_t prepared_kind_code =
+        0;  // JK of a Card 1.1 that gives none; set by the earth-dam deck writer
 };
 
 // The decks of a run.

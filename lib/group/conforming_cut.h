@@ -4,9 +4,9 @@
 #include <cstdint>
 
 #include "group/engine.h"
-#include "group/geometry.h"
 #include "mesh/group_tables.h"
 #include "mesh/tables.h"
+#include "plane/geometry.h"
 
 namespace brelan {
 

@@ -5,31 +5,12 @@
 #include <span>
 #include <vector>
 
-#include "mesh/group_tables.h"
 #include "mesh/tables.h"
+#include "plane/box.h"
 
 namespace brelan {
 
 struct Engine;
-
-// The largest width and height of segments that are not along an axis.
-struct Extent {
-    float width = 0.0F, height = 0.0F;
-
-    void include(const Point& a, const Point& b);
-};
-
-// A box around points.
-struct Box {
-    float x0, y0, x1, y1;
-
-    void include(const Point& p);
-    float size() const;
-    // The box with room for what the tests find beyond it: nodes and middles within a reach, and crossings by
-    // what the slanting segments in it take.
-    Box with_room(const Extent& slanting, float reach = 0.0F) const;
-};
-Box box_of(const Point& a, const Point& b);
 
 // Cells hold the elements whose boxes touch them. An element that changes is noted again where it lies now;
 // that it still stands in older cells costs a test and changes nothing.

@@ -8,10 +8,6 @@
 
 namespace brelan {
 
-float distance(const Point& a, const Point& b) {
-    return distance_between(a.x, a.y, b.x, b.y);
-}
-
 bool is_joint(const Mesh& mesh, std::int32_t e) {
     switch (mesh.kind) {
         case LayoutKind::coupled:

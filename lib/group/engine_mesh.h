@@ -6,17 +6,15 @@
 #include <vector>
 
 #include "group/engine.h"
-#include "group/geometry.h"
 #include "mesh/group_tables.h"
 #include "mesh/tables.h"
+#include "plane/geometry.h"
 
 namespace brelan {
 
 inline Point node_point(const Mesh& mesh, std::int32_t n) {
     return {mesh.x[n], mesh.y[n]};
 }
-
-float distance(const Point& a, const Point& b);
 
 // True for a continuum element that carries the mark of a joint: KS above 0, IDH below 0 or DEN below 0 by
 // kind.

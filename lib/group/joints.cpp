@@ -7,6 +7,7 @@
 
 #include "group/engine_mesh.h"
 #include "mesh/kinds.h"
+#include "plane/polygon_scan.h"
 
 namespace brelan {
 
@@ -44,7 +45,7 @@ void set_joint_attributes(Mesh& mesh, std::int32_t e, std::int32_t joint_attribu
 bool is_left(const std::vector<Point>& line, bool closed, std::size_t k, const Point& centre) {
     const std::size_t last = line.size() - 1;
     if (closed)
-        return scan_polygon(centre, line, SCAN_ALWAYS) == 1;
+        return scan_polygon(centre, line);
     if (k == 0)
         return area_32(line[0], line[1], centre) >= 0.0F;
     if (k == last)

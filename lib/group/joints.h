@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "group/engine.h"
-#include "group/geometry.h"
 #include "mesh/tables.h"
+#include "plane/geometry.h"
 
 namespace brelan {
 

@@ -6,9 +6,9 @@
 #include <span>
 #include <vector>
 
-#include "group/geometry.h"
 #include "mesh/group_tables.h"
 #include "mesh/tables.h"
+#include "plane/geometry.h"
 #include "text/channels.h"
 
 namespace brelan {

@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "group/engine_mesh.h"
-#include "group/polygon_scan.h"
+#include "plane/polygon_scan.h"
 #include "text/layout.h"
 
 namespace brelan {

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "group/engine.h"
-#include "group/polygon_scan.h"
 #include "mesh/group_tables.h"
 #include "mesh/tables.h"
+#include "plane/polygon_scan.h"
 #include "text/channels.h"
 
 namespace brelan {

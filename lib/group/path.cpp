@@ -9,6 +9,8 @@
 #include "group/conforming_cut.h"
 #include "group/engine_mesh.h"
 #include "group/node_index.h"
+#include "plane/arc.h"
+#include "plane/polygon_scan.h"
 
 namespace brelan {
 

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "group/engine.h"
-#include "group/geometry.h"
 #include "mesh/group_tables.h"
 #include "mesh/tables.h"
+#include "plane/geometry.h"
 
 namespace brelan {
 

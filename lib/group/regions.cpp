@@ -7,9 +7,9 @@
 
 #include "group/engine_mesh.h"
 #include "group/joints.h"
-#include "group/polygon_scan.h"
 #include "mesh/edition.h"
 #include "mesh/mesh_records.h"
+#include "plane/polygon_scan.h"
 
 namespace brelan {
 

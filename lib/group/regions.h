@@ -5,8 +5,8 @@
 #include <span>
 
 #include "group/engine.h"
-#include "group/geometry.h"
 #include "mesh/tables.h"
+#include "plane/geometry.h"
 
 namespace brelan {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "mesh/kinds.h"
-#include "mesh/node_grid.h"
+#include "plane/point_grid.h"
 
 namespace brelan {
 
@@ -180,12 +180,13 @@ void match_listed_nodes(const CombinationCards& cards, Mesh& mesh, const SideTab
     for (std::int32_t i = 1; i <= cards.pair_count; ++i) {
         const std::int32_t second = cards.second_nodes[i];
         if (second < 1 || second > HIGHEST_NODE_NUMBER || side.second_node_in_use[second] != 1)
-            fail_at(cards.list_place, "Card 2.3: expected node numbers of the mesh of Card 2.1-1 in the first list, found " +
-                 std::to_string(second));
+            fail_at(cards.list_place,
+                    "Card 2.3: expected node numbers of the mesh of Card 2.1-1 in the first list, found " +
+                        std::to_string(second));
         if (cards.first_nodes[i] < 1 || cards.first_nodes[i] > HIGHEST_NODE_NUMBER)
-            fail_at(cards.list_place, "Card 2.3: expected node numbers from 1 to " +
-                 std::to_string(HIGHEST_NODE_NUMBER) + " in the second list, found " +
-                 std::to_string(cards.first_nodes[i]));
+            fail_at(cards.list_place,
+                    "Card 2.3: expected node numbers from 1 to " + std::to_string(HIGHEST_NODE_NUMBER) +
+                        " in the second list, found " + std::to_string(cards.first_nodes[i]));
         if (mesh.node_in_use[cards.first_nodes[i]] == 1)
             mesh.new_number[cards.first_nodes[i]] = -second;
     }
@@ -194,7 +195,7 @@ void match_listed_nodes(const CombinationCards& cards, Mesh& mesh, const SideTab
 void match_nearest_nodes(const Combination& combination, Mesh& mesh, const SideTables& side, float spacing) {
     const float reach = 0.5F * spacing;
     const std::vector<NumberedPoint> candidates = second_nodes(combination, mesh, side);
-    NodeGrid grid(reach, candidates.size());
+    PointGrid grid(reach, candidates.size());
     for (const NumberedPoint& node : candidates)
         grid.add(node);
     for (const NumberedPoint& node : first_nodes(combination, mesh, side))

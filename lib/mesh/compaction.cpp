@@ -14,9 +14,9 @@ namespace {
 void require_room(const EditCards& edit, std::int32_t start, std::int32_t count, std::int32_t last,
                   const char* what) {
     if (count > 0 && (start < 1 || start - 1 + count > last))
-        fail_at(edit.start_place, std::string("Card 3.2: expected a first ") + what + " number that keeps all " +
-             std::to_string(count) + " within 1 to " + std::to_string(last) + ", found " +
-             std::to_string(start));
+        fail_at(edit.start_place, std::string("Card 3.2: expected a first ") + what +
+                                      " number that keeps all " + std::to_string(count) + " within 1 to " +
+                                      std::to_string(last) + ", found " + std::to_string(start));
 }
 
 }  // namespace

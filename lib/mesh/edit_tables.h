@@ -56,7 +56,7 @@ struct EditCards {
     float crest_x = 0.0F, crest_y = 0.0F;  // X1, Y1
     float toe_x = 0.0F, toe_y = 0.0F;      // X2, Y2
     float foot_x = 0.0F, foot_y = 0.0F;    // X3, Y3
-    FilePlace triangle_place;  // of Card 3.3.6.3
+    FilePlace triangle_place;              // of Card 3.3.6.3
 
     std::int32_t continuum_row_count = 0, beam_row_count = 0,
                  truss_row_count = 0;  // NEDC, NEDB, NEDT: IEDIT 6

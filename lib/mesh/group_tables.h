@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "mesh/tables.h"
+#include "plane/point.h"
 #include "text/text_line.h"
 
 namespace brelan {
@@ -15,15 +16,8 @@ namespace brelan {
 inline constexpr std::int32_t MOST_GROUPS = 500;         // groups of a deck, and rows of the group listing
 inline constexpr std::int32_t MOST_GROUP_POINTS = 1100;  // outline points, and segments, of a group
 inline constexpr std::int32_t MOST_PATH_NODES = 4000;    // nodes kept of a group's line
-inline constexpr std::int32_t MOST_POLYGON_POINTS =
-    2001;  // points of one segment, and of a polygon to be scanned
 
 // --- cards ---------------------------------------------------------------------------------------
-
-// A point of the plane.
-struct Point {
-    float x = 0.0F, y = 0.0F;
-};
 
 // Kind of a group.
 //   0 skipped; 1 deletes inside, -1 outside; 2 a line, -2 a joint along a line; 3 material inside, -3 with a

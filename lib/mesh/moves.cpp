@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "mesh/group_tables.h"
+#include "plane/point.h"
 
 namespace brelan {
 

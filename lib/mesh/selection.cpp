@@ -25,7 +25,8 @@ void prepare_selection(const EditCards& edit, Selection& selection) {
         for (const std::int32_t node : listed(edit))
             if (node < 1 || node > HIGHEST_NODE_NUMBER)
                 fail_at(edit.list_place, "expected a polyline of node numbers from 1 to " +
-                     std::to_string(HIGHEST_NODE_NUMBER) + ", found " + std::to_string(node));
+                                             std::to_string(HIGHEST_NODE_NUMBER) + ", found " +
+                                             std::to_string(node));
     if (edit.selection_mode != 1)
         return;
     if (edit.operation == 1)

@@ -24,10 +24,10 @@ std::int32_t expand_list(std::span<const std::int32_t> list, SelectionTable& tab
     for (const std::int32_t entry : list) {
         if (entry < -last || entry > last)
             fail_at(place, "expected a list of numbers of at most " + std::to_string(last) + ", found " +
-                 std::to_string(entry));
+                               std::to_string(entry));
         if (first && entry < 0)
-            fail_at(place, "expected a list whose first number is not negative, found " +
-                 std::to_string(entry));
+            fail_at(place,
+                    "expected a list whose first number is not negative, found " + std::to_string(entry));
         first = false;
         for (std::int32_t n = entry < 0 ? previous + 1 : entry; n != 0 && n <= std::abs(entry); ++n) {
             table[n] = n;

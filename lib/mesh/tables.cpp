@@ -1,7 +1,5 @@
 #include "mesh/tables.h"
 
-#include <cmath>
-
 namespace brelan {
 
 void reset_mesh(Mesh& mesh, SideTables& side, Selection& selection) {
@@ -21,12 +19,6 @@ void reset_mesh(Mesh& mesh, SideTables& side, Selection& selection) {
     selection.elements.fill(0);
     mesh.node_used.fill(0);
     mesh.type.fill(ELEMENT_DELETED);
-}
-
-float distance_between(float x1, float y1, float x2, float y2) {
-    const float dx = x2 - x1;
-    const float dy = y2 - y1;
-    return std::sqrt(dx * dx + dy * dy);
 }
 
 }  // namespace brelan

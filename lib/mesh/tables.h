@@ -97,7 +97,4 @@ struct Selection {
 // it left there.
 void reset_mesh(Mesh& mesh, SideTables& side, Selection& selection);
 
-// Distance of two points, 32 bits.
-float distance_between(float x1, float y1, float x2, float y2);
-
 }  // namespace brelan

@@ -7,7 +7,7 @@ namespace brelan {
 
 struct Run;
 
-// Reads the cards of a base mesh and generates it: Passes 4A and 4B. Returns IGMOD: 0 when the deck ends with
+// Generates the base mesh of the deck: Passes 4A and 4B. Returns IGMOD: 0 when the deck ends with
 // the base mesh, else it goes on as a mode 1 deck.
 std::int32_t run_base_mesh(Run& run);
 

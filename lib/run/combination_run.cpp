@@ -4,7 +4,6 @@
 #include "deck/strip_mesh.h"
 #include "mesh/combine.h"
 #include "mesh/result_file.h"
-#include "run/read_cards.h"
 #include "run/run.h"
 #include "text/channel_numbers.h"
 #include "text/channels.h"
@@ -65,8 +64,8 @@ void read_second_region(Run& run) {
 }
 
 void match_nodes(Run& run) {
-    if (run.combination.interface_rule == 1) {
-        match_listed_nodes(run.combination, run.mesh, run.side);
+    if (run.deck.combination.interface_rule == 1) {
+        match_listed_nodes(run.deck.combination, run.mesh, run.side);
         run.trace.pass(" Pass 32 ", 32.0F);
         return;
     }
@@ -84,7 +83,7 @@ void write_combined(Run& run) {
     run.trace.pass(" Pass 36 ", 36.0F);
     count_combined(run.mesh, run.side, result);
     run.trace.pass(" Pass 37 ", 37.0F);
-    write_mesh_head(mesh_file, run.files.combined.view(), result.counts);
+    write_mesh_head(mesh_file, run.deck.names.result.view(), result.counts);
     run.trace.pass(" Pass 38 ", 38.0F);
     write_node_heading(run.settings.kind(), mesh_file);
     write_combined_nodes(run.mesh, mesh_file, result);
@@ -106,15 +105,15 @@ void write_combined(Run& run) {
 
 void open_combination(Run& run) {
     run.trace.pass(" Pass 5G ", 5.7F);
-    read_combination_cards(run);
+    run.deck.require(DeckPart::combination);
     run.channels.open(CHANNEL_MESH_A, "FILEA.TMP", OpenStatus::work);
     run.channels.open(CHANNEL_MESH_B, "FILEB.TMP", OpenStatus::work);
     // The names cross: the mesh of Card 2.1-2 is the first region.
-    run.channels.open(CHANNEL_SOURCE_A, run.files.second.view(), OpenStatus::old);
-    run.channels.open(CHANNEL_SOURCE_B, run.files.first.view(), OpenStatus::old);
-    run.channels.open(CHANNEL_WORK, run.files.combined.view(), OpenStatus::result);
-    run.combination.first.name = run.files.second.trimmed();
-    run.combination.second.name = run.files.first.trimmed();
+    run.channels.open(CHANNEL_SOURCE_A, run.deck.names.second.view(), OpenStatus::old);
+    run.channels.open(CHANNEL_SOURCE_B, run.deck.names.first.view(), OpenStatus::old);
+    run.channels.open(CHANNEL_WORK, run.deck.names.result.view(), OpenStatus::result);
+    run.combination.first.name = run.deck.names.second.trimmed();
+    run.combination.second.name = run.deck.names.first.trimmed();
     run.combination.first.stripped =
         strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_A, CHANNEL_MESH_A);
     run.combination.second.stripped =

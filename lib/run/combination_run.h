@@ -5,7 +5,7 @@ namespace brelan {
 
 struct Run;
 
-// Reads Cards 2.x, opens the files and strips both meshes; finds the elements' new numbers.
+// Opens the files of Cards 2.x and strips both meshes; finds the elements' new numbers.
 void open_combination(Run& run);
 
 // Passes 6 to 41.

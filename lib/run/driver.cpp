@@ -11,7 +11,6 @@
 #include "run/combination_run.h"
 #include "run/edit_run.h"
 #include "run/flush_to_zero.h"
-#include "run/read_cards.h"
 #include "run/run.h"
 #include "run/slope_run.h"
 #include "run/start_up.h"
@@ -51,37 +50,35 @@ void run_mode_0(Run& run) {
 }
 
 void run_mode_1(Run& run) {
+    if (!run.deck.has_edit)
+        fail_at(run.deck.end_place, "the file ends here; expected a file name");
     // With IEDIT 5 the deck names no FILEA: MODEL has chosen a slope template.
-    run.files.first = run.checker.edit_seen == 5 ? slope_template(run) : read_file_name(run);
-    run.files.result = read_file_name(run);
+    if (run.deck.uses_template)
+        run.deck.names.first = slope_template(run);
     open_edit_files(run);
-    read_edit(run);
+    begin_edit(run);
     open_result_copy(run);
     run_edit(run);
-    run.files.first = run.files.result;
 }
 
 // A base mesh that no edit follows is passed on unchanged.
 void run_base_mesh_alone(Run& run) {
     reset_mesh(run.mesh, run.side, run.selection);
-    run.files.first = TextLine("..\\Bmesh.dat");
-    run.files.result = TextLine("Basic.Tmp");
+    run.deck.names.first = TextLine("..\\Bmesh.dat");
+    run.deck.names.result = TextLine("Basic.Tmp");
     open_edit_files(run);
     set_identity_edit(run);
     run.trace.pass(" Pass 4C ", 4.3F);
     open_result_copy(run);
     run_edit(run);
-    run.files.first = run.files.result;
 }
 
 // A mode that no cards belong to: the passes begin, and find no mesh.
 [[noreturn]] void run_unknown_mode(Run& run, std::int32_t mode) {
     open_result_copy(run);
     run.trace.pass(" Pass 6 ", 6.0F);
-    Channel& deck = run.channels.at(CHANNEL_DECK);
-    deck.rewind();
-    deck.fail_here("expected an IMOD of -1 to 3 on Card 1.1, found " + std::to_string(mode) +
-                   ": no mesh is open");
+    fail_at(run.deck.mode_place,
+            "expected an IMOD of -1 to 3 on Card 1.1, found " + std::to_string(mode) + ": no mesh is open");
 }
 
 void end_deck(Run& run) {
@@ -94,9 +91,13 @@ void end_deck(Run& run) {
 // The decks that are made of a dam's cards take its place.
 void normalise_deck(Run& run) {
     const LayoutKind kind = run.settings.kind();
-    while (check_deck(run.channels, kind, run.checker, run.console, run.decks.name, NORMALISED_DECK) ==
-           DeckContent::dam) {
-        write_dam_decks(run.channels, kind, run.checker, run.decks, run.dam, run.sizes);
+    const auto check = [&] {
+        check_deck(run.channels, kind, run.card_memory, run.deck, run.console, run.decks.name,
+                   NORMALISED_DECK);
+    };
+    for (check(); run.deck.is_dam(); check()) {
+        run.deck.require(DeckPart::mode);
+        write_dam_decks(run.channels, kind, run.card_memory, run.decks, run.deck.dam, run.sizes);
         run.decks.name = run.decks.names[1];
         drop_checked_deck(run.channels);
     }
@@ -106,11 +107,8 @@ void run_deck(Run& run) {
     run.listing.count = 0;
     run.decks.name = run.decks.names[run.decks.number];
     normalise_deck(run);
-    Channel& deck = run.channels.open(CHANNEL_DECK, NORMALISED_DECK, OpenStatus::old);
-    deck.set_origin(run.checker.origin);
-    std::int32_t mode = 0;
-    std::int32_t kind_code = 0;
-    read_free(deck, "Card 1.1 (IMOD, JK)", mode, kind_code);
+    run.deck.require(DeckPart::mode);
+    std::int32_t mode = run.deck.mode;
     run.combination.keeps_first_data = mode == -1;
     if (run.combination.keeps_first_data)
         mode = 0;

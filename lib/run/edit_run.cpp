@@ -16,7 +16,6 @@
 #include "mesh/selection.h"
 #include "output/group_out.h"
 #include "run/group_run.h"
-#include "run/read_cards.h"
 #include "run/run.h"
 #include "run/slope_run.h"
 #include "text/channel_numbers.h"
@@ -28,7 +27,7 @@ namespace brelan {
 namespace {
 
 void trace_edit(Run& run) {
-    switch (run.edit.operation) {
+    switch (run.deck.edit.operation) {
         case 0:
             run.trace.pass(" Pass 5A ", 5.1F);
             break;
@@ -59,9 +58,10 @@ void select_on_polyline(Run& run, Channel& mesh_file) {
     run.trace.pass(" Pass 7B ", 7.2F);
     const NodePlaces places = read_node_places(run.settings.kind(), run.source, mesh_file);
     run.trace.pass(" Pass 7C-1 ", 7.31F);
-    if (run.edit.list_count > 0)
-        select_polyline(places, run.selection,
-                        std::span(&run.edit.list[1], static_cast<std::size_t>(run.edit.list_count)));
+    if (run.deck.edit.list_count > 0)
+        select_polyline(
+            places, run.selection,
+            std::span(&run.deck.edit.list[1], static_cast<std::size_t>(run.deck.edit.list_count)));
     run.trace.pass(" Pass 7C-2 ", 7.32F);
     run.trace.pass(" Pass 7D ", 7.4F);
 }
@@ -71,30 +71,30 @@ void load_mesh(Run& run) {
     run.trace.pass(" Pass 6 ", 6.0F);
     Channel& mesh_file = run.channels.at(CHANNEL_MESH_A);
     scan_nodes(run.settings.kind(), run.source, mesh_file);
-    prepare_selection(run.edit, run.selection);
-    if (run.edit.operation == 1 && run.edit.selection_mode == 2)
+    prepare_selection(run.deck.edit, run.selection);
+    if (run.deck.edit.operation == 1 && run.deck.edit.selection_mode == 2)
         select_on_polyline(run, mesh_file);
     run.trace.pass(" Pass 8 ", 8.0F);
-    edit_nodes(run.edit, run.source, run.mesh, run.selection, mesh_file);
-    if (run.edit.operation == 5)
+    edit_nodes(run.deck.edit, run.source, run.mesh, run.selection, mesh_file);
+    if (run.deck.edit.operation == 5)
         map_slope_nodes(run);
     run.trace.pass(" Pass 9 ", 9.0F);
     scan_elements(run.settings.kind(), run.source, mesh_file);
-    fix_start_numbers(run.edit, run.source);
+    fix_start_numbers(run.deck.edit, run.source);
     if (run.source.counts.continuum_elements > 0) {
         run.trace.pass(" Pass 10 ", 10.0F);
-        edit_elements(run.edit, run.source, run.mesh, run.selection, mesh_file, ELEMENT_CONTINUUM);
+        edit_elements(run.deck.edit, run.source, run.mesh, run.selection, mesh_file, ELEMENT_CONTINUUM);
         run.trace.pass(" Pass 11 ", 11.0F);
     }
     if (run.source.counts.beams > 0) {
-        edit_elements(run.edit, run.source, run.mesh, run.selection, mesh_file, ELEMENT_BEAM);
+        edit_elements(run.deck.edit, run.source, run.mesh, run.selection, mesh_file, ELEMENT_BEAM);
         run.trace.pass(" Pass 12 ", 12.0F);
     }
     if (run.source.counts.trusses > 0) {
-        edit_elements(run.edit, run.source, run.mesh, run.selection, mesh_file, ELEMENT_TRUSS);
+        edit_elements(run.deck.edit, run.source, run.mesh, run.selection, mesh_file, ELEMENT_TRUSS);
         run.trace.pass(" Pass 13 ", 13.0F);
     }
-    if (run.edit.operation == 5)
+    if (run.deck.edit.operation == 5)
         finish_slope_elements(run);
 }
 
@@ -107,26 +107,26 @@ void run_moves(Run& run) {
 
 // Passes 15 to 19: the numbering closes up (IEDIT 2, 3 and 4).
 void run_compaction(Run& run) {
-    if (run.edit.operation != 2 && run.edit.operation != 3 && run.edit.operation != 4)
+    if (run.deck.edit.operation != 2 && run.deck.edit.operation != 3 && run.deck.edit.operation != 4)
         return;
-    if (run.edit.operation == 4)
+    if (run.deck.edit.operation == 4)
         run_collapse_and_moves(run);
     run.trace.pass(" Pass 15 ", 15.0F);
     const std::int32_t elements = pack_elements(run.mesh);
     run.trace.pass(" Pass 16 ", 16.0F);
     const std::int32_t nodes = pack_nodes(run.mesh);
     run.trace.pass(" Pass 17 ", 17.0F);
-    renumber_corners(run.mesh, elements, run.edit.first_node);
-    if (run.edit.operation == 4)
-        renumber_lines(run, run.edit.first_node);
+    renumber_corners(run.mesh, elements, run.deck.edit.first_node);
+    if (run.deck.edit.operation == 4)
+        renumber_lines(run, run.deck.edit.first_node);
     run.trace.pass(" Pass 18 ", 18.0F);
-    place_nodes(run.edit, run.mesh, nodes, run.edit.first_node);
+    place_nodes(run.deck.edit, run.mesh, nodes, run.deck.edit.first_node);
     run.trace.pass(" Pass 19 ", 19.0F);
-    place_elements(run.edit, run.mesh, elements, run.edit.first_element);
+    place_elements(run.deck.edit, run.mesh, elements, run.deck.edit.first_element);
 }
 
 bool is_grouped_head_mesh(Run& run) {
-    return run.edit.operation == 4 && run.settings.kind() == LayoutKind::head;
+    return run.deck.edit.operation == 4 && run.settings.kind() == LayoutKind::head;
 }
 
 // The trusses of a grouped head mesh are flow lines: a solver that goes by the header stops before them.
@@ -138,7 +138,7 @@ MeshCounts header_counts(Run& run, const ResultMesh& result) {
 }
 
 void write_elements(Run& run, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
-    if (run.edit.operation == 4)
+    if (run.deck.edit.operation == 4)
         write_group_elements(run, mesh_file, result, type);
     else
         write_result_elements(run.mesh, mesh_file, result, type);
@@ -152,17 +152,17 @@ void write_result(Run& run) {
     count_nodes(run.mesh, result);
     run.trace.pass(" Pass 21 ", 21.0F);
     count_elements(run.mesh, result);
-    if (run.edit.operation == 4) {
+    if (run.deck.edit.operation == 4) {
         prepare_members(run, result.elements);
         write_pipes(run.channels, run.mesh, run.listing, result);
     }
     run.trace.pass(" Pass 22.1 ", 22.1F);
-    write_mesh_head(mesh_file, run.files.result.view(), header_counts(run, result));
+    write_mesh_head(mesh_file, run.deck.names.result.view(), header_counts(run, result));
     run.trace.pass(" Pass 22.2 ", 22.2F);
     write_node_heading(run.settings.kind(), mesh_file);
     run.trace.pass(" Pass 23 ", 23.0F);
     if (is_grouped_head_mesh(run))
-        write_result_nodes(run.mesh, mesh_file, result, run.group_cards.written_head);
+        write_result_nodes(run.mesh, mesh_file, result, run.deck.groups.written_head);
     else
         write_result_nodes(run.mesh, mesh_file, result);
     if (result.counts.continuum_elements > 0) {
@@ -175,15 +175,15 @@ void write_result(Run& run) {
     }
     if (result.counts.trusses > 0) {
         run.trace.pass(" Pass 26 ", 26.0F);
-        if (run.edit.operation == 4)
-            write_flow_sections(run.channels, run.mesh, run.group_cards, run.listing, result);
+        if (run.deck.edit.operation == 4)
+            write_flow_sections(run.channels, run.mesh, run.deck.groups, run.listing, result);
         write_elements(run, mesh_file, result, ELEMENT_TRUSS);
     }
     write_closing_lines(mesh_file);
     run.trace.pass(" Pass 27.1 ", 27.1F);
-    if (run.edit.operation == 4)
-        write_group_outputs(run.channels, run.trace, run.settings, run.group_cards, run.listing, run.units,
-                            run.files.result.view(), result.counts);
+    if (run.deck.edit.operation == 4)
+        write_group_outputs(run.channels, run.trace, run.settings, run.deck.groups, run.listing, run.units,
+                            run.deck.names.result.view(), result.counts);
     run.trace.pass(" Pass 27.2 ", 27.2F);
     copy_result(run.channels.at(CHANNEL_RESULT), run.channels.at(CHANNEL_RESULT_COPY));
 }
@@ -192,29 +192,29 @@ void write_result(Run& run) {
 
 void open_edit_files(Run& run) {
     run.channels.open(CHANNEL_MESH_A, "FILEA.TMP", OpenStatus::work);
-    run.channels.open(CHANNEL_SOURCE_A, run.files.first.view(), OpenStatus::old);
-    run.channels.open(CHANNEL_RESULT, run.files.result.view(), OpenStatus::result);
+    run.channels.open(CHANNEL_SOURCE_A, run.deck.names.first.view(), OpenStatus::old);
+    run.channels.open(CHANNEL_RESULT, run.deck.names.result.view(), OpenStatus::result);
     run.channels.open(CHANNEL_WORK, "TEMPO.TMP", OpenStatus::work);
     run.source.stripped = strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_A, CHANNEL_MESH_A);
 }
 
-void read_edit(Run& run) {
-    read_edit_cards(run);
+void begin_edit(Run& run) {
+    run.deck.require(DeckPart::edit);
     trace_edit(run);
-    read_edit_group(run);
+    run.deck.require(DeckPart::operation);
 }
 
 void set_identity_edit(Run& run) {
-    run.edit.operation = 0;
-    run.edit.first_element = run.edit.first_node = 1;
-    run.edit.first_beam = run.edit.first_truss = 0;
-    run.edit.old_x = run.edit.old_y = run.edit.new_x = run.edit.new_y = 0.0F;
-    run.edit.scale_x = run.edit.scale_y = 1.0F;
+    run.deck.edit.operation = 0;
+    run.deck.edit.first_element = run.deck.edit.first_node = 1;
+    run.deck.edit.first_beam = run.deck.edit.first_truss = 0;
+    run.deck.edit.old_x = run.deck.edit.old_y = run.deck.edit.new_x = run.deck.edit.new_y = 0.0F;
+    run.deck.edit.scale_x = run.deck.edit.scale_y = 1.0F;
 }
 
 void run_edit(Run& run) {
     load_mesh(run);
-    if (run.edit.operation == 4)
+    if (run.deck.edit.operation == 4)
         run_groups(run);
     run_moves(run);
     run_compaction(run);

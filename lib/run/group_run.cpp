@@ -13,7 +13,6 @@
 #include "mesh/line_up.h"
 #include "mesh/moves.h"
 #include "output/group_out.h"
-#include "run/read_group_cards.h"
 #include "run/run.h"
 #include "text/channel_numbers.h"
 #include "text/channels.h"
@@ -29,15 +28,15 @@ constexpr std::string_view GROUP_FILE = "GROUP.TMP";
 
 void run_groups(Run& run) {
     run.trace.pass(" Pass 14.1 ", 14.1F);
-    read_group_cards(run);
+    run.deck.require(DeckPart::groups);
     load_defaults(run.channels, run.tolerances, run.moves);
     std::int32_t highest = 0;
     for (const NumberRange& range : run.source.elements)
         highest = std::max(highest, range.highest);
-    load_engine(run.mesh, run.group_cards, run.engine, run.source.nodes.highest, highest);
+    load_engine(run.mesh, run.deck.groups, run.engine, run.source.nodes.highest, highest);
     set_tolerances(run.mesh, run.tolerances, run.engine);
     run.trace.pass(" Pass 14.2 ", 14.2F);
-    work_on_groups(run.channels, run.mesh, run.group_cards, run.tolerances, run.engine, run.listing);
+    work_on_groups(run.channels, run.mesh, run.deck.groups, run.tolerances, run.engine, run.listing);
     run.trace.pass(" Pass 14.3 ", 14.3F);
     read_listing(run.listing, run.channels.open(CHANNEL_GROUP, GROUP_FILE, OpenStatus::old));
     run.channels.close(CHANNEL_GROUP, CloseAction::remove);
@@ -47,7 +46,7 @@ void run_groups(Run& run) {
 
 void run_line_up(Run& run) {
     read_line_up(run.channels, run.line_up);
-    if (run.edit.operation != 4 || run.line_up.is_on == 0)
+    if (run.deck.edit.operation != 4 || run.line_up.is_on == 0)
         return;
     run.trace.pass(" Pass 14.5  LINEUP = ", 14.5F, run.line_up.is_on);
     search_line_up(run.mesh, run.moves, run.line_up);
@@ -77,11 +76,12 @@ void prepare_members(Run& run, const NumberRange& elements) {
         for (const std::int32_t i : listing_rows_of(run.membership, run.mesh, run.tolerances, run.listing,
                                                     run.mesh.words[e], type)) {
             const std::int32_t g = run.listing.rows[i].group;
-            if (outputs_list(run.settings.kind(), run.group_cards, run.listing.rows[i], type, material))
-                fail_at(run.group_cards.outputs[g].place, "Card 3.3.5.4.1: expected materials of 1 or more in a group with outputs (IGPOST " +
-                     std::to_string(run.group_cards.outputs[g].wants_outputs) + "), but group " +
-                     std::to_string(g) + " lists element " + std::to_string(e) + " with material " +
-                     std::to_string(material));
+            if (outputs_list(run.settings.kind(), run.deck.groups, run.listing.rows[i], type, material))
+                fail_at(run.deck.groups.outputs[g].place,
+                        "Card 3.3.5.4.1: expected materials of 1 or more in a group with outputs (IGPOST " +
+                            std::to_string(run.deck.groups.outputs[g].wants_outputs) + "), but group " +
+                            std::to_string(g) + " lists element " + std::to_string(e) + " with material " +
+                            std::to_string(material));
         }
     }
 }

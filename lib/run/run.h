@@ -2,6 +2,7 @@
 #pragma once
 
 #include "dam/dam_tables.h"
+#include "deck/deck.h"
 #include "deck/deck_tables.h"
 #include "group/engine.h"
 #include "group/membership.h"
@@ -14,7 +15,6 @@
 #include "mesh/move_tables.h"
 #include "mesh/tables.h"
 #include "output/unit_table.h"
-#include "run/read_cards.h"
 #include "text/channels.h"
 #include "text/console.h"
 #include "text/trace.h"
@@ -34,11 +34,9 @@ struct Run {
     Trace trace{channels};
     Settings settings;
     DeckList decks;
-    CheckedDeck checker;
-    FileNames files;
-    BlockCards block_cards;
+    CardMemory card_memory;
+    Deck deck;
     FieldBounds field;
-    EditCards edit;
     EditSource source;
     SlopeSplit slope_split;
     Selection selection;
@@ -47,12 +45,10 @@ struct Run {
     Combination combination;
     MoveLists moves;
     LineUp line_up;
-    GroupCards group_cards;
     Tolerances tolerances;
     Engine engine;
     GroupListing listing;
     Membership membership;
-    DamCards dam;
     DamSizes sizes;
     UnitLabels units;
 };

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "group/geometry.h"
+#include "plane/point.h"
 #include "support/project.h"
 
 namespace brelan::test {

@@ -10,6 +10,7 @@
 #include "commands/checking/group_text.h"
 #include "mesh/group_tables.h"
 #include "model/group_reader.h"
+#include "plane/polygon_scan.h"
 
 namespace brelan::tool {
 

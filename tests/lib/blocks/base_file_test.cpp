@@ -40,7 +40,7 @@ protected:
         directory().write("work/Coord.dat", coord_text);
         directory().write("work/Index.dat", index_text);
         const BaseCounts counts =
-            write_base_file(state.settings.kind(), state.block_cards, state.field,
+            write_base_file(state.settings.kind(), state.deck.blocks, state.field,
                             state.channels.open(31, "Coord.dat", OpenStatus::old),
                             state.channels.open(32, "Index.dat", OpenStatus::old),
                             state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result), raw);
@@ -114,8 +114,8 @@ class BaseFileBounds : public BaseFile {
 protected:
     BaseFileBounds() {
         state.field = {0.0F, 8.0F, 0.0F, 4.0F};
-        state.block_cards.fixes_left = state.block_cards.fixes_right = state.block_cards.fixes_top =
-            state.block_cards.fixes_bottom = 1;
+        state.deck.blocks.fixes_left = state.deck.blocks.fixes_right = state.deck.blocks.fixes_top =
+            state.deck.blocks.fixes_bottom = 1;
     }
 };
 
@@ -153,8 +153,8 @@ TEST_F(BaseFileBounds, NodesFurtherInsideAreFree) {
 }
 
 TEST_F(BaseFileBounds, CornersTakeTheSwitchesOfBothSides) {
-    state.block_cards.fixes_top = 0;
-    state.block_cards.fixes_right = 0;
+    state.deck.blocks.fixes_top = 0;
+    state.deck.blocks.fixes_right = 0;
     make({{"0", "4"}, {"0", "0"}, {"8", "4"}, {"8", "0"}});
     EXPECT_EQ(node_lines(), listing(R"(
       1    1    0    1    1    1  0.000000E+00  0.400000E+01 |
@@ -166,7 +166,7 @@ TEST_F(BaseFileBounds, CornersTakeTheSwitchesOfBothSides) {
 
 TEST_F(BaseFileBounds, AFieldWithoutWidthLiesOnItsLeft) {
     state.field = {2.0F, 2.0F, 0.0F, 4.0F};
-    state.block_cards.fixes_left = 0;
+    state.deck.blocks.fixes_left = 0;
     make({{"2", "3"}});
     EXPECT_EQ(node_lines(), listing(R"(
       1    0    0    1    1    1  0.200000E+01  0.300000E+01 |
@@ -174,7 +174,7 @@ TEST_F(BaseFileBounds, AFieldWithoutWidthLiesOnItsLeft) {
 }
 
 TEST_F(BaseFileBounds, TemperatureAndHeadNodesCarryTheThirdValue) {
-    state.block_cards.third = -3.5F;
+    state.deck.blocks.third = -3.5F;
     {
         const Edition kind(TEMPERATURE);
         make({{"0", "4"}, {"3", "0"}, {"3", "2"}});
@@ -197,8 +197,8 @@ TEST_F(BaseFileBounds, TemperatureAndHeadNodesCarryTheThirdValue) {
 
 TEST_F(BaseFileBounds, WetNodesHaveFluidCodesOnFixedSidesOnly) {
     const Edition kind(COUPLED);
-    state.block_cards.third = 3.0F;
-    state.block_cards.fixes_right = 0;
+    state.deck.blocks.third = 3.0F;
+    state.deck.blocks.fixes_right = 0;
     make({{"0", "2"},
           {"8", "2"},
           {"4", "0"},
@@ -224,15 +224,15 @@ TEST_F(BaseFileBounds, WetNodesHaveFluidCodesOnFixedSidesOnly) {
 
 TEST_F(BaseFileBounds, TheFluidSeesANodeWhereItIsSet) {
     const Edition kind(COUPLED);
-    state.block_cards.third = 3.9999F;  // plus 0.0001 gives 4
-    state.block_cards.fixes_top = 0;
+    state.deck.blocks.third = 3.9999F;  // plus 0.0001 gives 4
+    state.deck.blocks.fixes_top = 0;
     make({{"4", "3.99995"}});
     EXPECT_EQ(node_lines(), listing(R"(
       1    0    0    1    1    1    1    1  0.400000E+01  0.400000E+01 |
 )"));
     // A fixed top alone does not make the node dry: one level higher it is wet, but closed upwards.
-    state.block_cards.third = 4.0F;
-    state.block_cards.fixes_top = 1;
+    state.deck.blocks.third = 4.0F;
+    state.deck.blocks.fixes_top = 1;
     make({{"4", "3.99995"}});
     EXPECT_EQ(node_lines(), listing(R"(
       1    0    1    0    1    1    1    1  0.400000E+01  0.400000E+01 |

@@ -207,7 +207,7 @@ TEST_F(BlockShapes, AMeshAboveTheWorkSpaceStopsAndTheEarlierBaseMeshStays) {
         block.ndx = block.ndy = 1500;
     write_blocks(file);
     EXPECT_EQ(stop_of([] {
-                  make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field);
+                  make_block_mesh(state.channels, state.settings.kind(), state.deck.blocks, state.field);
               }),
               "100");
     state.channels.close_all();
@@ -223,7 +223,7 @@ TEST_F(BlockShapes, TheRequiredSizeCountsDoubledDivisions) {
     file.double_x = file.double_y = 1;
     write_blocks(file);
     EXPECT_EQ(stop_of([] {
-                  make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field);
+                  make_block_mesh(state.channels, state.settings.kind(), state.deck.blocks, state.field);
               }),
               "100");
     state.channels.close_all();
@@ -239,7 +239,7 @@ TEST_F(BlockShapes, AFileThatIsCutOffIsNamed) {
     for (std::size_t end = 0; end < text.size(); end = text.find('\n', end) + 1, ++lines) {
         directory().write("work/Bmesh.Tmp", text.substr(0, end));
         EXPECT_EQ(failure_of([] {
-                      make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field);
+                      make_block_mesh(state.channels, state.settings.kind(), state.deck.blocks, state.field);
                   }).rfind("Bmesh.Tmp, line ", 0),
                   0U)
             << lines << " lines";
@@ -259,7 +259,7 @@ TEST_F(BlockShapes, NumbersThatLeaveTheirTablesAreRefused) {
     for (const HandFile& file : files) {
         write_blocks(file);
         EXPECT_EQ(failure_of([] {
-                      make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field);
+                      make_block_mesh(state.channels, state.settings.kind(), state.deck.blocks, state.field);
                   }).rfind("Bmesh.Tmp, line ", 0),
                   0U);
         state.channels.close_all();

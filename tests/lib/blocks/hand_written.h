@@ -75,16 +75,16 @@ protected:
     BlockMeshTest() {
         std::filesystem::create_directory("work");
         std::filesystem::current_path("work");
-        state.block_cards.fixes_left = state.block_cards.fixes_right = state.block_cards.fixes_top =
-            state.block_cards.fixes_bottom = 0;
-        state.block_cards.third = 0.0F;
+        state.deck.blocks.fixes_left = state.deck.blocks.fixes_right = state.deck.blocks.fixes_top =
+            state.deck.blocks.fixes_bottom = 0;
+        state.deck.blocks.third = 0.0F;
         state.field = {-1000.0F, 1000.0F, -1000.0F, 1000.0F};  // out of reach
     }
 
     void write_blocks(const HandFile& file) const { directory_.write("work/Bmesh.Tmp", file.text()); }
     void generate(const HandFile& file) const {
         write_blocks(file);
-        make_block_mesh(state.channels, state.settings.kind(), state.block_cards, state.field);
+        make_block_mesh(state.channels, state.settings.kind(), state.deck.blocks, state.field);
     }
     const WorkDirectory& directory() const { return directory_; }
     std::string coord() const { return directory_.read("work/Coord.dat"); }

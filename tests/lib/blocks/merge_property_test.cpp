@@ -8,6 +8,7 @@
 #include "blocks/base_file.h"
 #include "lib/blocks/hand_written.h"
 #include "mesh/tables.h"
+#include "plane/point.h"
 
 namespace brelan::test {
 namespace {
@@ -69,7 +70,7 @@ protected:
         raw.last_element = static_cast<std::int32_t>(places.size() / 4);
         directory().write("work/Coord.dat", coord_text);
         directory().write("work/Index.dat", index_text);
-        write_base_file(state.settings.kind(), state.block_cards, state.field,
+        write_base_file(state.settings.kind(), state.deck.blocks, state.field,
                         state.channels.open(31, "Coord.dat", OpenStatus::old),
                         state.channels.open(32, "Index.dat", OpenStatus::old),
                         state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result), raw);

@@ -54,10 +54,10 @@ TEST(SlopeCodes, OfBothSidesAreOnOneSideOfTheLimitBetweenSteepAndFlat) {
 class DamSizesTest : public ::testing::Test {
 protected:
     DamSizesTest() {
-        state.dam = DamCards{};
-        state.dam.height = 20.0F, state.dam.water_height = 15.0F;
-        state.dam.left_run = 20.0F, state.dam.left_width = 21.0F, state.dam.crest = 8.0F,
-        state.dam.middle_width = 9.0F, state.dam.right_run = 30.0F, state.dam.right_width = 33.0F;
+        state.deck.dam = DamCards{};
+        state.deck.dam.height = 20.0F, state.deck.dam.water_height = 15.0F;
+        state.deck.dam.left_run = 20.0F, state.deck.dam.left_width = 21.0F, state.deck.dam.crest = 8.0F,
+        state.deck.dam.middle_width = 9.0F, state.deck.dam.right_run = 30.0F, state.deck.dam.right_width = 33.0F;
     }
     static void expect_size(float size, double expected) {
         EXPECT_NEAR(static_cast<double>(size), expected, 1.0E-6 * std::abs(expected));
@@ -65,7 +65,7 @@ protected:
 };
 
 TEST_F(DamSizesTest, WithoutShellsAreATwentiethOfTheHeight) {
-    size_dam(state.dam, state.sizes);
+    size_dam(state.deck.dam, state.sizes);
     for (const float size :
          {state.sizes.left_size, state.sizes.middle_size, state.sizes.right_size, state.sizes.vertical_size})
         EXPECT_EQ(size, 1.0F);
@@ -76,8 +76,8 @@ TEST_F(DamSizesTest, WithoutShellsAreATwentiethOfTheHeight) {
 }
 
 TEST_F(DamSizesTest, WithShellsAreThoseOfTheTemplates) {
-    state.dam.shells = true;
-    size_dam(state.dam, state.sizes);
+    state.deck.dam.shells = true;
+    size_dam(state.deck.dam, state.sizes);
     EXPECT_EQ(state.sizes.left_model, 1);
     EXPECT_EQ(state.sizes.right_model, 2);
     expect_size(state.sizes.left_size, 21.0 / 28.0 * 0.9999);
@@ -89,26 +89,26 @@ TEST_F(DamSizesTest, WithShellsAreThoseOfTheTemplates) {
 }
 
 TEST_F(DamSizesTest, OfTheMiddleFollowTheDivisionsOfTheCrest) {
-    state.dam.crest_divisions = 4;
+    state.deck.dam.crest_divisions = 4;
     for (const bool shells : {false, true}) {
-        state.dam.shells = shells;
-        size_dam(state.dam, state.sizes);
+        state.deck.dam.shells = shells;
+        size_dam(state.deck.dam, state.sizes);
         expect_size(state.sizes.middle_size, 9.0 / 4.0 * 0.9999);
     }
-    state.dam.crest_divisions = -4;
-    size_dam(state.dam, state.sizes);
+    state.deck.dam.crest_divisions = -4;
+    size_dam(state.deck.dam, state.sizes);
     EXPECT_EQ(state.sizes.middle_size, state.sizes.left_size);
 }
 
 TEST_F(DamSizesTest, FieldReachesRoundTheGround) {
-    size_dam(state.dam, state.sizes);
+    size_dam(state.deck.dam, state.sizes);
     EXPECT_EQ(state.sizes.left, 0.0F);
     EXPECT_EQ(state.sizes.right, 63.0F);
     EXPECT_EQ(state.sizes.bottom, 0.0F);
-    state.dam.layer_count = 2;
-    state.dam.layers = {5.0F, 7.0F};
-    state.dam.left_margin = 11.0F, state.dam.right_margin = 13.0F;
-    size_dam(state.dam, state.sizes);
+    state.deck.dam.layer_count = 2;
+    state.deck.dam.layers = {5.0F, 7.0F};
+    state.deck.dam.left_margin = 11.0F, state.deck.dam.right_margin = 13.0F;
+    size_dam(state.deck.dam, state.sizes);
     EXPECT_EQ(state.sizes.left, -11.0F);
     EXPECT_EQ(state.sizes.right, 76.0F);
     EXPECT_EQ(state.sizes.bottom, -12.0F);

@@ -15,13 +15,13 @@ namespace {
 
 // Inside by the parity of crossings, as the region stage of the group engine asks.
 bool inside(const DamOutline& outline, float x, float y) {
-    std::vector<DamPoint> points;
-    for (const DamPoint& p : outline)
+    std::vector<Point> points;
+    for (const Point& p : outline)
         points.push_back({p.x, p.y});
     bool in = false;
     for (std::size_t i = 0; i < points.size(); ++i) {
-        const DamPoint& a = points[i];
-        const DamPoint& b = points[(i + 1) % points.size()];
+        const Point& a = points[i];
+        const Point& b = points[(i + 1) % points.size()];
         if ((a.y > y) != (b.y > y) && x > a.x + (b.x - a.x) * ((y - a.y) / (b.y - a.y)))
             in = !in;
     }
@@ -30,7 +30,7 @@ bool inside(const DamOutline& outline, float x, float y) {
 
 std::string text_of(const DamOutline& outline) {
     std::string text;
-    for (const DamPoint& p : outline)
+    for (const Point& p : outline)
         text +=
             "(" + std::to_string(static_cast<int>(p.x)) + " " + std::to_string(static_cast<int>(p.y)) + ")";
     return text;

@@ -19,9 +19,9 @@ protected:
     SlopeElements() {
         reset_mesh(state.mesh, state.side, state.selection);
         state.mesh.words.fill(ElementWords{});
-        state.edit.slope_code = 3;
-        state.edit.first_element = 1;
-        state.edit.start_place = "deck.dat, line 7";
+        state.deck.edit.slope_code = 3;
+        state.deck.edit.first_element = 1;
+        state.deck.edit.start_place = "deck.dat, line 7";
         state.source = EditSource{};
         state.source.elements[0] = {1, 9};
         state.slope_split = SlopeSplit{};
@@ -113,7 +113,7 @@ TEST_F(SlopeElements, StayInAMeshWithoutContinuumElements) {
 
 TEST_F(SlopeElements, StayWithoutANodeOnTheLevel) {
     element(2, 50, 1, 2, 0);
-    split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
+    split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split);
     EXPECT_EQ(corners(2), "50 1 2 0");
     EXPECT_EQ(state.mesh.type_in_use[3], ELEMENT_UNUSED);
 }
@@ -126,7 +126,7 @@ TEST_F(SlopeElements, QuadrilateralBecomesATriangleAndAQuadrilateral) {
         element(2, c[0], c[1], c[2], c[3]);
         element(9, 51, 52, 53, 0);
         split_element_2();
-        split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
+        split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split);
         EXPECT_EQ(corners(2), "1 200 50 0");
         EXPECT_EQ(corners(10), "200 2 51 50");
         EXPECT_EQ(state.mesh.type_in_use[10], ELEMENT_CONTINUUM);
@@ -139,7 +139,7 @@ TEST_F(SlopeElements, TriangleBecomesTwo) {
         state.mesh.type_in_use.fill(ELEMENT_UNUSED);
         element(2, c[0], c[1], c[2], 0);
         split_element_2();
-        split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
+        split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split);
         EXPECT_EQ(corners(2), "2 200 50 0");
         EXPECT_EQ(corners(3), "200 1 50 0");
     }
@@ -151,7 +151,7 @@ TEST_F(SlopeElements, SecondPartHasTheAttributesOfTheFirst) {
     state.mesh.skeleton[2] = 3, state.mesh.fluid[2] = 4, state.mesh.integration_r[2] = 5,
     state.mesh.integration_s[2] = 6, state.mesh.real_attribute[2] = 7.0F;
     split_element_2();
-    split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
+    split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split);
     EXPECT_EQ(state.mesh.skeleton[3], 3);
     EXPECT_EQ(state.mesh.fluid[3], 4);
     EXPECT_EQ(state.mesh.integration_r[3], 5);
@@ -162,13 +162,13 @@ TEST_F(SlopeElements, SecondPartHasTheAttributesOfTheFirst) {
 
 TEST_F(SlopeElements, NumberIsShiftedWithTheOthers) {
     state.source.elements[0] = {1, 40};
-    state.edit.first_element = 301;
+    state.deck.edit.first_element = 301;
     element(302, 1, 2, 51, 50);
     element(340, 51, 52, 53, 0);
     state.mesh.words[350] = {101, 102, 102, 101, 0, 0, 0, 0, 1};
     state.mesh.type_in_use[350] = ELEMENT_BEAM;
     split_element_2();
-    split_slope_element(state.edit, state.source, state.mesh, state.slope_split);
+    split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split);
     EXPECT_EQ(corners(302), "1 200 50 0");
     EXPECT_EQ(corners(351), "200 2 51 50");
 }
@@ -177,7 +177,7 @@ TEST_F(SlopeElements, ElementThatIsNotThereIsRefused) {
     element(3, 1, 2, 51, 50);
     split_element_2();
     const std::string message =
-        failure_of([] { split_slope_element(state.edit, state.source, state.mesh, state.slope_split); });
+        failure_of([] { split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split); });
     EXPECT_NE(message.find("L_2.0.Mes: expected a continuum element 2"), std::string::npos) << message;
 }
 
@@ -185,7 +185,7 @@ TEST_F(SlopeElements, ElementAwayFromTheSlopeIsRefused) {
     element(2, 1, 52, 2, 51);
     split_element_2();
     const std::string message =
-        failure_of([] { split_slope_element(state.edit, state.source, state.mesh, state.slope_split); });
+        failure_of([] { split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split); });
     EXPECT_NE(message.find("element 2 on the slope"), std::string::npos) << message;
 }
 
@@ -194,7 +194,7 @@ TEST_F(SlopeElements, NumberBeyondTheTablesIsRefused) {
     element(HIGHEST_ELEMENT_NUMBER, 51, 52, 53, 0);
     split_element_2();
     const std::string message =
-        failure_of([] { split_slope_element(state.edit, state.source, state.mesh, state.slope_split); });
+        failure_of([] { split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split); });
     EXPECT_NE(message.find("deck.dat, line 7: Card 3.2"), std::string::npos) << message;
 }
 

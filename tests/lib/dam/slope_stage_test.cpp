@@ -21,8 +21,8 @@ protected:
 
     static void lay(std::int32_t MODEL) {
         reset_mesh(state.mesh, state.side, state.selection);
-        state.edit.slope_code = MODEL;
-        state.edit.initial_head = 7.5F;
+        state.deck.edit.slope_code = MODEL;
+        state.deck.edit.initial_head = 7.5F;
         state.source = EditSource{};
         state.slope_split = SlopeSplit{};
         const SlopeModel& m = slope_model(MODEL);
@@ -43,13 +43,13 @@ protected:
     }
 
     static void level(float water_share) {
-        state.edit.water_share = water_share;
-        apply_water_level(state.trace, state.edit, state.source, state.mesh, state.slope_split);
+        state.deck.edit.water_share = water_share;
+        apply_water_level(state.trace, state.deck.edit, state.source, state.mesh, state.slope_split);
     }
 
     // Slope point i, from 0 at the toe.
-    static std::int32_t node(std::int32_t i) { return slope_model(state.edit.slope_code).node(i + 1); }
-    static std::int32_t divisions() { return slope_model(state.edit.slope_code).divisions; }
+    static std::int32_t node(std::int32_t i) { return slope_model(state.deck.edit.slope_code).node(i + 1); }
+    static std::int32_t divisions() { return slope_model(state.deck.edit.slope_code).divisions; }
 
     static void set_height(std::int32_t i, float y) { state.mesh.y[node(i)] = y; }
 
@@ -58,7 +58,7 @@ protected:
         EXPECT_EQ(state.mesh.codes[node(i)][1], code2) << "slope point " << i;
     }
     static void expect_at(std::int32_t i, double share) {
-        const SlopeModel& m = slope_model(state.edit.slope_code);
+        const SlopeModel& m = slope_model(state.deck.edit.slope_code);
         EXPECT_NEAR(static_cast<double>(state.mesh.x[node(i)]), share * static_cast<double>(m.width), 1.0E-4)
             << i;
         EXPECT_NEAR(static_cast<double>(state.mesh.y[node(i)]), share * static_cast<double>(m.height), 1.0E-4)
@@ -250,15 +250,15 @@ TEST_F(SlopeStage, RefusesATemplateThatHasNoPlaceForTheNode) {
 
 TEST_F(SlopeStage, NodesAreCarriedOntoTheTriangleOfTheCard) {
     lay(5);
-    state.edit.crest_x = 60.0F, state.edit.crest_y = 20.0F, state.edit.toe_x = 120.0F,
-    state.edit.toe_y = 5.0F, state.edit.foot_x = 60.0F, state.edit.foot_y = 5.0F;
+    state.deck.edit.crest_x = 60.0F, state.deck.edit.crest_y = 20.0F, state.deck.edit.toe_x = 120.0F,
+    state.deck.edit.toe_y = 5.0F, state.deck.edit.foot_x = 60.0F, state.deck.edit.foot_y = 5.0F;
     state.mesh.x[2] = 39.0F, state.mesh.y[2] = 13.0F;     // crest
     state.mesh.x[3] = 0.0F, state.mesh.y[3] = 0.0F;       // toe
     state.mesh.x[4] = 39.0F, state.mesh.y[4] = 0.0F;      // foot
     state.mesh.x[5] = 19.5F, state.mesh.y[5] = 3.25F;     // shares 0.25, 0.5 and 0.25
     state.mesh.x[6] = -39.0F, state.mesh.y[6] = 0.0F;     // outside: shares 0, 2 and -1
     state.mesh.x[501] = 39.0F, state.mesh.y[501] = 0.0F;  // no node of the mesh
-    map_template_nodes(state.trace, state.edit, state.source, state.mesh);
+    map_template_nodes(state.trace, state.deck.edit, state.source, state.mesh);
     const double expected[][3] = {{2, 60, 20},   {3, 120, 5}, {4, 60, 5},
                                   {5, 90, 8.75}, {6, 180, 5}, {501, 39, 0}};
     for (const auto& row : expected) {
@@ -270,24 +270,24 @@ TEST_F(SlopeStage, NodesAreCarriedOntoTheTriangleOfTheCard) {
 
 TEST_F(SlopeStage, RefusesCornersThatLeadBeyondTheNumbers) {
     lay(3);
-    state.edit.crest_x = 3.0E38F, state.edit.crest_y = 3.0E38F, state.edit.toe_x = -3.0E38F,
-    state.edit.toe_y = 0.0F, state.edit.foot_x = 3.0E38F, state.edit.foot_y = 0.0F;
-    state.edit.triangle_place = "deck.dat, line 9";
+    state.deck.edit.crest_x = 3.0E38F, state.deck.edit.crest_y = 3.0E38F, state.deck.edit.toe_x = -3.0E38F,
+    state.deck.edit.toe_y = 0.0F, state.deck.edit.foot_x = 3.0E38F, state.deck.edit.foot_y = 0.0F;
+    state.deck.edit.triangle_place = "deck.dat, line 9";
     state.mesh.x[7] = 260.0F;
     const std::string message =
-        failure_of([] { map_template_nodes(state.trace, state.edit, state.source, state.mesh); });
+        failure_of([] { map_template_nodes(state.trace, state.deck.edit, state.source, state.mesh); });
     EXPECT_NE(message.find("deck.dat, line 9: Card 3.3.6.3"), std::string::npos) << message;
 }
 
 TEST_F(SlopeStage, RefusesATemplateWithAllItsNodesAtOnePoint) {
     lay(3);
-    require_template(state.edit, state.source, state.mesh);
+    require_template(state.deck.edit, state.source, state.mesh);
     state.mesh.x.fill(0.0F);
     state.mesh.y.fill(0.0F);
-    const std::string message = failure_of([] { require_template(state.edit, state.source, state.mesh); });
+    const std::string message = failure_of([] { require_template(state.deck.edit, state.source, state.mesh); });
     EXPECT_NE(message.find("L_2.0.Mes"), std::string::npos) << message;
     state.source.counts.nodes = 1;
-    require_template(state.edit, state.source, state.mesh);
+    require_template(state.deck.edit, state.source, state.mesh);
 }
 
 }  // namespace

@@ -46,25 +46,25 @@ void store_mesh(const DrawnMesh& mesh) {
 
 void store_group(std::int32_t g, const DrawnGroup& drawn) {
     const auto segments = static_cast<std::int32_t>(drawn.segments.size());
-    state.group_cards.rows[g] = {drawn.MTYPE, drawn.is_open() ? segments + 1 : segments, segments, drawn.MOVE,
+    state.deck.groups.rows[g] = {drawn.MTYPE, drawn.is_open() ? segments + 1 : segments, segments, drawn.MOVE,
                                  drawn.OVERLAY};
     const auto real = [](int value) { return static_cast<float>(value); };
-    state.group_cards.materials[g] = {real(drawn.MAT), real(drawn.KF),    real(drawn.MATj), real(drawn.KFj),
+    state.deck.groups.materials[g] = {real(drawn.MAT), real(drawn.KF),    real(drawn.MATj), real(drawn.KFj),
                                       drawn.THICj,     real(drawn.LTi),   real(drawn.LMi),  real(drawn.LTo),
                                       real(drawn.LMo), real(drawn.MATold)};
     std::int32_t k = 0;
     for (const Point& p : drawn.points)
-        state.group_cards.outlines[g][++k] = p;
+        state.deck.groups.outlines[g][++k] = p;
     k = 0;
     for (const DrawnSegment& s : drawn.segments) {
-        state.group_cards.segments[g][++k] = {s.LTYPE, s.NDIV, s.IEND,        s.Xo,         s.Yo,
+        state.deck.groups.segments[g][++k] = {s.LTYPE, s.NDIV, s.IEND,        s.Xo,         s.Yo,
                                               s.Rx,    s.Ry,   s.Qb * DEGREE, s.Qe * DEGREE};
         if (s.LTYPE != 2)
             continue;
-        state.group_cards.outlines[g][k] = ellipse_point(s.Qb * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
-        state.group_cards.outlines[g][k + 1] = ellipse_point(s.Qe * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
+        state.deck.groups.outlines[g][k] = ellipse_point(s.Qb * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
+        state.deck.groups.outlines[g][k + 1] = ellipse_point(s.Qe * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
         if (k > 1 && k == segments && !drawn.is_open())
-            state.group_cards.outlines[g][1] = state.group_cards.outlines[g][k + 1];
+            state.deck.groups.outlines[g][1] = state.deck.groups.outlines[g][k + 1];
     }
 }
 
@@ -268,19 +268,19 @@ void expect_elements_on_lines(const ClosedMesh& mesh, const std::vector<DrawnGro
 
 std::string run_engine(const DrawnMesh& mesh, const std::vector<DrawnGroup>& groups, float length) {
     store_mesh(mesh);
-    state.group_cards.limits.node_count = state.group_cards.limits.element_count =
-        state.group_cards.limits.bounds_given = 0;
+    state.deck.groups.limits.node_count = state.deck.groups.limits.element_count =
+        state.deck.groups.limits.bounds_given = 0;
     state.tolerances.mode = 0;
     state.tolerances.length = length;
     state.tolerances.same = 0.001F;
-    state.group_cards.count = 0;
+    state.deck.groups.count = 0;
     for (const DrawnGroup& group : groups)
-        store_group(++state.group_cards.count, group);
-    load_engine(state.mesh, state.group_cards, state.engine, state.engine.highest_node,
+        store_group(++state.deck.groups.count, group);
+    load_engine(state.mesh, state.deck.groups, state.engine, state.engine.highest_node,
                 state.engine.highest_element);
     set_tolerances(state.mesh, state.tolerances, state.engine);
     try {
-        work_on_groups(state.channels, state.mesh, state.group_cards, state.tolerances, state.engine,
+        work_on_groups(state.channels, state.mesh, state.deck.groups, state.tolerances, state.engine,
                        state.listing);
     } catch (const RunEnd& end) {
         state.channels.close_all();

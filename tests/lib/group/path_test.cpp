@@ -42,8 +42,8 @@ protected:
         for (std::size_t i = 0; i < points.size(); ++i)
             outline.point[i + 1] = points[i];
         for (std::size_t k = 0; k < segments.size(); ++k)
-            state.group_cards.segments[1][static_cast<std::int32_t>(k) + 1] = segments[k];
-        return build_path(state.mesh, state.group_cards, state.tolerances, state.engine, 1, outline);
+            state.deck.groups.segments[1][static_cast<std::int32_t>(k) + 1] = segments[k];
+        return build_path(state.mesh, state.deck.groups, state.tolerances, state.engine, 1, outline);
     }
 };
 

@@ -22,7 +22,7 @@ protected:
         reset_mesh(state.mesh, state.side, state.selection);
         state.mesh.node_mark.fill(0);
         state.listing.pipes = state.listing.convection_lines = state.listing.flow_sections =
-            state.group_cards.count = 0;
+            state.deck.groups.count = 0;
         result_ = {};
     }
     void node(std::int32_t n, const NodeCodes& words) {
@@ -147,10 +147,10 @@ protected:
 
     void SetUp() override {
         BoundaryWords::SetUp();
-        state.group_cards.count = 2;
+        state.deck.groups.count = 2;
         for (const std::int32_t g : {1, 2}) {
-            state.group_cards.outputs[g] = {};
-            state.group_cards.outputs[g].title = TextLine(g == 1 ? "one" : "two");
+            state.deck.groups.outputs[g] = {};
+            state.deck.groups.outputs[g].title = TextLine(g == 1 ? "one" : "two");
         }
     }
     static void mark(std::initializer_list<std::int32_t> nodes, int value) {
@@ -159,7 +159,7 @@ protected:
     }
     // Titles in brackets and lists, as in "[one] 1 2 3; ".
     std::string runs() {
-        write_flow_sections(state.channels, state.mesh, state.group_cards, state.listing, result_);
+        write_flow_sections(state.channels, state.mesh, state.deck.groups, state.listing, result_);
         const Lines all = boundary();
         std::string text;
         for (std::size_t i = 0; i + 1 < all.size(); ++i) {
@@ -217,8 +217,8 @@ TEST_F(FlowRuns, MarkWithoutAGroupHasABlankTitle) {
     truss(1, 1, 2);
     truss(2, 3, 4);
     EXPECT_EQ(runs(), "[] 1 2; [] 3 4; ");
-    state.group_cards.count = 200;
-    state.group_cards.outputs[200].title = TextLine("far");
+    state.deck.groups.count = 200;
+    state.deck.groups.outputs[200].title = TextLine("far");
     EXPECT_EQ(runs(), "[] 1 2; [far] 3 4; ");
 }
 

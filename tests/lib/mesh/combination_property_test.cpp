@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "mesh/combine.h"
+#include "plane/point.h"
 #include "support/state.h"
 
 #include "support/mesh.h"

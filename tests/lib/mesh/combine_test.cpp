@@ -19,7 +19,7 @@ protected:
         state.combination.second.name = "second.Mes";
         state.combination.list_place = "deck.dat, line 7";
         state.combination.keeps_first_data = false;
-        state.combination.pair_count = 0;
+        state.deck.combination.pair_count = 0;
     }
 
     static void first(std::int32_t n, float x, float y) {
@@ -38,9 +38,9 @@ protected:
         state.combination.second.nodes.include(n);
     }
     static void pair(std::int32_t of_second, std::int32_t of_first) {
-        ++state.combination.pair_count;
-        state.combination.second_nodes[state.combination.pair_count] = of_second;
-        state.combination.first_nodes[state.combination.pair_count] = of_first;
+        ++state.deck.combination.pair_count;
+        state.deck.combination.second_nodes[state.deck.combination.pair_count] = of_second;
+        state.deck.combination.first_nodes[state.deck.combination.pair_count] = of_first;
     }
 
 private:
@@ -197,12 +197,12 @@ TEST_F(Combine, ListedPairsMatchWhereverTheyAre) {
     first(11, 80, 80);
     pair(5, 10);
     pair(4, 99);  // no node of the first region
-    match_listed_nodes(state.combination, state.mesh, state.side);
+    match_listed_nodes(state.deck.combination, state.mesh, state.side);
     EXPECT_EQ(state.mesh.new_number[10], -5);
     EXPECT_EQ(state.mesh.new_number[11], 11);
     EXPECT_EQ(state.mesh.new_number[99], 99);
     pair(4, 10);
-    match_listed_nodes(state.combination, state.mesh, state.side);
+    match_listed_nodes(state.deck.combination, state.mesh, state.side);
     EXPECT_EQ(state.mesh.new_number[10], -4) << "the last pair of a node counts";
 }
 
@@ -210,10 +210,10 @@ TEST_F(Combine, AListedNodeThatIsNotThereEndsTheRun) {
     second(4, 0, 0);
     first(10, 0, 0);
     for (const std::int32_t missing : {10, 5, 0, -4, 99991}) {
-        state.combination.pair_count = 0;
+        state.deck.combination.pair_count = 0;
         pair(missing, 10);
         const std::string message =
-            failure_of([] { match_listed_nodes(state.combination, state.mesh, state.side); });
+            failure_of([] { match_listed_nodes(state.deck.combination, state.mesh, state.side); });
         EXPECT_EQ(message.rfind("deck.dat, line 7", 0), 0U) << message;
         EXPECT_NE(message.find("Card 2.3"), std::string::npos) << message;
         EXPECT_NE(message.find(std::to_string(missing)), std::string::npos) << message;

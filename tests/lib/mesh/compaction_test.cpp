@@ -18,7 +18,7 @@ protected:
         state.mesh.node_mark.fill(0);
         state.mesh.head.fill(0.0F);
         state.mesh.coefficient.fill(0.0F);
-        state.edit.start_place = "deck.dat, line 4";
+        state.deck.edit.start_place = "deck.dat, line 4";
     }
 
     // Each value of node n tells n.
@@ -109,7 +109,7 @@ TEST_P(CompactionOfGaps, MidsideWordsStayAtTheirPositions) {
     // From there all nine words go to the final number.
     pack_nodes(state.mesh);
     renumber_corners(state.mesh, 3, 1);
-    place_elements(state.edit, state.mesh, 3, 500);
+    place_elements(state.deck.edit, state.mesh, 3, 500);
     for (std::int32_t p = 1; p <= 3; ++p) {
         const ElementWords& w = state.mesh.words[499 + p];
         EXPECT_EQ(w.midside_5, 10 * p + 5);
@@ -165,8 +165,8 @@ TEST_P(CompactionOfGaps, NodesAndElementsEndAtTheirStartNumbers) {
     const std::int32_t elements = pack_elements(state.mesh);
     const std::int32_t nodes = pack_nodes(state.mesh);
     renumber_corners(state.mesh, elements, 1000);
-    place_nodes(state.edit, state.mesh, nodes, 1000);
-    place_elements(state.edit, state.mesh, elements, 200);
+    place_nodes(state.deck.edit, state.mesh, nodes, 1000);
+    place_elements(state.deck.edit, state.mesh, elements, 200);
     for (std::int32_t n = 1; n <= 2000; ++n)
         EXPECT_EQ(state.mesh.node_in_use[n], n >= 1000 && n <= 1003 ? 1 : 0) << "node " << n;
     EXPECT_EQ(state.mesh.x[1000], 2.25F);
@@ -188,8 +188,8 @@ TEST_P(CompactionOfGaps, NodesAndElementsEndAtTheirStartNumbers) {
 TEST_P(CompactionOfGaps, NodesAreNotOverwrittenByAShiftOfOne) {
     // Numbers 1 to 4 go to 2 to 5: each lands where another one stood.
     const std::int32_t nodes = (pack_elements(state.mesh), pack_nodes(state.mesh));
-    place_nodes(state.edit, state.mesh, nodes, 2);
-    place_elements(state.edit, state.mesh, 3, 2);
+    place_nodes(state.deck.edit, state.mesh, nodes, 2);
+    place_elements(state.deck.edit, state.mesh, 3, 2);
     EXPECT_EQ(state.mesh.x[2], 2.25F);
     EXPECT_EQ(state.mesh.x[3], 4.25F);
     EXPECT_EQ(state.mesh.x[4], 7.25F);
@@ -212,7 +212,7 @@ TEST_P(CompactionOfValues, HeadsStayBehindAGapInTheNodes) {
     element(1, ELEMENT_BEAM, 2, 3, 3, 2);
     pack_elements(state.mesh);
     EXPECT_EQ(pack_nodes(state.mesh), 2);
-    place_nodes(state.edit, state.mesh, 2, 1000);
+    place_nodes(state.deck.edit, state.mesh, 2, 1000);
     EXPECT_EQ(state.mesh.x[1000], 2.25F);
     EXPECT_EQ(state.mesh.x[1001], 3.25F);
     const bool heads = state.settings.kind() == LayoutKind::head;
@@ -235,8 +235,8 @@ TEST_P(CompactionLimits, TheLastNumberOfTheTablesCanBeTaken) {
     element(2, ELEMENT_BEAM, 1, 2, 2, 1);
     pack_elements(state.mesh);
     pack_nodes(state.mesh);
-    place_nodes(state.edit, state.mesh, 2, 99989);
-    place_elements(state.edit, state.mesh, 2, 99989);
+    place_nodes(state.deck.edit, state.mesh, 2, 99989);
+    place_elements(state.deck.edit, state.mesh, 2, 99989);
     EXPECT_EQ(state.mesh.x[99990], 2.25F);
     EXPECT_EQ(state.mesh.type_in_use[99990], ELEMENT_BEAM);
 }
@@ -245,8 +245,8 @@ TEST_P(CompactionLimits, NumbersBeyondTheTablesEndTheRun) {
     for (const std::int32_t start : {99990, 99999, 0, -5}) {
         for (const bool nodes : {true, false}) {
             const std::string message = failure_of([&] {
-                nodes ? place_nodes(state.edit, state.mesh, 2, start)
-                      : place_elements(state.edit, state.mesh, 2, start);
+                nodes ? place_nodes(state.deck.edit, state.mesh, 2, start)
+                      : place_elements(state.deck.edit, state.mesh, 2, start);
             });
             for (const std::string& part :
                  {std::string("deck.dat, line 4"), std::string(nodes ? "node" : "element"),
@@ -264,8 +264,8 @@ TEST_P(CompactionLimits, NothingLeftNeedsNoRoom) {
     EXPECT_EQ(pack_elements(state.mesh), 0);
     EXPECT_EQ(pack_nodes(state.mesh), 0);
     renumber_corners(state.mesh, 0, 0);
-    place_nodes(state.edit, state.mesh, 0, 0);
-    place_elements(state.edit, state.mesh, 0, 1000000);
+    place_nodes(state.deck.edit, state.mesh, 0, 0);
+    place_elements(state.deck.edit, state.mesh, 0, 1000000);
     EXPECT_EQ(state.mesh.node_in_use[1], 0);
 }
 

@@ -50,17 +50,17 @@ protected:
     void TearDown() override { clear(); }
     static void clear() {
         reset_mesh(state.mesh, state.side, state.selection);
-        state.edit = EditCards{};
+        state.deck.edit = EditCards{};
         state.source = EditSource{};
     }
 
     // A window over the left square, its beam and its truss.
     static void left_window(std::int32_t operation) {
-        state.edit.operation = operation;
-        state.edit.window_left = -1.0F;
-        state.edit.window_bottom = -1.0F;
-        state.edit.window_right = 1.2F;
-        state.edit.window_top = 2.0F;
+        state.deck.edit.operation = operation;
+        state.deck.edit.window_left = -1.0F;
+        state.deck.edit.window_bottom = -1.0F;
+        state.deck.edit.window_right = 1.2F;
+        state.deck.edit.window_top = 2.0F;
     }
     // Reads the mesh as the edit does; gives the types of all elements.
     std::map<std::int32_t, std::int32_t> types() const {
@@ -68,12 +68,12 @@ protected:
         Channel& mesh = state.channels.open(5, "in.Mes", OpenStatus::old);
         state.source.stripped.field_count = 8;
         scan_nodes(state.settings.kind(), state.source, mesh);
-        prepare_selection(state.edit, state.selection);
-        edit_nodes(state.edit, state.source, state.mesh, state.selection, mesh);
+        prepare_selection(state.deck.edit, state.selection);
+        edit_nodes(state.deck.edit, state.source, state.mesh, state.selection, mesh);
         scan_elements(state.settings.kind(), state.source, mesh);
-        fix_start_numbers(state.edit, state.source);
+        fix_start_numbers(state.deck.edit, state.source);
         for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS})
-            edit_elements(state.edit, state.source, state.mesh, state.selection, mesh, type);
+            edit_elements(state.deck.edit, state.source, state.mesh, state.selection, mesh, type);
         std::map<std::int32_t, std::int32_t> result;
         for (const std::int32_t n : {10, 20, 30, 40, 50, 60, 70})
             result[n] = state.mesh.type[n];
@@ -101,78 +101,78 @@ TEST_F(EditElements, DeletionTakesWhatLiesInTheWindow) {
 
 TEST_F(EditElements, SideOneTakesTheComplement) {
     left_window(DELETE);
-    state.edit.side = 1;
+    state.deck.edit.side = 1;
     EXPECT_EQ(types(), (Types{{10, 1}, {20, 0}, {30, 0}, {40, 2}, {50, 0}, {60, 3}, {70, 0}}));
 }
 
 TEST_F(EditElements, AnyOtherSideTakesNothing) {
     left_window(DELETE);
-    state.edit.side = 2;
+    state.deck.edit.side = 2;
     EXPECT_EQ(types(), ALL_KEPT);
 }
 
 TEST_F(EditElements, ListTakesElementsOfAnyType) {
-    state.edit.operation = DELETE;
-    state.edit.selection_mode = 1;
-    state.edit.list_count = 3;
-    state.edit.list[1] = 30;
-    state.edit.list[2] = -50;
-    state.edit.list[3] = 70;
+    state.deck.edit.operation = DELETE;
+    state.deck.edit.selection_mode = 1;
+    state.deck.edit.list_count = 3;
+    state.deck.edit.list[1] = 30;
+    state.deck.edit.list[2] = -50;
+    state.deck.edit.list[3] = 70;
     EXPECT_EQ(types(), (Types{{10, 1}, {20, 1}, {30, 0}, {40, 0}, {50, 0}, {60, 3}, {70, 0}}));
 }
 
 TEST_F(EditElements, ExcludedMaterialSurvivesInsideTheWindow) {
     left_window(DELETE);
-    state.edit.excluded_material_3 = 1;
+    state.deck.edit.excluded_material_3 = 1;
     EXPECT_EQ(types(), (Types{{10, 1}, {20, 1}, {30, 1}, {40, 0}, {50, 2}, {60, 0}, {70, 3}}));
     clear();
     left_window(DELETE);
-    state.edit.excluded_beam_material = 1;
+    state.deck.edit.excluded_beam_material = 1;
     EXPECT_EQ(types(), (Types{{10, 0}, {20, 1}, {30, 1}, {40, 2}, {50, 2}, {60, 0}, {70, 3}}));
     clear();
     left_window(DELETE);
-    state.edit.excluded_truss_material = 1;
+    state.deck.edit.excluded_truss_material = 1;
     EXPECT_EQ(types(), (Types{{10, 0}, {20, 1}, {30, 1}, {40, 0}, {50, 2}, {60, 3}, {70, 3}}));
 }
 
 TEST_F(EditElements, ThreeContinuumMaterialsCanBeExcluded) {
     left_window(DELETE);
-    state.edit.side = 1;
-    state.edit.excluded_material_1 = 2;
-    state.edit.excluded_material_2 = 3;
+    state.deck.edit.side = 1;
+    state.deck.edit.excluded_material_1 = 2;
+    state.deck.edit.excluded_material_2 = 3;
     EXPECT_EQ(types(), (Types{{10, 1}, {20, 1}, {30, 1}, {40, 2}, {50, 0}, {60, 3}, {70, 0}}));
 }
 
 TEST_F(EditElements, NewMaterialOfEachTypeGoesToWhatIsSelected) {
     left_window(RENAME);
-    state.edit.new_continuum_material = 9;
-    state.edit.new_beam_material = 8;
-    state.edit.new_truss_material = 7;
+    state.deck.edit.new_continuum_material = 9;
+    state.deck.edit.new_beam_material = 8;
+    state.deck.edit.new_truss_material = 7;
     EXPECT_EQ(types(), ALL_KEPT);
     EXPECT_EQ(materials(), (Materials{9, 2, 3, 8, 2, 7, 2}));
 }
 
 TEST_F(EditElements, NewMaterialZeroLeavesTheOldOne) {
     left_window(RENAME);
-    state.edit.new_beam_material = 8;
+    state.deck.edit.new_beam_material = 8;
     EXPECT_EQ(types(), ALL_KEPT);
     EXPECT_EQ(materials(), (Materials{1, 2, 3, 8, 2, 1, 2}));
 }
 
 TEST_F(EditElements, ExcludedMaterialIsNotRenamed) {
     left_window(RENAME);
-    state.edit.new_continuum_material = 9;
-    state.edit.new_beam_material = 8;
-    state.edit.new_truss_material = 7;
-    state.edit.excluded_material_1 = state.edit.excluded_truss_material = 1;
+    state.deck.edit.new_continuum_material = 9;
+    state.deck.edit.new_beam_material = 8;
+    state.deck.edit.new_truss_material = 7;
+    state.deck.edit.excluded_material_1 = state.deck.edit.excluded_truss_material = 1;
     types();
     EXPECT_EQ(materials(), (Materials{1, 2, 3, 8, 2, 1, 2}));
 }
 
 TEST_F(EditElements, OtherSideLeavesAllMaterials) {
     left_window(RENAME);
-    state.edit.new_continuum_material = state.edit.new_beam_material = state.edit.new_truss_material = 9;
-    state.edit.side = 3;
+    state.deck.edit.new_continuum_material = state.deck.edit.new_beam_material = state.deck.edit.new_truss_material = 9;
+    state.deck.edit.side = 3;
     types();
     EXPECT_EQ(materials(), AS_READ);
 }
@@ -181,8 +181,8 @@ TEST_F(EditElements, DeletionAndNewMaterialsKeepAllNumbers) {
     for (const std::int32_t operation : {DELETE, RENAME}) {
         clear();
         left_window(operation);
-        state.edit.first_node = 1000;
-        state.edit.first_element = 2000;
+        state.deck.edit.first_node = 1000;
+        state.deck.edit.first_element = 2000;
         types();
         EXPECT_EQ(state.mesh.x[8], 3.0F);
         EXPECT_EQ(state.mesh.codes[8], (NodeCodes{0, 0, 1, 0, 0}));
@@ -196,7 +196,7 @@ TEST_F(EditElements, UnknownOperationStoresNothing) {
     for (const std::int32_t operation : {7, -1, 100}) {
         clear();
         state.mesh.words[10] = ElementWords{};
-        state.edit.operation = operation;
+        state.deck.edit.operation = operation;
         EXPECT_EQ(types(), (Types{{10, 0}, {20, 0}, {30, 0}, {40, 0}, {50, 0}, {60, 0}, {70, 0}}));
         EXPECT_EQ(state.mesh.x[4], 0.0F);
         EXPECT_EQ(state.mesh.words[10].corner_1, 0);
@@ -206,12 +206,12 @@ TEST_F(EditElements, UnknownOperationStoresNothing) {
 }
 
 TEST_F(EditElements, CodesOfAnOldSelectionGoToTheNewNumber) {
-    state.edit.operation = 1;
-    state.edit.selection_mode = 1;
-    state.edit.first_node = 2;
-    state.edit.list_count = 1;
-    state.edit.list[1] = 4;
-    state.edit.new_codes = {5, 6, 7, 0, 0};
+    state.deck.edit.operation = 1;
+    state.deck.edit.selection_mode = 1;
+    state.deck.edit.first_node = 2;
+    state.deck.edit.list_count = 1;
+    state.deck.edit.list[1] = 4;
+    state.deck.edit.new_codes = {5, 6, 7, 0, 0};
     types();
     EXPECT_EQ(state.mesh.codes[5], (NodeCodes{5, 6, 7, 0, 0}));
     EXPECT_EQ(state.mesh.codes[4], (NodeCodes{0, 0, 0, 0, 0}));

@@ -110,7 +110,7 @@ TEST_F(ElementStore, AttributesOfTheKindComeBack) {
 class StartNumbers : public ::testing::Test {
 protected:
     void TearDown() override {
-        state.edit = EditCards{};
+        state.deck.edit = EditCards{};
         state.source = EditSource{};
     }
     struct Starts {
@@ -138,11 +138,11 @@ protected:
                 state.source.elements[i].include(ranges[i].highest);
             }
         }
-        state.edit.first_element = first_element;
-        state.edit.first_beam = first_beam;
-        state.edit.first_truss = first_truss;
-        fix_start_numbers(state.edit, state.source);
-        return {state.edit.first_beam, state.edit.first_truss};
+        state.deck.edit.first_element = first_element;
+        state.deck.edit.first_beam = first_beam;
+        state.deck.edit.first_truss = first_truss;
+        fix_start_numbers(state.deck.edit, state.source);
+        return {state.deck.edit.first_beam, state.deck.edit.first_truss};
     }
     static constexpr Range NONE{0, 0};
 };

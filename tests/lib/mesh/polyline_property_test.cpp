@@ -5,6 +5,7 @@
 
 #include "mesh/polyline_selection.h"
 #include "mesh/tables.h"
+#include "plane/point.h"
 #include "support/state.h"
 
 namespace brelan::test {

@@ -106,25 +106,25 @@ class Selection : public ::testing::Test {
 protected:
     void SetUp() override {
         reset_mesh(state.mesh, state.side, state.selection);
-        state.edit = EditCards{};
+        state.deck.edit = EditCards{};
     }
     void TearDown() override { SetUp(); }
 
     static void window(float xmin, float ymin, float xmax, float ymax) {
-        state.edit.selection_mode = 0;
-        state.edit.window_left = xmin;
-        state.edit.window_bottom = ymin;
-        state.edit.window_right = xmax;
-        state.edit.window_top = ymax;
+        state.deck.edit.selection_mode = 0;
+        state.deck.edit.window_left = xmin;
+        state.deck.edit.window_bottom = ymin;
+        state.deck.edit.window_right = xmax;
+        state.deck.edit.window_top = ymax;
     }
     static void list(std::int32_t operation, std::int32_t selection_mode,
                      const std::vector<std::int32_t>& numbers) {
-        state.edit.operation = operation;
-        state.edit.selection_mode = selection_mode;
-        state.edit.list_count = static_cast<std::int32_t>(numbers.size());
-        for (std::int32_t i = 1; i <= state.edit.list_count; ++i)
-            state.edit.list[i] = numbers[static_cast<std::size_t>(i - 1)];
-        prepare_selection(state.edit, state.selection);
+        state.deck.edit.operation = operation;
+        state.deck.edit.selection_mode = selection_mode;
+        state.deck.edit.list_count = static_cast<std::int32_t>(numbers.size());
+        for (std::int32_t i = 1; i <= state.deck.edit.list_count; ++i)
+            state.deck.edit.list[i] = numbers[static_cast<std::size_t>(i - 1)];
+        prepare_selection(state.deck.edit, state.selection);
     }
     static void node(std::int32_t number, float x, float y) {
         state.mesh.x[number] = x;
@@ -143,65 +143,65 @@ protected:
 
 TEST_F(Selection, PointOnTheEdgeOfAWindowIsOutside) {
     window(1.0F, 2.0F, 3.0F, 4.0F);
-    EXPECT_TRUE(node_inside(state.edit, state.selection, 1, 2.0F, 3.0F));
-    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 1.0F, 3.0F));
-    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 3.0F, 3.0F));
-    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 2.0F, 2.0F));
-    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 2.0F, 4.0F));
-    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 1.0F, 2.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 1, 2.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 1.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 3.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 2.0F, 2.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 2.0F, 4.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 1.0F, 2.0F));
 }
 
 TEST_F(Selection, PointNextToTheEdgeOfAWindowIsInside) {
     window(1.0F, 2.0F, 3.0F, 4.0F);
-    EXPECT_TRUE(node_inside(state.edit, state.selection, 1, std::nextafter(1.0F, 2.0F), 3.0F));
-    EXPECT_TRUE(node_inside(state.edit, state.selection, 1, std::nextafter(3.0F, 2.0F), 3.0F));
-    EXPECT_TRUE(node_inside(state.edit, state.selection, 1, 2.0F, std::nextafter(2.0F, 3.0F)));
-    EXPECT_TRUE(node_inside(state.edit, state.selection, 1, 2.0F, std::nextafter(4.0F, 3.0F)));
+    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 1, std::nextafter(1.0F, 2.0F), 3.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 1, std::nextafter(3.0F, 2.0F), 3.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 1, 2.0F, std::nextafter(2.0F, 3.0F)));
+    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 1, 2.0F, std::nextafter(4.0F, 3.0F)));
 }
 
 TEST_F(Selection, WindowWithoutWidthHoldsNothing) {
     window(1.0F, 2.0F, 1.0F, 4.0F);
-    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 1.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 1.0F, 3.0F));
     window(3.0F, 2.0F, 1.0F, 4.0F);
-    EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 2.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 2.0F, 3.0F));
 }
 
 TEST_F(Selection, SideZeroTakesWhatIsInsideAndSideOneTheRest) {
-    state.edit.side = 0;
-    EXPECT_TRUE(takes_side(state.edit, true));
-    EXPECT_FALSE(takes_side(state.edit, false));
-    state.edit.side = 1;
-    EXPECT_FALSE(takes_side(state.edit, true));
-    EXPECT_TRUE(takes_side(state.edit, false));
+    state.deck.edit.side = 0;
+    EXPECT_TRUE(takes_side(state.deck.edit, true));
+    EXPECT_FALSE(takes_side(state.deck.edit, false));
+    state.deck.edit.side = 1;
+    EXPECT_FALSE(takes_side(state.deck.edit, true));
+    EXPECT_TRUE(takes_side(state.deck.edit, false));
 }
 
 TEST_F(Selection, AnyOtherSideTakesNothing) {
     for (const std::int32_t side : {2, -1, 99}) {
-        state.edit.side = side;
-        EXPECT_FALSE(takes_side(state.edit, true)) << side;
-        EXPECT_FALSE(takes_side(state.edit, false)) << side;
+        state.deck.edit.side = side;
+        EXPECT_FALSE(takes_side(state.deck.edit, true)) << side;
+        EXPECT_FALSE(takes_side(state.deck.edit, false)) << side;
     }
 }
 
 TEST_F(Selection, ListOfNodesGoesByNumber) {
     list(1, 1, {3, -5});
-    EXPECT_FALSE(node_inside(state.edit, state.selection, 2, 0.0F, 0.0F));
-    EXPECT_TRUE(node_inside(state.edit, state.selection, 3, 0.0F, 0.0F));
-    EXPECT_TRUE(node_inside(state.edit, state.selection, 5, 0.0F, 0.0F));
-    EXPECT_FALSE(node_inside(state.edit, state.selection, 6, 0.0F, 0.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 2, 0.0F, 0.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 3, 0.0F, 0.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 5, 0.0F, 0.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 6, 0.0F, 0.0F));
 }
 
 TEST_F(Selection, ListOfElementsGoesByNumber) {
     for (const std::int32_t operation : {2, 3}) {
         SetUp();
         list(operation, 1, {7, -8});
-        EXPECT_FALSE(element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
+        EXPECT_FALSE(element_inside(state.deck.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
                                     element(6, {1, 2, 3, 4})));
-        EXPECT_TRUE(element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
+        EXPECT_TRUE(element_inside(state.deck.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
                                    element(7, {1, 2, 3, 4})));
         EXPECT_TRUE(
-            element_inside(state.edit, state.mesh, state.selection, ELEMENT_BEAM, element(8, {1, 2, 2, 1})));
-        EXPECT_FALSE(node_inside(state.edit, state.selection, 7, 0.0F, 0.0F)) << "the list names no nodes";
+            element_inside(state.deck.edit, state.mesh, state.selection, ELEMENT_BEAM, element(8, {1, 2, 2, 1})));
+        EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 7, 0.0F, 0.0F)) << "the list names no nodes";
     }
 }
 
@@ -210,12 +210,12 @@ TEST_F(Selection, OtherKindsOfSelectionHoldNothing) {
     for (const std::int32_t selection_mode : {3, 4, -1}) {
         SetUp();
         list(1, selection_mode, {1, 2});
-        EXPECT_FALSE(node_inside(state.edit, state.selection, 1, 0.0F, 0.0F)) << selection_mode;
+        EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 0.0F, 0.0F)) << selection_mode;
     }
     for (const std::int32_t selection_mode : {2, 3, 4, -1}) {
         SetUp();
         list(2, selection_mode, {1, 2});
-        EXPECT_FALSE(element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
+        EXPECT_FALSE(element_inside(state.deck.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
                                     element(1, {1, 2, 3, 4})))
             << selection_mode;
     }
@@ -223,11 +223,11 @@ TEST_F(Selection, OtherKindsOfSelectionHoldNothing) {
 
 TEST_F(Selection, MaterialsAreTakenAsTheyAreListed) {
     list(1, 3, {6, -8});
-    EXPECT_TRUE(material_listed(state.edit, 6));
-    EXPECT_TRUE(material_listed(state.edit, -8));
-    EXPECT_FALSE(material_listed(state.edit, 7));
-    EXPECT_FALSE(material_listed(state.edit, 8));
-    EXPECT_FALSE(material_listed(state.edit, 0));
+    EXPECT_TRUE(material_listed(state.deck.edit, 6));
+    EXPECT_TRUE(material_listed(state.deck.edit, -8));
+    EXPECT_FALSE(material_listed(state.deck.edit, 7));
+    EXPECT_FALSE(material_listed(state.deck.edit, 8));
+    EXPECT_FALSE(material_listed(state.deck.edit, 0));
 }
 
 // The corners of a square of side 4 with its centre in (2, 2), and of the triangle below its diagonal.
@@ -244,7 +244,7 @@ protected:
     static bool lies_at(float x, float y, std::int8_t type, const std::array<std::int32_t, 4>& corners) {
         constexpr float near = 0.01F;
         window(x - near, y - near, x + near, y + near);
-        return element_inside(state.edit, state.mesh, state.selection, type, element(9, corners));
+        return element_inside(state.deck.edit, state.mesh, state.selection, type, element(9, corners));
     }
 };
 
@@ -274,10 +274,10 @@ TEST_F(Centroid, OfABeamOrTrussIsItsMidpoint) {
 TEST_F(Centroid, OnTheEdgeOfAWindowIsOutside) {
     window(2.0F, 0.0F, 4.0F, 4.0F);
     EXPECT_FALSE(
-        element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(9, {1, 2, 3, 4})));
+        element_inside(state.deck.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(9, {1, 2, 3, 4})));
     window(1.0F, 0.0F, 4.0F, 4.0F);
     EXPECT_TRUE(
-        element_inside(state.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(9, {1, 2, 3, 4})));
+        element_inside(state.deck.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(9, {1, 2, 3, 4})));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "mesh/tables.h"
+#include "plane/point.h"
 #include "support/state.h"
 
 namespace brelan::test {

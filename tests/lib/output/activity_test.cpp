@@ -18,34 +18,34 @@ protected:
     static constexpr std::int32_t G = 4;  // the group
 
     void SetUp() override {
-        state.group_cards.rows[G] = {};
-        state.group_cards.materials[G] = {};
-        state.group_cards.outputs[G] = {};
+        state.deck.groups.rows[G] = {};
+        state.deck.groups.materials[G] = {};
+        state.deck.groups.outputs[G] = {};
         words(material, joint_material, inner_line_type, inner_line_material, outer_line_type,
               outer_line_material);
         for (std::size_t role = 0; role < 6; ++role)
-            state.group_cards.outputs[G].pair[role] = {static_cast<std::int32_t>(role) + 1,
+            state.deck.groups.outputs[G].pair[role] = {static_cast<std::int32_t>(role) + 1,
                                                        static_cast<std::int32_t>(role) + 101};
     }
     static void words(float mat, float matj, float lti, float lmi, float lto, float lmo) {
-        state.group_cards.materials[G].material = mat;
-        state.group_cards.materials[G].joint_material = matj;
-        state.group_cards.materials[G].inner_line_type = lti;
-        state.group_cards.materials[G].inner_line_material = lmi;
-        state.group_cards.materials[G].outer_line_type = lto;
-        state.group_cards.materials[G].outer_line_material = lmo;
+        state.deck.groups.materials[G].material = mat;
+        state.deck.groups.materials[G].joint_material = matj;
+        state.deck.groups.materials[G].inner_line_type = lti;
+        state.deck.groups.materials[G].inner_line_material = lmi;
+        state.deck.groups.materials[G].outer_line_type = lto;
+        state.deck.groups.materials[G].outer_line_material = lmo;
     }
     static void clear_pairs(std::initializer_list<std::size_t> numbers) {
         for (const std::size_t number : numbers)
-            state.group_cards.outputs[G].pair[number - 1] = {0, 0};
+            state.deck.groups.outputs[G].pair[number - 1] = {0, 0};
     }
     // The numbers of the pairs that the five materials take, "-" for none: as in "21--1".
     static std::string taken(std::int32_t group_type, std::int8_t type) {
-        state.group_cards.rows[G].group_type = group_type;
+        state.deck.groups.rows[G].group_type = group_type;
         std::string text;
         for (const std::int32_t number :
              {material, joint_material, inner_line_material, outer_line_material, OTHER}) {
-            const ActivityPair pair = activity_of(state.group_cards, G, type, number);
+            const ActivityPair pair = activity_of(state.deck.groups, G, type, number);
             if (pair == ActivityPair{}) {
                 text += '-';
                 continue;
@@ -122,11 +122,11 @@ TEST_F(ActivityPairs, OfALineWithoutPairsByClass) {
 TEST_F(ActivityPairs, OfALineWithOnePairByClass) {
     clear_pairs({5, 6});
     expect_taken(2, "11111", "-----", "-----");
-    state.group_cards.outputs[G].pair[0] = {0, 0};
-    state.group_cards.outputs[G].pair[4] = {5, 105};
+    state.deck.groups.outputs[G].pair[0] = {0, 0};
+    state.deck.groups.outputs[G].pair[4] = {5, 105};
     expect_taken(2, "-----", "55555", "-----");
-    state.group_cards.outputs[G].pair[4] = {0, 0};
-    state.group_cards.outputs[G].pair[5] = {6, 106};
+    state.deck.groups.outputs[G].pair[4] = {0, 0};
+    state.deck.groups.outputs[G].pair[5] = {6, 106};
     expect_taken(2, "-----", "-----", "66666");
 }
 
@@ -137,11 +137,11 @@ TEST_F(ActivityPairs, PairOfTwoZerosIsNone) {
 }
 
 TEST_F(ActivityPairs, OneZeroOfTwoIsAPair) {
-    state.group_cards.rows[G].group_type = 4;
-    state.group_cards.outputs[G].pair[0] = {0, 7};
-    state.group_cards.outputs[G].pair[1] = {7, 0};
-    EXPECT_EQ(activity_of(state.group_cards, G, ELEMENT_CONTINUUM, OTHER), (ActivityPair{0, 7}));
-    EXPECT_EQ(activity_of(state.group_cards, G, ELEMENT_CONTINUUM, material), (ActivityPair{7, 0}));
+    state.deck.groups.rows[G].group_type = 4;
+    state.deck.groups.outputs[G].pair[0] = {0, 7};
+    state.deck.groups.outputs[G].pair[1] = {7, 0};
+    EXPECT_EQ(activity_of(state.deck.groups, G, ELEMENT_CONTINUUM, OTHER), (ActivityPair{0, 7}));
+    EXPECT_EQ(activity_of(state.deck.groups, G, ELEMENT_CONTINUUM, material), (ActivityPair{7, 0}));
 }
 
 TEST_F(ActivityPairs, FirstLineOfAJointComesBeforeItsTwin) {
@@ -163,17 +163,17 @@ TEST_F(ActivityPairs, WordsAreCutToIntegers) {
 // --- new materials -------------------------------------------------------------------------------
 
 TEST_F(ActivityPairs, NewMaterialsFollowTheHighestOfTheMesh) {
-    state.group_cards.count = G;
+    state.deck.groups.count = G;
     for (std::int32_t g = 1; g < G; ++g)
-        state.group_cards.rows[g] = {};
-    state.group_cards.rows[G].group_type = 4;
+        state.deck.groups.rows[g] = {};
+    state.deck.groups.rows[G].group_type = 4;
     state.listing.highest_material = 20;
     std::vector<GroupMembers> members(G + 1);
     members[G][{ELEMENT_CONTINUUM, material}].all = {{3, 4}, {9, 9}};
     members[G][{ELEMENT_CONTINUUM, OTHER}].all = {{4, 5}};
     members[G][{ELEMENT_BEAM, inner_line_material}].all = {{11, 11}};
     members[G][{ELEMENT_TRUSS, outer_line_material}].all = {{12, 12}};
-    const Activity activity = make_activity(state.trace, state.group_cards, state.listing, members);
+    const Activity activity = make_activity(state.trace, state.deck.groups, state.listing, members);
     EXPECT_EQ(activity.line_count, 2 + 2 + 1 + 1);
     EXPECT_EQ(activity.first_new, 21);
     ASSERT_EQ(activity.materials.size(), 2U);

@@ -18,20 +18,20 @@ struct Record {
 class GroupMemberRecords : public ChannelTest {
 protected:
     void SetUp() override {
-        state.group_cards.count = 0;
+        state.deck.groups.count = 0;
         for (std::int32_t g = 1; g <= MOST_GROUPS; ++g)
-            state.group_cards.outputs[g] = {};
+            state.deck.groups.outputs[g] = {};
     }
     void groups(std::initializer_list<std::int32_t> wants_outputs) const {
         for (const std::int32_t value : wants_outputs)
-            state.group_cards.outputs[++state.group_cards.count].wants_outputs = value;
+            state.deck.groups.outputs[++state.deck.groups.count].wants_outputs = value;
     }
     std::vector<GroupMembers> read(const std::vector<Record>& records) const {
         Channel& file = state.channels.open(7, "GROUP.TMP", OpenStatus::work);
         for (const Record& r : records)
             write_free(file, r.group, r.material, r.element, r.type, r.sub_kind);
         state.channels.close(7);
-        return read_members(state.group_cards, state.channels.open(7, "GROUP.TMP", OpenStatus::forward));
+        return read_members(state.deck.groups, state.channels.open(7, "GROUP.TMP", OpenStatus::forward));
     }
     static std::string text(const ElementRanges& ranges) {
         std::string all;
@@ -115,8 +115,8 @@ TEST_F(GroupMemberRecords, AreWhatAPlainReadingGives) {
         };
         std::map<std::array<std::int32_t, 3>, Sets> plain;
         for (const Record& r : records) {
-            if (r.group < 1 || r.group > state.group_cards.count ||
-                state.group_cards.outputs[r.group].wants_outputs == 0 || r.material == 0)
+            if (r.group < 1 || r.group > state.deck.groups.count ||
+                state.deck.groups.outputs[r.group].wants_outputs == 0 || r.material == 0)
                 continue;
             Sets& sets = plain[{r.group, r.type, r.material}];
             sets.all.insert(r.element);

@@ -15,10 +15,10 @@ struct NumberedPoint {
 };
 
 // Points in square cells, to be asked for the neighbours of a point within one fixed distance.
-class NodeGrid {
+class PointGrid {
 public:
     // `reach` is the distance that will be asked for; `expected` the count of points to come.
-    NodeGrid(float reach, std::size_t expected);
+    PointGrid(float reach, std::size_t expected);
 
     // Points are added in ascending number.
     void add(const NumberedPoint& point);

@@ -1,18 +1,10 @@
-// Plane geometry of the group engine, with its tolerances. Coordinates are 32-bit and every routine computes
-// in the order in which its formula is written; areas are 64-bit. Points are in the mesh's unit of length.
+// Areas, crossings and offsets of segments, with their tolerances. Coordinates are 32-bit and every routine
+// computes in the order in which its formula is written; areas are 64-bit.
 #pragma once
 
-#include <array>
-#include <cstdint>
-#include <span>
-
-#include "mesh/group_tables.h"
+#include "plane/point.h"
 
 namespace brelan {
-
-inline bool operator==(const Point& a, const Point& b) {
-    return a.x == b.x && a.y == b.y;
-}
 
 // Signed area of a triangle in 64 bits, positive counter-clockwise (surveyor's formula).
 double area_64(const Point& p1, const Point& p2, const Point& p3);
@@ -71,46 +63,5 @@ struct Snap {
     Point point;            // where the node goes; the node itself when it is not near
 };
 Snap snap_to_segment(const Point& p1, const Point& p2, const Point& node, float limit);
-
-// True when an edge of a polygon crosses the height of a point strictly to its left. Its upper end counts,
-// its lower does not; an edge along the height does not cross it.
-inline bool crosses_left_of(const Point& point, const Point& from, const Point& to) {
-    if (from.y == to.y)
-        return false;
-    const Point& lower = from.y < to.y ? from : to;
-    const Point& upper = from.y < to.y ? to : from;
-    if (point.y > upper.y || point.y <= lower.y)
-        return false;
-    const float x = lower.x + (point.y - lower.y) * ((upper.x - lower.x) / (upper.y - lower.y));
-    return x - point.x < 0.0F;
-}
-
-// Point in polygon by scan line: an edge's upper end counts, its lower does not, and only crossings strictly
-// left of the point (even-odd rule). The polygon is closed by the routine. An empty polygon contains
-// everything. Stops the run with "222" at more than 2,001 points. Callers whose `in` is not 999 get 0 at a
-// height of exactly 0, without a look at the polygon: some rely on it.
-std::int32_t scan_polygon(const Point& point, std::span<const Point> polygon, std::int32_t in);
-inline constexpr std::int32_t SCAN_ALWAYS = 999;
-
-// Point of the ellipse at the polar angle Q (radians, from the centre). The sine and cosine are the 64-bit
-// ones of the 32-bit angle, rounded to 32 bits: no platform's library shows in a mesh.
-Point ellipse_point(float angle, const Point& centre, float half_axis_x, float half_axis_y);
-
-// An arc divided into parts of equal length.
-class ArcTable {
-public:
-    // ARCTAB: tabulates angle and running length at 1,000 steps from QB to QE.
-    ArcTable(float begin_angle, float end_angle, float half_axis_x, float half_axis_y,
-             std::int32_t divisions);
-
-    // ARCPT: point K, from 1 to |NDIV|; the last is the point at QE exactly.
-    Point point(std::int32_t number, const Point& centre) const;
-
-private:
-    static constexpr std::size_t STEPS = 1000;
-    std::array<float, STEPS + 1> angle_{}, length_{};
-    std::int32_t divisions_;
-    float step_, end_angle_, half_axis_x_, half_axis_y_;
-};
 
 }  // namespace brelan

@@ -1,14 +1,7 @@
-#include "group/geometry.h"
+#include "plane/geometry.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "text/number_text.h"
-#include "text/run_end.h"
 
 namespace brelan {
 
@@ -257,71 +250,6 @@ Snap snap_to_segment(const Point& p1, const Point& p2, const Point& node, float 
     const float distance = distance_between(node.x, node.y, foot_x, foot_y);
     const bool within = between(foot_x, p1.x, p2.x) && between(foot_y, p1.y, p2.y);
     return limit >= distance && within ? Snap{true, distance, {foot_x, foot_y}} : Snap{false, distance, node};
-}
-
-std::int32_t scan_polygon(const Point& point, std::span<const Point> polygon, std::int32_t in) {
-    const std::size_t count = polygon.size();
-    if (count < 1)
-        return 1;
-    if (in != SCAN_ALWAYS && point.y == 0.0F)
-        return 0;
-    if (count > static_cast<std::size_t>(MOST_POLYGON_POINTS)) {
-        std::array<char, 11> number{};
-        put_integer(number.data(), static_cast<int>(number.size()), static_cast<std::int32_t>(count));
-        stop_run(" NB =  " + std::string(number.data(), number.size()) + "\n222");
-    }
-    int left_of_point = 0;
-    for (std::size_t k = 0; k < count; ++k) {
-        const Point& from = polygon[k];
-        const Point& to = polygon[k + 1 == count ? 0 : k + 1];
-        left_of_point += crosses_left_of(point, from, to) ? 1 : 0;
-    }
-    return left_of_point % 2;
-}
-
-Point ellipse_point(float angle, const Point& centre, float half_axis_x, float half_axis_y) {
-    const float sine = static_cast<float>(std::sin(static_cast<double>(angle)));
-    const float cosine = static_cast<float>(std::cos(static_cast<double>(angle)));
-    const float denominator =
-        half_axis_x * half_axis_x * (sine * sine) + half_axis_y * half_axis_y * (cosine * cosine);
-    const float dx =
-        std::sqrt(cosine * cosine * (half_axis_x * half_axis_x) * (half_axis_y * half_axis_y) / denominator);
-    const float dy =
-        std::sqrt(sine * sine * (half_axis_x * half_axis_x) * (half_axis_y * half_axis_y) / denominator);
-    return {cosine < 0.0F ? centre.x - dx : centre.x + dx, sine < 0.0F ? centre.y - dy : centre.y + dy};
-}
-
-ArcTable::ArcTable(float begin_angle, float end_angle, float half_axis_x, float half_axis_y,
-                   std::int32_t divisions)
-    : divisions_(std::abs(divisions)),
-      end_angle_(end_angle),
-      half_axis_x_(half_axis_x),
-      half_axis_y_(half_axis_y) {
-    const float step = (end_angle - begin_angle) / static_cast<float>(STEPS);
-    angle_[0] = begin_angle;
-    Point last = ellipse_point(begin_angle, {}, half_axis_x, half_axis_y);
-    for (std::size_t i = 1; i <= STEPS; ++i) {
-        angle_[i] = angle_[i - 1] + step;
-        const Point next = ellipse_point(angle_[i], {}, half_axis_x, half_axis_y);
-        length_[i] = length_[i - 1] + distance_between(last.x, last.y, next.x, next.y);
-        last = next;
-    }
-    step_ = divisions_ > 0 ? length_[STEPS] / static_cast<float>(divisions_) : length_[STEPS];
-}
-
-Point ArcTable::point(std::int32_t number, const Point& centre) const {
-    if (number == divisions_)
-        return ellipse_point(end_angle_, centre, half_axis_x_, half_axis_y_);
-    const float length = static_cast<float>(number) * step_;
-    float angle = 0.0F;
-    for (std::size_t i = 1; i <= STEPS; ++i) {
-        if (length_[i - 1] <= length && length <= length_[i]) {
-            angle = angle_[i - 1] +
-                    (length - length_[i - 1]) * (angle_[i] - angle_[i - 1]) / (length_[i] - length_[i - 1]);
-            break;
-        }
-    }
-    return ellipse_point(angle, centre, half_axis_x_, half_axis_y_);
 }
 
 }  // namespace brelan

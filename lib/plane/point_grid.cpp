@@ -1,10 +1,10 @@
-#include "mesh/node_grid.h"
+#include "plane/point_grid.h"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 
-#include "mesh/tables.h"
+#include "plane/point.h"
 
 namespace brelan {
 
@@ -20,7 +20,7 @@ constexpr double LAST_CELL = 4.0E18;
 
 }  // namespace
 
-NodeGrid::NodeGrid(float reach, std::size_t expected)
+PointGrid::PointGrid(float reach, std::size_t expected)
     : reach_(reach),
       cell_size_(static_cast<double>(reach) * (1.0 + ROUNDING_SHARE) + FLUSHED_LENGTH),
       mask_(std::bit_ceil(std::max<std::size_t>(expected * 2, 16)) - 1),
@@ -29,7 +29,7 @@ NodeGrid::NodeGrid(float reach, std::size_t expected)
     older_.reserve(expected);
 }
 
-NodeGrid::Cell NodeGrid::cell_of(float x, float y) const {
+PointGrid::Cell PointGrid::cell_of(float x, float y) const {
     const auto cell = [&](float v) {
         const double place = std::floor(static_cast<double>(v) / cell_size_);
         return static_cast<std::int64_t>(std::clamp(place, -LAST_CELL, LAST_CELL));
@@ -37,14 +37,14 @@ NodeGrid::Cell NodeGrid::cell_of(float x, float y) const {
     return {cell(x), cell(y)};
 }
 
-std::size_t NodeGrid::bucket_of(std::int64_t column, std::int64_t row) const {
+std::size_t PointGrid::bucket_of(std::int64_t column, std::int64_t row) const {
     std::uint64_t hash = static_cast<std::uint64_t>(column) * 0x9E3779B97F4A7C15U;
     hash ^= static_cast<std::uint64_t>(row) * 0xC2B2AE3D27D4EB4FU;
     hash ^= hash >> 29;
     return static_cast<std::size_t>(hash * 0xBF58476D1CE4E5B9U >> 20) & mask_;
 }
 
-void NodeGrid::add(const NumberedPoint& point) {
+void PointGrid::add(const NumberedPoint& point) {
     const Cell cell = cell_of(point.x, point.y);
     std::int32_t& newest = newest_[bucket_of(cell.column, cell.row)];
     older_.push_back(newest);
@@ -52,7 +52,7 @@ void NodeGrid::add(const NumberedPoint& point) {
     points_.push_back(point);
 }
 
-std::int32_t NodeGrid::highest_within_reach(float x, float y) const {
+std::int32_t PointGrid::highest_within_reach(float x, float y) const {
     // The own cell first: what it gives lets the others be left early.
     constexpr int nearest_first[3] = {0, -1, 1};
     const Cell cell = cell_of(x, y);

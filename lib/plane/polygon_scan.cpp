@@ -1,7 +1,12 @@
-#include "group/polygon_scan.h"
+#include "plane/polygon_scan.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <string>
+
+#include "text/number_text.h"
+#include "text/run_end.h"
 
 namespace brelan {
 
@@ -11,6 +16,24 @@ constexpr float MOST_BANDS = 2048.0F;
 constexpr float ENTRIES = 4.0F;  // for each edge, over all bands
 
 }  // namespace
+
+bool scan_polygon(const Point& point, std::span<const Point> polygon) {
+    const std::size_t count = polygon.size();
+    if (count < 1)
+        return true;
+    if (count > static_cast<std::size_t>(MOST_POLYGON_POINTS)) {
+        std::array<char, 11> number{};
+        put_integer(number.data(), static_cast<int>(number.size()), static_cast<std::int32_t>(count));
+        stop_run(" NB =  " + std::string(number.data(), number.size()) + "\n222");
+    }
+    int left_of_point = 0;
+    for (std::size_t k = 0; k < count; ++k) {
+        const Point& from = polygon[k];
+        const Point& to = polygon[k + 1 == count ? 0 : k + 1];
+        left_of_point += crosses_left_of(point, from, to) ? 1 : 0;
+    }
+    return left_of_point % 2 == 1;
+}
 
 PolygonScan::PolygonScan(bool uses_indexes, std::span<const Point> polygon) : polygon_(polygon) {
     if (!uses_indexes || polygon.empty() || polygon.size() > static_cast<std::size_t>(MOST_POLYGON_POINTS))
@@ -66,7 +89,7 @@ std::size_t PolygonScan::band(float y) const {
 
 bool PolygonScan::inside(const Point& point) const {
     if (!has_box_)
-        return scan_polygon(point, polygon_, SCAN_ALWAYS) == 1;
+        return scan_polygon(point, polygon_);
     if (point.y > high_.y || point.y <= low_.y || point.x < low_.x || point.x > high_.x)
         return false;
     const std::size_t b = band(point.y);

@@ -1,51 +1,51 @@
 // The search among points on small sets that can be checked by eye; property/node_grid_test.cpp holds it
 // against the scan of all pairs.
 
-#include "mesh/node_grid.h"
+#include "plane/point_grid.h"
 
 #include "support/state.h"
 
 namespace brelan::test {
 namespace {
 
-NodeGrid grid_of(float reach, const std::vector<NumberedPoint>& points) {
-    NodeGrid grid(reach, points.size());
+PointGrid grid_of(float reach, const std::vector<NumberedPoint>& points) {
+    PointGrid grid(reach, points.size());
     for (const NumberedPoint& point : points)
         grid.add(point);
     return grid;
 }
 
-TEST(NodeGrid, GivesNothingWithoutPoints) {
+TEST(PointGrid, GivesNothingWithoutPoints) {
     EXPECT_EQ(grid_of(1.0F, {}).highest_within_reach(0.0F, 0.0F), 0);
 }
 
-TEST(NodeGrid, TakesAPointExactlyAtTheReach) {
-    const NodeGrid grid = grid_of(5.0F, {{7, 3.0F, 4.0F}});
+TEST(PointGrid, TakesAPointExactlyAtTheReach) {
+    const PointGrid grid = grid_of(5.0F, {{7, 3.0F, 4.0F}});
     EXPECT_EQ(grid.highest_within_reach(0.0F, 0.0F), 7);
     EXPECT_EQ(grid.highest_within_reach(0.0F, -0.000001F), 0);
 }
 
-TEST(NodeGrid, GivesTheHighestNumberAndNotTheNearestPoint) {
-    const NodeGrid grid = grid_of(1.0F, {{2, 0.0F, 0.0F}, {5, 0.9F, 0.0F}, {6, 1.1F, 0.0F}});
+TEST(PointGrid, GivesTheHighestNumberAndNotTheNearestPoint) {
+    const PointGrid grid = grid_of(1.0F, {{2, 0.0F, 0.0F}, {5, 0.9F, 0.0F}, {6, 1.1F, 0.0F}});
     EXPECT_EQ(grid.highest_within_reach(0.0F, 0.0F), 5);
     EXPECT_EQ(grid.highest_within_reach(0.05F, 0.0F), 5);
     EXPECT_EQ(grid.highest_within_reach(0.15F, 0.0F), 6);
 }
 
-TEST(NodeGrid, SeesAllCellsAroundThePoint) {
+TEST(PointGrid, SeesAllCellsAroundThePoint) {
     // One point in each of the nine cells around the origin; each is asked for alone.
     for (const float x : {-0.9F, 0.0F, 0.9F})
         for (const float y : {-0.4F, 0.0F, 0.4F})
             EXPECT_EQ(grid_of(1.0F, {{3, x, y}}).highest_within_reach(0.0F, 0.0F), 3) << x << " " << y;
 }
 
-TEST(NodeGrid, WithoutAReachFindsCoincidentPointsOnly) {
-    const NodeGrid grid = grid_of(0.0F, {{1, 2.0F, 3.0F}, {4, 2.0F, 3.0F}, {9, 2.0000002F, 3.0F}});
+TEST(PointGrid, WithoutAReachFindsCoincidentPointsOnly) {
+    const PointGrid grid = grid_of(0.0F, {{1, 2.0F, 3.0F}, {4, 2.0F, 3.0F}, {9, 2.0000002F, 3.0F}});
     EXPECT_EQ(grid.highest_within_reach(2.0F, 3.0F), 4);
     EXPECT_EQ(grid.highest_within_reach(-2.0F, 3.0F), 0);
 }
 
-TEST(NodeGrid, TakesPlusAndMinusZeroAsOnePlace) {
+TEST(PointGrid, TakesPlusAndMinusZeroAsOnePlace) {
     EXPECT_EQ(grid_of(0.0F, {{1, 0.0F, -0.0F}}).highest_within_reach(-0.0F, 0.0F), 1);
 }
 

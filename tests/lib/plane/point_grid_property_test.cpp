@@ -1,6 +1,6 @@
 // The searches among points against the plain scan of all pairs: the same answer to the last bit.
 
-#include "mesh/node_grid.h"
+#include "plane/point_grid.h"
 
 #include <algorithm>
 #include <bit>
@@ -184,9 +184,9 @@ std::vector<Family> families() {
 }
 
 // With denormal results as the processor gives them, and as 0 as in a run.
-class NodeGridProperty : public ::testing::TestWithParam<bool> {
+class PointGridProperty : public ::testing::TestWithParam<bool> {
 protected:
-    NodeGridProperty() {
+    PointGridProperty() {
         if (GetParam())
             mode_.emplace();
     }
@@ -195,13 +195,13 @@ private:
     std::optional<FlushToZero> mode_;
 };
 
-TEST_P(NodeGridProperty, HighestWithinReachIsThatOfTheScanOfAllEarlierPoints) {
+TEST_P(PointGridProperty, HighestWithinReachIsThatOfTheScanOfAllEarlierPoints) {
     for (const std::uint32_t seed : {1U, 2U}) {
         for (const Family& family : families()) {
             Random random(seed);
             const Points points = numbered(random, family.make(random));
             for (const float reach : family.reaches) {
-                NodeGrid grid(reach, seed == 1 ? points.size() : 1);
+                PointGrid grid(reach, seed == 1 ? points.size() : 1);
                 std::size_t wrong = 0;
                 for (std::size_t i = 0; i < points.size(); ++i) {
                     wrong += grid.highest_within_reach(points[i].x, points[i].y) !=
@@ -214,12 +214,12 @@ TEST_P(NodeGridProperty, HighestWithinReachIsThatOfTheScanOfAllEarlierPoints) {
     }
 }
 
-TEST_P(NodeGridProperty, HighestWithinReachOfPlacesBetweenThePoints) {
+TEST_P(PointGridProperty, HighestWithinReachOfPlacesBetweenThePoints) {
     for (const Family& family : families()) {
         Random random(3);
         const Points points = numbered(random, family.make(random));
         for (const float reach : family.reaches) {
-            NodeGrid grid(reach, points.size());
+            PointGrid grid(reach, points.size());
             for (const NumberedPoint& point : points)
                 grid.add(point);
             std::size_t wrong = 0;
@@ -237,7 +237,7 @@ TEST_P(NodeGridProperty, HighestWithinReachOfPlacesBetweenThePoints) {
     }
 }
 
-TEST_P(NodeGridProperty, SmallestDistanceIsThatOfAllPairs) {
+TEST_P(PointGridProperty, SmallestDistanceIsThatOfAllPairs) {
     for (const std::uint32_t seed : {4U, 5U, 6U}) {
         for (const Family& family : families()) {
             Random random(seed);
@@ -253,7 +253,7 @@ TEST_P(NodeGridProperty, SmallestDistanceIsThatOfAllPairs) {
     }
 }
 
-TEST_P(NodeGridProperty, SmallestDistanceOfEveryFewPoints) {
+TEST_P(PointGridProperty, SmallestDistanceOfEveryFewPoints) {
     Random random(7);
     for (int round = 0; round < 3000; ++round) {
         const std::size_t count = random() % 9;
@@ -266,7 +266,7 @@ TEST_P(NodeGridProperty, SmallestDistanceOfEveryFewPoints) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Denormals, NodeGridProperty, ::testing::Values(false, true),
+INSTANTIATE_TEST_SUITE_P(Denormals, PointGridProperty, ::testing::Values(false, true),
                          [](const auto& test) { return test.param ? "Flushed" : "Kept"; });
 
 }  // namespace

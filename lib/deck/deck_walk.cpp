@@ -1,0 +1,322 @@
+#include "deck/deck_walk.h"
+
+#include <string>
+
+#include "deck/card_table.h"
+#include "deck/group_walk.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr std::int32_t COMBINATION = 0, EDIT = 1, BASE_MESH = 2, DAM = 3;  // IMOD
+constexpr std::int32_t SLOPE = 5;                                          // IEDIT
+
+template <class List>
+void fill(List& list, const std::vector<std::int32_t>& numbers) {
+    std::int32_t i = 0;
+    for (const std::int32_t number : numbers)
+        list[++i] = number;
+}
+
+// --- Cards 2.x -----------------------------------------------------------------------------------
+
+void read_combination(DeckCards& cards, Deck& deck) {
+    cards.begin(DeckPart::combination);
+    deck.names.first = cards.file_name("2.1-1", "FILEA");
+    deck.names.second = cards.file_name("2.1-2", "FILEB");
+    cards.result_name("2.1-3", "FILEC", deck.names.result);
+    cards.take(CARD_2_2);
+    CombinationCards& combination = deck.combination;
+    combination.interface_rule = cards.integer(1);
+    combination.pair_count = 0;
+    if (combination.interface_rule != 1)
+        return;
+    cards.take(CARD_2_3);
+    combination.pair_count = cards.count(CARD_2_3);
+    fill(combination.second_nodes, cards.list_line(CARD_2_3, combination.pair_count, "nodes of FILEA",
+                                                   "the second-region list of Card 2.3"));
+    combination.list_place = cards.place();
+    fill(combination.first_nodes, cards.list_line(CARD_2_3, combination.pair_count, "their partners of FILEB",
+                                                  "the first-region list of Card 2.3"));
+}
+
+// --- Cards 3.x -----------------------------------------------------------------------------------
+
+// The selection of IEDIT 1, 2 and 3.
+void read_selection(DeckCards& cards, const SelectionCards& rows, EditCards& edit) {
+    cards.take(rows.location);
+    edit.selection_mode = cards.integer(1);
+    if (edit.selection_mode == 0) {
+        cards.take(rows.window);
+        edit.window_left = cards.shown(1);
+        edit.window_bottom = cards.shown(2);
+        edit.window_right = cards.shown(3);
+        edit.window_top = cards.shown(4);
+    } else {
+        cards.take(rows.list);
+        edit.list_count = cards.count(rows.list);
+        fill(edit.list,
+             cards.list_line(rows.list, edit.list_count, "the selection", "the list of NSEL numbers"));
+        edit.list_place = cards.place();
+    }
+    cards.take(rows.side);
+    edit.side = cards.integer(1);
+}
+
+// Attributes by kind stand behind MATNEW.
+void read_continuum_row(DeckCards& cards, RebuildRow& row) {
+    cards.take(CARD_3_6_1_1);
+    row.old_material = cards.integer(1);
+    for (std::int32_t i = 0; i < 4; ++i)
+        row.corner_source[i] = cards.integer(i + 2);
+    row.new_material = cards.integer(6);
+    switch (cards.kind) {
+        case LayoutKind::coupled:
+            row.skeleton = cards.integer(7);
+            row.fluid = cards.integer(8);
+            break;
+        case LayoutKind::temperature:
+        case LayoutKind::head:
+            row.attribute = cards.integer(7);
+            break;
+        case LayoutKind::displacement:
+            row.thickness = cards.shown(7);
+            row.density = cards.shown(8);
+            break;
+    }
+}
+
+void read_line_row(DeckCards& cards, const Card& card, RebuildRow& row) {
+    cards.take(card);
+    row.old_material = cards.integer(1);
+    row.corner_source[0] = cards.integer(2);
+    row.corner_source[1] = cards.integer(3);
+    row.new_material = cards.integer(4);
+}
+
+void read_rebuild_rows(DeckCards& cards, EditCards& edit) {
+    cards.take(CARD_3_6_1);
+    edit.continuum_row_count = cards.count(CARD_3_6_1);
+    for (std::int32_t i = 1; i <= edit.continuum_row_count; ++i)
+        read_continuum_row(cards, edit.continuum_rows[i]);
+    cards.take(CARD_3_6_2);
+    edit.beam_row_count = cards.count(CARD_3_6_2);
+    for (std::int32_t i = 1; i <= edit.beam_row_count; ++i)
+        read_line_row(cards, CARD_3_6_2_1, edit.beam_rows[i]);
+    cards.take(CARD_3_6_3);
+    edit.truss_row_count = cards.count(CARD_3_6_3);
+    for (std::int32_t i = 1; i <= edit.truss_row_count; ++i)
+        read_line_row(cards, CARD_3_6_3_1, edit.truss_rows[i]);
+}
+
+void read_moves(DeckCards& cards, EditCards& edit) {
+    cards.take(CARD_3_3_1_1);
+    edit.old_x = cards.shown(1);
+    edit.old_y = cards.shown(2);
+    edit.new_x = cards.shown(3);
+    edit.new_y = cards.shown(4);
+    cards.take(CARD_3_3_1_2);
+    edit.scale_x = cards.shown(1);
+    edit.scale_y = cards.shown(2);
+}
+
+void read_slope(DeckCards& cards, EditCards& edit) {
+    cards.take(CARD_3_3_6_1);
+    edit.slope_code = cards.integer(1);
+    cards.take(CARD_3_3_6_2);
+    edit.template_material = cards.integer(1);
+    edit.water_share = cards.shown(2);
+    edit.initial_head = cards.shown(3);
+    cards.take(CARD_3_3_6_3);
+    edit.crest_x = cards.shown(1);
+    edit.crest_y = cards.shown(2);
+    edit.toe_x = cards.shown(3);
+    edit.toe_y = cards.shown(4);
+    edit.foot_x = cards.shown(5);
+    edit.foot_y = cards.shown(6);
+    edit.triangle_place = cards.place();
+}
+
+// The cards that follow Card 3.3 for its IEDIT.
+void read_operation(DeckCards& cards, Deck& deck, DeckNotes& notes) {
+    EditCards& edit = deck.edit;
+    switch (edit.operation) {
+        case 0:
+            read_moves(cards, edit);
+            break;
+        case 1:
+            read_selection(cards, CARDS_3_3_2, edit);
+            cards.take(CARD_3_3_2_4);
+            for (std::int32_t i = 1; i <= CARD_3_3_2_4.maximum_of(cards.kind); ++i)
+                edit.new_codes[static_cast<std::size_t>(i - 1)] = cards.integer(i);
+            break;
+        case 2:
+            read_selection(cards, CARDS_3_3_3, edit);
+            break;
+        case 3:
+            read_selection(cards, CARDS_3_3_4, edit);
+            cards.take(CARD_3_3_4_4);
+            edit.new_continuum_material = cards.integer(1);
+            edit.new_beam_material = cards.integer(2);
+            edit.new_truss_material = cards.integer(3);
+            break;
+        case 4:
+            cards.begin(DeckPart::groups);
+            read_groups(cards, deck, notes);
+            break;
+        case SLOPE:
+            read_slope(cards, edit);
+            break;
+        case 6:
+            read_rebuild_rows(cards, edit);
+            break;
+        default:
+            break;  // no card follows
+    }
+}
+
+void read_edit(DeckCards& cards, Deck& deck, DeckNotes& notes) {
+    EditCards& edit = deck.edit;
+    cards.begin(DeckPart::edit);
+    deck.has_edit = true;
+    edit.slope_code = 0;
+    // The template mesh takes the place of the file that IEDIT 5 names.
+    deck.uses_template = cards.look_ahead_to_edit() == SLOPE;
+    if (deck.uses_template)
+        cards.unused_file_name("3.1-1", "FILEA");
+    else
+        deck.names.first = cards.file_name("3.1-1", "FILEA");
+    cards.result_name("3.1-2", "FILEM", deck.names.result);
+    cards.take(CARD_3_2);
+    edit.first_element = cards.integer(1);
+    edit.first_node = cards.integer(2);
+    edit.first_beam = cards.integer(3);
+    edit.first_truss = cards.integer(4);
+    edit.start_place = cards.place();
+    cards.take(CARD_3_3);
+    edit.operation = cards.integer(1);
+    edit.excluded_material_1 = cards.integer(2);
+    edit.excluded_material_2 = cards.integer(3);
+    edit.excluded_material_3 = cards.integer(4);
+    edit.excluded_beam_material = cards.integer(5);
+    edit.excluded_truss_material = cards.integer(6);
+    cards.begin(DeckPart::operation);
+    read_operation(cards, deck, notes);
+}
+
+// --- Cards 4.x -----------------------------------------------------------------------------------
+
+template <class Strips>
+void read_strips(DeckCards& cards, const Card& card, std::int32_t count, Strips& strips) {
+    for (std::int32_t i = 1; i <= count; ++i) {
+        cards.take(card);
+        strips[i] = {cards.shown(1), cards.shown(2), cards.shown(3), cards.place()};
+    }
+}
+
+void read_base_mesh(DeckCards& cards, BlockCards& blocks) {
+    cards.begin(DeckPart::base_mesh);
+    cards.take(CARD_4_1);
+    blocks.block_columns = cards.integer(1);
+    blocks.block_rows = cards.integer(2);
+    blocks.fixes_left = cards.integer(3);
+    blocks.fixes_right = cards.integer(4);
+    blocks.fixes_top = cards.integer(5);
+    blocks.fixes_bottom = cards.integer(6);
+    if (blocks.block_columns < 1 || blocks.block_columns > MOST_BLOCK_ROWS || blocks.block_rows < 1 ||
+        blocks.block_rows > MOST_BLOCK_ROWS)
+        cards.refuse("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS) +
+                     ", found " + std::to_string(blocks.block_columns) + " and " +
+                     std::to_string(blocks.block_rows));
+    cards.take(CARD_4_2);
+    blocks.origin_x = cards.shown(1);
+    blocks.origin_y = cards.shown(2);
+    if (CARD_4_2.maximum_of(cards.kind) == 3)
+        blocks.third = cards.shown(3);
+    read_strips(cards, CARD_4_3, blocks.block_columns, blocks.columns);
+    read_strips(cards, CARD_4_4, blocks.block_rows, blocks.rows);
+    cards.take(CARD_4_5);
+    blocks.edit_follows = cards.integer(1);
+}
+
+// --- Cards 5.x -----------------------------------------------------------------------------------
+
+DamOutline four_points(const DeckCards& cards) {
+    DamOutline points;
+    for (std::int32_t i = 1; i <= 7; i += 2)
+        points.push_back({cards.shown(i), cards.shown(i + 1)});
+    return points;
+}
+
+void read_dam(DeckCards& cards, DamCards& dam) {
+    dam = DamCards{};
+    cards.take(CARD_5_1);
+    dam.layer_count = cards.count(CARD_5_1);
+    dam.core = cards.integer(2) == 1;
+    dam.cut_off = cards.integer(3) == 1 && dam.layer_count > 0;
+    dam.shells = cards.integer(4) != 0;
+    dam.crest_divisions = cards.integer(5);
+    dam.initial_head = cards.shown(6);
+    dam.switches_place = cards.place();
+    cards.take(CARD_5_2);
+    dam.height = cards.shown(1);
+    dam.water_height = cards.shown(2);
+    dam.left_run = cards.shown(3);
+    dam.left_width = cards.shown(4);
+    dam.crest = cards.shown(5);
+    dam.middle_width = cards.shown(6);
+    dam.right_run = cards.shown(7);
+    dam.right_width = cards.shown(8);
+    dam.profile_place = cards.place();
+    if (dam.core) {
+        cards.take(CARD_5_3);
+        dam.core_points = four_points(cards);
+        dam.core_place = cards.place();
+    }
+    if (dam.layer_count > 0) {
+        cards.take(CARD_5_4_1);
+        dam.left_margin = cards.shown(1);
+        dam.right_margin = cards.shown(2);
+        dam.margins_place = cards.place();
+        dam.layers = cards.reals(CARD_5_4_1, dam.layer_count, "thickness of the layers, from the top",
+                                 "the layer thicknesses of Card 5.4");
+        dam.layers_place = cards.place();
+    }
+    if (dam.cut_off) {
+        cards.take(CARD_5_5);
+        dam.wall_points = four_points(cards);
+        dam.wall_place = cards.place();
+    }
+}
+
+}  // namespace
+
+void read_cards(DeckCards& cards, Deck& deck, DeckNotes& notes) {
+    deck.fault.reset();
+    deck.has_edit = deck.uses_template = false;
+    cards.begin(DeckPart::mode);
+    cards.prepare_kind_code();
+    cards.read(CARD_1_1);
+    deck.mode = cards.integer(1);
+    deck.kind_code = cards.integer(2);
+    deck.mode_place = cards.place();
+    if (deck.mode == DAM) {
+        read_dam(cards, deck.dam);
+        return;
+    }
+    cards.pass(CARD_1_1);
+    if (deck.mode <= COMBINATION)
+        read_combination(cards, deck);
+    else if (deck.mode == BASE_MESH)
+        read_base_mesh(cards, deck.blocks);
+    if (deck.mode == EDIT || (deck.mode == BASE_MESH && deck.blocks.edit_follows == 1))
+        read_edit(cards, deck, notes);
+    deck.end_place = cards.end_place();
+    if (deck.mode <= COMBINATION && deck.combination.interface_rule != 0 &&
+        deck.combination.interface_rule != 1)
+        cards.hold(
+            {STATUS_FAILED, deck.end_place.text() + ": the file ends here; expected NINT", deck.end_place});
+}
+
+}  // namespace brelan
