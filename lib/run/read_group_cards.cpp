@@ -1,10 +1,10 @@
 #include "run/read_group_cards.h"
 
-#include <cmath>
+#include <cstdlib>
 #include <string>
 
 #include "mesh/group_tables.h"
-#include "plane/arc.h"
+#include "plane/path.h"
 #include "run/run.h"
 #include "text/channel_numbers.h"
 #include "text/channels.h"
@@ -89,13 +89,6 @@ void read_post_lines(Run& run, GroupPost& post) {
         read_cut(run, "a switch for the outputs", toggle);
 }
 
-float sine(float angle) {
-    return static_cast<float>(std::sin(static_cast<double>(angle)));
-}
-float cosine(float angle) {
-    return static_cast<float>(std::cos(static_cast<double>(angle)));
-}
-
 // An arc gives its ends to the outline, over what the points' cards gave.
 void read_arc(Run& run, std::int32_t g, std::int32_t k, const Point& local, SegmentRow& arc) {
     const GroupRow& group = run.group_cards.rows[g];
@@ -105,16 +98,11 @@ void read_arc(Run& run, std::int32_t g, std::int32_t k, const Point& local, Segm
     arc.centre_y = arc.centre_y + local.y;
     arc.begin_angle = arc.begin_angle * RADIANS;
     arc.end_angle = arc.end_angle * RADIANS;
-    const Point centre{arc.centre_x, arc.centre_y};
-    // With both angles alike the end is taken as on a circle: so a deck asks for a straight segment.
-    const Point end = arc.begin_angle == arc.end_angle
-                          ? Point{arc.centre_x + arc.half_axis_y * cosine(arc.end_angle),
-                                  arc.centre_y + arc.half_axis_y * sine(arc.end_angle)}
-                          : ellipse_point(arc.end_angle, centre, arc.half_axis_x, arc.half_axis_y);
-    run.group_cards.outlines[g][k] = ellipse_point(arc.begin_angle, centre, arc.half_axis_x, arc.half_axis_y);
-    run.group_cards.outlines[g][k + 1] = end;
+    const Segment ends = ends_of_arc(arc);
+    run.group_cards.outlines[g][k] = ends.from;
+    run.group_cards.outlines[g][k + 1] = ends.to;
     if (k > 1 && k == group.segment_count && std::abs(group.group_type) != 2)
-        run.group_cards.outlines[g][1] = end;
+        run.group_cards.outlines[g][1] = ends.to;
 }
 
 void read_outline(Run& run, std::int32_t g) {
