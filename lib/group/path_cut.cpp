@@ -13,7 +13,7 @@ constexpr std::int32_t BOTH_ENDS_ALONE = 0, START = -1, END = 1, BOTH_ENDS = 2, 
 // The ends of a segment that become nodes of the mesh.
 PlacedEnds placed_by(std::int32_t end_rule) {
     const bool both = end_rule == BOTH_ENDS_ALONE || end_rule == BOTH_ENDS || end_rule == ONLY_MOVE;
-    return {both || end_rule == START, both || end_rule == END};
+    return {.first = both || end_rule == START, .second = both || end_rule == END};
 }
 
 void cut_piece(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path,
@@ -29,7 +29,8 @@ void cut_piece(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const P
     const auto cut = [&](std::size_t i) {
         const Point& p1 = path.point_of(piece, i - 1);
         const Point& p2 = path.point_of(piece, i);
-        place_ends(mesh, engine, p1, p2, {i == 1 && placed.first, i == piece.parts && placed.second});
+        place_ends(mesh, engine, p1, p2,
+                   {.first = placed.first && i == 1, .second = placed.second && i == piece.parts});
         if (end_rule != BOTH_ENDS_ALONE)
             scan_sides(mesh, tolerances, engine, p1, p2, mode);
     };
