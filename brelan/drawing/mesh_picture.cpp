@@ -258,7 +258,7 @@ private:
     void add_numbers() {
         constexpr std::size_t MOST = 4000;
         constexpr double SIZE = 9.0, DIGIT = 0.556 * SIZE;  // the width of a digit
-        Labels nodes{"node-numbers", {}, SIZE, Anchor::start, INK, false, true};
+        Labels nodes{.id = "node-numbers", .labels = {}, .size = SIZE, .halo = true};
         const std::vector<std::int32_t> places =
             options_.node_numbers ? node_number_places(mesh_, corners_) : std::vector<std::int32_t>();
         for (std::size_t n = 0; n < places.size(); ++n) {
@@ -269,7 +269,13 @@ private:
             const double width = DIGIT * static_cast<double>(text.size());
             nodes.labels.push_back({beside(p, places[n], width, SIZE), std::move(text)});
         }
-        Labels elements{"element-numbers", {}, SIZE, Anchor::middle, ELEMENT_NUMBER, true, true};
+        Labels elements{.id = "element-numbers",
+                        .labels = {},
+                        .size = SIZE,
+                        .anchor = Anchor::middle,
+                        .color = ELEMENT_NUMBER,
+                        .bold = true,
+                        .halo = true};
         const std::vector<std::int32_t> lines =
             options_.element_numbers ? element_number_lines(mesh_, corners_) : std::vector<std::int32_t>();
         for (std::size_t i = 0; i < lines.size(); ++i) {

@@ -75,7 +75,7 @@ struct DeckPoint {
 
 struct DeckSegment {
     std::int32_t segment_type = 0, divisions = 0, end_rule = 0;
-    std::vector<DeckPoint> path;  // its points from start to end, arcs and divisions included
+    std::vector<DeckPoint> path;  // its points, from the end of the segment before it; none: it draws nothing
     std::size_t card = 0;         // place of Card 3.3.5.4.3.1 in Deck::cards
 };
 
@@ -86,7 +86,7 @@ struct DeckGroup {
     std::vector<DeckPoint> points;      // of the outline, in its order
     std::vector<DeckSegment> segments;  // none: the points are the path, and nothing is cut
     bool closed = false;
-    std::vector<DeckPoint> path;  // all of it; the first point is not repeated at the end of a closed one
+    std::vector<DeckPoint> path;  // all of it, as the engine has it
     std::size_t card = 0;         // place of Card 3.3.5.4.1 in Deck::cards
 };
 

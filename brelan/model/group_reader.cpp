@@ -2,58 +2,20 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdlib>
+#include <span>
 
 #include "deck/group_cards.h"
 #include "mesh/group_tables.h"
-#include "plane/arc.h"
-#include "plane/polygon_scan.h"
-#include "text/real_to_integer.h"
+#include "model/group_path.h"
+#include "plane/path.h"
 
 namespace brelan::tool {
 
 namespace {
 
-constexpr std::int32_t CLOSING_OUTLINE = 5;    // MTYPE
-constexpr std::int32_t STRAIGHT = 1, ARC = 2;  // LTYPE
-constexpr float RADIANS = 0.017453292F;        // of one degree
-constexpr float PARTS_PER_RADIAN = 63.661976F;
-constexpr std::int32_t FEWEST_PARTS = 20;
-
-DeckPoint in_64_bits(const Point& point) {
-    return {static_cast<double>(point.x), static_cast<double>(point.y)};
-}
-
-double distance(const DeckPoint& a, const DeckPoint& b) {
-    return std::hypot(b.x - a.x, b.y - a.y);
-}
-
-struct Arc {
-    Point centre;
-    float half_axis_x = 0.0F, half_axis_y = 0.0F, begin_angle = 0.0F, end_angle = 0.0F;
-};
-
-// The points of an arc from its start to its end.
-std::vector<DeckPoint> arc_points(const Arc& arc, std::int32_t divisions) {
-    std::int32_t parts = std::abs(divisions);
-    if (parts == 0)
-        parts =
-            std::max(FEWEST_PARTS,
-                     to_integer(std::abs(std::round((arc.end_angle - arc.begin_angle) * PARTS_PER_RADIAN))));
-    parts = std::clamp(parts, 1, MOST_POLYGON_POINTS);
-    std::vector<DeckPoint> points{
-        in_64_bits(ellipse_point(arc.begin_angle, arc.centre, arc.half_axis_x, arc.half_axis_y))};
-    const ArcTable table(arc.begin_angle, arc.end_angle, arc.half_axis_x, arc.half_axis_y, parts);
-    for (std::int32_t i = 1; i <= parts; ++i) {
-        const float even = arc.begin_angle + (arc.end_angle - arc.begin_angle) * static_cast<float>(i) /
-                                                 static_cast<float>(parts);
-        points.push_back(in_64_bits(arc.half_axis_x == arc.half_axis_y
-                                        ? ellipse_point(even, arc.centre, arc.half_axis_x, arc.half_axis_y)
-                                        : table.point(i, arc.centre)));
-    }
-    return points;
-}
+constexpr std::int32_t CLOSING_OUTLINE = 5;  // MTYPE
+constexpr float RADIANS = 0.017453292F;      // of one degree
 
 class GroupReader {
 public:
@@ -77,7 +39,10 @@ public:
                 read_post_lines();
             read_points();
             read_segments();
-            build_path();
+            point(std::max(point_count_, 0));
+            draw_path(group_,
+                      std::span(points_).subspan(1, static_cast<std::size_t>(std::max(point_count_, 0))),
+                      rows_);
         }
         deck_.groups.push_back(std::move(group_));
     }
@@ -136,7 +101,7 @@ private:
             if (from_reference)
                 p = {p.x + reference_.x, p.y + reference_.y};
             if (point_number >= 1 && point_number <= MOST_GROUP_POINTS)
-                point(point_number) = in_64_bits(p);
+                point(point_number) = p;
         }
     }
 
@@ -155,8 +120,8 @@ private:
             segment.divisions = group_.group_type == CLOSING_OUTLINE ? 0 : cards_.integer(3);
             segment.end_rule = group_.group_type == CLOSING_OUTLINE ? 3 : cards_.integer(4);
             group_.segments.push_back(segment);
-            arcs_.emplace_back();
-            if (segment.segment_type == ARC)
+            rows_.push_back({segment.segment_type, segment.divisions, segment.end_rule});
+            if (segment.segment_type == ARC_SEGMENT)
                 read_arc(k, segment_count, open);
         }
         if (segment_count > 0)
@@ -171,63 +136,25 @@ private:
         if (const ArcFault fault = fault_of_arc(values, k > 1 && k == segment_count && !open);
             !fault.message.empty())
             cards_.fault(fault.message, fault.field);
-        Arc& arc = arcs_.back();
-        arc.centre = {cards_.value(1) + local_.x, cards_.value(2) + local_.y};
+        SegmentRow& arc = rows_.back();
+        arc.centre_x = cards_.value(1) + local_.x;
+        arc.centre_y = cards_.value(2) + local_.y;
         arc.half_axis_x = cards_.value(3);
         arc.half_axis_y = cards_.value(4);
         arc.begin_angle = cards_.value(5) * RADIANS;
         arc.end_angle = cards_.value(6) * RADIANS;
-        point(k) = in_64_bits(ellipse_point(arc.begin_angle, arc.centre, arc.half_axis_x, arc.half_axis_y));
-        point(k + 1) = in_64_bits(ellipse_point(arc.end_angle, arc.centre, arc.half_axis_x, arc.half_axis_y));
+        const Segment ends = ends_of_arc(arc);
+        point(k) = ends.from;
+        point(k + 1) = ends.to;
         if (k > 1 && k == segment_count && !open)
-            point(1) = point(k + 1);
+            point(1) = ends.to;
     }
 
     // Point i of the outline, from 1.
-    DeckPoint& point(std::int32_t i) {
+    Point& point(std::int32_t i) {
         if (points_.size() <= static_cast<std::size_t>(i))
             points_.resize(static_cast<std::size_t>(i) + 1);
         return points_[static_cast<std::size_t>(i)];
-    }
-
-    void build_path() {
-        for (std::int32_t i = 1; i <= point_count_; ++i)
-            group_.points.push_back(point(i));
-        group_.closed = std::abs(group_.group_type) != 2;
-        if (!group_.closed && point_count_ > 1 && distance(point(1), point(point_count_)) < SAME_PLACE)
-            group_.closed = true;
-        if (group_.segments.empty()) {
-            group_.path = group_.points;
-            return;
-        }
-        for (std::size_t i = 0; i < group_.segments.size(); ++i)
-            add_segment(static_cast<std::int32_t>(i) + 1);
-        if (group_.closed && group_.path.size() > 1 &&
-            distance(group_.path.front(), group_.path.back()) < SAME_PLACE)
-            group_.path.pop_back();
-    }
-
-    void add_segment(std::int32_t k) {
-        const auto place = static_cast<std::size_t>(k) - 1;
-        DeckSegment& segment = group_.segments[place];
-        const Arc& arc = arcs_[place];
-        const DeckPoint start = point(k);
-        const DeckPoint end = k == point_count_ ? point(1) : point(k + 1);
-        if (segment.segment_type == ARC && arc.begin_angle != arc.end_angle) {
-            segment.path = arc_points(arc, segment.divisions);
-        } else if (segment.segment_type == STRAIGHT || segment.segment_type == ARC) {
-            const std::int32_t parts = std::clamp(std::abs(segment.divisions), 1, MOST_POLYGON_POINTS);
-            for (std::int32_t i = 0; i <= parts; ++i) {
-                const double share = static_cast<double>(i) / parts;
-                segment.path.push_back(
-                    {start.x + share * (end.x - start.x), start.y + share * (end.y - start.y)});
-            }
-        } else {
-            return;
-        }
-        const bool joined =
-            !group_.path.empty() && distance(group_.path.back(), segment.path.front()) < SAME_PLACE;
-        group_.path.insert(group_.path.end(), segment.path.begin() + (joined ? 1 : 0), segment.path.end());
     }
 
     Deck& deck_;
@@ -235,8 +162,8 @@ private:
     DeckGroup group_;
     Point reference_, local_;
     std::int32_t point_count_ = 0;
-    std::vector<DeckPoint> points_;
-    std::vector<Arc> arcs_;  // by segment
+    std::vector<Point> points_;  // from place 1
+    std::vector<SegmentRow> rows_;
 };
 
 void read_numbers(CardReader& cards, const CardForm& form, std::string_view heading) {

@@ -6,9 +6,6 @@
 
 namespace brelan::tool {
 
-// Outline points nearer than this are one, as long as a project's defaults file does not say otherwise.
-inline constexpr double SAME_PLACE = 0.001;
-
 // Reads the cards behind a Card 3.3 with IEDIT 4 into the deck's groups.
 void read_groups(Deck& deck, CardReader& cards);
 

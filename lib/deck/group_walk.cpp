@@ -1,7 +1,6 @@
 #include "deck/group_walk.h"
 
 #include <array>
-#include <cmath>
 #include <cstdio>
 #include <limits>
 #include <memory>
@@ -9,7 +8,7 @@
 
 #include "deck/group_card_table.h"
 #include "deck/normalised_deck.h"
-#include "plane/arc.h"
+#include "plane/path.h"
 
 namespace brelan {
 
@@ -17,18 +16,10 @@ namespace {
 
 // MTYPE 5 of a deck: a group of MTYPE 3 that cuts nothing and colours nothing, the outline of a finished dam.
 constexpr std::int32_t CLOSING_OUTLINE = 5;
-constexpr std::int32_t ARC = 2;          // LTYPE
 constexpr float RADIANS = 0.017453292F;  // of one degree
 
 bool is_open(std::int32_t group_type) {
     return group_type == 2 || group_type == -2;
-}
-
-float sine(float angle) {
-    return static_cast<float>(std::sin(static_cast<double>(angle)));
-}
-float cosine(float angle) {
-    return static_cast<float>(std::cos(static_cast<double>(angle)));
 }
 
 // The material line of a group, and the words of the group that it gives, in its order; a word that it does
@@ -231,7 +222,7 @@ private:
             segment.segment_type = cards_.integer(2);
             segment.divisions = cards_.integer(3);
             segment.end_rule = cards_.integer(4);
-            if (segment.segment_type == ARC)
+            if (segment.segment_type == ARC_SEGMENT)
                 read_arc(group, k, k > 1 && k == row.segment_count && !is_open(group.group_type), segment);
         }
         if (row.segment_count > 0)
@@ -246,23 +237,18 @@ private:
             if (!fault.message.empty())
                 cards_.refuse(fault.message, fault.field);
         }
-        const Point centre{cards_.shown(1) + local_.x, cards_.shown(2) + local_.y};
-        arc.centre_x = centre.x;
-        arc.centre_y = centre.y;
+        arc.centre_x = cards_.shown(1) + local_.x;
+        arc.centre_y = cards_.shown(2) + local_.y;
         arc.half_axis_x = cards_.shown(3);
         arc.half_axis_y = cards_.shown(4);
         arc.begin_angle = cards_.shown(5) * RADIANS;
         arc.end_angle = cards_.shown(6) * RADIANS;
-        // With both angles alike the end is taken as on a circle: so a deck asks for a straight segment.
-        const Point end = arc.begin_angle == arc.end_angle
-                              ? Point{centre.x + arc.half_axis_y * cosine(arc.end_angle),
-                                      centre.y + arc.half_axis_y * sine(arc.end_angle)}
-                              : ellipse_point(arc.end_angle, centre, arc.half_axis_x, arc.half_axis_y);
+        const Segment ends = ends_of_arc(arc);
         const auto outline = groups_->outlines[group.number];
-        outline[k] = ellipse_point(arc.begin_angle, centre, arc.half_axis_x, arc.half_axis_y);
-        outline[k + 1] = end;
+        outline[k] = ends.from;
+        outline[k + 1] = ends.to;
         if (closes_outline)
-            outline[1] = end;
+            outline[1] = ends.to;
     }
 
     CardSource& cards_;

@@ -213,8 +213,7 @@ void place_one_end(Mesh& mesh, Engine& engine, const Point& p, const Point& q0) 
 
 // --- sides ---------------------------------------------------------------------------------------
 
-constexpr float SHARE_OF_SIDE = 0.1F;   // of a side: a crossing so near to a frozen corner is the corner
-constexpr std::int32_t ONLY_MOVE = -2;  // IEND: nodes move, none is added
+constexpr float SHARE_OF_SIDE = 0.1F;  // of a side: a crossing so near to a frozen corner is the corner
 
 // Brings one side to the segment. Gives the number of the node that it moves, 0 for none.
 std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutRow& row,
@@ -329,11 +328,10 @@ void collect_rows(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2) 
             take(e);
 }
 
-void place_ends(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2, bool skips_first,
-                bool skips_second) {
-    if (!skips_first)
+void place_ends(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2, const PlacedEnds& placed) {
+    if (placed.first)
         place_one_end(mesh, engine, p1, p2);
-    if (!skips_second)
+    if (placed.second)
         place_one_end(mesh, engine, p2, p1);
 }
 

@@ -10,6 +10,8 @@
 
 namespace brelan {
 
+inline constexpr std::int32_t ONLY_MOVE = -2;  // IEND: nodes move, none is added
+
 // What the cut of a segment goes by.
 struct CutMode {
     std::int32_t end_rule = 0;
@@ -20,10 +22,12 @@ struct CutMode {
 // those elements from further calls.
 void collect_rows(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2);
 
-// Makes an end of the pair a node of the mesh: the nearest free corner of the row that contains it, a new
-// node on a side, or one inside.
-void place_ends(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2, bool skips_first,
-                bool skips_second);
+// Makes ends of the pair nodes of the mesh: the nearest free corner of the row that contains it, a new node
+// on a side, or one inside.
+struct PlacedEnds {
+    bool first = false, second = false;
+};
+void place_ends(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2, const PlacedEnds& placed);
 
 // Brings each side of each row to the segment: a free corner near the crossing moves onto it, else the side
 // gets a node there.

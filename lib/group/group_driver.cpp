@@ -6,10 +6,12 @@
 #include "group/engine_mesh.h"
 #include "group/joints.h"
 #include "group/line_elements.h"
+#include "group/line_nodes.h"
 #include "group/listing.h"
-#include "group/path.h"
+#include "group/path_cut.h"
 #include "group/regions.h"
 #include "mesh/kinds.h"
+#include "plane/path.h"
 #include "text/channel_numbers.h"
 #include "text/channels.h"
 #include "text/real_to_integer.h"
@@ -18,21 +20,10 @@ namespace brelan {
 
 namespace {
 
-// The outline of a group, and whether it is closed: an open line whose ends lie within TOLSAME counts as
-// closed.
-Outline load_outline(const GroupCards& group_cards, const Tolerances& tolerances, std::int32_t g) {
-    Outline outline;
-    outline.group = group_cards.rows[g];
-    GroupRow& group = outline.group;
-    const auto points = static_cast<std::size_t>(group.point_count > 0 ? group.point_count : 0);
-    outline.point.resize(points + 2);
-    for (std::int32_t i = 1; i <= group.point_count; ++i)
-        outline.point[static_cast<std::size_t>(i)] = group_cards.outlines[g][i];
-    if (std::abs(group.group_type) == 2 && group.point_count > 1 &&
-        distance(outline.point[1], outline.point[points]) < tolerances.same)
-        --group.point_count;
-    outline.closed = group.segment_count == group.point_count;
-    return outline;
+OutlineUse use_of(const GroupRow& group) {
+    if (std::abs(group.group_type) != 2)
+        return OutlineUse::region;
+    return group.group_type == 2 && group.overlay == 1 ? OutlineUse::free_line : OutlineUse::line;
 }
 
 // The joint attribute as the engine holds it: the temperature and head kinds keep it below -100.
@@ -44,13 +35,12 @@ std::int32_t held_joint_attribute(LayoutKind kind, float joint_attribute) {
 // Lines of a group, and its joint: works on the mesh and writes the record of "JOINT.TMP". True when there is
 // one.
 bool add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, Engine& engine,
-               GroupListing& listing, std::int32_t g, const Outline& outline,
-               std::span<const std::int32_t> nodes) {
+               GroupListing& listing, std::int32_t g, bool closed, std::span<const std::int32_t> nodes) {
     const GroupMaterial& material = group_cards.materials[g];
-    const GroupRow& group = outline.group;
+    const GroupRow& group = group_cards.rows[g];
     JointRecord record;
     record.group = g;
-    record.closed = outline.closed ? 1 : 0;
+    record.closed = closed ? 1 : 0;
     record.group_type = group.group_type;
     record.inner_line_type = to_integer(material.inner_line_type);
     record.inner_line_material = to_integer(material.inner_line_material);
@@ -59,7 +49,7 @@ bool add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, En
         const bool listed = record.inner_line_type != 0 && record.inner_line_material != 0;
         if (listed)
             write_joint_record(channels.at(CHANNEL_JOINT), record);
-        add_line_elements(mesh, engine, listing, group.freezes_nodes, outline.closed, record.inner_line_type,
+        add_line_elements(mesh, engine, listing, group.freezes_nodes, closed, record.inner_line_type,
                           record.inner_line_material, nodes);
         return listed;
     }
@@ -68,15 +58,15 @@ bool add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, En
     record.joint_thickness = material.joint_thickness;
     record.outer_line_type = to_integer(material.outer_line_type);
     record.outer_line_material = to_integer(material.outer_line_material);
-    record.twins = add_twin_line(mesh, engine, nodes, outline.closed, record.joint_thickness);
+    record.twins = add_twin_line(mesh, engine, nodes, closed, record.joint_thickness);
     write_joint_record(channels.at(CHANNEL_JOINT), record);
-    add_joints(mesh, engine, nodes, record.twins, outline.closed, to_integer(material.joint_material),
+    add_joints(mesh, engine, nodes, record.twins, closed, to_integer(material.joint_material),
                held_joint_attribute(mesh.kind, material.joint_attribute));
     if (std::abs(group.group_type) == 4 || record.joint_thickness <= 0.0F)
-        move_across(mesh, engine, nodes, record.twins, outline.closed);
-    add_line_elements(mesh, engine, listing, group.freezes_nodes, outline.closed, record.inner_line_type,
+        move_across(mesh, engine, nodes, record.twins, closed);
+    add_line_elements(mesh, engine, listing, group.freezes_nodes, closed, record.inner_line_type,
                       record.inner_line_material, nodes);
-    add_line_elements(mesh, engine, listing, group.freezes_nodes, outline.closed, record.outer_line_type,
+    add_line_elements(mesh, engine, listing, group.freezes_nodes, closed, record.outer_line_type,
                       record.outer_line_material, record.twins);
     return true;
 }
@@ -99,24 +89,28 @@ bool run_group(Channels& channels, Mesh& mesh, const GroupCards& group_cards, co
                Engine& engine, GroupListing& listing, std::int32_t g) {
     engine.group = g;
     engine.saved_corners.clear();
-    if (group_cards.rows[g].group_type == 0)
+    const GroupRow& group = group_cards.rows[g];
+    if (group.group_type == 0)
         return false;
-    Outline outline = load_outline(group_cards, tolerances, g);
-    const GroupRow& group = outline.group;
-    const Path path = build_path(mesh, group_cards, tolerances, engine, g, outline);
-    const bool free_line = group.group_type == 2 && group.overlay == 1;
+    const OutlineUse use = use_of(group);
+    const std::span<const SegmentRow> segments = segments_of(group_cards, g);
+    const Path path = path_along(outline_of(group_cards, g), segments, use, tolerances.same);
     KeptLine line;
-    if (!free_line)
+    if (use != OutlineUse::free_line) {
+        cut_along(mesh, tolerances, engine, path, segments);
+        require_parts(engine, path);
         line = list_path_nodes(mesh, tolerances, engine, path);
-    else if (group.segment_count >= 1)
+    } else if (group.segment_count >= 1) {
+        require_parts(engine, path);
         line = list_free_nodes(mesh, tolerances, engine, path);
-    const bool recorded = add_lines(channels, mesh, group_cards, engine, listing, g, outline, line.nodes);
+    }
+    const bool recorded = add_lines(channels, mesh, group_cards, engine, listing, g, path.closed, line.nodes);
     write_listing_row(listing, channels.at(CHANNEL_GROUP), g, ROW_OUTLINE, group.group_type,
-                      outline.closed ? 1 : 0, path.point);
+                      path.closed ? 1 : 0, path.points);
     line.group_type = group.group_type;
-    line.closed = outline.closed ? 1 : 0;
+    line.closed = path.closed ? 1 : 0;
     listing.lines[listing.count] = line;
-    run_region(mesh, group_cards, engine, g, group, path.point);
+    run_region(mesh, group_cards, engine, g, group, path.points);
     return recorded;
 }
 

@@ -4,11 +4,12 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "mesh/tables.h"
-#include "plane/point.h"
+#include "plane/path.h"
 #include "text/text_line.h"
 
 namespace brelan {
@@ -39,14 +40,6 @@ struct GroupMaterial {
     float inner_line_material = 0.0F;                          // LMi: or LMAT
     float outer_line_type = 0.0F, outer_line_material = 0.0F;  // LTo, LMo: second line of a joint
     float old_material = 0.0F;                                 // MATold
-};
-
-// A segment of an outline. Only an arc (LTYPE 2) has centre, half axes and angles (radians).
-struct SegmentRow {
-    std::int32_t segment_type = 0, divisions = 0, end_rule = 0;  // LTYPE, NDIV, IEND
-    float centre_x = 0.0F, centre_y = 0.0F;                      // Xo, Yo
-    float half_axis_x = 0.0F, half_axis_y = 0.0F;                // Rx, Ry
-    float begin_angle = 0.0F, end_angle = 0.0F;                  // Qb, Qe
 };
 
 // What a group's cards give the outputs.
@@ -83,6 +76,15 @@ struct GroupCards {
     Table<GroupPost, MOST_GROUPS, "the output lines of the groups"> outputs;
     GroupLimits limits;
 };
+
+// The outline points of a group that are in use, and its segments.
+inline std::span<const Point> outline_of(const GroupCards& group_cards, std::int32_t g) {
+    const std::int32_t count = group_cards.rows[g].point_count;
+    return {group_cards.outlines[g].entries, static_cast<std::size_t>(count > 0 ? count : 0)};
+}
+inline std::span<const SegmentRow> segments_of(const GroupCards& group_cards, std::int32_t g) {
+    return {group_cards.segments[g].entries, static_cast<std::size_t>(group_cards.rows[g].segment_count)};
+}
 
 // --- settings of the defaults file ---------------------------------------------------------------
 

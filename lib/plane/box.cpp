@@ -25,9 +25,9 @@ namespace {
 // segments cross only where their boxes meet, and so do two along the axes.
 //
 // A triangle contains points to 5e-5 of its own width and height beyond it; areas of less than 1e-10 of size
-// and coordinate, whose rounding could take more, must be kept apart. A node at most `reach` from a segment is
-// found by its computed distance; 1e-6 of a coordinate is room for the rounding of middles and of a polygon's
-// crossings.
+// and coordinate, whose rounding could take more, must be kept apart. A node at most `reach` from a segment
+// is found by its computed distance; 1e-6 of a coordinate is room for the rounding of middles and of a
+// polygon's crossings.
 constexpr float FARTHEST = 1.0E15F;
 constexpr float EVERYWHERE = std::numeric_limits<float>::infinity();
 constexpr float IN_TRIANGLE = 2.0E-4F;

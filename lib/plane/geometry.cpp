@@ -72,10 +72,7 @@ bool alike(const ClassedSegment& one, const ClassedSegment& two) {
 }
 
 Meeting meeting_at(bool meets, float x, float y) {
-    Meeting meeting;
-    if (meets)
-        meeting = {true, true, {x, y}};
-    return meeting;
+    return {.meets = meets, .computed = meets, .point = meets ? Point{x, y} : Point{}};
 }
 
 // A segment along an axis against a slanting one.

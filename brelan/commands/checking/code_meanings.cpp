@@ -99,8 +99,8 @@ CodeMeaning meaning_of(const DeckCard& card, const DeckField& field) {
         return {};
     for (const Value& value : row->values)
         if (value.value == field.integer())
-            return {true, true, value.text, false};
-    return {true, false, row->otherwise, row->ends_run};
+            return {.is_code = true, .known = true, .text = value.text};
+    return {.is_code = true, .text = row->otherwise, .ends_run = row->ends_run};
 }
 
 }  // namespace brelan::tool

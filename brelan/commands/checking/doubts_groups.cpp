@@ -9,7 +9,7 @@
 #include "commands/checking/doubts.h"
 #include "commands/checking/group_text.h"
 #include "mesh/group_tables.h"
-#include "model/group_reader.h"
+#include "model/group_path.h"
 #include "plane/polygon_scan.h"
 
 namespace brelan::tool {
@@ -149,10 +149,10 @@ double signed_area(const std::vector<DeckPoint>& path) {
 void doubt_size(Doubts& doubts, const DeckGroup& group) {
     const Deck& deck = doubts.deck();
     for (const DeckSegment& segment : group.segments)
-        if (std::abs(segment.divisions) > MOST_POLYGON_POINTS) {
+        if (std::abs(segment.divisions) > MOST_SEGMENT_PARTS) {
             doubts.end_of_run("too-large", &deck.cards[segment.card],
                               fmt::format("NDIV {}: a segment has at most {} parts", segment.divisions,
-                                          MOST_POLYGON_POINTS));
+                                          MOST_SEGMENT_PARTS));
             return;
         }
     if (group.path.size() > static_cast<std::size_t>(MOST_POLYGON_POINTS))

@@ -81,7 +81,7 @@ protected:
     // Collects the rows of a pair and places its second end.
     static void place(const Point& P, const Point& Q0) {
         collect_rows(state.mesh, state.engine, Q0, P);
-        place_ends(state.mesh, state.engine, Q0, P, true, false);
+        place_ends(state.mesh, state.engine, Q0, P, {.second = true});
     }
 
     static FourNodes corners(std::int32_t e) {

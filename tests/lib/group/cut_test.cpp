@@ -71,7 +71,7 @@ TEST_F(ThreeSquares, SegmentAlongSidesChangesNothing) {
 TEST_F(ThreeSquares, EndsAloneLeaveTheElementsBetween) {
     const Point P1{0.25F, 0.125F}, P2{2.75F, 0.875F};
     collect_rows(state.mesh, state.engine, P1, P2);
-    place_ends(state.mesh, state.engine, P1, P2, false, false);
+    place_ends(state.mesh, state.engine, P1, P2, {.first = true, .second = true});
     split_rows(state.mesh, state.engine);
     EXPECT_EQ(state.engine.highest_node, 8);
     EXPECT_EQ(state.engine.highest_element, 3);

@@ -156,7 +156,7 @@ MeshNow present() {
 
 struct Pair {
     Point p1, p2;
-    bool skips_first, skips_second;
+    PlacedEnds placed;
     CutMode mode;
 };
 
@@ -186,7 +186,7 @@ Pair random_pair(Random& random, const MeshNow& mesh) {
 
 void cut(const Pair& pair) {
     collect_rows(state.mesh, state.engine, pair.p1, pair.p2);
-    place_ends(state.mesh, state.engine, pair.p1, pair.p2, pair.skips_first, pair.skips_second);
+    place_ends(state.mesh, state.engine, pair.p1, pair.p2, pair.placed);
     scan_sides(state.mesh, state.tolerances, state.engine, pair.p1, pair.p2, pair.mode);
     split_rows(state.mesh, state.engine);
 }
@@ -196,7 +196,7 @@ void cut_deferred(const std::vector<Pair>& pairs) {
     for (const Pair& pair : pairs)
         collect_rows(state.mesh, state.engine, pair.p1, pair.p2);
     for (const Pair& pair : pairs) {
-        place_ends(state.mesh, state.engine, pair.p1, pair.p2, pair.skips_first, pair.skips_second);
+        place_ends(state.mesh, state.engine, pair.p1, pair.p2, pair.placed);
         scan_sides(state.mesh, state.tolerances, state.engine, pair.p1, pair.p2, {pair.mode.end_rule, true});
     }
     split_rows(state.mesh, state.engine);

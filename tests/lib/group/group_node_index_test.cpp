@@ -6,8 +6,8 @@
 
 #include "group/engine.h"
 #include "group/engine_mesh.h"
+#include "group/line_nodes.h"
 #include "group/node_index.h"
-#include "group/path.h"
 #include "support/group_drawing.h"
 #include "support/state.h"
 
@@ -123,7 +123,7 @@ TEST_F(GroupNodeIndex, FreeLineTakesTheLowestUnusedNumberAtTheOrigin) {
         state.engine.uses_indexes = on;
         state.tolerances.same = 0.0078125F;
         Path path;
-        path.point = {{0.0F, 0.005F}, {2.005F, 0.0F}, {2.5F, 0.0F}, {2.505F, 0.0F}, {3.0078125F, 3.0F}};
+        path.points = {{0.0F, 0.005F}, {2.005F, 0.0F}, {2.5F, 0.0F}, {2.505F, 0.0F}, {3.0078125F, 3.0F}};
         const KeptLine line = list_free_nodes(state.mesh, state.tolerances, state.engine, path);
         EXPECT_EQ(line.nodes, (std::vector<std::int32_t>{2, 4, 21, 21, 22}));
         EXPECT_EQ(state.engine.highest_node, 22);

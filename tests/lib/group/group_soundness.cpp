@@ -12,6 +12,7 @@
 #include "group/loader.h"
 #include "group/row_index.h"
 #include "mesh/kinds.h"
+#include "plane/path.h"
 #include "support/state.h"
 
 namespace brelan::test {
@@ -61,8 +62,9 @@ void store_group(std::int32_t g, const DrawnGroup& drawn) {
                                               s.Rx,    s.Ry,   s.Qb * DEGREE, s.Qe * DEGREE};
         if (s.LTYPE != 2)
             continue;
-        state.deck.groups.outlines[g][k] = ellipse_point(s.Qb * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
-        state.deck.groups.outlines[g][k + 1] = ellipse_point(s.Qe * DEGREE, {s.Xo, s.Yo}, s.Rx, s.Ry);
+        const Segment ends = ends_of_arc(state.deck.groups.segments[g][k]);
+        state.deck.groups.outlines[g][k] = ends.from;
+        state.deck.groups.outlines[g][k + 1] = ends.to;
         if (k > 1 && k == segments && !drawn.is_open())
             state.deck.groups.outlines[g][1] = state.deck.groups.outlines[g][k + 1];
     }

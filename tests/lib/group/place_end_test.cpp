@@ -63,9 +63,9 @@ TEST_F(GroupCutEnd, CornerNamedTwiceIsMarkedTwiceInTheNeighboursOnly) {
 TEST_F(GroupCutEnd, SkippedEndsAreNotPlaced) {
     rectangle(10, 10);
     collect_rows(state.mesh, state.engine, {2, 1}, {8, 1});
-    place_ends(state.mesh, state.engine, {2, 1}, {8, 1}, true, true);
+    place_ends(state.mesh, state.engine, {2, 1}, {8, 1}, {});
     expect_node(1, 0, 0);
-    place_ends(state.mesh, state.engine, {2, 1}, {8, 1}, false, true);
+    place_ends(state.mesh, state.engine, {2, 1}, {8, 1}, {.first = true});
     expect_node(1, 2, 1);
     expect_node(2, 10, 0);
 }

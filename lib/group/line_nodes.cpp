@@ -1,0 +1,122 @@
+#include "group/line_nodes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "group/engine_mesh.h"
+#include "group/node_index.h"
+
+namespace brelan {
+
+namespace {
+
+struct Candidate {
+    std::int32_t node;
+    float distance;
+    Point snapped;
+};
+
+void require_room(const Engine& engine, const KeptLine& line) {
+    if (line.nodes.size() > static_cast<std::size_t>(MOST_PATH_NODES))
+        fail("group " + std::to_string(engine.group) + ": expected a line of at most " +
+             std::to_string(MOST_PATH_NODES) + " nodes, found more");
+}
+
+// The nodes near an edge of continuum elements that the groups may work on, each at its first place: elements
+// in ascending number, corners in order. Every element with a node near the edge is itself near it, so the
+// places are those that a look at all elements would give.
+std::vector<std::int32_t> nodes_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                     const Point& from, const Point& to, std::vector<bool>& seen) {
+    std::vector<std::int32_t> nodes;
+    for (const std::int32_t e : elements_near(engine, from, to, tolerances.line)) {
+        if (!is_selected(mesh, engine, e) || is_joint(mesh, e))
+            continue;
+        for (const std::int32_t n : corners_of(mesh, e).n) {
+            if (n <= 0 || seen[static_cast<std::size_t>(n)])
+                continue;
+            seen[static_cast<std::size_t>(n)] = true;
+            nodes.push_back(n);
+        }
+    }
+    for (const std::int32_t n : nodes)
+        seen[static_cast<std::size_t>(n)] = false;
+    return nodes;
+}
+
+// True for a node beyond the reach of snap_to_segment at both ends and everywhere between.
+bool is_far(const Tolerances& tolerances, const Engine& engine, const Point& from, const Point& to,
+            const Point& node) {
+    if (!engine.uses_indexes)
+        return false;
+    const float size = std::max({std::abs(from.x), std::abs(from.y), std::abs(to.x), std::abs(to.y)});
+    const float reach = std::abs(tolerances.line) * 1.001F + size * 1.0E-6F + 1.0E-18F;
+    return node.x < std::min(from.x, to.x) - reach || node.x > std::max(from.x, to.x) + reach ||
+           node.y < std::min(from.y, to.y) - reach || node.y > std::max(from.y, to.y) + reach;
+}
+
+// Rising D; of equal values the later candidate comes first.
+void sort_candidates(std::vector<Candidate>& candidates) {
+    std::reverse(candidates.begin(), candidates.end());
+    std::stable_sort(candidates.begin(), candidates.end(),
+                     [](const Candidate& a, const Candidate& b) { return a.distance < b.distance; });
+}
+
+// An undivided segment whose ends alone were placed gives its ends: the first edge both, a later one its
+// last.
+void keep_ends(std::vector<Candidate>& candidates, bool first_edge) {
+    if (first_edge && candidates.size() > 2)
+        candidates = {candidates.front(), candidates.back()};
+    else if (!first_edge && candidates.size() > 1)
+        candidates = {candidates.back()};
+}
+
+}  // namespace
+
+KeptLine list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path) {
+    KeptLine line;
+    std::vector<bool> listed(static_cast<std::size_t>(HIGHEST_NODE_NUMBER) + 1, false);
+    std::vector<bool> seen(listed);  // scratch of nodes_near
+    for (std::size_t edge = 0; edge < path.edges; ++edge) {
+        const Point& from = path.points[edge];
+        const Point& to = path.end_of(edge);
+        std::vector<Candidate> candidates;
+        for (const std::int32_t n : nodes_near(mesh, tolerances, engine, from, to, seen)) {
+            if (listed[static_cast<std::size_t>(n)] ||
+                is_far(tolerances, engine, from, to, node_point(mesh, n)))
+                continue;
+            const Snap snap = snap_to_segment(from, to, node_point(mesh, n), tolerances.line);
+            if (snap.near)
+                candidates.push_back({n, distance(from, snap.point), snap.point});
+        }
+        sort_candidates(candidates);
+        if (std::find(path.single.begin(), path.single.end(), edge) != path.single.end())
+            keep_ends(candidates, edge == 0);
+        for (const Candidate& candidate : candidates) {
+            if (!line.nodes.empty() && line.nodes.back() == candidate.node)
+                continue;
+            line.nodes.push_back(candidate.node);
+            line.points.push_back(candidate.snapped);
+            listed[static_cast<std::size_t>(candidate.node)] = true;
+        }
+        require_room(engine, line);
+    }
+    return line;
+}
+
+KeptLine list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path) {
+    KeptLine line;
+    for (const Point& point : path.points) {
+        std::int32_t node = lowest_node_within(mesh, engine, point, tolerances.same);
+        if (node == 0) {
+            node = add_node(mesh, engine, point);
+            mesh.codes[node][4] = 1;
+        }
+        line.nodes.push_back(node);
+        line.points.push_back(node_point(mesh, node));
+        require_room(engine, line);
+    }
+    return line;
+}
+
+}  // namespace brelan

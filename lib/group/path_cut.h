@@ -1,0 +1,20 @@
+// A path and the mesh: the mesh is cut so that the path runs along element sides.
+#pragma once
+
+#include <span>
+
+#include "group/engine.h"
+#include "mesh/group_tables.h"
+#include "mesh/tables.h"
+#include "plane/path.h"
+
+namespace brelan {
+
+// Cuts the pieces of a path in their order, each as its segment says.
+void cut_along(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path,
+               std::span<const SegmentRow> segments);
+
+// Ends the run where the path has a segment of more parts than there may be.
+void require_parts(const Engine& engine, const Path& path);
+
+}  // namespace brelan
