@@ -66,7 +66,7 @@ std::string marked_line(const DeckCard& card, const DeckFault& fault) {
 }  // namespace
 
 std::string value_text(const DeckField& field) {
-    if (field.form == 'I')
+    if (field.form != FieldForm::real)
         return std::to_string(field.integer());
     return number_text(static_cast<double>(field.value));
 }

@@ -183,7 +183,7 @@ Json card_json(const DeckCard& card) {
         if (!field.known) {
             entry["value"] = Json();
             entry["text"] = field.text;
-        } else if (field.form == 'I') {
+        } else if (field.form != FieldForm::real) {
             entry["value"] = field.integer();
         } else {
             entry["value"] = shortest(field.value);

@@ -1,8 +1,8 @@
 // A deck as a person sees it: its cards in order, each with its heading, its fields by name and the line of
 // the file that it stands on; and what the cards draw, as outlines and lines.
 //
-// The cards are told apart as the batch program does it, with its own card table and its own reading of
-// numbers. Where the program would refuse the deck the cards end, and `fault` says why.
+// The cards are those that the batch program reads. Where the program would refuse the deck the cards end,
+// and `fault` says why.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "mesh/edition.h"
+#include "deck/card.h"
 
 namespace brelan::tool {
 
@@ -26,7 +26,7 @@ std::int32_t whole_number(float value);
 struct DeckField {
     std::string name;
     bool written = true;  // false: the program drops the value
-    char form = 'I';      // I: the program cuts the value to an integer; E: a real
+    FieldForm form = FieldForm::integer;
     float value = 0.0F;
     bool known = false;                     // false: the card is refused before the value is read
     bool given = false;                     // false: the value is the card's default, or a null value

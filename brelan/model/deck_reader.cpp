@@ -1,150 +1,84 @@
-// Reading a deck: which card follows which.
+// Reading a deck: the library's cards, and what they draw.
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <numeric>
 
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
-#include "deck/deck_tables.h"
-#include "mesh/block_tables.h"
-#include "mesh/tables.h"
-#include "model/card_reader.h"
+#include "deck/card_source.h"
+#include "deck/card_stream.h"
+#include "deck/deck.h"
+#include "deck/deck_walk.h"
+#include "model/card_notes.h"
 #include "model/deck.h"
-#include "model/group_reader.h"
-#include "text/real_to_integer.h"
-#include "text/text_line.h"
+#include "model/group_path.h"
+#include "text/channels.h"
 
 namespace brelan::tool {
 
 namespace {
 
-// --- combination, edit ---------------------------------------------------------------------------
+// Texts that are held in memory: there can be no files of these names.
+constexpr int CHANNEL_TEXT = 1, CHANNEL_CARDS = 2, CHANNEL_SHOWN = 3;
+constexpr std::string_view TEXT = "/dev/null/text", CARDS = "/dev/null/cards", SHOWN = "/dev/null/shown";
 
-void read_combination(Deck& deck, CardReader& cards) {
-    deck.first_mesh = cards.file_name("2.1-1", "FILEA");
-    deck.second_mesh = cards.file_name("2.1-2", "FILEB");
-    deck.result = cards.file_name("2.1-3", "FILEC");
-    cards.values(FORM_INTERFACE);
-    if (cards.integer(1) != 1)
-        return;
-    cards.values(FORM_PAIRS);
-    const std::int32_t pair_count = cards.count(FORM_PAIRS, MOST_CARD_VALUES);
-    cards.list(FORM_PAIRS, pair_count, "nodes of FILEA");
-    cards.list(FORM_PAIRS, pair_count, "their partners of FILEB");
-}
-
-void read_selection(CardReader& cards, const SelectionForms& forms) {
-    cards.values(forms.location);
-    if (cards.integer(1) == 0) {
-        cards.values(forms.window);
-    } else {
-        cards.values(forms.list);
-        cards.list(forms.list, cards.count(forms.list, MOST_CARD_VALUES), "the selection");
+void open_text(Channels& channels, const DeckSource& source) {
+    Channel& channel = channels.open(CHANNEL_TEXT, TEXT, OpenStatus::scratch);
+    const std::string_view text = source.text;
+    std::size_t lines = 0;
+    for (std::size_t begin = 0; begin < text.size(); ++lines) {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        channel.write_line(text.substr(begin, end - begin));
+        begin = end + 1;
     }
-    cards.values(forms.side);
+    LineOrigin origin{source.file.string(), std::vector<int>(lines)};
+    std::iota(origin.line.begin(), origin.line.end(), 1);
+    channel.set_origin(origin);
+    channel.rewind();
 }
 
-void read_rows(CardReader& cards, const CardForm& count, const CardForm& row) {
-    cards.values(count);
-    const std::int32_t rows = cards.count(count, MOST_REBUILD_ROWS);
-    for (std::int32_t i = 1; i <= rows; ++i)
-        cards.values(row);
-}
+// --- what the groups draw ------------------------------------------------------------------------
 
-void read_edit(Deck& deck, CardReader& cards) {
-    constexpr std::int32_t slope = 5;
-    if (cards.look_ahead_to_edit() == slope)
-        cards.unused_name("3.1-1", "FILEA");
-    else
-        deck.first_mesh = cards.file_name("3.1-1", "FILEA");
-    deck.result = cards.file_name("3.1-2", "FILEM");
-    cards.values(FORM_START);
-    cards.values(FORM_EDIT);
-    switch (cards.integer(1)) {
-        case 0:
-            cards.values(FORM_MOVE);
-            cards.values(FORM_SCALE);
-            break;
-        case 1:
-            read_selection(cards, FORMS_NODES);
-            cards.values(FORM_CODES);
-            break;
-        case 2:
-            read_selection(cards, FORMS_DELETE);
-            break;
-        case 3:
-            read_selection(cards, FORMS_MATERIAL);
-            cards.values(FORM_NEW_MATERIALS);
-            break;
-        case 4:
-            read_groups(deck, cards);
-            break;
-        case slope:
-            cards.values(FORM_MODEL);
-            cards.values(FORM_SLOPE);
-            cards.values(FORM_TRIANGLE);
-            break;
-        case 6:
-            read_rows(cards, FORM_REBUILD_C, FORM_REBUILD_C_ROW);
-            read_rows(cards, FORM_REBUILD_B, FORM_REBUILD_B_ROW);
-            read_rows(cards, FORM_REBUILD_T, FORM_REBUILD_T_ROW);
-            break;
-        default:
-            break;  // no card follows
+// A group by its cards; its points and segments as the engine has them.
+DeckGroup group_of(const Deck& deck, const GroupCards& groups, std::int32_t number) {
+    DeckGroup group;
+    group.number = number;
+    std::vector<SegmentRow> rows;
+    for (std::size_t i = 0; i < deck.cards.size(); ++i) {
+        const DeckCard& card = deck.cards[i];
+        if (card.group != number)
+            continue;
+        if (card.type == CardType::title) {
+            group.title = card.name;
+        } else if (card.number == "3.3.5.4.1") {
+            group.card = i;
+            group.group_type = card.integer("MTYPE");
+            group.overlay = card.integer("OVERLAY");
+        } else if (card.number == "3.3.5.4.3.1") {
+            rows.push_back(groups.segments[number][static_cast<std::int32_t>(rows.size()) + 1]);
+            group.segments.push_back(
+                {rows.back().segment_type, rows.back().divisions, rows.back().end_rule, {}, i});
+        }
     }
+    std::vector<Point> outline;
+    for (std::int32_t i = 1; i <= groups.rows[number].point_count; ++i)
+        outline.push_back(groups.outlines[number][i]);
+    if (group.group_type != 0)
+        draw_path(group, outline, rows);
+    return group;
 }
 
-// --- base mesh, earth dam ------------------------------------------------------------------------
-
-// Returns IGMOD.
-std::int32_t read_base_mesh(CardReader& cards) {
-    cards.values(FORM_BLOCKS);
-    const std::int32_t block_columns = cards.integer(1);
-    const std::int32_t block_rows = cards.integer(2);
-    if (block_columns < 1 || block_columns > MOST_BLOCK_ROWS || block_rows < 1 ||
-        block_rows > MOST_BLOCK_ROWS)
-        cards.fault("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS) +
-                    ", found " + std::to_string(block_columns) + " and " + std::to_string(block_rows));
-    cards.values(FORM_CORNER);
-    for (std::int32_t column = 1; column <= block_columns; ++column)
-        cards.values(FORM_COLUMN);
-    for (std::int32_t row = 1; row <= block_rows; ++row)
-        cards.values(FORM_ROW);
-    cards.values(FORM_FOLLOWS);
-    return cards.integer(1);
+// The groups whose cards are all there.
+void draw_groups(Deck& deck, const GroupCards& groups) {
+    std::int32_t last = 0;
+    for (const DeckCard& card : deck.cards)
+        last = std::max(last, card.group);
+    for (std::int32_t number = 1; number <= (deck.fault ? last - 1 : last); ++number)
+        deck.groups.push_back(group_of(deck, groups, number));
 }
 
-void read_dam(CardReader& cards) {
-    cards.values(FORM_DAM);
-    const std::int32_t layer_count = cards.count(FORM_DAM, MOST_CARD_VALUES);
-    const bool core = cards.integer(2) == 1;
-    const bool cut_off = cards.integer(3) == 1;
-    cards.values(FORM_PROFILE);
-    if (core)
-        cards.values(FORM_CORE);
-    if (layer_count <= 0)
-        return;
-    cards.values(FORM_MARGINS);
-    cards.list(FORM_MARGINS, layer_count, "thickness of the layers, from the top");
-    if (cut_off)
-        cards.values(FORM_WALL);
-}
-
-void read_cards(Deck& deck, CardReader& cards) {
-    cards.values(FORM_MODE);
-    deck.mode = cards.integer(1);
-    std::int32_t edit_switch = deck.mode;
-    if (deck.mode == 3)
-        read_dam(cards);
-    else if (deck.mode <= 0)
-        read_combination(deck, cards);
-    else if (deck.mode == 2)
-        edit_switch = read_base_mesh(cards);
-    if (edit_switch == 1)
-        read_edit(deck, cards);
-    cards.set_group(0);
-    deck.surplus_line = cards.next_line();
-}
+// --- the file ------------------------------------------------------------------------------------
 
 std::string read_text_of(const std::filesystem::path& file) {
     std::error_code error;
@@ -186,12 +120,34 @@ Deck read_deck(const DeckSource& source, LayoutKind kind) {
     Deck deck;
     static_cast<DeckSource&>(deck) = source;
     deck.kind = kind;
-    CardReader cards(deck, deck.text);
+    Channels channels;
+    open_text(channels, source);
+    Channel& lines = channels.open(CHANNEL_CARDS, CARDS, OpenStatus::scratch);
+    Channel& shown = channels.open(CHANNEL_SHOWN, SHOWN, OpenStatus::scratch);
+    strip_deck(channels, CHANNEL_TEXT, CHANNEL_CARDS);
+    shown.follow(lines);
+    CardMemory memory;
+    const auto values = std::make_unique<brelan::Deck>();
+    CardNotes notes(deck);
+    DeckCards cards(lines, shown, kind, memory, *values, notes, CardNaming::number);
     try {
-        read_cards(deck, cards);
-    } catch (const CardsEnd&) {
-        // The fault is in the deck.
+        read_cards(cards, *values, notes);
+        if (!lines.at_end())
+            deck.surplus_line = lines.place_here().line;
+    } catch (const WrongCount& card) {
+        notes.refuse(card);
+    } catch (const RunEnd& end) {
+        notes.refuse(end);
     }
+    deck.mode = values->mode;
+    for (const DeckCard& card : deck.cards)
+        if (card.number == "2.1-1" || (card.number == "3.1-1" && !values->uses_template))
+            deck.first_mesh = card.name;
+        else if (card.number == "2.1-2")
+            deck.second_mesh = card.name;
+        else if (card.number == "2.1-3" || card.number == "3.1-2")
+            deck.result = card.name;
+    draw_groups(deck, values->groups);
     return deck;
 }
 

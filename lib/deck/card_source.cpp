@@ -41,6 +41,11 @@ float DeckCards::shown(std::int32_t position) const {
     return shown_real(values[position]);
 }
 
+void DeckCards::complete(std::int32_t position, float value) {
+    set(position, value);
+    notes_.value_is(position, value);
+}
+
 std::string DeckCards::name_of(const Card& card) const {
     return "Card " + std::string(naming_ == CardNaming::label ? card.label : card.number);
 }

@@ -63,6 +63,8 @@ public:
     float given(std::int32_t position) const { return values[position]; }
     std::span<const float> given_values() const { return {&values[1], MOST_CARD_VALUES}; }
     void set(std::int32_t position, float value) { values[position] = value; }
+    // The same for a default that follows from other fields.
+    virtual void complete(std::int32_t position, float value) { set(position, value); }
 
     // The count on the card taken last. Ends the walk when it is above the size of the table behind it.
     std::int32_t count(const Card& card) const;
@@ -83,6 +85,7 @@ public:
     void read(const Card& card) override;
     void pass(const Card& card) override;
     float shown(std::int32_t position) const override;
+    void complete(std::int32_t position, float value) override;
     // The numbers behind a card, as integers. Nothing is read for a count of 0 or less.
     std::vector<std::int32_t> list(const Card& card, std::int32_t count, std::string_view heading,
                                    std::string_view called);

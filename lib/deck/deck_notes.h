@@ -26,8 +26,10 @@ public:
     virtual void name(std::string_view /*number*/, std::string_view /*heading*/, const Channel& /*deck*/) {}
     virtual void title(const Channel& /*deck*/) {}
 
-    // The values of the card or list as far as they could be read, defaults among them.
+    // The values of the card or list as far as they could be read, defaults among them; and one that follows
+    // from others.
     virtual void values(std::span<const float>) {}
+    virtual void value_is(std::int32_t /*position*/, float) {}
     virtual void list_values(std::span<const float>, Channel& /*deck*/) {}
     virtual void name_is(const TextLine&) {}
     virtual void title_is(std::string_view) {}

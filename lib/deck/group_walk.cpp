@@ -138,7 +138,7 @@ private:
         cards_.read(*line.card);
         // 0 stands for the material after MAT.
         if (cards_.is_deck() && line.old_material > 0 && cards_.given(line.old_material) == 0.0F)
-            cards_.set(line.old_material, cards_.given(1) + 1.0F);
+            cards_.complete(line.old_material, cards_.given(1) + 1.0F);
         if (cards_.is_deck() && line.card->not_shown_in == cards_.kind) {
             leave_gap(group);
             return;

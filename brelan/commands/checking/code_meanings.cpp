@@ -90,7 +90,7 @@ constexpr std::array FIELDS{
 }  // namespace
 
 CodeMeaning meaning_of(const DeckCard& card, const DeckField& field) {
-    if (card.type != CardType::values || field.form != 'I')
+    if (card.type != CardType::values || field.form == FieldForm::real)
         return {};
     const auto row = std::find_if(FIELDS.begin(), FIELDS.end(), [&](const CodeField& candidate) {
         return candidate.card == card.number && candidate.field == field.name;

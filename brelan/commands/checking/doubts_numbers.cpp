@@ -31,7 +31,7 @@ void doubt_field(Doubts& doubts, const DeckCard& card, const DeckField& field) {
     if (!field.given || field.name == "-" || field.name.empty())
         return;
     const auto value = static_cast<double>(field.value);
-    if (field.form == 'I') {
+    if (field.form != FieldForm::real) {
         if (value != std::trunc(value))
             doubts.doubt("cut-number", &card,
                          fmt::format("{} {}: a whole number is wanted; it is cut to {}", field.name,

@@ -1,8 +1,5 @@
 #include "commands/checking/verdict.h"
 
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <memory>
 
 #include "cli/exit_status.h"
@@ -14,9 +11,7 @@
 #include "run/base_mesh_run.h"
 #include "run/flush_to_zero.h"
 #include "run/run.h"
-#include "text/channel_numbers.h"
 #include "text/console.h"
-#include "text/free_field.h"
 #include "text/run_end.h"
 
 namespace brelan::tool {
@@ -27,12 +22,6 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view DECK_NAME = "..\\deck.dat";
 constexpr std::string_view NORMALISED = "BRELAN.TMP";
-
-// The line that a message about the deck names.
-int line_in(const std::string& message) {
-    constexpr std::string_view line = ", line ";
-    return message.starts_with(line) ? std::atoi(message.c_str() + line.size()) : 0;
-}
 
 void take_end(const RunEnd& end, const Deck& deck, Verdict& verdict) {
     verdict.status = end.status;
@@ -45,13 +34,12 @@ void take_end(const RunEnd& end, const Deck& deck, Verdict& verdict) {
             verdict.message += ": a card has a wrong count of values";
         return;
     }
-    if (!end.text.starts_with(DECK_NAME)) {
-        verdict.message = deck.file.string() + ": " + end.text;
-        return;
+    verdict.message = deck.file.string();
+    if (end.place && end.place->file == DECK_NAME) {
+        verdict.line = end.place->line;
+        verdict.message += ", line " + std::to_string(verdict.line);
     }
-    const std::string rest = end.text.substr(DECK_NAME.size());
-    verdict.line = line_in(rest);
-    verdict.message = deck.file.string() + rest;
+    verdict.message += ": " + end.message();
 }
 
 // Drive C: with what the checker reads there, and room for what it writes.
@@ -63,9 +51,6 @@ void make_drive(const fs::path& drive) {
 
 void make_base_mesh(const Deck& deck, const fs::path& project, Run& run, Verdict& verdict) {
     try {
-        Channel& cards = run.channels.open(CHANNEL_DECK, NORMALISED, OpenStatus::old);
-        std::int32_t mode = 0, kind_code = 0;
-        read_free(cards, "Card 1.1", mode, kind_code);
         run_base_mesh(run);
         run.channels.close_all();
         verdict.base_mesh = read_mesh_file(project / BASE_MESH, deck.kind);
@@ -94,19 +79,16 @@ Verdict verdict_of(const Deck& deck, const Edition& edition) {
     run->set_edition(edition.number);
     const LayoutKind kind = run->settings.kind();
     try {
-        const DeckContent content =
-            check_deck(run->channels, kind, run->checker, run->console, TextLine(DECK_NAME), NORMALISED);
-        if (content == DeckContent::dam) {
-            write_dam_decks(run->channels, kind, run->checker, run->decks, run->dam, run->sizes);
+        check_deck(run->channels, kind, run->card_memory, run->deck, run->console, TextLine(DECK_NAME),
+                   NORMALISED);
+        if (run->deck.is_dam()) {
+            write_dam_decks(run->channels, kind, run->card_memory, run->decks, run->deck.dam, run->sizes);
             return verdict;  // the decks made of its cards are no matter of this check
         }
     } catch (const RunEnd& end) {
         take_end(end, deck, verdict);
         return verdict;
     }
-    run->channels.close_all();
-    std::ifstream normalised(work / NORMALISED, std::ios::binary);
-    verdict.normalised.assign(std::istreambuf_iterator<char>(normalised), {});
     if (deck.mode == base_mesh)
         make_base_mesh(deck, project, *run, verdict);
     return verdict;

@@ -15,8 +15,6 @@ struct Verdict {
     std::string message;  // with the deck's file and line
     int line = 0;         // of the deck, 0 where the message names none
 
-    std::string normalised;  // the deck as the program's other stages read it; empty where it is not accepted
-
     // The mesh that the cards of a base mesh make, where they are accepted; else why there is none.
     std::optional<Mesh> base_mesh;
     std::string no_base_mesh;

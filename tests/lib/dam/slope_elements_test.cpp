@@ -21,7 +21,7 @@ protected:
         state.mesh.words.fill(ElementWords{});
         state.deck.edit.slope_code = 3;
         state.deck.edit.first_element = 1;
-        state.deck.edit.start_place = "deck.dat, line 7";
+        state.deck.edit.start_place = {"deck.dat", 7};
         state.source = EditSource{};
         state.source.elements[0] = {1, 9};
         state.slope_split = SlopeSplit{};

@@ -272,7 +272,7 @@ TEST_F(SlopeStage, RefusesCornersThatLeadBeyondTheNumbers) {
     lay(3);
     state.deck.edit.crest_x = 3.0E38F, state.deck.edit.crest_y = 3.0E38F, state.deck.edit.toe_x = -3.0E38F,
     state.deck.edit.toe_y = 0.0F, state.deck.edit.foot_x = 3.0E38F, state.deck.edit.foot_y = 0.0F;
-    state.deck.edit.triangle_place = "deck.dat, line 9";
+    state.deck.edit.triangle_place = {"deck.dat", 9};
     state.mesh.x[7] = 260.0F;
     const std::string message =
         failure_of([] { map_template_nodes(state.trace, state.deck.edit, state.source, state.mesh); });

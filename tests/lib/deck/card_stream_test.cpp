@@ -4,6 +4,7 @@
 #include <array>
 
 #include "deck/deck_tables.h"
+#include "deck/error_report.h"
 #include "support/state.h"
 #include "text/real_to_integer.h"
 
@@ -27,7 +28,7 @@ protected:
 
     void SetUp() override {
         directory.write("C/Vork/Qx/Qxdata/MANUAL.DAT", "0\n");
-        state.checker.values.fill(9.0F);
+        state.card_memory.values.fill(9.0F);
     }
 
     // A deck without its comments, as the checker reads it.
@@ -40,12 +41,23 @@ protected:
         return state.channels.at(DECK);
     }
 
+    // The next card of the deck, with the report of a wrong count.
+    static void read_card(const std::string& label, std::int32_t minimum, std::int32_t maximum) {
+        std::int32_t known = 0;
+        try {
+            read_values(state.channels.at(DECK), state.card_memory.values, "Card " + label, label, minimum,
+                        maximum, known);
+        } catch (const WrongCount& card) {
+            report_card(state.channels, state.console, card);
+        }
+    }
+
     // The values that a card leaves in front of the 9 that stood there before.
     std::vector<float> values_of(std::string_view card, std::int32_t minimum, std::int32_t maximum) const {
         deck(std::string(card) + "\n");
-        check_card(state.channels, state.checker, state.console, DECK, "3.2", minimum, maximum);
-        return {state.checker.values[1], state.checker.values[2], state.checker.values[3],
-                state.checker.values[4]};
+        read_card("3.2", minimum, maximum);
+        return {state.card_memory.values[1], state.card_memory.values[2], state.card_memory.values[3],
+                state.card_memory.values[4]};
     }
 
     static std::int32_t count_of(std::string_view card) { return count_values(TextLine(card)).count; }
@@ -81,7 +93,7 @@ TEST_F(Cards, CopyingClosesTheSourceAndRewindsTheCopy) {
 
 TEST_F(Cards, StarBehindABlankFailsWhenItIsReadAsAValue) {
     deck("* comment\n * text\n");
-    EXPECT_EQ(failure_of([] { check_card(state.channels, state.checker, state.console, DECK, "1.1", 1, 2); }),
+    EXPECT_EQ(failure_of([] { read_card("1.1", 1, 2); }),
               "deck.dat, line 2: expected a number in Card 1.1, found \"*\"");
 }
 
@@ -132,7 +144,7 @@ TEST_F(Cards, LineWithoutASeparatorHasNoValue) {
 TEST_F(Cards, LineWithoutASeparatorIsReportedAsBlankData) {
     deck(std::string(126, '1') + "\n");
     EXPECT_EQ(
-        stop_of([] { check_card(state.channels, state.checker, state.console, DECK, "3.3.1.1", 4, 4); }),
+        stop_of([] { read_card("3.3.1.1", 4, 4); }),
         "300");
     state.channels.close_all();
     EXPECT_EQ(directory.read("T7.TMP"),
@@ -150,10 +162,10 @@ TEST_F(Cards, CountOutsideTheLimitsStopsTheRun) {
     for (const char* card : {"1", "1 2 3 4 5", ""}) {
         deck(std::string(card) + "\n");
         EXPECT_EQ(
-            stop_of([] { check_card(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }),
+            stop_of([] { read_card("3.2", 2, 4); }),
             "300")
             << card;
-        EXPECT_EQ(state.checker.values[1], 9.0F) << "values are read behind the check only";
+        EXPECT_EQ(state.card_memory.values[1], 9.0F) << "values are read behind the check only";
         EXPECT_EQ(directory.read("C/Vork/Qx/Qxdata/BRELAN2D.DAT"), "           1\n");
     }
 }
@@ -176,19 +188,19 @@ TEST_F(Cards, EmptyValueInFrontOfACommaLeavesItsField) {
 }
 
 TEST_F(Cards, FieldsThatAreNotGivenKeepWhatStood) {
-    state.checker.values[2] = 0.5F;
+    state.card_memory.values[2] = 0.5F;
     deck("7\n");
-    check_card(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
-    EXPECT_EQ(state.checker.values[1], 7.0F);
-    EXPECT_EQ(state.checker.values[2], 0.5F);
+    read_card("1.1", 1, 2);
+    EXPECT_EQ(state.card_memory.values[1], 7.0F);
+    EXPECT_EQ(state.card_memory.values[2], 0.5F);
 }
 
 TEST_F(Cards, IntegerFieldMayBeWrittenAsAReal) {
     EXPECT_EQ(values_of("1E3 2.9 -0.5 3.0", 4, 4), (Values{1000, 2.9F, -0.5F, 3}));
-    EXPECT_EQ(to_integer(state.checker.values[1]), 1000);
-    EXPECT_EQ(to_integer(state.checker.values[2]), 2);
-    EXPECT_EQ(to_integer(state.checker.values[3]), 0);
-    EXPECT_EQ(to_integer(state.checker.values[4]), 3);
+    EXPECT_EQ(to_integer(state.card_memory.values[1]), 1000);
+    EXPECT_EQ(to_integer(state.card_memory.values[2]), 2);
+    EXPECT_EQ(to_integer(state.card_memory.values[3]), 0);
+    EXPECT_EQ(to_integer(state.card_memory.values[4]), 3);
 }
 
 TEST_F(Cards, TabSeparatesTheValuesThatTheCountTookForOne) {
@@ -197,7 +209,7 @@ TEST_F(Cards, TabSeparatesTheValuesThatTheCountTookForOne) {
 
 TEST_F(Cards, CardOfATabHasAValueThatIsNotThere) {
     deck("\t\n5\n");
-    EXPECT_EQ(failure_of([] { check_card(state.channels, state.checker, state.console, DECK, "1.1", 1, 2); }),
+    EXPECT_EQ(failure_of([] { read_card("1.1", 1, 2); }),
               "deck.dat, line 1: the line ends here; expected Card 1.1");
 }
 
@@ -216,21 +228,21 @@ TEST_F(Cards, NothingBehindColumn126IsSeen) {
 
 TEST_F(Cards, ReadingLeavesTheDeckAtTheNextCard) {
     Channel& cards = deck("1 2\n* comment\n3 4\n");
-    check_card(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
+    read_card("1.1", 1, 2);
     EXPECT_EQ(cards.read_line("a card").trimmed(), "3 4");
 }
 
 TEST_F(Cards, TextInAValueNamesTheLineOfTheUsersDeck) {
     deck("* head\n1 0\n* comment\n1 two\n");
-    check_card(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
-    EXPECT_EQ(failure_of([] { check_card(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }),
+    read_card("1.1", 1, 2);
+    EXPECT_EQ(failure_of([] { read_card("3.2", 2, 4); }),
               "deck.dat, line 4: expected a number in Card 3.2, found \"two\"");
 }
 
 TEST_F(Cards, DeckThatEndsWhereACardIsExpectedIsAMessage) {
     deck("1 0\n");
-    check_card(state.channels, state.checker, state.console, DECK, "1.1", 1, 2);
-    EXPECT_EQ(failure_of([] { check_card(state.channels, state.checker, state.console, DECK, "3.2", 2, 4); }),
+    read_card("1.1", 1, 2);
+    EXPECT_EQ(failure_of([] { read_card("3.2", 2, 4); }),
               "deck.dat, line 2: the file ends here; expected Card 3.2");
 }
 

@@ -1,7 +1,6 @@
 // The card table against the laws that every card keeps, and against the counts of each card.
 #include "deck/card_table.h"
 
-#include <algorithm>
 #include <string>
 
 #include "deck/deck_tables.h"
@@ -86,31 +85,34 @@ const std::vector<Row>& rows() {
     return table;
 }
 
-// A minimum of 0 in the table stands for the maximum: all values of the kind are given.
-std::int32_t fewest(const Card& card, LayoutKind kind) {
-    return card.minimum == 0 ? card.maximum_of(kind) : card.minimum;
+// The fields as the normalised deck shows them.
+std::string letters_of(const Card& card, LayoutKind kind) {
+    std::string letters;
+    for (std::int32_t i = 1; i <= card.fields_of(kind).shown(); ++i)
+        letters += static_cast<char>(card.fields_of(kind)[i].form);
+    return letters;
 }
 
 TEST(CardTable, HoldsTheCountsAndFormOfEachCard) {
     for (const Row& row : rows()) {
         EXPECT_EQ(row.card.label, row.label);
         EXPECT_EQ(row.card.minimum, row.minimum) << row.label;
-        EXPECT_EQ(row.card.maximum, row.maximum) << row.label;
-        EXPECT_EQ(row.card.written, row.form) << row.label;
+        for (const LayoutKind kind : KINDS_OF_CARDS) {
+            const auto at = static_cast<std::size_t>(kind);
+            EXPECT_EQ(row.card.maximum_of(kind), row.maximum[at]) << row.label;
+            EXPECT_EQ(letters_of(row.card, kind), row.form[at]) << row.label;
+        }
     }
 }
 
 TEST(CardTable, HoldsTheDefaultOfEachFieldThatMayBeLeftOut) {
     for (const Row& row : rows()) {
         for (const LayoutKind kind : KINDS_OF_CARDS) {
-            const auto at = static_cast<std::size_t>(kind);
-            state.checker.values.fill(77.0F);
-            for (const FieldDefault& entry : row.card.defaults)
-                for (std::int32_t field = entry.first; field <= entry.last; ++field)
-                    state.checker.values[field] = entry.value[at];
-            std::int32_t field = row.card.minimum;
-            for (const float value : row.defaults[at])
-                EXPECT_EQ(state.checker.values[++field], value) << row.label << ", field " << field;
+            std::vector<float> defaults;
+            for (const CardField& field : row.card.fields_of(kind))
+                if (field.otherwise)
+                    defaults.push_back(*field.otherwise);
+            EXPECT_EQ(defaults, row.defaults[static_cast<std::size_t>(kind)]) << row.label;
         }
     }
 }
@@ -125,44 +127,41 @@ TEST(CardTable, LabelsFitTheirColumnsInTheReport) {
 TEST(CardTable, MinimumIsNotAboveTheMaximum) {
     for (const Row& row : rows()) {
         for (const LayoutKind kind : KINDS_OF_CARDS) {
-            EXPECT_GE(fewest(row.card, kind), 1) << row.label;
-            EXPECT_LE(fewest(row.card, kind), row.card.maximum_of(kind)) << row.label;
+            EXPECT_GE(row.card.minimum_of(kind), 1) << row.label;
+            EXPECT_LE(row.card.minimum_of(kind), row.card.maximum_of(kind)) << row.label;
             EXPECT_LE(row.card.maximum_of(kind), MOST_CARD_VALUES) << row.label;
         }
     }
 }
 
-TEST(CardTable, FormHasALetterForEachValue) {
-    for (const Row& row : rows()) {
+TEST(CardTable, ShowsTheFirstFieldsAndDropsTheLast) {
+    for (const Row& row : rows())
         for (const LayoutKind kind : KINDS_OF_CARDS) {
-            const std::string_view letters = row.card.written_of(kind);
-            EXPECT_EQ(letters.find_first_not_of("IE"), std::string_view::npos) << row.label;
-            // The eighth value of a row of IEDIT 6 has no field in the kinds with one attribute.
-            const bool attribute_left_out =
-                row.label == "3.6.1-1" && (kind == LayoutKind::temperature || kind == LayoutKind::head);
-            const std::int32_t values = row.card.maximum_of(kind) - (attribute_left_out ? 1 : 0);
-            EXPECT_EQ(static_cast<std::int32_t>(letters.size()), values) << row.label;
+            const CardFields& fields = row.card.fields_of(kind);
+            for (std::int32_t i = fields.shown() + 1; i <= fields.count(); ++i)
+                EXPECT_EQ(fields[i].form, FieldForm::dropped) << row.label;
         }
-    }
 }
 
 TEST(CardTable, DefaultsStandForFieldsThatMayBeLeftOut) {
-    for (const Row& row : rows()) {
-        for (const FieldDefault& entry : row.card.defaults) {
-            if (entry.first > entry.last)
-                continue;  // an entry that is not in use
-            EXPECT_GT(entry.first, row.card.minimum) << row.label;
-            EXPECT_LE(entry.last, *std::max_element(row.card.maximum.begin(), row.card.maximum.end()))
-                << row.label;
+    for (const Row& row : rows())
+        for (const LayoutKind kind : KINDS_OF_CARDS) {
+            const CardFields& fields = row.card.fields_of(kind);
+            for (std::int32_t i = 1; i <= row.card.minimum_of(kind); ++i)
+                EXPECT_FALSE(fields[i].otherwise) << row.label << ", field " << i;
         }
-    }
 }
 
-TEST(CardTable, NodeCodesAreThoseOfTheKind) {
-    for (const LayoutKind kind : KINDS_OF_CARDS) {
-        const auto at = static_cast<std::size_t>(kind);
-        EXPECT_EQ(NODE_CODE_FIELDS[at], std::string(static_cast<std::size_t>(NODE_CODE_COUNTS[at]), 'I'));
-    }
+TEST(CardFields, AreReadFromTheirNotation) {
+    constexpr CardFields fields("I: NBX IB_LEFT=1 E: Xo=-1E30 -: GCOLOR=-10");
+    static_assert(fields.count() == 4 && fields.shown() == 3);
+    EXPECT_EQ(fields[1].name, "NBX");
+    EXPECT_FALSE(fields[1].otherwise);
+    EXPECT_EQ(fields[2].otherwise, 1.0F);
+    EXPECT_EQ(fields[3].form, FieldForm::real);
+    EXPECT_EQ(fields[3].otherwise, -1.0E+30F);
+    EXPECT_EQ(fields[4].form, FieldForm::dropped);
+    EXPECT_EQ(fields[4].otherwise, -10.0F);
 }
 
 }  // namespace

@@ -25,10 +25,10 @@ protected:
     void SetUp() override { trimmed("x"); }
 
     static std::string trimmed(std::string_view name) {
-        return std::string(name_from_parent(state.checker, TextLine(name)).trimmed());
+        return std::string(name_from_parent(state.card_memory.name_field, TextLine(name)).trimmed());
     }
     static std::string whole(std::string_view name) {
-        return std::string(name_from_parent(state.checker, TextLine(name)).view());
+        return std::string(name_from_parent(state.card_memory.name_field, TextLine(name)).view());
     }
 };
 

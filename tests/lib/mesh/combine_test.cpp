@@ -17,7 +17,7 @@ protected:
         state.combination.second = Region{};
         state.combination.first.name = "first.Mes";
         state.combination.second.name = "second.Mes";
-        state.combination.list_place = "deck.dat, line 7";
+        state.deck.combination.list_place = {"deck.dat", 7};
         state.combination.keeps_first_data = false;
         state.deck.combination.pair_count = 0;
     }

@@ -18,7 +18,7 @@ protected:
         state.mesh.node_mark.fill(0);
         state.mesh.head.fill(0.0F);
         state.mesh.coefficient.fill(0.0F);
-        state.deck.edit.start_place = "deck.dat, line 4";
+        state.deck.edit.start_place = {"deck.dat", 4};
     }
 
     // Each value of node n tells n.
