@@ -122,7 +122,7 @@ void read_profile(DamCards& dam, DamSizes& sizes, Channel& deck) {
     require_positive(deck, card, "a width of the middle block column (WMID)", dam.middle_width);
     require_positive(deck, card, "a run of the right slope (RUNR)", dam.right_run);
     require_positive(deck, card, "a width of the right block column (WRIGHT)", dam.right_width);
-    size_dam(dam, sizes);
+    sizes = size_dam(dam);
     if (!(sizes.crest_right < sizes.toe))
         deck.fail_behind(std::string(card) +
                          ": expected block columns that reach beyond the crest, found a crest that ends at " +
@@ -137,7 +137,7 @@ void read_ground(DamCards& dam, DamSizes& sizes, Channel& deck) {
     read_free_list<float>(deck, "the layer thicknesses of Card 5.4", std::span(dam.layers));
     for (const float thickness : dam.layers)
         require_positive(deck, "Card 5.4", "layer thicknesses", thickness);
-    size_dam(dam, sizes);
+    sizes = size_dam(dam);
 }
 
 }  // namespace

@@ -103,7 +103,7 @@ void normalise_deck(Run& run) {
 }
 
 void run_deck(Run& run) {
-    run.listing.count = 0;
+    run.listing = {};
     run.decks.name = run.decks.names[run.decks.number];
     normalise_deck(run);
     Channel& deck = run.channels.open(CHANNEL_DECK, NORMALISED_DECK, OpenStatus::old);

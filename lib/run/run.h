@@ -4,7 +4,6 @@
 #include "dam/dam_tables.h"
 #include "deck/deck_tables.h"
 #include "group/engine.h"
-#include "group/membership.h"
 #include "mesh/block_tables.h"
 #include "mesh/combine_tables.h"
 #include "mesh/edit_tables.h"
@@ -40,7 +39,6 @@ struct Run {
     FieldBounds field;
     EditCards edit;
     EditSource source;
-    SlopeSplit slope_split;
     Selection selection;
     Mesh mesh;
     SideTables side;
@@ -51,7 +49,6 @@ struct Run {
     Tolerances tolerances;
     Engine engine;
     GroupListing listing;
-    Membership membership;
     DamCards dam;
     DamSizes sizes;
     UnitLabels units;
