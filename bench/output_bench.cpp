@@ -16,7 +16,9 @@
 #include <vector>
 
 #include "bench_project.h"
+#include "group/membership.h"
 #include "mesh/group_tables.h"
+#include "output/group_members.h"
 #include "output/group_out.h"
 #include "run/run.h"
 #include "text/channel_numbers.h"
@@ -37,16 +39,21 @@ std::string mesh_deck() {
 // --- the output stage alone ----------------------------------------------------------------------
 
 // Each element of so many groups next to each other; the materials change every 50 elements.
-void write_records(Channels& channels, const fs::path& file, std::int64_t records) {
-    Channel& channel = channels.open(CHANNEL_GROUP, file.string(), OpenStatus::work);
-    channel.set_write_only(true);
+template <class Action>
+void for_records(std::int64_t records, Action action) {
     const std::int64_t groups_of_each = records / ELEMENTS;
     for (std::int32_t element = 1; element <= ELEMENTS; ++element) {
         const std::int32_t first = static_cast<std::int32_t>(std::int64_t{element} * GROUPS / ELEMENTS);
         for (std::int32_t k = 0; k < groups_of_each; ++k)
-            write_free(channel, (first + k) % GROUPS + 1, 1 + element / 50 % 4, element, std::int32_t{1},
-                       std::int32_t{0});
+            action(MemberRecord{(first + k) % GROUPS + 1, 1 + element / 50 % 4, element, ELEMENT_CONTINUUM,
+                                ROW_OUTLINE});
     }
+}
+
+void write_records(Channels& channels, const fs::path& file, std::int64_t records) {
+    Channel& channel = channels.open(CHANNEL_GROUP, file.string(), OpenStatus::work);
+    channel.set_write_only(true);
+    for_records(records, [&](const MemberRecord& r) { write_member(channel, r); });
     channels.close(CHANNEL_GROUP);
 }
 
@@ -55,6 +62,7 @@ class OutputStage {
 public:
     OutputStage(const std::string& name, std::int64_t records)
         : project_(name),
+          records_(records),
           before_(fs::current_path()),
           run_(std::make_unique<Run>(Directories{{}, project_.drive()}, console_)) {
         project_.run(mesh_deck());
@@ -86,11 +94,13 @@ public:
     void prepare() const {
         fs::remove("GROUP.TMP");
         fs::create_hard_link("records", "GROUP.TMP");
-        run_->listing.highest_material = 4;
     }
     void run() const {
+        MemberCollector members(run_->group_cards);
+        members.add_material(ELEMENT_CONTINUUM, 4);
+        for_records(records_, [&](const MemberRecord& r) { members.add(r); });
         write_group_outputs(run_->channels, run_->trace, run_->settings, run_->group_cards, run_->listing,
-                            run_->units, "..\\out.Mes", {NODES, ELEMENTS, 0, 0});
+                            members.found(), run_->units, "..\\out.Mes", {NODES, ELEMENTS, 0, 0});
         run_->channels.close_all();
     }
 
@@ -144,6 +154,7 @@ private:
     }
 
     BenchProject project_;
+    std::int64_t records_;
     fs::path before_;
     KeptConsole console_;
     std::unique_ptr<Run> run_;

@@ -110,7 +110,7 @@ void check_profile(const DamCards& dam, DamSizes& sizes) {
     require_positive(place, card, "a width of the middle block column (WMID)", dam.middle_width);
     require_positive(place, card, "a run of the right slope (RUNR)", dam.right_run);
     require_positive(place, card, "a width of the right block column (WRIGHT)", dam.right_width);
-    size_dam(dam, sizes);
+    sizes = size_dam(dam);
     if (!(sizes.crest_right < sizes.toe))
         fail_at(place,
                 std::string(card) +

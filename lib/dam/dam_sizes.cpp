@@ -43,9 +43,8 @@ SlopeCodes slope_codes(float height, float left_run, float right_run) {
     return codes;
 }
 
-void size_dam(const DamCards& dam, DamSizes& sizes) {
-    DamSizes& s = sizes;
-    s = DamSizes{};
+DamSizes size_dam(const DamCards& dam) {
+    DamSizes s;
     s.water_share = dam.water_height / dam.height;
     if (dam.shells) {
         const SlopeCodes codes = slope_codes(dam.height, dam.left_run, dam.right_run);
@@ -68,6 +67,7 @@ void size_dam(const DamCards& dam, DamSizes& sizes) {
     s.bottom = -ground;
     s.left = dam.layer_count > 0 ? -dam.left_margin : 0.0F;
     s.right = dam.layer_count > 0 ? s.toe + dam.right_margin : s.toe;
+    return s;
 }
 
 }  // namespace brelan

@@ -17,7 +17,7 @@ struct SlopeCodes {
 // rows.
 SlopeCodes slope_codes(float height, float left_run, float right_run);
 
-// Sets the sizes from the dam.
-void size_dam(const DamCards& dam, DamSizes& sizes);
+// The sizes of a dam.
+DamSizes size_dam(const DamCards& dam);
 
 }  // namespace brelan

@@ -50,7 +50,7 @@ private:
     std::array<float, 50> height_{};
 };
 
-void list_level(Trace& trace, EditCards& edit, float level_divisions, std::int32_t divisions_below,
+void list_level(Trace& trace, const EditCards& edit, float level_divisions, std::int32_t divisions_below,
                 float level_x, float level_y, const SlopeHeights& slope_heights, float division_share) {
     trace.values(ABOVE_1, " MSRT  = ", edit.slope_code);
     trace.values(ABOVE_1, " N_DIV = ", model(edit).divisions);
@@ -88,8 +88,8 @@ void space_anew(const EditCards& edit, Mesh& mesh, std::int32_t divisions_below,
 }
 
 // A node on the level, where the element at a part of the slope will be divided.
-void add_level_node(EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit& slope_split,
-                    std::int32_t part, float level_x, float level_y) {
+SlopeSplit add_level_node(const EditCards& edit, EditSource& source, Mesh& mesh, std::int32_t part,
+                          float level_x, float level_y) {
     const std::int32_t node = source.counts.nodes + 1;
     if (node > HIGHEST_NODE_NUMBER || mesh.node_in_use[node] != 0)
         fail(std::string(model(edit).file) +
@@ -105,7 +105,7 @@ void add_level_node(EditCards& edit, EditSource& source, Mesh& mesh, SlopeSplit&
         mesh.head[node] = edit.initial_head;
         mesh.coefficient[node] = 1.0F;
     }
-    slope_split = {model(edit).element(part), node};
+    return {model(edit).element(part), node};
 }
 
 // --- elements ------------------------------------------------------------------------------------
@@ -196,15 +196,14 @@ void require_template(const EditCards& edit, const EditSource& source, const Mes
              "the others eight");
 }
 
-void apply_water_level(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh,
-                       SlopeSplit& slope_split) {
-    slope_split = SlopeSplit{};
+std::optional<SlopeSplit> apply_water_level(Trace& trace, const EditCards& edit, EditSource& source,
+                                            Mesh& mesh) {
     const SlopeModel& m = model(edit);
     const float water_share = edit.water_share;
     if (water_share <= 0.0F || water_share >= 1.0F) {
         for (std::int32_t point = 1; point <= m.divisions + 1; ++point)
             code_slope_node(mesh, m.node(point), 3, 0);
-        return;
+        return std::nullopt;
     }
     const float level_divisions = water_share * static_cast<float>(m.divisions);
     std::int32_t divisions_below = to_integer(level_divisions);
@@ -220,17 +219,16 @@ void apply_water_level(Trace& trace, EditCards& edit, EditSource& source, Mesh& 
         const std::int32_t under_water = level_y < mesh.y[node] ? 0 : 1;
         code_slope_node(mesh, node, under_water, under_water);
     }
-    if (division_share >= NEAR_LOWER && division_share <= NEAR_UPPER) {
-        add_level_node(edit, source, mesh, slope_split, divisions_below, level_x, level_y);
-        return;
-    }
+    if (division_share >= NEAR_LOWER && division_share <= NEAR_UPPER)
+        return add_level_node(edit, source, mesh, divisions_below, level_x, level_y);
     // The crest stays where the dam's body meets it.
     if (division_share > NEAR_UPPER && divisions_below + 1 < m.divisions)
         ++divisions_below;
     space_anew(edit, mesh, divisions_below, level_x, level_y);
+    return std::nullopt;
 }
 
-void map_template_nodes(Trace& trace, EditCards& edit, const EditSource& source, Mesh& mesh) {
+void map_template_nodes(Trace& trace, const EditCards& edit, const EditSource& source, Mesh& mesh) {
     const SlopeModel& m = model(edit);
     const Triangle from{m.width, m.height, 0.0F, 0.0F, m.width, 0.0F};
     for (std::int32_t n = 1; n <= source.counts.nodes; ++n) {
@@ -255,10 +253,8 @@ void orient_elements(const EditSource& source, Mesh& mesh) {
 }
 
 void split_slope_element(const EditCards& edit, const EditSource& source, Mesh& mesh,
-                         const SlopeSplit& slope_split) {
-    if (slope_split.node == 0)
-        return;
-    const std::int32_t position = slope_split.element;
+                         const SlopeSplit& split) {
+    const std::int32_t position = split.element;
     const std::int32_t n = position + edit.first_element - source.elements[0].lowest;
     if (n < 1 || n > HIGHEST_ELEMENT_NUMBER || mesh.type_in_use[n] != ELEMENT_CONTINUUM)
         fail(std::string(model(edit).file) + ": expected a continuum element " + std::to_string(position) +
@@ -274,7 +270,7 @@ void split_slope_element(const EditCards& edit, const EditSource& source, Mesh& 
         fail(std::string(model(edit).file) + ": expected two neighbouring corners of element " +
              std::to_string(position) + " on the slope, between which the water level lies");
     const std::int32_t a = cyclic(first), b = cyclic(first + 1), c = cyclic(first + 2);
-    const std::int32_t level_node = slope_split.node;
+    const std::int32_t level_node = split.node;
     const std::int32_t second = next_free_element(edit, mesh);
     ElementWords lower = old, upper = old;
     if (corners == 4) {

@@ -1,6 +1,9 @@
 // The water level on the slope of a template, and the map of the template's triangle onto a dam's.
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "mesh/edit_tables.h"
 #include "mesh/tables.h"
 #include "text/trace.h"
@@ -27,23 +30,29 @@ TriangleCoordinates triangle_coordinates(Trace& trace, float x, float y, const T
 // made for the other kinds.
 void require_template(const EditCards& edit, const EditSource& source, const Mesh& mesh);
 
+// Where the water level divides an element of the slope.
+struct SlopeSplit {
+    std::int32_t element = 0;  // number in the template
+    std::int32_t node = 0;     // on the water level
+};
+
 // The slope stage of IEDIT 5, on the nodes of the template in the mesh tables: codes of the slope nodes by
 // the water level of the edit, and where the level lies near a node, the slope spaced anew so that a
-// node lies on it. Where it lies well between two nodes, a node is added on it instead and slope_split set. A
+// node lies on it. Where it lies well between two nodes, a node is added on it instead and returned. A
 // level that is not between 0 and 1 gives all slope nodes the codes 3 and 0.
-void apply_water_level(Trace& trace, EditCards& edit, EditSource& source, Mesh& mesh,
-                       SlopeSplit& slope_split);
+std::optional<SlopeSplit> apply_water_level(Trace& trace, const EditCards& edit, EditSource& source,
+                                            Mesh& mesh);
 
 // Carries nodes 1 to the highest from the template's triangle onto that of the edit.
-void map_template_nodes(Trace& trace, EditCards& edit, const EditSource& source, Mesh& mesh);
+void map_template_nodes(Trace& trace, const EditCards& edit, const EditSource& source, Mesh& mesh);
 
 // Makes all elements run the way that gives the first one of the mesh a positive area, its two halves taken
 // together: I2 and the last corner change places.
 void orient_elements(const EditSource& source, Mesh& mesh);
 
-// Divides the element that the slope stage noted at the node on the water level: a quadrilateral becomes a
+// Divides an element at the node on the water level: a quadrilateral becomes a
 // triangle and a quadrilateral, a triangle two. The second part takes the next free number.
 void split_slope_element(const EditCards& edit, const EditSource& source, Mesh& mesh,
-                         const SlopeSplit& slope_split);
+                         const SlopeSplit& split);
 
 }  // namespace brelan

@@ -17,12 +17,6 @@ struct MeshLimits {
     float left = 0.0F, right = 0.0F, bottom = 0.0F;
 };
 
-// Elements whose corners were moved to twin nodes in the group in work, with their corners before.
-struct SavedCorners {
-    std::int32_t element;
-    std::int32_t n[4];
-};
-
 struct Engine {
     Table<std::int8_t, HIGHEST_NODE_NUMBER, "FROZEN"> frozen;  // 1: the node must not be moved
     Table<std::int8_t, HIGHEST_ELEMENT_NUMBER, "ELEMSIGN">
@@ -33,7 +27,6 @@ struct Engine {
     std::int32_t highest_element = 0;  // in use, of any type
     std::int32_t group = 0;            // in work
     MeshLimits limits;
-    std::vector<SavedCorners> saved_corners;
     std::vector<CutRow> rows;  // of the cut in work
 
     // Indexes save looks that would find nothing and never change a result, so the program always runs with

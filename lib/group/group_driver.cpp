@@ -1,7 +1,10 @@
 #include "group/group_driver.h"
 
 #include <cstdlib>
+#include <optional>
 #include <span>
+#include <utility>
+#include <vector>
 
 #include "group/engine_mesh.h"
 #include "group/joints.h"
@@ -32,10 +35,16 @@ std::int32_t held_joint_attribute(LayoutKind kind, float joint_attribute) {
     return has_node_values(kind) ? -std::abs(value) - 100 : value;
 }
 
-// Lines of a group, and its joint: works on the mesh and writes the record of "JOINT.TMP". True when there is
-// one.
-bool add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, Engine& engine,
-               GroupListing& listing, std::int32_t g, bool closed, std::span<const std::int32_t> nodes) {
+// What a group has put along its line.
+struct GroupLines {
+    std::optional<JointRecord> record;  // of a line with elements, or a joint
+    std::vector<MovedElement> moved;    // to the twins of the joint
+};
+
+// Works on the mesh and writes the record to "JOINT.TMP".
+GroupLines add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, Engine& engine,
+                     GroupListing& listing, std::int32_t g, bool closed,
+                     std::span<const std::int32_t> nodes) {
     const GroupMaterial& material = group_cards.materials[g];
     const GroupRow& group = group_cards.rows[g];
     JointRecord record;
@@ -45,16 +54,22 @@ bool add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, En
     record.inner_line_type = to_integer(material.inner_line_type);
     record.inner_line_material = to_integer(material.inner_line_material);
     record.nodes.assign(nodes.begin(), nodes.end());
+    const auto add_line = [&](std::int32_t line_type, std::int32_t line_material,
+                              std::span<const std::int32_t> line) {
+        add_line_elements(mesh, engine, listing, group.freezes_nodes, closed, line_type, line_material, line);
+    };
+    GroupLines lines;
     if (group.group_type >= 1 && group.group_type <= 4) {
         const bool listed = record.inner_line_type != 0 && record.inner_line_material != 0;
         if (listed)
             write_joint_record(channels.at(CHANNEL_JOINT), record);
-        add_line_elements(mesh, engine, listing, group.freezes_nodes, closed, record.inner_line_type,
-                          record.inner_line_material, nodes);
-        return listed;
+        add_line(record.inner_line_type, record.inner_line_material, nodes);
+        if (listed)
+            lines.record = std::move(record);
+        return lines;
     }
     if (group.group_type < -4 || group.group_type > -2)
-        return false;
+        return lines;
     record.joint_thickness = material.joint_thickness;
     record.outer_line_type = to_integer(material.outer_line_type);
     record.outer_line_material = to_integer(material.outer_line_material);
@@ -63,93 +78,80 @@ bool add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, En
     add_joints(mesh, engine, nodes, record.twins, closed, to_integer(material.joint_material),
                held_joint_attribute(mesh.kind, material.joint_attribute));
     if (std::abs(group.group_type) == 4 || record.joint_thickness <= 0.0F)
-        move_across(mesh, engine, nodes, record.twins, closed);
-    add_line_elements(mesh, engine, listing, group.freezes_nodes, closed, record.inner_line_type,
-                      record.inner_line_material, nodes);
-    add_line_elements(mesh, engine, listing, group.freezes_nodes, closed, record.outer_line_type,
-                      record.outer_line_material, record.twins);
-    return true;
+        lines.moved = move_across(mesh, engine, nodes, record.twins, closed);
+    add_line(record.inner_line_type, record.inner_line_material, nodes);
+    add_line(record.outer_line_type, record.outer_line_material, record.twins);
+    lines.record = std::move(record);
+    return lines;
 }
 
-void run_region(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t g,
-                const GroupRow& group, std::span<const Point> path) {
+RegionMaterial region_of(const GroupCards& group_cards, std::int32_t g) {
     const GroupMaterial& material = group_cards.materials[g];
     RegionMaterial region;
-    region.group_type = group.group_type;
-    region.overlay = group.overlay;
+    region.group_type = group_cards.rows[g].group_type;
+    region.overlay = group_cards.rows[g].overlay;
     region.material = to_integer(material.material);
     region.old_material = to_integer(material.old_material);
     region.attribute = to_integer(material.attribute);
     region.density = material.attribute;
-    apply_region(mesh, engine, region, path);
+    return region;
 }
 
-// Works on one group. True when it has written a record to "JOINT.TMP".
-bool run_group(Channels& channels, Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances,
-               Engine& engine, GroupListing& listing, std::int32_t g) {
+// Works on one group. Gives the record of its line or joint.
+std::optional<JointRecord> run_group(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
+                                     const Tolerances& tolerances, Engine& engine, GroupListing& listing,
+                                     std::int32_t g) {
     engine.group = g;
-    engine.saved_corners.clear();
     const GroupRow& group = group_cards.rows[g];
     if (group.group_type == 0)
-        return false;
+        return std::nullopt;
     const OutlineUse use = use_of(group);
     const std::span<const SegmentRow> segments = segments_of(group_cards, g);
     const Path path = path_along(outline_of(group_cards, g), segments, use, tolerances.same);
-    KeptLine line;
-    if (use != OutlineUse::free_line) {
+    if (use != OutlineUse::free_line)
         cut_along(mesh, tolerances, engine, path, segments);
-        require_parts(engine, path);
-        line = list_path_nodes(mesh, tolerances, engine, path);
-    } else if (group.segment_count >= 1) {
-        require_parts(engine, path);
-        line = list_free_nodes(mesh, tolerances, engine, path);
-    }
-    const bool recorded = add_lines(channels, mesh, group_cards, engine, listing, g, path.closed, line.nodes);
-    write_listing_row(listing, channels.at(CHANNEL_GROUP), g, ROW_OUTLINE, group.group_type,
-                      path.closed ? 1 : 0, path.points);
-    line.group_type = group.group_type;
-    line.closed = path.closed ? 1 : 0;
-    listing.lines[listing.count] = line;
-    run_region(mesh, group_cards, engine, g, group, path.points);
-    return recorded;
+    require_parts(engine, path);
+    std::vector<std::int32_t> nodes;
+    if (use != OutlineUse::free_line)
+        nodes = list_path_nodes(mesh, tolerances, engine, path);
+    else if (!segments.empty())
+        nodes = list_free_nodes(mesh, tolerances, engine, path);
+    GroupLines lines = add_lines(channels, mesh, group_cards, engine, listing, g, path.closed, nodes);
+    add_row(listing, channels.at(CHANNEL_GROUP),
+            {g, ROW_OUTLINE, group.group_type, path.closed ? 1 : 0, path.points, std::move(nodes)});
+    apply_region(mesh, engine, region_of(group_cards, g), path.points, lines.moved);
+    return std::move(lines.record);
 }
 
 // The lines and joints at the end of the run: later groups may have moved them.
 void finish_joints(Channels& channels, Mesh& mesh, Engine& engine, GroupListing& listing,
-                   std::int32_t records) {
-    Channel& joints = channels.at(CHANNEL_JOINT);
-    joints.rewind();
-    for (std::int32_t i = 1; i <= records; ++i) {
-        const JointRecord record = read_joint_record(joints);
+                   std::span<const JointRecord> records) {
+    for (const JointRecord& record : records) {
         engine.group = record.group;
         if (record.group_type < 0)
             fix_twins(mesh, engine, record.nodes, record.twins, record.closed == 1, record.joint_thickness);
     }
-    joints.rewind();
-    for (std::int32_t i = 1; i <= records; ++i)
-        list_record(mesh, listing, channels.at(CHANNEL_GROUP), read_joint_record(joints));
+    for (const JointRecord& record : records)
+        add_rows(mesh, listing, channels.at(CHANNEL_GROUP), record);
 }
 
 }  // namespace
 
-void work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
-                    const Tolerances& tolerances, Engine& engine, GroupListing& listing) {
+GroupListing work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
+                            const Tolerances& tolerances, Engine& engine) {
     channels.open(CHANNEL_JOINT, "JOINT.TMP", OpenStatus::work);
     channels.open(CHANNEL_GROUP, "GROUP.TMP", OpenStatus::work);
-    listing.count = 0;
-    for (std::int32_t i = 1; i <= MOST_GROUPS; ++i)
-        listing.lines[i] = KeptLine{};
-    listing.pipes = listing.convection_lines = listing.flow_sections = 0;
     build_indexes(mesh, engine);
-    std::int32_t records = 0;
+    GroupListing listing;
+    std::vector<JointRecord> records;
     for (std::int32_t g = 1; g <= group_cards.count; ++g)
-        if (run_group(channels, mesh, group_cards, tolerances, engine, listing, g))
-            ++records;
-    if (records > 0)
-        finish_joints(channels, mesh, engine, listing, records);
+        if (auto record = run_group(channels, mesh, group_cards, tolerances, engine, listing, g))
+            records.push_back(std::move(*record));
+    finish_joints(channels, mesh, engine, listing, records);
     channels.close(CHANNEL_JOINT, CloseAction::remove);
     channels.close(CHANNEL_GROUP);
     repair_quadrilaterals(mesh, engine);
+    return listing;
 }
 
 }  // namespace brelan

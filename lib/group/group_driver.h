@@ -8,8 +8,8 @@
 
 namespace brelan {
 
-// Pass 14.2: works on the groups in turn and leaves their listing in "GROUP.TMP".
-void work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
-                    const Tolerances& tolerances, Engine& engine, GroupListing& listing);
+// Pass 14.2: works on the groups in turn. Returns their listing and leaves it in "GROUP.TMP".
+GroupListing work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
+                            const Tolerances& tolerances, Engine& engine);
 
 }  // namespace brelan

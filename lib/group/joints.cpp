@@ -152,10 +152,11 @@ void add_joints(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
     }
 }
 
-void move_across(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
-                 std::span<const std::int32_t> twins, bool closed) {
+std::vector<MovedElement> move_across(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+                                      std::span<const std::int32_t> twins, bool closed) {
+    std::vector<MovedElement> moved_elements;
     if (nodes.size() < 2)
-        return;
+        return moved_elements;
     const std::vector<Point> line = points_of(mesh, nodes);
     std::unordered_map<std::int32_t, std::size_t> place;  // of a node in the list, which names none twice
     for (std::size_t k = 0; k < nodes.size(); ++k)
@@ -183,9 +184,10 @@ void move_across(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes
         }
         if (!moved)
             continue;
-        engine.saved_corners.push_back({e, {before.n[0], before.n[1], before.n[2], before.n[3]}});
+        moved_elements.push_back({e, before});
         set_corners(mesh, engine, e, after);
     }
+    return moved_elements;
 }
 
 void fix_twins(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,

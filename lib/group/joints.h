@@ -7,10 +7,17 @@
 #include <vector>
 
 #include "group/engine.h"
+#include "group/engine_mesh.h"
 #include "mesh/tables.h"
 #include "plane/geometry.h"
 
 namespace brelan {
+
+// An element that was moved to twin nodes, with its corners before.
+struct MovedElement {
+    std::int32_t element;
+    Corners before;
+};
 
 // The twins' places for a line: each edge is shifted by |THICj| to its left, and the shifted edges meet in
 // mitres.
@@ -35,9 +42,9 @@ void add_joints(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
 
 // Moves the elements to the left of the line to the twin nodes; those marked by a negative LTP stay, and move
 // when they are to its right. A line of one node has no sides and no joint: nothing moves, else a beam or
-// truss would be left hanging on the twin.
-void move_across(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
-                 std::span<const std::int32_t> twins, bool closed);
+// truss would be left hanging on the twin. Returns the elements that were moved.
+std::vector<MovedElement> move_across(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+                                      std::span<const std::int32_t> twins, bool closed);
 
 // Computes the twins' places anew, as the line lies now, and keeps twins at the left, right and lower limits
 // of the mesh on these limits. The top is the free surface and has no such rule.

@@ -14,11 +14,10 @@ namespace {
 struct Candidate {
     std::int32_t node;
     float distance;
-    Point snapped;
 };
 
-void require_room(const Engine& engine, const KeptLine& line) {
-    if (line.nodes.size() > static_cast<std::size_t>(MOST_PATH_NODES))
+void require_room(const Engine& engine, const std::vector<std::int32_t>& line) {
+    if (line.size() > static_cast<std::size_t>(MOST_PATH_NODES))
         fail("group " + std::to_string(engine.group) + ": expected a line of at most " +
              std::to_string(MOST_PATH_NODES) + " nodes, found more");
 }
@@ -73,8 +72,9 @@ void keep_ends(std::vector<Candidate>& candidates, bool first_edge) {
 
 }  // namespace
 
-KeptLine list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path) {
-    KeptLine line;
+std::vector<std::int32_t> list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                          const Path& path) {
+    std::vector<std::int32_t> line;
     std::vector<bool> listed(static_cast<std::size_t>(HIGHEST_NODE_NUMBER) + 1, false);
     std::vector<bool> seen(listed);  // scratch of nodes_near
     for (std::size_t edge = 0; edge < path.edges; ++edge) {
@@ -87,16 +87,15 @@ KeptLine list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engin
                 continue;
             const Snap snap = snap_to_segment(from, to, node_point(mesh, n), tolerances.line);
             if (snap.near)
-                candidates.push_back({n, distance(from, snap.point), snap.point});
+                candidates.push_back({n, distance(from, snap.point)});
         }
         sort_candidates(candidates);
         if (std::find(path.single.begin(), path.single.end(), edge) != path.single.end())
             keep_ends(candidates, edge == 0);
         for (const Candidate& candidate : candidates) {
-            if (!line.nodes.empty() && line.nodes.back() == candidate.node)
+            if (!line.empty() && line.back() == candidate.node)
                 continue;
-            line.nodes.push_back(candidate.node);
-            line.points.push_back(candidate.snapped);
+            line.push_back(candidate.node);
             listed[static_cast<std::size_t>(candidate.node)] = true;
         }
         require_room(engine, line);
@@ -104,16 +103,16 @@ KeptLine list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engin
     return line;
 }
 
-KeptLine list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path) {
-    KeptLine line;
+std::vector<std::int32_t> list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                          const Path& path) {
+    std::vector<std::int32_t> line;
     for (const Point& point : path.points) {
         std::int32_t node = lowest_node_within(mesh, engine, point, tolerances.same);
         if (node == 0) {
             node = add_node(mesh, engine, point);
             mesh.codes[node][4] = 1;
         }
-        line.nodes.push_back(node);
-        line.points.push_back(node_point(mesh, node));
+        line.push_back(node);
         require_room(engine, line);
     }
     return line;

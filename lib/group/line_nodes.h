@@ -1,6 +1,9 @@
 // The nodes of a group's line.
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
 #include "group/engine.h"
 #include "mesh/group_tables.h"
 #include "mesh/tables.h"
@@ -8,10 +11,12 @@
 
 namespace brelan {
 
-// The mesh nodes on the finished path, in order along it, with their places on it.
-KeptLine list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path);
+// The mesh nodes on the finished path, in order along it.
+std::vector<std::int32_t> list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                          const Path& path);
 
 // The nodes of a free line: the first node within TOLSAME of each path point, or a new one there.
-KeptLine list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path);
+std::vector<std::int32_t> list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                          const Path& path);
 
 }  // namespace brelan

@@ -75,35 +75,14 @@ bool in_strip(const Tolerances& tolerances, const ListingRow& row, const Point& 
     return false;
 }
 
-// Calls the action with the number of each row that an element belongs to.
-template <class Action>
-void for_rows_of(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances,
-                 const GroupListing& listing, const ElementWords& words, std::int8_t type, Action action) {
-    const Point centre = mean_of(mesh, words, type == ELEMENT_CONTINUUM ? 4 : 2);
-    const auto scan = [&](const auto& rows, auto holds) {
-        for (const auto& scanned : rows)
-            if (scanned.box.may_hold(centre) && holds(scanned))
-                action(scanned.row);
-    };
-    scan(membership.outlines, [&](const ScannedOutline& outline) { return outline.polygon.inside(centre); });
-    if (type == ELEMENT_CONTINUUM)
-        scan(membership.strips,
-             [&](const ScannedRow& strip) { return in_strip(tolerances, listing.rows[strip.row], centre); });
-    else
-        scan(membership.lines,
-             [&](const ScannedRow& line) { return on_line(tolerances, listing.rows[line.row], centre); });
-}
-
 }  // namespace
 
-Membership begin_membership(const Tolerances& tolerances, const Engine& engine, GroupListing& listing) {
-    listing.members = listing.highest_material = 0;
+Membership begin_membership(const Tolerances& tolerances, const Engine& engine, const GroupListing& listing) {
     Membership membership;
-    for (std::int32_t i = 1; i <= listing.count; ++i) {
-        const ListingRow& row = listing.rows[i];
+    for (const ListingRow& row : listing.rows) {
         if (row.group_type == 0 || row.group_type == -1 || row.points.empty())
             continue;
-        const ScannedRow scanned{box_of(tolerances, engine, row), i};
+        const ScannedRow scanned{box_of(tolerances, engine, row), &row};
         const bool open_line = std::abs(row.group_type) == 2 && row.closed == 0;
         if (row.sub_kind == ROW_OUTLINE && !open_line)
             membership.outlines.push_back({scanned, PolygonScan(engine.uses_indexes, row.points)});
@@ -115,27 +94,28 @@ Membership begin_membership(const Tolerances& tolerances, const Engine& engine, 
     return membership;
 }
 
-std::vector<std::int32_t> listing_rows_of(const Membership& membership, const Mesh& mesh,
-                                          const Tolerances& tolerances, const GroupListing& listing,
-                                          const ElementWords& words, std::int8_t type) {
-    std::vector<std::int32_t> rows;
-    for_rows_of(membership, mesh, tolerances, listing, words, type,
-                [&](std::int32_t row) { rows.push_back(row); });
-    return rows;
+std::vector<MemberRecord> members_of(const Membership& membership, const Mesh& mesh,
+                                     const Tolerances& tolerances, std::int32_t element, std::int8_t type) {
+    const ElementWords& words = mesh.words[element];
+    const Point centre = mean_of(mesh, words, type == ELEMENT_CONTINUUM ? 4 : 2);
+    std::vector<MemberRecord> records;
+    const auto scan = [&](const auto& rows, auto holds) {
+        for (const auto& scanned : rows)
+            if (scanned.box.may_hold(centre) && holds(scanned))
+                records.push_back({scanned.row->group, words.material, element, type, scanned.row->sub_kind});
+    };
+    scan(membership.outlines, [&](const ScannedOutline& outline) { return outline.polygon.inside(centre); });
+    if (type == ELEMENT_CONTINUUM)
+        scan(membership.strips,
+             [&](const ScannedRow& strip) { return in_strip(tolerances, *strip.row, centre); });
+    else
+        scan(membership.lines,
+             [&](const ScannedRow& line) { return on_line(tolerances, *line.row, centre); });
+    return records;
 }
 
-void record_membership(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances,
-                       GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words,
-                       std::int8_t type) {
-    if (type == ELEMENT_CONTINUUM)
-        listing.highest_material = std::max(listing.highest_material, words.material);
-    for_rows_of(membership, mesh, tolerances, listing, words, type, [&](std::int32_t i) {
-        ListingRow& row = listing.rows[i];
-        ++row.members;
-        ++listing.members;
-        MEMBER_RECORD.write(file, row.group, words.material, element, static_cast<std::int32_t>(type),
-                            row.sub_kind);
-    });
+void write_member(Channel& file, const MemberRecord& record) {
+    MEMBER_RECORD.write(file, record.group, record.material, record.element, record.type, record.sub_kind);
 }
 
 }  // namespace brelan

@@ -1,4 +1,4 @@
-// Which elements of the finished mesh belong to which group: the records behind the output decks.
+// Which elements of the finished mesh belong to which group: what the output decks come from.
 #pragma once
 
 #include <cstdint>
@@ -25,7 +25,7 @@ struct RowBox {
 // The rows that take part in each of the three scans.
 struct ScannedRow {
     RowBox box;
-    std::int32_t row;
+    const ListingRow* row;
 };
 struct ScannedOutline : ScannedRow {
     PolygonScan polygon;
@@ -35,20 +35,15 @@ struct Membership {
     std::vector<ScannedRow> lines, strips;
 };
 
-// Makes ready for the elements of a finished mesh: clears the counts, and notes where each row of the listing
-// lies.
-Membership begin_membership(const Tolerances& tolerances, const Engine& engine, GroupListing& listing);
+// Notes where each row of the listing lies, whose points must live as long.
+Membership begin_membership(const Tolerances& tolerances, const Engine& engine, const GroupListing& listing);
 
-// The rows of the listing that an element belongs to, by number: inside an outline, on a line, in a joint
-// strip.
-std::vector<std::int32_t> listing_rows_of(const Membership& membership, const Mesh& mesh,
-                                          const Tolerances& tolerances, const GroupListing& listing,
-                                          const ElementWords& words, std::int8_t type);
+// A record for each row of the listing that an element of the finished mesh belongs to: inside an outline, on
+// a line, in a joint strip.
+std::vector<MemberRecord> members_of(const Membership& membership, const Mesh& mesh,
+                                     const Tolerances& tolerances, std::int32_t element, std::int8_t type);
 
-// Writes a record of an element, just written, for each row that it belongs to. Keeps the highest
-// material.
-void record_membership(const Membership& membership, const Mesh& mesh, const Tolerances& tolerances,
-                       GroupListing& listing, Channel& file, std::int32_t element, const ElementWords& words,
-                       std::int8_t type);
+// Writes a record to "GROUP.TMP".
+void write_member(Channel& file, const MemberRecord& record);
 
 }  // namespace brelan

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "group/engine_mesh.h"
-#include "group/joints.h"
 #include "mesh/edition.h"
 #include "mesh/mesh_records.h"
 #include "plane/polygon_scan.h"
@@ -42,10 +41,9 @@ void add_overlay(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMateria
     set_corners(mesh, engine, added, corners_of(mesh, e));
 }
 
-// With a joint the new element keeps the new side and the old one goes back to its own: `saved` tells its
-// corners.
+// With a joint the new element keeps the new side and the old one goes back to its own.
 void duplicate(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMaterial& material,
-               const SavedCorners* saved) {
+               const MovedElement* moved) {
     const std::int32_t added = add_element(engine);
     const ElementWords words = mesh.words[e];
     const Corners present = corners_of(mesh, e);
@@ -59,8 +57,8 @@ void duplicate(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMaterial&
     mesh.type[added] = mesh.type[e];
     engine.workable[added] = engine.workable[e];
     set_corners(mesh, engine, added, present);
-    if (saved != nullptr)
-        set_corners(mesh, engine, e, {{saved->n[0], saved->n[1], saved->n[2], saved->n[3]}});
+    if (moved != nullptr)
+        set_corners(mesh, engine, e, moved->before);
     if (material.material >= 0)
         mesh.words[e].material = material.old_material != 0 ? material.old_material : material.material + 1;
 }
@@ -90,11 +88,12 @@ std::vector<std::int32_t> elements_for(Engine& engine, const RegionMaterial& mat
 
 }  // namespace
 
-void apply_region(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::span<const Point> path) {
+void apply_region(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::span<const Point> path,
+                  std::span<const MovedElement> moved) {
     const PolygonScan scan(engine.uses_indexes, path);
-    std::unordered_map<std::int32_t, const SavedCorners*> saved;
-    for (const SavedCorners& entry : engine.saved_corners)
-        saved[entry.element] = &entry;
+    std::unordered_map<std::int32_t, const MovedElement*> moved_element;
+    for (const MovedElement& entry : moved)
+        moved_element[entry.element] = &entry;
     for (const std::int32_t e : elements_for(engine, material, scan)) {
         if (!is_selected(mesh, engine, e))
             continue;
@@ -122,8 +121,9 @@ void apply_region(Mesh& mesh, Engine& engine, const RegionMaterial& material, st
             case 4:
             case -4:
                 if (inside && !is_joint(mesh, e)) {
-                    const auto found = saved.find(e);
-                    duplicate(mesh, engine, e, material, found == saved.end() ? nullptr : found->second);
+                    const auto found = moved_element.find(e);
+                    duplicate(mesh, engine, e, material,
+                              found == moved_element.end() ? nullptr : found->second);
                 }
                 break;
             default:

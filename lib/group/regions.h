@@ -5,6 +5,7 @@
 #include <span>
 
 #include "group/engine.h"
+#include "group/joints.h"
 #include "mesh/tables.h"
 #include "plane/geometry.h"
 
@@ -19,7 +20,9 @@ struct RegionMaterial {
 };
 
 // Deletes, assigns or duplicates the elements whose centroid is inside the path (outside for MTYPE -1).
-void apply_region(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::span<const Point> path);
+// `moved` are the elements that the group's joint has moved to its twins.
+void apply_region(Mesh& mesh, Engine& engine, const RegionMaterial& material, std::span<const Point> path,
+                  std::span<const MovedElement> moved = {});
 
 // Splits the quadrilaterals that node moves have made concave into two triangles, along the diagonal that
 // lies inside.

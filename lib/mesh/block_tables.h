@@ -15,7 +15,7 @@ struct BlockStrip {
     float length = 0.0F;    // width of the column, height of the row
     float smallest = 0.0F;  // wanted length of the smallest element
     float position = 0.0F;  // of the mid key point: 0.3 to 0.5, the sign tells the fine end
-    FilePlace place;        // of its card
+    FilePlace place{};      // of its card
 };
 
 struct BlockCards {

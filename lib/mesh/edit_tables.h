@@ -84,10 +84,4 @@ struct EditSource {
     std::int32_t first_continuum = 0;  // IEDIT 5: new number of the first continuum record, 0 for none
 };
 
-// IEDIT 5: where the water level divides an element of the slope. Who fills it: dam/phreatic_line.cpp.
-struct SlopeSplit {
-    std::int32_t element = 0;  // number in the template
-    std::int32_t node = 0;     // on the water level; 0: no element is divided
-};
-
 }  // namespace brelan

@@ -96,13 +96,6 @@ struct Tolerances {
     float same = 0.0F;  // two points that are nearer are one
 };
 
-// What is kept of a group's line for the outputs.
-struct KeptLine {
-    std::int32_t group_type = 0, closed = 0;
-    std::vector<std::int32_t> nodes;
-    std::vector<Point> points;  // XPATH, YPATH
-};
-
 // --- the group listing ---------------------------------------------------------------------------
 
 // Kinds of a row of the listing.
@@ -111,21 +104,23 @@ inline constexpr std::int32_t ROW_OUTLINE = 0, ROW_LINE = 1, ROW_JOINT = 2;
 struct ListingRow {
     std::int32_t group = 0, sub_kind = 0;
     std::int32_t group_type = 0, closed = 0;
-    std::int32_t members = 0;  // records of elements that belong to the row
     std::vector<Point> points;
+    // Of an outline: the nodes of its line, in order along it. They follow moves and the compaction; 0 for a
+    // node that the mesh lost.
+    std::vector<std::int32_t> nodes = {};
 };
 struct GroupListing {
-    std::int32_t count = 0;  // rows of the listing
-    Table<ListingRow, MOST_GROUPS, "the group listing"> rows;
-    Table<KeptLine, MOST_GROUPS, "the lines of the groups"> lines;
+    std::vector<ListingRow> rows;  // at most MOST_GROUPS
 
     // Lines of beams and of trusses so far, their running numbers; in the temperature kind they are pipes and
     // convection lines.
     std::int32_t pipes = 0, convection_lines = 0;
     std::int32_t flow_sections = 0;  // open lines of trusses of the head kind
+};
 
-    std::int32_t members = 0;           // records of elements in all rows
-    std::int32_t highest_material = 0;  // of the continuum elements as written
+// An element of the finished mesh that belongs to a row of the listing.
+struct MemberRecord {
+    std::int32_t group = 0, material = 0, element = 0, type = 0, sub_kind = 0;
 };
 
 }  // namespace brelan

@@ -63,8 +63,8 @@ void replace_in_elements(Mesh& mesh, GroupListing& listing, const ReplacementLis
             reduce_element(mesh, n);
     }
     // The lines of the groups name their nodes for the outputs.
-    for (std::int32_t i = 1; i <= listing.count; ++i)
-        for (std::int32_t& node : listing.lines[i].nodes)
+    for (ListingRow& row : listing.rows)
+        for (std::int32_t& node : row.nodes)
             orders.apply(node);
 }
 

@@ -150,24 +150,25 @@ std::int32_t lines_of(const ElementRanges& ranges) {
 
 }  // namespace
 
-Activity make_activity(Trace& trace, const GroupCards& group_cards, GroupListing& listing,
-                       const std::vector<GroupMembers>& members) {
+Activity make_activity(Trace& trace, const GroupCards& group_cards, const FinishedMembers& members) {
     Activity activity;
     activity.new_material.resize(static_cast<std::size_t>(HIGHEST_ELEMENT_NUMBER) + 1, 0);
-    activity.first_new = listing.highest_material + 1;
+    activity.first_new = members.highest_material + 1;
+    std::int32_t newest = members.highest_material;
     for (std::int32_t g = 1; g <= group_cards.count; ++g) {
-        const std::int32_t highest = highest_material(group_cards, g, members[static_cast<std::size_t>(g)]);
-        for (const auto& [key, ranges] : members[static_cast<std::size_t>(g)]) {
+        const GroupMembers& own = members.groups[static_cast<std::size_t>(g)];
+        const std::int32_t highest = highest_material(group_cards, g, own);
+        for (const auto& [key, ranges] : own) {
             const auto [type, material] = key;
             const ActivityPair pair = activity_of(group_cards, g, type, material);
             if (pair == ActivityPair{})
                 continue;
             if (type == ELEMENT_CONTINUUM) {
                 activity.materials.push_back({material, pair});
-                ++listing.highest_material;
+                ++newest;
                 for (const ElementRange& range : ranges.all)
                     for (std::int32_t n = range.first; n <= range.last; ++n)
-                        activity.new_material[static_cast<std::size_t>(n)] = listing.highest_material;
+                        activity.new_material[static_cast<std::size_t>(n)] = newest;
             }
             for (const ElementRange& range : ranges.all)
                 trace.values(2, " Pass 27.1.2 ", " II = ", static_cast<std::int32_t>(type), " K = ", material,

@@ -34,15 +34,14 @@ struct NewMaterial {
 
 struct Activity {
     std::int32_t line_count = 0;             // lines of all blocks
-    std::vector<NewMaterial> materials;      // their numbers follow the highest of the mesh, highest_material
+    std::vector<NewMaterial> materials;      // their numbers follow the highest of the mesh
     std::vector<std::int32_t> new_material;  // by element number, the element's new material; 0 for none
     std::int32_t first_new = 0;              // number of the first of them
 };
 
 // Makes the new materials and counts the lines of the blocks. Every group gets a material for each of its
 // own, also where another group holds the same. An element of several groups takes that of the last.
-Activity make_activity(Trace& trace, const GroupCards& group_cards, GroupListing& listing,
-                       const std::vector<GroupMembers>& members);
+Activity make_activity(Trace& trace, const GroupCards& group_cards, const FinishedMembers& members);
 
 // Writes the block of each group that has activity.
 void write_activity(Channels& channels, LayoutKind kind, const GroupCards& group_cards, Channel& main_file,

@@ -285,9 +285,9 @@ bool has_section(LayoutKind kind, std::int32_t NPTYPE) {
 
 }  // namespace
 
-void write_graf_2d(Channels& channels, LayoutKind kind, const GroupCards& group_cards, GroupListing& listing,
-                   UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members,
-                   const MeshCounts& counts) {
+void write_graf_2d(Channels& channels, LayoutKind kind, const GroupCards& group_cards,
+                   const GroupListing& listing, UnitLabels& units, Channel& post,
+                   const std::vector<GroupMembers>& members, const MeshCounts& counts) {
     write_mesh_section(channels, group_cards, units, post, members);
     if (has_section(kind, 2)) {  // and 3 to 5 with it
         write_contour_section(channels, group_cards, listing, units, post, members);

@@ -16,9 +16,9 @@ namespace brelan {
 
 // Writes the sections in their order and the end of the deck. Temperature decks have the sections of the mesh
 // and of results only.
-void write_graf_2d(Channels& channels, LayoutKind kind, const GroupCards& group_cards, GroupListing& listing,
-                   UnitLabels& units, Channel& post, const std::vector<GroupMembers>& members,
-                   const MeshCounts& counts);
+void write_graf_2d(Channels& channels, LayoutKind kind, const GroupCards& group_cards,
+                   const GroupListing& listing, UnitLabels& units, Channel& post,
+                   const std::vector<GroupMembers>& members, const MeshCounts& counts);
 
 // True when a section of the deck lists a group's elements of a class that a row of the given kind claims.
 bool plots_list(LayoutKind kind, const GroupCards& group_cards, std::int32_t g, std::int8_t type,

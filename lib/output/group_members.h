@@ -1,4 +1,4 @@
-// The elements of the groups, as ranges of consecutive numbers: what the records of "GROUP.TMP" come to.
+// The elements of the groups, as ranges of consecutive numbers.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "mesh/group_tables.h"
-#include "text/channels.h"
 
 namespace brelan {
 
@@ -29,8 +28,32 @@ struct MemberRanges {
 // By class (ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS), then by material.
 using GroupMembers = std::map<std::pair<std::int8_t, std::int32_t>, MemberRanges>;
 
-// Reads the records, once, into the members of groups 1 to NGROUP; place 0 stays empty. A group that wants no
-// outputs (IGPOST 0) has no members.
-std::vector<GroupMembers> read_members(const GroupCards& group_cards, Channel& file);
+// What the elements of the finished mesh come to.
+struct FinishedMembers {
+    std::vector<GroupMembers> groups;   // from 1; place 0 stays empty
+    std::int32_t highest_material = 0;  // of the continuum elements
+};
+
+// Takes the records of a mesh, which come in ascending number within a class. A group that wants no outputs
+// (IGPOST 0) has no members.
+class MemberCollector {
+public:
+    explicit MemberCollector(const GroupCards& group_cards);
+
+    void add(const MemberRecord& record);
+    void add_material(std::int8_t type, std::int32_t material);
+    const FinishedMembers& found() const { return found_; }
+
+private:
+    // The bucket that a group's record went to last: most records of a group follow one of the same bucket.
+    struct LastBucket {
+        GroupMembers::key_type key;
+        MemberRanges* ranges = nullptr;
+    };
+
+    const GroupCards& group_cards_;
+    FinishedMembers found_;
+    std::vector<LastBucket> last_;
+};
 
 }  // namespace brelan

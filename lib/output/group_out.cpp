@@ -23,35 +23,33 @@ constexpr std::string_view GROUP_FILE = "GROUP.TMP";
 
 }  // namespace
 
-bool outputs_list(LayoutKind kind, const GroupCards& group_cards, const ListingRow& row, std::int8_t type,
-                  std::int32_t material) {
-    return group_cards.outputs[row.group].wants_outputs != 0 &&
-           (activity_of(group_cards, row.group, type, material) != ActivityPair{} ||
-            plots_list(kind, group_cards, row.group, type, row.sub_kind));
+bool outputs_list(LayoutKind kind, const GroupCards& group_cards, const MemberRecord& member) {
+    const auto type = static_cast<std::int8_t>(member.type);
+    return group_cards.outputs[member.group].wants_outputs != 0 &&
+           (activity_of(group_cards, member.group, type, member.material) != ActivityPair{} ||
+            plots_list(kind, group_cards, member.group, type, member.sub_kind));
 }
 
 void write_group_outputs(Channels& channels, Trace& trace, const Settings& settings,
-                         const GroupCards& group_cards, GroupListing& listing, UnitLabels& units,
-                         std::string_view result_name, const MeshCounts& counts) {
+                         const GroupCards& group_cards, const GroupListing& listing,
+                         const FinishedMembers& members, UnitLabels& units, std::string_view result_name,
+                         const MeshCounts& counts) {
     channels.close(CHANNEL_GROUP);
     read_unit_table(channels, settings.kind(), units);
     trace.values(1, " Pass 27.1.1 ");
     trace.values(1, " GROUP_SORT: Beginning NGROUP = ", group_cards.count);
-    const std::vector<GroupMembers> members =
-        read_members(group_cards, channels.open(CHANNEL_GROUP, GROUP_FILE, OpenStatus::forward));
-    channels.close(CHANNEL_GROUP);
     begin_group_text(
         channels);  // also where no group has a block: a file that a broken-off run left goes with it
-    const Activity activity = make_activity(trace, group_cards, listing, members);
+    const Activity activity = make_activity(trace, group_cards, members);
     if (activity.line_count != 0) {
         if (!activity.materials.empty())
             rewrite_mesh(channels, trace, settings, result_name, counts, activity.new_material);
         write_materials(channels, settings, activity);
-        write_group_activity(channels, settings.kind(), group_cards, activity, members);
+        write_group_activity(channels, settings.kind(), group_cards, activity, members.groups);
     }
     Channel& post = channels.open(CHANNEL_POST, "..\\Group.Pos", OpenStatus::result);
     post.set_write_only(true);
-    write_graf_2d(channels, settings.kind(), group_cards, listing, units, post, members, counts);
+    write_graf_2d(channels, settings.kind(), group_cards, listing, units, post, members.groups, counts);
     write_graf_xy(settings.kind(), units, post);
     channels.open(CHANNEL_GROUP, GROUP_FILE, OpenStatus::forward);
     channels.close(CHANNEL_GROUP, CloseAction::remove);

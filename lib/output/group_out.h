@@ -7,23 +7,23 @@
 #include "mesh/edition.h"
 #include "mesh/group_tables.h"
 #include "mesh/mesh_records.h"
+#include "output/group_members.h"
 #include "output/unit_table.h"
 #include "text/channels.h"
 #include "text/trace.h"
 
 namespace brelan {
 
-// True when an element of a class and material that a row of the listing claims comes into a file of the
-// outputs.
-bool outputs_list(LayoutKind kind, const GroupCards& group_cards, const ListingRow& row, std::int8_t type,
-                  std::int32_t material);
+// True when an element that belongs to a row of the listing comes into a file of the outputs.
+bool outputs_list(LayoutKind kind, const GroupCards& group_cards, const MemberRecord& member);
 
-// From the records of "GROUP.TMP": element activity and materials of their own for the groups, with
+// From the members of the groups: element activity and materials of their own for the groups, with
 // "..\MatAD.Man",
 // "..\Group.Man" and the mesh file written anew where a group has activity; the post file "..\Group.Pos" in
 // every case. The counts are those of the records in the mesh file. "GROUP.TMP" is deleted.
 void write_group_outputs(Channels& channels, Trace& trace, const Settings& settings,
-                         const GroupCards& group_cards, GroupListing& listing, UnitLabels& units,
-                         std::string_view result_name, const MeshCounts& counts);
+                         const GroupCards& group_cards, const GroupListing& listing,
+                         const FinishedMembers& members, UnitLabels& units, std::string_view result_name,
+                         const MeshCounts& counts);
 
 }  // namespace brelan

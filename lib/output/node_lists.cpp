@@ -25,15 +25,14 @@ struct NodeList {
 // The lines of the groups that want them; a node that the mesh lost is left out.
 std::vector<NodeList> wanted_lists(const GroupCards& group_cards, const GroupListing& listing) {
     std::vector<NodeList> lists;
-    for (std::int32_t i = 1; i <= listing.count; ++i) {
-        const ListingRow& row = listing.rows[i];
+    for (const ListingRow& row : listing.rows) {
         if (row.sub_kind != ROW_OUTLINE)
             continue;
         const GroupPost& post = group_cards.outputs[row.group];
         if (post.wants_outputs == 0 || post.toggle[NODE_SWITCH] == 0)
             continue;
         NodeList list{row.group, {}};
-        for (const std::int32_t node : listing.lines[i].nodes)
+        for (const std::int32_t node : row.nodes)
             if (node != 0)
                 list.nodes.push_back(node);
         if (!list.nodes.empty())

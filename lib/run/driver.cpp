@@ -104,7 +104,7 @@ void normalise_deck(Run& run) {
 }
 
 void run_deck(Run& run) {
-    run.listing.count = 0;
+    run.listing = {};
     run.decks.name = run.decks.names[run.decks.number];
     normalise_deck(run);
     run.deck.require(DeckPart::mode);

@@ -76,8 +76,9 @@ void load_mesh(Run& run) {
         select_on_polyline(run, mesh_file);
     run.trace.pass(" Pass 8 ", 8.0F);
     edit_nodes(run.deck.edit, run.source, run.mesh, run.selection, mesh_file);
+    std::optional<SlopeSplit> split;
     if (run.deck.edit.operation == 5)
-        map_slope_nodes(run);
+        split = map_slope_nodes(run);
     run.trace.pass(" Pass 9 ", 9.0F);
     scan_elements(run.settings.kind(), run.source, mesh_file);
     fix_start_numbers(run.deck.edit, run.source);
@@ -95,7 +96,7 @@ void load_mesh(Run& run) {
         run.trace.pass(" Pass 13 ", 13.0F);
     }
     if (run.deck.edit.operation == 5)
-        finish_slope_elements(run);
+        finish_slope_elements(run, split);
 }
 
 // Passes 14.5 to 14.7: line-up and node moves.
@@ -137,23 +138,24 @@ MeshCounts header_counts(Run& run, const ResultMesh& result) {
     return counts;
 }
 
-void write_elements(Run& run, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
-    if (run.deck.edit.operation == 4)
-        write_group_elements(run, mesh_file, result, type);
-    else
-        write_result_elements(run.mesh, mesh_file, result, type);
-}
-
 // Passes 20 to 27.2: the result is written and copied.
 void write_result(Run& run) {
     ResultMesh result;
+    Membership membership;
+    MemberCollector members(run.deck.groups);
     Channel& mesh_file = run.channels.at(CHANNEL_RESULT);
+    const auto write_elements = [&](std::int8_t type) {
+        if (run.deck.edit.operation == 4)
+            write_group_elements(run, mesh_file, result, type, membership, members);
+        else
+            write_result_elements(run.mesh, mesh_file, result, type);
+    };
     run.trace.pass(" Pass 20 ", 20.0F);
     count_nodes(run.mesh, result);
     run.trace.pass(" Pass 21 ", 21.0F);
     count_elements(run.mesh, result);
     if (run.deck.edit.operation == 4) {
-        prepare_members(run, result.elements);
+        membership = prepare_members(run, result.elements);
         write_pipes(run.channels, run.mesh, run.listing, result);
     }
     run.trace.pass(" Pass 22.1 ", 22.1F);
@@ -167,23 +169,23 @@ void write_result(Run& run) {
         write_result_nodes(run.mesh, mesh_file, result);
     if (result.counts.continuum_elements > 0) {
         run.trace.pass(" Pass 24 ", 24.0F);
-        write_elements(run, mesh_file, result, ELEMENT_CONTINUUM);
+        write_elements(ELEMENT_CONTINUUM);
     }
     if (result.counts.beams > 0) {
         run.trace.pass(" Pass 25 ", 25.0F);
-        write_elements(run, mesh_file, result, ELEMENT_BEAM);
+        write_elements(ELEMENT_BEAM);
     }
     if (result.counts.trusses > 0) {
         run.trace.pass(" Pass 26 ", 26.0F);
         if (run.deck.edit.operation == 4)
             write_flow_sections(run.channels, run.mesh, run.deck.groups, run.listing, result);
-        write_elements(run, mesh_file, result, ELEMENT_TRUSS);
+        write_elements(ELEMENT_TRUSS);
     }
     write_closing_lines(mesh_file);
     run.trace.pass(" Pass 27.1 ", 27.1F);
     if (run.deck.edit.operation == 4)
-        write_group_outputs(run.channels, run.trace, run.settings, run.deck.groups, run.listing, run.units,
-                            run.deck.names.result.view(), result.counts);
+        write_group_outputs(run.channels, run.trace, run.settings, run.deck.groups, run.listing,
+                            members.found(), run.units, run.deck.names.result.view(), result.counts);
     run.trace.pass(" Pass 27.2 ", 27.2F);
     copy_result(run.channels.at(CHANNEL_RESULT), run.channels.at(CHANNEL_RESULT_COPY));
 }

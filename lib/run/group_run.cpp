@@ -36,9 +36,10 @@ void run_groups(Run& run) {
     load_engine(run.mesh, run.deck.groups, run.engine, run.source.nodes.highest, highest);
     set_tolerances(run.mesh, run.tolerances, run.engine);
     run.trace.pass(" Pass 14.2 ", 14.2F);
-    work_on_groups(run.channels, run.mesh, run.deck.groups, run.tolerances, run.engine, run.listing);
+    run.listing = work_on_groups(run.channels, run.mesh, run.deck.groups, run.tolerances, run.engine);
     run.trace.pass(" Pass 14.3 ", 14.3F);
-    read_listing(run.listing, run.channels.open(CHANNEL_GROUP, GROUP_FILE, OpenStatus::old));
+    require_numbers(run.listing);
+    run.channels.open(CHANNEL_GROUP, GROUP_FILE, OpenStatus::old);
     run.channels.close(CHANNEL_GROUP, CloseAction::remove);
     run.channels.open(CHANNEL_GROUP, GROUP_FILE, OpenStatus::work).set_write_only(true);
     run.trace.pass(" Pass 14.4 ", 14.4F);
@@ -61,38 +62,42 @@ void run_collapse_and_moves(Run& run) {
 }
 
 void renumber_lines(Run& run, std::int32_t first_node) {
-    for (std::int32_t i = 1; i <= run.listing.count; ++i)
-        for (std::int32_t& node : run.listing.lines[i].nodes)
+    for (ListingRow& row : run.listing.rows)
+        for (std::int32_t& node : row.nodes)
             node = run.mesh.node_used[node] != 0 ? first_node - 1 + run.mesh.new_number[node] : 0;
 }
 
-void prepare_members(Run& run, const NumberRange& elements) {
-    run.membership = begin_membership(run.tolerances, run.engine, run.listing);
+Membership prepare_members(Run& run, const NumberRange& elements) {
+    Membership membership = begin_membership(run.tolerances, run.engine, run.listing);
     for (std::int32_t e = elements.lowest; e <= elements.highest; ++e) {
         const std::int8_t type = run.mesh.type_in_use[e];
-        const std::int32_t material = run.mesh.words[e].material;
-        if (type < ELEMENT_CONTINUUM || material >= 0)
+        if (type < ELEMENT_CONTINUUM || run.mesh.words[e].material >= 0)
             continue;
-        for (const std::int32_t i : listing_rows_of(run.membership, run.mesh, run.tolerances, run.listing,
-                                                    run.mesh.words[e], type)) {
-            const std::int32_t g = run.listing.rows[i].group;
-            if (outputs_list(run.settings.kind(), run.deck.groups, run.listing.rows[i], type, material))
-                fail_at(run.deck.groups.outputs[g].place,
-                        "Card 3.3.5.4.1: expected materials of 1 or more in a group with outputs (IGPOST " +
-                            std::to_string(run.deck.groups.outputs[g].wants_outputs) + "), but group " +
-                            std::to_string(g) + " lists element " + std::to_string(e) + " with material " +
-                            std::to_string(material));
+        for (const MemberRecord& member : members_of(membership, run.mesh, run.tolerances, e, type)) {
+            const GroupPost& outputs = run.deck.groups.outputs[member.group];
+            if (outputs_list(run.settings.kind(), run.deck.groups, member))
+                fail_at(outputs.place, "Card 3.3.5.4.1: expected materials of 1 or more in a group with outputs (IGPOST " +
+                     std::to_string(outputs.wants_outputs) + "), but group " + std::to_string(member.group) +
+                     " lists element " + std::to_string(e) + " with material " +
+                     std::to_string(member.material));
         }
     }
+    return membership;
 }
 
-void write_group_elements(Run& run, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
+void write_group_elements(Run& run, Channel& mesh_file, const ResultMesh& result, std::int8_t type,
+                          const Membership& membership, MemberCollector& members) {
     write_result_elements(run.mesh, mesh_file, result, type);
-    Channel& members = run.channels.at(CHANNEL_GROUP);
-    for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
-        if (run.mesh.type_in_use[n] == type)
-            record_membership(run.membership, run.mesh, run.tolerances, run.listing, members, n,
-                              run.mesh.words[n], type);
+    Channel& file = run.channels.at(CHANNEL_GROUP);
+    for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n) {
+        if (run.mesh.type_in_use[n] != type)
+            continue;
+        members.add_material(type, run.mesh.words[n].material);
+        for (const MemberRecord& member : members_of(membership, run.mesh, run.tolerances, n, type)) {
+            write_member(file, member);
+            members.add(member);
+        }
+    }
 }
 
 }  // namespace brelan

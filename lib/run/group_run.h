@@ -3,7 +3,9 @@
 
 #include <cstdint>
 
+#include "group/membership.h"
 #include "mesh/result_file.h"
+#include "output/group_members.h"
 #include "text/channels.h"
 
 namespace brelan {
@@ -26,9 +28,10 @@ void renumber_lines(Run& run, std::int32_t first_node);
 // Makes ready for the members of the groups in the finished mesh. Ends the run, with the card that asks for
 // outputs, when they would list an element whose material is below 0: their tables count materials from 1.
 // Comes before any result is written, so that what an earlier run left stays.
-void prepare_members(Run& run, const NumberRange& elements);
+Membership prepare_members(Run& run, const NumberRange& elements);
 
-// Writes the elements of one type and tests each against the group listing.
-void write_group_elements(Run& run, Channel& mesh_file, const ResultMesh& result, std::int8_t type);
+// Writes the elements of one type, tests each against the group listing and collects those of the groups.
+void write_group_elements(Run& run, Channel& mesh_file, const ResultMesh& result, std::int8_t type,
+                          const Membership& membership, MemberCollector& members);
 
 }  // namespace brelan

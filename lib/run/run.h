@@ -5,7 +5,6 @@
 #include "deck/deck.h"
 #include "deck/deck_tables.h"
 #include "group/engine.h"
-#include "group/membership.h"
 #include "mesh/block_tables.h"
 #include "mesh/combine_tables.h"
 #include "mesh/edit_tables.h"
@@ -38,7 +37,6 @@ struct Run {
     Deck deck;
     FieldBounds field;
     EditSource source;
-    SlopeSplit slope_split;
     Selection selection;
     Mesh mesh;
     SideTables side;
@@ -48,7 +46,6 @@ struct Run {
     Tolerances tolerances;
     Engine engine;
     GroupListing listing;
-    Membership membership;
     DamSizes sizes;
     UnitLabels units;
 };

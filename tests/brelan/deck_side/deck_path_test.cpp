@@ -88,8 +88,7 @@ void hold_against_the_engine(const std::vector<DrawnGroup>& groups) {
     ASSERT_FALSE(deck.fault) << deck.fault->message;
     ASSERT_EQ(deck.groups.size(), groups.size());
     std::size_t compared = 0;
-    for (std::int32_t i = 1; i <= run->listing.count; ++i) {
-        const ListingRow& row = run->listing.rows[i];
+    for (const ListingRow& row : run->listing.rows) {
         if (row.sub_kind != ROW_OUTLINE)
             continue;
         const DeckGroup& group = deck.groups[static_cast<std::size_t>(row.group) - 1];

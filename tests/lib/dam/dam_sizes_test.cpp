@@ -65,7 +65,7 @@ protected:
 };
 
 TEST_F(DamSizesTest, WithoutShellsAreATwentiethOfTheHeight) {
-    size_dam(state.deck.dam, state.sizes);
+    state.sizes = size_dam(state.deck.dam);
     for (const float size :
          {state.sizes.left_size, state.sizes.middle_size, state.sizes.right_size, state.sizes.vertical_size})
         EXPECT_EQ(size, 1.0F);
@@ -77,7 +77,7 @@ TEST_F(DamSizesTest, WithoutShellsAreATwentiethOfTheHeight) {
 
 TEST_F(DamSizesTest, WithShellsAreThoseOfTheTemplates) {
     state.deck.dam.shells = true;
-    size_dam(state.deck.dam, state.sizes);
+    state.sizes = size_dam(state.deck.dam);
     EXPECT_EQ(state.sizes.left_model, 1);
     EXPECT_EQ(state.sizes.right_model, 2);
     expect_size(state.sizes.left_size, 21.0 / 28.0 * 0.9999);
@@ -92,23 +92,23 @@ TEST_F(DamSizesTest, OfTheMiddleFollowTheDivisionsOfTheCrest) {
     state.deck.dam.crest_divisions = 4;
     for (const bool shells : {false, true}) {
         state.deck.dam.shells = shells;
-        size_dam(state.deck.dam, state.sizes);
+        state.sizes = size_dam(state.deck.dam);
         expect_size(state.sizes.middle_size, 9.0 / 4.0 * 0.9999);
     }
     state.deck.dam.crest_divisions = -4;
-    size_dam(state.deck.dam, state.sizes);
+    state.sizes = size_dam(state.deck.dam);
     EXPECT_EQ(state.sizes.middle_size, state.sizes.left_size);
 }
 
 TEST_F(DamSizesTest, FieldReachesRoundTheGround) {
-    size_dam(state.deck.dam, state.sizes);
+    state.sizes = size_dam(state.deck.dam);
     EXPECT_EQ(state.sizes.left, 0.0F);
     EXPECT_EQ(state.sizes.right, 63.0F);
     EXPECT_EQ(state.sizes.bottom, 0.0F);
     state.deck.dam.layer_count = 2;
     state.deck.dam.layers = {5.0F, 7.0F};
     state.deck.dam.left_margin = 11.0F, state.deck.dam.right_margin = 13.0F;
-    size_dam(state.deck.dam, state.sizes);
+    state.sizes = size_dam(state.deck.dam);
     EXPECT_EQ(state.sizes.left, -11.0F);
     EXPECT_EQ(state.sizes.right, 76.0F);
     EXPECT_EQ(state.sizes.bottom, -12.0F);

@@ -24,7 +24,6 @@ protected:
         state.deck.edit.start_place = {"deck.dat", 7};
         state.source = EditSource{};
         state.source.elements[0] = {1, 9};
-        state.slope_split = SlopeSplit{};
     }
     ~SlopeElements() override { state.set_edition(1); }
 
@@ -49,7 +48,7 @@ protected:
             state.mesh.y[n] = y[static_cast<std::size_t>(n - 101)];
         }
     }
-    static void split_element_2() { state.slope_split = {2, 200}; }
+    static void split_element_2() { split_slope_element(state.deck.edit, state.source, state.mesh, {2, 200}); }
 };
 
 // --- orientation ---------------------------------------------------------------------------------
@@ -111,13 +110,6 @@ TEST_F(SlopeElements, StayInAMeshWithoutContinuumElements) {
 
 // --- the element at the water level --------------------------------------------------------------
 
-TEST_F(SlopeElements, StayWithoutANodeOnTheLevel) {
-    element(2, 50, 1, 2, 0);
-    split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split);
-    EXPECT_EQ(corners(2), "50 1 2 0");
-    EXPECT_EQ(state.mesh.type_in_use[3], ELEMENT_UNUSED);
-}
-
 TEST_F(SlopeElements, QuadrilateralBecomesATriangleAndAQuadrilateral) {
     for (const std::array<std::int32_t, 4>& c :
          {std::array<std::int32_t, 4>{1, 2, 51, 50}, {50, 1, 2, 51}, {51, 50, 1, 2}, {2, 51, 50, 1}}) {
@@ -126,7 +118,6 @@ TEST_F(SlopeElements, QuadrilateralBecomesATriangleAndAQuadrilateral) {
         element(2, c[0], c[1], c[2], c[3]);
         element(9, 51, 52, 53, 0);
         split_element_2();
-        split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split);
         EXPECT_EQ(corners(2), "1 200 50 0");
         EXPECT_EQ(corners(10), "200 2 51 50");
         EXPECT_EQ(state.mesh.type_in_use[10], ELEMENT_CONTINUUM);
@@ -139,7 +130,6 @@ TEST_F(SlopeElements, TriangleBecomesTwo) {
         state.mesh.type_in_use.fill(ELEMENT_UNUSED);
         element(2, c[0], c[1], c[2], 0);
         split_element_2();
-        split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split);
         EXPECT_EQ(corners(2), "2 200 50 0");
         EXPECT_EQ(corners(3), "200 1 50 0");
     }
@@ -151,7 +141,6 @@ TEST_F(SlopeElements, SecondPartHasTheAttributesOfTheFirst) {
     state.mesh.skeleton[2] = 3, state.mesh.fluid[2] = 4, state.mesh.integration_r[2] = 5,
     state.mesh.integration_s[2] = 6, state.mesh.real_attribute[2] = 7.0F;
     split_element_2();
-    split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split);
     EXPECT_EQ(state.mesh.skeleton[3], 3);
     EXPECT_EQ(state.mesh.fluid[3], 4);
     EXPECT_EQ(state.mesh.integration_r[3], 5);
@@ -168,33 +157,26 @@ TEST_F(SlopeElements, NumberIsShiftedWithTheOthers) {
     state.mesh.words[350] = {101, 102, 102, 101, 0, 0, 0, 0, 1};
     state.mesh.type_in_use[350] = ELEMENT_BEAM;
     split_element_2();
-    split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split);
     EXPECT_EQ(corners(302), "1 200 50 0");
     EXPECT_EQ(corners(351), "200 2 51 50");
 }
 
 TEST_F(SlopeElements, ElementThatIsNotThereIsRefused) {
     element(3, 1, 2, 51, 50);
-    split_element_2();
-    const std::string message =
-        failure_of([] { split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split); });
+    const std::string message = failure_of([] { split_element_2(); });
     EXPECT_NE(message.find("L_2.0.Mes: expected a continuum element 2"), std::string::npos) << message;
 }
 
 TEST_F(SlopeElements, ElementAwayFromTheSlopeIsRefused) {
     element(2, 1, 52, 2, 51);
-    split_element_2();
-    const std::string message =
-        failure_of([] { split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split); });
+    const std::string message = failure_of([] { split_element_2(); });
     EXPECT_NE(message.find("element 2 on the slope"), std::string::npos) << message;
 }
 
 TEST_F(SlopeElements, NumberBeyondTheTablesIsRefused) {
     element(2, 1, 2, 51, 50);
     element(HIGHEST_ELEMENT_NUMBER, 51, 52, 53, 0);
-    split_element_2();
-    const std::string message =
-        failure_of([] { split_slope_element(state.deck.edit, state.source, state.mesh, state.slope_split); });
+    const std::string message = failure_of([] { split_element_2(); });
     EXPECT_NE(message.find("deck.dat, line 7: Card 3.2"), std::string::npos) << message;
 }
 

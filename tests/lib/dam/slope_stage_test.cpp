@@ -24,7 +24,7 @@ protected:
         state.deck.edit.slope_code = MODEL;
         state.deck.edit.initial_head = 7.5F;
         state.source = EditSource{};
-        state.slope_split = SlopeSplit{};
+        split.reset();
         const SlopeModel& m = slope_model(MODEL);
         for (std::int32_t i = 0; i <= m.divisions; ++i) {
             const std::int32_t node = m.node(i + 1);
@@ -44,7 +44,7 @@ protected:
 
     static void level(float water_share) {
         state.deck.edit.water_share = water_share;
-        apply_water_level(state.trace, state.deck.edit, state.source, state.mesh, state.slope_split);
+        split = apply_water_level(state.trace, state.deck.edit, state.source, state.mesh);
     }
 
     // Slope point i, from 0 at the toe.
@@ -68,10 +68,11 @@ protected:
     static void expect_untouched() {
         for (std::int32_t i = 0; i <= divisions(); ++i)
             expect_at(i, static_cast<double>(i) / divisions());
-        EXPECT_EQ(state.slope_split.node, 0);
+        EXPECT_FALSE(split);
         EXPECT_EQ(state.source.counts.nodes, 500);
     }
 
+    static inline std::optional<SlopeSplit> split;
     static constexpr std::int32_t INSIDE = 400;  // on no model's slope
 };
 
@@ -107,7 +108,7 @@ TEST_F(SlopeStage, NodeAtTheHeightOfTheLevelIsUnderWater) {
 TEST_F(SlopeStage, LevelCloseAboveANodeTakesItUp) {
     lay(4);
     level(10.125F / 35.0F);
-    EXPECT_EQ(state.slope_split.node, 0);
+    EXPECT_FALSE(split);
     const double water_share = 10.125 / 35.0;
     expect_at(0, 0.0);
     expect_at(4, 0.4 * water_share);
@@ -122,7 +123,7 @@ TEST_F(SlopeStage, LevelCloseAboveANodeTakesItUp) {
 TEST_F(SlopeStage, LevelCloseBelowANodeTakesItDownAndLeavesItDry) {
     lay(4);
     level(10.875F / 35.0F);
-    EXPECT_EQ(state.slope_split.node, 0);
+    EXPECT_FALSE(split);
     const double water_share = 10.875 / 35.0;
     expect_at(10, 10.0 / 11.0 * water_share);
     expect_at(11, water_share);
@@ -163,8 +164,9 @@ TEST_F(SlopeStage, LevelWellBetweenTwoNodesGetsANodeOfItsOwn) {
         level(10.5F / 29.0F);
         for (std::int32_t i = 0; i <= 29; ++i)
             expect_at(i, i / 29.0);
-        EXPECT_EQ(state.slope_split.node, 501);
-        EXPECT_EQ(state.slope_split.element, 12);
+        ASSERT_TRUE(split);
+        EXPECT_EQ(split->node, 501);
+        EXPECT_EQ(split->element, 12);
         EXPECT_EQ(state.source.counts.nodes, 501);
         EXPECT_EQ(state.mesh.node_in_use[501], 1);
         EXPECT_EQ(state.mesh.codes[501], (NodeCodes{1, 1, 1, 1, 1}));
@@ -193,7 +195,7 @@ TEST_F(SlopeStage, LevelAtAQuarterOrThreeQuartersIsBetweenTwoNodes) {
         set_height(14, row.lower);
         set_height(15, row.upper);
         level(0.5F);
-        EXPECT_EQ(state.slope_split.node != 0, row.split) << row.lower;
+        EXPECT_EQ(split.has_value(), row.split) << row.lower;
     }
 }
 
@@ -208,8 +210,8 @@ TEST_F(SlopeStage, NotesTheElementAtTheSlope) {
     for (const Row& row : rows) {
         lay(row.slope_code);
         level((static_cast<float>(row.division) + 0.5F) / static_cast<float>(divisions()));
-        EXPECT_EQ(state.slope_split.element, row.element)
-            << "MODEL " << row.slope_code << ", division " << row.division;
+        ASSERT_TRUE(split);
+        EXPECT_EQ(split->element, row.element) << "MODEL " << row.slope_code << ", division " << row.division;
     }
 }
 

@@ -97,7 +97,7 @@ void expect_sound_corners(const Corners& c, std::int32_t e) {
 // A joint line of one node has a twin at its place and no element that tells which.
 void close_single_joints(ClosedMesh& mesh, const std::vector<DrawnGroup>& groups) {
     for (std::size_t g = 0; g < groups.size(); ++g) {
-        const KeptLine& line = state.listing.lines[static_cast<std::int32_t>(g) + 1];
+        const ListingRow& line = state.listing.rows[g];
         if (groups[g].MTYPE > -2 || line.nodes.size() != 1)
             continue;
         for (std::int32_t n = line.nodes[0] + 1; n <= state.engine.highest_node; ++n)
@@ -238,7 +238,7 @@ int hanging_nodes(const OpenSides& inner, std::int32_t drawn) {
 }
 
 // Pieces of a kept line, and how many of them run along no side.
-void count_pieces(const KeptLine& line, const ClosedMesh& mesh, const std::set<Side>& sides, Tally& tally) {
+void count_pieces(const ListingRow& line, const ClosedMesh& mesh, const std::set<Side>& sides, Tally& tally) {
     const std::size_t c = line.nodes.size();
     for (std::size_t k = 0; k < (line.closed == 1 ? c : c - (c > 0 ? 1 : 0)); ++k) {
         const std::int32_t a = mesh.root(line.nodes[k]), b = mesh.root(line.nodes[(k + 1) % c]);
@@ -251,7 +251,7 @@ void count_pieces(const KeptLine& line, const ClosedMesh& mesh, const std::set<S
 void expect_elements_on_lines(const ClosedMesh& mesh, const std::vector<DrawnGroup>& groups) {
     std::size_t joints = 0, lines = 0;
     for (std::size_t g = 0; g < groups.size(); ++g) {
-        const KeptLine& line = state.listing.lines[static_cast<std::int32_t>(g) + 1];
+        const ListingRow& line = state.listing.rows[g];
         const std::size_t c = line.nodes.size();
         const std::size_t pieces = line.closed == 1 ? c : c - (c > 0 ? 1 : 0);
         if (groups[g].MTYPE <= -2 && c > 1)
@@ -282,8 +282,8 @@ std::string run_engine(const DrawnMesh& mesh, const std::vector<DrawnGroup>& gro
                 state.engine.highest_element);
     set_tolerances(state.mesh, state.tolerances, state.engine);
     try {
-        work_on_groups(state.channels, state.mesh, state.deck.groups, state.tolerances, state.engine,
-                       state.listing);
+        state.listing =
+            work_on_groups(state.channels, state.mesh, state.deck.groups, state.tolerances, state.engine);
     } catch (const RunEnd& end) {
         state.channels.close_all();
         clear_rows(state.engine);
@@ -308,7 +308,7 @@ void check_mesh_of_engine(const DrawnMesh& before, const std::vector<DrawnGroup>
             all_sides.insert({n[i], n[(i + 1) % n.size()]});
     }
     for (std::size_t g = 0; g < groups.size(); ++g)
-        count_pieces(state.listing.lines[static_cast<std::int32_t>(g) + 1], mesh, all_sides, tally);
+        count_pieces(state.listing.rows[g], mesh, all_sides, tally);
     OpenSides inner = open_sides(mesh);
     const bool stands = take_border(before, inner);
     const int hanging = hanging_nodes(inner, static_cast<std::int32_t>(before.nodes.size()));

@@ -241,9 +241,20 @@ protected:
     Channel& file_ = state.channels.open(32, "GROUP.TMP", OpenStatus::work);
     void SetUp() override {
         GroupJoint::SetUp();
-        state.listing.count = 0;
+        state.listing = {};
     }
-    void TearDown() override { state.listing.count = 0; }
+    void TearDown() override { state.listing = {}; }
+
+    static std::vector<std::int32_t> groups_of(std::int32_t element, const ElementWords& words,
+                                               std::int8_t type) {
+        state.mesh.words[element] = words;
+        std::vector<std::int32_t> groups;
+        for (const MemberRecord& member :
+             members_of(begin_membership(state.tolerances, state.engine, state.listing), state.mesh,
+                        state.tolerances, element, type))
+            groups.push_back(member.group);
+        return groups;
+    }
 };
 
 TEST_F(GroupListing, JointRecordGivesLineTwinAndStrip) {
@@ -254,106 +265,102 @@ TEST_F(GroupListing, JointRecordGivesLineTwinAndStrip) {
     record.inner_line_material = 3;
     record.nodes = nodes({{0, 0}, {1, 0}});
     record.twins = nodes({{0, 1}, {1, 1}});
-    list_record(state.mesh, state.listing, file_, record);  // no second line: LMo is 0
+    add_rows(state.mesh, state.listing, file_, record);  // no second line: LMo is 0
     record.outer_line_type = 2;
     record.outer_line_material = 5;
-    list_record(state.mesh, state.listing, file_, record);
+    add_rows(state.mesh, state.listing, file_, record);
     record.inner_line_material = 0;
-    list_record(state.mesh, state.listing, file_, record);
-    file_.rewind();
-    ASSERT_EQ(state.listing.count, 7);
-    read_listing(state.listing, file_);
+    add_rows(state.mesh, state.listing, file_, record);
+    ASSERT_EQ(state.listing.rows.size(), 7U);
     const std::vector<std::int32_t> kinds{ROW_LINE,  ROW_JOINT, ROW_LINE, ROW_LINE,
                                           ROW_JOINT, ROW_LINE,  ROW_JOINT};
-    for (std::int32_t i = 1; i <= state.listing.count; ++i)
-        EXPECT_EQ(state.listing.rows[i].sub_kind, kinds[static_cast<std::size_t>(i - 1)]) << "row " << i;
-    ASSERT_EQ(state.listing.rows[2].points.size(), 4U);
-    EXPECT_EQ(state.listing.rows[2].points[1], (Point{0, 1}));
-    EXPECT_EQ(state.listing.rows[2].points[2], (Point{1, 0}));
-    EXPECT_EQ(state.listing.rows[4].points[0], (Point{0, 1}));
-    EXPECT_EQ(state.listing.rows[6].points[0], (Point{0, 1}));
+    for (std::size_t i = 0; i < kinds.size(); ++i)
+        EXPECT_EQ(state.listing.rows[i].sub_kind, kinds[i]) << "row " << i;
+    ASSERT_EQ(state.listing.rows[1].points.size(), 4U);
+    EXPECT_EQ(state.listing.rows[1].points[1], (Point{0, 1}));
+    EXPECT_EQ(state.listing.rows[1].points[2], (Point{1, 0}));
+    EXPECT_EQ(state.listing.rows[3].points[0], (Point{0, 1}));
+    EXPECT_EQ(state.listing.rows[5].points[0], (Point{0, 1}));
 }
 
-TEST_F(GroupListing, JointRecordIsReadAsWritten) {
+// What a person finds in the files where a run ends.
+TEST_F(GroupListing, FilesShowRecordsAndRows) {
     JointRecord record;
     record.group = 4;
     record.closed = 1;
     record.group_type = -3;
-    record.joint_thickness = 0.1F;
+    record.joint_thickness = 0.5F;
     record.inner_line_type = -2;
     record.outer_line_material = 12;
     record.nodes = {7, 8, 9};
     record.twins = {10, 11, 99990};
     write_joint_record(file_, record);
-    file_.rewind();
-    const JointRecord read = read_joint_record(file_);
-    EXPECT_EQ(read.joint_thickness, record.joint_thickness);
-    EXPECT_EQ(read.inner_line_type, -2);
-    EXPECT_EQ(read.outer_line_material, 12);
-    EXPECT_EQ(read.nodes, record.nodes);
-    EXPECT_EQ(read.twins, record.twins);
+    add_row(state.listing, file_, {3, ROW_LINE, 2, 0, {{1, 2.5F}}});
+    state.channels.close(32);
+    EXPECT_EQ(directory_.read("GROUP.TMP"),
+              "           4\n"
+              "           1           3  0.500000000E+00          -3\n"
+              "          -2           0\n"
+              "           7           8           9\n"
+              "           0          12\n"
+              "          10          11       99990\n"
+              "           3           1\n"
+              "           2           0\n"
+              "           1\n"
+              "  0.100000000E+01  0.250000000E+01\n");
+}
+
+TEST_F(GroupListing, PointThatIsNoNumberIsAMessageWithItsLine) {
+    add_row(state.listing, file_, {1, ROW_OUTLINE, 3, 1, {{1, 1}}});
+    EXPECT_NO_THROW(require_numbers(state.listing));
+    add_row(state.listing, file_, {2, ROW_OUTLINE, 3, 1, {{1, 1}, {0, std::nanf("")}}});
+    EXPECT_EQ(failure_of([] { require_numbers(state.listing); }),
+              "GROUP.TMP, line 9: expected a number in a point, found \"****************\"");
 }
 
 TEST_F(GroupListing, RowBeyondTheListingIsAMessage) {
-    state.listing.count = MOST_GROUPS;
-    EXPECT_THROW(write_listing_row(state.listing, file_, 1, ROW_OUTLINE, 3, 1, {}), RunEnd);
+    state.listing.rows.resize(MOST_GROUPS);
+    EXPECT_THROW(add_row(state.listing, file_, {1, ROW_OUTLINE, 3, 1, {}}), RunEnd);
 }
 
 TEST_F(GroupListing, BeamOfAnotherDivisionThanItsLineIsNoMember) {
     const auto line = nodes({{0, 0}, {4, 0}, {2, 0}});
-    state.listing.count = 1;
-    state.listing.rows[1] = {7, ROW_LINE, 2, 0, 0, {{0, 0}, {4, 0}}};
-    state.membership = begin_membership(state.tolerances, state.engine, state.listing);
+    state.listing.rows = {{7, ROW_LINE, 2, 0, {{0, 0}, {4, 0}}}};
     ElementWords beam;
     beam.corner_1 = beam.corner_4 = line[0];
     beam.corner_2 = beam.corner_3 = line[2];
     beam.material = 3;
-    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 1, beam,
-                      ELEMENT_BEAM);
-    EXPECT_EQ(state.listing.members, 0);
+    EXPECT_TRUE(groups_of(1, beam, ELEMENT_BEAM).empty());
     beam.corner_2 = beam.corner_3 = line[1];
-    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 2, beam,
-                      ELEMENT_BEAM);
-    EXPECT_EQ(state.listing.members, 1);
-    EXPECT_EQ(state.listing.rows[1].members, 1);
+    EXPECT_EQ(groups_of(2, beam, ELEMENT_BEAM), (std::vector<std::int32_t>{7}));
 }
 
 TEST_F(GroupListing, ElementInsideTwoOutlinesHasTwoRecordsAndNoneForMinusOne) {
     const auto corner = nodes({{0, 0}, {2, 0}, {2, 2}, {0, 2}});
     const std::vector<Point> around{{-1, -1}, {3, -1}, {3, 3}, {-1, 3}};
-    state.listing.count = 4;
-    state.listing.rows[1] = {1, ROW_OUTLINE, 3, 1, 0, around};
-    state.listing.rows[2] = {2, ROW_OUTLINE, -1, 1, 0, around};
-    state.listing.rows[3] = {3, ROW_OUTLINE, 2, 0, 0, around};  // an open line
-    state.listing.rows[4] = {4, ROW_OUTLINE, 4, 1, 0, around};
-    state.membership = begin_membership(state.tolerances, state.engine, state.listing);
+    state.listing.rows = {{1, ROW_OUTLINE, 3, 1, around},
+                          {2, ROW_OUTLINE, -1, 1, around},
+                          {3, ROW_OUTLINE, 2, 0, around},  // an open line
+                          {4, ROW_OUTLINE, 4, 1, around}};
     ElementWords words;
     words.corner_1 = corner[0];
     words.corner_2 = corner[1];
     words.corner_3 = corner[2];
     words.corner_4 = corner[3];
     words.material = 2;
-    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 5, words,
-                      ELEMENT_CONTINUUM);
-    EXPECT_EQ(state.listing.members, 2);
-    EXPECT_EQ(state.listing.rows[1].members, 1);
-    EXPECT_EQ(state.listing.rows[4].members, 1);
+    EXPECT_EQ(groups_of(5, words, ELEMENT_CONTINUUM), (std::vector<std::int32_t>{1, 4}));
 }
 
 TEST_F(GroupListing, JointElementIsAMemberOfItsStrip) {
     const auto line = nodes({{0, 0}, {2, 0}});
     const auto twins = add_twin_line(state.mesh, state.engine, line, false, 0.5F);
-    state.listing.count = 1;
-    state.listing.rows[1] = {6, ROW_JOINT, -2, 0, 0, {{0, 0}, {0, 0.5F}, {2, 0}, {2, 0.5F}}};
-    state.membership = begin_membership(state.tolerances, state.engine, state.listing);
+    state.listing.rows = {{6, ROW_JOINT, -2, 0, {{0, 0}, {0, 0.5F}, {2, 0}, {2, 0.5F}}}};
     ElementWords words;
     words.corner_1 = line[0];
     words.corner_2 = line[1];
     words.corner_3 = twins[1];
     words.corner_4 = twins[0];
-    record_membership(state.membership, state.mesh, state.tolerances, state.listing, file_, 5, words,
-                      ELEMENT_CONTINUUM);
-    EXPECT_EQ(state.listing.members, 1);
+    EXPECT_EQ(groups_of(5, words, ELEMENT_CONTINUUM), (std::vector<std::int32_t>{6}));
 }
 
 }  // namespace

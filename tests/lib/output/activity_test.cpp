@@ -167,33 +167,26 @@ TEST_F(ActivityPairs, NewMaterialsFollowTheHighestOfTheMesh) {
     for (std::int32_t g = 1; g < G; ++g)
         state.deck.groups.rows[g] = {};
     state.deck.groups.rows[G].group_type = 4;
-    state.listing.highest_material = 20;
-    std::vector<GroupMembers> members(G + 1);
-    members[G][{ELEMENT_CONTINUUM, material}].all = {{3, 4}, {9, 9}};
-    members[G][{ELEMENT_CONTINUUM, OTHER}].all = {{4, 5}};
-    members[G][{ELEMENT_BEAM, inner_line_material}].all = {{11, 11}};
-    members[G][{ELEMENT_TRUSS, outer_line_material}].all = {{12, 12}};
-    const Activity activity = make_activity(state.trace, state.deck.groups, state.listing, members);
+    FinishedMembers members;
+    members.highest_material = 20;
+    members.groups.resize(G + 1);
+    members.groups[G][{ELEMENT_CONTINUUM, material}].all = {{3, 4}, {9, 9}};
+    members.groups[G][{ELEMENT_CONTINUUM, OTHER}].all = {{4, 5}};
+    members.groups[G][{ELEMENT_BEAM, inner_line_material}].all = {{11, 11}};
+    members.groups[G][{ELEMENT_TRUSS, outer_line_material}].all = {{12, 12}};
+    const Activity activity = make_activity(state.trace, state.deck.groups, members);
     EXPECT_EQ(activity.line_count, 2 + 2 + 1 + 1);
     EXPECT_EQ(activity.first_new, 21);
     ASSERT_EQ(activity.materials.size(), 2U);
     EXPECT_EQ(activity.materials[0].old, OTHER);
     EXPECT_EQ(activity.materials[0].activity, (ActivityPair{1, 101}));
     EXPECT_EQ(activity.materials[1].old, material);
-    EXPECT_EQ(state.listing.highest_material, 22);
     EXPECT_EQ(activity.new_material[3], 22);
     EXPECT_EQ(activity.new_material[4], 22);  // the later of its two
     EXPECT_EQ(activity.new_material[5], 21);
     EXPECT_EQ(activity.new_material[9], 22);
     for (const std::size_t none : {1U, 6U, 10U, 11U, 12U})
         EXPECT_EQ(activity.new_material[none], 0) << none;
-}
-
-TEST(MemberCounts, AreClearedBeforeTheElementsOfAMeshAreWritten) {
-    state.listing.members = state.listing.highest_material = 99;
-    state.listing.count = 0;
-    begin_membership(state.tolerances, state.engine, state.listing);
-    EXPECT_EQ(state.listing.members + state.listing.highest_material, 0);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The records of "GROUP.TMP" as ranges, held against a plain reading of the same records.
+// The members of groups as ranges, held against a plain reading of the same records.
 #include "output/group_members.h"
 
 #include <random>
@@ -6,14 +6,11 @@
 
 #include "mesh/group_tables.h"
 #include "support/state.h"
-#include "text/free_field.h"
 
 namespace brelan::test {
 namespace {
 
-struct Record {
-    std::int32_t group, material, element, type, sub_kind;
-};
+using Record = MemberRecord;
 
 class GroupMemberRecords : public ChannelTest {
 protected:
@@ -27,11 +24,10 @@ protected:
             state.deck.groups.outputs[++state.deck.groups.count].wants_outputs = value;
     }
     std::vector<GroupMembers> read(const std::vector<Record>& records) const {
-        Channel& file = state.channels.open(7, "GROUP.TMP", OpenStatus::work);
+        MemberCollector collector(state.deck.groups);
         for (const Record& r : records)
-            write_free(file, r.group, r.material, r.element, r.type, r.sub_kind);
-        state.channels.close(7);
-        return read_members(state.deck.groups, state.channels.open(7, "GROUP.TMP", OpenStatus::forward));
+            collector.add(r);
+        return collector.found().groups;
     }
     static std::string text(const ElementRanges& ranges) {
         std::string all;
@@ -82,7 +78,7 @@ TEST_F(GroupMemberRecords, RecordsThatNameNothingAreLeftOut) {
     EXPECT_EQ(members[3].size(), 1U);
 }
 
-TEST_F(GroupMemberRecords, EmptyFileAndNoGroup) {
+TEST_F(GroupMemberRecords, NoRecordAndNoGroup) {
     EXPECT_EQ(read({}).size(), 1U);
     EXPECT_EQ(read({{1, 3, 5, 1, 0}}).size(), 1U);
     groups({1});
