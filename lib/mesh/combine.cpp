@@ -64,19 +64,11 @@ std::int8_t combined_type(const Mesh& mesh, const SideTables& side, std::int32_t
 }  // namespace
 
 void scan_region(LayoutKind kind, Channel& mesh_file, Region& region) {
-    mesh_file.skip_lines(2, "a heading line");
-    region.counts = read_mesh_counts(mesh_file);
-    mesh_file.skip_lines(2, "a heading line");
-    for (std::int32_t i = 0; i < region.counts.nodes; ++i)
-        read_node_record(kind, mesh_file, region.stripped.field_count);
-    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
-        NumberRange& range = region.old_elements[type - ELEMENT_CONTINUUM];
-        range = NumberRange{};
-        if (region.counts.of(type) > 0)
-            mesh_file.skip_lines(region.stripped.headings_of(type), "a heading line");
-        for (std::int32_t i = 0; i < region.counts.of(type); ++i)
-            range.include(read_element_number(kind, mesh_file, type));
-    }
+    MeshWalk walk(kind, mesh_file, region.stripped);
+    region.counts = walk.head();
+    walk.each_node([](const NodeRecord&) {});
+    for (const std::int8_t type : ELEMENT_TYPES)
+        region.old_elements[type - ELEMENT_CONTINUUM] = walk.element_numbers(type);
     mesh_file.rewind();
 }
 
@@ -105,53 +97,39 @@ void fix_region_numbers(Combination& combination) {
 }
 
 void read_region_head(LayoutKind kind, Channel& mesh_file, Region& region) {
-    mesh_file.skip_lines(2, "a heading line");
-    region.counts = read_mesh_counts(mesh_file);
-    mesh_file.skip_lines(2, "a heading line");
-    region.nodes = NumberRange{};
+    MeshWalk walk(kind, mesh_file, region.stripped);
+    region.counts = walk.head();
+    region.nodes = walk.node_numbers();
     region.elements = NumberRange{};
-    const int start = mesh_file.lines_before();
-    for (std::int32_t i = 0; i < region.counts.nodes; ++i)
-        region.nodes.include(read_node_record(kind, mesh_file, region.stripped.field_count).number);
-    mesh_file.step_back(mesh_file.lines_before() - start);
 }
 
 void read_first_nodes(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
-    for (std::int32_t i = 0; i < combination.first.counts.nodes; ++i) {
-        const NodeRecord node =
-            read_node_record(mesh.kind, mesh_file, combination.first.stripped.field_count);
+    MeshWalk walk(mesh.kind, mesh_file, combination.first.stripped, combination.first.counts);
+    walk.each_node([&](const NodeRecord& node) {
         side.codes[node.number] = node.codes;
         side.x[node.number] = node.x;
         side.y[node.number] = node.y;
         side.head[node.number] = node.head;
         side.coefficient[node.number] = node.coefficient;
         mesh.node_in_use[node.number] = 1;
-    }
+    });
 }
 
 void read_second_nodes(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
-    for (std::int32_t i = 0; i < combination.second.counts.nodes; ++i) {
-        const NodeRecord node =
-            read_node_record(mesh.kind, mesh_file, combination.second.stripped.field_count);
-        mesh.codes[node.number] = node.codes;
-        mesh.x[node.number] = node.x;
-        mesh.y[node.number] = node.y;
-        if (has_node_values(mesh.kind)) {
-            mesh.head[node.number] = node.head;
-            mesh.coefficient[node.number] = node.coefficient;
-        }
+    MeshWalk walk(mesh.kind, mesh_file, combination.second.stripped, combination.second.counts);
+    walk.each_node([&](const NodeRecord& node) {
+        store_node(mesh, node.number, node);
         side.second_node_in_use[node.number] = 1;
         mesh.node_used[node.number] = node.number;
-    }
+    });
 }
 
 void read_region_elements(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file,
                           Region& region, std::int8_t type) {
     const int place = type - ELEMENT_CONTINUUM;
     const bool first = &region == &combination.first;
-    mesh_file.skip_lines(region.stripped.headings_of(type), "a heading line");
-    for (std::int32_t i = 0; i < region.counts.of(type); ++i) {
-        const ElementRecord element = read_element_record(mesh.kind, mesh_file, type);
+    MeshWalk walk(mesh.kind, mesh_file, region.stripped, region.counts);
+    walk.each_element(type, [&](const ElementRecord& element) {
         const std::int32_t number = element.number - region.old_elements[place].lowest + region.start[place];
         if (number < 1 || number > HIGHEST_ELEMENT_NUMBER)
             mesh_file.fail_behind(
@@ -164,7 +142,7 @@ void read_region_elements(const Combination& combination, Mesh& mesh, SideTables
         else
             side.second_type_in_use[number] = type;
         region.elements.include(number);
-    }
+    });
 }
 
 bool regions_collide(const Combination& combination) {
@@ -255,9 +233,7 @@ void count_combined(const Mesh& mesh, const SideTables& side, ResultMesh& result
         if (type < ELEMENT_CONTINUUM)
             continue;
         result.elements.include(n);
-        ++(type == ELEMENT_CONTINUUM ? result.counts.continuum_elements
-           : type == ELEMENT_BEAM    ? result.counts.beams
-                                     : result.counts.trusses);
+        ++result.counts.of(type);
     }
 }
 

@@ -43,6 +43,9 @@ inline constexpr std::int8_t ELEMENT_CONTINUUM = 1;
 inline constexpr std::int8_t ELEMENT_BEAM = 2;
 inline constexpr std::int8_t ELEMENT_TRUSS = 3;
 
+// Those of the sections of a mesh file, in their order.
+inline constexpr std::int8_t ELEMENT_TYPES[3] = {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS};
+
 // One mesh, by the numbers of its nodes and elements.
 struct Mesh {
     LayoutKind kind = LayoutKind::displacement;

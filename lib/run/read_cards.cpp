@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "blocks/block_deck.h"
+#include "blocks/block_plan.h"
 #include "mesh/combine_tables.h"
 #include "mesh/edit_tables.h"
 #include "mesh/edition.h"

@@ -37,7 +37,6 @@ struct Run {
     CheckedDeck checker;
     FileNames files;
     BlockCards block_cards;
-    FieldBounds field;
     EditCards edit;
     EditSource source;
     SlopeSplit slope_split;
