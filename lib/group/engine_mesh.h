@@ -7,6 +7,7 @@
 
 #include "group/engine.h"
 #include "group/geometry.h"
+#include "mesh/attributes.h"
 #include "mesh/group_tables.h"
 #include "mesh/tables.h"
 
@@ -17,10 +18,6 @@ inline Point node_point(const Mesh& mesh, std::int32_t n) {
 }
 
 float distance(const Point& a, const Point& b);
-
-// True for a continuum element that carries the mark of a joint: KS above 0, IDH below 0 or DEN below 0 by
-// kind.
-bool is_joint(const Mesh& mesh, std::int32_t e);
 
 // A selected element: a continuum element that Card 3.3.5.2 does not name and that is no joint or duplicate
 // of this run.
