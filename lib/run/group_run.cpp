@@ -61,10 +61,10 @@ void run_collapse_and_moves(Run& run) {
     move_nodes(run.mesh, run.listing, run.moves);
 }
 
-void renumber_lines(Run& run, std::int32_t first_node) {
+void renumber_lines(Run& run, const PackedNodes& nodes, std::int32_t first_node) {
     for (std::int32_t i = 1; i <= run.listing.count; ++i)
         for (std::int32_t& node : run.listing.lines[i].nodes)
-            node = run.mesh.node_used[node] != 0 ? first_node - 1 + run.mesh.new_number[node] : 0;
+            node = nodes.position[node] != 0 ? first_node - 1 + nodes.position[node] : 0;
 }
 
 void prepare_members(Run& run, const NumberRange& elements) {

@@ -40,9 +40,7 @@ struct Run {
     EditCards edit;
     EditSource source;
     SlopeSplit slope_split;
-    Selection selection;
     Mesh mesh;
-    SideTables side;
     Combination combination;
     MoveLists moves;
     LineUp line_up;

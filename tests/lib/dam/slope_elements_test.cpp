@@ -17,7 +17,7 @@ namespace {
 class SlopeElements : public ::testing::Test {
 protected:
     SlopeElements() {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.mesh.words.fill(ElementWords{});
         state.edit.slope_code = 3;
         state.edit.first_element = 1;

@@ -20,7 +20,7 @@ protected:
     ~SlopeStage() override { state.set_edition(1); }
 
     static void lay(std::int32_t MODEL) {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.edit.slope_code = MODEL;
         state.edit.initial_head = 7.5F;
         state.source = EditSource{};

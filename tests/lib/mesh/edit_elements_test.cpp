@@ -49,7 +49,7 @@ protected:
     void SetUp() override { clear(); }
     void TearDown() override { clear(); }
     static void clear() {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.edit = EditCards{};
         state.source = EditSource{};
     }
@@ -68,12 +68,12 @@ protected:
         Channel& mesh = state.channels.open(5, "in.Mes", OpenStatus::old);
         state.source.stripped.field_count = 8;
         scan_nodes(state.settings.kind(), state.source, mesh);
-        prepare_selection(state.edit, state.selection);
-        edit_nodes(state.edit, state.source, state.mesh, state.selection, mesh);
+        const Selection selection = prepare_selection(state.edit);
+        edit_nodes(state.edit, state.source, state.mesh, selection, mesh);
         scan_elements(state.settings.kind(), state.source, mesh);
         fix_start_numbers(state.edit, state.source);
-        for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS})
-            edit_elements(state.edit, state.source, state.mesh, state.selection, mesh, type);
+        for (const std::int8_t type : ELEMENT_TYPES)
+            edit_elements(state.edit, state.source, state.mesh, selection, mesh, type);
         std::map<std::int32_t, std::int32_t> result;
         for (const std::int32_t n : {10, 20, 30, 40, 50, 60, 70})
             result[n] = state.mesh.type[n];
