@@ -8,6 +8,14 @@
 #include <string>
 
 #include "bench_project.h"
+#include "blocks/base_file.h"
+#include "blocks/base_mesh.h"
+#include "blocks/block_file.h"
+#include "blocks/block_grid.h"
+#include "blocks/block_plan.h"
+#include "blocks/raw_mesh.h"
+
+using namespace brelan;
 
 namespace {
 
@@ -43,6 +51,42 @@ void copy_of_base_mesh_files(benchmark::State& state) {
     per_node(state, side * side);
 }
 
+// The base mesh in the process: the stages alone, and with the text of the files that they leave.
+void base_mesh_stages(benchmark::State& state, bool writes) {
+    const auto side = static_cast<std::int32_t>(state.range(0));
+    const BenchProject project("stages");
+    BlockCards cards;
+    cards.block_columns = cards.block_rows = 1;
+    cards.columns[1] = cards.rows[1] = {static_cast<float>(side - 1), 1.0F, 0.5F};
+    constexpr LayoutKind kind = LayoutKind::displacement;
+    Channels channels;
+    const auto file = [&](int number, const char* name) -> Channel& {
+        return channels.open(number, (project.work() / name).string(), OpenStatus::work);
+    };
+    for (auto _ : state) {
+        const BlockPlan plan = plan_blocks(cards);
+        RawMesh raw = make_raw_mesh(lay_out_blocks(plan));
+        if (writes) {
+            write_block_file(kind, plan, 0.0F, file(1, "Bmesh.Tmp"));
+            write_raw_nodes(kind, raw, file(2, "Coord.dat"));
+            write_raw_elements(kind, raw, file(3, "Index.dat"));
+        }
+        const BaseMesh mesh = make_base_mesh(kind, cards, std::move(raw));
+        if (writes)
+            write_base_file(kind, mesh, file(4, "Bmesh.dat"));
+        for (int number = 1; number <= 4; ++number)
+            channels.close(number);
+        benchmark::DoNotOptimize(mesh.nodes.data());
+    }
+    per_node(state, std::int64_t{side} * side);
+}
+void base_mesh_generation(benchmark::State& state) {
+    base_mesh_stages(state, false);
+}
+void base_mesh_generation_with_files(benchmark::State& state) {
+    base_mesh_stages(state, true);
+}
+
 void combination(benchmark::State& state) {
     const std::int64_t side = state.range(0);
     const BenchProject project("combination");
@@ -68,6 +112,8 @@ void largest_mesh_moved(benchmark::State& state) {
 }
 
 BENCHMARK(base_mesh)->Arg(32)->Arg(100)->Arg(316)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(base_mesh_generation)->Arg(316)->Unit(benchmark::kMillisecond);
+BENCHMARK(base_mesh_generation_with_files)->Arg(316)->Unit(benchmark::kMillisecond);
 BENCHMARK(copy_of_base_mesh_files)->Arg(316)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(combination)->Arg(32)->Arg(100)->Arg(221)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(largest_mesh_moved)->Unit(benchmark::kMillisecond)->UseRealTime();

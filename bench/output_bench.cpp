@@ -68,13 +68,13 @@ public:
         project_.run(mesh_deck());
         fs::rename(project_.work() / "Basic.Tmp", project_.project() / "out.Mes");
         fs::current_path(project_.work());
-        run_->group_cards.count = GROUPS;
+        run_->deck.groups.count = GROUPS;
         for (std::int32_t g = 1; g <= GROUPS; ++g) {
-            run_->group_cards.rows[g].group_type = 3;
-            run_->group_cards.materials[g].material = 0.0F;
-            run_->group_cards.outputs[g].wants_outputs = 1;
-            run_->group_cards.outputs[g].pair[1] = {1, 5};
-            run_->group_cards.outputs[g].toggle.fill(1);
+            run_->deck.groups.rows[g].group_type = 3;
+            run_->deck.groups.materials[g].material = 0.0F;
+            run_->deck.groups.outputs[g].wants_outputs = 1;
+            run_->deck.groups.outputs[g].pair[1] = {1, 5};
+            run_->deck.groups.outputs[g].toggle.fill(1);
         }
         write_records(run_->channels, "records", records);
         prepare();
@@ -96,10 +96,10 @@ public:
         fs::create_hard_link("records", "GROUP.TMP");
     }
     void run() const {
-        MemberCollector members(run_->group_cards);
+        MemberCollector members(run_->deck.groups);
         members.add_material(ELEMENT_CONTINUUM, 4);
         for_records(records_, [&](const MemberRecord& r) { members.add(r); });
-        write_group_outputs(run_->channels, run_->trace, run_->settings, run_->group_cards, run_->listing,
+        write_group_outputs(run_->channels, run_->trace, run_->settings, run_->deck.groups, run_->listing,
                             members.found(), run_->units, "..\\out.Mes", {NODES, ELEMENTS, 0, 0});
         run_->channels.close_all();
     }

@@ -11,10 +11,6 @@ namespace brelan::tool {
 
 namespace {
 
-bool same_real(float a, float b) {
-    return a == b || (std::isnan(a) && std::isnan(b));
-}
-
 bool same_nodes(const ElementWords& a, const ElementWords& b) {
     return a.corner_1 == b.corner_1 && a.corner_2 == b.corner_2 && a.corner_3 == b.corner_3 &&
            a.corner_4 == b.corner_4 && a.midside_5 == b.midside_5 && a.midside_6 == b.midside_6 &&
@@ -82,19 +78,7 @@ bool same_values(const Node& a, const Node& b) {
 bool same_attributes(const Mesh& mesh_a, const Mesh& mesh_b, const Element& a, const Element& b) {
     if (a.of != b.of || a.words.material != b.words.material)
         return false;
-    if (a.is_line() || mesh_a.kind != mesh_b.kind)
-        return true;
-    switch (mesh_a.kind) {
-        case LayoutKind::coupled:
-            return a.skeleton == b.skeleton && a.fluid == b.fluid && a.integration_r == b.integration_r &&
-                   a.integration_s == b.integration_s && same_real(a.real_attribute, b.real_attribute);
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            return a.attribute == b.attribute;
-        case LayoutKind::displacement:
-            break;
-    }
-    return same_real(a.thickness, b.thickness) && same_real(a.density, b.density);
+    return a.is_line() || mesh_a.kind != mesh_b.kind || same_attributes(mesh_a.kind, a, b);
 }
 
 Difference difference_by_number(const Mesh& a, const Mesh& b, double tolerance) {

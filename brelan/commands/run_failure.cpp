@@ -90,7 +90,8 @@ std::optional<std::size_t> field_found(const DeckCard& card, const std::string& 
         const DeckField& field = card.fields[i];
         if (field.text == text)
             return i;
-        if (asterisks && field.form != FieldForm::real && (field.integer() > 99999 || field.integer() < -9999))
+        if (asterisks && field.form != FieldForm::real &&
+            (field.integer() > 99999 || field.integer() < -9999))
             return i;
     }
     return std::nullopt;

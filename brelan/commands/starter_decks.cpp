@@ -5,6 +5,7 @@
 
 #include "cli/exit_status.h"
 #include "deck/card_table.h"
+#include "mesh/kinds.h"
 
 namespace brelan::tool {
 
@@ -69,23 +70,16 @@ Mesh squares(LayoutKind kind, int left, int columns, int rows, Number first_elem
             node.x = static_cast<float>(left + c);
             node.y = static_cast<float>(rows - r);
             const std::int32_t x = side ? 1 : 0, y = bottom ? 1 : 0;
-            switch (kind) {
-                case LayoutKind::coupled:
-                    node.codes = {x, y, x, y, 1};
-                    break;
-                case LayoutKind::temperature:
-                    node.codes = {-100 * x, -100 * y};
-                    node.head = 10.0F;
-                    node.coefficient = 1.0F;
-                    break;
-                case LayoutKind::head:
-                    node.codes = {x, y};
-                    node.head = 5.0F;
-                    node.coefficient = 1.0F;
-                    break;
-                case LayoutKind::displacement:
-                    node.codes = {x, y, 1};
-                    break;
+            if (has_node_values(kind)) {
+                const bool temperature = kind == LayoutKind::temperature;
+                const std::int32_t fixed = temperature ? -100 : 1;
+                node.codes = {fixed * x, fixed * y};
+                node.head = temperature ? 10.0F : 5.0F;
+                node.coefficient = 1.0F;
+            } else if (kind == LayoutKind::coupled) {
+                node.codes = {x, y, x, y, 1};
+            } else {
+                node.codes = {x, y, 1};
             }
             mesh.nodes.push_back(node);
         }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <span>
 #include <utility>
 
 namespace brelan::tool {
@@ -14,21 +15,19 @@ struct CodeMeaning {
     std::string_view name;
 };
 
-std::vector<CodeMeaning> meanings(LayoutKind kind) {
-    switch (kind) {
-        case LayoutKind::coupled:
-            return {{0, Support::fixed_x, "ISX: x fixed"},
-                    {1, Support::fixed_y, "ISY: y fixed"},
-                    {2, Support::fluid, "IFX, IFY: fluid"},
-                    {3, Support::fluid, ""}};
-        case LayoutKind::temperature:
-            return {{0, Support::value, "ID not 0"}, {1, Support::flow, "IDF not 0"}};
-        case LayoutKind::head:
-            return {{0, Support::value, "ID not 0"}, {1, Support::flow, "IDF not 0"}};
-        case LayoutKind::displacement:
-            break;
-    }
-    return {{0, Support::fixed_x, "IDX: x fixed"}, {1, Support::fixed_y, "IDY: y fixed"}};
+constexpr CodeMeaning COUPLED[] = {{0, Support::fixed_x, "ISX: x fixed"},
+                                   {1, Support::fixed_y, "ISY: y fixed"},
+                                   {2, Support::fluid, "IFX, IFY: fluid"},
+                                   {3, Support::fluid, ""}};
+constexpr CodeMeaning SCALAR[] = {{0, Support::value, "ID not 0"}, {1, Support::flow, "IDF not 0"}};
+constexpr CodeMeaning DISPLACEMENT[] = {{0, Support::fixed_x, "IDX: x fixed"},
+                                        {1, Support::fixed_y, "IDY: y fixed"}};
+
+// By kind.
+constexpr std::span<const CodeMeaning> MEANINGS[] = {COUPLED, SCALAR, SCALAR, DISPLACEMENT};
+
+std::span<const CodeMeaning> meanings(LayoutKind kind) {
+    return MEANINGS[static_cast<std::size_t>(kind)];
 }
 
 bool has(const Node& node, const CodeMeaning& meaning) {
@@ -83,7 +82,7 @@ Path path_of(Support symbol, Polylines lines, bool clipped) {
 }  // namespace
 
 std::vector<SupportSample> support_samples(const Mesh& mesh, const Page& page) {
-    const std::vector<CodeMeaning> all = meanings(mesh.kind);
+    const std::span<const CodeMeaning> all = meanings(mesh.kind);
     std::array<bool, 5> shown{};
     for (std::size_t n = 0; n < mesh.nodes.size(); ++n)
         if (page.shows(page.on_page(mesh.point(static_cast<std::int32_t>(n)))))
@@ -98,7 +97,7 @@ std::vector<SupportSample> support_samples(const Mesh& mesh, const Page& page) {
 }
 
 std::vector<double> support_room(const Mesh& mesh, const std::vector<Corners>& corners) {
-    const std::vector<CodeMeaning> all = meanings(mesh.kind);
+    const std::span<const CodeMeaning> all = meanings(mesh.kind);
     const auto coded = [&](std::int32_t n) {
         return std::any_of(all.begin(), all.end(), [&](const CodeMeaning& meaning) {
             return has(mesh.nodes[static_cast<std::size_t>(n)], meaning);
@@ -124,7 +123,7 @@ void add_supports(Scene& scene, const Mesh& mesh, const std::vector<Corners>& co
     const Bounds bounds = mesh.bounds();
     const Point middle =
         page.on_page(Point{(bounds.low.x + bounds.high.x) / 2.0, (bounds.low.y + bounds.high.y) / 2.0});
-    const std::vector<CodeMeaning> all = meanings(mesh.kind);
+    const std::span<const CodeMeaning> all = meanings(mesh.kind);
     const std::vector<double> room = support_room(mesh, corners);
     std::array<Polylines, 5> lines;
     for (std::size_t n = 0; n < mesh.nodes.size(); ++n) {

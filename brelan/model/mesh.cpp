@@ -1,7 +1,9 @@
 #include "model/mesh.h"
 
 #include <algorithm>
+#include <cmath>
 
+#include "mesh/attributes.h"
 #include "mesh/kinds.h"
 
 namespace brelan::tool {
@@ -82,16 +84,8 @@ std::optional<LayoutKind> kind_named(std::string_view name) {
 }
 
 std::vector<std::string_view> code_names(LayoutKind kind) {
-    switch (kind) {
-        case LayoutKind::coupled:
-            return {"ISX", "ISY", "IFX", "IFY", "IRZ"};
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            return {"ID", "IDF"};
-        case LayoutKind::displacement:
-            break;
-    }
-    return {"IDX", "IDY", "IDT"};
+    const auto& names = kind_row(kind).code_names;
+    return {names.begin(), names.begin() + kind_row(kind).node_codes};
 }
 
 std::string_view value_name(LayoutKind kind) {
@@ -99,20 +93,26 @@ std::string_view value_name(LayoutKind kind) {
 }
 
 std::vector<Attribute> attributes(LayoutKind kind) {
-    switch (kind) {
-        case LayoutKind::coupled:
-            return {{"KS", &ElementRecord::skeleton, nullptr},
-                    {"KF", &ElementRecord::fluid, nullptr},
-                    {"INTR", &ElementRecord::integration_r, nullptr},
-                    {"INTS", &ElementRecord::integration_s, nullptr},
-                    {"TBJWL", nullptr, &ElementRecord::real_attribute}};
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            return {{"IDH", &ElementRecord::attribute, nullptr}};
-        case LayoutKind::displacement:
-            break;
-    }
-    return {{"THIC", nullptr, &ElementRecord::thickness}, {"DEN", nullptr, &ElementRecord::density}};
+    std::vector<Attribute> all;
+    for_each_attribute(kind, [&](const auto& a) {
+        if constexpr (std::is_same_v<decltype(a.member), std::int32_t ElementAttributes::*>)
+            all.push_back({a.name, a.member, nullptr});
+        else
+            all.push_back({a.name, nullptr, a.member});
+    });
+    return all;
+}
+
+bool same_real(double a, double b) {
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
+bool same_attributes(LayoutKind kind, const ElementRecord& a, const ElementRecord& b) {
+    bool same = true;
+    for_each_attribute(kind, [&](const auto& attribute) {
+        same = same && same_real(a.*attribute.member, b.*attribute.member);
+    });
+    return same;
 }
 
 bool has_midside_nodes(LayoutKind kind) {
@@ -120,16 +120,8 @@ bool has_midside_nodes(LayoutKind kind) {
 }
 
 bool is_joint(LayoutKind kind, const ElementRecord& element) {
-    switch (kind) {
-        case LayoutKind::coupled:
-            return element.skeleton > 0;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            return element.attribute < 0 || element.attribute >= FIRST_JOINT_CODE;
-        case LayoutKind::displacement:
-            break;
-    }
-    return element.density < 0.0F;
+    return brelan::is_joint(kind, static_cast<const ElementAttributes&>(element)) ||
+           (has_node_values(kind) && element.attribute >= FIRST_JOINT_CODE);
 }
 
 }  // namespace brelan::tool

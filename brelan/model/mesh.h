@@ -127,6 +127,12 @@ struct Attribute {
 };
 std::vector<Attribute> attributes(LayoutKind kind);
 
+// Not a number is the same as itself here.
+bool same_real(double a, double b);
+
+// True when two elements of a kind have the same attributes.
+bool same_attributes(LayoutKind kind, const ElementRecord& a, const ElementRecord& b);
+
 bool has_midside_nodes(LayoutKind kind);
 
 bool is_joint(LayoutKind kind, const ElementRecord& element);

@@ -2,14 +2,13 @@
 
 #include <fmt/core.h>
 
-#include <numeric>
-
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "cli/output_file.h"
 #include "deck/card_stream.h"
 #include "mesh/kinds.h"
-#include "mesh/mesh_records.h"
+#include "mesh/mesh_walk.h"
+#include "mesh/result_file.h"
 #include "model/drive_c.h"
 #include "text/channel_numbers.h"
 #include "text/channels.h"
@@ -22,31 +21,13 @@ namespace {
 
 constexpr std::string_view HEADING = "a heading line of a mesh file";
 
-// Names of channels that are held in memory: there can be no files of these.
-constexpr std::string_view IN_MEMORY = "/dev/null/mesh", SOURCE_IN_MEMORY = "/dev/null/source";
-
 // --- reading -------------------------------------------------------------------------------------
-
-// A text as the input channel, whose messages name it as told.
-void open_text(Channels& channels, std::string_view text, const std::string& name) {
-    Channel& channel = channels.open(CHANNEL_SOURCE_A, SOURCE_IN_MEMORY, OpenStatus::scratch);
-    std::size_t lines = 0;
-    for (std::size_t begin = 0; begin < text.size(); ++lines) {
-        const std::size_t end = std::min(text.find('\n', begin), text.size());
-        channel.write_line(text.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    LineOrigin origin{name, std::vector<int>(lines)};
-    std::iota(origin.line.begin(), origin.line.end(), 1);
-    channel.set_origin(origin);
-    channel.rewind();
-}
 
 // The mesh without its comment lines, on a channel that knows the line of the file for each of its own.
 Channel& without_comments(Channels& channels, bool& byte_order_mark) {
     Channel& from = channels.at(CHANNEL_SOURCE_A);
     byte_order_mark = from.pass_byte_order_mark();
-    Channel& mesh = channels.open(CHANNEL_MESH_A, IN_MEMORY, OpenStatus::scratch);
+    Channel& mesh = channels.open_in_memory(CHANNEL_MESH_A, from.name());
     mesh.follow(from);
     while (!from.at_end()) {
         const std::string_view line = from.read_whole_line("a line").substr(0, LINE_COLUMNS);
@@ -116,45 +97,32 @@ public:
     Reader(Channel& file, Mesh& mesh) : file_(file), mesh_(mesh) {}
 
     void read() {
-        mesh_.name = TextLine(file_.read_whole_line(HEADING)).trimmed();
-        file_.skip_lines(1, HEADING);
-        const MeshCounts counts = read_mesh_counts(file_);
-        file_.skip_lines(2, HEADING);
-        read_nodes(counts.nodes);
+        mesh_.name = TextLine(file_.peek_line()).trimmed();
+        MeshWalk head(mesh_.kind, file_, {});
+        const MeshCounts counts = head.head();
+        StrippedMesh form;
+        form.field_count = count_values(TextLine(file_.peek_line())).count;
+        MeshWalk walk(mesh_.kind, file_, form, counts);
+        mesh_.nodes.reserve(static_cast<std::size_t>(counts.nodes));
+        walk.each_node([&](const NodeRecord& node) {
+            mesh_.nodes.push_back(node);
+            require_numbers(file_, node);
+        });
         mesh_.elements.reserve(static_cast<std::size_t>(counts.continuum_elements));
-        for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
-            if (counts.of(type) > 0)
-                file_.skip_lines(2, HEADING);
-            for (std::int32_t i = 0; i < counts.of(type); ++i)
-                read_element(type);
-        }
+        for (const std::int8_t type : ELEMENT_TYPES)
+            walk.each_element(type, [&](const ElementRecord& element) { add(element, type); });
         if (counts.trusses == 0)
             read_flow_lines();
     }
 
 private:
-    void read_nodes(std::int32_t count) {
-        const std::int32_t field_count = count_values(TextLine(file_.peek_line())).count;
-        mesh_.nodes.reserve(static_cast<std::size_t>(count));
-        for (std::int32_t i = 0; i < count; ++i) {
-            mesh_.nodes.push_back(read_node_record(mesh_.kind, file_, field_count));
-            require_number(mesh_.nodes.back().number, HIGHEST_NODE_NUMBER, "a node");
-        }
-    }
-
-    void read_element(std::int8_t type) {
-        Element e{read_element_record(mesh_.kind, file_, type)};
+    void add(const ElementRecord& element, std::int8_t type) {
+        Element e{element};
         if (e.number < 0) {
             ++mesh_.deleted;
             return;
         }
-        require_number(e.number, HIGHEST_ELEMENT_NUMBER, "an element");
-        const ElementWords& w = e.words;
-        for (const std::int32_t word : {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
-                                        w.midside_6, w.midside_7, w.midside_8})
-            if (word > HIGHEST_NODE_NUMBER)
-                file_.fail_behind(fmt::format("element {}: expected node numbers of at most {}, found {}",
-                                              e.number, HIGHEST_NODE_NUMBER, word));
+        require_numbers(file_, e);
         e.of = type == ELEMENT_BEAM    ? ElementClass::beam
                : type == ELEMENT_TRUSS ? ElementClass::truss
                                        : ElementClass::solid;
@@ -168,13 +136,8 @@ private:
         file_.skip_lines(2, HEADING);
         while (!file_.at_end() && numbers_on(file_.peek_line()) >= 4) {
             mesh_.flow_lines = true;
-            read_element(ELEMENT_TRUSS);
+            add(read_element_record(mesh_.kind, file_, ELEMENT_TRUSS), ELEMENT_TRUSS);
         }
-    }
-
-    void require_number(std::int32_t number, std::int32_t last, std::string_view what) const {
-        if (number < 1 || number > last)
-            file_.fail_behind(fmt::format("expected {} number from 1 to {}, found {}", what, last, number));
     }
 
     Channel& file_;
@@ -258,7 +221,7 @@ Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind>
 
 Mesh read_mesh_text(std::string_view text, const std::string& name, std::optional<LayoutKind> kind) {
     Channels channels;
-    open_text(channels, text, name);
+    channels.open_in_memory(CHANNEL_SOURCE_A, name, text);
     return read_mesh(channels, name, kind);
 }
 
@@ -270,7 +233,7 @@ std::optional<LayoutKind> kind_of_mesh_file(const std::filesystem::path& path) {
 
 std::optional<LayoutKind> kind_of_mesh_text(std::string_view text, const std::string& name) {
     Channels channels;
-    open_text(channels, text, name);
+    channels.open_in_memory(CHANNEL_SOURCE_A, name, text);
     return kind_of_mesh(channels);
 }
 
@@ -279,20 +242,18 @@ void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path) {
     MeshCounts counts;
     counts.nodes = static_cast<std::int32_t>(mesh.nodes.size());
     for (const Element& e : mesh.elements)
-        ++(e.of == ElementClass::beam    ? counts.beams
-           : e.of == ElementClass::truss ? counts.trusses
-                                         : counts.continuum_elements);
+        ++counts.of(e.section());
     MeshCounts shown = counts;
     if (mesh.flow_lines)
         shown.trusses = 0;
 
     Channels channels;
-    Channel& file = channels.open(CHANNEL_RESULT, IN_MEMORY, OpenStatus::scratch);
+    Channel& file = channels.open_in_memory(CHANNEL_RESULT, mesh.name);
     write_mesh_head(file, path == STANDARD_STREAM ? mesh.name : path.filename().string(), shown);
     write_node_heading(mesh.kind, file);
     for (const Node& node : mesh.nodes)
         write_node_record(mesh.kind, file, node);
-    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
+    for (const std::int8_t type : ELEMENT_TYPES) {
         if (counts.of(type) == 0)
             continue;
         write_section_heading(mesh.kind, file, type);
@@ -300,15 +261,10 @@ void write_mesh_file(const Mesh& mesh, const std::filesystem::path& path) {
             if (e.section() == type)
                 write_element_record(mesh.kind, file, type, e);
     }
-    file.write_line("     0");
-    file.write_line("     0");
+    write_closing_lines(file);
 
-    file.rewind();
     OutputFile out(path);
-    while (!file.at_end()) {
-        out.write(file.read_whole_line("a line"));
-        out.write("\n");
-    }
+    out.write(file.text());
     out.commit();
 }
 

@@ -1,29 +1,24 @@
-// The base mesh file: merged nodes, boundary codes, listing.
+// The files of a base mesh: the raw lists for the eye, and the mesh file.
 #pragma once
 
-#include <cstdint>
-#include <string>
-
-#include "mesh/block_tables.h"
+#include "blocks/base_mesh.h"
+#include "blocks/raw_mesh.h"
 #include "mesh/edition.h"
 #include "text/channels.h"
 
 namespace brelan {
 
-// The raw lists of a base mesh. A first number above 1 has a placeholder line for each number below it.
-struct RawMesh {
-    std::string title;
-    std::int32_t first_node = 1, last_node = 0;
-    std::int32_t first_element = 1, last_element = 0;
-};
+// "Coord.dat" and "Index.dat". A first number above 1 has a placeholder line for each number below it.
+void write_raw_nodes(LayoutKind kind, const RawMesh& raw, Channel& coordinates);
+void write_raw_elements(LayoutKind kind, const RawMesh& raw, Channel& index);
 
-struct BaseCounts {
-    std::int32_t nodes = 0, elements = 0;
-};
+// Ends the run, naming the line, where a node has no room in "Coord.dat".
+void refuse_unwritable(const RawMesh& raw);
 
-// Reads the raw lists back, merges nodes at most 0.0001 apart, numbers the rest from 1, derives the codes of
-// the nodes on the field's bounds and writes the mesh file. Returns the counts as written.
-BaseCounts write_base_file(LayoutKind kind, const BlockCards& block_cards, const FieldBounds& field,
-                           Channel& coordinates, Channel& index, Channel& base, const RawMesh& raw);
+// The two lines that stand in "Coord.dat" when a mesh is too large for the work space.
+void write_work_space(std::int64_t required, Channel& coordinates);
+
+// "..\Bmesh.dat".
+void write_base_file(LayoutKind kind, const BaseMesh& mesh, Channel& base);
 
 }  // namespace brelan

@@ -44,18 +44,10 @@ void write_origin(LayoutKind kind, const DamCards& dam, const DamSizes& sizes, C
     deck.write_line("* Card 4.2");
     deck.write_line(HEADS_4_2[static_cast<std::size_t>(kind)]);
     const float x = sizes.left, y = sizes.bottom;
-    switch (kind) {
-        case LayoutKind::coupled:
-            REALS.write(deck, x, y, dam.water_height);
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            REALS.write(deck, x, y, dam.initial_head);
-            break;
-        case LayoutKind::displacement:
-            REALS.write_front(deck, x, y);
-            break;
-    }
+    if (kind == LayoutKind::displacement)
+        REALS.write_front(deck, x, y);
+    else
+        REALS.write(deck, x, y, kind == LayoutKind::coupled ? dam.water_height : dam.initial_head);
 }
 
 void write_block_columns(const DamCards& dam, const DamSizes& sizes, Channel& deck) {
@@ -151,18 +143,11 @@ constexpr std::array<std::string_view, 4> HEADS_MATERIAL = {
 
 void write_zone_material(LayoutKind kind, Channel& deck, std::int32_t material) {
     deck.write_line(HEADS_MATERIAL[static_cast<std::size_t>(kind)]);
-    switch (kind) {
-        case LayoutKind::coupled:
-            MATERIAL_LINE.write(deck, material, FLUID_OF_ZONE, 0, 0);
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            MATERIAL_LINE.write(deck, material, ATTRIBUTE_OF_ZONE, 0, 0);
-            break;
-        case LayoutKind::displacement:
-            MATERIAL_LINE_WITH_DENSITY.write(deck, material, DENSITY_OF_ZONE, 0, 0);
-            break;
-    }
+    if (kind == LayoutKind::displacement)
+        MATERIAL_LINE_WITH_DENSITY.write(deck, material, DENSITY_OF_ZONE, 0, 0);
+    else
+        MATERIAL_LINE.write(deck, material, kind == LayoutKind::coupled ? FLUID_OF_ZONE : ATTRIBUTE_OF_ZONE,
+                            0, 0);
 }
 
 // Groups that only keep or close an outline have no material line.

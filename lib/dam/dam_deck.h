@@ -14,8 +14,8 @@ namespace brelan {
 // Checks the cards of a dam and writes its decks. Sets prepared_kind_code and the count of decks, fills the
 // list of decks for a dam with shells, and makes "..\EarthDam.Meg" the deck of the run. Ends the run at a dam
 // that cannot be.
-void write_dam_decks(Channels& channels, LayoutKind kind, CardMemory& memory, DeckList& decks,
-                     DamCards& dam, DamSizes& sizes);
+void write_dam_decks(Channels& channels, LayoutKind kind, CardMemory& memory, DeckList& decks, DamCards& dam,
+                     DamSizes& sizes);
 
 // Writes the cards of one group, its number being `group`.
 void write_dam_group(LayoutKind kind, Channel& deck, std::int32_t group, const DamGroup& cards);

@@ -1,32 +1,12 @@
 #include "deck/strip_mesh.h"
 
-#include <string>
-
 #include "deck/card_stream.h"
-#include "mesh/kinds.h"
+#include "mesh/mesh_walk.h"
 #include "text/channel_numbers.h"
 
 namespace brelan {
 
 namespace {
-
-constexpr std::string_view HEADING = "a heading line";
-
-void require_number(const Channel& mesh_file, std::int32_t number, std::int32_t last, std::string_view what) {
-    if (number < 1 || number > last)
-        mesh_file.fail_behind("expected " + std::string(what) + " number from 1 to " + std::to_string(last) +
-                              ", found " + std::to_string(number));
-}
-
-void require_words(const Channel& mesh_file, const ElementRecord& element) {
-    const ElementWords& w = element.words;
-    for (const std::int32_t word :
-         {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8})
-        if (word > HIGHEST_NODE_NUMBER)
-            mesh_file.fail_behind("element " + std::to_string(element.number) +
-                                  ": expected node numbers of at most " +
-                                  std::to_string(HIGHEST_NODE_NUMBER) + ", found " + std::to_string(word));
-}
 
 // What the first scan finds out.
 struct Scan {
@@ -36,38 +16,24 @@ struct Scan {
     MeshCounts deleted;
 };
 
-std::int32_t& count_of(MeshCounts& counts, std::int8_t type) {
-    return type == ELEMENT_CONTINUUM ? counts.continuum_elements
-           : type == ELEMENT_BEAM    ? counts.beams
-                                     : counts.trusses;
-}
-
 Scan scan_mesh(LayoutKind kind, Channel& mesh_file) {
     Scan scan;
-    mesh_file.skip_lines(2, HEADING);
-    scan.counts = read_mesh_counts(mesh_file);
-    mesh_file.skip_lines(2, HEADING);
+    MeshWalk head(kind, mesh_file, {});
+    scan.counts = head.head();
+    StrippedMesh form;
     if (scan.counts.nodes > 0 || !mesh_file.at_end())
-        scan.field_count = count_values(TextLine(mesh_file.peek_line())).count;
+        form.field_count = scan.field_count = count_values(TextLine(mesh_file.peek_line())).count;
+    MeshWalk walk(kind, mesh_file, form, scan.counts);
     const int first_line = mesh_file.lines_before();
-    for (std::int32_t i = 0; i < scan.counts.nodes; ++i)
-        require_number(mesh_file, read_node_record(kind, mesh_file, scan.field_count).number,
-                       HIGHEST_NODE_NUMBER, "a node");
+    walk.each_node([&](const NodeRecord& node) { require_numbers(mesh_file, node); });
     scan.node_lines = mesh_file.lines_before() - first_line;
-    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
-        const std::int32_t records = scan.counts.of(type);
-        if (records > 0)
-            mesh_file.skip_lines(2, HEADING);
-        for (std::int32_t i = 0; i < records; ++i) {
-            const ElementRecord element = read_element_record(kind, mesh_file, type);
-            if (element.number < 0) {
-                ++count_of(scan.deleted, type);
-                continue;
-            }
-            require_number(mesh_file, element.number, HIGHEST_ELEMENT_NUMBER, "an element");
-            require_words(mesh_file, element);
-        }
-    }
+    for (const std::int8_t type : ELEMENT_TYPES)
+        walk.each_element(type, [&](const ElementRecord& element) {
+            if (element.number < 0)
+                ++scan.deleted.of(type);
+            else
+                require_numbers(mesh_file, element);
+        });
     return scan;
 }
 
@@ -109,7 +75,7 @@ StrippedMesh strip_mesh(Channels& channels, LayoutKind kind, int source, int tar
     StrippedMesh stripped;
     stripped.field_count = scan.field_count;
     int heading_lines = 2;
-    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
+    for (const std::int8_t type : ELEMENT_TYPES) {
         const std::int32_t records = counts.of(type);
         stripped.heading_lines[type - ELEMENT_CONTINUUM] = heading_lines;
         if (records == 0)

@@ -65,18 +65,9 @@ std::int32_t add_side_node(Mesh& mesh, Engine& engine, const Point& point, std::
 
 std::int32_t add_centre_node(Mesh& mesh, Engine& engine, const Point& point, const CutRow& row) {
     const std::int32_t node = add_node(mesh, engine, point);
-    switch (mesh.kind) {
-        case LayoutKind::coupled:
-            begin_codes(mesh, node, 1, 5);
-            break;
-        case LayoutKind::temperature:
-            begin_codes(mesh, node, 0, 2);
-            break;
-        case LayoutKind::head:
-        case LayoutKind::displacement:
-            begin_codes(mesh, node, 1, 3);
-            break;
-    }
+    const bool begins_three = mesh.kind == LayoutKind::head;  // one code more than its nodes have
+    begin_codes(mesh, node, mesh.kind == LayoutKind::temperature ? 0 : 1,
+                begins_three ? 3 : static_cast<std::size_t>(kind_row(mesh.kind).node_codes));
     for (const std::int32_t n : row.corner_node)
         if (n > 0)
             follow_node(mesh, node, n);

@@ -8,18 +8,6 @@
 
 namespace brelan {
 
-bool is_joint(const Mesh& mesh, std::int32_t e) {
-    switch (mesh.kind) {
-        case LayoutKind::coupled:
-            return mesh.skeleton[e] > 0;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            return mesh.attribute[e] < 0;
-        default:
-            return mesh.density[e] < 0.0F;
-    }
-}
-
 Corners corners_of(const Mesh& mesh, std::int32_t e) {
     const ElementWords& w = mesh.words[e];
     // The cut hides the elements that it works on behind a negative first corner.

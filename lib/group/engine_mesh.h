@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "group/engine.h"
+#include "mesh/attributes.h"
 #include "mesh/group_tables.h"
 #include "mesh/tables.h"
 #include "plane/geometry.h"
@@ -15,10 +16,6 @@ namespace brelan {
 inline Point node_point(const Mesh& mesh, std::int32_t n) {
     return {mesh.x[n], mesh.y[n]};
 }
-
-// True for a continuum element that carries the mark of a joint: KS above 0, IDH below 0 or DEN below 0 by
-// kind.
-bool is_joint(const Mesh& mesh, std::int32_t e);
 
 // A selected element: a continuum element that Card 3.3.5.2 does not name and that is no joint or duplicate
 // of this run.

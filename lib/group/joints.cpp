@@ -24,21 +24,14 @@ std::vector<Point> points_of(const Mesh& mesh, std::span<const std::int32_t> nod
 }
 
 void set_joint_attributes(Mesh& mesh, std::int32_t e, std::int32_t joint_attribute) {
-    switch (mesh.kind) {
-        case LayoutKind::coupled:
-            mesh.skeleton[e] = 1;
-            mesh.fluid[e] = joint_attribute;
-            mesh.integration_r[e] = 0;
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            mesh.attribute[e] = -std::abs(joint_attribute) - 100;
-            break;
-        case LayoutKind::displacement:
-            mesh.thickness[e] = 1.0F;
-            mesh.density[e] = -1.0F;
-            break;
-    }
+    ElementAttributes a = load_attributes(mesh, e);
+    a.skeleton = 1;
+    a.fluid = joint_attribute;
+    a.integration_r = 0;
+    a.attribute = -std::abs(joint_attribute) - 100;
+    a.thickness = 1.0F;
+    a.density = -1.0F;
+    store_attributes(mesh, e, a);
 }
 
 // On which side of a line of two nodes or more an element lies, seen from its corner at the line's place k.

@@ -69,28 +69,21 @@ void write_line_words(Mesh& mesh, const GroupListing& listing, std::int32_t line
 
 void write_node_words(Mesh& mesh, const GroupListing& listing, std::int32_t line_kind,
                       std::int32_t line_material, bool closed, std::span<const std::int32_t> nodes) {
-    switch (mesh.kind) {
-        case LayoutKind::coupled:
-            for (const std::int32_t node : nodes)
-                if (line_kind == BEAM_LINE)
-                    mesh.codes[node][4] = 0;
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            if (line_kind == BEAM_LINE || line_kind == TRUSS_LINE) {
-                write_line_words(mesh, listing, line_kind, line_material, closed, nodes);
-                break;
-            }
-            for (const std::int32_t node : nodes) {
-                mesh.codes[node][0] = line_kind == TRUSS_CODE_0 ? 0 : 1;
-                mesh.codes[node][1] = line_material;
-            }
-            break;
-        case LayoutKind::displacement:
-            for (const std::int32_t node : nodes)
-                if (line_kind == BEAM_LINE)
-                    mesh.codes[node][2] = 0;
-            break;
+    if (!has_node_values(mesh.kind)) {
+        // The last code is that of rotation, which a beam needs.
+        const auto rotation = static_cast<std::size_t>(kind_row(mesh.kind).node_codes - 1);
+        for (const std::int32_t node : nodes)
+            if (line_kind == BEAM_LINE)
+                mesh.codes[node][rotation] = 0;
+        return;
+    }
+    if (line_kind == BEAM_LINE || line_kind == TRUSS_LINE) {
+        write_line_words(mesh, listing, line_kind, line_material, closed, nodes);
+        return;
+    }
+    for (const std::int32_t node : nodes) {
+        mesh.codes[node][0] = line_kind == TRUSS_CODE_0 ? 0 : 1;
+        mesh.codes[node][1] = line_material;
     }
 }
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "group/engine_mesh.h"
-#include "mesh/edition.h"
+#include "mesh/attributes.h"
 #include "mesh/mesh_records.h"
 #include "plane/polygon_scan.h"
 
@@ -15,21 +15,12 @@ namespace brelan {
 namespace {
 
 void set_attributes(Mesh& mesh, std::int32_t e, const RegionMaterial& material) {
-    switch (mesh.kind) {
-        case LayoutKind::coupled:
-            mesh.skeleton[e] = 0;
-            mesh.fluid[e] = material.attribute;
-            mesh.integration_r[e] = 0;
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            mesh.attribute[e] = material.attribute;
-            break;
-        case LayoutKind::displacement:
-            mesh.thickness[e] = 1.0F;
-            mesh.density[e] = material.density;
-            break;
-    }
+    ElementAttributes a = load_attributes(mesh, e);
+    a.skeleton = a.integration_r = 0;
+    a.fluid = a.attribute = material.attribute;
+    a.thickness = 1.0F;
+    a.density = material.density;
+    store_attributes(mesh, e, a);
 }
 
 void add_overlay(Mesh& mesh, Engine& engine, std::int32_t e, const RegionMaterial& material) {

@@ -1,6 +1,5 @@
 #include "mesh/combine.h"
 
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -16,20 +15,18 @@ constexpr float NO_SPACING = 1.0E35F;  // start of the smallest spacing
 constexpr int CONTINUUM = 0, BEAM = 1, TRUSS = 2;  // places in Region::old_elements and Region::start
 
 // The first region's nodes in ascending number, and the second's.
-std::vector<NumberedPoint> first_nodes(const Combination& combination, const Mesh& mesh,
-                                       const SideTables& side) {
+std::vector<NumberedPoint> first_nodes(const Combination& combination, const RegionTables& first) {
     std::vector<NumberedPoint> nodes;
     for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n)
-        if (mesh.node_in_use[n] == 1)
-            nodes.push_back({n, side.x[n], side.y[n]});
+        if (first.node_in_use[n] == 1)
+            nodes.push_back({n, first.x[n], first.y[n]});
     return nodes;
 }
 
-std::vector<NumberedPoint> second_nodes(const Combination& combination, const Mesh& mesh,
-                                        const SideTables& side) {
+std::vector<NumberedPoint> second_nodes(const Combination& combination, const Mesh& mesh) {
     std::vector<NumberedPoint> nodes;
     for (std::int32_t n = combination.second.nodes.lowest; n <= combination.second.nodes.highest; ++n)
-        if (side.second_node_in_use[n] == 1)
+        if (mesh.node_in_use[n] == 1)
             nodes.push_back({n, mesh.x[n], mesh.y[n]});
     return nodes;
 }
@@ -45,38 +42,30 @@ bool numbers_can_stay(const Combination& combination) {
 }
 
 // Puts a first-region node's data into a slot of the working set.
-void copy_first_node(Mesh& mesh, SideTables& side, std::int32_t from, std::int32_t to) {
+void copy_first_node(Mesh& mesh, const RegionTables& first, std::int32_t from, std::int32_t to) {
     for (int i = 0; i < kind_row(mesh.kind).node_codes; ++i)
-        mesh.codes[to][static_cast<std::size_t>(i)] = side.codes[from][static_cast<std::size_t>(i)];
-    mesh.x[to] = side.x[from];
-    mesh.y[to] = side.y[from];
+        mesh.codes[to][static_cast<std::size_t>(i)] = first.codes[from][static_cast<std::size_t>(i)];
+    mesh.x[to] = first.x[from];
+    mesh.y[to] = first.y[from];
     if (has_node_values(mesh.kind)) {
-        mesh.head[to] = side.head[from];
-        mesh.coefficient[to] = side.coefficient[from];
+        mesh.head[to] = first.head[from];
+        mesh.coefficient[to] = first.coefficient[from];
     }
 }
 
 // The type of an element in the combined mesh; below 1 for none.
-std::int8_t combined_type(const Mesh& mesh, const SideTables& side, std::int32_t n) {
-    return mesh.type_in_use[n] < ELEMENT_CONTINUUM ? side.second_type_in_use[n] : mesh.type_in_use[n];
+std::int8_t combined_type(const Mesh& mesh, const RegionTables& first, std::int32_t n) {
+    return first.type_in_use[n] < ELEMENT_CONTINUUM ? mesh.type_in_use[n] : first.type_in_use[n];
 }
 
 }  // namespace
 
 void scan_region(LayoutKind kind, Channel& mesh_file, Region& region) {
-    mesh_file.skip_lines(2, "a heading line");
-    region.counts = read_mesh_counts(mesh_file);
-    mesh_file.skip_lines(2, "a heading line");
-    for (std::int32_t i = 0; i < region.counts.nodes; ++i)
-        read_node_record(kind, mesh_file, region.stripped.field_count);
-    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
-        NumberRange& range = region.old_elements[type - ELEMENT_CONTINUUM];
-        range = NumberRange{};
-        if (region.counts.of(type) > 0)
-            mesh_file.skip_lines(region.stripped.headings_of(type), "a heading line");
-        for (std::int32_t i = 0; i < region.counts.of(type); ++i)
-            range.include(read_element_number(kind, mesh_file, type));
-    }
+    MeshWalk walk(kind, mesh_file, region.stripped);
+    region.counts = walk.head();
+    walk.each_node([](const NodeRecord&) {});
+    for (const std::int8_t type : ELEMENT_TYPES)
+        region.old_elements[type - ELEMENT_CONTINUUM] = walk.element_numbers(type);
     mesh_file.rewind();
 }
 
@@ -105,53 +94,38 @@ void fix_region_numbers(Combination& combination) {
 }
 
 void read_region_head(LayoutKind kind, Channel& mesh_file, Region& region) {
-    mesh_file.skip_lines(2, "a heading line");
-    region.counts = read_mesh_counts(mesh_file);
-    mesh_file.skip_lines(2, "a heading line");
-    region.nodes = NumberRange{};
+    MeshWalk walk(kind, mesh_file, region.stripped);
+    region.counts = walk.head();
+    region.nodes = walk.node_numbers();
     region.elements = NumberRange{};
-    const int start = mesh_file.lines_before();
-    for (std::int32_t i = 0; i < region.counts.nodes; ++i)
-        region.nodes.include(read_node_record(kind, mesh_file, region.stripped.field_count).number);
-    mesh_file.step_back(mesh_file.lines_before() - start);
 }
 
-void read_first_nodes(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
-    for (std::int32_t i = 0; i < combination.first.counts.nodes; ++i) {
-        const NodeRecord node =
-            read_node_record(mesh.kind, mesh_file, combination.first.stripped.field_count);
-        side.codes[node.number] = node.codes;
-        side.x[node.number] = node.x;
-        side.y[node.number] = node.y;
-        side.head[node.number] = node.head;
-        side.coefficient[node.number] = node.coefficient;
+void read_first_nodes(const Combination& combination, const Mesh& mesh, RegionTables& first,
+                      Channel& mesh_file) {
+    MeshWalk walk(mesh.kind, mesh_file, combination.first.stripped, combination.first.counts);
+    walk.each_node([&](const NodeRecord& node) {
+        first.codes[node.number] = node.codes;
+        first.x[node.number] = node.x;
+        first.y[node.number] = node.y;
+        first.head[node.number] = node.head;
+        first.coefficient[node.number] = node.coefficient;
+        first.node_in_use[node.number] = 1;
+    });
+}
+
+void read_second_nodes(const Combination& combination, Mesh& mesh, Channel& mesh_file) {
+    MeshWalk walk(mesh.kind, mesh_file, combination.second.stripped, combination.second.counts);
+    walk.each_node([&](const NodeRecord& node) {
+        store_node(mesh, node.number, node);
         mesh.node_in_use[node.number] = 1;
-    }
+    });
 }
 
-void read_second_nodes(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file) {
-    for (std::int32_t i = 0; i < combination.second.counts.nodes; ++i) {
-        const NodeRecord node =
-            read_node_record(mesh.kind, mesh_file, combination.second.stripped.field_count);
-        mesh.codes[node.number] = node.codes;
-        mesh.x[node.number] = node.x;
-        mesh.y[node.number] = node.y;
-        if (has_node_values(mesh.kind)) {
-            mesh.head[node.number] = node.head;
-            mesh.coefficient[node.number] = node.coefficient;
-        }
-        side.second_node_in_use[node.number] = 1;
-        mesh.node_used[node.number] = node.number;
-    }
-}
-
-void read_region_elements(const Combination& combination, Mesh& mesh, SideTables& side, Channel& mesh_file,
-                          Region& region, std::int8_t type) {
+void read_region_elements(Mesh& mesh, ElementTypes& types, Channel& mesh_file, Region& region,
+                          std::int8_t type) {
     const int place = type - ELEMENT_CONTINUUM;
-    const bool first = &region == &combination.first;
-    mesh_file.skip_lines(region.stripped.headings_of(type), "a heading line");
-    for (std::int32_t i = 0; i < region.counts.of(type); ++i) {
-        const ElementRecord element = read_element_record(mesh.kind, mesh_file, type);
+    MeshWalk walk(mesh.kind, mesh_file, region.stripped, region.counts);
+    walk.each_element(type, [&](const ElementRecord& element) {
         const std::int32_t number = element.number - region.old_elements[place].lowest + region.start[place];
         if (number < 1 || number > HIGHEST_ELEMENT_NUMBER)
             mesh_file.fail_behind(
@@ -159,119 +133,115 @@ void read_region_elements(const Combination& combination, Mesh& mesh, SideTables
                 std::to_string(HIGHEST_ELEMENT_NUMBER) +
                 ", but the renumbering of the two regions makes it " + std::to_string(number));
         store_element(mesh, number, type, element);
-        if (first)
-            mesh.type_in_use[number] = type;
-        else
-            side.second_type_in_use[number] = type;
+        types[number] = type;
         region.elements.include(number);
-    }
+    });
 }
 
 bool regions_collide(const Combination& combination) {
     return combination.first.elements.lowest == combination.second.elements.lowest;
 }
 
-float smallest_spacing(const Combination& combination, const Mesh& mesh, const SideTables& side) {
-    return smallest_distance(second_nodes(combination, mesh, side),
-                             smallest_distance(first_nodes(combination, mesh, side), NO_SPACING));
+float smallest_spacing(const Combination& combination, const Mesh& mesh, const RegionTables& first) {
+    return smallest_distance(second_nodes(combination, mesh),
+                             smallest_distance(first_nodes(combination, first), NO_SPACING));
 }
 
-void match_listed_nodes(const CombinationCards& cards, Mesh& mesh, const SideTables& side) {
+NodeNumbers match_listed_nodes(const CombinationCards& cards, const Mesh& mesh, const RegionTables& first) {
+    NodeNumbers matches;
     for (std::int32_t i = 1; i <= cards.pair_count; ++i) {
-        const std::int32_t second = cards.second_nodes[i];
-        if (second < 1 || second > HIGHEST_NODE_NUMBER || side.second_node_in_use[second] != 1)
+        const std::int32_t of_second = cards.second_nodes[i], of_first = cards.first_nodes[i];
+        if (of_second < 1 || of_second > HIGHEST_NODE_NUMBER || mesh.node_in_use[of_second] != 1)
             fail_at(cards.list_place,
                     "Card 2.3: expected node numbers of the mesh of Card 2.1-1 in the first list, found " +
-                        std::to_string(second));
-        if (cards.first_nodes[i] < 1 || cards.first_nodes[i] > HIGHEST_NODE_NUMBER)
-            fail_at(cards.list_place,
-                    "Card 2.3: expected node numbers from 1 to " + std::to_string(HIGHEST_NODE_NUMBER) +
-                        " in the second list, found " + std::to_string(cards.first_nodes[i]));
-        if (mesh.node_in_use[cards.first_nodes[i]] == 1)
-            mesh.new_number[cards.first_nodes[i]] = -second;
+                        std::to_string(of_second));
+        if (of_first < 1 || of_first > HIGHEST_NODE_NUMBER)
+            fail_at(cards.list_place, "Card 2.3: expected node numbers from 1 to " +
+                                          std::to_string(HIGHEST_NODE_NUMBER) +
+                                          " in the second list, found " + std::to_string(of_first));
+        if (first.node_in_use[of_first] == 1)
+            matches[of_first] = of_second;
     }
+    return matches;
 }
 
-void match_nearest_nodes(const Combination& combination, Mesh& mesh, const SideTables& side, float spacing) {
+NodeNumbers match_nearest_nodes(const Combination& combination, const Mesh& mesh, const RegionTables& first,
+                                float spacing) {
     const float reach = 0.5F * spacing;
-    const std::vector<NumberedPoint> candidates = second_nodes(combination, mesh, side);
+    const std::vector<NumberedPoint> candidates = second_nodes(combination, mesh);
     PointGrid grid(reach, candidates.size());
     for (const NumberedPoint& node : candidates)
         grid.add(node);
-    for (const NumberedPoint& node : first_nodes(combination, mesh, side))
-        if (const std::int32_t match = grid.highest_within_reach(node.x, node.y); match != 0)
-            mesh.new_number[node.number] = -match;
+    NodeNumbers matches;
+    for (const NumberedPoint& node : first_nodes(combination, first))
+        matches[node.number] = grid.highest_within_reach(node.x, node.y);
+    return matches;
 }
 
-void merge_nodes(const Combination& combination, Mesh& mesh, SideTables& side) {
+NodeNumbers merge_nodes(const Combination& combination, Mesh& mesh, const RegionTables& first,
+                        const NodeNumbers& matches) {
+    NodeNumbers new_numbers;
+    for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n)
+        new_numbers[n] = n;
     std::int32_t next = combination.second.nodes.highest + 1;
     for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n) {
-        if (mesh.node_in_use[n] != 1)
+        if (first.node_in_use[n] != 1)
             continue;
-        if (mesh.new_number[n] < 0) {
+        if (matches[n] != 0) {
+            new_numbers[n] = matches[n];
             if (combination.keeps_first_data)
-                copy_first_node(mesh, side, n, -mesh.new_number[n]);
+                copy_first_node(mesh, first, n, matches[n]);
             continue;
         }
         if (next > HIGHEST_NODE_NUMBER)
             fail(combination.first.name + ": expected node numbers of at most " +
                  std::to_string(HIGHEST_NODE_NUMBER) + ", but its nodes go on behind the highest of " +
                  combination.second.name + ", " + std::to_string(combination.second.nodes.highest));
-        copy_first_node(mesh, side, n, next);
-        mesh.new_number[n] = next;
-        mesh.node_used[next] = next;
+        copy_first_node(mesh, first, n, next);
+        new_numbers[n] = next;
+        mesh.node_in_use[next] = 1;
         ++next;
     }
-    for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n)
-        mesh.new_number[n] = std::abs(mesh.new_number[n]);
+    return new_numbers;
 }
 
-void renumber_first_elements(const Combination& combination, Mesh& mesh) {
+void renumber_first_elements(const Combination& combination, Mesh& mesh, const RegionTables& first,
+                             const NodeNumbers& new_numbers) {
     const bool midside = kind_row(mesh.kind).element_words == 8;
     for (std::int32_t n = combination.first.elements.lowest; n <= combination.first.elements.highest; ++n) {
-        if (mesh.type_in_use[n] < 0)
+        if (first.type_in_use[n] < ELEMENT_CONTINUUM)
             continue;
         ElementWords& w = mesh.words[n];
         for (std::int32_t* word : {&w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4})
             if (*word > 0)
-                *word = mesh.new_number[*word];
+                *word = new_numbers[*word];
         if (!midside)
             continue;
         for (std::int32_t* word : {&w.midside_5, &w.midside_6, &w.midside_7, &w.midside_8})
             if (*word > 0)
-                *word = mesh.new_number[*word];
+                *word = new_numbers[*word];
     }
 }
 
-void count_combined(const Mesh& mesh, const SideTables& side, ResultMesh& result) {
-    for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n) {
-        if (mesh.node_used[n] <= 0)
-            continue;
-        ++result.counts.nodes;
-        result.nodes.include(n);
-    }
+ResultMesh count_combined(const Mesh& mesh, const RegionTables& first) {
+    ResultMesh result;
+    count_nodes(mesh, result);
     for (std::int32_t n = 1; n <= HIGHEST_ELEMENT_NUMBER; ++n) {
-        const std::int8_t type = combined_type(mesh, side, n);
+        const std::int8_t type = combined_type(mesh, first, n);
         if (type < ELEMENT_CONTINUUM)
             continue;
         result.elements.include(n);
-        ++(type == ELEMENT_CONTINUUM ? result.counts.continuum_elements
-           : type == ELEMENT_BEAM    ? result.counts.beams
-                                     : result.counts.trusses);
+        ++result.counts.of(type);
     }
+    return result;
 }
 
-void write_combined_nodes(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result) {
-    for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n)
-        if (mesh.node_used[n] > 0)
-            write_node_record(mesh.kind, mesh_file, load_node(mesh, n));
-}
-
-void write_combined_elements(const Mesh& mesh, const SideTables& side, Channel& mesh_file,
+// Where elements of both regions have one number, both sections show what was read last.
+void write_combined_elements(const Mesh& mesh, const RegionTables& first, Channel& mesh_file,
                              const ResultMesh& result, std::int8_t type) {
     write_section_heading(mesh.kind, mesh_file, type);
     for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
-        if (mesh.type_in_use[n] == type || side.second_type_in_use[n] == type)
+        if (first.type_in_use[n] == type || mesh.type_in_use[n] == type)
             write_element_record(mesh.kind, mesh_file, type, load_element_for_writing(mesh, n));
 }
 

@@ -22,6 +22,18 @@ struct Region {
     NumberRange elements;         // new numbers of all types
 };
 
+// What the first region has beside the mesh, which holds the second: its nodes at their own numbers, and the
+// types of its elements at their new ones.
+struct RegionTables {
+    Table<NodeCodes, HIGHEST_NODE_NUMBER, "IDN1"> codes;
+    Table<float, HIGHEST_NODE_NUMBER, "XC1"> x;
+    Table<float, HIGHEST_NODE_NUMBER, "YC1"> y;
+    Table<float, HIGHEST_NODE_NUMBER, "H1"> head;
+    Table<float, HIGHEST_NODE_NUMBER, "CF1"> coefficient;
+    Table<std::int8_t, HIGHEST_NODE_NUMBER, "NACT2"> node_in_use;
+    ElementTypes type_in_use;
+};
+
 // The cards of a combination.
 struct CombinationCards {
     std::int32_t interface_rule = 0;  // INTERFACE: 0 coincident nodes are found; 1 the pairs are listed

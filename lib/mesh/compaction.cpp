@@ -22,7 +22,6 @@ void require_room(const EditCards& edit, std::int32_t start, std::int32_t count,
 }  // namespace
 
 std::int32_t pack_elements(Mesh& mesh) {
-    mesh.node_used.fill(0);
     std::int32_t position = 0;
     for (std::int32_t n = 1; n <= HIGHEST_ELEMENT_NUMBER; ++n) {
         if (mesh.type[n] == ELEMENT_DELETED)
@@ -37,23 +36,18 @@ std::int32_t pack_elements(Mesh& mesh) {
         to.corner_4 = from.corner_4;
         to.material = from.material;
         copy_attributes(mesh, n, position);
-        for (const std::int32_t corner : {to.corner_1, to.corner_2, to.corner_3, to.corner_4})
-            if (corner > 0)
-                mesh.node_used[corner] = corner;
     }
     return position;
 }
 
-std::int32_t pack_nodes(Mesh& mesh) {
+PackedNodes pack_nodes(Mesh& mesh, std::int32_t elements) {
     // The head kind leaves H and CF where they are, so a gap in the numbers misplaces them: meshes of the
     // head kind get their heads from the solver's deck.
     const bool moves_values = mesh.kind == LayoutKind::temperature;
-    std::int32_t position = 0;
-    for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n) {
-        if (mesh.node_used[n] == 0)
-            continue;
-        ++position;
-        mesh.new_number[n] = position;
+    PackedNodes packed;
+    for (const std::int32_t n : nodes_of_elements(mesh, elements)) {
+        const std::int32_t position = ++packed.count;
+        packed.position[n] = position;
         mesh.codes[position] = mesh.codes[n];
         mesh.node_mark[position] = mesh.node_mark[n];
         mesh.x[position] = mesh.x[n];
@@ -63,15 +57,15 @@ std::int32_t pack_nodes(Mesh& mesh) {
             mesh.coefficient[position] = mesh.coefficient[n];
         }
     }
-    return position;
+    return packed;
 }
 
-void renumber_corners(Mesh& mesh, std::int32_t elements, std::int32_t first_node) {
+void renumber_corners(Mesh& mesh, std::int32_t elements, const PackedNodes& nodes, std::int32_t first_node) {
     for (std::int32_t n = 1; n <= elements; ++n) {
         ElementWords& w = mesh.words[n];
         for (std::int32_t* corner : {&w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4})
             if (*corner > 0)
-                *corner = first_node - 1 + mesh.new_number[*corner];
+                *corner = first_node - 1 + nodes.position[*corner];
     }
 }
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <string>
 
+#include "mesh/attributes.h"
 #include "mesh/edit_tables.h"
 #include "mesh/kinds.h"
 #include "mesh/selection.h"
@@ -38,16 +39,6 @@ void require_finite(const Channel& mesh_file, std::int32_t number, float x, floa
     if (!std::isfinite(x) || !std::isfinite(y))
         mesh_file.fail_behind("node " + std::to_string(number) +
                               ": expected coordinates that are numbers, but the edit makes one that is none");
-}
-
-void store_node(Mesh& mesh, std::int32_t number, const NodeRecord& node) {
-    mesh.codes[number] = node.codes;
-    mesh.x[number] = node.x;
-    mesh.y[number] = node.y;
-    if (has_node_values(mesh.kind)) {
-        mesh.head[number] = node.head;
-        mesh.coefficient[number] = node.coefficient;
-    }
 }
 
 // --- corners -------------------------------------------------------------------------------------
@@ -135,20 +126,10 @@ void rebuild_continuum(LayoutKind kind, ElementRecord& element, const RebuildRow
     w.corner_3 = sourced(row.corner_source[2], corner, w.corner_3);
     w.corner_4 = sourced(row.corner_source[3], corner, w.corner_4);
     set_unless_stays(w.material, row.new_material);
-    switch (kind) {
-        case LayoutKind::coupled:
-            set_unless_stays(element.skeleton, row.skeleton);
-            set_unless_stays(element.fluid, row.fluid);
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            set_unless_stays(element.attribute, row.attribute);
-            break;
-        case LayoutKind::displacement:
-            set_unless_stays(element.thickness, row.thickness);
-            set_unless_stays(element.density, row.density);
-            break;
-    }
+    for_each_attribute(kind, [&](const auto& a) {
+        if (a.on_cards)
+            set_unless_stays(element.*a.member, row.*a.member);
+    });
 }
 
 void rebuild_line_element(ElementRecord& element, const RebuildRow& row) {
@@ -254,8 +235,8 @@ void edit_for_slope(const EditCards& edit, EditSource& source, Mesh& mesh, const
 
 void edit_nodes(const EditCards& edit, const EditSource& source, Mesh& mesh, const Selection& selection,
                 Channel& mesh_file) {
-    for (std::int32_t i = 0; i < source.counts.nodes; ++i) {
-        NodeRecord node = read_node_record(mesh.kind, mesh_file, source.stripped.field_count);
+    MeshWalk walk(mesh.kind, mesh_file, source.stripped, source.counts);
+    walk.each_node([&](NodeRecord node) {
         if (renumbers(edit)) {
             const std::int32_t number = shifted(mesh_file, node.number, edit.first_node - source.nodes.lowest,
                                                 HIGHEST_NODE_NUMBER, "node");
@@ -277,14 +258,13 @@ void edit_nodes(const EditCards& edit, const EditSource& source, Mesh& mesh, con
             store_node(mesh, node.number, node);
             mesh.node_in_use[node.number] = 1;
         }
-    }
+    });
 }
 
 void edit_elements(EditCards& edit, EditSource& source, Mesh& mesh, const Selection& selection,
                    Channel& mesh_file, std::int8_t type) {
-    mesh_file.skip_lines(source.stripped.headings_of(type), "a heading line");
-    for (std::int32_t i = 0; i < source.counts.of(type); ++i) {
-        ElementRecord element = read_element_record(mesh.kind, mesh_file, type);
+    MeshWalk walk(mesh.kind, mesh_file, source.stripped, source.counts);
+    walk.each_element(type, [&](ElementRecord element) {
         if (renumbers(edit)) {
             edit_renumbered(edit, source, mesh, mesh_file, type, element);
         } else if (edit.operation == 5) {
@@ -300,7 +280,7 @@ void edit_elements(EditCards& edit, EditSource& source, Mesh& mesh, const Select
             store_element(mesh, number, type, element);
             mesh.type[number] = kept;
         }
-    }
+    });
 }
 
 }  // namespace brelan

@@ -3,42 +3,31 @@
 namespace brelan {
 
 void scan_nodes(LayoutKind kind, EditSource& source, Channel& mesh_file) {
-    source.nodes = NumberRange{};
-    mesh_file.skip_lines(2, "a heading line");
-    source.counts = read_mesh_counts(mesh_file);
-    mesh_file.skip_lines(2, "a heading line");
-    const int start = mesh_file.lines_before();
-    for (std::int32_t i = 0; i < source.counts.nodes; ++i)
-        source.nodes.include(read_node_record(kind, mesh_file, source.stripped.field_count).number);
-    mesh_file.step_back(mesh_file.lines_before() - start);
+    MeshWalk walk(kind, mesh_file, source.stripped);
+    source.counts = walk.head();
+    source.nodes = walk.node_numbers();
 }
 
 NodePlaces read_node_places(LayoutKind kind, const EditSource& source, Channel& mesh_file) {
     NodePlaces places;
-    const int start = mesh_file.lines_before();
-    for (std::int32_t i = 0; i < source.counts.nodes; ++i) {
-        const NodeRecord node = read_node_record(kind, mesh_file, source.stripped.field_count);
-        places.x[node.number] = node.x;
-        places.y[node.number] = node.y;
-        places.given[node.number] = 1;
-    }
-    mesh_file.step_back(mesh_file.lines_before() - start);
+    MeshWalk walk(kind, mesh_file, source.stripped, source.counts);
+    walk.look_ahead([&] {
+        walk.each_node([&](const NodeRecord& node) {
+            places.x[node.number] = node.x;
+            places.y[node.number] = node.y;
+            places.given[node.number] = 1;
+        });
+    });
     return places;
 }
 
 void scan_elements(LayoutKind kind, EditSource& source, Channel& mesh_file) {
     source.first_continuum = 0;
-    const int start = mesh_file.lines_before();
-    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS}) {
-        NumberRange& range = source.elements[type - ELEMENT_CONTINUUM];
-        range = NumberRange{};
-        if (source.counts.of(type) == 0)
-            continue;
-        mesh_file.skip_lines(source.stripped.headings_of(type), "a heading line");
-        for (std::int32_t i = 0; i < source.counts.of(type); ++i)
-            range.include(read_element_number(kind, mesh_file, type));
-    }
-    mesh_file.step_back(mesh_file.lines_before() - start);
+    MeshWalk walk(kind, mesh_file, source.stripped, source.counts);
+    walk.look_ahead([&] {
+        for (const std::int8_t type : ELEMENT_TYPES)
+            source.elements[type - ELEMENT_CONTINUUM] = walk.element_numbers(type);
+    });
 }
 
 void fix_start_numbers(EditCards& edit, const EditSource& source) {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "mesh/mesh_records.h"
+#include "mesh/mesh_walk.h"
 #include "mesh/tables.h"
 
 namespace brelan {
@@ -14,12 +15,10 @@ namespace brelan {
 inline constexpr std::int32_t MOST_LIST_NUMBERS = 500;
 
 // A row of IEDIT 6. -10 leaves a field as it is.
-struct RebuildRow {
+struct RebuildRow : ElementAttributes {
     std::int32_t old_material = 0;       // MATold
     std::int32_t corner_source[4] = {};  // NS: corner sources: positions 1 to 4 in the element's own corners
     std::int32_t new_material = 0;       // MATNEW
-    std::int32_t skeleton = 0, fluid = 0, attribute = 0;  // KS, KF, IDH: by kind
-    float thickness = 0.0F, density = 0.0F;               // THIC, DEN
 };
 
 struct EditCards {
@@ -63,16 +62,6 @@ struct EditCards {
     Table<RebuildRow, MOST_REBUILD_ROWS, "the rows of Card 3.6.1-1"> continuum_rows;  // EDC
     Table<RebuildRow, MOST_REBUILD_ROWS, "the rows of Card 3.6.2-1"> beam_rows;       // EDB
     Table<RebuildRow, MOST_REBUILD_ROWS, "the rows of Card 3.6.3-1"> truss_rows;      // EDT
-};
-
-// Lowest and highest number seen.
-struct NumberRange {
-    std::int32_t lowest = NO_LOWEST_NUMBER, highest = 0;
-
-    void include(std::int32_t number) {
-        lowest = number < lowest ? number : lowest;
-        highest = number > highest ? number : highest;
-    }
 };
 
 // The mesh that is edited.

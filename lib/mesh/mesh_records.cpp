@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "mesh/attributes.h"
 #include "mesh/kinds.h"
 #include "text/free_field.h"
 #include "text/layout.h"
@@ -12,14 +13,6 @@ namespace brelan {
 namespace {
 
 constexpr Layout<"(1X,I5,4(3X,I5))"> COUNTS_LINE;
-
-constexpr Layout<"(1X,I6,7I5,1X,2(E13.6,1X))"> COUPLED_NODE;
-constexpr Layout<"(1X,I6,2I5,1X,4(E13.6,1X))"> SCALAR_NODE;
-constexpr Layout<"(1X,I6,5I5,1X,2(E13.6,1X))"> DISPLACEMENT_NODE;
-
-constexpr Layout<"(9(1X,I6),5I5,E11.4)"> COUPLED_CONTINUUM;
-constexpr Layout<"(5(1X,I6),1X,2I5)"> SCALAR_CONTINUUM;
-constexpr Layout<"(9(1X,I6),I5,2E11.4)"> DISPLACEMENT_CONTINUUM;
 
 constexpr Layout<"(5(1X,I6))"> LINE_ELEMENT;
 
@@ -31,8 +24,109 @@ constexpr std::string_view SECTION_TITLE[3] = {"   CONTINUUM ELEMENT INDEX ", " 
 constexpr std::string_view LINE_RECORD[2] = {"a beam element record (NEL, I, J, MSEC, NODEK)",
                                              "a truss element record (NEL, I, J, MATT, NODEK)"};
 
+// The records of a kind.
+struct CoupledRecords {
+    static constexpr Layout<"(1X,I6,7I5,1X,2(E13.6,1X))"> NODE{};
+    static constexpr Layout<"(1X,I6,1X,4(I5,1X),2(E13.6,1X))"> RAW_NODE{};
+    static constexpr Layout<"(9(1X,I6),5I5,E11.4)"> CONTINUUM{};
+    static constexpr Layout<"(9(1X,I6),I5,2I3,2I5,E11.4)"> NARROW_CONTINUUM{};
+
+    static void write_node(Channel& mesh_file, const NodeRecord& node) {
+        const NodeCodes& id = node.codes;
+        NODE.write(mesh_file, node.number, id[0], id[1], id[2], id[3], id[4], CONSTANT_CODE_X,
+                   CONSTANT_CODE_Y, node.x, node.y);
+    }
+    static void write_raw_node(Channel& file, std::int32_t number, float x, float y) {
+        RAW_NODE.write(file, number, 0, 0, 0, 0, x, y);
+    }
+    static void write_continuum(Channel& mesh_file, const ElementRecord& e, ElementForm form) {
+        const ElementWords& w = e.words;
+        const auto write = [&](const auto& layout) {
+            layout.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
+                         w.midside_6, w.midside_7, w.midside_8, w.material, e.skeleton, e.fluid,
+                         e.integration_r, e.integration_s, e.real_attribute);
+        };
+        if (form == ElementForm::result || form == ElementForm::raw)
+            write(CONTINUUM);
+        else
+            write(NARROW_CONTINUUM);
+    }
+};
+
+struct ScalarRecords {
+    static constexpr Layout<"(1X,I6,2I5,1X,4(E13.6,1X))"> NODE{};
+    static constexpr Layout<"(1X,I6,1X,2(I5,1X),2(E13.6,1X))"> RAW_NODE{};
+    static constexpr Layout<"(5(1X,I6),1X,2I5)"> CONTINUUM{};
+    static constexpr Layout<"(5(1X,I6),I5,I5)"> NARROW_CONTINUUM{};
+    static constexpr Layout<"(7(1X,I6))"> WIDE_CONTINUUM{};
+
+    static void write_node(Channel& mesh_file, const NodeRecord& node) {
+        NODE.write(mesh_file, node.number, node.codes[0], node.codes[1], node.x, node.y, node.head,
+                   node.coefficient);
+    }
+    static void write_raw_node(Channel& file, std::int32_t number, float x, float y) {
+        RAW_NODE.write(file, number, 0, 0, x, y);
+    }
+    static void write_continuum(Channel& mesh_file, const ElementRecord& e, ElementForm form) {
+        const ElementWords& w = e.words;
+        const auto write = [&](const auto& layout) {
+            layout.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.material,
+                         e.attribute);
+        };
+        if (form == ElementForm::result)
+            write(CONTINUUM);
+        else if (form == ElementForm::rewritten)
+            write(WIDE_CONTINUUM);
+        else
+            write(NARROW_CONTINUUM);
+    }
+};
+
+struct DisplacementRecords {
+    static constexpr Layout<"(1X,I6,5I5,1X,2(E13.6,1X))"> NODE{};
+    static constexpr Layout<"(1X,I6,1X,3(I5,1X),2(E13.6,1X))"> RAW_NODE{};
+    static constexpr Layout<"(9(1X,I6),I5,2E11.4)"> CONTINUUM{};
+    static constexpr Layout<"(9(1X,I6),I5,2E11.3)"> SHORT_CONTINUUM{};
+
+    static void write_node(Channel& mesh_file, const NodeRecord& node) {
+        const NodeCodes& id = node.codes;
+        NODE.write(mesh_file, node.number, id[0], id[1], id[2], CONSTANT_CODE_X, CONSTANT_CODE_Y, node.x,
+                   node.y);
+    }
+    static void write_raw_node(Channel& file, std::int32_t number, float x, float y) {
+        RAW_NODE.write(file, number, 0, 0, 0, x, y);
+    }
+    static void write_continuum(Channel& mesh_file, const ElementRecord& e, ElementForm form) {
+        const ElementWords& w = e.words;
+        const auto write = [&](const auto& layout) {
+            layout.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
+                         w.midside_6, w.midside_7, w.midside_8, w.material, e.thickness, e.density);
+        };
+        if (form == ElementForm::rewritten)
+            write(SHORT_CONTINUUM);
+        else
+            write(CONTINUUM);
+    }
+};
+
+template <class Action>
+void with_records(LayoutKind kind, const Action& action) {
+    if (kind == LayoutKind::coupled)
+        action(CoupledRecords{});
+    else if (has_node_values(kind))
+        action(ScalarRecords{});
+    else
+        action(DisplacementRecords{});
+}
+
 std::string_view record_name(LayoutKind kind, std::int8_t type) {
     return type == ELEMENT_CONTINUUM ? kind_row(kind).continuum_record : LINE_RECORD[type - ELEMENT_BEAM];
+}
+
+void require_number(const Channel& mesh_file, std::int32_t number, std::int32_t last, std::string_view what) {
+    if (number < 1 || number > last)
+        mesh_file.fail_behind("expected " + std::string(what) + " number from 1 to " + std::to_string(last) +
+                              ", found " + std::to_string(number));
 }
 
 }  // namespace
@@ -43,7 +137,7 @@ MeshCounts read_mesh_counts(Channel& mesh_file) {
               counts.continuum_elements, counts.beams, counts.trusses);
     if (counts.nodes < 0 || counts.nodes > HIGHEST_NODE_NUMBER)
         mesh_file.fail_behind("expected a NUMNP of 0 to 99990, found " + std::to_string(counts.nodes));
-    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS})
+    for (const std::int8_t type : ELEMENT_TYPES)
         if (counts.of(type) < 0 || counts.of(type) > HIGHEST_ELEMENT_NUMBER)
             mesh_file.fail_behind("expected element counts of 0 to 99990, found " +
                                   std::to_string(counts.of(type)));
@@ -93,24 +187,31 @@ ElementRecord read_element_record(LayoutKind kind, Channel& mesh_file, std::int8
         e.number = number;
         return e;
     }
-    switch (kind) {
-        case LayoutKind::coupled:
-            read_free(mesh_file, record_name(kind, type), e.number, w.corner_1, w.corner_2, w.corner_3,
-                      w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material, e.skeleton,
-                      e.fluid, e.integration_r, e.integration_s, e.real_attribute);
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            read_free(mesh_file, record_name(kind, type), e.number, w.corner_1, w.corner_2, w.corner_3,
-                      w.corner_4, w.material, e.attribute);
-            break;
-        case LayoutKind::displacement:
-            read_free(mesh_file, record_name(kind, type), e.number, w.corner_1, w.corner_2, w.corner_3,
-                      w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material, e.thickness,
-                      e.density);
-            break;
-    }
+    FreeFieldReader reader(mesh_file, record_name(kind, type));
+    for (std::int32_t* word : {&e.number, &w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4})
+        reader.read(*word);
+    if (kind_row(kind).element_words == 8)
+        for (std::int32_t* word : {&w.midside_5, &w.midside_6, &w.midside_7, &w.midside_8})
+            reader.read(*word);
+    reader.read(w.material);
+    for_each_attribute(kind, [&](const auto& attribute) { reader.read(e.*attribute.member); });
+    reader.finish();
     return e;
+}
+
+void require_numbers(const Channel& mesh_file, const NodeRecord& node) {
+    require_number(mesh_file, node.number, HIGHEST_NODE_NUMBER, "a node");
+}
+
+void require_numbers(const Channel& mesh_file, const ElementRecord& element) {
+    require_number(mesh_file, element.number, HIGHEST_ELEMENT_NUMBER, "an element");
+    const ElementWords& w = element.words;
+    for (const std::int32_t word :
+         {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8})
+        if (word > HIGHEST_NODE_NUMBER)
+            mesh_file.fail_behind("element " + std::to_string(element.number) +
+                                  ": expected node numbers of at most " +
+                                  std::to_string(HIGHEST_NODE_NUMBER) + ", found " + std::to_string(word));
 }
 
 std::int32_t read_element_number(LayoutKind kind, Channel& mesh_file, std::int8_t type) {
@@ -144,47 +245,20 @@ void write_section_heading(LayoutKind kind, Channel& mesh_file, std::int8_t type
 }
 
 void write_node_record(LayoutKind kind, Channel& mesh_file, const NodeRecord& node) {
-    const NodeCodes& id = node.codes;
-    switch (kind) {
-        case LayoutKind::coupled:
-            COUPLED_NODE.write(mesh_file, node.number, id[0], id[1], id[2], id[3], id[4], CONSTANT_CODE_X,
-                               CONSTANT_CODE_Y, node.x, node.y);
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            SCALAR_NODE.write(mesh_file, node.number, id[0], id[1], node.x, node.y, node.head,
-                              node.coefficient);
-            break;
-        case LayoutKind::displacement:
-            DISPLACEMENT_NODE.write(mesh_file, node.number, id[0], id[1], id[2], CONSTANT_CODE_X,
-                                    CONSTANT_CODE_Y, node.x, node.y);
-            break;
-    }
+    with_records(kind, [&](const auto& records) { records.write_node(mesh_file, node); });
 }
 
-void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type, const ElementRecord& e) {
-    const ElementWords& w = e.words;
-    if (type != ELEMENT_CONTINUUM) {
-        LINE_ELEMENT.write(mesh_file, e.number, w.corner_1, w.corner_2, w.material, CONSTANT_NODE_CODE);
-        return;
-    }
-    switch (kind) {
-        case LayoutKind::coupled:
-            COUPLED_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
-                                    w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
-                                    e.skeleton, e.fluid, e.integration_r, e.integration_s, e.real_attribute);
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            SCALAR_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
-                                   w.material, e.attribute);
-            break;
-        case LayoutKind::displacement:
-            DISPLACEMENT_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
-                                         w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
-                                         e.thickness, e.density);
-            break;
-    }
+void write_raw_node(LayoutKind kind, Channel& file, std::int32_t number, float x, float y) {
+    with_records(kind, [&](const auto& records) { records.write_raw_node(file, number, x, y); });
+}
+
+void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type, const ElementRecord& e,
+                          ElementForm form) {
+    if (type == ELEMENT_CONTINUUM)
+        with_records(kind, [&](const auto& records) { records.write_continuum(mesh_file, e, form); });
+    else
+        LINE_ELEMENT.write(mesh_file, e.number, e.words.corner_1, e.words.corner_2, e.words.material,
+                           CONSTANT_NODE_CODE);
 }
 
 void store_element(Mesh& mesh, std::int32_t number, std::int8_t type, const ElementRecord& e) {
@@ -197,67 +271,15 @@ void store_element(Mesh& mesh, std::int32_t number, std::int8_t type, const Elem
         words.midside_8 = stood.midside_8;
     }
     mesh.words[number] = words;
-    switch (mesh.kind) {
-        case LayoutKind::coupled:
-            mesh.skeleton[number] = e.skeleton;
-            mesh.fluid[number] = e.fluid;
-            mesh.integration_r[number] = e.integration_r;
-            mesh.integration_s[number] = e.integration_s;
-            mesh.real_attribute[number] = e.real_attribute;
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            mesh.attribute[number] = e.attribute;
-            break;
-        case LayoutKind::displacement:
-            mesh.thickness[number] = e.thickness;
-            mesh.density[number] = e.density;
-            break;
-    }
+    store_attributes(mesh, number, e);
 }
 
 void copy_attributes(Mesh& mesh, std::int32_t from, std::int32_t to) {
-    switch (mesh.kind) {
-        case LayoutKind::coupled:
-            mesh.skeleton[to] = mesh.skeleton[from];
-            mesh.fluid[to] = mesh.fluid[from];
-            mesh.integration_r[to] = mesh.integration_r[from];
-            mesh.integration_s[to] = mesh.integration_s[from];
-            mesh.real_attribute[to] = mesh.real_attribute[from];
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            mesh.attribute[to] = mesh.attribute[from];
-            break;
-        case LayoutKind::displacement:
-            mesh.thickness[to] = mesh.thickness[from];
-            mesh.density[to] = mesh.density[from];
-            break;
-    }
+    for_each_attribute(mesh.kind, [&](const auto& a) { (mesh.*a.column)[to] = (mesh.*a.column)[from]; });
 }
 
 ElementRecord load_element(const Mesh& mesh, std::int32_t number) {
-    ElementRecord e;
-    e.number = number;
-    e.words = mesh.words[number];
-    switch (mesh.kind) {
-        case LayoutKind::coupled:
-            e.skeleton = mesh.skeleton[number];
-            e.fluid = mesh.fluid[number];
-            e.integration_r = mesh.integration_r[number];
-            e.integration_s = mesh.integration_s[number];
-            e.real_attribute = mesh.real_attribute[number];
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            e.attribute = mesh.attribute[number];
-            break;
-        case LayoutKind::displacement:
-            e.thickness = mesh.thickness[number];
-            e.density = mesh.density[number];
-            break;
-    }
-    return e;
+    return {load_attributes(mesh, number), number, mesh.words[number]};
 }
 
 ElementRecord load_element_for_writing(const Mesh& mesh, std::int32_t number) {
@@ -265,6 +287,16 @@ ElementRecord load_element_for_writing(const Mesh& mesh, std::int32_t number) {
     if (e.attribute < 0)
         e.attribute = std::abs(e.attribute) - 100;
     return e;
+}
+
+void store_node(Mesh& mesh, std::int32_t number, const NodeRecord& node) {
+    mesh.codes[number] = node.codes;
+    mesh.x[number] = node.x;
+    mesh.y[number] = node.y;
+    if (has_node_values(mesh.kind)) {
+        mesh.head[number] = node.head;
+        mesh.coefficient[number] = node.coefficient;
+    }
 }
 
 NodeRecord load_node(const Mesh& mesh, std::int32_t number) {

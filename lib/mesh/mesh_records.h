@@ -14,11 +14,10 @@ struct MeshCounts {
     std::int32_t nodes = 0, continuum_elements = 0, beams = 0, trusses = 0;  // NUMNP, NCONT, NBEAM, NTRUS
 
     // The count of the section of an element type (ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS).
-    std::int32_t of(std::int8_t type) const {
-        return type == ELEMENT_CONTINUUM ? continuum_elements
-               : type == ELEMENT_BEAM    ? beams
-                                         : trusses;  // NCONT, NBEAM, NTRUS
+    std::int32_t& of(std::int8_t type) {
+        return type == ELEMENT_CONTINUUM ? continuum_elements : type == ELEMENT_BEAM ? beams : trusses;
     }
+    std::int32_t of(std::int8_t type) const { return MeshCounts(*this).of(type); }
 };
 
 struct NodeRecord {
@@ -28,14 +27,25 @@ struct NodeRecord {
     float head = 0.0F, coefficient = 0.0F;  // H, CF: temperature and head kinds
 };
 
-struct ElementRecord {
-    std::int32_t number = 0;  // NEL
-    ElementWords words;
+struct ElementAttributes {
     std::int32_t skeleton = 0, fluid = 0, integration_r = 0,
                  integration_s = 0;          // KS, KF, INTR, INTS: coupled kind
     float real_attribute = 0.0F;             // TBJWL
     float thickness = 0.0F, density = 0.0F;  // THIC, DEN: displacement kind
     std::int32_t attribute = 0;              // IDH: temperature and head kinds
+};
+
+struct ElementRecord : ElementAttributes {
+    std::int32_t number = 0;  // NEL
+    ElementWords words;
+};
+
+// The files that list continuum elements; each has columns of its own.
+enum class ElementForm {
+    result,     // mesh files that an edit or a combination writes
+    base,       // the mesh file of a base mesh
+    raw,        // "Index.dat"
+    rewritten,  // the mesh file with group materials
 };
 
 // What the stripper found out about a mesh file, for the reader of its working copy.
@@ -64,6 +74,10 @@ ElementRecord read_element_record(LayoutKind kind, Channel& mesh_file, std::int8
 // A beam or truss between two nodes, with the attributes that a two-node element has in memory.
 ElementRecord two_node_element(std::int32_t from, std::int32_t to, std::int32_t material);
 
+// Ends the run where the record that was read last names a node or element outside the tables.
+void require_numbers(const Channel& mesh_file, const NodeRecord& node);
+void require_numbers(const Channel& mesh_file, const ElementRecord& element);
+
 // Reads the number of an element alone.
 std::int32_t read_element_number(LayoutKind kind, Channel& mesh_file, std::int8_t type);
 
@@ -78,9 +92,12 @@ void write_node_heading(LayoutKind kind, Channel& mesh_file);
 void write_section_heading(LayoutKind kind, Channel& mesh_file, std::int8_t type);
 void write_node_record(LayoutKind kind, Channel& mesh_file, const NodeRecord& node);
 
+// A line of "Coord.dat": its codes are 0, as they follow with the base mesh.
+void write_raw_node(LayoutKind kind, Channel& file, std::int32_t number, float x, float y);
+
 // Writes the record with its fields as they are.
-void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type,
-                          const ElementRecord& element);
+void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type, const ElementRecord& element,
+                          ElementForm form = ElementForm::result);
 
 // --- between records and tables ------------------------------------------------------------------
 
@@ -95,7 +112,8 @@ void copy_attributes(Mesh& mesh, std::int32_t from, std::int32_t to);
 // The element as a result file shows it: a negative IDH as its absolute value less 100.
 ElementRecord load_element_for_writing(const Mesh& mesh, std::int32_t number);
 
-// The node of the working set at a number.
+// A node of the working set at a number. Kinds without H and CF leave those as they were.
+void store_node(Mesh& mesh, std::int32_t number, const NodeRecord& node);
 NodeRecord load_node(const Mesh& mesh, std::int32_t number);
 
 }  // namespace brelan

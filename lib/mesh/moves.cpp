@@ -100,30 +100,13 @@ float length_of(const Mesh& mesh, std::int32_t n) {
     return distance_between(mesh.x[w.corner_1], mesh.y[w.corner_1], mesh.x[w.corner_2], mesh.y[w.corner_2]);
 }
 
-// The k-th used node stands at new_number(k). Returns their count.
-std::int32_t refresh_ordinals(Mesh& mesh) {
-    mesh.node_used.fill(0);
-    const std::int32_t last = last_element(mesh);
-    for (std::int32_t n = 1; n <= last; ++n) {
-        if (mesh.type[n] == ELEMENT_DELETED)
-            continue;
-        const ElementWords& w = mesh.words[n];
-        for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
-            if (corner > 0)
-                mesh.node_used[corner] = corner;
-    }
-    std::int32_t count = 0;
-    for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n)
-        if (mesh.node_used[n] != 0)
-            mesh.new_number[++count] = n;
-    return count;
-}
-
-std::int32_t node_at(const Mesh& mesh, std::int32_t ordinal, std::int32_t count) {
+// The node at a position among the used ones.
+std::int32_t node_at(std::span<const std::int32_t> nodes, std::int32_t ordinal) {
+    const auto count = static_cast<std::int32_t>(nodes.size());
     if (ordinal < 1 || ordinal > count)
         fail("second move list: expected the position of a node from 1 to " + std::to_string(count) +
              ", found " + std::to_string(ordinal));
-    return mesh.new_number[ordinal];
+    return nodes[static_cast<std::size_t>(ordinal - 1)];
 }
 
 void apply_moves(Mesh& mesh, GroupListing& listing, const std::vector<NodeMove>& moves) {
@@ -217,12 +200,11 @@ void move_nodes(Mesh& mesh, GroupListing& listing, const MoveLists& moves) {
     if (moves.first_count > 0) {
         for (std::int32_t k = 1; k <= moves.first_count; ++k)
             orders.push_back(moves.first[k]);
-        refresh_ordinals(mesh);
     } else if (moves.second_count > 0) {
-        const std::int32_t count = refresh_ordinals(mesh);
+        const std::vector<std::int32_t> nodes = nodes_of_elements(mesh, last_element(mesh));
         for (std::int32_t k = 1; k <= moves.second_count; ++k)
-            orders.push_back({node_at(mesh, moves.second[k].moved, count),
-                              node_at(mesh, moves.second[k].target, count), moves.second[k].fraction});
+            orders.push_back({node_at(nodes, moves.second[k].moved), node_at(nodes, moves.second[k].target),
+                              moves.second[k].fraction});
     } else {
         return;
     }

@@ -61,8 +61,7 @@ bool on_segment(const Segment& s, float x, float y, float& position) {
 
 }  // namespace
 
-std::vector<std::int32_t> select_polyline(const NodePlaces& places, Selection& selection,
-                                          std::span<const std::int32_t> points) {
+std::vector<std::int32_t> select_polyline(const NodePlaces& places, std::span<const std::int32_t> points) {
     const std::vector<Segment> segments = segments_through(places, points);
     std::vector<std::vector<Claim>> claims(segments.size());
     for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n) {
@@ -83,8 +82,6 @@ std::vector<std::int32_t> select_polyline(const NodePlaces& places, Selection& s
         for (const Claim& claim : on_one)
             selected.push_back(claim.node);
     }
-    for (const std::int32_t n : selected)
-        selection.nodes[n] = n;
     return selected;
 }
 

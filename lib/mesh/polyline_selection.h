@@ -16,9 +16,8 @@ struct NodePlaces {
     Table<std::int8_t, HIGHEST_NODE_NUMBER, "NACT1"> given;
 };
 
-// Selects each node that lies on the polyline through the listed nodes. Returns the selected nodes in the
-// order of the polyline: segment by segment, along each. A node belongs to the first segment that it lies on.
-std::vector<std::int32_t> select_polyline(const NodePlaces& places, Selection& selection,
-                                          std::span<const std::int32_t> points);
+// The nodes that lie on the polyline through the listed nodes, in its order: segment by segment, along each.
+// A node belongs to the first segment that it lies on.
+std::vector<std::int32_t> select_polyline(const NodePlaces& places, std::span<const std::int32_t> points);
 
 }  // namespace brelan

@@ -18,17 +18,7 @@ void count_elements(const Mesh& mesh, ResultMesh& result) {
         if (mesh.type_in_use[n] < ELEMENT_CONTINUUM)
             continue;
         result.elements.include(n);
-        switch (mesh.type_in_use[n]) {
-            case ELEMENT_CONTINUUM:
-                ++result.counts.continuum_elements;
-                break;
-            case ELEMENT_BEAM:
-                ++result.counts.beams;
-                break;
-            default:
-                ++result.counts.trusses;
-                break;
-        }
+        ++result.counts.of(mesh.type_in_use[n]);
     }
 }
 

@@ -18,9 +18,10 @@ bool in_window(const EditCards& edit, float x, float y) {
 
 }  // namespace
 
-void prepare_selection(const EditCards& edit, Selection& selection) {
+Selection prepare_selection(const EditCards& edit) {
+    Selection selection;
     if (edit.operation < 1 || edit.operation > 3)
-        return;
+        return selection;
     if (edit.operation == 1 && edit.selection_mode == 2)
         for (const std::int32_t node : listed(edit))
             if (node < 1 || node > HIGHEST_NODE_NUMBER)
@@ -28,11 +29,12 @@ void prepare_selection(const EditCards& edit, Selection& selection) {
                                              std::to_string(HIGHEST_NODE_NUMBER) + ", found " +
                                              std::to_string(node));
     if (edit.selection_mode != 1)
-        return;
+        return selection;
     if (edit.operation == 1)
         expand_list(listed(edit), selection.nodes, edit.list_place);
     else
         expand_list(listed(edit), selection.elements, edit.list_place);
+    return selection;
 }
 
 bool takes_side(const EditCards& edit, bool inside) {

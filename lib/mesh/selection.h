@@ -38,8 +38,8 @@ std::int32_t expand_list(std::span<const std::int32_t> list, SelectionTable& tab
     return settings;
 }
 
-// Makes the selection tables ready from the cards: the expanded list for ILOC 1.
-void prepare_selection(const EditCards& edit, Selection& selection);
+// The selection that the cards list: expanded for ILOC 1, else empty.
+Selection prepare_selection(const EditCards& edit);
 
 // True when the selection takes what is inside (ISIDE 0) or outside (ISIDE 1); any other ISIDE takes nothing.
 bool takes_side(const EditCards& edit, bool inside);

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
 #include "mesh/edition.h"
 #include "mesh/table.h"
@@ -43,6 +44,11 @@ inline constexpr std::int8_t ELEMENT_CONTINUUM = 1;
 inline constexpr std::int8_t ELEMENT_BEAM = 2;
 inline constexpr std::int8_t ELEMENT_TRUSS = 3;
 
+// Those of the sections of a mesh file, in their order.
+inline constexpr std::int8_t ELEMENT_TYPES[3] = {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS};
+
+using ElementTypes = Table<std::int8_t, HIGHEST_ELEMENT_NUMBER, "EACT1">;
+
 // One mesh, by the numbers of its nodes and elements.
 struct Mesh {
     LayoutKind kind = LayoutKind::displacement;
@@ -54,16 +60,12 @@ struct Mesh {
     Table<float, HIGHEST_NODE_NUMBER, "CF">
         coefficient;  // further node value of the temperature and head kinds
     Table<std::int8_t, HIGHEST_NODE_NUMBER, "NACT1"> node_in_use;  // 1: number in use
-    Table<std::int32_t, HIGHEST_NODE_NUMBER, "NUSED">
-        node_used;  // 0, or the node's own number when an element refers to it
-    Table<std::int32_t, HIGHEST_NODE_NUMBER, "NMAP">
-        new_number;  // old to new number; negative for a node merged into it
     Table<std::int8_t, HIGHEST_NODE_NUMBER, "NMARK"> node_mark;  // the group engine's mark; follows its node
 
     Table<ElementWords, HIGHEST_ELEMENT_NUMBER, "IEL"> words;
-    Table<std::int8_t, HIGHEST_ELEMENT_NUMBER, "EACT1"> type_in_use;  // type of the elements of the result
-    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "ETYPE"> type;        // type during an edit
-    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "KS"> skeleton;       // attributes of the coupled kind
+    ElementTypes type_in_use;                                    // type of the elements of the result
+    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "ETYPE"> type;   // type during an edit
+    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "KS"> skeleton;  // attributes of the coupled kind
     Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "KF"> fluid;
     Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "INTR"> integration_r;
     Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "INTS"> integration_s;
@@ -73,16 +75,8 @@ struct Mesh {
     Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "IDH"> attribute;  // of the temperature and head kinds
 };
 
-// The first region of a combination, beside the tables of the second.
-struct SideTables {
-    Table<NodeCodes, HIGHEST_NODE_NUMBER, "IDN1"> codes;
-    Table<float, HIGHEST_NODE_NUMBER, "XC1"> x;
-    Table<float, HIGHEST_NODE_NUMBER, "YC1"> y;
-    Table<float, HIGHEST_NODE_NUMBER, "H1"> head;
-    Table<float, HIGHEST_NODE_NUMBER, "CF1"> coefficient;
-    Table<std::int8_t, HIGHEST_NODE_NUMBER, "NACT2"> second_node_in_use;
-    Table<std::int8_t, HIGHEST_ELEMENT_NUMBER, "EACT2"> second_type_in_use;
-};
+// Another number for each node; 0 for none.
+using NodeNumbers = Table<std::int32_t, HIGHEST_NODE_NUMBER, "NMAP">;
 
 // What a list card names: entry n is n when number n was listed.
 struct Selection {
@@ -92,9 +86,12 @@ struct Selection {
 
 // --- routines ------------------------------------------------------------------------------------
 
-// Empties the tables for a deck: nothing active, codes and coordinates 0, new_number the identity.
+// Empties the tables for a deck: nothing active, codes and coordinates 0.
 // Element words, H, CF and attributes stay: a slot that the new mesh leaves unused keeps what the deck before
 // it left there.
-void reset_mesh(Mesh& mesh, SideTables& side, Selection& selection);
+void reset_mesh(Mesh& mesh);
+
+// The nodes that are corners of the elements from 1 to the last one, deleted ones apart, in ascending number.
+std::vector<std::int32_t> nodes_of_elements(const Mesh& mesh, std::int32_t last_element);
 
 }  // namespace brelan

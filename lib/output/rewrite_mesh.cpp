@@ -4,47 +4,19 @@
 #include "text/channel_numbers.h"
 #include "text/channels.h"
 #include "text/free_field.h"
-#include "text/layout.h"
 #include "text/trace.h"
 
 namespace brelan {
 
 namespace {
 
-constexpr Layout<"(9(1X,I6),I5,2I3,2I5,E11.4)"> COUPLED_CONTINUUM;
-constexpr Layout<"(9(1X,I6),I5)"> SCALAR_CONTINUUM;
-constexpr Layout<"(9(1X,I6),I5,2E11.3)"> DISPLACEMENT_CONTINUUM;
-constexpr Layout<"(5(1X,I6))"> LINE_ELEMENT;
-
 void copy_cut(Channel& from, Channel& to) {
     const std::string_view line = from.read_whole_line("a line of the mesh");
     to.write_line(line.substr(0, line.find_last_not_of(' ') + 1));
 }
 
-void write_continuum(LayoutKind kind, Channel& mesh_file, const ElementRecord& e) {
-    const ElementWords& w = e.words;
-    switch (kind) {
-        case LayoutKind::coupled:
-            COUPLED_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
-                                    w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
-                                    e.skeleton, e.fluid, e.integration_r, e.integration_s, e.real_attribute);
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            // Seven values: the columns are those of a longer record that ends early.
-            SCALAR_CONTINUUM.write_front(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
-                                         w.material, e.attribute);
-            break;
-        case LayoutKind::displacement:
-            DISPLACEMENT_CONTINUUM.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4,
-                                         w.midside_5, w.midside_6, w.midside_7, w.midside_8, w.material,
-                                         e.thickness, e.density);
-            break;
-    }
-}
-
 // Beams and trusses keep their materials.
-void copy_line_elements(Channel& from, Channel& to, std::int32_t count) {
+void copy_line_elements(LayoutKind kind, Channel& from, Channel& to, std::int8_t type, std::int32_t count) {
     if (count == 0)
         return;
     copy_cut(from, to);
@@ -53,7 +25,9 @@ void copy_line_elements(Channel& from, Channel& to, std::int32_t count) {
         std::int32_t number = 0, first = 0, second = 0, material = 0, node_code = 0;
         read_free(from, "a beam or truss element record of five integers", number, first, second, material,
                   node_code);
-        LINE_ELEMENT.write(to, number, first, second, material, node_code);
+        ElementRecord element = two_node_element(first, second, material);
+        element.number = number;
+        write_element_record(kind, to, type, element);
     }
 }
 
@@ -80,12 +54,12 @@ void rewrite_mesh(Channels& channels, Trace& trace, const Settings& settings, st
                      " NEWMAT(I) = ", new_material[static_cast<std::size_t>(i)], " NEWMAT(N) = ", material);
         if (material > 0)
             element.words.material = material;
-        write_continuum(settings.kind(), mesh_file, element);
+        write_element_record(settings.kind(), mesh_file, ELEMENT_CONTINUUM, element, ElementForm::rewritten);
     }
     trace.values(2, " Pass 27.1.8 ", " NBEAMA= ", counts.beams, " NNBEAMA= ", counts.beams,
                  " NTRUSA = ", counts.trusses);
-    copy_line_elements(copy, mesh_file, counts.beams);
-    copy_line_elements(copy, mesh_file, counts.trusses);
+    copy_line_elements(settings.kind(), copy, mesh_file, ELEMENT_BEAM, counts.beams);
+    copy_line_elements(settings.kind(), copy, mesh_file, ELEMENT_TRUSS, counts.trusses);
     while (!copy.at_end())
         copy_cut(copy, mesh_file);
     channels.close(CHANNEL_MESH_COPY);

@@ -1,8 +1,16 @@
 #include "run/base_mesh_run.h"
 
-#include "blocks/block_deck.h"
-#include "blocks/block_mesh.h"
+#include <string>
+#include <utility>
+
+#include "blocks/base_file.h"
+#include "blocks/base_mesh.h"
+#include "blocks/block_file.h"
+#include "blocks/block_grid.h"
+#include "blocks/raw_mesh.h"
 #include "run/run.h"
+#include "text/channel_numbers.h"
+#include "text/run_end.h"
 #include "text/trace.h"
 
 namespace brelan {
@@ -19,13 +27,42 @@ void check_strips(std::string_view card, std::int32_t count, const Strips& strip
 
 }  // namespace
 
+void generate_base_mesh(Run& run, const BlockPlan& plan) {
+    const LayoutKind kind = run.settings.kind();
+    const auto open = [&](int number, std::string_view name, OpenStatus status) -> Channel& {
+        Channel& file = run.channels.open(number, name, status);
+        file.set_write_only(true);
+        return file;
+    };
+    write_block_file(kind, plan, run.deck.blocks.third, open(CHANNEL_BLOCKS, "Bmesh.Tmp", OpenStatus::work));
+    run.channels.close(CHANNEL_BLOCKS);
+    Channel& coordinates = open(CHANNEL_COORDINATES, "Coord.dat", OpenStatus::work);
+    Channel& index = open(CHANNEL_INDEX, "Index.dat", OpenStatus::work);
+    Channel& base = open(CHANNEL_BASE, "..\\Bmesh.dat", OpenStatus::result);
+    refuse_unwritable(kind, plan);
+    const BlockGrid grid = lay_out_blocks(plan);
+    if (const std::int64_t required = work_space_of(grid); required > WORK_SPACE) {
+        write_work_space(required, coordinates);
+        stop_run("100");
+    }
+    RawMesh raw = make_raw_mesh(grid);
+    write_raw_nodes(kind, raw, coordinates);
+    write_raw_elements(kind, raw, index);
+    run.channels.close(CHANNEL_COORDINATES);
+    run.channels.close(CHANNEL_INDEX);
+    refuse_unwritable(raw);
+    const BaseMesh mesh = make_base_mesh(kind, run.deck.blocks, std::move(raw));
+    write_base_file(kind, mesh, base);
+    run.channels.close(CHANNEL_BASE);
+    refuse_too_large(mesh);
+}
+
 std::int32_t run_base_mesh(Run& run) {
     run.trace.pass(" Pass 4A ", 4.1F);
     run.deck.require(DeckPart::base_mesh);
     check_strips("Card 4.3 (W, DX, AX)", run.deck.blocks.block_columns, run.deck.blocks.columns);
     check_strips("Card 4.4 (H, DY, AY)", run.deck.blocks.block_rows, run.deck.blocks.rows);
-    write_block_file(run.channels, run.settings.kind(), run.deck.blocks, run.field);
-    make_block_mesh(run.channels, run.settings.kind(), run.deck.blocks, run.field);
+    generate_base_mesh(run, plan_blocks(run.deck.blocks));
     run.trace.pass(" Pass 4B ", 4.2F);
     return run.deck.blocks.edit_follows;
 }

@@ -16,40 +16,38 @@ namespace brelan {
 namespace {
 
 // The first region, between Passes 6 and 13.
-void read_first_region(Run& run) {
+RegionTables read_first_region(Run& run) {
+    RegionTables first;
     run.trace.pass(" Pass 6 ", 6.0F);
     Channel& mesh_file = run.channels.at(CHANNEL_MESH_A);
-    read_region_head(run.settings.kind(), mesh_file, run.combination.first);
+    Region& region = run.combination.first;
+    read_region_head(run.settings.kind(), mesh_file, region);
     run.trace.pass(" Pass 8 ", 8.0F);
-    read_first_nodes(run.combination, run.mesh, run.side, mesh_file);
+    read_first_nodes(run.combination, run.mesh, first, mesh_file);
     run.trace.pass(" Pass 9 ", 9.0F);
-    if (run.combination.first.counts.continuum_elements > 0) {
+    if (region.counts.continuum_elements > 0) {
         run.trace.pass(" Pass 10 ", 10.0F);
-        read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.first,
-                             ELEMENT_CONTINUUM);
+        read_region_elements(run.mesh, first.type_in_use, mesh_file, region, ELEMENT_CONTINUUM);
         run.trace.pass(" Pass 11 ", 11.0F);
     }
-    if (run.combination.first.counts.beams > 0) {
-        read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.first,
-                             ELEMENT_BEAM);
+    if (region.counts.beams > 0) {
+        read_region_elements(run.mesh, first.type_in_use, mesh_file, region, ELEMENT_BEAM);
         run.trace.pass(" Pass 12 ", 12.0F);
     }
-    if (run.combination.first.counts.trusses > 0) {
-        read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.first,
-                             ELEMENT_TRUSS);
+    if (region.counts.trusses > 0) {
+        read_region_elements(run.mesh, first.type_in_use, mesh_file, region, ELEMENT_TRUSS);
         run.trace.pass(" Pass 13 ", 13.0F);
     }
+    return first;
 }
 
 void read_second_region(Run& run) {
     run.trace.pass(" Pass 28 ", 28.0F);
     Channel& mesh_file = run.channels.at(CHANNEL_MESH_B);
     read_region_head(run.settings.kind(), mesh_file, run.combination.second);
-    read_second_nodes(run.combination, run.mesh, run.side, mesh_file);
-    for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS})
-        if (run.combination.second.counts.of(type) > 0)
-            read_region_elements(run.combination, run.mesh, run.side, mesh_file, run.combination.second,
-                                 type);
+    read_second_nodes(run.combination, run.mesh, mesh_file);
+    for (const std::int8_t type : ELEMENT_TYPES)
+        read_region_elements(run.mesh, run.mesh.type_in_use, mesh_file, run.combination.second, type);
     run.trace.pass(" Pass 29 ", 29.0F);
 }
 
@@ -63,41 +61,40 @@ void read_second_region(Run& run) {
     stop_run("100");
 }
 
-void match_nodes(Run& run) {
+NodeNumbers match_nodes(Run& run, const RegionTables& first) {
     if (run.deck.combination.interface_rule == 1) {
-        match_listed_nodes(run.deck.combination, run.mesh, run.side);
+        NodeNumbers matches = match_listed_nodes(run.deck.combination, run.mesh, first);
         run.trace.pass(" Pass 32 ", 32.0F);
-        return;
+        return matches;
     }
     run.trace.pass(" Pass 30 ", 30.0F);
-    const float spacing = smallest_spacing(run.combination, run.mesh, run.side);
+    const float spacing = smallest_spacing(run.combination, run.mesh, first);
     run.trace.pass(" Pass 31 ", 31.0F);
     run.trace.pass(" Pass 32 ", 32.0F);
-    match_nearest_nodes(run.combination, run.mesh, run.side, spacing);
+    return match_nearest_nodes(run.combination, run.mesh, first, spacing);
 }
 
-void write_combined(Run& run) {
-    ResultMesh result;
+void write_combined(Run& run, const RegionTables& first) {
     Channel& mesh_file = run.channels.at(CHANNEL_WORK);
     run.trace.pass(" Pass 35 ", 35.0F);
     run.trace.pass(" Pass 36 ", 36.0F);
-    count_combined(run.mesh, run.side, result);
+    const ResultMesh result = count_combined(run.mesh, first);
     run.trace.pass(" Pass 37 ", 37.0F);
     write_mesh_head(mesh_file, run.deck.names.result.view(), result.counts);
     run.trace.pass(" Pass 38 ", 38.0F);
     write_node_heading(run.settings.kind(), mesh_file);
-    write_combined_nodes(run.mesh, mesh_file, result);
+    write_result_nodes(run.mesh, mesh_file, result);
     if (result.counts.continuum_elements > 0) {
         run.trace.pass(" Pass 39 ", 39.0F);
-        write_combined_elements(run.mesh, run.side, mesh_file, result, ELEMENT_CONTINUUM);
+        write_combined_elements(run.mesh, first, mesh_file, result, ELEMENT_CONTINUUM);
     }
     if (result.counts.beams > 0) {
         run.trace.pass(" Pass 40 ", 40.0F);
-        write_combined_elements(run.mesh, run.side, mesh_file, result, ELEMENT_BEAM);
+        write_combined_elements(run.mesh, first, mesh_file, result, ELEMENT_BEAM);
     }
     if (result.counts.trusses > 0) {
         run.trace.pass(" Pass 41 ", 41.0F);
-        write_combined_elements(run.mesh, run.side, mesh_file, result, ELEMENT_TRUSS);
+        write_combined_elements(run.mesh, first, mesh_file, result, ELEMENT_TRUSS);
     }
 }
 
@@ -124,16 +121,16 @@ void open_combination(Run& run) {
 }
 
 void run_combination(Run& run) {
-    read_first_region(run);
+    const RegionTables first = read_first_region(run);
     read_second_region(run);
     if (regions_collide(run.combination))
         report_collision(run);
-    match_nodes(run);
+    const NodeNumbers matches = match_nodes(run, first);
     run.trace.pass(" Pass 33 ", 33.0F);
-    merge_nodes(run.combination, run.mesh, run.side);
+    const NodeNumbers new_numbers = merge_nodes(run.combination, run.mesh, first, matches);
     run.trace.pass(" Pass 34 ", 34.0F);
-    renumber_first_elements(run.combination, run.mesh);
-    write_combined(run);
+    renumber_first_elements(run.combination, run.mesh, first, new_numbers);
+    write_combined(run, first);
     copy_result(run.channels.at(CHANNEL_WORK), run.channels.at(CHANNEL_RESULT_COPY));
 }
 

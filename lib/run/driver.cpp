@@ -63,7 +63,7 @@ void run_mode_1(Run& run) {
 
 // A base mesh that no edit follows is passed on unchanged.
 void run_base_mesh_alone(Run& run) {
-    reset_mesh(run.mesh, run.side, run.selection);
+    reset_mesh(run.mesh);
     run.deck.names.first = TextLine("..\\Bmesh.dat");
     run.deck.names.result = TextLine("Basic.Tmp");
     open_edit_files(run);
@@ -121,7 +121,7 @@ void run_deck(Run& run) {
             return;
         }
     }
-    reset_mesh(run.mesh, run.side, run.selection);
+    reset_mesh(run.mesh);
     run.trace.pass(" Pass 4D ", 4.4F);
     if (mode == 0) {
         run_mode_0(run);

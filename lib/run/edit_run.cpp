@@ -53,15 +53,16 @@ void trace_edit(Run& run) {
 }
 
 // Pass 7: the nodes on a listed polyline.
-void select_on_polyline(Run& run, Channel& mesh_file) {
+void select_on_polyline(Run& run, Channel& mesh_file, Selection& selection) {
     run.trace.pass(" Pass 7A ", 7.1F);
     run.trace.pass(" Pass 7B ", 7.2F);
     const NodePlaces places = read_node_places(run.settings.kind(), run.source, mesh_file);
     run.trace.pass(" Pass 7C-1 ", 7.31F);
     if (run.deck.edit.list_count > 0)
-        select_polyline(
-            places, run.selection,
-            std::span(&run.deck.edit.list[1], static_cast<std::size_t>(run.deck.edit.list_count)));
+        for (const std::int32_t node : select_polyline(
+                 places,
+                 std::span(&run.deck.edit.list[1], static_cast<std::size_t>(run.deck.edit.list_count))))
+            selection.nodes[node] = node;
     run.trace.pass(" Pass 7C-2 ", 7.32F);
     run.trace.pass(" Pass 7D ", 7.4F);
 }
@@ -71,11 +72,11 @@ void load_mesh(Run& run) {
     run.trace.pass(" Pass 6 ", 6.0F);
     Channel& mesh_file = run.channels.at(CHANNEL_MESH_A);
     scan_nodes(run.settings.kind(), run.source, mesh_file);
-    prepare_selection(run.deck.edit, run.selection);
+    Selection selection = prepare_selection(run.deck.edit);
     if (run.deck.edit.operation == 1 && run.deck.edit.selection_mode == 2)
-        select_on_polyline(run, mesh_file);
+        select_on_polyline(run, mesh_file, selection);
     run.trace.pass(" Pass 8 ", 8.0F);
-    edit_nodes(run.deck.edit, run.source, run.mesh, run.selection, mesh_file);
+    edit_nodes(run.deck.edit, run.source, run.mesh, selection, mesh_file);
     std::optional<SlopeSplit> split;
     if (run.deck.edit.operation == 5)
         split = map_slope_nodes(run);
@@ -84,15 +85,15 @@ void load_mesh(Run& run) {
     fix_start_numbers(run.deck.edit, run.source);
     if (run.source.counts.continuum_elements > 0) {
         run.trace.pass(" Pass 10 ", 10.0F);
-        edit_elements(run.deck.edit, run.source, run.mesh, run.selection, mesh_file, ELEMENT_CONTINUUM);
+        edit_elements(run.deck.edit, run.source, run.mesh, selection, mesh_file, ELEMENT_CONTINUUM);
         run.trace.pass(" Pass 11 ", 11.0F);
     }
     if (run.source.counts.beams > 0) {
-        edit_elements(run.deck.edit, run.source, run.mesh, run.selection, mesh_file, ELEMENT_BEAM);
+        edit_elements(run.deck.edit, run.source, run.mesh, selection, mesh_file, ELEMENT_BEAM);
         run.trace.pass(" Pass 12 ", 12.0F);
     }
     if (run.source.counts.trusses > 0) {
-        edit_elements(run.deck.edit, run.source, run.mesh, run.selection, mesh_file, ELEMENT_TRUSS);
+        edit_elements(run.deck.edit, run.source, run.mesh, selection, mesh_file, ELEMENT_TRUSS);
         run.trace.pass(" Pass 13 ", 13.0F);
     }
     if (run.deck.edit.operation == 5)
@@ -115,13 +116,13 @@ void run_compaction(Run& run) {
     run.trace.pass(" Pass 15 ", 15.0F);
     const std::int32_t elements = pack_elements(run.mesh);
     run.trace.pass(" Pass 16 ", 16.0F);
-    const std::int32_t nodes = pack_nodes(run.mesh);
+    const PackedNodes nodes = pack_nodes(run.mesh, elements);
     run.trace.pass(" Pass 17 ", 17.0F);
-    renumber_corners(run.mesh, elements, run.deck.edit.first_node);
+    renumber_corners(run.mesh, elements, nodes, run.deck.edit.first_node);
     if (run.deck.edit.operation == 4)
-        renumber_lines(run, run.deck.edit.first_node);
+        renumber_lines(run, nodes, run.deck.edit.first_node);
     run.trace.pass(" Pass 18 ", 18.0F);
-    place_nodes(run.deck.edit, run.mesh, nodes, run.deck.edit.first_node);
+    place_nodes(run.deck.edit, run.mesh, nodes.count, run.deck.edit.first_node);
     run.trace.pass(" Pass 19 ", 19.0F);
     place_elements(run.deck.edit, run.mesh, elements, run.deck.edit.first_element);
 }

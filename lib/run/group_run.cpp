@@ -61,10 +61,10 @@ void run_collapse_and_moves(Run& run) {
     move_nodes(run.mesh, run.listing, run.moves);
 }
 
-void renumber_lines(Run& run, std::int32_t first_node) {
+void renumber_lines(Run& run, const PackedNodes& nodes, std::int32_t first_node) {
     for (ListingRow& row : run.listing.rows)
         for (std::int32_t& node : row.nodes)
-            node = run.mesh.node_used[node] != 0 ? first_node - 1 + run.mesh.new_number[node] : 0;
+            node = nodes.position[node] != 0 ? first_node - 1 + nodes.position[node] : 0;
 }
 
 Membership prepare_members(Run& run, const NumberRange& elements) {
@@ -76,10 +76,11 @@ Membership prepare_members(Run& run, const NumberRange& elements) {
         for (const MemberRecord& member : members_of(membership, run.mesh, run.tolerances, e, type)) {
             const GroupPost& outputs = run.deck.groups.outputs[member.group];
             if (outputs_list(run.settings.kind(), run.deck.groups, member))
-                fail_at(outputs.place, "Card 3.3.5.4.1: expected materials of 1 or more in a group with outputs (IGPOST " +
-                     std::to_string(outputs.wants_outputs) + "), but group " + std::to_string(member.group) +
-                     " lists element " + std::to_string(e) + " with material " +
-                     std::to_string(member.material));
+                fail_at(outputs.place,
+                        "Card 3.3.5.4.1: expected materials of 1 or more in a group with outputs (IGPOST " +
+                            std::to_string(outputs.wants_outputs) + "), but group " +
+                            std::to_string(member.group) + " lists element " + std::to_string(e) +
+                            " with material " + std::to_string(member.material));
         }
     }
     return membership;

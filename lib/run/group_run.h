@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "group/membership.h"
+#include "mesh/compaction.h"
 #include "mesh/result_file.h"
 #include "output/group_members.h"
 #include "text/channels.h"
@@ -23,7 +24,7 @@ void run_collapse_and_moves(Run& run);
 
 // The lines of the groups follow their nodes through the compaction, between Passes 17 and 18; a node that no
 // element has becomes 0.
-void renumber_lines(Run& run, std::int32_t first_node);
+void renumber_lines(Run& run, const PackedNodes& nodes, std::int32_t first_node);
 
 // Makes ready for the members of the groups in the finished mesh. Ends the run, with the card that asks for
 // outputs, when they would list an element whose material is below 0: their tables count materials from 1.

@@ -35,11 +35,8 @@ struct Run {
     DeckList decks;
     CardMemory card_memory;
     Deck deck;
-    FieldBounds field;
     EditSource source;
-    Selection selection;
     Mesh mesh;
-    SideTables side;
     Combination combination;
     MoveLists moves;
     LineUp line_up;

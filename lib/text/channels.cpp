@@ -121,6 +121,13 @@ void Channel::open_to_append(const Channels& channels, std::string_view name) {
     open_ = true;
 }
 
+void Channel::open_in_memory(std::string_view name, std::string_view text) {
+    name_ = name;
+    content_.resize(text.size());
+    std::copy(text.begin(), text.end(), content_.data());
+    scratch_ = writable_ = open_ = true;
+}
+
 void Channel::flush() {
     if (!writable_ || broken_ || file_ == nullptr || on_disk_ >= content_.size())
         return;
@@ -156,6 +163,8 @@ void Channel::close(CloseAction action) {
     if (file != nullptr && std::fclose(file) != 0 && action == CloseAction::keep)
         fail_write();
     if (scratch_) {
+        if (path_.empty())
+            return;
         // One that a broken-off run has left goes, as it would if this channel had been it.
         std::error_code none_there;
         fs::remove(path_, none_there);
@@ -264,6 +273,12 @@ Channel& Channels::open(int number, std::string_view name, OpenStatus status) {
 Channel& Channels::continue_file(int number, std::string_view name) {
     Channel& opened = begin(number);
     opened.open_to_append(*this, name);
+    return opened;
+}
+
+Channel& Channels::open_in_memory(int number, std::string_view name, std::string_view text) {
+    Channel& opened = begin(number);
+    opened.open_in_memory(name, text);
     return opened;
 }
 

@@ -114,6 +114,9 @@ public:
     const LineOrigin& origin() const { return origin_; }
     void set_origin(const LineOrigin& origin) { origin_ = origin; }
 
+    // What the channel holds; the view is good until it is written or closed.
+    std::string_view text() const { return {content_.data(), content_.size()}; }
+
     // Writes what is pending to disk.
     void flush();
 
@@ -129,6 +132,7 @@ private:
 
     void open(const Channels& channels, std::string_view name, OpenStatus status);
     void open_to_append(const Channels& channels, std::string_view name);
+    void open_in_memory(std::string_view name, std::string_view text);
     void close(CloseAction action);
     std::FILE* open_source() const;
     void read_content();
@@ -176,6 +180,9 @@ public:
 
     // Opens a file that this run began earlier to write on behind its end.
     Channel& continue_file(int number, std::string_view name);
+
+    // Opens a channel without a file, on a text that is read or written on; `name` stands for it in messages.
+    Channel& open_in_memory(int number, std::string_view name, std::string_view text = {});
 
     // Closes a channel, keeping or deleting its file. A channel that is not open is passed over.
     void close(int number, CloseAction action = CloseAction::keep);

@@ -93,6 +93,11 @@ Decimal decimal(double magnitude, int digits) {
     return result;
 }
 
+// Columns of an Ew.d without the zero in front of its point: sign, point, digits, E+00.
+int columns_of(int digits, int lead, bool negative) {
+    return digits + 5 + (negative ? 1 : 0) + lead;
+}
+
 void fill(char* field, int width, char c) {
     std::memset(field, c, static_cast<std::size_t>(width));
 }
@@ -107,7 +112,7 @@ void put_mantissa(char* field, int width, int digits, int lead, float value) {
     const bool negative = value < 0.0F;
     const Decimal number = decimal(std::abs(static_cast<double>(value)), digits + lead);
     const int exponent = value == 0.0F ? 0 : number.exponent - lead;
-    const int needed = digits + 5 + (negative ? 1 : 0) + lead;  // sign, lead, point, digits, E+00
+    const int needed = columns_of(digits, lead, negative);
     if (needed > width) {
         fill(field, width, '*');
         return;
@@ -322,6 +327,26 @@ NumberScan scan_number(const char*& text, const char* end, float& value) {
     value = negative ? -magnitude : magnitude;
     text = at;
     return NumberScan::ok;
+}
+
+bool round_trip_exponent(int width, int digits, float value, float& read) {
+    const bool negative = value < 0.0F;
+    if (!std::isfinite(value) || columns_of(digits, 0, negative) > width)
+        return false;
+    const Decimal shown = decimal(std::abs(static_cast<double>(value)), digits);
+    if (!quick_real(shown.digits, shown.exponent - digits, read))
+        return false;
+    read = negative ? -read : read;
+    return true;
+}
+
+float read_field(const char* text, const char* end) {
+    while (text != end && *text == ' ')
+        ++text;
+    float value = 0.0F;
+    return scan_number(text, end, value) == NumberScan::ok && text == end
+               ? value
+               : std::numeric_limits<float>::quiet_NaN();
 }
 
 }  // namespace brelan

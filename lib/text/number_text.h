@@ -21,6 +21,9 @@ void put_scientific(char* field, int width, int digits, float value);
 // Fw.d: fixed point.
 void put_fixed(char* field, int width, int digits, float value);
 
+// What is read back of an Ew.d, without the text. False where only the text can tell.
+bool round_trip_exponent(int width, int digits, float value, float& read);
+
 enum class NumberScan {
     ok,
     not_a_number,  // another text, or digits that a separator or a sign does not end
@@ -33,6 +36,9 @@ enum class NumberScan {
 // Reals: 5, 5., .5, +3, 1.5E3, 1.5D+3, 1.5+3; one below the smallest normal number is 0.
 NumberScan scan_number(const char*& text, const char* end, std::int32_t& value);
 NumberScan scan_number(const char*& text, const char* end, float& value);
+
+// The real that a field holds alone, in front of it blanks; not a number for any other text.
+float read_field(const char* text, const char* end);
 
 // True for a character that ends a number.
 constexpr bool separates(char c) {

@@ -17,17 +17,10 @@ namespace fs = std::filesystem;
 
 // The first edition of a kind.
 std::int32_t edition_of(LayoutKind kind) {
-    switch (kind) {
-        case LayoutKind::coupled:
-            return 2;
-        case LayoutKind::temperature:
-            return 5;
-        case LayoutKind::head:
-            return 9;
-        case LayoutKind::displacement:
-            break;
-    }
-    return 1;
+    std::int32_t edition = 1;
+    while (kind_of(edition) != kind)
+        ++edition;
+    return edition;
 }
 
 std::string word_behind(std::string_view line, std::string_view key) {

@@ -4,7 +4,7 @@
 #include <limits>
 #include <random>
 
-#include "blocks/block_deck.h"
+#include "blocks/block_plan.h"
 #include "support/state.h"
 
 namespace brelan::test {

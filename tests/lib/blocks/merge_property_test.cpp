@@ -3,9 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <random>
-#include <sstream>
 
-#include "blocks/base_file.h"
+#include "blocks/base_mesh.h"
 #include "lib/blocks/hand_written.h"
 #include "mesh/tables.h"
 #include "plane/point.h"
@@ -41,55 +40,43 @@ std::vector<std::int32_t> plain_merge(const std::vector<Place>& places) {
     return map;
 }
 
+// Where the raw list shows a coordinate: to six digits.
+float shown(float value) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.5E", static_cast<double>(value));
+    return std::strtof(text, nullptr);
+}
+
 class BaseMeshMerge : public BlockMeshTest {
 protected:
-    // Merges the places through the raw lists, with four nodes on each raw element, and holds the numbers in
-    // the base mesh file against the plain scan.
+    // Merges the places, with four nodes on each raw element, and holds the numbers of its corners against
+    // the plain scan.
     void expect_plain_merge(std::vector<Place> places, const std::string& what) {
         while (places.size() % 4 != 0)
             places.push_back({100.0F, static_cast<float>(places.size())});
-        std::string coord_text, index_text;
-        char line[200];
-        for (std::size_t n = 1; n <= places.size(); ++n) {
-            // Six digits, as the list has them; the test goes on with what the text says.
-            std::snprintf(line, sizeof line, "%zu 0 0 0 %.5E %.5E\n", n, static_cast<double>(places[n - 1].x),
-                          static_cast<double>(places[n - 1].y));
-            coord_text += line;
-            char* at = line + std::to_string(n).size() + 6;
-            places[n - 1].x = std::strtof(at, &at);
-            places[n - 1].y = std::strtof(at, &at);
+        RawMesh raw{"merge", {-1000.0F, 1000.0F, -1000.0F, 1000.0F}, 1, 1, {}, {}};
+        for (Place& place : places) {
+            raw.nodes.push_back({place.x, place.y});
+            place = {shown(place.x), shown(place.y)};
         }
-        for (std::size_t e = 0; e < places.size() / 4; ++e) {
-            std::snprintf(line, sizeof line, "%zu %zu %zu %zu %zu 0 0 0 0 1 1.0 2.0\n", e + 1, 4 * e + 1,
-                          4 * e + 2, 4 * e + 3, 4 * e + 4);
-            index_text += line;
+        const auto count = static_cast<std::int32_t>(places.size());
+        for (std::int32_t n = 1; n < count; n += 4) {
+            ElementRecord element;
+            element.words = {n, n + 1, n + 2, n + 3, 0, 0, 0, 0, 1};
+            raw.elements.push_back(element);
         }
-        RawMesh raw;
-        raw.title = "merge";
-        raw.last_node = static_cast<std::int32_t>(places.size());
-        raw.last_element = static_cast<std::int32_t>(places.size() / 4);
-        directory().write("work/Coord.dat", coord_text);
-        directory().write("work/Index.dat", index_text);
-        write_base_file(state.settings.kind(), state.deck.blocks, state.field,
-                        state.channels.open(31, "Coord.dat", OpenStatus::old),
-                        state.channels.open(32, "Index.dat", OpenStatus::old),
-                        state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result), raw);
-        state.channels.close_all();
+        const BaseMesh mesh = make_base_mesh(state.settings.kind(), state.deck.blocks, std::move(raw));
 
         const std::vector<std::int32_t> expected = plain_merge(places);
-        const std::vector<std::string> lines = records();
         const auto nodes = static_cast<std::size_t>(*std::max_element(expected.begin() + 1, expected.end()));
-        ASSERT_EQ(lines.size(), nodes + places.size() / 4 + 2) << what;
-        std::size_t wrong = 0;
-        for (std::size_t e = 0; e < places.size() / 4; ++e) {
-            std::istringstream in(lines[nodes + e]);
-            std::int32_t number = 0;
-            in >> number;
-            for (std::size_t k = 1; k <= 4; ++k) {
-                in >> number;
-                wrong += number != expected[4 * e + k];
-            }
+        ASSERT_EQ(mesh.nodes.size(), nodes) << what;
+        std::size_t wrong = 0, raw_node = 0;
+        for (const ElementRecord& element : mesh.elements) {
+            const ElementWords& w = element.words;
+            for (const std::int32_t number : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
+                wrong += number != expected[++raw_node];
         }
+        EXPECT_EQ(raw_node, places.size()) << what;
         EXPECT_EQ(wrong, 0U) << what;
     }
 

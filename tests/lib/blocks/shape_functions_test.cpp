@@ -5,7 +5,7 @@
 #include <cmath>
 #include <random>
 
-#include "blocks/block_mesh.h"
+#include "blocks/raw_mesh.h"
 #include "support/state.h"
 
 namespace brelan::test {

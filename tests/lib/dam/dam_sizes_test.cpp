@@ -57,7 +57,8 @@ protected:
         state.deck.dam = DamCards{};
         state.deck.dam.height = 20.0F, state.deck.dam.water_height = 15.0F;
         state.deck.dam.left_run = 20.0F, state.deck.dam.left_width = 21.0F, state.deck.dam.crest = 8.0F,
-        state.deck.dam.middle_width = 9.0F, state.deck.dam.right_run = 30.0F, state.deck.dam.right_width = 33.0F;
+        state.deck.dam.middle_width = 9.0F, state.deck.dam.right_run = 30.0F,
+        state.deck.dam.right_width = 33.0F;
     }
     static void expect_size(float size, double expected) {
         EXPECT_NEAR(static_cast<double>(size), expected, 1.0E-6 * std::abs(expected));

@@ -17,7 +17,7 @@ namespace {
 class SlopeElements : public ::testing::Test {
 protected:
     SlopeElements() {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.mesh.words.fill(ElementWords{});
         state.deck.edit.slope_code = 3;
         state.deck.edit.first_element = 1;
@@ -48,7 +48,9 @@ protected:
             state.mesh.y[n] = y[static_cast<std::size_t>(n - 101)];
         }
     }
-    static void split_element_2() { split_slope_element(state.deck.edit, state.source, state.mesh, {2, 200}); }
+    static void split_element_2() {
+        split_slope_element(state.deck.edit, state.source, state.mesh, {2, 200});
+    }
 };
 
 // --- orientation ---------------------------------------------------------------------------------

@@ -20,7 +20,7 @@ protected:
     ~SlopeStage() override { state.set_edition(1); }
 
     static void lay(std::int32_t MODEL) {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.deck.edit.slope_code = MODEL;
         state.deck.edit.initial_head = 7.5F;
         state.source = EditSource{};
@@ -286,7 +286,8 @@ TEST_F(SlopeStage, RefusesATemplateWithAllItsNodesAtOnePoint) {
     require_template(state.deck.edit, state.source, state.mesh);
     state.mesh.x.fill(0.0F);
     state.mesh.y.fill(0.0F);
-    const std::string message = failure_of([] { require_template(state.deck.edit, state.source, state.mesh); });
+    const std::string message =
+        failure_of([] { require_template(state.deck.edit, state.source, state.mesh); });
     EXPECT_NE(message.find("L_2.0.Mes"), std::string::npos) << message;
     state.source.counts.nodes = 1;
     require_template(state.deck.edit, state.source, state.mesh);

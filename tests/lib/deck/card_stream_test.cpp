@@ -143,9 +143,7 @@ TEST_F(Cards, LineWithoutASeparatorHasNoValue) {
 
 TEST_F(Cards, LineWithoutASeparatorIsReportedAsBlankData) {
     deck(std::string(126, '1') + "\n");
-    EXPECT_EQ(
-        stop_of([] { read_card("3.3.1.1", 4, 4); }),
-        "300");
+    EXPECT_EQ(stop_of([] { read_card("3.3.1.1", 4, 4); }), "300");
     state.channels.close_all();
     EXPECT_EQ(directory.read("T7.TMP"),
               " ************* ERROR IN THE USER INPUT **************\n"
@@ -161,10 +159,7 @@ TEST_F(Cards, LineWithoutASeparatorIsReportedAsBlankData) {
 TEST_F(Cards, CountOutsideTheLimitsStopsTheRun) {
     for (const char* card : {"1", "1 2 3 4 5", ""}) {
         deck(std::string(card) + "\n");
-        EXPECT_EQ(
-            stop_of([] { read_card("3.2", 2, 4); }),
-            "300")
-            << card;
+        EXPECT_EQ(stop_of([] { read_card("3.2", 2, 4); }), "300") << card;
         EXPECT_EQ(state.card_memory.values[1], 9.0F) << "values are read behind the check only";
         EXPECT_EQ(directory.read("C/Vork/Qx/Qxdata/BRELAN2D.DAT"), "           1\n");
     }

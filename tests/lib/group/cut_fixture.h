@@ -24,7 +24,7 @@ protected:
     void TearDown() override { clear(); }
 
     static void clear() {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.mesh.words.fill({});
         state.engine.workable.fill(0);
         state.mesh.skeleton.fill(0);

@@ -20,7 +20,7 @@ constexpr std::int32_t COUPLED = 3, TEMPERATURE = 5, HEAD = 9, DISPLACEMENT = 1;
 class GroupJoint : public ::testing::Test {
 protected:
     void SetUp() override {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.engine.frozen.fill(0);
         state.engine.side_sign.fill(0);
         state.engine.highest_node = state.engine.highest_element = 0;

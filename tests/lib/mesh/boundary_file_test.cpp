@@ -19,7 +19,7 @@ protected:
         // The file lies in the directory above the working directory.
         fs::create_directory(directory.path() / "work");
         fs::current_path(directory.path() / "work");
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.mesh.node_mark.fill(0);
         state.listing.pipes = state.listing.convection_lines = state.listing.flow_sections =
             state.deck.groups.count = 0;

@@ -127,7 +127,8 @@ TEST(CombinationProperty, GridsThatShareASideBecomeOneConformingMesh) {
 TEST(CombinationProperty, MatchesAreThoseOfTheScanOfAllPairs) {
     Random random(31);
     for (int round = 0; round < 24; ++round) {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
+        RegionTables first;
         state.combination.first = Region{};
         state.combination.second = Region{};
         // Coarse places, so that ties and exact half spacings are many; some rounds have coincident nodes.
@@ -145,39 +146,36 @@ TEST(CombinationProperty, MatchesAreThoseOfTheScanOfAllPairs) {
                 region.nodes.include(n);
             }
         };
-        fill(state.mesh.node_in_use, state.side.x, state.side.y, state.combination.first, round % 8 == 7);
-        fill(state.side.second_node_in_use, state.mesh.x, state.mesh.y, state.combination.second,
-             round % 8 == 6);
+        fill(first.node_in_use, first.x, first.y, state.combination.first, round % 8 == 7);
+        fill(state.mesh.node_in_use, state.mesh.x, state.mesh.y, state.combination.second, round % 8 == 6);
         // The first region a little off.
         const float off = std::array{0.0F, 0.25F, 0.125F, 0.5F}[static_cast<std::size_t>(round) % 4];
         for (std::int32_t n = 1; n <= 1500; ++n)
-            state.side.x[n] = state.side.x[n] + off;
+            first.x[n] = first.x[n] + off;
 
         float DMIN = 1.0E35F;
         std::map<std::int32_t, std::int32_t> expected;
         for (std::int32_t a = 1; a <= 1500; ++a) {
             for (std::int32_t b = a + 1; b <= 1500; ++b) {
+                if (first.node_in_use[a] == 1 && first.node_in_use[b] == 1)
+                    DMIN = std::min(DMIN, distance_between(first.x[a], first.y[a], first.x[b], first.y[b]));
                 if (state.mesh.node_in_use[a] == 1 && state.mesh.node_in_use[b] == 1)
-                    DMIN = std::min(DMIN, distance_between(state.side.x[a], state.side.y[a], state.side.x[b],
-                                                           state.side.y[b]));
-                if (state.side.second_node_in_use[a] == 1 && state.side.second_node_in_use[b] == 1)
                     DMIN = std::min(DMIN, distance_between(state.mesh.x[a], state.mesh.y[a], state.mesh.x[b],
                                                            state.mesh.y[b]));
             }
         }
         for (std::int32_t a = 1; a <= 1500; ++a) {
-            expected[a] = a;
+            expected[a] = 0;
             for (std::int32_t b = 1; b <= 1500; ++b)
-                if (state.mesh.node_in_use[a] == 1 && state.side.second_node_in_use[b] == 1 &&
-                    distance_between(state.side.x[a], state.side.y[a], state.mesh.x[b], state.mesh.y[b]) <=
-                        0.5F * DMIN)
-                    expected[a] = -b;
+                if (first.node_in_use[a] == 1 && state.mesh.node_in_use[b] == 1 &&
+                    distance_between(first.x[a], first.y[a], state.mesh.x[b], state.mesh.y[b]) <= 0.5F * DMIN)
+                    expected[a] = b;
         }
-        EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), DMIN) << "round " << round;
-        match_nearest_nodes(state.combination, state.mesh, state.side, DMIN);
+        EXPECT_EQ(smallest_spacing(state.combination, state.mesh, first), DMIN) << "round " << round;
+        const NodeNumbers matches = match_nearest_nodes(state.combination, state.mesh, first, DMIN);
         std::size_t wrong = 0;
         for (std::int32_t a = 1; a <= 1500; ++a)
-            wrong += state.mesh.new_number[a] != expected[a];
+            wrong += matches[a] != expected[a];
         EXPECT_EQ(wrong, 0U) << "round " << round;
     }
 }

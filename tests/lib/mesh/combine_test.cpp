@@ -11,7 +11,7 @@ namespace {
 class Combine : public ::testing::Test {
 protected:
     Combine() : edition_(DISPLACEMENT) {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.mesh.words.fill(ElementWords{});
         state.combination.first = Region{};
         state.combination.second = Region{};
@@ -22,16 +22,15 @@ protected:
         state.deck.combination.pair_count = 0;
     }
 
-    static void first(std::int32_t n, float x, float y) {
-        state.mesh.node_in_use[n] = 1;
-        state.side.x[n] = x;
-        state.side.y[n] = y;
-        state.side.codes[n] = {n, n, n, n, n};
+    void first(std::int32_t n, float x, float y) {
+        tables.node_in_use[n] = 1;
+        tables.x[n] = x;
+        tables.y[n] = y;
+        tables.codes[n] = {n, n, n, n, n};
         state.combination.first.nodes.include(n);
     }
     static void second(std::int32_t n, float x, float y) {
-        state.side.second_node_in_use[n] = 1;
-        state.mesh.node_used[n] = n;
+        state.mesh.node_in_use[n] = 1;
         state.mesh.x[n] = x;
         state.mesh.y[n] = y;
         state.mesh.codes[n] = {-n, -n, -n, -n, -n};
@@ -42,6 +41,11 @@ protected:
         state.deck.combination.second_nodes[state.deck.combination.pair_count] = of_second;
         state.deck.combination.first_nodes[state.deck.combination.pair_count] = of_first;
     }
+
+    NodeNumbers merge() { return merge_nodes(state.combination, state.mesh, tables, matches); }
+
+    RegionTables tables;  // of the first region
+    NodeNumbers matches;
 
 private:
     Edition edition_;
@@ -149,20 +153,20 @@ TEST_F(Combine, OnlyTheLowestNewNumbersAreHeldAgainstEachOther) {
 TEST_F(Combine, TheSmallestSpacingIsThatOfEitherRegion) {
     first(1, 0, 0);
     first(2, 3, 4);
-    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 5.0F);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, tables), 5.0F);
     second(1, 100, 0);
-    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 5.0F)
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, tables), 5.0F)
         << "between the regions nothing is measured";
     second(7, 100, 2);
-    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 2.0F);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, tables), 2.0F);
     second(9, 100, 2);
-    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 0.0F);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, tables), 0.0F);
 }
 
 TEST_F(Combine, OneNodeInEachRegionHasNoSpacing) {
     first(1, 0, 0);
     second(1, 0, 0);
-    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, state.side), 1.0E35F);
+    EXPECT_EQ(smallest_spacing(state.combination, state.mesh, tables), 1.0E35F);
 }
 
 TEST_F(Combine, NodesWithinHalfTheSpacingMatch) {
@@ -172,11 +176,11 @@ TEST_F(Combine, NodesWithinHalfTheSpacingMatch) {
     first(11, -0.25F, 0.25F);  // near 4
     first(12, -0.5F, 0.0F);    // exactly at the reach of 4
     first(13, -0.50000006F, 0.0F);
-    match_nearest_nodes(state.combination, state.mesh, state.side, 1.0F);
-    EXPECT_EQ(state.mesh.new_number[10], -5);
-    EXPECT_EQ(state.mesh.new_number[11], -4);
-    EXPECT_EQ(state.mesh.new_number[12], -4);
-    EXPECT_EQ(state.mesh.new_number[13], 13);
+    matches = match_nearest_nodes(state.combination, state.mesh, tables, 1.0F);
+    EXPECT_EQ(matches[10], 5);
+    EXPECT_EQ(matches[11], 4);
+    EXPECT_EQ(matches[12], 4);
+    EXPECT_EQ(matches[13], 0);
 }
 
 TEST_F(Combine, WithoutAReachOnlyCoincidentNodesMatch) {
@@ -185,9 +189,9 @@ TEST_F(Combine, WithoutAReachOnlyCoincidentNodesMatch) {
     second(6, 2, 2);
     first(10, 1, 2);
     first(11, 1.0000001F, 2);
-    match_nearest_nodes(state.combination, state.mesh, state.side, 0.0F);
-    EXPECT_EQ(state.mesh.new_number[10], -5);
-    EXPECT_EQ(state.mesh.new_number[11], 11);
+    matches = match_nearest_nodes(state.combination, state.mesh, tables, 0.0F);
+    EXPECT_EQ(matches[10], 5);
+    EXPECT_EQ(matches[11], 0);
 }
 
 TEST_F(Combine, ListedPairsMatchWhereverTheyAre) {
@@ -197,13 +201,13 @@ TEST_F(Combine, ListedPairsMatchWhereverTheyAre) {
     first(11, 80, 80);
     pair(5, 10);
     pair(4, 99);  // no node of the first region
-    match_listed_nodes(state.deck.combination, state.mesh, state.side);
-    EXPECT_EQ(state.mesh.new_number[10], -5);
-    EXPECT_EQ(state.mesh.new_number[11], 11);
-    EXPECT_EQ(state.mesh.new_number[99], 99);
+    matches = match_listed_nodes(state.deck.combination, state.mesh, tables);
+    EXPECT_EQ(matches[10], 5);
+    EXPECT_EQ(matches[11], 0);
+    EXPECT_EQ(matches[99], 0);
     pair(4, 10);
-    match_listed_nodes(state.deck.combination, state.mesh, state.side);
-    EXPECT_EQ(state.mesh.new_number[10], -4) << "the last pair of a node counts";
+    matches = match_listed_nodes(state.deck.combination, state.mesh, tables);
+    EXPECT_EQ(matches[10], 4) << "the last pair of a node counts";
 }
 
 TEST_F(Combine, AListedNodeThatIsNotThereEndsTheRun) {
@@ -213,7 +217,7 @@ TEST_F(Combine, AListedNodeThatIsNotThereEndsTheRun) {
         state.deck.combination.pair_count = 0;
         pair(missing, 10);
         const std::string message =
-            failure_of([] { match_listed_nodes(state.deck.combination, state.mesh, state.side); });
+            failure_of([&] { match_listed_nodes(state.deck.combination, state.mesh, tables); });
         EXPECT_EQ(message.rfind("deck.dat, line 7", 0), 0U) << message;
         EXPECT_NE(message.find("Card 2.3"), std::string::npos) << message;
         EXPECT_NE(message.find(std::to_string(missing)), std::string::npos) << message;
@@ -231,32 +235,32 @@ protected:
         first(3, 1.125F, 2.125F);
         first(8, 30, 40);
         first(9, 50, 60);
-        state.mesh.new_number[3] = -5;
+        matches[3] = 5;
     }
 };
 
 TEST_F(CombineNodes, TheOthersGoOnBehindTheSecondRegion) {
-    merge_nodes(state.combination, state.mesh, state.side);
-    EXPECT_EQ(state.mesh.new_number[3], 5);
-    EXPECT_EQ(state.mesh.new_number[8], 7);
-    EXPECT_EQ(state.mesh.new_number[9], 8);
+    const NodeNumbers new_numbers = merge();
+    EXPECT_EQ(new_numbers[3], 5);
+    EXPECT_EQ(new_numbers[8], 7);
+    EXPECT_EQ(new_numbers[9], 8);
     EXPECT_EQ(state.mesh.x[7], 30.0F);
     EXPECT_EQ(state.mesh.y[8], 60.0F);
     EXPECT_EQ(state.mesh.codes[7][2], 8);
-    EXPECT_EQ(state.mesh.node_used[7], 7);
-    EXPECT_EQ(state.mesh.node_used[8], 8);
-    EXPECT_EQ(state.mesh.node_used[9], 0);
+    EXPECT_EQ(state.mesh.node_in_use[7], 1);
+    EXPECT_EQ(state.mesh.node_in_use[8], 1);
+    EXPECT_EQ(state.mesh.node_in_use[9], 0);
 }
 
 TEST_F(CombineNodes, AMergedNodeHasTheDataOfTheSecondRegion) {
-    merge_nodes(state.combination, state.mesh, state.side);
+    merge();
     EXPECT_EQ(state.mesh.x[5], 1.0F);
     EXPECT_EQ(state.mesh.codes[5][0], -5);
 }
 
 TEST_F(CombineNodes, AMergedNodeTakesTheDataOfTheFirstRegionWhereTheDeckSaysSo) {
     state.combination.keeps_first_data = true;
-    merge_nodes(state.combination, state.mesh, state.side);
+    merge();
     EXPECT_EQ(state.mesh.x[5], 1.125F);
     EXPECT_EQ(state.mesh.y[5], 2.125F);
     EXPECT_EQ(state.mesh.codes[5], (NodeCodes{3, 3, 3, -5, -5})) << "the displacement kind has three codes";
@@ -265,26 +269,26 @@ TEST_F(CombineNodes, AMergedNodeTakesTheDataOfTheFirstRegionWhereTheDeckSaysSo) 
 
 TEST_F(CombineNodes, NodesBeyondTheTableEndTheRun) {
     second(99989, 0, 0);
-    const std::string message = failure_of([] { merge_nodes(state.combination, state.mesh, state.side); });
+    const std::string message = failure_of([&] { merge(); });
     EXPECT_NE(message.find("99990"), std::string::npos) << message;
     EXPECT_NE(message.find("first.Mes"), std::string::npos) << message;
 }
 
 TEST_F(CombineNodes, TheLastPlaceOfTheTableCanBeTaken) {
     second(99988, 0, 0);
-    merge_nodes(state.combination, state.mesh, state.side);
-    EXPECT_EQ(state.mesh.new_number[9], 99990);
+    const NodeNumbers new_numbers = merge();
+    EXPECT_EQ(new_numbers[9], 99990);
     EXPECT_EQ(state.mesh.x[99990], 50.0F);
 }
 
 TEST_F(CombineNodes, CornersAndMidsidesOfTheFirstRegionAreRenamed) {
-    merge_nodes(state.combination, state.mesh, state.side);
-    state.mesh.type_in_use[20] = ELEMENT_CONTINUUM;
-    state.side.second_type_in_use[21] = ELEMENT_CONTINUUM;
+    const NodeNumbers new_numbers = merge();
+    tables.type_in_use[20] = ELEMENT_CONTINUUM;
+    state.mesh.type_in_use[21] = ELEMENT_CONTINUUM;
     for (const std::int32_t n : {20, 21})
         state.mesh.words[n] = {3, 8, 9, 0, 8, -2, 0, 9, 1};
     state.combination.first.elements = {20, 21};
-    renumber_first_elements(state.combination, state.mesh);
+    renumber_first_elements(state.combination, state.mesh, tables, new_numbers);
     const ElementWords& w = state.mesh.words[20];
     EXPECT_EQ(w.corner_1, 5);
     EXPECT_EQ(w.corner_2, 7);
@@ -299,23 +303,23 @@ TEST_F(CombineNodes, CornersAndMidsidesOfTheFirstRegionAreRenamed) {
 TEST_F(CombineNodes, KindsWithoutMidsidesRenameFourWords) {
     for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
         const Edition kind(edition);
-        state.mesh.new_number[3] = 5;
-        state.mesh.type_in_use[20] = ELEMENT_CONTINUUM;
+        NodeNumbers new_numbers;
+        new_numbers[3] = 5;
+        tables.type_in_use[20] = ELEMENT_CONTINUUM;
         state.mesh.words[20] = {3, 3, 3, 3, 3, 3, 3, 3, 1};
         state.combination.first.elements = {20, 20};
-        renumber_first_elements(state.combination, state.mesh);
+        renumber_first_elements(state.combination, state.mesh, tables, new_numbers);
         EXPECT_EQ(state.mesh.words[20].corner_4, 5);
         EXPECT_EQ(state.mesh.words[20].midside_5, 3);
     }
 }
 
 TEST_F(CombineNodes, CountsTakeTheFirstRegionsTypeFirst) {
-    state.mesh.type_in_use[20] = ELEMENT_TRUSS;
-    state.side.second_type_in_use[20] = ELEMENT_CONTINUUM;
-    state.side.second_type_in_use[30] = ELEMENT_BEAM;
-    state.side.second_type_in_use[31] = ELEMENT_CONTINUUM;
-    ResultMesh result;
-    count_combined(state.mesh, state.side, result);
+    tables.type_in_use[20] = ELEMENT_TRUSS;
+    state.mesh.type_in_use[20] = ELEMENT_CONTINUUM;
+    state.mesh.type_in_use[30] = ELEMENT_BEAM;
+    state.mesh.type_in_use[31] = ELEMENT_CONTINUUM;
+    const ResultMesh result = count_combined(state.mesh, tables);
     EXPECT_EQ(result.counts.nodes, 2);
     EXPECT_EQ(result.nodes.lowest, 5);
     EXPECT_EQ(result.nodes.highest, 6);

@@ -13,7 +13,7 @@ namespace {
 class Compaction : public ::testing::TestWithParam<std::int32_t> {
 protected:
     Compaction() : edition_(GetParam()) {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.mesh.words.fill(ElementWords{});
         state.mesh.node_mark.fill(0);
         state.mesh.head.fill(0.0F);
@@ -107,8 +107,7 @@ TEST_P(CompactionOfGaps, MidsideWordsStayAtTheirPositions) {
         EXPECT_EQ(w.midside_8, 10 * p + 8);
     }
     // From there all nine words go to the final number.
-    pack_nodes(state.mesh);
-    renumber_corners(state.mesh, 3, 1);
+    renumber_corners(state.mesh, 3, pack_nodes(state.mesh, 3), 1);
     place_elements(state.deck.edit, state.mesh, 3, 500);
     for (std::int32_t p = 1; p <= 3; ++p) {
         const ElementWords& w = state.mesh.words[499 + p];
@@ -119,21 +118,21 @@ TEST_P(CompactionOfGaps, MidsideWordsStayAtTheirPositions) {
     }
 }
 
-TEST_P(CompactionOfGaps, NodesWithoutAnElementAreNotMarked) {
-    state.mesh.node_used[1] = 1;  // left by an earlier stage
-    pack_elements(state.mesh);
-    const std::int32_t expected[] = {0, 2, 0, 4, 0, 0, 7, 8, 0};
+TEST_P(CompactionOfGaps, NodesWithoutAnElementAreGone) {
+    const PackedNodes nodes = pack_nodes(state.mesh, pack_elements(state.mesh));
+    const std::int32_t expected[] = {0, 1, 0, 2, 0, 0, 3, 4, 0};
     for (std::int32_t n = 1; n <= 9; ++n)
-        EXPECT_EQ(state.mesh.node_used[n], expected[n - 1]) << "node " << n;
+        EXPECT_EQ(nodes.position[n], expected[n - 1]) << "node " << n;
 }
 
 TEST_P(CompactionOfGaps, NodesMoveDownWithTheirMarkAndAllFiveCodes) {
     pack_elements(state.mesh);
-    EXPECT_EQ(pack_nodes(state.mesh), 4);
+    const PackedNodes nodes = pack_nodes(state.mesh, 3);
+    EXPECT_EQ(nodes.count, 4);
     const std::int32_t from[] = {2, 4, 7, 8};
     for (std::int32_t p = 1; p <= 4; ++p) {
         const std::int32_t n = from[p - 1];
-        EXPECT_EQ(state.mesh.new_number[n], p);
+        EXPECT_EQ(nodes.position[n], p);
         EXPECT_EQ(state.mesh.codes[p],
                   (NodeCodes{10 * n + 1, 10 * n + 2, 10 * n + 3, 10 * n + 4, 10 * n + 5}));
         EXPECT_EQ(state.mesh.node_mark[p], n);
@@ -147,10 +146,9 @@ TEST_P(CompactionOfGaps, NodesMoveDownWithTheirMarkAndAllFiveCodes) {
 }
 
 TEST_P(CompactionOfGaps, CornersTakeTheFinalNumbers) {
-    pack_elements(state.mesh);
-    pack_nodes(state.mesh);
+    const PackedNodes nodes = pack_nodes(state.mesh, pack_elements(state.mesh));
     state.mesh.words[3].corner_4 = -5;
-    renumber_corners(state.mesh, 3, 1000);
+    renumber_corners(state.mesh, 3, nodes, 1000);
     EXPECT_EQ(state.mesh.words[1].corner_1, 1000);
     EXPECT_EQ(state.mesh.words[1].corner_2, 1001);
     EXPECT_EQ(state.mesh.words[1].corner_3, 1003);
@@ -163,9 +161,9 @@ TEST_P(CompactionOfGaps, CornersTakeTheFinalNumbers) {
 
 TEST_P(CompactionOfGaps, NodesAndElementsEndAtTheirStartNumbers) {
     const std::int32_t elements = pack_elements(state.mesh);
-    const std::int32_t nodes = pack_nodes(state.mesh);
-    renumber_corners(state.mesh, elements, 1000);
-    place_nodes(state.deck.edit, state.mesh, nodes, 1000);
+    const PackedNodes nodes = pack_nodes(state.mesh, elements);
+    renumber_corners(state.mesh, elements, nodes, 1000);
+    place_nodes(state.deck.edit, state.mesh, nodes.count, 1000);
     place_elements(state.deck.edit, state.mesh, elements, 200);
     for (std::int32_t n = 1; n <= 2000; ++n)
         EXPECT_EQ(state.mesh.node_in_use[n], n >= 1000 && n <= 1003 ? 1 : 0) << "node " << n;
@@ -187,7 +185,7 @@ TEST_P(CompactionOfGaps, NodesAndElementsEndAtTheirStartNumbers) {
 
 TEST_P(CompactionOfGaps, NodesAreNotOverwrittenByAShiftOfOne) {
     // Numbers 1 to 4 go to 2 to 5: each lands where another one stood.
-    const std::int32_t nodes = (pack_elements(state.mesh), pack_nodes(state.mesh));
+    const std::int32_t nodes = pack_nodes(state.mesh, pack_elements(state.mesh)).count;
     place_nodes(state.deck.edit, state.mesh, nodes, 2);
     place_elements(state.deck.edit, state.mesh, 3, 2);
     EXPECT_EQ(state.mesh.x[2], 2.25F);
@@ -210,8 +208,7 @@ TEST_P(CompactionOfValues, HeadsStayBehindAGapInTheNodes) {
     for (const std::int32_t n : {1, 2, 3})
         node(n);
     element(1, ELEMENT_BEAM, 2, 3, 3, 2);
-    pack_elements(state.mesh);
-    EXPECT_EQ(pack_nodes(state.mesh), 2);
+    EXPECT_EQ(pack_nodes(state.mesh, pack_elements(state.mesh)).count, 2);
     place_nodes(state.deck.edit, state.mesh, 2, 1000);
     EXPECT_EQ(state.mesh.x[1000], 2.25F);
     EXPECT_EQ(state.mesh.x[1001], 3.25F);
@@ -233,8 +230,7 @@ TEST_P(CompactionLimits, TheLastNumberOfTheTablesCanBeTaken) {
         node(n);
     element(1, ELEMENT_BEAM, 1, 2, 2, 1);
     element(2, ELEMENT_BEAM, 1, 2, 2, 1);
-    pack_elements(state.mesh);
-    pack_nodes(state.mesh);
+    pack_nodes(state.mesh, pack_elements(state.mesh));
     place_nodes(state.deck.edit, state.mesh, 2, 99989);
     place_elements(state.deck.edit, state.mesh, 2, 99989);
     EXPECT_EQ(state.mesh.x[99990], 2.25F);
@@ -262,8 +258,9 @@ TEST_P(CompactionLimits, NumbersBeyondTheTablesEndTheRun) {
 
 TEST_P(CompactionLimits, NothingLeftNeedsNoRoom) {
     EXPECT_EQ(pack_elements(state.mesh), 0);
-    EXPECT_EQ(pack_nodes(state.mesh), 0);
-    renumber_corners(state.mesh, 0, 0);
+    const PackedNodes nodes = pack_nodes(state.mesh, 0);
+    EXPECT_EQ(nodes.count, 0);
+    renumber_corners(state.mesh, 0, nodes, 0);
     place_nodes(state.deck.edit, state.mesh, 0, 0);
     place_elements(state.deck.edit, state.mesh, 0, 1000000);
     EXPECT_EQ(state.mesh.node_in_use[1], 0);

@@ -49,7 +49,7 @@ protected:
     void SetUp() override { clear(); }
     void TearDown() override { clear(); }
     static void clear() {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.deck.edit = EditCards{};
         state.source = EditSource{};
     }
@@ -68,12 +68,12 @@ protected:
         Channel& mesh = state.channels.open(5, "in.Mes", OpenStatus::old);
         state.source.stripped.field_count = 8;
         scan_nodes(state.settings.kind(), state.source, mesh);
-        prepare_selection(state.deck.edit, state.selection);
-        edit_nodes(state.deck.edit, state.source, state.mesh, state.selection, mesh);
+        const Selection selection = prepare_selection(state.deck.edit);
+        edit_nodes(state.deck.edit, state.source, state.mesh, selection, mesh);
         scan_elements(state.settings.kind(), state.source, mesh);
         fix_start_numbers(state.deck.edit, state.source);
-        for (const std::int8_t type : {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS})
-            edit_elements(state.deck.edit, state.source, state.mesh, state.selection, mesh, type);
+        for (const std::int8_t type : ELEMENT_TYPES)
+            edit_elements(state.deck.edit, state.source, state.mesh, selection, mesh, type);
         std::map<std::int32_t, std::int32_t> result;
         for (const std::int32_t n : {10, 20, 30, 40, 50, 60, 70})
             result[n] = state.mesh.type[n];
@@ -171,7 +171,8 @@ TEST_F(EditElements, ExcludedMaterialIsNotRenamed) {
 
 TEST_F(EditElements, OtherSideLeavesAllMaterials) {
     left_window(RENAME);
-    state.deck.edit.new_continuum_material = state.deck.edit.new_beam_material = state.deck.edit.new_truss_material = 9;
+    state.deck.edit.new_continuum_material = state.deck.edit.new_beam_material =
+        state.deck.edit.new_truss_material = 9;
     state.deck.edit.side = 3;
     types();
     EXPECT_EQ(materials(), AS_READ);

@@ -14,7 +14,7 @@ namespace {
 class LineUp : public ::testing::Test {
 protected:
     void SetUp() override {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.mesh.words.fill(ElementWords{});
         state.moves.first_count = 0;
         next_ = 0;

@@ -11,7 +11,7 @@ namespace {
 class Moves : public ::testing::Test {
 protected:
     Moves() {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.mesh.words.fill(ElementWords{});
         state.moves.first_count = state.moves.second_count = 0;
     }
@@ -258,14 +258,6 @@ TEST_F(MovesByPlace, CountsTheNodesInUseInAscendingNumber) {
     EXPECT_EQ(corners(5), "3: 20 30 30 20");
 }
 
-TEST_F(MovesByPlace, ForgetsMarksOfEarlierStages) {
-    state.mesh.node_used[5] = 5;
-    state.mesh.node_used[25] = 25;
-    move_by_place(1, 2, 0.5F);
-    move_nodes(state.mesh, state.listing, state.moves);
-    EXPECT_EQ(state.mesh.x[10], 15.0F);
-}
-
 TEST_F(MovesByPlace, APlaceBeyondTheLastNodeEndsTheRun) {
     for (const std::int32_t place : {0, 5, -1, 100000}) {
         state.moves.second_count = 0;
@@ -293,7 +285,6 @@ TEST_F(MovesByPlace, TheFirstListGoesBeforeTheSecond) {
 TEST_F(MovesByPlace, WithoutPairsNothingMoves) {
     move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(state.mesh.x[10], 10.0F);
-    EXPECT_EQ(state.mesh.new_number[1], 1) << "the map is not touched";
 }
 
 TEST_F(MovesByPlace, LastElementIsTheHighestThatIsNotDeleted) {

@@ -25,18 +25,14 @@ protected:
     void SetUp() override { clear(); }
 
     static inline NodePlaces places;
-    static inline Selection selection;
 
-    static void clear() {
-        places = {};
-        selection = {};
-    }
+    static void clear() { places = {}; }
     static void node(std::int32_t number, float x, float y) {
         places.x[number] = x;
         places.y[number] = y;
         places.given[number] = 1;
     }
-    static Numbers selected(const Numbers& points) { return select_polyline(places, selection, points); }
+    static Numbers selected(const Numbers& points) { return select_polyline(places, points); }
 
     // Nodes 1 and 2 of a line from (0, 0) to (10, 0).
     static void long_line() {
@@ -58,18 +54,6 @@ TEST_F(Polyline, TakesTheNodesBetweenItsPoints) {
     node(5, 4.0F, 0.0F);
     node(6, 4.0F, 1.0F);
     EXPECT_EQ(selected({1, 2}), (Numbers{1, 5, 2}));
-}
-
-TEST_F(Polyline, MarksTheSelectedNodesInTheList) {
-    long_line();
-    node(5, 4.0F, 0.0F);
-    node(6, 4.0F, 1.0F);
-    selected({1, 2});
-    EXPECT_EQ(selection.nodes[1], 1);
-    EXPECT_EQ(selection.nodes[2], 2);
-    EXPECT_EQ(selection.nodes[5], 5);
-    EXPECT_EQ(selection.nodes[6], 0);
-    EXPECT_EQ(selection.nodes[3], 0);
 }
 
 TEST_F(Polyline, PassesOverNodesThatAreNotInUse) {
@@ -129,7 +113,6 @@ TEST_F(Polyline, SegmentThatIsTooShortIsSkipped) {
     node(1, 0.0F, 0.0F);
     node(2, 0.0009F, 0.0F);  // squared length 8.1E-7
     EXPECT_EQ(selected({1, 2}), Numbers{});
-    EXPECT_EQ(selection.nodes[1], 0);
 }
 
 TEST_F(Polyline, SegmentOfTheShortestLengthCounts) {
@@ -218,7 +201,6 @@ TEST_F(Polyline, NumbersUpToTheHighestAreTaken) {
     node(99989, 1.0F, 0.0F);
     node(99988, 0.5F, 0.0F);
     EXPECT_EQ(selected({99990, 99989}), (Numbers{99990, 99988, 99989}));
-    EXPECT_EQ(selection.nodes[99990], 99990);
 }
 
 }  // namespace

@@ -12,31 +12,25 @@ class DeckReset : public ::testing::Test {
 protected:
     void SetUp() override {
         for (const std::int32_t n : PLACES) {
-            state.mesh.node_in_use[n] = state.side.second_node_in_use[n] = 1;
-            state.mesh.codes[n] = state.side.codes[n] = {1, 2, 3, 4, 5};
-            state.mesh.x[n] = state.mesh.y[n] = state.side.x[n] = state.side.y[n] = 6.5F;
-            state.mesh.head[n] = state.mesh.coefficient[n] = state.side.head[n] = state.side.coefficient[n] =
-                7.5F;
-            state.mesh.new_number[n] = -8;
-            state.selection.nodes[n] = state.mesh.node_used[n] = state.selection.elements[n] = n;
+            state.mesh.node_in_use[n] = 1;
+            state.mesh.codes[n] = {1, 2, 3, 4, 5};
+            state.mesh.x[n] = state.mesh.y[n] = 6.5F;
+            state.mesh.head[n] = state.mesh.coefficient[n] = 7.5F;
             state.mesh.type_in_use[n] = ELEMENT_BEAM;
-            state.side.second_type_in_use[n] = ELEMENT_TRUSS;
             state.mesh.type[n] = ELEMENT_CONTINUUM;
             state.mesh.words[n] = {11, 12, 13, 14, 15, 16, 17, 18, 19};
             state.mesh.skeleton[n] = state.mesh.fluid[n] = state.mesh.integration_r[n] =
                 state.mesh.integration_s[n] = state.mesh.attribute[n] = 20;
             state.mesh.real_attribute[n] = state.mesh.thickness[n] = state.mesh.density[n] = 21.5F;
         }
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
     }
 };
 
 TEST_F(DeckReset, LeavesNoNodeAndNoElementInUse) {
     for (const std::int32_t n : PLACES) {
         EXPECT_EQ(state.mesh.node_in_use[n], 0) << n;
-        EXPECT_EQ(state.side.second_node_in_use[n], 0) << n;
         EXPECT_EQ(state.mesh.type_in_use[n], -1) << n;
-        EXPECT_EQ(state.side.second_type_in_use[n], -1) << n;
         EXPECT_EQ(state.mesh.type[n], 0) << n;
     }
 }
@@ -44,25 +38,9 @@ TEST_F(DeckReset, LeavesNoNodeAndNoElementInUse) {
 TEST_F(DeckReset, EmptiesCodesAndCoordinates) {
     for (const std::int32_t n : PLACES) {
         EXPECT_EQ(state.mesh.codes[n], (NodeCodes{0, 0, 0, 0, 0})) << n;
-        EXPECT_EQ(state.side.codes[n], (NodeCodes{0, 0, 0, 0, 0})) << n;
         EXPECT_EQ(state.mesh.x[n], 0.0F) << n;
         EXPECT_EQ(state.mesh.y[n], 0.0F) << n;
-        EXPECT_EQ(state.side.x[n], 0.0F) << n;
-        EXPECT_EQ(state.side.y[n], 0.0F) << n;
     }
-}
-
-TEST_F(DeckReset, EmptiesTheSelections) {
-    for (const std::int32_t n : PLACES) {
-        EXPECT_EQ(state.selection.nodes[n], 0) << n;
-        EXPECT_EQ(state.selection.elements[n], 0) << n;
-        EXPECT_EQ(state.mesh.node_used[n], 0) << n;
-    }
-}
-
-TEST_F(DeckReset, MapsEachNodeToItself) {
-    for (std::int32_t n = 1; n <= 99990; ++n)
-        ASSERT_EQ(state.mesh.new_number[n], n);
 }
 
 TEST_F(DeckReset, LeavesWordsAndAttributesOfTheDeckBefore) {

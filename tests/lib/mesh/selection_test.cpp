@@ -102,13 +102,15 @@ TEST(NumberList, NumberBeyondItsTableIsAMessage) {
 
 // --- points and elements -----------------------------------------------------------------------------------
 
-class Selection : public ::testing::Test {
+class SelectionCards : public ::testing::Test {
 protected:
     void SetUp() override {
-        reset_mesh(state.mesh, state.side, state.selection);
+        reset_mesh(state.mesh);
         state.deck.edit = EditCards{};
     }
     void TearDown() override { SetUp(); }
+
+    Selection selection;
 
     static void window(float xmin, float ymin, float xmax, float ymax) {
         state.deck.edit.selection_mode = 0;
@@ -117,14 +119,13 @@ protected:
         state.deck.edit.window_right = xmax;
         state.deck.edit.window_top = ymax;
     }
-    static void list(std::int32_t operation, std::int32_t selection_mode,
-                     const std::vector<std::int32_t>& numbers) {
+    void list(std::int32_t operation, std::int32_t selection_mode, const std::vector<std::int32_t>& numbers) {
         state.deck.edit.operation = operation;
         state.deck.edit.selection_mode = selection_mode;
         state.deck.edit.list_count = static_cast<std::int32_t>(numbers.size());
         for (std::int32_t i = 1; i <= state.deck.edit.list_count; ++i)
             state.deck.edit.list[i] = numbers[static_cast<std::size_t>(i - 1)];
-        prepare_selection(state.deck.edit, state.selection);
+        selection = prepare_selection(state.deck.edit);
     }
     static void node(std::int32_t number, float x, float y) {
         state.mesh.x[number] = x;
@@ -141,32 +142,32 @@ protected:
     }
 };
 
-TEST_F(Selection, PointOnTheEdgeOfAWindowIsOutside) {
+TEST_F(SelectionCards, PointOnTheEdgeOfAWindowIsOutside) {
     window(1.0F, 2.0F, 3.0F, 4.0F);
-    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 1, 2.0F, 3.0F));
-    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 1.0F, 3.0F));
-    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 3.0F, 3.0F));
-    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 2.0F, 2.0F));
-    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 2.0F, 4.0F));
-    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 1.0F, 2.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, 1, 2.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 1.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 3.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 2.0F, 2.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 2.0F, 4.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 1.0F, 2.0F));
 }
 
-TEST_F(Selection, PointNextToTheEdgeOfAWindowIsInside) {
+TEST_F(SelectionCards, PointNextToTheEdgeOfAWindowIsInside) {
     window(1.0F, 2.0F, 3.0F, 4.0F);
-    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 1, std::nextafter(1.0F, 2.0F), 3.0F));
-    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 1, std::nextafter(3.0F, 2.0F), 3.0F));
-    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 1, 2.0F, std::nextafter(2.0F, 3.0F)));
-    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 1, 2.0F, std::nextafter(4.0F, 3.0F)));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, 1, std::nextafter(1.0F, 2.0F), 3.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, 1, std::nextafter(3.0F, 2.0F), 3.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, 1, 2.0F, std::nextafter(2.0F, 3.0F)));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, 1, 2.0F, std::nextafter(4.0F, 3.0F)));
 }
 
-TEST_F(Selection, WindowWithoutWidthHoldsNothing) {
+TEST_F(SelectionCards, WindowWithoutWidthHoldsNothing) {
     window(1.0F, 2.0F, 1.0F, 4.0F);
-    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 1.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 1.0F, 3.0F));
     window(3.0F, 2.0F, 1.0F, 4.0F);
-    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 2.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 2.0F, 3.0F));
 }
 
-TEST_F(Selection, SideZeroTakesWhatIsInsideAndSideOneTheRest) {
+TEST_F(SelectionCards, SideZeroTakesWhatIsInsideAndSideOneTheRest) {
     state.deck.edit.side = 0;
     EXPECT_TRUE(takes_side(state.deck.edit, true));
     EXPECT_FALSE(takes_side(state.deck.edit, false));
@@ -175,7 +176,7 @@ TEST_F(Selection, SideZeroTakesWhatIsInsideAndSideOneTheRest) {
     EXPECT_TRUE(takes_side(state.deck.edit, false));
 }
 
-TEST_F(Selection, AnyOtherSideTakesNothing) {
+TEST_F(SelectionCards, AnyOtherSideTakesNothing) {
     for (const std::int32_t side : {2, -1, 99}) {
         state.deck.edit.side = side;
         EXPECT_FALSE(takes_side(state.deck.edit, true)) << side;
@@ -183,45 +184,45 @@ TEST_F(Selection, AnyOtherSideTakesNothing) {
     }
 }
 
-TEST_F(Selection, ListOfNodesGoesByNumber) {
+TEST_F(SelectionCards, ListOfNodesGoesByNumber) {
     list(1, 1, {3, -5});
-    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 2, 0.0F, 0.0F));
-    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 3, 0.0F, 0.0F));
-    EXPECT_TRUE(node_inside(state.deck.edit, state.selection, 5, 0.0F, 0.0F));
-    EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 6, 0.0F, 0.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, 2, 0.0F, 0.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, 3, 0.0F, 0.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, 5, 0.0F, 0.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, 6, 0.0F, 0.0F));
 }
 
-TEST_F(Selection, ListOfElementsGoesByNumber) {
+TEST_F(SelectionCards, ListOfElementsGoesByNumber) {
     for (const std::int32_t operation : {2, 3}) {
         SetUp();
         list(operation, 1, {7, -8});
-        EXPECT_FALSE(element_inside(state.deck.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
+        EXPECT_FALSE(element_inside(state.deck.edit, state.mesh, selection, ELEMENT_CONTINUUM,
                                     element(6, {1, 2, 3, 4})));
-        EXPECT_TRUE(element_inside(state.deck.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
+        EXPECT_TRUE(element_inside(state.deck.edit, state.mesh, selection, ELEMENT_CONTINUUM,
                                    element(7, {1, 2, 3, 4})));
         EXPECT_TRUE(
-            element_inside(state.deck.edit, state.mesh, state.selection, ELEMENT_BEAM, element(8, {1, 2, 2, 1})));
-        EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 7, 0.0F, 0.0F)) << "the list names no nodes";
+            element_inside(state.deck.edit, state.mesh, selection, ELEMENT_BEAM, element(8, {1, 2, 2, 1})));
+        EXPECT_FALSE(node_inside(state.deck.edit, selection, 7, 0.0F, 0.0F)) << "the list names no nodes";
     }
 }
 
-TEST_F(Selection, OtherKindsOfSelectionHoldNothing) {
+TEST_F(SelectionCards, OtherKindsOfSelectionHoldNothing) {
     node(1, 0.0F, 0.0F);
     for (const std::int32_t selection_mode : {3, 4, -1}) {
         SetUp();
         list(1, selection_mode, {1, 2});
-        EXPECT_FALSE(node_inside(state.deck.edit, state.selection, 1, 0.0F, 0.0F)) << selection_mode;
+        EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 0.0F, 0.0F)) << selection_mode;
     }
     for (const std::int32_t selection_mode : {2, 3, 4, -1}) {
         SetUp();
         list(2, selection_mode, {1, 2});
-        EXPECT_FALSE(element_inside(state.deck.edit, state.mesh, state.selection, ELEMENT_CONTINUUM,
+        EXPECT_FALSE(element_inside(state.deck.edit, state.mesh, selection, ELEMENT_CONTINUUM,
                                     element(1, {1, 2, 3, 4})))
             << selection_mode;
     }
 }
 
-TEST_F(Selection, MaterialsAreTakenAsTheyAreListed) {
+TEST_F(SelectionCards, MaterialsAreTakenAsTheyAreListed) {
     list(1, 3, {6, -8});
     EXPECT_TRUE(material_listed(state.deck.edit, 6));
     EXPECT_TRUE(material_listed(state.deck.edit, -8));
@@ -231,20 +232,20 @@ TEST_F(Selection, MaterialsAreTakenAsTheyAreListed) {
 }
 
 // The corners of a square of side 4 with its centre in (2, 2), and of the triangle below its diagonal.
-class Centroid : public Selection {
+class Centroid : public SelectionCards {
 protected:
     void SetUp() override {
-        Selection::SetUp();
+        SelectionCards::SetUp();
         node(1, 0.0F, 0.0F);
         node(2, 4.0F, 0.0F);
         node(3, 4.0F, 4.0F);
         node(4, 0.0F, 4.0F);
     }
     // True when a small window round the point holds the element.
-    static bool lies_at(float x, float y, std::int8_t type, const std::array<std::int32_t, 4>& corners) {
+    bool lies_at(float x, float y, std::int8_t type, const std::array<std::int32_t, 4>& corners) {
         constexpr float near = 0.01F;
         window(x - near, y - near, x + near, y + near);
-        return element_inside(state.deck.edit, state.mesh, state.selection, type, element(9, corners));
+        return element_inside(state.deck.edit, state.mesh, selection, type, element(9, corners));
     }
 };
 
@@ -274,10 +275,10 @@ TEST_F(Centroid, OfABeamOrTrussIsItsMidpoint) {
 TEST_F(Centroid, OnTheEdgeOfAWindowIsOutside) {
     window(2.0F, 0.0F, 4.0F, 4.0F);
     EXPECT_FALSE(
-        element_inside(state.deck.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(9, {1, 2, 3, 4})));
+        element_inside(state.deck.edit, state.mesh, selection, ELEMENT_CONTINUUM, element(9, {1, 2, 3, 4})));
     window(1.0F, 0.0F, 4.0F, 4.0F);
     EXPECT_TRUE(
-        element_inside(state.deck.edit, state.mesh, state.selection, ELEMENT_CONTINUUM, element(9, {1, 2, 3, 4})));
+        element_inside(state.deck.edit, state.mesh, selection, ELEMENT_CONTINUUM, element(9, {1, 2, 3, 4})));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The search among points on small sets that can be checked by eye; property/node_grid_test.cpp holds it
+// The search among points on small sets that can be checked by eye; point_grid_property_test.cpp holds it
 // against the scan of all pairs.
 
 #include "plane/point_grid.h"

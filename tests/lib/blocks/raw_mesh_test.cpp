@@ -1,4 +1,4 @@
-// Meshes that only a block file written by hand can ask for: holes, eight-point blocks, quadratic elements,
+// Meshes that only a plan written by hand can ask for: holes, eight-point blocks, quadratic elements,
 // rows before columns, other first numbers, a scale, sides without length.
 
 #include "lib/blocks/hand_written.h"
@@ -9,11 +9,8 @@ namespace {
 class BlockMesh : public BlockMeshTest {};
 
 // One block of 4 by 2, in two columns of one element, or in other divisions.
-HandFile one_block(int ndx, int ndy) {
-    HandFile file;
-    file.points = rectangle(0, 4, 0, 2);
-    file.blocks = {{RECTANGLE_KEYS, 1, ndx, ndy}};
-    return file;
+BlockPlan one_block(int across, int down) {
+    return hand_plan(rectangle(0, 4, 0, 2), {hand_block(RECTANGLE_KEYS, 1, across, down)});
 }
 
 TEST_F(BlockMesh, NumbersNodesAndElementsByColumnsFromTheTop) {
@@ -38,10 +35,10 @@ TEST_F(BlockMesh, NumbersNodesAndElementsByColumnsFromTheTop) {
 }
 
 TEST_F(BlockMesh, NumbersByRowsWithTheOrderFlagAndSetsTheOutermostGridLinesOnTheBounds) {
-    HandFile file = one_block(2, 2);
-    file.order = 1;
-    state.field = {-0.5F, 4.5F, -0.25F, 2.25F};
-    generate(file);
+    BlockPlan plan = one_block(2, 2);
+    plan.rows_first = true;
+    plan.field = {-0.5F, 4.5F, -0.25F, 2.25F};
+    generate(plan);
     EXPECT_EQ(coord(), listing_text(R"(
       1     0     0     0 -0.500000E+00  0.225000E+01 |
       2     0     0     0  0.200000E+01  0.225000E+01 |
@@ -62,9 +59,9 @@ TEST_F(BlockMesh, NumbersByRowsWithTheOrderFlagAndSetsTheOutermostGridLinesOnThe
 }
 
 TEST_F(BlockMesh, ScalesTheKeyPoints) {
-    HandFile file = one_block(1, 1);
-    file.scale = 2.5;
-    generate(file);
+    BlockPlan plan = one_block(1, 1);
+    plan.scale = 2.5F;
+    generate(plan);
     EXPECT_EQ(coord(), listing_text(R"(
       1     0     0     0  0.000000E+00  0.500000E+01 |
       2     0     0     0  0.000000E+00  0.000000E+00 |
@@ -74,10 +71,10 @@ TEST_F(BlockMesh, ScalesTheKeyPoints) {
 }
 
 TEST_F(BlockMesh, PutsPlaceholdersInFrontOfHigherFirstNumbers) {
-    HandFile file = one_block(1, 1);
-    file.first_node = 3;
-    file.first_element = 4;
-    generate(file);
+    BlockPlan plan = one_block(1, 1);
+    plan.first_node = 3;
+    plan.first_element = 4;
+    generate(plan);
     EXPECT_EQ(coord(), listing_text(R"(
       0     0     0     0  0.000000E+00  0.000000E+00 |
       0     0     0     0  0.000000E+00  0.000000E+00 |
@@ -112,8 +109,8 @@ by hand                                                     |
 }
 
 TEST_F(BlockMesh, PlaceholdersOfElementsHoldZerosInEveryKind) {
-    HandFile file = one_block(1, 1);
-    file.first_element = 2;
+    BlockPlan plan = one_block(1, 1);
+    plan.first_element = 2;
     const std::pair<std::int32_t, const char*> cases[] = {
         {COUPLED,
          "      0      0      0      0      0      0      0      0      0    0    0    0    0    0 "
@@ -122,25 +119,25 @@ TEST_F(BlockMesh, PlaceholdersOfElementsHoldZerosInEveryKind) {
         {HEAD, "      0      0      0      0      0    0    0"}};
     for (const auto& [edition, expected] : cases) {
         const Edition kind(edition);
-        generate(file);
+        generate(plan);
         const std::string text = index();
         EXPECT_EQ(text.substr(0, text.find('\n')), expected) << edition;
     }
 }
 
 TEST_F(BlockMesh, CutsALongTitleAtSixtyColumns) {
-    HandFile file = one_block(1, 1);
-    file.title = "  a title of exactly sixty columns, the rest of it is not seen here";
-    generate(file);
+    BlockPlan plan = one_block(1, 1);
+    plan.title = "  a title of exactly sixty columns, the rest of it is not seen here";
+    generate(plan);
     EXPECT_EQ(base().substr(0, 61), "  a title of exactly sixty columns, the rest of it is not se\n");
 }
 
 // --- quadratic elements --------------------------------------------------------------------------
 
 TEST_F(BlockMesh, DoublesAcrossWithMiddlesOfTopAndBottomSides) {
-    HandFile file = one_block(1, 1);
-    file.double_x = 1;
-    generate(file);
+    BlockPlan plan = one_block(1, 1);
+    plan.double_x = true;
+    generate(plan);
     EXPECT_EQ(coord(), listing_text(R"(
       1     0     0     0  0.000000E+00  0.200000E+01 |
       2     0     0     0  0.000000E+00  0.000000E+00 |
@@ -155,9 +152,9 @@ TEST_F(BlockMesh, DoublesAcrossWithMiddlesOfTopAndBottomSides) {
 }
 
 TEST_F(BlockMesh, DoublesUpwardsWithMiddlesOfLeftAndRightSides) {
-    HandFile file = one_block(1, 1);
-    file.double_y = 1;
-    generate(file);
+    BlockPlan plan = one_block(1, 1);
+    plan.double_y = true;
+    generate(plan);
     EXPECT_EQ(coord(), listing_text(R"(
       1     0     0     0  0.000000E+00  0.200000E+01 |
       2     0     0     0  0.000000E+00  0.100000E+01 |
@@ -172,9 +169,9 @@ TEST_F(BlockMesh, DoublesUpwardsWithMiddlesOfLeftAndRightSides) {
 }
 
 TEST_F(BlockMesh, DoublesBothWaysWithoutNodesInTheCentres) {
-    HandFile file = one_block(2, 1);
-    file.double_x = file.double_y = 1;
-    generate(file);
+    BlockPlan plan = one_block(2, 1);
+    plan.double_x = plan.double_y = true;
+    generate(plan);
     EXPECT_EQ(coord(), listing_text(R"(
       1     0     0     0  0.000000E+00  0.200000E+01 |
       2     0     0     0  0.000000E+00  0.100000E+01 |
@@ -200,10 +197,10 @@ TEST_F(BlockMesh, DoublesBothWaysWithoutNodesInTheCentres) {
 }
 
 TEST_F(BlockMesh, QuadraticElementsByRows) {
-    HandFile file = one_block(1, 2);
-    file.double_x = file.double_y = file.order = 1;
-    state.field = {0.0F, 4.0F, 0.0F, 2.0F};
-    generate(file);
+    BlockPlan plan = one_block(1, 2);
+    plan.double_x = plan.double_y = plan.rows_first = true;
+    plan.field = {0.0F, 4.0F, 0.0F, 2.0F};
+    generate(plan);
     // Rows of 3, 2, 3, 2 and 3 nodes.
     EXPECT_EQ(index(), listing_text(R"(
       1      3      1      6      8      2      4      7      5    1 0.1000E+01 0.2300E+01|
@@ -213,9 +210,9 @@ TEST_F(BlockMesh, QuadraticElementsByRows) {
 
 TEST_F(BlockMesh, KindsWithFourNodesWriteTheCornersOfQuadraticElements) {
     const Edition kind(HEAD);
-    HandFile file = one_block(1, 1);
-    file.double_x = file.double_y = 1;
-    generate(file);
+    BlockPlan plan = one_block(1, 1);
+    plan.double_x = plan.double_y = true;
+    generate(plan);
     EXPECT_EQ(index(), listing_text(R"(
       1      6      1      3      8    1    0|
 )"));

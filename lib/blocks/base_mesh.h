@@ -1,0 +1,27 @@
+// The base mesh: merged nodes with the boundary codes of the field's sides.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "blocks/raw_mesh.h"
+#include "mesh/block_tables.h"
+#include "mesh/edition.h"
+#include "mesh/mesh_records.h"
+
+namespace brelan {
+
+struct BaseMesh {
+    std::string title;
+    std::vector<NodeRecord> nodes;  // numbered from 1
+    std::vector<ElementRecord> elements;
+};
+
+// Merges raw nodes at most 0.0001 apart, numbers the rest from 1 and derives the codes of the nodes on the
+// field's bounds. Nodes lie where the raw list shows them, to six digits.
+BaseMesh make_base_mesh(LayoutKind kind, const BlockCards& block_cards, RawMesh raw);
+
+// Ends the run where a mesh has more nodes or elements than can be read back.
+void refuse_too_large(const BaseMesh& mesh);
+
+}  // namespace brelan
