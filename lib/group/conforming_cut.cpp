@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "group/cut_sides.h"
-#include "group/cut_table.h"
 #include "group/engine_mesh.h"
 #include "mesh/kinds.h"
 
@@ -76,10 +74,10 @@ std::int32_t add_centre_node(Mesh& mesh, Engine& engine, const Point& point, con
 
 // The corner of a row is on the line: the other rows learn it wherever they have its node. A row that names
 // the node twice is marked at the given corner alone.
-void add_to_line(Engine& engine, CutRow& row, int place) {
+void add_to_line(CutTable& cut, CutRow& row, int place) {
     const std::int32_t node = row.corner_node[place];
-    for (const std::uint32_t r : rows_with(engine, node)) {
-        CutRow& other = engine.rows[r];
+    for (const std::uint32_t r : cut.rows_with(node)) {
+        CutRow& other = cut.rows[r];
         if (&other == &row || other.element <= 0)
             continue;
         for (int i = 0; i < other.corners(); ++i)
@@ -90,11 +88,12 @@ void add_to_line(Engine& engine, CutRow& row, int place) {
 }
 
 // The side gets a node at the point, or the one that another row has put on it.
-void add_to_line(Mesh& mesh, Engine& engine, CutRow& row, const RowSide& side, const Point& point) {
+void add_to_line(Mesh& mesh, Engine& engine, CutTable& cut, CutRow& row, const RowSide& side,
+                 const Point& point) {
     const std::int32_t a = row.corner_node[side.a];
     const std::int32_t b = row.corner_node[side.b];
     std::int32_t found = 0;
-    for_rows_with_side(engine, a, b, [&](const CutRow&, std::int32_t mark) {
+    cut.for_rows_with_side(a, b, [&](const CutRow&, std::int32_t mark) {
         if (found == 0)
             found = mark;
     });
@@ -103,14 +102,14 @@ void add_to_line(Mesh& mesh, Engine& engine, CutRow& row, const RowSide& side, c
         return;
     }
     const std::int32_t node = add_side_node(mesh, engine, point, a, b);
-    for_rows_with_side(engine, a, b, [&](const CutRow& other, std::int32_t& mark) {
+    cut.for_rows_with_side(a, b, [&](const CutRow& other, std::int32_t& mark) {
         if (other.element > 0)
             mark = node;
     });
 }
 
-void clear_side(Engine& engine, std::int32_t a, std::int32_t b) {
-    for_rows_with_side(engine, a, b, [](const CutRow&, std::int32_t& mark) { mark = 0; });
+void clear_side(CutTable& cut, std::int32_t a, std::int32_t b) {
+    cut.for_rows_with_side(a, b, [](const CutRow&, std::int32_t& mark) { mark = 0; });
 }
 
 // --- ends ----------------------------------------------------------------------------------------
@@ -120,9 +119,9 @@ constexpr float HALFWAY_INSIDE = 0.5F;   // of the pair: an end so near to a sid
 constexpr float CLOSE_TO_CORNER = 0.1F;  // of a side: a point so near to a corner is the corner
 constexpr float CLEAR_OF_CORNER = 0.3F;  // of a side: least distance of a node on it from a corner
 
-void place_corner(Mesh& mesh, Engine& engine, CutRow& row, int place, const Point& point) {
+void place_corner(Mesh& mesh, Engine& engine, CutTable& cut, CutRow& row, int place, const Point& point) {
     move_node(mesh, engine, row.corner_node[place], point);
-    add_to_line(engine, row, place);
+    add_to_line(cut, row, place);
 }
 
 Point along(const Point& from, const Point& a, const Point& b) {
@@ -130,17 +129,17 @@ Point along(const Point& from, const Point& a, const Point& b) {
 }
 
 // Puts P into the row by one of its sides; Q0 is the other point of the pair.
-void place_end_by_side(Mesh& mesh, Engine& engine, CutRow& row, const RowSide& side, const Point& p,
-                       const Point& q0) {
+void place_end_by_side(Mesh& mesh, Engine& engine, CutTable& cut, CutRow& row, const RowSide& side,
+                       const Point& p, const Point& q0) {
     const std::int32_t node_a = row.corner_node[side.a];
     const std::int32_t node_b = row.corner_node[side.b];
     const Point a = node_point(mesh, node_a);
     const Point b = node_point(mesh, node_b);
     if (distance(b, p) < distance(a, p)) {
         if (engine.frozen[node_b] == 0)
-            return place_corner(mesh, engine, row, side.b, p);
+            return place_corner(mesh, engine, cut, row, side.b, p);
     } else if (engine.frozen[node_a] == 0) {
-        return place_corner(mesh, engine, row, side.a, p);
+        return place_corner(mesh, engine, cut, row, side.a, p);
     }
     Point q;
     if (!line_crossing(q0, p, a, b, q))
@@ -157,13 +156,13 @@ void place_end_by_side(Mesh& mesh, Engine& engine, CutRow& row, const RowSide& s
         if (from_corner <= CLOSE_TO_CORNER * length) {
             if (both_frozen)
                 move_node(mesh, engine, row.corner_node[place], q);
-            add_to_line(engine, row, place);
+            add_to_line(cut, row, place);
             return;
         }
         // Near B the node goes outwards, beyond the end of the side: kept as decks have always had it.
         const bool clear =
             nearer_b ? CLEAR_OF_CORNER * length < length - distance_a : CLEAR_OF_CORNER * length < distance_a;
-        add_to_line(mesh, engine, row, side, clear ? q : along(nearer_b ? b : a, a, b));
+        add_to_line(mesh, engine, cut, row, side, clear ? q : along(nearer_b ? b : a, a, b));
         return;
     }
     const Point inside = distance_p <= HALFWAY_INSIDE * distance_q0
@@ -173,7 +172,7 @@ void place_end_by_side(Mesh& mesh, Engine& engine, CutRow& row, const RowSide& s
 }
 
 // Places an end in the first row that contains it. False when this row does not.
-bool place_end_in(Mesh& mesh, Engine& engine, CutRow& row, const Point& p, const Point& q0) {
+bool place_end_in(Mesh& mesh, Engine& engine, CutTable& cut, CutRow& row, const Point& p, const Point& q0) {
     const Point n1 = corner(mesh, row, 0), n2 = corner(mesh, row, 1), n3 = corner(mesh, row, 2);
     Point centre;
     if (row.is_triangle()) {
@@ -189,16 +188,16 @@ bool place_end_in(Mesh& mesh, Engine& engine, CutRow& row, const Point& p, const
     for (int i = 0; i < row.corners(); ++i) {
         const RowSide& side = side_of(row, i);
         if (in_triangle(p, corner(mesh, row, side.a), corner(mesh, row, side.b), centre)) {
-            place_end_by_side(mesh, engine, row, side, p, q0);
+            place_end_by_side(mesh, engine, cut, row, side, p, q0);
             return true;
         }
     }
     return false;
 }
 
-void place_one_end(Mesh& mesh, Engine& engine, const Point& p, const Point& q0) {
-    for (CutRow& row : engine.rows)
-        if (place_end_in(mesh, engine, row, p, q0))
+void place_one_end(Mesh& mesh, Engine& engine, CutTable& cut, const Point& p, const Point& q0) {
+    for (CutRow& row : cut.rows)
+        if (place_end_in(mesh, engine, cut, row, p, q0))
             return;
 }
 
@@ -207,7 +206,7 @@ void place_one_end(Mesh& mesh, Engine& engine, const Point& p, const Point& q0) 
 constexpr float SHARE_OF_SIDE = 0.1F;  // of a side: a crossing so near to a frozen corner is the corner
 
 // Brings one side to the segment. Gives the number of the node that it moves, 0 for none.
-std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutRow& row,
+std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTable& cut, CutRow& row,
                       const RowSide& side, const Point& p1, const Point& p2, const CutMode& mode) {
     const std::int32_t node_a = row.corner_node[side.a];
     const std::int32_t node_b = row.corner_node[side.b];
@@ -215,7 +214,7 @@ std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, 
     const Point b = node_point(mesh, node_b);
     const auto drop_planned_node = [&] {
         if (row.side_node[side.mark] != 0 && !mode.deferred)
-            clear_side(engine, node_a, node_b);
+            clear_side(cut, node_a, node_b);
     };
     const Meeting crossing = segment_crossing(p1, p2, a, b);
     const auto is_on_line = [&](const Point& p) {
@@ -234,7 +233,7 @@ std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, 
     const std::int32_t other = nearer_b ? node_a : node_b;
     const auto mark = [&] {
         if (mode.end_rule != ONLY_MOVE)
-            add_to_line(engine, row, place);
+            add_to_line(cut, row, place);
     };
     if (engine.frozen[node] == 0 || (engine.frozen[node] == 1 && engine.frozen[other] == 1)) {
         move_node(mesh, engine, node, meeting_point);
@@ -250,7 +249,7 @@ std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, 
     const float from_corner = nearer_b ? std::abs(length - distance_a) : distance_a;
     if (share * length < from_corner) {
         if (mode.end_rule != ONLY_MOVE)
-            add_to_line(mesh, engine, row, side, meeting_point);
+            add_to_line(mesh, engine, cut, row, side, meeting_point);
         else if (nearer_b && mesh.kind != LayoutKind::displacement)
             drop_planned_node();
         return 0;
@@ -262,16 +261,17 @@ std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, 
 
 // While the elements wait for their split, a side that the segment misses stays as it is. So only rows near
 // the segment can change, and those that a node moved on the way has brought to it.
-void scan_rows_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& p1,
+void scan_rows_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTable& cut, const Point& p1,
                     const Point& p2, const CutMode& mode) {
-    std::vector<std::uint32_t> rows = rows_of(engine, elements_met_by(engine, p1, p2));
+    std::vector<std::uint32_t> rows = cut.rows_of(elements_met_by(engine, p1, p2));
     for (std::size_t k = 0; k < rows.size(); ++k) {
-        CutRow& row = engine.rows[rows[k]];
+        CutRow& row = cut.rows[rows[k]];
         for (int i = 0; i < row.corners(); ++i) {
-            const std::int32_t moved = cut_side(mesh, tolerances, engine, row, side_of(row, i), p1, p2, mode);
+            const std::int32_t moved =
+                cut_side(mesh, tolerances, engine, cut, row, side_of(row, i), p1, p2, mode);
             if (moved == 0)
                 continue;
-            for (const std::uint32_t other : rows_with(engine, moved)) {
+            for (const std::uint32_t other : cut.rows_with(moved)) {
                 const auto at = std::lower_bound(rows.begin(), rows.end(), other);
                 if (other > rows[k] && (at == rows.end() || *at != other))
                     rows.insert(at, other);
@@ -282,7 +282,7 @@ void scan_rows_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine, co
 
 }  // namespace
 
-void collect_rows(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2) {
+void collect_rows(Mesh& mesh, Engine& engine, CutTable& cut, const Point& p1, const Point& p2) {
     const auto take = [&](std::int32_t e) {
         const ElementWords& w = mesh.words[e];
         CutRow row;
@@ -292,8 +292,7 @@ void collect_rows(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2) 
         row.corner_node[3] = w.corner_4;
         row.material = w.material;
         row.element = e;
-        engine.rows.push_back(row);
-        note_row(engine);
+        cut.add(row);
         mesh.words[e].corner_1 = -w.corner_1;
     };
     const auto open_to_cut = [&](std::int32_t e) {
@@ -319,20 +318,21 @@ void collect_rows(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2) 
             take(e);
 }
 
-void place_ends(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2, const PlacedEnds& placed) {
+void place_ends(Mesh& mesh, Engine& engine, CutTable& cut, const Point& p1, const Point& p2,
+                const PlacedEnds& placed) {
     if (placed.first)
-        place_one_end(mesh, engine, p1, p2);
+        place_one_end(mesh, engine, cut, p1, p2);
     if (placed.second)
-        place_one_end(mesh, engine, p2, p1);
+        place_one_end(mesh, engine, cut, p2, p1);
 }
 
-void scan_sides(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& p1, const Point& p2,
-                const CutMode& mode) {
-    if (engine.uses_indexes && mode.deferred)
-        return scan_rows_near(mesh, tolerances, engine, p1, p2, mode);
-    for (CutRow& row : engine.rows)
+void scan_sides(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTable& cut, const Point& p1,
+                const Point& p2, const CutMode& mode) {
+    if (cut.uses_indexes() && mode.deferred)
+        return scan_rows_near(mesh, tolerances, engine, cut, p1, p2, mode);
+    for (CutRow& row : cut.rows)
         for (int i = 0; i < row.corners(); ++i)
-            cut_side(mesh, tolerances, engine, row, side_of(row, i), p1, p2, mode);
+            cut_side(mesh, tolerances, engine, cut, row, side_of(row, i), p1, p2, mode);
 }
 
 }  // namespace brelan

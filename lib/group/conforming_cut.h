@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "group/cut_table.h"
 #include "group/engine.h"
 #include "mesh/group_tables.h"
 #include "mesh/tables.h"
@@ -20,22 +21,23 @@ struct CutMode {
 
 // Adds a row for each selected element that contains P1, then P2, then that the segment crosses, and hides
 // those elements from further calls.
-void collect_rows(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2);
+void collect_rows(Mesh& mesh, Engine& engine, CutTable& cut, const Point& p1, const Point& p2);
 
 // Makes ends of the pair nodes of the mesh: the nearest free corner of the row that contains it, a new node
 // on a side, or one inside.
 struct PlacedEnds {
     bool first = false, second = false;
 };
-void place_ends(Mesh& mesh, Engine& engine, const Point& p1, const Point& p2, const PlacedEnds& placed);
+void place_ends(Mesh& mesh, Engine& engine, CutTable& cut, const Point& p1, const Point& p2,
+                const PlacedEnds& placed);
 
 // Brings each side of each row to the segment: a free corner near the crossing moves onto it, else the side
 // gets a node there.
-void scan_sides(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Point& p1, const Point& p2,
-                const CutMode& mode);
+void scan_sides(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTable& cut, const Point& p1,
+                const Point& p2, const CutMode& mode);
 
 // Splits the marked rows by their patterns, writes all rows back to the elements and empties the table. The
 // first part keeps the element's number, the others follow the highest.
-void split_rows(Mesh& mesh, Engine& engine);
+void split_rows(Mesh& mesh, Engine& engine, CutTable& cut);
 
 }  // namespace brelan

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace brelan {
@@ -41,5 +42,48 @@ inline constexpr RowSide TRIANGLE_SIDES[3] = {{0, 1, 2, 2, 2}, {1, 2, 0, 0, 0}, 
 inline const RowSide& side_of(const CutRow& row, int i) {
     return row.is_triangle() ? TRIANGLE_SIDES[i] : QUADRILATERAL_SIDES[i];
 }
+
+// The rows of the cut in work, and where nodes and elements stand among them, so that a mark need not look at
+// every row. Kept from cut to cut for the room that it takes.
+class CutTable {
+public:
+    // Without indexes every search is a scan of all rows.
+    explicit CutTable(bool uses_indexes) : uses_indexes_(uses_indexes) {}
+
+    std::vector<CutRow> rows;
+
+    // Adds the row of an element.
+    void add(const CutRow& row);
+    void clear();
+
+    // The places in the table, ascending, of the rows that may have the node as a corner.
+    std::span<const std::uint32_t> rows_with(std::int32_t node);
+
+    // The places in the table, ascending, of the rows of the elements.
+    std::vector<std::uint32_t> rows_of(std::span<const std::int32_t> elements) const;
+
+    bool uses_indexes() const { return uses_indexes_; }
+
+    // Calls the action, in ascending order, with each row that has the side between two nodes and with the
+    // mark of that side.
+    template <class Action>
+    void for_rows_with_side(std::int32_t a, std::int32_t b, Action action) {
+        for (const std::uint32_t r : rows_with(a)) {
+            CutRow& row = rows[r];
+            for (int i = 0; i < row.corners(); ++i) {
+                const RowSide& side = side_of(row, i);
+                if ((row.corner_node[side.a] == a && row.corner_node[side.b] == b) ||
+                    (row.corner_node[side.a] == b && row.corner_node[side.b] == a))
+                    action(row, row.side_node[side.mark]);
+            }
+        }
+    }
+
+private:
+    bool uses_indexes_;
+    std::vector<std::vector<std::uint32_t>> by_node_;  // places of rows, ascending
+    std::vector<std::uint32_t> by_element_;            // place behind 1, 0 for an element without a row
+    std::vector<std::uint32_t> every_row_;             // 0, 1, 2, ...
+};
 
 }  // namespace brelan

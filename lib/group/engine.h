@@ -2,12 +2,9 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
-#include "group/cut_table.h"
 #include "group/element_index.h"
 #include "group/node_index.h"
-#include "group/row_index.h"
 #include "mesh/tables.h"
 
 namespace brelan {
@@ -27,7 +24,6 @@ struct Engine {
     std::int32_t highest_element = 0;  // in use, of any type
     std::int32_t group = 0;            // in work
     MeshLimits limits;
-    std::vector<CutRow> rows;  // of the cut in work
 
     // Indexes save looks that would find nothing and never change a result, so the program always runs with
     // them; tests run both ways and hold the results against each other. Without them every search of the
@@ -35,7 +31,6 @@ struct Engine {
     bool uses_indexes = true;
     ElementIndex element_index;
     NodeIndex node_index;
-    RowIndex row_index;
 };
 
 }  // namespace brelan

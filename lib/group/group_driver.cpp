@@ -99,8 +99,8 @@ RegionMaterial region_of(const GroupCards& group_cards, std::int32_t g) {
 
 // Works on one group. Gives the record of its line or joint.
 std::optional<JointRecord> run_group(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
-                                     const Tolerances& tolerances, Engine& engine, GroupListing& listing,
-                                     std::int32_t g) {
+                                     const Tolerances& tolerances, Engine& engine, CutTable& cut,
+                                     GroupListing& listing, std::int32_t g) {
     engine.group = g;
     const GroupRow& group = group_cards.rows[g];
     if (group.group_type == 0)
@@ -109,7 +109,7 @@ std::optional<JointRecord> run_group(Channels& channels, Mesh& mesh, const Group
     const std::span<const SegmentRow> segments = segments_of(group_cards, g);
     const Path path = path_along(outline_of(group_cards, g), segments, use, tolerances.same);
     if (use != OutlineUse::free_line)
-        cut_along(mesh, tolerances, engine, path, segments);
+        cut_along(mesh, tolerances, engine, cut, path, segments);
     require_parts(engine, path);
     std::vector<std::int32_t> nodes;
     if (use != OutlineUse::free_line)
@@ -142,10 +142,11 @@ GroupListing work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& gr
     channels.open(CHANNEL_JOINT, "JOINT.TMP", OpenStatus::work);
     channels.open(CHANNEL_GROUP, "GROUP.TMP", OpenStatus::work);
     build_indexes(mesh, engine);
+    CutTable cut(engine.uses_indexes);
     GroupListing listing;
     std::vector<JointRecord> records;
     for (std::int32_t g = 1; g <= group_cards.count; ++g)
-        if (auto record = run_group(channels, mesh, group_cards, tolerances, engine, listing, g))
+        if (auto record = run_group(channels, mesh, group_cards, tolerances, engine, cut, listing, g))
             records.push_back(std::move(*record));
     finish_joints(channels, mesh, engine, listing, records);
     channels.close(CHANNEL_JOINT, CloseAction::remove);

@@ -16,7 +16,7 @@ PlacedEnds placed_by(std::int32_t end_rule) {
     return {.first = both || end_rule == START, .second = both || end_rule == END};
 }
 
-void cut_piece(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path,
+void cut_piece(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTable& table, const Path& path,
                const PathPiece& piece, const SegmentRow& segment) {
     const std::int32_t end_rule = segment.end_rule;
     if (end_rule == UNTOUCHED)
@@ -24,21 +24,21 @@ void cut_piece(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const P
     const CutMode mode{end_rule, segment.divisions <= 0};
     const PlacedEnds placed = placed_by(end_rule);
     const auto collect = [&](std::size_t i) {
-        collect_rows(mesh, engine, path.point_of(piece, i - 1), path.point_of(piece, i));
+        collect_rows(mesh, engine, table, path.point_of(piece, i - 1), path.point_of(piece, i));
     };
     const auto cut = [&](std::size_t i) {
         const Point& p1 = path.point_of(piece, i - 1);
         const Point& p2 = path.point_of(piece, i);
-        place_ends(mesh, engine, p1, p2,
+        place_ends(mesh, engine, table, p1, p2,
                    {.first = placed.first && i == 1, .second = placed.second && i == piece.parts});
         if (end_rule != BOTH_ENDS_ALONE)
-            scan_sides(mesh, tolerances, engine, p1, p2, mode);
+            scan_sides(mesh, tolerances, engine, table, p1, p2, mode);
     };
     if (!mode.deferred) {
         for (std::size_t i = 1; i <= piece.parts; ++i) {
             collect(i);
             cut(i);
-            split_rows(mesh, engine);
+            split_rows(mesh, engine, table);
         }
         return;
     }
@@ -46,15 +46,15 @@ void cut_piece(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const P
         collect(i);
     for (std::size_t i = 1; i <= piece.parts; ++i)
         cut(i);
-    split_rows(mesh, engine);
+    split_rows(mesh, engine, table);
 }
 
 }  // namespace
 
-void cut_along(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path,
+void cut_along(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTable& cut, const Path& path,
                std::span<const SegmentRow> segments) {
     for (const PathPiece& piece : path.pieces)
-        cut_piece(mesh, tolerances, engine, path, piece, segments[piece.segment]);
+        cut_piece(mesh, tolerances, engine, cut, path, piece, segments[piece.segment]);
 }
 
 void require_parts(const Engine& engine, const Path& path) {

@@ -3,6 +3,7 @@
 
 #include <span>
 
+#include "group/cut_table.h"
 #include "group/engine.h"
 #include "mesh/group_tables.h"
 #include "mesh/tables.h"
@@ -11,7 +12,7 @@
 namespace brelan {
 
 // Cuts the pieces of a path in their order, each as its segment says.
-void cut_along(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path,
+void cut_along(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTable& cut, const Path& path,
                std::span<const SegmentRow> segments);
 
 // Ends the run where the path has a segment of more parts than there may be.

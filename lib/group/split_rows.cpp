@@ -2,7 +2,6 @@
 #include <vector>
 
 #include "group/conforming_cut.h"
-#include "group/cut_sides.h"
 #include "group/cut_table.h"
 #include "group/engine_mesh.h"
 #include "group/split_patterns.h"
@@ -37,8 +36,8 @@ std::span<const Part> first_of(const std::array<SplitPattern, COUNT>& table, uns
 }
 
 // A row with two corners on the line, or one and a centre, needs no side node; its neighbours lose it too.
-void reduce_sides(Engine& engine) {
-    for (CutRow& row : engine.rows) {
+void reduce_sides(CutTable& cut) {
+    for (CutRow& row : cut.rows) {
         if (row.element <= 0)
             continue;
         const int on_line = count_bits(marks_of(row), CORNER_1);
@@ -47,8 +46,8 @@ void reduce_sides(Engine& engine) {
         for (int i = 0; i < row.corners(); ++i) {
             const RowSide& side = side_of(row, i);
             if (row.side_node[side.mark] != 0)
-                for_rows_with_side(engine, row.corner_node[side.a], row.corner_node[side.b],
-                                   [](const CutRow&, std::int32_t& mark) { mark = 0; });
+                cut.for_rows_with_side(row.corner_node[side.a], row.corner_node[side.b],
+                                       [](const CutRow&, std::int32_t& mark) { mark = 0; });
         }
     }
 }
@@ -73,20 +72,20 @@ std::int32_t node_at(const CutRow& row, At at) {
 }
 
 // Appends the parts of a row and marks it as replaced.
-void split_row(Engine& engine, std::size_t r) {
-    const std::span<const Part> parts = parts_of(engine.rows[r]);
+void split_row(CutTable& cut, std::size_t r) {
+    const std::span<const Part> parts = parts_of(cut.rows[r]);
     if (parts.empty())
         return;
-    const CutRow row = engine.rows[r];
+    const CutRow row = cut.rows[r];
     for (const Part& part : parts) {
         CutRow added;
         for (std::size_t i = 0; i < 4; ++i)
             added.corner_node[i] = node_at(row, part[i]);
         added.material = row.material;
         added.element = row.element;
-        engine.rows.push_back(added);
+        cut.rows.push_back(added);
     }
-    engine.rows[r].element = -row.element;
+    cut.rows[r].element = -row.element;
 }
 
 // The first row of an element takes its slot, the others new numbers with its attributes.
@@ -124,16 +123,16 @@ std::span<const Part> parts_of(const CutRow& row) {
     return first_of(QUADRILATERAL_CORNER_CUT, marks);
 }
 
-void split_rows(Mesh& mesh, Engine& engine) {
-    reduce_sides(engine);
-    const std::size_t rows = engine.rows.size();
+void split_rows(Mesh& mesh, Engine& engine, CutTable& cut) {
+    reduce_sides(cut);
+    const std::size_t rows = cut.rows.size();
     for (std::size_t r = 0; r < rows; ++r)
-        if (engine.rows[r].element > 0)
-            split_row(engine, r);
-    for (const CutRow& row : engine.rows)
+        if (cut.rows[r].element > 0)
+            split_row(cut, r);
+    for (const CutRow& row : cut.rows)
         if (row.element > 0)
             write_back(mesh, engine, row);
-    clear_rows(engine);
+    cut.clear();
 }
 
 }  // namespace brelan

@@ -10,7 +10,6 @@
 #include "group/cut_table.h"
 #include "group/engine.h"
 #include "group/engine_mesh.h"
-#include "group/row_index.h"
 #include "support/state.h"
 
 namespace brelan::test {
@@ -22,6 +21,8 @@ class CutFixture : public ::testing::Test {
 protected:
     void SetUp() override { clear(); }
     void TearDown() override { clear(); }
+
+    static inline CutTable cut{true};
 
     static void clear() {
         reset_mesh(state.mesh);
@@ -36,7 +37,7 @@ protected:
         state.mesh.head.fill(0.0F);
         state.mesh.coefficient.fill(0.0F);
         state.engine.frozen.fill(0);
-        clear_rows(state.engine);
+        cut.clear();
         state.engine.highest_node = state.engine.highest_element = 0;
         state.tolerances.move = state.tolerances.line = 0.01F;
         state.tolerances.same = 0.001F;
@@ -75,13 +76,13 @@ protected:
 
     // Collects the rows of a pair and scans their sides.
     static void scan(const Point& P1, const Point& P2, std::int32_t IEND = 2, bool deferred = false) {
-        collect_rows(state.mesh, state.engine, P1, P2);
-        scan_sides(state.mesh, state.tolerances, state.engine, P1, P2, {IEND, deferred});
+        collect_rows(state.mesh, state.engine, cut, P1, P2);
+        scan_sides(state.mesh, state.tolerances, state.engine, cut, P1, P2, {IEND, deferred});
     }
     // Collects the rows of a pair and places its second end.
     static void place(const Point& P, const Point& Q0) {
-        collect_rows(state.mesh, state.engine, Q0, P);
-        place_ends(state.mesh, state.engine, Q0, P, {.second = true});
+        collect_rows(state.mesh, state.engine, cut, Q0, P);
+        place_ends(state.mesh, state.engine, cut, Q0, P, {.second = true});
     }
 
     static FourNodes corners(std::int32_t e) {
@@ -89,11 +90,11 @@ protected:
                 state.mesh.words[e].corner_4};
     }
     static FourNodes corner_marks(std::size_t row) {
-        const CutRow& r = state.engine.rows.at(row);
+        const CutRow& r = cut.rows.at(row);
         return {r.corner_on_line[0], r.corner_on_line[1], r.corner_on_line[2], r.corner_on_line[3]};
     }
     static FourNodes side_marks(std::size_t row) {
-        const CutRow& r = state.engine.rows.at(row);
+        const CutRow& r = cut.rows.at(row);
         return {r.side_node[0], r.side_node[1], r.side_node[2], r.side_node[3]};
     }
     static void expect_node(std::int32_t n, float x, float y) {

@@ -27,37 +27,37 @@ protected:
     }
     static std::vector<std::int32_t> rows() {
         std::vector<std::int32_t> numbers;
-        for (const CutRow& row : state.engine.rows)
+        for (const CutRow& row : cut.rows)
             numbers.push_back(row.element);
         return numbers;
     }
 };
 
 TEST_F(ThreeSquares, RowsComeByFirstEndThenSecondThenCrossings) {
-    collect_rows(state.mesh, state.engine, {2.5F, 0.5F}, {0.5F, 0.5F});
+    collect_rows(state.mesh, state.engine, cut, {2.5F, 0.5F}, {0.5F, 0.5F});
     EXPECT_EQ(rows(), (std::vector<std::int32_t>{3, 1, 2}));
-    EXPECT_EQ(state.engine.rows[0].material, 13);
-    EXPECT_EQ(state.engine.rows[0].corner_node[0], 3);
+    EXPECT_EQ(cut.rows[0].material, 13);
+    EXPECT_EQ(cut.rows[0].corner_node[0], 3);
     EXPECT_EQ(state.mesh.words[3].corner_1, -3);
     EXPECT_EQ(state.mesh.words[2].corner_1, -2);
 }
 
 TEST_F(ThreeSquares, TakenElementIsNotTakenAgain) {
-    collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {0.5F, 0.75F});
-    collect_rows(state.mesh, state.engine, {0.5F, 0.75F}, {1.5F, 0.75F});
+    collect_rows(state.mesh, state.engine, cut, {0.5F, 0.5F}, {0.5F, 0.75F});
+    collect_rows(state.mesh, state.engine, cut, {0.5F, 0.75F}, {1.5F, 0.75F});
     EXPECT_EQ(rows(), (std::vector<std::int32_t>{1, 2}));
 }
 
 TEST_F(ThreeSquares, ElementsThatAreListedOrOfAnotherTypeAreLeft) {
     state.engine.workable[1] = 0;
     state.mesh.type[2] = ELEMENT_TRUSS;
-    collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {2.5F, 0.5F});
+    collect_rows(state.mesh, state.engine, cut, {0.5F, 0.5F}, {2.5F, 0.5F});
     EXPECT_EQ(rows(), (std::vector<std::int32_t>{3}));
 }
 
 TEST_F(ThreeSquares, SegmentAlongSidesChangesNothing) {
     scan({1, 0}, {1, 1});
-    split_rows(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine, cut);
     EXPECT_EQ(state.engine.highest_node, 8);
     EXPECT_EQ(state.engine.highest_element, 3);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 6, 5}));
@@ -65,14 +65,14 @@ TEST_F(ThreeSquares, SegmentAlongSidesChangesNothing) {
     expect_node(1, 0, 0);
     expect_node(2, 1, 0);
     expect_node(6, 1, 1);
-    EXPECT_TRUE(state.engine.rows.empty());
+    EXPECT_TRUE(cut.rows.empty());
 }
 
 TEST_F(ThreeSquares, EndsAloneLeaveTheElementsBetween) {
     const Point P1{0.25F, 0.125F}, P2{2.75F, 0.875F};
-    collect_rows(state.mesh, state.engine, P1, P2);
-    place_ends(state.mesh, state.engine, P1, P2, {.first = true, .second = true});
-    split_rows(state.mesh, state.engine);
+    collect_rows(state.mesh, state.engine, cut, P1, P2);
+    place_ends(state.mesh, state.engine, cut, P1, P2, {.first = true, .second = true});
+    split_rows(state.mesh, state.engine, cut);
     EXPECT_EQ(state.engine.highest_node, 8);
     EXPECT_EQ(state.engine.highest_element, 3);
     expect_node(1, 0.25F, 0.125F);
@@ -82,11 +82,11 @@ TEST_F(ThreeSquares, EndsAloneLeaveTheElementsBetween) {
 
 // A row with two corners on the line needs no side node, and its neighbour loses it as well.
 TEST_F(ThreeSquares, SideNodeOfARowWithTwoCornersGoesInBothRows) {
-    collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {1.5F, 0.5F});
-    state.engine.rows[0].corner_on_line[0] = state.engine.rows[0].corner_on_line[2] = 1;
-    state.engine.rows[0].side_node[1] = state.engine.rows[1].side_node[3] = 9;
-    state.engine.rows[1].corner_on_line[1] = 1;
-    split_rows(state.mesh, state.engine);
+    collect_rows(state.mesh, state.engine, cut, {0.5F, 0.5F}, {1.5F, 0.5F});
+    cut.rows[0].corner_on_line[0] = cut.rows[0].corner_on_line[2] = 1;
+    cut.rows[0].side_node[1] = cut.rows[1].side_node[3] = 9;
+    cut.rows[1].corner_on_line[1] = 1;
+    split_rows(state.mesh, state.engine, cut);
     EXPECT_EQ(state.engine.highest_element, 4);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 6, 0}));
     EXPECT_EQ(corners(4), (FourNodes{1, 6, 5, 0}));
@@ -94,12 +94,12 @@ TEST_F(ThreeSquares, SideNodeOfARowWithTwoCornersGoesInBothRows) {
 }
 
 TEST_F(ThreeSquares, CentreAndOneCornerDropSideNodesToo) {
-    collect_rows(state.mesh, state.engine, {0.5F, 0.5F}, {0.5F, 0.75F});
+    collect_rows(state.mesh, state.engine, cut, {0.5F, 0.5F}, {0.5F, 0.75F});
     node(9, 0.5F, 0.5F);
-    state.engine.rows[0].centre_node = 9;
-    state.engine.rows[0].corner_on_line[0] = 1;
-    state.engine.rows[0].side_node[1] = 10;
-    split_rows(state.mesh, state.engine);
+    cut.rows[0].centre_node = 9;
+    cut.rows[0].corner_on_line[0] = 1;
+    cut.rows[0].side_node[1] = 10;
+    split_rows(state.mesh, state.engine, cut);
     EXPECT_EQ(state.engine.highest_element, 6);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 9, 0}));
     EXPECT_EQ(corners(4), (FourNodes{2, 6, 9, 0}));
@@ -111,9 +111,9 @@ TEST_F(ThreeSquares, PartsCarryMaterialAndAttributes) {
     const Edition edition(DISPLACEMENT);
     state.mesh.thickness[2] = 0.5F;
     state.mesh.density[2] = 1.75F;
-    collect_rows(state.mesh, state.engine, {1.5F, 0.5F}, {1.5F, 0.75F});
-    state.engine.rows[0].corner_on_line[0] = state.engine.rows[0].corner_on_line[2] = 1;
-    split_rows(state.mesh, state.engine);
+    collect_rows(state.mesh, state.engine, cut, {1.5F, 0.5F}, {1.5F, 0.75F});
+    cut.rows[0].corner_on_line[0] = cut.rows[0].corner_on_line[2] = 1;
+    split_rows(state.mesh, state.engine, cut);
     ASSERT_EQ(state.engine.highest_element, 4);
     EXPECT_EQ(state.mesh.words[2].material, 12);
     EXPECT_EQ(state.mesh.words[4].material, 12);
@@ -130,7 +130,7 @@ TEST_F(GroupCut, CrossingNearAFreeNodeMovesIt) {
     rectangle(10, 10);
     scan({2, -1}, {2, 11});
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 1}));
-    split_rows(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine, cut);
     EXPECT_EQ(state.engine.highest_node, 4);
     EXPECT_EQ(state.engine.highest_element, 1);
     expect_node(1, 2, 0);
@@ -157,7 +157,7 @@ TEST_F(GroupCut, CrossingNearAFrozenNodeMarksTheCornerOnly) {
     rectangle(10, 10, {1});
     scan({0.5F, -1}, {0.5F, 11});
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 1}));
-    split_rows(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine, cut);
     EXPECT_EQ(state.engine.highest_node, 4);
     EXPECT_EQ(state.engine.highest_element, 1);
     expect_node(1, 0, 0);
@@ -178,7 +178,7 @@ TEST_F(GroupCut, ShortNeighbourSideMakesTheCrossingClear) {
     scan({0.5F, -1}, {0.5F, 3});
     EXPECT_EQ(side_marks(0), (FourNodes{5, 0, 0, 0}));
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 0, 1}));
-    split_rows(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine, cut);
     expect_node(5, 0.5F, 0);
     expect_node(4, 0.5F, 2);
     ASSERT_EQ(state.engine.highest_element, 2);
@@ -196,7 +196,7 @@ TEST_F(GroupCut, NeighboursShareTheNodeOnTheirSide) {
     scan({2, -1}, {2, 21});
     EXPECT_EQ(side_marks(0), (FourNodes{7, 0, 8, 0}));
     EXPECT_EQ(side_marks(1), (FourNodes{8, 0, 9, 0}));
-    split_rows(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine, cut);
     EXPECT_EQ(state.engine.highest_node, 9);
     expect_node(7, 2, 0);
     expect_node(8, 2, 10);
@@ -212,11 +212,11 @@ TEST_F(GroupCut, NeighboursShareTheNodeOnTheirSide) {
 
 TEST_F(GroupCut, PlannedNodeGoesWhereTheLineMisses) {
     rectangle(10, 10);
-    collect_rows(state.mesh, state.engine, {5, 5}, {5, 6});
-    state.engine.rows[0].side_node[0] = 9;
-    scan_sides(state.mesh, state.tolerances, state.engine, {5, 5}, {5, 6}, {2, true});
+    collect_rows(state.mesh, state.engine, cut, {5, 5}, {5, 6});
+    cut.rows[0].side_node[0] = 9;
+    scan_sides(state.mesh, state.tolerances, state.engine, cut, {5, 5}, {5, 6}, {2, true});
     EXPECT_EQ(side_marks(0), (FourNodes{9, 0, 0, 0})) << "kept until all pairs are through";
-    scan_sides(state.mesh, state.tolerances, state.engine, {5, 5}, {5, 6}, {2, false});
+    scan_sides(state.mesh, state.tolerances, state.engine, cut, {5, 5}, {5, 6}, {2, false});
     EXPECT_EQ(side_marks(0), (FourNodes{0, 0, 0, 0}));
 }
 
@@ -233,19 +233,19 @@ TEST_F(GroupCut, MoveOnlyAddsNoNodeBesideAFrozenOne) {
         const Edition edition(kind);
         clear();
         rectangle(10, 10, {2});
-        collect_rows(state.mesh, state.engine, {8, -1}, {8, 5});
-        state.engine.rows[0].side_node[0] = 9;
-        scan_sides(state.mesh, state.tolerances, state.engine, {8, -1}, {8, 5}, {-2, false});
+        collect_rows(state.mesh, state.engine, cut, {8, -1}, {8, 5});
+        cut.rows[0].side_node[0] = 9;
+        scan_sides(state.mesh, state.tolerances, state.engine, cut, {8, -1}, {8, 5}, {-2, false});
         EXPECT_EQ(state.engine.highest_node, 4);
-        EXPECT_EQ(state.engine.rows[0].side_node[0], kind == DISPLACEMENT ? 9 : 0)
+        EXPECT_EQ(cut.rows[0].side_node[0], kind == DISPLACEMENT ? 9 : 0)
             << "second node frozen, edition " << kind;
         clear();
         rectangle(10, 10, {1});
-        collect_rows(state.mesh, state.engine, {2, -1}, {2, 5});
-        state.engine.rows[0].side_node[0] = 9;
-        scan_sides(state.mesh, state.tolerances, state.engine, {2, -1}, {2, 5}, {-2, false});
+        collect_rows(state.mesh, state.engine, cut, {2, -1}, {2, 5});
+        cut.rows[0].side_node[0] = 9;
+        scan_sides(state.mesh, state.tolerances, state.engine, cut, {2, -1}, {2, 5}, {-2, false});
         EXPECT_EQ(state.engine.highest_node, 4);
-        EXPECT_EQ(state.engine.rows[0].side_node[0], 9) << "first node frozen, edition " << kind;
+        EXPECT_EQ(cut.rows[0].side_node[0], 9) << "first node frozen, edition " << kind;
     }
 }
 

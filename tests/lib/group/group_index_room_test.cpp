@@ -91,13 +91,13 @@ protected:
 
     static std::vector<std::int32_t> collected(const Side& segment, bool with_index) {
         state.engine.uses_indexes = with_index;
-        collect_rows(state.mesh, state.engine, segment.a, segment.b);
+        collect_rows(state.mesh, state.engine, cut, segment.a, segment.b);
         std::vector<std::int32_t> elements;
-        for (const CutRow& row : state.engine.rows) {
+        for (const CutRow& row : cut.rows) {
             elements.push_back(row.element);
             state.mesh.words[row.element].corner_1 = std::abs(state.mesh.words[row.element].corner_1);
         }
-        clear_rows(state.engine);
+        cut.clear();
         return elements;
     }
 };

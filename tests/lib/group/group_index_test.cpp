@@ -17,7 +17,6 @@
 #include "group/cut_table.h"
 #include "group/engine.h"
 #include "group/engine_mesh.h"
-#include "group/row_index.h"
 #include "support/state.h"
 
 namespace brelan::test {
@@ -134,7 +133,6 @@ void store(const MeshNow& mesh) {
         state.mesh.type[e] = mesh.types[i];
         state.engine.workable[e] = mesh.lists[i];
     }
-    clear_rows(state.engine);
     state.tolerances.move = state.tolerances.line = 0.02F;
     build_indexes(state.mesh, state.engine);
 }
@@ -184,33 +182,35 @@ Pair random_pair(Random& random, const MeshNow& mesh) {
     return pair;
 }
 
-void cut(const Pair& pair) {
-    collect_rows(state.mesh, state.engine, pair.p1, pair.p2);
-    place_ends(state.mesh, state.engine, pair.p1, pair.p2, pair.placed);
-    scan_sides(state.mesh, state.tolerances, state.engine, pair.p1, pair.p2, pair.mode);
-    split_rows(state.mesh, state.engine);
+void cut_pair(CutTable& cut, const Pair& pair) {
+    collect_rows(state.mesh, state.engine, cut, pair.p1, pair.p2);
+    place_ends(state.mesh, state.engine, cut, pair.p1, pair.p2, pair.placed);
+    scan_sides(state.mesh, state.tolerances, state.engine, cut, pair.p1, pair.p2, pair.mode);
+    split_rows(state.mesh, state.engine, cut);
 }
 
 // All pairs collected before the first is cut, and the elements split at the end.
-void cut_deferred(const std::vector<Pair>& pairs) {
+void cut_deferred(CutTable& cut, const std::vector<Pair>& pairs) {
     for (const Pair& pair : pairs)
-        collect_rows(state.mesh, state.engine, pair.p1, pair.p2);
+        collect_rows(state.mesh, state.engine, cut, pair.p1, pair.p2);
     for (const Pair& pair : pairs) {
-        place_ends(state.mesh, state.engine, pair.p1, pair.p2, pair.placed);
-        scan_sides(state.mesh, state.tolerances, state.engine, pair.p1, pair.p2, {pair.mode.end_rule, true});
+        place_ends(state.mesh, state.engine, cut, pair.p1, pair.p2, pair.placed);
+        scan_sides(state.mesh, state.tolerances, state.engine, cut, pair.p1, pair.p2,
+                   {pair.mode.end_rule, true});
     }
-    split_rows(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine, cut);
 }
 
 MeshNow after(const MeshNow& mesh, const std::vector<Pair>& pairs, bool with_index, bool deferred = false) {
     state.engine.uses_indexes = with_index;
     store(mesh);
+    CutTable cut(with_index);
     std::string failure;
     try {
         if (deferred)
-            cut_deferred(pairs);
+            cut_deferred(cut, pairs);
         for (std::size_t i = 0; !deferred && i < pairs.size(); ++i)
-            cut(pairs[i]);
+            cut_pair(cut, pairs[i]);
     } catch (const RunEnd& end) {
         failure = end.text;
     }

@@ -10,7 +10,6 @@
 #include "group/engine_mesh.h"
 #include "group/group_driver.h"
 #include "group/loader.h"
-#include "group/row_index.h"
 #include "mesh/kinds.h"
 #include "plane/path.h"
 #include "support/state.h"
@@ -24,8 +23,7 @@ constexpr float DEGREE = 0.017453292F;
 using Side = std::pair<std::int32_t, std::int32_t>;
 
 void store_mesh(const DrawnMesh& mesh) {
-    reset_mesh(state.mesh);
-    clear_rows(state.engine);
+    reset_mesh(state.mesh, state.side, state.selection);
     state.engine.highest_node = state.engine.highest_element = 0;
     for (const Point& p : mesh.nodes) {
         ++state.engine.highest_node;
@@ -286,7 +284,6 @@ std::string run_engine(const DrawnMesh& mesh, const std::vector<DrawnGroup>& gro
             work_on_groups(state.channels, state.mesh, state.deck.groups, state.tolerances, state.engine);
     } catch (const RunEnd& end) {
         state.channels.close_all();
-        clear_rows(state.engine);
         return end.text;
     }
     return {};

@@ -34,7 +34,7 @@ TEST_F(GroupCutEnd, CornerOfAnEndIsMarkedInItsNeighbours) {
     element(2, {2, 5, 6, 3});
     build_indexes(state.mesh, state.engine);
     place({9, 1}, {15, 1});
-    ASSERT_EQ(state.engine.rows[0].element, 2) << "the other point lies in it";
+    ASSERT_EQ(cut.rows[0].element, 2) << "the other point lies in it";
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 0}));
     EXPECT_EQ(corner_marks(1), (FourNodes{0, 1, 0, 0}));
 }
@@ -48,7 +48,7 @@ TEST_F(GroupCutEnd, CornerNamedTwiceIsMarkedTwiceInTheNeighboursOnly) {
     build_indexes(state.mesh, state.engine);
     place({4, 3.8F}, {1, 1});
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 1, 0}));
-    ASSERT_EQ(state.engine.rows.size(), 2U);
+    ASSERT_EQ(cut.rows.size(), 2U);
     EXPECT_EQ(corner_marks(1), (FourNodes{0, 0, 1, 1}));
     clear();
     rectangle(4, 4);
@@ -56,16 +56,16 @@ TEST_F(GroupCutEnd, CornerNamedTwiceIsMarkedTwiceInTheNeighboursOnly) {
     element(2, {2, 5, 3, 3});
     build_indexes(state.mesh, state.engine);
     place({4.3F, 3.9F}, {6, 3.6F});
-    EXPECT_EQ(state.engine.rows.at(0).element, 2);
+    EXPECT_EQ(cut.rows.at(0).element, 2);
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 1, 0}));
 }
 
 TEST_F(GroupCutEnd, SkippedEndsAreNotPlaced) {
     rectangle(10, 10);
-    collect_rows(state.mesh, state.engine, {2, 1}, {8, 1});
-    place_ends(state.mesh, state.engine, {2, 1}, {8, 1}, {});
+    collect_rows(state.mesh, state.engine, cut, {2, 1}, {8, 1});
+    place_ends(state.mesh, state.engine, cut, {2, 1}, {8, 1}, {});
     expect_node(1, 0, 0);
-    place_ends(state.mesh, state.engine, {2, 1}, {8, 1}, {.first = true});
+    place_ends(state.mesh, state.engine, cut, {2, 1}, {8, 1}, {.first = true});
     expect_node(1, 2, 1);
     expect_node(2, 10, 0);
 }
@@ -135,9 +135,9 @@ TEST_F(GroupCutEnd, LineAlongTheSideDoesNothing) {
 TEST_F(GroupCutEnd, EndWellInsideBecomesTheCentre) {
     rectangle(10, 10, ALL);
     place({5, 3}, {5, -5});
-    EXPECT_EQ(state.engine.rows[0].centre_node, 5);
+    EXPECT_EQ(cut.rows[0].centre_node, 5);
     expect_node(5, 5, 3);
-    split_rows(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine, cut);
     ASSERT_EQ(state.engine.highest_element, 4);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 5, 0}));
     EXPECT_EQ(corners(2), (FourNodes{2, 3, 5, 0}));
@@ -149,7 +149,7 @@ TEST_F(GroupCutEnd, EndWellInsideBecomesTheCentre) {
 TEST_F(GroupCutEnd, EndRatherNearASideGoesBackHalfTheWay) {
     rectangle(10, 10, ALL);
     place({5, 3}, {5, 9});
-    EXPECT_EQ(state.engine.rows[0].centre_node, 5);
+    EXPECT_EQ(cut.rows[0].centre_node, 5);
     expect_node(5, 5, 4.5F);
 }
 
@@ -187,9 +187,9 @@ protected:
 
 TEST_F(GroupCutEndTriangle, EndWellInsideBecomesTheCentre) {
     place({4, 2}, {4, -2});
-    EXPECT_EQ(state.engine.rows[0].centre_node, 4);
+    EXPECT_EQ(cut.rows[0].centre_node, 4);
     expect_node(4, 4, 2);
-    split_rows(state.mesh, state.engine);
+    split_rows(state.mesh, state.engine, cut);
     ASSERT_EQ(state.engine.highest_element, 3);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 4, 0}));
     EXPECT_EQ(corners(2), (FourNodes{4, 2, 3, 0}));
