@@ -1,4 +1,4 @@
-# Sourced by ./demo and ./test.
+# Sourced by ./demo, ./test and scripts/long.
 
 # present <package>: true when what the package brings is on this machine, wherever it came from.
 present() {
@@ -6,7 +6,6 @@ present() {
         clang) command -v clang++ ;;
         libgtest-dev) ls /usr/include/gtest/gtest.h ;;
         libbenchmark-dev) ls /usr/include/benchmark/benchmark.h ;;
-        libclang-rt-14-dev) ls -d /usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.asan-*.a ;;
         libcli11-dev) ls /usr/include/CLI/CLI.hpp ;;
         libfmt-dev) ls /usr/include/fmt/core.h ;;
         nlohmann-json3-dev) ls /usr/include/nlohmann/json.hpp ;;
@@ -48,4 +47,15 @@ quietly() {
         printf '%s\n' "$said" >&2
         return 1
     }
+}
+
+# in_memory: temporary files in memory where there is room, as the tests make and delete thousands of small projects.
+in_memory() {
+    local free
+    free=$(df --output=avail -k /dev/shm 2> /dev/null | tail -n 1)
+    [ "${free:-0}" -gt 2000000 ] || return 0
+    TMPDIR=$(mktemp -d -p /dev/shm brelan-test-XXXXXX)
+    chmod 755 "$TMPDIR"  # a test runs the program as a user without rights
+    export TMPDIR
+    trap 'rm -rf "$TMPDIR"' EXIT
 }

@@ -97,6 +97,7 @@ std::string about_mesh(const fs::path& file, LayoutKind kind) {
 // Files of the project by their names alone.
 std::vector<std::string> names_of(const std::vector<fs::path>& files, const fs::path& project) {
     std::vector<std::string> names;
+    names.reserve(files.size());
     for (const fs::path& file : files)
         names.push_back(printable((file.parent_path() == project ? file.filename() : file).string()));
     return names;

@@ -248,6 +248,7 @@ Stroke shape_stroke(ShapeRole role) {
 
 std::vector<int> shape_numbers(const std::vector<DeckShape>& shapes) {
     std::vector<int> numbers;
+    numbers.reserve(shapes.size());
     int others = 0;
     for (const DeckShape& shape : shapes)
         numbers.push_back(shape.role == ShapeRole::block || shape.role == ShapeRole::window ? 0

@@ -15,7 +15,7 @@ std::filesystem::path variable(const char* name) {
 
 // As the batch program finds it.
 std::filesystem::path drive_c() {
-    if (const std::filesystem::path drive = variable("BRELAN_DRIVE_C"); !drive.empty())
+    if (std::filesystem::path drive = variable("BRELAN_DRIVE_C"); !drive.empty())
         return drive;
     if (const std::filesystem::path data = variable("XDG_DATA_HOME"); !data.empty())
         return data / "brelan2d" / "C";

@@ -1,24 +1,21 @@
 // Dams of random profiles: each runs to its end, and all are sound but some of those that the command warns
-// of. BRELAN_DAMS in the environment asks for another count than the usual one; what is not sound is listed
-// with what is wrong with it.
+// of. A long run lists what is not sound, with what is wrong with it.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "support/campaign.h"
 #include "support/dam.h"
 
 namespace brelan::test {
 namespace {
-
-constexpr int USUAL_COUNT = 1000;
 
 class RandomDam {
 public:
@@ -126,11 +123,10 @@ struct Counts {
 };
 
 TEST(RandomDams, AreSoundButForThoseThatAreWarnedOf) {
-    const char* const asked = std::getenv("BRELAN_DAMS");
-    const int count = asked != nullptr ? std::atoi(asked) : USUAL_COUNT;
+    const int count = rounds(80, 1000);
     const std::string ALL = "all", WARNED = "warned of";
     std::map<std::string, Counts> groups;
-    for (int i = 0; i < count; i += BRELAN_TEST_STEP) {
+    for (int i = 0; i < count; ++i) {
         const RandomDam random(static_cast<unsigned>(i));
         const Kind kind = ALL_KINDS.at(static_cast<std::size_t>(i) % ALL_KINDS.size());
         const DamRun run(random.dam, kind);
@@ -151,12 +147,12 @@ TEST(RandomDams, AreSoundButForThoseThatAreWarnedOf) {
         }
         if (problems.empty() && random.dam.ISHELL == 0)
             expect_areas_of_cut_zones(random.dam, mesh, name + "\n" + random.dam.deck());
-        if (asked != nullptr && !problems.empty())
+        if (is_long_run() && !problems.empty())
             std::printf("%s, %s%s%s: %s (%zu in all)\n", name.c_str(), make.c_str(),
                         random.dam.core.empty() ? "" : ", core", random.dam.wall.empty() ? "" : ", wall",
                         problems.front().c_str(), problems.size());
     }
-    if (asked != nullptr)
+    if (is_long_run())
         for (const auto& [group, counts] : groups)
             std::printf("%s: %d of %d sound\n", group.c_str(), counts.sound, counts.all);
     EXPECT_GE(1000 * groups[ALL].sound, 994 * groups[ALL].all);

@@ -96,17 +96,6 @@ void GroupProject::run(const char* source, int line) const {
     expect_finished(project.run(), source, line);
 }
 
-Lines expected_lines(std::string_view name) {
-    const std::string path = std::string(TEST_DATA_DIR) + "/batch/expected/" + std::string(name);
-    Lines lines = lines_of(read_text(path));
-    EXPECT_FALSE(lines.empty()) << path;
-    for (std::string& line : lines) {
-        EXPECT_TRUE(line.ends_with('|')) << path << ": " << line;
-        line.resize(line.empty() ? 0 : line.size() - 1);
-    }
-    return lines;
-}
-
 Lines section(const Lines& lines, std::string_view first, std::string_view last, const char* source,
               int line) {
     const auto begin = std::find(lines.begin(), lines.end(), first);

@@ -62,9 +62,6 @@ public:
     Project project;
 };
 
-// The lines of an expected file in tests/batch/expected, in which a bar marks the end of each line.
-Lines expected_lines(std::string_view name);
-
 // Lines from the first that is `first` up to the one before `last`, which is sought behind it; all that
 // follow when there is no `last`. Reports a `first` that is not there.
 Lines section(const Lines& lines, std::string_view first, std::string_view last,

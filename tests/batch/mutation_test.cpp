@@ -3,6 +3,7 @@
 // with one of the three statuses, says what it has to say in the way of that status, and leaves the user's
 // files alone. The damage comes from fixed seeds, so a failure can be repeated by its number.
 
+#include "support/campaign.h"
 #include "support/mesh.h"
 #include "support/project.h"
 
@@ -181,13 +182,11 @@ void PrintTo(Target target, std::ostream* stream) {
 
 class Damage : public ::testing::TestWithParam<std::tuple<Target, unsigned>> {};
 
-constexpr unsigned RUNS_OF_A_BLOCK = 15;
-
 TEST_P(Damage, EndsInOrderAndTouchesNoInput) {
     const auto [target, block] = GetParam();
-    for (unsigned run = 0; run < RUNS_OF_A_BLOCK; ++run) {
-        const unsigned seed =
-            FIRST_SEED + 1000 * static_cast<unsigned>(target) + block * RUNS_OF_A_BLOCK + run;
+    const unsigned runs = rounds(5U, 100U);
+    for (unsigned run = 0; run < runs; ++run) {
+        const unsigned seed = FIRST_SEED + 1000 * static_cast<unsigned>(target) + block * 100 + run;
         SCOPED_TRACE("seed " + std::to_string(seed));
         Chance chance(seed);
         const Kind kind = chance.one_of(ALL_KINDS);

@@ -9,7 +9,7 @@ import unittest
 
 from support import BRELAN, SOURCE, Case
 
-TOOL = SOURCE / "tools" / "brelan"
+TOOL = SOURCE / "brelan"
 BUILD = pathlib.Path(os.environ["BRELAN_BUILD"])
 COMMANDS = ["run", "new", "check", "info", "plot", "convert", "diff"]
 

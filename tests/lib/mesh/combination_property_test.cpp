@@ -11,6 +11,7 @@
 #include "plane/point.h"
 #include "support/state.h"
 
+#include "support/campaign.h"
 #include "support/mesh.h"
 #include "support/project.h"
 
@@ -85,7 +86,7 @@ std::size_t border_sides(const Mesh& mesh) {
 
 TEST(CombinationProperty, GridsThatShareASideBecomeOneConformingMesh) {
     Random random(30);
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < rounds(20, 300); ++round) {
         const std::vector<double> y = places(random, random() % 2 == 0 ? 0.0 : -3.5, 2 + random() % 6);
         const std::vector<double> x = places(random, 0.0, 2 + random() % 6);
         std::vector<double> x2 = places(random, x.back(), 2 + random() % 6);
@@ -126,7 +127,7 @@ TEST(CombinationProperty, GridsThatShareASideBecomeOneConformingMesh) {
 
 TEST(CombinationProperty, MatchesAreThoseOfTheScanOfAllPairs) {
     Random random(31);
-    for (int round = 0; round < 24; ++round) {
+    for (int round = 0; round < rounds(8, 120); ++round) {
         reset_mesh(state.mesh);
         RegionTables first;
         state.combination.first = Region{};

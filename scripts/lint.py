@@ -1,0 +1,65 @@
+#!/usr/bin/env python3
+"""clang-tidy over the sources of all trees, many of one directory at a time.
+
+    lint.py BUILD
+
+The headers of the standard library cost clang-tidy more than a source of ours, so the sources of a directory are
+included into one and looked at together.  Where two of them have a name of their own in common that does not compile:
+such a lot is halved until it does.
+"""
+import concurrent.futures
+import json
+import os
+import pathlib
+import shlex
+import subprocess
+import sys
+import tempfile
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+TREES = ("lib", "batch", "brelan")
+MOST = 8  # sources of a lot: enough to share the headers, few enough for two processes to share the work
+
+
+def lots_of(commands):
+    """Sources that stand in one directory and are compiled alike, in lots."""
+    alike = {}
+    for command in commands:
+        path = pathlib.Path(command["file"])
+        if not path.is_relative_to(ROOT) or path.relative_to(ROOT).parts[0] not in TREES:
+            continue
+        words = shlex.split(command["command"])
+        flags = [word for word in words[1:words.index("-o")] if not word.startswith("-O")]
+        alike.setdefault((path.parent, tuple(flags)), []).append(path)
+    for (_, flags), paths in alike.items():
+        for first in range(0, len(paths), MOST):
+            yield flags, paths[first:first + MOST]
+
+
+def lint(flags, paths, directory):
+    """What clang-tidy says of the sources; empty when it is content."""
+    handle, name = tempfile.mkstemp(suffix=".cpp", dir=directory)
+    with os.fdopen(handle, "w") as lot:
+        lot.writelines('#include "%s"\n' % path for path in paths)
+    compiles = len(paths) == 1 or subprocess.run(
+        ["clang++", *flags, "-w", "-fsyntax-only", name], capture_output=True).returncode == 0
+    if not compiles:
+        half = len(paths) // 2
+        return lint(flags, paths[:half], directory) + lint(flags, paths[half:], directory)
+    checked = subprocess.run(
+        ["clang-tidy", "--quiet", "--config-file=%s" % (ROOT / ".clang-tidy"), "--checks=-bugprone-suspicious-include",
+         name, "--", *flags, "-Wno-unknown-warning-option"],
+        text=True, capture_output=True)
+    return checked.stdout + checked.stderr if checked.returncode else ""
+
+
+def main():
+    commands = json.loads((pathlib.Path(sys.argv[1]) / "compile_commands.json").read_text())
+    with tempfile.TemporaryDirectory() as directory, concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        said = list(pool.map(lambda lot: lint(*lot, directory), lots_of(commands)))
+    print("".join(said), end="")
+    return 1 if any(said) else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
