@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <numeric>
 
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
@@ -19,24 +18,7 @@ namespace brelan::tool {
 
 namespace {
 
-// Texts that are held in memory: there can be no files of these names.
 constexpr int CHANNEL_TEXT = 1, CHANNEL_CARDS = 2, CHANNEL_SHOWN = 3;
-constexpr std::string_view TEXT = "/dev/null/text", CARDS = "/dev/null/cards", SHOWN = "/dev/null/shown";
-
-void open_text(Channels& channels, const DeckSource& source) {
-    Channel& channel = channels.open(CHANNEL_TEXT, TEXT, OpenStatus::scratch);
-    const std::string_view text = source.text;
-    std::size_t lines = 0;
-    for (std::size_t begin = 0; begin < text.size(); ++lines) {
-        const std::size_t end = std::min(text.find('\n', begin), text.size());
-        channel.write_line(text.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    LineOrigin origin{source.file.string(), std::vector<int>(lines)};
-    std::iota(origin.line.begin(), origin.line.end(), 1);
-    channel.set_origin(origin);
-    channel.rewind();
-}
 
 // --- what the groups draw ------------------------------------------------------------------------
 
@@ -121,9 +103,9 @@ Deck read_deck(const DeckSource& source, LayoutKind kind) {
     static_cast<DeckSource&>(deck) = source;
     deck.kind = kind;
     Channels channels;
-    open_text(channels, source);
-    Channel& lines = channels.open(CHANNEL_CARDS, CARDS, OpenStatus::scratch);
-    Channel& shown = channels.open(CHANNEL_SHOWN, SHOWN, OpenStatus::scratch);
+    channels.open_in_memory(CHANNEL_TEXT, source.file.string(), source.text);
+    Channel& lines = channels.open_in_memory(CHANNEL_CARDS, "the cards");
+    Channel& shown = channels.open_in_memory(CHANNEL_SHOWN, "the normalised deck");
     strip_deck(channels, CHANNEL_TEXT, CHANNEL_CARDS);
     shown.follow(lines);
     CardMemory memory;
