@@ -1,9 +1,11 @@
 #include "deck/deck_walk.h"
 
 #include <string>
+#include <type_traits>
 
 #include "deck/card_table.h"
 #include "deck/group_walk.h"
+#include "mesh/attributes.h"
 
 namespace brelan {
 
@@ -71,20 +73,16 @@ void read_continuum_row(DeckCards& cards, RebuildRow& row) {
     for (std::int32_t i = 0; i < 4; ++i)
         row.corner_source[i] = cards.integer(i + 2);
     row.new_material = cards.integer(6);
-    switch (cards.kind) {
-        case LayoutKind::coupled:
-            row.skeleton = cards.integer(7);
-            row.fluid = cards.integer(8);
-            break;
-        case LayoutKind::temperature:
-        case LayoutKind::head:
-            row.attribute = cards.integer(7);
-            break;
-        case LayoutKind::displacement:
-            row.thickness = cards.shown(7);
-            row.density = cards.shown(8);
-            break;
-    }
+    std::int32_t position = 6;
+    for_each_attribute(cards.kind, [&](const auto& attribute) {
+        if (!attribute.on_cards)
+            return;
+        auto& value = row.*attribute.member;
+        if constexpr (std::is_same_v<std::remove_reference_t<decltype(value)>, float>)
+            value = cards.shown(++position);
+        else
+            value = cards.integer(++position);
+    });
 }
 
 void read_line_row(DeckCards& cards, const Card& card, RebuildRow& row) {

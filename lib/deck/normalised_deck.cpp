@@ -1,10 +1,9 @@
 #include "deck/normalised_deck.h"
 
-#include <algorithm>
 #include <array>
 
+#include "text/as_written.h"
 #include "text/layout.h"
-#include "text/number_text.h"
 #include "text/real_to_integer.h"
 
 namespace brelan {
@@ -27,12 +26,7 @@ void write_reals(Channel& deck, std::span<const float> values) {
 }
 
 float shown_real(float value) {
-    std::array<char, REAL_FIELD.columns()> text{};
-    REAL_FIELD.put(text.data(), value);
-    const char* at = std::find_if(text.data(), text.data() + text.size(), [](char c) { return c != ' '; });
-    float shown = 0.0F;
-    scan_number(at, text.data() + text.size(), shown);
-    return shown;
+    return as_written<"(E12.5)">(value);
 }
 
 bool fits_shown_integer(std::int32_t value) {
