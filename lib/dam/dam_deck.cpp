@@ -23,7 +23,6 @@ constexpr std::string_view MAIN_DECK = "..\\EarthDam.Meg";
 
 constexpr Layout<"(2X,I2,4X,I2,4X,I2,7X,I2,8X,I2,6X,I2)"> SWITCHES;
 constexpr Layout<"(1X,3(1X,ES12.5,1X))"> REALS;
-constexpr Layout<"(A126)"> NAME;
 constexpr Layout<"(I4,3X,I4)"> NUMBERS_4;
 constexpr Layout<"(I5,2X,I4)"> NUMBERS_5;
 constexpr Layout<"(I6,1X,I4)"> NUMBERS_6;
@@ -40,87 +39,87 @@ constexpr std::array<std::string_view, 4> HEADS_4_2 = {
     "*    Xo            Yo          Total Head  ", "*    Xo            Yo "};
 
 // The third value of Card 4.2; none in the displacement kind.
-void write_origin(LayoutKind kind, const DamCards& dam, const DamSizes& sizes, Channel& deck) {
-    deck.write_line("* Card 4.2");
-    deck.write_line(HEADS_4_2[static_cast<std::size_t>(kind)]);
+void write_origin(LayoutKind kind, const DamCards& dam, const DamSizes& sizes, DeckWriter& deck) {
+    deck.line("* Card 4.2");
+    deck.line(HEADS_4_2[static_cast<std::size_t>(kind)]);
     const float x = sizes.left, y = sizes.bottom;
     if (kind == LayoutKind::displacement)
-        REALS.write_front(deck, x, y);
+        deck.card(REALS, x, y);
     else
-        REALS.write(deck, x, y, kind == LayoutKind::coupled ? dam.water_height : dam.initial_head);
+        deck.card(REALS, x, y, kind == LayoutKind::coupled ? dam.water_height : dam.initial_head);
 }
 
-void write_block_columns(const DamCards& dam, const DamSizes& sizes, Channel& deck) {
+void write_block_columns(const DamCards& dam, const DamSizes& sizes, DeckWriter& deck) {
     const DamSizes& s = sizes;
-    deck.write_line("* Card 4.3");
-    deck.write_line("*    W             DX            AX");
+    deck.line("* Card 4.3");
+    deck.line("*    W             DX            AX");
     if (dam.layer_count > 0)
-        REALS.write(deck, dam.left_margin, s.left_size, -MARGIN);
-    REALS.write(deck, dam.left_width, s.left_size, EVEN);
-    REALS.write(deck, dam.middle_width, s.middle_size, EVEN);
-    REALS.write(deck, dam.right_width, s.right_size, EVEN);
+        deck.card(REALS, dam.left_margin, s.left_size, -MARGIN);
+    deck.card(REALS, dam.left_width, s.left_size, EVEN);
+    deck.card(REALS, dam.middle_width, s.middle_size, EVEN);
+    deck.card(REALS, dam.right_width, s.right_size, EVEN);
     if (dam.layer_count > 0)
-        REALS.write(deck, dam.right_margin, s.right_size, MARGIN);
+        deck.card(REALS, dam.right_margin, s.right_size, MARGIN);
 }
 
-void write_block_rows(const DamCards& dam, const DamSizes& sizes, Channel& deck) {
-    deck.write_line("* Card 4.4");
-    deck.write_line("*    H             DY            AY");
-    REALS.write(deck, dam.height, sizes.vertical_size, EVEN);
+void write_block_rows(const DamCards& dam, const DamSizes& sizes, DeckWriter& deck) {
+    deck.line("* Card 4.4");
+    deck.line("*    H             DY            AY");
+    deck.card(REALS, dam.height, sizes.vertical_size, EVEN);
     for (std::size_t layer = 0; layer < dam.layers.size(); ++layer)
-        REALS.write(deck, dam.layers[layer], sizes.vertical_size,
-                    layer + 1 == dam.layers.size() ? LAST_LAYER : EVEN);
+        deck.card(REALS, dam.layers[layer], sizes.vertical_size,
+                  layer + 1 == dam.layers.size() ? LAST_LAYER : EVEN);
 }
 
 // Cards 1.1 and 4.1 to 4.5.
-void write_base_mesh(LayoutKind kind, const DamCards& dam, const DamSizes& sizes, Channel& deck) {
-    deck.write_line("* Card 1.1");
-    deck.write_line("* IMOD  JK     ");
-    SWITCHES.write_front(deck, 2, kind_of_decks(kind));
-    deck.write_line("* Card 4.1");
-    deck.write_line("* NBX   NBY   IB_LEFT  IB_RIGHT  IB_TOP  IB_BOTTOM");
-    SWITCHES.write(deck, dam.layer_count > 0 ? 5 : 3, dam.layer_count + 1, 1, 1, 0, 1);
+void write_base_mesh(LayoutKind kind, const DamCards& dam, const DamSizes& sizes, DeckWriter& deck) {
+    deck.line("* Card 1.1");
+    deck.line("* IMOD  JK     ");
+    deck.card(SWITCHES, 2, kind_of_decks(kind));
+    deck.line("* Card 4.1");
+    deck.line("* NBX   NBY   IB_LEFT  IB_RIGHT  IB_TOP  IB_BOTTOM");
+    deck.card(SWITCHES, dam.layer_count > 0 ? 5 : 3, dam.layer_count + 1, 1, 1, 0, 1);
     write_origin(kind, dam, sizes, deck);
     write_block_columns(dam, sizes, deck);
     write_block_rows(dam, sizes, deck);
-    deck.write_line("* Card 4.5");
-    deck.write_line("* IGMOD ");
-    ONE_NUMBER.write(deck, 1);
+    deck.line("* Card 4.5");
+    deck.line("* IGMOD ");
+    deck.card(ONE_NUMBER, 1);
 }
 
 // Cards 3.1-1 to 3.3 and 3.3.5.1 to 3.3.5.4-2.
-void write_edit(const DamCards& dam, const DamSizes& sizes, Channel& deck, std::int32_t group_count) {
+void write_edit(const DamCards& dam, const DamSizes& sizes, DeckWriter& deck, std::int32_t group_count) {
     const DamSizes& s = sizes;
-    deck.write_line("* Card 3.1-1");
-    deck.write_line("* FILEA");
-    NAME.write(deck, "Bmesh.dat");
-    deck.write_line("* Card 3.1-2");
-    deck.write_line("* FILEM");
-    NAME.write(deck, "EarthDam.Mes");
+    deck.line("* Card 3.1-1");
+    deck.line("* FILEA");
+    deck.name("Bmesh.dat");
+    deck.line("* Card 3.1-2");
+    deck.line("* FILEM");
+    deck.name("EarthDam.Mes");
     // The numbers of the shells' elements stay free.
     const std::int32_t shell_elements =
         dam.shells ? slope_model(s.left_model).elements + slope_model(s.right_model).elements : 0;
     write_start_numbers(deck, shell_elements + 1, 1);
-    deck.write_line("* Card 3.3");
-    deck.write_line("* IEDIT");
-    ONE_NUMBER.write(deck, 4);
-    deck.write_line("* Card 3.3.5.1");
-    deck.write_line("* NODE");
-    ONE_NUMBER.write(deck, 0);
-    deck.write_line("* Card 3.3.5.2");
-    deck.write_line("* NOEL");
-    ONE_NUMBER.write(deck, 0);
+    deck.line("* Card 3.3");
+    deck.line("* IEDIT");
+    deck.card(ONE_NUMBER, 4);
+    deck.line("* Card 3.3.5.1");
+    deck.line("* NODE");
+    deck.card(ONE_NUMBER, 0);
+    deck.line("* Card 3.3.5.2");
+    deck.line("* NOEL");
+    deck.card(ONE_NUMBER, 0);
     // The border of the field stays where it is.
-    deck.write_line("* Card 3.3.5.3");
-    deck.write_line("* IBOUND");
-    ONE_NUMBER.write(deck, 1);
-    LIMITS_LINE.write_front(deck, s.left, s.bottom, s.right, dam.height);
-    deck.write_line("* Card 3.3.5.4-1");
-    deck.write_line("* NGROUP  IGTITL");
-    GROUPS_LINE.write(deck, group_count, 1);
-    deck.write_line("* Card 3.3.5.4-2");
-    deck.write_line("*    Xref          Yref          Hi");
-    REALS.write(deck, 0.0F, 0.0F, dam.initial_head);
+    deck.line("* Card 3.3.5.3");
+    deck.line("* IBOUND");
+    deck.card(ONE_NUMBER, 1);
+    deck.card(LIMITS_LINE, s.left, s.bottom, s.right, dam.height);
+    deck.line("* Card 3.3.5.4-1");
+    deck.line("* NGROUP  IGTITL");
+    deck.card(GROUPS_LINE, group_count, 1);
+    deck.line("* Card 3.3.5.4-2");
+    deck.line("*    Xref          Yref          Hi");
+    deck.card(REALS, 0.0F, 0.0F, dam.initial_head);
 }
 
 // --- one group -------------------------------------------------------------------------------------
@@ -141,26 +140,26 @@ constexpr std::array<std::string_view, 4> HEADS_MATERIAL = {
     "* MAT   KF    LTP   LMAT", "* MAT   IH    LTP   LFUN", "* MAT   IH    LTP   LFUN",
     "* MAT   DEN            LTP   LMAT"};
 
-void write_zone_material(LayoutKind kind, Channel& deck, std::int32_t material) {
-    deck.write_line(HEADS_MATERIAL[static_cast<std::size_t>(kind)]);
+void write_zone_material(LayoutKind kind, DeckWriter& deck, std::int32_t material) {
+    deck.line(HEADS_MATERIAL[static_cast<std::size_t>(kind)]);
     if (kind == LayoutKind::displacement)
-        MATERIAL_LINE_WITH_DENSITY.write(deck, material, DENSITY_OF_ZONE, 0, 0);
+        deck.card(MATERIAL_LINE_WITH_DENSITY, material, DENSITY_OF_ZONE, 0, 0);
     else
-        MATERIAL_LINE.write(deck, material, kind == LayoutKind::coupled ? FLUID_OF_ZONE : ATTRIBUTE_OF_ZONE,
-                            0, 0);
+        deck.card(MATERIAL_LINE, material, kind == LayoutKind::coupled ? FLUID_OF_ZONE : ATTRIBUTE_OF_ZONE, 0,
+                  0);
 }
 
 // Groups that only keep or close an outline have no material line.
-void write_material(LayoutKind kind, Channel& deck, const DamGroup& cards) {
+void write_material(LayoutKind kind, DeckWriter& deck, const DamGroup& cards) {
     if (cards.group_type != 2 && cards.group_type != 3)
         return;
-    deck.write_line("* Card 3.3.5.4.1-1");
+    deck.line("* Card 3.3.5.4.1-1");
     if (cards.group_type == 3) {
         write_zone_material(kind, deck, cards.material);
         return;
     }
-    deck.write_line(kind == LayoutKind::head ? "* LTP   LFUN" : "* LTP   LMAT");
-    LINE_LINE.write(deck, cards.line_type, cards.line_material);
+    deck.line(kind == LayoutKind::head ? "* LTP   LFUN" : "* LTP   LMAT");
+    deck.card(LINE_LINE, cards.line_type, cards.line_material);
 }
 
 }  // namespace
@@ -170,46 +169,46 @@ std::int32_t kind_of_decks(LayoutKind kind) {
     return kind_codes[static_cast<std::size_t>(kind)];
 }
 
-void write_start_numbers(Channel& deck, std::int32_t first_element, std::int32_t first_node) {
-    deck.write_line("* Card 3.2");
-    deck.write_line("* NSNEL  NSNODE");
+void write_start_numbers(DeckWriter& deck, std::int32_t first_element, std::int32_t first_node) {
+    deck.line("* Card 3.2");
+    deck.line("* NSNEL  NSNODE");
     if (first_element <= 9999)
-        NUMBERS_4.write(deck, first_element, first_node);
+        deck.card(NUMBERS_4, first_element, first_node);
     else if (first_element <= 99999)
-        NUMBERS_5.write(deck, first_element, first_node);
+        deck.card(NUMBERS_5, first_element, first_node);
     else
-        NUMBERS_6.write(deck, first_element, first_node);
+        deck.card(NUMBERS_6, first_element, first_node);
 }
 
-void write_dam_group(LayoutKind kind, Channel& deck, std::int32_t group, const DamGroup& cards) {
-    deck.write_line("*");
-    deck.write_line(DOUBLE_LINE);
-    GROUP_TITLE.write(deck, group, cards.title);
-    deck.write_line(DOUBLE_LINE);
-    deck.write_line("*");
-    deck.write_line(cards.title);
-    deck.write_line("* Card 3.3.5.4.1");
-    deck.write_line("* MTYPE IGPOST OVERLAY GCOLOR GLTYPE GLTHIC GHIDE");
-    GROUP_LINE.write(deck, cards.group_type, 0, 0, 0, 0, 0, 0);
+void write_dam_group(LayoutKind kind, DeckWriter& deck, std::int32_t group, const DamGroup& cards) {
+    deck.line("*");
+    deck.line(DOUBLE_LINE);
+    deck.heading(GROUP_TITLE, group, cards.title);
+    deck.line(DOUBLE_LINE);
+    deck.line("*");
+    deck.line(cards.title);
+    deck.line("* Card 3.3.5.4.1");
+    deck.line("* MTYPE IGPOST OVERLAY GCOLOR GLTYPE GLTHIC GHIDE");
+    deck.card(GROUP_LINE, cards.group_type, 0, 0, 0, 0, 0, 0);
     if (cards.group_type == 0)
         return;
     write_material(kind, deck, cards);
-    deck.write_line("* Card 3.3.5.4.2");
-    deck.write_line("* NPOINT  MOVE  IREF  XLo          YLo");
-    POINTS_LINE.write(deck, static_cast<std::int32_t>(cards.points.size()), 0, 0, 0.0F, 0.0F);
-    deck.write_line("* Card 3.3.5.4.2-1");
-    deck.write_line("* NP     X            Y");
+    deck.line("* Card 3.3.5.4.2");
+    deck.line("* NPOINT  MOVE  IREF  XLo          YLo");
+    deck.card(POINTS_LINE, static_cast<std::int32_t>(cards.points.size()), 0, 0, 0.0F, 0.0F);
+    deck.line("* Card 3.3.5.4.2-1");
+    deck.line("* NP     X            Y");
     std::int32_t point = 0;
     for (const Point& p : cards.points)
-        POINT_LINE.write(deck, ++point, p.x, p.y);
-    deck.write_line("* Card 3.3.5.4.3");
-    deck.write_line("* NSEGMENT   GNODX        GNODY");
-    SEGMENTS_LINE.write(deck, static_cast<std::int32_t>(cards.end_rules.size()), 0.0F, 0.0F);
-    deck.write_line("* Card 3.3.5.4.3.1");
-    deck.write_line("* SEGNO  LTYPE  NDIV   IEND");
+        deck.card(POINT_LINE, ++point, p.x, p.y);
+    deck.line("* Card 3.3.5.4.3");
+    deck.line("* NSEGMENT   GNODX        GNODY");
+    deck.card(SEGMENTS_LINE, static_cast<std::int32_t>(cards.end_rules.size()), 0.0F, 0.0F);
+    deck.line("* Card 3.3.5.4.3.1");
+    deck.line("* SEGNO  LTYPE  NDIV   IEND");
     std::int32_t segment = 0;
     for (const std::int32_t end_rule : cards.end_rules)
-        SEGMENT_LINE.write(deck, ++segment, 1, cards.NDIV, end_rule);
+        deck.card(SEGMENT_LINE, ++segment, 1, cards.NDIV, end_rule);
 }
 
 void write_dam_decks(Channels& channels, LayoutKind kind, CardMemory& memory, DeckList& decks, DamCards& dam,
@@ -217,13 +216,13 @@ void write_dam_decks(Channels& channels, LayoutKind kind, CardMemory& memory, De
     check_dam(dam, sizes);
     memory.prepared_kind_code = kind_of_decks(kind);
     const std::vector<DamGroup> groups = dam_groups(kind, dam, sizes);
-    Channel& deck = channels.open(CHANNEL_DATA, MAIN_DECK, OpenStatus::work);
+    DeckWriter deck(channels.open(CHANNEL_DATA, MAIN_DECK, OpenStatus::work), decks.made[1]);
     write_base_mesh(kind, dam, sizes, deck);
     write_edit(dam, sizes, deck, static_cast<std::int32_t>(groups.size()));
     std::int32_t number = 0;
     for (const DamGroup& group : groups)
         write_dam_group(kind, deck, ++number, group);
-    deck.write_line("* END OF DATA ");
+    deck.line("* END OF DATA ");
     channels.close(CHANNEL_DATA);
     decks.count = 1;
     decks.names[1] = TextLine(MAIN_DECK);

@@ -6,6 +6,7 @@
 #include "dam/dam_outlines.h"
 #include "dam/dam_tables.h"
 #include "deck/deck_tables.h"
+#include "deck/made_deck.h"
 #include "mesh/edition.h"
 #include "text/channels.h"
 
@@ -18,10 +19,10 @@ void write_dam_decks(Channels& channels, LayoutKind kind, CardMemory& memory, De
                      DamSizes& sizes);
 
 // Writes the cards of one group, its number being `group`.
-void write_dam_group(LayoutKind kind, Channel& deck, std::int32_t group, const DamGroup& cards);
+void write_dam_group(LayoutKind kind, DeckWriter& deck, std::int32_t group, const DamGroup& cards);
 
 // Writes Card 3.2 in the columns that the element number needs.
-void write_start_numbers(Channel& deck, std::int32_t first_element, std::int32_t first_node);
+void write_start_numbers(DeckWriter& deck, std::int32_t first_element, std::int32_t first_node);
 
 // JK of Card 1.1: the kind of the edition.
 std::int32_t kind_of_decks(LayoutKind kind);

@@ -15,7 +15,6 @@ namespace {
 
 constexpr Layout<"(2X,I2,4X,I2)"> MODE;
 constexpr Layout<"(2X,I3)"> ONE_NUMBER;
-constexpr Layout<"(A126)"> NAME;
 constexpr Layout<"(2X,I3,6X,ES12.5,2X,ES12.5)"> WATER;
 constexpr Layout<"(6(E12.5,1X))"> TRIANGLE;
 
@@ -26,60 +25,60 @@ constexpr std::string_view LEFT_MESH = "Shell_Left.Mes", RIGHT_MESH = "Shell_Rig
                            DAM_MESH = "Earth_Dam.Mes";
 
 // Opens a deck of the list and writes its Card 1.1.
-Channel& open_deck(Channels& channels, LayoutKind kind, DeckList& decks, std::int32_t place,
-                   std::string_view name, std::int32_t mode) {
+DeckWriter open_deck(Channels& channels, LayoutKind kind, DeckList& decks, std::int32_t place,
+                     std::string_view name, std::int32_t mode) {
     decks.names[place] = TextLine(name);
-    Channel& deck = channels.open(CHANNEL_DATA, name, OpenStatus::work);
-    deck.write_line("* Card 1.1");
-    deck.write_line("* IMOD  JK     ");
-    MODE.write(deck, mode, kind_of_decks(kind));
+    DeckWriter deck(channels.open(CHANNEL_DATA, name, OpenStatus::work), decks.made[place]);
+    deck.line("* Card 1.1");
+    deck.line("* IMOD  JK     ");
+    deck.card(MODE, mode, kind_of_decks(kind));
     return deck;
 }
 
-void close_deck(Channels& channels, Channel& deck) {
-    deck.write_line("* END OF DATA ");
+void close_deck(Channels& channels, DeckWriter& deck) {
+    deck.line("* END OF DATA ");
     channels.close(CHANNEL_DATA);
 }
 
-void write_name(Channel& deck, std::string_view card, std::string_view field, std::string_view name) {
-    deck.write_line(card);
-    deck.write_line(field);
-    NAME.write(deck, name);
+void write_name(DeckWriter& deck, std::string_view card, std::string_view field, std::string_view name) {
+    deck.line(card);
+    deck.line(field);
+    deck.name(name);
 }
 
 // A template onto the triangle crest, toe, foot below the crest.
 void write_shell_deck(Channels& channels, LayoutKind kind, DeckList& decks, const DamCards& dam,
                       const DamSizes& sizes, std::int32_t place, std::string_view name, std::string_view mesh,
                       std::int32_t first_element, std::int32_t slope_code, float crest, float toe) {
-    Channel& deck = open_deck(channels, kind, decks, place, name, 1);
+    DeckWriter deck = open_deck(channels, kind, decks, place, name, 1);
     write_name(deck, "* Card 3.1-1", "* FILEA", "Dummy.dat");
     write_name(deck, "* Card 3.1-2", "* FILEM", mesh);
     write_start_numbers(deck, first_element, 1);
-    deck.write_line("* Card 3.3");
-    deck.write_line("* IEDIT");
-    ONE_NUMBER.write(deck, 5);
-    deck.write_line("* Card 3.3.6.1");
-    deck.write_line("* MODEL");
-    ONE_NUMBER.write(deck, slope_code);
-    deck.write_line("* Card 3.3.6.2");
-    deck.write_line("* MATNO_T    rHw           Hi");
-    WATER.write(deck, SHELL_MATERIAL, sizes.water_share, dam.initial_head);
-    deck.write_line("* Card 3.3.6.3");
-    deck.write_line("* X1           Y1           X2           Y2           X3           Y3");
-    TRIANGLE.write(deck, crest, dam.height, toe, 0.0F, crest, 0.0F);
+    deck.line("* Card 3.3");
+    deck.line("* IEDIT");
+    deck.card(ONE_NUMBER, 5);
+    deck.line("* Card 3.3.6.1");
+    deck.line("* MODEL");
+    deck.card(ONE_NUMBER, slope_code);
+    deck.line("* Card 3.3.6.2");
+    deck.line("* MATNO_T    rHw           Hi");
+    deck.card(WATER, SHELL_MATERIAL, sizes.water_share, dam.initial_head);
+    deck.line("* Card 3.3.6.3");
+    deck.line("* X1           Y1           X2           Y2           X3           Y3");
+    deck.card(TRIANGLE, crest, dam.height, toe, 0.0F, crest, 0.0F);
     close_deck(channels, deck);
 }
 
 void write_combination_deck(Channels& channels, LayoutKind kind, DeckList& decks, std::int32_t place,
                             std::string_view name, std::string_view mesh_a, std::string_view mesh_b,
                             std::string_view result) {
-    Channel& deck = open_deck(channels, kind, decks, place, name, 0);
+    DeckWriter deck = open_deck(channels, kind, decks, place, name, 0);
     write_name(deck, "* Card 2.1-1", "* FILEA", mesh_a);
     write_name(deck, "* Card 2.1-2", "* FILEB", mesh_b);
     write_name(deck, "* Card 2.1-3", "* FILEC", result);
-    deck.write_line("* Card 2.2");
-    deck.write_line("* INTERFACE");
-    ONE_NUMBER.write(deck, 0);
+    deck.line("* Card 2.2");
+    deck.line("* INTERFACE");
+    deck.card(ONE_NUMBER, 0);
     close_deck(channels, deck);
 }
 

@@ -68,6 +68,12 @@ void DeckCards::read(const Card& card) {
         if (fields[position].otherwise)
             set(position, *fields[position].otherwise);
     const std::string name = name_of(card);
+    if (made_ != nullptr) {
+        const std::vector<float>& made = made_->values.at(next_made_++);
+        std::copy(made.begin(), made.end(), &values[1]);
+        stripped_.skip_lines(1, name);
+        return;
+    }
     if (stripped_.at_end())
         stripped_.fail_here("the file ends here; expected " + name);
     notes_.card(card, stripped_);
@@ -189,6 +195,8 @@ std::string DeckCards::title() {
 // fourth line the step back of four ends one line late, so such a deck is reported at Card 3.2.
 std::int32_t DeckCards::look_ahead_to_edit() {
     constexpr int lines = 4;
+    if (made_ != nullptr)
+        return to_integer(made_->values.at(next_made_ + 1).front());
     stripped_.skip_lines(lines - 1, "Cards 3.1-1 to 3.3");
     float edit = 0.0F;
     read_free(stripped_, "Card 3.3", edit);

@@ -82,6 +82,10 @@ public:
     DeckCards(Channel& stripped, Channel& normalised, LayoutKind kind, CardMemory& memory, Deck& deck,
               DeckNotes& notes, CardNaming naming = CardNaming::label);
 
+    // The values of a deck that the program has made: the text is passed over, and tells places, names and
+    // titles alone.
+    void take_made(const MadeCards& cards) { made_ = &cards; }
+
     void read(const Card& card) override;
     void pass(const Card& card) override;
     float shown(std::int32_t position) const override;
@@ -141,6 +145,8 @@ private:
     CardNaming naming_;
     const Card* card_ = nullptr;  // taken last
     DeckPart part_ = DeckPart::mode;
+    const MadeCards* made_ = nullptr;
+    std::size_t next_made_ = 0;
 };
 
 // The lines of the normalised deck from the one where the channel stands.

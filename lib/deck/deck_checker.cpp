@@ -34,7 +34,7 @@ private:
 }  // namespace
 
 void check_deck(Channels& channels, LayoutKind kind, CardMemory& memory, Deck& deck, Console& console,
-                const TextLine& deck_name, std::string_view normalised_name) {
+                const TextLine& deck_name, std::string_view normalised_name, const MadeCards* made) {
     if (deck_name.blank())
         fail("expected the name of a card deck, found a blank one");
     channels.open(CHANNEL_DECK, deck_name.view(), OpenStatus::old);
@@ -46,6 +46,8 @@ void check_deck(Channels& channels, LayoutKind kind, CardMemory& memory, Deck& d
 
     PlotToolNotes notes(channels);
     DeckCards cards(stripped, normalised, kind, memory, deck, notes);
+    if (made != nullptr && made->stand)
+        cards.take_made(*made);
     try {
         read_cards(cards, deck, notes);
     } catch (const WrongCount& card) {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
 #include "mesh/table.h"
 #include "text/text_line.h"
@@ -23,12 +24,20 @@ struct CardMemory {
         0;  // JK of a Card 1.1 that gives none; set by the earth-dam deck writer
 };
 
+// The values of the cards of a deck that the program has made, in their order; names and titles are text
+// alone.
+struct MadeCards {
+    std::vector<std::vector<float>> values;
+    bool stand = true;  // false: the text says what is none of a card's values
+};
+
 // The decks of a run.
 struct DeckList {
-    Table<TextLine, MOST_DECKS, "DECKLIST"> names;  // entry 1 is the user's deck
-    std::int32_t count = 1;                         // entries in use
-    std::int32_t number = 0;                        // entry being run
-    TextLine name;                                  // name of the deck being run
+    Table<TextLine, MOST_DECKS, "DECKLIST"> names;  // entry 1 is the user's deck, or a dam's main deck
+    Table<MadeCards, MOST_DECKS, "the decks of a dam"> made;  // of the decks that the program has made
+    std::int32_t count = 1;                                   // entries in use
+    std::int32_t number = 0;                                  // entry being run
+    TextLine name;                                            // name of the deck being run
 };
 
 }  // namespace brelan

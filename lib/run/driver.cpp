@@ -92,8 +92,9 @@ void end_deck(Run& run) {
 void normalise_deck(Run& run) {
     const LayoutKind kind = run.settings.kind();
     const auto check = [&] {
+        const MadeCards& made = run.decks.made[run.decks.number];
         check_deck(run.channels, kind, run.card_memory, run.deck, run.console, run.decks.name,
-                   NORMALISED_DECK);
+                   NORMALISED_DECK, made.values.empty() ? nullptr : &made);
     };
     for (check(); run.deck.is_dam(); check()) {
         run.deck.require(DeckPart::mode);

@@ -128,9 +128,12 @@ TEST_F(DamStartNumbers, TakeTheColumnsThatTheyNeed) {
                             {10000, "10000     1"}, {99999, "99999     1"}, {100000, "100000    1"},
                             {999999, "999999    1"}};
     for (const Row& row : rows) {
-        write_start_numbers(state.channels.open(CHANNEL_DATA, "deck.dat", OpenStatus::work),
-                            row.first_element, 1);
-        Channel& deck = state.channels.at(CHANNEL_DATA);
+        Channel& deck = state.channels.open(CHANNEL_DATA, "deck.dat", OpenStatus::work);
+        MadeCards cards;
+        DeckWriter writer(deck, cards);
+        write_start_numbers(writer, row.first_element, 1);
+        EXPECT_EQ(cards.values,
+                  (std::vector<std::vector<float>>{{static_cast<float>(row.first_element), 1}}));
         deck.rewind();
         EXPECT_EQ(rest_of(deck), (std::vector<std::string>{"* Card 3.2", "* NSNEL  NSNODE", row.line}));
     }
