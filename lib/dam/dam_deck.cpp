@@ -224,7 +224,7 @@ void write_dam_group(LayoutKind kind, Channel& deck, std::int32_t group, const D
     deck.write_line("* SEGNO  LTYPE  NDIV   IEND");
     std::int32_t segment = 0;
     for (const std::int32_t end_rule : cards.end_rules)
-        SEGMENT_LINE.write(deck, ++segment, 1, cards.NDIV, end_rule);
+        SEGMENT_LINE.write(deck, ++segment, 1, cards.divisions, end_rule);
 }
 
 void write_dam_decks(Channels& channels, LayoutKind kind, CheckedDeck& checker, DeckList& decks,
