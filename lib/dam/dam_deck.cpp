@@ -208,7 +208,7 @@ void write_dam_group(LayoutKind kind, DeckWriter& deck, std::int32_t group, cons
     deck.line("* SEGNO  LTYPE  NDIV   IEND");
     std::int32_t segment = 0;
     for (const std::int32_t end_rule : cards.end_rules)
-        deck.card(SEGMENT_LINE, ++segment, 1, cards.NDIV, end_rule);
+        deck.card(SEGMENT_LINE, ++segment, 1, cards.divisions, end_rule);
 }
 
 void write_dam_decks(Channels& channels, LayoutKind kind, CardMemory& memory, DeckList& decks, DamCards& dam,

@@ -41,9 +41,10 @@ void leave_uncut(DamGroup& group) {
 }
 
 // What of an outline lies above a height, or below one, is left uncut: the sides get a point there.
-void leave_uncut_beyond(const DamCards& dam, DamGroup& group, float y, bool above) {
+enum class Beyond { above, below };
+void leave_uncut_beyond(const DamCards& dam, DamGroup& group, float y, Beyond side) {
     const auto beyond = [&](const Point& p) {
-        return !same_line(dam, p.y, y) && (above ? p.y > y : p.y < y);
+        return !same_line(dam, p.y, y) && (side == Beyond::above ? p.y > y : p.y < y);
     };
     const DamGroup whole = group;
     group.points.clear();
@@ -100,8 +101,8 @@ DamGroup drawn(const DamCards& dam, const DamSizes& sizes, std::string title, st
 // Slopes and crest as sides of an outline that goes over the crest to the left. The crest lies on the mesh's
 // top line and is cut all the same: that places its ends. An end beside the edge of its block column is not
 // placed, as nodes of the crest do not give way to it: the slope is drawn a little beyond the crest, and its
-// cut moves the next node of the crest onto itself. With NDIV 1 a node that was planned on a side is dropped
-// when a corner of the side is moved so.
+// cut moves the next node of the crest onto itself. With one division a node that was planned on a side is
+// dropped when a corner of the side is moved so.
 void cut_crest(const DamCards& dam, const DamSizes& sizes, DamGroup& group) {
     constexpr float BEYOND = 0.01F;  // of the slope
     std::size_t crest = 0;
@@ -111,7 +112,7 @@ void cut_crest(const DamCards& dam, const DamSizes& sizes, DamGroup& group) {
         Point& p = group.points[at];
         p = {p.x + BEYOND * (p.x - end.toe), p.y + BEYOND * p.y};
         group.end_rules[crest] = NOT_CUT;
-        group.NDIV = 1;
+        group.divisions = 1;
     };
     group.end_rules[crest] = CUT;
     if (const CrestEnd right = right_crest_end(dam, sizes); right.beside_edge) {
@@ -154,7 +155,7 @@ DamGroup core(const DamCards& dam, const DamSizes& sizes) {
     if (dam.shells && !clear_of_shells(sizes, group.points))
         leave_uncut(group);
     else if (crowds_crest(dam, sizes, group.points))
-        leave_uncut_beyond(dam, group, clear_of_crest(dam, sizes), true);
+        leave_uncut_beyond(dam, group, clear_of_crest(dam, sizes), Beyond::above);
     return group;
 }
 
@@ -163,7 +164,7 @@ DamGroup wall(const DamCards& dam, const DamSizes& sizes) {
     if (dam.shells && !below_base(sizes, group.points) && !clear_of_shells(sizes, group.points))
         leave_uncut(group);
     else if (crowds_bottom(dam, sizes, group.points))
-        leave_uncut_beyond(dam, group, clear_of_bottom(dam, sizes), false);
+        leave_uncut_beyond(dam, group, clear_of_bottom(dam, sizes), Beyond::below);
     return group;
 }
 

@@ -19,7 +19,7 @@ struct DamGroup {
     std::int32_t line_type = 0, line_material = 0;  // MTYPE 2
     DamOutline points;
     std::vector<std::int32_t> end_rules;  // by side: how it is cut into the mesh, see dam/dam_cuts.h
-    std::int32_t NDIV = 0;                // of all sides
+    std::int32_t divisions = 0;           // of all sides
 };
 
 // The groups in the order of the deck, from the dam and its sizes.

@@ -17,9 +17,11 @@ double twice_area(const DamOutline& p) {
     return sum;
 }
 
+enum class Kept { below, above };
+
 // The part of an outline on one side of a level. A point made there lies on the level exactly.
-DamOutline clipped(const DamOutline& outline, float level, bool keep_below) {
-    const auto kept = [&](const Point& p) { return keep_below ? p.y <= level : p.y >= level; };
+DamOutline clipped(const DamOutline& outline, float level, Kept side) {
+    const auto kept = [&](const Point& p) { return side == Kept::below ? p.y <= level : p.y >= level; };
     DamOutline result;
     for (std::size_t i = 0; i < outline.size(); ++i) {
         const Point& a = outline[i];
@@ -47,7 +49,7 @@ DamOutline clockwise_from(const DamOutline& outline, std::size_t start) {
 DamOutline layer_outline(float left, float right, float bottom, float top, const DamOutline& wall) {
     const Point bottom_left{left, bottom}, bottom_right{right, bottom};
     const Point top_right{right, top}, top_left{left, top};
-    DamOutline hole = clipped(clipped(wall, top, true), bottom, false);
+    DamOutline hole = clipped(clipped(wall, top, Kept::below), bottom, Kept::above);
     if (hole.size() < 3 || twice_area(hole) == 0.0)
         return {bottom_left, bottom_right, top_right, top_left};
 

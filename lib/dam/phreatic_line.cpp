@@ -11,6 +11,7 @@
 #include "mesh/kinds.h"
 #include "mesh/mesh_records.h"
 #include "mesh/tables.h"
+#include "plane/geometry.h"
 #include "text/real_to_integer.h"
 #include "text/run_end.h"
 #include "text/trace.h"
@@ -110,15 +111,10 @@ SlopeSplit add_level_node(const EditCards& edit, EditSource& source, Mesh& mesh,
 
 // --- elements ------------------------------------------------------------------------------------
 
-double triangle_area(const Mesh& mesh, std::int32_t a, std::int32_t b, std::int32_t c) {
-    const double x1 = mesh.x[a], y1 = mesh.y[a], x2 = mesh.x[b], y2 = mesh.y[b], x3 = mesh.x[c],
-                 y3 = mesh.y[c];
-    return 0.5 * ((y3 - y1) * x2 + (y2 - y3) * x1 + (y1 - y2) * x3);
-}
-
 double signed_area(const Mesh& mesh, const ElementWords& w) {
-    const double half = triangle_area(mesh, w.corner_1, w.corner_2, w.corner_3);
-    return w.corner_4 > 0 ? half + triangle_area(mesh, w.corner_1, w.corner_3, w.corner_4) : half;
+    const auto at = [&](std::int32_t n) { return Point{mesh.x[n], mesh.y[n]}; };
+    const double half = area_64(at(w.corner_1), at(w.corner_2), at(w.corner_3));
+    return w.corner_4 > 0 ? half + area_64(at(w.corner_1), at(w.corner_3), at(w.corner_4)) : half;
 }
 
 bool on_slope(const EditCards& edit, std::int32_t node) {

@@ -1,6 +1,7 @@
 #include "group/engine_mesh.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
 
@@ -23,17 +24,25 @@ void set_corners(Mesh& mesh, Engine& engine, std::int32_t e, const Corners& corn
     engine.element_index.note(mesh, e);
 }
 
-Point centroid(const Mesh& mesh, std::int32_t e) {
+Point centroid(const Mesh& mesh, std::int32_t e, std::size_t corners) {
     Point sum;
     float count = 0.0F;
     const ElementWords& w = mesh.words[e];
-    for (const std::int32_t n : {w.corner_1, w.corner_2, w.corner_3, w.corner_4}) {
+    const std::array<std::int32_t, 4> nodes{w.corner_1, w.corner_2, w.corner_3, w.corner_4};
+    for (const std::int32_t n : std::span(nodes).first(corners)) {
         if (n <= 0)
             continue;
         sum = {sum.x + mesh.x[n], sum.y + mesh.y[n]};
         count = count + 1.0F;
     }
     return {sum.x / count, sum.y / count};
+}
+
+std::vector<Point> node_points(const Mesh& mesh, std::span<const std::int32_t> nodes) {
+    std::vector<Point> points;
+    for (const std::int32_t n : nodes)
+        points.push_back(node_point(mesh, n));
+    return points;
 }
 
 std::int32_t add_node(Mesh& mesh, Engine& engine, const Point& point) {

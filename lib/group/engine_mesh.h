@@ -30,8 +30,10 @@ struct Corners {
 Corners corners_of(const Mesh& mesh, std::int32_t e);
 void set_corners(Mesh& mesh, Engine& engine, std::int32_t e, const Corners& corners);
 
-// Mean of the corners with positive numbers: their sum in corner order, then divided.
-Point centroid(const Mesh& mesh, std::int32_t e);
+// Mean of those of the first corners that have positive numbers: their sum in corner order, then divided.
+Point centroid(const Mesh& mesh, std::int32_t e, std::size_t corners = 4);
+
+std::vector<Point> node_points(const Mesh& mesh, std::span<const std::int32_t> nodes);
 
 // A new node behind the highest, free to move; its code words stay as found. Ends the run when there is no
 // number left.

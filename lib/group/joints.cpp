@@ -16,13 +16,6 @@ namespace {
 constexpr float ON_LIMIT = 0.0001F;   // a line node so near to a limit of the mesh lies on it
 constexpr float NO_SHIFT = 1.0E-10F;  // shift along a limit that cannot be scaled
 
-std::vector<Point> points_of(const Mesh& mesh, std::span<const std::int32_t> nodes) {
-    std::vector<Point> points;
-    for (const std::int32_t n : nodes)
-        points.push_back(node_point(mesh, n));
-    return points;
-}
-
 void set_joint_attributes(Mesh& mesh, std::int32_t e, std::int32_t joint_attribute) {
     ElementAttributes a = load_attributes(mesh, e);
     a.skeleton = 1;
@@ -83,7 +76,7 @@ void require_place(const Mesh& mesh, const Engine& engine, std::span<const std::
 std::vector<Point> offset_line(const Mesh& mesh, std::span<const std::int32_t> nodes, bool closed,
                                float joint_thickness) {
     const float thickness = std::abs(joint_thickness);
-    std::vector<Point> line = points_of(mesh, nodes);
+    std::vector<Point> line = node_points(mesh, nodes);
     const std::size_t c = line.size();
     if (c < 2)
         return line;
@@ -150,7 +143,7 @@ std::vector<MovedElement> move_across(Mesh& mesh, Engine& engine, std::span<cons
     std::vector<MovedElement> moved_elements;
     if (nodes.size() < 2)
         return moved_elements;
-    const std::vector<Point> line = points_of(mesh, nodes);
+    const std::vector<Point> line = node_points(mesh, nodes);
     std::unordered_map<std::int32_t, std::size_t> place;  // of a node in the list, which names none twice
     for (std::size_t k = 0; k < nodes.size(); ++k)
         place.emplace(nodes[k], k);

@@ -48,10 +48,8 @@ void add_row(GroupListing& listing, Channel& file, ListingRow row) {
 
 void add_rows(const Mesh& mesh, GroupListing& listing, Channel& file, const JointRecord& record) {
     const auto add = [&](std::int32_t sub_kind, std::span<const std::int32_t> nodes) {
-        ListingRow row{record.group, sub_kind, record.group_type, record.closed, {}};
-        for (const std::int32_t n : nodes)
-            row.points.push_back(node_point(mesh, n));
-        add_row(listing, file, std::move(row));
+        add_row(listing, file,
+                {record.group, sub_kind, record.group_type, record.closed, node_points(mesh, nodes)});
     };
     if (record.inner_line_type != 0 && record.inner_line_material != 0)
         add(ROW_LINE, record.nodes);

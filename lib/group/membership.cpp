@@ -14,36 +14,15 @@ namespace {
 // As a free-field line of integers.
 constexpr Layout<"(5(1X,I11))"> MEMBER_RECORD;
 
-RowBox box_of(const Tolerances& tolerances, const Engine& engine, const ListingRow& row) {
-    RowBox box;
-    const bool tested =
-        row.points.size() > 0 && row.points.size() <= static_cast<std::size_t>(MOST_POLYGON_POINTS);
-    if (!tested || !engine.uses_indexes)
-        return box;
-    box = {row.points[0].x, row.points[0].y, row.points[0].x, row.points[0].y, false};
-    for (const Point& p : row.points) {
-        box.x0 = std::min(box.x0, p.x);
-        box.y0 = std::min(box.y0, p.y);
-        box.x1 = std::max(box.x1, p.x);
-        box.y1 = std::max(box.y1, p.y);
-    }
+std::optional<Box> row_box(const Tolerances& tolerances, const Engine& engine, const ListingRow& row) {
+    if (row.points.size() > static_cast<std::size_t>(MOST_POLYGON_POINTS) || !engine.uses_indexes)
+        return std::nullopt;
+    Box box = box_of(row.points[0], row.points[0]);
+    for (const Point& p : row.points)
+        box.include(p);
     const float size = std::abs(box.x0) + std::abs(box.x1) + std::abs(box.y0) + std::abs(box.y1);
     const float room = std::abs(tolerances.line) * 1.01F + size * 1.0E-5F;
-    return {box.x0 - room, box.y0 - room, box.x1 + room, box.y1 + room, false};
-}
-
-// Mean of the first words with a positive number.
-Point mean_of(const Mesh& mesh, const ElementWords& w, int count) {
-    const std::int32_t nodes[4] = {w.corner_1, w.corner_2, w.corner_3, w.corner_4};
-    Point sum;
-    float found = 0.0F;
-    for (int i = 0; i < count; ++i) {
-        if (nodes[i] <= 0)
-            continue;
-        sum = {sum.x + mesh.x[nodes[i]], sum.y + mesh.y[nodes[i]]};
-        found = found + 1.0F;
-    }
-    return {sum.x / found, sum.y / found};
+    return Box{box.x0 - room, box.y0 - room, box.x1 + room, box.y1 + room};
 }
 
 Point middle(const Point& a, const Point& b) {
@@ -82,7 +61,7 @@ Membership begin_membership(const Tolerances& tolerances, const Engine& engine, 
     for (const ListingRow& row : listing.rows) {
         if (row.group_type == 0 || row.group_type == -1 || row.points.empty())
             continue;
-        const ScannedRow scanned{box_of(tolerances, engine, row), &row};
+        const ScannedRow scanned{row_box(tolerances, engine, row), &row};
         const bool open_line = std::abs(row.group_type) == 2 && row.closed == 0;
         if (row.sub_kind == ROW_OUTLINE && !open_line)
             membership.outlines.push_back({scanned, PolygonScan(engine.uses_indexes, row.points)});
@@ -96,13 +75,13 @@ Membership begin_membership(const Tolerances& tolerances, const Engine& engine, 
 
 std::vector<MemberRecord> members_of(const Membership& membership, const Mesh& mesh,
                                      const Tolerances& tolerances, std::int32_t element, std::int8_t type) {
-    const ElementWords& words = mesh.words[element];
-    const Point centre = mean_of(mesh, words, type == ELEMENT_CONTINUUM ? 4 : 2);
+    const Point centre = centroid(mesh, element, type == ELEMENT_CONTINUUM ? 4 : 2);
     std::vector<MemberRecord> records;
     const auto scan = [&](const auto& rows, auto holds) {
         for (const auto& scanned : rows)
-            if (scanned.box.may_hold(centre) && holds(scanned))
-                records.push_back({scanned.row->group, words.material, element, type, scanned.row->sub_kind});
+            if ((!scanned.box || scanned.box->holds(centre)) && holds(scanned))
+                records.push_back(
+                    {scanned.row->group, mesh.words[element].material, element, type, scanned.row->sub_kind});
     };
     scan(membership.outlines, [&](const ScannedOutline& outline) { return outline.polygon.inside(centre); });
     if (type == ELEMENT_CONTINUUM)

@@ -2,29 +2,22 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "group/engine.h"
 #include "mesh/group_tables.h"
 #include "mesh/tables.h"
+#include "plane/box.h"
 #include "plane/polygon_scan.h"
 #include "text/channels.h"
 
 namespace brelan {
 
-// Where a row lies, with room for TOLLINE and rounding: an element outside belongs to no piece of the row.
-struct RowBox {
-    float x0 = 0.0F, y0 = 0.0F, x1 = 0.0F, y1 = 0.0F;
-    bool always = true;
-
-    bool may_hold(const Point& centre) const {
-        return always || (centre.x >= x0 && centre.x <= x1 && centre.y >= y0 && centre.y <= y1);
-    }
-};
-
-// The rows that take part in each of the three scans.
+// The rows that take part in each of the three scans. Where a row has a box, with room for TOLLINE and
+// rounding, an element outside belongs to no piece of the row.
 struct ScannedRow {
-    RowBox box;
+    std::optional<Box> box;
     const ListingRow* row;
 };
 struct ScannedOutline : ScannedRow {

@@ -17,6 +17,7 @@ struct Box {
     float x0, y0, x1, y1;
 
     void include(const Point& p);
+    bool holds(const Point& p) const { return p.x >= x0 && p.x <= x1 && p.y >= y0 && p.y <= y1; }
     float size() const;
     // The box with room for what the tests find beyond it: nodes and middles within a reach, and crossings by
     // what the slanting segments in it take.
