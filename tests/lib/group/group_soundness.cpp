@@ -23,7 +23,7 @@ constexpr float DEGREE = 0.017453292F;
 using Side = std::pair<std::int32_t, std::int32_t>;
 
 void store_mesh(const DrawnMesh& mesh) {
-    reset_mesh(state.mesh, state.side, state.selection);
+    reset_mesh(state.mesh);
     state.engine.highest_node = state.engine.highest_element = 0;
     for (const Point& p : mesh.nodes) {
         ++state.engine.highest_node;
