@@ -6,8 +6,10 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 #include "cli/exit_status.h"
+#include "commands/starter_decks.h"
 #include "model/deck.h"
 
 namespace brelan::tool {
@@ -177,6 +179,33 @@ void expect_points(const std::vector<DeckPoint>& found, const std::vector<DeckPo
         EXPECT_NEAR(found[i].x, expected[i].x, 1e-5) << "point " << i;
         EXPECT_NEAR(found[i].y, expected[i].y, 1e-5) << "point " << i;
     }
+}
+
+// The comment in front of a card of a starter deck heads its columns, or those of the rows behind it.
+TEST(StarterDecks, head_their_cards_with_the_names_of_the_fields) {
+    for (const LayoutKind kind :
+         {LayoutKind::coupled, LayoutKind::temperature, LayoutKind::head, LayoutKind::displacement})
+        for (const StarterDeck& starter : starter_decks()) {
+            const Deck deck = deck_of(starter_text(starter, kind, "deck.dat"), kind);
+            ASSERT_FALSE(deck.fault) << deck.fault->message;
+            std::vector<std::string> lines(1);
+            std::istringstream text(deck.text);
+            for (std::string line; std::getline(text, line);)
+                lines.push_back(line);
+            int headed = 0;
+            for (const DeckCard& card : deck.cards) {
+                if (card.type != CardType::values ||
+                    lines[static_cast<std::size_t>(card.line) - 1].front() != '*')
+                    continue;
+                std::istringstream heading(lines[static_cast<std::size_t>(card.line) - 1].substr(1));
+                std::size_t named = 0;
+                for (std::string name; heading >> name; ++named)
+                    EXPECT_TRUE(named < card.fields.size() && name == card.fields[named].name)
+                        << starter.name << ", Card " << card.number << ": " << name;
+                headed += named > 0 ? 1 : 0;
+            }
+            EXPECT_GT(headed, 0) << starter.name;
+        }
 }
 
 TEST(DeckShapes, a_closed_outline_with_its_origin_and_the_reference_point) {
