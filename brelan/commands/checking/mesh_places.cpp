@@ -58,8 +58,9 @@ MeshPlaces::MeshPlaces(const Mesh& mesh) : mesh_(mesh), corners_(corners_of(mesh
 
 MeshPlaces::Cell MeshPlaces::cell_of(double x, double y) const {
     const auto place = [&](double offset, std::int64_t count) {
-        return static_cast<std::int64_t>(
-            std::clamp(std::floor(offset / cell_), 0.0, static_cast<double>(count - 1)));
+        // Places at the ends of the range give no number; they are in no element either.
+        const double cells = std::floor(offset / cell_);
+        return cells > 0.0 ? static_cast<std::int64_t>(std::min(cells, static_cast<double>(count - 1))) : 0;
     };
     return {place(x - bounds_.low.x, columns_), place(y - bounds_.low.y, rows_)};
 }
