@@ -51,7 +51,7 @@ std::string DeckCards::name_of(const Card& card) const {
 }
 
 void DeckCards::hold(const RunEnd& end) {
-    if (!deck_.fault)
+    if (!deck_.fault && part_ != DeckPart::nothing)
         deck_.fault = {part_, end};
 }
 

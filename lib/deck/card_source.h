@@ -45,6 +45,8 @@ public:
     virtual bool is_deck() const = 0;
     // Lines of the normalised deck so far.
     virtual int lines_shown() const = 0;
+    // From here on no fault is held: the values are taken from the normalised deck instead.
+    virtual void stop_holding() {}
 
     // The line read last.
     virtual FilePlace place() const = 0;
@@ -97,6 +99,7 @@ public:
     void show(std::initializer_list<std::int32_t> integers) override;
     bool is_deck() const override { return true; }
     int lines_shown() const override { return normalised_.lines_before(); }
+    void stop_holding() override { part_ = DeckPart::nothing; }
     FilePlace place() const override { return stripped_.place_behind(); }
     void hold(const std::string& message) override {
         hold({STATUS_FAILED, place().text() + ": " + message, place()});

@@ -153,6 +153,7 @@ private:
         if (gap_)
             return;
         gap_ = {group, cards_.lines_shown()};
+        cards_.stop_holding();
         aside_ = std::make_unique<GroupCards>();
         groups_ = aside_.get();
     }
@@ -272,6 +273,7 @@ void read_across(const GroupWalk::Gap& gap, DeckCards& cards, GroupCards& groups
         for (std::int32_t g = gap.group.number + 1; g <= groups.count; ++g)
             walk.read(g);
     } catch (const RunEnd& end) {
+        cards.begin(DeckPart::groups);
         cards.hold(end);
     }
 }
