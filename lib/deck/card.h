@@ -136,18 +136,20 @@ struct Card {
         return minimum == 0 ? maximum_of(kind) : minimum;
     }
 
-    // "NBX, NBY": the names of the fields that have an effect.
-    std::string names(LayoutKind kind) const {
+    // "NBX, NBY": the names of the first fields, as far as they have an effect.
+    std::string names(LayoutKind kind, std::int32_t count) const {
         std::string text;
-        for (const CardField& field : fields_of(kind))
-            if (field.name != "-")
-                text += (text.empty() ? "" : ", ") + std::string(field.name);
+        for (std::int32_t position = 1; position <= count; ++position)
+            if (const std::string_view name = fields_of(kind)[position].name; name != "-")
+                text += (text.empty() ? "" : ", ") + std::string(name);
         return text;
     }
-    // What a message calls the card behind "expected a number in".
-    std::string title(LayoutKind kind) const {
-        return called.empty() ? "Card " + std::string(number) + " (" + names(kind) + ")"
-                              : std::string(called);
+    std::string names(LayoutKind kind) const { return names(kind, maximum_of(kind)); }
+    // What a message calls the card behind "expected a number in": it names the fields that go on.
+    std::string in_messages(LayoutKind kind) const {
+        if (!called.empty())
+            return std::string(called);
+        return "Card " + std::string(number) + " (" + names(kind, fields_of(kind).shown()) + ")";
     }
 };
 

@@ -95,7 +95,7 @@ void DeckCards::pass(const Card& card) {
     write_card(values, normalised_, fields);
     for (std::int32_t position = 1; position <= fields.shown(); ++position)
         if (fields[position].form == FieldForm::integer)
-            check_integer(values[position], card.title(kind));
+            check_integer(values[position], card.in_messages(kind));
 }
 
 void DeckCards::show(std::initializer_list<std::int32_t> integers) {
@@ -207,7 +207,7 @@ std::int32_t DeckCards::look_ahead_to_edit() {
 // --- lines of the normalised deck ----------------------------------------------------------------
 
 void ShownCards::read(const Card& card) {
-    const std::string expected = card.title(kind);
+    const std::string expected = card.in_messages(kind);
     FreeFieldReader reader(normalised_, expected);
     const std::int32_t fields = card.fields_of(kind).shown();
     for (std::int32_t position = 1; position <= fields; ++position)

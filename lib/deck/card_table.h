@@ -16,10 +16,10 @@ inline constexpr Card CARD_1_1{"1.1", "1.1", "mode", 1, each_kind<CardFields>("I
 // --- combination ---------------------------------------------------------------------------------
 
 // Card 2.2 is reported as group 1.1: front ends know it by that label.
-inline constexpr Card CARD_2_2{"1.1", "2.2", "how the common nodes are found", 1,
-                               each_kind<CardFields>("I: INTERFACE")};
+inline constexpr Card CARD_2_2{
+    "1.1", "2.2", "how the common nodes are found", 1, each_kind<CardFields>("I: INTERFACE"), 0, "INTERFACE"};
 inline constexpr Card CARD_2_3{
-    "2.3", "2.3", "count of node pairs", 1, each_kind<CardFields>("I: NINT"), MOST_CARD_VALUES};
+    "2.3", "2.3", "count of node pairs", 1, each_kind<CardFields>("I: NINT"), MOST_CARD_VALUES, "NINT"};
 
 // --- edit ----------------------------------------------------------------------------------------
 
@@ -39,10 +39,10 @@ struct SelectionCards {
 constexpr SelectionCards selection_cards(std::string_view location, std::string_view window,
                                          std::string_view list, std::string_view side, std::string_view how,
                                          std::string_view count) {
-    return {{location, location, how, 1, each_kind<CardFields>("I: ILOC")},
+    return {{location, location, how, 1, each_kind<CardFields>("I: ILOC"), 0, "ILOC"},
             {window, window, "window", 4, each_kind<CardFields>("E: XMIN YMIN XMAX YMAX")},
-            {list, list, count, 1, each_kind<CardFields>("I: NSEL"), MOST_CARD_VALUES},
-            {side, side, "inside or outside", 1, each_kind<CardFields>("I: ISIDE")}};
+            {list, list, count, 1, each_kind<CardFields>("I: NSEL"), MOST_CARD_VALUES, "NSEL"},
+            {side, side, "inside or outside", 1, each_kind<CardFields>("I: ISIDE"), 0, "ISIDE"}};
 }
 inline constexpr SelectionCards CARDS_3_3_2 = selection_cards(
     "3.3.2.1", "3.3.2.2.1", "3.3.2.2.2", "3.3.2.3", "how nodes are selected", "count of nodes or materials");
@@ -55,21 +55,33 @@ inline constexpr Card CARD_3_3_2_4{"3.3.2.4",
                                    "3.3.2.4",
                                    "new node codes",
                                    0,
-                                   {"I: ISX ISY IFX IFY IRZ", "I: ID IDF", "I: ID IDF", "I: IDX IDY IDT"}};
-inline constexpr Card CARD_3_3_4_4{"3.3.4.4", "3.3.4.4", "new materials", 3,
-                                   each_kind<CardFields>("I: MATNC MATNB MATNT")};
+                                   {"I: ISX ISY IFX IFY IRZ", "I: ID IDF", "I: ID IDF", "I: IDX IDY IDT"},
+                                   0,
+                                   "the new node codes (IDNEW)"};
+inline constexpr Card CARD_3_3_4_4{"3.3.4.4",
+                                   "3.3.4.4",
+                                   "new materials",
+                                   3,
+                                   each_kind<CardFields>("I: MATNC MATNB MATNT"),
+                                   0,
+                                   "MATNC, MATNB, MATNT"};
 
-inline constexpr Card CARD_3_3_6_1{"3.3.6.1", "3.3.6.1", "slope template", 1,
-                                   each_kind<CardFields>("I: MODEL")};
-inline constexpr Card CARD_3_3_6_2{"3.3.6.2", "3.3.6.2", "material, water level, head of the slope", 2,
-                                   each_kind<CardFields>("I: MATNO_T E: rHw Hi=0")};
+inline constexpr Card CARD_3_3_6_1{
+    "3.3.6.1", "3.3.6.1", "slope template", 1, each_kind<CardFields>("I: MODEL"), 0, "MODEL"};
+inline constexpr Card CARD_3_3_6_2{"3.3.6.2",
+                                   "3.3.6.2",
+                                   "material, water level, head of the slope",
+                                   2,
+                                   each_kind<CardFields>("I: MATNO_T E: rHw Hi=0"),
+                                   0,
+                                   "MATNO_T, rHw, Hi"};
 inline constexpr Card CARD_3_3_6_3{"3.3.6.3", "3.3.6.3", "crest, toe and foot of the slope", 6,
                                    each_kind<CardFields>("E: X1 Y1 X2 Y2 X3 Y3")};
 
 // -10 leaves a field as it is.
 inline constexpr Card CARD_3_6_1{
-    "3.6.1",          "3.6.1", "count of rows for continuum elements", 1, each_kind<CardFields>("I: NEDC"),
-    MOST_REBUILD_ROWS};
+    "3.6.1",           "3.6.1", "count of rows for continuum elements", 1, each_kind<CardFields>("I: NEDC"),
+    MOST_REBUILD_ROWS, "NEDC"};
 inline constexpr Card CARD_3_6_1_1{"3.6.1-1",
                                    "3.6.1-1",
                                    "row for continuum elements",
@@ -77,20 +89,39 @@ inline constexpr Card CARD_3_6_1_1{"3.6.1-1",
                                    {"I: MATold NS1 NS2 NS3 NS4 MATNEW=-10 KS=-10 KF=-10",
                                     "I: MATold NS1 NS2 NS3 NS4 MATNEW=-10 IDH=-10 -: -=-10",
                                     "I: MATold NS1 NS2 NS3 NS4 MATNEW=-10 IDH=-10 -: -=-10",
-                                    "I: MATold NS1 NS2 NS3 NS4 MATNEW=-10 E: THIC=-10 DEN=-10"}};
+                                    "I: MATold NS1 NS2 NS3 NS4 MATNEW=-10 E: THIC=-10 DEN=-10"},
+                                   0,
+                                   "a row of Card 3.6.1-1"};
 inline constexpr Card CARD_3_6_2{
-    "3.6.2", "3.6.2", "count of rows for beams", 1, each_kind<CardFields>("I: NEDB"), MOST_REBUILD_ROWS};
-inline constexpr Card CARD_3_6_2_1{"3.6.2-1", "3.6.2-1", "row for beams", 3,
-                                   each_kind<CardFields>("I: MATold NS1 NS2 MATNEW=-10 -=-10")};
+    "3.6.2",           "3.6.2", "count of rows for beams", 1, each_kind<CardFields>("I: NEDB"),
+    MOST_REBUILD_ROWS, "NEDB"};
+inline constexpr Card CARD_3_6_2_1{"3.6.2-1",
+                                   "3.6.2-1",
+                                   "row for beams",
+                                   3,
+                                   each_kind<CardFields>("I: MATold NS1 NS2 MATNEW=-10 -=-10"),
+                                   0,
+                                   "a row of Card 3.6.2-1 or 3.6.3-1"};
 inline constexpr Card CARD_3_6_3{
-    "3.6.3", "3.6.3", "count of rows for trusses", 1, each_kind<CardFields>("I: NEDT"), MOST_REBUILD_ROWS};
-inline constexpr Card CARD_3_6_3_1{"3.6.3-1", "3.6.3-1", "row for trusses", 3,
-                                   each_kind<CardFields>("I: MATold NS1 NS2 MATNEW=-10 -=-10")};
+    "3.6.3",           "3.6.3", "count of rows for trusses", 1, each_kind<CardFields>("I: NEDT"),
+    MOST_REBUILD_ROWS, "NEDT"};
+inline constexpr Card CARD_3_6_3_1{"3.6.3-1",
+                                   "3.6.3-1",
+                                   "row for trusses",
+                                   3,
+                                   each_kind<CardFields>("I: MATold NS1 NS2 MATNEW=-10 -=-10"),
+                                   0,
+                                   "a row of Card 3.6.2-1 or 3.6.3-1"};
 
 // --- base mesh -----------------------------------------------------------------------------------
 
-inline constexpr Card CARD_4_1{"4.1", "4.1", "count of block columns and rows; which sides are fixed", 2,
-                               each_kind<CardFields>("I: NBX NBY IB_LEFT=1 IB_RIGHT=1 IB_TOP=0 IB_BOTTOM=1")};
+inline constexpr Card CARD_4_1{"4.1",
+                               "4.1",
+                               "count of block columns and rows; which sides are fixed",
+                               2,
+                               each_kind<CardFields>("I: NBX NBY IB_LEFT=1 IB_RIGHT=1 IB_TOP=0 IB_BOTTOM=1"),
+                               0,
+                               "Card 4.1 (NBX, NBY and four boundary switches)"};
 inline constexpr Card CARD_4_2{"4.2",
                                "4.2",
                                "lower left corner",
