@@ -33,9 +33,13 @@ public:
     virtual void read(const Card& card) = 0;
     // Hands on the card that was read last, with what was set since.
     virtual void pass(const Card& card) = 0;
-    void take(const Card& card) {
+    // Both, and the fields of the card in their order.
+    template <class... Fields>
+    void take(const Card& card, Fields&... fields) {
         read(card);
         pass(card);
+        std::int32_t position = 0;
+        (give(++position, fields), ...);
     }
     virtual std::string title() = 0;
     // A line of integers that no card of the deck stands for.
@@ -61,6 +65,9 @@ public:
     // A field of the card taken last, by its position from 1: cut to an integer, and as it is shown.
     std::int32_t integer(std::int32_t position) const;
     virtual float shown(std::int32_t position) const = 0;
+    // The same, into a field of what it is.
+    void give(std::int32_t position, std::int32_t& field) const { field = integer(position); }
+    void give(std::int32_t position, float& field) const { field = shown(position); }
     // The same as it is given.
     float given(std::int32_t position) const { return values[position]; }
     std::span<const float> given_values() const { return {&values[1], MOST_CARD_VALUES}; }
@@ -70,6 +77,10 @@ public:
 
     // The count on the card taken last. Ends the walk when it is above the size of the table behind it.
     std::int32_t count(const Card& card) const;
+    std::int32_t take_count(const Card& card) {
+        take(card);
+        return count(card);
+    }
 
     const LayoutKind kind;
 

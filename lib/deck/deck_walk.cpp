@@ -1,7 +1,6 @@
 #include "deck/deck_walk.h"
 
 #include <string>
-#include <type_traits>
 
 #include "deck/card_table.h"
 #include "deck/group_walk.h"
@@ -28,14 +27,12 @@ void read_combination(DeckCards& cards, Deck& deck) {
     deck.names.first = cards.file_name("2.1-1", "FILEA");
     deck.names.second = cards.file_name("2.1-2", "FILEB");
     cards.result_name("2.1-3", "FILEC", deck.names.result);
-    cards.take(CARD_2_2);
     CombinationCards& combination = deck.combination;
-    combination.interface_rule = cards.integer(1);
+    cards.take(CARD_2_2, combination.interface_rule);
     combination.pair_count = 0;
     if (combination.interface_rule != 1)
         return;
-    cards.take(CARD_2_3);
-    combination.pair_count = cards.count(CARD_2_3);
+    combination.pair_count = cards.take_count(CARD_2_3);
     fill(combination.second_nodes, cards.list_line(CARD_2_3, combination.pair_count, "nodes of FILEA",
                                                    "the second-region list of Card 2.3"));
     combination.list_place = cards.place();
@@ -47,92 +44,54 @@ void read_combination(DeckCards& cards, Deck& deck) {
 
 // The selection of IEDIT 1, 2 and 3.
 void read_selection(DeckCards& cards, const SelectionCards& rows, EditCards& edit) {
-    cards.take(rows.location);
-    edit.selection_mode = cards.integer(1);
+    cards.take(rows.location, edit.selection_mode);
     if (edit.selection_mode == 0) {
-        cards.take(rows.window);
-        edit.window_left = cards.shown(1);
-        edit.window_bottom = cards.shown(2);
-        edit.window_right = cards.shown(3);
-        edit.window_top = cards.shown(4);
+        cards.take(rows.window, edit.window_left, edit.window_bottom, edit.window_right, edit.window_top);
     } else {
-        cards.take(rows.list);
-        edit.list_count = cards.count(rows.list);
+        edit.list_count = cards.take_count(rows.list);
         fill(edit.list,
              cards.list_line(rows.list, edit.list_count, "the selection", "the list of NSEL numbers"));
         edit.list_place = cards.place();
     }
-    cards.take(rows.side);
-    edit.side = cards.integer(1);
+    cards.take(rows.side, edit.side);
 }
 
 // Attributes by kind stand behind MATNEW.
 void read_continuum_row(DeckCards& cards, RebuildRow& row) {
-    cards.take(CARD_3_6_1_1);
-    row.old_material = cards.integer(1);
-    for (std::int32_t i = 0; i < 4; ++i)
-        row.corner_source[i] = cards.integer(i + 2);
-    row.new_material = cards.integer(6);
+    auto& [corner_1, corner_2, corner_3, corner_4] = row.corner_source;
+    cards.take(CARD_3_6_1_1, row.old_material, corner_1, corner_2, corner_3, corner_4, row.new_material);
     std::int32_t position = 6;
     for_each_attribute(cards.kind, [&](const auto& attribute) {
-        if (!attribute.on_cards)
-            return;
-        auto& value = row.*attribute.member;
-        if constexpr (std::is_same_v<std::remove_reference_t<decltype(value)>, float>)
-            value = cards.shown(++position);
-        else
-            value = cards.integer(++position);
+        if (attribute.on_cards)
+            cards.give(++position, row.*attribute.member);
     });
 }
 
 void read_line_row(DeckCards& cards, const Card& card, RebuildRow& row) {
-    cards.take(card);
-    row.old_material = cards.integer(1);
-    row.corner_source[0] = cards.integer(2);
-    row.corner_source[1] = cards.integer(3);
-    row.new_material = cards.integer(4);
+    cards.take(card, row.old_material, row.corner_source[0], row.corner_source[1], row.new_material);
 }
 
 void read_rebuild_rows(DeckCards& cards, EditCards& edit) {
-    cards.take(CARD_3_6_1);
-    edit.continuum_row_count = cards.count(CARD_3_6_1);
+    edit.continuum_row_count = cards.take_count(CARD_3_6_1);
     for (std::int32_t i = 1; i <= edit.continuum_row_count; ++i)
         read_continuum_row(cards, edit.continuum_rows[i]);
-    cards.take(CARD_3_6_2);
-    edit.beam_row_count = cards.count(CARD_3_6_2);
+    edit.beam_row_count = cards.take_count(CARD_3_6_2);
     for (std::int32_t i = 1; i <= edit.beam_row_count; ++i)
         read_line_row(cards, CARD_3_6_2_1, edit.beam_rows[i]);
-    cards.take(CARD_3_6_3);
-    edit.truss_row_count = cards.count(CARD_3_6_3);
+    edit.truss_row_count = cards.take_count(CARD_3_6_3);
     for (std::int32_t i = 1; i <= edit.truss_row_count; ++i)
         read_line_row(cards, CARD_3_6_3_1, edit.truss_rows[i]);
 }
 
 void read_moves(DeckCards& cards, EditCards& edit) {
-    cards.take(CARD_3_3_1_1);
-    edit.old_x = cards.shown(1);
-    edit.old_y = cards.shown(2);
-    edit.new_x = cards.shown(3);
-    edit.new_y = cards.shown(4);
-    cards.take(CARD_3_3_1_2);
-    edit.scale_x = cards.shown(1);
-    edit.scale_y = cards.shown(2);
+    cards.take(CARD_3_3_1_1, edit.old_x, edit.old_y, edit.new_x, edit.new_y);
+    cards.take(CARD_3_3_1_2, edit.scale_x, edit.scale_y);
 }
 
 void read_slope(DeckCards& cards, EditCards& edit) {
-    cards.take(CARD_3_3_6_1);
-    edit.slope_code = cards.integer(1);
-    cards.take(CARD_3_3_6_2);
-    edit.template_material = cards.integer(1);
-    edit.water_share = cards.shown(2);
-    edit.initial_head = cards.shown(3);
-    cards.take(CARD_3_3_6_3);
-    edit.crest_x = cards.shown(1);
-    edit.crest_y = cards.shown(2);
-    edit.toe_x = cards.shown(3);
-    edit.toe_y = cards.shown(4);
-    edit.foot_x = cards.shown(5);
-    edit.foot_y = cards.shown(6);
+    cards.take(CARD_3_3_6_1, edit.slope_code);
+    cards.take(CARD_3_3_6_2, edit.template_material, edit.water_share, edit.initial_head);
+    cards.take(CARD_3_3_6_3, edit.crest_x, edit.crest_y, edit.toe_x, edit.toe_y, edit.foot_x, edit.foot_y);
     edit.triangle_place = cards.place();
 }
 
@@ -154,10 +113,8 @@ void read_operation(DeckCards& cards, Deck& deck, DeckNotes& notes) {
             break;
         case 3:
             read_selection(cards, CARDS_3_3_4, edit);
-            cards.take(CARD_3_3_4_4);
-            edit.new_continuum_material = cards.integer(1);
-            edit.new_beam_material = cards.integer(2);
-            edit.new_truss_material = cards.integer(3);
+            cards.take(CARD_3_3_4_4, edit.new_continuum_material, edit.new_beam_material,
+                       edit.new_truss_material);
             break;
         case 4:
             cards.begin(DeckPart::groups);
@@ -186,19 +143,10 @@ void read_edit(DeckCards& cards, Deck& deck, DeckNotes& notes) {
     else
         deck.names.first = cards.file_name("3.1-1", "FILEA");
     cards.result_name("3.1-2", "FILEM", deck.names.result);
-    cards.take(CARD_3_2);
-    edit.first_element = cards.integer(1);
-    edit.first_node = cards.integer(2);
-    edit.first_beam = cards.integer(3);
-    edit.first_truss = cards.integer(4);
+    cards.take(CARD_3_2, edit.first_element, edit.first_node, edit.first_beam, edit.first_truss);
     edit.start_place = cards.place();
-    cards.take(CARD_3_3);
-    edit.operation = cards.integer(1);
-    edit.excluded_material_1 = cards.integer(2);
-    edit.excluded_material_2 = cards.integer(3);
-    edit.excluded_material_3 = cards.integer(4);
-    edit.excluded_beam_material = cards.integer(5);
-    edit.excluded_truss_material = cards.integer(6);
+    cards.take(CARD_3_3, edit.operation, edit.excluded_material_1, edit.excluded_material_2,
+               edit.excluded_material_3, edit.excluded_beam_material, edit.excluded_truss_material);
     cards.begin(DeckPart::operation);
     read_operation(cards, deck, notes);
 }
@@ -215,27 +163,19 @@ void read_strips(DeckCards& cards, const Card& card, std::int32_t count, Strips&
 
 void read_base_mesh(DeckCards& cards, BlockCards& blocks) {
     cards.begin(DeckPart::base_mesh);
-    cards.take(CARD_4_1);
-    blocks.block_columns = cards.integer(1);
-    blocks.block_rows = cards.integer(2);
-    blocks.fixes_left = cards.integer(3);
-    blocks.fixes_right = cards.integer(4);
-    blocks.fixes_top = cards.integer(5);
-    blocks.fixes_bottom = cards.integer(6);
+    cards.take(CARD_4_1, blocks.block_columns, blocks.block_rows, blocks.fixes_left, blocks.fixes_right,
+               blocks.fixes_top, blocks.fixes_bottom);
     if (blocks.block_columns < 1 || blocks.block_columns > MOST_BLOCK_ROWS || blocks.block_rows < 1 ||
         blocks.block_rows > MOST_BLOCK_ROWS)
         cards.refuse("Card 4.1: expected NBX and NBY from 1 to " + std::to_string(MOST_BLOCK_ROWS) +
                      ", found " + std::to_string(blocks.block_columns) + " and " +
                      std::to_string(blocks.block_rows));
-    cards.take(CARD_4_2);
-    blocks.origin_x = cards.shown(1);
-    blocks.origin_y = cards.shown(2);
+    cards.take(CARD_4_2, blocks.origin_x, blocks.origin_y);
     if (CARD_4_2.maximum_of(cards.kind) == 3)
         blocks.third = cards.shown(3);
     read_strips(cards, CARD_4_3, blocks.block_columns, blocks.columns);
     read_strips(cards, CARD_4_4, blocks.block_rows, blocks.rows);
-    cards.take(CARD_4_5);
-    blocks.edit_follows = cards.integer(1);
+    cards.take(CARD_4_5, blocks.edit_follows);
 }
 
 // --- Cards 5.x -----------------------------------------------------------------------------------
@@ -249,23 +189,15 @@ DamOutline four_points(const DeckCards& cards) {
 
 void read_dam(DeckCards& cards, DamCards& dam) {
     dam = DamCards{};
-    cards.take(CARD_5_1);
-    dam.layer_count = cards.count(CARD_5_1);
+    dam.layer_count = cards.take_count(CARD_5_1);
     dam.core = cards.integer(2) == 1;
     dam.cut_off = cards.integer(3) == 1 && dam.layer_count > 0;
     dam.shells = cards.integer(4) != 0;
     dam.crest_divisions = cards.integer(5);
     dam.initial_head = cards.shown(6);
     dam.switches_place = cards.place();
-    cards.take(CARD_5_2);
-    dam.height = cards.shown(1);
-    dam.water_height = cards.shown(2);
-    dam.left_run = cards.shown(3);
-    dam.left_width = cards.shown(4);
-    dam.crest = cards.shown(5);
-    dam.middle_width = cards.shown(6);
-    dam.right_run = cards.shown(7);
-    dam.right_width = cards.shown(8);
+    cards.take(CARD_5_2, dam.height, dam.water_height, dam.left_run, dam.left_width, dam.crest,
+               dam.middle_width, dam.right_run, dam.right_width);
     dam.profile_place = cards.place();
     if (dam.core) {
         cards.take(CARD_5_3);
@@ -273,9 +205,7 @@ void read_dam(DeckCards& cards, DamCards& dam) {
         dam.core_place = cards.place();
     }
     if (dam.layer_count > 0) {
-        cards.take(CARD_5_4_1);
-        dam.left_margin = cards.shown(1);
-        dam.right_margin = cards.shown(2);
+        cards.take(CARD_5_4_1, dam.left_margin, dam.right_margin);
         dam.margins_place = cards.place();
         dam.layers = cards.reals(CARD_5_4_1, dam.layer_count, "thickness of the layers, from the top",
                                  "the layer thicknesses of Card 5.4");

@@ -174,8 +174,7 @@ private:
             post.pair[i] = {cards_.integer(1), cards_.integer(2)};
         }
         for (std::int32_t& toggle : post.toggle) {
-            cards_.take(CARD_POST_SWITCH);
-            toggle = cards_.integer(1);
+            cards_.take(CARD_POST_SWITCH, toggle);
         }
     }
 
@@ -298,15 +297,10 @@ void read_limits(DeckCards& cards, GroupLimits& limits) {
     limits.element_count =
         read_numbers(cards, CARD_ELEMENTS, "elements that must not change",
                      "the element list of Card 3.3.5.2", limits.elements, limits.elements_place);
-    cards.take(CARD_BOUND);
-    limits.bounds_given = cards.integer(1);
+    cards.take(CARD_BOUND, limits.bounds_given);
     if (limits.bounds_given != 1)
         return;
-    cards.take(CARD_BOUNDS);
-    limits.left = cards.shown(1);
-    limits.bottom = cards.shown(2);
-    limits.right = cards.shown(3);
-    limits.top = cards.shown(4);
+    cards.take(CARD_BOUNDS, limits.left, limits.bottom, limits.right, limits.top);
 }
 
 }  // namespace
@@ -336,10 +330,7 @@ void read_groups(DeckCards& cards, Deck& deck, DeckNotes& notes) {
     cards.take(CARD_GROUPS);
     groups.count = cards.count(CARD_GROUPS);
     groups.are_titled = cards.integer(2);
-    cards.take(CARD_REFERENCE);
-    groups.reference_x = cards.shown(1);
-    groups.reference_y = cards.shown(2);
-    groups.written_head = cards.shown(3);
+    cards.take(CARD_REFERENCE, groups.reference_x, groups.reference_y, groups.written_head);
     GroupWalk walk(cards, groups);
     for (std::int32_t g = 1; g <= groups.count; ++g) {
         notes.group(g);
