@@ -16,7 +16,7 @@
 #include "commands/checking/free_sides.h"
 #include "commands/checking/verdict.h"
 #include "commands/commands.h"
-#include "model/mesh_file.h"
+#include "formats/mesh_file.h"
 #include "text/run_end.h"
 
 namespace brelan::tool {
@@ -39,15 +39,15 @@ struct Report {
 };
 
 // A mesh that the deck reads; none when it is not there. What is wrong with it is told as a doubt.
-std::optional<Mesh> source_mesh(Doubts& doubts, const DeckPlace& place, const std::string& name,
-                                std::string_view field) {
+std::optional<MeshLists> source_mesh(Doubts& doubts, const DeckPlace& place, const std::string& name,
+                                     std::string_view field) {
     const fs::path file = file_of_card(place.project, name, place.work);
     std::error_code error;
     if (file.empty() || !fs::is_regular_file(file, error))
         return std::nullopt;
     std::string message;
     try {
-        Mesh mesh = read_mesh_file(file);
+        MeshLists mesh = read_mesh_file(file);
         if (!mesh.byte_order_mark)
             return mesh;
         message = fmt::format("{}, line 1: a byte order mark stands in front of the mesh", file.string());
@@ -70,7 +70,7 @@ void look_for_doubts(Report& report, const DeckPlace& place) {
     doubt_cards(doubts);
     doubt_dam(doubts);
     doubt_outlines(doubts);
-    std::optional<Mesh> a, b;
+    std::optional<MeshLists> a, b;
     if (deck.mode == 2) {
         a = std::move(report.verdict.base_mesh);
         if (!report.verdict.no_base_mesh.empty())

@@ -7,8 +7,8 @@
 #include "formats/any_mesh.h"
 #include "formats/cell_mesh.h"
 #include "formats/gmsh.h"
+#include "formats/mesh_file.h"
 #include "formats/vtu.h"
-#include "model/mesh_file.h"
 
 namespace brelan::tool {
 
@@ -38,8 +38,8 @@ Target target_of(const ConvertOptions& options) {
 
 int convert(const ConvertOptions& options, const Context& context) {
     const Target target = target_of(options);
-    const Mesh mesh = read_any_mesh_as(mesh_source(options.from), options.kind.kind(),
-                                       [&](const std::string& text) { note(context, text); });
+    const MeshLists mesh = read_any_mesh_as(mesh_source(options.from), options.kind.kind(),
+                                            [&](const std::string& text) { note(context, text); });
     if (target == Target::mesh) {
         write_mesh_file(mesh, options.to);
         return STATUS_OK;

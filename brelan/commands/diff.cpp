@@ -10,6 +10,7 @@
 #include "cli/input_file.h"
 #include "cli/json.h"
 #include "commands/commands.h"
+#include "commands/field_changes.h"
 #include "formats/any_mesh.h"
 
 namespace brelan::tool {
@@ -54,7 +55,7 @@ std::string_view plural(std::size_t count) {
 
 class Report {
 public:
-    Report(const Mesh& a, const Mesh& b, const Difference& d, const DiffOptions& options)
+    Report(const MeshLists& a, const MeshLists& b, const Difference& d, const DiffOptions& options)
         : a_(a), b_(b), d_(d), options_(options) {}
 
     std::string text() const {
@@ -66,7 +67,7 @@ public:
             text += fmt::format("kind: {} -> {}\n", name_of(a_.kind), name_of(b_.kind));
         text += only("node", a_.nodes, d_.nodes_only_a, '-') + only("node", b_.nodes, d_.nodes_only_b, '+');
         text += some("node{} moved" + largest_move(), d_.nodes_moved, [&](const PlacePair& p) {
-            const Point from = a_.point(p.first), to = b_.point(p.second);
+            const Position from = a_.point(p.first), to = b_.point(p.second);
             return fmt::format("node {} ({:.7g}, {:.7g}) -> ({:.7g}, {:.7g})", node_name(p), from.x, from.y,
                                to.x, to.y);
         });
@@ -92,7 +93,8 @@ public:
                       {"only_b", only_json(b_.nodes, d_.nodes_only_b)},
                       {"moved", some_json(d_.nodes_moved,
                                           [&](const PlacePair& p) {
-                                              const Point from = a_.point(p.first), to = b_.point(p.second);
+                                              const Position from = a_.point(p.first),
+                                                             to = b_.point(p.second);
                                               return Json{{"node", numbers_of(p).first},
                                                           {"from", Json::array({from.x, from.y})},
                                                           {"to", Json::array({to.x, to.y})}};
@@ -202,8 +204,8 @@ private:
         return {{"count", pairs.size()}, {"list", list}};
     }
 
-    const Mesh& a_;
-    const Mesh& b_;
+    const MeshLists& a_;
+    const MeshLists& b_;
     const Difference& d_;
     const DiffOptions& options_;
 };
@@ -213,8 +215,8 @@ private:
 int diff(const DiffOptions& options, const Context& context) {
     require_one_standard_input({options.a, options.b});
     const auto remark = [&](const std::string& text) { note(context, text); };
-    const Mesh a = read_any_mesh(mesh_source(options.a), options.kind.kind(), remark);
-    const Mesh b = read_any_mesh(mesh_source(options.b), options.kind.kind(), remark);
+    const MeshLists a = read_any_mesh(mesh_source(options.a), options.kind.kind(), remark);
+    const MeshLists b = read_any_mesh(mesh_source(options.b), options.kind.kind(), remark);
     const Difference d = options.by_place ? difference_by_place(a, b, options.tolerance)
                                           : difference_by_number(a, b, options.tolerance);
     const Report report(a, b, d, options);

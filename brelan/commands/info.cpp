@@ -6,6 +6,7 @@
 #include "cli/input_file.h"
 #include "commands/commands.h"
 #include "commands/info_text.h"
+#include "drawing/soundness_text.h"
 #include "formats/any_mesh.h"
 
 namespace brelan::tool {
@@ -17,8 +18,8 @@ int info(const InfoOptions& options, const Context& context) {
     Json list = Json::Array();
     for (const std::string& file : options.files) {
         try {
-            const Mesh mesh = read_any_mesh(mesh_source(file), options.kind.kind(),
-                                            [&](const std::string& text) { note(context, text); });
+            const MeshLists mesh = read_any_mesh(mesh_source(file), options.kind.kind(),
+                                                 [&](const std::string& text) { note(context, text); });
             const MeshReport report = report_of(mesh, options.tolerance);
             sound = sound && report.soundness.sound();
             if (options.json)

@@ -4,6 +4,7 @@
 
 #include "cli/console.h"
 #include "cli/words.h"
+#include "drawing/soundness_text.h"
 
 namespace brelan::tool {
 
@@ -20,7 +21,7 @@ std::string span_text(const NumberSpan& span) {
 }
 
 std::string summary(const MeshReport& r) {
-    const Mesh& mesh = r.mesh;
+    const MeshLists& mesh = r.mesh;
     std::string text = inked(stdout, Ink::bold, printable(mesh.file));
     text += fmt::format(": {} mesh", name_of(mesh.kind));
     if (const std::size_t first = mesh.name.find_first_not_of(' '); first != std::string::npos)
@@ -171,8 +172,8 @@ Json finding_json(const Finding& f, std::size_t list) {
 
 }  // namespace
 
-MeshReport report_of(const Mesh& mesh, double tolerance) {
-    const std::vector<Corners> corners = corners_of(mesh);
+MeshReport report_of(const MeshLists& mesh, double tolerance) {
+    const std::vector<CornerPlaces> corners = corners_of(mesh);
     return {mesh, count_mesh(mesh, corners), measure_quality(mesh, corners),
             check_soundness(mesh, corners, tolerance)};
 }
@@ -183,7 +184,7 @@ std::string report_text(const MeshReport& r, std::size_t list) {
 }
 
 Json report_json(const MeshReport& r, std::size_t list) {
-    const Mesh& mesh = r.mesh;
+    const MeshLists& mesh = r.mesh;
     const Bounds& b = r.counts.bounds;
     Json json;
     json["file"] = mesh.file;

@@ -10,7 +10,7 @@
 #include "cli/words.h"
 #include "commands/commands.h"
 #include "commands/starter_decks.h"
-#include "model/mesh_file.h"
+#include "formats/mesh_file.h"
 
 namespace brelan::tool {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "model/mesh.h"
+#include "analysis/mesh_lists.h"
 
 namespace brelan::tool {
 

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "analysis/deck_of_mesh.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "cli/words.h"
 #include "commands/commands.h"
+#include "commands/deck_of_mesh.h"
 #include "drawing/html.h"
 #include "drawing/mesh_picture.h"
 #include "formats/any_mesh.h"
@@ -41,9 +41,9 @@ PictureFormat format_of(const PlotOptions& options) {
                     options.output));
 }
 
-bool shows_something(const Mesh& mesh, const std::vector<Corners>& corners, const Bounds& window) {
+bool shows_something(const MeshLists& mesh, const std::vector<CornerPlaces>& corners, const Bounds& window) {
     return std::any_of(corners.begin(), corners.end(),
-                       [&](const Corners& c) { return c.complete() && shows_in(mesh, c, window); }) ||
+                       [&](const CornerPlaces& c) { return c.complete() && shows_in(mesh, c, window); }) ||
            std::any_of(mesh.nodes.begin(), mesh.nodes.end(), [&](const Node& node) {
                return node.x >= window.low.x && node.x <= window.high.x && node.y >= window.low.y &&
                       node.y <= window.high.y;
@@ -55,9 +55,9 @@ bool shows_something(const Mesh& mesh, const std::vector<Corners>& corners, cons
 int plot(const PlotOptions& options, const Context& context) {
     require_one_standard_input({options.mesh, options.deck});
     const PictureFormat format = format_of(options);
-    const Mesh mesh = read_any_mesh(mesh_source(options.mesh), options.kind.kind(),
-                                    [&](const std::string& text) { note(context, text); });
-    const std::vector<Corners> corners = corners_of(mesh);
+    const MeshLists mesh = read_any_mesh(mesh_source(options.mesh), options.kind.kind(),
+                                         [&](const std::string& text) { note(context, text); });
+    const std::vector<CornerPlaces> corners = corners_of(mesh);
     PictureOptions picture;
     picture.width = options.width;
     picture.node_numbers = options.numbers == "nodes" || options.numbers == "both";

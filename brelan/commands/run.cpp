@@ -26,7 +26,7 @@
 #include "commands/commands.h"
 #include "commands/run_failure.h"
 #include "commands/run_summary.h"
-#include "model/mesh_file.h"
+#include "formats/mesh_file.h"
 
 namespace brelan::tool {
 

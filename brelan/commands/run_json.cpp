@@ -5,7 +5,7 @@
 #include "cli/json.h"
 #include "commands/info_text.h"
 #include "commands/run_summary.h"
-#include "model/mesh_file.h"
+#include "formats/mesh_file.h"
 #include "text/run_end.h"
 
 namespace brelan::tool {
@@ -34,7 +34,7 @@ Json lines(const std::string& text) {
 // The object of brelan info --json; null, and a remark, for a mesh that cannot be read.
 Json mesh_json(const RunReport& run, Json& remarks) {
     try {
-        const Mesh mesh = read_mesh_file(run.result.lexically_normal(), run.edition.kind);
+        const MeshLists mesh = read_mesh_file(run.result.lexically_normal(), run.edition.kind);
         return report_json(report_of(mesh, 0.0), PLACES);
     } catch (const Failure& failure) {
         remarks.push_back(failure.what());

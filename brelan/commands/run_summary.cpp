@@ -10,7 +10,8 @@
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/words.h"
-#include "model/mesh_file.h"
+#include "drawing/soundness_text.h"
+#include "formats/mesh_file.h"
 #include "text/run_end.h"
 
 namespace brelan::tool {
@@ -40,7 +41,7 @@ std::string entry(std::string_view name, const std::vector<std::string>& items) 
     return lines + "\n";
 }
 
-std::vector<std::string> element_counts(const Mesh& mesh, const Counts& counts) {
+std::vector<std::string> element_counts(const MeshLists& mesh, const Counts& counts) {
     std::vector<std::string> items{counted(mesh.nodes.size(), "node", "nodes")};
     if (counts.quadrilaterals > 0)
         items.push_back(counted(counts.quadrilaterals, "quadrilateral", "quadrilaterals"));
@@ -77,8 +78,8 @@ std::string quoted(const fs::path& file) {
 }
 
 std::string about_mesh(const fs::path& file, LayoutKind kind) {
-    const Mesh mesh = read_mesh_file(file, kind);
-    const std::vector<Corners> corners = corners_of(mesh);
+    const MeshLists mesh = read_mesh_file(file, kind);
+    const std::vector<CornerPlaces> corners = corners_of(mesh);
     const Counts counts = count_mesh(mesh, corners);
     const Soundness soundness = check_soundness(mesh, corners);
     std::string text = entry("mesh", element_counts(mesh, counts));

@@ -58,8 +58,8 @@ std::string word_of(std::string_view key, LayoutKind kind, std::string_view file
 
 // A mesh of unit squares from (left, 0) to (left + columns, rows), numbered as a base mesh is: down each
 // column, columns from the left. Fixed on its sides and at the bottom.
-Mesh squares(LayoutKind kind, int left, int columns, int rows, Number first_element) {
-    Mesh mesh;
+MeshLists squares(LayoutKind kind, int left, int columns, int rows, Number first_element) {
+    MeshLists mesh;
     mesh.kind = kind;
     for (int c = 0; c <= columns; ++c)
         for (int r = 0; r <= rows; ++r) {
@@ -99,7 +99,7 @@ Mesh squares(LayoutKind kind, int left, int columns, int rows, Number first_elem
     return mesh;
 }
 
-void add_line(Mesh& mesh, ElementClass of, Number i, Number j) {
+void add_line(MeshLists& mesh, ElementClass of, Number i, Number j) {
     Element e;
     e.of = of;
     e.number = mesh.elements.back().number + 1;
@@ -110,8 +110,8 @@ void add_line(Mesh& mesh, ElementClass of, Number i, Number j) {
 }
 
 // Six squares by three, the upper row of material 2; a wall of two beams in the middle, a truss at the top.
-Mesh start_mesh(LayoutKind kind) {
-    Mesh mesh = squares(kind, 0, 6, 3, 1);
+MeshLists start_mesh(LayoutKind kind) {
+    MeshLists mesh = squares(kind, 0, 6, 3, 1);
     for (std::size_t e = 0; e < mesh.elements.size(); e += 3)
         mesh.elements[e].words.material = 2;
     add_line(mesh, ElementClass::beam, 13, 14);
@@ -170,10 +170,10 @@ std::string starter_text(const StarterDeck& deck, LayoutKind kind, std::string_v
     }
 }
 
-Mesh starter_mesh(std::string_view name, LayoutKind kind) {
-    Mesh mesh = name == "Left.Mes"    ? squares(kind, 0, 3, 3, 1)
-                : name == "Right.Mes" ? squares(kind, 3, 4, 3, 10)
-                                      : start_mesh(kind);
+MeshLists starter_mesh(std::string_view name, LayoutKind kind) {
+    MeshLists mesh = name == "Left.Mes"    ? squares(kind, 0, 3, 3, 1)
+                     : name == "Right.Mes" ? squares(kind, 3, 4, 3, 10)
+                                           : start_mesh(kind);
     mesh.name = name;
     mesh.finish();
     return mesh;

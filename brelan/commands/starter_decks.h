@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "model/mesh.h"
+#include "analysis/mesh_lists.h"
 
 namespace brelan::tool {
 
@@ -31,7 +31,7 @@ const StarterDeck* starter_deck(std::string_view name);
 std::string starter_text(const StarterDeck& deck, LayoutKind kind, std::string_view file);
 
 // A mesh that the starter decks read.
-Mesh starter_mesh(std::string_view name, LayoutKind kind);
+MeshLists starter_mesh(std::string_view name, LayoutKind kind);
 
 // Texts of the decks, in the files beside this one.
 extern const std::string_view STARTER_BASE_MESH, STARTER_COMBINATION, STARTER_DAM;

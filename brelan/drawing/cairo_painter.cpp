@@ -66,7 +66,7 @@ private:
         std::size_t k = 0;
         for (const std::size_t end : path.lines.ends) {
             for (bool first = true; k < end; ++k, first = false) {
-                const Point& p = path.lines.points[k];
+                const Position& p = path.lines.points[k];
                 first ? cairo_move_to(cr_, p.x, p.y) : cairo_line_to(cr_, p.x, p.y);
             }
             if (path.closed)

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "model/mesh.h"
+#include "analysis/mesh_lists.h"
 
 namespace brelan::tool {
 

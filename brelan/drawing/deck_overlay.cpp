@@ -26,7 +26,8 @@ std::string shortened(std::string title, std::size_t most) {
 }
 
 // The part of a side that lies in the area.
-std::optional<std::pair<Point, Point>> part_in(const Bounds& area, const Point& a, const Point& b) {
+std::optional<std::pair<Position, Position>> part_in(const Bounds& area, const Position& a,
+                                                     const Position& b) {
     double first = 0.0, last = 1.0;
     const auto cut = [&](double from, double step, double low, double high) {
         if (step == 0.0)
@@ -39,16 +40,17 @@ std::optional<std::pair<Point, Point>> part_in(const Bounds& area, const Point& 
     const double dx = b.x - a.x, dy = b.y - a.y;
     if (!cut(a.x, dx, area.low.x, area.high.x) || !cut(a.y, dy, area.low.y, area.high.y))
         return std::nullopt;
-    return std::pair{Point{a.x + first * dx, a.y + first * dy}, Point{a.x + last * dx, a.y + last * dy}};
+    return std::pair{Position{a.x + first * dx, a.y + first * dy},
+                     Position{a.x + last * dx, a.y + last * dy}};
 }
 
-using Side = std::pair<Point, Point>;
+using Side = std::pair<Position, Position>;
 
 // What shows of a shape.
 std::vector<Side> sides_of(const DeckShape& shape, const Page& page, const Bounds& area) {
     std::vector<Side> sides;
     const auto point = [&](std::size_t k) {
-        return page.on_page(Point{shape.points[k].x, shape.points[k].y});
+        return page.on_page(Position{shape.points[k].x, shape.points[k].y});
     };
     const std::size_t count = shape.points.size();
     for (std::size_t k = 0; k < (shape.closed || count == 1 ? count : count - 1); ++k)
@@ -57,7 +59,7 @@ std::vector<Side> sides_of(const DeckShape& shape, const Page& page, const Bound
     return sides;
 }
 
-double distance_to(const Side& side, const Point& p) {
+double distance_to(const Side& side, const Position& p) {
     const auto& [a, b] = side;
     const double dx = b.x - a.x, dy = b.y - a.y, square = dx * dx + dy * dy;
     const double t =
@@ -66,10 +68,10 @@ double distance_to(const Side& side, const Point& p) {
 }
 
 // Points along the sides, some pixels apart, fewer of very many; the middles first, to keep corners in sight.
-std::vector<Point> points_along(const std::vector<Side>& sides) {
+std::vector<Position> points_along(const std::vector<Side>& sides) {
     constexpr double STEP = 6.0;
     constexpr std::size_t MOST = 150;
-    std::vector<Point> some, points;
+    std::vector<Position> some, points;
     const auto add_some = [&] {
         const std::size_t stride = points.size() / MOST + 1;
         for (std::size_t k = 0; k < points.size(); k += stride)
@@ -88,7 +90,7 @@ std::vector<Point> points_along(const std::vector<Side>& sides) {
     return some;
 }
 
-bool lies_in(const std::vector<Point>& loop, const Point& p) {
+bool lies_in(const std::vector<Position>& loop, const Position& p) {
     bool inside = false;
     for (std::size_t i = 0, j = loop.size() - 1; i < loop.size(); j = i++)
         if ((loop[i].y > p.y) != (loop[j].y > p.y) &&
@@ -98,13 +100,13 @@ bool lies_in(const std::vector<Point>& loop, const Point& p) {
 }
 
 // Points inside a closed shape, in rows.
-std::vector<Point> points_inside(const DeckShape& shape, const Page& page, const Bounds& area) {
-    std::vector<Point> loop, points;
+std::vector<Position> points_inside(const DeckShape& shape, const Page& page, const Bounds& area) {
+    std::vector<Position> loop, points;
     if (!shape.closed)
         return points;
     Bounds box{area.high, area.low};
     for (const DeckPoint& point : shape.points) {
-        const Point p = page.on_page(Point{point.x, point.y});
+        const Position p = page.on_page(Position{point.x, point.y});
         loop.push_back(p);
         box.low = {std::min(box.low.x, std::max(p.x, area.low.x)),
                    std::min(box.low.y, std::max(p.y, area.low.y))};
@@ -114,7 +116,7 @@ std::vector<Point> points_inside(const DeckShape& shape, const Page& page, const
     constexpr int ROWS = 12;
     for (int i = 1; i < ROWS; ++i)
         for (int j = 1; j < ROWS; ++j) {
-            const Point p{box.low.x + box.width() * j / ROWS, box.low.y + box.height() * i / ROWS};
+            const Position p{box.low.x + box.width() * j / ROWS, box.low.y + box.height() * i / ROWS};
             if (lies_in(loop, p))
                 points.push_back(p);
         }
@@ -125,7 +127,7 @@ class Marks {
 public:
     Marks(const std::vector<DeckShape>& shapes, const Page& page)
         : shapes_(shapes), page_(page), area_(page.area()) {
-        for (Point* corner : {&area_.low, &area_.high}) {  // rings are to show whole
+        for (Position* corner : {&area_.low, &area_.high}) {  // rings are to show whole
             const double inwards = corner == &area_.low ? MARK_RADIUS + 1.0 : -MARK_RADIUS - 1.0;
             corner->x += inwards;
             corner->y += inwards;
@@ -147,7 +149,7 @@ public:
     }
 
 private:
-    bool is_free(const Point& p) const {
+    bool is_free(const Position& p) const {
         return std::none_of(marks_.begin(), marks_.end(), [&](const ShapeMark& other) {
             return other.drawn && distance(other.at, p) < 2.0 * MARK_RADIUS + 2.0;
         });
@@ -156,7 +158,7 @@ private:
     // How far a point is off the shapes but one, as far as that matters: up to `ENOUGH`, and not below
     // `least`.
     static constexpr double ENOUGH = 1.5 * MARK_RADIUS;
-    double room_at(const Point& p, std::size_t own, double least) const {
+    double room_at(const Position& p, std::size_t own, double least) const {
         double room = ENOUGH;
         for (std::size_t other = 0; other < sides_.size(); ++other)
             if (other != own)
@@ -168,8 +170,8 @@ private:
     // On the shape; inside it where others run along all of it.
     void place_on_shape(ShapeMark& mark, std::size_t shape) {
         double best = -1.0;
-        const auto try_at = [&](const std::vector<Point>& points, std::size_t own) {
-            for (const Point& p : points) {
+        const auto try_at = [&](const std::vector<Position>& points, std::size_t own) {
+            for (const Position& p : points) {
                 if (best >= ENOUGH || !is_free(p))
                     continue;
                 if (const double room = room_at(p, own, best); room > best) {
@@ -178,7 +180,7 @@ private:
                 }
             }
         };
-        const std::vector<Point> along = points_along(sides_[shape]);
+        const std::vector<Position> along = points_along(sides_[shape]);
         try_at(along, shape);
         if (best < MARK_RADIUS)
             try_at(points_inside(shapes_[shape], page_, area_), shapes_.size());
@@ -188,13 +190,13 @@ private:
     }
 
     // In growing rings round a point of the shape.
-    void place_beside(ShapeMark& mark, const Point& on) {
+    void place_beside(ShapeMark& mark, const Position& on) {
         constexpr int RINGS = 40, DIRECTIONS = 16;
         for (int ring = 1; ring <= RINGS; ++ring)
             for (int k = 0; k < DIRECTIONS; ++k) {
                 const double angle = 2.0 * std::numbers::pi * (k + 0.5) / DIRECTIONS;
                 const double radius = 2.0 * MARK_RADIUS * ring;
-                const Point p{on.x + radius * std::cos(angle), on.y - radius * std::sin(angle)};
+                const Position p{on.x + radius * std::cos(angle), on.y - radius * std::sin(angle)};
                 if (part_in(area_, p, p) && is_free(p)) {
                     mark.at = p;
                     mark.on = on;
@@ -269,7 +271,7 @@ void add_shapes(Scene& scene, const std::vector<DeckShape>& shapes, const std::v
             continue;
         Polylines line;
         for (const DeckPoint& p : shape.points)
-            line.points.push_back(page.on_page(Point{p.x, p.y}));
+            line.points.push_back(page.on_page(Position{p.x, p.y}));
         line.end_line();
         scene.items.emplace_back(Path{fmt::format("deck-{}", ++number), std::move(line), shape.closed,
                                       std::nullopt, shape_stroke(shape.role)});

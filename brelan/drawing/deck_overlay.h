@@ -19,8 +19,8 @@ std::vector<int> shape_numbers(const std::vector<DeckShape>& shapes);
 struct ShapeMark {
     int number = 0;
     std::string title;
-    Point at;            // middle of the ring
-    Point on;            // the point of the shape that it belongs to, elsewhere only where there is no room
+    Position at;         // middle of the ring
+    Position on;         // the point of the shape that it belongs to, elsewhere only where there is no room
     bool drawn = false;  // false: no room at all
 };
 

@@ -13,7 +13,7 @@ std::string number_text(double v) {
     return fmt::format("{:.6g}", v == 0.0 ? 0.0 : v);
 }
 
-void add_tick(Path& ticks, const Point& from, const Point& to) {
+void add_tick(Path& ticks, const Position& from, const Position& to) {
     ticks.lines.points.push_back(from);
     ticks.lines.points.push_back(to);
     ticks.lines.end_line();
@@ -37,13 +37,13 @@ void add_frame(Scene& scene, const Page& page, bool axes) {
     x.clipped = y.clipped = false;
     const Bounds& w = page.window();
     for (const double v : round_steps(w.low.x, w.high.x, 10)) {
-        const Point p = page.on_page(Point{v, w.low.y});
+        const Position p = page.on_page(Position{v, w.low.y});
         add_tick(ticks, p, {p.x, p.y + 5.0});
         x.labels.push_back({{p.x, p.y + 18.0}, number_text(v)});
     }
     for (const double v :
          round_steps(w.low.y, w.high.y, std::clamp(static_cast<int>(a.height() / 35.0), 3, 10))) {
-        const Point p = page.on_page(Point{w.low.x, v});
+        const Position p = page.on_page(Position{w.low.x, v});
         add_tick(ticks, p, {p.x - 5.0, p.y});
         y.labels.push_back({{p.x - 8.0, p.y + 4.0}, number_text(v)});
     }

@@ -17,6 +17,7 @@
 #include "drawing/deck_overlay.h"
 #include "drawing/numbers.h"
 #include "drawing/page.h"
+#include "drawing/soundness_text.h"
 #include "drawing/supports.h"
 #include "drawing/tangle.h"
 #include "drawing/viewer.h"
@@ -74,7 +75,7 @@ const char* symbol_of(std::string_view code) {
 
 class PageData {
 public:
-    PageData(const Mesh& mesh, const PictureOptions& options)
+    PageData(const MeshLists& mesh, const PictureOptions& options)
         : mesh_(mesh), options_(options), corners_(corners_of(mesh)), bounds_(mesh.bounds()) {
         origin_ = {(bounds_.low.x + bounds_.high.x) / 2.0, (bounds_.low.y + bounds_.high.y) / 2.0};
     }
@@ -184,7 +185,7 @@ private:
         if (has_midsides)
             arrays_.add("midsides", midsides);
         data_["attributes"] = Json::Array();
-        for (const Attribute& a : attributes(mesh_.kind)) {
+        for (const AttributeField& a : attribute_fields(mesh_.kind)) {
             std::vector<float> values;
             for (const Element& e : mesh_.elements)
                 values.push_back(a.whole != nullptr ? static_cast<float>(e.*a.whole) : e.*a.real);
@@ -196,7 +197,7 @@ private:
     void add_polylines(const std::string& name, const Polylines& lines) {
         std::vector<float> points;
         std::vector<std::uint32_t> ends;
-        for (const Point& p : lines.points) {
+        for (const Position& p : lines.points) {
             points.push_back(static_cast<float>(p.x - origin_.x));
             points.push_back(static_cast<float>(p.y - origin_.y));
         }
@@ -274,11 +275,11 @@ private:
         data_["faultCount"] = count;
     }
 
-    const Mesh& mesh_;
+    const MeshLists& mesh_;
     const PictureOptions& options_;
-    std::vector<Corners> corners_;
+    std::vector<CornerPlaces> corners_;
     Bounds bounds_;
-    Point origin_;
+    Position origin_;
     Json data_;
     Arrays arrays_;
     std::map<std::pair<ElementClass, std::int32_t>, std::int32_t> groups_;
@@ -300,7 +301,7 @@ std::string for_html(std::string_view text) {
 
 }  // namespace
 
-void write_html(const Mesh& mesh, const PictureOptions& options, const std::filesystem::path& path) {
+void write_html(const MeshLists& mesh, const PictureOptions& options, const std::filesystem::path& path) {
     PageData data(mesh, options);
     const Json json = data.json();
     const std::string page = VIEWER_PAGE;

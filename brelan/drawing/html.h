@@ -7,6 +7,6 @@
 
 namespace brelan::tool {
 
-void write_html(const Mesh& mesh, const PictureOptions& options, const std::filesystem::path& path);
+void write_html(const MeshLists& mesh, const PictureOptions& options, const std::filesystem::path& path);
 
 }  // namespace brelan::tool

@@ -16,12 +16,12 @@ struct DirectedSide {
 };
 
 // Sides of the elements, all of them turned anti-clockwise, in the order of their ends.
-std::vector<DirectedSide> sorted_sides(const Mesh& mesh, const std::vector<Corners>& corners,
+std::vector<DirectedSide> sorted_sides(const MeshLists& mesh, const std::vector<CornerPlaces>& corners,
                                        const std::vector<std::int32_t>& elements) {
     std::vector<DirectedSide> sides;
     sides.reserve(elements.size() * 4);
     for (const std::int32_t e : elements) {
-        const Corners& c = corners[static_cast<std::size_t>(e)];
+        const CornerPlaces& c = corners[static_cast<std::size_t>(e)];
         if (!c.complete())
             continue;
         const bool clockwise = signed_area(mesh, c) < 0.0;
@@ -81,7 +81,7 @@ private:
 
 }  // namespace
 
-void add_ring(Polylines& lines, const Point& p, double radius, int corners) {
+void add_ring(Polylines& lines, const Position& p, double radius, int corners) {
     for (int k = 0; k < corners; ++k) {
         const double angle = 2.0 * std::numbers::pi * k / corners;
         lines.points.push_back({p.x + radius * std::cos(angle), p.y + radius * std::sin(angle)});
@@ -89,7 +89,7 @@ void add_ring(Polylines& lines, const Point& p, double radius, int corners) {
     lines.end_line();
 }
 
-Polylines region_outline(const Mesh& mesh, const std::vector<Corners>& corners,
+Polylines region_outline(const MeshLists& mesh, const std::vector<CornerPlaces>& corners,
                          const std::vector<std::int32_t>& elements) {
     const std::vector<DirectedSide> sides = sorted_sides(mesh, corners, elements);
     // What neighbours have in opposite directions cancels; the rest is a sum of loops.
@@ -134,7 +134,7 @@ Polylines region_outline(const Mesh& mesh, const std::vector<Corners>& corners,
     return lines;
 }
 
-Polylines element_sides(const Mesh& mesh, const std::vector<Corners>& corners,
+Polylines element_sides(const MeshLists& mesh, const std::vector<CornerPlaces>& corners,
                         const std::vector<std::int32_t>& elements, double slack) {
     std::vector<DirectedSide> sides = sorted_sides(mesh, corners, elements);
     sides.erase(std::unique(sides.begin(), sides.end(),
@@ -149,16 +149,16 @@ Polylines element_sides(const Mesh& mesh, const std::vector<Corners>& corners,
         if (graph.used(s))
             continue;
         graph.use(s);
-        Point last = mesh.point(sides[s].from);
+        Position last = mesh.point(sides[s].from);
         std::int32_t node = sides[s].to;
         lines.points.push_back(last);
         for (bool on = true; on;) {
-            const Point here = mesh.point(node);
+            const Position here = mesh.point(node);
             double best = STRAIGHT_ON;
             std::size_t side = 0;
             std::int32_t next = node;
             graph.unused_at(node, [&](std::size_t candidate, std::int32_t other) {
-                const Point p = mesh.point(other);
+                const Position p = mesh.point(other);
                 const double turn =
                     ((here.x - last.x) * (p.x - here.x) + (here.y - last.y) * (p.y - here.y)) /
                     std::max(distance(last, here) * distance(here, p), 1e-300);
@@ -174,7 +174,7 @@ Polylines element_sides(const Mesh& mesh, const std::vector<Corners>& corners,
                 break;
             }
             graph.use(side);
-            const Point from = lines.points.back(), to = mesh.point(next);
+            const Position from = lines.points.back(), to = mesh.point(next);
             if (std::abs(cross(from, here, to)) > slack * distance(from, to))
                 lines.points.push_back(here);
             last = here;

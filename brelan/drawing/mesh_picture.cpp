@@ -45,7 +45,7 @@ std::vector<Stroke> line_strokes(ElementClass of, std::int32_t material) {
 
 class Builder {
 public:
-    Builder(const Mesh& mesh, const PictureOptions& options)
+    Builder(const MeshLists& mesh, const PictureOptions& options)
         : mesh_(mesh),
           options_(options),
           corners_(corners_of(mesh)),
@@ -190,11 +190,11 @@ private:
                 continue;
             Polylines middles, areas;
             for (const std::int32_t e : drawn(elements)) {
-                const Corners& c = corners_[at(e)];
+                const CornerPlaces& c = corners_[at(e)];
                 const JointPairs pairs = joint_pairs(mesh_, c);
                 for (const auto& pair : pairs.pair) {
-                    const Point a = mesh_.point(c[pair[0]]), b = mesh_.point(c[pair[1]]);
-                    middles.points.push_back(page_.on_page(Point{(a.x + b.x) / 2.0, (a.y + b.y) / 2.0}));
+                    const Position a = mesh_.point(c[pair[0]]), b = mesh_.point(c[pair[1]]);
+                    middles.points.push_back(page_.on_page(Position{(a.x + b.x) / 2.0, (a.y + b.y) / 2.0}));
                 }
                 middles.end_line();
                 for (int k = 0; k < c.count; ++k)
@@ -217,7 +217,7 @@ private:
             Polylines lines, ends;
             for (const std::int32_t e : elements)
                 for (int k = 0; k < 2; ++k) {
-                    const Point p = page_.on_page(mesh_.point(corners_[at(e)][k]));
+                    const Position p = page_.on_page(mesh_.point(corners_[at(e)][k]));
                     lines.points.push_back(p);
                     ends.points.push_back(p);
                     ends.end_line();
@@ -247,7 +247,7 @@ private:
                 if (!finding.unsound || finding.check == Check::missing_node ||
                     finding.check == Check::number_used_twice)
                     continue;
-                const Point p = page_.on_page(place.at);
+                const Position p = page_.on_page(place.at);
                 if (!taken.insert({std::llround(p.x / CELL), std::llround(p.y / CELL)}).second)
                     continue;
                 add_ring(rings, p, RADIUS, CORNERS);
@@ -262,7 +262,7 @@ private:
         const std::vector<std::int32_t> places =
             options_.node_numbers ? node_number_places(mesh_, corners_) : std::vector<std::int32_t>();
         for (std::size_t n = 0; n < places.size(); ++n) {
-            const Point p = page_.on_page(mesh_.point(static_cast<std::int32_t>(n)));
+            const Position p = page_.on_page(mesh_.point(static_cast<std::int32_t>(n)));
             if (!page_.shows(p))
                 continue;
             std::string text = std::to_string(mesh_.nodes[n].number);
@@ -281,7 +281,7 @@ private:
         for (std::size_t i = 0; i < lines.size(); ++i) {
             if (!corners_[i].complete())
                 continue;
-            const Point p = page_.on_page(middle(mesh_, corners_[i]));
+            const Position p = page_.on_page(middle(mesh_, corners_[i]));
             if (page_.shows(p))
                 elements.labels.push_back(
                     {{p.x, p.y + 3.0 + SIZE * lines[i]}, std::to_string(mesh_.elements[i].number)});
@@ -335,7 +335,7 @@ private:
         return y - STEP / 2.0;
     }
 
-    void add_sample(ElementClass of, std::int32_t material, const Point& p, double length) {
+    void add_sample(ElementClass of, std::int32_t material, const Position& p, double length) {
         if (of == ElementClass::solid) {
             Path box{"", {}, true, material_color(of, material), Stroke{REGION_LINE, 0.8}, false};
             box.lines.points = {
@@ -347,16 +347,16 @@ private:
             add_legend_line(p, length, stroke);
     }
 
-    void add_legend_line(const Point& p, double length, const Stroke& stroke) {
+    void add_legend_line(const Position& p, double length, const Stroke& stroke) {
         Path line{"", {}, false, std::nullopt, stroke, false};
         line.lines.points = {p, {p.x + length, p.y}};
         line.lines.end_line();
         add(std::move(line));
     }
 
-    const Mesh& mesh_;
+    const MeshLists& mesh_;
     const PictureOptions& options_;
-    std::vector<Corners> corners_;
+    std::vector<CornerPlaces> corners_;
     Page page_;
     Picture picture_;
     std::map<std::pair<ElementClass, std::int32_t>, std::vector<std::int32_t>> groups_;  // places of elements
@@ -367,11 +367,11 @@ private:
 
 }  // namespace
 
-std::string title_of(const Mesh& mesh, const PictureOptions& options) {
+std::string title_of(const MeshLists& mesh, const PictureOptions& options) {
     return options.title.empty() ? std::filesystem::path(mesh.file).filename().string() : options.title;
 }
 
-Picture picture_of(const Mesh& mesh, const PictureOptions& options) {
+Picture picture_of(const MeshLists& mesh, const PictureOptions& options) {
     return Builder(mesh, options).build();
 }
 

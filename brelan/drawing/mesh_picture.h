@@ -31,8 +31,8 @@ struct Picture {
 };
 
 // The title that is given, else the name of the file.
-std::string title_of(const Mesh& mesh, const PictureOptions& options);
+std::string title_of(const MeshLists& mesh, const PictureOptions& options);
 
-Picture picture_of(const Mesh& mesh, const PictureOptions& options);
+Picture picture_of(const MeshLists& mesh, const PictureOptions& options);
 
 }  // namespace brelan::tool

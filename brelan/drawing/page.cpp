@@ -20,12 +20,12 @@ Page::Page(Bounds window, double left, double top, double width) {
 }
 
 Polylines Page::on_page(Polylines lines) const {
-    for (Point& p : lines.points)
+    for (Position& p : lines.points)
         p = on_page(p);
     return lines;
 }
 
-bool Page::shows(const Point& p) const {
+bool Page::shows(const Position& p) const {
     return p.x >= area_.low.x && p.x <= area_.high.x && p.y >= area_.low.y && p.y <= area_.high.y;
 }
 

@@ -18,7 +18,7 @@ public:
     Page(Bounds window, double left, double top, double width);
 
     // What lies beyond all that can be drawn is moved to where it can be counted.
-    Point on_page(const Point& p) const {
+    Position on_page(const Position& p) const {
         constexpr double FARTHEST = 1e12;
         return {std::fmax(-FARTHEST, std::fmin(FARTHEST, area_.low.x + (p.x - window_.low.x) * scale_)),
                 std::fmax(-FARTHEST, std::fmin(FARTHEST, area_.high.y - (p.y - window_.low.y) * scale_))};
@@ -28,7 +28,7 @@ public:
     double scale() const { return scale_; }           // page units for a unit of length
     const Bounds& area() const { return area_; }      // on the page
     const Bounds& window() const { return window_; }  // of the mesh, as it shows
-    bool shows(const Point& p) const;                 // p on the page
+    bool shows(const Position& p) const;              // p on the page
 
 private:
     Bounds window_, area_;

@@ -33,7 +33,7 @@ struct Path {
 enum class Anchor { start, middle, end };
 
 struct Label {
-    Point at;  // on the base line
+    Position at;  // on the base line
     std::string text;
 };
 

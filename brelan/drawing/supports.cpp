@@ -36,13 +36,13 @@ bool has(const Node& node, const CodeMeaning& meaning) {
 
 constexpr double SIZE = 7.0, SMALLEST = 2.0, SHARE = 0.9;  // the last: of the room that there is
 
-void add_polygon(Polylines& lines, std::initializer_list<Point> points) {
+void add_polygon(Polylines& lines, std::initializer_list<Position> points) {
     lines.points.insert(lines.points.end(), points);
     lines.end_line();
 }
 
 // Away from the middle of the mesh: -1 to the left or up, 1 to the right or down.
-void add_symbol(Polylines& lines, Support symbol, const Point& p, double size, double side) {
+void add_symbol(Polylines& lines, Support symbol, const Position& p, double size, double side) {
     const double s = size * side, half = size / 2.0, square = size * 4.0 / 7.0;
     const int corners = size < 4.0 ? 6 : 12;
     switch (symbol) {
@@ -81,7 +81,7 @@ Path path_of(Support symbol, Polylines lines, bool clipped) {
 
 }  // namespace
 
-std::vector<SupportSample> support_samples(const Mesh& mesh, const Page& page) {
+std::vector<SupportSample> support_samples(const MeshLists& mesh, const Page& page) {
     const std::span<const CodeMeaning> all = meanings(mesh.kind);
     std::array<bool, 5> shown{};
     for (std::size_t n = 0; n < mesh.nodes.size(); ++n)
@@ -96,7 +96,7 @@ std::vector<SupportSample> support_samples(const Mesh& mesh, const Page& page) {
     return samples;
 }
 
-std::vector<double> support_room(const Mesh& mesh, const std::vector<Corners>& corners) {
+std::vector<double> support_room(const MeshLists& mesh, const std::vector<CornerPlaces>& corners) {
     const std::span<const CodeMeaning> all = meanings(mesh.kind);
     const auto coded = [&](std::int32_t n) {
         return std::any_of(all.begin(), all.end(), [&](const CodeMeaning& meaning) {
@@ -105,7 +105,7 @@ std::vector<double> support_room(const Mesh& mesh, const std::vector<Corners>& c
     };
     std::vector<double> room(mesh.nodes.size(), std::numeric_limits<double>::infinity());
     for (std::size_t i = 0; i < corners.size(); ++i) {
-        const Corners& c = corners[i];
+        const CornerPlaces& c = corners[i];
         if (!c.complete() || mesh.elements[i].of == ElementClass::joint)
             continue;
         for (int k = 0; k < c.count; ++k) {
@@ -119,15 +119,16 @@ std::vector<double> support_room(const Mesh& mesh, const std::vector<Corners>& c
     return room;
 }
 
-void add_supports(Scene& scene, const Mesh& mesh, const std::vector<Corners>& corners, const Page& page) {
+void add_supports(Scene& scene, const MeshLists& mesh, const std::vector<CornerPlaces>& corners,
+                  const Page& page) {
     const Bounds bounds = mesh.bounds();
-    const Point middle =
-        page.on_page(Point{(bounds.low.x + bounds.high.x) / 2.0, (bounds.low.y + bounds.high.y) / 2.0});
+    const Position middle =
+        page.on_page(Position{(bounds.low.x + bounds.high.x) / 2.0, (bounds.low.y + bounds.high.y) / 2.0});
     const std::span<const CodeMeaning> all = meanings(mesh.kind);
     const std::vector<double> room = support_room(mesh, corners);
     std::array<Polylines, 5> lines;
     for (std::size_t n = 0; n < mesh.nodes.size(); ++n) {
-        const Point p = page.on_page(mesh.point(static_cast<std::int32_t>(n)));
+        const Position p = page.on_page(mesh.point(static_cast<std::int32_t>(n)));
         if (!page.shows(p))
             continue;
         const double size = std::clamp(SHARE * room[n] * page.scale(), SMALLEST, SIZE);
@@ -146,7 +147,7 @@ void add_supports(Scene& scene, const Mesh& mesh, const std::vector<Corners>& co
             scene.items.emplace_back(path_of(static_cast<Support>(k), std::move(lines[k]), true));
 }
 
-void add_support_symbol(Scene& scene, Support symbol, const Point& at) {
+void add_support_symbol(Scene& scene, Support symbol, const Position& at) {
     Polylines lines;
     add_symbol(lines, symbol, at, SIZE, 1.0);
     scene.items.emplace_back(path_of(symbol, std::move(lines), false));

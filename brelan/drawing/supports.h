@@ -24,16 +24,17 @@ struct SupportSample {
 };
 
 // Those that nodes on the page have.
-std::vector<SupportSample> support_samples(const Mesh& mesh, const Page& page);
+std::vector<SupportSample> support_samples(const MeshLists& mesh, const Page& page);
 
 // For each node the length of the shortest side from it to another node with a symbol, in the mesh's unit;
 // infinity where there is none. Sides of joints do not count.
-std::vector<double> support_room(const Mesh& mesh, const std::vector<Corners>& corners);
+std::vector<double> support_room(const MeshLists& mesh, const std::vector<CornerPlaces>& corners);
 
 // Symbols of all nodes in the window, smaller where they crowd.
-void add_supports(Scene& scene, const Mesh& mesh, const std::vector<Corners>& corners, const Page& page);
+void add_supports(Scene& scene, const MeshLists& mesh, const std::vector<CornerPlaces>& corners,
+                  const Page& page);
 
 // One symbol at a place of the page, for the legend.
-void add_support_symbol(Scene& scene, Support symbol, const Point& at);
+void add_support_symbol(Scene& scene, Support symbol, const Position& at);
 
 }  // namespace brelan::tool

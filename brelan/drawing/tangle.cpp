@@ -13,7 +13,7 @@ struct Box {
 
 }  // namespace
 
-std::vector<bool> tangled_elements(const Mesh& mesh, const std::vector<Corners>& corners) {
+std::vector<bool> tangled_elements(const MeshLists& mesh, const std::vector<CornerPlaces>& corners) {
     constexpr double MOST_LAYERS = 300.0;
     std::vector<Box> boxes;
     double sum = 0.0;

@@ -11,6 +11,6 @@ namespace brelan::tool {
 // none. Where connectivities are wrong throughout, each element lies across most others, and painters take
 // hours over so many crossings; the widest elements go first, until the rest covers the mesh a few hundred
 // times at most.
-std::vector<bool> tangled_elements(const Mesh& mesh, const std::vector<Corners>& corners);
+std::vector<bool> tangled_elements(const MeshLists& mesh, const std::vector<CornerPlaces>& corners);
 
 }  // namespace brelan::tool

@@ -9,8 +9,8 @@
 #include "cli/words.h"
 #include "formats/cell_mesh.h"
 #include "formats/gmsh.h"
+#include "formats/mesh_file.h"
 #include "formats/vtu.h"
-#include "model/mesh_file.h"
 #include "text/text_line.h"
 
 namespace brelan::tool {
@@ -51,7 +51,7 @@ std::vector<std::string_view> names_of(LayoutKind kind) {
     std::vector<std::string_view> names = code_names(kind);
     if (const std::string_view value = value_name(kind); !value.empty())
         names.insert(names.end(), {value, "CF"});
-    for (const Attribute& attribute : attributes(kind))
+    for (const AttributeField& attribute : attribute_fields(kind))
         names.push_back(attribute.name);
     return names;
 }
@@ -75,7 +75,7 @@ std::string change_of_kind(LayoutKind from, LayoutKind to) {
                        name_of(to), only_of(from, to), only_of(to, from));
 }
 
-Mesh mesh_of_cells(const CellMesh& cells, std::optional<LayoutKind> kind, const Remark& remark) {
+MeshLists mesh_of_cells(const CellMesh& cells, std::optional<LayoutKind> kind, const Remark& remark) {
     FromCells read = mesh_of(cells, kind);
     const auto say = [&](const std::string& text) { remark(fmt::format("{}: {}", cells.file, text)); };
     if (read.left_out > 0)
@@ -99,8 +99,8 @@ std::optional<LayoutKind> kind_of(const MeshSource& source) {
     return source.text ? kind_of_mesh_text(*source.text, source.name) : kind_of_mesh_file(source.name);
 }
 
-Mesh read_own(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
-    Mesh mesh =
+MeshLists read_own(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
+    MeshLists mesh =
         source.text ? read_mesh_text(*source.text, source.name, kind) : read_mesh_file(source.name, kind);
     if (mesh.byte_order_mark)
         remark(mark_passed_over(source.name));
@@ -119,7 +119,7 @@ std::string content_of(const MeshSource& source, const Remark& remark) {
 
 }  // namespace
 
-Mesh read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
+MeshLists read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
     const std::string& name = source.name;
     if (source.format == Format::mesh) {
         if (kind)
@@ -133,10 +133,10 @@ Mesh read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, con
                          kind, remark);
 }
 
-Mesh read_any_mesh_as(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
+MeshLists read_any_mesh_as(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
     if (!kind || source.format != Format::mesh)
         return read_any_mesh(source, kind, remark);
-    const Mesh mesh = read_own(source, kind_of(source).value_or(*kind), remark);
+    const MeshLists mesh = read_own(source, kind_of(source).value_or(*kind), remark);
     return mesh.kind == *kind ? mesh : mesh_of_cells(cells_of(mesh), kind, remark);
 }
 

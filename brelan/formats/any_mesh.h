@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "model/mesh.h"
+#include "analysis/mesh_lists.h"
 
 namespace brelan::tool {
 
@@ -29,10 +29,10 @@ std::optional<Format> format_of_name(const std::filesystem::path& path);
 // told what was left out or changed, and that the file tells another kind than the one given. Throws Failure
 // or RunEnd with the file and what was expected.
 using Remark = std::function<void(const std::string&)>;
-Mesh read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark);
+MeshLists read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark);
 
 // Reads as above, but a mesh file goes over to the layout of the kind where it tells another: codes and
 // attributes of the same name or meaning stay, others are those of a base mesh.
-Mesh read_any_mesh_as(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark);
+MeshLists read_any_mesh_as(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark);
 
 }  // namespace brelan::tool

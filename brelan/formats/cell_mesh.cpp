@@ -72,7 +72,7 @@ DataArray array_of(std::string_view name, bool whole, const std::vector<Record>&
 
 class ToCells {
 public:
-    explicit ToCells(const Mesh& mesh) : mesh_(mesh) {}
+    explicit ToCells(const MeshLists& mesh) : mesh_(mesh) {}
 
     CellMesh convert() {
         cells_.file = mesh_.file;
@@ -110,7 +110,7 @@ private:
         const int corners = e.corner_count();
         for (int k = 0; k < corners; ++k) {
             nodes[static_cast<std::size_t>(k)] = mesh_.node_place(e.corner(k));
-            if (nodes[static_cast<std::size_t>(k)] == Mesh::NONE)
+            if (nodes[static_cast<std::size_t>(k)] == MeshLists::NONE)
                 throw Failure(fmt::format("{}: element {} names node {}, which is not there", mesh_.file,
                                           e.number, e.corner(k)));
         }
@@ -120,7 +120,7 @@ private:
         for (int k = 0; k < corners && !e.is_line(); ++k) {
             const std::int32_t place = mesh_.node_place(midsides[static_cast<std::size_t>(k)]);
             nodes[static_cast<std::size_t>(corners) + static_cast<std::size_t>(k)] = place;
-            there += place != Mesh::NONE ? 1 : 0;
+            there += place != MeshLists::NONE ? 1 : 0;
         }
         const bool quadratic = !e.is_line() && there == corners;
         cells_.add_cell(corners == 2   ? Shape2D::line
@@ -180,7 +180,7 @@ private:
         data.push_back(array_of(MATERIAL, true, elements, [](const Element& e) { return e.words.material; }));
         data.push_back(
             array_of(CLASS, true, elements, [](const Element& e) { return static_cast<int>(e.of) + 1; }));
-        for (const Attribute& a : attributes(mesh_.kind))
+        for (const AttributeField& a : attribute_fields(mesh_.kind))
             if (a.whole != nullptr)
                 data.push_back(
                     array_of(a.name, true, elements, [&](const Element& e) { return e.*a.whole; }));
@@ -197,7 +197,7 @@ private:
                 array_of(name, true, elements, [word = word](const Element& e) { return e.words.*word; }));
     }
 
-    const Mesh& mesh_;
+    const MeshLists& mesh_;
     CellMesh cells_;
 };
 
@@ -226,7 +226,7 @@ std::string_view same_code(std::string_view name) {
     return "";
 }
 
-CellMesh cells_of(const Mesh& mesh) {
+CellMesh cells_of(const MeshLists& mesh) {
     return ToCells(mesh).convert();
 }
 

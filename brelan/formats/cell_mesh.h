@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "model/mesh.h"
+#include "analysis/mesh_lists.h"
 
 namespace brelan::tool {
 
@@ -81,7 +81,7 @@ inline constexpr std::array<std::pair<std::string_view, std::int32_t ElementWord
 std::string_view same_code(std::string_view name);
 
 // Throws Failure where an element has a corner that is no node, or a number stands twice.
-CellMesh cells_of(const Mesh& mesh);
+CellMesh cells_of(const MeshLists& mesh);
 
 // The way back. The kind is found from the names of the codes when it is not given. What the arrays do not
 // tell takes the values of a base mesh; lines are beams or trusses by their class or the name of their group,
@@ -89,7 +89,7 @@ CellMesh cells_of(const Mesh& mesh);
 // centre of a quadrilateral, midside nodes in a kind without them) become no nodes. Throws Failure for what a
 // mesh file cannot hold.
 struct FromCells {
-    Mesh mesh;
+    MeshLists mesh;
     std::optional<LayoutKind> source_kind;  // that the names of the codes tell
     std::size_t left_out = 0;               // points and lines that are no elements
     std::size_t turned = 0;                 // clockwise elements of other programs that were turned

@@ -75,7 +75,7 @@ public:
     }
 
 private:
-    Mesh& mesh() { return result_.mesh; }
+    MeshLists& mesh() { return result_.mesh; }
 
     std::optional<LayoutKind> kind_of_arrays() const {
         for (const LayoutKind kind : ALL_KINDS) {
@@ -314,7 +314,7 @@ private:
     }
 
     void set_attributes() {
-        for (const Attribute& a : attributes(mesh().kind)) {
+        for (const AttributeField& a : attribute_fields(mesh().kind)) {
             const DataArray* array = cells_.cell_array(a.name);
             if (array == nullptr)
                 continue;
@@ -357,7 +357,7 @@ private:
     void turn_clockwise() {
         if (own_)
             return;
-        const std::vector<Corners> corners = tool::corners_of(mesh());
+        const std::vector<CornerPlaces> corners = brelan::corners_of(mesh());
         for (std::size_t i = 0; i < corners.size(); ++i) {
             if (corners[i].count < 3 || signed_area(mesh(), corners[i]) >= 0.0)
                 continue;

@@ -7,9 +7,9 @@
 #include <cstring>
 #include <limits>
 
+#include "cli/drive_c.h"
 #include "cli/exit_status.h"
 #include "deck/card_stream.h"
-#include "model/drive_c.h"
 #include "text/file_names.h"
 #include "text/real_to_integer.h"
 #include "text/run_end.h"

@@ -8,22 +8,6 @@
 
 namespace brelan {
 
-namespace {
-
-// Ends of the words that end in columns 1 to 124, as flagged by `used`; `note` is told each.
-template <class Used, class Note>
-void walk_words(Used used, Note note) {
-    bool previous = used(1);
-    for (int column = 2; column <= LINE_COLUMNS - 1; ++column) {
-        const bool now = used(column);
-        if (previous && !now)
-            note(column - 1);
-        previous = now;
-    }
-}
-
-}  // namespace
-
 void refuse_byte_order_mark(Channel& text) {
     if (text.pass_byte_order_mark())
         text.fail_here("expected text, found a byte order mark in front of it; save the file without one");
@@ -43,23 +27,10 @@ void strip_deck(Channels& channels, int source, int target) {
     to.rewind();
 }
 
-CardCount count_values(const TextLine& line) {
-    const auto used = [&](int column) { return line(column) != ' ' && line(column) != ','; };
-    CardCount found;
-    const auto note = [&](int column) {
-        ++found.count;
-        found.last_column = column;
-    };
-    walk_words(used, note);
-    if (!used(LINE_COLUMNS) && used(LINE_COLUMNS - 1))
-        note(LINE_COLUMNS - 1);
-    return found;
-}
-
 void read_values(Channel& deck, CardValues& values, const std::string& name, std::string_view label,
                  std::int32_t minimum, std::int32_t maximum, std::int32_t& known) {
     const TextLine line = deck.read_line(name);
-    const CardCount found = count_values(line);
+    const ValueCount found = count_values(line);
     if (found.count < minimum || found.count > maximum)
         throw WrongCount{label, minimum, maximum, line, found, deck.place_behind()};
     deck.step_back(1);

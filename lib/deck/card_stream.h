@@ -7,6 +7,7 @@
 
 #include "deck/deck_tables.h"
 #include "text/channels.h"
+#include "text/line_values.h"
 #include "text/run_end.h"
 #include "text/text_line.h"
 
@@ -20,22 +21,12 @@ void refuse_byte_order_mark(Channel& text);
 // source channel and rewinds the target.
 void strip_deck(Channels& channels, int source, int target);
 
-// The count of values on a card line, and the column where the last of them ends.
-struct CardCount {
-    std::int32_t count = 0;
-    std::int32_t last_column = 0;
-};
-
-// Counts values by their separators, blanks and commas. A value that reaches column 126 is not counted: decks
-// rely on nothing standing there.
-CardCount count_values(const TextLine& line);
-
 // A card with too few or too many values: a user's error.
 struct WrongCount {
     std::string_view label;
     std::int32_t minimum = 0, maximum = 0;
     TextLine line;
-    CardCount found;
+    ValueCount found;
     FilePlace place;
 };
 

@@ -69,7 +69,7 @@ void show_last_lines(Channels& channels, Console& console, int channel_number, s
 }
 
 void report_card(Channels& channels, Console& console, const WrongCount& card) {
-    const CardCount& found = card.found;
+    const ValueCount& found = card.found;
     Channel& listing = channels.at(CHANNEL_WORK);
     write_free(listing, "************* ERROR IN THE USER INPUT **************");
     REQUIRED_LINE.write(listing, card.label, card.maximum);

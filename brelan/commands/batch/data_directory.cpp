@@ -5,10 +5,10 @@
 #include <array>
 #include <fstream>
 
+#include "cli/drive_c.h"
 #include "cli/exit_status.h"
 #include "cli/output_file.h"
 #include "cli/words.h"
-#include "model/drive_c.h"
 
 namespace brelan::tool {
 

@@ -5,8 +5,8 @@
 #include <sstream>
 
 #include "cli/exit_status.h"
+#include "formats/mesh_file.h"
 #include "model/deck.h"
-#include "model/mesh_file.h"
 #include "text/run_end.h"
 
 namespace brelan::tool {

@@ -46,8 +46,8 @@ struct DeckPlace {
 
 // The meshes that a deck reads, as far as they are known.
 struct DeckMeshes {
-    const Mesh* a = nullptr;             // FILEA, or the base mesh
-    const Mesh* b = nullptr;             // FILEB
+    const MeshLists* a = nullptr;        // FILEA, or the base mesh
+    const MeshLists* b = nullptr;        // FILEB
     const MeshPlaces* places = nullptr;  // of a
 };
 

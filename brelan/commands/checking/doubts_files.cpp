@@ -67,7 +67,7 @@ void doubt_files(Doubts& doubts, const DeckPlace& place, const DeckMeshes& meshe
         else if (result && !file.empty() && fs::equivalent(file, deck.file, error) && !error)
             doubts.end_of_run("own-name", &card,
                               fmt::format("{}: the result would take the place of this deck", card.name));
-        for (const Mesh* mesh :
+        for (const MeshLists* mesh :
              {card.heading == "FILEA" ? meshes.a : nullptr, card.heading == "FILEB" ? meshes.b : nullptr})
             if (mesh != nullptr && mesh->kind != deck.kind)
                 doubts.doubt("other-kind", &card,

@@ -76,7 +76,7 @@ std::optional<DeckPoint> double_place(const Edge& earlier, const Edge& edge, con
                                 (edge.cuts && along_side(earlier, *met, places))))
         return met;
     for (std::size_t n = 0; n < places.mesh().nodes.size(); ++n) {
-        const Point p = places.mesh().point(static_cast<std::int32_t>(n));
+        const Position p = places.mesh().point(static_cast<std::int32_t>(n));
         const DeckPoint node{p.x, p.y};
         if (distance_to_segment(node, earlier.from, earlier.to) <= nothing &&
             distance_to_segment(node, edge.from, edge.to) <= nothing)
@@ -92,15 +92,15 @@ struct Joint {
 };
 
 // The mesh's own.
-Joint joint_of(const Mesh& mesh) {
+Joint joint_of(const MeshLists& mesh) {
     Joint joint{"the mesh has a joint of no width there", {}};
     for (const Element& e : mesh.elements) {
-        std::array<Point, 4> corner{};
+        std::array<Position, 4> corner{};
         std::size_t found = 0;
         for (const Number n : {e.words.corner_1, e.words.corner_2, e.words.corner_3, e.words.corner_4})
-            if (const std::int32_t place = mesh.node_place(n); place != Mesh::NONE)
+            if (const std::int32_t place = mesh.node_place(n); place != MeshLists::NONE)
                 corner[found++] = mesh.point(place);
-        const auto alike = [](const Point& a, const Point& b) { return a.x == b.x && a.y == b.y; };
+        const auto alike = [](const Position& a, const Position& b) { return a.x == b.x && a.y == b.y; };
         if (e.of == ElementClass::joint && found == 4 && alike(corner[0], corner[3]) &&
             alike(corner[1], corner[2]))
             joint.edges.push_back({{corner[0].x, corner[0].y}, {corner[1].x, corner[1].y}, false});

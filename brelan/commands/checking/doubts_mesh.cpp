@@ -22,7 +22,7 @@ Section section_of(const Element& e) {
                                          : Section::continuum;
 }
 
-std::set<std::int32_t> materials_of(const Mesh& mesh, Section section) {
+std::set<std::int32_t> materials_of(const MeshLists& mesh, Section section) {
     std::set<std::int32_t> materials;
     for (const Element& e : mesh.elements)
         if (section == Section::any || section_of(e) == section)
@@ -31,7 +31,7 @@ std::set<std::int32_t> materials_of(const Mesh& mesh, Section section) {
 }
 
 // Lowest and highest number of the elements of a section; 0 where there is none.
-std::pair<Number, Number> span_of(const Mesh& mesh, Section section) {
+std::pair<Number, Number> span_of(const MeshLists& mesh, Section section) {
     std::pair<Number, Number> span{0, 0};
     for (const Element& e : mesh.elements) {
         if (section_of(e) != section)
@@ -60,7 +60,7 @@ constexpr std::array MATERIAL_FIELDS{
     MaterialField{"3.6.3-1", "MATold", Section::truss, "truss"},
 };
 
-void doubt_materials(Doubts& doubts, const Mesh& mesh) {
+void doubt_materials(Doubts& doubts, const MeshLists& mesh) {
     const Deck& deck = doubts.deck();
     const DeckCard* location = deck.card("3.3.2.1");
     for (const DeckCard& card : deck.cards) {
@@ -102,10 +102,10 @@ std::set<std::int32_t> numbers_of(const DeckCard& card) {
     return numbers;
 }
 
-void doubt_numbers_on(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bool nodes) {
+void doubt_numbers_on(Doubts& doubts, const DeckCard& card, const MeshLists& mesh, bool nodes) {
     std::vector<std::string> missing;
     for (const std::int32_t number : numbers_of(card))
-        if ((nodes ? mesh.node_place(number) : mesh.element_place(number)) == Mesh::NONE)
+        if ((nodes ? mesh.node_place(number) : mesh.element_place(number)) == MeshLists::NONE)
             missing.push_back(std::to_string(number));
     if (missing.empty())
         return;
@@ -117,7 +117,7 @@ void doubt_numbers_on(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bo
                     count > missing.size() ? fmt::format(" and {} more", count - missing.size()) : ""));
 }
 
-void doubt_window(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bool nodes) {
+void doubt_window(Doubts& doubts, const DeckCard& card, const MeshLists& mesh, bool nodes) {
     const auto in = [&](double x, double y) {
         return static_cast<double>(card.real("XMIN")) < x && x < static_cast<double>(card.real("XMAX")) &&
                static_cast<double>(card.real("YMIN")) < y && y < static_cast<double>(card.real("YMAX"));
@@ -125,13 +125,13 @@ void doubt_window(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bool n
     bool found = false;
     if (nodes) {
         for (std::size_t n = 0; n < mesh.nodes.size() && !found; ++n) {
-            const Point p = mesh.point(static_cast<std::int32_t>(n));
+            const Position p = mesh.point(static_cast<std::int32_t>(n));
             found = in(p.x, p.y);
         }
     } else {
-        const std::vector<Corners> corners = corners_of(mesh);
+        const std::vector<CornerPlaces> corners = corners_of(mesh);
         for (std::size_t e = 0; e < corners.size() && !found; ++e) {
-            const Point p = middle(mesh, corners[e]);
+            const Position p = middle(mesh, corners[e]);
             found = corners[e].complete() && in(p.x, p.y);
         }
     }
@@ -140,7 +140,7 @@ void doubt_window(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bool n
                      fmt::format("no {} of the mesh lies in the window", nodes ? "node" : "element"));
 }
 
-void doubt_selections(Doubts& doubts, const Mesh& mesh) {
+void doubt_selections(Doubts& doubts, const MeshLists& mesh) {
     constexpr std::int32_t by_material = 3;
     const DeckCard* location = doubts.deck().card("3.3.2.1");
     for (const DeckCard& card : doubts.deck().cards) {
@@ -162,7 +162,7 @@ void doubt_selections(Doubts& doubts, const Mesh& mesh) {
 // --- numbers of the result -----------------------------------------------------------------------
 
 // Edits that keep the gaps between numbers shift them; the others count anew.
-void doubt_room(Doubts& doubts, const Mesh& mesh) {
+void doubt_room(Doubts& doubts, const MeshLists& mesh) {
     const DeckCard* start = doubts.deck().card("3.2");
     const DeckCard* edit = doubts.deck().card("3.3");
     if (start == nullptr || edit == nullptr || mesh.nodes.empty())
@@ -189,7 +189,7 @@ void doubt_room(Doubts& doubts, const Mesh& mesh) {
 
 // --- combination ---------------------------------------------------------------------------------
 
-void take_numbers(const Mesh& mesh, Region& region) {
+void take_numbers(const MeshLists& mesh, Region& region) {
     region.old_elements[0] = region.old_elements[1] = region.old_elements[2] = NumberRange{};
     for (const Element& e : mesh.elements)
         if (e.section() != ELEMENT_TRUSS || !mesh.flow_lines)  // those are not seen
@@ -212,7 +212,7 @@ Number lowest_new_number(const Region& region) {
 }
 
 // The numbers that the batch program gives the elements of both meshes.
-void doubt_element_numbers(Doubts& doubts, const Mesh& a, const Mesh& b, const DeckCard* card) {
+void doubt_element_numbers(Doubts& doubts, const MeshLists& a, const MeshLists& b, const DeckCard* card) {
     Combination numbers;
     take_numbers(b, numbers.first);  // the names cross
     take_numbers(a, numbers.second);
@@ -232,10 +232,10 @@ void doubt_element_numbers(Doubts& doubts, const Mesh& a, const Mesh& b, const D
 }
 
 // A number that FILEA lacks ends the run; a pair that FILEB lacks is passed over.
-void doubt_pairs_on(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bool first) {
+void doubt_pairs_on(Doubts& doubts, const DeckCard& card, const MeshLists& mesh, bool first) {
     for (const float value : card.list) {
         const std::int32_t number = whole_number(value);
-        if (number < 1 || number > HIGHEST_NODE_NUMBER || mesh.node_place(number) != Mesh::NONE)
+        if (number < 1 || number > HIGHEST_NODE_NUMBER || mesh.node_place(number) != MeshLists::NONE)
             continue;
         if (first)
             doubts.end_of_run("no-such-number", &card,
@@ -246,7 +246,7 @@ void doubt_pairs_on(Doubts& doubts, const DeckCard& card, const Mesh& mesh, bool
     }
 }
 
-void doubt_combination(Doubts& doubts, const Mesh& a, const Mesh& b) {
+void doubt_combination(Doubts& doubts, const MeshLists& a, const MeshLists& b) {
     const Deck& deck = doubts.deck();
     const DeckCard* interface = deck.card("2.2");
     doubt_element_numbers(doubts, a, b, deck.card("2.1-1"));
@@ -256,7 +256,7 @@ void doubt_combination(Doubts& doubts, const Mesh& a, const Mesh& b) {
         const MeshPlaces places(a);
         bool common = false;
         for (std::size_t n = 0; n < b.nodes.size() && !common; ++n) {
-            const Point p = b.point(static_cast<std::int32_t>(n));
+            const Position p = b.point(static_cast<std::int32_t>(n));
             common = places.at_node({p.x, p.y}, places.nothing());
         }
         if (!common)

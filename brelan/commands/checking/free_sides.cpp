@@ -20,7 +20,7 @@ constexpr std::array SIDES{Side{"IB_LEFT", "left", 0.0, -1.0, 0}, Side{"IB_RIGHT
                            Side{"IB_TOP", "top", -1.0, 0.0, 1}, Side{"IB_BOTTOM", "bottom", 1.0, 0.0, 1}};
 
 // Sides of elements that no other element has, in the direction of their elements.
-std::set<std::pair<Number, Number>> outer_edges(const Mesh& mesh) {
+std::set<std::pair<Number, Number>> outer_edges(const MeshLists& mesh) {
     std::set<std::pair<Number, Number>> edges;
     for (const Element& e : mesh.elements) {
         const std::array n{e.words.corner_1, e.words.corner_2, e.words.corner_3, e.words.corner_4};
@@ -33,11 +33,11 @@ std::set<std::pair<Number, Number>> outer_edges(const Mesh& mesh) {
 
 }  // namespace
 
-std::vector<std::string> free_sides(const DeckCard& blocks, const Mesh& base_mesh) {
+std::vector<std::string> free_sides(const DeckCard& blocks, const MeshLists& base_mesh) {
     std::array<std::set<Number>, SIDES.size()> nodes;
     for (const auto& [from, to] : outer_edges(base_mesh)) {
-        const Point a = base_mesh.point(base_mesh.node_place(from)),
-                    b = base_mesh.point(base_mesh.node_place(to));
+        const Position a = base_mesh.point(base_mesh.node_place(from)),
+                       b = base_mesh.point(base_mesh.node_place(to));
         const auto dx = static_cast<double>(b.x - a.x), dy = static_cast<double>(b.y - a.y);
         for (std::size_t s = 0; s < SIDES.size(); ++s)
             if (dx * SIDES[s].along_x + dy * SIDES[s].along_y > 0.5 * std::hypot(dx, dy))

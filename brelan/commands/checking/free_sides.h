@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
+#include "analysis/mesh_lists.h"
 #include "model/deck.h"
-#include "model/mesh.h"
 
 namespace brelan::tool {
 
 // One remark for each side that Card 4.1 fixes and that has free nodes, with their count.
-std::vector<std::string> free_sides(const DeckCard& blocks, const Mesh& base_mesh);
+std::vector<std::string> free_sides(const DeckCard& blocks, const MeshLists& base_mesh);
 
 }  // namespace brelan::tool

@@ -25,7 +25,8 @@ double distance_to_segment(const DeckPoint& point, const DeckPoint& from, const 
     return std::hypot(point.x - from.x - share * dx, point.y - from.y - share * dy);
 }
 
-MeshPlaces::MeshPlaces(const Mesh& mesh) : mesh_(mesh), corners_(corners_of(mesh)), bounds_(mesh.bounds()) {
+MeshPlaces::MeshPlaces(const MeshLists& mesh)
+    : mesh_(mesh), corners_(corners_of(mesh)), bounds_(mesh.bounds()) {
     nothing_ = NOTHING * std::max(bounds_.extent(), std::numeric_limits<double>::min());
     const double area = std::max(bounds_.width(), nothing_) * std::max(bounds_.height(), nothing_);
     cell_ = std::max(std::sqrt(area / static_cast<double>(std::max<std::size_t>(mesh.elements.size(), 1))),
@@ -40,7 +41,7 @@ MeshPlaces::MeshPlaces(const Mesh& mesh) : mesh_(mesh), corners_(corners_of(mesh
         return static_cast<std::size_t>(column * rows_ + row);
     };
     for (std::size_t n = 0; n < mesh.nodes.size(); ++n) {
-        const Point p = mesh.point(static_cast<std::int32_t>(n));
+        const Position p = mesh.point(static_cast<std::int32_t>(n));
         const Cell cell = cell_of(p.x, p.y);
         nodes_[index(cell.column, cell.row)].push_back(static_cast<std::int32_t>(n));
     }
@@ -71,11 +72,11 @@ const std::vector<std::int32_t>& MeshPlaces::solids_at(const DeckPoint& point) c
 }
 
 double MeshPlaces::distance_to_sides(std::int32_t solid, const DeckPoint& point) const {
-    const Corners& corners = corners_[static_cast<std::size_t>(solid)];
+    const CornerPlaces& corners = corners_[static_cast<std::size_t>(solid)];
     double least = std::numeric_limits<double>::infinity();
     for (int k = 0; k < corners.count; ++k) {
-        const Point a = mesh_.point(corners[k]);
-        const Point b = mesh_.point(corners[(k + 1) % corners.count]);
+        const Position a = mesh_.point(corners[k]);
+        const Position b = mesh_.point(corners[(k + 1) % corners.count]);
         least = std::min(least, distance_to_segment(point, {a.x, a.y}, {b.x, b.y}));
     }
     return least;
@@ -85,11 +86,11 @@ double MeshPlaces::distance_to_sides(std::int32_t solid, const DeckPoint& point)
 bool MeshPlaces::contains(std::int32_t solid, const DeckPoint& point) const {
     if (distance_to_sides(solid, point) <= nothing_)
         return true;
-    const Corners& corners = corners_[static_cast<std::size_t>(solid)];
+    const CornerPlaces& corners = corners_[static_cast<std::size_t>(solid)];
     bool in = false;
     for (int k = 0; k < corners.count; ++k) {
-        const Point a = mesh_.point(corners[k]);
-        const Point b = mesh_.point(corners[(k + 1) % corners.count]);
+        const Position a = mesh_.point(corners[k]);
+        const Position b = mesh_.point(corners[(k + 1) % corners.count]);
         if ((a.y > point.y) != (b.y > point.y) && point.x < a.x + (point.y - a.y) / (b.y - a.y) * (b.x - a.x))
             in = !in;
     }
@@ -113,7 +114,7 @@ bool MeshPlaces::at_node(const DeckPoint& point, double tolerance) const {
     for (std::int64_t column = low.column; column <= high.column; ++column)
         for (std::int64_t row = low.row; row <= high.row; ++row)
             for (const std::int32_t n : nodes_[static_cast<std::size_t>(column * rows_ + row)]) {
-                const Point p = mesh_.point(n);
+                const Position p = mesh_.point(n);
                 if (std::hypot(p.x - point.x, p.y - point.y) <= tolerance)
                     return true;
             }
@@ -123,7 +124,7 @@ bool MeshPlaces::at_node(const DeckPoint& point, double tolerance) const {
 std::size_t MeshPlaces::nodes_between(const DeckPoint& from, const DeckPoint& to) const {
     std::size_t count = 0;
     for (std::size_t n = 0; n < mesh_.nodes.size(); ++n) {
-        const Point p = mesh_.point(static_cast<std::int32_t>(n));
+        const Position p = mesh_.point(static_cast<std::int32_t>(n));
         const DeckPoint point{p.x, p.y};
         const double ends =
             std::min(std::hypot(p.x - from.x, p.y - from.y), std::hypot(p.x - to.x, p.y - to.y));
@@ -138,10 +139,10 @@ std::optional<double> MeshPlaces::shortest_side_at(const DeckPoint& point) const
     for (const std::int32_t e : solids_at(point)) {
         if (!contains(e, point))
             continue;
-        const Corners& corners = corners_[static_cast<std::size_t>(e)];
+        const CornerPlaces& corners = corners_[static_cast<std::size_t>(e)];
         for (int k = 0; k < corners.count; ++k) {
-            const Point a = mesh_.point(corners[k]);
-            const Point b = mesh_.point(corners[(k + 1) % corners.count]);
+            const Position a = mesh_.point(corners[k]);
+            const Position b = mesh_.point(corners[(k + 1) % corners.count]);
             const double side = std::hypot(b.x - a.x, b.y - a.y);
             least = least ? std::min(*least, side) : side;
         }

@@ -6,16 +6,16 @@
 #include <vector>
 
 #include "analysis/geometry.h"
+#include "analysis/mesh_lists.h"
 #include "model/deck.h"
-#include "model/mesh.h"
 
 namespace brelan::tool {
 
 class MeshPlaces {
 public:
-    explicit MeshPlaces(const Mesh& mesh);
+    explicit MeshPlaces(const MeshLists& mesh);
 
-    const Mesh& mesh() const { return mesh_; }
+    const MeshLists& mesh() const { return mesh_; }
     // A length that is nothing on this mesh.
     double nothing() const { return nothing_; }
 
@@ -38,8 +38,8 @@ private:
     bool contains(std::int32_t solid, const DeckPoint& point) const;
     double distance_to_sides(std::int32_t solid, const DeckPoint& point) const;
 
-    const Mesh& mesh_;
-    std::vector<Corners> corners_;
+    const MeshLists& mesh_;
+    std::vector<CornerPlaces> corners_;
     Bounds bounds_;
     double cell_ = 1.0, nothing_ = 0.0;
     std::int64_t columns_ = 1, rows_ = 1;

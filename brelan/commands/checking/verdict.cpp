@@ -7,7 +7,7 @@
 #include "commands/batch/temporary_directory.h"
 #include "dam/dam_deck.h"
 #include "deck/deck_checker.h"
-#include "model/mesh_file.h"
+#include "formats/mesh_file.h"
 #include "run/base_mesh_run.h"
 #include "run/flush_to_zero.h"
 #include "run/run.h"

@@ -4,9 +4,9 @@
 #include <optional>
 #include <string>
 
+#include "analysis/mesh_lists.h"
 #include "commands/batch/edition.h"
 #include "model/deck.h"
-#include "model/mesh.h"
 
 namespace brelan::tool {
 
@@ -16,7 +16,7 @@ struct Verdict {
     int line = 0;         // of the deck, 0 where the message names none
 
     // The mesh that the cards of a base mesh make, where they are accepted; else why there is none.
-    std::optional<Mesh> base_mesh;
+    std::optional<MeshLists> base_mesh;
     std::string no_base_mesh;
 };
 

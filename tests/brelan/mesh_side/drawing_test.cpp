@@ -11,7 +11,7 @@
 #include "drawing/mesh_lines.h"
 #include "drawing/page.h"
 #include "drawing/tangle.h"
-#include "sample.h"
+#include "support/mesh_sample.h"
 
 namespace brelan::tool {
 namespace {
@@ -23,8 +23,8 @@ double area_of(const Polylines& loops) {
     std::size_t begin = 0;
     for (const std::size_t end : loops.ends) {
         for (std::size_t k = begin; k < end; ++k) {
-            const Point& a = loops.points[k];
-            const Point& b = loops.points[k + 1 == end ? begin : k + 1];
+            const Position& a = loops.points[k];
+            const Position& b = loops.points[k + 1 == end ? begin : k + 1];
             twice += a.x * b.y - b.x * a.y;
         }
         begin = end;
@@ -44,7 +44,7 @@ double length_of(const Polylines& lines) {
 }
 
 // A grid of squares of which each is there with the probability, clockwise every third time.
-Mesh random_grid(unsigned seed, int side, std::vector<std::int32_t>& elements) {
+MeshLists random_grid(unsigned seed, int side, std::vector<std::int32_t>& elements) {
     std::mt19937 random(seed);
     Sample sample;
     for (int y = 0; y <= side; ++y)
@@ -65,9 +65,9 @@ Mesh random_grid(unsigned seed, int side, std::vector<std::int32_t>& elements) {
 }
 
 // Squares of a grid side by side, and many that connect nodes at random.
-Mesh grid_with_random_elements(int side, int random_elements) {
+MeshLists grid_with_random_elements(int side, int random_elements) {
     std::vector<std::int32_t> unused;
-    Mesh grid = random_grid(1, side, unused);
+    MeshLists grid = random_grid(1, side, unused);
     std::mt19937 random(7);
     const auto nodes = static_cast<unsigned>(grid.nodes.size());
     for (int k = 0; k < random_elements; ++k) {
@@ -82,20 +82,20 @@ Mesh grid_with_random_elements(int side, int random_elements) {
 }
 
 TEST(TangledElements, AreNoneWhereElementsLieSideBySide) {
-    const Mesh mesh = grid_with_random_elements(40, 0);
+    const MeshLists mesh = grid_with_random_elements(40, 0);
     for (const bool tangled : tangled_elements(mesh, corners_of(mesh)))
         EXPECT_FALSE(tangled);
 }
 
 TEST(TangledElements, AreTheWidestUntilTheRestCoversTheMeshAFewHundredTimes) {
-    const Mesh mesh = grid_with_random_elements(40, 5000);
-    const std::vector<Corners> corners = corners_of(mesh);
+    const MeshLists mesh = grid_with_random_elements(40, 5000);
+    const std::vector<CornerPlaces> corners = corners_of(mesh);
     const std::vector<bool> tangled = tangled_elements(mesh, corners);
     double covered = 0.0, widest_drawn = 0.0, narrowest_left_out = 1e9;
     for (std::size_t i = 0; i < tangled.size(); ++i) {
         Bounds box{mesh.point(corners[i][0]), mesh.point(corners[i][0])};
         for (int k = 1; k < 4; ++k) {
-            const Point p = mesh.point(corners[i][k]);
+            const Position p = mesh.point(corners[i][k]);
             box = {{std::min(box.low.x, p.x), std::min(box.low.y, p.y)},
                    {std::max(box.high.x, p.x), std::max(box.high.y, p.y)}};
         }
@@ -115,7 +115,7 @@ TEST(TangledElements, AreTheWidestUntilTheRestCoversTheMeshAFewHundredTimes) {
 TEST(RegionOutline, EnclosesTheAreaOfItsElements) {
     for (unsigned seed = 1; seed <= 30; ++seed) {
         std::vector<std::int32_t> elements;
-        const Mesh mesh = random_grid(seed, 9, elements);
+        const MeshLists mesh = random_grid(seed, 9, elements);
         EXPECT_DOUBLE_EQ(area_of(region_outline(mesh, corners_of(mesh), elements)),
                          static_cast<double>(elements.size()));
     }
@@ -124,7 +124,7 @@ TEST(RegionOutline, EnclosesTheAreaOfItsElements) {
 TEST(ElementSides, DrawEverySideOnce) {
     for (unsigned seed = 1; seed <= 30; ++seed) {
         std::vector<std::int32_t> elements;
-        const Mesh mesh = random_grid(seed, 9, elements);
+        const MeshLists mesh = random_grid(seed, 9, elements);
         std::set<std::pair<Number, Number>> sides;
         for (const Element& e : mesh.elements)
             for (int k = 0; k < 4; ++k)
@@ -145,7 +145,7 @@ TEST(ElementSides, RunStraightThroughAGrid) {
             elements.push_back(static_cast<std::int32_t>(elements.size()));
             sample.solid({4 * y + x + 1, 4 * y + x + 2, 4 * y + x + 6, 4 * y + x + 5});
         }
-    const Mesh mesh = sample.mesh();
+    const MeshLists mesh = sample.mesh();
     const Polylines lines = element_sides(mesh, corners_of(mesh), elements, 1e-9);
     EXPECT_DOUBLE_EQ(length_of(lines), 3.0 * 3 + 4.0 * 2);
     EXPECT_LE(lines.ends.size(), 2U * 7);  // three lines across and four up, each in two pieces at most
@@ -172,16 +172,16 @@ TEST(Hatch, OfARegionFarLargerThanTheAreaIsThatOfTheArea) {
 TEST(Page, TakesTheWindowAndTurnsYOver) {
     const Page page({{0, 0}, {10, 5}}, 50.0, 20.0, 800.0);
     EXPECT_DOUBLE_EQ(page.scale(), 80.0);
-    EXPECT_DOUBLE_EQ(page.on_page(Point{0, 0}).x, 50.0);
-    EXPECT_DOUBLE_EQ(page.on_page(Point{0, 0}).y, 420.0);
-    EXPECT_DOUBLE_EQ(page.on_page(Point{10, 5}).x, 850.0);
-    EXPECT_DOUBLE_EQ(page.on_page(Point{10, 5}).y, 20.0);
+    EXPECT_DOUBLE_EQ(page.on_page(Position{0, 0}).x, 50.0);
+    EXPECT_DOUBLE_EQ(page.on_page(Position{0, 0}).y, 420.0);
+    EXPECT_DOUBLE_EQ(page.on_page(Position{10, 5}).x, 850.0);
+    EXPECT_DOUBLE_EQ(page.on_page(Position{10, 5}).y, 20.0);
 }
 
 TEST(Page, KeepsWhatIsBeyondAllBoundsCountable) {
     const Page page({{0, 0}, {1, 1}}, 0.0, 0.0, 1000.0);
     for (const double far : {1e38, 1e300, std::numeric_limits<double>::infinity()}) {
-        const Point p = page.on_page(Point{-far, far});
+        const Position p = page.on_page(Position{-far, far});
         EXPECT_EQ(p.x, -1e12);
         EXPECT_EQ(p.y, -1e12);
     }

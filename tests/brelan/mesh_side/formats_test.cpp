@@ -8,7 +8,7 @@
 #include "formats/gmsh.h"
 #include "formats/vtu.h"
 #include "formats/vtu_blocks.h"
-#include "sample.h"
+#include "support/mesh_sample.h"
 
 namespace brelan::tool {
 namespace {
@@ -82,7 +82,7 @@ constexpr const char* TEXT_VTU = R"(<?xml version="1.0"?>
 
 TEST(Vtu, TextOfAnotherProgramBecomesAMesh) {
     const FromCells read = mesh_of(read_vtu(TEXT_VTU, "a.vtu"), LayoutKind::coupled);
-    const Mesh& mesh = read.mesh;
+    const MeshLists& mesh = read.mesh;
     EXPECT_EQ(read.left_out, 1U);  // the line, which nothing calls a beam or truss
     ASSERT_EQ(mesh.elements.size(), 2U);
     EXPECT_EQ(mesh.nodes.size(), 5U);
@@ -165,7 +165,7 @@ $EndElements
 
 TEST(Gmsh, GroupsTellBeamsAndOtherLinesAreLeftOut) {
     const FromCells read = mesh_of(read_gmsh(GMSH_22, "a.msh"), LayoutKind::displacement);
-    const Mesh& mesh = read.mesh;
+    const MeshLists& mesh = read.mesh;
     EXPECT_EQ(read.left_out, 2U);  // the point and the line called "edge"
     ASSERT_EQ(mesh.elements.size(), 3U);
     EXPECT_EQ(mesh.elements[0].number, 7);
@@ -337,14 +337,14 @@ TEST(SecondOrder, SingleMidsideNodesOfAMeshGoWithAKindWithoutThem) {
 }
 
 TEST(CellMesh, GivesEveryClassAndMaterialAGroupOfItsOwn) {
-    const Mesh mesh = Sample()
-                          .nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1}})
-                          .solid({1, 2, 3, 4}, 7)
-                          .joint({1, 2, 2, 1}, 7)
-                          .beam(1, 2, 7)
-                          .truss(2, 3, 7)
-                          .solid({1, 2, 3}, -4)
-                          .mesh();
+    const MeshLists mesh = Sample()
+                               .nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1}})
+                               .solid({1, 2, 3, 4}, 7)
+                               .joint({1, 2, 2, 1}, 7)
+                               .beam(1, 2, 7)
+                               .truss(2, 3, 7)
+                               .solid({1, 2, 3}, -4)
+                               .mesh();
     const CellMesh cells = cells_of(mesh);
     std::vector<std::pair<int, std::int32_t>> tags;
     for (const CellGroup& group : cells.groups) {
@@ -369,18 +369,18 @@ TEST(CellMesh, MidsideNodesMakeQuadraticCells) {
     sample.last().words.midside_6 = 6;
     sample.last().words.midside_7 = 7;
     sample.last().words.midside_8 = 8;
-    const Mesh mesh = sample.mesh();
+    const MeshLists mesh = sample.mesh();
     CellMesh cells = cells_of(mesh);
     ASSERT_EQ(cells.shapes[0], Shape2D::quad8);
     EXPECT_EQ(cells.nodes, (std::vector<std::int32_t>{0, 1, 2, 3, 4, 5, 6, 7}));
     cells.cell_data.clear();  // the cells alone tell them as well
-    const Mesh back = mesh_of(cells, std::nullopt).mesh;
+    const MeshLists back = mesh_of(cells, std::nullopt).mesh;
     EXPECT_EQ(back.elements[0].words.midside_5, 5);
     EXPECT_EQ(back.elements[0].words.midside_8, 8);
 }
 
 TEST(CellMesh, CornerThatIsNoNodeCannotBeCarriedOver) {
-    const Mesh mesh = Sample().nodes({{0, 0}, {1, 0}, {1, 1}}).solid({1, 2, 9}).mesh();
+    const MeshLists mesh = Sample().nodes({{0, 0}, {1, 0}, {1, 1}}).solid({1, 2, 9}).mesh();
     EXPECT_THROW(cells_of(mesh), Failure);
 }
 

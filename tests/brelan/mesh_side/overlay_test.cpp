@@ -7,7 +7,7 @@
 #include "drawing/deck_overlay.h"
 #include "drawing/numbers.h"
 #include "drawing/supports.h"
-#include "sample.h"
+#include "support/mesh_sample.h"
 
 namespace brelan::tool {
 namespace {
@@ -15,18 +15,18 @@ namespace {
 using test::Sample;
 
 TEST(ShowsIn, IsNoMatterOfTouchingForSolidsButForLinesAlongTheEdge) {
-    const Mesh mesh = Sample()
-                          .nodes({{0, 0}, {2, 0}, {2, 2}, {0, 2}, {4, 0}, {4, 2}})
-                          .solid({1, 2, 3, 4})
-                          .solid({2, 5, 6, 3})
-                          .solid({1, 2, 4})
-                          .beam(2, 3)
-                          .joint({2, 3, 3, 2})
-                          .mesh();
-    const std::vector<Corners> corners = corners_of(mesh);
+    const MeshLists mesh = Sample()
+                               .nodes({{0, 0}, {2, 0}, {2, 2}, {0, 2}, {4, 0}, {4, 2}})
+                               .solid({1, 2, 3, 4})
+                               .solid({2, 5, 6, 3})
+                               .solid({1, 2, 4})
+                               .beam(2, 3)
+                               .joint({2, 3, 3, 2})
+                               .mesh();
+    const std::vector<CornerPlaces> corners = corners_of(mesh);
     const auto shown = [&](const Bounds& window) {
         std::vector<bool> list;
-        for (const Corners& c : corners)
+        for (const CornerPlaces& c : corners)
             list.push_back(shows_in(mesh, c, window));
         return list;  // solids, then the joint, then the beam
     };
@@ -49,11 +49,11 @@ TEST(SupportRoom, IsTheShortestSideToAnotherNodeWithASymbol) {
     //  4 --- 5 ------ 6     1, 2, 3 and 6 have codes; 2 and 5 lie 0.25 apart, but 5 has none.
     //  |     |        |
     //  1 --- 2 ------ 3
-    Mesh mesh = Sample()
-                    .nodes({{0, 0}, {1, 0}, {4, 0}, {0, 0.25}, {1, 0.25}, {4, 0.25}})
-                    .solid({1, 2, 5, 4})
-                    .solid({2, 3, 6, 5})
-                    .mesh();
+    MeshLists mesh = Sample()
+                         .nodes({{0, 0}, {1, 0}, {4, 0}, {0, 0.25}, {1, 0.25}, {4, 0.25}})
+                         .solid({1, 2, 5, 4})
+                         .solid({2, 3, 6, 5})
+                         .mesh();
     for (const std::size_t n : {0U, 1U, 2U, 5U})
         mesh.nodes[n].codes[1] = 1;
     constexpr double NONE = std::numeric_limits<double>::infinity();
@@ -68,51 +68,51 @@ TEST(NumberPlaces, OfTwinAndLineNodeAreCornersOnTheSidesOfTheirSolids) {
     //     5 - 6 | 11 - 12
     //     3 - 4 |  9 - 10
     //     1 - 2 |  7 -  8
-    const Mesh upright = Sample()
-                             .nodes({{0, 0}, {1, 0}, {0, 1}, {1, 1}, {0, 2}, {1, 2}})
-                             .nodes({{1, 0}, {2, 0}, {1, 1}, {2, 1}, {1, 2}, {2, 2}})
-                             .solid({1, 2, 4, 3})
-                             .solid({3, 4, 6, 5})
-                             .solid({7, 8, 10, 9})
-                             .solid({9, 10, 12, 11})
-                             .joint({2, 4, 9, 7})
-                             .joint({4, 6, 11, 9})
-                             .mesh();
+    const MeshLists upright = Sample()
+                                  .nodes({{0, 0}, {1, 0}, {0, 1}, {1, 1}, {0, 2}, {1, 2}})
+                                  .nodes({{1, 0}, {2, 0}, {1, 1}, {2, 1}, {1, 2}, {2, 2}})
+                                  .solid({1, 2, 4, 3})
+                                  .solid({3, 4, 6, 5})
+                                  .solid({7, 8, 10, 9})
+                                  .solid({9, 10, 12, 11})
+                                  .joint({2, 4, 9, 7})
+                                  .joint({4, 6, 11, 9})
+                                  .mesh();
     EXPECT_EQ(node_number_places(upright, corners_of(upright)),
               (std::vector<std::int32_t>{0, 2, 0, 1, 0, 1, 0, 0, 0, 0, 3, 0}));
     // A lying one, of some width: 1 to 4 below, 5 to 8 above.
-    const Mesh lying = Sample()
-                           .nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1}, {0, 1.1}, {1, 1.1}, {1, 2}, {0, 2}})
-                           .solid({1, 2, 3, 4})
-                           .solid({5, 6, 7, 8})
-                           .joint({4, 3, 6, 5})
-                           .mesh();
+    const MeshLists lying = Sample()
+                                .nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1}, {0, 1.1}, {1, 1.1}, {1, 2}, {0, 2}})
+                                .solid({1, 2, 3, 4})
+                                .solid({5, 6, 7, 8})
+                                .joint({4, 3, 6, 5})
+                                .mesh();
     EXPECT_EQ(node_number_places(lying, corners_of(lying)),
               (std::vector<std::int32_t>{0, 0, 1, 3, 0, 2, 0, 0}));
 }
 
 TEST(NumberPlaces, OfFiveNodesAtOnePlaceAreAllDifferent) {
     // Four squares round the origin, each with a node of its own there, and the end of a beam.
-    const Mesh mesh = Sample()
-                          .nodes({{0, 0},
-                                  {0, 0},
-                                  {0, 0},
-                                  {0, 0},
-                                  {1, 0},
-                                  {1, 1},
-                                  {0, 1},
-                                  {-1, 1},
-                                  {-1, 0},
-                                  {-1, -1},
-                                  {0, -1},
-                                  {1, -1},
-                                  {0, 0}})
-                          .solid({1, 5, 6, 7})    // above right
-                          .solid({2, 7, 8, 9})    // above left
-                          .solid({3, 9, 10, 11})  // below left
-                          .solid({4, 11, 12, 5})  // below right
-                          .beam(13, 6)
-                          .mesh();
+    const MeshLists mesh = Sample()
+                               .nodes({{0, 0},
+                                       {0, 0},
+                                       {0, 0},
+                                       {0, 0},
+                                       {1, 0},
+                                       {1, 1},
+                                       {0, 1},
+                                       {-1, 1},
+                                       {-1, 0},
+                                       {-1, -1},
+                                       {0, -1},
+                                       {1, -1},
+                                       {0, 0}})
+                               .solid({1, 5, 6, 7})    // above right
+                               .solid({2, 7, 8, 9})    // above left
+                               .solid({3, 9, 10, 11})  // below left
+                               .solid({4, 11, 12, 5})  // below right
+                               .beam(13, 6)
+                               .mesh();
     const std::vector<std::int32_t> places = node_number_places(mesh, corners_of(mesh));
     EXPECT_EQ((std::vector<std::int32_t>{places.begin(), places.begin() + 4}),
               (std::vector<std::int32_t>{0, 2, 1, 3}));
@@ -120,7 +120,7 @@ TEST(NumberPlaces, OfFiveNodesAtOnePlaceAreAllDifferent) {
     const double width = 20.0, size = 9.0;
     std::vector<Bounds> boxes;
     for (const std::int32_t place : {0, 1, 2, 3, 4}) {
-        const Point start = beside({50, 50}, place, width, size);
+        const Position start = beside({50, 50}, place, width, size);
         boxes.push_back({{start.x, start.y - 0.74 * size}, {start.x + width, start.y}});
     }
     for (std::size_t a = 0; a < boxes.size(); ++a)
@@ -131,13 +131,13 @@ TEST(NumberPlaces, OfFiveNodesAtOnePlaceAreAllDifferent) {
 }
 
 TEST(NumberLines, OfABeamOverItsJointAndOfDoublesFollowEachOther) {
-    const Mesh mesh = Sample()
-                          .nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1}, {1, 0}, {1, 1}})
-                          .solid({1, 2, 3, 4}, 1)
-                          .solid({1, 2, 3, 4}, 5)
-                          .joint({2, 3, 6, 5})
-                          .beam(2, 3)
-                          .mesh();
+    const MeshLists mesh = Sample()
+                               .nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1}, {1, 0}, {1, 1}})
+                               .solid({1, 2, 3, 4}, 1)
+                               .solid({1, 2, 3, 4}, 5)
+                               .joint({2, 3, 6, 5})
+                               .beam(2, 3)
+                               .mesh();
     const std::vector<std::int32_t> lines = element_number_lines(mesh, corners_of(mesh));
     const auto line = [&](Number element) {
         return lines[static_cast<std::size_t>(mesh.element_place(element))];

@@ -1,0 +1,49 @@
+#include "drawing/soundness_text.h"
+
+#include <fmt/core.h>
+
+namespace brelan::tool {
+
+std::string place_text(const Finding& finding, const Place& p) {
+    const std::string at = fmt::format(" at ({:.7g}, {:.7g})", p.at.x, p.at.y);
+    switch (finding.check) {
+        case Check::number_used_twice:
+            return p.element != 0 ? fmt::format("element {}", p.element) : fmt::format("node {}", p.node);
+        case Check::missing_node:
+            return fmt::format("node {} of element {}", p.node, p.element);
+        case Check::degenerate_element:
+        case Check::inverted_element:
+            return fmt::format("element {}{}", p.element, at);
+        case Check::concave_element:
+            return fmt::format("element {} at node {}{}", p.element, p.node, at);
+        case Check::hanging_node:
+            return fmt::format("node {} on a side of element {}{}", p.node, p.element, at);
+        case Check::coincident_nodes:
+            return fmt::format("nodes {} and {}{}", p.node, p.other, at);
+        case Check::duplicate_element:
+        case Check::double_element:
+            return fmt::format("element {} over element {}{}", p.element, p.other, at);
+        case Check::crowded_side:
+            return fmt::format("element {} at the side from node {} to {}{}", p.element, p.node, p.other, at);
+        case Check::unjoined_line:
+            return fmt::format("node {} within element {}{}", p.node, p.element, at);
+        case Check::unused_node:
+            break;
+    }
+    return fmt::format("node {}{}", p.node, at);
+}
+
+std::string soundness_line(const Soundness& soundness) {
+    std::string line;
+    for (const Finding& finding : soundness.findings) {
+        if (!finding.unsound || finding.places.empty())
+            continue;
+        const std::size_t count = finding.places.size();
+        line += fmt::format("{}{} {} ({}{})", line.empty() ? "unsound: " : "; ", count,
+                            count == 1 ? finding.singular : finding.plural,
+                            count == 1 ? "" : "first: ", place_text(finding, finding.places.front()));
+    }
+    return line.empty() ? "sound" : line;
+}
+
+}  // namespace brelan::tool
