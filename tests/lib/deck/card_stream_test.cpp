@@ -99,28 +99,6 @@ TEST_F(Cards, StarBehindABlankFailsWhenItIsReadAsAValue) {
 
 // --- the count of values -----------------------------------------------------------------------------------
 
-TEST_F(Cards, BlanksAndCommasSeparateInAnyNumber) {
-    EXPECT_EQ(count_of("1 2 3"), 3);
-    EXPECT_EQ(count_of("1,2,3"), 3);
-    EXPECT_EQ(count_of("  1 , 2 ,, 3 , "), 3);
-    EXPECT_EQ(count_of("7"), 1);
-    EXPECT_EQ(count_of(""), 0);
-    EXPECT_EQ(count_of(" ,, , "), 0);
-}
-
-TEST_F(Cards, LastColumnIsTheEndOfTheLastValue) {
-    EXPECT_EQ(count_values(TextLine("7")).last_column, 1);
-    EXPECT_EQ(count_values(TextLine("  1 , 22 , ")).last_column, 8);
-    EXPECT_EQ(count_values(TextLine("")).last_column, 0);
-    EXPECT_EQ(count_values(TextLine(at_column(120, "123456"))).last_column, 125);
-}
-
-TEST_F(Cards, TabDoesNotSeparateInTheCount) {
-    EXPECT_EQ(count_of("1\t2"), 1);
-    EXPECT_EQ(count_of("1\t 2"), 2);
-    EXPECT_EQ(count_of("\t"), 1);
-}
-
 TEST_F(Cards, ValueThatEndsInColumn125Counts) {
     EXPECT_EQ(count_of("1 2" + at_column(117, "123456")), 3);  // columns 120 to 125
     EXPECT_EQ(values_of("1 2" + at_column(117, "123456"), 3, 3), (Values{1, 2, 123456, 9}));
@@ -129,16 +107,6 @@ TEST_F(Cards, ValueThatEndsInColumn125Counts) {
 TEST_F(Cards, ValueThatReachesColumn126DoesNotCount) {
     EXPECT_EQ(count_of("1 2" + at_column(118, "123456")), 2);  // columns 121 to 126
     EXPECT_EQ(values_of("1 2" + at_column(118, "123456"), 2, 2), (Values{1, 2, 9, 9}));
-}
-
-TEST_F(Cards, ValueInColumn126AloneDoesNotCount) {
-    EXPECT_EQ(count_of("1" + at_column(125, "5")), 1);
-    EXPECT_EQ(count_of(at_column(126, "5")), 0);
-}
-
-TEST_F(Cards, LineWithoutASeparatorHasNoValue) {
-    EXPECT_EQ(count_of(std::string(126, '1')), 0);
-    EXPECT_EQ(count_of(std::string(125, '1')), 1);
 }
 
 TEST_F(Cards, LineWithoutASeparatorIsReportedAsBlankData) {
