@@ -8,6 +8,7 @@
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "cli/output_file.h"
+#include "text/channel_numbers.h"
 
 namespace brelan::tool {
 
@@ -36,7 +37,10 @@ std::optional<LayoutKind> kind_of_mesh_file(const std::filesystem::path& path) {
 }
 
 void write_mesh_file(const MeshLists& mesh, const std::filesystem::path& path) {
-    write_file(path, mesh_file_text(mesh, path == STANDARD_STREAM ? mesh.name : path.filename().string()));
+    Channels channels;
+    Channel& file = channels.open_in_memory(CHANNEL_RESULT, mesh.name);
+    write_mesh(file, mesh, path == STANDARD_STREAM ? mesh.name : path.filename().string());
+    write_file(path, file.text());
 }
 
 }  // namespace brelan::tool

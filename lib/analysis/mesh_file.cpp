@@ -233,7 +233,7 @@ std::optional<LayoutKind> kind_of_mesh_text(std::string_view text, const std::st
     return kind_of_mesh(channels);
 }
 
-std::string mesh_file_text(const MeshLists& mesh, std::string_view name) {
+void write_mesh(Channel& file, const MeshLists& mesh, std::string_view name) {
     require_fields(mesh);
     MeshCounts counts;
     counts.nodes = static_cast<std::int32_t>(mesh.nodes.size());
@@ -243,8 +243,6 @@ std::string mesh_file_text(const MeshLists& mesh, std::string_view name) {
     if (mesh.flow_lines)
         shown.trusses = 0;
 
-    Channels channels;
-    Channel& file = channels.open_in_memory(CHANNEL_RESULT, mesh.name);
     write_mesh_head(file, name, shown);
     write_node_heading(mesh.kind, file);
     for (const Node& node : mesh.nodes)
@@ -258,8 +256,6 @@ std::string mesh_file_text(const MeshLists& mesh, std::string_view name) {
                 write_element_record(mesh.kind, file, type, e);
     }
     write_closing_lines(file);
-
-    return std::string(file.text());
 }
 
 }  // namespace brelan

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "analysis/mesh_lists.h"
+#include "text/channels.h"
 #include "text/file_names.h"
 
 namespace brelan {
@@ -30,8 +31,8 @@ std::optional<LayoutKind> kind_of_mesh_file(const std::filesystem::path& path,
                                             const Directories& directories);
 std::optional<LayoutKind> kind_of_mesh_text(std::string_view text, const std::string& name);
 
-// The mesh as a file in the layouts of its kind, with a name for its first line. Ends as a failure where a
-// field cannot hold a value.
-std::string mesh_file_text(const MeshLists& mesh, std::string_view name);
+// Writes the mesh in the layouts of its kind, with a name for its first line. Ends as a failure, with nothing
+// written, where a field cannot hold a value.
+void write_mesh(Channel& file, const MeshLists& mesh, std::string_view name);
 
 }  // namespace brelan

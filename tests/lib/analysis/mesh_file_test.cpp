@@ -4,6 +4,7 @@
 
 #include "analysis/difference.h"
 #include "support/mesh_sample.h"
+#include "text/channel_numbers.h"
 #include "text/run_end.h"
 
 namespace brelan::test {
@@ -21,21 +22,28 @@ MeshLists squares(LayoutKind kind) {
         .mesh();
 }
 
+std::string text_of(const MeshLists& mesh) {
+    Channels channels;
+    Channel& file = channels.open_in_memory(CHANNEL_RESULT, "mesh.Mes");
+    write_mesh(file, mesh, "mesh.Mes");
+    return std::string(file.text());
+}
+
 TEST(MeshFile, TextBecomesTheSameMeshAndTellsItsKind) {
     for (const LayoutKind kind : ALL_KINDS) {
         const MeshLists mesh = squares(kind);
-        const std::string text = mesh_file_text(mesh, "squares.Mes");
+        const std::string text = text_of(mesh);
         EXPECT_EQ(kind_of_mesh_text(text, "squares.Mes"), kind);
         const std::optional<MeshLists> read = mesh_of_text(text, "squares.Mes");
         ASSERT_TRUE(read) << name_of(kind);
-        EXPECT_EQ(read->name, "squares.Mes");
+        EXPECT_EQ(read->name, "mesh.Mes");
         EXPECT_EQ(read->count(ElementClass::joint), 1U) << name_of(kind);
         EXPECT_TRUE(difference_by_number(mesh, *read, 0.0).none()) << name_of(kind);
     }
 }
 
 TEST(MeshFile, CommentsAndDeletedElementsAreLeftOut) {
-    std::string text = mesh_file_text(squares(LayoutKind::displacement), "squares.Mes");
+    std::string text = text_of(squares(LayoutKind::displacement));
     const std::string record = "\n      2";
     const std::size_t element = text.find(record, text.find("NEL"));
     ASSERT_NE(element, std::string::npos);
@@ -48,7 +56,7 @@ TEST(MeshFile, CommentsAndDeletedElementsAreLeftOut) {
 }
 
 TEST(MeshFile, KindMustBeGivenWhereNothingTellsIt) {
-    std::string text = mesh_file_text(Sample(LayoutKind::head).nodes({{0, 0}}).mesh(), "point.Mes");
+    std::string text = text_of(Sample(LayoutKind::head).nodes({{0, 0}}).mesh());
     const std::size_t heading = text.find("IDF");
     ASSERT_NE(heading, std::string::npos);
     text.replace(heading, 3, "---");
@@ -61,7 +69,7 @@ TEST(MeshFile, ValueThatItsFieldCannotHoldEndsAsAFailure) {
     MeshLists mesh = squares(LayoutKind::displacement);
     mesh.elements[0].words.material = 100000;
     try {
-        mesh_file_text(mesh, "squares.Mes");
+        text_of(mesh);
         GTEST_FAIL() << "written";
     } catch (const RunEnd& end) {
         EXPECT_EQ(end.status, STATUS_FAILED);
