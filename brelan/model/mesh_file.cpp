@@ -214,7 +214,7 @@ std::optional<LayoutKind> kind_of_mesh(Channels& channels) {
 
 Mesh read_mesh_file(const std::filesystem::path& path, std::optional<LayoutKind> kind,
                     const std::filesystem::path& directory) {
-    Channels channels({directory, drive_c()});
+    Channels channels(Directories{directory, drive_c()});
     channels.open(CHANNEL_SOURCE_A, path.string(), OpenStatus::old);
     return read_mesh(channels, path.string(), kind);
 }
@@ -226,7 +226,7 @@ Mesh read_mesh_text(std::string_view text, const std::string& name, std::optiona
 }
 
 std::optional<LayoutKind> kind_of_mesh_file(const std::filesystem::path& path) {
-    Channels channels({{}, drive_c()});
+    Channels channels(Directories{{}, drive_c()});
     channels.open(CHANNEL_SOURCE_A, path.string(), OpenStatus::old);
     return kind_of_mesh(channels);
 }

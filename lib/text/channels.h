@@ -201,6 +201,9 @@ public:
     // True when a file of the name exists.
     bool file_exists(std::string_view name) const;
 
+    // False for a working file that nobody will see: what it would hold can be handed on as a value.
+    bool keeps_file(std::string_view name) const { return files_->keeps(name); }
+
 private:
     friend class Channel;
 

@@ -71,6 +71,8 @@ public:
     virtual void remove(const NamedFile& file) = 0;
     // The same where it does not matter whether that succeeds.
     virtual void remove_if_there(const std::filesystem::path& path) noexcept = 0;
+    // False for a working file whose text goes nowhere.
+    virtual bool keeps(std::string_view name) const = 0;
 
     bool exists(const std::filesystem::path& path) const { return kind_of(path) != FileKind::none; }
 
@@ -92,6 +94,7 @@ public:
     std::unique_ptr<OpenFile> open(const NamedFile& file, Access access) override;
     void remove(const NamedFile& file) override;
     void remove_if_there(const std::filesystem::path& path) noexcept override;
+    bool keeps(std::string_view) const override { return true; }
 
 private:
     Directories directories_;
@@ -119,6 +122,7 @@ public:
     std::unique_ptr<OpenFile> open(const NamedFile& file, Access access) override;
     void remove(const NamedFile& file) override;
     void remove_if_there(const std::filesystem::path& path) noexcept override;
+    bool keeps(std::string_view name) const override;
 
 private:
     struct CaseBlind {

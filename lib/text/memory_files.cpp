@@ -81,6 +81,10 @@ void MemoryFiles::leave_out(std::string_view name) {
     left_out_.insert(path_of(name).generic_string());
 }
 
+bool MemoryFiles::keeps(std::string_view name) const {
+    return !left_out_.contains(path_of(name).generic_string());
+}
+
 fs::path MemoryFiles::path_of(std::string_view name) const {
     const FileNameParts parts = parts_of_file_name(name);
     fs::path path = parts.start == FileNameStart::working   ? fs::path(WORKING_DIRECTORY)
