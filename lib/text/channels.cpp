@@ -22,7 +22,7 @@ std::string without_trailing_blanks(std::string_view name) {
 
 FilePlace Channel::place_of(int line) const {
     const auto index = static_cast<std::size_t>(std::max(line, 0));
-    const FilePlace own{at_.name, static_cast<int>(index) + 1};
+    FilePlace own{at_.name, static_cast<int>(index) + 1};
     if (origin_.name.empty())
         return own;
     // A copy names the line it was made from; behind its last line, the line after the last known one.
