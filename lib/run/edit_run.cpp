@@ -247,6 +247,8 @@ void pass_on(Run& run, const BaseMesh& base) {
         store_element(run.mesh, element.number, ELEMENT_CONTINUUM, element);
         run.mesh.type_in_use[element.number] = ELEMENT_CONTINUUM;
     }
+    if (!base.elements.empty())
+        run.trace.pass(" Pass 11 ", 11.0F);
     finish_edit(run);
 }
 
