@@ -7,8 +7,8 @@
 #include <memory>
 #include <string>
 
-#include "run/driver.h"
 #include "run/run.h"
+#include "run/run_deck.h"
 #include "terminal.h"
 #include "text/run_end.h"
 
@@ -41,26 +41,15 @@ int failed(std::string message) {
     return STATUS_FAILED;
 }
 
-// Runs the deck. All files are complete on disk when a run finishes or stops; one that cannot be written
-// makes it a failure.
-int run_deck_of(Run& run) {
-    try {
-        try {
-            run_program(run);
-        } catch (const RunEnd& end) {
-            if (end.status == STATUS_FAILED)
-                return failed(end.text);
-            run.channels.flush_all();
-            std::printf("%s\n", end.text.c_str());
-            return end.status;
-        }
-        run.channels.flush_all();
-        return STATUS_FINISHED;
-    } catch (const RunEnd& end) {
+int run_here() {
+    Terminal terminal;
+    const auto run = std::make_unique<Run>(Directories{{}, drive_c()}, terminal);
+    const RunEnd end = run_to_end(*run);
+    if (end.status == STATUS_FAILED)
         return failed(end.text);
-    } catch (const std::exception& error) {
-        return failed(std::string("the run cannot go on: ") + error.what());
-    }
+    if (end.status == STATUS_STOPPED)
+        std::printf("%s\n", end.text.c_str());
+    return end.status;
 }
 
 }  // namespace
@@ -68,9 +57,9 @@ int run_deck_of(Run& run) {
 }  // namespace brelan
 
 int main() {
-    brelan::Terminal terminal;
-    const auto run = std::make_unique<brelan::Run>(brelan::Directories{{}, brelan::drive_c()}, terminal);
-    const int status = brelan::run_deck_of(*run);
-    run->channels.close_all();
-    return status;
+    try {
+        return brelan::run_here();
+    } catch (const std::exception& error) {
+        return brelan::failed(std::string("the run cannot go on: ") + error.what());
+    }
 }

@@ -14,6 +14,7 @@
 #include "blocks/block_grid.h"
 #include "blocks/block_plan.h"
 #include "blocks/raw_mesh.h"
+#include "run/run_deck.h"
 
 using namespace brelan;
 
@@ -87,6 +88,24 @@ void base_mesh_generation_with_files(benchmark::State& state) {
     base_mesh_stages(state, true);
 }
 
+// The same base mesh run in the process, its files in memory.
+void base_mesh_of(benchmark::State& state, Listings listings) {
+    const std::int64_t side = state.range(0);
+    RunInput input;
+    input.files[input.deck_name] = BenchProject::base_deck(side);
+    input.listings = listings;
+    for (auto _ : state)
+        if (run_deck(input).end.status != STATUS_FINISHED)
+            state.SkipWithError("the run failed");
+    per_node(state, side * side);
+}
+void base_mesh_in_memory(benchmark::State& state) {
+    base_mesh_of(state, Listings::left_out);
+}
+void base_mesh_in_memory_with_listings(benchmark::State& state) {
+    base_mesh_of(state, Listings::kept);
+}
+
 void combination(benchmark::State& state) {
     const std::int64_t side = state.range(0);
     const BenchProject project("combination");
@@ -112,6 +131,8 @@ void largest_mesh_moved(benchmark::State& state) {
 }
 
 BENCHMARK(base_mesh)->Arg(32)->Arg(100)->Arg(316)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(base_mesh_in_memory)->Arg(316)->Unit(benchmark::kMillisecond);
+BENCHMARK(base_mesh_in_memory_with_listings)->Arg(316)->Unit(benchmark::kMillisecond);
 BENCHMARK(base_mesh_generation)->Arg(316)->Unit(benchmark::kMillisecond);
 BENCHMARK(base_mesh_generation_with_files)->Arg(316)->Unit(benchmark::kMillisecond);
 BENCHMARK(copy_of_base_mesh_files)->Arg(316)->Unit(benchmark::kMillisecond)->UseRealTime();

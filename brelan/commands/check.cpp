@@ -6,7 +6,6 @@
 
 #include "cli/console.h"
 #include "cli/exit_status.h"
-#include "cli/interruption.h"
 #include "cli/json.h"
 #include "cli/words.h"
 #include "commands/batch/edition.h"
@@ -227,7 +226,6 @@ Json report_json(const Report& report) {
 }  // namespace
 
 int check(const CheckOptions& options, const Context& context) {
-    const Interruption interruption;  // the directory of the check is gone when a signal ends the process
     const DeckSource source = deck_source(options.deck);
     fs::path project = options.project.empty() ? source.file.parent_path() : fs::path(options.project);
     if (project.empty())

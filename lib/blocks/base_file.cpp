@@ -5,6 +5,7 @@
 
 #include "mesh/kinds.h"
 #include "mesh/result_file.h"
+#include "text/as_written.h"
 #include "text/free_field.h"
 #include "text/layout.h"
 #include "text/run_end.h"
@@ -59,6 +60,18 @@ void refuse_unwritable(const RawMesh& raw) {
 void write_work_space(std::int64_t required, Channel& coordinates) {
     PROGRAM_LINE.write(coordinates, ten_columns(WORK_SPACE));
     REQUIRED_LINE.write(coordinates, ten_columns(required));
+}
+
+bool round_as_file(BaseMesh& mesh) {
+    if (mesh.nodes.size() > HIGHEST_NODE_NUMBER || mesh.elements.size() > HIGHEST_ELEMENT_NUMBER)
+        return false;
+    bool readable = true;
+    for (NodeRecord& node : mesh.nodes)
+        for (float* value : {&node.x, &node.y, &node.head, &node.coefficient}) {
+            *value = as_written<"(E13.6)">(*value);
+            readable = readable && std::isfinite(*value);
+        }
+    return readable;
 }
 
 void write_base_file(LayoutKind kind, const BaseMesh& mesh, Channel& base) {

@@ -18,6 +18,10 @@ void refuse_unwritable(const RawMesh& raw);
 // The two lines that stand in "Coord.dat" when a mesh is too large for the work space.
 void write_work_space(std::int64_t required, Channel& coordinates);
 
+// Rounds the nodes' reals to the digits of "..\Bmesh.dat", so that the mesh is as one that is read from it.
+// False where the file cannot be read back: it tells what is wrong.
+bool round_as_file(BaseMesh& mesh);
+
 // "..\Bmesh.dat".
 void write_base_file(LayoutKind kind, const BaseMesh& mesh, Channel& base);
 

@@ -233,6 +233,12 @@ void edit_for_slope(const EditCards& edit, EditSource& source, Mesh& mesh, const
 
 }  // namespace
 
+NodeRecord moved(const EditCards& edit, NodeRecord node) {
+    node.x = (node.x - edit.old_x) * edit.scale_x + edit.new_x;
+    node.y = (node.y - edit.old_y) * edit.scale_y + edit.new_y;
+    return node;
+}
+
 void edit_nodes(const EditCards& edit, const EditSource& source, Mesh& mesh, const Selection& selection,
                 Channel& mesh_file) {
     MeshWalk walk(mesh.kind, mesh_file, source.stripped, source.counts);
@@ -241,8 +247,7 @@ void edit_nodes(const EditCards& edit, const EditSource& source, Mesh& mesh, con
             const std::int32_t number = shifted(mesh_file, node.number, edit.first_node - source.nodes.lowest,
                                                 HIGHEST_NODE_NUMBER, "node");
             if (edit.operation == 0) {
-                node.x = (node.x - edit.old_x) * edit.scale_x + edit.new_x;
-                node.y = (node.y - edit.old_y) * edit.scale_y + edit.new_y;
+                node = moved(edit, node);
                 require_finite(mesh_file, node.number, node.x, node.y);
             }
             if (edit.operation == 1 && edit.selection_mode != 3 &&

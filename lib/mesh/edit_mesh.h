@@ -4,10 +4,14 @@
 #include <cstdint>
 
 #include "mesh/edit_tables.h"
+#include "mesh/mesh_records.h"
 #include "mesh/tables.h"
 #include "text/channels.h"
 
 namespace brelan {
+
+// The node where IEDIT 0 moves it.
+NodeRecord moved(const EditCards& edit, NodeRecord node);
 
 // Reads and edits the nodes; the channel stands at the first node record and is left behind the last.
 void edit_nodes(const EditCards& edit, const EditSource& source, Mesh& mesh, const Selection& selection,

@@ -27,7 +27,7 @@ void check_strips(std::string_view card, std::int32_t count, const Strips& strip
 
 }  // namespace
 
-void generate_base_mesh(Run& run, const BlockPlan& plan) {
+BaseMesh generate_base_mesh(Run& run, const BlockPlan& plan) {
     const LayoutKind kind = run.settings.kind();
     const auto open = [&](int number, std::string_view name, OpenStatus status) -> Channel& {
         Channel& file = run.channels.open(number, name, status);
@@ -51,20 +51,21 @@ void generate_base_mesh(Run& run, const BlockPlan& plan) {
     run.channels.close(CHANNEL_COORDINATES);
     run.channels.close(CHANNEL_INDEX);
     refuse_unwritable(raw);
-    const BaseMesh mesh = make_base_mesh(kind, run.deck.blocks, std::move(raw));
+    BaseMesh mesh = make_base_mesh(kind, run.deck.blocks, std::move(raw));
     write_base_file(kind, mesh, base);
     run.channels.close(CHANNEL_BASE);
     refuse_too_large(mesh);
+    return mesh;
 }
 
-std::int32_t run_base_mesh(Run& run) {
+BaseMesh run_base_mesh(Run& run) {
     run.trace.pass(" Pass 4A ", 4.1F);
     run.deck.require(DeckPart::base_mesh);
     check_strips("Card 4.3 (W, DX, AX)", run.deck.blocks.block_columns, run.deck.blocks.columns);
     check_strips("Card 4.4 (H, DY, AY)", run.deck.blocks.block_rows, run.deck.blocks.rows);
-    generate_base_mesh(run, plan_blocks(run.deck.blocks));
+    BaseMesh mesh = generate_base_mesh(run, plan_blocks(run.deck.blocks));
     run.trace.pass(" Pass 4B ", 4.2F);
-    return run.deck.blocks.edit_follows;
+    return mesh;
 }
 
 }  // namespace brelan

@@ -1,5 +1,8 @@
 #include "run/driver.h"
 
+#include <utility>
+
+#include "blocks/base_file.h"
 #include "dam/dam_deck.h"
 #include "deck/deck_checker.h"
 #include "deck/deck_tables.h"
@@ -61,16 +64,26 @@ void run_mode_1(Run& run) {
     run_edit(run);
 }
 
-// A base mesh that no edit follows is passed on unchanged.
-void run_base_mesh_alone(Run& run) {
+// A base mesh that no edit follows is passed on unchanged: as a value where nobody sees the copy of its file
+// that it would go through.
+void run_base_mesh_alone(Run& run, BaseMesh base) {
     reset_mesh(run.mesh);
     run.deck.names.first = TextLine("..\\Bmesh.dat");
     run.deck.names.result = TextLine("Basic.Tmp");
-    open_edit_files(run);
+    const bool as_value = !run.channels.keeps_file(WORKING_COPY) && round_as_file(base);
+    if (as_value) {
+        open_result_files(run);
+    } else {
+        base = {};
+        open_edit_files(run);
+    }
     set_identity_edit(run);
     run.trace.pass(" Pass 4C ", 4.3F);
     open_result_copy(run);
-    run_edit(run);
+    if (as_value)
+        pass_on(run, base);
+    else
+        run_edit(run);
 }
 
 // A mode that no cards belong to: the passes begin, and find no mesh.
@@ -116,8 +129,9 @@ void run_deck(Run& run) {
     run.trace.pass(" Pass 3 ...", 3.0F);
     if (mode == 2) {
         mode = 1;
-        if (run_base_mesh(run) == 0) {
-            run_base_mesh_alone(run);
+        BaseMesh base = run_base_mesh(run);
+        if (run.deck.blocks.edit_follows == 0) {
+            run_base_mesh_alone(run, std::move(base));
             end_deck(run);
             return;
         }

@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "blocks/base_mesh.h"
 #include "deck/strip_mesh.h"
 #include "mesh/boundary_file.h"
 #include "mesh/compaction.h"
@@ -191,13 +192,23 @@ void write_result(Run& run) {
     copy_result(run.channels.at(CHANNEL_RESULT), run.channels.at(CHANNEL_RESULT_COPY));
 }
 
+void finish_edit(Run& run) {
+    run_moves(run);
+    run_compaction(run);
+    write_result(run);
+}
+
 }  // namespace
 
-void open_edit_files(Run& run) {
-    run.channels.open(CHANNEL_MESH_A, "FILEA.TMP", OpenStatus::work);
-    run.channels.open(CHANNEL_SOURCE_A, run.deck.names.first.view(), OpenStatus::old);
+void open_result_files(Run& run) {
     run.channels.open(CHANNEL_RESULT, run.deck.names.result.view(), OpenStatus::result);
     run.channels.open(CHANNEL_WORK, "TEMPO.TMP", OpenStatus::work);
+}
+
+void open_edit_files(Run& run) {
+    run.channels.open(CHANNEL_MESH_A, WORKING_COPY, OpenStatus::work);
+    run.channels.open(CHANNEL_SOURCE_A, run.deck.names.first.view(), OpenStatus::old);
+    open_result_files(run);
     run.source.stripped = strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_A, CHANNEL_MESH_A);
 }
 
@@ -219,9 +230,26 @@ void run_edit(Run& run) {
     load_mesh(run);
     if (run.deck.edit.operation == 4)
         run_groups(run);
-    run_moves(run);
-    run_compaction(run);
-    write_result(run);
+    finish_edit(run);
+}
+
+void pass_on(Run& run, const BaseMesh& base) {
+    run.trace.pass(" Pass 6 ", 6.0F);
+    run.trace.pass(" Pass 8 ", 8.0F);
+    for (const NodeRecord& node : base.nodes) {
+        store_node(run.mesh, node.number, moved(run.deck.edit, node));
+        run.mesh.node_in_use[node.number] = 1;
+    }
+    run.trace.pass(" Pass 9 ", 9.0F);
+    if (!base.elements.empty())
+        run.trace.pass(" Pass 10 ", 10.0F);
+    for (const ElementRecord& element : base.elements) {
+        store_element(run.mesh, element.number, ELEMENT_CONTINUUM, element);
+        run.mesh.type_in_use[element.number] = ELEMENT_CONTINUUM;
+    }
+    if (!base.elements.empty())
+        run.trace.pass(" Pass 11 ", 11.0F);
+    finish_edit(run);
 }
 
 }  // namespace brelan

@@ -21,7 +21,9 @@
 namespace brelan {
 
 struct Run {
-    Run(Directories directories, Console& shown_on) : channels(std::move(directories)), console(shown_on) {}
+    Run(std::shared_ptr<Files> files, Console& shown_on) : channels(std::move(files)), console(shown_on) {}
+    Run(Directories directories, Console& shown_on)
+        : Run(std::make_shared<DiskFiles>(std::move(directories)), shown_on) {}
 
     void set_edition(std::int32_t edition) {
         settings.edition = edition;

@@ -1,52 +1,9 @@
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
-#include <system_error>
 
 #include "text/channels.h"
-#include "text/run_end.h"
 
 namespace brelan {
-
-namespace {
-
-namespace fs = std::filesystem;
-
-std::string system_reason() {
-    return std::strerror(errno);
-}
-
-}  // namespace
-
-// --- the file ------------------------------------------------------------------------------------
-
-std::FILE* Channel::open_source() const {
-    std::error_code error;
-    if (fs::is_directory(path_, error))
-        fail(name_ + ": expected a file, found a directory");
-    if (!fs::exists(path_, error))
-        fail(name_ + ": expected a file, but there is none of this name");
-    if (!fs::is_regular_file(path_, error))
-        fail(name_ + ": expected an ordinary file");
-    std::FILE* source = std::fopen(path_.string().c_str(), "rb");
-    if (source == nullptr)
-        fail(name_ + ": the file cannot be opened: " + system_reason());
-    return source;
-}
-
-void Channel::read_content() {
-    std::FILE* const source = open_source();
-    std::error_code error;
-    const std::uintmax_t size = fs::file_size(path_, error);
-    content_.resize(error ? 0 : static_cast<std::size_t>(size));
-    const std::size_t read = std::fread(content_.data(), 1, content_.size(), source);
-    const bool failed = std::ferror(source) != 0;
-    const std::string reason = failed ? system_reason() : std::string{};
-    std::fclose(source);
-    if (failed)
-        fail(name_ + ": the file cannot be read: " + reason);
-    content_.resize(read);
-}
 
 void Channel::read_piece() {
     constexpr std::size_t piece = std::size_t{1} << 20;
@@ -54,10 +11,7 @@ void Channel::read_piece() {
     std::copy_n(content_.data() + position_, kept, content_.data());
     content_.resize(kept + piece);
     position_ = 0;
-    const std::size_t read = std::fread(content_.data() + kept, 1, piece, file_);
-    if (std::ferror(file_) != 0)
-        fail(name_ + ": the file cannot be read: " + system_reason());
-    content_.resize(kept + read);
+    content_.resize(kept + file_->read(content_.data() + kept, piece));
 }
 
 // --- lines ---------------------------------------------------------------------------------------

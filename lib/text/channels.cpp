@@ -2,21 +2,15 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstring>
 #include <memory>
-#include <system_error>
 
-#include "text/file_names.h"
 #include "text/run_end.h"
 
 namespace brelan {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-// Pending text is written to disk when it exceeds this many characters.
+// Pending text is written to the file when it exceeds this many characters.
 constexpr std::size_t WRITE_CHUNK = std::size_t{1} << 20;
 
 std::string without_trailing_blanks(std::string_view name) {
@@ -24,25 +18,11 @@ std::string without_trailing_blanks(std::string_view name) {
     return last == std::string_view::npos ? std::string{} : std::string(name.substr(0, last + 1));
 }
 
-std::string system_reason() {
-    return std::strerror(errno);
-}
-
-bool is_regular(const fs::path& path) {
-    std::error_code error;
-    return fs::is_regular_file(path, error);
-}
-
 }  // namespace
-
-Channel::~Channel() {
-    if (file_ != nullptr)
-        std::fclose(file_);
-}
 
 FilePlace Channel::place_of(int line) const {
     const auto index = static_cast<std::size_t>(std::max(line, 0));
-    const FilePlace own{name_, static_cast<int>(index) + 1};
+    FilePlace own{at_.name, static_cast<int>(index) + 1};
     if (origin_.name.empty())
         return own;
     // A copy names the line it was made from; behind its last line, the line after the last known one.
@@ -55,100 +35,88 @@ FilePlace Channel::place_of(int line) const {
     return own;
 }
 
-void Channel::fail_write() const {
-    fail(name_ + ": the file cannot be written: " + system_reason());
-}
-
 // --- opening and closing -------------------------------------------------------------------------
 
-void Channel::open(const Channels& channels, std::string_view name, OpenStatus status) {
-    name_ = without_trailing_blanks(name);
-    path_ = channels.place_of(name);
-    if (status == OpenStatus::scratch) {
-        scratch_ = writable_ = open_ = true;
-        return;
-    }
-    std::error_code error;
-    const bool exists = fs::exists(path_, error);
-    // A file that is open elsewhere is in use. Input stands in memory, so a result may replace it.
+// A file that is open elsewhere is in use. Input stands in memory, so a result may replace it.
+void Channel::refuse_in_use(const Channels& channels, OpenStatus status) const {
     for (const std::unique_ptr<Channel>& other : channels.slots_) {
-        if (!exists || other == nullptr || other.get() == this || !other->open_ || other->scratch_)
+        if (other == nullptr || other.get() == this || !other->open_ || other->scratch_)
             continue;
         const bool reads = status == OpenStatus::old || status == OpenStatus::forward;
         const bool both_read = reads && !other->writable_;
         const bool replaces_input =
             status == OpenStatus::result && !other->writable_ && other->file_ == nullptr;
-        if (!both_read && !replaces_input && fs::equivalent(path_, other->path_, error) && !error)
-            fail(name_ + ": the file is in use in this run as " + other->name_ +
+        if (!both_read && !replaces_input && files_->same(at_.path, other->at_.path))
+            fail(at_.name + ": the file is in use in this run as " + other->at_.name +
                  "; expected a file of its own");
     }
+}
+
+void Channel::open(const Channels& channels, std::string_view name, OpenStatus status) {
+    files_ = channels.files_.get();
+    at_ = {without_trailing_blanks(name), files_->path_of(name)};
+    if (status == OpenStatus::scratch) {
+        scratch_ = writable_ = open_ = true;
+        return;
+    }
+    const FileKind kind = files_->kind_of(at_.path);
+    const bool exists = kind != FileKind::none;
+    if (exists)
+        refuse_in_use(channels, status);
     if (status == OpenStatus::old) {
-        read_content();
+        files_->load(at_, content_);
         open_ = true;
         return;
     }
     if (status == OpenStatus::forward) {
-        file_ = open_source();
+        file_ = files_->open(at_, Access::forward);
         open_ = true;
         return;
     }
-    if (exists && fs::is_directory(path_, error))
-        fail(name_ + ": expected a file, found a directory");
+    if (kind == FileKind::directory)
+        fail(at_.name + ": expected a file, found a directory");
     if (status == OpenStatus::fresh && exists)
-        fail(name_ + ": expected a name that is free, but there is a file of this name");
-    const bool keep = status == OpenStatus::result && exists;
-    file_ = std::fopen(path_.string().c_str(), keep ? "r+b" : "w+b");
-    if (file_ == nullptr)
-        fail(name_ + ": the file cannot be " + (exists ? "opened" : "created") +
-             " for writing: " + system_reason());
-    std::setvbuf(file_, nullptr, _IONBF, 0);
-    replace_pending_ = keep;
+        fail(at_.name + ": expected a name that is free, but there is a file of this name");
+    replace_pending_ = status == OpenStatus::result && exists;
+    file_ = files_->open(at_, status == OpenStatus::work ? Access::work
+                              : replace_pending_         ? Access::replace
+                                                         : Access::create);
     writable_ = true;
     open_ = true;
 }
 
 void Channel::open_to_append(const Channels& channels, std::string_view name) {
-    name_ = without_trailing_blanks(name);
-    path_ = channels.place_of(name);
-    read_content();
-    file_ = std::fopen(path_.string().c_str(), "r+b");
-    if (file_ == nullptr || std::fseek(file_, 0, SEEK_END) != 0)
-        fail_write();
-    std::setvbuf(file_, nullptr, _IONBF, 0);
-    on_disk_ = position_ = content_.size();
+    files_ = channels.files_.get();
+    at_ = {without_trailing_blanks(name), files_->path_of(name)};
+    files_->load(at_, content_);
+    file_ = files_->open(at_, Access::append);
+    written_ = position_ = content_.size();
     lines_before_ = static_cast<int>(std::count(content_.data(), content_.data() + content_.size(), '\n'));
     writable_ = true;
     open_ = true;
 }
 
 void Channel::open_in_memory(std::string_view name, std::string_view text) {
-    name_ = name;
-    content_.resize(text.size());
-    std::copy(text.begin(), text.end(), content_.data());
+    at_.name = name;
+    content_.resize(0);
+    content_.append(text);
     scratch_ = writable_ = open_ = true;
 }
 
 void Channel::flush() {
-    if (!writable_ || broken_ || file_ == nullptr || on_disk_ >= content_.size())
+    if (!writable_ || broken_ || file_ == nullptr || written_ >= content_.size())
         return;
     broken_ = true;  // until the write is known to be done
     if (replace_pending_) {
-        std::error_code error;
-        if (is_regular(path_))
-            fs::resize_file(path_, 0, error);
-        if (error)
-            fail(name_ + ": the file cannot be emptied: " + error.message());
-        std::rewind(file_);
+        file_->empty();
         replace_pending_ = false;
     }
-    const std::size_t pending = content_.size() - on_disk_;
-    if (std::fwrite(content_.data() + on_disk_, 1, pending, file_) != pending || std::fflush(file_) != 0)
-        fail_write();
-    on_disk_ = content_.size();
+    file_->write(text().substr(written_));
+    written_ = content_.size();
     broken_ = false;
     if (write_only_) {
         content_.resize(0);
-        on_disk_ = position_ = 0;
+        written_ = position_ = 0;
     }
 }
 
@@ -158,21 +126,14 @@ void Channel::close(CloseAction action) {
     if (action == CloseAction::keep)
         flush();
     open_ = false;
-    std::FILE* file = file_;
-    file_ = nullptr;
-    if (file != nullptr && std::fclose(file) != 0 && action == CloseAction::keep)
-        fail_write();
+    if (std::unique_ptr<OpenFile> file = std::move(file_); file != nullptr && action == CloseAction::keep)
+        file->close();
     if (scratch_) {
-        if (path_.empty())
-            return;
         // One that a broken-off run has left goes, as it would if this channel had been it.
-        std::error_code none_there;
-        fs::remove(path_, none_there);
+        if (!at_.path.empty())
+            files_->remove_if_there(at_.path);
     } else if (action == CloseAction::remove) {
-        std::error_code error;
-        fs::remove(path_, error);
-        if (error)
-            fail(name_ + ": the file cannot be deleted: " + error.message());
+        files_->remove(at_);
     }
 }
 
@@ -182,19 +143,15 @@ void Channel::cut_behind_position() {
     content_.resize(position_);
     if (static_cast<std::size_t>(lines_before_) < origin_.line.size())
         origin_.line.resize(static_cast<std::size_t>(lines_before_));
-    if (on_disk_ <= position_)
+    if (written_ <= position_)
         return;
-    on_disk_ = position_;
-    std::error_code error;
-    if (is_regular(path_))
-        fs::resize_file(path_, position_, error);
-    if (error || std::fseek(file_, static_cast<long>(position_), SEEK_SET) != 0)
-        fail_write();
+    written_ = position_;
+    file_->cut(position_);
 }
 
 char* Channel::begin_record(std::size_t size) {
     if (!writable_)
-        fail(name_ + ": the file is open for reading only");
+        fail(at_.name + ": the file is open for reading only");
     if (position_ < content_.size())
         cut_behind_position();
     record_start_ = content_.size();
@@ -215,16 +172,20 @@ void Channel::end_record(std::size_t used) {
                                : index < followed_->origin_.line.size() ? followed_->origin_.line[index]
                                                                         : 0);
     }
-    if (write_through_ || content_.size() - on_disk_ > WRITE_CHUNK)
+    if (write_through_ || content_.size() - written_ > WRITE_CHUNK)
         flush();
 }
 
 void Channel::write_line(std::string_view text) {
+    if (discards_)
+        return pass_record();
     std::copy(text.begin(), text.end(), begin_record(text.size()));
     end_record(text.size());
 }
 
 void Channel::write_columns(std::string_view line) {
+    if (discards_)
+        return pass_record();
     constexpr auto columns = static_cast<std::size_t>(LINE_COLUMNS);
     char* record = begin_record(columns);
     const std::size_t used = std::min(line.size(), columns);
@@ -235,7 +196,7 @@ void Channel::write_columns(std::string_view line) {
 
 void Channel::follow(const Channel& source) {
     followed_ = &source;
-    origin_.name = source.origin_.name.empty() ? source.name_ : source.origin_.name;
+    origin_.name = source.origin_.name.empty() ? source.at_.name : source.origin_.name;
     origin_.line.resize(static_cast<std::size_t>(lines_before_), 0);
 }
 
@@ -313,10 +274,7 @@ void Channels::close_all() noexcept {
 }
 
 bool Channels::file_exists(std::string_view name) const {
-    if (without_trailing_blanks(name).empty())
-        return false;
-    std::error_code error;
-    return fs::exists(place_of(name), error);
+    return !without_trailing_blanks(name).empty() && files_->exists(files_->path_of(name));
 }
 
 }  // namespace brelan

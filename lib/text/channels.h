@@ -1,23 +1,21 @@
 // Numbered text channels: sequential text files with rewind, stepping back by lines and closing with
 // deletion.
 //
-// A channel holds its file as text in memory (one that is read forward, a piece of it) and writes it to disk
-// as it grows, when it is rewound and when it is closed; a record written behind others replaces what
-// followed. Lines end with LF or CR LF on input and with LF on output. The numbers of the package's channels
-// are listed in text/channel_numbers.h.
+// A channel holds its file as text (one that is read forward, a piece of it) and writes it to the files of
+// the run (text/files.h) as it grows, when it is rewound and when it is closed; a record written behind
+// others replaces what followed. Lines end with LF or CR LF on input and with LF on output. The numbers of
+// the package's channels are listed in text/channel_numbers.h.
 #pragma once
 
 #include <array>
 #include <cstddef>
-#include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "text/file_names.h"
+#include "text/files.h"
 #include "text/run_end.h"
 #include "text/text_buffer.h"
 #include "text/text_line.h"
@@ -49,10 +47,9 @@ public:
     Channel() = default;
     Channel(const Channel&) = delete;
     Channel& operator=(const Channel&) = delete;
-    ~Channel();
 
     bool is_open() const { return open_; }
-    const std::string& name() const { return name_; }
+    const std::string& name() const { return at_.name; }
 
     // --- reading ---------------------------------------------------------------------------------
 
@@ -115,7 +112,7 @@ public:
     void set_origin(const LineOrigin& origin) { origin_ = origin; }
 
     // What the channel holds; the view is good until it is written or closed.
-    std::string_view text() const { return {content_.data(), content_.size()}; }
+    std::string_view text() const { return content_.view(); }
 
     // Writes what is pending to disk.
     void flush();
@@ -123,8 +120,15 @@ public:
     // Every record goes to disk at once.
     void set_write_through(bool on) { write_through_ = on; }
 
-    // What is on disk is not kept in memory: the channel is never rewound, stepped back or read.
-    void set_write_only(bool on) { write_only_ = on; }
+    // The channel is never rewound, stepped back or read: what is written is not held.
+    void set_write_only(bool on) {
+        write_only_ = on;
+        discards_ = on && file_ != nullptr && !file_->keeps_text();
+    }
+
+    // True when nobody will read what is written: a record is then passed over instead of being made.
+    bool discards() const { return discards_; }
+    void pass_record() { ++lines_before_; }
 
 private:
     friend class FreeFieldReader;
@@ -132,29 +136,28 @@ private:
 
     void open(const Channels& channels, std::string_view name, OpenStatus status);
     void open_to_append(const Channels& channels, std::string_view name);
+    void refuse_in_use(const Channels& channels, OpenStatus status) const;
     void open_in_memory(std::string_view name, std::string_view text);
     void close(CloseAction action);
-    std::FILE* open_source() const;
-    void read_content();
     void read_piece();
     void cut_behind_position();
     FilePlace place_of(int line) const;
-    [[noreturn]] void fail_write() const;
 
     bool open_ = false;
     bool writable_ = false;
-    bool replace_pending_ = false;  // the earlier content of the file is still on disk
+    bool replace_pending_ = false;  // the earlier content of the file is still there
     bool write_through_ = false;
     bool write_only_ = false;
+    bool discards_ = false;
     bool scratch_ = false;
     bool broken_ = false;  // a write failed: nothing more is tried
-    std::string name_;     // as the program or the deck wrote it, without trailing blanks
-    std::filesystem::path path_;
-    std::FILE* file_ = nullptr;  // only for channels that may be written, or are read forward
+    NamedFile at_;         // its name as the program or the deck wrote it, without trailing blanks
+    Files* files_ = nullptr;
+    std::unique_ptr<OpenFile> file_;  // only for channels that may be written, or are read forward
     TextBuffer content_;
     std::size_t position_ = 0;  // of the next character to be read or written
     std::size_t record_start_ = 0;
-    std::size_t on_disk_ = 0;  // characters of content_ that are on disk already
+    std::size_t written_ = 0;  // characters of content_ that are in the file already
     int lines_before_ = 0;     // lines in front of position_
 
     // Where the lines of a working copy stem from.
@@ -165,7 +168,9 @@ private:
 // The numbered channels of a run.
 class Channels {
 public:
-    explicit Channels(Directories directories = {}) : directories_(std::move(directories)) {}
+    explicit Channels(std::shared_ptr<Files> files) : files_(std::move(files)) {}
+    explicit Channels(Directories directories = {})
+        : Channels(std::make_shared<DiskFiles>(std::move(directories))) {}
 
     // The channel of a number from 1 to 999. Ends the run when it is not open.
     Channel& at(int number);
@@ -187,7 +192,7 @@ public:
     // Closes a channel, keeping or deleting its file. A channel that is not open is passed over.
     void close(int number, CloseAction action = CloseAction::keep);
 
-    // Writes what is pending on every channel to disk.
+    // Writes what is pending on every channel to its file.
     void flush_all();
 
     // Closes every channel as a run ends, whatever way; a write that fails here is not reported.
@@ -196,10 +201,8 @@ public:
     // True when a file of the name exists.
     bool file_exists(std::string_view name) const;
 
-    // Where a file lies on this machine.
-    std::filesystem::path place_of(std::string_view name) const {
-        return resolve_file_name(directories_, name);
-    }
+    // False for a working file that nobody will see: what it would hold can be handed on as a value.
+    bool keeps_file(std::string_view name) const { return files_->keeps(name); }
 
 private:
     friend class Channel;
@@ -210,7 +213,7 @@ private:
     std::unique_ptr<Channel>& slot(int number);
     Channel& begin(int number);
 
-    Directories directories_;
+    std::shared_ptr<Files> files_;
     Slots slots_;
 };
 

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string_view>
+#include <vector>
 
 namespace brelan {
 
@@ -12,6 +13,24 @@ struct Directories {
     std::filesystem::path working;
     std::filesystem::path drive_c;
 };
+
+// A letter as names are compared.
+constexpr char folded(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+bool same_but_for_case(std::string_view a, std::string_view b);
+
+enum class FileNameStart { working, drive_c, root };
+
+// A name taken apart at its separators, `\` and `/`; the parts are views of it.
+struct FileNameParts {
+    FileNameStart start = FileNameStart::working;
+    std::vector<std::string_view> parts;
+};
+
+// Trailing blanks do not count. Ends the run when the name is blank, holds a zero byte or names a drive other
+// than C:\.
+FileNameParts parts_of_file_name(std::string_view name);
 
 // Finds the file that a name of the package stands for.
 //

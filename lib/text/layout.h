@@ -260,6 +260,8 @@ private:
 
     template <class... Values>
     static void write_values(Channel& channel, const Values&... values) {
+        if (channel.discards())
+            return channel.pass_record();
         const std::size_t own = (own_length(values) + ... + std::size_t{0});
         char* const begin = channel.begin_record(WIDTH + own);
         char* at = begin;

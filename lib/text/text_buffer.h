@@ -2,9 +2,11 @@
 // megabytes.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
+#include <string_view>
 #include <utility>
 
 namespace brelan {
@@ -20,12 +22,19 @@ public:
     const char* data() const { return data_; }
     std::size_t size() const { return size_; }
     char operator[](std::size_t place) const { return data_[place]; }
+    std::string_view view() const { return {data_, size_}; }
 
     // Characters that are new are not set.
     void resize(std::size_t size) {
         if (size > capacity_)
             grow(size);
         size_ = size;
+    }
+
+    void append(std::string_view text) {
+        const std::size_t end = size_;
+        resize(end + text.size());
+        std::copy(text.begin(), text.end(), data_ + end);
     }
 
 private:

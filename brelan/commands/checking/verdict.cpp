@@ -3,8 +3,6 @@
 #include <memory>
 
 #include "cli/exit_status.h"
-#include "cli/output_file.h"
-#include "commands/batch/temporary_directory.h"
 #include "dam/dam_deck.h"
 #include "deck/deck_checker.h"
 #include "formats/mesh_file.h"
@@ -12,15 +10,15 @@
 #include "run/flush_to_zero.h"
 #include "run/run.h"
 #include "text/console.h"
+#include "text/files.h"
 #include "text/run_end.h"
 
 namespace brelan::tool {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::string_view DECK_NAME = "..\\deck.dat";
+constexpr std::string_view BASE_FILE = "..\\Bmesh.dat";
 constexpr std::string_view NORMALISED = "BRELAN.TMP";
 
 void take_end(const RunEnd& end, const Deck& deck, Verdict& verdict) {
@@ -42,18 +40,10 @@ void take_end(const RunEnd& end, const Deck& deck, Verdict& verdict) {
     verdict.message += ": " + end.message();
 }
 
-// Drive C: with what the checker reads there, and room for what it writes.
-void make_drive(const fs::path& drive) {
-    const fs::path files = drive / "Vork" / "Qx" / "Qxdata";
-    fs::create_directories(files);
-    write_file(files / "MANUAL.DAT", "0\n");
-}
-
-void make_base_mesh(const Deck& deck, const fs::path& project, Run& run, Verdict& verdict) {
+void make_base_mesh(const Deck& deck, const MemoryFiles& files, Run& run, Verdict& verdict) {
     try {
         run_base_mesh(run);
-        run.channels.close_all();
-        verdict.base_mesh = read_mesh_file(project / BASE_MESH, deck.kind);
+        verdict.base_mesh = read_mesh_text(files.text(BASE_FILE), std::string(BASE_MESH), deck.kind);
     } catch (const RunEnd& end) {
         verdict.no_base_mesh =
             end.status == STATUS_STOPPED ? "the base mesh is larger than the program can hold" : end.text;
@@ -67,15 +57,13 @@ void make_base_mesh(const Deck& deck, const fs::path& project, Run& run, Verdict
 Verdict verdict_of(const Deck& deck, const Edition& edition) {
     constexpr std::int32_t base_mesh = 2;
     Verdict verdict;
-    const TemporaryDirectory place("brelan-check-");
-    const fs::path project = place.path() / "project", work = project / "work", drive = place.path() / "C";
-    fs::create_directories(work);
-    write_file(project / "deck.dat", deck.text);
-    make_drive(drive);
+    const auto files = std::make_shared<MemoryFiles>();
+    files->put(DECK_NAME, deck.text);
+    files->put("C:\\Vork\\Qx\\Qxdata\\MANUAL.DAT", "0\n");
 
     const FlushToZero mode;
     KeptConsole console;
-    const auto run = std::make_unique<Run>(Directories{work, drive}, console);
+    const auto run = std::make_unique<Run>(files, console);
     run->set_edition(edition.number);
     const LayoutKind kind = run->settings.kind();
     try {
@@ -90,7 +78,7 @@ Verdict verdict_of(const Deck& deck, const Edition& edition) {
         return verdict;
     }
     if (deck.mode == base_mesh)
-        make_base_mesh(deck, project, *run, verdict);
+        make_base_mesh(deck, *files, *run, verdict);
     return verdict;
 }
 

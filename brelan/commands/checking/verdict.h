@@ -20,7 +20,7 @@ struct Verdict {
     std::string no_base_mesh;
 };
 
-// Checks the deck in a directory of its own: nothing of the project is touched.
+// Checks the deck in memory: no file is read or written.
 Verdict verdict_of(const Deck& deck, const Edition& edition);
 
 }  // namespace brelan::tool

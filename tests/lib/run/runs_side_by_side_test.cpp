@@ -8,10 +8,9 @@
 #include <string>
 #include <thread>
 
-#include "run/driver.h"
+#include "lib/run/memory_run.h"
 #include "run/run.h"
-#include "support/project.h"
-#include "text/run_end.h"
+#include "run/run_deck.h"
 
 namespace brelan::test {
 namespace {
@@ -22,27 +21,12 @@ struct Ended {
     bool operator==(const Ended&) const = default;
 };
 
-// The run of a project in this process.
+// The run of a project in this process, on disk.
 Ended run_here(const Project& project) {
-    Ended ended;
     KeptConsole console;
     const auto run = std::make_unique<Run>(Directories{project.work_file(""), project.drive()}, console);
-    try {
-        run_program(*run);
-    } catch (const RunEnd& end) {
-        ended = {end.status, end.text};
-    }
-    run->channels.close_all();
-    ended.said += console.text();
-    return ended;
-}
-
-// An example with the data directory that the package brings.
-void lay_out(const Project& project, std::string_view deck) {
-    const std::filesystem::path source = BRELAN_SOURCE_DIR;
-    project.deck(read_text(source / "examples" / deck));
-    for (const char* file : {"DV-BRELAN.dat", "UNIT.DAT"})
-        project.write_data(file, read_text(source / "data" / "Vork" / "Qx" / "Qxdata" / file));
+    const RunEnd end = run_to_end(*run);
+    return {end.status, end.text + console.text()};
 }
 
 struct Pair {
@@ -54,9 +38,9 @@ struct Pair {
 void hold_side_by_side_against_one_after_the_other(const Pair& pair) {
     const Project first(pair.kind), second(pair.other_kind), one(pair.kind), other(pair.other_kind);
     for (const Project* project : {&first, &one})
-        lay_out(*project, pair.one);
+        lay_out(*project, pair.kind, example(pair.one));
     for (const Project* project : {&second, &other})
-        lay_out(*project, pair.other);
+        lay_out(*project, pair.other_kind, example(pair.other));
     const Ended first_end = run_here(first), second_end = run_here(second);
     Ended one_end, other_end;
     std::thread beside([&] { other_end = run_here(other); });
@@ -86,9 +70,35 @@ TEST(RunsSideBySide, FailWithoutAnEffectOnTheOther) {
         {"mirror.dat", "dam.dat", Kind::displacement, Kind::displacement, STATUS_FAILED});
 }
 
+// Name and text of each file that a run in memory left.
+std::map<std::string, std::string> left_by(const brelan::RunResult& result) {
+    std::map<std::string, std::string> left;
+    for (const std::string& name : result.files->names())
+        left[name] = result.files->text("..\\..\\" + name);
+    return left;
+}
+
+TEST(RunsSideBySide, LeaveTheSameTextsInMemory) {
+    const Project pit(Kind::displacement), dam(Kind::coupled);
+    lay_out(pit, Kind::displacement, example("pit_stages.dat"));
+    lay_out(dam, Kind::coupled, example("dam.dat"));
+    const RunInput one = input_of(pit, Listings::left_out), other = input_of(dam, Listings::left_out);
+    const brelan::RunResult first = run_deck(one), second = run_deck(other);
+    EXPECT_EQ(first.end.status, STATUS_FINISHED) << first.end.text;
+    EXPECT_EQ(second.end.status, STATUS_FINISHED) << second.end.text;
+    for (int round = 0; round < 3; ++round) {
+        brelan::RunResult beside;
+        std::thread thread([&] { beside = run_deck(other); });
+        const brelan::RunResult here = run_deck(one);
+        thread.join();
+        EXPECT_TRUE(left_by(here) == left_by(first));
+        EXPECT_TRUE(left_by(beside) == left_by(second));
+    }
+}
+
 TEST(RunsSideBySide, GiveTheFloatingPointModeBack) {
     const Project project(Kind::displacement);
-    lay_out(project, "pit_left.dat");
+    lay_out(project, Kind::displacement, example("pit_left.dat"));
     EXPECT_EQ(run_here(project).status, STATUS_FINISHED);
     volatile float smallest = std::numeric_limits<float>::min();
     EXPECT_GT(smallest / 2.0F, 0.0F);

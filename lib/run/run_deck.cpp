@@ -1,0 +1,87 @@
+#include "run/run_deck.h"
+
+#include <exception>
+#include <new>
+
+#include "run/driver.h"
+#include "run/run.h"
+
+namespace brelan {
+
+namespace {
+
+// "GROUP.TMP" and the decks of a dam are not among them: other channels read these.
+constexpr std::string_view UNREAD_FILES[] = {
+    "Bmesh.Tmp", "Coord.dat", "Index.dat", "BRELAN.TMP", "TT55.TMP",  "T7.TMP",        "FILEA.TMP",
+    "FILEB.TMP", "TEMPO.TMP", "JOINT.TMP", "fort.888",   "TT123.TMP", "DV-BRELAN.Tmp", "MeshFile.Mes"};
+
+std::shared_ptr<MemoryFiles> files_of(const RunInput& input) {
+    auto files = std::make_shared<MemoryFiles>();
+    const std::string data = "C:\\Vork\\Qx\\Qxdata\\";
+    files->put(data + "PROGRAM.DAT", std::to_string(input.edition) + "\n");
+    files->put(data + "MANUAL.DAT", input.report == ReportPlace::console ? "1\n" : "0\n");
+    files->put(data + "HUBPLOT.DAT", "1\n");
+    files->put("TFNAME.TMP", input.deck_name + "\n");
+    for (const auto& [name, text] : input.files)
+        files->put(name, text);
+    if (input.listings == Listings::left_out)
+        for (const std::string_view name : UNREAD_FILES)
+            files->leave_out(name);
+    return files;
+}
+
+// Closes the files whatever way is left.
+struct ClosedAtEnd {
+    Channels& channels;
+    explicit ClosedAtEnd(Channels& of_run) : channels(of_run) {}
+    ClosedAtEnd(const ClosedAtEnd&) = delete;
+    ClosedAtEnd& operator=(const ClosedAtEnd&) = delete;
+    ~ClosedAtEnd() { channels.close_all(); }
+};
+
+RunEnd run_and_flush(Run& run) {
+    try {
+        RunEnd end{STATUS_FINISHED, {}};
+        try {
+            run_program(run);
+        } catch (const RunEnd& stop) {
+            if (stop.status == STATUS_FAILED)
+                return stop;
+            end = stop;
+        }
+        run.channels.flush_all();
+        return end;
+    } catch (const RunEnd& failure) {
+        return failure;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& error) {
+        return {STATUS_FAILED, std::string("the run cannot go on: ") + error.what()};
+    }
+}
+
+}  // namespace
+
+RunEnd run_to_end(Run& run) {
+    const ClosedAtEnd files{run.channels};
+    return run_and_flush(run);
+}
+
+RunResult run_deck(const RunInput& input) {
+    RunResult result;
+    KeptConsole console;
+    try {
+        result.files = files_of(input);
+    } catch (const RunEnd& end) {  // a name that is none
+        result.end = end;
+        return result;
+    }
+    const auto run = std::make_unique<Run>(result.files, console);
+    result.end = run_to_end(*run);
+    result.console = console.text();
+    const std::string_view mesh = run->deck.names.result.view();
+    result.mesh = mesh.substr(0, mesh.find_last_not_of(' ') + 1);
+    return result;
+}
+
+}  // namespace brelan

@@ -1,0 +1,47 @@
+// A run as a value, in the process of its caller: nothing is written to the terminal, no exception but
+// std::bad_alloc comes out, and the floating-point mode of the thread is as it was.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "text/files.h"
+#include "text/run_end.h"
+
+namespace brelan {
+
+struct Run;
+
+// Carries out a run and closes its files. All are complete when a run finishes or stops; one that cannot be
+// written makes it a failure.
+RunEnd run_to_end(Run& run);
+
+// Where the report of a card with a wrong count goes.
+enum class ReportPlace { file, console };
+
+// Listings and working copies that no later pass reads: in memory their text is not made where nobody asks.
+enum class Listings { left_out, kept };
+
+struct RunInput {
+    std::int32_t edition = 1;
+    std::string deck_name = "..\\deck.dat";
+    // Texts by their names as decks and the program write them: the deck, its meshes, and what the run looks
+    // up on drive C:\ ("C:\Vork\Qx\Qxdata\UNIT.DAT"). The start-up files are made.
+    std::map<std::string, std::string> files;
+    ReportPlace report = ReportPlace::file;
+    Listings listings = Listings::left_out;
+};
+
+struct RunResult {
+    RunEnd end;                          // status, text, place and field of what ended the run
+    std::string console;                 // what was shown
+    std::string mesh;                    // name of the result mesh, empty where the run did not come to it
+    std::shared_ptr<MemoryFiles> files;  // what the run left, its input among it
+};
+
+// Runs a deck in memory.
+RunResult run_deck(const RunInput& input);
+
+}  // namespace brelan
