@@ -91,7 +91,7 @@ std::string card_line(const DeckCard& card) {
     return line;
 }
 
-std::string card_report(const Deck& deck, const DeckFault& fault) {
+std::string card_report(const NotedDeck& deck, const DeckFault& fault) {
     if (!fault.card)
         return "";
     const DeckCard& card = deck.cards[*fault.card];
@@ -124,7 +124,7 @@ std::string lost_result(std::string_view name) {
         "{} lies in the working directory, which goes when the run ends (--work or --keep leaves it)", name);
 }
 
-std::optional<std::size_t> card_at(const Deck& deck, int line) {
+std::optional<std::size_t> card_at(const NotedDeck& deck, int line) {
     for (std::size_t i = 0; i < deck.cards.size(); ++i)
         if (deck.cards[i].line <= line && line <= deck.cards[i].last_line)
             return i;

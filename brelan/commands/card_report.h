@@ -23,14 +23,14 @@ std::string card_line(const DeckCard& card);
 //         NSNEL   1
 //         ...
 //       > (5th)   1   one too many
-std::string card_report(const Deck& deck, const DeckFault& fault);
+std::string card_report(const NotedDeck& deck, const DeckFault& fault);
 
 // A name that is taken from the working directory: how to name a file of the project instead.
 std::string name_here(std::string_view name);
 // The same for the result of a run whose working directory goes with it.
 std::string lost_result(std::string_view name);
 
-// The card that stands on a line of the deck's file, its place in Deck::cards.
-std::optional<std::size_t> card_at(const Deck& deck, int line);
+// The card that stands on a line of the deck's file, its place in NotedDeck::cards.
+std::optional<std::size_t> card_at(const NotedDeck& deck, int line);
 
 }  // namespace brelan::tool

@@ -25,7 +25,7 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Report {
-    Deck deck;
+    NotedDeck deck;
     Edition edition;
     Verdict verdict;
     std::vector<Doubt> doubts;
@@ -62,7 +62,7 @@ std::optional<MeshLists> source_mesh(Doubts& doubts, const DeckPlace& place, con
 }
 
 void look_for_doubts(Report& report, const DeckPlace& place) {
-    const Deck& deck = report.deck;
+    const NotedDeck& deck = report.deck;
     Doubts doubts(deck);
     doubt_codes(doubts);
     doubt_numbers(doubts);
@@ -113,7 +113,7 @@ std::string fields_text(const DeckCard& card) {
     return text;
 }
 
-std::string cards_text(const Deck& deck) {
+std::string cards_text(const NotedDeck& deck) {
     std::string text;
     int group = 0;
     for (const DeckCard& card : deck.cards) {
@@ -196,7 +196,7 @@ Json card_json(const DeckCard& card) {
 }
 
 Json report_json(const Report& report) {
-    const Deck& deck = report.deck;
+    const NotedDeck& deck = report.deck;
     Json json{{"deck", deck.file.string()},
               {"edition", report.edition.number},
               {"kind", name_of(report.edition.kind)},

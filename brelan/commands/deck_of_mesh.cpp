@@ -21,7 +21,7 @@ std::string stem(std::string_view name) {
 }
 
 // Names of the meshes that the deck reads and writes.
-std::vector<std::string> mesh_names(const Deck& deck) {
+std::vector<std::string> mesh_names(const NotedDeck& deck) {
     if (deck.mode == dam)  // stand on no card; the second is that of a dam with shells
         return {"EarthDam.Mes", "Earth_Dam.Mes", std::string(BASE_MESH)};
     std::vector<std::string> names;
@@ -64,7 +64,7 @@ std::string extent_text(const Bounds& b) {
     return fmt::format("from ({:.6g}, {:.6g}) to ({:.6g}, {:.6g})", b.low.x, b.low.y, b.high.x, b.high.y);
 }
 
-std::string told_of_other_mesh(const Deck& deck, const std::vector<DeckShape>& shapes,
+std::string told_of_other_mesh(const NotedDeck& deck, const std::vector<DeckShape>& shapes,
                                const MeshLists& mesh) {
     const std::vector<std::string> names = mesh_names(deck);
     const auto is_mesh = [&](const std::string& name) {

@@ -12,7 +12,8 @@ namespace brelan::tool {
 // What tells that the shapes of a deck are not those of the mesh: names of other meshes on its cards, a mesh
 // that reaches beyond the blocks or the dam of the deck, or shapes that all lie outside the mesh. Empty where
 // nothing does. A copy of a mesh under another name still goes by the name in its first line.
-std::string told_of_other_mesh(const Deck& deck, const std::vector<DeckShape>& shapes, const MeshLists& mesh);
+std::string told_of_other_mesh(const NotedDeck& deck, const std::vector<DeckShape>& shapes,
+                               const MeshLists& mesh);
 
 // "from (0, 0) to (70, 30)".
 std::string extent_text(const Bounds& bounds);

@@ -77,7 +77,7 @@ int plot(const PlotOptions& options, const Context& context) {
                  fmt::format("--window lies outside the mesh, which reaches {}", extent_text(mesh.bounds())));
     }
     if (!options.deck.empty()) {
-        const Deck deck = read_deck(options.deck, mesh.kind);
+        const NotedDeck deck = read_deck(options.deck, mesh.kind);
         if (deck.byte_order_mark)
             note(context, mark_passed_over(deck.file));
         if (deck.fault)

@@ -45,7 +45,7 @@ fs::path directory_of(const fs::path& deck) {
 }
 
 // A message for a deck that must not be run, although the batch program would.
-void refuse_harmful_result(const Deck& deck, const fs::path& project, const fs::path& work,
+void refuse_harmful_result(const NotedDeck& deck, const fs::path& project, const fs::path& work,
                            const DataDirectory& data) {
     std::error_code error;
     std::vector<std::string> names = side_file_names(deck, project);
@@ -134,7 +134,7 @@ std::string progress_text(const fs::path& deck, const PassTrace& trace, Clock::d
 
 // The mesh that the run has written. An earth dam's decks are the run's own: the last of them has told the
 // plot tool.
-fs::path result_of(const Deck& deck, const fs::path& project, const fs::path& work,
+fs::path result_of(const NotedDeck& deck, const fs::path& project, const fs::path& work,
                    const DataDirectory& data) {
     constexpr std::int32_t dam = 3;
     std::string name = deck.result;
@@ -149,7 +149,7 @@ fs::path result_of(const Deck& deck, const fs::path& project, const fs::path& wo
 }
 
 // What a run that has finished leaves to be said.
-void warn(const Remark& remark, const Deck& deck, const fs::path& base_mesh, bool work_is_left) {
+void warn(const Remark& remark, const NotedDeck& deck, const fs::path& base_mesh, bool work_is_left) {
     const auto say = [&](int line, const std::string& text) {
         remark(fmt::format("{}, line {}: warning: {}", deck.file.string(), line, text));
     };
@@ -168,7 +168,7 @@ void warn(const Remark& remark, const Deck& deck, const fs::path& base_mesh, boo
 }
 
 // The lists that a dam with shells leaves go by the numbers of a mesh that its run deletes.
-void remark_old_numbers(RunReport& report, const Deck& deck) {
+void remark_old_numbers(RunReport& report, const NotedDeck& deck) {
     constexpr std::int32_t dam = 3;
     constexpr std::string_view body = "EarthDam.Mes";
     if (deck.mode != dam || report.result.empty() || report.result.filename() == body)
@@ -230,7 +230,7 @@ int run_deck(const RunOptions& options, const Context& context) {
     });
     if (!data)
         data.emplace(context.program, choice.edition, project);
-    const Deck deck = read_deck(source, choice.edition.kind);
+    const NotedDeck deck = read_deck(source, choice.edition.kind);
     if (deck.byte_order_mark)
         remark(mark_passed_over(deck_file));
     refuse_harmful_result(deck, project, kept_work, *data);

@@ -97,7 +97,7 @@ std::optional<std::size_t> field_found(const DeckCard& card, const std::string& 
     return std::nullopt;
 }
 
-std::string report_of_deck(const Deck& deck, int line, const std::string& message) {
+std::string report_of_deck(const NotedDeck& deck, int line, const std::string& message) {
     if (deck.fault && deck.fault->line == line)
         return card_report(deck, *deck.fault);
     DeckFault fault;

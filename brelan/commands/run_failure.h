@@ -10,7 +10,7 @@
 namespace brelan::tool {
 
 struct FailedRun {
-    const Deck& deck;
+    const NotedDeck& deck;
     std::filesystem::path project, working_directory;
     std::string name_in_messages;  // of the deck, by which the program knows it
     std::string pass;              // the last one of the trace; empty when there is none

@@ -13,7 +13,7 @@ namespace brelan::tool {
 
 class CardNotes : public DeckNotes {
 public:
-    explicit CardNotes(Deck& deck) : deck_(deck) {}
+    explicit CardNotes(NotedDeck& deck) : deck_(deck) {}
 
     void card(const Card& card, const Channel& lines) override;
     void list(const Card& card, std::string_view heading, const Channel& lines) override;
@@ -33,7 +33,7 @@ public:
 private:
     DeckCard& note(CardType type, std::string_view number, std::string_view heading, const Channel& lines);
 
-    Deck& deck_;
+    NotedDeck& deck_;
     int group_ = 0;
     int first_line_ = 0;     // of the list, among the cards
     std::size_t known_ = 0;  // values of the card noted last

@@ -41,7 +41,7 @@ float DeckCard::real(std::string_view field_name) const {
     return found == nullptr ? 0.0F : found->value;
 }
 
-const DeckCard* Deck::card(std::string_view number) const {
+const DeckCard* NotedDeck::card(std::string_view number) const {
     const auto found = std::find_if(cards.begin(), cards.end(),
                                     [&](const DeckCard& candidate) { return candidate.number == number; });
     return found == cards.end() ? nullptr : &*found;

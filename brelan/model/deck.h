@@ -1,5 +1,5 @@
-// A deck as a person sees it: its cards in order, each with its heading, its fields by name and the line of
-// the file that it stands on; and what the cards draw, as outlines and lines.
+// A deck as it is noted for a person: its cards in order, each with its heading, its fields by name and the
+// line of the file that it stands on; and what the cards draw, as outlines and lines.
 //
 // The cards are those that the batch program reads. Where the program would refuse the deck the cards end,
 // and `fault` says why.
@@ -64,7 +64,7 @@ struct DeckFault {
     // The field in question, from 0: the first that is missing or too many, or the one whose text is no
     // number.
     std::optional<std::size_t> field;
-    std::optional<std::size_t> card;  // its place in Deck::cards
+    std::optional<std::size_t> card;  // its place in NotedDeck::cards
 };
 
 // --- what the cards draw -------------------------------------------------------------------------
@@ -76,7 +76,7 @@ struct DeckPoint {
 struct DeckSegment {
     std::int32_t segment_type = 0, divisions = 0, end_rule = 0;
     std::vector<DeckPoint> path;  // its points, from the end of the segment before it; none: it draws nothing
-    std::size_t card = 0;         // place of Card 3.3.5.4.3.1 in Deck::cards
+    std::size_t card = 0;         // place of Card 3.3.5.4.3.1 in NotedDeck::cards
 };
 
 struct DeckGroup {
@@ -87,7 +87,7 @@ struct DeckGroup {
     std::vector<DeckSegment> segments;  // none: the points are the path, and nothing is cut
     bool closed = false;
     std::vector<DeckPoint> path;  // all of it, as the engine has it
-    std::size_t card = 0;         // place of Card 3.3.5.4.1 in Deck::cards
+    std::size_t card = 0;         // place of Card 3.3.5.4.1 in NotedDeck::cards
 };
 
 enum class ShapeRole {
@@ -124,7 +124,7 @@ struct DeckSource {
 // text.
 DeckSource deck_source(const std::filesystem::path& file);
 
-struct Deck : DeckSource {
+struct NotedDeck : DeckSource {
     LayoutKind kind = LayoutKind::displacement;
     std::vector<DeckCard> cards;
     std::optional<DeckFault> fault;
@@ -139,16 +139,16 @@ struct Deck : DeckSource {
 };
 
 // Reads a deck for an edition of a kind. A deck that the batch program refuses comes back with its fault.
-Deck read_deck(const DeckSource& source, LayoutKind kind);
+NotedDeck read_deck(const DeckSource& source, LayoutKind kind);
 
 // The same for a file. Throws Failure as deck_source does.
-Deck read_deck(const std::filesystem::path& file, LayoutKind kind);
+NotedDeck read_deck(const std::filesystem::path& file, LayoutKind kind);
 
 // X1 Y1 to X4 Y4 of a card of a dam's core or wall.
 std::vector<DeckPoint> four_points(const DeckCard& card);
 
 // What the deck draws, in the order of its cards. Coordinates are those of the mesh.
-std::vector<DeckShape> shapes_of(const Deck& deck);
+std::vector<DeckShape> shapes_of(const NotedDeck& deck);
 
 // True for a name that is taken from the working directory of the run, as old\Row.Mes is.
 bool in_working_directory(std::string_view name);

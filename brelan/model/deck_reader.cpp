@@ -23,7 +23,7 @@ constexpr int CHANNEL_TEXT = 1, CHANNEL_CARDS = 2, CHANNEL_SHOWN = 3;
 // --- what the groups draw ------------------------------------------------------------------------
 
 // A group by its cards; its points and segments as the engine has them.
-DeckGroup group_of(const Deck& deck, const GroupCards& groups, std::int32_t number) {
+DeckGroup group_of(const NotedDeck& deck, const GroupCards& groups, std::int32_t number) {
     DeckGroup group;
     group.number = number;
     std::vector<SegmentRow> rows;
@@ -52,7 +52,7 @@ DeckGroup group_of(const Deck& deck, const GroupCards& groups, std::int32_t numb
 }
 
 // The groups whose cards are all there.
-void draw_groups(Deck& deck, const GroupCards& groups) {
+void draw_groups(NotedDeck& deck, const GroupCards& groups) {
     std::int32_t last = 0;
     for (const DeckCard& card : deck.cards)
         last = std::max(last, card.group);
@@ -98,8 +98,8 @@ DeckSource deck_source(const std::filesystem::path& file) {
     return source;
 }
 
-Deck read_deck(const DeckSource& source, LayoutKind kind) {
-    Deck deck;
+NotedDeck read_deck(const DeckSource& source, LayoutKind kind) {
+    NotedDeck deck;
     static_cast<DeckSource&>(deck) = source;
     deck.kind = kind;
     Channels channels;
@@ -133,7 +133,7 @@ Deck read_deck(const DeckSource& source, LayoutKind kind) {
     return deck;
 }
 
-Deck read_deck(const std::filesystem::path& file, LayoutKind kind) {
+NotedDeck read_deck(const std::filesystem::path& file, LayoutKind kind) {
     return read_deck(deck_source(file), kind);
 }
 

@@ -12,7 +12,7 @@ std::vector<DeckPoint> rectangle(double left, double bottom, double right, doubl
     return {{left, bottom}, {right, bottom}, {right, top}, {left, top}};
 }
 
-void add_blocks(const Deck& deck, std::vector<DeckShape>& shapes) {
+void add_blocks(const NotedDeck& deck, std::vector<DeckShape>& shapes) {
     const DeckCard* corner = deck.card("4.2");
     if (corner == nullptr)
         return;
@@ -42,7 +42,7 @@ void add_blocks(const Deck& deck, std::vector<DeckShape>& shapes) {
     }
 }
 
-void add_windows(const Deck& deck, std::vector<DeckShape>& shapes) {
+void add_windows(const NotedDeck& deck, std::vector<DeckShape>& shapes) {
     for (const DeckCard& card : deck.cards)
         if (card.type == CardType::values && card.field("XMIN") != nullptr)
             shapes.push_back(
@@ -52,7 +52,7 @@ void add_windows(const Deck& deck, std::vector<DeckShape>& shapes) {
 }
 
 // The left toe is the origin.
-void add_dam(const Deck& deck, std::vector<DeckShape>& shapes) {
+void add_dam(const NotedDeck& deck, std::vector<DeckShape>& shapes) {
     const DeckCard* profile = deck.card("5.2");
     if (profile == nullptr)
         return;
@@ -100,7 +100,7 @@ std::vector<DeckPoint> four_points(const DeckCard& card) {
     return points;
 }
 
-std::vector<DeckShape> shapes_of(const Deck& deck) {
+std::vector<DeckShape> shapes_of(const NotedDeck& deck) {
     std::vector<DeckShape> shapes;
     add_blocks(deck, shapes);
     add_dam(deck, shapes);

@@ -50,7 +50,7 @@ struct KnownMesh {
     std::string name;
     LayoutKind kind;
 };
-std::vector<KnownMesh> meshes_of(const Deck& deck, const fs::path& project, const fs::path& work) {
+std::vector<KnownMesh> meshes_of(const NotedDeck& deck, const fs::path& project, const fs::path& work) {
     std::vector<KnownMesh> meshes;
     // Behind a base mesh FILEA is the file that the run makes.
     if (deck.mode == 2)
@@ -71,7 +71,7 @@ std::vector<KnownMesh> meshes_of(const Deck& deck, const fs::path& project, cons
 }
 
 // The value of Card 4.2 whose meaning goes by the kind: Ywater, T or H. nullptr where it is not given.
-const DeckField* third_value(const Deck& deck) {
+const DeckField* third_value(const NotedDeck& deck) {
     const DeckCard* card = deck.card("4.2");
     return card != nullptr && card->fields.size() > 2 && card->fields[2].given &&
                    !card->fields[2].name.empty()
@@ -80,9 +80,9 @@ const DeckField* third_value(const Deck& deck) {
 }
 
 // ", in which 12.5 on Card 4.2 is H; here it is Ywater"; empty where the deck has no such value.
-std::string change_of_meaning(const Deck& deck, LayoutKind other) {
+std::string change_of_meaning(const NotedDeck& deck, LayoutKind other) {
     const DeckField* here = third_value(deck);
-    const Deck there_deck = read_deck(deck, other);
+    const NotedDeck there_deck = read_deck(deck, other);
     const DeckField* there = third_value(there_deck);
     return here == nullptr || there == nullptr ? ""
                                                : fmt::format(", in which {} on Card 4.2 is {}; here it is {}",
@@ -104,7 +104,7 @@ Edition first_choice(const DeckSource& deck, const EditionOptions& options,
 
 }  // namespace
 
-std::string contradiction_of_deck(const Deck& deck, const fs::path& project) {
+std::string contradiction_of_deck(const NotedDeck& deck, const fs::path& project) {
     if (const auto kind = kind_in_comments(deck))
         return *kind == deck.kind ? ""
                                   : fmt::format("its comment names the {} kind{}", name_of(*kind),
@@ -131,7 +131,7 @@ EditionOfDeck edition_of_deck(const DeckSource& source, const fs::path& project,
                               const EditionOptions& options, std::optional<std::int32_t> of_data) {
     EditionOfDeck found;
     found.edition = first_choice(source, options, of_data);
-    const Deck deck = read_deck(source, found.edition.kind);
+    const NotedDeck deck = read_deck(source, found.edition.kind);
     for (const KnownMesh& mesh : meshes_of(deck, project, work)) {
         if (found.edition.source.empty())
             found.edition = {edition_of(mesh.kind), mesh.kind, mesh.name};

@@ -33,6 +33,6 @@ EditionOfDeck edition_of_deck(const DeckSource& deck, const std::filesystem::pat
 // "its comment names the head kind, in which ..."; empty when nothing says that the deck is for another kind
 // than its own. Where it has no such comment that is the base mesh that it makes anew, if a value of Card 4.2
 // has another meaning in the kind of that mesh.
-std::string contradiction_of_deck(const Deck& deck, const std::filesystem::path& project);
+std::string contradiction_of_deck(const NotedDeck& deck, const std::filesystem::path& project);
 
 }  // namespace brelan::tool

@@ -34,7 +34,7 @@ bool same_name(const fs::path& a, const fs::path& b) {
 
 }  // namespace
 
-std::vector<std::string> side_file_names(const Deck& deck, const fs::path& project) {
+std::vector<std::string> side_file_names(const NotedDeck& deck, const fs::path& project) {
     constexpr std::int32_t edit = 1, base_mesh = 2, dam = 3;
     const fs::path result = file_of_card(project, deck.result);
     std::vector<std::string> names;
@@ -53,7 +53,7 @@ std::vector<std::string> side_file_names(const Deck& deck, const fs::path& proje
     return names;
 }
 
-SideFiles::SideFiles(fs::path project, const Deck& deck, fs::path apart)
+SideFiles::SideFiles(fs::path project, const NotedDeck& deck, fs::path apart)
     : project_(std::move(project)), apart_(std::move(apart)) {
     if (!apart_.empty()) {
         std::error_code error;

@@ -13,13 +13,13 @@
 namespace brelan::tool {
 
 // The names that a run of the deck may write, without that of the deck's result.
-std::vector<std::string> side_file_names(const Deck& deck, const std::filesystem::path& project);
+std::vector<std::string> side_file_names(const NotedDeck& deck, const std::filesystem::path& project);
 
 class SideFiles {
 public:
     // Notes what there is. With a directory to keep the run's files apart in (empty: none), those of the
     // project are set aside until the run has ended. Throws Failure.
-    SideFiles(std::filesystem::path project, const Deck& deck, std::filesystem::path apart);
+    SideFiles(std::filesystem::path project, const NotedDeck& deck, std::filesystem::path apart);
     ~SideFiles();
     SideFiles(const SideFiles&) = delete;
     SideFiles& operator=(const SideFiles&) = delete;

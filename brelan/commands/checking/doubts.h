@@ -21,9 +21,9 @@ struct Doubt {
 // Collects doubts of a deck.
 class Doubts {
 public:
-    explicit Doubts(const Deck& deck) : deck_(deck) {}
+    explicit Doubts(const NotedDeck& deck) : deck_(deck) {}
 
-    const Deck& deck() const { return deck_; }
+    const NotedDeck& deck() const { return deck_; }
     const std::vector<Doubt>& list() const { return list_; }
 
     // About a card; nullptr for none.
@@ -34,7 +34,7 @@ public:
     void sort();
 
 private:
-    const Deck& deck_;
+    const NotedDeck& deck_;
     std::vector<Doubt> list_;
 };
 

@@ -98,7 +98,7 @@ void doubt_strip(Doubts& doubts, const DeckCard& card, const char* width_name, c
 // A graded column or row comes out wavy when its middle key point lies on the coordinate 0: even along the
 // edges of the blocks that it runs through, graded between them.
 void doubt_middles(Doubts& doubts) {
-    const Deck& deck = doubts.deck();
+    const NotedDeck& deck = doubts.deck();
     const DeckCard* corner = deck.card("4.2");
     if (corner == nullptr)
         return;
@@ -147,7 +147,7 @@ void doubt_counts(Doubts& doubts, const DeckCard& card) {
 }  // namespace
 
 void doubt_cards(Doubts& doubts) {
-    const Deck& deck = doubts.deck();
+    const NotedDeck& deck = doubts.deck();
     const DeckCard* nodes = deck.card("3.3.2.1");
     for (const DeckCard& card : deck.cards) {
         if (deck.fault && card.line == deck.fault->line)

@@ -18,7 +18,7 @@ struct Dam {
            middle_width = 0.0, right_run = 0.0, right_width = 0.0;
     double depth = 0.0;  // of all layers
 
-    explicit Dam(const Deck& deck)
+    explicit Dam(const NotedDeck& deck)
         : parts(deck.card("5.1")), profile(deck.card("5.2")), core(deck.card("5.3")), wall(deck.card("5.5")) {
         if (parts == nullptr || profile == nullptr)
             return;

@@ -16,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 void doubt_source(Doubts& doubts, const DeckCard& card, const DeckPlace& place) {
-    const Deck& deck = doubts.deck();
+    const NotedDeck& deck = doubts.deck();
     constexpr std::int32_t base_mesh = 2;
     if (deck.mode == base_mesh) {
         if (lower(card.name) != lower(BASE_MESH))
@@ -39,7 +39,7 @@ void doubt_source(Doubts& doubts, const DeckCard& card, const DeckPlace& place) 
 }  // namespace
 
 void doubt_files(Doubts& doubts, const DeckPlace& place, const DeckMeshes& meshes) {
-    const Deck& deck = doubts.deck();
+    const NotedDeck& deck = doubts.deck();
     std::error_code error;
     if (const std::string text = contradiction_of_deck(deck, place.project); !text.empty())
         doubts.doubt("other-kind", nullptr,

@@ -88,7 +88,7 @@ void doubt_segments(Doubts& doubts, const DeckGroup& group, const DeckCard& poin
 }
 
 void doubt_material_line(Doubts& doubts, const DeckGroup& group) {
-    const Deck& deck = doubts.deck();
+    const NotedDeck& deck = doubts.deck();
     const DeckCard* card = card_of(deck, group, "3.3.5.4.1-1");
     if (deck.kind == LayoutKind::head && group.group_type == -4)
         doubts.doubt(
@@ -147,7 +147,7 @@ double signed_area(const std::vector<DeckPoint>& path) {
 
 // Tables of the program that a path has to fit into.
 void doubt_size(Doubts& doubts, const DeckGroup& group) {
-    const Deck& deck = doubts.deck();
+    const NotedDeck& deck = doubts.deck();
     for (const DeckSegment& segment : group.segments)
         if (std::abs(segment.divisions) > MOST_SEGMENT_PARTS) {
             doubts.end_of_run("too-large", &deck.cards[segment.card],
@@ -162,7 +162,7 @@ void doubt_size(Doubts& doubts, const DeckGroup& group) {
 }
 
 void doubt_shape(Doubts& doubts, const DeckGroup& group) {
-    const Deck& deck = doubts.deck();
+    const NotedDeck& deck = doubts.deck();
     const DeckCard* card = card_of(deck, group, "3.3.5.4.2");
     if (group.path.size() < 2)
         return;
@@ -187,7 +187,7 @@ void doubt_shape(Doubts& doubts, const DeckGroup& group) {
 }  // namespace
 
 void doubt_outlines(Doubts& doubts) {
-    const Deck& deck = doubts.deck();
+    const NotedDeck& deck = doubts.deck();
     for (const DeckGroup& group : deck.groups) {
         const DeckCard* points = card_of(deck, group, "3.3.5.4.2");
         const DeckCard* segments = card_of(deck, group, "3.3.5.4.3");

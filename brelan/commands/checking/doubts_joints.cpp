@@ -126,7 +126,7 @@ void doubt_joints(Doubts& doubts, const DeckMeshes& meshes) {
     if (meshes.places == nullptr)
         return;
     const MeshPlaces& places = *meshes.places;
-    const Deck& deck = doubts.deck();
+    const NotedDeck& deck = doubts.deck();
     std::vector<Joint> earlier{joint_of(places.mesh())};
     for (const DeckGroup& group : deck.groups) {
         // What is deleted may leave one node of the two.

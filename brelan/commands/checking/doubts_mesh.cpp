@@ -61,7 +61,7 @@ constexpr std::array MATERIAL_FIELDS{
 };
 
 void doubt_materials(Doubts& doubts, const MeshLists& mesh) {
-    const Deck& deck = doubts.deck();
+    const NotedDeck& deck = doubts.deck();
     const DeckCard* location = deck.card("3.3.2.1");
     for (const DeckCard& card : deck.cards) {
         for (const MaterialField& row : MATERIAL_FIELDS) {
@@ -247,7 +247,7 @@ void doubt_pairs_on(Doubts& doubts, const DeckCard& card, const MeshLists& mesh,
 }
 
 void doubt_combination(Doubts& doubts, const MeshLists& a, const MeshLists& b) {
-    const Deck& deck = doubts.deck();
+    const NotedDeck& deck = doubts.deck();
     const DeckCard* interface = deck.card("2.2");
     doubt_element_numbers(doubts, a, b, deck.card("2.1-1"));
     if (interface == nullptr)

@@ -100,7 +100,7 @@ void doubt_codes(Doubts& doubts) {
 }
 
 void doubt_numbers(Doubts& doubts) {
-    const Deck& deck = doubts.deck();
+    const NotedDeck& deck = doubts.deck();
     if (deck.byte_order_mark) {
         DeckCard start;
         start.line = 1;

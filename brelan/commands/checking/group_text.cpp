@@ -15,7 +15,7 @@ std::string group_name(const DeckGroup& group) {
                                : fmt::format("group {} ({})", group.number, group.title);
 }
 
-const DeckCard* card_of(const Deck& deck, const DeckGroup& group, std::string_view number) {
+const DeckCard* card_of(const NotedDeck& deck, const DeckGroup& group, std::string_view number) {
     const auto found = std::find_if(deck.cards.begin(), deck.cards.end(), [&](const DeckCard& card) {
         return card.group == group.number && card.number == number;
     });

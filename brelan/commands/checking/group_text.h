@@ -15,6 +15,6 @@ std::string place_text(const DeckPoint& point);
 std::string group_name(const DeckGroup& group);
 
 // The first card of a group with a number; nullptr for none.
-const DeckCard* card_of(const Deck& deck, const DeckGroup& group, std::string_view number);
+const DeckCard* card_of(const NotedDeck& deck, const DeckGroup& group, std::string_view number);
 
 }  // namespace brelan::tool

@@ -21,7 +21,7 @@ constexpr std::string_view DECK_NAME = "..\\deck.dat";
 constexpr std::string_view BASE_FILE = "..\\Bmesh.dat";
 constexpr std::string_view NORMALISED = "BRELAN.TMP";
 
-void take_end(const RunEnd& end, const Deck& deck, Verdict& verdict) {
+void take_end(const RunEnd& end, const NotedDeck& deck, Verdict& verdict) {
     verdict.status = end.status;
     if (end.status == STATUS_STOPPED) {  // the report of a wrong count
         verdict.line = deck.fault ? deck.fault->line : 0;
@@ -40,7 +40,7 @@ void take_end(const RunEnd& end, const Deck& deck, Verdict& verdict) {
     verdict.message += ": " + end.message();
 }
 
-void make_base_mesh(const Deck& deck, const MemoryFiles& files, Run& run, Verdict& verdict) {
+void make_base_mesh(const NotedDeck& deck, const MemoryFiles& files, Run& run, Verdict& verdict) {
     try {
         run_base_mesh(run);
         verdict.base_mesh = read_mesh_text(files.text(BASE_FILE), std::string(BASE_MESH), deck.kind);
@@ -54,7 +54,7 @@ void make_base_mesh(const Deck& deck, const MemoryFiles& files, Run& run, Verdic
 
 }  // namespace
 
-Verdict verdict_of(const Deck& deck, const Edition& edition) {
+Verdict verdict_of(const NotedDeck& deck, const Edition& edition) {
     constexpr std::int32_t base_mesh = 2;
     Verdict verdict;
     const auto files = std::make_shared<MemoryFiles>();

@@ -21,6 +21,6 @@ struct Verdict {
 };
 
 // Checks the deck in memory: no file is read or written.
-Verdict verdict_of(const Deck& deck, const Edition& edition);
+Verdict verdict_of(const NotedDeck& deck, const Edition& edition);
 
 }  // namespace brelan::tool

@@ -84,7 +84,7 @@ void hold_against_the_engine(const std::vector<DrawnGroup>& groups) {
     } catch (const RunEnd& end) {
         GTEST_FAIL() << end.text << "\n" << text;
     }
-    const Deck deck = read_deck(project.file("deck.dat"), LayoutKind::displacement);
+    const NotedDeck deck = read_deck(project.file("deck.dat"), LayoutKind::displacement);
     ASSERT_FALSE(deck.fault) << deck.fault->message;
     ASSERT_EQ(deck.groups.size(), groups.size());
     std::size_t compared = 0;

@@ -27,13 +27,13 @@ public:
     DeckFile(const DeckFile&) = delete;
     DeckFile& operator=(const DeckFile&) = delete;
 
-    Deck read(LayoutKind kind = LayoutKind::displacement) const { return read_deck(path_, kind); }
+    NotedDeck read(LayoutKind kind = LayoutKind::displacement) const { return read_deck(path_, kind); }
 
 private:
     fs::path path_;
 };
 
-Deck deck_of(const std::string& text, LayoutKind kind = LayoutKind::displacement) {
+NotedDeck deck_of(const std::string& text, LayoutKind kind = LayoutKind::displacement) {
     return DeckFile(text).read(kind);
 }
 
@@ -46,8 +46,8 @@ TEST(WholeNumber, is_cut_and_has_an_opposite) {
     EXPECT_EQ(whole_number(-2147483648.0F), -2147483647);
 }
 
-TEST(Deck, cards_have_the_line_of_the_file_and_their_fields_by_name) {
-    const Deck deck = deck_of(EDIT);
+TEST(NotedDeck, cards_have_the_line_of_the_file_and_their_fields_by_name) {
+    const NotedDeck deck = deck_of(EDIT);
     EXPECT_FALSE(deck.fault) << deck.fault->message;
     ASSERT_EQ(deck.cards.size(), 10U);
     const DeckCard* start = deck.card("3.2");
@@ -63,8 +63,8 @@ TEST(Deck, cards_have_the_line_of_the_file_and_their_fields_by_name) {
     EXPECT_EQ(deck.result, "New.Mes");
 }
 
-TEST(Deck, a_list_runs_over_as_many_lines_as_its_count_asks_for) {
-    const Deck deck = deck_of(EDIT);
+TEST(NotedDeck, a_list_runs_over_as_many_lines_as_its_count_asks_for) {
+    const NotedDeck deck = deck_of(EDIT);
     const auto list = std::find_if(deck.cards.begin(), deck.cards.end(),
                                    [](const DeckCard& card) { return card.type == CardType::list; });
     ASSERT_NE(list, deck.cards.end());
@@ -76,16 +76,16 @@ TEST(Deck, a_list_runs_over_as_many_lines_as_its_count_asks_for) {
     EXPECT_EQ(deck.card("3.3.4.3")->line, 12);
 }
 
-TEST(Deck, a_byte_order_mark_is_passed_over) {
-    const Deck deck = deck_of("\xEF\xBB\xBF" + EDIT);
+TEST(NotedDeck, a_byte_order_mark_is_passed_over) {
+    const NotedDeck deck = deck_of("\xEF\xBB\xBF" + EDIT);
     EXPECT_TRUE(deck.byte_order_mark);
     EXPECT_FALSE(deck.fault);
     EXPECT_EQ(deck.card("3.2")->line, 5);
     EXPECT_FALSE(deck_of(EDIT).byte_order_mark);
 }
 
-TEST(Deck, values_behind_the_one_that_is_no_number_are_not_known) {
-    const Deck deck = deck_of("1 0\nA\nB\n1 1\n0\n 5 8.O 7 8\n 1 1\n");
+TEST(NotedDeck, values_behind_the_one_that_is_no_number_are_not_known) {
+    const NotedDeck deck = deck_of("1 0\nA\nB\n1 1\n0\n 5 8.O 7 8\n 1 1\n");
     ASSERT_TRUE(deck.fault && deck.fault->card);
     const DeckCard& card = deck.cards[*deck.fault->card];
     EXPECT_EQ(deck.fault->field, 1U);
@@ -96,7 +96,7 @@ TEST(Deck, values_behind_the_one_that_is_no_number_are_not_known) {
     EXPECT_EQ(card.fields[1].text, "8.O");
 }
 
-TEST(Deck, names_in_the_working_directory) {
+TEST(NotedDeck, names_in_the_working_directory) {
     for (const char* name : {"old\\Row.Mes", ".\\Row.Mes", "a/b\\Row.Mes"})
         EXPECT_TRUE(in_working_directory(name)) << name;
     for (const char* name :
@@ -108,35 +108,35 @@ TEST(Deck, names_in_the_working_directory) {
     EXPECT_EQ(file_of_card("/none", "old\\Row.Mes", place), place / "old" / "Row.Mes");
 }
 
-TEST(Deck, values_that_a_card_leaves_out_between_commas_stay_as_they_stood) {
-    const Deck deck = deck_of("1 0\nA\nB\n1 1\n0\n 5 6 7 8\n , 4\n");
+TEST(NotedDeck, values_that_a_card_leaves_out_between_commas_stay_as_they_stood) {
+    const NotedDeck deck = deck_of("1 0\nA\nB\n1 1\n0\n 5 6 7 8\n , 4\n");
     // Card 3.3.1.2 counts one value only: two are wanted.
     ASSERT_TRUE(deck.fault);
     EXPECT_TRUE(deck.fault->wrong_count);
     EXPECT_EQ(deck.fault->found, 1);
-    const Deck other = deck_of("1 0\nA\nB\n1 1\n0\n 5 6 7 8\n ,4 3\n");
+    const NotedDeck other = deck_of("1 0\nA\nB\n1 1\n0\n 5 6 7 8\n ,4 3\n");
     ASSERT_FALSE(other.fault);
     EXPECT_EQ(other.card("3.3.1.2")->real("SCX"), 5.0F);
     EXPECT_EQ(other.card("3.3.1.2")->real("SCY"), 4.0F);
 }
 
-TEST(Deck, a_wrong_count_names_the_card_and_the_first_field_that_is_missing_or_too_many) {
-    const Deck few = deck_of("1 0\nA\nB\n1 1\n0\n 5 6 7\n");
+TEST(NotedDeck, a_wrong_count_names_the_card_and_the_first_field_that_is_missing_or_too_many) {
+    const NotedDeck few = deck_of("1 0\nA\nB\n1 1\n0\n 5 6 7\n");
     ASSERT_TRUE(few.fault);
     EXPECT_TRUE(few.fault->wrong_count);
     EXPECT_EQ(few.fault->line, 6);
     EXPECT_EQ(few.fault->field, 3U);
     EXPECT_EQ(few.fault->message, "expected 4 values on Card 3.3.1.1 (XO, YO, XN, YN), found 3");
-    const Deck many = deck_of("1 0 0 0\n");
+    const NotedDeck many = deck_of("1 0 0 0\n");
     EXPECT_EQ(many.fault->field, 2U);
     EXPECT_EQ(many.fault->message, "expected 1 to 2 values on Card 1.1 (IMOD, JK), found 4");
-    const Deck blank = deck_of("\n");
+    const NotedDeck blank = deck_of("\n");
     EXPECT_EQ(blank.fault->message,
               "expected 1 to 2 values on Card 1.1 (IMOD, JK), found none: a blank line");
 }
 
-TEST(Deck, text_in_place_of_a_number_is_the_field_in_question) {
-    const Deck deck = deck_of("1 0\nA\nB\n1 1\n0\n 5 6 seven 8\n");
+TEST(NotedDeck, text_in_place_of_a_number_is_the_field_in_question) {
+    const NotedDeck deck = deck_of("1 0\nA\nB\n1 1\n0\n 5 6 seven 8\n");
     ASSERT_TRUE(deck.fault);
     EXPECT_FALSE(deck.fault->wrong_count);
     EXPECT_EQ(deck.fault->line, 6);
@@ -145,22 +145,22 @@ TEST(Deck, text_in_place_of_a_number_is_the_field_in_question) {
     EXPECT_EQ(deck.fault->message.find("/dev/null"), std::string::npos);
 }
 
-TEST(Deck, lines_behind_the_last_card_are_known) {
+TEST(NotedDeck, lines_behind_the_last_card_are_known) {
     EXPECT_EQ(deck_of("1 0\nA\nB\n1 1\n0\n0 0 0 0\n1 1\n* c\n\n").surplus_line, 9);
     EXPECT_EQ(deck_of("1 0\nA\nB\n1 1\n0\n0 0 0 0\n1 1\n* c\n").surplus_line, 0);
 }
 
-TEST(Deck, fields_that_differ_by_kind_have_the_names_of_the_kind) {
+TEST(NotedDeck, fields_that_differ_by_kind_have_the_names_of_the_kind) {
     const std::string text = "2 0\n1 1\n0 0 3\n1 1 .5\n1 1 .5\n0\n";
     EXPECT_EQ(deck_of(text, LayoutKind::coupled).card("4.2")->real("Ywater"), 3.0F);
     EXPECT_EQ(deck_of(text, LayoutKind::temperature).card("4.2")->real("T"), 3.0F);
     EXPECT_EQ(deck_of(text, LayoutKind::head).card("4.2")->real("H"), 3.0F);
-    const Deck displacement = deck_of(text);
+    const NotedDeck displacement = deck_of(text);
     ASSERT_TRUE(displacement.fault);
     EXPECT_EQ(displacement.fault->message, "expected 2 values on Card 4.2 (Xo, Yo), found 3");
 }
 
-TEST(Deck, what_is_no_file_of_text_is_a_failure) {
+TEST(NotedDeck, what_is_no_file_of_text_is_a_failure) {
     EXPECT_THROW(read_deck("/nowhere/deck.dat", LayoutKind::head), Failure);
     EXPECT_THROW(read_deck("/tmp", LayoutKind::head), Failure);
     EXPECT_THROW(deck_of(""), Failure);
@@ -186,7 +186,7 @@ TEST(StarterDecks, head_their_cards_with_the_names_of_the_fields) {
     for (const LayoutKind kind :
          {LayoutKind::coupled, LayoutKind::temperature, LayoutKind::head, LayoutKind::displacement})
         for (const StarterDeck& starter : starter_decks()) {
-            const Deck deck = deck_of(starter_text(starter, kind, "deck.dat"), kind);
+            const NotedDeck deck = deck_of(starter_text(starter, kind, "deck.dat"), kind);
             ASSERT_FALSE(deck.fault) << deck.fault->message;
             std::vector<std::string> lines(1);
             std::istringstream text(deck.text);
@@ -209,7 +209,7 @@ TEST(StarterDecks, head_their_cards_with_the_names_of_the_fields) {
 }
 
 TEST(DeckShapes, a_closed_outline_with_its_origin_and_the_reference_point) {
-    const Deck deck = deck_of(groups_deck(
+    const NotedDeck deck = deck_of(groups_deck(
         "1 1", "A pit\n3\n5 1.9 0 0\n3 1 1 1 2\n3 4 4\n1 0 0\n2 4 0\n3\n1 1 0 2\n2 1 0 2\n3 1 0 2\n"));
     ASSERT_FALSE(deck.fault) << deck.fault->message;
     ASSERT_EQ(deck.groups.size(), 1U);
@@ -226,7 +226,7 @@ TEST(DeckShapes, a_closed_outline_with_its_origin_and_the_reference_point) {
 
 TEST(DeckShapes, lines_free_lines_and_joints_are_told_apart) {
     const std::string line = "2 0 0 0 0\n1 0 0\n2 4 0\n1\n1 1 4 2\n";
-    const Deck deck =
+    const NotedDeck deck =
         deck_of(groups_deck("3", "2\n2 1\n" + line + "2 0 1\n3 1\n" + line + "-2\n7 0 0 2 1 0 0\n" + line));
     ASSERT_FALSE(deck.fault) << deck.fault->message;
     const std::vector<DeckShape> shapes = shapes_of(deck);
@@ -241,16 +241,16 @@ TEST(DeckShapes, lines_free_lines_and_joints_are_told_apart) {
 
 TEST(DeckShapes, arcs_take_the_place_of_the_points_on_the_cards) {
     // A half circle of radius 2 round (5, 0) in four parts, closed by a straight line.
-    const Deck deck = deck_of(groups_deck("1",
-                                          "3\n5 1.9 0 0\n2 0 0 5 0\n1 9 9\n2 9 9\n2\n1 2 -4 2\n"
-                                          "0 0 2 2 0 180\n2 1 0 2\n"));
+    const NotedDeck deck = deck_of(groups_deck("1",
+                                               "3\n5 1.9 0 0\n2 0 0 5 0\n1 9 9\n2 9 9\n2\n1 2 -4 2\n"
+                                               "0 0 2 2 0 180\n2 1 0 2\n"));
     ASSERT_FALSE(deck.fault) << deck.fault->message;
     const double r = std::sqrt(2.0);
     expect_points(deck.groups[0].path, {{7, 0}, {5 + r, r}, {5, 2}, {5 - r, r}, {3, 0}});
 }
 
 TEST(DeckShapes, an_ellipse_is_divided_into_parts_of_equal_length) {
-    const Deck deck =
+    const NotedDeck deck =
         deck_of(groups_deck("1", "2\n2 1\n2 0 0 0 0\n1 0 0\n2 0 0\n1\n1 2 8 2\n0 0 4 1 0 180\n"));
     const std::vector<DeckPoint>& path = deck.groups[0].path;
     ASSERT_EQ(path.size(), 9U);
@@ -265,7 +265,7 @@ TEST(DeckShapes, an_ellipse_is_divided_into_parts_of_equal_length) {
 }
 
 TEST(DeckShapes, an_open_line_that_ends_where_it_began_is_closed) {
-    const Deck deck = deck_of(
+    const NotedDeck deck = deck_of(
         groups_deck("1", "2\n2 1\n4 0 0 0 0\n1 0 0\n2 4 0\n3 4 4\n4 0 0\n3\n1 1 0 2\n2 1 0 2\n3 1 0 2\n"));
     EXPECT_TRUE(deck.groups[0].closed);
     expect_points(deck.groups[0].path, {{0, 0}, {4, 0}, {4, 4}});
