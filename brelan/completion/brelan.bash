@@ -1,32 +1,27 @@
-#Completion of brelan for bash.
+# Completion of brelan for bash.
 
 _brelan_files() {
-#Directories, and files with one of the endings.
+    # Directories, and files with one of the endings.
     local endings=$1 name
     local IFS=$'\n'
     compopt -o filenames 2> /dev/null
-    for name in $(compgen -f -- "$cur");
-    do
-        if
-            [[-d $name]];
-    then COMPREPLY += ("$name")elif[[${
-                                         name,
-                                         ,
-                                     } = ~ \.($endings) $]];
-    then COMPREPLY += ("$name")fi done
+    for name in $(compgen -f -- "$cur"); do
+        if [[ -d $name ]]; then
+            COMPREPLY+=("$name")
+        elif [[ ${name,,} =~ \.($endings)$ ]]; then
+            COMPREPLY+=("$name")
+        fi
+    done
 }
 
 _brelan() {
-    local cur = ${COMP_WORDS[COMP_CWORD]} previous = ${COMP_WORDS[COMP_CWORD - 1]} command =
-        "" word i local commands = "run new check info plot convert diff help" local meshes =
-            'mes|meg|dat|vtu|msh' decks = 'dat|deck|txt|inp' COMPREPLY =
-                () for ((i = 1; i < COMP_CWORD; ++i));
-    do
-        word = $ {
-            COMP_WORDS[i]
-        }
-    if
-        [[$word != -*]]; then
+    local cur=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command="" word i
+    local commands="run new check info plot convert diff help"
+    local meshes='mes|meg|dat|vtu|msh' decks='dat|deck|txt|inp'
+    COMPREPLY=()
+    for ((i = 1; i < COMP_CWORD; ++i)); do
+        word=${COMP_WORDS[i]}
+        if [[ $word != -* ]]; then
             command=$word
             break
         fi
@@ -35,86 +30,71 @@ _brelan() {
     case $previous in
         --kind)
             COMPREPLY=($(compgen -W "coupled temperature head displacement" -- "$cur"))
-            return ;
-    ;
+            return ;;
         --edition)
             COMPREPLY=($(compgen -W "1 2 3 4 5 6 7 8 9 10 11 12" -- "$cur"))
-            return ;
-        ;
+            return ;;
         --numbers)
             COMPREPLY=($(compgen -W "nodes elements both" -- "$cur"))
-            return ;
-        ;
+            return ;;
         --to)
             local formats="mes vtu msh2 msh4"
             [[ $command == plot ]] && formats="svg png pdf html"
             COMPREPLY=($(compgen -W "$formats" -- "$cur"))
-            return ;
-        ;
+            return ;;
         --deck)
             _brelan_files "$decks"
-            return ;
-        ;
+            return ;;
         --project | --data | --work | --apart)
             compopt -o filenames 2> /dev/null
             COMPREPLY=($(compgen -d -- "$cur"))
-            return ;
-        ;
+            return ;;
         --program)
             compopt -o filenames 2> /dev/null
             COMPREPLY=($(compgen -f -- "$cur"))
-            return ;
-        ;
+            return ;;
         -o | --output)
-            if [[ $command == new ]];
-        then compopt - o filenames 2 > / dev / null COMPREPLY =
-            ($(compgen - d-- "$cur")) else _brelan_files "svg|png|pdf|html" fi return;
-        ;
+            if [[ $command == new ]]; then
+                compopt -o filenames 2> /dev/null
+                COMPREPLY=($(compgen -d -- "$cur"))
+            else
+                _brelan_files "svg|png|pdf|html"
+            fi
+            return ;;
         --list)
-            [[ $command != new ]] && return ;
-        ;
+            [[ $command != new ]] && return ;;
         --tolerance | --title | --width | --scale | --window | --name)
-            return ;
-        ;
-        esac
+            return ;;
+    esac
 
-            if[[-z $command]];
-        then COMPREPLY =
-            ($(compgen - W "$commands --help --version --quiet" --"$cur")) return fi if [[$cur == -*]]; then
+    if [[ -z $command ]]; then
+        COMPREPLY=($(compgen -W "$commands --help --version --quiet" -- "$cur"))
+        return
+    fi
+    if [[ $cur == -* ]]; then
         local options="--help --quiet"
         case $command in
-            run) options+=" --edition --kind --project --apart --json --data --work --keep --program" ;
-        ;
-            new) options+=" --list --kind --output --name --force" ;
-            ;
-            check) options+=" --edition --kind --project --work --json --strict" ;
-            ;
-            info) options+=" --json --list --tolerance --kind" ;
-            ;
+            run) options+=" --edition --kind --project --apart --json --data --work --keep --program" ;;
+            new) options+=" --list --kind --output --name --force" ;;
+            check) options+=" --edition --kind --project --work --json --strict" ;;
+            info) options+=" --json --list --tolerance --kind" ;;
             plot)
                 options+=" --output --to --deck --numbers --window --title --width --scale --faults --no-codes --no-lines"
-                options+=" --no-legend --no-axes --kind" ;
-            ;
-            convert) options+=" --to --bare --kind" ;
-            ;
-            diff) options+=" --by-place --tolerance --list --json --kind" ;
-            ;
+                options+=" --no-legend --no-axes --kind" ;;
+            convert) options+=" --to --bare --kind" ;;
+            diff) options+=" --by-place --tolerance --list --json --kind" ;;
         esac
         COMPREPLY=($(compgen -W "$options" -- "$cur"))
         return
     fi
     case $command in
-        run | check) _brelan_files "$decks" ;
-        ;
+        run | check) _brelan_files "$decks" ;;
         new)
             COMPREPLY=($(compgen -W "base-mesh edit-0 edit-1 edit-2 edit-3 edit-4 edit-5 edit-6 groups combination dam" \
-                -- "$cur")) ;
-        ;
-        help) COMPREPLY=($(compgen -W "$commands" -- "$cur")) ;
-        ;
-        info | plot | convert | diff) _brelan_files "$meshes" ;
-        ;
-        esac
+                -- "$cur")) ;;
+        help) COMPREPLY=($(compgen -W "$commands" -- "$cur")) ;;
+        info | plot | convert | diff) _brelan_files "$meshes" ;;
+    esac
 }
 
-complete - F _brelan brelan
+complete -F _brelan brelan
