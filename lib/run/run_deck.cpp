@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <new>
+#include <utility>
 
 #include "run/driver.h"
 #include "run/run.h"
@@ -14,21 +15,6 @@ namespace {
 constexpr std::string_view UNREAD_FILES[] = {
     "Bmesh.Tmp", "Coord.dat", "Index.dat", "BRELAN.TMP", "TT55.TMP",  "T7.TMP",        "FILEA.TMP",
     "FILEB.TMP", "TEMPO.TMP", "JOINT.TMP", "fort.888",   "TT123.TMP", "DV-BRELAN.Tmp", "MeshFile.Mes"};
-
-std::shared_ptr<MemoryFiles> files_of(const RunInput& input) {
-    auto files = std::make_shared<MemoryFiles>();
-    const std::string data = "C:\\Vork\\Qx\\Qxdata\\";
-    files->put(data + "PROGRAM.DAT", std::to_string(input.edition) + "\n");
-    files->put(data + "MANUAL.DAT", input.report == ReportPlace::console ? "1\n" : "0\n");
-    files->put(data + "HUBPLOT.DAT", "1\n");
-    files->put("TFNAME.TMP", input.deck_name + "\n");
-    for (const auto& [name, text] : input.files)
-        files->put(name, text);
-    if (input.listings == Listings::left_out)
-        for (const std::string_view name : UNREAD_FILES)
-            files->leave_out(name);
-    return files;
-}
 
 // Closes the files whatever way is left.
 struct ClosedAtEnd {
@@ -60,6 +46,17 @@ RunEnd run_and_flush(Run& run) {
     }
 }
 
+RunResult result_with(std::shared_ptr<Files> files) {
+    RunResult result;
+    KeptConsole console;
+    const auto run = std::make_unique<Run>(std::move(files), console);
+    result.end = run_to_end(*run);
+    result.console = console.text();
+    const std::string_view mesh = run->deck.names.result.view();
+    result.mesh = mesh.substr(0, mesh.find_last_not_of(' ') + 1);
+    return result;
+}
+
 }  // namespace
 
 RunEnd run_to_end(Run& run) {
@@ -67,21 +64,34 @@ RunEnd run_to_end(Run& run) {
     return run_and_flush(run);
 }
 
+std::shared_ptr<MemoryFiles> files_of(const RunInput& input) {
+    auto files = std::make_shared<MemoryFiles>();
+    const std::string data = "C:\\Vork\\Qx\\Qxdata\\";
+    files->put(data + "PROGRAM.DAT", std::to_string(input.edition) + "\n");
+    files->put(data + "MANUAL.DAT", input.report == ReportPlace::console ? "1\n" : "0\n");
+    files->put(data + "HUBPLOT.DAT", "1\n");
+    files->put("TFNAME.TMP", input.deck_name + "\n");
+    for (const auto& [name, text] : input.files)
+        files->put(name, text);
+    if (input.listings == Listings::left_out)
+        for (const std::string_view name : UNREAD_FILES)
+            files->leave_out(name);
+    return files;
+}
+
 RunResult run_deck(const RunInput& input) {
-    RunResult result;
-    KeptConsole console;
     try {
-        result.files = files_of(input);
-    } catch (const RunEnd& end) {  // a name that is none
-        result.end = end;
+        const std::shared_ptr<MemoryFiles> files = files_of(input);
+        RunResult result = result_with(files);
+        result.files = files;
         return result;
+    } catch (const RunEnd& end) {  // a name that is none
+        return {end, {}, {}, nullptr};
     }
-    const auto run = std::make_unique<Run>(result.files, console);
-    result.end = run_to_end(*run);
-    result.console = console.text();
-    const std::string_view mesh = run->deck.names.result.view();
-    result.mesh = mesh.substr(0, mesh.find_last_not_of(' ') + 1);
-    return result;
+}
+
+RunResult run_deck(const Directories& project) {
+    return result_with(std::make_shared<DiskFiles>(project));
 }
 
 }  // namespace brelan

@@ -38,10 +38,16 @@ struct RunResult {
     RunEnd end;                          // status, text, place and field of what ended the run
     std::string console;                 // what was shown
     std::string mesh;                    // name of the result mesh, empty where the run did not come to it
-    std::shared_ptr<MemoryFiles> files;  // what the run left, its input among it
+    std::shared_ptr<MemoryFiles> files;  // what a run in memory left, its input among it
 };
 
 // Runs a deck in memory.
 RunResult run_deck(const RunInput& input);
+
+// Runs the deck that the start-up files of a project on disk name; what it leaves is there.
+RunResult run_deck(const Directories& project);
+
+// The files that a run in memory begins with. Ends the run at a name that is none.
+std::shared_ptr<MemoryFiles> files_of(const RunInput& input);
 
 }  // namespace brelan

@@ -143,7 +143,7 @@ void DiskFiles::remove(const NamedFile& file) {
         fail(file.name + ": the file cannot be deleted: " + error.message());
 }
 
-void DiskFiles::remove_if_there(const fs::path& path) noexcept {
+void DiskFiles::remove_if_there(const fs::path& path) {
     std::error_code none_there;
     fs::remove(path, none_there);
 }

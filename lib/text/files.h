@@ -70,7 +70,7 @@ public:
     virtual std::unique_ptr<OpenFile> open(const NamedFile& file, Access access) = 0;
     virtual void remove(const NamedFile& file) = 0;
     // The same where it does not matter whether that succeeds.
-    virtual void remove_if_there(const std::filesystem::path& path) noexcept = 0;
+    virtual void remove_if_there(const std::filesystem::path& path) = 0;
     // False for a working file whose text goes nowhere.
     virtual bool keeps(std::string_view name) const = 0;
 
@@ -93,7 +93,7 @@ public:
     void load(const NamedFile& file, TextBuffer& content) const override;
     std::unique_ptr<OpenFile> open(const NamedFile& file, Access access) override;
     void remove(const NamedFile& file) override;
-    void remove_if_there(const std::filesystem::path& path) noexcept override;
+    void remove_if_there(const std::filesystem::path& path) override;
     bool keeps(std::string_view) const override { return true; }
 
 private:
@@ -121,7 +121,7 @@ public:
     void load(const NamedFile& file, TextBuffer& content) const override;
     std::unique_ptr<OpenFile> open(const NamedFile& file, Access access) override;
     void remove(const NamedFile& file) override;
-    void remove_if_there(const std::filesystem::path& path) noexcept override;
+    void remove_if_there(const std::filesystem::path& path) override;
     bool keeps(std::string_view name) const override;
 
 private:

@@ -128,7 +128,8 @@ std::unique_ptr<OpenFile> MemoryFiles::open(const NamedFile& file, Access access
     if (kind_of(file.path.parent_path()) != FileKind::directory)
         fail(file.name + ": the file cannot be created for writing: " + std::strerror(ENOENT));
     Held& held = files_[name];
-    held.kept = access != Access::work || !left_out_.contains(name);
+    if (access != Access::append)  // that goes on as it began
+        held.kept = access != Access::work || !left_out_.contains(name);
     if (held.text == nullptr || access == Access::work || access == Access::create)
         held.text = std::make_shared<TextBuffer>();
     return std::make_unique<MemoryFile>(held.text, held.kept);
@@ -138,7 +139,7 @@ void MemoryFiles::remove(const NamedFile& file) {
     remove_if_there(file.path);
 }
 
-void MemoryFiles::remove_if_there(const fs::path& path) noexcept {
+void MemoryFiles::remove_if_there(const fs::path& path) {
     files_.erase(path.generic_string());
 }
 

@@ -1,5 +1,6 @@
-// The two ways in which a run ends before its last step. Both throw RunEnd, which only the programs catch:
-// unwinding leaves every channel to be closed, so that listings and traces are complete on disk.
+// The two ways in which a run ends before its last step. Both throw RunEnd, which is caught where a run is
+// started as a whole: unwinding leaves every channel to be closed, so that listings and traces are complete
+// on disk.
 #pragma once
 
 #include <cstddef>

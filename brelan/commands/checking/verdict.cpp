@@ -9,8 +9,8 @@
 #include "run/base_mesh_run.h"
 #include "run/flush_to_zero.h"
 #include "run/run.h"
+#include "run/run_deck.h"
 #include "text/console.h"
-#include "text/files.h"
 #include "text/run_end.h"
 
 namespace brelan::tool {
@@ -57,9 +57,9 @@ void make_base_mesh(const NotedDeck& deck, const MemoryFiles& files, Run& run, V
 Verdict verdict_of(const NotedDeck& deck, const Edition& edition) {
     constexpr std::int32_t base_mesh = 2;
     Verdict verdict;
-    const auto files = std::make_shared<MemoryFiles>();
-    files->put(DECK_NAME, deck.text);
-    files->put("C:\\Vork\\Qx\\Qxdata\\MANUAL.DAT", "0\n");
+    RunInput input;
+    input.files[std::string(DECK_NAME)] = deck.text;
+    const std::shared_ptr<MemoryFiles> files = files_of(input);
 
     const FlushToZero mode;
     KeptConsole console;

@@ -4,12 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <memory>
+#include <map>
 #include <string>
 #include <thread>
 
 #include "lib/run/memory_run.h"
-#include "run/run.h"
 #include "run/run_deck.h"
 
 namespace brelan::test {
@@ -23,10 +22,8 @@ struct Ended {
 
 // The run of a project in this process, on disk.
 Ended run_here(const Project& project) {
-    KeptConsole console;
-    const auto run = std::make_unique<Run>(Directories{project.work_file(""), project.drive()}, console);
-    const RunEnd end = run_to_end(*run);
-    return {end.status, end.text + console.text()};
+    const brelan::RunResult result = run_deck(Directories{project.work_file(""), project.drive()});
+    return {result.end.status, result.end.text + result.console};
 }
 
 struct Pair {

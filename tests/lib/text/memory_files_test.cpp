@@ -116,6 +116,15 @@ TEST_F(FilesInMemory, WorkingCopyIsReadAgainByItsOwnChannel) {
     EXPECT_FALSE(files->contains("FILEA.TMP"));
 }
 
+TEST_F(FilesInMemory, TextThatNobodyReadsIsNotContinued) {
+    files->leave_out("fort.888");
+    channels.open(888, "fort.888", OpenStatus::work).write_line("one");
+    channels.close(888);
+    channels.continue_file(888, "fort.888").write_line("two");
+    channels.close(888);
+    EXPECT_FALSE(files->contains("fort.888"));
+}
+
 TEST_F(FilesInMemory, ResultIsKeptWhateverItsName) {
     files->leave_out("Coord.dat");
     Channel& channel = channels.open(55, "Coord.dat", OpenStatus::result);
