@@ -185,7 +185,7 @@ std::string DeckCards::title() {
     notes_.title(stripped_);
     const TextLine line = stripped_.read_line(what);
     const std::int32_t columns = last_title_column(line);
-    const std::string title(columns == 0 ? " " : line.first(columns));
+    std::string title(columns == 0 ? " " : line.first(columns));
     notes_.title_is(line.first(columns));
     normalised_.write_line(title);
     return title;
