@@ -29,11 +29,18 @@ def lots_of(commands):
         if not path.is_relative_to(ROOT) or path.relative_to(ROOT).parts[0] not in TREES:
             continue
         words = shlex.split(command["command"])
-        flags = [word for word in words[1:words.index("-o")] if not word.startswith("-O")]
+        flags = without_precompiled(word for word in words[1:words.index("-o")] if not word.startswith("-O"))
         alike.setdefault((path.parent, tuple(flags)), []).append(path)
     for (_, flags), paths in alike.items():
         for first in range(0, len(paths), MOST):
             yield flags, paths[first:first + MOST]
+
+
+def without_precompiled(words):
+    """The headers that g++ has compiled are none for clang."""
+    words = iter(words)
+    return [word for word in words
+            if word != "-Winvalid-pch" and not (word == "-include" and next(words).endswith("cmake_pch.hxx"))]
 
 
 def lint(flags, paths, directory):

@@ -1,7 +1,9 @@
 // What the cards of a deck draw.
+#include <cmath>
 #include <cstdlib>
 
 #include "model/deck.h"
+#include "model/group_path.h"
 #include "text/file_names.h"
 
 namespace brelan::tool {
@@ -110,6 +112,10 @@ std::vector<DeckShape> shapes_of(const NotedDeck& deck) {
             continue;
         const std::string title = group.title.empty() ? "group " + std::to_string(group.number) : group.title;
         shapes.push_back({role_of(group), title, group.number, group.closed, group.path});
+        std::vector<DeckPoint>& points = shapes.back().points;
+        if (group.closed && points.size() > 1 &&
+            std::hypot(points.back().x - points.front().x, points.back().y - points.front().y) < SAME_PLACE)
+            points.pop_back();
     }
     return shapes;
 }
