@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <utility>
 
 #include "plane/arc.h"
@@ -10,6 +11,12 @@
 namespace brelan {
 
 namespace {
+
+// How many parts a number of divisions of either sign asks for.
+std::int32_t parts_of(std::int32_t divisions) {
+    return divisions == std::numeric_limits<std::int32_t>::min() ? std::numeric_limits<std::int32_t>::max()
+                                                                 : std::abs(divisions);
+}
 
 constexpr float PARTS_PER_RADIAN = 63.661976F;  // of an arc: one for each 0.9 degree
 constexpr std::int32_t FEWEST_PARTS = 20;       // of an arc without divisions of its own
@@ -21,7 +28,7 @@ Point point_at(const SegmentRow& arc, float angle) {
 
 std::int32_t parts_of_arc(const SegmentRow& arc) {
     if (arc.divisions != 0)
-        return std::abs(arc.divisions);
+        return parts_of(arc.divisions);
     const float parts = std::abs(std::round((arc.end_angle - arc.begin_angle) * PARTS_PER_RADIAN));
     return parts < static_cast<float>(FEWEST_PARTS + 1)     ? FEWEST_PARTS
            : parts > static_cast<float>(MOST_SEGMENT_PARTS) ? MOST_SEGMENT_PARTS + 1
@@ -98,7 +105,7 @@ private:
 
     void add_straight(std::size_t k) {
         const SegmentRow& segment = segments_[k];
-        const std::int32_t parts = segment.divisions == 0 ? 1 : std::abs(segment.divisions);
+        const std::int32_t parts = segment.divisions == 0 ? 1 : parts_of(segment.divisions);
         if (is_overlong(k, parts))
             return;
         const Point& end = closes(k) ? outline_[0] : outline_[k + 1];

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <vector>
 
 namespace brelan::test {
@@ -127,6 +128,9 @@ TEST_F(OutlinePath, EndsBeforeASegmentOfTooManyParts) {
     EXPECT_EQ(p.points.size(), 3U);
     EXPECT_FALSE(path(OutlineUse::line, {{0, 0}, {1, 0}}, {straight(2001)}).overlong);
     EXPECT_TRUE(path(OutlineUse::line, {{0, 0}, {1, 0}}, {arc(0, 36000, 0)}).overlong);
+    constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();  // has no opposite
+    EXPECT_TRUE(path(OutlineUse::line, {{0, 0}, {1, 0}}, {straight(lowest)}).overlong);
+    EXPECT_TRUE(path(OutlineUse::line, {{0, 0}, {1, 0}}, {arc(0, 90, lowest)}).overlong);
 }
 
 TEST_F(OutlinePath, ArcGivesItsEndsToTheOutline) {
