@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <limits>
 
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
@@ -22,6 +23,11 @@ constexpr int CHANNEL_TEXT = 1, CHANNEL_CARDS = 2, CHANNEL_SHOWN = 3;
 
 // --- what the groups draw ------------------------------------------------------------------------
 
+// Numbers on cards may be any; no card has room for the one that has no opposite.
+std::int32_t with_opposite(std::int32_t number) {
+    return std::max(number, -std::numeric_limits<std::int32_t>::max());
+}
+
 // A group by its cards; its points and segments as the engine has them.
 DeckGroup group_of(const NotedDeck& deck, const GroupCards& groups, std::int32_t number) {
     DeckGroup group;
@@ -39,8 +45,12 @@ DeckGroup group_of(const NotedDeck& deck, const GroupCards& groups, std::int32_t
             group.overlay = card.integer("OVERLAY");
         } else if (card.number == "3.3.5.4.3.1") {
             rows.push_back(groups.segments[number][static_cast<std::int32_t>(rows.size()) + 1]);
-            group.segments.push_back(
-                {rows.back().segment_type, rows.back().divisions, rows.back().end_rule, {}, i});
+            const SegmentRow& row = rows.back();
+            group.segments.push_back({with_opposite(row.segment_type),
+                                      with_opposite(row.divisions),
+                                      with_opposite(row.end_rule),
+                                      {},
+                                      i});
         }
     }
     std::vector<Point> outline;
