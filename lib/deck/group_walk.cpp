@@ -184,7 +184,7 @@ private:
         if (group.closes)
             cards_.set(2, 0.0F);
         cards_.pass(CARD_POINTS);
-        row.point_count = cards_.count(CARD_POINTS);
+        row.point_count = cards_.is_deck() ? cards_.count(CARD_POINTS) : cards_.integer(1);
         row.freezes_nodes = cards_.integer(2);
         const bool from_reference = cards_.integer(3) == 1;
         local_ = {cards_.shown(4), cards_.shown(5)};
@@ -205,10 +205,12 @@ private:
     void read_segments(const GroupBegun& group) {
         GroupRow& row = groups_->rows[group.number];
         cards_.take(CARD_SEGMENTS);
-        row.segment_count = cards_.count(CARD_SEGMENTS);
-        if (row.segment_count < 0)
-            cards_.refuse("Card 3.3.5.4.3: expected an NSEGMENT of 0 or more, found " +
-                          std::to_string(row.segment_count));
+        row.segment_count = cards_.is_deck() ? cards_.count(CARD_SEGMENTS) : cards_.integer(1);
+        if (row.segment_count < 0 || row.segment_count > MOST_GROUP_POINTS)
+            cards_.refuse(
+                "Card 3.3.5.4.3: expected an NSEGMENT " +
+                (cards_.is_deck() ? "of 0 or more" : "from 0 to " + std::to_string(MOST_GROUP_POINTS)) +
+                ", found " + std::to_string(row.segment_count));
         for (std::int32_t k = 1; k <= row.segment_count; ++k) {
             cards_.read(CARD_SEGMENT);
             // Segments count as they come, whatever number the card gives them.
