@@ -45,8 +45,8 @@ void for_records(std::int64_t records, Action action) {
     for (std::int32_t element = 1; element <= ELEMENTS; ++element) {
         const std::int32_t first = static_cast<std::int32_t>(std::int64_t{element} * GROUPS / ELEMENTS);
         for (std::int32_t k = 0; k < groups_of_each; ++k)
-            action(MemberRecord{(first + k) % GROUPS + 1, 1 + element / 50 % 4, element, ELEMENT_CONTINUUM,
-                                ROW_OUTLINE});
+            action(MemberRecord{(first + k) % GROUPS + 1, MaterialNumber(1 + element / 50 % 4),
+                                ElementNumber(element), ELEMENT_CONTINUUM, ROW_OUTLINE});
     }
 }
 
@@ -97,7 +97,7 @@ public:
     }
     void run() const {
         MemberCollector members(run_->deck.groups);
-        members.add_material(ELEMENT_CONTINUUM, 4);
+        members.add_material(ELEMENT_CONTINUUM, MaterialNumber(4));
         for_records(records_, [&](const MemberRecord& r) { members.add(r); });
         write_group_outputs(run_->channels, run_->trace, run_->settings, run_->deck.groups, run_->listing,
                             members.found(), run_->units, "..\\out.Mes", {NODES, ELEMENTS, 0, 0});

@@ -244,10 +244,10 @@ std::string file_name(const SlopeModel& model) {
 
 std::string text_of(const SlopeModel& model, const Template& mesh, Set set) {
     const std::vector<int> node = numbers_of(mesh.nodes.size(), [&](std::size_t i) {
-        return mesh.slope_point[i] < 0 ? 0 : model.node(mesh.slope_point[i] + 1);
+        return mesh.slope_point[i] < 0 ? 0 : model.node(mesh.slope_point[i] + 1).value;
     });
     const std::vector<int> element = numbers_of(mesh.elements.size(), [&](std::size_t i) {
-        return mesh.elements[i].slope_part < 0 ? 0 : model.element(mesh.elements[i].slope_part);
+        return mesh.elements[i].slope_part < 0 ? 0 : model.element(mesh.elements[i].slope_part).value;
     });
     const bool scalar = set == Set::scalar;
     std::string text = "* Slope template of the earth dam, written by tools/slope_templates\n";

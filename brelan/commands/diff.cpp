@@ -18,10 +18,10 @@ namespace brelan::tool {
 namespace {
 
 Number number_of(const Node& node) {
-    return node.number;
+    return node.number.value;
 }
 Number number_of(const Element& element) {
-    return element.number;
+    return element.number.value;
 }
 
 // "12, 15 to 19": numbers with their runs closed up, at most `list` of them.
@@ -104,14 +104,14 @@ public:
                                        {"other_node", numbers_of(p).second},
                                        {"fields", fields_json(node_changes(a_, b_, p))}};
                        })}};
-        j["elements"] = {{"only_a", only_json(a_.elements, d_.elements_only_a)},
-                         {"only_b", only_json(b_.elements, d_.elements_only_b)},
-                         {"changed", some_json(d_.elements_changed, [&](const PlacePair& p) {
-                              return Json{
-                                  {"element", a_.elements[static_cast<std::size_t>(p.first)].number},
-                                  {"other_element", b_.elements[static_cast<std::size_t>(p.second)].number},
-                                  {"fields", fields_json(changes(p))}};
-                          })}};
+        j["elements"] = {
+            {"only_a", only_json(a_.elements, d_.elements_only_a)},
+            {"only_b", only_json(b_.elements, d_.elements_only_b)},
+            {"changed", some_json(d_.elements_changed, [&](const PlacePair& p) {
+                 return Json{{"element", a_.elements[static_cast<std::size_t>(p.first)].number.value},
+                             {"other_element", b_.elements[static_cast<std::size_t>(p.second)].number.value},
+                             {"fields", fields_json(changes(p))}};
+             })}};
         return j;
     }
 
@@ -151,8 +151,8 @@ private:
     }
 
     std::pair<Number, Number> numbers_of(const PlacePair& p) const {
-        return {a_.nodes[static_cast<std::size_t>(p.first)].number,
-                b_.nodes[static_cast<std::size_t>(p.second)].number};
+        return {a_.nodes[static_cast<std::size_t>(p.first)].number.value,
+                b_.nodes[static_cast<std::size_t>(p.second)].number.value};
     }
 
     static std::string pair_name(Number a, Number b) {
@@ -162,8 +162,8 @@ private:
         return pair_name(numbers_of(p).first, numbers_of(p).second);
     }
     std::string element_name(const PlacePair& p) const {
-        return pair_name(a_.elements[static_cast<std::size_t>(p.first)].number,
-                         b_.elements[static_cast<std::size_t>(p.second)].number);
+        return pair_name(a_.elements[static_cast<std::size_t>(p.first)].number.value,
+                         b_.elements[static_cast<std::size_t>(p.second)].number.value);
     }
 
     std::vector<FieldChange> changes(const PlacePair& p) const {

@@ -7,16 +7,17 @@ namespace brelan::tool {
 namespace {
 
 std::string midsides_text(const ElementWords& w) {
-    return fmt::format("({} {} {} {})", w.midside_5, w.midside_6, w.midside_7, w.midside_8);
+    return fmt::format("({} {} {} {})", w.midside_5.value, w.midside_6.value, w.midside_7.value,
+                       w.midside_8.value);
 }
 
 std::string nodes_text(const Element& e) {
     const ElementWords& w = e.words;
-    std::string text = fmt::format("{} {}", w.corner_1, w.corner_2);
+    std::string text = fmt::format("{} {}", w.corner_1.value, w.corner_2.value);
     if (e.is_line())
         return text;
-    text += fmt::format(" {} {}", w.corner_3, w.corner_4);
-    if (w.midside_5 != 0 || w.midside_6 != 0 || w.midside_7 != 0 || w.midside_8 != 0)
+    text += fmt::format(" {} {}", w.corner_3.value, w.corner_4.value);
+    if (w.midside_5.value != 0 || w.midside_6.value != 0 || w.midside_7.value != 0 || w.midside_8.value != 0)
         text += " " + midsides_text(w);
     return text;
 }
@@ -55,7 +56,8 @@ std::vector<FieldChange> element_changes(const MeshLists& a, const MeshLists& b,
     if (nodes && !same_nodes(x.words, y.words))
         changes.push_back({"nodes", nodes_text(x), nodes_text(y)});
     if (x.words.material != y.words.material)
-        changes.push_back({"material", std::to_string(x.words.material), std::to_string(y.words.material)});
+        changes.push_back(
+            {"material", std::to_string(x.words.material.value), std::to_string(y.words.material.value)});
     if (x.is_line() || y.is_line() || a.kind != b.kind)
         return changes;
     for (const AttributeField& attribute : attribute_fields(a.kind))

@@ -66,7 +66,7 @@ MeshLists squares(LayoutKind kind, int left, int columns, int rows, Number first
             const bool side = c == 0 || c == columns;
             const bool bottom = r == rows;
             Node node;
-            node.number = static_cast<Number>(mesh.nodes.size()) + 1;
+            node.number = NodeNumber(static_cast<Number>(mesh.nodes.size()) + 1);
             node.x = static_cast<float>(left + c);
             node.y = static_cast<float>(rows - r);
             const std::int32_t x = side ? 1 : 0, y = bottom ? 1 : 0;
@@ -83,13 +83,14 @@ MeshLists squares(LayoutKind kind, int left, int columns, int rows, Number first
             }
             mesh.nodes.push_back(node);
         }
-    const auto node_at = [&](int c, int r) { return static_cast<Number>(c * (rows + 1) + r + 1); };
+    const auto node_at = [&](int c, int r) { return NodeNumber(c * (rows + 1) + r + 1); };
     for (int c = 0; c < columns; ++c)
         for (int r = 0; r < rows; ++r) {
             Element e;
-            e.number = first_element + static_cast<Number>(mesh.elements.size());
+            e.number = ElementNumber(first_element + static_cast<Number>(mesh.elements.size()));
             e.words = {
-                node_at(c + 1, r), node_at(c, r), node_at(c, r + 1), node_at(c + 1, r + 1), 0, 0, 0, 0, 1};
+                node_at(c + 1, r), node_at(c, r), node_at(c, r + 1), node_at(c + 1, r + 1), {}, {}, {}, {},
+                MaterialNumber(1)};
             e.fluid = 1;
             e.integration_r = e.integration_s = 2;
             e.thickness = 1.0F;
@@ -103,9 +104,9 @@ void add_line(MeshLists& mesh, ElementClass of, Number i, Number j) {
     Element e;
     e.of = of;
     e.number = mesh.elements.back().number + 1;
-    e.words.corner_1 = e.words.corner_4 = i;
-    e.words.corner_2 = e.words.corner_3 = j;
-    e.words.material = 1;
+    e.words.corner_1 = e.words.corner_4 = NodeNumber(i);
+    e.words.corner_2 = e.words.corner_3 = NodeNumber(j);
+    e.words.material = MaterialNumber(1);
     mesh.elements.push_back(e);
 }
 
@@ -113,7 +114,7 @@ void add_line(MeshLists& mesh, ElementClass of, Number i, Number j) {
 MeshLists start_mesh(LayoutKind kind) {
     MeshLists mesh = squares(kind, 0, 6, 3, 1);
     for (std::size_t e = 0; e < mesh.elements.size(); e += 3)
-        mesh.elements[e].words.material = 2;
+        mesh.elements[e].words.material = MaterialNumber(2);
     add_line(mesh, ElementClass::beam, 13, 14);
     add_line(mesh, ElementClass::beam, 14, 15);
     add_line(mesh, ElementClass::truss, 21, 25);

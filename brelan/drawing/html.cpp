@@ -114,7 +114,7 @@ private:
     void add_groups() {
         std::map<std::pair<ElementClass, std::int32_t>, std::size_t> counts;
         for (const Element& e : mesh_.elements)
-            ++counts[{e.of, e.words.material}];
+            ++counts[{e.of, e.words.material.value}];
         data_["groups"] = Json::Array();
         for (const auto& [key, count] : counts) {
             const auto& [of, material] = key;
@@ -134,7 +134,7 @@ private:
         std::vector<std::int32_t> numbers;
         std::vector<float> x, y, h, cf;
         for (const Node& node : mesh_.nodes) {
-            numbers.push_back(node.number);
+            numbers.push_back(node.number.value);
             x.push_back(node.x);
             y.push_back(node.y);
             h.push_back(node.head);
@@ -170,13 +170,14 @@ private:
         bool has_midsides = false;
         for (std::size_t i = 0; i < corners_.size(); ++i) {
             const Element& e = mesh_.elements[i];
-            numbers.push_back(e.number);
-            groups.push_back(groups_.at({e.of, e.words.material}));
+            numbers.push_back(e.number.value);
+            groups.push_back(groups_.at({e.of, e.words.material.value}));
             corners.insert(corners.end(), corners_[i].place.begin(), corners_[i].place.end());
             const ElementWords& w = e.words;
-            midsides.insert(midsides.end(), {w.midside_5, w.midside_6, w.midside_7, w.midside_8});
-            has_midsides =
-                has_midsides || w.midside_5 != 0 || w.midside_6 != 0 || w.midside_7 != 0 || w.midside_8 != 0;
+            midsides.insert(midsides.end(),
+                            {w.midside_5.value, w.midside_6.value, w.midside_7.value, w.midside_8.value});
+            has_midsides = has_midsides || w.midside_5.value != 0 || w.midside_6.value != 0 ||
+                           w.midside_7.value != 0 || w.midside_8.value != 0;
         }
         arrays_.add("elementNumber", numbers);
         arrays_.add("numberLine", element_number_lines(mesh_, corners_));
@@ -222,8 +223,9 @@ private:
                 continue;
             std::vector<std::int32_t> elements, doubles;
             for (std::size_t i = 0; i < corners_.size(); ++i)
-                if (mesh_.elements[i].of == key.first && mesh_.elements[i].words.material == key.second &&
-                    corners_[i].complete() && !tangled[i]) {
+                if (mesh_.elements[i].of == key.first &&
+                    mesh_.elements[i].words.material.value == key.second && corners_[i].complete() &&
+                    !tangled[i]) {
                     (over[i] != 0 ? doubles : elements).push_back(static_cast<std::int32_t>(i));
                     side += std::sqrt(std::abs(signed_area(mesh_, corners_[i])));
                 }

@@ -97,7 +97,7 @@ private:
     void sort_elements() {
         for (std::size_t i = 0; i < corners_.size(); ++i)
             if (corners_[i].complete())
-                groups_[{mesh_.elements[i].of, mesh_.elements[i].words.material}].push_back(
+                groups_[{mesh_.elements[i].of, mesh_.elements[i].words.material.value}].push_back(
                     static_cast<std::int32_t>(i));
         for (const auto& [key, elements] : groups_)
             if (const auto count =
@@ -265,7 +265,7 @@ private:
             const Position p = page_.on_page(mesh_.point(static_cast<std::int32_t>(n)));
             if (!page_.shows(p))
                 continue;
-            std::string text = std::to_string(mesh_.nodes[n].number);
+            std::string text = std::to_string(mesh_.nodes[n].number.value);
             const double width = DIGIT * static_cast<double>(text.size());
             nodes.labels.push_back({beside(p, places[n], width, SIZE), std::move(text)});
         }
@@ -284,7 +284,7 @@ private:
             const Position p = page_.on_page(middle(mesh_, corners_[i]));
             if (page_.shows(p))
                 elements.labels.push_back(
-                    {{p.x, p.y + 3.0 + SIZE * lines[i]}, std::to_string(mesh_.elements[i].number)});
+                    {{p.x, p.y + 3.0 + SIZE * lines[i]}, std::to_string(mesh_.elements[i].number.value)});
         }
         for (Labels* labels : {&nodes, &elements})
             if (labels->labels.size() > MOST)

@@ -81,11 +81,11 @@ public:
         require_single_numbers();
         for (const Node& node : mesh_.nodes) {
             cells_.points.insert(cells_.points.end(), {node.x, node.y, 0.0F});
-            cells_.point_tags.push_back(node.number);
+            cells_.point_tags.push_back(node.number.value);
         }
         for (const Element& e : mesh_.elements) {
             add_element(e);
-            cells_.cell_tags.push_back(e.number);
+            cells_.cell_tags.push_back(e.number.value);
         }
         add_groups();
         add_point_data();
@@ -96,13 +96,13 @@ public:
 private:
     void require_single_numbers() const {
         for (std::size_t n = 1; n < mesh_.nodes.size(); ++n)
-            if (mesh_.nodes[n].number == mesh_.nodes[n - 1].number)
+            if (mesh_.nodes[n].number.value == mesh_.nodes[n - 1].number.value)
                 throw Failure(
-                    fmt::format("{}: node number {} stands twice", mesh_.file, mesh_.nodes[n].number));
+                    fmt::format("{}: node number {} stands twice", mesh_.file, mesh_.nodes[n].number.value));
         for (std::size_t i = 0; i < mesh_.elements.size(); ++i)
-            if (mesh_.element_place(mesh_.elements[i].number) != static_cast<std::int32_t>(i))
-                throw Failure(
-                    fmt::format("{}: element number {} stands twice", mesh_.file, mesh_.elements[i].number));
+            if (mesh_.element_place(mesh_.elements[i].number.value) != static_cast<std::int32_t>(i))
+                throw Failure(fmt::format("{}: element number {} stands twice", mesh_.file,
+                                          mesh_.elements[i].number.value));
     }
 
     void add_element(const Element& e) {
@@ -112,10 +112,10 @@ private:
             nodes[static_cast<std::size_t>(k)] = mesh_.node_place(e.corner(k));
             if (nodes[static_cast<std::size_t>(k)] == MeshLists::NONE)
                 throw Failure(fmt::format("{}: element {} names node {}, which is not there", mesh_.file,
-                                          e.number, e.corner(k)));
+                                          e.number.value, e.corner(k)));
         }
-        const std::array<Number, 4> midsides{e.words.midside_5, e.words.midside_6, e.words.midside_7,
-                                             e.words.midside_8};
+        const std::array<Number, 4> midsides{e.words.midside_5.value, e.words.midside_6.value,
+                                             e.words.midside_7.value, e.words.midside_8.value};
         int there = 0;
         for (int k = 0; k < corners && !e.is_line(); ++k) {
             const std::int32_t place = mesh_.node_place(midsides[static_cast<std::size_t>(k)]);
@@ -134,7 +134,7 @@ private:
     void add_groups() {
         std::map<std::pair<ElementClass, std::int32_t>, std::int32_t> places;
         for (const Element& e : mesh_.elements)
-            places[{e.of, e.words.material}] = 0;
+            places[{e.of, e.words.material.value}] = 0;
         std::set<std::int32_t> materials{0};
         for (const auto& [key, place] : places)
             materials.insert(key.second);
@@ -158,12 +158,12 @@ private:
             cells_.groups.push_back(group);
         }
         for (const Element& e : mesh_.elements)
-            cells_.group_of.push_back(places[{e.of, e.words.material}]);
+            cells_.group_of.push_back(places[{e.of, e.words.material.value}]);
     }
 
     void add_point_data() {
         std::vector<DataArray>& data = cells_.point_data;
-        data.push_back(array_of(NUMBER, true, mesh_.nodes, [](const Node& n) { return n.number; }));
+        data.push_back(array_of(NUMBER, true, mesh_.nodes, [](const Node& n) { return n.number.value; }));
         const std::vector<std::string_view> codes = code_names(mesh_.kind);
         for (std::size_t k = 0; k < codes.size(); ++k)
             data.push_back(array_of(codes[k], true, mesh_.nodes, [k](const Node& n) { return n.codes[k]; }));
@@ -176,8 +176,9 @@ private:
     void add_cell_data() {
         std::vector<DataArray>& data = cells_.cell_data;
         const std::vector<Element>& elements = mesh_.elements;
-        data.push_back(array_of(NUMBER, true, elements, [](const Element& e) { return e.number; }));
-        data.push_back(array_of(MATERIAL, true, elements, [](const Element& e) { return e.words.material; }));
+        data.push_back(array_of(NUMBER, true, elements, [](const Element& e) { return e.number.value; }));
+        data.push_back(
+            array_of(MATERIAL, true, elements, [](const Element& e) { return e.words.material.value; }));
         data.push_back(
             array_of(CLASS, true, elements, [](const Element& e) { return static_cast<int>(e.of) + 1; }));
         for (const AttributeField& a : attribute_fields(mesh_.kind))
@@ -188,13 +189,13 @@ private:
                 data.push_back(
                     array_of(a.name, false, elements, [&](const Element& e) { return e.*a.real; }));
         if (std::none_of(elements.begin(), elements.end(), [](const Element& e) {
-                return e.words.midside_5 != 0 || e.words.midside_6 != 0 || e.words.midside_7 != 0 ||
-                       e.words.midside_8 != 0;
+                return e.words.midside_5.value != 0 || e.words.midside_6.value != 0 ||
+                       e.words.midside_7.value != 0 || e.words.midside_8.value != 0;
             }))
             return;
         for (const auto& [name, word] : MIDSIDES)
-            data.push_back(
-                array_of(name, true, elements, [word = word](const Element& e) { return e.words.*word; }));
+            data.push_back(array_of(name, true, elements,
+                                    [word = word](const Element& e) { return (e.words.*word).value; }));
     }
 
     const MeshLists& mesh_;

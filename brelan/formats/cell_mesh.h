@@ -71,7 +71,7 @@ struct CellMesh {
 inline constexpr std::string_view NUMBER = "number", MATERIAL = "material", CLASS = "class";
 
 // The arrays of the midside nodes, whose values are numbers.
-inline constexpr std::array<std::pair<std::string_view, std::int32_t ElementWords::*>, 4> MIDSIDES{
+inline constexpr std::array<std::pair<std::string_view, NodeNumber ElementWords::*>, 4> MIDSIDES{
     {{"M5", &ElementWords::midside_5},
      {"M6", &ElementWords::midside_6},
      {"M7", &ElementWords::midside_7},

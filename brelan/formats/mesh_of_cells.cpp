@@ -168,7 +168,8 @@ private:
         for (std::size_t i = 0; i < places_.size(); ++i) {
             const float* p = cells_.points.data() + 3 * places_[i];
             Node node;
-            node.number = numbers_[places_[i]] = list[i];
+            numbers_[places_[i]] = list[i];
+            node.number = NodeNumber(list[i]);
             node.x = p[0];
             node.y = p[1];
             node.coefficient = value_name(mesh().kind).empty() ? 0.0F : USUAL_CF;
@@ -270,7 +271,7 @@ private:
             const std::size_t cell = cells_of_elements_[i];
             Element& e = mesh().elements[i];
             e = element_of(cell, e.of, material_of(cell, materials));
-            e.number = list[i];
+            e.number = ElementNumber(list[i]);
             const GroupMeaning* meaning = meaning_of_cell(cell);
             mesh().flow_lines = mesh().flow_lines || (meaning != nullptr && meaning->flow_line);
         }
@@ -281,11 +282,11 @@ private:
 
     Element element_of(std::size_t cell, ElementClass of, std::int32_t material) {
         const std::int32_t* nodes = cells_.nodes.data() + cells_.first_node(cell);
-        const auto number = [&](int k) { return numbers_[static_cast<std::size_t>(nodes[k])]; };
+        const auto number = [&](int k) { return NodeNumber(numbers_[static_cast<std::size_t>(nodes[k])]); };
         Element e;
         e.of = of;
         if (e.is_line()) {
-            static_cast<ElementRecord&>(e) = two_node_element(number(0), number(1), material);
+            static_cast<ElementRecord&>(e) = two_node_element(number(0), number(1), MaterialNumber(material));
             return e;
         }
         const Shape2D shape = cells_.shapes[cell];
@@ -293,14 +294,14 @@ private:
         e.words.corner_1 = number(0);
         e.words.corner_2 = number(1);
         e.words.corner_3 = number(2);
-        e.words.corner_4 = corners == 4 ? number(3) : 0;
+        e.words.corner_4 = corners == 4 ? number(3) : NodeNumber{};
         if (shape != Shape2D::triangle && shape != Shape2D::quad) {
             e.words.midside_5 = number(corners);
             e.words.midside_6 = number(corners + 1);
             e.words.midside_7 = number(corners + 2);
-            e.words.midside_8 = corners == 4 ? number(corners + 3) : 0;
+            e.words.midside_8 = corners == 4 ? number(corners + 3) : NodeNumber{};
         }
-        e.words.material = material;
+        e.words.material = MaterialNumber(material);
         e.fluid = 1;
         e.integration_r = e.integration_s = 2;
         e.thickness = 1.0F;
@@ -329,11 +330,11 @@ private:
         for (const auto& [name, word] : MIDSIDES) {
             const std::vector<std::int32_t> values = integers(cells_.cell_array(name));
             for (std::size_t i = 0; i < cells_of_elements_.size() && !values.empty(); ++i)
-                mesh().elements[i].words.*word = values[cells_of_elements_[i]];
+                mesh().elements[i].words.*word = NodeNumber(values[cells_of_elements_[i]]);
         }
         if (!has_midside_nodes(mesh().kind))
             for (Element& e : mesh().elements)
-                e.words.midside_5 = e.words.midside_6 = e.words.midside_7 = e.words.midside_8 = 0;
+                e.words.midside_5 = e.words.midside_6 = e.words.midside_7 = e.words.midside_8 = {};
     }
 
     // The nodes of beams turn; those of other programs' lines cannot say so.
@@ -346,10 +347,9 @@ private:
         std::vector<bool> of_beam(static_cast<std::size_t>(HIGHEST_NODE_NUMBER) + 1, false);
         for (const Element& e : mesh().elements)
             if (e.of == ElementClass::beam)
-                of_beam[static_cast<std::size_t>(e.words.corner_1)] =
-                    of_beam[static_cast<std::size_t>(e.words.corner_2)] = true;
+                of_beam[e.words.corner_1.place()] = of_beam[e.words.corner_2.place()] = true;
         for (Node& node : mesh().nodes)
-            if (of_beam[static_cast<std::size_t>(node.number)])
+            if (of_beam[node.number.place()])
                 node.codes[static_cast<std::size_t>(rotation - names.begin())] = 0;
     }
 

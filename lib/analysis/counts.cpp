@@ -42,15 +42,15 @@ Counts count_mesh(const MeshLists& mesh, const std::vector<CornerPlaces>& corner
     Counts counts;
     counts.bounds = mesh.bounds();
     for (const Node& node : mesh.nodes)
-        widen(counts.nodes, node.number);
+        widen(counts.nodes, node.number.value);
     std::map<std::pair<ElementClass, std::int32_t>, MaterialRow> table;
     for (std::size_t i = 0; i < corners.size(); ++i) {
         const Element& e = mesh.elements[i];
         const CornerPlaces& c = corners[i];
-        widen(counts.elements, e.number);
-        MaterialRow& row = table[{e.of, e.words.material}];
+        widen(counts.elements, e.number.value);
+        MaterialRow& row = table[{e.of, e.words.material.value}];
         row.of = e.of;
-        row.material = e.words.material;
+        row.material = e.words.material.value;
         ++row.count;
         if (e.of == ElementClass::solid)
             ++(c.count == 3 ? counts.triangles : counts.quadrilaterals);

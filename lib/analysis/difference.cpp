@@ -8,8 +8,8 @@ namespace brelan {
 
 namespace {
 
-template <class Record>
-std::vector<std::int32_t> places_by_number(const std::vector<Record>& records, Number Record::*number) {
+template <class Record, class Numbered>
+std::vector<std::int32_t> places_by_number(const std::vector<Record>& records, Numbered Record::*number) {
     std::vector<std::int32_t> order(records.size());
     for (std::size_t i = 0; i < order.size(); ++i)
         order[i] = static_cast<std::int32_t>(i);
@@ -20,9 +20,9 @@ std::vector<std::int32_t> places_by_number(const std::vector<Record>& records, N
 }
 
 // Goes through two lists in ascending number side by side; returns what both have.
-template <class Record>
+template <class Record, class Numbered>
 std::vector<PlacePair> common(const std::vector<Record>& a, const std::vector<Record>& b,
-                              Number Record::*number, std::vector<std::int32_t>& only_a,
+                              Numbered Record::*number, std::vector<std::int32_t>& only_a,
                               std::vector<std::int32_t>& only_b) {
     const std::vector<std::int32_t> order_a = places_by_number(a, number),
                                     order_b = places_by_number(b, number);
@@ -32,7 +32,7 @@ std::vector<PlacePair> common(const std::vector<Record>& a, const std::vector<Re
         return records[static_cast<std::size_t>(place)].*number;
     };
     while (i < order_a.size() && j < order_b.size()) {
-        const Number na = number_of(a, order_a[i]), nb = number_of(b, order_b[j]);
+        const Numbered na = number_of(a, order_a[i]), nb = number_of(b, order_b[j]);
         if (na == nb)
             both.emplace_back(order_a[i++], order_b[j++]);
         else if (na < nb)
@@ -74,8 +74,8 @@ Difference difference_by_number(const MeshLists& a, const MeshLists& b, double t
                                           b.nodes[static_cast<std::size_t>(pair.second)]))
             d.nodes_changed.push_back(pair);
     }
-    Number ElementRecord::*const number = &ElementRecord::number;
-    const auto both = common(a.elements, b.elements, static_cast<Number Element::*>(number),
+    ElementNumber ElementRecord::*const number = &ElementRecord::number;
+    const auto both = common(a.elements, b.elements, static_cast<ElementNumber Element::*>(number),
                              d.elements_only_a, d.elements_only_b);
     for (const PlacePair& pair : both) {
         const Element& x = a.elements[static_cast<std::size_t>(pair.first)];

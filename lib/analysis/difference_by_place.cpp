@@ -58,8 +58,8 @@ Cycle canonical(const CornerPlaces& c, const std::vector<std::int32_t>& number, 
 Cycle midsides(const Side& side, const Element& e, const CornerPlaces& corners) {
     int start = 0;
     canonical(corners, side.mapped, start);
-    const std::array<Number, 4> numbers{e.words.midside_5, e.words.midside_6, e.words.midside_7,
-                                        e.words.midside_8};
+    const std::array<Number, 4> numbers{e.words.midside_5.value, e.words.midside_6.value,
+                                        e.words.midside_7.value, e.words.midside_8.value};
     Cycle cycle{};
     for (int k = 0; k < corners.count; ++k) {
         const Number number = numbers[static_cast<std::size_t>((start + k) % corners.count)];
@@ -112,7 +112,7 @@ void sign_nodes(Side& side, bool with_values) {
         int start = 0;
         const Cycle cycle = canonical(c, side.place, start);
         std::uint64_t h =
-            mixed(static_cast<std::uint64_t>(e.of), static_cast<std::uint64_t>(e.words.material));
+            mixed(static_cast<std::uint64_t>(e.of), static_cast<std::uint64_t>(e.words.material.value));
         for (const std::int32_t p : cycle)
             h = mixed(h, static_cast<std::uint64_t>(p));
         for (int k = 0; k < c.count; ++k)

@@ -113,7 +113,7 @@ public:
 private:
     void add(const ElementRecord& element, std::int8_t type) {
         Element e{element};
-        if (e.number < 0) {
+        if (e.number.value < 0) {
             ++mesh_.deleted;
             return;
         }
@@ -159,25 +159,25 @@ void require_fields(const MeshLists& mesh) {
     require_range(static_cast<std::int64_t>(mesh.nodes.size()), 0, HIGHEST_NODE_NUMBER,
                   "count of nodes:", HIGHEST_NODE_NUMBER);
     for (const Node& node : mesh.nodes) {
-        require_range(node.number, 1, HIGHEST_NODE_NUMBER, "node", node.number);
+        require_range(node.number.value, 1, HIGHEST_NODE_NUMBER, "node", node.number.value);
         for (const std::int32_t code : node.codes)
-            require_range(code, LOW, HIGH, "code of node", node.number);
+            require_range(code, LOW, HIGH, "code of node", node.number.value);
     }
     for (const Element& e : mesh.elements) {
-        require_range(e.number, 1, HIGHEST_ELEMENT_NUMBER, "element", e.number);
+        require_range(e.number.value, 1, HIGHEST_ELEMENT_NUMBER, "element", e.number.value);
         const ElementWords& w = e.words;
-        require_range(w.material, e.is_line() ? SIX_LOW : LOW,
+        require_range(w.material.value, e.is_line() ? SIX_LOW : LOW,
                       e.is_line() ? SIX_HIGH
                       : midsides  ? HIGH
                                   : FIVE_HIGH,
-                      "material of element", e.number);
-        for (const std::int32_t word : {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
-                                        w.midside_6, w.midside_7, w.midside_8})
-            require_range(word, SIX_LOW, HIGHEST_NODE_NUMBER, "node of element", e.number);
+                      "material of element", e.number.value);
+        for (const NodeNumber word : {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
+                                      w.midside_6, w.midside_7, w.midside_8})
+            require_range(word.value, SIX_LOW, HIGHEST_NODE_NUMBER, "node of element", e.number.value);
         if (!e.is_line())
             for (const AttributeField& attribute : attribute_fields(mesh.kind))
                 if (attribute.whole != nullptr)
-                    require_range(e.*attribute.whole, LOW, HIGH, "attribute of element", e.number);
+                    require_range(e.*attribute.whole, LOW, HIGH, "attribute of element", e.number.value);
     }
 }
 

@@ -15,15 +15,15 @@ constexpr std::array<std::string_view, 4> KIND_NAMES{"coupled", "temperature", "
 // From here on IDH in a file stands for a negative one, the mark of a joint.
 constexpr std::int32_t FIRST_JOINT_CODE = 100;
 
-template <class Record>
-std::vector<std::int32_t> places_by_number(const std::vector<Record>& records, Number Record::*number) {
-    Number last = 0;
+template <class Record, class Numbered>
+std::vector<std::int32_t> places_by_number(const std::vector<Record>& records, Numbered Record::*number) {
+    Numbered last;
     for (const Record& record : records)
         last = std::max(last, record.*number);
-    std::vector<std::int32_t> place(static_cast<std::size_t>(last) + 1, MeshLists::NONE);
+    std::vector<std::int32_t> place(last.place() + 1, MeshLists::NONE);
     for (std::size_t i = 0; i < records.size(); ++i)
-        if (records[i].*number >= 1)
-            place[static_cast<std::size_t>(records[i].*number)] = static_cast<std::int32_t>(i);
+        if ((records[i].*number).names_one())
+            place[(records[i].*number).place()] = static_cast<std::int32_t>(i);
     return place;
 }
 
@@ -41,11 +41,11 @@ void MeshLists::finish() {
     node_place_ = places_by_number(nodes, &Node::number);
     Number last = 0;
     for (const Element& e : elements)
-        last = std::max(last, e.number);
+        last = std::max(last, e.number.value);
     element_place_.assign(static_cast<std::size_t>(last) + 1, NONE);
     for (std::size_t i = 0; i < elements.size(); ++i)
-        if (elements[i].number >= 1)
-            element_place_[static_cast<std::size_t>(elements[i].number)] = static_cast<std::int32_t>(i);
+        if (elements[i].number.names_one())
+            element_place_[elements[i].number.place()] = static_cast<std::int32_t>(i);
 }
 
 Bounds MeshLists::bounds() const {

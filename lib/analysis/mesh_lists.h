@@ -38,11 +38,15 @@ struct Element : ElementRecord {
     bool is_line() const { return of == ElementClass::beam || of == ElementClass::truss; }
 
     // 2 for beams and trusses, 3 for triangles, 4 for quadrilaterals.
-    int corner_count() const { return is_line() ? 2 : words.corner_4 > 0 ? 4 : 3; }
+    int corner_count() const { return is_line() ? 2 : words.corner_4.names_one() ? 4 : 3; }
 
     // Corner k from 0, in order round the element.
     Number corner(int k) const {
-        return k == 0 ? words.corner_1 : k == 1 ? words.corner_2 : k == 2 ? words.corner_3 : words.corner_4;
+        return (k == 0   ? words.corner_1
+                : k == 1 ? words.corner_2
+                : k == 2 ? words.corner_3
+                         : words.corner_4)
+            .value;
     }
 
     // Type of its section in a mesh file.

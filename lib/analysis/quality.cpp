@@ -93,11 +93,11 @@ Quality measure_quality(const MeshLists& mesh, const std::vector<CornerPlaces>& 
             continue;
         const Shape shape = shape_of(mesh, corners[i]);
         ++quality.solids;
-        smallest_angle.add(e.number, shape.smallest_angle);
-        largest_angle.add(e.number, shape.largest_angle);
-        aspect_ratio.add(e.number, shape.aspect_ratio);
-        area.add(e.number, shape.area);
-        side.add(e.number, shape.shortest_side);
+        smallest_angle.add(e.number.value, shape.smallest_angle);
+        largest_angle.add(e.number.value, shape.largest_angle);
+        aspect_ratio.add(e.number.value, shape.aspect_ratio);
+        area.add(e.number.value, shape.area);
+        side.add(e.number.value, shape.shortest_side);
         const auto bin = std::upper_bound(ANGLE_LIMITS.begin(), ANGLE_LIMITS.end(), shape.smallest_angle);
         ++quality.by_angle[static_cast<std::size_t>(bin - ANGLE_LIMITS.begin())];
     }

@@ -46,7 +46,7 @@ public:
 private:
     static std::size_t at(std::int32_t place) { return static_cast<std::size_t>(place); }
     const Element& element(std::int32_t place) const { return mesh_.elements[at(place)]; }
-    Number node_number(std::int32_t place) const { return mesh_.nodes[at(place)].number; }
+    Number node_number(std::int32_t place) const { return mesh_.nodes[at(place)].number.value; }
 
     void add(Check check, const Place& place) {
         result_.findings[static_cast<std::size_t>(check)].places.push_back(place);
@@ -54,12 +54,12 @@ private:
 
     void check_numbers() {
         for (std::size_t n = 1; n < mesh_.nodes.size(); ++n)
-            if (mesh_.nodes[n].number == mesh_.nodes[n - 1].number)
+            if (mesh_.nodes[n].number.value == mesh_.nodes[n - 1].number.value)
                 add(Check::number_used_twice,
-                    {0, mesh_.nodes[n].number, 0, mesh_.point(static_cast<std::int32_t>(n))});
+                    {0, mesh_.nodes[n].number.value, 0, mesh_.point(static_cast<std::int32_t>(n))});
         std::vector<Number> numbers;
         for (const Element& e : mesh_.elements)
-            numbers.push_back(e.number);
+            numbers.push_back(e.number.value);
         std::sort(numbers.begin(), numbers.end());
         for (std::size_t i = 1; i < numbers.size(); ++i)
             if (numbers[i] == numbers[i - 1])
@@ -68,7 +68,7 @@ private:
             const Element& e = mesh_.elements[i];
             for (int k = 0; k < corners_[i].count; ++k)
                 if (corners_[i][k] == MeshLists::NONE)
-                    add(Check::missing_node, {e.number, e.corner(k), 0, {}});
+                    add(Check::missing_node, {e.number.value, e.corner(k), 0, {}});
         }
     }
 
@@ -79,7 +79,7 @@ private:
             const CornerPlaces& c = corners_[i];
             if (!c.complete() || e.of == ElementClass::joint)
                 continue;
-            const Place here{e.number, 0, 0, middle(mesh_, c)};
+            const Place here{e.number.value, 0, 0, middle(mesh_, c)};
             double longest = 0.0;
             bool twice = false;
             for (int k = 0; k < c.count; ++k) {
@@ -121,14 +121,14 @@ private:
                     if (mesh_.elements[i].of == ElementClass::solid)
                         of_solid_[at(corners_[i][k])] = 1;
                 }
-            for (const Number midside : {w.midside_5, w.midside_6, w.midside_7, w.midside_8})
-                if (mesh_.node_place(midside) != MeshLists::NONE)
-                    used[at(mesh_.node_place(midside))] = 1;
+            for (const NodeNumber midside : {w.midside_5, w.midside_6, w.midside_7, w.midside_8})
+                if (mesh_.node_place(midside.value) != MeshLists::NONE)
+                    used[at(mesh_.node_place(midside.value))] = 1;
         }
         for (std::size_t n = 0; n < used.size(); ++n)
             if (used[n] == 0)
                 add(Check::unused_node,
-                    {0, mesh_.nodes[n].number, 0, mesh_.point(static_cast<std::int32_t>(n))});
+                    {0, mesh_.nodes[n].number.value, 0, mesh_.point(static_cast<std::int32_t>(n))});
     }
 
     // One solid of each set of doubles goes on to the search for sides.
@@ -142,7 +142,8 @@ private:
     void add_double(std::int32_t later, std::int32_t earlier) {
         const bool same = element(later).words.material == element(earlier).words.material;
         add(same ? Check::duplicate_element : Check::double_element,
-            {element(later).number, 0, element(earlier).number, middle(mesh_, corners_[at(later)])});
+            {element(later).number.value, 0, element(earlier).number.value,
+             middle(mesh_, corners_[at(later)])});
     }
 
     void find_sides() {
@@ -171,8 +172,9 @@ private:
                 free_.push_back(sides[i]);
                 loops.join(sides[i].low, sides[i].high);
             } else if (end - i > 2) {
-                add(Check::crowded_side, {element(sides[i + 2].element).number, node_number(sides[i].low),
-                                          node_number(sides[i].high), mesh_.point(sides[i].low)});
+                add(Check::crowded_side,
+                    {element(sides[i + 2].element).number.value, node_number(sides[i].low),
+                     node_number(sides[i].high), mesh_.point(sides[i].low)});
             }
             i = end;
         }
@@ -184,7 +186,7 @@ private:
         std::vector<std::int32_t> roots;
         for (const Side& side : free_) {
             free.edges.push_back(
-                {element(side.element).number, node_number(side.from), node_number(side.to)});
+                {element(side.element).number.value, node_number(side.from), node_number(side.to)});
             free.length += distance(mesh_.point(side.from), mesh_.point(side.to));
             roots.push_back(loops.find(side.low));
         }
@@ -227,7 +229,7 @@ private:
                 if (distance_within(mesh_.point(side.from), mesh_.point(side.to), points[at(k)]) <=
                     result_.tolerance)
                     add(Check::hanging_node,
-                        {element(side.element).number, node_number(n), 0, points[at(k)]});
+                        {element(side.element).number.value, node_number(n), 0, points[at(k)]});
             });
         }
         auto& places = result_.findings[static_cast<std::size_t>(Check::hanging_node)].places;
@@ -291,7 +293,7 @@ private:
             grid.along(from, to, result_.tolerance, [&](std::int32_t k) {
                 if (distance_within(from, to, points[at(k)]) <= result_.tolerance)
                     add(Check::unjoined_line,
-                        {mesh_.elements[i].number, node_number(nodes[at(k)]), 0, points[at(k)]});
+                        {mesh_.elements[i].number.value, node_number(nodes[at(k)]), 0, points[at(k)]});
             });
         }
     }

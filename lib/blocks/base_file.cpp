@@ -31,22 +31,24 @@ std::string ten_columns(std::int64_t number) {
 }  // namespace
 
 void write_raw_nodes(LayoutKind kind, const RawMesh& raw, Channel& coordinates) {
-    for (std::int32_t n = 1; n < raw.first_node; ++n)
-        write_raw_node(kind, coordinates, 0, 0.0F, 0.0F);
-    std::int32_t number = raw.first_node;
-    for (const RawNode& node : raw.nodes)
-        write_raw_node(kind, coordinates, number++, node.x, node.y);
+    for (NodeNumber n{1}; n < raw.first_node; ++n)
+        write_raw_node(kind, coordinates, {}, 0.0F, 0.0F);
+    NodeNumber number = raw.first_node;
+    for (const RawNode& node : raw.nodes) {
+        write_raw_node(kind, coordinates, number, node.x, node.y);
+        ++number;
+    }
 }
 
 void write_raw_elements(LayoutKind kind, const RawMesh& raw, Channel& index) {
-    for (std::int32_t n = 1; n < raw.first_element; ++n)
+    for (ElementNumber n{1}; n < raw.first_element; ++n)
         write_element_record(kind, index, ELEMENT_CONTINUUM, {}, ElementForm::raw);
     for (const ElementRecord& element : raw.elements)
         write_element_record(kind, index, ELEMENT_CONTINUUM, element, ElementForm::raw);
 }
 
 void refuse_unwritable(const RawMesh& raw) {
-    auto number = static_cast<std::size_t>(raw.first_node);
+    std::size_t number = raw.first_node.place();
     for (const RawNode& node : raw.nodes) {
         const bool wide = number > WIDEST_NODE_NUMBER;
         if (wide || !std::isfinite(node.x) || !std::isfinite(node.y))

@@ -28,8 +28,8 @@ void round_places(std::vector<RawNode>& nodes) {
 // The new number of each raw node, counted from 1 in the order of the list; a node that falls on an earlier
 // one takes the number of the last such.
 struct Merge {
-    std::vector<std::int32_t> number;  // by raw node from 0
-    std::vector<std::size_t> kept;     // raw node by new number - 1
+    std::vector<NodeNumber> number;  // by raw node from 0
+    std::vector<std::size_t> kept;   // raw node by new number - 1
 };
 
 Merge merge_points(const std::vector<RawNode>& points) {
@@ -42,7 +42,7 @@ Merge merge_points(const std::vector<RawNode>& points) {
         grid.add({ordinal, points[i].x, points[i].y});
         if (earlier == 0) {
             merge.kept.push_back(i);
-            merge.number[i] = static_cast<std::int32_t>(merge.kept.size());
+            merge.number[i] = NodeNumber(static_cast<std::int32_t>(merge.kept.size()));
         } else {
             merge.number[i] = merge.number[static_cast<std::size_t>(earlier - 1)];
         }
@@ -82,7 +82,7 @@ BoundNode set_on_bounds(const BlockCards& block_cards, const FieldBounds& field,
     return node;
 }
 
-NodeRecord node_record(LayoutKind kind, const BlockCards& block_cards, std::int32_t number,
+NodeRecord node_record(LayoutKind kind, const BlockCards& block_cards, NodeNumber number,
                        const BoundNode& node) {
     const std::int32_t code_x = node.fixed_x ? 1 : 0;
     const std::int32_t code_y = node.fixed_y ? 1 : 0;
@@ -101,10 +101,10 @@ NodeRecord node_record(LayoutKind kind, const BlockCards& block_cards, std::int3
 }
 
 // Gives the words of an element that name nodes the merged numbers.
-void renumber(ElementWords& w, const Merge& merge, std::int32_t first_node) {
-    for (std::int32_t* word : {&w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4, &w.midside_5, &w.midside_6,
-                               &w.midside_7, &w.midside_8})
-        if (*word > 0)
+void renumber(ElementWords& w, const Merge& merge, NodeNumber first_node) {
+    for (NodeNumber* word : {&w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4, &w.midside_5, &w.midside_6,
+                             &w.midside_7, &w.midside_8})
+        if (word->names_one())
             *word = merge.number[static_cast<std::size_t>(*word - first_node)];
 }
 
@@ -115,7 +115,7 @@ BaseMesh make_base_mesh(LayoutKind kind, const BlockCards& block_cards, RawMesh 
     const Merge merge = merge_points(raw.nodes);
     BaseMesh mesh{std::move(raw.title), {}, std::move(raw.elements)};
     mesh.nodes.reserve(merge.kept.size());
-    std::int32_t number = 0;
+    NodeNumber number;
     for (const std::size_t node : merge.kept)
         mesh.nodes.push_back(
             node_record(kind, block_cards, ++number, set_on_bounds(block_cards, raw.field, raw.nodes[node])));

@@ -56,11 +56,11 @@ void write_block_file(LayoutKind kind, const BlockPlan& plan, float third, Chann
     const auto blocks = static_cast<std::int32_t>(plan.blocks.size());
     const auto key_points = static_cast<std::int32_t>(plan.key_points.size());
     if (has_node_values(kind))
-        write_free(file, blocks, key_points, plan.first_element, plan.scale, third);
+        write_free(file, blocks, key_points, plan.first_element.value, plan.scale, third);
     else
-        write_free(file, blocks, key_points, plan.first_element, plan.scale);
+        write_free(file, blocks, key_points, plan.first_element.value, plan.scale);
     write_free(file, plan.block_columns, plan.block_rows, plan.double_x ? 1 : 0, plan.double_y ? 1 : 0,
-               plan.rows_first ? 1 : 0, plan.first_node);
+               plan.rows_first ? 1 : 0, plan.first_node.value);
     std::int32_t number = 0;
     for (const KeyPoint& point : plan.key_points)
         write_free(file, ++number, point.x, point.y);

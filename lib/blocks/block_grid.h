@@ -36,7 +36,8 @@ struct Block {
 struct BlockGrid {
     std::string title;  // 60 columns
     FieldBounds field;
-    std::int32_t first_element = 1, first_node = 1;
+    ElementNumber first_element{1};
+    NodeNumber first_node{1};
     std::int32_t block_columns = 0, block_rows = 0;
     bool double_x = false, double_y = false;
     bool rows_first = false;

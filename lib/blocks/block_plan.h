@@ -41,7 +41,8 @@ struct PlannedBlock {
 struct BlockPlan {
     std::string title;
     FieldBounds field;
-    std::int32_t first_element = 1, first_node = 1;
+    ElementNumber first_element{1};
+    NodeNumber first_node{1};
     float scale = 1.0F;  // of the key points
     std::int32_t block_columns = 0, block_rows = 0;
     bool double_x = false, double_y = false;  // quadratic elements across, and upwards

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int32_t INTEGRATION_OF_CELL = 2;  // INTR and INTS
 
-constexpr std::int32_t NO_NODE = 0, UNNUMBERED = -1;
+constexpr NodeNumber UNNUMBERED{-1};
 
 std::int32_t sum_of(const std::vector<std::int32_t>& counts) {
     std::int64_t sum = 0;
@@ -28,7 +28,7 @@ public:
           rows_(sum_of(in.row_divisions)),
           x_(rows_ + 1, columns_ + 1, 0.0F),
           y_(rows_ + 1, columns_ + 1, 0.0F),
-          node_number_(rows_ + 1, columns_ + 1, NO_NODE),
+          node_number_(rows_ + 1, columns_ + 1, NodeNumber{}),
           cell_(rows_, columns_, 0) {}
 
     // Coordinates of all nodes; nodes of blocks that are no holes are marked, and their cells filled.
@@ -52,13 +52,14 @@ public:
     std::vector<RawNode> number_nodes() {
         std::vector<RawNode> nodes;
         nodes.reserve(static_cast<std::size_t>(rows_ + 1) * static_cast<std::size_t>(columns_ + 1));
-        std::int32_t number = in_.first_node - 1;
+        NodeNumber number = in_.first_node;
         walk(rows_ + 1, columns_ + 1, [&](std::int32_t r, std::int32_t c) {
             // The centres of quadratic elements are no nodes.
             const bool centre = in_.double_x && in_.double_y && r % 2 == 0 && c % 2 == 0;
-            if (node_number_(r, c) >= 0 || centre)
+            if (node_number_(r, c) != UNNUMBERED || centre)
                 return;
-            node_number_(r, c) = ++number;
+            node_number_(r, c) = number;
+            ++number;
             if (in_.rows_first)
                 set_on_bounds(r, c);
             nodes.push_back({x_(r, c), y_(r, c)});
@@ -69,13 +70,15 @@ public:
     std::vector<ElementRecord> make_elements() const {
         std::vector<ElementRecord> elements;
         elements.reserve(static_cast<std::size_t>(rows_) * static_cast<std::size_t>(columns_));
-        std::int32_t number = in_.first_element - 1;
+        ElementNumber number = in_.first_element;
         walk(in_.double_y ? rows_ / 2 : rows_, in_.double_x ? columns_ / 2 : columns_,
              [&](std::int32_t i, std::int32_t j) {
                  i = in_.double_y ? 2 * i - 1 : i;
                  j = in_.double_x ? 2 * j - 1 : j;
-                 if (cell_(i, j) != 0)
-                     elements.push_back(element_of_cell(i, j, ++number));
+                 if (cell_(i, j) == 0)
+                     return;
+                 elements.push_back(element_of_cell(i, j, number));
+                 ++number;
              });
         return elements;
     }
@@ -139,7 +142,7 @@ private:
 
     // The element of a cell, from the top right node anti-clockwise: corners, then the middles of top, left,
     // bottom and right side where a doubling flag makes them.
-    ElementRecord element_of_cell(std::int32_t i, std::int32_t j, std::int32_t number) const {
+    ElementRecord element_of_cell(std::int32_t i, std::int32_t j, ElementNumber number) const {
         const std::int32_t i2 = in_.double_y ? i + 2 : i + 1;
         const std::int32_t j2 = in_.double_x ? j + 2 : j + 1;
         const std::int32_t place = cell_(i, j);
@@ -159,15 +162,15 @@ private:
             w.midside_6 = node_number_(i + 1, j);
             w.midside_8 = node_number_(i + 1, j2);
         }
-        w.material = std::abs(block.material);
+        w.material = MaterialNumber(std::abs(block.material));
         return e;
     }
 
     const BlockGrid& in_;
     std::int32_t columns_, rows_;
     Grid<float> x_, y_;
-    Grid<std::int32_t> node_number_;  // node numbers
-    Grid<std::int32_t> cell_;         // the block that a cell belongs to, 0 for none
+    Grid<NodeNumber> node_number_;
+    Grid<std::int32_t> cell_;  // the block that a cell belongs to, 0 for none
 };
 
 float serendipity(float s, float r, const BlockValues& v) {

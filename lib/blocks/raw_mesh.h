@@ -34,7 +34,8 @@ struct RawNode {
 struct RawMesh {
     std::string title;
     FieldBounds field;
-    std::int32_t first_node = 1, first_element = 1;
+    NodeNumber first_node{1};
+    ElementNumber first_element{1};
     std::vector<RawNode> nodes;           // numbered from first_node
     std::vector<ElementRecord> elements;  // numbered from first_element
 };

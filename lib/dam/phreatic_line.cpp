@@ -30,7 +30,7 @@ const SlopeModel& model(const EditCards& edit) {
     return slope_model(edit.slope_code);
 }
 
-void code_slope_node(Mesh& mesh, std::int32_t node, std::int32_t word1, std::int32_t word2) {
+void code_slope_node(Mesh& mesh, NodeNumber node, std::int32_t word1, std::int32_t word2) {
     mesh.codes[node][0] = word1;
     mesh.codes[node][1] = word2;
 }
@@ -73,7 +73,7 @@ void space_anew(const EditCards& edit, Mesh& mesh, std::int32_t divisions_below,
                 float level_y) {
     const SlopeModel& m = model(edit);
     for (std::int32_t i = 1; i <= m.divisions; ++i) {
-        const std::int32_t node = m.node(i + 1);
+        const NodeNumber node = m.node(i + 1);
         if (i <= divisions_below) {
             const auto step = static_cast<float>(i);
             const auto steps = static_cast<float>(divisions_below);
@@ -91,12 +91,12 @@ void space_anew(const EditCards& edit, Mesh& mesh, std::int32_t divisions_below,
 // A node on the level, where the element at a part of the slope will be divided.
 SlopeSplit add_level_node(const EditCards& edit, EditSource& source, Mesh& mesh, std::int32_t part,
                           float level_x, float level_y) {
-    const std::int32_t node = source.counts.nodes + 1;
-    if (node > HIGHEST_NODE_NUMBER || mesh.node_in_use[node] != 0)
+    const NodeNumber node(source.counts.nodes + 1);
+    if (node > LAST_NODE || mesh.node_in_use[node] != 0)
         fail(std::string(model(edit).file) +
-             ": expected nodes that are numbered from 1 without a gap, so that node " + std::to_string(node) +
+             ": expected nodes that are numbered from 1 without a gap, so that node " + to_string(node) +
              " can stand on the water level");
-    source.counts.nodes = node;
+    source.counts.nodes = node.value;
     source.nodes.include(node);
     mesh.node_in_use[node] = 1;
     mesh.codes[node] = {1, 1, 1, 1, 1};
@@ -112,24 +112,24 @@ SlopeSplit add_level_node(const EditCards& edit, EditSource& source, Mesh& mesh,
 // --- elements ------------------------------------------------------------------------------------
 
 double signed_area(const Mesh& mesh, const ElementWords& w) {
-    const auto at = [&](std::int32_t n) { return Point{mesh.x[n], mesh.y[n]}; };
+    const auto at = [&](NodeNumber n) { return Point{mesh.x[n], mesh.y[n]}; };
     const double half = area_64(at(w.corner_1), at(w.corner_2), at(w.corner_3));
-    return w.corner_4 > 0 ? half + area_64(at(w.corner_1), at(w.corner_3), at(w.corner_4)) : half;
+    return w.corner_4.names_one() ? half + area_64(at(w.corner_1), at(w.corner_3), at(w.corner_4)) : half;
 }
 
-bool on_slope(const EditCards& edit, std::int32_t node) {
+bool on_slope(const EditCards& edit, NodeNumber node) {
     for (std::int32_t point = 1; point <= model(edit).divisions + 1; ++point)
         if (model(edit).node(point) == node)
             return true;
     return false;
 }
 
-std::int32_t next_free_element(const EditCards& edit, const Mesh& mesh) {
-    std::int32_t highest = 0;
-    for (std::int32_t n = 1; n <= HIGHEST_ELEMENT_NUMBER; ++n)
+ElementNumber next_free_element(const EditCards& edit, const Mesh& mesh) {
+    ElementNumber highest;
+    for (ElementNumber n{1}; n <= LAST_ELEMENT; ++n)
         if (mesh.type_in_use[n] >= ELEMENT_CONTINUUM)
             highest = n;
-    if (highest == HIGHEST_ELEMENT_NUMBER)
+    if (highest == LAST_ELEMENT)
         fail_at(edit.start_place,
                 "Card 3.2: expected start numbers that leave an element number of at most " +
                     std::to_string(HIGHEST_ELEMENT_NUMBER) + " for the element that the water level divides");
@@ -181,8 +181,8 @@ TriangleCoordinates triangle_coordinates(Trace& trace, float x, float y, const T
 }
 
 void require_template(const EditCards& edit, const EditSource& source, const Mesh& mesh) {
-    const std::int32_t first = source.nodes.lowest;
-    for (std::int32_t n = first; n <= source.nodes.highest; ++n)
+    const NodeNumber first = source.nodes.lowest;
+    for (NodeNumber n = first; n <= source.nodes.highest; ++n)
         if (mesh.node_in_use[n] != 0 && (mesh.x[n] != mesh.x[first] || mesh.y[n] != mesh.y[first]))
             return;
     if (source.counts.nodes > 1)
@@ -211,7 +211,7 @@ std::optional<SlopeSplit> apply_water_level(Trace& trace, const EditCards& edit,
     list_level(trace, edit, level_divisions, divisions_below, level_x, level_y, slope_heights,
                division_share);
     for (std::int32_t point = 1; point <= m.divisions + 1; ++point) {
-        const std::int32_t node = m.node(point);
+        const NodeNumber node = m.node(point);
         const std::int32_t under_water = level_y < mesh.y[node] ? 0 : 1;
         code_slope_node(mesh, node, under_water, under_water);
     }
@@ -227,51 +227,51 @@ std::optional<SlopeSplit> apply_water_level(Trace& trace, const EditCards& edit,
 void map_template_nodes(Trace& trace, const EditCards& edit, const EditSource& source, Mesh& mesh) {
     const SlopeModel& m = model(edit);
     const Triangle from{m.width, m.height, 0.0F, 0.0F, m.width, 0.0F};
-    for (std::int32_t n = 1; n <= source.counts.nodes; ++n) {
+    for (NodeNumber n{1}; n.value <= source.counts.nodes; ++n) {
         const TriangleCoordinates c = triangle_coordinates(trace, mesh.x[n], mesh.y[n], from);
         mesh.x[n] = c.r * edit.crest_x + c.s * edit.toe_x + c.t * edit.foot_x;
         mesh.y[n] = c.r * edit.crest_y + c.s * edit.toe_y + c.t * edit.foot_y;
         if (!std::isfinite(mesh.x[n]) || !std::isfinite(mesh.y[n]))
-            fail_at(edit.triangle_place, "Card 3.3.6.3: expected corners that give node " +
-                                             std::to_string(n) + " coordinates that are numbers");
+            fail_at(edit.triangle_place, "Card 3.3.6.3: expected corners that give node " + to_string(n) +
+                                             " coordinates that are numbers");
     }
 }
 
 void orient_elements(const EditSource& source, Mesh& mesh) {
-    if (source.first_continuum == 0 || signed_area(mesh, mesh.words[source.first_continuum]) > 0.0)
+    if (source.first_continuum.is_none() || signed_area(mesh, mesh.words[source.first_continuum]) > 0.0)
         return;
-    for (std::int32_t n = 1; n <= HIGHEST_ELEMENT_NUMBER; ++n) {
+    for (ElementNumber n{1}; n <= LAST_ELEMENT; ++n) {
         if (mesh.type_in_use[n] != ELEMENT_CONTINUUM)
             continue;
         ElementWords& w = mesh.words[n];
-        std::swap(w.corner_2, w.corner_4 > 0 ? w.corner_4 : w.corner_3);
+        std::swap(w.corner_2, w.corner_4.names_one() ? w.corner_4 : w.corner_3);
     }
 }
 
 void split_slope_element(const EditCards& edit, const EditSource& source, Mesh& mesh,
                          const SlopeSplit& split) {
-    const std::int32_t position = split.element;
-    const std::int32_t n = position + edit.first_element - source.elements[0].lowest;
-    if (n < 1 || n > HIGHEST_ELEMENT_NUMBER || mesh.type_in_use[n] != ELEMENT_CONTINUUM)
-        fail(std::string(model(edit).file) + ": expected a continuum element " + std::to_string(position) +
+    const ElementNumber position = split.element;
+    const ElementNumber n = edit.first_element + (position - source.elements[0].lowest);
+    if (n.is_none() || n > LAST_ELEMENT || mesh.type_in_use[n] != ELEMENT_CONTINUUM)
+        fail(std::string(model(edit).file) + ": expected a continuum element " + to_string(position) +
              " at the slope, which the water level divides");
     const ElementWords old = mesh.words[n];
-    const std::array<std::int32_t, 4> corner{old.corner_1, old.corner_2, old.corner_3, old.corner_4};
-    const std::size_t corners = old.corner_4 > 0 ? 4 : 3;
+    const std::array<NodeNumber, 4> corner{old.corner_1, old.corner_2, old.corner_3, old.corner_4};
+    const std::size_t corners = old.corner_4.names_one() ? 4 : 3;
     const auto cyclic = [&](std::size_t k) { return corner[k % corners]; };
     std::size_t first = 0;
     while (first < corners && !(on_slope(edit, cyclic(first)) && on_slope(edit, cyclic(first + 1))))
         ++first;
     if (first == corners)
         fail(std::string(model(edit).file) + ": expected two neighbouring corners of element " +
-             std::to_string(position) + " on the slope, between which the water level lies");
-    const std::int32_t a = cyclic(first), b = cyclic(first + 1), c = cyclic(first + 2);
-    const std::int32_t level_node = split.node;
-    const std::int32_t second = next_free_element(edit, mesh);
+             to_string(position) + " on the slope, between which the water level lies");
+    const NodeNumber a = cyclic(first), b = cyclic(first + 1), c = cyclic(first + 2);
+    const NodeNumber level_node = split.node;
+    const ElementNumber second = next_free_element(edit, mesh);
     ElementWords lower = old, upper = old;
     if (corners == 4) {
-        const std::int32_t d = cyclic(first + 3);
-        lower.corner_1 = a, lower.corner_2 = level_node, lower.corner_3 = d, lower.corner_4 = 0;
+        const NodeNumber d = cyclic(first + 3);
+        lower.corner_1 = a, lower.corner_2 = level_node, lower.corner_3 = d, lower.corner_4 = {};
         upper.corner_1 = level_node, upper.corner_2 = b, upper.corner_3 = c, upper.corner_4 = d;
     } else {
         lower.corner_1 = a, lower.corner_2 = level_node, lower.corner_3 = c;

@@ -32,8 +32,8 @@ void require_template(const EditCards& edit, const EditSource& source, const Mes
 
 // Where the water level divides an element of the slope.
 struct SlopeSplit {
-    std::int32_t element = 0;  // number in the template
-    std::int32_t node = 0;     // on the water level
+    ElementNumber element;  // number in the template
+    NodeNumber node;        // on the water level
 };
 
 // The slope stage of IEDIT 5, on the nodes of the template in the mesh tables: codes of the slope nodes by

@@ -12,6 +12,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "mesh/numbers.h"
+
 namespace brelan {
 
 struct SlopeModel {
@@ -26,15 +28,15 @@ struct SlopeModel {
         high_element;  // point and node above them sum up to this; parts and element to that
 
     // Node of a slope point from 1, the toe, to N_DIV + 1, the crest.
-    constexpr std::int32_t node(std::int32_t point) const {
-        return point <= low_points ? point : high_sum - point;
+    constexpr NodeNumber node(std::int32_t point) const {
+        return NodeNumber(point <= low_points ? point : high_sum - point);
     }
 
     // Element of a slope part from 0, at the toe, to N_DIV - 1.
-    constexpr std::int32_t element(std::int32_t part) const {
+    constexpr ElementNumber element(std::int32_t part) const {
         if (high_element == 0)
-            return part + 2;
-        return part <= 19 ? part + 1 : high_element - part;
+            return ElementNumber(part + 2);
+        return ElementNumber(part <= 19 ? part + 1 : high_element - part);
     }
 };
 

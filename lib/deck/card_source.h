@@ -15,6 +15,7 @@
 #include "deck/deck_notes.h"
 #include "deck/deck_tables.h"
 #include "mesh/edition.h"
+#include "mesh/numbers.h"
 #include "text/channels.h"
 
 namespace brelan {
@@ -68,6 +69,10 @@ public:
     // The same, into a field of what it is.
     void give(std::int32_t position, std::int32_t& field) const { field = integer(position); }
     void give(std::int32_t position, float& field) const { field = shown(position); }
+    template <class Tag>
+    void give(std::int32_t position, NumberOf<Tag>& field) const {
+        field = NumberOf<Tag>(integer(position));
+    }
     // The same as it is given.
     float given(std::int32_t position) const { return values[position]; }
     std::span<const float> given_values() const { return {&values[1], MOST_CARD_VALUES}; }

@@ -13,11 +13,11 @@ namespace {
 constexpr std::int32_t COMBINATION = 0, EDIT = 1, BASE_MESH = 2, DAM = 3;  // IMOD
 constexpr std::int32_t SLOPE = 5;                                          // IEDIT
 
-template <class List>
-void fill(List& list, const std::vector<std::int32_t>& numbers) {
+template <class Number, auto LAST, FixedText NAME>
+void fill(Table<Number, LAST, NAME>& list, const std::vector<std::int32_t>& numbers) {
     std::int32_t i = 0;
     for (const std::int32_t number : numbers)
-        list[++i] = number;
+        list[++i] = Number(number);
 }
 
 // --- Cards 2.x -----------------------------------------------------------------------------------

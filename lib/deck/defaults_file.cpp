@@ -43,9 +43,9 @@ void load_defaults(Channels& channels, Tolerances& tolerances, MoveLists& moves)
     read_free(values, "the distance limits (mode, length, factor, TOLSAME)", tolerances.mode,
               tolerances.length, tolerances.factor, tolerances.same);
     read_free(values, "the collapse of short elements (IDCOL, FCOL, MATCB(3), MATCT(3))", moves.collapse_mode,
-              moves.collapse_factor, moves.beam_materials[0], moves.beam_materials[1],
-              moves.beam_materials[2], moves.truss_materials[0], moves.truss_materials[1],
-              moves.truss_materials[2]);
+              moves.collapse_factor, moves.beam_materials[0].value, moves.beam_materials[1].value,
+              moves.beam_materials[2].value, moves.truss_materials[0].value, moves.truss_materials[1].value,
+              moves.truss_materials[2].value);
     read_free(values, "the count of moves (NMOVE2)", moves.second_count);
     if (moves.second_count > MOST_MOVES)
         values.fail_behind("expected an NMOVE2 of at most " + std::to_string(MOST_MOVES) + ", found " +

@@ -29,7 +29,7 @@ Scan scan_mesh(LayoutKind kind, Channel& mesh_file) {
     scan.node_lines = mesh_file.lines_before() - first_line;
     for (const std::int8_t type : ELEMENT_TYPES)
         walk.each_element(type, [&](const ElementRecord& element) {
-            if (element.number < 0)
+            if (element.number < ElementNumber{})
                 ++scan.deleted.of(type);
             else
                 require_numbers(mesh_file, element);
@@ -83,7 +83,7 @@ StrippedMesh strip_mesh(Channels& channels, LayoutKind kind, int source, int tar
         copy_lines(mesh_file, clean, 2);
         for (std::int32_t i = 0; i < records; ++i) {
             const ElementRecord element = read_element_record(kind, mesh_file, type);
-            if (element.number >= 0)
+            if (element.number >= ElementNumber{})
                 write_element_record(kind, clean, type, element);
         }
         // The headings of a section that lost all its records stand in front of the next one's.

@@ -18,14 +18,14 @@ bool contains(const Mesh& mesh, const Point& p, const Corners& c) {
     const Point n1 = node_point(mesh, c.n[0]), n2 = node_point(mesh, c.n[1]), n3 = node_point(mesh, c.n[2]);
     if (in_triangle(p, n1, n2, n3))
         return true;
-    return c.n[3] > 0 && in_triangle(p, n1, n3, node_point(mesh, c.n[3]));
+    return c.n[3].names_one() && in_triangle(p, n1, n3, node_point(mesh, c.n[3]));
 }
 
 // --- marks ---------------------------------------------------------------------------------------
 
 // The code words of a new node follow other nodes one after the other: in the coupled and displacement kinds
 // a word stays 1 only if no other has 0, in the temperature and head kinds a word that is not 0 is taken.
-void follow_node(Mesh& mesh, std::int32_t node, std::int32_t other) {
+void follow_node(Mesh& mesh, NodeNumber node, NodeNumber other) {
     NodeCodes& words = mesh.codes[node];
     const NodeCodes& from = mesh.codes[other];
     const auto count = static_cast<std::size_t>(kind_row(mesh.kind).node_codes);
@@ -45,15 +45,15 @@ void follow_node(Mesh& mesh, std::int32_t node, std::int32_t other) {
         mesh.coefficient[node] = mesh.coefficient[other];
 }
 
-void begin_codes(Mesh& mesh, std::int32_t node, std::int32_t value, std::size_t words) {
+void begin_codes(Mesh& mesh, NodeNumber node, std::int32_t value, std::size_t words) {
     for (std::size_t i = 0; i < words; ++i)
         mesh.codes[node][i] = value;
     if (has_node_values(mesh.kind))
         mesh.head[node] = mesh.coefficient[node] = 0.0F;
 }
 
-std::int32_t add_side_node(Mesh& mesh, Engine& engine, const Point& point, std::int32_t a, std::int32_t b) {
-    const std::int32_t node = add_node(mesh, engine, point);
+NodeNumber add_side_node(Mesh& mesh, Engine& engine, const Point& point, NodeNumber a, NodeNumber b) {
+    const NodeNumber node = add_node(mesh, engine, point);
     begin_codes(mesh, node, has_node_values(mesh.kind) ? 0 : 1,
                 static_cast<std::size_t>(kind_row(mesh.kind).node_codes));
     follow_node(mesh, node, std::min(a, b));
@@ -61,13 +61,13 @@ std::int32_t add_side_node(Mesh& mesh, Engine& engine, const Point& point, std::
     return node;
 }
 
-std::int32_t add_centre_node(Mesh& mesh, Engine& engine, const Point& point, const CutRow& row) {
-    const std::int32_t node = add_node(mesh, engine, point);
+NodeNumber add_centre_node(Mesh& mesh, Engine& engine, const Point& point, const CutRow& row) {
+    const NodeNumber node = add_node(mesh, engine, point);
     const bool begins_three = mesh.kind == LayoutKind::head;  // one code more than its nodes have
     begin_codes(mesh, node, mesh.kind == LayoutKind::temperature ? 0 : 1,
                 begins_three ? 3 : static_cast<std::size_t>(kind_row(mesh.kind).node_codes));
-    for (const std::int32_t n : row.corner_node)
-        if (n > 0)
+    for (const NodeNumber n : row.corner_node)
+        if (n.names_one())
             follow_node(mesh, node, n);
     return node;
 }
@@ -75,10 +75,10 @@ std::int32_t add_centre_node(Mesh& mesh, Engine& engine, const Point& point, con
 // The corner of a row is on the line: the other rows learn it wherever they have its node. A row that names
 // the node twice is marked at the given corner alone.
 void add_to_line(CutTable& cut, CutRow& row, int place) {
-    const std::int32_t node = row.corner_node[place];
+    const NodeNumber node = row.corner_node[place];
     for (const std::uint32_t r : cut.rows_with(node)) {
         CutRow& other = cut.rows[r];
-        if (&other == &row || other.element <= 0)
+        if (&other == &row || other.element.is_none())
             continue;
         for (int i = 0; i < other.corners(); ++i)
             if (other.corner_node[i] == node)
@@ -90,26 +90,26 @@ void add_to_line(CutTable& cut, CutRow& row, int place) {
 // The side gets a node at the point, or the one that another row has put on it.
 void add_to_line(Mesh& mesh, Engine& engine, CutTable& cut, CutRow& row, const RowSide& side,
                  const Point& point) {
-    const std::int32_t a = row.corner_node[side.a];
-    const std::int32_t b = row.corner_node[side.b];
-    std::int32_t found = 0;
-    cut.for_rows_with_side(a, b, [&](const CutRow&, std::int32_t mark) {
-        if (found == 0)
+    const NodeNumber a = row.corner_node[side.a];
+    const NodeNumber b = row.corner_node[side.b];
+    NodeNumber found;
+    cut.for_rows_with_side(a, b, [&](const CutRow&, NodeNumber mark) {
+        if (found.is_none())
             found = mark;
     });
-    if (found != 0) {
+    if (found.names_one()) {
         row.side_node[side.mark] = found;
         return;
     }
-    const std::int32_t node = add_side_node(mesh, engine, point, a, b);
-    cut.for_rows_with_side(a, b, [&](const CutRow& other, std::int32_t& mark) {
-        if (other.element > 0)
+    const NodeNumber node = add_side_node(mesh, engine, point, a, b);
+    cut.for_rows_with_side(a, b, [&](const CutRow& other, NodeNumber& mark) {
+        if (other.element.names_one())
             mark = node;
     });
 }
 
-void clear_side(CutTable& cut, std::int32_t a, std::int32_t b) {
-    cut.for_rows_with_side(a, b, [](const CutRow&, std::int32_t& mark) { mark = 0; });
+void clear_side(CutTable& cut, NodeNumber a, NodeNumber b) {
+    cut.for_rows_with_side(a, b, [](const CutRow&, NodeNumber& mark) { mark = {}; });
 }
 
 // --- ends ----------------------------------------------------------------------------------------
@@ -131,8 +131,8 @@ Point along(const Point& from, const Point& a, const Point& b) {
 // Puts P into the row by one of its sides; Q0 is the other point of the pair.
 void place_end_by_side(Mesh& mesh, Engine& engine, CutTable& cut, CutRow& row, const RowSide& side,
                        const Point& p, const Point& q0) {
-    const std::int32_t node_a = row.corner_node[side.a];
-    const std::int32_t node_b = row.corner_node[side.b];
+    const NodeNumber node_a = row.corner_node[side.a];
+    const NodeNumber node_b = row.corner_node[side.b];
     const Point a = node_point(mesh, node_a);
     const Point b = node_point(mesh, node_b);
     if (distance(b, p) < distance(a, p)) {
@@ -205,15 +205,15 @@ void place_one_end(Mesh& mesh, Engine& engine, CutTable& cut, const Point& p, co
 
 constexpr float SHARE_OF_SIDE = 0.1F;  // of a side: a crossing so near to a frozen corner is the corner
 
-// Brings one side to the segment. Gives the number of the node that it moves, 0 for none.
-std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTable& cut, CutRow& row,
-                      const RowSide& side, const Point& p1, const Point& p2, const CutMode& mode) {
-    const std::int32_t node_a = row.corner_node[side.a];
-    const std::int32_t node_b = row.corner_node[side.b];
+// Brings one side to the segment. Gives the number of the node that it moves, or none.
+NodeNumber cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTable& cut, CutRow& row,
+                    const RowSide& side, const Point& p1, const Point& p2, const CutMode& mode) {
+    const NodeNumber node_a = row.corner_node[side.a];
+    const NodeNumber node_b = row.corner_node[side.b];
     const Point a = node_point(mesh, node_a);
     const Point b = node_point(mesh, node_b);
     const auto drop_planned_node = [&] {
-        if (row.side_node[side.mark] != 0 && !mode.deferred)
+        if (row.side_node[side.mark].names_one() && !mode.deferred)
             clear_side(cut, node_a, node_b);
     };
     const Meeting crossing = segment_crossing(p1, p2, a, b);
@@ -222,15 +222,15 @@ std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, 
     };
     if (!crossing.meets || (is_on_line(a) && is_on_line(b))) {
         drop_planned_node();
-        return 0;
+        return {};
     }
     const Point meeting_point = crossing.point;
     const float length = distance(a, b);
     const float distance_a = distance(a, meeting_point);
     const bool nearer_b = length * 0.5F < distance_a;
     const int place = nearer_b ? side.b : side.a;
-    const std::int32_t node = row.corner_node[place];
-    const std::int32_t other = nearer_b ? node_a : node_b;
+    const NodeNumber node = row.corner_node[place];
+    const NodeNumber other = nearer_b ? node_a : node_b;
     const auto mark = [&] {
         if (mode.end_rule != ONLY_MOVE)
             add_to_line(cut, row, place);
@@ -252,11 +252,11 @@ std::int32_t cut_side(Mesh& mesh, const Tolerances& tolerances, Engine& engine, 
             add_to_line(mesh, engine, cut, row, side, meeting_point);
         else if (nearer_b && mesh.kind != LayoutKind::displacement)
             drop_planned_node();
-        return 0;
+        return {};
     }
     mark();
     drop_planned_node();
-    return 0;
+    return {};
 }
 
 // While the elements wait for their split, a side that the segment misses stays as it is. So only rows near
@@ -267,9 +267,9 @@ void scan_rows_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine, Cu
     for (std::size_t k = 0; k < rows.size(); ++k) {
         CutRow& row = cut.rows[rows[k]];
         for (int i = 0; i < row.corners(); ++i) {
-            const std::int32_t moved =
+            const NodeNumber moved =
                 cut_side(mesh, tolerances, engine, cut, row, side_of(row, i), p1, p2, mode);
-            if (moved == 0)
+            if (moved.is_none())
                 continue;
             for (const std::uint32_t other : cut.rows_with(moved)) {
                 const auto at = std::lower_bound(rows.begin(), rows.end(), other);
@@ -283,7 +283,7 @@ void scan_rows_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine, Cu
 }  // namespace
 
 void collect_rows(Mesh& mesh, Engine& engine, CutTable& cut, const Point& p1, const Point& p2) {
-    const auto take = [&](std::int32_t e) {
+    const auto take = [&](ElementNumber e) {
         const ElementWords& w = mesh.words[e];
         CutRow row;
         row.corner_node[0] = w.corner_1;
@@ -293,27 +293,27 @@ void collect_rows(Mesh& mesh, Engine& engine, CutTable& cut, const Point& p1, co
         row.material = w.material;
         row.element = e;
         cut.add(row);
-        mesh.words[e].corner_1 = -w.corner_1;
+        mesh.words[e].corner_1 = w.corner_1.hidden();
     };
-    const auto open_to_cut = [&](std::int32_t e) {
-        return is_selected(mesh, engine, e) && mesh.words[e].corner_1 > 0;
+    const auto open_to_cut = [&](ElementNumber e) {
+        return is_selected(mesh, engine, e) && mesh.words[e].corner_1.names_one();
     };
     const auto crosses = [&](const Corners& c) {
-        const int corners = c.n[3] > 0 ? 4 : 3;
+        const int corners = c.n[3].names_one() ? 4 : 3;
         for (int i = 0; i < corners; ++i)
             if (segment_crossing(p1, p2, node_point(mesh, c.n[i]), node_point(mesh, c.n[(i + 1) % corners]))
                     .meets)
                 return true;
         return false;
     };
-    const std::span<const std::int32_t> elements = elements_met_by(engine, p1, p2);
-    for (const std::int32_t e : elements)
+    const std::span<const ElementNumber> elements = elements_met_by(engine, p1, p2);
+    for (const ElementNumber e : elements)
         if (open_to_cut(e) && contains(mesh, p1, corners_of(mesh, e)))
             take(e);
-    for (const std::int32_t e : elements)
+    for (const ElementNumber e : elements)
         if (open_to_cut(e) && contains(mesh, p2, corners_of(mesh, e)))
             take(e);
-    for (const std::int32_t e : elements)
+    for (const ElementNumber e : elements)
         if (open_to_cut(e) && crosses(corners_of(mesh, e)))
             take(e);
 }

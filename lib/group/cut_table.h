@@ -5,6 +5,8 @@
 #include <span>
 #include <vector>
 
+#include "mesh/numbers.h"
+
 namespace brelan {
 
 // A row is a copy of an element. Sides of a quadrilateral are N1-N2, N2-N3, N3-N4, N4-N1; side i of a
@@ -18,13 +20,13 @@ namespace brelan {
 //
 struct CutRow {
     std::int32_t corner_on_line[4] = {};
-    std::int32_t side_node[4] = {};
-    std::int32_t centre_node = 0;
-    std::int32_t corner_node[4] = {};
-    std::int32_t material = 0;  // MATNO of the element
-    std::int32_t element = 0;   // element number; 0 or below: the row has been replaced by its parts
+    NodeNumber side_node[4];
+    NodeNumber centre_node;
+    NodeNumber corner_node[4];
+    MaterialNumber material;  // MATNO of the element
+    ElementNumber element;    // hidden: the row has been replaced by its parts
 
-    bool is_triangle() const { return corner_node[3] <= 0; }
+    bool is_triangle() const { return corner_node[3].is_none(); }
     int corners() const { return is_triangle() ? 3 : 4; }
 };
 
@@ -57,17 +59,17 @@ public:
     void clear();
 
     // The places in the table, ascending, of the rows that may have the node as a corner.
-    std::span<const std::uint32_t> rows_with(std::int32_t node);
+    std::span<const std::uint32_t> rows_with(NodeNumber node);
 
     // The places in the table, ascending, of the rows of the elements.
-    std::vector<std::uint32_t> rows_of(std::span<const std::int32_t> elements) const;
+    std::vector<std::uint32_t> rows_of(std::span<const ElementNumber> elements) const;
 
     bool uses_indexes() const { return uses_indexes_; }
 
     // Calls the action, in ascending order, with each row that has the side between two nodes and with the
     // mark of that side.
     template <class Action>
-    void for_rows_with_side(std::int32_t a, std::int32_t b, Action action) {
+    void for_rows_with_side(NodeNumber a, NodeNumber b, Action action) {
         for (const std::uint32_t r : rows_with(a)) {
             CutRow& row = rows[r];
             for (int i = 0; i < row.corners(); ++i) {

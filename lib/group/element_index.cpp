@@ -14,7 +14,7 @@ constexpr std::int32_t MOST_CELLS = 400;  // along one axis
 
 Extent slanting_sides(const Mesh& mesh, const Corners& corners) {
     Extent slanting;
-    const int count = corners.n[3] > 0 ? 4 : 3;
+    const int count = corners.n[3].names_one() ? 4 : 3;
     for (int i = 0; i < count; ++i)
         slanting.include(node_point(mesh, corners.n[i]), node_point(mesh, corners.n[(i + 1) % count]));
     return slanting;
@@ -22,8 +22,8 @@ Extent slanting_sides(const Mesh& mesh, const Corners& corners) {
 
 // A half of no area contains points of its whole line, wherever they are.
 bool is_flat(const Mesh& mesh, const Corners& corners, const Box& box) {
-    const auto flat = [&](std::int32_t a, std::int32_t b, std::int32_t c) {
-        if (a <= 0 || b <= 0 || c <= 0)
+    const auto flat = [&](NodeNumber a, NodeNumber b, NodeNumber c) {
+        if (a.is_none() || b.is_none() || c.is_none())
             return true;
         const double area =
             std::abs(2.0 * area_64(node_point(mesh, a), node_point(mesh, b), node_point(mesh, c)));
@@ -32,7 +32,7 @@ bool is_flat(const Mesh& mesh, const Corners& corners, const Box& box) {
         return !(area > 1.0E-10 * static_cast<double>(box.size()) * coordinate);
     };
     return flat(corners.n[0], corners.n[1], corners.n[2]) ||
-           (corners.n[3] > 0 && flat(corners.n[0], corners.n[2], corners.n[3]));
+           (corners.n[3].names_one() && flat(corners.n[0], corners.n[2], corners.n[3]));
 }
 
 }  // namespace
@@ -40,18 +40,18 @@ bool is_flat(const Mesh& mesh, const Corners& corners, const Box& box) {
 void ElementIndex::build(Mesh& mesh, Engine& engine) {
     cells_.clear();
     anywhere_.clear();
-    head_.assign(static_cast<std::size_t>(HIGHEST_NODE_NUMBER) + 1, NONE);
+    head_.assign(LAST_NODE.place() + 1, NONE);
     links_.clear();
-    stamp_.assign(static_cast<std::size_t>(HIGHEST_ELEMENT_NUMBER) + 1, 0);
+    stamp_.assign(LAST_ELEMENT.place() + 1, 0);
     bounds_ = {0.0F, 0.0F, 0.0F, 0.0F};
     bool first = true;
     std::int32_t elements = 0;
-    for (std::int32_t e = 1; e <= engine.highest_element; ++e) {
+    for (ElementNumber e{1}; e <= engine.highest_element; ++e) {
         if (mesh.type[e] == ELEMENT_DELETED)
             continue;
         ++elements;
-        for (const std::int32_t n : corners_of(mesh, e).n) {
-            if (n <= 0)
+        for (const NodeNumber n : corners_of(mesh, e).n) {
+            if (n.is_none())
                 continue;
             if (first)
                 bounds_ = box_of(node_point(mesh, n), node_point(mesh, n));
@@ -62,32 +62,31 @@ void ElementIndex::build(Mesh& mesh, Engine& engine) {
     const float side = std::sqrt(static_cast<float>(std::max(elements, 1)));
     count_ = std::clamp(static_cast<std::int32_t>(side), 1, MOST_CELLS);
     cells_.resize(static_cast<std::size_t>(count_) * static_cast<std::size_t>(count_));
-    for (std::int32_t e = 1; e <= engine.highest_element; ++e)
+    for (ElementNumber e{1}; e <= engine.highest_element; ++e)
         if (mesh.type[e] != ELEMENT_DELETED)
             note(mesh, e);
 }
 
-void ElementIndex::note(const Mesh& mesh, std::int32_t e) {
+void ElementIndex::note(const Mesh& mesh, ElementNumber e) {
     if (cells_.empty())
         return;
-    for (const std::int32_t n : corners_of(mesh, e).n)
-        if (n > 0)
+    for (const NodeNumber n : corners_of(mesh, e).n)
+        if (n.names_one())
             link(n, e);
     place(mesh, e);
 }
 
-void ElementIndex::note_node(const Mesh& mesh, std::int32_t n) {
+void ElementIndex::note_node(const Mesh& mesh, NodeNumber n) {
     if (cells_.empty())
         return;
-    for (std::int32_t i = head_[static_cast<std::size_t>(n)]; i != NONE;
-         i = links_[static_cast<std::size_t>(i)].next)
+    for (std::int32_t i = head_[n.place()]; i != NONE; i = links_[static_cast<std::size_t>(i)].next)
         place(mesh, links_[static_cast<std::size_t>(i)].element);
 }
 
-std::span<const std::int32_t> ElementIndex::in(const Engine& engine, const Box& box) {
+std::span<const ElementNumber> ElementIndex::in(const Engine& engine, const Box& box) {
     found_.clear();
     if (!engine.uses_indexes || cells_.empty()) {
-        for (std::int32_t e = 1; e <= engine.highest_element; ++e)
+        for (ElementNumber e{1}; e <= engine.highest_element; ++e)
             found_.push_back(e);
         return found_;
     }
@@ -101,25 +100,23 @@ std::span<const std::int32_t> ElementIndex::in(const Engine& engine, const Box& 
     return found_;
 }
 
-std::vector<std::int32_t> ElementIndex::with(const Engine& engine,
-                                             std::span<const std::int32_t> nodes) const {
-    std::vector<std::int32_t> elements;
+std::vector<ElementNumber> ElementIndex::with(const Engine& engine, std::span<const NodeNumber> nodes) const {
+    std::vector<ElementNumber> elements;
     if (!engine.uses_indexes || cells_.empty()) {
-        for (std::int32_t e = 1; e <= engine.highest_element; ++e)
+        for (ElementNumber e{1}; e <= engine.highest_element; ++e)
             elements.push_back(e);
         return elements;
     }
-    for (const std::int32_t n : nodes)
-        for (std::int32_t i = head_[static_cast<std::size_t>(n)]; i != NONE;
-             i = links_[static_cast<std::size_t>(i)].next)
+    for (const NodeNumber n : nodes)
+        for (std::int32_t i = head_[n.place()]; i != NONE; i = links_[static_cast<std::size_t>(i)].next)
             elements.push_back(links_[static_cast<std::size_t>(i)].element);
     std::sort(elements.begin(), elements.end());
     elements.erase(std::unique(elements.begin(), elements.end()), elements.end());
     return elements;
 }
 
-void ElementIndex::link(std::int32_t n, std::int32_t e) {
-    std::int32_t& head = head_[static_cast<std::size_t>(n)];
+void ElementIndex::link(NodeNumber n, ElementNumber e) {
+    std::int32_t& head = head_[n.place()];
     links_.push_back({e, head});
     head = static_cast<std::int32_t>(links_.size()) - 1;
 }
@@ -130,12 +127,12 @@ std::int32_t ElementIndex::cell(float v, float low, float high) const {
     return place > 0.0F ? static_cast<std::int32_t>(std::min(place, static_cast<float>(count_ - 1))) : 0;
 }
 
-void ElementIndex::place(const Mesh& mesh, std::int32_t e) {
+void ElementIndex::place(const Mesh& mesh, ElementNumber e) {
     const Corners corners = corners_of(mesh, e);
     Box box{0.0F, 0.0F, 0.0F, 0.0F};
     bool first = true;
-    for (const std::int32_t n : corners.n) {
-        if (n <= 0)
+    for (const NodeNumber n : corners.n) {
+        if (n.is_none())
             continue;
         if (first)
             box = box_of(node_point(mesh, n), node_point(mesh, n));
@@ -156,9 +153,9 @@ void ElementIndex::place(const Mesh& mesh, std::int32_t e) {
         }
 }
 
-void ElementIndex::take(const std::vector<std::int32_t>& elements) {
-    for (const std::int32_t e : elements) {
-        std::uint32_t& stamp = stamp_[static_cast<std::size_t>(e)];
+void ElementIndex::take(const std::vector<ElementNumber>& elements) {
+    for (const ElementNumber e : elements) {
+        std::uint32_t& stamp = stamp_[e.place()];
         if (stamp == mark_)
             continue;
         stamp = mark_;

@@ -17,36 +17,37 @@ struct Engine;
 class ElementIndex {
 public:
     void build(Mesh& mesh, Engine& engine);
-    void note(const Mesh& mesh, std::int32_t e);
+    void note(const Mesh& mesh, ElementNumber e);
 
     // The elements of a moved node lie elsewhere now.
-    void note_node(const Mesh& mesh, std::int32_t n);
+    void note_node(const Mesh& mesh, NodeNumber n);
 
-    std::span<const std::int32_t> in(const Engine& engine, const Box& box);
-    std::vector<std::int32_t> with(const Engine& engine, std::span<const std::int32_t> nodes) const;
+    std::span<const ElementNumber> in(const Engine& engine, const Box& box);
+    std::vector<ElementNumber> with(const Engine& engine, std::span<const NodeNumber> nodes) const;
 
 private:
     static constexpr std::int32_t NONE = -1;
     struct Link {
-        std::int32_t element, next;
+        ElementNumber element;
+        std::int32_t next;
     };
 
-    void link(std::int32_t n, std::int32_t e);
+    void link(NodeNumber n, ElementNumber e);
     std::int32_t cell(float v, float low, float high) const;
     std::int32_t cell_x(float x) const { return cell(x, bounds_.x0, bounds_.x1); }
     std::int32_t cell_y(float y) const { return cell(y, bounds_.y0, bounds_.y1); }
-    void place(const Mesh& mesh, std::int32_t e);
-    void take(const std::vector<std::int32_t>& elements);
+    void place(const Mesh& mesh, ElementNumber e);
+    void take(const std::vector<ElementNumber>& elements);
 
     Box bounds_{0.0F, 0.0F, 0.0F, 0.0F};
     std::int32_t count_ = 1;
-    std::vector<std::vector<std::int32_t>> cells_;
-    std::vector<std::int32_t> anywhere_;
+    std::vector<std::vector<ElementNumber>> cells_;
+    std::vector<ElementNumber> anywhere_;
     std::vector<std::int32_t> head_;  // by node: its last link
     std::vector<Link> links_;
     std::vector<std::uint32_t> stamp_;
     std::uint32_t mark_ = 0;
-    std::vector<std::int32_t> found_;
+    std::vector<ElementNumber> found_;
 };
 
 }  // namespace brelan

@@ -15,14 +15,14 @@ struct MeshLimits {
 };
 
 struct Engine {
-    Table<std::int8_t, HIGHEST_NODE_NUMBER, "FROZEN"> frozen;  // 1: the node must not be moved
-    Table<std::int8_t, HIGHEST_ELEMENT_NUMBER, "ELEMSIGN">
+    Table<std::int8_t, LAST_NODE, "FROZEN"> frozen;  // 1: the node must not be moved
+    Table<std::int8_t, LAST_ELEMENT, "ELEMSIGN">
         side_sign;  // -1: a line element that joints leave on the other side
-    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "ELIST">
-        workable;                      // the element's own number; 0: no group changes it
-    std::int32_t highest_node = 0;     // in use
-    std::int32_t highest_element = 0;  // in use, of any type
-    std::int32_t group = 0;            // in work
+    Table<ElementNumber, LAST_ELEMENT, "ELIST">
+        workable;                   // the element's own number; none: no group changes it
+    NodeNumber highest_node;        // in use
+    ElementNumber highest_element;  // in use, of any type
+    std::int32_t group = 0;         // in work
     MeshLimits limits;
 
     // Indexes save looks that would find nothing and never change a result, so the program always runs with

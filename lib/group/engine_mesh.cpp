@@ -9,13 +9,13 @@
 
 namespace brelan {
 
-Corners corners_of(const Mesh& mesh, std::int32_t e) {
+Corners corners_of(const Mesh& mesh, ElementNumber e) {
     const ElementWords& w = mesh.words[e];
     // The cut hides the elements that it works on behind a negative first corner.
-    return {{std::abs(w.corner_1), w.corner_2, w.corner_3, w.corner_4}};
+    return {{w.corner_1.in_sight(), w.corner_2, w.corner_3, w.corner_4}};
 }
 
-void set_corners(Mesh& mesh, Engine& engine, std::int32_t e, const Corners& corners) {
+void set_corners(Mesh& mesh, Engine& engine, ElementNumber e, const Corners& corners) {
     ElementWords& w = mesh.words[e];
     w.corner_1 = corners.n[0];
     w.corner_2 = corners.n[1];
@@ -24,13 +24,13 @@ void set_corners(Mesh& mesh, Engine& engine, std::int32_t e, const Corners& corn
     engine.element_index.note(mesh, e);
 }
 
-Point centroid(const Mesh& mesh, std::int32_t e, std::size_t corners) {
+Point centroid(const Mesh& mesh, ElementNumber e, std::size_t corners) {
     Point sum;
     float count = 0.0F;
     const ElementWords& w = mesh.words[e];
-    const std::array<std::int32_t, 4> nodes{w.corner_1, w.corner_2, w.corner_3, w.corner_4};
-    for (const std::int32_t n : std::span(nodes).first(corners)) {
-        if (n <= 0)
+    const std::array<NodeNumber, 4> nodes{w.corner_1, w.corner_2, w.corner_3, w.corner_4};
+    for (const NodeNumber n : std::span(nodes).first(corners)) {
+        if (n.is_none())
             continue;
         sum = {sum.x + mesh.x[n], sum.y + mesh.y[n]};
         count = count + 1.0F;
@@ -38,15 +38,15 @@ Point centroid(const Mesh& mesh, std::int32_t e, std::size_t corners) {
     return {sum.x / count, sum.y / count};
 }
 
-std::vector<Point> node_points(const Mesh& mesh, std::span<const std::int32_t> nodes) {
+std::vector<Point> node_points(const Mesh& mesh, std::span<const NodeNumber> nodes) {
     std::vector<Point> points;
-    for (const std::int32_t n : nodes)
+    for (const NodeNumber n : nodes)
         points.push_back(node_point(mesh, n));
     return points;
 }
 
-std::int32_t add_node(Mesh& mesh, Engine& engine, const Point& point) {
-    if (engine.highest_node >= HIGHEST_NODE_NUMBER)
+NodeNumber add_node(Mesh& mesh, Engine& engine, const Point& point) {
+    if (engine.highest_node >= LAST_NODE)
         fail("group engine: expected at most " + std::to_string(HIGHEST_NODE_NUMBER) +
              " node numbers, but the groups need a new one behind the last");
     ++engine.highest_node;
@@ -55,17 +55,17 @@ std::int32_t add_node(Mesh& mesh, Engine& engine, const Point& point) {
     return engine.highest_node;
 }
 
-std::int32_t add_element(Engine& engine) {
-    if (engine.highest_element >= HIGHEST_ELEMENT_NUMBER)
+ElementNumber add_element(Engine& engine) {
+    if (engine.highest_element >= LAST_ELEMENT)
         fail("group engine: expected at most " + std::to_string(HIGHEST_ELEMENT_NUMBER) +
              " element numbers, but the groups need a new one behind the last");
     return ++engine.highest_element;
 }
 
-void move_node(Mesh& mesh, Engine& engine, std::int32_t n, const Point& point) {
+void move_node(Mesh& mesh, Engine& engine, NodeNumber n, const Point& point) {
     if (!std::isfinite(point.x) || !std::isfinite(point.y))
         fail("group " + std::to_string(engine.group) + ": expected coordinates that are numbers, but node " +
-             std::to_string(n) + " would get one that is none");
+             to_string(n) + " would get one that is none");
     mesh.x[n] = point.x;
     mesh.y[n] = point.y;
     engine.element_index.note_node(mesh, n);
@@ -77,21 +77,21 @@ void build_indexes(Mesh& mesh, Engine& engine) {
     forget_node_places(engine);
 }
 
-void note_element(Mesh& mesh, Engine& engine, std::int32_t e) {
+void note_element(Mesh& mesh, Engine& engine, ElementNumber e) {
     engine.element_index.note(mesh, e);
 }
 
-std::span<const std::int32_t> elements_met_by(Engine& engine, const Point& p1, const Point& p2) {
+std::span<const ElementNumber> elements_met_by(Engine& engine, const Point& p1, const Point& p2) {
     Extent slanting;
     slanting.include(p1, p2);
     return engine.element_index.in(engine, box_of(p1, p2).with_room(slanting));
 }
 
-std::span<const std::int32_t> elements_near(Engine& engine, const Point& p1, const Point& p2, float reach) {
+std::span<const ElementNumber> elements_near(Engine& engine, const Point& p1, const Point& p2, float reach) {
     return engine.element_index.in(engine, box_of(p1, p2).with_room({}, reach));
 }
 
-std::vector<std::int32_t> elements_with(const Engine& engine, std::span<const std::int32_t> nodes) {
+std::vector<ElementNumber> elements_with(const Engine& engine, std::span<const NodeNumber> nodes) {
     return engine.element_index.with(engine, nodes);
 }
 

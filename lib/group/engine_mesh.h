@@ -13,37 +13,37 @@
 
 namespace brelan {
 
-inline Point node_point(const Mesh& mesh, std::int32_t n) {
+inline Point node_point(const Mesh& mesh, NodeNumber n) {
     return {mesh.x[n], mesh.y[n]};
 }
 
 // A selected element: a continuum element that Card 3.3.5.2 does not name and that is no joint or duplicate
 // of this run.
-inline bool is_selected(const Mesh& mesh, const Engine& engine, std::int32_t e) {
-    return mesh.type[e] == ELEMENT_CONTINUUM && engine.workable[e] != 0;
+inline bool is_selected(const Mesh& mesh, const Engine& engine, ElementNumber e) {
+    return mesh.type[e] == ELEMENT_CONTINUUM && engine.workable[e].names_one();
 }
 
 // The corner words of an element in their order.
 struct Corners {
-    std::int32_t n[4];
+    NodeNumber n[4];
 };
-Corners corners_of(const Mesh& mesh, std::int32_t e);
-void set_corners(Mesh& mesh, Engine& engine, std::int32_t e, const Corners& corners);
+Corners corners_of(const Mesh& mesh, ElementNumber e);
+void set_corners(Mesh& mesh, Engine& engine, ElementNumber e, const Corners& corners);
 
 // Mean of those of the first corners that have positive numbers: their sum in corner order, then divided.
-Point centroid(const Mesh& mesh, std::int32_t e, std::size_t corners = 4);
+Point centroid(const Mesh& mesh, ElementNumber e, std::size_t corners = 4);
 
-std::vector<Point> node_points(const Mesh& mesh, std::span<const std::int32_t> nodes);
+std::vector<Point> node_points(const Mesh& mesh, std::span<const NodeNumber> nodes);
 
 // A new node behind the highest, free to move; its code words stay as found. Ends the run when there is no
 // number left.
-std::int32_t add_node(Mesh& mesh, Engine& engine, const Point& point);
+NodeNumber add_node(Mesh& mesh, Engine& engine, const Point& point);
 
 // A new element number behind the highest. Ends the run when there is none left.
-std::int32_t add_element(Engine& engine);
+ElementNumber add_element(Engine& engine);
 
 // Moves a node. Ends the run when a coordinate is not a number.
-void move_node(Mesh& mesh, Engine& engine, std::int32_t n, const Point& point);
+void move_node(Mesh& mesh, Engine& engine, NodeNumber n, const Point& point);
 
 // --- where elements lie --------------------------------------------------------------------------
 
@@ -54,17 +54,17 @@ void move_node(Mesh& mesh, Engine& engine, std::int32_t n, const Point& point);
 void build_indexes(Mesh& mesh, Engine& engine);
 
 // Notes that an element has new corners.
-void note_element(Mesh& mesh, Engine& engine, std::int32_t e);
+void note_element(Mesh& mesh, Engine& engine, ElementNumber e);
 
 // All elements that may contain an end of the segment or have a side crossed by it, in ascending number. The
 // list holds until the next call for elements.
-std::span<const std::int32_t> elements_met_by(Engine& engine, const Point& p1, const Point& p2);
+std::span<const ElementNumber> elements_met_by(Engine& engine, const Point& p1, const Point& p2);
 
 // The same of the elements that may have a node, or their middle, within a reach of the box of two points.
-std::span<const std::int32_t> elements_near(Engine& engine, const Point& p1, const Point& p2,
-                                            float reach = 0.0F);
+std::span<const ElementNumber> elements_near(Engine& engine, const Point& p1, const Point& p2,
+                                             float reach = 0.0F);
 
 // All elements that may have one of the nodes as a corner, in ascending number.
-std::vector<std::int32_t> elements_with(const Engine& engine, std::span<const std::int32_t> nodes);
+std::vector<ElementNumber> elements_with(const Engine& engine, std::span<const NodeNumber> nodes);
 
 }  // namespace brelan

@@ -43,8 +43,7 @@ struct GroupLines {
 
 // Works on the mesh and writes the record to "JOINT.TMP".
 GroupLines add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, Engine& engine,
-                     GroupListing& listing, std::int32_t g, bool closed,
-                     std::span<const std::int32_t> nodes) {
+                     GroupListing& listing, std::int32_t g, bool closed, std::span<const NodeNumber> nodes) {
     const GroupMaterial& material = group_cards.materials[g];
     const GroupRow& group = group_cards.rows[g];
     JointRecord record;
@@ -52,15 +51,15 @@ GroupLines add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_car
     record.closed = closed ? 1 : 0;
     record.group_type = group.group_type;
     record.inner_line_type = to_integer(material.inner_line_type);
-    record.inner_line_material = to_integer(material.inner_line_material);
+    record.inner_line_material = MaterialNumber(to_integer(material.inner_line_material));
     record.nodes.assign(nodes.begin(), nodes.end());
-    const auto add_line = [&](std::int32_t line_type, std::int32_t line_material,
-                              std::span<const std::int32_t> line) {
+    const auto add_line = [&](std::int32_t line_type, MaterialNumber line_material,
+                              std::span<const NodeNumber> line) {
         add_line_elements(mesh, engine, listing, group.freezes_nodes, closed, line_type, line_material, line);
     };
     GroupLines lines;
     if (group.group_type >= 1 && group.group_type <= 4) {
-        const bool listed = record.inner_line_type != 0 && record.inner_line_material != 0;
+        const bool listed = record.inner_line_type != 0 && record.inner_line_material != MaterialNumber{};
         if (listed)
             write_joint_record(channels.at(CHANNEL_JOINT), record);
         add_line(record.inner_line_type, record.inner_line_material, nodes);
@@ -72,10 +71,10 @@ GroupLines add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_car
         return lines;
     record.joint_thickness = material.joint_thickness;
     record.outer_line_type = to_integer(material.outer_line_type);
-    record.outer_line_material = to_integer(material.outer_line_material);
+    record.outer_line_material = MaterialNumber(to_integer(material.outer_line_material));
     record.twins = add_twin_line(mesh, engine, nodes, closed, record.joint_thickness);
     write_joint_record(channels.at(CHANNEL_JOINT), record);
-    add_joints(mesh, engine, nodes, record.twins, closed, to_integer(material.joint_material),
+    add_joints(mesh, engine, nodes, record.twins, closed, MaterialNumber(to_integer(material.joint_material)),
                held_joint_attribute(mesh.kind, material.joint_attribute));
     if (std::abs(group.group_type) == 4 || record.joint_thickness <= 0.0F)
         lines.moved = move_across(mesh, engine, nodes, record.twins, closed);
@@ -90,8 +89,8 @@ RegionMaterial region_of(const GroupCards& group_cards, std::int32_t g) {
     RegionMaterial region;
     region.group_type = group_cards.rows[g].group_type;
     region.overlay = group_cards.rows[g].overlay;
-    region.material = to_integer(material.material);
-    region.old_material = to_integer(material.old_material);
+    region.material = MaterialNumber(to_integer(material.material));
+    region.old_material = MaterialNumber(to_integer(material.old_material));
     region.attribute = to_integer(material.attribute);
     region.density = material.attribute;
     return region;
@@ -111,7 +110,7 @@ std::optional<JointRecord> run_group(Channels& channels, Mesh& mesh, const Group
     if (use != OutlineUse::free_line)
         cut_along(mesh, tolerances, engine, cut, path, segments);
     require_parts(engine, path);
-    std::vector<std::int32_t> nodes;
+    std::vector<NodeNumber> nodes;
     if (use != OutlineUse::free_line)
         nodes = list_path_nodes(mesh, tolerances, engine, path);
     else if (!segments.empty())

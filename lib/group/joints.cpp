@@ -16,7 +16,7 @@ namespace {
 constexpr float ON_LIMIT = 0.0001F;   // a line node so near to a limit of the mesh lies on it
 constexpr float NO_SHIFT = 1.0E-10F;  // shift along a limit that cannot be scaled
 
-void set_joint_attributes(Mesh& mesh, std::int32_t e, std::int32_t joint_attribute) {
+void set_joint_attributes(Mesh& mesh, ElementNumber e, std::int32_t joint_attribute) {
     ElementAttributes a = load_attributes(mesh, e);
     a.skeleton = 1;
     a.fluid = joint_attribute;
@@ -46,34 +46,34 @@ bool is_left(const std::vector<Point>& line, bool closed, std::size_t k, const P
 
 // Why no twin can be put beside place k of a line, where that can be told: an edge without length has no left
 // side, and shifted edges meet nowhere where the line turns back.
-std::string missing_place(const Mesh& mesh, std::span<const std::int32_t> nodes, bool closed, std::size_t k) {
+std::string missing_place(const Mesh& mesh, std::span<const NodeNumber> nodes, bool closed, std::size_t k) {
     const std::size_t c = nodes.size();
-    const std::int32_t before = k > 0 || closed ? nodes[(k + c - 1) % c] : 0;
-    const std::int32_t behind = k + 1 < c || closed ? nodes[(k + 1) % c] : 0;
+    const NodeNumber before = k > 0 || closed ? nodes[(k + c - 1) % c] : NodeNumber{};
+    const NodeNumber behind = k + 1 < c || closed ? nodes[(k + 1) % c] : NodeNumber{};
     const Point at = node_point(mesh, nodes[k]);
-    for (const std::int32_t other : {before, behind})
-        if (other != 0 && distance(node_point(mesh, other), at) == 0.0F)
-            return ": nodes " + std::to_string(nodes[k]) + " and " + std::to_string(other) +
+    for (const NodeNumber other : {before, behind})
+        if (other.names_one() && distance(node_point(mesh, other), at) == 0.0F)
+            return ": nodes " + to_string(nodes[k]) + " and " + to_string(other) +
                    " of the line lie at one point, as when two joints of no width lie on one line";
-    if (before == 0 || behind == 0)
+    if (before.is_none() || behind.is_none())
         return "";
     const Point from = node_point(mesh, before), to = node_point(mesh, behind);
     const bool turns = (at.x - from.x) * (to.x - at.x) + (at.y - from.y) * (to.y - at.y) < 0.0F;
     return turns ? ": the line turns back on itself there" : "";
 }
 
-void require_place(const Mesh& mesh, const Engine& engine, std::span<const std::int32_t> nodes, bool closed,
+void require_place(const Mesh& mesh, const Engine& engine, std::span<const NodeNumber> nodes, bool closed,
                    std::size_t k, const Point& twin) {
     if (std::isfinite(twin.x) && std::isfinite(twin.y))
         return;
     fail("group " + std::to_string(engine.group) +
-         ": expected coordinates that are numbers, but the twin of node " + std::to_string(nodes[k]) +
+         ": expected coordinates that are numbers, but the twin of node " + to_string(nodes[k]) +
          " of its line would get one that is none" + missing_place(mesh, nodes, closed, k));
 }
 
 }  // namespace
 
-std::vector<Point> offset_line(const Mesh& mesh, std::span<const std::int32_t> nodes, bool closed,
+std::vector<Point> offset_line(const Mesh& mesh, std::span<const NodeNumber> nodes, bool closed,
                                float joint_thickness) {
     const float thickness = std::abs(joint_thickness);
     std::vector<Point> line = node_points(mesh, nodes);
@@ -100,15 +100,15 @@ std::vector<Point> offset_line(const Mesh& mesh, std::span<const std::int32_t> n
     return twins;
 }
 
-std::vector<std::int32_t> add_twin_line(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
-                                        bool closed, float joint_thickness) {
+std::vector<NodeNumber> add_twin_line(Mesh& mesh, Engine& engine, std::span<const NodeNumber> nodes,
+                                      bool closed, float joint_thickness) {
     const std::vector<Point> places = offset_line(mesh, nodes, closed, joint_thickness);
     const auto words = static_cast<std::size_t>(kind_row(mesh.kind).node_codes);
-    std::vector<std::int32_t> twins;
+    std::vector<NodeNumber> twins;
     for (std::size_t k = 0; k < nodes.size(); ++k) {
-        const std::int32_t node = nodes[k];
+        const NodeNumber node = nodes[k];
         require_place(mesh, engine, nodes, closed, k, places[k]);
-        const std::int32_t twin = add_node(mesh, engine, places[k]);
+        const NodeNumber twin = add_node(mesh, engine, places[k]);
         for (std::size_t i = 0; i < words; ++i)
             mesh.codes[twin][i] = mesh.codes[node][i];
         if (has_node_values(mesh.kind)) {
@@ -121,33 +121,33 @@ std::vector<std::int32_t> add_twin_line(Mesh& mesh, Engine& engine, std::span<co
     return twins;
 }
 
-void add_joints(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
-                std::span<const std::int32_t> twins, bool closed, std::int32_t joint_material,
+void add_joints(Mesh& mesh, Engine& engine, std::span<const NodeNumber> nodes,
+                std::span<const NodeNumber> twins, bool closed, MaterialNumber joint_material,
                 std::int32_t joint_attribute) {
     const std::size_t c = nodes.size();
     if (c < 2)
         return;
     for (std::size_t k = 0; k < (closed ? c : c - 1); ++k) {
         const std::size_t next = (k + 1) % c;
-        const std::int32_t e = add_element(engine);
+        const ElementNumber e = add_element(engine);
         mesh.type[e] = ELEMENT_CONTINUUM;
-        engine.workable[e] = 0;
+        engine.workable[e] = {};
         mesh.words[e].material = joint_material;
         set_joint_attributes(mesh, e, joint_attribute);
         set_corners(mesh, engine, e, {{nodes[k], nodes[next], twins[next], twins[k]}});
     }
 }
 
-std::vector<MovedElement> move_across(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
-                                      std::span<const std::int32_t> twins, bool closed) {
+std::vector<MovedElement> move_across(Mesh& mesh, Engine& engine, std::span<const NodeNumber> nodes,
+                                      std::span<const NodeNumber> twins, bool closed) {
     std::vector<MovedElement> moved_elements;
     if (nodes.size() < 2)
         return moved_elements;
     const std::vector<Point> line = node_points(mesh, nodes);
-    std::unordered_map<std::int32_t, std::size_t> place;  // of a node in the list, which names none twice
+    std::unordered_map<NodeNumber, std::size_t> place;  // of a node in the list, which names none twice
     for (std::size_t k = 0; k < nodes.size(); ++k)
         place.emplace(nodes[k], k);
-    for (const std::int32_t e : elements_with(engine, nodes)) {
+    for (const ElementNumber e : elements_with(engine, nodes)) {
         if (mesh.type[e] == ELEMENT_DELETED || (mesh.type[e] == ELEMENT_CONTINUUM && is_joint(mesh, e)))
             continue;
         const Corners before = corners_of(mesh, e);
@@ -156,7 +156,7 @@ std::vector<MovedElement> move_across(Mesh& mesh, Engine& engine, std::span<cons
         Point centre;
         bool has_centroid = false;
         for (int j = 0; j < 4; ++j) {
-            const auto found = before.n[j] > 0 ? place.find(before.n[j]) : place.end();
+            const auto found = before.n[j].names_one() ? place.find(before.n[j]) : place.end();
             if (found == place.end())
                 continue;
             if (!has_centroid)
@@ -176,8 +176,8 @@ std::vector<MovedElement> move_across(Mesh& mesh, Engine& engine, std::span<cons
     return moved_elements;
 }
 
-void fix_twins(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
-               std::span<const std::int32_t> twins, bool closed, float joint_thickness) {
+void fix_twins(Mesh& mesh, Engine& engine, std::span<const NodeNumber> nodes,
+               std::span<const NodeNumber> twins, bool closed, float joint_thickness) {
     const float thickness = std::abs(joint_thickness);
     const std::vector<Point> places = offset_line(mesh, nodes, closed, joint_thickness);
     for (std::size_t k = 0; k < nodes.size(); ++k) {

@@ -15,18 +15,18 @@ namespace brelan {
 
 // An element that was moved to twin nodes, with its corners before.
 struct MovedElement {
-    std::int32_t element;
+    ElementNumber element;
     Corners before;
 };
 
 // The twins' places for a line: each edge is shifted by |THICj| to its left, and the shifted edges meet in
 // mitres.
-std::vector<Point> offset_line(const Mesh& mesh, std::span<const std::int32_t> nodes, bool closed,
+std::vector<Point> offset_line(const Mesh& mesh, std::span<const NodeNumber> nodes, bool closed,
                                float joint_thickness);
 
 // Adds the twin nodes of a line, with the codes of their line nodes; both are frozen. Returns their numbers.
-std::vector<std::int32_t> add_twin_line(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
-                                        bool closed, float joint_thickness);
+std::vector<NodeNumber> add_twin_line(Mesh& mesh, Engine& engine, std::span<const NodeNumber> nodes,
+                                      bool closed, float joint_thickness);
 
 // Fills the gap with joint elements of a material. KFj is the attribute of the kind as the driver holds it.
 //
@@ -36,19 +36,19 @@ std::vector<std::int32_t> add_twin_line(Mesh& mesh, Engine& engine, std::span<co
 //         +--------------+
 //      I1 = line k   I2 = line k + 1
 //
-void add_joints(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
-                std::span<const std::int32_t> twins, bool closed, std::int32_t joint_material,
+void add_joints(Mesh& mesh, Engine& engine, std::span<const NodeNumber> nodes,
+                std::span<const NodeNumber> twins, bool closed, MaterialNumber joint_material,
                 std::int32_t joint_attribute);
 
 // Moves the elements to the left of the line to the twin nodes; those marked by a negative LTP stay, and move
 // when they are to its right. A line of one node has no sides and no joint: nothing moves, else a beam or
 // truss would be left hanging on the twin. Returns the elements that were moved.
-std::vector<MovedElement> move_across(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
-                                      std::span<const std::int32_t> twins, bool closed);
+std::vector<MovedElement> move_across(Mesh& mesh, Engine& engine, std::span<const NodeNumber> nodes,
+                                      std::span<const NodeNumber> twins, bool closed);
 
 // Computes the twins' places anew, as the line lies now, and keeps twins at the left, right and lower limits
 // of the mesh on these limits. The top is the free surface and has no such rule.
-void fix_twins(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
-               std::span<const std::int32_t> twins, bool closed, float joint_thickness);
+void fix_twins(Mesh& mesh, Engine& engine, std::span<const NodeNumber> nodes,
+               std::span<const NodeNumber> twins, bool closed, float joint_thickness);
 
 }  // namespace brelan

@@ -13,8 +13,8 @@ namespace {
 constexpr std::int32_t BEAM_LINE = 2, TRUSS_LINE = 3, TRUSS_CODE_0 = 4, TRUSS_CODE_1 = 5;  // |LTP|
 
 void add_line_element(Mesh& mesh, Engine& engine, std::int32_t line_kind, std::int32_t line_type,
-                      std::int32_t line_material, std::int32_t from, std::int32_t to) {
-    const std::int32_t e = add_element(engine);
+                      MaterialNumber line_material, NodeNumber from, NodeNumber to) {
+    const ElementNumber e = add_element(engine);
     const std::int8_t type = line_kind == BEAM_LINE ? ELEMENT_BEAM : ELEMENT_TRUSS;
     ElementRecord element = two_node_element(from, to, line_material);
     const ElementWords stood = mesh.words[e];
@@ -35,21 +35,23 @@ void add_line_element(Mesh& mesh, Engine& engine, std::int32_t line_kind, std::i
 // The words of one node of a line of beams or trusses, for the flow sections of the temperature and head
 // kinds.
 struct LineWords {
-    std::int32_t line_kind, line_material, line, count;
+    std::int32_t line_kind;
+    MaterialNumber line_material;
+    std::int32_t line, count;
 
-    void write(Mesh& mesh, std::int32_t node, std::size_t position) const {
-        mesh.codes[node] = {line_kind, line_material, line, static_cast<std::int32_t>(position), count};
+    void write(Mesh& mesh, NodeNumber node, std::size_t position) const {
+        mesh.codes[node] = {line_kind, line_material.value, line, static_cast<std::int32_t>(position), count};
     }
 };
 
 void write_line_words(Mesh& mesh, const GroupListing& listing, std::int32_t line_kind,
-                      std::int32_t line_material, bool closed, std::span<const std::int32_t> nodes) {
+                      MaterialNumber line_material, bool closed, std::span<const NodeNumber> nodes) {
     const std::int32_t line = line_kind == BEAM_LINE ? listing.pipes : listing.convection_lines;
     const std::size_t c = nodes.size();
     const std::size_t elements = closed ? c : c - 1;
     if (mesh.kind == LayoutKind::head && line_kind == TRUSS_LINE) {
         for (std::size_t i = 0; !closed && i < elements; ++i) {
-            for (const std::int32_t node : {nodes[i], nodes[i + 1]}) {
+            for (const NodeNumber node : {nodes[i], nodes[i + 1]}) {
                 mesh.codes[node][0] = TRUSS_LINE;
                 mesh.codes[node][1] = 0;
             }
@@ -68,11 +70,11 @@ void write_line_words(Mesh& mesh, const GroupListing& listing, std::int32_t line
 }
 
 void write_node_words(Mesh& mesh, const GroupListing& listing, std::int32_t line_kind,
-                      std::int32_t line_material, bool closed, std::span<const std::int32_t> nodes) {
+                      MaterialNumber line_material, bool closed, std::span<const NodeNumber> nodes) {
     if (!has_node_values(mesh.kind)) {
         // The last code is that of rotation, which a beam needs.
         const auto rotation = static_cast<std::size_t>(kind_row(mesh.kind).node_codes - 1);
-        for (const std::int32_t node : nodes)
+        for (const NodeNumber node : nodes)
             if (line_kind == BEAM_LINE)
                 mesh.codes[node][rotation] = 0;
         return;
@@ -81,19 +83,19 @@ void write_node_words(Mesh& mesh, const GroupListing& listing, std::int32_t line
         write_line_words(mesh, listing, line_kind, line_material, closed, nodes);
         return;
     }
-    for (const std::int32_t node : nodes) {
+    for (const NodeNumber node : nodes) {
         mesh.codes[node][0] = line_kind == TRUSS_CODE_0 ? 0 : 1;
-        mesh.codes[node][1] = line_material;
+        mesh.codes[node][1] = line_material.value;
     }
 }
 
 }  // namespace
 
 void add_line_elements(Mesh& mesh, Engine& engine, GroupListing& listing, std::int32_t freezes_nodes,
-                       bool closed, std::int32_t line_type, std::int32_t line_material,
-                       std::span<const std::int32_t> nodes) {
+                       bool closed, std::int32_t line_type, MaterialNumber line_material,
+                       std::span<const NodeNumber> nodes) {
     if (freezes_nodes == 1)
-        for (const std::int32_t node : nodes)
+        for (const NodeNumber node : nodes)
             engine.frozen[node] = 1;
     const std::int32_t line_kind = std::abs(line_type);
     if (line_kind < BEAM_LINE || line_kind > TRUSS_CODE_1)

@@ -14,7 +14,7 @@ namespace brelan {
 // and writes the node words of the kind. With MOVE 1 the nodes are frozen. A negative LTP marks the elements
 // for side_sign.
 void add_line_elements(Mesh& mesh, Engine& engine, GroupListing& listing, std::int32_t freezes_nodes,
-                       bool closed, std::int32_t line_type, std::int32_t line_material,
-                       std::span<const std::int32_t> nodes);
+                       bool closed, std::int32_t line_type, MaterialNumber line_material,
+                       std::span<const NodeNumber> nodes);
 
 }  // namespace brelan

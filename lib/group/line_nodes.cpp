@@ -12,11 +12,11 @@ namespace brelan {
 namespace {
 
 struct Candidate {
-    std::int32_t node;
+    NodeNumber node;
     float distance;
 };
 
-void require_room(const Engine& engine, const std::vector<std::int32_t>& line) {
+void require_room(const Engine& engine, const std::vector<NodeNumber>& line) {
     if (line.size() > static_cast<std::size_t>(MOST_PATH_NODES))
         fail("group " + std::to_string(engine.group) + ": expected a line of at most " +
              std::to_string(MOST_PATH_NODES) + " nodes, found more");
@@ -25,21 +25,21 @@ void require_room(const Engine& engine, const std::vector<std::int32_t>& line) {
 // The nodes near an edge of continuum elements that the groups may work on, each at its first place: elements
 // in ascending number, corners in order. Every element with a node near the edge is itself near it, so the
 // places are those that a look at all elements would give.
-std::vector<std::int32_t> nodes_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
-                                     const Point& from, const Point& to, std::vector<bool>& seen) {
-    std::vector<std::int32_t> nodes;
-    for (const std::int32_t e : elements_near(engine, from, to, tolerances.line)) {
+std::vector<NodeNumber> nodes_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                   const Point& from, const Point& to, std::vector<bool>& seen) {
+    std::vector<NodeNumber> nodes;
+    for (const ElementNumber e : elements_near(engine, from, to, tolerances.line)) {
         if (!is_selected(mesh, engine, e) || is_joint(mesh, e))
             continue;
-        for (const std::int32_t n : corners_of(mesh, e).n) {
-            if (n <= 0 || seen[static_cast<std::size_t>(n)])
+        for (const NodeNumber n : corners_of(mesh, e).n) {
+            if (n.is_none() || seen[n.place()])
                 continue;
-            seen[static_cast<std::size_t>(n)] = true;
+            seen[n.place()] = true;
             nodes.push_back(n);
         }
     }
-    for (const std::int32_t n : nodes)
-        seen[static_cast<std::size_t>(n)] = false;
+    for (const NodeNumber n : nodes)
+        seen[n.place()] = false;
     return nodes;
 }
 
@@ -72,18 +72,17 @@ void keep_ends(std::vector<Candidate>& candidates, bool first_edge) {
 
 }  // namespace
 
-std::vector<std::int32_t> list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
-                                          const Path& path) {
-    std::vector<std::int32_t> line;
-    std::vector<bool> listed(static_cast<std::size_t>(HIGHEST_NODE_NUMBER) + 1, false);
+std::vector<NodeNumber> list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                        const Path& path) {
+    std::vector<NodeNumber> line;
+    std::vector<bool> listed(LAST_NODE.place() + 1, false);
     std::vector<bool> seen(listed);  // scratch of nodes_near
     for (std::size_t edge = 0; edge < path.edges; ++edge) {
         const Point& from = path.points[edge];
         const Point& to = path.end_of(edge);
         std::vector<Candidate> candidates;
-        for (const std::int32_t n : nodes_near(mesh, tolerances, engine, from, to, seen)) {
-            if (listed[static_cast<std::size_t>(n)] ||
-                is_far(tolerances, engine, from, to, node_point(mesh, n)))
+        for (const NodeNumber n : nodes_near(mesh, tolerances, engine, from, to, seen)) {
+            if (listed[n.place()] || is_far(tolerances, engine, from, to, node_point(mesh, n)))
                 continue;
             const Snap snap = snap_to_segment(from, to, node_point(mesh, n), tolerances.line);
             if (snap.near)
@@ -96,19 +95,19 @@ std::vector<std::int32_t> list_path_nodes(Mesh& mesh, const Tolerances& toleranc
             if (!line.empty() && line.back() == candidate.node)
                 continue;
             line.push_back(candidate.node);
-            listed[static_cast<std::size_t>(candidate.node)] = true;
+            listed[candidate.node.place()] = true;
         }
         require_room(engine, line);
     }
     return line;
 }
 
-std::vector<std::int32_t> list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
-                                          const Path& path) {
-    std::vector<std::int32_t> line;
+std::vector<NodeNumber> list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                        const Path& path) {
+    std::vector<NodeNumber> line;
     for (const Point& point : path.points) {
-        std::int32_t node = lowest_node_within(mesh, engine, point, tolerances.same);
-        if (node == 0) {
+        NodeNumber node = lowest_node_within(mesh, engine, point, tolerances.same);
+        if (node.is_none()) {
             node = add_node(mesh, engine, point);
             mesh.codes[node][4] = 1;
         }

@@ -12,11 +12,11 @@
 namespace brelan {
 
 // The mesh nodes on the finished path, in order along it.
-std::vector<std::int32_t> list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
-                                          const Path& path);
+std::vector<NodeNumber> list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                        const Path& path);
 
 // The nodes of a free line: the first node within TOLSAME of each path point, or a new one there.
-std::vector<std::int32_t> list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
-                                          const Path& path);
+std::vector<NodeNumber> list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                        const Path& path);
 
 }  // namespace brelan

@@ -13,10 +13,10 @@ namespace brelan {
 
 namespace {
 
-void write_nodes(Channel& file, std::span<const std::int32_t> nodes) {
+void write_nodes(Channel& file, std::span<const NodeNumber> nodes) {
     FreeFieldLine line;
-    for (const std::int32_t n : nodes)
-        line.add(n);
+    for (const NodeNumber n : nodes)
+        line.add(n.value);
     line.write(file);
 }
 
@@ -26,11 +26,11 @@ void write_joint_record(Channel& file, const JointRecord& record) {
     write_free(file, record.group);
     write_free(file, record.closed, static_cast<std::int32_t>(record.nodes.size()), record.joint_thickness,
                record.group_type);
-    write_free(file, record.inner_line_type, record.inner_line_material);
+    write_free(file, record.inner_line_type, record.inner_line_material.value);
     write_nodes(file, record.nodes);
     if (record.group_type >= 0)
         return;
-    write_free(file, record.outer_line_type, record.outer_line_material);
+    write_free(file, record.outer_line_type, record.outer_line_material.value);
     write_nodes(file, record.twins);
 }
 
@@ -47,17 +47,17 @@ void add_row(GroupListing& listing, Channel& file, ListingRow row) {
 }
 
 void add_rows(const Mesh& mesh, GroupListing& listing, Channel& file, const JointRecord& record) {
-    const auto add = [&](std::int32_t sub_kind, std::span<const std::int32_t> nodes) {
+    const auto add = [&](std::int32_t sub_kind, std::span<const NodeNumber> nodes) {
         add_row(listing, file,
                 {record.group, sub_kind, record.group_type, record.closed, node_points(mesh, nodes)});
     };
-    if (record.inner_line_type != 0 && record.inner_line_material != 0)
+    if (record.inner_line_type != 0 && record.inner_line_material != MaterialNumber{})
         add(ROW_LINE, record.nodes);
     if (record.group_type >= 0)
         return;
-    if (record.outer_line_type != 0 && record.outer_line_material != 0)
+    if (record.outer_line_type != 0 && record.outer_line_material != MaterialNumber{})
         add(ROW_LINE, record.twins);
-    std::vector<std::int32_t> strip;
+    std::vector<NodeNumber> strip;
     for (std::size_t k = 0; k < record.nodes.size(); ++k)
         strip.insert(strip.end(), {record.nodes[k], record.twins[k]});
     add(ROW_JOINT, strip);

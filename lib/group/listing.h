@@ -18,9 +18,9 @@ struct JointRecord {
     std::int32_t closed = 0;
     float joint_thickness = 0.0F;  // 0 for a positive MTYPE
     std::int32_t group_type = 0;
-    std::int32_t inner_line_type = 0, inner_line_material = 0;  // or LTP, LMAT
-    std::int32_t outer_line_type = 0, outer_line_material = 0;  // joints only
-    std::vector<std::int32_t> nodes, twins;
+    std::int32_t inner_line_type = 0, outer_line_type = 0;    // the first or LTP; the second of joints only
+    MaterialNumber inner_line_material, outer_line_material;  // or LMAT
+    std::vector<NodeNumber> nodes, twins;
 };
 
 // Writes a record to "JOINT.TMP".

@@ -20,9 +20,9 @@ std::span<const std::int32_t> listed(const List& list, std::int32_t count) {
 void freeze_nodes(const Mesh& mesh, const GroupCards& group_cards, Engine& engine) {
     const GroupLimits& limits = group_cards.limits;
     engine.frozen.fill(0);
-    Table<std::int32_t, HIGHEST_NODE_NUMBER, "NLIST"> listed_nodes;
+    Table<NodeNumber, LAST_NODE, "NLIST"> listed_nodes;
     expand_list(listed(limits.nodes, limits.node_count), listed_nodes, limits.nodes_place);
-    for (std::int32_t n = 1; n <= engine.highest_node; ++n) {
+    for (NodeNumber n{1}; n <= engine.highest_node; ++n) {
         const bool coded = mesh.codes[n][0] != 0 || mesh.codes[n][1] != 0;
         const bool on_limits =
             limits.bounds_given == 1 && (mesh.x[n] <= limits.left || mesh.x[n] >= limits.right ||
@@ -35,25 +35,25 @@ void freeze_nodes(const Mesh& mesh, const GroupCards& group_cards, Engine& engin
 // Elements that the user keeps out of the groups' reach.
 void set_aside_elements(const Mesh& mesh, const GroupCards& group_cards, Engine& engine) {
     const GroupLimits& limits = group_cards.limits;
-    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "the element list of Card 3.3.5.2"> aside;
+    Table<ElementNumber, LAST_ELEMENT, "the element list of Card 3.3.5.2"> aside;
     expand_list(listed(limits.elements, limits.element_count), aside, limits.elements_place);
-    for (std::int32_t e = 1; e <= HIGHEST_ELEMENT_NUMBER; ++e) {
-        engine.workable[e] = aside[e] == e ? 0 : e;
-        if (engine.workable[e] != 0 || mesh.type[e] == ELEMENT_DELETED)
+    for (ElementNumber e{1}; e <= LAST_ELEMENT; ++e) {
+        engine.workable[e] = aside[e] == e ? ElementNumber{} : e;
+        if (engine.workable[e].names_one() || mesh.type[e] == ELEMENT_DELETED)
             continue;
-        for (const std::int32_t n : corners_of(mesh, e).n)
-            if (n > 0)
+        for (const NodeNumber n : corners_of(mesh, e).n)
+            if (n.names_one())
                 engine.frozen[n] = 1;
     }
 }
 
 void find_limits(Mesh& mesh, Engine& engine) {
     bool first = true;
-    for (std::int32_t e = 1; e <= engine.highest_element; ++e) {
+    for (ElementNumber e{1}; e <= engine.highest_element; ++e) {
         if (mesh.type[e] == ELEMENT_DELETED)
             continue;
-        for (const std::int32_t n : corners_of(mesh, e).n) {
-            if (n <= 0)
+        for (const NodeNumber n : corners_of(mesh, e).n) {
+            if (n.is_none())
                 continue;
             if (first)
                 engine.limits = {mesh.x[n], mesh.x[n], mesh.y[n]};
@@ -67,13 +67,13 @@ void find_limits(Mesh& mesh, Engine& engine) {
 
 float shortest_distance(const Mesh& mesh, const Engine& engine) {
     float shortest = NO_DISTANCE;
-    for (std::int32_t e = 1; e <= engine.highest_element; ++e) {
+    for (ElementNumber e{1}; e <= engine.highest_element; ++e) {
         if (mesh.type[e] != ELEMENT_CONTINUUM || is_joint(mesh, e))
             continue;
         const Corners corners = corners_of(mesh, e);
         for (int i = 0; i < 4; ++i)
             for (int k = i + 1; k < 4; ++k)
-                if (corners.n[i] > 0 && corners.n[k] > 0 && corners.n[i] != corners.n[k])
+                if (corners.n[i].names_one() && corners.n[k].names_one() && corners.n[i] != corners.n[k])
                     shortest = std::min(
                         shortest, distance(node_point(mesh, corners.n[i]), node_point(mesh, corners.n[k])));
     }
@@ -82,8 +82,8 @@ float shortest_distance(const Mesh& mesh, const Engine& engine) {
 
 }  // namespace
 
-void load_engine(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t last_used_node,
-                 std::int32_t last_used_element) {
+void load_engine(Mesh& mesh, const GroupCards& group_cards, Engine& engine, NodeNumber last_used_node,
+                 ElementNumber last_used_element) {
     engine.highest_node = last_used_node;
     engine.highest_element = last_used_element;
     engine.side_sign.fill(0);

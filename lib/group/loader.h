@@ -13,8 +13,8 @@ namespace brelan {
 // but 0 for those that Card 3.3.5.2 names, and frozen for the nodes that must not be moved: fixed by their
 // first or second code word, named by Card 3.3.5.1, of elements that Card 3.3.5.2 names, or on or beyond the
 // limits of Card 3.3.5.3. Finds the limits.
-void load_engine(Mesh& mesh, const GroupCards& group_cards, Engine& engine, std::int32_t last_used_node,
-                 std::int32_t last_used_element);
+void load_engine(Mesh& mesh, const GroupCards& group_cards, Engine& engine, NodeNumber last_used_node,
+                 ElementNumber last_used_element);
 
 // TOLMOVE and TOLLINE from the mode of the defaults file and the shortest distance between two corners of a
 // continuum element that is no joint, diagonals included.

@@ -74,7 +74,7 @@ Membership begin_membership(const Tolerances& tolerances, const Engine& engine, 
 }
 
 std::vector<MemberRecord> members_of(const Membership& membership, const Mesh& mesh,
-                                     const Tolerances& tolerances, std::int32_t element, std::int8_t type) {
+                                     const Tolerances& tolerances, ElementNumber element, std::int8_t type) {
     const Point centre = centroid(mesh, element, type == ELEMENT_CONTINUUM ? 4 : 2);
     std::vector<MemberRecord> records;
     const auto scan = [&](const auto& rows, auto holds) {
@@ -94,7 +94,8 @@ std::vector<MemberRecord> members_of(const Membership& membership, const Mesh& m
 }
 
 void write_member(Channel& file, const MemberRecord& record) {
-    MEMBER_RECORD.write(file, record.group, record.material, record.element, record.type, record.sub_kind);
+    MEMBER_RECORD.write(file, record.group, record.material.value, record.element.value, record.type,
+                        record.sub_kind);
 }
 
 }  // namespace brelan

@@ -34,7 +34,7 @@ Membership begin_membership(const Tolerances& tolerances, const Engine& engine, 
 // A record for each row of the listing that an element of the finished mesh belongs to: inside an outline, on
 // a line, in a joint strip.
 std::vector<MemberRecord> members_of(const Membership& membership, const Mesh& mesh,
-                                     const Tolerances& tolerances, std::int32_t element, std::int8_t type);
+                                     const Tolerances& tolerances, ElementNumber element, std::int8_t type);
 
 // Writes a record to "GROUP.TMP".
 void write_member(Channel& file, const MemberRecord& record);

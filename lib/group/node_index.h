@@ -17,8 +17,8 @@ struct Engine;
 class NodeIndex {
 public:
     void forget() { cells_.clear(); }
-    void note(const Mesh& mesh, std::int32_t n);
-    std::int32_t lowest_within(Mesh& mesh, Engine& engine, const Point& point, float reach);
+    void note(const Mesh& mesh, NodeNumber n);
+    NodeNumber lowest_within(Mesh& mesh, Engine& engine, const Point& point, float reach);
 
 private:
     void build(Mesh& mesh, Engine& engine);
@@ -31,15 +31,15 @@ private:
 
     float x0_ = 0.0F, x1_ = 0.0F, y0_ = 0.0F, y1_ = 0.0F;
     std::int32_t count_ = 1;
-    std::vector<std::vector<std::int32_t>> cells_;
+    std::vector<std::vector<NodeNumber>> cells_;
 };
 
 // The lowest node number from 1 to the highest in use whose distance from the point is strictly below the
 // reach; 0 for none. Numbers that no node uses count where they lie, at (0, 0).
-std::int32_t lowest_node_within(Mesh& mesh, Engine& engine, const Point& point, float reach);
+NodeNumber lowest_node_within(Mesh& mesh, Engine& engine, const Point& point, float reach);
 
 // Notes that a node is new or lies elsewhere.
-void note_node_place(Mesh& mesh, Engine& engine, std::int32_t n);
+void note_node_place(Mesh& mesh, Engine& engine, NodeNumber n);
 
 // Forgets all places: the nodes of another mesh are in the tables.
 void forget_node_places(Engine& engine);

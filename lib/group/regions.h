@@ -14,7 +14,7 @@ namespace brelan {
 // A group's material as the driver has converted it.
 struct RegionMaterial {
     std::int32_t group_type = 0, overlay = 0;
-    std::int32_t material = 0, old_material = 0;
+    MaterialNumber material, old_material;
     std::int32_t attribute = 0;  // KF or IH
     float density = 0.0F;        // displacement kind
 };

@@ -15,7 +15,7 @@ unsigned marks_of(const CutRow& row) {
     unsigned marks = 0;
     for (unsigned i = 0; i < static_cast<unsigned>(row.corners()); ++i) {
         marks |= row.corner_on_line[i] == 1 ? CORNER_1 << i : 0U;
-        marks |= row.side_node[i] != 0 ? SIDE_1 << i : 0U;
+        marks |= row.side_node[i].names_one() ? SIDE_1 << i : 0U;
     }
     return marks;
 }
@@ -38,24 +38,24 @@ std::span<const Part> first_of(const std::array<SplitPattern, COUNT>& table, uns
 // A row with two corners on the line, or one and a centre, needs no side node; its neighbours lose it too.
 void reduce_sides(CutTable& cut) {
     for (CutRow& row : cut.rows) {
-        if (row.element <= 0)
+        if (row.element.is_none())
             continue;
         const int on_line = count_bits(marks_of(row), CORNER_1);
-        if (on_line < (row.centre_node != 0 ? 1 : 2))
+        if (on_line < (row.centre_node.names_one() ? 1 : 2))
             continue;
         for (int i = 0; i < row.corners(); ++i) {
             const RowSide& side = side_of(row, i);
-            if (row.side_node[side.mark] != 0)
+            if (row.side_node[side.mark].names_one())
                 cut.for_rows_with_side(row.corner_node[side.a], row.corner_node[side.b],
-                                       [](const CutRow&, std::int32_t& mark) { mark = 0; });
+                                       [](const CutRow&, NodeNumber& mark) { mark = {}; });
         }
     }
 }
 
-std::int32_t node_at(const CutRow& row, At at) {
+NodeNumber node_at(const CutRow& row, At at) {
     switch (at) {
         case At::none:
-            return 0;
+            return {};
         case At::n1:
         case At::n2:
         case At::n3:
@@ -85,13 +85,13 @@ void split_row(CutTable& cut, std::size_t r) {
         added.element = row.element;
         cut.rows.push_back(added);
     }
-    cut.rows[r].element = -row.element;
+    cut.rows[r].element = row.element.hidden();
 }
 
 // The first row of an element takes its slot, the others new numbers with its attributes.
 void write_back(Mesh& mesh, Engine& engine, const CutRow& row) {
-    std::int32_t e = row.element;
-    if (mesh.words[e].corner_1 > 0) {
+    ElementNumber e = row.element;
+    if (mesh.words[e].corner_1.names_one()) {
         e = add_element(engine);
         copy_attributes(mesh, row.element, e);
         engine.workable[e] = e;
@@ -107,8 +107,9 @@ void write_back(Mesh& mesh, Engine& engine, const CutRow& row) {
 std::span<const Part> parts_of(const CutRow& row) {
     const unsigned marks = marks_of(row);
     if (row.is_triangle())
-        return row.centre_node != 0 ? first_of(TRIANGLE_WITH_CENTRE, marks) : first_of(TRIANGLE, marks);
-    if (row.centre_node != 0)
+        return row.centre_node.names_one() ? first_of(TRIANGLE_WITH_CENTRE, marks)
+                                           : first_of(TRIANGLE, marks);
+    if (row.centre_node.names_one())
         return first_of(QUADRILATERAL_WITH_CENTRE, marks);
     const int corner_marks = count_bits(marks, CORNER_1);
     const int side_marks = count_bits(marks, SIDE_1);
@@ -127,10 +128,10 @@ void split_rows(Mesh& mesh, Engine& engine, CutTable& cut) {
     reduce_sides(cut);
     const std::size_t rows = cut.rows.size();
     for (std::size_t r = 0; r < rows; ++r)
-        if (cut.rows[r].element > 0)
+        if (cut.rows[r].element.names_one())
             split_row(cut, r);
     for (const CutRow& row : cut.rows)
-        if (row.element > 0)
+        if (row.element.names_one())
             write_back(mesh, engine, row);
     cut.clear();
 }

@@ -58,7 +58,7 @@ inline bool is_joint(LayoutKind kind, const ElementAttributes& attributes) {
     for_each_attribute(kind, [&](const auto& a) { joint = joint || a.marks_joint(attributes.*a.member); });
     return joint;
 }
-inline bool is_joint(const Mesh& mesh, std::int32_t number) {
+inline bool is_joint(const Mesh& mesh, ElementNumber number) {
     bool joint = false;
     for_each_attribute(mesh.kind,
                        [&](const auto& a) { joint = joint || a.marks_joint((mesh.*a.column)[number]); });
@@ -66,10 +66,10 @@ inline bool is_joint(const Mesh& mesh, std::int32_t number) {
 }
 
 // The attributes of a mesh's element at a number; those of other kinds are left out.
-inline void store_attributes(Mesh& mesh, std::int32_t number, const ElementAttributes& attributes) {
+inline void store_attributes(Mesh& mesh, ElementNumber number, const ElementAttributes& attributes) {
     for_each_attribute(mesh.kind, [&](const auto& a) { (mesh.*a.column)[number] = attributes.*a.member; });
 }
-inline ElementAttributes load_attributes(const Mesh& mesh, std::int32_t number) {
+inline ElementAttributes load_attributes(const Mesh& mesh, ElementNumber number) {
     ElementAttributes attributes;
     for_each_attribute(mesh.kind, [&](const auto& a) { attributes.*a.member = (mesh.*a.column)[number]; });
     return attributes;

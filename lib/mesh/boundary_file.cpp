@@ -39,7 +39,7 @@ constexpr std::string_view SECTION_ROW =
 struct LineNode {
     std::int32_t mark, material, line, position, count;
 
-    LineNode(const Mesh& mesh, std::int32_t n)
+    LineNode(const Mesh& mesh, NodeNumber n)
         : mark(mesh.codes[n][0]),
           material(mesh.codes[n][1]),
           line(mesh.codes[n][2]),
@@ -50,15 +50,15 @@ struct LineNode {
 // A line's nodes by position, 0 where none has been found.
 struct LineGroup {
     std::int32_t number = 0, material = 0, taken = 0;
-    std::vector<std::int32_t> nodes;
+    std::vector<NodeNumber> nodes;
 
     bool complete() const { return number > 0 && taken >= static_cast<std::int32_t>(nodes.size()); }
 
-    void take(std::int32_t n, const LineNode& node) {
+    void take(NodeNumber n, const LineNode& node) {
         if (number == 0) {
             number = node.line;
             material = node.material;
-            nodes.resize(static_cast<std::size_t>(std::abs(node.count)), 0);
+            nodes.resize(static_cast<std::size_t>(std::abs(node.count)));
         }
         if (node.position >= 1 && node.position <= static_cast<std::int32_t>(nodes.size()))
             nodes[static_cast<std::size_t>(node.position - 1)] = n;
@@ -70,7 +70,7 @@ struct LineGroup {
 std::vector<LineGroup> take_lines(Mesh& mesh, const ResultMesh& result, std::int32_t mark,
                                   std::int32_t lines) {
     std::vector<LineGroup> groups(static_cast<std::size_t>(lines));
-    for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
+    for (NodeNumber n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
         if (mesh.node_in_use[n] != 1)
             continue;
         const LineNode node(mesh, n);
@@ -89,7 +89,7 @@ std::vector<LineGroup> take_lines(Mesh& mesh, const ResultMesh& result, std::int
 void write_properties(const Mesh& mesh, const GroupListing& listing, Channel& file,
                       const ResultMesh& result) {
     std::set<std::int32_t> materials;
-    for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
+    for (NodeNumber n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
         const LineNode node(mesh, n);
         if (mesh.node_in_use[n] == 1 && node.mark == PIPE_NODE && node.line >= 1 &&
             node.line <= listing.pipes)
@@ -133,7 +133,7 @@ void write_line_groups(Channel& file, const LineCards& cards, const std::vector<
         GROUP_LINE.write(file, number, group.material, function,
                          static_cast<std::int32_t>(group.nodes.size()));
         write_lines(file, {cards.list_card, "* Listing of Nodes --- "});
-        GROUP_NODES.write_list(file, std::span<const std::int32_t>(group.nodes));
+        GROUP_NODES.write_list(file, std::span<const std::int32_t>(values_of(group.nodes)));
     }
 }
 
@@ -141,7 +141,7 @@ void write_line_groups(Channel& file, const LineCards& cards, const std::vector<
 
 // A run of trusses, end to end, of one group.
 struct FlowRun {
-    std::vector<std::int32_t> nodes;
+    std::vector<NodeNumber> nodes;
     std::uint8_t mark = 0;
 
     FlowRun(const Mesh& mesh, const ElementWords& truss)
@@ -168,7 +168,7 @@ void write_section_nodes(Channel& file, const FlowRun& run) {
     write_lines(file, {"* Card 10.8.1", "* NODES"});
     COUNT.write(file, static_cast<std::int32_t>(run.nodes.size()));
     file.write_line("* LIST OF NODES");
-    SECTION_NODES.write_list(file, std::span<const std::int32_t>(run.nodes));
+    SECTION_NODES.write_list(file, std::span<const std::int32_t>(values_of(run.nodes)));
 }
 
 }  // namespace
@@ -194,7 +194,7 @@ void write_flow_sections(Channels& channels, const Mesh& mesh, const GroupCards&
     SECTION_COUNT.write(file, listing.flow_sections, flow_code);
     file.write_line("*");
     std::vector<FlowRun> runs;
-    for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n) {
+    for (ElementNumber n = result.elements.lowest; n <= result.elements.highest; ++n) {
         if (mesh.type_in_use[n] != ELEMENT_TRUSS)
             continue;
         const ElementWords& truss = mesh.words[n];

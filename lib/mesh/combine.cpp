@@ -17,32 +17,32 @@ constexpr int CONTINUUM = 0, BEAM = 1, TRUSS = 2;  // places in Region::old_elem
 // The first region's nodes in ascending number, and the second's.
 std::vector<NumberedPoint> first_nodes(const Combination& combination, const RegionTables& first) {
     std::vector<NumberedPoint> nodes;
-    for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n)
+    for (NodeNumber n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n)
         if (first.node_in_use[n] == 1)
-            nodes.push_back({n, first.x[n], first.y[n]});
+            nodes.push_back({n.value, first.x[n], first.y[n]});
     return nodes;
 }
 
 std::vector<NumberedPoint> second_nodes(const Combination& combination, const Mesh& mesh) {
     std::vector<NumberedPoint> nodes;
-    for (std::int32_t n = combination.second.nodes.lowest; n <= combination.second.nodes.highest; ++n)
+    for (NodeNumber n = combination.second.nodes.lowest; n <= combination.second.nodes.highest; ++n)
         if (mesh.node_in_use[n] == 1)
-            nodes.push_back({n, mesh.x[n], mesh.y[n]});
+            nodes.push_back({n.value, mesh.x[n], mesh.y[n]});
     return nodes;
 }
 
 // Numbers rise strictly in the order second continuum, first continuum, second beam, first beam, second
 // truss, first truss.
 bool numbers_can_stay(const Combination& combination) {
-    const NumberRange(&first)[3] = combination.first.old_elements;
-    const NumberRange(&second)[3] = combination.second.old_elements;
+    const NumberRange<ElementNumber>(&first)[3] = combination.first.old_elements;
+    const NumberRange<ElementNumber>(&second)[3] = combination.second.old_elements;
     return second[CONTINUUM].highest < first[CONTINUUM].lowest &&
            first[CONTINUUM].highest < second[BEAM].lowest && second[BEAM].highest < first[BEAM].lowest &&
            first[BEAM].highest < second[TRUSS].lowest && second[TRUSS].highest < first[TRUSS].lowest;
 }
 
 // Puts a first-region node's data into a slot of the working set.
-void copy_first_node(Mesh& mesh, const RegionTables& first, std::int32_t from, std::int32_t to) {
+void copy_first_node(Mesh& mesh, const RegionTables& first, NodeNumber from, NodeNumber to) {
     for (int i = 0; i < kind_row(mesh.kind).node_codes; ++i)
         mesh.codes[to][static_cast<std::size_t>(i)] = first.codes[from][static_cast<std::size_t>(i)];
     mesh.x[to] = first.x[from];
@@ -54,7 +54,7 @@ void copy_first_node(Mesh& mesh, const RegionTables& first, std::int32_t from, s
 }
 
 // The type of an element in the combined mesh; below 1 for none.
-std::int8_t combined_type(const Mesh& mesh, const RegionTables& first, std::int32_t n) {
+std::int8_t combined_type(const Mesh& mesh, const RegionTables& first, ElementNumber n) {
     return first.type_in_use[n] < ELEMENT_CONTINUUM ? mesh.type_in_use[n] : first.type_in_use[n];
 }
 
@@ -70,8 +70,8 @@ void scan_region(LayoutKind kind, Channel& mesh_file, Region& region) {
 }
 
 void fix_region_numbers(Combination& combination) {
-    const NumberRange(&first)[3] = combination.first.old_elements;
-    const NumberRange(&second)[3] = combination.second.old_elements;
+    const NumberRange<ElementNumber>(&first)[3] = combination.first.old_elements;
+    const NumberRange<ElementNumber>(&second)[3] = combination.second.old_elements;
     if (numbers_can_stay(combination)) {
         for (const int type : {CONTINUUM, BEAM, TRUSS}) {
             combination.first.start[type] = first[type].lowest;
@@ -81,23 +81,23 @@ void fix_region_numbers(Combination& combination) {
     }
     // An empty set takes part with its start values, 100,000 and 0: only the numbers of types behind it
     // suffer.
-    const auto extent = [](const NumberRange& range) { return range.highest - range.lowest; };
-    combination.second.start[CONTINUUM] = 1;
-    combination.first.start[CONTINUUM] = extent(second[CONTINUUM]) + 2;
-    std::int32_t last = extent(first[CONTINUUM]) + 2 + extent(second[CONTINUUM]);
+    const auto extent = [](const NumberRange<ElementNumber>& range) { return range.highest - range.lowest; };
+    combination.second.start[CONTINUUM] = ElementNumber(1);
+    combination.first.start[CONTINUUM] = ElementNumber(extent(second[CONTINUUM]) + 2);
+    ElementNumber last(extent(first[CONTINUUM]) + 2 + extent(second[CONTINUUM]));
     combination.second.start[BEAM] = last + 1;
-    last = last + extent(second[BEAM]) + 1;
+    last = last + (extent(second[BEAM]) + 1);
     combination.first.start[BEAM] = last + 1;
-    last = last + extent(first[BEAM]) + 1;
+    last = last + (extent(first[BEAM]) + 1);
     combination.second.start[TRUSS] = last + 1;
-    combination.first.start[TRUSS] = last + extent(second[TRUSS]) + 2;
+    combination.first.start[TRUSS] = last + (extent(second[TRUSS]) + 2);
 }
 
 void read_region_head(LayoutKind kind, Channel& mesh_file, Region& region) {
     MeshWalk walk(kind, mesh_file, region.stripped);
     region.counts = walk.head();
     region.nodes = walk.node_numbers();
-    region.elements = NumberRange{};
+    region.elements = {};
 }
 
 void read_first_nodes(const Combination& combination, const Mesh& mesh, RegionTables& first,
@@ -126,12 +126,13 @@ void read_region_elements(Mesh& mesh, ElementTypes& types, Channel& mesh_file, R
     const int place = type - ELEMENT_CONTINUUM;
     MeshWalk walk(mesh.kind, mesh_file, region.stripped, region.counts);
     walk.each_element(type, [&](const ElementRecord& element) {
-        const std::int32_t number = element.number - region.old_elements[place].lowest + region.start[place];
-        if (number < 1 || number > HIGHEST_ELEMENT_NUMBER)
-            mesh_file.fail_behind(
-                "element " + std::to_string(element.number) + ": expected a new number from 1 to " +
-                std::to_string(HIGHEST_ELEMENT_NUMBER) +
-                ", but the renumbering of the two regions makes it " + std::to_string(number));
+        const ElementNumber number =
+            region.start[place] + (element.number - region.old_elements[place].lowest);
+        if (number.is_none() || number > LAST_ELEMENT)
+            mesh_file.fail_behind("element " + to_string(element.number) +
+                                  ": expected a new number from 1 to " +
+                                  std::to_string(HIGHEST_ELEMENT_NUMBER) +
+                                  ", but the renumbering of the two regions makes it " + to_string(number));
         store_element(mesh, number, type, element);
         types[number] = type;
         region.elements.include(number);
@@ -150,15 +151,15 @@ float smallest_spacing(const Combination& combination, const Mesh& mesh, const R
 NodeNumbers match_listed_nodes(const CombinationCards& cards, const Mesh& mesh, const RegionTables& first) {
     NodeNumbers matches;
     for (std::int32_t i = 1; i <= cards.pair_count; ++i) {
-        const std::int32_t of_second = cards.second_nodes[i], of_first = cards.first_nodes[i];
-        if (of_second < 1 || of_second > HIGHEST_NODE_NUMBER || mesh.node_in_use[of_second] != 1)
+        const NodeNumber of_second = cards.second_nodes[i], of_first = cards.first_nodes[i];
+        if (of_second.is_none() || of_second > LAST_NODE || mesh.node_in_use[of_second] != 1)
             fail_at(cards.list_place,
                     "Card 2.3: expected node numbers of the mesh of Card 2.1-1 in the first list, found " +
-                        std::to_string(of_second));
-        if (of_first < 1 || of_first > HIGHEST_NODE_NUMBER)
+                        to_string(of_second));
+        if (of_first.is_none() || of_first > LAST_NODE)
             fail_at(cards.list_place, "Card 2.3: expected node numbers from 1 to " +
                                           std::to_string(HIGHEST_NODE_NUMBER) +
-                                          " in the second list, found " + std::to_string(of_first));
+                                          " in the second list, found " + to_string(of_first));
         if (first.node_in_use[of_first] == 1)
             matches[of_first] = of_second;
     }
@@ -174,29 +175,29 @@ NodeNumbers match_nearest_nodes(const Combination& combination, const Mesh& mesh
         grid.add(node);
     NodeNumbers matches;
     for (const NumberedPoint& node : first_nodes(combination, first))
-        matches[node.number] = grid.highest_within_reach(node.x, node.y);
+        matches[NodeNumber(node.number)] = NodeNumber(grid.highest_within_reach(node.x, node.y));
     return matches;
 }
 
 NodeNumbers merge_nodes(const Combination& combination, Mesh& mesh, const RegionTables& first,
                         const NodeNumbers& matches) {
     NodeNumbers new_numbers;
-    for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n)
+    for (NodeNumber n{1}; n <= LAST_NODE; ++n)
         new_numbers[n] = n;
-    std::int32_t next = combination.second.nodes.highest + 1;
-    for (std::int32_t n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n) {
+    NodeNumber next = combination.second.nodes.highest + 1;
+    for (NodeNumber n = combination.first.nodes.lowest; n <= combination.first.nodes.highest; ++n) {
         if (first.node_in_use[n] != 1)
             continue;
-        if (matches[n] != 0) {
+        if (matches[n].names_one()) {
             new_numbers[n] = matches[n];
             if (combination.keeps_first_data)
                 copy_first_node(mesh, first, n, matches[n]);
             continue;
         }
-        if (next > HIGHEST_NODE_NUMBER)
+        if (next > LAST_NODE)
             fail(combination.first.name + ": expected node numbers of at most " +
                  std::to_string(HIGHEST_NODE_NUMBER) + ", but its nodes go on behind the highest of " +
-                 combination.second.name + ", " + std::to_string(combination.second.nodes.highest));
+                 combination.second.name + ", " + to_string(combination.second.nodes.highest));
         copy_first_node(mesh, first, n, next);
         new_numbers[n] = next;
         mesh.node_in_use[next] = 1;
@@ -208,17 +209,17 @@ NodeNumbers merge_nodes(const Combination& combination, Mesh& mesh, const Region
 void renumber_first_elements(const Combination& combination, Mesh& mesh, const RegionTables& first,
                              const NodeNumbers& new_numbers) {
     const bool midside = kind_row(mesh.kind).element_words == 8;
-    for (std::int32_t n = combination.first.elements.lowest; n <= combination.first.elements.highest; ++n) {
+    for (ElementNumber n = combination.first.elements.lowest; n <= combination.first.elements.highest; ++n) {
         if (first.type_in_use[n] < ELEMENT_CONTINUUM)
             continue;
         ElementWords& w = mesh.words[n];
-        for (std::int32_t* word : {&w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4})
-            if (*word > 0)
+        for (NodeNumber* word : {&w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4})
+            if (word->names_one())
                 *word = new_numbers[*word];
         if (!midside)
             continue;
-        for (std::int32_t* word : {&w.midside_5, &w.midside_6, &w.midside_7, &w.midside_8})
-            if (*word > 0)
+        for (NodeNumber* word : {&w.midside_5, &w.midside_6, &w.midside_7, &w.midside_8})
+            if (word->names_one())
                 *word = new_numbers[*word];
     }
 }
@@ -226,7 +227,7 @@ void renumber_first_elements(const Combination& combination, Mesh& mesh, const R
 ResultMesh count_combined(const Mesh& mesh, const RegionTables& first) {
     ResultMesh result;
     count_nodes(mesh, result);
-    for (std::int32_t n = 1; n <= HIGHEST_ELEMENT_NUMBER; ++n) {
+    for (ElementNumber n{1}; n <= LAST_ELEMENT; ++n) {
         const std::int8_t type = combined_type(mesh, first, n);
         if (type < ELEMENT_CONTINUUM)
             continue;
@@ -240,7 +241,7 @@ ResultMesh count_combined(const Mesh& mesh, const RegionTables& first) {
 void write_combined_elements(const Mesh& mesh, const RegionTables& first, Channel& mesh_file,
                              const ResultMesh& result, std::int8_t type) {
     write_section_heading(mesh.kind, mesh_file, type);
-    for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
+    for (ElementNumber n = result.elements.lowest; n <= result.elements.highest; ++n)
         if (first.type_in_use[n] == type || mesh.type_in_use[n] == type)
             write_element_record(mesh.kind, mesh_file, type, load_element_for_writing(mesh, n));
 }

@@ -16,21 +16,21 @@ struct Region {
     std::string name;  // of its file, for messages
     StrippedMesh stripped;
     MeshCounts counts;
-    NumberRange nodes;
-    NumberRange old_elements[3];  // by type from ELEMENT_CONTINUUM, as the file has them
-    std::int32_t start[3] = {};   // first new number, by type
-    NumberRange elements;         // new numbers of all types
+    NumberRange<NodeNumber> nodes;
+    NumberRange<ElementNumber> old_elements[3];  // by type from ELEMENT_CONTINUUM, as the file has them
+    ElementNumber start[3];                      // first new number, by type
+    NumberRange<ElementNumber> elements;         // new numbers of all types
 };
 
 // What the first region has beside the mesh, which holds the second: its nodes at their own numbers, and the
 // types of its elements at their new ones.
 struct RegionTables {
-    Table<NodeCodes, HIGHEST_NODE_NUMBER, "IDN1"> codes;
-    Table<float, HIGHEST_NODE_NUMBER, "XC1"> x;
-    Table<float, HIGHEST_NODE_NUMBER, "YC1"> y;
-    Table<float, HIGHEST_NODE_NUMBER, "H1"> head;
-    Table<float, HIGHEST_NODE_NUMBER, "CF1"> coefficient;
-    Table<std::int8_t, HIGHEST_NODE_NUMBER, "NACT2"> node_in_use;
+    Table<NodeCodes, LAST_NODE, "IDN1"> codes;
+    Table<float, LAST_NODE, "XC1"> x;
+    Table<float, LAST_NODE, "YC1"> y;
+    Table<float, LAST_NODE, "H1"> head;
+    Table<float, LAST_NODE, "CF1"> coefficient;
+    Table<std::int8_t, LAST_NODE, "NACT2"> node_in_use;
     ElementTypes type_in_use;
 };
 
@@ -38,8 +38,8 @@ struct RegionTables {
 struct CombinationCards {
     std::int32_t interface_rule = 0;  // INTERFACE: 0 coincident nodes are found; 1 the pairs are listed
     std::int32_t pair_count = 0;      // NINT
-    Table<std::int32_t, MOST_LIST_NUMBERS, "the second-region list of Card 2.3"> second_nodes;
-    Table<std::int32_t, MOST_LIST_NUMBERS, "the first-region list of Card 2.3"> first_nodes;
+    Table<NodeNumber, MOST_LIST_NUMBERS, "the second-region list of Card 2.3"> second_nodes;
+    Table<NodeNumber, MOST_LIST_NUMBERS, "the first-region list of Card 2.3"> first_nodes;
     FilePlace list_place;  // of the lists, for messages
 };
 

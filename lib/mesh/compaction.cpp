@@ -11,19 +11,20 @@ namespace brelan {
 
 namespace {
 
-void require_room(const EditCards& edit, std::int32_t start, std::int32_t count, std::int32_t last,
+template <class Number>
+void require_room(const EditCards& edit, Number first, Number last_position, Number highest,
                   const char* what) {
-    if (count > 0 && (start < 1 || start - 1 + count > last))
+    if (last_position.names_one() && (first.is_none() || placed(first, last_position) > highest))
         fail_at(edit.start_place, std::string("Card 3.2: expected a first ") + what +
-                                      " number that keeps all " + std::to_string(count) + " within 1 to " +
-                                      std::to_string(last) + ", found " + std::to_string(start));
+                                      " number that keeps all " + to_string(last_position) + " within 1 to " +
+                                      to_string(highest) + ", found " + to_string(first));
 }
 
 }  // namespace
 
-std::int32_t pack_elements(Mesh& mesh) {
-    std::int32_t position = 0;
-    for (std::int32_t n = 1; n <= HIGHEST_ELEMENT_NUMBER; ++n) {
+ElementNumber pack_elements(Mesh& mesh) {
+    ElementNumber position;
+    for (ElementNumber n{1}; n <= LAST_ELEMENT; ++n) {
         if (mesh.type[n] == ELEMENT_DELETED)
             continue;
         ++position;
@@ -40,13 +41,13 @@ std::int32_t pack_elements(Mesh& mesh) {
     return position;
 }
 
-PackedNodes pack_nodes(Mesh& mesh, std::int32_t elements) {
+PackedNodes pack_nodes(Mesh& mesh, ElementNumber last) {
     // The head kind leaves H and CF where they are, so a gap in the numbers misplaces them: meshes of the
     // head kind get their heads from the solver's deck.
     const bool moves_values = mesh.kind == LayoutKind::temperature;
     PackedNodes packed;
-    for (const std::int32_t n : nodes_of_elements(mesh, elements)) {
-        const std::int32_t position = ++packed.count;
+    for (const NodeNumber n : nodes_of_elements(mesh, last)) {
+        const NodeNumber position = ++packed.last;
         packed.position[n] = position;
         mesh.codes[position] = mesh.codes[n];
         mesh.node_mark[position] = mesh.node_mark[n];
@@ -60,21 +61,21 @@ PackedNodes pack_nodes(Mesh& mesh, std::int32_t elements) {
     return packed;
 }
 
-void renumber_corners(Mesh& mesh, std::int32_t elements, const PackedNodes& nodes, std::int32_t first_node) {
-    for (std::int32_t n = 1; n <= elements; ++n) {
+void renumber_corners(Mesh& mesh, ElementNumber last, const PackedNodes& nodes, NodeNumber first_node) {
+    for (ElementNumber n{1}; n <= last; ++n) {
         ElementWords& w = mesh.words[n];
-        for (std::int32_t* corner : {&w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4})
-            if (*corner > 0)
-                *corner = first_node - 1 + nodes.position[*corner];
+        for (NodeNumber* corner : {&w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4})
+            if (corner->names_one())
+                *corner = placed(first_node, nodes.position[*corner]);
     }
 }
 
-void place_nodes(const EditCards& edit, Mesh& mesh, std::int32_t nodes, std::int32_t first_node) {
-    require_room(edit, first_node, nodes, HIGHEST_NODE_NUMBER, "node");
+void place_nodes(const EditCards& edit, Mesh& mesh, NodeNumber last, NodeNumber first_node) {
+    require_room(edit, first_node, last, LAST_NODE, "node");
     const std::size_t words = mesh.kind == LayoutKind::displacement ? 3 : 5;
     // From the last down: a node never lands on one that is still to move.
-    for (std::int32_t k = nodes; k >= 1; --k) {
-        const std::int32_t n = first_node + k - 1;
+    for (NodeNumber k = last; k.names_one(); --k) {
+        const NodeNumber n = placed(first_node, k);
         mesh.node_in_use[n] = 1;
         for (std::size_t i = 0; i < words; ++i)
             mesh.codes[n][i] = mesh.codes[k][i];
@@ -88,10 +89,10 @@ void place_nodes(const EditCards& edit, Mesh& mesh, std::int32_t nodes, std::int
     }
 }
 
-void place_elements(const EditCards& edit, Mesh& mesh, std::int32_t elements, std::int32_t first_element) {
-    require_room(edit, first_element, elements, HIGHEST_ELEMENT_NUMBER, "element");
-    for (std::int32_t k = elements; k >= 1; --k) {
-        const std::int32_t n = first_element + k - 1;
+void place_elements(const EditCards& edit, Mesh& mesh, ElementNumber last, ElementNumber first_element) {
+    require_room(edit, first_element, last, LAST_ELEMENT, "element");
+    for (ElementNumber k = last; k.names_one(); --k) {
+        const ElementNumber n = placed(first_element, k);
         mesh.type_in_use[n] = static_cast<std::int8_t>(mesh.type[k]);
         mesh.words[n] = mesh.words[k];
         copy_attributes(mesh, k, n);

@@ -4,30 +4,37 @@
 #include <cstdint>
 
 #include "mesh/edit_tables.h"
+#include "mesh/numbers.h"
 #include "mesh/tables.h"
 
 namespace brelan {
 
 // Packs the elements with type not 0 to positions from 1 in the order of their numbers, across the types.
-// Midside words stay at their positions: only corners, material and attributes move. Returns the elements
-// kept.
-std::int32_t pack_elements(Mesh& mesh);
+// Midside words stay at their positions: only corners, material and attributes move. Returns the last
+// position.
+ElementNumber pack_elements(Mesh& mesh);
 
 struct PackedNodes {
-    std::int32_t count = 0;
+    NodeNumber last;       // the last position
     NodeNumbers position;  // by old number; 0 for a node that is gone
 };
 
+// The final number of a position, counted from the first number on.
+template <class Number>
+constexpr Number placed(Number first, Number position) {
+    return first + (position.value - 1);
+}
+
 // Packs the nodes of the packed elements to positions from 1. H and CF move in the temperature kind only.
-PackedNodes pack_nodes(Mesh& mesh, std::int32_t elements);
+PackedNodes pack_nodes(Mesh& mesh, ElementNumber last);
 
 // Renames the corners of the packed elements to the nodes' final numbers.
-void renumber_corners(Mesh& mesh, std::int32_t elements, const PackedNodes& nodes, std::int32_t first_node);
+void renumber_corners(Mesh& mesh, ElementNumber last, const PackedNodes& nodes, NodeNumber first_node);
 
 // Moves the packed nodes to numbers from NSNODE and activates them. Ends the run when they leave the table.
-void place_nodes(const EditCards& edit, Mesh& mesh, std::int32_t nodes, std::int32_t first_node);
+void place_nodes(const EditCards& edit, Mesh& mesh, NodeNumber last, NodeNumber first_node);
 
 // Moves the packed elements to numbers from NSNEL and activates them. Ends the run when they leave the table.
-void place_elements(const EditCards& edit, Mesh& mesh, std::int32_t elements, std::int32_t first_element);
+void place_elements(const EditCards& edit, Mesh& mesh, ElementNumber last, ElementNumber first_element);
 
 }  // namespace brelan

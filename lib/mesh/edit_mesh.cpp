@@ -23,21 +23,21 @@ bool keeps_numbers(const EditCards& edit) {
     return edit.operation == 2 || edit.operation == 3 || edit.operation == 4;
 }
 
-std::int32_t shifted(const Channel& mesh_file, std::int32_t number, std::int32_t shift, std::int32_t last,
-                     const char* what) {
-    const std::int32_t result = number + shift;
-    if (result < 1 || result > last)
-        mesh_file.fail_behind(std::string(what) + " " + std::to_string(number) +
-                              ": expected a new number from 1 to " + std::to_string(last) +
-                              ", but the start number of Card 3.2 makes it " + std::to_string(result));
+template <class Number>
+Number shifted(const Channel& mesh_file, Number number, std::int32_t shift, Number last, const char* what) {
+    const Number result = number + shift;
+    if (result.is_none() || result > last)
+        mesh_file.fail_behind(std::string(what) + " " + to_string(number) +
+                              ": expected a new number from 1 to " + to_string(last) +
+                              ", but the start number of Card 3.2 makes it " + to_string(result));
     return result;
 }
 
 // --- nodes ---------------------------------------------------------------------------------------
 
-void require_finite(const Channel& mesh_file, std::int32_t number, float x, float y) {
+void require_finite(const Channel& mesh_file, NodeNumber number, float x, float y) {
     if (!std::isfinite(x) || !std::isfinite(y))
-        mesh_file.fail_behind("node " + std::to_string(number) +
+        mesh_file.fail_behind("node " + to_string(number) +
                               ": expected coordinates that are numbers, but the edit makes one that is none");
 }
 
@@ -62,26 +62,27 @@ const MirrorRow& mirror_row(const EditCards& edit) {
 }
 
 // A corner of 0 or below is no node and keeps its word.
-std::int32_t shifted_corner(const Channel& mesh_file, std::int32_t corner, std::int32_t shift) {
-    if (corner <= 0)
+NodeNumber shifted_corner(const Channel& mesh_file, NodeNumber corner, std::int32_t shift) {
+    if (corner.is_none())
         return corner;
-    const std::int32_t result = corner + shift;
-    if (result > HIGHEST_NODE_NUMBER)
-        mesh_file.fail_behind("corner " + std::to_string(corner) +
-                              ": expected a new node number of at most " +
+    const NodeNumber result = corner + shift;
+    if (result > LAST_NODE)
+        mesh_file.fail_behind("corner " + to_string(corner) + ": expected a new node number of at most " +
                               std::to_string(HIGHEST_NODE_NUMBER) + ", but NSNODE of Card 3.2 makes it " +
-                              std::to_string(result));
+                              to_string(result));
     return result;
 }
 
 void shift_corners(const EditCards& edit, const EditSource& source, const Channel& mesh_file, ElementWords& w,
                    bool permute) {
     const std::int32_t shift = edit.first_node - source.nodes.lowest;
-    const std::int32_t old[5] = {
-        0, shifted_corner(mesh_file, w.corner_1, shift), shifted_corner(mesh_file, w.corner_2, shift),
-        shifted_corner(mesh_file, w.corner_3, shift), shifted_corner(mesh_file, w.corner_4, shift)};
+    const NodeNumber old[5] = {{},
+                               shifted_corner(mesh_file, w.corner_1, shift),
+                               shifted_corner(mesh_file, w.corner_2, shift),
+                               shifted_corner(mesh_file, w.corner_3, shift),
+                               shifted_corner(mesh_file, w.corner_4, shift)};
     const MirrorRow& mirror = permute ? mirror_row(edit) : MIRROR[0];
-    const int(&row)[4] = permute && w.corner_4 == 0 ? mirror.triangle : mirror.quadrilateral;
+    const int(&row)[4] = permute && w.corner_4 == NodeNumber{} ? mirror.triangle : mirror.quadrilateral;
     w.corner_1 = old[row[0]];
     w.corner_2 = old[row[1]];
     w.corner_3 = old[row[2]];
@@ -94,23 +95,27 @@ void shift_corners(const EditCards& edit, const EditSource& source, const Channe
 void code_nodes_of(EditCards& edit, Mesh& mesh, std::int8_t type, const ElementWords& w) {
     if (!material_listed(edit, w.material))
         return;
-    const std::int32_t nodes[4] = {w.corner_1, w.corner_2, w.corner_3, w.corner_4};
+    const NodeNumber nodes[4] = {w.corner_1, w.corner_2, w.corner_3, w.corner_4};
     const int count = type == ELEMENT_CONTINUUM ? 4 : 2;
     for (int i = 0; i < count; ++i)
-        if (nodes[i] > 0)
+        if (nodes[i].names_one())
             mesh.codes[nodes[i]] = edit.new_codes;
 }
 
 // The corner that a source names; `stands` when it names none.
-std::int32_t sourced(std::int32_t source, const std::int32_t (&corner)[4], std::int32_t stands) {
+NodeNumber sourced(std::int32_t source, const NodeNumber (&corner)[4], NodeNumber stands) {
     if (source == 0)
-        return 0;
+        return {};
     return source >= 1 && source <= 4 ? corner[source - 1] : stands;
 }
 
 void set_unless_stays(std::int32_t& field, std::int32_t value) {
     if (value != FIELD_STAYS)
         field = value;
+}
+
+void set_unless_stays(MaterialNumber& field, MaterialNumber value) {
+    set_unless_stays(field.value, value.value);
 }
 
 void set_unless_stays(float& field, float value) {
@@ -120,7 +125,7 @@ void set_unless_stays(float& field, float value) {
 
 void rebuild_continuum(LayoutKind kind, ElementRecord& element, const RebuildRow& row) {
     ElementWords& w = element.words;
-    const std::int32_t corner[4] = {w.corner_1, w.corner_2, w.corner_3, w.corner_4};
+    const NodeNumber corner[4] = {w.corner_1, w.corner_2, w.corner_3, w.corner_4};
     w.corner_1 = sourced(row.corner_source[0], corner, w.corner_1);
     w.corner_2 = sourced(row.corner_source[1], corner, w.corner_2);
     w.corner_3 = sourced(row.corner_source[2], corner, w.corner_3);
@@ -134,7 +139,7 @@ void rebuild_continuum(LayoutKind kind, ElementRecord& element, const RebuildRow
 
 void rebuild_line_element(ElementRecord& element, const RebuildRow& row) {
     ElementWords& w = element.words;
-    const std::int32_t corner[4] = {w.corner_1, w.corner_2, w.corner_3, w.corner_4};
+    const NodeNumber corner[4] = {w.corner_1, w.corner_2, w.corner_3, w.corner_4};
     w.corner_1 = sourced(row.corner_source[0], corner, w.corner_1);
     w.corner_2 = sourced(row.corner_source[1], corner, w.corner_2);
     w.corner_4 = w.corner_1;
@@ -161,7 +166,7 @@ void rebuild(LayoutKind kind, const EditCards& edit, std::int8_t type, ElementRe
     }
 }
 
-bool is_excluded(const EditCards& edit, std::int8_t type, std::int32_t material) {
+bool is_excluded(const EditCards& edit, std::int8_t type, MaterialNumber material) {
     switch (type) {
         case ELEMENT_CONTINUUM:
             return material == edit.excluded_material_1 || material == edit.excluded_material_2 ||
@@ -181,27 +186,27 @@ std::int32_t delete_or_rename(const EditCards& edit, const Mesh& mesh, const Sel
         return type;
     if (edit.operation == 2)
         return ELEMENT_DELETED;
-    const std::int32_t material = type == ELEMENT_CONTINUUM ? edit.new_continuum_material
-                                  : type == ELEMENT_BEAM    ? edit.new_beam_material
-                                                            : edit.new_truss_material;
-    if (material != 0)
+    const MaterialNumber material = type == ELEMENT_CONTINUUM ? edit.new_continuum_material
+                                    : type == ELEMENT_BEAM    ? edit.new_beam_material
+                                                              : edit.new_truss_material;
+    if (material != MaterialNumber{})
         element.words.material = material;
     return type;
 }
 
 // The number that an element has from the start number of its type on.
-std::int32_t new_number(const EditCards& edit, const EditSource& source, const Channel& mesh_file,
-                        std::int8_t type, const ElementRecord& element) {
-    const std::int32_t start = type == ELEMENT_CONTINUUM ? edit.first_element
-                               : type == ELEMENT_BEAM    ? edit.first_beam
-                                                         : edit.first_truss;
+ElementNumber new_number(const EditCards& edit, const EditSource& source, const Channel& mesh_file,
+                         std::int8_t type, const ElementRecord& element) {
+    const ElementNumber start = type == ELEMENT_CONTINUUM ? edit.first_element
+                                : type == ELEMENT_BEAM    ? edit.first_beam
+                                                          : edit.first_truss;
     return shifted(mesh_file, element.number, start - source.elements[type - ELEMENT_CONTINUUM].lowest,
-                   HIGHEST_ELEMENT_NUMBER, "element");
+                   LAST_ELEMENT, "element");
 }
 
 void edit_renumbered(EditCards& edit, const EditSource& source, Mesh& mesh, const Channel& mesh_file,
                      std::int8_t type, ElementRecord& element) {
-    const std::int32_t number = new_number(edit, source, mesh_file, type, element);
+    const ElementNumber number = new_number(edit, source, mesh_file, type, element);
     shift_corners(edit, source, mesh_file, element.words, type == ELEMENT_CONTINUUM);
     if (edit.operation == 1 && edit.selection_mode == 3)
         code_nodes_of(edit, mesh, type, element.words);
@@ -214,7 +219,7 @@ void edit_renumbered(EditCards& edit, const EditSource& source, Mesh& mesh, cons
 // IEDIT 5: numbers of elements are shifted, corners are not, as nodes keep their numbers.
 void edit_for_slope(const EditCards& edit, EditSource& source, Mesh& mesh, const Channel& mesh_file,
                     std::int8_t type, ElementRecord& element) {
-    const std::int32_t number = new_number(edit, source, mesh_file, type, element);
+    const ElementNumber number = new_number(edit, source, mesh_file, type, element);
     if (type == ELEMENT_CONTINUUM) {
         element.words.material = edit.template_material;
         element.thickness = 1.0F;
@@ -224,7 +229,7 @@ void edit_for_slope(const EditCards& edit, EditSource& source, Mesh& mesh, const
         element.fluid = 1;
         element.integration_r = element.integration_s = 2;
         element.real_attribute = 0.0F;
-        if (source.first_continuum == 0)
+        if (source.first_continuum.is_none())
             source.first_continuum = number;
     }
     store_element(mesh, number, type, element);
@@ -244,8 +249,8 @@ void edit_nodes(const EditCards& edit, const EditSource& source, Mesh& mesh, con
     MeshWalk walk(mesh.kind, mesh_file, source.stripped, source.counts);
     walk.each_node([&](NodeRecord node) {
         if (renumbers(edit)) {
-            const std::int32_t number = shifted(mesh_file, node.number, edit.first_node - source.nodes.lowest,
-                                                HIGHEST_NODE_NUMBER, "node");
+            const NodeNumber number =
+                shifted(mesh_file, node.number, edit.first_node - source.nodes.lowest, LAST_NODE, "node");
             if (edit.operation == 0) {
                 node = moved(edit, node);
                 require_finite(mesh_file, node.number, node.x, node.y);
@@ -275,11 +280,11 @@ void edit_elements(EditCards& edit, EditSource& source, Mesh& mesh, const Select
         } else if (edit.operation == 5) {
             edit_for_slope(edit, source, mesh, mesh_file, type, element);
         } else if (keeps_numbers(edit)) {
-            const std::int32_t number = element.number;
+            const ElementNumber number = element.number;
             if (type != ELEMENT_CONTINUUM && edit.operation != 4 && edit.selection_mode == 0 &&
-                (element.words.corner_1 < 1 || element.words.corner_2 < 1))
+                (element.words.corner_1.is_none() || element.words.corner_2.is_none()))
                 mesh_file.fail_behind(
-                    "element " + std::to_string(number) +
+                    "element " + to_string(number) +
                     ": expected two nodes, whose middle decides whether the window takes it");
             const std::int32_t kept = delete_or_rename(edit, mesh, selection, type, element);
             store_element(mesh, number, type, element);

@@ -22,7 +22,7 @@ NodePlaces read_node_places(LayoutKind kind, const EditSource& source, Channel& 
 }
 
 void scan_elements(LayoutKind kind, EditSource& source, Channel& mesh_file) {
-    source.first_continuum = 0;
+    source.first_continuum = {};
     MeshWalk walk(kind, mesh_file, source.stripped, source.counts);
     walk.look_ahead([&] {
         for (const std::int8_t type : ELEMENT_TYPES)
@@ -32,13 +32,13 @@ void scan_elements(LayoutKind kind, EditSource& source, Channel& mesh_file) {
 
 void fix_start_numbers(EditCards& edit, const EditSource& source) {
     const auto range = [&](std::int8_t type) { return source.elements[type - ELEMENT_CONTINUUM]; };
-    std::int32_t highest = 0;
+    ElementNumber highest;
     if (source.counts.continuum_elements > 0)
-        highest = edit.first_element - range(ELEMENT_CONTINUUM).lowest + range(ELEMENT_CONTINUUM).highest;
+        highest = edit.first_element + (range(ELEMENT_CONTINUUM).highest - range(ELEMENT_CONTINUUM).lowest);
     if (source.counts.beams > 0) {
         if (edit.first_beam <= highest)
             edit.first_beam = highest + 1;
-        highest = range(ELEMENT_BEAM).highest + edit.first_beam - range(ELEMENT_BEAM).lowest;
+        highest = edit.first_beam + (range(ELEMENT_BEAM).highest - range(ELEMENT_BEAM).lowest);
     }
     if (source.counts.trusses > 0 && edit.first_truss <= highest)
         edit.first_truss = highest + 1;

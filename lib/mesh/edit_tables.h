@@ -16,23 +16,25 @@ inline constexpr std::int32_t MOST_LIST_NUMBERS = 500;
 
 // A row of IEDIT 6. -10 leaves a field as it is.
 struct RebuildRow : ElementAttributes {
-    std::int32_t old_material = 0;       // MATold
+    MaterialNumber old_material;         // MATold
     std::int32_t corner_source[4] = {};  // NS: corner sources: positions 1 to 4 in the element's own corners
-    std::int32_t new_material = 0;       // MATNEW
+    MaterialNumber new_material;         // MATNEW
 };
 
 struct EditCards {
     FilePlace start_place, list_place;  // of Card 3.2 and of the list, for messages
 
-    std::int32_t first_element = 1, first_node = 1, first_beam = 0,
-                 first_truss = 0;  // NSNEL, NSNODE, NSBEAM, NSTRUS: first new numbers
-    std::int32_t operation = 0;    // IEDIT
+    // NSNEL, NSNODE, NSBEAM, NSTRUS: first new numbers
+    ElementNumber first_element{1};
+    NodeNumber first_node{1};
+    ElementNumber first_beam, first_truss;
+    std::int32_t operation = 0;  // IEDIT
     // Materials that a selection never touches.
-    std::int32_t excluded_material_1 = 0;      // MATX1
-    std::int32_t excluded_material_2 = 0;      // MATX2
-    std::int32_t excluded_material_3 = 0;      // MATX3
-    std::int32_t excluded_beam_material = 0;   // MATXB
-    std::int32_t excluded_truss_material = 0;  // MATXT
+    MaterialNumber excluded_material_1;      // MATX1
+    MaterialNumber excluded_material_2;      // MATX2
+    MaterialNumber excluded_material_3;      // MATX3
+    MaterialNumber excluded_beam_material;   // MATXB
+    MaterialNumber excluded_truss_material;  // MATXT
 
     // IEDIT 0: x = (x - XO) * SCX + XN
     float old_x = 0.0F, old_y = 0.0F, new_x = 0.0F, new_y = 0.0F;  // XO, YO, XN, YN
@@ -45,11 +47,11 @@ struct EditCards {
     Table<std::int32_t, MOST_LIST_NUMBERS, "the list of a selection card"> list;  // LIST
     std::int32_t side = 0;                                                        // ISIDE
     NodeCodes new_codes{};                                                        // IDNEW: IEDIT 1
-    std::int32_t new_continuum_material = 0, new_beam_material = 0,
-                 new_truss_material = 0;  // MATNC, MATNB, MATNT: IEDIT 3
+    MaterialNumber new_continuum_material, new_beam_material,
+        new_truss_material;  // MATNC, MATNB, MATNT: IEDIT 3
 
     std::int32_t slope_code = 0;           // MODEL: IEDIT 5: the slope template
-    std::int32_t template_material = 0;    // MATNO_T: material of its elements
+    MaterialNumber template_material;      // MATNO_T: material of its elements
     float water_share = 0.0F;              // rHw: water level as a share of the slope
     float initial_head = 0.0F;             // Hi: head or temperature of its nodes
     float crest_x = 0.0F, crest_y = 0.0F;  // X1, Y1
@@ -68,9 +70,9 @@ struct EditCards {
 struct EditSource {
     StrippedMesh stripped;
     MeshCounts counts;
-    NumberRange nodes;
-    NumberRange elements[3];           // by type from ELEMENT_CONTINUUM
-    std::int32_t first_continuum = 0;  // IEDIT 5: new number of the first continuum record, 0 for none
+    NumberRange<NodeNumber> nodes;
+    NumberRange<ElementNumber> elements[3];  // by type from ELEMENT_CONTINUUM
+    ElementNumber first_continuum;           // IEDIT 5: new number of the first continuum record, 0 for none
 };
 
 }  // namespace brelan

@@ -107,7 +107,7 @@ struct ListingRow {
     std::vector<Point> points;
     // Of an outline: the nodes of its line, in order along it. They follow moves and the compaction; 0 for a
     // node that the mesh lost.
-    std::vector<std::int32_t> nodes = {};
+    std::vector<NodeNumber> nodes = {};
 };
 struct GroupListing {
     std::vector<ListingRow> rows;  // at most MOST_GROUPS
@@ -120,7 +120,10 @@ struct GroupListing {
 
 // An element of the finished mesh that belongs to a row of the listing.
 struct MemberRecord {
-    std::int32_t group = 0, material = 0, element = 0, type = 0, sub_kind = 0;
+    std::int32_t group = 0;
+    MaterialNumber material;
+    ElementNumber element;
+    std::int32_t type = 0, sub_kind = 0;
 };
 
 }  // namespace brelan

@@ -13,7 +13,7 @@ namespace brelan {
 
 // A node that the line-up moves, and where to.
 struct LinedNode {
-    std::int32_t node;
+    NodeNumber node;
     float x, y;
 };
 

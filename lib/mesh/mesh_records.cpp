@@ -33,18 +33,19 @@ struct CoupledRecords {
 
     static void write_node(Channel& mesh_file, const NodeRecord& node) {
         const NodeCodes& id = node.codes;
-        NODE.write(mesh_file, node.number, id[0], id[1], id[2], id[3], id[4], CONSTANT_CODE_X,
+        NODE.write(mesh_file, node.number.value, id[0], id[1], id[2], id[3], id[4], CONSTANT_CODE_X,
                    CONSTANT_CODE_Y, node.x, node.y);
     }
-    static void write_raw_node(Channel& file, std::int32_t number, float x, float y) {
-        RAW_NODE.write(file, number, 0, 0, 0, 0, x, y);
+    static void write_raw_node(Channel& file, NodeNumber number, float x, float y) {
+        RAW_NODE.write(file, number.value, 0, 0, 0, 0, x, y);
     }
     static void write_continuum(Channel& mesh_file, const ElementRecord& e, ElementForm form) {
         const ElementWords& w = e.words;
         const auto write = [&](const auto& layout) {
-            layout.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
-                         w.midside_6, w.midside_7, w.midside_8, w.material, e.skeleton, e.fluid,
-                         e.integration_r, e.integration_s, e.real_attribute);
+            layout.write(mesh_file, e.number.value, w.corner_1.value, w.corner_2.value, w.corner_3.value,
+                         w.corner_4.value, w.midside_5.value, w.midside_6.value, w.midside_7.value,
+                         w.midside_8.value, w.material.value, e.skeleton, e.fluid, e.integration_r,
+                         e.integration_s, e.real_attribute);
         };
         if (form == ElementForm::result || form == ElementForm::raw)
             write(CONTINUUM);
@@ -61,17 +62,17 @@ struct ScalarRecords {
     static constexpr Layout<"(7(1X,I6))"> WIDE_CONTINUUM{};
 
     static void write_node(Channel& mesh_file, const NodeRecord& node) {
-        NODE.write(mesh_file, node.number, node.codes[0], node.codes[1], node.x, node.y, node.head,
+        NODE.write(mesh_file, node.number.value, node.codes[0], node.codes[1], node.x, node.y, node.head,
                    node.coefficient);
     }
-    static void write_raw_node(Channel& file, std::int32_t number, float x, float y) {
-        RAW_NODE.write(file, number, 0, 0, x, y);
+    static void write_raw_node(Channel& file, NodeNumber number, float x, float y) {
+        RAW_NODE.write(file, number.value, 0, 0, x, y);
     }
     static void write_continuum(Channel& mesh_file, const ElementRecord& e, ElementForm form) {
         const ElementWords& w = e.words;
         const auto write = [&](const auto& layout) {
-            layout.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.material,
-                         e.attribute);
+            layout.write(mesh_file, e.number.value, w.corner_1.value, w.corner_2.value, w.corner_3.value,
+                         w.corner_4.value, w.material.value, e.attribute);
         };
         if (form == ElementForm::result)
             write(CONTINUUM);
@@ -90,17 +91,18 @@ struct DisplacementRecords {
 
     static void write_node(Channel& mesh_file, const NodeRecord& node) {
         const NodeCodes& id = node.codes;
-        NODE.write(mesh_file, node.number, id[0], id[1], id[2], CONSTANT_CODE_X, CONSTANT_CODE_Y, node.x,
-                   node.y);
+        NODE.write(mesh_file, node.number.value, id[0], id[1], id[2], CONSTANT_CODE_X, CONSTANT_CODE_Y,
+                   node.x, node.y);
     }
-    static void write_raw_node(Channel& file, std::int32_t number, float x, float y) {
-        RAW_NODE.write(file, number, 0, 0, 0, x, y);
+    static void write_raw_node(Channel& file, NodeNumber number, float x, float y) {
+        RAW_NODE.write(file, number.value, 0, 0, 0, x, y);
     }
     static void write_continuum(Channel& mesh_file, const ElementRecord& e, ElementForm form) {
         const ElementWords& w = e.words;
         const auto write = [&](const auto& layout) {
-            layout.write(mesh_file, e.number, w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5,
-                         w.midside_6, w.midside_7, w.midside_8, w.material, e.thickness, e.density);
+            layout.write(mesh_file, e.number.value, w.corner_1.value, w.corner_2.value, w.corner_3.value,
+                         w.corner_4.value, w.midside_5.value, w.midside_6.value, w.midside_7.value,
+                         w.midside_8.value, w.material.value, e.thickness, e.density);
         };
         if (form == ElementForm::rewritten)
             write(SHORT_CONTINUUM);
@@ -123,10 +125,11 @@ std::string_view record_name(LayoutKind kind, std::int8_t type) {
     return type == ELEMENT_CONTINUUM ? kind_row(kind).continuum_record : LINE_RECORD[type - ELEMENT_BEAM];
 }
 
-void require_number(const Channel& mesh_file, std::int32_t number, std::int32_t last, std::string_view what) {
-    if (number < 1 || number > last)
-        mesh_file.fail_behind("expected " + std::string(what) + " number from 1 to " + std::to_string(last) +
-                              ", found " + std::to_string(number));
+template <class Number>
+void require_number(const Channel& mesh_file, Number number, Number last, std::string_view what) {
+    if (number.is_none() || number > last)
+        mesh_file.fail_behind("expected " + std::string(what) + " number from 1 to " + to_string(last) +
+                              ", found " + to_string(number));
 }
 
 }  // namespace
@@ -148,7 +151,7 @@ NodeRecord read_node_record(LayoutKind kind, Channel& mesh_file, std::int32_t fi
     const KindRow& row = kind_row(kind);
     NodeRecord node;
     FreeFieldReader reader(mesh_file, row.node_record);
-    reader.read(node.number);
+    reader.read(node.number.value);
     for (int i = 0; i < row.node_codes; ++i)
         reader.read(node.codes[static_cast<std::size_t>(i)]);
     if (row.short_node_record != 0 && field_count != row.short_node_record) {
@@ -166,7 +169,7 @@ NodeRecord read_node_record(LayoutKind kind, Channel& mesh_file, std::int32_t fi
     return node;
 }
 
-ElementRecord two_node_element(std::int32_t from, std::int32_t to, std::int32_t material) {
+ElementRecord two_node_element(NodeNumber from, NodeNumber to, MaterialNumber material) {
     ElementRecord e;
     e.words.corner_1 = e.words.corner_4 = from;
     e.words.corner_2 = e.words.corner_3 = to;
@@ -181,42 +184,44 @@ ElementRecord read_element_record(LayoutKind kind, Channel& mesh_file, std::int8
     ElementRecord e;
     ElementWords& w = e.words;
     if (type != ELEMENT_CONTINUUM) {
-        read_free(mesh_file, record_name(kind, type), e.number, w.corner_1, w.corner_2, w.material);
-        const std::int32_t number = e.number;
+        read_free(mesh_file, record_name(kind, type), e.number.value, w.corner_1.value, w.corner_2.value,
+                  w.material.value);
+        const ElementNumber number = e.number;
         e = two_node_element(w.corner_1, w.corner_2, w.material);
         e.number = number;
         return e;
     }
     FreeFieldReader reader(mesh_file, record_name(kind, type));
-    for (std::int32_t* word : {&e.number, &w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4})
-        reader.read(*word);
+    reader.read(e.number.value);
+    for (NodeNumber* word : {&w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4})
+        reader.read(word->value);
     if (kind_row(kind).element_words == 8)
-        for (std::int32_t* word : {&w.midside_5, &w.midside_6, &w.midside_7, &w.midside_8})
-            reader.read(*word);
-    reader.read(w.material);
+        for (NodeNumber* word : {&w.midside_5, &w.midside_6, &w.midside_7, &w.midside_8})
+            reader.read(word->value);
+    reader.read(w.material.value);
     for_each_attribute(kind, [&](const auto& attribute) { reader.read(e.*attribute.member); });
     reader.finish();
     return e;
 }
 
 void require_numbers(const Channel& mesh_file, const NodeRecord& node) {
-    require_number(mesh_file, node.number, HIGHEST_NODE_NUMBER, "a node");
+    require_number(mesh_file, node.number, LAST_NODE, "a node");
 }
 
 void require_numbers(const Channel& mesh_file, const ElementRecord& element) {
-    require_number(mesh_file, element.number, HIGHEST_ELEMENT_NUMBER, "an element");
+    require_number(mesh_file, element.number, LAST_ELEMENT, "an element");
     const ElementWords& w = element.words;
-    for (const std::int32_t word :
+    for (const NodeNumber word :
          {w.corner_1, w.corner_2, w.corner_3, w.corner_4, w.midside_5, w.midside_6, w.midside_7, w.midside_8})
-        if (word > HIGHEST_NODE_NUMBER)
-            mesh_file.fail_behind("element " + std::to_string(element.number) +
+        if (word > LAST_NODE)
+            mesh_file.fail_behind("element " + to_string(element.number) +
                                   ": expected node numbers of at most " +
-                                  std::to_string(HIGHEST_NODE_NUMBER) + ", found " + std::to_string(word));
+                                  std::to_string(HIGHEST_NODE_NUMBER) + ", found " + to_string(word));
 }
 
-std::int32_t read_element_number(LayoutKind kind, Channel& mesh_file, std::int8_t type) {
-    std::int32_t number = 0;
-    read_free(mesh_file, record_name(kind, type), number);
+ElementNumber read_element_number(LayoutKind kind, Channel& mesh_file, std::int8_t type) {
+    ElementNumber number;
+    read_free(mesh_file, record_name(kind, type), number.value);
     return number;
 }
 
@@ -248,7 +253,7 @@ void write_node_record(LayoutKind kind, Channel& mesh_file, const NodeRecord& no
     with_records(kind, [&](const auto& records) { records.write_node(mesh_file, node); });
 }
 
-void write_raw_node(LayoutKind kind, Channel& file, std::int32_t number, float x, float y) {
+void write_raw_node(LayoutKind kind, Channel& file, NodeNumber number, float x, float y) {
     with_records(kind, [&](const auto& records) { records.write_raw_node(file, number, x, y); });
 }
 
@@ -257,11 +262,11 @@ void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type,
     if (type == ELEMENT_CONTINUUM)
         with_records(kind, [&](const auto& records) { records.write_continuum(mesh_file, e, form); });
     else
-        LINE_ELEMENT.write(mesh_file, e.number, e.words.corner_1, e.words.corner_2, e.words.material,
-                           CONSTANT_NODE_CODE);
+        LINE_ELEMENT.write(mesh_file, e.number.value, e.words.corner_1.value, e.words.corner_2.value,
+                           e.words.material.value, CONSTANT_NODE_CODE);
 }
 
-void store_element(Mesh& mesh, std::int32_t number, std::int8_t type, const ElementRecord& e) {
+void store_element(Mesh& mesh, ElementNumber number, std::int8_t type, const ElementRecord& e) {
     ElementWords words = e.words;
     if (type == ELEMENT_CONTINUUM && kind_row(mesh.kind).element_words == 4) {
         const ElementWords& stood = mesh.words[number];
@@ -274,22 +279,22 @@ void store_element(Mesh& mesh, std::int32_t number, std::int8_t type, const Elem
     store_attributes(mesh, number, e);
 }
 
-void copy_attributes(Mesh& mesh, std::int32_t from, std::int32_t to) {
+void copy_attributes(Mesh& mesh, ElementNumber from, ElementNumber to) {
     for_each_attribute(mesh.kind, [&](const auto& a) { (mesh.*a.column)[to] = (mesh.*a.column)[from]; });
 }
 
-ElementRecord load_element(const Mesh& mesh, std::int32_t number) {
+ElementRecord load_element(const Mesh& mesh, ElementNumber number) {
     return {load_attributes(mesh, number), number, mesh.words[number]};
 }
 
-ElementRecord load_element_for_writing(const Mesh& mesh, std::int32_t number) {
+ElementRecord load_element_for_writing(const Mesh& mesh, ElementNumber number) {
     ElementRecord e = load_element(mesh, number);
     if (e.attribute < 0)
         e.attribute = std::abs(e.attribute) - 100;
     return e;
 }
 
-void store_node(Mesh& mesh, std::int32_t number, const NodeRecord& node) {
+void store_node(Mesh& mesh, NodeNumber number, const NodeRecord& node) {
     mesh.codes[number] = node.codes;
     mesh.x[number] = node.x;
     mesh.y[number] = node.y;
@@ -299,7 +304,7 @@ void store_node(Mesh& mesh, std::int32_t number, const NodeRecord& node) {
     }
 }
 
-NodeRecord load_node(const Mesh& mesh, std::int32_t number) {
+NodeRecord load_node(const Mesh& mesh, NodeNumber number) {
     NodeRecord node;
     node.number = number;
     node.codes = mesh.codes[number];

@@ -21,7 +21,7 @@ struct MeshCounts {
 };
 
 struct NodeRecord {
-    std::int32_t number = 0;                // NODE
+    NodeNumber number;                      // NODE
     NodeCodes codes{};                      // ID
     float x = 0.0F, y = 0.0F;               // XC, YC
     float head = 0.0F, coefficient = 0.0F;  // H, CF: temperature and head kinds
@@ -36,7 +36,7 @@ struct ElementAttributes {
 };
 
 struct ElementRecord : ElementAttributes {
-    std::int32_t number = 0;  // NEL
+    ElementNumber number;  // NEL
     ElementWords words;
 };
 
@@ -72,14 +72,14 @@ NodeRecord read_node_record(LayoutKind kind, Channel& mesh_file, std::int32_t fi
 ElementRecord read_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type);
 
 // A beam or truss between two nodes, with the attributes that a two-node element has in memory.
-ElementRecord two_node_element(std::int32_t from, std::int32_t to, std::int32_t material);
+ElementRecord two_node_element(NodeNumber from, NodeNumber to, MaterialNumber material);
 
 // Ends the run where the record that was read last names a node or element outside the tables.
 void require_numbers(const Channel& mesh_file, const NodeRecord& node);
 void require_numbers(const Channel& mesh_file, const ElementRecord& element);
 
 // Reads the number of an element alone.
-std::int32_t read_element_number(LayoutKind kind, Channel& mesh_file, std::int8_t type);
+ElementNumber read_element_number(LayoutKind kind, Channel& mesh_file, std::int8_t type);
 
 // --- writing -------------------------------------------------------------------------------------
 
@@ -93,7 +93,7 @@ void write_section_heading(LayoutKind kind, Channel& mesh_file, std::int8_t type
 void write_node_record(LayoutKind kind, Channel& mesh_file, const NodeRecord& node);
 
 // A line of "Coord.dat": its codes are 0, as they follow with the base mesh.
-void write_raw_node(LayoutKind kind, Channel& file, std::int32_t number, float x, float y);
+void write_raw_node(LayoutKind kind, Channel& file, NodeNumber number, float x, float y);
 
 // Writes the record with its fields as they are.
 void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type, const ElementRecord& element,
@@ -103,17 +103,17 @@ void write_element_record(LayoutKind kind, Channel& mesh_file, std::int8_t type,
 
 // Stores an element's words and attributes at a number. Kinds without midside nodes leave M5 to M8 as they
 // were.
-void store_element(Mesh& mesh, std::int32_t number, std::int8_t type, const ElementRecord& element);
-ElementRecord load_element(const Mesh& mesh, std::int32_t number);
+void store_element(Mesh& mesh, ElementNumber number, std::int8_t type, const ElementRecord& element);
+ElementRecord load_element(const Mesh& mesh, ElementNumber number);
 
 // Copies the attributes of the kind from one element to another.
-void copy_attributes(Mesh& mesh, std::int32_t from, std::int32_t to);
+void copy_attributes(Mesh& mesh, ElementNumber from, ElementNumber to);
 
 // The element as a result file shows it: a negative IDH as its absolute value less 100.
-ElementRecord load_element_for_writing(const Mesh& mesh, std::int32_t number);
+ElementRecord load_element_for_writing(const Mesh& mesh, ElementNumber number);
 
 // A node of the working set at a number. Kinds without H and CF leave those as they were.
-void store_node(Mesh& mesh, std::int32_t number, const NodeRecord& node);
-NodeRecord load_node(const Mesh& mesh, std::int32_t number);
+void store_node(Mesh& mesh, NodeNumber number, const NodeRecord& node);
+NodeRecord load_node(const Mesh& mesh, NodeNumber number);
 
 }  // namespace brelan

@@ -11,10 +11,11 @@
 namespace brelan {
 
 // Lowest and highest number seen.
+template <class Number>
 struct NumberRange {
-    std::int32_t lowest = NO_LOWEST_NUMBER, highest = 0;
+    Number lowest{NO_LOWEST_NUMBER}, highest;
 
-    void include(std::int32_t number) {
+    void include(Number number) {
         lowest = number < lowest ? number : lowest;
         highest = number > highest ? number : highest;
     }
@@ -47,15 +48,15 @@ public:
     }
 
     // The lowest and the highest element number of a type.
-    NumberRange element_numbers(std::int8_t type) {
-        NumberRange range;
+    NumberRange<ElementNumber> element_numbers(std::int8_t type) {
+        NumberRange<ElementNumber> range;
         each_record(type, [&] { range.include(read_element_number(kind_, file_, type)); });
         return range;
     }
 
     // The same for the nodes, which are then read again.
-    NumberRange node_numbers() {
-        NumberRange range;
+    NumberRange<NodeNumber> node_numbers() {
+        NumberRange<NodeNumber> range;
         look_ahead([&] { each_node([&](const NodeRecord& node) { range.include(node.number); }); });
         return range;
     }

@@ -14,7 +14,7 @@ namespace {
 
 // Node a becomes node b.
 struct Replacement {
-    std::int32_t a, b;
+    NodeNumber a, b;
 };
 
 // Orders to replace nodes, to be carried out on a node in the order of the list: what one gives, a later one
@@ -28,7 +28,7 @@ public:
     }
 
     // Counts the replacements made.
-    int apply(std::int32_t& node) const {
+    int apply(NodeNumber& node) const {
         int made = 0;
         std::size_t next = 0;
         for (;;) {
@@ -43,12 +43,12 @@ public:
 
 private:
     std::vector<Replacement> orders_;
-    std::vector<std::pair<std::int32_t, std::size_t>> by_node_;
+    std::vector<std::pair<NodeNumber, std::size_t>> by_node_;
 };
 
 void replace_in_elements(Mesh& mesh, GroupListing& listing, const ReplacementList& orders) {
-    const std::int32_t last = last_element(mesh);
-    for (std::int32_t n = 1; n <= last; ++n) {
+    const ElementNumber last = last_element(mesh);
+    for (ElementNumber n{1}; n <= last; ++n) {
         if (mesh.type[n] == ELEMENT_DELETED)
             continue;
         ElementWords& w = mesh.words[n];
@@ -64,15 +64,15 @@ void replace_in_elements(Mesh& mesh, GroupListing& listing, const ReplacementLis
     }
     // The lines of the groups name their nodes for the outputs.
     for (ListingRow& row : listing.rows)
-        for (std::int32_t& node : row.nodes)
+        for (NodeNumber& node : row.nodes)
             orders.apply(node);
 }
 
-bool is_listed(std::int32_t material, std::span<const std::int32_t> materials) {
+bool is_listed(MaterialNumber material, std::span<const MaterialNumber> materials) {
     return std::find(materials.begin(), materials.end(), material) != materials.end();
 }
 
-bool is_considered(const Mesh& mesh, const MoveLists& moves, std::int32_t n) {
+bool is_considered(const Mesh& mesh, const MoveLists& moves, ElementNumber n) {
     const bool beam = mesh.type[n] == ELEMENT_BEAM;
     const bool truss = mesh.type[n] == ELEMENT_TRUSS;
     const bool listed_beam = beam && is_listed(mesh.words[n].material, moves.beam_materials);
@@ -95,13 +95,13 @@ bool is_considered(const Mesh& mesh, const MoveLists& moves, std::int32_t n) {
     }
 }
 
-float length_of(const Mesh& mesh, std::int32_t n) {
+float length_of(const Mesh& mesh, ElementNumber n) {
     const ElementWords& w = mesh.words[n];
     return distance_between(mesh.x[w.corner_1], mesh.y[w.corner_1], mesh.x[w.corner_2], mesh.y[w.corner_2]);
 }
 
 // The node at a position among the used ones.
-std::int32_t node_at(std::span<const std::int32_t> nodes, std::int32_t ordinal) {
+NodeNumber node_at(std::span<const NodeNumber> nodes, std::int32_t ordinal) {
     const auto count = static_cast<std::int32_t>(nodes.size());
     if (ordinal < 1 || ordinal > count)
         fail("second move list: expected the position of a node from 1 to " + std::to_string(count) +
@@ -112,8 +112,8 @@ std::int32_t node_at(std::span<const std::int32_t> nodes, std::int32_t ordinal) 
 void apply_moves(Mesh& mesh, GroupListing& listing, const std::vector<NodeMove>& moves) {
     std::vector<Replacement> merges;
     for (const NodeMove& move : moves) {
-        const std::int32_t a = move.moved;
-        const std::int32_t b = move.target;
+        const NodeNumber a = move.moved;
+        const NodeNumber b = move.target;
         mesh.x[a] = mesh.x[a] + (mesh.x[b] - mesh.x[a]) * move.fraction;
         mesh.y[a] = mesh.y[a] + (mesh.y[b] - mesh.y[a]) * move.fraction;
         if (move.fraction == 1.0F)
@@ -124,14 +124,14 @@ void apply_moves(Mesh& mesh, GroupListing& listing, const std::vector<NodeMove>&
 
 }  // namespace
 
-std::int32_t last_element(const Mesh& mesh) {
-    std::int32_t n = HIGHEST_ELEMENT_NUMBER;
-    while (n > 0 && mesh.type[n] == ELEMENT_DELETED)
+ElementNumber last_element(const Mesh& mesh) {
+    ElementNumber n = LAST_ELEMENT;
+    while (n.names_one() && mesh.type[n] == ELEMENT_DELETED)
         --n;
     return n;
 }
 
-void reduce_element(Mesh& mesh, std::int32_t element) {
+void reduce_element(Mesh& mesh, ElementNumber element) {
     ElementWords& w = mesh.words[element];
     std::int32_t& type = mesh.type[element];
     if (type != ELEMENT_CONTINUUM) {
@@ -139,13 +139,13 @@ void reduce_element(Mesh& mesh, std::int32_t element) {
             type = ELEMENT_DELETED;
         return;
     }
-    if (w.corner_4 < 1) {
+    if (w.corner_4.is_none()) {
         if (w.corner_1 == w.corner_2 || w.corner_2 == w.corner_3 || w.corner_1 == w.corner_3)
             type = ELEMENT_DELETED;
         return;
     }
     // The three corners that are left; two of them in one leave nothing.
-    const auto becomes = [&](std::int32_t first, std::int32_t second, std::int32_t third, bool nothing_left) {
+    const auto becomes = [&](NodeNumber first, NodeNumber second, NodeNumber third, bool nothing_left) {
         if (nothing_left) {
             type = ELEMENT_DELETED;
             return;
@@ -153,7 +153,7 @@ void reduce_element(Mesh& mesh, std::int32_t element) {
         w.corner_1 = first;
         w.corner_2 = second;
         w.corner_3 = third;
-        w.corner_4 = 0;
+        w.corner_4 = {};
     };
     if (w.corner_1 == w.corner_2)
         becomes(w.corner_1, w.corner_3, w.corner_4, w.corner_3 == w.corner_4);
@@ -171,11 +171,11 @@ void reduce_element(Mesh& mesh, std::int32_t element) {
 
 void collapse_short_elements(Mesh& mesh, GroupListing& listing, MoveLists& moves) {
     constexpr float longer_than_any = 1.0E31F;
-    const std::int32_t last = last_element(mesh);
+    const ElementNumber last = last_element(mesh);
     float sum = 0.0F;
     float shortest = longer_than_any;
     std::int32_t count = 0;
-    for (std::int32_t n = 1; n <= last; ++n) {
+    for (ElementNumber n{1}; n <= last; ++n) {
         if (!is_considered(mesh, moves, n))
             continue;
         const float length = length_of(mesh, n);
@@ -189,7 +189,7 @@ void collapse_short_elements(Mesh& mesh, GroupListing& listing, MoveLists& moves
         return;
     }
     std::vector<Replacement> orders;
-    for (std::int32_t n = 1; n <= last; ++n)
+    for (ElementNumber n{1}; n <= last; ++n)
         if (is_considered(mesh, moves, n) && length_of(mesh, n) <= limit)
             orders.push_back({mesh.words[n].corner_2, mesh.words[n].corner_1});
     replace_in_elements(mesh, listing, ReplacementList(std::move(orders)));
@@ -201,7 +201,7 @@ void move_nodes(Mesh& mesh, GroupListing& listing, const MoveLists& moves) {
         for (std::int32_t k = 1; k <= moves.first_count; ++k)
             orders.push_back(moves.first[k]);
     } else if (moves.second_count > 0) {
-        const std::vector<std::int32_t> nodes = nodes_of_elements(mesh, last_element(mesh));
+        const std::vector<NodeNumber> nodes = nodes_of_elements(mesh, last_element(mesh));
         for (std::int32_t k = 1; k <= moves.second_count; ++k)
             orders.push_back({node_at(nodes, moves.second[k].moved), node_at(nodes, moves.second[k].target),
                               moves.second[k].fraction});

@@ -10,7 +10,7 @@
 namespace brelan {
 
 // The highest number with type not 0; 0 for none.
-std::int32_t last_element(const Mesh& mesh);
+ElementNumber last_element(const Mesh& mesh);
 
 // Merges the two nodes of every beam and truss that IDCOL considers and that is at most FCOL times their mean
 // length long: wherever the second node stands in an element, the first takes its place. Nothing changes, and
@@ -23,6 +23,6 @@ void move_nodes(Mesh& mesh, GroupListing& listing, const MoveLists& moves);
 
 // What has become of an element whose corners were replaced: an element that lost its extent gets
 // type 0, a quadrilateral with two neighbouring corners in one becomes a triangle.
-void reduce_element(Mesh& mesh, std::int32_t element);
+void reduce_element(Mesh& mesh, ElementNumber element);
 
 }  // namespace brelan

@@ -21,10 +21,10 @@ struct Segment {
 
 struct Claim {
     float position;
-    std::int32_t node;
+    NodeNumber node;
 };
 
-std::vector<Segment> segments_through(const NodePlaces& places, std::span<const std::int32_t> points) {
+std::vector<Segment> segments_through(const NodePlaces& places, std::span<const NodeNumber> points) {
     std::vector<Segment> segments;
     for (std::size_t i = 0; i + 1 < points.size(); ++i) {
         Segment s;
@@ -61,10 +61,10 @@ bool on_segment(const Segment& s, float x, float y, float& position) {
 
 }  // namespace
 
-std::vector<std::int32_t> select_polyline(const NodePlaces& places, std::span<const std::int32_t> points) {
+std::vector<NodeNumber> select_polyline(const NodePlaces& places, std::span<const NodeNumber> points) {
     const std::vector<Segment> segments = segments_through(places, points);
     std::vector<std::vector<Claim>> claims(segments.size());
-    for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n) {
+    for (NodeNumber n{1}; n <= LAST_NODE; ++n) {
         if (places.given[n] == 0)
             continue;
         for (std::size_t k = 0; k < segments.size(); ++k) {
@@ -75,7 +75,7 @@ std::vector<std::int32_t> select_polyline(const NodePlaces& places, std::span<co
             break;
         }
     }
-    std::vector<std::int32_t> selected;
+    std::vector<NodeNumber> selected;
     for (std::vector<Claim>& on_one : claims) {
         std::stable_sort(on_one.begin(), on_one.end(),
                          [](const Claim& a, const Claim& b) { return a.position < b.position; });

@@ -5,7 +5,7 @@
 namespace brelan {
 
 void count_nodes(const Mesh& mesh, ResultMesh& result) {
-    for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n) {
+    for (NodeNumber n{1}; n <= LAST_NODE; ++n) {
         if (mesh.node_in_use[n] == 1) {
             ++result.counts.nodes;
             result.nodes.include(n);
@@ -14,7 +14,7 @@ void count_nodes(const Mesh& mesh, ResultMesh& result) {
 }
 
 void count_elements(const Mesh& mesh, ResultMesh& result) {
-    for (std::int32_t n = 1; n <= HIGHEST_ELEMENT_NUMBER; ++n) {
+    for (ElementNumber n{1}; n <= LAST_ELEMENT; ++n) {
         if (mesh.type_in_use[n] < ELEMENT_CONTINUUM)
             continue;
         result.elements.include(n);
@@ -23,13 +23,13 @@ void count_elements(const Mesh& mesh, ResultMesh& result) {
 }
 
 void write_result_nodes(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result) {
-    for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n)
+    for (NodeNumber n = result.nodes.lowest; n <= result.nodes.highest; ++n)
         if (mesh.node_in_use[n] == 1)
             write_node_record(mesh.kind, mesh_file, load_node(mesh, n));
 }
 
 void write_result_nodes(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result, float head) {
-    for (std::int32_t n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
+    for (NodeNumber n = result.nodes.lowest; n <= result.nodes.highest; ++n) {
         if (mesh.node_in_use[n] != 1)
             continue;
         NodeRecord node = load_node(mesh, n);
@@ -40,7 +40,7 @@ void write_result_nodes(const Mesh& mesh, Channel& mesh_file, const ResultMesh& 
 
 void write_result_elements(const Mesh& mesh, Channel& mesh_file, const ResultMesh& result, std::int8_t type) {
     write_section_heading(mesh.kind, mesh_file, type);
-    for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n)
+    for (ElementNumber n = result.elements.lowest; n <= result.elements.highest; ++n)
         if (mesh.type_in_use[n] == type)
             write_element_record(mesh.kind, mesh_file, type, load_element_for_writing(mesh, n));
 }

@@ -13,7 +13,8 @@ namespace brelan {
 // their numbers.
 struct ResultMesh {
     MeshCounts counts;
-    NumberRange nodes, elements;
+    NumberRange<NodeNumber> nodes;
+    NumberRange<ElementNumber> elements;
 };
 
 void count_nodes(const Mesh& mesh, ResultMesh& result);

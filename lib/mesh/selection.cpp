@@ -41,7 +41,7 @@ bool takes_side(const EditCards& edit, bool inside) {
     return (edit.side == 0 && inside) || (edit.side == 1 && !inside);
 }
 
-bool node_inside(const EditCards& edit, const Selection& selection, std::int32_t number, float x, float y) {
+bool node_inside(const EditCards& edit, const Selection& selection, NodeNumber number, float x, float y) {
     if (edit.selection_mode == 0)
         return in_window(edit, x, y);
     return (edit.selection_mode == 1 || edit.selection_mode == 2) && selection.nodes[number] == number;
@@ -59,20 +59,20 @@ bool element_inside(const EditCards& edit, const Mesh& mesh, const Selection& se
                          (mesh.y[w.corner_1] + mesh.y[w.corner_2]) / 2.0F);
     float x = 0.0F;
     float y = 0.0F;
-    for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4}) {
-        if (corner > 0) {
+    for (const NodeNumber corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4}) {
+        if (corner.names_one()) {
             x = x + mesh.x[corner];
             y = y + mesh.y[corner];
         }
     }
     // A negative I4 is no corner, but the element counts as a quadrilateral.
-    const float corners = w.corner_4 == 0 ? 3.0F : 4.0F;
+    const float corners = w.corner_4 == NodeNumber{} ? 3.0F : 4.0F;
     return in_window(edit, x / corners, y / corners);
 }
 
-bool material_listed(const EditCards& edit, std::int32_t material) {
+bool material_listed(const EditCards& edit, MaterialNumber material) {
     const auto list = listed(edit);
-    return std::find(list.begin(), list.end(), material) != list.end();
+    return std::find(list.begin(), list.end(), material.value) != list.end();
 }
 
 }  // namespace brelan

@@ -17,6 +17,7 @@ namespace brelan {
 template <class SelectionTable>
 std::int32_t expand_list(std::span<const std::int32_t> list, SelectionTable& table,
                          const FilePlace& place = {"number list"}) {
+    using Number = typename SelectionTable::Index;
     constexpr std::int32_t last = SelectionTable::SIZE;
     std::int32_t settings = 0;
     std::int32_t previous = 0;
@@ -30,7 +31,7 @@ std::int32_t expand_list(std::span<const std::int32_t> list, SelectionTable& tab
                     "expected a list whose first number is not negative, found " + std::to_string(entry));
         first = false;
         for (std::int32_t n = entry < 0 ? previous + 1 : entry; n != 0 && n <= std::abs(entry); ++n) {
-            table[n] = n;
+            table[Number(n)] = Number(n);
             ++settings;
         }
         previous = std::abs(entry);
@@ -45,13 +46,13 @@ Selection prepare_selection(const EditCards& edit);
 bool takes_side(const EditCards& edit, bool inside);
 
 // True when a node of the source mesh, by its old number, is inside the selection.
-bool node_inside(const EditCards& edit, const Selection& selection, std::int32_t number, float x, float y);
+bool node_inside(const EditCards& edit, const Selection& selection, NodeNumber number, float x, float y);
 
 // True when an element is inside the selection: by its centroid for ILOC 0, by its number for ILOC 1.
 bool element_inside(const EditCards& edit, const Mesh& mesh, const Selection& selection, std::int8_t type,
                     const ElementRecord& element);
 
 // True when the material is on the list of ILOC 3.
-bool material_listed(const EditCards& edit, std::int32_t material);
+bool material_listed(const EditCards& edit, MaterialNumber material);
 
 }  // namespace brelan

@@ -1,4 +1,5 @@
-// Tables of fixed size, indexed from 1 by the external number, every access checked in every build.
+// Tables of fixed size, indexed from 1 by the external number, every access checked in every build. The type
+// of a table's last number is that of its index: a table of nodes cannot be asked for an element.
 #pragma once
 
 #include <algorithm>
@@ -11,6 +12,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "mesh/numbers.h"
 #include "text/layout.h"
 #include "text/run_end.h"
 
@@ -26,6 +28,8 @@ namespace brelan {
 template <class T>
 inline constexpr bool STARTS_AS_ZEROS = std::is_arithmetic_v<T> ||
                                         (std::is_aggregate_v<T> && std::is_trivially_copyable_v<T>);
+template <class Tag>
+inline constexpr bool STARTS_AS_ZEROS<NumberOf<Tag>> = true;
 
 template <class T>
 struct ReleaseTable {
@@ -52,6 +56,14 @@ TableEntries<T> table_entries(std::size_t count) {
     }
 }
 
+constexpr std::int32_t plain_number(std::int32_t number) {
+    return number;
+}
+template <class Tag>
+constexpr std::int32_t plain_number(NumberOf<Tag> number) {
+    return number.value;
+}
+
 template <std::int32_t N>
 std::size_t table_index(std::string_view name, std::int32_t number) {
     const std::uint32_t index = static_cast<std::uint32_t>(number) - 1U;
@@ -60,42 +72,50 @@ std::size_t table_index(std::string_view name, std::int32_t number) {
     return index;
 }
 
-// Entries 1 to N. The name is shown in the message that ends a run at an access outside.
-template <class T, std::int32_t N, FixedText NAME>
+// Entries 1 to LAST. The name is shown in the message that ends a run at an access outside.
+template <class T, auto LAST, FixedText NAME>
 class Table {
 public:
-    static constexpr std::int32_t SIZE = N;
+    using Index = std::remove_cv_t<decltype(LAST)>;
+    static constexpr std::int32_t SIZE = plain_number(LAST);
 
-    T& operator[](std::int32_t number) { return entry_[checked(number)]; }
-    const T& operator[](std::int32_t number) const { return entry_[checked(number)]; }
+    T& operator[](Index number) { return entry_[checked(number)]; }
+    const T& operator[](Index number) const { return entry_[checked(number)]; }
 
-    void fill(const T& value) { std::fill_n(entry_.get(), N, value); }
+    void fill(const T& value) { std::fill_n(entry_.get(), SIZE, value); }
 
 private:
-    static std::size_t checked(std::int32_t number) { return table_index<N>(NAME.view(), number); }
+    static std::size_t checked(Index number) { return table_index<SIZE>(NAME.view(), plain_number(number)); }
 
-    TableEntries<T> entry_ = table_entries<T>(static_cast<std::size_t>(N));
+    TableEntries<T> entry_ = table_entries<T>(static_cast<std::size_t>(SIZE));
 };
 
-// A table of N entries for each of ROWS rows, both from 1.
-template <class T, std::int32_t ROWS, FixedText ROWS_NAME, std::int32_t N, FixedText NAME>
+// A table of entries 1 to LAST for each of the rows 1 to LAST_ROW.
+template <class T, auto LAST_ROW, FixedText ROWS_NAME, auto LAST, FixedText NAME>
 class RowTable {
 public:
+    using RowIndex = std::remove_cv_t<decltype(LAST_ROW)>;
+    using Index = std::remove_cv_t<decltype(LAST)>;
+    static constexpr std::int32_t ROWS = plain_number(LAST_ROW), SIZE = plain_number(LAST);
+
     template <class Entry>
     struct Row {
         Entry* entries;
-        Entry& operator[](std::int32_t number) const { return entries[table_index<N>(NAME.view(), number)]; }
+        Entry& operator[](Index number) const {
+            return entries[table_index<SIZE>(NAME.view(), plain_number(number))];
+        }
     };
 
-    Row<T> operator[](std::int32_t row) { return {entry_.get() + start_of(row)}; }
-    Row<const T> operator[](std::int32_t row) const { return {entry_.get() + start_of(row)}; }
+    Row<T> operator[](RowIndex row) { return {entry_.get() + start_of(row)}; }
+    Row<const T> operator[](RowIndex row) const { return {entry_.get() + start_of(row)}; }
 
 private:
-    static std::size_t start_of(std::int32_t row) {
-        return table_index<ROWS>(ROWS_NAME.view(), row) * static_cast<std::size_t>(N);
+    static std::size_t start_of(RowIndex row) {
+        return table_index<ROWS>(ROWS_NAME.view(), plain_number(row)) * static_cast<std::size_t>(SIZE);
     }
 
-    TableEntries<T> entry_ = table_entries<T>(static_cast<std::size_t>(ROWS) * static_cast<std::size_t>(N));
+    TableEntries<T> entry_ =
+        table_entries<T>(static_cast<std::size_t>(ROWS) * static_cast<std::size_t>(SIZE));
 };
 
 }  // namespace brelan

@@ -11,18 +11,18 @@ void reset_mesh(Mesh& mesh) {
     mesh.type.fill(ELEMENT_DELETED);
 }
 
-std::vector<std::int32_t> nodes_of_elements(const Mesh& mesh, std::int32_t last_element) {
-    Table<std::int8_t, HIGHEST_NODE_NUMBER, "NUSED"> used;
-    for (std::int32_t n = 1; n <= last_element; ++n) {
+std::vector<NodeNumber> nodes_of_elements(const Mesh& mesh, ElementNumber last_element) {
+    Table<std::int8_t, LAST_NODE, "NUSED"> used;
+    for (ElementNumber n{1}; n <= last_element; ++n) {
         if (mesh.type[n] == ELEMENT_DELETED)
             continue;
         const ElementWords& w = mesh.words[n];
-        for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
-            if (corner > 0)
+        for (const NodeNumber corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
+            if (corner.names_one())
                 used[corner] = 1;
     }
-    std::vector<std::int32_t> nodes;
-    for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n)
+    std::vector<NodeNumber> nodes;
+    for (NodeNumber n{1}; n <= LAST_NODE; ++n)
         if (used[n] != 0)
             nodes.push_back(n);
     return nodes;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "mesh/edition.h"
+#include "mesh/numbers.h"
 #include "mesh/table.h"
 
 namespace brelan {
@@ -15,6 +16,8 @@ namespace brelan {
 inline constexpr std::int32_t HIGHEST_NODE_NUMBER = 99990;  // highest node number
 inline constexpr std::int32_t HIGHEST_ELEMENT_NUMBER =
     99990;  // highest element number; all types share one number space
+inline constexpr NodeNumber LAST_NODE{HIGHEST_NODE_NUMBER};  // the same as ends of tables and loops
+inline constexpr ElementNumber LAST_ELEMENT{HIGHEST_ELEMENT_NUMBER};
 inline constexpr std::int32_t NO_LOWEST_NUMBER = 100000;  // start of a running minimum of numbers: none seen
 inline constexpr std::int32_t MOST_REBUILD_ROWS = 100;    // rows of each table of IEDIT 6
 inline constexpr std::int32_t MOST_COPIED_LINES =
@@ -32,9 +35,9 @@ using NodeCodes = std::array<std::int32_t, 5>;
 //        I3 ----M7---- I4          a word of 0 or below: no node
 //
 struct ElementWords {
-    std::int32_t corner_1 = 0, corner_2 = 0, corner_3 = 0, corner_4 = 0;
-    std::int32_t midside_5 = 0, midside_6 = 0, midside_7 = 0, midside_8 = 0;
-    std::int32_t material = 0;
+    NodeNumber corner_1, corner_2, corner_3, corner_4;
+    NodeNumber midside_5, midside_6, midside_7, midside_8;
+    MaterialNumber material;
 };
 
 // Types of an element in type, type_in_use and second_type_in_use.
@@ -47,41 +50,40 @@ inline constexpr std::int8_t ELEMENT_TRUSS = 3;
 // Those of the sections of a mesh file, in their order.
 inline constexpr std::int8_t ELEMENT_TYPES[3] = {ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS};
 
-using ElementTypes = Table<std::int8_t, HIGHEST_ELEMENT_NUMBER, "EACT1">;
+using ElementTypes = Table<std::int8_t, LAST_ELEMENT, "EACT1">;
 
 // One mesh, by the numbers of its nodes and elements.
 struct Mesh {
     LayoutKind kind = LayoutKind::displacement;
 
-    Table<NodeCodes, HIGHEST_NODE_NUMBER, "IDN"> codes;
-    Table<float, HIGHEST_NODE_NUMBER, "XC"> x;  // in the mesh's unit of length
-    Table<float, HIGHEST_NODE_NUMBER, "YC"> y;
-    Table<float, HIGHEST_NODE_NUMBER, "H"> head;  // head or temperature, by kind
-    Table<float, HIGHEST_NODE_NUMBER, "CF">
-        coefficient;  // further node value of the temperature and head kinds
-    Table<std::int8_t, HIGHEST_NODE_NUMBER, "NACT1"> node_in_use;  // 1: number in use
-    Table<std::int8_t, HIGHEST_NODE_NUMBER, "NMARK"> node_mark;  // the group engine's mark; follows its node
+    Table<NodeCodes, LAST_NODE, "IDN"> codes;
+    Table<float, LAST_NODE, "XC"> x;  // in the mesh's unit of length
+    Table<float, LAST_NODE, "YC"> y;
+    Table<float, LAST_NODE, "H"> head;          // head or temperature, by kind
+    Table<float, LAST_NODE, "CF"> coefficient;  // further node value of the temperature and head kinds
+    Table<std::int8_t, LAST_NODE, "NACT1"> node_in_use;  // 1: number in use
+    Table<std::int8_t, LAST_NODE, "NMARK"> node_mark;    // the group engine's mark; follows its node
 
-    Table<ElementWords, HIGHEST_ELEMENT_NUMBER, "IEL"> words;
-    ElementTypes type_in_use;                                    // type of the elements of the result
-    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "ETYPE"> type;   // type during an edit
-    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "KS"> skeleton;  // attributes of the coupled kind
-    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "KF"> fluid;
-    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "INTR"> integration_r;
-    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "INTS"> integration_s;
-    Table<float, HIGHEST_ELEMENT_NUMBER, "TBJWL"> real_attribute;
-    Table<float, HIGHEST_ELEMENT_NUMBER, "THIC"> thickness;  // displacement kind
-    Table<float, HIGHEST_ELEMENT_NUMBER, "DEN"> density;
-    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "IDH"> attribute;  // of the temperature and head kinds
+    Table<ElementWords, LAST_ELEMENT, "IEL"> words;
+    ElementTypes type_in_use;                          // type of the elements of the result
+    Table<std::int32_t, LAST_ELEMENT, "ETYPE"> type;   // type during an edit
+    Table<std::int32_t, LAST_ELEMENT, "KS"> skeleton;  // attributes of the coupled kind
+    Table<std::int32_t, LAST_ELEMENT, "KF"> fluid;
+    Table<std::int32_t, LAST_ELEMENT, "INTR"> integration_r;
+    Table<std::int32_t, LAST_ELEMENT, "INTS"> integration_s;
+    Table<float, LAST_ELEMENT, "TBJWL"> real_attribute;
+    Table<float, LAST_ELEMENT, "THIC"> thickness;  // displacement kind
+    Table<float, LAST_ELEMENT, "DEN"> density;
+    Table<std::int32_t, LAST_ELEMENT, "IDH"> attribute;  // of the temperature and head kinds
 };
 
 // Another number for each node; 0 for none.
-using NodeNumbers = Table<std::int32_t, HIGHEST_NODE_NUMBER, "NMAP">;
+using NodeNumbers = Table<NodeNumber, LAST_NODE, "NMAP">;
 
 // What a list card names: entry n is n when number n was listed.
 struct Selection {
-    Table<std::int32_t, HIGHEST_NODE_NUMBER, "NLIST"> nodes;
-    Table<std::int32_t, HIGHEST_ELEMENT_NUMBER, "ELIST"> elements;
+    Table<NodeNumber, LAST_NODE, "NLIST"> nodes;
+    Table<ElementNumber, LAST_ELEMENT, "ELIST"> elements;
 };
 
 // --- routines ------------------------------------------------------------------------------------
@@ -92,6 +94,6 @@ struct Selection {
 void reset_mesh(Mesh& mesh);
 
 // The nodes that are corners of the elements from 1 to the last one, deleted ones apart, in ascending number.
-std::vector<std::int32_t> nodes_of_elements(const Mesh& mesh, std::int32_t last_element);
+std::vector<NodeNumber> nodes_of_elements(const Mesh& mesh, ElementNumber last_element);
 
 }  // namespace brelan

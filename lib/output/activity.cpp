@@ -23,15 +23,19 @@ constexpr std::array<std::string_view, 1> HEADING = {"*    NEL    NAC   NDAC    
 constexpr std::array<std::string_view, 1> LONG_HEADING = {"*    NEL    NAC   NDAC    MCH"};
 
 constexpr std::int32_t ACTIVITY_CODE = 0;
-constexpr std::int32_t SHOWN_ELEMENT = 1261;  // whose new material the trace shows
+constexpr ElementNumber SHOWN_ELEMENT{1261};  // whose new material the trace shows
 
 // Roles of the six pairs of a group.
 enum Role : std::size_t { other_continuum, in_material, in_joint_material, line, inner_line, outer_line };
 
 // The words of a group's material line that decide, as integers.
 struct DecidingWords {
-    std::int32_t group_type, material, joint_material, inner_line_type, inner_line_material, outer_line_type,
-        outer_line_material;  // LTi and LMi are LTP and LMAT where there is no joint
+    std::int32_t group_type;
+    MaterialNumber material, joint_material;
+    std::int32_t inner_line_type;
+    MaterialNumber inner_line_material;
+    std::int32_t outer_line_type;
+    MaterialNumber outer_line_material;  // LTi and LMi are LTP and LMAT where there is no joint
 
     DecidingWords(const GroupCards& group_cards, std::int32_t g)
         : group_type(group_cards.rows[g].group_type),
@@ -48,7 +52,7 @@ bool is_zero(const std::array<std::int32_t, 2>& pair) {
 }
 
 // The elements along a joint's two lines.
-ActivityPair along_joint(const DecidingWords& w, std::int8_t type, std::int32_t m, const auto& pair) {
+ActivityPair along_joint(const DecidingWords& w, std::int8_t type, MaterialNumber m, const auto& pair) {
     if (type == w.inner_line_type && m == w.inner_line_material)
         return pair(inner_line);
     if (type == w.outer_line_type && m == w.outer_line_material)
@@ -58,7 +62,7 @@ ActivityPair along_joint(const DecidingWords& w, std::int8_t type, std::int32_t 
 
 }  // namespace
 
-ActivityPair activity_of(const GroupCards& group_cards, std::int32_t g, std::int8_t type, std::int32_t m) {
+ActivityPair activity_of(const GroupCards& group_cards, std::int32_t g, std::int8_t type, MaterialNumber m) {
     const DecidingWords w(group_cards, g);
     const auto& pairs = group_cards.outputs[g].pair;
     const auto pair = [&pairs](Role role) { return ActivityPair{pairs[role][0], pairs[role][1]}; };
@@ -76,7 +80,7 @@ ActivityPair activity_of(const GroupCards& group_cards, std::int32_t g, std::int
         case 3:
             if (!continuum)
                 return along_line();
-            return w.material > 0 && m != w.material ? ActivityPair{} : pair(in_material);
+            return w.material.names_one() && m != w.material ? ActivityPair{} : pair(in_material);
         case 4:
             if (!continuum)
                 return along_line();
@@ -88,7 +92,7 @@ ActivityPair activity_of(const GroupCards& group_cards, std::int32_t g, std::int
         case -3:
             if (!continuum)
                 return along_joint(w, type, m, pair);
-            if (w.material == 0)
+            if (w.material == MaterialNumber{})
                 return pair(m == w.joint_material ? in_joint_material : in_material);
             return m == w.material         ? pair(in_material)
                    : m == w.joint_material ? pair(in_joint_material)
@@ -110,11 +114,11 @@ bool has_long_lines(LayoutKind kind) {
     return kind == LayoutKind::displacement;
 }
 
-void write_range_end(LayoutKind kind, Channel& text, std::int32_t element, const ActivityPair& pair) {
+void write_range_end(LayoutKind kind, Channel& text, ElementNumber element, const ActivityPair& pair) {
     if (has_long_lines(kind))
-        LONG_RANGE_LINE.write(text, element, pair.activated, pair.deactivated, ACTIVITY_CODE);
+        LONG_RANGE_LINE.write(text, element.value, pair.activated, pair.deactivated, ACTIVITY_CODE);
     else
-        RANGE_LINE.write(text, element, pair.activated, pair.deactivated);
+        RANGE_LINE.write(text, element.value, pair.activated, pair.deactivated);
 }
 
 // The heads of a group and of a class are written when the first material under them is.
@@ -124,8 +128,8 @@ struct OpenBlock {
 };
 
 // Highest material of the elements that have activity.
-std::int32_t highest_material(const GroupCards& group_cards, std::int32_t g, const GroupMembers& members) {
-    std::int32_t highest = 0;
+MaterialNumber highest_material(const GroupCards& group_cards, std::int32_t g, const GroupMembers& members) {
+    MaterialNumber highest;
     for (const auto& [key, ranges] : members)
         if (activity_of(group_cards, g, key.first, key.second) != ActivityPair{})
             highest = std::max(highest, key.second);
@@ -152,12 +156,12 @@ std::int32_t lines_of(const ElementRanges& ranges) {
 
 Activity make_activity(Trace& trace, const GroupCards& group_cards, const FinishedMembers& members) {
     Activity activity;
-    activity.new_material.resize(static_cast<std::size_t>(HIGHEST_ELEMENT_NUMBER) + 1, 0);
+    activity.new_material.resize(LAST_ELEMENT.place() + 1);
     activity.first_new = members.highest_material + 1;
-    std::int32_t newest = members.highest_material;
+    MaterialNumber newest = members.highest_material;
     for (std::int32_t g = 1; g <= group_cards.count; ++g) {
         const GroupMembers& own = members.groups[static_cast<std::size_t>(g)];
-        const std::int32_t highest = highest_material(group_cards, g, own);
+        const MaterialNumber highest = highest_material(group_cards, g, own);
         for (const auto& [key, ranges] : own) {
             const auto [type, material] = key;
             const ActivityPair pair = activity_of(group_cards, g, type, material);
@@ -167,16 +171,17 @@ Activity make_activity(Trace& trace, const GroupCards& group_cards, const Finish
                 activity.materials.push_back({material, pair});
                 ++newest;
                 for (const ElementRange& range : ranges.all)
-                    for (std::int32_t n = range.first; n <= range.last; ++n)
-                        activity.new_material[static_cast<std::size_t>(n)] = newest;
+                    for (ElementNumber n = range.first; n <= range.last; ++n)
+                        activity.new_material[n.place()] = newest;
             }
             for (const ElementRange& range : ranges.all)
-                trace.values(2, " Pass 27.1.2 ", " II = ", static_cast<std::int32_t>(type), " K = ", material,
-                             " NSS = ", range.first, " MAXMC = ", highest);
+                trace.values(2, " Pass 27.1.2 ", " II = ", static_cast<std::int32_t>(type),
+                             " K = ", material.value, " NSS = ", range.first.value,
+                             " MAXMC = ", highest.value);
             activity.line_count += lines_of(ranges.all);
         }
     }
-    trace.values(2, " Pass 27.1.3 ", " NEWMAT(1261) = ", activity.new_material[SHOWN_ELEMENT]);
+    trace.values(2, " Pass 27.1.3 ", " NEWMAT(1261) = ", activity.new_material[SHOWN_ELEMENT.place()].value);
     return activity;
 }
 

@@ -24,19 +24,19 @@ struct ActivityPair {
 // The pair of a group's elements of a class and material, by the group's MTYPE and material line; two zeros
 // where its cards give them none.
 ActivityPair activity_of(const GroupCards& group_cards, std::int32_t g, std::int8_t type,
-                         std::int32_t material);
+                         MaterialNumber material);
 
 // A continuum material made for a group.
 struct NewMaterial {
-    std::int32_t old = 0;
+    MaterialNumber old;
     ActivityPair activity;
 };
 
 struct Activity {
-    std::int32_t line_count = 0;             // lines of all blocks
-    std::vector<NewMaterial> materials;      // their numbers follow the highest of the mesh
-    std::vector<std::int32_t> new_material;  // by element number, the element's new material; 0 for none
-    std::int32_t first_new = 0;              // number of the first of them
+    std::int32_t line_count = 0;               // lines of all blocks
+    std::vector<NewMaterial> materials;        // their numbers follow the highest of the mesh
+    std::vector<MaterialNumber> new_material;  // by element number, the element's new material; 0 for none
+    MaterialNumber first_new;                  // number of the first of them
 };
 
 // Makes the new materials and counts the lines of the blocks. Every group gets a material for each of its

@@ -27,9 +27,9 @@ void write_class_head(Channel& file, std::int8_t type) {
     write_lines(file, {DASHES_ROW, "*", CLASS_LINES[type - 1], "*"});
 }
 
-void write_material_head(Channel& file, std::int32_t material, std::span<const std::string_view> heading) {
+void write_material_head(Channel& file, MaterialNumber material, std::span<const std::string_view> heading) {
     write_lines(file, {DASHES_ROW, "*"});
-    MATERIAL_NUMBER.write(file, material);
+    MATERIAL_NUMBER.write(file, material.value);
     file.write_line("*");
     write_lines(file, heading);
 }

@@ -23,7 +23,7 @@ inline constexpr std::string_view CLASS_LINES[3] = {"* Continuum Element", "* Be
 // Opens the block of a group with its number and title, of a class in it, of a material in that.
 void write_group_head(const GroupCards& group_cards, Channel& file, std::int32_t g);
 void write_class_head(Channel& file, std::int8_t type);
-void write_material_head(Channel& file, std::int32_t material, std::span<const std::string_view> heading);
+void write_material_head(Channel& file, MaterialNumber material, std::span<const std::string_view> heading);
 
 // Copies the lines of a text from its start, trailing blanks cut.
 void copy_lines(Channel& from, Channel& to);

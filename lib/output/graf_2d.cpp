@@ -34,7 +34,7 @@ constexpr Layout<"('*  ',A30)"> CHOICE_NAME;
 
 void write_element_range(Channel& text, const ElementRange& range) {
     constexpr std::int32_t increment = 1, node_increment = 1;
-    ELEMENT_RANGE.write(text, range.first, range.length(), increment, node_increment);
+    ELEMENT_RANGE.write(text, range.first.value, range.length(), increment, node_increment);
 }
 
 void write_displacements(Channel& text, std::int32_t start, std::int32_t count) {
@@ -46,12 +46,12 @@ void write_displacements(Channel& text, std::int32_t start, std::int32_t count) 
 }
 
 void write_displacement_range(Channel& text, const ElementRange& range) {
-    write_displacements(text, -range.first, range.length());
+    write_displacements(text, -range.first.value, range.length());
 }
 
 void write_line_range(Channel& text, const ElementRange& range) {
     ONE_VALUE.write(text, 0);
-    TWO_VALUES.write(text, range.first, range.last);
+    TWO_VALUES.write(text, range.first.value, range.last.value);
 }
 
 // The elements that a section lists, and how.

@@ -7,12 +7,13 @@ namespace brelan {
 namespace {
 
 bool takes_part(const GroupCards& group_cards, const MemberRecord& r) {
-    return r.type >= ELEMENT_CONTINUUM && r.type <= ELEMENT_TRUSS && r.element > 0 && r.material != 0 &&
-           r.group >= 1 && r.group <= group_cards.count && group_cards.outputs[r.group].wants_outputs != 0;
+    return r.type >= ELEMENT_CONTINUUM && r.type <= ELEMENT_TRUSS && r.element.names_one() &&
+           r.material != MaterialNumber{} && r.group >= 1 && r.group <= group_cards.count &&
+           group_cards.outputs[r.group].wants_outputs != 0;
 }
 
 // An element that two rows of a group claim comes twice.
-void add_element_to(ElementRanges& ranges, std::int32_t element) {
+void add_element_to(ElementRanges& ranges, ElementNumber element) {
     if (!ranges.empty() && element <= ranges.back().last)
         return;
     if (!ranges.empty() && element == ranges.back().last + 1)
@@ -41,7 +42,7 @@ void MemberCollector::add(const MemberRecord& record) {
         add_element_to(bucket.ranges->inside, record.element);
 }
 
-void MemberCollector::add_material(std::int8_t type, std::int32_t material) {
+void MemberCollector::add_material(std::int8_t type, MaterialNumber material) {
     if (type == ELEMENT_CONTINUUM)
         found_.highest_material = std::max(found_.highest_material, material);
 }

@@ -12,7 +12,7 @@ namespace brelan {
 
 // Consecutive element numbers.
 struct ElementRange {
-    std::int32_t first = 0, last = 0;
+    ElementNumber first, last;
 
     std::int32_t length() const { return last - first + 1; }
 };
@@ -26,12 +26,12 @@ struct MemberRanges {
 };
 
 // By class (ELEMENT_CONTINUUM, ELEMENT_BEAM, ELEMENT_TRUSS), then by material.
-using GroupMembers = std::map<std::pair<std::int8_t, std::int32_t>, MemberRanges>;
+using GroupMembers = std::map<std::pair<std::int8_t, MaterialNumber>, MemberRanges>;
 
 // What the elements of the finished mesh come to.
 struct FinishedMembers {
-    std::vector<GroupMembers> groups;   // from 1; place 0 stays empty
-    std::int32_t highest_material = 0;  // of the continuum elements
+    std::vector<GroupMembers> groups;  // from 1; place 0 stays empty
+    MaterialNumber highest_material;   // of the continuum elements
 };
 
 // Takes the records of a mesh, which come in ascending number within a class. A group that wants no outputs
@@ -41,7 +41,7 @@ public:
     explicit MemberCollector(const GroupCards& group_cards);
 
     void add(const MemberRecord& record);
-    void add_material(std::int8_t type, std::int32_t material);
+    void add_material(std::int8_t type, MaterialNumber material);
     const FinishedMembers& found() const { return found_; }
 
 private:

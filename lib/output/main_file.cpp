@@ -25,12 +25,12 @@ void write_material_card(const Settings& settings, Channel& file, const Activity
         write_lines(file, {"* Card 5.3.2.1", "* MATNO  MODEL  GAMAW  MATNP"});
     else
         write_lines(file, {"* Card 5.3.2.0", "* MATNO  MATNP"});
-    std::int32_t number = activity.first_new;
+    MaterialNumber number = activity.first_new;
     for (const NewMaterial& material : activity.materials) {
         if (is_first_edition(settings))
-            VALUES.write(file, number, MATERIAL_MODEL, WATER_WEIGHT, material.old);
+            VALUES.write(file, number.value, MATERIAL_MODEL, WATER_WEIGHT, material.old.value);
         else
-            VALUES.write_front(file, number, material.old);
+            VALUES.write_front(file, number.value, material.old.value);
         ++number;
     }
     file.write_line("*");
@@ -39,13 +39,13 @@ void write_material_card(const Settings& settings, Channel& file, const Activity
 void write_material_activity(const Settings& settings, Channel& file, const Activity& activity) {
     file.write_line("* Continuum Element");
     file.write_line(is_first_edition(settings) ? "*   MAT    NAC   NDAC    MCH" : "*   MAT    NAC   NDAC");
-    std::int32_t number = activity.first_new;
+    MaterialNumber number = activity.first_new;
     for (const NewMaterial& material : activity.materials) {
         const auto [NAC, NDAC] = material.activity;
         if (is_first_edition(settings))
-            VALUES.write(file, number, NAC, NDAC, ACTIVITY_CODE);
+            VALUES.write(file, number.value, NAC, NDAC, ACTIVITY_CODE);
         else
-            VALUES.write_front(file, number, NAC, NDAC);
+            VALUES.write_front(file, number.value, NAC, NDAC);
         ++number;
     }
 }

@@ -19,7 +19,7 @@ constexpr std::size_t NODE_SWITCH = 6;  // place of the switch in GroupPost::tog
 
 struct NodeList {
     std::int32_t group = 0;
-    std::vector<std::int32_t> nodes;
+    std::vector<NodeNumber> nodes;
 };
 
 // The lines of the groups that want them; a node that the mesh lost is left out.
@@ -32,8 +32,8 @@ std::vector<NodeList> wanted_lists(const GroupCards& group_cards, const GroupLis
         if (post.wants_outputs == 0 || post.toggle[NODE_SWITCH] == 0)
             continue;
         NodeList list{row.group, {}};
-        for (const std::int32_t node : row.nodes)
-            if (node != 0)
+        for (const NodeNumber node : row.nodes)
+            if (node.names_one())
                 list.nodes.push_back(node);
         if (!list.nodes.empty())
             lists.push_back(std::move(list));
@@ -52,7 +52,7 @@ void write_node_lists(const GroupCards& group_cards, const GroupListing& listing
         write_group_head(group_cards, post, list.group);
         NODE_COUNT.write(post, static_cast<std::int32_t>(list.nodes.size()));
         write_lines(post, {"*", nodes_card, "* NODE1  NODE2  NODE3  NODE4  NODE5"});
-        NODES.write_list(post, std::span<const std::int32_t>(list.nodes));
+        NODES.write_list(post, std::span<const std::int32_t>(values_of(list.nodes)));
     }
 }
 

@@ -22,9 +22,12 @@ void copy_line_elements(LayoutKind kind, Channel& from, Channel& to, std::int8_t
     copy_cut(from, to);
     copy_cut(from, to);
     for (std::int32_t i = 0; i < count; ++i) {
-        std::int32_t number = 0, first = 0, second = 0, material = 0, node_code = 0;
-        read_free(from, "a beam or truss element record of five integers", number, first, second, material,
-                  node_code);
+        ElementNumber number;
+        NodeNumber first, second;
+        MaterialNumber material;
+        std::int32_t node_code = 0;
+        read_free(from, "a beam or truss element record of five integers", number.value, first.value,
+                  second.value, material.value, node_code);
         ElementRecord element = two_node_element(first, second, material);
         element.number = number;
         write_element_record(kind, to, type, element);
@@ -34,7 +37,7 @@ void copy_line_elements(LayoutKind kind, Channel& from, Channel& to, std::int8_t
 }  // namespace
 
 void rewrite_mesh(Channels& channels, Trace& trace, const Settings& settings, std::string_view result_name,
-                  const MeshCounts& counts, std::span<const std::int32_t> new_material) {
+                  const MeshCounts& counts, std::span<const MaterialNumber> new_material) {
     constexpr std::int32_t heading_lines = 7;
     trace.values(2, " Pass 27.1.4 IPROGM = ", settings.edition);
     Channel& copy = channels.open(CHANNEL_MESH_COPY, "TEMPMESH.TMP", OpenStatus::work);
@@ -49,10 +52,11 @@ void rewrite_mesh(Channels& channels, Trace& trace, const Settings& settings, st
     trace.values(2, " Pass 27.1.6 ");
     for (std::int32_t i = 1; i <= counts.continuum_elements; ++i) {
         ElementRecord element = read_element_record(settings.kind(), copy, ELEMENT_CONTINUUM);
-        const std::int32_t material = new_material[static_cast<std::size_t>(element.number)];
-        trace.values(2, " Pass 27.1.7 ", " I = ", i, " N = ", element.number,
-                     " NEWMAT(I) = ", new_material[static_cast<std::size_t>(i)], " NEWMAT(N) = ", material);
-        if (material > 0)
+        const MaterialNumber material = new_material[element.number.place()];
+        trace.values(2, " Pass 27.1.7 ", " I = ", i, " N = ", element.number.value,
+                     " NEWMAT(I) = ", new_material[static_cast<std::size_t>(i)].value,
+                     " NEWMAT(N) = ", material.value);
+        if (material.names_one())
             element.words.material = material;
         write_element_record(settings.kind(), mesh_file, ELEMENT_CONTINUUM, element, ElementForm::rewritten);
     }

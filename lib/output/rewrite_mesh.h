@@ -15,6 +15,6 @@ namespace brelan {
 // Writes the mesh file anew: copied to "TEMPMESH.TMP", which stays, and from there back with the new material
 // of each continuum element, 0 leaving the old one. The counts are those of the records in the file.
 void rewrite_mesh(Channels& channels, Trace& trace, const Settings& settings, std::string_view result_name,
-                  const MeshCounts& counts, std::span<const std::int32_t> new_material);
+                  const MeshCounts& counts, std::span<const MaterialNumber> new_material);
 
 }  // namespace brelan

@@ -1,6 +1,6 @@
 #include "run/edit_run.h"
 
-#include <span>
+#include <vector>
 
 #include "blocks/base_mesh.h"
 #include "deck/strip_mesh.h"
@@ -59,11 +59,11 @@ void select_on_polyline(Run& run, Channel& mesh_file, Selection& selection) {
     run.trace.pass(" Pass 7B ", 7.2F);
     const NodePlaces places = read_node_places(run.settings.kind(), run.source, mesh_file);
     run.trace.pass(" Pass 7C-1 ", 7.31F);
-    if (run.deck.edit.list_count > 0)
-        for (const std::int32_t node : select_polyline(
-                 places,
-                 std::span(&run.deck.edit.list[1], static_cast<std::size_t>(run.deck.edit.list_count))))
-            selection.nodes[node] = node;
+    std::vector<NodeNumber> points;
+    for (std::int32_t i = 1; i <= run.deck.edit.list_count; ++i)
+        points.emplace_back(run.deck.edit.list[i]);
+    for (const NodeNumber node : select_polyline(places, points))
+        selection.nodes[node] = node;
     run.trace.pass(" Pass 7C-2 ", 7.32F);
     run.trace.pass(" Pass 7D ", 7.4F);
 }
@@ -115,7 +115,7 @@ void run_compaction(Run& run) {
     if (run.deck.edit.operation == 4)
         run_collapse_and_moves(run);
     run.trace.pass(" Pass 15 ", 15.0F);
-    const std::int32_t elements = pack_elements(run.mesh);
+    const ElementNumber elements = pack_elements(run.mesh);
     run.trace.pass(" Pass 16 ", 16.0F);
     const PackedNodes nodes = pack_nodes(run.mesh, elements);
     run.trace.pass(" Pass 17 ", 17.0F);
@@ -123,7 +123,7 @@ void run_compaction(Run& run) {
     if (run.deck.edit.operation == 4)
         renumber_lines(run, nodes, run.deck.edit.first_node);
     run.trace.pass(" Pass 18 ", 18.0F);
-    place_nodes(run.deck.edit, run.mesh, nodes.count, run.deck.edit.first_node);
+    place_nodes(run.deck.edit, run.mesh, nodes.last, run.deck.edit.first_node);
     run.trace.pass(" Pass 19 ", 19.0F);
     place_elements(run.deck.edit, run.mesh, elements, run.deck.edit.first_element);
 }
@@ -220,8 +220,9 @@ void begin_edit(Run& run) {
 
 void set_identity_edit(Run& run) {
     run.deck.edit.operation = 0;
-    run.deck.edit.first_element = run.deck.edit.first_node = 1;
-    run.deck.edit.first_beam = run.deck.edit.first_truss = 0;
+    run.deck.edit.first_element = ElementNumber(1);
+    run.deck.edit.first_node = NodeNumber(1);
+    run.deck.edit.first_beam = run.deck.edit.first_truss = {};
     run.deck.edit.old_x = run.deck.edit.old_y = run.deck.edit.new_x = run.deck.edit.new_y = 0.0F;
     run.deck.edit.scale_x = run.deck.edit.scale_y = 1.0F;
 }

@@ -30,8 +30,8 @@ void run_groups(Run& run) {
     run.trace.pass(" Pass 14.1 ", 14.1F);
     run.deck.require(DeckPart::groups);
     load_defaults(run.channels, run.tolerances, run.moves);
-    std::int32_t highest = 0;
-    for (const NumberRange& range : run.source.elements)
+    ElementNumber highest;
+    for (const NumberRange<ElementNumber>& range : run.source.elements)
         highest = std::max(highest, range.highest);
     load_engine(run.mesh, run.deck.groups, run.engine, run.source.nodes.highest, highest);
     set_tolerances(run.mesh, run.tolerances, run.engine);
@@ -61,17 +61,17 @@ void run_collapse_and_moves(Run& run) {
     move_nodes(run.mesh, run.listing, run.moves);
 }
 
-void renumber_lines(Run& run, const PackedNodes& nodes, std::int32_t first_node) {
+void renumber_lines(Run& run, const PackedNodes& nodes, NodeNumber first_node) {
     for (ListingRow& row : run.listing.rows)
-        for (std::int32_t& node : row.nodes)
-            node = nodes.position[node] != 0 ? first_node - 1 + nodes.position[node] : 0;
+        for (NodeNumber& node : row.nodes)
+            node = nodes.position[node].names_one() ? placed(first_node, nodes.position[node]) : NodeNumber{};
 }
 
-Membership prepare_members(Run& run, const NumberRange& elements) {
+Membership prepare_members(Run& run, const NumberRange<ElementNumber>& elements) {
     Membership membership = begin_membership(run.tolerances, run.engine, run.listing);
-    for (std::int32_t e = elements.lowest; e <= elements.highest; ++e) {
+    for (ElementNumber e = elements.lowest; e <= elements.highest; ++e) {
         const std::int8_t type = run.mesh.type_in_use[e];
-        if (type < ELEMENT_CONTINUUM || run.mesh.words[e].material >= 0)
+        if (type < ELEMENT_CONTINUUM || run.mesh.words[e].material >= MaterialNumber{})
             continue;
         for (const MemberRecord& member : members_of(membership, run.mesh, run.tolerances, e, type)) {
             const GroupPost& outputs = run.deck.groups.outputs[member.group];
@@ -79,8 +79,8 @@ Membership prepare_members(Run& run, const NumberRange& elements) {
                 fail_at(outputs.place,
                         "Card 3.3.5.4.1: expected materials of 1 or more in a group with outputs (IGPOST " +
                             std::to_string(outputs.wants_outputs) + "), but group " +
-                            std::to_string(member.group) + " lists element " + std::to_string(e) +
-                            " with material " + std::to_string(member.material));
+                            std::to_string(member.group) + " lists element " + to_string(e) +
+                            " with material " + to_string(member.material));
         }
     }
     return membership;
@@ -90,7 +90,7 @@ void write_group_elements(Run& run, Channel& mesh_file, const ResultMesh& result
                           const Membership& membership, MemberCollector& members) {
     write_result_elements(run.mesh, mesh_file, result, type);
     Channel& file = run.channels.at(CHANNEL_GROUP);
-    for (std::int32_t n = result.elements.lowest; n <= result.elements.highest; ++n) {
+    for (ElementNumber n = result.elements.lowest; n <= result.elements.highest; ++n) {
         if (run.mesh.type_in_use[n] != type)
             continue;
         members.add_material(type, run.mesh.words[n].material);

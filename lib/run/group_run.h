@@ -24,12 +24,12 @@ void run_collapse_and_moves(Run& run);
 
 // The lines of the groups follow their nodes through the compaction, between Passes 17 and 18; a node that no
 // element has becomes 0.
-void renumber_lines(Run& run, const PackedNodes& nodes, std::int32_t first_node);
+void renumber_lines(Run& run, const PackedNodes& nodes, NodeNumber first_node);
 
 // Makes ready for the members of the groups in the finished mesh. Ends the run, with the card that asks for
 // outputs, when they would list an element whose material is below 0: their tables count materials from 1.
 // Comes before any result is written, so that what an earlier run left stays.
-Membership prepare_members(Run& run, const NumberRange& elements);
+Membership prepare_members(Run& run, const NumberRange<ElementNumber>& elements);
 
 // Writes the elements of one type, tests each against the group listing and collects those of the groups.
 void write_group_elements(Run& run, Channel& mesh_file, const ResultMesh& result, std::int8_t type,

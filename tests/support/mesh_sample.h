@@ -16,7 +16,7 @@ public:
     Sample& nodes(std::initializer_list<Position> points) {
         for (const Position& p : points) {
             Node node;
-            node.number = static_cast<Number>(mesh_.nodes.size()) + 1;
+            node.number = NodeNumber(static_cast<Number>(mesh_.nodes.size()) + 1);
             node.x = static_cast<float>(p.x);
             node.y = static_cast<float>(p.y);
             mesh_.nodes.push_back(node);
@@ -51,15 +51,16 @@ private:
         Element e;
         e.of = of;
         if (corners.size() == 2)
-            static_cast<ElementRecord&>(e) = two_node_element(corners[0], corners[1], material);
-        e.number = static_cast<Number>(mesh_.elements.size()) + 1;
-        e.words.corner_1 = corners[0];
-        e.words.corner_2 = corners[1];
+            static_cast<ElementRecord&>(e) =
+                two_node_element(NodeNumber(corners[0]), NodeNumber(corners[1]), MaterialNumber(material));
+        e.number = ElementNumber(static_cast<Number>(mesh_.elements.size()) + 1);
+        e.words.corner_1 = NodeNumber(corners[0]);
+        e.words.corner_2 = NodeNumber(corners[1]);
         if (corners.size() > 2) {
-            e.words.corner_3 = corners[2];
-            e.words.corner_4 = corners.size() > 3 ? corners[3] : 0;
+            e.words.corner_3 = NodeNumber(corners[2]);
+            e.words.corner_4 = NodeNumber(corners.size() > 3 ? corners[3] : 0);
         }
-        e.words.material = material;
+        e.words.material = MaterialNumber(material);
         e.thickness = 1.0F;
         if (of == ElementClass::joint) {
             e.density = -1.0F;

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "run/run.h"
+#include "support/numbers.h"
 #include "text/channels.h"
 #include "text/run_end.h"
 

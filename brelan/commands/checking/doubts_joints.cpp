@@ -97,8 +97,8 @@ Joint joint_of(const MeshLists& mesh) {
     for (const Element& e : mesh.elements) {
         std::array<Position, 4> corner{};
         std::size_t found = 0;
-        for (const Number n : {e.words.corner_1, e.words.corner_2, e.words.corner_3, e.words.corner_4})
-            if (const std::int32_t place = mesh.node_place(n); place != MeshLists::NONE)
+        for (const NodeNumber n : {e.words.corner_1, e.words.corner_2, e.words.corner_3, e.words.corner_4})
+            if (const std::int32_t place = mesh.node_place(n.value); place != MeshLists::NONE)
                 corner[found++] = mesh.point(place);
         const auto alike = [](const Position& a, const Position& b) { return a.x == b.x && a.y == b.y; };
         if (e.of == ElementClass::joint && found == 4 && alike(corner[0], corner[3]) &&

@@ -26,7 +26,7 @@ std::set<std::int32_t> materials_of(const MeshLists& mesh, Section section) {
     std::set<std::int32_t> materials;
     for (const Element& e : mesh.elements)
         if (section == Section::any || section_of(e) == section)
-            materials.insert(e.words.material);
+            materials.insert(e.words.material.value);
     return materials;
 }
 
@@ -36,8 +36,8 @@ std::pair<Number, Number> span_of(const MeshLists& mesh, Section section) {
     for (const Element& e : mesh.elements) {
         if (section_of(e) != section)
             continue;
-        span.first = span.first == 0 ? e.number : std::min(span.first, e.number);
-        span.second = std::max(span.second, e.number);
+        span.first = span.first == 0 ? e.number.value : std::min(span.first, e.number.value);
+        span.second = std::max(span.second, e.number.value);
     }
     return span;
 }
@@ -190,7 +190,7 @@ void doubt_room(Doubts& doubts, const MeshLists& mesh) {
 // --- combination ---------------------------------------------------------------------------------
 
 void take_numbers(const MeshLists& mesh, Region& region) {
-    region.old_elements[0] = region.old_elements[1] = region.old_elements[2] = NumberRange{};
+    region.old_elements[0] = region.old_elements[1] = region.old_elements[2] = {};
     for (const Element& e : mesh.elements)
         if (e.section() != ELEMENT_TRUSS || !mesh.flow_lines)  // those are not seen
             region.old_elements[e.section() - ELEMENT_CONTINUUM].include(e.number);
@@ -200,11 +200,11 @@ void take_numbers(const MeshLists& mesh, Region& region) {
 Number lowest_new_number(const Region& region) {
     Number lowest = HIGHEST_ELEMENT_NUMBER;
     for (std::size_t type = 0; type < 3; ++type) {
-        const NumberRange& old = region.old_elements[type];
+        const NumberRange<ElementNumber>& old = region.old_elements[type];
         if (old.highest < old.lowest)
             continue;
-        const Number first = region.start[type];
-        if (first < 1 || first + old.highest - old.lowest > HIGHEST_ELEMENT_NUMBER)
+        const Number first = region.start[type].value;
+        if (first < 1 || first + (old.highest - old.lowest) > HIGHEST_ELEMENT_NUMBER)
             return 0;
         lowest = std::min(lowest, first);
     }

@@ -25,7 +25,8 @@ std::set<std::pair<Number, Number>> outer_edges(const MeshLists& mesh) {
     for (const Element& e : mesh.elements) {
         const std::array n{e.words.corner_1, e.words.corner_2, e.words.corner_3, e.words.corner_4};
         for (std::size_t i = 0; i < n.size(); ++i)
-            if (const Number from = n[i], to = n[(i + 1) % n.size()]; edges.erase({to, from}) == 0)
+            if (const Number from = n[i].value, to = n[(i + 1) % n.size()].value;
+                edges.erase({to, from}) == 0)
                 edges.emplace(from, to);
     }
     return edges;

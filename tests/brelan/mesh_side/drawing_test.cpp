@@ -72,9 +72,9 @@ MeshLists grid_with_random_elements(int side, int random_elements) {
     const auto nodes = static_cast<unsigned>(grid.nodes.size());
     for (int k = 0; k < random_elements; ++k) {
         Element e = grid.elements.front();
-        e.number = static_cast<Number>(grid.elements.size()) + 1;
-        for (Number* word : {&e.words.corner_1, &e.words.corner_2, &e.words.corner_3, &e.words.corner_4})
-            *word = static_cast<Number>(random() % nodes) + 1;
+        e.number = ElementNumber(static_cast<Number>(grid.elements.size()) + 1);
+        for (NodeNumber* word : {&e.words.corner_1, &e.words.corner_2, &e.words.corner_3, &e.words.corner_4})
+            *word = NodeNumber(static_cast<Number>(random() % nodes) + 1);
         grid.elements.push_back(e);
     }
     grid.finish();

@@ -86,9 +86,9 @@ TEST(Vtu, TextOfAnotherProgramBecomesAMesh) {
     EXPECT_EQ(read.left_out, 1U);  // the line, which nothing calls a beam or truss
     ASSERT_EQ(mesh.elements.size(), 2U);
     EXPECT_EQ(mesh.nodes.size(), 5U);
-    EXPECT_EQ(mesh.elements[0].words.material, 2);
-    EXPECT_EQ(mesh.elements[1].words.material, 3);
-    EXPECT_EQ(mesh.elements[1].words.corner_4, 0);
+    EXPECT_EQ(mesh.elements[0].words.material.value, 2);
+    EXPECT_EQ(mesh.elements[1].words.material.value, 3);
+    EXPECT_EQ(mesh.elements[1].words.corner_4.value, 0);
     EXPECT_EQ(mesh.elements[0].fluid, 1);
     EXPECT_EQ(mesh.elements[0].integration_r, 2);
     EXPECT_EQ(mesh.nodes[0].codes, (NodeCodes{0, 0, 0, 0, 1}));
@@ -168,11 +168,11 @@ TEST(Gmsh, GroupsTellBeamsAndOtherLinesAreLeftOut) {
     const MeshLists& mesh = read.mesh;
     EXPECT_EQ(read.left_out, 2U);  // the point and the line called "edge"
     ASSERT_EQ(mesh.elements.size(), 3U);
-    EXPECT_EQ(mesh.elements[0].number, 7);
+    EXPECT_EQ(mesh.elements[0].number.value, 7);
     EXPECT_EQ(mesh.elements[2].of, ElementClass::beam);
-    EXPECT_EQ(mesh.elements[2].words.material, 2);
-    EXPECT_EQ(mesh.elements[0].words.material, 1);
-    EXPECT_EQ(mesh.nodes[1].number, 20);
+    EXPECT_EQ(mesh.elements[2].words.material.value, 2);
+    EXPECT_EQ(mesh.elements[0].words.material.value, 1);
+    EXPECT_EQ(mesh.nodes[1].number.value, 20);
     EXPECT_EQ(mesh.nodes[0].codes[2], 0);  // of the beam: free to turn
     EXPECT_EQ(mesh.nodes[2].codes[2], 1);
 }
@@ -180,8 +180,8 @@ TEST(Gmsh, GroupsTellBeamsAndOtherLinesAreLeftOut) {
 TEST(Gmsh, ClockwiseElementsOfOthersAreTurned) {
     const FromCells read = mesh_of(read_gmsh(GMSH_22, "a.msh"), LayoutKind::displacement);
     EXPECT_EQ(read.turned, 1U);  // 10 30 20
-    EXPECT_EQ(read.mesh.elements[0].words.corner_2, 20);
-    EXPECT_EQ(read.mesh.elements[0].words.corner_3, 30);
+    EXPECT_EQ(read.mesh.elements[0].words.corner_2.value, 20);
+    EXPECT_EQ(read.mesh.elements[0].words.corner_3.value, 30);
 }
 
 TEST(Gmsh, SaysWhereSomethingIsWrong) {
@@ -278,21 +278,21 @@ TEST(SecondOrder, CentresOfQuadrilateralsBecomeNoNodes) {
         ASSERT_EQ(read.mesh.nodes.size(), 8U);
         for (const Node& node : read.mesh.nodes) {
             EXPECT_FALSE(node.x == 1.0F && node.y == 1.0F);
-            EXPECT_EQ(node.codes[0], node.x == 2.0F && node.y == 2.0F ? 1 : 0) << node.number;
+            EXPECT_EQ(node.codes[0], node.x == 2.0F && node.y == 2.0F ? 1 : 0) << node.number.value;
         }
         const ElementWords& w = read.mesh.elements.front().words;
         const auto point = [&](Number number) { return read.mesh.point(read.mesh.node_place(number)); };
-        EXPECT_EQ(point(w.corner_3).x + point(w.corner_3).y, 4.0);
-        EXPECT_EQ(point(w.midside_5).x, 1.0);  // between the corners at (0, 0) and (2, 0)
-        EXPECT_EQ(point(w.midside_5).y, 0.0);
-        EXPECT_EQ(point(w.midside_8).y, 1.0);  // between (0, 2) and (0, 0)
+        EXPECT_EQ(point(w.corner_3.value).x + point(w.corner_3.value).y, 4.0);
+        EXPECT_EQ(point(w.midside_5.value).x, 1.0);  // between the corners at (0, 0) and (2, 0)
+        EXPECT_EQ(point(w.midside_5.value).y, 0.0);
+        EXPECT_EQ(point(w.midside_8.value).y, 1.0);  // between (0, 2) and (0, 0)
     }
 }
 
 TEST(SecondOrder, NodesKeepTheirNumbersWhereTheFileHasThem) {
     std::vector<Number> numbers;
     for (const Node& node : mesh_of(read_gmsh(SECOND_ORDER_22, "2.msh"), LayoutKind::coupled).mesh.nodes)
-        numbers.push_back(node.number);
+        numbers.push_back(node.number.value);
     EXPECT_EQ(numbers, (std::vector<Number>{1, 2, 3, 4, 6, 7, 8, 9}));
 }
 
@@ -303,7 +303,7 @@ TEST(SecondOrder, MidsideNodesGoWhereTheKindHasNone) {
         EXPECT_EQ(read.centres, 1U);
         EXPECT_EQ(read.midsides, 4U);
         EXPECT_EQ(read.mesh.nodes.size(), 4U);
-        EXPECT_EQ(read.mesh.elements.front().words.midside_5, 0);
+        EXPECT_EQ(read.mesh.elements.front().words.midside_5.value, 0);
     }
 }
 
@@ -328,7 +328,7 @@ TEST(SecondOrder, PointsThatNoCellNamesStay) {
 TEST(SecondOrder, SingleMidsideNodesOfAMeshGoWithAKindWithoutThem) {
     Sample sample;
     sample.nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1}, {0.5, 0}}).solid({1, 2, 3, 4});
-    sample.last().words.midside_5 = 5;
+    sample.last().words.midside_5 = NodeNumber(5);
     const CellMesh cells = cells_of(sample.mesh());
     EXPECT_EQ(mesh_of(cells, LayoutKind::coupled).mesh.nodes.size(), 5U);
     const FromCells head = mesh_of(cells, LayoutKind::head);
@@ -365,18 +365,18 @@ TEST(CellMesh, MidsideNodesMakeQuadraticCells) {
     Sample sample;
     sample.nodes({{1, 1}, {0, 1}, {0, 0}, {1, 0}, {0.5, 1}, {0, 0.5}, {0.5, 0}, {1, 0.5}})
         .solid({1, 2, 3, 4});
-    sample.last().words.midside_5 = 5;
-    sample.last().words.midside_6 = 6;
-    sample.last().words.midside_7 = 7;
-    sample.last().words.midside_8 = 8;
+    sample.last().words.midside_5 = NodeNumber(5);
+    sample.last().words.midside_6 = NodeNumber(6);
+    sample.last().words.midside_7 = NodeNumber(7);
+    sample.last().words.midside_8 = NodeNumber(8);
     const MeshLists mesh = sample.mesh();
     CellMesh cells = cells_of(mesh);
     ASSERT_EQ(cells.shapes[0], Shape2D::quad8);
     EXPECT_EQ(cells.nodes, (std::vector<std::int32_t>{0, 1, 2, 3, 4, 5, 6, 7}));
     cells.cell_data.clear();  // the cells alone tell them as well
     const MeshLists back = mesh_of(cells, std::nullopt).mesh;
-    EXPECT_EQ(back.elements[0].words.midside_5, 5);
-    EXPECT_EQ(back.elements[0].words.midside_8, 8);
+    EXPECT_EQ(back.elements[0].words.midside_5.value, 5);
+    EXPECT_EQ(back.elements[0].words.midside_8.value, 8);
 }
 
 TEST(CellMesh, CornerThatIsNoNodeCannotBeCarriedOver) {

@@ -27,7 +27,7 @@ TEST(FieldChanges, NameTheFieldAndBothValues) {
     const MeshLists a = square().mesh();
     MeshLists b = square().mesh();
     b.nodes[1].codes[1] = 1;
-    b.elements[0].words.material = 3;
+    b.elements[0].words.material = MaterialNumber(3);
     b.elements[0].thickness = 0.1F;
     EXPECT_EQ(text_of(node_changes(a, b, {1, 1})), "[IDY 0 1]");
     EXPECT_EQ(text_of(element_changes(a, b, {0, 0}, true)), "[material 1 3][THIC 1 0.1]");
@@ -36,19 +36,19 @@ TEST(FieldChanges, NameTheFieldAndBothValues) {
 TEST(FieldChanges, TellNodesOnlyWhereTheirNumbersCount) {
     const MeshLists a = square().mesh();
     MeshLists b = square().mesh();
-    b.elements[0].words.corner_4 = 8;
+    b.elements[0].words.corner_4 = NodeNumber(8);
     EXPECT_EQ(text_of(element_changes(a, b, {0, 0}, true)), "[nodes 1 2 3 4 1 2 3 8]");
     EXPECT_EQ(text_of(element_changes(a, b, {0, 0}, false)), "");
 }
 
 TEST(FieldChanges, MidsideNodesStandInBrackets) {
     Sample whole = square();
-    whole.last().words.midside_5 = 5;
-    whole.last().words.midside_6 = 6;
-    whole.last().words.midside_7 = 7;
-    whole.last().words.midside_8 = 8;
+    whole.last().words.midside_5 = NodeNumber(5);
+    whole.last().words.midside_6 = NodeNumber(6);
+    whole.last().words.midside_7 = NodeNumber(7);
+    whole.last().words.midside_8 = NodeNumber(8);
     MeshLists without = whole.mesh();
-    without.elements[0].words.midside_6 = 0;
+    without.elements[0].words.midside_6 = NodeNumber(0);
     EXPECT_EQ(text_of({midside_change(whole.mesh(), without, {0, 0})}),
               "[midside nodes (5 6 7 8) (5 0 7 8)]");
 }

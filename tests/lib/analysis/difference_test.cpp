@@ -35,30 +35,30 @@ MeshLists renumbered(MeshLists mesh, unsigned seed) {
     std::iota(elements.begin(), elements.end(), 1);
     std::shuffle(elements.begin(), elements.end(), random);
     for (Node& node : mesh.nodes)
-        node.number = nodes[static_cast<std::size_t>(node.number)];
+        node.number = NodeNumber(nodes[node.number.place()]);
     for (std::size_t i = 0; i < mesh.elements.size(); ++i) {
         Element& e = mesh.elements[i];
-        e.number = elements[i];
+        e.number = ElementNumber(elements[i]);
         std::array<Number, 4> corners{};
         const auto start = static_cast<int>(random() % 4);
         for (int k = 0; k < 4; ++k)
             corners[static_cast<std::size_t>(k)] =
                 nodes[static_cast<std::size_t>(e.corner(e.is_line() ? k : (k + start) % 4))];
-        e.words.corner_1 = corners[0];
-        e.words.corner_2 = corners[1];
-        e.words.corner_3 = corners[2];
-        e.words.corner_4 = corners[3];
-        if (e.words.midside_5 == 0)
+        e.words.corner_1 = NodeNumber(corners[0]);
+        e.words.corner_2 = NodeNumber(corners[1]);
+        e.words.corner_3 = NodeNumber(corners[2]);
+        e.words.corner_4 = NodeNumber(corners[3]);
+        if (e.words.midside_5.value == 0)
             continue;
-        const std::array<Number, 4> midsides{e.words.midside_5, e.words.midside_6, e.words.midside_7,
-                                             e.words.midside_8};
+        const std::array<Number, 4> midsides{e.words.midside_5.value, e.words.midside_6.value,
+                                             e.words.midside_7.value, e.words.midside_8.value};
         const auto turned = [&](int k) {
             return nodes[static_cast<std::size_t>(midsides[static_cast<std::size_t>((k + start) % 4)])];
         };
-        e.words.midside_5 = turned(0);
-        e.words.midside_6 = turned(1);
-        e.words.midside_7 = turned(2);
-        e.words.midside_8 = turned(3);
+        e.words.midside_5 = NodeNumber(turned(0));
+        e.words.midside_6 = NodeNumber(turned(1));
+        e.words.midside_7 = NodeNumber(turned(2));
+        e.words.midside_8 = NodeNumber(turned(3));
     }
     mesh.finish();
     return mesh;
@@ -75,7 +75,7 @@ TEST(DifferenceByNumber, TellsWhatHasChangedUnderEachNumber) {
     b.nodes[0].x = -0.25F;
     b.nodes[1].codes[1] = 1;
     b.nodes.pop_back();
-    b.elements[0].words.material = 3;
+    b.elements[0].words.material = MaterialNumber(3);
     b.elements[1].thickness = 2.0F;
     b.elements.pop_back();
     b.finish();
@@ -114,7 +114,7 @@ TEST(DifferenceByPlace, BeamOnTheOtherSideOfAJointDiffers) {
 TEST(DifferenceByPlace, FindsOneChangedElementAmongOtherNumbers) {
     const MeshLists a = wall().mesh();
     MeshLists changed = wall().mesh();
-    changed.elements[2].words.material = 8;
+    changed.elements[2].words.material = MaterialNumber(8);
     for (unsigned seed = 1; seed <= 20; ++seed) {
         const Difference d = difference_by_place(a, renumbered(changed, seed), 0.0);
         ASSERT_EQ(d.elements_changed.size(), 1U) << "seed " << seed;
@@ -129,10 +129,10 @@ Sample quadratic() {
     Sample sample;
     sample.nodes({{0, 0}, {2, 0}, {2, 2}, {0, 2}, {1, 0}, {2, 1}, {1, 2}, {0, 1}, {4, 0}, {4, 2}});
     sample.solid({1, 2, 3, 4});
-    sample.last().words.midside_5 = 5;
-    sample.last().words.midside_6 = 6;
-    sample.last().words.midside_7 = 7;
-    sample.last().words.midside_8 = 8;
+    sample.last().words.midside_5 = NodeNumber(5);
+    sample.last().words.midside_6 = NodeNumber(6);
+    sample.last().words.midside_7 = NodeNumber(7);
+    sample.last().words.midside_8 = NodeNumber(8);
     return sample.solid({2, 9, 10, 3});
 }
 
@@ -145,9 +145,9 @@ TEST(DifferenceByPlace, MidsideNodesTurnWithTheCorners) {
 TEST(DifferenceByPlace, MidsideNodesInAnotherOrderDiffer) {
     const MeshLists a = quadratic().mesh();
     MeshLists swapped = quadratic().mesh();
-    std::swap(swapped.elements[0].words.midside_5, swapped.elements[0].words.midside_7);
+    std::swap(swapped.elements[0].words.midside_5.value, swapped.elements[0].words.midside_7.value);
     MeshLists without = quadratic().mesh();
-    without.elements[0].words.midside_6 = 0;
+    without.elements[0].words.midside_6 = NodeNumber(0);
     for (const MeshLists& b : {renumbered(swapped, 3), without}) {
         const Difference d = difference_by_place(a, b, 0.0);
         ASSERT_EQ(d.elements_changed.size(), 1U);

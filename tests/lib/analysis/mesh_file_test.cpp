@@ -67,7 +67,7 @@ TEST(MeshFile, KindMustBeGivenWhereNothingTellsIt) {
 
 TEST(MeshFile, ValueThatItsFieldCannotHoldEndsAsAFailure) {
     MeshLists mesh = squares(LayoutKind::displacement);
-    mesh.elements[0].words.material = 100000;
+    mesh.elements[0].words.material = MaterialNumber(100000);
     try {
         text_of(mesh);
         GTEST_FAIL() << "written";

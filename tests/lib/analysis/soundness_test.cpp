@@ -184,7 +184,7 @@ TEST(Soundness, CornersThatAreNoNodesAndNumbersUsedTwiceAreTold) {
     Sample sample = two_squares();
     sample.solid({1, 2, 77});
     sample.solid({1, 2, 5, 4}, 3);
-    sample.last().number = 2;
+    sample.last().number = ElementNumber(2);
     const Soundness s = check(sample);
     EXPECT_EQ(s.of(Check::missing_node).places.size(), 1U);
     EXPECT_EQ(s.of(Check::missing_node).places[0].node, 77);

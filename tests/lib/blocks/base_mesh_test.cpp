@@ -12,13 +12,13 @@ protected:
     // Writes the base mesh file of raw nodes and elements. The elements are lines of a displacement mesh.
     BaseMesh make(std::vector<RawNode> nodes, const std::vector<std::string>& elements = {},
                   std::int32_t first_node = 1) {
-        RawMesh raw{"raw lists", field, first_node, 1, std::move(nodes), {}};
+        RawMesh raw{"raw lists", field, NodeNumber(first_node), ElementNumber(1), std::move(nodes), {}};
         for (const std::string& line : elements) {
             ElementRecord e;
             ElementWords& w = e.words;
-            std::istringstream(line) >> e.number >> w.corner_1 >> w.corner_2 >> w.corner_3 >> w.corner_4 >>
-                w.midside_5 >> w.midside_6 >> w.midside_7 >> w.midside_8 >> w.material >> e.thickness >>
-                e.density;
+            std::istringstream(line) >> e.number.value >> w.corner_1.value >> w.corner_2.value >>
+                w.corner_3.value >> w.corner_4.value >> w.midside_5.value >> w.midside_6.value >>
+                w.midside_7.value >> w.midside_8.value >> w.material.value >> e.thickness >> e.density;
             raw.elements.push_back(e);
         }
         const BaseMesh mesh = make_base_mesh(state.settings.kind(), state.deck.blocks, std::move(raw));

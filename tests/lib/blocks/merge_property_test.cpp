@@ -54,7 +54,7 @@ protected:
     void expect_plain_merge(std::vector<Place> places, const std::string& what) {
         while (places.size() % 4 != 0)
             places.push_back({100.0F, static_cast<float>(places.size())});
-        RawMesh raw{"merge", {-1000.0F, 1000.0F, -1000.0F, 1000.0F}, 1, 1, {}, {}};
+        RawMesh raw{"merge", {-1000.0F, 1000.0F, -1000.0F, 1000.0F}, NodeNumber(1), ElementNumber(1), {}, {}};
         for (Place& place : places) {
             raw.nodes.push_back({place.x, place.y});
             place = {shown(place.x), shown(place.y)};
@@ -62,7 +62,7 @@ protected:
         const auto count = static_cast<std::int32_t>(places.size());
         for (std::int32_t n = 1; n < count; n += 4) {
             ElementRecord element;
-            element.words = {n, n + 1, n + 2, n + 3, 0, 0, 0, 0, 1};
+            element.words = words_of({n, n + 1, n + 2, n + 3});
             raw.elements.push_back(element);
         }
         const BaseMesh mesh = make_base_mesh(state.settings.kind(), state.deck.blocks, std::move(raw));
@@ -73,7 +73,8 @@ protected:
         std::size_t wrong = 0, raw_node = 0;
         for (const ElementRecord& element : mesh.elements) {
             const ElementWords& w = element.words;
-            for (const std::int32_t number : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
+            for (const std::int32_t number :
+                 {w.corner_1.value, w.corner_2.value, w.corner_3.value, w.corner_4.value})
                 wrong += number != expected[++raw_node];
         }
         EXPECT_EQ(raw_node, places.size()) << what;

@@ -72,8 +72,8 @@ TEST_F(BlockMesh, ScalesTheKeyPoints) {
 
 TEST_F(BlockMesh, PutsPlaceholdersInFrontOfHigherFirstNumbers) {
     BlockPlan plan = one_block(1, 1);
-    plan.first_node = 3;
-    plan.first_element = 4;
+    plan.first_node = NodeNumber(3);
+    plan.first_element = ElementNumber(4);
     generate(plan);
     EXPECT_EQ(coord(), listing_text(R"(
       0     0     0     0  0.000000E+00  0.000000E+00 |
@@ -110,7 +110,7 @@ by hand                                                     |
 
 TEST_F(BlockMesh, PlaceholdersOfElementsHoldZerosInEveryKind) {
     BlockPlan plan = one_block(1, 1);
-    plan.first_element = 2;
+    plan.first_element = ElementNumber(2);
     const std::pair<std::int32_t, const char*> cases[] = {
         {COUPLED,
          "      0      0      0      0      0      0      0      0      0    0    0    0    0    0 "

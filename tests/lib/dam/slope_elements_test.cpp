@@ -20,36 +20,37 @@ protected:
         reset_mesh(state.mesh);
         state.mesh.words.fill(ElementWords{});
         state.deck.edit.slope_code = 3;
-        state.deck.edit.first_element = 1;
+        state.deck.edit.first_element = ElementNumber(1);
         state.deck.edit.start_place = {"deck.dat", 7};
         state.source = EditSource{};
-        state.source.elements[0] = {1, 9};
+        state.source.elements[0] = {ElementNumber(1), ElementNumber(9)};
     }
     ~SlopeElements() override { state.set_edition(1); }
 
     static void element(std::int32_t number, std::int32_t i1, std::int32_t i2, std::int32_t i3,
                         std::int32_t i4) {
-        state.mesh.words[number] = {i1, i2, i3, i4, 0, 0, 0, 0, 5};
-        state.mesh.type_in_use[number] = ELEMENT_CONTINUUM;
-        if (state.source.first_continuum == 0)
-            state.source.first_continuum = number;
+        state.mesh.words[ElementNumber(number)] = words_of({i1, i2, i3, i4}, 5);
+        state.mesh.type_in_use[ElementNumber(number)] = ELEMENT_CONTINUUM;
+        if (state.source.first_continuum.is_none())
+            state.source.first_continuum = ElementNumber(number);
     }
     static std::string corners(std::int32_t number) {
-        const ElementWords& w = state.mesh.words[number];
+        const ElementWords& w = state.mesh.words[ElementNumber(number)];
         std::string text;
-        for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
+        for (const std::int32_t corner :
+             {w.corner_1.value, w.corner_2.value, w.corner_3.value, w.corner_4.value})
             text.append(text.empty() ? "" : " ").append(std::to_string(corner));
         return text;
     }
     static void square_of_nodes() {
         constexpr std::array<float, 4> x = {0.0F, 1.0F, 1.0F, 0.0F}, y = {0.0F, 0.0F, 1.0F, 1.0F};
         for (std::int32_t n = 101; n <= 104; ++n) {
-            state.mesh.x[n] = x[static_cast<std::size_t>(n - 101)];
-            state.mesh.y[n] = y[static_cast<std::size_t>(n - 101)];
+            state.mesh.x[NodeNumber(n)] = x[static_cast<std::size_t>(n - 101)];
+            state.mesh.y[NodeNumber(n)] = y[static_cast<std::size_t>(n - 101)];
         }
     }
     static void split_element_2() {
-        split_slope_element(state.deck.edit, state.source, state.mesh, {2, 200});
+        split_slope_element(state.deck.edit, state.source, state.mesh, {ElementNumber(2), NodeNumber(200)});
     }
 };
 
@@ -68,8 +69,8 @@ TEST_F(SlopeElements, AllTurnWhenTheFirstRunsClockwise) {
     square_of_nodes();
     element(4, 101, 104, 103, 102);
     element(5, 101, 102, 103, 0);
-    state.mesh.words[6] = {101, 102, 102, 101, 0, 0, 0, 0, 1};
-    state.mesh.type_in_use[6] = ELEMENT_BEAM;
+    state.mesh.words[ElementNumber(6)] = words_of({101, 102, 102, 101});
+    state.mesh.type_in_use[ElementNumber(6)] = ELEMENT_BEAM;
     orient_elements(state.source, state.mesh);
     EXPECT_EQ(corners(4), "101 102 103 104");
     EXPECT_EQ(corners(5), "101 103 102 0");
@@ -86,8 +87,8 @@ TEST_F(SlopeElements, TurnWhenTheFirstHasNoArea) {
 // The halves of a concave quadrilateral have the areas -0.25 and 0.5.
 TEST_F(SlopeElements, AreTurnedByBothHalvesOfTheFirst) {
     square_of_nodes();
-    state.mesh.x[102] = 0.25F;
-    state.mesh.y[102] = 0.75F;
+    state.mesh.x[NodeNumber(102)] = 0.25F;
+    state.mesh.y[NodeNumber(102)] = 0.75F;
     element(4, 101, 102, 103, 104);  // (101, 102, 103) runs clockwise, the whole does not
     orient_elements(state.source, state.mesh);
     EXPECT_EQ(corners(4), "101 102 103 104");
@@ -95,17 +96,17 @@ TEST_F(SlopeElements, AreTurnedByBothHalvesOfTheFirst) {
 
 // An area that 32 bits would lose: 1E-3 at a distance of 1E4.
 TEST_F(SlopeElements, AreTurnedByAnAreaOf64Bits) {
-    state.mesh.x[101] = 9000.0F, state.mesh.y[101] = 9000.0F;
-    state.mesh.x[102] = 9000.0F, state.mesh.y[102] = 9000.001F;
-    state.mesh.x[103] = 9000.001F, state.mesh.y[103] = 9000.0F;
+    state.mesh.x[NodeNumber(101)] = 9000.0F, state.mesh.y[NodeNumber(101)] = 9000.0F;
+    state.mesh.x[NodeNumber(102)] = 9000.0F, state.mesh.y[NodeNumber(102)] = 9000.001F;
+    state.mesh.x[NodeNumber(103)] = 9000.001F, state.mesh.y[NodeNumber(103)] = 9000.0F;
     element(4, 101, 102, 103, 0);
     orient_elements(state.source, state.mesh);
     EXPECT_EQ(corners(4), "101 103 102 0");
 }
 
 TEST_F(SlopeElements, StayInAMeshWithoutContinuumElements) {
-    state.mesh.words[6] = {101, 102, 102, 101, 0, 0, 0, 0, 1};
-    state.mesh.type_in_use[6] = ELEMENT_TRUSS;
+    state.mesh.words[ElementNumber(6)] = words_of({101, 102, 102, 101});
+    state.mesh.type_in_use[ElementNumber(6)] = ELEMENT_TRUSS;
     orient_elements(state.source, state.mesh);
     EXPECT_EQ(corners(6), "101 102 102 101");
 }
@@ -122,7 +123,7 @@ TEST_F(SlopeElements, QuadrilateralBecomesATriangleAndAQuadrilateral) {
         split_element_2();
         EXPECT_EQ(corners(2), "1 200 50 0");
         EXPECT_EQ(corners(10), "200 2 51 50");
-        EXPECT_EQ(state.mesh.type_in_use[10], ELEMENT_CONTINUUM);
+        EXPECT_EQ(state.mesh.type_in_use[ElementNumber(10)], ELEMENT_CONTINUUM);
     }
 }
 
@@ -140,24 +141,25 @@ TEST_F(SlopeElements, TriangleBecomesTwo) {
 TEST_F(SlopeElements, SecondPartHasTheAttributesOfTheFirst) {
     state.set_edition(2);
     element(2, 1, 2, 51, 50);
-    state.mesh.skeleton[2] = 3, state.mesh.fluid[2] = 4, state.mesh.integration_r[2] = 5,
-    state.mesh.integration_s[2] = 6, state.mesh.real_attribute[2] = 7.0F;
+    state.mesh.skeleton[ElementNumber(2)] = 3, state.mesh.fluid[ElementNumber(2)] = 4,
+    state.mesh.integration_r[ElementNumber(2)] = 5, state.mesh.integration_s[ElementNumber(2)] = 6,
+    state.mesh.real_attribute[ElementNumber(2)] = 7.0F;
     split_element_2();
-    EXPECT_EQ(state.mesh.skeleton[3], 3);
-    EXPECT_EQ(state.mesh.fluid[3], 4);
-    EXPECT_EQ(state.mesh.integration_r[3], 5);
-    EXPECT_EQ(state.mesh.integration_s[3], 6);
-    EXPECT_EQ(state.mesh.real_attribute[3], 7.0F);
-    EXPECT_EQ(state.mesh.words[3].material, 5);
+    EXPECT_EQ(state.mesh.skeleton[ElementNumber(3)], 3);
+    EXPECT_EQ(state.mesh.fluid[ElementNumber(3)], 4);
+    EXPECT_EQ(state.mesh.integration_r[ElementNumber(3)], 5);
+    EXPECT_EQ(state.mesh.integration_s[ElementNumber(3)], 6);
+    EXPECT_EQ(state.mesh.real_attribute[ElementNumber(3)], 7.0F);
+    EXPECT_EQ(state.mesh.words[ElementNumber(3)].material.value, 5);
 }
 
 TEST_F(SlopeElements, NumberIsShiftedWithTheOthers) {
-    state.source.elements[0] = {1, 40};
-    state.deck.edit.first_element = 301;
+    state.source.elements[0] = {ElementNumber(1), ElementNumber(40)};
+    state.deck.edit.first_element = ElementNumber(301);
     element(302, 1, 2, 51, 50);
     element(340, 51, 52, 53, 0);
-    state.mesh.words[350] = {101, 102, 102, 101, 0, 0, 0, 0, 1};
-    state.mesh.type_in_use[350] = ELEMENT_BEAM;
+    state.mesh.words[ElementNumber(350)] = words_of({101, 102, 102, 101});
+    state.mesh.type_in_use[ElementNumber(350)] = ELEMENT_BEAM;
     split_element_2();
     EXPECT_EQ(corners(302), "1 200 50 0");
     EXPECT_EQ(corners(351), "200 2 51 50");

@@ -27,19 +27,19 @@ protected:
         split.reset();
         const SlopeModel& m = slope_model(MODEL);
         for (std::int32_t i = 0; i <= m.divisions; ++i) {
-            const std::int32_t node = m.node(i + 1);
+            const NodeNumber node = m.node(i + 1);
             const auto share = static_cast<float>(i) / static_cast<float>(m.divisions);
             state.mesh.x[node] = share * m.width;
             state.mesh.y[node] = share * m.height;
             state.mesh.codes[node] = {8, 9, 1, 1, 1};
         }
         state.source.counts.nodes = 500;
-        state.source.nodes = {1, 500};
+        state.source.nodes = {NodeNumber(1), NodeNumber(500)};
         for (std::int32_t n = 1; n <= 500; ++n)
-            state.mesh.node_in_use[n] = 1;
-        state.mesh.codes[INSIDE] = {8, 9, 1, 1, 1};
-        state.mesh.x[INSIDE] = m.width;
-        state.mesh.y[INSIDE] = 0.0F;
+            state.mesh.node_in_use[NodeNumber(n)] = 1;
+        state.mesh.codes[NodeNumber(INSIDE)] = {8, 9, 1, 1, 1};
+        state.mesh.x[NodeNumber(INSIDE)] = m.width;
+        state.mesh.y[NodeNumber(INSIDE)] = 0.0F;
     }
 
     static void level(float water_share) {
@@ -48,7 +48,7 @@ protected:
     }
 
     // Slope point i, from 0 at the toe.
-    static std::int32_t node(std::int32_t i) { return slope_model(state.deck.edit.slope_code).node(i + 1); }
+    static NodeNumber node(std::int32_t i) { return slope_model(state.deck.edit.slope_code).node(i + 1); }
     static std::int32_t divisions() { return slope_model(state.deck.edit.slope_code).divisions; }
 
     static void set_height(std::int32_t i, float y) { state.mesh.y[node(i)] = y; }
@@ -83,7 +83,7 @@ TEST_F(SlopeStage, WithoutALevelGivesTheSlopeTheCodes3And0) {
         expect_untouched();
         for (std::int32_t i = 0; i <= 29; ++i)
             expect_codes(i, 3, 0);
-        EXPECT_EQ(state.mesh.codes[INSIDE], (NodeCodes{8, 9, 1, 1, 1}));
+        EXPECT_EQ(state.mesh.codes[NodeNumber(INSIDE)], (NodeCodes{8, 9, 1, 1, 1}));
     }
 }
 
@@ -93,7 +93,7 @@ TEST_F(SlopeStage, CodesTheSlopeByTheLevel) {
     for (std::int32_t i = 0; i <= 29; ++i)
         expect_codes(i, i <= 14 ? 1 : 0, i <= 14 ? 1 : 0);
     EXPECT_EQ(state.mesh.codes[node(3)], (NodeCodes{1, 1, 1, 1, 1}));
-    EXPECT_EQ(state.mesh.codes[INSIDE], (NodeCodes{8, 9, 1, 1, 1}));
+    EXPECT_EQ(state.mesh.codes[NodeNumber(INSIDE)], (NodeCodes{8, 9, 1, 1, 1}));
 }
 
 TEST_F(SlopeStage, NodeAtTheHeightOfTheLevelIsUnderWater) {
@@ -160,21 +160,21 @@ TEST_F(SlopeStage, LevelWellBetweenTwoNodesGetsANodeOfItsOwn) {
     for (const int edition : {2, 5, 9, 1}) {
         state.set_edition(edition);
         lay(3);
-        state.mesh.head[501] = state.mesh.coefficient[501] = -1.0F;
+        state.mesh.head[NodeNumber(501)] = state.mesh.coefficient[NodeNumber(501)] = -1.0F;
         level(10.5F / 29.0F);
         for (std::int32_t i = 0; i <= 29; ++i)
             expect_at(i, i / 29.0);
         ASSERT_TRUE(split);
-        EXPECT_EQ(split->node, 501);
-        EXPECT_EQ(split->element, 12);
+        EXPECT_EQ(split->node.value, 501);
+        EXPECT_EQ(split->element.value, 12);
         EXPECT_EQ(state.source.counts.nodes, 501);
-        EXPECT_EQ(state.mesh.node_in_use[501], 1);
-        EXPECT_EQ(state.mesh.codes[501], (NodeCodes{1, 1, 1, 1, 1}));
-        EXPECT_NEAR(static_cast<double>(state.mesh.x[501]), 26.0 * 10.5 / 29.0, 1.0E-5);
-        EXPECT_NEAR(static_cast<double>(state.mesh.y[501]), 13.0 * 10.5 / 29.0, 1.0E-5);
+        EXPECT_EQ(state.mesh.node_in_use[NodeNumber(501)], 1);
+        EXPECT_EQ(state.mesh.codes[NodeNumber(501)], (NodeCodes{1, 1, 1, 1, 1}));
+        EXPECT_NEAR(static_cast<double>(state.mesh.x[NodeNumber(501)]), 26.0 * 10.5 / 29.0, 1.0E-5);
+        EXPECT_NEAR(static_cast<double>(state.mesh.y[NodeNumber(501)]), 13.0 * 10.5 / 29.0, 1.0E-5);
         const bool scalar = edition == 5 || edition == 9;
-        EXPECT_EQ(state.mesh.head[501], scalar ? 7.5F : -1.0F);
-        EXPECT_EQ(state.mesh.coefficient[501], scalar ? 1.0F : -1.0F);
+        EXPECT_EQ(state.mesh.head[NodeNumber(501)], scalar ? 7.5F : -1.0F);
+        EXPECT_EQ(state.mesh.coefficient[NodeNumber(501)], scalar ? 1.0F : -1.0F);
     }
 }
 
@@ -211,7 +211,8 @@ TEST_F(SlopeStage, NotesTheElementAtTheSlope) {
         lay(row.slope_code);
         level((static_cast<float>(row.division) + 0.5F) / static_cast<float>(divisions()));
         ASSERT_TRUE(split);
-        EXPECT_EQ(split->element, row.element) << "MODEL " << row.slope_code << ", division " << row.division;
+        EXPECT_EQ(split->element.value, row.element)
+            << "MODEL " << row.slope_code << ", division " << row.division;
     }
 }
 
@@ -227,22 +228,22 @@ TEST_F(SlopeStage, RunsThroughTheNodesOfEachModel) {
     for (const Row& row : rows) {
         lay(row.slope_code);
         for (std::int32_t n = 1; n <= 500; ++n)
-            state.mesh.codes[n] = {8, 9, 1, 1, 1};
+            state.mesh.codes[NodeNumber(n)] = {8, 9, 1, 1, 1};
         level(0.0F);
-        EXPECT_EQ(node(0), row.nodes[0]);
-        EXPECT_EQ(node(20), row.nodes[1]);
-        EXPECT_EQ(node(21), row.nodes[2]);
-        EXPECT_EQ(node(divisions()), row.nodes[3]);
+        EXPECT_EQ(node(0).value, row.nodes[0]);
+        EXPECT_EQ(node(20).value, row.nodes[1]);
+        EXPECT_EQ(node(21).value, row.nodes[2]);
+        EXPECT_EQ(node(divisions()).value, row.nodes[3]);
         std::int32_t coded = 0;
         for (std::int32_t n = 1; n <= 500; ++n)
-            coded += state.mesh.codes[n][0] == 3 ? 1 : 0;
+            coded += state.mesh.codes[NodeNumber(n)][0] == 3 ? 1 : 0;
         EXPECT_EQ(coded, divisions() + 1) << "MODEL " << row.slope_code;
     }
 }
 
 TEST_F(SlopeStage, RefusesATemplateThatHasNoPlaceForTheNode) {
     lay(3);
-    state.mesh.node_in_use[501] = 1;
+    state.mesh.node_in_use[NodeNumber(501)] = 1;
     const std::string message = failure_of([] { level(10.5F / 29.0F); });
     EXPECT_NE(message.find("L_2.0.Mes"), std::string::npos) << message;
     EXPECT_NE(message.find("501"), std::string::npos) << message;
@@ -254,19 +255,19 @@ TEST_F(SlopeStage, NodesAreCarriedOntoTheTriangleOfTheCard) {
     lay(5);
     state.deck.edit.crest_x = 60.0F, state.deck.edit.crest_y = 20.0F, state.deck.edit.toe_x = 120.0F,
     state.deck.edit.toe_y = 5.0F, state.deck.edit.foot_x = 60.0F, state.deck.edit.foot_y = 5.0F;
-    state.mesh.x[2] = 39.0F, state.mesh.y[2] = 13.0F;     // crest
-    state.mesh.x[3] = 0.0F, state.mesh.y[3] = 0.0F;       // toe
-    state.mesh.x[4] = 39.0F, state.mesh.y[4] = 0.0F;      // foot
-    state.mesh.x[5] = 19.5F, state.mesh.y[5] = 3.25F;     // shares 0.25, 0.5 and 0.25
-    state.mesh.x[6] = -39.0F, state.mesh.y[6] = 0.0F;     // outside: shares 0, 2 and -1
-    state.mesh.x[501] = 39.0F, state.mesh.y[501] = 0.0F;  // no node of the mesh
+    state.mesh.x[NodeNumber(2)] = 39.0F, state.mesh.y[NodeNumber(2)] = 13.0F;  // crest
+    state.mesh.x[NodeNumber(3)] = 0.0F, state.mesh.y[NodeNumber(3)] = 0.0F;    // toe
+    state.mesh.x[NodeNumber(4)] = 39.0F, state.mesh.y[NodeNumber(4)] = 0.0F;   // foot
+    state.mesh.x[NodeNumber(5)] = 19.5F, state.mesh.y[NodeNumber(5)] = 3.25F;  // shares 0.25, 0.5 and 0.25
+    state.mesh.x[NodeNumber(6)] = -39.0F, state.mesh.y[NodeNumber(6)] = 0.0F;  // outside: shares 0, 2 and -1
+    state.mesh.x[NodeNumber(501)] = 39.0F, state.mesh.y[NodeNumber(501)] = 0.0F;  // no node of the mesh
     map_template_nodes(state.trace, state.deck.edit, state.source, state.mesh);
     const double expected[][3] = {{2, 60, 20},   {3, 120, 5}, {4, 60, 5},
                                   {5, 90, 8.75}, {6, 180, 5}, {501, 39, 0}};
     for (const auto& row : expected) {
         const auto n = static_cast<std::int32_t>(row[0]);
-        EXPECT_NEAR(static_cast<double>(state.mesh.x[n]), row[1], 1.0E-4) << n;
-        EXPECT_NEAR(static_cast<double>(state.mesh.y[n]), row[2], 1.0E-4) << n;
+        EXPECT_NEAR(static_cast<double>(state.mesh.x[NodeNumber(n)]), row[1], 1.0E-4) << n;
+        EXPECT_NEAR(static_cast<double>(state.mesh.y[NodeNumber(n)]), row[2], 1.0E-4) << n;
     }
 }
 
@@ -275,7 +276,7 @@ TEST_F(SlopeStage, RefusesCornersThatLeadBeyondTheNumbers) {
     state.deck.edit.crest_x = 3.0E38F, state.deck.edit.crest_y = 3.0E38F, state.deck.edit.toe_x = -3.0E38F,
     state.deck.edit.toe_y = 0.0F, state.deck.edit.foot_x = 3.0E38F, state.deck.edit.foot_y = 0.0F;
     state.deck.edit.triangle_place = {"deck.dat", 9};
-    state.mesh.x[7] = 260.0F;
+    state.mesh.x[NodeNumber(7)] = 260.0F;
     const std::string message =
         failure_of([] { map_template_nodes(state.trace, state.deck.edit, state.source, state.mesh); });
     EXPECT_NE(message.find("deck.dat, line 9: Card 3.3.6.3"), std::string::npos) << message;

@@ -14,8 +14,6 @@
 
 namespace brelan::test {
 
-using FourNodes = std::array<std::int32_t, 4>;
-
 // Tables are empty before and after each test; node and element numbers are those of the tables.
 class CutFixture : public ::testing::Test {
 protected:
@@ -27,7 +25,7 @@ protected:
     static void clear() {
         reset_mesh(state.mesh);
         state.mesh.words.fill({});
-        state.engine.workable.fill(0);
+        state.engine.workable.fill({});
         state.mesh.skeleton.fill(0);
         state.mesh.fluid.fill(0);
         state.mesh.integration_r.fill(0);
@@ -38,7 +36,8 @@ protected:
         state.mesh.coefficient.fill(0.0F);
         state.engine.frozen.fill(0);
         cut.clear();
-        state.engine.highest_node = state.engine.highest_element = 0;
+        state.engine.highest_node = {};
+        state.engine.highest_element = {};
         state.tolerances.move = state.tolerances.line = 0.01F;
         state.tolerances.same = 0.001F;
         state.engine.uses_indexes = true;
@@ -46,20 +45,16 @@ protected:
     }
 
     static void node(std::int32_t n, float x, float y, bool frozen = false) {
-        state.mesh.x[n] = x;
-        state.mesh.y[n] = y;
-        state.engine.frozen[n] = frozen ? 1 : 0;
-        state.engine.highest_node = std::max(state.engine.highest_node, n);
+        state.mesh.x[NodeNumber(n)] = x;
+        state.mesh.y[NodeNumber(n)] = y;
+        state.engine.frozen[NodeNumber(n)] = frozen ? 1 : 0;
+        state.engine.highest_node = std::max(state.engine.highest_node, NodeNumber(n));
     }
     static void element(std::int32_t e, const FourNodes& n, std::int32_t material = 1) {
-        state.mesh.words[e].corner_1 = n[0];
-        state.mesh.words[e].corner_2 = n[1];
-        state.mesh.words[e].corner_3 = n[2];
-        state.mesh.words[e].corner_4 = n[3];
-        state.mesh.words[e].material = material;
-        state.mesh.type[e] = ELEMENT_CONTINUUM;
-        state.engine.workable[e] = e;
-        state.engine.highest_element = std::max(state.engine.highest_element, e);
+        state.mesh.words[ElementNumber(e)] = words_of(n, material);
+        state.mesh.type[ElementNumber(e)] = ELEMENT_CONTINUUM;
+        state.engine.workable[ElementNumber(e)] = ElementNumber(e);
+        state.engine.highest_element = std::max(state.engine.highest_element, ElementNumber(e));
     }
 
     // Element 1 with nodes 1 to 4 from (0, 0) to the width and height; nodes in the list cannot move.
@@ -70,7 +65,7 @@ protected:
         node(4, 0, height);
         element(1, {1, 2, 3, 4});
         for (const std::int32_t n : frozen)
-            state.engine.frozen[n] = 1;
+            state.engine.frozen[NodeNumber(n)] = 1;
         build_indexes(state.mesh, state.engine);
     }
 
@@ -85,21 +80,18 @@ protected:
         place_ends(state.mesh, state.engine, cut, Q0, P, {.second = true});
     }
 
-    static FourNodes corners(std::int32_t e) {
-        return {state.mesh.words[e].corner_1, state.mesh.words[e].corner_2, state.mesh.words[e].corner_3,
-                state.mesh.words[e].corner_4};
-    }
+    static FourNodes corners(std::int32_t e) { return corner_words(state.mesh.words[ElementNumber(e)]); }
     static FourNodes corner_marks(std::size_t row) {
         const CutRow& r = cut.rows.at(row);
         return {r.corner_on_line[0], r.corner_on_line[1], r.corner_on_line[2], r.corner_on_line[3]};
     }
     static FourNodes side_marks(std::size_t row) {
         const CutRow& r = cut.rows.at(row);
-        return {r.side_node[0], r.side_node[1], r.side_node[2], r.side_node[3]};
+        return {r.side_node[0].value, r.side_node[1].value, r.side_node[2].value, r.side_node[3].value};
     }
     static void expect_node(std::int32_t n, float x, float y) {
-        EXPECT_FLOAT_EQ(state.mesh.x[n], x) << "node " << n;
-        EXPECT_FLOAT_EQ(state.mesh.y[n], y) << "node " << n;
+        EXPECT_FLOAT_EQ(state.mesh.x[NodeNumber(n)], x) << "node " << n;
+        EXPECT_FLOAT_EQ(state.mesh.y[NodeNumber(n)], y) << "node " << n;
     }
 };
 

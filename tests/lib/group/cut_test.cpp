@@ -28,7 +28,7 @@ protected:
     static std::vector<std::int32_t> rows() {
         std::vector<std::int32_t> numbers;
         for (const CutRow& row : cut.rows)
-            numbers.push_back(row.element);
+            numbers.push_back(row.element.value);
         return numbers;
     }
 };
@@ -36,10 +36,10 @@ protected:
 TEST_F(ThreeSquares, RowsComeByFirstEndThenSecondThenCrossings) {
     collect_rows(state.mesh, state.engine, cut, {2.5F, 0.5F}, {0.5F, 0.5F});
     EXPECT_EQ(rows(), (std::vector<std::int32_t>{3, 1, 2}));
-    EXPECT_EQ(cut.rows[0].material, 13);
-    EXPECT_EQ(cut.rows[0].corner_node[0], 3);
-    EXPECT_EQ(state.mesh.words[3].corner_1, -3);
-    EXPECT_EQ(state.mesh.words[2].corner_1, -2);
+    EXPECT_EQ(cut.rows[0].material.value, 13);
+    EXPECT_EQ(cut.rows[0].corner_node[0].value, 3);
+    EXPECT_EQ(state.mesh.words[ElementNumber(3)].corner_1.value, -3);
+    EXPECT_EQ(state.mesh.words[ElementNumber(2)].corner_1.value, -2);
 }
 
 TEST_F(ThreeSquares, TakenElementIsNotTakenAgain) {
@@ -49,8 +49,8 @@ TEST_F(ThreeSquares, TakenElementIsNotTakenAgain) {
 }
 
 TEST_F(ThreeSquares, ElementsThatAreListedOrOfAnotherTypeAreLeft) {
-    state.engine.workable[1] = 0;
-    state.mesh.type[2] = ELEMENT_TRUSS;
+    state.engine.workable[ElementNumber(1)] = {};
+    state.mesh.type[ElementNumber(2)] = ELEMENT_TRUSS;
     collect_rows(state.mesh, state.engine, cut, {0.5F, 0.5F}, {2.5F, 0.5F});
     EXPECT_EQ(rows(), (std::vector<std::int32_t>{3}));
 }
@@ -58,8 +58,8 @@ TEST_F(ThreeSquares, ElementsThatAreListedOrOfAnotherTypeAreLeft) {
 TEST_F(ThreeSquares, SegmentAlongSidesChangesNothing) {
     scan({1, 0}, {1, 1});
     split_rows(state.mesh, state.engine, cut);
-    EXPECT_EQ(state.engine.highest_node, 8);
-    EXPECT_EQ(state.engine.highest_element, 3);
+    EXPECT_EQ(state.engine.highest_node.value, 8);
+    EXPECT_EQ(state.engine.highest_element.value, 3);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 6, 5}));
     EXPECT_EQ(corners(2), (FourNodes{2, 3, 7, 6}));
     expect_node(1, 0, 0);
@@ -73,8 +73,8 @@ TEST_F(ThreeSquares, EndsAloneLeaveTheElementsBetween) {
     collect_rows(state.mesh, state.engine, cut, P1, P2);
     place_ends(state.mesh, state.engine, cut, P1, P2, {.first = true, .second = true});
     split_rows(state.mesh, state.engine, cut);
-    EXPECT_EQ(state.engine.highest_node, 8);
-    EXPECT_EQ(state.engine.highest_element, 3);
+    EXPECT_EQ(state.engine.highest_node.value, 8);
+    EXPECT_EQ(state.engine.highest_element.value, 3);
     expect_node(1, 0.25F, 0.125F);
     expect_node(8, 2.75F, 0.875F);
     EXPECT_EQ(corners(2), (FourNodes{2, 3, 7, 6}));
@@ -84,10 +84,10 @@ TEST_F(ThreeSquares, EndsAloneLeaveTheElementsBetween) {
 TEST_F(ThreeSquares, SideNodeOfARowWithTwoCornersGoesInBothRows) {
     collect_rows(state.mesh, state.engine, cut, {0.5F, 0.5F}, {1.5F, 0.5F});
     cut.rows[0].corner_on_line[0] = cut.rows[0].corner_on_line[2] = 1;
-    cut.rows[0].side_node[1] = cut.rows[1].side_node[3] = 9;
+    cut.rows[0].side_node[1] = cut.rows[1].side_node[3] = NodeNumber(9);
     cut.rows[1].corner_on_line[1] = 1;
     split_rows(state.mesh, state.engine, cut);
-    EXPECT_EQ(state.engine.highest_element, 4);
+    EXPECT_EQ(state.engine.highest_element.value, 4);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 6, 0}));
     EXPECT_EQ(corners(4), (FourNodes{1, 6, 5, 0}));
     EXPECT_EQ(corners(2), (FourNodes{2, 3, 7, 6}));
@@ -96,11 +96,11 @@ TEST_F(ThreeSquares, SideNodeOfARowWithTwoCornersGoesInBothRows) {
 TEST_F(ThreeSquares, CentreAndOneCornerDropSideNodesToo) {
     collect_rows(state.mesh, state.engine, cut, {0.5F, 0.5F}, {0.5F, 0.75F});
     node(9, 0.5F, 0.5F);
-    cut.rows[0].centre_node = 9;
+    cut.rows[0].centre_node = NodeNumber(9);
     cut.rows[0].corner_on_line[0] = 1;
-    cut.rows[0].side_node[1] = 10;
+    cut.rows[0].side_node[1] = NodeNumber(10);
     split_rows(state.mesh, state.engine, cut);
-    EXPECT_EQ(state.engine.highest_element, 6);
+    EXPECT_EQ(state.engine.highest_element.value, 6);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 9, 0}));
     EXPECT_EQ(corners(4), (FourNodes{2, 6, 9, 0}));
     EXPECT_EQ(corners(5), (FourNodes{9, 6, 5, 0}));
@@ -109,18 +109,18 @@ TEST_F(ThreeSquares, CentreAndOneCornerDropSideNodesToo) {
 
 TEST_F(ThreeSquares, PartsCarryMaterialAndAttributes) {
     const Edition edition(DISPLACEMENT);
-    state.mesh.thickness[2] = 0.5F;
-    state.mesh.density[2] = 1.75F;
+    state.mesh.thickness[ElementNumber(2)] = 0.5F;
+    state.mesh.density[ElementNumber(2)] = 1.75F;
     collect_rows(state.mesh, state.engine, cut, {1.5F, 0.5F}, {1.5F, 0.75F});
     cut.rows[0].corner_on_line[0] = cut.rows[0].corner_on_line[2] = 1;
     split_rows(state.mesh, state.engine, cut);
-    ASSERT_EQ(state.engine.highest_element, 4);
-    EXPECT_EQ(state.mesh.words[2].material, 12);
-    EXPECT_EQ(state.mesh.words[4].material, 12);
-    EXPECT_EQ(state.mesh.thickness[4], 0.5F);
-    EXPECT_EQ(state.mesh.density[4], 1.75F);
-    EXPECT_EQ(state.engine.workable[4], 4);
-    EXPECT_EQ(state.mesh.type[4], ELEMENT_CONTINUUM);
+    ASSERT_EQ(state.engine.highest_element.value, 4);
+    EXPECT_EQ(state.mesh.words[ElementNumber(2)].material.value, 12);
+    EXPECT_EQ(state.mesh.words[ElementNumber(4)].material.value, 12);
+    EXPECT_EQ(state.mesh.thickness[ElementNumber(4)], 0.5F);
+    EXPECT_EQ(state.mesh.density[ElementNumber(4)], 1.75F);
+    EXPECT_EQ(state.engine.workable[ElementNumber(4)].value, 4);
+    EXPECT_EQ(state.mesh.type[ElementNumber(4)], ELEMENT_CONTINUUM);
 }
 
 // --- one side ------------------------------------------------------------------------------------
@@ -131,8 +131,8 @@ TEST_F(GroupCut, CrossingNearAFreeNodeMovesIt) {
     scan({2, -1}, {2, 11});
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 1}));
     split_rows(state.mesh, state.engine, cut);
-    EXPECT_EQ(state.engine.highest_node, 4);
-    EXPECT_EQ(state.engine.highest_element, 1);
+    EXPECT_EQ(state.engine.highest_node.value, 4);
+    EXPECT_EQ(state.engine.highest_element.value, 1);
     expect_node(1, 2, 0);
     expect_node(4, 2, 10);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 3, 4}));
@@ -149,7 +149,7 @@ TEST_F(GroupCut, BothNodesFrozenMoveAfterAll) {
     rectangle(10, 10, {1, 2, 3, 4});
     scan({8, -1}, {8, 5});
     expect_node(2, 8, 0);
-    EXPECT_EQ(state.engine.highest_node, 4);
+    EXPECT_EQ(state.engine.highest_node.value, 4);
 }
 
 // F is 0.1 of the side: 0.5 is within 1 of the frozen node.
@@ -158,8 +158,8 @@ TEST_F(GroupCut, CrossingNearAFrozenNodeMarksTheCornerOnly) {
     scan({0.5F, -1}, {0.5F, 11});
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 1}));
     split_rows(state.mesh, state.engine, cut);
-    EXPECT_EQ(state.engine.highest_node, 4);
-    EXPECT_EQ(state.engine.highest_element, 1);
+    EXPECT_EQ(state.engine.highest_node.value, 4);
+    EXPECT_EQ(state.engine.highest_element.value, 1);
     expect_node(1, 0, 0);
     expect_node(4, 0.5F, 10);
 }
@@ -168,7 +168,7 @@ TEST_F(GroupCut, CrossingNearAFrozenSecondNodeMarksTheCornerOnly) {
     rectangle(10, 10, {2});
     scan({9.5F, -1}, {9.5F, 5});
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 1, 0, 0}));
-    EXPECT_EQ(state.engine.highest_node, 4);
+    EXPECT_EQ(state.engine.highest_node.value, 4);
     expect_node(2, 10, 0);
 }
 
@@ -181,7 +181,7 @@ TEST_F(GroupCut, ShortNeighbourSideMakesTheCrossingClear) {
     split_rows(state.mesh, state.engine, cut);
     expect_node(5, 0.5F, 0);
     expect_node(4, 0.5F, 2);
-    ASSERT_EQ(state.engine.highest_element, 2);
+    ASSERT_EQ(state.engine.highest_element.value, 2);
     EXPECT_EQ(corners(1), (FourNodes{5, 2, 3, 4}));
     EXPECT_EQ(corners(2), (FourNodes{1, 5, 4, 0}));
 }
@@ -197,23 +197,23 @@ TEST_F(GroupCut, NeighboursShareTheNodeOnTheirSide) {
     EXPECT_EQ(side_marks(0), (FourNodes{7, 0, 8, 0}));
     EXPECT_EQ(side_marks(1), (FourNodes{8, 0, 9, 0}));
     split_rows(state.mesh, state.engine, cut);
-    EXPECT_EQ(state.engine.highest_node, 9);
+    EXPECT_EQ(state.engine.highest_node.value, 9);
     expect_node(7, 2, 0);
     expect_node(8, 2, 10);
     expect_node(9, 2, 20);
-    ASSERT_EQ(state.engine.highest_element, 4);
+    ASSERT_EQ(state.engine.highest_element.value, 4);
     EXPECT_EQ(corners(1), (FourNodes{7, 2, 3, 8}));
     EXPECT_EQ(corners(2), (FourNodes{8, 3, 6, 9}));
     EXPECT_EQ(corners(3), (FourNodes{1, 7, 8, 4}));
     EXPECT_EQ(corners(4), (FourNodes{4, 8, 9, 5}));
-    EXPECT_EQ(state.mesh.words[3].material, 1);
-    EXPECT_EQ(state.mesh.words[4].material, 2);
+    EXPECT_EQ(state.mesh.words[ElementNumber(3)].material.value, 1);
+    EXPECT_EQ(state.mesh.words[ElementNumber(4)].material.value, 2);
 }
 
 TEST_F(GroupCut, PlannedNodeGoesWhereTheLineMisses) {
     rectangle(10, 10);
     collect_rows(state.mesh, state.engine, cut, {5, 5}, {5, 6});
-    cut.rows[0].side_node[0] = 9;
+    cut.rows[0].side_node[0] = NodeNumber(9);
     scan_sides(state.mesh, state.tolerances, state.engine, cut, {5, 5}, {5, 6}, {2, true});
     EXPECT_EQ(side_marks(0), (FourNodes{9, 0, 0, 0})) << "kept until all pairs are through";
     scan_sides(state.mesh, state.tolerances, state.engine, cut, {5, 5}, {5, 6}, {2, false});
@@ -234,18 +234,18 @@ TEST_F(GroupCut, MoveOnlyAddsNoNodeBesideAFrozenOne) {
         clear();
         rectangle(10, 10, {2});
         collect_rows(state.mesh, state.engine, cut, {8, -1}, {8, 5});
-        cut.rows[0].side_node[0] = 9;
+        cut.rows[0].side_node[0] = NodeNumber(9);
         scan_sides(state.mesh, state.tolerances, state.engine, cut, {8, -1}, {8, 5}, {-2, false});
-        EXPECT_EQ(state.engine.highest_node, 4);
-        EXPECT_EQ(cut.rows[0].side_node[0], kind == DISPLACEMENT ? 9 : 0)
+        EXPECT_EQ(state.engine.highest_node.value, 4);
+        EXPECT_EQ(cut.rows[0].side_node[0].value, kind == DISPLACEMENT ? 9 : 0)
             << "second node frozen, edition " << kind;
         clear();
         rectangle(10, 10, {1});
         collect_rows(state.mesh, state.engine, cut, {2, -1}, {2, 5});
-        cut.rows[0].side_node[0] = 9;
+        cut.rows[0].side_node[0] = NodeNumber(9);
         scan_sides(state.mesh, state.tolerances, state.engine, cut, {2, -1}, {2, 5}, {-2, false});
-        EXPECT_EQ(state.engine.highest_node, 4);
-        EXPECT_EQ(cut.rows[0].side_node[0], 9) << "first node frozen, edition " << kind;
+        EXPECT_EQ(state.engine.highest_node.value, 4);
+        EXPECT_EQ(cut.rows[0].side_node[0].value, 9) << "first node frozen, edition " << kind;
     }
 }
 
@@ -256,16 +256,16 @@ TEST_F(GroupCut, SideNodeIsFreeOnlyWhereBothEndsAre) {
         const Edition edition(kind);
         clear();
         rectangle(10, 2, {1});
-        state.mesh.codes[1] = {1, 0, 1, 1, 1};
-        state.mesh.codes[2] = {2, 1, 1, 0, 1};
+        state.mesh.codes[NodeNumber(1)] = {1, 0, 1, 1, 1};
+        state.mesh.codes[NodeNumber(2)] = {2, 1, 1, 0, 1};
         scan({0.5F, -1}, {0.5F, 1});
-        ASSERT_EQ(state.engine.highest_node, 5);
-        EXPECT_EQ(state.mesh.codes[5][0], 1);
-        EXPECT_EQ(state.mesh.codes[5][1], 0);
-        EXPECT_EQ(state.mesh.codes[5][2], 1);
+        ASSERT_EQ(state.engine.highest_node.value, 5);
+        EXPECT_EQ(state.mesh.codes[NodeNumber(5)][0], 1);
+        EXPECT_EQ(state.mesh.codes[NodeNumber(5)][1], 0);
+        EXPECT_EQ(state.mesh.codes[NodeNumber(5)][2], 1);
         if (kind == COUPLED) {
-            EXPECT_EQ(state.mesh.codes[5][3], 0);
-            EXPECT_EQ(state.mesh.codes[5][4], 1);
+            EXPECT_EQ(state.mesh.codes[NodeNumber(5)][3], 0);
+            EXPECT_EQ(state.mesh.codes[NodeNumber(5)][4], 1);
         }
     }
 }
@@ -275,17 +275,17 @@ TEST_F(GroupCut, SideNodeTakesTheValuesOfItsEnds) {
         const Edition edition(kind);
         clear();
         rectangle(10, 2, {1});
-        state.mesh.codes[1] = {3, 4, 0, 0, 0};
-        state.mesh.codes[2] = {0, 7, 0, 0, 0};
-        state.mesh.head[1] = 2.5F;
-        state.mesh.coefficient[1] = 1.0F;
-        state.mesh.coefficient[2] = 0.5F;
+        state.mesh.codes[NodeNumber(1)] = {3, 4, 0, 0, 0};
+        state.mesh.codes[NodeNumber(2)] = {0, 7, 0, 0, 0};
+        state.mesh.head[NodeNumber(1)] = 2.5F;
+        state.mesh.coefficient[NodeNumber(1)] = 1.0F;
+        state.mesh.coefficient[NodeNumber(2)] = 0.5F;
         scan({0.5F, -1}, {0.5F, 1});
-        ASSERT_EQ(state.engine.highest_node, 5);
-        EXPECT_EQ(state.mesh.codes[5][0], 3);
-        EXPECT_EQ(state.mesh.codes[5][1], 7);
-        EXPECT_EQ(state.mesh.head[5], 2.5F);
-        EXPECT_EQ(state.mesh.coefficient[5], 0.5F);
+        ASSERT_EQ(state.engine.highest_node.value, 5);
+        EXPECT_EQ(state.mesh.codes[NodeNumber(5)][0], 3);
+        EXPECT_EQ(state.mesh.codes[NodeNumber(5)][1], 7);
+        EXPECT_EQ(state.mesh.head[NodeNumber(5)], 2.5F);
+        EXPECT_EQ(state.mesh.coefficient[NodeNumber(5)], 0.5F);
     }
 }
 

@@ -94,8 +94,9 @@ protected:
         collect_rows(state.mesh, state.engine, cut, segment.a, segment.b);
         std::vector<std::int32_t> elements;
         for (const CutRow& row : cut.rows) {
-            elements.push_back(row.element);
-            state.mesh.words[row.element].corner_1 = std::abs(state.mesh.words[row.element].corner_1);
+            elements.push_back(row.element.value);
+            NodeNumber& first = state.mesh.words[row.element].corner_1;
+            first = first.in_sight();
         }
         cut.clear();
         return elements;

@@ -105,33 +105,33 @@ MeshNow random_mesh(Random& random, bool degenerate) {
 
 void store(const MeshNow& mesh) {
     static std::int32_t nodes_used = HIGHEST_NODE_NUMBER, elements_used = HIGHEST_ELEMENT_NUMBER;
-    nodes_used = std::max(nodes_used, state.engine.highest_node);
-    elements_used = std::max(elements_used, state.engine.highest_element);
+    nodes_used = std::max(nodes_used, state.engine.highest_node.value);
+    elements_used = std::max(elements_used, state.engine.highest_element.value);
     for (std::int32_t n = 1; n <= nodes_used; ++n) {
-        state.mesh.x[n] = state.mesh.y[n] = 0.0F;
-        state.engine.frozen[n] = 0;
-        state.mesh.codes[n] = {};
+        state.mesh.x[NodeNumber(n)] = state.mesh.y[NodeNumber(n)] = 0.0F;
+        state.engine.frozen[NodeNumber(n)] = 0;
+        state.mesh.codes[NodeNumber(n)] = {};
     }
     for (std::int32_t e = 1; e <= elements_used; ++e) {
-        state.mesh.words[e] = {};
-        state.mesh.type[e] = ELEMENT_DELETED;
-        state.engine.workable[e] = e;
+        state.mesh.words[ElementNumber(e)] = {};
+        state.mesh.type[ElementNumber(e)] = ELEMENT_DELETED;
+        state.engine.workable[ElementNumber(e)] = ElementNumber(e);
     }
-    state.engine.highest_node = static_cast<std::int32_t>(mesh.nodes.size());
-    state.engine.highest_element = static_cast<std::int32_t>(mesh.elements.size());
+    state.engine.highest_node = NodeNumber(static_cast<std::int32_t>(mesh.nodes.size()));
+    state.engine.highest_element = ElementNumber(static_cast<std::int32_t>(mesh.elements.size()));
     nodes_used = elements_used = 2000;
-    for (std::int32_t n = 1; n <= state.engine.highest_node; ++n) {
-        const auto i = static_cast<std::size_t>(n - 1);
+    for (NodeNumber n{1}; n <= state.engine.highest_node; ++n) {
+        const auto i = n.place() - 1;
         state.mesh.x[n] = mesh.nodes[i].x;
         state.mesh.y[n] = mesh.nodes[i].y;
         state.engine.frozen[n] = mesh.frozen[i];
     }
-    for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
-        const auto i = static_cast<std::size_t>(e - 1);
+    for (ElementNumber e{1}; e <= state.engine.highest_element; ++e) {
+        const auto i = e.place() - 1;
         const Four& n = mesh.elements[i];
-        state.mesh.words[e] = {n[0], n[1], n[2], n[3], 0, 0, 0, 0, 1};
+        state.mesh.words[e] = words_of(n);
         state.mesh.type[e] = mesh.types[i];
-        state.engine.workable[e] = mesh.lists[i];
+        state.engine.workable[e] = ElementNumber(mesh.lists[i]);
     }
     state.tolerances.move = state.tolerances.line = 0.02F;
     build_indexes(state.mesh, state.engine);
@@ -139,13 +139,12 @@ void store(const MeshNow& mesh) {
 
 MeshNow present() {
     MeshNow mesh;
-    for (std::int32_t n = 1; n <= state.engine.highest_node; ++n)
+    for (NodeNumber n{1}; n <= state.engine.highest_node; ++n)
         mesh.nodes.push_back({state.mesh.x[n], state.mesh.y[n]});
-    for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
-        mesh.elements.push_back({state.mesh.words[e].corner_1, state.mesh.words[e].corner_2,
-                                 state.mesh.words[e].corner_3, state.mesh.words[e].corner_4});
+    for (ElementNumber e{1}; e <= state.engine.highest_element; ++e) {
+        mesh.elements.push_back(corner_words(state.mesh.words[e]));
         mesh.types.push_back(state.mesh.type[e]);
-        mesh.lists.push_back(state.engine.workable[e]);
+        mesh.lists.push_back(state.engine.workable[e].value);
     }
     return mesh;
 }

@@ -18,15 +18,15 @@ class GroupNodeIndex : public ::testing::Test {
 protected:
     void TearDown() override {
         state.engine.uses_indexes = true;
-        state.engine.highest_node = 0;
+        state.engine.highest_node = NodeNumber(0);
         build_indexes(state.mesh, state.engine);
     }
 
     // Nodes of which some stand alone, some in crowds, some nowhere.
     static void scatter(Drawing& drawing, int count, float size) {
-        state.engine.highest_node = count;
+        state.engine.highest_node = NodeNumber(count);
         Point crowd;
-        for (std::int32_t n = 1; n <= state.engine.highest_node; ++n) {
+        for (NodeNumber n{1}; n <= state.engine.highest_node; ++n) {
             if (drawing.one_in(10))
                 crowd = {drawing.between(-size, size), drawing.between(-size, size)};
             Point p;
@@ -37,19 +37,19 @@ protected:
             state.mesh.x[n] = p.x;
             state.mesh.y[n] = p.y;
         }
-        state.engine.highest_element = 0;
+        state.engine.highest_element = ElementNumber(0);
         build_indexes(state.mesh, state.engine);
     }
 
     static void expect_same(const Point& p, float reach) {
         state.engine.uses_indexes = false;
-        const std::int32_t scanned = lowest_node_within(state.mesh, state.engine, p, reach);
+        const NodeNumber scanned = lowest_node_within(state.mesh, state.engine, p, reach);
         state.engine.uses_indexes = true;
         EXPECT_EQ(lowest_node_within(state.mesh, state.engine, p, reach), scanned)
             << "at " << p.x << ", " << p.y << " within " << reach << " of " << state.engine.highest_node
             << " nodes";
-        found += scanned != 0 ? 1 : 0;
-        missed += scanned == 0 ? 1 : 0;
+        found += scanned.names_one() ? 1 : 0;
+        missed += scanned.is_none() ? 1 : 0;
     }
 
     static inline int found = 0, missed = 0;
@@ -64,7 +64,7 @@ TEST_F(GroupNodeIndex, FindsWhatAScanFindsWhileNodesMoveAndCome) {
         scatter(drawing, 1 + drawing.below(400), size);
         static constexpr std::array<float, 6> reaches{0.001F, 0.005F, 0.02F, 0.5F, 30.0F, 0.0F};
         for (int i = 0; i < 300 && !HasFailure(); ++i) {
-            const std::int32_t n = 1 + drawing.below(state.engine.highest_node);
+            const NodeNumber n(1 + drawing.below(state.engine.highest_node.value));
             const float reach = drawing.one_of(reaches);
             Point p = node_point(state.mesh, n);
             switch (drawing.below(5)) {
@@ -112,23 +112,23 @@ TEST_F(GroupNodeIndex, FindsNothingAtAPointOrReachThatIsNoNumber) {
 // lower of two nodes at one place, and none exactly at the distance.
 TEST_F(GroupNodeIndex, FreeLineTakesTheLowestUnusedNumberAtTheOrigin) {
     for (const bool on : {true, false}) {
-        state.engine.highest_node = 20;
-        for (std::int32_t n = 1; n <= state.engine.highest_node; ++n)
+        state.engine.highest_node = NodeNumber(20);
+        for (NodeNumber n{1}; n <= state.engine.highest_node; ++n)
             state.mesh.x[n] = state.mesh.y[n] = 0.0F;
-        state.mesh.x[4] = 2.0F;
-        state.mesh.x[7] = 2.0F;
-        state.mesh.x[9] = state.mesh.y[9] = 3.0F;
-        state.mesh.x[1] = 5.0F;
+        state.mesh.x[NodeNumber(4)] = 2.0F;
+        state.mesh.x[NodeNumber(7)] = 2.0F;
+        state.mesh.x[NodeNumber(9)] = state.mesh.y[NodeNumber(9)] = 3.0F;
+        state.mesh.x[NodeNumber(1)] = 5.0F;
         build_indexes(state.mesh, state.engine);
         state.engine.uses_indexes = on;
         state.tolerances.same = 0.0078125F;
         Path path;
         path.points = {{0.0F, 0.005F}, {2.005F, 0.0F}, {2.5F, 0.0F}, {2.505F, 0.0F}, {3.0078125F, 3.0F}};
-        const std::vector<std::int32_t> line =
+        const std::vector<NodeNumber> line =
             list_free_nodes(state.mesh, state.tolerances, state.engine, path);
-        EXPECT_EQ(line, (std::vector<std::int32_t>{2, 4, 21, 21, 22}));
-        EXPECT_EQ(state.engine.highest_node, 22);
-        EXPECT_EQ(state.mesh.codes[21][4], 1);
+        EXPECT_EQ(values_of(line), (std::vector<std::int32_t>{2, 4, 21, 21, 22}));
+        EXPECT_EQ(state.engine.highest_node.value, 22);
+        EXPECT_EQ(state.mesh.codes[NodeNumber(21)][4], 1);
     }
 }
 

@@ -24,18 +24,19 @@ using Side = std::pair<std::int32_t, std::int32_t>;
 
 void store_mesh(const DrawnMesh& mesh) {
     reset_mesh(state.mesh);
-    state.engine.highest_node = state.engine.highest_element = 0;
+    state.engine.highest_node = {};
+    state.engine.highest_element = {};
     for (const Point& p : mesh.nodes) {
         ++state.engine.highest_node;
         state.mesh.x[state.engine.highest_node] = p.x;
         state.mesh.y[state.engine.highest_node] = p.y;
         state.mesh.codes[state.engine.highest_node][0] =
-            mesh.coded[static_cast<std::size_t>(state.engine.highest_node - 1)] ? 1 : 0;
+            mesh.coded[state.engine.highest_node.place() - 1] ? 1 : 0;
     }
     state.mesh.words.fill({});
     for (const auto& n : mesh.elements) {
         ++state.engine.highest_element;
-        state.mesh.words[state.engine.highest_element] = {n[0], n[1], n[2], n[3], 0, 0, 0, 0, 1};
+        state.mesh.words[state.engine.highest_element] = words_of(n);
         state.mesh.type[state.engine.highest_element] = ELEMENT_CONTINUUM;
     }
     state.mesh.skeleton.fill(0);
@@ -83,10 +84,10 @@ struct ClosedMesh {
     }
 };
 
-void expect_sound_corners(const Corners& c, std::int32_t e) {
-    const int count = c.n[3] > 0 ? 4 : 3;
+void expect_sound_corners(const Corners& c, ElementNumber e) {
+    const int count = c.n[3].names_one() ? 4 : 3;
     for (int i = 0; i < count; ++i) {
-        EXPECT_TRUE(c.n[i] >= 1 && c.n[i] <= state.engine.highest_node) << "element " << e;
+        EXPECT_TRUE(c.n[i].names_one() && c.n[i] <= state.engine.highest_node) << "element " << e;
         for (int k = 0; k < i; ++k)
             EXPECT_NE(c.n[i], c.n[k]) << "element " << e;
     }
@@ -98,36 +99,37 @@ void close_single_joints(ClosedMesh& mesh, const std::vector<DrawnGroup>& groups
         const ListingRow& line = state.listing.rows[g];
         if (groups[g].MTYPE > -2 || line.nodes.size() != 1)
             continue;
-        for (std::int32_t n = line.nodes[0] + 1; n <= state.engine.highest_node; ++n)
+        for (NodeNumber n = line.nodes[0] + 1; n <= state.engine.highest_node; ++n)
             if (node_point(state.mesh, n) == node_point(state.mesh, line.nodes[0]))
-                mesh.line_node.emplace(n, line.nodes[0]);
+                mesh.line_node.emplace(n.value, line.nodes[0].value);
     }
 }
 
 ClosedMesh close_mesh(const std::vector<DrawnGroup>& groups) {
     ClosedMesh mesh;
-    for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
+    for (ElementNumber e{1}; e <= state.engine.highest_element; ++e) {
         const Corners c = corners_of(state.mesh, e);
-        if (state.mesh.type[e] != ELEMENT_CONTINUUM && !(state.mesh.type[e] == ELEMENT_DELETED && c.n[0] > 0))
+        if (state.mesh.type[e] != ELEMENT_CONTINUUM &&
+            !(state.mesh.type[e] == ELEMENT_DELETED && c.n[0].names_one()))
             continue;
         expect_sound_corners(c, e);
         if (is_joint(state.mesh, e)) {
-            mesh.joints.push_back(e);
-            mesh.line_node[c.n[3]] = c.n[0];
-            mesh.line_node[c.n[2]] = c.n[1];
+            mesh.joints.push_back(e.value);
+            mesh.line_node[c.n[3].value] = c.n[0].value;
+            mesh.line_node[c.n[2].value] = c.n[1].value;
         }
     }
     close_single_joints(mesh, groups);
-    for (std::int32_t e = 1; e <= state.engine.highest_element; ++e) {
+    for (ElementNumber e{1}; e <= state.engine.highest_element; ++e) {
         const Corners c = corners_of(state.mesh, e);
-        const bool stands =
-            state.mesh.type[e] == ELEMENT_CONTINUUM || (state.mesh.type[e] == ELEMENT_DELETED && c.n[0] > 0);
-        if (!stands || is_joint(state.mesh, e) || state.mesh.words[e].material == DUPLICATE)
+        const bool stands = state.mesh.type[e] == ELEMENT_CONTINUUM ||
+                            (state.mesh.type[e] == ELEMENT_DELETED && c.n[0].names_one());
+        if (!stands || is_joint(state.mesh, e) || state.mesh.words[e].material.value == DUPLICATE)
             continue;
         mesh.elements.emplace_back();
-        for (const std::int32_t n : c.n)
-            if (n > 0)
-                mesh.elements.back().push_back(mesh.root(n));
+        for (const NodeNumber n : c.n)
+            if (n.names_one())
+                mesh.elements.back().push_back(mesh.root(n.value));
     }
     return mesh;
 }
@@ -140,7 +142,8 @@ double cross(const Point& a, const Point& b) {
 double area_of(const std::vector<std::int32_t>& n) {
     double twice = 0.0;
     for (std::size_t i = 0; i < n.size(); ++i)
-        twice += cross(node_point(state.mesh, n[i]), node_point(state.mesh, n[(i + 1) % n.size()]));
+        twice += cross(node_point(state.mesh, NodeNumber(n[i])),
+                       node_point(state.mesh, NodeNumber(n[(i + 1) % n.size()])));
     return twice / 2.0;
 }
 
@@ -148,7 +151,7 @@ double area_of(const std::vector<std::int32_t>& n) {
 bool stands_as_drawn(const DrawnMesh& mesh, const std::vector<std::int32_t>& corners) {
     return std::all_of(corners.begin(), corners.end(), [&](std::int32_t n) {
         return n <= static_cast<std::int32_t>(mesh.nodes.size()) &&
-               node_point(state.mesh, n) == mesh.place(n);
+               node_point(state.mesh, NodeNumber(n)) == mesh.place(n);
     });
 }
 
@@ -215,12 +218,12 @@ bool take_border(const DrawnMesh& mesh, OpenSides& sides) {
     bool stands = true;
     for (const std::int32_t n : {mesh.node_at(0, 0), mesh.node_at(mesh.columns, 0),
                                  mesh.node_at(0, mesh.rows), mesh.node_at(mesh.columns, mesh.rows)})
-        stands = stands && node_point(state.mesh, n) == mesh.place(n);
+        stands = stands && node_point(state.mesh, NodeNumber(n)) == mesh.place(n);
     for (std::size_t i = 0; i < border.size(); ++i) {
         const std::vector<std::int32_t> nodes = way(sides, border[i], border[(i + 1) % border.size()], drawn);
         EXPECT_GE(nodes.size(), 2U) << "the border is broken behind node " << border[i];
         for (std::size_t k = 0; k + 1 < nodes.size(); ++k) {
-            stands = stands && mesh.is_on_outline(node_point(state.mesh, nodes[k]));
+            stands = stands && mesh.is_on_outline(node_point(state.mesh, NodeNumber(nodes[k])));
             if (const auto side = sides.find({nodes[k], nodes[k + 1]}); --side->second == 0)
                 sides.erase(side);
         }
@@ -256,7 +259,7 @@ std::size_t hanging_nodes(const OpenSides& inner, std::int32_t drawn) {
 void count_pieces(const ListingRow& line, const ClosedMesh& mesh, const std::set<Side>& sides, Tally& tally) {
     const std::size_t c = line.nodes.size();
     for (std::size_t k = 0; k < (line.closed == 1 ? c : c - (c > 0 ? 1 : 0)); ++k) {
-        const std::int32_t a = mesh.root(line.nodes[k]), b = mesh.root(line.nodes[(k + 1) % c]);
+        const std::int32_t a = mesh.root(line.nodes[k].value), b = mesh.root(line.nodes[(k + 1) % c].value);
         ++tally.line_pieces;
         tally.off_line += sides.contains({a, b}) || sides.contains({b, a}) ? 0 : 1;
     }
@@ -276,7 +279,7 @@ void expect_elements_on_lines(const ClosedMesh& mesh, const std::vector<DrawnGro
     }
     EXPECT_EQ(mesh.joints.size(), joints);
     std::size_t found = 0;
-    for (std::int32_t e = 1; e <= state.engine.highest_element; ++e)
+    for (ElementNumber e{1}; e <= state.engine.highest_element; ++e)
         found += state.mesh.type[e] == ELEMENT_BEAM || state.mesh.type[e] == ELEMENT_TRUSS ? 1 : 0;
     EXPECT_EQ(found, lines);
 }
@@ -307,7 +310,7 @@ std::string run_engine(const DrawnMesh& mesh, const std::vector<DrawnGroup>& gro
 }
 
 void check_mesh_of_engine(const DrawnMesh& before, const std::vector<DrawnGroup>& groups, Tally& tally) {
-    for (std::int32_t n = 1; n <= state.engine.highest_node; ++n)
+    for (NodeNumber n{1}; n <= state.engine.highest_node; ++n)
         EXPECT_TRUE(std::isfinite(state.mesh.x[n]) && std::isfinite(state.mesh.y[n])) << "node " << n;
     const ClosedMesh mesh = close_mesh(groups);
     expect_elements_on_lines(mesh, groups);

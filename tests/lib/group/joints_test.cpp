@@ -23,18 +23,19 @@ protected:
         reset_mesh(state.mesh);
         state.engine.frozen.fill(0);
         state.engine.side_sign.fill(0);
-        state.engine.highest_node = state.engine.highest_element = 0;
+        state.engine.highest_node = {};
+        state.engine.highest_element = {};
         state.engine.group = 1;
         state.listing.pipes = state.listing.convection_lines = state.listing.flow_sections = 0;
         state.tolerances.line = 0.01F;
     }
-    static std::vector<std::int32_t> nodes(const std::vector<Point>& points) {
-        std::vector<std::int32_t> numbers;
+    static std::vector<NodeNumber> nodes(const std::vector<Point>& points) {
+        std::vector<NodeNumber> numbers;
         for (const Point& p : points)
             numbers.push_back(add_node(state.mesh, state.engine, p));
         return numbers;
     }
-    static void expect_at(std::int32_t n, float x, float y) {
+    static void expect_at(NodeNumber n, float x, float y) {
         EXPECT_NEAR(state.mesh.x[n], x, 1.0E-5F) << "node " << n;
         EXPECT_NEAR(state.mesh.y[n], y, 1.0E-5F) << "node " << n;
     }
@@ -49,7 +50,7 @@ TEST_F(GroupJoint, TwinsLieToTheLeftAndMeetInMitres) {
     expect_at(twins[0], 0.0F, 0.5F);
     expect_at(twins[1], 1.5F, 0.5F);
     expect_at(twins[2], 1.5F, 3.0F);
-    for (const std::int32_t n : {line[0], line[2], twins[0], twins[2]})
+    for (const NodeNumber n : {line[0], line[2], twins[0], twins[2]})
         EXPECT_EQ(state.engine.frozen[n], 1);
 }
 
@@ -76,13 +77,13 @@ TEST_F(GroupJoint, ClosedLineHasAMitreAtEachNode) {
     expect_at(twins[1], 3.0F, 1.0F);
     expect_at(twins[2], 3.0F, 3.0F);
     expect_at(twins[3], 1.0F, 3.0F);
-    add_joints(state.mesh, state.engine, line, twins, true, 9, 0);
-    EXPECT_EQ(state.engine.highest_element, 4);
-    EXPECT_EQ(state.mesh.words[4].corner_1, line[3]);
-    EXPECT_EQ(state.mesh.words[4].corner_2, line[0]);
-    EXPECT_EQ(state.mesh.words[4].corner_3, twins[0]);
-    EXPECT_EQ(state.mesh.words[4].corner_4, twins[3]);
-    EXPECT_EQ(state.engine.workable[4], 0);
+    add_joints(state.mesh, state.engine, line, twins, true, MaterialNumber(9), 0);
+    EXPECT_EQ(state.engine.highest_element.value, 4);
+    EXPECT_EQ(state.mesh.words[ElementNumber(4)].corner_1, line[3]);
+    EXPECT_EQ(state.mesh.words[ElementNumber(4)].corner_2, line[0]);
+    EXPECT_EQ(state.mesh.words[ElementNumber(4)].corner_3, twins[0]);
+    EXPECT_EQ(state.mesh.words[ElementNumber(4)].corner_4, twins[3]);
+    EXPECT_EQ(state.engine.workable[ElementNumber(4)].value, 0);
 }
 
 TEST_F(GroupJoint, LineOfOneNodeHasATwinAtTheNodeAndNoJoint) {
@@ -90,8 +91,8 @@ TEST_F(GroupJoint, LineOfOneNodeHasATwinAtTheNodeAndNoJoint) {
     const auto twins = add_twin_line(state.mesh, state.engine, line, false, 0.5F);
     ASSERT_EQ(twins.size(), 1U);
     expect_at(twins[0], 3.0F, 4.0F);
-    add_joints(state.mesh, state.engine, line, twins, false, 9, 0);
-    EXPECT_EQ(state.engine.highest_element, 0);
+    add_joints(state.mesh, state.engine, line, twins, false, MaterialNumber(9), 0);
+    EXPECT_EQ(state.engine.highest_element.value, 0);
 }
 
 // --- back onto the limits ---------------------------------------------------------------------------
@@ -140,42 +141,42 @@ TEST_F(GroupJoint, TwinsFollowALineThatALaterGroupHasMoved) {
 
 TEST_F(GroupJoint, ClosedBeamsAreWalkedBackwardsInMechanicalKindsOnly) {
     const auto line = nodes({{0, 0}, {1, 0}, {1, 1}});
-    add_line_elements(state.mesh, state.engine, state.listing, 0, true, 2, 7, line);
-    ASSERT_EQ(state.engine.highest_element, 3);
-    EXPECT_EQ(state.mesh.words[1].corner_1, line[0]);
-    EXPECT_EQ(state.mesh.words[1].corner_2, line[2]);
-    EXPECT_EQ(state.mesh.words[2].corner_1, line[2]);
-    EXPECT_EQ(state.mesh.words[2].corner_2, line[1]);
-    EXPECT_EQ(state.mesh.words[3].corner_1, line[1]);
-    EXPECT_EQ(state.mesh.words[3].corner_2, line[0]);
-    EXPECT_EQ(state.mesh.type[3], ELEMENT_BEAM);
-    EXPECT_EQ(state.mesh.words[3].material, 7);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, true, 2, MaterialNumber(7), line);
+    ASSERT_EQ(state.engine.highest_element.value, 3);
+    EXPECT_EQ(state.mesh.words[ElementNumber(1)].corner_1, line[0]);
+    EXPECT_EQ(state.mesh.words[ElementNumber(1)].corner_2, line[2]);
+    EXPECT_EQ(state.mesh.words[ElementNumber(2)].corner_1, line[2]);
+    EXPECT_EQ(state.mesh.words[ElementNumber(2)].corner_2, line[1]);
+    EXPECT_EQ(state.mesh.words[ElementNumber(3)].corner_1, line[1]);
+    EXPECT_EQ(state.mesh.words[ElementNumber(3)].corner_2, line[0]);
+    EXPECT_EQ(state.mesh.type[ElementNumber(3)], ELEMENT_BEAM);
+    EXPECT_EQ(state.mesh.words[ElementNumber(3)].material.value, 7);
     const Edition temperature(TEMPERATURE);
-    add_line_elements(state.mesh, state.engine, state.listing, 0, true, 2, 7, line);
-    EXPECT_EQ(state.mesh.words[4].corner_1, line[0]);
-    EXPECT_EQ(state.mesh.words[4].corner_2, line[1]);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, true, 2, MaterialNumber(7), line);
+    EXPECT_EQ(state.mesh.words[ElementNumber(4)].corner_1, line[0]);
+    EXPECT_EQ(state.mesh.words[ElementNumber(4)].corner_2, line[1]);
 }
 
 TEST_F(GroupJoint, BeamsFreeTheRotationOfTheirNodes) {
     const auto line = nodes({{0, 0}, {1, 0}});
     state.mesh.codes[line[0]] = state.mesh.codes[line[1]] = {1, 1, 1, 1, 1};
-    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 3, 7, line);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 3, MaterialNumber(7), line);
     EXPECT_EQ(state.mesh.codes[line[0]], (NodeCodes{1, 1, 1, 1, 1}));
-    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 2, 7, line);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 2, MaterialNumber(7), line);
     EXPECT_EQ(state.mesh.codes[line[0]], (NodeCodes{1, 1, 0, 1, 1}));
     const Edition coupled(COUPLED);
-    add_line_elements(state.mesh, state.engine, state.listing, 0, false, -2, 7, line);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, -2, MaterialNumber(7), line);
     EXPECT_EQ(state.mesh.codes[line[1]], (NodeCodes{1, 1, 0, 1, 0}));
-    EXPECT_EQ(state.engine.side_sign[2], 0);
-    EXPECT_EQ(state.engine.side_sign[3], -1);
+    EXPECT_EQ(state.engine.side_sign[ElementNumber(2)], 0);
+    EXPECT_EQ(state.engine.side_sign[ElementNumber(3)], -1);
 }
 
 TEST_F(GroupJoint, TemperatureLinesAreNumberedInTheirNodes) {
     const Edition temperature(TEMPERATURE);
     const auto first = nodes({{0, 0}, {1, 0}, {2, 0}});
     const auto second = nodes({{0, 1}, {1, 1}});
-    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 3, 8, first);
-    add_line_elements(state.mesh, state.engine, state.listing, 0, true, 3, 9, second);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 3, MaterialNumber(8), first);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, true, 3, MaterialNumber(9), second);
     EXPECT_EQ(state.mesh.codes[first[0]], (NodeCodes{3, 8, 1, 1, 3}));
     EXPECT_EQ(state.mesh.codes[first[2]], (NodeCodes{3, 8, 1, 3, 3}));
     EXPECT_EQ(state.mesh.codes[second[0]], (NodeCodes{3, 9, 2, 1, -2}));
@@ -186,29 +187,29 @@ TEST_F(GroupJoint, HeadLinesWriteLess) {
     const Edition head(HEAD);
     const auto line = nodes({{0, 0}, {1, 0}});
     state.mesh.codes[line[0]] = state.mesh.codes[line[1]] = {5, 5, 5, 5, 5};
-    add_line_elements(state.mesh, state.engine, state.listing, 0, true, 3, 8, line);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, true, 3, MaterialNumber(8), line);
     EXPECT_EQ(state.mesh.codes[line[0]], (NodeCodes{5, 5, 5, 5, 5}));
-    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 3, 8, line);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 3, MaterialNumber(8), line);
     EXPECT_EQ(state.mesh.codes[line[0]], (NodeCodes{3, 0, 5, 5, 5}));
-    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 5, 8, line);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 5, MaterialNumber(8), line);
     EXPECT_EQ(state.mesh.codes[line[1]], (NodeCodes{1, 8, 5, 5, 5}));
-    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 4, 8, line);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 4, MaterialNumber(8), line);
     EXPECT_EQ(state.mesh.codes[line[1]], (NodeCodes{0, 8, 5, 5, 5}));
 }
 
 TEST_F(GroupJoint, MoveFreezesTheLineEvenWithoutElements) {
     const auto line = nodes({{0, 0}, {1, 0}});
-    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 0, 0, line);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 0, MaterialNumber(0), line);
     EXPECT_EQ(state.engine.frozen[line[0]], 0);
-    add_line_elements(state.mesh, state.engine, state.listing, 1, false, 0, 0, line);
+    add_line_elements(state.mesh, state.engine, state.listing, 1, false, 0, MaterialNumber(0), line);
     EXPECT_EQ(state.engine.frozen[line[0]], 1);
-    EXPECT_EQ(state.engine.highest_element, 0);
+    EXPECT_EQ(state.engine.highest_element.value, 0);
 }
 
 TEST_F(GroupJoint, MarkOfAGroupIsHeldInEightBits) {
     state.engine.group = 300;
     const auto line = nodes({{0, 0}, {1, 0}});
-    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 2, 7, line);
+    add_line_elements(state.mesh, state.engine, state.listing, 0, false, 2, MaterialNumber(7), line);
     EXPECT_EQ(state.mesh.node_mark[line[0]], 44);
 }
 
@@ -216,23 +217,23 @@ TEST_F(GroupJoint, MarkOfAGroupIsHeldInEightBits) {
 
 TEST_F(GroupJoint, CentroidOnAnEdgeOfThePathIsOutside) {
     const auto corner = nodes({{0, 0}, {2, 0}, {2, 2}, {0, 2}});
-    state.engine.highest_element = 1;
-    state.mesh.type[1] = ELEMENT_CONTINUUM;
-    state.engine.workable[1] = 1;
-    state.mesh.words[1].material = 1;
-    state.mesh.density[1] = 0.0F;
-    set_corners(state.mesh, state.engine, 1, {{corner[0], corner[1], corner[2], corner[3]}});
+    state.engine.highest_element = ElementNumber(1);
+    state.mesh.type[ElementNumber(1)] = ELEMENT_CONTINUUM;
+    state.engine.workable[ElementNumber(1)] = ElementNumber(1);
+    state.mesh.words[ElementNumber(1)].material = MaterialNumber(1);
+    state.mesh.density[ElementNumber(1)] = 0.0F;
+    set_corners(state.mesh, state.engine, ElementNumber(1), {{corner[0], corner[1], corner[2], corner[3]}});
     build_indexes(state.mesh, state.engine);
     RegionMaterial material;
     material.group_type = 3;
-    material.material = 6;
+    material.material = MaterialNumber(6);
     // The centroid (1, 1) lies on the left edge: no crossing is strictly to its left.
     const std::vector<Point> on_edge{{1, 0}, {3, 0}, {3, 3}, {1, 3}};
     apply_region(state.mesh, state.engine, material, on_edge);
-    EXPECT_EQ(state.mesh.words[1].material, 1);
+    EXPECT_EQ(state.mesh.words[ElementNumber(1)].material.value, 1);
     const std::vector<Point> around{{0.5F, 0}, {3, 0}, {3, 3}, {0.5F, 3}};
     apply_region(state.mesh, state.engine, material, around);
-    EXPECT_EQ(state.mesh.words[1].material, 6);
+    EXPECT_EQ(state.mesh.words[ElementNumber(1)].material.value, 6);
 }
 
 class GroupListing : public GroupJoint {
@@ -247,11 +248,11 @@ protected:
 
     static std::vector<std::int32_t> groups_of(std::int32_t element, const ElementWords& words,
                                                std::int8_t type) {
-        state.mesh.words[element] = words;
+        state.mesh.words[ElementNumber(element)] = words;
         std::vector<std::int32_t> groups;
         for (const MemberRecord& member :
              members_of(begin_membership(state.tolerances, state.engine, state.listing), state.mesh,
-                        state.tolerances, element, type))
+                        state.tolerances, ElementNumber(element), type))
             groups.push_back(member.group);
         return groups;
     }
@@ -262,14 +263,14 @@ TEST_F(GroupListing, JointRecordGivesLineTwinAndStrip) {
     record.group = 4;
     record.group_type = -2;
     record.inner_line_type = 2;
-    record.inner_line_material = 3;
+    record.inner_line_material = MaterialNumber(3);
     record.nodes = nodes({{0, 0}, {1, 0}});
     record.twins = nodes({{0, 1}, {1, 1}});
     add_rows(state.mesh, state.listing, file_, record);  // no second line: LMo is 0
     record.outer_line_type = 2;
-    record.outer_line_material = 5;
+    record.outer_line_material = MaterialNumber(5);
     add_rows(state.mesh, state.listing, file_, record);
-    record.inner_line_material = 0;
+    record.inner_line_material = MaterialNumber(0);
     add_rows(state.mesh, state.listing, file_, record);
     ASSERT_EQ(state.listing.rows.size(), 7U);
     const std::vector<std::int32_t> kinds{ROW_LINE,  ROW_JOINT, ROW_LINE, ROW_LINE,
@@ -291,9 +292,9 @@ TEST_F(GroupListing, FilesShowRecordsAndRows) {
     record.group_type = -3;
     record.joint_thickness = 0.5F;
     record.inner_line_type = -2;
-    record.outer_line_material = 12;
-    record.nodes = {7, 8, 9};
-    record.twins = {10, 11, 99990};
+    record.outer_line_material = MaterialNumber(12);
+    record.nodes = node_numbers({7, 8, 9});
+    record.twins = node_numbers({10, 11, 99990});
     write_joint_record(file_, record);
     add_row(state.listing, file_, {3, ROW_LINE, 2, 0, {{1, 2.5F}}});
     state.channels.close(32);
@@ -329,7 +330,7 @@ TEST_F(GroupListing, BeamOfAnotherDivisionThanItsLineIsNoMember) {
     ElementWords beam;
     beam.corner_1 = beam.corner_4 = line[0];
     beam.corner_2 = beam.corner_3 = line[2];
-    beam.material = 3;
+    beam.material = MaterialNumber(3);
     EXPECT_TRUE(groups_of(1, beam, ELEMENT_BEAM).empty());
     beam.corner_2 = beam.corner_3 = line[1];
     EXPECT_EQ(groups_of(2, beam, ELEMENT_BEAM), (std::vector<std::int32_t>{7}));
@@ -347,7 +348,7 @@ TEST_F(GroupListing, ElementInsideTwoOutlinesHasTwoRecordsAndNoneForMinusOne) {
     words.corner_2 = corner[1];
     words.corner_3 = corner[2];
     words.corner_4 = corner[3];
-    words.material = 2;
+    words.material = MaterialNumber(2);
     EXPECT_EQ(groups_of(5, words, ELEMENT_CONTINUUM), (std::vector<std::int32_t>{1, 4}));
 }
 

@@ -17,7 +17,7 @@ TEST_F(GroupCutEnd, EndTakesTheNearestFreeCorner) {
     place({7, 1}, {7, 30});
     expect_node(2, 7, 1);
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 1, 0, 0}));
-    EXPECT_EQ(state.engine.highest_node, 4);
+    EXPECT_EQ(state.engine.highest_node.value, 4);
 }
 
 TEST_F(GroupCutEnd, EndHalfwayTakesTheFirstCorner) {
@@ -34,7 +34,7 @@ TEST_F(GroupCutEnd, CornerOfAnEndIsMarkedInItsNeighbours) {
     element(2, {2, 5, 6, 3});
     build_indexes(state.mesh, state.engine);
     place({9, 1}, {15, 1});
-    ASSERT_EQ(cut.rows[0].element, 2) << "the other point lies in it";
+    ASSERT_EQ(cut.rows[0].element.value, 2) << "the other point lies in it";
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 0}));
     EXPECT_EQ(corner_marks(1), (FourNodes{0, 1, 0, 0}));
 }
@@ -56,7 +56,7 @@ TEST_F(GroupCutEnd, CornerNamedTwiceIsMarkedTwiceInTheNeighboursOnly) {
     element(2, {2, 5, 3, 3});
     build_indexes(state.mesh, state.engine);
     place({4.3F, 3.9F}, {6, 3.6F});
-    EXPECT_EQ(cut.rows.at(0).element, 2);
+    EXPECT_EQ(cut.rows.at(0).element.value, 2);
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 1, 0}));
 }
 
@@ -78,7 +78,7 @@ TEST_F(GroupCutEnd, EndNearASideGoesOntoIt) {
         rectangle(10, 10, ALL);
         place({x, 1}, {x, 9});
         EXPECT_EQ(side_marks(0), (FourNodes{5, 0, 0, 0})) << x;
-        EXPECT_EQ(state.engine.highest_node, 5) << x;
+        EXPECT_EQ(state.engine.highest_node.value, 5) << x;
     };
     side_point(5);
     expect_node(5, 5, 0);
@@ -110,7 +110,7 @@ TEST_F(GroupCutEnd, CrossingAtACornerMovesItOnlyWhenBothAreFrozen) {
     place({0.75F, 0.5F}, {0.75F, 9});
     expect_node(1, 0, 0);
     EXPECT_EQ(corner_marks(0), (FourNodes{1, 0, 0, 0}));
-    EXPECT_EQ(state.engine.highest_node, 4);
+    EXPECT_EQ(state.engine.highest_node.value, 4);
     clear();
     rectangle(10, 10, ALL);
     place({9.25F, 0.5F}, {9.25F, 9});
@@ -126,7 +126,7 @@ TEST_F(GroupCutEnd, CrossingAtACornerMovesItOnlyWhenBothAreFrozen) {
 TEST_F(GroupCutEnd, LineAlongTheSideDoesNothing) {
     rectangle(10, 10, ALL);
     place({5, 1}, {7, 1});
-    EXPECT_EQ(state.engine.highest_node, 4);
+    EXPECT_EQ(state.engine.highest_node.value, 4);
     EXPECT_EQ(corner_marks(0), (FourNodes{0, 0, 0, 0}));
     EXPECT_EQ(side_marks(0), (FourNodes{0, 0, 0, 0}));
 }
@@ -135,10 +135,10 @@ TEST_F(GroupCutEnd, LineAlongTheSideDoesNothing) {
 TEST_F(GroupCutEnd, EndWellInsideBecomesTheCentre) {
     rectangle(10, 10, ALL);
     place({5, 3}, {5, -5});
-    EXPECT_EQ(cut.rows[0].centre_node, 5);
+    EXPECT_EQ(cut.rows[0].centre_node.value, 5);
     expect_node(5, 5, 3);
     split_rows(state.mesh, state.engine, cut);
-    ASSERT_EQ(state.engine.highest_element, 4);
+    ASSERT_EQ(state.engine.highest_element.value, 4);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 5, 0}));
     EXPECT_EQ(corners(2), (FourNodes{2, 3, 5, 0}));
     EXPECT_EQ(corners(3), (FourNodes{5, 3, 4, 0}));
@@ -149,7 +149,7 @@ TEST_F(GroupCutEnd, EndWellInsideBecomesTheCentre) {
 TEST_F(GroupCutEnd, EndRatherNearASideGoesBackHalfTheWay) {
     rectangle(10, 10, ALL);
     place({5, 3}, {5, 9});
-    EXPECT_EQ(cut.rows[0].centre_node, 5);
+    EXPECT_EQ(cut.rows[0].centre_node.value, 5);
     expect_node(5, 5, 4.5F);
 }
 
@@ -187,10 +187,10 @@ protected:
 
 TEST_F(GroupCutEndTriangle, EndWellInsideBecomesTheCentre) {
     place({4, 2}, {4, -2});
-    EXPECT_EQ(cut.rows[0].centre_node, 4);
+    EXPECT_EQ(cut.rows[0].centre_node.value, 4);
     expect_node(4, 4, 2);
     split_rows(state.mesh, state.engine, cut);
-    ASSERT_EQ(state.engine.highest_element, 3);
+    ASSERT_EQ(state.engine.highest_element.value, 3);
     EXPECT_EQ(corners(1), (FourNodes{1, 2, 4, 0}));
     EXPECT_EQ(corners(2), (FourNodes{4, 2, 3, 0}));
     EXPECT_EQ(corners(3), (FourNodes{1, 4, 3, 0}));
@@ -225,18 +225,18 @@ TEST_F(GroupCutEnd, CentreStartsByKindAndFollowsItsCorners) {
         clear();
         rectangle(10, 10, ALL);
         for (const std::int32_t n : ALL)
-            state.mesh.codes[n] = has_values ? NodeCodes{} : NodeCodes{1, 1, 1, 1, 1};
-        state.mesh.codes[3][1] = has_values ? 6 : 0;
-        state.mesh.head[2] = 4.0F;
+            state.mesh.codes[NodeNumber(n)] = has_values ? NodeCodes{} : NodeCodes{1, 1, 1, 1, 1};
+        state.mesh.codes[NodeNumber(3)][1] = has_values ? 6 : 0;
+        state.mesh.head[NodeNumber(2)] = 4.0F;
         place({5, 3}, {5, -5});
-        ASSERT_EQ(state.engine.highest_node, 5);
-        EXPECT_EQ(state.mesh.codes[5][0], kind == TEMPERATURE ? 0 : 1) << kind;
-        EXPECT_EQ(state.mesh.codes[5][1], has_values ? 6 : 0) << kind;
+        ASSERT_EQ(state.engine.highest_node.value, 5);
+        EXPECT_EQ(state.mesh.codes[NodeNumber(5)][0], kind == TEMPERATURE ? 0 : 1) << kind;
+        EXPECT_EQ(state.mesh.codes[NodeNumber(5)][1], has_values ? 6 : 0) << kind;
         if (kind != TEMPERATURE) {
-            EXPECT_EQ(state.mesh.codes[5][2], 1) << kind;
+            EXPECT_EQ(state.mesh.codes[NodeNumber(5)][2], 1) << kind;
         }
         if (has_values) {
-            EXPECT_EQ(state.mesh.head[5], 4.0F) << kind;
+            EXPECT_EQ(state.mesh.head[NodeNumber(5)], 4.0F) << kind;
         }
     }
 }

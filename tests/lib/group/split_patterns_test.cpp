@@ -17,17 +17,17 @@ constexpr int TRIANGLE_ROW = 3, QUADRILATERAL_ROW = 4;
 // A row with the marks in the text: "V1 S2 C".
 CutRow row_with(int corners, const std::string& marks) {
     CutRow row;
-    row.element = 1;
+    row.element = ElementNumber(1);
     for (int i = 0; i < corners; ++i)
-        row.corner_node[i] = 11 + i;
+        row.corner_node[i] = NodeNumber(11 + i);
     std::istringstream text(marks);
     for (std::string mark; text >> mark;) {
         if (mark == "C")
-            row.centre_node = 31;
+            row.centre_node = NodeNumber(31);
         else if (mark[0] == 'V')
             row.corner_on_line[mark[1] - '1'] = 1;
         else
-            row.side_node[mark[1] - '1'] = 21 + mark[1] - '1';
+            row.side_node[mark[1] - '1'] = NodeNumber(21 + mark[1] - '1');
     }
     return row;
 }
@@ -242,7 +242,7 @@ double area_of(const std::vector<At>& ring, bool triangle) {
 int left_out(const CutRow& row) {
     int left = 0;
     for (int i = 0; i < row.corners(); ++i) {
-        bool used = row.side_node[i] == 0;
+        bool used = row.side_node[i].is_none();
         for (const Part& part : parts_of(row))
             for (const At at : part)
                 used = used || at == static_cast<At>(static_cast<int>(At::s1) + i);
@@ -254,7 +254,7 @@ int left_out(const CutRow& row) {
 int sides_of(const CutRow& row) {
     int count = 0;
     for (int i = 0; i < row.corners(); ++i)
-        count += row.side_node[i] != 0 ? 1 : 0;
+        count += row.side_node[i].names_one() ? 1 : 0;
     return count;
 }
 
@@ -263,12 +263,12 @@ int sides_of(const CutRow& row) {
 int expected_left_out(const CutRow& row) {
     const bool V1 = row.corner_on_line[0] == 1, V2 = row.corner_on_line[1] == 1,
                V3 = row.corner_on_line[2] == 1, V4 = row.corner_on_line[3] == 1;
-    const bool S1 = row.side_node[0] != 0, S2 = row.side_node[1] != 0, S3 = row.side_node[2] != 0,
-               S4 = row.side_node[3] != 0;
+    const bool S1 = row.side_node[0].names_one(), S2 = row.side_node[1].names_one(),
+               S3 = row.side_node[2].names_one(), S4 = row.side_node[3].names_one();
     const int NS = sides_of(row);
     if (NS == 0)
         return 0;
-    if (row.centre_node != 0)
+    if (row.centre_node.names_one())
         return V1 || V2 || V3 || V4 ? NS : NS - 1;
     if (NS >= 2)
         return NS - 2;
@@ -290,9 +290,9 @@ std::string marks_text(const CutRow& row) {
     std::string text = row.is_triangle() ? "triangle" : "quadrilateral";
     for (int i = 0; i < row.corners(); ++i) {
         text += row.corner_on_line[i] == 1 ? " V" + std::to_string(i + 1) : "";
-        text += row.side_node[i] != 0 ? " S" + std::to_string(i + 1) : "";
+        text += row.side_node[i].names_one() ? " S" + std::to_string(i + 1) : "";
     }
-    return text + (row.centre_node != 0 ? " C" : "");
+    return text + (row.centre_node.names_one() ? " C" : "");
 }
 
 std::vector<CutRow> all_rows() {
@@ -302,9 +302,9 @@ std::vector<CutRow> all_rows() {
             CutRow row = row_with(corners, "");
             for (int i = 0; i < corners; ++i) {
                 row.corner_on_line[i] = marks >> i & 1;
-                row.side_node[i] = (marks >> (corners + i) & 1) * (21 + i);
+                row.side_node[i] = NodeNumber((marks >> (corners + i) & 1) * (21 + i));
             }
-            row.centre_node = (marks >> (2 * corners) & 1) * 31;
+            row.centre_node = NodeNumber((marks >> (2 * corners) & 1) * 31);
             rows.push_back(row);
         }
     return rows;
@@ -313,10 +313,10 @@ std::vector<CutRow> all_rows() {
 bool exists_in(const CutRow& row, At at) {
     const int place = static_cast<int>(at);
     if (at == At::centre)
-        return row.centre_node != 0;
+        return row.centre_node.names_one();
     if (place >= static_cast<int>(At::s1))
-        return row.side_node[place - static_cast<int>(At::s1)] != 0;
-    return row.corner_node[place - static_cast<int>(At::n1)] > 0;
+        return row.side_node[place - static_cast<int>(At::s1)].names_one();
+    return row.corner_node[place - static_cast<int>(At::n1)].names_one();
 }
 
 TEST(SplitPatterns, PartsUseNodesThatTheRowHas) {

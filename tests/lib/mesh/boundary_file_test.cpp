@@ -26,14 +26,14 @@ protected:
         result_ = {};
     }
     void node(std::int32_t n, const NodeCodes& words) {
-        state.mesh.node_in_use[n] = 1;
-        state.mesh.codes[n] = words;
-        result_.nodes.include(n);
+        state.mesh.node_in_use[NodeNumber(n)] = 1;
+        state.mesh.codes[NodeNumber(n)] = words;
+        result_.nodes.include(NodeNumber(n));
     }
     void truss(std::int32_t n, std::int32_t i, std::int32_t j) {
-        state.mesh.type_in_use[n] = ELEMENT_TRUSS;
-        state.mesh.words[n] = {i, j, j, i, 0, 0, 0, 0, 1};
-        result_.elements.include(n);
+        state.mesh.type_in_use[ElementNumber(n)] = ELEMENT_TRUSS;
+        state.mesh.words[ElementNumber(n)] = words_of({i, j, j, i});
+        result_.elements.include(ElementNumber(n));
     }
     Lines boundary() const { return lines(directory.read("Boundary.Man")); }
     static Lines lines(const std::string& text) {
@@ -72,10 +72,10 @@ TEST_F(BoundaryWords, CountOfTheFirstNodeCutsThePipe) {
     EXPECT_EQ(behind(PIPE_VALUES, 1), Lines{"      1      8      0      2"});
     EXPECT_EQ(behind(NODE_LIST, 1), Lines{"      4      5"});
     // The scan ends with the second: the others keep their words.
-    EXPECT_EQ(state.mesh.codes[5][0], 0);
-    EXPECT_EQ(state.mesh.codes[5][1], 0);
-    EXPECT_EQ(state.mesh.codes[6][0], 2);
-    EXPECT_EQ(state.mesh.codes[7][1], 9);
+    EXPECT_EQ(state.mesh.codes[NodeNumber(5)][0], 0);
+    EXPECT_EQ(state.mesh.codes[NodeNumber(5)][1], 0);
+    EXPECT_EQ(state.mesh.codes[NodeNumber(6)][0], 2);
+    EXPECT_EQ(state.mesh.codes[NodeNumber(7)][1], 9);
 }
 
 TEST_F(BoundaryWords, PositionsThatNoNodeFillsShow0) {
@@ -94,7 +94,7 @@ TEST_F(BoundaryWords, PositionOutsideTheListIsLeftOutAndItsCodesAreCleared) {
     write_pipes(state.channels, state.mesh, state.listing, result_);
     EXPECT_EQ(behind(NODE_LIST, 1), Lines{"      0      6      0"});
     for (const std::int32_t n : {4, 5, 6})
-        EXPECT_EQ(state.mesh.codes[n][0] + state.mesh.codes[n][1], 0) << n;
+        EXPECT_EQ(state.mesh.codes[NodeNumber(n)][0] + state.mesh.codes[NodeNumber(n)][1], 0) << n;
 }
 
 TEST_F(BoundaryWords, NegativeCountIsThatOfAClosedLine) {
@@ -114,16 +114,16 @@ TEST_F(BoundaryWords, WordsOfOtherNodesAreNotOfALine) {
     node(6, {2, 7, 2, 1, 1});  // beyond the count
     node(7, {4, 7, 1, 1, 1});  // neither mark
     node(8, {3, 6, 1, 1, 1});
-    state.mesh.codes[9] = {2, 5, 1, 1, 1};  // not in the mesh
-    result_.nodes.include(9);
+    state.mesh.codes[NodeNumber(9)] = {2, 5, 1, 1, 1};  // not in the mesh
+    result_.nodes.include(NodeNumber(9));
     write_pipes(state.channels, state.mesh, state.listing, result_);
     EXPECT_EQ(behind("* NTNP ", 1), Lines{"     1"});
     EXPECT_EQ(behind("*  MATP       FVOL       SPHL        ROL        HCL", 1),
               Lines{"      8      0.000      0.000      0.000      0.000"});
     EXPECT_EQ(behind(NODE_LIST, 1), Lines{"      4"});
     for (const std::int32_t n : {5, 6, 7, 9})
-        EXPECT_NE(state.mesh.codes[n][1], 0) << n;
-    EXPECT_EQ(state.mesh.codes[8][1], 0);
+        EXPECT_NE(state.mesh.codes[NodeNumber(n)][1], 0) << n;
+    EXPECT_EQ(state.mesh.codes[NodeNumber(8)][1], 0);
 }
 
 TEST_F(BoundaryWords, OnlyTheTemperatureKindWritesLines) {
@@ -133,7 +133,7 @@ TEST_F(BoundaryWords, OnlyTheTemperatureKindWritesLines) {
         node(4, {2, 8, 1, 1, 1});
         write_pipes(state.channels, state.mesh, state.listing, result_);
         EXPECT_FALSE(directory.exists("Boundary.Man"));
-        EXPECT_EQ(state.mesh.codes[4][0], 2);
+        EXPECT_EQ(state.mesh.codes[NodeNumber(4)][0], 2);
     }
 }
 
@@ -155,7 +155,7 @@ protected:
     }
     static void mark(std::initializer_list<std::int32_t> nodes, int value) {
         for (const std::int32_t n : nodes)
-            state.mesh.node_mark[n] = static_cast<std::int8_t>(value);
+            state.mesh.node_mark[NodeNumber(n)] = static_cast<std::int8_t>(value);
     }
     // Titles in brackets and lists, as in "[one] 1 2 3; ".
     std::string runs() {

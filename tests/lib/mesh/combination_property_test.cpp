@@ -136,7 +136,7 @@ TEST(CombinationProperty, MatchesAreThoseOfTheScanOfAllPairs) {
         const int step = 1 + round % 3;
         const auto fill = [&](auto& active, auto& x, auto& y, Region& region, bool twice) {
             std::map<std::pair<int, int>, int> taken;
-            for (std::int32_t n = 1; n <= 1500; ++n) {
+            for (NodeNumber n{1}; n <= NodeNumber(1500); ++n) {
                 const int i = static_cast<int>(random() % 60) * step,
                           j = static_cast<int>(random() % 60) * step;
                 if (random() % 3 == 0 || (!twice && taken[{i, j}]++ > 0))
@@ -152,31 +152,34 @@ TEST(CombinationProperty, MatchesAreThoseOfTheScanOfAllPairs) {
         // The first region a little off.
         const float off = std::array{0.0F, 0.25F, 0.125F, 0.5F}[static_cast<std::size_t>(round) % 4];
         for (std::int32_t n = 1; n <= 1500; ++n)
-            first.x[n] = first.x[n] + off;
+            first.x[NodeNumber(n)] = first.x[NodeNumber(n)] + off;
 
         float DMIN = 1.0E35F;
         std::map<std::int32_t, std::int32_t> expected;
         for (std::int32_t a = 1; a <= 1500; ++a) {
             for (std::int32_t b = a + 1; b <= 1500; ++b) {
-                if (first.node_in_use[a] == 1 && first.node_in_use[b] == 1)
-                    DMIN = std::min(DMIN, distance_between(first.x[a], first.y[a], first.x[b], first.y[b]));
-                if (state.mesh.node_in_use[a] == 1 && state.mesh.node_in_use[b] == 1)
-                    DMIN = std::min(DMIN, distance_between(state.mesh.x[a], state.mesh.y[a], state.mesh.x[b],
-                                                           state.mesh.y[b]));
+                if (first.node_in_use[NodeNumber(a)] == 1 && first.node_in_use[NodeNumber(b)] == 1)
+                    DMIN = std::min(DMIN, distance_between(first.x[NodeNumber(a)], first.y[NodeNumber(a)],
+                                                           first.x[NodeNumber(b)], first.y[NodeNumber(b)]));
+                if (state.mesh.node_in_use[NodeNumber(a)] == 1 && state.mesh.node_in_use[NodeNumber(b)] == 1)
+                    DMIN = std::min(
+                        DMIN, distance_between(state.mesh.x[NodeNumber(a)], state.mesh.y[NodeNumber(a)],
+                                               state.mesh.x[NodeNumber(b)], state.mesh.y[NodeNumber(b)]));
             }
         }
         for (std::int32_t a = 1; a <= 1500; ++a) {
             expected[a] = 0;
             for (std::int32_t b = 1; b <= 1500; ++b)
-                if (first.node_in_use[a] == 1 && state.mesh.node_in_use[b] == 1 &&
-                    distance_between(first.x[a], first.y[a], state.mesh.x[b], state.mesh.y[b]) <= 0.5F * DMIN)
+                if (first.node_in_use[NodeNumber(a)] == 1 && state.mesh.node_in_use[NodeNumber(b)] == 1 &&
+                    distance_between(first.x[NodeNumber(a)], first.y[NodeNumber(a)],
+                                     state.mesh.x[NodeNumber(b)], state.mesh.y[NodeNumber(b)]) <= 0.5F * DMIN)
                     expected[a] = b;
         }
         EXPECT_EQ(smallest_spacing(state.combination, state.mesh, first), DMIN) << "round " << round;
         const NodeNumbers matches = match_nearest_nodes(state.combination, state.mesh, first, DMIN);
         std::size_t wrong = 0;
         for (std::int32_t a = 1; a <= 1500; ++a)
-            wrong += matches[a] != expected[a];
+            wrong += matches[NodeNumber(a)].value != expected[a];
         EXPECT_EQ(wrong, 0U) << "round " << round;
     }
 }

@@ -23,23 +23,23 @@ protected:
     }
 
     void first(std::int32_t n, float x, float y) {
-        tables.node_in_use[n] = 1;
-        tables.x[n] = x;
-        tables.y[n] = y;
-        tables.codes[n] = {n, n, n, n, n};
-        state.combination.first.nodes.include(n);
+        tables.node_in_use[NodeNumber(n)] = 1;
+        tables.x[NodeNumber(n)] = x;
+        tables.y[NodeNumber(n)] = y;
+        tables.codes[NodeNumber(n)] = {n, n, n, n, n};
+        state.combination.first.nodes.include(NodeNumber(n));
     }
     static void second(std::int32_t n, float x, float y) {
-        state.mesh.node_in_use[n] = 1;
-        state.mesh.x[n] = x;
-        state.mesh.y[n] = y;
-        state.mesh.codes[n] = {-n, -n, -n, -n, -n};
-        state.combination.second.nodes.include(n);
+        state.mesh.node_in_use[NodeNumber(n)] = 1;
+        state.mesh.x[NodeNumber(n)] = x;
+        state.mesh.y[NodeNumber(n)] = y;
+        state.mesh.codes[NodeNumber(n)] = {-n, -n, -n, -n, -n};
+        state.combination.second.nodes.include(NodeNumber(n));
     }
     static void pair(std::int32_t of_second, std::int32_t of_first) {
         ++state.deck.combination.pair_count;
-        state.deck.combination.second_nodes[state.deck.combination.pair_count] = of_second;
-        state.deck.combination.first_nodes[state.deck.combination.pair_count] = of_first;
+        state.deck.combination.second_nodes[state.deck.combination.pair_count] = NodeNumber(of_second);
+        state.deck.combination.first_nodes[state.deck.combination.pair_count] = NodeNumber(of_first);
     }
 
     NodeNumbers merge() { return merge_nodes(state.combination, state.mesh, tables, matches); }
@@ -54,10 +54,15 @@ private:
 // --- element numbers -----------------------------------------------------------------------------
 
 // Lowest and highest numbers of continuum, beam and truss elements; {100000, 0} for none.
-struct Ranges {
-    NumberRange continuum, beam, truss;
+struct Range {
+    std::int32_t lowest = NO_LOWEST_NUMBER, highest = 0;
+
+    NumberRange<ElementNumber> numbers() const { return {ElementNumber(lowest), ElementNumber(highest)}; }
 };
-constexpr NumberRange NONE{};
+struct Ranges {
+    Range continuum, beam, truss;
+};
+constexpr Range NONE{};
 
 struct Starts {
     std::int32_t second_continuum, first_continuum, second_beam, first_beam, second_truss, first_truss;
@@ -71,16 +76,16 @@ std::ostream& operator<<(std::ostream& out, const Starts& s) {
 
 Starts starts_of(const Ranges& second, const Ranges& first) {
     const auto set = [](Region& region, const Ranges& ranges) {
-        region.old_elements[0] = ranges.continuum;
-        region.old_elements[1] = ranges.beam;
-        region.old_elements[2] = ranges.truss;
+        region.old_elements[0] = ranges.continuum.numbers();
+        region.old_elements[1] = ranges.beam.numbers();
+        region.old_elements[2] = ranges.truss.numbers();
     };
     set(state.combination.first, first);
     set(state.combination.second, second);
     fix_region_numbers(state.combination);
-    return {state.combination.second.start[0], state.combination.first.start[0],
-            state.combination.second.start[1], state.combination.first.start[1],
-            state.combination.second.start[2], state.combination.first.start[2]};
+    return {state.combination.second.start[0].value, state.combination.first.start[0].value,
+            state.combination.second.start[1].value, state.combination.first.start[1].value,
+            state.combination.second.start[2].value, state.combination.first.start[2].value};
 }
 
 TEST_F(Combine, NumbersThatRiseFromRegionToRegionAndTypeToTypeStay) {
@@ -137,14 +142,14 @@ TEST_F(Combine, AnEmptySetTakesItsStartValuesOffWhatFollows) {
 }
 
 TEST_F(Combine, OnlyTheLowestNewNumbersAreHeldAgainstEachOther) {
-    state.combination.first.elements = {5, 9};
-    state.combination.second.elements = {5, 7};
+    state.combination.first.elements = Range{5, 9}.numbers();
+    state.combination.second.elements = Range{5, 7}.numbers();
     EXPECT_TRUE(regions_collide(state.combination));
-    state.combination.second.elements = {6, 7};
+    state.combination.second.elements = Range{6, 7}.numbers();
     EXPECT_FALSE(regions_collide(state.combination));
-    state.combination.first.elements = NONE;
+    state.combination.first.elements = {};
     EXPECT_FALSE(regions_collide(state.combination));
-    state.combination.second.elements = NONE;
+    state.combination.second.elements = {};
     EXPECT_TRUE(regions_collide(state.combination)) << "two regions without elements";
 }
 
@@ -177,10 +182,10 @@ TEST_F(Combine, NodesWithinHalfTheSpacingMatch) {
     first(12, -0.5F, 0.0F);    // exactly at the reach of 4
     first(13, -0.50000006F, 0.0F);
     matches = match_nearest_nodes(state.combination, state.mesh, tables, 1.0F);
-    EXPECT_EQ(matches[10], 5);
-    EXPECT_EQ(matches[11], 4);
-    EXPECT_EQ(matches[12], 4);
-    EXPECT_EQ(matches[13], 0);
+    EXPECT_EQ(matches[NodeNumber(10)].value, 5);
+    EXPECT_EQ(matches[NodeNumber(11)].value, 4);
+    EXPECT_EQ(matches[NodeNumber(12)].value, 4);
+    EXPECT_EQ(matches[NodeNumber(13)].value, 0);
 }
 
 TEST_F(Combine, WithoutAReachOnlyCoincidentNodesMatch) {
@@ -190,8 +195,8 @@ TEST_F(Combine, WithoutAReachOnlyCoincidentNodesMatch) {
     first(10, 1, 2);
     first(11, 1.0000001F, 2);
     matches = match_nearest_nodes(state.combination, state.mesh, tables, 0.0F);
-    EXPECT_EQ(matches[10], 5);
-    EXPECT_EQ(matches[11], 0);
+    EXPECT_EQ(matches[NodeNumber(10)].value, 5);
+    EXPECT_EQ(matches[NodeNumber(11)].value, 0);
 }
 
 TEST_F(Combine, ListedPairsMatchWhereverTheyAre) {
@@ -202,12 +207,12 @@ TEST_F(Combine, ListedPairsMatchWhereverTheyAre) {
     pair(5, 10);
     pair(4, 99);  // no node of the first region
     matches = match_listed_nodes(state.deck.combination, state.mesh, tables);
-    EXPECT_EQ(matches[10], 5);
-    EXPECT_EQ(matches[11], 0);
-    EXPECT_EQ(matches[99], 0);
+    EXPECT_EQ(matches[NodeNumber(10)].value, 5);
+    EXPECT_EQ(matches[NodeNumber(11)].value, 0);
+    EXPECT_EQ(matches[NodeNumber(99)].value, 0);
     pair(4, 10);
     matches = match_listed_nodes(state.deck.combination, state.mesh, tables);
-    EXPECT_EQ(matches[10], 4) << "the last pair of a node counts";
+    EXPECT_EQ(matches[NodeNumber(10)].value, 4) << "the last pair of a node counts";
 }
 
 TEST_F(Combine, AListedNodeThatIsNotThereEndsTheRun) {
@@ -235,36 +240,37 @@ protected:
         first(3, 1.125F, 2.125F);
         first(8, 30, 40);
         first(9, 50, 60);
-        matches[3] = 5;
+        matches[NodeNumber(3)] = NodeNumber(5);
     }
 };
 
 TEST_F(CombineNodes, TheOthersGoOnBehindTheSecondRegion) {
     const NodeNumbers new_numbers = merge();
-    EXPECT_EQ(new_numbers[3], 5);
-    EXPECT_EQ(new_numbers[8], 7);
-    EXPECT_EQ(new_numbers[9], 8);
-    EXPECT_EQ(state.mesh.x[7], 30.0F);
-    EXPECT_EQ(state.mesh.y[8], 60.0F);
-    EXPECT_EQ(state.mesh.codes[7][2], 8);
-    EXPECT_EQ(state.mesh.node_in_use[7], 1);
-    EXPECT_EQ(state.mesh.node_in_use[8], 1);
-    EXPECT_EQ(state.mesh.node_in_use[9], 0);
+    EXPECT_EQ(new_numbers[NodeNumber(3)].value, 5);
+    EXPECT_EQ(new_numbers[NodeNumber(8)].value, 7);
+    EXPECT_EQ(new_numbers[NodeNumber(9)].value, 8);
+    EXPECT_EQ(state.mesh.x[NodeNumber(7)], 30.0F);
+    EXPECT_EQ(state.mesh.y[NodeNumber(8)], 60.0F);
+    EXPECT_EQ(state.mesh.codes[NodeNumber(7)][2], 8);
+    EXPECT_EQ(state.mesh.node_in_use[NodeNumber(7)], 1);
+    EXPECT_EQ(state.mesh.node_in_use[NodeNumber(8)], 1);
+    EXPECT_EQ(state.mesh.node_in_use[NodeNumber(9)], 0);
 }
 
 TEST_F(CombineNodes, AMergedNodeHasTheDataOfTheSecondRegion) {
     merge();
-    EXPECT_EQ(state.mesh.x[5], 1.0F);
-    EXPECT_EQ(state.mesh.codes[5][0], -5);
+    EXPECT_EQ(state.mesh.x[NodeNumber(5)], 1.0F);
+    EXPECT_EQ(state.mesh.codes[NodeNumber(5)][0], -5);
 }
 
 TEST_F(CombineNodes, AMergedNodeTakesTheDataOfTheFirstRegionWhereTheDeckSaysSo) {
     state.combination.keeps_first_data = true;
     merge();
-    EXPECT_EQ(state.mesh.x[5], 1.125F);
-    EXPECT_EQ(state.mesh.y[5], 2.125F);
-    EXPECT_EQ(state.mesh.codes[5], (NodeCodes{3, 3, 3, -5, -5})) << "the displacement kind has three codes";
-    EXPECT_EQ(state.mesh.x[7], 30.0F);
+    EXPECT_EQ(state.mesh.x[NodeNumber(5)], 1.125F);
+    EXPECT_EQ(state.mesh.y[NodeNumber(5)], 2.125F);
+    EXPECT_EQ(state.mesh.codes[NodeNumber(5)], (NodeCodes{3, 3, 3, -5, -5}))
+        << "the displacement kind has three codes";
+    EXPECT_EQ(state.mesh.x[NodeNumber(7)], 30.0F);
 }
 
 TEST_F(CombineNodes, NodesBeyondTheTableEndTheRun) {
@@ -277,57 +283,57 @@ TEST_F(CombineNodes, NodesBeyondTheTableEndTheRun) {
 TEST_F(CombineNodes, TheLastPlaceOfTheTableCanBeTaken) {
     second(99988, 0, 0);
     const NodeNumbers new_numbers = merge();
-    EXPECT_EQ(new_numbers[9], 99990);
-    EXPECT_EQ(state.mesh.x[99990], 50.0F);
+    EXPECT_EQ(new_numbers[NodeNumber(9)].value, 99990);
+    EXPECT_EQ(state.mesh.x[NodeNumber(99990)], 50.0F);
 }
 
 TEST_F(CombineNodes, CornersAndMidsidesOfTheFirstRegionAreRenamed) {
     const NodeNumbers new_numbers = merge();
-    tables.type_in_use[20] = ELEMENT_CONTINUUM;
-    state.mesh.type_in_use[21] = ELEMENT_CONTINUUM;
+    tables.type_in_use[ElementNumber(20)] = ELEMENT_CONTINUUM;
+    state.mesh.type_in_use[ElementNumber(21)] = ELEMENT_CONTINUUM;
     for (const std::int32_t n : {20, 21})
-        state.mesh.words[n] = {3, 8, 9, 0, 8, -2, 0, 9, 1};
-    state.combination.first.elements = {20, 21};
+        state.mesh.words[ElementNumber(n)] = words_of({3, 8, 9, 0}, 1, {8, -2, 0, 9});
+    state.combination.first.elements = Range{20, 21}.numbers();
     renumber_first_elements(state.combination, state.mesh, tables, new_numbers);
-    const ElementWords& w = state.mesh.words[20];
-    EXPECT_EQ(w.corner_1, 5);
-    EXPECT_EQ(w.corner_2, 7);
-    EXPECT_EQ(w.corner_3, 8);
-    EXPECT_EQ(w.corner_4, 0);
-    EXPECT_EQ(w.midside_5, 7);
-    EXPECT_EQ(w.midside_6, -2) << "no node";
-    EXPECT_EQ(w.midside_8, 8);
-    EXPECT_EQ(state.mesh.words[21].corner_1, 3) << "an element of the second region";
+    const ElementWords& w = state.mesh.words[ElementNumber(20)];
+    EXPECT_EQ(w.corner_1.value, 5);
+    EXPECT_EQ(w.corner_2.value, 7);
+    EXPECT_EQ(w.corner_3.value, 8);
+    EXPECT_EQ(w.corner_4.value, 0);
+    EXPECT_EQ(w.midside_5.value, 7);
+    EXPECT_EQ(w.midside_6.value, -2) << "no node";
+    EXPECT_EQ(w.midside_8.value, 8);
+    EXPECT_EQ(state.mesh.words[ElementNumber(21)].corner_1.value, 3) << "an element of the second region";
 }
 
 TEST_F(CombineNodes, KindsWithoutMidsidesRenameFourWords) {
     for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
         const Edition kind(edition);
         NodeNumbers new_numbers;
-        new_numbers[3] = 5;
-        tables.type_in_use[20] = ELEMENT_CONTINUUM;
-        state.mesh.words[20] = {3, 3, 3, 3, 3, 3, 3, 3, 1};
-        state.combination.first.elements = {20, 20};
+        new_numbers[NodeNumber(3)] = NodeNumber(5);
+        tables.type_in_use[ElementNumber(20)] = ELEMENT_CONTINUUM;
+        state.mesh.words[ElementNumber(20)] = words_of({3, 3, 3, 3}, 1, {3, 3, 3, 3});
+        state.combination.first.elements = Range{20, 20}.numbers();
         renumber_first_elements(state.combination, state.mesh, tables, new_numbers);
-        EXPECT_EQ(state.mesh.words[20].corner_4, 5);
-        EXPECT_EQ(state.mesh.words[20].midside_5, 3);
+        EXPECT_EQ(state.mesh.words[ElementNumber(20)].corner_4.value, 5);
+        EXPECT_EQ(state.mesh.words[ElementNumber(20)].midside_5.value, 3);
     }
 }
 
 TEST_F(CombineNodes, CountsTakeTheFirstRegionsTypeFirst) {
-    tables.type_in_use[20] = ELEMENT_TRUSS;
-    state.mesh.type_in_use[20] = ELEMENT_CONTINUUM;
-    state.mesh.type_in_use[30] = ELEMENT_BEAM;
-    state.mesh.type_in_use[31] = ELEMENT_CONTINUUM;
+    tables.type_in_use[ElementNumber(20)] = ELEMENT_TRUSS;
+    state.mesh.type_in_use[ElementNumber(20)] = ELEMENT_CONTINUUM;
+    state.mesh.type_in_use[ElementNumber(30)] = ELEMENT_BEAM;
+    state.mesh.type_in_use[ElementNumber(31)] = ELEMENT_CONTINUUM;
     const ResultMesh result = count_combined(state.mesh, tables);
     EXPECT_EQ(result.counts.nodes, 2);
-    EXPECT_EQ(result.nodes.lowest, 5);
-    EXPECT_EQ(result.nodes.highest, 6);
+    EXPECT_EQ(result.nodes.lowest.value, 5);
+    EXPECT_EQ(result.nodes.highest.value, 6);
     EXPECT_EQ(result.counts.continuum_elements, 1);
     EXPECT_EQ(result.counts.beams, 1);
     EXPECT_EQ(result.counts.trusses, 1);
-    EXPECT_EQ(result.elements.lowest, 20);
-    EXPECT_EQ(result.elements.highest, 31);
+    EXPECT_EQ(result.elements.lowest.value, 20);
+    EXPECT_EQ(result.elements.highest.value, 31);
 }
 
 }  // namespace

@@ -76,13 +76,13 @@ protected:
             edit_elements(state.deck.edit, state.source, state.mesh, selection, mesh, type);
         std::map<std::int32_t, std::int32_t> result;
         for (const std::int32_t n : {10, 20, 30, 40, 50, 60, 70})
-            result[n] = state.mesh.type[n];
+            result[n] = state.mesh.type[ElementNumber(n)];
         return result;
     }
     static std::vector<std::int32_t> materials() {
         std::vector<std::int32_t> result;
         for (const std::int32_t n : {10, 20, 30, 40, 50, 60, 70})
-            result.push_back(state.mesh.words[n].material);
+            result.push_back(state.mesh.words[ElementNumber(n)].material.value);
         return result;
     }
 };
@@ -123,48 +123,48 @@ TEST_F(EditElements, ListTakesElementsOfAnyType) {
 
 TEST_F(EditElements, ExcludedMaterialSurvivesInsideTheWindow) {
     left_window(DELETE);
-    state.deck.edit.excluded_material_3 = 1;
+    state.deck.edit.excluded_material_3 = MaterialNumber(1);
     EXPECT_EQ(types(), (Types{{10, 1}, {20, 1}, {30, 1}, {40, 0}, {50, 2}, {60, 0}, {70, 3}}));
     clear();
     left_window(DELETE);
-    state.deck.edit.excluded_beam_material = 1;
+    state.deck.edit.excluded_beam_material = MaterialNumber(1);
     EXPECT_EQ(types(), (Types{{10, 0}, {20, 1}, {30, 1}, {40, 2}, {50, 2}, {60, 0}, {70, 3}}));
     clear();
     left_window(DELETE);
-    state.deck.edit.excluded_truss_material = 1;
+    state.deck.edit.excluded_truss_material = MaterialNumber(1);
     EXPECT_EQ(types(), (Types{{10, 0}, {20, 1}, {30, 1}, {40, 0}, {50, 2}, {60, 3}, {70, 3}}));
 }
 
 TEST_F(EditElements, ThreeContinuumMaterialsCanBeExcluded) {
     left_window(DELETE);
     state.deck.edit.side = 1;
-    state.deck.edit.excluded_material_1 = 2;
-    state.deck.edit.excluded_material_2 = 3;
+    state.deck.edit.excluded_material_1 = MaterialNumber(2);
+    state.deck.edit.excluded_material_2 = MaterialNumber(3);
     EXPECT_EQ(types(), (Types{{10, 1}, {20, 1}, {30, 1}, {40, 2}, {50, 0}, {60, 3}, {70, 0}}));
 }
 
 TEST_F(EditElements, NewMaterialOfEachTypeGoesToWhatIsSelected) {
     left_window(RENAME);
-    state.deck.edit.new_continuum_material = 9;
-    state.deck.edit.new_beam_material = 8;
-    state.deck.edit.new_truss_material = 7;
+    state.deck.edit.new_continuum_material = MaterialNumber(9);
+    state.deck.edit.new_beam_material = MaterialNumber(8);
+    state.deck.edit.new_truss_material = MaterialNumber(7);
     EXPECT_EQ(types(), ALL_KEPT);
     EXPECT_EQ(materials(), (Materials{9, 2, 3, 8, 2, 7, 2}));
 }
 
 TEST_F(EditElements, NewMaterialZeroLeavesTheOldOne) {
     left_window(RENAME);
-    state.deck.edit.new_beam_material = 8;
+    state.deck.edit.new_beam_material = MaterialNumber(8);
     EXPECT_EQ(types(), ALL_KEPT);
     EXPECT_EQ(materials(), (Materials{1, 2, 3, 8, 2, 1, 2}));
 }
 
 TEST_F(EditElements, ExcludedMaterialIsNotRenamed) {
     left_window(RENAME);
-    state.deck.edit.new_continuum_material = 9;
-    state.deck.edit.new_beam_material = 8;
-    state.deck.edit.new_truss_material = 7;
-    state.deck.edit.excluded_material_1 = state.deck.edit.excluded_truss_material = 1;
+    state.deck.edit.new_continuum_material = MaterialNumber(9);
+    state.deck.edit.new_beam_material = MaterialNumber(8);
+    state.deck.edit.new_truss_material = MaterialNumber(7);
+    state.deck.edit.excluded_material_1 = state.deck.edit.excluded_truss_material = MaterialNumber(1);
     types();
     EXPECT_EQ(materials(), (Materials{1, 2, 3, 8, 2, 1, 2}));
 }
@@ -172,7 +172,7 @@ TEST_F(EditElements, ExcludedMaterialIsNotRenamed) {
 TEST_F(EditElements, OtherSideLeavesAllMaterials) {
     left_window(RENAME);
     state.deck.edit.new_continuum_material = state.deck.edit.new_beam_material =
-        state.deck.edit.new_truss_material = 9;
+        state.deck.edit.new_truss_material = MaterialNumber(9);
     state.deck.edit.side = 3;
     types();
     EXPECT_EQ(materials(), AS_READ);
@@ -182,43 +182,43 @@ TEST_F(EditElements, DeletionAndNewMaterialsKeepAllNumbers) {
     for (const std::int32_t operation : {DELETE, RENAME}) {
         clear();
         left_window(operation);
-        state.deck.edit.first_node = 1000;
-        state.deck.edit.first_element = 2000;
+        state.deck.edit.first_node = NodeNumber(1000);
+        state.deck.edit.first_element = ElementNumber(2000);
         types();
-        EXPECT_EQ(state.mesh.x[8], 3.0F);
-        EXPECT_EQ(state.mesh.codes[8], (NodeCodes{0, 0, 1, 0, 0}));
-        EXPECT_EQ(state.mesh.words[30].corner_3, 8);
-        EXPECT_EQ(state.mesh.node_in_use[8], 0) << "the numbering closes up later";
-        EXPECT_EQ(state.mesh.type_in_use[30], -1) << "the numbering closes up later";
+        EXPECT_EQ(state.mesh.x[NodeNumber(8)], 3.0F);
+        EXPECT_EQ(state.mesh.codes[NodeNumber(8)], (NodeCodes{0, 0, 1, 0, 0}));
+        EXPECT_EQ(state.mesh.words[ElementNumber(30)].corner_3.value, 8);
+        EXPECT_EQ(state.mesh.node_in_use[NodeNumber(8)], 0) << "the numbering closes up later";
+        EXPECT_EQ(state.mesh.type_in_use[ElementNumber(30)], -1) << "the numbering closes up later";
     }
 }
 
 TEST_F(EditElements, UnknownOperationStoresNothing) {
     for (const std::int32_t operation : {7, -1, 100}) {
         clear();
-        state.mesh.words[10] = ElementWords{};
+        state.mesh.words[ElementNumber(10)] = ElementWords{};
         state.deck.edit.operation = operation;
         EXPECT_EQ(types(), (Types{{10, 0}, {20, 0}, {30, 0}, {40, 0}, {50, 0}, {60, 0}, {70, 0}}));
-        EXPECT_EQ(state.mesh.x[4], 0.0F);
-        EXPECT_EQ(state.mesh.words[10].corner_1, 0);
-        EXPECT_EQ(state.mesh.node_in_use[1], 0);
-        EXPECT_EQ(state.mesh.type_in_use[10], -1);
+        EXPECT_EQ(state.mesh.x[NodeNumber(4)], 0.0F);
+        EXPECT_EQ(state.mesh.words[ElementNumber(10)].corner_1.value, 0);
+        EXPECT_EQ(state.mesh.node_in_use[NodeNumber(1)], 0);
+        EXPECT_EQ(state.mesh.type_in_use[ElementNumber(10)], -1);
     }
 }
 
 TEST_F(EditElements, CodesOfAnOldSelectionGoToTheNewNumber) {
     state.deck.edit.operation = 1;
     state.deck.edit.selection_mode = 1;
-    state.deck.edit.first_node = 2;
+    state.deck.edit.first_node = NodeNumber(2);
     state.deck.edit.list_count = 1;
     state.deck.edit.list[1] = 4;
     state.deck.edit.new_codes = {5, 6, 7, 0, 0};
     types();
-    EXPECT_EQ(state.mesh.codes[5], (NodeCodes{5, 6, 7, 0, 0}));
-    EXPECT_EQ(state.mesh.codes[4], (NodeCodes{0, 0, 0, 0, 0}));
-    EXPECT_EQ(state.mesh.codes[9], (NodeCodes{0, 0, 1, 0, 0}));
-    EXPECT_EQ(state.mesh.node_in_use[1], 0);
-    EXPECT_EQ(state.mesh.node_in_use[9], 1);
+    EXPECT_EQ(state.mesh.codes[NodeNumber(5)], (NodeCodes{5, 6, 7, 0, 0}));
+    EXPECT_EQ(state.mesh.codes[NodeNumber(4)], (NodeCodes{0, 0, 0, 0, 0}));
+    EXPECT_EQ(state.mesh.codes[NodeNumber(9)], (NodeCodes{0, 0, 1, 0, 0}));
+    EXPECT_EQ(state.mesh.node_in_use[NodeNumber(1)], 0);
+    EXPECT_EQ(state.mesh.node_in_use[NodeNumber(9)], 1);
 }
 
 }  // namespace

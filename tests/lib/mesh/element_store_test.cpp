@@ -17,7 +17,7 @@ class ElementStore : public ::testing::Test {
 protected:
     static ElementRecord record() {
         ElementRecord e;
-        e.words = {11, 12, 13, 14, 51, 52, 53, 54, 5};
+        e.words = words_of({11, 12, 13, 14}, 5, {51, 52, 53, 54});
         e.skeleton = 1;
         e.fluid = 2;
         e.integration_r = 3;
@@ -30,10 +30,12 @@ protected:
     }
     // What stands in a slot before an element is stored there.
     static void before(std::int32_t n) {
-        state.mesh.words[n] = {1, 2, 3, 4, 91, 92, 93, 94, 9};
-        state.mesh.skeleton[n] = state.mesh.fluid[n] = state.mesh.integration_r[n] =
-            state.mesh.integration_s[n] = state.mesh.attribute[n] = 90;
-        state.mesh.real_attribute[n] = state.mesh.thickness[n] = state.mesh.density[n] = 90.5F;
+        state.mesh.words[ElementNumber(n)] = words_of({1, 2, 3, 4}, 9, {91, 92, 93, 94});
+        state.mesh.skeleton[ElementNumber(n)] = state.mesh.fluid[ElementNumber(n)] =
+            state.mesh.integration_r[ElementNumber(n)] = state.mesh.integration_s[ElementNumber(n)] =
+                state.mesh.attribute[ElementNumber(n)] = 90;
+        state.mesh.real_attribute[ElementNumber(n)] = state.mesh.thickness[ElementNumber(n)] =
+            state.mesh.density[ElementNumber(n)] = 90.5F;
     }
 };
 
@@ -41,16 +43,16 @@ TEST_F(ElementStore, KindsWithoutMidsidesLeaveThoseOfTheSlot) {
     for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
         const Edition kind(edition);
         before(99990);
-        store_element(state.mesh, 99990, ELEMENT_CONTINUUM, record());
-        EXPECT_EQ(state.mesh.words[99990].corner_4, 14);
-        EXPECT_EQ(state.mesh.words[99990].midside_5, 91);
-        EXPECT_EQ(state.mesh.words[99990].midside_6, 92);
-        EXPECT_EQ(state.mesh.words[99990].midside_7, 93);
-        EXPECT_EQ(state.mesh.words[99990].midside_8, 94);
-        EXPECT_EQ(state.mesh.words[99990].material, 5);
-        EXPECT_EQ(state.mesh.attribute[99990], -105);
-        EXPECT_EQ(state.mesh.skeleton[99990], 90);
-        EXPECT_EQ(state.mesh.thickness[99990], 90.5F);
+        store_element(state.mesh, ElementNumber(99990), ELEMENT_CONTINUUM, record());
+        EXPECT_EQ(state.mesh.words[ElementNumber(99990)].corner_4.value, 14);
+        EXPECT_EQ(state.mesh.words[ElementNumber(99990)].midside_5.value, 91);
+        EXPECT_EQ(state.mesh.words[ElementNumber(99990)].midside_6.value, 92);
+        EXPECT_EQ(state.mesh.words[ElementNumber(99990)].midside_7.value, 93);
+        EXPECT_EQ(state.mesh.words[ElementNumber(99990)].midside_8.value, 94);
+        EXPECT_EQ(state.mesh.words[ElementNumber(99990)].material.value, 5);
+        EXPECT_EQ(state.mesh.attribute[ElementNumber(99990)], -105);
+        EXPECT_EQ(state.mesh.skeleton[ElementNumber(99990)], 90);
+        EXPECT_EQ(state.mesh.thickness[ElementNumber(99990)], 90.5F);
     }
 }
 
@@ -58,10 +60,10 @@ TEST_F(ElementStore, KindsWithMidsidesStoreThem) {
     for (const std::int32_t edition : {COUPLED, DISPLACEMENT}) {
         const Edition kind(edition);
         before(1);
-        store_element(state.mesh, 1, ELEMENT_CONTINUUM, record());
-        EXPECT_EQ(state.mesh.words[1].midside_5, 51);
-        EXPECT_EQ(state.mesh.words[1].midside_8, 54);
-        EXPECT_EQ(state.mesh.attribute[1], 90);
+        store_element(state.mesh, ElementNumber(1), ELEMENT_CONTINUUM, record());
+        EXPECT_EQ(state.mesh.words[ElementNumber(1)].midside_5.value, 51);
+        EXPECT_EQ(state.mesh.words[ElementNumber(1)].midside_8.value, 54);
+        EXPECT_EQ(state.mesh.attribute[ElementNumber(1)], 90);
     }
 }
 
@@ -71,10 +73,10 @@ TEST_F(ElementStore, BeamAndTrussHaveNoMidsidesInAnyKind) {
             const Edition kind(edition);
             before(7);
             ElementRecord line;
-            line.words = {11, 12, 12, 11, 0, 0, 0, 0, 5};
-            store_element(state.mesh, 7, type, line);
-            EXPECT_EQ(state.mesh.words[7].midside_5, 0) << edition;
-            EXPECT_EQ(state.mesh.words[7].midside_8, 0) << edition;
+            line.words = words_of({11, 12, 12, 11}, 5);
+            store_element(state.mesh, ElementNumber(7), type, line);
+            EXPECT_EQ(state.mesh.words[ElementNumber(7)].midside_5.value, 0) << edition;
+            EXPECT_EQ(state.mesh.words[ElementNumber(7)].midside_8.value, 0) << edition;
         }
     }
 }
@@ -82,10 +84,10 @@ TEST_F(ElementStore, BeamAndTrussHaveNoMidsidesInAnyKind) {
 TEST_F(ElementStore, AttributesOfTheKindComeBack) {
     {
         const Edition kind(COUPLED);
-        store_element(state.mesh, 3, ELEMENT_CONTINUUM, record());
-        const ElementRecord e = load_element(state.mesh, 3);
-        EXPECT_EQ(e.number, 3);
-        EXPECT_EQ(e.words.material, 5);
+        store_element(state.mesh, ElementNumber(3), ELEMENT_CONTINUUM, record());
+        const ElementRecord e = load_element(state.mesh, ElementNumber(3));
+        EXPECT_EQ(e.number.value, 3);
+        EXPECT_EQ(e.words.material.value, 5);
         EXPECT_EQ(e.skeleton, 1);
         EXPECT_EQ(e.fluid, 2);
         EXPECT_EQ(e.integration_r, 3);
@@ -94,14 +96,14 @@ TEST_F(ElementStore, AttributesOfTheKindComeBack) {
     }
     {
         const Edition kind(DISPLACEMENT);
-        store_element(state.mesh, 3, ELEMENT_CONTINUUM, record());
-        EXPECT_EQ(load_element(state.mesh, 3).thickness, 0.25F);
-        EXPECT_EQ(load_element(state.mesh, 3).density, 1.75F);
+        store_element(state.mesh, ElementNumber(3), ELEMENT_CONTINUUM, record());
+        EXPECT_EQ(load_element(state.mesh, ElementNumber(3)).thickness, 0.25F);
+        EXPECT_EQ(load_element(state.mesh, ElementNumber(3)).density, 1.75F);
     }
     {
         const Edition kind(HEAD);
-        store_element(state.mesh, 3, ELEMENT_CONTINUUM, record());
-        EXPECT_EQ(load_element(state.mesh, 3).attribute, -105);
+        store_element(state.mesh, ElementNumber(3), ELEMENT_CONTINUUM, record());
+        EXPECT_EQ(load_element(state.mesh, ElementNumber(3)).attribute, -105);
     }
 }
 
@@ -134,15 +136,15 @@ protected:
         const Range ranges[] = {continuum, beams, trusses};
         for (int i = 0; i < 3; ++i) {
             if (ranges[i].highest > 0) {
-                state.source.elements[i].include(ranges[i].lowest);
-                state.source.elements[i].include(ranges[i].highest);
+                state.source.elements[i].include(ElementNumber(ranges[i].lowest));
+                state.source.elements[i].include(ElementNumber(ranges[i].highest));
             }
         }
-        state.deck.edit.first_element = first_element;
-        state.deck.edit.first_beam = first_beam;
-        state.deck.edit.first_truss = first_truss;
+        state.deck.edit.first_element = ElementNumber(first_element);
+        state.deck.edit.first_beam = ElementNumber(first_beam);
+        state.deck.edit.first_truss = ElementNumber(first_truss);
         fix_start_numbers(state.deck.edit, state.source);
-        return {state.deck.edit.first_beam, state.deck.edit.first_truss};
+        return {state.deck.edit.first_beam.value, state.deck.edit.first_truss.value};
     }
     static constexpr Range NONE{0, 0};
 };

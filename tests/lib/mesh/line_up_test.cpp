@@ -20,20 +20,21 @@ protected:
         next_ = 0;
     }
     static void node(std::int32_t n, float x, float y) {
-        state.mesh.x[n] = x;
-        state.mesh.y[n] = y;
+        state.mesh.x[NodeNumber(n)] = x;
+        state.mesh.y[NodeNumber(n)] = y;
     }
     void quadrilateral(const std::array<std::int32_t, 4>& corners, std::int32_t material = 7) {
-        state.mesh.type[++next_] = ELEMENT_CONTINUUM;
-        state.mesh.words[next_] = {corners[0], corners[1], corners[2], corners[3], 0, 0, 0, 0, material};
+        state.mesh.type[ElementNumber(++next_)] = ELEMENT_CONTINUUM;
+        state.mesh.words[ElementNumber(next_)] =
+            words_of({corners[0], corners[1], corners[2], corners[3]}, material);
     }
     void truss(std::int32_t i, std::int32_t j) {
-        state.mesh.type[++next_] = ELEMENT_TRUSS;
-        state.mesh.words[next_] = {i, j, j, i, 0, 0, 0, 0, 1};
+        state.mesh.type[ElementNumber(++next_)] = ELEMENT_TRUSS;
+        state.mesh.words[ElementNumber(next_)] = words_of({i, j, j, i});
     }
     static void expect_moved(std::int32_t n, float x, float y) {
         const auto lined = std::find_if(state.line_up.nodes.begin(), state.line_up.nodes.end(),
-                                        [n](const LinedNode& other) { return other.node == n; });
+                                        [n](const LinedNode& other) { return other.node.value == n; });
         ASSERT_NE(lined, state.line_up.nodes.end()) << "node " << n;
         EXPECT_FLOAT_EQ(lined->x, x) << n;
         EXPECT_FLOAT_EQ(lined->y, y) << n;
@@ -42,7 +43,7 @@ protected:
     static std::vector<std::int32_t> moved_nodes() {
         std::vector<std::int32_t> numbers;
         for (const LinedNode& lined : state.line_up.nodes)
-            numbers.push_back(lined.node);
+            numbers.push_back(lined.node.value);
         return numbers;
     }
     std::int32_t next_ = 0;
@@ -152,8 +153,8 @@ protected:
     static std::vector<std::int32_t> merges() {
         std::vector<std::int32_t> pairs;
         for (std::int32_t k = 1; k <= state.moves.first_count; ++k) {
-            pairs.push_back(state.moves.first[k].moved);
-            pairs.push_back(state.moves.first[k].target);
+            pairs.push_back(state.moves.first[k].moved.value);
+            pairs.push_back(state.moves.first[k].target.value);
             EXPECT_EQ(state.moves.first[k].fraction, 1.0F);
         }
         return pairs;
@@ -204,7 +205,7 @@ TEST_F(LineUpBeyond, TargetsAtTheEndsAreWithin) {
 TEST_F(LineUpBeyond, WithoutANeighbourTheEndStays) {
     for (const float sign : {1.0F, -1.0F}) {
         line(sign, -3.0F, 4.0F);
-        state.mesh.type[2] = state.mesh.type[4] = ELEMENT_DELETED;
+        state.mesh.type[ElementNumber(2)] = state.mesh.type[ElementNumber(4)] = ELEMENT_DELETED;
         state.moves.first_count = 0;
         search_line_up(state.mesh, state.moves, state.line_up);
         EXPECT_TRUE(state.line_up.nodes.empty());
@@ -252,10 +253,10 @@ TEST_F(LineUpBeyond, ApplyingMovesTheListedNodesOnly) {
     line(1.0F, 0.5F, -9.0F);
     EXPECT_EQ(moved_nodes(), (Numbers{1, 2}));
     apply_line_up(state.mesh, state.line_up);
-    EXPECT_FLOAT_EQ(state.mesh.x[1], 0.5F);
-    EXPECT_FLOAT_EQ(state.mesh.y[1], 0.125F);
-    EXPECT_FLOAT_EQ(state.mesh.x[6], 2.0F);
-    EXPECT_FLOAT_EQ(state.mesh.y[6], 1.0F);
+    EXPECT_FLOAT_EQ(state.mesh.x[NodeNumber(1)], 0.5F);
+    EXPECT_FLOAT_EQ(state.mesh.y[NodeNumber(1)], 0.125F);
+    EXPECT_FLOAT_EQ(state.mesh.x[NodeNumber(6)], 2.0F);
+    EXPECT_FLOAT_EQ(state.mesh.y[NodeNumber(6)], 1.0F);
 }
 
 // --- against a plain scan ------------------------------------------------------------------------
@@ -268,18 +269,21 @@ struct PlainScan {
 
     void run(std::int32_t last) {
         for (std::int32_t t = 1; t <= last; ++t)
-            if (mesh.type[t] == ELEMENT_TRUSS)
+            if (mesh.type[ElementNumber(t)] == ELEMENT_TRUSS)
                 for (std::int32_t e = 1; e <= last; ++e)
-                    if (mesh.type[e] == ELEMENT_CONTINUUM && mesh.words[e].material == 7 &&
-                        mesh.words[e].corner_4 != 0)
+                    if (mesh.type[ElementNumber(e)] == ELEMENT_CONTINUUM &&
+                        mesh.words[ElementNumber(e)].material.value == 7 &&
+                        mesh.words[ElementNumber(e)].corner_4.value != 0)
                         pair(t, e, last);
     }
 
 private:
     void pair(std::int32_t t, std::int32_t e, std::int32_t last) {
-        const std::int32_t A = mesh.words[t].corner_1, B = mesh.words[t].corner_2;
-        const std::array<std::int32_t, 5> corner{0, mesh.words[e].corner_1, mesh.words[e].corner_2,
-                                                 mesh.words[e].corner_3, mesh.words[e].corner_4};
+        const std::int32_t A = mesh.words[ElementNumber(t)].corner_1.value,
+                           B = mesh.words[ElementNumber(t)].corner_2.value;
+        const std::array<std::int32_t, 5> corner{
+            0, mesh.words[ElementNumber(e)].corner_1.value, mesh.words[ElementNumber(e)].corner_2.value,
+            mesh.words[ElementNumber(e)].corner_3.value, mesh.words[ElementNumber(e)].corner_4.value};
         std::size_t a = 0, b = 0;
         for (std::size_t slot = 1; slot <= 4; ++slot) {
             a = corner[slot] == A ? slot : a;
@@ -289,12 +293,12 @@ private:
             return;
         std::int32_t P = 0, N = 0;
         for (std::int32_t other = 1; other <= last; ++other) {
-            if (other == e || mesh.type[other] != ELEMENT_TRUSS)
+            if (other == e || mesh.type[ElementNumber(other)] != ELEMENT_TRUSS)
                 continue;
-            if (mesh.words[other].corner_2 == A)
-                P = mesh.words[other].corner_1;
-            if (mesh.words[other].corner_1 == B)
-                N = mesh.words[other].corner_2;
+            if (mesh.words[ElementNumber(other)].corner_2.value == A)
+                P = mesh.words[ElementNumber(other)].corner_1.value;
+            if (mesh.words[ElementNumber(other)].corner_1.value == B)
+                N = mesh.words[ElementNumber(other)].corner_2.value;
         }
         for (std::size_t slot = 1; slot <= 4; ++slot)
             if (slot != a && slot != b && (corner[slot] == P || corner[slot] == N))
@@ -305,23 +309,25 @@ private:
     }
     void slides(std::int32_t A, std::int32_t B, std::int32_t C, std::int32_t D, std::int32_t P,
                 std::int32_t N) {
-        if (mesh.x[C] != mesh.x[D] && mesh.y[C] != mesh.y[D])
+        if (mesh.x[NodeNumber(C)] != mesh.x[NodeNumber(D)] && mesh.y[NodeNumber(C)] != mesh.y[NodeNumber(D)])
             return;
-        const bool vertical = mesh.x[C] == mesh.x[D];
-        const auto s = [&](std::int32_t n) { return vertical ? mesh.y[n] : mesh.x[n]; };
+        const bool vertical = mesh.x[NodeNumber(C)] == mesh.x[NodeNumber(D)];
+        const auto s = [&](std::int32_t n) {
+            return vertical ? mesh.y[NodeNumber(n)] : mesh.x[NodeNumber(n)];
+        };
         if (s(A) <= s(B)) {
             if (s(A) <= s(C) && s(C) <= s(B)) {
                 slide(A, s(C), A, B, vertical);
             } else if (P != 0) {
                 if (s(C) <= s(P))
-                    moves.push_back({P, A, 1.0F});
+                    moves.push_back({NodeNumber(P), NodeNumber(A), 1.0F});
                 slide(A, s(C), A, P, vertical);
             }
             if (s(A) <= s(D) && s(D) <= s(B)) {
                 slide(B, s(D), B, A, vertical);
             } else if (N != 0) {
                 if (s(N) <= s(D))
-                    moves.push_back({N, B, 1.0F});
+                    moves.push_back({NodeNumber(N), NodeNumber(B), 1.0F});
                 slide(B, s(D), N, B, vertical);
             }
         } else {
@@ -329,29 +335,33 @@ private:
                 slide(A, s(C), A, B, vertical);
             } else if (P != 0) {
                 if (s(P) <= s(C))
-                    moves.push_back({P, A, 1.0F});
+                    moves.push_back({NodeNumber(P), NodeNumber(A), 1.0F});
                 slide(A, s(C), A, P, vertical);
             }
             if (s(B) <= s(D) && s(D) <= s(A)) {
                 slide(B, s(D), B, A, vertical);
             } else if (N != 0) {
                 if (s(D) <= s(N))
-                    moves.push_back({N, B, 1.0F});
+                    moves.push_back({NodeNumber(N), NodeNumber(B), 1.0F});
                 slide(B, s(D), N, B, vertical);
             }
         }
     }
     void slide(std::int32_t n, float to, std::int32_t p, std::int32_t q, bool vertical) {
-        const auto s = [&](std::int32_t i) { return vertical ? mesh.y[i] : mesh.x[i]; };
-        const auto across = [&](std::int32_t i) { return vertical ? mesh.x[i] : mesh.y[i]; };
+        const auto s = [&](std::int32_t i) {
+            return vertical ? mesh.y[NodeNumber(i)] : mesh.x[NodeNumber(i)];
+        };
+        const auto across = [&](std::int32_t i) {
+            return vertical ? mesh.x[NodeNumber(i)] : mesh.y[NodeNumber(i)];
+        };
         for (const LinedNode& lined : nodes)
-            if (lined.node == n)
+            if (lined.node.value == n)
                 return;
         if (s(q) == s(p))
             return;
         const float t = (to - s(p)) / (s(q) - s(p));
         const float other = across(p) + (across(q) - across(p)) * t;
-        nodes.push_back({n, vertical ? other : to, vertical ? to : other});
+        nodes.push_back({NodeNumber(n), vertical ? other : to, vertical ? to : other});
     }
 };
 

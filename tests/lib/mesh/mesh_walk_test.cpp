@@ -28,10 +28,10 @@ TEST_F(MeshWalkTest, MeetsEachPartOnce) {
     EXPECT_EQ(counts.nodes, 2);
     EXPECT_EQ(counts.of(ELEMENT_TRUSS), 2);
     std::string met;
-    walk.each_node([&](const NodeRecord& node) { met += "n" + std::to_string(node.number) + " "; });
+    walk.each_node([&](const NodeRecord& node) { met += "n" + to_string(node.number) + " "; });
     for (const std::int8_t type : ELEMENT_TYPES)
         walk.each_element(type, [&](const ElementRecord& element) {
-            met += std::to_string(type) + ":" + std::to_string(element.number) + " ";
+            met += std::to_string(type) + ":" + to_string(element.number) + " ";
         });
     EXPECT_EQ(met, "n7 n3 1:12 3:30 3:20 ");
     EXPECT_EQ(rest_of(file), (std::vector<std::string>{"0", "0"}));
@@ -40,15 +40,15 @@ TEST_F(MeshWalkTest, MeetsEachPartOnce) {
 TEST_F(MeshWalkTest, LooksAheadForTheRangesOfNumbers) {
     walk.head();
     const NumberRange nodes = walk.node_numbers();
-    EXPECT_EQ(nodes.lowest, 3);
-    EXPECT_EQ(nodes.highest, 7);
+    EXPECT_EQ(nodes.lowest.value, 3);
+    EXPECT_EQ(nodes.highest.value, 7);
     walk.each_node([](const NodeRecord&) {});
     walk.look_ahead([&] {
-        EXPECT_EQ(walk.element_numbers(ELEMENT_CONTINUUM).highest, 12);
+        EXPECT_EQ(walk.element_numbers(ELEMENT_CONTINUUM).highest.value, 12);
         const NumberRange beams = walk.element_numbers(ELEMENT_BEAM);
-        EXPECT_EQ(beams.lowest, NO_LOWEST_NUMBER);
-        EXPECT_EQ(beams.highest, 0);
-        EXPECT_EQ(walk.element_numbers(ELEMENT_TRUSS).lowest, 20);
+        EXPECT_EQ(beams.lowest.value, NO_LOWEST_NUMBER);
+        EXPECT_EQ(beams.highest.value, 0);
+        EXPECT_EQ(walk.element_numbers(ELEMENT_TRUSS).lowest.value, 20);
     });
     EXPECT_EQ(file.peek_line(), "elements");
 }
@@ -60,8 +60,8 @@ TEST_F(MeshWalkTest, PassesTheHeadingsOfSectionsThatLostTheirRecords) {
     form.heading_lines[2] = 4;
     MeshWalk over(LayoutKind::displacement, stripped, form);
     over.head();
-    EXPECT_EQ(over.element_numbers(ELEMENT_CONTINUUM).highest, 0);
-    EXPECT_EQ(over.element_numbers(ELEMENT_TRUSS).lowest, 30);
+    EXPECT_EQ(over.element_numbers(ELEMENT_CONTINUUM).highest.value, 0);
+    EXPECT_EQ(over.element_numbers(ELEMENT_TRUSS).lowest.value, 30);
 }
 
 // --- attributes ----------------------------------------------------------------------------------

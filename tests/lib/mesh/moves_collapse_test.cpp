@@ -14,10 +14,10 @@ protected:
     Collapse() {
         reset_mesh(state.mesh);
         state.mesh.words.fill(ElementWords{});
-        for (std::int32_t& material : state.moves.beam_materials)
-            material = 0;
-        for (std::int32_t& material : state.moves.truss_materials)
-            material = 0;
+        for (MaterialNumber& material : state.moves.beam_materials)
+            material = {};
+        for (MaterialNumber& material : state.moves.truss_materials)
+            material = {};
         state.moves.collapse_mode = 1;
         state.moves.collapse_factor = 0.0F;
     }
@@ -25,22 +25,22 @@ protected:
     // A line element from (0, number) to (length, number), with its own nodes
     // 2 * number - 1 and 2 * number.
     static void line(std::int32_t number, std::int32_t type, std::int32_t material, float length) {
-        state.mesh.type[number] = type;
+        state.mesh.type[ElementNumber(number)] = type;
         const std::int32_t i = 2 * number - 1, j = 2 * number;
-        state.mesh.words[number] = {i, j, j, i, 0, 0, 0, 0, material};
-        state.mesh.x[j] = length;
-        state.mesh.y[i] = state.mesh.y[j] = static_cast<float>(number);
+        state.mesh.words[ElementNumber(number)] = words_of({i, j, j, i}, material);
+        state.mesh.x[NodeNumber(j)] = length;
+        state.mesh.y[NodeNumber(i)] = state.mesh.y[NodeNumber(j)] = static_cast<float>(number);
     }
     static void quadrilateral(std::int32_t number, std::int32_t i1, std::int32_t i2, std::int32_t i3,
                               std::int32_t i4) {
-        state.mesh.type[number] = ELEMENT_CONTINUUM;
-        state.mesh.words[number] = {i1, i2, i3, i4, 0, 0, 0, 0, 1};
+        state.mesh.type[ElementNumber(number)] = ELEMENT_CONTINUUM;
+        state.mesh.words[ElementNumber(number)] = words_of({i1, i2, i3, i4});
     }
     // Numbers of the elements that are left.
     static std::string left() {
         std::string text;
         for (std::int32_t n = 1; n <= 50; ++n)
-            if (state.mesh.type[n] != ELEMENT_DELETED)
+            if (state.mesh.type[ElementNumber(n)] != ELEMENT_DELETED)
                 text += std::to_string(n) + " ";
         return text;
     }
@@ -60,9 +60,9 @@ TEST_F(Collapse, LooksAtTheElementsOfItsMode) {
         line(7, ELEMENT_TRUSS, 6, 1.0F);
         line(8, ELEMENT_TRUSS, 6, 9.0F);
         quadrilateral(9, 1, 2, 4, 3);
-        state.moves.beam_materials[0] = 7;
-        state.moves.beam_materials[2] = 4;   // beams of material 4
-        state.moves.truss_materials[1] = 3;  // trusses of material 3
+        state.moves.beam_materials[0] = MaterialNumber(7);
+        state.moves.beam_materials[2] = MaterialNumber(4);   // beams of material 4
+        state.moves.truss_materials[1] = MaterialNumber(3);  // trusses of material 3
         state.moves.collapse_factor = 0.2F;
     };
     const std::pair<std::int32_t, const char*> cases[] = {
@@ -109,7 +109,7 @@ TEST_F(Collapse, AFactorThatIsTooSmallChangesNothingAndSwitchesOff) {
     state.moves.collapse_factor = 0.19F;
     collapse_short_elements(state.mesh, state.listing, state.moves);
     EXPECT_EQ(left(), "1 2 ");
-    EXPECT_EQ(state.mesh.words[1].corner_2, 2);
+    EXPECT_EQ(state.mesh.words[ElementNumber(1)].corner_2.value, 2);
     EXPECT_EQ(state.moves.collapse_mode, 0);
 }
 
@@ -125,7 +125,7 @@ TEST_F(Collapse, SwitchesOffWhereNoElementIsLookedAt) {
 
 TEST_F(Collapse, MeasuresAlongBothAxes) {
     line(1, ELEMENT_BEAM, 1, 3.0F);
-    state.mesh.y[2] = state.mesh.y[1] + 4.0F;  // 3, 4, 5
+    state.mesh.y[NodeNumber(2)] = state.mesh.y[NodeNumber(1)] + 4.0F;  // 3, 4, 5
     line(2, ELEMENT_BEAM, 1, 15.0F);
     state.moves.collapse_factor = 0.5F;  // mean 10
     collapse_short_elements(state.mesh, state.listing, state.moves);
@@ -150,9 +150,10 @@ protected:
         state.moves.collapse_factor = 0.1F;  // 2.5
     }
     static std::string corners(std::int32_t number) {
-        const ElementWords& w = state.mesh.words[number];
+        const ElementWords& w = state.mesh.words[ElementNumber(number)];
         std::string text;
-        for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
+        for (const std::int32_t corner :
+             {w.corner_1.value, w.corner_2.value, w.corner_3.value, w.corner_4.value})
             text += std::to_string(corner) + " ";
         return text;
     }
@@ -160,8 +161,8 @@ protected:
 
 TEST_F(CollapseOfThree, PutsTheFirstNodeInPlaceOfTheSecondEverywhere) {
     quadrilateral(10, 2, 4, 6, 8);
-    state.mesh.type[11] = ELEMENT_TRUSS;
-    state.mesh.words[11] = {8, 2, 2, 8, 0, 0, 0, 0, 1};
+    state.mesh.type[ElementNumber(11)] = ELEMENT_TRUSS;
+    state.mesh.words[ElementNumber(11)] = words_of({8, 2, 2, 8});
     state.moves.collapse_mode = 2;
     collapse_short_elements(state.mesh, state.listing, state.moves);
     EXPECT_EQ(left(), "4 10 11 ");
@@ -172,9 +173,9 @@ TEST_F(CollapseOfThree, PutsTheFirstNodeInPlaceOfTheSecondEverywhere) {
 TEST_F(CollapseOfThree, LeavesTheCoordinatesAlone) {
     collapse_short_elements(state.mesh, state.listing, state.moves);
     for (const std::int32_t n : {2, 4, 6})
-        EXPECT_EQ(state.mesh.x[n], 1.0F);
+        EXPECT_EQ(state.mesh.x[NodeNumber(n)], 1.0F);
     for (const std::int32_t n : {1, 3, 5})
-        EXPECT_EQ(state.mesh.x[n], 0.0F);
+        EXPECT_EQ(state.mesh.x[NodeNumber(n)], 0.0F);
 }
 
 TEST_F(CollapseOfThree, QuadrilateralsLoseCornersAndGo) {
@@ -190,8 +191,9 @@ TEST_F(CollapseOfThree, QuadrilateralsLoseCornersAndGo) {
 TEST_F(CollapseOfThree, AQuadrilateralWithAllCornersInOneGoes) {
     // The three short beams go out from node 1.
     for (const std::int32_t n : {1, 2, 3}) {
-        state.mesh.words[n].corner_1 = state.mesh.words[n].corner_4 = 1;
-        state.mesh.y[2 * n] = state.mesh.y[1];
+        state.mesh.words[ElementNumber(n)].corner_1 = state.mesh.words[ElementNumber(n)].corner_4 =
+            NodeNumber(1);
+        state.mesh.y[NodeNumber(2 * n)] = state.mesh.y[NodeNumber(1)];
     }
     quadrilateral(10, 1, 2, 4, 6);
     collapse_short_elements(state.mesh, state.listing, state.moves);
@@ -200,9 +202,9 @@ TEST_F(CollapseOfThree, AQuadrilateralWithAllCornersInOneGoes) {
 
 TEST_F(CollapseOfThree, ChainsActInTheOrderOfTheElements) {
     // Beams 1 (1-2) and 2 (2-4): the pair of 1 has been passed when that of 2 turns corner 4 into 2.
-    state.mesh.words[2].corner_1 = state.mesh.words[2].corner_4 = 2;
-    state.mesh.y[4] = state.mesh.y[2];
-    state.mesh.x[4] = 2.0F;
+    state.mesh.words[ElementNumber(2)].corner_1 = state.mesh.words[ElementNumber(2)].corner_4 = NodeNumber(2);
+    state.mesh.y[NodeNumber(4)] = state.mesh.y[NodeNumber(2)];
+    state.mesh.x[NodeNumber(4)] = 2.0F;
     quadrilateral(10, 4, 7, 8, 9);
     collapse_short_elements(state.mesh, state.listing, state.moves);
     EXPECT_EQ(corners(10), "2 7 8 9 ");
@@ -213,10 +215,10 @@ TEST_F(CollapseOfThree, ChainsActInTheOrderOfTheElements) {
 
 TEST_F(CollapseOfThree, ChainsGoOnWhereTheLaterElementNamesTheEarlierNode) {
     // Beams 1 (2-4) and 2 (1-2): corner 4 becomes 2, then 1.
-    state.mesh.words[1] = {2, 4, 4, 2, 0, 0, 0, 0, 1};
-    state.mesh.words[2] = {1, 2, 2, 1, 0, 0, 0, 0, 1};
-    state.mesh.x[4] = 2.0F;
-    state.mesh.y[4] = state.mesh.y[2];
+    state.mesh.words[ElementNumber(1)] = words_of({2, 4, 4, 2});
+    state.mesh.words[ElementNumber(2)] = words_of({1, 2, 2, 1});
+    state.mesh.x[NodeNumber(4)] = 2.0F;
+    state.mesh.y[NodeNumber(4)] = state.mesh.y[NodeNumber(2)];
     quadrilateral(10, 4, 7, 8, 9);
     collapse_short_elements(state.mesh, state.listing, state.moves);
     EXPECT_EQ(corners(10), "1 7 8 9 ");
@@ -226,12 +228,12 @@ TEST_F(CollapseOfThree, ChainsGoOnWhereTheLaterElementNamesTheEarlierNode) {
 TEST_F(CollapseOfThree, MergedNodesAreDroppedByTheCompaction) {
     quadrilateral(10, 2, 4, 6, 8);
     collapse_short_elements(state.mesh, state.listing, state.moves);
-    EXPECT_EQ(pack_elements(state.mesh), 2);
+    EXPECT_EQ(pack_elements(state.mesh).value, 2);
     // Nodes 7 and 8 of the long beam, 1, 3, 5 and 8 of the quadrilateral.
-    const PackedNodes nodes = pack_nodes(state.mesh, 2);
-    EXPECT_EQ(nodes.count, 5);
+    const PackedNodes nodes = pack_nodes(state.mesh, ElementNumber(2));
+    EXPECT_EQ(nodes.last.value, 5);
     for (const std::int32_t n : {2, 4, 6})
-        EXPECT_EQ(nodes.position[n], 0);
+        EXPECT_EQ(nodes.position[NodeNumber(n)].value, 0);
 }
 
 }  // namespace

@@ -18,19 +18,19 @@ protected:
 
     static void continuum(std::int32_t number, std::int32_t i1, std::int32_t i2, std::int32_t i3,
                           std::int32_t i4) {
-        state.mesh.type[number] = ELEMENT_CONTINUUM;
-        state.mesh.words[number] = {i1, i2, i3, i4, 0, 0, 0, 0, 1};
+        state.mesh.type[ElementNumber(number)] = ELEMENT_CONTINUUM;
+        state.mesh.words[ElementNumber(number)] = words_of({i1, i2, i3, i4});
     }
     static void line(std::int32_t number, std::int32_t type, std::int32_t i, std::int32_t j) {
-        state.mesh.type[number] = type;
-        state.mesh.words[number] = {i, j, j, i, 0, 0, 0, 0, 1};
+        state.mesh.type[ElementNumber(number)] = type;
+        state.mesh.words[ElementNumber(number)] = words_of({i, j, j, i});
     }
     static void node(std::int32_t number, float x, float y) {
-        state.mesh.x[number] = x;
-        state.mesh.y[number] = y;
+        state.mesh.x[NodeNumber(number)] = x;
+        state.mesh.y[NodeNumber(number)] = y;
     }
     static void move(std::int32_t a, std::int32_t b, float f) {
-        state.moves.first[++state.moves.first_count] = {a, b, f};
+        state.moves.first[++state.moves.first_count] = {NodeNumber(a), NodeNumber(b), f};
     }
     static void move_by_place(std::int32_t a, std::int32_t b, float f) {
         state.moves.second[++state.moves.second_count] = {a, b, f};
@@ -38,9 +38,10 @@ protected:
 
     // Type and corners of an element, as in "1: 5 6 7 0".
     static std::string corners(std::int32_t number) {
-        const ElementWords& w = state.mesh.words[number];
-        std::string text = std::to_string(state.mesh.type[number]) + ":";
-        for (const std::int32_t corner : {w.corner_1, w.corner_2, w.corner_3, w.corner_4})
+        const ElementWords& w = state.mesh.words[ElementNumber(number)];
+        std::string text = std::to_string(state.mesh.type[ElementNumber(number)]) + ":";
+        for (const std::int32_t corner :
+             {w.corner_1.value, w.corner_2.value, w.corner_3.value, w.corner_4.value})
             text.append(" ").append(std::to_string(corner));
         return text;
     }
@@ -73,10 +74,10 @@ TEST_F(Degeneration, OfAQuadrilateralIsDecidedByTheFirstEqualPair) {
     };
     for (const Row& row : rows) {
         continuum(3, row.i1, row.i2, row.i3, row.i4);
-        reduce_element(state.mesh, 3);
+        reduce_element(state.mesh, ElementNumber(3));
         const std::string becomes = row.becomes;
         if (becomes == "gone")
-            EXPECT_EQ(state.mesh.type[3], 0) << row.i1 << row.i2 << row.i3 << row.i4;
+            EXPECT_EQ(state.mesh.type[ElementNumber(3)], 0) << row.i1 << row.i2 << row.i3 << row.i4;
         else
             EXPECT_EQ(corners(3), "1: " + becomes + " 0") << row.i1 << row.i2 << row.i3 << row.i4;
     }
@@ -84,7 +85,7 @@ TEST_F(Degeneration, OfAQuadrilateralIsDecidedByTheFirstEqualPair) {
 
 TEST_F(Degeneration, LeavesAQuadrilateralOfFourNodesAlone) {
     continuum(3, 5, 6, 7, 8);
-    reduce_element(state.mesh, 3);
+    reduce_element(state.mesh, ElementNumber(3));
     EXPECT_EQ(corners(3), "1: 5 6 7 8");
 }
 
@@ -92,24 +93,24 @@ TEST_F(Degeneration, OfATriangleIsAnyTwoEqualCorners) {
     const std::int32_t gone[][4] = {{5, 5, 7, 0}, {5, 6, 6, 0}, {5, 6, 5, 0}, {5, 5, 5, 0}, {5, 6, 6, -8}};
     for (const auto& w : gone) {
         continuum(3, w[0], w[1], w[2], w[3]);
-        reduce_element(state.mesh, 3);
-        EXPECT_EQ(state.mesh.type[3], 0) << w[0] << w[1] << w[2] << w[3];
+        reduce_element(state.mesh, ElementNumber(3));
+        EXPECT_EQ(state.mesh.type[ElementNumber(3)], 0) << w[0] << w[1] << w[2] << w[3];
     }
     continuum(3, 5, 6, 7, 0);
-    reduce_element(state.mesh, 3);
+    reduce_element(state.mesh, ElementNumber(3));
     EXPECT_EQ(corners(3), "1: 5 6 7 0");
     continuum(3, 5, 6, 7, -8);
-    reduce_element(state.mesh, 3);
+    reduce_element(state.mesh, ElementNumber(3));
     EXPECT_EQ(corners(3), "1: 5 6 7 -8");
 }
 
 TEST_F(Degeneration, OfABeamOrTrussIsBothEndsInOne) {
     for (const std::int32_t type : {ELEMENT_BEAM, ELEMENT_TRUSS}) {
         line(3, type, 5, 5);
-        reduce_element(state.mesh, 3);
-        EXPECT_EQ(state.mesh.type[3], 0);
+        reduce_element(state.mesh, ElementNumber(3));
+        EXPECT_EQ(state.mesh.type[ElementNumber(3)], 0);
         line(3, type, 5, 6);
-        reduce_element(state.mesh, 3);
+        reduce_element(state.mesh, ElementNumber(3));
         EXPECT_EQ(corners(3), std::to_string(type) + ": 5 6 6 5");
     }
 }
@@ -138,8 +139,8 @@ protected:
 TEST_F(MovesOfAStrip, HalfTheWayShiftsANodeAndRenamesNothing) {
     move(2, 6, 0.5F);
     move_nodes(state.mesh, state.listing, state.moves);
-    EXPECT_EQ(state.mesh.x[2], 6.0F);
-    EXPECT_EQ(state.mesh.y[2], 1.5F);
+    EXPECT_EQ(state.mesh.x[NodeNumber(2)], 6.0F);
+    EXPECT_EQ(state.mesh.y[NodeNumber(2)], 1.5F);
     EXPECT_EQ(corners(1), "1: 1 2 3 4");
     EXPECT_EQ(corners(2), "1: 2 5 6 3");
     EXPECT_EQ(corners(3), "2: 1 2 2 1");
@@ -149,27 +150,27 @@ TEST_F(MovesOfAStrip, HalfTheWayShiftsANodeAndRenamesNothing) {
 TEST_F(MovesOfAStrip, TheWholeWayMergesWithTheTarget) {
     move(2, 3, 1.0F);
     move_nodes(state.mesh, state.listing, state.moves);
-    EXPECT_EQ(state.mesh.x[2], 4.0F);
-    EXPECT_EQ(state.mesh.y[2], 3.0F);
+    EXPECT_EQ(state.mesh.x[NodeNumber(2)], 4.0F);
+    EXPECT_EQ(state.mesh.y[NodeNumber(2)], 3.0F);
     EXPECT_EQ(corners(1), "1: 1 3 4 0");  // 1 3 3 4: a triangle
     EXPECT_EQ(corners(2), "1: 3 5 6 0");  // 3 5 6 3
     EXPECT_EQ(corners(3), "2: 1 3 3 1");
-    EXPECT_EQ(state.mesh.type[4], 0) << "both ends in one node";
+    EXPECT_EQ(state.mesh.type[ElementNumber(4)], 0) << "both ends in one node";
 }
 
 TEST_F(MovesOfAStrip, AnEverSoSmallRestToTheTargetIsNoMerge) {
     move(2, 3, 0.99999994F);
     move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(corners(1), "1: 1 2 3 4");
-    EXPECT_EQ(state.mesh.type[4], ELEMENT_TRUSS);
+    EXPECT_EQ(state.mesh.type[ElementNumber(4)], ELEMENT_TRUSS);
 }
 
 TEST_F(MovesOfAStrip, BeyondTheTargetIsAMoveToo) {
     move(2, 5, -0.5F);
     move(3, 6, 2.0F);
     move_nodes(state.mesh, state.listing, state.moves);
-    EXPECT_EQ(state.mesh.x[2], 2.0F);
-    EXPECT_EQ(state.mesh.x[3], 12.0F);
+    EXPECT_EQ(state.mesh.x[NodeNumber(2)], 2.0F);
+    EXPECT_EQ(state.mesh.x[NodeNumber(3)], 12.0F);
     EXPECT_EQ(corners(2), "1: 2 5 6 3");
 }
 
@@ -178,10 +179,10 @@ TEST_F(MovesOfAStrip, LaterPairsSeeWhereEarlierOnesHaveGone) {
     move(1, 2, 0.5F);   // half way to where it is now
     move(2, 1, 0.25F);  // and back a quarter of what is left
     move_nodes(state.mesh, state.listing, state.moves);
-    EXPECT_EQ(state.mesh.x[1], 3.0F);
-    EXPECT_EQ(state.mesh.y[1], 0.75F);
-    EXPECT_EQ(state.mesh.x[2], 5.25F);
-    EXPECT_EQ(state.mesh.y[2], 1.3125F);
+    EXPECT_EQ(state.mesh.x[NodeNumber(1)], 3.0F);
+    EXPECT_EQ(state.mesh.y[NodeNumber(1)], 0.75F);
+    EXPECT_EQ(state.mesh.x[NodeNumber(2)], 5.25F);
+    EXPECT_EQ(state.mesh.y[NodeNumber(2)], 1.3125F);
 }
 
 TEST_F(MovesOfAStrip, ChainsOfMergesActInTheOrderOfTheList) {
@@ -190,8 +191,8 @@ TEST_F(MovesOfAStrip, ChainsOfMergesActInTheOrderOfTheList) {
     move_nodes(state.mesh, state.listing, state.moves);
     // Corner 1 becomes 2 and then 3: 3 3 3 4, of which the first pair leaves a triangle.
     EXPECT_EQ(corners(1), "1: 3 3 4 0");
-    EXPECT_EQ(state.mesh.type[3], 0);
-    EXPECT_EQ(state.mesh.type[4], 0);
+    EXPECT_EQ(state.mesh.type[ElementNumber(3)], 0);
+    EXPECT_EQ(state.mesh.type[ElementNumber(4)], 0);
 }
 
 TEST_F(MovesOfAStrip, AnEarlierMergeDoesNotSeeALaterOne) {
@@ -204,13 +205,13 @@ TEST_F(MovesOfAStrip, AnEarlierMergeDoesNotSeeALaterOne) {
 }
 
 TEST_F(MovesOfAStrip, MidsideNodesAndDeletedElementsKeepTheirWords) {
-    state.mesh.words[1].midside_5 = 2;
+    state.mesh.words[ElementNumber(1)].midside_5 = NodeNumber(2);
     continuum(7, 2, 2, 2, 2);
-    state.mesh.type[7] = ELEMENT_DELETED;
+    state.mesh.type[ElementNumber(7)] = ELEMENT_DELETED;
     move(2, 6, 1.0F);
     move_nodes(state.mesh, state.listing, state.moves);
     EXPECT_EQ(corners(1), "1: 1 6 3 4");
-    EXPECT_EQ(state.mesh.words[1].midside_5, 2);
+    EXPECT_EQ(state.mesh.words[ElementNumber(1)].midside_5.value, 2);
     EXPECT_EQ(corners(7), "0: 2 2 2 2");
 }
 
@@ -243,7 +244,7 @@ protected:
         continuum(2, 40, 10, 20, 0);
         line(5, ELEMENT_TRUSS, 20, 30);
         line(6, ELEMENT_BEAM, 25, 40);
-        state.mesh.type[6] = ELEMENT_DELETED;
+        state.mesh.type[ElementNumber(6)] = ELEMENT_DELETED;
     }
 };
 
@@ -251,10 +252,10 @@ TEST_F(MovesByPlace, CountsTheNodesInUseInAscendingNumber) {
     move_by_place(3, 4, 0.5F);  // 30 towards 40
     move_by_place(1, 2, 1.0F);  // 10 onto 20
     move_nodes(state.mesh, state.listing, state.moves);
-    EXPECT_EQ(state.mesh.x[30], 35.0F);
-    EXPECT_EQ(state.mesh.x[10], 20.0F);
-    EXPECT_EQ(state.mesh.x[25], 25.0F);
-    EXPECT_EQ(state.mesh.type[2], 0) << "40 20 20 0";
+    EXPECT_EQ(state.mesh.x[NodeNumber(30)], 35.0F);
+    EXPECT_EQ(state.mesh.x[NodeNumber(10)], 20.0F);
+    EXPECT_EQ(state.mesh.x[NodeNumber(25)], 25.0F);
+    EXPECT_EQ(state.mesh.type[ElementNumber(2)], 0) << "40 20 20 0";
     EXPECT_EQ(corners(5), "3: 20 30 30 20");
 }
 
@@ -271,28 +272,28 @@ TEST_F(MovesByPlace, APlaceBeyondTheLastNodeEndsTheRun) {
         EXPECT_NE(failure_of([] { move_nodes(state.mesh, state.listing, state.moves); }).find("from 1 to 4"),
                   std::string::npos);
     }
-    EXPECT_EQ(state.mesh.x[10], 10.0F) << "no node has moved";
+    EXPECT_EQ(state.mesh.x[NodeNumber(10)], 10.0F) << "no node has moved";
 }
 
 TEST_F(MovesByPlace, TheFirstListGoesBeforeTheSecond) {
     move(10, 20, 0.5F);
     move_by_place(2, 3, 0.5F);
     move_nodes(state.mesh, state.listing, state.moves);
-    EXPECT_EQ(state.mesh.x[10], 15.0F);
-    EXPECT_EQ(state.mesh.x[20], 20.0F) << "the second list rests";
+    EXPECT_EQ(state.mesh.x[NodeNumber(10)], 15.0F);
+    EXPECT_EQ(state.mesh.x[NodeNumber(20)], 20.0F) << "the second list rests";
 }
 
 TEST_F(MovesByPlace, WithoutPairsNothingMoves) {
     move_nodes(state.mesh, state.listing, state.moves);
-    EXPECT_EQ(state.mesh.x[10], 10.0F);
+    EXPECT_EQ(state.mesh.x[NodeNumber(10)], 10.0F);
 }
 
 TEST_F(MovesByPlace, LastElementIsTheHighestThatIsNotDeleted) {
-    EXPECT_EQ(last_element(state.mesh), 5);
-    state.mesh.type[HIGHEST_ELEMENT_NUMBER] = ELEMENT_BEAM;
-    EXPECT_EQ(last_element(state.mesh), HIGHEST_ELEMENT_NUMBER);
+    EXPECT_EQ(last_element(state.mesh).value, 5);
+    state.mesh.type[ElementNumber(HIGHEST_ELEMENT_NUMBER)] = ELEMENT_BEAM;
+    EXPECT_EQ(last_element(state.mesh).value, HIGHEST_ELEMENT_NUMBER);
     state.mesh.type.fill(ELEMENT_DELETED);
-    EXPECT_EQ(last_element(state.mesh), 0);
+    EXPECT_EQ(last_element(state.mesh).value, 0);
 }
 
 }  // namespace

@@ -39,17 +39,17 @@ Numbers plain_scan(const NodePlaces& places, const Numbers& points) {
     Numbers result;
     std::set<std::int32_t> claimed;
     for (std::size_t i = 1; i < points.size(); ++i) {
-        const Point start{places.x[points[i - 1]], places.y[points[i - 1]]};
-        const Point end{places.x[points[i]], places.y[points[i]]};
+        const Point start{places.x[NodeNumber(points[i - 1])], places.y[NodeNumber(points[i - 1])]};
+        const Point end{places.x[NodeNumber(points[i])], places.y[NodeNumber(points[i])]};
         const float dx = end.x - start.x;
         const float dy = end.y - start.y;
         if (dx * dx + dy * dy < 1.0E-6F)
             continue;
         std::vector<std::pair<float, std::int32_t>> found;
         for (std::int32_t n = 1; n <= HIGHEST_NODE_NUMBER; ++n) {
-            if (places.given[n] == 0 || claimed.contains(n))
+            if (places.given[NodeNumber(n)] == 0 || claimed.contains(n))
                 continue;
-            const Place place = place_of({places.x[n], places.y[n]}, start, end);
+            const Place place = place_of({places.x[NodeNumber(n)], places.y[NodeNumber(n)]}, start, end);
             if (!place.on_segment)
                 continue;
             found.emplace_back(place.position, n);
@@ -85,11 +85,11 @@ protected:
         Numbers numbers;
         while (static_cast<int>(numbers.size()) < count) {
             const std::int32_t n = 1 + below(HIGHEST_NODE_NUMBER);
-            if (places.given[n] == 1)
+            if (places.given[NodeNumber(n)] == 1)
                 continue;
-            places.given[n] = 1;
-            places.x[n] = static_cast<float>(below(grid)) + beside[below(9)];
-            places.y[n] = static_cast<float>(below(grid)) + beside[below(9)];
+            places.given[NodeNumber(n)] = 1;
+            places.x[NodeNumber(n)] = static_cast<float>(below(grid)) + beside[below(9)];
+            places.y[NodeNumber(n)] = static_cast<float>(below(grid)) + beside[below(9)];
             numbers.push_back(n);
         }
         return numbers;
@@ -104,7 +104,7 @@ TEST_F(PolylineProperty, SelectionIsThatOfThePlainScan) {
         for (int k = 1 + below(6); k > 0; --k)
             points.push_back(nodes[static_cast<std::size_t>(below(static_cast<int>(nodes.size())))]);
         const Numbers expected = plain_scan(places, points);
-        ASSERT_EQ(select_polyline(places, points), expected) << "round " << round;
+        ASSERT_EQ(values_of(select_polyline(places, node_numbers(points))), expected) << "round " << round;
     }
 }
 
@@ -113,7 +113,7 @@ TEST_F(PolylineProperty, NoNodeIsSelectedTwice) {
         clear();
         const Numbers nodes = scattered_nodes(100, 3);
         const Numbers points(nodes.begin(), nodes.begin() + 10);
-        const Numbers selected = select_polyline(places, points);
+        const Numbers selected = values_of(select_polyline(places, node_numbers(points)));
         EXPECT_EQ(std::set<std::int32_t>(selected.begin(), selected.end()).size(), selected.size());
     }
 }
@@ -123,11 +123,12 @@ TEST_F(PolylineProperty, PointsOfLongSegmentsAreOnTheirLine) {
         clear();
         const Numbers nodes = scattered_nodes(50, 30);
         const Numbers points(nodes.begin(), nodes.begin() + 5);
-        const Numbers nodes_found = select_polyline(places, points);
+        const Numbers nodes_found = values_of(select_polyline(places, node_numbers(points)));
         const std::set<std::int32_t> selected(nodes_found.begin(), nodes_found.end());
         for (std::size_t i = 0; i + 1 < points.size(); ++i) {
-            if (distance_between(places.x[points[i]], places.y[points[i]], places.x[points[i + 1]],
-                                 places.y[points[i + 1]]) < 0.5F)
+            if (distance_between(places.x[NodeNumber(points[i])], places.y[NodeNumber(points[i])],
+                                 places.x[NodeNumber(points[i + 1])],
+                                 places.y[NodeNumber(points[i + 1])]) < 0.5F)
                 continue;
             EXPECT_TRUE(selected.contains(points[i]));
             EXPECT_TRUE(selected.contains(points[i + 1]));

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "mesh/tables.h"
+#include "support/numbers.h"
 
 namespace brelan::test {
 namespace {
@@ -28,11 +29,13 @@ protected:
 
     static void clear() { places = {}; }
     static void node(std::int32_t number, float x, float y) {
-        places.x[number] = x;
-        places.y[number] = y;
-        places.given[number] = 1;
+        places.x[NodeNumber(number)] = x;
+        places.y[NodeNumber(number)] = y;
+        places.given[NodeNumber(number)] = 1;
     }
-    static Numbers selected(const Numbers& points) { return select_polyline(places, points); }
+    static Numbers selected(const Numbers& points) {
+        return values_of(select_polyline(places, node_numbers(points)));
+    }
 
     // Nodes 1 and 2 of a line from (0, 0) to (10, 0).
     static void long_line() {
@@ -59,7 +62,7 @@ TEST_F(Polyline, TakesTheNodesBetweenItsPoints) {
 TEST_F(Polyline, PassesOverNodesThatAreNotInUse) {
     long_line();
     node(5, 4.0F, 0.0F);
-    places.given[5] = 0;
+    places.given[NodeNumber(5)] = 0;
     EXPECT_EQ(selected({1, 2}), (Numbers{1, 2}));
 }
 

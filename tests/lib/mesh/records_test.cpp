@@ -22,14 +22,14 @@ protected:
     Lines node_line(std::int32_t edition) const {
         return lines(edition, [](Channel& mesh) {
             write_node_record(state.settings.kind(), mesh,
-                              {11, {1, 0, -1, 0, 2}, 8.0F, -0.5F, 12.5F, 0.025F});
+                              {NodeNumber(11), {1, 0, -1, 0, 2}, 8.0F, -0.5F, 12.5F, 0.025F});
         });
     }
     Lines element_line(std::int32_t edition, std::int8_t type) const {
         return lines(edition, [&](Channel& mesh) {
             ElementRecord e;
-            e.number = 21;
-            e.words = {11, 12, 13, 14, 51, 52, 53, 54, 5};
+            e.number = ElementNumber(21);
+            e.words = words_of({11, 12, 13, 14}, 5, {51, 52, 53, 54});
             e.fluid = 1;
             e.integration_r = e.integration_s = 2;
             e.real_attribute = -1.0F;
@@ -56,9 +56,9 @@ protected:
 };
 
 void expect_words(const ElementWords& words, const std::vector<std::int32_t>& expected) {
-    EXPECT_EQ((std::vector<std::int32_t>{words.corner_1, words.corner_2, words.corner_3, words.corner_4,
-                                         words.midside_5, words.midside_6, words.midside_7, words.midside_8,
-                                         words.material}),
+    EXPECT_EQ((std::vector<std::int32_t>{words.corner_1.value, words.corner_2.value, words.corner_3.value,
+                                         words.corner_4.value, words.midside_5.value, words.midside_6.value,
+                                         words.midside_7.value, words.midside_8.value, words.material.value}),
               expected);
 }
 
@@ -186,7 +186,7 @@ TEST_F(MeshRecords, BeamAndTrussHeadingsAreTheSameInAllKinds) {
 
 TEST_F(MeshRecords, NodeWithTheConstantsPassesOverThem) {
     const NodeRecord coupled = node(COUPLED, "11 1 0 -1 0 2 7 8 3.5 -4.5\n", 10);
-    EXPECT_EQ(coupled.number, 11);
+    EXPECT_EQ(coupled.number.value, 11);
     EXPECT_EQ(coupled.codes, (NodeCodes{1, 0, -1, 0, 2}));
     EXPECT_EQ(coupled.x, 3.5F);
     EXPECT_EQ(coupled.y, -4.5F);
@@ -230,8 +230,8 @@ TEST_F(MeshRecords, NodeOfTheTemperatureAndHeadKindsHasNoConstants) {
 TEST_F(MeshRecords, WhatFollowsTheLastFieldOnItsLineIsIgnored) {
     const Edition kind(DISPLACEMENT);
     Channel& mesh = holding("11 1 0 1 1 1 3.5 -4.5 and a remark\n12 1 0 1 1 1 5.5 6.5\n");
-    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).number, 11);
-    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).number, 12);
+    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).number.value, 11);
+    EXPECT_EQ(read_node_record(state.settings.kind(), mesh, 8).number.value, 12);
 }
 
 TEST_F(MeshRecords, RecordMayTakeSeveralLines) {
@@ -264,7 +264,7 @@ TEST_F(MeshRecords, WrittenElementIsReadBackWithItsTouchingFields) {
 TEST_F(MeshRecords, ElementOfTheTemperatureAndHeadKindsHasNoMidsides) {
     for (const std::int32_t edition : {TEMPERATURE, HEAD}) {
         const ElementRecord read = element(edition, ELEMENT_CONTINUUM, "21 11 12 13 0 5 -105\n");
-        EXPECT_EQ(read.number, 21);
+        EXPECT_EQ(read.number.value, 21);
         expect_words(read.words, {11, 12, 13, 0, 0, 0, 0, 0, 5});
         EXPECT_EQ(read.attribute, -105);
     }
@@ -273,7 +273,7 @@ TEST_F(MeshRecords, ElementOfTheTemperatureAndHeadKindsHasNoMidsides) {
 TEST_F(MeshRecords, BeamAndTrussAreHeldAsQuadrilaterals) {
     for (const std::int8_t type : {ELEMENT_BEAM, ELEMENT_TRUSS}) {
         const ElementRecord read = element(COUPLED, type, "31 11 12 7 99\n");
-        EXPECT_EQ(read.number, 31);
+        EXPECT_EQ(read.number.value, 31);
         expect_words(read.words, {11, 12, 12, 11, 0, 0, 0, 0, 7});
     }
 }

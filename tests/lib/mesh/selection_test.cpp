@@ -128,43 +128,43 @@ protected:
         selection = prepare_selection(state.deck.edit);
     }
     static void node(std::int32_t number, float x, float y) {
-        state.mesh.x[number] = x;
-        state.mesh.y[number] = y;
+        state.mesh.x[NodeNumber(number)] = x;
+        state.mesh.y[NodeNumber(number)] = y;
     }
     static ElementRecord element(std::int32_t number, const std::array<std::int32_t, 4>& corners) {
         ElementRecord e;
-        e.number = number;
-        e.words.corner_1 = corners[0];
-        e.words.corner_2 = corners[1];
-        e.words.corner_3 = corners[2];
-        e.words.corner_4 = corners[3];
+        e.number = ElementNumber(number);
+        e.words.corner_1 = NodeNumber(corners[0]);
+        e.words.corner_2 = NodeNumber(corners[1]);
+        e.words.corner_3 = NodeNumber(corners[2]);
+        e.words.corner_4 = NodeNumber(corners[3]);
         return e;
     }
 };
 
 TEST_F(SelectionCards, PointOnTheEdgeOfAWindowIsOutside) {
     window(1.0F, 2.0F, 3.0F, 4.0F);
-    EXPECT_TRUE(node_inside(state.deck.edit, selection, 1, 2.0F, 3.0F));
-    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 1.0F, 3.0F));
-    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 3.0F, 3.0F));
-    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 2.0F, 2.0F));
-    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 2.0F, 4.0F));
-    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 1.0F, 2.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, NodeNumber(1), 2.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, NodeNumber(1), 1.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, NodeNumber(1), 3.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, NodeNumber(1), 2.0F, 2.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, NodeNumber(1), 2.0F, 4.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, NodeNumber(1), 1.0F, 2.0F));
 }
 
 TEST_F(SelectionCards, PointNextToTheEdgeOfAWindowIsInside) {
     window(1.0F, 2.0F, 3.0F, 4.0F);
-    EXPECT_TRUE(node_inside(state.deck.edit, selection, 1, std::nextafter(1.0F, 2.0F), 3.0F));
-    EXPECT_TRUE(node_inside(state.deck.edit, selection, 1, std::nextafter(3.0F, 2.0F), 3.0F));
-    EXPECT_TRUE(node_inside(state.deck.edit, selection, 1, 2.0F, std::nextafter(2.0F, 3.0F)));
-    EXPECT_TRUE(node_inside(state.deck.edit, selection, 1, 2.0F, std::nextafter(4.0F, 3.0F)));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, NodeNumber(1), std::nextafter(1.0F, 2.0F), 3.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, NodeNumber(1), std::nextafter(3.0F, 2.0F), 3.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, NodeNumber(1), 2.0F, std::nextafter(2.0F, 3.0F)));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, NodeNumber(1), 2.0F, std::nextafter(4.0F, 3.0F)));
 }
 
 TEST_F(SelectionCards, WindowWithoutWidthHoldsNothing) {
     window(1.0F, 2.0F, 1.0F, 4.0F);
-    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 1.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, NodeNumber(1), 1.0F, 3.0F));
     window(3.0F, 2.0F, 1.0F, 4.0F);
-    EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 2.0F, 3.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, NodeNumber(1), 2.0F, 3.0F));
 }
 
 TEST_F(SelectionCards, SideZeroTakesWhatIsInsideAndSideOneTheRest) {
@@ -186,10 +186,10 @@ TEST_F(SelectionCards, AnyOtherSideTakesNothing) {
 
 TEST_F(SelectionCards, ListOfNodesGoesByNumber) {
     list(1, 1, {3, -5});
-    EXPECT_FALSE(node_inside(state.deck.edit, selection, 2, 0.0F, 0.0F));
-    EXPECT_TRUE(node_inside(state.deck.edit, selection, 3, 0.0F, 0.0F));
-    EXPECT_TRUE(node_inside(state.deck.edit, selection, 5, 0.0F, 0.0F));
-    EXPECT_FALSE(node_inside(state.deck.edit, selection, 6, 0.0F, 0.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, NodeNumber(2), 0.0F, 0.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, NodeNumber(3), 0.0F, 0.0F));
+    EXPECT_TRUE(node_inside(state.deck.edit, selection, NodeNumber(5), 0.0F, 0.0F));
+    EXPECT_FALSE(node_inside(state.deck.edit, selection, NodeNumber(6), 0.0F, 0.0F));
 }
 
 TEST_F(SelectionCards, ListOfElementsGoesByNumber) {
@@ -202,7 +202,8 @@ TEST_F(SelectionCards, ListOfElementsGoesByNumber) {
                                    element(7, {1, 2, 3, 4})));
         EXPECT_TRUE(
             element_inside(state.deck.edit, state.mesh, selection, ELEMENT_BEAM, element(8, {1, 2, 2, 1})));
-        EXPECT_FALSE(node_inside(state.deck.edit, selection, 7, 0.0F, 0.0F)) << "the list names no nodes";
+        EXPECT_FALSE(node_inside(state.deck.edit, selection, NodeNumber(7), 0.0F, 0.0F))
+            << "the list names no nodes";
     }
 }
 
@@ -211,7 +212,7 @@ TEST_F(SelectionCards, OtherKindsOfSelectionHoldNothing) {
     for (const std::int32_t selection_mode : {3, 4, -1}) {
         SetUp();
         list(1, selection_mode, {1, 2});
-        EXPECT_FALSE(node_inside(state.deck.edit, selection, 1, 0.0F, 0.0F)) << selection_mode;
+        EXPECT_FALSE(node_inside(state.deck.edit, selection, NodeNumber(1), 0.0F, 0.0F)) << selection_mode;
     }
     for (const std::int32_t selection_mode : {2, 3, 4, -1}) {
         SetUp();
@@ -224,11 +225,11 @@ TEST_F(SelectionCards, OtherKindsOfSelectionHoldNothing) {
 
 TEST_F(SelectionCards, MaterialsAreTakenAsTheyAreListed) {
     list(1, 3, {6, -8});
-    EXPECT_TRUE(material_listed(state.deck.edit, 6));
-    EXPECT_TRUE(material_listed(state.deck.edit, -8));
-    EXPECT_FALSE(material_listed(state.deck.edit, 7));
-    EXPECT_FALSE(material_listed(state.deck.edit, 8));
-    EXPECT_FALSE(material_listed(state.deck.edit, 0));
+    EXPECT_TRUE(material_listed(state.deck.edit, MaterialNumber(6)));
+    EXPECT_TRUE(material_listed(state.deck.edit, MaterialNumber(-8)));
+    EXPECT_FALSE(material_listed(state.deck.edit, MaterialNumber(7)));
+    EXPECT_FALSE(material_listed(state.deck.edit, MaterialNumber(8)));
+    EXPECT_FALSE(material_listed(state.deck.edit, MaterialNumber(0)));
 }
 
 // The corners of a square of side 4 with its centre in (2, 2), and of the triangle below its diagonal.

@@ -60,13 +60,14 @@ TEST(CheckedTable, NumbersFarOutsideDoNotWrapRound) {
 
 TEST(CheckedTable, NodeAndElementTablesEndAtTheirLimits) {
     static_assert(HIGHEST_NODE_NUMBER == 99990 && HIGHEST_ELEMENT_NUMBER == 99990);
-    state.mesh.x[1] = 0.0F;
-    state.mesh.x[99990] = 0.0F;
-    state.mesh.words[99990] = ElementWords{};
-    EXPECT_EQ(failure_of([] { state.mesh.x[99991] = 1.0F; }), "table XC: number 99991 is outside 1 to 99990");
-    EXPECT_EQ(failure_of([] { state.mesh.words[0].corner_1 = 1; }),
+    state.mesh.x[NodeNumber(1)] = 0.0F;
+    state.mesh.x[NodeNumber(99990)] = 0.0F;
+    state.mesh.words[ElementNumber(99990)] = ElementWords{};
+    EXPECT_EQ(failure_of([] { state.mesh.x[NodeNumber(99991)] = 1.0F; }),
+              "table XC: number 99991 is outside 1 to 99990");
+    EXPECT_EQ(failure_of([] { state.mesh.words[ElementNumber(0)].corner_1 = NodeNumber(1); }),
               "table IEL: number 0 is outside 1 to 99990");
-    EXPECT_EQ(failure_of([] { state.mesh.type_in_use[-5] = 1; }),
+    EXPECT_EQ(failure_of([] { state.mesh.type_in_use[ElementNumber(-5)] = 1; }),
               "table EACT1: number -5 is outside 1 to 99990");
 }
 

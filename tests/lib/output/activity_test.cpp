@@ -45,7 +45,7 @@ protected:
         std::string text;
         for (const std::int32_t number :
              {material, joint_material, inner_line_material, outer_line_material, OTHER}) {
-            const ActivityPair pair = activity_of(state.deck.groups, G, type, number);
+            const ActivityPair pair = activity_of(state.deck.groups, G, type, MaterialNumber(number));
             if (pair == ActivityPair{}) {
                 text += '-';
                 continue;
@@ -140,8 +140,10 @@ TEST_F(ActivityPairs, OneZeroOfTwoIsAPair) {
     state.deck.groups.rows[G].group_type = 4;
     state.deck.groups.outputs[G].pair[0] = {0, 7};
     state.deck.groups.outputs[G].pair[1] = {7, 0};
-    EXPECT_EQ(activity_of(state.deck.groups, G, ELEMENT_CONTINUUM, OTHER), (ActivityPair{0, 7}));
-    EXPECT_EQ(activity_of(state.deck.groups, G, ELEMENT_CONTINUUM, material), (ActivityPair{7, 0}));
+    EXPECT_EQ(activity_of(state.deck.groups, G, ELEMENT_CONTINUUM, MaterialNumber(OTHER)),
+              (ActivityPair{0, 7}));
+    EXPECT_EQ(activity_of(state.deck.groups, G, ELEMENT_CONTINUUM, MaterialNumber(material)),
+              (ActivityPair{7, 0}));
 }
 
 TEST_F(ActivityPairs, FirstLineOfAJointComesBeforeItsTwin) {
@@ -168,25 +170,29 @@ TEST_F(ActivityPairs, NewMaterialsFollowTheHighestOfTheMesh) {
         state.deck.groups.rows[g] = {};
     state.deck.groups.rows[G].group_type = 4;
     FinishedMembers members;
-    members.highest_material = 20;
+    members.highest_material = MaterialNumber(20);
     members.groups.resize(G + 1);
-    members.groups[G][{ELEMENT_CONTINUUM, material}].all = {{3, 4}, {9, 9}};
-    members.groups[G][{ELEMENT_CONTINUUM, OTHER}].all = {{4, 5}};
-    members.groups[G][{ELEMENT_BEAM, inner_line_material}].all = {{11, 11}};
-    members.groups[G][{ELEMENT_TRUSS, outer_line_material}].all = {{12, 12}};
+    members.groups[G][{ELEMENT_CONTINUUM, MaterialNumber(material)}].all = {
+        {ElementNumber(3), ElementNumber(4)}, {ElementNumber(9), ElementNumber(9)}};
+    members.groups[G][{ELEMENT_CONTINUUM, MaterialNumber(OTHER)}].all = {
+        {ElementNumber(4), ElementNumber(5)}};
+    members.groups[G][{ELEMENT_BEAM, MaterialNumber(inner_line_material)}].all = {
+        {ElementNumber(11), ElementNumber(11)}};
+    members.groups[G][{ELEMENT_TRUSS, MaterialNumber(outer_line_material)}].all = {
+        {ElementNumber(12), ElementNumber(12)}};
     const Activity activity = make_activity(state.trace, state.deck.groups, members);
     EXPECT_EQ(activity.line_count, 2 + 2 + 1 + 1);
-    EXPECT_EQ(activity.first_new, 21);
+    EXPECT_EQ(activity.first_new.value, 21);
     ASSERT_EQ(activity.materials.size(), 2U);
-    EXPECT_EQ(activity.materials[0].old, OTHER);
+    EXPECT_EQ(activity.materials[0].old.value, OTHER);
     EXPECT_EQ(activity.materials[0].activity, (ActivityPair{1, 101}));
-    EXPECT_EQ(activity.materials[1].old, material);
-    EXPECT_EQ(activity.new_material[3], 22);
-    EXPECT_EQ(activity.new_material[4], 22);  // the later of its two
-    EXPECT_EQ(activity.new_material[5], 21);
-    EXPECT_EQ(activity.new_material[9], 22);
+    EXPECT_EQ(activity.materials[1].old.value, material);
+    EXPECT_EQ(activity.new_material[3].value, 22);
+    EXPECT_EQ(activity.new_material[4].value, 22);  // the later of its two
+    EXPECT_EQ(activity.new_material[5].value, 21);
+    EXPECT_EQ(activity.new_material[9].value, 22);
     for (const std::size_t none : {1U, 6U, 10U, 11U, 12U})
-        EXPECT_EQ(activity.new_material[none], 0) << none;
+        EXPECT_EQ(activity.new_material[none].value, 0) << none;
 }
 
 }  // namespace

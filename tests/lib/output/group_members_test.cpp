@@ -10,7 +10,10 @@
 namespace brelan::test {
 namespace {
 
-using Record = MemberRecord;
+// A MemberRecord in plain numbers.
+struct Record {
+    std::int32_t group, material, element, type, sub_kind;
+};
 
 class GroupMemberRecords : public ChannelTest {
 protected:
@@ -26,13 +29,14 @@ protected:
     std::vector<GroupMembers> read(const std::vector<Record>& records) const {
         MemberCollector collector(state.deck.groups);
         for (const Record& r : records)
-            collector.add(r);
+            collector.add(
+                {r.group, MaterialNumber(r.material), ElementNumber(r.element), r.type, r.sub_kind});
         return collector.found().groups;
     }
     static std::string text(const ElementRanges& ranges) {
         std::string all;
         for (const ElementRange& range : ranges)
-            all += std::to_string(range.first) + "-" + std::to_string(range.last) + " ";
+            all += to_string(range.first) + "-" + to_string(range.last) + " ";
         return all;
     }
 };
@@ -41,23 +45,23 @@ TEST_F(GroupMemberRecords, ConsecutiveElementsAreARange) {
     groups({1});
     const auto members = read({{1, 3, 5, 1, 0}, {1, 3, 6, 1, 0}, {1, 3, 8, 1, 0}});
     ASSERT_EQ(members.size(), 2U);
-    EXPECT_EQ(text(members[1].at({ELEMENT_CONTINUUM, 3}).all), "5-6 8-8 ");
-    EXPECT_EQ(members[1].at({ELEMENT_CONTINUUM, 3}).all[0].length(), 2);
+    EXPECT_EQ(text(members[1].at({ELEMENT_CONTINUUM, MaterialNumber(3)}).all), "5-6 8-8 ");
+    EXPECT_EQ(members[1].at({ELEMENT_CONTINUUM, MaterialNumber(3)}).all[0].length(), 2);
 }
 
 TEST_F(GroupMemberRecords, ElementOfTwoRowsCountsOnce) {
     groups({1});
     const auto members = read({{1, 3, 5, 2, 0}, {1, 3, 5, 2, 1}, {1, 3, 6, 2, 1}, {1, 3, 7, 2, 0}});
-    EXPECT_EQ(text(members[1].at({ELEMENT_BEAM, 3}).all), "5-7 ");
-    EXPECT_EQ(text(members[1].at({ELEMENT_BEAM, 3}).inside), "5-5 7-7 ");
+    EXPECT_EQ(text(members[1].at({ELEMENT_BEAM, MaterialNumber(3)}).all), "5-7 ");
+    EXPECT_EQ(text(members[1].at({ELEMENT_BEAM, MaterialNumber(3)}).inside), "5-5 7-7 ");
 }
 
 TEST_F(GroupMemberRecords, LineAndStripElementsAreNotInside) {
     groups({1});
     const auto members = read({{1, 3, 5, 2, 1}, {1, 4, 6, 1, 2}, {1, 4, 7, 1, 0}, {1, 4, 8, 1, 3}});
-    EXPECT_EQ(text(members[1].at({ELEMENT_BEAM, 3}).inside), "");
-    EXPECT_EQ(text(members[1].at({ELEMENT_CONTINUUM, 4}).all), "6-8 ");
-    EXPECT_EQ(text(members[1].at({ELEMENT_CONTINUUM, 4}).inside), "7-8 ");
+    EXPECT_EQ(text(members[1].at({ELEMENT_BEAM, MaterialNumber(3)}).inside), "");
+    EXPECT_EQ(text(members[1].at({ELEMENT_CONTINUUM, MaterialNumber(4)}).all), "6-8 ");
+    EXPECT_EQ(text(members[1].at({ELEMENT_CONTINUUM, MaterialNumber(4)}).inside), "7-8 ");
 }
 
 TEST_F(GroupMemberRecords, RecordsThatNameNothingAreLeftOut) {
@@ -137,9 +141,8 @@ TEST_F(GroupMemberRecords, AreWhatAPlainReadingGives) {
         const auto members = read(records);
         for (std::size_t g = 0; g < members.size(); ++g)
             for (const auto& [key, ranges] : members[g])
-                found += std::to_string(g) + "/" + std::to_string(key.first) + "/" +
-                         std::to_string(key.second) + ": " + text(ranges.all) + "inside " +
-                         text(ranges.inside) + "\n";
+                found += std::to_string(g) + "/" + std::to_string(key.first) + "/" + to_string(key.second) +
+                         ": " + text(ranges.all) + "inside " + text(ranges.inside) + "\n";
         ASSERT_EQ(found, expected) << "round " << round;
     }
 }
