@@ -1,0 +1,322 @@
+#include "plane/triangulation.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "plane/orientation.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr double GAIN = 1.0E-9;  // of an opening: a flip for less would do nothing but take turns
+
+struct Vector {
+    double x, y;
+};
+
+Vector between(const Point& from, const Point& to) {
+    return {static_cast<double>(to.x) - static_cast<double>(from.x),
+            static_cast<double>(to.y) - static_cast<double>(from.y)};
+}
+
+double smallest_opening(const Point& a, const Point& b, const Point& c) {
+    const std::array<Point, 3> corners{a, b, c};
+    return openings_of(corners).smallest;
+}
+
+struct Foot {
+    double distance, share;  // of the point from the segment; of its foot along it, from 0 to 1
+};
+Foot foot_on(const Point& from, const Point& to, const Point& p) {
+    const Vector s = between(from, to), v = between(from, p);
+    const double length = s.x * s.x + s.y * s.y;
+    const double share = length > 0.0 ? std::clamp((s.x * v.x + s.y * v.y) / length, 0.0, 1.0) : 0.0;
+    const double dx = v.x - share * s.x, dy = v.y - share * s.y;
+    return {std::sqrt(dx * dx + dy * dy), share};
+}
+
+// Where two segments that cross do so.
+Point crossing(const Point& a, const Point& b, const Point& c, const Point& d) {
+    const Vector r = between(a, b), s = between(c, d), v = between(a, c);
+    const double determinant = r.x * s.y - r.y * s.x;
+    const double share = (v.x * s.y - v.y * s.x) / determinant;
+    return {static_cast<float>(static_cast<double>(a.x) + share * r.x),
+            static_cast<float>(static_cast<double>(a.y) + share * r.y)};
+}
+
+}  // namespace
+
+Openings openings_of(std::span<const Point> corners) {
+    Openings found{4.0, 0.0};
+    const std::size_t n = corners.size();
+    for (std::size_t i = 0; i < n; ++i) {
+        const Vector u = between(corners[i], corners[(i + 1) % n]),
+                     v = between(corners[i], corners[(i + n - 1) % n]);
+        const double lengths = std::sqrt((u.x * u.x + u.y * u.y) * (v.x * v.x + v.y * v.y));
+        const double cosine = lengths > 0.0 ? (u.x * v.x + u.y * v.y) / lengths : 1.0;
+        const double opening = u.x * v.y - u.y * v.x >= 0.0 ? 1.0 - cosine : 3.0 + cosine;
+        found.smallest = std::min(found.smallest, opening);
+        found.largest = std::max(found.largest, opening);
+    }
+    return found;
+}
+
+Triangulation::Triangulation(std::span<const Point> corners) : points_(corners.begin(), corners.end()) {
+    if (corners.size() == 3) {
+        add(0, 1, 2);
+        return;
+    }
+    const double first =
+        std::min(smallest_opening(at(0), at(1), at(2)), smallest_opening(at(0), at(2), at(3)));
+    const double second =
+        std::min(smallest_opening(at(0), at(1), at(3)), smallest_opening(at(1), at(2), at(3)));
+    const bool first_is_there = orientation(at(0), at(1), at(2)) > 0 && orientation(at(0), at(2), at(3)) > 0;
+    const bool second_is_there = orientation(at(0), at(1), at(3)) > 0 && orientation(at(1), at(2), at(3)) > 0;
+    if (first_is_there && (first >= second || !second_is_there)) {
+        add(0, 1, 2);
+        add(0, 2, 3);
+    } else {
+        add(0, 1, 3);
+        add(1, 2, 3);
+    }
+}
+
+int Triangulation::add_on_border(int from, int to, const Point& point) {
+    const auto p = static_cast<int>(points_.size());
+    points_.push_back(point);
+    split_edge(from, to, p);
+    return p;
+}
+
+int Triangulation::add_inside(const Point& point) {
+    const auto p = static_cast<int>(points_.size());
+    points_.push_back(point);
+    // The triangle that holds the point. On an edge between two, both are divided.
+    for (const auto& [edge, c] : apex_) {
+        const auto [a, b] = edge;
+        if (a > b || a > c)
+            continue;  // each triangle once, from its lowest corner
+        const int ab = orientation(at(a), at(b), point), bc = orientation(at(b), at(c), point),
+                  ca = orientation(at(c), at(a), point);
+        if (ab < 0 || bc < 0 || ca < 0)
+            continue;
+        if (ab == 0 || bc == 0 || ca == 0) {
+            const Edge on = ab == 0 ? Edge{a, b} : bc == 0 ? Edge{b, c} : Edge{c, a};
+            split_edge(on.first, on.second, p);
+            return p;
+        }
+        const int apex = c;
+        const Edge base{a, b};
+        remove(base.first, base.second, apex);
+        add(base.first, base.second, p);
+        add(base.second, apex, p);
+        add(apex, base.first, p);
+        settle({base, {base.second, apex}, {apex, base.first}});
+        return p;
+    }
+    return -1;
+}
+
+void Triangulation::fix(int from, int to, double tolerance) {
+    // The points that lie on the chain, in their order along it.
+    std::vector<std::pair<double, int>> on;
+    for (int i = 0; i < static_cast<int>(points_.size()); ++i) {
+        const Foot foot = foot_on(at(from), at(to), at(i));
+        if (i != from && i != to && foot.distance < tolerance)
+            on.emplace_back(foot.share, i);
+    }
+    std::sort(on.begin(), on.end());
+    int last = from;
+    for (const auto& [share, i] : on) {
+        fix_between(last, i, tolerance);
+        last = i;
+    }
+    fix_between(last, to, tolerance);
+}
+
+void Triangulation::improve() {
+    std::vector<Edge> edges;
+    for (const auto& [edge, c] : apex_)
+        if (edge.first < edge.second)
+            edges.push_back(edge);
+    settle(std::move(edges));
+}
+
+std::vector<Triangulation::Part> Triangulation::parts() const {
+    struct Pair {
+        double smallest;
+        Edge edge;
+    };
+    std::vector<Pair> pairs;
+    for (const auto& [edge, c] : apex_) {
+        const auto [a, b] = edge;
+        const int d = a < b && !is_fixed(a, b) ? apex(b, a) : -1;
+        if (d < 0)
+            continue;
+        const std::array<Point, 4> corners{at(a), at(d), at(b), at(c)};
+        const Openings quadrilateral = openings_of(corners);
+        const double triangles =
+            std::min(smallest_opening(at(a), at(b), at(c)), smallest_opening(at(b), at(a), at(d)));
+        const bool is_well_shaped =
+            quadrilateral.smallest >= OPENING_30 && quadrilateral.largest <= OPENING_150;
+        if (is_well_shaped || (quadrilateral.smallest >= triangles && quadrilateral.largest <= OPENING_165))
+            pairs.push_back({std::min(quadrilateral.smallest, OPENING_180 - quadrilateral.largest), edge});
+    }
+    std::stable_sort(pairs.begin(), pairs.end(),
+                     [](const Pair& one, const Pair& two) { return one.smallest > two.smallest; });
+    std::set<std::array<int, 3>> used;
+    const auto triangle = [](int a, int b, int c) {
+        std::array<int, 3> corners{a, b, c};
+        std::rotate(corners.begin(), std::min_element(corners.begin(), corners.end()), corners.end());
+        return corners;
+    };
+    std::vector<Part> found;
+    for (const Pair& pair : pairs) {
+        const auto [a, b] = pair.edge;
+        const int c = apex(a, b), d = apex(b, a);
+        if (used.count(triangle(a, b, c)) != 0 || used.count(triangle(b, a, d)) != 0)
+            continue;
+        used.insert(triangle(a, b, c));
+        used.insert(triangle(b, a, d));
+        found.push_back({a, d, b, c});
+    }
+    for (const auto& [edge, c] : apex_) {
+        const auto [a, b] = edge;
+        if (a < b && a < c && used.count({a, b, c}) == 0)
+            found.push_back({a, b, c, -1});
+    }
+    for (Part& part : found) {
+        const auto last = part[3] < 0 ? part.end() - 1 : part.end();
+        std::rotate(part.begin(), std::min_element(part.begin(), last), last);
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+void Triangulation::add(int a, int b, int c) {
+    apex_[{a, b}] = c;
+    apex_[{b, c}] = a;
+    apex_[{c, a}] = b;
+}
+
+void Triangulation::remove(int a, int b, int c) {
+    apex_.erase({a, b});
+    apex_.erase({b, c});
+    apex_.erase({c, a});
+}
+
+int Triangulation::apex(int a, int b) const {
+    const auto found = apex_.find({a, b});
+    return found == apex_.end() ? -1 : found->second;
+}
+
+bool Triangulation::is_flippable(int a, int b) const {
+    const int c = apex(a, b), d = apex(b, a);
+    return c >= 0 && d >= 0 && !is_fixed(a, b) && orientation(at(a), at(d), at(c)) > 0 &&
+           orientation(at(d), at(b), at(c)) > 0;
+}
+
+void Triangulation::flip(int a, int b) {
+    const int c = apex(a, b), d = apex(b, a);
+    remove(a, b, c);
+    remove(b, a, d);
+    add(a, d, c);
+    add(d, b, c);
+}
+
+bool Triangulation::improves(int a, int b) const {
+    const Point &pa = at(a), &pb = at(b), &pc = at(apex(a, b)), &pd = at(apex(b, a));
+    const double now = std::min(smallest_opening(pa, pb, pc), smallest_opening(pb, pa, pd));
+    const double then = std::min(smallest_opening(pa, pd, pc), smallest_opening(pd, pb, pc));
+    return then > now + GAIN;
+}
+
+void Triangulation::split_edge(int a, int b, int p) {
+    const int c = apex(a, b), d = apex(b, a);
+    if (is_fixed(a, b)) {
+        fixed_.erase(lower_first(a, b));
+        fixed_.insert(lower_first(a, p));
+        fixed_.insert(lower_first(p, b));
+    }
+    std::vector<Edge> around;
+    if (c >= 0) {
+        remove(a, b, c);
+        add(a, p, c);
+        add(p, b, c);
+        around.insert(around.end(), {{b, c}, {c, a}});
+    }
+    if (d >= 0) {
+        remove(b, a, d);
+        add(p, a, d);
+        add(b, p, d);
+        around.insert(around.end(), {{a, d}, {d, b}});
+    }
+    settle(std::move(around));
+}
+
+// Flips edges as long as that helps, and looks again at those around.
+void Triangulation::settle(std::vector<Edge> edges) {
+    while (!edges.empty()) {
+        const auto [a, b] = edges.back();
+        edges.pop_back();
+        if (!is_flippable(a, b) || !improves(a, b))
+            continue;
+        const int c = apex(a, b), d = apex(b, a);
+        flip(a, b);
+        edges.insert(edges.end(), {{b, c}, {c, a}, {a, d}, {d, b}});
+    }
+}
+
+std::vector<Triangulation::Edge> Triangulation::crossed_edges(int from, int to) const {
+    std::vector<Edge> crossed;
+    for (const auto& [edge, c] : apex_) {
+        const auto [a, b] = edge;
+        if (a > b || a == from || a == to || b == from || b == to)
+            continue;
+        if (orientation(at(from), at(to), at(a)) * orientation(at(from), at(to), at(b)) < 0 &&
+            orientation(at(a), at(b), at(from)) * orientation(at(a), at(b), at(to)) < 0)
+            crossed.push_back(edge);
+    }
+    return crossed;
+}
+
+void Triangulation::fix_between(int from, int to, double tolerance) {
+    if (from == to)
+        return;
+    std::vector<Edge> crossed = crossed_edges(from, to);
+    for (const auto& [a, b] : crossed) {
+        if (!is_fixed(a, b))
+            continue;
+        const auto p = static_cast<int>(points_.size());
+        points_.push_back(crossing(at(from), at(to), at(a), at(b)));
+        split_edge(a, b, p);
+        fix(from, p, tolerance);
+        fix(p, to, tolerance);
+        return;
+    }
+    // Edges in the way are flipped, those that cannot be after others (Sloan, A fast algorithm for generating
+    // constrained Delaunay triangulations, 1993).
+    std::size_t waiting = 0;
+    while (!crossed.empty() && waiting <= crossed.size()) {
+        const auto [a, b] = crossed.front();
+        crossed.erase(crossed.begin());
+        if (!is_flippable(a, b)) {
+            crossed.emplace_back(a, b);
+            ++waiting;
+            continue;
+        }
+        waiting = 0;
+        const int c = apex(a, b), d = apex(b, a);
+        flip(a, b);
+        const Edge diagonal = lower_first(c, d);
+        const bool ends_there = diagonal.first == from || diagonal.first == to || diagonal.second == from ||
+                                diagonal.second == to;
+        if (!ends_there && orientation(at(from), at(to), at(c)) * orientation(at(from), at(to), at(d)) < 0)
+            crossed.push_back(diagonal);
+    }
+    if (apex(from, to) >= 0 || apex(to, from) >= 0)
+        fixed_.insert(lower_first(from, to));
+}
+
+}  // namespace brelan
