@@ -138,7 +138,7 @@ void finish_joints(Channels& channels, Mesh& mesh, Engine& engine, GroupListing&
 }  // namespace
 
 GroupListing work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
-                            const Tolerances& tolerances, Engine& engine) {
+                            const Tolerances& tolerances, [[maybe_unused]] CutMethod method, Engine& engine) {
     channels.open(CHANNEL_JOINT, "JOINT.TMP", OpenStatus::work);
     channels.open(CHANNEL_GROUP, "GROUP.TMP", OpenStatus::work);
     build_indexes(mesh, engine);
