@@ -13,6 +13,7 @@
 #include "group/listing.h"
 #include "group/path_cut.h"
 #include "group/regions.h"
+#include "group/sound_cut.h"
 #include "mesh/kinds.h"
 #include "plane/path.h"
 #include "text/channel_numbers.h"
@@ -97,58 +98,108 @@ RegionMaterial region_of(const GroupCards& group_cards, std::int32_t g) {
     return region;
 }
 
-// Works on one group. Gives the record of its line or joint.
-std::optional<JointRecord> run_group(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
-                                     const Tolerances& tolerances, Engine& engine, CutTable& cut,
-                                     GroupListing& listing, std::int32_t g) {
-    engine.group = g;
-    const GroupRow& group = group_cards.rows[g];
-    if (group.group_type == 0)
-        return std::nullopt;
-    const OutlineUse use = use_of(group);
-    const std::span<const SegmentRow> segments = segments_of(group_cards, g);
-    const Path path = path_along(outline_of(group_cards, g), segments, use, tolerances.same);
-    if (use != OutlineUse::free_line)
-        cut_along(mesh, tolerances, engine, cut, path, segments);
-    require_parts(engine, path);
-    std::vector<std::int32_t> nodes;
-    if (use != OutlineUse::free_line)
-        nodes = list_path_nodes(mesh, tolerances, engine, path);
-    else if (!segments.empty())
-        nodes = list_free_nodes(mesh, tolerances, engine, path);
-    GroupLines lines = add_lines(channels, mesh, group_cards, engine, listing, g, path.closed, nodes);
-    add_row(listing, channels.at(CHANNEL_GROUP),
-            {g, ROW_OUTLINE, group.group_type, path.closed ? 1 : 0, path.points, std::move(nodes)});
-    apply_region(mesh, engine, region_of(group_cards, g), path.points, lines.moved);
-    return std::move(lines.record);
-}
-
-// The lines and joints at the end of the run: later groups may have moved them.
-void finish_joints(Channels& channels, Mesh& mesh, Engine& engine, GroupListing& listing,
-                   std::span<const JointRecord> records) {
-    for (const JointRecord& record : records) {
-        engine.group = record.group;
-        if (record.group_type < 0)
-            fix_twins(mesh, engine, record.nodes, record.twins, record.closed == 1, record.joint_thickness);
+// The groups of a deck at work, one after the other.
+class GroupWork {
+public:
+    GroupWork(Channels& channels, Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances,
+              CutMethod method, Engine& engine)
+        : channels_(channels),
+          mesh_(mesh),
+          group_cards_(group_cards),
+          tolerances_(tolerances),
+          method_(method),
+          engine_(engine),
+          table_(engine.uses_indexes) {
+        if (method_ == CutMethod::sound)
+            // A node is on a line or it is not: none that is merely near counts.
+            tolerances_.line = static_cast<float>(smallest_distance(mesh, tolerances, engine));
     }
-    for (const JointRecord& record : records)
-        add_rows(mesh, listing, channels.at(CHANNEL_GROUP), record);
-}
+
+    GroupListing run() {
+        for (std::int32_t g = 1; g <= group_cards_.count; ++g)
+            run_group(g);
+        finish_joints();
+        return std::move(listing_);
+    }
+
+private:
+    void run_group(std::int32_t g) {
+        engine_.group = g;
+        const GroupRow& group = group_cards_.rows[g];
+        if (group.group_type == 0)
+            return;
+        const OutlineUse use = use_of(group);
+        const std::span<const SegmentRow> segments = segments_of(group_cards_, g);
+        const Path path = path_along(outline_of(group_cards_, g), segments, use, tolerances_.same);
+        require_parts_first(path);
+        if (use != OutlineUse::free_line)
+            cut(path, segments);
+        require_parts(engine_, path);
+        std::vector<std::int32_t> nodes;
+        if (use != OutlineUse::free_line)
+            nodes = list_path_nodes(mesh_, tolerances_, engine_, path);
+        else if (!segments.empty())
+            nodes = list_free_nodes(mesh_, tolerances_, engine_, path);
+        GroupLines lines =
+            add_lines(channels_, mesh_, group_cards_, engine_, listing_, g, path.closed, nodes);
+        add_row(listing_, channels_.at(CHANNEL_GROUP),
+                {g, ROW_OUTLINE, group.group_type, path.closed ? 1 : 0, path.points, std::move(nodes)});
+        apply_region(mesh_, engine_, region_of(group_cards_, g), path.points, lines.moved);
+        if (lines.record)
+            records_.push_back(std::move(*lines.record));
+    }
+
+    // The sound cut alters nothing before it knows the whole path.
+    void require_parts_first(const Path& path) const {
+        if (method_ == CutMethod::sound)
+            require_parts(engine_, path);
+    }
+
+    void cut(const Path& path, std::span<const SegmentRow> segments) {
+        if (method_ == CutMethod::by_rules)
+            return cut_along(mesh_, tolerances_, engine_, table_, path, segments);
+        const CutPlan plan =
+            cut_soundly(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_, path, segments);
+        for (JointRecord& record : records_) {
+            follow_sides(record.nodes, record.closed == 1, plan);
+            follow_sides(record.twins, record.closed == 1, plan);
+        }
+        for (ListingRow& row : listing_.rows)
+            follow_sides(row.nodes, row.closed == 1, plan);
+    }
+
+    // The lines and joints at the end of the run: later groups may have moved them.
+    void finish_joints() {
+        for (const JointRecord& record : records_) {
+            engine_.group = record.group;
+            if (record.group_type < 0)
+                fix_twins(mesh_, engine_, record.nodes, record.twins, record.closed == 1,
+                          record.joint_thickness);
+        }
+        for (const JointRecord& record : records_)
+            add_rows(mesh_, listing_, channels_.at(CHANNEL_GROUP), record);
+    }
+
+    Channels& channels_;
+    Mesh& mesh_;
+    const GroupCards& group_cards_;
+    Tolerances tolerances_;
+    CutMethod method_;
+    Engine& engine_;
+    CutTable table_;
+    DrawnSides drawn_;
+    GroupListing listing_;
+    std::vector<JointRecord> records_;
+};
 
 }  // namespace
 
 GroupListing work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
-                            const Tolerances& tolerances, [[maybe_unused]] CutMethod method, Engine& engine) {
+                            const Tolerances& tolerances, CutMethod method, Engine& engine) {
     channels.open(CHANNEL_JOINT, "JOINT.TMP", OpenStatus::work);
     channels.open(CHANNEL_GROUP, "GROUP.TMP", OpenStatus::work);
     build_indexes(mesh, engine);
-    CutTable cut(engine.uses_indexes);
-    GroupListing listing;
-    std::vector<JointRecord> records;
-    for (std::int32_t g = 1; g <= group_cards.count; ++g)
-        if (auto record = run_group(channels, mesh, group_cards, tolerances, engine, cut, listing, g))
-            records.push_back(std::move(*record));
-    finish_joints(channels, mesh, engine, listing, records);
+    GroupListing listing = GroupWork(channels, mesh, group_cards, tolerances, method, engine).run();
     channels.close(CHANNEL_JOINT, CloseAction::remove);
     channels.close(CHANNEL_GROUP);
     repair_quadrilaterals(mesh, engine);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "plane/foot.h"
 #include "plane/orientation.h"
 
 namespace brelan {
@@ -23,26 +24,6 @@ Vector between(const Point& from, const Point& to) {
 double smallest_opening(const Point& a, const Point& b, const Point& c) {
     const std::array<Point, 3> corners{a, b, c};
     return openings_of(corners).smallest;
-}
-
-struct Foot {
-    double distance, share;  // of the point from the segment; of its foot along it, from 0 to 1
-};
-Foot foot_on(const Point& from, const Point& to, const Point& p) {
-    const Vector s = between(from, to), v = between(from, p);
-    const double length = s.x * s.x + s.y * s.y;
-    const double share = length > 0.0 ? std::clamp((s.x * v.x + s.y * v.y) / length, 0.0, 1.0) : 0.0;
-    const double dx = v.x - share * s.x, dy = v.y - share * s.y;
-    return {std::sqrt(dx * dx + dy * dy), share};
-}
-
-// Where two segments that cross do so.
-Point crossing(const Point& a, const Point& b, const Point& c, const Point& d) {
-    const Vector r = between(a, b), s = between(c, d), v = between(a, c);
-    const double determinant = r.x * s.y - r.y * s.x;
-    const double share = (v.x * s.y - v.y * s.x) / determinant;
-    return {static_cast<float>(static_cast<double>(a.x) + share * r.x),
-            static_cast<float>(static_cast<double>(a.y) + share * r.y)};
 }
 
 }  // namespace
@@ -118,7 +99,7 @@ int Triangulation::add_inside(const Point& point) {
     return -1;
 }
 
-void Triangulation::fix(int from, int to, double tolerance) {
+bool Triangulation::fix(int from, int to, double tolerance) {
     // The points that lie on the chain, in their order along it.
     std::vector<std::pair<double, int>> on;
     for (int i = 0; i < static_cast<int>(points_.size()); ++i) {
@@ -129,10 +110,11 @@ void Triangulation::fix(int from, int to, double tolerance) {
     std::sort(on.begin(), on.end());
     int last = from;
     for (const auto& [share, i] : on) {
-        fix_between(last, i, tolerance);
+        if (!fix_between(last, i, tolerance))
+            return false;
         last = i;
     }
-    fix_between(last, to, tolerance);
+    return fix_between(last, to, tolerance);
 }
 
 void Triangulation::improve() {
@@ -281,19 +263,17 @@ std::vector<Triangulation::Edge> Triangulation::crossed_edges(int from, int to) 
     return crossed;
 }
 
-void Triangulation::fix_between(int from, int to, double tolerance) {
+bool Triangulation::fix_between(int from, int to, double tolerance) {
     if (from == to)
-        return;
+        return true;
     std::vector<Edge> crossed = crossed_edges(from, to);
     for (const auto& [a, b] : crossed) {
         if (!is_fixed(a, b))
             continue;
         const auto p = static_cast<int>(points_.size());
-        points_.push_back(crossing(at(from), at(to), at(a), at(b)));
+        points_.push_back(meeting_of(at(from), at(to), at(a), at(b)));
         split_edge(a, b, p);
-        fix(from, p, tolerance);
-        fix(p, to, tolerance);
-        return;
+        return fix(from, p, tolerance) && fix(p, to, tolerance);
     }
     // Edges in the way are flipped, those that cannot be after others (Sloan, A fast algorithm for generating
     // constrained Delaunay triangulations, 1993).
@@ -315,8 +295,10 @@ void Triangulation::fix_between(int from, int to, double tolerance) {
         if (!ends_there && orientation(at(from), at(to), at(c)) * orientation(at(from), at(to), at(d)) < 0)
             crossed.push_back(diagonal);
     }
-    if (apex(from, to) >= 0 || apex(to, from) >= 0)
-        fixed_.insert(lower_first(from, to));
+    if (apex(from, to) < 0 && apex(to, from) < 0)
+        return false;
+    fixed_.insert(lower_first(from, to));
+    return true;
 }
 
 }  // namespace brelan

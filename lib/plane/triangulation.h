@@ -42,7 +42,8 @@ public:
 
     // Makes the segment between two points a chain of edges that stay. Points within the tolerance of it are
     // on the chain, and so are its crossings with other such chains.
-    void fix(int from, int to, double tolerance);
+    // False where an edge could not be made.
+    bool fix(int from, int to, double tolerance);
 
     // Makes the smallest angles as large as flips can, the fixed edges apart.
     void improve();
@@ -55,6 +56,7 @@ public:
     const std::vector<Point>& points() const { return points_; }
 
     // Points that crossings of chains have added lie behind those that were given.
+    const std::set<std::pair<int, int>>& fixed_edges() const { return fixed_; }
     bool is_fixed(int a, int b) const { return fixed_.count(lower_first(a, b)) != 0; }
 
 private:
@@ -69,7 +71,7 @@ private:
     bool improves(int a, int b) const;
     void split_edge(int a, int b, int p);
     void settle(std::vector<Edge> edges);
-    void fix_between(int from, int to, double tolerance);
+    bool fix_between(int from, int to, double tolerance);
     std::vector<Edge> crossed_edges(int from, int to) const;
     const Point& at(int i) const { return points_[static_cast<std::size_t>(i)]; }
 
