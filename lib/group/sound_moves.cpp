@@ -31,8 +31,8 @@ public:
         for (const DrawnSegment& segment : drawing_.segments)
             for (const Solid& solid : solids_met_by(mesh_, engine_, drawing_, segment))
                 for (const std::int32_t node : solid.nodes())
-                    if (is_on(mesh_, drawing_, segment, node))
-                        on_drawing_.insert(node);
+                    if (is_on(mesh_, drawing_, segment, node) && on_drawing_.insert(node).second)
+                        straighten(node, segment);
         for (const Point& pin : drawing_.pins)
             if (!take_pin(pin))
                 open_pins_.push_back(pin);
@@ -42,6 +42,25 @@ public:
     }
 
 private:
+    // A node that is nearly on a segment goes onto it, if it may.
+    void straighten(std::int32_t node, const DrawnSegment& segment) {
+        const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
+        if (freedom.freedom == Freedom::stays)
+            return;
+        const Point at = node_point(mesh_, node);
+        const Point place = freedom.freedom == Freedom::moves
+                                ? point_at(segment, foot_on(segment.from, segment.to, at).share)
+                                : meeting_of(freedom.from, freedom.to, segment.from, segment.to);
+        if (foot_on(at, at, place).distance < drawing_.tolerance && worst_of(node, place) > 0.0)
+            move_node(mesh_, engine_, node, place);
+    }
+
+    static Point point_at(const DrawnSegment& segment, double share) {
+        const double x = static_cast<double>(segment.from.x), y = static_cast<double>(segment.from.y);
+        return {static_cast<float>(x + share * (static_cast<double>(segment.to.x) - x)),
+                static_cast<float>(y + share * (static_cast<double>(segment.to.y) - y))};
+    }
+
     // Moves a corner of the solid that holds a pin onto it. True when a node is there.
     bool take_pin(const Point& pin) {
         std::vector<std::pair<double, std::int32_t>> corners;
@@ -171,11 +190,8 @@ private:
         } else {
             places.push_back(meeting_of(a, b, segment.from, segment.to));
             const double share = foot_on(segment.from, segment.to, at).share;
-            if (share > 0.0 && share < 1.0) {
-                const double x = static_cast<double>(segment.from.x), y = static_cast<double>(segment.from.y);
-                places.push_back({static_cast<float>(x + share * (static_cast<double>(segment.to.x) - x)),
-                                  static_cast<float>(y + share * (static_cast<double>(segment.to.y) - y))});
-            }
+            if (share > 0.0 && share < 1.0)
+                places.push_back(point_at(segment, share));
         }
         std::optional<Point> best;
         double best_shape = 0.0;
