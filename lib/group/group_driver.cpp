@@ -14,6 +14,7 @@
 #include "group/path_cut.h"
 #include "group/regions.h"
 #include "group/sound_cut.h"
+#include "group/sound_joints.h"
 #include "mesh/kinds.h"
 #include "plane/path.h"
 #include "text/channel_numbers.h"
@@ -41,50 +42,6 @@ struct GroupLines {
     std::optional<JointRecord> record;  // of a line with elements, or a joint
     std::vector<MovedElement> moved;    // to the twins of the joint
 };
-
-// Works on the mesh and writes the record to "JOINT.TMP".
-GroupLines add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, Engine& engine,
-                     GroupListing& listing, std::int32_t g, bool closed,
-                     std::span<const std::int32_t> nodes) {
-    const GroupMaterial& material = group_cards.materials[g];
-    const GroupRow& group = group_cards.rows[g];
-    JointRecord record;
-    record.group = g;
-    record.closed = closed ? 1 : 0;
-    record.group_type = group.group_type;
-    record.inner_line_type = to_integer(material.inner_line_type);
-    record.inner_line_material = to_integer(material.inner_line_material);
-    record.nodes.assign(nodes.begin(), nodes.end());
-    const auto add_line = [&](std::int32_t line_type, std::int32_t line_material,
-                              std::span<const std::int32_t> line) {
-        add_line_elements(mesh, engine, listing, group.freezes_nodes, closed, line_type, line_material, line);
-    };
-    GroupLines lines;
-    if (group.group_type >= 1 && group.group_type <= 4) {
-        const bool listed = record.inner_line_type != 0 && record.inner_line_material != 0;
-        if (listed)
-            write_joint_record(channels.at(CHANNEL_JOINT), record);
-        add_line(record.inner_line_type, record.inner_line_material, nodes);
-        if (listed)
-            lines.record = std::move(record);
-        return lines;
-    }
-    if (group.group_type < -4 || group.group_type > -2)
-        return lines;
-    record.joint_thickness = material.joint_thickness;
-    record.outer_line_type = to_integer(material.outer_line_type);
-    record.outer_line_material = to_integer(material.outer_line_material);
-    record.twins = add_twin_line(mesh, engine, nodes, closed, record.joint_thickness);
-    write_joint_record(channels.at(CHANNEL_JOINT), record);
-    add_joints(mesh, engine, nodes, record.twins, closed, to_integer(material.joint_material),
-               held_joint_attribute(mesh.kind, material.joint_attribute));
-    if (std::abs(group.group_type) == 4 || record.joint_thickness <= 0.0F)
-        lines.moved = move_across(mesh, engine, nodes, record.twins, closed);
-    add_line(record.inner_line_type, record.inner_line_material, nodes);
-    add_line(record.outer_line_type, record.outer_line_material, record.twins);
-    lines.record = std::move(record);
-    return lines;
-}
 
 RegionMaterial region_of(const GroupCards& group_cards, std::int32_t g) {
     const GroupMaterial& material = group_cards.materials[g];
@@ -140,13 +97,79 @@ private:
             nodes = list_path_nodes(mesh_, tolerances_, engine_, path);
         else if (!segments.empty())
             nodes = list_free_nodes(mesh_, tolerances_, engine_, path);
-        GroupLines lines =
-            add_lines(channels_, mesh_, group_cards_, engine_, listing_, g, path.closed, nodes);
+        if (method_ == CutMethod::sound)
+            nodes = on_one_sheet(mesh_, engine_, std::move(nodes), static_cast<double>(tolerances_.line));
+        GroupLines lines = add_lines(g, path.closed, nodes);
         add_row(listing_, channels_.at(CHANNEL_GROUP),
                 {g, ROW_OUTLINE, group.group_type, path.closed ? 1 : 0, path.points, std::move(nodes)});
         apply_region(mesh_, engine_, region_of(group_cards_, g), path.points, lines.moved);
         if (lines.record)
             records_.push_back(std::move(*lines.record));
+    }
+
+    // Works on the mesh and writes the record to "JOINT.TMP".
+    GroupLines add_lines(std::int32_t g, bool closed, std::span<const std::int32_t> nodes) {
+        const GroupMaterial& material = group_cards_.materials[g];
+        const GroupRow& group = group_cards_.rows[g];
+        JointRecord record;
+        record.group = g;
+        record.closed = closed ? 1 : 0;
+        record.group_type = group.group_type;
+        record.inner_line_type = to_integer(material.inner_line_type);
+        record.inner_line_material = to_integer(material.inner_line_material);
+        record.nodes.assign(nodes.begin(), nodes.end());
+        const auto add_line = [&](std::int32_t line_type, std::int32_t line_material,
+                                  std::span<const std::int32_t> line) {
+            add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, closed, line_type, line_material,
+                              line);
+        };
+        GroupLines lines;
+        if (group.group_type >= 1 && group.group_type <= 4) {
+            const bool listed = record.inner_line_type != 0 && record.inner_line_material != 0;
+            if (listed)
+                write_joint_record(channels_.at(CHANNEL_JOINT), record);
+            add_line(record.inner_line_type, record.inner_line_material, nodes);
+            if (listed)
+                lines.record = std::move(record);
+            return lines;
+        }
+        if (group.group_type < -4 || group.group_type > -2)
+            return lines;
+        record.joint_thickness = material.joint_thickness;
+        record.outer_line_type = to_integer(material.outer_line_type);
+        record.outer_line_material = to_integer(material.outer_line_material);
+        lines.moved = add_joint_line(record, {to_integer(material.joint_material),
+                                              held_joint_attribute(mesh_.kind, material.joint_attribute)});
+        add_line(record.inner_line_type, record.inner_line_material, nodes);
+        add_line(record.outer_line_type, record.outer_line_material, record.twins);
+        lines.record = std::move(record);
+        return lines;
+    }
+
+    // Adds twins and joints along the line of a record. A joint without a width of its own, or in a material
+    // region, parts the ground: gives the elements that were moved.
+    std::vector<MovedElement> add_joint_line(JointRecord& record, const JointMaterial& material) {
+        const bool closed = record.closed == 1;
+        if (parts_soundly(record)) {
+            OpenedLine opened = open_along(mesh_, engine_, record.nodes, closed, record.joint_thickness,
+                                           material, records_, static_cast<double>(tolerances_.line));
+            record.twins = std::move(opened.twins);
+            write_joint_record(channels_.at(CHANNEL_JOINT), record);
+            return std::move(opened.moved);
+        }
+        record.twins = add_twin_line(mesh_, engine_, record.nodes, closed, record.joint_thickness);
+        write_joint_record(channels_.at(CHANNEL_JOINT), record);
+        add_joints(mesh_, engine_, record.nodes, record.twins, closed, material.material, material.attribute);
+        return parts_ground(record) ? move_across(mesh_, engine_, record.nodes, record.twins, closed)
+                                    : std::vector<MovedElement>{};
+    }
+
+    static bool parts_ground(const JointRecord& record) {
+        return std::abs(record.group_type) == 4 || record.joint_thickness <= 0.0F;
+    }
+
+    bool parts_soundly(const JointRecord& record) const {
+        return method_ == CutMethod::sound && parts_ground(record);
     }
 
     // The sound cut alters nothing before it knows the whole path.
@@ -172,10 +195,15 @@ private:
     void finish_joints() {
         for (const JointRecord& record : records_) {
             engine_.group = record.group;
-            if (record.group_type < 0)
+            if (record.group_type < 0 && parts_soundly(record))
+                place_twins(mesh_, engine_, record, static_cast<double>(tolerances_.line));
+            else if (record.group_type < 0)
                 fix_twins(mesh_, engine_, record.nodes, record.twins, record.closed == 1,
                           record.joint_thickness);
         }
+        for (const JointRecord& record : records_)
+            if (record.group_type < 0 && parts_soundly(record))
+                require_sound_twins(mesh_, engine_, record);
         for (const JointRecord& record : records_)
             add_rows(mesh_, listing_, channels_.at(CHANNEL_GROUP), record);
     }
