@@ -114,10 +114,6 @@ private:
 
     std::vector<Part> parts_of(const Solid& solid, const std::vector<std::size_t>& segments) {
         const std::vector<Point> corners = node_points(mesh_, solid.nodes());
-        for (std::size_t i = 0; i < solid.count; ++i)
-            if (orientation(corners[i], corners[(i + 1) % solid.count], corners[(i + 2) % solid.count]) < 0)
-                refuse(solid.element, solid.behind(i),
-                       "was unsound before: a corner is pushed in, or it is inverted");
         Triangulation triangulation(corners);
         std::vector<std::int32_t> nodes(solid.nodes().begin(), solid.nodes().end());
         bool is_touched = is_better_split(corners);

@@ -8,10 +8,14 @@
 #include "group/new_nodes.h"
 #include "group/sound_moves.h"
 #include "plane/foot.h"
+#include "plane/orientation.h"
 
 namespace brelan {
 
 namespace {
+
+constexpr double BEND =
+    0.25;  // a side bends to a pin that lies this much of its way to the nearer end beside it
 
 class Planner {
 public:
@@ -29,53 +33,112 @@ public:
 
 private:
     void place_pin(const Point& pin) {
-        for (const Solid& solid : solids_holding(mesh_, engine_, drawing_, pin)) {
-            bool is_corner = false;
-            Side nearest{};
-            double distance = drawing_.tolerance;
-            for (std::size_t i = 0; i < solid.count; ++i) {
-                const Point a = node_point(mesh_, solid.node[i]), b = node_point(mesh_, solid.behind(i));
-                is_corner = is_corner || foot_on(a, a, pin).distance < drawing_.tolerance;
-                const double from_side = foot_on(a, b, pin).distance;
-                if (from_side < distance) {
-                    distance = from_side;
-                    nearest = side_between(solid.node[i], solid.behind(i));
-                }
-            }
-            if (is_corner)
-                continue;
-            if (nearest.first != 0)
-                add_on_side(nearest, is_kept(nearest) ? on_line(nearest, pin) : pin, drawing_.tolerance);
-            else
+        for (const Solid& solid : solids_holding(mesh_, engine_, drawing_, pin))
+            if (!place_on_border(solid, pin) && !bend_to(solid, pin))
                 add_inside(solid, pin);
+    }
+
+    // The nodes along a side, its ends among them.
+    std::vector<std::int32_t> chain_of(const Side& side) const {
+        std::vector<std::int32_t> chain = plan_.between(side.first, side.second);
+        chain.insert(chain.begin(), side.first);
+        chain.push_back(side.second);
+        return chain;
+    }
+
+    // True for a pin that is a corner of a solid, or a node of one of its sides now.
+    bool place_on_border(const Solid& solid, const Point& pin) {
+        for (const std::int32_t node : solid.nodes()) {
+            const Point at = node_point(mesh_, node);
+            if (foot_on(at, at, pin).distance < drawing_.tolerance)
+                return true;
         }
+        for (std::size_t i = 0; i < solid.count; ++i) {
+            const Side side = side_between(solid.node[i], solid.behind(i));
+            const std::vector<std::int32_t> chain = chain_of(side);
+            for (std::size_t k = 1; k < chain.size(); ++k) {
+                const Point a = node_point(mesh_, chain[k - 1]), b = node_point(mesh_, chain[k]);
+                const Foot foot = foot_on(a, b, pin);
+                if (foot.distance >= drawing_.tolerance)
+                    continue;
+                add_on_side(side, is_kept(side) ? at_share(a, b, foot.share) : pin, drawing_.tolerance);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    // Bends the side that a pin is nearly on. False where none may be bent.
+    bool bend_to(const Solid& solid, const Point& pin) {
+        Side nearest{};
+        double least = BEND;
+        for (std::size_t i = 0; i < solid.count; ++i) {
+            const Point a = node_point(mesh_, solid.node[i]), b = node_point(mesh_, solid.behind(i));
+            const double to_end = std::min(foot_on(a, a, pin).distance, foot_on(b, b, pin).distance);
+            const double bend = foot_on(a, b, pin).distance / to_end;
+            const Side side = side_between(solid.node[i], solid.behind(i));
+            if (bend < least && may_bend(side, pin)) {
+                least = bend;
+                nearest = side;
+            }
+        }
+        if (nearest.first == 0)
+            return false;
+        add_on_side(nearest, pin, drawing_.tolerance);
+        return true;
+    }
+
+    // A side that may leave its line for a point: no other thing is drawn on it, and it is not too near to
+    // one of the elements' other sides.
+    bool may_bend(const Side& side, const Point& place) const {
+        if (is_kept(side) || plan_.sides.count(side) != 0)
+            return false;
+        const double bend =
+            foot_on(node_point(mesh_, side.first), node_point(mesh_, side.second), place).distance;
+        for (const std::int32_t e : users_of(mesh_, engine_, side).solids) {
+            const Solid solid = solid_of(mesh_, e);
+            for (std::size_t i = 0; i < solid.count; ++i) {
+                const Side other = side_between(solid.node[i], solid.behind(i));
+                if (other != side &&
+                    foot_on(node_point(mesh_, other.first), node_point(mesh_, other.second), place)
+                            .distance <= bend / BEND)
+                    return false;
+            }
+        }
+        // Nothing that is drawn may come to lie beyond the side.
+        const Point a = node_point(mesh_, side.first), b = node_point(mesh_, side.second);
+        const int turn = orientation(a, b, place);
+        return std::none_of(drawing_.pins.begin(), drawing_.pins.end(), [&](const Point& pin) {
+            return orientation(a, b, pin) == turn && orientation(b, place, pin) == turn &&
+                   orientation(place, a, pin) == turn &&
+                   std::min(foot_on(a, place, pin).distance, foot_on(place, b, pin).distance) >=
+                       drawing_.tolerance;
+        });
     }
 
     void place_crossings(const DrawnSegment& segment) {
         for (const Solid& solid : solids_met_by(mesh_, engine_, drawing_, segment))
             for (std::size_t i = 0; i < solid.count; ++i) {
                 const Side side = side_between(solid.node[i], solid.behind(i));
-                if (!crosses(mesh_, drawing_, segment, side) || has_point_on(side, segment))
-                    continue;
-                const Point a = node_point(mesh_, side.first), b = node_point(mesh_, side.second);
-                const Point place = meeting_of(a, b, segment.from, segment.to);
-                if (segment.only_moves)
-                    fail("group " + std::to_string(engine_.group) + ", segment " +
-                         std::to_string(segment.segment + 1) +
-                         ": no node may be added (IEND -2), and none can move to " + text_of(place) +
-                         " on the side of element " + std::to_string(solid.element) + " between nodes " +
-                         std::to_string(side.first) + " and " + std::to_string(side.second));
-                add_on_side(side, place, drawing_.tolerance);
+                const std::vector<std::int32_t> chain = chain_of(side);
+                for (std::size_t k = 1; k < chain.size(); ++k)
+                    place_crossing(segment, solid.element, side, {chain[k - 1], chain[k]});
             }
     }
 
-    // A node that lies on the side and on the segment.
-    bool has_point_on(const Side& side, const DrawnSegment& segment) const {
-        const auto found = plan_.sides.find(side);
-        return found != plan_.sides.end() &&
-               std::any_of(found->second.begin(), found->second.end(), [&](const SidePoint& point) {
-                   return is_on(mesh_, drawing_, segment, point.node);
-               });
+    // Where the segment crosses a piece of a side.
+    void place_crossing(const DrawnSegment& segment, std::int32_t e, const Side& side, const Side& piece) {
+        if (!crosses(mesh_, drawing_, segment, piece))
+            return;
+        const Point a = node_point(mesh_, piece.first), b = node_point(mesh_, piece.second);
+        const Point place = meeting_of(a, b, segment.from, segment.to);
+        if (segment.only_moves)
+            fail("group " + std::to_string(engine_.group) + ", segment " +
+                 std::to_string(segment.segment + 1) +
+                 ": no node may be added (IEND -2), and none can move to " + text_of(place) +
+                 " on the side of element " + std::to_string(e) + " between nodes " +
+                 std::to_string(side.first) + " and " + std::to_string(side.second));
+        add_on_side(side, place, drawing_.tolerance);
     }
 
     // Puts a node on a side, unless one is there already.
@@ -116,11 +179,6 @@ private:
         std::sort(ahead.begin(), ahead.end());
         std::sort(back.begin(), back.end());
         return ahead != back;
-    }
-
-    Point on_line(const Side& side, const Point& p) const {
-        const Point a = node_point(mesh_, side.first), b = node_point(mesh_, side.second);
-        return at_share(a, b, foot_on(a, b, p).share);
     }
 
     static Point at_share(const Point& a, const Point& b, double share) {
