@@ -361,8 +361,8 @@ int run_deck(const RunOptions& options, const Context& context) {
     if (deck.byte_order_mark)
         remark(mark_passed_over(deck_file));
     refuse_harmful_result(deck, project, kept_work, *data);
-    FinishedRun finished = run_by_choice(
-        {options, context, interruption, deck, project, kept_work, program, *data}, std::move(report));
+    FinishedRun finished =
+        run_by_choice({options, context, interruption, deck, project, kept_work, program, *data}, report);
     report = std::move(finished.report);
     if (report.status != 0) {
         if (options.json)

@@ -1,0 +1,25 @@
+// Classes of random decks for the cut: what engineers draw, and what is harder than they would.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "lib/group/sound_cut/cut_deck.h"
+
+namespace brelan::test {
+
+struct DeckClass {
+    std::string_view name;
+    CutDeck (*draw)(Drawing& drawing, Kind kind);
+    bool is_engineer_s = false;  // on 40 by 24 squares of a metre, drawn without malice
+};
+
+std::span<const DeckClass> deck_classes();
+
+// Deck `number` of a class, from 0: always the same one. Kinds take turns.
+CutDeck deck_of_class(const DeckClass& of, int number);
+
+// Decks that show one difficulty each; the name says which.
+std::vector<CutDeck> nasty_decks();
+
+}  // namespace brelan::test
