@@ -118,13 +118,25 @@ private:
         std::vector<std::int32_t> nodes(solid.nodes().begin(), solid.nodes().end());
         bool is_touched = is_better_split(corners);
         for (std::size_t i = 0; i < solid.count; ++i) {
-            auto last = static_cast<int>(i);
-            for (const std::int32_t node : plan_.between(solid.node[i], solid.behind(i))) {
-                last = triangulation.add_on_border(last, static_cast<int>((i + 1) % solid.count),
-                                                   node_point(mesh_, node));
-                nodes.push_back(node);
-                is_touched = true;
+            const std::vector<std::int32_t> between = plan_.between(solid.node[i], solid.behind(i));
+            if (between.empty())
+                continue;
+            is_touched = true;
+            nodes.insert(nodes.end(), between.begin(), between.end());
+            const std::vector<Point> points = node_points(mesh_, between);
+            const Point &a = corners[i], &b = corners[(i + 1) % solid.count];
+            const auto behind = static_cast<int>((i + 1) % solid.count);
+            const bool is_drawn_in = std::any_of(points.begin(), points.end(), [&](const Point& p) {
+                return orientation(a, b, p) > 0 && foot_on(a, b, p).distance >= drawing_.tolerance;
+            });
+            if (is_drawn_in) {
+                if (!triangulation.draw_in(static_cast<int>(i), behind, points))
+                    refuse(solid.element, between.front(), "has no room for the points on its side");
+                continue;
             }
+            auto last = static_cast<int>(i);
+            for (const Point& p : points)
+                last = triangulation.add_on_border(last, behind, p);
         }
         if (const auto inner = plan_.inner.find(key_of(solid)); inner != plan_.inner.end())
             for (const std::int32_t node : inner->second) {

@@ -107,6 +107,22 @@ private:
         }
         // Nothing that is drawn may come to lie beyond the side.
         const Point a = node_point(mesh_, side.first), b = node_point(mesh_, side.second);
+        const bool in_the_way =
+            std::any_of(drawing_.segments.begin(), drawing_.segments.end(), [&](const DrawnSegment& segment) {
+                if (is_on(mesh_, drawing_, segment, side.first) &&
+                    is_on(mesh_, drawing_, segment, side.second))
+                    return true;
+                const auto crosses_piece = [&](const Point& from, const Point& to) {
+                    return orientation(segment.from, segment.to, from) *
+                                   orientation(segment.from, segment.to, to) <
+                               0 &&
+                           orientation(from, to, segment.from) * orientation(from, to, segment.to) < 0;
+                };
+                return foot_on(segment.from, segment.to, place).distance >= drawing_.tolerance &&
+                       (crosses_piece(a, place) || crosses_piece(place, b));
+            });
+        if (in_the_way)
+            return false;
         const int turn = orientation(a, b, place);
         return std::none_of(drawing_.pins.begin(), drawing_.pins.end(), [&](const Point& pin) {
             return orientation(a, b, pin) == turn && orientation(b, place, pin) == turn &&

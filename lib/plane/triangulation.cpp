@@ -99,6 +99,37 @@ int Triangulation::add_inside(const Point& point) {
     return -1;
 }
 
+bool Triangulation::draw_in(int from, int to, std::span<const Point> inner) {
+    std::set<Edge> border;
+    int last = from;
+    for (const Point& point : inner)
+        if (add_inside(point) < 0)
+            return false;
+    for (int i = static_cast<int>(points_.size() - inner.size()); i < static_cast<int>(points_.size()); ++i) {
+        if (!fix_between(last, i, 0.0))
+            return false;
+        border.insert(lower_first(last, i));
+        last = i;
+    }
+    if (!fix_between(last, to, 0.0))
+        return false;
+    border.insert(lower_first(last, to));
+    // What lies between the old border and the new goes.
+    std::vector<Edge> waiting{{from, to}};
+    while (!waiting.empty()) {
+        const auto [a, b] = waiting.back();
+        waiting.pop_back();
+        const int c = apex(a, b);
+        if (c < 0 || border.count(lower_first(a, b)) != 0)
+            continue;
+        remove(a, b, c);
+        waiting.insert(waiting.end(), {{c, b}, {a, c}});
+    }
+    for (const Edge& edge : border)
+        fixed_.erase(edge);
+    return true;
+}
+
 bool Triangulation::fix(int from, int to, double tolerance) {
     // The points that lie on the chain, in their order along it.
     std::vector<std::pair<double, int>> on;
