@@ -79,9 +79,6 @@ private:
         if (found == parts_.end())
             found = parts_.emplace(key, parts_of(solid, segments)).first;
         const std::vector<Part>& parts = found->second;
-        const bool is_whole = parts.size() == 1;
-        if (is_whole)
-            return;
         const std::int32_t first = solid.element;
         for (std::size_t i = 0; i < parts.size(); ++i)
             write(first, i == 0 ? first : new_element_like(first), parts[i]);
@@ -112,6 +109,7 @@ private:
              text_of(node_point(mesh_, node)) + " " + why);
     }
 
+    // The parts of a solid; none where it stays as it is.
     std::vector<Part> parts_of(const Solid& solid, const std::vector<std::size_t>& segments) {
         const std::vector<Point> corners = node_points(mesh_, solid.nodes());
         Triangulation triangulation(corners);
@@ -148,7 +146,7 @@ private:
         for (const std::size_t k : segments)
             is_touched = fix_chain(triangulation, solid, nodes, drawing_.segments[k]) || is_touched;
         if (!is_touched)
-            return {{}};
+            return {};
         triangulation.improve();
         for (std::size_t i = nodes.size(); i < triangulation.points().size(); ++i)
             nodes.push_back(add_inner_node(mesh_, engine_, triangulation.points()[i], solid.node));

@@ -125,6 +125,9 @@ private:
             return false;
         const int turn = orientation(a, b, place);
         return std::none_of(drawing_.pins.begin(), drawing_.pins.end(), [&](const Point& pin) {
+            const Foot foot = foot_on(a, b, pin);
+            if (foot.distance < drawing_.tolerance && foot.share > 0.0 && foot.share < 1.0)
+                return true;
             return orientation(a, b, pin) == turn && orientation(b, place, pin) == turn &&
                    orientation(place, a, pin) == turn &&
                    std::min(foot_on(a, place, pin).distance, foot_on(place, b, pin).distance) >=
