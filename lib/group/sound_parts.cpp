@@ -112,30 +112,9 @@ private:
     // The parts of a solid; none where it stays as it is.
     std::vector<Part> parts_of(const Solid& solid, const std::vector<std::size_t>& segments) {
         const std::vector<Point> corners = node_points(mesh_, solid.nodes());
-        Triangulation triangulation(corners);
-        std::vector<std::int32_t> nodes(solid.nodes().begin(), solid.nodes().end());
-        bool is_touched = is_better_split(corners);
-        for (std::size_t i = 0; i < solid.count; ++i) {
-            const std::vector<std::int32_t> between = plan_.between(solid.node[i], solid.behind(i));
-            if (between.empty())
-                continue;
-            is_touched = true;
-            nodes.insert(nodes.end(), between.begin(), between.end());
-            const std::vector<Point> points = node_points(mesh_, between);
-            const Point &a = corners[i], &b = corners[(i + 1) % solid.count];
-            const auto behind = static_cast<int>((i + 1) % solid.count);
-            const bool is_drawn_in = std::any_of(points.begin(), points.end(), [&](const Point& p) {
-                return orientation(a, b, p) > 0 && foot_on(a, b, p).distance >= drawing_.tolerance;
-            });
-            if (is_drawn_in) {
-                if (!triangulation.draw_in(static_cast<int>(i), behind, points))
-                    refuse(solid.element, between.front(), "has no room for the points on its side");
-                continue;
-            }
-            auto last = static_cast<int>(i);
-            for (const Point& p : points)
-                last = triangulation.add_on_border(last, behind, p);
-        }
+        std::vector<std::int32_t> nodes = plan_.ring_of(solid);
+        bool is_touched = nodes.size() != solid.count || is_better_split(corners);
+        Triangulation triangulation(node_points(mesh_, nodes));
         if (const auto inner = plan_.inner.find(key_of(solid)); inner != plan_.inner.end())
             for (const std::int32_t node : inner->second) {
                 if (triangulation.add_inside(node_point(mesh_, node)) < 0)
@@ -173,13 +152,13 @@ private:
                 on.emplace_back(foot.share, static_cast<int>(i));
         }
         std::sort(on.begin(), on.end());
+        const auto ring = static_cast<int>(plan_.ring_of(solid).size());
         bool inside = false;
         for (std::size_t i = 1; i < on.size(); ++i) {
             const int a = on[i - 1].second, b = on[i].second;
             if (!triangulation.fix(a, b, drawing_.tolerance))
                 refuse(solid.element, nodes[static_cast<std::size_t>(a)], "cannot be divided along the line");
-            const auto count = static_cast<int>(solid.count);
-            const bool along_side = a < count && b < count && ((a + 1) % count == b || (b + 1) % count == a);
+            const bool along_side = a < ring && b < ring && ((a + 1) % ring == b || (b + 1) % ring == a);
             inside = inside || !along_side;
             if (along_side)
                 drawn_.insert(

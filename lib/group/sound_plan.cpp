@@ -33,9 +33,33 @@ public:
 
 private:
     void place_pin(const Point& pin) {
-        for (const Solid& solid : solids_holding(mesh_, engine_, drawing_, pin))
-            if (!place_on_border(solid, pin) && !bend_to(solid, pin))
+        std::map<std::int32_t, Solid> solids;
+        for (const Solid& solid : solids_holding(mesh_, engine_, drawing_, pin)) {
+            solids[solid.element] = solid;
+            // Where a side is bent, the neighbour may hold the point.
+            for (std::size_t i = 0; i < solid.count; ++i)
+                if (const Side side = side_between(solid.node[i], solid.behind(i));
+                    plan_.sides.count(side) != 0)
+                    for (const std::int32_t e : users_of(mesh_, engine_, side).solids)
+                        solids[e] = solid_of(mesh_, e);
+        }
+        for (const auto& [e, solid] : solids)
+            if (!place_on_border(solid, pin) && holds(solid, pin) && !bend_to(solid, pin))
                 add_inside(solid, pin);
+    }
+
+    // By the sides as they are bent now; each of them is crossed or not by the way to the right.
+    bool holds(const Solid& solid, const Point& p) const {
+        const std::vector<Point> ring = node_points(mesh_, plan_.ring_of(solid));
+        bool inside = false;
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            const Point &a = ring[i], &b = ring[(i + 1) % ring.size()];
+            if (a.y <= p.y && b.y > p.y && orientation(a, b, p) > 0)
+                inside = !inside;
+            if (b.y <= p.y && a.y > p.y && orientation(b, a, p) > 0)
+                inside = !inside;
+        }
+        return inside;
     }
 
     // The nodes along a side, its ends among them.
@@ -278,6 +302,16 @@ std::vector<std::int32_t> CutPlan::between(std::int32_t a, std::int32_t b) const
     if (a > b)
         std::reverse(nodes.begin(), nodes.end());
     return nodes;
+}
+
+std::vector<std::int32_t> CutPlan::ring_of(const Solid& solid) const {
+    std::vector<std::int32_t> ring;
+    for (std::size_t i = 0; i < solid.count; ++i) {
+        ring.push_back(solid.node[i]);
+        const std::vector<std::int32_t> nodes = between(solid.node[i], solid.behind(i));
+        ring.insert(ring.end(), nodes.begin(), nodes.end());
+    }
+    return ring;
 }
 
 CutPlan plan_cut(Mesh& mesh, Engine& engine, const DrawnSides& drawn, const Drawing& drawing) {

@@ -23,6 +23,9 @@ struct CutPlan {
 
     // The nodes on the way from A to B, without these.
     std::vector<std::int32_t> between(std::int32_t a, std::int32_t b) const;
+
+    // All nodes round a solid, from its first corner.
+    std::vector<std::int32_t> ring_of(const Solid& solid) const;
 };
 
 CutPlan plan_cut(Mesh& mesh, Engine& engine, const DrawnSides& drawn, const Drawing& drawing);

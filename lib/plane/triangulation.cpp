@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "plane/foot.h"
 #include "plane/orientation.h"
@@ -43,31 +44,37 @@ Openings openings_of(std::span<const Point> corners) {
     return found;
 }
 
-Triangulation::Triangulation(std::span<const Point> corners) : points_(corners.begin(), corners.end()) {
-    if (corners.size() == 3) {
-        add(0, 1, 2);
-        return;
+// Ears are cut off, the best shaped first (Meisters, Polygons have ears, 1975). No other corner may lie in an
+// ear or on it, so that corners on a straight side do not stay behind.
+Triangulation::Triangulation(std::span<const Point> ring) : points_(ring.begin(), ring.end()) {
+    std::vector<int> left(points_.size());
+    std::iota(left.begin(), left.end(), 0);
+    while (left.size() >= 3) {
+        const std::size_t n = left.size();
+        const auto corner = [&](std::size_t i) { return left[i % n]; };
+        std::vector<std::pair<double, std::size_t>> ears;
+        for (std::size_t i = 0; i < n; ++i) {
+            const Point &a = at(corner(i + n - 1)), &b = at(corner(i)), &c = at(corner(i + 1));
+            if (orientation(a, b, c) > 0)
+                ears.emplace_back(-smallest_opening(a, b, c), i);
+        }
+        std::sort(ears.begin(), ears.end());
+        const auto is_free = [&](const std::pair<double, std::size_t>& ear) {
+            const int a = corner(ear.second + n - 1), b = corner(ear.second), c = corner(ear.second + 1);
+            return std::none_of(left.begin(), left.end(), [&](int other) {
+                return other != a && other != b && other != c && orientation(at(a), at(b), at(other)) >= 0 &&
+                       orientation(at(b), at(c), at(other)) >= 0 && orientation(at(c), at(a), at(other)) >= 0;
+            });
+        };
+        const auto ear = std::find_if(ears.begin(), ears.end(), is_free);
+        if (ear == ears.end()) {
+            apex_.clear();
+            return;
+        }
+        add(corner(ear->second + n - 1), corner(ear->second), corner(ear->second + 1));
+        left.erase(left.begin() + static_cast<std::ptrdiff_t>(ear->second));
     }
-    const double first =
-        std::min(smallest_opening(at(0), at(1), at(2)), smallest_opening(at(0), at(2), at(3)));
-    const double second =
-        std::min(smallest_opening(at(0), at(1), at(3)), smallest_opening(at(1), at(2), at(3)));
-    const bool first_is_there = orientation(at(0), at(1), at(2)) > 0 && orientation(at(0), at(2), at(3)) > 0;
-    const bool second_is_there = orientation(at(0), at(1), at(3)) > 0 && orientation(at(1), at(2), at(3)) > 0;
-    if (first_is_there && (first >= second || !second_is_there)) {
-        add(0, 1, 2);
-        add(0, 2, 3);
-    } else {
-        add(0, 1, 3);
-        add(1, 2, 3);
-    }
-}
-
-int Triangulation::add_on_border(int from, int to, const Point& point) {
-    const auto p = static_cast<int>(points_.size());
-    points_.push_back(point);
-    split_edge(from, to, p);
-    return p;
+    improve();
 }
 
 int Triangulation::add_inside(const Point& point) {
@@ -97,37 +104,6 @@ int Triangulation::add_inside(const Point& point) {
         return p;
     }
     return -1;
-}
-
-bool Triangulation::draw_in(int from, int to, std::span<const Point> inner) {
-    std::set<Edge> border;
-    int last = from;
-    for (const Point& point : inner)
-        if (add_inside(point) < 0)
-            return false;
-    for (int i = static_cast<int>(points_.size() - inner.size()); i < static_cast<int>(points_.size()); ++i) {
-        if (!fix_between(last, i, 0.0))
-            return false;
-        border.insert(lower_first(last, i));
-        last = i;
-    }
-    if (!fix_between(last, to, 0.0))
-        return false;
-    border.insert(lower_first(last, to));
-    // What lies between the old border and the new goes.
-    std::vector<Edge> waiting{{from, to}};
-    while (!waiting.empty()) {
-        const auto [a, b] = waiting.back();
-        waiting.pop_back();
-        const int c = apex(a, b);
-        if (c < 0 || border.count(lower_first(a, b)) != 0)
-            continue;
-        remove(a, b, c);
-        waiting.insert(waiting.end(), {{c, b}, {a, c}});
-    }
-    for (const Edge& edge : border)
-        fixed_.erase(edge);
-    return true;
 }
 
 bool Triangulation::fix(int from, int to, double tolerance) {

@@ -33,17 +33,12 @@ inline constexpr double OPENING_180 = 2.0;
 
 class Triangulation {
 public:
-    // Three or four corners, counter-clockwise; of four one may lie on a straight side, none is pushed in.
-    explicit Triangulation(std::span<const Point> corners);
+    // The corners of a polygon, counter-clockwise; some may lie on straight sides, and sides may be drawn in
+    // a little. Without triangles where it is none.
+    explicit Triangulation(std::span<const Point> ring);
 
-    // Puts a point between two neighbours on the border, or beyond it; and one inside, -1 where it is not.
-    // Gives its place in points().
-    int add_on_border(int from, int to, const Point& point);
+    // Puts a point inside. Gives its place in points(), -1 where it is not inside.
     int add_inside(const Point& point);
-
-    // Draws the border between two neighbours in, to run by points inside. They come behind the others in
-    // points(). False where it cannot be.
-    bool draw_in(int from, int to, std::span<const Point> inner);
 
     // Makes the segment between two points a chain of edges that stay. Points within the tolerance of it are
     // on the chain, and so are its crossings with other such chains.
