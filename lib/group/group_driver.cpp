@@ -67,9 +67,12 @@ public:
           method_(method),
           engine_(engine),
           table_(engine.uses_indexes) {
-        if (method_ == CutMethod::sound)
-            // A node is on a line or it is not: none that is merely near counts.
-            tolerances_.line = static_cast<float>(smallest_distance(mesh, tolerances, engine));
+        if (method_ == CutMethod::by_rules)
+            return;
+        // A node is on a line or it is not: none that is merely near counts.
+        tolerances_.line = static_cast<float>(smallest_distance(mesh, tolerances, engine));
+        for (std::int32_t n = 1; n <= engine.highest_node; ++n)
+            loaded_.push_back(node_point(mesh, n));
     }
 
     GroupListing run() {
@@ -94,17 +97,27 @@ private:
         require_parts(engine_, path);
         std::vector<std::int32_t> nodes;
         if (use != OutlineUse::free_line)
-            nodes = list_path_nodes(mesh_, tolerances_, engine_, path);
+            nodes = line_of(path);
         else if (!segments.empty())
             nodes = list_free_nodes(mesh_, tolerances_, engine_, path);
-        if (method_ == CutMethod::sound)
-            nodes = on_one_sheet(mesh_, engine_, std::move(nodes), static_cast<double>(tolerances_.line));
         GroupLines lines = add_lines(g, path.closed, nodes);
         add_row(listing_, channels_.at(CHANNEL_GROUP),
                 {g, ROW_OUTLINE, group.group_type, path.closed ? 1 : 0, path.points, std::move(nodes)});
         apply_region(mesh_, engine_, region_of(group_cards_, g), path.points, lines.moved);
         if (lines.record)
             records_.push_back(std::move(*lines.record));
+    }
+
+    // The nodes of a line that was cut.
+    std::vector<std::int32_t> line_of(const Path& path) {
+        if (method_ == CutMethod::by_rules)
+            return list_path_nodes(mesh_, tolerances_, engine_, path);
+        std::vector<std::int32_t> nodes =
+            on_one_sheet(mesh_, engine_, list_path_nodes(mesh_, tolerances_, engine_, path, Revisits::kept),
+                         static_cast<double>(tolerances_.line));
+        if (path.closed && nodes.size() > 1 && nodes.front() == nodes.back())
+            nodes.pop_back();
+        return nodes;
     }
 
     // Works on the mesh and writes the record to "JOINT.TMP".
@@ -118,10 +131,27 @@ private:
         record.inner_line_type = to_integer(material.inner_line_type);
         record.inner_line_material = to_integer(material.inner_line_material);
         record.nodes.assign(nodes.begin(), nodes.end());
+        // A free line is strung as it is drawn.
+        const bool in_pieces = method_ == CutMethod::sound && use_of(group) != OutlineUse::free_line;
+        const std::vector<LinePiece> pieces =
+            in_pieces ? pieces_of(mesh_, engine_, nodes, closed, static_cast<double>(tolerances_.line))
+                      : std::vector<LinePiece>{};
         const auto add_line = [&](std::int32_t line_type, std::int32_t line_material,
                                   std::span<const std::int32_t> line) {
-            add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, closed, line_type, line_material,
-                              line);
+            if (in_pieces && group.freezes_nodes == 1)
+                for (const std::int32_t node : line)
+                    engine_.frozen[node] = 1;
+            if (in_pieces)
+                for (const LinePiece& piece : pieces) {
+                    std::vector<std::int32_t> strung;
+                    for (const std::size_t k : piece.places)
+                        strung.push_back(line[k]);
+                    add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, piece.closed, line_type,
+                                      line_material, strung);
+                }
+            else
+                add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, closed, line_type,
+                                  line_material, line);
         };
         GroupLines lines;
         if (group.group_type >= 1 && group.group_type <= 4) {
@@ -138,8 +168,13 @@ private:
         record.joint_thickness = material.joint_thickness;
         record.outer_line_type = to_integer(material.outer_line_type);
         record.outer_line_material = to_integer(material.outer_line_material);
-        lines.moved = add_joint_line(record, {to_integer(material.joint_material),
-                                              held_joint_attribute(mesh_.kind, material.joint_attribute)});
+        JointMaterial joint;
+        joint.material = to_integer(material.joint_material);
+        joint.attribute = held_joint_attribute(mesh_.kind, material.joint_attribute);
+        joint.parts_ground = parts_ground(record);
+        joint.inner_line = record.inner_line_type != 0;
+        joint.outer_line = record.outer_line_type != 0;
+        lines.moved = add_joint_line(record, joint);
         add_line(record.inner_line_type, record.inner_line_material, nodes);
         add_line(record.outer_line_type, record.outer_line_material, record.twins);
         lines.record = std::move(record);
@@ -150,7 +185,7 @@ private:
     // region, parts the ground: gives the elements that were moved.
     std::vector<MovedElement> add_joint_line(JointRecord& record, const JointMaterial& material) {
         const bool closed = record.closed == 1;
-        if (parts_soundly(record)) {
+        if (method_ == CutMethod::sound) {
             OpenedLine opened = open_along(mesh_, engine_, record.nodes, closed, record.joint_thickness,
                                            material, records_, static_cast<double>(tolerances_.line));
             record.twins = std::move(opened.twins);
@@ -168,10 +203,6 @@ private:
         return std::abs(record.group_type) == 4 || record.joint_thickness <= 0.0F;
     }
 
-    bool parts_soundly(const JointRecord& record) const {
-        return method_ == CutMethod::sound && parts_ground(record);
-    }
-
     // The sound cut alters nothing before it knows the whole path.
     void require_parts_first(const Path& path) const {
         if (method_ == CutMethod::sound)
@@ -181,8 +212,8 @@ private:
     void cut(const Path& path, std::span<const SegmentRow> segments) {
         if (method_ == CutMethod::by_rules)
             return cut_along(mesh_, tolerances_, engine_, table_, path, segments);
-        const CutPlan plan =
-            cut_soundly(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_, path, segments);
+        const CutPlan plan = cut_soundly(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_,
+                                         loaded_, path, segments);
         for (JointRecord& record : records_) {
             follow_sides(record.nodes, record.closed == 1, plan);
             follow_sides(record.twins, record.closed == 1, plan);
@@ -195,14 +226,14 @@ private:
     void finish_joints() {
         for (const JointRecord& record : records_) {
             engine_.group = record.group;
-            if (record.group_type < 0 && parts_soundly(record))
+            if (record.group_type < 0 && method_ == CutMethod::sound)
                 place_twins(mesh_, engine_, record, static_cast<double>(tolerances_.line));
             else if (record.group_type < 0)
                 fix_twins(mesh_, engine_, record.nodes, record.twins, record.closed == 1,
                           record.joint_thickness);
         }
         for (const JointRecord& record : records_)
-            if (record.group_type < 0 && parts_soundly(record))
+            if (record.group_type < 0 && method_ == CutMethod::sound)
                 require_sound_twins(mesh_, engine_, record);
         for (const JointRecord& record : records_)
             add_rows(mesh_, listing_, channels_.at(CHANNEL_GROUP), record);
@@ -216,6 +247,7 @@ private:
     Engine& engine_;
     CutTable table_;
     DrawnSides drawn_;
+    std::vector<Point> loaded_;  // places of the nodes before the first group
     GroupListing listing_;
     std::vector<JointRecord> records_;
 };

@@ -17,7 +17,8 @@ namespace {
 
 constexpr double LARGEST_SHARE = 0.1;  // of the shortest side that is touched: the most that TOLSAME may be
 
-void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawing) {
+void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawing,
+                          std::span<const Point> loaded) {
     for (const DrawnSegment& segment : drawing.segments)
         for (const Solid& solid : solids_met_by(mesh, engine, drawing, segment))
             for (std::size_t i = 0; i < solid.count; ++i) {
@@ -28,8 +29,13 @@ void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawi
                                           ", " + std::to_string(a.y) + ") ";
                 if (orientation(a, b, node_point(mesh, solid.behind((i + 1) % solid.count))) <= 0)
                     fail(where + "is unsound before the cut: inverted, flat or with a corner pushed in");
-                if (drawing.tolerance > LARGEST_SHARE * foot_on(a, a, b).distance)
-                    fail(where + "has a side of " + std::to_string(foot_on(a, a, b).distance) +
+                const auto first = static_cast<std::size_t>(solid.node[i] - 1);
+                const auto second = static_cast<std::size_t>(solid.behind(i) - 1);
+                if (std::max(first, second) >= loaded.size())
+                    continue;
+                const double length = foot_on(loaded[first], loaded[first], loaded[second]).distance;
+                if (drawing.tolerance > LARGEST_SHARE * length)
+                    fail(where + "has a side of " + std::to_string(length) +
                          "; expected a TOLSAME of at most a tenth of it, found " +
                          std::to_string(drawing.tolerance));
             }
@@ -37,10 +43,10 @@ void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawi
 
 }  // namespace
 
-CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, DrawnSides& drawn, const Path& path,
-                    std::span<const SegmentRow> segments) {
+CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, DrawnSides& drawn,
+                    std::span<const Point> loaded, const Path& path, std::span<const SegmentRow> segments) {
     const Drawing drawing = drawing_of(path, segments, tolerance);
-    require_sound_ground(mesh, engine, drawing);
+    require_sound_ground(mesh, engine, drawing, loaded);
     const std::set<std::int32_t> on_drawing = move_onto(mesh, engine, drawn, drawing);
     CutPlan plan = plan_cut(mesh, engine, drawn, drawing);
     divide_elements(mesh, engine, drawn, drawing, plan, on_drawing);

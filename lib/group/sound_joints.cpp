@@ -79,10 +79,18 @@ Sides ground_beside(const Mesh& mesh, const Engine& engine, std::int32_t a, std:
     return sides;
 }
 
-// The elements at a node to the left of a line, where the line parts them from those to its right; none where
-// it does not. `before` and `behind` are its neighbours on the line, 0 where it ends.
-std::set<std::int32_t> left_of(const Mesh& mesh, const Engine& engine, std::int32_t node, std::int32_t before,
-                               std::int32_t behind) {
+// The elements at a node to the left of a line and to its right; the same ones in both where they hang
+// together behind the line. `before` and `behind` are the node's neighbours on the line, 0 where it ends.
+struct Parting {
+    std::set<std::int32_t> left, right;
+
+    bool is_one() const {
+        return std::any_of(left.begin(), left.end(), [&](std::int32_t e) { return right.count(e) != 0; });
+    }
+};
+
+Parting parting_at(const Mesh& mesh, const Engine& engine, std::int32_t node, std::int32_t before,
+                   std::int32_t behind) {
     const std::vector<Wedge> wedges = wedges_at(mesh, engine, node);
     const auto is_barrier = [&](std::int32_t other) {
         if (other == before || other == behind)
@@ -112,15 +120,41 @@ std::set<std::int32_t> left_of(const Mesh& mesh, const Engine& engine, std::int3
         }
         return reached;
     };
-    const std::set<std::int32_t> left = flood([&](const Wedge& wedge) {
-        return (behind != 0 && wedge.behind == behind) || (before != 0 && wedge.before == before);
-    });
-    const std::set<std::int32_t> right = flood([&](const Wedge& wedge) {
-        return (behind != 0 && wedge.before == behind) || (before != 0 && wedge.behind == before);
-    });
-    const bool meet =
-        std::any_of(left.begin(), left.end(), [&](std::int32_t e) { return right.count(e) != 0; });
-    return right.empty() || meet ? std::set<std::int32_t>{} : left;
+    return {flood([&](const Wedge& wedge) {
+                return (behind != 0 && wedge.behind == behind) || (before != 0 && wedge.before == before);
+            }),
+            flood([&](const Wedge& wedge) {
+                return (behind != 0 && wedge.before == behind) || (before != 0 && wedge.behind == before);
+            })};
+}
+
+// How a line goes on from one of its nodes to the next.
+enum class Step { side, border, place, gap, across };
+
+// By sides of elements, from node to node at one place, or not: through the air, or across ground that was
+// not cut.
+Step step_of(const Mesh& mesh, Engine& engine, std::int32_t a, std::int32_t b, double tolerance) {
+    const Point from = node_point(mesh, a), to = node_point(mesh, b);
+    const bool joined = a != b && are_joined(mesh, engine, a, b);
+    if (foot_on(from, from, to).distance < tolerance)
+        return joined || a == b ? Step::place : Step::gap;
+    if (joined) {
+        const Sides sides = ground_beside(mesh, engine, a, b);
+        return sides.left && sides.right ? Step::side : Step::border;
+    }
+    const Point middle{(from.x + to.x) * 0.5F, (from.y + to.y) * 0.5F};
+    for (const std::int32_t e : elements_near(engine, middle, middle)) {
+        if (mesh.type[e] != ELEMENT_CONTINUUM)
+            continue;
+        const std::vector<std::int32_t> ring = ring_of(mesh, e);
+        bool inside = true;
+        for (std::size_t i = 0; i < ring.size(); ++i)
+            inside = inside && orientation(node_point(mesh, ring[i]),
+                                           node_point(mesh, ring[(i + 1) % ring.size()]), middle) >= 0;
+        if (inside)
+            return Step::across;
+    }
+    return Step::gap;
 }
 
 std::string name_of(std::span<const JointRecord> records, std::int32_t a, std::int32_t b) {
@@ -246,8 +280,10 @@ std::vector<std::int32_t> on_one_sheet(const Mesh& mesh, const Engine& engine,
     }
     if (places.size() == nodes.size())
         return nodes;
-    for (std::vector<std::int32_t>& place : places)
+    for (std::vector<std::int32_t>& place : places) {
         std::sort(place.begin(), place.end());
+        place.erase(std::unique(place.begin(), place.end()), place.end());
+    }
     const auto joined_to_any = [&](std::int32_t n, const std::vector<std::int32_t>& others) {
         return std::find_if(others.begin(), others.end(),
                             [&](std::int32_t other) { return are_joined(mesh, engine, n, other); });
@@ -283,6 +319,40 @@ std::vector<std::int32_t> on_one_sheet(const Mesh& mesh, const Engine& engine,
     return chain;
 }
 
+std::vector<LinePiece> pieces_of(const Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+                                 bool closed, double tolerance) {
+    const std::size_t c = nodes.size();
+    std::vector<LinePiece> pieces;
+    if (c == 0)
+        return pieces;
+    std::set<Side> gone;
+    pieces.push_back({{0}, false});
+    for (std::size_t k = 0; k < (closed ? c : c - 1); ++k) {
+        const std::size_t next = (k + 1) % c;
+        const Step step = step_of(mesh, engine, nodes[k], nodes[next], tolerance);
+        if (step == Step::place)
+            continue;  // the line goes on from the other node
+        const bool goes_on = step != Step::gap && gone.insert(side_between(nodes[k], nodes[next])).second;
+        LinePiece& piece = pieces.back();
+        if (piece.places.size() == 1)
+            piece.places.front() = k;
+        if (goes_on && piece.places.back() == k)
+            piece.places.push_back(next);
+        else if (goes_on)
+            pieces.push_back({{k, next}, false});
+        else
+            pieces.push_back({{next}, false});
+    }
+    if (closed && pieces.size() == 1 && pieces.front().places.size() == c + 1) {
+        pieces.front().places.pop_back();
+        pieces.front().closed = true;
+    }
+    pieces.erase(std::remove_if(pieces.begin(), pieces.end(),
+                                [](const LinePiece& piece) { return piece.places.size() < 2; }),
+                 pieces.end());
+    return pieces;
+}
+
 OpenedLine open_along(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, bool closed,
                       float joint_thickness, const JointMaterial& material,
                       std::span<const JointRecord> records, double tolerance) {
@@ -291,31 +361,41 @@ OpenedLine open_along(Mesh& mesh, Engine& engine, std::span<const std::int32_t> 
     if (c < 2)
         return opened;
     const std::string group = "group " + std::to_string(engine.group) + ": ";
-    std::vector<std::size_t> edges;  // along which the ground opens
+    std::vector<Step> steps;         // from each node
+    std::vector<std::size_t> edges;  // that get a joint
+    std::vector<bool> at_edge(c, false);
+    std::set<Side> gone;
     for (std::size_t k = 0; k < (closed ? c : c - 1); ++k) {
         const std::int32_t a = nodes[k], b = nodes[(k + 1) % c];
         const Point from = node_point(mesh, a), to = node_point(mesh, b);
-        if (foot_on(from, from, to).distance < tolerance)
+        steps.push_back(step_of(mesh, engine, a, b, tolerance));
+        if (steps.back() == Step::place || steps.back() == Step::gap)
             continue;
+        if (steps.back() == Step::across)
+            fail(group + "expected a joint along sides of elements, but its line from " + text_of(from) +
+                 " to " + text_of(to) + " crosses ground that is not cut");
         if (is_long_side_of_joint(mesh, engine, a, b))
             fail(group + "from " + text_of(from) + " to " + text_of(to) + " there is " +
                  name_of(records, a, b) + " already; expected one joint along a line");
         const Sides sides = ground_beside(mesh, engine, a, b);
-        if (!sides.left && !sides.right)
-            fail(group + "expected a joint along sides of elements, but its line from " + text_of(from) +
-                 " to " + text_of(to) + " crosses ground that is not cut");
-        if (sides.left && sides.right)
+        if (((sides.left || material.outer_line) && (sides.right || material.inner_line)) &&
+            gone.insert(side_between(a, b)).second) {
             edges.push_back(k);
+            at_edge[k] = at_edge[(k + 1) % c] = true;
+        }
     }
-    std::vector<std::set<std::int32_t>> left(c);
-    std::map<std::int32_t, std::size_t> place;
+    const auto goes_on = [&](std::size_t k) { return k < steps.size() && steps[k] != Step::gap; };
+    std::vector<Parting> partings(c);
+    std::map<std::int32_t, std::size_t> place;  // of a node that gets a twin
     for (std::size_t k = 0; k < c; ++k) {
-        const std::int32_t before = k > 0 || closed ? nodes[(k + c - 1) % c] : 0;
-        const std::int32_t behind = k + 1 < c || closed ? nodes[(k + 1) % c] : 0;
-        left[k] = left_of(mesh, engine, nodes[k], before, behind);
-        if (left[k].empty() || !place.emplace(nodes[k], k).second)
-            continue;
-        opened.twins[k] = add_twin(mesh, engine, nodes[k], node_point(mesh, nodes[k]));
+        const std::size_t last = (k + c - 1) % c;
+        const std::int32_t before = (k > 0 || closed) && goes_on(last) ? nodes[last] : 0;
+        const std::int32_t behind = (k + 1 < c || closed) && goes_on(k) ? nodes[(k + 1) % c] : 0;
+        partings[k] = parting_at(mesh, engine, nodes[k], before, behind);
+        const bool both = !partings[k].left.empty() && !partings[k].right.empty();
+        const bool opens = material.parts_ground ? (both ? !partings[k].is_one() : at_edge[k]) : at_edge[k];
+        if (opens && place.emplace(nodes[k], k).second)
+            opened.twins[k] = add_twin(mesh, engine, nodes[k], node_point(mesh, nodes[k]));
     }
     for (std::size_t k = 0; k < c; ++k)
         if (const auto first = place.find(nodes[k]); first != place.end())
@@ -328,21 +408,21 @@ OpenedLine open_along(Mesh& mesh, Engine& engine, std::span<const std::int32_t> 
     // Lines along the joint go by their side, others with the ground that they end in.
     const std::vector<Point> line = node_points(mesh, nodes);
     for (const std::int32_t e : elements_with(engine, nodes)) {
-        if (mesh.type[e] == ELEMENT_DELETED)
+        if (mesh.type[e] == ELEMENT_DELETED || !material.parts_ground)
             continue;
         const Corners before = corners_of(mesh, e);
         Corners after = before;
         bool moved = false;
         for (std::int32_t& n : after.n) {
             const auto found = n > 0 ? place.find(n) : place.end();
-            if (found == place.end() || opened.twins[found->second] == n)
+            if (found == place.end())
                 continue;
             const std::size_t k = found->second;
-            const bool is_left_one =
+            const bool goes_left =
                 mesh.type[e] == ELEMENT_CONTINUUM
-                    ? left[k].count(e) != 0
+                    ? partings[k].left.count(e) != 0
                     : is_left(line, closed, k, centroid(mesh, e)) == (engine.side_sign[e] >= 0);
-            if (!is_left_one)
+            if (!goes_left)
                 continue;
             n = opened.twins[k];
             moved = true;

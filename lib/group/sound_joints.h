@@ -19,9 +19,19 @@ namespace brelan {
 std::vector<std::int32_t> on_one_sheet(const Mesh& mesh, const Engine& engine,
                                        std::vector<std::int32_t> nodes, double tolerance);
 
-// What the joint elements of a line are made of.
+// A line in pieces that hang together: it breaks where it runs outside the ground, and goes no way twice.
+struct LinePiece {
+    std::vector<std::size_t> places;  // in the list of the line's nodes
+    bool closed = false;
+};
+std::vector<LinePiece> pieces_of(const Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+                                 bool closed, double tolerance);
+
+// What the joint elements of a line are made of, and what else stands along it.
 struct JointMaterial {
     std::int32_t material = 0, attribute = 0;
+    bool parts_ground = true;  // else the joint is a strip over ground that stays
+    bool inner_line = false, outer_line = false;
 };
 
 // The twin of each node of a line, or the node itself, and the elements that were moved to twins.
@@ -30,9 +40,9 @@ struct OpenedLine {
     std::vector<MovedElement> moved;
 };
 
-// Parts the ground along a line and fills the gap with joint elements. Ends the run where the line does not
-// run along sides of elements, where it has a joint already (named by its record), and where nothing can
-// open.
+// Parts the ground along a line and fills the gap with joint elements, also at the border where a line of
+// elements stands along the other side. Ends the run where the line does not run along sides of elements,
+// where it has a joint already (named by its record), and where nothing can open.
 OpenedLine open_along(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, bool closed,
                       float joint_thickness, const JointMaterial& material,
                       std::span<const JointRecord> records, double tolerance);
