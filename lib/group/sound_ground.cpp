@@ -34,8 +34,7 @@ bool has_node(const Corners& corners, std::int32_t node) {
     return std::find(corners.n, corners.n + 4, node) != corners.n + 4;
 }
 
-std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const DrawnSides& drawn,
-                             std::int32_t node) {
+std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const Drawn& drawn, std::int32_t node) {
     std::vector<Spoke> spokes;
     for (const std::int32_t e : elements_with(engine, {&node, 1})) {
         if (mesh.type[e] == ELEMENT_DELETED || !has_node(corners_of(mesh, e), node))
@@ -62,8 +61,8 @@ std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const Drawn
     for (Spoke& spoke : spokes) {
         std::sort(spoke.left.begin(), spoke.left.end());
         std::sort(spoke.right.begin(), spoke.right.end());
-        spoke.is_kept =
-            spoke.is_kept || spoke.left != spoke.right || drawn.count(side_between(node, spoke.end)) != 0;
+        spoke.is_kept = spoke.is_kept || spoke.left != spoke.right ||
+                        drawn.sides.count(side_between(node, spoke.end)) != 0;
     }
     return spokes;
 }
@@ -150,8 +149,8 @@ std::vector<Solid> solids_with(const Mesh& mesh, const Engine& engine, std::int3
     return solids;
 }
 
-NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const DrawnSides& drawn, std::int32_t node) {
-    if (engine.frozen[node] != 0)
+NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const Drawn& drawn, std::int32_t node) {
+    if (engine.frozen[node] != 0 || drawn.nodes.count(node) != 0)
         return {};
     std::vector<std::int32_t> kept;
     for (const Spoke& spoke : spokes_of(mesh, engine, drawn, node))
