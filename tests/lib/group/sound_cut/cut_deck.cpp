@@ -9,6 +9,7 @@
 #include <map>
 
 #include "group/engine_mesh.h"
+#include "mesh/kinds.h"
 #include "plane/path.h"
 #include "run/run.h"
 #include "run/run_deck.h"
@@ -60,7 +61,9 @@ CutMesh mesh_in(const brelan::Mesh& tables) {
         const ElementWords& w = tables.words[e];
         switch (tables.type_in_use[e]) {
             case ELEMENT_CONTINUUM:
-                if (is_joint(tables, e)) {
+                // A mesh that was read has 100 or more where the engine that makes a joint puts a number
+                // below 0.
+                if (is_joint(tables, e) || (has_node_values(tables.kind) && tables.attribute[e] >= 100)) {
                     mesh.joints.push_back({e, w.material, {w.corner_1, w.corner_2, w.corner_3, w.corner_4}});
                     break;
                 }

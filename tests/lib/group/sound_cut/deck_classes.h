@@ -1,6 +1,7 @@
 // Classes of random decks for the cut: what engineers draw, and what is harder than they would.
 #pragma once
 
+#include <ostream>
 #include <span>
 #include <string>
 
@@ -13,6 +14,10 @@ struct DeckClass {
     CutDeck (*draw)(Drawing& drawing, Kind kind);
     bool is_engineer_s = false;  // on 40 by 24 squares of a metre, drawn without malice
 };
+
+inline std::ostream& operator<<(std::ostream& out, const DeckClass& of) {
+    return out << of.name;
+}
 
 std::span<const DeckClass> deck_classes();
 

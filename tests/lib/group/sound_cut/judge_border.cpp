@@ -94,9 +94,6 @@ void judge_frozen(const Judgement& j) {
 }  // namespace
 
 void judge_border(const Judgement& j) {
-    for (const int n : j.mesh.solid_nodes)
-        if (!j.mesh.has(n))
-            return;  // told already
     judge_corners(j);
     judge_frozen(j);
     if (deletes(j.run))

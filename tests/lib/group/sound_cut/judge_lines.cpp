@@ -284,9 +284,6 @@ private:
 }  // namespace
 
 void judge_lines(const Judgement& j) {
-    for (const int n : j.mesh.solid_nodes)
-        if (!j.mesh.has(n))
-            return;  // told already
     for (const DrawnPath& path : j.run.paths)
         if (path.type != 0 && !path.free_line)
             LineJudge(j, path).judge();

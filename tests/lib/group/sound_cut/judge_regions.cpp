@@ -155,9 +155,6 @@ void judge_regions(const Judgement& j) {
             return;  // soil gives up the width
         any = any || Regions::acts(path);
     }
-    for (const int n : j.mesh.solid_nodes)
-        if (!j.mesh.has(n))
-            return;  // told already
     if (!any)
         return;
     std::map<int, double> drawn = Regions(j).areas(), found;

@@ -95,6 +95,9 @@ TEST(CutJudge, Shapes) {
     Row twice;
     twice.solid(1).corners = {1, 2, 2, 6};
     twice.expect_broken(Law::shape, "has a corner twice");
+    Row unnamed;
+    unnamed.solid(1).corners[2] = 77;
+    unnamed.expect_broken(Law::shape, "element 1 names node 77, which is not there");
     Row doubled;
     doubled.run.after.solids.push_back({6, 1, {1, 2, 7, 6}});
     doubled.expect_broken(Law::shape, "is there twice with material 1");
