@@ -236,7 +236,7 @@ CutDeck over_a_joint(Drawing& drawing, Kind kind) {
     return deck;
 }
 
-constexpr std::array<DeckClass, 19> CLASSES{{
+constexpr std::array<DeckClass, 20> CLASSES{{
     {"tunnels", tunnels, true},
     {"strata", strata, true},
     {"walls with joints", walls, true},
@@ -256,6 +256,7 @@ constexpr std::array<DeckClass, 19> CLASSES{{
     {"three groups in two decks", two_decks},
     {"lines and joints over a joint", over_a_joint},
     {"three groups, second order", second_order},
+    {"well apart", well_apart_deck, false, true},
 }};
 
 }  // namespace

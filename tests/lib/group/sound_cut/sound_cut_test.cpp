@@ -33,6 +33,8 @@ TEST_P(SoundCut, DISABLED_KeepsAllLaws) {
         }
         const Verdict verdict = judge(deck, run);
         EXPECT_TRUE(verdict.violations.empty()) << deck.name << "\n" << verdict.text();
+        EXPECT_TRUE(!GetParam().is_well_apart || verdict.smallest_angle >= 10.0)
+            << deck.name << ": " << verdict.smallest_angle << " degrees";
     }
     EXPECT_LE(refused, decks / 5) << "most decks are cut";
 }
