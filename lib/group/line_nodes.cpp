@@ -73,7 +73,7 @@ void keep_ends(std::vector<Candidate>& candidates, bool first_edge) {
 }  // namespace
 
 std::vector<std::int32_t> list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
-                                          const Path& path) {
+                                          const Path& path, Revisits revisits) {
     std::vector<std::int32_t> line;
     std::vector<bool> listed(static_cast<std::size_t>(HIGHEST_NODE_NUMBER) + 1, false);
     std::vector<bool> seen(listed);  // scratch of nodes_near
@@ -82,7 +82,7 @@ std::vector<std::int32_t> list_path_nodes(Mesh& mesh, const Tolerances& toleranc
         const Point& to = path.end_of(edge);
         std::vector<Candidate> candidates;
         for (const std::int32_t n : nodes_near(mesh, tolerances, engine, from, to, seen)) {
-            if (listed[static_cast<std::size_t>(n)] ||
+            if ((listed[static_cast<std::size_t>(n)] && revisits == Revisits::dropped) ||
                 is_far(tolerances, engine, from, to, node_point(mesh, n)))
                 continue;
             const Snap snap = snap_to_segment(from, to, node_point(mesh, n), tolerances.line);

@@ -151,11 +151,21 @@ void judge_shapes(const Judgement& j) {
         if (line.from == line.to)
             j.add(Law::shape, "line element " + std::to_string(line.number) + " runs from node " +
                                   std::to_string(line.from) + " to itself");
+    // The toe of a joint is one node: the last joint element of a line closes on it.
+    std::map<int, int> joints_at;
     for (const CutJoint& joint : j.run.after.joints)
-        for (std::size_t i = 0; i < 4; ++i)
+        for (const int corner : std::set<int>(joint.corners.begin(), joint.corners.end()))
+            ++joints_at[corner];
+    for (const CutJoint& joint : j.run.after.joints)
+        for (std::size_t i = 0; i < 4; ++i) {
+            const bool is_toe = (i == 1 || i == 3) && joint.corners[i] == joint.corners[(i + 1) % 4] &&
+                                joint.corners[(i + 2) % 4] != joint.corners[(i + 3) % 4];
+            if (is_toe && joints_at[joint.corners[i]] == 1)
+                continue;
             if (joint.corners[i] == joint.corners[(i + 1) % 4])
                 j.add(Law::shape, "joint " + std::to_string(joint.number) + " is collapsed at node " +
                                       std::to_string(joint.corners[i]));
+        }
 }
 
 }  // namespace brelan::test

@@ -1,0 +1,56 @@
+// Joints of the sound cut: the ground is parted along a line, there and only there. A node of the line gets a
+// twin where the elements round it fall into two parts; the toe of an open joint, where they hang together
+// behind the line, stays one node and closes the last joint element.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "group/engine.h"
+#include "group/joints.h"
+#include "group/listing.h"
+#include "mesh/tables.h"
+
+namespace brelan {
+
+// The nodes of a line in one chain of sides: of nodes at one place, as a joint has them, those that the chain
+// needs.
+std::vector<std::int32_t> on_one_sheet(const Mesh& mesh, const Engine& engine,
+                                       std::vector<std::int32_t> nodes, double tolerance);
+
+// A line in pieces that hang together: it breaks where it runs outside the ground, and goes no way twice.
+struct LinePiece {
+    std::vector<std::size_t> places;  // in the list of the line's nodes
+    bool closed = false;
+};
+std::vector<LinePiece> pieces_of(const Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
+                                 bool closed, double tolerance);
+
+// What the joint elements of a line are made of, and what else stands along it.
+struct JointMaterial {
+    std::int32_t material = 0, attribute = 0;
+    bool parts_ground = true;  // else the joint is a strip over ground that stays
+    bool inner_line = false, outer_line = false;
+};
+
+// The twin of each node of a line, or the node itself, and the elements that were moved to twins.
+struct OpenedLine {
+    std::vector<std::int32_t> twins;
+    std::vector<MovedElement> moved;
+};
+
+// Parts the ground along a line and fills the gap with joint elements, also at the border where a line of
+// elements stands along the other side. Ends the run where the line does not run along sides of elements,
+// where it has a joint already (named by its record), and where nothing can open.
+OpenedLine open_along(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, bool closed,
+                      float joint_thickness, const JointMaterial& material,
+                      std::span<const JointRecord> records, double tolerance);
+
+// Puts the twins of a record beside the line as it lies now; those at the border stay on it.
+void place_twins(Mesh& mesh, Engine& engine, const JointRecord& record, double tolerance);
+
+// Ends the run where a solid that has a twin is inverted or flat: the joint is too wide for it.
+void require_sound_twins(const Mesh& mesh, const Engine& engine, const JointRecord& record);
+
+}  // namespace brelan
