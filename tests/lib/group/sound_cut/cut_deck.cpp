@@ -199,7 +199,11 @@ CutDeck deck_over(std::string name, Kind kind, const DrawnMesh& drawn) {
     CutDeck deck;
     deck.name = std::move(name);
     deck.kind = kind;
-    deck.high = {drawn.width, drawn.height};
+    // As the file of the mesh tells it.
+    const auto in_file = [](float value) {
+        return static_cast<double>(std::strtof(e_field(value, 13, 6).c_str(), nullptr));
+    };
+    deck.high = {in_file(drawn.width), in_file(drawn.height)};
     deck.base.kind = kind;
     deck.base.name = "Base.Mes";
     const bool scalar = kind == Kind::temperature || kind == Kind::head;

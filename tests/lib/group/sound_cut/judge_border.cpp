@@ -81,7 +81,12 @@ void judge_frozen(const Judgement& j) {
     std::set<std::pair<float, float>> places;
     for (const CutNode& node : j.run.after.nodes)
         places.emplace(static_cast<float>(node.at.x), static_cast<float>(node.at.y));
+    std::set<int> corners;  // a midside node stays on its side, or goes with it
+    for (const CutSolid& solid : j.run.before.solids)
+        corners.insert(solid.corners.begin(), solid.corners.end());
     for (const CutNode& node : j.run.before.nodes) {
+        if (!corners.contains(node.number))
+            continue;
         const bool on_limits = j.deck.limits && j.on_border(node.at);
         if ((frozen.contains(node.number) || on_limits) &&
             !places.contains({static_cast<float>(node.at.x), static_cast<float>(node.at.y)}) &&

@@ -120,7 +120,8 @@ DrawnMesh well_shaped_mesh(Drawing& drawing) {
     DrawnMesh mesh;
     mesh.columns = 4 + drawing.below(6);
     mesh.rows = 4 + drawing.below(6);
-    const float dx = triangles || drawing.one_in(2) ? 1.0F : drawing.between(1.0F, 2.2F);
+    const float dx =
+        triangles || drawing.one_in(2) ? 1.0F : std::round(drawing.between(1.0F, 2.2F) * 100.0F) / 100.0F;
     const float shift = triangles || drawing.one_in(3) ? 0.0F : drawing.between(0.0F, 0.12F);
     mesh.width = static_cast<float>(mesh.columns) * dx;
     mesh.height = static_cast<float>(mesh.rows);
