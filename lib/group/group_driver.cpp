@@ -95,70 +95,67 @@ private:
         if (use != OutlineUse::free_line)
             cut(path, segments);
         require_parts(engine_, path);
-        std::vector<std::int32_t> nodes;
-        if (use != OutlineUse::free_line)
-            nodes = line_of(path);
-        else if (!segments.empty())
-            nodes = list_free_nodes(mesh_, tolerances_, engine_, path);
-        GroupLines lines = add_lines(g, path.closed, nodes);
+        SoundLine line = line_of(path, use, segments.empty());
+        GroupLines lines = add_lines(g, line);
         add_row(listing_, channels_.at(CHANNEL_GROUP),
-                {g, ROW_OUTLINE, group.group_type, path.closed ? 1 : 0, path.points, std::move(nodes)});
+                {g, ROW_OUTLINE, group.group_type, path.closed ? 1 : 0, path.points, std::move(line.nodes)});
         apply_region(mesh_, engine_, region_of(group_cards_, g), path.points, lines.moved);
         if (lines.record)
             records_.push_back(std::move(*lines.record));
     }
 
-    // The nodes of a line that was cut.
-    std::vector<std::int32_t> line_of(const Path& path) {
-        if (method_ == CutMethod::by_rules)
-            return list_path_nodes(mesh_, tolerances_, engine_, path);
-        std::vector<std::int32_t> nodes =
-            on_one_sheet(mesh_, engine_, list_path_nodes(mesh_, tolerances_, engine_, path, Revisits::kept),
-                         static_cast<double>(tolerances_.line));
-        if (path.closed && nodes.size() > 1 && nodes.front() == nodes.back())
-            nodes.pop_back();
-        return nodes;
+    // The nodes of a group's line. How it goes on between them is known of lines of the sound cut alone.
+    SoundLine line_of(const Path& path, OutlineUse use, bool has_no_segments) {
+        SoundLine line;
+        line.closed = path.closed;
+        if (use == OutlineUse::free_line && !has_no_segments)
+            line.nodes = list_free_nodes(mesh_, tolerances_, engine_, path);
+        else if (use != OutlineUse::free_line && method_ == CutMethod::by_rules)
+            line.nodes = list_path_nodes(mesh_, tolerances_, engine_, path);
+        else if (use != OutlineUse::free_line)
+            line = sound_line(mesh_, engine_, list_all_path_nodes(mesh_, tolerances_, engine_, path), path,
+                              static_cast<double>(tolerances_.line));
+        return line;
     }
 
     // Works on the mesh and writes the record to "JOINT.TMP".
-    GroupLines add_lines(std::int32_t g, bool closed, std::span<const std::int32_t> nodes) {
+    GroupLines add_lines(std::int32_t g, const SoundLine& line) {
         const GroupMaterial& material = group_cards_.materials[g];
         const GroupRow& group = group_cards_.rows[g];
         JointRecord record;
         record.group = g;
-        record.closed = closed ? 1 : 0;
+        record.closed = line.closed ? 1 : 0;
         record.group_type = group.group_type;
         record.inner_line_type = to_integer(material.inner_line_type);
         record.inner_line_material = to_integer(material.inner_line_material);
-        record.nodes.assign(nodes.begin(), nodes.end());
+        record.nodes = line.nodes;
         // A free line is strung as it is drawn.
         const bool in_pieces = method_ == CutMethod::sound && use_of(group) != OutlineUse::free_line;
-        const std::vector<LinePiece> pieces =
-            in_pieces ? pieces_of(mesh_, engine_, nodes, closed, static_cast<double>(tolerances_.line))
-                      : std::vector<LinePiece>{};
+        const std::vector<LinePiece> pieces = in_pieces ? pieces_of(line) : std::vector<LinePiece>{};
         const auto add_line = [&](std::int32_t line_type, std::int32_t line_material,
-                                  std::span<const std::int32_t> line) {
-            if (in_pieces && group.freezes_nodes == 1)
-                for (const std::int32_t node : line)
+                                  const std::vector<std::int32_t>& nodes) {
+            if (!in_pieces) {
+                add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, line.closed, line_type,
+                                  line_material, nodes);
+                return;
+            }
+            if (group.freezes_nodes == 1)
+                for (const std::int32_t node : nodes)
                     engine_.frozen[node] = 1;
-            if (in_pieces)
-                for (const LinePiece& piece : pieces) {
-                    std::vector<std::int32_t> strung;
-                    for (const std::size_t k : piece.places)
-                        strung.push_back(line[k]);
-                    add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, piece.closed, line_type,
-                                      line_material, strung);
-                }
-            else
-                add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, closed, line_type,
-                                  line_material, line);
+            for (const LinePiece& piece : pieces) {
+                std::vector<std::int32_t> strung;
+                for (const std::size_t k : piece.places)
+                    strung.push_back(nodes[k]);
+                add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, piece.closed, line_type,
+                                  line_material, strung);
+            }
         };
         GroupLines lines;
         if (group.group_type >= 1 && group.group_type <= 4) {
             const bool listed = record.inner_line_type != 0 && record.inner_line_material != 0;
             if (listed)
                 write_joint_record(channels_.at(CHANNEL_JOINT), record);
-            add_line(record.inner_line_type, record.inner_line_material, nodes);
+            add_line(record.inner_line_type, record.inner_line_material, line.nodes);
             if (listed)
                 lines.record = std::move(record);
             return lines;
@@ -174,8 +171,8 @@ private:
         joint.parts_ground = parts_ground(record);
         joint.inner_line = record.inner_line_type != 0;
         joint.outer_line = record.outer_line_type != 0;
-        lines.moved = add_joint_line(record, joint);
-        add_line(record.inner_line_type, record.inner_line_material, nodes);
+        lines.moved = add_joint_line(record, line, joint);
+        add_line(record.inner_line_type, record.inner_line_material, line.nodes);
         add_line(record.outer_line_type, record.outer_line_material, record.twins);
         lines.record = std::move(record);
         return lines;
@@ -183,11 +180,12 @@ private:
 
     // Adds twins and joints along the line of a record. A joint without a width of its own, or in a material
     // region, parts the ground: gives the elements that were moved.
-    std::vector<MovedElement> add_joint_line(JointRecord& record, const JointMaterial& material) {
+    std::vector<MovedElement> add_joint_line(JointRecord& record, const SoundLine& line,
+                                             const JointMaterial& material) {
         const bool closed = record.closed == 1;
         if (method_ == CutMethod::sound) {
-            OpenedLine opened = open_along(mesh_, engine_, record.nodes, closed, record.joint_thickness,
-                                           material, records_, static_cast<double>(tolerances_.line));
+            OpenedLine opened = open_along(mesh_, engine_, line, record.joint_thickness, material, records_,
+                                           static_cast<double>(tolerances_.line));
             record.twins = std::move(opened.twins);
             write_joint_record(channels_.at(CHANNEL_JOINT), record);
             return std::move(opened.moved);

@@ -16,8 +16,8 @@ struct Candidate {
     float distance;
 };
 
-void require_room(const Engine& engine, const std::vector<std::int32_t>& line) {
-    if (line.size() > static_cast<std::size_t>(MOST_PATH_NODES))
+void require_room(const Engine& engine, std::size_t nodes) {
+    if (nodes > static_cast<std::size_t>(MOST_PATH_NODES))
         fail("group " + std::to_string(engine.group) + ": expected a line of at most " +
              std::to_string(MOST_PATH_NODES) + " nodes, found more");
 }
@@ -70,11 +70,11 @@ void keep_ends(std::vector<Candidate>& candidates, bool first_edge) {
         candidates = {candidates.back()};
 }
 
-}  // namespace
+enum class Revisits { dropped, kept };
 
-std::vector<std::int32_t> list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
-                                          const Path& path, Revisits revisits) {
-    std::vector<std::int32_t> line;
+std::vector<LineNode> nodes_along(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path,
+                                  Revisits revisits) {
+    std::vector<LineNode> line;
     std::vector<bool> listed(static_cast<std::size_t>(HIGHEST_NODE_NUMBER) + 1, false);
     std::vector<bool> seen(listed);  // scratch of nodes_near
     for (std::size_t edge = 0; edge < path.edges; ++edge) {
@@ -93,14 +93,29 @@ std::vector<std::int32_t> list_path_nodes(Mesh& mesh, const Tolerances& toleranc
         if (std::find(path.single.begin(), path.single.end(), edge) != path.single.end())
             keep_ends(candidates, edge == 0);
         for (const Candidate& candidate : candidates) {
-            if (!line.empty() && line.back() == candidate.node)
+            if (!line.empty() && line.back().node == candidate.node)
                 continue;
-            line.push_back(candidate.node);
+            line.push_back({candidate.node, edge});
             listed[static_cast<std::size_t>(candidate.node)] = true;
         }
-        require_room(engine, line);
+        require_room(engine, line.size());
     }
     return line;
+}
+
+}  // namespace
+
+std::vector<std::int32_t> list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                          const Path& path) {
+    std::vector<std::int32_t> line;
+    for (const LineNode& on : nodes_along(mesh, tolerances, engine, path, Revisits::dropped))
+        line.push_back(on.node);
+    return line;
+}
+
+std::vector<LineNode> list_all_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                          const Path& path) {
+    return nodes_along(mesh, tolerances, engine, path, Revisits::kept);
 }
 
 std::vector<std::int32_t> list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
@@ -113,7 +128,7 @@ std::vector<std::int32_t> list_free_nodes(Mesh& mesh, const Tolerances& toleranc
             mesh.codes[node][4] = 1;
         }
         line.push_back(node);
-        require_room(engine, line);
+        require_room(engine, line.size());
     }
     return line;
 }

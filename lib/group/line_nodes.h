@@ -11,12 +11,19 @@
 
 namespace brelan {
 
-// What becomes of a node that the path comes to again.
-enum class Revisits { dropped, kept };
-
-// The mesh nodes on the finished path, in order along it.
+// The mesh nodes on the finished path, in order along it. A node that the path comes to again is not listed
+// again.
 std::vector<std::int32_t> list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
-                                          const Path& path, Revisits revisits = Revisits::dropped);
+                                          const Path& path);
+
+// The same with the edge of the path, from 0, that each node lies on, and again where the path comes to it
+// again.
+struct LineNode {
+    std::int32_t node = 0;
+    std::size_t edge = 0;
+};
+std::vector<LineNode> list_all_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                          const Path& path);
 
 // The nodes of a free line: the first node within TOLSAME of each path point, or a new one there.
 std::vector<std::int32_t> list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,

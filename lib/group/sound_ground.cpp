@@ -68,6 +68,19 @@ std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const Drawn
     return spokes;
 }
 
+// What the shortest side of an outline is worth beside its angles: half the square of twice its share of the
+// longest, the opening of a triangle of that slenderness.
+double side_shape(std::span<const Point> corners) {
+    double shortest = 0.0, longest = 0.0;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const Point &a = corners[i], &b = corners[(i + 1) % corners.size()];
+        const double length = foot_on(a, a, b).distance;
+        shortest = i == 0 ? length : std::min(shortest, length);
+        longest = std::max(longest, length);
+    }
+    return longest > 0.0 ? 2.0 * (shortest / longest) * (shortest / longest) : 0.0;
+}
+
 double split_shape(std::span<const Point> c) {
     const auto half = [&](std::size_t i, std::size_t j, std::size_t k) {
         const std::array<Point, 3> triangle{c[i], c[j], c[k]};
@@ -165,6 +178,7 @@ double worst_shape(const Mesh& mesh, std::span<const Solid> solids, std::int32_t
         for (std::size_t i = 0; i < solid.count; ++i)
             corners[i] = solid.node[i] == node ? place : node_point(mesh, solid.node[i]);
         const std::span<const Point> outline(corners.data(), solid.count);
+        worst = std::min(worst, side_shape(outline));
         if (solid.count == 3) {
             worst = std::min(worst, orientation(corners[0], corners[1], corners[2]) > 0
                                         ? openings_of(outline).smallest

@@ -48,11 +48,6 @@ std::vector<Wedge> wedges_at(const Mesh& mesh, const Engine& engine, std::int32_
     return wedges;
 }
 
-bool are_joined(const Mesh& mesh, const Engine& engine, std::int32_t a, std::int32_t b) {
-    const SideUsers users = users_of(mesh, engine, side_between(a, b));
-    return !users.solids.empty() || !users.joints.empty();
-}
-
 bool has_short_side(const Mesh& mesh, std::int32_t e, std::int32_t a, std::int32_t b) {
     const Corners c = corners_of(mesh, e);
     return is_joint(mesh, e) && (side_between(c.n[1], c.n[2]) == side_between(a, b) ||
@@ -126,35 +121,6 @@ Parting parting_at(const Mesh& mesh, const Engine& engine, std::int32_t node, st
             flood([&](const Wedge& wedge) {
                 return (behind != 0 && wedge.before == behind) || (before != 0 && wedge.behind == before);
             })};
-}
-
-// How a line goes on from one of its nodes to the next.
-enum class Step { side, border, place, gap, across };
-
-// By sides of elements, from node to node at one place, or not: through the air, or across ground that was
-// not cut.
-Step step_of(const Mesh& mesh, Engine& engine, std::int32_t a, std::int32_t b, double tolerance) {
-    const Point from = node_point(mesh, a), to = node_point(mesh, b);
-    const bool joined = a != b && are_joined(mesh, engine, a, b);
-    if (foot_on(from, from, to).distance < tolerance)
-        return joined || a == b ? Step::place : Step::gap;
-    if (joined) {
-        const Sides sides = ground_beside(mesh, engine, a, b);
-        return sides.left && sides.right ? Step::side : Step::border;
-    }
-    const Point middle{(from.x + to.x) * 0.5F, (from.y + to.y) * 0.5F};
-    for (const std::int32_t e : elements_near(engine, middle, middle)) {
-        if (mesh.type[e] != ELEMENT_CONTINUUM)
-            continue;
-        const std::vector<std::int32_t> ring = ring_of(mesh, e);
-        bool inside = true;
-        for (std::size_t i = 0; i < ring.size(); ++i)
-            inside = inside && orientation(node_point(mesh, ring[i]),
-                                           node_point(mesh, ring[(i + 1) % ring.size()]), middle) >= 0;
-        if (inside)
-            return Step::across;
-    }
-    return Step::gap;
 }
 
 std::string name_of(std::span<const JointRecord> records, std::int32_t a, std::int32_t b) {
@@ -268,129 +234,49 @@ private:
 
 }  // namespace
 
-std::vector<std::int32_t> on_one_sheet(const Mesh& mesh, const Engine& engine,
-                                       std::vector<std::int32_t> nodes, double tolerance) {
-    std::vector<std::vector<std::int32_t>> places;
-    for (const std::int32_t n : nodes) {
-        const Point at = node_point(mesh, n);
-        if (!places.empty() && foot_on(at, at, node_point(mesh, places.back().front())).distance < tolerance)
-            places.back().push_back(n);
-        else
-            places.push_back({n});
-    }
-    if (places.size() == nodes.size())
-        return nodes;
-    for (std::vector<std::int32_t>& place : places) {
-        std::sort(place.begin(), place.end());
-        place.erase(std::unique(place.begin(), place.end()), place.end());
-    }
-    const auto joined_to_any = [&](std::int32_t n, const std::vector<std::int32_t>& others) {
-        return std::find_if(others.begin(), others.end(),
-                            [&](std::int32_t other) { return are_joined(mesh, engine, n, other); });
-    };
-    const auto begin = std::find_if(places.front().begin(), places.front().end(), [&](std::int32_t n) {
-        return places.size() > 1 && joined_to_any(n, places[1]) != places[1].end();
-    });
-    std::vector<std::int32_t> chain{begin == places.front().end() ? places.front().front() : *begin};
-    for (std::size_t i = 1; i < places.size(); ++i) {
-        // From the node that the chain has reached, through others of its place where need be.
-        std::map<std::int32_t, std::int32_t> reached_from{{chain.back(), 0}};
-        std::vector<std::int32_t> waiting{chain.back()};
-        std::int32_t last = 0, next = places[i].front();
-        for (std::size_t w = 0; w < waiting.size() && last == 0; ++w) {
-            const auto found = joined_to_any(waiting[w], places[i]);
-            if (found != places[i].end()) {
-                last = waiting[w];
-                next = *found;
-                break;
-            }
-            for (const std::int32_t other : places[i - 1])
-                if (reached_from.count(other) == 0 && are_joined(mesh, engine, waiting[w], other)) {
-                    reached_from[other] = waiting[w];
-                    waiting.push_back(other);
-                }
-        }
-        std::vector<std::int32_t> through;
-        for (std::int32_t n = last; n != 0 && n != chain.back(); n = reached_from[n])
-            through.push_back(n);
-        chain.insert(chain.end(), through.rbegin(), through.rend());
-        chain.push_back(next);
-    }
-    return chain;
-}
-
-std::vector<LinePiece> pieces_of(const Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
-                                 bool closed, double tolerance) {
-    const std::size_t c = nodes.size();
-    std::vector<LinePiece> pieces;
-    if (c == 0)
-        return pieces;
-    std::set<Side> gone;
-    pieces.push_back({{0}, false});
-    for (std::size_t k = 0; k < (closed ? c : c - 1); ++k) {
-        const std::size_t next = (k + 1) % c;
-        const Step step = step_of(mesh, engine, nodes[k], nodes[next], tolerance);
-        if (step == Step::place)
-            continue;  // the line goes on from the other node
-        const bool goes_on = step != Step::gap && gone.insert(side_between(nodes[k], nodes[next])).second;
-        LinePiece& piece = pieces.back();
-        if (piece.places.size() == 1)
-            piece.places.front() = k;
-        if (goes_on && piece.places.back() == k)
-            piece.places.push_back(next);
-        else if (goes_on)
-            pieces.push_back({{k, next}, false});
-        else
-            pieces.push_back({{next}, false});
-    }
-    if (closed && pieces.size() == 1 && pieces.front().places.size() == c + 1) {
-        pieces.front().places.pop_back();
-        pieces.front().closed = true;
-    }
-    pieces.erase(std::remove_if(pieces.begin(), pieces.end(),
-                                [](const LinePiece& piece) { return piece.places.size() < 2; }),
-                 pieces.end());
-    return pieces;
-}
-
-OpenedLine open_along(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, bool closed,
-                      float joint_thickness, const JointMaterial& material,
-                      std::span<const JointRecord> records, double tolerance) {
-    OpenedLine opened{{nodes.begin(), nodes.end()}, {}};
+OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, float joint_thickness,
+                      const JointMaterial& material, std::span<const JointRecord> records, double tolerance) {
+    const std::vector<std::int32_t>& nodes = line.nodes;
+    OpenedLine opened{nodes, {}};
     const std::size_t c = nodes.size();
     if (c < 2)
         return opened;
     const std::string group = "group " + std::to_string(engine.group) + ": ";
-    std::vector<Step> steps;         // from each node
     std::vector<std::size_t> edges;  // that get a joint
     std::vector<bool> at_edge(c, false);
-    std::set<Side> gone;
-    for (std::size_t k = 0; k < (closed ? c : c - 1); ++k) {
-        const std::int32_t a = nodes[k], b = nodes[(k + 1) % c];
-        const Point from = node_point(mesh, a), to = node_point(mesh, b);
-        steps.push_back(step_of(mesh, engine, a, b, tolerance));
-        if (steps.back() == Step::place || steps.back() == Step::gap)
+    std::set<std::int32_t> visited;
+    for (std::size_t k = 0; k < c; ++k)
+        if (!visited.insert(nodes[k]).second)
+            fail(group +
+                 "expected a joint along a line that does not come to a place again, but this one comes back "
+                 "to " +
+                 text_of(node_point(mesh, nodes[k])));
+    for (std::size_t k = 0; k < line.steps.size(); ++k) {
+        const Step step = line.steps[k];
+        const std::int32_t a = nodes[k], b = line.behind(k);
+        if (step == Step::place || step == Step::gap)
             continue;
-        if (steps.back() == Step::across)
-            fail(group + "expected a joint along sides of elements, but its line from " + text_of(from) +
-                 " to " + text_of(to) + " crosses ground that is not cut");
+        const std::string way =
+            "from " + text_of(node_point(mesh, a)) + " to " + text_of(node_point(mesh, b));
+        if (step == Step::across)
+            fail(group + "expected a joint along sides of elements, but its line " + way +
+                 " crosses ground that is not cut");
         if (is_long_side_of_joint(mesh, engine, a, b))
-            fail(group + "from " + text_of(from) + " to " + text_of(to) + " there is " +
-                 name_of(records, a, b) + " already; expected one joint along a line");
+            fail(group + way + " there is " + name_of(records, a, b) +
+                 " already; expected one joint along a line");
         const Sides sides = ground_beside(mesh, engine, a, b);
-        if (((sides.left || material.outer_line) && (sides.right || material.inner_line)) &&
-            gone.insert(side_between(a, b)).second) {
+        if ((sides.left || material.outer_line) && (sides.right || material.inner_line)) {
             edges.push_back(k);
             at_edge[k] = at_edge[(k + 1) % c] = true;
         }
     }
-    const auto goes_on = [&](std::size_t k) { return k < steps.size() && steps[k] != Step::gap; };
+    const auto goes_on = [&](std::size_t k) { return k < line.steps.size() && line.steps[k] != Step::gap; };
     std::vector<Parting> partings(c);
     std::map<std::int32_t, std::size_t> place;  // of a node that gets a twin
     for (std::size_t k = 0; k < c; ++k) {
         const std::size_t last = (k + c - 1) % c;
-        const std::int32_t before = (k > 0 || closed) && goes_on(last) ? nodes[last] : 0;
-        const std::int32_t behind = (k + 1 < c || closed) && goes_on(k) ? nodes[(k + 1) % c] : 0;
+        const std::int32_t before = (k > 0 || line.closed) && goes_on(last) ? nodes[last] : 0;
+        const std::int32_t behind = goes_on(k) ? line.behind(k) : 0;
         partings[k] = parting_at(mesh, engine, nodes[k], before, behind);
         const bool both = !partings[k].left.empty() && !partings[k].right.empty();
         const bool opens = material.parts_ground ? (both ? !partings[k].is_one() : at_edge[k]) : at_edge[k];
@@ -406,7 +292,7 @@ OpenedLine open_along(Mesh& mesh, Engine& engine, std::span<const std::int32_t> 
                  " to " + text_of(node_point(mesh, nodes[(k + 1) % c])) +
                  " the ground holds it at both ends");
     // Lines along the joint go by their side, others with the ground that they end in.
-    const std::vector<Point> line = node_points(mesh, nodes);
+    const std::vector<Point> points = node_points(mesh, nodes);
     for (const std::int32_t e : elements_with(engine, nodes)) {
         if (mesh.type[e] == ELEMENT_DELETED || !material.parts_ground)
             continue;
@@ -421,7 +307,7 @@ OpenedLine open_along(Mesh& mesh, Engine& engine, std::span<const std::int32_t> 
             const bool goes_left =
                 mesh.type[e] == ELEMENT_CONTINUUM
                     ? partings[k].left.count(e) != 0
-                    : is_left(line, closed, k, centroid(mesh, e)) == (engine.side_sign[e] >= 0);
+                    : is_left(points, line.closed, k, centroid(mesh, e)) == (engine.side_sign[e] >= 0);
             if (!goes_left)
                 continue;
             n = opened.twins[k];
@@ -437,7 +323,7 @@ OpenedLine open_along(Mesh& mesh, Engine& engine, std::span<const std::int32_t> 
         add_joint(mesh, engine, {{nodes[k], nodes[next], opened.twins[next], opened.twins[k]}},
                   material.material, material.attribute);
     }
-    const TwinPlaces places(mesh, engine, nodes, opened.twins, closed, joint_thickness, tolerance);
+    const TwinPlaces places(mesh, engine, nodes, opened.twins, line.closed, joint_thickness, tolerance);
     for (const auto& [node, k] : place)
         move_node(mesh, engine, opened.twins[k], places.place(k));
     return opened;

@@ -10,22 +10,10 @@
 #include "group/engine.h"
 #include "group/joints.h"
 #include "group/listing.h"
+#include "group/sound_lines.h"
 #include "mesh/tables.h"
 
 namespace brelan {
-
-// The nodes of a line in one chain of sides: of nodes at one place, as a joint has them, those that the chain
-// needs.
-std::vector<std::int32_t> on_one_sheet(const Mesh& mesh, const Engine& engine,
-                                       std::vector<std::int32_t> nodes, double tolerance);
-
-// A line in pieces that hang together: it breaks where it runs outside the ground, and goes no way twice.
-struct LinePiece {
-    std::vector<std::size_t> places;  // in the list of the line's nodes
-    bool closed = false;
-};
-std::vector<LinePiece> pieces_of(const Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes,
-                                 bool closed, double tolerance);
 
 // What the joint elements of a line are made of, and what else stands along it.
 struct JointMaterial {
@@ -43,9 +31,8 @@ struct OpenedLine {
 // Parts the ground along a line and fills the gap with joint elements, also at the border where a line of
 // elements stands along the other side. Ends the run where the line does not run along sides of elements,
 // where it has a joint already (named by its record), and where nothing can open.
-OpenedLine open_along(Mesh& mesh, Engine& engine, std::span<const std::int32_t> nodes, bool closed,
-                      float joint_thickness, const JointMaterial& material,
-                      std::span<const JointRecord> records, double tolerance);
+OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, float joint_thickness,
+                      const JointMaterial& material, std::span<const JointRecord> records, double tolerance);
 
 // Puts the twins of a record beside the line as it lies now; those at the border stay on it.
 void place_twins(Mesh& mesh, Engine& engine, const JointRecord& record, double tolerance);
