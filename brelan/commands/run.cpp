@@ -202,7 +202,9 @@ struct FinishedRun {
 
 // Runs the batch program once. The report begins with what is known before.
 FinishedRun run_once(const RunPlace& place, RunReport report, CutMethod cut) {
-    const auto& [options, context, interruption, deck, project, kept_work, program, data] = place;
+    const RunOptions& options = place.options;
+    const NotedDeck& deck = place.deck;
+    const fs::path& project = place.project;
     const WorkingDirectory work(project, options);
     write_file(work.path() / DECK_NAME, deck.text);
     const LineUpFile line_up(project, work.path());
@@ -210,13 +212,14 @@ FinishedRun run_once(const RunPlace& place, RunReport report, CutMethod cut) {
 
     PassTrace trace(work.path());
     const Clock::time_point begin = Clock::now();
-    ProgressLine progress(context);
+    ProgressLine progress(place.context);
     progress.show(progress_text(deck.file, trace, {}));
-    const BatchResult result = run_batch_program(
-        {program, work.path(), data.drive(), std::string(DECK_NAME), cut}, interruption, [&] {
-            trace.look();
-            progress.show(progress_text(deck.file, trace, Clock::now() - begin));
-        });
+    const BatchResult result =
+        run_batch_program({place.program, work.path(), place.data.drive(), std::string(DECK_NAME), cut},
+                          place.interruption, [&] {
+                              trace.look();
+                              progress.show(progress_text(deck.file, trace, Clock::now() - begin));
+                          });
     report.seconds += std::chrono::duration<double>(Clock::now() - begin).count();
     trace.look();
     progress.clear();
@@ -230,7 +233,7 @@ FinishedRun run_once(const RunPlace& place, RunReport report, CutMethod cut) {
     if (line_up.take_back())
         report.also.push_back(line_up.file());
     if (options.keep)
-        note(context, fmt::format("{}: kept", work.path().string()));
+        note(place.context, fmt::format("{}: kept", work.path().string()));
 
     if (result.status != 0) {
         const FailedRun failed{deck, project, work.path(), std::string(DECK_NAME), trace.pass(), result};
@@ -238,7 +241,7 @@ FinishedRun run_once(const RunPlace& place, RunReport report, CutMethod cut) {
         report.details = failure_details(failed);
         return {report, {}};
     }
-    const fs::path mesh = files.place_of(result_of(deck, project, kept_work, data));
+    const fs::path mesh = files.place_of(result_of(deck, project, place.kept_work, place.data));
     if (std::error_code error; !mesh.empty() && fs::is_regular_file(mesh, error)) {
         report.result = mesh;
         std::erase(report.also, mesh);

@@ -94,5 +94,23 @@ TEST(SoundCutTable, ByClass) {
     }
 }
 
+// Each nasty deck by both cuts, in words.
+TEST(SoundCutTable, OfNastyDecks) {
+    if (variable("BRELAN_CUT_DECKS").empty())
+        GTEST_SKIP() << "a table, no law";
+    int number = 0;
+    for (const CutDeck& deck : nasty_decks()) {
+        ++number;
+        if (deck.name.find(variable("BRELAN_CUT_CLASS")) == std::string::npos)
+            continue;
+        for (const CutMethod method : {CutMethod::by_rules, CutMethod::sound}) {
+            const CutRun run = run_cut(deck, method);
+            const std::string text =
+                run.status != 0 ? "  refused: " + run.message + "\n" : judge(deck, run).text();
+            tell(deck, method, number, text.empty() ? "  keeps all laws\n" : text);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace brelan::test

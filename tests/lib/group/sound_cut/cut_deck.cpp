@@ -6,8 +6,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 
 #include "group/engine_mesh.h"
+#include "mesh/kinds.h"
 #include "plane/path.h"
 #include "run/run.h"
 #include "run/run_deck.h"
@@ -59,7 +61,9 @@ CutMesh mesh_in(const brelan::Mesh& tables) {
         const ElementWords& w = tables.words[e];
         switch (tables.type_in_use[e]) {
             case ELEMENT_CONTINUUM:
-                if (is_joint(tables, e)) {
+                // A mesh that was read has 100 or more where the engine that makes a joint puts a number
+                // below 0.
+                if (is_joint(tables, e) || (has_node_values(tables.kind) && tables.attribute[e] >= 100)) {
                     mesh.joints.push_back({e, w.material, {w.corner_1, w.corner_2, w.corner_3, w.corner_4}});
                     break;
                 }
@@ -195,7 +199,11 @@ CutDeck deck_over(std::string name, Kind kind, const DrawnMesh& drawn) {
     CutDeck deck;
     deck.name = std::move(name);
     deck.kind = kind;
-    deck.high = {drawn.width, drawn.height};
+    // As the file of the mesh tells it.
+    const auto in_file = [](float value) {
+        return static_cast<double>(std::strtof(e_field(value, 13, 6).c_str(), nullptr));
+    };
+    deck.high = {in_file(drawn.width), in_file(drawn.height)};
     deck.base.kind = kind;
     deck.base.name = "Base.Mes";
     const bool scalar = kind == Kind::temperature || kind == Kind::head;
@@ -228,6 +236,40 @@ DrawnSegment segment_with(int IEND, int NDIV) {
     segment.IEND = IEND;
     segment.NDIV = NDIV;
     return segment;
+}
+
+DrawnSegment arc_with(Point centre, Point half_axes, float from, float to, int NDIV) {
+    DrawnSegment arc;
+    arc.LTYPE = 2;
+    arc.NDIV = NDIV;
+    arc.Xo = centre.x, arc.Yo = centre.y;
+    arc.Rx = half_axes.x, arc.Ry = half_axes.y;
+    arc.Qb = from, arc.Qe = to;
+    return arc;
+}
+
+void make_second_order(CutDeck& deck) {
+    std::map<std::pair<int, int>, int> known;
+    const std::vector<MeshNode> corners = deck.base.nodes;
+    for (MeshElement& element : deck.base.continuum) {
+        const std::size_t count = element.corners[3] > 0 ? 4 : 3;
+        for (std::size_t i = 0; i < count; ++i) {
+            const int a = element.corners[i], b = element.corners[(i + 1) % count];
+            const auto [at, fresh] =
+                known.emplace(std::minmax(a, b), static_cast<int>(deck.base.nodes.size() + 1));
+            element.midsides[i] = at->second;
+            if (!fresh)
+                continue;
+            const MeshNode &from = corners[static_cast<std::size_t>(a - 1)],
+                           &to = corners[static_cast<std::size_t>(b - 1)];
+            MeshNode middle = from;
+            middle.number = at->second;
+            std::fill(middle.codes.begin(), middle.codes.end(), 0);
+            middle.x = (from.x + to.x) / 2.0;
+            middle.y = (from.y + to.y) / 2.0;
+            deck.base.nodes.push_back(middle);
+        }
+    }
 }
 
 DrawnGroup beams_along(std::vector<Point> points, int material) {

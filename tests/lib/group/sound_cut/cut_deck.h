@@ -42,6 +42,9 @@ CutDeck deck_over(std::string name, Kind kind, const DrawnMesh& mesh);
 DrawnGroup beams_along(std::vector<Point> points, int material);
 DrawnGroup region_of(std::vector<Point> points, int material);
 DrawnSegment segment_with(int IEND, int NDIV = 0);
+DrawnSegment arc_with(Point centre, Point half_axes, float from, float to, int NDIV);  // degrees
+// Gives the elements of the mesh that is read midside nodes.
+void make_second_order(CutDeck& deck);
 
 // The text of the deck that draws the groups from the first to the one before the last.
 std::string text_of(const CutDeck& deck, std::size_t first, std::size_t last, bool reads_base);

@@ -18,14 +18,6 @@ float between(Drawing& drawing, float low, float high) {
     return written(drawing.between(low, high));
 }
 
-DrawnSegment arc_of(float x, float y, float rx, float ry, float from, float to, int NDIV) {
-    DrawnSegment arc;
-    arc.LTYPE = 2;
-    arc.NDIV = NDIV;
-    arc.Xo = x, arc.Yo = y, arc.Rx = rx, arc.Ry = ry, arc.Qb = from, arc.Qe = to;
-    return arc;
-}
-
 // A vault over an invert, with a lining.
 DrawnGroup tunnel(Drawing& drawing, float x, float y, int material) {
     const float radius = between(drawing, 2.0F, 4.5F);
@@ -35,8 +27,8 @@ DrawnGroup tunnel(Drawing& drawing, float x, float y, int material) {
     group.LTi = 2;
     group.LMi = 20 + material;
     const int NDIV = drawing.one_of(parts);
-    group.segments = {arc_of(x, y, radius, radius, 0.0F, 180.0F, NDIV),
-                      arc_of(x, y, radius, invert, 180.0F, 360.0F, NDIV)};
+    group.segments = {arc_with({x, y}, {radius, radius}, 0.0F, 180.0F, NDIV),
+                      arc_with({x, y}, {radius, invert}, 180.0F, 360.0F, NDIV)};
     return group;
 }
 
@@ -225,6 +217,14 @@ CutDeck two_decks(Drawing& drawing, Kind kind) {
     return deck;
 }
 
+// Half of the kinds have midside nodes.
+CutDeck second_order(Drawing& drawing, Kind kind) {
+    const bool has_midsides = kind == Kind::coupled || kind == Kind::displacement;
+    CutDeck deck = three_groups(drawing, has_midsides ? kind : Kind::displacement);
+    make_second_order(deck);
+    return deck;
+}
+
 CutDeck over_a_joint(Drawing& drawing, Kind kind) {
     const DrawnMesh mesh = draw_mesh(drawing);
     CutDeck deck = over(mesh, drawing, kind);
@@ -236,7 +236,7 @@ CutDeck over_a_joint(Drawing& drawing, Kind kind) {
     return deck;
 }
 
-constexpr std::array<DeckClass, 18> CLASSES{{
+constexpr std::array<DeckClass, 20> CLASSES{{
     {"tunnels", tunnels, true},
     {"strata", strata, true},
     {"walls with joints", walls, true},
@@ -255,6 +255,8 @@ constexpr std::array<DeckClass, 18> CLASSES{{
     {"three crossing groups", three_groups},
     {"three groups in two decks", two_decks},
     {"lines and joints over a joint", over_a_joint},
+    {"three groups, second order", second_order},
+    {"well apart", well_apart_deck, false, true},
 }};
 
 }  // namespace

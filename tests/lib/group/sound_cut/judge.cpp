@@ -50,6 +50,8 @@ Verdict judge(const CutDeck& deck, const CutRun& run) {
     // Four units in the last place; of the six digits of a file where a second deck has read one.
     const double rounding = extent * (deck.groups_of_first_deck == 0 ? 0x1p-21 : 1.0E-5);
     const Judgement judgement{deck, run, mesh, rounding, static_cast<double>(deck.same), verdict};
+    if (!judge_names(judgement))
+        return verdict;
     judge_shapes(judgement);
     judge_fit(judgement);
     judge_border(judgement);

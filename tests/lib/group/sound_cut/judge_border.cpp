@@ -40,14 +40,27 @@ void judge_area(const Judgement& j) {
                                std::to_string(ground));
 }
 
-void judge_outline(const Judgement& j) {
+// Deleted ground has none of its nodes.
+bool has_ground_round(const Spot& p, const Judgement& j) {
+    const double reach = 16.0 * j.rounding;
+    for (const double x : {-reach, reach})
+        for (const double y : {-reach, reach})
+            if (j.mesh.covers({p.x + x, p.y + y}))
+                return true;
+    return false;
+}
+
+void judge_corners(const Judgement& j) {
     std::set<std::pair<double, double>> places;
     for (const int n : j.mesh.solid_nodes)
         places.emplace(j.mesh.at(n).x, j.mesh.at(n).y);
     for (const double x : {j.deck.low.x, j.deck.high.x})
         for (const double y : {j.deck.low.y, j.deck.high.y})
-            if (!places.contains({x, y}))
+            if (!places.contains({x, y}) && has_ground_round({x, y}, j))
                 j.add(Law::border, "no node at the corner " + words({x, y}));
+}
+
+void judge_outline(const Judgement& j) {
     double length = 0.0;
     for (const auto& [side, elements] : j.mesh.sides)
         if (elements.size() == 1 && j.on_border(j.mesh.at(side.first), j.mesh.at(side.second)))
@@ -68,10 +81,16 @@ void judge_frozen(const Judgement& j) {
     std::set<std::pair<float, float>> places;
     for (const CutNode& node : j.run.after.nodes)
         places.emplace(static_cast<float>(node.at.x), static_cast<float>(node.at.y));
+    std::set<int> corners;  // a midside node stays on its side, or goes with it
+    for (const CutSolid& solid : j.run.before.solids)
+        corners.insert(solid.corners.begin(), solid.corners.end());
     for (const CutNode& node : j.run.before.nodes) {
+        if (!corners.contains(node.number))
+            continue;
         const bool on_limits = j.deck.limits && j.on_border(node.at);
         if ((frozen.contains(node.number) || on_limits) &&
-            !places.contains({static_cast<float>(node.at.x), static_cast<float>(node.at.y)}))
+            !places.contains({static_cast<float>(node.at.x), static_cast<float>(node.at.y)}) &&
+            has_ground_round(node.at, j))
             j.add(Law::pinned,
                   "the frozen node " + std::to_string(node.number) + " has left " + words(node.at));
     }
@@ -80,14 +99,12 @@ void judge_frozen(const Judgement& j) {
 }  // namespace
 
 void judge_border(const Judgement& j) {
-    for (const int n : j.mesh.solid_nodes)
-        if (!j.mesh.has(n))
-            return;  // told already
+    judge_corners(j);
+    judge_frozen(j);
     if (deletes(j.run))
         return;  // the areas of regions tell
     judge_area(j);
     judge_outline(j);
-    judge_frozen(j);
 }
 
 }  // namespace brelan::test

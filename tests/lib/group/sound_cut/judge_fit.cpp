@@ -108,10 +108,7 @@ void judge_open_sides(const Judgement& j) {
 void judge_fit(const Judgement& j) {
     double longest = 0.0;
     for (const auto& [side, elements] : j.mesh.sides)
-        if (j.mesh.has(side.first) && j.mesh.has(side.second))
-            longest = std::max(longest, distance(j.mesh.at(side.first), j.mesh.at(side.second)));
-        else
-            return;  // told already
+        longest = std::max(longest, distance(j.mesh.at(side.first), j.mesh.at(side.second)));
     const NodeCells cells(j.mesh, std::max(longest, 1.0E-6));
     for (const auto& [side, elements] : j.mesh.sides) {
         if (elements.size() > 2)

@@ -73,7 +73,8 @@ private:
         const double length = distance(a, b);
         for (int i = 1; i <= samples; ++i) {
             const double t = (from + (to - from) * i / (samples + 1)) / length;
-            if (is_ground({a.x + t * (b.x - a.x), a.y + t * (b.y - a.y)}, a, b))
+            const Spot p{a.x + t * (b.x - a.x), a.y + t * (b.y - a.y)};
+            if (distance_to_border(p) > j_.same && is_ground(p, a, b))  // nearer than that they are one
                 return true;
         }
         return false;
@@ -130,11 +131,15 @@ private:
         return nodes;
     }
 
+    double distance_to_border(const Spot& p) const {
+        return std::min({std::abs(p.x - j_.deck.low.x), std::abs(p.x - j_.deck.high.x),
+                         std::abs(p.y - j_.deck.low.y), std::abs(p.y - j_.deck.high.y)});
+    }
+
     // Nodes that other things hold may be off by TOLSAME.
     bool gives_way(const Spot& p, const Spot& a, const Spot& b) const {
         const double room = 1.01 * j_.same;
-        if (std::min({std::abs(p.x - j_.deck.low.x), std::abs(p.x - j_.deck.high.x),
-                      std::abs(p.y - j_.deck.low.y), std::abs(p.y - j_.deck.high.y)}) <= room)
+        if (distance_to_border(p) <= room)
             return true;
         for (const int n : j_.run.frozen_codes)
             if (const auto at = before(n); at != nullptr && distance(at->at, p) <= room)
@@ -206,10 +211,16 @@ private:
 
     void judge_step(const Spot& a, const Spot& b, const OnPiece& u, const OnPiece& v) {
         if (j_.mesh.is_side(u.node, v.node)) {
-            if (sides_.insert(side_of(u.node, v.node)).second)
-                covered_ += distance(j_.mesh.at(u.node), j_.mesh.at(v.node));
+            if (sides_.insert(side_of(u.node, v.node)).second) {
+                const double length = distance(j_.mesh.at(u.node), j_.mesh.at(v.node));
+                covered_ += length;
+                if (j_.on_border(j_.mesh.at(u.node), j_.mesh.at(v.node)))
+                    on_border_ += length;
+            }
             for (const OnPiece& n : {u, v})
-                if (n.off > j_.rounding && !gives_way(j_.mesh.at(n.node), a, b))
+                if (n.off > j_.rounding && gives_way(j_.mesh.at(n.node), a, b))
+                    j_.verdict.gave_way = true;
+                else if (n.off > j_.rounding)
                     add("node " + std::to_string(n.node) + " is " + std::to_string(n.off) + " off it at " +
                         words(j_.mesh.at(n.node)));
             return;
@@ -250,16 +261,19 @@ private:
                                           words(j_.mesh.at(joint.corners[0])));
             }
         const double room = j_.same * 4.0 + j_.rounding * static_cast<double>(sides_.size());
-        const auto tell = [&](const char* what, double length) {
-            if (!gap_ && std::abs(length - covered_) > room)
+        const auto tell = [&](const char* what, double length, double optional) {
+            if (!gap_ && (length > covered_ + room || length < covered_ - optional - room))
                 j_.add(Law::line, "group " + std::to_string(path_.group) + ": its " + what +
                                       " have a length of " + std::to_string(length) + ", its sides " +
                                       std::to_string(covered_));
         };
-        if (has_beams || path_.line_type >= 2)
-            tell("line elements", beams);
+        // The head of a mesh file of the head kind hides its trusses from a second deck.
+        const bool hidden =
+            j_.deck.kind == Kind::head && path_.line_type > 2 && path_.group <= j_.deck.groups_of_first_deck;
+        if (!hidden && (has_beams || path_.line_type >= 2))
+            tell("line elements", beams, 0.0);
         if (path_.joint_material != 0)
-            tell("joints", joints);
+            tell("joints", joints, on_border_);  // there is ground on one side alone
     }
     bool is_shared() const {
         return std::any_of(j_.run.paths.begin(), j_.run.paths.end(), [&](const DrawnPath& other) {
@@ -277,16 +291,13 @@ private:
     const DrawnPiece* piece_ = nullptr;
     std::vector<const CutSolid*> listed_;
     std::set<Side> sides_;
-    double covered_ = 0.0;
+    double covered_ = 0.0, on_border_ = 0.0;
     bool gap_ = false;  // some of the path is no chain, as the deck or the ground asks for
 };
 
 }  // namespace
 
 void judge_lines(const Judgement& j) {
-    for (const int n : j.mesh.solid_nodes)
-        if (!j.mesh.has(n))
-            return;  // told already
     for (const DrawnPath& path : j.run.paths)
         if (path.type != 0 && !path.free_line)
             LineJudge(j, path).judge();

@@ -155,9 +155,6 @@ void judge_regions(const Judgement& j) {
             return;  // soil gives up the width
         any = any || Regions::acts(path);
     }
-    for (const int n : j.mesh.solid_nodes)
-        if (!j.mesh.has(n))
-            return;  // told already
     if (!any)
         return;
     std::map<int, double> drawn = Regions(j).areas(), found;
@@ -171,8 +168,8 @@ void judge_regions(const Judgement& j) {
     for (const DrawnPath& path : j.run.paths)
         for (std::size_t i = 0; i < path.polygon.size(); ++i)
             length += distance(path.polygon[i], path.polygon[(i + 1) % path.polygon.size()]);
-    // Places may give way by TOLSAME at the things that hold them: of the length a small part.
-    const double room = 1.0E-6 * width * height + 4.0 * j.rounding * length + 0.01 * j.same * length;
+    const double room =
+        1.0E-6 * width * height + 4.0 * j.rounding * length + (j.verdict.gave_way ? j.same * length : 0.0);
     for (const auto& [material, area] : drawn)
         found.try_emplace(material, 0.0);
     for (const auto& [material, area] : found)

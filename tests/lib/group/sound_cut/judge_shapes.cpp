@@ -61,11 +61,6 @@ std::string element_text(const CutSolid& solid, const Spot& at) {
 void judge_element(const Judgement& j, const CutSolid& solid) {
     std::vector<Spot> corners, written;
     for (const int n : solid.corners) {
-        if (!j.mesh.has(n)) {
-            j.add(Law::shape, "element " + std::to_string(solid.number) + " names node " + std::to_string(n) +
-                                  ", which is not there");
-            return;
-        }
         corners.push_back(j.mesh.at(n));
         written.push_back(as_in_file(corners.back()));
     }
@@ -82,7 +77,65 @@ void judge_element(const Judgement& j, const CutSolid& solid) {
         j.add(Law::shape, element_text(solid, corners[0]) + " is " + there + " by the digits of the file");
 }
 
+bool doubles_elements(const DrawnPath& path) {
+    return std::abs(path.type) == 4 || (std::abs(path.type) == 3 && path.overlay != 0);
+}
+
+// How many groups ask for doubles at a spot.
+std::ptrdiff_t doublings_at(const Judgement& j, const Spot& p) {
+    return std::count_if(j.run.paths.begin(), j.run.paths.end(), [&](const DrawnPath& path) {
+        bool inside = false;
+        for (std::size_t i = 0; doubles_elements(path) && i < path.polygon.size(); ++i) {
+            const Spot &a = path.polygon[i], &b = path.polygon[(i + 1) % path.polygon.size()];
+            if ((a.y > p.y) != (b.y > p.y) && p.x < a.x + (p.y - a.y) / (b.y - a.y) * (b.x - a.x))
+                inside = !inside;
+        }
+        return inside;
+    });
+}
+
+// Doubles are asked for, and of one material only where a stage doubles those of another.
+void judge_doubles(const Judgement& j) {
+    std::set<std::pair<std::vector<int>, int>> seen;
+    for (const CutSolid& solid : j.run.after.solids) {
+        std::vector<int> set;
+        Spot middle;
+        for (const int n : solid.corners) {
+            set.push_back(j.mesh.root(n));
+            middle.x += j.mesh.at(n).x / static_cast<double>(solid.corners.size());
+            middle.y += j.mesh.at(n).y / static_cast<double>(solid.corners.size());
+        }
+        std::sort(set.begin(), set.end());
+        if (!seen.emplace(set, solid.material).second && doublings_at(j, middle) < 2)
+            j.add(Law::shape, element_text(solid, j.mesh.at(solid.corners[0])) +
+                                  " is there twice with material " + std::to_string(solid.material));
+    }
+    if (!j.mesh.doubles.empty() && std::none_of(j.run.paths.begin(), j.run.paths.end(), doubles_elements))
+        j.add(Law::shape, std::to_string(j.mesh.doubles.size()) + " elements lie over others");
+}
+
 }  // namespace
+
+bool judge_names(const Judgement& j) {
+    bool all_there = true;
+    const auto look = [&](const char* what, int number, int node) {
+        if (j.mesh.has(node))
+            return;
+        all_there = false;
+        j.add(Law::shape, std::string(what) + " " + std::to_string(number) + " names node " +
+                              std::to_string(node) + ", which is not there");
+    };
+    for (const CutSolid& solid : j.run.after.solids)
+        for (const int n : solid.corners)
+            look("element", solid.number, n);
+    for (const CutJoint& joint : j.run.after.joints)
+        for (const int n : joint.corners)
+            look("joint", joint.number, n);
+    for (const CutLine& line : j.run.after.lines)
+        for (const int n : {line.from, line.to})
+            look("line element", line.number, n);
+    return all_there;
+}
 
 void judge_shapes(const Judgement& j) {
     for (const CutNode& node : j.run.after.nodes)
@@ -93,22 +146,7 @@ void judge_shapes(const Judgement& j) {
         j.verdict.triangles += solid.corners.size() == 3 ? 1 : 0;
         judge_element(j, solid);
     }
-    // Doubles, by their corners: asked for, and of other materials.
-    const bool doubles = std::any_of(j.run.paths.begin(), j.run.paths.end(), [](const DrawnPath& path) {
-        return std::abs(path.type) == 4 || (std::abs(path.type) == 3 && path.overlay != 0);
-    });
-    std::set<std::pair<std::vector<int>, int>> seen;
-    for (const CutSolid& solid : j.run.after.solids) {
-        std::vector<int> set;
-        for (const int n : solid.corners)
-            set.push_back(j.mesh.root(n));
-        std::sort(set.begin(), set.end());
-        if (!seen.emplace(set, solid.material).second)
-            j.add(Law::shape, element_text(solid, j.mesh.at(solid.corners[0])) +
-                                  " is there twice with material " + std::to_string(solid.material));
-    }
-    if (!doubles && !j.mesh.doubles.empty())
-        j.add(Law::shape, std::to_string(j.mesh.doubles.size()) + " elements lie over others");
+    judge_doubles(j);
     for (const CutLine& line : j.run.after.lines)
         if (line.from == line.to)
             j.add(Law::shape, "line element " + std::to_string(line.number) + " runs from node " +
@@ -124,7 +162,7 @@ void judge_shapes(const Judgement& j) {
                                 joint.corners[(i + 2) % 4] != joint.corners[(i + 3) % 4];
             if (is_toe && joints_at[joint.corners[i]] == 1)
                 continue;
-            if (!j.mesh.has(joint.corners[i]) || joint.corners[i] == joint.corners[(i + 1) % 4])
+            if (joint.corners[i] == joint.corners[(i + 1) % 4])
                 j.add(Law::shape, "joint " + std::to_string(joint.number) + " is collapsed at node " +
                                       std::to_string(joint.corners[i]));
         }

@@ -61,6 +61,7 @@ struct Judgement {
     bool on_border(const Spot& a, const Spot& b) const;  // both on one side of it
 };
 
+bool judge_names(const Judgement& judgement);  // false: nothing else can be judged
 void judge_shapes(const Judgement& judgement);
 void judge_fit(const Judgement& judgement);
 void judge_border(const Judgement& judgement);
