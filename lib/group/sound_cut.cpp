@@ -58,6 +58,13 @@ CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
                     drawn.nodes.insert(node);
     nodes.insert(on_drawing.begin(), on_drawing.end());
     smooth(mesh, engine, drawn, nodes);
+    for (const std::int32_t node : nodes)
+        for (const Solid& solid : solids_with(mesh, engine, node))
+            if (is_flat_as_written(mesh, solid))
+                fail("group " + std::to_string(engine.group) + ": element " + std::to_string(solid.element) +
+                     " at " + text_of(node_point(mesh, node)) +
+                     " would be flat by the digits that a mesh file has; what is drawn there lies too close "
+                     "together");
     return plan;
 }
 

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <vector>
 
 #include "group/engine_mesh.h"
 #include "plane/foot.h"
 #include "plane/orientation.h"
 #include "plane/triangulation.h"
+#include "text/as_written.h"
 
 namespace brelan {
 
@@ -19,6 +21,21 @@ constexpr double GAIN = 1.02;  // a move must make the worst shape better by thi
 constexpr std::array<double, 3> STEPS{0.3, 0.12, 0.04};  // of the shortest way to a neighbour
 constexpr std::array<std::array<double, 2>, 8> DIRECTIONS{
     {{1.0, 0.0}, {0.7, 0.7}, {0.0, 1.0}, {-0.7, 0.7}, {-1.0, 0.0}, {-0.7, -0.7}, {0.0, -1.0}, {0.7, -0.7}}};
+
+constexpr double DOUBTFUL = 0.001;  // an opening so small is looked at with the digits of the file
+
+Point written(const Point& p) {
+    return {as_written<"(E13.6)">(p.x), as_written<"(E13.6)">(p.y)};
+}
+
+bool is_flat(std::span<const Point> corners) {
+    const std::size_t n = corners.size();
+    for (std::size_t i = 0; i < n; ++i)
+        if (orientation(written(corners[i]), written(corners[(i + 1) % n]), written(corners[(i + 2) % n])) <=
+            0)
+            return true;
+    return false;
+}
 
 // The smallest opening of the solids round a node, with the node at a place, and how far their corners are
 // from flat.
@@ -32,7 +49,8 @@ double shape_with(const Mesh& mesh, const std::vector<Solid>& solids, std::int32
             if (orientation(corners[i], corners[(i + 1) % solid.count], corners[(i + 2) % solid.count]) <= 0)
                 return -1.0;
         const Openings openings = openings_of({corners.data(), solid.count});
-        worst = std::min({worst, openings.smallest, OPENING_180 - openings.largest});
+        const double shape = std::min(openings.smallest, OPENING_180 - openings.largest);
+        worst = std::min(worst, shape < DOUBTFUL && is_flat({corners.data(), solid.count}) ? -1.0 : shape);
     }
     return worst;
 }
@@ -46,13 +64,13 @@ public:
         const std::vector<Solid> solids = solids_with(mesh_, engine_, node);
         const Point at = node_point(mesh_, node);
         const double before = shape_with(mesh_, solids, node, at);
-        if (before >= GOOD_ENOUGH || before <= 0.0)
+        if (before >= GOOD_ENOUGH)
             return false;
         const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
         if (freedom.freedom == Freedom::stays)
             return false;
         Point best = at;
-        double best_shape = before * GAIN;
+        double best_shape = std::max(before * GAIN, 0.0);
         for (const Point& place : places(freedom, solids, node, at)) {
             const double shape = shape_with(mesh_, solids, node, place);
             if (shape > best_shape) {
@@ -114,6 +132,12 @@ private:
 };
 
 }  // namespace
+
+bool is_flat_as_written(const Mesh& mesh, const Solid& solid) {
+    const std::vector<Point> corners = node_points(mesh, solid.nodes());
+    const Openings openings = openings_of(corners);
+    return std::min(openings.smallest, OPENING_180 - openings.largest) < DOUBTFUL && is_flat(corners);
+}
 
 void smooth(Mesh& mesh, Engine& engine, const Drawn& drawn, const std::set<std::int32_t>& nodes) {
     std::set<std::int32_t> waiting;

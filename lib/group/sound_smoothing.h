@@ -15,4 +15,7 @@ namespace brelan {
 // border or line along it.
 void smooth(Mesh& mesh, Engine& engine, const Drawn& drawn, const std::set<std::int32_t>& nodes);
 
+// True for a solid that the digits of a mesh file make flat or inverted.
+bool is_flat_as_written(const Mesh& mesh, const Solid& solid);
+
 }  // namespace brelan
