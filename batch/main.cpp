@@ -1,11 +1,16 @@
-// BRELAN-2D, the mesh pre-processor: runs the deck that the start-up files name.
+// BRELAN-2D, the mesh pre-processor: runs the deck that the start-up files name. The one option is "--sound",
+// which has elements cut so that a solver takes them; any other argument is passed over, as front ends give
+// them.
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "run/run.h"
 #include "run/run_deck.h"
@@ -41,9 +46,16 @@ int failed(std::string message) {
     return STATUS_FAILED;
 }
 
-int run_here() {
+CutMethod method_by(std::span<char* const> arguments) {
+    const bool sound = std::any_of(arguments.begin(), arguments.end(),
+                                   [](std::string_view argument) { return argument == "--sound"; });
+    return sound ? CutMethod::sound : CutMethod::by_rules;
+}
+
+int run_here(CutMethod cut) {
     Terminal terminal;
     const auto run = std::make_unique<Run>(Directories{{}, drive_c()}, terminal);
+    run->cut = cut;
     const RunEnd end = run_to_end(*run);
     if (end.status == STATUS_FAILED)
         return failed(end.text);
@@ -56,9 +68,10 @@ int run_here() {
 
 }  // namespace brelan
 
-int main() {
+int main(int count, char* arguments[]) {
     try {
-        return brelan::run_here();
+        const std::span<char* const> given(arguments, static_cast<std::size_t>(count));
+        return brelan::run_here(brelan::method_by(given.subspan(std::min<std::size_t>(given.size(), 1))));
     } catch (const std::exception& error) {
         return brelan::failed(std::string("the run cannot go on: ") + error.what());
     }

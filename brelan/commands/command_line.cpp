@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <memory>
 
 #include "cli/console.h"
@@ -90,6 +91,7 @@ void add_run(Parser& parser) {
                    R"(  brelan run pit.dat                         the deck's directory is the project
   brelan run pit.dat --kind coupled          for a solver of that kind
   brelan run decks/pit.dat --project quay    meshes are read from and written to quay/
+  brelan run pit.dat --cut sound             elements along drawn lines as a solver takes them
   brelan run pit.dat --apart out/pit         Bmesh.dat, Group.Pos and the like go to out/pit/
   brelan run --json pit.dat | jq .mesh.sound
   brelan run pit.dat --data ~/brelan-c       with an existing data directory
@@ -100,6 +102,14 @@ void add_run(Parser& parser) {
         ->add_option("--apart", options->apart,
                      "Keep Bmesh.dat, Group.Pos and all else that no card names in this directory")
         ->option_text("DIR");
+    command
+        ->add_option(
+            "--cut", options->cut,
+            "How elements are cut along drawn lines: rules, sound, or auto (default): by the rules, and "
+            "by the sound cut where the mesh is unsound")
+        ->transform(CLI::Transformer(std::map<std::string, Cut>{
+            {"rules", Cut::rules}, {"sound", Cut::sound}, {"auto", Cut::automatic}}))
+        ->option_text("CUT");
     command->add_flag("--json", options->json, "As an object");
     CLI::Option* data = command
                             ->add_option("--data", options->data,

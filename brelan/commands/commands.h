@@ -11,8 +11,12 @@
 
 namespace brelan::tool {
 
+// Which mesh a run leaves; `automatic` takes the sound cut where the mesh by the rules is unsound.
+enum class Cut { rules, sound, automatic };
+
 struct RunOptions {
     std::string deck, project, data, program, work, apart;
+    Cut cut = Cut::automatic;
     bool keep = false, json = false;
     EditionOptions edition;
 };

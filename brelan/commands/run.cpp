@@ -18,12 +18,14 @@
 #include "commands/batch/data_directory.h"
 #include "commands/batch/directory_lock.h"
 #include "commands/batch/edition.h"
+#include "commands/batch/kept_files.h"
 #include "commands/batch/pass_trace.h"
 #include "commands/batch/side_files.h"
 #include "commands/batch/temporary_directory.h"
 #include "commands/card_report.h"
 #include "commands/checking/free_sides.h"
 #include "commands/commands.h"
+#include "commands/mesh_verdict.h"
 #include "commands/run_failure.h"
 #include "commands/run_summary.h"
 #include "formats/mesh_file.h"
@@ -183,6 +185,134 @@ void remark_old_numbers(RunReport& report, const NotedDeck& deck) {
             lists.size() == 1 ? "has" : "have", body, report.result.filename().string()));
 }
 
+// What a run of the batch program is started with.
+struct RunPlace {
+    const RunOptions& options;
+    const Context& context;
+    const Interruption& interruption;
+    const NotedDeck& deck;
+    const fs::path &project, &kept_work, &program;
+    const DataDirectory& data;
+};
+
+struct FinishedRun {
+    RunReport report;
+    fs::path base_mesh;  // where it is, or would be
+};
+
+// Runs the batch program once. The report begins with what is known before.
+FinishedRun run_once(const RunPlace& place, RunReport report, CutMethod cut) {
+    const RunOptions& options = place.options;
+    const NotedDeck& deck = place.deck;
+    const fs::path& project = place.project;
+    const WorkingDirectory work(project, options);
+    write_file(work.path() / DECK_NAME, deck.text);
+    const LineUpFile line_up(project, work.path());
+    SideFiles files(project, deck, options.apart);
+
+    PassTrace trace(work.path());
+    const Clock::time_point begin = Clock::now();
+    ProgressLine progress(place.context);
+    progress.show(progress_text(deck.file, trace, {}));
+    const BatchResult result =
+        run_batch_program({place.program, work.path(), place.data.drive(), std::string(DECK_NAME), cut},
+                          place.interruption, [&] {
+                              trace.look();
+                              progress.show(progress_text(deck.file, trace, Clock::now() - begin));
+                          });
+    report.seconds += std::chrono::duration<double>(Clock::now() - begin).count();
+    trace.look();
+    progress.clear();
+    report.cut = cut;
+    report.decks = trace.decks();
+    report.pass = trace.pass();
+    report.status = result.status;
+    files.collect();
+    report.also = files.written();
+    report.deleted = files.deleted();
+    if (line_up.take_back())
+        report.also.push_back(line_up.file());
+    if (options.keep)
+        note(place.context, fmt::format("{}: kept", work.path().string()));
+
+    if (result.status != 0) {
+        const FailedRun failed{deck, project, work.path(), std::string(DECK_NAME), trace.pass(), result};
+        report.message = failure_message(failed);
+        report.details = failure_details(failed);
+        return {report, {}};
+    }
+    const fs::path mesh = files.place_of(result_of(deck, project, place.kept_work, place.data));
+    if (std::error_code error; !mesh.empty() && fs::is_regular_file(mesh, error)) {
+        report.result = mesh;
+        std::erase(report.also, mesh);
+    }
+    return {report, files.place_of(file_of_card(project, BASE_MESH))};
+}
+
+// The files that a run may write or delete.
+std::vector<fs::path> files_at_stake(const RunPlace& place) {
+    std::vector<fs::path> files{file_of_card(place.project, place.deck.result, place.kept_work),
+                                file_of_card(place.project, LINE_UP)};
+    for (const std::string& name : side_file_names(place.deck, place.project)) {
+        files.push_back(file_of_card(place.project, name));
+        if (!place.options.apart.empty())
+            files.push_back(fs::path(place.options.apart) / files.back().filename());
+    }
+    if (!place.data.is_private())
+        for (const char* name : {"BRELAN2D.DAT", "FnPlot2D.dat"})
+            files.push_back(place.data.files() / name);
+    std::erase(files, fs::path{});
+    return files;
+}
+
+// The cut makes no difference to other decks.
+bool is_cut(const NotedDeck& deck) {
+    constexpr std::int32_t base_mesh = 2;
+    return deck.mode >= base_mesh || !deck.groups.empty();
+}
+
+std::string reason_against(const RunReport& sound, const MeshVerdict& verdict) {
+    if (sound.status != STATUS_OK)
+        return "the sound cut ended with: " + sound.message;
+    return verdict.known ? "the mesh of the sound cut is no better, " + verdict.text
+                         : "the sound cut left no mesh that can be read";
+}
+
+// By the rules, and where the mesh is unsound by the sound cut, from the same files. The better mesh stands.
+FinishedRun run_by_both(const RunPlace& place, const RunReport& begun) {
+    const std::vector<fs::path> files = files_at_stake(place);
+    KeptFiles before(place.project, files);
+    FinishedRun by_rules = run_once(place, begun, CutMethod::by_rules);
+    const MeshVerdict rules = verdict_on(by_rules.report);
+    if (rules.faults == 0)
+        return by_rules;
+    KeptFiles after(place.project, files);
+    try {
+        before.put_back();
+        RunReport again = begun;
+        again.seconds = by_rules.report.seconds;
+        FinishedRun sound = run_once(place, again, CutMethod::sound);
+        const MeshVerdict verdict = verdict_on(sound.report);
+        if (verdict.known && verdict.faults < rules.faults) {
+            sound.report.cut_reason = "by the rules the mesh is " + rules.text;
+            return sound;
+        }
+        by_rules.report.seconds = sound.report.seconds;
+        by_rules.report.cut_reason = reason_against(sound.report, verdict);
+    } catch (...) {
+        after.put_back();
+        throw;
+    }
+    after.put_back();
+    return by_rules;
+}
+
+FinishedRun run_by_choice(const RunPlace& place, const RunReport& begun) {
+    if (place.options.cut == Cut::automatic && is_cut(place.deck))
+        return run_by_both(place, begun);
+    return run_once(place, begun, place.options.cut == Cut::sound ? CutMethod::sound : CutMethod::by_rules);
+}
+
 int run_deck(const RunOptions& options, const Context& context) {
     const Interruption interruption;  // first: what was made for the run is gone when the signal comes again
     const DeckSource source = deck_source(options.deck);  // one that is not there is no matter of the project
@@ -234,52 +364,18 @@ int run_deck(const RunOptions& options, const Context& context) {
     if (deck.byte_order_mark)
         remark(mark_passed_over(deck_file));
     refuse_harmful_result(deck, project, kept_work, *data);
-    const WorkingDirectory work(project, options);
-    write_file(work.path() / DECK_NAME, deck.text);
-    const LineUpFile line_up(project, work.path());
-    SideFiles files(project, deck, options.apart);
-
-    PassTrace trace(work.path());
-    const Clock::time_point begin = Clock::now();
-    ProgressLine progress(context);
-    progress.show(progress_text(deck_file, trace, {}));
-    const BatchResult result =
-        run_batch_program({program, work.path(), data->drive(), std::string(DECK_NAME)}, interruption, [&] {
-            trace.look();
-            progress.show(progress_text(deck_file, trace, Clock::now() - begin));
-        });
-    report.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
-    trace.look();
-    progress.clear();
-    report.decks = trace.decks();
-    report.pass = trace.pass();
-    report.status = result.status;
-    files.collect();
-    report.also = files.written();
-    report.deleted = files.deleted();
-    if (line_up.take_back())
-        report.also.push_back(line_up.file());
-    if (options.keep)
-        note(context, fmt::format("{}: kept", work.path().string()));
-
-    if (result.status != 0) {
-        const FailedRun failed{deck, project, work.path(), std::string(DECK_NAME), trace.pass(), result};
-        report.message = failure_message(failed);
-        report.details = failure_details(failed);
+    FinishedRun finished =
+        run_by_choice({options, context, interruption, deck, project, kept_work, program, *data}, report);
+    report = std::move(finished.report);
+    if (report.status != 0) {
         if (options.json)
             print(run_json(report));
         error_line(report.message);
         fmt::print(stderr, "{}", report.details);
-        return result.status;
-    }
-    const fs::path mesh = files.place_of(result_of(deck, project, kept_work, *data));
-    if (!mesh.empty() && fs::is_regular_file(mesh, error)) {
-        report.result = mesh;
-        std::erase(report.also, mesh);
+        return report.status;
     }
     remark_old_numbers(report, deck);
-    warn(remark, deck, files.place_of(file_of_card(project, BASE_MESH)),
-         options.keep || !options.work.empty());
+    warn(remark, deck, finished.base_mesh, options.keep || !options.work.empty());
     if (options.json)
         print(run_json(report));
     else if (!context.quiet)

@@ -54,6 +54,8 @@ std::string run_json(const RunReport& run) {
                     {"project", run.project.string()},
                     {"edition", run.edition.number},
                     {"kind", name_of(run.edition.kind)},
+                    {"cut", run.cut == CutMethod::sound ? "sound" : "rules"},
+                    {"cut_reason", run.cut_reason.empty() ? Json() : Json(run.cut_reason)},
                     {"seconds", run.seconds},
                     {"decks", run.decks},
                     {"pass", run.pass},

@@ -95,6 +95,13 @@ std::string about_mesh(const fs::path& file, LayoutKind kind) {
     return text;
 }
 
+// Which mesh stands there and why; empty where that goes without saying.
+std::string cut_text(const RunReport& run) {
+    if (run.cut_reason.empty())
+        return run.cut == CutMethod::sound ? "sound" : "";
+    return fmt::format("{}; {}", run.cut == CutMethod::sound ? "sound" : "by the rules", run.cut_reason);
+}
+
 // Files of the project by their names alone.
 std::vector<std::string> names_of(const std::vector<fs::path>& files, const fs::path& project) {
     std::vector<std::string> names;
@@ -117,6 +124,8 @@ std::string run_summary(const RunReport& run) {
         text += entry(there ? "also" : "written", names_of(run.also, run.project));
     if (!run.deleted.empty())
         text += entry("deleted", names_of(run.deleted, run.project));
+    if (const std::string cut = cut_text(run); !cut.empty())
+        text += entry("cut", {printable(cut)});
     for (const std::string& remark : run.remarks)
         text += entry("remark", {printable(remark)});
     if (!there)

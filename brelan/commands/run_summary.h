@@ -6,12 +6,15 @@
 #include <vector>
 
 #include "commands/batch/edition.h"
+#include "mesh/cut_method.h"
 
 namespace brelan::tool {
 
 struct RunReport {
     std::filesystem::path deck, project;
     Edition edition;
+    CutMethod cut = CutMethod::by_rules;  // of the mesh that stands there
+    std::string cut_reason;               // why, where a choice was made; else empty
     double seconds = 0.0;
     int decks = 0;                            // that the run has begun
     std::string pass;                         // the last one; empty before the first

@@ -31,6 +31,9 @@ _brelan() {
         --kind)
             COMPREPLY=($(compgen -W "coupled temperature head displacement" -- "$cur"))
             return ;;
+        --cut)
+            COMPREPLY=($(compgen -W "rules sound auto" -- "$cur"))
+            return ;;
         --edition)
             COMPREPLY=($(compgen -W "1 2 3 4 5 6 7 8 9 10 11 12" -- "$cur"))
             return ;;
@@ -74,7 +77,7 @@ _brelan() {
     if [[ $cur == -* ]]; then
         local options="--help --quiet"
         case $command in
-            run) options+=" --edition --kind --project --apart --json --data --work --keep --program" ;;
+            run) options+=" --edition --kind --project --cut --apart --json --data --work --keep --program" ;;
             new) options+=" --list --kind --output --name --force" ;;
             check) options+=" --edition --kind --project --work --json --strict" ;;
             info) options+=" --json --list --tolerance --kind" ;;

@@ -1,5 +1,6 @@
 #include "blocks/base_mesh.h"
 
+#include <numeric>
 #include <utility>
 
 #include "mesh/kinds.h"
@@ -22,7 +23,7 @@ constexpr float COEFFICIENT_OF_NODE = 1.0F;
 // Where the raw list shows the nodes.
 void round_places(std::vector<RawNode>& nodes) {
     for (RawNode& node : nodes)
-        node = {as_written<"(E13.6)">(node.x), as_written<"(E13.6)">(node.y)};
+        node = {as_written<"(E13.6)">(node.x), as_written<"(E13.6)">(node.y), node.sides};
 }
 
 // The new number of each raw node, counted from 1 in the order of the list; a node that falls on an earlier
@@ -50,6 +51,22 @@ Merge merge_points(const std::vector<RawNode>& points) {
     return merge;
 }
 
+// Nodes of a grid are one by one its own.
+Merge keep_all(std::size_t count) {
+    Merge merge;
+    merge.number.resize(count);
+    merge.kept.resize(count);
+    std::iota(merge.number.begin(), merge.number.end(), NodeNumber(1));
+    std::iota(merge.kept.begin(), merge.kept.end(), std::size_t{0});
+    return merge;
+}
+
+// The sides of the field that a place lies on by its distance.
+FieldSides sides_near(const FieldBounds& field, float x, float y) {
+    return {!(x > field.left + ON_BOUND), !(x < field.right - ON_BOUND), !(y > field.bottom + ON_BOUND),
+            !(y < field.top - ON_BOUND)};
+}
+
 // A node set on the bounds, with what it lies on.
 struct BoundNode {
     float x, y;
@@ -57,28 +74,31 @@ struct BoundNode {
     bool closed_side = false, closed_end = false;  // on a fixed left or right side, on a fixed bottom or top
 };
 
-BoundNode set_on_bounds(const BlockCards& block_cards, const FieldBounds& field, const RawNode& point) {
+BoundNode set_on_bounds(const BlockCards& block_cards, const RawMesh& raw, const RawNode& point) {
+    const FieldBounds& field = raw.field;
+    const bool by_grid = raw.placing == NodePlacing::by_grid;
+    FieldSides sides = by_grid ? point.sides : sides_near(field, point.x, point.y);
     BoundNode node{point.x, point.y};
-    if (!(node.x > field.left + ON_BOUND)) {
+    if (sides.left) {
         node.x = field.left;
         node.fixed_x = block_cards.fixes_left == 1;
-    } else if (!(node.x < field.right - ON_BOUND)) {
+    } else if (sides.right) {
         node.x = field.right;
         node.fixed_x = block_cards.fixes_right == 1;
     }
-    if (!(node.y > field.bottom + ON_BOUND)) {
+    if (sides.bottom) {
         node.y = field.bottom;
         node.fixed_y = block_cards.fixes_bottom == 1;
-    } else if (!(node.y < field.top - ON_BOUND)) {
+    } else if (sides.top) {
         node.y = field.top;
         node.fixed_y = block_cards.fixes_top == 1;
     }
-    const bool left = !(node.x > field.left + ON_BOUND);
-    const bool right = !(node.x < field.right - ON_BOUND);
-    const bool bottom = !(node.y > field.bottom + ON_BOUND);
-    const bool top = !(node.y < field.top - ON_BOUND);
-    node.closed_side = (left && block_cards.fixes_left == 1) || (right && block_cards.fixes_right == 1);
-    node.closed_end = (bottom && block_cards.fixes_bottom == 1) || (top && block_cards.fixes_top == 1);
+    if (!by_grid)  // once more: it has come to the bounds
+        sides = sides_near(field, node.x, node.y);
+    node.closed_side =
+        (sides.left && block_cards.fixes_left == 1) || (sides.right && block_cards.fixes_right == 1);
+    node.closed_end =
+        (sides.bottom && block_cards.fixes_bottom == 1) || (sides.top && block_cards.fixes_top == 1);
     return node;
 }
 
@@ -112,16 +132,34 @@ void renumber(ElementWords& w, const Merge& merge, NodeNumber first_node) {
 
 BaseMesh make_base_mesh(LayoutKind kind, const BlockCards& block_cards, RawMesh raw) {
     round_places(raw.nodes);
-    const Merge merge = merge_points(raw.nodes);
+    const Merge merge =
+        raw.placing == NodePlacing::by_grid ? keep_all(raw.nodes.size()) : merge_points(raw.nodes);
     BaseMesh mesh{std::move(raw.title), {}, std::move(raw.elements)};
     mesh.nodes.reserve(merge.kept.size());
     NodeNumber number;
     for (const std::size_t node : merge.kept)
         mesh.nodes.push_back(
-            node_record(kind, block_cards, ++number, set_on_bounds(block_cards, raw.field, raw.nodes[node])));
+            node_record(kind, block_cards, ++number, set_on_bounds(block_cards, raw, raw.nodes[node])));
     for (ElementRecord& element : mesh.elements)
         renumber(element.words, merge, raw.first_node);
     return mesh;
+}
+
+void refuse_flat(const BaseMesh& mesh) {
+    const auto written = [](float value) { return as_written<"(E13.6)">(value); };
+    for (const ElementRecord& element : mesh.elements) {
+        const ElementWords& w = element.words;
+        // Top right and bottom left corner.
+        const NodeRecord& high = mesh.nodes[w.corner_1.place() - 1];
+        const NodeRecord& low = mesh.nodes[w.corner_3.place() - 1];
+        if (written(low.x) < written(high.x) && written(low.y) < written(high.y))
+            continue;
+        fail("..\\Bmesh.dat: expected corners of element " + to_string(element.number) +
+             " that six digits tell apart, found nodes " + to_string(low.number) + " and " +
+             to_string(high.number) + " at (" + std::to_string(written(low.x)) + ", " +
+             std::to_string(written(low.y)) + ") and (" + std::to_string(written(high.x)) + ", " +
+             std::to_string(written(high.y)) + "): larger DX and DY, or a field nearer to 0, part them");
+    }
 }
 
 void refuse_too_large(const BaseMesh& mesh) {

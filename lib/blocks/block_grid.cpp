@@ -48,6 +48,7 @@ BlockGrid lay_out_blocks(const BlockPlan& plan) {
     grid.double_x = plan.double_x;
     grid.double_y = plan.double_y;
     grid.rows_first = plan.rows_first;
+    grid.placing = plan.placing;
     grid.key_points = static_cast<std::int32_t>(plan.key_points.size());
     const std::int32_t key_rows = 2 * plan.block_rows + 1;
     const std::int32_t key_columns = 2 * plan.block_columns + 1;
@@ -76,6 +77,8 @@ BlockGrid lay_out_blocks(const BlockPlan& plan) {
             }
         }
     }
+    if (plan.placing == NodePlacing::by_grid)
+        return grid;  // its blocks have all their points, and 0 is a place like others
     fill_absent_middles(grid.key_x, key_rows, key_columns);
     fill_absent_middles(grid.key_y, key_rows, key_columns);
     return grid;

@@ -41,6 +41,7 @@ struct BlockGrid {
     std::int32_t block_columns = 0, block_rows = 0;
     bool double_x = false, double_y = false;
     bool rows_first = false;
+    NodePlacing placing = NodePlacing::summed;
     std::int32_t key_points = 0;
     Grid<float> key_x, key_y;  // by key row and key column from 1
     std::vector<std::int32_t> column_divisions,

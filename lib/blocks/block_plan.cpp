@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "text/real_to_integer.h"
@@ -28,23 +29,34 @@ struct KeyLine {
 };
 
 // Goes along the strips from a start; direction is +1 or -1.
-template <class StripTable>
-KeyLine key_line(float start, float direction, const StripTable& strips, std::int32_t count,
+template <class Real, class StripTable>
+KeyLine key_line(Real start, Real direction, const StripTable& strips, std::int32_t count,
                  std::string_view card) {
     KeyLine line;
-    float at = start;
-    line.place.push_back(at);
+    Real at = start;
+    line.place.push_back(static_cast<float>(at));
     for (std::int32_t i = 1; i <= count; ++i) {
         const BlockDivision division = divide_strip(strips[i]);
         if (division.count < 1)
             fail("Card " + std::string(card) + ", row " + std::to_string(i) +
                  ": expected values that give at least one division");
-        line.place.push_back(direction > 0.0F ? at + division.middle : at - division.middle);
-        at = direction > 0.0F ? at + strips[i].length : at - strips[i].length;
-        line.place.push_back(at);
+        line.place.push_back(static_cast<float>(at + direction * static_cast<Real>(division.middle)));
+        at = at + direction * static_cast<Real>(strips[i].length);
+        line.place.push_back(static_cast<float>(at));
         line.divisions.push_back(division.count);
     }
     return line;
+}
+
+// Across, and downwards. In 64 bits the last of each is as exact as the first.
+template <class Real>
+std::pair<KeyLine, KeyLine> key_lines(const BlockCards& cards) {
+    Real height = 0;
+    for (std::int32_t q = 1; q <= cards.block_rows; ++q)
+        height = height + static_cast<Real>(cards.rows[q].length);
+    return {
+        key_line(static_cast<Real>(cards.origin_x), Real{1}, cards.columns, cards.block_columns, "4.3"),
+        key_line(static_cast<Real>(cards.origin_y) + height, Real{-1}, cards.rows, cards.block_rows, "4.4")};
 }
 
 }  // namespace
@@ -60,16 +72,12 @@ BlockDivision divide_strip(const BlockStrip& strip) {
     return {to_integer(n), strip.position >= 0.0F ? position * width : width - position * width};
 }
 
-BlockPlan plan_blocks(const BlockCards& block_cards) {
-    float height = 0.0F;
-    for (std::int32_t q = 1; q <= block_cards.block_rows; ++q)
-        height = height + block_cards.rows[q].length;
-    const KeyLine x =
-        key_line(block_cards.origin_x, 1.0F, block_cards.columns, block_cards.block_columns, "4.3");
-    const KeyLine y =
-        key_line(block_cards.origin_y + height, -1.0F, block_cards.rows, block_cards.block_rows, "4.4");
+BlockPlan plan_blocks(const BlockCards& block_cards, NodePlacing placing) {
+    const auto [x, y] =
+        placing == NodePlacing::by_grid ? key_lines<double>(block_cards) : key_lines<float>(block_cards);
     BlockPlan plan;
     plan.title = TITLE;
+    plan.placing = placing;
     plan.field = {x.place.front(), x.place.back(), y.place.back(), y.place.front()};
     plan.block_columns = block_cards.block_columns;
     plan.block_rows = block_cards.block_rows;

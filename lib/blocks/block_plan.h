@@ -36,6 +36,11 @@ struct PlannedBlock {
     ElementAttributes attributes;
 };
 
+// How nodes find their places. Existing decks count on sums of 32 bits, which drift in long strips, and on
+// bounds and shared nodes that are found by distance; by grid, each node is known by its row and column, and
+// stands on the bounds and the lines between blocks exactly.
+enum class NodePlacing { summed, by_grid };
+
 // The blocks of a base mesh, by columns from the top. It can say more than the cards: holes, blocks of eight
 // points, doubled divisions, other first numbers, an order by rows.
 struct BlockPlan {
@@ -47,11 +52,12 @@ struct BlockPlan {
     std::int32_t block_columns = 0, block_rows = 0;
     bool double_x = false, double_y = false;  // quadratic elements across, and upwards
     bool rows_first = false;                  // nodes and elements count along the rows
+    NodePlacing placing = NodePlacing::summed;
     std::vector<KeyPoint> key_points;
     std::vector<PlannedBlock> blocks;
 };
 
 // The plan that the cards ask for. Ends the run at a division count below 1, naming the card row.
-BlockPlan plan_blocks(const BlockCards& block_cards);
+BlockPlan plan_blocks(const BlockCards& block_cards, NodePlacing placing = NodePlacing::summed);
 
 }  // namespace brelan

@@ -35,9 +35,13 @@ public:
     void place_nodes() {
         for_each_block([&](std::int32_t p, std::int32_t q, std::int32_t c0, std::int32_t r0) {
             const std::int32_t material = in_.block(q, p).material;
-            map_block(values(in_.key_x, p, q), divisions_across(p), divisions_down(q), c0, r0, material, x_);
-            map_block(values(in_.key_y, p, q), divisions_across(p), divisions_down(q), c0, r0, material, y_);
+            map_block(values(in_.key_x, p, q), divisions_across(p), divisions_down(q), c0, r0, material, x_,
+                      in_.placing);
+            map_block(values(in_.key_y, p, q), divisions_across(p), divisions_down(q), c0, r0, material, y_,
+                      in_.placing);
         });
+        if (in_.placing == NodePlacing::by_grid)
+            straighten_block_lines();
         for_each_block([&](std::int32_t p, std::int32_t q, std::int32_t c0, std::int32_t r0) {
             for (std::int32_t c = c0; c <= c0 + divisions_across(p); ++c)
                 for (std::int32_t r = r0; r <= r0 + divisions_down(q); ++r)
@@ -62,7 +66,7 @@ public:
             ++number;
             if (in_.rows_first)
                 set_on_bounds(r, c);
-            nodes.push_back({x_(r, c), y_(r, c)});
+            nodes.push_back({x_(r, c), y_(r, c), {c == 1, c == columns_ + 1, r == rows_ + 1, r == 1}});
         });
         return nodes;
     }
@@ -104,6 +108,26 @@ private:
             }
             c0 += divisions_across(p);
         }
+    }
+
+    // A side of a block whose key points have one coordinate has it at all of its nodes.
+    void straighten_block_lines() {
+        for_each_block([&](std::int32_t p, std::int32_t q, std::int32_t c0, std::int32_t r0) {
+            const std::int32_t c1 = c0 + divisions_across(p), r1 = r0 + divisions_down(q);
+            const BlockValues x = values(in_.key_x, p, q), y = values(in_.key_y, p, q);
+            for (std::int32_t r = r0; r <= r1; ++r) {
+                if (x.top_left == x.middle_left && x.top_left == x.bottom_left)
+                    x_(r, c0) = x.top_left;
+                if (x.top_right == x.middle_right && x.top_right == x.bottom_right)
+                    x_(r, c1) = x.top_right;
+            }
+            for (std::int32_t c = c0; c <= c1; ++c) {
+                if (y.top_left == y.top_middle && y.top_left == y.top_right)
+                    y_(r0, c) = y.top_left;
+                if (y.bottom_left == y.bottom_middle && y.bottom_left == y.bottom_right)
+                    y_(r1, c) = y.bottom_left;
+            }
+        });
     }
 
     // Rows and columns in the order of the order flag.
@@ -199,13 +223,20 @@ float lagrange_value(float s, float r, const BlockValues& v) {
 }
 
 void map_block(const BlockValues& v, std::int32_t column_divisions, std::int32_t row_divisions,
-               std::int32_t first_column, std::int32_t first_row, std::int32_t material,
-               Grid<float>& target) {
+               std::int32_t first_column, std::int32_t first_row, std::int32_t material, Grid<float>& target,
+               NodePlacing placing) {
     const auto value = [&](float s, float r) {
         return material < 0 ? lagrange_value(s, r, v) : serendipity(s, r, v);
     };
     const float s_step = 2.0F / static_cast<float>(column_divisions);
     const float r_step = 2.0F / static_cast<float>(row_divisions);
+    // The place of a step, counted from the first, in local coordinates.
+    const auto next = [&](float at, float step, std::int32_t number, std::int32_t divisions) {
+        if (placing == NodePlacing::summed)
+            return at + step;
+        const float place = 2.0F * static_cast<float>(number) / static_cast<float>(divisions) - 1.0F;
+        return step > 0.0F ? place : -place;
+    };
     const std::int32_t last_column = first_column + column_divisions;
     const std::int32_t last_row = first_row + row_divisions;
     target(first_row, first_column) = v.top_left;
@@ -214,17 +245,17 @@ void map_block(const BlockValues& v, std::int32_t column_divisions, std::int32_t
     target(last_row, last_column) = v.bottom_right;
     float r = 1.0F;
     for (std::int32_t row = first_row + 1; row < last_row; ++row) {
-        r = r - r_step;
+        r = next(r, -r_step, row - first_row, row_divisions);
         target(row, first_column) = value(-1.0F, r);
         target(row, last_column) = value(1.0F, r);
     }
     float s = -1.0F;
     for (std::int32_t column = first_column + 1; column < last_column; ++column) {
-        s = s + s_step;
+        s = next(s, s_step, column - first_column, column_divisions);
         r = 1.0F;
         for (std::int32_t row = first_row; row <= last_row; ++row) {
             target(row, column) = value(s, r);
-            r = r - r_step;
+            r = next(r, -r_step, row - first_row + 1, row_divisions);
         }
     }
 }
@@ -249,7 +280,7 @@ std::int64_t work_space_of(const BlockGrid& grid) {
 }
 
 RawMesh make_raw_mesh(const BlockGrid& grid) {
-    RawMesh raw{grid.title, grid.field, grid.first_node, grid.first_element, {}, {}};
+    RawMesh raw{grid.title, grid.field, grid.first_node, grid.first_element, {}, {}, grid.placing};
     Mesher mesher(grid);
     mesher.place_nodes();
     raw.nodes = mesher.number_nodes();

@@ -25,10 +25,17 @@ float lagrange_value(float s, float r, const BlockValues& v);
 // Fills one block's nodes in one coordinate. A negative material means a nine-point block, a positive one an
 // eight-point block, whose centre is free.
 void map_block(const BlockValues& v, std::int32_t column_divisions, std::int32_t row_divisions,
-               std::int32_t first_column, std::int32_t first_row, std::int32_t material, Grid<float>& target);
+               std::int32_t first_column, std::int32_t first_row, std::int32_t material, Grid<float>& target,
+               NodePlacing placing = NodePlacing::summed);
+
+// Sides of the field that a node lies on, by its row and column.
+struct FieldSides {
+    bool left = false, right = false, bottom = false, top = false;
+};
 
 struct RawNode {
     float x = 0.0F, y = 0.0F;
+    FieldSides sides = {};
 };
 
 struct RawMesh {
@@ -38,6 +45,7 @@ struct RawMesh {
     ElementNumber first_element{1};
     std::vector<RawNode> nodes;           // numbered from first_node
     std::vector<ElementRecord> elements;  // numbered from first_element
+    NodePlacing placing = NodePlacing::summed;
 };
 
 // The generator's work space in words of 32 bits. A mesh that needs more is refused.

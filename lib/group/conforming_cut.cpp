@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "group/engine_mesh.h"
-#include "mesh/kinds.h"
+#include "group/new_nodes.h"
 
 namespace brelan {
 
@@ -22,55 +22,6 @@ bool contains(const Mesh& mesh, const Point& p, const Corners& c) {
 }
 
 // --- marks ---------------------------------------------------------------------------------------
-
-// The code words of a new node follow other nodes one after the other: in the coupled and displacement kinds
-// a word stays 1 only if no other has 0, in the temperature and head kinds a word that is not 0 is taken.
-void follow_node(Mesh& mesh, NodeNumber node, NodeNumber other) {
-    NodeCodes& words = mesh.codes[node];
-    const NodeCodes& from = mesh.codes[other];
-    const auto count = static_cast<std::size_t>(kind_row(mesh.kind).node_codes);
-    for (std::size_t i = 0; i < count; ++i) {
-        if (has_node_values(mesh.kind)) {
-            if (from[i] != 0)
-                words[i] = from[i];
-        } else if (from[i] == 0) {
-            words[i] = 0;
-        }
-    }
-    if (!has_node_values(mesh.kind))
-        return;
-    if (mesh.head[other] != 0.0F)
-        mesh.head[node] = mesh.head[other];
-    if (mesh.coefficient[other] != 0.0F)
-        mesh.coefficient[node] = mesh.coefficient[other];
-}
-
-void begin_codes(Mesh& mesh, NodeNumber node, std::int32_t value, std::size_t words) {
-    for (std::size_t i = 0; i < words; ++i)
-        mesh.codes[node][i] = value;
-    if (has_node_values(mesh.kind))
-        mesh.head[node] = mesh.coefficient[node] = 0.0F;
-}
-
-NodeNumber add_side_node(Mesh& mesh, Engine& engine, const Point& point, NodeNumber a, NodeNumber b) {
-    const NodeNumber node = add_node(mesh, engine, point);
-    begin_codes(mesh, node, has_node_values(mesh.kind) ? 0 : 1,
-                static_cast<std::size_t>(kind_row(mesh.kind).node_codes));
-    follow_node(mesh, node, std::min(a, b));
-    follow_node(mesh, node, std::max(a, b));
-    return node;
-}
-
-NodeNumber add_centre_node(Mesh& mesh, Engine& engine, const Point& point, const CutRow& row) {
-    const NodeNumber node = add_node(mesh, engine, point);
-    const bool begins_three = mesh.kind == LayoutKind::head;  // one code more than its nodes have
-    begin_codes(mesh, node, mesh.kind == LayoutKind::temperature ? 0 : 1,
-                begins_three ? 3 : static_cast<std::size_t>(kind_row(mesh.kind).node_codes));
-    for (const NodeNumber n : row.corner_node)
-        if (n.names_one())
-            follow_node(mesh, node, n);
-    return node;
-}
 
 // The corner of a row is on the line: the other rows learn it wherever they have its node. A row that names
 // the node twice is marked at the given corner alone.
@@ -168,7 +119,7 @@ void place_end_by_side(Mesh& mesh, Engine& engine, CutTable& cut, CutRow& row, c
     const Point inside = distance_p <= HALFWAY_INSIDE * distance_q0
                              ? Point{q.x - 0.5F * (q.x - q0.x), q.y - 0.5F * (q.y - q0.y)}
                              : p;
-    row.centre_node = add_centre_node(mesh, engine, inside, row);
+    row.centre_node = add_inner_node(mesh, engine, inside, row.corner_node);
 }
 
 // Places an end in the first row that contains it. False when this row does not.

@@ -13,6 +13,8 @@
 #include "group/listing.h"
 #include "group/path_cut.h"
 #include "group/regions.h"
+#include "group/sound_cut.h"
+#include "group/sound_joints.h"
 #include "mesh/kinds.h"
 #include "plane/path.h"
 #include "text/channel_numbers.h"
@@ -41,49 +43,6 @@ struct GroupLines {
     std::vector<MovedElement> moved;    // to the twins of the joint
 };
 
-// Works on the mesh and writes the record to "JOINT.TMP".
-GroupLines add_lines(Channels& channels, Mesh& mesh, const GroupCards& group_cards, Engine& engine,
-                     GroupListing& listing, std::int32_t g, bool closed, std::span<const NodeNumber> nodes) {
-    const GroupMaterial& material = group_cards.materials[g];
-    const GroupRow& group = group_cards.rows[g];
-    JointRecord record;
-    record.group = g;
-    record.closed = closed ? 1 : 0;
-    record.group_type = group.group_type;
-    record.inner_line_type = to_integer(material.inner_line_type);
-    record.inner_line_material = MaterialNumber(to_integer(material.inner_line_material));
-    record.nodes.assign(nodes.begin(), nodes.end());
-    const auto add_line = [&](std::int32_t line_type, MaterialNumber line_material,
-                              std::span<const NodeNumber> line) {
-        add_line_elements(mesh, engine, listing, group.freezes_nodes, closed, line_type, line_material, line);
-    };
-    GroupLines lines;
-    if (group.group_type >= 1 && group.group_type <= 4) {
-        const bool listed = record.inner_line_type != 0 && record.inner_line_material != MaterialNumber{};
-        if (listed)
-            write_joint_record(channels.at(CHANNEL_JOINT), record);
-        add_line(record.inner_line_type, record.inner_line_material, nodes);
-        if (listed)
-            lines.record = std::move(record);
-        return lines;
-    }
-    if (group.group_type < -4 || group.group_type > -2)
-        return lines;
-    record.joint_thickness = material.joint_thickness;
-    record.outer_line_type = to_integer(material.outer_line_type);
-    record.outer_line_material = MaterialNumber(to_integer(material.outer_line_material));
-    record.twins = add_twin_line(mesh, engine, nodes, closed, record.joint_thickness);
-    write_joint_record(channels.at(CHANNEL_JOINT), record);
-    add_joints(mesh, engine, nodes, record.twins, closed, MaterialNumber(to_integer(material.joint_material)),
-               held_joint_attribute(mesh.kind, material.joint_attribute));
-    if (std::abs(group.group_type) == 4 || record.joint_thickness <= 0.0F)
-        lines.moved = move_across(mesh, engine, nodes, record.twins, closed);
-    add_line(record.inner_line_type, record.inner_line_material, nodes);
-    add_line(record.outer_line_type, record.outer_line_material, record.twins);
-    lines.record = std::move(record);
-    return lines;
-}
-
 RegionMaterial region_of(const GroupCards& group_cards, std::int32_t g) {
     const GroupMaterial& material = group_cards.materials[g];
     RegionMaterial region;
@@ -96,58 +55,209 @@ RegionMaterial region_of(const GroupCards& group_cards, std::int32_t g) {
     return region;
 }
 
-// Works on one group. Gives the record of its line or joint.
-std::optional<JointRecord> run_group(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
-                                     const Tolerances& tolerances, Engine& engine, CutTable& cut,
-                                     GroupListing& listing, std::int32_t g) {
-    engine.group = g;
-    const GroupRow& group = group_cards.rows[g];
-    if (group.group_type == 0)
-        return std::nullopt;
-    const OutlineUse use = use_of(group);
-    const std::span<const SegmentRow> segments = segments_of(group_cards, g);
-    const Path path = path_along(outline_of(group_cards, g), segments, use, tolerances.same);
-    if (use != OutlineUse::free_line)
-        cut_along(mesh, tolerances, engine, cut, path, segments);
-    require_parts(engine, path);
-    std::vector<NodeNumber> nodes;
-    if (use != OutlineUse::free_line)
-        nodes = list_path_nodes(mesh, tolerances, engine, path);
-    else if (!segments.empty())
-        nodes = list_free_nodes(mesh, tolerances, engine, path);
-    GroupLines lines = add_lines(channels, mesh, group_cards, engine, listing, g, path.closed, nodes);
-    add_row(listing, channels.at(CHANNEL_GROUP),
-            {g, ROW_OUTLINE, group.group_type, path.closed ? 1 : 0, path.points, std::move(nodes)});
-    apply_region(mesh, engine, region_of(group_cards, g), path.points, lines.moved);
-    return std::move(lines.record);
-}
-
-// The lines and joints at the end of the run: later groups may have moved them.
-void finish_joints(Channels& channels, Mesh& mesh, Engine& engine, GroupListing& listing,
-                   std::span<const JointRecord> records) {
-    for (const JointRecord& record : records) {
-        engine.group = record.group;
-        if (record.group_type < 0)
-            fix_twins(mesh, engine, record.nodes, record.twins, record.closed == 1, record.joint_thickness);
+// The groups of a deck at work, one after the other.
+class GroupWork {
+public:
+    GroupWork(Channels& channels, Mesh& mesh, const GroupCards& group_cards, const Tolerances& tolerances,
+              CutMethod method, Engine& engine)
+        : channels_(channels),
+          mesh_(mesh),
+          group_cards_(group_cards),
+          tolerances_(tolerances),
+          method_(method),
+          engine_(engine),
+          table_(engine.uses_indexes) {
+        if (method_ == CutMethod::by_rules)
+            return;
+        // A node is on a line or it is not: none that is merely near counts.
+        tolerances_.line = static_cast<float>(smallest_distance(mesh, tolerances, engine));
+        for (NodeNumber n(1); n <= engine.highest_node; ++n)
+            loaded_.push_back(node_point(mesh, n));
     }
-    for (const JointRecord& record : records)
-        add_rows(mesh, listing, channels.at(CHANNEL_GROUP), record);
-}
+
+    GroupListing run() {
+        for (std::int32_t g = 1; g <= group_cards_.count; ++g)
+            run_group(g);
+        finish_joints();
+        return std::move(listing_);
+    }
+
+private:
+    void run_group(std::int32_t g) {
+        engine_.group = g;
+        const GroupRow& group = group_cards_.rows[g];
+        if (group.group_type == 0)
+            return;
+        const OutlineUse use = use_of(group);
+        const std::span<const SegmentRow> segments = segments_of(group_cards_, g);
+        const Path path = path_along(outline_of(group_cards_, g), segments, use, tolerances_.same);
+        require_parts_first(path);
+        if (use != OutlineUse::free_line)
+            cut(path, segments);
+        require_parts(engine_, path);
+        SoundLine line = line_of(path, use, segments.empty());
+        GroupLines lines = add_lines(g, line);
+        add_row(listing_, channels_.at(CHANNEL_GROUP),
+                {g, ROW_OUTLINE, group.group_type, path.closed ? 1 : 0, path.points, std::move(line.nodes)});
+        apply_region(mesh_, engine_, region_of(group_cards_, g), path.points, lines.moved);
+        if (lines.record)
+            records_.push_back(std::move(*lines.record));
+    }
+
+    // The nodes of a group's line. How it goes on between them is known of lines of the sound cut alone.
+    SoundLine line_of(const Path& path, OutlineUse use, bool has_no_segments) {
+        SoundLine line;
+        line.closed = path.closed;
+        if (use == OutlineUse::free_line && !has_no_segments)
+            line.nodes = list_free_nodes(mesh_, tolerances_, engine_, path);
+        else if (use != OutlineUse::free_line && method_ == CutMethod::by_rules)
+            line.nodes = list_path_nodes(mesh_, tolerances_, engine_, path);
+        else if (use != OutlineUse::free_line)
+            line = sound_line(mesh_, engine_, list_all_path_nodes(mesh_, tolerances_, engine_, path), path,
+                              static_cast<double>(tolerances_.line));
+        return line;
+    }
+
+    // Works on the mesh and writes the record to "JOINT.TMP".
+    GroupLines add_lines(std::int32_t g, const SoundLine& line) {
+        const GroupMaterial& material = group_cards_.materials[g];
+        const GroupRow& group = group_cards_.rows[g];
+        JointRecord record;
+        record.group = g;
+        record.closed = line.closed ? 1 : 0;
+        record.group_type = group.group_type;
+        record.inner_line_type = to_integer(material.inner_line_type);
+        record.inner_line_material = MaterialNumber(to_integer(material.inner_line_material));
+        record.nodes = line.nodes;
+        // A free line is strung as it is drawn.
+        const bool in_pieces = method_ == CutMethod::sound && use_of(group) != OutlineUse::free_line;
+        const std::vector<LinePiece> pieces = in_pieces ? pieces_of(line) : std::vector<LinePiece>{};
+        const auto add_line = [&](std::int32_t line_type, MaterialNumber line_material,
+                                  const std::vector<NodeNumber>& nodes) {
+            if (!in_pieces) {
+                add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, line.closed, line_type,
+                                  line_material, nodes);
+                return;
+            }
+            if (group.freezes_nodes == 1)
+                for (const NodeNumber node : nodes)
+                    engine_.frozen[node] = 1;
+            for (const LinePiece& piece : pieces) {
+                std::vector<NodeNumber> strung;
+                for (const std::size_t k : piece.places)
+                    strung.push_back(nodes[k]);
+                add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, piece.closed, line_type,
+                                  line_material, strung);
+            }
+        };
+        GroupLines lines;
+        if (group.group_type >= 1 && group.group_type <= 4) {
+            const bool listed = record.inner_line_type != 0 && record.inner_line_material != MaterialNumber{};
+            if (listed)
+                write_joint_record(channels_.at(CHANNEL_JOINT), record);
+            add_line(record.inner_line_type, record.inner_line_material, line.nodes);
+            if (listed)
+                lines.record = std::move(record);
+            return lines;
+        }
+        if (group.group_type < -4 || group.group_type > -2)
+            return lines;
+        record.joint_thickness = material.joint_thickness;
+        record.outer_line_type = to_integer(material.outer_line_type);
+        record.outer_line_material = MaterialNumber(to_integer(material.outer_line_material));
+        JointMaterial joint;
+        joint.material = MaterialNumber(to_integer(material.joint_material));
+        joint.attribute = held_joint_attribute(mesh_.kind, material.joint_attribute);
+        joint.parts_ground = parts_ground(record);
+        joint.inner_line = record.inner_line_type != 0;
+        joint.outer_line = record.outer_line_type != 0;
+        lines.moved = add_joint_line(record, line, joint);
+        add_line(record.inner_line_type, record.inner_line_material, line.nodes);
+        add_line(record.outer_line_type, record.outer_line_material, record.twins);
+        lines.record = std::move(record);
+        return lines;
+    }
+
+    // Adds twins and joints along the line of a record. A joint without a width of its own, or in a material
+    // region, parts the ground: gives the elements that were moved.
+    std::vector<MovedElement> add_joint_line(JointRecord& record, const SoundLine& line,
+                                             const JointMaterial& material) {
+        const bool closed = record.closed == 1;
+        if (method_ == CutMethod::sound) {
+            OpenedLine opened = open_along(mesh_, engine_, line, record.joint_thickness, material, records_,
+                                           static_cast<double>(tolerances_.line));
+            record.twins = std::move(opened.twins);
+            write_joint_record(channels_.at(CHANNEL_JOINT), record);
+            return std::move(opened.moved);
+        }
+        record.twins = add_twin_line(mesh_, engine_, record.nodes, closed, record.joint_thickness);
+        write_joint_record(channels_.at(CHANNEL_JOINT), record);
+        add_joints(mesh_, engine_, record.nodes, record.twins, closed, material.material, material.attribute);
+        return parts_ground(record) ? move_across(mesh_, engine_, record.nodes, record.twins, closed)
+                                    : std::vector<MovedElement>{};
+    }
+
+    static bool parts_ground(const JointRecord& record) {
+        return std::abs(record.group_type) == 4 || record.joint_thickness <= 0.0F;
+    }
+
+    // The sound cut alters nothing before it knows the whole path.
+    void require_parts_first(const Path& path) const {
+        if (method_ == CutMethod::sound)
+            require_parts(engine_, path);
+    }
+
+    void cut(const Path& path, std::span<const SegmentRow> segments) {
+        if (method_ == CutMethod::by_rules)
+            return cut_along(mesh_, tolerances_, engine_, table_, path, segments);
+        const CutPlan plan = cut_soundly(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_,
+                                         loaded_, path, segments);
+        for (JointRecord& record : records_) {
+            follow_sides(record.nodes, record.closed == 1, plan);
+            follow_sides(record.twins, record.closed == 1, plan);
+        }
+        for (ListingRow& row : listing_.rows)
+            follow_sides(row.nodes, row.closed == 1, plan);
+    }
+
+    // The lines and joints at the end of the run: later groups may have moved them.
+    void finish_joints() {
+        for (const JointRecord& record : records_) {
+            engine_.group = record.group;
+            if (record.group_type < 0 && method_ == CutMethod::sound)
+                place_twins(mesh_, engine_, record, static_cast<double>(tolerances_.line));
+            else if (record.group_type < 0)
+                fix_twins(mesh_, engine_, record.nodes, record.twins, record.closed == 1,
+                          record.joint_thickness);
+        }
+        for (const JointRecord& record : records_)
+            if (record.group_type < 0 && method_ == CutMethod::sound)
+                require_sound_twins(mesh_, engine_, record);
+        for (const JointRecord& record : records_)
+            add_rows(mesh_, listing_, channels_.at(CHANNEL_GROUP), record);
+    }
+
+    Channels& channels_;
+    Mesh& mesh_;
+    const GroupCards& group_cards_;
+    Tolerances tolerances_;
+    CutMethod method_;
+    Engine& engine_;
+    CutTable table_;
+    Drawn drawn_;
+    std::vector<Point> loaded_;  // places of the nodes before the first group
+    GroupListing listing_;
+    std::vector<JointRecord> records_;
+};
 
 }  // namespace
 
 GroupListing work_on_groups(Channels& channels, Mesh& mesh, const GroupCards& group_cards,
-                            const Tolerances& tolerances, Engine& engine) {
+                            const Tolerances& tolerances, CutMethod method, Engine& engine) {
     channels.open(CHANNEL_JOINT, "JOINT.TMP", OpenStatus::work);
     channels.open(CHANNEL_GROUP, "GROUP.TMP", OpenStatus::work);
     build_indexes(mesh, engine);
-    CutTable cut(engine.uses_indexes);
-    GroupListing listing;
-    std::vector<JointRecord> records;
-    for (std::int32_t g = 1; g <= group_cards.count; ++g)
-        if (auto record = run_group(channels, mesh, group_cards, tolerances, engine, cut, listing, g))
-            records.push_back(std::move(*record));
-    finish_joints(channels, mesh, engine, listing, records);
+    GroupListing listing = GroupWork(channels, mesh, group_cards, tolerances, method, engine).run();
     channels.close(CHANNEL_JOINT, CloseAction::remove);
     channels.close(CHANNEL_GROUP);
     repair_quadrilaterals(mesh, engine);

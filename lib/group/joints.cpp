@@ -27,23 +27,6 @@ void set_joint_attributes(Mesh& mesh, ElementNumber e, std::int32_t joint_attrib
     store_attributes(mesh, e, a);
 }
 
-// On which side of a line of two nodes or more an element lies, seen from its corner at the line's place k.
-bool is_left(const std::vector<Point>& line, bool closed, std::size_t k, const Point& centre) {
-    const std::size_t last = line.size() - 1;
-    if (closed)
-        return scan_polygon(centre, line);
-    if (k == 0)
-        return area_32(line[0], line[1], centre) >= 0.0F;
-    if (k == last)
-        return area_32(line[last - 1], line[last], centre) >= 0.0F;
-    const double turn = area_64(line[k - 1], line[k], line[k + 1]);
-    const double before = area_64(line[k - 1], line[k], centre);
-    const double behind = area_64(line[k], line[k + 1], centre);
-    if (turn >= 0.0)
-        return before < 0.0 ? false : behind >= 0.0;
-    return before >= 0.0 ? true : behind >= 0.0;
-}
-
 // Why no twin can be put beside place k of a line, where that can be told: an edge without length has no left
 // side, and shifted edges meet nowhere where the line turns back.
 std::string missing_place(const Mesh& mesh, std::span<const NodeNumber> nodes, bool closed, std::size_t k) {
@@ -73,6 +56,22 @@ void require_place(const Mesh& mesh, const Engine& engine, std::span<const NodeN
 
 }  // namespace
 
+bool is_left(std::span<const Point> line, bool closed, std::size_t k, const Point& centre) {
+    const std::size_t last = line.size() - 1;
+    if (closed)
+        return scan_polygon(centre, line);
+    if (k == 0)
+        return area_32(line[0], line[1], centre) >= 0.0F;
+    if (k == last)
+        return area_32(line[last - 1], line[last], centre) >= 0.0F;
+    const double turn = area_64(line[k - 1], line[k], line[k + 1]);
+    const double before = area_64(line[k - 1], line[k], centre);
+    const double behind = area_64(line[k], line[k + 1], centre);
+    if (turn >= 0.0)
+        return before < 0.0 ? false : behind >= 0.0;
+    return before >= 0.0 ? true : behind >= 0.0;
+}
+
 std::vector<Point> offset_line(const Mesh& mesh, std::span<const NodeNumber> nodes, bool closed,
                                float joint_thickness) {
     const float thickness = std::abs(joint_thickness);
@@ -100,25 +99,38 @@ std::vector<Point> offset_line(const Mesh& mesh, std::span<const NodeNumber> nod
     return twins;
 }
 
+NodeNumber add_twin(Mesh& mesh, Engine& engine, NodeNumber node, const Point& place) {
+    const NodeNumber twin = add_node(mesh, engine, place);
+    const auto words = static_cast<std::size_t>(kind_row(mesh.kind).node_codes);
+    for (std::size_t i = 0; i < words; ++i)
+        mesh.codes[twin][i] = mesh.codes[node][i];
+    if (has_node_values(mesh.kind)) {
+        mesh.head[twin] = mesh.head[node];
+        mesh.coefficient[twin] = mesh.coefficient[node];
+    }
+    engine.frozen[node] = engine.frozen[twin] = 1;
+    return twin;
+}
+
 std::vector<NodeNumber> add_twin_line(Mesh& mesh, Engine& engine, std::span<const NodeNumber> nodes,
                                       bool closed, float joint_thickness) {
     const std::vector<Point> places = offset_line(mesh, nodes, closed, joint_thickness);
-    const auto words = static_cast<std::size_t>(kind_row(mesh.kind).node_codes);
     std::vector<NodeNumber> twins;
     for (std::size_t k = 0; k < nodes.size(); ++k) {
-        const NodeNumber node = nodes[k];
         require_place(mesh, engine, nodes, closed, k, places[k]);
-        const NodeNumber twin = add_node(mesh, engine, places[k]);
-        for (std::size_t i = 0; i < words; ++i)
-            mesh.codes[twin][i] = mesh.codes[node][i];
-        if (has_node_values(mesh.kind)) {
-            mesh.head[twin] = mesh.head[node];
-            mesh.coefficient[twin] = mesh.coefficient[node];
-        }
-        engine.frozen[node] = engine.frozen[twin] = 1;
-        twins.push_back(twin);
+        twins.push_back(add_twin(mesh, engine, nodes[k], places[k]));
     }
     return twins;
+}
+
+void add_joint(Mesh& mesh, Engine& engine, const Corners& corners, MaterialNumber joint_material,
+               std::int32_t joint_attribute) {
+    const ElementNumber e = add_element(engine);
+    mesh.type[e] = ELEMENT_CONTINUUM;
+    engine.workable[e] = {};
+    mesh.words[e].material = joint_material;
+    set_joint_attributes(mesh, e, joint_attribute);
+    set_corners(mesh, engine, e, corners);
 }
 
 void add_joints(Mesh& mesh, Engine& engine, std::span<const NodeNumber> nodes,
@@ -129,12 +141,8 @@ void add_joints(Mesh& mesh, Engine& engine, std::span<const NodeNumber> nodes,
         return;
     for (std::size_t k = 0; k < (closed ? c : c - 1); ++k) {
         const std::size_t next = (k + 1) % c;
-        const ElementNumber e = add_element(engine);
-        mesh.type[e] = ELEMENT_CONTINUUM;
-        engine.workable[e] = {};
-        mesh.words[e].material = joint_material;
-        set_joint_attributes(mesh, e, joint_attribute);
-        set_corners(mesh, engine, e, {{nodes[k], nodes[next], twins[next], twins[k]}});
+        add_joint(mesh, engine, {{nodes[k], nodes[next], twins[next], twins[k]}}, joint_material,
+                  joint_attribute);
     }
 }
 

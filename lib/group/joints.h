@@ -24,9 +24,19 @@ struct MovedElement {
 std::vector<Point> offset_line(const Mesh& mesh, std::span<const NodeNumber> nodes, bool closed,
                                float joint_thickness);
 
-// Adds the twin nodes of a line, with the codes of their line nodes; both are frozen. Returns their numbers.
+// On which side of a line of two nodes or more an element lies, seen from its corner at the line's place k.
+bool is_left(std::span<const Point> line, bool closed, std::size_t k, const Point& centre);
+
+// Adds the twin of a line node at a place, with the codes of the node; both are frozen. Returns its number.
+NodeNumber add_twin(Mesh& mesh, Engine& engine, NodeNumber node, const Point& place);
+
+// Adds the twin nodes of a line, as add_twin does. Returns their numbers.
 std::vector<NodeNumber> add_twin_line(Mesh& mesh, Engine& engine, std::span<const NodeNumber> nodes,
                                       bool closed, float joint_thickness);
+
+// Adds one joint element.
+void add_joint(Mesh& mesh, Engine& engine, const Corners& corners, MaterialNumber joint_material,
+               std::int32_t joint_attribute);
 
 // Fills the gap with joint elements of a material. KFj is the attribute of the kind as the driver holds it.
 //

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string>
 
 #include "group/engine_mesh.h"
 #include "group/node_index.h"
+#include "plane/foot.h"
 
 namespace brelan {
 
@@ -16,8 +18,8 @@ struct Candidate {
     float distance;
 };
 
-void require_room(const Engine& engine, const std::vector<NodeNumber>& line) {
-    if (line.size() > static_cast<std::size_t>(MOST_PATH_NODES))
+void require_room(const Engine& engine, std::size_t nodes) {
+    if (nodes > static_cast<std::size_t>(MOST_PATH_NODES))
         fail("group " + std::to_string(engine.group) + ": expected a line of at most " +
              std::to_string(MOST_PATH_NODES) + " nodes, found more");
 }
@@ -70,11 +72,25 @@ void keep_ends(std::vector<Candidate>& candidates, bool first_edge) {
         candidates = {candidates.back()};
 }
 
-}  // namespace
+enum class Revisits { dropped, kept };
 
-std::vector<NodeNumber> list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
-                                        const Path& path) {
-    std::vector<NodeNumber> line;
+// The way to a node from the start of an edge that it is near to. Where every visit counts so does every
+// digit: an edge nearly along an axis is no reason to miss a node.
+std::optional<float> place_along(const Point& from, const Point& to, const Point& node, float limit,
+                                 Revisits revisits) {
+    if (revisits == Revisits::kept) {
+        const Foot foot = foot_on(from, to, node);
+        if (foot.distance >= static_cast<double>(limit))
+            return std::nullopt;
+        return static_cast<float>(foot.share * foot_on(from, from, to).distance);
+    }
+    const Snap snap = snap_to_segment(from, to, node, limit);
+    return snap.near ? std::optional<float>(distance(from, snap.point)) : std::nullopt;
+}
+
+std::vector<LineNode> nodes_along(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path,
+                                  Revisits revisits) {
+    std::vector<LineNode> line;
     std::vector<bool> listed(LAST_NODE.place() + 1, false);
     std::vector<bool> seen(listed);  // scratch of nodes_near
     for (std::size_t edge = 0; edge < path.edges; ++edge) {
@@ -82,24 +98,40 @@ std::vector<NodeNumber> list_path_nodes(Mesh& mesh, const Tolerances& tolerances
         const Point& to = path.end_of(edge);
         std::vector<Candidate> candidates;
         for (const NodeNumber n : nodes_near(mesh, tolerances, engine, from, to, seen)) {
-            if (listed[n.place()] || is_far(tolerances, engine, from, to, node_point(mesh, n)))
+            if ((listed[n.place()] && revisits == Revisits::dropped) ||
+                is_far(tolerances, engine, from, to, node_point(mesh, n)))
                 continue;
-            const Snap snap = snap_to_segment(from, to, node_point(mesh, n), tolerances.line);
-            if (snap.near)
-                candidates.push_back({n, distance(from, snap.point)});
+            if (const std::optional<float> along =
+                    place_along(from, to, node_point(mesh, n), tolerances.line, revisits))
+                candidates.push_back({n, *along});
         }
         sort_candidates(candidates);
         if (std::find(path.single.begin(), path.single.end(), edge) != path.single.end())
             keep_ends(candidates, edge == 0);
         for (const Candidate& candidate : candidates) {
-            if (!line.empty() && line.back() == candidate.node)
+            if (!line.empty() && line.back().node == candidate.node)
                 continue;
-            line.push_back(candidate.node);
+            line.push_back({candidate.node, edge});
             listed[candidate.node.place()] = true;
         }
-        require_room(engine, line);
+        require_room(engine, line.size());
     }
     return line;
+}
+
+}  // namespace
+
+std::vector<NodeNumber> list_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                        const Path& path) {
+    std::vector<NodeNumber> line;
+    for (const LineNode& on : nodes_along(mesh, tolerances, engine, path, Revisits::dropped))
+        line.push_back(on.node);
+    return line;
+}
+
+std::vector<LineNode> list_all_path_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
+                                          const Path& path) {
+    return nodes_along(mesh, tolerances, engine, path, Revisits::kept);
 }
 
 std::vector<NodeNumber> list_free_nodes(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
@@ -112,7 +144,7 @@ std::vector<NodeNumber> list_free_nodes(Mesh& mesh, const Tolerances& tolerances
             mesh.codes[node][4] = 1;
         }
         line.push_back(node);
-        require_room(engine, line);
+        require_room(engine, line.size());
     }
     return line;
 }

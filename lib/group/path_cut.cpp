@@ -8,14 +8,6 @@ namespace brelan {
 
 namespace {
 
-constexpr std::int32_t BOTH_ENDS_ALONE = 0, START = -1, END = 1, BOTH_ENDS = 2, UNTOUCHED = 3;  // IEND
-
-// The ends of a segment that become nodes of the mesh.
-PlacedEnds placed_by(std::int32_t end_rule) {
-    const bool both = end_rule == BOTH_ENDS_ALONE || end_rule == BOTH_ENDS || end_rule == ONLY_MOVE;
-    return {.first = both || end_rule == START, .second = both || end_rule == END};
-}
-
 void cut_piece(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTable& table, const Path& path,
                const PathPiece& piece, const SegmentRow& segment) {
     const std::int32_t end_rule = segment.end_rule;
@@ -50,6 +42,11 @@ void cut_piece(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTabl
 }
 
 }  // namespace
+
+PlacedEnds placed_by(std::int32_t end_rule) {
+    const bool both = end_rule == BOTH_ENDS_ALONE || end_rule == BOTH_ENDS || end_rule == ONLY_MOVE;
+    return {.first = both || end_rule == START, .second = both || end_rule == END};
+}
 
 void cut_along(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTable& cut, const Path& path,
                std::span<const SegmentRow> segments) {

@@ -3,6 +3,7 @@
 
 #include <span>
 
+#include "group/conforming_cut.h"
 #include "group/cut_table.h"
 #include "group/engine.h"
 #include "mesh/group_tables.h"
@@ -10,6 +11,12 @@
 #include "plane/path.h"
 
 namespace brelan {
+
+// How the ends of a segment reach the mesh (ONLY_MOVE apart, conforming_cut.h).
+inline constexpr std::int32_t BOTH_ENDS_ALONE = 0, START = -1, END = 1, BOTH_ENDS = 2, UNTOUCHED = 3;  // IEND
+
+// The ends of a segment that become nodes of the mesh.
+PlacedEnds placed_by(std::int32_t end_rule);
 
 // Cuts the pieces of a path in their order, each as its segment says.
 void cut_along(Mesh& mesh, const Tolerances& tolerances, Engine& engine, CutTable& cut, const Path& path,

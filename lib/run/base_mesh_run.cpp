@@ -52,6 +52,8 @@ BaseMesh generate_base_mesh(Run& run, const BlockPlan& plan) {
     run.channels.close(CHANNEL_INDEX);
     refuse_unwritable(raw);
     BaseMesh mesh = make_base_mesh(kind, run.deck.blocks, std::move(raw));
+    if (plan.placing == NodePlacing::by_grid)
+        refuse_flat(mesh);
     write_base_file(kind, mesh, base);
     run.channels.close(CHANNEL_BASE);
     refuse_too_large(mesh);
@@ -63,7 +65,9 @@ BaseMesh run_base_mesh(Run& run) {
     run.deck.require(DeckPart::base_mesh);
     check_strips("Card 4.3 (W, DX, AX)", run.deck.blocks.block_columns, run.deck.blocks.columns);
     check_strips("Card 4.4 (H, DY, AY)", run.deck.blocks.block_rows, run.deck.blocks.rows);
-    BaseMesh mesh = generate_base_mesh(run, plan_blocks(run.deck.blocks));
+    BaseMesh mesh = generate_base_mesh(
+        run, plan_blocks(run.deck.blocks,
+                         run.cut == CutMethod::sound ? NodePlacing::by_grid : NodePlacing::summed));
     run.trace.pass(" Pass 4B ", 4.2F);
     return mesh;
 }

@@ -36,7 +36,8 @@ void run_groups(Run& run) {
     load_engine(run.mesh, run.deck.groups, run.engine, run.source.nodes.highest, highest);
     set_tolerances(run.mesh, run.tolerances, run.engine);
     run.trace.pass(" Pass 14.2 ", 14.2F);
-    run.listing = work_on_groups(run.channels, run.mesh, run.deck.groups, run.tolerances, run.engine);
+    run.listing =
+        work_on_groups(run.channels, run.mesh, run.deck.groups, run.tolerances, run.cut, run.engine);
     run.trace.pass(" Pass 14.3 ", 14.3F);
     require_numbers(run.listing);
     run.channels.open(CHANNEL_GROUP, GROUP_FILE, OpenStatus::old);

@@ -7,6 +7,7 @@
 #include "group/engine.h"
 #include "mesh/block_tables.h"
 #include "mesh/combine_tables.h"
+#include "mesh/cut_method.h"
 #include "mesh/edit_tables.h"
 #include "mesh/edition.h"
 #include "mesh/group_tables.h"
@@ -34,6 +35,7 @@ struct Run {
     Console& console;
     Trace trace{channels};
     Settings settings;
+    CutMethod cut = CutMethod::by_rules;  // in every deck of the run
     DeckList decks;
     CardMemory card_memory;
     Deck deck;

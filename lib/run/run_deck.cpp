@@ -46,10 +46,11 @@ RunEnd run_and_flush(Run& run) {
     }
 }
 
-RunResult result_with(std::shared_ptr<Files> files) {
+RunResult result_with(std::shared_ptr<Files> files, CutMethod cut) {
     RunResult result;
     KeptConsole console;
     const auto run = std::make_unique<Run>(std::move(files), console);
+    run->cut = cut;
     result.end = run_to_end(*run);
     result.console = console.text();
     const std::string_view mesh = run->deck.names.result.view();
@@ -82,7 +83,7 @@ std::shared_ptr<MemoryFiles> files_of(const RunInput& input) {
 RunResult run_deck(const RunInput& input) {
     try {
         const std::shared_ptr<MemoryFiles> files = files_of(input);
-        RunResult result = result_with(files);
+        RunResult result = result_with(files, input.cut);
         result.files = files;
         return result;
     } catch (const RunEnd& end) {  // a name that is none
@@ -90,8 +91,8 @@ RunResult run_deck(const RunInput& input) {
     }
 }
 
-RunResult run_deck(const Directories& project) {
-    return result_with(std::make_shared<DiskFiles>(project));
+RunResult run_deck(const Directories& project, CutMethod cut) {
+    return result_with(std::make_shared<DiskFiles>(project), cut);
 }
 
 }  // namespace brelan

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "mesh/cut_method.h"
 #include "text/files.h"
 #include "text/run_end.h"
 
@@ -32,6 +33,7 @@ struct RunInput {
     std::map<std::string, std::string> files;
     ReportPlace report = ReportPlace::file;
     Listings listings = Listings::left_out;
+    CutMethod cut = CutMethod::by_rules;
 };
 
 struct RunResult {
@@ -45,7 +47,7 @@ struct RunResult {
 RunResult run_deck(const RunInput& input);
 
 // Runs the deck that the start-up files of a project on disk name; what it leaves is there.
-RunResult run_deck(const Directories& project);
+RunResult run_deck(const Directories& project, CutMethod cut = CutMethod::by_rules);
 
 // The files that a run in memory begins with. Ends the run at a name that is none.
 std::shared_ptr<MemoryFiles> files_of(const RunInput& input);

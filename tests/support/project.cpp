@@ -112,8 +112,17 @@ int text_descriptor(std::string_view text) {
     return descriptor;
 }
 
-[[noreturn]] void become_program(const fs::path& directory, int program, std::vector<char*>& environment,
-                                 bool unprivileged) {
+// As a new program gets them, with the null pointer behind the last.
+std::vector<char*> pointers_to(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+[[noreturn]] void become_program(const fs::path& directory, int program, std::vector<char*>& arguments,
+                                 std::vector<char*>& environment, bool unprivileged) {
     const rlimit no_core{0, 0};
     ::setrlimit(RLIMIT_CORE, &no_core);
     const rlimit file_size{LARGEST_FILE, LARGEST_FILE};
@@ -125,10 +134,8 @@ int text_descriptor(std::string_view text) {
         if (::setgroups(0, nullptr) != 0 || ::setgid(NOBODY) != 0 || ::setuid(NOBODY) != 0)
             ::_exit(126);
     }
-    char name[] = "brelan2d";
-    char* arguments[] = {name, nullptr};
     // By descriptor: the user without rights may not reach the directory in which the program stands.
-    ::fexecve(program, arguments, environment.data());
+    ::fexecve(program, arguments.data(), environment.data());
     ::_exit(127);
 }
 
@@ -325,10 +332,10 @@ RunResult Project::run(std::string_view input, const RunOptions& options) const 
     if (program < 0)
         throw std::runtime_error(std::string("cannot open ") + BRELAN_PROGRAM);
     std::vector<std::string> texts = environment_of(drive(), options);
-    std::vector<char*> environment;
-    for (auto& text : texts)
-        environment.push_back(text.data());
-    environment.push_back(nullptr);
+    std::vector<char*> environment = pointers_to(texts);
+    std::vector<std::string> words{"brelan2d"};
+    words.insert(words.end(), options.arguments.begin(), options.arguments.end());
+    std::vector<char*> arguments = pointers_to(words);
 
     Pipe out;
     Pipe err;
@@ -352,7 +359,7 @@ RunResult Project::run(std::string_view input, const RunOptions& options) const 
         ::dup2(input_descriptor, 0);
         ::dup2(out.write_end, 1);
         ::dup2(err.write_end, 2);
-        become_program(directory, program, environment, drop_rights);
+        become_program(directory, program, arguments, environment, drop_rights);
     }
     ::close(program);
     ::close(input_descriptor);

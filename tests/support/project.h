@@ -38,6 +38,7 @@ struct RunOptions {
     bool unprivileged = false;
     // Leave standard input open after the given text, as a console does where nobody types.
     bool keep_input_open = false;
+    std::vector<std::string> arguments;
     // Names and values to set, and names to take out of the environment.
     std::vector<std::pair<std::string, std::string>> environment;
     std::vector<std::string> without;

@@ -56,7 +56,8 @@ std::string content(std::FILE* file) {
 // The child's side: nothing here may allocate or return.
 [[noreturn]] void become(const BatchStart& start, char* const* environment, std::FILE* in, std::FILE* out,
                          std::FILE* err) {
-    char* const arguments[] = {const_cast<char*>(start.program.c_str()), nullptr};
+    const char* option = start.cut == CutMethod::sound ? "--sound" : nullptr;
+    char* const arguments[] = {const_cast<char*>(start.program.c_str()), const_cast<char*>(option), nullptr};
     if (dup2(fileno(in), 0) >= 0 && dup2(fileno(out), 1) >= 0 && dup2(fileno(err), 2) >= 0 &&
         chdir(start.working_directory.c_str()) == 0)
         execve(start.program.c_str(), arguments, environment);

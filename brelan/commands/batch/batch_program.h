@@ -6,6 +6,7 @@
 #include <string>
 
 #include "cli/interruption.h"
+#include "mesh/cut_method.h"
 
 namespace brelan::tool {
 
@@ -21,6 +22,7 @@ struct BatchResult {
 struct BatchStart {
     std::filesystem::path program, working_directory, drive;
     std::string deck;  // its name from the working directory, for TFNAME.TMP
+    CutMethod cut = CutMethod::by_rules;
 };
 
 // Writes TFNAME.TMP, starts the program and waits for it; `waiting` is called every now and then. A program

@@ -225,7 +225,7 @@ class KeptApart(RunCase):
 
 
 class Programs(RunCase):
-    FIELDS = ["deck", "project", "edition", "kind", "seconds", "decks", "pass", "status", "message", "details",
+    FIELDS = ["deck", "project", "edition", "kind", "cut", "cut_reason", "seconds", "decks", "pass", "status", "message", "details",
               "result", "also", "deleted", "remarks", "mesh"]
 
     def test_a_finished_run_as_an_object(self):
@@ -239,7 +239,8 @@ class Programs(RunCase):
             self.assertEqual(dict(mesh, file="Pit.Mes"), info)
         # The whole of it for the second: DV-BRELAN.dat was there, and in the head kind the strut is a flow section.
         self.assertEqual(report, {
-            "deck": "groups.dat", "project": str(self.project), "edition": 9, "kind": "head", "decks": 1, "pass": "43",
+            "deck": "groups.dat", "project": str(self.project), "edition": 9, "kind": "head", "cut": "rules", "cut_reason": None,
+            "decks": 1, "pass": "43",
             "status": 0, "message": None, "details": [], "result": str(self.project / "Pit.Mes"),
             "also": [str(self.project / name) for name in ("Bmesh.dat", "Boundary.Man", "Group.Pos")],
             "deleted": [], "remarks": ["edition 9 (head) by --kind, but its comment names the displacement kind"]})

@@ -300,8 +300,8 @@ std::string run_engine(const DrawnMesh& mesh, const std::vector<DrawnGroup>& gro
                 state.engine.highest_element);
     set_tolerances(state.mesh, state.tolerances, state.engine);
     try {
-        state.listing =
-            work_on_groups(state.channels, state.mesh, state.deck.groups, state.tolerances, state.engine);
+        state.listing = work_on_groups(state.channels, state.mesh, state.deck.groups, state.tolerances,
+                                       CutMethod::by_rules, state.engine);
     } catch (const RunEnd& end) {
         state.channels.close_all();
         return end.text;

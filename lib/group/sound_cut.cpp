@@ -1,0 +1,92 @@
+#include "group/sound_cut.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "group/engine_mesh.h"
+#include "group/sound_drawing.h"
+#include "group/sound_moves.h"
+#include "group/sound_parts.h"
+#include "group/sound_smoothing.h"
+#include "plane/foot.h"
+#include "plane/orientation.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr double LARGEST_SHARE = 0.1;  // of the shortest side that is touched: the most that TOLSAME may be
+
+void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawing,
+                          std::span<const Point> loaded) {
+    for (const DrawnSegment& segment : drawing.segments)
+        for (const Solid& solid : solids_met_by(mesh, engine, drawing, segment))
+            for (std::size_t i = 0; i < solid.count; ++i) {
+                const Point a = node_point(mesh, solid.node[i]), b = node_point(mesh, solid.behind(i));
+                const std::string where = "group " + std::to_string(engine.group) + ", segment " +
+                                          std::to_string(segment.segment + 1) + ": element " +
+                                          to_string(solid.element) + " at (" + std::to_string(a.x) + ", " +
+                                          std::to_string(a.y) + ") ";
+                if (orientation(a, b, node_point(mesh, solid.behind((i + 1) % solid.count))) <= 0)
+                    fail(where + "is unsound before the cut: inverted, flat or with a corner pushed in");
+                const std::size_t first = solid.node[i].place() - 1;
+                const std::size_t second = solid.behind(i).place() - 1;
+                if (std::max(first, second) >= loaded.size())
+                    continue;
+                const double length = foot_on(loaded[first], loaded[first], loaded[second]).distance;
+                if (drawing.tolerance > LARGEST_SHARE * length)
+                    fail(where + "has a side of " + std::to_string(length) +
+                         "; expected a TOLSAME of at most a tenth of it, found " +
+                         std::to_string(drawing.tolerance));
+            }
+}
+
+}  // namespace
+
+CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Point> loaded,
+                    const Path& path, std::span<const SegmentRow> segments) {
+    const Drawing drawing = drawing_of(path, segments, tolerance);
+    require_sound_ground(mesh, engine, drawing, loaded);
+    const std::set<NodeNumber> on_drawing = move_onto(mesh, engine, drawn, drawing);
+    CutPlan plan = plan_cut(mesh, engine, drawn, drawing);
+    std::set<NodeNumber> nodes = divide_elements(mesh, engine, drawn, drawing, plan, on_drawing);
+    for (const Point& pin : drawing.pins)
+        for (const Solid& solid : solids_holding(mesh, engine, drawing, pin))
+            for (const NodeNumber node : solid.nodes())
+                if (const Point at = node_point(mesh, node); foot_on(at, at, pin).distance < tolerance)
+                    drawn.nodes.insert(node);
+    nodes.insert(on_drawing.begin(), on_drawing.end());
+    smooth(mesh, engine, drawn, nodes);
+    for (const NodeNumber node : nodes)
+        for (const Solid& solid : solids_with(mesh, engine, node))
+            if (is_flat_as_written(mesh, solid))
+                fail("group " + std::to_string(engine.group) + ": element " + to_string(solid.element) +
+                     " at " + text_of(node_point(mesh, node)) +
+                     " would be flat by the digits that a mesh file has; what is drawn there lies too close "
+                     "together");
+    return plan;
+}
+
+void follow_sides(std::vector<NodeNumber>& line, bool closed, const CutPlan& plan) {
+    std::vector<NodeNumber> longer;
+    for (std::size_t k = 0; k < line.size(); ++k) {
+        longer.push_back(line[k]);
+        if (k + 1 == line.size() && !closed)
+            break;
+        const std::vector<NodeNumber> nodes = plan.between(line[k], line[(k + 1) % line.size()]);
+        longer.insert(longer.end(), nodes.begin(), nodes.end());
+    }
+    line = std::move(longer);
+}
+
+double smallest_distance(const Mesh& mesh, const Tolerances& tolerances, const Engine& engine) {
+    constexpr double ROUNDING = 1.0 / (1 << 21);  // four units in the last of 24 binary places
+    double size = std::max(std::abs(static_cast<double>(engine.limits.left)),
+                           std::abs(static_cast<double>(engine.limits.right)));
+    for (NodeNumber n(1); n <= engine.highest_node; ++n)
+        size = std::max(size, std::abs(static_cast<double>(mesh.y[n])));
+    return std::max(static_cast<double>(tolerances.same), size * ROUNDING);
+}
+
+}  // namespace brelan

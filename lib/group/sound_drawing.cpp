@@ -1,0 +1,57 @@
+#include "group/sound_drawing.h"
+
+#include <algorithm>
+
+#include "group/path_cut.h"
+#include "plane/foot.h"
+
+namespace brelan {
+
+namespace {
+
+void add_pin(Drawing& drawing, const Point& point) {
+    if (!is_pinned(drawing, point))
+        drawing.pins.push_back(point);
+}
+
+void add_segment(Drawing& drawing, const Point& from, const Point& to, const SegmentRow& row, std::size_t k) {
+    if (foot_on(from, from, to).distance >= drawing.tolerance)
+        drawing.segments.push_back({from, to, row.end_rule == ONLY_MOVE, k});
+}
+
+}  // namespace
+
+Drawing drawing_of(const Path& path, std::span<const SegmentRow> segments, double tolerance) {
+    Drawing drawing;
+    drawing.tolerance = tolerance;
+    for (const PathPiece& piece : path.pieces) {
+        const SegmentRow& row = segments[piece.segment];
+        if (row.end_rule == UNTOUCHED)
+            continue;
+        const PlacedEnds placed = placed_by(row.end_rule);
+        if (placed.first)
+            add_pin(drawing, piece.start);
+        if (placed.second)
+            add_pin(drawing, piece.end);
+        if (row.end_rule == BOTH_ENDS_ALONE)
+            continue;
+        if (row.segment_type != ARC_SEGMENT || row.begin_angle == row.end_angle) {
+            add_segment(drawing, piece.start, piece.end, row, piece.segment);
+            continue;
+        }
+        for (std::size_t i = 1; i <= piece.parts; ++i) {
+            add_segment(drawing, path.point_of(piece, i - 1), path.point_of(piece, i), row, piece.segment);
+            if (i < piece.parts)
+                add_pin(drawing, path.point_of(piece, i));
+        }
+    }
+    return drawing;
+}
+
+bool is_pinned(const Drawing& drawing, const Point& point) {
+    return std::any_of(drawing.pins.begin(), drawing.pins.end(), [&](const Point& pin) {
+        return foot_on(pin, pin, point).distance < drawing.tolerance;
+    });
+}
+
+}  // namespace brelan

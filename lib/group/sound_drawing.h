@@ -1,0 +1,31 @@
+// What a group draws, for the sound cut: straight segments, and the points that become nodes.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "plane/path.h"
+#include "plane/point.h"
+
+namespace brelan {
+
+struct DrawnSegment {
+    Point from, to;
+    bool only_moves = false;  // adds no node
+    std::size_t segment = 0;  // of the group, from 0
+};
+
+struct Drawing {
+    std::vector<DrawnSegment> segments;  // that cut sides
+    std::vector<Point> pins;             // no two are nearer than the tolerance
+    double tolerance = 0.0;              // things nearer than this are one
+};
+
+// The inner points of a straight piece are no corners of the drawing, those of an arc are.
+Drawing drawing_of(const Path& path, std::span<const SegmentRow> segments, double tolerance);
+
+// True where a point of the drawing becomes a node.
+bool is_pinned(const Drawing& drawing, const Point& point);
+
+}  // namespace brelan

@@ -1,0 +1,216 @@
+#include "group/sound_ground.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "group/engine_mesh.h"
+#include "plane/foot.h"
+#include "plane/orientation.h"
+#include "plane/triangulation.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr double STRAIGHT = 1.0E-6;                                  // of an opening: two sides in one line
+constexpr double BORDER_STRAIGHT = 1.0E-6, DRAWN_STRAIGHT = 1.0E-7;  // of the size of the coordinates
+
+// What lies beside a side that starts at a node.
+struct Spoke {
+    NodeNumber end;
+    std::vector<MaterialNumber> left, right;
+    bool is_kept = false;  // of a line, a joint, a drawing or ground that stays as it is
+    bool is_drawn = false;
+};
+
+Spoke& spoke_to(std::vector<Spoke>& spokes, NodeNumber end) {
+    const auto found =
+        std::find_if(spokes.begin(), spokes.end(), [&](const Spoke& spoke) { return spoke.end == end; });
+    if (found != spokes.end())
+        return *found;
+    spokes.push_back({end, {}, {}, false, false});
+    return spokes.back();
+}
+
+bool has_node(const Corners& corners, NodeNumber node) {
+    return std::find(corners.n, corners.n + 4, node) != corners.n + 4;
+}
+
+std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const Drawn& drawn, NodeNumber node) {
+    std::vector<Spoke> spokes;
+    for (const ElementNumber e : elements_with(engine, {&node, 1})) {
+        if (mesh.type[e] == ELEMENT_DELETED || !has_node(corners_of(mesh, e), node))
+            continue;
+        if (!is_solid(mesh, e)) {
+            for (const NodeNumber other : corners_of(mesh, e).n)
+                if (other.names_one() && other != node)
+                    spoke_to(spokes, other).is_kept = true;
+            continue;
+        }
+        const Solid solid = solid_of(mesh, e);
+        const bool stays = !is_cuttable(mesh, engine, e);
+        for (std::size_t i = 0; i < solid.count; ++i) {
+            if (solid.node[i] != node)
+                continue;
+            Spoke& out = spoke_to(spokes, solid.behind(i));
+            out.left.push_back(mesh.words[e].material);
+            out.is_kept = out.is_kept || stays;
+            Spoke& in = spoke_to(spokes, solid.before(i));
+            in.right.push_back(mesh.words[e].material);
+            in.is_kept = in.is_kept || stays;
+        }
+    }
+    for (Spoke& spoke : spokes) {
+        std::sort(spoke.left.begin(), spoke.left.end());
+        std::sort(spoke.right.begin(), spoke.right.end());
+        spoke.is_drawn = drawn.sides.count(side_between(node, spoke.end)) != 0;
+        spoke.is_kept = spoke.is_kept || spoke.is_drawn || spoke.left != spoke.right;
+    }
+    return spokes;
+}
+
+// What the shortest side of an outline is worth beside its angles: half the square of twice its share of the
+// longest, the opening of a triangle of that slenderness.
+double side_shape(std::span<const Point> corners) {
+    double shortest = 0.0, longest = 0.0;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const Point &a = corners[i], &b = corners[(i + 1) % corners.size()];
+        const double length = foot_on(a, a, b).distance;
+        shortest = i == 0 ? length : std::min(shortest, length);
+        longest = std::max(longest, length);
+    }
+    return longest > 0.0 ? 2.0 * (shortest / longest) * (shortest / longest) : 0.0;
+}
+
+double split_shape(std::span<const Point> c) {
+    const auto half = [&](std::size_t i, std::size_t j, std::size_t k) {
+        const std::array<Point, 3> triangle{c[i], c[j], c[k]};
+        return orientation(c[i], c[j], c[k]) > 0 ? openings_of(triangle).smallest : -1.0;
+    };
+    return std::max(std::min(half(0, 1, 2), half(0, 2, 3)), std::min(half(0, 1, 3), half(1, 2, 3)));
+}
+
+}  // namespace
+
+bool is_solid(const Mesh& mesh, ElementNumber e) {
+    return mesh.type[e] == ELEMENT_CONTINUUM && !is_joint(mesh, e);
+}
+
+Solid solid_of(const Mesh& mesh, ElementNumber e) {
+    const Corners corners = corners_of(mesh, e);
+    Solid solid{e, {}, corners.n[3].names_one() ? std::size_t{4} : std::size_t{3}};
+    std::copy_n(corners.n, solid.count, solid.node.begin());
+    return solid;
+}
+
+CornerKey key_of(const Solid& solid) {
+    CornerKey key = solid.node;
+    std::sort(key.begin(), key.end());
+    return key;
+}
+
+bool is_cuttable(const Mesh& mesh, const Engine& engine, ElementNumber e) {
+    if (!is_solid(mesh, e))
+        return false;
+    if (engine.workable[e].names_one())
+        return true;
+    const Solid solid = solid_of(mesh, e);
+    for (const ElementNumber other : elements_with(engine, {solid.node.data(), 1}))
+        if (other != e && is_solid(mesh, other) && engine.workable[other].names_one() &&
+            key_of(solid_of(mesh, other)) == key_of(solid))
+            return true;
+    return false;
+}
+
+SideUsers users_of(const Mesh& mesh, const Engine& engine, const Side& side) {
+    SideUsers users;
+    for (const ElementNumber e : elements_with(engine, {&side.first, 1})) {
+        if (mesh.type[e] == ELEMENT_DELETED)
+            continue;
+        if (mesh.type[e] != ELEMENT_CONTINUUM) {
+            const ElementWords& words = mesh.words[e];
+            if (side_between(words.corner_1, words.corner_2) == side)
+                users.lines.push_back(e);
+            continue;
+        }
+        const Solid solid = solid_of(mesh, e);
+        for (std::size_t i = 0; i < solid.count; ++i)
+            if (side_between(solid.node[i], solid.behind(i)) == side) {
+                (is_joint(mesh, e) ? users.joints : users.solids).push_back(e);
+                break;
+            }
+    }
+    return users;
+}
+
+std::vector<Solid> solids_with(const Mesh& mesh, const Engine& engine, NodeNumber node) {
+    std::vector<Solid> solids;
+    for (const ElementNumber e : elements_with(engine, {&node, 1}))
+        if (is_solid(mesh, e) && has_node(corners_of(mesh, e), node))
+            solids.push_back(solid_of(mesh, e));
+    return solids;
+}
+
+NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const Drawn& drawn, NodeNumber node) {
+    if (engine.frozen[node] != 0 || drawn.nodes.count(node) != 0)
+        return {};
+    std::vector<NodeNumber> kept;
+    bool is_drawn = false;
+    for (const Spoke& spoke : spokes_of(mesh, engine, drawn, node)) {
+        if (spoke.is_kept)
+            kept.push_back(spoke.end);
+        is_drawn = is_drawn || spoke.is_drawn;
+    }
+    if (kept.empty())
+        return {Freedom::moves, {}, {}};
+    if (kept.size() != 2)
+        return {};
+    const Point at = node_point(mesh, node), from = node_point(mesh, kept[0]), to = node_point(mesh, kept[1]);
+    const std::array<Point, 3> corners{at, from, to};
+    const Openings openings = openings_of(corners);
+    // A border is as straight as the digits of its file, a drawn line as those of its nodes.
+    const double size = 1.0 + std::abs(static_cast<double>(at.x)) + std::abs(static_cast<double>(at.y));
+    const bool straight =
+        openings.largest > OPENING_180 - STRAIGHT && openings.largest < OPENING_180 + STRAIGHT &&
+        foot_on(from, to, at).distance <= (is_drawn ? DRAWN_STRAIGHT : BORDER_STRAIGHT) * size;
+    return straight ? NodeFreedom{Freedom::slides, from, to} : NodeFreedom{};
+}
+
+double worst_shape(const Mesh& mesh, std::span<const Solid> solids, NodeNumber node, const Point& place) {
+    double worst = 4.0;
+    for (const Solid& solid : solids) {
+        std::array<Point, 4> corners;
+        for (std::size_t i = 0; i < solid.count; ++i)
+            corners[i] = solid.node[i] == node ? place : node_point(mesh, solid.node[i]);
+        const std::span<const Point> outline(corners.data(), solid.count);
+        worst = std::min(worst, side_shape(outline));
+        if (solid.count == 3) {
+            worst = std::min(worst, orientation(corners[0], corners[1], corners[2]) > 0
+                                        ? openings_of(outline).smallest
+                                        : -1.0);
+            continue;
+        }
+        const Openings whole = openings_of(outline);
+        // A corner that is pushed in is no shape, be its triangles as good as they may.
+        if (whole.largest > OPENING_180 + STRAIGHT)
+            return -1.0;
+        const double as_quadrilateral = whole.largest <= OPENING_165 ? whole.smallest : -1.0;
+        worst = std::min(worst, std::max(as_quadrilateral, split_shape(outline)));
+    }
+    return worst;
+}
+
+bool is_better_split(std::span<const Point> corners) {
+    return corners.size() == 4 && openings_of(corners).largest > OPENING_165;
+}
+
+std::string text_of(const Point& point) {
+    std::string text = "(";
+    text += std::to_string(point.x);
+    text += ", ";
+    text += std::to_string(point.y);
+    text += ")";
+    return text;
+}
+
+}  // namespace brelan

@@ -1,0 +1,80 @@
+// The ground as the sound cut sees it: solids, who shares a side, which nodes may move, and how good a shape
+// is.
+#pragma once
+
+#include <array>
+#include <set>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "group/engine.h"
+#include "mesh/tables.h"
+#include "plane/point.h"
+
+namespace brelan {
+
+// A side by its nodes, the lower one first.
+using Side = std::pair<NodeNumber, NodeNumber>;
+
+constexpr Side side_between(NodeNumber a, NodeNumber b) {
+    return a < b ? Side{a, b} : Side{b, a};
+}
+
+// What groups of this deck have drawn: the sides stay on their lines, and the nodes where they are.
+struct Drawn {
+    std::set<Side> sides;
+    std::set<NodeNumber> nodes;
+};
+
+// A continuum element that is no joint.
+struct Solid {
+    ElementNumber element;
+    std::array<NodeNumber, 4> node{};  // counter-clockwise
+    std::size_t count = 0;             // 3 or 4
+
+    NodeNumber behind(std::size_t i) const { return node[(i + 1) % count]; }
+    NodeNumber before(std::size_t i) const { return node[(i + count - 1) % count]; }
+    std::span<const NodeNumber> nodes() const { return {node.data(), count}; }
+};
+
+bool is_solid(const Mesh& mesh, ElementNumber e);
+Solid solid_of(const Mesh& mesh, ElementNumber e);
+
+// The nodes of a solid in ascending order. Doubles have the same.
+using CornerKey = std::array<NodeNumber, 4>;
+CornerKey key_of(const Solid& solid);
+
+// True for ground that a line may cut: workable solids, and those that lie over one.
+bool is_cuttable(const Mesh& mesh, const Engine& engine, ElementNumber e);
+
+// All elements that have a side, in ascending number.
+struct SideUsers {
+    std::vector<ElementNumber> solids, joints, lines;
+};
+SideUsers users_of(const Mesh& mesh, const Engine& engine, const Side& side);
+
+// The solids that have a node, in ascending number.
+std::vector<Solid> solids_with(const Mesh& mesh, const Engine& engine, NodeNumber node);
+
+// What a node may do without leaving the border, a change of material, a line or what was drawn.
+enum class Freedom { stays, slides, moves };
+struct NodeFreedom {
+    Freedom freedom = Freedom::stays;
+    Point from, to;  // of one that slides: it stays between these
+};
+NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const Drawn& drawn, NodeNumber node);
+
+// How good the solids round a node are with the node at a place: the smallest opening
+// (plane/triangulation.h), below 0 where one would be inverted. A quadrilateral counts as its two triangles
+// where these are better.
+double worst_shape(const Mesh& mesh, std::span<const Solid> solids, NodeNumber node, const Point& place);
+
+// True for a quadrilateral that is better as two triangles: a corner is flat or nearly so.
+bool is_better_split(std::span<const Point> corners);
+
+// "(x, y)", for messages.
+std::string text_of(const Point& point);
+
+}  // namespace brelan

@@ -1,0 +1,356 @@
+#include "group/sound_joints.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "group/engine_mesh.h"
+#include "group/sound_ground.h"
+#include "plane/foot.h"
+#include "plane/orientation.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr double LONGEST_MITRE = 4.0;  // of the joint's width: what a sharp bend gives
+
+// A continuum element at a node, with its corners next to it.
+struct Wedge {
+    ElementNumber element;
+    NodeNumber before, behind;
+};
+
+// The corners of an element in order, a repeated one once.
+std::vector<NodeNumber> ring_of(const Mesh& mesh, ElementNumber e) {
+    std::vector<NodeNumber> ring;
+    for (const NodeNumber n : corners_of(mesh, e).n)
+        if (n.names_one() && (ring.empty() || ring.back() != n))
+            ring.push_back(n);
+    while (ring.size() > 1 && ring.front() == ring.back())
+        ring.pop_back();
+    return ring;
+}
+
+std::vector<Wedge> wedges_at(const Mesh& mesh, const Engine& engine, NodeNumber node) {
+    std::vector<Wedge> wedges;
+    for (const ElementNumber e : elements_with(engine, {&node, 1})) {
+        if (mesh.type[e] != ELEMENT_CONTINUUM)
+            continue;
+        const std::vector<NodeNumber> ring = ring_of(mesh, e);
+        const auto at = static_cast<std::size_t>(std::find(ring.begin(), ring.end(), node) - ring.begin());
+        if (at < ring.size())
+            wedges.push_back({e, ring[(at + ring.size() - 1) % ring.size()], ring[(at + 1) % ring.size()]});
+    }
+    return wedges;
+}
+
+bool has_short_side(const Mesh& mesh, ElementNumber e, NodeNumber a, NodeNumber b) {
+    const Corners c = corners_of(mesh, e);
+    return is_joint(mesh, e) && (side_between(c.n[1], c.n[2]) == side_between(a, b) ||
+                                 side_between(c.n[3], c.n[0]) == side_between(a, b));
+}
+
+bool is_long_side_of_joint(const Mesh& mesh, const Engine& engine, NodeNumber a, NodeNumber b) {
+    const std::vector<ElementNumber> joints = users_of(mesh, engine, side_between(a, b)).joints;
+    return std::any_of(joints.begin(), joints.end(),
+                       [&](ElementNumber e) { return !has_short_side(mesh, e, a, b); });
+}
+
+struct Sides {
+    bool left = false, right = false;
+};
+
+// Whether there is ground to the left and to the right of the way from A to B.
+Sides ground_beside(const Mesh& mesh, const Engine& engine, NodeNumber a, NodeNumber b) {
+    Sides sides;
+    for (const Wedge& wedge : wedges_at(mesh, engine, a)) {
+        sides.left = sides.left || wedge.behind == b;
+        sides.right = sides.right || wedge.before == b;
+    }
+    return sides;
+}
+
+// The elements at a node to the left of a line and to its right; the same ones in both where they hang
+// together behind the line. `before` and `behind` are the node's neighbours on the line, none where it ends.
+struct Parting {
+    std::set<ElementNumber> left, right;
+
+    bool is_one() const {
+        return std::any_of(left.begin(), left.end(), [&](ElementNumber e) { return right.count(e) != 0; });
+    }
+};
+
+Parting parting_at(const Mesh& mesh, const Engine& engine, NodeNumber node, NodeNumber before,
+                   NodeNumber behind) {
+    const std::vector<Wedge> wedges = wedges_at(mesh, engine, node);
+    const auto is_barrier = [&](NodeNumber other) {
+        if (other == before || other == behind)
+            return true;
+        return std::any_of(wedges.begin(), wedges.end(), [&](const Wedge& wedge) {
+            return (wedge.before == other || wedge.behind == other) &&
+                   has_short_side(mesh, wedge.element, node, other);
+        });
+    };
+    const auto flood = [&](auto&& starts) {
+        std::set<ElementNumber> reached;
+        std::vector<Wedge> waiting;
+        const auto reach = [&](const Wedge& wedge) {
+            if (reached.insert(wedge.element).second)
+                waiting.push_back(wedge);
+        };
+        for (const Wedge& wedge : wedges)
+            if (starts(wedge))
+                reach(wedge);
+        while (!waiting.empty()) {
+            const Wedge from = waiting.back();
+            waiting.pop_back();
+            for (const Wedge& wedge : wedges)
+                if ((wedge.before == from.behind && !is_barrier(from.behind)) ||
+                    (wedge.behind == from.before && !is_barrier(from.before)))
+                    reach(wedge);
+        }
+        return reached;
+    };
+    return {flood([&](const Wedge& wedge) {
+                return (behind.names_one() && wedge.behind == behind) ||
+                       (before.names_one() && wedge.before == before);
+            }),
+            flood([&](const Wedge& wedge) {
+                return (behind.names_one() && wedge.before == behind) ||
+                       (before.names_one() && wedge.behind == before);
+            })};
+}
+
+std::string name_of(std::span<const JointRecord> records, NodeNumber a, NodeNumber b) {
+    const auto has = [](const std::vector<NodeNumber>& nodes, NodeNumber n) {
+        return std::find(nodes.begin(), nodes.end(), n) != nodes.end();
+    };
+    for (const JointRecord& record : records)
+        if ((has(record.nodes, a) && has(record.nodes, b)) || (has(record.twins, a) && has(record.twins, b)))
+            return "the joint of group " + std::to_string(record.group);
+    return "a joint of the mesh";
+}
+
+struct Vector {
+    double x = 0.0, y = 0.0;
+};
+
+// A line with its twins, for the places of these.
+class TwinPlaces {
+public:
+    TwinPlaces(const Mesh& mesh, const Engine& engine, std::span<const NodeNumber> nodes,
+               std::span<const NodeNumber> twins, bool closed, float joint_thickness, double tolerance)
+        : mesh_(mesh),
+          engine_(engine),
+          nodes_(nodes),
+          twins_(twins),
+          closed_(closed),
+          width_(std::abs(static_cast<double>(joint_thickness))),
+          tolerance_(tolerance) {}
+
+    Point place(std::size_t k) const {
+        const std::optional<Vector> before = normal(k, -1), behind = normal(k, 1);
+        const Point at = node_point(mesh_, nodes_[k]);
+        if (width_ == 0.0 || (!before && !behind))
+            return at;
+        if (!before || !behind) {
+            const Vector n = before ? *before : *behind;
+            return moved(at, end_shift(k, n));
+        }
+        const double cosine = before->x * behind->x + before->y * behind->y;
+        const Vector sum{before->x + behind->x, before->y + behind->y};
+        const double length = std::sqrt(sum.x * sum.x + sum.y * sum.y);
+        // The shifted edges meet at width / cos(half the bend), which grows without end as the line turns
+        // back.
+        if (2.0 * width_ <= LONGEST_MITRE * width_ * length)
+            return moved(at, {width_ * sum.x / (1.0 + cosine), width_ * sum.y / (1.0 + cosine)});
+        if (length < 1.0E-6)
+            return moved(at, {width_ * before->x, width_ * before->y});
+        return moved(at, {LONGEST_MITRE * width_ * sum.x / length, LONGEST_MITRE * width_ * sum.y / length});
+    }
+
+private:
+    static Point moved(const Point& at, const Vector& by) {
+        return {static_cast<float>(static_cast<double>(at.x) + by.x),
+                static_cast<float>(static_cast<double>(at.y) + by.y)};
+    }
+
+    // The left normal of the edge before (-1) or behind (1) a node, edges without length passed over; none
+    // where the ground does not open along it.
+    std::optional<Vector> normal(std::size_t k, int step) const {
+        const std::size_t c = nodes_.size();
+        for (std::size_t count = 0; count + 1 < c; ++count) {
+            if (!closed_ && (step < 0 ? k == 0 : k + 1 == c))
+                return std::nullopt;
+            const std::size_t next = step < 0 ? (k + c - 1) % c : (k + 1) % c;
+            const NodeNumber a = step < 0 ? nodes_[next] : nodes_[k], b = step < 0 ? nodes_[k] : nodes_[next];
+            const Point from = node_point(mesh_, a), to = node_point(mesh_, b);
+            const double dx = static_cast<double>(to.x) - static_cast<double>(from.x);
+            const double dy = static_cast<double>(to.y) - static_cast<double>(from.y);
+            const double length = std::sqrt(dx * dx + dy * dy);
+            if (length >= tolerance_) {
+                if (!is_long_side_of_joint(mesh_, engine_, a, b))
+                    return std::nullopt;
+                return Vector{-dy / length, dx / length};
+            }
+            k = next;
+        }
+        return std::nullopt;
+    }
+
+    // At an end the twin goes along the border of the ground it belongs to, where there is one.
+    Vector end_shift(std::size_t k, const Vector& n) const {
+        const std::vector<Wedge> wedges = wedges_at(mesh_, engine_, twins_[k]);
+        const auto is_shared = [&](NodeNumber other, bool behind) {
+            return std::any_of(wedges.begin(), wedges.end(), [&](const Wedge& wedge) {
+                return (behind ? wedge.before : wedge.behind) == other;
+            });
+        };
+        for (const Wedge& wedge : wedges)
+            for (const bool behind : {true, false}) {
+                const NodeNumber other = behind ? wedge.behind : wedge.before;
+                if (is_joint(mesh_, wedge.element) || is_shared(other, behind))
+                    continue;
+                const Point at = node_point(mesh_, nodes_[k]), to = node_point(mesh_, other);
+                const double dx = static_cast<double>(to.x) - static_cast<double>(at.x);
+                const double dy = static_cast<double>(to.y) - static_cast<double>(at.y);
+                const double length = std::sqrt(dx * dx + dy * dy);
+                const double rise = length > 0.0 ? (dx * n.x + dy * n.y) / length : 0.0;
+                if (rise * LONGEST_MITRE >= 1.0)
+                    return {width_ / rise * dx / length, width_ / rise * dy / length};
+            }
+        return {width_ * n.x, width_ * n.y};
+    }
+
+    const Mesh& mesh_;
+    const Engine& engine_;
+    std::span<const NodeNumber> nodes_, twins_;
+    bool closed_;
+    double width_, tolerance_;
+};
+
+}  // namespace
+
+OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, float joint_thickness,
+                      const JointMaterial& material, std::span<const JointRecord> records, double tolerance) {
+    const std::vector<NodeNumber>& nodes = line.nodes;
+    OpenedLine opened{nodes, {}};
+    const std::size_t c = nodes.size();
+    if (c < 2)
+        return opened;
+    const std::string group = "group " + std::to_string(engine.group) + ": ";
+    std::vector<std::size_t> edges;  // that get a joint
+    std::vector<bool> at_edge(c, false);
+    std::set<NodeNumber> visited;
+    for (std::size_t k = 0; k < c; ++k)
+        if (!visited.insert(nodes[k]).second)
+            fail(group +
+                 "expected a joint along a line that does not come to a place again, but this one comes back "
+                 "to " +
+                 text_of(node_point(mesh, nodes[k])));
+    for (std::size_t k = 0; k < line.steps.size(); ++k) {
+        const Step step = line.steps[k];
+        const NodeNumber a = nodes[k], b = line.behind(k);
+        if (step == Step::place || step == Step::gap)
+            continue;
+        const std::string way =
+            "from " + text_of(node_point(mesh, a)) + " to " + text_of(node_point(mesh, b));
+        if (step == Step::across)
+            fail(group + "expected a joint along sides of elements, but its line " + way +
+                 " crosses ground that is not cut");
+        if (is_long_side_of_joint(mesh, engine, a, b))
+            fail(group + way + " there is " + name_of(records, a, b) +
+                 " already; expected one joint along a line");
+        const Sides sides = ground_beside(mesh, engine, a, b);
+        if ((sides.left || material.outer_line) && (sides.right || material.inner_line)) {
+            edges.push_back(k);
+            at_edge[k] = at_edge[(k + 1) % c] = true;
+        }
+    }
+    const auto goes_on = [&](std::size_t k) { return k < line.steps.size() && line.steps[k] != Step::gap; };
+    std::vector<Parting> partings(c);
+    std::map<NodeNumber, std::size_t> place;  // of a node that gets a twin
+    for (std::size_t k = 0; k < c; ++k) {
+        const std::size_t last = (k + c - 1) % c;
+        const NodeNumber before = (k > 0 || line.closed) && goes_on(last) ? nodes[last] : NodeNumber{};
+        const NodeNumber behind = goes_on(k) ? line.behind(k) : NodeNumber{};
+        partings[k] = parting_at(mesh, engine, nodes[k], before, behind);
+        const bool both = !partings[k].left.empty() && !partings[k].right.empty();
+        const bool opens = material.parts_ground ? (both ? !partings[k].is_one() : at_edge[k]) : at_edge[k];
+        if (opens && place.emplace(nodes[k], k).second)
+            opened.twins[k] = add_twin(mesh, engine, nodes[k], node_point(mesh, nodes[k]));
+    }
+    for (std::size_t k = 0; k < c; ++k)
+        if (const auto first = place.find(nodes[k]); first != place.end())
+            opened.twins[k] = opened.twins[first->second];
+    for (const std::size_t k : edges)
+        if (opened.twins[k] == nodes[k] && opened.twins[(k + 1) % c] == nodes[(k + 1) % c])
+            fail(group + "expected a joint that can open, but from " + text_of(node_point(mesh, nodes[k])) +
+                 " to " + text_of(node_point(mesh, nodes[(k + 1) % c])) +
+                 " the ground holds it at both ends");
+    // Lines along the joint go by their side, others with the ground that they end in.
+    const std::vector<Point> points = node_points(mesh, nodes);
+    for (const ElementNumber e : elements_with(engine, nodes)) {
+        if (mesh.type[e] == ELEMENT_DELETED || !material.parts_ground)
+            continue;
+        const Corners before = corners_of(mesh, e);
+        Corners after = before;
+        bool moved = false;
+        for (NodeNumber& n : after.n) {
+            const auto found = n.names_one() ? place.find(n) : place.end();
+            if (found == place.end())
+                continue;
+            const std::size_t k = found->second;
+            const bool goes_left =
+                mesh.type[e] == ELEMENT_CONTINUUM
+                    ? partings[k].left.count(e) != 0
+                    : is_left(points, line.closed, k, centroid(mesh, e)) == (engine.side_sign[e] >= 0);
+            if (!goes_left)
+                continue;
+            n = opened.twins[k];
+            moved = true;
+        }
+        if (!moved)
+            continue;
+        opened.moved.push_back({e, before});
+        set_corners(mesh, engine, e, after);
+    }
+    for (const std::size_t k : edges) {
+        const std::size_t next = (k + 1) % c;
+        add_joint(mesh, engine, {{nodes[k], nodes[next], opened.twins[next], opened.twins[k]}},
+                  material.material, material.attribute);
+    }
+    const TwinPlaces places(mesh, engine, nodes, opened.twins, line.closed, joint_thickness, tolerance);
+    for (const auto& [node, k] : place)
+        move_node(mesh, engine, opened.twins[k], places.place(k));
+    return opened;
+}
+
+void place_twins(Mesh& mesh, Engine& engine, const JointRecord& record, double tolerance) {
+    const TwinPlaces places(mesh, engine, record.nodes, record.twins, record.closed == 1,
+                            record.joint_thickness, tolerance);
+    for (std::size_t k = 0; k < record.nodes.size(); ++k)
+        if (record.twins[k] != record.nodes[k])
+            move_node(mesh, engine, record.twins[k], places.place(k));
+}
+
+void require_sound_twins(const Mesh& mesh, const Engine& engine, const JointRecord& record) {
+    for (const NodeNumber twin : record.twins)
+        for (const Solid& solid : solids_with(mesh, engine, twin)) {
+            if (!is_cuttable(mesh, engine, solid.element))
+                continue;
+            for (std::size_t i = 0; i < solid.count; ++i)
+                if (orientation(node_point(mesh, solid.node[i]), node_point(mesh, solid.behind(i)),
+                                node_point(mesh, solid.behind((i + 1) % solid.count))) <= 0)
+                    fail("group " + std::to_string(record.group) + ": its joint of width " +
+                         std::to_string(std::abs(record.joint_thickness)) + " leaves no room for element " +
+                         to_string(solid.element) + " at " + text_of(node_point(mesh, twin)));
+        }
+}
+
+}  // namespace brelan

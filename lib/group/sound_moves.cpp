@@ -1,0 +1,303 @@
+#include "group/sound_moves.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <set>
+#include <tuple>
+
+#include "group/engine_mesh.h"
+#include "plane/foot.h"
+#include "plane/orientation.h"
+#include "plane/triangulation.h"
+
+namespace brelan {
+
+namespace {
+
+// A move must leave this much of an opening, or this share of what was there.
+constexpr double WELL_SHAPED = OPENING_30, STILL_GOOD = OPENING_20;
+constexpr double SHARE_KEPT = 0.8;
+constexpr double NEAR = 0.15;          // of a side: a node so near to the drawing may move for STILL_GOOD
+constexpr double CLEAR_OF_PINS = 0.3;  // of a side: least distance of a moved node from a pin that is none
+constexpr int ROUNDS = 2;              // a move may bring others within reach
+
+class Mover {
+public:
+    Mover(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing)
+        : mesh_(mesh), engine_(engine), drawn_(drawn), drawing_(drawing) {}
+
+    std::set<NodeNumber> run() {
+        for (const DrawnSegment& segment : drawing_.segments)
+            for (const Solid& solid : solids_met_by(mesh_, engine_, drawing_, segment))
+                for (const NodeNumber node : solid.nodes())
+                    if (is_on(mesh_, drawing_, segment, node) && on_drawing_.insert(node).second)
+                        straighten(node, segment);
+        take_pins();
+        for (int round = 0; round < ROUNDS; ++round)
+            take_crossings();
+        return std::move(on_drawing_);
+    }
+
+private:
+    // A node that is nearly on a segment goes onto it, if it may.
+    void straighten(NodeNumber node, const DrawnSegment& segment) {
+        const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
+        if (freedom.freedom == Freedom::stays)
+            return;
+        const Point at = node_point(mesh_, node);
+        const Point place = freedom.freedom == Freedom::moves
+                                ? point_at(segment, foot_on(segment.from, segment.to, at).share)
+                                : meeting_of(freedom.from, freedom.to, segment.from, segment.to);
+        if (foot_on(at, at, place).distance < drawing_.tolerance && worst_of(node, place) > 0.0)
+            move_node(mesh_, engine_, node, place);
+    }
+
+    static Point point_at(const DrawnSegment& segment, double share) {
+        const double x = static_cast<double>(segment.from.x), y = static_cast<double>(segment.from.y);
+        return {static_cast<float>(x + share * (static_cast<double>(segment.to.x) - x)),
+                static_cast<float>(y + share * (static_cast<double>(segment.to.y) - y))};
+    }
+
+    // Moves corners of the solids that hold pins onto these, the nearest pairs first.
+    void take_pins() {
+        struct Pair {
+            double cost;
+            std::size_t pin;
+            NodeNumber node;
+
+            auto key() const { return std::tie(cost, pin, node); }
+        };
+        std::vector<Pair> pairs;
+        std::vector<bool> taken(drawing_.pins.size(), false);
+        for (std::size_t i = 0; i < drawing_.pins.size(); ++i) {
+            const Point& pin = drawing_.pins[i];
+            const std::vector<Solid> solids = solids_holding(mesh_, engine_, drawing_, pin);
+            taken[i] = solids.empty();  // beyond the ground
+            for (const Solid& solid : solids) {
+                double longest = 0.0;
+                for (std::size_t k = 0; k < solid.count; ++k) {
+                    const Point at = node_point(mesh_, solid.node[k]);
+                    longest = std::max(longest, foot_on(at, at, node_point(mesh_, solid.behind(k))).distance);
+                }
+                for (const NodeNumber node : solid.nodes()) {
+                    const Point at = node_point(mesh_, node);
+                    const double distance = foot_on(at, at, pin).distance;
+                    pairs.push_back({distance < drawing_.tolerance ? 0.0 : distance / longest, i, node});
+                }
+            }
+        }
+        std::sort(pairs.begin(), pairs.end(),
+                  [](const Pair& one, const Pair& two) { return one.key() < two.key(); });
+        for (const Pair& pair : pairs)
+            if (!taken[pair.pin])
+                taken[pair.pin] = take_pin(drawing_.pins[pair.pin], pair.node, pair.cost);
+        for (std::size_t i = 0; i < taken.size(); ++i)
+            if (!taken[i])
+                open_pins_.push_back(drawing_.pins[i]);
+    }
+
+    // True when the node is at the pin.
+    bool take_pin(const Point& pin, NodeNumber node, double cost) {
+        const Point at = node_point(mesh_, node);
+        if (foot_on(at, at, pin).distance < drawing_.tolerance) {
+            move_exactly(node, pin);
+            return true;
+        }
+        if (on_drawing_.count(node) != 0 && !may_leave(node, pin))
+            return false;
+        const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
+        const bool may = freedom.freedom == Freedom::moves ||
+                         (freedom.freedom == Freedom::slides && is_between(freedom, pin));
+        if (!may || !try_move(node, pin, cost))
+            return false;
+        pinned_.insert(node);
+        return true;
+    }
+
+    // A node within the tolerance of a pin: it goes there if it may, and stands for it if not.
+    void move_exactly(NodeNumber node, const Point& pin) {
+        const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
+        pinned_.insert(node);
+        on_drawing_.insert(node);
+        if (freedom.freedom == Freedom::moves && worst_of(node, pin) > 0.0)
+            move_node(mesh_, engine_, node, pin);
+    }
+
+    bool is_between(const NodeFreedom& freedom, const Point& point) const {
+        const Foot foot = foot_on(freedom.from, freedom.to, point);
+        const double size = foot_on(freedom.from, freedom.from, freedom.to).distance;
+        return foot.share > 0.0 && foot.share < 1.0 && foot.distance <= 1.0E-6 * size;
+    }
+
+    // A node that lies on the drawing already may go along it, where all that is drawn through it goes on.
+    bool may_leave(NodeNumber node, const Point& place) const {
+        return pinned_.count(node) == 0 &&
+               std::all_of(drawing_.segments.begin(), drawing_.segments.end(),
+                           [&](const DrawnSegment& segment) {
+                               return !is_on(mesh_, drawing_, segment, node) ||
+                                      foot_on(segment.from, segment.to, place).distance < drawing_.tolerance;
+                           });
+    }
+
+    double worst_of(NodeNumber node, const Point& place) const {
+        return worst_shape(mesh_, solids_with(mesh_, engine_, node), node, place);
+    }
+
+    bool is_good(NodeNumber node, double after, double cost) const {
+        const double before = worst_of(node, node_point(mesh_, node));
+        return before > 0.0 && after >= std::min(cost < NEAR ? STILL_GOOD : WELL_SHAPED, SHARE_KEPT * before);
+    }
+
+    bool try_move(NodeNumber node, const Point& place, double cost) {
+        if (!is_good(node, worst_of(node, place), cost))
+            return false;
+        move_node(mesh_, engine_, node, place);
+        on_drawing_.insert(node);
+        return true;
+    }
+
+    struct Candidate {
+        double cost;
+        std::size_t segment;
+        Side side;
+        NodeNumber node;
+
+        auto key() const { return std::tie(cost, segment, side, node); }
+    };
+
+    void take_crossings() {
+        std::vector<Candidate> candidates;
+        for (std::size_t k = 0; k < drawing_.segments.size(); ++k) {
+            const DrawnSegment& segment = drawing_.segments[k];
+            std::vector<Side> seen;
+            for (const Solid& solid : solids_met_by(mesh_, engine_, drawing_, segment))
+                for (std::size_t i = 0; i < solid.count; ++i)
+                    seen.push_back(side_between(solid.node[i], solid.behind(i)));
+            std::sort(seen.begin(), seen.end());
+            seen.erase(std::unique(seen.begin(), seen.end()), seen.end());
+            for (const Side& side : seen) {
+                if (!crosses(mesh_, drawing_, segment, side))
+                    continue;
+                const Point a = node_point(mesh_, side.first), b = node_point(mesh_, side.second);
+                const double share = foot_on(a, b, meeting_of(a, b, segment.from, segment.to)).share;
+                candidates.push_back({share, k, side, side.first});
+                candidates.push_back({1.0 - share, k, side, side.second});
+            }
+        }
+        std::sort(candidates.begin(), candidates.end(),
+                  [](const Candidate& one, const Candidate& two) { return one.key() < two.key(); });
+        for (const Candidate& candidate : candidates)
+            if (candidate.cost <= 0.5 || drawing_.segments[candidate.segment].only_moves)
+                take_crossing(candidate);
+    }
+
+    void take_crossing(const Candidate& candidate) {
+        const DrawnSegment& segment = drawing_.segments[candidate.segment];
+        if (!crosses(mesh_, drawing_, segment, candidate.side) || on_drawing_.count(candidate.node) != 0)
+            return;
+        const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, candidate.node);
+        if (freedom.freedom == Freedom::stays)
+            return;
+        const Point a = node_point(mesh_, candidate.side.first), b = node_point(mesh_, candidate.side.second);
+        const Point at = node_point(mesh_, candidate.node);
+        std::vector<Point> places;
+        if (freedom.freedom == Freedom::slides) {
+            const Point place = meeting_of(freedom.from, freedom.to, segment.from, segment.to);
+            if (is_between(freedom, place) &&
+                foot_on(segment.from, segment.to, place).distance < drawing_.tolerance)
+                places.push_back(place);
+        } else {
+            places.push_back(meeting_of(a, b, segment.from, segment.to));
+            const double share = foot_on(segment.from, segment.to, at).share;
+            if (share > 0.0 && share < 1.0)
+                places.push_back(point_at(segment, share));
+        }
+        std::optional<Point> best;
+        double best_shape = 0.0;
+        const double side_length = foot_on(a, a, b).distance;
+        for (const Point& place : places) {
+            const bool clear = std::none_of(open_pins_.begin(), open_pins_.end(), [&](const Point& pin) {
+                return foot_on(pin, pin, place).distance < CLEAR_OF_PINS * side_length;
+            });
+            const double shape = worst_of(candidate.node, place);
+            if (clear && (!best || shape > best_shape)) {
+                best = place;
+                best_shape = shape;
+            }
+        }
+        const bool must = segment.only_moves && best && best_shape > 0.0;
+        if (best && (must || is_good(candidate.node, best_shape, candidate.cost))) {
+            move_node(mesh_, engine_, candidate.node, *best);
+            on_drawing_.insert(candidate.node);
+        }
+    }
+
+    Mesh& mesh_;
+    Engine& engine_;
+    const Drawn& drawn_;
+    const Drawing& drawing_;
+    std::set<NodeNumber> on_drawing_, pinned_;
+    std::vector<Point> open_pins_;  // that no node could take
+};
+
+}  // namespace
+
+std::vector<Solid> solids_met_by(const Mesh& mesh, Engine& engine, const Drawing& drawing,
+                                 const DrawnSegment& segment) {
+    std::vector<Solid> solids;
+    const auto reach = static_cast<float>(drawing.tolerance);
+    for (const ElementNumber e : elements_near(engine, segment.from, segment.to, reach)) {
+        if (!is_solid(mesh, e) || !is_cuttable(mesh, engine, e))
+            continue;
+        const Solid solid = solid_of(mesh, e);
+        // Met are those with corners on both sides of the line or on it; a few more do no harm.
+        int left = 0, right = 0;
+        for (const NodeNumber n : solid.nodes()) {
+            const Point at = node_point(mesh, n);
+            const int side = orientation(segment.from, segment.to, at);
+            const bool near = foot_on(segment.from, segment.to, at).distance < drawing.tolerance;
+            left += side > 0 || near ? 1 : 0;
+            right += side < 0 || near ? 1 : 0;
+        }
+        if (left > 0 && right > 0)
+            solids.push_back(solid);
+    }
+    return solids;
+}
+
+std::vector<Solid> solids_holding(const Mesh& mesh, Engine& engine, const Drawing& drawing,
+                                  const Point& point) {
+    std::vector<Solid> solids;
+    for (const ElementNumber e : elements_near(engine, point, point, static_cast<float>(drawing.tolerance))) {
+        if (!is_solid(mesh, e) || !is_cuttable(mesh, engine, e))
+            continue;
+        const Solid solid = solid_of(mesh, e);
+        bool inside = true, near = false;
+        for (std::size_t i = 0; i < solid.count; ++i) {
+            const Point a = node_point(mesh, solid.node[i]), b = node_point(mesh, solid.behind(i));
+            inside = inside && orientation(a, b, point) >= 0;
+            near = near || foot_on(a, b, point).distance < drawing.tolerance;
+        }
+        if (inside || near)
+            solids.push_back(solid);
+    }
+    return solids;
+}
+
+bool crosses(const Mesh& mesh, const Drawing& drawing, const DrawnSegment& segment, const Side& side) {
+    const Point a = node_point(mesh, side.first), b = node_point(mesh, side.second);
+    return orientation(segment.from, segment.to, a) * orientation(segment.from, segment.to, b) < 0 &&
+           orientation(a, b, segment.from) * orientation(a, b, segment.to) < 0 &&
+           !is_on(mesh, drawing, segment, side.first) && !is_on(mesh, drawing, segment, side.second);
+}
+
+bool is_on(const Mesh& mesh, const Drawing& drawing, const DrawnSegment& segment, NodeNumber node) {
+    return foot_on(segment.from, segment.to, node_point(mesh, node)).distance < drawing.tolerance;
+}
+
+std::set<NodeNumber> move_onto(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing) {
+    return Mover(mesh, engine, drawn, drawing).run();
+}
+
+}  // namespace brelan

@@ -1,0 +1,229 @@
+#include "group/sound_parts.h"
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "group/engine_mesh.h"
+#include "group/new_nodes.h"
+#include "group/sound_moves.h"
+#include "mesh/mesh_records.h"
+#include "plane/foot.h"
+#include "plane/orientation.h"
+#include "plane/triangulation.h"
+
+namespace brelan {
+
+namespace {
+
+using Part = std::array<NodeNumber, 4>;  // none behind a triangle
+
+class Divider {
+public:
+    Divider(Mesh& mesh, Engine& engine, Drawn& drawn, const Drawing& drawing, const CutPlan& plan)
+        : mesh_(mesh), engine_(engine), drawn_(drawn), drawing_(drawing), plan_(plan) {}
+
+    std::set<NodeNumber> run(const std::set<NodeNumber>& on_drawing) {
+        collect(on_drawing);
+        for (const auto& [side, points] : plan_.sides)
+            divide_drawn(side);
+        for (const auto& [e, segments] : touched_)
+            divide(solid_of(mesh_, e), segments);
+        for (const auto& [side, points] : plan_.sides) {
+            const SideUsers users = users_of(mesh_, engine_, side);
+            for (const ElementNumber e : users.joints)
+                divide_joint(e);
+            for (const ElementNumber e : users.lines)
+                divide_line(e);
+        }
+        return std::move(nodes_);
+    }
+
+private:
+    // The elements to divide, with the segments that run through them.
+    void collect(const std::set<NodeNumber>& on_drawing) {
+        for (std::size_t k = 0; k < drawing_.segments.size(); ++k)
+            for (const Solid& solid : solids_met_by(mesh_, engine_, drawing_, drawing_.segments[k]))
+                touched_[solid.element].push_back(k);
+        for (const auto& [side, points] : plan_.sides)
+            for (const ElementNumber e : users_of(mesh_, engine_, side).solids)
+                touched_[e];
+        for (const auto& [key, nodes] : plan_.inner)
+            for (const Solid& solid : solids_with(mesh_, engine_, key.back()))
+                if (key_of(solid) == key)
+                    touched_[solid.element];
+        for (const NodeNumber node : on_drawing)
+            for (const Solid& solid : solids_with(mesh_, engine_, node))
+                if (is_better_split(node_points(mesh_, solid.nodes())))
+                    touched_[solid.element];
+    }
+
+    void divide_drawn(const Side& side) {
+        if (drawn_.sides.erase(side) == 0)
+            return;
+        NodeNumber last = side.first;
+        for (const NodeNumber node : plan_.between(side.first, side.second)) {
+            drawn_.sides.insert(side_between(last, node));
+            last = node;
+        }
+        drawn_.sides.insert(side_between(last, side.second));
+    }
+
+    void divide(Solid solid, const std::vector<std::size_t>& segments) {
+        // Doubles are divided alike, whatever corner they begin with.
+        std::rotate(solid.node.begin(),
+                    std::min_element(solid.node.begin(), solid.node.begin() + solid.count),
+                    solid.node.begin() + solid.count);
+        const CornerKey key = key_of(solid);
+        auto found = parts_.find(key);
+        if (found == parts_.end())
+            found = parts_.emplace(key, parts_of(solid, segments)).first;
+        const std::vector<Part>& parts = found->second;
+        const ElementNumber first = solid.element;
+        for (std::size_t i = 0; i < parts.size(); ++i)
+            write(first, i == 0 ? first : new_element_like(first), parts[i]);
+    }
+
+    ElementNumber new_element_like(ElementNumber first) {
+        const ElementNumber e = add_element(engine_);
+        copy_attributes(mesh_, first, e);
+        mesh_.words[e].material = mesh_.words[first].material;
+        mesh_.type[e] = mesh_.type[first];
+        engine_.workable[e] = engine_.workable[first].names_one() ? e : ElementNumber{};
+        return e;
+    }
+
+    void write(ElementNumber first, ElementNumber e, const Part& part) {
+        ElementWords& words = mesh_.words[e];
+        words.midside_5 = words.midside_6 = words.midside_7 = words.midside_8 = {};
+        const std::size_t count = part[3].names_one() ? 4 : 3;
+        for (std::size_t i = 0; i < count; ++i)
+            if (orientation(node_point(mesh_, part[i]), node_point(mesh_, part[(i + 1) % count]),
+                            node_point(mesh_, part[(i + 2) % count])) <= 0)
+                refuse(first, part[(i + 1) % count], "cannot be divided into sound parts");
+        set_corners(mesh_, engine_, e, {{part[0], part[1], part[2], part[3]}});
+        nodes_.insert(part.begin(), part.begin() + static_cast<std::ptrdiff_t>(count));
+    }
+
+    [[noreturn]] void refuse(ElementNumber e, NodeNumber node, const std::string& why) const {
+        fail("group " + std::to_string(engine_.group) + ": element " + to_string(e) + " at " +
+             text_of(node_point(mesh_, node)) + " " + why);
+    }
+
+    // The parts of a solid; none where it stays as it is.
+    std::vector<Part> parts_of(const Solid& solid, const std::vector<std::size_t>& segments) {
+        const std::vector<Point> corners = node_points(mesh_, solid.nodes());
+        std::vector<NodeNumber> nodes = plan_.ring_of(solid);
+        bool is_touched = nodes.size() != solid.count || is_better_split(corners);
+        Triangulation triangulation(node_points(mesh_, nodes));
+        if (const auto inner = plan_.inner.find(key_of(solid)); inner != plan_.inner.end())
+            for (const NodeNumber node : inner->second) {
+                if (triangulation.add_inside(node_point(mesh_, node)) < 0)
+                    refuse(solid.element, node, "does not hold the point that is drawn in it");
+                nodes.push_back(node);
+                is_touched = true;
+            }
+        for (const std::size_t k : segments)
+            is_touched = fix_chain(triangulation, solid, nodes, drawing_.segments[k]) || is_touched;
+        if (!is_touched)
+            return {};
+        triangulation.improve();
+        for (std::size_t i = nodes.size(); i < triangulation.points().size(); ++i)
+            nodes.push_back(add_inner_node(mesh_, engine_, triangulation.points()[i], solid.node));
+        for (const auto& [a, b] : triangulation.fixed_edges())
+            drawn_.sides.insert(
+                side_between(nodes[static_cast<std::size_t>(a)], nodes[static_cast<std::size_t>(b)]));
+        std::vector<Part> parts;
+        for (const Triangulation::Part& part : triangulation.parts()) {
+            Part named{};
+            for (std::size_t i = 0; i < 4 && part[i] >= 0; ++i)
+                named[i] = nodes[static_cast<std::size_t>(part[i])];
+            parts.push_back(named);
+        }
+        return parts;
+    }
+
+    // Makes a chain of edges of the nodes that lie on a segment. True where it runs through the inside.
+    bool fix_chain(Triangulation& triangulation, const Solid& solid, const std::vector<NodeNumber>& nodes,
+                   const DrawnSegment& segment) {
+        std::vector<std::pair<double, int>> on;
+        for (std::size_t i = 0; i < nodes.size(); ++i) {
+            const Foot foot = foot_on(segment.from, segment.to, node_point(mesh_, nodes[i]));
+            if (foot.distance < drawing_.tolerance)
+                on.emplace_back(foot.share, static_cast<int>(i));
+        }
+        std::sort(on.begin(), on.end());
+        const auto ring = static_cast<int>(plan_.ring_of(solid).size());
+        bool inside = false;
+        for (std::size_t i = 1; i < on.size(); ++i) {
+            const int a = on[i - 1].second, b = on[i].second;
+            if (!triangulation.fix(a, b, drawing_.tolerance))
+                refuse(solid.element, nodes[static_cast<std::size_t>(a)], "cannot be divided along the line");
+            const bool along_side = a < ring && b < ring && ((a + 1) % ring == b || (b + 1) % ring == a);
+            inside = inside || !along_side;
+            if (along_side)
+                drawn_.sides.insert(
+                    side_between(nodes[static_cast<std::size_t>(a)], nodes[static_cast<std::size_t>(b)]));
+        }
+        return inside;
+    }
+
+    // I1-I2 and I4-I3 lie across each other and have as many new nodes each.
+    void divide_joint(ElementNumber e) {
+        const Corners c = corners_of(mesh_, e);
+        const std::vector<NodeNumber> near = plan_.between(c.n[0], c.n[1]),
+                                      far = plan_.between(c.n[3], c.n[2]);
+        if (near.empty())
+            return;
+        NodeNumber a = c.n[0], d = c.n[3];
+        ElementNumber part = e;
+        for (std::size_t i = 0; i <= near.size(); ++i) {
+            const bool last = i == near.size();
+            const NodeNumber b = last ? c.n[1] : near[i], other = last ? c.n[2] : far[i];
+            if (i > 0)
+                part = new_element_like(e);
+            set_corners(mesh_, engine_, part, {{a, b, other, d}});
+            a = b;
+            d = other;
+        }
+    }
+
+    void divide_line(ElementNumber e) {
+        const ElementRecord element = load_element(mesh_, e);
+        const NodeNumber from = element.words.corner_1, to = element.words.corner_2;
+        std::vector<NodeNumber> ends = plan_.between(from, to);
+        ends.push_back(to);
+        NodeNumber last = from;
+        for (std::size_t i = 0; i < ends.size(); ++i) {
+            const ElementNumber part = i == 0 ? e : add_element(engine_);
+            ElementRecord record = element;
+            const ElementRecord ended = two_node_element(last, ends[i], element.words.material);
+            record.words = ended.words;
+            store_element(mesh_, part, static_cast<std::int8_t>(mesh_.type[e]), record);
+            mesh_.type[part] = mesh_.type[e];
+            engine_.side_sign[part] = engine_.side_sign[e];
+            engine_.workable[part] = engine_.workable[e].names_one() ? part : ElementNumber{};
+            note_element(mesh_, engine_, part);
+            last = ends[i];
+        }
+    }
+
+    Mesh& mesh_;
+    Engine& engine_;
+    Drawn& drawn_;
+    const Drawing& drawing_;
+    const CutPlan& plan_;
+    std::map<ElementNumber, std::vector<std::size_t>> touched_;
+    std::map<CornerKey, std::vector<Part>> parts_;
+    std::set<NodeNumber> nodes_;  // of what was divided
+};
+
+}  // namespace
+
+std::set<NodeNumber> divide_elements(Mesh& mesh, Engine& engine, Drawn& drawn, const Drawing& drawing,
+                                     const CutPlan& plan, const std::set<NodeNumber>& on_drawing) {
+    return Divider(mesh, engine, drawn, drawing, plan).run(on_drawing);
+}
+
+}  // namespace brelan

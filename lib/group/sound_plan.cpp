@@ -1,0 +1,321 @@
+#include "group/sound_plan.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "group/engine_mesh.h"
+#include "group/new_nodes.h"
+#include "group/sound_moves.h"
+#include "plane/foot.h"
+#include "plane/orientation.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr double BEND =
+    0.25;  // a side bends to a pin that lies this much of its way to the nearer end beside it
+
+class Planner {
+public:
+    Planner(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing)
+        : mesh_(mesh), engine_(engine), drawn_(drawn), drawing_(drawing) {}
+
+    CutPlan run() {
+        for (const Point& pin : drawing_.pins)
+            place_pin(pin);
+        for (const DrawnSegment& segment : drawing_.segments)
+            place_crossings(segment);
+        carry_over_joints();
+        return std::move(plan_);
+    }
+
+private:
+    void place_pin(const Point& pin) {
+        std::map<ElementNumber, Solid> solids;
+        for (const Solid& solid : solids_holding(mesh_, engine_, drawing_, pin)) {
+            solids[solid.element] = solid;
+            // Where a side is bent, the neighbour may hold the point.
+            for (std::size_t i = 0; i < solid.count; ++i)
+                if (const Side side = side_between(solid.node[i], solid.behind(i));
+                    plan_.sides.count(side) != 0)
+                    for (const ElementNumber e : users_of(mesh_, engine_, side).solids)
+                        solids[e] = solid_of(mesh_, e);
+        }
+        for (const auto& [e, solid] : solids)
+            if (!place_on_border(solid, pin) && holds(solid, pin) && !bend_to(solid, pin))
+                add_inside(solid, pin);
+    }
+
+    // By the sides as they are bent now; each of them is crossed or not by the way to the right.
+    bool holds(const Solid& solid, const Point& p) const {
+        const std::vector<Point> ring = node_points(mesh_, plan_.ring_of(solid));
+        bool inside = false;
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            const Point &a = ring[i], &b = ring[(i + 1) % ring.size()];
+            if (a.y <= p.y && b.y > p.y && orientation(a, b, p) > 0)
+                inside = !inside;
+            if (b.y <= p.y && a.y > p.y && orientation(b, a, p) > 0)
+                inside = !inside;
+        }
+        return inside;
+    }
+
+    // The nodes along a side, its ends among them.
+    std::vector<NodeNumber> chain_of(const Side& side) const {
+        std::vector<NodeNumber> chain = plan_.between(side.first, side.second);
+        chain.insert(chain.begin(), side.first);
+        chain.push_back(side.second);
+        return chain;
+    }
+
+    // True for a pin that is a corner of a solid, or a node of one of its sides now.
+    bool place_on_border(const Solid& solid, const Point& pin) {
+        for (const NodeNumber node : solid.nodes()) {
+            const Point at = node_point(mesh_, node);
+            if (foot_on(at, at, pin).distance < drawing_.tolerance)
+                return true;
+        }
+        for (std::size_t i = 0; i < solid.count; ++i) {
+            const Side side = side_between(solid.node[i], solid.behind(i));
+            const std::vector<NodeNumber> chain = chain_of(side);
+            for (std::size_t k = 1; k < chain.size(); ++k) {
+                const Point a = node_point(mesh_, chain[k - 1]), b = node_point(mesh_, chain[k]);
+                const Foot foot = foot_on(a, b, pin);
+                if (foot.distance >= drawing_.tolerance)
+                    continue;
+                add_on_side(side, is_kept(side) ? at_share(a, b, foot.share) : pin, drawing_.tolerance);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    // Bends the side that a pin is nearly on. False where none may be bent.
+    bool bend_to(const Solid& solid, const Point& pin) {
+        Side nearest{};
+        double least = BEND;
+        for (std::size_t i = 0; i < solid.count; ++i) {
+            const Point a = node_point(mesh_, solid.node[i]), b = node_point(mesh_, solid.behind(i));
+            const double to_end = std::min(foot_on(a, a, pin).distance, foot_on(b, b, pin).distance);
+            const double bend = foot_on(a, b, pin).distance / to_end;
+            const Side side = side_between(solid.node[i], solid.behind(i));
+            if (bend < least && may_bend(side, pin)) {
+                least = bend;
+                nearest = side;
+            }
+        }
+        if (nearest.first.is_none())
+            return false;
+        add_on_side(nearest, pin, drawing_.tolerance);
+        return true;
+    }
+
+    // A side that may leave its line for a point: no other thing is drawn on it, and it is not too near to
+    // one of the elements' other sides.
+    bool may_bend(const Side& side, const Point& place) const {
+        if (is_kept(side) || plan_.sides.count(side) != 0)
+            return false;
+        const double bend =
+            foot_on(node_point(mesh_, side.first), node_point(mesh_, side.second), place).distance;
+        for (const ElementNumber e : users_of(mesh_, engine_, side).solids) {
+            const Solid solid = solid_of(mesh_, e);
+            for (std::size_t i = 0; i < solid.count; ++i) {
+                const Side other = side_between(solid.node[i], solid.behind(i));
+                if (other != side &&
+                    foot_on(node_point(mesh_, other.first), node_point(mesh_, other.second), place)
+                            .distance <= bend / BEND)
+                    return false;
+            }
+        }
+        // Nothing that is drawn may come to lie beyond the side.
+        const Point a = node_point(mesh_, side.first), b = node_point(mesh_, side.second);
+        const bool in_the_way =
+            std::any_of(drawing_.segments.begin(), drawing_.segments.end(), [&](const DrawnSegment& segment) {
+                if (is_on(mesh_, drawing_, segment, side.first) &&
+                    is_on(mesh_, drawing_, segment, side.second))
+                    return true;
+                const auto crosses_piece = [&](const Point& from, const Point& to) {
+                    return orientation(segment.from, segment.to, from) *
+                                   orientation(segment.from, segment.to, to) <
+                               0 &&
+                           orientation(from, to, segment.from) * orientation(from, to, segment.to) < 0;
+                };
+                return foot_on(segment.from, segment.to, place).distance >= drawing_.tolerance &&
+                       (crosses_piece(a, place) || crosses_piece(place, b));
+            });
+        if (in_the_way)
+            return false;
+        const int turn = orientation(a, b, place);
+        return std::none_of(drawing_.pins.begin(), drawing_.pins.end(), [&](const Point& pin) {
+            const Foot foot = foot_on(a, b, pin);
+            if (foot.distance < drawing_.tolerance && foot.share > 0.0 && foot.share < 1.0)
+                return true;
+            return orientation(a, b, pin) == turn && orientation(b, place, pin) == turn &&
+                   orientation(place, a, pin) == turn &&
+                   std::min(foot_on(a, place, pin).distance, foot_on(place, b, pin).distance) >=
+                       drawing_.tolerance;
+        });
+    }
+
+    void place_crossings(const DrawnSegment& segment) {
+        for (const Solid& solid : solids_met_by(mesh_, engine_, drawing_, segment))
+            for (std::size_t i = 0; i < solid.count; ++i) {
+                const Side side = side_between(solid.node[i], solid.behind(i));
+                const std::vector<NodeNumber> chain = chain_of(side);
+                for (std::size_t k = 1; k < chain.size(); ++k)
+                    place_crossing(segment, solid.element, side, {chain[k - 1], chain[k]});
+            }
+    }
+
+    // Where the segment crosses a piece of a side.
+    void place_crossing(const DrawnSegment& segment, ElementNumber e, const Side& side, const Side& piece) {
+        if (!crosses(mesh_, drawing_, segment, piece))
+            return;
+        const Point a = node_point(mesh_, piece.first), b = node_point(mesh_, piece.second);
+        const Point place = meeting_of(a, b, segment.from, segment.to);
+        if (segment.only_moves)
+            fail("group " + std::to_string(engine_.group) + ", segment " +
+                 std::to_string(segment.segment + 1) +
+                 ": no node may be added (IEND -2), and none can move to " + text_of(place) +
+                 " on the side of element " + to_string(e) + " between nodes " + to_string(side.first) +
+                 " and " + to_string(side.second));
+        add_on_side(side, place, drawing_.tolerance);
+    }
+
+    // Puts a node on a side, unless one is there already.
+    void add_on_side(const Side& side, const Point& place, double tolerance) {
+        std::vector<SidePoint>& points = plan_.sides[side];
+        for (const SidePoint& point : points)
+            if (foot_on(place, place, node_point(mesh_, point.node)).distance < tolerance)
+                return;
+        const double share =
+            foot_on(node_point(mesh_, side.first), node_point(mesh_, side.second), place).share;
+        const NodeNumber node = add_side_node(mesh_, engine_, place, side.first, side.second);
+        points.insert(
+            std::upper_bound(points.begin(), points.end(), share,
+                             [](double value, const SidePoint& point) { return value < point.share; }),
+            {share, node});
+    }
+
+    void add_inside(const Solid& solid, const Point& pin) {
+        std::vector<NodeNumber>& nodes = plan_.inner[key_of(solid)];
+        for (const NodeNumber node : nodes)
+            if (node_point(mesh_, node) == pin)
+                return;
+        nodes.push_back(add_inner_node(mesh_, engine_, pin, solid.node));
+    }
+
+    // Sides that a new node must not bend.
+    bool is_kept(const Side& side) const {
+        const SideUsers users = users_of(mesh_, engine_, side);
+        if (!users.joints.empty() || !users.lines.empty() || drawn_.sides.count(side) != 0)
+            return true;
+        std::vector<MaterialNumber> ahead, back;  // materials to both sides
+        for (const ElementNumber e : users.solids) {
+            const Solid solid = solid_of(mesh_, e);
+            for (std::size_t i = 0; i < solid.count; ++i)
+                if (side_between(solid.node[i], solid.behind(i)) == side)
+                    (solid.node[i] == side.first ? ahead : back).push_back(mesh_.words[e].material);
+        }
+        std::sort(ahead.begin(), ahead.end());
+        std::sort(back.begin(), back.end());
+        return ahead != back;
+    }
+
+    static Point at_share(const Point& a, const Point& b, double share) {
+        const double x = static_cast<double>(a.x), y = static_cast<double>(a.y);
+        return {static_cast<float>(x + share * (static_cast<double>(b.x) - x)),
+                static_cast<float>(y + share * (static_cast<double>(b.y) - y))};
+    }
+
+    // A joint has as many nodes on one side as on the other, so what divides one side divides the side
+    // across.
+    void carry_over_joints() {
+        std::vector<Side> waiting;
+        for (const auto& [side, points] : plan_.sides)
+            waiting.push_back(side);
+        while (!waiting.empty()) {
+            const Side side = waiting.back();
+            waiting.pop_back();
+            for (const ElementNumber e : users_of(mesh_, engine_, side).joints) {
+                const Corners c = corners_of(mesh_, e);
+                const bool first = side_between(c.n[0], c.n[1]) == side;
+                if (!first && side_between(c.n[2], c.n[3]) != side)
+                    fail("group " + std::to_string(engine_.group) +
+                         ": the line runs along the inside of joint element " + to_string(e) + " at " +
+                         text_of(node_point(mesh_, plan_.sides[side].front().node)));
+                if (carry_over(first ? c.n[0] : c.n[3], first ? c.n[1] : c.n[2], first ? c.n[3] : c.n[0],
+                               first ? c.n[2] : c.n[1]))
+                    waiting.push_back(first ? side_between(c.n[2], c.n[3]) : side_between(c.n[0], c.n[1]));
+            }
+        }
+    }
+
+    // From the side A-B to C-D, which lies across in the same direction. True when nodes were added.
+    bool carry_over(NodeNumber a, NodeNumber b, NodeNumber c, NodeNumber d) {
+        const std::vector<NodeNumber> here = plan_.between(a, b), there = plan_.between(c, d);
+        if (here.size() == there.size())
+            return false;
+        const Point from = node_point(mesh_, a), to = node_point(mesh_, b);
+        const Point across = node_point(mesh_, c), across_end = node_point(mesh_, d);
+        const double length = foot_on(from, from, to).distance;
+        const double width =
+            std::max(foot_on(from, from, across).distance, foot_on(to, to, across_end).distance);
+        const double reach = length > 0.0 ? (2.0 * width + 2.0 * drawing_.tolerance) / length : 1.0;
+        std::vector<bool> used(there.size(), false);
+        bool added = false;
+        for (const NodeNumber node : here) {
+            const double share = foot_on(from, to, node_point(mesh_, node)).share;
+            bool met = false;
+            for (std::size_t i = 0; i < there.size() && !met; ++i) {
+                const double other = foot_on(across, across_end, node_point(mesh_, there[i])).share;
+                met = !used[i] && std::abs(other - share) <= reach;
+                if (met)
+                    used[i] = true;
+            }
+            if (met)
+                continue;
+            add_on_side(side_between(c, d), at_share(across, across_end, share), 0.0);
+            added = true;
+        }
+        return added;
+    }
+
+    Mesh& mesh_;
+    Engine& engine_;
+    const Drawn& drawn_;
+    const Drawing& drawing_;
+    CutPlan plan_;
+};
+
+}  // namespace
+
+std::vector<NodeNumber> CutPlan::between(NodeNumber a, NodeNumber b) const {
+    std::vector<NodeNumber> nodes;
+    const auto found = sides.find(side_between(a, b));
+    if (found == sides.end())
+        return nodes;
+    for (const SidePoint& point : found->second)
+        nodes.push_back(point.node);
+    if (a > b)
+        std::reverse(nodes.begin(), nodes.end());
+    return nodes;
+}
+
+std::vector<NodeNumber> CutPlan::ring_of(const Solid& solid) const {
+    std::vector<NodeNumber> ring;
+    for (std::size_t i = 0; i < solid.count; ++i) {
+        ring.push_back(solid.node[i]);
+        const std::vector<NodeNumber> nodes = between(solid.node[i], solid.behind(i));
+        ring.insert(ring.end(), nodes.begin(), nodes.end());
+    }
+    return ring;
+}
+
+CutPlan plan_cut(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing) {
+    return Planner(mesh, engine, drawn, drawing).run();
+}
+
+}  // namespace brelan

@@ -1,0 +1,31 @@
+#include "plane/foot.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace brelan {
+
+Foot foot_on(const Point& from, const Point& to, const Point& p) {
+    const double sx = static_cast<double>(to.x) - static_cast<double>(from.x);
+    const double sy = static_cast<double>(to.y) - static_cast<double>(from.y);
+    const double vx = static_cast<double>(p.x) - static_cast<double>(from.x);
+    const double vy = static_cast<double>(p.y) - static_cast<double>(from.y);
+    const double square = sx * sx + sy * sy;
+    const double share = square > 0.0 ? std::clamp((sx * vx + sy * vy) / square, 0.0, 1.0) : 0.0;
+    const double dx = vx - share * sx, dy = vy - share * sy;
+    return {std::sqrt(dx * dx + dy * dy), share};
+}
+
+Point meeting_of(const Point& a, const Point& b, const Point& c, const Point& d) {
+    const double rx = static_cast<double>(b.x) - static_cast<double>(a.x);
+    const double ry = static_cast<double>(b.y) - static_cast<double>(a.y);
+    const double sx = static_cast<double>(d.x) - static_cast<double>(c.x);
+    const double sy = static_cast<double>(d.y) - static_cast<double>(c.y);
+    const double vx = static_cast<double>(c.x) - static_cast<double>(a.x);
+    const double vy = static_cast<double>(c.y) - static_cast<double>(a.y);
+    const double share = (vx * sy - vy * sx) / (rx * sy - ry * sx);
+    return {static_cast<float>(static_cast<double>(a.x) + share * rx),
+            static_cast<float>(static_cast<double>(a.y) + share * ry)};
+}
+
+}  // namespace brelan

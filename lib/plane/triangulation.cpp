@@ -1,0 +1,311 @@
+#include "plane/triangulation.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include "plane/foot.h"
+#include "plane/orientation.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr double GAIN = 1.0E-9;  // of an opening: a flip for less would do nothing but take turns
+
+struct Vector {
+    double x, y;
+};
+
+Vector between(const Point& from, const Point& to) {
+    return {static_cast<double>(to.x) - static_cast<double>(from.x),
+            static_cast<double>(to.y) - static_cast<double>(from.y)};
+}
+
+double smallest_opening(const Point& a, const Point& b, const Point& c) {
+    const std::array<Point, 3> corners{a, b, c};
+    return openings_of(corners).smallest;
+}
+
+}  // namespace
+
+Openings openings_of(std::span<const Point> corners) {
+    Openings found{4.0, 0.0};
+    const std::size_t n = corners.size();
+    for (std::size_t i = 0; i < n; ++i) {
+        const Vector u = between(corners[i], corners[(i + 1) % n]),
+                     v = between(corners[i], corners[(i + n - 1) % n]);
+        const double lengths = std::sqrt((u.x * u.x + u.y * u.y) * (v.x * v.x + v.y * v.y));
+        const double cosine = lengths > 0.0 ? (u.x * v.x + u.y * v.y) / lengths : 1.0;
+        const double opening = u.x * v.y - u.y * v.x >= 0.0 ? 1.0 - cosine : 3.0 + cosine;
+        found.smallest = std::min(found.smallest, opening);
+        found.largest = std::max(found.largest, opening);
+    }
+    return found;
+}
+
+// Ears are cut off, the best shaped first (Meisters, Polygons have ears, 1975). No other corner may lie in an
+// ear or on it, so that corners on a straight side do not stay behind.
+Triangulation::Triangulation(std::span<const Point> ring) : points_(ring.begin(), ring.end()) {
+    std::vector<int> left(points_.size());
+    std::iota(left.begin(), left.end(), 0);
+    while (left.size() >= 3) {
+        const std::size_t n = left.size();
+        const auto corner = [&](std::size_t i) { return left[i % n]; };
+        std::vector<std::pair<double, std::size_t>> ears;
+        for (std::size_t i = 0; i < n; ++i) {
+            const Point &a = at(corner(i + n - 1)), &b = at(corner(i)), &c = at(corner(i + 1));
+            if (orientation(a, b, c) > 0)
+                ears.emplace_back(-smallest_opening(a, b, c), i);
+        }
+        std::sort(ears.begin(), ears.end());
+        const auto is_free = [&](const std::pair<double, std::size_t>& ear) {
+            const int a = corner(ear.second + n - 1), b = corner(ear.second), c = corner(ear.second + 1);
+            return std::none_of(left.begin(), left.end(), [&](int other) {
+                return other != a && other != b && other != c && orientation(at(a), at(b), at(other)) >= 0 &&
+                       orientation(at(b), at(c), at(other)) >= 0 && orientation(at(c), at(a), at(other)) >= 0;
+            });
+        };
+        const auto ear = std::find_if(ears.begin(), ears.end(), is_free);
+        if (ear == ears.end()) {
+            apex_.clear();
+            return;
+        }
+        add(corner(ear->second + n - 1), corner(ear->second), corner(ear->second + 1));
+        left.erase(left.begin() + static_cast<std::ptrdiff_t>(ear->second));
+    }
+    improve();
+}
+
+int Triangulation::add_inside(const Point& point) {
+    const auto p = static_cast<int>(points_.size());
+    points_.push_back(point);
+    // The triangle that holds the point. On an edge between two, both are divided.
+    for (const auto& [edge, c] : apex_) {
+        const auto [a, b] = edge;
+        if (a > b || a > c)
+            continue;  // each triangle once, from its lowest corner
+        const int ab = orientation(at(a), at(b), point), bc = orientation(at(b), at(c), point),
+                  ca = orientation(at(c), at(a), point);
+        if (ab < 0 || bc < 0 || ca < 0)
+            continue;
+        if (ab == 0 || bc == 0 || ca == 0) {
+            const Edge on = ab == 0 ? Edge{a, b} : bc == 0 ? Edge{b, c} : Edge{c, a};
+            split_edge(on.first, on.second, p);
+            return p;
+        }
+        const int apex = c;
+        const Edge base{a, b};
+        remove(base.first, base.second, apex);
+        add(base.first, base.second, p);
+        add(base.second, apex, p);
+        add(apex, base.first, p);
+        settle({base, {base.second, apex}, {apex, base.first}});
+        return p;
+    }
+    return -1;
+}
+
+bool Triangulation::fix(int from, int to, double tolerance) {
+    // The points that lie on the chain, in their order along it.
+    std::vector<std::pair<double, int>> on;
+    for (int i = 0; i < static_cast<int>(points_.size()); ++i) {
+        const Foot foot = foot_on(at(from), at(to), at(i));
+        if (i != from && i != to && foot.distance < tolerance)
+            on.emplace_back(foot.share, i);
+    }
+    std::sort(on.begin(), on.end());
+    int last = from;
+    for (const auto& [share, i] : on) {
+        if (!fix_between(last, i, tolerance))
+            return false;
+        last = i;
+    }
+    return fix_between(last, to, tolerance);
+}
+
+void Triangulation::improve() {
+    std::vector<Edge> edges;
+    for (const auto& [edge, c] : apex_)
+        if (edge.first < edge.second)
+            edges.push_back(edge);
+    settle(std::move(edges));
+}
+
+std::vector<Triangulation::Part> Triangulation::parts() const {
+    struct Pair {
+        double smallest;
+        Edge edge;
+    };
+    std::vector<Pair> pairs;
+    for (const auto& [edge, c] : apex_) {
+        const auto [a, b] = edge;
+        const int d = a < b && !is_fixed(a, b) ? apex(b, a) : -1;
+        if (d < 0)
+            continue;
+        const std::array<Point, 4> corners{at(a), at(d), at(b), at(c)};
+        const Openings quadrilateral = openings_of(corners);
+        const double triangles =
+            std::min(smallest_opening(at(a), at(b), at(c)), smallest_opening(at(b), at(a), at(d)));
+        const bool is_well_shaped =
+            quadrilateral.smallest >= OPENING_30 && quadrilateral.largest <= OPENING_150;
+        if (is_well_shaped || (quadrilateral.smallest >= triangles && quadrilateral.largest <= OPENING_165))
+            pairs.push_back({std::min(quadrilateral.smallest, OPENING_180 - quadrilateral.largest), edge});
+    }
+    std::stable_sort(pairs.begin(), pairs.end(),
+                     [](const Pair& one, const Pair& two) { return one.smallest > two.smallest; });
+    std::set<std::array<int, 3>> used;
+    const auto triangle = [](int a, int b, int c) {
+        std::array<int, 3> corners{a, b, c};
+        std::rotate(corners.begin(), std::min_element(corners.begin(), corners.end()), corners.end());
+        return corners;
+    };
+    std::vector<Part> found;
+    for (const Pair& pair : pairs) {
+        const auto [a, b] = pair.edge;
+        const int c = apex(a, b), d = apex(b, a);
+        if (used.count(triangle(a, b, c)) != 0 || used.count(triangle(b, a, d)) != 0)
+            continue;
+        used.insert(triangle(a, b, c));
+        used.insert(triangle(b, a, d));
+        found.push_back({a, d, b, c});
+    }
+    for (const auto& [edge, c] : apex_) {
+        const auto [a, b] = edge;
+        if (a < b && a < c && used.count({a, b, c}) == 0)
+            found.push_back({a, b, c, -1});
+    }
+    for (Part& part : found) {
+        const auto last = part[3] < 0 ? part.end() - 1 : part.end();
+        std::rotate(part.begin(), std::min_element(part.begin(), last), last);
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+void Triangulation::add(int a, int b, int c) {
+    apex_[{a, b}] = c;
+    apex_[{b, c}] = a;
+    apex_[{c, a}] = b;
+}
+
+void Triangulation::remove(int a, int b, int c) {
+    apex_.erase({a, b});
+    apex_.erase({b, c});
+    apex_.erase({c, a});
+}
+
+int Triangulation::apex(int a, int b) const {
+    const auto found = apex_.find({a, b});
+    return found == apex_.end() ? -1 : found->second;
+}
+
+bool Triangulation::is_flippable(int a, int b) const {
+    const int c = apex(a, b), d = apex(b, a);
+    return c >= 0 && d >= 0 && !is_fixed(a, b) && orientation(at(a), at(d), at(c)) > 0 &&
+           orientation(at(d), at(b), at(c)) > 0;
+}
+
+void Triangulation::flip(int a, int b) {
+    const int c = apex(a, b), d = apex(b, a);
+    remove(a, b, c);
+    remove(b, a, d);
+    add(a, d, c);
+    add(d, b, c);
+}
+
+bool Triangulation::improves(int a, int b) const {
+    const Point &pa = at(a), &pb = at(b), &pc = at(apex(a, b)), &pd = at(apex(b, a));
+    const double now = std::min(smallest_opening(pa, pb, pc), smallest_opening(pb, pa, pd));
+    const double then = std::min(smallest_opening(pa, pd, pc), smallest_opening(pd, pb, pc));
+    return then > now + GAIN;
+}
+
+void Triangulation::split_edge(int a, int b, int p) {
+    const int c = apex(a, b), d = apex(b, a);
+    if (is_fixed(a, b)) {
+        fixed_.erase(lower_first(a, b));
+        fixed_.insert(lower_first(a, p));
+        fixed_.insert(lower_first(p, b));
+    }
+    std::vector<Edge> around;
+    if (c >= 0) {
+        remove(a, b, c);
+        add(a, p, c);
+        add(p, b, c);
+        around.insert(around.end(), {{b, c}, {c, a}});
+    }
+    if (d >= 0) {
+        remove(b, a, d);
+        add(p, a, d);
+        add(b, p, d);
+        around.insert(around.end(), {{a, d}, {d, b}});
+    }
+    settle(std::move(around));
+}
+
+// Flips edges as long as that helps, and looks again at those around.
+void Triangulation::settle(std::vector<Edge> edges) {
+    while (!edges.empty()) {
+        const auto [a, b] = edges.back();
+        edges.pop_back();
+        if (!is_flippable(a, b) || !improves(a, b))
+            continue;
+        const int c = apex(a, b), d = apex(b, a);
+        flip(a, b);
+        edges.insert(edges.end(), {{b, c}, {c, a}, {a, d}, {d, b}});
+    }
+}
+
+std::vector<Triangulation::Edge> Triangulation::crossed_edges(int from, int to) const {
+    std::vector<Edge> crossed;
+    for (const auto& [edge, c] : apex_) {
+        const auto [a, b] = edge;
+        if (a > b || a == from || a == to || b == from || b == to)
+            continue;
+        if (orientation(at(from), at(to), at(a)) * orientation(at(from), at(to), at(b)) < 0 &&
+            orientation(at(a), at(b), at(from)) * orientation(at(a), at(b), at(to)) < 0)
+            crossed.push_back(edge);
+    }
+    return crossed;
+}
+
+bool Triangulation::fix_between(int from, int to, double tolerance) {
+    if (from == to)
+        return true;
+    std::vector<Edge> crossed = crossed_edges(from, to);
+    for (const auto& [a, b] : crossed) {
+        if (!is_fixed(a, b))
+            continue;
+        const auto p = static_cast<int>(points_.size());
+        points_.push_back(meeting_of(at(from), at(to), at(a), at(b)));
+        split_edge(a, b, p);
+        return fix(from, p, tolerance) && fix(p, to, tolerance);
+    }
+    // Edges in the way are flipped, those that cannot be after others (Sloan, A fast algorithm for generating
+    // constrained Delaunay triangulations, 1993).
+    std::size_t waiting = 0;
+    while (!crossed.empty() && waiting <= crossed.size()) {
+        const auto [a, b] = crossed.front();
+        crossed.erase(crossed.begin());
+        if (!is_flippable(a, b)) {
+            crossed.emplace_back(a, b);
+            ++waiting;
+            continue;
+        }
+        waiting = 0;
+        const int c = apex(a, b), d = apex(b, a);
+        flip(a, b);
+        const Edge diagonal = lower_first(c, d);
+        const bool ends_there = diagonal.first == from || diagonal.first == to || diagonal.second == from ||
+                                diagonal.second == to;
+        if (!ends_there && orientation(at(from), at(to), at(c)) * orientation(at(from), at(to), at(d)) < 0)
+            crossed.push_back(diagonal);
+    }
+    if (apex(from, to) < 0 && apex(to, from) < 0)
+        return false;
+    fixed_.insert(lower_first(from, to));
+    return true;
+}
+
+}  // namespace brelan

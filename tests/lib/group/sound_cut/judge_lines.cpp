@@ -1,0 +1,306 @@
+// Drawn pieces: in ground that can be cut each is a chain of sides of elements, and what lies along it is as
+// long.
+#include <algorithm>
+#include <cmath>
+
+#include "lib/group/sound_cut/judged_mesh.h"
+
+namespace brelan::test {
+
+namespace {
+
+struct OnPiece {
+    int node = 0;
+    double along = 0.0, off = 0.0;  // from the start, and from the piece
+};
+
+class LineJudge {
+public:
+    LineJudge(const Judgement& judgement, const DrawnPath& path) : j_(judgement), path_(path) {
+        for (const CutSolid& solid : j_.run.before.solids)
+            if (std::find(j_.deck.listed.begin(), j_.deck.listed.end(), solid.number) != j_.deck.listed.end())
+                listed_.push_back(&solid);
+    }
+
+    void judge() {
+        for (const DrawnPiece& piece : path_.pieces) {
+            piece_ = &piece;
+            if (!piece.is_cut) {
+                gap_ = true;
+                if (piece.places_start)
+                    judge_end(piece.points.front(), piece.points[1]);
+                if (piece.places_end)
+                    judge_end(piece.points.back(), piece.points[piece.points.size() - 2]);
+                continue;
+            }
+            for (std::size_t k = 0; k + 1 < piece.points.size(); ++k)
+                judge_edge(k);
+        }
+        judge_elements();
+    }
+
+private:
+    std::string name() const {
+        return "group " + std::to_string(path_.group) + ", segment " + std::to_string(piece_->segment) + ": ";
+    }
+    void add(const std::string& text) const { j_.add(Law::line, name() + text); }
+
+    bool is_listed(const Spot& p) const {
+        return std::any_of(listed_.begin(), listed_.end(), [&](const CutSolid* solid) {
+            bool inside = true;
+            std::vector<Spot> corners;
+            for (const int n : solid->corners)
+                for (const CutNode& node : j_.run.before.nodes)
+                    if (node.number == n)
+                        corners.push_back(node.at);
+            for (std::size_t i = 0; i < corners.size(); ++i)
+                inside = inside && cross(corners[i], corners[(i + 1) % corners.size()], p) > 0.0;
+            return inside;
+        });
+    }
+
+    // Ground beside a spot of a piece from a to b that a cut must reach.
+    bool is_ground(const Spot& p, const Spot& a, const Spot& b) const {
+        const double length = distance(a, b), reach = 4.0 * j_.rounding;
+        const double nx = -(b.y - a.y) / length * reach, ny = (b.x - a.x) / length * reach;
+        return std::any_of(&SIDES[0], &SIDES[2], [&](double side) {
+            const Spot beside{p.x + side * nx, p.y + side * ny};
+            return j_.mesh.covers(beside) && !is_listed(beside);
+        });
+    }
+    bool is_ground_between(const Spot& a, const Spot& b, double from, double to) const {
+        constexpr int samples = 9;
+        const double length = distance(a, b);
+        for (int i = 1; i <= samples; ++i) {
+            const double t = (from + (to - from) * i / (samples + 1)) / length;
+            const Spot p{a.x + t * (b.x - a.x), a.y + t * (b.y - a.y)};
+            if (distance_to_border(p) > j_.same && is_ground(p, a, b))  // nearer than that they are one
+                return true;
+        }
+        return false;
+    }
+
+    // The part of a piece within the rectangle of the ground, as shares; none where it runs outside.
+    bool clip(const Spot& a, const Spot& b, double& from, double& to) const {
+        from = 0.0, to = 1.0;
+        const auto cut = [&](double at, double step, double low, double high) {
+            if (std::abs(step) < 1.0E-12)
+                return at >= low - j_.rounding && at <= high + j_.rounding;
+            const double t0 = (low - at) / step, t1 = (high - at) / step;
+            from = std::max(from, std::min(t0, t1));
+            to = std::min(to, std::max(t0, t1));
+            return from < to;
+        };
+        return cut(a.x, b.x - a.x, j_.deck.low.x, j_.deck.high.x) &&
+               cut(a.y, b.y - a.y, j_.deck.low.y, j_.deck.high.y);
+    }
+
+    // An end that a segment of the path makes a node.
+    bool is_placed(const Spot& p) const {
+        return std::any_of(path_.pieces.begin(), path_.pieces.end(), [&](const DrawnPiece& piece) {
+            return (piece.places_start && distance(p, piece.points.front()) <= j_.same) ||
+                   (piece.places_end && distance(p, piece.points.back()) <= j_.same);
+        });
+    }
+
+    void judge_end(const Spot& p, const Spot& towards) const {
+        if (distance(p, towards) <= j_.same || !is_ground(p, p, towards))
+            return;
+        for (const int n : j_.mesh.solid_nodes)
+            if (distance(j_.mesh.at(n), p) <= j_.same)
+                return;
+        add("no node at its end " + words(p));
+    }
+
+    std::vector<OnPiece> nodes_on(const Spot& a, const Spot& b) const {
+        const double length = distance(a, b), reach = 1.001 * j_.same;
+        std::vector<OnPiece> nodes;
+        std::set<int> seen;
+        for (const int n : j_.mesh.solid_nodes) {
+            const Spot& p = j_.mesh.at(n);
+            if (p.x < std::min(a.x, b.x) - reach || p.x > std::max(a.x, b.x) + reach ||
+                p.y < std::min(a.y, b.y) - reach || p.y > std::max(a.y, b.y) + reach)
+                continue;
+            const double off = distance_to(p, a, b);
+            if (off <= reach && seen.insert(j_.mesh.root(n)).second)
+                nodes.push_back({j_.mesh.root(n), share_along(p, a, b) * length, off});
+        }
+        std::sort(nodes.begin(), nodes.end(), [](const OnPiece& u, const OnPiece& v) {
+            return u.along < v.along || (u.along == v.along && u.off < v.off);
+        });
+        return nodes;
+    }
+
+    double distance_to_border(const Spot& p) const {
+        return std::min({std::abs(p.x - j_.deck.low.x), std::abs(p.x - j_.deck.high.x),
+                         std::abs(p.y - j_.deck.low.y), std::abs(p.y - j_.deck.high.y)});
+    }
+
+    // Nodes that other things hold may be off by TOLSAME.
+    bool gives_way(const Spot& p, const Spot& a, const Spot& b) const {
+        const double room = 1.01 * j_.same;
+        if (distance_to_border(p) <= room)
+            return true;
+        for (const int n : j_.run.frozen_codes)
+            if (const auto at = before(n); at != nullptr && distance(at->at, p) <= room)
+                return true;
+        for (const int n : j_.deck.frozen)
+            if (const auto at = before(n); at != nullptr && distance(at->at, p) <= room)
+                return true;
+        for (const DrawnPath& path : j_.run.paths)
+            for (const DrawnPiece& piece : path.pieces)
+                for (std::size_t k = 0; k + 1 < piece.points.size(); ++k) {
+                    const Spot &from = piece.points[k], &to = piece.points[k + 1];
+                    const bool itself = distance(from, a) == 0.0 && distance(to, b) == 0.0;
+                    if (!itself && distance_to(p, from, to) <= room)
+                        return true;
+                }
+        return false;
+    }
+    const CutNode* before(int number) const {
+        const auto& nodes = j_.run.before.nodes;
+        const auto at = std::lower_bound(nodes.begin(), nodes.end(), number,
+                                         [](const CutNode& node, int n) { return node.number < n; });
+        return at != nodes.end() && at->number == number ? &*at : nullptr;
+    }
+
+    void judge_edge(std::size_t k) {
+        const Spot &a = piece_->points[k], &b = piece_->points[k + 1];
+        const double length = distance(a, b);
+        double from = 0.0, to = 1.0;
+        if (length <= j_.same || !clip(a, b, from, to)) {
+            gap_ = gap_ || length > j_.same;
+            return;
+        }
+        gap_ = gap_ || from > 0.0 || to < 1.0;
+        const bool start_is_node = from > 0.0 || k > 0 || is_placed(a);
+        const bool end_is_node = to < 1.0 || k + 2 < piece_->points.size() || is_placed(b);
+        const std::vector<OnPiece> nodes = nodes_on(a, b);
+        from *= length, to *= length;
+        if (nodes.empty()) {
+            gap_ = true;
+            if ((start_is_node || end_is_node) && is_ground_between(a, b, from, to))
+                add("no node on it from " + words(a) + " to " + words(b));
+            return;
+        }
+        if (nodes.front().along > from + j_.same)
+            judge_gap(a, b, from, nodes.front().along, start_is_node);
+        for (std::size_t i = 0; i + 1 < nodes.size();) {
+            std::size_t next = i + 1;
+            // A node that only stands near by is passed.
+            while (next + 1 < nodes.size() && !j_.mesh.is_side(nodes[i].node, nodes[next].node) &&
+                   nodes[next].off > j_.rounding && next < i + 4)
+                ++next;
+            if (!j_.mesh.is_side(nodes[i].node, nodes[next].node))
+                next = i + 1;
+            judge_step(a, b, nodes[i], nodes[next]);
+            i = next;
+        }
+        if (nodes.back().along < to - j_.same)
+            judge_gap(a, b, nodes.back().along, to, end_is_node);
+    }
+
+    void judge_gap(const Spot& a, const Spot& b, double from, double to, bool is_node) {
+        gap_ = true;
+        if (is_node && is_ground_between(a, b, from, to)) {
+            const double length = distance(a, b), f = from / length, t = to / length;
+            add("no side along " + words({a.x + f * (b.x - a.x), a.y + f * (b.y - a.y)}) + " to " +
+                words({a.x + t * (b.x - a.x), a.y + t * (b.y - a.y)}));
+        }
+    }
+
+    void judge_step(const Spot& a, const Spot& b, const OnPiece& u, const OnPiece& v) {
+        if (j_.mesh.is_side(u.node, v.node)) {
+            if (sides_.insert(side_of(u.node, v.node)).second) {
+                const double length = distance(j_.mesh.at(u.node), j_.mesh.at(v.node));
+                covered_ += length;
+                if (j_.on_border(j_.mesh.at(u.node), j_.mesh.at(v.node)))
+                    on_border_ += length;
+            }
+            for (const OnPiece& n : {u, v})
+                if (n.off > j_.rounding && gives_way(j_.mesh.at(n.node), a, b))
+                    j_.verdict.gave_way = true;
+                else if (n.off > j_.rounding)
+                    add("node " + std::to_string(n.node) + " is " + std::to_string(n.off) + " off it at " +
+                        words(j_.mesh.at(n.node)));
+            return;
+        }
+        if (v.along - u.along <= j_.same)
+            return;
+        gap_ = true;
+        if (is_ground_between(a, b, u.along, v.along))
+            add("no side from node " + std::to_string(u.node) + " " + words(j_.mesh.at(u.node)) + " to " +
+                std::to_string(v.node) + " " + words(j_.mesh.at(v.node)));
+    }
+
+    // Line elements and joints of this group alone are as long as its chain, and lie along sides.
+    void judge_elements() {
+        if (path_.pieces.empty() || path_.free_line || is_shared())
+            return;
+        double beams = 0.0, joints = 0.0;
+        bool has_beams = false;
+        for (const CutLine& line : j_.run.after.lines) {
+            if (line.material != path_.line_material || path_.line_type < 2)
+                continue;
+            has_beams = true;
+            beams += distance(j_.mesh.at(line.from), j_.mesh.at(line.to));
+            if (!gap_ && !j_.mesh.is_side(line.from, line.to))
+                j_.add(Law::line, "group " + std::to_string(path_.group) + ": line element " +
+                                      std::to_string(line.number) + " runs along no side from node " +
+                                      std::to_string(line.from) + " " + words(j_.mesh.at(line.from)) +
+                                      " to " + std::to_string(line.to) + " " + words(j_.mesh.at(line.to)));
+        }
+        for (const CutJoint& joint : j_.run.after.joints)
+            if (joint.material == path_.joint_material) {
+                joints += distance(j_.mesh.at(joint.corners[0]), j_.mesh.at(joint.corners[1]));
+                if (path_.thickness == 0.0 &&
+                    std::max(distance(j_.mesh.at(joint.corners[0]), j_.mesh.at(joint.corners[3])),
+                             distance(j_.mesh.at(joint.corners[1]), j_.mesh.at(joint.corners[2]))) >
+                        j_.rounding)
+                    j_.add(Law::line, "joint " + std::to_string(joint.number) + " of no width is open at " +
+                                          words(j_.mesh.at(joint.corners[0])));
+            }
+        const double room = j_.same * 4.0 + j_.rounding * static_cast<double>(sides_.size());
+        const auto tell = [&](const char* what, double length, double optional) {
+            if (!gap_ && (length > covered_ + room || length < covered_ - optional - room))
+                j_.add(Law::line, "group " + std::to_string(path_.group) + ": its " + what +
+                                      " have a length of " + std::to_string(length) + ", its sides " +
+                                      std::to_string(covered_));
+        };
+        // The head of a mesh file of the head kind hides its trusses from a second deck.
+        const bool hidden =
+            j_.deck.kind == Kind::head && path_.line_type > 2 && path_.group <= j_.deck.groups_of_first_deck;
+        if (!hidden && (has_beams || path_.line_type >= 2))
+            tell("line elements", beams, 0.0);
+        if (path_.joint_material != 0)
+            tell("joints", joints, on_border_);  // there is ground on one side alone
+    }
+    bool is_shared() const {
+        return std::any_of(j_.run.paths.begin(), j_.run.paths.end(), [&](const DrawnPath& other) {
+            return std::abs(other.type) == 1 ||
+                   (other.group != path_.group &&
+                    ((path_.line_type >= 2 && other.line_type >= 2 &&
+                      other.line_material == path_.line_material) ||
+                     (path_.joint_material != 0 && other.joint_material == path_.joint_material)));
+        });
+    }
+
+    static constexpr double SIDES[2] = {1.0, -1.0};
+    const Judgement& j_;
+    const DrawnPath& path_;
+    const DrawnPiece* piece_ = nullptr;
+    std::vector<const CutSolid*> listed_;
+    std::set<Side> sides_;
+    double covered_ = 0.0, on_border_ = 0.0;
+    bool gap_ = false;  // some of the path is no chain, as the deck or the ground asks for
+};
+
+}  // namespace
+
+void judge_lines(const Judgement& j) {
+    for (const DrawnPath& path : j.run.paths)
+        if (path.type != 0 && !path.free_line)
+            LineJudge(j, path).judge();
+}
+
+}  // namespace brelan::test
