@@ -11,6 +11,7 @@
 #include "group/line_elements.h"
 #include "group/line_nodes.h"
 #include "group/listing.h"
+#include "group/midsides.h"
 #include "group/path_cut.h"
 #include "group/regions.h"
 #include "group/sound_cut.h"
@@ -73,12 +74,15 @@ public:
         tolerances_.line = static_cast<float>(smallest_distance(mesh, tolerances, engine));
         for (NodeNumber n(1); n <= engine.highest_node; ++n)
             loaded_.push_back(node_point(mesh, n));
+        midsides_.emplace(mesh, engine);
     }
 
     GroupListing run() {
         for (std::int32_t g = 1; g <= group_cards_.count; ++g)
             run_group(g);
         finish_joints();
+        if (midsides_)
+            midsides_->restore(mesh_, engine_);
         return std::move(listing_);
     }
 
@@ -246,6 +250,7 @@ private:
     CutTable table_;
     Drawn drawn_;
     std::vector<Point> loaded_;  // places of the nodes before the first group
+    std::optional<Midsides> midsides_;
     GroupListing listing_;
     std::vector<JointRecord> records_;
 };

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "group/engine_mesh.h"
+#include "group/midsides.h"
 #include "group/new_nodes.h"
 #include "group/sound_moves.h"
 #include "mesh/mesh_records.h"
@@ -95,8 +96,7 @@ private:
     }
 
     void write(ElementNumber first, ElementNumber e, const Part& part) {
-        ElementWords& words = mesh_.words[e];
-        words.midside_5 = words.midside_6 = words.midside_7 = words.midside_8 = {};
+        ask_for_midsides(mesh_, first, e);
         const std::size_t count = part[3].names_one() ? 4 : 3;
         for (std::size_t i = 0; i < count; ++i)
             if (orientation(node_point(mesh_, part[i]), node_point(mesh_, part[(i + 1) % count]),

@@ -22,7 +22,7 @@ void require_room(const EditCards& edit, Number first, Number last_position, Num
 
 }  // namespace
 
-ElementNumber pack_elements(Mesh& mesh) {
+ElementNumber pack_elements(Mesh& mesh, MidsideNodes midsides) {
     ElementNumber position;
     for (ElementNumber n{1}; n <= LAST_ELEMENT; ++n) {
         if (mesh.type[n] == ELEMENT_DELETED)
@@ -36,17 +36,19 @@ ElementNumber pack_elements(Mesh& mesh) {
         to.corner_3 = from.corner_3;
         to.corner_4 = from.corner_4;
         to.material = from.material;
+        if (midsides == MidsideNodes::taken)
+            to = from;
         copy_attributes(mesh, n, position);
     }
     return position;
 }
 
-PackedNodes pack_nodes(Mesh& mesh, ElementNumber last) {
+PackedNodes pack_nodes(Mesh& mesh, ElementNumber last, MidsideNodes midsides) {
     // The head kind leaves H and CF where they are, so a gap in the numbers misplaces them: meshes of the
     // head kind get their heads from the solver's deck.
     const bool moves_values = mesh.kind == LayoutKind::temperature;
     PackedNodes packed;
-    for (const NodeNumber n : nodes_of_elements(mesh, last)) {
+    for (const NodeNumber n : nodes_of_elements(mesh, last, midsides)) {
         const NodeNumber position = ++packed.last;
         packed.position[n] = position;
         mesh.codes[position] = mesh.codes[n];
@@ -61,12 +63,18 @@ PackedNodes pack_nodes(Mesh& mesh, ElementNumber last) {
     return packed;
 }
 
-void renumber_corners(Mesh& mesh, ElementNumber last, const PackedNodes& nodes, NodeNumber first_node) {
+void renumber_words(Mesh& mesh, ElementNumber last, const PackedNodes& nodes, NodeNumber first_node,
+                    MidsideNodes midsides) {
     for (ElementNumber n{1}; n <= last; ++n) {
         ElementWords& w = mesh.words[n];
         for (NodeNumber* corner : {&w.corner_1, &w.corner_2, &w.corner_3, &w.corner_4})
             if (corner->names_one())
                 *corner = placed(first_node, nodes.position[*corner]);
+        if (midsides == MidsideNodes::left_out || mesh.type[n] != ELEMENT_CONTINUUM)
+            continue;
+        for (NodeNumber* node : {&w.midside_5, &w.midside_6, &w.midside_7, &w.midside_8})
+            if (node->names_one())
+                *node = placed(first_node, nodes.position[*node]);
     }
 }
 

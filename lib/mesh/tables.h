@@ -94,6 +94,9 @@ struct Selection {
 void reset_mesh(Mesh& mesh);
 
 // The nodes that are corners of the elements from 1 to the last one, deleted ones apart, in ascending number.
-std::vector<NodeNumber> nodes_of_elements(const Mesh& mesh, ElementNumber last_element);
+// Midside nodes are taken along or left out.
+enum class MidsideNodes { left_out, taken };
+std::vector<NodeNumber> nodes_of_elements(const Mesh& mesh, ElementNumber last_element,
+                                          MidsideNodes midsides = MidsideNodes::left_out);
 
 }  // namespace brelan

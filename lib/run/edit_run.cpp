@@ -11,6 +11,7 @@
 #include "mesh/edit_tables.h"
 #include "mesh/edition.h"
 #include "mesh/group_tables.h"
+#include "mesh/kinds.h"
 #include "mesh/moves.h"
 #include "mesh/polyline_selection.h"
 #include "mesh/result_file.h"
@@ -114,12 +115,15 @@ void run_compaction(Run& run) {
         return;
     if (run.deck.edit.operation == 4)
         run_collapse_and_moves(run);
+    // By the rules midside nodes that are no corner go, and the words that name them stay as they are.
+    const bool takes_midsides = run.cut == CutMethod::sound && kind_row(run.mesh.kind).element_words == 8;
+    const MidsideNodes midsides = takes_midsides ? MidsideNodes::taken : MidsideNodes::left_out;
     run.trace.pass(" Pass 15 ", 15.0F);
-    const ElementNumber elements = pack_elements(run.mesh);
+    const ElementNumber elements = pack_elements(run.mesh, midsides);
     run.trace.pass(" Pass 16 ", 16.0F);
-    const PackedNodes nodes = pack_nodes(run.mesh, elements);
+    const PackedNodes nodes = pack_nodes(run.mesh, elements, midsides);
     run.trace.pass(" Pass 17 ", 17.0F);
-    renumber_corners(run.mesh, elements, nodes, run.deck.edit.first_node);
+    renumber_words(run.mesh, elements, nodes, run.deck.edit.first_node, midsides);
     if (run.deck.edit.operation == 4)
         renumber_lines(run, nodes, run.deck.edit.first_node);
     run.trace.pass(" Pass 18 ", 18.0F);
