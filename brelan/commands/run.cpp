@@ -22,11 +22,10 @@
 #include "commands/batch/side_files.h"
 #include "commands/batch/temporary_directory.h"
 #include "commands/card_report.h"
-#include "commands/checking/free_sides.h"
+#include "commands/checking/deck_check.h"
 #include "commands/commands.h"
 #include "commands/run_failure.h"
 #include "commands/run_summary.h"
-#include "formats/mesh_file.h"
 
 namespace brelan::tool {
 
@@ -148,23 +147,16 @@ fs::path result_of(const NotedDeck& deck, const fs::path& project, const fs::pat
     return file_of_card(project, name, work);
 }
 
-// What a run that has finished leaves to be said.
-void warn(const Remark& remark, const NotedDeck& deck, const fs::path& base_mesh, bool work_is_left) {
-    const auto say = [&](int line, const std::string& text) {
-        remark(fmt::format("{}, line {}: warning: {}", deck.file.string(), line, text));
-    };
-    if (in_working_directory(deck.result) && !work_is_left)
-        for (const DeckCard& card : deck.cards)
-            if (card.type == CardType::name && card.name == deck.result)
-                say(card.line, lost_result(card.name));
-    if (deck.mode != 2 || lower(deck.result) == lower(BASE_MESH))
-        return;
-    std::error_code error;
-    if (const DeckCard* blocks = deck.card("4.1"); fs::is_regular_file(base_mesh, error))
-        // The name of its directory may hold a backslash.
-        for (const std::string& side :
-             free_sides(*blocks, read_mesh_file(base_mesh.filename(), deck.kind, directory_of(base_mesh))))
-            say(blocks->line, side);
+// What may be wrong with the deck, before it runs: not why the run will end, which it will say itself, nor
+// what has been said of its kind and of the mark in front of it.
+void warn(const Remark& remark, const DeckCheck& check, bool work_is_left) {
+    for (const Doubt& doubt : check.doubts) {
+        if (doubt.ends_run || doubt.id == "other-kind" || doubt.id == "byte-order-mark" ||
+            (doubt.id == "lost-result" && work_is_left))
+            continue;
+        const std::string line = doubt.line > 0 ? fmt::format(", line {}", doubt.line) : "";
+        remark(fmt::format("{}{}: warning: {}", check.deck.file.string(), line, doubt.message));
+    }
 }
 
 // The lists that a dam with shells leaves go by the numbers of a mesh that its run deletes.
@@ -230,10 +222,15 @@ int run_deck(const RunOptions& options, const Context& context) {
     });
     if (!data)
         data.emplace(context.program, choice.edition, project);
-    const NotedDeck deck = read_deck(source, choice.edition.kind);
+    const DeckCheck check =
+        check_of(read_deck(source, choice.edition.kind), choice.edition, {project, kept_work});
+    const NotedDeck& deck = check.deck;
+    report.cuts = has_cut(deck);
     if (deck.byte_order_mark)
         remark(mark_passed_over(deck_file));
     refuse_harmful_result(deck, project, kept_work, *data);
+    if (check.verdict.status == 0)
+        warn(remark, check, options.keep || !options.work.empty());
     const WorkingDirectory work(project, options);
     write_file(work.path() / DECK_NAME, deck.text);
     const LineUpFile line_up(project, work.path());
@@ -278,8 +275,6 @@ int run_deck(const RunOptions& options, const Context& context) {
         std::erase(report.also, mesh);
     }
     remark_old_numbers(report, deck);
-    warn(remark, deck, files.place_of(file_of_card(project, BASE_MESH)),
-         options.keep || !options.work.empty());
     if (options.json)
         print(run_json(report));
     else if (!context.quiet)

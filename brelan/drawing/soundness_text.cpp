@@ -63,17 +63,32 @@ std::string place_text(const Finding& finding, const Place& p) {
     return fmt::format("node {}{}", p.node, at);
 }
 
+namespace {
+
+// "2 hanging nodes (first: node 7 on ...)".
+std::string count_text(const Finding& finding) {
+    const std::size_t count = finding.places.size();
+    return fmt::format("{} {} ({}{})", count, count == 1 ? finding.singular : finding.plural,
+                       count == 1 ? "" : "first: ", place_text(finding, finding.places.front()));
+}
+
+}  // namespace
+
 std::string soundness_line(const Soundness& soundness) {
     std::string line;
-    for (const Finding& finding : soundness.findings) {
-        if (!finding.unsound || finding.places.empty())
-            continue;
-        const std::size_t count = finding.places.size();
-        line += fmt::format("{}{} {} ({}{})", line.empty() ? "unsound: " : "; ", count,
-                            count == 1 ? finding.singular : finding.plural,
-                            count == 1 ? "" : "first: ", place_text(finding, finding.places.front()));
-    }
+    for (const Finding& finding : soundness.findings)
+        if (finding.unsound && !finding.places.empty())
+            line += (line.empty() ? "unsound: " : "; ") + count_text(finding);
     return line.empty() ? "sound" : line;
+}
+
+std::string remarks_line(const Soundness& soundness) {
+    std::string line;
+    for (const Finding& finding : soundness.findings)
+        if (!finding.unsound && !finding.places.empty() && finding.check != Check::double_element &&
+            finding.check != Check::free_line)
+            line += (line.empty() ? "" : "; ") + count_text(finding);
+    return line;
 }
 
 }  // namespace brelan::tool

@@ -76,8 +76,8 @@ inline std::string mesh_text_of(const std::string& deck, std::map<std::string, s
     input.edition = edition;
     input.files["..\\deck.dat"] = deck;
     for (const std::string file : {"DV-BRELAN.dat", "UNIT.DAT"})
-        input.files["C:\\Vork\\Qx\\Qxdata\\" + file] = read_text(
-            std::filesystem::path(BRELAN_SOURCE_DIR) / "data" / "Vork" / "Qx" / "Qxdata" / file);
+        input.files["C:\\Vork\\Qx\\Qxdata\\" + file] =
+            read_text(std::filesystem::path(BRELAN_SOURCE_DIR) / "data" / "Vork" / "Qx" / "Qxdata" / file);
     for (const auto& [name, text] : meshes)
         input.files["..\\" + name] = text;
     const brelan::RunResult result = run_deck(input);

@@ -30,13 +30,13 @@ std::string triangles_of_second_order(int columns, int rows) {
             std::snprintf(line, sizeof line, " %d %d %d %d 0 %d %d %d 0 1 1.0 2.3\n", ++count, node(i, j),
                           node(i + 2, j), node(i, j + 2), node(i + 1, j), node(i + 1, j + 1), node(i, j + 1));
             elements += line;
-            std::snprintf(line, sizeof line, " %d %d %d %d 0 %d %d %d 0 1 1.0 2.3\n", ++count,
-                          node(i + 2, j), node(i + 2, j + 2), node(i, j + 2), node(i + 2, j + 1),
-                          node(i + 1, j + 2), node(i + 1, j + 1));
+            std::snprintf(line, sizeof line, " %d %d %d %d 0 %d %d %d 0 1 1.0 2.3\n", ++count, node(i + 2, j),
+                          node(i + 2, j + 2), node(i, j + 2), node(i + 2, j + 1), node(i + 1, j + 2),
+                          node(i + 1, j + 1));
             elements += line;
         }
-    return "second order\n  NUMNP   NCONT   NBEAM   NTRUS\n " + std::to_string(across * (2 * rows + 1)) + " " +
-           std::to_string(count) +
+    return "second order\n  NUMNP   NCONT   NBEAM   NTRUS\n " + std::to_string(across * (2 * rows + 1)) +
+           " " + std::to_string(count) +
            " 0 0\n  NODAL COORDINATES\n  NODE  IDX  IDY  IDT  IEX  IEY  XC  YC\n" + nodes +
            "  CONTINUUM ELEMENT INDEX\n  NEL I1 I2 I3 I4 M5 M6 M7 M8 MATC THIC DEN\n" + elements;
 }
@@ -59,18 +59,22 @@ TEST(SoundnessOfDecks, LineOverAMeshOfSecondOrderLeavesMidsideNumbersOfNoNode) {
 }
 
 // The joints of the wall are elements of the next deck, which cuts them along with the ground: the corner of
-// its stage touches the wall 3.5 m above its foot.
-TEST(SoundnessOfDecks, StageOfALaterDeckThatTouchesAWallWithAJointPullsItApart) {
+// its stage touches the wall 3.5 m above its foot. The solids fit together; the joints do not.
+TEST(SoundnessOfDecks, StageOfALaterDeckThatTouchesAWallCutsItsJoints) {
     const Ground ground{0.0, -20.0, 40.0, 20.0};
-    const std::string walled = mesh_text_of(base_deck(ground, {wall(20.0, -11.5, 0.0, "0.0")}));
+    const std::string walled = mesh_text_of(base_deck(ground, {wall(20.0, 0.0, -11.5, "0.0")}));
     expect_only(soundness_of(mesh_of(walled)), {});
-    const Soundness s = soundness_of(mesh_of(
-        mesh_text_of(edit_deck("Wall.Mes", ground, {{4, "5 1.9 0 0 2", {{20, -8}, {28, 0}, {20, 0}}}}),
-                     {{"Wall.Mes", walled}})));
+    const MeshLists mesh = mesh_of(
+        mesh_text_of(edit_deck("Wall.Mes", ground, {{4, "5 1.9 0 0 2", {{12, 0}, {20, -8}, {20, 0}}}}),
+                     {{"Wall.Mes", walled}}));
+    const Soundness s = soundness_of(mesh);
+    const std::size_t joints = mesh.count(ElementClass::joint);
+    EXPECT_GT(joints, 12U);
+    EXPECT_GT(s.of(Check::triangular_joint).places.size(), 0U);
     EXPECT_FALSE(s.sound());
-    EXPECT_GT(s.of(Check::crossed_joint).places.size() + s.of(Check::stacked_joint).places.size() +
-                  s.of(Check::collapsed_joint).places.size() + s.of(Check::triangular_joint).places.size(),
-              0U);
+    for (const Finding& finding : s.findings)
+        EXPECT_TRUE(!finding.unsound || finding.check == Check::triangular_joint || finding.places.empty())
+            << finding.id;
 }
 
 // The nodes of both sides of the joint fall together with one of the mesh that it is joined to.
@@ -78,8 +82,8 @@ TEST(SoundnessOfDecks, CombinationThroughAJointCollapsesIt) {
     const Ground left{0.0, 0.0, 20.0, 12.0, 0.5}, right{20.0, 0.0, 10.0, 12.0, 0.5};
     const std::string walled = mesh_text_of(base_deck(left, {wall(20.0, 0.0, 12.0, "0.0")}));
     const std::string plain = mesh_text_of(base_deck(right, {}));
-    const MeshLists mesh = mesh_of(mesh_text_of("0 0\nPlain.Mes\nWall.Mes\nOut.Mes\n0\n",
-                                                {{"Wall.Mes", walled}, {"Plain.Mes", plain}}));
+    const MeshLists mesh = mesh_of(
+        mesh_text_of("0 0\nPlain.Mes\nWall.Mes\nOut.Mes\n0\n", {{"Wall.Mes", walled}, {"Plain.Mes", plain}}));
     const Soundness s = soundness_of(mesh);
     EXPECT_EQ(s.of(Check::collapsed_joint).places.size(), 24U);  // 12 m in halves
     EXPECT_FALSE(s.sound());
@@ -112,8 +116,7 @@ TEST(SoundnessOfDecks, SecondWideJointOnALineLiesOverTheFirstAndTheToeIsOpen) {
 
 // The deck fixes all 21 nodes of the bottom; sums of 32 bits leave 19 of them beside the bound.
 TEST(SoundnessOfDecks, BottomOfADeepBaseMeshStaysFree) {
-    const Soundness s =
-        soundness_of(mesh_of(mesh_text_of(base_deck({0.0, 0.0, 20.0, 150.0, 1.0}, {}))));
+    const Soundness s = soundness_of(mesh_of(mesh_text_of(base_deck({0.0, 0.0, 20.0, 150.0, 1.0}, {}))));
     expect_only(s, {{Check::free_side_node, 19}});
     expect_only(soundness_of(mesh_of(mesh_text_of(base_deck({0.0, 0.0, 20.0, 20.0, 1.0}, {})))), {});
 }
@@ -123,12 +126,13 @@ TEST(SoundnessOfDecks, StagesThatDoubleTheSameGroundAreTold) {
     const auto stage = [](double left, double right, const std::string& material) {
         return SiteGroup{4, material, {{left, 6}, {right, 6}, {right, 8}, {left, 8}}};
     };
-    // Apart: each element twice. One over the other by 2 m by 2 m: four elements of which two have material 5.
+    // Apart: each element twice. One over the other by 2 m by 2 m: four elements of which two have
+    // material 5.
     expect_only(soundness_of(mesh_of(mesh_text_of(
                     base_deck(ground, {stage(2, 4, "5 1.9 0 0 2"), stage(4, 6, "5 1.9 0 0 3")})))),
                 {{Check::double_element, 8}});
-    const Soundness s = soundness_of(mesh_of(
-        mesh_text_of(base_deck(ground, {stage(2, 6, "5 1.9 0 0 2"), stage(4, 8, "5 1.9 0 0 3")}))));
+    const Soundness s = soundness_of(
+        mesh_of(mesh_text_of(base_deck(ground, {stage(2, 6, "5 1.9 0 0 2"), stage(4, 8, "5 1.9 0 0 3")}))));
     EXPECT_EQ(s.of(Check::stacked_double).places.size(), 8U);  // third and fourth of four places
     EXPECT_GT(s.of(Check::duplicate_element).places.size(), 0U);
     EXPECT_FALSE(s.sound());
