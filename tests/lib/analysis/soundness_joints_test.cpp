@@ -88,6 +88,15 @@ TEST(SoundnessOfJoints, FootNodeThatJumpedUpTheWallTurnsItsJointOver) {
 
 TEST(SoundnessOfJoints, FootNodeThatJumpedDownDoesNotFaceItsTwin) {
     expect_only(soundness_of(wall_on_the_border(-1.5)), {{Check::crossed_joint, 1}});
+    expect_only(soundness_of(wall_on_the_border(-1.5, 0.1)), {{Check::crossed_joint, 1}});
+}
+
+// In a bend sharper than its width the twins of the line run back.
+TEST(SoundnessOfJoints, TwinsThatRunBackTurnTheJointOver) {
+    expect_only(soundness_of(Sample().nodes({{0, 0}, {0.5, 0}, {-0.1, 1}, {0.6, 1}}).joint({1, 2, 3, 4})),
+                {{Check::crossed_joint, 1}});
+    expect_only(soundness_of(Sample().nodes({{0, 0}, {0.5, 0}, {0.6, 1}, {-0.1, 1}}).joint({1, 2, 3, 4})),
+                {});
 }
 
 TEST(SoundnessOfJoints, AnotherWidthThanTheRestOfTheLineIsARemark) {

@@ -31,6 +31,28 @@ TEST(SoundnessOfLines, NodeWithinAWallThatFollowsTheSidesIsTold) {
     EXPECT_EQ(s.of(Check::unjoined_line).places[0].node, 7);
 }
 
+// One over nodes 7 and 8 is no strut either where it goes on from the wall.
+TEST(SoundnessOfLines, NodesWithinTheLastPartOfAWallAreTold) {
+    const auto ground = [] {
+        return two_squares()
+            .nodes({{3, 1}, {4, 1}, {5, 1}, {3, 0}, {4, 0}, {5, 0}})
+            .solid({3, 10, 7, 6})
+            .solid({10, 11, 8, 7})
+            .solid({11, 12, 9, 8});
+    };
+    expect_only(soundness_of(ground().beam(4, 5).beam(5, 6).beam(6, 9)), {{Check::unjoined_line, 2}});
+    expect_only(soundness_of(ground().beam(6, 9)), {{Check::free_line, 1}});
+    // Of another material, or round a corner, it is another line.
+    expect_only(soundness_of(ground().beam(4, 5).beam(5, 6).beam(6, 9, 2)), {{Check::free_line, 1}});
+    expect_only(soundness_of(ground().beam(3, 6).beam(6, 9)), {{Check::free_line, 1}});
+}
+
+// The parts of a strut need no nodes of the ground between its ends.
+TEST(SoundnessOfLines, StrutOfSeveralPartsAlongASideIsNoRemark) {
+    expect_only(soundness_of(two_squares().nodes({{0.3, 1}, {0.7, 1}}).truss(4, 7).truss(7, 8).truss(8, 5)),
+                {});
+}
+
 TEST(SoundnessOfLines, ElementThatRunsBackOverTheOneBeforeItIsFolded) {
     const Soundness s = soundness_of(two_squares().beam(4, 6).beam(6, 5));
     expect_only(s, {{Check::folded_line, 1}, {Check::unjoined_line, 1}});
