@@ -70,6 +70,11 @@ public:
     void find() {
         take_free_solids();
         take_wide_joints();
+        doubled_.assign(work_.mesh.elements.size(), 0);
+        for (const Place& place : work_.places(Check::double_element))
+            for (const Number number : {place.element, place.other})
+                if (const std::int32_t e = work_.mesh.element_place(number); e != MeshLists::NONE)
+                    doubled_[work_.at(e)] = 1;
         if (probes_.empty())
             return;
         std::vector<Bounds> boxes;
@@ -123,6 +128,9 @@ private:
     bool hold(Probe& probe, std::int32_t solid) {
         constexpr int ENOUGH = 8;
         const bool joint = work_.element(probe.element).of == ElementClass::joint;
+        // A stage behind a joint leaves the joint the room of its width, and the element before it does not.
+        if (joint && doubled_[work_.at(solid)] != 0)
+            return true;
         // Two solids at free sides meet twice.
         if (probe.element == solid || (!joint && free_[work_.at(solid)] != 0 && solid > probe.element))
             return true;
@@ -146,7 +154,7 @@ private:
 
     SoundnessWork& work_;
     std::vector<Probe> probes_;
-    std::vector<std::uint8_t> free_;  // by element place: at a free side
+    std::vector<std::uint8_t> free_, doubled_;  // by element place: at a free side; one of a stage's doubles
 };
 
 }  // namespace

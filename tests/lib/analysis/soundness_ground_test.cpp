@@ -90,6 +90,45 @@ TEST(SoundnessOfGround, FreeNodesOnASideThatIsFixedElsewhereAreRemarks) {
     expect_only(soundness_of(mesh), {});
 }
 
+// Numbers without nodes, corners twice, joints and lines of nothing: whatever a file holds, it is looked
+// through.
+TEST(SoundnessOfGround, MeshesOfRandomNumbersAreLookedThrough) {
+    Drawing drawing(3);
+    for (int r = 0; r < 300; ++r) {
+        Sample sample(brelan::ALL_KINDS[static_cast<std::size_t>(r % 4)]);
+        const int nodes = 1 + drawing.below(20), places = 1 + drawing.below(4);
+        for (int n = 0; n < nodes; ++n)
+            sample.nodes({{1.0 * drawing.below(places), 1.0 * drawing.below(places)}});
+        const auto any = [&] { return drawing.below(nodes + 2); };
+        for (int e = drawing.below(30); e >= 0; --e) {
+            const std::vector<Number> corners{any(), any(), any(), drawing.one_in(3) ? 0 : any()};
+            switch (drawing.below(4)) {
+                case 0:
+                    sample.joint(corners, drawing.below(2));
+                    break;
+                case 1:
+                    sample.beam(any(), any(), drawing.below(2));
+                    break;
+                default:
+                    sample.solid(corners, drawing.below(2));
+            }
+            if (drawing.one_in(2))
+                sample.last().words.midside_5 = any();
+            if (drawing.one_in(2))
+                sample.last().words.midside_8 = any();
+            if (drawing.one_in(9))
+                sample.last().number = 1;
+        }
+        const MeshLists mesh = sample.mesh();
+        const Soundness s = soundness_of(mesh);
+        for (const Finding& finding : s.findings)
+            for (const Place& place : finding.places) {
+                EXPECT_TRUE(std::isfinite(place.at.x) && std::isfinite(place.at.y)) << finding.id;
+                EXPECT_TRUE(std::isfinite(place.amount)) << finding.id;
+            }
+    }
+}
+
 // The tree finds what a look at every box finds.
 TEST(BoxTree, FindsAllBoxesThatMeetAnother) {
     Drawing drawing(7);

@@ -165,6 +165,14 @@ TEST(SoundnessOfJoints, JointOfAWidthOverSoilThatStaysIsARemark) {
     EXPECT_TRUE(s.sound());
 }
 
+// Element 1 stays on the line, and its double of the stage on the twins: the joint's room is that of the
+// stage.
+TEST(SoundnessOfJoints, JointOfAWidthBetweenTheDoublesOfAStageIsAsDrawn) {
+    expect_only(
+        soundness_of(two_squares().nodes({{0.9, 0}, {0.9, 1}}).joint({2, 5, 8, 7}).solid({1, 7, 8, 4}, 5)),
+        {{Check::double_element, 1}});
+}
+
 // A line that turns by 90 degrees: the twin of its corner lies a width off in both directions.
 TEST(SoundnessOfJoints, MitredCornersAreEvenAndFaceEachOther) {
     expect_only(soundness_of(Sample()
