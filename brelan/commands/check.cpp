@@ -94,8 +94,9 @@ void show_dry_run(const Context& context, const DeckCheck& report, const DryRun&
     }
     if (!context.quiet)
         print(fmt::format("{}: dry run finished in {:.1f} s\n", file, ran.seconds));
-    if (ran.mesh && (!context.quiet || !ran.sound()))
-        print(mesh_summary({*ran.mesh, {}, has_cut(report.deck) ? report.deck.file : fs::path{}}));
+    if (ran.mesh && (!context.quiet || !ran.sound() || !ran.remarks.empty()))
+        print(
+            mesh_summary({*ran.mesh, {}, has_cut(report.deck) ? report.deck.file : fs::path{}, ran.remarks}));
 }
 
 // --- JSON ----------------------------------------------------------------------------------------
@@ -143,6 +144,7 @@ Json dry_run_json(const DryRun& ran) {
             {"message", finished ? Json() : Json(ran.message)},
             {"seconds", ran.seconds},
             {"result", ran.result},
+            {"remarks", Json::array(ran.remarks)},
             {"mesh", ran.mesh ? report_json(report_of(*ran.mesh, 0.0), PLACES) : Json()}};
 }
 
@@ -187,7 +189,7 @@ int check(const CheckOptions& options, const Context& context) {
     const DeckCheck report = check_of(read_deck(source, edition.kind), edition, place);
     std::optional<DryRun> ran;
     if (options.dry_run && report.verdict.status == 0)
-        ran = dry_run(report.deck, edition, place, context.program);
+        ran = dry_run(report, place, context.program);
     if (options.json) {
         Json json = report_json(report);
         if (options.dry_run)

@@ -7,6 +7,7 @@
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "commands/batch/data_directory.h"
+#include "commands/checking/drawn_lines.h"
 #include "commands/run_failure.h"
 #include "deck/card_stream.h"
 #include "formats/mesh_file.h"
@@ -67,8 +68,9 @@ bool DryRun::sound() const {
     return status == STATUS_OK && (!mesh || check_soundness(*mesh, corners_of(*mesh)).sound());
 }
 
-DryRun dry_run(const NotedDeck& deck, const Edition& edition, const DeckPlace& place,
-               const fs::path& program) {
+DryRun dry_run(const DeckCheck& check, const DeckPlace& place, const fs::path& program) {
+    const NotedDeck& deck = check.deck;
+    const Edition& edition = check.edition;
     RunInput input;
     input.edition = edition.number;
     input.deck_name = DECK_NAME;
@@ -98,6 +100,7 @@ DryRun dry_run(const NotedDeck& deck, const Edition& edition, const DeckPlace& p
         return ran;
     ran.result = result.mesh.starts_with(PARENT) ? result.mesh.substr(PARENT.size()) : result.mesh;
     ran.mesh = read_mesh_text(result.files->text(result.mesh), ran.result, edition.kind);
+    ran.remarks = changed_lines(deck, check.first_mesh, *ran.mesh);
     return ran;
 }
 

@@ -4,11 +4,10 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "analysis/mesh_lists.h"
-#include "commands/batch/edition.h"
-#include "commands/checking/doubts.h"
-#include "model/deck.h"
+#include "commands/checking/deck_check.h"
 
 namespace brelan::tool {
 
@@ -18,13 +17,13 @@ struct DryRun {
     double seconds = 0.0;
     std::string result;  // name of the mesh; empty where none came out
     std::optional<MeshLists> mesh;
+    std::vector<std::string> remarks;  // on the mesh as the deck draws it
 
     // A run that finished, and a mesh that is sound, or no mesh.
     bool sound() const;
 };
 
-// Runs the deck with the meshes of its place and the package's data, which lie near the program.
-DryRun dry_run(const NotedDeck& deck, const Edition& edition, const DeckPlace& place,
-               const std::filesystem::path& program);
+// Runs a checked deck with the meshes of its place and the package's data, which lie near the program.
+DryRun dry_run(const DeckCheck& check, const DeckPlace& place, const std::filesystem::path& program);
 
 }  // namespace brelan::tool

@@ -23,9 +23,12 @@
 #include "commands/batch/temporary_directory.h"
 #include "commands/card_report.h"
 #include "commands/checking/deck_check.h"
+#include "commands/checking/drawn_lines.h"
 #include "commands/commands.h"
 #include "commands/run_failure.h"
 #include "commands/run_summary.h"
+#include "formats/mesh_file.h"
+#include "text/run_end.h"
 
 namespace brelan::tool {
 
@@ -175,6 +178,21 @@ void remark_old_numbers(RunReport& report, const NotedDeck& deck) {
             lists.size() == 1 ? "has" : "have", body, report.result.filename().string()));
 }
 
+// Lines that have come out longer or shorter than drawn. A mesh that cannot be read is told by the summary.
+void remark_changed_lines(RunReport& report, const DeckCheck& check) {
+    if (report.result.empty() || check.deck.groups.empty())
+        return;
+    try {
+        const MeshLists mesh = read_mesh_file(report.result, check.edition.kind);
+        for (const std::string& remark : changed_lines(check.deck, check.first_mesh, mesh))
+            report.remarks.push_back(remark);
+    } catch (const Failure&) {
+        return;
+    } catch (const RunEnd&) {
+        return;
+    }
+}
+
 int run_deck(const RunOptions& options, const Context& context) {
     const Interruption interruption;  // first: what was made for the run is gone when the signal comes again
     const DeckSource source = deck_source(options.deck);  // one that is not there is no matter of the project
@@ -275,6 +293,7 @@ int run_deck(const RunOptions& options, const Context& context) {
         std::erase(report.also, mesh);
     }
     remark_old_numbers(report, deck);
+    remark_changed_lines(report, check);
     if (options.json)
         print(run_json(report));
     else if (!context.quiet)

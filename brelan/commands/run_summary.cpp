@@ -98,7 +98,10 @@ std::string mesh_summary(const MeshOfRun& made) {
     const std::vector<CornerPlaces> corners = corners_of(mesh);
     const Counts counts = count_mesh(mesh, corners);
     const Soundness soundness = check_soundness(mesh, corners);
-    std::string text = entry("mesh", element_counts(mesh, counts));
+    std::string text;
+    for (const std::string& remark : made.remarks)
+        text += entry("remark", {printable(remark)});
+    text += entry("mesh", element_counts(mesh, counts));
     text += entry("materials", materials(counts));
     const bool stages = !soundness.of(Check::double_element).places.empty();
     text += entry("area",

@@ -31,6 +31,7 @@ struct MeshOfRun {
     const MeshLists& mesh;
     std::filesystem::path file;  // where it lies; empty: nowhere
     std::filesystem::path deck;  // of which the sound cut may make another mesh; empty: it cuts nothing
+    std::vector<std::string> remarks = {};
 };
 
 // True for a deck whose mesh another cut would make another.

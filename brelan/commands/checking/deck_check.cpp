@@ -71,6 +71,7 @@ void look_for_doubts(DeckCheck& check, const DeckPlace& place) {
     doubt_joints(doubts, meshes);
     doubts.sort();
     check.doubts = doubts.list();
+    check.first_mesh = std::move(a);
 }
 
 }  // namespace
@@ -81,7 +82,7 @@ bool DeckCheck::accepted() const {
 }
 
 DeckCheck check_of(NotedDeck deck, const Edition& edition, const DeckPlace& place) {
-    DeckCheck check{std::move(deck), edition, {}, {}};
+    DeckCheck check{std::move(deck), edition, {}, {}, {}};
     check.verdict = verdict_of(check.deck, edition);
     look_for_doubts(check, place);
     return check;

@@ -1,6 +1,7 @@
 // All that is said of a deck before it runs: what the batch program's checker says, and what may be wrong.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "commands/batch/edition.h"
@@ -14,7 +15,8 @@ struct DeckCheck {
     NotedDeck deck;
     Edition edition;
     Verdict verdict;
-    std::vector<Doubt> doubts;  // in the order of the deck
+    std::vector<Doubt> doubts;            // in the order of the deck
+    std::optional<MeshLists> first_mesh;  // FILEA, or the base mesh, where it could be read
 
     // The batch program will finish, as far as can be seen without running it.
     bool accepted() const;

@@ -1,5 +1,6 @@
 """brelan run: what it leaves, what it says, and how it ends."""
 import fcntl
+import json
 import os
 import pty
 import select
@@ -123,6 +124,57 @@ Wall.Mes
         # Stages and a strut are no remarks.
         self.starter("groups")
         self.assertNotIn("remarks", self.brelan("run", "groups.dat").stdout)
+
+    # A wall of beams from y 12.4 to the surface, and ground below y 12, which takes the wall's foot along where its
+    # nodes may move.
+    FOOT = """2 0
+1 1 1 1 0 1
+0.0 0.0
+40.0 1.0 0.5
+24.0 1.0 0.5
+1
+Bmesh.dat
+Wall.Mes
+1 1
+4
+0
+0
+0
+2 0
+0 0
+2 0 0
+2 1
+2 {moves} 0 0 0
+1 20.2 12.4
+2 20.2 24.0
+1
+1 1 0 2
+3 0 0
+3 2.3 0 0
+4 1 0 0 0
+1 0 0
+2 40 0
+3 40 12
+4 0 12
+4
+1 1 0 2
+2 1 0 2
+3 1 0 2
+4 1 0 2
+"""
+
+    def test_a_line_that_came_out_longer_than_drawn_is_remarked(self):
+        self.write("foot.dat", self.FOOT.format(moves=0))
+        ran = self.brelan("run", "foot.dat")
+        remark = "beam 1: the deck draws 1 line of 11.6 within the ground, and the mesh has 12.0"
+        self.assertRegex(ran.stdout, "\n  remark +" + remark + r"\d+; element \d+ at \(20\.[12]\d*, 12\.\d+\) leaves the line\n")
+        self.assertIn(remark, json.loads(self.brelan("run", "--json", "foot.dat").stdout)["remarks"][0])
+        self.assertIn(remark, self.brelan("check", "-q", "--dry-run", "foot.dat").stdout)
+        self.assertIn(remark, json.loads(
+            self.brelan("check", "--json", "--dry-run", "foot.dat").stdout)["dry_run"]["remarks"][0])
+        # Frozen, the wall stays as drawn.
+        self.write("foot.dat", self.FOOT.format(moves=1))
+        self.assertNotIn("remark", self.brelan("run", "foot.dat").stdout)
 
     def test_inverted_elements_are_counted_and_the_first_is_named(self):
         # Corners 1, 4, 3, 2: the six squares of material 2, elements 1, 4, 7 and so on, run clockwise.
