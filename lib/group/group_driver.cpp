@@ -244,7 +244,7 @@ private:
     CutMethod method_;
     Engine& engine_;
     CutTable table_;
-    DrawnSides drawn_;
+    Drawn drawn_;
     std::vector<Point> loaded_;  // places of the nodes before the first group
     GroupListing listing_;
     std::vector<JointRecord> records_;

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string>
 
 #include "group/engine_mesh.h"
 #include "group/node_index.h"
+#include "plane/foot.h"
 
 namespace brelan {
 
@@ -72,6 +74,20 @@ void keep_ends(std::vector<Candidate>& candidates, bool first_edge) {
 
 enum class Revisits { dropped, kept };
 
+// The way to a node from the start of an edge that it is near to. Where every visit counts so does every
+// digit: an edge nearly along an axis is no reason to miss a node.
+std::optional<float> place_along(const Point& from, const Point& to, const Point& node, float limit,
+                                 Revisits revisits) {
+    if (revisits == Revisits::kept) {
+        const Foot foot = foot_on(from, to, node);
+        if (foot.distance >= static_cast<double>(limit))
+            return std::nullopt;
+        return static_cast<float>(foot.share * foot_on(from, from, to).distance);
+    }
+    const Snap snap = snap_to_segment(from, to, node, limit);
+    return snap.near ? std::optional<float>(distance(from, snap.point)) : std::nullopt;
+}
+
 std::vector<LineNode> nodes_along(Mesh& mesh, const Tolerances& tolerances, Engine& engine, const Path& path,
                                   Revisits revisits) {
     std::vector<LineNode> line;
@@ -85,9 +101,9 @@ std::vector<LineNode> nodes_along(Mesh& mesh, const Tolerances& tolerances, Engi
             if ((listed[static_cast<std::size_t>(n)] && revisits == Revisits::dropped) ||
                 is_far(tolerances, engine, from, to, node_point(mesh, n)))
                 continue;
-            const Snap snap = snap_to_segment(from, to, node_point(mesh, n), tolerances.line);
-            if (snap.near)
-                candidates.push_back({n, distance(from, snap.point)});
+            if (const std::optional<float> along =
+                    place_along(from, to, node_point(mesh, n), tolerances.line, revisits))
+                candidates.push_back({n, *along});
         }
         sort_candidates(candidates);
         if (std::find(path.single.begin(), path.single.end(), edge) != path.single.end())

@@ -8,6 +8,7 @@
 #include "group/sound_drawing.h"
 #include "group/sound_moves.h"
 #include "group/sound_parts.h"
+#include "group/sound_smoothing.h"
 #include "plane/foot.h"
 #include "plane/orientation.h"
 
@@ -43,13 +44,27 @@ void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawi
 
 }  // namespace
 
-CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, DrawnSides& drawn,
-                    std::span<const Point> loaded, const Path& path, std::span<const SegmentRow> segments) {
+CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Point> loaded,
+                    const Path& path, std::span<const SegmentRow> segments) {
     const Drawing drawing = drawing_of(path, segments, tolerance);
     require_sound_ground(mesh, engine, drawing, loaded);
     const std::set<std::int32_t> on_drawing = move_onto(mesh, engine, drawn, drawing);
     CutPlan plan = plan_cut(mesh, engine, drawn, drawing);
-    divide_elements(mesh, engine, drawn, drawing, plan, on_drawing);
+    std::set<std::int32_t> nodes = divide_elements(mesh, engine, drawn, drawing, plan, on_drawing);
+    for (const Point& pin : drawing.pins)
+        for (const Solid& solid : solids_holding(mesh, engine, drawing, pin))
+            for (const std::int32_t node : solid.nodes())
+                if (const Point at = node_point(mesh, node); foot_on(at, at, pin).distance < tolerance)
+                    drawn.nodes.insert(node);
+    nodes.insert(on_drawing.begin(), on_drawing.end());
+    smooth(mesh, engine, drawn, nodes);
+    for (const std::int32_t node : nodes)
+        for (const Solid& solid : solids_with(mesh, engine, node))
+            if (is_flat_as_written(mesh, solid))
+                fail("group " + std::to_string(engine.group) + ": element " + std::to_string(solid.element) +
+                     " at " + text_of(node_point(mesh, node)) +
+                     " would be flat by the digits that a mesh file has; what is drawn there lies too close "
+                     "together");
     return plan;
 }
 

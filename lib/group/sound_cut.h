@@ -20,8 +20,8 @@ namespace brelan {
 // Cuts along the pieces of a path. Gives the nodes that were added on sides: lines of earlier groups run
 // through them. Ends the run where an element that is touched was unsound before, or cannot be divided
 // soundly.
-CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, DrawnSides& drawn,
-                    std::span<const Point> loaded, const Path& path, std::span<const SegmentRow> segments);
+CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Point> loaded,
+                    const Path& path, std::span<const SegmentRow> segments);
 
 // Puts the nodes that were added between two neighbours of a line into it.
 void follow_sides(std::vector<std::int32_t>& line, bool closed, const CutPlan& plan);

@@ -12,13 +12,15 @@ namespace brelan {
 
 namespace {
 
-constexpr double STRAIGHT = 1.0E-6;  // of an opening: two sides in one line
+constexpr double STRAIGHT = 1.0E-6;                                  // of an opening: two sides in one line
+constexpr double BORDER_STRAIGHT = 1.0E-6, DRAWN_STRAIGHT = 1.0E-7;  // of the size of the coordinates
 
 // What lies beside a side that starts at a node.
 struct Spoke {
     std::int32_t end = 0;
     std::vector<std::int32_t> left, right;  // materials
     bool is_kept = false;                   // of a line, a joint, a drawing or ground that stays as it is
+    bool is_drawn = false;
 };
 
 Spoke& spoke_to(std::vector<Spoke>& spokes, std::int32_t end) {
@@ -26,7 +28,7 @@ Spoke& spoke_to(std::vector<Spoke>& spokes, std::int32_t end) {
         std::find_if(spokes.begin(), spokes.end(), [&](const Spoke& spoke) { return spoke.end == end; });
     if (found != spokes.end())
         return *found;
-    spokes.push_back({end, {}, {}, false});
+    spokes.push_back({end, {}, {}, false, false});
     return spokes.back();
 }
 
@@ -34,8 +36,7 @@ bool has_node(const Corners& corners, std::int32_t node) {
     return std::find(corners.n, corners.n + 4, node) != corners.n + 4;
 }
 
-std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const DrawnSides& drawn,
-                             std::int32_t node) {
+std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const Drawn& drawn, std::int32_t node) {
     std::vector<Spoke> spokes;
     for (const std::int32_t e : elements_with(engine, {&node, 1})) {
         if (mesh.type[e] == ELEMENT_DELETED || !has_node(corners_of(mesh, e), node))
@@ -62,8 +63,8 @@ std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const Drawn
     for (Spoke& spoke : spokes) {
         std::sort(spoke.left.begin(), spoke.left.end());
         std::sort(spoke.right.begin(), spoke.right.end());
-        spoke.is_kept =
-            spoke.is_kept || spoke.left != spoke.right || drawn.count(side_between(node, spoke.end)) != 0;
+        spoke.is_drawn = drawn.sides.count(side_between(node, spoke.end)) != 0;
+        spoke.is_kept = spoke.is_kept || spoke.is_drawn || spoke.left != spoke.right;
     }
     return spokes;
 }
@@ -150,13 +151,16 @@ std::vector<Solid> solids_with(const Mesh& mesh, const Engine& engine, std::int3
     return solids;
 }
 
-NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const DrawnSides& drawn, std::int32_t node) {
-    if (engine.frozen[node] != 0)
+NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const Drawn& drawn, std::int32_t node) {
+    if (engine.frozen[node] != 0 || drawn.nodes.count(node) != 0)
         return {};
     std::vector<std::int32_t> kept;
-    for (const Spoke& spoke : spokes_of(mesh, engine, drawn, node))
+    bool is_drawn = false;
+    for (const Spoke& spoke : spokes_of(mesh, engine, drawn, node)) {
         if (spoke.is_kept)
             kept.push_back(spoke.end);
+        is_drawn = is_drawn || spoke.is_drawn;
+    }
     if (kept.empty())
         return {Freedom::moves, {}, {}};
     if (kept.size() != 2)
@@ -164,10 +168,11 @@ NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const DrawnSides&
     const Point at = node_point(mesh, node), from = node_point(mesh, kept[0]), to = node_point(mesh, kept[1]);
     const std::array<Point, 3> corners{at, from, to};
     const Openings openings = openings_of(corners);
+    // A border is as straight as the digits of its file, a drawn line as those of its nodes.
+    const double size = 1.0 + std::abs(static_cast<double>(at.x)) + std::abs(static_cast<double>(at.y));
     const bool straight =
         openings.largest > OPENING_180 - STRAIGHT && openings.largest < OPENING_180 + STRAIGHT &&
-        foot_on(from, to, at).distance <=
-            1.0E-6 * (1.0 + std::abs(static_cast<double>(at.x)) + std::abs(static_cast<double>(at.y)));
+        foot_on(from, to, at).distance <= (is_drawn ? DRAWN_STRAIGHT : BORDER_STRAIGHT) * size;
     return straight ? NodeFreedom{Freedom::slides, from, to} : NodeFreedom{};
 }
 

@@ -23,8 +23,11 @@ constexpr Side side_between(std::int32_t a, std::int32_t b) {
     return a < b ? Side{a, b} : Side{b, a};
 }
 
-// Sides that groups of this deck have drawn. They stay where they are.
-using DrawnSides = std::set<Side>;
+// What groups of this deck have drawn: the sides stay on their lines, and the nodes where they are.
+struct Drawn {
+    std::set<Side> sides;
+    std::set<std::int32_t> nodes;
+};
 
 // A continuum element that is no joint.
 struct Solid {
@@ -62,7 +65,7 @@ struct NodeFreedom {
     Freedom freedom = Freedom::stays;
     Point from, to;  // of one that slides: it stays between these
 };
-NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const DrawnSides& drawn, std::int32_t node);
+NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const Drawn& drawn, std::int32_t node);
 
 // How good the solids round a node are with the node at a place: the smallest opening
 // (plane/triangulation.h), below 0 where one would be inverted. A quadrilateral counts as its two triangles

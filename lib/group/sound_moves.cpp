@@ -24,7 +24,7 @@ constexpr int ROUNDS = 2;              // a move may bring others within reach
 
 class Mover {
 public:
-    Mover(Mesh& mesh, Engine& engine, const DrawnSides& drawn, const Drawing& drawing)
+    Mover(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing)
         : mesh_(mesh), engine_(engine), drawn_(drawn), drawing_(drawing) {}
 
     std::set<std::int32_t> run() {
@@ -33,9 +33,7 @@ public:
                 for (const std::int32_t node : solid.nodes())
                     if (is_on(mesh_, drawing_, segment, node) && on_drawing_.insert(node).second)
                         straighten(node, segment);
-        for (const Point& pin : drawing_.pins)
-            if (!take_pin(pin))
-                open_pins_.push_back(pin);
+        take_pins();
         for (int round = 0; round < ROUNDS; ++round)
             take_crossings();
         return std::move(on_drawing_);
@@ -61,38 +59,60 @@ private:
                 static_cast<float>(y + share * (static_cast<double>(segment.to.y) - y))};
     }
 
-    // Moves a corner of the solid that holds a pin onto it. True when a node is there.
-    bool take_pin(const Point& pin) {
-        std::vector<std::pair<double, std::int32_t>> corners;
-        double longest = 0.0;
-        for (const Solid& solid : solids_holding(mesh_, engine_, drawing_, pin)) {
-            for (std::size_t i = 0; i < solid.count; ++i) {
-                const Point at = node_point(mesh_, solid.node[i]);
-                corners.emplace_back(foot_on(at, at, pin).distance, solid.node[i]);
-                const Point next = node_point(mesh_, solid.behind(i));
-                longest = std::max(longest, foot_on(at, at, next).distance);
+    // Moves corners of the solids that hold pins onto these, the nearest pairs first.
+    void take_pins() {
+        struct Pair {
+            double cost;
+            std::size_t pin;
+            std::int32_t node;
+
+            auto key() const { return std::tie(cost, pin, node); }
+        };
+        std::vector<Pair> pairs;
+        std::vector<bool> taken(drawing_.pins.size(), false);
+        for (std::size_t i = 0; i < drawing_.pins.size(); ++i) {
+            const Point& pin = drawing_.pins[i];
+            const std::vector<Solid> solids = solids_holding(mesh_, engine_, drawing_, pin);
+            taken[i] = solids.empty();  // beyond the ground
+            for (const Solid& solid : solids) {
+                double longest = 0.0;
+                for (std::size_t k = 0; k < solid.count; ++k) {
+                    const Point at = node_point(mesh_, solid.node[k]);
+                    longest = std::max(longest, foot_on(at, at, node_point(mesh_, solid.behind(k))).distance);
+                }
+                for (const std::int32_t node : solid.nodes()) {
+                    const Point at = node_point(mesh_, node);
+                    const double distance = foot_on(at, at, pin).distance;
+                    pairs.push_back({distance < drawing_.tolerance ? 0.0 : distance / longest, i, node});
+                }
             }
         }
-        std::sort(corners.begin(), corners.end());
-        corners.erase(std::unique(corners.begin(), corners.end()), corners.end());
-        if (corners.empty())
-            return true;  // beyond the ground
-        for (const auto& [distance, node] : corners) {
-            if (distance < drawing_.tolerance) {
-                move_exactly(node, pin);
-                return true;
-            }
-            if (on_drawing_.count(node) != 0 && !may_leave(node, pin))
-                continue;
-            const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
-            const bool may = freedom.freedom == Freedom::moves ||
-                             (freedom.freedom == Freedom::slides && is_between(freedom, pin));
-            if (may && try_move(node, pin, distance / longest)) {
-                pinned_.insert(node);
-                return true;
-            }
+        std::sort(pairs.begin(), pairs.end(),
+                  [](const Pair& one, const Pair& two) { return one.key() < two.key(); });
+        for (const Pair& pair : pairs)
+            if (!taken[pair.pin])
+                taken[pair.pin] = take_pin(drawing_.pins[pair.pin], pair.node, pair.cost);
+        for (std::size_t i = 0; i < taken.size(); ++i)
+            if (!taken[i])
+                open_pins_.push_back(drawing_.pins[i]);
+    }
+
+    // True when the node is at the pin.
+    bool take_pin(const Point& pin, std::int32_t node, double cost) {
+        const Point at = node_point(mesh_, node);
+        if (foot_on(at, at, pin).distance < drawing_.tolerance) {
+            move_exactly(node, pin);
+            return true;
         }
-        return false;
+        if (on_drawing_.count(node) != 0 && !may_leave(node, pin))
+            return false;
+        const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
+        const bool may = freedom.freedom == Freedom::moves ||
+                         (freedom.freedom == Freedom::slides && is_between(freedom, pin));
+        if (!may || !try_move(node, pin, cost))
+            return false;
+        pinned_.insert(node);
+        return true;
     }
 
     // A node within the tolerance of a pin: it goes there if it may, and stands for it if not.
@@ -215,7 +235,7 @@ private:
 
     Mesh& mesh_;
     Engine& engine_;
-    const DrawnSides& drawn_;
+    const Drawn& drawn_;
     const Drawing& drawing_;
     std::set<std::int32_t> on_drawing_, pinned_;
     std::vector<Point> open_pins_;  // that no node could take
@@ -276,8 +296,7 @@ bool is_on(const Mesh& mesh, const Drawing& drawing, const DrawnSegment& segment
     return foot_on(segment.from, segment.to, node_point(mesh, node)).distance < drawing.tolerance;
 }
 
-std::set<std::int32_t> move_onto(Mesh& mesh, Engine& engine, const DrawnSides& drawn,
-                                 const Drawing& drawing) {
+std::set<std::int32_t> move_onto(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing) {
     return Mover(mesh, engine, drawn, drawing).run();
 }
 

@@ -26,6 +26,6 @@ bool crosses(const Mesh& mesh, const Drawing& drawing, const DrawnSegment& segme
 bool is_on(const Mesh& mesh, const Drawing& drawing, const DrawnSegment& segment, std::int32_t node);
 
 // Gives the nodes that lie on the drawing now, ascending.
-std::set<std::int32_t> move_onto(Mesh& mesh, Engine& engine, const DrawnSides& drawn, const Drawing& drawing);
+std::set<std::int32_t> move_onto(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing);
 
 }  // namespace brelan

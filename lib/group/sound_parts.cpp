@@ -21,10 +21,10 @@ using Part = std::array<std::int32_t, 4>;  // nodes, 0 behind a triangle
 
 class Divider {
 public:
-    Divider(Mesh& mesh, Engine& engine, DrawnSides& drawn, const Drawing& drawing, const CutPlan& plan)
+    Divider(Mesh& mesh, Engine& engine, Drawn& drawn, const Drawing& drawing, const CutPlan& plan)
         : mesh_(mesh), engine_(engine), drawn_(drawn), drawing_(drawing), plan_(plan) {}
 
-    void run(const std::set<std::int32_t>& on_drawing) {
+    std::set<std::int32_t> run(const std::set<std::int32_t>& on_drawing) {
         collect(on_drawing);
         for (const auto& [side, points] : plan_.sides)
             divide_drawn(side);
@@ -37,6 +37,7 @@ public:
             for (const std::int32_t e : users.lines)
                 divide_line(e);
         }
+        return std::move(nodes_);
     }
 
 private:
@@ -59,14 +60,14 @@ private:
     }
 
     void divide_drawn(const Side& side) {
-        if (drawn_.erase(side) == 0)
+        if (drawn_.sides.erase(side) == 0)
             return;
         std::int32_t last = side.first;
         for (const std::int32_t node : plan_.between(side.first, side.second)) {
-            drawn_.insert(side_between(last, node));
+            drawn_.sides.insert(side_between(last, node));
             last = node;
         }
-        drawn_.insert(side_between(last, side.second));
+        drawn_.sides.insert(side_between(last, side.second));
     }
 
     void divide(Solid solid, const std::vector<std::size_t>& segments) {
@@ -102,6 +103,7 @@ private:
                             node_point(mesh_, part[(i + 2) % count])) <= 0)
                 refuse(first, part[(i + 1) % count], "cannot be divided into sound parts");
         set_corners(mesh_, engine_, e, {{part[0], part[1], part[2], part[3]}});
+        nodes_.insert(part.begin(), part.begin() + static_cast<std::ptrdiff_t>(count));
     }
 
     [[noreturn]] void refuse(std::int32_t e, std::int32_t node, const std::string& why) const {
@@ -130,7 +132,7 @@ private:
         for (std::size_t i = nodes.size(); i < triangulation.points().size(); ++i)
             nodes.push_back(add_inner_node(mesh_, engine_, triangulation.points()[i], solid.node));
         for (const auto& [a, b] : triangulation.fixed_edges())
-            drawn_.insert(
+            drawn_.sides.insert(
                 side_between(nodes[static_cast<std::size_t>(a)], nodes[static_cast<std::size_t>(b)]));
         std::vector<Part> parts;
         for (const Triangulation::Part& part : triangulation.parts()) {
@@ -161,7 +163,7 @@ private:
             const bool along_side = a < ring && b < ring && ((a + 1) % ring == b || (b + 1) % ring == a);
             inside = inside || !along_side;
             if (along_side)
-                drawn_.insert(
+                drawn_.sides.insert(
                     side_between(nodes[static_cast<std::size_t>(a)], nodes[static_cast<std::size_t>(b)]));
         }
         return inside;
@@ -208,18 +210,19 @@ private:
 
     Mesh& mesh_;
     Engine& engine_;
-    DrawnSides& drawn_;
+    Drawn& drawn_;
     const Drawing& drawing_;
     const CutPlan& plan_;
     std::map<std::int32_t, std::vector<std::size_t>> touched_;
     std::map<CornerKey, std::vector<Part>> parts_;
+    std::set<std::int32_t> nodes_;  // of what was divided
 };
 
 }  // namespace
 
-void divide_elements(Mesh& mesh, Engine& engine, DrawnSides& drawn, const Drawing& drawing,
-                     const CutPlan& plan, const std::set<std::int32_t>& on_drawing) {
-    Divider(mesh, engine, drawn, drawing, plan).run(on_drawing);
+std::set<std::int32_t> divide_elements(Mesh& mesh, Engine& engine, Drawn& drawn, const Drawing& drawing,
+                                       const CutPlan& plan, const std::set<std::int32_t>& on_drawing) {
+    return Divider(mesh, engine, drawn, drawing, plan).run(on_drawing);
 }
 
 }  // namespace brelan

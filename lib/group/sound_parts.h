@@ -9,9 +9,10 @@
 namespace brelan {
 
 // Divides solids along the drawing, joints and line elements at the new nodes of their sides. The first part
-// keeps the element's number. What was drawn is added to `drawn`. Ends the run where an element cannot be
+// keeps the element's number. What was drawn is added to `drawn`. Gives the
+// nodes of the parts. Ends the run where an element cannot be
 // divided soundly.
-void divide_elements(Mesh& mesh, Engine& engine, DrawnSides& drawn, const Drawing& drawing,
-                     const CutPlan& plan, const std::set<std::int32_t>& on_drawing);
+std::set<std::int32_t> divide_elements(Mesh& mesh, Engine& engine, Drawn& drawn, const Drawing& drawing,
+                                       const CutPlan& plan, const std::set<std::int32_t>& on_drawing);
 
 }  // namespace brelan

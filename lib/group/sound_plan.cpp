@@ -19,7 +19,7 @@ constexpr double BEND =
 
 class Planner {
 public:
-    Planner(Mesh& mesh, Engine& engine, const DrawnSides& drawn, const Drawing& drawing)
+    Planner(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing)
         : mesh_(mesh), engine_(engine), drawn_(drawn), drawing_(drawing) {}
 
     CutPlan run() {
@@ -210,7 +210,7 @@ private:
     // Sides that a new node must not bend.
     bool is_kept(const Side& side) const {
         const SideUsers users = users_of(mesh_, engine_, side);
-        if (!users.joints.empty() || !users.lines.empty() || drawn_.count(side) != 0)
+        if (!users.joints.empty() || !users.lines.empty() || drawn_.sides.count(side) != 0)
             return true;
         std::vector<std::int32_t> ahead, back;  // materials to both sides
         for (const std::int32_t e : users.solids) {
@@ -285,7 +285,7 @@ private:
 
     Mesh& mesh_;
     Engine& engine_;
-    const DrawnSides& drawn_;
+    const Drawn& drawn_;
     const Drawing& drawing_;
     CutPlan plan_;
 };
@@ -314,7 +314,7 @@ std::vector<std::int32_t> CutPlan::ring_of(const Solid& solid) const {
     return ring;
 }
 
-CutPlan plan_cut(Mesh& mesh, Engine& engine, const DrawnSides& drawn, const Drawing& drawing) {
+CutPlan plan_cut(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing) {
     return Planner(mesh, engine, drawn, drawing).run();
 }
 

@@ -28,6 +28,6 @@ struct CutPlan {
     std::vector<std::int32_t> ring_of(const Solid& solid) const;
 };
 
-CutPlan plan_cut(Mesh& mesh, Engine& engine, const DrawnSides& drawn, const Drawing& drawing);
+CutPlan plan_cut(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing);
 
 }  // namespace brelan

@@ -27,6 +27,7 @@ inline constexpr double OPENING_15 = 0.03407417371093169;
 inline constexpr double OPENING_20 = 0.06030737921409162;
 inline constexpr double OPENING_25 = 0.09369221296335006;
 inline constexpr double OPENING_30 = 0.1339745962155614;
+inline constexpr double OPENING_45 = 0.2928932188134524;
 inline constexpr double OPENING_150 = 1.8660254037844386;
 inline constexpr double OPENING_165 = 1.9659258262890682;
 inline constexpr double OPENING_180 = 2.0;

@@ -1,0 +1,158 @@
+#include "group/sound_smoothing.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <vector>
+
+#include "group/engine_mesh.h"
+#include "plane/foot.h"
+#include "plane/orientation.h"
+#include "plane/triangulation.h"
+#include "text/as_written.h"
+
+namespace brelan {
+
+namespace {
+
+constexpr int SWEEPS = 4;
+constexpr double GOOD_ENOUGH = OPENING_45;
+constexpr double GAIN = 1.02;  // a move must make the worst shape better by this factor
+constexpr std::array<double, 3> STEPS{0.3, 0.12, 0.04};  // of the shortest way to a neighbour
+constexpr std::array<std::array<double, 2>, 8> DIRECTIONS{
+    {{1.0, 0.0}, {0.7, 0.7}, {0.0, 1.0}, {-0.7, 0.7}, {-1.0, 0.0}, {-0.7, -0.7}, {0.0, -1.0}, {0.7, -0.7}}};
+
+constexpr double DOUBTFUL = 0.001;  // an opening so small is looked at with the digits of the file
+
+Point written(const Point& p) {
+    return {as_written<"(E13.6)">(p.x), as_written<"(E13.6)">(p.y)};
+}
+
+bool is_flat(std::span<const Point> corners) {
+    const std::size_t n = corners.size();
+    for (std::size_t i = 0; i < n; ++i)
+        if (orientation(written(corners[i]), written(corners[(i + 1) % n]), written(corners[(i + 2) % n])) <=
+            0)
+            return true;
+    return false;
+}
+
+// The smallest opening of the solids round a node, with the node at a place, and how far their corners are
+// from flat.
+double shape_with(const Mesh& mesh, const std::vector<Solid>& solids, std::int32_t node, const Point& place) {
+    double worst = OPENING_180;
+    for (const Solid& solid : solids) {
+        std::array<Point, 4> corners;
+        for (std::size_t i = 0; i < solid.count; ++i)
+            corners[i] = solid.node[i] == node ? place : node_point(mesh, solid.node[i]);
+        for (std::size_t i = 0; i < solid.count; ++i)
+            if (orientation(corners[i], corners[(i + 1) % solid.count], corners[(i + 2) % solid.count]) <= 0)
+                return -1.0;
+        const Openings openings = openings_of({corners.data(), solid.count});
+        const double shape = std::min(openings.smallest, OPENING_180 - openings.largest);
+        worst = std::min(worst, shape < DOUBTFUL && is_flat({corners.data(), solid.count}) ? -1.0 : shape);
+    }
+    return worst;
+}
+
+class Smoother {
+public:
+    Smoother(Mesh& mesh, Engine& engine, const Drawn& drawn) : mesh_(mesh), engine_(engine), drawn_(drawn) {}
+
+    // True when the node has moved.
+    bool improve(std::int32_t node) {
+        const std::vector<Solid> solids = solids_with(mesh_, engine_, node);
+        const Point at = node_point(mesh_, node);
+        const double before = shape_with(mesh_, solids, node, at);
+        if (before >= GOOD_ENOUGH)
+            return false;
+        const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
+        if (freedom.freedom == Freedom::stays)
+            return false;
+        Point best = at;
+        double best_shape = std::max(before * GAIN, 0.0);
+        for (const Point& place : places(freedom, solids, node, at)) {
+            const double shape = shape_with(mesh_, solids, node, place);
+            if (shape > best_shape) {
+                best = place;
+                best_shape = shape;
+            }
+        }
+        if (best == at)
+            return false;
+        move_node(mesh_, engine_, node, best);
+        return true;
+    }
+
+private:
+    std::vector<Point> places(const NodeFreedom& freedom, const std::vector<Solid>& solids, std::int32_t node,
+                              const Point& at) const {
+        double shortest = 0.0, x = 0.0, y = 0.0;
+        int count = 0;
+        for (const Solid& solid : solids)
+            for (std::size_t i = 0; i < solid.count; ++i) {
+                if (solid.node[i] != node)
+                    continue;
+                for (const std::int32_t other : {solid.behind(i), solid.before(i)}) {
+                    const Point to = node_point(mesh_, other);
+                    const double length = foot_on(at, at, to).distance;
+                    shortest = count == 0 ? length : std::min(shortest, length);
+                    x += static_cast<double>(to.x);
+                    y += static_cast<double>(to.y);
+                    ++count;
+                }
+            }
+        std::vector<Point> found;
+        if (freedom.freedom == Freedom::slides) {
+            const double share = foot_on(freedom.from, freedom.to, at).share;
+            for (const double step : STEPS) {
+                found.push_back(along(freedom, share - step * share));
+                found.push_back(along(freedom, share + step * (1.0 - share)));
+            }
+            return found;
+        }
+        found.push_back({static_cast<float>(x / count), static_cast<float>(y / count)});
+        for (const double step : STEPS)
+            for (const std::array<double, 2>& direction : DIRECTIONS)
+                found.push_back(
+                    {static_cast<float>(static_cast<double>(at.x) + step * shortest * direction[0]),
+                     static_cast<float>(static_cast<double>(at.y) + step * shortest * direction[1])});
+        return found;
+    }
+
+    static Point along(const NodeFreedom& freedom, double share) {
+        const double x = static_cast<double>(freedom.from.x), y = static_cast<double>(freedom.from.y);
+        return {static_cast<float>(x + share * (static_cast<double>(freedom.to.x) - x)),
+                static_cast<float>(y + share * (static_cast<double>(freedom.to.y) - y))};
+    }
+
+    Mesh& mesh_;
+    Engine& engine_;
+    const Drawn& drawn_;
+};
+
+}  // namespace
+
+bool is_flat_as_written(const Mesh& mesh, const Solid& solid) {
+    const std::vector<Point> corners = node_points(mesh, solid.nodes());
+    const Openings openings = openings_of(corners);
+    return std::min(openings.smallest, OPENING_180 - openings.largest) < DOUBTFUL && is_flat(corners);
+}
+
+void smooth(Mesh& mesh, Engine& engine, const Drawn& drawn, const std::set<std::int32_t>& nodes) {
+    std::set<std::int32_t> waiting;
+    for (const std::int32_t node : nodes)
+        for (const Solid& solid : solids_with(mesh, engine, node))
+            waiting.insert(solid.nodes().begin(), solid.nodes().end());
+    Smoother smoother(mesh, engine, drawn);
+    for (int sweep = 0; sweep < SWEEPS && !waiting.empty(); ++sweep) {
+        std::set<std::int32_t> next;
+        for (const std::int32_t node : waiting)
+            if (smoother.improve(node))
+                for (const Solid& solid : solids_with(mesh, engine, node))
+                    next.insert(solid.nodes().begin(), solid.nodes().end());
+        waiting = std::move(next);
+    }
+}
+
+}  // namespace brelan

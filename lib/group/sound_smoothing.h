@@ -1,0 +1,21 @@
+// What the sound cut leaves behind is made better: nodes that are free go where the elements round them are
+// well shaped.
+#pragma once
+
+#include <cstdint>
+#include <set>
+
+#include "group/engine.h"
+#include "group/sound_ground.h"
+#include "mesh/tables.h"
+
+namespace brelan {
+
+// Moves free nodes of the given ones and of their neighbours, and slides those that lie within a straight
+// border or line along it.
+void smooth(Mesh& mesh, Engine& engine, const Drawn& drawn, const std::set<std::int32_t>& nodes);
+
+// True for a solid that the digits of a mesh file make flat or inverted.
+bool is_flat_as_written(const Mesh& mesh, const Solid& solid);
+
+}  // namespace brelan
