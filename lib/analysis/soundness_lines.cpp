@@ -178,8 +178,11 @@ private:
         }
     }
 
-    // Where two lines cross, or one ends on the other between its nodes.
+    // Where two lines cross, or one ends on the other between its nodes. Two that follow sides do not, or the
+    // solids do not fit together either.
     void find_crossings() {
+        if (std::all_of(lines_.begin(), lines_.end(), [](const Line& line) { return line.along_side; }))
+            return;
         std::vector<Bounds> boxes;
         boxes.reserve(lines_.size());
         for (const Line& line : lines_)
@@ -187,10 +190,13 @@ private:
         BoxTree tree(boxes);
         constexpr std::size_t ENOUGH = 100;  // of one element
         for (std::size_t k = 0; k < lines_.size(); ++k) {
+            if (lines_[k].along_side)
+                continue;
             std::size_t found = 0;
             tree.meeting(boxes[k], [&](std::int32_t other) {
                 const Line &one = lines_[k], &two = lines_[work_.at(other)];
-                if (work_.at(other) >= k || found >= ENOUGH || share_a_node(one, two))
+                const bool again = !two.along_side && work_.at(other) >= k;
+                if (again || found >= ENOUGH || share_a_node(one, two))
                     return true;
                 if (const auto [crosses, at] = crossing(one, two); crosses) {
                     add(Check::crossing_lines, one, two.element, at);
