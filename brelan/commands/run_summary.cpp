@@ -115,14 +115,14 @@ std::string mesh_summary(const MeshOfRun& made) {
                   {fmt::format("{:.6g}{}", counts.area, stages ? " with each element of the stages" : "")});
     const bool sound = soundness.sound();
     text += entry("soundness", {inked(stdout, sound ? Ink::green : Ink::yellow, soundness_line(soundness))});
-    if (const std::string remarks = remarks_line(soundness); !remarks.empty())
-        text += entry("remarks", {remarks});
     if (!sound && !made.file.empty())
         text += entry("", {fmt::format("to see where: brelan info {0}; brelan plot {0} -o mesh.html",
                                        quoted(made.file.lexically_normal()))});
     if (!sound && !made.deck.empty())
         text += entry("", {fmt::format("the sound cut may make a sound one: brelan run --cut sound {}",
                                        quoted(made.deck))});
+    if (const std::string remarks = remarks_line(soundness); !remarks.empty())
+        text += entry("remarks", {remarks});
     return text;
 }
 

@@ -43,7 +43,10 @@ Bounds box_round(const Position& a, const Position& b, double room) {
 
 class LineSearch {
 public:
-    explicit LineSearch(SoundnessWork& work) : work_(work) {
+    explicit LineSearch(SoundnessWork& work) : work_(work), joined_to_solid_(work.mesh.nodes.size(), 0) {
+        for (std::size_t n = 0; n < work.of_solid.size(); ++n)
+            if (work.of_solid[n] != 0)
+                joined_to_solid_[work.at(work.closed[n])] = 1;
         for (std::size_t i = 0; i < work.corners.size(); ++i) {
             const CornerPlaces& c = work.corners[i];
             if (!work.mesh.elements[i].is_line() || !c.complete())
@@ -70,9 +73,7 @@ public:
 
 private:
     std::int32_t closed(std::int32_t node) const { return work_.closed[work_.at(node)]; }
-    bool is_of_solid(std::int32_t node) const {
-        return work_.of_solid[work_.at(node)] != 0 || work_.of_solid[work_.at(closed(node))] != 0;
-    }
+    bool is_of_solid(std::int32_t node) const { return joined_to_solid_[work_.at(closed(node))] != 0; }
     std::size_t chain_of(std::size_t line) { return work_.at(chains_.find(static_cast<std::int32_t>(line))); }
     void add(Check check, const Line& line, std::int32_t other, const Position& at) {
         work_.add(check, {work_.number(line.element), 0, work_.number(other), at});
@@ -157,8 +158,10 @@ private:
             }
         const PositionGrid grid(points);
         std::vector<std::pair<std::size_t, std::int32_t>> within;  // line, node
+        std::vector<std::uint8_t> missed(work_.mesh.nodes.size(), 0);
         for (std::size_t k = 0; k < lines_.size(); ++k)
             grid.along(lines_[k].from, lines_[k].to, work_.tolerance(), [&](std::int32_t p) {
+                find_missed_node(lines_[k], nodes[work_.at(p)], missed);
                 if (distance_within(lines_[k].from, lines_[k].to, points[work_.at(p)], work_.tolerance()) <=
                     work_.tolerance())
                     within.emplace_back(k, nodes[work_.at(p)]);
@@ -178,8 +181,22 @@ private:
         }
     }
 
-    // Where two lines cross, or one ends on the other between its nodes.
+    // A node of a line at the place of a solid's node, which it was meant to be.
+    void find_missed_node(const Line& line, std::int32_t node, std::vector<std::uint8_t>& missed) {
+        for (const std::int32_t end : {line.i, line.j})
+            if (missed[work_.at(end)] == 0 && !is_of_solid(end) &&
+                distance(work_.mesh.point(end), work_.mesh.point(node)) <= work_.tolerance()) {
+                missed[work_.at(end)] = 1;
+                work_.add(Check::unjoined_line,
+                          {work_.number(line.element), work_.node_number(node), 0, work_.mesh.point(node)});
+            }
+    }
+
+    // Where two lines cross, or one ends on the other between its nodes. Two that follow sides do not, or the
+    // solids do not fit together either.
     void find_crossings() {
+        if (std::all_of(lines_.begin(), lines_.end(), [](const Line& line) { return line.along_side; }))
+            return;
         std::vector<Bounds> boxes;
         boxes.reserve(lines_.size());
         for (const Line& line : lines_)
@@ -187,10 +204,13 @@ private:
         BoxTree tree(boxes);
         constexpr std::size_t ENOUGH = 100;  // of one element
         for (std::size_t k = 0; k < lines_.size(); ++k) {
+            if (lines_[k].along_side)
+                continue;
             std::size_t found = 0;
             tree.meeting(boxes[k], [&](std::int32_t other) {
                 const Line &one = lines_[k], &two = lines_[work_.at(other)];
-                if (work_.at(other) >= k || found >= ENOUGH || share_a_node(one, two))
+                const bool again = !two.along_side && work_.at(other) >= k;
+                if (again || found >= ENOUGH || share_a_node(one, two))
                     return true;
                 if (const auto [crosses, at] = crossing(one, two); crosses) {
                     add(Check::crossing_lines, one, two.element, at);
@@ -314,6 +334,7 @@ private:
     }
 
     SoundnessWork& work_;
+    std::vector<std::uint8_t> joined_to_solid_;  // by node place with joints closed
     std::vector<Line> lines_;
     UnionFind chains_{work_.mesh.elements.size()};
     std::vector<std::pair<std::int32_t, std::int32_t>> folds_;  // places, the later one first

@@ -1,7 +1,8 @@
 // Meshes that passed as sound: each is made by the deck that made it, and told by what is wrong with it.
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <utility>
+#include <vector>
 
 #include "lib/analysis/site_deck.h"
 #include "lib/analysis/soundness_sample.h"
@@ -136,6 +137,40 @@ TEST(SoundnessOfDecks, StagesThatDoubleTheSameGroundAreTold) {
     EXPECT_EQ(s.of(Check::stacked_double).places.size(), 8U);  // third and fourth of four places
     EXPECT_GT(s.of(Check::duplicate_element).places.size(), 0U);
     EXPECT_FALSE(s.sound());
+}
+
+// A quarter turn about the origin, which no digit of a coordinate is lost by.
+MeshLists turned(MeshLists mesh) {
+    for (Node& node : mesh.nodes)
+        node.x = -std::exchange(node.y, node.x);
+    return mesh;
+}
+
+// Searches by place find the same whichever way the mesh lies; the sides of the mesh are others.
+TEST(SoundnessOfDecks, FindingsTurnWithTheMesh) {
+    const Ground ground{0.0, 0.0, 40.0, 20.0, 1.0};
+    const std::string walled = mesh_text_of(base_deck(ground, {wall(20.0, 20.0, 8.5, "0.0")}));
+    const std::vector<std::string> meshes{
+        mesh_text_of(base_deck(ground, {wall(20.0, 8.0, 20.0, "-0.0049"), wall(20.0, 8.0, 20.0, "-0.0049")})),
+        mesh_text_of(edit_deck("Wall.Mes", ground, {{4, "5 1.9 0 0 2", {{12, 20}, {20, 12}, {20, 20}}}}),
+                     {{"Wall.Mes", walled}}),
+        mesh_text_of(base_deck(ground, {{-2, "7 0.0 0.1 2 1 3 2", {{5.3, 4.1}, {31.7, 15.2}}},
+                                        {2, "3 4", {{2, 3}, {33, 11}}, 1, 0, {"1 3 0"}},
+                                        {2, "2 5", {{4, 18}, {30, 2}}}})),
+        mesh_text_of(edit_deck("Second.Mes", {0.0, 0.0, 10.0, 5.0}, {{2, "2 1", {{3.3, 0.0}, {3.3, 5.0}}}}),
+                     {{"Second.Mes", triangles_of_second_order(10, 5)}})};
+    for (const std::string& text : meshes) {
+        MeshLists mesh = mesh_of(text);
+        const Soundness upright = soundness_of(mesh);
+        for (int quarter = 1; quarter < 4; ++quarter) {
+            mesh = turned(mesh);
+            const Soundness lying = soundness_of(mesh);
+            for (std::size_t k = 0; k < CHECKS; ++k)
+                EXPECT_TRUE(upright.findings[k].check == Check::free_side_node ||
+                            lying.findings[k].places.size() == upright.findings[k].places.size())
+                    << upright.findings[k].id << ", quarter " << quarter;
+        }
+    }
 }
 
 }  // namespace

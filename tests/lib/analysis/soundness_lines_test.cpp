@@ -47,6 +47,13 @@ TEST(SoundnessOfLines, NodesWithinTheLastPartOfAWallAreTold) {
     expect_only(soundness_of(ground().beam(3, 6).beam(6, 9)), {{Check::free_line, 1}});
 }
 
+// Node 7 stands at the place of node 5 and is none of the ground.
+TEST(SoundnessOfLines, NodeOfALiningAtThePlaceOfAGroundNodeIsTold) {
+    const Soundness s = soundness_of(two_squares().nodes({{1, 1}}).beam(4, 7).beam(7, 6));
+    expect_only(s, {{Check::unjoined_line, 1}});
+    EXPECT_EQ(s.of(Check::unjoined_line).places[0].node, 5);
+}
+
 // The parts of a strut need no nodes of the ground between its ends.
 TEST(SoundnessOfLines, StrutOfSeveralPartsAlongASideIsNoRemark) {
     expect_only(soundness_of(two_squares().nodes({{0.3, 1}, {0.7, 1}}).truss(4, 7).truss(7, 8).truss(8, 5)),
@@ -93,6 +100,16 @@ TEST(SoundnessOfLines, EndInTheAirIsToldOfTrussesAndWithinTheGround) {
 
 TEST(SoundnessOfLines, LiningsOnBothSidesOfAJointAreSound) {
     expect_only(soundness_of(parted_squares().joint({2, 5, 7, 3}).beam(2, 5).beam(3, 7)), {});
+}
+
+// Nodes 2 and 4 are of the joint and the wall alone, as on the border of a half model.
+TEST(SoundnessOfLines, WallThatOnlyAJointTiesToTheGroundIsSound) {
+    expect_only(soundness_of(Sample()
+                                 .nodes({{0, 0}, {1, 0}, {0, 1}, {1, 1}, {1, 0}, {1, 1}})
+                                 .solid({1, 5, 6, 3})
+                                 .joint({2, 4, 6, 5})
+                                 .beam(2, 4)),
+                {});
 }
 
 }  // namespace
