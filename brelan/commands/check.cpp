@@ -1,22 +1,19 @@
 // brelan check: a deck card by card, and what may be wrong with it.
 #include <fmt/core.h>
 
-#include <algorithm>
 #include <optional>
 
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/json.h"
 #include "cli/words.h"
-#include "commands/batch/edition.h"
 #include "commands/card_report.h"
 #include "commands/checking/code_meanings.h"
-#include "commands/checking/doubts.h"
-#include "commands/checking/free_sides.h"
-#include "commands/checking/verdict.h"
+#include "commands/checking/deck_check.h"
 #include "commands/commands.h"
-#include "formats/mesh_file.h"
-#include "text/run_end.h"
+#include "commands/dry_run.h"
+#include "commands/info_text.h"
+#include "commands/run_summary.h"
 
 namespace brelan::tool {
 
@@ -24,74 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Report {
-    NotedDeck deck;
-    Edition edition;
-    Verdict verdict;
-    std::vector<Doubt> doubts;
-
-    // The batch program will finish, as far as can be seen without running it.
-    bool accepted() const {
-        return verdict.status == 0 &&
-               std::none_of(doubts.begin(), doubts.end(), [](const Doubt& doubt) { return doubt.ends_run; });
-    }
-};
-
-// A mesh that the deck reads; none when it is not there. What is wrong with it is told as a doubt.
-std::optional<MeshLists> source_mesh(Doubts& doubts, const DeckPlace& place, const std::string& name,
-                                     std::string_view field) {
-    const fs::path file = file_of_card(place.project, name, place.work);
-    std::error_code error;
-    if (file.empty() || !fs::is_regular_file(file, error))
-        return std::nullopt;
-    std::string message;
-    try {
-        MeshLists mesh = read_mesh_file(file);
-        if (!mesh.byte_order_mark)
-            return mesh;
-        message = fmt::format("{}, line 1: a byte order mark stands in front of the mesh", file.string());
-    } catch (const Failure& failure) {
-        message = failure.what();
-    } catch (const RunEnd& end) {
-        message = end.text;
-    }
-    for (const DeckCard& card : doubts.deck().cards)
-        if (card.type == CardType::name && card.heading == field)
-            doubts.end_of_run("bad-mesh", &card, message);
-    return std::nullopt;
-}
-
-void look_for_doubts(Report& report, const DeckPlace& place) {
-    const NotedDeck& deck = report.deck;
-    Doubts doubts(deck);
-    doubt_codes(doubts);
-    doubt_numbers(doubts);
-    doubt_cards(doubts);
-    doubt_dam(doubts);
-    doubt_outlines(doubts);
-    std::optional<MeshLists> a, b;
-    if (deck.mode == 2) {
-        a = std::move(report.verdict.base_mesh);
-        if (!report.verdict.no_base_mesh.empty())
-            doubts.end_of_run("no-base-mesh", deck.card("4.1"), report.verdict.no_base_mesh);
-        if (a)
-            for (const std::string& side : free_sides(*deck.card("4.1"), *a))
-                doubts.doubt("free-side", deck.card("4.1"), side);
-    } else {
-        a = source_mesh(doubts, place, deck.first_mesh, "FILEA");
-    }
-    b = source_mesh(doubts, place, deck.second_mesh, "FILEB");
-    std::optional<MeshPlaces> places;
-    if (a)
-        places.emplace(*a);
-    const DeckMeshes meshes{a ? &*a : nullptr, b ? &*b : nullptr, places ? &*places : nullptr};
-    doubt_files(doubts, place, meshes);
-    doubt_mesh(doubts, meshes);
-    doubt_cuts(doubts, meshes);
-    doubt_joints(doubts, meshes);
-    doubts.sort();
-    report.doubts = doubts.list();
-}
+constexpr std::size_t PLACES = 5;  // of each finding of a dry run's mesh
 
 // --- text ----------------------------------------------------------------------------------------
 
@@ -129,7 +59,7 @@ std::string cards_text(const NotedDeck& deck) {
     return text;
 }
 
-void show_text(const Context& context, const Report& report) {
+void show_text(const Context& context, const DeckCheck& report) {
     const std::string file = report.deck.file.string();
     if (!context.quiet)
         print(cards_text(report.deck));
@@ -154,6 +84,19 @@ void show_text(const Context& context, const Report& report) {
             counted(report.deck.cards.size(), "card", "cards"),
             report.doubts.empty() ? "no warnings" : counted(report.doubts.size(), "warning", "warnings"),
             report.edition.number, name_of(report.edition.kind)));
+}
+
+void show_dry_run(const Context& context, const DeckCheck& report, const DryRun& ran) {
+    const std::string file = printable(report.deck.file.string());
+    if (ran.status != STATUS_OK) {
+        error_line(ran.message);
+        return;
+    }
+    if (!context.quiet)
+        print(fmt::format("{}: dry run finished in {:.1f} s\n", file, ran.seconds));
+    if (ran.mesh && (!context.quiet || !ran.sound() || !ran.remarks.empty()))
+        print(
+            mesh_summary({*ran.mesh, {}, has_cut(report.deck) ? report.deck.file : fs::path{}, ran.remarks}));
 }
 
 // --- JSON ----------------------------------------------------------------------------------------
@@ -195,7 +138,17 @@ Json card_json(const DeckCard& card) {
     return json;
 }
 
-Json report_json(const Report& report) {
+Json dry_run_json(const DryRun& ran) {
+    const bool finished = ran.status == STATUS_OK;
+    return {{"status", ran.status},
+            {"message", finished ? Json() : Json(ran.message)},
+            {"seconds", ran.seconds},
+            {"result", ran.result},
+            {"remarks", Json::array(ran.remarks)},
+            {"mesh", ran.mesh ? report_json(report_of(*ran.mesh, 0.0), PLACES) : Json()}};
+}
+
+Json report_json(const DeckCheck& report) {
     const NotedDeck& deck = report.deck;
     Json json{{"deck", deck.file.string()},
               {"edition", report.edition.number},
@@ -231,18 +184,25 @@ int check(const CheckOptions& options, const Context& context) {
     if (project.empty())
         project = ".";
     const fs::path work = options.work.empty() ? fs::path{} : project / options.work;
-    Report report;
-    report.edition = edition_of_deck(source, project, work, options.edition).edition;
-    report.deck = read_deck(source, report.edition.kind);
-    report.verdict = verdict_of(report.deck, report.edition);
-    look_for_doubts(report, {project, work});
-    if (options.json)
-        print(report_json(report).text());
-    else
+    const Edition edition = edition_of_deck(source, project, work, options.edition).edition;
+    const DeckPlace place{project, work};
+    const DeckCheck report = check_of(read_deck(source, edition.kind), edition, place);
+    std::optional<DryRun> ran;
+    if (options.dry_run && report.verdict.status == 0)
+        ran = dry_run(report, place, context.program);
+    if (options.json) {
+        Json json = report_json(report);
+        if (options.dry_run)
+            json["dry_run"] = ran ? dry_run_json(*ran) : Json();
+        print(json.text());
+    } else {
         show_text(context, report);
+        if (ran)
+            show_dry_run(context, report, *ran);
+    }
     if (options.json && report.verdict.status != 0)
         error_line(report.verdict.message);
-    if (!report.accepted())
+    if (!report.accepted() || (ran && !ran->sound()))
         return STATUS_FOUND;
     return options.strict && !report.doubts.empty() ? STATUS_FOUND : STATUS_OK;
 }

@@ -154,6 +154,7 @@ void add_check(Parser& parser) {
         parser.add("check", "Show a deck card by card, and what may be wrong with it",
                    R"(  brelan check pit.dat                 every card with its fields, and what may be wrong
   brelan check -q pit.dat              only what may be wrong
+  brelan check --dry-run pit.dat       and whether the mesh would be sound
   brelan check --json pit.dat | jq '.warnings[].message'
 )",
                    check);
@@ -163,6 +164,8 @@ void add_check(Parser& parser) {
             "--work", options->work,
             "Directory of the project that the run will work in; without it the run has one of its own")
         ->option_text("NAME");
+    command->add_flag("--dry-run", options->dry_run,
+                      "Run the deck in memory as well: no file is written, the mesh is looked at");
     command->add_flag("--json", options->json, "For programs");
     command->add_flag("--strict", options->strict, "Exit status 1 also when there are warnings");
 }

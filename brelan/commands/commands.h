@@ -30,7 +30,7 @@ int new_deck(const NewOptions& options, const Context& context);
 
 struct CheckOptions {
     std::string deck, project, work;
-    bool json = false, strict = false;
+    bool json = false, strict = false, dry_run = false;
     EditionOptions edition;
 };
 int check(const CheckOptions& options, const Context& context);

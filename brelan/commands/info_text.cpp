@@ -160,11 +160,13 @@ Json finding_json(const Finding& f, std::size_t list) {
         if (p.node != 0)
             place["node"] = p.node;
         if (p.other != 0)
-            place[f.check == Check::duplicate_element || f.check == Check::double_element ? "other_element"
-                                                                                          : "other_node"] =
-                p.other;
+            place[f.pair_of == PairOf::elements ? "other_element" : "other_node"] = p.other;
         place["x"] = p.at.x;
         place["y"] = p.at.y;
+        if (f.check == Check::free_line)
+            place[f.amount] = static_cast<std::size_t>(p.amount);
+        else if (!f.amount.empty())
+            place[f.amount] = p.amount;
         places.push_back(place);
     }
     return {{"count", f.places.size()}, {"unsound", f.unsound}, {"places", places}};

@@ -1,9 +1,7 @@
 // brelan run: the batch program for one deck, with all that it needs around it.
 #include <fmt/core.h>
 
-#include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <optional>
 #include <string>
@@ -11,36 +9,27 @@
 
 #include "cli/console.h"
 #include "cli/exit_status.h"
-#include "cli/input_file.h"
-#include "cli/output_file.h"
 #include "cli/words.h"
 #include "commands/batch/batch_program.h"
 #include "commands/batch/data_directory.h"
 #include "commands/batch/directory_lock.h"
 #include "commands/batch/edition.h"
-#include "commands/batch/kept_files.h"
-#include "commands/batch/pass_trace.h"
 #include "commands/batch/side_files.h"
-#include "commands/batch/temporary_directory.h"
 #include "commands/card_report.h"
-#include "commands/checking/free_sides.h"
+#include "commands/checking/deck_check.h"
+#include "commands/checking/drawn_lines.h"
 #include "commands/commands.h"
-#include "commands/mesh_verdict.h"
-#include "commands/run_failure.h"
+#include "commands/cut_choice.h"
 #include "commands/run_summary.h"
 #include "formats/mesh_file.h"
+#include "text/run_end.h"
 
 namespace brelan::tool {
 
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
 using Remark = std::function<void(const std::string&)>;
-
-// The deck goes to the working directory under this name, whatever its own is.
-constexpr std::string_view DECK_NAME = "brelan-run.dat";
-constexpr std::string_view LINE_UP = "LineUp.dat";
 
 fs::path directory_of(const fs::path& deck) {
     return deck.parent_path().empty() ? fs::path(".") : deck.parent_path();
@@ -66,107 +55,16 @@ void refuse_harmful_result(const NotedDeck& deck, const fs::path& project, const
                         deck.file.string(), name));
 }
 
-// The working directory of a run: one of its own, or the one that the user names and keeps.
-class WorkingDirectory {
-public:
-    WorkingDirectory(const fs::path& project, const RunOptions& options) {
-        if (options.work.empty()) {
-            own_.emplace(project, ".brelan-");
-            path_ = own_->path();
-            if (options.keep)
-                own_->keep();
-            return;
-        }
-        std::error_code error;
-        path_ = fs::absolute(project / options.work, error);
-        fs::create_directory(path_, error);
-        if (!fs::is_directory(path_, error) || fs::path(options.work).has_parent_path() ||
-            options.work == "." || options.work == "..")
-            throw Failure(
-                fmt::format("{}: expected the name of a directory of the project to work in", options.work));
+// What may be wrong with the deck, before it runs: not why the run will end, which it will say itself, nor
+// what has been said of its kind and of the mark in front of it.
+void warn(const Remark& remark, const DeckCheck& check, bool work_is_left) {
+    for (const Doubt& doubt : check.doubts) {
+        if (doubt.ends_run || doubt.id == "other-kind" || doubt.id == "byte-order-mark" ||
+            (doubt.id == "lost-result" && work_is_left))
+            continue;
+        const std::string line = doubt.line > 0 ? fmt::format(", line {}", doubt.line) : "";
+        remark(fmt::format("{}{}: warning: {}", check.deck.file.string(), line, doubt.message));
     }
-    const fs::path& path() const { return path_; }
-
-private:
-    std::optional<TemporaryDirectory> own_;
-    fs::path path_;
-};
-
-// The project's LineUp.dat, which the batch program looks for in its working directory.
-class LineUpFile {
-public:
-    LineUpFile(const fs::path& project, const fs::path& working_directory)
-        : file_(file_of_card(project, LINE_UP)), copy_(working_directory / LINE_UP) {
-        std::error_code error;
-        if (!fs::is_regular_file(file_, error))
-            return;
-        before_ = read_file(file_);
-        fs::copy_file(file_, copy_, fs::copy_options::overwrite_existing, error);
-    }
-
-    // The program has turned it off, so that it works once. True when the project's file was changed.
-    bool take_back() const {
-        std::error_code error;
-        if (!before_ || !fs::is_regular_file(copy_, error))
-            return false;
-        const std::string now = read_file(copy_);
-        if (now == *before_)
-            return false;
-        write_file(file_, now);
-        return true;
-    }
-    const fs::path& file() const { return file_; }
-
-private:
-    fs::path file_, copy_;
-    std::optional<std::string> before_;
-};
-
-std::string progress_text(const fs::path& deck, const PassTrace& trace, Clock::duration time) {
-    std::string text = fmt::format("{}", deck.filename().string());
-    if (trace.decks() > 1)
-        text += fmt::format(", deck {}", trace.decks());
-    if (!trace.pass().empty()) {
-        text += fmt::format(": pass {}", trace.pass());
-        if (const std::string_view work = work_of_pass(trace.pass()); !work.empty())
-            text += fmt::format(", {}", work);
-    }
-    return text + fmt::format("  {:.0f} s", std::chrono::duration<double>(time).count());
-}
-
-// The mesh that the run has written. An earth dam's decks are the run's own: the last of them has told the
-// plot tool.
-fs::path result_of(const NotedDeck& deck, const fs::path& project, const fs::path& work,
-                   const DataDirectory& data) {
-    constexpr std::int32_t dam = 3;
-    std::string name = deck.result;
-    if (deck.mode == 2 && name.empty())
-        name = BASE_MESH;
-    if (deck.mode == dam) {
-        std::ifstream stream(data.files() / "FnPlot2D.dat");
-        std::getline(stream, name);
-        name.erase(name.find_last_not_of(" \r") + 1);
-    }
-    return file_of_card(project, name, work);
-}
-
-// What a run that has finished leaves to be said.
-void warn(const Remark& remark, const NotedDeck& deck, const fs::path& base_mesh, bool work_is_left) {
-    const auto say = [&](int line, const std::string& text) {
-        remark(fmt::format("{}, line {}: warning: {}", deck.file.string(), line, text));
-    };
-    if (in_working_directory(deck.result) && !work_is_left)
-        for (const DeckCard& card : deck.cards)
-            if (card.type == CardType::name && card.name == deck.result)
-                say(card.line, lost_result(card.name));
-    if (deck.mode != 2 || lower(deck.result) == lower(BASE_MESH))
-        return;
-    std::error_code error;
-    if (const DeckCard* blocks = deck.card("4.1"); fs::is_regular_file(base_mesh, error))
-        // The name of its directory may hold a backslash.
-        for (const std::string& side :
-             free_sides(*blocks, read_mesh_file(base_mesh.filename(), deck.kind, directory_of(base_mesh))))
-            say(blocks->line, side);
 }
 
 // The lists that a dam with shells leaves go by the numbers of a mesh that its run deletes.
@@ -185,132 +83,19 @@ void remark_old_numbers(RunReport& report, const NotedDeck& deck) {
             lists.size() == 1 ? "has" : "have", body, report.result.filename().string()));
 }
 
-// What a run of the batch program is started with.
-struct RunPlace {
-    const RunOptions& options;
-    const Context& context;
-    const Interruption& interruption;
-    const NotedDeck& deck;
-    const fs::path &project, &kept_work, &program;
-    const DataDirectory& data;
-};
-
-struct FinishedRun {
-    RunReport report;
-    fs::path base_mesh;  // where it is, or would be
-};
-
-// Runs the batch program once. The report begins with what is known before.
-FinishedRun run_once(const RunPlace& place, RunReport report, CutMethod cut) {
-    const RunOptions& options = place.options;
-    const NotedDeck& deck = place.deck;
-    const fs::path& project = place.project;
-    const WorkingDirectory work(project, options);
-    write_file(work.path() / DECK_NAME, deck.text);
-    const LineUpFile line_up(project, work.path());
-    SideFiles files(project, deck, options.apart);
-
-    PassTrace trace(work.path());
-    const Clock::time_point begin = Clock::now();
-    ProgressLine progress(place.context);
-    progress.show(progress_text(deck.file, trace, {}));
-    const BatchResult result =
-        run_batch_program({place.program, work.path(), place.data.drive(), std::string(DECK_NAME), cut},
-                          place.interruption, [&] {
-                              trace.look();
-                              progress.show(progress_text(deck.file, trace, Clock::now() - begin));
-                          });
-    report.seconds += std::chrono::duration<double>(Clock::now() - begin).count();
-    trace.look();
-    progress.clear();
-    report.cut = cut;
-    report.decks = trace.decks();
-    report.pass = trace.pass();
-    report.status = result.status;
-    files.collect();
-    report.also = files.written();
-    report.deleted = files.deleted();
-    if (line_up.take_back())
-        report.also.push_back(line_up.file());
-    if (options.keep)
-        note(place.context, fmt::format("{}: kept", work.path().string()));
-
-    if (result.status != 0) {
-        const FailedRun failed{deck, project, work.path(), std::string(DECK_NAME), trace.pass(), result};
-        report.message = failure_message(failed);
-        report.details = failure_details(failed);
-        return {report, {}};
-    }
-    const fs::path mesh = files.place_of(result_of(deck, project, place.kept_work, place.data));
-    if (std::error_code error; !mesh.empty() && fs::is_regular_file(mesh, error)) {
-        report.result = mesh;
-        std::erase(report.also, mesh);
-    }
-    return {report, files.place_of(file_of_card(project, BASE_MESH))};
-}
-
-// The files that a run may write or delete.
-std::vector<fs::path> files_at_stake(const RunPlace& place) {
-    std::vector<fs::path> files{file_of_card(place.project, place.deck.result, place.kept_work),
-                                file_of_card(place.project, LINE_UP)};
-    for (const std::string& name : side_file_names(place.deck, place.project)) {
-        files.push_back(file_of_card(place.project, name));
-        if (!place.options.apart.empty())
-            files.push_back(fs::path(place.options.apart) / files.back().filename());
-    }
-    if (!place.data.is_private())
-        for (const char* name : {"BRELAN2D.DAT", "FnPlot2D.dat"})
-            files.push_back(place.data.files() / name);
-    std::erase(files, fs::path{});
-    return files;
-}
-
-// The cut makes no difference to other decks.
-bool is_cut(const NotedDeck& deck) {
-    constexpr std::int32_t base_mesh = 2;
-    return deck.mode >= base_mesh || !deck.groups.empty();
-}
-
-std::string reason_against(const RunReport& sound, const MeshVerdict& verdict) {
-    if (sound.status != STATUS_OK)
-        return "the sound cut ended with: " + sound.message;
-    return verdict.known ? "the mesh of the sound cut is no better, " + verdict.text
-                         : "the sound cut left no mesh that can be read";
-}
-
-// By the rules, and where the mesh is unsound by the sound cut, from the same files. The better mesh stands.
-FinishedRun run_by_both(const RunPlace& place, const RunReport& begun) {
-    const std::vector<fs::path> files = files_at_stake(place);
-    KeptFiles before(place.project, files);
-    FinishedRun by_rules = run_once(place, begun, CutMethod::by_rules);
-    const MeshVerdict rules = verdict_on(by_rules.report);
-    if (rules.faults == 0)
-        return by_rules;
-    KeptFiles after(place.project, files);
+// Lines that have come out longer or shorter than drawn. A mesh that cannot be read is told by the summary.
+void remark_changed_lines(RunReport& report, const DeckCheck& check) {
+    if (report.result.empty() || check.deck.groups.empty())
+        return;
     try {
-        before.put_back();
-        RunReport again = begun;
-        again.seconds = by_rules.report.seconds;
-        FinishedRun sound = run_once(place, again, CutMethod::sound);
-        const MeshVerdict verdict = verdict_on(sound.report);
-        if (verdict.known && verdict.faults < rules.faults) {
-            sound.report.cut_reason = "by the rules the mesh is " + rules.text;
-            return sound;
-        }
-        by_rules.report.seconds = sound.report.seconds;
-        by_rules.report.cut_reason = reason_against(sound.report, verdict);
-    } catch (...) {
-        after.put_back();
-        throw;
+        const MeshLists mesh = read_mesh_file(report.result, check.edition.kind);
+        for (const std::string& remark : changed_lines(check.deck, check.first_mesh, mesh))
+            report.remarks.push_back(remark);
+    } catch (const Failure&) {
+        return;
+    } catch (const RunEnd&) {
+        return;
     }
-    after.put_back();
-    return by_rules;
-}
-
-FinishedRun run_by_choice(const RunPlace& place, const RunReport& begun) {
-    if (place.options.cut == Cut::automatic && is_cut(place.deck))
-        return run_by_both(place, begun);
-    return run_once(place, begun, place.options.cut == Cut::sound ? CutMethod::sound : CutMethod::by_rules);
 }
 
 int run_deck(const RunOptions& options, const Context& context) {
@@ -360,13 +145,17 @@ int run_deck(const RunOptions& options, const Context& context) {
     });
     if (!data)
         data.emplace(context.program, choice.edition, project);
-    const NotedDeck deck = read_deck(source, choice.edition.kind);
+    const DeckCheck check =
+        check_of(read_deck(source, choice.edition.kind), choice.edition, {project, kept_work});
+    const NotedDeck& deck = check.deck;
+    report.cuts = options.cut == Cut::rules && has_cut(deck);
     if (deck.byte_order_mark)
         remark(mark_passed_over(deck_file));
     refuse_harmful_result(deck, project, kept_work, *data);
-    FinishedRun finished =
+    if (check.verdict.status == 0)
+        warn(remark, check, options.keep || !options.work.empty());
+    report =
         run_by_choice({options, context, interruption, deck, project, kept_work, program, *data}, report);
-    report = std::move(finished.report);
     if (report.status != 0) {
         if (options.json)
             print(run_json(report));
@@ -375,7 +164,7 @@ int run_deck(const RunOptions& options, const Context& context) {
         return report.status;
     }
     remark_old_numbers(report, deck);
-    warn(remark, deck, finished.base_mesh, options.keep || !options.work.empty());
+    remark_changed_lines(report, check);
     if (options.json)
         print(run_json(report));
     else if (!context.quiet)

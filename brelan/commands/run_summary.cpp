@@ -77,24 +77,6 @@ std::string quoted(const fs::path& file) {
     return text + "'";
 }
 
-std::string about_mesh(const fs::path& file, LayoutKind kind) {
-    const MeshLists mesh = read_mesh_file(file, kind);
-    const std::vector<CornerPlaces> corners = corners_of(mesh);
-    const Counts counts = count_mesh(mesh, corners);
-    const Soundness soundness = check_soundness(mesh, corners);
-    std::string text = entry("mesh", element_counts(mesh, counts));
-    text += entry("materials", materials(counts));
-    const bool stages = !soundness.of(Check::double_element).places.empty();
-    text += entry("area",
-                  {fmt::format("{:.6g}{}", counts.area, stages ? " with each element of the stages" : "")});
-    const bool sound = soundness.sound();
-    text += entry("soundness", {inked(stdout, sound ? Ink::green : Ink::yellow, soundness_line(soundness))});
-    if (!sound)
-        text += entry("", {fmt::format("to see where: brelan info {0}; brelan plot {0} -o mesh.html",
-                                       quoted(file.lexically_normal()))});
-    return text;
-}
-
 // Which mesh stands there and why; empty where that goes without saying.
 std::string cut_text(const RunReport& run) {
     if (run.cut_reason.empty())
@@ -112,6 +94,37 @@ std::vector<std::string> names_of(const std::vector<fs::path>& files, const fs::
 }
 
 }  // namespace
+
+bool has_cut(const NotedDeck& deck) {
+    constexpr std::int32_t dam = 3;
+    return deck.mode == dam || !deck.groups.empty();
+}
+
+std::string mesh_summary(const MeshOfRun& made) {
+    const MeshLists& mesh = made.mesh;
+    const std::vector<CornerPlaces> corners = corners_of(mesh);
+    const Counts counts = count_mesh(mesh, corners);
+    const Soundness soundness = check_soundness(mesh, corners);
+    std::string text;
+    for (const std::string& remark : made.remarks)
+        text += entry("remark", {printable(remark)});
+    text += entry("mesh", element_counts(mesh, counts));
+    text += entry("materials", materials(counts));
+    const bool stages = !soundness.of(Check::double_element).places.empty();
+    text += entry("area",
+                  {fmt::format("{:.6g}{}", counts.area, stages ? " with each element of the stages" : "")});
+    const bool sound = soundness.sound();
+    text += entry("soundness", {inked(stdout, sound ? Ink::green : Ink::yellow, soundness_line(soundness))});
+    if (!sound && !made.file.empty())
+        text += entry("", {fmt::format("to see where: brelan info {0}; brelan plot {0} -o mesh.html",
+                                       quoted(made.file.lexically_normal()))});
+    if (!sound && !made.deck.empty())
+        text += entry("", {fmt::format("the sound cut may make a sound one: brelan run --cut sound {}",
+                                       quoted(made.deck))});
+    if (const std::string remarks = remarks_line(soundness); !remarks.empty())
+        text += entry("remarks", {remarks});
+    return text;
+}
 
 std::string run_summary(const RunReport& run) {
     std::string text =
@@ -131,7 +144,8 @@ std::string run_summary(const RunReport& run) {
     if (!there)
         return text;
     try {
-        text += about_mesh(run.result, run.edition.kind);
+        const MeshLists mesh = read_mesh_file(run.result, run.edition.kind);
+        text += mesh_summary({mesh, run.result, run.cuts ? run.deck : fs::path{}});
     } catch (const Failure& failure) {
         text += entry("mesh", {fmt::format("cannot be shown: {}", failure.what())});
     } catch (const RunEnd& end) {

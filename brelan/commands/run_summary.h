@@ -5,13 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "analysis/mesh_lists.h"
 #include "commands/batch/edition.h"
 #include "mesh/cut_method.h"
+#include "model/deck.h"
 
 namespace brelan::tool {
 
 struct RunReport {
     std::filesystem::path deck, project;
+    bool cuts = false;  // along groups, or a dam, by the rules alone: the sound cut is another way
     Edition edition;
     CutMethod cut = CutMethod::by_rules;  // of the mesh that stands there
     std::string cut_reason;               // why, where a choice was made; else empty
@@ -25,6 +28,20 @@ struct RunReport {
     std::vector<std::filesystem::path> deleted;
     std::vector<std::string> remarks;  // each as it stands behind "remark"
 };
+
+// A mesh that has come out of a deck.
+struct MeshOfRun {
+    const MeshLists& mesh;
+    std::filesystem::path file;  // where it lies; empty: nowhere
+    std::filesystem::path deck;  // of which the sound cut may make another mesh; empty: it cuts nothing
+    std::vector<std::string> remarks = {};
+};
+
+// True for a deck whose mesh another cut would make another.
+bool has_cut(const NotedDeck& deck);
+
+// Counts, materials, area and soundness, a line each.
+std::string mesh_summary(const MeshOfRun& made);
 
 // Of a run that has finished.
 std::string run_summary(const RunReport& report);

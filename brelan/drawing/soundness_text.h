@@ -13,4 +13,7 @@ std::string place_text(const Finding& finding, const Place& place);
 // The verdict in one line: "sound", or how many of each fault there are and where the first is.
 std::string soundness_line(const Soundness& soundness);
 
+// The remarks in one line, without what is drawn so: stages, struts and anchors. Empty where there is none.
+std::string remarks_line(const Soundness& soundness);
+
 }  // namespace brelan::tool

@@ -10,8 +10,10 @@
 namespace brelan {
 
 struct SolidSets {
-    std::vector<std::int32_t> single;                            // the first of each set, ascending places
-    std::vector<std::pair<std::int32_t, std::int32_t>> doubles;  // each further one, and the one before it
+    std::vector<std::int32_t> single;  // the first of each set, ascending places
+    // Each further one with an earlier one: of its own material where there is one, else the one before it.
+    std::vector<std::pair<std::int32_t, std::int32_t>> doubles;
+    std::vector<std::pair<std::int32_t, std::int32_t>> further;  // each from the third on, and the first
 };
 
 // `closed` as nodes_with_joints_closed gives it: a solid on the twins of a joint's line is the double of one

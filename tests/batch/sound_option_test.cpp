@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "support/dam.h"
 #include "support/mesh.h"
 #include "support/project.h"
 
@@ -41,6 +42,23 @@ TEST_F(SoundOption, NothingElseIsTheOption) {
 TEST_F(SoundOption, HoldsForABaseMeshThatAnEditFollows) {
     EXPECT_EQ(fixed_with({"--sound"}, "1\nBmesh.dat\nOut.Mes\n1 1\n0\n0 0 0 0\n1 1\n"), 21);
     EXPECT_TRUE(project.exists("Out.Mes"));
+}
+
+// The decks of a dam are made and run one after the other, and its profile is cut in one of them.
+TEST_F(SoundOption, HoldsForTheDecksOfADam) {
+    DamInput dam;
+    dam.layers = {6.3, 8.4};
+    install_dam_files(project, Kind::displacement);
+    const auto mesh_with = [&](const std::vector<std::string>& arguments) {
+        project.deck(dam.deck());
+        RunOptions options;
+        options.arguments = arguments;
+        expect_finished(project.run("", options));
+        return project.read(dam.mesh_name());
+    };
+    const std::string by_rules = mesh_with({}), sound = mesh_with({"--sound"});
+    EXPECT_NE(by_rules, sound);
+    EXPECT_EQ(mesh_with({}), by_rules);
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 """brelan check: the verdict, the cards, and each of the warnings."""
+import json
+
 from harness import KINDS, SOURCE, Case, main
 
 # Identifier of the warning, starter deck, text that is replaced, what comes in its place, fragment of the message.
@@ -273,6 +275,46 @@ class Verdict(Case):
             _, report = self.check(deck)
             expected = ["slopes-held"] if deck == "dam.dat" else []
             self.assertEqual((report["accepted"], [w["id"] for w in report["warnings"]]), (True, expected), deck)
+
+
+class DryRun(Case):
+    def starters(self):
+        return [line.split()[0] for line in self.brelan("new", "--list").stdout.splitlines() if line.strip()]
+
+    def test_says_of_every_starter_deck_what_a_run_says_and_leaves_no_file(self):
+        for kind in KINDS:
+            for name in self.starters():
+                directory = self.root / kind / name
+                deck = self.starter(name, kind, directory)
+                before = {p.name: p.read_bytes() for p in directory.iterdir()}
+                checked, report = self.check("--dry-run", deck)
+                self.assertEqual({p.name: p.read_bytes() for p in directory.iterdir()}, before, deck)
+                ran = json.loads(self.brelan("run", "--json", deck).stdout)
+                dry = report["dry_run"]
+                self.assertEqual((dry["status"], dry["message"]), (ran["status"], ran["message"]), deck)
+                if ran["mesh"] is None:
+                    self.assertIsNone(dry["mesh"], deck)
+                    continue
+                self.assertEqual(checked.returncode, 0 if ran["mesh"]["sound"] else 1, deck)
+                self.assertEqual(dict(dry["mesh"], file="", name=""), dict(ran["mesh"], file="", name=""), deck)
+        self.assert_nothing_left()
+
+    def test_a_run_that_ends_with_a_message_is_told_by_it(self):
+        # A second joint on the line of the first, neither of a width.
+        deck = self.starter("groups")
+        text = deck.read_text().replace("  4       1\n* Xref", "  5       1\n* Xref", 1)
+        wall = text[text.index("Wall\n"):text.index("* Group No = 2")]
+        deck.write_text(text.rstrip("\n") + "\n" + wall)
+        dry = self.brelan("check", "-q", "--dry-run", deck)
+        self.assertEqual(dry.returncode, 1)
+        ran = self.brelan("run", "-q", deck)
+        self.assertEqual(ran.returncode, 2)
+        self.assertEqual(dry.stderr.splitlines()[0], ran.stderr.splitlines()[0])
+
+    def test_a_deck_that_is_refused_is_not_run(self):
+        self.edited_starter("edit-0", ("  -1.0   1.0\n", "  -1.0\n"))
+        result, report = self.check("--dry-run", "edit-0.dat")
+        self.assertEqual((result.returncode, report["accepted"], report["dry_run"]), (1, False, None))
 
 
 if __name__ == "__main__":

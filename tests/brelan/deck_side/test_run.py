@@ -1,5 +1,6 @@
 """brelan run: what it leaves, what it says, and how it ends."""
 import fcntl
+import json
 import os
 import pty
 import select
@@ -69,6 +70,111 @@ class Results(Case):
         self.assertEqual((ran.returncode, ran.stderr), (0, ""))
         self.assertRegex(ran.stdout, r"soundness +unsound: 1 hanging node .*node 7 .*element 1 .*\(11, 0\.5\)")
         self.assertIn("brelan info Moved.Mes; brelan plot Moved.Mes", ran.stdout)
+
+    # A wall with a joint 0.2 wide that ends in ground of 1 m elements: below its foot a wedge of 0.2 x 1 / 2 is open.
+    WALL = """2 0
+1 1 1 1 0 1
+0.0 0.0
+{width} 1.0 0.5
+20.0 1.0 0.5
+1
+Bmesh.dat
+Wall.Mes
+1 1
+4
+0
+0
+0
+1 0
+0 0
+-2 0 0
+7 0.0 -0.2 2 1 0 0
+2 1 0 0 0
+1 10.0 12.0
+2 10.0 20.0
+1
+1 1 0 2
+"""
+
+    def test_warnings_of_the_check_come_first_and_the_sound_cut_is_named(self):
+        self.write("wall.dat", self.WALL.format(width="20.0") + "left over\n")
+        ran = self.brelan("run", "wall.dat", "--cut", "rules")
+        self.assertEqual(ran.returncode, 0)
+        self.assertRegex(ran.stderr, r"^brelan: wall\.dat, line 23: warning: .*\n$")
+        self.assertRegex(ran.stdout, r"soundness +unsound: 1 open wedge at a joint \(between nodes \d+ and \d+, area 0\.1 "
+                                     r"at \((10|9\.8), 12\)\)\n")
+        self.assertIn("to see where: brelan info Wall.Mes; brelan plot Wall.Mes", ran.stdout)
+        self.assertIn("brelan run --cut sound wall.dat\n", ran.stdout)
+        # The mesh is that of the check's dry run, which leaves nothing.
+        (self.project / "Wall.Mes").unlink()
+        before = sorted(p.name for p in self.project.iterdir())
+        dry = self.brelan("check", "-q", "--dry-run", "wall.dat")
+        self.assertEqual(dry.returncode, 1)
+        told = [line for line in ran.stdout.splitlines() if line.startswith("  soundness")]
+        self.assertEqual([line for line in dry.stdout.splitlines() if line.startswith("  soundness")], told)
+        self.assertEqual(sorted(p.name for p in self.project.iterdir()), before)
+        self.assert_nothing_left()
+
+    def test_remarks_stand_behind_the_soundness_but_for_what_is_drawn_so(self):
+        # 150 rows of a metre: the bottom is missed. A base mesh is not cut, so no other cut is named.
+        self.write("base.dat", "2 0\n1 1\n0 0\n20 1 0.5\n150 1 0.5\n0\n")
+        ran = self.brelan("run", "base.dat")
+        self.assertRegex(ran.stdout, r"soundness +sound\n  remarks +19 free nodes on sides of which others are fixed \(first: ")
+        self.assertNotIn("--cut", ran.stdout)
+        # Stages and a strut are no remarks.
+        self.starter("groups")
+        self.assertNotIn("remarks", self.brelan("run", "groups.dat").stdout)
+
+    # A wall of beams from y 12.4 to the surface, and ground below y 12, which takes the wall's foot along where its
+    # nodes may move.
+    FOOT = """2 0
+1 1 1 1 0 1
+0.0 0.0
+40.0 1.0 0.5
+24.0 1.0 0.5
+1
+Bmesh.dat
+Wall.Mes
+1 1
+4
+0
+0
+0
+2 0
+0 0
+2 0 0
+2 1
+2 {moves} 0 0 0
+1 20.2 12.4
+2 20.2 24.0
+1
+1 1 0 2
+3 0 0
+3 2.3 0 0
+4 1 0 0 0
+1 0 0
+2 40 0
+3 40 12
+4 0 12
+4
+1 1 0 2
+2 1 0 2
+3 1 0 2
+4 1 0 2
+"""
+
+    def test_a_line_that_came_out_longer_than_drawn_is_remarked(self):
+        self.write("foot.dat", self.FOOT.format(moves=0))
+        ran = self.brelan("run", "foot.dat")
+        remark = "beam 1: the deck draws 1 line of 11.6 within the ground, and the mesh has 12.0"
+        self.assertRegex(ran.stdout, "\n  remark +" + remark + r"\d+; element \d+ at \(20\.[12]\d*, 12\.\d+\) leaves the line\n")
+        self.assertIn(remark, json.loads(self.brelan("run", "--json", "foot.dat").stdout)["remarks"][0])
+        self.assertIn(remark, self.brelan("check", "-q", "--dry-run", "foot.dat").stdout)
+        self.assertIn(remark, json.loads(
+            self.brelan("check", "--json", "--dry-run", "foot.dat").stdout)["dry_run"]["remarks"][0])
+        # Frozen, the wall stays as drawn.
+        self.write("foot.dat", self.FOOT.format(moves=1))
+        self.assertNotIn("remark", self.brelan("run", "foot.dat").stdout)
 
     def test_inverted_elements_are_counted_and_the_first_is_named(self):
         # Corners 1, 4, 3, 2: the six squares of material 2, elements 1, 4, 7 and so on, run clockwise.

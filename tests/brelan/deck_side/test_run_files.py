@@ -12,10 +12,16 @@ BLOCK = "2 0\n1 1\n0 0\n{width} 1 0.5\n4 1 0.5\n0\n"  # a base mesh of width tim
 
 
 class RunCase(Case):
-    def said(self, *arguments, **options):
-        """The summary's entries by their names."""
+    # Of the starter deck of a dam with shells.
+    FIXED_SLOPES = "HWATER 15: with shells the nodes of both slopes below the water"
+
+    def said(self, *arguments, warned=(), **options):
+        """The summary's entries by their names, behind warnings of which each holds the text given here."""
         ran = self.brelan("run", *arguments, **options)
-        self.assertEqual((ran.returncode, ran.stderr), (0, ""))
+        self.assertEqual(ran.returncode, 0, ran.stderr)
+        self.assertEqual(len(ran.stderr.splitlines()), len(warned), ran.stderr)
+        for line, text in zip(ran.stderr.splitlines(), warned):
+            self.assertIn("warning: " + text, line)
         return {line[2:13].strip(): line[13:] for line in ran.stdout.splitlines()[1:]}
 
     def report(self, *arguments, status=0, **options):
@@ -57,7 +63,7 @@ class Lists(RunCase):
         self.assertEqual(first["result"], "EarthDam.Mes")
         self.assertEqual(first["also"], "Bmesh.dat, DV-BRELAN.dat, EarthDam.Meg, Group.Pos")
         self.assertFalse({"deleted", "remark"} & first.keys())
-        second = self.said(self.dam(shells=1))
+        second = self.said(self.dam(shells=1), warned=[self.FIXED_SLOPES])
         self.assertEqual(second["result"], "Earth_Dam.Mes")
         self.assertEqual(second["also"], "Bmesh.dat, Group.Pos")
         self.assertEqual(second["deleted"], "EarthDam.Meg, EarthDam.Mes")
@@ -186,7 +192,7 @@ class KeptApart(RunCase):
     def test_a_dam_leaves_that_of_an_earlier_run(self):
         self.said(self.dam(shells=0))
         before = [self.stamp(name) for name in ("EarthDam.Mes", "EarthDam.Meg", "Bmesh.dat", "Group.Pos")]
-        said = self.said(self.dam(shells=1), "--apart", "out")
+        said = self.said(self.dam(shells=1), "--apart", "out", warned=[self.FIXED_SLOPES])
         self.assertEqual(said["result"], "out/Earth_Dam.Mes")
         self.assertNotIn("deleted", said)
         self.assertEqual([self.stamp(name) for name in ("EarthDam.Mes", "EarthDam.Meg", "Bmesh.dat", "Group.Pos")],
@@ -237,13 +243,20 @@ class Programs(RunCase):
             info = json.loads(self.brelan("info", "--json", "Pit.Mes").stdout)[0]
             mesh = report.pop("mesh")
             self.assertEqual(dict(mesh, file="Pit.Mes"), info)
+        remarks = report["remarks"]
+        report["remarks"] = remarks[:1]
         # The whole of it for the second: DV-BRELAN.dat was there, and in the head kind the strut is a flow section.
         self.assertEqual(report, {
             "deck": "groups.dat", "project": str(self.project), "edition": 9, "kind": "head", "cut": "rules", "cut_reason": None,
             "decks": 1, "pass": "43",
             "status": 0, "message": None, "details": [], "result": str(self.project / "Pit.Mes"),
             "also": [str(self.project / name) for name in ("Bmesh.dat", "Boundary.Man", "Group.Pos")],
-            "deleted": [], "remarks": ["edition 9 (head) by --kind, but its comment names the displacement kind"]})
+            "deleted": [], "remarks": remarks[:1]})
+        # Behind the kind what the check says: the weight of the displacement kind's deck stands where IH is read.
+        self.assertEqual(remarks[0], "edition 9 (head) by --kind, but its comment names the displacement kind")
+        self.assertEqual(len(remarks), 3)
+        for remark in remarks[1:]:
+            self.assertIn("warning: IH 1.9", remark)
 
     def test_a_run_that_fails_as_an_object(self):
         self.edited_starter("edit-0", ("  -1.0   1.0\n", "  -1.0\n"))
@@ -278,8 +291,9 @@ class Programs(RunCase):
         self.said(self.dam(shells=0))
         report = self.report(self.dam(shells=1))
         self.assertEqual((report["decks"], report["deleted"]), (5, ["EarthDam.Meg", "EarthDam.Mes"]))
-        self.assertEqual(len(report["remarks"]), 1)
-        self.assertIn("Group.Pos has the numbers of EarthDam.Mes", report["remarks"][0])
+        self.assertEqual(len(report["remarks"]), 2)
+        self.assertIn("warning: " + self.FIXED_SLOPES, report["remarks"][0])
+        self.assertIn("Group.Pos has the numbers of EarthDam.Mes", report["remarks"][1])
         self.starter("edit-0", "head")
         report = self.report("edit-0.dat", "--kind", "displacement", status=2)
         self.assertIn("Start.Mes is a mesh of the head kind", report["remarks"][0])

@@ -2,49 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "support/mesh_sample.h"
+#include "lib/analysis/soundness_sample.h"
 
 namespace brelan::test {
 namespace {
 
-Soundness check(const Sample& sample) {
-    const MeshLists mesh = sample.mesh();
-    return check_soundness(mesh, corners_of(mesh));
-}
-
-// Checks that only the findings named here have places, and how many.
-void expect_only(const Soundness& soundness, std::initializer_list<std::pair<Check, std::size_t>> expected) {
-    for (const Finding& finding : soundness.findings) {
-        std::size_t count = 0;
-        for (const auto& [check, places] : expected)
-            if (check == finding.check)
-                count = places;
-        EXPECT_EQ(finding.places.size(), count) << finding.id;
-    }
-}
-
-//  4---5---6      3 rows of nodes would be more than the tests need
-//  | 1 | 2 |
-//  1---2---3
-Sample two_squares() {
-    return Sample()
-        .nodes({{0, 0}, {1, 0}, {2, 0}, {0, 1}, {1, 1}, {2, 1}})
-        .solid({1, 2, 5, 4})
-        .solid({2, 3, 6, 5});
-}
-
-//  4---5 7---8    two squares that do not share their middle nodes
-//  | 1 | | 2 |
-//  1---2 3---6
-Sample parted_squares() {
-    return Sample()
-        .nodes({{0, 0}, {1, 0}, {1, 0}, {0, 1}, {1, 1}, {2, 0}, {1, 1}, {2, 1}})
-        .solid({1, 2, 5, 4})
-        .solid({3, 6, 8, 7});
-}
-
 TEST(Soundness, SquaresThatShareASideAreSound) {
-    const Soundness s = check(two_squares());
+    const Soundness s = soundness_of(two_squares());
     expect_only(s, {});
     EXPECT_TRUE(s.sound());
     EXPECT_EQ(s.free_edges.count, 6U);
@@ -59,11 +23,12 @@ TEST(Soundness, SquaresThatShareASideAreSound) {
 //  |       | 2 |
 //  1-------2---3
 TEST(Soundness, NodeOnTheSideOfAnotherElementHangs) {
-    const Soundness s = check(Sample()
-                                  .nodes({{0, 0}, {2, 0}, {3, 0}, {0, 2}, {2, 2}, {2, 1}, {3, 2}, {3, 1}})
-                                  .solid({1, 2, 5, 4})
-                                  .solid({2, 3, 8, 6})
-                                  .solid({6, 8, 7, 5}));
+    const Soundness s =
+        soundness_of(Sample()
+                         .nodes({{0, 0}, {2, 0}, {3, 0}, {0, 2}, {2, 2}, {2, 1}, {3, 2}, {3, 1}})
+                         .solid({1, 2, 5, 4})
+                         .solid({2, 3, 8, 6})
+                         .solid({6, 8, 7, 5}));
     expect_only(s, {{Check::hanging_node, 1}});
     EXPECT_EQ(s.of(Check::hanging_node).places[0].node, 6);
     EXPECT_EQ(s.of(Check::hanging_node).places[0].element, 1);
@@ -74,11 +39,12 @@ TEST(Soundness, NodeOnTheSideOfAnotherElementHangs) {
 // the side, one that is off by a hundredth does not.
 TEST(Soundness, NodeOnASideIsFoundWithinTheDigitsOfTheFile) {
     const auto hanging = [](double x) {
-        return check(Sample()
-                         .nodes({{60, 0}, {62, 0}, {63, 0}, {60, 2}, {62, 2}, {x, 1}, {63, 2}, {63, 1}})
-                         .solid({1, 2, 5, 4})
-                         .solid({2, 3, 8, 6})
-                         .solid({6, 8, 7, 5}))
+        return soundness_of(
+                   Sample()
+                       .nodes({{60, 0}, {62, 0}, {63, 0}, {60, 2}, {62, 2}, {x, 1}, {63, 2}, {63, 1}})
+                       .solid({1, 2, 5, 4})
+                       .solid({2, 3, 8, 6})
+                       .solid({6, 8, 7, 5}))
             .of(Check::hanging_node)
             .places.size();
     };
@@ -87,7 +53,7 @@ TEST(Soundness, NodeOnASideIsFoundWithinTheDigitsOfTheFile) {
 }
 
 TEST(Soundness, NodesAtOnePlaceWithoutAJointAreACrack) {
-    const Soundness s = check(parted_squares());
+    const Soundness s = soundness_of(parted_squares());
     expect_only(s, {{Check::coincident_nodes, 2}});
     EXPECT_EQ(s.of(Check::coincident_nodes).places[0].node, 2);
     EXPECT_EQ(s.of(Check::coincident_nodes).places[0].other, 3);
@@ -99,7 +65,7 @@ TEST(Soundness, NodesAtOnePlaceWithoutAJointAreACrack) {
 TEST(Soundness, JointExplainsNodesAtOnePlaceWhereverItsCornersBegin) {
     for (const std::vector<Number>& corners :
          {std::vector<Number>{2, 5, 7, 3}, {5, 7, 3, 2}, {7, 3, 2, 5}, {3, 2, 5, 7}, {3, 7, 5, 2}}) {
-        const Soundness s = check(parted_squares().joint(corners));
+        const Soundness s = soundness_of(parted_squares().joint(corners));
         expect_only(s, {});
         EXPECT_EQ(s.parts, 1U);
         EXPECT_EQ(s.free_edges.count, 6U);
@@ -108,11 +74,12 @@ TEST(Soundness, JointExplainsNodesAtOnePlaceWhereverItsCornersBegin) {
 }
 
 TEST(Soundness, JointOfSomeWidthJoinsItsSides) {
-    const Soundness s = check(Sample()
-                                  .nodes({{0, 0}, {1, 0}, {1.1, 0}, {0, 1}, {1, 1}, {2, 0}, {1.1, 1}, {2, 1}})
-                                  .solid({1, 2, 5, 4})
-                                  .solid({3, 6, 8, 7})
-                                  .joint({3, 7, 5, 2}));
+    const Soundness s =
+        soundness_of(Sample()
+                         .nodes({{0, 0}, {1, 0}, {1.1, 0}, {0, 1}, {1, 1}, {2, 0}, {1.1, 1}, {2, 1}})
+                         .solid({1, 2, 5, 4})
+                         .solid({3, 6, 8, 7})
+                         .joint({3, 7, 5, 2}));
     expect_only(s, {});
     EXPECT_EQ(s.free_edges.count, 6U);
 }
@@ -129,39 +96,41 @@ TEST(Soundness, MarksOfJointsGoByTheKind) {
 
 TEST(Soundness, ClockwiseElementIsInverted) {
     const Soundness s =
-        check(Sample().nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1}}).solid({1, 4, 3, 2}).solid({1, 3, 2}));
+        soundness_of(Sample().nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1}}).solid({1, 4, 3, 2}).solid({1, 3, 2}));
     EXPECT_EQ(s.of(Check::inverted_element).places.size(), 2U);
 }
 
 TEST(Soundness, CornerPushedInMakesAQuadrilateralConcave) {
-    const Soundness s = check(Sample().nodes({{0, 0}, {2, 0}, {0.5, 0.5}, {0, 2}}).solid({1, 2, 3, 4}));
+    const Soundness s =
+        soundness_of(Sample().nodes({{0, 0}, {2, 0}, {0.5, 0.5}, {0, 2}}).solid({1, 2, 3, 4}));
     expect_only(s, {{Check::concave_element, 1}});
     EXPECT_EQ(s.of(Check::concave_element).places[0].node, 3);
 }
 
 TEST(Soundness, CornerOnAStraightSideIsNotConcave) {
-    expect_only(check(Sample().nodes({{0, 0}, {2, 0}, {1, 1}, {0, 2}}).solid({1, 2, 3, 4})), {});
+    expect_only(soundness_of(Sample().nodes({{0, 0}, {2, 0}, {1, 1}, {0, 2}}).solid({1, 2, 3, 4})), {});
 }
 
 TEST(Soundness, CrossedQuadrilateralIsUnsound) {
-    EXPECT_FALSE(check(Sample().nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1.5}}).solid({1, 2, 4, 3})).sound());
+    EXPECT_FALSE(
+        soundness_of(Sample().nodes({{0, 0}, {1, 0}, {1, 1}, {0, 1.5}}).solid({1, 2, 4, 3})).sound());
 }
 
 TEST(Soundness, ElementsWithoutAreaAndLinesWithoutLengthAreDegenerate) {
-    const Soundness s = check(Sample()
-                                  .nodes({{0, 0}, {1, 0}, {2, 0}, {0, 1}, {0, 1}})
-                                  .solid({1, 2, 3})     // on one line
-                                  .solid({1, 3, 4, 4})  // a corner twice
-                                  .beam(4, 5));
+    const Soundness s = soundness_of(Sample()
+                                         .nodes({{0, 0}, {1, 0}, {2, 0}, {0, 1}, {0, 1}})
+                                         .solid({1, 2, 3})     // on one line
+                                         .solid({1, 3, 4, 4})  // a corner twice
+                                         .beam(4, 5));
     EXPECT_EQ(s.of(Check::degenerate_element).places.size(), 3U);
 }
 
 TEST(Soundness, SameNodesAndMaterialTwiceIsADuplicateButAnotherMaterialAStage) {
-    const Soundness same = check(two_squares().solid({5, 4, 1, 2}, 1));
+    const Soundness same = soundness_of(two_squares().solid({5, 4, 1, 2}, 1));
     expect_only(same, {{Check::duplicate_element, 1}});
     EXPECT_EQ(same.of(Check::duplicate_element).places[0].element, 3);
     EXPECT_EQ(same.of(Check::duplicate_element).places[0].other, 1);
-    const Soundness stage = check(two_squares().solid({1, 2, 5, 4}, 5));
+    const Soundness stage = soundness_of(two_squares().solid({1, 2, 5, 4}, 5));
     expect_only(stage, {{Check::double_element, 1}});
     EXPECT_TRUE(stage.sound());
     EXPECT_EQ(stage.free_edges.count, 6U);
@@ -169,13 +138,13 @@ TEST(Soundness, SameNodesAndMaterialTwiceIsADuplicateButAnotherMaterialAStage) {
 
 // A stage behind a joint has the old element on the line and the new one on the twins.
 TEST(Soundness, DoubleOnTheTwinsOfAJointIsAStage) {
-    const Soundness s = check(parted_squares().joint({2, 5, 7, 3}).solid({2, 6, 8, 5}, 4));
+    const Soundness s = soundness_of(parted_squares().joint({2, 5, 7, 3}).solid({2, 6, 8, 5}, 4));
     expect_only(s, {{Check::double_element, 1}});
     EXPECT_TRUE(s.sound());
 }
 
 TEST(Soundness, ThirdElementAtASideOverlapsOneOfTheOthers) {
-    const Soundness s = check(two_squares().nodes({{1.5, 0.5}}).solid({2, 7, 5}));
+    const Soundness s = soundness_of(two_squares().nodes({{1.5, 0.5}}).solid({2, 7, 5}));
     EXPECT_EQ(s.of(Check::crowded_side).places.size(), 1U);
     EXPECT_EQ(s.of(Check::crowded_side).places[0].element, 3);
 }
@@ -185,7 +154,7 @@ TEST(Soundness, CornersThatAreNoNodesAndNumbersUsedTwiceAreTold) {
     sample.solid({1, 2, 77});
     sample.solid({1, 2, 5, 4}, 3);
     sample.last().number = ElementNumber(2);
-    const Soundness s = check(sample);
+    const Soundness s = soundness_of(sample);
     EXPECT_EQ(s.of(Check::missing_node).places.size(), 1U);
     EXPECT_EQ(s.of(Check::missing_node).places[0].node, 77);
     EXPECT_EQ(s.of(Check::number_used_twice).places.size(), 1U);
@@ -193,7 +162,7 @@ TEST(Soundness, CornersThatAreNoNodesAndNumbersUsedTwiceAreTold) {
 }
 
 TEST(Soundness, LineThatPassesANodeAndNodesWithoutElementsAreRemarks) {
-    const Soundness s = check(two_squares().nodes({{5, 5}}).truss(4, 6));
+    const Soundness s = soundness_of(two_squares().nodes({{5, 5}}).truss(4, 6));
     expect_only(s, {{Check::unjoined_line, 1}, {Check::unused_node, 1}});
     EXPECT_EQ(s.of(Check::unjoined_line).places[0].node, 5);
     EXPECT_EQ(s.of(Check::unused_node).places[0].node, 7);
@@ -208,18 +177,18 @@ TEST(Soundness, HoleHasALoopOfItsOwn) {
         for (int x = 0; x < 3; ++x)
             if (x != 1 || y != 1)
                 ring.solid({4 * y + x + 1, 4 * y + x + 2, 4 * y + x + 6, 4 * y + x + 5});
-    const Soundness s = check(ring);
+    const Soundness s = soundness_of(ring);
     expect_only(s, {});
     EXPECT_EQ(s.free_edges.loops, 2U);
     EXPECT_DOUBLE_EQ(s.free_edges.length, 16.0);
 }
 
 TEST(Soundness, EmptyMeshAndManyNodesAtOnePlaceAreDoneAtOnce) {
-    EXPECT_TRUE(check(Sample()).sound());
+    EXPECT_TRUE(soundness_of(Sample()).sound());
     Sample heap;
     for (int k = 0; k < 30000; ++k)
         heap.nodes({{1, 1}, {1, 1}, {1, 1}}).solid({3 * k + 1, 3 * k + 2, 3 * k + 3});
-    EXPECT_EQ(check(heap).of(Check::degenerate_element).places.size(), 30000U);
+    EXPECT_EQ(soundness_of(heap).of(Check::degenerate_element).places.size(), 30000U);
 }
 
 }  // namespace

@@ -26,6 +26,7 @@ struct Row {
     int decks = 0, refused = 0, unsound = 0, off_line = 0, pinned = 0, off_region = 0, midside = 0;
     double elements = 0.0, triangles = 0.0, seconds = 0.0;
     std::vector<double> angles;
+    std::string smallest_at;  // deck and element
 };
 
 std::string cut_name(CutMethod method) {
@@ -59,6 +60,9 @@ Row run_class(const DeckClass& of, int decks, CutMethod method, int shown) {
         row.midside += verdict.breaks(Law::midside) ? 1 : 0;
         row.elements += static_cast<double>(verdict.solids);
         row.triangles += static_cast<double>(verdict.triangles);
+        if (row.angles.empty() ||
+            verdict.smallest_angle < *std::min_element(row.angles.begin(), row.angles.end()))
+            row.smallest_at = deck.name + ", " + verdict.smallest_at;
         row.angles.push_back(verdict.smallest_angle);
         if (!verdict.violations.empty() && shown-- > 0)
             tell(deck, method, i, verdict.text());
@@ -76,7 +80,10 @@ void print(std::string_view name, CutMethod method, const Row& row) {
                   row.angles.empty() ? 0.0 : row.angles[row.angles.size() / 2],
                   row.angles.empty() ? 0.0 : row.angles.front(),
                   row.elements > 0.0 ? 100.0 * row.triangles / row.elements : 0.0, row.elements, row.seconds);
-    std::cout << line.data() << std::flush;
+    std::cout << line.data();
+    if (!variable("BRELAN_CUT_SHOW").empty())
+        std::cout << "  the least angle: " << row.smallest_at << "\n";
+    std::cout << std::flush;
 }
 
 TEST(SoundCutTable, ByClass) {

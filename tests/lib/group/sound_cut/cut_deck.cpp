@@ -351,6 +351,8 @@ CutRun run_cut(const CutDeck& deck, CutMethod method) {
             result.paths.push_back(
                 drawn_path(run->deck.groups, g, result.paths.size() + 1, run->tolerances.same));
         result.after = mesh_in(run->mesh);
+        if (last < all)
+            result.between = result.after;
         base = files->text("..\\" + std::string(RESULT));
     }
     return result;

@@ -96,6 +96,7 @@ struct CutRun {
     int status = 0;
     std::string message;            // of a run that ended otherwise
     CutMesh before, after;          // the base mesh, the result
+    CutMesh between;                // that of the first deck of two
     std::vector<int> frozen_codes;  // nodes of the base mesh that their codes hold
     std::vector<DrawnPath> paths;
     double seconds = 0.0;

@@ -29,6 +29,7 @@ struct Violation {
 struct Verdict {
     std::vector<Violation> violations;
     double smallest_angle = 180.0;  // of all solids, degrees
+    std::string smallest_at;        // the element that has it
     bool gave_way = false;          // a node of a line is off it, by TOLSAME at most, as other things hold it
     std::size_t solids = 0, triangles = 0;
 

@@ -27,10 +27,14 @@ void judge_area(const Judgement& j) {
     double area = 0.0, room = 1.0E-6 * ground;
     for (const std::size_t s : j.mesh.originals)
         area += area_of(j.mesh, j.run.after.solids[s].corners);
+    double longest = 0.0;
+    for (const auto& [side, elements] : j.mesh.sides)
+        longest = std::max(longest, distance(j.mesh.at(side.first), j.mesh.at(side.second)));
     bool lies_over = false;
     for (const DrawnPath& path : j.run.paths) {
         lies_over = lies_over || ((path.type == -2 || path.type == -3) && path.thickness > 0.0);
-        room += 8.0 * path.thickness * path.thickness;
+        // At an end the width runs out along one side, and bends have mitres.
+        room += std::abs(path.thickness) * longest + 8.0 * path.thickness * path.thickness;
     }
     if (!lies_over)
         for (const CutJoint& joint : j.run.after.joints)

@@ -2,6 +2,7 @@
 // long.
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "lib/group/sound_cut/judged_mesh.h"
 
@@ -20,6 +21,8 @@ public:
         for (const CutSolid& solid : j_.run.before.solids)
             if (std::find(j_.deck.listed.begin(), j_.deck.listed.end(), solid.number) != j_.deck.listed.end())
                 listed_.push_back(&solid);
+        if (path_.group <= j_.deck.groups_of_first_deck)
+            between_.emplace(j_.run.between);
     }
 
     void judge() {
@@ -74,10 +77,31 @@ private:
         for (int i = 1; i <= samples; ++i) {
             const double t = (from + (to - from) * i / (samples + 1)) / length;
             const Spot p{a.x + t * (b.x - a.x), a.y + t * (b.y - a.y)};
-            if (distance_to_border(p) > j_.same && is_ground(p, a, b))  // nearer than that they are one
+            if (distance_to_border(p) > j_.same && is_ground(p, a, b) &&  // nearer than that they are one
+                is_seen(p, a, b))
                 return true;
         }
         return false;
+    }
+
+    // A second deck sees of the lines of the first what its mesh tells: other materials beside it, elements
+    // along it.
+    bool is_seen(const Spot& p, const Spot& a, const Spot& b) const {
+        if (!between_)
+            return true;
+        const double length = distance(a, b), reach = 4.0 * j_.rounding;
+        const double nx = -(b.y - a.y) / length * reach, ny = (b.x - a.x) / length * reach;
+        const CutSolid *left = between_->solid_at({p.x + nx, p.y + ny}),
+                       *right = between_->solid_at({p.x - nx, p.y - ny});
+        if (left == nullptr || right == nullptr || left->material != right->material)
+            return true;
+        const auto passes = [&](int from, int to) {
+            return distance_to(p, between_->at(from), between_->at(to)) <= reach;
+        };
+        return std::any_of(j_.run.between.lines.begin(), j_.run.between.lines.end(),
+                           [&](const CutLine& line) { return passes(line.from, line.to); }) ||
+               std::any_of(j_.run.between.joints.begin(), j_.run.between.joints.end(),
+                           [&](const CutJoint& joint) { return passes(joint.corners[0], joint.corners[1]); });
     }
 
     // The part of a piece within the rectangle of the ground, as shares; none where it runs outside.
@@ -290,6 +314,7 @@ private:
     const DrawnPath& path_;
     const DrawnPiece* piece_ = nullptr;
     std::vector<const CutSolid*> listed_;
+    std::optional<JudgedMesh> between_;  // of a path of the first of two decks
     std::set<Side> sides_;
     double covered_ = 0.0, on_border_ = 0.0;
     bool gap_ = false;  // some of the path is no chain, as the deck or the ground asks for

@@ -144,6 +144,24 @@ private:
     std::vector<const DrawnPath*> paths_;
 };
 
+// Whether a corner of an outline is nearer than TOLSAME to another side, and not on it: they may become one.
+bool things_nearly_meet(const Judgement& j) {
+    const auto nearly = [&](double off) { return off > j.rounding && off <= 1.01 * j.same; };
+    const Spot low = j.deck.low, high = j.deck.high;
+    for (const DrawnPath& path : j.run.paths)
+        for (const Spot& p : path.polygon) {
+            for (const double off : {p.x - low.x, high.x - p.x, p.y - low.y, high.y - p.y})
+                if (nearly(std::abs(off)))
+                    return true;
+            for (const DrawnPath& other : j.run.paths)
+                for (std::size_t i = 0; i < other.polygon.size(); ++i)
+                    if (nearly(
+                            distance_to(p, other.polygon[i], other.polygon[(i + 1) % other.polygon.size()])))
+                        return true;
+        }
+    return false;
+}
+
 }  // namespace
 
 void judge_regions(const Judgement& j) {
@@ -168,8 +186,8 @@ void judge_regions(const Judgement& j) {
     for (const DrawnPath& path : j.run.paths)
         for (std::size_t i = 0; i < path.polygon.size(); ++i)
             length += distance(path.polygon[i], path.polygon[(i + 1) % path.polygon.size()]);
-    const double room =
-        1.0E-6 * width * height + 4.0 * j.rounding * length + (j.verdict.gave_way ? j.same * length : 0.0);
+    const double room = 1.0E-6 * width * height + 4.0 * j.rounding * length +
+                        (j.verdict.gave_way || things_nearly_meet(j) ? j.same * length : 0.0);
     for (const auto& [material, area] : drawn)
         found.try_emplace(material, 0.0);
     for (const auto& [material, area] : found)

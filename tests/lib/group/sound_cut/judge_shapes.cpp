@@ -71,10 +71,13 @@ void judge_element(const Judgement& j, const CutSolid& solid) {
                 return;
             }
     double angle_in_file = 180.0;
+    const double smallest_before = j.verdict.smallest_angle;
     if (const std::string fault = fault_of(corners, j.verdict.smallest_angle); !fault.empty())
         j.add(Law::shape, element_text(solid, corners[0]) + " is " + fault);
     else if (const std::string there = fault_of(written, angle_in_file); !there.empty())
         j.add(Law::shape, element_text(solid, corners[0]) + " is " + there + " by the digits of the file");
+    if (j.verdict.smallest_angle < smallest_before)
+        j.verdict.smallest_at = element_text(solid, corners[0]);
 }
 
 bool doubles_elements(const DrawnPath& path) {

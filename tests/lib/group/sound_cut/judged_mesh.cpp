@@ -91,12 +91,12 @@ int JudgedMesh::root(int node) const {
     return node;
 }
 
-bool JudgedMesh::covers(const Spot& p) const {
+const CutSolid* JudgedMesh::solid_at(const Spot& p) const {
     const auto cell =
         cells_.find({static_cast<int>(std::floor(p.x / cell_)), static_cast<int>(std::floor(p.y / cell_))});
     if (cell == cells_.end())
-        return false;
-    return std::any_of(cell->second.begin(), cell->second.end(), [&](std::size_t s) {
+        return nullptr;
+    const auto found = std::find_if(cell->second.begin(), cell->second.end(), [&](std::size_t s) {
         const std::vector<int>& n = mesh.solids[s].corners;
         bool inside = false;  // even-odd: also of an element that is no good
         for (std::size_t i = 0; i < n.size(); ++i) {
@@ -106,6 +106,7 @@ bool JudgedMesh::covers(const Spot& p) const {
         }
         return inside;
     });
+    return found == cell->second.end() ? nullptr : &mesh.solids[*found];
 }
 
 bool Judgement::on_border(const Spot& p) const {

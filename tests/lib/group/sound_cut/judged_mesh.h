@@ -37,8 +37,9 @@ public:
     int root(int node) const;
     bool is_side(int a, int b) const { return sides.contains(side_of(root(a), root(b))); }
 
-    // Whether an original covers the spot.
-    bool covers(const Spot& p) const;
+    // The original that covers the spot.
+    const CutSolid* solid_at(const Spot& p) const;
+    bool covers(const Spot& p) const { return solid_at(p) != nullptr; }
 
 private:
     std::map<int, Spot> places_;
