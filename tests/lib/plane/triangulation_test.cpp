@@ -1,0 +1,169 @@
+// Triangulations of small polygons: they fill the polygon, keep what is fixed, and have no flat triangle.
+#include "plane/triangulation.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <set>
+
+#include "plane/orientation.h"
+
+namespace brelan {
+namespace {
+
+double area_of(const std::vector<Point>& points, const Triangulation::Part& part) {
+    double area = 0.0;
+    const std::size_t n = part[3] < 0 ? 3 : 4;
+    for (std::size_t i = 0; i < n; ++i) {
+        const Point &a = points[static_cast<std::size_t>(part[i])],
+                    &b = points[static_cast<std::size_t>(part[(i + 1) % n])];
+        area += static_cast<double>(a.x) * static_cast<double>(b.y) -
+                static_cast<double>(b.x) * static_cast<double>(a.y);
+    }
+    return area / 2.0;
+}
+
+double area_of(const Triangulation& triangulation) {
+    double area = 0.0;
+    for (const Triangulation::Part& part : triangulation.parts())
+        area += area_of(triangulation.points(), part);
+    return area;
+}
+
+void expect_convex(const Triangulation& triangulation) {
+    for (const Triangulation::Part& part : triangulation.parts()) {
+        const std::size_t n = part[3] < 0 ? 3 : 4;
+        for (std::size_t i = 0; i < n; ++i) {
+            const auto at = [&](std::size_t k) {
+                return triangulation.points()[static_cast<std::size_t>(part[k % n])];
+            };
+            EXPECT_GT(orientation(at(i), at(i + 1), at(i + 2)), 0);
+        }
+    }
+}
+
+bool has_edge(const Triangulation& triangulation, int a, int b) {
+    for (const Triangulation::Part& part : triangulation.parts()) {
+        const std::size_t n = part[3] < 0 ? 3 : 4;
+        for (std::size_t i = 0; i < n; ++i)
+            if (std::set<int>{part[i], part[(i + 1) % n]} == std::set<int>{a, b})
+                return true;
+    }
+    return false;
+}
+
+const std::vector<Point> SQUARE{{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+
+TEST(Triangulation, OfASquareIsTheSquare) {
+    const Triangulation triangulation(SQUARE);
+    ASSERT_EQ(triangulation.parts().size(), 1U);
+    EXPECT_EQ(triangulation.parts()[0], (Triangulation::Part{0, 1, 2, 3}));
+}
+
+TEST(Triangulation, BetweenOppositeSidesIsTwoQuadrilaterals) {
+    Triangulation triangulation(std::vector<Point>{{0, 0}, {0.4F, 0}, {1, 0}, {1, 1}, {0.6F, 1}, {0, 1}});
+    ASSERT_TRUE(triangulation.fix(1, 4, 1e-3));
+    triangulation.improve();
+    ASSERT_EQ(triangulation.parts().size(), 2U);
+    EXPECT_EQ(triangulation.parts()[0], (Triangulation::Part{0, 1, 4, 5}));
+    EXPECT_EQ(triangulation.parts()[1], (Triangulation::Part{1, 2, 3, 4}));
+}
+
+TEST(Triangulation, CrossingChainsShareAPoint) {
+    Triangulation triangulation(SQUARE);
+    ASSERT_TRUE(triangulation.fix(0, 2, 1e-3));
+    ASSERT_TRUE(triangulation.fix(1, 3, 1e-3));
+    ASSERT_EQ(triangulation.points().size(), 5U);
+    EXPECT_EQ(triangulation.points()[4], (Point{0.5F, 0.5F}));
+    EXPECT_EQ(triangulation.parts().size(), 4U);
+    for (int corner = 0; corner < 4; ++corner)
+        EXPECT_TRUE(triangulation.is_fixed(corner, 4));
+}
+
+TEST(Triangulation, AChainRunsThroughPointsThatLieOnIt) {
+    Triangulation triangulation(SQUARE);
+    const int middle = triangulation.add_inside({0.5F, 0.5002F});
+    ASSERT_TRUE(triangulation.fix(0, 2, 1e-3));
+    EXPECT_EQ(triangulation.points().size(), 5U);
+    EXPECT_TRUE(triangulation.is_fixed(0, middle));
+    EXPECT_TRUE(triangulation.is_fixed(middle, 2));
+}
+
+TEST(Triangulation, ASlitEndsInside) {
+    Triangulation triangulation(std::vector<Point>{{0, 0}, {0.5F, 0}, {1, 0}, {1, 1}, {0, 1}});
+    const int end = triangulation.add_inside({0.5F, 0.6F});
+    ASSERT_TRUE(triangulation.fix(1, end, 1e-3));
+    triangulation.improve();
+    EXPECT_TRUE(has_edge(triangulation, 1, end));
+    EXPECT_NEAR(area_of(triangulation), 1.0, 1e-12);
+    expect_convex(triangulation);
+}
+
+TEST(Triangulation, NoTriangleLiesAlongAStraightSide) {
+    for (const float bend : {-6.0e-8F, 0.0F, 6.0e-8F}) {
+        const Triangulation triangulation(
+            std::vector<Point>{{0, 0}, {0.3F, bend}, {0.7F, bend}, {1, 0}, {0.5F, 0.8F}});
+        EXPECT_EQ(triangulation.points().size(), 5U);
+        for (const Triangulation::Part& part : triangulation.parts())
+            EXPECT_GT(area_of(triangulation.points(), part), 0.05);
+        EXPECT_NEAR(area_of(triangulation), 0.4, 1e-6);
+    }
+}
+
+TEST(Triangulation, OfASideThatIsDrawnInStaysOutsideTheNotch) {
+    const std::vector<Point> ring{{0, 0}, {0.5F, 0.3F}, {1, 0}, {1, 1}, {0, 1}};
+    const Triangulation triangulation(ring);
+    EXPECT_FALSE(has_edge(triangulation, 0, 2));
+    EXPECT_NEAR(area_of(triangulation), 0.85, 1e-7);
+    expect_convex(triangulation);
+}
+
+TEST(Triangulation, OfNoPolygonIsEmpty) {
+    EXPECT_TRUE(Triangulation(std::vector<Point>{{0, 0}, {0, 1}, {1, 1}, {1, 0}}).parts().empty());
+    EXPECT_EQ(Triangulation(SQUARE).add_inside({2, 2}), -1);
+}
+
+TEST(Triangulation, FillsRandomPolygonsWithChainsAndPoints) {
+    std::mt19937 random(11);
+    std::uniform_real_distribution<float> any(0.05F, 0.95F);
+    for (int i = 0; i < 2000; ++i) {
+        std::vector<Point> ring{{0, 0}};
+        for (int k = i % 4; k > 0; --k)
+            ring.push_back({static_cast<float>(4 - k) / 4.0F, 0});
+        ring.insert(ring.end(), {{1, 0}, {1, any(random)}, {1, 1}, {0, 1}});
+        Triangulation triangulation(ring);
+        std::vector<int> inside;
+        for (int k = 0; k < 5; ++k)
+            inside.push_back(triangulation.add_inside({any(random), any(random)}));
+        std::vector<std::pair<int, int>> chains{
+            {inside[0], inside[1]}, {inside[2], inside[3]}, {0, inside[4]}};
+        bool fixed = true;
+        for (const auto& [a, b] : chains)
+            fixed = fixed && triangulation.fix(a, b, 1e-3);
+        triangulation.improve();
+        ASSERT_TRUE(fixed) << i;
+        ASSERT_NEAR(area_of(triangulation), 1.0, 1e-6) << i;
+        expect_convex(triangulation);
+        for (const auto& [a, b] : triangulation.fixed_edges())
+            ASSERT_TRUE(has_edge(triangulation, a, b)) << i;
+    }
+}
+
+TEST(Openings, AreOneMinusCosine) {
+    EXPECT_NEAR(openings_of(SQUARE).smallest, 1.0, 1e-12);
+    EXPECT_NEAR(openings_of(SQUARE).largest, 1.0, 1e-12);
+    const std::vector<Point> equilateral{{0, 0}, {1, 0}, {0.5F, 0.8660254F}};
+    EXPECT_NEAR(openings_of(equilateral).smallest, 0.5, 1e-6);
+    const std::vector<Point> thin{{0, 0}, {1, 0}, {1, 0.17632698F}};  // tangent of 10 degrees
+    EXPECT_NEAR(openings_of(thin).smallest, OPENING_10, 1e-6);
+}
+
+TEST(Openings, OfAFlatCornerAreTwoAndOfOneThatIsPushedInMore) {
+    const std::vector<Point> flat{{0, 0}, {1, 0}, {2, 0}, {1, 1}}, arrow{{0, 0}, {2, 0}, {1, 0.5F}, {1, 2}};
+    EXPECT_NEAR(openings_of(flat).largest, OPENING_180, 1e-12);
+    EXPECT_GT(openings_of(arrow).largest, OPENING_180);
+}
+
+}  // namespace
+}  // namespace brelan
