@@ -3,6 +3,9 @@
 
 namespace brelan::test {
 
+// Where both ends stand still, a midside node is as far off its side as the digits of its file put it.
+constexpr double SIX_DIGITS = 1e-5;
+
 void judge_midsides(const Judgement& j) {
     std::map<Side, int> known;
     std::map<int, Side> side_of_midside;
@@ -26,7 +29,7 @@ void judge_midsides(const Judgement& j) {
             }
             const Spot &from = j.mesh.at(a), &to = j.mesh.at(b);
             const double t = share_along(j.mesh.at(m), from, to);
-            if (distance_to(j.mesh.at(m), from, to) > j.rounding || t < 0.25 || t > 0.75)
+            if (distance_to(j.mesh.at(m), from, to) > j.rounding + SIX_DIGITS || t < 0.25 || t > 0.75)
                 j.add(Law::midside, "node " + std::to_string(m) + " is off the middle of " + where + " at " +
                                         words(j.mesh.at(m)));
             if (const auto [at, fresh] = known.emplace(side_of(a, b), m); !fresh && at->second != m)
