@@ -154,11 +154,12 @@ void refuse_flat(const BaseMesh& mesh) {
         const NodeRecord& low = mesh.nodes[w.corner_3.place() - 1];
         if (written(low.x) < written(high.x) && written(low.y) < written(high.y))
             continue;
-        fail("..\\Bmesh.dat: expected corners of element " + to_string(element.number) +
-             " that six digits tell apart, found nodes " + to_string(low.number) + " and " +
-             to_string(high.number) + " at (" + std::to_string(written(low.x)) + ", " +
-             std::to_string(written(low.y)) + ") and (" + std::to_string(written(high.x)) + ", " +
-             std::to_string(written(high.y)) + "): larger DX and DY, or a field nearer to 0, part them");
+        fail("..\\Bmesh.dat: expected the top right corner of element " + to_string(element.number) +
+             " above and right of its bottom left one by the six digits of a mesh file, found node " +
+             to_string(high.number) + " at (" + std::to_string(written(high.x)) + ", " +
+             std::to_string(written(high.y)) + ") and node " + to_string(low.number) + " at (" +
+             std::to_string(written(low.x)) + ", " + std::to_string(written(low.y)) +
+             "): lengths above 0, larger DX and DY, or a field nearer to 0 part them");
     }
 }
 

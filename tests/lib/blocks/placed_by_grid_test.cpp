@@ -202,10 +202,9 @@ TEST(PlacedByGrid, ElementsThatSixDigitsDoNotShowAreRefused) {
     EXPECT_EQ(result.end.status, STATUS_FAILED);
     EXPECT_EQ(
         result.end.text,
-        "..\\Bmesh.dat: expected corners of element 1 that six digits tell apart, found nodes 2 and 3 at "
-        "(20000.000000, 0.000000) and (20000.000000, 1.000000): larger DX and DY, or a field nearer to 0, "
-        "part "
-        "them");
+        "..\\Bmesh.dat: expected the top right corner of element 1 above and right of its bottom left one by "
+        "the six digits of a mesh file, found node 3 at (20000.000000, 1.000000) and node 2 at "
+        "(20000.000000, 0.000000): lengths above 0, larger DX and DY, or a field nearer to 0 part them");
     EXPECT_EQ(result.files->text("..\\Bmesh.dat"), "");
 }
 
