@@ -226,9 +226,10 @@ private:
         for (std::size_t k = 0; k < whole_.size(); ++k) {
             const std::vector<double>& all = of_line[work_.at(lines.find(static_cast<std::int32_t>(k)))];
             const double usual = all[all.size() / 2];
-            constexpr double SHARE = 0.05;
+            // Three rounded points on either side of the comparison.
+            constexpr double SHARE = 0.05, ROUNDED = 4.0;
             for (const double width : widths[k])
-                if (std::abs(width - usual) > std::max(2.0 * work_.tolerance(), SHARE * usual)) {
+                if (std::abs(width - usual) > std::max(ROUNDED * work_.tolerance(), SHARE * usual)) {
                     add(Check::uneven_joint, whole_[k], -1, width);
                     break;
                 }
