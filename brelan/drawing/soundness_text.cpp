@@ -52,6 +52,7 @@ std::string place_text(const Finding& finding, const Place& p) {
         case Check::uneven_joint:
             return fmt::format("element {}, width {:.4g}{}", p.element, p.amount, at);
         case Check::unjoined_line:
+        case Check::unjoined_joint:
             return fmt::format("node {} within element {}{}", p.node, p.element, at);
         case Check::free_line:
             return fmt::format("element {} over {} nodes{}", p.element, p.amount, at);

@@ -36,6 +36,7 @@ enum class Check {
     triangular_joint,    // one node on both sides where its line does not end
     crossed_joint,       // its sides do not face each other
     stacked_joint,       // two over one piece of a line
+    unjoined_joint,      // a node of solids within a side of a joint that does not have it
     open_wedge,          // a gap between sides that meet with joints closed; amount: its area
     stray_midside,       // a midside node that is not near the middle of its side
     unshared_midside,    // one of several sides or a corner as well, or one that the neighbour lacks
@@ -57,7 +58,7 @@ enum class Check {
     free_line,            // a strut or anchor, tied at its own nodes; amount: the nodes that it passes over
 };
 
-inline constexpr std::size_t CHECKS = 34;
+inline constexpr std::size_t CHECKS = 35;
 
 // What the second number of a place is of.
 enum class PairOf : std::uint8_t { nodes, elements };

@@ -144,7 +144,8 @@ private:
                 std::max(longest, distance(probe.polygon[k], probe.polygon[(k + 1) % probe.polygon.size()]));
         // Two rounded sides along each other have a sliver in common.
         constexpr double SLIVERS = 2.0, SHARE_OF_JOINT = 0.05;
-        if (area <= (joint ? SHARE_OF_JOINT * area_of(probe.polygon) : SLIVERS * work_.tolerance() * longest))
+        const double nothing = SLIVERS * work_.tolerance() * longest;
+        if (area <= (joint ? std::max(nothing, SHARE_OF_JOINT * area_of(probe.polygon)) : nothing))
             return true;
         work_.add(joint ? Check::overlapped_joint : Check::overlapping_solid,
                   {work_.number(probe.element), 0, work_.number(solid),

@@ -42,6 +42,7 @@ constexpr std::array<Row, CHECKS> ROWS{{
      "joints whose sides do not face each other"},
     {Check::stacked_joint, "stacked_joints", "joint over another joint", "joints over another joint",
      PairOf::elements},
+    {Check::unjoined_joint, "unjoined_joints", "node within a joint", "nodes within joints"},
     {Check::open_wedge, "open_wedges", "open wedge at a joint", "open wedges at joints", PairOf::nodes,
      "area"},
     {Check::stray_midside, "stray_midsides", "midside node off its side", "midside nodes off their sides"},

@@ -90,6 +90,7 @@ public:
             return crossed;
         });
         find_stacked();
+        find_nodes_within();
         find_uneven();
     }
 
@@ -200,6 +201,34 @@ private:
                   [](const Place& a, const Place& b) { return a.element < b.element; });
     }
 
+    // Where a joint runs on over a node, the ground is not parted there.
+    void find_nodes_within() {
+        std::vector<std::int32_t> nodes;
+        std::vector<Position> points;
+        for (std::size_t n = 0; n < work_.of_solid.size(); ++n)
+            if (work_.of_solid[n] != 0) {
+                nodes.push_back(static_cast<std::int32_t>(n));
+                points.push_back(work_.mesh.point(nodes.back()));
+            }
+        const PositionGrid grid(points);
+        for (const Joint& j : whole_) {
+            std::vector<std::int32_t> told;  // a joint of no width meets a node with both sides
+            for (const NodePair& side : {NodePair{j.a, j.b}, NodePair{j.d, j.c}}) {
+                const Position from = work_.mesh.point(side.first), to = work_.mesh.point(side.second);
+                grid.along(from, to, work_.tolerance(), [&](std::int32_t p) {
+                    const std::int32_t n = nodes[work_.at(p)], closed = work_.closed[work_.at(n)];
+                    if (closed == work_.closed[work_.at(j.a)] || closed == work_.closed[work_.at(j.b)] ||
+                        std::find(told.begin(), told.end(), closed) != told.end() ||
+                        distance_within(from, to, points[work_.at(p)], work_.tolerance()) > work_.tolerance())
+                        return;
+                    told.push_back(closed);
+                    work_.add(Check::unjoined_joint,
+                              {work_.number(j.element), work_.node_number(n), 0, points[work_.at(p)]});
+                });
+            }
+        }
+    }
+
     // Joints of one material that follow each other at their pairs are a line.
     void find_uneven() {
         UnionFind lines(whole_.size());
@@ -226,9 +255,10 @@ private:
         for (std::size_t k = 0; k < whole_.size(); ++k) {
             const std::vector<double>& all = of_line[work_.at(lines.find(static_cast<std::int32_t>(k)))];
             const double usual = all[all.size() / 2];
-            constexpr double SHARE = 0.05;
+            // Three rounded points on either side of the comparison.
+            constexpr double SHARE = 0.05, ROUNDED = 4.0;
             for (const double width : widths[k])
-                if (std::abs(width - usual) > std::max(2.0 * work_.tolerance(), SHARE * usual)) {
+                if (std::abs(width - usual) > std::max(ROUNDED * work_.tolerance(), SHARE * usual)) {
                     add(Check::uneven_joint, whole_[k], -1, width);
                     break;
                 }
@@ -243,6 +273,8 @@ private:
 }  // namespace
 
 void find_joint_faults(SoundnessWork& work) {
+    if (work.mesh.count(ElementClass::joint) == 0)
+        return;
     JointSearch(work).find();
 }
 

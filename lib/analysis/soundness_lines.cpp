@@ -147,7 +147,12 @@ private:
 
     bool is_free(std::size_t chain) const { return 2 * along_[chain] < size_[chain]; }
 
-    // Nodes of solids within elements. A single one was meant to be a node of the line.
+    // True for a node between two sides that lead from end to end.
+    bool splits(const Line& line, std::int32_t node) const {
+        return work_.is_side(closed(line.i), closed(node)) && work_.is_side(closed(node), closed(line.j));
+    }
+
+    // Nodes of solids within elements. A single one between two sides was meant to be a node of the line.
     void find_nodes_within() {
         std::vector<std::int32_t> nodes;
         std::vector<Position> points;
@@ -161,17 +166,20 @@ private:
         std::vector<std::uint8_t> missed(work_.mesh.nodes.size(), 0);
         for (std::size_t k = 0; k < lines_.size(); ++k)
             grid.along(lines_[k].from, lines_[k].to, work_.tolerance(), [&](std::int32_t p) {
-                find_missed_node(lines_[k], nodes[work_.at(p)], missed);
-                if (distance_within(lines_[k].from, lines_[k].to, points[work_.at(p)], work_.tolerance()) <=
-                    work_.tolerance())
-                    within.emplace_back(k, nodes[work_.at(p)]);
+                const std::int32_t node = nodes[work_.at(p)];
+                find_missed_node(lines_[k], node, missed);
+                // One that a joint ties to an end is next to it, and none that is passed.
+                if (closed(node) != closed(lines_[k].i) && closed(node) != closed(lines_[k].j) &&
+                    distance_within(lines_[k].from, lines_[k].to, points[work_.at(p)], work_.tolerance()) <=
+                        work_.tolerance())
+                    within.emplace_back(k, node);
             });
         for (const auto& [k, node] : within)
             ++passed_[chain_of(k)];
         std::vector<std::uint8_t> told(lines_.size(), 0);
         for (const auto& [k, node] : within) {
             const std::size_t chain = chain_of(k);
-            if (!is_free(chain) || passed_[chain] == 1)
+            if (!is_free(chain) || (passed_[chain] == 1 && splits(lines_[k], node)))
                 work_.add(Check::unjoined_line, {work_.number(lines_[k].element), work_.node_number(node), 0,
                                                  work_.mesh.point(node)});
             else if (std::exchange(told[chain], std::uint8_t{1}) == 0)

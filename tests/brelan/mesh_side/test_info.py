@@ -41,6 +41,10 @@ class Info(Case):
         self.assertEqual(told["soundness"]["parts"], 1)
         self.assertEqual(told["soundness"]["findings"]["double_elements"]["count"],
                          sum(r["count"] for r in told["materials"] if r["class"] == "solid" and r["material"] == 5))
+        # Two struts from x 22.3 to 37.7, over the nodes at x 23 to 37: no node is missed, no end is loose.
+        findings = told["soundness"]["findings"]
+        self.assertEqual([(p["y"], p["nodes"]) for p in findings["free_lines"]["places"]], [(26.0, 15), (23.0, 15)])
+        self.assertEqual({name for name, f in findings.items() if f["count"] > 0}, {"double_elements", "free_lines"})
 
     def test_text_and_quiet(self):
         text = self.good("info", SOURCE / "examples" / "Quay.Mes")

@@ -173,6 +173,26 @@ TEST(SoundnessOfJoints, JointOfAWidthBetweenTheDoublesOfAStageIsAsDrawn) {
         {{Check::double_element, 1}});
 }
 
+//  7---8 9---11      one joint from 2 to 8 past node 5, where the ground is whole
+//  | 3 | | 4 |
+//  4-----5---6
+//  | 1 | | 2 |
+//  1---2 10--3
+TEST(SoundnessOfJoints, NodeWithinAJointHoldsTheGroundTogether) {
+    const Soundness s = soundness_of(
+        Sample()
+            .nodes({{0, 0}, {1, 0}, {2, 0}, {0, 1}, {1, 1}, {2, 1}, {0, 2}, {1, 2}, {1, 2}, {1, 0}, {2, 2}})
+            .solid({1, 2, 5, 4})
+            .solid({10, 3, 6, 5})
+            .solid({4, 5, 8, 7})
+            .solid({5, 6, 11, 9})
+            .joint({10, 9, 8, 2}));
+    expect_only(s, {{Check::unjoined_joint, 1}});
+    EXPECT_EQ(s.of(Check::unjoined_joint).places[0].node, 5);
+    EXPECT_EQ(s.of(Check::unjoined_joint).places[0].element, 5);
+    EXPECT_FALSE(s.sound());
+}
+
 // A line that turns by 90 degrees: the twin of its corner lies a width off in both directions.
 TEST(SoundnessOfJoints, MitredCornersAreEvenAndFaceEachOther) {
     expect_only(soundness_of(Sample()

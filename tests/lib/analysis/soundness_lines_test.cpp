@@ -18,6 +18,13 @@ TEST(SoundnessOfLines, StrutOverSeveralNodesIsOneRemarkBelowAllOthers) {
     EXPECT_TRUE(s.sound());
 }
 
+// One node between two sides was meant to be the line's; one that lies there by chance is passed over.
+TEST(SoundnessOfLines, SingleNodeOnAnAnchorIsNoneOfItsNodes) {
+    expect_only(soundness_of(four_squares().nodes({{1.7, 1.7}}).beam(1, 10)),
+                {{Check::free_line, 1}, {Check::loose_end, 1}});
+    expect_only(soundness_of(four_squares().beam(4, 6)), {{Check::unjoined_line, 1}});
+}
+
 // Two parts of a wall follow the sides, the third passes over node 7: there the wall was to be tied.
 TEST(SoundnessOfLines, NodeWithinAWallThatFollowsTheSidesIsTold) {
     const Soundness s = soundness_of(two_squares()
@@ -96,6 +103,17 @@ TEST(SoundnessOfLines, EndInTheAirIsToldOfTrussesAndWithinTheGround) {
     MeshLists held = two_squares().nodes({{0.5, 0.5}}).truss(5, 7).mesh();
     held.nodes[6].codes[0] = held.nodes[6].codes[1] = 1;
     expect_only(soundness_of(held), {});
+}
+
+// Node 7 lies within the strut from 5 to 8, and the joint ties it to node 5.
+TEST(SoundnessOfLines, TwinBesideTheEndOfAStrutIsNotPassedOver) {
+    expect_only(soundness_of(Sample()
+                                 .nodes({{0, 0}, {1, 0}, {1.1, 0}, {0, 1}, {1, 1}, {2, 0}, {1.1, 1}, {2, 1}})
+                                 .solid({1, 2, 5, 4})
+                                 .solid({3, 6, 8, 7})
+                                 .joint({3, 7, 5, 2})
+                                 .truss(5, 8)),
+                {});
 }
 
 TEST(SoundnessOfLines, LiningsOnBothSidesOfAJointAreSound) {
