@@ -12,7 +12,7 @@ namespace brelan {
 // Packs the elements with type not 0 to positions from 1 in the order of their numbers, across the types.
 // Midside words that are left out stay at their positions: only corners, material and attributes move.
 // Returns the last position.
-ElementNumber pack_elements(Mesh& mesh, MidsideNodes midsides);
+ElementNumber pack_elements(Mesh& mesh, MidsideNodes midsides = MidsideNodes::left_out);
 
 struct PackedNodes {
     NodeNumber last;       // the last position
@@ -26,11 +26,11 @@ constexpr Number placed(Number first, Number position) {
 }
 
 // Packs the nodes of the packed elements to positions from 1. H and CF move in the temperature kind only.
-PackedNodes pack_nodes(Mesh& mesh, ElementNumber last, MidsideNodes midsides);
+PackedNodes pack_nodes(Mesh& mesh, ElementNumber last, MidsideNodes midsides = MidsideNodes::left_out);
 
 // Renames the corners of the packed elements, and midside nodes that are taken, to the nodes' final numbers.
 void renumber_words(Mesh& mesh, ElementNumber last, const PackedNodes& nodes, NodeNumber first_node,
-                    MidsideNodes midsides);
+                    MidsideNodes midsides = MidsideNodes::left_out);
 
 // Moves the packed nodes to numbers from NSNODE and activates them. Ends the run when they leave the table.
 void place_nodes(const EditCards& edit, Mesh& mesh, NodeNumber last, NodeNumber first_node);

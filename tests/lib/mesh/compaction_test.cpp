@@ -112,7 +112,7 @@ TEST_P(CompactionOfGaps, MidsideWordsStayAtTheirPositions) {
         EXPECT_EQ(w.midside_8.value, 10 * p + 8);
     }
     // From there all nine words go to the final number.
-    renumber_corners(state.mesh, ElementNumber(3), pack_nodes(state.mesh, ElementNumber(3)), NodeNumber(1));
+    renumber_words(state.mesh, ElementNumber(3), pack_nodes(state.mesh, ElementNumber(3)), NodeNumber(1));
     place_elements(state.deck.edit, state.mesh, ElementNumber(3), ElementNumber(500));
     for (std::int32_t p = 1; p <= 3; ++p) {
         const ElementWords& w = state.mesh.words[ElementNumber(499 + p)];
@@ -154,7 +154,7 @@ TEST_P(CompactionOfGaps, NodesMoveDownWithTheirMarkAndAllFiveCodes) {
 TEST_P(CompactionOfGaps, CornersTakeTheFinalNumbers) {
     const PackedNodes nodes = pack_nodes(state.mesh, pack_elements(state.mesh));
     state.mesh.words[ElementNumber(3)].corner_4 = NodeNumber(-5);
-    renumber_corners(state.mesh, ElementNumber(3), nodes, NodeNumber(1000));
+    renumber_words(state.mesh, ElementNumber(3), nodes, NodeNumber(1000));
     EXPECT_EQ(state.mesh.words[ElementNumber(1)].corner_1.value, 1000);
     EXPECT_EQ(state.mesh.words[ElementNumber(1)].corner_2.value, 1001);
     EXPECT_EQ(state.mesh.words[ElementNumber(1)].corner_3.value, 1003);
@@ -168,7 +168,7 @@ TEST_P(CompactionOfGaps, CornersTakeTheFinalNumbers) {
 TEST_P(CompactionOfGaps, NodesAndElementsEndAtTheirStartNumbers) {
     const ElementNumber elements = pack_elements(state.mesh);
     const PackedNodes nodes = pack_nodes(state.mesh, elements);
-    renumber_corners(state.mesh, elements, nodes, NodeNumber(1000));
+    renumber_words(state.mesh, elements, nodes, NodeNumber(1000));
     place_nodes(state.deck.edit, state.mesh, nodes.last, NodeNumber(1000));
     place_elements(state.deck.edit, state.mesh, elements, ElementNumber(200));
     for (std::int32_t n = 1; n <= 2000; ++n)
@@ -266,7 +266,7 @@ TEST_P(CompactionLimits, NothingLeftNeedsNoRoom) {
     EXPECT_EQ(pack_elements(state.mesh).value, 0);
     const PackedNodes nodes = pack_nodes(state.mesh, ElementNumber(0));
     EXPECT_EQ(nodes.last.value, 0);
-    renumber_corners(state.mesh, ElementNumber(0), nodes, NodeNumber(0));
+    renumber_words(state.mesh, ElementNumber(0), nodes, NodeNumber(0));
     place_nodes(state.deck.edit, state.mesh, NodeNumber(0), NodeNumber(0));
     place_elements(state.deck.edit, state.mesh, ElementNumber(0), ElementNumber(1000000));
     EXPECT_EQ(state.mesh.node_in_use[NodeNumber(1)], 0);

@@ -228,9 +228,9 @@ TEST_F(CollapseOfThree, ChainsGoOnWhereTheLaterElementNamesTheEarlierNode) {
 TEST_F(CollapseOfThree, MergedNodesAreDroppedByTheCompaction) {
     quadrilateral(10, 2, 4, 6, 8);
     collapse_short_elements(state.mesh, state.listing, state.moves);
-    EXPECT_EQ(pack_elements(state.mesh, MidsideNodes::left_out).value, 2);
+    EXPECT_EQ(pack_elements(state.mesh).value, 2);
     // Nodes 7 and 8 of the long beam, 1, 3, 5 and 8 of the quadrilateral.
-    const PackedNodes nodes = pack_nodes(state.mesh, ElementNumber(2), MidsideNodes::left_out);
+    const PackedNodes nodes = pack_nodes(state.mesh, ElementNumber(2));
     EXPECT_EQ(nodes.last.value, 5);
     for (const std::int32_t n : {2, 4, 6})
         EXPECT_EQ(nodes.position[NodeNumber(n)].value, 0);
