@@ -6,6 +6,7 @@
 
 #include "group/engine_mesh.h"
 #include "group/new_nodes.h"
+#include "group/sound_bends.h"
 #include "group/sound_moves.h"
 #include "plane/foot.h"
 #include "plane/orientation.h"
@@ -14,15 +15,15 @@ namespace brelan {
 
 namespace {
 
-constexpr double BEND =
-    0.25;  // a side bends to a pin that lies this much of its way to the nearer end beside it
-
 class Planner {
 public:
     Planner(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing)
         : mesh_(mesh), engine_(engine), drawn_(drawn), drawing_(drawing) {}
 
     CutPlan run() {
+        for (const Bend& bend : bends_along(mesh_, engine_, drawn_, drawing_))
+            for (const Point& point : bend.run)
+                add_on_side(bend.side, point, drawing_.tolerance);
         for (const Point& pin : drawing_.pins)
             place_pin(pin);
         for (const DrawnSegment& segment : drawing_.segments)
@@ -44,22 +45,9 @@ private:
                         solids[e] = solid_of(mesh_, e);
         }
         for (const auto& [e, solid] : solids)
-            if (!place_on_border(solid, pin) && holds(solid, pin) && !bend_to(solid, pin))
+            if (!place_on_border(solid, pin) && holds(node_points(mesh_, plan_.ring_of(solid)), pin) &&
+                !bend_to(solid, pin))
                 add_inside(solid, pin);
-    }
-
-    // By the sides as they are bent now; each of them is crossed or not by the way to the right.
-    bool holds(const Solid& solid, const Point& p) const {
-        const std::vector<Point> ring = node_points(mesh_, plan_.ring_of(solid));
-        bool inside = false;
-        for (std::size_t i = 0; i < ring.size(); ++i) {
-            const Point &a = ring[i], &b = ring[(i + 1) % ring.size()];
-            if (a.y <= p.y && b.y > p.y && orientation(a, b, p) > 0)
-                inside = !inside;
-            if (b.y <= p.y && a.y > p.y && orientation(b, a, p) > 0)
-                inside = !inside;
-        }
-        return inside;
     }
 
     // The nodes along a side, its ends among them.
@@ -85,7 +73,8 @@ private:
                 const Foot foot = foot_on(a, b, pin);
                 if (foot.distance >= drawing_.tolerance)
                     continue;
-                add_on_side(side, is_kept(side) ? at_share(a, b, foot.share) : pin, drawing_.tolerance);
+                add_on_side(side, is_kept(mesh_, engine_, drawn_, side) ? at_share(a, b, foot.share) : pin,
+                            drawing_.tolerance);
                 return true;
             }
         }
@@ -95,13 +84,14 @@ private:
     // Bends the side that a pin is nearly on. False where none may be bent.
     bool bend_to(const Solid& solid, const Point& pin) {
         Side nearest{};
-        double least = BEND;
+        double least = LARGEST_BEND;
         for (std::size_t i = 0; i < solid.count; ++i) {
             const Point a = node_point(mesh_, solid.node[i]), b = node_point(mesh_, solid.behind(i));
             const double to_end = std::min(foot_on(a, a, pin).distance, foot_on(b, b, pin).distance);
             const double bend = foot_on(a, b, pin).distance / to_end;
             const Side side = side_between(solid.node[i], solid.behind(i));
-            if (bend < least && may_bend(side, pin)) {
+            if (bend < least && plan_.sides.count(side) == 0 &&
+                may_bend(mesh_, engine_, drawn_, drawing_, side, {&pin, 1})) {
                 least = bend;
                 nearest = side;
             }
@@ -110,53 +100,6 @@ private:
             return false;
         add_on_side(nearest, pin, drawing_.tolerance);
         return true;
-    }
-
-    // A side that may leave its line for a point: no other thing is drawn on it, and it is not too near to
-    // one of the elements' other sides.
-    bool may_bend(const Side& side, const Point& place) const {
-        if (is_kept(side) || plan_.sides.count(side) != 0)
-            return false;
-        const double bend =
-            foot_on(node_point(mesh_, side.first), node_point(mesh_, side.second), place).distance;
-        for (const ElementNumber e : users_of(mesh_, engine_, side).solids) {
-            const Solid solid = solid_of(mesh_, e);
-            for (std::size_t i = 0; i < solid.count; ++i) {
-                const Side other = side_between(solid.node[i], solid.behind(i));
-                if (other != side &&
-                    foot_on(node_point(mesh_, other.first), node_point(mesh_, other.second), place)
-                            .distance <= bend / BEND)
-                    return false;
-            }
-        }
-        // Nothing that is drawn may come to lie beyond the side.
-        const Point a = node_point(mesh_, side.first), b = node_point(mesh_, side.second);
-        const bool in_the_way =
-            std::any_of(drawing_.segments.begin(), drawing_.segments.end(), [&](const DrawnSegment& segment) {
-                if (is_on(mesh_, drawing_, segment, side.first) &&
-                    is_on(mesh_, drawing_, segment, side.second))
-                    return true;
-                const auto crosses_piece = [&](const Point& from, const Point& to) {
-                    return orientation(segment.from, segment.to, from) *
-                                   orientation(segment.from, segment.to, to) <
-                               0 &&
-                           orientation(from, to, segment.from) * orientation(from, to, segment.to) < 0;
-                };
-                return foot_on(segment.from, segment.to, place).distance >= drawing_.tolerance &&
-                       (crosses_piece(a, place) || crosses_piece(place, b));
-            });
-        if (in_the_way)
-            return false;
-        const int turn = orientation(a, b, place);
-        return std::none_of(drawing_.pins.begin(), drawing_.pins.end(), [&](const Point& pin) {
-            const Foot foot = foot_on(a, b, pin);
-            if (foot.distance < drawing_.tolerance && foot.share > 0.0 && foot.share < 1.0)
-                return true;
-            return orientation(a, b, pin) == turn && orientation(b, place, pin) == turn &&
-                   orientation(place, a, pin) == turn &&
-                   std::min(foot_on(a, place, pin).distance, foot_on(place, b, pin).distance) >=
-                       drawing_.tolerance;
-        });
     }
 
     void place_crossings(const DrawnSegment& segment) {
@@ -205,23 +148,6 @@ private:
             if (node_point(mesh_, node) == pin)
                 return;
         nodes.push_back(add_inner_node(mesh_, engine_, pin, solid.node));
-    }
-
-    // Sides that a new node must not bend.
-    bool is_kept(const Side& side) const {
-        const SideUsers users = users_of(mesh_, engine_, side);
-        if (!users.joints.empty() || !users.lines.empty() || drawn_.sides.count(side) != 0)
-            return true;
-        std::vector<MaterialNumber> ahead, back;  // materials to both sides
-        for (const ElementNumber e : users.solids) {
-            const Solid solid = solid_of(mesh_, e);
-            for (std::size_t i = 0; i < solid.count; ++i)
-                if (side_between(solid.node[i], solid.behind(i)) == side)
-                    (solid.node[i] == side.first ? ahead : back).push_back(mesh_.words[e].material);
-        }
-        std::sort(ahead.begin(), ahead.end());
-        std::sort(back.begin(), back.end());
-        return ahead != back;
     }
 
     static Point at_share(const Point& a, const Point& b, double share) {

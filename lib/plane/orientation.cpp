@@ -49,4 +49,16 @@ int orientation(const Point& a, const Point& b, const Point& c) {
     return sign_of_sum({ax * by, -(ax * cy), bx * cy, -(bx * ay), cx * ay, -(cx * by)});
 }
 
+bool holds(std::span<const Point> ring, const Point& p) {
+    bool inside = false;
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+        const Point &a = ring[i], &b = ring[(i + 1) % ring.size()];
+        if (a.y <= p.y && b.y > p.y && orientation(a, b, p) > 0)
+            inside = !inside;
+        if (b.y <= p.y && a.y > p.y && orientation(b, a, p) > 0)
+            inside = !inside;
+    }
+    return inside;
+}
+
 }  // namespace brelan
