@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "analysis/counts.h"
+#include "analysis/quality.h"
 #include "analysis/soundness.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
@@ -84,6 +85,17 @@ std::string cut_text(const RunReport& run) {
     return fmt::format("{}; {}", run.cut == CutMethod::sound ? "sound" : "by the rules", run.cut_reason);
 }
 
+// The sound cut keeps every element sound, not every one well shaped: where it did worst.
+std::string angle_entry(const MeshLists& mesh, const std::vector<CornerPlaces>& corners) {
+    const Quality quality = measure_quality(mesh, corners, 1);
+    if (quality.smallest_angle.worst.empty())
+        return {};
+    const Measure::Worst& worst = quality.smallest_angle.worst.front();
+    const Position at = middle(mesh, corners[static_cast<std::size_t>(mesh.element_place(worst.element))]);
+    return entry("angles", {fmt::format("{:.1f} degrees at the smallest (element {} at ({:.7g}, {:.7g}))", worst.value,
+                                        worst.element, at.x, at.y)});
+}
+
 // Files of the project by their names alone.
 std::vector<std::string> names_of(const std::vector<fs::path>& files, const fs::path& project) {
     std::vector<std::string> names;
@@ -113,6 +125,8 @@ std::string mesh_summary(const MeshOfRun& made) {
     const bool stages = !soundness.of(Check::double_element).places.empty();
     text += entry("area",
                   {fmt::format("{:.6g}{}", counts.area, stages ? " with each element of the stages" : "")});
+    if (made.cut == CutMethod::sound)
+        text += angle_entry(mesh, corners);
     const bool sound = soundness.sound();
     text += entry("soundness", {inked(stdout, sound ? Ink::green : Ink::yellow, soundness_line(soundness))});
     if (!sound && !made.file.empty())
@@ -145,7 +159,7 @@ std::string run_summary(const RunReport& run) {
         return text;
     try {
         const MeshLists mesh = read_mesh_file(run.result, run.edition.kind);
-        text += mesh_summary({mesh, run.result, run.cuts ? run.deck : fs::path{}});
+        text += mesh_summary({mesh, run.result, run.cuts ? run.deck : fs::path{}, {}, run.cut});
     } catch (const Failure& failure) {
         text += entry("mesh", {fmt::format("cannot be shown: {}", failure.what())});
     } catch (const RunEnd& end) {

@@ -35,12 +35,13 @@ struct MeshOfRun {
     std::filesystem::path file;  // where it lies; empty: nowhere
     std::filesystem::path deck;  // of which the sound cut may make another mesh; empty: it cuts nothing
     std::vector<std::string> remarks = {};
+    CutMethod cut = CutMethod::by_rules;  // the sound cut tells its smallest angle
 };
 
 // True for a deck whose mesh another cut would make another.
 bool has_cut(const NotedDeck& deck);
 
-// Counts, materials, area and soundness, a line each.
+// Counts, materials, area, smallest angle and soundness, a line each.
 std::string mesh_summary(const MeshOfRun& made);
 
 // Of a run that has finished.
