@@ -120,6 +120,7 @@ std::vector<Bend> bends_along(const Mesh& mesh, Engine& engine, const Drawn& dra
     std::set<Side> bent;
     for (const std::vector<Point>& chain : chains_of(drawing)) {
         std::vector<Side> sides;
+        sides.reserve(chain.size());
         for (const Point& point : chain)
             sides.push_back(side_beside(mesh, engine, drawing, point));
         for (std::size_t first = 0; first < chain.size();) {
