@@ -76,6 +76,8 @@ public:
         for (NodeNumber n(1); n <= engine.highest_node; ++n)
             loaded_.push_back(node_point(mesh, n));
         midsides_.emplace(mesh, engine);
+        drawn_.found = sides_between_materials(mesh, engine);
+        drawn_.sides = drawn_.found;
     }
 
     GroupListing run() {
