@@ -12,9 +12,6 @@ namespace {
 
 constexpr std::array<std::string_view, 4> KIND_NAMES{"coupled", "temperature", "head", "displacement"};
 
-// From here on IDH in a file stands for a negative one, the mark of a joint.
-constexpr std::int32_t FIRST_JOINT_CODE = 100;
-
 template <class Record, class Numbered>
 std::vector<std::int32_t> places_by_number(const std::vector<Record>& records, Numbered Record::*number) {
     Numbered last;

@@ -70,11 +70,14 @@ public:
           table_(engine.uses_indexes) {
         if (method_ == CutMethod::by_rules)
             return;
+        hold_joints_of_file(mesh, engine);
         // A node is on a line or it is not: none that is merely near counts.
         tolerances_.line = static_cast<float>(smallest_distance(mesh, tolerances, engine));
         for (NodeNumber n(1); n <= engine.highest_node; ++n)
             loaded_.push_back(node_point(mesh, n));
         midsides_.emplace(mesh, engine);
+        drawn_.found = sides_between_materials(mesh, engine);
+        drawn_.sides = drawn_.found;
     }
 
     GroupListing run() {

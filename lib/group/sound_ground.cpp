@@ -63,8 +63,10 @@ std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const Drawn
     for (Spoke& spoke : spokes) {
         std::sort(spoke.left.begin(), spoke.left.end());
         std::sort(spoke.right.begin(), spoke.right.end());
-        spoke.is_drawn = drawn.sides.count(side_between(node, spoke.end)) != 0;
-        spoke.is_kept = spoke.is_kept || spoke.is_drawn || spoke.left != spoke.right;
+        const Side side = side_between(node, spoke.end);
+        const bool stays = drawn.sides.count(side) != 0;
+        spoke.is_drawn = stays && drawn.found.count(side) == 0;
+        spoke.is_kept = spoke.is_kept || stays || spoke.left != spoke.right;
     }
     return spokes;
 }
@@ -92,6 +94,19 @@ double split_shape(std::span<const Point> c) {
 
 }  // namespace
 
+void Drawn::divide(const Side& side, std::span<const NodeNumber> nodes_between) {
+    for (std::set<Side>* all : {&sides, &found}) {
+        if (all->erase(side) == 0)
+            continue;
+        NodeNumber last = side.first;
+        for (const NodeNumber node : nodes_between) {
+            all->insert(side_between(last, node));
+            last = node;
+        }
+        all->insert(side_between(last, side.second));
+    }
+}
+
 bool is_solid(const Mesh& mesh, ElementNumber e) {
     return mesh.type[e] == ELEMENT_CONTINUUM && !is_joint(mesh, e);
 }
@@ -107,6 +122,23 @@ CornerKey key_of(const Solid& solid) {
     CornerKey key = solid.node;
     std::sort(key.begin(), key.end());
     return key;
+}
+
+std::set<Side> sides_between_materials(const Mesh& mesh, const Engine& engine) {
+    std::vector<std::pair<Side, MaterialNumber>> seen;
+    for (ElementNumber e{1}; e <= engine.highest_element; ++e) {
+        if (!is_solid(mesh, e))
+            continue;
+        const Solid solid = solid_of(mesh, e);
+        for (std::size_t i = 0; i < solid.count; ++i)
+            seen.emplace_back(side_between(solid.node[i], solid.behind(i)), mesh.words[e].material);
+    }
+    std::sort(seen.begin(), seen.end());
+    std::set<Side> sides;
+    for (std::size_t i = 1; i < seen.size(); ++i)
+        if (seen[i].first == seen[i - 1].first && seen[i].second != seen[i - 1].second)
+            sides.insert(sides.end(), seen[i].first);
+    return sides;
 }
 
 bool is_cuttable(const Mesh& mesh, const Engine& engine, ElementNumber e) {

@@ -22,10 +22,15 @@ constexpr Side side_between(NodeNumber a, NodeNumber b) {
     return a < b ? Side{a, b} : Side{b, a};
 }
 
-// What groups of this deck have drawn: the sides stay on their lines, and the nodes where they are.
+// What groups of this deck have drawn: the sides stay on their lines, and the nodes where they are. So do the
+// sides between materials that the deck found, whatever becomes of the materials.
 struct Drawn {
     std::set<Side> sides;
     std::set<NodeNumber> nodes;
+    std::set<Side> found;  // those of the sides that were there before: as straight as the digits of a file
+
+    // A side is in parts now, along the nodes from its first end to its second.
+    void divide(const Side& side, std::span<const NodeNumber> nodes_between);
 };
 
 // A continuum element that is no joint.
@@ -45,6 +50,9 @@ Solid solid_of(const Mesh& mesh, ElementNumber e);
 // The nodes of a solid in ascending order. Doubles have the same.
 using CornerKey = std::array<NodeNumber, 4>;
 CornerKey key_of(const Solid& solid);
+
+// The sides between solids of different materials.
+std::set<Side> sides_between_materials(const Mesh& mesh, const Engine& engine);
 
 // True for ground that a line may cut: workable solids, and those that lie over one.
 bool is_cuttable(const Mesh& mesh, const Engine& engine, ElementNumber e);

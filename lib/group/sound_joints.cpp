@@ -10,6 +10,8 @@
 
 #include "group/engine_mesh.h"
 #include "group/sound_ground.h"
+#include "mesh/attributes.h"
+#include "mesh/kinds.h"
 #include "plane/foot.h"
 #include "plane/orientation.h"
 
@@ -162,6 +164,8 @@ public:
             const Vector n = before ? *before : *behind;
             return moved(at, end_shift(k, n));
         }
+        if (const std::optional<Vector> shift = border_shift(k, *before, *behind))
+            return moved(at, *shift);
         const double cosine = before->x * behind->x + before->y * behind->y;
         const Vector sum{before->x + behind->x, before->y + behind->y};
         const double length = std::sqrt(sum.x * sum.x + sum.y * sum.y);
@@ -203,14 +207,15 @@ private:
         return std::nullopt;
     }
 
-    // At an end the twin goes along the border of the ground it belongs to, where there is one.
-    Vector end_shift(std::size_t k, const Vector& n) const {
+    // The directions of the sides at a twin that are the border of the ground it belongs to.
+    std::vector<Vector> border_at(std::size_t k) const {
         const std::vector<Wedge> wedges = wedges_at(mesh_, engine_, twins_[k]);
         const auto is_shared = [&](NodeNumber other, bool behind) {
             return std::any_of(wedges.begin(), wedges.end(), [&](const Wedge& wedge) {
                 return (behind ? wedge.before : wedge.behind) == other;
             });
         };
+        std::vector<Vector> border;
         for (const Wedge& wedge : wedges)
             for (const bool behind : {true, false}) {
                 const NodeNumber other = behind ? wedge.behind : wedge.before;
@@ -220,11 +225,38 @@ private:
                 const double dx = static_cast<double>(to.x) - static_cast<double>(at.x);
                 const double dy = static_cast<double>(to.y) - static_cast<double>(at.y);
                 const double length = std::sqrt(dx * dx + dy * dy);
-                const double rise = length > 0.0 ? (dx * n.x + dy * n.y) / length : 0.0;
-                if (rise * LONGEST_MITRE >= 1.0)
-                    return {width_ / rise * dx / length, width_ / rise * dy / length};
+                if (length > 0.0)
+                    border.push_back({dx / length, dy / length});
             }
+        return border;
+    }
+
+    // As far along a border as the width asks for; none where that is too far.
+    std::optional<Vector> shift_along(const Vector& border, const Vector& n) const {
+        const double rise = border.x * n.x + border.y * n.y;
+        if (rise * LONGEST_MITRE < 1.0)
+            return std::nullopt;
+        return Vector{width_ / rise * border.x, width_ / rise * border.y};
+    }
+
+    // At an end the twin goes along the border of the ground it belongs to, where there is one.
+    Vector end_shift(std::size_t k, const Vector& n) const {
+        for (const Vector& border : border_at(k))
+            if (const std::optional<Vector> shift = shift_along(border, n))
+                return *shift;
         return {width_ * n.x, width_ * n.y};
+    }
+
+    // A bend at the border: one border is followed. Between two the ground of the twin hangs together in it
+    // alone, and it stays where it is; the joint has no width there.
+    std::optional<Vector> border_shift(std::size_t k, const Vector& before, const Vector& behind) const {
+        const std::vector<Vector> border = border_at(k);
+        if (border.empty())
+            return std::nullopt;
+        if (border.size() > 1)
+            return Vector{};
+        const std::optional<Vector> shift = shift_along(border.front(), before);
+        return shift ? shift : shift_along(border.front(), behind);
     }
 
     const Mesh& mesh_;
@@ -235,6 +267,14 @@ private:
 };
 
 }  // namespace
+
+void hold_joints_of_file(Mesh& mesh, const Engine& engine) {
+    if (!has_node_values(mesh.kind))
+        return;
+    for (ElementNumber e{1}; e <= engine.highest_element; ++e)
+        if (mesh.type[e] == ELEMENT_CONTINUUM && mesh.attribute[e] >= FIRST_JOINT_CODE)
+            mesh.attribute[e] = -mesh.attribute[e] - FIRST_JOINT_CODE;
+}
 
 OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, float joint_thickness,
                       const JointMaterial& material, std::span<const JointRecord> records, double tolerance) {
@@ -247,12 +287,18 @@ OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, float j
     std::vector<std::size_t> edges;  // that get a joint
     std::vector<bool> at_edge(c, false);
     std::set<NodeNumber> visited;
-    for (std::size_t k = 0; k < c; ++k)
-        if (!visited.insert(nodes[k]).second)
-            fail(group +
-                 "expected a joint along a line that does not come to a place again, but this one comes back "
-                 "to " +
-                 text_of(node_point(mesh, nodes[k])));
+    const auto refuse_return = [&](NodeNumber node) {
+        fail(
+            group +
+            "expected a joint along a line that does not come to a place again, but this one comes back to " +
+            text_of(node_point(mesh, node)));
+    };
+    for (const NodeNumber node : nodes)
+        if (!visited.insert(node).second)
+            refuse_return(node);
+    // A line of two nodes goes forth and back.
+    if (line.closed && c == 2 && line.steps[0] != Step::gap && line.steps[1] != Step::gap)
+        refuse_return(nodes[0]);
     for (std::size_t k = 0; k < line.steps.size(); ++k) {
         const Step step = line.steps[k];
         const NodeNumber a = nodes[k], b = line.behind(k);

@@ -29,6 +29,10 @@ struct OpenedLine {
     std::vector<MovedElement> moved;
 };
 
+// A mesh file of the temperature and head kinds shows the negative IDH of its joints as its absolute value
+// less 100, which is 100 or more: gives them back the value that tells them from solids.
+void hold_joints_of_file(Mesh& mesh, const Engine& engine);
+
 // Parts the ground along a line and fills the gap with joint elements, also at the border where a line of
 // elements stands along the other side. Ends the run where the line does not run along sides of elements,
 // where it has a joint already (named by its record), and where nothing can open.

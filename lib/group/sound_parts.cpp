@@ -28,7 +28,7 @@ public:
     std::set<NodeNumber> run(const std::set<NodeNumber>& on_drawing) {
         collect(on_drawing);
         for (const auto& [side, points] : plan_.sides)
-            divide_drawn(side);
+            drawn_.divide(side, plan_.between(side.first, side.second));
         for (const auto& [e, segments] : touched_)
             divide(solid_of(mesh_, e), segments);
         for (const auto& [side, points] : plan_.sides) {
@@ -58,17 +58,6 @@ private:
             for (const Solid& solid : solids_with(mesh_, engine_, node))
                 if (is_better_split(node_points(mesh_, solid.nodes())))
                     touched_[solid.element];
-    }
-
-    void divide_drawn(const Side& side) {
-        if (drawn_.sides.erase(side) == 0)
-            return;
-        NodeNumber last = side.first;
-        for (const NodeNumber node : plan_.between(side.first, side.second)) {
-            drawn_.sides.insert(side_between(last, node));
-            last = node;
-        }
-        drawn_.sides.insert(side_between(last, side.second));
     }
 
     void divide(Solid solid, const std::vector<std::size_t>& segments) {

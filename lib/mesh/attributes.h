@@ -52,6 +52,9 @@ void for_each_attribute(LayoutKind kind, const Action& action) {
     }
 }
 
+// From here on IDH in a file stands for a negative one, the mark of a joint.
+inline constexpr std::int32_t FIRST_JOINT_CODE = 100;
+
 // True for the attributes of a joint element, and of a mesh's element at a number.
 inline bool is_joint(LayoutKind kind, const ElementAttributes& attributes) {
     bool joint = false;

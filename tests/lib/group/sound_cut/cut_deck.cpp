@@ -97,6 +97,14 @@ bool is_joint_record(Kind kind, const MeshElement& element) {
     return element.codes[0] < 0 || element.codes[0] >= 100;
 }
 
+std::vector<int> nodes_held_by_codes(const Mesh& file) {
+    std::vector<int> held;
+    for (const MeshNode& node : file.nodes)
+        if (node.codes[0] != 0 || node.codes[1] != 0)
+            held.push_back(node.number);
+    return held;
+}
+
 // A mesh file, its coordinates as a run reads them.
 CutMesh mesh_of(const Mesh& file) {
     CutMesh mesh;
@@ -343,9 +351,11 @@ CutRun run_cut(const CutDeck& deck, CutMethod method) {
         if (first == 0) {
             const MeshCheck check = check_mesh(reads_base ? base : files->text("..\\Bmesh.dat"), deck.kind);
             result.before = mesh_of(check.mesh);
-            for (const MeshNode& node : check.mesh.nodes)
-                if (node.codes[0] != 0 || node.codes[1] != 0)
-                    result.frozen_codes.push_back(node.number);
+            result.frozen_codes = nodes_held_by_codes(check.mesh);
+        } else {
+            const MeshCheck check = check_mesh(base, deck.kind);
+            result.reread = mesh_of(check.mesh);
+            result.still_frozen = nodes_held_by_codes(check.mesh);
         }
         for (std::int32_t g = 1; g <= run->deck.groups.count; ++g)
             result.paths.push_back(

@@ -97,7 +97,9 @@ struct CutRun {
     std::string message;            // of a run that ended otherwise
     CutMesh before, after;          // the base mesh, the result
     CutMesh between;                // that of the first deck of two
+    CutMesh reread;                 // the same as the second deck reads it
     std::vector<int> frozen_codes;  // nodes of the base mesh that their codes hold
+    std::vector<int> still_frozen;  // those of `reread`: lines take over the codes of their nodes
     std::vector<DrawnPath> paths;
     double seconds = 0.0;
 };

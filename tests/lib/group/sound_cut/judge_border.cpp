@@ -78,17 +78,18 @@ void judge_outline(const Judgement& j) {
               "the border has a length of " + std::to_string(length) + ", was " + std::to_string(drawn));
 }
 
-// Nodes that their codes or a list hold keep their bits; that of a file where a second deck has read one.
-void judge_frozen(const Judgement& j) {
-    std::set<int> frozen(j.run.frozen_codes.begin(), j.run.frozen_codes.end());
+// Nodes that their codes or a list hold keep their bits from one mesh to the next.
+void judge_frozen(const Judgement& j, const CutMesh& before, const std::vector<int>& by_codes,
+                  const CutMesh& after) {
+    std::set<int> frozen(by_codes.begin(), by_codes.end());
     frozen.insert(j.deck.frozen.begin(), j.deck.frozen.end());
     std::set<std::pair<float, float>> places;
-    for (const CutNode& node : j.run.after.nodes)
+    for (const CutNode& node : after.nodes)
         places.emplace(static_cast<float>(node.at.x), static_cast<float>(node.at.y));
     std::set<int> corners;  // a midside node stays on its side, or goes with it
-    for (const CutSolid& solid : j.run.before.solids)
+    for (const CutSolid& solid : before.solids)
         corners.insert(solid.corners.begin(), solid.corners.end());
-    for (const CutNode& node : j.run.before.nodes) {
+    for (const CutNode& node : before.nodes) {
         if (!corners.contains(node.number))
             continue;
         const bool on_limits = j.deck.limits && j.on_border(node.at);
@@ -104,7 +105,12 @@ void judge_frozen(const Judgement& j) {
 
 void judge_border(const Judgement& j) {
     judge_corners(j);
-    judge_frozen(j);
+    if (j.run.reread.nodes.empty()) {
+        judge_frozen(j, j.run.before, j.run.frozen_codes, j.run.after);
+    } else {
+        judge_frozen(j, j.run.before, j.run.frozen_codes, j.run.between);
+        judge_frozen(j, j.run.reread, j.run.still_frozen, j.run.after);
+    }
     if (deletes(j.run))
         return;  // the areas of regions tell
     judge_area(j);

@@ -22,7 +22,7 @@ public:
             if (std::find(j_.deck.listed.begin(), j_.deck.listed.end(), solid.number) != j_.deck.listed.end())
                 listed_.push_back(&solid);
         if (path_.group <= j_.deck.groups_of_first_deck)
-            between_.emplace(j_.run.between);
+            between_.emplace(j_.run.reread);
     }
 
     void judge() {
@@ -90,6 +90,8 @@ private:
         if (!between_)
             return true;
         const double length = distance(a, b), reach = 4.0 * j_.rounding;
+        if (length == 0.0)
+            return false;
         const double nx = -(b.y - a.y) / length * reach, ny = (b.x - a.x) / length * reach;
         const CutSolid *left = between_->solid_at({p.x + nx, p.y + ny}),
                        *right = between_->solid_at({p.x - nx, p.y - ny});
@@ -98,10 +100,26 @@ private:
         const auto passes = [&](int from, int to) {
             return distance_to(p, between_->at(from), between_->at(to)) <= reach;
         };
-        return std::any_of(j_.run.between.lines.begin(), j_.run.between.lines.end(),
+        return std::any_of(between_->mesh.lines.begin(), between_->mesh.lines.end(),
                            [&](const CutLine& line) { return passes(line.from, line.to); }) ||
-               std::any_of(j_.run.between.joints.begin(), j_.run.between.joints.end(),
+               std::any_of(between_->mesh.joints.begin(), between_->mesh.joints.end(),
                            [&](const CutJoint& joint) { return passes(joint.corners[0], joint.corners[1]); });
+    }
+
+    // An end of a line of the first deck that the second can tell from the line itself: what it sees there
+    // does not go straight on.
+    bool is_seen_end(const Spot& p) const {
+        if (!between_)
+            return true;
+        std::vector<Spot> seen;
+        for (const auto& [side, solids] : between_->sides) {
+            const Spot &a = between_->at(side.first), &b = between_->at(side.second);
+            const bool from = distance(a, p) <= j_.same, to = distance(b, p) <= j_.same;
+            if (from != to && is_seen({(a.x + b.x) / 2.0, (a.y + b.y) / 2.0}, a, b))
+                seen.push_back(from ? b : a);
+        }
+        return seen.size() > 2 || seen.size() == 1 ||
+               (seen.size() == 2 && distance_to(p, seen[0], seen[1]) > 4.0 * j_.rounding);
     }
 
     // The part of a piece within the rectangle of the ground, as shares; none where it runs outside.
@@ -128,7 +146,7 @@ private:
     }
 
     void judge_end(const Spot& p, const Spot& towards) const {
-        if (distance(p, towards) <= j_.same || !is_ground(p, p, towards))
+        if (distance(p, towards) <= j_.same || !is_ground(p, p, towards) || !is_seen_end(p))
             return;
         for (const int n : j_.mesh.solid_nodes)
             if (distance(j_.mesh.at(n), p) <= j_.same)
@@ -197,8 +215,9 @@ private:
             return;
         }
         gap_ = gap_ || from > 0.0 || to < 1.0;
-        const bool start_is_node = from > 0.0 || k > 0 || is_placed(a);
-        const bool end_is_node = to < 1.0 || k + 2 < piece_->points.size() || is_placed(b);
+        const bool start_is_node = from > 0.0 || k > 0 || (is_placed(a) && is_seen_end(a));
+        const bool end_is_node =
+            to < 1.0 || k + 2 < piece_->points.size() || (is_placed(b) && is_seen_end(b));
         const std::vector<OnPiece> nodes = nodes_on(a, b);
         from *= length, to *= length;
         if (nodes.empty()) {
@@ -314,7 +333,7 @@ private:
     const DrawnPath& path_;
     const DrawnPiece* piece_ = nullptr;
     std::vector<const CutSolid*> listed_;
-    std::optional<JudgedMesh> between_;  // of a path of the first of two decks
+    std::optional<JudgedMesh> between_;  // of a path of the first of two decks: what the second reads
     std::set<Side> sides_;
     double covered_ = 0.0, on_border_ = 0.0;
     bool gap_ = false;  // some of the path is no chain, as the deck or the ground asks for

@@ -252,6 +252,10 @@ void add_joints(std::vector<CutDeck>& decks) {
     decks.push_back(deck("a joint across a joint", {upright, joint_along({{1.4F, 4.3F}, {7.3F, 3.6F}}, 2)}));
     decks.push_back(deck("a joint from a joint", {upright, joint_along({{4.3F, 4.25F}, {7.3F, 3.6F}}, 2)}));
     decks.push_back(deck("a joint that takes width", {joint_along({{4.3F, 6}, {4.3F, 2.5F}}, 1, -0.05F)}));
+    decks.push_back(deck("a joint of a width that bends at the border",
+                         {joint_along({{1.3F, 2.2F}, {3.2F, 0}, {6.4F, 2.4F}}, 1, -0.05F)}));
+    decks.push_back(
+        deck("a joint forth and back", {joint_along({{1.3F, 2.2F}, {1.7F, 2.3F}, {1.3F, 2.2F}}, 1)}));
     decks.push_back(deck("a joint over the soil", {joint_along({{4.3F, 6}, {4.3F, 2.5F}}, 1, 0.05F)}));
     decks.push_back(deck("a stage beside a joint",
                          {upright, stage_of({{4.3F, 6}, {4.3F, 3.4F}, {7.2F, 3.4F}, {7.2F, 6}}, 2)}));
