@@ -67,15 +67,18 @@ void warn(const Remark& remark, const DeckCheck& check, bool work_is_left) {
     }
 }
 
-// The lists that a dam with shells leaves go by the numbers of a mesh that its run deletes.
+// The lists that a dam with shells leaves go by the numbers of a mesh that its run deletes. Where the sound
+// cut has drawn a core or wall over the finished dam, the list of the groups is that of its mesh.
 void remark_old_numbers(RunReport& report, const NotedDeck& deck) {
     constexpr std::int32_t dam = 3;
     constexpr std::string_view body = "EarthDam.Mes";
     if (deck.mode != dam || report.result.empty() || report.result.filename() == body)
         return;
+    const bool zones_last = report.cut == CutMethod::sound && (deck.card("5.3") || deck.card("5.5"));
     std::vector<std::string> lists;
     for (const fs::path& file : report.also)
-        if (lower(file.extension().string()) == ".man" || lower(file.extension().string()) == ".pos")
+        if (const std::string kind = lower(file.extension().string());
+            kind == ".man" || (kind == ".pos" && !zones_last))
             lists.push_back(file.filename().string());
     if (!lists.empty())
         report.remarks.push_back(fmt::format(

@@ -88,18 +88,16 @@ void write_base_mesh(LayoutKind kind, const DamCards& dam, const DamSizes& sizes
 }
 
 // Cards 3.1-1 to 3.3 and 3.3.5.1 to 3.3.5.4-2.
-void write_edit(const DamCards& dam, const DamSizes& sizes, DeckWriter& deck, std::int32_t group_count) {
+void write_edit_head(DeckWriter& deck, const DamCards& dam, const DamSizes& sizes, const DamEdit& edit,
+                     std::int32_t group_count) {
     const DamSizes& s = sizes;
     deck.line("* Card 3.1-1");
     deck.line("* FILEA");
-    deck.name("Bmesh.dat");
+    deck.name(edit.source);
     deck.line("* Card 3.1-2");
     deck.line("* FILEM");
-    deck.name("EarthDam.Mes");
-    // The numbers of the shells' elements stay free.
-    const std::int32_t shell_elements =
-        dam.shells ? slope_model(s.left_model).elements + slope_model(s.right_model).elements : 0;
-    write_start_numbers(deck, shell_elements + 1, 1);
+    deck.name(edit.result);
+    write_start_numbers(deck, edit.first_element, 1);
     deck.line("* Card 3.3");
     deck.line("* IEDIT");
     deck.card(ONE_NUMBER, 4);
@@ -162,24 +160,7 @@ void write_material(LayoutKind kind, DeckWriter& deck, const DamGroup& cards) {
     deck.card(LINE_LINE, cards.line_type, cards.line_material);
 }
 
-}  // namespace
-
-std::int32_t kind_of_decks(LayoutKind kind) {
-    constexpr std::array<std::int32_t, 4> kind_codes = {3, 1, 9, 2};
-    return kind_codes[static_cast<std::size_t>(kind)];
-}
-
-void write_start_numbers(DeckWriter& deck, std::int32_t first_element, std::int32_t first_node) {
-    deck.line("* Card 3.2");
-    deck.line("* NSNEL  NSNODE");
-    if (first_element <= 9999)
-        deck.card(NUMBERS_4, first_element, first_node);
-    else if (first_element <= 99999)
-        deck.card(NUMBERS_5, first_element, first_node);
-    else
-        deck.card(NUMBERS_6, first_element, first_node);
-}
-
+// Writes the cards of one group, its number being `group`.
 void write_dam_group(LayoutKind kind, DeckWriter& deck, std::int32_t group, const DamGroup& cards) {
     deck.line("*");
     deck.line(DOUBLE_LINE);
@@ -211,23 +192,49 @@ void write_dam_group(LayoutKind kind, DeckWriter& deck, std::int32_t group, cons
         deck.card(SEGMENT_LINE, ++segment, 1, cards.divisions, end_rule);
 }
 
-void write_dam_decks(Channels& channels, LayoutKind kind, CardMemory& memory, DeckList& decks, DamCards& dam,
-                     DamSizes& sizes) {
-    check_dam(dam, sizes);
-    memory.prepared_kind_code = kind_of_decks(kind);
-    const std::vector<DamGroup> groups = dam_groups(kind, dam, sizes);
-    DeckWriter deck(channels.open(CHANNEL_DATA, MAIN_DECK, OpenStatus::work), decks.made[1]);
-    write_base_mesh(kind, dam, sizes, deck);
-    write_edit(dam, sizes, deck, static_cast<std::int32_t>(groups.size()));
+}  // namespace
+
+std::int32_t kind_of_decks(LayoutKind kind) {
+    constexpr std::array<std::int32_t, 4> kind_codes = {3, 1, 9, 2};
+    return kind_codes[static_cast<std::size_t>(kind)];
+}
+
+void write_start_numbers(DeckWriter& deck, std::int32_t first_element, std::int32_t first_node) {
+    deck.line("* Card 3.2");
+    deck.line("* NSNEL  NSNODE");
+    if (first_element <= 9999)
+        deck.card(NUMBERS_4, first_element, first_node);
+    else if (first_element <= 99999)
+        deck.card(NUMBERS_5, first_element, first_node);
+    else
+        deck.card(NUMBERS_6, first_element, first_node);
+}
+
+void write_dam_edit(LayoutKind kind, DeckWriter& deck, const DamCards& dam, const DamSizes& sizes,
+                    const DamEdit& edit, const std::vector<DamGroup>& groups) {
+    write_edit_head(deck, dam, sizes, edit, static_cast<std::int32_t>(groups.size()));
     std::int32_t number = 0;
     for (const DamGroup& group : groups)
         write_dam_group(kind, deck, ++number, group);
+}
+
+void write_dam_decks(Channels& channels, LayoutKind kind, CutMethod cut, CardMemory& memory, DeckList& decks,
+                     DamCards& dam, DamSizes& sizes) {
+    check_dam(dam, sizes);
+    memory.prepared_kind_code = kind_of_decks(kind);
+    DeckWriter deck(channels.open(CHANNEL_DATA, MAIN_DECK, OpenStatus::work), decks.made[1]);
+    write_base_mesh(kind, dam, sizes, deck);
+    // The numbers of the shells' elements stay free.
+    const std::int32_t shell_elements =
+        dam.shells ? slope_model(sizes.left_model).elements + slope_model(sizes.right_model).elements : 0;
+    write_dam_edit(kind, deck, dam, sizes, {"Bmesh.dat", "EarthDam.Mes", shell_elements + 1},
+                   dam_groups(kind, dam, sizes, cut));
     deck.line("* END OF DATA ");
     channels.close(CHANNEL_DATA);
     decks.count = 1;
     decks.names[1] = TextLine(MAIN_DECK);
     if (dam.shells)
-        write_shell_decks(channels, kind, decks, dam, sizes);
+        write_shell_decks(channels, kind, decks, dam, sizes, cut);
 }
 
 }  // namespace brelan

@@ -12,8 +12,8 @@ namespace brelan {
 
 namespace {
 
-// Materials of the zones; a layer has the one of the first layer and on.
-constexpr std::int32_t UPSTREAM_SHELL = 2, DOWNSTREAM_SHELL = 3, CORE = 4, WALL = 5, FIRST_LAYER = 6;
+// Materials of the other zones; a layer has the one of the first layer and on.
+constexpr std::int32_t UPSTREAM_SHELL = 2, DOWNSTREAM_SHELL = 3, FIRST_LAYER = 6;
 
 // Kinds of a group, as on Card 3.3.5.4.1.
 constexpr std::int32_t KEEP_INSIDE = -1, LINE = 2, ZONE = 3, CLOSING_OUTLINE = 5, NO_GROUP = 0;
@@ -151,7 +151,7 @@ DamGroup shell(const DamCards& dam, const DamSizes& sizes, std::string title, st
 }
 
 DamGroup core(const DamCards& dam, const DamSizes& sizes) {
-    DamGroup group = zone(dam, sizes, " Dam Core", CORE, dam.core_points);
+    DamGroup group = zone(dam, sizes, " Dam Core", CORE_MATERIAL, dam.core_points);
     if (dam.shells && !clear_of_shells(sizes, group.points))
         leave_uncut(group);
     else if (crowds_crest(dam, sizes, group.points))
@@ -160,7 +160,7 @@ DamGroup core(const DamCards& dam, const DamSizes& sizes) {
 }
 
 DamGroup wall(const DamCards& dam, const DamSizes& sizes) {
-    DamGroup group = zone(dam, sizes, " Cut-off Wall", WALL, dam.wall_points);
+    DamGroup group = zone(dam, sizes, " Cut-off Wall", WALL_MATERIAL, dam.wall_points);
     if (dam.shells && !below_base(sizes, group.points) && !clear_of_shells(sizes, group.points))
         leave_uncut(group);
     else if (crowds_bottom(dam, sizes, group.points))
@@ -216,21 +216,22 @@ std::string layer_title(std::int32_t layer) {
     return title;
 }
 
-void add_layers(const DamCards& dam, const DamSizes& sizes, std::vector<DamGroup>& groups) {
+void add_layers(const DamCards& dam, const DamSizes& sizes, const DamOutline& wall,
+                std::vector<DamGroup>& groups) {
     float top = 0.0F;
     for (std::int32_t layer = 1; layer <= dam.layer_count; ++layer) {
         const float bottom = top - dam.layers[static_cast<std::size_t>(layer - 1)];
         DamGroup group = zone(dam, sizes, layer_title(layer), FIRST_LAYER + layer - 1,
-                              layer_outline(sizes.left, sizes.right, bottom, top, dam.wall_points));
+                              layer_outline(sizes.left, sizes.right, bottom, top, wall));
         leave_uncut(group);
         groups.push_back(std::move(group));
         top = bottom;
     }
 }
 
-}  // namespace
+// --- the deck --------------------------------------------------------------------------------------
 
-std::vector<DamGroup> dam_groups(LayoutKind kind, const DamCards& dam, const DamSizes& sizes) {
+std::vector<DamGroup> groups_by_rules(LayoutKind kind, const DamCards& dam, const DamSizes& sizes) {
     std::vector<DamGroup> groups;
     groups.push_back(drawn(dam, sizes, " Ground Surface", KEEP_INSIDE, surface_outline(dam, sizes)));
     cut_crest(dam, sizes, groups.back());
@@ -247,8 +248,80 @@ std::vector<DamGroup> dam_groups(LayoutKind kind, const DamCards& dam, const Dam
         add_boundaries(dam, sizes, groups);
     if (dam.cut_off)
         groups.push_back(wall(dam, sizes));
-    add_layers(dam, sizes, groups);
+    add_layers(dam, sizes, dam.wall_points, groups);
     return groups;
+}
+
+void cut_all_sides(DamGroup& group) {
+    group.end_rules.assign(sides_of(group), CUT);
+}
+
+// Core and wall as they are drawn.
+std::vector<DamGroup> inner_zones(const DamCards& dam, const DamSizes& sizes) {
+    std::vector<DamGroup> zones;
+    if (dam.core)
+        zones.push_back(zone(dam, sizes, " Dam Core", CORE_MATERIAL, dam.core_points));
+    if (dam.cut_off)
+        zones.push_back(zone(dam, sizes, " Cut-off Wall", WALL_MATERIAL, dam.wall_points));
+    for (DamGroup& group : zones)
+        cut_all_sides(group);
+    return zones;
+}
+
+// The slope of an outline as the upstream boundary goes along it, with a point on the water level: a cut that
+// misses the point by its last digit leaves an element that is all but flat.
+void bend_at_level(const DamCards& dam, const DamSizes& sizes, DamGroup& group) {
+    const Point level = upstream_path(dam, sizes).back(), toe{}, crest_end{sizes.crest_left, dam.height};
+    const auto is = [](const Point& a, const Point& b) { return a.x == b.x && a.y == b.y; };
+    if (is(level, toe) || is(level, crest_end))
+        return;
+    for (std::size_t k = 0; k < group.points.size(); ++k) {
+        const Point &a = group.points[k], &b = group.points[(k + 1) % group.points.size()];
+        if ((is(a, toe) && is(b, crest_end)) || (is(a, crest_end) && is(b, toe))) {
+            const auto at = static_cast<std::ptrdiff_t>(k);
+            group.points.insert(group.points.begin() + at + 1, level);
+            group.end_rules.insert(group.end_rules.begin() + at, group.end_rules[k]);
+            return;
+        }
+    }
+}
+
+// The sound cut takes every side as it is drawn. The layers come first: their lines are changes of material
+// then, which what is cut later leaves in place.
+std::vector<DamGroup> sound_groups(LayoutKind kind, const DamCards& dam, const DamSizes& sizes) {
+    std::vector<DamGroup> groups;
+    add_layers(dam, sizes, {}, groups);
+    groups.push_back(drawn(dam, sizes, " Ground Surface", KEEP_INSIDE, surface_outline(dam, sizes)));
+    cut_all_sides(groups.back());
+    groups.push_back(drawn(dam, sizes, " Main Shell", CLOSING_OUTLINE, body_outline(dam, sizes)));
+    leave_uncut(groups.back());
+    if (!dam.shells) {
+        const auto add_shell = [&](std::string title, std::int32_t material, const CrestEnd& end) {
+            groups.push_back(zone(dam, sizes, std::move(title), material,
+                                  {{end.toe, 0.0F}, {end.x, 0.0F}, {end.x, dam.height}}));
+            cut_all_sides(groups.back());
+        };
+        add_shell(" Upstream Shell", UPSTREAM_SHELL, left_crest_end(dam, sizes));
+        add_shell(" Downstream Shell", DOWNSTREAM_SHELL, right_crest_end(dam, sizes));
+        for (DamGroup& inner : inner_zones(dam, sizes))
+            groups.push_back(std::move(inner));
+    }
+    if (kind == LayoutKind::head) {
+        for (DamGroup& group : groups)
+            bend_at_level(dam, sizes, group);
+        add_boundaries(dam, sizes, groups);
+    }
+    return groups;
+}
+
+}  // namespace
+
+std::vector<DamGroup> dam_groups(LayoutKind kind, const DamCards& dam, const DamSizes& sizes, CutMethod cut) {
+    return cut == CutMethod::sound ? sound_groups(kind, dam, sizes) : groups_by_rules(kind, dam, sizes);
+}
+
+std::vector<DamGroup> zones_over_shells(const DamCards& dam, const DamSizes& sizes) {
+    return dam.shells ? inner_zones(dam, sizes) : std::vector<DamGroup>{};
 }
 
 }  // namespace brelan

@@ -6,9 +6,13 @@
 #include <vector>
 
 #include "dam/dam_tables.h"
+#include "mesh/cut_method.h"
 #include "mesh/edition.h"
 
 namespace brelan {
+
+// Materials of the zones that Cards 5.3 and 5.5 draw.
+inline constexpr std::int32_t CORE_MATERIAL = 4, WALL_MATERIAL = 5;
 
 // A group of the main deck. Side k runs from point k to the next; the last side of a closed outline back to
 // the first point.
@@ -22,8 +26,13 @@ struct DamGroup {
     std::int32_t divisions = 0;           // of all sides
 };
 
-// The groups in the order of the deck, from the dam and its sizes.
-std::vector<DamGroup> dam_groups(LayoutKind kind, const DamCards& dam, const DamSizes& sizes);
+// The groups of the main deck in their order, from the dam and its sizes. By the sound cut they leave out
+// what zones_over_shells draws.
+std::vector<DamGroup> dam_groups(LayoutKind kind, const DamCards& dam, const DamSizes& sizes, CutMethod cut);
+
+// Core and wall, for the sound cut of a dam whose shells have been joined to its body: so drawn they end
+// neither at the middle block nor at the shells.
+std::vector<DamGroup> zones_over_shells(const DamCards& dam, const DamSizes& sizes);
 
 // The outline of a subsoil layer from its bottom to its top, without the part that a wall takes: round the
 // wall from the top where it enters there, else from the bottom. The wall is given by its four points.

@@ -1,8 +1,10 @@
 #include "dam/shell_decks.h"
 
 #include <string_view>
+#include <vector>
 
 #include "dam/dam_deck.h"
+#include "dam/dam_outlines.h"
 #include "dam/dam_tables.h"
 #include "dam/slope_models.h"
 #include "deck/deck_tables.h"
@@ -84,15 +86,25 @@ void write_combination_deck(Channels& channels, LayoutKind kind, DeckList& decks
 
 }  // namespace
 
-void write_shell_decks(Channels& channels, LayoutKind kind, DeckList& decks, DamCards& dam, DamSizes& sizes) {
+void write_shell_decks(Channels& channels, LayoutKind kind, DeckList& decks, DamCards& dam, DamSizes& sizes,
+                       CutMethod cut) {
     const DamSizes& s = sizes;
     write_shell_deck(channels, kind, decks, dam, sizes, 2, "Shell_Left.dat", LEFT_MESH, 1, s.left_model,
                      s.crest_left, 0.0F);
     write_shell_deck(channels, kind, decks, dam, sizes, 3, "Shell_Right.dat", RIGHT_MESH,
                      slope_model(s.left_model).elements + 1, s.right_model, s.crest_right, s.toe);
     write_combination_deck(channels, kind, decks, 4, "Combine_Shell.dat", LEFT_MESH, RIGHT_MESH, SHELL_MESH);
-    write_combination_deck(channels, kind, decks, 5, "Combine_All.dat", SHELL_MESH, BODY_MESH, DAM_MESH);
+    const std::vector<DamGroup> zones =
+        cut == CutMethod::sound ? zones_over_shells(dam, sizes) : std::vector<DamGroup>{};
+    write_combination_deck(channels, kind, decks, 5, "Combine_All.dat", SHELL_MESH, BODY_MESH,
+                           zones.empty() ? DAM_MESH : JOINED_MESH);
     decks.count = 5;
+    if (zones.empty())
+        return;
+    DeckWriter deck = open_deck(channels, kind, decks, 6, "Dam_Zones.dat", 1);
+    write_dam_edit(kind, deck, dam, sizes, {JOINED_MESH, DAM_MESH}, zones);
+    close_deck(channels, deck);
+    decks.count = 6;
 }
 
 }  // namespace brelan

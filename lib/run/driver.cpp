@@ -4,6 +4,7 @@
 
 #include "blocks/base_file.h"
 #include "dam/dam_deck.h"
+#include "dam/shell_decks.h"
 #include "deck/deck_checker.h"
 #include "deck/deck_tables.h"
 #include "deck/error_report.h"
@@ -33,13 +34,18 @@ constexpr std::string_view NORMALISED_DECK = "BRELAN.TMP";
 constexpr std::string_view SHELL_FILES[] = {"..\\Shell_Left.Mes", "..\\Shell_Right.Mes", "..\\Dam_Shell.Mes",
                                             "..\\EarthDam.Meg", "..\\EarthDam.Mes"};
 
+void remove_file(Run& run, std::string_view name) {
+    if (!run.channels.file_exists(name))
+        return;
+    run.channels.open(CHANNEL_DELETE, name, OpenStatus::old);
+    run.channels.close(CHANNEL_DELETE, CloseAction::remove);
+}
+
 void remove_shell_files(Run& run) {
-    for (const std::string_view name : SHELL_FILES) {
-        if (!run.channels.file_exists(name))
-            continue;
-        run.channels.open(CHANNEL_DELETE, name, OpenStatus::old);
-        run.channels.close(CHANNEL_DELETE, CloseAction::remove);
-    }
+    for (const std::string_view name : SHELL_FILES)
+        remove_file(run, name);
+    if (run.cut == CutMethod::sound)
+        remove_file(run, "..\\" + std::string(JOINED_MESH));
 }
 
 void open_result_copy(Run& run) {
@@ -111,7 +117,7 @@ void normalise_deck(Run& run) {
     };
     for (check(); run.deck.is_dam(); check()) {
         run.deck.require(DeckPart::mode);
-        write_dam_decks(run.channels, kind, run.card_memory, run.decks, run.deck.dam, run.sizes);
+        write_dam_decks(run.channels, kind, run.cut, run.card_memory, run.decks, run.deck.dam, run.sizes);
         run.decks.name = run.decks.names[1];
         drop_checked_deck(run.channels);
     }

@@ -219,10 +219,13 @@ void install_dam_files(const Project& project, Kind kind) {
     fs::copy_file(package / "DV-BRELAN.dat", project.data_file("DV-BRELAN.dat"));
 }
 
-DamRun::DamRun(const DamInput& dam, Kind kind) : dam_(dam), kind_(kind), project_(kind) {
+DamRun::DamRun(const DamInput& dam, Kind kind, std::vector<std::string> arguments)
+    : dam_(dam), kind_(kind), project_(kind) {
     install_dam_files(project_, kind);
     project_.deck(dam.deck());
-    result_ = project_.run();
+    RunOptions options;
+    options.arguments = std::move(arguments);
+    result_ = project_.run("", options);
 }
 
 }  // namespace brelan::test

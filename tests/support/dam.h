@@ -73,7 +73,7 @@ void install_dam_files(const Project& project, Kind kind);
 // Runs a dam in a project of its own that has the package's files.
 class DamRun {
 public:
-    DamRun(const DamInput& dam, Kind kind);
+    DamRun(const DamInput& dam, Kind kind, std::vector<std::string> arguments = {});
 
     const Project& project() const { return project_; }
     const RunResult& result() const { return result_; }

@@ -47,7 +47,7 @@ std::vector<std::string> side_file_names(const NotedDeck& deck, const fs::path& 
         add({BASE_MESH});
     if (deck.mode == dam)
         add({"EarthDam.Meg", "EarthDam.Mes", "Earth_Dam.Mes", "Shell_Left.Mes", "Shell_Right.Mes",
-             "Dam_Shell.Mes"});
+             "Dam_Shell.Mes", "Dam_Joined.Mes"});
     if (deck.mode >= edit)
         add({"Boundary.Man", "Group.Man", "Group.Pos", "MatAD.Man", DEFAULTS});
     return names;

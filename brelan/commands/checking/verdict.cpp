@@ -70,7 +70,8 @@ Verdict verdict_of(const NotedDeck& deck, const Edition& edition) {
         check_deck(run->channels, kind, run->card_memory, run->deck, run->console, TextLine(DECK_NAME),
                    NORMALISED);
         if (run->deck.is_dam()) {
-            write_dam_decks(run->channels, kind, run->card_memory, run->decks, run->deck.dam, run->sizes);
+            write_dam_decks(run->channels, kind, run->cut, run->card_memory, run->decks, run->deck.dam,
+                            run->sizes);
             return verdict;  // the decks made of its cards are no matter of this check
         }
     } catch (const RunEnd& end) {
