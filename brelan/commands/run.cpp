@@ -56,10 +56,12 @@ void refuse_harmful_result(const NotedDeck& deck, const fs::path& project, const
 }
 
 // What may be wrong with the deck, before it runs: not why the run will end, which it will say itself, nor
-// what has been said of its kind and of the mark in front of it.
-void warn(const Remark& remark, const DeckCheck& check, bool work_is_left) {
+// what has been said of its kind and of the mark in front of it, nor of the cut by the rules when the sound
+// one is asked for.
+void warn(const Remark& remark, const DeckCheck& check, Cut cut, bool work_is_left) {
     for (const Doubt& doubt : check.doubts) {
-        if (doubt.ends_run || doubt.id == "other-kind" || doubt.id == "byte-order-mark" ||
+        if ((cut == Cut::sound && (doubt.id == "zone-cut-off" || doubt.id == "may-be-unsound")) ||
+            doubt.ends_run || doubt.id == "other-kind" || doubt.id == "byte-order-mark" ||
             (doubt.id == "lost-result" && work_is_left))
             continue;
         const std::string line = doubt.line > 0 ? fmt::format(", line {}", doubt.line) : "";
@@ -156,7 +158,7 @@ int run_deck(const RunOptions& options, const Context& context) {
         remark(mark_passed_over(deck_file));
     refuse_harmful_result(deck, project, kept_work, *data);
     if (check.verdict.status == 0)
-        warn(remark, check, options.keep || !options.work.empty());
+        warn(remark, check, options.cut, options.keep || !options.work.empty());
     report =
         run_by_choice({options, context, interruption, deck, project, kept_work, program, *data}, report);
     if (report.status != 0) {

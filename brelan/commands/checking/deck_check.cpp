@@ -47,7 +47,7 @@ void look_for_doubts(DeckCheck& check, const DeckPlace& place) {
     doubt_codes(doubts);
     doubt_numbers(doubts);
     doubt_cards(doubts);
-    doubt_dam(doubts);
+    doubt_dam(doubts, check.verdict.dam_body ? &*check.verdict.dam_body : nullptr);
     doubt_outlines(doubts);
     std::optional<MeshLists> a, b;
     if (deck.mode == 2) {

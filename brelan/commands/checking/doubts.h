@@ -57,8 +57,10 @@ void doubt_codes(Doubts& doubts);
 void doubt_numbers(Doubts& doubts);
 // Counts that disagree, switches that exclude each other, lengths that make no sense.
 void doubt_cards(Doubts& doubts);
-// An earth dam: lengths that make no sense, profiles whose mesh may come out unsound, slopes that are fixed.
-void doubt_dam(Doubts& doubts);
+// An earth dam: lengths that make no sense, profiles whose mesh may come out unsound, slopes that are fixed,
+// and a core or wall that its shells cut off; `body` is its mesh by the rules without them, nullptr where it
+// is not known.
+void doubt_dam(Doubts& doubts, const MeshLists* body);
 // Files that are not there or in each other's way.
 void doubt_files(Doubts& doubts, const DeckPlace& place, const DeckMeshes& meshes);
 // Numbers and materials that the mesh does not have, windows with nothing in them, combinations without

@@ -1,9 +1,11 @@
-// Earth dams: lengths that make no sense, profiles whose mesh may come out unsound, slopes that are fixed.
+// Earth dams: lengths that make no sense, profiles whose mesh may come out unsound, slopes that are fixed,
+// zones that shells cut off.
 #include <fmt/core.h>
 
 #include <algorithm>
 #include <cmath>
 
+#include "commands/checking/dam_zones.h"
 #include "commands/checking/doubts.h"
 
 namespace brelan::tool {
@@ -123,9 +125,25 @@ void doubt_slopes(Doubts& doubts, const Dam& dam) {
                     dam.water_height, words));
 }
 
+// --- areas ---------------------------------------------------------------------------------------
+
+void doubt_zones(Doubts& doubts, const MeshLists& body) {
+    for (const CutOffZone& zone : cut_off_zones(doubts.deck(), body)) {
+        std::string made = fmt::format("{:.4g}", zone.made);
+        if (zone.other_foot())
+            made += fmt::format(" and ends at y = {:.4g} instead of {:.4g}", zone.foot, zone.drawn_foot);
+        doubts.doubt(
+            "zone-cut-off", zone.card,
+            fmt::format("the {} is drawn with an area of {:.4g} and comes out with {}: by the rules "
+                        "shells from templates hold none of it, and what is near them is made of whole "
+                        "elements; with --cut sound it comes out as it is drawn",
+                        zone.name, zone.drawn, made));
+    }
+}
+
 }  // namespace
 
-void doubt_dam(Doubts& doubts) {
+void doubt_dam(Doubts& doubts, const MeshLists* body) {
     const Dam dam(doubts.deck());
     if (dam.parts == nullptr || dam.profile == nullptr || doubts.deck().fault)
         return;
@@ -135,6 +153,8 @@ void doubt_dam(Doubts& doubts) {
     doubt_wall(doubts, dam);
     doubt_water(doubts, dam);
     doubt_slopes(doubts, dam);
+    if (body != nullptr)
+        doubt_zones(doubts, *body);
 }
 
 }  // namespace brelan::tool

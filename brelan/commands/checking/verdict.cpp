@@ -18,6 +18,7 @@ namespace brelan::tool {
 namespace {
 
 constexpr std::string_view DECK_NAME = "..\\deck.dat";
+constexpr std::string_view DAM_DECK = "..\\EarthDam.Meg";
 constexpr std::string_view BASE_FILE = "..\\Bmesh.dat";
 constexpr std::string_view NORMALISED = "BRELAN.TMP";
 
@@ -52,6 +53,21 @@ void make_base_mesh(const NotedDeck& deck, const MemoryFiles& files, Run& run, V
     }
 }
 
+// The mesh of a dam's main deck. What a project's own defaults collapse and move, and its units, are no
+// matter of the zones.
+std::optional<MeshLists> body_of_dam(const Edition& edition, const std::string& main_deck) {
+    RunInput input;
+    input.edition = edition.number;
+    input.deck_name = DAM_DECK;
+    input.files[std::string(DAM_DECK)] = main_deck;
+    input.files["..\\DV-BRELAN.dat"] = "1 0.001 0.01 0.001\n0 0.0 0 0 0 0 0 0\n0\n";
+    input.files["C:\\Vork\\Qx\\Qxdata\\UNIT.DAT"] = std::string(15, '\n') + "2 2 4 1 1\n";
+    const RunResult result = run_deck(input);
+    if (result.end.status != STATUS_OK || !result.files->contains(result.mesh))
+        return std::nullopt;
+    return read_mesh_text(result.files->text(result.mesh), result.mesh, edition.kind);
+}
+
 }  // namespace
 
 Verdict verdict_of(const NotedDeck& deck, const Edition& edition) {
@@ -72,7 +88,10 @@ Verdict verdict_of(const NotedDeck& deck, const Edition& edition) {
         if (run->deck.is_dam()) {
             write_dam_decks(run->channels, kind, run->cut, run->card_memory, run->decks, run->deck.dam,
                             run->sizes);
-            return verdict;  // the decks made of its cards are no matter of this check
+            const DamCards& dam = run->deck.dam;
+            if (dam.shells && (dam.core || dam.cut_off))
+                verdict.dam_body = body_of_dam(edition, std::string(files->text(DAM_DECK)));
+            return verdict;  // what else the decks made of its cards say is no matter of this check
         }
     } catch (const RunEnd& end) {
         take_end(end, deck, verdict);

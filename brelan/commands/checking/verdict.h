@@ -18,6 +18,9 @@ struct Verdict {
     // The mesh that the cards of a base mesh make, where they are accepted; else why there is none.
     std::optional<MeshLists> base_mesh;
     std::string no_base_mesh;
+
+    // Of a dam with shells that has a core or a wall: the mesh by the rules without its shells.
+    std::optional<MeshLists> dam_body;
 };
 
 // Checks the deck in memory: no file is read or written.

@@ -251,6 +251,7 @@ class Verdict(Case):
         for kind, words in (("displacement", "IDX and IDY"), ("coupled", "ISX and ISY"), ("head", None),
                             ("temperature", None)):
             warnings, _ = self.warned_dam(*shells, kind)
+            warnings = [w for w in warnings if w[0] != "zone-cut-off"]
             self.assertEqual([w[0] for w in warnings], ["slopes-held"] if words else [], kind)
             if words:
                 self.assertIn(f"get 1 in {words}, which fixes them", warnings[0][1])
@@ -266,6 +267,31 @@ class Verdict(Case):
                 codes.setdefault(y < 15.0, set()).add((words[1], words[2]))
         self.assertEqual(codes, {True: {("1", "1")}, False: {("0", "0")}})
         self.assertEqual(self.warned_dam(self.PROFILE, self.PROFILE)[0], [])
+
+    # Drawn: a core of 180, half of 18 x (16 + 4), and a wall of 4 x 10, its left side an element's part from the side
+    # of the middle block.
+    def test_zones_that_shells_cut_off_are_told_with_the_areas_of_the_run(self):
+        deck = self.edited_starter("dam", ("2       1      1     0 ", "2       1      1     1 "),
+                                   ("42.0   0.0    42.0   -11.0  46.0   -11.0  46.0   0.0",
+                                    "41.0   0.0    41.0   -10.0  45.0   -10.0  45.0   0.0"), kind="head")
+        warnings = self.check(deck.name)[1]["warnings"]
+        self.assertEqual([w["id"] for w in warnings], ["zone-cut-off"] * 2)
+        for cut, right in (("rules", False), ("sound", True)):
+            ran = self.brelan("run", "--cut", cut, deck.name)
+            self.assertEqual(ran.returncode, 0, ran.stderr)
+            self.assertEqual(ran.stderr.count("comes out with"), 0 if right else 2)
+            areas = {m["material"]: m["area"] for m in
+                     json.loads(self.brelan("info", "--json", "Earth_Dam.Mes").stdout)[0]["materials"]}
+            for material, drawn, warning in zip((4, 5), (180.0, 40.0), warnings):
+                told = f"drawn with an area of {drawn:g} and comes out with {areas[material]:.4g}"
+                self.assertEqual(told in warning["message"], not right, warning)
+                self.assertEqual(abs(areas[material] - drawn) < 1e-4 * drawn, right)
+        self.assertIn(" and ends at y = -10.62 instead of -10: ", warnings[1]["message"])
+        # A core and a wall within the middle block are cut as they are drawn.
+        self.edited_starter("dam", ("2       1      1     0 ", "2       1      1     1 "),
+                            ("36.0   0.0    42.0   18.0   46.0   18.0   52.0   0.0",
+                             "42.0   0.0    43.0   16.0   45.0   16.0   46.0   0.0"), kind="head")
+        self.assertEqual(self.check(deck.name)[1]["warnings"], [])
 
     def test_the_examples_of_the_package(self):
         for example in (SOURCE / "examples").iterdir():

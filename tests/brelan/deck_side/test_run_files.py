@@ -14,6 +14,7 @@ BLOCK = "2 0\n1 1\n0 0\n{width} 1 0.5\n4 1 0.5\n0\n"  # a base mesh of width tim
 class RunCase(Case):
     # Of the starter deck of a dam with shells.
     FIXED_SLOPES = "HWATER 15: with shells the nodes of both slopes below the water"
+    CUT_CORE = "the core is drawn with an area of 180 and comes out with 132.9: by the rules"
 
     def said(self, *arguments, warned=(), **options):
         """The summary's entries by their names, behind warnings of which each holds the text given here."""
@@ -63,16 +64,21 @@ class Lists(RunCase):
         self.assertEqual(first["result"], "EarthDam.Mes")
         self.assertEqual(first["also"], "Bmesh.dat, DV-BRELAN.dat, EarthDam.Meg, Group.Pos")
         self.assertFalse({"deleted", "remark"} & first.keys())
-        second = self.said(self.dam(shells=1), warned=[self.FIXED_SLOPES])
+        second = self.said(self.dam(shells=1), warned=[self.FIXED_SLOPES, self.CUT_CORE])
         self.assertEqual(second["result"], "Earth_Dam.Mes")
         self.assertEqual(second["also"], "Bmesh.dat, Group.Pos")
         self.assertEqual(second["deleted"], "EarthDam.Meg, EarthDam.Mes")
         self.assertFalse((self.project / "EarthDam.Mes").exists())
         self.assertTrue(second["remark"].startswith("Group.Pos has the numbers of EarthDam.Mes"), second)
         # The head kind has flow sections too. Nothing of an earlier run is there to be deleted.
-        third = self.said(self.dam(shells=1, kind="head"), "--kind", "head")
+        third = self.said(self.dam(shells=1, kind="head"), "--kind", "head", warned=[self.CUT_CORE])
         self.assertEqual(third["also"], "Bmesh.dat, Boundary.Man, Group.Pos")
         self.assertTrue(third["remark"].startswith("Boundary.Man and Group.Pos have the numbers of"), third)
+        # The sound cut draws core and wall last: the list of the groups is that of the finished dam.
+        fourth = self.said("dam.dat", "--kind", "head", "--cut", "sound")
+        self.assertEqual(fourth["also"], "Bmesh.dat, Boundary.Man, Group.Pos")
+        self.assertTrue(fourth["remark"].startswith("Boundary.Man has the numbers of"), fourth)
+        self.assertFalse((self.project / "Dam_Joined.Mes").exists())
         self.assertNotIn("deleted", third)
 
     def test_a_deck_that_the_run_would_delete_is_refused(self):
@@ -192,7 +198,7 @@ class KeptApart(RunCase):
     def test_a_dam_leaves_that_of_an_earlier_run(self):
         self.said(self.dam(shells=0))
         before = [self.stamp(name) for name in ("EarthDam.Mes", "EarthDam.Meg", "Bmesh.dat", "Group.Pos")]
-        said = self.said(self.dam(shells=1), "--apart", "out", warned=[self.FIXED_SLOPES])
+        said = self.said(self.dam(shells=1), "--apart", "out", warned=[self.FIXED_SLOPES, self.CUT_CORE])
         self.assertEqual(said["result"], "out/Earth_Dam.Mes")
         self.assertNotIn("deleted", said)
         self.assertEqual([self.stamp(name) for name in ("EarthDam.Mes", "EarthDam.Meg", "Bmesh.dat", "Group.Pos")],
@@ -291,9 +297,10 @@ class Programs(RunCase):
         self.said(self.dam(shells=0))
         report = self.report(self.dam(shells=1))
         self.assertEqual((report["decks"], report["deleted"]), (5, ["EarthDam.Meg", "EarthDam.Mes"]))
-        self.assertEqual(len(report["remarks"]), 2)
+        self.assertEqual(len(report["remarks"]), 3)
         self.assertIn("warning: " + self.FIXED_SLOPES, report["remarks"][0])
-        self.assertIn("Group.Pos has the numbers of EarthDam.Mes", report["remarks"][1])
+        self.assertIn("warning: " + self.CUT_CORE, report["remarks"][1])
+        self.assertIn("Group.Pos has the numbers of EarthDam.Mes", report["remarks"][2])
         self.starter("edit-0", "head")
         report = self.report("edit-0.dat", "--kind", "displacement", status=2)
         self.assertIn("Start.Mes is a mesh of the head kind", report["remarks"][0])
