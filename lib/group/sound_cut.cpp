@@ -9,6 +9,7 @@
 #include "group/sound_moves.h"
 #include "group/sound_parts.h"
 #include "group/sound_smoothing.h"
+#include "group/sound_swaps.h"
 #include "plane/foot.h"
 #include "plane/orientation.h"
 
@@ -58,6 +59,9 @@ CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
                     drawn.nodes.insert(node);
     nodes.insert(on_drawing.begin(), on_drawing.end());
     smooth(mesh, engine, drawn, nodes);
+    const std::set<NodeNumber> changed = divide_anew(mesh, engine, drawn, nodes);
+    smooth(mesh, engine, drawn, changed);
+    nodes.insert(changed.begin(), changed.end());
     for (const NodeNumber node : nodes)
         for (const Solid& solid : solids_with(mesh, engine, node))
             if (is_flat_as_written(mesh, solid))
