@@ -237,6 +237,17 @@ void add_earlier(std::vector<CutDeck>& decks) {
                          {with_ends(region_of({{1.4F, 1.4F}, {6.6F, 1.7F}, {6.2F, 4.6F}}, 2), {3, 3, 3})}));
 }
 
+// A toe on the line of a later joint opens with it.
+void add_toes(std::vector<CutDeck>& decks) {
+    const DrawnGroup across = joint_along({{1.4F, 2.4F}, {7.3F, 2.4F}}, 2);
+    decks.push_back(
+        deck("a joint across the toe of another", {joint_along({{4.3F, 6}, {4.3F, 2.4F}}, 1), across}));
+    decks.push_back(deck("a joint across the toe of another that begins there",
+                         {joint_along({{4.3F, 2.4F}, {4.3F, 6}}, 1), across}));
+    decks.push_back(deck("a joint across the toe of another on its right",
+                         {joint_along({{4.3F, 0}, {4.3F, 2.4F}}, 1), across}));
+}
+
 void add_joints(std::vector<CutDeck>& decks) {
     const DrawnGroup upright = joint_along({{4.3F, 6}, {4.3F, 2.5F}}, 1);
     decks.push_back(deck("the toe of a joint inside an element", {upright}));
@@ -275,6 +286,7 @@ std::vector<CutDeck> nasty_decks() {
     add_arcs(decks);
     add_earlier(decks);
     add_joints(decks);
+    add_toes(decks);
     // The kinds take turns where a deck leaves it open.
     int number = 0;
     for (CutDeck& made : decks)
