@@ -218,8 +218,10 @@ OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, float j
         const NodeNumber a = nodes[k], b = line.behind(k);
         if (step == Step::place || step == Step::gap)
             continue;
-        const std::string way =
-            "from " + text_of(node_point(mesh, a)) + " to " + text_of(node_point(mesh, b));
+        std::string way = "from ";
+        way += text_of(node_point(mesh, a));
+        way += " to ";
+        way += text_of(node_point(mesh, b));
         if (step == Step::across)
             fail(group + "expected a joint along sides of elements, but its line " + way +
                  " crosses ground that is not cut");
