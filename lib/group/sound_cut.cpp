@@ -9,6 +9,7 @@
 #include "group/sound_moves.h"
 #include "group/sound_parts.h"
 #include "group/sound_smoothing.h"
+#include "group/sound_swaps.h"
 #include "plane/foot.h"
 #include "plane/orientation.h"
 
@@ -42,6 +43,24 @@ void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawi
             }
 }
 
+bool has_drawn_side(const Mesh& mesh, const Engine& engine, const Drawn& drawn, NodeNumber node) {
+    for (const Solid& solid : solids_with(mesh, engine, node))
+        for (std::size_t i = 0; i < solid.count; ++i)
+            if ((solid.node[i] == node || solid.behind(i) == node) &&
+                drawn.sides.count(side_between(solid.node[i], solid.behind(i))) != 0)
+                return true;
+    return false;
+}
+
+// Where a segment enters the ground or leaves it and no side goes on from there, the node stays all the same.
+void keep_lone_nodes(const Mesh& mesh, Engine& engine, const Drawing& drawing, Drawn& drawn) {
+    for (const DrawnSegment& segment : drawing.segments)
+        for (const Solid& solid : solids_met_by(mesh, engine, drawing, segment))
+            for (const NodeNumber node : solid.nodes())
+                if (is_on(mesh, drawing, segment, node) && !has_drawn_side(mesh, engine, drawn, node))
+                    drawn.nodes.insert(node);
+}
+
 }  // namespace
 
 CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Point> loaded,
@@ -56,8 +75,12 @@ CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
             for (const NodeNumber node : solid.nodes())
                 if (const Point at = node_point(mesh, node); foot_on(at, at, pin).distance < tolerance)
                     drawn.nodes.insert(node);
+    keep_lone_nodes(mesh, engine, drawing, drawn);
     nodes.insert(on_drawing.begin(), on_drawing.end());
     smooth(mesh, engine, drawn, nodes);
+    const std::set<NodeNumber> changed = divide_anew(mesh, engine, drawn, nodes);
+    smooth(mesh, engine, drawn, changed);
+    nodes.insert(changed.begin(), changed.end());
     for (const NodeNumber node : nodes)
         for (const Solid& solid : solids_with(mesh, engine, node))
             if (is_flat_as_written(mesh, solid))

@@ -10,6 +10,7 @@
 
 #include "group/engine_mesh.h"
 #include "group/sound_ground.h"
+#include "group/sound_parting.h"
 #include "mesh/attributes.h"
 #include "mesh/kinds.h"
 #include "plane/foot.h"
@@ -20,42 +21,6 @@ namespace brelan {
 namespace {
 
 constexpr double LONGEST_MITRE = 4.0;  // of the joint's width: what a sharp bend gives
-
-// A continuum element at a node, with its corners next to it.
-struct Wedge {
-    ElementNumber element;
-    NodeNumber before, behind;
-};
-
-// The corners of an element in order, a repeated one once.
-std::vector<NodeNumber> ring_of(const Mesh& mesh, ElementNumber e) {
-    std::vector<NodeNumber> ring;
-    for (const NodeNumber n : corners_of(mesh, e).n)
-        if (n.names_one() && (ring.empty() || ring.back() != n))
-            ring.push_back(n);
-    while (ring.size() > 1 && ring.front() == ring.back())
-        ring.pop_back();
-    return ring;
-}
-
-std::vector<Wedge> wedges_at(const Mesh& mesh, const Engine& engine, NodeNumber node) {
-    std::vector<Wedge> wedges;
-    for (const ElementNumber e : elements_with(engine, {&node, 1})) {
-        if (mesh.type[e] != ELEMENT_CONTINUUM)
-            continue;
-        const std::vector<NodeNumber> ring = ring_of(mesh, e);
-        const auto at = static_cast<std::size_t>(std::find(ring.begin(), ring.end(), node) - ring.begin());
-        if (at < ring.size())
-            wedges.push_back({e, ring[(at + ring.size() - 1) % ring.size()], ring[(at + 1) % ring.size()]});
-    }
-    return wedges;
-}
-
-bool has_short_side(const Mesh& mesh, ElementNumber e, NodeNumber a, NodeNumber b) {
-    const Corners c = corners_of(mesh, e);
-    return is_joint(mesh, e) && (side_between(c.n[1], c.n[2]) == side_between(a, b) ||
-                                 side_between(c.n[3], c.n[0]) == side_between(a, b));
-}
 
 bool is_long_side_of_joint(const Mesh& mesh, const Engine& engine, NodeNumber a, NodeNumber b) {
     const std::vector<ElementNumber> joints = users_of(mesh, engine, side_between(a, b)).joints;
@@ -75,57 +40,6 @@ Sides ground_beside(const Mesh& mesh, const Engine& engine, NodeNumber a, NodeNu
         sides.right = sides.right || wedge.before == b;
     }
     return sides;
-}
-
-// The elements at a node to the left of a line and to its right; the same ones in both where they hang
-// together behind the line. `before` and `behind` are the node's neighbours on the line, none where it ends.
-struct Parting {
-    std::set<ElementNumber> left, right;
-
-    bool is_one() const {
-        return std::any_of(left.begin(), left.end(), [&](ElementNumber e) { return right.count(e) != 0; });
-    }
-};
-
-Parting parting_at(const Mesh& mesh, const Engine& engine, NodeNumber node, NodeNumber before,
-                   NodeNumber behind) {
-    const std::vector<Wedge> wedges = wedges_at(mesh, engine, node);
-    const auto is_barrier = [&](NodeNumber other) {
-        if (other == before || other == behind)
-            return true;
-        return std::any_of(wedges.begin(), wedges.end(), [&](const Wedge& wedge) {
-            return (wedge.before == other || wedge.behind == other) &&
-                   has_short_side(mesh, wedge.element, node, other);
-        });
-    };
-    const auto flood = [&](auto&& starts) {
-        std::set<ElementNumber> reached;
-        std::vector<Wedge> waiting;
-        const auto reach = [&](const Wedge& wedge) {
-            if (reached.insert(wedge.element).second)
-                waiting.push_back(wedge);
-        };
-        for (const Wedge& wedge : wedges)
-            if (starts(wedge))
-                reach(wedge);
-        while (!waiting.empty()) {
-            const Wedge from = waiting.back();
-            waiting.pop_back();
-            for (const Wedge& wedge : wedges)
-                if ((wedge.before == from.behind && !is_barrier(from.behind)) ||
-                    (wedge.behind == from.before && !is_barrier(from.before)))
-                    reach(wedge);
-        }
-        return reached;
-    };
-    return {flood([&](const Wedge& wedge) {
-                return (behind.names_one() && wedge.behind == behind) ||
-                       (before.names_one() && wedge.before == before);
-            }),
-            flood([&](const Wedge& wedge) {
-                return (behind.names_one() && wedge.before == behind) ||
-                       (before.names_one() && wedge.behind == before);
-            })};
 }
 
 std::string name_of(std::span<const JointRecord> records, NodeNumber a, NodeNumber b) {
@@ -373,6 +287,11 @@ OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, float j
         add_joint(mesh, engine, {{nodes[k], nodes[next], opened.twins[next], opened.twins[k]}},
                   material.material, material.attribute);
     }
+    // Earlier joints that close on this one. Beside a joint of a width they stay closed: its twins move.
+    for (const auto& [node, k] : place)
+        for (const NodeNumber side : {node, opened.twins[k]})
+            if (joint_thickness == 0.0F)
+                open_toe(mesh, engine, side);
     const TwinPlaces places(mesh, engine, nodes, opened.twins, line.closed, joint_thickness, tolerance);
     for (const auto& [node, k] : place)
         move_node(mesh, engine, opened.twins[k], places.place(k));

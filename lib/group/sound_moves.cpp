@@ -144,13 +144,23 @@ private:
         return worst_shape(mesh_, solids_with(mesh_, engine_, node), node, place);
     }
 
+    // True where no other corner of the elements round a node is at the place already.
+    bool is_free_place(NodeNumber node, const Point& place) const {
+        for (const Solid& solid : solids_with(mesh_, engine_, node))
+            for (const NodeNumber other : solid.nodes())
+                if (other != node &&
+                    foot_on(place, place, node_point(mesh_, other)).distance < drawing_.tolerance)
+                    return false;
+        return true;
+    }
+
     bool is_good(NodeNumber node, double after, double cost) const {
         const double before = worst_of(node, node_point(mesh_, node));
         return before > 0.0 && after >= std::min(cost < NEAR ? STILL_GOOD : WELL_SHAPED, SHARE_KEPT * before);
     }
 
     bool try_move(NodeNumber node, const Point& place, double cost) {
-        if (!is_good(node, worst_of(node, place), cost))
+        if (!is_good(node, worst_of(node, place), cost) || !is_free_place(node, place))
             return false;
         move_node(mesh_, engine_, node, place);
         on_drawing_.insert(node);
@@ -221,7 +231,7 @@ private:
                 return foot_on(pin, pin, place).distance < CLEAR_OF_PINS * side_length;
             });
             const double shape = worst_of(candidate.node, place);
-            if (clear && (!best || shape > best_shape)) {
+            if (clear && is_free_place(candidate.node, place) && (!best || shape > best_shape)) {
                 best = place;
                 best_shape = shape;
             }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <span>
 #include <vector>
 
@@ -22,7 +23,8 @@ constexpr std::array<double, 3> STEPS{0.3, 0.12, 0.04};  // of the shortest way 
 constexpr std::array<std::array<double, 2>, 8> DIRECTIONS{
     {{1.0, 0.0}, {0.7, 0.7}, {0.0, 1.0}, {-0.7, 0.7}, {-1.0, 0.0}, {-0.7, -0.7}, {0.0, -1.0}, {0.7, -0.7}}};
 
-constexpr double DOUBTFUL = 0.001;  // an opening so small is looked at with the digits of the file
+// An opening so small, and a side so short for its coordinates, is looked at with the digits of the file.
+constexpr double DOUBTFUL = 0.001, SHORT = 1.0E-3;
 
 Point written(const Point& p) {
     return {as_written<"(E13.6)">(p.x), as_written<"(E13.6)">(p.y)};
@@ -34,6 +36,18 @@ bool is_flat(std::span<const Point> corners) {
         if (orientation(written(corners[i]), written(corners[(i + 1) % n]), written(corners[(i + 2) % n])) <=
             0)
             return true;
+    return false;
+}
+
+bool is_doubtful(std::span<const Point> corners, double shape) {
+    if (shape < DOUBTFUL)
+        return true;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const Point &a = corners[i], &b = corners[(i + 1) % corners.size()];
+        const double size = std::abs(static_cast<double>(a.x)) + std::abs(static_cast<double>(a.y));
+        if (foot_on(a, a, b).distance < SHORT * size)
+            return true;
+    }
     return false;
 }
 
@@ -50,7 +64,8 @@ double shape_with(const Mesh& mesh, const std::vector<Solid>& solids, NodeNumber
                 return -1.0;
         const Openings openings = openings_of({corners.data(), solid.count});
         const double shape = std::min(openings.smallest, OPENING_180 - openings.largest);
-        worst = std::min(worst, shape < DOUBTFUL && is_flat({corners.data(), solid.count}) ? -1.0 : shape);
+        const std::span<const Point> outline(corners.data(), solid.count);
+        worst = std::min(worst, is_doubtful(outline, shape) && is_flat(outline) ? -1.0 : shape);
     }
     return worst;
 }
@@ -136,7 +151,8 @@ private:
 bool is_flat_as_written(const Mesh& mesh, const Solid& solid) {
     const std::vector<Point> corners = node_points(mesh, solid.nodes());
     const Openings openings = openings_of(corners);
-    return std::min(openings.smallest, OPENING_180 - openings.largest) < DOUBTFUL && is_flat(corners);
+    return is_doubtful(corners, std::min(openings.smallest, OPENING_180 - openings.largest)) &&
+           is_flat(corners);
 }
 
 void smooth(Mesh& mesh, Engine& engine, const Drawn& drawn, const std::set<NodeNumber>& nodes) {

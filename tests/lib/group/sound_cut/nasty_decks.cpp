@@ -207,6 +207,11 @@ void add_earlier(std::vector<CutDeck>& decks) {
     decks.push_back(in_two_decks(deck("a stage whose corner lies on a wall with a joint of an earlier deck",
                                       {joint_along({{4.3F, 6}, {4.3F, 2.5F}}, 1), stage}),
                                  1));
+    decks.push_back(in_two_decks(deck("a line over a region of an earlier deck that another has covered",
+                                      {region_of({{1.3F, 1.2F}, {5.2F, 1.4F}, {4.7F, 4.4F}, {1.6F, 4.1F}}, 2),
+                                       region_of({{0.7F, 0.6F}, {3.4F, 0.6F}, {3.4F, 5.3F}, {0.7F, 5.3F}}, 3),
+                                       beams_along({{0.4F, 1.9F}, {7.3F, 2.6F}}, 21)}),
+                                 1));
     decks.push_back(
         deck("two stages that overlap", {stage_of({{1.3F, 6}, {1.3F, 3.4F}, {5.2F, 3.4F}, {5.2F, 6}}, 2),
                                          stage_of({{3.3F, 6}, {3.3F, 1.6F}, {6.8F, 1.6F}, {6.8F, 6}}, 3)}));
@@ -230,6 +235,17 @@ void add_earlier(std::vector<CutDeck>& decks) {
         {25, 26}));
     decks.push_back(deck("an outline that selects",
                          {with_ends(region_of({{1.4F, 1.4F}, {6.6F, 1.7F}, {6.2F, 4.6F}}, 2), {3, 3, 3})}));
+}
+
+// A toe on the line of a later joint opens with it.
+void add_toes(std::vector<CutDeck>& decks) {
+    const DrawnGroup across = joint_along({{1.4F, 2.4F}, {7.3F, 2.4F}}, 2);
+    decks.push_back(
+        deck("a joint across the toe of another", {joint_along({{4.3F, 6}, {4.3F, 2.4F}}, 1), across}));
+    decks.push_back(deck("a joint across the toe of another that begins there",
+                         {joint_along({{4.3F, 2.4F}, {4.3F, 6}}, 1), across}));
+    decks.push_back(deck("a joint across the toe of another on its right",
+                         {joint_along({{4.3F, 0}, {4.3F, 2.4F}}, 1), across}));
 }
 
 void add_joints(std::vector<CutDeck>& decks) {
@@ -270,6 +286,7 @@ std::vector<CutDeck> nasty_decks() {
     add_arcs(decks);
     add_earlier(decks);
     add_joints(decks);
+    add_toes(decks);
     // The kinds take turns where a deck leaves it open.
     int number = 0;
     for (CutDeck& made : decks)

@@ -1,0 +1,18 @@
+// What the sound cut leaves behind is made better: a slender element and a neighbour are divided anew.
+#pragma once
+
+#include <set>
+
+#include "group/engine.h"
+#include "group/sound_ground.h"
+#include "mesh/tables.h"
+
+namespace brelan {
+
+// Divides slender elements at the given nodes anew together with a neighbour, where the side between them is
+// free: nothing is drawn on it, no line or joint lies along it, and both are of one kind of ground. Gives the
+// nodes of what has changed.
+std::set<NodeNumber> divide_anew(Mesh& mesh, Engine& engine, const Drawn& drawn,
+                                 const std::set<NodeNumber>& nodes);
+
+}  // namespace brelan
