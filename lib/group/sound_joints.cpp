@@ -222,9 +222,11 @@ OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, float j
         way += text_of(node_point(mesh, a));
         way += " to ";
         way += text_of(node_point(mesh, b));
-        if (step == Step::across)
-            fail(group + "expected a joint along sides of elements, but its line " + way +
-                 " crosses ground that is not cut");
+        if (step == Step::across) {
+            way.insert(0, "expected a joint along sides of elements, but its line ");
+            way += " crosses ground that is not cut";
+            fail(group + way);
+        }
         if (is_long_side_of_joint(mesh, engine, a, b))
             fail(group + way + " there is " + name_of(records, a, b) +
                  " already; expected one joint along a line");
