@@ -92,8 +92,8 @@ std::string angle_entry(const MeshLists& mesh, const std::vector<CornerPlaces>& 
         return {};
     const Measure::Worst& worst = quality.smallest_angle.worst.front();
     const Position at = middle(mesh, corners[static_cast<std::size_t>(mesh.element_place(worst.element))]);
-    return entry("angles", {fmt::format("{:.1f} degrees at the smallest (element {} at ({:.7g}, {:.7g}))", worst.value,
-                                        worst.element, at.x, at.y)});
+    return entry("angles", {fmt::format("{:.1f} degrees at the smallest (element {} at ({:.7g}, {:.7g}))",
+                                        worst.value, worst.element, at.x, at.y)});
 }
 
 // Files of the project by their names alone.
