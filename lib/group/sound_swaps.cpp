@@ -150,7 +150,8 @@ std::set<NodeNumber> divide_anew(Mesh& mesh, Engine& engine, const Drawn& drawn,
         for (const ElementNumber e : waiting) {
             if (!improver.improve(e))
                 continue;
-            for (const NodeNumber node : solid_of(mesh, e).nodes()) {
+            const Solid changed_one = solid_of(mesh, e);
+            for (const NodeNumber node : changed_one.nodes()) {
                 changed.insert(node);
                 for (const Solid& solid : solids_with(mesh, engine, node))
                     next.insert(solid.element);
