@@ -10,10 +10,25 @@ inline bool is_long_run() {
     return std::getenv("BRELAN_LONG") != nullptr;
 }
 
+// A build with sanitizers runs slowly: it takes one in so many of a sample, which the plain build takes
+// whole.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+inline constexpr int SAMPLE_SHARE = 4;
+#else
+inline constexpr int SAMPLE_SHARE = 1;
+#endif
+#elif defined(__SANITIZE_ADDRESS__)
+inline constexpr int SAMPLE_SHARE = 4;
+#else
+inline constexpr int SAMPLE_SHARE = 1;
+#endif
+
 // Of the rounds of a campaign, the first in a sample.
 template <class Count>
 Count rounds(Count sample, Count all) {
-    return is_long_run() ? all : sample;
+    const Count share = sample / static_cast<Count>(SAMPLE_SHARE);
+    return is_long_run() ? all : share > 0 ? share : Count{1};
 }
 
 }  // namespace brelan::test
