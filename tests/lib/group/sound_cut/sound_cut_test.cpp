@@ -36,7 +36,8 @@ TEST_P(SoundCut, KeepsAllLaws) {
         EXPECT_TRUE(!GetParam().is_well_apart || verdict.smallest_angle >= 10.0)
             << deck.name << ": " << verdict.smallest_angle << " degrees";
     }
-    EXPECT_LE(refused, decks / 5 + 1) << "most decks are cut";
+    // Of a handful one more may be among the refused.
+    EXPECT_LE(refused, decks / 5 + (decks < 8 ? 1 : 0)) << "most decks are cut";
 }
 
 INSTANTIATE_TEST_SUITE_P(Classes, SoundCut, ::testing::ValuesIn(deck_classes().begin(), deck_classes().end()),
