@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "text/files.h"
+#include "text/native_file.h"
 #include "text/run_end.h"
 
 namespace brelan {
@@ -78,7 +79,7 @@ private:
 
 // The stream of a file that is to be read.
 std::FILE* source_of(const NamedFile& file) {
-    std::FILE* const source = std::fopen(file.path.string().c_str(), "rb");
+    std::FILE* const source = open_stream(file.path, "rb");
     if (source == nullptr)
         fail(file.name + ": the file cannot be opened: " + system_reason());
     return source;
@@ -125,7 +126,7 @@ std::unique_ptr<OpenFile> DiskFiles::open(const NamedFile& file, Access access) 
                              : exists(file.path) ? "opened for writing"
                                                  : "created for writing";
     const auto refuse = [&] { fail(file.name + ": the file cannot be " + what + ": " + system_reason()); };
-    std::FILE* const stream = std::fopen(file.path.string().c_str(), keeps ? "r+b" : "w+b");
+    std::FILE* const stream = open_stream(file.path, keeps ? "r+b" : "w+b");
     if (stream == nullptr)
         refuse();
     auto opened = std::make_unique<DiskFile>(file, stream);
