@@ -34,6 +34,11 @@ fs::path entry(const fs::path& directory, std::string_view name, std::string_vie
 
 }  // namespace
 
+std::string folded(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](char c) { return folded(c); });
+    return text;
+}
+
 bool same_but_for_case(std::string_view a, std::string_view b) {
     return a.size() == b.size() &&
            std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return folded(x) == folded(y); });

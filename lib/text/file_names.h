@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -18,6 +19,7 @@ struct Directories {
 constexpr char folded(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
+std::string folded(std::string text);
 bool same_but_for_case(std::string_view a, std::string_view b);
 
 enum class FileNameStart { working, drive_c, root };

@@ -4,10 +4,15 @@
 #include <string>
 
 #ifdef _WIN32
+#include <fcntl.h>
 #include <io.h>
+#include <process.h>
+#include <sys/stat.h>
 #include <windows.h>
 #else
 #include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -121,13 +126,12 @@ std::uintmax_t size_of_file(const fs::path& path, std::error_code& error) {
     return std::uintmax_t{found.nFileSizeHigh} << 32 | found.nFileSizeLow;
 }
 
-bool same_file(const fs::path& a, const fs::path& b) {
-    // Both are open at once: the number of a file may be given to another when it is closed.
-    const Handle one(a), other(b);
-    BY_HANDLE_FILE_INFORMATION first{}, second{};
-    return one.describe(first) && other.describe(second) &&
-           first.dwVolumeSerialNumber == second.dwVolumeSerialNumber &&
-           first.nFileIndexHigh == second.nFileIndexHigh && first.nFileIndexLow == second.nFileIndexLow;
+std::optional<FileNumber> number_of_file(const fs::path& path) {
+    BY_HANDLE_FILE_INFORMATION found{};
+    if (!Handle(path).describe(found))
+        return {};
+    return FileNumber{found.dwVolumeSerialNumber,
+                      std::uint64_t{found.nFileIndexHigh} << 32 | found.nFileIndexLow};
 }
 
 bool remove_file(const fs::path& path, std::error_code& error) {
@@ -140,7 +144,70 @@ bool remove_file(const fs::path& path, std::error_code& error) {
     return false;
 }
 
+int process_number() {
+    return _getpid();
+}
+
+std::FILE* create_stream(const fs::path& path, const fs::path&) {
+    const int handle =
+        _wopen(for_calls(path).c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT,
+               _S_IREAD | _S_IWRITE);
+    return handle < 0 ? nullptr : _fdopen(handle, "wb");
+}
+
+// An open file cannot be deleted.
+void remove_unless_locked(const fs::path& path) {
+    std::error_code in_use;
+    remove_file(path, in_use);
+}
+
+std::error_code may_write(const fs::path& path) {
+    const DWORD attributes = GetFileAttributesW(for_calls(path).c_str());
+    const bool locked = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+    return locked ? std::error_code(ERROR_ACCESS_DENIED, std::system_category()) : std::error_code{};
+}
+
+std::error_code may_add_files(const fs::path& directory) {
+    const fs::path tried = directory / L".brelan-tried";
+    const HANDLE made = CreateFileW(for_calls(tried).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                    FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    if (made == INVALID_HANDLE_VALUE)
+        return last_error();
+    CloseHandle(made);
+    return {};
+}
+
 #else
+
+namespace {
+
+std::error_code may(const fs::path& path, int what) {
+    if (faccessat(AT_FDCWD, path.c_str(), what, AT_EACCESS) == 0)
+        return {};
+    return {errno, std::generic_category()};
+}
+
+// The stream of a new file that is locked. Whoever looks for files that nobody has open may remove it just
+// before.
+std::FILE* locked_stream(const fs::path& path, int handle) {
+    struct stat about {};
+    const bool locked = flock(handle, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+    std::FILE* stream = nullptr;
+    if (!locked || fstat(handle, &about) != 0 || about.st_nlink == 0)
+        errno = EEXIST;
+    else
+        stream = fdopen(handle, "wb");
+    if (stream == nullptr) {
+        const int reason = errno;
+        if (reason != EEXIST)
+            unlink(path.c_str());
+        close(handle);
+        errno = reason;
+    }
+    return stream;
+}
+
+}  // namespace
 
 std::FILE* open_stream(const fs::path& path, const char* mode) {
     return std::fopen(path.c_str(), mode);
@@ -179,13 +246,50 @@ std::uintmax_t size_of_file(const fs::path& path, std::error_code& error) {
     return fs::file_size(path, error);
 }
 
-bool same_file(const fs::path& a, const fs::path& b) {
-    std::error_code error;
-    return fs::equivalent(a, b, error) && !error;
+std::optional<FileNumber> number_of_file(const fs::path& path) {
+    struct stat about {};
+    if (stat(path.c_str(), &about) != 0)
+        return {};
+    return FileNumber{about.st_dev, about.st_ino};
 }
 
 bool remove_file(const fs::path& path, std::error_code& error) {
     return fs::remove(path, error);
+}
+
+int process_number() {
+    return getpid();
+}
+
+std::FILE* create_stream(const fs::path& path, const fs::path& replaced) {
+    constexpr mode_t of_new_files = 0666, permissions = 07777;
+    const int handle = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, of_new_files);
+    if (handle < 0)
+        return nullptr;
+    struct stat known {};
+    if (stat(replaced.c_str(), &known) == 0 && S_ISREG(known.st_mode)) {
+        // Only the super-user may give a file away; a file of one's own need not be given.
+        [[maybe_unused]] const bool given = fchown(handle, known.st_uid, known.st_gid) == 0;
+        [[maybe_unused]] const bool set = fchmod(handle, known.st_mode & permissions) == 0;
+    }
+    return locked_stream(path, handle);
+}
+
+void remove_unless_locked(const fs::path& path) {
+    const int handle = open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW);
+    if (handle < 0)
+        return;
+    if (flock(handle, LOCK_EX | LOCK_NB) == 0)
+        unlink(path.c_str());
+    close(handle);
+}
+
+std::error_code may_write(const fs::path& path) {
+    return may(path, W_OK);
+}
+
+std::error_code may_add_files(const fs::path& directory) {
+    return may(directory.empty() ? "." : directory, W_OK | X_OK);
 }
 
 #endif

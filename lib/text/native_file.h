@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 namespace brelan {
@@ -31,7 +32,36 @@ bool flush_directory(const std::filesystem::path& directory);
 // As their namesakes of std::filesystem, for paths of any length.
 std::filesystem::file_type type_of_file(const std::filesystem::path& path);
 std::uintmax_t size_of_file(const std::filesystem::path& path, std::error_code& error);
-bool same_file(const std::filesystem::path& a, const std::filesystem::path& b);
 bool remove_file(const std::filesystem::path& path, std::error_code& error);
+
+// What tells a file or directory from all others that there are meanwhile, whatever it is called; none where
+// there is no such file.
+struct FileNumber {
+    std::uint64_t volume = 0, number = 0;
+    bool operator==(const FileNumber&) const = default;
+};
+std::optional<FileNumber> number_of_file(const std::filesystem::path& path);
+
+// --- files that are written beside others ---------------------------------------------------------
+
+int process_number();
+
+// The stream of a new file, locked as long as it is open; with the permissions and, where that is allowed,
+// the owner of the file that it is to replace. Null and errno set where none can be made; EEXIST: there is
+// one of this name.
+std::FILE* create_stream(const std::filesystem::path& path, const std::filesystem::path& replaced);
+
+// Removes a file that no process has open as create_stream opened it.
+void remove_unless_locked(const std::filesystem::path& path);
+
+// Why this process must not write a file, or add files to a directory; no error where it may.
+std::error_code may_write(const std::filesystem::path& path);
+std::error_code may_add_files(const std::filesystem::path& directory);
+
+#ifdef _WIN32
+inline constexpr bool CLOSED_BEFORE_REPLACING = true;
+#else
+inline constexpr bool CLOSED_BEFORE_REPLACING = false;
+#endif
 
 }  // namespace brelan
