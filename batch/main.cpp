@@ -3,6 +3,7 @@
 // them.
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -11,10 +12,12 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include "run/run.h"
 #include "run/run_deck.h"
 #include "terminal.h"
+#include "text/directory_hold.h"
 #include "text/run_end.h"
 
 namespace brelan {
@@ -52,7 +55,18 @@ CutMethod method_by(std::span<char* const> arguments) {
     return sound ? CutMethod::sound : CutMethod::by_rules;
 }
 
+// Runs in one directory would write into each other's working files.
+void wait_for_directory(DirectoryHold& directory) {
+    if (directory.try_to_hold())
+        return;
+    std::fprintf(stderr, "brelan2d: another run is at work in this directory; waiting for it to end\n");
+    while (!directory.try_to_hold())
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+}
+
 int run_here(CutMethod cut) {
+    DirectoryHold directory(".");
+    wait_for_directory(directory);
     Terminal terminal;
     const auto run = std::make_unique<Run>(Directories{{}, drive_c()}, terminal);
     run->cut = cut;

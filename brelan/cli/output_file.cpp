@@ -1,8 +1,6 @@
 #include "cli/output_file.h"
 
-#include <fcntl.h>
 #include <fmt/core.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -15,14 +13,9 @@
 
 namespace brelan::tool {
 
-namespace {
-
 namespace fs = std::filesystem;
 
-}  // namespace
-
-OutputFile::OutputFile(const fs::path& path) : path_(path), target_(path) {
-    std::error_code error;
+OutputFile::OutputFile(const fs::path& path) : path_(path) {
     if (path.empty())
         throw Failure("expected the name of a file to write, found an empty one");
     if (path == STANDARD_STREAM) {
@@ -34,50 +27,36 @@ OutputFile::OutputFile(const fs::path& path) : path_(path), target_(path) {
             fail();
         return;
     }
-    if (fs::is_symlink(path, error)) {
-        target_ = fs::weakly_canonical(path, error);
-        if (error)
-            target_ = path;
-    }
-    const fs::file_status there = fs::status(target_, error);
+    std::error_code error;
+    const fs::path target = behind_links(path);
+    const fs::file_status there = fs::status(target, error);
     if (fs::is_directory(there))
         throw Failure(fmt::format("{}: expected the name of a file, found a directory", path.string()));
     if (fs::exists(there) && !fs::is_regular_file(there)) {
-        file_ = std::fopen(target_.c_str(), "wb");
+        file_ = std::fopen(target.c_str(), "wb");
         if (file_ == nullptr)
             fail();
         return;
     }
     // Replacing a file that is write-protected would go behind its owner's back.
-    if (fs::exists(there) && access(target_.c_str(), W_OK) != 0)
-        fail();
-    struct stat known {};
-    const mode_t mode = stat(target_.c_str(), &known) == 0 ? known.st_mode & 07777U : 0666U;
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        beside_ = target_;
-        beside_ += fmt::format(".{}-{}.part", getpid(), attempt);
-        const int handle = open(beside_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-        if (handle >= 0) {
-            set_half_file(beside_.c_str());
-            file_ = fdopen(handle, "wb");
-            break;
-        }
-        if (errno != EEXIST)
-            break;
-    }
-    if (file_ == nullptr) {
-        set_half_file(nullptr);
-        beside_.clear();
+    if (const Replaceable found = replaceable(path); found.file) {
+        errno = found.file.value();
         fail();
     }
+    try {
+        whole_.emplace(path);
+    } catch (const std::system_error& failure) {
+        errno = failure.code().value();
+        fail();
+    }
+    set_half_file(whole_->beside().c_str());
+    file_ = whole_->stream();
 }
 
 OutputFile::~OutputFile() {
-    if (file_ != nullptr)
+    if (!whole_ && file_ != nullptr)
         std::fclose(file_);
-    if (beside_.empty())
-        return;
-    unlink(beside_.c_str());
+    whole_.reset();
     set_half_file(nullptr);
 }
 
@@ -91,6 +70,16 @@ void OutputFile::write(std::string_view text) {
 }
 
 void OutputFile::commit() {
+    if (whole_) {
+        try {
+            whole_->commit();
+        } catch (const std::system_error& failure) {
+            errno = failure.code().value();
+            fail();
+        }
+        set_half_file(nullptr);
+        return;
+    }
     std::FILE* const file = file_;
     file_ = nullptr;
     if (std::ferror(file) != 0 || std::fflush(file) != 0) {
@@ -101,12 +90,6 @@ void OutputFile::commit() {
     }
     if (std::fclose(file) != 0)
         fail();
-    if (beside_.empty())
-        return;
-    if (rename(beside_.c_str(), target_.c_str()) != 0)
-        fail();
-    set_half_file(nullptr);
-    beside_.clear();
 }
 
 void write_file(const fs::path& path, std::string_view text) {

@@ -3,8 +3,11 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "text/whole_file.h"
 
 namespace brelan::tool {
 
@@ -32,10 +35,9 @@ public:
 private:
     [[noreturn]] void fail() const;
 
-    std::filesystem::path path_;    // as the user gave it, for messages
-    std::filesystem::path target_;  // behind links
-    std::filesystem::path beside_;  // empty when the target is written directly
-    std::FILE* file_ = nullptr;
+    std::filesystem::path path_;      // as the user gave it, for messages
+    std::optional<WholeFile> whole_;  // none where the target is written directly
+    std::FILE* file_ = nullptr;       // that of the whole file, or of the target
 };
 
 // Writes a whole text.

@@ -1,14 +1,7 @@
 #include "commands/batch/directory_lock.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
-#include <cstring>
 #include <system_error>
 #include <thread>
 
@@ -27,36 +20,24 @@ DirectoryLock::DirectoryLock(std::vector<fs::path> directories, const Interrupti
     std::sort(directories.begin(), directories.end());
     directories.erase(std::unique(directories.begin(), directories.end()), directories.end());
     for (const fs::path& directory : directories) {
-        // The batch program inherits it: should this process be killed, the project is held until that one
-        // ends.
-        const int handle = open(directory.c_str(), O_RDONLY | O_DIRECTORY);
-        if (handle < 0) {
-            release();
-            throw Failure(directory.string() + ": cannot be opened: " + std::strerror(errno));
+        try {
+            // The batch program inherits it: should this process be killed, the project is held until that
+            // one ends.
+            held_.push_back(
+                std::make_unique<DirectoryHold>(directory, DirectoryHold::Inherited::by_children));
+        } catch (const std::system_error& failure) {
+            throw Failure(directory.string() + ": cannot be opened: " + failure.code().message());
         }
-        held_.push_back(handle);
-        if (flock(handle, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
-            continue;  // a file system that knows no locks has none to wait for
+        if (held_.back()->try_to_hold())
+            continue;
         waiting();
         // A blocking wait could begin just after a signal came, and last.
-        while (flock(handle, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-            if (interruption.came()) {
-                release();
+        while (!held_.back()->try_to_hold()) {
+            if (interruption.came())
                 throw Interrupted{};
-            }
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
         }
     }
-}
-
-DirectoryLock::~DirectoryLock() {
-    release();
-}
-
-void DirectoryLock::release() {
-    for (const int handle : held_)
-        close(handle);
-    held_.clear();
 }
 
 }  // namespace brelan::tool

@@ -3,9 +3,11 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "cli/interruption.h"
+#include "text/directory_hold.h"
 
 namespace brelan::tool {
 
@@ -16,14 +18,11 @@ public:
     // meanwhile.
     DirectoryLock(std::vector<std::filesystem::path> directories, const Interruption& interruption,
                   const std::function<void()>& waiting);
-    ~DirectoryLock();
     DirectoryLock(const DirectoryLock&) = delete;
     DirectoryLock& operator=(const DirectoryLock&) = delete;
 
 private:
-    void release();
-
-    std::vector<int> held_;
+    std::vector<std::unique_ptr<DirectoryHold>> held_;
 };
 
 }  // namespace brelan::tool

@@ -5,6 +5,8 @@
 #include <system_error>
 
 #include "cli/exit_status.h"
+#include "cli/input_file.h"
+#include "cli/output_file.h"
 
 namespace brelan::tool {
 
@@ -13,10 +15,11 @@ namespace {
 namespace fs = std::filesystem;
 
 // With the time of the last change, by which other programs tell what is new.
-void copy_with_time(const fs::path& from, const fs::path& to, std::error_code& error) {
-    fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);
-    if (!error)
-        fs::last_write_time(to, fs::last_write_time(from, error), error);
+void copy_with_time(const fs::path& from, const fs::path& to) {
+    write_file(to, read_file(from));
+    std::error_code without;
+    if (const fs::file_time_type time = fs::last_write_time(from, without); !without)
+        fs::last_write_time(to, time, without);
 }
 
 }  // namespace
@@ -28,9 +31,7 @@ KeptFiles::KeptFiles(const fs::path& project, const std::vector<fs::path>& files
         Entry entry{file, {}};
         if (fs::is_regular_file(file, error)) {
             entry.copy = directory_.path() / fmt::format("{}", entries_.size());
-            copy_with_time(file, entry.copy, error);
-            if (error)
-                throw Failure(fmt::format("{}: cannot be kept: {}", file.string(), error.message()));
+            copy_with_time(file, entry.copy);
         }
         entries_.push_back(std::move(entry));
     }
@@ -38,18 +39,19 @@ KeptFiles::KeptFiles(const fs::path& project, const std::vector<fs::path>& files
 
 void KeptFiles::put_back() {
     for (const Entry& entry : entries_) {
-        std::error_code error;
-        if (entry.copy.empty())
-            fs::remove(entry.file, error);
-        else
-            copy_with_time(entry.copy, entry.file, error);
-        if (!error)
-            continue;
-        directory_.keep();
-        throw Failure(entry.copy.empty()
-                          ? fmt::format("{}: cannot be removed: {}", entry.file.string(), error.message())
-                          : fmt::format("{}: cannot be put back from {}: {}", entry.file.string(),
-                                        entry.copy.string(), error.message()));
+        try {
+            if (entry.copy.empty())
+                fs::remove(entry.file);
+            else
+                copy_with_time(entry.copy, entry.file);
+        } catch (const fs::filesystem_error& error) {
+            directory_.keep();
+            throw Failure(
+                fmt::format("{}: cannot be removed: {}", entry.file.string(), error.code().message()));
+        } catch (const Failure& failure) {
+            directory_.keep();
+            throw Failure(fmt::format("{}; it is kept as {}", failure.what(), entry.copy.string()));
+        }
     }
 }
 

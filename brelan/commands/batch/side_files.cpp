@@ -9,6 +9,8 @@
 #include <system_error>
 
 #include "cli/exit_status.h"
+#include "cli/input_file.h"
+#include "cli/output_file.h"
 #include "cli/words.h"
 
 namespace brelan::tool {
@@ -26,6 +28,13 @@ std::string state_of(const fs::path& file) {
         return "";
     return fmt::format("{} {} {}.{}", about.st_ino, about.st_size, about.st_mtim.tv_sec,
                        about.st_mtim.tv_nsec);
+}
+
+// Another name of the file, or where a disk knows no such names a copy.
+void link_or_copy(const fs::path& from, const fs::path& to, std::error_code& error) {
+    fs::create_hard_link(from, to, error);
+    if (error)
+        fs::copy_file(from, to, error);
 }
 
 bool same_name(const fs::path& a, const fs::path& b) {
@@ -73,12 +82,13 @@ SideFiles::SideFiles(fs::path project, const NotedDeck& deck, fs::path apart)
     }
 }
 
+// It stays in its place as well: whatever ends the run, one of the two names has it.
 void SideFiles::set_aside(Entry& entry) {
     std::error_code error;
     if (!fs::is_regular_file(entry.there, error))
         return;
     const fs::path aside = aside_->path() / entry.there.filename();
-    fs::rename(entry.there, aside, error);
+    link_or_copy(entry.there, aside, error);
     if (error)
         throw Failure(fmt::format("{}: cannot be set aside: {}", entry.there.string(), error.message()));
     entry.aside = aside;
@@ -92,17 +102,17 @@ SideFiles::~SideFiles() {
     }
 }
 
-bool SideFiles::move_apart(const fs::path& file) {
-    std::error_code error;
-    const fs::path to = apart_ / file.filename();
-    fs::rename(file, to, error);
-    if (error) {  // on another disk
-        fs::copy_file(file, to, fs::copy_options::overwrite_existing, error);
-        std::error_code gone;
-        if (!error)
-            fs::remove(file, gone);
+// The project has its own file again before the new one leaves its place.
+bool SideFiles::move_apart(const Entry& entry, const fs::path& file) {
+    try {
+        write_file(apart_ / file.filename(), read_file(file));
+    } catch (const Failure&) {
+        return false;
     }
-    return !error;
+    std::error_code gone;
+    if (entry.aside.empty())
+        fs::remove(file, gone);
+    return true;
 }
 
 void SideFiles::collect() {
@@ -113,13 +123,13 @@ void SideFiles::collect() {
     for (const Entry& entry : entries_) {
         const fs::path now = file_of_card(project_, entry.name);
         const std::string state = state_of(now);
-        if (state.empty() && !entry.state.empty())
+        if (state.empty() && !entry.state.empty() && entry.aside.empty())
             deleted_.push_back(entry.there);
         if (state.empty() || state == entry.state)
             continue;
         if (!aside_ || entry.name == DEFAULTS)
             written_.push_back(now);
-        else if (move_apart(now))
+        else if (move_apart(entry, now))
             written_.push_back(apart_ / now.filename());
         else
             failure = fmt::format("{}: cannot be written", (apart_ / now.filename()).string());

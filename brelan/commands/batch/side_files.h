@@ -42,7 +42,7 @@ private:
         std::filesystem::path aside;  // empty: left in its place
     };
     void set_aside(Entry& entry);
-    bool move_apart(const std::filesystem::path& file);
+    bool move_apart(const Entry& entry, const std::filesystem::path& file);
 
     std::filesystem::path project_, apart_;
     std::optional<TemporaryDirectory> aside_;
