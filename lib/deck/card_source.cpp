@@ -156,6 +156,10 @@ TextLine DeckCards::file_name(std::string_view number, std::string_view field) {
         refuse("expected " + what + ", found a blank line");
     if (line.view().find('\0') != std::string_view::npos)
         refuse("expected " + what + ", found one that holds a zero byte");
+    // What is left of the name would be another file.
+    if (stripped_.was_cut())
+        refuse("expected " + what + " in columns 1 to " + std::to_string(LINE_COLUMNS) +
+               ", found a longer one");
     // The last columns of a bare name are cut: with nothing in the others it is as good as blank.
     if (is_bare_name(line) && TextLine(line.first(LINE_COLUMNS - 3)).blank())
         refuse("expected " + what + ", found a line with nothing in its first 123 columns");

@@ -22,7 +22,7 @@ public:
     explicit PlotToolNotes(Channels& channels) : channels_(channels) {}
 
     void result(const TextLine& name) override {
-        channels_.open(CHANNEL_DATA, "C:\\Vork\\Qx\\Qxdata\\FnPlot2D.dat", OpenStatus::work)
+        channels_.open(CHANNEL_DATA, "C:\\Vork\\Qx\\Qxdata\\FnPlot2D.dat", OpenStatus::setting)
             .write_columns(name.view());
         channels_.close(CHANNEL_DATA);
     }

@@ -30,7 +30,7 @@ constexpr Layout<"(1X,A)"> CARD_LINE;
 }  // namespace
 
 void write_status(Channels& channels, std::int32_t value) {
-    write_free(channels.open(CHANNEL_STATUS, STATUS_FILE, OpenStatus::work), value);
+    write_free(channels.open(CHANNEL_STATUS, STATUS_FILE, OpenStatus::setting), value);
     channels.close(CHANNEL_STATUS);
 }
 

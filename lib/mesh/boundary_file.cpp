@@ -7,6 +7,7 @@
 
 #include "mesh/edition.h"
 #include "mesh/group_tables.h"
+#include "mesh/result_names.h"
 #include "mesh/tables.h"
 #include "text/channel_numbers.h"
 #include "text/fixed_lines.h"
@@ -16,7 +17,6 @@ namespace brelan {
 
 namespace {
 
-constexpr std::string_view BOUNDARY_FILE = "..\\Boundary.Man";
 constexpr std::int32_t PIPE_NODE = 2, CONVECTION_NODE = 3;  // word 1 of a node
 
 constexpr Layout<"(2X,I4)"> PROPERTY_COUNT;
@@ -176,7 +176,7 @@ void write_section_nodes(Channel& file, const FlowRun& run) {
 void write_pipes(Channels& channels, Mesh& mesh, GroupListing& listing, const ResultMesh& result) {
     if (mesh.kind != LayoutKind::temperature || (listing.pipes == 0 && listing.convection_lines == 0))
         return;
-    Channel& file = channels.open(CHANNEL_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
+    Channel& file = channels.open(CHANNEL_BOUNDARY, BOUNDARY_FILE, OpenStatus::side_result);
     write_properties(mesh, listing, file, result);
     write_line_groups(file, PIPE_CARDS, take_lines(mesh, result, PIPE_NODE, listing.pipes));
     write_line_groups(file, CONVECTION_CARDS,
@@ -189,7 +189,7 @@ void write_flow_sections(Channels& channels, const Mesh& mesh, const GroupCards&
     if (listing.flow_sections <= 0)
         return;
     constexpr std::int32_t flow_code = 0;
-    Channel& file = channels.open(CHANNEL_BOUNDARY, BOUNDARY_FILE, OpenStatus::result);
+    Channel& file = channels.open(CHANNEL_BOUNDARY, BOUNDARY_FILE, OpenStatus::side_result);
     write_lines(file, {"* Card 10.8 ", "* NFSEC   IBFQ"});
     SECTION_COUNT.write(file, listing.flow_sections, flow_code);
     file.write_line("*");

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "mesh/group_tables.h"
+#include "mesh/result_names.h"
 #include "output/activity.h"
 #include "output/graf_2d.h"
 #include "output/graf_xy.h"
@@ -47,7 +48,7 @@ void write_group_outputs(Channels& channels, Trace& trace, const Settings& setti
         write_materials(channels, settings, activity);
         write_group_activity(channels, settings.kind(), group_cards, activity, members.groups);
     }
-    Channel& post = channels.open(CHANNEL_POST, "..\\Group.Pos", OpenStatus::result);
+    Channel& post = channels.open(CHANNEL_POST, POST_FILE, OpenStatus::side_result);
     post.set_write_only(true);
     write_graf_2d(channels, settings.kind(), group_cards, listing, units, post, members.groups, counts);
     write_graf_xy(settings.kind(), units, post);

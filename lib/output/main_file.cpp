@@ -1,6 +1,7 @@
 #include "output/main_file.h"
 
 #include "mesh/edition.h"
+#include "mesh/result_names.h"
 #include "output/blocks.h"
 #include "text/channel_numbers.h"
 #include "text/layout.h"
@@ -56,7 +57,7 @@ void write_materials(Channels& channels, const Settings& settings, const Activit
     // Beams and trusses keep their materials.
     constexpr std::int32_t beam_count = 0, truss_count = 0;
     const auto continuum_count = static_cast<std::int32_t>(activity.materials.size());
-    Channel& file = channels.open(CHANNEL_MESH_COPY, "..\\MatAD.Man", OpenStatus::result);
+    Channel& file = channels.open(CHANNEL_MESH_COPY, MATERIAL_MAIN_FILE, OpenStatus::side_result);
     if (continuum_count > 0)
         write_material_card(settings, file, activity);
     write_lines(file, {"* Main File: Material Activity", "* Card 8.1", "*  NFAD  MCFAD  MBFAD  MTFAD"});
@@ -70,7 +71,7 @@ void write_materials(Channels& channels, const Settings& settings, const Activit
 
 void write_group_activity(Channels& channels, LayoutKind kind, const GroupCards& group_cards,
                           const Activity& activity, const std::vector<GroupMembers>& members) {
-    Channel& file = channels.open(CHANNEL_GROUP, "..\\Group.Man", OpenStatus::result);
+    Channel& file = channels.open(CHANNEL_GROUP, GROUP_MAIN_FILE, OpenStatus::side_result);
     file.set_write_only(true);
     write_banner(file, "*         MAIN FILE: ELEMENT ACTIVITY            *",
                  "*         (CARD 8)                               *");

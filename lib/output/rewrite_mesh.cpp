@@ -67,7 +67,7 @@ void rewrite_mesh(Channels& channels, Trace& trace, const Settings& settings, st
     while (!copy.at_end())
         copy_cut(copy, mesh_file);
     channels.close(CHANNEL_MESH_COPY);
-    mesh_file.flush();
+    mesh_file.finish();
 }
 
 }  // namespace brelan

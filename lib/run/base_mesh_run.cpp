@@ -8,6 +8,7 @@
 #include "blocks/block_file.h"
 #include "blocks/block_grid.h"
 #include "blocks/raw_mesh.h"
+#include "mesh/result_names.h"
 #include "run/run.h"
 #include "text/channel_numbers.h"
 #include "text/run_end.h"
@@ -38,7 +39,7 @@ BaseMesh generate_base_mesh(Run& run, const BlockPlan& plan) {
     run.channels.close(CHANNEL_BLOCKS);
     Channel& coordinates = open(CHANNEL_COORDINATES, "Coord.dat", OpenStatus::work);
     Channel& index = open(CHANNEL_INDEX, "Index.dat", OpenStatus::work);
-    Channel& base = open(CHANNEL_BASE, "..\\Bmesh.dat", OpenStatus::result);
+    Channel& base = open(CHANNEL_BASE, BASE_MESH_FILE, OpenStatus::result);
     refuse_unwritable(kind, plan);
     const BlockGrid grid = lay_out_blocks(plan);
     if (const std::int64_t required = work_space_of(grid); required > WORK_SPACE) {

@@ -96,6 +96,7 @@ void write_combined(Run& run, const RegionTables& first) {
         run.trace.pass(" Pass 41 ", 41.0F);
         write_combined_elements(run.mesh, first, mesh_file, result, ELEMENT_TRUSS);
     }
+    mesh_file.finish();
 }
 
 }  // namespace

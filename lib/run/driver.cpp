@@ -10,10 +10,12 @@
 #include "deck/error_report.h"
 #include "mesh/combine_tables.h"
 #include "mesh/group_tables.h"
+#include "mesh/result_names.h"
 #include "mesh/tables.h"
 #include "run/base_mesh_run.h"
 #include "run/combination_run.h"
 #include "run/edit_run.h"
+#include "run/expected_files.h"
 #include "run/flush_to_zero.h"
 #include "run/run.h"
 #include "run/slope_run.h"
@@ -74,7 +76,7 @@ void run_mode_1(Run& run) {
 // that it would go through.
 void run_base_mesh_alone(Run& run, BaseMesh base) {
     reset_mesh(run.mesh);
-    run.deck.names.first = TextLine("..\\Bmesh.dat");
+    run.deck.names.first = TextLine(BASE_MESH_FILE);
     run.deck.names.result = TextLine("Basic.Tmp");
     const bool as_value = !run.channels.keeps_file(WORKING_COPY) && round_as_file(base);
     if (as_value) {
@@ -105,6 +107,7 @@ void end_deck(Run& run) {
          {CHANNEL_DECK, CHANNEL_DATA, CHANNEL_MESH_A, CHANNEL_MESH_B, CHANNEL_WORK, CHANNEL_RESULT_COPY,
           CHANNEL_SOURCE_A, CHANNEL_SOURCE_B, CHANNEL_GROUP, CHANNEL_RESULT})
         run.channels.close(number);
+    run.channels.take_results();
 }
 
 // The decks that are made of a dam's cards take its place.
@@ -129,6 +132,7 @@ void run_deck(Run& run) {
     normalise_deck(run);
     run.deck.require(DeckPart::mode);
     std::int32_t mode = run.deck.mode;
+    expect_files(run);
     run.combination.keeps_first_data = mode == -1;
     if (run.combination.keeps_first_data)
         mode = 0;

@@ -188,6 +188,7 @@ void write_result(Run& run) {
         write_elements(ELEMENT_TRUSS);
     }
     write_closing_lines(mesh_file);
+    mesh_file.finish();
     run.trace.pass(" Pass 27.1 ", 27.1F);
     if (run.deck.edit.operation == 4)
         write_group_outputs(run.channels, run.trace, run.settings, run.deck.groups, run.listing,

@@ -25,17 +25,23 @@ struct ClosedAtEnd {
     ~ClosedAtEnd() { channels.close_all(); }
 };
 
+// What has been written is put on disk whatever way the run ends. One that ends as it should fails where that
+// fails.
 RunEnd run_and_flush(Run& run) {
     try {
         RunEnd end{STATUS_FINISHED, {}};
         try {
             run_program(run);
-        } catch (const RunEnd& stop) {
-            if (stop.status == STATUS_FAILED)
-                return stop;
-            end = stop;
+        } catch (const RunEnd& early) {
+            end = early;
         }
-        run.channels.flush_all();
+        try {
+            run.channels.flush_all();
+            run.channels.take_finished_results();
+        } catch (const RunEnd& failure) {
+            if (end.status != STATUS_FAILED)
+                end = failure;
+        }
         return end;
     } catch (const RunEnd& failure) {
         return failure;

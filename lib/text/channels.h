@@ -3,19 +3,22 @@
 //
 // A channel holds its file as text (one that is read forward, a piece of it) and writes it to the files of
 // the run (text/files.h) as it grows, when it is rewound and when it is closed; a record written behind
-// others replaces what followed. Lines end with LF or CR LF on input and with LF on output. The numbers of
-// the package's channels are listed in text/channel_numbers.h.
+// others replaces what followed. Results are held until their deck has ended (text/results.h). Lines end with
+// LF or CR LF on input and with LF on output. The numbers of the package's channels are listed in
+// text/channel_numbers.h.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "text/files.h"
+#include "text/results.h"
 #include "text/run_end.h"
 #include "text/text_buffer.h"
 #include "text/text_line.h"
@@ -23,12 +26,15 @@
 namespace brelan {
 
 enum class OpenStatus {
-    old,      // must exist; is only read
-    forward,  // must exist; is only read, once from start to end, and never held whole
-    fresh,    // must not exist; is created
-    work,     // a file of the program's own: created, or emptied at once
-    result,   // a file of the user's: created, or left as it is until the first record is written to it
-    scratch,  // a file of the program's own that is deleted when it is closed: it stays in memory
+    old,          // must exist; is only read, and not written later in the run
+    forward,      // the same, read once from start to end, and never held whole
+    setting_old,  // must exist; is only read, and may be written as a setting
+    setting,      // is replaced as a whole when it is closed
+    fresh,        // the same; must not exist
+    work,         // a file of the program's own: created, or emptied at once
+    result,  // the result that a deck names: replaced as a whole when the deck has ended; an input of it, too
+    side_result,  // the same under a name of the program's own, which no input has
+    scratch,      // a file of the program's own that is deleted when it is closed: it stays in memory
 };
 
 enum class CloseAction { keep, remove };
@@ -38,6 +44,7 @@ enum class CloseAction { keep, remove };
 struct LineOrigin {
     std::string name;
     std::vector<int> line;
+    std::set<int> cut;  // lines of the copy whose last column is in the middle of a word
 };
 
 class Channels;
@@ -49,7 +56,7 @@ public:
     Channel& operator=(const Channel&) = delete;
 
     bool is_open() const { return open_; }
-    const std::string& name() const { return at_.name; }
+    const std::string& name() const { return at_.file.name; }
 
     // --- reading ---------------------------------------------------------------------------------
 
@@ -66,6 +73,9 @@ public:
 
     // The next line as a record of 126 columns.
     TextLine read_line(std::string_view expected) { return TextLine(read_whole_line(expected)); }
+
+    // True when the line that was read last is a copy that ends in the middle of a word.
+    bool was_cut() const { return origin_.cut.contains(lines_before_ - 1); }
 
     // The next line without moving past it; empty at the end of the file.
     std::string_view peek_line() const;
@@ -114,6 +124,9 @@ public:
     // What the channel holds; the view is good until it is written or closed.
     std::string_view text() const { return content_.view(); }
 
+    // A result holds all that it is to hold: it takes its place even where the run stops before the end.
+    void finish() { finished_ = true; }
+
     // Writes what is pending to disk.
     void flush();
 
@@ -134,25 +147,32 @@ private:
     friend class FreeFieldReader;
     friend class Channels;
 
-    void open(const Channels& channels, std::string_view name, OpenStatus status);
-    void open_to_append(const Channels& channels, std::string_view name);
+    // When what is written reaches its file.
+    enum class Placing { as_it_grows, at_close, with_deck, never };
+
+    void open(Channels& channels, std::string_view name, OpenStatus status);
+    void read(Channels& channels, OpenStatus status);
+    void write(Channels& channels, OpenStatus status, FileKind kind);
+    void open_to_append(Channels& channels, std::string_view name);
     void refuse_in_use(const Channels& channels, OpenStatus status) const;
     void open_in_memory(std::string_view name, std::string_view text);
     void close(CloseAction action);
+    void abandon();
+    void place();
     void read_piece();
     void cut_behind_position();
     FilePlace place_of(int line) const;
 
     bool open_ = false;
     bool writable_ = false;
-    bool replace_pending_ = false;  // the earlier content of the file is still there
+    bool finished_ = false;
     bool write_through_ = false;
     bool write_only_ = false;
     bool discards_ = false;
-    bool scratch_ = false;
     bool broken_ = false;  // a write failed: nothing more is tried
-    NamedFile at_;         // its name as the program or the deck wrote it, without trailing blanks
-    Files* files_ = nullptr;
+    Placing placing_ = Placing::as_it_grows;
+    KnownFile at_;  // its name as the program or the deck wrote it, without trailing blanks
+    Channels* channels_ = nullptr;
     std::unique_ptr<OpenFile> file_;  // only for channels that may be written, or are read forward
     TextBuffer content_;
     std::size_t position_ = 0;  // of the next character to be read or written
@@ -195,8 +215,20 @@ public:
     // Writes what is pending on every channel to its file.
     void flush_all();
 
-    // Closes every channel as a run ends, whatever way; a write that fails here is not reported.
+    // Closes every channel as a run ends, whatever way; a write that fails here is not reported. Results that
+    // have not taken their places are given up.
     void close_all() noexcept;
+
+    // Results, those of the deck that runs: when it has ended they take their places.
+    void take_results();
+    // The same where the deck does not reach its end: results that are finished or closed take their places.
+    void take_finished_results();
+
+    // A file that the deck names as a source: no file takes its place from now on, but its result.
+    void expect_source(std::string_view name);
+    // Ends the run where a file that the deck will write cannot be, or is one that the run reads. What cannot
+    // be said before it is opened is passed over.
+    void expect_result(std::string_view name, OpenStatus status) const;
 
     // True when a file of the name exists.
     bool file_exists(std::string_view name) const;
@@ -212,8 +244,13 @@ private:
 
     std::unique_ptr<Channel>& slot(int number);
     Channel& begin(int number);
+    KnownFile file_of(std::string_view name) const;
+    FileKind kind_of(const KnownFile& known) const;
 
     std::shared_ptr<Files> files_;
+    Results results_;
+    Inputs inputs_;
+    std::set<std::string> written_;  // by this run: the identities of the files
     Slots slots_;
 };
 

@@ -6,6 +6,7 @@
 #include "text/files.h"
 #include "text/native_file.h"
 #include "text/run_end.h"
+#include "text/whole_file.h"
 
 namespace brelan {
 
@@ -15,11 +16,6 @@ namespace fs = std::filesystem;
 
 std::string system_reason() {
     return std::strerror(errno);
-}
-
-bool is_regular(const fs::path& path) {
-    std::error_code error;
-    return fs::is_regular_file(path, error);
 }
 
 class DiskFile : public OpenFile {
@@ -44,20 +40,10 @@ public:
             fail_write();
     }
 
-    void empty() override {
-        std::error_code error;
-        if (is_regular(file_.path))
-            fs::resize_file(file_.path, 0, error);
-        if (error)
-            fail(file_.name + ": the file cannot be emptied: " + error.message());
-        std::rewind(stream_);
-    }
-
     void cut(std::size_t size) override {
-        std::error_code error;
-        if (is_regular(file_.path))
-            fs::resize_file(file_.path, size, error);
-        if (error || std::fseek(stream_, static_cast<long>(size), SEEK_SET) != 0)
+        if (type_of_file(file_.path) == fs::file_type::regular && !resize_stream(stream_, size))
+            fail_write();
+        if (std::fseek(stream_, static_cast<long>(size), SEEK_SET) != 0)
             fail_write();
     }
 
@@ -77,6 +63,10 @@ private:
     std::FILE* stream_;
 };
 
+[[noreturn]] void refuse(const NamedFile& file, bool is_there, const std::string& reason) {
+    fail(file.name + ": the file cannot be " + (is_there ? "opened" : "created") + " for writing: " + reason);
+}
+
 // The stream of a file that is to be read.
 std::FILE* source_of(const NamedFile& file) {
     std::FILE* const source = open_stream(file.path, "rb");
@@ -88,8 +78,7 @@ std::FILE* source_of(const NamedFile& file) {
 }  // namespace
 
 FileKind DiskFiles::kind_of(const fs::path& path) const {
-    std::error_code error;
-    switch (fs::status(path, error).type()) {
+    switch (type_of_file(path)) {
         case fs::file_type::none:
         case fs::file_type::not_found:
             return FileKind::none;
@@ -102,16 +91,23 @@ FileKind DiskFiles::kind_of(const fs::path& path) const {
     }
 }
 
-bool DiskFiles::same(const fs::path& a, const fs::path& b) const {
-    std::error_code error;
-    return fs::equivalent(a, b, error) && !error;
+std::string DiskFiles::identity(const fs::path& path) const {
+    const auto text = [](const FileNumber& found) {
+        return std::to_string(found.volume) + ":" + std::to_string(found.number);
+    };
+    if (const std::optional<FileNumber> found = number_of_file(path))
+        return text(*found);
+    const std::optional<FileNumber> directory =
+        number_of_file(path.has_parent_path() ? path.parent_path() : fs::path("."));
+    return (directory ? text(*directory) : path.parent_path().string()) + "/" +
+           folded(path.filename().string());
 }
 
 void DiskFiles::load(const NamedFile& file, TextBuffer& content) const {
     require_ordinary(file);
     DiskFile source(file, source_of(file));
     std::error_code error;
-    const std::uintmax_t size = fs::file_size(file.path, error);
+    const std::uintmax_t size = size_of_file(file.path, error);
     content.resize(error ? 0 : static_cast<std::size_t>(size));
     content.resize(source.read(content.data(), content.size()));
 }
@@ -121,32 +117,58 @@ std::unique_ptr<OpenFile> DiskFiles::open(const NamedFile& file, Access access) 
         require_ordinary(file);
         return std::make_unique<DiskFile>(file, source_of(file));
     }
-    const bool appends = access == Access::append, keeps = appends || access == Access::replace;
-    const std::string what = appends             ? "written"
-                             : exists(file.path) ? "opened for writing"
-                                                 : "created for writing";
-    const auto refuse = [&] { fail(file.name + ": the file cannot be " + what + ": " + system_reason()); };
-    std::FILE* const stream = open_stream(file.path, keeps ? "r+b" : "w+b");
+    const bool appends = access == Access::append;
+    const bool is_there = exists(file.path);
+    std::FILE* const stream = open_stream(file.path, appends ? "r+b" : "w+b");
     if (stream == nullptr)
-        refuse();
+        refuse(file, is_there, system_reason());
     auto opened = std::make_unique<DiskFile>(file, stream);
     // Text comes in large pieces already.
     std::setvbuf(stream, nullptr, _IONBF, 0);
     if (appends && std::fseek(stream, 0, SEEK_END) != 0)
-        refuse();
+        refuse(file, is_there, system_reason());
     return opened;
+}
+
+void DiskFiles::require_replaceable(const NamedFile& file) const {
+    const Replaceable found = replaceable(file.path);
+    const bool is_there = exists(file.path);
+    if (found.file)
+        refuse(file, is_there, found.file.message());
+    if (!found.directory)
+        return;
+    if (!is_there)
+        refuse(file, is_there, found.directory.message());
+    fail(file.name +
+         ": its directory cannot hold the file that is to take its place: " + found.directory.message());
+}
+
+void DiskFiles::replace(const NamedFile& file, std::string_view text) {
+    if (const FileKind kind = kind_of(file.path); kind == FileKind::other) {
+        const std::unique_ptr<OpenFile> there = open(file, Access::work);
+        there->write(text);
+        there->close();
+        return;
+    }
+    try {
+        WholeFile whole(file.path);
+        whole.write(text);
+        whole.commit();
+    } catch (const std::system_error& error) {
+        fail(file.name + ": the file cannot be written: " + error.code().message());
+    }
 }
 
 void DiskFiles::remove(const NamedFile& file) {
     std::error_code error;
-    fs::remove(file.path, error);
+    remove_file(file.path, error);
     if (error)
         fail(file.name + ": the file cannot be deleted: " + error.message());
 }
 
 void DiskFiles::remove_if_there(const fs::path& path) {
     std::error_code none_there;
-    fs::remove(path, none_there);
+    remove_file(path, none_there);
 }
 
 }  // namespace brelan

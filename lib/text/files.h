@@ -21,8 +21,6 @@ enum class FileKind { none, ordinary, directory, other };
 enum class Access {
     forward,  // is read once from start to end
     work,     // a file of the program's own, created or emptied at once
-    create,   // a file of the user's, created
-    replace,  // the same, which keeps its earlier content until it is emptied
     append,   // is written on behind its end
 };
 
@@ -44,7 +42,6 @@ public:
     virtual std::size_t read(char* to, std::size_t size) = 0;
     // Writes behind what is there.
     virtual void write(std::string_view text) = 0;
-    virtual void empty() = 0;
     virtual void cut(std::size_t size) = 0;
     virtual void close() = 0;
 
@@ -62,12 +59,17 @@ public:
     // Where a file lies whose name a deck or the program wrote. Ends the run at a name that is none.
     virtual std::filesystem::path path_of(std::string_view name) const = 0;
     virtual FileKind kind_of(const std::filesystem::path& path) const = 0;
-    // True for two paths of one file.
-    virtual bool same(const std::filesystem::path& a, const std::filesystem::path& b) const = 0;
+    // What is the same for two paths of one file alone, by what it is and not by its name; where there is
+    // none, for two names that would be those of one file.
+    virtual std::string identity(const std::filesystem::path& path) const = 0;
 
     // Reads a whole file.
     virtual void load(const NamedFile& file, TextBuffer& content) const = 0;
     virtual std::unique_ptr<OpenFile> open(const NamedFile& file, Access access) = 0;
+    // Ends the run where a file of the user's cannot be replaced as a whole, or be made.
+    virtual void require_replaceable(const NamedFile& file) const = 0;
+    // Replaces a file of the user's as a whole, or makes it.
+    virtual void replace(const NamedFile& file, std::string_view text) = 0;
     virtual void remove(const NamedFile& file) = 0;
     // The same where it does not matter whether that succeeds.
     virtual void remove_if_there(const std::filesystem::path& path) = 0;
@@ -89,9 +91,11 @@ public:
         return resolve_file_name(directories_, name);
     }
     FileKind kind_of(const std::filesystem::path& path) const override;
-    bool same(const std::filesystem::path& a, const std::filesystem::path& b) const override;
+    std::string identity(const std::filesystem::path& path) const override;
     void load(const NamedFile& file, TextBuffer& content) const override;
     std::unique_ptr<OpenFile> open(const NamedFile& file, Access access) override;
+    void require_replaceable(const NamedFile& file) const override;
+    void replace(const NamedFile& file, std::string_view text) override;
     void remove(const NamedFile& file) override;
     void remove_if_there(const std::filesystem::path& path) override;
     bool keeps(std::string_view) const override { return true; }
@@ -117,9 +121,11 @@ public:
 
     std::filesystem::path path_of(std::string_view name) const override;
     FileKind kind_of(const std::filesystem::path& path) const override;
-    bool same(const std::filesystem::path& a, const std::filesystem::path& b) const override;
+    std::string identity(const std::filesystem::path& path) const override;
     void load(const NamedFile& file, TextBuffer& content) const override;
     std::unique_ptr<OpenFile> open(const NamedFile& file, Access access) override;
+    void require_replaceable(const NamedFile& file) const override;
+    void replace(const NamedFile& file, std::string_view text) override;
     void remove(const NamedFile& file) override;
     void remove_if_there(const std::filesystem::path& path) override;
     bool keeps(std::string_view name) const override;

@@ -35,7 +35,6 @@ public:
         if (kept_)
             text_->append(text);
     }
-    void empty() override { text_->resize(0); }
     void cut(std::size_t size) override { text_->resize(std::min(size, text_->size())); }
     void close() override {}
     bool keeps_text() const override { return kept_; }
@@ -54,9 +53,7 @@ bool MemoryFiles::CaseBlind::operator()(const std::string& a, const std::string&
 }
 
 void MemoryFiles::put(std::string_view name, std::string_view text) {
-    auto held = std::make_shared<TextBuffer>();
-    held->append(text);
-    files_[path_of(name).generic_string()] = {std::move(held)};
+    replace({std::string(name), path_of(name)}, text);
 }
 
 std::string_view MemoryFiles::text(std::string_view name) const {
@@ -109,8 +106,8 @@ FileKind MemoryFiles::kind_of(const fs::path& path) const {
     return FileKind::none;
 }
 
-bool MemoryFiles::same(const fs::path& a, const fs::path& b) const {
-    return same_but_for_case(a.generic_string(), b.generic_string());
+std::string MemoryFiles::identity(const fs::path& path) const {
+    return folded(path.generic_string());
 }
 
 void MemoryFiles::load(const NamedFile& file, TextBuffer& content) const {
@@ -125,14 +122,22 @@ std::unique_ptr<OpenFile> MemoryFiles::open(const NamedFile& file, Access access
         require_ordinary(file);
         return std::make_unique<MemoryFile>(files_.at(name).text, true);
     }
+    require_replaceable(file);
+    Held& held = files_[name];
+    if (access == Access::work)
+        held = {std::make_shared<TextBuffer>(), !left_out_.contains(name)};
+    return std::make_unique<MemoryFile>(held.text, held.kept);
+}
+
+void MemoryFiles::require_replaceable(const NamedFile& file) const {
     if (kind_of(file.path.parent_path()) != FileKind::directory)
         fail(file.name + ": the file cannot be created for writing: " + std::strerror(ENOENT));
-    Held& held = files_[name];
-    if (access != Access::append)  // that goes on as it began
-        held.kept = access != Access::work || !left_out_.contains(name);
-    if (held.text == nullptr || access == Access::work || access == Access::create)
-        held.text = std::make_shared<TextBuffer>();
-    return std::make_unique<MemoryFile>(held.text, held.kept);
+}
+
+void MemoryFiles::replace(const NamedFile& file, std::string_view text) {
+    auto held = std::make_shared<TextBuffer>();
+    held->append(text);
+    files_[file.path.generic_string()] = {std::move(held)};
 }
 
 void MemoryFiles::remove(const NamedFile& file) {

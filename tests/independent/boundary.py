@@ -94,7 +94,7 @@ def thermal(run, counters, nodes):
                   "*   IDC  IDFNC  IDFNT  NODEC",
                   fields(g, first, 0, size), "* Card 9.3.2.2-2",
                   "* Listing of Nodes --- "] + in_tens(listing, 2, 5)
-    run.disk.put(NAME, lines)
+    run.disk.put_result(NAME, lines)
 
 
 # --------------------------------------------------------------------------
@@ -145,4 +145,4 @@ def flow_sections(run, count, trusses, mark_of, title_of):
                                     else "beyond"))
     if section <= count:
         card(listing)
-    run.disk.put(NAME, lines)
+    run.disk.put_result(NAME, lines)

@@ -23,7 +23,7 @@ def switch(run):
     run.note("line-up, switch %s" % ("on" if value > 0 else
                                      "off" if value == 0 else "negative"))
     if value > 0:
-        run.disk.put(SWITCH, [listed(0)])
+        run.disk.put_result(SWITCH, [listed(0)])
     return value
 
 

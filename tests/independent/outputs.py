@@ -206,7 +206,7 @@ class GroupOut:
         self.post = []
         self.graf_2d()
         self.graf_xy()
-        self.disk.put(POST, self.post)
+        self.disk.put_result(POST, self.post)
         self.disk.delete(MEMBERS)
         self.disk.delete(SCRATCH)
         return self.lines
@@ -297,7 +297,7 @@ class GroupOut:
         if made:
             self.rewrite(new_of)
         self.materials(first_new, made)
-        self.disk.put(MAIN, banner("MAIN FILE: ELEMENT ACTIVITY",
+        self.disk.put_result(MAIN, banner("MAIN FILE: ELEMENT ACTIVITY",
                                    "(CARD 8)") +
                       ["* Card 8.1", "*   NFAD", "  " + I(count, 6), "*",
                        "* Card 8.2", "*  KSTEP", "       1", "*"] +
@@ -327,7 +327,7 @@ class GroupOut:
         lines.append("* End Of Data ")
         self.note("main file with materials" if made
                   else "main file without materials")
-        self.disk.put(MATERIALS, lines)
+        self.disk.put_result(MATERIALS, lines)
 
     def rewrite(self, new_of):
         """The mesh once more, with the materials of the groups."""
@@ -365,7 +365,7 @@ class GroupOut:
                     out.append(numbers7(reader.integers(5)))
         out += reader.lines[reader.at:]
         self.lines = out
-        self.disk.put(self.target, out)
+        self.disk.put_result(self.target, out)
 
     # -- GRAF-2D ------------------------------------------------------------
 

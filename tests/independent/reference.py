@@ -199,6 +199,8 @@ class Disk:
     def __init__(self, drive, work):
         self.drive = os.path.abspath(drive)
         self.work = os.path.abspath(work)
+        self.before = {}  # what outputs of the user's held, by their paths
+        self.whole = set()
 
     @staticmethod
     def _match(directory, name):
@@ -260,11 +262,39 @@ class Disk:
 
     def touch(self, name):
         """Open a user's output: made when missing, else left as it stands."""
+        self.remember(name)
         try:
             with open(self.path(name), "ab"):
                 pass
         except OSError as error:
             raise Failure(str(error))
+
+    def put_result(self, name, lines):
+        """A user's output, whole."""
+        self.remember(name)
+        self.put(name, lines)
+        self.whole.add(self.path(name))
+
+    def remember(self, name):
+        path = self.path(name)
+        if path in self.before:
+            return
+        self.before[path] = None
+        if os.path.isfile(path):
+            with open(path, "rb") as stream:
+                self.before[path] = stream.read()
+
+    def give_up_results(self):
+        """A run that does not reach its end leaves those of its outputs that
+        are whole."""
+        for path, data in self.before.items():
+            if path in self.whole:
+                continue
+            if data is not None:
+                with open(path, "wb") as stream:
+                    stream.write(data)
+            elif os.path.isfile(path):
+                os.remove(path)
 
 
 SEPARATORS = " \t,/"
@@ -1217,7 +1247,7 @@ class Run:
             if counts[section] > 0:
                 self.trace(text, number)
         lines += [listed("    0"), listed("    0")]
-        self.disk.put(edit.target, lines)
+        self.disk.put_result(edit.target, lines)
         self.trace(" Pass 27.1 ", 27.1)
         if edit.code == 4:
             lines = edit.engine.write_outputs(edit.target, counts, result,
@@ -1354,7 +1384,7 @@ class Run:
         for section in (CONTINUUM, BEAM, TRUSS):
             if counts[section] > 0:
                 self.trace(" Pass %d " % (38 + section), 38.0 + section)
-        self.disk.put(target, lines)
+        self.disk.put_result(target, lines)
         self.copy_result(lines)
 
     # -- base mesh ------------------------------------------------------------------
@@ -1600,7 +1630,7 @@ class Run:
                 v[1:5] = [new[n] if n > 0 else n for n in v[1:5]]
                 out.append(numbers7(v[:5]) + I(v[5], 5) + I(v[6], 5))
         out += [listed("    0"), listed("    0")]
-        self.disk.put("..\\Bmesh.dat", out)
+        self.disk.put_result("..\\Bmesh.dat", out)
 
 
 def group_engine():
@@ -1871,8 +1901,10 @@ def run(drive, work, typed=b"", seen=None):
     except Stop as stop:
         job.show(str(stop))
         status, reason = 1, "stop " + str(stop)
+        job.disk.give_up_results()
     except Failure as failure:
         status, reason = 2, str(failure)
+        job.disk.give_up_results()
     except NotCovered as gap:
         status, reason = 3, "not covered: " + str(gap)
     return status, "".join(job.printed).encode("latin-1"), reason

@@ -24,7 +24,7 @@ protected:
         const BaseMesh mesh = make_base_mesh(state.settings.kind(), state.deck.blocks, std::move(raw));
         write_base_file(state.settings.kind(), mesh,
                         state.channels.open(33, "..\\Bmesh.dat", OpenStatus::result));
-        state.channels.close(33);
+        state.channels.take_results();
         return mesh;
     }
 

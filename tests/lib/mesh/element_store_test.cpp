@@ -207,6 +207,7 @@ TEST_F(ResultCopy, HasFullLinesAndLeavesTheSourceAtItsStart) {
     fill(3);
     copy_result(mesh, copy);
     EXPECT_EQ(mesh.read_whole_line("a line"), "1");
+    state.channels.take_results();
     state.channels.close_all();
     const std::string blanks(125, ' ');
     EXPECT_EQ(directory.read("MeshFile.Mes"), "1" + blanks + "\n2" + blanks + "\n3" + blanks + "\n");
@@ -230,6 +231,7 @@ TEST_F(ResultCopy, OfMoreLinesIsCutWhileTheResultStaysWhole) {
     fill(320001);
     copy_result(mesh, copy);
     EXPECT_EQ(mesh.lines_before(), 0);
+    state.channels.take_results();
     state.channels.close_all();
     const std::string copied = directory.read("MeshFile.Mes");
     EXPECT_EQ(lines_in(copied), 320000U);

@@ -45,35 +45,9 @@ TEST_F(Channels, WorkFileIsEmptiedAtOnce) {
     EXPECT_EQ(directory.read("a.txt"), "");
 }
 
-TEST_F(Channels, FileThatIsNotThereIsCreatedAtOpening) {
+TEST_F(Channels, WorkFileThatIsNotThereIsCreatedAtOpening) {
     state.channels.open(7, "work.txt", OpenStatus::work);
-    state.channels.open(55, "result.txt", OpenStatus::result);
     EXPECT_TRUE(directory.exists("work.txt"));
-    EXPECT_TRUE(directory.exists("result.txt"));
-}
-
-TEST_F(Channels, ResultKeepsItsEarlierContentUntilTheFirstRecord) {
-    directory.write("a.txt", "a result of yesterday\n");
-    state.channels.open(55, "a.txt", OpenStatus::result);
-    state.channels.flush_all();
-    EXPECT_EQ(directory.read("a.txt"), "a result of yesterday\n");
-    state.channels.at(55).write_line("today");
-    state.channels.flush_all();
-    EXPECT_EQ(directory.read("a.txt"), "today\n");
-}
-
-TEST_F(Channels, ResultThatIsNeverWrittenStaysAsItWas) {
-    directory.write("a.txt", "a result of yesterday\n");
-    state.channels.open(55, "a.txt", OpenStatus::result);
-    state.channels.close(55);
-    EXPECT_EQ(directory.read("a.txt"), "a result of yesterday\n");
-}
-
-TEST_F(Channels, ShortResultLeavesNothingOfALongerOne) {
-    directory.write("a.txt", std::string(10000, 'x') + "\n");
-    state.channels.open(55, "a.txt", OpenStatus::result).write_line("y");
-    state.channels.close(55);
-    EXPECT_EQ(directory.read("a.txt"), "y\n");
 }
 
 TEST_F(Channels, ContinuedFileGrowsBehindItsEnd) {
@@ -148,15 +122,13 @@ TEST_F(Channels, FileInUseIsRefusedBeforeItIsEmptied) {
 }
 
 TEST_F(Channels, FileInUseIsKnownByAnotherPathToo) {
-    directory.write("a.txt", "the only copy\n");
     fs::create_symlink("a.txt", directory.path() / "link.txt");
-    state.channels.open(55, "a.txt", OpenStatus::result);
+    state.channels.open(55, "a.txt", OpenStatus::work);
     const std::string through_parent = "..\\" + directory.path().filename().string() + "\\a.txt";
     for (const std::string& name : {through_parent, std::string("link.txt"), std::string(".\\a.txt")})
         for (const OpenStatus status : {OpenStatus::old, OpenStatus::work, OpenStatus::result})
             EXPECT_EQ(failure_of([&] { state.channels.open(7, name, status); }),
                       name + ": the file is in use in this run as a.txt; expected a file of its own");
-    EXPECT_EQ(directory.read("a.txt"), "the only copy\n");
 }
 
 TEST_F(Channels, TwoReadersShareAFile) {
@@ -168,12 +140,12 @@ TEST_F(Channels, TwoReadersShareAFile) {
     EXPECT_EQ(rest_of(one), (Lines{"second"}));
 }
 
-TEST_F(Channels, ResultMayReplaceAnInputThatIsStillRead) {
+TEST_F(Channels, ResultMayReplaceASourceThatIsStillRead) {
     directory.write("a.txt", "old first\nold second\n");
+    state.channels.expect_source("a.txt");
     Channel& input = state.channels.open(15, "a.txt", OpenStatus::old);
-    Channel& result = state.channels.open(55, "a.txt", OpenStatus::result);
-    result.write_line("new");
-    result.flush();
+    state.channels.open(55, "a.txt", OpenStatus::result).write_line("new");
+    state.channels.take_results();
     EXPECT_EQ(directory.read("a.txt"), "new\n");
     EXPECT_EQ(rest_of(input), (Lines{"old first", "old second"}));
 }
