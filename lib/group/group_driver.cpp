@@ -205,11 +205,9 @@ private:
         const bool closed = record.closed == 1;
         if (method_ == CutMethod::sound) {
             OpenedLine opened = open_along(mesh_, engine_, line, material, records_);
-            for (const PartedSides& parted : opened.partings) {
-                follow_parting(drawn_, parted);
-                for (JointRecord& earlier : records_)
-                    follow_parting(earlier.nodes, earlier.twins, earlier.closed == 1, parted);
-            }
+            follow_parting(drawn_, opened.parted);
+            for (JointRecord& earlier : records_)
+                follow_parting(earlier.nodes, earlier.twins, earlier.closed == 1, opened.parted);
             line = std::move(opened.line);
             record.nodes = line.nodes;
             record.twins = std::move(opened.twins);

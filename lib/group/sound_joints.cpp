@@ -75,7 +75,6 @@ public:
             add_joint(mesh_, engine_, {{from.right, to.right, to.left, from.left}}, material_.material,
                       material_.attribute);
         }
-        open_toes();
         list_line();
         return std::move(opened_);
     }
@@ -89,6 +88,7 @@ private:
     struct Knot {
         Sectors sectors;
         std::set<NodeNumber> lines;  // the other ends of its edges
+        std::vector<Toe> toes;       // of earlier joints, which open where the ground is parted
         std::map<std::size_t, NodeNumber> nodes;
         std::optional<NodeNumber> beyond;
     };
@@ -131,7 +131,13 @@ private:
         Knot& knot = knots_.at(node);
         if (!knot.nodes.empty() || knot.beyond)
             return;
-        knot.sectors = sectors_at(mesh_, engine_, node, knot.lines);
+        // Beside a joint of a width they stay closed: its twins move.
+        if (material_.thickness == 0.0F)
+            knot.toes = toes_at(mesh_, engine_, node);
+        std::set<NodeNumber> lines = knot.lines;
+        for (const Toe& toe : knot.toes)
+            lines.insert(toe.from);
+        knot.sectors = sectors_at(mesh_, engine_, node, lines);
         const auto take = [&](std::optional<std::size_t> sector, bool keeps) {
             if (sector ? knot.nodes.count(*sector) != 0 : knot.beyond.has_value())
                 return;
@@ -151,6 +157,23 @@ private:
             take(beside(knot, node, other, begins ? Hand::left : Hand::right), false);
             is_first = false;
         }
+        for (const Toe& toe : knot.toes) {
+            if (const auto right = right_of(knot, toe))
+                take(right, false);
+            take(sector_of(knot, toe.element), false);
+        }
+    }
+
+    static std::optional<std::size_t> sector_of(const Knot& knot, ElementNumber e) {
+        for (std::size_t w = 0; w < knot.sectors.wedges.size(); ++w)
+            if (knot.sectors.wedges[w].element == e)
+                return knot.sectors.of[w];
+        return std::nullopt;
+    }
+
+    // The ground to the right of an earlier joint that closes at a node; it counts with that to its left.
+    static std::optional<std::size_t> right_of(const Knot& knot, const Toe& toe) {
+        return toe.corner == 1 ? knot.sectors.left_of(toe.from) : knot.sectors.right_of(toe.from);
     }
 
     enum class Hand { left, right };
@@ -244,7 +267,6 @@ private:
 
     void move_elements() {
         std::vector<NodeNumber> nodes;
-        PartedSides parted;
         for (const auto& [node, knot] : knots_) {
             if (knot.nodes.size() + (knot.beyond ? 1 : 0) < 2)
                 continue;
@@ -253,8 +275,11 @@ private:
                 const Wedge& wedge = knot.sectors.wedges[w];
                 for (const NodeNumber other : {wedge.before, wedge.behind})
                     if (knot.lines.count(other) == 0)
-                        parted[{node, other}] = node_of(knot, node, knot.sectors.of[w]);
+                        opened_.parted[{node, other}] = node_of(knot, node, knot.sectors.of[w]);
             }
+            for (const Toe& toe : knot.toes)
+                if (const auto right = right_of(knot, toe))
+                    opened_.parted[{node, toe.from}] = node_of(knot, node, right);
         }
         std::vector<std::pair<ElementNumber, Corners>> altered;
         for (const ElementNumber e : elements_with(engine_, nodes)) {
@@ -273,9 +298,10 @@ private:
                         corners.n[i] = node_of_line(knot, e, node, before.n[1 - i]);
                     continue;
                 }
-                for (std::size_t w = 0; w < knot.sectors.wedges.size(); ++w)
-                    if (knot.sectors.wedges[w].element == e)
-                        corners.n[i] = node_of(knot, node, knot.sectors.of[w]);
+                corners.n[i] = node_of(knot, node, sector_of(knot, e));
+                for (const Toe& toe : knot.toes)
+                    if (const auto right = right_of(knot, toe); toe.element == e && toe.corner == i && right)
+                        corners.n[i] = node_of(knot, node, right);
             }
             if (!std::equal(corners.n, corners.n + 4, before.n))
                 altered.emplace_back(e, corners);
@@ -283,27 +309,6 @@ private:
         for (const auto& [e, corners] : altered) {
             opened_.moved.push_back({e, corners_of(mesh_, e)});
             set_corners(mesh_, engine_, e, corners);
-        }
-        opened_.partings.push_back(std::move(parted));
-    }
-
-    // Earlier joints that close on this one. Beside a joint of a width they stay closed: its twins move.
-    void open_toes() {
-        if (material_.thickness != 0.0F)
-            return;
-        std::set<NodeNumber> nodes;
-        for (const auto& [k, pairs] : pairs_)
-            for (const NodePair& pair : {pairs.from, pairs.to})
-                nodes.insert({pair.right, pair.left});
-        for (const NodeNumber node : nodes) {
-            PartedSides parted = open_toe(mesh_, engine_, node);
-            if (parted.empty())
-                continue;
-            for (auto& [k, pairs] : pairs_) {
-                follow_side(parted, pairs.from.right, pairs.to.right);
-                follow_side(parted, pairs.from.left, pairs.to.left);
-            }
-            opened_.partings.push_back(std::move(parted));
         }
     }
 
@@ -337,8 +342,7 @@ private:
                 by = step == Step::place ? step : Step::gap;
             } else {
                 NodeNumber from = a, to = b;
-                for (const PartedSides& parted : opened_.partings)
-                    follow_side(parted, from, to);
+                follow_side(opened_.parted, from, to);
                 stand_on({from, from});
                 list({to, to}, step);
             }

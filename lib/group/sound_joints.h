@@ -1,7 +1,7 @@
 // Joints of the sound cut: the ground is parted along a line, there and only there. A node of the line gets a
 // twin where the elements round it fall into two parts, and one for each further part where the line crosses
 // or meets itself; the toe of an open joint, where they hang together behind the line, stays one node and
-// closes the last joint element.
+// closes the last joint element, until another line comes there and parts the ground.
 #pragma once
 
 #include <cstdint>
@@ -32,7 +32,7 @@ struct OpenedLine {
     SoundLine line;
     std::vector<NodeNumber> twins;
     std::vector<MovedElement> moved;
-    std::vector<PartedSides> partings;  // one after the other
+    PartedSides parted;
 };
 
 // A mesh file of the temperature and head kinds shows the negative IDH of its joints as its absolute value

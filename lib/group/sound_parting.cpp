@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "group/engine_mesh.h"
-#include "group/joints.h"
 #include "mesh/attributes.h"
 
 namespace brelan {
@@ -19,49 +18,6 @@ std::vector<NodeNumber> ring_of(const Mesh& mesh, ElementNumber e) {
     while (ring.size() > 1 && ring.front() == ring.back())
         ring.pop_back();
     return ring;
-}
-
-// The other end of the line of a joint that closes at a node; none of another element. `is_last` tells that
-// it closes at the end of its piece of the line.
-NodeNumber toe_from(const Mesh& mesh, ElementNumber e, NodeNumber node, bool& is_last) {
-    const Corners c = corners_of(mesh, e);
-    is_last = c.n[1] == node && c.n[2] == node;
-    const bool is_first = c.n[0] == node && c.n[3] == node;
-    if (!is_joint(mesh, e) || is_last == is_first)
-        return {};
-    return is_last ? c.n[0] : c.n[1];
-}
-
-// Gives the left side of a joint that closes at a node a node of its own.
-void open_toe_of(Mesh& mesh, Engine& engine, ElementNumber toe, NodeNumber node, bool is_last,
-                 const std::set<ElementNumber>& left, PartedSides& parted) {
-    const NodeNumber twin = add_twin(mesh, engine, node, node_point(mesh, node));
-    for (const Wedge& wedge : wedges_at(mesh, engine, node))
-        if (left.count(wedge.element) != 0 && wedge.element != toe)
-            parted[{node, wedge.before}] = parted[{node, wedge.behind}] = twin;
-    std::vector<std::pair<ElementNumber, Corners>> altered;
-    for (const ElementNumber e : elements_with(engine, {&node, 1})) {
-        Corners corners = corners_of(mesh, e);
-        if (e == toe) {
-            corners.n[is_last ? 2 : 3] = twin;
-        } else if (mesh.type[e] == ELEMENT_CONTINUUM) {
-            if (left.count(e) == 0)
-                continue;
-            std::replace(corners.n, corners.n + 4, node, twin);
-        } else {
-            // A line element goes with the ground beside it.
-            const NodeNumber other = corners.n[0] == node ? corners.n[1] : corners.n[0];
-            const std::vector<ElementNumber> solids =
-                users_of(mesh, engine, side_between(node, other)).solids;
-            if (std::none_of(solids.begin(), solids.end(),
-                             [&](ElementNumber user) { return left.count(user) != 0; }))
-                continue;
-            std::replace(corners.n, corners.n + 4, node, twin);
-        }
-        altered.emplace_back(e, corners);
-    }
-    for (const auto& [e, corners] : altered)
-        set_corners(mesh, engine, e, corners);
 }
 
 // The node that a side has now; none where the side is not known.
@@ -92,6 +48,19 @@ bool has_short_side(const Mesh& mesh, ElementNumber e, NodeNumber a, NodeNumber 
     const Corners c = corners_of(mesh, e);
     return is_joint(mesh, e) && (side_between(c.n[1], c.n[2]) == side_between(a, b) ||
                                  side_between(c.n[3], c.n[0]) == side_between(a, b));
+}
+
+std::vector<Toe> toes_at(const Mesh& mesh, const Engine& engine, NodeNumber node) {
+    std::vector<Toe> toes;
+    for (const ElementNumber e : elements_with(engine, {&node, 1})) {
+        if (mesh.type[e] != ELEMENT_CONTINUUM || !is_joint(mesh, e))
+            continue;
+        const Corners c = corners_of(mesh, e);
+        const bool ends = c.n[1] == node && c.n[2] == node, begins = c.n[0] == node && c.n[3] == node;
+        if (ends != begins)
+            toes.push_back({e, ends ? c.n[0] : c.n[1], ends ? 1U : 0U, ends ? 2U : 3U});
+    }
+    return toes;
 }
 
 std::optional<std::size_t> Sectors::left_of(NodeNumber other) const {
@@ -193,30 +162,6 @@ void follow_parting(std::vector<NodeNumber>& nodes, std::vector<NodeNumber>& twi
     nodes = std::move(nodes_now);
     if (!twins.empty())
         twins = std::move(twins_now);
-}
-
-PartedSides open_toe(Mesh& mesh, Engine& engine, NodeNumber node) {
-    PartedSides parted;
-    for (const ElementNumber e : elements_with(engine, {&node, 1})) {
-        bool is_last = false;
-        const NodeNumber from = toe_from(mesh, e, node, is_last);
-        if (from.is_none())
-            continue;
-        const Sectors sectors = sectors_at(mesh, engine, node, {from});
-        // The way is that of the joint's line: to the node where it ends there, from it where it begins.
-        const auto left = is_last ? sectors.right_of(from) : sectors.left_of(from);
-        const auto right = is_last ? sectors.left_of(from) : sectors.right_of(from);
-        if (!left || !right || *left == *right)
-            continue;
-        std::set<ElementNumber> elements;
-        for (std::size_t w = 0; w < sectors.wedges.size(); ++w)
-            if (sectors.of[w] == *left)
-                elements.insert(sectors.wedges[w].element);
-        parted[{node, from}] = node;
-        open_toe_of(mesh, engine, e, node, is_last, elements, parted);
-        parted[{node, from}] = node;
-    }
-    return parted;
 }
 
 }  // namespace brelan

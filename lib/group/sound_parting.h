@@ -27,6 +27,15 @@ std::vector<Wedge> wedges_at(const Mesh& mesh, const Engine& engine, NodeNumber 
 // True for a side of a joint that lies across its line.
 bool has_short_side(const Mesh& mesh, ElementNumber e, NodeNumber a, NodeNumber b);
 
+// A joint that closes at a node: the corners that lie there, on its line and to the left of that, and the
+// other end of its line.
+struct Toe {
+    ElementNumber element;
+    NodeNumber from;
+    std::size_t corner, left_corner;
+};
+std::vector<Toe> toes_at(const Mesh& mesh, const Engine& engine, NodeNumber node);
+
 // The wedges of a node in the sectors that lines through it make of them: those that hang together round it
 // without crossing a line.
 struct Sectors {
@@ -56,9 +65,5 @@ void follow_parting(Drawn& drawn, const PartedSides& parted);
 // now, the line has both.
 void follow_parting(std::vector<NodeNumber>& nodes, std::vector<NodeNumber>& twins, bool closed,
                     const PartedSides& parted);
-
-// Opens the joints that close at a node where the ground to their two sides does not hang together any more.
-// Gives what became of its sides.
-PartedSides open_toe(Mesh& mesh, Engine& engine, NodeNumber node);
 
 }  // namespace brelan
