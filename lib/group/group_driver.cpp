@@ -238,8 +238,10 @@ private:
         const CutPlan plan = cut_soundly(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_,
                                          loaded_, path, segments);
         for (JointRecord& record : records_) {
-            follow_sides(record.nodes, record.closed == 1, plan);
-            follow_sides(record.twins, record.closed == 1, plan);
+            if (record.twins.empty())
+                follow_sides(record.nodes, record.closed == 1, plan);
+            else
+                follow_sides(record.nodes, record.twins, record.closed == 1, plan);
         }
         for (ListingRow& row : listing_.rows)
             follow_sides(row.nodes, row.closed == 1, plan);

@@ -126,7 +126,8 @@ private:
         }
     }
 
-    // The right of the first edge keeps the node; each other sector beside an edge gets one.
+    // The ground that lies to the right of all edges that it meets keeps the node: a width does not move it.
+    // Each other sector beside an edge gets one.
     void part(NodeNumber node) {
         Knot& knot = knots_.at(node);
         if (!knot.nodes.empty() || knot.beyond)
@@ -138,6 +139,18 @@ private:
         for (const Toe& toe : knot.toes)
             lines.insert(toe.from);
         knot.sectors = sectors_at(mesh_, engine_, node, lines);
+        std::vector<std::optional<std::size_t>> rights, lefts;
+        for (const std::size_t k : edges_) {
+            const bool begins = line_.nodes[k] == node;
+            if (!begins && line_.behind(k) != node)
+                continue;
+            const NodeNumber other = begins ? line_.behind(k) : line_.nodes[k];
+            rights.push_back(beside(knot, node, other, begins ? Hand::right : Hand::left));
+            lefts.push_back(beside(knot, node, other, begins ? Hand::left : Hand::right));
+        }
+        const auto keeper = std::find_if(rights.begin(), rights.end(), [&](const auto& sector) {
+            return std::find(lefts.begin(), lefts.end(), sector) == lefts.end();
+        });
         const auto take = [&](std::optional<std::size_t> sector, bool keeps) {
             if (sector ? knot.nodes.count(*sector) != 0 : knot.beyond.has_value())
                 return;
@@ -147,15 +160,10 @@ private:
             else
                 knot.beyond = now;
         };
-        bool is_first = true;
-        for (const std::size_t k : edges_) {
-            const bool begins = line_.nodes[k] == node;
-            if (!begins && line_.behind(k) != node)
-                continue;
-            const NodeNumber other = begins ? line_.behind(k) : line_.nodes[k];
-            take(beside(knot, node, other, begins ? Hand::right : Hand::left), is_first);
-            take(beside(knot, node, other, begins ? Hand::left : Hand::right), false);
-            is_first = false;
+        take(keeper == rights.end() ? rights.front() : *keeper, true);
+        for (std::size_t l = 0; l < rights.size(); ++l) {
+            take(rights[l], false);
+            take(lefts[l], false);
         }
         for (const Toe& toe : knot.toes) {
             if (const auto right = right_of(knot, toe))
@@ -335,11 +343,14 @@ private:
             if (const auto edge = pairs_.find(k); edge != pairs_.end()) {
                 stand_on(edge->second.from);
                 list(edge->second.to, step);
-            } else if (step == Step::place || step == Step::gap || repeats_.count(k) != 0) {
+            } else if (repeats_.count(k) != 0) {
+                here.reset();
+                by = Step::gap;
+            } else if (step == Step::place || step == Step::gap) {
                 if (!here)
                     stand_on({a, a});
                 here.reset();
-                by = step == Step::place ? step : Step::gap;
+                by = step;
             } else {
                 NodeNumber from = a, to = b;
                 follow_side(opened_.parted, from, to);
@@ -348,7 +359,7 @@ private:
             }
         }
         if (!line.closed) {
-            if (!here)
+            if (!here && repeats_.count(line_.steps.size() - 1) == 0)
                 stand_on({line_.nodes.back(), line_.nodes.back()});
             return;
         }

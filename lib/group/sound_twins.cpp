@@ -72,7 +72,7 @@ public:
             return at;
         if (!before || !behind) {
             const Vector n = before ? *before : *behind;
-            return moved(at, end_shift(k, n));
+            return end_place(k, n);
         }
         if (const std::optional<Vector> shift = border_shift(k, *before, *behind))
             return moved(at, *shift);
@@ -100,7 +100,7 @@ private:
     Point place_between(std::size_t k, const std::vector<JointEdge>& edges) const {
         const JointEdge& one = edges.front();
         if (edges.size() == 1)
-            return moved(one.from, end_shift(k, one.left));
+            return end_place(k, one.left);
         const JointEdge& two = edges.back();
         const double turn = one.left.x * two.left.y - one.left.y * two.left.x;
         // How far both lie to the left of the first one's start.
@@ -168,7 +168,7 @@ private:
                 const NodeNumber other = behind ? wedge.behind : wedge.before;
                 if (is_joint(mesh_, wedge.element) || is_shared(other, behind))
                     continue;
-                const Point at = node_point(mesh_, nodes_[k]), to = node_point(mesh_, other);
+                const Point at = node_point(mesh_, twins_[k]), to = node_point(mesh_, other);
                 const double dx = static_cast<double>(to.x) - static_cast<double>(at.x);
                 const double dy = static_cast<double>(to.y) - static_cast<double>(at.y);
                 const double length = std::sqrt(dx * dx + dy * dy);
@@ -186,12 +186,20 @@ private:
         return Vector{width_ / rise * border.x, width_ / rise * border.y};
     }
 
-    // At an end the twin goes along the border of the ground it belongs to, where there is one.
-    Vector end_shift(std::size_t k, const Vector& n) const {
+    // At an end the twin goes along the border of the ground it belongs to, where there is one. The line's
+    // own node may have gone along the line, which does not matter to the way from it.
+    Point end_place(std::size_t k, const Vector& n) const {
+        const Point at = node_point(mesh_, nodes_[k]), twin = node_point(mesh_, twins_[k]);
+        const bool has_gone = uses_.count(nodes_[k]) != 0;
+        const double off = has_gone ? n.x * (static_cast<double>(twin.x) - static_cast<double>(at.x)) +
+                                          n.y * (static_cast<double>(twin.y) - static_cast<double>(at.y))
+                                    : 0.0;
         for (const Vector& border : border_at(k))
-            if (const std::optional<Vector> shift = shift_along(border, n))
-                return *shift;
-        return {width_ * n.x, width_ * n.y};
+            if (const std::optional<Vector> shift = shift_along(border, n)) {
+                const double share = (width_ - off) / width_;
+                return moved(has_gone ? twin : at, {share * shift->x, share * shift->y});
+            }
+        return moved(at, {width_ * n.x, width_ * n.y});
     }
 
     // A bend at the border: one border is followed. Between two the ground of the twin hangs together in it
