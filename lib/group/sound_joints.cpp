@@ -255,8 +255,7 @@ private:
         const Point at = node_point(mesh_, node), to = node_point(mesh_, other);
         for (std::size_t w = 0; w < sectors.wedges.size(); ++w) {
             const Wedge& wedge = sectors.wedges[w];
-            if (is_solid(mesh_, wedge.element) &&
-                orientation(at, node_point(mesh_, wedge.behind), to) >= 0 &&
+            if (is_solid(mesh_, wedge.element) && orientation(at, node_point(mesh_, wedge.behind), to) >= 0 &&
                 orientation(at, to, node_point(mesh_, wedge.before)) >= 0)
                 return node_of(knot, node, sectors.of[w]);
         }
@@ -264,8 +263,8 @@ private:
         for (const std::size_t k : edges_) {
             if (line_.nodes[k] != node && line_.behind(k) != node)
                 continue;
-            const bool is_left = orientation(node_point(mesh_, line_.nodes[k]),
-                                             node_point(mesh_, line_.behind(k)), to) >= 0;
+            const bool is_left =
+                orientation(node_point(mesh_, line_.nodes[k]), node_point(mesh_, line_.behind(k)), to) >= 0;
             const EdgePairs& pairs = pairs_.at(k);
             const NodePair& pair = line_.nodes[k] == node ? pairs.from : pairs.to;
             return is_left == (engine_.side_sign[e] >= 0) ? pair.left : pair.right;

@@ -135,7 +135,8 @@ void follow_parting(std::vector<NodeNumber>& nodes, std::vector<NodeNumber>& twi
                     const PartedSides& parted) {
     std::vector<NodeNumber> nodes_now, twins_now;
     const std::size_t c = nodes.size();
-    const auto seen_from = [&](const std::vector<NodeNumber>& line, std::size_t k, std::optional<std::size_t> l) {
+    const auto seen_from = [&](const std::vector<NodeNumber>& line, std::size_t k,
+                               std::optional<std::size_t> l) {
         return l ? node_now(parted, line[k], line[*l]) : NodeNumber{};
     };
     for (std::size_t k = 0; k < c; ++k) {

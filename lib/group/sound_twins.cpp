@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <map>
 #include <optional>
@@ -39,6 +40,7 @@ public:
     TwinPlaces(const Mesh& mesh, const Engine& engine, const JointRecord& record, double tolerance)
         : mesh_(mesh),
           engine_(engine),
+          group_(record.group),
           nodes_(record.nodes),
           twins_(record.twins),
           closed_(record.closed == 1),
@@ -52,7 +54,8 @@ public:
             for (const int step : {-1, 1}) {
                 if (!closed_ && (step < 0 ? k == 0 : k + 1 == c))
                     continue;
-                const std::optional<Vector> left = normal_to(k, step < 0 ? (k + c - 1) % c : (k + 1) % c, step);
+                const std::optional<Vector> left =
+                    normal_to(k, step < 0 ? (k + c - 1) % c : (k + 1) % c, step);
                 if (!left)
                     continue;
                 const Point at = node_point(mesh, nodes_[k]);
@@ -92,9 +95,9 @@ private:
     // True for the node of ground between two parts of the line that cross or meet there.
     bool is_between_lines(std::size_t k) const {
         const auto& edges = edges_.at(twins_[k]);
-        return width_ > 0.0 &&
-               (uses_.at(twins_[k]) > 1 ||
-                std::any_of(edges.begin(), edges.end(), [](const JointEdge& edge) { return edge.off == 0.0; }));
+        return width_ > 0.0 && (uses_.at(twins_[k]) > 1 ||
+                                std::any_of(edges.begin(), edges.end(),
+                                            [](const JointEdge& edge) { return edge.off == 0.0; }));
     }
 
     Point place_between(std::size_t k, const std::vector<JointEdge>& edges) const {
@@ -104,17 +107,19 @@ private:
         const JointEdge& two = edges.back();
         const double turn = one.left.x * two.left.y - one.left.y * two.left.x;
         // How far both lie to the left of the first one's start.
-        const double to_two = two.left.x * (static_cast<double>(two.from.x) - static_cast<double>(one.from.x)) +
-                              two.left.y * (static_cast<double>(two.from.y) - static_cast<double>(one.from.y)) +
-                              two.off;
+        const double to_two =
+            two.left.x * (static_cast<double>(two.from.x) - static_cast<double>(one.from.x)) +
+            two.left.y * (static_cast<double>(two.from.y) - static_cast<double>(one.from.y)) + two.off;
         // Edges in one line meet everywhere.
-        if (std::abs(turn) < 1.0E-6)
+        if (std::abs(turn) < 1.0E-6 && one.off == two.off)
             return moved(one.from, {one.off * one.left.x, one.off * one.left.y});
         const Vector meeting{(one.off * two.left.y - to_two * one.left.y) / turn,
                              (to_two * one.left.x - one.off * two.left.x) / turn};
-        const double length = std::sqrt(meeting.x * meeting.x + meeting.y * meeting.y);
-        const double share = std::min(1.0, 2.0 * LONGEST_MITRE * width_ / std::max(length, width_));
-        return moved(one.from, {share * meeting.x, share * meeting.y});
+        if (std::abs(turn) < 1.0E-6 || meeting.x * meeting.x + meeting.y * meeting.y >
+                                           4.0 * LONGEST_MITRE * LONGEST_MITRE * width_ * width_)
+            fail("group " + std::to_string(group_) + ": its joint of width " + std::to_string(width_) +
+                 " leaves no room between two parts of its line at " + text_of(one.from));
+        return moved(one.from, meeting);
     }
 
     static Point moved(const Point& at, const Vector& by) {
@@ -216,6 +221,7 @@ private:
 
     const Mesh& mesh_;
     const Engine& engine_;
+    std::int32_t group_;
     std::span<const NodeNumber> nodes_, twins_;
     bool closed_;
     double width_, tolerance_;
