@@ -1,5 +1,6 @@
 #include "group/group_driver.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <optional>
 #include <span>
@@ -116,14 +117,25 @@ private:
     SoundLine line_of(const Path& path, OutlineUse use, bool has_no_segments) {
         SoundLine line;
         line.closed = path.closed;
-        if (use == OutlineUse::free_line && !has_no_segments)
+        if (use == OutlineUse::free_line && !has_no_segments) {
             line.nodes = list_free_nodes(mesh_, tolerances_, engine_, path);
-        else if (use != OutlineUse::free_line && method_ == CutMethod::by_rules)
+            if (method_ == CutMethod::sound)
+                leave_out_repeats(line);
+        }
+        if (use != OutlineUse::free_line && method_ == CutMethod::by_rules)
             line.nodes = list_path_nodes(mesh_, tolerances_, engine_, path);
         else if (use != OutlineUse::free_line)
             line = sound_line(mesh_, engine_, list_all_path_nodes(mesh_, tolerances_, engine_, path), path,
                               static_cast<double>(tolerances_.line));
         return line;
+    }
+
+    // Points that are one node draw nothing between them.
+    static void leave_out_repeats(SoundLine& line) {
+        line.nodes.erase(std::unique(line.nodes.begin(), line.nodes.end()), line.nodes.end());
+        while (line.closed && line.nodes.size() > 1 && line.nodes.front() == line.nodes.back())
+            line.nodes.pop_back();
+        line.closed = line.closed && line.nodes.size() > 2;
     }
 
     // Works on the mesh and writes the record to "JOINT.TMP".
