@@ -17,20 +17,6 @@ namespace brelan {
 
 namespace {
 
-struct Beside {
-    bool left = false, right = false;
-};
-
-// Whether there is ground to the left and to the right of the way from A to B.
-Beside ground_beside(const Mesh& mesh, const Engine& engine, NodeNumber a, NodeNumber b) {
-    Beside sides;
-    for (const Wedge& wedge : wedges_at(mesh, engine, a)) {
-        sides.left = sides.left || wedge.behind == b;
-        sides.right = sides.right || wedge.before == b;
-    }
-    return sides;
-}
-
 std::string name_of(std::span<const JointRecord> records, NodeNumber a, NodeNumber b) {
     const auto has = [](const std::vector<NodeNumber>& nodes, NodeNumber n) {
         return std::find(nodes.begin(), nodes.end(), n) != nodes.end();
@@ -117,8 +103,8 @@ private:
             if (is_long_side_of_joint(mesh_, engine_, a, b))
                 fail(group_ + way_text(k) + " there is " + name_of(records, a, b) +
                      " already; expected one joint along a line");
-            const Beside ground = ground_beside(mesh_, engine_, a, b);
-            if (!(ground.left || material_.outer_line) || !(ground.right || material_.inner_line))
+            const Sectors ground = sectors_at(mesh_, engine_, a, {});
+            if (!(ground.left_of(b) || material_.outer_line) || !(ground.right_of(b) || material_.inner_line))
                 continue;
             edges_.push_back(k);
             knots_[a].lines.insert(b);
