@@ -86,7 +86,7 @@ void show_text(const Context& context, const DeckCheck& report) {
             report.edition.number, name_of(report.edition.kind)));
 }
 
-void show_dry_run(const Context& context, const DeckCheck& report, const DryRun& ran) {
+void show_dry_run(const Context& context, const DeckCheck& report, CutMethod cut, const DryRun& ran) {
     const std::string file = printable(report.deck.file.string());
     if (ran.status != STATUS_OK) {
         error_line(ran.message);
@@ -96,7 +96,11 @@ void show_dry_run(const Context& context, const DeckCheck& report, const DryRun&
         print(fmt::format("{}: dry run finished in {:.1f} s\n", file, ran.seconds));
     if (ran.mesh && (!context.quiet || !ran.sound() || !ran.remarks.empty()))
         print(
-            mesh_summary({*ran.mesh, {}, has_cut(report.deck) ? report.deck.file : fs::path{}, ran.remarks}));
+            mesh_summary({*ran.mesh,
+                          {},
+                          cut == CutMethod::by_rules && has_cut(report.deck) ? report.deck.file : fs::path{},
+                          ran.remarks,
+                          cut}));
 }
 
 // --- JSON ----------------------------------------------------------------------------------------
@@ -186,10 +190,13 @@ int check(const CheckOptions& options, const Context& context) {
     const fs::path work = options.work.empty() ? fs::path{} : project / options.work;
     const Edition edition = edition_of_deck(source, project, work, options.edition).edition;
     const DeckPlace place{project, work};
-    const DeckCheck report = check_of(read_deck(source, edition.kind), edition, place);
+    DeckCheck report = check_of(read_deck(source, edition.kind), edition, place);
+    const CutMethod cut = options.cut == Cut::sound ? CutMethod::sound : CutMethod::by_rules;
+    if (cut == CutMethod::sound)
+        std::erase_if(report.doubts, is_of_rules);
     std::optional<DryRun> ran;
     if (options.dry_run && report.verdict.status == 0)
-        ran = dry_run(report, place, context.program);
+        ran = dry_run(report, place, cut, context.program);
     if (options.json) {
         Json json = report_json(report);
         if (options.dry_run)
@@ -198,7 +205,7 @@ int check(const CheckOptions& options, const Context& context) {
     } else {
         show_text(context, report);
         if (ran)
-            show_dry_run(context, report, *ran);
+            show_dry_run(context, report, cut, *ran);
     }
     if (options.json && report.verdict.status != 0)
         error_line(report.verdict.message);

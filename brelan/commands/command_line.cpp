@@ -155,6 +155,7 @@ void add_check(Parser& parser) {
                    R"(  brelan check pit.dat                 every card with its fields, and what may be wrong
   brelan check -q pit.dat              only what may be wrong
   brelan check --dry-run pit.dat       and whether the mesh would be sound
+  brelan check --cut sound pit.dat     what may be wrong when the sound cut is asked for
   brelan check --json pit.dat | jq '.warnings[].message'
 )",
                    check);
@@ -164,6 +165,12 @@ void add_check(Parser& parser) {
             "--work", options->work,
             "Directory of the project that the run will work in; without it the run has one of its own")
         ->option_text("NAME");
+    command
+        ->add_option("--cut", options->cut,
+                     "For which cut along drawn lines: rules (default) or sound; as run --cut has it")
+        ->transform(
+            CLI::Transformer(std::map<std::string, Cut>{{"rules", Cut::rules}, {"sound", Cut::sound}}))
+        ->option_text("CUT");
     command->add_flag("--dry-run", options->dry_run,
                       "Run the deck in memory as well: no file is written, the mesh is looked at");
     command->add_flag("--json", options->json, "For programs");

@@ -30,6 +30,7 @@ int new_deck(const NewOptions& options, const Context& context);
 
 struct CheckOptions {
     std::string deck, project, work;
+    Cut cut = Cut::rules;
     bool json = false, strict = false, dry_run = false;
     EditionOptions edition;
 };

@@ -68,11 +68,12 @@ bool DryRun::sound() const {
     return status == STATUS_OK && (!mesh || check_soundness(*mesh, corners_of(*mesh)).sound());
 }
 
-DryRun dry_run(const DeckCheck& check, const DeckPlace& place, const fs::path& program) {
+DryRun dry_run(const DeckCheck& check, const DeckPlace& place, CutMethod cut, const fs::path& program) {
     const NotedDeck& deck = check.deck;
     const Edition& edition = check.edition;
     RunInput input;
     input.edition = edition.number;
+    input.cut = cut;
     input.deck_name = DECK_NAME;
     {
         const DataDirectory data(program, edition, place.project);

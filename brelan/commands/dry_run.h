@@ -8,6 +8,7 @@
 
 #include "analysis/mesh_lists.h"
 #include "commands/checking/deck_check.h"
+#include "mesh/cut_method.h"
 
 namespace brelan::tool {
 
@@ -23,7 +24,9 @@ struct DryRun {
     bool sound() const;
 };
 
-// Runs a checked deck with the meshes of its place and the package's data, which lie near the program.
-DryRun dry_run(const DeckCheck& check, const DeckPlace& place, const std::filesystem::path& program);
+// Runs a checked deck by a cut, with the meshes of its place and the package's data, which lie near the
+// program.
+DryRun dry_run(const DeckCheck& check, const DeckPlace& place, CutMethod cut,
+               const std::filesystem::path& program);
 
 }  // namespace brelan::tool

@@ -60,9 +60,8 @@ void refuse_harmful_result(const NotedDeck& deck, const fs::path& project, const
 // one is asked for.
 void warn(const Remark& remark, const DeckCheck& check, Cut cut, bool work_is_left) {
     for (const Doubt& doubt : check.doubts) {
-        if ((cut == Cut::sound && (doubt.id == "zone-cut-off" || doubt.id == "may-be-unsound")) ||
-            doubt.ends_run || doubt.id == "other-kind" || doubt.id == "byte-order-mark" ||
-            (doubt.id == "lost-result" && work_is_left))
+        if ((cut == Cut::sound && is_of_rules(doubt)) || doubt.ends_run || doubt.id == "other-kind" ||
+            doubt.id == "byte-order-mark" || (doubt.id == "lost-result" && work_is_left))
             continue;
         const std::string line = doubt.line > 0 ? fmt::format(", line {}", doubt.line) : "";
         remark(fmt::format("{}{}: warning: {}", check.deck.file.string(), line, doubt.message));

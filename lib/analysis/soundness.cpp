@@ -127,6 +127,16 @@ void count_parts(SoundnessWork& work) {
 
 }  // namespace
 
+PlacedNodes SoundnessWork::nodes_of_solids() const {
+    PlacedNodes placed;
+    for (std::size_t n = 0; n < of_solid.size(); ++n)
+        if (of_solid[n] != 0) {
+            placed.nodes.push_back(static_cast<std::int32_t>(n));
+            placed.points.push_back(mesh.point(placed.nodes.back()));
+        }
+    return placed;
+}
+
 bool SoundnessWork::is_side(std::int32_t a, std::int32_t b) const {
     const std::pair wanted{std::min(a, b), std::max(a, b)};
     const auto found =

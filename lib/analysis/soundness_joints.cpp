@@ -203,13 +203,9 @@ private:
 
     // Where a joint runs on over a node, the ground is not parted there.
     void find_nodes_within() {
-        std::vector<std::int32_t> nodes;
-        std::vector<Position> points;
-        for (std::size_t n = 0; n < work_.of_solid.size(); ++n)
-            if (work_.of_solid[n] != 0) {
-                nodes.push_back(static_cast<std::int32_t>(n));
-                points.push_back(work_.mesh.point(nodes.back()));
-            }
+        const PlacedNodes of_solids = work_.nodes_of_solids();
+        const std::vector<std::int32_t>& nodes = of_solids.nodes;
+        const std::vector<Position>& points = of_solids.points;
         const PositionGrid grid(points);
         for (const Joint& j : whole_) {
             std::vector<std::int32_t> told;  // a joint of no width meets a node with both sides

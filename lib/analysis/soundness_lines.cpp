@@ -154,13 +154,9 @@ private:
 
     // Nodes of solids within elements. A single one between two sides was meant to be a node of the line.
     void find_nodes_within() {
-        std::vector<std::int32_t> nodes;
-        std::vector<Position> points;
-        for (std::size_t n = 0; n < work_.of_solid.size(); ++n)
-            if (work_.of_solid[n] != 0) {
-                nodes.push_back(static_cast<std::int32_t>(n));
-                points.push_back(work_.mesh.point(static_cast<std::int32_t>(n)));
-            }
+        const PlacedNodes of_solids = work_.nodes_of_solids();
+        const std::vector<std::int32_t>& nodes = of_solids.nodes;
+        const std::vector<Position>& points = of_solids.points;
         const PositionGrid grid(points);
         std::vector<std::pair<std::size_t, std::int32_t>> within;  // line, node
         std::vector<std::uint8_t> missed(work_.mesh.nodes.size(), 0);

@@ -117,13 +117,7 @@ void find_hanging_nodes(SoundnessWork& work) {
 }
 
 void find_coincident_nodes(SoundnessWork& work) {
-    std::vector<std::int32_t> nodes;
-    std::vector<Position> points;
-    for (std::size_t n = 0; n < work.of_solid.size(); ++n)
-        if (work.of_solid[n] != 0) {
-            nodes.push_back(static_cast<std::int32_t>(n));
-            points.push_back(work.mesh.point(static_cast<std::int32_t>(n)));
-        }
+    const auto [nodes, points] = work.nodes_of_solids();
     const std::vector<std::int32_t> cluster = cluster_points(points, same_place(work));
     for (std::size_t k = 0; k < nodes.size(); ++k) {
         const std::int32_t first = nodes[work.at(cluster[k])];

@@ -15,6 +15,12 @@ struct ClosedSide {
     std::int32_t element = 0, from = 0, to = 0;  // place of the element; its own corners
 };
 
+// Nodes with their places, for searches by place.
+struct PlacedNodes {
+    std::vector<std::int32_t> nodes = {};  // by node place
+    std::vector<Position> points = {};
+};
+
 struct SoundnessWork {
     const MeshLists& mesh;
     const std::vector<CornerPlaces>& corners;
@@ -37,6 +43,8 @@ struct SoundnessWork {
     std::vector<Place>& places(Check check) {
         return result.findings[static_cast<std::size_t>(check)].places;
     }
+
+    PlacedNodes nodes_of_solids() const;
 
     // True when two nodes with joints closed are the ends of a side of a solid.
     bool is_side(std::int32_t a, std::int32_t b) const;

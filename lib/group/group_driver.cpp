@@ -1,5 +1,6 @@
 #include "group/group_driver.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <optional>
 #include <span>
@@ -16,6 +17,7 @@
 #include "group/regions.h"
 #include "group/sound_cut.h"
 #include "group/sound_joints.h"
+#include "group/sound_twins.h"
 #include "mesh/kinds.h"
 #include "plane/path.h"
 #include "text/channel_numbers.h"
@@ -115,14 +117,25 @@ private:
     SoundLine line_of(const Path& path, OutlineUse use, bool has_no_segments) {
         SoundLine line;
         line.closed = path.closed;
-        if (use == OutlineUse::free_line && !has_no_segments)
+        if (use == OutlineUse::free_line && !has_no_segments) {
             line.nodes = list_free_nodes(mesh_, tolerances_, engine_, path);
-        else if (use != OutlineUse::free_line && method_ == CutMethod::by_rules)
+            if (method_ == CutMethod::sound)
+                leave_out_repeats(line);
+        }
+        if (use != OutlineUse::free_line && method_ == CutMethod::by_rules)
             line.nodes = list_path_nodes(mesh_, tolerances_, engine_, path);
         else if (use != OutlineUse::free_line)
             line = sound_line(mesh_, engine_, list_all_path_nodes(mesh_, tolerances_, engine_, path), path,
                               static_cast<double>(tolerances_.line));
         return line;
+    }
+
+    // Points that are one node draw nothing between them.
+    static void leave_out_repeats(SoundLine& line) {
+        line.nodes.erase(std::unique(line.nodes.begin(), line.nodes.end()), line.nodes.end());
+        while (line.closed && line.nodes.size() > 1 && line.nodes.front() == line.nodes.back())
+            line.nodes.pop_back();
+        line.closed = line.closed && line.nodes.size() > 2;
     }
 
     // Works on the mesh and writes the record to "JOINT.TMP".
@@ -138,21 +151,20 @@ private:
         record.nodes = line.nodes;
         // A free line is strung as it is drawn.
         const bool in_pieces = method_ == CutMethod::sound && use_of(group) != OutlineUse::free_line;
-        const std::vector<LinePiece> pieces = in_pieces ? pieces_of(line) : std::vector<LinePiece>{};
         const auto add_line = [&](std::int32_t line_type, MaterialNumber line_material,
-                                  const std::vector<NodeNumber>& nodes) {
+                                  const SoundLine& along) {
             if (!in_pieces) {
-                add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, line.closed, line_type,
-                                  line_material, nodes);
+                add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, along.closed, line_type,
+                                  line_material, along.nodes);
                 return;
             }
             if (group.freezes_nodes == 1)
-                for (const NodeNumber node : nodes)
+                for (const NodeNumber node : along.nodes)
                     engine_.frozen[node] = 1;
-            for (const LinePiece& piece : pieces) {
+            for (const LinePiece& piece : pieces_of(along)) {
                 std::vector<NodeNumber> strung;
                 for (const std::size_t k : piece.places)
-                    strung.push_back(nodes[k]);
+                    strung.push_back(along.nodes[k]);
                 add_line_elements(mesh_, engine_, listing_, group.freezes_nodes, piece.closed, line_type,
                                   line_material, strung);
             }
@@ -162,7 +174,7 @@ private:
             const bool listed = record.inner_line_type != 0 && record.inner_line_material != MaterialNumber{};
             if (listed)
                 write_joint_record(channels_.at(CHANNEL_JOINT), record);
-            add_line(record.inner_line_type, record.inner_line_material, line.nodes);
+            add_line(record.inner_line_type, record.inner_line_material, line);
             if (listed)
                 lines.record = std::move(record);
             return lines;
@@ -175,25 +187,43 @@ private:
         JointMaterial joint;
         joint.material = MaterialNumber(to_integer(material.joint_material));
         joint.attribute = held_joint_attribute(mesh_.kind, material.joint_attribute);
+        joint.thickness = record.joint_thickness;
         joint.parts_ground = parts_ground(record);
         joint.inner_line = record.inner_line_type != 0;
         joint.outer_line = record.outer_line_type != 0;
-        lines.moved = add_joint_line(record, line, joint);
-        add_line(record.inner_line_type, record.inner_line_material, line.nodes);
-        add_line(record.outer_line_type, record.outer_line_material, record.twins);
+        SoundLine along = line;
+        lines.moved = add_joint_line(record, along, joint);
+        add_line(record.inner_line_type, record.inner_line_material, along);
+        add_line(record.outer_line_type, record.outer_line_material, twin_line(record, along));
         lines.record = std::move(record);
         return lines;
     }
 
-    // Adds twins and joints along the line of a record. A joint without a width of its own, or in a material
-    // region, parts the ground: gives the elements that were moved.
-    std::vector<MovedElement> add_joint_line(JointRecord& record, const SoundLine& line,
+    // The line along the twins of a joint. Where the ground has no joint one line of elements is enough.
+    static SoundLine twin_line(const JointRecord& record, const SoundLine& line) {
+        SoundLine twins = line;
+        twins.nodes = record.twins;
+        for (std::size_t k = 0; k < twins.steps.size() && record.inner_line_type != 0; ++k)
+            if (twins.nodes[k] == line.nodes[k] && twins.behind(k) == line.behind(k))
+                twins.steps[k] = Step::gap;
+        return twins;
+    }
+
+    // Adds twins and joints along the line of a record, which then follows the ground to its right. A joint
+    // without a width of its own, or in a material region, parts the ground: gives the elements that were
+    // moved.
+    std::vector<MovedElement> add_joint_line(JointRecord& record, SoundLine& line,
                                              const JointMaterial& material) {
         const bool closed = record.closed == 1;
         if (method_ == CutMethod::sound) {
-            OpenedLine opened = open_along(mesh_, engine_, line, record.joint_thickness, material, records_,
-                                           static_cast<double>(tolerances_.line));
+            OpenedLine opened = open_along(mesh_, engine_, line, material, records_);
+            follow_parting(drawn_, opened.parted);
+            for (JointRecord& earlier : records_)
+                follow_parting(earlier.nodes, earlier.twins, earlier.closed == 1, opened.parted);
+            line = std::move(opened.line);
+            record.nodes = line.nodes;
             record.twins = std::move(opened.twins);
+            place_twins(mesh_, engine_, record, static_cast<double>(tolerances_.line));
             write_joint_record(channels_.at(CHANNEL_JOINT), record);
             return std::move(opened.moved);
         }
@@ -220,8 +250,10 @@ private:
         const CutPlan plan = cut_soundly(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_,
                                          loaded_, path, segments);
         for (JointRecord& record : records_) {
-            follow_sides(record.nodes, record.closed == 1, plan);
-            follow_sides(record.twins, record.closed == 1, plan);
+            if (record.twins.empty())
+                follow_sides(record.nodes, record.closed == 1, plan);
+            else
+                follow_sides(record.nodes, record.twins, record.closed == 1, plan);
         }
         for (ListingRow& row : listing_.rows)
             follow_sides(row.nodes, row.closed == 1, plan);

@@ -103,6 +103,26 @@ void follow_sides(std::vector<NodeNumber>& line, bool closed, const CutPlan& pla
     line = std::move(longer);
 }
 
+void follow_sides(std::vector<NodeNumber>& line, std::vector<NodeNumber>& twins, bool closed,
+                  const CutPlan& plan) {
+    std::vector<NodeNumber> longer, longer_twins;
+    for (std::size_t k = 0; k < line.size(); ++k) {
+        longer.push_back(line[k]);
+        longer_twins.push_back(twins[k]);
+        if (k + 1 == line.size() && !closed)
+            break;
+        const std::size_t next = (k + 1) % line.size();
+        const std::vector<NodeNumber> nodes = plan.between(line[k], line[next]);
+        const std::vector<NodeNumber> others = plan.between(twins[k], twins[next]);
+        if (nodes.size() != others.size())
+            continue;
+        longer.insert(longer.end(), nodes.begin(), nodes.end());
+        longer_twins.insert(longer_twins.end(), others.begin(), others.end());
+    }
+    line = std::move(longer);
+    twins = std::move(longer_twins);
+}
+
 double smallest_distance(const Mesh& mesh, const Tolerances& tolerances, const Engine& engine) {
     constexpr double ROUNDING = 1.0 / (1 << 21);  // four units in the last of 24 binary places
     double size = std::max(std::abs(static_cast<double>(engine.limits.left)),

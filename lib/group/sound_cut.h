@@ -26,6 +26,10 @@ CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
 // Puts the nodes that were added between two neighbours of a line into it.
 void follow_sides(std::vector<NodeNumber>& line, bool closed, const CutPlan& plan);
 
+// The same for a line and its twins, between which joints stand: both get as many nodes, or none.
+void follow_sides(std::vector<NodeNumber>& line, std::vector<NodeNumber>& twins, bool closed,
+                  const CutPlan& plan);
+
 // The distance within which things are one: TOLSAME, or what 32 bits can tell apart where that is more.
 double smallest_distance(const Mesh& mesh, const Tolerances& tolerances, const Engine& engine);
 

@@ -1,8 +1,6 @@
 #include "group/sound_joints.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
 #include <map>
 #include <optional>
 #include <set>
@@ -10,174 +8,366 @@
 
 #include "group/engine_mesh.h"
 #include "group/sound_ground.h"
-#include "group/sound_parting.h"
+#include "group/sound_twins.h"
 #include "mesh/attributes.h"
 #include "mesh/kinds.h"
-#include "plane/foot.h"
 #include "plane/orientation.h"
 
 namespace brelan {
 
 namespace {
 
-constexpr double LONGEST_MITRE = 4.0;  // of the joint's width: what a sharp bend gives
-
-bool is_long_side_of_joint(const Mesh& mesh, const Engine& engine, NodeNumber a, NodeNumber b) {
-    const std::vector<ElementNumber> joints = users_of(mesh, engine, side_between(a, b)).joints;
-    return std::any_of(joints.begin(), joints.end(),
-                       [&](ElementNumber e) { return !has_short_side(mesh, e, a, b); });
-}
-
-struct Sides {
-    bool left = false, right = false;
-};
-
-// Whether there is ground to the left and to the right of the way from A to B.
-Sides ground_beside(const Mesh& mesh, const Engine& engine, NodeNumber a, NodeNumber b) {
-    Sides sides;
-    for (const Wedge& wedge : wedges_at(mesh, engine, a)) {
-        sides.left = sides.left || wedge.behind == b;
-        sides.right = sides.right || wedge.before == b;
-    }
-    return sides;
-}
-
 std::string name_of(std::span<const JointRecord> records, NodeNumber a, NodeNumber b) {
     const auto has = [](const std::vector<NodeNumber>& nodes, NodeNumber n) {
         return std::find(nodes.begin(), nodes.end(), n) != nodes.end();
     };
     for (const JointRecord& record : records)
-        if ((has(record.nodes, a) && has(record.nodes, b)) || (has(record.twins, a) && has(record.twins, b)))
+        if (record.group_type < 0 && ((has(record.nodes, a) && has(record.nodes, b)) ||
+                                      (has(record.twins, a) && has(record.twins, b))))
             return "the joint of group " + std::to_string(record.group);
     return "a joint of the mesh";
 }
 
-struct Vector {
-    double x = 0.0, y = 0.0;
+// The nodes to the right and to the left of a line at one of its places.
+struct NodePair {
+    NodeNumber right, left;
+
+    friend bool operator==(const NodePair&, const NodePair&) = default;
 };
 
-// A line with its twins, for the places of these.
-class TwinPlaces {
+// A line at work: where it gets joints, what these part, and the nodes that come of it.
+class Opening {
 public:
-    TwinPlaces(const Mesh& mesh, const Engine& engine, std::span<const NodeNumber> nodes,
-               std::span<const NodeNumber> twins, bool closed, float joint_thickness, double tolerance)
+    Opening(Mesh& mesh, Engine& engine, const SoundLine& line, const JointMaterial& material)
         : mesh_(mesh),
           engine_(engine),
-          nodes_(nodes),
-          twins_(twins),
-          closed_(closed),
-          width_(std::abs(static_cast<double>(joint_thickness))),
-          tolerance_(tolerance) {}
+          line_(line),
+          material_(material),
+          group_("group " + std::to_string(engine.group) + ": ") {}
 
-    Point place(std::size_t k) const {
-        const std::optional<Vector> before = normal(k, -1), behind = normal(k, 1);
-        const Point at = node_point(mesh_, nodes_[k]);
-        if (width_ == 0.0 || (!before && !behind))
-            return at;
-        if (!before || !behind) {
-            const Vector n = before ? *before : *behind;
-            return moved(at, end_shift(k, n));
+    OpenedLine open(std::span<const JointRecord> records) {
+        choose_edges(records);
+        for (const std::size_t k : edges_)
+            for (const NodeNumber node : {line_.nodes[k], line_.behind(k)})
+                if (material_.parts_ground)
+                    part(node);
+        for (const std::size_t k : edges_)
+            pairs_.emplace(k, EdgePairs{pair_at(k, k, line_.behind(k)), pair_at(next(k), k, line_.nodes[k])});
+        require_open();
+        if (material_.parts_ground)
+            move_elements();
+        for (const std::size_t k : edges_) {
+            const auto& [from, to] = pairs_.at(k);
+            add_joint(mesh_, engine_, {{from.right, to.right, to.left, from.left}}, material_.material,
+                      material_.attribute);
         }
-        if (const std::optional<Vector> shift = border_shift(k, *before, *behind))
-            return moved(at, *shift);
-        const double cosine = before->x * behind->x + before->y * behind->y;
-        const Vector sum{before->x + behind->x, before->y + behind->y};
-        const double length = std::sqrt(sum.x * sum.x + sum.y * sum.y);
-        // The shifted edges meet at width / cos(half the bend), which grows without end as the line turns
-        // back.
-        if (2.0 * width_ <= LONGEST_MITRE * width_ * length)
-            return moved(at, {width_ * sum.x / (1.0 + cosine), width_ * sum.y / (1.0 + cosine)});
-        if (length < 1.0E-6)
-            return moved(at, {width_ * before->x, width_ * before->y});
-        return moved(at, {LONGEST_MITRE * width_ * sum.x / length, LONGEST_MITRE * width_ * sum.y / length});
+        list_line();
+        return std::move(opened_);
     }
 
 private:
-    static Point moved(const Point& at, const Vector& by) {
-        return {static_cast<float>(static_cast<double>(at.x) + by.x),
-                static_cast<float>(static_cast<double>(at.y) + by.y)};
+    struct EdgePairs {
+        NodePair from, to;
+    };
+    // A node of the line: its sectors, and the node that each has where it is not the node itself. Where
+    // there is no ground to one side of the line, that side has a node of its own.
+    struct Knot {
+        Sectors sectors;
+        std::set<NodeNumber> lines;  // the other ends of its edges
+        std::vector<Toe> toes;       // of earlier joints, which open where the ground is parted
+        std::map<std::size_t, NodeNumber> nodes;
+        std::optional<NodeNumber> beyond;
+    };
+
+    std::size_t next(std::size_t k) const { return (k + 1) % line_.nodes.size(); }
+
+    std::string way_text(std::size_t k) const {
+        std::string way = "from ";
+        way += text_of(node_point(mesh_, line_.nodes[k]));
+        way += " to ";
+        way += text_of(node_point(mesh_, line_.behind(k)));
+        return way;
     }
 
-    // The left normal of the edge before (-1) or behind (1) a node, edges without length passed over; none
-    // where the ground does not open along it.
-    std::optional<Vector> normal(std::size_t k, int step) const {
-        const std::size_t c = nodes_.size();
-        for (std::size_t count = 0; count + 1 < c; ++count) {
-            if (!closed_ && (step < 0 ? k == 0 : k + 1 == c))
-                return std::nullopt;
-            const std::size_t next = step < 0 ? (k + c - 1) % c : (k + 1) % c;
-            const NodeNumber a = step < 0 ? nodes_[next] : nodes_[k], b = step < 0 ? nodes_[k] : nodes_[next];
-            const Point from = node_point(mesh_, a), to = node_point(mesh_, b);
-            const double dx = static_cast<double>(to.x) - static_cast<double>(from.x);
-            const double dy = static_cast<double>(to.y) - static_cast<double>(from.y);
-            const double length = std::sqrt(dx * dx + dy * dy);
-            if (length >= tolerance_) {
-                if (!is_long_side_of_joint(mesh_, engine_, a, b))
-                    return std::nullopt;
-                return Vector{-dy / length, dx / length};
+    void choose_edges(std::span<const JointRecord> records) {
+        std::set<Side> gone;
+        for (std::size_t k = 0; k < line_.steps.size(); ++k) {
+            const Step step = line_.steps[k];
+            const NodeNumber a = line_.nodes[k], b = line_.behind(k);
+            if (step != Step::side && step != Step::border)
+                continue;
+            if (!gone.insert(side_between(a, b)).second) {
+                repeats_.insert(k);
+                continue;
             }
-            k = next;
+            if (is_long_side_of_joint(mesh_, engine_, a, b))
+                fail(group_ + way_text(k) + " there is " + name_of(records, a, b) +
+                     " already; expected one joint along a line");
+            const Sectors ground = sectors_at(mesh_, engine_, a, {});
+            if (!(ground.left_of(b) || material_.outer_line) || !(ground.right_of(b) || material_.inner_line))
+                continue;
+            edges_.push_back(k);
+            knots_[a].lines.insert(b);
+            knots_[b].lines.insert(a);
         }
+    }
+
+    // The ground that lies to the right of all edges that it meets keeps the node: a width does not move it.
+    // Each other sector beside an edge gets one.
+    void part(NodeNumber node) {
+        Knot& knot = knots_.at(node);
+        if (!knot.nodes.empty() || knot.beyond)
+            return;
+        // Beside a joint of a width they stay closed: its twins move.
+        if (material_.thickness == 0.0F)
+            knot.toes = toes_at(mesh_, engine_, node);
+        std::set<NodeNumber> lines = knot.lines;
+        for (const Toe& toe : knot.toes)
+            lines.insert(toe.from);
+        knot.sectors = sectors_at(mesh_, engine_, node, lines);
+        std::vector<std::optional<std::size_t>> rights, lefts;
+        for (const std::size_t k : edges_) {
+            const bool begins = line_.nodes[k] == node;
+            if (!begins && line_.behind(k) != node)
+                continue;
+            const NodeNumber other = begins ? line_.behind(k) : line_.nodes[k];
+            rights.push_back(beside(knot, node, other, begins ? Hand::right : Hand::left));
+            lefts.push_back(beside(knot, node, other, begins ? Hand::left : Hand::right));
+        }
+        const auto keeper = std::find_if(rights.begin(), rights.end(), [&](const auto& sector) {
+            return std::find(lefts.begin(), lefts.end(), sector) == lefts.end();
+        });
+        const auto take = [&](std::optional<std::size_t> sector, bool keeps) {
+            if (sector ? knot.nodes.count(*sector) != 0 : knot.beyond.has_value())
+                return;
+            const NodeNumber now = keeps ? node : add_twin(mesh_, engine_, node, node_point(mesh_, node));
+            if (sector)
+                knot.nodes[*sector] = now;
+            else
+                knot.beyond = now;
+        };
+        take(keeper == rights.end() ? rights.front() : *keeper, true);
+        for (std::size_t l = 0; l < rights.size(); ++l) {
+            take(rights[l], false);
+            take(lefts[l], false);
+        }
+        for (const Toe& toe : knot.toes) {
+            if (const auto right = right_of(knot, toe))
+                take(right, false);
+            take(sector_of(knot, toe.element), false);
+        }
+    }
+
+    static std::optional<std::size_t> sector_of(const Knot& knot, ElementNumber e) {
+        for (std::size_t w = 0; w < knot.sectors.wedges.size(); ++w)
+            if (knot.sectors.wedges[w].element == e)
+                return knot.sectors.of[w];
         return std::nullopt;
     }
 
-    // The directions of the sides at a twin that are the border of the ground it belongs to.
-    std::vector<Vector> border_at(std::size_t k) const {
-        const std::vector<Wedge> wedges = wedges_at(mesh_, engine_, twins_[k]);
-        const auto is_shared = [&](NodeNumber other, bool behind) {
-            return std::any_of(wedges.begin(), wedges.end(), [&](const Wedge& wedge) {
-                return (behind ? wedge.before : wedge.behind) == other;
-            });
-        };
-        std::vector<Vector> border;
-        for (const Wedge& wedge : wedges)
-            for (const bool behind : {true, false}) {
-                const NodeNumber other = behind ? wedge.behind : wedge.before;
-                if (is_joint(mesh_, wedge.element) || is_shared(other, behind))
+    // The ground to the right of an earlier joint that closes at a node; it counts with that to its left.
+    static std::optional<std::size_t> right_of(const Knot& knot, const Toe& toe) {
+        return toe.corner == 1 ? knot.sectors.left_of(toe.from) : knot.sectors.right_of(toe.from);
+    }
+
+    enum class Hand { left, right };
+
+    // The sector on one hand of the way from a node to another. Without ground there it is the one at the
+    // other end of what is open, if no edge lies between and the ground on the other hand is not the same.
+    static std::optional<std::size_t> beside(const Knot& knot, NodeNumber node, NodeNumber other, Hand hand) {
+        const auto left = knot.sectors.left_of(other), right = knot.sectors.right_of(other);
+        const auto& own = hand == Hand::left ? left : right;
+        const auto& opposite = hand == Hand::left ? right : left;
+        if (own)
+            return own;
+        std::optional<std::size_t> across;
+        for (const Wedge& wedge : knot.sectors.wedges) {
+            const NodeNumber end = hand == Hand::left ? wedge.before : wedge.behind;
+            const bool is_border =
+                !(hand == Hand::left ? knot.sectors.left_of(end) : knot.sectors.right_of(end));
+            if (end == other || end == node || !is_border || knot.lines.count(end) != 0)
+                continue;
+            across = hand == Hand::left ? knot.sectors.right_of(end) : knot.sectors.left_of(end);
+        }
+        return across == opposite ? std::nullopt : across;
+    }
+
+    NodeNumber node_of(const Knot& knot, NodeNumber node, std::optional<std::size_t> sector) const {
+        if (!sector)
+            return knot.beyond.value_or(node);
+        const auto found = knot.nodes.find(*sector);
+        return found == knot.nodes.end() ? node : found->second;
+    }
+
+    // The pair of an edge at the line's place k, seen along the line. A strip has twins of its own at each
+    // place, over ground that stays.
+    NodePair pair_at(std::size_t k, std::size_t edge, NodeNumber other) {
+        const NodeNumber node = line_.nodes[k];
+        if (!material_.parts_ground) {
+            const auto [found, fresh] = strip_.try_emplace(k);
+            if (fresh)
+                found->second = add_twin(mesh_, engine_, node, node_point(mesh_, node));
+            return {node, found->second};
+        }
+        const Knot& knot = knots_.at(node);
+        const bool begins = k == edge;
+        return {node_of(knot, node, beside(knot, node, other, begins ? Hand::right : Hand::left)),
+                node_of(knot, node, beside(knot, node, other, begins ? Hand::left : Hand::right))};
+    }
+
+    void require_open() const {
+        for (const auto& [k, pairs] : pairs_)
+            if (pairs.from.right == pairs.from.left && pairs.to.right == pairs.to.left)
+                fail(group_ + "expected a joint that can open, but " + way_text(k) +
+                     " the ground holds it at both ends");
+    }
+
+    // Lines along the joint go by their side, others with the ground that they lie in.
+    NodeNumber node_of_line(const Knot& knot, ElementNumber e, NodeNumber node, NodeNumber other) const {
+        const Sectors& sectors = knot.sectors;
+        if (knot.lines.count(other) != 0) {
+            for (const auto& [k, pairs] : pairs_) {
+                const bool begins = line_.nodes[k] == node && line_.behind(k) == other;
+                if (!begins && !(line_.behind(k) == node && line_.nodes[k] == other))
                     continue;
-                const Point at = node_point(mesh_, nodes_[k]), to = node_point(mesh_, other);
-                const double dx = static_cast<double>(to.x) - static_cast<double>(at.x);
-                const double dy = static_cast<double>(to.y) - static_cast<double>(at.y);
-                const double length = std::sqrt(dx * dx + dy * dy);
-                if (length > 0.0)
-                    border.push_back({dx / length, dy / length});
+                const NodePair& pair = begins ? pairs.from : pairs.to;
+                return engine_.side_sign[e] >= 0 ? pair.left : pair.right;
             }
-        return border;
+            return node;
+        }
+        for (const std::optional<std::size_t> sector : {sectors.left_of(other), sectors.right_of(other)})
+            if (sector)
+                return node_of(knot, node, sector);
+        const Point at = node_point(mesh_, node), to = node_point(mesh_, other);
+        for (std::size_t w = 0; w < sectors.wedges.size(); ++w) {
+            const Wedge& wedge = sectors.wedges[w];
+            if (is_solid(mesh_, wedge.element) && orientation(at, node_point(mesh_, wedge.behind), to) >= 0 &&
+                orientation(at, to, node_point(mesh_, wedge.before)) >= 0)
+                return node_of(knot, node, sectors.of[w]);
+        }
+        // Outside of all ground: to the left of the line or to its right.
+        for (const std::size_t k : edges_) {
+            if (line_.nodes[k] != node && line_.behind(k) != node)
+                continue;
+            const bool is_left =
+                orientation(node_point(mesh_, line_.nodes[k]), node_point(mesh_, line_.behind(k)), to) >= 0;
+            const EdgePairs& pairs = pairs_.at(k);
+            const NodePair& pair = line_.nodes[k] == node ? pairs.from : pairs.to;
+            return is_left == (engine_.side_sign[e] >= 0) ? pair.left : pair.right;
+        }
+        return node;
     }
 
-    // As far along a border as the width asks for; none where that is too far.
-    std::optional<Vector> shift_along(const Vector& border, const Vector& n) const {
-        const double rise = border.x * n.x + border.y * n.y;
-        if (rise * LONGEST_MITRE < 1.0)
-            return std::nullopt;
-        return Vector{width_ / rise * border.x, width_ / rise * border.y};
+    void move_elements() {
+        std::vector<NodeNumber> nodes;
+        for (const auto& [node, knot] : knots_) {
+            if (knot.nodes.size() + (knot.beyond ? 1 : 0) < 2)
+                continue;
+            nodes.push_back(node);
+            for (std::size_t w = 0; w < knot.sectors.wedges.size(); ++w) {
+                const Wedge& wedge = knot.sectors.wedges[w];
+                for (const NodeNumber other : {wedge.before, wedge.behind})
+                    if (knot.lines.count(other) == 0)
+                        opened_.parted[{node, other}] = node_of(knot, node, knot.sectors.of[w]);
+            }
+            for (const Toe& toe : knot.toes)
+                if (const auto right = right_of(knot, toe))
+                    opened_.parted[{node, toe.from}] = node_of(knot, node, right);
+        }
+        std::vector<std::pair<ElementNumber, Corners>> altered;
+        for (const ElementNumber e : elements_with(engine_, nodes)) {
+            if (mesh_.type[e] == ELEMENT_DELETED)
+                continue;
+            Corners corners = corners_of(mesh_, e);
+            const Corners before = corners;
+            for (std::size_t i = 0; i < 4; ++i) {
+                const NodeNumber node = before.n[i];
+                const auto found = node.names_one() ? knots_.find(node) : knots_.end();
+                if (found == knots_.end())
+                    continue;
+                const Knot& knot = found->second;
+                if (mesh_.type[e] != ELEMENT_CONTINUUM) {
+                    if (i < 2)
+                        corners.n[i] = node_of_line(knot, e, node, before.n[1 - i]);
+                    continue;
+                }
+                corners.n[i] = node_of(knot, node, sector_of(knot, e));
+                for (const Toe& toe : knot.toes)
+                    if (const auto right = right_of(knot, toe); toe.element == e && toe.corner == i && right)
+                        corners.n[i] = node_of(knot, node, right);
+            }
+            if (!std::equal(corners.n, corners.n + 4, before.n))
+                altered.emplace_back(e, corners);
+        }
+        for (const auto& [e, corners] : altered) {
+            opened_.moved.push_back({e, corners_of(mesh_, e)});
+            set_corners(mesh_, engine_, e, corners);
+        }
     }
 
-    // At an end the twin goes along the border of the ground it belongs to, where there is one.
-    Vector end_shift(std::size_t k, const Vector& n) const {
-        for (const Vector& border : border_at(k))
-            if (const std::optional<Vector> shift = shift_along(border, n))
-                return *shift;
-        return {width_ * n.x, width_ * n.y};
+    // Where the nodes beside an edge and beside the next one differ, the line has both.
+    void list_line() {
+        SoundLine& line = opened_.line;
+        line.closed = line_.closed;
+        std::optional<NodePair> here;  // of the place that the line has come to, if that is listed
+        Step by = Step::gap;           // the way there, if it is not
+        const auto list = [&](const NodePair& pair, Step step) {
+            if (!line.nodes.empty())
+                line.steps.push_back(step);
+            line.nodes.push_back(pair.right);
+            opened_.twins.push_back(pair.left);
+            here = pair;
+        };
+        const auto stand_on = [&](const NodePair& pair) {
+            if (here != pair)
+                list(pair, here ? Step::place : by);
+        };
+        for (std::size_t k = 0; k < line_.steps.size(); ++k) {
+            const NodeNumber a = line_.nodes[k], b = line_.behind(k);
+            const Step step = line_.steps[k];
+            if (const auto edge = pairs_.find(k); edge != pairs_.end()) {
+                stand_on(edge->second.from);
+                list(edge->second.to, step);
+            } else if (repeats_.count(k) != 0) {
+                here.reset();
+                by = Step::gap;
+            } else if (step == Step::place || step == Step::gap) {
+                if (!here)
+                    stand_on({a, a});
+                here.reset();
+                by = step;
+            } else {
+                NodeNumber from = a, to = b;
+                follow_side(opened_.parted, from, to);
+                stand_on({from, from});
+                list({to, to}, step);
+            }
+        }
+        if (!line.closed) {
+            if (!here && repeats_.count(line_.steps.size() - 1) == 0)
+                stand_on({line_.nodes.back(), line_.nodes.back()});
+            return;
+        }
+        const bool returns = here == NodePair{line.nodes.front(), opened_.twins.front()};
+        if (returns) {
+            line.nodes.pop_back();
+            opened_.twins.pop_back();
+        } else {
+            line.steps.push_back(here ? Step::place : by);
+        }
     }
 
-    // A bend at the border: one border is followed. Between two the ground of the twin hangs together in it
-    // alone, and it stays where it is; the joint has no width there.
-    std::optional<Vector> border_shift(std::size_t k, const Vector& before, const Vector& behind) const {
-        const std::vector<Vector> border = border_at(k);
-        if (border.empty())
-            return std::nullopt;
-        if (border.size() > 1)
-            return Vector{};
-        const std::optional<Vector> shift = shift_along(border.front(), before);
-        return shift ? shift : shift_along(border.front(), behind);
-    }
-
-    const Mesh& mesh_;
-    const Engine& engine_;
-    std::span<const NodeNumber> nodes_, twins_;
-    bool closed_;
-    double width_, tolerance_;
+    Mesh& mesh_;
+    Engine& engine_;
+    const SoundLine& line_;
+    const JointMaterial& material_;
+    std::string group_;
+    std::vector<std::size_t> edges_;           // steps of the line that get a joint
+    std::set<std::size_t> repeats_;            // steps that go a way again
+    std::map<NodeNumber, Knot> knots_;         // the nodes of the edges
+    std::map<std::size_t, EdgePairs> pairs_;   // by edge
+    std::map<std::size_t, NodeNumber> strip_;  // twins of a strip, by place of the line
+    OpenedLine opened_;
 };
 
 }  // namespace
@@ -190,136 +380,11 @@ void hold_joints_of_file(Mesh& mesh, const Engine& engine) {
             mesh.attribute[e] = -mesh.attribute[e] - FIRST_JOINT_CODE;
 }
 
-OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, float joint_thickness,
-                      const JointMaterial& material, std::span<const JointRecord> records, double tolerance) {
-    const std::vector<NodeNumber>& nodes = line.nodes;
-    OpenedLine opened{nodes, {}};
-    const std::size_t c = nodes.size();
-    if (c < 2)
-        return opened;
-    const std::string group = "group " + std::to_string(engine.group) + ": ";
-    std::vector<std::size_t> edges;  // that get a joint
-    std::vector<bool> at_edge(c, false);
-    std::set<NodeNumber> visited;
-    const auto refuse_return = [&](NodeNumber node) {
-        fail(
-            group +
-            "expected a joint along a line that does not come to a place again, but this one comes back to " +
-            text_of(node_point(mesh, node)));
-    };
-    for (const NodeNumber node : nodes)
-        if (!visited.insert(node).second)
-            refuse_return(node);
-    // A line of two nodes goes forth and back.
-    if (line.closed && c == 2 && line.steps[0] != Step::gap && line.steps[1] != Step::gap)
-        refuse_return(nodes[0]);
-    for (std::size_t k = 0; k < line.steps.size(); ++k) {
-        const Step step = line.steps[k];
-        const NodeNumber a = nodes[k], b = line.behind(k);
-        if (step == Step::place || step == Step::gap)
-            continue;
-        std::string way = "from ";
-        way += text_of(node_point(mesh, a));
-        way += " to ";
-        way += text_of(node_point(mesh, b));
-        if (step == Step::across) {
-            way.insert(0, "expected a joint along sides of elements, but its line ");
-            way += " crosses ground that is not cut";
-            fail(group + way);
-        }
-        if (is_long_side_of_joint(mesh, engine, a, b))
-            fail(group + way + " there is " + name_of(records, a, b) +
-                 " already; expected one joint along a line");
-        const Sides sides = ground_beside(mesh, engine, a, b);
-        if ((sides.left || material.outer_line) && (sides.right || material.inner_line)) {
-            edges.push_back(k);
-            at_edge[k] = at_edge[(k + 1) % c] = true;
-        }
-    }
-    const auto goes_on = [&](std::size_t k) { return k < line.steps.size() && line.steps[k] != Step::gap; };
-    std::vector<Parting> partings(c);
-    std::map<NodeNumber, std::size_t> place;  // of a node that gets a twin
-    for (std::size_t k = 0; k < c; ++k) {
-        const std::size_t last = (k + c - 1) % c;
-        const NodeNumber before = (k > 0 || line.closed) && goes_on(last) ? nodes[last] : NodeNumber{};
-        const NodeNumber behind = goes_on(k) ? line.behind(k) : NodeNumber{};
-        partings[k] = parting_at(mesh, engine, nodes[k], before, behind);
-        const bool both = !partings[k].left.empty() && !partings[k].right.empty();
-        const bool opens = material.parts_ground ? (both ? !partings[k].is_one() : at_edge[k]) : at_edge[k];
-        if (opens && place.emplace(nodes[k], k).second)
-            opened.twins[k] = add_twin(mesh, engine, nodes[k], node_point(mesh, nodes[k]));
-    }
-    for (std::size_t k = 0; k < c; ++k)
-        if (const auto first = place.find(nodes[k]); first != place.end())
-            opened.twins[k] = opened.twins[first->second];
-    for (const std::size_t k : edges)
-        if (opened.twins[k] == nodes[k] && opened.twins[(k + 1) % c] == nodes[(k + 1) % c])
-            fail(group + "expected a joint that can open, but from " + text_of(node_point(mesh, nodes[k])) +
-                 " to " + text_of(node_point(mesh, nodes[(k + 1) % c])) +
-                 " the ground holds it at both ends");
-    // Lines along the joint go by their side, others with the ground that they end in.
-    const std::vector<Point> points = node_points(mesh, nodes);
-    for (const ElementNumber e : elements_with(engine, nodes)) {
-        if (mesh.type[e] == ELEMENT_DELETED || !material.parts_ground)
-            continue;
-        const Corners before = corners_of(mesh, e);
-        Corners after = before;
-        bool moved = false;
-        for (NodeNumber& n : after.n) {
-            const auto found = n.names_one() ? place.find(n) : place.end();
-            if (found == place.end())
-                continue;
-            const std::size_t k = found->second;
-            const bool goes_left =
-                mesh.type[e] == ELEMENT_CONTINUUM
-                    ? partings[k].left.count(e) != 0
-                    : is_left(points, line.closed, k, centroid(mesh, e)) == (engine.side_sign[e] >= 0);
-            if (!goes_left)
-                continue;
-            n = opened.twins[k];
-            moved = true;
-        }
-        if (!moved)
-            continue;
-        opened.moved.push_back({e, before});
-        set_corners(mesh, engine, e, after);
-    }
-    for (const std::size_t k : edges) {
-        const std::size_t next = (k + 1) % c;
-        add_joint(mesh, engine, {{nodes[k], nodes[next], opened.twins[next], opened.twins[k]}},
-                  material.material, material.attribute);
-    }
-    // Earlier joints that close on this one. Beside a joint of a width they stay closed: its twins move.
-    for (const auto& [node, k] : place)
-        for (const NodeNumber side : {node, opened.twins[k]})
-            if (joint_thickness == 0.0F)
-                open_toe(mesh, engine, side);
-    const TwinPlaces places(mesh, engine, nodes, opened.twins, line.closed, joint_thickness, tolerance);
-    for (const auto& [node, k] : place)
-        move_node(mesh, engine, opened.twins[k], places.place(k));
-    return opened;
-}
-
-void place_twins(Mesh& mesh, Engine& engine, const JointRecord& record, double tolerance) {
-    const TwinPlaces places(mesh, engine, record.nodes, record.twins, record.closed == 1,
-                            record.joint_thickness, tolerance);
-    for (std::size_t k = 0; k < record.nodes.size(); ++k)
-        if (record.twins[k] != record.nodes[k])
-            move_node(mesh, engine, record.twins[k], places.place(k));
-}
-
-void require_sound_twins(const Mesh& mesh, const Engine& engine, const JointRecord& record) {
-    for (const NodeNumber twin : record.twins)
-        for (const Solid& solid : solids_with(mesh, engine, twin)) {
-            if (!is_cuttable(mesh, engine, solid.element))
-                continue;
-            for (std::size_t i = 0; i < solid.count; ++i)
-                if (orientation(node_point(mesh, solid.node[i]), node_point(mesh, solid.behind(i)),
-                                node_point(mesh, solid.behind((i + 1) % solid.count))) <= 0)
-                    fail("group " + std::to_string(record.group) + ": its joint of width " +
-                         std::to_string(std::abs(record.joint_thickness)) + " leaves no room for element " +
-                         to_string(solid.element) + " at " + text_of(node_point(mesh, twin)));
-        }
+OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, const JointMaterial& material,
+                      std::span<const JointRecord> records) {
+    if (line.nodes.size() < 2)
+        return {line, line.nodes, {}, {}};
+    return Opening(mesh, engine, line, material).open(records);
 }
 
 }  // namespace brelan

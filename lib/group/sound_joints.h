@@ -1,6 +1,7 @@
 // Joints of the sound cut: the ground is parted along a line, there and only there. A node of the line gets a
-// twin where the elements round it fall into two parts; the toe of an open joint, where they hang together
-// behind the line, stays one node and closes the last joint element.
+// twin where the elements round it fall into two parts, and one for each further part where the line crosses
+// or meets itself; the toe of an open joint, where they hang together behind the line, stays one node and
+// closes the last joint element, until another line comes there and parts the ground.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +12,7 @@
 #include "group/joints.h"
 #include "group/listing.h"
 #include "group/sound_lines.h"
+#include "group/sound_parting.h"
 #include "mesh/tables.h"
 
 namespace brelan {
@@ -19,30 +21,29 @@ namespace brelan {
 struct JointMaterial {
     MaterialNumber material;
     std::int32_t attribute = 0;
+    float thickness = 0.0F;
     bool parts_ground = true;  // else the joint is a strip over ground that stays
     bool inner_line = false, outer_line = false;
 };
 
-// The twin of each node of a line, or the node itself, and the elements that were moved to twins.
+// The line along the ground to its right, where the ground was parted, and the node to its left of each of
+// its nodes, the same one where the ground holds together; the elements that were moved to twins.
 struct OpenedLine {
+    SoundLine line;
     std::vector<NodeNumber> twins;
     std::vector<MovedElement> moved;
+    PartedSides parted;
 };
 
 // A mesh file of the temperature and head kinds shows the negative IDH of its joints as its absolute value
 // less 100, which is 100 or more: gives them back the value that tells them from solids.
 void hold_joints_of_file(Mesh& mesh, const Engine& engine);
 
-// Parts the ground along a line and fills the gap with joint elements, also at the border where a line of
-// elements stands along the other side. Ends the run where the line does not run along sides of elements,
-// where it has a joint already (named by its record), and where nothing can open.
-OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, float joint_thickness,
-                      const JointMaterial& material, std::span<const JointRecord> records, double tolerance);
-
-// Puts the twins of a record beside the line as it lies now; those at the border stay on it.
-void place_twins(Mesh& mesh, Engine& engine, const JointRecord& record, double tolerance);
-
-// Ends the run where a solid that has a twin is inverted or flat: the joint is too wide for it.
-void require_sound_twins(const Mesh& mesh, const Engine& engine, const JointRecord& record);
+// Parts the ground along the sides of a line and fills the gaps with joint elements without width, also at
+// the border where a line of elements stands along the other side. A way that the line goes again, or that
+// lies in ground that is not cut, gets no further joint. Ends the run where the line has a joint already
+// (named by its record), and where nothing can open.
+OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, const JointMaterial& material,
+                      std::span<const JointRecord> records);
 
 }  // namespace brelan

@@ -1,8 +1,9 @@
 #include "group/sound_parting.h"
 
+#include <algorithm>
+
 #include "group/engine_mesh.h"
-#include "group/joints.h"
-#include "group/sound_ground.h"
+#include "mesh/attributes.h"
 
 namespace brelan {
 
@@ -19,44 +20,13 @@ std::vector<NodeNumber> ring_of(const Mesh& mesh, ElementNumber e) {
     return ring;
 }
 
-// The other end of the line of a joint that closes at a node; none of another element. `is_last` tells that
-// it closes at the end of its piece of the line.
-NodeNumber toe_from(const Mesh& mesh, ElementNumber e, NodeNumber node, bool& is_last) {
-    const Corners c = corners_of(mesh, e);
-    is_last = c.n[1] == node && c.n[2] == node;
-    const bool is_first = c.n[0] == node && c.n[3] == node;
-    if (!is_joint(mesh, e) || is_last == is_first)
-        return {};
-    return is_last ? c.n[0] : c.n[1];
-}
-
-// Gives the left side of a joint that closes at a node a node of its own.
-void open_toe_of(Mesh& mesh, Engine& engine, ElementNumber toe, NodeNumber node, bool is_last,
-                 const std::set<ElementNumber>& left) {
-    const NodeNumber twin = add_twin(mesh, engine, node, node_point(mesh, node));
-    std::vector<std::pair<ElementNumber, Corners>> altered;
-    for (const ElementNumber e : elements_with(engine, {&node, 1})) {
-        Corners corners = corners_of(mesh, e);
-        if (e == toe) {
-            corners.n[is_last ? 2 : 3] = twin;
-        } else if (mesh.type[e] == ELEMENT_CONTINUUM) {
-            if (left.count(e) == 0)
-                continue;
-            std::replace(corners.n, corners.n + 4, node, twin);
-        } else {
-            // A line element goes with the ground beside it.
-            const NodeNumber other = corners.n[0] == node ? corners.n[1] : corners.n[0];
-            const std::vector<ElementNumber> solids =
-                users_of(mesh, engine, side_between(node, other)).solids;
-            if (std::none_of(solids.begin(), solids.end(),
-                             [&](ElementNumber user) { return left.count(user) != 0; }))
-                continue;
-            std::replace(corners.n, corners.n + 4, node, twin);
-        }
-        altered.emplace_back(e, corners);
-    }
-    for (const auto& [e, corners] : altered)
-        set_corners(mesh, engine, e, corners);
+// The node that a side has now; none where the side is not known.
+NodeNumber node_now(const PartedSides& parted, NodeNumber node, NodeNumber other) {
+    const auto found = parted.find({node, other});
+    if (found != parted.end())
+        return found->second;
+    const auto first = parted.lower_bound({node, NodeNumber{}});
+    return first != parted.end() && first->first.first == node ? NodeNumber{} : node;
 }
 
 }  // namespace
@@ -80,58 +50,119 @@ bool has_short_side(const Mesh& mesh, ElementNumber e, NodeNumber a, NodeNumber 
                                  side_between(c.n[3], c.n[0]) == side_between(a, b));
 }
 
-Parting parting_at(const Mesh& mesh, const Engine& engine, NodeNumber node, NodeNumber before,
-                   NodeNumber behind) {
-    const std::vector<Wedge> wedges = wedges_at(mesh, engine, node);
-    const auto is_barrier = [&](NodeNumber other) {
-        if (other == before || other == behind)
-            return true;
-        return std::any_of(wedges.begin(), wedges.end(), [&](const Wedge& wedge) {
-            return (wedge.before == other || wedge.behind == other) &&
-                   has_short_side(mesh, wedge.element, node, other);
-        });
-    };
-    const auto flood = [&](auto&& starts) {
-        std::set<ElementNumber> reached;
-        std::vector<Wedge> waiting;
-        const auto reach = [&](const Wedge& wedge) {
-            if (reached.insert(wedge.element).second)
-                waiting.push_back(wedge);
-        };
-        for (const Wedge& wedge : wedges)
-            if (starts(wedge))
-                reach(wedge);
-        while (!waiting.empty()) {
-            const Wedge from = waiting.back();
-            waiting.pop_back();
-            for (const Wedge& wedge : wedges)
-                if ((wedge.before == from.behind && !is_barrier(from.behind)) ||
-                    (wedge.behind == from.before && !is_barrier(from.before)))
-                    reach(wedge);
-        }
-        return reached;
-    };
-    return {flood([&](const Wedge& wedge) {
-                return (behind.names_one() && wedge.behind == behind) ||
-                       (before.names_one() && wedge.before == before);
-            }),
-            flood([&](const Wedge& wedge) {
-                return (behind.names_one() && wedge.before == behind) ||
-                       (before.names_one() && wedge.behind == before);
-            })};
+std::vector<Toe> toes_at(const Mesh& mesh, const Engine& engine, NodeNumber node) {
+    std::vector<Toe> toes;
+    for (const ElementNumber e : elements_with(engine, {&node, 1})) {
+        if (mesh.type[e] != ELEMENT_CONTINUUM || !is_joint(mesh, e))
+            continue;
+        const Corners c = corners_of(mesh, e);
+        const bool ends = c.n[1] == node && c.n[2] == node, begins = c.n[0] == node && c.n[3] == node;
+        if (ends != begins)
+            toes.push_back({e, ends ? c.n[0] : c.n[1], ends ? 1U : 0U, ends ? 2U : 3U});
+    }
+    return toes;
 }
 
-void open_toe(Mesh& mesh, Engine& engine, NodeNumber node) {
-    for (const ElementNumber e : elements_with(engine, {&node, 1})) {
-        bool is_last = false;
-        const NodeNumber from = toe_from(mesh, e, node, is_last);
-        if (from.is_none())
+std::optional<std::size_t> Sectors::left_of(NodeNumber other) const {
+    for (std::size_t w = 0; w < wedges.size(); ++w)
+        if (wedges[w].behind == other)
+            return of[w];
+    return std::nullopt;
+}
+
+std::optional<std::size_t> Sectors::right_of(NodeNumber other) const {
+    for (std::size_t w = 0; w < wedges.size(); ++w)
+        if (wedges[w].before == other)
+            return of[w];
+    return std::nullopt;
+}
+
+Sectors sectors_at(const Mesh& mesh, const Engine& engine, NodeNumber node,
+                   const std::set<NodeNumber>& lines) {
+    Sectors sectors{wedges_at(mesh, engine, node), {}};
+    const std::vector<Wedge>& wedges = sectors.wedges;
+    const auto is_crossed = [&](NodeNumber other) {
+        return lines.count(other) == 0 && std::none_of(wedges.begin(), wedges.end(), [&](const Wedge& wedge) {
+                   return (wedge.before == other || wedge.behind == other) &&
+                          has_short_side(mesh, wedge.element, node, other);
+               });
+    };
+    constexpr std::size_t NONE = static_cast<std::size_t>(-1);
+    sectors.of.assign(wedges.size(), NONE);
+    for (std::size_t first = 0; first < wedges.size(); ++first) {
+        if (sectors.of[first] != NONE)
             continue;
-        const Parting parting =
-            parting_at(mesh, engine, node, is_last ? from : NodeNumber{}, is_last ? NodeNumber{} : from);
-        if (!parting.left.empty() && !parting.right.empty() && !parting.is_one())
-            open_toe_of(mesh, engine, e, node, is_last, parting.left);
+        std::vector<std::size_t> waiting{first};
+        sectors.of[first] = first;
+        while (!waiting.empty()) {
+            const Wedge from = wedges[waiting.back()];
+            waiting.pop_back();
+            for (std::size_t w = 0; w < wedges.size(); ++w) {
+                // Doubles lie to the same side of a line as the elements that they lie over.
+                const bool lies_over = wedges[w].before == from.before || wedges[w].behind == from.behind;
+                const bool goes_on = (wedges[w].before == from.behind && is_crossed(from.behind)) ||
+                                     (wedges[w].behind == from.before && is_crossed(from.before));
+                if (sectors.of[w] != NONE || !(lies_over || goes_on))
+                    continue;
+                sectors.of[w] = first;
+                waiting.push_back(w);
+            }
+        }
     }
+    return sectors;
+}
+
+void follow_side(const PartedSides& parted, NodeNumber& from, NodeNumber& to) {
+    const NodeNumber from_now = node_now(parted, from, to), to_now = node_now(parted, to, from);
+    if (from_now.names_one())
+        from = from_now;
+    if (to_now.names_one())
+        to = to_now;
+}
+
+void follow_parting(Drawn& drawn, const PartedSides& parted) {
+    for (const auto& [side, now] : parted) {
+        auto [from, to] = side;
+        const Side before = side_between(from, to);
+        follow_side(parted, from, to);
+        for (std::set<Side>* all : {&drawn.sides, &drawn.found})
+            if (all->erase(before) != 0)
+                all->insert(side_between(from, to));
+    }
+}
+
+void follow_parting(std::vector<NodeNumber>& nodes, std::vector<NodeNumber>& twins, bool closed,
+                    const PartedSides& parted) {
+    std::vector<NodeNumber> nodes_now, twins_now;
+    const std::size_t c = nodes.size();
+    const auto seen_from = [&](const std::vector<NodeNumber>& line, std::size_t k,
+                               std::optional<std::size_t> l) {
+        return l ? node_now(parted, line[k], line[*l]) : NodeNumber{};
+    };
+    for (std::size_t k = 0; k < c; ++k) {
+        std::optional<std::size_t> before, behind;
+        if (closed || k > 0)
+            before = (k + c - 1) % c;
+        if (closed || k + 1 < c)
+            behind = (k + 1) % c;
+        const auto now = [&](const std::vector<NodeNumber>& line) {
+            NodeNumber first = seen_from(line, k, before), last = seen_from(line, k, behind);
+            if (first.is_none())
+                first = last.is_none() ? line[k] : last;
+            return std::pair{first, last.is_none() ? first : last};
+        };
+        const auto [first, last] = now(nodes);
+        const auto [first_twin, last_twin] = twins.empty() ? std::pair{first, last} : now(twins);
+        nodes_now.push_back(first);
+        twins_now.push_back(first_twin);
+        if (std::pair{first, first_twin} == std::pair{last, last_twin})
+            continue;
+        nodes_now.push_back(last);
+        twins_now.push_back(last_twin);
+    }
+    nodes = std::move(nodes_now);
+    if (!twins.empty())
+        twins = std::move(twins_now);
 }
 
 }  // namespace brelan

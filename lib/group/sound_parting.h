@@ -1,11 +1,17 @@
-// Where the ground hangs together round a node, and where a line through it parts it.
+// Where the ground hangs together round a node, where lines through it part it, and what becomes of the sides
+// of a node that is parted.
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <optional>
 #include <set>
+#include <span>
+#include <utility>
 #include <vector>
 
 #include "group/engine.h"
+#include "group/sound_ground.h"
 #include "mesh/tables.h"
 
 namespace brelan {
@@ -21,20 +27,43 @@ std::vector<Wedge> wedges_at(const Mesh& mesh, const Engine& engine, NodeNumber 
 // True for a side of a joint that lies across its line.
 bool has_short_side(const Mesh& mesh, ElementNumber e, NodeNumber a, NodeNumber b);
 
-// The elements at a node to the left of a line and to its right; the same ones in both where they hang
-// together behind the line. `before` and `behind` are the node's neighbours on the line, none where it ends.
-struct Parting {
-    std::set<ElementNumber> left, right;
+// A joint that closes at a node: the corners that lie there, on its line and to the left of that, and the
+// other end of its line.
+struct Toe {
+    ElementNumber element;
+    NodeNumber from;
+    std::size_t corner, left_corner;
+};
+std::vector<Toe> toes_at(const Mesh& mesh, const Engine& engine, NodeNumber node);
 
-    bool is_one() const {
-        return std::any_of(left.begin(), left.end(), [&](ElementNumber e) { return right.count(e) != 0; });
-    }
+// The wedges of a node in the sectors that lines through it make of them: those that hang together round it
+// without crossing a line.
+struct Sectors {
+    std::vector<Wedge> wedges;
+    std::vector<std::size_t> of;  // the sector of each wedge: the place of one of its wedges
+
+    // The sector to the left of the way from the node to another, and to its right; none where no ground is.
+    std::optional<std::size_t> left_of(NodeNumber other) const;
+    std::optional<std::size_t> right_of(NodeNumber other) const;
 };
 
-Parting parting_at(const Mesh& mesh, const Engine& engine, NodeNumber node, NodeNumber before,
-                   NodeNumber behind);
+// `lines` are the other ends of the sides that part the ground. So do the short sides of joints.
+Sectors sectors_at(const Mesh& mesh, const Engine& engine, NodeNumber node,
+                   const std::set<NodeNumber>& lines);
 
-// Opens the joints that close at a node where the ground to their two sides does not hang together any more.
-void open_toe(Mesh& mesh, Engine& engine, NodeNumber node);
+// What became of the sides of parted nodes: by a node as it was and the other end of the side, the node that
+// the side has now.
+using PartedSides = std::map<std::pair<NodeNumber, NodeNumber>, NodeNumber>;
+
+// Gives a side's ends the nodes that it has now.
+void follow_side(const PartedSides& parted, NodeNumber& from, NodeNumber& to);
+
+// Gives drawn sides the nodes that they have now.
+void follow_parting(Drawn& drawn, const PartedSides& parted);
+
+// The same for a line and its twins, as many of these or none. Where a side and the next one have other nodes
+// now, the line has both.
+void follow_parting(std::vector<NodeNumber>& nodes, std::vector<NodeNumber>& twins, bool closed,
+                    const PartedSides& parted);
 
 }  // namespace brelan

@@ -81,6 +81,10 @@ bool DeckCheck::accepted() const {
            std::none_of(doubts.begin(), doubts.end(), [](const Doubt& doubt) { return doubt.ends_run; });
 }
 
+bool is_of_rules(const Doubt& doubt) {
+    return doubt.id == "zone-cut-off" || doubt.id == "may-be-unsound" || doubt.id == "free-side";
+}
+
 DeckCheck check_of(NotedDeck deck, const Edition& edition, const DeckPlace& place) {
     DeckCheck check{std::move(deck), edition, {}, {}, {}};
     check.verdict = verdict_of(check.deck, edition);

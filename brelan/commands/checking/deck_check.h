@@ -22,6 +22,9 @@ struct DeckCheck {
     bool accepted() const;
 };
 
+// True for what the cut by the rules alone brings about.
+bool is_of_rules(const Doubt& doubt);
+
 // The meshes that the deck reads are those of its place.
 DeckCheck check_of(NotedDeck deck, const Edition& edition, const DeckPlace& place);
 

@@ -34,12 +34,14 @@ std::int32_t first_of(const DeckCard& card, std::initializer_list<std::string_vi
     return 0;
 }
 
-// Every segment gets a node wherever it crosses a side, and at its ends.
-bool is_cut_all_along(const DeckGroup& group) {
+// A line is to run all along each segment: along sides that are cut, or straight from end to end. One that
+// takes the nodes that happen to lie on it is as long as it comes.
+bool is_drawn_whole(const DeckGroup& group) {
+    constexpr std::int32_t arc = 2;
     return !group.segments.empty() &&
            std::all_of(group.segments.begin(), group.segments.end(), [](const DeckSegment& segment) {
-               return !segment.path.empty() &&
-                      (segment.end_rule == 2 || segment.end_rule == 1 || segment.end_rule == -1);
+               const bool takes_ends_alone = segment.end_rule == 0 && segment.segment_type == arc;
+               return !segment.path.empty() && segment.end_rule != 3 && !takes_ends_alone;
            });
 }
 
@@ -58,6 +60,8 @@ public:
                 take(group, *card, some_stay || static_cast<std::size_t>(group.number) < last_deletion);
     }
 
+    bool is_unknown(const Key& key) const { return unknown_.count(key) != 0; }
+
     // Of the keys that are known whole.
     std::map<Key, std::vector<DrawnLine>> lines() const {
         std::map<Key, std::vector<DrawnLine>> known = lines_;
@@ -71,7 +75,7 @@ private:
         const bool free = group.group_type == 2 && group.overlay == 1;
         const double width = std::abs(static_cast<double>(card.real("THICj")));
         const auto add = [&](ElementClass of, std::int32_t material, double offset) {
-            if (doubtful || (!free && !is_cut_all_along(group)) || group.path.size() < 2)
+            if (doubtful || (!free && !is_drawn_whole(group)) || group.path.size() < 2)
                 unknown_.insert({of, material});
             else
                 lines_[{of, material}].push_back({&group, offset, free});
@@ -109,7 +113,21 @@ struct Course {
             until.push_back(until.back() + length_of(points[i - 1], points[i]));
     }
 
-    // The length of the part that has ground on one of its sides.
+    // The edges before one that run along it, forth or back.
+    std::vector<std::size_t> earlier_along(std::size_t i, double nothing) const {
+        std::vector<std::size_t> along;
+        for (std::size_t k = 1; k < i; ++k) {
+            const double x = points[i].x - points[i - 1].x, y = points[i].y - points[i - 1].y;
+            const auto off = [&](const DeckPoint& p) {
+                return std::abs(x * (p.y - points[i - 1].y) - y * (p.x - points[i - 1].x));
+            };
+            if (std::max(off(points[k - 1]), off(points[k])) <= nothing * std::hypot(x, y))
+                along.push_back(k);
+        }
+        return along;
+    }
+
+    // The length of the part that has ground on one of its sides, a way that it goes again once.
     double in_ground(const MeshPlaces& places, double step) const {
         double length = 0.0;
         for (std::size_t i = 1; i < points.size(); ++i) {
@@ -117,9 +135,14 @@ struct Course {
             const int parts = std::clamp(static_cast<int>(std::ceil(edge / step)), 1, 10000);
             const double x = (points[i].x - points[i - 1].x) / parts,
                          y = (points[i].y - points[i - 1].y) / parts;
+            const std::vector<std::size_t> along = earlier_along(i, 20.0 * places.nothing());
             const double aside = edge > 0.0 ? 20.0 * places.nothing() * parts / edge : 0.0;
             for (int k = 0; k < parts; ++k) {
                 const DeckPoint p{points[i - 1].x + (k + 0.5) * x, points[i - 1].y + (k + 0.5) * y};
+                if (std::any_of(along.begin(), along.end(), [&](std::size_t e) {
+                        return distance_to_segment(p, points[e - 1], points[e]) <= 20.0 * places.nothing();
+                    }))
+                    continue;
                 if (places.inside({p.x - aside * y, p.y + aside * x}) ||
                     places.inside({p.x + aside * y, p.y - aside * x}))
                     length += edge / parts;
@@ -181,20 +204,56 @@ double lost_in_bends(const Course& course, double mean) {
     return SHARE * mean * lost;
 }
 
+// The lengths of the lines of a mesh that no deck but this one's groups can have changed.
+std::map<Key, double> standing_lines(const NotedDeck& deck, const std::optional<MeshLists>& before) {
+    std::map<Key, double> lengths;
+    const bool is_edited = deck.card("3.6.1-1") != nullptr || deck.card("3.6.2-1") != nullptr ||
+                           deck.card("3.6.3-1") != nullptr || !deck.second_mesh.empty();
+    if (!before || is_edited || deck.groups.empty())
+        return lengths;
+    const bool deletes = std::any_of(deck.groups.begin(), deck.groups.end(),
+                                     [](const DeckGroup& group) { return std::abs(group.group_type) == 1; });
+    for (const Element& e : before->elements) {
+        const std::int32_t from = before->node_place(e.words.corner_1.value),
+                           to = before->node_place(e.words.corner_2.value);
+        if (e.of == ElementClass::solid || (deletes && e.of == ElementClass::joint) ||
+            from == MeshLists::NONE || to == MeshLists::NONE)
+            continue;
+        lengths[{e.of, e.words.material.value}] += distance(before->point(from), before->point(to));
+    }
+    return lengths;
+}
+
+std::string what_should_be(const std::vector<DrawnLine>& lines, double drawn, double standing) {
+    if (lines.empty())
+        return fmt::format("the mesh before the run has {:.5g} of it", standing);
+    std::string text = fmt::format("the deck draws {} of {:.5g} within the ground",
+                                   counted(lines.size(), "line", "lines"), drawn);
+    if (standing > 0.0)
+        text += fmt::format(" beside {:.5g} in the mesh before the run", standing);
+    return text;
+}
+
 }  // namespace
 
 std::vector<std::string> changed_lines(const NotedDeck& deck, const std::optional<MeshLists>& before,
                                        const MeshLists& made) {
     std::vector<std::string> remarks;
-    std::map<Key, std::vector<DrawnLine>> drawn = DrawnLines(deck).lines();
+    const DrawnLines all(deck);
+    std::map<Key, std::vector<DrawnLine>> wanted_lines = all.lines();
+    const std::map<Key, double> standing = standing_lines(deck, before);
     if (before)
         for (const Element& e : before->elements)
-            drawn.erase({e.of, e.words.material.value});
-    if (drawn.empty())
+            if (const Key key{e.of, e.words.material.value}; standing.count(key) == 0)
+                wanted_lines.erase(key);
+    for (const auto& [key, length] : standing)
+        if (!all.is_unknown(key))
+            wanted_lines.try_emplace(key);
+    if (wanted_lines.empty())
         return remarks;
     const std::vector<CornerPlaces> corners = corners_of(made);
     const MeshPlaces places(made);
-    for (const auto& [key, lines] : drawn) {
+    for (const auto& [key, lines] : wanted_lines) {
         std::vector<Course> courses;
         double offset = 0.0;
         for (const DrawnLine& line : lines) {
@@ -202,28 +261,28 @@ std::vector<std::string> changed_lines(const NotedDeck& deck, const std::optiona
             offset = std::max(offset, line.offset);
         }
         const Made found = elements_of(made, corners, key, courses, offset);
-        double wanted = 0.0, room = 0.1 * found.mean;
+        double drawn = 0.0, room = 0.1 * found.mean;
         for (std::size_t k = 0; k < lines.size(); ++k) {
-            wanted += lines[k].free ? courses[k].until.back()
-                                    : courses[k].in_ground(places, std::max(0.05 * found.mean,
-                                                                            1e-3 * courses[k].until.back()));
+            drawn += lines[k].free ? courses[k].until.back()
+                                   : courses[k].in_ground(
+                                         places, std::max(0.05 * found.mean, 1e-3 * courses[k].until.back()));
             room += lost_in_bends(courses[k], found.mean) + 4.0 * offset;
         }
+        const auto stood = standing.find(key);
+        const double before_it = stood == standing.end() ? 0.0 : stood->second;
         constexpr double SHARE = 0.01;
-        room += SHARE * wanted;
-        if (std::abs(found.length - wanted) <= room)
+        room += SHARE * (drawn + before_it);
+        if (std::abs(found.length - drawn - before_it) <= room)
             continue;
-        const std::string name = group_name(key.first, key.second);
         std::string where;
-        if (found.off != nullptr) {
+        if (found.off != nullptr && before_it == 0.0) {
             const Position at =
                 middle(made, corners[static_cast<std::size_t>(made.element_place(found.off->number.value))]);
             where = fmt::format("; element {} at {} leaves the line", found.off->number.value,
                                 place_text({at.x, at.y}));
         }
-        remarks.push_back(
-            fmt::format("{}: the deck draws {} of {:.5g} within the ground, and the mesh has {:.5g}{}", name,
-                        counted(lines.size(), "line", "lines"), wanted, found.length, where));
+        remarks.push_back(fmt::format("{}: {}, and the mesh has {:.5g}{}", group_name(key.first, key.second),
+                                      what_should_be(lines, drawn, before_it), found.length, where));
     }
     return remarks;
 }

@@ -171,6 +171,11 @@ class Agreement(Case):
         said = "line 2: warning: IB_BOTTOM 1: 19 of 21 nodes of the bottom side stay free"
         self.assertIn(said, self.brelan("check", "-q", "base.dat").stdout)
         self.assertIn(said, self.brelan("run", "base.dat").stderr)
+        # The sound cut's base mesh knows the side by its row.
+        for command in ("check", "run"):
+            sound = self.brelan(command, "--cut", "sound", "base.dat")
+            self.assertEqual(sound.returncode, 0)
+            self.assertNotIn("stay free", sound.stdout + sound.stderr)
         self.write("base.dat", deck.format(20))
         self.assertEqual(self.finishes("base.dat"), [])
         self.write("base.dat", deck.format(150).replace("1 1\n0 0", "1 1 1 1 0 0\n0 0"))

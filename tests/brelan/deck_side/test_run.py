@@ -176,6 +176,39 @@ Wall.Mes
         self.write("foot.dat", self.FOOT.format(moves=1))
         self.assertNotIn("remark", self.brelan("run", "foot.dat").stdout)
 
+    def test_a_line_of_the_mesh_before_the_run_that_has_changed_is_remarked(self):
+        # The stage of a second deck takes the foot of the wall along, and the sound cut does not.
+        wall, stage = self.FOOT.format(moves=0).split("3 0 0\n3 2.3 0 0\n")
+        head, tail = wall.split("2 0\n0 0\n2 0 0\n")
+        self.write("wall.dat", head + "1 0\n0 0\n2 0 0\n" + tail)
+        edit = "1 0\nWall.Mes\nStage.Mes\n1 1\n4\n0\n0\n0\n1 0\n0 0\n"
+        self.write("stage.dat", edit + "3 0 0\n3 2.3 0 0\n" + stage)
+        self.assertNotIn("remark", self.brelan("run", "wall.dat").stdout)
+        self.assertRegex(self.brelan("run", "stage.dat").stdout,
+                         r"\n  remark +beam 1: the mesh before the run has 11.6 of it, and the mesh has 12.0\d+\n")
+        self.assertNotIn("remark", self.brelan("run", "--cut", "sound", "stage.dat").stdout)
+        # A second wall of the material: both lengths count.
+        self.write("stage.dat", edit + "2 0 0\n2 1\n2 0 0 0 0\n1 30.0 12.0\n2 30.0 24.0\n1\n1 1 0 2\n")
+        self.assertNotIn("remark", self.brelan("run", "stage.dat").stdout)
+
+    def test_lines_are_as_long_as_drawn_whatever_cuts_them(self):
+        def told(rule, cut, points, count):
+            segments = "".join(f"{k} 1 0 {rule}\n" for k in range(1, count))
+            self.write("line.dat", "2 0\n1 1 1 1 0 1\n0 0\n40 1 0.5\n24 1 0.5\n1\nBmesh.dat\nLine.Mes\n1 1\n4\n0\n0\n0\n"
+                       f"1 0\n0 0\n2 0 0\n2 1\n{count} 1 0 0 0\n{points}{count - 1}\n{segments}")
+            return [line for line in self.brelan("run", "--cut", cut, "line.dat").stdout.splitlines() if "remark " in line]
+
+        slope = "1 10.0 10.0\n2 20.0 18.0\n"
+        for rule in (2, 0, -2):
+            self.assertEqual(told(rule, "sound" if rule == 2 else "rules", slope, 2), [], rule)
+        # It takes the nodes that happen to lie on it: no line was drawn there.
+        self.assertEqual(told(3, "rules", slope, 2), [])
+        # Its beginning is not placed: the line stops short of it, at the first side that it crosses.
+        self.assertRegex(told(7, "sound", slope.replace("10.0 10.0", "10.3 10.4"), 2)[0],
+                         r"the deck draws 1 line of 12.323 within the ground, and the mesh has 11\.\d+$")
+        # A branch is gone forth and back, and has one line.
+        self.assertEqual(told(2, "sound", "1 10 12\n2 20 12\n3 20 18\n4 20 12\n5 30 12\n", 5), [])
+
     def test_inverted_elements_are_counted_and_the_first_is_named(self):
         # Corners 1, 4, 3, 2: the six squares of material 2, elements 1, 4, 7 and so on, run clockwise.
         self.edited_starter("edit-6", ("2       2    3    4    1    4 ", "2       1    4    3    2    4 "))

@@ -23,6 +23,7 @@ public:
                 listed_.push_back(&solid);
         if (path_.group <= j_.deck.groups_of_first_deck)
             between_.emplace(j_.run.reread);
+        find_crossings();
     }
 
     void judge() {
@@ -47,6 +48,38 @@ private:
         return "group " + std::to_string(path_.group) + ", segment " + std::to_string(piece_->segment) + ": ";
     }
     void add(const std::string& text) const { j_.add(Law::line, name() + text); }
+
+    // Where a joint of a width crosses or meets itself it takes room from its own line, more the sharper the
+    // angle: eight widths at most.
+    void find_crossings() {
+        if (path_.joint_material == 0 || path_.thickness == 0.0)
+            return;
+        std::vector<std::pair<Spot, Spot>> edges;
+        for (const DrawnPiece& piece : path_.pieces)
+            for (std::size_t k = 0; k + 1 < piece.points.size(); ++k)
+                edges.emplace_back(piece.points[k], piece.points[k + 1]);
+        for (std::size_t i = 0; i < edges.size(); ++i)
+            for (std::size_t k = i + 2; k < edges.size(); ++k) {
+                const auto& [a, b] = edges[i];
+                const auto& [c, d] = edges[k];
+                for (const Spot& end : {c, d})
+                    if (distance_to(end, a, b) <= j_.same)
+                        crossings_.push_back(end);
+                for (const Spot& end : {a, b})
+                    if (distance_to(end, c, d) <= j_.same)
+                        crossings_.push_back(end);
+                const double at_c = cross(a, b, c), at_d = cross(a, b, d);
+                if (at_c * at_d < 0.0 && cross(c, d, a) * cross(c, d, b) < 0.0) {
+                    const double t = at_c / (at_c - at_d);
+                    crossings_.push_back({c.x + t * (d.x - c.x), c.y + t * (d.y - c.y)});
+                }
+            }
+    }
+    double room_of_crossing() const { return 8.0 * std::abs(path_.thickness) + j_.same; }
+    bool is_in_crossing(const Spot& p) const {
+        return std::any_of(crossings_.begin(), crossings_.end(),
+                           [&](const Spot& at) { return distance(at, p) <= room_of_crossing(); });
+    }
 
     bool is_listed(const Spot& p) const {
         return std::any_of(listed_.begin(), listed_.end(), [&](const CutSolid* solid) {
@@ -247,8 +280,10 @@ private:
         gap_ = true;
         if (is_node && is_ground_between(a, b, from, to)) {
             const double length = distance(a, b), f = from / length, t = to / length;
-            add("no side along " + words({a.x + f * (b.x - a.x), a.y + f * (b.y - a.y)}) + " to " +
-                words({a.x + t * (b.x - a.x), a.y + t * (b.y - a.y)}));
+            const Spot first{a.x + f * (b.x - a.x), a.y + f * (b.y - a.y)};
+            const Spot last{a.x + t * (b.x - a.x), a.y + t * (b.y - a.y)};
+            if (!is_in_crossing(first) || !is_in_crossing(last))
+                add("no side along " + words(first) + " to " + words(last));
         }
     }
 
@@ -303,7 +338,8 @@ private:
                     j_.add(Law::line, "joint " + std::to_string(joint.number) + " of no width is open at " +
                                           words(j_.mesh.at(joint.corners[0])));
             }
-        const double room = j_.same * 4.0 + j_.rounding * static_cast<double>(sides_.size());
+        const double room = j_.same * 4.0 + j_.rounding * static_cast<double>(sides_.size()) +
+                            2.0 * room_of_crossing() * static_cast<double>(crossings_.size());
         const auto tell = [&](const char* what, double length, double optional) {
             if (!gap_ && (length > covered_ + room || length < covered_ - optional - room))
                 j_.add(Law::line, "group " + std::to_string(path_.group) + ": its " + what +
@@ -335,6 +371,7 @@ private:
     std::vector<const CutSolid*> listed_;
     std::optional<JudgedMesh> between_;  // of a path of the first of two decks: what the second reads
     std::set<Side> sides_;
+    std::vector<Spot> crossings_;  // of a joint of a width with itself
     double covered_ = 0.0, on_border_ = 0.0;
     bool gap_ = false;  // some of the path is no chain, as the deck or the ground asks for
 };

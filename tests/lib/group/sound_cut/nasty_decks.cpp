@@ -272,6 +272,30 @@ void add_joints(std::vector<CutDeck>& decks) {
                          {joint_along({{1.3F, 2.2F}, {3.2F, 0}, {6.4F, 2.4F}}, 1, -0.05F)}));
     decks.push_back(
         deck("a joint forth and back", {joint_along({{1.3F, 2.2F}, {1.7F, 2.3F}, {1.3F, 2.2F}}, 1)}));
+    decks.push_back(
+        deck("a joint that branches",
+             {joint_along({{1.3F, 2.2F}, {4.4F, 2.6F}, {5.3F, 5.2F}, {4.4F, 2.6F}, {7.2F, 1.4F}}, 1)}));
+    decks.push_back(deck("a joint that crosses itself",
+                         {joint_along({{1.3F, 1.2F}, {6.4F, 4.7F}, {6.6F, 1.4F}, {1.6F, 4.6F}}, 1)}));
+    decks.push_back(deck("a joint of a width that crosses itself",
+                         {joint_along({{1.3F, 1.2F}, {6.4F, 4.7F}, {6.6F, 1.4F}, {1.6F, 4.6F}}, 1, -0.03F)}));
+    decks.push_back(deck("a joint over the soil that crosses itself",
+                         {joint_along({{1.3F, 1.2F}, {6.4F, 4.7F}, {6.6F, 1.4F}, {1.6F, 4.6F}}, 1, 0.03F)}));
+    decks.push_back(
+        deck("a joint that ends on itself",
+             {joint_along({{1.3F, 2.2F}, {6.4F, 2.7F}, {6.6F, 4.4F}, {3.2F, 4.6F}, {3.85F, 2.45F}}, 1)}));
+    decks.push_back(deck("a joint that comes back to where it begins",
+                         {joint_along({{2.4F, 1.6F}, {6.6F, 1.7F}, {6.2F, 4.6F}, {2.4F, 1.6F}}, 1)}));
+    decks.push_back(deck("a joint that crosses itself on the border",
+                         {joint_along({{1.3F, 2.2F}, {3.2F, 0}, {6.4F, 2.4F}, {5.2F, 4.1F}, {3.2F, 0}}, 1)}));
+    DrawnGroup knot = region_of({{1.3F, 1.2F}, {6.4F, 4.7F}, {6.6F, 1.4F}, {1.6F, 4.6F}}, 2);
+    make_joint(knot, 0.0F);
+    knot.MATj = 41;
+    decks.push_back(deck("a closed joint that crosses itself", {knot}));
+    decks.push_back(with_listed(
+        deck("a joint through listed elements", {joint_along({{1.4F, 3.4F}, {6.6F, 3.7F}}, 1)}), {21, 27}));
+    decks.push_back(deck("two joints that end at one node",
+                         {joint_along({{4, 6}, {4, 3}}, 1), joint_along({{7.3F, 1.4F}, {4, 3}}, 2)}));
     decks.push_back(deck("a joint over the soil", {joint_along({{4.3F, 6}, {4.3F, 2.5F}}, 1, 0.05F)}));
     decks.push_back(deck("a stage beside a joint",
                          {upright, stage_of({{4.3F, 6}, {4.3F, 3.4F}, {7.2F, 3.4F}, {7.2F, 6}}, 2)}));
