@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view DECK_NAME = "..\\deck.dat";
+constexpr std::string_view MEMORY_DECK = "..\\deck.dat";
 constexpr std::string_view PARENT = "..\\";
 constexpr std::string_view DATA = "C:\\Vork\\Qx\\Qxdata\\";
 
@@ -73,12 +73,12 @@ DryRun dry_run(const DeckCheck& check, const DeckPlace& place, const fs::path& p
     const Edition& edition = check.edition;
     RunInput input;
     input.edition = edition.number;
-    input.deck_name = DECK_NAME;
+    input.deck_name = MEMORY_DECK;
     {
         const DataDirectory data(program, edition, place.project);
         take_data(input, data.files(), place);
     }
-    input.files[std::string(DECK_NAME)] = deck.text;
+    input.files[std::string(MEMORY_DECK)] = deck.text;
     take_meshes(input, deck, place);
 
     const auto begin = std::chrono::steady_clock::now();
@@ -90,7 +90,7 @@ DryRun dry_run(const DeckCheck& check, const DeckPlace& place, const fs::path& p
         ran.message = failure_message({deck,
                                        place.project,
                                        {},
-                                       std::string(DECK_NAME),
+                                       std::string(MEMORY_DECK),
                                        "",
                                        {result.end.status, result.end.text, result.end.text}});
         return ran;

@@ -31,7 +31,7 @@ MeshNode node_of(Kind kind, int number, double x, double y) {
 }
 
 // The middle on the left side tells the element.
-MeshElement element_of(Kind kind, int number, std::array<int, 4> corners, int material) {
+MeshElement compacted_element(Kind kind, int number, std::array<int, 4> corners, int material) {
     MeshElement element{number, corners, {}, material, {}, {}};
     if (kind == Kind::coupled) {
         element.codes = {number, number + 1, number + 2, number + 3};
@@ -50,8 +50,9 @@ Mesh source(Kind kind) {
     mesh.nodes = {node_of(kind, 1, 0, 0), node_of(kind, 2, 1, 0), node_of(kind, 3, 2, 0),
                   node_of(kind, 4, 3, 0), node_of(kind, 5, 4, 0), node_of(kind, 6, 0, 1),
                   node_of(kind, 7, 1, 1), node_of(kind, 8, 2, 1), node_of(kind, 9, 3, 1)};
-    mesh.continuum = {element_of(kind, 11, {1, 2, 7, 6}, 1), element_of(kind, 12, {2, 3, 8, 7}, 2),
-                      element_of(kind, 14, {3, 4, 9, 8}, 3)};
+    mesh.continuum = {compacted_element(kind, 11, {1, 2, 7, 6}, 1),
+                      compacted_element(kind, 12, {2, 3, 8, 7}, 2),
+                      compacted_element(kind, 14, {3, 4, 9, 8}, 3)};
     mesh.beams = {{21, 1, 2, 1}, {23, 3, 4, 2}};
     mesh.trusses = {{31, 6, 7, 1}, {32, 8, 9, 2}};
     return mesh;
