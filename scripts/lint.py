@@ -6,6 +6,8 @@
 The headers of the standard library cost clang-tidy more than a source of ours, so the sources of a directory are
 included into one and looked at together.  Where two of them have a name of their own in common that does not compile:
 such a lot is halved until it does.
+
+The analyzer walks the paths of functions in the main file alone, so in a lot only its checks of syntax are made.
 """
 import concurrent.futures
 import json
@@ -21,7 +23,7 @@ TREES = ("lib", "batch", "brelan")
 
 
 def lots_of(commands):
-    """Sources that stand in one directory and are compiled alike; the longest first, so that no process is left with it."""
+    """Sources that stand in one directory and are compiled alike; the longest first: no process is left with it."""
     alike = {}
     for command in commands:
         path = pathlib.Path(command["file"])
