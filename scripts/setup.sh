@@ -4,6 +4,7 @@
 present() {
     case $1 in
         clang) command -v clang++ ;;
+        ninja-build) command -v ninja ;;
         libgtest-dev) ls /usr/include/gtest/gtest.h ;;
         libbenchmark-dev) ls /usr/include/benchmark/benchmark.h ;;
         libcli11-dev) ls /usr/include/CLI/CLI.hpp ;;

@@ -21,8 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t PLACES = 5;  // of each finding of a dry run's mesh
-
 // --- text ----------------------------------------------------------------------------------------
 
 std::string fields_text(const DeckCard& card) {
@@ -149,7 +147,7 @@ Json dry_run_json(const DryRun& ran) {
             {"seconds", ran.seconds},
             {"result", ran.result},
             {"remarks", Json::array(ran.remarks)},
-            {"mesh", ran.mesh ? report_json(report_of(*ran.mesh, 0.0), PLACES) : Json()}};
+            {"mesh", ran.mesh ? report_json(report_of(*ran.mesh, 0.0), USUAL_LIST) : Json()}};
 }
 
 Json report_json(const DeckCheck& report) {

@@ -36,10 +36,12 @@ struct CheckOptions {
 };
 int check(const CheckOptions& options, const Context& context);
 
+inline constexpr std::size_t USUAL_LIST = 5;  // places of each finding of a mesh
+
 struct InfoOptions {
     std::vector<std::string> files;
     bool json = false;
-    std::size_t list = 5;
+    std::size_t list = USUAL_LIST;
     double tolerance = 0.0;
     KindOption kind;
 };

@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view DECK_NAME = "..\\deck.dat";
+constexpr std::string_view MEMORY_DECK = "..\\deck.dat";
 constexpr std::string_view PARENT = "..\\";
 constexpr std::string_view DATA = "C:\\Vork\\Qx\\Qxdata\\";
 
@@ -74,12 +74,12 @@ DryRun dry_run(const DeckCheck& check, const DeckPlace& place, CutMethod cut, co
     RunInput input;
     input.edition = edition.number;
     input.cut = cut;
-    input.deck_name = DECK_NAME;
+    input.deck_name = MEMORY_DECK;
     {
         const DataDirectory data(program, edition, place.project);
         take_data(input, data.files(), place);
     }
-    input.files[std::string(DECK_NAME)] = deck.text;
+    input.files[std::string(MEMORY_DECK)] = deck.text;
     take_meshes(input, deck, place);
 
     const auto begin = std::chrono::steady_clock::now();
@@ -91,7 +91,7 @@ DryRun dry_run(const DeckCheck& check, const DeckPlace& place, CutMethod cut, co
         ran.message = failure_message({deck,
                                        place.project,
                                        {},
-                                       std::string(DECK_NAME),
+                                       std::string(MEMORY_DECK),
                                        "",
                                        {result.end.status, result.end.text, result.end.text}});
         return ran;

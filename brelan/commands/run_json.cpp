@@ -3,6 +3,7 @@
 
 #include "cli/exit_status.h"
 #include "cli/json.h"
+#include "commands/commands.h"
 #include "commands/info_text.h"
 #include "commands/run_summary.h"
 #include "formats/mesh_file.h"
@@ -13,8 +14,6 @@ namespace brelan::tool {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::size_t PLACES = 5;  // of each finding of the mesh, as brelan info --json has them
 
 Json names(const std::vector<fs::path>& files) {
     Json list = Json::Array();
@@ -35,7 +34,7 @@ Json lines(const std::string& text) {
 Json mesh_json(const RunReport& run, Json& remarks) {
     try {
         const MeshLists mesh = read_mesh_file(run.result.lexically_normal(), run.edition.kind);
-        return report_json(report_of(mesh, 0.0), PLACES);
+        return report_json(report_of(mesh, 0.0), USUAL_LIST);
     } catch (const Failure& failure) {
         remarks.push_back(failure.what());
     } catch (const RunEnd& end) {

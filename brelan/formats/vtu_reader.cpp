@@ -13,9 +13,9 @@ namespace {
 constexpr std::size_t MOST_CELLS = 10'000'000;
 constexpr int POLYGON = 7, PIXEL = 8;
 
-class Reader {
+class VtuReader {
 public:
-    Reader(std::string_view content, const std::string& file) {
+    VtuReader(std::string_view content, const std::string& file) {
         cells_.file = file;
         parse(content);
     }
@@ -143,7 +143,7 @@ private:
 
 CellMesh read_vtu(std::string_view content, const std::string& file) {
     try {
-        return Reader(content, file).read();
+        return VtuReader(content, file).read();
     } catch (const Failure& failure) {
         throw Failure(fmt::format("{}: {}", file, failure.what()));
     }

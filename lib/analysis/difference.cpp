@@ -9,7 +9,7 @@ namespace brelan {
 namespace {
 
 template <class Record, class Numbered>
-std::vector<std::int32_t> places_by_number(const std::vector<Record>& records, Numbered Record::*number) {
+std::vector<std::int32_t> order_by_number(const std::vector<Record>& records, Numbered Record::*number) {
     std::vector<std::int32_t> order(records.size());
     for (std::size_t i = 0; i < order.size(); ++i)
         order[i] = static_cast<std::int32_t>(i);
@@ -24,8 +24,8 @@ template <class Record, class Numbered>
 std::vector<PlacePair> common(const std::vector<Record>& a, const std::vector<Record>& b,
                               Numbered Record::*number, std::vector<std::int32_t>& only_a,
                               std::vector<std::int32_t>& only_b) {
-    const std::vector<std::int32_t> order_a = places_by_number(a, number),
-                                    order_b = places_by_number(b, number);
+    const std::vector<std::int32_t> order_a = order_by_number(a, number),
+                                    order_b = order_by_number(b, number);
     std::vector<PlacePair> both;
     std::size_t i = 0, j = 0;
     const auto number_of = [number](const std::vector<Record>& records, std::int32_t place) {

@@ -26,7 +26,6 @@ constexpr Layout<"(1X,3(1X,ES12.5,1X))"> REALS;
 constexpr Layout<"(I4,3X,I4)"> NUMBERS_4;
 constexpr Layout<"(I5,2X,I4)"> NUMBERS_5;
 constexpr Layout<"(I6,1X,I4)"> NUMBERS_6;
-constexpr Layout<"(2X,I3)"> ONE_NUMBER;
 constexpr Layout<"(10(ES12.5,1X))"> LIMITS_LINE;
 constexpr Layout<"(2X,I3,5X,I2)"> GROUPS_LINE;
 

@@ -16,7 +16,6 @@ namespace brelan {
 namespace {
 
 constexpr Layout<"(2X,I2,4X,I2)"> MODE;
-constexpr Layout<"(2X,I3)"> ONE_NUMBER;
 constexpr Layout<"(2X,I3,6X,ES12.5,2X,ES12.5)"> WATER;
 constexpr Layout<"(6(E12.5,1X))"> TRIANGLE;
 

@@ -14,6 +14,8 @@
 
 namespace brelan {
 
+inline constexpr Layout<"(2X,I3)"> ONE_NUMBER;  // a card of a single code or count
+
 class DeckWriter {
 public:
     DeckWriter(Channel& text, MadeCards& cards) : text_(text), cards_(cards) { cards_ = MadeCards{}; }

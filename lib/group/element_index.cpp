@@ -10,8 +10,6 @@ namespace brelan {
 
 namespace {
 
-constexpr std::int32_t MOST_CELLS = 400;  // along one axis
-
 Extent slanting_sides(const Mesh& mesh, const Corners& corners) {
     Extent slanting;
     const int count = corners.n[3].names_one() ? 4 : 3;

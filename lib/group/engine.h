@@ -9,6 +9,8 @@
 
 namespace brelan {
 
+inline constexpr std::int32_t MOST_CELLS = 400;  // of an index, along one axis
+
 // Limits of the mesh before the first group.
 struct MeshLimits {
     float left = 0.0F, right = 0.0F, bottom = 0.0F;

@@ -12,8 +12,6 @@ namespace brelan {
 
 namespace {
 
-constexpr std::int32_t MOST_CELLS = 400;  // along one axis
-
 bool is_within(const Mesh& mesh, NodeNumber n, const Point& point, float reach) {
     return distance(node_point(mesh, n), point) < reach;
 }

@@ -15,9 +15,9 @@ namespace brelan {
 namespace {
 
 constexpr double SLENDER = OPENING_20;
-constexpr double GAIN = 1.1;     // what is divided anew must be better by this factor
-constexpr double LEAST = 0.001;  // an opening that the digits of a mesh file cannot close
-constexpr int SWEEPS = 3;
+constexpr double SWAP_GAIN = 1.1;  // what is divided anew must be better by this factor
+constexpr double LEAST = 0.001;    // an opening that the digits of a mesh file cannot close
+constexpr int SWAP_SWEEPS = 3;
 
 // How far a corner is from closed or flat; less than 0 where one is pushed in.
 double shape_of(std::span<const Point> corners) {
@@ -95,18 +95,18 @@ private:
             return std::nullopt;
         const std::optional<Division> division = best_division(ring, across);
         const double before = std::min(shape, shape_of(node_points(mesh_, other.nodes())));
-        return division && division->shape > std::max(GAIN * before, LEAST) ? division : std::nullopt;
+        return division && division->shape > std::max(SWAP_GAIN * before, LEAST) ? division : std::nullopt;
     }
 
     // Of a polygon in two: one of four corners by either diagonal.
     std::optional<Division> best_division(const std::vector<NodeNumber>& ring, ElementNumber across) const {
-        using Part = Triangulation::Part;
+        using Half = Triangulation::Part;
         if (ring.size() == 4) {
-            Division one = division_of(ring, across, {Part{0, 1, 2, -1}, Part{0, 2, 3, -1}});
-            Division two = division_of(ring, across, {Part{0, 1, 3, -1}, Part{1, 2, 3, -1}});
+            Division one = division_of(ring, across, {Half{0, 1, 2, -1}, Half{0, 2, 3, -1}});
+            Division two = division_of(ring, across, {Half{0, 1, 3, -1}, Half{1, 2, 3, -1}});
             return one.shape >= two.shape ? one : two;
         }
-        const std::vector<Part> parts = Triangulation(node_points(mesh_, ring)).parts();
+        const std::vector<Half> parts = Triangulation(node_points(mesh_, ring)).parts();
         if (parts.size() != 2)
             return std::nullopt;
         return division_of(ring, across, {parts[0], parts[1]});
@@ -145,7 +145,7 @@ std::set<NodeNumber> divide_anew(Mesh& mesh, Engine& engine, const Drawn& drawn,
             waiting.insert(solid.element);
     Improver improver(mesh, engine, drawn);
     std::set<NodeNumber> changed;
-    for (int sweep = 0; sweep < SWEEPS; ++sweep) {
+    for (int sweep = 0; sweep < SWAP_SWEEPS; ++sweep) {
         std::set<ElementNumber> next;
         for (const ElementNumber e : waiting) {
             if (!improver.improve(e))

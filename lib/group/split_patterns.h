@@ -13,12 +13,12 @@ namespace brelan {
 // A corner of a part: one of the row's corners, a side node, the centre node, or none (a triangle's fourth).
 enum class At : std::int8_t { none, n1, n2, n3, n4, s1, s2, s3, s4, centre };
 
-using Part = std::array<At, 4>;
+using SplitPart = std::array<At, 4>;
 
-constexpr Part triangle_part(At a, At b, At c) {
+constexpr SplitPart triangle_part(At a, At b, At c) {
     return {a, b, c, At::none};
 }
-constexpr Part quadrilateral_part(At a, At b, At c, At d) {
+constexpr SplitPart quadrilateral_part(At a, At b, At c, At d) {
     return {a, b, c, d};
 }
 
@@ -32,9 +32,11 @@ inline constexpr unsigned ANY_CORNER = CORNER_1 | CORNER_2 | CORNER_3 | CORNER_4
 struct SplitPattern {
     unsigned wanted = 0, unwanted = 0;
     int count = 0;
-    std::array<Part, 5> part{};
+    std::array<SplitPart, 5> part{};
 
-    std::span<const Part> parts() const { return std::span(part).first(static_cast<std::size_t>(count)); }
+    std::span<const SplitPart> parts() const {
+        return std::span(part).first(static_cast<std::size_t>(count));
+    }
 };
 
 template <class... Parts>
@@ -112,6 +114,6 @@ inline constexpr std::array QUADRILATERAL_CORNER_CUT{
 // clang-format on
 
 // The parts of a row by its marks; none when it stays whole.
-std::span<const Part> parts_of(const CutRow& row);
+std::span<const SplitPart> parts_of(const CutRow& row);
 
 }  // namespace brelan

@@ -28,7 +28,7 @@ int count_bits(unsigned marks, unsigned first) {
 }
 
 template <std::size_t COUNT>
-std::span<const Part> first_of(const std::array<SplitPattern, COUNT>& table, unsigned marks) {
+std::span<const SplitPart> first_of(const std::array<SplitPattern, COUNT>& table, unsigned marks) {
     const auto applies = [&](const SplitPattern& pattern) {
         return (marks & pattern.wanted) == pattern.wanted && (marks & pattern.unwanted) == 0;
     };
@@ -73,11 +73,11 @@ NodeNumber node_at(const CutRow& row, At at) {
 
 // Appends the parts of a row and marks it as replaced.
 void split_row(CutTable& cut, std::size_t r) {
-    const std::span<const Part> parts = parts_of(cut.rows[r]);
+    const std::span<const SplitPart> parts = parts_of(cut.rows[r]);
     if (parts.empty())
         return;
     const CutRow row = cut.rows[r];
-    for (const Part& part : parts) {
+    for (const SplitPart& part : parts) {
         CutRow added;
         for (std::size_t i = 0; i < 4; ++i)
             added.corner_node[i] = node_at(row, part[i]);
@@ -104,7 +104,7 @@ void write_back(Mesh& mesh, Engine& engine, const CutRow& row) {
 
 }  // namespace
 
-std::span<const Part> parts_of(const CutRow& row) {
+std::span<const SplitPart> parts_of(const CutRow& row) {
     const unsigned marks = marks_of(row);
     if (row.is_triangle())
         return row.centre_node.names_one() ? first_of(TRIANGLE_WITH_CENTRE, marks)

@@ -28,7 +28,7 @@ constexpr Layout<"(4(2X,I5))"> GROUP_LINE;
 constexpr Layout<"(10(2X,I5))"> GROUP_NODES;
 constexpr Layout<"(2X,I5,2X,I5)"> SECTION_COUNT;
 constexpr Layout<"('* FLOW SECTION',I3)"> SECTION_NUMBER;
-constexpr Layout<"('* ',A80)"> SECTION_TITLE;
+constexpr Layout<"('* ',A80)"> SECTION_NAME;
 constexpr Layout<"(10(1X,I6))"> SECTION_NODES;
 constexpr std::string_view SECTION_ROW =
     "* ====================================================================";
@@ -160,7 +160,7 @@ void write_section_head(const GroupCards& group_cards, Channel& file, std::int32
     SECTION_NUMBER.write(file, number);
     file.write_line(SECTION_ROW);
     const bool named = run.mark >= 1 && run.mark <= group_cards.count;
-    SECTION_TITLE.write(file, named ? group_cards.outputs[run.mark].title.view() : std::string_view{});
+    SECTION_NAME.write(file, named ? group_cards.outputs[run.mark].title.view() : std::string_view{});
     write_lines(file, {SECTION_ROW, "*"});
 }
 

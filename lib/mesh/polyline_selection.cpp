@@ -12,7 +12,7 @@ namespace {
 constexpr float SAME_POINT_SQUARED = 1.0E-6F;  // squared length below which two points are one
 constexpr float ON_LINE = 0.001F;  // distance from the line, and beyond its ends, that is still on it
 
-struct Segment {
+struct Stretch {
     float x = 0.0F, y = 0.0F;    // start
     float ux = 0.0F, uy = 0.0F;  // unit vector
     float length = 0.0F;
@@ -24,10 +24,10 @@ struct Claim {
     NodeNumber node;
 };
 
-std::vector<Segment> segments_through(const NodePlaces& places, std::span<const NodeNumber> points) {
-    std::vector<Segment> segments;
+std::vector<Stretch> segments_through(const NodePlaces& places, std::span<const NodeNumber> points) {
+    std::vector<Stretch> segments;
     for (std::size_t i = 0; i + 1 < points.size(); ++i) {
-        Segment s;
+        Stretch s;
         s.x = places.x[points[i]];
         s.y = places.y[points[i]];
         const float dx = places.x[points[i + 1]] - s.x;
@@ -45,7 +45,7 @@ std::vector<Segment> segments_through(const NodePlaces& places, std::span<const 
 }
 
 // True when the point is on the segment; position is then its place along it.
-bool on_segment(const Segment& s, float x, float y, float& position) {
+bool on_segment(const Stretch& s, float x, float y, float& position) {
     const float vx = x - s.x;
     const float vy = y - s.y;
     const float squared = vx * vx + vy * vy;
@@ -62,7 +62,7 @@ bool on_segment(const Segment& s, float x, float y, float& position) {
 }  // namespace
 
 std::vector<NodeNumber> select_polyline(const NodePlaces& places, std::span<const NodeNumber> points) {
-    const std::vector<Segment> segments = segments_through(places, points);
+    const std::vector<Stretch> segments = segments_through(places, points);
     std::vector<std::vector<Claim>> claims(segments.size());
     for (NodeNumber n{1}; n <= LAST_NODE; ++n) {
         if (places.given[n] == 0)

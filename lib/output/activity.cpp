@@ -22,7 +22,6 @@ constexpr Layout<"('* Number of Elements = ',I5)"> COUNT_LINE;
 constexpr std::array<std::string_view, 1> HEADING = {"*    NEL    NAC   NDAC       "};
 constexpr std::array<std::string_view, 1> LONG_HEADING = {"*    NEL    NAC   NDAC    MCH"};
 
-constexpr std::int32_t ACTIVITY_CODE = 0;
 constexpr ElementNumber SHOWN_ELEMENT{1261};  // whose new material the trace shows
 
 // Roles of the six pairs of a group.

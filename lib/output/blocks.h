@@ -20,6 +20,8 @@ static_assert(EQUALS_ROW.size() == 50 && DASHES_ROW.size() == 50 && STARS_ROW.si
 inline constexpr std::string_view CLASS_LINES[3] = {"* Continuum Element", "* Beam Element",
                                                     "* Truss Element"};
 
+inline constexpr std::int32_t ACTIVITY_CODE = 0;  // a column of edition 1, for the user to fill in
+
 // Opens the block of a group with its number and title, of a class in it, of a material in that.
 void write_group_head(const GroupCards& group_cards, Channel& file, std::int32_t g);
 void write_class_head(Channel& file, std::int8_t type);

@@ -14,7 +14,7 @@ constexpr Layout<"(4(2X,I5))"> VALUES;
 constexpr Layout<"(1X,1(1X,I6),2(2X,I5))"> LINE_COUNT;
 
 // Columns that edition 1 has more: the user fills them in.
-constexpr std::int32_t MATERIAL_MODEL = 0, WATER_WEIGHT = 0, ACTIVITY_CODE = 0;
+constexpr std::int32_t MATERIAL_MODEL = 0, WATER_WEIGHT = 0;
 
 bool is_first_edition(const Settings& settings) {
     return settings.edition == 1;

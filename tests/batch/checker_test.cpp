@@ -433,7 +433,7 @@ TEST(NormalisedDeck, WidestNumbersOfAField) {
     expect_work_file(project, "BRELAN.TMP", normalised_with(4, "    1     1 99999 -9999 "));
 }
 
-std::vector<std::string> edit_cards(const std::vector<std::string>& more) {
+std::vector<std::string> edit_deck(const std::vector<std::string>& more) {
     std::vector<std::string> cards{"1", "mesh.Mes", "out.Mes", "1 1 1 1"};
     cards.insert(cards.end(), more.begin(), more.end());
     return cards;
@@ -449,7 +449,7 @@ std::vector<std::string> edit_lines(const std::vector<std::string>& more) {
 const std::string WINDOW_LINE = "-0.10000E+01 -0.10000E+01  0.15000E+01  0.20000E+01 ";
 
 TEST(NormalisedDeck, CodesInAWindow) {
-    expect_normalised(Kind::displacement, edit_cards({"1", "0", "-1 -1 1.5 2", "1", "7 8 9"}),
+    expect_normalised(Kind::displacement, edit_deck({"1", "0", "-1 -1 1.5 2", "1", "7 8 9"}),
                       edit_lines({"    1     0     0     0     0     0 ", "    0 ", WINDOW_LINE, "    1 ",
                                   "    7     8     9 "}));
 }
@@ -461,7 +461,7 @@ TEST(NormalisedDeck, CodesHaveFiveTwoTwoOrThreeWordsByKind) {
     for (const Kind kind : ALL_KINDS) {
         const auto k = static_cast<std::size_t>(kind);
         expect_normalised(
-            kind, edit_cards({"1", "0", "-1 -1 1.5 2", "0", codes[k]}),
+            kind, edit_deck({"1", "0", "-1 -1 1.5 2", "0", codes[k]}),
             edit_lines({"    1     0     0     0     0     0 ", "    0 ", WINDOW_LINE, "    0 ", lines[k]}));
     }
 }
@@ -469,7 +469,7 @@ TEST(NormalisedDeck, CodesHaveFiveTwoTwoOrThreeWordsByKind) {
 TEST(NormalisedDeck, EveryLocationButZeroHasAList) {
     for (const char* location : {"1", "2", "3", "4", "-1"}) {
         expect_normalised(
-            Kind::displacement, edit_cards({"1", location, "3", "1 2 7", "0", "1 1 1"}),
+            Kind::displacement, edit_deck({"1", location, "3", "1 2 7", "0", "1 1 1"}),
             edit_lines({"    1     0     0     0     0     0 ", i_field(std::atoi(location), 5) + " ",
                         "    3 ", "    1     2     7 ", "    0 ", "    1     1     1 "}));
     }
@@ -479,14 +479,14 @@ TEST(NormalisedDeck, ListGoesOnInTheNextLineAfterTenNumbers) {
     std::string list;
     for (int n = 1; n <= 12; ++n)
         list += " " + std::to_string(n % 7 + 1);
-    expect_normalised(Kind::displacement, edit_cards({"1", "1", "12", list, "0", "1 1 1"}),
+    expect_normalised(Kind::displacement, edit_deck({"1", "1", "12", list, "0", "1 1 1"}),
                       edit_lines({"    1     0     0     0     0     0 ", "    1 ", "   12 ",
                                   "    2     3     4     5     6     7     1     2     3     4 ",
                                   "    5     6 ", "    0 ", "    1     1     1 "}));
 }
 
 TEST(NormalisedDeck, ListOfTenNumbersIsOneLine) {
-    expect_normalised(Kind::displacement, edit_cards({"1", "1", "10", "1 2 3 4 5 6 7 1 2 3", "0", "1 1 1"}),
+    expect_normalised(Kind::displacement, edit_deck({"1", "1", "10", "1 2 3 4 5 6 7 1 2 3", "0", "1 1 1"}),
                       edit_lines({"    1     0     0     0     0     0 ", "    1 ", "   10 ",
                                   "    1     2     3     4     5     6     7     1     2     3 ", "    0 ",
                                   "    1     1     1 "}));
@@ -498,7 +498,7 @@ TEST(NormalisedDeck, LongestListHasFiveHundredNumbers) {
         list += n % 25 == 24 ? "3\n" : "3 ";
     list.pop_back();
     const Project project;
-    expect_finished(run_deck(project, Kind::displacement, edit_cards({"1", "1", "500", list, "0", "1 1 1"})));
+    expect_finished(run_deck(project, Kind::displacement, edit_deck({"1", "1", "500", list, "0", "1 1 1"})));
     const auto lines = lines_of(project.read_work("BRELAN.TMP"));
     ASSERT_EQ(lines.size(), 59U);
     EXPECT_EQ(lines[6], "  500 ");
@@ -511,25 +511,25 @@ TEST(NormalisedDeck, LongestListHasFiveHundredNumbers) {
 TEST(NormalisedDeck, ListCountOfZeroOrLessReadsNoLineAndWritesAnEmptyOne) {
     for (const char* count : {"0", "-3"}) {
         expect_normalised(
-            Kind::displacement, edit_cards({"1", "1", count, "1", "7 8 9"}),
+            Kind::displacement, edit_deck({"1", "1", count, "1", "7 8 9"}),
             edit_lines({"    1     0     0     0     0     0 ", "    1 ", i_field(std::atoi(count), 5) + " ",
                         "", "    1 ", "    7     8     9 "}));
     }
 }
 
 TEST(NormalisedDeck, ElementsToDelete) {
-    expect_normalised(Kind::displacement, edit_cards({"2 1 2", "0", "-1 -1 1.5 2", "0"}),
+    expect_normalised(Kind::displacement, edit_deck({"2 1 2", "0", "-1 -1 1.5 2", "0"}),
                       edit_lines({"    2     1     2     0     0     0 ", "    0 ", WINDOW_LINE, "    0 "}));
     expect_normalised(
-        Kind::displacement, edit_cards({"2", "1", "2", "3 -5", "1"}),
+        Kind::displacement, edit_deck({"2", "1", "2", "3 -5", "1"}),
         edit_lines({"    2     0     0     0     0     0 ", "    1 ", "    2 ", "    3    -5 ", "    1 "}));
 }
 
 TEST(NormalisedDeck, MaterialsToChange) {
-    expect_normalised(Kind::displacement, edit_cards({"3", "0", "-1 -1 1.5 2", "0", "4 5 6"}),
+    expect_normalised(Kind::displacement, edit_deck({"3", "0", "-1 -1 1.5 2", "0", "4 5 6"}),
                       edit_lines({"    3     0     0     0     0     0 ", "    0 ", WINDOW_LINE, "    0 ",
                                   "    4     5     6 "}));
-    expect_normalised(Kind::displacement, edit_cards({"3", "1", "2", "3 -5", "0", "4 0 6"}),
+    expect_normalised(Kind::displacement, edit_deck({"3", "1", "2", "3 -5", "0", "4 0 6"}),
                       edit_lines({"    3     0     0     0     0     0 ", "    1 ", "    2 ", "    3    -5 ",
                                   "    0 ", "    4     0     6 "}));
 }
@@ -587,8 +587,7 @@ TEST(NormalisedDeck, LookAheadCutsARealEdit) {
 TEST(NormalisedDeck, EditOfAnUnknownNumberHasNoFurtherCards) {
     for (const char* edit : {"7", "-1"}) {
         const Project project;
-        expect_finished(
-            run_deck(project, Kind::displacement, edit_cards({edit, "this is not", "looked at"})));
+        expect_finished(run_deck(project, Kind::displacement, edit_deck({edit, "this is not", "looked at"})));
         expect_work_file(project, "BRELAN.TMP",
                          edit_lines({i_field(std::atoi(edit), 5) + "     0     0     0     0     0 "}));
         // Nothing is selected or stored.
@@ -605,7 +604,7 @@ TEST(NormalisedDeck, RebuildRowsKeepWhatIsNotGivenByKind) {
                            "    2 ", "    1     2     1     9   -10 ", "    2     1     2     8     7 "});
     };
     const std::vector<std::string> cards =
-        edit_cards({"6", "2", "1 2 3 4 1", "2 1 2 3 4 5 6 7", "1", "1 2 1", "2", "1 2 1 9", "2 1 2 8 7"});
+        edit_deck({"6", "2", "1 2 3 4 1", "2 1 2 3 4 5 6 7", "1", "1 2 1", "2", "1 2 1 9", "2 1 2 8 7"});
     expect_normalised(Kind::coupled, cards,
                       lines("    1     2     3     4     1   -10   -10   -10 ",
                             "    2     1     2     3     4     5     6     7 "));
@@ -622,19 +621,19 @@ TEST(NormalisedDeck, RebuildRowsKeepWhatIsNotGivenByKind) {
 TEST(NormalisedDeck, RebuildRowsHaveTheirDefaultsAnewForEachRow) {
     // What a longer row gave must not leak into the fields that the next row leaves out.
     expect_normalised(
-        Kind::displacement, edit_cards({"6", "2", "1 1 2 3 4 8 0.5 1.5", "2 1 2 3 4", "0", "0"}),
+        Kind::displacement, edit_deck({"6", "2", "1 1 2 3 4 8 0.5 1.5", "2 1 2 3 4", "0", "0"}),
         edit_lines({"    6     0     0     0     0     0 ", "    2 ",
                     "    1     1     2     3     4     8  0.50000E+00  0.15000E+01 ",
                     "    2     1     2     3     4   -10 -0.10000E+02 -0.10000E+02 ", "    0 ", "    0 "}));
 }
 
 TEST(NormalisedDeck, RebuildCountsOfZeroOrLessHaveNoRows) {
-    expect_normalised(Kind::coupled, edit_cards({"6", "0", "-1", "0"}),
+    expect_normalised(Kind::coupled, edit_deck({"6", "0", "-1", "0"}),
                       edit_lines({"    6     0     0     0     0     0 ", "    0 ", "   -1 ", "    0 "}));
 }
 
 TEST(NormalisedDeck, RebuildTakesUpToAHundredRowsOfEachKind) {
-    std::vector<std::string> cards = edit_cards({"6"});
+    std::vector<std::string> cards = edit_deck({"6"});
     for (const char* row : {"1 1 2 3 4", "1 1 2", "1 1 2"}) {
         cards.emplace_back("100");
         cards.insert(cards.end(), 100, row);

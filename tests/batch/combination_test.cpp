@@ -24,7 +24,7 @@ Mesh& with_element(Mesh& mesh, int number, std::array<int, 4> corners, int mater
 }
 
 // A unit square with its lower left corner at x, nodes 1 to 4 from there by rows, one element.
-Mesh square(double x, int code, int element) {
+Mesh square_of_code(double x, int code, int element) {
     Mesh mesh = nodes_of(code, {{1, x, 0}, {2, x + 1, 0}, {3, x, 1}, {4, x + 1, 1}});
     return with_element(mesh, element, {1, 2, 4, 3}, code);
 }
@@ -68,7 +68,7 @@ std::string elements_in(const Mesh& mesh) {
 // --- matching ------------------------------------------------------------------------------------
 
 TEST(Combination, EachNodeOfACommonSideFindsItsPartner) {
-    const Mesh mesh = joined(square(0, 1, 1), square(1, 2, 1), {"0"});
+    const Mesh mesh = joined(square_of_code(0, 1, 1), square_of_code(1, 2, 1), {"0"});
     EXPECT_EQ(nodes_in(mesh), "1:1 2:1 3:1 4:1 5:2 6:2 ");
     EXPECT_EQ(elements_in(mesh), "1(1 2 4 3) 2(2 5 6 4) ");
     EXPECT_EQ(mesh.continuum[1].material, 2);
@@ -76,46 +76,46 @@ TEST(Combination, EachNodeOfACommonSideFindsItsPartner) {
 
 TEST(Combination, CardTwoNamesTheFirstRegion) {
     const Project project;
-    join(project, square(0, 1, 1), square(1, 2, 1), {"0"});
+    join(project, square_of_code(0, 1, 1), square_of_code(1, 2, 1), {"0"});
     EXPECT_EQ(lines_of(project.read_work("FILEA.TMP")).at(5).substr(0, 12), "      1    2");
     EXPECT_EQ(lines_of(project.read_work("FILEB.TMP")).at(5).substr(0, 12), "      1    1");
 }
 
 TEST(Combination, RegionsThatDoNotTouchStayApart) {
-    const Mesh mesh = joined(square(0, 1, 1), square(2, 2, 1), {"0"});
+    const Mesh mesh = joined(square_of_code(0, 1, 1), square_of_code(2, 2, 1), {"0"});
     EXPECT_EQ(nodes_in(mesh), "1:1 2:1 3:1 4:1 5:2 6:2 7:2 8:2 ");
     EXPECT_EQ(elements_in(mesh), "1(1 2 4 3) 2(5 6 8 7) ");
 }
 
 TEST(Combination, HalfTheSmallestSpacingIsTheReach) {
-    EXPECT_EQ(joined(square(0, 1, 1), square(1.5, 2, 1), {"0"}).nodes.size(), 6U);
-    EXPECT_EQ(joined(square(0, 1, 1), square(1.50001, 2, 1), {"0"}).nodes.size(), 8U);
+    EXPECT_EQ(joined(square_of_code(0, 1, 1), square_of_code(1.5, 2, 1), {"0"}).nodes.size(), 6U);
+    EXPECT_EQ(joined(square_of_code(0, 1, 1), square_of_code(1.50001, 2, 1), {"0"}).nodes.size(), 8U);
     // A node of its own in the first region makes the reach smaller: 0.25 / 2.
-    Mesh finer = square(1.125, 2, 1);
+    Mesh finer = square_of_code(1.125, 2, 1);
     finer.nodes.push_back({9, {2, 2, 2}, 3, 0.25, 0, 0});
     finer.nodes.push_back({10, {2, 2, 2}, 3, 0.5, 0, 0});
-    EXPECT_EQ(joined(square(0, 1, 1), finer, {"0"}).nodes.size(), 8U);
+    EXPECT_EQ(joined(square_of_code(0, 1, 1), finer, {"0"}).nodes.size(), 8U);
     finer.nodes[4].y = 0.375;
-    EXPECT_EQ(joined(square(0, 1, 1), finer, {"0"}).nodes.size(), 10U);
+    EXPECT_EQ(joined(square_of_code(0, 1, 1), finer, {"0"}).nodes.size(), 10U);
     // And so does one in the second.
-    Mesh second = square(0, 1, 1);
+    Mesh second = square_of_code(0, 1, 1);
     second.nodes.push_back({9, {1, 1, 1}, -1, 0.25, 0, 0});
     second.nodes.push_back({10, {1, 1, 1}, -1, 0.375, 0, 0});
-    EXPECT_EQ(joined(second, square(1.125, 2, 1), {"0"}).nodes.size(), 10U);
+    EXPECT_EQ(joined(second, square_of_code(1.125, 2, 1), {"0"}).nodes.size(), 10U);
 }
 
 TEST(Combination, CoincidentNodesInARegionLeaveOnlyExactMatches) {
-    Mesh second = square(0, 1, 1);
+    Mesh second = square_of_code(0, 1, 1);
     second.nodes.push_back({7, {1, 1, 1}, 1, 0, 0, 0});  // on node 2
-    const Mesh exact = joined(second, square(1, 2, 1), {"0"});
+    const Mesh exact = joined(second, square_of_code(1, 2, 1), {"0"});
     // Of the two in one place the higher number wins.
     EXPECT_EQ(nodes_in(exact), "1:1 2:1 3:1 4:1 7:1 8:2 9:2 ");
     EXPECT_EQ(elements_in(exact), "1(1 2 4 3) 2(7 8 9 4) ");
-    EXPECT_EQ(joined(second, square(1.00001, 2, 1), {"0"}).nodes.size(), 9U);
+    EXPECT_EQ(joined(second, square_of_code(1.00001, 2, 1), {"0"}).nodes.size(), 9U);
 }
 
 TEST(Combination, ANodeBetweenTwoGoesToTheHigherNumber) {
-    const Mesh mesh = joined(square(0, 1, 1), square(0.5, 2, 1), {"0"});
+    const Mesh mesh = joined(square_of_code(0, 1, 1), square_of_code(0.5, 2, 1), {"0"});
     // 1 and 3 lie half way between 1 and 2, 3 and 4; 2 and 4 are half a side beyond 2 and 4.
     EXPECT_EQ(nodes_in(mesh), "1:1 2:1 3:1 4:1 ");
     EXPECT_EQ(elements_in(mesh), "1(1 2 4 3) 2(2 2 4 4) ");
@@ -138,7 +138,7 @@ TEST(Combination, NodeNumbersOfTheSecondRegionMayHaveGaps) {
 
 TEST(Combination, ListedPairsBecomeOneWhereverTheyLie) {
     // 2 and 4 of the second region with 1 and 3 of the first, three units away.
-    const Mesh mesh = joined(square(0, 1, 1), square(4, 2, 1), {"1", "2", "2 4", "1 3"});
+    const Mesh mesh = joined(square_of_code(0, 1, 1), square_of_code(4, 2, 1), {"1", "2", "2 4", "1 3"});
     EXPECT_EQ(nodes_in(mesh), "1:1 2:1 3:1 4:1 5:2 6:2 ");
     EXPECT_EQ(elements_in(mesh), "1(1 2 4 3) 2(2 5 6 4) ");
     EXPECT_EQ(mesh.nodes[1].x, 1.0);
@@ -146,7 +146,7 @@ TEST(Combination, ListedPairsBecomeOneWhereverTheyLie) {
 
 TEST(Combination, ListedPairsTakeTheFirstRegionsPlaceWithModeMinusOne) {
     const Project project;
-    join(project, square(0, 1, 1), square(4, 2, 1), {"1", "2", "2 4", "1 3"}, "-1");
+    join(project, square_of_code(0, 1, 1), square_of_code(4, 2, 1), {"1", "2", "2 4", "1 3"}, "-1");
     const Mesh mesh = check_mesh(project.read("out.Mes"), Kind::displacement).mesh;
     EXPECT_EQ(nodes_in(mesh), "1:1 2:2 3:1 4:2 5:2 6:2 ");
     EXPECT_EQ(mesh.nodes[1].x, 4.0);
@@ -156,7 +156,7 @@ TEST(Combination, ListedPairsTakeTheFirstRegionsPlaceWithModeMinusOne) {
 TEST(Combination, AnEmptyListMergesNothing) {
     for (const char* count : {"0", "-3"}) {
         const Project project;
-        join(project, square(0, 1, 1), square(1, 2, 1), {"1", count});
+        join(project, square_of_code(0, 1, 1), square_of_code(1, 2, 1), {"1", count});
         const Mesh mesh = expect_sound_mesh(project, "out.Mes", Kind::displacement).mesh;
         EXPECT_EQ(nodes_in(mesh), "1:1 2:1 3:1 4:1 5:2 6:2 7:2 8:2 ") << count;
         EXPECT_EQ(elements_in(mesh), "1(1 2 4 3) 2(5 6 8 7) ") << count;
@@ -168,41 +168,45 @@ TEST(Combination, AnEmptyListMergesNothing) {
 }
 
 TEST(Combination, APairWithoutANodeInTheFirstRegionHasNoEffect) {
-    const Mesh mesh = joined(square(0, 1, 1), square(4, 2, 1), {"1", "3", "2 4 1", "1 3 77"});
+    const Mesh mesh = joined(square_of_code(0, 1, 1), square_of_code(4, 2, 1), {"1", "3", "2 4 1", "1 3 77"});
     EXPECT_EQ(nodes_in(mesh), "1:1 2:1 3:1 4:1 5:2 6:2 ");
 }
 
 TEST(Combination, TheLastPairOfANodeCounts) {
-    const Mesh mesh = joined(square(0, 1, 1), square(4, 2, 1), {"1", "3", "1 2 4", "1 1 3"});
+    const Mesh mesh = joined(square_of_code(0, 1, 1), square_of_code(4, 2, 1), {"1", "3", "1 2 4", "1 1 3"});
     EXPECT_EQ(elements_in(mesh), "1(1 2 4 3) 2(2 5 6 4) ");
 }
 
 TEST(Combination, ListsRunOverSeveralLines) {
-    const Mesh mesh = joined(square(0, 1, 1), square(4, 2, 1), {"1", "2", "2", "4", "1,", "3"});
+    const Mesh mesh =
+        joined(square_of_code(0, 1, 1), square_of_code(4, 2, 1), {"1", "2", "2", "4", "1,", "3"});
     EXPECT_EQ(elements_in(mesh), "1(1 2 4 3) 2(2 5 6 4) ");
 }
 
 // --- element numbers -----------------------------------------------------------------------------
 
 TEST(Combination, ElementNumbersThatRiseStay) {
-    EXPECT_EQ(elements_in(joined(square(0, 1, 7), square(1, 2, 20), {"0"})), "7(1 2 4 3) 20(2 5 6 4) ");
-    EXPECT_EQ(elements_in(joined(square(0, 1, 20), square(1, 2, 7), {"0"})), "1(1 2 4 3) 2(2 5 6 4) ");
-    EXPECT_EQ(elements_in(joined(square(0, 1, 7), square(1, 2, 99990), {"0"})), "7(1 2 4 3) 99990(2 5 6 4) ");
+    EXPECT_EQ(elements_in(joined(square_of_code(0, 1, 7), square_of_code(1, 2, 20), {"0"})),
+              "7(1 2 4 3) 20(2 5 6 4) ");
+    EXPECT_EQ(elements_in(joined(square_of_code(0, 1, 20), square_of_code(1, 2, 7), {"0"})),
+              "1(1 2 4 3) 2(2 5 6 4) ");
+    EXPECT_EQ(elements_in(joined(square_of_code(0, 1, 7), square_of_code(1, 2, 99990), {"0"})),
+              "7(1 2 4 3) 99990(2 5 6 4) ");
 }
 
 TEST(Combination, GapsInTheNumbersOfATypeAreKept) {
-    Mesh second = square(0, 1, 3);
+    Mesh second = square_of_code(0, 1, 3);
     with_element(second, 9, {1, 2, 4, 0});
-    Mesh first = square(1, 2, 5);
+    Mesh first = square_of_code(1, 2, 5);
     with_element(first, 7, {1, 2, 4, 0});
     EXPECT_EQ(elements_in(joined(second, first, {"0"})), "1(1 2 4 3) 7(1 2 4 0) 8(2 5 6 4) 10(2 5 6 0) ");
 }
 
 TEST(Combination, BeamsOfTheSecondRegionAloneGoOnBehindTheContinuum) {
     // The missing beams of the first region and the missing trusses stand behind what is there.
-    Mesh second = square(0, 1, 1);
+    Mesh second = square_of_code(0, 1, 1);
     second.beams = {{2, 1, 2, 5}, {3, 3, 4, 6}};
-    const Mesh mesh = joined(second, square(1, 2, 1), {"0"});
+    const Mesh mesh = joined(second, square_of_code(1, 2, 1), {"0"});
     ASSERT_EQ(mesh.beams.size(), 2U);
     EXPECT_EQ(elements_in(mesh), "1(1 2 4 3) 2(2 5 6 4) ");
     EXPECT_EQ(mesh.beams[0].number, 3);
@@ -238,8 +242,8 @@ TEST(Combination, OtherCollisionsThanOfTheLowestNumbersGoUnseen) {
 TEST(Combination, TheResultMayTakeTheNameOfEitherMesh) {
     for (const char* name : {"second.Mes", "first.Mes"}) {
         const Project project;
-        project.write("second.Mes", square(0, 1, 1).text());
-        project.write("first.Mes", square(1, 2, 1).text());
+        project.write("second.Mes", square_of_code(0, 1, 1).text());
+        project.write("first.Mes", square_of_code(1, 2, 1).text());
         project.deck(text_of({"0", "second.Mes", "first.Mes", name, "0"}));
         expect_finished(project.run());
         const Mesh mesh = expect_sound_mesh(project, name, Kind::displacement).mesh;
@@ -249,7 +253,7 @@ TEST(Combination, TheResultMayTakeTheNameOfEitherMesh) {
 
 TEST(Combination, AMeshMayBeJoinedToItself) {
     const Project project;
-    project.write("mesh.Mes", square(0, 1, 1).text());
+    project.write("mesh.Mes", square_of_code(0, 1, 1).text());
     project.deck(text_of({"0", "mesh.Mes", "mesh.Mes", "out.Mes", "0"}));
     expect_finished(project.run());
     const Mesh mesh = expect_sound_mesh(project, "out.Mes", Kind::displacement).mesh;
@@ -267,7 +271,8 @@ TEST(Combination, TracesItsPasses) {
     for (const bool listed : {false, true}) {
         const Project project;
         project.write_data("DEBUG/Brelan_P1.dat", "1 43\n");
-        join(project, square(0, 1, 1), square(1, 2, 1), listed ? Cards{"1", "1", "2", "1"} : Cards{"0"});
+        join(project, square_of_code(0, 1, 1), square_of_code(1, 2, 1),
+             listed ? Cards{"1", "1", "2", "1"} : Cards{"0"});
         std::vector<std::string> expected = begin;
         if (!listed)
             expected.insert(expected.end(), {"  Pass 30 ", "  Pass 31 "});

@@ -31,7 +31,7 @@ MeshNode node_of(Kind kind, int number, double x, double y) {
 }
 
 // The middle on the left side tells the element.
-MeshElement element_of(Kind kind, int number, std::array<int, 4> corners, int material) {
+MeshElement compacted_element(Kind kind, int number, std::array<int, 4> corners, int material) {
     MeshElement element{number, corners, {}, material, {}, {}};
     if (kind == Kind::coupled) {
         element.codes = {number, number + 1, number + 2, number + 3};
@@ -50,8 +50,9 @@ Mesh source(Kind kind) {
     mesh.nodes = {node_of(kind, 1, 0, 0), node_of(kind, 2, 1, 0), node_of(kind, 3, 2, 0),
                   node_of(kind, 4, 3, 0), node_of(kind, 5, 4, 0), node_of(kind, 6, 0, 1),
                   node_of(kind, 7, 1, 1), node_of(kind, 8, 2, 1), node_of(kind, 9, 3, 1)};
-    mesh.continuum = {element_of(kind, 11, {1, 2, 7, 6}, 1), element_of(kind, 12, {2, 3, 8, 7}, 2),
-                      element_of(kind, 14, {3, 4, 9, 8}, 3)};
+    mesh.continuum = {compacted_element(kind, 11, {1, 2, 7, 6}, 1),
+                      compacted_element(kind, 12, {2, 3, 8, 7}, 2),
+                      compacted_element(kind, 14, {3, 4, 9, 8}, 3)};
     mesh.beams = {{21, 1, 2, 1}, {23, 3, 4, 2}};
     mesh.trusses = {{31, 6, 7, 1}, {32, 8, 9, 2}};
     return mesh;
@@ -127,7 +128,7 @@ void expect_result(Kind kind, const Mesh& from, const Cards& edit_cards, const M
     expect_work_file(project, "MeshFile.Mes", copy);
 }
 
-const std::vector<int> ALL = {11, 12, 14, 21, 23, 31, 32};
+const std::vector<int> ALL_ELEMENTS = {11, 12, 14, 21, 23, 31, 32};
 
 class CompactionRun : public ::testing::TestWithParam<Kind> {
 protected:
@@ -153,28 +154,28 @@ TEST_P(CompactionRun, DeletesOutsideAWindow) {
 
 TEST_P(CompactionRun, AWindowIsOpenAtItsEdges) {
     // The centroid of 12 lies at (1.5, 0.5).
-    expect_left({"1 1", "2", "0", "1.5 0.25 2 0.75", "0"}, ALL);
-    expect_left({"1 1", "2", "0", "1 0.25 2 0.5", "0"}, ALL);
+    expect_left({"1 1", "2", "0", "1.5 0.25 2 0.75", "0"}, ALL_ELEMENTS);
+    expect_left({"1 1", "2", "0", "1 0.25 2 0.5", "0"}, ALL_ELEMENTS);
 }
 
 TEST_P(CompactionRun, DeletesListedNumbersOfAnyType) {
     expect_left({"1 1", "2", "1", "3", "12 21 32", "0"}, {11, 14, 23, 31});
     expect_left({"1 1", "2", "1", "2", "11 -31", "0"}, {32});
     expect_left({"1 1", "2", "1", "2", "14 23", "1"}, {14, 23});
-    expect_left({"1 1", "2", "1", "2", "13 99990", "0"}, ALL);  // no elements of the mesh
+    expect_left({"1 1", "2", "1", "2", "13 99990", "0"}, ALL_ELEMENTS);  // no elements of the mesh
 }
 
 TEST_P(CompactionRun, SelectionsOfNodesTakeNoElement) {
     for (const char* ILOC : {"2", "3", "7"}) {
-        expect_left({"1 1", "2", ILOC, "2", "1 2", "0"}, ALL);
+        expect_left({"1 1", "2", ILOC, "2", "1 2", "0"}, ALL_ELEMENTS);
         expect_left({"1 1", "2", ILOC, "2", "1 2", "1"}, {});
     }
 }
 
 TEST_P(CompactionRun, AnUnknownSideTakesNothing) {
     for (const char* side : {"2", "-1"}) {
-        expect_left({"1 1", "2", "0", "-9 -9 9 9", side}, ALL);
-        expect_left({"1 1", "2", "1", "1", "11", side}, ALL);
+        expect_left({"1 1", "2", "0", "-9 -9 9 9", side}, ALL_ELEMENTS);
+        expect_left({"1 1", "2", "1", "1", "11", side}, ALL_ELEMENTS);
     }
 }
 
@@ -202,7 +203,7 @@ TEST_P(CompactionRun, StartNumbersOfBeamsAndTrussesPlayNoPart) {
 
 TEST_P(CompactionRun, NodesOfNoElementAreDropped) {
     // Node 5 in the first, 4, 5 and 9 in the second.
-    expect_left({"1 1", "2", "1", "1", "99", "0"}, ALL);
+    expect_left({"1 1", "2", "1", "1", "99", "0"}, ALL_ELEMENTS);
     expect_left({"1 1", "2", "1", "3", "14 23 32", "0"}, {11, 12, 21, 31});
 }
 
@@ -211,7 +212,7 @@ TEST_P(CompactionRun, NodesOfNoElementAreDropped) {
 TEST_P(CompactionRun, ChangesMaterialsByTypeAndClosesUp) {
     const auto renamed = [](std::array<int, 3> continuum, std::array<int, 2> beams,
                             std::array<int, 2> trusses) {
-        Mesh mesh = closed_up(GetParam(), ALL, 1, 1);
+        Mesh mesh = closed_up(GetParam(), ALL_ELEMENTS, 1, 1);
         for (std::size_t k = 0; k < 3; ++k)
             mesh.continuum[k].material = continuum[k];
         for (std::size_t k = 0; k < 2; ++k) {

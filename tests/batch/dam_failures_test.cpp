@@ -14,7 +14,7 @@ namespace {
 using Fragments = std::vector<std::string>;
 
 // All cards: 1.1 on line 2, 5.1 on 4, 5.2 on 6, 5.3 on 8, 5.4-1 on 10, the layers on 12, 5.5 on 14.
-DamInput whole_dam() {
+DamInput dam_of_all_parts() {
     DamInput dam;
     dam.crest = dam.WMID = 8.0;
     dam.layers = {6.0, 8.0};
@@ -42,7 +42,7 @@ TEST(DamRefusal, NamesTheFieldOfCard5_2) {
     for (const Row& row : rows)
         for (const double value : {0.0, -2.5})
             for (const int ISHELL : {0, 1}) {
-                DamInput dam = whole_dam();
+                DamInput dam = dam_of_all_parts();
                 dam.ISHELL = ISHELL;
                 dam.*row.field = value;
                 expect_refused(dam, {"..\\deck.dat, line 6: Card 5.2", row.name,
@@ -51,7 +51,7 @@ TEST(DamRefusal, NamesTheFieldOfCard5_2) {
 }
 
 TEST(DamRefusal, OfACrestThatEndsBeyondTheBlockColumns) {
-    DamInput dam = whole_dam();
+    DamInput dam = dam_of_all_parts();
     dam.RUNL = 81.0;  // and a crest of 8, while the columns end at 88
     expect_refused(dam, {"line 6: Card 5.2", "89", "88"});
     dam.ISHELL = 1;  // the runs only pick the templates
@@ -66,19 +66,19 @@ TEST(DamRefusal, OfACoreOutsideTheProfile) {
         {{42.0, 0.0}, {46.0, 0.0}, {60.0, 18.0}, {43.0, 18.0}},    // above the right slope
     };
     for (const auto& core : outside) {
-        DamInput dam = whole_dam();
+        DamInput dam = dam_of_all_parts();
         dam.core = core;
         expect_refused(dam, {"line 8: Card 5.3", "profile"});
     }
 }
 
 TEST(DamRefusal, OfPointsThatMakeNoArea) {
-    DamInput dam = whole_dam();
+    DamInput dam = dam_of_all_parts();
     dam.core = {{42.0, 0.0}, {45.0, 18.0}, {46.0, 0.0}, {43.0, 18.0}};  // crossed
     expect_refused(dam, {"line 8: Card 5.3", "order"});
     dam.core = {{42.0, 0.0}, {44.0, 9.0}, {46.0, 18.0}, {44.0, 9.0}};  // one line
     expect_refused(dam, {"line 8: Card 5.3", "area of 0"});
-    dam = whole_dam();
+    dam = dam_of_all_parts();
     dam.wall = {{43.0, 0.0}, {45.0, -11.0}, {43.0, -11.0}, {45.0, 0.0}};
     expect_refused(dam, {"line 14: Card 5.5", "order"});
 }
@@ -91,33 +91,33 @@ TEST(DamRefusal, OfAWallOutsideTheGround) {
         {{20.0, 15.0}, {20.0, -5.0}, {22.0, -5.0}, {22.0, 15.0}},    // above the left slope
     };
     for (const auto& wall : outside) {
-        DamInput dam = whole_dam();
+        DamInput dam = dam_of_all_parts();
         dam.wall = wall;
         expect_refused(dam, {"line 14: Card 5.5", "ground"});
     }
 }
 
 TEST(DamRefusal, OfMarginsAndLayersWithoutExtent) {
-    DamInput dam = whole_dam();
+    DamInput dam = dam_of_all_parts();
     dam.XLEFT = 0.0;
     expect_refused(dam, {"line 10: Card 5.4-1", "XLEFT"});
-    dam = whole_dam();
+    dam = dam_of_all_parts();
     dam.XRIGHT = -1.0;
     expect_refused(dam, {"line 10: Card 5.4-1", "XRIGHT"});
-    dam = whole_dam();
+    dam = dam_of_all_parts();
     dam.layers[1] = 0.0;
     expect_refused(dam, {"line 12: Card 5.4", "thickness"});
 }
 
 TEST(DamRefusal, OfMoreLayersThanBlockRows) {
-    DamInput dam = whole_dam();
+    DamInput dam = dam_of_all_parts();
     dam.wall.clear();
     dam.layers.assign(99, 1.0);
     expect_refused(dam, {"line 4: Card 5.1", "98", "99"});
 }
 
 TEST(DamOf98Layers, IsDividedIntoAsManyRows) {
-    DamInput dam = whole_dam();
+    DamInput dam = dam_of_all_parts();
     dam.wall.clear();
     dam.core.clear();
     dam.layers.assign(98, 1.0);
@@ -139,7 +139,7 @@ TEST(DamRefusal, OfANumberOfLayersBelow0IsNone) {
 // --- templates -----------------------------------------------------------------------------------
 
 TEST(DamTemplates, MissingAreNamed) {
-    DamInput dam = whole_dam();
+    DamInput dam = dam_of_all_parts();
     dam.ISHELL = 1;
     const Project project(Kind::displacement);
     install_dam_files(project, Kind::displacement);
@@ -152,7 +152,7 @@ TEST(DamTemplates, MissingAreNamed) {
 }
 
 TEST(DamTemplates, OfTheOtherKindsAreRefused) {
-    DamInput dam = whole_dam();
+    DamInput dam = dam_of_all_parts();
     dam.ISHELL = 1;
     for (const Kind kind : ALL_KINDS) {
         const Project project(kind);

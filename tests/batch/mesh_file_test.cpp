@@ -9,7 +9,7 @@
 namespace brelan::test {
 namespace {
 
-const Lines IDENTITY{"1 1", "0", "0 0 0 0", "1 1"};
+const Lines FILE_IDENTITY{"1 1", "0", "0 0 0 0", "1 1"};
 
 const Lines SECTION{"heading", "heading"};
 
@@ -20,7 +20,7 @@ Lines source(const std::string& counts, const Lines& rest) {
 // A result of the displacement kind.
 void expect_mesh(const Lines& mesh, const std::string& counts, const Lines& rest,
                  const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
-    expect_result(Kind::displacement, mesh, IDENTITY,
+    expect_result(Kind::displacement, mesh, FILE_IDENTITY,
                   Lines{counts} + node_headings(Kind::displacement) + rest + CLOSING, file, line);
 }
 
@@ -76,9 +76,9 @@ TEST(MeshFile, WrittenByOneRunIsReadByTheNext) {
     for (const Kind kind : ALL_KINDS) {
         const Project project(kind);
         project.write("mesh.Mes", sample_mesh(kind).text());
-        project.deck(text_of(Lines{"1 0", "mesh.Mes", "once.Mes"} + IDENTITY));
+        project.deck(text_of(Lines{"1 0", "mesh.Mes", "once.Mes"} + FILE_IDENTITY));
         expect_finished(project.run());
-        project.deck(text_of(Lines{"1 0", "once.Mes", "twice.Mes"} + IDENTITY));
+        project.deck(text_of(Lines{"1 0", "once.Mes", "twice.Mes"} + FILE_IDENTITY));
         expect_finished(project.run());
         const Lines once = lines_of(project.read("once.Mes"));
         const Lines twice = lines_of(project.read("twice.Mes"));
@@ -87,7 +87,7 @@ TEST(MeshFile, WrittenByOneRunIsReadByTheNext) {
             first_difference(Lines(once.begin() + 1, once.end()), Lines(twice.begin() + 1, twice.end())), "");
         // The copy in the working directory is a mesh file too, blanks up to column 126 and all.
         project.write("copy.Mes", project.read_work("MeshFile.Mes"));
-        project.deck(text_of(Lines{"1 0", "copy.Mes", "thrice.Mes"} + IDENTITY));
+        project.deck(text_of(Lines{"1 0", "copy.Mes", "thrice.Mes"} + FILE_IDENTITY));
         expect_finished(project.run());
         const Lines thrice = lines_of(project.read("thrice.Mes"));
         EXPECT_EQ(
@@ -101,7 +101,8 @@ TEST(MeshFile, WrittenByOneRunIsReadByTheNext) {
 TEST(MeshFileNodes, MayLeaveOutIEXAndIEY) {
     expect_mesh(source("3 0 0 0", {"1 1 0 0 0 0", "2 0 1 0 1 0", "3 0 0 1 0 1"}),
                 "     3       0       0       0", NODES_WRITTEN);
-    expect_result(Kind::coupled, source("2 0 0 0", {"1 1 0 0 2 3 0.5 0", "2 0 1 0 4 5 1 0.25"}), IDENTITY,
+    expect_result(Kind::coupled, source("2 0 0 0", {"1 1 0 0 2 3 0.5 0", "2 0 1 0 4 5 1 0.25"}),
+                  FILE_IDENTITY,
                   Lines{"     2       0       0       0"} + node_headings(Kind::coupled) +
                       Lines{"      1    1    0    0    2    3    1    1  0.500000E+00  0.000000E+00 ",
                             "      2    0    1    0    4    5    1    1  0.100000E+01  0.250000E+00 "} +
@@ -111,7 +112,7 @@ TEST(MeshFileNodes, MayLeaveOutIEXAndIEY) {
 TEST(MeshFileNodes, IEXAndIEYAreWrittenAsOneWhateverTheyWere) {
     expect_mesh(source("1 0 0 0", {"1 1 0 0 5 -6 0 0"}), "     1       0       0       0",
                 {NODES_WRITTEN[0]});
-    expect_result(Kind::coupled, source("1 0 0 0", {"1 1 0 0 2 3 9 8 0.5 0"}), IDENTITY,
+    expect_result(Kind::coupled, source("1 0 0 0", {"1 1 0 0 2 3 9 8 0.5 0"}), FILE_IDENTITY,
                   Lines{"     1       0       0       0"} + node_headings(Kind::coupled) +
                       Lines{"      1    1    0    0    2    3    1    1  0.500000E+00  0.000000E+00 "} +
                       CLOSING);
@@ -126,7 +127,7 @@ TEST(MeshFileNodes, FirstRecordDecidesForAll) {
 TEST(MeshFileNodes, RecordOfTheTemperatureAndHeadKindsHasNoSuchChoice) {
     for (const Kind kind : {Kind::temperature, Kind::head})
         expect_result(
-            kind, source("1 0 0 0", {"1 1 0 0.5 0 20 0.25 7 8 9"}), IDENTITY,
+            kind, source("1 0 0 0", {"1 1 0 0.5 0 20 0.25 7 8 9"}), FILE_IDENTITY,
             Lines{"     1       0       0       0"} + node_headings(kind) +
                 Lines{"      1    1    0  0.500000E+00  0.000000E+00  0.200000E+02  0.250000E+00 "} +
                 CLOSING);
@@ -153,7 +154,7 @@ TEST(MeshFileElements, NegativeRealTouchesTheFieldBeforeIt) {
     expect_result(Kind::coupled,
                   source("1 1 0 0", Lines{"1 1 0 0 2 3 1 1 0.5 0"} + SECTION +
                                         Lines{"1 1 1 1 0 0 0 0 0 4 5 6 7 8 -0.125"}),
-                  IDENTITY,
+                  FILE_IDENTITY,
                   Lines{"     1       1       0       0"} + node_headings(Kind::coupled) +
                       Lines{"      1    1    0    0    2    3    1    1  0.500000E+00  0.000000E+00 "} +
                       continuum_headings(Kind::coupled) +

@@ -11,7 +11,7 @@
 namespace brelan::test {
 namespace {
 
-const Lines IDENTITY{"1 1", "0", "0 0 0 0", "1 1"};
+const Lines STRIPPED_IDENTITY{"1 1", "0", "0 0 0 0", "1 1"};
 
 // A mesh of the displacement kind, whole and as its working copy shows it.
 const Lines HEAD{"a mesh", "counts"};
@@ -43,7 +43,7 @@ Lines strip(const std::string& mesh, const Lines& copy, const char* source = __b
             int line = __builtin_LINE()) {
     const Project project(Kind::displacement);
     project.write("mesh.Mes", mesh);
-    project.deck(text_of(Lines{"1 0", "mesh.Mes", "out.Mes"} + IDENTITY));
+    project.deck(text_of(Lines{"1 0", "mesh.Mes", "out.Mes"} + STRIPPED_IDENTITY));
     expect_finished(project.run(), source, line);
     expect_work_file(project, "FILEA.TMP", copy, source, line);
     EXPECT_FALSE(project.exists_work("TT123.TMP"));
@@ -64,7 +64,7 @@ Lines behind_nodes(const Lines& result) {
 
 void expect_strip_fails(const Lines& mesh, const Lines& fragments, const char* source = __builtin_FILE(),
                         int line = __builtin_LINE()) {
-    expect_edit_fails(Kind::displacement, mesh, IDENTITY, fragments, source, line);
+    expect_edit_fails(Kind::displacement, mesh, STRIPPED_IDENTITY, fragments, source, line);
 }
 
 // --- comments ----------------------------------------------------------------------------------------------
@@ -258,7 +258,7 @@ TEST(Stripper, LeavesNoWorkingFile) {
     const Project project(Kind::displacement);
     project.write("mesh.Mes", text_of(WHOLE));
     project.write_work("TT123.TMP", "left by a run that was broken off\n");
-    project.deck(text_of(Lines{"1 0", "mesh.Mes", "out.Mes"} + IDENTITY));
+    project.deck(text_of(Lines{"1 0", "mesh.Mes", "out.Mes"} + STRIPPED_IDENTITY));
     expect_finished(project.run());
     EXPECT_FALSE(project.exists_work("TT123.TMP"));
 }
@@ -302,7 +302,7 @@ TEST(Stripper, ByteOrderMarkInFrontOfAMeshIsNamed) {
     const Project project(Kind::displacement);
     for (const std::string start : {"* comment\n", ""}) {
         project.write("mesh.Mes", "\xEF\xBB\xBF" + start + text_of(WHOLE));
-        project.deck(text_of(Lines{"1 0", "mesh.Mes", "out.Mes"} + IDENTITY));
+        project.deck(text_of(Lines{"1 0", "mesh.Mes", "out.Mes"} + STRIPPED_IDENTITY));
         expect_failed(project.run(), {"..\\mesh.Mes, line 1: ", "byte order mark"});
         EXPECT_EQ(project.read("out.Mes"), "");
     }

@@ -32,7 +32,7 @@ constexpr Value EDITS[] = {{0, "move, scale, mirror"}, {1, "set node codes"}, {2
 constexpr Value NODE_SELECTIONS[] = {
     {0, "in a window"}, {1, "on a list"}, {2, "on a polyline"}, {3, "of elements of listed materials"}};
 constexpr Value ELEMENT_SELECTIONS[] = {{0, "in a window"}, {1, "on a list"}};
-constexpr Value SIDES[] = {{0, "what is selected"}, {1, "all others"}};
+constexpr Value SIDE_VALUES[] = {{0, "what is selected"}, {1, "all others"}};
 constexpr Value NO_YES[] = {{0, "no"}, {1, "yes"}};
 constexpr Value FIXED[] = {{0, "free"}, {1, "fixed"}};
 constexpr Value TEMPLATES[] = {{1, "1 : 1"}, {2, "1 : 1.5"}, {3, "1 : 2"}, {4, "1 : 2.5"}, {5, "1 : 3"}};
@@ -61,9 +61,9 @@ constexpr std::array FIELDS{
     CodeField{"3.3.2.1", "ILOC", NODE_SELECTIONS, "nothing is selected"},
     CodeField{"3.3.3.1", "ILOC", ELEMENT_SELECTIONS, "nothing is selected"},
     CodeField{"3.3.4.1", "ILOC", ELEMENT_SELECTIONS, "nothing is selected"},
-    CodeField{"3.3.2.3", "ISIDE", SIDES, "the edit acts on nothing"},
-    CodeField{"3.3.3.3", "ISIDE", SIDES, "the edit acts on nothing"},
-    CodeField{"3.3.4.3", "ISIDE", SIDES, "the edit acts on nothing"},
+    CodeField{"3.3.2.3", "ISIDE", SIDE_VALUES, "the edit acts on nothing"},
+    CodeField{"3.3.3.3", "ISIDE", SIDE_VALUES, "the edit acts on nothing"},
+    CodeField{"3.3.4.3", "ISIDE", SIDE_VALUES, "the edit acts on nothing"},
     CodeField{"3.3.6.1", "MODEL", TEMPLATES, "no template of its own: the first is taken"},
     CodeField{"3.3.5.3", "IBOUND", NO_YES, "taken for 0"},
     CodeField{"3.3.5.4-1", "IGTITL", NO_YES, "taken for 0"},

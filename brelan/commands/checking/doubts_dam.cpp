@@ -54,10 +54,10 @@ struct Dam {
     }
 };
 
-constexpr double NOTHING = 1e-4;  // of a length; cards have five digits
+constexpr double EQUAL_WITHIN = 1e-4;  // of a length; cards have five digits
 
 bool same_length(double a, double b) {
-    return std::abs(a - b) <= NOTHING * std::max(std::abs(a), std::abs(b));
+    return std::abs(a - b) <= EQUAL_WITHIN * std::max(std::abs(a), std::abs(b));
 }
 
 // --- lengths -------------------------------------------------------------------------------------

@@ -138,7 +138,7 @@ void doubt_crossing(Doubts& doubts, const DeckGroup& group, const DeckCard* card
             }
 }
 
-double signed_area(const std::vector<DeckPoint>& path) {
+double path_area(const std::vector<DeckPoint>& path) {
     double area = 0.0;
     for (std::size_t i = 0; i < path.size(); ++i)
         area += (path[i].x * path[(i + 1) % path.size()].y - path[(i + 1) % path.size()].x * path[i].y) / 2.0;
@@ -175,7 +175,7 @@ void doubt_shape(Doubts& doubts, const DeckGroup& group) {
                                      place_text(segment.path.front())));
     if (!group.closed || is_line(group))
         return;
-    const double area = signed_area(group.path);
+    const double area = path_area(group.path);
     if (std::abs(area) < SAME_PLACE * SAME_PLACE)
         doubts.doubt("no-area", card, fmt::format("{}: the outline has no area", group_name(group)));
     else if (area < 0.0 && (group.group_type == -3 || group.group_type == -4))

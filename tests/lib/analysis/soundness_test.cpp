@@ -85,7 +85,7 @@ TEST(Soundness, JointOfSomeWidthJoinsItsSides) {
 }
 
 TEST(Soundness, MarksOfJointsGoByTheKind) {
-    for (const LayoutKind kind : ALL_KINDS) {
+    for (const LayoutKind kind : brelan::ALL_KINDS) {
         MeshLists mesh = parted_squares().joint({2, 5, 7, 3}).mesh();
         mesh.kind = kind;
         mesh.finish();

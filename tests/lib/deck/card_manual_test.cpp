@@ -49,7 +49,7 @@ bool has_counts(const std::string& row, const Card& card) {
     return row.starts_with("| " + std::string(card.number) + " | " + counts_of(card) + " | ");
 }
 
-std::string shown(const CardField& field) {
+std::string shown_name(const CardField& field) {
     std::ostringstream text;
     text << '`' << field.name << '`';
     if (field.otherwise)
@@ -61,7 +61,7 @@ bool has_fields(const std::string& row, const Card& card) {
     std::size_t at = 0;
     for (const CardField& field : card.fields_of(LayoutKind::coupled)) {
         // JK has a default of its own: it may stem from a dam.
-        at = row.find(field.name == "JK" ? "`JK` (0)" : shown(field), at);
+        at = row.find(field.name == "JK" ? "`JK` (0)" : shown_name(field), at);
         if (at == std::string::npos)
             return false;
     }

@@ -7,7 +7,7 @@
 namespace brelan::test {
 namespace {
 
-std::string blanks(std::size_t count) {
+std::string blank_columns(std::size_t count) {
     return std::string(count, ' ');
 }
 
@@ -33,7 +33,7 @@ protected:
 };
 
 TEST_F(NameField, BareNameIsTakenFromTheParentDirectory) {
-    EXPECT_EQ(whole("mesh.Mes"), "..\\mesh.Mes" + blanks(115));
+    EXPECT_EQ(whole("mesh.Mes"), "..\\mesh.Mes" + blank_columns(115));
 }
 
 TEST_F(NameField, LeadingBlanksOfABareNameGo) {
@@ -83,21 +83,21 @@ TEST_F(NameField, ShortenedNameKeepsTheLastColumnsOfALongerOneBeforeIt) {
     // With k leading blanks columns k + 1 to 123 move to the front; the last k columns of the field keep what
     // the name before left there.
     trimmed(letters(123));
-    EXPECT_EQ(whole("   mesh.Mes"), "..\\mesh.Mes" + blanks(112) + letters(123).substr(120));
-    EXPECT_EQ(whole("  mesh.Mes"), "..\\mesh.Mes" + blanks(113) + letters(123).substr(121));
-    EXPECT_EQ(whole(" mesh.Mes"), "..\\mesh.Mes" + blanks(114) + letters(123).substr(122));
-    EXPECT_EQ(whole("mesh.Mes"), "..\\mesh.Mes" + blanks(115));
-    EXPECT_EQ(whole("   mesh.Mes"), "..\\mesh.Mes" + blanks(115));
+    EXPECT_EQ(whole("   mesh.Mes"), "..\\mesh.Mes" + blank_columns(112) + letters(123).substr(120));
+    EXPECT_EQ(whole("  mesh.Mes"), "..\\mesh.Mes" + blank_columns(113) + letters(123).substr(121));
+    EXPECT_EQ(whole(" mesh.Mes"), "..\\mesh.Mes" + blank_columns(114) + letters(123).substr(122));
+    EXPECT_EQ(whole("mesh.Mes"), "..\\mesh.Mes" + blank_columns(115));
+    EXPECT_EQ(whole("   mesh.Mes"), "..\\mesh.Mes" + blank_columns(115));
 }
 
 TEST_F(NameField, NameWithAPathLeavesTheWorkFieldAlone) {
     trimmed(letters(123));
     trimmed("sub\\mesh.Mes");
-    EXPECT_EQ(whole(" mesh.Mes"), "..\\mesh.Mes" + blanks(114) + letters(123).substr(122));
+    EXPECT_EQ(whole(" mesh.Mes"), "..\\mesh.Mes" + blank_columns(114) + letters(123).substr(122));
 }
 
 TEST_F(NameField, TextThatBeginsInTheLastColumnCopiedIsOneCharacter) {
-    EXPECT_EQ(trimmed(blanks(122) + "abc"), "..\\a");
+    EXPECT_EQ(trimmed(blank_columns(122) + "abc"), "..\\a");
 }
 
 // --- titles ------------------------------------------------------------------------------------------------
@@ -123,24 +123,24 @@ TEST(Title, TakesCommasForText) {
 }
 
 TEST(Title, HasAtMost80Columns) {
-    EXPECT_EQ(title_length(blanks(75) + "abcd"), 79);
-    EXPECT_EQ(title_length(blanks(75) + "abcde"), 80);
-    EXPECT_EQ(title_length(blanks(75) + "abcdef"), 80);
-    EXPECT_EQ(title_length("short" + blanks(100) + "far"), 80);
+    EXPECT_EQ(title_length(blank_columns(75) + "abcd"), 79);
+    EXPECT_EQ(title_length(blank_columns(75) + "abcde"), 80);
+    EXPECT_EQ(title_length(blank_columns(75) + "abcdef"), 80);
+    EXPECT_EQ(title_length("short" + blank_columns(100) + "far"), 80);
 }
 
 TEST(Title, Has80ColumnsWhenAWordEndsInColumn125) {
-    EXPECT_EQ(title_length("short" + blanks(115) + "abcde"), 80);
+    EXPECT_EQ(title_length("short" + blank_columns(115) + "abcde"), 80);
     EXPECT_EQ(title_length(std::string(125, 'x')), 80);
 }
 
 TEST(Title, IgnoresAWordThatReachesColumn126BehindAShorterOne) {
-    EXPECT_EQ(title_length("short" + blanks(115) + "abcdef"), 5);
+    EXPECT_EQ(title_length("short" + blank_columns(115) + "abcdef"), 5);
 }
 
 TEST(Title, IsEmptyWhenItsOnlyWordReachesColumn126) {
     EXPECT_EQ(title_length(std::string(126, 'x')), 0);
-    EXPECT_EQ(title_length(blanks(125) + "x"), 0);
+    EXPECT_EQ(title_length(blank_columns(125) + "x"), 0);
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ std::string name_of_place(At at) {
 // The parts as text: "N1 N2 S1, N1 S1 N3"; empty for a row that stays whole.
 std::string parts_text(const CutRow& row) {
     std::string text;
-    for (const Part& part : parts_of(row)) {
+    for (const SplitPart& part : parts_of(row)) {
         if (!text.empty())
             text += ", ";
         std::string one;
@@ -243,7 +243,7 @@ int left_out(const CutRow& row) {
     int left = 0;
     for (int i = 0; i < row.corners(); ++i) {
         bool used = row.side_node[i].is_none();
-        for (const Part& part : parts_of(row))
+        for (const SplitPart& part : parts_of(row))
             for (const At at : part)
                 used = used || at == static_cast<At>(static_cast<int>(At::s1) + i);
         left += used ? 0 : 1;
@@ -321,7 +321,7 @@ bool exists_in(const CutRow& row, At at) {
 
 TEST(SplitPatterns, PartsUseNodesThatTheRowHas) {
     for (const CutRow& row : all_rows())
-        for (const Part& part : parts_of(row))
+        for (const SplitPart& part : parts_of(row))
             for (std::size_t i = 0; i < 4; ++i) {
                 if (i == 3 && part[i] == At::none)
                     continue;
@@ -339,7 +339,7 @@ TEST(SplitPatterns, PartsFillTheRow) {
         if (!triangle)
             whole.push_back(At::n4);
         double sum = 0.0;
-        for (const Part& part : parts_of(row)) {
+        for (const SplitPart& part : parts_of(row)) {
             std::vector<At> ring(part.begin(), part.end());
             if (ring.back() == At::none)
                 ring.pop_back();

@@ -263,7 +263,7 @@ TEST_F(LineUpBeyond, ApplyingMovesTheListedNodesOnly) {
 
 // The work as it is described: all elements for every truss, all trusses for every pair.
 struct PlainScan {
-    const Mesh& mesh;
+    const brelan::Mesh& mesh;
     std::vector<LinedNode> nodes{};
     std::vector<NodeMove> moves{};
 

@@ -9,7 +9,7 @@
 namespace brelan::test {
 namespace {
 
-constexpr std::string_view MESH =
+constexpr std::string_view WALKED_MESH =
     "a mesh\ncounts\n2 1 0 2\nnodes\nheading\n"
     "7 0 0 1 1 1 0.5 1.5\n3 0 0 1 1 1 2.5 3.5\n"
     "elements\nheading\n12 7 3 7 3 0 0 0 0 4 1.0 2.3\n"
@@ -18,7 +18,7 @@ constexpr std::string_view MESH =
 
 class MeshWalkTest : public ChannelTest {
 protected:
-    Channel& file = state.channels.open_in_memory(5, "a mesh", MESH);
+    Channel& file = state.channels.open_in_memory(5, "a mesh", WALKED_MESH);
     StrippedMesh form{8, {2, 2, 2}};
     MeshWalk walk{LayoutKind::displacement, file, form};
 };

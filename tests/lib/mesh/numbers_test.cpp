@@ -42,11 +42,12 @@ template <class Tables, class Index>
 constexpr bool IS_ASKED_FOR = requires(Tables& table, Index index) {
     table[index];
 };
-static_assert(IS_ASKED_FOR<decltype(Mesh::x), NodeNumber> && !IS_ASKED_FOR<decltype(Mesh::x), ElementNumber>);
-static_assert(!IS_ASKED_FOR<decltype(Mesh::x), std::int32_t>);
-static_assert(IS_ASKED_FOR<decltype(Mesh::words), ElementNumber>);
-static_assert(!IS_ASKED_FOR<decltype(Mesh::words), NodeNumber>);
-static_assert(!IS_ASKED_FOR<decltype(Mesh::words), MaterialNumber>);
+static_assert(IS_ASKED_FOR<decltype(brelan::Mesh::x), NodeNumber> &&
+              !IS_ASKED_FOR<decltype(brelan::Mesh::x), ElementNumber>);
+static_assert(!IS_ASKED_FOR<decltype(brelan::Mesh::x), std::int32_t>);
+static_assert(IS_ASKED_FOR<decltype(brelan::Mesh::words), ElementNumber>);
+static_assert(!IS_ASKED_FOR<decltype(brelan::Mesh::words), NodeNumber>);
+static_assert(!IS_ASKED_FOR<decltype(brelan::Mesh::words), MaterialNumber>);
 static_assert(IS_ASKED_FOR<NodeNumbers, NodeNumber> && !IS_ASKED_FOR<NodeNumbers, std::int32_t>);
 static_assert(IS_ASKED_FOR<decltype(EditCards::list), std::int32_t>);
 static_assert(!IS_ASKED_FOR<decltype(EditCards::list), NodeNumber>);

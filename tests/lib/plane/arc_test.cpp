@@ -12,31 +12,31 @@ namespace {
 
 constexpr float PI = std::numbers::pi_v<float>;
 
-void expect_point(const Point& found, float x, float y, float slack = 0.0F) {
+void expect_at(const Point& found, float x, float y, float slack = 0.0F) {
     EXPECT_NEAR(found.x, x, slack);
     EXPECT_NEAR(found.y, y, slack);
 }
 
 TEST(Ellipse, EachQuadrantHasItsSigns) {
     const float R = std::sqrt(2.0F);
-    expect_point(ellipse_point(0.25F * PI, {10, 20}, 2, 2), 10 + R, 20 + R, 1.0E-5F);
-    expect_point(ellipse_point(0.75F * PI, {10, 20}, 2, 2), 10 - R, 20 + R, 1.0E-5F);
-    expect_point(ellipse_point(1.25F * PI, {10, 20}, 2, 2), 10 - R, 20 - R, 1.0E-5F);
-    expect_point(ellipse_point(1.75F * PI, {10, 20}, 2, 2), 10 + R, 20 - R, 1.0E-5F);
-    expect_point(ellipse_point(-0.25F * PI, {10, 20}, 2, 2), 10 + R, 20 - R, 1.0E-5F);
+    expect_at(ellipse_point(0.25F * PI, {10, 20}, 2, 2), 10 + R, 20 + R, 1.0E-5F);
+    expect_at(ellipse_point(0.75F * PI, {10, 20}, 2, 2), 10 - R, 20 + R, 1.0E-5F);
+    expect_at(ellipse_point(1.25F * PI, {10, 20}, 2, 2), 10 - R, 20 - R, 1.0E-5F);
+    expect_at(ellipse_point(1.75F * PI, {10, 20}, 2, 2), 10 + R, 20 - R, 1.0E-5F);
+    expect_at(ellipse_point(-0.25F * PI, {10, 20}, 2, 2), 10 + R, 20 - R, 1.0E-5F);
 }
 
 TEST(Ellipse, AxesAreItsHalfWidths) {
-    expect_point(ellipse_point(0, {1, 1}, 4, 2), 5, 1);
-    expect_point(ellipse_point(0.5F * PI, {1, 1}, 4, 2), 1, 3, 1.0E-5F);
-    expect_point(ellipse_point(PI, {1, 1}, 4, 2), -3, 1, 1.0E-5F);
-    expect_point(ellipse_point(1.5F * PI, {1, 1}, 4, 2), 1, -1, 1.0E-5F);
+    expect_at(ellipse_point(0, {1, 1}, 4, 2), 5, 1);
+    expect_at(ellipse_point(0.5F * PI, {1, 1}, 4, 2), 1, 3, 1.0E-5F);
+    expect_at(ellipse_point(PI, {1, 1}, 4, 2), -3, 1, 1.0E-5F);
+    expect_at(ellipse_point(1.5F * PI, {1, 1}, 4, 2), 1, -1, 1.0E-5F);
 }
 
 // At 45 degrees x = y, and x^2 / 16 + y^2 / 4 = 1 gives 16 / 5 for both squares.
 TEST(Ellipse, AngleIsThatOfTheRayFromTheCentre) {
     const float x = std::sqrt(3.2F);
-    expect_point(ellipse_point(0.25F * PI, {}, 4, 2), x, x, 1.0E-5F);
+    expect_at(ellipse_point(0.25F * PI, {}, 4, 2), x, x, 1.0E-5F);
 }
 
 TEST(Ellipse, SineAndCosineAreTheWideOnesRounded) {
@@ -48,10 +48,10 @@ TEST(Ellipse, SineAndCosineAreTheWideOnesRounded) {
 
 TEST(ArcTable, PartsHaveEqualLengths) {
     const ArcTable quarter(0, 0.5F * PI, 3, 3, 3);
-    expect_point(quarter.point(1, {1, 1}), 1 + 3 * std::cos(PI / 6), 2.5F, 1.0E-3F);
-    expect_point(quarter.point(2, {1, 1}), 2.5F, 1 + 3 * std::cos(PI / 6), 1.0E-3F);
+    expect_at(quarter.point(1, {1, 1}), 1 + 3 * std::cos(PI / 6), 2.5F, 1.0E-3F);
+    expect_at(quarter.point(2, {1, 1}), 2.5F, 1 + 3 * std::cos(PI / 6), 1.0E-3F);
     const ArcTable half(0, PI, 4, 2, 2);
-    expect_point(half.point(1, {}), 0, 2, 1.0E-2F);
+    expect_at(half.point(1, {}), 0, 2, 1.0E-2F);
 }
 
 TEST(ArcTable, LastPointIsThatOfTheLastAngle) {
@@ -71,18 +71,18 @@ TEST(ArcTable, MinusSignOfTheCountDoesNotMatter) {
 
 TEST(ArcTable, WithoutACountOneStepIsTheWholeArc) {
     const ArcTable table(0, PI, 4, 2, 0);
-    expect_point(table.point(1, {}), -4, 0, 1.0E-2F);
+    expect_at(table.point(1, {}), -4, 0, 1.0E-2F);
 }
 
 TEST(ArcTable, BeyondTheArcTheAngleIsZero) {
     const ArcTable table(1, 2, 4, 2, 2);
-    expect_point(table.point(3, {1, 1}), 5, 1);
+    expect_at(table.point(3, {1, 1}), 5, 1);
 }
 
 TEST(ArcTable, BackwardsArcRunsTheOtherWay) {
     const ArcTable table(PI, 0, 3, 3, 2);
-    expect_point(table.point(1, {}), 0, 3, 1.0E-2F);
-    expect_point(table.point(2, {}), 3, 0);
+    expect_at(table.point(1, {}), 0, 3, 1.0E-2F);
+    expect_at(table.point(2, {}), 3, 0);
 }
 
 }  // namespace

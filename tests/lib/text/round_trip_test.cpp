@@ -17,7 +17,7 @@ constexpr int COUNT = 50000;
 constexpr int ON_A_LINE = 8;
 
 // Bit patterns of finite reals: at random, and round the places where the count of digits changes.
-std::vector<float> reals() {
+std::vector<float> drawn_reals() {
     std::mt19937 random(20240607);
     std::vector<float> values{0.0F, -0.0F, 1.0F, -1.0F, 0.1F, 1.0F / 3.0F, 16777216.0F, 16777215.0F};
     for (const float limit : {std::numeric_limits<float>::min(), std::numeric_limits<float>::max()})
@@ -79,7 +79,7 @@ protected:
     }
     template <FixedText NOTATION>
     void expect_same_through_layout() const {
-        expect_same(reals(), [](Channel& channel, std::span<const float, ON_A_LINE> v) {
+        expect_same(drawn_reals(), [](Channel& channel, std::span<const float, ON_A_LINE> v) {
             Layout<NOTATION>{}.write(channel, v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7]);
         });
     }
@@ -102,7 +102,7 @@ private:
 };
 
 TEST_F(RoundTrip, RealsComeBackFromFreeFieldLines) {
-    expect_same(reals(), [](Channel& channel, std::span<const float, ON_A_LINE> v) {
+    expect_same(drawn_reals(), [](Channel& channel, std::span<const float, ON_A_LINE> v) {
         write_free(channel, v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7]);
     });
 }
@@ -126,7 +126,7 @@ TEST_F(RoundTrip, RealsComeBackFromNineDigitsWithOneBeforeThePoint) {
 
 TEST_F(RoundTrip, RealsComeBackFromTouchingFields) {
     // A negative value fills its field, so that its sign directly follows the exponent before it.
-    std::vector<float> negative = reals();
+    std::vector<float> negative = drawn_reals();
     for (float& value : negative)
         value = as_read(value) == 0.0F ? -1.0F : -std::abs(value);
     expect_same(negative, [](Channel& channel, std::span<const float, ON_A_LINE> v) {
@@ -146,7 +146,7 @@ TEST_F(RoundTrip, SixDigitsComeBackAsTheSameSixDigits) {
     constexpr float highest = 3.402E38F;  // and those of a larger number above every number
     Channel& channel = state.channels.open(7, "values.txt", OpenStatus::work);
     constexpr Layout<"(E13.6)"> six_digits;
-    for (const float value : reals()) {
+    for (const float value : drawn_reals()) {
         if (std::abs(value) < lowest || std::abs(value) > highest)
             continue;
         channel.rewind();

@@ -19,7 +19,6 @@ namespace brelan::test {
 
 namespace {
 
-constexpr const char* DECK = "..\\deck.dat";
 constexpr const char* RESULT = "Out.Mes";
 
 std::string numbers(const std::vector<int>& list) {
