@@ -151,7 +151,9 @@ TEST_F(SafeFiles, ADirectoryThatTakesNoFilesIsToldBeforeTheRun) {
     fs::permissions(project.file("closed/out.Mes"), fs::perms{0666});
     project.deck(edit_deck("mesh.Mes", "..\\closed\\out.Mes"));
     fs::permissions(project.file("closed"), fs::perms{0555});
-    expect_failed(project.run("", {.unprivileged = true}),
+    RunOptions options;
+    options.unprivileged = true;
+    expect_failed(project.run("", options),
                   {"..\\closed\\out.Mes: its directory cannot hold the file that is to take its place: "
                    "Permission denied"});
     EXPECT_FALSE(project.exists_work("FILEA.TMP"));
