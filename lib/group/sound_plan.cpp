@@ -44,9 +44,10 @@ private:
                     for (const ElementNumber e : users_of(mesh_, engine_, side).solids)
                         solids[e] = solid_of(mesh_, e);
         }
+        if (is_corner(solids, pin) || place_on_sides(solids, pin))
+            return;
         for (const auto& [e, solid] : solids)
-            if (!place_on_border(solid, pin) && holds(node_points(mesh_, plan_.ring_of(solid)), pin) &&
-                !bend_to(solid, pin))
+            if (holds(node_points(mesh_, plan_.ring_of(solid)), pin) && !bend_to(solid, pin))
                 add_inside(solid, pin);
     }
 
@@ -58,27 +59,38 @@ private:
         return chain;
     }
 
-    // True for a pin that is a corner of a solid, or a node of one of its sides now.
-    bool place_on_border(const Solid& solid, const Point& pin) {
-        for (const NodeNumber node : solid.nodes()) {
-            const Point at = node_point(mesh_, node);
-            if (foot_on(at, at, pin).distance < drawing_.tolerance)
-                return true;
-        }
-        for (std::size_t i = 0; i < solid.count; ++i) {
-            const Side side = side_between(solid.node[i], solid.behind(i));
-            const std::vector<NodeNumber> chain = chain_of(side);
-            for (std::size_t k = 1; k < chain.size(); ++k) {
-                const Point a = node_point(mesh_, chain[k - 1]), b = node_point(mesh_, chain[k]);
-                const Foot foot = foot_on(a, b, pin);
-                if (foot.distance >= drawing_.tolerance)
-                    continue;
-                add_on_side(side, is_kept(mesh_, engine_, drawn_, side) ? at_share(a, b, foot.share) : pin,
-                            drawing_.tolerance);
-                return true;
-            }
-        }
+    bool is_corner(const std::map<ElementNumber, Solid>& solids, const Point& pin) const {
+        for (const auto& [e, solid] : solids)
+            for (const NodeNumber node : solid.nodes())
+                if (const Point at = node_point(mesh_, node);
+                    foot_on(at, at, pin).distance < drawing_.tolerance)
+                    return true;
         return false;
+    }
+
+    // True for a pin that is a node of a side now: of the nearest one, as two sides may meet beside it. A
+    // joint has two at one place.
+    bool place_on_sides(const std::map<ElementNumber, Solid>& solids, const Point& pin) {
+        double least = drawing_.tolerance;
+        std::map<Side, Point> nearest;
+        for (const auto& [e, solid] : solids)
+            for (std::size_t i = 0; i < solid.count; ++i) {
+                const Side side = side_between(solid.node[i], solid.behind(i));
+                const std::vector<NodeNumber> chain = chain_of(side);
+                for (std::size_t k = 1; k < chain.size(); ++k) {
+                    const Point a = node_point(mesh_, chain[k - 1]), b = node_point(mesh_, chain[k]);
+                    const Foot foot = foot_on(a, b, pin);
+                    if (foot.distance > least || foot.distance >= drawing_.tolerance)
+                        continue;
+                    if (foot.distance < least)
+                        nearest.clear();
+                    least = foot.distance;
+                    nearest[side] = is_kept(mesh_, engine_, drawn_, side) ? at_share(a, b, foot.share) : pin;
+                }
+            }
+        for (const auto& [side, place] : nearest)
+            add_on_side(side, place, drawing_.tolerance);
+        return !nearest.empty();
     }
 
     // Bends the side that a pin is nearly on. False where none may be bent.
