@@ -71,8 +71,14 @@ private:
     // True for a pin that is a node of a side now: of the nearest one, as two sides may meet beside it. A
     // joint has two at one place.
     bool place_on_sides(const std::map<ElementNumber, Solid>& solids, const Point& pin) {
+        struct OnSide {
+            Side side;
+            double distance = 0.0;
+            Point place;
+        };
+        constexpr double SAME = 0.01;  // of the tolerance: two sides at one place
+        std::vector<OnSide> found;
         double least = drawing_.tolerance;
-        std::map<Side, Point> nearest;
         for (const auto& [e, solid] : solids)
             for (std::size_t i = 0; i < solid.count; ++i) {
                 const Side side = side_between(solid.node[i], solid.behind(i));
@@ -80,17 +86,18 @@ private:
                 for (std::size_t k = 1; k < chain.size(); ++k) {
                     const Point a = node_point(mesh_, chain[k - 1]), b = node_point(mesh_, chain[k]);
                     const Foot foot = foot_on(a, b, pin);
-                    if (foot.distance > least || foot.distance >= drawing_.tolerance)
+                    if (foot.distance >= drawing_.tolerance)
                         continue;
-                    if (foot.distance < least)
-                        nearest.clear();
-                    least = foot.distance;
-                    nearest[side] = is_kept(mesh_, engine_, drawn_, side) ? at_share(a, b, foot.share) : pin;
+                    least = std::min(least, foot.distance);
+                    found.push_back(
+                        {side, foot.distance,
+                         is_kept(mesh_, engine_, drawn_, side) ? at_share(a, b, foot.share) : pin});
                 }
             }
-        for (const auto& [side, place] : nearest)
-            add_on_side(side, place, drawing_.tolerance);
-        return !nearest.empty();
+        for (const OnSide& on : found)
+            if (on.distance <= least + SAME * drawing_.tolerance)
+                add_on_side(on.side, on.place, drawing_.tolerance);
+        return !found.empty();
     }
 
     // Bends the side that a pin is nearly on. False where none may be bent.
