@@ -142,6 +142,8 @@ private:
             if (foot.distance < drawing_.tolerance)
                 on.emplace_back(foot.share, static_cast<int>(i));
         }
+        for (const auto& [share, i] : on)
+            drawn_.lines.try_emplace(nodes[static_cast<std::size_t>(i)], segment.from, segment.to);
         std::sort(on.begin(), on.end());
         const auto ring = static_cast<int>(plan_.ring_of(solid).size());
         bool inside = false;

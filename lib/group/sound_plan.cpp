@@ -91,7 +91,7 @@ private:
                     least = std::min(least, foot.distance);
                     found.push_back(
                         {side, foot.distance,
-                         is_kept(mesh_, engine_, drawn_, side) ? at_share(a, b, foot.share) : pin});
+                         is_kept(mesh_, engine_, drawn_, side) ? point_between(a, b, foot.share) : pin});
                 }
             }
         for (const OnSide& on : found)
@@ -169,12 +169,6 @@ private:
         nodes.push_back(add_inner_node(mesh_, engine_, pin, solid.node));
     }
 
-    static Point at_share(const Point& a, const Point& b, double share) {
-        const double x = static_cast<double>(a.x), y = static_cast<double>(a.y);
-        return {static_cast<float>(x + share * (static_cast<double>(b.x) - x)),
-                static_cast<float>(y + share * (static_cast<double>(b.y) - y))};
-    }
-
     // A joint has as many nodes on one side as on the other, so what divides one side divides the side
     // across.
     void carry_over_joints() {
@@ -222,7 +216,7 @@ private:
             }
             if (met)
                 continue;
-            add_on_side(side_between(c, d), at_share(across, across_end, share), 0.0);
+            add_on_side(side_between(c, d), point_between(across, across_end, share), 0.0);
             added = true;
         }
         return added;

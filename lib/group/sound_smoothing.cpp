@@ -121,8 +121,8 @@ private:
         if (freedom.freedom == Freedom::slides) {
             const double share = foot_on(freedom.from, freedom.to, at).share;
             for (const double step : STEPS) {
-                found.push_back(along(freedom, share - step * share));
-                found.push_back(along(freedom, share + step * (1.0 - share)));
+                found.push_back(point_between(freedom.from, freedom.to, share - step * share));
+                found.push_back(point_between(freedom.from, freedom.to, share + step * (1.0 - share)));
             }
             return found;
         }
@@ -133,12 +133,6 @@ private:
                     {static_cast<float>(static_cast<double>(at.x) + step * shortest * direction[0]),
                      static_cast<float>(static_cast<double>(at.y) + step * shortest * direction[1])});
         return found;
-    }
-
-    static Point along(const NodeFreedom& freedom, double share) {
-        const double x = static_cast<double>(freedom.from.x), y = static_cast<double>(freedom.from.y);
-        return {static_cast<float>(x + share * (static_cast<double>(freedom.to.x) - x)),
-                static_cast<float>(y + share * (static_cast<double>(freedom.to.y) - y))};
     }
 
     Mesh& mesh_;
