@@ -23,6 +23,9 @@ constexpr std::array<double, 3> STEPS{0.3, 0.12, 0.04};  // of the shortest way 
 constexpr std::array<std::array<double, 2>, 8> DIRECTIONS{
     {{1.0, 0.0}, {0.7, 0.7}, {0.0, 1.0}, {-0.7, 0.7}, {-1.0, 0.0}, {-0.7, -0.7}, {0.0, -1.0}, {0.7, -0.7}}};
 
+// A corner with a hundredth of a degree, or as much less than 180, is none.
+constexpr double OPENING_OF_NOTHING = 1.523087E-8;
+
 // An opening so small, and a side so short for its coordinates, is looked at with the digits of the file.
 constexpr double DOUBTFUL = 0.001, SHORT = 1.0E-3;
 
@@ -30,13 +33,19 @@ Point written(const Point& p) {
     return {as_written<"(E13.6)">(p.x), as_written<"(E13.6)">(p.y)};
 }
 
+bool has_no_corner(std::span<const Point> corners) {
+    const Openings openings = openings_of(corners);
+    return openings.smallest < OPENING_OF_NOTHING || openings.largest > OPENING_180 - OPENING_OF_NOTHING;
+}
+
 bool is_flat(std::span<const Point> corners) {
     const std::size_t n = corners.size();
+    std::array<Point, 4> as_read;
+    std::transform(corners.begin(), corners.end(), as_read.begin(), written);
     for (std::size_t i = 0; i < n; ++i)
-        if (orientation(written(corners[i]), written(corners[(i + 1) % n]), written(corners[(i + 2) % n])) <=
-            0)
+        if (orientation(as_read[i], as_read[(i + 1) % n], as_read[(i + 2) % n]) <= 0)
             return true;
-    return false;
+    return has_no_corner(corners) || has_no_corner({as_read.data(), n});
 }
 
 bool is_doubtful(std::span<const Point> corners, double shape) {

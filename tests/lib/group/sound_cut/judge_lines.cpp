@@ -199,6 +199,15 @@ private:
                 }
         return false;
     }
+    bool is_drawn_over(const Spot& p) const {
+        for (const DrawnPath& path : j_.run.paths)
+            for (const DrawnPiece& piece : path.pieces)
+                for (std::size_t k = 0; k + 1 < piece.points.size(); ++k)
+                    if (path.group != path_.group &&
+                        distance_to(p, piece.points[k], piece.points[k + 1]) <= j_.same)
+                        return true;
+        return false;
+    }
     const CutNode* before(int number) const {
         const auto& nodes = j_.run.before.nodes;
         const auto at = std::lower_bound(nodes.begin(), nodes.end(), number,
@@ -218,6 +227,8 @@ private:
         const bool start_is_node = from > 0.0 || k > 0 || (is_placed(a) && is_seen_end(a));
         const bool end_is_node =
             to < 1.0 || k + 2 < piece_->points.size() || (is_placed(b) && is_seen_end(b));
+        // What another group draws over an end that this one leaves open goes on beyond this one's line.
+        gap_ = gap_ || (!start_is_node && is_drawn_over(a)) || (!end_is_node && is_drawn_over(b));
         const std::vector<OnPiece> nodes = nodes_on(a, b);
         from *= length, to *= length;
         if (nodes.empty()) {
@@ -243,7 +254,7 @@ private:
         std::vector<Cost> cost(nodes.size(), {0.0, off(0)});
         std::vector<std::size_t> before(nodes.size(), 0);
         for (std::size_t i = 1; i < nodes.size(); ++i)
-            for (std::size_t k = i; k-- > 0 && i - k <= 8;) {
+            for (std::size_t k = i; k-- > 0;) {
                 const bool is_side = j_.mesh.is_side(nodes[k].node, nodes[i].node);
                 if (!is_side && k + 1 < i)
                     continue;
