@@ -1,6 +1,7 @@
 #include "group/sound_drawing.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "group/path_cut.h"
 #include "plane/foot.h"
@@ -49,8 +50,10 @@ Drawing drawing_of(const Path& path, std::span<const SegmentRow> segments, doubl
 }
 
 bool is_pinned(const Drawing& drawing, const Point& point) {
+    const double x = static_cast<double>(point.x), far = 1.001 * drawing.tolerance;
     return std::any_of(drawing.pins.begin(), drawing.pins.end(), [&](const Point& pin) {
-        return foot_on(pin, pin, point).distance < drawing.tolerance;
+        return std::abs(static_cast<double>(pin.x) - x) <= far &&
+               foot_on(pin, pin, point).distance < drawing.tolerance;
     });
 }
 

@@ -61,10 +61,13 @@ bool is_doubtful(std::span<const Point> corners, double shape) {
 }
 
 // The smallest opening of the solids round a node, with the node at a place, and how far their corners are
-// from flat.
-double shape_with(const Mesh& mesh, const std::vector<Solid>& solids, NodeNumber node, const Point& place) {
+// from flat. What is no more than `enough` is not told exactly.
+double shape_with(const Mesh& mesh, const std::vector<Solid>& solids, NodeNumber node, const Point& place,
+                  double enough) {
     double worst = OPENING_180;
     for (const Solid& solid : solids) {
+        if (worst <= enough)
+            return worst;
         std::array<Point, 4> corners;
         for (std::size_t i = 0; i < solid.count; ++i)
             corners[i] = solid.node[i] == node ? place : node_point(mesh, solid.node[i]);
@@ -85,9 +88,11 @@ public:
 
     // True when the node has moved.
     bool improve(NodeNumber node) {
+        if (engine_.frozen[node] != 0 || drawn_.nodes.count(node) != 0)
+            return false;
         const std::vector<Solid> solids = solids_with(mesh_, engine_, node);
         const Point at = node_point(mesh_, node);
-        const double before = shape_with(mesh_, solids, node, at);
+        const double before = shape_with(mesh_, solids, node, at, -1.0);
         if (before >= GOOD_ENOUGH)
             return false;
         const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
@@ -96,7 +101,7 @@ public:
         Point best = at;
         double best_shape = std::max(before * GAIN, 0.0);
         for (const Point& place : places(freedom, solids, node, at)) {
-            const double shape = shape_with(mesh_, solids, node, place);
+            const double shape = shape_with(mesh_, solids, node, place, best_shape);
             if (shape > best_shape) {
                 best = place;
                 best_shape = shape;
