@@ -98,13 +98,14 @@ void keep_drawn_nodes(const Mesh& mesh, const Engine& engine, const Drawing& dra
 }
 
 // Ends the run at the first solid, by its nodes, that would be flat.
-void require_shapes(const Mesh& mesh, const Engine& engine, const std::set<NodeNumber>& nodes) {
+void require_shapes(const Mesh& mesh, const Engine& engine, const Drawing& drawing,
+                    const std::set<NodeNumber>& nodes) {
     std::set<ElementNumber> seen;
     for (const NodeNumber node : nodes)
         for (const Solid& solid : solids_with(mesh, engine, node))
             if (seen.insert(solid.element).second && is_flat_as_written(mesh, solid))
-                fail("group " + std::to_string(engine.group) + ": element " + to_string(solid.element) +
-                     " at " + text_of(node_point(mesh, node)) +
+                fail(place_in_drawing(engine.group, drawing, node_point(mesh, node)) + "element " +
+                     to_string(solid.element) + " at " + text_of(node_point(mesh, node)) +
                      " would be flat by the digits that a mesh file has; what is drawn there lies too close "
                      "together");
 }
@@ -124,7 +125,7 @@ CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
     const std::set<NodeNumber> changed = divide_anew(mesh, engine, drawn, nodes);
     smooth(mesh, engine, drawn, changed);
     nodes.insert(changed.begin(), changed.end());
-    require_shapes(mesh, engine, nodes);
+    require_shapes(mesh, engine, drawing, nodes);
     return plan;
 }
 

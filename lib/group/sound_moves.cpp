@@ -46,9 +46,10 @@ private:
         if (freedom.freedom == Freedom::stays)
             return;
         const Point at = node_point(mesh_, node);
-        const Point place = freedom.freedom == Freedom::moves
-                                ? point_between(segment.from, segment.to, foot_on(segment.from, segment.to, at).share)
-                                : meeting_of(freedom.from, freedom.to, segment.from, segment.to);
+        const Point place =
+            freedom.freedom == Freedom::moves
+                ? point_between(segment.from, segment.to, foot_on(segment.from, segment.to, at).share)
+                : meeting_of(freedom.from, freedom.to, segment.from, segment.to);
         if (foot_on(at, at, place).distance < drawing_.tolerance && worst_of(node, place) > 0.0)
             move_node(mesh_, engine_, node, place);
     }

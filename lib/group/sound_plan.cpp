@@ -182,14 +182,17 @@ private:
                 const Corners c = corners_of(mesh_, e);
                 const bool first = side_between(c.n[0], c.n[1]) == side;
                 if (!first && side_between(c.n[2], c.n[3]) != side)
-                    fail("group " + std::to_string(engine_.group) +
-                         ": the line runs along the inside of joint element " + to_string(e) + " at " +
-                         text_of(node_point(mesh_, plan_.sides[side].front().node)));
+                    refuse_inside_joint(e, node_point(mesh_, plan_.sides[side].front().node));
                 if (carry_over(first ? c.n[0] : c.n[3], first ? c.n[1] : c.n[2], first ? c.n[3] : c.n[0],
                                first ? c.n[2] : c.n[1]))
                     waiting.push_back(first ? side_between(c.n[2], c.n[3]) : side_between(c.n[0], c.n[1]));
             }
         }
+    }
+
+    [[noreturn]] void refuse_inside_joint(ElementNumber e, const Point& at) const {
+        fail(place_in_drawing(engine_.group, drawing_, at) +
+             "the line runs along the inside of joint element " + to_string(e) + " at " + text_of(at));
     }
 
     // From the side A-B to C-D, which lies across in the same direction. True when nodes were added.

@@ -70,7 +70,7 @@ TEST(SoundCutChain, ElementsWithoutCornersAreRefused) {
     const CutDeck deck = deck_of("three crossing groups", 2700);
     const CutRun run = run_cut(deck, CutMethod::sound);
     EXPECT_NE(run.status, 0);
-    EXPECT_NE(run.message.find("group 2: element "), std::string::npos) << run.message;
+    EXPECT_NE(run.message.find("group 2, segment "), std::string::npos) << run.message;
     EXPECT_NE(run.message.find("would be flat"), std::string::npos) << run.message;
 }
 
