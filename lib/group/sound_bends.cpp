@@ -97,21 +97,32 @@ bool may_bend(const Mesh& mesh, const Engine& engine, const Drawn& drawn, const 
         return foot_on(segment.from, segment.to, p).distance < drawing.tolerance;
     };
     for (const DrawnSegment& segment : drawing.segments) {
-        if (is_near(segment, a) && is_near(segment, b))
-            return false;
+        // A segment between two points of the ring would lie beyond those in between.
+        std::size_t first = ring.size();
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            if (!is_near(segment, ring[i]))
+                continue;
+            if (first + 1 < i)
+                return false;
+            first = i;
+        }
         for (std::size_t i = 1; i < ring.size(); ++i)
             if (cross(segment.from, segment.to, ring[i - 1], ring[i]) && !is_near(segment, ring[i - 1]) &&
                 !is_near(segment, ring[i]))
                 return false;
     }
     return std::none_of(drawing.pins.begin(), drawing.pins.end(), [&](const Point& pin) {
-        const Foot foot = foot_on(a, b, pin);
-        if (foot.distance < drawing.tolerance && foot.share > 0.0 && foot.share < 1.0)
+        const auto is_at = [&](const Point& place) {
+            return foot_on(place, place, pin).distance < drawing.tolerance;
+        };
+        if (std::any_of(ring.begin(), ring.end(), is_at))
+            return false;
+        if (foot_on(a, b, pin).distance < drawing.tolerance || holds(ring, pin))
             return true;
-        bool is_on_ring = false;
         for (std::size_t i = 1; i < ring.size(); ++i)
-            is_on_ring = is_on_ring || foot_on(ring[i - 1], ring[i], pin).distance < drawing.tolerance;
-        return !is_on_ring && holds(ring, pin);
+            if (foot_on(ring[i - 1], ring[i], pin).distance < drawing.tolerance)
+                return true;
+        return false;
     });
 }
 

@@ -52,13 +52,62 @@ bool has_drawn_side(const Mesh& mesh, const Engine& engine, const Drawn& drawn, 
     return false;
 }
 
-// Where a segment enters the ground or leaves it and no side goes on from there, the node stays all the same.
-void keep_lone_nodes(const Mesh& mesh, Engine& engine, const Drawing& drawing, Drawn& drawn) {
-    for (const DrawnSegment& segment : drawing.segments)
-        for (const Solid& solid : solids_met_by(mesh, engine, drawing, segment))
-            for (const NodeNumber node : solid.nodes())
-                if (is_on(mesh, drawing, segment, node) && !has_drawn_side(mesh, engine, drawn, node))
-                    drawn.nodes.insert(node);
+bool is_in_cuttable_ground(const Mesh& mesh, const Engine& engine, NodeNumber node) {
+    const std::vector<Solid> solids = solids_with(mesh, engine, node);
+    return std::any_of(solids.begin(), solids.end(),
+                       [&](const Solid& solid) { return is_cuttable(mesh, engine, solid.element); });
+}
+
+// The boxes of what is drawn: most nodes lie in few of them.
+struct DrawnBox {
+    double left, right, low, high;
+
+    bool holds(const Point& p) const {
+        const double x = static_cast<double>(p.x), y = static_cast<double>(p.y);
+        return x >= left && x <= right && y >= low && y <= high;
+    }
+};
+
+std::vector<DrawnBox> boxes_of(const Drawing& drawing) {
+    std::vector<DrawnBox> boxes;
+    for (const DrawnSegment& segment : drawing.segments) {
+        const auto [left, right] = std::minmax(segment.from.x, segment.to.x);
+        const auto [low, high] = std::minmax(segment.from.y, segment.to.y);
+        boxes.push_back(
+            {static_cast<double>(left) - drawing.tolerance, static_cast<double>(right) + drawing.tolerance,
+             static_cast<double>(low) - drawing.tolerance, static_cast<double>(high) + drawing.tolerance});
+    }
+    return boxes;
+}
+
+// Nodes at points that are drawn stay. So does a node where a segment enters the ground or leaves it and no
+// side goes on from there.
+void keep_drawn_nodes(const Mesh& mesh, const Engine& engine, const Drawing& drawing,
+                      const std::set<NodeNumber>& nodes, Drawn& drawn) {
+    const std::vector<DrawnBox> boxes = boxes_of(drawing);
+    for (const NodeNumber node : nodes) {
+        const Point at = node_point(mesh, node);
+        bool on_segment = false;
+        for (std::size_t k = 0; k < boxes.size() && !on_segment; ++k)
+            on_segment = boxes[k].holds(at) && is_on(mesh, drawing, drawing.segments[k], node);
+        const bool stays =
+            (on_segment && !has_drawn_side(mesh, engine, drawn, node)) || is_pinned(drawing, at);
+        if (stays && is_in_cuttable_ground(mesh, engine, node))
+            drawn.nodes.insert(node);
+    }
+}
+
+// Ends the run at the first solid, by its nodes, that would be flat.
+void require_shapes(const Mesh& mesh, const Engine& engine, const Drawing& drawing,
+                    const std::set<NodeNumber>& nodes) {
+    std::set<ElementNumber> seen;
+    for (const NodeNumber node : nodes)
+        for (const Solid& solid : solids_with(mesh, engine, node))
+            if (seen.insert(solid.element).second && is_flat_as_written(mesh, solid))
+                fail(place_in_drawing(engine.group, drawing, node_point(mesh, node)) + "element " +
+                     to_string(solid.element) + " at " + text_of(node_point(mesh, node)) +
+                     " would be flat by the digits that a mesh file has; what is drawn there lies too close "
+                     "together");
 }
 
 }  // namespace
@@ -70,24 +119,13 @@ CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
     const std::set<NodeNumber> on_drawing = move_onto(mesh, engine, drawn, drawing);
     CutPlan plan = plan_cut(mesh, engine, drawn, drawing);
     std::set<NodeNumber> nodes = divide_elements(mesh, engine, drawn, drawing, plan, on_drawing);
-    for (const Point& pin : drawing.pins)
-        for (const Solid& solid : solids_holding(mesh, engine, drawing, pin))
-            for (const NodeNumber node : solid.nodes())
-                if (const Point at = node_point(mesh, node); foot_on(at, at, pin).distance < tolerance)
-                    drawn.nodes.insert(node);
-    keep_lone_nodes(mesh, engine, drawing, drawn);
     nodes.insert(on_drawing.begin(), on_drawing.end());
+    keep_drawn_nodes(mesh, engine, drawing, nodes, drawn);
     smooth(mesh, engine, drawn, nodes);
     const std::set<NodeNumber> changed = divide_anew(mesh, engine, drawn, nodes);
     smooth(mesh, engine, drawn, changed);
     nodes.insert(changed.begin(), changed.end());
-    for (const NodeNumber node : nodes)
-        for (const Solid& solid : solids_with(mesh, engine, node))
-            if (is_flat_as_written(mesh, solid))
-                fail("group " + std::to_string(engine.group) + ": element " + to_string(solid.element) +
-                     " at " + text_of(node_point(mesh, node)) +
-                     " would be flat by the digits that a mesh file has; what is drawn there lies too close "
-                     "together");
+    require_shapes(mesh, engine, drawing, nodes);
     return plan;
 }
 

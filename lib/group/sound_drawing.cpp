@@ -1,6 +1,7 @@
 #include "group/sound_drawing.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "group/path_cut.h"
 #include "plane/foot.h"
@@ -48,9 +49,22 @@ Drawing drawing_of(const Path& path, std::span<const SegmentRow> segments, doubl
     return drawing;
 }
 
+std::string place_in_drawing(std::int32_t group, const Drawing& drawing, const Point& point) {
+    std::string place = "group " + std::to_string(group);
+    const auto nearest = std::min_element(
+        drawing.segments.begin(), drawing.segments.end(), [&](const DrawnSegment& a, const DrawnSegment& b) {
+            return foot_on(a.from, a.to, point).distance < foot_on(b.from, b.to, point).distance;
+        });
+    if (nearest != drawing.segments.end())
+        place += ", segment " + std::to_string(nearest->segment + 1);
+    return place + ": ";
+}
+
 bool is_pinned(const Drawing& drawing, const Point& point) {
+    const double x = static_cast<double>(point.x), far = 1.001 * drawing.tolerance;
     return std::any_of(drawing.pins.begin(), drawing.pins.end(), [&](const Point& pin) {
-        return foot_on(pin, pin, point).distance < drawing.tolerance;
+        return std::abs(static_cast<double>(pin.x) - x) <= far &&
+               foot_on(pin, pin, point).distance < drawing.tolerance;
     });
 }
 

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "plane/path.h"
@@ -24,6 +26,9 @@ struct Drawing {
 
 // The inner points of a straight piece are no corners of the drawing, those of an arc are.
 Drawing drawing_of(const Path& path, std::span<const SegmentRow> segments, double tolerance);
+
+// "group 1, segment 2: ", for messages: the segment that runs nearest to a point.
+std::string place_in_drawing(std::int32_t group, const Drawing& drawing, const Point& point);
 
 // True where a point of the drawing becomes a node.
 bool is_pinned(const Drawing& drawing, const Point& point);

@@ -12,7 +12,8 @@ namespace brelan {
 
 namespace {
 
-constexpr double STRAIGHT = 1.0E-6;                                  // of an opening: two sides in one line
+constexpr double STRAIGHT = 1.0E-6;  // of an opening: two sides in one line
+constexpr double BEND = 1.0E-3;      // of the shorter side at a node: its way off the line of both
 constexpr double BORDER_STRAIGHT = 1.0E-6, DRAWN_STRAIGHT = 1.0E-7;  // of the size of the coordinates
 
 // What lies beside a side that starts at a node.
@@ -197,15 +198,27 @@ NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const Drawn& draw
         return {Freedom::moves, {}, {}};
     if (kept.size() != 2)
         return {};
-    const Point at = node_point(mesh, node), from = node_point(mesh, kept[0]), to = node_point(mesh, kept[1]);
-    const std::array<Point, 3> corners{at, from, to};
-    const Openings openings = openings_of(corners);
+    const Point at = node_point(mesh, node);
+    Point from = node_point(mesh, kept[0]), to = node_point(mesh, kept[1]);
     // A border is as straight as the digits of its file, a drawn line as those of its nodes.
     const double size = 1.0 + std::abs(static_cast<double>(at.x)) + std::abs(static_cast<double>(at.y));
-    const bool straight =
-        openings.largest > OPENING_180 - STRAIGHT && openings.largest < OPENING_180 + STRAIGHT &&
-        foot_on(from, to, at).distance <= (is_drawn ? DRAWN_STRAIGHT : BORDER_STRAIGHT) * size;
-    return straight ? NodeFreedom{Freedom::slides, from, to} : NodeFreedom{};
+    const Foot foot = foot_on(from, to, at);
+    const double shorter = std::min(foot_on(from, from, at).distance, foot_on(to, to, at).distance);
+    const bool straight = foot.share > 0.0 && foot.share < 1.0 && foot.distance <= BEND * shorter &&
+                          foot.distance <= (is_drawn ? DRAWN_STRAIGHT : BORDER_STRAIGHT) * size;
+    if (!straight)
+        return {};
+    if (const auto line = drawn.lines.find(node); line != drawn.lines.end()) {
+        const auto& [start, end] = line->second;
+        const Point first = point_between(start, end, foot_on(start, end, from).share);
+        const Point second = point_between(start, end, foot_on(start, end, to).share);
+        const Foot on = foot_on(first, second, at);
+        if (on.share <= 0.0 || on.share >= 1.0 || on.distance > DRAWN_STRAIGHT * size)
+            return {};
+        from = first;
+        to = second;
+    }
+    return {Freedom::slides, from, to};
 }
 
 double worst_shape(const Mesh& mesh, std::span<const Solid> solids, NodeNumber node, const Point& place) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <map>
 #include <set>
 #include <span>
 #include <string>
@@ -28,6 +29,10 @@ struct Drawn {
     std::set<Side> sides;
     std::set<NodeNumber> nodes;
     std::set<Side> found;  // those of the sides that were there before: as straight as the digits of a file
+
+    // The straight line that a node was placed on: it slides along this, so that it does not drift away with
+    // the rounding of its neighbours' places.
+    std::map<NodeNumber, std::pair<Point, Point>> lines;
 
     // A side is in parts now, along the nodes from its first end to its second.
     void divide(const Side& side, std::span<const NodeNumber> nodes_between);

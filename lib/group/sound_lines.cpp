@@ -44,8 +44,8 @@ NodeNumber joined_to(const Mesh& mesh, const Engine& engine, NodeNumber node, co
 }
 
 // Goes on from the last node of a chain to the next place, through other nodes of its own place where need
-// be.
-void go_on(const Mesh& mesh, const Engine& engine, const LinePlace& here, const LinePlace& next,
+// be. False where it cannot.
+bool go_on(const Mesh& mesh, const Engine& engine, const LinePlace& here, const LinePlace& next,
            std::vector<NodeNumber>& chain) {
     std::map<NodeNumber, NodeNumber> reached_from{{chain.back(), {}}};
     std::vector<NodeNumber> waiting{chain.back()};
@@ -57,7 +57,7 @@ void go_on(const Mesh& mesh, const Engine& engine, const LinePlace& here, const 
                 through.push_back(n);
             chain.insert(chain.end(), through.rbegin(), through.rend());
             chain.push_back(there);
-            return;
+            return true;
         }
         for (const NodeNumber other : here.nodes)
             if (reached_from.count(other) == 0 && are_joined(mesh, engine, waiting[w], other)) {
@@ -65,7 +65,7 @@ void go_on(const Mesh& mesh, const Engine& engine, const LinePlace& here, const 
                 waiting.push_back(other);
             }
     }
-    chain.push_back(next.nodes.front());
+    return false;
 }
 
 // Whether the path from one place to another is the way between them.
@@ -78,6 +78,20 @@ bool is_straight(const Mesh& mesh, const Path& path, const LinePlace& from, cons
             return false;
     }
     return true;
+}
+
+// The next place of a line where none of the next one is joined to its node: a side along the path may pass
+// nodes that stand beside it.
+std::size_t place_past(const Mesh& mesh, const Engine& engine, const Path& path,
+                       const std::vector<LinePlace>& places, std::size_t here, NodeNumber node,
+                       double tolerance) {
+    constexpr std::size_t MOST_PASSED = 4;
+    const std::size_t end = std::min(places.size(), here + 2 + MOST_PASSED);
+    for (std::size_t i = here + 2; i < end; ++i)
+        if (joined_to(mesh, engine, node, places[i]).names_one() &&
+            is_straight(mesh, path, places[here], places[i], tolerance))
+            return i;
+    return here + 1;
 }
 
 bool has_left(const Mesh& mesh, const std::vector<ElementNumber>& solids, NodeNumber a, NodeNumber b) {
@@ -95,9 +109,11 @@ Step step_of(const Mesh& mesh, Engine& engine, NodeNumber a, NodeNumber b, bool 
     const Point from = node_point(mesh, a), to = node_point(mesh, b);
     const SideUsers users = users_of(mesh, engine, side_between(a, b));
     const bool joined = a != b && !(users.solids.empty() && users.joints.empty());
-    if (foot_on(from, from, to).distance < tolerance)
+    // A side of solids is one, be it as short as it may: where a line crosses a fan of sides, for example.
+    const bool near = foot_on(from, from, to).distance < tolerance;
+    if (near && users.solids.empty())
         return joined || a == b ? Step::place : Step::gap;
-    if (!straight)
+    if (!straight && !near)
         return Step::gap;
     if (joined) {
         std::vector<ElementNumber> all = users.solids;
@@ -132,13 +148,19 @@ SoundLine sound_line(const Mesh& mesh, Engine& engine, const std::vector<LineNod
         places.front().nodes.begin(), places.front().nodes.end(),
         [&](NodeNumber n) { return places.size() > 1 && joined_to(mesh, engine, n, places[1]).names_one(); });
     line.nodes.push_back(begin == places.front().nodes.end() ? places.front().nodes.front() : *begin);
-    for (std::size_t i = 1; i < places.size(); ++i) {
+    for (std::size_t last = 0; last + 1 < places.size();) {
         const std::size_t first = line.nodes.size() - 1;
-        go_on(mesh, engine, places[i - 1], places[i], line.nodes);
-        const bool straight = is_straight(mesh, path, places[i - 1], places[i], tolerance);
+        std::size_t next = last + 1;
+        if (!go_on(mesh, engine, places[last], places[next], line.nodes)) {
+            next = place_past(mesh, engine, path, places, last, line.nodes.back(), tolerance);
+            const NodeNumber there = joined_to(mesh, engine, line.nodes.back(), places[next]);
+            line.nodes.push_back(there.names_one() ? there : places[next].nodes.front());
+        }
+        const bool straight = is_straight(mesh, path, places[last], places[next], tolerance);
         for (std::size_t k = first; k + 1 < line.nodes.size(); ++k)
             line.steps.push_back(
                 step_of(mesh, engine, line.nodes[k], line.nodes[k + 1], straight, tolerance));
+        last = next;
     }
     if (!line.closed)
         return line;

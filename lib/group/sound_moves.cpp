@@ -46,17 +46,12 @@ private:
         if (freedom.freedom == Freedom::stays)
             return;
         const Point at = node_point(mesh_, node);
-        const Point place = freedom.freedom == Freedom::moves
-                                ? point_at(segment, foot_on(segment.from, segment.to, at).share)
-                                : meeting_of(freedom.from, freedom.to, segment.from, segment.to);
+        const Point place =
+            freedom.freedom == Freedom::moves
+                ? point_between(segment.from, segment.to, foot_on(segment.from, segment.to, at).share)
+                : meeting_of(freedom.from, freedom.to, segment.from, segment.to);
         if (foot_on(at, at, place).distance < drawing_.tolerance && worst_of(node, place) > 0.0)
             move_node(mesh_, engine_, node, place);
-    }
-
-    static Point point_at(const DrawnSegment& segment, double share) {
-        const double x = static_cast<double>(segment.from.x), y = static_cast<double>(segment.from.y);
-        return {static_cast<float>(x + share * (static_cast<double>(segment.to.x) - x)),
-                static_cast<float>(y + share * (static_cast<double>(segment.to.y) - y))};
     }
 
     // Moves corners of the solids that hold pins onto these, the nearest pairs first.
@@ -221,7 +216,7 @@ private:
             places.push_back(meeting_of(a, b, segment.from, segment.to));
             const double share = foot_on(segment.from, segment.to, at).share;
             if (share > 0.0 && share < 1.0)
-                places.push_back(point_at(segment, share));
+                places.push_back(point_between(segment.from, segment.to, share));
         }
         std::optional<Point> best;
         double best_shape = 0.0;

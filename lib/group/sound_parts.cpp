@@ -96,8 +96,9 @@ private:
     }
 
     [[noreturn]] void refuse(ElementNumber e, NodeNumber node, const std::string& why) const {
-        fail("group " + std::to_string(engine_.group) + ": element " + to_string(e) + " at " +
-             text_of(node_point(mesh_, node)) + " " + why);
+        const Point at = node_point(mesh_, node);
+        fail(place_in_drawing(engine_.group, drawing_, at) + "element " + to_string(e) + " at " +
+             text_of(at) + " " + why);
     }
 
     // The parts of a solid; none where it stays as it is.
@@ -142,6 +143,8 @@ private:
             if (foot.distance < drawing_.tolerance)
                 on.emplace_back(foot.share, static_cast<int>(i));
         }
+        for (const auto& [share, i] : on)
+            drawn_.lines.try_emplace(nodes[static_cast<std::size_t>(i)], segment.from, segment.to);
         std::sort(on.begin(), on.end());
         const auto ring = static_cast<int>(plan_.ring_of(solid).size());
         bool inside = false;

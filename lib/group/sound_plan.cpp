@@ -44,9 +44,10 @@ private:
                     for (const ElementNumber e : users_of(mesh_, engine_, side).solids)
                         solids[e] = solid_of(mesh_, e);
         }
+        if (is_corner(solids, pin) || place_on_sides(solids, pin))
+            return;
         for (const auto& [e, solid] : solids)
-            if (!place_on_border(solid, pin) && holds(node_points(mesh_, plan_.ring_of(solid)), pin) &&
-                !bend_to(solid, pin))
+            if (holds(node_points(mesh_, plan_.ring_of(solid)), pin) && !bend_to(solid, pin))
                 add_inside(solid, pin);
     }
 
@@ -58,27 +59,45 @@ private:
         return chain;
     }
 
-    // True for a pin that is a corner of a solid, or a node of one of its sides now.
-    bool place_on_border(const Solid& solid, const Point& pin) {
-        for (const NodeNumber node : solid.nodes()) {
-            const Point at = node_point(mesh_, node);
-            if (foot_on(at, at, pin).distance < drawing_.tolerance)
-                return true;
-        }
-        for (std::size_t i = 0; i < solid.count; ++i) {
-            const Side side = side_between(solid.node[i], solid.behind(i));
-            const std::vector<NodeNumber> chain = chain_of(side);
-            for (std::size_t k = 1; k < chain.size(); ++k) {
-                const Point a = node_point(mesh_, chain[k - 1]), b = node_point(mesh_, chain[k]);
-                const Foot foot = foot_on(a, b, pin);
-                if (foot.distance >= drawing_.tolerance)
-                    continue;
-                add_on_side(side, is_kept(mesh_, engine_, drawn_, side) ? at_share(a, b, foot.share) : pin,
-                            drawing_.tolerance);
-                return true;
-            }
-        }
+    bool is_corner(const std::map<ElementNumber, Solid>& solids, const Point& pin) const {
+        for (const auto& [e, solid] : solids)
+            for (const NodeNumber node : solid.nodes())
+                if (const Point at = node_point(mesh_, node);
+                    foot_on(at, at, pin).distance < drawing_.tolerance)
+                    return true;
         return false;
+    }
+
+    // True for a pin that is a node of a side now: of the nearest one, as two sides may meet beside it. A
+    // joint has two at one place.
+    bool place_on_sides(const std::map<ElementNumber, Solid>& solids, const Point& pin) {
+        struct OnSide {
+            Side side;
+            double distance = 0.0;
+            Point place;
+        };
+        constexpr double SAME = 0.01;  // of the tolerance: two sides at one place
+        std::vector<OnSide> found;
+        double least = drawing_.tolerance;
+        for (const auto& [e, solid] : solids)
+            for (std::size_t i = 0; i < solid.count; ++i) {
+                const Side side = side_between(solid.node[i], solid.behind(i));
+                const std::vector<NodeNumber> chain = chain_of(side);
+                for (std::size_t k = 1; k < chain.size(); ++k) {
+                    const Point a = node_point(mesh_, chain[k - 1]), b = node_point(mesh_, chain[k]);
+                    const Foot foot = foot_on(a, b, pin);
+                    if (foot.distance >= drawing_.tolerance)
+                        continue;
+                    least = std::min(least, foot.distance);
+                    found.push_back(
+                        {side, foot.distance,
+                         is_kept(mesh_, engine_, drawn_, side) ? point_between(a, b, foot.share) : pin});
+                }
+            }
+        for (const OnSide& on : found)
+            if (on.distance <= least + SAME * drawing_.tolerance)
+                add_on_side(on.side, on.place, drawing_.tolerance);
+        return !found.empty();
     }
 
     // Bends the side that a pin is nearly on. False where none may be bent.
@@ -150,12 +169,6 @@ private:
         nodes.push_back(add_inner_node(mesh_, engine_, pin, solid.node));
     }
 
-    static Point at_share(const Point& a, const Point& b, double share) {
-        const double x = static_cast<double>(a.x), y = static_cast<double>(a.y);
-        return {static_cast<float>(x + share * (static_cast<double>(b.x) - x)),
-                static_cast<float>(y + share * (static_cast<double>(b.y) - y))};
-    }
-
     // A joint has as many nodes on one side as on the other, so what divides one side divides the side
     // across.
     void carry_over_joints() {
@@ -169,14 +182,17 @@ private:
                 const Corners c = corners_of(mesh_, e);
                 const bool first = side_between(c.n[0], c.n[1]) == side;
                 if (!first && side_between(c.n[2], c.n[3]) != side)
-                    fail("group " + std::to_string(engine_.group) +
-                         ": the line runs along the inside of joint element " + to_string(e) + " at " +
-                         text_of(node_point(mesh_, plan_.sides[side].front().node)));
+                    refuse_inside_joint(e, node_point(mesh_, plan_.sides[side].front().node));
                 if (carry_over(first ? c.n[0] : c.n[3], first ? c.n[1] : c.n[2], first ? c.n[3] : c.n[0],
                                first ? c.n[2] : c.n[1]))
                     waiting.push_back(first ? side_between(c.n[2], c.n[3]) : side_between(c.n[0], c.n[1]));
             }
         }
+    }
+
+    [[noreturn]] void refuse_inside_joint(ElementNumber e, const Point& at) const {
+        fail(place_in_drawing(engine_.group, drawing_, at) +
+             "the line runs along the inside of joint element " + to_string(e) + " at " + text_of(at));
     }
 
     // From the side A-B to C-D, which lies across in the same direction. True when nodes were added.
@@ -203,7 +219,7 @@ private:
             }
             if (met)
                 continue;
-            add_on_side(side_between(c, d), at_share(across, across_end, share), 0.0);
+            add_on_side(side_between(c, d), point_between(across, across_end, share), 0.0);
             added = true;
         }
         return added;

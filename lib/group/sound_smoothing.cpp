@@ -23,6 +23,9 @@ constexpr std::array<double, 3> STEPS{0.3, 0.12, 0.04};  // of the shortest way 
 constexpr std::array<std::array<double, 2>, 8> DIRECTIONS{
     {{1.0, 0.0}, {0.7, 0.7}, {0.0, 1.0}, {-0.7, 0.7}, {-1.0, 0.0}, {-0.7, -0.7}, {0.0, -1.0}, {0.7, -0.7}}};
 
+// A corner with a hundredth of a degree, or as much less than 180, is none.
+constexpr double OPENING_OF_NOTHING = 1.523087E-8;
+
 // An opening so small, and a side so short for its coordinates, is looked at with the digits of the file.
 constexpr double DOUBTFUL = 0.001, SHORT = 1.0E-3;
 
@@ -30,13 +33,19 @@ Point written(const Point& p) {
     return {as_written<"(E13.6)">(p.x), as_written<"(E13.6)">(p.y)};
 }
 
+bool has_no_corner(std::span<const Point> corners) {
+    const Openings openings = openings_of(corners);
+    return openings.smallest < OPENING_OF_NOTHING || openings.largest > OPENING_180 - OPENING_OF_NOTHING;
+}
+
 bool is_flat(std::span<const Point> corners) {
     const std::size_t n = corners.size();
+    std::array<Point, 4> as_read;
+    std::transform(corners.begin(), corners.end(), as_read.begin(), written);
     for (std::size_t i = 0; i < n; ++i)
-        if (orientation(written(corners[i]), written(corners[(i + 1) % n]), written(corners[(i + 2) % n])) <=
-            0)
+        if (orientation(as_read[i], as_read[(i + 1) % n], as_read[(i + 2) % n]) <= 0)
             return true;
-    return false;
+    return has_no_corner(corners) || has_no_corner({as_read.data(), n});
 }
 
 bool is_doubtful(std::span<const Point> corners, double shape) {
@@ -52,10 +61,13 @@ bool is_doubtful(std::span<const Point> corners, double shape) {
 }
 
 // The smallest opening of the solids round a node, with the node at a place, and how far their corners are
-// from flat.
-double shape_with(const Mesh& mesh, const std::vector<Solid>& solids, NodeNumber node, const Point& place) {
+// from flat. What is no more than `enough` is not told exactly.
+double shape_with(const Mesh& mesh, const std::vector<Solid>& solids, NodeNumber node, const Point& place,
+                  double enough) {
     double worst = OPENING_180;
     for (const Solid& solid : solids) {
+        if (worst <= enough)
+            return worst;
         std::array<Point, 4> corners;
         for (std::size_t i = 0; i < solid.count; ++i)
             corners[i] = solid.node[i] == node ? place : node_point(mesh, solid.node[i]);
@@ -76,9 +88,11 @@ public:
 
     // True when the node has moved.
     bool improve(NodeNumber node) {
+        if (engine_.frozen[node] != 0 || drawn_.nodes.count(node) != 0)
+            return false;
         const std::vector<Solid> solids = solids_with(mesh_, engine_, node);
         const Point at = node_point(mesh_, node);
-        const double before = shape_with(mesh_, solids, node, at);
+        const double before = shape_with(mesh_, solids, node, at, -1.0);
         if (before >= GOOD_ENOUGH)
             return false;
         const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
@@ -87,7 +101,7 @@ public:
         Point best = at;
         double best_shape = std::max(before * GAIN, 0.0);
         for (const Point& place : places(freedom, solids, node, at)) {
-            const double shape = shape_with(mesh_, solids, node, place);
+            const double shape = shape_with(mesh_, solids, node, place, best_shape);
             if (shape > best_shape) {
                 best = place;
                 best_shape = shape;
@@ -121,8 +135,8 @@ private:
         if (freedom.freedom == Freedom::slides) {
             const double share = foot_on(freedom.from, freedom.to, at).share;
             for (const double step : STEPS) {
-                found.push_back(along(freedom, share - step * share));
-                found.push_back(along(freedom, share + step * (1.0 - share)));
+                found.push_back(point_between(freedom.from, freedom.to, share - step * share));
+                found.push_back(point_between(freedom.from, freedom.to, share + step * (1.0 - share)));
             }
             return found;
         }
@@ -133,12 +147,6 @@ private:
                     {static_cast<float>(static_cast<double>(at.x) + step * shortest * direction[0]),
                      static_cast<float>(static_cast<double>(at.y) + step * shortest * direction[1])});
         return found;
-    }
-
-    static Point along(const NodeFreedom& freedom, double share) {
-        const double x = static_cast<double>(freedom.from.x), y = static_cast<double>(freedom.from.y);
-        return {static_cast<float>(x + share * (static_cast<double>(freedom.to.x) - x)),
-                static_cast<float>(y + share * (static_cast<double>(freedom.to.y) - y))};
     }
 
     Mesh& mesh_;

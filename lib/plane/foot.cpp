@@ -16,6 +16,12 @@ Foot foot_on(const Point& from, const Point& to, const Point& p) {
     return {std::sqrt(dx * dx + dy * dy), share};
 }
 
+Point point_between(const Point& from, const Point& to, double share) {
+    const double x = static_cast<double>(from.x), y = static_cast<double>(from.y);
+    return {static_cast<float>(x + share * (static_cast<double>(to.x) - x)),
+            static_cast<float>(y + share * (static_cast<double>(to.y) - y))};
+}
+
 Point meeting_of(const Point& a, const Point& b, const Point& c, const Point& d) {
     const double rx = static_cast<double>(b.x) - static_cast<double>(a.x);
     const double ry = static_cast<double>(b.y) - static_cast<double>(a.y);

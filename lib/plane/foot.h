@@ -11,6 +11,9 @@ struct Foot {
 };
 Foot foot_on(const Point& from, const Point& to, const Point& p);
 
+// The point at a share of the way, rounded to 32 bits.
+Point point_between(const Point& from, const Point& to, double share);
+
 // Where the lines through two segments meet, rounded to 32 bits.
 Point meeting_of(const Point& a, const Point& b, const Point& c, const Point& d);
 

@@ -232,6 +232,15 @@ private:
                 }
         return false;
     }
+    bool is_drawn_over(const Spot& p) const {
+        for (const DrawnPath& path : j_.run.paths)
+            for (const DrawnPiece& piece : path.pieces)
+                for (std::size_t k = 0; k + 1 < piece.points.size(); ++k)
+                    if (path.group != path_.group &&
+                        distance_to(p, piece.points[k], piece.points[k + 1]) <= j_.same)
+                        return true;
+        return false;
+    }
     const CutNode* before(int number) const {
         const auto& nodes = j_.run.before.nodes;
         const auto at = std::lower_bound(nodes.begin(), nodes.end(), number,
@@ -251,6 +260,8 @@ private:
         const bool start_is_node = from > 0.0 || k > 0 || (is_placed(a) && is_seen_end(a));
         const bool end_is_node =
             to < 1.0 || k + 2 < piece_->points.size() || (is_placed(b) && is_seen_end(b));
+        // What another group draws over an end that this one leaves open goes on beyond this one's line.
+        gap_ = gap_ || (!start_is_node && is_drawn_over(a)) || (!end_is_node && is_drawn_over(b));
         const std::vector<OnPiece> nodes = nodes_on(a, b);
         from *= length, to *= length;
         if (nodes.empty()) {
@@ -261,19 +272,37 @@ private:
         }
         if (nodes.front().along > from + j_.same)
             judge_gap(a, b, from, nodes.front().along, start_is_node);
-        for (std::size_t i = 0; i + 1 < nodes.size();) {
-            std::size_t next = i + 1;
-            // A node that only stands near by is passed.
-            while (next + 1 < nodes.size() && !j_.mesh.is_side(nodes[i].node, nodes[next].node) &&
-                   nodes[next].off > j_.rounding && next < i + 4)
-                ++next;
-            if (!j_.mesh.is_side(nodes[i].node, nodes[next].node))
-                next = i + 1;
-            judge_step(a, b, nodes[i], nodes[next]);
-            i = next;
-        }
+        const std::vector<std::size_t> chain = chain_through(nodes);
+        for (std::size_t i = 0; i + 1 < chain.size(); ++i)
+            judge_step(a, b, nodes[chain[i]], nodes[chain[i + 1]]);
         if (nodes.back().along < to - j_.same)
             judge_gap(a, b, nodes.back().along, to, end_is_node);
+    }
+
+    // From the first node to the last the way with the least length of gaps, and of these the one whose nodes
+    // lie nearest to the piece: others only stand near by.
+    std::vector<std::size_t> chain_through(const std::vector<OnPiece>& nodes) const {
+        using Cost = std::pair<double, double>;
+        const auto off = [&](std::size_t i) { return nodes[i].off > j_.rounding ? nodes[i].off : 0.0; };
+        std::vector<Cost> cost(nodes.size(), {0.0, off(0)});
+        std::vector<std::size_t> before(nodes.size(), 0);
+        for (std::size_t i = 1; i < nodes.size(); ++i)
+            for (std::size_t k = i; k-- > 0;) {
+                const bool is_side = j_.mesh.is_side(nodes[k].node, nodes[i].node);
+                if (!is_side && k + 1 < i)
+                    continue;
+                const Cost found{cost[k].first + (is_side ? 0.0 : nodes[i].along - nodes[k].along),
+                                 cost[k].second + off(i)};
+                if (k + 1 == i || found < cost[i]) {
+                    cost[i] = found;
+                    before[i] = k;
+                }
+            }
+        std::vector<std::size_t> chain{nodes.size() - 1};
+        while (chain.back() != 0)
+            chain.push_back(before[chain.back()]);
+        std::reverse(chain.begin(), chain.end());
+        return chain;
     }
 
     void judge_gap(const Spot& a, const Spot& b, double from, double to, bool is_node) {

@@ -108,6 +108,17 @@ TEST(CutJudge, Shapes) {
     EXPECT_EQ(judge(over.deck, over.run).breaks(Law::shape), false);
 }
 
+// A node beside the beam, within the tolerance, that no side of the chain needs.
+TEST(CutJudge, ANodeThatStandsBesideALineIsPassed) {
+    Row row;
+    const int n = row.add_node({2.0004, 0.5});
+    row.solid(3).corners = {3, 4, n};
+    row.run.after.solids.push_back({6, 1, {4, 9, n}});
+    row.run.after.solids.push_back({7, 1, {9, 8, n}});
+    row.run.after.solids.push_back({8, 1, {8, 3, n}});
+    EXPECT_EQ(row.text(), "");
+}
+
 // Its own digits are good, those of the file are not.
 TEST(CutJudge, ShapesByTheDigitsOfTheFile) {
     Row row;

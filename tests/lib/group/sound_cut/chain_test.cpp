@@ -1,0 +1,78 @@
+// What is drawn is a chain of sides, also where sides are short, close together or nearly parallel.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "lib/group/sound_cut/deck_classes.h"
+#include "lib/group/sound_cut/judge.h"
+
+namespace brelan::test {
+namespace {
+
+CutDeck deck_of(std::string_view name, int number) {
+    const auto classes = deck_classes();
+    const auto of = std::find_if(classes.begin(), classes.end(),
+                                 [&](const DeckClass& each) { return each.name == name; });
+    EXPECT_NE(of, classes.end()) << name;
+    return deck_of_class(*of, number);
+}
+
+void expect_all_laws(std::string_view name, int number) {
+    const CutDeck deck = deck_of(name, number);
+    const CutRun run = run_cut(deck, CutMethod::sound);
+    ASSERT_EQ(run.status, 0) << deck.name << ": " << run.message;
+    const Verdict verdict = judge(deck, run);
+    EXPECT_TRUE(verdict.violations.empty()) << deck.name << "\n" << verdict.text();
+}
+
+// A line crosses a fan of sides: its pieces are shorter than the distance within which things are one.
+TEST(SoundCutChain, PiecesShorterThanTheToleranceAreSides) {
+    expect_all_laws("three crossing groups", 633);
+    expect_all_laws("joints round outlines", 149);
+    expect_all_laws("lines and joints over a joint", 562);
+}
+
+// A crossing of a chord beside the line is no node of it, though it stands nearer than the tolerance.
+TEST(SoundCutChain, ALinePassesNodesBesideIt) {
+    expect_all_laws("three groups, second order", 662);
+}
+
+// The nodes of a line slide while the elements round them are made better, in every group again.
+TEST(SoundCutChain, NodesThatSlideStayOnTheLineAsItIsDrawn) {
+    expect_all_laws("three crossing groups", 1133);
+    expect_all_laws("three groups, second order", 1827);
+}
+
+// A half disc: the arc's first points lie close beside the side that its straight piece runs along, or
+// other points beside a side that has bent.
+TEST(SoundCutChain, NoSideBendsPastWhatIsDrawn) {
+    expect_all_laws("circles and arcs", 1636);
+    expect_all_laws("deletion", 1387);
+    expect_all_laws("joints round outlines", 650);
+    expect_all_laws("joints round outlines", 1427);
+}
+
+// An outline has a corner on the border 0.001 from a node that is fixed: two sides leave this node beside it.
+TEST(SoundCutChain, APointBesideACornerIsOnTheNearerSide) {
+    expect_all_laws("strata", 121);
+    expect_all_laws("strata", 286);
+}
+
+// A beam that begins on a joint has a node on both of its sides.
+TEST(SoundCutChain, APointOnAJointIsOnBothSides) {
+    expect_all_laws("lines and joints over a joint", 981);
+}
+
+// Two lines at 0.1 degrees over a fan of sides: elements with a corner below a hundredth of a degree.
+TEST(SoundCutChain, ElementsWithoutCornersAreRefused) {
+    const CutDeck deck = deck_of("three crossing groups", 2700);
+    const CutRun run = run_cut(deck, CutMethod::sound);
+    EXPECT_NE(run.status, 0);
+    EXPECT_NE(run.message.find("group 2, segment "), std::string::npos) << run.message;
+    EXPECT_NE(run.message.find("would be flat"), std::string::npos) << run.message;
+}
+
+}  // namespace
+}  // namespace brelan::test
