@@ -34,7 +34,8 @@ FileNameParts parts_of_file_name(std::string_view name);
 
 // Finds the file that a name of the package stands for.
 //
-// On Windows a name with a drive is used as it is. Elsewhere `\` separates directories. Each directory and
+// On Windows a name is used as it is, its bytes being UTF-8, or else characters of the system's code page, as
+// decks of old have them. Elsewhere `\` separates directories. Each directory and
 // file name matches exactly, or else the one entry that differs only in the case of its letters (the
 // package's home system does not tell them apart); a name that is not there stays as given. Trailing blanks
 // do not count.
