@@ -250,6 +250,7 @@ class Comparison:
                     gone[reason] = gone.get(reason, 0) + 1
                 elif found := first_difference(expected, left[target.name]):
                     self.differences.append(f"{kind}, {deck.name}: {target.name}: {found[0]}: {found[1]}")
+                    print(self.differences[-1], flush=True)
                     good = False
                 else:
                     self.columns[target.name].count(kind, left[target.name])
