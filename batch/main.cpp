@@ -24,6 +24,15 @@ namespace brelan {
 
 namespace {
 
+#ifdef _WIN32
+
+// The drive itself.
+std::filesystem::path drive_c() {
+    return {};
+}
+
+#else
+
 std::string variable(const char* name) {
     const char* value = std::getenv(name);
     return value == nullptr ? std::string{} : std::string{value};
@@ -41,11 +50,13 @@ std::filesystem::path drive_c() {
     return {};
 }
 
+#endif
+
 // One line on standard error. What a file name or a deck holds cannot steer a terminal.
 int failed(std::string message) {
     std::replace_if(
         message.begin(), message.end(), [](unsigned char c) { return c < ' ' || c == 127; }, '?');
-    std::fprintf(stderr, "brelan2d: %s\n", message.c_str());
+    write_text(stderr, "brelan2d: " + message + "\n");
     return STATUS_FAILED;
 }
 
@@ -74,7 +85,7 @@ int run_here(CutMethod cut) {
     if (end.status == STATUS_FAILED)
         return failed(end.text);
     if (end.status == STATUS_STOPPED)
-        std::printf("%s\n", end.text.c_str());
+        write_text(stdout, end.text + "\n");
     return end.status;
 }
 

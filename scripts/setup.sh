@@ -1,4 +1,4 @@
-# Sourced by ./demo, ./test and scripts/long.
+# Sourced by ./demo, ./test, scripts/long, scripts/everywhere and scripts/packages.
 
 # present <package>: true when what the package brings is on this machine, wherever it came from.
 present() {
@@ -13,6 +13,9 @@ present() {
         libpugixml-dev) ls /usr/include/pugixml.hpp ;;
         zlib1g-dev) ls /usr/include/zlib.h ;;
         libcairo2-dev) ls /usr/include/cairo/cairo.h ;;
+        g++-aarch64-linux-gnu) command -v aarch64-linux-gnu-g++ ;;
+        g++-mingw-w64-x86-64-posix) command -v x86_64-w64-mingw32-g++-posix ;;
+        qemu-user) command -v qemu-aarch64 ;;
         dpkg-dev) command -v dpkg-shlibdeps ;;
         man-db) command -v man ;;
         python3-meshio) /usr/bin/python3 -c "import meshio" ;;

@@ -141,7 +141,8 @@ void read_line_up(Channels& channels, LineUp& line_up) {
     line_up.is_on = 0;
     if (!channels.file_exists(SWITCH_FILE))
         return;
-    read_free(channels.open(CHANNEL_DATA, SWITCH_FILE, OpenStatus::setting_old), "the line-up switch", line_up.is_on);
+    read_free(channels.open(CHANNEL_DATA, SWITCH_FILE, OpenStatus::setting_old), "the line-up switch",
+              line_up.is_on);
     channels.close(CHANNEL_DATA);
     if (line_up.is_on <= 0)
         return;

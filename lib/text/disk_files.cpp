@@ -99,8 +99,7 @@ std::string DiskFiles::identity(const fs::path& path) const {
         return text(*found);
     const std::optional<FileNumber> directory =
         number_of_file(path.has_parent_path() ? path.parent_path() : fs::path("."));
-    return (directory ? text(*directory) : path.parent_path().string()) + "/" +
-           folded(path.filename().string());
+    return (directory ? text(*directory) : utf_8(path.parent_path())) + "/" + folded(utf_8(path.filename()));
 }
 
 void DiskFiles::load(const NamedFile& file, TextBuffer& content) const {

@@ -5,38 +5,20 @@
 #include <system_error>
 
 #include "text/run_end.h"
+#include "text/windows_text.h"
 
 namespace brelan {
 
-namespace {
-
 namespace fs = std::filesystem;
-
-// The entry of a directory that a name stands for.
-fs::path entry(const fs::path& directory, std::string_view name, std::string_view whole) {
-    std::error_code error;
-    fs::path exact = directory / name;
-    if (fs::symlink_status(exact, error).type() != fs::file_type::not_found)
-        return exact;
-    fs::path match;
-    for (fs::directory_iterator it(directory.empty() ? fs::path(".") : directory, error), end;
-         !error && it != end; it.increment(error)) {
-        const std::string found = it->path().filename().string();
-        if (!same_but_for_case(found, name))
-            continue;
-        if (!match.empty())
-            fail("file name " + std::string(whole) + ": expected one match, but " +
-                 match.filename().string() + " and " + found + " differ from it only in case");
-        match = directory / found;
-    }
-    return match.empty() ? exact : match;
-}
-
-}  // namespace
 
 std::string folded(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(), [](char c) { return folded(c); });
     return text;
+}
+
+std::string utf_8(const fs::path& path) {
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
 }
 
 bool same_but_for_case(std::string_view a, std::string_view b) {
@@ -83,11 +65,40 @@ FileNameParts parts_of_file_name(std::string_view name) {
     return found;
 }
 
+#ifdef _WIN32
+
+fs::path resolve_file_name(const Directories& directories, std::string_view name) {
+    return directories.working / wide_text(whole_name(name));
+}
+
+#else
+
+namespace {
+
+// The entry of a directory that a name stands for.
+fs::path entry(const fs::path& directory, std::string_view name, std::string_view whole) {
+    std::error_code error;
+    fs::path exact = directory / name;
+    if (fs::symlink_status(exact, error).type() != fs::file_type::not_found)
+        return exact;
+    fs::path match;
+    for (fs::directory_iterator it(directory.empty() ? fs::path(".") : directory, error), end;
+         !error && it != end; it.increment(error)) {
+        const std::string found = it->path().filename().string();
+        if (!same_but_for_case(found, name))
+            continue;
+        if (!match.empty())
+            fail("file name " + std::string(whole) + ": expected one match, but " +
+                 match.filename().string() + " and " + found + " differ from it only in case");
+        match = directory / found;
+    }
+    return match.empty() ? exact : match;
+}
+
+}  // namespace
+
 fs::path resolve_file_name(const Directories& directories, std::string_view name) {
     name = whole_name(name);
-#ifdef _WIN32
-    return directories.working / fs::path(std::string(name));
-#else
     const FileNameParts found = parts_of_file_name(name);
     fs::path path = directories.working;
     if (found.start == FileNameStart::drive_c) {
@@ -106,7 +117,8 @@ fs::path resolve_file_name(const Directories& directories, std::string_view name
             path = entry(path, part, name);
     }
     return path;
-#endif
 }
+
+#endif
 
 }  // namespace brelan

@@ -20,6 +20,8 @@ constexpr char folded(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 std::string folded(std::string text);
+// A path as text that keeps every character, on every system.
+std::string utf_8(const std::filesystem::path& path);
 bool same_but_for_case(std::string_view a, std::string_view b);
 
 enum class FileNameStart { working, drive_c, root };
@@ -36,7 +38,8 @@ FileNameParts parts_of_file_name(std::string_view name);
 
 // Finds the file that a name of the package stands for.
 //
-// On Windows a name with a drive is used as it is. Elsewhere `\` separates directories. Each directory and
+// On Windows a name is used as it is, its bytes being UTF-8, or else characters of the system's code page, as
+// decks of old have them. Elsewhere `\` separates directories. Each directory and
 // file name matches exactly, or else the one entry that differs only in the case of its letters (the
 // package's home system does not tell them apart); a name that is not there stays as given. Trailing blanks
 // do not count.

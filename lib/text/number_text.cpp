@@ -213,16 +213,17 @@ const char* past_digits(const char* at, const char* end) {
 }
 
 // The decimal exponent of the first digit that is not 0, for text that from_chars found out of range.
-bool is_below_one(const char* mantissa, const char* mantissa_end, long exponent) {
+bool is_below_one(const char* mantissa, const char* mantissa_end, std::ptrdiff_t exponent) {
     const char* point = std::find(mantissa, mantissa_end, '.');
     const char* first = std::find_if(mantissa, mantissa_end, [](char c) { return c >= '1' && c <= '9'; });
-    const long place = first < point ? point - first : point - first + 1;  // 1 for units, 0 for tenths
+    const std::ptrdiff_t place =
+        first < point ? point - first : point - first + 1;  // 1 for units, 0 for tenths
     return place + exponent <= 0;
 }
 
 // Up to 19 digits and a small power of ten: both are exact in 64 bits, so one operation rounds correctly to
 // 64 bits; the 32-bit value follows when it is not near the middle between two neighbours.
-bool quick_real(std::uint64_t digits, long exponent, float& value) {
+bool quick_real(std::uint64_t digits, std::ptrdiff_t exponent, float& value) {
     if (digits >= (std::uint64_t{1} << 53) || exponent < -22 || exponent > 22)
         return false;
     const double exact = static_cast<double>(digits);
@@ -275,8 +276,8 @@ NumberScan scan_number(const char*& text, const char* end, float& value) {
     std::uint64_t digits = 0;
     for (; at != end && is_digit(*at); ++at)
         digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
-    long count = at - mantissa;
-    long point_shift = 0;
+    std::ptrdiff_t count = at - mantissa;
+    std::ptrdiff_t point_shift = 0;
     if (at != end && *at == '.') {
         const char* fraction = ++at;
         for (; at != end && is_digit(*at); ++at)
@@ -288,7 +289,7 @@ NumberScan scan_number(const char*& text, const char* end, float& value) {
         return NumberScan::not_a_number;
     const char* const mantissa_end = at;
     // The exponent: a letter and an integer, or an integer with its sign.
-    long exponent = 0;
+    std::ptrdiff_t exponent = 0;
     bool has_exponent = false;
     if (at != end && (*at == 'E' || *at == 'e' || *at == 'D' || *at == 'd')) {
         ++at;
@@ -304,8 +305,9 @@ NumberScan scan_number(const char*& text, const char* end, float& value) {
         at = past_digits(at, end);
         if (at == first)
             return NumberScan::not_a_number;
+        constexpr std::ptrdiff_t LARGEST = 100000000;  // beyond all real numbers
         for (; first != at; ++first)
-            exponent = std::min(exponent * 10 + (*first - '0'), 100000000L);
+            exponent = std::min(exponent * 10 + (*first - '0'), LARGEST);
         if (down)
             exponent = -exponent;
     }

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <string>
 
+#include "text/file_names.h"
 #include "text/native_file.h"
 
 namespace brelan {
@@ -22,13 +23,13 @@ fs::path directory_of(const fs::path& path) {
     return path.has_parent_path() ? path.parent_path() : fs::path(".");
 }
 
-std::string name_beside(const fs::path& target, int attempt) {
+fs::path name_beside(const fs::path& target, int attempt) {
     const std::string end = std::string(MARK) + std::to_string(process_number()) + "-" +
                             std::to_string(attempt) + std::string(END);
-    std::string name = target.filename().string();
+    fs::path::string_type name = target.filename().native();
     if (name.size() + end.size() > LONGEST_NAME)
         name.resize(LONGEST_NAME - end.size());
-    return name + end;
+    return fs::path(name) += end;
 }
 
 bool is_name_beside(std::string_view name) {
@@ -45,7 +46,7 @@ bool is_name_beside(std::string_view name) {
 void remove_left_files(const fs::path& directory) {
     std::error_code error;
     for (fs::directory_iterator it(directory, error), end; !error && it != end; it.increment(error))
-        if (is_name_beside(it->path().filename().string()))
+        if (is_name_beside(utf_8(it->path().filename())))
             remove_unless_locked(it->path());
 }
 

@@ -180,6 +180,30 @@ std::string entry_content(const fs::directory_entry& entry) {
     return "file " + read_text(entry.path());
 }
 
+// Keeps what a run starts from, for scripts/everywhere, where the environment variable BRELAN_RECORD_RUNS
+// names a directory: a folder for each run, with the project, the words behind the program's name and what is
+// typed.
+void record_run(const fs::path& root, std::string_view input, const RunOptions& options) {
+    const char* const shelf = std::getenv("BRELAN_RECORD_RUNS");
+    // Rights, environment and a console that stays open are not what a folder can hold.
+    if (shelf == nullptr || options.unprivileged || options.keep_input_open || !options.environment.empty() ||
+        !options.without.empty())
+        return;
+    const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
+    std::string name = std::string(test->test_suite_name()) + "." + test->name();
+    std::replace(name.begin(), name.end(), '/', '_');
+    fs::path folder;
+    for (int number = 1; folder.empty() || fs::exists(folder); ++number)
+        folder = fs::path(shelf) / (name + "-" + std::to_string(number));
+    fs::create_directories(folder);
+    fs::copy(root, folder / "files", fs::copy_options::recursive | fs::copy_options::copy_symlinks);
+    std::string words;
+    for (const std::string& word : options.arguments)
+        words += word + "\n";
+    write_text(folder / "arguments", words);
+    write_text(folder / "typed", input);
+}
+
 std::string shown(const std::string& line) {
     std::string text = "\"";
     for (const char c : line.substr(0, 300)) {
@@ -327,6 +351,7 @@ RunResult Project::run(std::string_view input, const RunOptions& options) const 
     const bool drop_rights = options.unprivileged && ::geteuid() == 0;
     if (drop_rights)
         hand_to_nobody(root_);
+    record_run(root_, input, options);
 
     const int program = ::open(BRELAN_PROGRAM, O_RDONLY | O_CLOEXEC);
     if (program < 0)

@@ -105,9 +105,9 @@ TEST_F(GroupMemberRecords, AreWhatAPlainReadingGives) {
         for (std::int32_t type = 1; type <= 3; ++type)
             for (int i = 0; i < per_class; ++i) {
                 element += upto(5) == 0 ? 1 + upto(4) : 1;
-                const std::int32_t material = upto(6);
+                const std::int32_t of_material = upto(6);
                 for (int rows = upto(6); rows > 0; --rows)
-                    records.push_back({upto(9), material, element, type, upto(4)});
+                    records.push_back({upto(9), of_material, element, type, upto(4)});
             }
         // By group, class and material, the elements in all and those that lie inside.
         struct Sets {
