@@ -79,7 +79,7 @@ _brelan() {
         case $command in
             run) options+=" --edition --kind --project --cut --apart --json --data --work --keep --program" ;;
             new) options+=" --list --kind --output --name --force" ;;
-            check) options+=" --edition --kind --project --work --dry-run --json --strict" ;;
+            check) options+=" --edition --kind --project --work --cut --dry-run --json --strict" ;;
             info) options+=" --json --list --tolerance --kind" ;;
             plot)
                 options+=" --output --to --deck --numbers --window --title --width --scale --faults --no-codes --no-lines"

@@ -17,8 +17,10 @@ auto entry_of(Entries& entries, const std::string& identity) {
 }  // namespace
 
 void Results::hold(const KnownFile& known, TextBuffer text) {
-    drop(known.identity);
-    entries_.push_back({known, std::move(text)});
+    if (const auto found = entry_of(entries_, known.identity); found != entries_.end())
+        found->text = std::move(text);
+    else
+        entries_.push_back({known, std::move(text)});
 }
 
 const Results::Entry* Results::find(const std::string& identity) const {

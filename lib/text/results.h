@@ -21,7 +21,7 @@ public:
         TextBuffer text;
     };
 
-    // A text takes the place of an earlier one of the same file.
+    // A text takes the place of an earlier one of the same file, which has its name from the first.
     void hold(const KnownFile& known, TextBuffer text);
     // Null where none is held for the file.
     const Entry* find(const std::string& identity) const;

@@ -165,14 +165,16 @@ std::vector<Fault> place_rows() {
         rows.push_back({name + "HasNoRoom", full_disk_for(order[i]), {order[i]}, kept});
         rows.push_back(
             {name + "IsReadOnly", read_only(order[i]), {order[i]}, kept, Kind::displacement, true});
-        // A directory that takes no new file: the results that are there can be written.
+        // A directory that takes no new file takes no result either: none is begun.
+        Lines others = order;
+        std::erase(others, order[i]);
         rows.push_back({name + "CannotBeCreated",
                         [file = order[i]](const Project& p) {
                             fs::remove(p.file(file));
                             fs::permissions(p.file(""), fs::perms::owner_read | fs::perms::owner_exec);
                         },
-                        {order[i]},
-                        kept,
+                        {"out.Mes: its directory cannot hold the file that is to take its place"},
+                        others,
                         Kind::displacement,
                         true});
     }

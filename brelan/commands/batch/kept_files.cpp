@@ -10,19 +10,14 @@
 
 namespace brelan::tool {
 
-namespace {
-
 namespace fs = std::filesystem;
 
-// With the time of the last change, by which other programs tell what is new.
 void copy_with_time(const fs::path& from, const fs::path& to) {
     write_file(to, read_file(from));
     std::error_code without;
     if (const fs::file_time_type time = fs::last_write_time(from, without); !without)
         fs::last_write_time(to, time, without);
 }
-
-}  // namespace
 
 KeptFiles::KeptFiles(const fs::path& project, const std::vector<fs::path>& files)
     : directory_(project, ".brelan-kept-") {

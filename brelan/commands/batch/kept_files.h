@@ -9,6 +9,10 @@
 
 namespace brelan::tool {
 
+// Copies a file to a place that it replaces as a whole, with the time of its last change, by which other programs tell
+// what is new. Throws Failure.
+void copy_with_time(const std::filesystem::path& from, const std::filesystem::path& to);
+
 class KeptFiles {
 public:
     // Copies those of the files that there are to a directory of its own in the project. Throws Failure.

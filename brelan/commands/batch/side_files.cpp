@@ -11,6 +11,7 @@
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "cli/output_file.h"
+#include "commands/batch/kept_files.h"
 #include "cli/words.h"
 
 namespace brelan::tool {
@@ -30,11 +31,16 @@ std::string state_of(const fs::path& file) {
                        about.st_mtim.tv_nsec);
 }
 
-// Another name of the file, or where a disk knows no such names a copy.
-void link_or_copy(const fs::path& from, const fs::path& to, std::error_code& error) {
+// Moves a file and leaves a copy in its place, which is never empty. Where a disk knows no second names of a file the
+// copy is what is moved.
+void move_but_for_a_copy(const fs::path& from, const fs::path& to) {
+    std::error_code error;
     fs::create_hard_link(from, to, error);
-    if (error)
-        fs::copy_file(from, to, error);
+    if (error) {
+        copy_with_time(from, to);
+        return;
+    }
+    copy_with_time(to, from);
 }
 
 bool same_name(const fs::path& a, const fs::path& b) {
@@ -88,9 +94,7 @@ void SideFiles::set_aside(Entry& entry) {
     if (!fs::is_regular_file(entry.there, error))
         return;
     const fs::path aside = aside_->path() / entry.there.filename();
-    link_or_copy(entry.there, aside, error);
-    if (error)
-        throw Failure(fmt::format("{}: cannot be set aside: {}", entry.there.string(), error.message()));
+    move_but_for_a_copy(entry.there, aside);
     entry.aside = aside;
 }
 
@@ -105,7 +109,7 @@ SideFiles::~SideFiles() {
 // The project has its own file again before the new one leaves its place.
 bool SideFiles::move_apart(const Entry& entry, const fs::path& file) {
     try {
-        write_file(apart_ / file.filename(), read_file(file));
+        write_file(apart_ / entry.name, read_file(file));
     } catch (const Failure&) {
         return false;
     }
@@ -130,9 +134,9 @@ void SideFiles::collect() {
         if (!aside_ || entry.name == DEFAULTS)
             written_.push_back(now);
         else if (move_apart(entry, now))
-            written_.push_back(apart_ / now.filename());
+            written_.push_back(apart_ / entry.name);
         else
-            failure = fmt::format("{}: cannot be written", (apart_ / now.filename()).string());
+            failure = fmt::format("{}: cannot be written", (apart_ / entry.name).string());
     }
     for (const Entry& entry : entries_) {
         std::error_code error;

@@ -44,6 +44,7 @@ void take_end(const RunEnd& end, const NotedDeck& deck, Verdict& verdict) {
 void make_base_mesh(const NotedDeck& deck, const MemoryFiles& files, Run& run, Verdict& verdict) {
     try {
         run_base_mesh(run);
+        run.channels.take_results();
         verdict.base_mesh = read_mesh_text(files.text(BASE_FILE), std::string(BASE_MESH), deck.kind);
     } catch (const RunEnd& end) {
         verdict.no_base_mesh =

@@ -55,7 +55,10 @@ protected:
         state.deck.blocks.third = 0.0F;
     }
 
-    void generate(const BlockPlan& plan) const { generate_base_mesh(state, plan); }
+    void generate(const BlockPlan& plan) const {
+        generate_base_mesh(state, plan);
+        state.channels.take_results();
+    }
     const WorkDirectory& directory() const { return directory_; }
     std::string coord() const { return directory_.read("work/Coord.dat"); }
     std::string index() const { return directory_.read("work/Index.dat"); }

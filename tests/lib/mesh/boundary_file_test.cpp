@@ -35,7 +35,10 @@ protected:
         state.mesh.words[ElementNumber(n)] = words_of({i, j, j, i});
         result_.elements.include(ElementNumber(n));
     }
-    Lines boundary() const { return lines(directory.read("Boundary.Man")); }
+    Lines boundary() const {
+        state.channels.take_results();
+        return lines(directory.read("Boundary.Man"));
+    }
     static Lines lines(const std::string& text) {
         Lines all;
         std::size_t at = 0;

@@ -186,7 +186,7 @@ TEST_F(ChannelLines, WriteThroughPutsEveryRecordOnDiskAtOnce) {
 
 TEST_F(ChannelLines, FullDiskEndsTheRunAsAFailure) {
     std::filesystem::create_symlink("/dev/full", directory.path() / "full");
-    Channel& result = state.channels.open(55, "full", OpenStatus::result);
+    Channel& result = state.channels.open(55, "full", OpenStatus::work);
     result.write_line("no room for this");
     const std::string message = failure_of([&] { result.rewind(); });
     EXPECT_EQ(message.find("full: the file cannot be written: "), 0U) << message;
