@@ -692,7 +692,7 @@ void file_rows(Rows& rows) {
                         project.write_data("FnPlot2D.dat", "earlier\n");
                         forbid(project.data_file(""), READ_ONLY);
                     },
-                    {"BRELAN2D.DAT"},
+                    {"FnPlot2D.dat: its directory cannot hold the file that is to take its place"},
                     2,
                     Kind::displacement,
                     true});
