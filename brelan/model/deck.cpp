@@ -53,6 +53,26 @@ bool separates_names(char c) {
     return c == '\\' || c == '/';
 }
 
+// A name from the working directory without the directories that it enters and leaves again.
+std::string direct(std::string_view name) {
+    if (separates_names(name.front()) || (name.size() > 1 && name[1] == ':'))
+        return std::string(name);
+    std::vector<std::string_view> parts;
+    for (std::size_t from = 0; from < name.size();) {
+        const std::size_t end = std::min(name.find_first_of("\\/", from), name.size());
+        const std::string_view part = name.substr(from, end - from);
+        from = end + 1;
+        if (part == ".." && !parts.empty() && parts.back() != "..")
+            parts.pop_back();
+        else if (!part.empty() && part != ".")
+            parts.push_back(part);
+    }
+    std::string text;
+    for (const std::string_view part : parts)
+        text += (text.empty() ? "" : "\\") + std::string(part);
+    return text;
+}
+
 bool in_parent(std::string_view name) {
     return name.size() > 3 && name.starts_with("..") && separates_names(name[2]);
 }
@@ -61,8 +81,10 @@ bool in_parent(std::string_view name) {
 
 bool in_working_directory(std::string_view name) {
     const TextLine line(name);
-    const std::string_view rest = line.trimmed();
-    return !is_bare_name(line) && !in_parent(rest) && !separates_names(rest.front()) &&
+    if (is_bare_name(line))
+        return false;
+    const std::string rest = direct(line.trimmed());
+    return !rest.empty() && !in_parent(rest) && !separates_names(rest.front()) &&
            !(rest.size() > 2 && rest[1] == ':');
 }
 
@@ -74,11 +96,13 @@ std::filesystem::path file_of_card(const std::filesystem::path& project, std::st
     if (line.blank() || (here && !std::filesystem::is_directory(work, error)))
         return {};
     const std::filesystem::path& from = here ? work : project;
-    std::string_view rest = line.trimmed();
+    std::string rest(line.trimmed());
     if (is_bare_name(line))
-        rest.remove_prefix(rest.find_first_not_of(' '));
-    else if (in_parent(rest))
-        rest.remove_prefix(3);
+        rest.erase(0, rest.find_first_not_of(' '));
+    else
+        rest = direct(rest);
+    if (!is_bare_name(line) && in_parent(rest))
+        rest.erase(0, 3);
     const std::filesystem::path there = from.empty() ? "." : from;
     if (access((there / ".").c_str(), X_OK) != 0)
         throw Failure(there.string() + ": expected a directory to work in: " + std::strerror(errno));

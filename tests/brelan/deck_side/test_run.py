@@ -411,11 +411,13 @@ class WrongDecks(Case):
             self.assertFalse((self.project / "Pit.Mes").exists())
 
     def test_a_deck_that_would_replace_itself(self):
-        deck = self.write("self.dat", EDIT.format(source="Start.Mes", result="SELF.dat", x=1.0))
-        before = deck.read_text()
         self.starter("edit-0")
-        self.assert_one_message(self.brelan("run", "self.dat"), 2, "self.dat", "in the place of the deck")
-        self.assertEqual(deck.read_text(), before)
+        (self.project / "link.Mes").symlink_to("self.dat")
+        for result in ("SELF.dat", ".\\..\\self.dat", "sub\\..\\..\\Self.dat", "..\\.\\self.dat", "link.Mes"):
+            deck = self.write("self.dat", EDIT.format(source="Start.Mes", result=result, x=1.0))
+            before = deck.read_text()
+            self.assert_one_message(self.brelan("run", "self.dat"), 2, "self.dat", "in the place of the deck")
+            self.assertEqual(deck.read_text(), before)
         base = self.starter("base-mesh").rename(self.project / "BMESH.dat")
         before = base.read_text()
         self.assert_one_message(self.brelan("run", "BMESH.dat"), 2, "in the place of the deck")
