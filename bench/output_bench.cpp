@@ -126,7 +126,7 @@ public:
             Channel& result = run_->channels.open(CHANNEL_MESH_COPY, file.name, OpenStatus::result);
             for (const std::string& line : file.lines)
                 result.write_line(line);
-            run_->channels.close(CHANNEL_MESH_COPY);
+            run_->channels.take_results();
         }
     }
 

@@ -86,6 +86,7 @@ void Channel::open(Channels& channels, std::string_view name, OpenStatus status)
     channels_ = &channels;
     at_ = channels.file_of(name);
     if (status == OpenStatus::scratch) {
+        channels.inputs_.refuse(at_, false);  // a file of this name goes when the channel is closed
         placing_ = Placing::never;
         writable_ = open_ = true;
         return;

@@ -181,8 +181,8 @@ TEST_P(ResultsOf, NoFileTakesThePlaceOfAnInput) {
     put("deck.dat", "the only copy\n");
     channels().open(3, "deck.dat", OpenStatus::old);
     channels().close(3);
-    for (const OpenStatus status :
-         {OpenStatus::work, OpenStatus::result, OpenStatus::side_result, OpenStatus::setting})
+    for (const OpenStatus status : {OpenStatus::work, OpenStatus::result, OpenStatus::side_result,
+                                    OpenStatus::setting, OpenStatus::scratch})
         EXPECT_EQ(
             failure_of([&] { channels().open(7, ".\\DECK.dat", status); }),
             ".\\DECK.dat: the run would write it in the place of deck.dat, which it reads; expected a file "
