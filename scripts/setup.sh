@@ -4,6 +4,7 @@
 present() {
     case $1 in
         clang) command -v clang++ ;;
+        libclang-rt-14-dev) ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a ;;
         libgtest-dev) ls /usr/include/gtest/gtest.h ;;
         libbenchmark-dev) ls /usr/include/benchmark/benchmark.h ;;
         libcli11-dev) ls /usr/include/CLI/CLI.hpp ;;

@@ -1,48 +1,24 @@
-// The small files of a project and of the package round one deck with a group, its lines, a joint and moves: defaults,
-// debug switches, the table of units, and the start-up files.
+// The small files of a project and of the package, round a deck with a stage, a wall and their outputs: defaults, debug
+// switches, the table of units, the edition and the name of the deck. A part that is empty is the usual file.
+#include <array>
+
 #include "input.h"
 #include "run_in_memory.h"
 #include "targets.h"
 
 namespace brelan::fuzz {
 
-namespace {
-
-constexpr std::string_view DECK = R"(2
-1 1
-0 0 0
-4 1 0.5
-3 1 0.5
-1
-Bmesh.dat
-out.Mes
-1 1
-4
-0
-0
-0
-1
-2
-1 1
-2
-0.5 0.2 0
-3.4 2.7 0
-)";
-
-}  // namespace
-
 void project_files(std::string_view input) {
-    const Header header = take_header(input);
-    const std::vector<std::string> parts = parts_of(input, 4);
-    const std::string data = "C:\\Vork\\Qx\\Qxdata\\";
+    constexpr std::array<std::string_view, 5> NAMES{"..\\DV-BRELAN.dat",
+                                                    "C:\\Vork\\Qx\\Qxdata\\DEBUG\\Brelan_P1.dat",
+                                                    "C:\\Vork\\Qx\\Qxdata\\UNIT.DAT",
+                                                    "C:\\Vork\\Qx\\Qxdata\\PROGRAM.DAT", "TFNAME.TMP"};
+    const std::vector<std::string> parts = parts_of(input, NAMES.size());
     RunInput run;
-    run.edition = header.edition();
-    run.files = {{"..\\deck.dat", std::string(DECK)},
-                 {"..\\DV-BRELAN.dat", parts[0]},
-                 {data + "DEBUG\\Brelan_P1.dat", parts[1]},
-                 {data + "UNIT.DAT", parts[2]}};
-    if (!parts[3].empty())
-        run.files.emplace(header.bit_2 ? data + "PROGRAM.DAT" : "TFNAME.TMP", parts[3]);
+    run.files.emplace("..\\deck.dat", example("stage.dat"));
+    for (std::size_t k = 0; k < NAMES.size(); ++k)
+        if (!parts[k].empty())
+            run.files.emplace(NAMES[k], parts[k]);
     run.listings = Listings::kept;
     orderly_run(std::move(run));
 }

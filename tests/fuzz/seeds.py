@@ -31,7 +31,8 @@ brelan, target = sys.argv[1], pathlib.Path(sys.argv[2])
 
 
 def put(name, header, *parts):
-    data = bytes([header]) + b"\0".join(parts)
+    """A None for a header: the target has none."""
+    data = (b"" if header is None else bytes([header])) + b"\0".join(parts)
     if len(data) > LONGEST:
         return
     folder = target / name
@@ -124,7 +125,7 @@ put("vtu_file", 3, text_vtu())
 
 for seed in range(DECKS):
     ways = [compare_groups.GroupCase(seed), compare_outputs.new_case(seed)]
-    ways += [compare.Case(seed, random.Random(seed).choice(compare.ROAD)) for _ in range(2)]
+    ways += [compare.Case(seed, compare.ROAD[seed % len(compare.ROAD)])]
     for case in ways:
         files = {os.path.basename(name).lower(): text for name, text in case.files.items()}
         kind = OTHER_EDITIONS.get(case.edition, 3)
@@ -137,8 +138,9 @@ for seed in range(DECKS):
         if seed < 8 and meshes:
             put_converted(meshes[0], kind)
         debug = next((text for name, text in files.items() if name.startswith("brelan_p")), b"1 99.\n")
-        put("project_files", kind, files.get("dv-brelan.dat", b""), debug, files.get("unit.dat", b""),
-            files.get("tfname.tmp", b"") if seed % 4 == 0 else b"")
+        put("project_files", None, files.get("dv-brelan.dat", b""), debug, files.get("unit.dat", b""),
+            files.get("program.dat", b""), files.get("tfname.tmp", b"") if seed % 4 == 0 else b"")
 data = TREE / "data" / "Vork" / "Qx" / "Qxdata"
-put("project_files", 3, *((data / name).read_bytes() for name in ("DV-BRELAN.dat", "DEBUG/Brelan_P1.dat", "UNIT.DAT")))
-put("project_files", 7, *((data / name).read_bytes() for name in ("DV-BRELAN.dat", "DEBUG/Brelan_P1.dat", "UNIT.DAT", "PROGRAM.DAT")))
+put("project_files", None, b"", b"1 99.\n")
+names = ("DV-BRELAN.dat", "DEBUG/Brelan_P1.dat", "UNIT.DAT", "PROGRAM.DAT")
+put("project_files", None, *((data / name).read_bytes() for name in names))
