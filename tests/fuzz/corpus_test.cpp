@@ -1,5 +1,5 @@
-// Every input that the fuzzers keep, through the same entries as theirs: it ends in order. What once went wrong is
-// among them.
+// Every input that the fuzzers keep, through the same entries as theirs: it ends in order. What once went
+// wrong is among them.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -12,7 +12,8 @@ void deck_text(std::string_view input) {
     source.file = "deck.dat";
     source.text = input;
     const tool::NotedDeck noted = tool::read_deck(source, header.kind);
-    require(!stands || !noted.fault || !noted.fault->wrong_count, "the checker takes a card that brelan refuses");
+    require(!stands || !noted.fault || !noted.fault->wrong_count,
+            "the checker takes a card that brelan refuses");
     tool::shapes_of(noted);
 }
 

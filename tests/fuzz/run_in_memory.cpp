@@ -24,8 +24,7 @@ std::string text_of(const std::string& path) {
 // All ten templates would be half a megabyte to be copied for each run.
 Texts read_package() {
     Texts texts;
-    for (const std::string name :
-         {"DV-BRELAN.dat", "UNIT.DAT", "Slope\\L_2.0.Mes", "Slope_TH\\L_2.0.Mes"}) {
+    for (const std::string name : {"DV-BRELAN.dat", "UNIT.DAT", "Slope\\L_2.0.Mes", "Slope_TH\\L_2.0.Mes"}) {
         std::string path = name;
         std::replace(path.begin(), path.end(), '\\', '/');
         texts["C:\\Vork\\Qx\\Qxdata\\" + name] = text_of(BRELAN_SOURCE_DIR "/data/Vork/Qx/Qxdata/" + path);

@@ -1,5 +1,5 @@
-// A run in memory. The mesh of the input stands under the names "a.Mes" and "b.Mes", so that a deck can combine it with
-// itself.
+// A run in memory. The mesh of the input stands under the names "a.Mes" and "b.Mes", so that a deck can
+// combine it with itself.
 #include "blocks/block_plan.h"
 #include "input.h"
 #include "run_in_memory.h"
@@ -10,9 +10,10 @@ namespace brelan::fuzz {
 
 namespace {
 
-// A fuzzer looks for wrong steps, not for large meshes: a deck of a few hundred bytes may ask for 99,990 nodes and for
-// a line of thousands of divisions through them, which is right and takes its time. With these bounds a run ends in
-// well under the five seconds of a fuzzer, also where sanitizers and other processes slow it down.
+// A fuzzer looks for wrong steps, not for large meshes: a deck of a few hundred bytes may ask for 99,990
+// nodes and for a line of thousands of divisions through them, which is right and takes its time. With these
+// bounds a run ends in well under the five seconds of a fuzzer, also where sanitizers and other processes
+// slow it down.
 constexpr std::int64_t MOST_NODES = 2000;
 constexpr std::int64_t MOST_DIVISIONS = 1000;
 
