@@ -1,4 +1,4 @@
-# Sourced by ./demo, ./test and scripts/long.
+# Sourced by ./demo, ./test, scripts/fuzz and scripts/long.
 
 # present <package>: true when what the package brings is on this machine, wherever it came from.
 present() {
