@@ -1,10 +1,11 @@
-# Sourced by ./demo, ./test, scripts/long, scripts/everywhere and scripts/packages.
+# Sourced by ./demo, ./test, scripts/long, scripts/fuzz, scripts/everywhere and scripts/packages.
 
 # present <package>: true when what the package brings is on this machine, wherever it came from.
 present() {
     case $1 in
         clang) command -v clang++ ;;
         ninja-build) command -v ninja ;;
+        libclang-rt-14-dev) ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a ;;
         libgtest-dev) ls /usr/include/gtest/gtest.h ;;
         libbenchmark-dev) ls /usr/include/benchmark/benchmark.h ;;
         libcli11-dev) ls /usr/include/CLI/CLI.hpp ;;
