@@ -8,22 +8,26 @@ EXAMPLES = SOURCE / "examples"
 WORK = "run"
 
 
-def mesh(title="a mesh", first_element=1, first_x=0):
-    """Two square elements of the displacement kind."""
-    return (EXAMPLES / "Row.Mes").read_text()
+def row(first_element=1):
+    """The mesh of three elements, a beam and a truss, which are numbered from a place of their own."""
+    lines = (EXAMPLES / "Row.Mes").read_text().split("\n")
+    begin = next(i for i, line in enumerate(lines) if "CONTINUUM" in line)
+    for i in range(begin, len(lines)):
+        if lines[i][:7].strip().isdigit():
+            lines[i] = f"{int(lines[i][:7]) + first_element - 1:7}" + lines[i][7:]
+    return "\n".join(lines)
 
 
 MOVE = "1\n{0}\n{1}\n1 1\n0\n0 0 0 1\n1 1\n"
-JOIN = "0\nRow.Mes\n{0}\nout.Mes\n0\n"
 EARLIER = "what an earlier run has left\n"
 
 
 class Case:
     """`files`: texts of the project by name; `arguments`: of the command, or None for the batch program."""
 
-    def __init__(self, name, deck=None, files=(), arguments=None, stdin="", status=0, programs=None, rules=None):
+    def __init__(self, name, deck=None, files=(), arguments=None, status=0, programs=None):
         self.name = name
-        self.files = {"Quay.Mes": (EXAMPLES / "Quay.Mes").read_text(), "Row.Mes": mesh(), **dict(files)}
+        self.files = {"Quay.Mes": (EXAMPLES / "Quay.Mes").read_text(), "Row.Mes": row(), **dict(files)}
         if deck is not None:
             self.files["deck.dat"] = deck
         self.arguments = arguments
@@ -64,8 +68,8 @@ CASES = [
     Case("edit in place", MOVE.format("Row.Mes", "Row.Mes")),
     Case("edit of a groups' deck", example("stage"), {"Stage.Mes": EARLIER}),
     Case("groups with outputs", example("pit_left"), {"PitLeft.Mes": EARLIER}),
-    Case("combination", "0\nRow.Mes\nother.Mes\nout.Mes\n0\n", {"out.Mes": EARLIER}),
-    Case("stop", "0\nRow.Mes\nRow.Mes\nout.Mes\n0\n", {"out.Mes": EARLIER}, status=1),
+    Case("combination", "0\nRow.Mes\nother.Mes\nout.Mes\n0\n", {"out.Mes": EARLIER, "other.Mes": row(101)}),
+    Case("stop", EDIT.replace("0 0 0 1", "0 0 0"), {"out.Mes": EARLIER}, status=1),
     Case("base mesh with groups", example("foot"), {"Foot.Mes": EARLIER, "Bmesh.dat": EARLIER}),
     Case("dam", example("dam"), {"EarthDam.Mes": EARLIER, "Dam_Joined.Mes": EARLIER}),
     Case("run", EDIT, {"out.Mes": EARLIER}, ["run", "deck.dat"], programs=RUN),
