@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -97,6 +98,9 @@ int main(int count, char* arguments[]) {
     try {
         const std::span<char* const> given(arguments, static_cast<std::size_t>(count));
         return brelan::run_here(brelan::method_by(given.subspan(std::min<std::size_t>(given.size(), 1))));
+    } catch (const std::bad_alloc&) {  // nothing here may need more of it
+        std::fputs("brelan2d: the run cannot go on: there is not enough memory\n", stderr);
+        return brelan::STATUS_FAILED;
     } catch (const std::exception& error) {
         return brelan::failed(std::string("the run cannot go on: ") + error.what());
     }

@@ -1,6 +1,8 @@
 // brelan: runs decks, shows meshes, checks them and carries them to other programs.
 
+#include <cstdio>
 #include <exception>
+#include <new>
 
 #include "cli/console.h"
 #include "cli/exit_status.h"
@@ -20,7 +22,7 @@ int main(int argc, char** argv) {
     } catch (const brelan::RunEnd& end) {
         error_line(end.text);
     } catch (const std::bad_alloc&) {
-        error_line("there is not enough memory");
+        std::fputs("brelan: there is not enough memory\n", stderr);  // nothing here may need more of it
     } catch (const std::exception& error) {
         error_line(error.what());
     }

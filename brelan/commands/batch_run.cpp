@@ -33,10 +33,12 @@ class WorkingDirectory {
 public:
     WorkingDirectory(const fs::path& project, const RunOptions& options) {
         if (options.work.empty()) {
-            own_.emplace(project, ".brelan-");
-            path_ = own_->path();
+            // One that is kept is not to be taken for one that a killed run has left.
             if (options.keep)
-                own_->keep();
+                own_.emplace(project, ".brelan-", LeftDirectories::stay).keep();
+            else
+                own_.emplace(project, ".brelan-run-", LeftDirectories::removed);
+            path_ = own_->path();
             return;
         }
         std::error_code error;

@@ -1,7 +1,5 @@
 // Reading a deck: the library's cards, and what they draw.
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <limits>
 
 #include "cli/exit_status.h"
@@ -78,11 +76,7 @@ std::string read_text_of(const std::filesystem::path& file) {
         throw Failure(file.string() + ": expected a card deck, but there is no file of this name");
     if (!std::filesystem::is_regular_file(file, error))
         throw Failure(file.string() + ": expected a card deck, found no ordinary file");
-    std::ifstream stream(file, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream || stream.bad())
-        throw Failure(file.string() + ": the file cannot be read");
-    return text;
+    return read_file(file);
 }
 
 }  // namespace

@@ -305,8 +305,9 @@ void Channels::close_all() noexcept {
             if (held != nullptr && (held->placing_ == Channel::Placing::as_it_grows ||
                                     held->placing_ == Channel::Placing::never))
                 held->close(CloseAction::keep);
-        } catch (const RunEnd&) {
-            // The run ends already with a message of its own; what could be written has been.
+        } catch (...) {
+            // The run ends already with a message of its own, for want of memory too; what could be written
+            // has been.
         }
         held.reset();
     }

@@ -20,7 +20,7 @@ void copy_with_time(const fs::path& from, const fs::path& to) {
 }
 
 KeptFiles::KeptFiles(const fs::path& project, const std::vector<fs::path>& files)
-    : directory_(project, ".brelan-kept-") {
+    : directory_(project, ".brelan-kept-", LeftDirectories::stay) {
     for (const fs::path& file : files) {
         std::error_code error;
         Entry entry{file, {}};

@@ -77,7 +77,7 @@ SideFiles::SideFiles(fs::path project, const NotedDeck& deck, fs::path apart)
             throw Failure(fmt::format("{}: expected a directory, or a name for a new one", apart_.string()));
         if (fs::equivalent(apart_, project_, error))
             throw Failure(fmt::format("{}: expected another directory than the project's", apart_.string()));
-        aside_.emplace(project_, ".brelan-aside-");
+        aside_.emplace(project_, ".brelan-aside-", LeftDirectories::stay);
     }
     for (const std::string& name : side_file_names(deck, project_)) {
         Entry entry{name, file_of_card(project_, name), "", ""};
@@ -101,8 +101,8 @@ void SideFiles::set_aside(Entry& entry) {
 SideFiles::~SideFiles() {
     try {
         collect();
-    } catch (const Failure&) {
-        // The failure that ends the run is told already.
+    } catch (...) {
+        // The failure that ends the run is told already, a want of memory too.
     }
 }
 

@@ -1,5 +1,10 @@
 #include "commands/batch/temporary_directory.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -22,24 +27,65 @@ fs::path place_for_temporary_files() {
     return "/tmp";
 }
 
+constexpr std::string_view UNIQUE = "XXXXXX";
+
+// A directory of one's own, locked; -1 where another process has it, or it is none.
+int hold(const fs::path& directory) {
+    const int handle = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    struct stat about {};
+    if (handle >= 0 && (flock(handle, LOCK_EX | LOCK_NB) != 0 || fstat(handle, &about) != 0 ||
+                        about.st_uid != geteuid())) {
+        close(handle);
+        return -1;
+    }
+    return handle;
+}
+
+void remove_left_directories(const fs::path& in, std::string_view prefix) {
+    std::error_code error;
+    for (fs::directory_iterator there(in, error), end; !error && there != end; there.increment(error)) {
+        const std::string name = there->path().filename().string();
+        if (!name.starts_with(prefix) || name.size() != prefix.size() + UNIQUE.size())
+            continue;
+        const int handle = hold(there->path());
+        if (handle < 0)
+            continue;
+        std::error_code ignored;
+        fs::remove_all(there->path(), ignored);
+        close(handle);
+    }
+}
+
 }  // namespace
 
-TemporaryDirectory::TemporaryDirectory(const fs::path& in, std::string_view prefix) {
+TemporaryDirectory::TemporaryDirectory(const fs::path& in, std::string_view prefix, LeftDirectories left) {
     std::error_code error;
-    std::string name =
-        (fs::absolute(in, error).lexically_normal() / (std::string(prefix) + "XXXXXX")).string();
-    if (error || mkdtemp(name.data()) == nullptr)
-        throw Failure(in.string() + ": no directory can be made in it: " + std::strerror(errno));
-    path_ = name;
+    const std::string pattern =
+        (fs::absolute(in, error).lexically_normal() / (std::string(prefix) + std::string(UNIQUE))).string();
+    if (left == LeftDirectories::removed)
+        remove_left_directories(in, prefix);
+    // Another command may take one that is not locked yet for left.
+    constexpr int attempts = 10;
+    for (int attempt = 0; attempt < attempts && (path_.empty() || !fs::exists(path_)); ++attempt) {
+        std::string name = pattern;
+        if (error || mkdtemp(name.data()) == nullptr)
+            throw Failure(in.string() + ": no directory can be made in it: " + std::strerror(errno));
+        path_ = name;
+        if (hold_ >= 0)
+            close(hold_);
+        hold_ = hold(path_);
+    }
 }
 
 TemporaryDirectory::TemporaryDirectory(std::string_view prefix)
-    : TemporaryDirectory(place_for_temporary_files(), prefix) {}
+    : TemporaryDirectory(place_for_temporary_files(), prefix, LeftDirectories::removed) {}
 
 TemporaryDirectory::~TemporaryDirectory() {
     std::error_code ignored;  // what cannot be taken away stays
     if (!keep_)
         fs::remove_all(path_, ignored);
+    if (hold_ >= 0)
+        close(hold_);
 }
 
 }  // namespace brelan::tool

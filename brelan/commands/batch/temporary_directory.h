@@ -1,4 +1,4 @@
-// A directory that is gone when the command ends.
+// A directory that is gone when the command ends; where it is killed, when the next one makes such a directory.
 #pragma once
 
 #include <filesystem>
@@ -6,11 +6,14 @@
 
 namespace brelan::tool {
 
+// What happens to directories of this prefix that a killed command has left.
+enum class LeftDirectories { removed, stay };
+
 class TemporaryDirectory {
 public:
     // A new directory in the one given, its name beginning with the prefix. Throws Failure.
-    TemporaryDirectory(const std::filesystem::path& in, std::string_view prefix);
-    // In the machine's place for such: TMPDIR, else /tmp.
+    TemporaryDirectory(const std::filesystem::path& in, std::string_view prefix, LeftDirectories left);
+    // In the machine's place for such: TMPDIR, else /tmp. Those that are left there are removed.
     explicit TemporaryDirectory(std::string_view prefix);
     ~TemporaryDirectory();
     TemporaryDirectory(const TemporaryDirectory&) = delete;
@@ -21,6 +24,7 @@ public:
 
 private:
     std::filesystem::path path_;
+    int hold_ = -1;  // locked as long as this process, or one that it has started, lives
     bool keep_ = false;
 };
 
