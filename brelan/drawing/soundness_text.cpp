@@ -8,9 +8,9 @@ std::string place_text(const Finding& finding, const Place& p) {
     const std::string at = fmt::format(" at ({:.7g}, {:.7g})", p.at.x, p.at.y);
     switch (finding.check) {
         case Check::number_used_twice:
-            return p.element != 0 ? fmt::format("element {}", p.element) : fmt::format("node {}", p.node);
+            return p.element != 0 ? fmt::format("element {}{}", p.element, at)
+                                  : fmt::format("node {}{}", p.node, at);
         case Check::missing_node:
-            return fmt::format("node {} of element {}", p.node, p.element);
         case Check::missing_midside:
         case Check::stray_midside:
         case Check::unshared_midside:

@@ -12,24 +12,35 @@ namespace brelan {
 
 namespace {
 
+// Where an element stands of which corners may be missing: the middle of those that are there.
+Position middle_of_found(const MeshLists& mesh, const CornerPlaces& corners) {
+    CornerPlaces found;
+    for (int k = 0; k < corners.count; ++k)
+        if (corners[k] != MeshLists::NONE)
+            found.place[static_cast<std::size_t>(found.count++)] = corners[k];
+    return middle(mesh, found);
+}
+
 void check_numbers(SoundnessWork& work) {
     const MeshLists& mesh = work.mesh;
     for (std::size_t n = 1; n < mesh.nodes.size(); ++n)
         if (mesh.nodes[n].number == mesh.nodes[n - 1].number)
             work.add(Check::number_used_twice,
                      {0, mesh.nodes[n].number.value, 0, mesh.point(static_cast<std::int32_t>(n))});
-    std::vector<Number> numbers;
-    for (const Element& e : mesh.elements)
-        numbers.push_back(e.number.value);
+    std::vector<std::pair<Number, std::size_t>> numbers;  // with the places of the elements
+    for (std::size_t i = 0; i < mesh.elements.size(); ++i)
+        numbers.emplace_back(mesh.elements[i].number.value, i);
     std::sort(numbers.begin(), numbers.end());
     for (std::size_t i = 1; i < numbers.size(); ++i)
-        if (numbers[i] == numbers[i - 1])
-            work.add(Check::number_used_twice, {numbers[i], 0, 0, {}});
+        if (numbers[i].first == numbers[i - 1].first)
+            work.add(Check::number_used_twice,
+                     {numbers[i].first, 0, 0, middle_of_found(mesh, work.corners[numbers[i].second])});
     for (std::size_t i = 0; i < work.corners.size(); ++i) {
         const Element& e = mesh.elements[i];
         for (int k = 0; k < work.corners[i].count; ++k)
             if (work.corners[i][k] == MeshLists::NONE)
-                work.add(Check::missing_node, {e.number.value, e.corner(k), 0, {}});
+                work.add(Check::missing_node,
+                         {e.number.value, e.corner(k), 0, middle_of_found(mesh, work.corners[i])});
     }
 }
 

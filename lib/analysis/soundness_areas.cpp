@@ -1,5 +1,6 @@
-// Solids that lie over each other. Where elements share their sides, two can only cover one place if the
-// outline of one of them runs over the other: so the solids at free sides are held against all.
+// Solids that lie over each other. Where elements share their sides, one on each, two can only cover one
+// place if the outline of the mesh or of a fold runs over one of them: so the solids at free sides, and those
+// on one hand of a side that they share, are held against all.
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -56,7 +57,7 @@ double common_area(Polygon rest, const Polygon& by) {
     return rest.size() > 2 ? area_of(rest) : 0.0;
 }
 
-// What is held against the solids: a solid at a free side, or a joint of a width.
+// What is held against the solids: a solid at a free side or a fold, or a joint of a width.
 struct Probe {
     std::int32_t element = 0;  // its place
     Polygon polygon;
@@ -68,7 +69,7 @@ public:
     explicit OverlapSearch(SoundnessWork& work) : work_(work) {}
 
     void find() {
-        take_free_solids();
+        take_solids_at_edges();
         take_wide_joints();
         doubled_.assign(work_.mesh.elements.size(), 0);
         for (const Place& place : work_.places(Check::double_element))
@@ -95,11 +96,21 @@ public:
     }
 
 private:
-    void take_free_solids() {
-        free_.assign(work_.mesh.elements.size(), 0);
+    void take_solids_at_edges() {
+        at_edge_.assign(work_.mesh.elements.size(), 0);
         for (const ClosedSide& side : work_.free)
-            if (std::exchange(free_[work_.at(side.element)], std::uint8_t{1}) == 0)
-                add(side.element);
+            take_at_edge(side);
+        work_.each_side([&](std::size_t i, std::size_t end) {
+            const auto start = [&](std::size_t k) { return work_.closed[work_.at(work_.sides[k].from)]; };
+            const bool is_fold = end - i > 2 || (end - i == 2 && start(i) == start(i + 1));
+            for (std::size_t k = i; is_fold && k < end; ++k)
+                take_at_edge(work_.sides[k]);
+        });
+    }
+
+    void take_at_edge(const ClosedSide& side) {
+        if (std::exchange(at_edge_[work_.at(side.element)], std::uint8_t{1}) == 0)
+            add(side.element);
     }
 
     void take_wide_joints() {
@@ -131,8 +142,8 @@ private:
         // A stage behind a joint leaves the joint the room of its width, and the element before it does not.
         if (joint && doubled_[work_.at(solid)] != 0)
             return true;
-        // Two solids at free sides meet twice.
-        if (probe.element == solid || (!joint && free_[work_.at(solid)] != 0 && solid > probe.element))
+        // Two solids at edges meet twice.
+        if (probe.element == solid || (!joint && at_edge_[work_.at(solid)] != 0 && solid > probe.element))
             return true;
         const Polygon other = polygon_of(work_.mesh, work_.corners[work_.at(solid)]);
         if (!is_convex(other))
@@ -155,7 +166,7 @@ private:
 
     SoundnessWork& work_;
     std::vector<Probe> probes_;
-    std::vector<std::uint8_t> free_, doubled_;  // by element place: at a free side; one of a stage's doubles
+    std::vector<std::uint8_t> at_edge_, doubled_;  // by element place; one of a stage's doubles
 };
 
 }  // namespace

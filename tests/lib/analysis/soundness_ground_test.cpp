@@ -41,6 +41,61 @@ TEST(SoundnessOfGround, StripThatWindsOverItselfOverlaps) {
     EXPECT_EQ(s.of(Check::overlapping_solid).places[0].other, 1);
 }
 
+//  5---6---7    the strip turns back at nodes 3 and 7: element 3, whose other nodes stand at 1.25, lies
+//  | 1 | 2 |    over element 2
+//  1---2---3
+TEST(SoundnessOfGround, StripThatIsFoldedBackOverlaps) {
+    const Soundness s = soundness_of(Sample()
+                                         .nodes({{0, 0}, {1, 0}, {2, 0}, {9, 9}, {0, 1}, {1, 1}, {2, 1}})
+                                         .nodes({{1.25, 0}, {1.25, 1}})
+                                         .solid({1, 2, 6, 5})
+                                         .solid({2, 3, 7, 6})
+                                         .solid({8, 3, 7, 9}));
+    ASSERT_EQ(s.of(Check::overlapping_solid).places.size(), 1U);
+    EXPECT_EQ(s.of(Check::overlapping_solid).places[0].element, 3);
+    EXPECT_EQ(s.of(Check::overlapping_solid).places[0].other, 2);
+    EXPECT_NEAR(s.of(Check::overlapping_solid).places[0].amount, 0.75, 1e-6);
+}
+
+// The corner of a fan stands beyond side 2-3 of its square, and triangle 2 is turned to run anti-clockwise:
+// it lies over the ring round the square. Neither it nor the other triangles have a free side, and no sum of
+// signed areas tells.
+TEST(SoundnessOfGround, FoldWithinTheGroundOverlaps) {
+    const auto fan = [](double x, const std::vector<Number>& second) {
+        return Sample()
+            .nodes({{0, 0}, {4, 0}, {4, 4}, {0, 4}, {x, 2}, {-4, -4}, {8, -4}, {8, 8}, {-4, 8}})
+            .solid({1, 2, 5})
+            .solid(second)
+            .solid({3, 4, 5})
+            .solid({4, 1, 5})
+            .solid({6, 7, 2, 1})
+            .solid({7, 8, 3, 2})
+            .solid({8, 9, 4, 3})
+            .solid({9, 6, 1, 4});
+    };
+    expect_only(soundness_of(fan(3, {2, 3, 5})), {});
+    // As it runs clockwise, the ends of triangles 1, 3 and 4 lie over element 6.
+    expect_only(soundness_of(fan(5, {2, 3, 5})),
+                {{Check::inverted_element, 1}, {Check::overlapping_solid, 3}});
+    const Soundness s = soundness_of(fan(5, {2, 5, 3}));
+    // The tip of area 2 once as triangle 2, once as element 6 and once as the ends of triangles 1, 3 and 4.
+    expect_only(s, {{Check::overlapping_solid, 7}});
+    double sum = 0.0;
+    for (const Place& place : s.of(Check::overlapping_solid).places)
+        sum += place.amount;
+    EXPECT_NEAR(sum, 6.0, 1e-5);
+}
+
+// A part with nodes of its own in the midst of another.
+TEST(SoundnessOfGround, PartLaidOverAnotherOverlaps) {
+    const Soundness s = soundness_of(four_squares()
+                                         .nodes({{0.75, 0.75}, {1.25, 0.75}, {1.25, 1.25}, {0.75, 1.25}})
+                                         .solid({10, 11, 12, 13}));
+    expect_only(s, {{Check::overlapping_solid, 4}, {Check::separate_part, 1}});
+    for (const Place& place : s.of(Check::overlapping_solid).places)
+        EXPECT_NEAR(place.amount, 0.0625, 1e-6);
+}
+
 TEST(SoundnessOfGround, PartOnASingleNodeIsUnsoundAndOneApartARemark) {
     const Soundness pinned = soundness_of(two_squares().nodes({{3, 1}, {3, 2}, {2, 2}}).solid({6, 7, 8, 9}));
     expect_only(pinned, {{Check::pinned_part, 1}});

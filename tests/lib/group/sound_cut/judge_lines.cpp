@@ -50,7 +50,7 @@ private:
     void add(const std::string& text) const { j_.add(Law::line, name() + text); }
 
     // Where a joint of a width crosses or meets itself it takes room from its own line, more the sharper the
-    // angle: eight widths at most.
+    // angle: four widths at most.
     void find_crossings() {
         if (path_.joint_material == 0 || path_.thickness == 0.0)
             return;
@@ -75,7 +75,7 @@ private:
                 }
             }
     }
-    double room_of_crossing() const { return 8.0 * std::abs(path_.thickness) + j_.same; }
+    double room_of_crossing() const { return 4.0 * std::abs(path_.thickness) + j_.same; }
     bool is_in_crossing(const Spot& p) const {
         return std::any_of(crossings_.begin(), crossings_.end(),
                            [&](const Spot& at) { return distance(at, p) <= room_of_crossing(); });
@@ -367,8 +367,8 @@ private:
                     j_.add(Law::line, "joint " + std::to_string(joint.number) + " of no width is open at " +
                                           words(j_.mesh.at(joint.corners[0])));
             }
-        const double room = j_.same * 4.0 + j_.rounding * static_cast<double>(sides_.size()) +
-                            2.0 * room_of_crossing() * static_cast<double>(crossings_.size());
+        const double room = j_.same * 4.0 + j_.rounding * static_cast<double>(sides_.size());
+        const double at_crossings = 2.0 * room_of_crossing() * static_cast<double>(crossings_.size());
         const auto tell = [&](const char* what, double length, double optional) {
             if (!gap_ && (length > covered_ + room || length < covered_ - optional - room))
                 j_.add(Law::line, "group " + std::to_string(path_.group) + ": its " + what +
@@ -379,9 +379,9 @@ private:
         const bool hidden =
             j_.deck.kind == Kind::head && path_.line_type > 2 && path_.group <= j_.deck.groups_of_first_deck;
         if (!hidden && (has_beams || path_.line_type >= 2))
-            tell("line elements", beams, 0.0);
+            tell("line elements", beams, at_crossings);
         if (path_.joint_material != 0)
-            tell("joints", joints, on_border_);  // there is ground on one side alone
+            tell("joints", joints, on_border_ + at_crossings);  // on the border is ground on one side alone
     }
     bool is_shared() const {
         return std::any_of(j_.run.paths.begin(), j_.run.paths.end(), [&](const DrawnPath& other) {
