@@ -11,8 +11,8 @@
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "cli/output_file.h"
-#include "commands/batch/kept_files.h"
 #include "cli/words.h"
+#include "commands/batch/kept_files.h"
 
 namespace brelan::tool {
 
@@ -31,8 +31,8 @@ std::string state_of(const fs::path& file) {
                        about.st_mtim.tv_nsec);
 }
 
-// Moves a file and leaves a copy in its place, which is never empty. Where a disk knows no second names of a file the
-// copy is what is moved.
+// Moves a file and leaves a copy in its place, which is never empty. Where a disk knows no second names of a
+// file the copy is what is moved.
 void move_but_for_a_copy(const fs::path& from, const fs::path& to) {
     std::error_code error;
     fs::create_hard_link(from, to, error);
