@@ -210,6 +210,9 @@ def without_times(text):
 
 
 def wrong_end(sound, result, state, path, fault):
+    # Where the sound cut fails the mesh by the rules stands, and the summary says why.
+    if result.returncode == 0 and "the sound cut ended with" in result.stdout:
+        return []
     if result.returncode == sound.case.status:
         if Sound.known(state) != Sound.known(sound.after):
             changed = sorted(p for p in {*state, *sound.after}
