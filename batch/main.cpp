@@ -61,6 +61,12 @@ int failed(std::string message) {
     return STATUS_FAILED;
 }
 
+// Nothing here may need more of it.
+int without_memory() {
+    std::fputs("brelan2d: the run cannot go on: there is not enough memory\n", stderr);
+    return STATUS_FAILED;
+}
+
 CutMethod method_by(std::span<char* const> arguments) {
     const bool sound = std::any_of(arguments.begin(), arguments.end(),
                                    [](std::string_view argument) { return argument == "--sound"; });
@@ -95,12 +101,13 @@ int run_here(CutMethod cut) {
 }  // namespace brelan
 
 int main(int count, char* arguments[]) {
+    // The standard library's own files may find no memory where nothing can be thrown.
+    std::set_terminate([] { std::_Exit(brelan::without_memory()); });
     try {
         const std::span<char* const> given(arguments, static_cast<std::size_t>(count));
         return brelan::run_here(brelan::method_by(given.subspan(std::min<std::size_t>(given.size(), 1))));
-    } catch (const std::bad_alloc&) {  // nothing here may need more of it
-        std::fputs("brelan2d: the run cannot go on: there is not enough memory\n", stderr);
-        return brelan::STATUS_FAILED;
+    } catch (const std::bad_alloc&) {
+        return brelan::without_memory();
     } catch (const std::exception& error) {
         return brelan::failed(std::string("the run cannot go on: ") + error.what());
     }

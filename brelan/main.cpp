@@ -1,6 +1,7 @@
 // brelan: runs decks, shows meshes, checks them and carries them to other programs.
 
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <new>
 
@@ -12,7 +13,21 @@
 
 using namespace brelan::tool;
 
+namespace {
+
+// Nothing here may need more of it.
+void tell_of_memory() {
+    std::fputs("brelan: there is not enough memory\n", stderr);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+    // The standard library's own files may find no memory where nothing can be thrown.
+    std::set_terminate([] {
+        tell_of_memory();
+        std::_Exit(STATUS_BAD);
+    });
     remove_half_files_on_signals();
     int status = STATUS_BAD;
     try {
@@ -22,7 +37,7 @@ int main(int argc, char** argv) {
     } catch (const brelan::RunEnd& end) {
         error_line(end.text);
     } catch (const std::bad_alloc&) {
-        std::fputs("brelan: there is not enough memory\n", stderr);  // nothing here may need more of it
+        tell_of_memory();
     } catch (const std::exception& error) {
         error_line(error.what());
     }

@@ -84,6 +84,6 @@ CASES = [
     Case("plot png", None, {"Row.png": EARLIER}, ["plot", "Row.Mes", "-o", "Row.png"]),
     Case("plot pdf", None, {"Row.pdf": EARLIER}, ["plot", "Row.Mes", "-o", "Row.pdf"]),
     Case("plot html", None, {"Row.html": EARLIER}, ["plot", "Row.Mes", "-o", "Row.html"]),
-    Case("new", None, {"groups.dat": EARLIER}, ["new", "groups", "--force"]),
+    Case("new", None, {"groups.dat": EARLIER}, ["new", "groups", "-o", ".", "--force"]),
     Case("check", EDIT, {}, ["check", "deck.dat"]),
 ]

@@ -9,8 +9,8 @@
 
 namespace brelan::tool {
 
-// Copies a file to a place that it replaces as a whole, with the time of its last change, by which other programs tell
-// what is new. Throws Failure.
+// Copies a file to a place that it replaces as a whole, with the time of its last change, by which other
+// programs tell what is new. Throws Failure.
 void copy_with_time(const std::filesystem::path& from, const std::filesystem::path& to);
 
 class KeptFiles {

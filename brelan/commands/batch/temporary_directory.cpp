@@ -29,12 +29,12 @@ fs::path place_for_temporary_files() {
 
 constexpr std::string_view UNIQUE = "XXXXXX";
 
-// A directory of one's own, locked; -1 where another process has it, or it is none.
+// A directory of the user's own, locked; -1 where another process has it, or it is none.
 int hold(const fs::path& directory) {
     const int handle = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
     struct stat about {};
-    if (handle >= 0 && (flock(handle, LOCK_EX | LOCK_NB) != 0 || fstat(handle, &about) != 0 ||
-                        about.st_uid != geteuid())) {
+    if (handle >= 0 &&
+        (flock(handle, LOCK_EX | LOCK_NB) != 0 || fstat(handle, &about) != 0 || about.st_uid != geteuid())) {
         close(handle);
         return -1;
     }
@@ -59,26 +59,32 @@ void remove_left_directories(const fs::path& in, std::string_view prefix) {
 }  // namespace
 
 TemporaryDirectory::TemporaryDirectory(const fs::path& in, std::string_view prefix, LeftDirectories left) {
-    std::error_code error;
-    const std::string pattern =
-        (fs::absolute(in, error).lexically_normal() / (std::string(prefix) + std::string(UNIQUE))).string();
     if (left == LeftDirectories::removed)
         remove_left_directories(in, prefix);
+    make(in, prefix);
+}
+
+TemporaryDirectory::TemporaryDirectory(std::string_view prefix)
+    : TemporaryDirectory(place_for_temporary_files(), prefix, LeftDirectories::removed) {
     // Another command may take one that is not locked yet for left.
     constexpr int attempts = 10;
-    for (int attempt = 0; attempt < attempts && (path_.empty() || !fs::exists(path_)); ++attempt) {
-        std::string name = pattern;
-        if (error || mkdtemp(name.data()) == nullptr)
-            throw Failure(in.string() + ": no directory can be made in it: " + std::strerror(errno));
-        path_ = name;
+    std::error_code error;
+    hold_ = hold(path_);
+    for (int attempt = 0; attempt < attempts && !fs::exists(path_, error); ++attempt) {
         if (hold_ >= 0)
             close(hold_);
+        make(path_.parent_path(), prefix);
         hold_ = hold(path_);
     }
 }
 
-TemporaryDirectory::TemporaryDirectory(std::string_view prefix)
-    : TemporaryDirectory(place_for_temporary_files(), prefix, LeftDirectories::removed) {}
+void TemporaryDirectory::make(const fs::path& in, std::string_view prefix) {
+    std::error_code error;
+    std::string name = (fs::absolute(in, error).lexically_normal() / prefix).string() + std::string(UNIQUE);
+    if (error || mkdtemp(name.data()) == nullptr)
+        throw Failure(in.string() + ": no directory can be made in it: " + std::strerror(errno));
+    path_ = name;
+}
 
 TemporaryDirectory::~TemporaryDirectory() {
     std::error_code ignored;  // what cannot be taken away stays
