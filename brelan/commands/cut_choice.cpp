@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 struct MeshVerdict {
     bool known = false;      // false: there is no mesh, or it cannot be read
     std::size_t faults = 0;  // places that make it unsound
-    std::string text;        // "unsound: 1 hanging node (...)"
+    std::string text;        // "unsound: 1 hanging node (...)", or why it cannot be read
 };
 
 MeshVerdict verdict_on(const RunReport& run) {
@@ -35,10 +35,10 @@ MeshVerdict verdict_on(const RunReport& run) {
         verdict.text = soundness_line(soundness);
         for (const Finding& finding : soundness.findings)
             verdict.faults += finding.unsound ? finding.places.size() : 0;
-    } catch (const Failure&) {  // the summary says so
-        return {};
-    } catch (const RunEnd&) {
-        return {};
+    } catch (const Failure& failure) {
+        verdict.text = failure.what();
+    } catch (const RunEnd& end) {
+        verdict.text = end.text;
     }
     return verdict;
 }
@@ -78,6 +78,9 @@ RunReport run_by_both(const RunPlace& place, const RunReport& begun) {
     KeptFiles before(place.project, files);
     RunReport by_rules = run_once(place, begun, CutMethod::by_rules);
     const MeshVerdict rules = verdict_on(by_rules);
+    if (!rules.known && !rules.text.empty())
+        by_rules.remarks.push_back("whether the mesh is sound is not known, nor tried the sound cut: " +
+                                   rules.text);
     if (rules.faults == 0)
         return by_rules;
     KeptFiles after(place.project, files);

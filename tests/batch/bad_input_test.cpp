@@ -449,7 +449,7 @@ void deck_content_rows(Rows& rows) {
                     [](const Project& project) {
                         project.deck(commented_deck(replaced(move_cards(), 2, ten_megabytes('n'))));
                     },
-                    {std::string(123, 'n')}});
+                    {"deck.dat, line 4: expected the file name of Card 3.1-1 (FILEA) in columns 1 to 126"}});
     // 126 columns without a blank count no value: that is the error report and no failure.
     rows.push_back({"DeckCardOfTenMegabytes",
                     [](const Project& project) {
