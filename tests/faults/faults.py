@@ -258,7 +258,7 @@ def wrong_files(sound, state):
 
 
 def left_over(sound, state, was_killed):
-    parts = [path for path in state if PART.search(path)]
+    parts = [path for path in state if PART.search(path) and not COPIES.search(path)]
     wrong = []
     if len(parts) > (1 if was_killed else 0):
         wrong.append(f"left: {parts}")
