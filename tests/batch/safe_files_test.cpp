@@ -31,7 +31,8 @@ protected:
 
     SafeFiles() { project.write("mesh.Mes", mesh); }
 
-    // The run fails with the message, and every file of the user's is as it was: the checker alone has been at work.
+    // The run fails with the message, and every file of the user's is as it was: the checker alone has been
+    // at work.
     void expect_refused(const std::string& message) const {
         const Snapshot before = project.snapshot();
         expect_failed(project.run(), {message});
