@@ -13,6 +13,7 @@ import concurrent.futures
 import json
 import os
 import pathlib
+import re
 import shlex
 import subprocess
 import sys
@@ -26,14 +27,20 @@ def lots_of(commands):
     """Sources that stand in one directory and are compiled alike; the longest first: no process is left with it."""
     alike = {}
     for command in commands:
-        path = pathlib.Path(command["file"])
-        if not path.is_relative_to(ROOT) or path.relative_to(ROOT).parts[0] not in TREES:
-            continue
         words = shlex.split(command["command"])
         flags = without_precompiled(word for word in words[1:words.index("-o")] if not word.startswith("-O"))
-        alike.setdefault((path.parent, tuple(flags)), []).append(path)
+        for path in compiled_together(pathlib.Path(command["file"])):
+            if path.is_relative_to(ROOT) and path.relative_to(ROOT).parts[0] in TREES:
+                alike.setdefault((path.parent, tuple(flags)), []).append(path)
     return sorted(((flags, paths) for (_, flags), paths in alike.items()),
                   key=lambda lot: -sum(path.stat().st_size for path in lot[1]))
+
+
+def compiled_together(path):
+    """The sources that a source of a unity build includes; of any other, itself."""
+    if path.parent.name != "Unity":
+        return [path]
+    return [pathlib.Path(name) for name in re.findall(r'^#include "(.*)"$', path.read_text(), re.M)]
 
 
 def without_precompiled(words):

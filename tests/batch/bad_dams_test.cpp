@@ -10,12 +10,11 @@
 #include <string>
 #include <vector>
 
+#include "support/campaign.h"
 #include "support/dam.h"
 
 namespace brelan::test {
 namespace {
-
-constexpr int DECKS = 150;
 
 const char* const VALUES[] = {"0",      "-1",    "1",      "1E-30",  "-1E-30", "1E30", "-1E30", "1E-3",
                               "12345",  "99999", "-99999", "100000", "2",      "3",    "0.4",   "19.999",
@@ -52,8 +51,9 @@ TEST(HostileDam, EndsByItself) {
     dam.XLEFT = dam.XRIGHT = 8.0;
     dam.core = {{14.0, 0.0}, {16.0, 0.0}, {15.5, 5.0}, {14.5, 5.0}};
     dam.wall = {{14.0, 0.0}, {14.0, -3.0}, {16.0, -3.0}, {16.0, 0.0}};
+    const int decks = rounds(150);
     int finished = 0, refused = 0;
-    for (int i = 0; i < DECKS; ++i) {
+    for (int i = 0; i < decks; ++i) {
         dam.ISHELL = i % 2;
         const Kind kind = ALL_KINDS.at(static_cast<std::size_t>(i / 2) % ALL_KINDS.size());
         const Project project(kind);
@@ -70,8 +70,8 @@ TEST(HostileDam, EndsByItself) {
         refused += result.status != 0 ? 1 : 0;
     }
     // Both happen, or the mutations test nothing.
-    EXPECT_GT(finished, DECKS / 10);
-    EXPECT_GT(refused, DECKS / 3);
+    EXPECT_GT(finished, decks / 10);
+    EXPECT_GT(refused, decks / 3);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <random>
 #include <sstream>
 
+#include "support/campaign.h"
 #include "support/mesh.h"
 #include "support/project.h"
 
@@ -77,7 +78,7 @@ double border_of(const Mesh& mesh) {
 
 TEST(BaseMeshProperty, RandomBlocksCoverTheirFieldOnceAndConform) {
     Random random(20);
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < rounds(60); ++round) {
         const Kind kind = ALL_KINDS[static_cast<std::size_t>(round) % 4];
         const BlockDeck deck = random_deck(random, kind);
         const Project project(kind);
@@ -104,7 +105,7 @@ TEST(BaseMeshProperty, RandomBlocksCoverTheirFieldOnceAndConform) {
 
 TEST(BaseMeshProperty, TheSignOfAPositionMirrorsTheMesh) {
     Random random(21);
-    for (int round = 0; round < 20; ++round) {
+    for (int round = 0; round < rounds(20); ++round) {
         const std::string DX = e_field(between(random, 0.5, 5.0), 12, 4),
                           AX = e_field(between(random, 0.3, 0.5), 12, 4);
         std::vector<std::vector<double>> x;

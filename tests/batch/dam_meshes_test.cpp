@@ -134,7 +134,7 @@ class DamMakes : public ::testing::TestWithParam<std::tuple<Kind, int>> {};
 TEST_P(DamMakes, RunToTheirEndAndAreSound) {
     const auto [kind, slope_code] = GetParam();
     const std::vector<Make> makes = all_makes();
-    const std::size_t step = is_long_run() ? 1 : 7;  // the makes differ from slope to slope
+    const std::size_t step = is_long_run() ? 1 : 7 * SAMPLE_SHARE;  // the makes differ from slope to slope
     for (std::size_t i = static_cast<std::size_t>(slope_code) % step; i < makes.size(); i += step) {
         Make make = makes[i];
         make.slope_code = slope_code;

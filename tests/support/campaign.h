@@ -13,12 +13,12 @@ inline bool is_long_run() {
 // A build with sanitizers runs slowly: it takes one in so many of a sample, which the plain build takes
 // whole.
 #if defined(__has_feature)
-#if __has_feature(address_sanitizer)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
 inline constexpr int SAMPLE_SHARE = 4;
 #else
 inline constexpr int SAMPLE_SHARE = 1;
 #endif
-#elif defined(__SANITIZE_ADDRESS__)
+#elif defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr int SAMPLE_SHARE = 4;
 #else
 inline constexpr int SAMPLE_SHARE = 1;
@@ -29,6 +29,12 @@ template <class Count>
 Count rounds(Count sample, Count all) {
     const Count share = sample / static_cast<Count>(SAMPLE_SHARE);
     return is_long_run() ? all : share > 0 ? share : Count{1};
+}
+
+// Of a campaign that a plain build always takes whole.
+template <class Count>
+Count rounds(Count all) {
+    return rounds(all, all);
 }
 
 }  // namespace brelan::test

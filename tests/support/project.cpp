@@ -377,7 +377,8 @@ RunResult Project::run(std::string_view input, const RunOptions& options) const 
     }
 
     const fs::path directory = work_file("");
-    const pid_t child = ::fork();
+    // Not fork: to copy the tables of this process, large with sanitizers, costs more than the run.
+    const pid_t child = ::vfork();
     if (child < 0)
         throw std::runtime_error("cannot fork");
     if (child == 0) {

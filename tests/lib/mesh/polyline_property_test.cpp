@@ -6,6 +6,7 @@
 #include "mesh/polyline_selection.h"
 #include "mesh/tables.h"
 #include "plane/point.h"
+#include "support/campaign.h"
 #include "support/state.h"
 
 namespace brelan::test {
@@ -97,7 +98,7 @@ protected:
 };
 
 TEST_F(PolylineProperty, SelectionIsThatOfThePlainScan) {
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < rounds(60); ++round) {
         clear();
         const Numbers nodes = scattered_nodes(200, 4 + below(6));
         Numbers points;
@@ -109,7 +110,7 @@ TEST_F(PolylineProperty, SelectionIsThatOfThePlainScan) {
 }
 
 TEST_F(PolylineProperty, NoNodeIsSelectedTwice) {
-    for (int round = 0; round < 20; ++round) {
+    for (int round = 0; round < rounds(20); ++round) {
         clear();
         const Numbers nodes = scattered_nodes(100, 3);
         const Numbers points(nodes.begin(), nodes.begin() + 10);
@@ -119,7 +120,7 @@ TEST_F(PolylineProperty, NoNodeIsSelectedTwice) {
 }
 
 TEST_F(PolylineProperty, PointsOfLongSegmentsAreOnTheirLine) {
-    for (int round = 0; round < 20; ++round) {
+    for (int round = 0; round < rounds(20); ++round) {
         clear();
         const Numbers nodes = scattered_nodes(50, 30);
         const Numbers points(nodes.begin(), nodes.begin() + 5);

@@ -8,6 +8,7 @@
 #include <set>
 
 #include "plane/orientation.h"
+#include "support/campaign.h"
 
 namespace brelan {
 namespace {
@@ -127,7 +128,7 @@ TEST(Triangulation, OfNoPolygonIsEmpty) {
 TEST(Triangulation, FillsRandomPolygonsWithChainsAndPoints) {
     std::mt19937 random(11);
     std::uniform_real_distribution<float> any(0.05F, 0.95F);
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < test::rounds(2000); ++i) {
         std::vector<Point> ring{{0, 0}};
         for (int k = i % 4; k > 0; --k)
             ring.push_back({static_cast<float>(4 - k) / 4.0F, 0});

@@ -10,6 +10,7 @@
 
 #include "lib/run/memory_run.h"
 #include "run/run_deck.h"
+#include "support/campaign.h"
 
 namespace brelan::test {
 namespace {
@@ -51,7 +52,7 @@ void hold_side_by_side_against_one_after_the_other(const Pair& pair) {
 }
 
 TEST(RunsSideBySide, LeaveTheFilesThatTheyLeaveOneAfterTheOther) {
-    for (int round = 0; round < 3; ++round) {
+    for (int round = 0; round < rounds(3); ++round) {
         hold_side_by_side_against_one_after_the_other(
             {"pit_stages.dat", "dam.dat", Kind::displacement, Kind::displacement});
         hold_side_by_side_against_one_after_the_other(
@@ -83,7 +84,7 @@ TEST(RunsSideBySide, LeaveTheSameTextsInMemory) {
     const brelan::RunResult first = run_deck(one), second = run_deck(other);
     EXPECT_EQ(first.end.status, STATUS_FINISHED) << first.end.text;
     EXPECT_EQ(second.end.status, STATUS_FINISHED) << second.end.text;
-    for (int round = 0; round < 3; ++round) {
+    for (int round = 0; round < rounds(3); ++round) {
         brelan::RunResult beside;
         std::thread thread([&] { beside = run_deck(other); });
         const brelan::RunResult here = run_deck(one);
