@@ -6,6 +6,7 @@
 
 #include "group/engine_mesh.h"
 #include "group/sound_drawing.h"
+#include "group/sound_merges.h"
 #include "group/sound_moves.h"
 #include "group/sound_parts.h"
 #include "group/sound_smoothing.h"
@@ -116,11 +117,13 @@ CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
                     const Path& path, std::span<const SegmentRow> segments) {
     const Drawing drawing = drawing_of(path, segments, tolerance);
     require_sound_ground(mesh, engine, drawing, loaded);
+    const NodeNumber last_before = engine.highest_node;
     const std::set<NodeNumber> on_drawing = move_onto(mesh, engine, drawn, drawing);
     CutPlan plan = plan_cut(mesh, engine, drawn, drawing);
     std::set<NodeNumber> nodes = divide_elements(mesh, engine, drawn, drawing, plan, on_drawing);
     nodes.insert(on_drawing.begin(), on_drawing.end());
     keep_drawn_nodes(mesh, engine, drawing, nodes, drawn);
+    merge_nodes(mesh, engine, drawn, drawing, plan, nodes, last_before);
     smooth(mesh, engine, drawn, nodes);
     const std::set<NodeNumber> changed = divide_anew(mesh, engine, drawn, nodes);
     smooth(mesh, engine, drawn, changed);

@@ -34,6 +34,21 @@ TEST(SoundCutChain, PiecesShorterThanTheToleranceAreSides) {
     expect_all_laws("lines and joints over a joint", 562);
 }
 
+// Nodes of a line over a fan of sides become one where the digits of a file would leave them at one place.
+TEST(SoundCutChain, NodesOverAFanOfSidesAreOne) {
+    expect_all_laws("three groups in two decks", 1299);
+}
+
+// Two pieces of one outline part at an angle of 0.2 degrees, in a fan of sides.
+TEST(SoundCutChain, PiecesPartInAFanOfSides) {
+    expect_all_laws("three crossing groups", 2399);
+}
+
+// A line passes by 0.00003 a node at which whole elements of an earlier outline end.
+TEST(SoundCutChain, ANodeBetweenMaterialsStays) {
+    expect_all_laws("three groups in two decks", 2014);
+}
+
 // A crossing of a chord beside the line is no node of it, though it stands nearer than the tolerance.
 TEST(SoundCutChain, ALinePassesNodesBesideIt) {
     expect_all_laws("three groups, second order", 662);
@@ -65,13 +80,21 @@ TEST(SoundCutChain, APointOnAJointIsOnBothSides) {
     expect_all_laws("lines and joints over a joint", 981);
 }
 
-// Two lines at 0.1 degrees over a fan of sides: elements with a corner below a hundredth of a degree.
+// A circle of so many parts that three points of it are in one line by the digits of a file.
 TEST(SoundCutChain, ElementsWithoutCornersAreRefused) {
-    const CutDeck deck = deck_of("three crossing groups", 2700);
+    CutDeck deck = deck_over_squares("circle", Kind::displacement, 8, 6);
+    DrawnGroup circle = region_of({{5.2F, 3.2F}}, 2);
+    circle.segments = {arc_with({4.3F, 3.2F}, {0.9F, 0.9F}, 0.0F, 360.0F, 1440)};
+    deck.groups = {circle};
     const CutRun run = run_cut(deck, CutMethod::sound);
     EXPECT_NE(run.status, 0);
-    EXPECT_NE(run.message.find("group 2, segment "), std::string::npos) << run.message;
+    EXPECT_NE(run.message.find("group 1, segment "), std::string::npos) << run.message;
     EXPECT_NE(run.message.find("would be flat"), std::string::npos) << run.message;
+}
+
+// Two lines at 0.1 degrees over a fan of sides.
+TEST(SoundCutChain, LinesOfASmallAngleAreCutOverAFanOfSides) {
+    expect_all_laws("three crossing groups", 2700);
 }
 
 }  // namespace

@@ -211,10 +211,39 @@ private:
                          std::abs(p.y - j_.deck.low.y), std::abs(p.y - j_.deck.high.y)});
     }
 
+    // A node that was there before, and whole elements that an earlier outline selects have their border
+    // there.
+    bool is_held_by_materials(int node) const {
+        const bool selects =
+            std::any_of(j_.run.paths.begin(), j_.run.paths.end(), [&](const DrawnPath& path) {
+                return path.group < path_.group && std::abs(path.type) > 2 && !path.exact;
+            });
+        const auto* old = before(node);
+        if (!selects || old == nullptr || distance(old->at, j_.mesh.at(node)) > 0.0)
+            return false;
+        return std::any_of(j_.mesh.sides.begin(), j_.mesh.sides.end(), [&](const auto& side) {
+            const auto& [ends, solids] = side;
+            if ((ends.first != node && ends.second != node) || solids.size() != 2)
+                return false;
+            const int other = ends.first == node ? ends.second : ends.first;
+            return j_.run.after.solids[solids[0]].material != j_.run.after.solids[solids[1]].material &&
+                   !is_on_own_piece(j_.mesh.at(other));
+        });
+    }
+    bool is_on_own_piece(const Spot& p) const {
+        return std::any_of(path_.pieces.begin(), path_.pieces.end(), [&](const DrawnPiece& piece) {
+            for (std::size_t k = 0; k + 1 < piece.points.size(); ++k)
+                if (distance_to(p, piece.points[k], piece.points[k + 1]) <= j_.same)
+                    return true;
+            return false;
+        });
+    }
+
     // Nodes that other things hold may be off by TOLSAME.
-    bool gives_way(const Spot& p, const Spot& a, const Spot& b) const {
+    bool gives_way(int node, const Spot& a, const Spot& b) const {
         const double room = 1.01 * j_.same;
-        if (distance_to_border(p) <= room)
+        const Spot& p = j_.mesh.at(node);
+        if (distance_to_border(p) <= room || is_held_by_materials(node))
             return true;
         for (const int n : j_.run.frozen_codes)
             if (const auto at = before(n); at != nullptr && distance(at->at, p) <= room)
@@ -325,7 +354,7 @@ private:
                     on_border_ += length;
             }
             for (const OnPiece& n : {u, v})
-                if (n.off > j_.rounding && gives_way(j_.mesh.at(n.node), a, b))
+                if (n.off > j_.rounding && gives_way(n.node, a, b))
                     j_.verdict.gave_way = true;
                 else if (n.off > j_.rounding)
                     add("node " + std::to_string(n.node) + " is " + std::to_string(n.off) + " off it at " +
