@@ -49,13 +49,13 @@ public:
         if ((!is_close && before >= SLENDER) || !are_solids_to_cut(solids, node))
             return {};
         const std::vector<NodeNumber> kept = kept_sides(node, around);
-        if (engine_.frozen[node] != 0 || !(kept.empty() || lies_between(node, kept)))
+        if (engine_.frozen[node] != 0 || kept.size() == 1 || kept.size() > 2)
             return {};
         std::optional<Merge> best;
-        for (const NodeNumber other : around) {
-            const double needed = is_within_tolerance(node, other) ? LEAST : std::max({GAIN * before, LEAST});
-            if (!kept.empty() && std::find(kept.begin(), kept.end(), other) == kept.end())
+        for (const NodeNumber other : kept.empty() ? std::vector(around.begin(), around.end()) : kept) {
+            if (!kept.empty() && !may_leave_line(node, kept, other))
                 continue;
+            const double needed = is_within_tolerance(node, other) ? LEAST : std::max(GAIN * before, LEAST);
             const double shape = shape_without(solids, node, other);
             if (shape > needed && (!best || shape > best->shape))
                 best = Merge{other, shape};
@@ -87,22 +87,24 @@ private:
         return foot.share > 0.0 && foot.share < 1.0 && foot.distance < drawing_.tolerance;
     }
 
-    // True for a node within the one straight line that it keeps, by the digits of its place, where no other
-    // stands so close beside this that the line may run through it.
-    bool lies_between(NodeNumber node, const std::vector<NodeNumber>& kept) const {
-        if (kept.size() != 2)
-            return false;
+    // True for a node within the one straight line that it keeps, by the digits of its place, or as near to
+    // the one that it goes into as things that are one. No other may stand so close beside what becomes a
+    // side that the line may run through it.
+    bool may_leave_line(NodeNumber node, const std::vector<NodeNumber>& kept, NodeNumber other) const {
         const Point at = node_point(mesh_, node);
         const double size = 1.0 + std::abs(static_cast<double>(at.x)) + std::abs(static_cast<double>(at.y));
         const Point from = node_point(mesh_, kept[0]), to = node_point(mesh_, kept[1]);
+        const Foot foot = foot_on(from, to, at);
+        const bool lies_between = foot.share > 0.0 && foot.share < 1.0 && foot.distance <= DIGITS * size;
+        if (!lies_between && !is_within_tolerance(node, other))
+            return false;
         for (const NodeNumber of : {node, kept[0], kept[1]})
             for (const Solid& solid : solids_with(mesh_, engine_, of))
-                for (const NodeNumber other : solid.nodes())
-                    if (other != node && other != kept[0] && other != kept[1] &&
-                        is_beside(from, to, node_point(mesh_, other)))
+                for (const NodeNumber beside : solid.nodes())
+                    if (beside != node && beside != kept[0] && beside != kept[1] &&
+                        is_beside(from, to, node_point(mesh_, beside)))
                         return false;
-        const Foot foot = foot_on(from, to, at);
-        return foot.share > 0.0 && foot.share < 1.0 && foot.distance <= DIGITS * size;
+        return true;
     }
 
     // Nothing but solids that may be cut has the node.

@@ -49,6 +49,16 @@ TEST(SoundCutChain, ANodeBetweenMaterialsStays) {
     expect_all_laws("three groups in two decks", 2014);
 }
 
+// A later line runs over the ends that another leaves open, and beyond its beams.
+TEST(SoundCutChain, BeamsEndWhereNothingPlacesTheirEnd) {
+    expect_all_laws("three crossing groups", 806);
+}
+
+// Crossings of a fan of sides become one with the point of an arc that they stand beside.
+TEST(SoundCutChain, ACrossingGoesIntoThePointBesideIt) {
+    expect_all_laws("three crossing groups", 1922);
+}
+
 // A crossing of a chord beside the line is no node of it, though it stands nearer than the tolerance.
 TEST(SoundCutChain, ALinePassesNodesBesideIt) {
     expect_all_laws("three groups, second order", 662);
