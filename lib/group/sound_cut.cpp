@@ -88,11 +88,14 @@ void keep_drawn_nodes(const Mesh& mesh, const Engine& engine, const Drawing& dra
     const std::vector<DrawnBox> boxes = boxes_of(drawing);
     for (const NodeNumber node : nodes) {
         const Point at = node_point(mesh, node);
-        bool on_segment = false;
-        for (std::size_t k = 0; k < boxes.size() && !on_segment; ++k)
-            on_segment = boxes[k].holds(at) && is_on(mesh, drawing, drawing.segments[k], node);
+        const auto is_on_segment = [&] {
+            for (std::size_t k = 0; k < boxes.size(); ++k)
+                if (boxes[k].holds(at) && is_on(mesh, drawing, drawing.segments[k], node))
+                    return true;
+            return false;
+        };
         const bool stays =
-            (on_segment && !has_drawn_side(mesh, engine, drawn, node)) || is_pinned(drawing, at);
+            is_pinned(drawing, at) || (!has_drawn_side(mesh, engine, drawn, node) && is_on_segment());
         if (stays && is_in_cuttable_ground(mesh, engine, node))
             drawn.nodes.insert(node);
     }
