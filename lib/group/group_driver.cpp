@@ -105,6 +105,8 @@ private:
             cut(path, segments);
         require_parts(engine_, path);
         SoundLine line = line_of(path, use, segments.empty());
+        if (halve_held_sides(g, line))
+            line = line_of(path, use, segments.empty());
         GroupLines lines = add_lines(g, line);
         add_row(listing_, channels_.at(CHANNEL_GROUP),
                 {g, ROW_OUTLINE, group.group_type, path.closed ? 1 : 0, path.points, std::move(line.nodes)});
@@ -136,6 +138,30 @@ private:
         while (line.closed && line.nodes.size() > 1 && line.nodes.front() == line.nodes.back())
             line.nodes.pop_back();
         line.closed = line.closed && line.nodes.size() > 2;
+    }
+
+    JointMaterial joint_material_of(std::int32_t g) const {
+        const GroupMaterial& material = group_cards_.materials[g];
+        JointMaterial joint;
+        joint.material = MaterialNumber(to_integer(material.joint_material));
+        joint.attribute = held_joint_attribute(mesh_.kind, material.joint_attribute);
+        joint.thickness = material.joint_thickness;
+        joint.parts_ground = parts_ground(group_cards_.rows[g].group_type, joint.thickness);
+        joint.inner_line = to_integer(material.inner_line_type) != 0;
+        joint.outer_line = to_integer(material.outer_line_type) != 0;
+        return joint;
+    }
+
+    // A joint between two toes opens in the middle alone. True when nodes were added there.
+    bool halve_held_sides(std::int32_t g, const SoundLine& line) {
+        const std::int32_t type = group_cards_.rows[g].group_type;
+        if (method_ == CutMethod::by_rules || type < -4 || type > -2)
+            return false;
+        const std::vector<Side> held = held_sides(mesh_, engine_, line, joint_material_of(g), records_);
+        if (held.empty())
+            return false;
+        follow(halve_sides(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_, held));
+        return true;
     }
 
     // Works on the mesh and writes the record to "JOINT.TMP".
@@ -184,13 +210,7 @@ private:
         record.joint_thickness = material.joint_thickness;
         record.outer_line_type = to_integer(material.outer_line_type);
         record.outer_line_material = MaterialNumber(to_integer(material.outer_line_material));
-        JointMaterial joint;
-        joint.material = MaterialNumber(to_integer(material.joint_material));
-        joint.attribute = held_joint_attribute(mesh_.kind, material.joint_attribute);
-        joint.thickness = record.joint_thickness;
-        joint.parts_ground = parts_ground(record);
-        joint.inner_line = record.inner_line_type != 0;
-        joint.outer_line = record.outer_line_type != 0;
+        const JointMaterial joint = joint_material_of(g);
         SoundLine along = line;
         lines.moved = add_joint_line(record, along, joint);
         add_line(record.inner_line_type, record.inner_line_material, along);
@@ -230,12 +250,13 @@ private:
         record.twins = add_twin_line(mesh_, engine_, record.nodes, closed, record.joint_thickness);
         write_joint_record(channels_.at(CHANNEL_JOINT), record);
         add_joints(mesh_, engine_, record.nodes, record.twins, closed, material.material, material.attribute);
-        return parts_ground(record) ? move_across(mesh_, engine_, record.nodes, record.twins, closed)
-                                    : std::vector<MovedElement>{};
+        return parts_ground(record.group_type, record.joint_thickness)
+                   ? move_across(mesh_, engine_, record.nodes, record.twins, closed)
+                   : std::vector<MovedElement>{};
     }
 
-    static bool parts_ground(const JointRecord& record) {
-        return std::abs(record.group_type) == 4 || record.joint_thickness <= 0.0F;
+    static bool parts_ground(std::int32_t group_type, float thickness) {
+        return std::abs(group_type) == 4 || thickness <= 0.0F;
     }
 
     // The sound cut alters nothing before it knows the whole path.
@@ -247,8 +268,12 @@ private:
     void cut(const Path& path, std::span<const SegmentRow> segments) {
         if (method_ == CutMethod::by_rules)
             return cut_along(mesh_, tolerances_, engine_, table_, path, segments);
-        const CutPlan plan = cut_soundly(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_,
-                                         loaded_, path, segments);
+        follow(cut_soundly(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_, loaded_, path,
+                           segments));
+    }
+
+    // The lines of earlier groups run through the nodes that were added on their sides.
+    void follow(const CutPlan& plan) {
         for (JointRecord& record : records_) {
             if (record.twins.empty())
                 follow_sides(record.nodes, record.closed == 1, plan);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "group/engine_mesh.h"
+#include "group/new_nodes.h"
 #include "group/sound_drawing.h"
 #include "group/sound_merges.h"
 #include "group/sound_moves.h"
@@ -18,7 +19,8 @@ namespace brelan {
 
 namespace {
 
-constexpr double LARGEST_SHARE = 0.1;  // of the shortest side that is touched: the most that TOLSAME may be
+constexpr double SHORTEST_HALVED = 4.0;  // tolerances
+constexpr double LARGEST_SHARE = 0.1;    // of the shortest side that is touched: the most that TOLSAME may be
 
 void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawing,
                           std::span<const Point> loaded) {
@@ -132,6 +134,23 @@ CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
     smooth(mesh, engine, drawn, changed);
     nodes.insert(changed.begin(), changed.end());
     require_shapes(mesh, engine, drawing, nodes);
+    return plan;
+}
+
+CutPlan halve_sides(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Side> sides) {
+    Drawing drawing;
+    drawing.tolerance = tolerance;
+    CutPlan plan;
+    for (const Side& side : sides) {
+        const Point from = node_point(mesh, side.first), to = node_point(mesh, side.second);
+        if (foot_on(from, from, to).distance < SHORTEST_HALVED * tolerance)
+            continue;
+        const NodeNumber middle =
+            add_side_node(mesh, engine, point_between(from, to, 0.5), side.first, side.second);
+        plan.sides[side] = {{0.5, middle}};
+        drawn.nodes.insert(middle);
+    }
+    smooth(mesh, engine, drawn, divide_elements(mesh, engine, drawn, drawing, plan, {}));
     return plan;
 }
 

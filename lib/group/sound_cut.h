@@ -23,6 +23,9 @@ namespace brelan {
 CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Point> loaded,
                     const Path& path, std::span<const SegmentRow> segments);
 
+// Divides sides in their middles. Those that are too short for that stay.
+CutPlan halve_sides(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Side> sides);
+
 // Puts the nodes that were added between two neighbours of a line into it.
 void follow_sides(std::vector<NodeNumber>& line, bool closed, const CutPlan& plan);
 

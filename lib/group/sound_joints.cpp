@@ -45,6 +45,18 @@ public:
           material_(material),
           group_("group " + std::to_string(engine.group) + ": ") {}
 
+    // The sides that the ground would hold at both ends.
+    std::vector<Side> held_sides(std::span<const JointRecord> records) {
+        std::vector<Side> held;
+        if (!material_.parts_ground)
+            return held;
+        choose_edges(records);
+        for (const std::size_t k : edges_)
+            if (is_held(line_.nodes[k], line_.behind(k)) && is_held(line_.behind(k), line_.nodes[k]))
+                held.push_back(side_between(line_.nodes[k], line_.behind(k)));
+        return held;
+    }
+
     OpenedLine open(std::span<const JointRecord> records) {
         choose_edges(records);
         for (const std::size_t k : edges_)
@@ -112,12 +124,8 @@ private:
         }
     }
 
-    // The ground that lies to the right of all edges that it meets keeps the node: a width does not move it.
-    // Each other sector beside an edge gets one.
-    void part(NodeNumber node) {
-        Knot& knot = knots_.at(node);
-        if (!knot.nodes.empty() || knot.beyond)
-            return;
+    // Looks how the line and earlier joints that close at a node part the ground round it.
+    void look_round(NodeNumber node, Knot& knot) const {
         // Beside a joint of a width they stay closed: its twins move.
         if (material_.thickness == 0.0F)
             knot.toes = toes_at(mesh_, engine_, node);
@@ -125,6 +133,22 @@ private:
         for (const Toe& toe : knot.toes)
             lines.insert(toe.from);
         knot.sectors = sectors_at(mesh_, engine_, node, lines);
+    }
+
+    // True where one ground lies to both sides of the way from a node to the next.
+    bool is_held(NodeNumber node, NodeNumber other) {
+        Knot& knot = knots_.at(node);
+        look_round(node, knot);
+        return beside(knot, node, other, Hand::left) == beside(knot, node, other, Hand::right);
+    }
+
+    // The ground that lies to the right of all edges that it meets keeps the node: a width does not move it.
+    // Each other sector beside an edge gets one.
+    void part(NodeNumber node) {
+        Knot& knot = knots_.at(node);
+        if (!knot.nodes.empty() || knot.beyond)
+            return;
+        look_round(node, knot);
         std::vector<std::optional<std::size_t>> rights, lefts;
         for (const std::size_t k : edges_) {
             const bool begins = line_.nodes[k] == node;
@@ -378,6 +402,13 @@ void hold_joints_of_file(Mesh& mesh, const Engine& engine) {
     for (ElementNumber e{1}; e <= engine.highest_element; ++e)
         if (mesh.type[e] == ELEMENT_CONTINUUM && mesh.attribute[e] >= FIRST_JOINT_CODE)
             mesh.attribute[e] = -mesh.attribute[e] - FIRST_JOINT_CODE;
+}
+
+std::vector<Side> held_sides(Mesh& mesh, Engine& engine, const SoundLine& line, const JointMaterial& material,
+                             std::span<const JointRecord> records) {
+    if (line.nodes.size() < 2)
+        return {};
+    return Opening(mesh, engine, line, material).held_sides(records);
 }
 
 OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, const JointMaterial& material,
