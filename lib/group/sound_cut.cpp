@@ -116,6 +116,25 @@ void require_shapes(const Mesh& mesh, const Engine& engine, const Drawing& drawi
                      "together");
 }
 
+// The middle of a side, on the line that both of its ends lie on: an end may stand beside it, as other things
+// hold it. A side of the border stays straight.
+Point middle_on_line(const Mesh& mesh, const Engine& engine, const Drawn& drawn, const Side& side,
+                     double tolerance) {
+    const Point from = node_point(mesh, side.first), to = node_point(mesh, side.second);
+    const Point middle = point_between(from, to, 0.5);
+    if (users_of(mesh, engine, side).solids.size() < 2)
+        return middle;
+    for (const NodeNumber end : {side.first, side.second}) {
+        const auto line = drawn.lines.find(end);
+        if (line == drawn.lines.end())
+            continue;
+        const auto& [start, stop] = line->second;
+        if (foot_on(start, stop, from).distance < tolerance && foot_on(start, stop, to).distance < tolerance)
+            return point_between(start, stop, foot_on(start, stop, middle).share);
+    }
+    return middle;
+}
+
 }  // namespace
 
 CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Point> loaded,
@@ -145,8 +164,8 @@ CutPlan halve_sides(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
         const Point from = node_point(mesh, side.first), to = node_point(mesh, side.second);
         if (foot_on(from, from, to).distance < SHORTEST_HALVED * tolerance)
             continue;
-        const NodeNumber middle =
-            add_side_node(mesh, engine, point_between(from, to, 0.5), side.first, side.second);
+        const NodeNumber middle = add_side_node(
+            mesh, engine, middle_on_line(mesh, engine, drawn, side, tolerance), side.first, side.second);
         plan.sides[side] = {{0.5, middle}};
         drawn.nodes.insert(middle);
     }

@@ -85,6 +85,11 @@ TEST(SoundCutChain, APointBesideACornerIsOnTheNearerSide) {
     expect_all_laws("strata", 286);
 }
 
+// The middle of a piece between two toes, one of which stands beside the line.
+TEST(SoundCutChain, TheMiddleBetweenTwoToesIsOnTheLine) {
+    expect_all_laws("lines and joints over a joint", 63);
+}
+
 // A beam that begins on a joint has a node on both of its sides.
 TEST(SoundCutChain, APointOnAJointIsOnBothSides) {
     expect_all_laws("lines and joints over a joint", 981);
