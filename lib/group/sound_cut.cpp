@@ -7,6 +7,7 @@
 #include "group/engine_mesh.h"
 #include "group/new_nodes.h"
 #include "group/sound_drawing.h"
+#include "group/sound_inserts.h"
 #include "group/sound_merges.h"
 #include "group/sound_moves.h"
 #include "group/sound_parts.h"
@@ -152,6 +153,8 @@ CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
     const std::set<NodeNumber> changed = divide_anew(mesh, engine, drawn, nodes);
     smooth(mesh, engine, drawn, changed);
     nodes.insert(changed.begin(), changed.end());
+    const std::set<NodeNumber> inserted = insert_nodes(mesh, engine, drawn, drawing, nodes);
+    nodes.insert(inserted.begin(), inserted.end());
     require_shapes(mesh, engine, drawing, nodes);
     return plan;
 }
