@@ -1,6 +1,7 @@
 #include "group/group_driver.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <optional>
 #include <span>
@@ -102,7 +103,7 @@ private:
         const Path path = path_along(outline_of(group_cards_, g), segments, use, tolerances_.same);
         require_parts_first(path);
         if (use != OutlineUse::free_line)
-            cut(path, segments);
+            cut(g, path, segments);
         require_parts(engine_, path);
         SoundLine line = line_of(path, use, segments.empty());
         if (halve_held_sides(g, line))
@@ -154,8 +155,7 @@ private:
 
     // A joint between two toes opens in the middle alone. True when nodes were added there.
     bool halve_held_sides(std::int32_t g, const SoundLine& line) {
-        const std::int32_t type = group_cards_.rows[g].group_type;
-        if (method_ == CutMethod::by_rules || type < -4 || type > -2)
+        if (method_ == CutMethod::by_rules || !is_joint_group(group_cards_.rows[g]))
             return false;
         const std::vector<Side> held = held_sides(mesh_, engine_, line, joint_material_of(g), records_);
         if (held.empty())
@@ -205,7 +205,7 @@ private:
                 lines.record = std::move(record);
             return lines;
         }
-        if (group.group_type < -4 || group.group_type > -2)
+        if (!is_joint_group(group))
             return lines;
         record.joint_thickness = material.joint_thickness;
         record.outer_line_type = to_integer(material.outer_line_type);
@@ -255,6 +255,10 @@ private:
                    : std::vector<MovedElement>{};
     }
 
+    static bool is_joint_group(const GroupRow& group) {
+        return group.group_type >= -4 && group.group_type <= -2;
+    }
+
     static bool parts_ground(std::int32_t group_type, float thickness) {
         return std::abs(group_type) == 4 || thickness <= 0.0F;
     }
@@ -265,11 +269,14 @@ private:
             require_parts(engine_, path);
     }
 
-    void cut(const Path& path, std::span<const SegmentRow> segments) {
+    void cut(std::int32_t g, const Path& path, std::span<const SegmentRow> segments) {
         if (method_ == CutMethod::by_rules)
             return cut_along(mesh_, tolerances_, engine_, table_, path, segments);
+        const bool has_joint = is_joint_group(group_cards_.rows[g]);
+        const double width =
+            has_joint ? std::abs(static_cast<double>(group_cards_.materials[g].joint_thickness)) : 0.0;
         follow(cut_soundly(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_, loaded_, path,
-                           segments));
+                           segments, width));
     }
 
     // The lines of earlier groups run through the nodes that were added on their sides.

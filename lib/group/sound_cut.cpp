@@ -139,7 +139,7 @@ Point middle_on_line(const Mesh& mesh, const Engine& engine, const Drawn& drawn,
 }  // namespace
 
 CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Point> loaded,
-                    const Path& path, std::span<const SegmentRow> segments) {
+                    const Path& path, std::span<const SegmentRow> segments, double width) {
     const Drawing drawing = drawing_of(path, segments, tolerance);
     require_sound_ground(mesh, engine, drawing, loaded);
     const NodeNumber last_before = engine.highest_node;
@@ -153,7 +153,7 @@ CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
     const std::set<NodeNumber> changed = divide_anew(mesh, engine, drawn, nodes);
     smooth(mesh, engine, drawn, changed);
     nodes.insert(changed.begin(), changed.end());
-    const std::set<NodeNumber> inserted = insert_nodes(mesh, engine, drawn, drawing, nodes);
+    const std::set<NodeNumber> inserted = insert_nodes(mesh, engine, drawn, drawing, nodes, width);
     nodes.insert(inserted.begin(), inserted.end());
     require_shapes(mesh, engine, drawing, nodes);
     return plan;

@@ -51,8 +51,12 @@ struct Filling {
 
 class Inserter {
 public:
-    Inserter(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing)
-        : mesh_(mesh), engine_(engine), drawn_(drawn), drawing_(drawing) {}
+    Inserter(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing, double width)
+        : mesh_(mesh),
+          engine_(engine),
+          drawn_(drawn),
+          drawing_(drawing),
+          clear_(std::max(4.0 * drawing.tolerance, 3.0 * width)) {}
 
     // The nodes of what an element and its neighbours became; none where they stay.
     std::set<NodeNumber> improve(ElementNumber e) {
@@ -217,7 +221,7 @@ private:
     bool is_near(const std::vector<Point>& points, std::size_t outline, const Point& point) const {
         for (std::size_t i = 0; i < points.size(); ++i) {
             const Point& next = i < outline ? points[(i + 1) % outline] : points[i];
-            if (foot_on(points[i], next, point).distance < 4.0 * drawing_.tolerance)
+            if (foot_on(points[i], next, point).distance < clear_)
                 return true;
         }
         return false;
@@ -262,6 +266,7 @@ private:
     Engine& engine_;
     const Drawn& drawn_;
     const Drawing& drawing_;
+    double clear_;  // least distance of a new node from an outline
     std::size_t tries_ = 0;
 };
 
@@ -274,8 +279,8 @@ std::size_t count_slender(const Mesh& mesh, const std::set<ElementNumber>& eleme
 }  // namespace
 
 std::set<NodeNumber> insert_nodes(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing,
-                                  const std::set<NodeNumber>& nodes) {
-    Inserter inserter(mesh, engine, drawn, drawing);
+                                  const std::set<NodeNumber>& nodes, double width) {
+    Inserter inserter(mesh, engine, drawn, drawing, width);
     std::set<NodeNumber> changed, waiting = nodes;
     for (int sweep = 0; sweep < SWEEPS && !waiting.empty(); ++sweep) {
         std::set<ElementNumber> elements;

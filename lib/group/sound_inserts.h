@@ -15,6 +15,6 @@ namespace brelan {
 // drawn one beside another stay as close as they are: along arcs of many parts nothing is inserted. Gives the
 // nodes of what has changed.
 std::set<NodeNumber> insert_nodes(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing,
-                                  const std::set<NodeNumber>& nodes);
+                                  const std::set<NodeNumber>& nodes, double width);
 
 }  // namespace brelan

@@ -9,24 +9,11 @@
 #include "group/engine_mesh.h"
 #include "group/sound_ground.h"
 #include "group/sound_twins.h"
-#include "mesh/attributes.h"
-#include "mesh/kinds.h"
 #include "plane/orientation.h"
 
 namespace brelan {
 
 namespace {
-
-std::string name_of(std::span<const JointRecord> records, NodeNumber a, NodeNumber b) {
-    const auto has = [](const std::vector<NodeNumber>& nodes, NodeNumber n) {
-        return std::find(nodes.begin(), nodes.end(), n) != nodes.end();
-    };
-    for (const JointRecord& record : records)
-        if (record.group_type < 0 && ((has(record.nodes, a) && has(record.nodes, b)) ||
-                                      (has(record.twins, a) && has(record.twins, b))))
-            return "the joint of group " + std::to_string(record.group);
-    return "a joint of the mesh";
-}
 
 // The nodes to the right and to the left of a line at one of its places.
 struct NodePair {
@@ -113,7 +100,7 @@ private:
                 continue;
             }
             if (is_long_side_of_joint(mesh_, engine_, a, b))
-                fail(group_ + way_text(k) + " there is " + name_of(records, a, b) +
+                fail(group_ + way_text(k) + " there is " + name_of_joint(records, a, b) +
                      " already; expected one joint along a line");
             const Sectors ground = sectors_at(mesh_, engine_, a, {});
             if (!(ground.left_of(b) || material_.outer_line) || !(ground.right_of(b) || material_.inner_line))
@@ -395,14 +382,6 @@ private:
 };
 
 }  // namespace
-
-void hold_joints_of_file(Mesh& mesh, const Engine& engine) {
-    if (!has_node_values(mesh.kind))
-        return;
-    for (ElementNumber e{1}; e <= engine.highest_element; ++e)
-        if (mesh.type[e] == ELEMENT_CONTINUUM && mesh.attribute[e] >= FIRST_JOINT_CODE)
-            mesh.attribute[e] = -mesh.attribute[e] - FIRST_JOINT_CODE;
-}
 
 std::vector<Side> held_sides(Mesh& mesh, Engine& engine, const SoundLine& line, const JointMaterial& material,
                              std::span<const JointRecord> records) {
