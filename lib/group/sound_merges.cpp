@@ -21,6 +21,7 @@ constexpr double SLENDER = OPENING_20;
 constexpr double GAIN = 1.1;       // what is left must be better by this factor
 constexpr double LEAST = 1.0E-7;   // an opening that the digits of a mesh file cannot close
 constexpr double DIGITS = 1.0E-7;  // of the size of the coordinates: off a straight line
+constexpr double CLEAR = 1.2;      // tolerances: what stands nearer to a side may be of its line
 constexpr int SWEEPS = 3;
 
 // A node that goes into another, and what this makes of its elements.
@@ -83,8 +84,7 @@ private:
     }
 
     bool is_beside(const Point& from, const Point& to, const Point& at) const {
-        const Foot foot = foot_on(from, to, at);
-        return foot.share > 0.0 && foot.share < 1.0 && foot.distance < drawing_.tolerance;
+        return foot_on(from, to, at).distance < CLEAR * drawing_.tolerance;
     }
 
     // True for a node within the one straight line that it keeps, by the digits of its place, or as near to
@@ -98,9 +98,10 @@ private:
         const bool lies_between = foot.share > 0.0 && foot.share < 1.0 && foot.distance <= DIGITS * size;
         if (!lies_between && !is_within_tolerance(node, other))
             return false;
-        for (const NodeNumber of : {node, kept[0], kept[1]})
-            for (const Solid& solid : solids_with(mesh_, engine_, of))
-                for (const NodeNumber beside : solid.nodes())
+        for (const ElementNumber e :
+             elements_near(engine_, from, to, static_cast<float>(CLEAR * drawing_.tolerance)))
+            if (is_solid(mesh_, e))
+                for (const NodeNumber beside : solid_of(mesh_, e).nodes())
                     if (beside != node && beside != kept[0] && beside != kept[1] &&
                         is_beside(from, to, node_point(mesh_, beside)))
                         return false;

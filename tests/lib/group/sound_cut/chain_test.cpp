@@ -107,9 +107,17 @@ TEST(SoundCutChain, ElementsWithoutCornersAreRefused) {
     EXPECT_NE(run.message.find("would be flat"), std::string::npos) << run.message;
 }
 
-// Two lines at 0.1 degrees over a fan of sides.
-TEST(SoundCutChain, LinesOfASmallAngleAreCutOverAFanOfSides) {
-    expect_all_laws("three crossing groups", 2700);
+// Two lines at 0.1 degrees over a fan of sides: elements with a corner below a hundredth of a degree.
+TEST(SoundCutChain, LinesOfTooSmallAnAngleAreRefused) {
+    const CutRun run = run_cut(deck_of("three crossing groups", 2700), CutMethod::sound);
+    EXPECT_NE(run.status, 0);
+    EXPECT_NE(run.message.find("group 2, segment "), std::string::npos) << run.message;
+    EXPECT_NE(run.message.find("would be flat"), std::string::npos) << run.message;
+}
+
+// A line that crosses a chord beside its end goes on from this one, not back to it.
+TEST(SoundCutChain, ALineDoesNotTurnBackBesideAChord) {
+    expect_all_laws("three groups, second order", 283);
 }
 
 }  // namespace
