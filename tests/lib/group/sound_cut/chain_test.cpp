@@ -107,6 +107,11 @@ TEST(SoundCutChain, ElementsWithoutCornersAreRefused) {
     EXPECT_NE(run.message.find("would be flat"), std::string::npos) << run.message;
 }
 
+// The head of a mesh file of the head kind hides trusses, and a second deck puts a node close beside them.
+TEST(SoundCutChain, ALineThatTheSecondDeckDoesNotSeeHoldsNoNodes) {
+    expect_all_laws("three groups in two decks", 878);
+}
+
 // Two lines at 0.1 degrees over a fan of sides: elements with a corner below a hundredth of a degree.
 TEST(SoundCutChain, LinesOfTooSmallAnAngleAreRefused) {
     const CutRun run = run_cut(deck_of("three crossing groups", 2700), CutMethod::sound);

@@ -353,12 +353,16 @@ private:
                 if (j_.on_border(j_.mesh.at(u.node), j_.mesh.at(v.node)))
                     on_border_ += length;
             }
-            for (const OnPiece& n : {u, v})
-                if (n.off > j_.rounding && gives_way(n.node, a, b))
+            for (const OnPiece& n : {u, v}) {
+                const Spot& at = j_.mesh.at(n.node);
+                if (n.off <= j_.rounding || !is_seen(at, a, b))
+                    continue;
+                if (gives_way(n.node, a, b))
                     j_.verdict.gave_way = true;
-                else if (n.off > j_.rounding)
+                else
                     add("node " + std::to_string(n.node) + " is " + std::to_string(n.off) + " off it at " +
-                        words(j_.mesh.at(n.node)));
+                        words(at));
+            }
             return;
         }
         if (v.along - u.along <= j_.same)
