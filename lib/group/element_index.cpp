@@ -40,6 +40,7 @@ void ElementIndex::build(Mesh& mesh, Engine& engine) {
     anywhere_.clear();
     head_.assign(LAST_NODE.place() + 1, NONE);
     links_.clear();
+    placed_.assign(LAST_ELEMENT.place() + 1, {});
     stamp_.assign(LAST_ELEMENT.place() + 1, 0);
     bounds_ = {0.0F, 0.0F, 0.0F, 0.0F};
     bool first = true;
@@ -142,8 +143,12 @@ void ElementIndex::place(const Mesh& mesh, ElementNumber e) {
         return;
     }
     const Box room = box.with_room(slanting_sides(mesh, corners));
-    for (std::int32_t c = cell_x(room.x0); c <= cell_x(room.x1); ++c)
-        for (std::int32_t r = cell_y(room.y0); r <= cell_y(room.y1); ++r) {
+    const CellRange range{cell_x(room.x0), cell_x(room.x1), cell_y(room.y0), cell_y(room.y1)};
+    if (placed_[e.place()].holds(range))
+        return;  // it stands there already
+    placed_[e.place()] = range;
+    for (std::int32_t c = range.left; c <= range.right; ++c)
+        for (std::int32_t r = range.low; r <= range.high; ++r) {
             auto& list = cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
                                 static_cast<std::size_t>(r)];
             if (list.empty() || list.back() != e)

@@ -32,6 +32,15 @@ private:
         std::int32_t next;
     };
 
+    // The cells that an element was last placed in.
+    struct CellRange {
+        std::int32_t left = 0, right = -1, low = 0, high = -1;
+
+        bool holds(const CellRange& other) const {
+            return left <= other.left && right >= other.right && low <= other.low && high >= other.high;
+        }
+    };
+
     void link(NodeNumber n, ElementNumber e);
     std::int32_t cell(float v, float low, float high) const;
     std::int32_t cell_x(float x) const { return cell(x, bounds_.x0, bounds_.x1); }
@@ -45,6 +54,7 @@ private:
     std::vector<ElementNumber> anywhere_;
     std::vector<std::int32_t> head_;  // by node: its last link
     std::vector<Link> links_;
+    std::vector<CellRange> placed_;  // by element
     std::vector<std::uint32_t> stamp_;
     std::uint32_t mark_ = 0;
     std::vector<ElementNumber> found_;

@@ -1,6 +1,7 @@
 #include "group/group_driver.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <optional>
 #include <span>
@@ -102,9 +103,11 @@ private:
         const Path path = path_along(outline_of(group_cards_, g), segments, use, tolerances_.same);
         require_parts_first(path);
         if (use != OutlineUse::free_line)
-            cut(path, segments);
+            cut(g, path, segments);
         require_parts(engine_, path);
         SoundLine line = line_of(path, use, segments.empty());
+        if (halve_held_sides(g, line))
+            line = line_of(path, use, segments.empty());
         GroupLines lines = add_lines(g, line);
         add_row(listing_, channels_.at(CHANNEL_GROUP),
                 {g, ROW_OUTLINE, group.group_type, path.closed ? 1 : 0, path.points, std::move(line.nodes)});
@@ -136,6 +139,29 @@ private:
         while (line.closed && line.nodes.size() > 1 && line.nodes.front() == line.nodes.back())
             line.nodes.pop_back();
         line.closed = line.closed && line.nodes.size() > 2;
+    }
+
+    JointMaterial joint_material_of(std::int32_t g) const {
+        const GroupMaterial& material = group_cards_.materials[g];
+        JointMaterial joint;
+        joint.material = MaterialNumber(to_integer(material.joint_material));
+        joint.attribute = held_joint_attribute(mesh_.kind, material.joint_attribute);
+        joint.thickness = material.joint_thickness;
+        joint.parts_ground = parts_ground(group_cards_.rows[g].group_type, joint.thickness);
+        joint.inner_line = to_integer(material.inner_line_type) != 0;
+        joint.outer_line = to_integer(material.outer_line_type) != 0;
+        return joint;
+    }
+
+    // A joint between two toes opens in the middle alone. True when nodes were added there.
+    bool halve_held_sides(std::int32_t g, const SoundLine& line) {
+        if (method_ == CutMethod::by_rules || !is_joint_group(group_cards_.rows[g]))
+            return false;
+        const std::vector<Side> held = held_sides(mesh_, engine_, line, joint_material_of(g), records_);
+        if (held.empty())
+            return false;
+        follow(halve_sides(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_, held));
+        return true;
     }
 
     // Works on the mesh and writes the record to "JOINT.TMP".
@@ -179,18 +205,12 @@ private:
                 lines.record = std::move(record);
             return lines;
         }
-        if (group.group_type < -4 || group.group_type > -2)
+        if (!is_joint_group(group))
             return lines;
         record.joint_thickness = material.joint_thickness;
         record.outer_line_type = to_integer(material.outer_line_type);
         record.outer_line_material = MaterialNumber(to_integer(material.outer_line_material));
-        JointMaterial joint;
-        joint.material = MaterialNumber(to_integer(material.joint_material));
-        joint.attribute = held_joint_attribute(mesh_.kind, material.joint_attribute);
-        joint.thickness = record.joint_thickness;
-        joint.parts_ground = parts_ground(record);
-        joint.inner_line = record.inner_line_type != 0;
-        joint.outer_line = record.outer_line_type != 0;
+        const JointMaterial joint = joint_material_of(g);
         SoundLine along = line;
         lines.moved = add_joint_line(record, along, joint);
         add_line(record.inner_line_type, record.inner_line_material, along);
@@ -230,12 +250,17 @@ private:
         record.twins = add_twin_line(mesh_, engine_, record.nodes, closed, record.joint_thickness);
         write_joint_record(channels_.at(CHANNEL_JOINT), record);
         add_joints(mesh_, engine_, record.nodes, record.twins, closed, material.material, material.attribute);
-        return parts_ground(record) ? move_across(mesh_, engine_, record.nodes, record.twins, closed)
-                                    : std::vector<MovedElement>{};
+        return parts_ground(record.group_type, record.joint_thickness)
+                   ? move_across(mesh_, engine_, record.nodes, record.twins, closed)
+                   : std::vector<MovedElement>{};
     }
 
-    static bool parts_ground(const JointRecord& record) {
-        return std::abs(record.group_type) == 4 || record.joint_thickness <= 0.0F;
+    static bool is_joint_group(const GroupRow& group) {
+        return group.group_type >= -4 && group.group_type <= -2;
+    }
+
+    static bool parts_ground(std::int32_t group_type, float thickness) {
+        return std::abs(group_type) == 4 || thickness <= 0.0F;
     }
 
     // The sound cut alters nothing before it knows the whole path.
@@ -244,11 +269,18 @@ private:
             require_parts(engine_, path);
     }
 
-    void cut(const Path& path, std::span<const SegmentRow> segments) {
+    void cut(std::int32_t g, const Path& path, std::span<const SegmentRow> segments) {
         if (method_ == CutMethod::by_rules)
             return cut_along(mesh_, tolerances_, engine_, table_, path, segments);
-        const CutPlan plan = cut_soundly(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_,
-                                         loaded_, path, segments);
+        const bool has_joint = is_joint_group(group_cards_.rows[g]);
+        const double width =
+            has_joint ? std::abs(static_cast<double>(group_cards_.materials[g].joint_thickness)) : 0.0;
+        follow(cut_soundly(mesh_, static_cast<double>(tolerances_.line), engine_, drawn_, loaded_, path,
+                           segments, width));
+    }
+
+    // The lines of earlier groups run through the nodes that were added on their sides.
+    void follow(const CutPlan& plan) {
         for (JointRecord& record : records_) {
             if (record.twins.empty())
                 follow_sides(record.nodes, record.closed == 1, plan);

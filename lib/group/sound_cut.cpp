@@ -5,7 +5,10 @@
 #include <string>
 
 #include "group/engine_mesh.h"
+#include "group/new_nodes.h"
 #include "group/sound_drawing.h"
+#include "group/sound_inserts.h"
+#include "group/sound_merges.h"
 #include "group/sound_moves.h"
 #include "group/sound_parts.h"
 #include "group/sound_smoothing.h"
@@ -17,7 +20,8 @@ namespace brelan {
 
 namespace {
 
-constexpr double LARGEST_SHARE = 0.1;  // of the shortest side that is touched: the most that TOLSAME may be
+constexpr double SHORTEST_HALVED = 4.0;  // tolerances
+constexpr double LARGEST_SHARE = 0.1;    // of the shortest side that is touched: the most that TOLSAME may be
 
 void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawing,
                           std::span<const Point> loaded) {
@@ -87,11 +91,14 @@ void keep_drawn_nodes(const Mesh& mesh, const Engine& engine, const Drawing& dra
     const std::vector<DrawnBox> boxes = boxes_of(drawing);
     for (const NodeNumber node : nodes) {
         const Point at = node_point(mesh, node);
-        bool on_segment = false;
-        for (std::size_t k = 0; k < boxes.size() && !on_segment; ++k)
-            on_segment = boxes[k].holds(at) && is_on(mesh, drawing, drawing.segments[k], node);
+        const auto is_on_segment = [&] {
+            for (std::size_t k = 0; k < boxes.size(); ++k)
+                if (boxes[k].holds(at) && is_on(mesh, drawing, drawing.segments[k], node))
+                    return true;
+            return false;
+        };
         const bool stays =
-            (on_segment && !has_drawn_side(mesh, engine, drawn, node)) || is_pinned(drawing, at);
+            is_pinned(drawing, at) || (!has_drawn_side(mesh, engine, drawn, node) && is_on_segment());
         if (stays && is_in_cuttable_ground(mesh, engine, node))
             drawn.nodes.insert(node);
     }
@@ -110,22 +117,62 @@ void require_shapes(const Mesh& mesh, const Engine& engine, const Drawing& drawi
                      "together");
 }
 
+// The middle of a side, on the line that both of its ends lie on: an end may stand beside it, as other things
+// hold it. A side of the border stays straight.
+Point middle_on_line(const Mesh& mesh, const Engine& engine, const Drawn& drawn, const Side& side,
+                     double tolerance) {
+    const Point from = node_point(mesh, side.first), to = node_point(mesh, side.second);
+    const Point middle = point_between(from, to, 0.5);
+    if (users_of(mesh, engine, side).solids.size() < 2)
+        return middle;
+    for (const NodeNumber end : {side.first, side.second}) {
+        const auto line = drawn.lines.find(end);
+        if (line == drawn.lines.end())
+            continue;
+        const auto& [start, stop] = line->second;
+        if (foot_on(start, stop, from).distance < tolerance && foot_on(start, stop, to).distance < tolerance)
+            return point_between(start, stop, foot_on(start, stop, middle).share);
+    }
+    return middle;
+}
+
 }  // namespace
 
 CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Point> loaded,
-                    const Path& path, std::span<const SegmentRow> segments) {
+                    const Path& path, std::span<const SegmentRow> segments, double width) {
     const Drawing drawing = drawing_of(path, segments, tolerance);
     require_sound_ground(mesh, engine, drawing, loaded);
+    const NodeNumber last_before = engine.highest_node;
     const std::set<NodeNumber> on_drawing = move_onto(mesh, engine, drawn, drawing);
     CutPlan plan = plan_cut(mesh, engine, drawn, drawing);
     std::set<NodeNumber> nodes = divide_elements(mesh, engine, drawn, drawing, plan, on_drawing);
     nodes.insert(on_drawing.begin(), on_drawing.end());
     keep_drawn_nodes(mesh, engine, drawing, nodes, drawn);
+    merge_nodes(mesh, engine, drawn, drawing, plan, nodes, last_before);
     smooth(mesh, engine, drawn, nodes);
     const std::set<NodeNumber> changed = divide_anew(mesh, engine, drawn, nodes);
     smooth(mesh, engine, drawn, changed);
     nodes.insert(changed.begin(), changed.end());
+    const std::set<NodeNumber> inserted = insert_nodes(mesh, engine, drawn, drawing, nodes, width);
+    nodes.insert(inserted.begin(), inserted.end());
     require_shapes(mesh, engine, drawing, nodes);
+    return plan;
+}
+
+CutPlan halve_sides(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Side> sides) {
+    Drawing drawing;
+    drawing.tolerance = tolerance;
+    CutPlan plan;
+    for (const Side& side : sides) {
+        const Point from = node_point(mesh, side.first), to = node_point(mesh, side.second);
+        if (foot_on(from, from, to).distance < SHORTEST_HALVED * tolerance)
+            continue;
+        const NodeNumber middle = add_side_node(
+            mesh, engine, middle_on_line(mesh, engine, drawn, side, tolerance), side.first, side.second);
+        plan.sides[side] = {{0.5, middle}};
+        drawn.nodes.insert(middle);
+    }
+    smooth(mesh, engine, drawn, divide_elements(mesh, engine, drawn, drawing, plan, {}));
     return plan;
 }
 

@@ -19,9 +19,12 @@ namespace brelan {
 
 // Cuts along the pieces of a path. Gives the nodes that were added on sides: lines of earlier groups run
 // through them. Ends the run where an element that is touched was unsound before, or cannot be divided
-// soundly.
+// soundly. `width` is what a joint takes of the ground along the path.
 CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Point> loaded,
-                    const Path& path, std::span<const SegmentRow> segments);
+                    const Path& path, std::span<const SegmentRow> segments, double width);
+
+// Divides sides in their middles. Those that are too short for that stay.
+CutPlan halve_sides(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Side> sides);
 
 // Puts the nodes that were added between two neighbours of a line into it.
 void follow_sides(std::vector<NodeNumber>& line, bool closed, const CutPlan& plan);

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "group/engine_mesh.h"
+#include "mesh/kinds.h"
 #include "plane/foot.h"
 #include "plane/orientation.h"
 #include "plane/triangulation.h"
@@ -106,6 +107,14 @@ void Drawn::divide(const Side& side, std::span<const NodeNumber> nodes_between) 
         }
         all->insert(side_between(last, side.second));
     }
+}
+
+void hold_joints_of_file(Mesh& mesh, const Engine& engine) {
+    if (!has_node_values(mesh.kind))
+        return;
+    for (ElementNumber e{1}; e <= engine.highest_element; ++e)
+        if (mesh.type[e] == ELEMENT_CONTINUUM && mesh.attribute[e] >= FIRST_JOINT_CODE)
+            mesh.attribute[e] = -mesh.attribute[e] - FIRST_JOINT_CODE;
 }
 
 bool is_solid(const Mesh& mesh, ElementNumber e) {

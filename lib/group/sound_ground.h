@@ -49,6 +49,10 @@ struct Solid {
     std::span<const NodeNumber> nodes() const { return {node.data(), count}; }
 };
 
+// A mesh file of the temperature and head kinds shows the negative IDH of its joints as its absolute value
+// less 100, which is 100 or more: gives them back the value that tells them from solids.
+void hold_joints_of_file(Mesh& mesh, const Engine& engine);
+
 bool is_solid(const Mesh& mesh, ElementNumber e);
 Solid solid_of(const Mesh& mesh, ElementNumber e);
 

@@ -9,24 +9,11 @@
 #include "group/engine_mesh.h"
 #include "group/sound_ground.h"
 #include "group/sound_twins.h"
-#include "mesh/attributes.h"
-#include "mesh/kinds.h"
 #include "plane/orientation.h"
 
 namespace brelan {
 
 namespace {
-
-std::string name_of(std::span<const JointRecord> records, NodeNumber a, NodeNumber b) {
-    const auto has = [](const std::vector<NodeNumber>& nodes, NodeNumber n) {
-        return std::find(nodes.begin(), nodes.end(), n) != nodes.end();
-    };
-    for (const JointRecord& record : records)
-        if (record.group_type < 0 && ((has(record.nodes, a) && has(record.nodes, b)) ||
-                                      (has(record.twins, a) && has(record.twins, b))))
-            return "the joint of group " + std::to_string(record.group);
-    return "a joint of the mesh";
-}
 
 // The nodes to the right and to the left of a line at one of its places.
 struct NodePair {
@@ -44,6 +31,18 @@ public:
           line_(line),
           material_(material),
           group_("group " + std::to_string(engine.group) + ": ") {}
+
+    // The sides that the ground would hold at both ends.
+    std::vector<Side> held_sides(std::span<const JointRecord> records) {
+        std::vector<Side> held;
+        if (!material_.parts_ground)
+            return held;
+        choose_edges(records);
+        for (const std::size_t k : edges_)
+            if (is_held(line_.nodes[k], line_.behind(k)) && is_held(line_.behind(k), line_.nodes[k]))
+                held.push_back(side_between(line_.nodes[k], line_.behind(k)));
+        return held;
+    }
 
     OpenedLine open(std::span<const JointRecord> records) {
         choose_edges(records);
@@ -101,7 +100,7 @@ private:
                 continue;
             }
             if (is_long_side_of_joint(mesh_, engine_, a, b))
-                fail(group_ + way_text(k) + " there is " + name_of(records, a, b) +
+                fail(group_ + way_text(k) + " there is " + name_of_joint(records, a, b) +
                      " already; expected one joint along a line");
             const Sectors ground = sectors_at(mesh_, engine_, a, {});
             if (!(ground.left_of(b) || material_.outer_line) || !(ground.right_of(b) || material_.inner_line))
@@ -112,12 +111,8 @@ private:
         }
     }
 
-    // The ground that lies to the right of all edges that it meets keeps the node: a width does not move it.
-    // Each other sector beside an edge gets one.
-    void part(NodeNumber node) {
-        Knot& knot = knots_.at(node);
-        if (!knot.nodes.empty() || knot.beyond)
-            return;
+    // Looks how the line and earlier joints that close at a node part the ground round it.
+    void look_round(NodeNumber node, Knot& knot) const {
         // Beside a joint of a width they stay closed: its twins move.
         if (material_.thickness == 0.0F)
             knot.toes = toes_at(mesh_, engine_, node);
@@ -125,6 +120,22 @@ private:
         for (const Toe& toe : knot.toes)
             lines.insert(toe.from);
         knot.sectors = sectors_at(mesh_, engine_, node, lines);
+    }
+
+    // True where one ground lies to both sides of the way from a node to the next.
+    bool is_held(NodeNumber node, NodeNumber other) {
+        Knot& knot = knots_.at(node);
+        look_round(node, knot);
+        return beside(knot, node, other, Hand::left) == beside(knot, node, other, Hand::right);
+    }
+
+    // The ground that lies to the right of all edges that it meets keeps the node: a width does not move it.
+    // Each other sector beside an edge gets one.
+    void part(NodeNumber node) {
+        Knot& knot = knots_.at(node);
+        if (!knot.nodes.empty() || knot.beyond)
+            return;
+        look_round(node, knot);
         std::vector<std::optional<std::size_t>> rights, lefts;
         for (const std::size_t k : edges_) {
             const bool begins = line_.nodes[k] == node;
@@ -372,12 +383,11 @@ private:
 
 }  // namespace
 
-void hold_joints_of_file(Mesh& mesh, const Engine& engine) {
-    if (!has_node_values(mesh.kind))
-        return;
-    for (ElementNumber e{1}; e <= engine.highest_element; ++e)
-        if (mesh.type[e] == ELEMENT_CONTINUUM && mesh.attribute[e] >= FIRST_JOINT_CODE)
-            mesh.attribute[e] = -mesh.attribute[e] - FIRST_JOINT_CODE;
+std::vector<Side> held_sides(Mesh& mesh, Engine& engine, const SoundLine& line, const JointMaterial& material,
+                             std::span<const JointRecord> records) {
+    if (line.nodes.size() < 2)
+        return {};
+    return Opening(mesh, engine, line, material).held_sides(records);
 }
 
 OpenedLine open_along(Mesh& mesh, Engine& engine, const SoundLine& line, const JointMaterial& material,

@@ -35,9 +35,10 @@ struct OpenedLine {
     PartedSides parted;
 };
 
-// A mesh file of the temperature and head kinds shows the negative IDH of its joints as its absolute value
-// less 100, which is 100 or more: gives them back the value that tells them from solids.
-void hold_joints_of_file(Mesh& mesh, const Engine& engine);
+// The sides of a line that the ground would hold closed at both ends: a joint there needs a node between,
+// where it can open. Ends the run as `open_along` where the line has a joint already.
+std::vector<Side> held_sides(Mesh& mesh, Engine& engine, const SoundLine& line, const JointMaterial& material,
+                             std::span<const JointRecord> records);
 
 // Parts the ground along the sides of a line and fills the gaps with joint elements without width, also at
 // the border where a line of elements stands along the other side. A way that the line goes again, or that

@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "group/engine_mesh.h"
+#include "plane/box.h"
 #include "plane/foot.h"
 #include "plane/orientation.h"
 #include "plane/triangulation.h"
@@ -246,16 +247,39 @@ private:
     std::vector<Point> open_pins_;  // that no node could take
 };
 
+// The box of two points with the room of the tolerance, and of what rounding takes from that.
+struct Reach {
+    Reach(const Point& from, const Point& to, double tolerance)
+        : distance(static_cast<float>(tolerance)), box(box_of(from, to)), room(1.001 * tolerance) {}
+
+    bool meets_box_of(const Mesh& mesh, const Solid& solid) const {
+        Box of = box_of(node_point(mesh, solid.node[0]), node_point(mesh, solid.node[1]));
+        for (std::size_t i = 2; i < solid.count; ++i)
+            of.include(node_point(mesh, solid.node[i]));
+        const auto apart = [&](float low, float high) {
+            return static_cast<double>(low) - static_cast<double>(high) > room;
+        };
+        return !apart(box.x0, of.x1) && !apart(of.x0, box.x1) && !apart(box.y0, of.y1) &&
+               !apart(of.y0, box.y1);
+    }
+
+    float distance;
+    Box box;
+    double room;
+};
+
 }  // namespace
 
 std::vector<Solid> solids_met_by(const Mesh& mesh, Engine& engine, const Drawing& drawing,
                                  const DrawnSegment& segment) {
     std::vector<Solid> solids;
-    const auto reach = static_cast<float>(drawing.tolerance);
-    for (const ElementNumber e : elements_near(engine, segment.from, segment.to, reach)) {
-        if (!is_solid(mesh, e) || !is_cuttable(mesh, engine, e))
+    const Reach reach(segment.from, segment.to, drawing.tolerance);
+    for (const ElementNumber e : elements_near(engine, segment.from, segment.to, reach.distance)) {
+        if (!is_solid(mesh, e))
             continue;
         const Solid solid = solid_of(mesh, e);
+        if (!reach.meets_box_of(mesh, solid))
+            continue;
         // Met are those with corners on both sides of the line or on it; a few more do no harm.
         int left = 0, right = 0;
         for (const NodeNumber n : solid.nodes()) {
@@ -265,7 +289,7 @@ std::vector<Solid> solids_met_by(const Mesh& mesh, Engine& engine, const Drawing
             left += side > 0 || near ? 1 : 0;
             right += side < 0 || near ? 1 : 0;
         }
-        if (left > 0 && right > 0)
+        if (left > 0 && right > 0 && is_cuttable(mesh, engine, e))
             solids.push_back(solid);
     }
     return solids;
@@ -274,17 +298,20 @@ std::vector<Solid> solids_met_by(const Mesh& mesh, Engine& engine, const Drawing
 std::vector<Solid> solids_holding(const Mesh& mesh, Engine& engine, const Drawing& drawing,
                                   const Point& point) {
     std::vector<Solid> solids;
-    for (const ElementNumber e : elements_near(engine, point, point, static_cast<float>(drawing.tolerance))) {
-        if (!is_solid(mesh, e) || !is_cuttable(mesh, engine, e))
+    const Reach reach(point, point, drawing.tolerance);
+    for (const ElementNumber e : elements_near(engine, point, point, reach.distance)) {
+        if (!is_solid(mesh, e))
             continue;
         const Solid solid = solid_of(mesh, e);
+        if (!reach.meets_box_of(mesh, solid))
+            continue;
         bool inside = true, near = false;
         for (std::size_t i = 0; i < solid.count; ++i) {
             const Point a = node_point(mesh, solid.node[i]), b = node_point(mesh, solid.behind(i));
             inside = inside && orientation(a, b, point) >= 0;
             near = near || foot_on(a, b, point).distance < drawing.tolerance;
         }
-        if (inside || near)
+        if ((inside || near) && is_cuttable(mesh, engine, e))
             solids.push_back(solid);
     }
     return solids;

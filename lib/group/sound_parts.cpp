@@ -72,16 +72,7 @@ private:
         const std::vector<Part>& parts = found->second;
         const ElementNumber first = solid.element;
         for (std::size_t i = 0; i < parts.size(); ++i)
-            write(first, i == 0 ? first : new_element_like(first), parts[i]);
-    }
-
-    ElementNumber new_element_like(ElementNumber first) {
-        const ElementNumber e = add_element(engine_);
-        copy_attributes(mesh_, first, e);
-        mesh_.words[e].material = mesh_.words[first].material;
-        mesh_.type[e] = mesh_.type[first];
-        engine_.workable[e] = engine_.workable[first].names_one() ? e : ElementNumber{};
-        return e;
+            write(first, i == 0 ? first : add_element_like(mesh_, engine_, first), parts[i]);
     }
 
     void write(ElementNumber first, ElementNumber e, const Part& part) {
@@ -174,7 +165,7 @@ private:
             const bool last = i == near.size();
             const NodeNumber b = last ? c.n[1] : near[i], other = last ? c.n[2] : far[i];
             if (i > 0)
-                part = new_element_like(e);
+                part = add_element_like(mesh_, engine_, e);
             set_corners(mesh_, engine_, part, {{a, b, other, d}});
             a = b;
             d = other;
@@ -212,6 +203,15 @@ private:
 };
 
 }  // namespace
+
+ElementNumber add_element_like(Mesh& mesh, Engine& engine, ElementNumber first) {
+    const ElementNumber e = add_element(engine);
+    copy_attributes(mesh, first, e);
+    mesh.words[e].material = mesh.words[first].material;
+    mesh.type[e] = mesh.type[first];
+    engine.workable[e] = engine.workable[first].names_one() ? e : ElementNumber{};
+    return e;
+}
 
 std::set<NodeNumber> divide_elements(Mesh& mesh, Engine& engine, Drawn& drawn, const Drawing& drawing,
                                      const CutPlan& plan, const std::set<NodeNumber>& on_drawing) {

@@ -7,6 +7,9 @@
 
 namespace brelan {
 
+// A new element of the ground that another is of, still without corners.
+ElementNumber add_element_like(Mesh& mesh, Engine& engine, ElementNumber first);
+
 // Divides solids along the drawing, joints and line elements at the new nodes of their sides. The first part
 // keeps the element's number. What was drawn is added to `drawn`. Gives the
 // nodes of the parts. Ends the run where an element cannot be

@@ -60,28 +60,6 @@ bool is_doubtful(std::span<const Point> corners, double shape) {
     return false;
 }
 
-// The smallest opening of the solids round a node, with the node at a place, and how far their corners are
-// from flat. What is no more than `enough` is not told exactly.
-double shape_with(const Mesh& mesh, const std::vector<Solid>& solids, NodeNumber node, const Point& place,
-                  double enough) {
-    double worst = OPENING_180;
-    for (const Solid& solid : solids) {
-        if (worst <= enough)
-            return worst;
-        std::array<Point, 4> corners;
-        for (std::size_t i = 0; i < solid.count; ++i)
-            corners[i] = solid.node[i] == node ? place : node_point(mesh, solid.node[i]);
-        for (std::size_t i = 0; i < solid.count; ++i)
-            if (orientation(corners[i], corners[(i + 1) % solid.count], corners[(i + 2) % solid.count]) <= 0)
-                return -1.0;
-        const Openings openings = openings_of({corners.data(), solid.count});
-        const double shape = std::min(openings.smallest, OPENING_180 - openings.largest);
-        const std::span<const Point> outline(corners.data(), solid.count);
-        worst = std::min(worst, is_doubtful(outline, shape) && is_flat(outline) ? -1.0 : shape);
-    }
-    return worst;
-}
-
 class Smoother {
 public:
     Smoother(Mesh& mesh, Engine& engine, const Drawn& drawn) : mesh_(mesh), engine_(engine), drawn_(drawn) {}
@@ -155,6 +133,26 @@ private:
 };
 
 }  // namespace
+
+double shape_with(const Mesh& mesh, const std::vector<Solid>& solids, NodeNumber node, const Point& place,
+                  double enough) {
+    double worst = OPENING_180;
+    for (const Solid& solid : solids) {
+        if (worst <= enough)
+            return worst;
+        std::array<Point, 4> corners;
+        for (std::size_t i = 0; i < solid.count; ++i)
+            corners[i] = solid.node[i] == node ? place : node_point(mesh, solid.node[i]);
+        for (std::size_t i = 0; i < solid.count; ++i)
+            if (orientation(corners[i], corners[(i + 1) % solid.count], corners[(i + 2) % solid.count]) <= 0)
+                return -1.0;
+        const Openings openings = openings_of({corners.data(), solid.count});
+        const double shape = std::min(openings.smallest, OPENING_180 - openings.largest);
+        const std::span<const Point> outline(corners.data(), solid.count);
+        worst = std::min(worst, is_doubtful(outline, shape) && is_flat(outline) ? -1.0 : shape);
+    }
+    return worst;
+}
 
 bool is_flat_as_written(const Mesh& mesh, const Solid& solid) {
     const std::vector<Point> corners = node_points(mesh, solid.nodes());

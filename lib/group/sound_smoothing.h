@@ -3,6 +3,7 @@
 #pragma once
 
 #include <set>
+#include <vector>
 
 #include "group/engine.h"
 #include "group/sound_ground.h"
@@ -13,6 +14,11 @@ namespace brelan {
 // Moves free nodes of the given ones and of their neighbours, and slides those that lie within a straight
 // border or line along it.
 void smooth(Mesh& mesh, Engine& engine, const Drawn& drawn, const std::set<NodeNumber>& nodes);
+
+// The smallest opening of solids (plane/triangulation.h), with a node at a place, and how far their corners
+// are from flat; below 0 where one is inverted or flat. What is no more than `enough` is not told exactly.
+double shape_with(const Mesh& mesh, const std::vector<Solid>& solids, NodeNumber node, const Point& place,
+                  double enough);
 
 // True for a solid that the digits of a mesh file make flat or inverted.
 bool is_flat_as_written(const Mesh& mesh, const Solid& solid);

@@ -19,12 +19,6 @@ constexpr double SWAP_GAIN = 1.1;  // what is divided anew must be better by thi
 constexpr double LEAST = 0.001;    // an opening that the digits of a mesh file cannot close
 constexpr int SWAP_SWEEPS = 3;
 
-// How far a corner is from closed or flat; less than 0 where one is pushed in.
-double shape_of(std::span<const Point> corners) {
-    const Openings openings = openings_of(corners);
-    return std::min(openings.smallest, OPENING_180 - openings.largest);
-}
-
 // Two solids in the place of two.
 struct Division {
     double shape = 0.0;
@@ -65,20 +59,9 @@ public:
     }
 
 private:
-    // The solid across a free side; none where the side stays.
-    ElementNumber neighbour_across(const Solid& solid, const Side& side) const {
-        const SideUsers users = users_of(mesh_, engine_, side);
-        if (users.solids.size() != 2 || !users.joints.empty() || !users.lines.empty() ||
-            drawn_.sides.count(side) != 0)
-            return {};
-        const ElementNumber other = users.solids[0] == solid.element ? users.solids[1] : users.solids[0];
-        const bool fits = engine_.workable[other].names_one() && are_alike(mesh_, solid.element, other) &&
-                          key_of(solid_of(mesh_, other)) != key_of(solid);
-        return fits ? other : ElementNumber{};
-    }
-
     std::optional<Division> divide_with_neighbour(const Solid& solid, double shape, std::size_t i) const {
-        const ElementNumber across = neighbour_across(solid, side_between(solid.node[i], solid.behind(i)));
+        const ElementNumber across =
+            neighbour_across(mesh_, engine_, drawn_, solid, side_between(solid.node[i], solid.behind(i)));
         if (across.is_none())
             return std::nullopt;
         const Solid other = solid_of(mesh_, across);
@@ -136,6 +119,23 @@ private:
 };
 
 }  // namespace
+
+double shape_of(std::span<const Point> corners) {
+    const Openings openings = openings_of(corners);
+    return std::min(openings.smallest, OPENING_180 - openings.largest);
+}
+
+ElementNumber neighbour_across(const Mesh& mesh, const Engine& engine, const Drawn& drawn, const Solid& solid,
+                               const Side& side) {
+    const SideUsers users = users_of(mesh, engine, side);
+    if (users.solids.size() != 2 || !users.joints.empty() || !users.lines.empty() ||
+        drawn.sides.count(side) != 0)
+        return {};
+    const ElementNumber other = users.solids[0] == solid.element ? users.solids[1] : users.solids[0];
+    const bool fits = engine.workable[other].names_one() && are_alike(mesh, solid.element, other) &&
+                      key_of(solid_of(mesh, other)) != key_of(solid);
+    return fits ? other : ElementNumber{};
+}
 
 std::set<NodeNumber> divide_anew(Mesh& mesh, Engine& engine, const Drawn& drawn,
                                  const std::set<NodeNumber>& nodes) {

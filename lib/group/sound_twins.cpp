@@ -231,6 +231,17 @@ private:
 
 }  // namespace
 
+std::string name_of_joint(std::span<const JointRecord> records, NodeNumber a, NodeNumber b) {
+    const auto has = [](const std::vector<NodeNumber>& nodes, NodeNumber n) {
+        return std::find(nodes.begin(), nodes.end(), n) != nodes.end();
+    };
+    for (const JointRecord& record : records)
+        if (record.group_type < 0 && ((has(record.nodes, a) && has(record.nodes, b)) ||
+                                      (has(record.twins, a) && has(record.twins, b))))
+            return "the joint of group " + std::to_string(record.group);
+    return "a joint of the mesh";
+}
+
 bool is_long_side_of_joint(const Mesh& mesh, const Engine& engine, NodeNumber a, NodeNumber b) {
     const std::vector<ElementNumber> joints = users_of(mesh, engine, side_between(a, b)).joints;
     return std::any_of(joints.begin(), joints.end(),

@@ -2,6 +2,9 @@
 // the border.
 #pragma once
 
+#include <span>
+#include <string>
+
 #include "group/engine.h"
 #include "group/listing.h"
 #include "mesh/tables.h"
@@ -10,6 +13,9 @@ namespace brelan {
 
 // True for a side that a joint fills.
 bool is_long_side_of_joint(const Mesh& mesh, const Engine& engine, NodeNumber a, NodeNumber b);
+
+// "the joint of group 2", for messages: the one that has both nodes.
+std::string name_of_joint(std::span<const JointRecord> records, NodeNumber a, NodeNumber b);
 
 // Puts the twins of a record beside the line as it lies now; those at the border stay on it.
 void place_twins(Mesh& mesh, Engine& engine, const JointRecord& record, double tolerance);

@@ -34,6 +34,31 @@ TEST(SoundCutChain, PiecesShorterThanTheToleranceAreSides) {
     expect_all_laws("lines and joints over a joint", 562);
 }
 
+// Nodes of a line over a fan of sides become one where the digits of a file would leave them at one place.
+TEST(SoundCutChain, NodesOverAFanOfSidesAreOne) {
+    expect_all_laws("three groups in two decks", 1299);
+}
+
+// Two pieces of one outline part at an angle of 0.2 degrees, in a fan of sides.
+TEST(SoundCutChain, PiecesPartInAFanOfSides) {
+    expect_all_laws("three crossing groups", 2399);
+}
+
+// A line passes by 0.00003 a node at which whole elements of an earlier outline end.
+TEST(SoundCutChain, ANodeBetweenMaterialsStays) {
+    expect_all_laws("three groups in two decks", 2014);
+}
+
+// A later line runs over the ends that another leaves open, and beyond its beams.
+TEST(SoundCutChain, BeamsEndWhereNothingPlacesTheirEnd) {
+    expect_all_laws("three crossing groups", 806);
+}
+
+// Crossings of a fan of sides become one with the point of an arc that they stand beside.
+TEST(SoundCutChain, ACrossingGoesIntoThePointBesideIt) {
+    expect_all_laws("three crossing groups", 1922);
+}
+
 // A crossing of a chord beside the line is no node of it, though it stands nearer than the tolerance.
 TEST(SoundCutChain, ALinePassesNodesBesideIt) {
     expect_all_laws("three groups, second order", 662);
@@ -60,18 +85,44 @@ TEST(SoundCutChain, APointBesideACornerIsOnTheNearerSide) {
     expect_all_laws("strata", 286);
 }
 
+// The middle of a piece between two toes, one of which stands beside the line.
+TEST(SoundCutChain, TheMiddleBetweenTwoToesIsOnTheLine) {
+    expect_all_laws("lines and joints over a joint", 63);
+}
+
 // A beam that begins on a joint has a node on both of its sides.
 TEST(SoundCutChain, APointOnAJointIsOnBothSides) {
     expect_all_laws("lines and joints over a joint", 981);
 }
 
-// Two lines at 0.1 degrees over a fan of sides: elements with a corner below a hundredth of a degree.
+// A circle of so many parts that three points of it are in one line by the digits of a file.
 TEST(SoundCutChain, ElementsWithoutCornersAreRefused) {
-    const CutDeck deck = deck_of("three crossing groups", 2700);
+    CutDeck deck = deck_over_squares("circle", Kind::displacement, 8, 6);
+    DrawnGroup circle = region_of({{5.2F, 3.2F}}, 2);
+    circle.segments = {arc_with({4.3F, 3.2F}, {0.9F, 0.9F}, 0.0F, 360.0F, 1440)};
+    deck.groups = {circle};
     const CutRun run = run_cut(deck, CutMethod::sound);
+    EXPECT_NE(run.status, 0);
+    EXPECT_NE(run.message.find("group 1, segment "), std::string::npos) << run.message;
+    EXPECT_NE(run.message.find("would be flat"), std::string::npos) << run.message;
+}
+
+// The head of a mesh file of the head kind hides trusses, and a second deck puts a node close beside them.
+TEST(SoundCutChain, ALineThatTheSecondDeckDoesNotSeeHoldsNoNodes) {
+    expect_all_laws("three groups in two decks", 878);
+}
+
+// Two lines at 0.1 degrees over a fan of sides: elements with a corner below a hundredth of a degree.
+TEST(SoundCutChain, LinesOfTooSmallAnAngleAreRefused) {
+    const CutRun run = run_cut(deck_of("three crossing groups", 2700), CutMethod::sound);
     EXPECT_NE(run.status, 0);
     EXPECT_NE(run.message.find("group 2, segment "), std::string::npos) << run.message;
     EXPECT_NE(run.message.find("would be flat"), std::string::npos) << run.message;
+}
+
+// A line that crosses a chord beside its end goes on from this one, not back to it.
+TEST(SoundCutChain, ALineDoesNotTurnBackBesideAChord) {
+    expect_all_laws("three groups, second order", 283);
 }
 
 }  // namespace

@@ -242,6 +242,21 @@ CutDeck deck_over(std::string name, Kind kind, const DrawnMesh& drawn) {
     return deck;
 }
 
+void add_grid_elements(DrawnMesh& mesh, bool triangles) {
+    mesh.coded.assign(mesh.nodes.size(), false);
+    for (int row = 0; row < mesh.rows; ++row)
+        for (int column = 0; column < mesh.columns; ++column) {
+            const std::int32_t a = mesh.node_at(column, row), b = a + 1;
+            const std::int32_t d = mesh.node_at(column, row + 1), c = d + 1;
+            if (triangles) {
+                mesh.elements.push_back({a, b, c, 0});
+                mesh.elements.push_back({a, c, d, 0});
+            } else {
+                mesh.elements.push_back({a, b, c, d});
+            }
+        }
+}
+
 DrawnSegment segment_with(int IEND, int NDIV) {
     DrawnSegment segment;
     segment.IEND = IEND;

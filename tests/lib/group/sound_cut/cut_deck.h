@@ -38,6 +38,9 @@ CutDeck deck_over_squares(std::string name, Kind kind, int columns, int rows);
 // A mesh drawn at random, in the kind.
 CutDeck deck_over(std::string name, Kind kind, const DrawnMesh& mesh);
 
+// Gives the nodes of a grid, which are there row by row, their quadrilaterals, or two triangles for each.
+void add_grid_elements(DrawnMesh& mesh, bool triangles);
+
 // A line of beams, a closed outline of a material: straight from point to point, every segment cut.
 DrawnGroup beams_along(std::vector<Point> points, int material);
 DrawnGroup region_of(std::vector<Point> points, int material);

@@ -115,6 +115,21 @@ TEST(SoundJointLine, EndsWhereElementsStayAndGoesOnBehindThem) {
         EXPECT_EQ(nodes_at(run, toe, 3.5), 1) << toe;
 }
 
+// A slit of one piece has toes at both ends: it opens in between.
+TEST(SoundJointLine, OpensInTheMiddleBetweenTwoToes) {
+    const CutRun run = run_of({joint_along({{3.2F, 3.4F}, {3.8F, 3.6F}})});
+    EXPECT_EQ(nodes_at(run, 3.2, 3.4), 1);
+    EXPECT_EQ(nodes_at(run, 3.5, 3.5), 2);
+    EXPECT_EQ(nodes_at(run, 3.8, 3.6), 1);
+    EXPECT_NEAR(length_of_joints(run), std::sqrt(0.4), 1e-4);
+}
+
+TEST(SoundJointLine, OfAWidthOpensInTheMiddleBetweenTwoToes) {
+    const CutRun run = run_of({joint_along({{3.2F, 3.5F}, {3.8F, 3.5F}}, -0.02F)});
+    EXPECT_EQ(nodes_at(run, 3.5, 3.5), 1);
+    EXPECT_EQ(nodes_at(run, 3.5, 3.52), 1);
+}
+
 // What an earlier joint has after a later one has crossed it is cut as well: both sides get the node.
 TEST(SoundJointLine, IsFollowedThroughItsCrossingByLaterGroups) {
     DrawnGroup beam = beams_along({{3, 5.5F}, {5, 5.5F}}, 23);

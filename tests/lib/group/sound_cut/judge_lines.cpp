@@ -2,8 +2,10 @@
 // long.
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <optional>
 
+#include "lib/group/sound_cut/joint_crossings.h"
 #include "lib/group/sound_cut/judged_mesh.h"
 
 namespace brelan::test {
@@ -23,7 +25,8 @@ public:
                 listed_.push_back(&solid);
         if (path_.group <= j_.deck.groups_of_first_deck)
             between_.emplace(j_.run.reread);
-        find_crossings();
+        crossings_ = crossings_of_joint(path, j_.same);
+        find_elements();
     }
 
     void judge() {
@@ -49,36 +52,20 @@ private:
     }
     void add(const std::string& text) const { j_.add(Law::line, name() + text); }
 
-    // Where a joint of a width crosses or meets itself it takes room from its own line, more the sharper the
-    // angle: four widths at most.
-    void find_crossings() {
-        if (path_.joint_material == 0 || path_.thickness == 0.0)
-            return;
-        std::vector<std::pair<Spot, Spot>> edges;
-        for (const DrawnPiece& piece : path_.pieces)
-            for (std::size_t k = 0; k + 1 < piece.points.size(); ++k)
-                edges.emplace_back(piece.points[k], piece.points[k + 1]);
-        for (std::size_t i = 0; i < edges.size(); ++i)
-            for (std::size_t k = i + 2; k < edges.size(); ++k) {
-                const auto& [a, b] = edges[i];
-                const auto& [c, d] = edges[k];
-                for (const Spot& end : {c, d})
-                    if (distance_to(end, a, b) <= j_.same)
-                        crossings_.push_back(end);
-                for (const Spot& end : {a, b})
-                    if (distance_to(end, c, d) <= j_.same)
-                        crossings_.push_back(end);
-                const double at_c = cross(a, b, c), at_d = cross(a, b, d);
-                if (at_c * at_d < 0.0 && cross(c, d, a) * cross(c, d, b) < 0.0) {
-                    const double t = at_c / (at_c - at_d);
-                    crossings_.push_back({c.x + t * (d.x - c.x), c.y + t * (d.y - c.y)});
-                }
-            }
+    // The sides that line elements and joints of the group stand on.
+    void find_elements() {
+        for (const CutLine& line : j_.run.after.lines)
+            if (path_.line_type >= 2 && line.material == path_.line_material)
+                own_.insert(side_of(j_.mesh.root(line.from), j_.mesh.root(line.to)));
+        for (const CutJoint& joint : j_.run.after.joints)
+            if (path_.joint_material != 0 && joint.material == path_.joint_material)
+                own_.insert(side_of(j_.mesh.root(joint.corners[0]), j_.mesh.root(joint.corners[1])));
     }
-    double room_of_crossing() const { return 4.0 * std::abs(path_.thickness) + j_.same; }
+
     bool is_in_crossing(const Spot& p) const {
-        return std::any_of(crossings_.begin(), crossings_.end(),
-                           [&](const Spot& at) { return distance(at, p) <= room_of_crossing(); });
+        return std::any_of(crossings_.begin(), crossings_.end(), [&](const JointCrossing& crossing) {
+            return distance(crossing.at, p) <= crossing.room;
+        });
     }
 
     bool is_listed(const Spot& p) const {
@@ -211,10 +198,31 @@ private:
                          std::abs(p.y - j_.deck.low.y), std::abs(p.y - j_.deck.high.y)});
     }
 
+    // A node that was there before, and whole elements that an earlier outline selects have their border
+    // there.
+    bool is_held_by_materials(int node) const {
+        const bool selects =
+            std::any_of(j_.run.paths.begin(), j_.run.paths.end(), [&](const DrawnPath& path) {
+                return path.group < path_.group && std::abs(path.type) > 2 && !path.exact;
+            });
+        const auto* old = before(node);
+        if (!selects || old == nullptr || distance(old->at, j_.mesh.at(node)) > 0.0)
+            return false;
+        return std::any_of(j_.mesh.sides.begin(), j_.mesh.sides.end(), [&](const auto& side) {
+            const auto& [ends, solids] = side;
+            if ((ends.first != node && ends.second != node) || solids.size() != 2)
+                return false;
+            const int other = ends.first == node ? ends.second : ends.first;
+            return j_.run.after.solids[solids[0]].material != j_.run.after.solids[solids[1]].material &&
+                   !is_on(path_, j_.mesh.at(other));
+        });
+    }
+
     // Nodes that other things hold may be off by TOLSAME.
-    bool gives_way(const Spot& p, const Spot& a, const Spot& b) const {
+    bool gives_way(int node, const Spot& a, const Spot& b) const {
         const double room = 1.01 * j_.same;
-        if (distance_to_border(p) <= room)
+        const Spot& p = j_.mesh.at(node);
+        if (distance_to_border(p) <= room || is_held_by_materials(node))
             return true;
         for (const int n : j_.run.frozen_codes)
             if (const auto at = before(n); at != nullptr && distance(at->at, p) <= room)
@@ -232,14 +240,29 @@ private:
                 }
         return false;
     }
-    bool is_drawn_over(const Spot& p) const {
-        for (const DrawnPath& path : j_.run.paths)
-            for (const DrawnPiece& piece : path.pieces)
-                for (std::size_t k = 0; k + 1 < piece.points.size(); ++k)
-                    if (path.group != path_.group &&
-                        distance_to(p, piece.points[k], piece.points[k + 1]) <= j_.same)
-                        return true;
-        return false;
+    bool is_drawn_later(const Spot& p) const {
+        return std::any_of(j_.run.paths.begin(), j_.run.paths.end(),
+                           [&](const DrawnPath& path) { return path.group > path_.group && is_on(path, p); });
+    }
+    bool is_on(const DrawnPath& path, const Spot& p) const {
+        return std::any_of(path.pieces.begin(), path.pieces.end(), [&](const DrawnPiece& piece) {
+            for (std::size_t k = 0; k + 1 < piece.points.size(); ++k)
+                if (distance_to(p, piece.points[k], piece.points[k + 1]) <= j_.same)
+                    return true;
+            return false;
+        });
+    }
+    // What later groups draw over an end that this one leaves open goes on beyond its line: from the first of
+    // the nodes, along sides that none of its elements stand on.
+    double length_beyond(const std::vector<int>& nodes) const {
+        double length = 0.0;
+        for (std::size_t i = 0; i + 1 < nodes.size(); ++i) {
+            const Spot &from = j_.mesh.at(nodes[i]), &to = j_.mesh.at(nodes[i + 1]);
+            if (own_.contains(side_of(nodes[i], nodes[i + 1])) || !is_drawn_later(from))
+                break;
+            length += distance(from, to);
+        }
+        return length;
     }
     const CutNode* before(int number) const {
         const auto& nodes = j_.run.before.nodes;
@@ -260,8 +283,6 @@ private:
         const bool start_is_node = from > 0.0 || k > 0 || (is_placed(a) && is_seen_end(a));
         const bool end_is_node =
             to < 1.0 || k + 2 < piece_->points.size() || (is_placed(b) && is_seen_end(b));
-        // What another group draws over an end that this one leaves open goes on beyond this one's line.
-        gap_ = gap_ || (!start_is_node && is_drawn_over(a)) || (!end_is_node && is_drawn_over(b));
         const std::vector<OnPiece> nodes = nodes_on(a, b);
         from *= length, to *= length;
         if (nodes.empty()) {
@@ -277,6 +298,14 @@ private:
             judge_step(a, b, nodes[chain[i]], nodes[chain[i + 1]]);
         if (nodes.back().along < to - j_.same)
             judge_gap(a, b, nodes.back().along, to, end_is_node);
+        std::vector<int> way;
+        for (const std::size_t i : chain)
+            way.push_back(nodes[i].node);
+        if (!start_is_node)
+            beyond_ends_ += length_beyond(way);
+        std::reverse(way.begin(), way.end());
+        if (!end_is_node)
+            beyond_ends_ += length_beyond(way);
     }
 
     // From the first node to the last the way with the least length of gaps, and of these the one whose nodes
@@ -324,12 +353,16 @@ private:
                 if (j_.on_border(j_.mesh.at(u.node), j_.mesh.at(v.node)))
                     on_border_ += length;
             }
-            for (const OnPiece& n : {u, v})
-                if (n.off > j_.rounding && gives_way(j_.mesh.at(n.node), a, b))
+            for (const OnPiece& n : {u, v}) {
+                const Spot& at = j_.mesh.at(n.node);
+                if (n.off <= j_.rounding || !is_seen(at, a, b))
+                    continue;
+                if (gives_way(n.node, a, b))
                     j_.verdict.gave_way = true;
-                else if (n.off > j_.rounding)
+                else
                     add("node " + std::to_string(n.node) + " is " + std::to_string(n.off) + " off it at " +
-                        words(j_.mesh.at(n.node)));
+                        words(at));
+            }
             return;
         }
         if (v.along - u.along <= j_.same)
@@ -368,7 +401,10 @@ private:
                                           words(j_.mesh.at(joint.corners[0])));
             }
         const double room = j_.same * 4.0 + j_.rounding * static_cast<double>(sides_.size());
-        const double at_crossings = 2.0 * room_of_crossing() * static_cast<double>(crossings_.size());
+        const double at_crossings = 2.0 * std::accumulate(crossings_.begin(), crossings_.end(), 0.0,
+                                                          [](double sum, const JointCrossing& crossing) {
+                                                              return sum + crossing.room;
+                                                          });
         const auto tell = [&](const char* what, double length, double optional) {
             if (!gap_ && (length > covered_ + room || length < covered_ - optional - room))
                 j_.add(Law::line, "group " + std::to_string(path_.group) + ": its " + what +
@@ -379,9 +415,10 @@ private:
         const bool hidden =
             j_.deck.kind == Kind::head && path_.line_type > 2 && path_.group <= j_.deck.groups_of_first_deck;
         if (!hidden && (has_beams || path_.line_type >= 2))
-            tell("line elements", beams, at_crossings);
+            tell("line elements", beams, beyond_ends_ + at_crossings);
         if (path_.joint_material != 0)
-            tell("joints", joints, on_border_ + at_crossings);  // on the border is ground on one side alone
+            tell("joints", joints,
+                 beyond_ends_ + on_border_ + at_crossings);  // on the border is ground on one side alone
     }
     bool is_shared() const {
         return std::any_of(j_.run.paths.begin(), j_.run.paths.end(), [&](const DrawnPath& other) {
@@ -400,8 +437,9 @@ private:
     std::vector<const CutSolid*> listed_;
     std::optional<JudgedMesh> between_;  // of a path of the first of two decks: what the second reads
     std::set<Side> sides_;
-    std::vector<Spot> crossings_;  // of a joint of a width with itself
-    double covered_ = 0.0, on_border_ = 0.0;
+    std::vector<JointCrossing> crossings_;  // of a joint of a width with itself
+    std::set<Side> own_;                    // of the group's elements
+    double covered_ = 0.0, on_border_ = 0.0, beyond_ends_ = 0.0;
     bool gap_ = false;  // some of the path is no chain, as the deck or the ground asks for
 };
 

@@ -79,6 +79,30 @@ TEST(CutJudge, AMeshAsDrawnKeepsAllLaws) {
     EXPECT_DOUBLE_EQ(judge(row.deck, row.run).smallest_angle, 90.0);
 }
 
+// Its line of beams leaves its ends open, and another line runs over the first of them: the side there is no
+// beam of the first. All others are.
+TEST(CutJudge, OpenEnds) {
+    Row row;
+    DrawnPath& path = row.run.paths[0];
+    path.pieces = {{1, true, false, false, {{0.0, 0.0}, {4.0, 0.0}}}};
+    row.run.after.lines = {{5, 21, 2, 3}, {6, 21, 3, 4}, {7, 21, 4, 5}};
+    row.expect_broken(Law::line, "line elements have a length of 3.000000, its sides 4.000000");
+    DrawnPath other = path;
+    other.group = 2;
+    other.line_type = 0;
+    other.pieces = {{1, true, true, true, {{0.0, 0.0}, {0.4, 0.0}}}};
+    row.run.paths.push_back(other);
+    EXPECT_EQ(row.text(), "");
+    row.run.after.lines.erase(row.run.after.lines.begin() + 1);
+    row.expect_broken(Law::line, "line elements have a length of 2.000000, its sides 4.000000");
+    row.run.after.lines.erase(row.run.after.lines.begin() + 1);
+    row.expect_broken(Law::line, "line elements have a length of 1.000000, its sides 4.000000");
+    Row earlier = row;
+    earlier.run.after.lines = {{5, 21, 2, 3}, {6, 21, 3, 4}, {7, 21, 4, 5}};
+    std::swap(earlier.run.paths[0].group, earlier.run.paths[1].group);
+    earlier.expect_broken(Law::line, "line elements have a length of 3.000000, its sides 4.000000");
+}
+
 TEST(CutJudge, Shapes) {
     Row inverted;
     inverted.solid(2).corners = {2, 7, 8, 3};

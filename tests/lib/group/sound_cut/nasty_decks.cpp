@@ -72,18 +72,7 @@ DrawnMesh squares(int columns, int rows, bool triangles) {
     for (int row = 0; row <= rows; ++row)
         for (int column = 0; column <= columns; ++column)
             mesh.nodes.push_back({static_cast<float>(column), static_cast<float>(row)});
-    mesh.coded.assign(mesh.nodes.size(), false);
-    for (int row = 0; row < rows; ++row)
-        for (int column = 0; column < columns; ++column) {
-            const std::int32_t a = mesh.node_at(column, row), b = a + 1;
-            const std::int32_t d = mesh.node_at(column, row + 1), c = d + 1;
-            if (triangles) {
-                mesh.elements.push_back({a, b, c, 0});
-                mesh.elements.push_back({a, c, d, 0});
-            } else {
-                mesh.elements.push_back({a, b, c, d});
-            }
-        }
+    add_grid_elements(mesh, triangles);
     return mesh;
 }
 

@@ -37,5 +37,22 @@ TEST(SoundCutQuality, ACrossingSlidesAlongItsLine) {
     expect_no_angle_below_ten({141, 264, 284, 510, 1192, 1367, 1414, 1662, 1822});
 }
 
+// A stratum ends 0.045 above a fixed node, and a wall 0.04 beside one: 9.5 degrees, or less, without nodes
+// between the short side and the long ones.
+TEST(SoundCutQuality, SidesGrowStepByStepFromAShortOne) {
+    CutDeck stratum = deck_over_squares("stratum", Kind::displacement, 8, 6);
+    stratum.groups = {region_of({{0.0F, 0.0F}, {8.0F, 0.0F}, {8.0F, 3.3F}, {0.0F, 3.0455F}}, 2)};
+    CutDeck wall = deck_over_squares("wall", Kind::displacement, 8, 6);
+    wall.groups = {beams_along({{4.04F, 6.0F}, {4.04F, 2.5F}}, 21)};
+    for (const CutDeck& deck : {stratum, wall}) {
+        const CutRun run = run_cut(deck, CutMethod::sound);
+        ASSERT_EQ(run.status, 0) << run.message;
+        const Verdict verdict = judge(deck, run);
+        EXPECT_TRUE(verdict.violations.empty()) << verdict.text();
+        EXPECT_GE(verdict.smallest_angle, 20.0) << deck.name << ", " << verdict.smallest_at;
+        EXPECT_LE(verdict.solids, 65U) << deck.name << ", of 48";
+    }
+}
+
 }  // namespace
 }  // namespace brelan::test

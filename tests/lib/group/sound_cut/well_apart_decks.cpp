@@ -133,18 +133,7 @@ DrawnMesh well_shaped_mesh(Drawing& drawing) {
                 p = {p.x + drawing.between(-shift, shift), p.y + drawing.between(-shift, shift)};
             mesh.nodes.push_back(p);
         }
-    mesh.coded.assign(mesh.nodes.size(), false);
-    for (int row = 0; row < mesh.rows; ++row)
-        for (int column = 0; column < mesh.columns; ++column) {
-            const std::int32_t a = mesh.node_at(column, row), b = a + 1;
-            const std::int32_t d = mesh.node_at(column, row + 1), c = d + 1;
-            if (triangles) {
-                mesh.elements.push_back({a, b, c, 0});
-                mesh.elements.push_back({a, c, d, 0});
-            } else {
-                mesh.elements.push_back({a, b, c, d});
-            }
-        }
+    add_grid_elements(mesh, triangles);
     return mesh;
 }
 
