@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Makes every call of the real programs that reaches a file fail, one at a time, and every allocation.
 
-    faults.py [--sample COUNT] [--seed SEED] [--case WORD] [--kind KIND]
+    faults.py [--sample COUNT] [--seed SEED] [--case WORD] [--kind KIND] [--every-allocation]
 
 Each case runs once without a fault, which counts its calls; then once for each call of each kind and each way to fail,
-or for a sample of them. What is wrong is shown with its case, and the table at the end tells how many were tried. The
-exit status is 0 when nothing is wrong.
+or for a sample of them. Of allocations that the same chain of calls leads to the first and the last fail; what a case
+does from its beginning on just as one before it is not tried again. What is wrong is shown with its case, and the tables
+at the end tell how many were tried. The exit status is 0 when nothing is wrong.
 """
 import argparse
 import collections
@@ -131,6 +132,25 @@ class Sound:
             found[kind] = max(found[kind], int(number))
         return found
 
+    def allocations(self, program, known):
+        """The allocations that fail: the first and the last of each chain of calls, behind what a case before has in
+        common with this one from the beginning on."""
+        self.trial.lay_out()
+        stacks = self.trial.shelf / "stacks"
+        stacks.unlink(missing_ok=True)
+        self.trial.run(PROGRAM=program, STACKS=stacks)
+        chosen = set()
+        for process in stacks.read_text().split("begin\n")[1:]:
+            chains = process.split()
+            common = max((len(os.path.commonprefix([chains, other])) for other in known), default=0)
+            for numbered in (enumerate(chains), reversed(list(enumerate(chains)))):
+                seen = {}
+                for number, chain in numbered:
+                    seen.setdefault(chain, number)
+                chosen.update(number + 1 for number in seen.values() if number >= common)
+            known.append(chains)
+        return sorted(chosen)
+
     def note_places(self, program):
         self.trial.lay_out()
         record = self.trial.shelf / "record"
@@ -166,12 +186,17 @@ class Fault(collections.namedtuple("Fault", "program kind way at")):
         return f"{self.program}: {self.kind} {self.at} {self.way}"
 
 
-def faults_of(sound, kinds):
+def faults_of(sound, options, known):
     for program, counts in sound.counts.items():
         for kind, ways in WAYS.items():
-            if kinds and kind not in kinds:
+            # Cairo does not survive a want of memory: it crashes or never ends.
+            if options.kind and kind not in options.kind or \
+                    kind == "allocate" and sound.case.name in ("plot png", "plot pdf"):
                 continue
-            for at in range(1, counts[kind] + 1):
+            numbers = range(1, counts[kind] + 1)
+            if kind == "allocate" and not options.every_allocation:
+                numbers = sound.allocations(program, known[program])
+            for at in numbers:
                 for way in ways:
                     yield Fault(program, kind, way, at)
 
@@ -200,7 +225,7 @@ def faults_found(sound, fault):
     # What must not be removed is the next run's, which can.
     was_left = was_killed or fault.kind in ("unlink", "allocate")
     wrong += left_over(sound, state, was_left)
-    if was_left and not wrong and trial.run().returncode == 0:
+    if was_left and not wrong and left_over(sound, state, False) and trial.run().returncode == 0:
         wrong += ["after the next run: " + text for text in left_over(sound, tree(trial.root), False)]
     return [f"{text} [{path}]\n      status {result.returncode}, {result.stderr.strip()!r}" for text in wrong]
 
@@ -270,6 +295,11 @@ def left_over(sound, state, was_killed):
     return wrong
 
 
+def group_of(kind):
+    """What a line of the table is about."""
+    return "allocations" if kind == "allocate" else "calls"
+
+
 def sample_of(faults, options, name):
     if not options.sample:
         return faults
@@ -286,30 +316,27 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--case", help="the cases alone whose name begins so")
     parser.add_argument("--kind", action="append")
+    parser.add_argument("--every-allocation", action="store_true", help="those too that the same calls lead to: half a day")
     options = parser.parse_args()
-    tried, survived = collections.Counter(), collections.Counter()
+    tried, survived, known = collections.Counter(), collections.Counter(), collections.defaultdict(list)
     for case in cases.CASES:
         if options.case and not case.name.startswith(options.case):
             continue
         shelf = pathlib.Path(os.path.realpath(tempfile.mkdtemp(prefix="brelan-faults-")))
         try:
             sound = Sound(case, shelf)
-            # Cairo does not survive a want of memory: it crashes or never ends.
-            survivable = [fault for fault in faults_of(sound, options.kind)
-                          if fault.kind != "allocate" or case.name not in ("plot png", "plot pdf")]
-            for fault in sample_of(survivable, options, case.name):
-                tried[fault.program, fault.kind] += 1
+            for fault in sample_of(list(faults_of(sound, options, known)), options, case.name):
+                of_table = (case.name, fault.program, group_of(fault.kind))
+                tried[of_table] += 1
                 wrong = faults_found(sound, fault)
                 if not wrong:
-                    survived[fault.program, fault.kind] += 1
+                    survived[of_table] += 1
                 for text in wrong:
                     print(f"{case.name}: {fault}: {text}", flush=True)
         finally:
             shutil.rmtree(shelf, ignore_errors=True)
-    for program in PROGRAMS:
-        for kind in WAYS:
-            if tried[program, kind]:
-                print(f"{program:10} {kind:10} {tried[program, kind]:7} tried {survived[program, kind]:7} survived")
+    for of_table in tried:
+        print("{:24} {:9} {:12}".format(*of_table), f"{tried[of_table]:7} tried {survived[of_table]:7} survived")
     print(f"{sum(tried.values())} faults tried, {sum(survived.values())} survived")
     return 0 if tried == survived and tried else 1
 
