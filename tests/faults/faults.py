@@ -4,9 +4,9 @@
     faults.py [--sample COUNT] [--seed SEED] [--case WORD] [--kind KIND] [--every-allocation]
 
 Each case runs once without a fault, which counts its calls; then once for each call of each kind and each way to fail,
-or for a sample of them. Of allocations that the same chain of calls leads to the first and the last fail; what a case
-does from its beginning on just as one before it is not tried again. What is wrong is shown with its case, and the tables
-at the end tell how many were tried. The exit status is 0 when nothing is wrong.
+or for a sample of them. Of allocations that the same chain of calls leads to, from main on, the first and the last fail, in
+the first case that has them. What is wrong is shown with its case, whose last lines tell how many were tried. The exit
+status is 0 when nothing is wrong.
 """
 import argparse
 import collections
@@ -133,8 +133,7 @@ class Sound:
         return found
 
     def allocations(self, program, known):
-        """The allocations that fail: the first and the last of each chain of calls, behind what a case before has in
-        common with this one from the beginning on."""
+        """The allocations that fail: the first and the last of each chain of calls that no case before has."""
         self.trial.lay_out()
         stacks = self.trial.shelf / "stacks"
         stacks.unlink(missing_ok=True)
@@ -142,13 +141,11 @@ class Sound:
         chosen = set()
         for process in stacks.read_text().split("begin\n")[1:]:
             chains = process.split()
-            common = max((len(os.path.commonprefix([chains, other])) for other in known), default=0)
-            for numbered in (enumerate(chains), reversed(list(enumerate(chains)))):
-                seen = {}
-                for number, chain in numbered:
-                    seen.setdefault(chain, number)
-                chosen.update(number + 1 for number in seen.values() if number >= common)
-            known.append(chains)
+            first = {chain: number for number, chain in reversed(list(enumerate(chains, 1)))}
+            last = {chain: number for number, chain in enumerate(chains, 1)}
+            for chain in first.keys() - known:
+                chosen.update((first[chain], last[chain]))
+            known.update(chains)
         return sorted(chosen)
 
     def note_places(self, program):
@@ -318,7 +315,7 @@ def main():
     parser.add_argument("--kind", action="append")
     parser.add_argument("--every-allocation", action="store_true", help="those too that the same calls lead to: half a day")
     options = parser.parse_args()
-    tried, survived, known = collections.Counter(), collections.Counter(), collections.defaultdict(list)
+    tried, survived, known = collections.Counter(), collections.Counter(), collections.defaultdict(set)
     for case in cases.CASES:
         if options.case and not case.name.startswith(options.case):
             continue
@@ -335,8 +332,9 @@ def main():
                     print(f"{case.name}: {fault}: {text}", flush=True)
         finally:
             shutil.rmtree(shelf, ignore_errors=True)
-    for of_table in tried:
-        print("{:24} {:9} {:12}".format(*of_table), f"{tried[of_table]:7} tried {survived[of_table]:7} survived")
+        for of_case in (of_table for of_table in tried if of_table[0] == case.name):
+            print("{:24} {:9} {:12}".format(*of_case), f"{tried[of_case]:7} tried {survived[of_case]:7} survived",
+                  flush=True)
     print(f"{sum(tried.values())} faults tried, {sum(survived.values())} survived")
     return 0 if tried == survived and tried else 1
 
