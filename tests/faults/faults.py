@@ -36,8 +36,9 @@ WAYS = {
     "allocate": ["error", "always"],
 }
 PART = re.compile(r"\.brelan-\d+-\d+\.part$")
-# Copies of the user's files, which stay until the user has seen them.
-COPIES = re.compile(r"/\.brelan-(kept|aside)-")
+# Copies of the user's files, and what the command says of those that stay until the user has seen to them.
+COPIES = re.compile(r"/\.brelan-(kept|aside|made)-")
+OF_COPIES = re.compile(r"kept as|cannot be put back from|what stood there before")
 KILLED = -9
 
 
@@ -219,11 +220,15 @@ def faults_found(sound, fault):
     else:
         wrong += wrong_end(sound, result, state, path, fault)
     wrong += wrong_files(sound, state)
-    # What must not be removed is the next run's, which can.
-    was_left = was_killed or fault.kind in ("unlink", "allocate")
-    wrong += left_over(sound, state, was_left)
-    if was_left and not wrong and left_over(sound, state, False) and trial.run().returncode == 0:
-        wrong += ["after the next run: " + text for text in left_over(sound, tree(trial.root), False)]
+    # What must not be removed, or a directory looked through for it, is the next run's, which can.
+    was_left = was_killed or fault.kind in ("unlink", "allocate") or \
+        (fault.kind == "open" and is_scratch(path) and result.returncode == sound.case.status)
+    wrong += left_over(sound, state, was_left, result.stderr)
+    if was_left and not wrong and left_over(sound, state, False, ""):
+        following = trial.run()
+        if following.returncode == 0:
+            wrong += ["after the next run: " + text
+                      for text in left_over(sound, tree(trial.root), False, following.stderr)]
     return [f"{text} [{path}]\n      status {result.returncode}, {result.stderr.strip()!r}" for text in wrong]
 
 
@@ -279,13 +284,14 @@ def wrong_files(sound, state):
     return wrong
 
 
-def left_over(sound, state, was_killed):
+def left_over(sound, state, may_be_left, said):
     parts = [path for path in state if PART.search(path) and not COPIES.search(path)]
     wrong = []
-    if len(parts) > (1 if was_killed else 0):
+    if len(parts) > (1 if may_be_left else 0):
         wrong.append(f"left: {parts}")
-    if not was_killed:
-        made = sorted(p for p in state if is_scratch(p) and p not in sound.after and not COPIES.search(p) and
+    if not may_be_left:
+        made = sorted(p for p in state if is_scratch(p) and p not in sound.after and
+                      not (COPIES.search(p) and OF_COPIES.search(said)) and
                       not (sound.case.is_batch and p.startswith(os.path.join("project", cases.WORK))))
         if made:
             wrong.append(f"left: {made[:4]}")
