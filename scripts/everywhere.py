@@ -29,6 +29,7 @@ import compare_groups  # noqa: E402
 import compare_outputs  # noqa: E402
 
 TIME_LIMIT = 900
+PAUSE = 60  # seconds between two lines that tell how far it is
 MESSAGES = "(messages)"
 
 
@@ -281,10 +282,17 @@ class Comparison:
 
     def run_all(self, kind, decks):
         self.kinds.append(kind)
-        begun = time.monotonic()
-        good = all(self.run(kind, deck) for deck in decks)
-        print(f"{kind}: {time.monotonic() - begun:.0f} s", flush=True)
-        return good
+        begun = told = time.monotonic()
+        count = 0
+        for deck in decks:
+            if not self.run(kind, deck):
+                return False
+            count += 1
+            if time.monotonic() - told > PAUSE:
+                told = time.monotonic()
+                print(f"  {kind}: {count} decks so far, {told - begun:.0f} s", flush=True)
+        print(f"{kind}: {count} decks, {time.monotonic() - begun:.0f} s", flush=True)
+        return True
 
     def table(self):
         yield f"{'decks, all files of each compared':42}" + "".join(f"{t.name:>14}" for t in self.targets)

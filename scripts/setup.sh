@@ -83,6 +83,20 @@ quietly() {
     }
 }
 
+# configure <preset>: that for 64-bit ARM with the command brelan where its libraries can be had.
+configure() {
+    local tools=()
+    if [ "$1" = aarch64 ]; then
+        tools=(-D BRELAN_TOOLS=OFF)
+        if arm64_libraries; then
+            tools=(-D BRELAN_TOOLS=ON)
+        else
+            echo "without the command brelan for 64-bit ARM: its libraries cannot be had here"
+        fi
+    fi
+    quietly cmake --preset "$1" "${tools[@]}"
+}
+
 # in_memory: temporary files in memory where there is room, as the tests make and delete thousands of small projects.
 in_memory() {
     local free

@@ -55,18 +55,27 @@ std::vector<fs::path> places_in(const fs::path& directory) {
     return places;
 }
 
+// Links followed. A list that came with somebody else's project must not reach beyond it.
+bool is_within(const fs::path& project, const fs::path& place) {
+    std::error_code error;
+    const fs::path within =
+        fs::canonical(place.parent_path(), error).lexically_relative(fs::canonical(project, error));
+    return !error && !within.empty() && *within.begin() != "..";
+}
+
 enum class Settled { yes, no };
 
 Settled settle_copy(const fs::path& copy, const fs::path& place, CopyKind kind, const Remark& remark) {
     std::error_code error;
     if (!fs::is_regular_file(copy, error) || kind == CopyKind::of_run)
         return Settled::yes;
-    if (fs::symlink_status(place, error).type() == fs::file_type::not_found) {
+    const bool is_empty = fs::symlink_status(place, error).type() == fs::file_type::not_found;
+    if (is_empty && is_within(copy.parent_path().parent_path(), place)) {
         copy_with_time(copy, place);
         remark(fmt::format("{}: put back; a run that was killed had not done so", place.string()));
         return Settled::yes;
     }
-    if (kind == CopyKind::to_be_replaced || read_file(copy) == read_file(place))
+    if (!is_empty && (kind == CopyKind::to_be_replaced || read_file(copy) == read_file(place)))
         return Settled::yes;
     remark(fmt::format("{}: what stood there before a run that was killed is kept as {}", place.string(),
                        copy.string()));

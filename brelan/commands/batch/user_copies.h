@@ -41,10 +41,10 @@ private:
     std::vector<std::string> names_;
 };
 
-// Sees to what killed runs have left in a project that nobody else is at work in. A copy whose place is empty
-// goes there; one that the place does not need is removed, and so is what a run has made; the file of the
-// user's that a run should have left as it was stays beside another that stands there now. `remark` gets a
-// line for each that goes back or stays.
+// Sees to what killed runs have left in a project that nobody else is at work in. A copy whose place in the
+// project is empty goes there; one that the place does not need is removed, and so is what a run has made;
+// the file of the user's that a run should have left as it was stays beside another that stands there now.
+// `remark` gets a line for each that goes back or stays.
 void settle_left_copies(const std::filesystem::path& project,
                         const std::function<void(const std::string&)>& remark);
 

@@ -121,6 +121,22 @@ class AfterAKill(Case):
         waits.stderr.close()
         self.assertEqual(self.left(), [])
 
+    def test_a_list_reaches_nothing_outside_of_the_project(self):
+        """It may have come with somebody else's project."""
+        for place in ("../evil", str(self.root / "evil"), "link/evil"):
+            with self.subTest(place):
+                left = self.project / ".brelan-aside-abcdef"
+                left.mkdir()
+                (left / "places").write_text(place + "\0")
+                (left / "0-evil").write_text("evil")
+                if place.startswith("link"):
+                    (self.project / "link").symlink_to(self.root)
+                lines = self.run_again()
+                self.assertEqual(len(lines), 1, lines)
+                self.assertIn(f"is kept as ./{left.name}/0-evil", lines[0])
+                self.assertFalse((self.root / "evil").exists())
+                shutil.rmtree(left)
+
     def test_what_another_user_has_made_is_no_copy(self):
         if os.geteuid() != 0:
             self.skipTest("only the super-user can give a directory away")

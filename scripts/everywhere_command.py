@@ -1,0 +1,93 @@
+#!/usr/bin/env python3
+"""Holds the command brelan of another system against this machine's, to the byte.
+
+    everywhere_command.py BRELAN OTHER...      OTHER...: a program, or what runs it in front, such as qemu-aarch64 -L DIR
+
+Decks are those of the examples and all that `brelan new` writes, meshes those of the examples and what the decks make, which
+this machine's batch program runs. They are checked, described, compared, drawn, and carried to other programs and back. Ends
+at the first difference in exit status, words or files with status 1. Pictures by cairo (PNG, PDF) have the fonts of the
+machine: that they are made is all that is asked.
+"""
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+
+SOURCE = pathlib.Path(__file__).resolve().parent.parent
+KINDS = ("displacement", "coupled", "temperature", "head")
+NOT_COMPARED = (".png", ".pdf")
+
+
+def run(command, directory):
+    # HOME: settings of the user's make no difference.
+    done = subprocess.run(command, cwd=directory, capture_output=True, timeout=300, stdin=subprocess.DEVNULL,
+                          env=dict(os.environ, LC_ALL="C.UTF-8", HOME=str(directory)))
+    return done.returncode, done.stdout, done.stderr
+
+
+def lay_out(brelan, directory):
+    """A directory of decks and meshes."""
+    for path in (SOURCE / "examples").iterdir():
+        shutil.copy(path, directory)
+    names = run([brelan, "new", "--list"], directory)[1].decode().split("\n")
+    for name in (line.split()[0] for line in names if line.strip()):
+        for kind in KINDS:
+            place = directory / f"{name}_{kind}"
+            run([brelan, "new", name, "--kind", kind, "-o", place], directory)
+    for deck in sorted(directory.rglob("*.dat")):
+        run([brelan, "-q", "run", "--cut", "rules", deck.name], deck.parent)
+
+
+def jobs(directory):
+    meshes = sorted(path.relative_to(directory) for path in directory.rglob("*.Mes"))
+    for deck in sorted(path.relative_to(directory) for path in directory.rglob("*.dat")):
+        yield ["check", deck]
+        yield ["check", "--json", deck]
+    for number, mesh in enumerate(meshes):
+        yield ["info", mesh]
+        yield ["info", "--json", mesh]
+        yield ["diff", meshes[number - 1], mesh]
+        for name in ("a.vtu", "a.msh", "a.svg", "a.html"):
+            yield ["plot" if name.endswith(("svg", "html")) else "convert", mesh, *["-o"] * (name[2] in "sh"), name]
+        for name in ("a.vtu", "a.msh"):
+            yield ["convert", name, "back.Mes"]
+    for name in ("a.png", "a.pdf"):
+        yield ["plot", meshes[0], "-o", name]
+    yield ["new", "--list"]
+    yield ["--version"]
+
+
+def left(directory):
+    return {path.name: b"" if path.suffix in NOT_COMPARED else path.read_bytes()
+            for path in directory.iterdir() if path.is_file()}
+
+
+def main(brelan, *other):
+    brelan = os.path.abspath(brelan)
+    other = [os.path.abspath(word) if os.path.exists(word) else word for word in other]
+    with tempfile.TemporaryDirectory(prefix="brelan-everywhere-") as shelf:
+        given, there = pathlib.Path(shelf, "one"), pathlib.Path(shelf, "other")
+        given.mkdir()
+        lay_out(brelan, given)
+        shutil.copytree(given, there)
+        count = statuses = 0
+        size = 0
+        for job in jobs(given):
+            words = [str(word) for word in job]
+            ends = run([brelan, *words], given), run([*other, *words], there)
+            states = left(given), left(there)
+            # A made picture is no file of 0 bytes.
+            empty = [path for path in there.iterdir() if path.suffix in NOT_COMPARED and path.stat().st_size < 1000]
+            if ends[0] != ends[1] or states[0] != states[1] or empty:
+                print(f"brelan {' '.join(words)}: not the same:", *ends, empty, sep="\n  ", file=sys.stderr)
+                return 1
+            count, statuses = count + 1, statuses + (ends[0][0] == 0)
+            size += len(ends[0][1]) + sum(map(len, states[0].values()))
+        print(f"{count} commands, {statuses} of them with status 0, {size} bytes of words and files: no difference")
+        return 0 if statuses * 2 > count else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))
