@@ -50,7 +50,8 @@ class AfterAKill(Case):
         self.write("move.dat", "1 0\nRow.Mes\nMoved.Mes\n1 1\n0\n0 0 10 0\n1 1\n")
         ran = self.brelan("run", "move.dat", *arguments)
         self.assertEqual(ran.returncode, 0, ran.stderr)
-        return ran.stderr.splitlines()
+        # What the killed run had started may not be quite dead.
+        return [line for line in ran.stderr.splitlines() if "another run is at work" not in line]
 
     def test_a_copy_of_what_stands_in_its_place_goes_away(self):
         for arguments in ((), APART):
