@@ -4,12 +4,13 @@
     everywhere_command.py BRELAN OTHER...      OTHER...: a program, or what runs it in front, such as qemu-aarch64 -L DIR
 
 Decks are those of the examples and all that `brelan new` writes, meshes those of the examples and what the decks make, which
-this machine's batch program runs. They are checked, described, compared, drawn, and carried to other programs and back. Ends
-at the first difference in exit status, words or files with status 1. Pictures by cairo (PNG, PDF) have the fonts of the
+this machine's batch program runs. They are run by each command's own batch program, checked, described, compared, drawn, and
+carried to other programs and back. Ends at the first difference in exit status, words or files with status 1. Pictures by cairo (PNG, PDF) have the fonts of the
 machine: that they are made is all that is asked.
 """
 import os
 import pathlib
+import shlex
 import shutil
 import subprocess
 import sys
@@ -18,6 +19,7 @@ import tempfile
 SOURCE = pathlib.Path(__file__).resolve().parent.parent
 KINDS = ("displacement", "coupled", "temperature", "head")
 NOT_COMPARED = (".png", ".pdf")
+PROGRAM = "batch-program"
 
 
 def run(command, directory):
@@ -40,7 +42,16 @@ def lay_out(brelan, directory):
         run([brelan, "-q", "run", "--cut", "rules", deck.name], deck.parent)
 
 
+def batch_program(command, place):
+    """A script that stands for the batch program beside a command: what starts the one starts the other."""
+    program = os.path.join(os.path.dirname(command[-1]), "brelan2d")
+    place.write_text("#!/bin/sh\nexec " + shlex.join([*command[:-1], program]) + ' "$@"\n')
+    place.chmod(0o755)
+
+
 def jobs(directory):
+    for deck in sorted(path.relative_to(directory) for path in directory.glob("*.dat")):
+        yield ["-q", "run", "--program", PROGRAM, deck]
     meshes = sorted(path.relative_to(directory) for path in directory.rglob("*.Mes"))
     for deck in sorted(path.relative_to(directory) for path in directory.rglob("*.dat")):
         yield ["check", deck]
@@ -61,7 +72,7 @@ def jobs(directory):
 
 def left(directory):
     return {path.name: b"" if path.suffix in NOT_COMPARED else path.read_bytes()
-            for path in directory.iterdir() if path.is_file()}
+            for path in directory.iterdir() if path.is_file() and path.name != PROGRAM}
 
 
 def main(brelan, *other):
@@ -72,6 +83,8 @@ def main(brelan, *other):
         given.mkdir()
         lay_out(brelan, given)
         shutil.copytree(given, there)
+        batch_program([brelan], given / PROGRAM)
+        batch_program(other, there / PROGRAM)
         count = statuses = 0
         size = 0
         for job in jobs(given):
