@@ -5,9 +5,9 @@
 
 The first target is what the others are held against: exit status, console, messages and every file of project and drive.
 A program that ends in .exe runs under wine, one below a directory "aarch64" under qemu-aarch64. Decks are those of the
-examples, of the whole runs that the tests recorded (BRELAN_RECORD_RUNS=DIR; --whole of them), and N random ones of each kind from the seed
-on. Ends at the first difference with status 1, naming deck and file; the table tells what was compared. --spoil changes a
-byte of what the named target leaves, so that one sees the comparison fail.
+examples, of the whole runs that the tests recorded (BRELAN_RECORD_RUNS=DIR; --whole of them), and N random ones of each
+kind from the seed on. Ends at the first difference with status 1, naming deck and file; the table tells what was compared.
+--spoil changes a byte of what the named target leaves, so that one sees the comparison fail.
 """
 import argparse
 import concurrent.futures
