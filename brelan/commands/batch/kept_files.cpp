@@ -32,7 +32,7 @@ void KeptFiles::put_back() {
             else
                 copy_with_time(entry.copy, entry.file);
         } catch (const fs::filesystem_error& error) {
-            copies_.keep();
+            copies_.leave_to_next_run();
             throw Failure(
                 fmt::format("{}: cannot be removed: {}", entry.file.string(), error.code().message()));
         } catch (const Failure& failure) {

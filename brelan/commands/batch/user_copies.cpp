@@ -82,11 +82,19 @@ Settled settle_copy(const fs::path& copy, const fs::path& place, CopyKind kind, 
     return Settled::no;
 }
 
-// A directory without a list holds what the user has been told of.
+// Without a list the run had come no further, or the user has been told what is there.
+void settle_without_list(const fs::path& directory) {
+    std::error_code error;
+    for (const fs::directory_entry& there : fs::directory_iterator(directory, error))
+        if (there.path().filename().string().starts_with(PLACES))  // half of a list
+            fs::remove(there.path(), error);
+    fs::remove(directory, error);
+}
+
 void settle_directory(const fs::path& directory, CopyKind kind, const Remark& remark) {
     std::error_code error;
     if (!fs::exists(directory / PLACES, error)) {
-        fs::remove(directory, error);  // where the run had come no further
+        settle_without_list(directory);
         return;
     }
     bool all = true;

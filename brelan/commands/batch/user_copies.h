@@ -33,7 +33,8 @@ public:
     // The name of the copy of a file, by its number among the places.
     std::filesystem::path copy(std::size_t number) const;
 
-    // The directory stays, with what the user has been told is there.
+    // The directory stays: for the next run to settle, or for good, as the user has been told what is there.
+    void leave_to_next_run() { directory_.keep(); }
     void keep();
 
 private:
