@@ -70,9 +70,12 @@ def jobs(directory):
     yield ["--version"]
 
 
-def left(directory):
+def left(directory, known):
+    """The files that are not as they were known to be, and all as they are known now."""
+    now = {path: path.stat() for path in directory.iterdir() if path.is_file() and path.name != PROGRAM}
+    now = {path: (about.st_mtime_ns, about.st_size, about.st_ino) for path, about in now.items()}
     return {path.name: b"" if path.suffix in NOT_COMPARED else path.read_bytes()
-            for path in directory.iterdir() if path.is_file() and path.name != PROGRAM}
+            for path, about in now.items() if known.get(path) != about}, now
 
 
 def main(brelan, *other):
@@ -85,19 +88,20 @@ def main(brelan, *other):
         shutil.copytree(given, there)
         batch_program([brelan], given / PROGRAM)
         batch_program(other, there / PROGRAM)
-        count = statuses = 0
-        size = 0
+        count = statuses = size = 0
+        known, known_there = left(given, {})[1], left(there, {})[1]
         for job in jobs(given):
             words = [str(word) for word in job]
             ends = run([brelan, *words], given), run([*other, *words], there)
-            states = left(given), left(there)
+            made, known = left(given, known)
+            made_there, known_there = left(there, known_there)
             # A made picture is no file of 0 bytes.
             empty = [path for path in there.iterdir() if path.suffix in NOT_COMPARED and path.stat().st_size < 1000]
-            if ends[0] != ends[1] or states[0] != states[1] or empty:
+            if ends[0] != ends[1] or made != made_there or empty:
                 print(f"brelan {' '.join(words)}: not the same:", *ends, empty, sep="\n  ", file=sys.stderr)
                 return 1
             count, statuses = count + 1, statuses + (ends[0][0] == 0)
-            size += len(ends[0][1]) + sum(map(len, states[0].values()))
+            size += len(ends[0][1]) + sum(map(len, made.values()))
         print(f"{count} commands, {statuses} of them with status 0, {size} bytes of words and files: no difference")
         return 0 if statuses * 2 > count else 1
 
