@@ -319,13 +319,13 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
     parser.add_argument("--sample", type=int, help="so many of each kind alone, of each program in each case")
     parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--case", help="the cases alone whose name begins so")
+    parser.add_argument("--case", action="append", help="the cases alone whose name begins so")
     parser.add_argument("--kind", action="append")
     parser.add_argument("--every-allocation", action="store_true", help="those too that the same calls lead to: half a day")
     options = parser.parse_args()
     tried, survived, known = collections.Counter(), collections.Counter(), collections.defaultdict(set)
     for case in cases.CASES:
-        if options.case and not case.name.startswith(options.case):
+        if options.case and not case.name.startswith(tuple(options.case)):
             continue
         shelf = pathlib.Path(os.path.realpath(tempfile.mkdtemp(prefix="brelan-faults-")))
         try:
