@@ -7,6 +7,7 @@
 #include <initializer_list>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
@@ -110,16 +111,16 @@ SideFiles::~SideFiles() {
 }
 
 // The project has its own file again before the new one leaves its place.
-bool SideFiles::move_apart(const Entry& entry, const fs::path& file) {
+std::string SideFiles::move_apart(const Entry& entry, const fs::path& file) {
     try {
         write_file(apart_ / entry.name, read_file(file));
     } catch (const Failure&) {
-        return false;
+        return fmt::format("{}: cannot be written", (apart_ / entry.name).string());
     }
-    std::error_code gone;
+    std::error_code error;
     if (entry.aside.empty())
-        fs::remove(file, gone);
-    return true;
+        fs::remove(file, error);
+    return error ? fmt::format("{}: cannot be removed: {}", file.string(), error.message()) : "";
 }
 
 void SideFiles::collect() {
@@ -136,10 +137,10 @@ void SideFiles::collect() {
             continue;
         if (!aside_ || entry.name == DEFAULTS)
             written_.push_back(now);
-        else if (move_apart(entry, now))
+        else if (std::string reason = move_apart(entry, now); reason.empty())
             written_.push_back(apart_ / entry.name);
         else
-            failure = fmt::format("{}: cannot be written", (apart_ / entry.name).string());
+            failure = std::move(reason);
     }
     for (const Entry& entry : entries_) {
         std::error_code error;

@@ -43,7 +43,8 @@ private:
         std::filesystem::path aside;  // empty: left in its place
     };
     void set_aside(Entry& entry, std::size_t number);
-    bool move_apart(const Entry& entry, const std::filesystem::path& file);
+    // Why it cannot be moved; empty where it was.
+    std::string move_apart(const Entry& entry, const std::filesystem::path& file);
 
     std::filesystem::path project_, apart_;
     std::optional<UserCopies> aside_;
