@@ -20,6 +20,7 @@
 #include "terminal.h"
 #include "text/directory_hold.h"
 #include "text/run_end.h"
+#include "text/termination.h"
 
 namespace brelan {
 
@@ -67,6 +68,17 @@ int without_memory() {
     return STATUS_FAILED;
 }
 
+// The standard library's own files may find no memory where nothing can be thrown.
+void end_by_terminate() {
+    if (termination_by() == Termination::fault)
+        std::fputs(
+            "brelan2d: the run cannot go on: an error inside the program; please report it with the deck\n",
+            stderr);
+    else
+        without_memory();
+    std::_Exit(STATUS_FAILED);
+}
+
 CutMethod method_by(std::span<char* const> arguments) {
     const bool sound = std::any_of(arguments.begin(), arguments.end(),
                                    [](std::string_view argument) { return argument == "--sound"; });
@@ -101,8 +113,7 @@ int run_here(CutMethod cut) {
 }  // namespace brelan
 
 int main(int count, char* arguments[]) {
-    // The standard library's own files may find no memory where nothing can be thrown.
-    std::set_terminate([] { std::_Exit(brelan::without_memory()); });
+    std::set_terminate(brelan::end_by_terminate);
     try {
         const std::span<char* const> given(arguments, static_cast<std::size_t>(count));
         return brelan::run_here(brelan::method_by(given.subspan(std::min<std::size_t>(given.size(), 1))));

@@ -10,6 +10,7 @@
 #include "cli/interruption.h"
 #include "commands/command_line.h"
 #include "text/run_end.h"
+#include "text/termination.h"
 
 using namespace brelan::tool;
 
@@ -20,14 +21,19 @@ void tell_of_memory() {
     std::fputs("brelan: there is not enough memory\n", stderr);
 }
 
+// The standard library's own files may find no memory where nothing can be thrown.
+void end_by_terminate() {
+    if (brelan::termination_by() == brelan::Termination::fault)
+        std::fputs("brelan: an error inside the program; please report it with what it was given\n", stderr);
+    else
+        tell_of_memory();
+    std::_Exit(STATUS_BAD);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    // The standard library's own files may find no memory where nothing can be thrown.
-    std::set_terminate([] {
-        tell_of_memory();
-        std::_Exit(STATUS_BAD);
-    });
+    std::set_terminate(end_by_terminate);
     remove_half_files_on_signals();
     int status = STATUS_BAD;
     try {

@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 """Runs decks by the batch programs of several compilers and systems, and compares what they leave, to the byte.
 
-    everywhere.py --target NAME=PROGRAM ... [--recorded DIR] [--count N] [--seed N] [--spoil NAME]
+    everywhere.py --target NAME=PROGRAM ... [--recorded DIR] [--whole N] [--count N] [--seed N] [--spoil NAME]
 
 The first target is what the others are held against: exit status, console, messages and every file of project and drive.
 A program that ends in .exe runs under wine, one below a directory "aarch64" under qemu-aarch64. Decks are those of the
-examples, of the whole runs that the tests recorded (BRELAN_RECORD_RUNS=DIR), and N random ones of each kind from the seed
-on. Ends at the first difference with status 1, naming deck and file; the table tells what was compared. --spoil changes a
-byte of what the named target leaves, so that one sees the comparison fail.
+examples, of the whole runs that the tests recorded (BRELAN_RECORD_RUNS=DIR; --whole of them), and N random ones of each
+kind from the seed on. Ends at the first difference with status 1, naming deck and file; the table tells what was compared.
+--spoil changes a byte of what the named target leaves, so that one sees the comparison fail.
 """
 import argparse
 import concurrent.futures
@@ -29,6 +29,7 @@ import compare_groups  # noqa: E402
 import compare_outputs  # noqa: E402
 
 TIME_LIMIT = 900
+PAUSE = 60  # seconds between two lines that tell how far it is
 MESSAGES = "(messages)"
 
 
@@ -70,10 +71,11 @@ def examples(shelf, reference):
         reference.start(Folder(deck.name, shelf), shelf)
 
 
-def recorded(shelf):
-    """The runs that the tests recorded, those that are alike once."""
+def recorded(shelf, most):
+    """The runs that the tests recorded, those that are alike once; at most so many, spread over all."""
     seen = set()
-    for folder in sorted(shelf.iterdir()):
+    folders = sorted(shelf.iterdir())
+    for folder in folders[::-(-len(folders) // most) or 1]:
         arguments = (folder / "arguments").read_text().split("\n")[:-1]
         run = Folder(folder.name, folder / "files", arguments, (folder / "typed").read_bytes())
         content = hashlib.sha256(repr((arguments, run.typed, sorted(tree_of(run.root).items()))).encode()).digest()
@@ -281,10 +283,17 @@ class Comparison:
 
     def run_all(self, kind, decks):
         self.kinds.append(kind)
-        begun = time.monotonic()
-        good = all(self.run(kind, deck) for deck in decks)
-        print(f"{kind}: {time.monotonic() - begun:.0f} s", flush=True)
-        return good
+        begun = told = time.monotonic()
+        count = 0
+        for deck in decks:
+            if not self.run(kind, deck):
+                return False
+            count += 1
+            if time.monotonic() - told > PAUSE:
+                told = time.monotonic()
+                print(f"  {kind}: {count} decks so far, {told - begun:.0f} s", flush=True)
+        print(f"{kind}: {count} decks, {time.monotonic() - begun:.0f} s", flush=True)
+        return True
 
     def table(self):
         yield f"{'decks, all files of each compared':42}" + "".join(f"{t.name:>14}" for t in self.targets)
@@ -301,6 +310,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
     parser.add_argument("--target", action="append", required=True, metavar="NAME=PROGRAM")
     parser.add_argument("--recorded", type=pathlib.Path, metavar="DIR")
+    parser.add_argument("--whole", type=int, default=1000000)
     parser.add_argument("--count", type=int, default=100)
     parser.add_argument("--seed", type=int, default=700000)
     parser.add_argument("--spoil", metavar="NAME")
@@ -317,7 +327,7 @@ def compare_all(comparison, options, shelf):
     seeds = range(options.seed, options.seed + options.count)
     good = comparison.run_all("examples", examples(shelf / "examples", comparison.targets[0]))
     if good and options.recorded:
-        good = comparison.run_all("whole runs of the tests", recorded(options.recorded))
+        good = comparison.run_all("whole runs of the tests", recorded(options.recorded, options.whole))
     for kind in ("modes", "groups", "groups --sound", "outputs"):
         good = good and comparison.run_all(kind, random_decks(kind, seeds))
     print(*comparison.table(), sep="\n")

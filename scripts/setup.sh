@@ -45,6 +45,35 @@ install_missing() {
         apt-get -qq -y --no-install-recommends install "${missing[@]}" > /dev/null
 }
 
+# arm64_libraries: what the command brelan is made with, of Debian's arm64, in build/arm64-libraries. Nothing is installed, and
+# no right of root's needed: packages are fetched by an apt-get with a state of its own, and unpacked. False where they cannot
+# be had.
+arm64_libraries() {
+    local place=$PWD/build/arm64-libraries fetched=$PWD/build/arm64-packages package link
+    [ ! -d "$place" ] || return 0
+    command -v apt-get dpkg-deb > /dev/null || return 1
+    rm -rf "$fetched"
+    mkdir -p "$fetched/lists/partial" "$fetched/archives/partial" "$fetched/root"
+    : > "$fetched/status"
+    local apt=(apt-get -qq -o Dir::State="$fetched" -o Dir::State::status="$fetched/status" -o Dir::Cache="$fetched"
+        -o APT::Architecture=arm64 -o APT::Architectures::=arm64 -o APT::Sandbox::User="$(id -un)")
+    echo "fetching libraries of arm64"
+    {
+        "${apt[@]}" update
+        "${apt[@]}" -y --download-only --no-install-recommends install libcairo2-dev libfmt-dev libpugixml-dev zlib1g-dev \
+            libcli11-dev nlohmann-json3-dev
+    } > "$fetched/log" 2>&1 || return 1
+    for package in "$fetched"/archives/*.deb; do
+        dpkg-deb --extract "$package" "$fetched/root" || return 1
+    done
+    # Links to whole paths would lead out of it.
+    find "$fetched/root" -type l -lname '/*' | while read -r link; do
+        ln -sfn "$place$(readlink "$link")" "$link"
+    done
+    mv "$fetched/root" "$place"
+    rm -r "$fetched"
+}
+
 # quietly <command>...: shows what a command says only when it fails.
 quietly() {
     local said
@@ -52,6 +81,20 @@ quietly() {
         printf '%s\n' "$said" >&2
         return 1
     }
+}
+
+# configure <preset>: that for 64-bit ARM with the command brelan where its libraries can be had.
+configure() {
+    local tools=()
+    if [ "$1" = aarch64 ]; then
+        tools=(-D BRELAN_TOOLS=OFF)
+        if arm64_libraries; then
+            tools=(-D BRELAN_TOOLS=ON)
+        else
+            echo "without the command brelan for 64-bit ARM: its libraries cannot be had here"
+        fi
+    fi
+    quietly cmake --preset "$1" "${tools[@]}"
 }
 
 # in_memory: temporary files in memory where there is room, as the tests make and delete thousands of small projects.

@@ -10,6 +10,7 @@
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "cli/interruption.h"
+#include "text/native_file.h"
 
 namespace brelan::tool {
 

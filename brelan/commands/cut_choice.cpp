@@ -75,7 +75,7 @@ std::string reason_against(const RunReport& sound, const MeshVerdict& verdict) {
 // By the rules, and where the mesh is unsound by the sound cut, from the same files. The better mesh stands.
 RunReport run_by_both(const RunPlace& place, const RunReport& begun) {
     const std::vector<fs::path> files = files_at_stake(place);
-    KeptFiles before(place.project, files);
+    KeptFiles before(place.project, CopyKind::to_be_replaced, files);
     RunReport by_rules = run_once(place, begun, CutMethod::by_rules);
     const MeshVerdict rules = verdict_on(by_rules);
     if (!rules.known && !rules.text.empty())
@@ -83,7 +83,7 @@ RunReport run_by_both(const RunPlace& place, const RunReport& begun) {
                                    rules.text);
     if (rules.faults == 0)
         return by_rules;
-    KeptFiles after(place.project, files);
+    KeptFiles after(place.project, CopyKind::of_run, files);
     try {
         before.put_back();
         RunReport again = begun;

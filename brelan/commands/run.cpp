@@ -15,6 +15,7 @@
 #include "commands/batch/directory_lock.h"
 #include "commands/batch/edition.h"
 #include "commands/batch/side_files.h"
+#include "commands/batch/user_copies.h"
 #include "commands/card_report.h"
 #include "commands/checking/deck_check.h"
 #include "commands/checking/drawn_lines.h"
@@ -147,6 +148,7 @@ int run_deck(const RunOptions& options, const Context& context) {
         note(context,
              fmt::format("{}: another run is at work in this project; waiting for it", project.string()));
     });
+    settle_left_copies(project, remark);
     if (!data)
         data.emplace(context.program, choice.edition, project);
     const DeckCheck check =

@@ -221,7 +221,7 @@ void write_dam_decks(Channels& channels, LayoutKind kind, CutMethod cut, CardMem
                      DamCards& dam, DamSizes& sizes) {
     check_dam(dam, sizes);
     memory.prepared_kind_code = kind_of_decks(kind);
-    DeckWriter deck(channels.open(CHANNEL_DATA, MAIN_DECK, OpenStatus::work), decks.made[1]);
+    DeckWriter deck(channels.open(CHANNEL_DATA, MAIN_DECK, OpenStatus::setting), decks.made[1]);
     write_base_mesh(kind, dam, sizes, deck);
     // The numbers of the shells' elements stay free.
     const std::int32_t shell_elements =

@@ -3,13 +3,7 @@
 #include <cerrno>
 #include <system_error>
 
-#ifdef _WIN32
-#include <windows.h>
-#else
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-#endif
+#include "text/system_calls.h"
 
 namespace brelan {
 
@@ -25,7 +19,7 @@ DirectoryHold::~DirectoryHold() {
 }
 
 bool DirectoryHold::try_to_hold() {
-    const HANDLE handle = CreateFileW(lock_.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
+    const HANDLE handle = CreateFileW(for_calls(lock_).c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
                                       FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
     if (handle != INVALID_HANDLE_VALUE)
         handle_ = handle;

@@ -3,18 +3,7 @@
 #include <cerrno>
 #include <string>
 
-#ifdef _WIN32
-#include <fcntl.h>
-#include <io.h>
-#include <process.h>
-#include <sys/stat.h>
-#include <windows.h>
-#else
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
+#include "text/system_calls.h"
 
 namespace brelan {
 
@@ -26,24 +15,6 @@ namespace {
 
 std::error_code last_error() {
     return {static_cast<int>(GetLastError()), std::system_category()};
-}
-
-// A path as system calls take it. Longer ones than 247 characters (260 less a short name, which is what
-// directories may have) are refused unless they are whole and begin with \\?\, in which case nothing in them
-// is interpreted.
-std::wstring for_calls(const fs::path& path) {
-    constexpr DWORD LONGEST_PLAIN = 247;
-    const std::wstring& given = path.native();
-    if (given.starts_with(LR"(\\?\)"))
-        return given;
-    const DWORD room = GetFullPathNameW(given.c_str(), 0, nullptr, nullptr);
-    if (room <= LONGEST_PLAIN)
-        return given;
-    std::wstring whole(room, L'\0');
-    whole.resize(GetFullPathNameW(given.c_str(), room, whole.data(), nullptr));
-    if (whole.starts_with(LR"(\\)"))  // \\server\share
-        return LR"(\\?\UNC)" + whole.substr(1);
-    return LR"(\\?\)" + whole;
 }
 
 // An open file or directory that is only asked about.
@@ -63,6 +34,13 @@ public:
     bool describe(BY_HANDLE_FILE_INFORMATION& to) const {
         return handle_ != INVALID_HANDLE_VALUE && GetFileInformationByHandle(handle_, &to) != 0;
     }
+    // Where it lies, whatever links led to it; empty where that is not known.
+    fs::path place() const {
+        const DWORD room = GetFinalPathNameByHandleW(handle_, nullptr, 0, VOLUME_NAME_DOS);
+        std::wstring path(room, L'\0');
+        path.resize(GetFinalPathNameByHandleW(handle_, path.data(), room, VOLUME_NAME_DOS));
+        return path;
+    }
     // Of the devices NUL, CON, COM1 and so on.
     bool is_device() const {
         return handle_ != INVALID_HANDLE_VALUE && GetFileType(handle_) != FILE_TYPE_DISK;
@@ -73,6 +51,21 @@ private:
 };
 
 }  // namespace
+
+std::wstring for_calls(const fs::path& path) {
+    constexpr DWORD LONGEST_PLAIN = 247;
+    const std::wstring& given = path.native();
+    if (given.starts_with(LR"(\\?\)"))
+        return given;
+    const DWORD room = GetFullPathNameW(given.c_str(), 0, nullptr, nullptr);
+    if (room <= LONGEST_PLAIN)
+        return given;
+    std::wstring whole(room, L'\0');
+    whole.resize(GetFullPathNameW(given.c_str(), room, whole.data(), nullptr));
+    if (whole.starts_with(LR"(\\)"))  // \\server\share
+        return LR"(\\?\UNC)" + whole.substr(1);
+    return LR"(\\?\)" + whole;
+}
 
 std::FILE* open_stream(const fs::path& path, const char* mode) {
     return _wfopen(for_calls(path).c_str(), fs::path(mode).c_str());
@@ -100,6 +93,14 @@ void replace_file(const fs::path& from, const fs::path& to, std::error_code& err
 
 bool flush_directory(const fs::path&) {
     return true;
+}
+
+fs::path behind_links(const fs::path& path) {
+    const DWORD attributes = GetFileAttributesW(for_calls(path).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
+        return path;
+    fs::path target = Handle(path).place();
+    return target.empty() ? path : target;
 }
 
 fs::file_type type_of_file(const fs::path& path) {
@@ -235,6 +236,14 @@ bool flush_directory(const fs::path& directory) {
     close(opened);
     errno = reason;
     return flushed;
+}
+
+fs::path behind_links(const fs::path& path) {
+    std::error_code error;
+    if (!fs::is_symlink(path, error))
+        return path;
+    fs::path target = fs::weakly_canonical(path, error);
+    return error ? path : target;
 }
 
 fs::file_type type_of_file(const fs::path& path) {

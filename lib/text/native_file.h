@@ -29,6 +29,9 @@ void replace_file(const std::filesystem::path& from, const std::filesystem::path
 // such call a name is as durable as replace_file made it.
 bool flush_directory(const std::filesystem::path& directory);
 
+// Where a file lies that links may lead to.
+std::filesystem::path behind_links(const std::filesystem::path& path);
+
 // As their namesakes of std::filesystem, for paths of any length.
 std::filesystem::file_type type_of_file(const std::filesystem::path& path);
 std::uintmax_t size_of_file(const std::filesystem::path& path, std::error_code& error);

@@ -52,14 +52,6 @@ void remove_left_files(const fs::path& directory) {
 
 }  // namespace
 
-fs::path behind_links(const fs::path& path) {
-    std::error_code error;
-    if (!fs::is_symlink(path, error))
-        return path;
-    fs::path target = fs::weakly_canonical(path, error);
-    return error ? path : target;
-}
-
 Replaceable replaceable(const fs::path& path) {
     const fs::path target = behind_links(path);
     Replaceable found;

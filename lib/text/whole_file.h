@@ -9,9 +9,6 @@
 
 namespace brelan {
 
-// Where a file lies that links may lead to.
-std::filesystem::path behind_links(const std::filesystem::path& path);
-
 // Whether a file can be replaced, or made where there is none.
 struct Replaceable {
     std::error_code file;       // why the file that is there must not be written; none: it may be

@@ -197,12 +197,12 @@ TEST(GroupCards, ArcWithoutLengthIsRefusedAtItsCard) {
         const Project project(Kind::displacement);
         project.write("mesh.Mes", sample_mesh(Kind::displacement).text());
         project.deck(text_of(FRONT + cards));
-        expect_failed(
-            project.run(),
-            {"deck.dat, line " +
-                 std::to_string(FRONT.size() + NO_LISTS.size() + REFERENCE.size() + 1 + line) + ": ",
-             std::string("Card 3.3.5.4.3.1-1 (") + field + "): ",
-             std::string("found ") + found + ": the arc has no length"});
+        expect_failed(project.run(), {"deck.dat, line " +
+                                          std::to_string(std::ssize(FRONT) + std::ssize(NO_LISTS) +
+                                                         std::ssize(REFERENCE) + 1 + line) +
+                                          ": ",
+                                      std::string("Card 3.3.5.4.3.1-1 (") + field + "): ",
+                                      std::string("found ") + found + ": the arc has no length"});
         EXPECT_FALSE(project.exists("out.Mes"));
     };
     expect_refused(arc_cards("100 90 0 0 0 45"), 9, "Rx", "0");

@@ -4,6 +4,8 @@
 //   FAULT_ROOT     the directory; calls for other files pass
 //   FAULT_PROGRAM  the file name of the program that is meant; others that it starts, or that start it, pass
 //   FAULT_COUNTS   a file that gets the count of each kind of call when the program ends: "write 17"
+//   FAULT_STACKS   a file that gets a line for each allocation: the calls that led to it, as a number; and one that
+//                  says "begin" for each process
 //   FAULT_RECORD   a directory that gets a copy of every file that takes the place of another
 //   FAULT_KIND     open, read, write, flush, close, rename, truncate, unlink, make or allocate
 //   FAULT_AT       which call of the kind fails, from 1
@@ -12,7 +14,9 @@
 //   FAULT_TOLD     a file that gets the path of the call that failed
 #define _GNU_SOURCE
 #include <dirent.h>
+#include <dlfcn.h>
 #include <errno.h>
+#include <execinfo.h>
 #include <fcntl.h>
 #include <limits.h>
 #include <signal.h>
@@ -32,7 +36,7 @@ static const char* const NAMES[KINDS] = {"open",   "read",     "write",  "flush"
 enum How { NONE, ERROR, ALWAYS, SPACE, SHORT, BEFORE, AFTER };
 static const char* const HOWS[] = {"", "error", "always", "space", "short", "before", "after"};
 
-enum { FILES = 1024, STREAMS = 256 };
+enum { FILES = 1024, STREAMS = 256, DEEPEST_STACK = 128 };
 
 static bool on, full;
 static char root[PATH_MAX];
@@ -41,6 +45,7 @@ static enum Kind kind = KINDS;
 static enum How how = NONE;
 static long at;
 static const char *told, *counts, *record;
+static int stacks = -1;  // the file that gets them
 static char* path_of[FILES];  // of the files below the root that are open, by descriptor
 static struct {
     FILE* stream;
@@ -462,7 +467,23 @@ int symlink(const char* to, const char* path) {
 
 // --- memory ---------------------------------------------------------------------------------------------------
 
+// The calls that led here are one number: their places in the code, which lies elsewhere in every process, folded.
+static void note_stack(void) {
+    void* calls[DEEPEST_STACK];
+    const int depth = backtrace(calls, DEEPEST_STACK);
+    unsigned long folded = 14695981039346656037UL;
+    for (int i = 0; i < depth; ++i) {
+        Dl_info module;
+        const bool known = dladdr(calls[i], &module) != 0;
+        folded = (folded ^ ((unsigned long)calls[i] - (known ? (unsigned long)module.dli_fbase : 0))) * 1099511628211UL;
+    }
+    char line[32];
+    raw_write(stacks, line, (size_t)snprintf(line, sizeof line, "%lx\n", folded));
+}
+
 static bool refuses_memory(void) {
+    if (on && stacks >= 0)
+        note_stack();
     return fails(fate(ALLOCATE, NULL), ENOMEM);
 }
 void* malloc(size_t size) {
@@ -510,6 +531,13 @@ static int counted_main(int number, char** arguments, char** environment) {
             how = (enum How)i;
     text = getenv("FAULT_AT");
     at = text == NULL ? 0 : atol(text);
+    text = getenv("FAULT_STACKS");
+    if (text != NULL) {
+        void* first_call_loads_a_library[1];
+        backtrace(first_call_loads_a_library, 1);
+        stacks = (int)syscall(SYS_openat, AT_FDCWD, text, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+        raw_write(stacks, "begin\n", 6);
+    }
     atexit(tell_counts);
     on = true;
     return main_of_program(number, arguments, environment);
@@ -519,8 +547,7 @@ typedef int start_main(int (*)(int, char**, char**), int, char**, void (*)(void)
 
 int __libc_start_main(int (*program)(int, char**, char**), int number, char** arguments, void (*begin)(void),
                       void (*end)(void), void (*loader_end)(void), void* stack) {
-    extern void* dlsym(void*, const char*);
     main_of_program = program;
-    start_main* const real = (start_main*)dlsym((void*)-1L, "__libc_start_main");
+    start_main* const real = (start_main*)dlsym(RTLD_NEXT, "__libc_start_main");
     return real(counted_main, number, arguments, begin, end, loader_end, stack);
 }

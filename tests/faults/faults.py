@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Makes every call of the real programs that reaches a file fail, one at a time, and every allocation.
 
-    faults.py [--sample COUNT] [--seed SEED] [--case WORD] [--kind KIND]
+    faults.py [--sample COUNT] [--seed SEED] [--case WORD] [--kind KIND] [--every-allocation]
 
 Each case runs once without a fault, which counts its calls; then once for each call of each kind and each way to fail,
-or for a sample of them. What is wrong is shown with its case, and the table at the end tells how many were tried. The
-exit status is 0 when nothing is wrong.
+or for a sample of them. Of allocations that the same chain of calls leads to, from main on, the first and the last fail, in
+the first case that has them. What is wrong is shown with its case, whose last lines tell how many were tried. The exit
+status is 0 when nothing is wrong.
 """
 import argparse
 import collections
@@ -35,8 +36,9 @@ WAYS = {
     "allocate": ["error", "always"],
 }
 PART = re.compile(r"\.brelan-\d+-\d+\.part$")
-# Copies of the user's files, which stay until the user has seen them.
-COPIES = re.compile(r"/\.brelan-(kept|aside)-")
+# Copies of the user's files, and what the command says of those that stay until the user has seen to them.
+COPIES = re.compile(r"/\.brelan-(kept|aside|made)-")
+OF_COPIES = re.compile(r"kept as|cannot be put back from|what stood there before")
 KILLED = -9
 
 
@@ -131,6 +133,22 @@ class Sound:
             found[kind] = max(found[kind], int(number))
         return found
 
+    def allocations(self, program, known):
+        """The allocations that fail: the first and the last of each chain of calls that no case before has."""
+        self.trial.lay_out()
+        stacks = self.trial.shelf / "stacks"
+        stacks.unlink(missing_ok=True)
+        self.trial.run(PROGRAM=program, STACKS=stacks)
+        chosen = set()
+        for process in stacks.read_text().split("begin\n")[1:]:
+            chains = process.split()
+            first = {chain: number for number, chain in reversed(list(enumerate(chains, 1)))}
+            last = {chain: number for number, chain in enumerate(chains, 1)}
+            for chain in first.keys() - known:
+                chosen.update((first[chain], last[chain]))
+            known.update(chains)
+        return sorted(chosen)
+
     def note_places(self, program):
         self.trial.lay_out()
         record = self.trial.shelf / "record"
@@ -166,12 +184,17 @@ class Fault(collections.namedtuple("Fault", "program kind way at")):
         return f"{self.program}: {self.kind} {self.at} {self.way}"
 
 
-def faults_of(sound, kinds):
+def faults_of(sound, options, known):
     for program, counts in sound.counts.items():
         for kind, ways in WAYS.items():
-            if kinds and kind not in kinds:
+            # Cairo does not survive a want of memory: it crashes or never ends.
+            if options.kind and kind not in options.kind or \
+                    kind == "allocate" and sound.case.name in ("plot png", "plot pdf"):
                 continue
-            for at in range(1, counts[kind] + 1):
+            numbers = range(1, counts[kind] + 1)
+            if kind == "allocate" and not options.every_allocation:
+                numbers = sound.allocations(program, known[program])
+            for at in numbers:
                 for way in ways:
                     yield Fault(program, kind, way, at)
 
@@ -197,11 +220,15 @@ def faults_found(sound, fault):
     else:
         wrong += wrong_end(sound, result, state, path, fault)
     wrong += wrong_files(sound, state)
-    # What must not be removed is the next run's, which can.
-    was_left = was_killed or fault.kind in ("unlink", "allocate")
-    wrong += left_over(sound, state, was_left)
-    if was_left and not wrong and trial.run().returncode == 0:
-        wrong += ["after the next run: " + text for text in left_over(sound, tree(trial.root), False)]
+    # What must not be removed, or a directory looked through for it, is the next run's, which can.
+    was_left = was_killed or fault.kind in ("unlink", "allocate") or \
+        (fault.kind == "open" and is_scratch(path) and result.returncode == sound.case.status)
+    wrong += left_over(sound, state, was_left, result.stderr)
+    if was_left and not wrong and left_over(sound, state, False, ""):
+        following = trial.run()
+        if following.returncode == 0:
+            wrong += ["after the next run: " + text
+                      for text in left_over(sound, tree(trial.root), False, following.stderr)]
     return [f"{text} [{path}]\n      status {result.returncode}, {result.stderr.strip()!r}" for text in wrong]
 
 
@@ -210,8 +237,10 @@ def without_times(text):
 
 
 def wrong_end(sound, result, state, path, fault):
-    # Where the sound cut fails the mesh by the rules stands, and the summary says why.
-    if result.returncode == 0 and "the sound cut ended with" in result.stdout:
+    # Where the sound cut fails, or it is not known whether one is needed, the mesh by the rules stands, and the summary
+    # says why.
+    if result.returncode == 0 and re.search("the sound cut ended with|is not known, nor tried the sound cut|"
+                                            "the sound cut left no mesh that can be read", result.stdout):
         return []
     if result.returncode == sound.case.status:
         if Sound.known(state) != Sound.known(sound.after):
@@ -257,17 +286,23 @@ def wrong_files(sound, state):
     return wrong
 
 
-def left_over(sound, state, was_killed):
+def left_over(sound, state, may_be_left, said):
     parts = [path for path in state if PART.search(path) and not COPIES.search(path)]
     wrong = []
-    if len(parts) > (1 if was_killed else 0):
+    if len(parts) > (1 if may_be_left else 0):
         wrong.append(f"left: {parts}")
-    if not was_killed:
-        made = sorted(p for p in state if is_scratch(p) and p not in sound.after and not COPIES.search(p) and
+    if not may_be_left:
+        made = sorted(p for p in state if is_scratch(p) and p not in sound.after and
+                      not (COPIES.search(p) and OF_COPIES.search(said)) and
                       not (sound.case.is_batch and p.startswith(os.path.join("project", cases.WORK))))
         if made:
             wrong.append(f"left: {made[:4]}")
     return wrong
+
+
+def group_of(kind):
+    """What a line of the table is about."""
+    return "allocations" if kind == "allocate" else "calls"
 
 
 def sample_of(faults, options, name):
@@ -284,32 +319,30 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
     parser.add_argument("--sample", type=int, help="so many of each kind alone, of each program in each case")
     parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--case", help="the cases alone whose name begins so")
+    parser.add_argument("--case", action="append", help="the cases alone whose name begins so")
     parser.add_argument("--kind", action="append")
+    parser.add_argument("--every-allocation", action="store_true", help="those too that the same calls lead to: half a day")
     options = parser.parse_args()
-    tried, survived = collections.Counter(), collections.Counter()
+    tried, survived, known = collections.Counter(), collections.Counter(), collections.defaultdict(set)
     for case in cases.CASES:
-        if options.case and not case.name.startswith(options.case):
+        if options.case and not case.name.startswith(tuple(options.case)):
             continue
         shelf = pathlib.Path(os.path.realpath(tempfile.mkdtemp(prefix="brelan-faults-")))
         try:
             sound = Sound(case, shelf)
-            # Cairo does not survive a want of memory: it crashes or never ends.
-            survivable = [fault for fault in faults_of(sound, options.kind)
-                          if fault.kind != "allocate" or case.name not in ("plot png", "plot pdf")]
-            for fault in sample_of(survivable, options, case.name):
-                tried[fault.program, fault.kind] += 1
+            for fault in sample_of(list(faults_of(sound, options, known)), options, case.name):
+                of_table = (case.name, fault.program, group_of(fault.kind))
+                tried[of_table] += 1
                 wrong = faults_found(sound, fault)
                 if not wrong:
-                    survived[fault.program, fault.kind] += 1
+                    survived[of_table] += 1
                 for text in wrong:
                     print(f"{case.name}: {fault}: {text}", flush=True)
         finally:
             shutil.rmtree(shelf, ignore_errors=True)
-    for program in PROGRAMS:
-        for kind in WAYS:
-            if tried[program, kind]:
-                print(f"{program:10} {kind:10} {tried[program, kind]:7} tried {survived[program, kind]:7} survived")
+        for of_case in (of_table for of_table in tried if of_table[0] == case.name):
+            print("{:24} {:9} {:12}".format(*of_case), f"{tried[of_case]:7} tried {survived[of_case]:7} survived",
+                  flush=True)
     print(f"{sum(tried.values())} faults tried, {sum(survived.values())} survived")
     return 0 if tried == survived and tried else 1
 

@@ -3,29 +3,21 @@
 #include <fmt/core.h>
 
 #include <system_error>
+#include <utility>
 
 #include "cli/exit_status.h"
-#include "cli/input_file.h"
-#include "cli/output_file.h"
 
 namespace brelan::tool {
 
 namespace fs = std::filesystem;
 
-void copy_with_time(const fs::path& from, const fs::path& to) {
-    write_file(to, read_file(from));
-    std::error_code without;
-    if (const fs::file_time_type time = fs::last_write_time(from, without); !without)
-        fs::last_write_time(to, time, without);
-}
-
-KeptFiles::KeptFiles(const fs::path& project, const std::vector<fs::path>& files)
-    : directory_(project, ".brelan-kept-", LeftDirectories::stay) {
+KeptFiles::KeptFiles(const fs::path& project, CopyKind kind, const std::vector<fs::path>& files)
+    : copies_(project, kind, files) {
     for (const fs::path& file : files) {
         std::error_code error;
         Entry entry{file, {}};
         if (fs::is_regular_file(file, error)) {
-            entry.copy = directory_.path() / fmt::format("{}", entries_.size());
+            entry.copy = copies_.copy(entries_.size());
             copy_with_time(file, entry.copy);
         }
         entries_.push_back(std::move(entry));
@@ -40,11 +32,11 @@ void KeptFiles::put_back() {
             else
                 copy_with_time(entry.copy, entry.file);
         } catch (const fs::filesystem_error& error) {
-            directory_.keep();
+            copies_.leave_to_next_run();
             throw Failure(
                 fmt::format("{}: cannot be removed: {}", entry.file.string(), error.code().message()));
         } catch (const Failure& failure) {
-            directory_.keep();
+            copies_.keep();
             throw Failure(fmt::format("{}; it is kept as {}", failure.what(), entry.copy.string()));
         }
     }

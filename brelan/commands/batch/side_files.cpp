@@ -7,12 +7,12 @@
 #include <initializer_list>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "cli/output_file.h"
 #include "cli/words.h"
-#include "commands/batch/kept_files.h"
 
 namespace brelan::tool {
 
@@ -70,6 +70,8 @@ std::vector<std::string> side_file_names(const NotedDeck& deck, const fs::path& 
 
 SideFiles::SideFiles(fs::path project, const NotedDeck& deck, fs::path apart)
     : project_(std::move(project)), apart_(std::move(apart)) {
+    for (const std::string& name : side_file_names(deck, project_))
+        entries_.push_back({name, file_of_card(project_, name), "", ""});
     if (!apart_.empty()) {
         std::error_code error;
         fs::create_directories(apart_, error);
@@ -77,23 +79,25 @@ SideFiles::SideFiles(fs::path project, const NotedDeck& deck, fs::path apart)
             throw Failure(fmt::format("{}: expected a directory, or a name for a new one", apart_.string()));
         if (fs::equivalent(apart_, project_, error))
             throw Failure(fmt::format("{}: expected another directory than the project's", apart_.string()));
-        aside_.emplace(project_, ".brelan-aside-", LeftDirectories::stay);
+        std::vector<fs::path> places;
+        for (const Entry& entry : entries_)
+            places.push_back(entry.there);
+        aside_.emplace(project_, CopyKind::not_to_be_seen, places);
     }
-    for (const std::string& name : side_file_names(deck, project_)) {
-        Entry entry{name, file_of_card(project_, name), "", ""};
-        if (aside_ && name != DEFAULTS)
-            set_aside(entry);
+    for (std::size_t number = 0; number < entries_.size(); ++number) {
+        Entry& entry = entries_[number];
+        if (aside_ && entry.name != DEFAULTS)
+            set_aside(entry, number);
         entry.state = state_of(entry.there);
-        entries_.push_back(std::move(entry));
     }
 }
 
 // It stays in its place as well: whatever ends the run, one of the two names has it.
-void SideFiles::set_aside(Entry& entry) {
+void SideFiles::set_aside(Entry& entry, std::size_t number) {
     std::error_code error;
     if (!fs::is_regular_file(entry.there, error))
         return;
-    const fs::path aside = aside_->path() / entry.there.filename();
+    const fs::path aside = aside_->copy(number);
     move_but_for_a_copy(entry.there, aside);
     entry.aside = aside;
 }
@@ -107,16 +111,16 @@ SideFiles::~SideFiles() {
 }
 
 // The project has its own file again before the new one leaves its place.
-bool SideFiles::move_apart(const Entry& entry, const fs::path& file) {
+std::string SideFiles::move_apart(const Entry& entry, const fs::path& file) {
     try {
         write_file(apart_ / entry.name, read_file(file));
     } catch (const Failure&) {
-        return false;
+        return fmt::format("{}: cannot be written", (apart_ / entry.name).string());
     }
-    std::error_code gone;
+    std::error_code error;
     if (entry.aside.empty())
-        fs::remove(file, gone);
-    return true;
+        fs::remove(file, error);
+    return error ? fmt::format("{}: cannot be removed: {}", file.string(), error.message()) : "";
 }
 
 void SideFiles::collect() {
@@ -133,10 +137,10 @@ void SideFiles::collect() {
             continue;
         if (!aside_ || entry.name == DEFAULTS)
             written_.push_back(now);
-        else if (move_apart(entry, now))
+        else if (std::string reason = move_apart(entry, now); reason.empty())
             written_.push_back(apart_ / entry.name);
         else
-            failure = fmt::format("{}: cannot be written", (apart_ / entry.name).string());
+            failure = std::move(reason);
     }
     for (const Entry& entry : entries_) {
         std::error_code error;

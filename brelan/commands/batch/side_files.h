@@ -2,12 +2,13 @@
 // names.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "commands/batch/temporary_directory.h"
+#include "commands/batch/user_copies.h"
 #include "model/deck.h"
 
 namespace brelan::tool {
@@ -41,11 +42,12 @@ private:
         std::string state;            // what tells that it has been written; empty: not there
         std::filesystem::path aside;  // empty: left in its place
     };
-    void set_aside(Entry& entry);
-    bool move_apart(const Entry& entry, const std::filesystem::path& file);
+    void set_aside(Entry& entry, std::size_t number);
+    // Why it cannot be moved; empty where it was.
+    std::string move_apart(const Entry& entry, const std::filesystem::path& file);
 
     std::filesystem::path project_, apart_;
-    std::optional<TemporaryDirectory> aside_;
+    std::optional<UserCopies> aside_;
     std::vector<Entry> entries_;
     std::vector<std::filesystem::path> written_, deleted_;
     bool collected_ = false;

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -42,21 +43,31 @@ int hold(const fs::path& directory) {
 }
 
 void remove_left_directories(const fs::path& in, std::string_view prefix) {
-    std::error_code error;
-    for (fs::directory_iterator there(in, error), end; !error && there != end; there.increment(error)) {
-        const std::string name = there->path().filename().string();
-        if (!name.starts_with(prefix) || name.size() != prefix.size() + UNIQUE.size())
-            continue;
-        const int handle = hold(there->path());
+    for (const fs::path& directory : left_directories(in, prefix)) {
+        const int handle = hold(directory);
         if (handle < 0)
             continue;
         std::error_code ignored;
-        fs::remove_all(there->path(), ignored);
+        fs::remove_all(directory, ignored);
         close(handle);
     }
 }
 
 }  // namespace
+
+std::vector<fs::path> left_directories(const fs::path& in, std::string_view prefix) {
+    std::vector<fs::path> found;
+    std::error_code error;
+    for (fs::directory_iterator there(in, error), end; !error && there != end; there.increment(error)) {
+        const std::string name = there->path().filename().string();
+        struct stat about {};
+        if (name.starts_with(prefix) && name.size() == prefix.size() + UNIQUE.size() &&
+            lstat(there->path().c_str(), &about) == 0 && S_ISDIR(about.st_mode) && about.st_uid == geteuid())
+            found.push_back(there->path());
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
 
 TemporaryDirectory::TemporaryDirectory(const fs::path& in, std::string_view prefix, LeftDirectories left) {
     if (left == LeftDirectories::removed)

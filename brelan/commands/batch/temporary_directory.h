@@ -4,12 +4,16 @@
 
 #include <filesystem>
 #include <string_view>
+#include <vector>
 
 namespace brelan::tool {
 
 // What happens to directories of this prefix that a killed command has left. They are removed by one that has
 // the directory around them for itself; those in which a batch program is still at work stay.
 enum class LeftDirectories { removed, stay };
+
+// Those of the user's with names of this prefix that stand in a directory, whoever has made them.
+std::vector<std::filesystem::path> left_directories(const std::filesystem::path& in, std::string_view prefix);
 
 class TemporaryDirectory {
 public:

@@ -172,7 +172,7 @@ Pair random_pair(Random& random, const MeshNow& mesh) {
                 return Point{between(random, -6.0F, 6.0F), between(random, -1.0F, 6.0F)};
         }
     };
-    Pair pair{any(), any(), below(random, 2) == 0, below(random, 2) == 0, {}};
+    Pair pair{any(), any(), {below(random, 2) == 0, below(random, 2) == 0}, {}};
     if (below(random, 6) == 0)
         pair.p2.x = pair.p1.x;
     else if (below(random, 6) == 0)
@@ -288,7 +288,7 @@ TEST(GroupIndex, ElementsOfANodeThatMovesFarAreLookedAtAgain) {
             Point from{x, -0.5F};
             while (from.y < 10.0F) {
                 const Point to{x + between(random, -0.1F, 0.1F), from.y + between(random, 0.5F, 1.0F)};
-                lines.push_back({from, to, true, true, {2, true}});
+                lines.push_back({from, to, {true, true}, {2, true}});
                 from = to;
             }
         };
