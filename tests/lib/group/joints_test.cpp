@@ -364,5 +364,19 @@ TEST_F(GroupListing, JointElementIsAMemberOfItsStrip) {
     EXPECT_EQ(groups_of(5, words, ELEMENT_CONTINUUM), (std::vector<std::int32_t>{6}));
 }
 
+TEST_F(GroupListing, MembersAreTheSameWithoutIndexes) {
+    const auto line = nodes({{0, 0}, {4, 0}});
+    state.listing.rows = {{7, ROW_LINE, 2, 0, {{0, 0}, {4, 0}}}};
+    ElementWords beam;
+    beam.corner_1 = beam.corner_4 = line[0];
+    beam.corner_2 = beam.corner_3 = line[1];
+    beam.material = MaterialNumber(3);
+    for (const bool uses_indexes : {true, false}) {
+        state.engine.uses_indexes = uses_indexes;
+        EXPECT_EQ(groups_of(1, beam, ELEMENT_BEAM), (std::vector<std::int32_t>{7}));
+    }
+    state.engine.uses_indexes = true;
+}
+
 }  // namespace
 }  // namespace brelan::test

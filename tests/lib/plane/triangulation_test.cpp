@@ -165,5 +165,13 @@ TEST(Openings, OfAFlatCornerAreTwoAndOfOneThatIsPushedInMore) {
     EXPECT_GT(openings_of(arrow).largest, OPENING_180);
 }
 
+TEST(Triangulation, PointOnAnEdgeDividesTheTrianglesOnBothSides) {
+    Triangulation triangulation(SQUARE);
+    EXPECT_EQ(triangulation.add_inside({0.5F, 0.5F}), 4);
+    EXPECT_NEAR(area_of(triangulation), 1.0, 1e-6);
+    for (int corner = 0; corner < 4; ++corner)
+        EXPECT_TRUE(has_edge(triangulation, corner, 4)) << corner;
+}
+
 }  // namespace
 }  // namespace brelan

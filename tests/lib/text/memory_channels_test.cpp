@@ -48,5 +48,18 @@ TEST_F(MemoryChannels, TouchNoFileOfTheirName) {
     EXPECT_EQ(directory.read("a mesh"), "stays\n");
 }
 
+TEST_F(MemoryChannels, LinesThatAreWrittenAnewAreOfTheirNewSource) {
+    Channel& source = state.channels.open_in_memory(5, "a mesh", "one\ntwo\nthree\n");
+    Channel& copy = state.channels.open_in_memory(6, "a copy");
+    copy.follow(source);
+    for (int line = 0; line < 2; ++line)
+        copy.write_line(source.read_whole_line("a line"));
+    copy.rewind();
+    copy.write_line(source.read_whole_line("a line"));  // in the place of "one"; "two" is gone
+    EXPECT_EQ(copy.text(), "three\n");
+    copy.rewind();
+    EXPECT_EQ(failure_of([&] { copy.fail_here("nothing is right"); }), "a mesh, line 3: nothing is right");
+}
+
 }  // namespace
 }  // namespace brelan::test
