@@ -378,5 +378,14 @@ TEST_F(GroupListing, MembersAreTheSameWithoutIndexes) {
     state.engine.uses_indexes = true;
 }
 
+// 3e38 + 1e38 is beyond the 32-bit numbers. The end of an open line has nothing to be turned back from.
+TEST_F(GroupJoint, TwinBeyondTheNumbersIsAMessage) {
+    const auto line = nodes({{3.0e38F, 1}, {3.0e38F, 0}});
+    EXPECT_EQ(
+        failure_of([&] { add_twin_line(state.mesh, state.engine, line, false, 1.0e38F); }),
+        "group 1: expected coordinates that are numbers, but the twin of node 1 of its line would get one "
+        "that is none");
+}
+
 }  // namespace
 }  // namespace brelan::test

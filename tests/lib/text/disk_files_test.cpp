@@ -88,5 +88,11 @@ TEST_F(FailingDisk, DirectoryWithFilesCannotBeDeleted) {
     EXPECT_TRUE(directory_.exists("full/of"));
 }
 
+TEST_F(FailingDisk, PipeCannotBeCut) {
+    ASSERT_EQ(::mkfifo("pipe", 0600), 0);
+    const auto opened = disk_.open(file("pipe"), Access::work);
+    EXPECT_EQ(failure_of([&] { opened->cut(3); }), "pipe: the file cannot be written: Illegal seek");
+}
+
 }  // namespace
 }  // namespace brelan::test

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "support/state.h"
+#include "text/free_field.h"
 
 namespace brelan::test {
 namespace {
@@ -59,6 +60,13 @@ TEST_F(MemoryChannels, LinesThatAreWrittenAnewAreOfTheirNewSource) {
     EXPECT_EQ(copy.text(), "three\n");
     copy.rewind();
     EXPECT_EQ(failure_of([&] { copy.fail_here("nothing is right"); }), "a mesh, line 3: nothing is right");
+}
+
+TEST_F(MemoryChannels, ReadOfNoValueNeedsALineToo) {
+    Channel& channel = state.channels.open_in_memory(5, "a mesh", "one\n");
+    FreeFieldReader(channel, "nothing").finish();
+    EXPECT_EQ(failure_of([&] { FreeFieldReader(channel, "nothing").finish(); }),
+              "a mesh, line 2: the file ends here; expected nothing");
 }
 
 }  // namespace
