@@ -305,6 +305,7 @@ def choose(arguments):
 
 # --- running tests ---------------------------------------------------------------------------------------------------
 
+TOGETHER = 8  # C++ tests of a suite that are told apart no further
 LARGEST_MEMORY = 6 << 30
 LARGEST_FILE = 256 << 20
 NOBODY = 65534  # a mutant that mistakes a file's name must not harm anything
@@ -342,16 +343,19 @@ def start(command, environment, seconds):
 
 
 def all_tests(build):
-    """The C++ tests one by one, and what else ctest runs."""
+    """The C++ tests, few at a time, and what else ctest runs."""
     program = build / "tests/brelan_tests"
     listed = subprocess.run([program, "--gtest_list_tests"], capture_output=True, text=True, check=True).stdout
-    tests, suite = [], ""
+    tests, suite, together = [], "", []
     for line in listed.splitlines():
         name = line.split("#")[0].rstrip()
         if not name.startswith(" "):
-            suite = name
+            suite, together = name, []
+        elif together and len(together[0]["name"].split(":")) < TOGETHER:
+            together[0]["name"] += ":" + suite + name.strip()
         else:
-            tests.append({"name": suite + name.strip(), "command": None, "environment": {}})
+            together = [{"name": suite + name.strip(), "command": None, "environment": {}}]
+            tests += together
     shown = subprocess.run(["ctest", "--show-only=json-v1"], cwd=build, capture_output=True, text=True, check=True).stdout
     for test in json.loads(shown)["tests"]:
         if "command" not in test or re.search(r"slice|faults|side_by_side|package|browser", test["name"]):
@@ -384,10 +388,10 @@ def reach(arguments):
     notes = Path(tempfile.mkdtemp(prefix="reached-"))
     notes.chmod(0o755)
     file = notes / "reached"
-    rows, known = [], {}
-    table = arguments.shelf / "reached.json"
-    if arguments.more and table.exists():
-        rows = json.loads(table.read_text())
+    rows, known = [], set()
+    table = arguments.shelf / "reached.jsonl"
+    if table.exists():
+        rows = [json.loads(line) for line in table.read_text().splitlines()]
         known = {row["name"] for row in rows}
     for test in all_tests(arguments.build):
         if test["name"] in known:
@@ -402,8 +406,9 @@ def reach(arguments):
             continue
         data = file.read_bytes()
         rows.append({**test, "seconds": round(seconds, 3), "reached": [n for n, byte in enumerate(data) if byte]})
+        with table.open("a") as out:
+            out.write(json.dumps(rows[-1]) + "\n")
     shutil.rmtree(notes)
-    table.write_text(json.dumps(rows))
     print(f"{len(rows)} tests, {sum(row['seconds'] for row in rows):.0f} s")
 
 
@@ -431,7 +436,7 @@ def sum_of(tests):
 
 def run(arguments):
     mutants = json.loads((arguments.shelf / "mutants.json").read_text())
-    tests = json.loads((arguments.shelf / "reached.json").read_text())
+    tests = [json.loads(line) for line in (arguments.shelf / "reached.jsonl").read_text().splitlines()]
     results = arguments.shelf / "results.jsonl"
     done = {}
     if results.exists():
@@ -450,7 +455,7 @@ def run(arguments):
         begun, killer = time.monotonic(), ""
         for batch in batches(reaching, 0.5, arguments.limit):
             if not start_tests(arguments.build, batch, {"BRELAN_MUTANT": str(number)}, 10 + 5 * sum_of(batch)):
-                killer = batch[0]["name"] + (f" or one of {len(batch) - 1} more" if len(batch) > 1 else "")
+                killer = batch[0]["name"].split(":")[0] + (f" or one of {len(batch) - 1} more" if len(batch) > 1 else "")
                 break
         row = {"number": number, "reaching": len(reaching), "killer": killer,
                "seconds": round(time.monotonic() - begun, 1)}
@@ -484,7 +489,6 @@ def main():
     parser.add_argument("--build", type=Path, default=SOURCE / "build/mutants/build")
     parser.add_argument("--count", type=int, default=600, help="so many mutants")
     parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--more", action="store_true", help="reach: only tests that have no notes yet")
     parser.add_argument("--limit", type=float, default=30, help="run: seconds of C++ tests for a mutant; 0 for all")
     parser.add_argument("--lived", action="store_true", help="run: those again that lived")
     parser.add_argument("--only", type=int, nargs="*", help="run: these alone")

@@ -29,7 +29,7 @@ void add_to_line(CutTable& cut, CutRow& row, int place) {
     const NodeNumber node = row.corner_node[place];
     for (const std::uint32_t r : cut.rows_with(node)) {
         CutRow& other = cut.rows[r];
-        if (&other == &row)
+        if (&other == &row || other.element.is_none())
             continue;
         for (int i = 0; i < other.corners(); ++i)
             if (other.corner_node[i] == node)
@@ -53,7 +53,10 @@ void add_to_line(Mesh& mesh, Engine& engine, CutTable& cut, CutRow& row, const R
         return;
     }
     const NodeNumber node = add_side_node(mesh, engine, point, a, b);
-    cut.for_rows_with_side(a, b, [&](const CutRow&, NodeNumber& mark) { mark = node; });
+    cut.for_rows_with_side(a, b, [&](const CutRow& other, NodeNumber& mark) {
+        if (other.element.names_one())
+            mark = node;
+    });
 }
 
 void clear_side(CutTable& cut, NodeNumber a, NodeNumber b) {

@@ -29,7 +29,7 @@ void CutTable::clear() {
             if (n.names_one() && !by_node_.empty())
                 by_node_[n.place()].clear();
         if (!by_element_.empty())
-            by_element_[row.element.place()] = 0;
+            by_element_[row.element.in_sight().place()] = 0;
     }
     rows.clear();
 }
