@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(StartUp, WorkingDirectoryThatCannotBeReadIsAMessage) {
+TEST(StartUpFails, WorkingDirectoryThatCannotBeReadIsAMessage) {
     const Project project(Kind::head);
     project.deck("0\n");
     const fs::path work = project.work_file("").parent_path();
@@ -36,14 +36,17 @@ int run_prepared(const Project& project, const std::string& preparation, const s
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-TEST(StartUp, ConsoleThatTakesNothingIsAMessage) {
+TEST(StartUpFails, ConsoleThatTakesNothingIsAMessage) {
     const Project project(Kind::head);
+    fs::remove(project.work_file("TFNAME.TMP"));
+    project.write_data("MANUAL.DAT", "1\n");  // asks for the deck
+    project.write_data("HUBPLOT.DAT", "0\n");
     EXPECT_EQ(run_prepared(project, "", "/dev/full"), 2);
     EXPECT_EQ(project.read("said"), "brelan2d: console: standard output cannot be written\n");
 }
 
 // A block of 512 bytes holds neither the copy of the deck nor the mesh.
-TEST(StartUp, DiskWithoutRoomIsAMessage) {
+TEST(StartUpFails, DiskWithoutRoomIsAMessage) {
     const Project project(Kind::head);
     project.write("mesh.Mes", sample_mesh(Kind::head).text());
     project.deck("1 0\nmesh.Mes\nout.Mes\n1 1\n0\n0 0 0 0\n1 1\n");

@@ -387,5 +387,18 @@ TEST_F(GroupJoint, TwinBeyondTheNumbersIsAMessage) {
         "that is none");
 }
 
+// A triangle with its longest edge from (4, 4) back to (0, 0), which an open line does not have.
+TEST_F(GroupListing, ClosedLineHasTheBeamsOfItsLastEdgeToo) {
+    const auto corner = nodes({{0, 0}, {4, 4}});
+    ElementWords beam;
+    beam.corner_1 = beam.corner_4 = corner[1];
+    beam.corner_2 = beam.corner_3 = corner[0];
+    beam.material = MaterialNumber(3);
+    state.listing.rows = {{7, ROW_LINE, 3, 1, {{0, 0}, {4, 0}, {4, 4}}}};
+    EXPECT_EQ(groups_of(1, beam, ELEMENT_BEAM), (std::vector<std::int32_t>{7}));
+    state.listing.rows = {{7, ROW_LINE, 3, 0, {{0, 0}, {4, 0}, {4, 4}}}};
+    EXPECT_TRUE(groups_of(1, beam, ELEMENT_BEAM).empty());
+}
+
 }  // namespace
 }  // namespace brelan::test

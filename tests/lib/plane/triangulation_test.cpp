@@ -173,5 +173,12 @@ TEST(Triangulation, PointOnAnEdgeDividesTheTrianglesOnBothSides) {
         EXPECT_TRUE(has_edge(triangulation, corner, 4)) << corner;
 }
 
+// The ring's first corner lies within its lower side.
+TEST(Triangulation, ChainGoesThroughTheFirstPointWhereItLiesOnIt) {
+    Triangulation triangulation(std::vector<Point>{{1, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 0}});
+    ASSERT_TRUE(triangulation.fix(4, 1, 1e-3));
+    EXPECT_EQ(triangulation.fixed_edges(), (std::set<std::pair<int, int>>{{0, 1}, {0, 4}}));
+}
+
 }  // namespace
 }  // namespace brelan

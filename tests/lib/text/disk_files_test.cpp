@@ -94,5 +94,15 @@ TEST_F(FailingDisk, PipeCannotBeCut) {
     EXPECT_EQ(failure_of([&] { opened->cut(3); }), "pipe: the file cannot be written: Illegal seek");
 }
 
+TEST(GrowingFile, GoesOnRightBehindItsEnd) {
+    const WorkDirectory directory;
+    directory.write("list", "one\n");
+    DiskFiles disk{Directories{}};
+    const auto opened = disk.open({"list", directory.path() / "list"}, Access::append);
+    opened->write("two\n");
+    opened->close();
+    EXPECT_EQ(directory.read("list"), "one\ntwo\n");
+}
+
 }  // namespace
 }  // namespace brelan::test
