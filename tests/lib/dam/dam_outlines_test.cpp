@@ -59,5 +59,27 @@ TEST(DamShell, VerticalOfASlopeOfOneElementsWidthIsLeftUncut) {
     EXPECT_EQ(group_called(dam, " Downstream Shell").points.size(), 3U);
 }
 
+TEST(DamMeshLines, AreTheLimitsOfTheFieldAndTheEdgesOfTheColumns) {
+    DamCards dam = small_dam();
+    dam.layer_count = 1;
+    dam.layers = {6.0F};
+    dam.left_margin = dam.right_margin = 10.0F;
+    const DamSizes sizes = size_dam(dam);
+    for (const float x : {-10.0F, 58.0F, 20.0F, 28.0F})
+        EXPECT_TRUE(on_mesh_line(dam, sizes, {x, -1.0F}, {x, -2.0F})) << x;
+    for (const float x : {-9.0F, 57.0F, 0.0F, 48.0F})
+        EXPECT_FALSE(on_mesh_line(dam, sizes, {x, -1.0F}, {x, -2.0F})) << x;
+    EXPECT_TRUE(on_mesh_line(dam, sizes, {1.0F, -6.0F}, {2.0F, -6.0F}));
+    EXPECT_FALSE(on_mesh_line(dam, sizes, {1.0F, -5.0F}, {2.0F, -5.0F}));
+}
+
+// The crest from 20 to 28 has a node at each corner of these, but the last is nearest to the crest's end.
+TEST(DamCore, CrowdsTheCrestWhereItTakesItsEnd) {
+    const DamCards dam = small_dam();
+    const DamSizes sizes = size_dam(dam);
+    EXPECT_FALSE(crowds_crest(dam, sizes, {{22.0F, 0.0F}, {26.0F, 0.0F}, {26.0F, 10.0F}, {22.0F, 10.0F}}));
+    EXPECT_TRUE(crowds_crest(dam, sizes, {{22.0F, 0.0F}, {26.0F, 0.0F}, {26.0F, 10.0F}, {20.2F, 10.0F}}));
+}
+
 }  // namespace
 }  // namespace brelan::test

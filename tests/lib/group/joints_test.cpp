@@ -400,5 +400,23 @@ TEST_F(GroupListing, ClosedLineHasTheBeamsOfItsLastEdgeToo) {
     EXPECT_TRUE(groups_of(1, beam, ELEMENT_BEAM).empty());
 }
 
+TEST_F(GroupListing, LineOfAnyTypeWithAMaterialHasARow) {
+    JointRecord record;
+    record.group = 3;
+    record.group_type = 2;
+    record.nodes = nodes({{0, 0}, {1, 0}});
+    record.inner_line_material = MaterialNumber(4);
+    for (const std::int32_t type : {1, 2, -1}) {
+        state.listing.rows.clear();
+        record.inner_line_type = type;
+        add_rows(state.mesh, state.listing, file_, record);
+        EXPECT_EQ(state.listing.rows.size(), 1U) << type;
+    }
+    state.listing.rows.clear();
+    record.inner_line_type = 0;
+    add_rows(state.mesh, state.listing, file_, record);
+    EXPECT_TRUE(state.listing.rows.empty());
+}
+
 }  // namespace
 }  // namespace brelan::test
