@@ -276,5 +276,11 @@ TEST(EditWindow, LineElementWithoutTwoNodesHasNoMiddle) {
                       {"mesh.Mes, line 12: element 1: expected two nodes"});
 }
 
+// 1e-20 times 1e-20 has no full digits in 32 bits any more.
+TEST(EditNumbers, PlaceTooSmallForFullDigitsIsZero) {
+    expect_head(head_mesh("1 0 0 0", {"1 0 0 1E-20 0 0 0"}, {}), {"1 1", "0", "0 0 0 0", "1E-20 1"},
+                "     1       0       0       0", {node("1", ZERO, ZERO)}, {});
+}
+
 }  // namespace
 }  // namespace brelan::test

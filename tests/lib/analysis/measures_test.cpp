@@ -113,5 +113,24 @@ TEST(Counts, AreaIsThatOfThe32BitCoordinatesWithoutLossFarFromZero) {
     EXPECT_DOUBLE_EQ(count_mesh(mesh, corners_of(mesh)).area, 0.25);
 }
 
+//  3
+//  | \    the slanting side goes through (1, 1)
+//  1---2
+TEST(ShowsIn, NeedsAreaInCommonWithTheWindow) {
+    const MeshLists mesh = Sample().nodes({{0, 0}, {2, 0}, {0, 2}}).solid({1, 2, 3}).mesh();
+    const auto shows = [&](Position low, Position high) {
+        return shows_in(mesh, corners_of(mesh)[0], {low, high});
+    };
+    EXPECT_TRUE(shows({-1, -1}, {3, 3}));
+    EXPECT_TRUE(shows({0.25, 0.25}, {0.5, 0.5}));
+    EXPECT_TRUE(shows({0.9, 0.9}, {3, 3}));
+    EXPECT_FALSE(shows({1.1, 1.1}, {1.9, 1.9}));  // beyond the slanting side
+    EXPECT_FALSE(shows({2.5, 0}, {3, 1}));
+    EXPECT_FALSE(shows({-1, 0}, {-0.5, 1}));
+    EXPECT_FALSE(shows({0, 2.5}, {1, 3}));
+    EXPECT_FALSE(shows({0, -1}, {1, -0.5}));
+    EXPECT_FALSE(shows({-1, 0}, {0, 1}));  // a side alone
+}
+
 }  // namespace
 }  // namespace brelan::test
