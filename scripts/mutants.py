@@ -338,6 +338,8 @@ def start(command, environment, seconds):
             except ProcessLookupError:
                 pass
             process.wait()
+    except OSError:  # a program that is not there, or not for a user without rights
+        return False
     finally:
         shutil.rmtree(home, ignore_errors=True)
 

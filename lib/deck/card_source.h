@@ -180,9 +180,9 @@ public:
     float shown(std::int32_t position) const override { return values[position]; }
     std::string title() override;
     bool is_deck() const override { return false; }
-    int lines_shown() const override {
-        return normalised_.lines_before();
-    }  // GCOVR_EXCL_LINE: asked of a deck
+    // A deck alone is asked.
+    int lines_shown() const override { return normalised_.lines_before(); }  // GCOVR_EXCL_LINE
+
     FilePlace place() const override { return normalised_.place_behind(); }
     void hold(const std::string& message) override { refuse(message); }
 

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "analysis/counts.h"
+#include "analysis/geometry.h"
 #include "analysis/quality.h"
 #include "support/mesh_sample.h"
 

@@ -149,16 +149,14 @@ TEST(RunsInMemoryOnce, LeavesTheArithmeticAsItWas) {
 
 TEST(RunsInMemoryOnce, IsCutByTheMethodThatIsAskedFor) {
     const Project project(Kind::displacement);
-    for (const char* mesh : {"Quay.Mes", "Row.Mes"})
-        project.write(mesh, example(mesh));
-    lay_out(project, Kind::displacement, example("stage.dat"));
+    lay_out(project, Kind::displacement, example("crossing.dat"));
     RunInput input = input_of(project);
     const brelan::RunResult by_rules = run_deck(input);
     input.cut = CutMethod::sound;
     const brelan::RunResult sound = run_deck(input);
     ASSERT_EQ(by_rules.end.status, STATUS_FINISHED) << by_rules.end.text;
     ASSERT_EQ(sound.end.status, STATUS_FINISHED) << sound.end.text;
-    EXPECT_NE(by_rules.files->text(by_rules.mesh), sound.files->text(sound.mesh));
+    EXPECT_TRUE(by_rules.files->text(by_rules.mesh) != sound.files->text(sound.mesh));
 }
 
 }  // namespace
