@@ -43,15 +43,16 @@ public:
         (give(++position, fields), ...);
     }
     virtual std::string title() = 0;
-    // A line of integers that no card of the deck stands for.
-    virtual void show(std::initializer_list<std::int32_t>) {}
+    // A line of integers that no card of the deck stands for. Only cards of a person call for one.
+    virtual void show(std::initializer_list<std::int32_t>) {}  // GCOVR_EXCL_LINE
 
     // True for the cards of a person, false for what is left of them in the normalised deck.
     virtual bool is_deck() const = 0;
     // Lines of the normalised deck so far.
     virtual int lines_shown() const = 0;
-    // From here on no fault is held: the values are taken from the normalised deck instead.
-    virtual void stop_holding() {}
+    // From here on no fault is held: the values are taken from the normalised deck instead. It holds those
+    // cards that call for it, so that nothing is left to be done for them.
+    virtual void stop_holding() {}  // GCOVR_EXCL_LINE
 
     // The line read last.
     virtual FilePlace place() const = 0;
@@ -77,8 +78,8 @@ public:
     float given(std::int32_t position) const { return values[position]; }
     std::span<const float> given_values() const { return {&values[1], MOST_CARD_VALUES}; }
     void set(std::int32_t position, float value) { values[position] = value; }
-    // The same for a default that follows from other fields.
-    virtual void complete(std::int32_t position, float value) { set(position, value); }
+    // The same for a default that follows from other fields; the normalised deck has it already.
+    virtual void complete(std::int32_t position, float value) { set(position, value); }  // GCOVR_EXCL_LINE
 
     // The count on the card taken last. Ends the walk when it is above the size of the table behind it.
     std::int32_t count(const Card& card) const;
@@ -179,7 +180,9 @@ public:
     float shown(std::int32_t position) const override { return values[position]; }
     std::string title() override;
     bool is_deck() const override { return false; }
-    int lines_shown() const override { return normalised_.lines_before(); }
+    // A deck alone is asked.
+    int lines_shown() const override { return normalised_.lines_before(); }  // GCOVR_EXCL_LINE
+
     FilePlace place() const override { return normalised_.place_behind(); }
     void hold(const std::string& message) override { refuse(message); }
 

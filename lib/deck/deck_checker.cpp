@@ -35,8 +35,6 @@ private:
 
 void check_deck(Channels& channels, LayoutKind kind, CardMemory& memory, Deck& deck, Console& console,
                 const TextLine& deck_name, std::string_view normalised_name, const MadeCards* made) {
-    if (deck_name.blank())
-        fail("expected the name of a card deck, found a blank one");
     channels.open(CHANNEL_DECK, deck_name.view(), OpenStatus::old);
     Channel& stripped = channels.open(CHANNEL_STRIPPED, "TT55.TMP", OpenStatus::work);
     Channel& normalised = channels.open(CHANNEL_NORMALISED, normalised_name, OpenStatus::work);

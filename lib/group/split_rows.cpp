@@ -38,8 +38,6 @@ std::span<const SplitPart> first_of(const std::array<SplitPattern, COUNT>& table
 // A row with two corners on the line, or one and a centre, needs no side node; its neighbours lose it too.
 void reduce_sides(CutTable& cut) {
     for (CutRow& row : cut.rows) {
-        if (row.element.is_none())
-            continue;
         const int on_line = count_bits(marks_of(row), CORNER_1);
         if (on_line < (row.centre_node.names_one() ? 1 : 2))
             continue;

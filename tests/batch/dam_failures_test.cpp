@@ -83,6 +83,13 @@ TEST(DamRefusal, OfPointsThatMakeNoArea) {
     expect_refused(dam, {"line 14: Card 5.5", "order"});
 }
 
+// 40 and 56 are the whole width of the block columns.
+TEST(DamRefusal, OfACrestThatEndsAtTheRightToe) {
+    DamInput dam;
+    dam.crest = 56.0;
+    expect_refused(dam, {"Card 5.2", "reach beyond the crest"});
+}
+
 TEST(DamRefusal, OfAWallOutsideTheGround) {
     const std::vector<DamPlace> outside[] = {
         {{43.0, 0.0}, {43.0, -14.5}, {45.0, -14.5}, {45.0, 0.0}},    // below the last layer

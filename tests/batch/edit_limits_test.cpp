@@ -262,5 +262,25 @@ TEST(EditDeletion, ExcludedMaterialSurvivesInsideTheWindow) {
                       CLOSING);
 }
 
+// Node 99000 is in no record, so that its number meets the shift of the others first at an element.
+TEST(EditNumbers, CornerThatIsShiftedBeyondTheTableIsAMessage) {
+    expect_edit_fails(
+        Kind::head, head_mesh("4 1 0 0", SQUARE, ELEMENTS + Lines{"1 1 2 3 99000 1 0"}),
+        Lines{"1 5001"} + IDENTITY,
+        {"mesh.Mes, line 12: corner 99000: expected a new node number of at most 99990", "makes it 104000"});
+}
+
+TEST(EditWindow, LineElementWithoutTwoNodesHasNoMiddle) {
+    const Lines mesh = head_mesh("4 0 1 0", SQUARE, ELEMENTS + Lines{"1 1 0 1 1"});
+    expect_edit_fails(Kind::head, mesh, Lines{"1 1", "2", "0", "-1 -1 2 2", "0"},
+                      {"mesh.Mes, line 12: element 1: expected two nodes"});
+}
+
+// 1e-20 times 1e-20 has no full digits in 32 bits any more.
+TEST(EditNumbers, PlaceTooSmallForFullDigitsIsZero) {
+    expect_head(head_mesh("1 0 0 0", {"1 0 0 1E-20 0 0 0"}, {}), {"1 1", "0", "0 0 0 0", "1E-20 1"},
+                "     1       0       0       0", {node("1", ZERO, ZERO)}, {});
+}
+
 }  // namespace
 }  // namespace brelan::test

@@ -286,5 +286,29 @@ TEST_F(GroupDefaults, TooFewLinesFail) {
     expect_failed(project.run(), {"DV-BRELAN"});
 }
 
+TEST_F(GroupDefaults, MoreMovesThanTheTableHoldsFail) {
+    project.write_data("DV-BRELAN.dat", "0 0.01 0.01 0.001\n0 0.01 0 0 0 0 0 0\n1000000\n");
+    expect_failed(project.run(), {"DV-BRELAN", "expected an NMOVE2 of at most", "found 1000000"});
+}
+
+// The head kind's normalised deck has no material line for MTYPE -4, so that its ten values are taken from
+// the lines of the points. What is left of those is no point and no segment, and the next group begins at its
+// title.
+TEST(GroupCards, GroupBehindAMaterialLineThatIsNotShownBeginsAtItsTitle) {
+    const Project project(Kind::head);
+    project.write("mesh.Mes", sample_mesh(Kind::head).text());
+    project.write_data("DV-BRELAN.dat", DEFAULTS);
+    const Lines first{"first", "-4", "7 2 5 3 0.25 1 2 3 4", "4 0 0 0 0", "1 100 100", "2 101 100", "0 0 0",
+                      "0 0 0", "0"};
+    const auto deck = [&](const Lines& second) {
+        return text_of(FRONT + NO_LISTS + Lines{"2 1"} + REFERENCE + first + second + FAR_LINE);
+    };
+    project.deck(deck({"second", "-1"}));
+    expect_finished(project.run());
+    // Without its title the second group is read a line late.
+    project.deck(deck({"-1"}));
+    EXPECT_EQ(project.run().status, 1);
+}
+
 }  // namespace
 }  // namespace brelan::test

@@ -173,5 +173,17 @@ TEST(Difference, MeshesOfTwoKindsDiffer) {
     EXPECT_FALSE(difference_by_place(a, b, 0.0).none());
 }
 
+TEST(DifferenceByPlace, NodeWithAnotherCodeIsChangedThoughItsTwinIsNot) {
+    const MeshLists a = wall().mesh();
+    MeshLists b = wall().mesh();
+    b.nodes[4].codes[0] = 1;  // node 5, at one place with node 8
+    const Difference d = difference_by_place(a, renumbered(b, 5), 0.0);
+    ASSERT_EQ(d.nodes_changed.size(), 1U);
+    EXPECT_EQ(d.nodes_changed[0].first, 4);
+    EXPECT_TRUE(d.nodes_only_a.empty());
+    EXPECT_TRUE(d.nodes_only_b.empty());
+    EXPECT_TRUE(d.elements_changed.empty());
+}
+
 }  // namespace
 }  // namespace brelan::test

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "analysis/counts.h"
+#include "analysis/geometry.h"
 #include "analysis/quality.h"
 #include "support/mesh_sample.h"
 
@@ -111,6 +112,25 @@ TEST(Counts, AreaIsThatOfThe32BitCoordinatesWithoutLossFarFromZero) {
             .solid({1, 2, 3, 4})
             .mesh();
     EXPECT_DOUBLE_EQ(count_mesh(mesh, corners_of(mesh)).area, 0.25);
+}
+
+//  3
+//  | \    the slanting side goes through (1, 1)
+//  1---2
+TEST(ShowsIn, NeedsAreaInCommonWithTheWindow) {
+    const MeshLists mesh = Sample().nodes({{0, 0}, {2, 0}, {0, 2}}).solid({1, 2, 3}).mesh();
+    const auto shows = [&](Position low, Position high) {
+        return shows_in(mesh, corners_of(mesh)[0], {low, high});
+    };
+    EXPECT_TRUE(shows({-1, -1}, {3, 3}));
+    EXPECT_TRUE(shows({0.25, 0.25}, {0.5, 0.5}));
+    EXPECT_TRUE(shows({0.9, 0.9}, {3, 3}));
+    EXPECT_FALSE(shows({1.1, 1.1}, {1.9, 1.9}));  // beyond the slanting side
+    EXPECT_FALSE(shows({2.5, 0}, {3, 1}));
+    EXPECT_FALSE(shows({-1, 0}, {-0.5, 1}));
+    EXPECT_FALSE(shows({0, 2.5}, {1, 3}));
+    EXPECT_FALSE(shows({0, -1}, {1, -0.5}));
+    EXPECT_FALSE(shows({-1, 0}, {0, 1}));  // a side alone
 }
 
 }  // namespace

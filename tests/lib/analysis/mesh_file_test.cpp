@@ -79,5 +79,12 @@ TEST(MeshFile, ValueThatItsFieldCannotHoldEndsAsAFailure) {
     }
 }
 
+TEST(ValueName, IsThatOfTheOneValueOfANode) {
+    EXPECT_EQ(value_name(LayoutKind::head), "H");
+    EXPECT_EQ(value_name(LayoutKind::temperature), "T");
+    EXPECT_EQ(value_name(LayoutKind::displacement), "");
+    EXPECT_EQ(value_name(LayoutKind::coupled), "");
+}
+
 }  // namespace
 }  // namespace brelan::test

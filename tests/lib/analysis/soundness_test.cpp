@@ -191,5 +191,17 @@ TEST(Soundness, EmptyMeshAndManyNodesAtOnePlaceAreDoneAtOnce) {
     EXPECT_EQ(soundness_of(heap).of(Check::degenerate_element).places.size(), 30000U);
 }
 
+TEST(Soundness, NodeNumberUsedTwiceIsFound) {
+    MeshLists mesh = two_squares().mesh();
+    Node again = mesh.nodes[5];
+    again.x = 3.0F;
+    mesh.nodes.push_back(again);
+    mesh.finish();
+    const Soundness s = soundness_of(mesh);
+    ASSERT_EQ(s.of(Check::number_used_twice).places.size(), 1U);
+    EXPECT_EQ(s.of(Check::number_used_twice).places[0].node, 6);
+    EXPECT_EQ(s.of(Check::number_used_twice).places[0].element, 0);
+}
+
 }  // namespace
 }  // namespace brelan::test

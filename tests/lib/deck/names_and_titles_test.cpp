@@ -2,6 +2,7 @@
 #include <string>
 
 #include "deck/card_stream.h"
+#include "deck/normalised_deck.h"
 #include "support/state.h"
 
 namespace brelan::test {
@@ -141,6 +142,14 @@ TEST(Title, IgnoresAWordThatReachesColumn126BehindAShorterOne) {
 TEST(Title, IsEmptyWhenItsOnlyWordReachesColumn126) {
     EXPECT_EQ(title_length(std::string(126, 'x')), 0);
     EXPECT_EQ(title_length(blank_columns(125) + "x"), 0);
+}
+
+// Five columns, of which a sign takes one.
+TEST(ShownInteger, HasFiveColumns) {
+    EXPECT_TRUE(fits_shown_integer(99999));
+    EXPECT_FALSE(fits_shown_integer(100000));
+    EXPECT_TRUE(fits_shown_integer(-9999));
+    EXPECT_FALSE(fits_shown_integer(-10000));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The stages of a cut on meshes of one to three elements: which rows are taken, what a side does with a
 // crossing, how rows are split and written back. All line numbers and places are worked out by hand.
 
+#include <limits>
 #include <string>
 
 #include "lib/group/cut_fixture.h"
@@ -287,6 +288,28 @@ TEST_F(GroupCut, SideNodeTakesTheValuesOfItsEnds) {
         EXPECT_EQ(state.mesh.head[NodeNumber(5)], 2.5F);
         EXPECT_EQ(state.mesh.coefficient[NodeNumber(5)], 0.5F);
     }
+}
+
+TEST_F(ThreeSquares, WithoutIndexesEveryElementIsACandidate) {
+    const auto candidates = [] {
+        std::vector<std::int32_t> numbers;
+        for (const ElementNumber e : elements_with(state.engine, std::vector{NodeNumber(1)}))
+            numbers.push_back(e.value);
+        return numbers;
+    };
+    EXPECT_EQ(candidates(), (std::vector<std::int32_t>{1}));
+    state.engine.uses_indexes = false;
+    EXPECT_EQ(candidates(), (std::vector<std::int32_t>{1, 2, 3}));
+}
+
+TEST_F(GroupCut, NodeDoesNotMoveWhereNoNumberIs) {
+    rectangle(1, 1);
+    state.engine.group = 4;
+    const float infinite = std::numeric_limits<float>::infinity();
+    for (const Point& nowhere : {Point{infinite, 0}, Point{0, -infinite}})
+        EXPECT_EQ(failure_of([&] { move_node(state.mesh, state.engine, NodeNumber(2), nowhere); }),
+                  "group 4: expected coordinates that are numbers, but node 2 would get one that is none");
+    expect_node(2, 1, 0);
 }
 
 }  // namespace

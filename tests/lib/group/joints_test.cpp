@@ -364,5 +364,59 @@ TEST_F(GroupListing, JointElementIsAMemberOfItsStrip) {
     EXPECT_EQ(groups_of(5, words, ELEMENT_CONTINUUM), (std::vector<std::int32_t>{6}));
 }
 
+TEST_F(GroupListing, MembersAreTheSameWithoutIndexes) {
+    const auto line = nodes({{0, 0}, {4, 0}});
+    state.listing.rows = {{7, ROW_LINE, 2, 0, {{0, 0}, {4, 0}}}};
+    ElementWords beam;
+    beam.corner_1 = beam.corner_4 = line[0];
+    beam.corner_2 = beam.corner_3 = line[1];
+    beam.material = MaterialNumber(3);
+    for (const bool uses_indexes : {true, false}) {
+        state.engine.uses_indexes = uses_indexes;
+        EXPECT_EQ(groups_of(1, beam, ELEMENT_BEAM), (std::vector<std::int32_t>{7}));
+    }
+    state.engine.uses_indexes = true;
+}
+
+// 3e38 + 1e38 is beyond the 32-bit numbers. The end of an open line has nothing to be turned back from.
+TEST_F(GroupJoint, TwinBeyondTheNumbersIsAMessage) {
+    const auto line = nodes({{3.0e38F, 1}, {3.0e38F, 0}});
+    EXPECT_EQ(
+        failure_of([&] { add_twin_line(state.mesh, state.engine, line, false, 1.0e38F); }),
+        "group 1: expected coordinates that are numbers, but the twin of node 1 of its line would get one "
+        "that is none");
+}
+
+// A triangle with its longest edge from (4, 4) back to (0, 0), which an open line does not have.
+TEST_F(GroupListing, ClosedLineHasTheBeamsOfItsLastEdgeToo) {
+    const auto corner = nodes({{0, 0}, {4, 4}});
+    ElementWords beam;
+    beam.corner_1 = beam.corner_4 = corner[1];
+    beam.corner_2 = beam.corner_3 = corner[0];
+    beam.material = MaterialNumber(3);
+    state.listing.rows = {{7, ROW_LINE, 3, 1, {{0, 0}, {4, 0}, {4, 4}}}};
+    EXPECT_EQ(groups_of(1, beam, ELEMENT_BEAM), (std::vector<std::int32_t>{7}));
+    state.listing.rows = {{7, ROW_LINE, 3, 0, {{0, 0}, {4, 0}, {4, 4}}}};
+    EXPECT_TRUE(groups_of(1, beam, ELEMENT_BEAM).empty());
+}
+
+TEST_F(GroupListing, LineOfAnyTypeWithAMaterialHasARow) {
+    JointRecord record;
+    record.group = 3;
+    record.group_type = 2;
+    record.nodes = nodes({{0, 0}, {1, 0}});
+    record.inner_line_material = MaterialNumber(4);
+    for (const std::int32_t type : {1, 2, -1}) {
+        state.listing.rows.clear();
+        record.inner_line_type = type;
+        add_rows(state.mesh, state.listing, file_, record);
+        EXPECT_EQ(state.listing.rows.size(), 1U) << type;
+    }
+    state.listing.rows.clear();
+    record.inner_line_type = 0;
+    add_rows(state.mesh, state.listing, file_, record);
+    EXPECT_TRUE(state.listing.rows.empty());
+}
+
 }  // namespace
 }  // namespace brelan::test

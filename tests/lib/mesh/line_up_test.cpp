@@ -418,5 +418,17 @@ TEST_F(LineUp, SearchGivesWhatAPlainScanGives) {
     EXPECT_GT(merged, count * 3 / 10);
 }
 
+TEST_F(LineUp, TrussWithACornerThatIsNoNodeIsPassedOver) {
+    node(1, 0.0F, 0.0F);
+    node(2, 1.0F, 0.0F);
+    node(3, 1.0F, 1.0F);
+    node(4, 0.0F, 1.0F);
+    quadrilateral({1, 2, 3, 4});
+    truss(0, 2);
+    truss(1, -5);
+    search_line_up(state.mesh, state.moves, state.line_up);
+    EXPECT_TRUE(moved_nodes().empty());
+}
+
 }  // namespace
 }  // namespace brelan::test

@@ -58,5 +58,13 @@ TEST(Orientation, HoldsOverAllSizesOfNumbers) {
     EXPECT_EQ(orientation({1.0e-30F, 0}, {0, 1.0e-30F}, {-1.0e-30F, 0}), 1);
 }
 
+// 1 - 2^-60 is 1 in 64 bits, so that differences of the coordinates show three points of one line.
+TEST(Orientation, SeesWhatTheDifferencesRoundAway) {
+    const float little = std::ldexp(1.0F, -60);
+    EXPECT_EQ(orientation({1, 1}, {2, 2}, {little, 0}), -1);
+    EXPECT_EQ(orientation({1, 1}, {2, 2}, {0, little}), 1);
+    EXPECT_EQ(orientation({1, 1}, {2, 2}, {little, little}), 0);
+}
+
 }  // namespace
 }  // namespace brelan

@@ -74,5 +74,11 @@ TEST(SmallestDistance, LooksAcrossTheMiddle) {
     EXPECT_EQ(smallest_distance(points, 1.0E35F), 1.0F);
 }
 
+// The pair in a column comes first; the one in the row is nearer.
+TEST(SmallestDistance, IsFoundBehindAFarPairOfOneColumn) {
+    const std::vector<NumberedPoint> points{{1, 0.0F, 0.0F}, {2, 0.0F, 5.0F}, {3, 2.0F, 0.0F}};
+    EXPECT_EQ(smallest_distance(points, 1.0E35F), 2.0F);
+}
+
 }  // namespace
 }  // namespace brelan::test

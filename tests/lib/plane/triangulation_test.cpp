@@ -166,5 +166,20 @@ TEST(Openings, OfAFlatCornerAreTwoAndOfOneThatIsPushedInMore) {
     EXPECT_GT(openings_of(arrow).largest, OPENING_180);
 }
 
+TEST(Triangulation, PointOnAnEdgeDividesTheTrianglesOnBothSides) {
+    Triangulation triangulation(SQUARE);
+    EXPECT_EQ(triangulation.add_inside({0.5F, 0.5F}), 4);
+    EXPECT_NEAR(area_of(triangulation), 1.0, 1e-6);
+    for (int corner = 0; corner < 4; ++corner)
+        EXPECT_TRUE(has_edge(triangulation, corner, 4)) << corner;
+}
+
+// The ring's first corner lies within its lower side.
+TEST(Triangulation, ChainGoesThroughTheFirstPointWhereItLiesOnIt) {
+    Triangulation triangulation(std::vector<Point>{{1, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 0}});
+    ASSERT_TRUE(triangulation.fix(4, 1, 1e-3));
+    EXPECT_EQ(triangulation.fixed_edges(), (std::set<std::pair<int, int>>{{0, 1}, {0, 4}}));
+}
+
 }  // namespace
 }  // namespace brelan

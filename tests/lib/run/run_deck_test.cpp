@@ -137,5 +137,27 @@ TEST(RunsInMemoryOnce, NameThatIsNoneIsTheEndOfTheRun) {
     EXPECT_EQ(run_deck(input).end.text, "..\\deck.dat: expected a file, but there is none of this name");
 }
 
+// Numbers too small for full digits count as 0 in a run, and not behind it.
+TEST(RunsInMemoryOnce, LeavesTheArithmeticAsItWas) {
+    RunInput input;
+    input.files["..\\deck.dat"] = "2 0\n1 1\n0. 0.\n4. 1. 0.5\n4. 1. 0.5\n0\n";
+    ASSERT_EQ(run_deck(input).end.status, STATUS_FINISHED);
+    volatile float tiny = 1.0E-38F;
+    volatile float share = tiny / 16.0F;
+    EXPECT_GT(share, 0.0F);
+}
+
+TEST(RunsInMemoryOnce, IsCutByTheMethodThatIsAskedFor) {
+    const Project project(Kind::displacement);
+    lay_out(project, Kind::displacement, example("crossing.dat"));
+    RunInput input = input_of(project);
+    const brelan::RunResult by_rules = run_deck(input);
+    input.cut = CutMethod::sound;
+    const brelan::RunResult sound = run_deck(input);
+    ASSERT_EQ(by_rules.end.status, STATUS_FINISHED) << by_rules.end.text;
+    ASSERT_EQ(sound.end.status, STATUS_FINISHED) << sound.end.text;
+    EXPECT_TRUE(by_rules.files->text(by_rules.mesh) != sound.files->text(sound.mesh));
+}
+
 }  // namespace
 }  // namespace brelan::test

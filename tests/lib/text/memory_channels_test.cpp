@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "support/state.h"
+#include "text/free_field.h"
 
 namespace brelan::test {
 namespace {
@@ -46,6 +47,26 @@ TEST_F(MemoryChannels, TouchNoFileOfTheirName) {
     state.channels.close(5, CloseAction::remove);
     state.channels.close_all();
     EXPECT_EQ(directory.read("a mesh"), "stays\n");
+}
+
+TEST_F(MemoryChannels, LinesThatAreWrittenAnewAreOfTheirNewSource) {
+    Channel& source = state.channels.open_in_memory(5, "a mesh", "one\ntwo\nthree\n");
+    Channel& copy = state.channels.open_in_memory(6, "a copy");
+    copy.follow(source);
+    for (int line = 0; line < 2; ++line)
+        copy.write_line(source.read_whole_line("a line"));
+    copy.rewind();
+    copy.write_line(source.read_whole_line("a line"));  // in the place of "one"; "two" is gone
+    EXPECT_EQ(copy.text(), "three\n");
+    copy.rewind();
+    EXPECT_EQ(failure_of([&] { copy.fail_here("nothing is right"); }), "a mesh, line 3: nothing is right");
+}
+
+TEST_F(MemoryChannels, ReadOfNoValueNeedsALineToo) {
+    Channel& channel = state.channels.open_in_memory(5, "a mesh", "one\n");
+    FreeFieldReader(channel, "nothing").finish();
+    EXPECT_EQ(failure_of([&] { FreeFieldReader(channel, "nothing").finish(); }),
+              "a mesh, line 2: the file ends here; expected nothing");
 }
 
 }  // namespace

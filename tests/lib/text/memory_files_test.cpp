@@ -1,4 +1,6 @@
 // Files in memory: their names, and channels on them.
+#include <array>
+
 #include "support/state.h"
 #include "text/files.h"
 #include "text/layout.h"
@@ -139,6 +141,17 @@ TEST(FilesOnDisk, KeepAllText) {
     channel.set_write_only(true);
     EXPECT_FALSE(channel.discards());
     EXPECT_TRUE(state.channels.keeps_file("Coord.dat"));
+}
+
+TEST_F(FilesInMemory, AreReadForwardInPieces) {
+    files->put("..\\list", "one two");
+    const auto opened = files->open({"list", files->path_of("..\\list")}, Access::forward);
+    std::array<char, 4> piece{};
+    EXPECT_EQ(opened->read(piece.data(), 4), 4U);
+    EXPECT_EQ(std::string_view(piece.data(), 4), "one ");
+    EXPECT_EQ(opened->read(piece.data(), 4), 3U);
+    EXPECT_EQ(std::string_view(piece.data(), 3), "two");
+    EXPECT_EQ(opened->read(piece.data(), 4), 0U);
 }
 
 }  // namespace
