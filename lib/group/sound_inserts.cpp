@@ -21,16 +21,16 @@ namespace brelan {
 
 namespace {
 
-constexpr double SLENDER = OPENING_25;
+constexpr double INSERT_BELOW = OPENING_25;
 constexpr double LEFT_ALONG_ARCS = OPENING_10;           // its pieces are much shorter than the elements
 constexpr std::array<double, 3> GAINS{1.15, 1.25, 1.4};  // that as many new nodes must bring
-constexpr int SWEEPS = 6;
+constexpr int INSERT_SWEEPS = 6;
 constexpr std::size_t MOST_SLENDER = 48;  // more: what is drawn is finer than the mesh
 constexpr std::size_t MOST_TRIES = 120;
 constexpr std::size_t LARGEST_CAVITY = 9;
 // From the middle of a short side, of its length, and along it and away from it.
 constexpr std::array<double, 5> DISTANCES{0.7, 1.4, 2.8, 5.6, 11.0};
-constexpr std::array<std::array<double, 2>, 5> DIRECTIONS{
+constexpr std::array<std::array<double, 2>, 5> INSERT_DIRECTIONS{
     {{0.87, 0.5}, {0.5, 0.87}, {0.0, 1.0}, {-0.5, 0.87}, {-0.87, 0.5}}};
 
 // Solids that hang together over free sides, and the nodes round them.
@@ -64,14 +64,14 @@ public:
             return {};
         const Solid solid = solid_of(mesh_, e);
         const double shape = shape_of(node_points(mesh_, solid.nodes()));
-        const bool is_along_arc = shape < SLENDER && lies_along_arc(solid);
-        if (shape >= SLENDER || (shape < LEFT_ALONG_ARCS && is_along_arc) || ++tries_ > MOST_TRIES)
+        const bool is_along_arc = shape < INSERT_BELOW && lies_along_arc(solid);
+        if (shape >= INSERT_BELOW || (shape < LEFT_ALONG_ARCS && is_along_arc) || ++tries_ > MOST_TRIES)
             return {};
         const std::vector<Cavity> cavities = cavities_of(solid);
         const std::vector<std::vector<Point>> points = points_beside(solid);
         std::optional<Filling> best;
         const auto try_out = [&](const Cavity& cavity, std::vector<Point> inside) {
-            if (!best || best->shape < SLENDER)
+            if (!best || best->shape < INSERT_BELOW)
                 try_filling(cavity, std::move(inside), best);
         };
         for (const Cavity& cavity : cavities)
@@ -122,7 +122,7 @@ private:
         const double x = 0.5 * (static_cast<double>(a.x) + static_cast<double>(b.x));
         const double y = 0.5 * (static_cast<double>(a.y) + static_cast<double>(b.y));
         std::vector<std::vector<Point>> points;
-        for (const auto& [along, away] : DIRECTIONS) {
+        for (const auto& [along, away] : INSERT_DIRECTIONS) {
             points.emplace_back();
             for (const double distance : DISTANCES)
                 points.back().push_back({static_cast<float>(x + distance * (along * dx - away * dy)),
@@ -272,7 +272,7 @@ private:
 
 std::size_t count_slender(const Mesh& mesh, const std::set<ElementNumber>& elements) {
     return static_cast<std::size_t>(std::count_if(elements.begin(), elements.end(), [&](ElementNumber e) {
-        return shape_of(node_points(mesh, solid_of(mesh, e).nodes())) < SLENDER;
+        return shape_of(node_points(mesh, solid_of(mesh, e).nodes())) < INSERT_BELOW;
     }));
 }
 
@@ -282,7 +282,7 @@ std::set<NodeNumber> insert_nodes(Mesh& mesh, Engine& engine, const Drawn& drawn
                                   const std::set<NodeNumber>& nodes, double width) {
     Inserter inserter(mesh, engine, drawn, drawing, width);
     std::set<NodeNumber> changed, waiting = nodes;
-    for (int sweep = 0; sweep < SWEEPS && !waiting.empty(); ++sweep) {
+    for (int sweep = 0; sweep < INSERT_SWEEPS && !waiting.empty(); ++sweep) {
         std::set<ElementNumber> elements;
         for (const NodeNumber node : waiting)
             for (const Solid& solid : solids_with(mesh, engine, node))

@@ -17,12 +17,12 @@ namespace brelan {
 
 namespace {
 
-constexpr double SLENDER = OPENING_20;
-constexpr double GAIN = 1.1;       // what is left must be better by this factor
-constexpr double LEAST = 1.0E-7;   // an opening that the digits of a mesh file cannot close
-constexpr double DIGITS = 1.0E-7;  // of the size of the coordinates: off a straight line
-constexpr double CLEAR = 1.2;      // tolerances: what stands nearer to a side may be of its line
-constexpr int SWEEPS = 3;
+constexpr double MERGE_BELOW = OPENING_20;
+constexpr double MERGE_GAIN = 1.1;       // what is left must be better by this factor
+constexpr double LEAST_MERGED = 1.0E-7;  // an opening that the digits of a mesh file cannot close
+constexpr double DIGITS = 1.0E-7;        // of the size of the coordinates: off a straight line
+constexpr double CLEAR = 1.2;            // tolerances: what stands nearer to a side may be of its line
+constexpr int MERGE_SWEEPS = 3;
 
 // A node that goes into another, and what this makes of its elements.
 struct Merge {
@@ -47,7 +47,7 @@ public:
         around.erase(node);
         const bool is_close = std::any_of(around.begin(), around.end(),
                                           [&](NodeNumber other) { return is_within_tolerance(node, other); });
-        if ((!is_close && before >= SLENDER) || !are_solids_to_cut(solids, node))
+        if ((!is_close && before >= MERGE_BELOW) || !are_solids_to_cut(solids, node))
             return {};
         const std::vector<NodeNumber> kept = kept_sides(node, around);
         if (engine_.frozen[node] != 0 || kept.size() == 1 || kept.size() > 2)
@@ -56,7 +56,8 @@ public:
         for (const NodeNumber other : kept.empty() ? std::vector(around.begin(), around.end()) : kept) {
             if (!kept.empty() && !may_leave_line(node, kept, other))
                 continue;
-            const double needed = is_within_tolerance(node, other) ? LEAST : std::max(GAIN * before, LEAST);
+            const double needed =
+                is_within_tolerance(node, other) ? LEAST_MERGED : std::max(MERGE_GAIN * before, LEAST_MERGED);
             const double shape = shape_without(solids, node, other);
             if (shape > needed && (!best || shape > best->shape))
                 best = Merge{other, shape};
@@ -203,7 +204,7 @@ void merge_nodes(Mesh& mesh, Engine& engine, Drawn& drawn, const Drawing& drawin
                  std::set<NodeNumber>& nodes, NodeNumber last_before) {
     Merger merger(mesh, engine, drawn, drawing);
     std::set<NodeNumber> waiting(nodes.upper_bound(last_before), nodes.end()), gone;
-    for (int sweep = 0; sweep < SWEEPS && !waiting.empty(); ++sweep) {
+    for (int sweep = 0; sweep < MERGE_SWEEPS && !waiting.empty(); ++sweep) {
         std::set<NodeNumber> next;
         for (const NodeNumber node : waiting) {
             if (gone.count(node) != 0)

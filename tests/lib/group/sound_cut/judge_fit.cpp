@@ -30,7 +30,7 @@ bool lies_on_deletion(const Judgement& j, const Spot& a, const Spot& b) {
 // The nodes by cells, to find those near a side.
 class NodeCells {
 public:
-    NodeCells(const JudgedMesh& mesh, double cell) : mesh_(mesh), cell_(cell) {
+    NodeCells(const JudgedMesh& mesh, double cell) : cell_(cell) {
         for (const int n : mesh.solid_nodes)
             if (mesh.has(n))
                 cells_[key(mesh.at(n))].push_back(n);
@@ -50,7 +50,6 @@ private:
     std::pair<long, long> key(const Spot& p) const {
         return {std::lround(std::floor(p.x / cell_)), std::lround(std::floor(p.y / cell_))};
     }
-    const JudgedMesh& mesh_;
     double cell_;
     std::map<std::pair<long, long>, std::vector<int>> cells_;
 };

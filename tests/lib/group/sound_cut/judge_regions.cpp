@@ -9,7 +9,7 @@ namespace brelan::test {
 
 namespace {
 
-struct Edge {
+struct OutlineEdge {
     Spot low, high;
     std::size_t polygon = 0;
 
@@ -74,7 +74,7 @@ private:
             levels.push_back(edges_[i].low.y);
             levels.push_back(edges_[i].high.y);
             for (std::size_t k = 0; k < i; ++k) {
-                const Edge &u = edges_[i], &v = edges_[k];
+                const OutlineEdge &u = edges_[i], &v = edges_[k];
                 const double low = std::max(u.low.y, v.low.y), high = std::min(u.high.y, v.high.y);
                 if (low >= high)
                     continue;
@@ -90,7 +90,7 @@ private:
     void add_slab(double low, double high, std::map<int, double>& sums) const {
         const double middle = (low + high) / 2.0;
         std::vector<std::pair<double, std::size_t>> crossings;
-        for (const Edge& edge : edges_)
+        for (const OutlineEdge& edge : edges_)
             if (edge.low.y < middle && edge.high.y > middle)
                 crossings.emplace_back(edge.at(middle), edge.polygon);
         std::sort(crossings.begin(), crossings.end());
@@ -139,7 +139,7 @@ private:
     }
 
     const Judgement& j_;
-    std::vector<Edge> edges_;
+    std::vector<OutlineEdge> edges_;
     std::size_t polygons_ = 0, listed_ = 0;
     std::vector<const DrawnPath*> paths_;
 };
