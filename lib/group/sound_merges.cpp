@@ -100,12 +100,15 @@ private:
         if (!lies_between && !is_within_tolerance(node, other))
             return false;
         for (const ElementNumber e :
-             elements_near(engine_, from, to, static_cast<float>(CLEAR * drawing_.tolerance)))
-            if (is_solid(mesh_, e))
-                for (const NodeNumber beside : solid_of(mesh_, e).nodes())
-                    if (beside != node && beside != kept[0] && beside != kept[1] &&
-                        is_beside(from, to, node_point(mesh_, beside)))
-                        return false;
+             elements_near(engine_, from, to, static_cast<float>(CLEAR * drawing_.tolerance))) {
+            if (!is_solid(mesh_, e))
+                continue;
+            const Solid solid = solid_of(mesh_, e);
+            for (const NodeNumber beside : solid.nodes())
+                if (beside != node && beside != kept[0] && beside != kept[1] &&
+                    is_beside(from, to, node_point(mesh_, beside)))
+                    return false;
+        }
         return true;
     }
 
