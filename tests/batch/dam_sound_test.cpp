@@ -193,7 +193,7 @@ private:
 };
 
 TEST(RandomDamsBySoundCut, AreSoundAndHaveTheAreasThatAreDrawn) {
-    const int count = rounds(60, 3000);
+    const int count = rounds(40, 3000);
     for (int i = 0; i < count; ++i) {
         const RandomDam random(static_cast<unsigned>(i));
         expect_sound(random.dam, ALL_KINDS.at(static_cast<std::size_t>(i) % ALL_KINDS.size()),

@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "support/campaign.h"
 #include "support/project.h"
 
 namespace brelan::test {
@@ -322,7 +323,7 @@ std::vector<double> slope_shares(int N, double water_share) {
 TEST(SlopeTemplates, KeepPositiveAreasAtEveryWaterLevel) {
     for (const Expected& expected : TEMPLATES) {
         Template t(expected, "Slope");
-        for (int thousandth = 1; thousandth <= 999; ++thousandth) {
+        for (int thousandth = 1; thousandth <= 999; thousandth += SAMPLE_SHARE) {
             const std::vector<double> shares = slope_shares(expected.divisions, thousandth / 1000.0);
             for (int i = 0; i <= expected.divisions; ++i)
                 t.nodes[t.slope_node(i + 1)] = {expected.width * shares[static_cast<std::size_t>(i)],

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "lib/group/cut_fixture.h"
+#include "support/campaign.h"
 
 namespace brelan::test {
 namespace {
@@ -114,7 +115,8 @@ TEST_F(GroupIndexRoom, SideIsCrossedAlmostAWholeLengthBeyondItsEnd) {
 TEST_F(GroupIndexRoom, SidesBetweenPowersOfTwoAreFoundAsByAScan) {
     Random random(7);
     int far = 0;
-    for (int mesh = 0; mesh < 20; ++mesh) {
+    const int meshes = rounds(20);
+    for (int mesh = 0; mesh < meshes; ++mesh) {
         clear();
         const std::vector<Side> sides = mesh_of(random);
         for (int i = 0; i < 300; ++i) {
@@ -131,7 +133,7 @@ TEST_F(GroupIndexRoom, SidesBetweenPowersOfTwoAreFoundAsByAScan) {
                 << " to " << segment.b.x << ", " << segment.b.y;
         }
     }
-    EXPECT_GT(far, 100);
+    EXPECT_GT(far, 5 * meshes);
 }
 
 }  // namespace

@@ -256,11 +256,11 @@ void hold_index_against_scan(unsigned seed, int meshes, bool degenerate) {
 }
 
 TEST(GroupIndex, CutsOfSoundMeshesAreThoseOfAScan) {
-    hold_index_against_scan(1, rounds(700), false);
+    hold_index_against_scan(1, rounds(350, 700), false);
 }
 
 TEST(GroupIndex, CutsOfDegenerateMeshesAreThoseOfAScan) {
-    hold_index_against_scan(2, rounds(700), true);
+    hold_index_against_scan(2, rounds(350, 700), true);
 }
 
 // Narrow columns beside a wide one. A line through the wide one takes the nodes at its edge along, far from
@@ -268,7 +268,7 @@ TEST(GroupIndex, CutsOfDegenerateMeshesAreThoseOfAScan) {
 TEST(GroupIndex, ElementsOfANodeThatMovesFarAreLookedAtAgain) {
     constexpr int NARROW = 20, ROWS = 10;
     Random random(4);
-    for (int m = 0; m < rounds(300); ++m) {
+    for (int m = 0; m < rounds(200, 300); ++m) {
         MeshNow mesh;
         for (int row = 0; row <= ROWS; ++row)
             for (int column = 0; column <= NARROW + 1; ++column) {
@@ -370,7 +370,7 @@ bool repeats_a_corner(const Four& n) {
 TEST(GroupCutProperty, AreaIsKeptAndNoCornerRepeated) {
     Random random(3);
     int cuts = 0, moved_borders = 0, with_hanging = 0, hanging = 0, compared = 0;
-    const int meshes = rounds(2500);
+    const int meshes = rounds(1250, 2500);
     for (int m = 0; m < meshes; ++m) {
         const MeshNow before = random_mesh(random, false);
         ASSERT_EQ(hanging_nodes(before, 1000), 0);
