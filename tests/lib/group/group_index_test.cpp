@@ -391,7 +391,7 @@ TEST(GroupCutProperty, AreaIsKeptAndNoCornerRepeated) {
             EXPECT_NEAR(signed_area(now), signed_area(before), 2.0E-4) << m;
         }
     }
-    EXPECT_GT(compared, meshes / 13);
+    EXPECT_GT(compared, 2 * meshes / 25);
     std::cout << cuts << " cuts: " << moved_borders << " move a border node, " << with_hanging << " leave "
               << hanging << " hanging nodes, " << compared << " keep the area\n";
 }
