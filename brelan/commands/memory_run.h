@@ -17,8 +17,8 @@ using TextsByName = std::map<std::string, std::string>;
 // The deck's own name in a run in memory.
 inline constexpr std::string_view MEMORY_DECK = "..\\deck.dat";
 
-// Defaults, units and slope templates of a kind from the package's masters, which lie near the program. Throws
-// Failure where they are not there.
+// Defaults, units and slope templates of a kind from the package's masters, which lie near the program.
+// Throws Failure where they are not there.
 TextsByName package_data(const std::filesystem::path& program, LayoutKind kind);
 
 // The deck, the meshes of its place by the names on its cards, what the project has of its own, and the data.

@@ -122,10 +122,10 @@ std::string with_name(const NotedDeck& deck, std::size_t card, std::string_view 
 std::string with_list(const NotedDeck& deck, std::size_t card, std::span<const float> values) {
     const DeckCard& changed = deck.cards.at(card);
     require_kind(deck, changed, changed.type == CardType::list, "list");
-    const bool whole = std::all_of(changed.list.begin(), changed.list.end(),
-                                   [](float value) { return std::trunc(value) == value; }) &&
-                       std::all_of(values.begin(), values.end(),
-                                   [](float value) { return std::trunc(value) == value; });
+    const bool whole =
+        std::all_of(changed.list.begin(), changed.list.end(),
+                    [](float value) { return std::trunc(value) == value; }) &&
+        std::all_of(values.begin(), values.end(), [](float value) { return std::trunc(value) == value; });
     std::string lines, line;
     for (const float value : values) {
         const std::string word = "  " + shortest_text(value, whole ? FieldForm::integer : FieldForm::real);
