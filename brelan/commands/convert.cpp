@@ -48,6 +48,7 @@ int convert(const ConvertOptions& options, const Context& context) {
     if (options.bare) {
         cells.point_data.clear();
         cells.cell_data.clear();
+        cells.names = {};  // of numbers that are gone
     }
     if (target == Target::vtu)
         write_vtu(cells, options.to);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "text/utf_8.h"
+
 namespace brelan::tool {
 
 Page::Page(Bounds window, double left, double top, double width) {
@@ -45,25 +47,14 @@ std::vector<double> round_steps(double low, double high, int count) {
 
 std::string picture_text(std::string_view text) {
     std::string out;
-    for (std::size_t i = 0; i < text.size();) {
-        const auto c = static_cast<unsigned char>(text[i]);
-        const std::size_t length = c < 0x80U                 ? 1
-                                   : c >= 0xC2U && c < 0xE0U ? 2
-                                   : c >= 0xE0U && c < 0xF0U ? 3
-                                   : c >= 0xF0U && c < 0xF5U ? 4
-                                                             : 0;
-        bool valid = length > 0 && i + length <= text.size() && c >= ' ' && c != 127;
-        for (std::size_t k = 1; valid && k < length; ++k)
-            valid = (static_cast<unsigned char>(text[i + k]) & 0xC0U) == 0x80U;
-        // Overlong forms, surrogates and what lies beyond the last code point.
-        const unsigned char second = valid && length > 1 ? static_cast<unsigned char>(text[i + 1]) : 0x90;
-        valid = valid && !(c == 0xE0U && second < 0xA0U) && !(c == 0xEDU && second > 0x9FU) &&
-                !(c == 0xF0U && second < 0x90U) && !(c == 0xF4U && second > 0x8FU);
-        if (valid)
-            out += text.substr(i, length);
+    while (!text.empty()) {
+        const std::size_t size = size_of_character(text);
+        const auto first = static_cast<unsigned char>(text.front());
+        if (size > 0 && first >= ' ' && first != 127)
+            out += text.substr(0, size);
         else
             out += '?';
-        i += valid ? length : 1;
+        text.remove_prefix(std::max<std::size_t>(size, 1));
     }
     return out;
 }

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "analysis/material_names.h"
 #include "deck/card.h"
 
 namespace brelan::tool {
@@ -131,6 +132,8 @@ struct NotedDeck : DeckSource {
     int surplus_line = 0;  // first line behind the last card that is no comment; 0 none
     std::int32_t mode = 0;
     std::vector<DeckGroup> groups;
+
+    MaterialNames names;  // of its comment lines
 
     // Names of meshes as they stand on the cards; empty where the deck has no such card.
     std::string first_mesh, second_mesh, result;

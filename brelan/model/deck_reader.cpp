@@ -79,6 +79,16 @@ std::string read_text_of(const std::filesystem::path& file) {
     return read_file(file);
 }
 
+MaterialNames named_in(std::string_view text) {
+    MaterialNames names;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        names.take_comment(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return names;
+}
+
 }  // namespace
 
 DeckSource deck_source(const std::filesystem::path& file) {
@@ -106,6 +116,7 @@ NotedDeck read_deck(const DeckSource& source, LayoutKind kind) {
     NotedDeck deck;
     static_cast<DeckSource&>(deck) = source;
     deck.kind = kind;
+    deck.names = named_in(source.text);
     Channels channels;
     channels.open_in_memory(CHANNEL_TEXT, source.file.string(), source.text);
     Channel& lines = channels.open_in_memory(CHANNEL_CARDS, "the cards");

@@ -18,16 +18,24 @@ constexpr std::string_view HEADING = "a heading line of a mesh file";
 
 // --- reading -------------------------------------------------------------------------------------
 
+// What stands in a file besides the mesh.
+struct AsideOfMesh {
+    bool byte_order_mark = false;
+    MaterialNames names;
+};
+
 // The mesh without its comment lines, on a channel that knows the line of the file for each of its own.
-Channel& without_comments(Channels& channels, bool& byte_order_mark) {
+Channel& without_comments(Channels& channels, AsideOfMesh& aside) {
     Channel& from = channels.at(CHANNEL_SOURCE_A);
-    byte_order_mark = from.pass_byte_order_mark();
+    aside.byte_order_mark = from.pass_byte_order_mark();
     Channel& mesh = channels.open_in_memory(CHANNEL_MESH_A, from.name());
     mesh.follow(from);
     while (!from.at_end()) {
-        const std::string_view line = from.read_whole_line("a line").substr(0, LINE_COLUMNS);
+        const std::string_view line = from.read_whole_line("a line");
         if (line.empty() || line.front() != '*')
-            mesh.write_line(line);
+            mesh.write_line(line.substr(0, LINE_COLUMNS));
+        else
+            aside.names.take_comment(line);
     }
     channels.close(CHANNEL_SOURCE_A);
     mesh.rewind();
@@ -188,7 +196,10 @@ std::optional<MeshLists> read_mesh(Channels& channels, const std::string& name,
                                    std::optional<LayoutKind> kind) {
     MeshLists mesh;
     mesh.file = name;
-    Channel& file = without_comments(channels, mesh.byte_order_mark);
+    AsideOfMesh aside;
+    Channel& file = without_comments(channels, aside);
+    mesh.byte_order_mark = aside.byte_order_mark;
+    mesh.names = std::move(aside.names);
     if (!kind)
         kind = find_kind(file);
     if (!kind)
@@ -200,8 +211,8 @@ std::optional<MeshLists> read_mesh(Channels& channels, const std::string& name,
 }
 
 std::optional<LayoutKind> kind_of_mesh(Channels& channels) {
-    bool byte_order_mark = false;
-    return find_kind(without_comments(channels, byte_order_mark));
+    AsideOfMesh aside;
+    return find_kind(without_comments(channels, aside));
 }
 
 }  // namespace
@@ -256,6 +267,9 @@ void write_mesh(Channel& file, const MeshLists& mesh, std::string_view name) {
                 write_element_record(mesh.kind, file, type, e);
     }
     write_closing_lines(file);
+    // Behind all that readers who count lines come to.
+    for (const auto& [key, material_name] : mesh.names)
+        file.write_line(comment_of(key, material_name));
 }
 
 }  // namespace brelan

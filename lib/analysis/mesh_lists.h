@@ -10,27 +10,14 @@
 #include <string_view>
 #include <vector>
 
+#include "analysis/element_class.h"
+#include "analysis/material_names.h"
 #include "mesh/edition.h"
 #include "mesh/mesh_records.h"
 
 namespace brelan {
 
 using Number = std::int32_t;
-
-// What an element is for the user. A joint is a continuum record that its attributes mark: KS above 0
-// (coupled), IDH below 0 or from 100 on (temperature and head: in a file a joint's negative IDH stands as its
-// absolute value less 100), DEN below 0 (displacement).
-enum class ElementClass : std::uint8_t { solid, joint, beam, truss };
-
-inline constexpr std::array<std::string_view, 4> CLASS_NAMES{"solid", "joint", "beam", "truss"};
-inline constexpr std::array<std::string_view, 4> CLASS_PLURALS{"solids", "joints", "beams", "trusses"};
-
-constexpr std::string_view name_of(ElementClass of) {
-    return CLASS_NAMES[static_cast<std::size_t>(of)];
-}
-
-// Elements of one class and material as one thing: "material 2", "joint 7", "beam 1", "truss 1".
-std::string group_name(ElementClass of, std::int32_t material);
 
 struct Element : ElementRecord {
     ElementClass of = ElementClass::solid;
@@ -79,6 +66,7 @@ public:
     LayoutKind kind = LayoutKind::displacement;
     std::vector<Node> nodes;        // in ascending number
     std::vector<Element> elements;  // solids and joints, then beams, then trusses; each in ascending number
+    MaterialNames names;            // of its materials, from comment lines of a file
     bool flow_lines = false;        // head kind: the trusses are flow lines, which the head of a file hides
     bool byte_order_mark = false;   // in front of the file, passed over
     Number deleted = 0;             // element records of the file that were marked as deleted
@@ -104,6 +92,9 @@ public:
         const Node& node = nodes[static_cast<std::size_t>(place)];
         return {node.x, node.y};
     }
+
+    // Elements of a class and material as a person knows them: "material 5: Sand", "flow line 2".
+    std::string group_title(ElementClass of, std::int32_t material) const;
 
     // Of all nodes; zero when there is none.
     Bounds bounds() const;

@@ -40,6 +40,14 @@ NotedDeck deck_of(const std::string& text, LayoutKind kind = LayoutKind::displac
 const std::string EDIT =
     "* a comment\n  1  0\r\nRow.Mes\n  New.Mes\n 1, 1\n*\n 3\n 1\n 3\n 2 -3\n 7\n 1\n 7 0 4\n";
 
+TEST(NotedDeck, its_comments_give_materials_their_names) {
+    const NotedDeck deck =
+        deck_of("* material 5: Back-fill\r\n* beam 1: Wall\n" + EDIT + "* Material 5: Sand");
+    EXPECT_EQ(deck.names.of(ElementClass::solid, 5), "Sand");
+    EXPECT_EQ(deck.names.of(ElementClass::beam, 1), "Wall");
+    EXPECT_EQ(deck.names.size(), 2U);
+}
+
 TEST(WholeNumber, is_cut_and_has_an_opposite) {
     EXPECT_EQ(whole_number(2.9F), 2);
     EXPECT_EQ(whole_number(-2.9F), -2);
