@@ -101,6 +101,7 @@ DryRun dry_run(const DeckCheck& check, const DeckPlace& place, CutMethod cut, co
         return ran;
     ran.result = result.mesh.starts_with(PARENT) ? result.mesh.substr(PARENT.size()) : result.mesh;
     ran.mesh = read_mesh_text(result.files->text(result.mesh), ran.result, edition.kind);
+    ran.activity = result.activity;
     ran.remarks = changed_lines(deck, check.first_mesh, *ran.mesh);
     return ran;
 }
