@@ -249,7 +249,8 @@ void add_convert(Parser& parser) {
   brelan convert Pit.vtu Pit.Mes                 and back
   brelan convert --kind head drawn.msh Dam.Mes   a mesh that Gmsh made, for the head kind
   brelan convert --to vtu Pit.Mes - | gzip > Pit.vtu.gz
-  brelan convert --stages Pit.Mes Pit.mdpa       for a geotechnical solver, with its project files
+  brelan convert --deck pit.dat --stages Pit.Mes Pit.mdpa
+                                                 for a geotechnical solver, a project file for each stage
 )",
                                          convert);
     command
@@ -265,6 +266,10 @@ void add_convert(Parser& parser) {
         ->check(CLI::IsMember({"mes", "vtu", "msh", "msh2", "msh4", "mdpa"}));
     command->add_flag("--bare", options->bare,
                       "Without codes and attributes as data arrays, which Gmsh shows one over the other");
+    command
+        ->add_option("--deck", options->deck,
+                     ".mdpa: the deck that made the mesh; its groups tell what comes and goes")
+        ->type_name("DECK");
     command->add_flag("--stages", options->stages,
                       ".mdpa: write materials and a project file for each stage beside the mesh");
     command

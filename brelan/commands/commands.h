@@ -60,6 +60,7 @@ int plot(const PlotOptions& options, const Context& context);
 struct ConvertOptions {
     std::string from, to;
     std::string format;
+    std::string deck;  // that made the mesh and tells when its elements come and go
     bool bare = false, stages = false;
     std::vector<std::int32_t> cables;  // materials of trusses
     KindOption kind;

@@ -5,6 +5,7 @@
 #include "cli/input_file.h"
 #include "cli/words.h"
 #include "commands/commands.h"
+#include "commands/deck_stages.h"
 #include "formats/any_mesh.h"
 #include "formats/cell_mesh.h"
 #include "formats/gmsh.h"
@@ -44,24 +45,24 @@ Target target_of(const ConvertOptions& options) {
 }
 
 void write_for_geotechnics(const MeshLists& mesh, const ConvertOptions& options, const Context& context) {
-    const bool stages = options.stages;
-    if (stages && options.to == STANDARD_STREAM)
+    if (options.stages && options.to == STANDARD_STREAM)
         throw Failure(fmt::format("{}: expected the name of a file, as --stages writes others beside it",
                                   STANDARD_OUTPUT));
-    const MdpaModel model = mdpa_model(mesh, cells_of(mesh), options.cables);
-    for (const std::string& remark : model.remarks)
-        note(context, fmt::format("{}: {}", options.from, remark));
-    if (stages)
+    const Stages stages = options.deck.empty() ? Stages() : stages_of_deck(options.deck, mesh, context);
+    const MdpaModel model = mdpa_model(mesh, cells_of(mesh), stages, options.cables);
+    if (options.stages)
         write_mdpa_stages(model, options.to);
     write_mdpa(model, options.to);
+    for (const std::string& remark : model.remarks)
+        note(context, fmt::format("{}: {}", options.from, remark));
 }
 
 }  // namespace
 
 int convert(const ConvertOptions& options, const Context& context) {
     const Target target = target_of(options);
-    if (target != Target::mdpa && (options.stages || !options.cables.empty()))
-        throw Failure("expected a file that ends in .mdpa with --stages and --cable");
+    if (target != Target::mdpa && (options.stages || !options.cables.empty() || !options.deck.empty()))
+        throw Failure("expected a file that ends in .mdpa with --stages, --cable and --deck");
     const MeshLists mesh = read_any_mesh_as(mesh_source(options.from), options.kind.kind(),
                                             [&](const std::string& text) { note(context, text); });
     if (target == Target::mesh) {

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "analysis/stages.h"
 #include "formats/cell_mesh.h"
 
 namespace brelan::tool {
@@ -40,24 +41,26 @@ struct MdpaPart {
     std::int32_t properties = 0;            // material
     std::vector<std::string_view> codes;    // code: the fields, with the value of each
     std::vector<std::int32_t> values;
-    double given = 0.0;                // code, in the kinds whose nodes carry H or T: that of its first node
-    std::int32_t comes = 0, goes = 0;  // activity: the steps, 0 for from the start and for never
+    double given = 0.0;  // code, in the kinds whose nodes carry H or T: that of its first node
+    ActivityPair pair;   // activity
 };
 
 struct MdpaModel {
-    std::string source;  // the mesh's name
+    std::string source;  // name of the mesh's file
     LayoutKind kind = LayoutKind::displacement;
     std::vector<std::int32_t> properties;  // ascending
     std::vector<Node> nodes;
     std::vector<MdpaBlock> blocks;
     std::vector<MdpaPart> parts;
-    std::vector<std::string> remarks;  // what could not be carried, or was changed
+    std::vector<std::int32_t> steps{0};  // at which parts come or go, behind the state at the start
+    std::vector<std::string> remarks;    // what could not be carried, or was changed
 
     bool has(ElementClass of) const;  // an element of the class
 };
 
 // `cells` is the same mesh, element by element. Trusses of the materials `cables` become cables.
-MdpaModel mdpa_model(const MeshLists& mesh, const CellMesh& cells, const std::vector<std::int32_t>& cables);
+MdpaModel mdpa_model(const MeshLists& mesh, const CellMesh& cells, const Stages& stages,
+                     const std::vector<std::int32_t>& cables);
 
 // Whole or not at all. Throws Failure.
 void write_mdpa(const MdpaModel& model, const std::filesystem::path& path);

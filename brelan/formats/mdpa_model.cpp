@@ -1,6 +1,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <set>
 #include <unordered_map>
@@ -10,7 +11,6 @@
 #include "cli/words.h"
 #include "formats/mdpa.h"
 #include "formats/mdpa_elements.h"
-#include "mesh/kinds.h"
 
 namespace brelan::tool {
 
@@ -40,9 +40,14 @@ void sort_once(Values& values) {
 
 class Modelling {
 public:
-    Modelling(const MeshLists& mesh, const CellMesh& cells, const std::vector<std::int32_t>& cables)
-        : mesh_(mesh), cells_(cells), cables_(cables), typed_(typed_elements(mesh, cells, cables)) {
-        model_.source = mesh.name.empty() ? mesh.file : mesh.name;
+    Modelling(const MeshLists& mesh, const CellMesh& cells, const Stages& stages,
+              const std::vector<std::int32_t>& cables)
+        : mesh_(mesh),
+          cells_(cells),
+          stages_(stages),
+          cables_(cables),
+          typed_(typed_elements(mesh, cells, cables)) {
+        model_.source = std::filesystem::path(mesh.file).filename().string();
         model_.kind = mesh.kind;
         model_.nodes = mesh.nodes;
     }
@@ -51,13 +56,17 @@ public:
         sort_by_group();
         number_properties();
         add_blocks();
+        // Their names are known to whoever reads a project file: those of materials give way to them.
+        add_codes();
+        add_stages();
+        std::vector<MdpaPart> behind = std::exchange(model_.parts, {});
         for (std::size_t g = 0; g < of_group_.size(); ++g)
             if (!of_group_[g].empty())
                 add_material(g);
         for (std::size_t g = 0; g < of_group_.size(); ++g)
             if (!of_group_[g].empty() && class_of(g) != ElementClass::solid)
                 add_lines(g);
-        add_codes();
+        std::move(behind.begin(), behind.end(), std::back_inserter(model_.parts));
         say_what_is_left_out();
         return std::move(model_);
     }
@@ -182,7 +191,7 @@ private:
                     nodes[{node.codes[k]}].push_back(&node);
             add_code_parts({fields[k]}, nodes);
         }
-        if (!has_node_values(mesh_.kind))
+        if (value_name(mesh_.kind).empty())
             return;
         // What is given at a node stands in both codes: that there is a value, and the function it follows.
         std::map<std::vector<std::int32_t>, std::vector<const Node*>> nodes;
@@ -217,6 +226,29 @@ private:
         }
     }
 
+    void add_stages() {
+        for (const StageSet& set : stages_.sets()) {
+            MdpaPart part;
+            part.purpose = PartPurpose::activity;
+            part.of = set.of;
+            part.pair = set.pair;
+            part.name = CLASS_PLURALS[static_cast<std::size_t>(set.of)];
+            if (set.never_there())
+                part.name += "_never";
+            if (set.comes() > 0)
+                part.name += fmt::format("_from_{}", set.comes());
+            if (set.goes() > 0)
+                part.name += fmt::format("_until_{}", set.goes());
+            part.name = free_name(part.name, "set");
+            Places places;
+            for (const Number number : set.elements)
+                places.push_back(static_cast<std::size_t>(mesh_.element_place(number)));
+            take_elements(part, places);
+            model_.parts.push_back(std::move(part));
+        }
+        model_.steps.insert(model_.steps.end(), stages_.steps().begin(), stages_.steps().end());
+    }
+
     void say(const std::string& text) { model_.remarks.push_back(text); }
 
     void say_what_is_left_out() {
@@ -236,7 +268,7 @@ private:
         std::vector<std::string> attributes;
         for (const AttributeField& attribute : attribute_fields(mesh_.kind))
             attributes.emplace_back(attribute.name);
-        if (has_node_values(mesh_.kind))
+        if (!value_name(mesh_.kind).empty())
             attributes.insert(attributes.end(), {std::string(value_name(mesh_.kind)), "CF"});
         say(fmt::format("{} have no place in a .mdpa file and were left out", joined(attributes, ", ")));
         if (mesh_.kind == LayoutKind::coupled)
@@ -266,6 +298,7 @@ private:
 
     const MeshLists& mesh_;
     const CellMesh& cells_;
+    const Stages& stages_;
     const std::vector<std::int32_t>& cables_;
     const TypedElements typed_;
     MdpaModel model_;
@@ -283,8 +316,9 @@ bool MdpaModel::has(ElementClass of) const {
     });
 }
 
-MdpaModel mdpa_model(const MeshLists& mesh, const CellMesh& cells, const std::vector<std::int32_t>& cables) {
-    return Modelling(mesh, cells, cables).all();
+MdpaModel mdpa_model(const MeshLists& mesh, const CellMesh& cells, const Stages& stages,
+                     const std::vector<std::int32_t>& cables) {
+    return Modelling(mesh, cells, stages, cables).all();
 }
 
 }  // namespace brelan::tool

@@ -2,14 +2,11 @@
 // go. The rest are placeholders for a person to replace.
 #include <fmt/core.h>
 
-#include <algorithm>
-#include <set>
 #include <utility>
 
 #include "cli/json.h"
 #include "cli/output_file.h"
 #include "formats/mdpa.h"
-#include "mesh/kinds.h"
 
 namespace brelan::tool {
 
@@ -72,15 +69,6 @@ public:
     std::string materials_file() const { return mesh_ + "_materials.json"; }
     std::string stage_file(std::size_t stage) const { return fmt::format("{}_stage_{}.json", mesh_, stage); }
 
-    // The steps at which something comes or goes, ascending; in front of them the state at the start.
-    std::vector<std::int32_t> steps() const {
-        std::set<std::int32_t> steps{0};
-        for (const MdpaPart& part : model_.parts)
-            if (part.purpose == PartPurpose::activity)
-                steps.insert({part.comes, part.goes});
-        return {steps.begin(), steps.end()};
-    }
-
     Json stage(std::size_t number, std::int32_t step) const {
         return {{"problem_data",
                  {{"problem_name", fmt::format("{}_stage_{}", mesh_, number)},
@@ -108,7 +96,7 @@ public:
     }
 
 private:
-    bool has_stresses() const { return !has_node_values(model_.kind); }
+    bool has_stresses() const { return has_midside_nodes(model_.kind); }
 
     template <class Wanted>
     Json names_of(const Wanted& wanted) const {
@@ -166,12 +154,10 @@ private:
             all.push_back(
                 scalar_process(ROOT, "WATER_PRESSURE", {{"fluid_pressure_type", "Uniform"}, {"value", 0.0}}));
         for (const MdpaPart& part : model_.parts)
-            if (part.purpose == PartPurpose::activity) {
-                const bool active = part.comes <= step && (part.goes == 0 || step < part.goes);
-                all.push_back(
-                    process("apply_excavation_process", "ApplyExcavationProcess",
-                            {{"model_part_name", whole_name(part.name)}, {"deactivate_soil_part", !active}}));
-            }
+            if (part.purpose == PartPurpose::activity && !part.elements.empty())
+                all.push_back(process("apply_excavation_process", "ApplyExcavationProcess",
+                                      {{"model_part_name", whole_name(part.name)},
+                                       {"deactivate_soil_part", !is_there(part.pair, step)}}));
         return all;
     }
 
@@ -284,9 +270,8 @@ void write_mdpa_stages(const MdpaModel& model, const std::filesystem::path& path
     const Project project(model, path);
     const auto beside = [&](const std::string& name) { return path.parent_path() / name; };
     write_file(beside(project.materials_file()), project.materials().text());
-    const std::vector<std::int32_t> steps = project.steps();
-    for (std::size_t k = 0; k < steps.size(); ++k)
-        write_file(beside(project.stage_file(k + 1)), project.stage(k + 1, steps[k]).text());
+    for (std::size_t k = 0; k < model.steps.size(); ++k)
+        write_file(beside(project.stage_file(k + 1)), project.stage(k + 1, model.steps[k]).text());
 }
 
 }  // namespace brelan::tool

@@ -19,7 +19,7 @@ public:
             text_.add("\nBegin Properties {}\nEnd Properties\n", number);
         text_.add("\nBegin Nodes\n");
         for (const Node& node : model.nodes)
-            text_.add("    {}  {} {} 0.0\n", node.number.value, node.x, node.y);
+            text_.add("    {}  {:#} {:#} 0.0\n", node.number.value, node.x, node.y);
         text_.add("End Nodes\n");
         for (const MdpaBlock& block : model.blocks)
             write_block(block);
