@@ -249,6 +249,8 @@ void add_convert(Parser& parser) {
   brelan convert Pit.vtu Pit.Mes                 and back
   brelan convert --kind head drawn.msh Dam.Mes   a mesh that Gmsh made, for the head kind
   brelan convert --to vtu Pit.Mes - | gzip > Pit.vtu.gz
+  brelan convert --deck pit.dat --stages Pit.Mes Pit.mdpa
+                                                 for a geotechnical solver, a project file for each stage
 )",
                                          convert);
     command
@@ -259,11 +261,23 @@ void add_convert(Parser& parser) {
         ->add_option("TO", options->to,
                      "File to be written; its ending names the format. - is standard output")
         ->required();
-    command->add_option("--to", options->format, "mes, vtu, msh2 or msh4, whatever the ending")
+    command->add_option("--to", options->format, "mes, vtu, msh2, msh4 or mdpa, whatever the ending")
         ->type_name("FORMAT")
-        ->check(CLI::IsMember({"mes", "vtu", "msh", "msh2", "msh4"}));
+        ->check(CLI::IsMember({"mes", "vtu", "msh", "msh2", "msh4", "mdpa"}));
     command->add_flag("--bare", options->bare,
                       "Without codes and attributes as data arrays, which Gmsh shows one over the other");
+    command
+        ->add_option("--deck", options->deck,
+                     ".mdpa: the deck that made the mesh; its groups tell what comes and goes")
+        ->type_name("DECK");
+    command->add_flag("--stages", options->stages,
+                      ".mdpa: write materials and a project file for each stage beside the mesh");
+    command
+        ->add_option("--cable", options->cables,
+                     ".mdpa: trusses of these materials are anchors, which only pull")
+        ->type_name("N,N,...")
+        ->delimiter(',')
+        ->expected(1);
     add_kind(*command, options->kind,
              "Kind of the mesh: coupled, temperature, head or displacement (that of FROM)");
 }

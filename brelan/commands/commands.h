@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -59,7 +60,9 @@ int plot(const PlotOptions& options, const Context& context);
 struct ConvertOptions {
     std::string from, to;
     std::string format;
-    bool bare = false;
+    std::string deck;  // that made the mesh and tells when its elements come and go
+    bool bare = false, stages = false;
+    std::vector<std::int32_t> cables;  // materials of trusses
     KindOption kind;
 };
 int convert(const ConvertOptions& options, const Context& context);

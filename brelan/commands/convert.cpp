@@ -3,10 +3,13 @@
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
+#include "cli/words.h"
 #include "commands/commands.h"
+#include "commands/deck_stages.h"
 #include "formats/any_mesh.h"
 #include "formats/cell_mesh.h"
 #include "formats/gmsh.h"
+#include "formats/mdpa.h"
 #include "formats/mesh_file.h"
 #include "formats/vtu.h"
 
@@ -14,7 +17,11 @@ namespace brelan::tool {
 
 namespace {
 
-enum class Target { mesh, vtu, gmsh_2, gmsh_4 };
+enum class Target { mesh, vtu, gmsh_2, gmsh_4, mdpa };
+
+bool has_ending(const std::string& name, std::string_view ending) {
+    return lower(std::filesystem::path(name).extension().string()) == ending;
+}
 
 Target target_of(const ConvertOptions& options) {
     if (options.format == "mes")
@@ -25,29 +32,52 @@ Target target_of(const ConvertOptions& options) {
         return Target::gmsh_2;
     if (options.format == "msh" || options.format == "msh4")
         return Target::gmsh_4;
+    if (options.format == "mdpa" || (options.format.empty() && has_ending(options.to, ".mdpa")))
+        return Target::mdpa;
     if (options.to == STANDARD_STREAM)
         throw Failure(fmt::format("{}: expected the format with --to", STANDARD_OUTPUT));
     const std::optional<Format> format = format_of_name(options.to);
     if (!format)
-        throw Failure(fmt::format(
-            "{}: expected a name that ends in .Mes, .vtu or .msh, or the format with --to", options.to));
+        throw Failure(
+            fmt::format("{}: expected a name that ends in .Mes, .vtu, .msh or .mdpa, or the format with --to",
+                        options.to));
     return *format == Format::mesh ? Target::mesh : *format == Format::vtu ? Target::vtu : Target::gmsh_4;
+}
+
+void write_for_geotechnics(const MeshLists& mesh, const ConvertOptions& options, const Context& context) {
+    if (options.stages && options.to == STANDARD_STREAM)
+        throw Failure(fmt::format("{}: expected the name of a file, as --stages writes others beside it",
+                                  STANDARD_OUTPUT));
+    const Stages stages = options.deck.empty() ? Stages() : stages_of_deck(options.deck, mesh, context);
+    const MdpaModel model = mdpa_model(mesh, cells_of(mesh), stages, options.cables);
+    if (options.stages)
+        write_mdpa_stages(model, options.to);
+    write_mdpa(model, options.to);
+    for (const std::string& remark : model.remarks)
+        note(context, fmt::format("{}: {}", options.from, remark));
 }
 
 }  // namespace
 
 int convert(const ConvertOptions& options, const Context& context) {
     const Target target = target_of(options);
+    if (target != Target::mdpa && (options.stages || !options.cables.empty() || !options.deck.empty()))
+        throw Failure("expected a file that ends in .mdpa with --stages, --cable and --deck");
     const MeshLists mesh = read_any_mesh_as(mesh_source(options.from), options.kind.kind(),
                                             [&](const std::string& text) { note(context, text); });
     if (target == Target::mesh) {
         write_mesh_file(mesh, options.to);
         return STATUS_OK;
     }
+    if (target == Target::mdpa) {
+        write_for_geotechnics(mesh, options, context);
+        return STATUS_OK;
+    }
     CellMesh cells = cells_of(mesh);
     if (options.bare) {
         cells.point_data.clear();
         cells.cell_data.clear();
+        cells.names = {};  // of numbers that are gone
     }
     if (target == Target::vtu)
         write_vtu(cells, options.to);

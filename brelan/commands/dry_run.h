@@ -9,6 +9,7 @@
 #include "analysis/mesh_lists.h"
 #include "commands/checking/deck_check.h"
 #include "mesh/cut_method.h"
+#include "mesh/element_activity.h"
 
 namespace brelan::tool {
 
@@ -18,7 +19,8 @@ struct DryRun {
     double seconds = 0.0;
     std::string result;  // name of the mesh; empty where none came out
     std::optional<MeshLists> mesh;
-    std::vector<std::string> remarks;  // on the mesh as the deck draws it
+    std::vector<ElementActivity> activity;  // of its elements
+    std::vector<std::string> remarks;       // on the mesh as the deck draws it
 
     // A run that finished, and a mesh that is sound, or no mesh.
     bool sound() const;

@@ -155,6 +155,7 @@ int run_deck(const RunOptions& options, const Context& context) {
         check_of(read_deck(source, choice.edition.kind), choice.edition, {project, kept_work});
     const NotedDeck& deck = check.deck;
     report.cuts = options.cut == Cut::rules && has_cut(deck);
+    report.names = deck.names;
     if (deck.byte_order_mark)
         remark(mark_passed_over(deck_file));
     refuse_harmful_result(deck, project, kept_work, *data);

@@ -227,6 +227,13 @@ Cut
   2      1      0      2
   3      1      0      2
   4      1      0      2
+* Names of materials, as brelan run and plot --deck show them; the batch program passes them over.
+* material 1: Ground
+* material 2: Topsoil
+* material 5: Cut
+* beam 1: Old wall
+* beam 2: Wall
+* truss 1: Strut
 )";
 
 const std::string_view STARTER_EDIT_5 = R"(* Edit 5: a ready-made mesh of a slope is mapped onto a triangle.

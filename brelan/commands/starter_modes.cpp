@@ -92,6 +92,14 @@ const std::string_view STARTER_DAM =
 * Card 5.5: the four points of the cut-off wall.
 * X1     Y1     X2     Y2     X3     Y3     X4     Y4
   42.0   0.0    42.0   -11.0  46.0   -11.0  46.0   0.0
+* Names of materials, as brelan run and plot --deck show them; the batch program passes them over.
+* material 1: Main shell
+* material 2: Upstream shell
+* material 3: Downstream shell
+* material 4: Core
+* material 5: Cut-off wall
+* material 6: Upper layer
+* material 7: Lower layer
 )";
 
 const std::string_view STARTER_GROUPS =
@@ -228,6 +236,14 @@ Strut
   1
 * SEGNO  LTYPE  NDIV   IEND
   1      1      1      0
+* Names of materials, as brelan run and plot --deck show them; the batch program passes them over.
+* material 1: Ground
+* material 2: First cut
+* material 3: Second cut
+* material 5: Back-fill
+* material 7: Joint of the wall
+* beam 1: Wall
+* truss 1: Strut
 )";
 
 }  // namespace brelan::tool

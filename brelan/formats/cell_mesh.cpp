@@ -78,6 +78,7 @@ public:
         cells_.file = mesh_.file;
         cells_.name = mesh_.name;
         cells_.flow_lines = mesh_.flow_lines;
+        cells_.names = mesh_.names;
         require_single_numbers();
         for (const Node& node : mesh_.nodes) {
             cells_.points.insert(cells_.points.end(), {node.x, node.y, 0.0F});
@@ -148,12 +149,10 @@ private:
         std::set<std::pair<int, std::int32_t>> taken;
         for (auto& [key, place] : places) {
             CellGroup group{key.first == ElementClass::beam || key.first == ElementClass::truss ? 1 : 2,
-                            key.second, group_name(key.first, key.second)};
+                            key.second, mesh_.group_title(key.first, key.second)};
             if (group.tag < 1 || taken.contains({group.dimension, group.tag}))
                 group.tag = next_free_tag();
             taken.insert({group.dimension, group.tag});
-            if (key.first == ElementClass::truss && mesh_.flow_lines)
-                group.name = "flow line " + std::to_string(key.second);
             place = static_cast<std::int32_t>(cells_.groups.size());
             cells_.groups.push_back(group);
         }

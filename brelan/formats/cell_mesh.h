@@ -38,7 +38,8 @@ struct DataArray {
     std::vector<double> values;
 };
 
-// A physical group of Gmsh. Tag and dimension name it.
+// A physical group of Gmsh. Tag and dimension name it; that of a material is called as MeshLists::group_title
+// has it.
 struct CellGroup {
     int dimension = 2;
     std::int32_t tag = 0;
@@ -58,6 +59,7 @@ struct CellMesh {
     std::vector<CellGroup> groups;
     std::vector<DataArray> point_data, cell_data;
     bool flow_lines = false;
+    MaterialNames names;  // besides those that the names of groups give
 
     std::size_t point_count() const { return points.size() / 3; }
     std::size_t cell_count() const { return shapes.size(); }

@@ -2,13 +2,14 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
+#include <set>
 
 #include "analysis/geometry.h"
 #include "cli/exit_status.h"
 #include "formats/cell_mesh.h"
+#include "formats/group_meaning.h"
 #include "formats/kept_points.h"
 
 namespace brelan::tool {
@@ -21,38 +22,13 @@ std::int32_t usual_code(std::string_view name) {
 }
 constexpr float USUAL_CF = 1.0F, USUAL_DENSITY = 2.3F;
 
-// A class and material by the name of a physical group, as group_name gives it.
-struct GroupMeaning {
-    ElementClass of;
-    std::int32_t material;
-    bool flow_line;
-};
-
-std::optional<GroupMeaning> meaning_of(const std::string& name) {
-    static constexpr std::array<std::pair<std::string_view, ElementClass>, 5> WORDS{
-        {{"material ", ElementClass::solid},
-         {"joint ", ElementClass::joint},
-         {"beam ", ElementClass::beam},
-         {"truss ", ElementClass::truss},
-         {"flow line ", ElementClass::truss}}};
-    for (const auto& [word, of] : WORDS) {
-        if (!name.starts_with(word))
-            continue;
-        std::int32_t material = 0;
-        const char* const end = name.data() + name.size();
-        const auto [stop, error] = std::from_chars(name.data() + word.size(), end, material);
-        if (error == std::errc{} && stop == end)
-            return GroupMeaning{of, material, word.starts_with("flow")};
-    }
-    return std::nullopt;
-}
-
 class FromCellMesh {
 public:
     FromCellMesh(const CellMesh& cells, std::optional<LayoutKind> kind) : cells_(cells) {
         result_.mesh.file = cells.file;
         result_.mesh.name = cells.name;
         result_.mesh.flow_lines = cells.flow_lines;
+        result_.mesh.names = cells.names;
         result_.source_kind = kind_of_arrays();
         if (!kind && !result_.source_kind)
             throw Failure(
@@ -63,7 +39,7 @@ public:
     FromCells convert() {
         require_plane();
         for (const CellGroup& group : cells_.groups)
-            meanings_.push_back(meaning_of(group.name));
+            meanings_.push_back(meaning_of_group(group.name));
         find_elements();
         add_nodes();
         fill_elements();
@@ -273,11 +249,26 @@ private:
             e = element_of(cell, e.of, material_of(cell, materials));
             e.number = ElementNumber(list[i]);
             const GroupMeaning* meaning = meaning_of_cell(cell);
+            name_material(cell, e);
             mesh().flow_lines = mesh().flow_lines || (meaning != nullptr && meaning->flow_line);
         }
         set_attributes();
         result_.flow_lines_lost = mesh().flow_lines && mesh().kind != LayoutKind::head;
         mesh().flow_lines = mesh().flow_lines && mesh().kind == LayoutKind::head;
+    }
+
+    // By the name of its group, be it the name alone.
+    void name_material(std::size_t cell, const Element& e) {
+        if (cells_.group_of.empty() || cells_.group_of[cell] < 0)
+            return;
+        const CellGroup& group = cells_.groups[static_cast<std::size_t>(cells_.group_of[cell])];
+        const std::int32_t material = e.words.material.value;
+        const GroupMeaning* meaning = meaning_of_cell(cell);
+        const bool of_material =
+            meaning != nullptr ? meaning->of == e.of && meaning->material == material : group.tag == material;
+        const std::string& name = meaning != nullptr ? meaning->name : group.name;
+        if (of_material && !name.empty() && named_.insert(cells_.group_of[cell]).second)
+            mesh().names.set(e.of, material, name);
     }
 
     Element element_of(std::size_t cell, ElementClass of, std::int32_t material) {
@@ -377,6 +368,7 @@ private:
     const CellMesh& cells_;
     FromCells result_;
     std::vector<std::optional<GroupMeaning>> meanings_;  // by place of the group
+    std::set<std::int32_t> named_;                       // groups that gave a material its name
     std::vector<std::size_t> cells_of_elements_;         // in the order of the mesh's elements
     std::vector<std::size_t> places_;  // of the nodes' points, in the order of the mesh's nodes
     std::vector<Number> numbers_;      // of the nodes, by place of the point; 0 none

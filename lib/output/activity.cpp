@@ -135,6 +135,31 @@ MaterialNumber highest_material(const GroupCards& group_cards, std::int32_t g, c
     return highest;
 }
 
+// The pairs of elements as the groups give them, a later one over an earlier.
+class PairsByElement {
+public:
+    PairsByElement() : pairs_(LAST_ELEMENT.place() + 1), old_materials_(LAST_ELEMENT.place() + 1) {}
+
+    void set(const ElementRange& range, const ActivityPair& pair, MaterialNumber old_material) {
+        for (ElementNumber n = range.first; n <= range.last; ++n) {
+            pairs_[n.place()] = pair;
+            old_materials_[n.place()] = old_material;
+        }
+    }
+
+    std::vector<ElementActivity> found() const {
+        std::vector<ElementActivity> found;
+        for (ElementNumber n{1}; n <= LAST_ELEMENT; ++n)
+            if (pairs_[n.place()] != ActivityPair{})
+                found.push_back({n, pairs_[n.place()], old_materials_[n.place()]});
+        return found;
+    }
+
+private:
+    std::vector<ActivityPair> pairs_;
+    std::vector<MaterialNumber> old_materials_;
+};
+
 void write_ranges(LayoutKind kind, Channel& text, const ElementRanges& ranges, const ActivityPair& pair) {
     for (const ElementRange& range : ranges) {
         write_range_end(kind, text, range.first, pair);
@@ -158,6 +183,7 @@ Activity make_activity(Trace& trace, const GroupCards& group_cards, const Finish
     activity.new_material.resize(LAST_ELEMENT.place() + 1);
     activity.first_new = members.highest_material + 1;
     MaterialNumber newest = members.highest_material;
+    PairsByElement pairs;
     for (std::int32_t g = 1; g <= group_cards.count; ++g) {
         const GroupMembers& own = members.groups[static_cast<std::size_t>(g)];
         const MaterialNumber highest = highest_material(group_cards, g, own);
@@ -174,12 +200,15 @@ Activity make_activity(Trace& trace, const GroupCards& group_cards, const Finish
                         activity.new_material[n.place()] = newest;
             }
             for (const ElementRange& range : ranges.all)
+                pairs.set(range, pair, type == ELEMENT_CONTINUUM ? material : MaterialNumber{});
+            for (const ElementRange& range : ranges.all)
                 trace.values(2, " Pass 27.1.2 ", " II = ", static_cast<std::int32_t>(type),
                              " K = ", material.value, " NSS = ", range.first.value,
                              " MAXMC = ", highest.value);
             activity.line_count += lines_of(ranges.all);
         }
     }
+    activity.elements = pairs.found();
     trace.values(2, " Pass 27.1.3 ", " NEWMAT(1261) = ", activity.new_material[SHOWN_ELEMENT.place()].value);
     return activity;
 }

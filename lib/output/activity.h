@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "mesh/edition.h"
+#include "mesh/element_activity.h"
 #include "mesh/group_tables.h"
 #include "mesh/tables.h"
 #include "output/group_members.h"
@@ -13,13 +14,6 @@
 #include "text/trace.h"
 
 namespace brelan {
-
-// Steps at which an element is activated and deactivated.
-struct ActivityPair {
-    std::int32_t activated = 0, deactivated = 0;
-
-    friend bool operator==(const ActivityPair&, const ActivityPair&) = default;
-};
 
 // The pair of a group's elements of a class and material, by the group's MTYPE and material line; two zeros
 // where its cards give them none.
@@ -37,10 +31,12 @@ struct Activity {
     std::vector<NewMaterial> materials;        // their numbers follow the highest of the mesh
     std::vector<MaterialNumber> new_material;  // by element number, the element's new material; 0 for none
     MaterialNumber first_new;                  // number of the first of them
+    std::vector<ElementActivity> elements;     // those that have activity, in ascending number
 };
 
 // Makes the new materials and counts the lines of the blocks. Every group gets a material for each of its
-// own, also where another group holds the same. An element of several groups takes that of the last.
+// own, also where another group holds the same. An element of several groups takes material and pair of the
+// last of them that gives it any.
 Activity make_activity(Trace& trace, const GroupCards& group_cards, const FinishedMembers& members);
 
 // Writes the block of each group that has activity.

@@ -1,5 +1,6 @@
 #include "output/group_out.h"
 
+#include <utility>
 #include <vector>
 
 #include "mesh/group_tables.h"
@@ -31,17 +32,17 @@ bool outputs_list(LayoutKind kind, const GroupCards& group_cards, const MemberRe
             plots_list(kind, group_cards, member.group, type, member.sub_kind));
 }
 
-void write_group_outputs(Channels& channels, Trace& trace, const Settings& settings,
-                         const GroupCards& group_cards, const GroupListing& listing,
-                         const FinishedMembers& members, UnitLabels& units, std::string_view result_name,
-                         const MeshCounts& counts) {
+std::vector<ElementActivity> write_group_outputs(Channels& channels, Trace& trace, const Settings& settings,
+                                                 const GroupCards& group_cards, const GroupListing& listing,
+                                                 const FinishedMembers& members, UnitLabels& units,
+                                                 std::string_view result_name, const MeshCounts& counts) {
     channels.close(CHANNEL_GROUP);
     read_unit_table(channels, settings.kind(), units);
     trace.values(1, " Pass 27.1.1 ");
     trace.values(1, " GROUP_SORT: Beginning NGROUP = ", group_cards.count);
     begin_group_text(
         channels);  // also where no group has a block: a file that a broken-off run left goes with it
-    const Activity activity = make_activity(trace, group_cards, members);
+    Activity activity = make_activity(trace, group_cards, members);
     if (activity.line_count != 0) {
         if (!activity.materials.empty())
             rewrite_mesh(channels, trace, settings, result_name, counts, activity.new_material);
@@ -56,6 +57,7 @@ void write_group_outputs(Channels& channels, Trace& trace, const Settings& setti
     channels.close(CHANNEL_GROUP, CloseAction::remove);
     end_group_text(channels);
     channels.close(CHANNEL_POST);
+    return std::move(activity.elements);
 }
 
 }  // namespace brelan

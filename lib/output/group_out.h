@@ -3,8 +3,10 @@
 
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 #include "mesh/edition.h"
+#include "mesh/element_activity.h"
 #include "mesh/group_tables.h"
 #include "mesh/mesh_records.h"
 #include "output/group_members.h"
@@ -20,10 +22,11 @@ bool outputs_list(LayoutKind kind, const GroupCards& group_cards, const MemberRe
 // From the members of the groups: element activity and materials of their own for the groups, with
 // "..\MatAD.Man",
 // "..\Group.Man" and the mesh file written anew where a group has activity; the post file "..\Group.Pos" in
-// every case. The counts are those of the records in the mesh file. "GROUP.TMP" is deleted.
-void write_group_outputs(Channels& channels, Trace& trace, const Settings& settings,
-                         const GroupCards& group_cards, const GroupListing& listing,
-                         const FinishedMembers& members, UnitLabels& units, std::string_view result_name,
-                         const MeshCounts& counts);
+// every case. The counts are those of the records in the mesh file. "GROUP.TMP" is deleted. Returns the
+// elements that have activity, in ascending number.
+std::vector<ElementActivity> write_group_outputs(Channels& channels, Trace& trace, const Settings& settings,
+                                                 const GroupCards& group_cards, const GroupListing& listing,
+                                                 const FinishedMembers& members, UnitLabels& units,
+                                                 std::string_view result_name, const MeshCounts& counts);
 
 }  // namespace brelan

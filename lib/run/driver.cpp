@@ -128,6 +128,7 @@ void normalise_deck(Run& run) {
 
 void run_deck(Run& run) {
     run.listing = {};
+    run.activity.clear();
     run.decks.name = run.decks.names[run.decks.number];
     normalise_deck(run);
     run.deck.require(DeckPart::mode);

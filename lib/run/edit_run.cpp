@@ -191,8 +191,9 @@ void write_result(Run& run) {
     mesh_file.finish();
     run.trace.pass(" Pass 27.1 ", 27.1F);
     if (run.deck.edit.operation == 4)
-        write_group_outputs(run.channels, run.trace, run.settings, run.deck.groups, run.listing,
-                            members.found(), run.units, run.deck.names.result.view(), result.counts);
+        run.activity =
+            write_group_outputs(run.channels, run.trace, run.settings, run.deck.groups, run.listing,
+                                members.found(), run.units, run.deck.names.result.view(), result.counts);
     run.trace.pass(" Pass 27.2 ", 27.2F);
     copy_result(run.channels.at(CHANNEL_RESULT), run.channels.at(CHANNEL_RESULT_COPY));
 }

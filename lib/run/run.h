@@ -1,6 +1,8 @@
 // One run and all that it has. Two runs do not know of each other.
 #pragma once
 
+#include <vector>
+
 #include "dam/dam_tables.h"
 #include "deck/deck.h"
 #include "deck/deck_tables.h"
@@ -10,6 +12,7 @@
 #include "mesh/cut_method.h"
 #include "mesh/edit_tables.h"
 #include "mesh/edition.h"
+#include "mesh/element_activity.h"
 #include "mesh/group_tables.h"
 #include "mesh/line_up.h"
 #include "mesh/move_tables.h"
@@ -47,6 +50,7 @@ struct Run {
     Tolerances tolerances;
     Engine engine;
     GroupListing listing;
+    std::vector<ElementActivity> activity;  // of the elements of this deck's mesh, in ascending number
     DamSizes sizes;
     UnitLabels units;
 };

@@ -62,6 +62,7 @@ RunResult result_with(std::shared_ptr<Files> files, CutMethod cut) {
     result.console = console.text();
     const std::string_view mesh = run->deck.names.result.view();
     result.mesh = mesh.substr(0, mesh.find_last_not_of(' ') + 1);
+    result.activity = std::move(run->activity);
     return result;
 }
 

@@ -6,8 +6,10 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "mesh/cut_method.h"
+#include "mesh/element_activity.h"
 #include "text/files.h"
 #include "text/run_end.h"
 
@@ -41,6 +43,10 @@ struct RunResult {
     std::string console;                 // what was shown
     std::string mesh;                    // name of the result mesh, empty where the run did not come to it
     std::shared_ptr<MemoryFiles> files;  // what a run in memory left, its input among it
+
+    // Of the elements of `mesh`, in ascending number: those that its groups give steps of the analysis at
+    // which they come or go. analysis/stages.h makes stages of them.
+    std::vector<ElementActivity> activity = {};
 };
 
 // Runs a deck in memory.

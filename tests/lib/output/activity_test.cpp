@@ -191,6 +191,11 @@ TEST_F(ActivityPairs, NewMaterialsFollowTheHighestOfTheMesh) {
     EXPECT_EQ(activity.new_material[4].value, 22);  // the later of its two
     EXPECT_EQ(activity.new_material[5].value, 21);
     EXPECT_EQ(activity.new_material[9].value, 22);
+    std::string elements;
+    for (const ElementActivity& e : activity.elements)
+        elements += to_string(e.element) + ":" + std::to_string(e.pair.activated) + "/" +
+                    to_string(e.old_material) + " ";
+    EXPECT_EQ(elements, "3:2/5 4:2/5 5:1/1 9:2/5 11:4/0 ");
     for (const std::size_t none : {1U, 6U, 10U, 11U, 12U})
         EXPECT_EQ(activity.new_material[none].value, 0) << none;
 }

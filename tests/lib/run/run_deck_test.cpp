@@ -96,6 +96,31 @@ TEST(RunsInMemoryOnce, GroupsAndTheirOutputs) {
     }
 }
 
+// The pit of stage.dat: the ground of elements 1 and 3 goes at step 2, the fill of their doubles 9 and 10
+// comes at step 6, the wall of beams 11 and 12 at step 1.
+TEST(RunsInMemoryOnce, TellsWhenElementsComeAndGo) {
+    const Project project(Kind::displacement);
+    lay_out(project, Kind::displacement, example("stage.dat"));
+    const RunInput input = input_of(project);
+    const brelan::RunResult result = run_deck(input);
+    ASSERT_EQ(result.end.status, STATUS_FINISHED) << result.end.text;
+    std::string activity;
+    for (const ElementActivity& e : result.activity)
+        activity += to_string(e.element) + ":" + std::to_string(e.pair.activated) + "-" +
+                    std::to_string(e.pair.deactivated) + "/" + to_string(e.old_material) + " ";
+    EXPECT_EQ(activity, "1:0-2/2 3:0-2/2 9:6-0/5 10:6-0/5 11:1-0/0 12:1-0/0 ");
+}
+
+TEST(RunsInMemoryOnce, TellsNothingOfElementsWithoutActivity) {
+    const Project project(Kind::displacement);
+    for (const char* mesh : {"Quay.Mes", "Row.Mes"})
+        project.write(mesh, example(mesh));
+    lay_out(project, Kind::displacement, example("mirror.dat"));
+    const brelan::RunResult result = run_deck(input_of(project));
+    ASSERT_EQ(result.end.status, STATUS_FINISHED) << result.end.text;
+    EXPECT_TRUE(result.activity.empty());
+}
+
 // What is passed on as a value is refused as its file is.
 TEST(RunsInMemoryOnce, BaseMeshThatCannotBeReadBack) {
     const Project project(Kind::displacement);
