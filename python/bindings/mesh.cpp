@@ -256,6 +256,15 @@ std::vector<tool::DataArray> arrays_from(const py::dict& all) {
     return arrays;
 }
 
+// True where the names of codes tell the kind of the mesh.
+bool has_codes(const tool::CellMesh& cells) {
+    return std::any_of(ALL_KINDS.begin(), ALL_KINDS.end(), [&](LayoutKind kind) {
+        const auto names = code_names(kind);
+        return std::any_of(names.begin(), names.end(),
+                           [&](std::string_view name) { return cells.point_array(name) != nullptr; });
+    });
+}
+
 // Cells in blocks of one shape: its number and an array of places of points.
 MeshHandle mesh_of_cells(const Reals& all_points, const std::vector<std::pair<int, Places>>& blocks,
                          const py::dict& point_data, const py::dict& cell_data, const std::string& kind,
@@ -269,8 +278,10 @@ MeshHandle mesh_of_cells(const Reals& all_points, const std::vector<std::pair<in
     cells.point_data = arrays_from(point_data);
     cells.cell_data = arrays_from(cell_data);
     return reported(name, [&] {
-        MeshHandle mesh = std::make_shared<HeldMesh>(tool::mesh_of(cells, kind_of_name(kind)).mesh);
-        return mesh;
+        std::optional<LayoutKind> wished = kind_of_name(kind);
+        if (!wished && !has_codes(cells))
+            wished = LayoutKind::displacement;
+        return std::make_shared<HeldMesh>(tool::mesh_of(cells, wished).mesh);
     });
 }
 

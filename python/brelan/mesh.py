@@ -22,8 +22,9 @@ Floats = NDArray[np.float32]
 Doubles = NDArray[np.float64]
 Ints = NDArray[np.int32]
 
-#: Classes of elements, by the numbers in `Mesh.classes`.
-CLASSES = ("solid", "joint", "beam", "truss")
+#: Classes of elements by the numbers that `Mesh.classes` and the array "class" of other formats have.
+CLASSES = {1: "solid", 2: "joint", 3: "beam", 4: "truss"}
+CLASS_NUMBERS = {name: number for number, name in CLASSES.items()}
 
 # Above so many elements a notebook gets pixels, which do not grow with the mesh.
 _MOST_DRAWN_AS_LINES = 4000
@@ -214,7 +215,8 @@ class Mesh:
             Codes by name ("IDX"), values ("H"), numbers ("number"), and of the cells, in the order of `cells`,
             "material", "class" (see `CLASSES`) and attributes. What is not given is as in a base mesh.
         kind : str, optional
-            Found from the names of the codes where it is not given, else displacement.
+            Found from the names of the codes where it is not given and they tell; displacement where there are
+            none.
         name : str, optional
             First line of the mesh file.
 
@@ -318,8 +320,8 @@ class Mesh:
 
     @property
     def classes(self) -> NDArray[np.uint8]:
-        """Classes of the elements, places in `CLASSES`: uint8, shape (elements,); read-only."""
-        return self._core.classes()
+        """Classes of the elements, see `CLASSES`: uint8, shape (elements,)."""
+        return self._core.classes() + np.uint8(1)
 
     @property
     def corners(self) -> Ints:
@@ -358,11 +360,11 @@ class Mesh:
         classes = self.classes
         if what in ("quads", "triangles"):
             has_four = self.corner_counts == 4
-            return np.flatnonzero((classes == 0) & (has_four if what == "quads" else ~has_four))
-        singular = {"solids": 0, "joints": 1, "beams": 2, "trusses": 3}
+            return np.flatnonzero((classes == CLASS_NUMBERS["solid"]) & (has_four if what == "quads" else ~has_four))
+        singular = {"solids": "solid", "joints": "joint", "beams": "beam", "trusses": "truss"}
         if what not in singular:
             raise ValueError(f"expected quads, triangles, solids, joints, beams or trusses, found '{what}'")
-        return np.flatnonzero(classes == singular[what])
+        return np.flatnonzero(classes == CLASS_NUMBERS[singular[what]])
 
     @property
     def corner_counts(self) -> NDArray[np.intp]:
@@ -485,10 +487,10 @@ class Mesh:
         return bundle
 
     def __repr__(self) -> str:
-        counts = np.bincount(self.classes, minlength=4)
-        plurals = ("solids", "joints", "beams", "trusses")
-        parts = [f"{count} {of if count != 1 else CLASSES[k]}" for k, (of, count) in enumerate(zip(plurals, counts)) if count]
-        return f"<Mesh {self.name!r}: {self.kind}, {len(self.node_numbers)} nodes, {', '.join(parts) or 'no elements'}>"
+        counts = np.bincount(self.classes, minlength=5)
+        plurals = {1: "solids", 2: "joints", 3: "beams", 4: "trusses"}
+        parts = [f"{counts[of]} {many if counts[of] != 1 else CLASSES[of]}" for of, many in plurals.items() if counts[of]]
+        return f"<Mesh {self.file}: {self.kind}, {len(self.node_numbers)} nodes, {', '.join(parts) or 'no elements'}>"
 
     # --- elsewhere
 
