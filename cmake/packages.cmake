@@ -51,13 +51,12 @@ if(BRELAN_PYTHON)
     list(APPEND CPACK_COMPONENTS_ALL python)
     set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-brelan)
     set(CPACK_COMPONENT_PYTHON_DESCRIPTION
-"BRELAN-2D in Python: decks and plane meshes of geotechnical models
-This package reads and changes decks by their cards, runs them in memory
-and gives meshes as NumPy arrays. It makes meshio read and write mesh
-files.")
+"This package reads and changes decks by their cards, runs them in memory
+and gives meshes as NumPy arrays, all in Python. It makes meshio read
+and write mesh files.")
     set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
-    math(EXPR next "${Python3_VERSION_MINOR} + 1")
-    set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "python3 (>= 3.${Python3_VERSION_MINOR}), python3 (<< 3.${next}), python3-numpy")
+    math(EXPR next "${BRELAN_PYTHON_MINOR} + 1")
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "python3 (>= 3.${BRELAN_PYTHON_MINOR}), python3 (<< 3.${next}), python3-numpy")
     set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "brelan2d, python3-meshio")
     install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-brelan RENAME copyright COMPONENT python)
     install(FILES ${PROJECT_BINARY_DIR}/packed/changelog.gz DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-brelan COMPONENT python)
