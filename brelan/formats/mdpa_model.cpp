@@ -264,6 +264,9 @@ private:
         if (typed_.closed_joints > 0)
             say(fmt::format("{} left out: both sides end in one node",
                             counted(typed_.closed_joints, "joint was", "joints were")));
+        if (typed_.folded > 0)
+            say(fmt::format("{} a node twice: left out",
+                            counted(typed_.folded, "element names", "elements name")));
         say_of_lines();
         std::vector<std::string> attributes;
         for (const AttributeField& attribute : attribute_fields(mesh_.kind))
