@@ -214,8 +214,8 @@ private:
             for (const Node* node : members)
                 part.nodes.push_back(node->number.value);
             part.given = members.front()->head;
-            const bool one_value = std::all_of(members.begin(), members.end(), [&](const Node* node) {
-                return same_real(node->head, members.front()->head);
+            const bool one_value = std::all_of(members.begin(), members.end(), [&part](const Node* node) {
+                return same_real(node->head, part.given);
             });
             if (fields.size() > 1 && !one_value)
                 say(fmt::format(
