@@ -49,15 +49,11 @@ Target target_of(const ConvertOptions& options) {
     return *format == Format::mesh ? Target::mesh : *format == Format::vtu ? Target::vtu : Target::gmsh_4;
 }
 
-Stages stages_of(const MeshLists& mesh, const ConvertOptions& options, const Context& context) {
-    return options.deck.empty() ? Stages() : stages_of_deck(options.deck, mesh, context);
-}
-
-void write_for_geotechnics(const MeshLists& mesh, const ConvertOptions& options, const Context& context) {
+void write_for_geotechnics(const MeshLists& mesh, const Stages& stages, const ConvertOptions& options,
+                           const Context& context) {
     if (options.stages && options.to == STANDARD_STREAM)
         throw Failure(fmt::format("{}: expected the name of a file, as --stages writes others beside it",
                                   STANDARD_OUTPUT));
-    const Stages stages = stages_of(mesh, options, context);
     const MdpaModel model = mdpa_model(mesh, cells_of(mesh), stages, options.cables);
     if (options.stages)
         write_mdpa_stages(model, options.to);
@@ -66,7 +62,8 @@ void write_for_geotechnics(const MeshLists& mesh, const ConvertOptions& options,
         note(context, fmt::format("{}: {}", options.from, remark));
 }
 
-void write_for_mechanics(const MeshLists& mesh, const ConvertOptions& options, const Context& context) {
+void write_for_mechanics(const MeshLists& mesh, const Stages& stages, const ConvertOptions& options,
+                         const Context& context) {
     InpOptions inp;
     inp.joints = joint_choice(options.inp.joints);
     if (options.inp.axisymmetric)
@@ -74,8 +71,7 @@ void write_for_mechanics(const MeshLists& mesh, const ConvertOptions& options, c
     inp.gravity = options.inp.gravity.value_or(inp.gravity);
     if (!options.inp.materials.empty())
         inp.materials = read_properties(options.inp.materials);
-    write_inp(mesh, stages_of(mesh, options, context), inp, options.to,
-              [&](const std::string& text) { note(context, text); });
+    write_inp(mesh, stages, inp, options.to, [&](const std::string& text) { note(context, text); });
 }
 
 // Throws Failure where an option asks for what the target does not have.
@@ -98,22 +94,28 @@ int convert(const ConvertOptions& options, const Context& context) {
     const Target target = target_of(options);
     require_target_of_options(options, target);
     require_one_standard_input({options.from, options.deck, options.inp.materials});
-    const MeshLists mesh = read_any_mesh_as(mesh_source(options.from), options.kind.kind(),
-                                            [&](const std::string& text) { note(context, text); });
+    MeshLists mesh = read_any_mesh_as(mesh_source(options.from), options.kind.kind(),
+                                      [&](const std::string& text) { note(context, text); });
+    Stages stages;
+    if (!options.deck.empty()) {
+        DeckStages of_deck = stages_of_deck(options.deck, mesh, context);
+        stages = std::move(of_deck.stages);
+        mesh.names = std::move(of_deck.names);
+    }
     if (target == Target::mesh) {
         write_mesh_file(mesh, options.to);
         return STATUS_OK;
     }
     if (target == Target::mdpa) {
-        write_for_geotechnics(mesh, options, context);
+        write_for_geotechnics(mesh, stages, options, context);
         return STATUS_OK;
     }
     if (target == Target::inp) {
-        write_for_mechanics(mesh, options, context);
+        write_for_mechanics(mesh, stages, options, context);
         return STATUS_OK;
     }
     if (target == Target::materials) {
-        write_properties(mesh, stages_of(mesh, options, context), options.to);
+        write_properties(mesh, options.to);
         return STATUS_OK;
     }
     CellMesh cells = cells_of(mesh);

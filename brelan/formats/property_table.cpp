@@ -204,28 +204,21 @@ PropertyTable read_properties(const std::filesystem::path& path) {
     return TableReader(path).read(read_file(path));
 }
 
-void write_properties(const MeshLists& mesh, const Stages& stages, const std::filesystem::path& path) {
-    struct Of {
-        double density = 0.0;
-        std::int32_t old_material = 0;
-    };
-    std::map<std::pair<ElementClass, std::int32_t>, Of> materials;
+void write_properties(const MeshLists& mesh, const std::filesystem::path& path) {
+    std::map<std::pair<ElementClass, std::int32_t>, float> densities;
     const auto attributes = attribute_fields(mesh.kind);
     const bool has_density = std::ranges::any_of(attributes, [](const auto& a) { return a.name == "DEN"; });
     for (const Element& e : mesh.elements)
-        materials.try_emplace({e.of, e.words.material.value},
-                              Of{has_density && e.of == ElementClass::solid ? e.density : 0.0F,
-                                 stages.old_material(e.number.value).value});
+        densities.try_emplace({e.of, e.words.material.value},
+                              has_density && e.of == ElementClass::solid ? e.density : 0.0F);
     std::string text = fmt::format("{}\n", HEADER);
-    for (const auto& [key, of] : materials) {
+    for (const auto& [key, density] : densities) {
         const auto& [element_class, material] = key;
-        std::string name = mesh.names.of(element_class, material);
-        if (name.empty() && of.old_material != 0)
-            name = mesh.names.of(element_class, of.old_material);
+        const std::string& name = mesh.names.of(element_class, material);
         text += fmt::format("{},{},{}", name_of(element_class), material, in_quotes(name));
         Properties values = placeholders(element_class);
-        if (of.density > 0.0)
-            values.density = std::stod(fmt::format("{}", static_cast<float>(of.density)));
+        if (density > 0.0F)
+            values.density = std::stod(fmt::format("{}", density));
         for (const Column& column : COLUMNS)
             text += column.classes.find(name_of(element_class).front()) == std::string_view::npos
                         ? ","

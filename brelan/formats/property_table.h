@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/stages.h"
+#include "analysis/mesh_lists.h"
 
 namespace brelan::tool {
 
@@ -39,7 +39,7 @@ struct PropertyTable {
 PropertyTable read_properties(const std::filesystem::path& path);
 
 // A table of the materials of a mesh with placeholders in all cells, to be filled in.
-void write_properties(const MeshLists& mesh, const Stages& stages, const std::filesystem::path& path);
+void write_properties(const MeshLists& mesh, const std::filesystem::path& path);
 
 // What stands for values that neither table nor mesh gives: a soil, a concrete wall of 0.5 m, a steel rod. In
 // kN, m and t.
