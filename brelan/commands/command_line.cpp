@@ -251,6 +251,10 @@ void add_convert(Parser& parser) {
   brelan convert --to vtu Pit.Mes - | gzip > Pit.vtu.gz
   brelan convert --deck pit.dat --stages Pit.Mes Pit.mdpa
                                                  for a geotechnical solver, a project file for each stage
+  brelan convert Pit.Mes Pit.inp --deck pit.dat --joints tie
+                                                 for CalculiX, a step for each stage
+  brelan convert Pit.Mes materials.csv           a table of materials to be filled in
+  brelan convert Dam.Mes Dam.inp --materials materials.csv
 )",
                                          convert);
     command
@@ -261,14 +265,15 @@ void add_convert(Parser& parser) {
         ->add_option("TO", options->to,
                      "File to be written; its ending names the format. - is standard output")
         ->required();
-    command->add_option("--to", options->format, "mes, vtu, msh2, msh4 or mdpa, whatever the ending")
+    command
+        ->add_option("--to", options->format, "mes, vtu, msh2, msh4, mdpa, inp or csv, whatever the ending")
         ->type_name("FORMAT")
-        ->check(CLI::IsMember({"mes", "vtu", "msh", "msh2", "msh4", "mdpa"}));
+        ->check(CLI::IsMember({"mes", "vtu", "msh", "msh2", "msh4", "mdpa", "inp", "csv"}));
     command->add_flag("--bare", options->bare,
                       "Without codes and attributes as data arrays, which Gmsh shows one over the other");
     command
         ->add_option("--deck", options->deck,
-                     ".mdpa: the deck that made the mesh; its groups tell what comes and goes")
+                     ".mdpa, .inp: the deck that made the mesh; its groups tell what comes and goes")
         ->type_name("DECK");
     command->add_flag("--stages", options->stages,
                       ".mdpa: write materials and a project file for each stage beside the mesh");
@@ -278,6 +283,17 @@ void add_convert(Parser& parser) {
         ->type_name("N,N,...")
         ->delimiter(',')
         ->expected(1);
+    command
+        ->add_option("--joints", options->inp.joints,
+                     ".inp: what stands for joints: tie, or spring:KN,KS, stiffnesses for an area")
+        ->type_name("WHAT");
+    command->add_option("--materials", options->inp.materials, ".inp: table of E, nu, density and so on")
+        ->type_name("FILE");
+    command->add_option("--gravity", options->inp.gravity, ".inp: acceleration downwards (9.81; 0 for none)")
+        ->type_name("G")
+        ->check(CLI::NonNegativeNumber);
+    command->add_flag("--axisymmetric", options->inp.axisymmetric,
+                      ".inp: x is the radius; without it plane strain");
     add_kind(*command, options->kind,
              "Kind of the mesh: coupled, temperature, head or displacement (that of FROM)");
 }

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -57,12 +58,21 @@ struct PlotOptions {
 };
 int plot(const PlotOptions& options, const Context& context);
 
+// What belongs to .inp alone.
+struct InpChoices {
+    std::string joints;     // empty where none was chosen
+    std::string materials;  // the table's file; empty for none
+    std::optional<double> gravity;
+    bool axisymmetric = false;
+};
+
 struct ConvertOptions {
     std::string from, to;
     std::string format;
     std::string deck;  // that made the mesh and tells when its elements come and go
     bool bare = false, stages = false;
     std::vector<std::int32_t> cables;  // materials of trusses
+    InpChoices inp;
     KindOption kind;
 };
 int convert(const ConvertOptions& options, const Context& context);
