@@ -117,6 +117,12 @@ std::string content_of(const MeshSource& source, const Remark& remark) {
     return content;
 }
 
+MeshLists with_remark_on_names(MeshLists mesh, const Remark& remark) {
+    if (mesh.names.changed() > 0)
+        remark(names_changed(mesh.file, mesh.names.changed()));
+    return mesh;
+}
+
 }  // namespace
 
 MeshLists read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
@@ -126,17 +132,20 @@ MeshLists read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind
             if (const auto told = kind_of(source); told && *told != *kind)
                 remark(fmt::format("{}: a mesh of the {} kind, read as one of the {} kind", name,
                                    name_of(*told), name_of(*kind)));
-        return read_own(source, kind, remark);
+        return with_remark_on_names(read_own(source, kind, remark), remark);
     }
     const std::string content = content_of(source, remark);
-    return mesh_of_cells(source.format == Format::vtu ? read_vtu(content, name) : read_gmsh(content, name),
-                         kind, remark);
+    return with_remark_on_names(
+        mesh_of_cells(source.format == Format::vtu ? read_vtu(content, name) : read_gmsh(content, name), kind,
+                      remark),
+        remark);
 }
 
 MeshLists read_any_mesh_as(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
     if (!kind || source.format != Format::mesh)
         return read_any_mesh(source, kind, remark);
-    const MeshLists mesh = read_own(source, kind_of(source).value_or(*kind), remark);
+    const MeshLists mesh =
+        with_remark_on_names(read_own(source, kind_of(source).value_or(*kind), remark), remark);
     return mesh.kind == *kind ? mesh : mesh_of_cells(cells_of(mesh), kind, remark);
 }
 

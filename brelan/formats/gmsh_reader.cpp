@@ -52,6 +52,8 @@ public:
         }
         if (!has_elements_)
             in_.fail("the file ends here; expected $Elements");
+        for (const auto& [key, name] : names_)  // also of groups that the elements do not tell of
+            cells_.names.take_comment("* " + name);
         drop_incomplete(cells_.point_data);
         drop_incomplete(cells_.cell_data);
         return std::move(cells_);
