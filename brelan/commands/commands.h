@@ -74,6 +74,7 @@ int plot(const PlotOptions& options, const Context& context);
 struct ConvertOptions {
     std::string from, to;
     std::string format;
+    std::vector<std::string> codes;  // "left,right: IDX"
     bool bare = false;
     KindOption kind;
 };

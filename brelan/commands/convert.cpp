@@ -7,6 +7,7 @@
 #include "formats/any_mesh.h"
 #include "formats/cell_mesh.h"
 #include "formats/gmsh.h"
+#include "formats/group_codes.h"
 #include "formats/mesh_file.h"
 #include "formats/vtu.h"
 
@@ -38,8 +39,12 @@ Target target_of(const ConvertOptions& options) {
 
 int convert(const ConvertOptions& options, const Context& context) {
     const Target target = target_of(options);
-    const MeshLists mesh = read_any_mesh_as(mesh_source(options.from), options.kind.kind(),
-                                            [&](const std::string& text) { note(context, text); });
+    std::vector<GroupCodes> codes;
+    for (const std::string& text : options.codes)
+        codes.push_back(group_codes_of(text));
+    const MeshLists mesh = read_any_mesh_as(
+        mesh_source(options.from), options.kind.kind(), [&](const std::string& text) { note(context, text); },
+        codes);
     if (target == Target::mesh) {
         write_mesh_file(mesh, options.to);
         return STATUS_OK;
