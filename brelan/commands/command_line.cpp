@@ -251,9 +251,8 @@ void add_convert(Parser& parser) {
                       "Without codes and attributes as data arrays, which Gmsh shows one over the other");
     command
         ->add_option("--code", options->codes,
-                     "Codes for the nodes of physical groups of Gmsh: 'left,right: IDX', 'bottom: IDX IDY', "
-                     "'river: ID H=12.5'")
-        ->type_name("GROUPS: CODES")
+                     "Codes of physical groups: 'left,right: IDX' or 'river: ID H=12.5'")
+        ->type_name("TEXT")
         ->allow_extra_args(false);
     add_kind(*command, options->kind,
              "Kind of the mesh: coupled, temperature, head or displacement (that of FROM)");

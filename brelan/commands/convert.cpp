@@ -3,6 +3,7 @@
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
+#include "cli/words.h"
 #include "commands/commands.h"
 #include "formats/any_mesh.h"
 #include "formats/cell_mesh.h"
@@ -50,6 +51,12 @@ int convert(const ConvertOptions& options, const Context& context) {
         return STATUS_OK;
     }
     CellMesh cells = cells_of(mesh);
+    if (cells.straightened > 0)
+        note(context,
+             fmt::format(
+                 "{}: {} written with straight sides", mesh.file,
+                 counted(cells.straightened, "element has midside nodes on some of its sides alone and is",
+                         "elements have midside nodes on some of their sides alone and are")));
     if (options.bare) {
         cells.point_data.clear();
         cells.cell_data.clear();

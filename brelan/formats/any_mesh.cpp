@@ -82,7 +82,8 @@ MeshLists mesh_of_cells(const CellMesh& cells, std::optional<LayoutKind> kind, c
     FromCells read = mesh_of(cells, kind, codes);
     const auto say = [&](const std::string& text) { remark(fmt::format("{}: {}", cells.file, text)); };
     if (read.left_out > 0)
-        say(fmt::format("{} points and lines are no elements and were left out", read.left_out));
+        say(fmt::format("{} left out", counted(read.left_out, "point or line is no element and was",
+                                               "points and lines are no elements and were")));
     for (const std::string& group : read.unused)
         say(fmt::format("{} became nothing: no elements, and no codes (see --code)", group));
     for (const std::string& name : read.unmatched)

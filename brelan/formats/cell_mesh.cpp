@@ -125,6 +125,7 @@ private:
             there += place != MeshLists::NONE ? 1 : 0;
         }
         const bool quadratic = !e.is_line() && there == corners;
+        cells_.straightened += there > 0 && !quadratic ? 1U : 0U;
         cells_.add_cell(corners == 2   ? Shape2D::line
                         : corners == 3 ? (quadratic ? Shape2D::triangle6 : Shape2D::triangle)
                                        : (quadratic ? Shape2D::quad8 : Shape2D::quad),

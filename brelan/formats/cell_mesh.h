@@ -60,6 +60,8 @@ struct CellMesh {
     std::vector<std::pair<std::size_t, std::int32_t>> further_groups;  // a cell, and a group besides that one
     std::vector<DataArray> point_data, cell_data;
     bool flow_lines = false;
+    std::size_t straightened =
+        0;                // of a mesh's elements with midside nodes on some sides alone: cells without them
     MaterialNames names;  // besides those that the names of groups give
 
     std::size_t point_count() const { return points.size() / 3; }
