@@ -186,8 +186,8 @@ std::map<std::string, py::bytes> files_of_run(const HeldRun& run) {
     return files;
 }
 
-// Numbers of the elements that come or go, and for each the step at which it comes, that at which it goes, and
-// the material that it had before it got one of its group's own.
+// Numbers of the elements that come or go, and for each the step at which it comes, that at which it goes,
+// and the material that it had before it got one of its group's own.
 py::tuple activity_of(const HeldRun& run) {
     const std::vector<ElementActivity>& activity = run.result.activity;
     py::array_t<std::int32_t> numbers(static_cast<py::ssize_t>(activity.size()));

@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 from dataclasses import dataclass
-from typing import TYPE_CHECKING, Dict, List, Mapping, Optional
+from typing import TYPE_CHECKING, Dict, List, Mapping, Optional, Tuple
 
 from . import _core
 from .mesh import Ints, Mesh
@@ -95,6 +95,10 @@ class Activity:
         later = (self.comes > 0) & (self.comes > step)
         gone = (self.goes > 0) & ((self.goes <= step) | (self.comes >= self.goes))
         return self.elements[later | gone]
+
+    def _rows(self) -> List[Tuple[int, int, int, int]]:
+        rows = zip(self.elements, self.comes, self.goes, self.old_materials)
+        return [(int(element), int(comes), int(goes), int(old)) for element, comes, goes, old in rows]
 
     def __len__(self) -> int:
         return len(self.elements)

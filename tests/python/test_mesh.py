@@ -61,7 +61,7 @@ def test_what_is_saved_is_read_again(wall, tmp_path):
         again = brelan.Mesh(tmp_path / name)
         for what in ("points", "codes", "corners", "materials", "classes", "node_numbers", "element_numbers"):
             assert np.array_equal(getattr(again, what), getattr(wall, what)), (name, what)
-    with pytest.raises(ValueError, match="expected a name that ends in"):
+    with pytest.raises(brelan.Error, match="expected a name that ends in"):
         wall.save(tmp_path / "a.xyz")
 
 
@@ -117,6 +117,30 @@ def test_errors_name_file_and_line(tmp_path):
     assert str(raised.value).startswith(f"{bad}, line 2: ")
     with pytest.raises(brelan.Error, match="expected coupled, temperature, head or displacement"):
         brelan.Mesh(bad, kind="wet")
+
+
+def test_nodes_and_elements_are_found_by_place_and_material(wall):
+    x, y = wall.points.T
+    assert wall.nodes_on(x=2.0).tolist() == wall.node_numbers[x == 2.0].tolist()
+    assert wall.nodes_on(x=2.0, y=1.0).tolist() == wall.node_numbers[(x == 2.0) & (y == 1.0)].tolist()
+    assert wall.nodes_in(1.0, 0.0, 2.0, 1.0).tolist() == wall.node_numbers[(x >= 1) & (x <= 2) & (y <= 1)].tolist()
+    assert wall.border().tolist() == wall.node_numbers[(x == 0) | (x == 4) | (y == 0) | (y == 2)].tolist()
+    assert wall.elements_of(1, "beam").tolist() == wall.element_numbers[wall.places("beams")].tolist()
+    assert wall.places_of_nodes([wall.node_numbers[3], 99999]).tolist() == [3, -1]
+    with pytest.raises(ValueError, match="expected x, y or both"):
+        wall.nodes_on()
+
+
+def test_files_for_solvers_carry_steps_and_joints(examples):
+    run = brelan.Deck("stage.dat").run()
+    run.mesh.save("Stage.inp", activity=run.activity)
+    assert (examples / "Stage.inp").read_text().upper().count("*STEP") >= 3
+    run.mesh.save("Stage.mdpa", activity=run.activity, stages=True)
+    assert (examples / "Stage_stage_1.json").is_file()
+    pit = brelan.Deck("pit_stages.dat").run().mesh
+    with pytest.raises(brelan.Error, match="joint"):
+        pit.save("Pit.inp")
+    assert isinstance(pit.save("Pit.inp", joints="tie"), list)
 
 
 def test_names_of_materials_stay_with_the_mesh(wall, tmp_path):
