@@ -1,7 +1,6 @@
 // Node codes that physical groups give to the nodes of their cells: by their own names, and as the user says.
 #pragma once
 
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -10,18 +9,6 @@
 #include "formats/cell_mesh.h"
 
 namespace brelan::tool {
-
-// What nodes get: a code, or H, T or CF, by its name in mesh files. Without a value a code is fixed.
-struct CodeSetting {
-    std::string name;
-    std::optional<double> value;
-};
-
-// Of "left, right: IDX IDY=0": groups by name, those of curves and points also by tag.
-struct GroupCodes {
-    std::vector<std::string> groups;
-    std::vector<CodeSetting> settings;
-};
 
 // Throws Failure where the text is of another form.
 GroupCodes group_codes_of(const std::string& text);

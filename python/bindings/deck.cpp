@@ -258,7 +258,7 @@ void bind_cards(py::module_& module) {
 }
 
 void bind_runs(py::module_& module) {
-    py::class_<Data, std::shared_ptr<Data>>(module, "Data");
+    [[maybe_unused]] const py::class_<Data, std::shared_ptr<Data>> data(module, "Data");
     module.def("read_data", [](const std::string& place, const std::string& kind) {
         return reported(place, [&] {
             return std::make_shared<Data>(
