@@ -7,7 +7,7 @@ import shutil
 import sys
 import unittest
 
-from mdpa_reader import CODES, TYPES, Comparison, Fault, Mdpa, Mes, is_there
+from mdpa_reader import TYPES, Comparison, Fault, Mdpa, Mes, is_there
 from support import EDITIONS, SOURCE, Case, Mesh, sample
 
 sys.path.insert(0, str(SOURCE / "tests" / "independent"))
