@@ -219,7 +219,7 @@ class Comparison:
     def may_be_left_out(self, number, record):
         stresses = self.mes.kind in ("coupled", "displacement")
         nodes = record.nodes + record.midsides
-        twice = len(set(nodes)) < len(nodes) or (record.of == "joint" and len(nodes) < 4)
+        twice = len(set(nodes)) < len(nodes) or (record.of == "joint" and len(record.nodes) < 4)
         require(twice or (record.of != "solid" and not stresses), "element", number, "is left out")
 
     def places(self, nodes):
