@@ -175,7 +175,8 @@ class Mes:
         midsides = [int(w) for w in words[5:9]][:len(corners)] if first == 9 else []
         if not midsides or not all(n in self.nodes for n in midsides):
             midsides = []
-        self.elements[number] = Record("joint" if mark() else "solid", int(words[first]), corners, midsides)
+        of = "joint" if mark() else "solid"
+        self.elements[number] = Record(of, int(words[first]), corners, midsides if of == "solid" else [])
 
 
 def area(points):
