@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <utility>
 
 #include "analysis/difference.h"
 #include "cli/console.h"
@@ -43,9 +44,22 @@ std::optional<std::string> other_than(const MeshLists& mesh, const MeshLists& ma
     return {};
 }
 
+DeckStages with_names(const MeshLists& mesh, MaterialNames names, Stages stages) {
+    names.take(mesh.names);
+    for (const Element& e : mesh.elements) {
+        const MaterialNumber old = stages.old_material(e.number.value);
+        if (!old.names_one() || !names.of(e.of, e.words.material.value).empty())
+            continue;
+        const std::string name = names.of(e.of, old.value);
+        if (!name.empty())
+            names.set(e.of, e.words.material.value, name);
+    }
+    return {std::move(stages), std::move(names)};
+}
+
 }  // namespace
 
-Stages stages_of_deck(const std::string& deck, const MeshLists& mesh, const Context& context) {
+DeckStages stages_of_deck(const std::string& deck, const MeshLists& mesh, const Context& context) {
     const DeckSource source = deck_source(deck);
     fs::path project = source.file.parent_path();
     if (project.empty())
@@ -65,7 +79,7 @@ Stages stages_of_deck(const std::string& deck, const MeshLists& mesh, const Cont
         const std::optional<std::string> fault =
             ran.status != STATUS_OK ? ran.message : other_than(mesh, *ran.mesh);
         if (!fault)
-            return {mesh, ran.activity};
+            return with_names(mesh, check.deck.names, {mesh, ran.activity});
         if (by_rules.empty())
             by_rules = ran.status != STATUS_OK
                            ? *fault

@@ -42,6 +42,7 @@ DryRun dry_run(const DeckCheck& check, const DeckPlace& place, CutMethod cut, co
         return ran;
     ran.result = name_of_result(result);
     ran.mesh = read_mesh_text(result.files->text(result.mesh), ran.result, edition.kind);
+    ran.mesh->names.take(deck.names);
     ran.activity = result.activity;
     ran.remarks = changed_lines(deck, check.first_mesh, *ran.mesh);
     return ran;

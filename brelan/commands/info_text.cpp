@@ -48,15 +48,16 @@ std::string summary(const MeshReport& r) {
     return text;
 }
 
-std::string material_table(const Counts& counts) {
-    std::string text =
-        heading(fmt::format("{:<14} {:>8} {:>14} {:>14}", "Materials", "elements", "area", "length"));
+std::string material_table(const MeshLists& mesh, const Counts& counts) {
+    std::string text = heading(fmt::format("{:<14} {:>8} {:>14} {:>14}{}", "Materials", "elements", "area",
+                                           "length", mesh.names.empty() ? "" : "   name"));
     for (const MaterialRow& row : counts.materials) {
         const bool area = row.of == ElementClass::solid || row.of == ElementClass::joint;
         const bool length = row.of != ElementClass::solid;
-        text += fmt::format("  {:<12} {:>8} {:>14} {:>14}", group_name(row.of, row.material), row.count,
-                            area ? fmt::format("{:.8g}", row.area) : "",
-                            length ? fmt::format("{:.8g}", row.length) : "");
+        text +=
+            fmt::format("  {:<12} {:>8} {:>14} {:>14}   {}", group_name(row.of, row.material), row.count,
+                        area ? fmt::format("{:.8g}", row.area) : "",
+                        length ? fmt::format("{:.8g}", row.length) : "", mesh.names.of(row.of, row.material));
         text.erase(text.find_last_not_of(' ') + 1);
         text += "\n";
     }
@@ -181,7 +182,7 @@ MeshReport report_of(const MeshLists& mesh, double tolerance) {
 }
 
 std::string report_text(const MeshReport& r, std::size_t list) {
-    return summary(r) + material_table(r.counts) + code_table(r) + quality_table(r.quality) +
+    return summary(r) + material_table(r.mesh, r.counts) + code_table(r) + quality_table(r.quality) +
            soundness_table(r.soundness, list);
 }
 
@@ -205,12 +206,15 @@ Json report_json(const MeshReport& r, std::size_t list) {
     json["bounds"] = {{"x", Json::array({b.low.x, b.high.x})}, {"y", Json::array({b.low.y, b.high.y})}};
     json["area"] = r.counts.area;
     json["materials"] = Json::Array();
-    for (const MaterialRow& row : r.counts.materials)
+    for (const MaterialRow& row : r.counts.materials) {
+        const std::string& name = mesh.names.of(row.of, row.material);
         json["materials"].push_back({{"class", name_of(row.of)},
                                      {"material", row.material},
+                                     {"name", name.empty() ? Json() : Json(name)},
                                      {"count", row.count},
                                      {"area", row.area},
                                      {"length", row.length}});
+    }
     json["node_codes"] = Json::Array();
     const std::vector<std::string_view> names = code_names(mesh.kind);
     for (const CodeRow& row : r.counts.codes) {

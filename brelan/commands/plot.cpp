@@ -55,8 +55,8 @@ bool shows_something(const MeshLists& mesh, const std::vector<CornerPlaces>& cor
 int plot(const PlotOptions& options, const Context& context) {
     require_one_standard_input({options.mesh, options.deck});
     const PictureFormat format = format_of(options);
-    const MeshLists mesh = read_any_mesh(mesh_source(options.mesh), options.kind.kind(),
-                                         [&](const std::string& text) { note(context, text); });
+    MeshLists mesh = read_any_mesh(mesh_source(options.mesh), options.kind.kind(),
+                                   [&](const std::string& text) { note(context, text); });
     const std::vector<CornerPlaces> corners = corners_of(mesh);
     PictureOptions picture;
     picture.width = options.width;
@@ -80,10 +80,13 @@ int plot(const PlotOptions& options, const Context& context) {
         const NotedDeck deck = read_deck(options.deck, mesh.kind);
         if (deck.byte_order_mark)
             note(context, mark_passed_over(deck.file));
+        if (deck.names.changed() > 0)
+            note(context, names_changed(deck.file, deck.names.changed()));
         if (deck.fault)
             note(context, fmt::format("{}, line {}: {}; what stands before it is shown", deck.file.string(),
                                       deck.fault->line, deck.fault->message));
         picture.shapes = shapes_of(deck);
+        mesh.names.take(deck.names);
         if (const std::string told = told_of_other_mesh(deck, picture.shapes, mesh); !told.empty())
             note(context, fmt::format("{} seems to belong to another mesh than {}: {}", options.deck,
                                       options.mesh, told));

@@ -155,8 +155,11 @@ int run_deck(const RunOptions& options, const Context& context) {
         check_of(read_deck(source, choice.edition.kind), choice.edition, {project, kept_work});
     const NotedDeck& deck = check.deck;
     report.cuts = options.cut == Cut::rules && has_cut(deck);
+    report.names = deck.names;
     if (deck.byte_order_mark)
         remark(mark_passed_over(deck_file));
+    if (deck.names.changed() > 0)
+        remark(names_changed(deck_file, deck.names.changed()));
     refuse_harmful_result(deck, project, kept_work, *data);
     if (check.verdict.status == 0)
         warn(remark, check, options.cut, options.keep || !options.work.empty());

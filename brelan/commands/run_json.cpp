@@ -33,8 +33,7 @@ Json lines(const std::string& text) {
 // The object of brelan info --json; null, and a remark, for a mesh that cannot be read.
 Json mesh_json(const RunReport& run, Json& remarks) {
     try {
-        const MeshLists mesh = read_mesh_file(run.result.lexically_normal(), run.edition.kind);
-        return report_json(report_of(mesh, 0.0), USUAL_LIST);
+        return report_json(report_of(mesh_of(run), 0.0), USUAL_LIST);
     } catch (const Failure& failure) {
         remarks.push_back(failure.what());
     } catch (const RunEnd& end) {

@@ -54,13 +54,14 @@ std::vector<std::string> element_counts(const MeshLists& mesh, const Counts& cou
     return items;
 }
 
-std::vector<std::string> materials(const Counts& counts) {
+std::vector<std::string> materials(const MeshLists& mesh, const Counts& counts) {
     std::vector<std::string> items;
     for (const MaterialRow& row : counts.materials) {
-        const std::string name = row.of == ElementClass::solid
-                                     ? fmt::format("{}", row.material)
-                                     : fmt::format("{} {}", name_of(row.of), row.material);
-        items.push_back(fmt::format("{}: {}", name, row.count));
+        const std::string number = row.of == ElementClass::solid
+                                       ? fmt::format("{}", row.material)
+                                       : fmt::format("{} {}", name_of(row.of), row.material);
+        const std::string& name = mesh.names.of(row.of, row.material);
+        items.push_back(fmt::format("{}{}{}: {}", number, name.empty() ? "" : " ", name, row.count));
     }
     return items;
 }
@@ -121,7 +122,7 @@ std::string mesh_summary(const MeshOfRun& made) {
     for (const std::string& remark : made.remarks)
         text += entry("remark", {printable(remark)});
     text += entry("mesh", element_counts(mesh, counts));
-    text += entry("materials", materials(counts));
+    text += entry("materials", materials(mesh, counts));
     const bool stages = !soundness.of(Check::double_element).places.empty();
     text += entry("area",
                   {fmt::format("{:.6g}{}", counts.area, stages ? " with each element of the stages" : "")});
@@ -138,6 +139,12 @@ std::string mesh_summary(const MeshOfRun& made) {
     if (const std::string remarks = remarks_line(soundness); !remarks.empty())
         text += entry("remarks", {remarks});
     return text;
+}
+
+MeshLists mesh_of(const RunReport& run) {
+    MeshLists mesh = read_mesh_file(run.result.lexically_normal(), run.edition.kind);
+    mesh.names.take(run.names);
+    return mesh;
 }
 
 std::string run_summary(const RunReport& run) {
@@ -158,7 +165,7 @@ std::string run_summary(const RunReport& run) {
     if (!there)
         return text;
     try {
-        const MeshLists mesh = read_mesh_file(run.result, run.edition.kind);
+        const MeshLists mesh = mesh_of(run);
         text += mesh_summary({mesh, run.result, run.cuts ? run.deck : fs::path{}, {}, run.cut});
     } catch (const Failure& failure) {
         text += entry("mesh", {fmt::format("cannot be shown: {}", failure.what())});

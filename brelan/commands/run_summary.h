@@ -27,6 +27,7 @@ struct RunReport {
     std::vector<std::filesystem::path> also;  // written besides it
     std::vector<std::filesystem::path> deleted;
     std::vector<std::string> remarks;  // each as it stands behind "remark"
+    MaterialNames names;               // that the deck gives
 };
 
 // A mesh that has come out of a deck.
@@ -46,6 +47,9 @@ std::string mesh_summary(const MeshOfRun& made);
 
 // Of a run that has finished.
 std::string run_summary(const RunReport& report);
+
+// The mesh that a run has left, with the names that its deck gives. Throws Failure or RunEnd.
+MeshLists mesh_of(const RunReport& report);
 
 // As an object, whatever the end.
 std::string run_json(const RunReport& report);  // commands/run_json.cpp

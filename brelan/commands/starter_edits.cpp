@@ -150,6 +150,14 @@ const std::string_view STARTER_EDIT_4 =
 *     brelan run @deck@           Start.Mes becomes Cut.Mes
 *     brelan plot Cut.Mes --deck @deck@ -o cut.html
 *
+* Names of materials, as brelan run and plot --deck show them; the batch program passes them over.
+* material 1: Ground
+* material 2: Topsoil
+* material 5: Cut
+* beam 1: Old wall
+* beam 2: New wall
+* truss 1: Strut
+*
 * Card 1.1: mode. IMOD 1 is an edit; JK has no effect.
 * IMOD  JK
   1     0

@@ -64,6 +64,15 @@ const std::string_view STARTER_DAM =
 *     brelan run @deck@           makes EarthDam.Mes (Earth_Dam.Mes with ISHELL 1)
 *     brelan plot EarthDam.Mes -o dam.html
 *
+* Names of materials, as brelan run and plot --deck show them; the batch program passes them over.
+* material 1: Main shell
+* material 2: Upstream shell
+* material 3: Downstream shell
+* material 4: Core
+* material 5: Cut-off wall
+* material 6: Upper layer
+* material 7: Lower layer
+*
 *                      ____ crest        y = HDAM
 *               RUNL  /    \  RUNR
 *                    / core \
@@ -101,6 +110,15 @@ const std::string_view STARTER_GROUPS =
 *
 *     brelan run @deck@           makes Pit.Mes
 *     brelan plot Pit.Mes --deck @deck@ -o pit.html
+*
+* Names of materials, as brelan run and plot --deck show them; the batch program passes them over.
+* material 1: Ground
+* material 2: First cut
+* material 3: Second cut
+* material 5: Back-fill
+* material 7: Joint of the wall
+* beam 1: Sheet piles
+* truss 1: Strut
 *
 * IMOD  JK
   2     0

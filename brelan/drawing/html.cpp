@@ -122,13 +122,12 @@ private:
         data_["groups"] = Json::Array();
         for (const auto& [key, count] : counts) {
             const auto& [of, material] = key;
-            std::string name = group_name(of, material);
-            if (of == ElementClass::truss && mesh_.flow_lines)
-                name = fmt::format("flow line {}", material);
+            const std::string& name = mesh_.names.of(of, material);
+            const std::string number = std::to_string(material);
             groups_[key] = static_cast<std::int32_t>(data_["groups"].size());
-            data_["groups"].push_back({{"name", name},
+            data_["groups"].push_back({{"name", mesh_.group_title(of, material)},
                                        {"class", name_of(of)},
-                                       {"material", material},
+                                       {"material", name.empty() ? number : number + ": " + name},
                                        {"color", hex(material_color(of, material))},
                                        {"count", count}});
         }

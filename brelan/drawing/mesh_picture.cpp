@@ -14,6 +14,7 @@
 #include "drawing/deck_overlay.h"
 #include "drawing/frame.h"
 #include "drawing/hatch.h"
+#include "drawing/legend.h"
 #include "drawing/numbers.h"
 #include "drawing/page.h"
 #include "drawing/supports.h"
@@ -50,7 +51,8 @@ public:
           options_(options),
           corners_(corners_of(mesh)),
           page_(options.window ? *options.window : whole(), options.axes ? LEFT : RIGHT, TOP,
-                options.width - (options.axes ? LEFT : RIGHT) - (options.legend ? LEGEND : RIGHT)) {}
+                options.width - (options.axes ? LEFT : RIGHT) -
+                    (options.legend ? LEGEND + room_for_titles(mesh) : RIGHT)) {}
 
     Picture build() {
         Scene& scene = picture_.scene;
@@ -312,9 +314,7 @@ private:
         for (const auto& [key, count] : shown_) {
             if (names.labels.size() == MOST)
                 break;
-            std::string name = group_name(key.first, key.second);
-            if (key.first == ElementClass::truss && mesh_.flow_lines)
-                name = "flow line " + std::to_string(key.second);
+            const std::string name = legend_text(mesh_.group_title(key.first, key.second));
             add_sample(key.first, key.second, {x, y}, SAMPLE);
             name_it(SAMPLE + 8.0, fmt::format("{} ({})", name, count));
         }

@@ -51,10 +51,16 @@ private:
     // The digits of the 32-bit value as a 64-bit one, so that reading gives the same value back.
     static double wide(float value) { return value; }
 
+    // What ends a name cannot stand in it.
+    static std::string without_quotes(std::string name) {
+        std::replace(name.begin(), name.end(), '"', '\'');
+        return name;
+    }
+
     void write_names() {
         text_.add("$PhysicalNames\n{}\n", cells_.groups.size());
         for (const CellGroup& group : cells_.groups)
-            text_.add("{} {} \"{}\"\n", group.dimension, group.tag, group.name);
+            text_.add("{} {} \"{}\"\n", group.dimension, group.tag, without_quotes(group.name));
         text_.add("$EndPhysicalNames\n");
     }
 

@@ -2,13 +2,15 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
+#include <set>
 
 #include "analysis/geometry.h"
 #include "cli/exit_status.h"
 #include "formats/cell_mesh.h"
+#include "formats/group_codes.h"
+#include "formats/group_meaning.h"
 #include "formats/kept_points.h"
 
 namespace brelan::tool {
@@ -21,38 +23,13 @@ std::int32_t usual_code(std::string_view name) {
 }
 constexpr float USUAL_CF = 1.0F, USUAL_DENSITY = 2.3F;
 
-// A class and material by the name of a physical group, as group_name gives it.
-struct GroupMeaning {
-    ElementClass of;
-    std::int32_t material;
-    bool flow_line;
-};
-
-std::optional<GroupMeaning> meaning_of(const std::string& name) {
-    static constexpr std::array<std::pair<std::string_view, ElementClass>, 5> WORDS{
-        {{"material ", ElementClass::solid},
-         {"joint ", ElementClass::joint},
-         {"beam ", ElementClass::beam},
-         {"truss ", ElementClass::truss},
-         {"flow line ", ElementClass::truss}}};
-    for (const auto& [word, of] : WORDS) {
-        if (!name.starts_with(word))
-            continue;
-        std::int32_t material = 0;
-        const char* const end = name.data() + name.size();
-        const auto [stop, error] = std::from_chars(name.data() + word.size(), end, material);
-        if (error == std::errc{} && stop == end)
-            return GroupMeaning{of, material, word.starts_with("flow")};
-    }
-    return std::nullopt;
-}
-
 class FromCellMesh {
 public:
     FromCellMesh(const CellMesh& cells, std::optional<LayoutKind> kind) : cells_(cells) {
         result_.mesh.file = cells.file;
         result_.mesh.name = cells.name;
         result_.mesh.flow_lines = cells.flow_lines;
+        result_.mesh.names = cells.names;
         result_.source_kind = kind_of_arrays();
         if (!kind && !result_.source_kind)
             throw Failure(
@@ -60,16 +37,17 @@ public:
         result_.mesh.kind = kind ? *kind : *result_.source_kind;
     }
 
-    FromCells convert() {
-        require_plane();
+    FromCells convert(const std::vector<GroupCodes>& codes) {
+        cells_.require_plane();
         for (const CellGroup& group : cells_.groups)
-            meanings_.push_back(meaning_of(group.name));
+            meanings_.push_back(meaning_of_group(group.name));
         find_elements();
         add_nodes();
         fill_elements();
         if (result_.source_kind == std::nullopt)
             free_rotation_of_beams();
         result_.mesh.finish();
+        set_codes(codes);
         turn_clockwise();
         return std::move(result_);
     }
@@ -86,21 +64,6 @@ private:
                 return kind;
         }
         return std::nullopt;
-    }
-
-    void require_plane() const {
-        float low = 0.0F, high = 0.0F;
-        for (std::size_t n = 0; n < cells_.point_count(); ++n) {
-            const float* p = cells_.points.data() + 3 * n;
-            if (!std::isfinite(p[0]) || !std::isfinite(p[1]) || !std::isfinite(p[2]))
-                throw Failure(fmt::format("{}: point {}: expected coordinates within 32-bit range",
-                                          cells_.file, n + 1));
-            low = n == 0 ? p[2] : std::min(low, p[2]);
-            high = n == 0 ? p[2] : std::max(high, p[2]);
-        }
-        if (high > low)
-            throw Failure(
-                fmt::format("{}: expected a plane mesh, found z from {} to {}", cells_.file, low, high));
     }
 
     std::int32_t whole(double value, std::string_view array) const {
@@ -246,7 +209,7 @@ private:
         for (std::size_t cell = 0; cell < cells_.cell_count(); ++cell) {
             const std::optional<ElementClass> of = class_of(cell, classes);
             if (!of) {
-                ++result_.left_out;
+                others_.push_back(cell);
                 continue;
             }
             cells_of_elements_.push_back(cell);
@@ -273,11 +236,26 @@ private:
             e = element_of(cell, e.of, material_of(cell, materials));
             e.number = ElementNumber(list[i]);
             const GroupMeaning* meaning = meaning_of_cell(cell);
+            name_material(cell, e);
             mesh().flow_lines = mesh().flow_lines || (meaning != nullptr && meaning->flow_line);
         }
         set_attributes();
         result_.flow_lines_lost = mesh().flow_lines && mesh().kind != LayoutKind::head;
         mesh().flow_lines = mesh().flow_lines && mesh().kind == LayoutKind::head;
+    }
+
+    // By the name of its group, be it the name alone.
+    void name_material(std::size_t cell, const Element& e) {
+        if (cells_.group_of.empty() || cells_.group_of[cell] < 0)
+            return;
+        const CellGroup& group = cells_.groups[static_cast<std::size_t>(cells_.group_of[cell])];
+        const std::int32_t material = e.words.material.value;
+        const GroupMeaning* meaning = meaning_of_cell(cell);
+        const bool of_material =
+            meaning != nullptr ? meaning->of == e.of && meaning->material == material : group.tag == material;
+        const std::string& name = meaning != nullptr ? meaning->name : group.name;
+        if (of_material && !name.empty() && named_.insert(cells_.group_of[cell]).second)
+            mesh().names.set(e.of, material, name);
     }
 
     Element element_of(std::size_t cell, ElementClass of, std::int32_t material) {
@@ -337,6 +315,27 @@ private:
                 e.words.midside_5 = e.words.midside_6 = e.words.midside_7 = e.words.midside_8 = {};
     }
 
+    // Cells that are no elements have a use where they give codes.
+    void set_codes(const std::vector<GroupCodes>& codes) {
+        CodesGiven given = give_codes(mesh(), cells_, codes, numbers_);
+        result_.unmatched = std::move(given.unmatched);
+        std::set<std::size_t> giving;
+        for (const auto& [cell, group] : cells_.further_groups)
+            if (given.groups.contains(group))
+                giving.insert(cell);
+        result_.left_out =
+            static_cast<std::size_t>(std::count_if(others_.begin(), others_.end(), [&](std::size_t cell) {
+                return !giving.contains(cell) &&
+                       (cells_.group_of.empty() || !given.groups.contains(cells_.group_of[cell]));
+            }));
+        if (!cells_.group_of.empty())
+            for (const std::size_t cell : cells_of_elements_)
+                given.groups.insert(cells_.group_of[cell]);
+        for (std::size_t g = 0; g < cells_.groups.size(); ++g)
+            if (!given.groups.contains(static_cast<std::int32_t>(g)))
+                result_.unused.push_back(title_of(cells_.groups[g]));
+    }
+
     // The nodes of beams turn; those of other programs' lines cannot say so.
     void free_rotation_of_beams() {
         const std::vector<std::string_view> names = code_names(mesh().kind);
@@ -377,7 +376,9 @@ private:
     const CellMesh& cells_;
     FromCells result_;
     std::vector<std::optional<GroupMeaning>> meanings_;  // by place of the group
+    std::set<std::int32_t> named_;                       // groups that gave a material its name
     std::vector<std::size_t> cells_of_elements_;         // in the order of the mesh's elements
+    std::vector<std::size_t> others_;                    // cells that are no elements
     std::vector<std::size_t> places_;  // of the nodes' points, in the order of the mesh's nodes
     std::vector<Number> numbers_;      // of the nodes, by place of the point; 0 none
     bool own_ = false;                 // written by us with all data: the classes tell
@@ -385,8 +386,9 @@ private:
 
 }  // namespace
 
-FromCells mesh_of(const CellMesh& cells, std::optional<LayoutKind> kind) {
-    return FromCellMesh(cells, kind).convert();
+FromCells mesh_of(const CellMesh& cells, std::optional<LayoutKind> kind,
+                  const std::vector<GroupCodes>& codes) {
+    return FromCellMesh(cells, kind).convert(codes);
 }
 
 }  // namespace brelan::tool

@@ -36,9 +36,13 @@ public:
         if (!piece || piece.next_sibling("Piece"))
             throw Failure("expected one Piece in the UnstructuredGrid");
         read_piece(piece);
-        for (const pugi::xml_node array : grid.child("FieldData").children("DataArray"))
-            if (std::string_view(array.attribute("Name").value()) == "flow_lines")
+        for (const pugi::xml_node array : grid.child("FieldData").children("DataArray")) {
+            const std::string_view name = array.attribute("Name").value();
+            if (name == "flow_lines")
                 cells_.flow_lines = read_array(array, storage_, 1).front() != 0.0;
+            else
+                cells_.names.take_comment("* " + std::string(name));
+        }
         return std::move(cells_);
     }
 

@@ -52,6 +52,33 @@ void write_data(OutputFile& out, std::string_view section, std::string_view acti
     out.write(fmt::format("      </{}>\n", section));
 }
 
+std::string for_xml(std::string_view text) {
+    std::string out;
+    for (const char c : text)
+        out += c == '&'   ? "&amp;"
+               : c == '<' ? "&lt;"
+               : c == '>' ? "&gt;"
+               : c == '"' ? "&quot;"
+                          : std::string(1, c);
+    return out;
+}
+
+// A named material is an array of its name that holds number and dimension, as readers keep the physical
+// groups of Gmsh: not every reader takes arrays of text.
+void write_field_data(OutputFile& out, const CellMesh& cells) {
+    if (!cells.flow_lines && cells.names.empty())
+        return;
+    constexpr std::string_view ARRAY =
+        "      <DataArray type=\"Int32\" Name=\"{}\" NumberOfTuples=\"{}\" format=\"ascii\">{}</DataArray>\n";
+    out.write("    <FieldData>\n");
+    if (cells.flow_lines)
+        out.write(fmt::format(ARRAY, "flow_lines", 1, 1));
+    for (const auto& [key, name] : cells.names)
+        out.write(fmt::format(ARRAY, for_xml(group_name(key.of, key.material) + ": " + name), 2,
+                              fmt::format("{} {}", key.material, key.of == ElementClass::solid ? 2 : 1)));
+    out.write("    </FieldData>\n");
+}
+
 }  // namespace
 
 void write_vtu(const CellMesh& cells, const std::filesystem::path& path) {
@@ -61,12 +88,7 @@ void write_vtu(const CellMesh& cells, const std::filesystem::path& path) {
         "<VTKFile type=\"UnstructuredGrid\" version=\"1.0\" byte_order=\"LittleEndian\" "
         "header_type=\"UInt64\" compressor=\"vtkZLibDataCompressor\">\n"
         "  <UnstructuredGrid>\n");
-    if (cells.flow_lines)
-        out.write(
-            "    <FieldData>\n"
-            "      <DataArray type=\"Int32\" Name=\"flow_lines\" NumberOfTuples=\"1\" "
-            "format=\"ascii\">1</DataArray>\n"
-            "    </FieldData>\n");
+    write_field_data(out, cells);
     out.write(fmt::format("    <Piece NumberOfPoints=\"{}\" NumberOfCells=\"{}\">\n", cells.point_count(),
                           cells.cell_count()));
     write_data(out, "PointData", cells.point_data.empty() ? "" : cells.point_data.front().name,

@@ -45,6 +45,14 @@ void MeshLists::finish() {
             element_place_[elements[i].number.place()] = static_cast<std::int32_t>(i);
 }
 
+std::string MeshLists::group_title(ElementClass of, std::int32_t material) const {
+    const std::string group = of == ElementClass::truss && flow_lines
+                                  ? "flow line " + std::to_string(material)
+                                  : group_name(of, material);
+    const std::string& known = names.of(of, material);
+    return known.empty() ? group : group + ": " + known;
+}
+
 Bounds MeshLists::bounds() const {
     Bounds b;
     if (nodes.empty())

@@ -93,6 +93,9 @@ public:
         return {node.x, node.y};
     }
 
+    // Elements of a class and material as a person knows them: "material 5: Sand", "flow line 2".
+    std::string group_title(ElementClass of, std::int32_t material) const;
+
     // Of all nodes; zero when there is none.
     Bounds bounds() const;
 

@@ -44,10 +44,20 @@ Stages::Stages(const MeshLists& mesh, std::span<const ElementActivity> activity)
     steps_.assign(steps.begin(), steps.end());
 }
 
-ActivityPair Stages::pair_of(Number element) const {
+const ElementActivity* Stages::find(Number element) const {
     const auto found =
         std::ranges::lower_bound(elements_, ElementNumber(element), {}, &ElementActivity::element);
-    return found != elements_.end() && found->element.value == element ? found->pair : ActivityPair{};
+    return found != elements_.end() && found->element.value == element ? &*found : nullptr;
+}
+
+ActivityPair Stages::pair_of(Number element) const {
+    const ElementActivity* found = find(element);
+    return found != nullptr ? found->pair : ActivityPair{};
+}
+
+MaterialNumber Stages::old_material(Number element) const {
+    const ElementActivity* found = find(element);
+    return found != nullptr ? found->old_material : MaterialNumber{};
 }
 
 }  // namespace brelan

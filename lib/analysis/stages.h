@@ -47,7 +47,12 @@ public:
         return brelan::is_there(pair_of(element), step);
     }
 
+    // The material that a continuum element had before it got one of its group's own; 0 where it got none.
+    MaterialNumber old_material(Number element) const;
+
 private:
+    const ElementActivity* find(Number element) const;
+
     std::vector<ElementActivity> elements_;  // in ascending number
     std::vector<std::int32_t> steps_;
     std::vector<StageSet> sets_;

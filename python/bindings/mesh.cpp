@@ -6,18 +6,17 @@
 
 #include "analysis/mesh_file.h"
 #include "analysis/quality.h"
+#include "analysis/queries.h"
 #include "analysis/soundness.h"
 #include "bindings.h"
 #include "cli/json.h"
 #include "commands/info_text.h"
-#include "drawing/html.h"
 #include "drawing/mesh_picture.h"
 #include "drawing/soundness_text.h"
 #include "formats/any_mesh.h"
+#include "formats/any_target.h"
 #include "formats/cell_mesh.h"
-#include "formats/gmsh.h"
 #include "formats/mesh_file.h"
-#include "formats/vtu.h"
 #include "text/channel_numbers.h"
 
 namespace brelan::python {
@@ -191,23 +190,43 @@ std::string text_of(const HeldMesh& mesh, const std::string& name) {
     });
 }
 
-void save(const HeldMesh& mesh, const std::string& file, const std::string& format, bool bare) {
+// What a file may carry besides the mesh, as it was asked for.
+struct SaveWishes {
+    bool arrays = true, stage_files = false, axisymmetric = false;
+    std::vector<std::int32_t> cables;
+    std::string joints, materials;
+    std::optional<double> gravity;
+    std::vector<std::array<std::int32_t, 4>> activity;  // element, comes, goes, old material
+};
+
+// Returns what the file cannot hold.
+std::vector<std::string> save(const HeldMesh& mesh, const std::string& file, const std::string& format,
+                              const SaveWishes& wishes) {
     const py::gil_scoped_release unlocked;
-    reported(file, [&] {
-        if (format == "mes") {
-            tool::write_mesh_file(mesh.lists, file);
-            return;
-        }
-        tool::CellMesh cells = tool::cells_of(mesh.lists);
-        if (bare) {
-            cells.point_data.clear();
-            cells.cell_data.clear();
-        }
-        if (format == "vtu")
-            tool::write_vtu(cells, file);
-        else
-            tool::write_gmsh(cells, file,
-                             format == "msh2" ? tool::GmshVersion::v2_2 : tool::GmshVersion::v4_1);
+    return reported(file, [&] {
+        const std::optional<tool::Target> target =
+            format.empty() ? tool::target_of_name(file) : tool::target_named(format);
+        if (!target)
+            throw tool::Failure(
+                file + ": expected a name that ends in .Mes, .vtu, .msh, .mdpa or .inp, or the format");
+        tool::Carried carried;
+        carried.arrays = wishes.arrays;
+        carried.stage_files = wishes.stage_files;
+        carried.cables = wishes.cables;
+        if (wishes.axisymmetric)
+            carried.inp.form = tool::PlaneForm::axisymmetric;
+        carried.inp.joints = tool::joint_choice(wishes.joints);
+        carried.inp.gravity = wishes.gravity.value_or(carried.inp.gravity);
+        if (!wishes.materials.empty())
+            carried.inp.materials = tool::read_properties(wishes.materials);
+        std::vector<ElementActivity> activity;
+        for (const auto& [element, comes, goes, old] : wishes.activity)
+            activity.push_back({ElementNumber{element}, {comes, goes}, MaterialNumber{old}});
+        carried.stages = Stages(mesh.lists, activity);
+        std::vector<std::string> remarks;
+        tool::write_any_mesh(mesh.lists, *target, file, carried,
+                             [&](const std::string& text) { remarks.push_back(text); });
+        return remarks;
     });
 }
 
@@ -256,6 +275,15 @@ std::vector<tool::DataArray> arrays_from(const py::dict& all) {
     return arrays;
 }
 
+// True where the names of codes tell the kind of the mesh.
+bool has_codes(const tool::CellMesh& cells) {
+    return std::any_of(ALL_KINDS.begin(), ALL_KINDS.end(), [&](LayoutKind kind) {
+        const auto names = code_names(kind);
+        return std::any_of(names.begin(), names.end(),
+                           [&](std::string_view name) { return cells.point_array(name) != nullptr; });
+    });
+}
+
 // Cells in blocks of one shape: its number and an array of places of points.
 MeshHandle mesh_of_cells(const Reals& all_points, const std::vector<std::pair<int, Places>>& blocks,
                          const py::dict& point_data, const py::dict& cell_data, const std::string& kind,
@@ -269,8 +297,10 @@ MeshHandle mesh_of_cells(const Reals& all_points, const std::vector<std::pair<in
     cells.point_data = arrays_from(point_data);
     cells.cell_data = arrays_from(cell_data);
     return reported(name, [&] {
-        MeshHandle mesh = std::make_shared<HeldMesh>(tool::mesh_of(cells, kind_of_name(kind)).mesh);
-        return mesh;
+        std::optional<LayoutKind> wished = kind_of_name(kind);
+        if (!wished && !has_codes(cells))
+            wished = LayoutKind::displacement;
+        return std::make_shared<HeldMesh>(tool::mesh_of(cells, wished).mesh);
     });
 }
 
@@ -334,6 +364,23 @@ py::tuple quality(const HeldMesh& mesh) {
                           py::array_t<double>({places.size(), std::size_t{6}}, rows.data()));
 }
 
+// --- what lies where -----------------------------------------------------------------------------
+
+py::array_t<std::int32_t> on_line(const HeldMesh& mesh, const std::string& axis, double at,
+                                  double tolerance) {
+    return array_of(nodes_on(mesh.lists, {axis == "x" ? Axis::x : Axis::y, at}, tolerance));
+}
+
+py::array_t<std::int32_t> in_rectangle(const HeldMesh& mesh, const std::array<double, 4>& r,
+                                       double tolerance) {
+    return array_of(nodes_in(mesh.lists, Bounds{{r[0], r[1]}, {r[2], r[3]}}, tolerance));
+}
+
+py::array_t<std::int32_t> of_material(const HeldMesh& mesh, std::int32_t material, const std::string& of) {
+    return array_of(of == "continuum" ? continuum_elements_of(mesh.lists, material)
+                                      : elements_of(mesh.lists, class_named(of), material));
+}
+
 // --- pictures ------------------------------------------------------------------------------------
 
 struct PictureWishes {
@@ -391,6 +438,16 @@ void bind_mesh(py::module_& module) {
         .def_readwrite("codes", &PictureWishes::codes)
         .def_readwrite("legend", &PictureWishes::legend)
         .def_readwrite("faults", &PictureWishes::faults);
+    py::class_<SaveWishes>(module, "SaveWishes")
+        .def(py::init<>())
+        .def_readwrite("arrays", &SaveWishes::arrays)
+        .def_readwrite("stage_files", &SaveWishes::stage_files)
+        .def_readwrite("axisymmetric", &SaveWishes::axisymmetric)
+        .def_readwrite("cables", &SaveWishes::cables)
+        .def_readwrite("joints", &SaveWishes::joints)
+        .def_readwrite("materials", &SaveWishes::materials)
+        .def_readwrite("gravity", &SaveWishes::gravity)
+        .def_readwrite("activity", &SaveWishes::activity);
     py::class_<HeldMesh, MeshHandle>(module, "Mesh")
         .def_property_readonly("file", [](const HeldMesh& mesh) { return mesh.lists.file; })
         .def_property(
@@ -431,6 +488,10 @@ void bind_mesh(py::module_& module) {
         .def("info", &info)
         .def("soundness", &soundness)
         .def("quality", &quality)
+        .def("nodes_on", &on_line)
+        .def("nodes_in", &in_rectangle)
+        .def("elements_of", &of_material)
+        .def("border", [](const HeldMesh& mesh) { return array_of(border_nodes(mesh.lists)); })
         .def("corner_counts", &corner_counts)
         .def("picture", &picture);
     module.def("read_mesh", &read_mesh);
