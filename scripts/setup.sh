@@ -20,6 +20,7 @@ present() {
         qemu-user) command -v qemu-aarch64 ;;
         dpkg-dev) command -v dpkg-shlibdeps ;;
         man-db) command -v man ;;
+        python3-getfem) /usr/bin/python3 -c "import getfem, scipy" ;;
         python3-meshio) /usr/bin/python3 -c "import meshio" ;;
         poppler-utils) command -v pdftotext ;;
         *) command -v "$1" ;;

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <iterator>
+#include <utility>
 
 namespace brelan::tool {
 
@@ -10,7 +11,10 @@ struct FormattedText::Buffer {
     fmt::memory_buffer text;
 };
 
-FormattedText::FormattedText(OutputFile& out) : out_(out), text_(std::make_unique<Buffer>()) {}
+FormattedText::FormattedText(OutputFile& out)
+    : FormattedText([&out](std::string_view text) { out.write(text); }) {}
+FormattedText::FormattedText(std::function<void(std::string_view)> to)
+    : to_(std::move(to)), text_(std::make_unique<Buffer>()) {}
 FormattedText::~FormattedText() = default;
 
 void FormattedText::add_values(fmt::string_view form, fmt::format_args values) {
@@ -21,7 +25,7 @@ void FormattedText::add_values(fmt::string_view form, fmt::format_args values) {
 }
 
 void FormattedText::flush() {
-    out_.write({text_->text.data(), text_->text.size()});
+    to_({text_->text.data(), text_->text.size()});
     text_->text.clear();
 }
 

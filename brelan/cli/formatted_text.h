@@ -1,9 +1,11 @@
-// Text that is put together piece by piece and handed on to a file in large pieces.
+// Text that is put together piece by piece and handed on in large pieces.
 #pragma once
 
 #include <fmt/core.h>
 
+#include <functional>
 #include <memory>
+#include <string_view>
 
 #include "cli/output_file.h"
 
@@ -12,6 +14,7 @@ namespace brelan::tool {
 class FormattedText {
 public:
     explicit FormattedText(OutputFile& out);
+    explicit FormattedText(std::function<void(std::string_view)> to);
     ~FormattedText();
 
     template <class... Values>
@@ -25,7 +28,7 @@ public:
 private:
     void add_values(fmt::string_view form, fmt::format_args values);
 
-    OutputFile& out_;
+    std::function<void(std::string_view)> to_;
     struct Buffer;
     std::unique_ptr<Buffer> text_;
 };

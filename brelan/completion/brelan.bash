@@ -41,7 +41,7 @@ _brelan() {
             COMPREPLY=($(compgen -W "nodes elements both" -- "$cur"))
             return ;;
         --to)
-            local formats="mes vtu msh2 msh4"
+            local formats="mes vtu msh2 msh4 mdpa"
             [[ $command == plot ]] && formats="svg png pdf html"
             COMPREPLY=($(compgen -W "$formats" -- "$cur"))
             return ;;
@@ -66,7 +66,7 @@ _brelan() {
             return ;;
         --list)
             [[ $command != new ]] && return ;;
-        --tolerance | --title | --width | --scale | --window | --name)
+        --tolerance | --cable | --title | --width | --scale | --window | --name)
             return ;;
     esac
 
@@ -84,7 +84,7 @@ _brelan() {
             plot)
                 options+=" --output --to --deck --numbers --window --title --width --scale --faults --no-codes --no-lines"
                 options+=" --no-legend --no-axes --kind" ;;
-            convert) options+=" --to --bare --kind" ;;
+            convert) options+=" --to --bare --deck --stages --cable --kind" ;;
             diff) options+=" --by-place --tolerance --list --json --kind" ;;
         esac
         COMPREPLY=($(compgen -W "$options" -- "$cur"))

@@ -21,9 +21,14 @@ cairo_status_t write_bytes(void* file, const unsigned char* data, unsigned int l
     return std::fwrite(data, 1, length, stream) == length ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
 }
 
-void require(cairo_status_t status, const OutputFile& out) {
+cairo_status_t add_bytes(void* text, const unsigned char* data, unsigned int length) {
+    static_cast<std::string*>(text)->append(data, data + length);
+    return CAIRO_STATUS_SUCCESS;
+}
+
+void require(cairo_status_t status, const std::string& name) {
     if (status != CAIRO_STATUS_SUCCESS)
-        throw Failure(fmt::format("{}: cannot be written: {}", out.name(), cairo_status_to_string(status)));
+        throw Failure(fmt::format("{}: cannot be written: {}", name, cairo_status_to_string(status)));
 }
 
 class Painter {
@@ -116,6 +121,18 @@ private:
     const Scene& scene_;
 };
 
+Surface image_of(const Scene& scene, double scale, const std::string& name) {
+    Surface surface(
+        cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(std::ceil(scene.width * scale)),
+                                   static_cast<int>(std::ceil(scene.height * scale))),
+        cairo_surface_destroy);
+    const Context context(cairo_create(surface.get()), cairo_destroy);
+    cairo_scale(context.get(), scale, scale);
+    Painter(context.get(), scene).paint();
+    require(cairo_status(context.get()), name);
+    return surface;
+}
+
 }  // namespace
 
 void write_pdf(const Scene& scene, const std::filesystem::path& path) {
@@ -127,27 +144,26 @@ void write_pdf(const Scene& scene, const std::filesystem::path& path) {
     {
         const Context context(cairo_create(surface.get()), cairo_destroy);
         Painter(context.get(), scene).paint();
-        require(cairo_status(context.get()), out);
+        require(cairo_status(context.get()), out.name());
     }
     cairo_surface_finish(surface.get());
-    require(cairo_surface_status(surface.get()), out);
+    require(cairo_surface_status(surface.get()), out.name());
     out.commit();
 }
 
 void write_png(const Scene& scene, const std::filesystem::path& path, double scale) {
     OutputFile out(path);
-    const Surface surface(
-        cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(std::ceil(scene.width * scale)),
-                                   static_cast<int>(std::ceil(scene.height * scale))),
-        cairo_surface_destroy);
-    {
-        const Context context(cairo_create(surface.get()), cairo_destroy);
-        cairo_scale(context.get(), scale, scale);
-        Painter(context.get(), scene).paint();
-        require(cairo_status(context.get()), out);
-    }
-    require(cairo_surface_write_to_png_stream(surface.get(), write_bytes, out.stream()), out);
+    const Surface surface = image_of(scene, scale, out.name());
+    require(cairo_surface_write_to_png_stream(surface.get(), write_bytes, out.stream()), out.name());
     out.commit();
+}
+
+std::string png_bytes(const Scene& scene, double scale) {
+    const std::string name = "the picture";
+    std::string bytes;
+    const Surface surface = image_of(scene, scale, name);
+    require(cairo_surface_write_to_png_stream(surface.get(), add_bytes, &bytes), name);
+    return bytes;
 }
 
 }  // namespace brelan::tool

@@ -62,4 +62,8 @@ void write_pdf(const Scene& scene, const std::filesystem::path& path);
 // `scale` pixels for a unit of the page.
 void write_png(const Scene& scene, const std::filesystem::path& path, double scale);
 
+// The same in memory.
+std::string svg_text(const Scene& scene);
+std::string png_bytes(const Scene& scene, double scale);
+
 }  // namespace brelan::tool

@@ -1,6 +1,7 @@
 #include <fmt/core.h>
 
 #include <cmath>
+#include <utility>
 
 #include "cli/formatted_text.h"
 #include "drawing/scene.h"
@@ -29,7 +30,8 @@ std::string escaped(std::string_view text) {
 
 class Writer {
 public:
-    Writer(const Scene& scene, OutputFile& out) : scene_(scene), text_(out) {}
+    template <class Target>
+    Writer(const Scene& scene, Target&& out) : scene_(scene), text_(std::forward<Target>(out)) {}
 
     void write() {
         const Bounds& a = scene_.area;
@@ -137,6 +139,12 @@ void write_svg(const Scene& scene, const std::filesystem::path& path) {
     OutputFile out(path);
     Writer(scene, out).write();
     out.commit();
+}
+
+std::string svg_text(const Scene& scene) {
+    std::string text;
+    Writer(scene, [&](std::string_view piece) { text += piece; }).write();
+    return text;
 }
 
 }  // namespace brelan::tool

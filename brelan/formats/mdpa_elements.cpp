@@ -53,6 +53,12 @@ struct JointSides {
     bool closed() const { return a == b || b == c || c == d || d == a; }
 };
 
+bool names_one_twice(const TypedElement& typed) {
+    std::vector<Number> nodes = typed.nodes;
+    std::sort(nodes.begin(), nodes.end());
+    return std::adjacent_find(nodes.begin(), nodes.end()) != nodes.end();
+}
+
 class Typing {
 public:
     Typing(const MeshLists& mesh, const CellMesh& cells, const std::vector<std::int32_t>& cables)
@@ -65,6 +71,10 @@ public:
             typed_.elements.push_back(of == ElementClass::solid   ? solid(i)
                                       : of == ElementClass::joint ? joint(i)
                                                                   : line(i));
+            if (TypedElement& typed = typed_.elements.back(); !typed.type.empty() && names_one_twice(typed)) {
+                typed.type = {};
+                ++typed_.folded;
+            }
         }
         return std::move(typed_);
     }

@@ -19,6 +19,7 @@ struct TypedElements {
     std::size_t turned = 0;              // clockwise solids, which now run anti-clockwise
     std::size_t flat = 0;                // solids without an area, which run nowhere
     std::size_t closed_joints = 0;       // joints whose sides share a node: they have no element
+    std::size_t folded = 0;              // others that name a node twice: neither
     std::size_t partly_second = 0;       // solids with midside nodes on some sides: first order
     bool second_order = false;
 };

@@ -214,8 +214,8 @@ private:
             for (const Node* node : members)
                 part.nodes.push_back(node->number.value);
             part.given = members.front()->head;
-            const bool one_value = std::all_of(members.begin(), members.end(), [&](const Node* node) {
-                return same_real(node->head, members.front()->head);
+            const bool one_value = std::all_of(members.begin(), members.end(), [&part](const Node* node) {
+                return same_real(node->head, part.given);
             });
             if (fields.size() > 1 && !one_value)
                 say(fmt::format(
@@ -264,6 +264,9 @@ private:
         if (typed_.closed_joints > 0)
             say(fmt::format("{} left out: both sides end in one node",
                             counted(typed_.closed_joints, "joint was", "joints were")));
+        if (typed_.folded > 0)
+            say(fmt::format("{} a node twice: left out",
+                            counted(typed_.folded, "element names", "elements name")));
         say_of_lines();
         std::vector<std::string> attributes;
         for (const AttributeField& attribute : attribute_fields(mesh_.kind))

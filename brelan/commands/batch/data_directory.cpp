@@ -55,6 +55,11 @@ fs::path masters(const fs::path& brelan) {
                               brelan.string(), drives.front().string()));
 }
 
+// The directory of the slope templates, which have records by kind: there are two sets of them.
+std::string_view slopes_of(LayoutKind kind) {
+    return kind == LayoutKind::temperature || kind == LayoutKind::head ? "slope_th" : "slope";
+}
+
 // The directory of the user's drive C:; empty where there is none.
 fs::path drive_of_user() {
     const fs::path drive = drive_c();
@@ -102,14 +107,11 @@ DataDirectory::DataDirectory(const fs::path& brelan, const Edition& edition, con
     fs::create_directories(files_ / "DEBUG", error);
     show_rest_of_drive(drive_of_user(), drive_);
 
-    // The slope templates have records by kind: two sets of them.
-    const bool has_node_values = edition.kind == LayoutKind::temperature || edition.kind == LayoutKind::head;
-    const std::string slopes = has_node_values ? "slope_th" : "slope";
     for (const fs::directory_entry& master : fs::directory_iterator(from)) {
         const std::string name = master.path().filename().string();
         if (master.is_regular_file())
             place_copy(master.path(), files_ / name);
-        else if (lower(name) == slopes)
+        else if (lower(name) == slopes_of(edition.kind))
             fs::create_directory_symlink(fs::absolute(master.path()), files_ / "Slope", error);
     }
     if (const fs::path unit = entry(project.empty() ? "." : project, "UNIT.DAT"); !unit.empty())
@@ -138,6 +140,19 @@ DataDirectory::DataDirectory(const fs::path& place) {
     if (files_.empty() || !fs::equivalent(files_, given, error))
         throw Failure(fmt::format("{}: expected a data directory, with Vork/Qx/Qxdata/PROGRAM.DAT in it",
                                   place.string()));
+}
+
+std::vector<std::pair<fs::path, fs::path>> master_files(const fs::path& brelan, LayoutKind kind) {
+    std::vector<std::pair<fs::path, fs::path>> files;
+    for (const fs::directory_entry& master : fs::directory_iterator(masters(brelan))) {
+        const std::string name = lower(master.path().filename().string());
+        if (master.is_regular_file() && name != "program.dat" && name != "manual.dat" && name != "hubplot.dat")
+            files.emplace_back(master.path().filename(), master.path());
+        else if (name == slopes_of(kind))
+            for (const fs::directory_entry& slope : fs::directory_iterator(master.path()))
+                files.emplace_back("Slope" / slope.path().filename(), slope.path());
+    }
+    return files;
 }
 
 std::int32_t edition_in(const DataDirectory& data) {

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "commands/batch/edition.h"
 #include "commands/batch/temporary_directory.h"
@@ -29,6 +31,11 @@ private:
     std::optional<TemporaryDirectory> own_;
     std::filesystem::path drive_, files_;
 };
+
+// The package's masters of a kind, found beside the program: the name below the data directory of each, and where
+// it lies. What tells a run of its edition and of its front end is not among them. Throws Failure.
+std::vector<std::pair<std::filesystem::path, std::filesystem::path>> master_files(
+    const std::filesystem::path& brelan, LayoutKind kind);
 
 // The edition in the PROGRAM.DAT of a data directory. Throws Failure.
 std::int32_t edition_in(const DataDirectory& data);

@@ -7,7 +7,7 @@ import shutil
 import sys
 import unittest
 
-from mdpa_reader import CODES, TYPES, Comparison, Fault, Mdpa, Mes, is_there
+from mdpa_reader import TYPES, Comparison, Fault, Mdpa, Mes, is_there
 from support import EDITIONS, SOURCE, Case, Mesh, sample
 
 sys.path.insert(0, str(SOURCE / "tests" / "independent"))
@@ -236,9 +236,10 @@ class ForGeotechnics(Case):
             if self.brelan("-q", "run", "--cut", "rules", "--kind", kind, deck).returncode != 0:
                 continue
             result = self.root / "Result.Mes"
-            if not result.exists():
+            looked_at = self.brelan("info", "--kind", kind, "--json", "Result.Mes")
+            if looked_at.returncode == 2 or json.loads(looked_at.stdout)[0]["nodes"]["count"] == 0:
                 continue
-            is_sound = self.brelan("info", "--kind", kind, "Result.Mes").returncode == 0
+            is_sound = looked_at.returncode == 0
             with self.subTest(seed=seed, kind=kind):
                 ran = self.brelan("convert", "--kind", kind, "--deck", deck, "--stages", "Result.Mes", "a.mdpa")
                 if "stands twice" in ran.stderr or "not there" in ran.stderr:
