@@ -66,7 +66,7 @@ _brelan() {
             return ;;
         --list)
             [[ $command != new ]] && return ;;
-        --tolerance | --title | --width | --scale | --window | --name)
+        --tolerance | --title | --width | --scale | --window | --name | --nodes-on | --nodes-in | --elements-of | --on | --code)
             return ;;
     esac
 
@@ -80,11 +80,13 @@ _brelan() {
             run) options+=" --edition --kind --project --cut --apart --json --data --work --keep --program" ;;
             new) options+=" --list --kind --output --name --force" ;;
             check) options+=" --edition --kind --project --work --cut --dry-run --json --strict" ;;
-            info) options+=" --json --list --tolerance --kind" ;;
+            info)
+                options+=" --json --list --tolerance --kind --nodes-on --nodes-in --elements-of --border --pairs --on"
+                options+=" --card" ;;
             plot)
                 options+=" --output --to --deck --numbers --window --title --width --scale --faults --no-codes --no-lines"
                 options+=" --no-legend --no-axes --kind" ;;
-            convert) options+=" --to --bare --kind" ;;
+            convert) options+=" --to --bare --code --kind" ;;
             diff) options+=" --by-place --tolerance --list --json --kind" ;;
         esac
         COMPREPLY=($(compgen -W "$options" -- "$cur"))

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "analysis/mesh_lists.h"
+#include "formats/wanted_codes.h"
 
 namespace brelan::tool {
 
@@ -25,8 +26,6 @@ MeshSource mesh_source(const std::string& file);
 
 // By the ending of its name; none for an ending that is no mesh's.
 std::optional<Format> format_of_name(const std::filesystem::path& path);
-
-struct GroupCodes;  // formats/group_codes.h
 
 // Reads a mesh file, a VTU or a Gmsh file, whose physical groups give their nodes `codes`. The kind is found
 // from the file when it is not given. `remark` is told what was left out or changed, and that the file tells

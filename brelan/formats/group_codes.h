@@ -1,29 +1,17 @@
 // Node codes that physical groups give to the nodes of their cells: by their own names, and as the user says.
 #pragma once
 
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "formats/cell_mesh.h"
+#include "formats/wanted_codes.h"
 
 namespace brelan::tool {
 
-// What nodes get: a code, or H, T or CF, by its name in mesh files. Without a value a code is fixed.
-struct CodeSetting {
-    std::string name;
-    std::optional<double> value;
-};
-
-// Of "left, right: IDX IDY=0": groups by name, those of curves and points also by tag.
-struct GroupCodes {
-    std::vector<std::string> groups;
-    std::vector<CodeSetting> settings;
-};
-
-// Throws Failure where the text is of another form.
+// As the command line has them. Throws Failure where the text is of another form.
 GroupCodes group_codes_of(const std::string& text);
 
 // What the name of a curve or point says to the nodes of a kind: "fix x", "fix y", "fixed", "head 12.5" and
