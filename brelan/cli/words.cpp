@@ -38,6 +38,11 @@ std::string mark_passed_over(const std::filesystem::path& file) {
                        file.string());
 }
 
+std::string names_changed(const std::filesystem::path& file, std::size_t count) {
+    return file.string() + ": " + counted(count, "name of a material was", "names of materials were") +
+           " cut or lost control characters";
+}
+
 std::string counted(std::size_t count, std::string_view one, std::string_view many) {
     return fmt::format("{} {}", count, count == 1 ? one : many);
 }

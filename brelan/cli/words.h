@@ -19,6 +19,9 @@ std::size_t edit_distance(std::string_view a, std::string_view b);
 // The remark about a file that begins with a byte order mark.
 std::string mark_passed_over(const std::filesystem::path& file);
 
+// The remark about names of materials in a file that could not be kept as they stand.
+std::string names_changed(const std::filesystem::path& file, std::size_t count);
+
 // "1 node", "2 nodes".
 std::string counted(std::size_t count, std::string_view one, std::string_view many);
 

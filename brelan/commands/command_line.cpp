@@ -12,6 +12,7 @@
 #include "cli/exit_status.h"
 #include "cli/words.h"
 #include "commands/commands.h"
+#include "commands/examples.h"
 #include "commands/starter_decks.h"
 
 namespace brelan::tool {
@@ -86,17 +87,7 @@ void add_deck(CLI::App& command, Options& options) {
 }
 
 void add_run(Parser& parser) {
-    auto [command, options] =
-        parser.add("run", "Run a deck and say what came out",
-                   R"(  brelan run pit.dat                         the deck's directory is the project
-  brelan run pit.dat --kind coupled          for a solver of that kind
-  brelan run decks/pit.dat --project quay    meshes are read from and written to quay/
-  brelan run pit.dat --cut sound             elements along drawn lines as a solver takes them
-  brelan run pit.dat --apart out/pit         Bmesh.dat, Group.Pos and the like go to out/pit/
-  brelan run --json pit.dat | jq .mesh.sound
-  brelan run pit.dat --data ~/brelan-c       with an existing data directory
-)",
-                   run);
+    auto [command, options] = parser.add("run", "Run a deck and say what came out", EXAMPLES_OF_RUN, run);
     add_deck(*command, *options);
     command
         ->add_option("--apart", options->apart,
@@ -129,13 +120,7 @@ void add_run(Parser& parser) {
 
 void add_new(Parser& parser) {
     auto [command, options] =
-        parser.add("new", "Write a commented starter deck that runs as it is",
-                   R"(  brelan new base-mesh > pit.dat     a base mesh, to be changed to your needs
-  brelan new groups -o quay          quay/groups.dat: an excavation in stages
-  brelan new edit-2 -o quay          quay/edit-2.dat and the mesh that it reads
-  brelan new --list                  what there is
-)",
-                   new_deck);
+        parser.add("new", "Write a commented starter deck that runs as it is", EXAMPLES_OF_NEW, new_deck);
     command->add_option("DECK", options->kind_of_deck, starter_names())->option_text(" ");
     command->add_flag("--list", options->list, "Show what there is");
     command->add_option("--kind", options->kind, "coupled, temperature, head or displacement (default)")
@@ -150,15 +135,8 @@ void add_new(Parser& parser) {
 }
 
 void add_check(Parser& parser) {
-    auto [command, options] =
-        parser.add("check", "Show a deck card by card, and what may be wrong with it",
-                   R"(  brelan check pit.dat                 every card with its fields, and what may be wrong
-  brelan check -q pit.dat              only what may be wrong
-  brelan check --dry-run pit.dat       and whether the mesh would be sound
-  brelan check --cut sound pit.dat     what may be wrong when the sound cut is asked for
-  brelan check --json pit.dat | jq '.warnings[].message'
-)",
-                   check);
+    auto [command, options] = parser.add("check", "Show a deck card by card, and what may be wrong with it",
+                                         EXAMPLES_OF_CHECK, check);
     add_deck(*command, *options);
     command
         ->add_option(
@@ -179,12 +157,7 @@ void add_check(Parser& parser) {
 
 void add_info(Parser& parser) {
     auto [command, options] =
-        parser.add("info", "Show counts, areas, quality and soundness of meshes",
-                   R"(  brelan info PitStages.Mes              what is in it, and whether it is sound
-  brelan info --json *.Mes | jq '.[].sound'
-  brelan info --list 50 PitStages.Mes    up to 50 places of each fault
-)",
-                   info);
+        parser.add("info", "Show counts, areas, quality and soundness of meshes", EXAMPLES_OF_INFO, info);
     command->add_option("MESH", options->files, "Mesh files (.Mes, .vtu, .msh); - is standard input")
         ->required();
     command->add_flag("--json", options->json, "A list with one object for each mesh");
@@ -195,18 +168,30 @@ void add_info(Parser& parser) {
         ->type_name("LENGTH")
         ->check(CLI::PositiveNumber);
     add_kind(*command, options->kind, "Kind of mesh, where the file does not tell it");
+    QueryOptions& queries = options->queries;
+    command->add_option("--nodes-on", queries.nodes_on, "Numbers of the nodes on a line: x=20 or y=5")
+        ->type_name("LINE")
+        ->allow_extra_args(false);
+    command->add_option("--nodes-in", queries.nodes_in, "Of the nodes in a window: XMIN YMIN XMAX YMAX")
+        ->type_name("")
+        ->expected(4);
+    command
+        ->add_option("--elements-of", queries.elements_of,
+                     "Of the elements of a material: 5, 'joint 7', 'beam 1', 'truss 2', or its name")
+        ->type_name("MATERIAL")
+        ->allow_extra_args(false);
+    command->add_flag("--border", queries.border, "Of the nodes of the outline");
+    CLI::Option* pairs = command->add_flag("--pairs", queries.pairs, "Nodes of two meshes at one place");
+    command->add_option("--on", queries.on, "Only pairs on this line: x=40 or y=5")
+        ->type_name("LINE")
+        ->needs(pairs);
+    command->add_flag("--card", queries.card, "As the lines of a card's list: its count, then the numbers")
+        ->excludes("--json");
 }
 
 void add_plot(Parser& parser) {
-    auto [command, options] = parser.add(
-        "plot", "Draw a mesh as SVG, PNG, PDF or a page for the browser",
-        R"(  brelan plot Pit.Mes -o pit.html               to be opened in a browser: zoom, pick, search
-  brelan plot Pit.Mes -o pit.svg --deck pit.dat with the outlines that the deck draws
-  brelan plot Pit.Mes -o wall.png --window 20 10 40 30 --numbers both
-  brelan plot Pit.Mes -o pit.pdf --faults       rings round what is unsound
-  brelan plot - -o - --to svg < Pit.Mes | gzip > pit.svgz
-)",
-        plot);
+    auto [command, options] =
+        parser.add("plot", "Draw a mesh as SVG, PNG, PDF or a page for the browser", EXAMPLES_OF_PLOT, plot);
     command->add_option("MESH", options->mesh, "A mesh (.Mes, .vtu, .msh); - is standard input")->required();
     command
         ->add_option("-o,--output", options->output,
@@ -294,18 +279,18 @@ void add_convert(Parser& parser) {
         ->check(CLI::NonNegativeNumber);
     command->add_flag("--axisymmetric", options->inp.axisymmetric,
                       ".inp: x is the radius; without it plane strain");
+    command
+        ->add_option("--code", options->codes,
+                     "Codes of physical groups: 'left,right: IDX' or 'river: ID H=12.5'")
+        ->type_name("TEXT")
+        ->allow_extra_args(false);
     add_kind(*command, options->kind,
              "Kind of the mesh: coupled, temperature, head or displacement (that of FROM)");
 }
 
 void add_diff(Parser& parser) {
     auto [command, options] =
-        parser.add("diff", "Show what differs between two meshes",
-                   R"(  brelan diff Old.Mes New.Mes              what has changed under each number
-  brelan diff --by-place Old.Mes New.Mes   the same mesh, numbered differently?
-  brelan diff --tolerance 0.001 a.Mes b.vtu && echo same
-)",
-                   diff);
+        parser.add("diff", "Show what differs between two meshes", EXAMPLES_OF_DIFF, diff);
     command->add_option("A", options->a, "A mesh (.Mes, .vtu, .msh); - is standard input")->required();
     command->add_option("B", options->b, "The mesh that it is compared with")->required();
     command->add_flag("--by-place", options->by_place,

@@ -40,8 +40,23 @@ int check(const CheckOptions& options, const Context& context);
 
 inline constexpr std::size_t USUAL_LIST = 5;  // places of each finding of a mesh
 
+// What is asked of a mesh in place of the report on it.
+struct QueryOptions {
+    std::vector<std::string> nodes_on;     // "x=20"
+    std::vector<double> nodes_in;          // XMIN YMIN XMAX YMAX, or nothing
+    std::vector<std::string> elements_of;  // "5", "beam 1", or a material's name
+    bool border = false, pairs = false;
+    std::string on;  // of the pairs
+    bool card = false;
+
+    bool any() const {
+        return !nodes_on.empty() || !nodes_in.empty() || !elements_of.empty() || border || pairs;
+    }
+};
+
 struct InfoOptions {
     std::vector<std::string> files;
+    QueryOptions queries;
     bool json = false;
     std::size_t list = USUAL_LIST;
     double tolerance = 0.0;
@@ -69,7 +84,8 @@ struct InpChoices {
 struct ConvertOptions {
     std::string from, to;
     std::string format;
-    std::string deck;  // that made the mesh and tells when its elements come and go
+    std::string deck;                // that made the mesh and tells when its elements come and go
+    std::vector<std::string> codes;  // "left,right: IDX"
     bool bare = false, stages = false;
     std::vector<std::int32_t> cables;  // materials of trusses
     InpChoices inp;

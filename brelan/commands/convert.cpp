@@ -9,6 +9,7 @@
 #include "formats/any_mesh.h"
 #include "formats/cell_mesh.h"
 #include "formats/gmsh.h"
+#include "formats/group_codes.h"
 #include "formats/inp.h"
 #include "formats/mdpa.h"
 #include "formats/mesh_file.h"
@@ -94,8 +95,12 @@ int convert(const ConvertOptions& options, const Context& context) {
     const Target target = target_of(options);
     require_target_of_options(options, target);
     require_one_standard_input({options.from, options.deck, options.inp.materials});
-    MeshLists mesh = read_any_mesh_as(mesh_source(options.from), options.kind.kind(),
-                                      [&](const std::string& text) { note(context, text); });
+    std::vector<GroupCodes> codes;
+    for (const std::string& text : options.codes)
+        codes.push_back(group_codes_of(text));
+    MeshLists mesh = read_any_mesh_as(
+        mesh_source(options.from), options.kind.kind(), [&](const std::string& text) { note(context, text); },
+        codes);
     Stages stages;
     if (!options.deck.empty()) {
         DeckStages of_deck = stages_of_deck(options.deck, mesh, context);
@@ -119,6 +124,12 @@ int convert(const ConvertOptions& options, const Context& context) {
         return STATUS_OK;
     }
     CellMesh cells = cells_of(mesh);
+    if (cells.straightened > 0)
+        note(context,
+             fmt::format(
+                 "{}: {} written with straight sides", mesh.file,
+                 counted(cells.straightened, "element has midside nodes on some of its sides alone and is",
+                         "elements have midside nodes on some of their sides alone and are")));
     if (options.bare) {
         cells.point_data.clear();
         cells.cell_data.clear();

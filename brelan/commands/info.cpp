@@ -6,6 +6,7 @@
 #include "cli/input_file.h"
 #include "commands/commands.h"
 #include "commands/info_text.h"
+#include "commands/mesh_queries.h"
 #include "drawing/soundness_text.h"
 #include "formats/any_mesh.h"
 
@@ -13,6 +14,11 @@ namespace brelan::tool {
 
 // A file that cannot be read does not keep the others from being shown.
 int info(const InfoOptions& options, const Context& context) {
+    if (options.queries.any())
+        return answer_queries(options, context);
+    if (options.queries.card)
+        throw Failure(
+            "--card: expected what to list, as --nodes-on, --nodes-in, --elements-of, --border or --pairs");
     require_one_standard_input(options.files);
     bool sound = true, all_read = true;
     Json list = Json::Array();

@@ -80,6 +80,8 @@ int plot(const PlotOptions& options, const Context& context) {
         const NotedDeck deck = read_deck(options.deck, mesh.kind);
         if (deck.byte_order_mark)
             note(context, mark_passed_over(deck.file));
+        if (deck.names.changed() > 0)
+            note(context, names_changed(deck.file, deck.names.changed()));
         if (deck.fault)
             note(context, fmt::format("{}, line {}: {}; what stands before it is shown", deck.file.string(),
                                       deck.fault->line, deck.fault->message));

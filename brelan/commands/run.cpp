@@ -158,6 +158,8 @@ int run_deck(const RunOptions& options, const Context& context) {
     report.names = deck.names;
     if (deck.byte_order_mark)
         remark(mark_passed_over(deck_file));
+    if (deck.names.changed() > 0)
+        remark(names_changed(deck_file, deck.names.changed()));
     refuse_harmful_result(deck, project, kept_work, *data);
     if (check.verdict.status == 0)
         warn(remark, check, options.cut, options.keep || !options.work.empty());

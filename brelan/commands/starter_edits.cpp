@@ -150,6 +150,14 @@ const std::string_view STARTER_EDIT_4 =
 *     brelan run @deck@           Start.Mes becomes Cut.Mes
 *     brelan plot Cut.Mes --deck @deck@ -o cut.html
 *
+* Names of materials, as brelan run and plot --deck show them; the batch program passes them over.
+* material 1: Ground
+* material 2: Topsoil
+* material 5: Cut
+* beam 1: Old wall
+* beam 2: New wall
+* truss 1: Strut
+*
 * Card 1.1: mode. IMOD 1 is an edit; JK has no effect.
 * IMOD  JK
   1     0
@@ -227,13 +235,6 @@ Cut
   2      1      0      2
   3      1      0      2
   4      1      0      2
-* Names of materials, as brelan run and plot --deck show them; the batch program passes them over.
-* material 1: Ground
-* material 2: Topsoil
-* material 5: Cut
-* beam 1: Old wall
-* beam 2: Wall
-* truss 1: Strut
 )";
 
 const std::string_view STARTER_EDIT_5 = R"(* Edit 5: a ready-made mesh of a slope is mapped onto a triangle.

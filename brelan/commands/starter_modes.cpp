@@ -64,6 +64,15 @@ const std::string_view STARTER_DAM =
 *     brelan run @deck@           makes EarthDam.Mes (Earth_Dam.Mes with ISHELL 1)
 *     brelan plot EarthDam.Mes -o dam.html
 *
+* Names of materials, as brelan run and plot --deck show them; the batch program passes them over.
+* material 1: Main shell
+* material 2: Upstream shell
+* material 3: Downstream shell
+* material 4: Core
+* material 5: Cut-off wall
+* material 6: Upper layer
+* material 7: Lower layer
+*
 *                      ____ crest        y = HDAM
 *               RUNL  /    \  RUNR
 *                    / core \
@@ -92,14 +101,6 @@ const std::string_view STARTER_DAM =
 * Card 5.5: the four points of the cut-off wall.
 * X1     Y1     X2     Y2     X3     Y3     X4     Y4
   42.0   0.0    42.0   -11.0  46.0   -11.0  46.0   0.0
-* Names of materials, as brelan run and plot --deck show them; the batch program passes them over.
-* material 1: Main shell
-* material 2: Upstream shell
-* material 3: Downstream shell
-* material 4: Core
-* material 5: Cut-off wall
-* material 6: Upper layer
-* material 7: Lower layer
 )";
 
 const std::string_view STARTER_GROUPS =
@@ -109,6 +110,15 @@ const std::string_view STARTER_GROUPS =
 *
 *     brelan run @deck@           makes Pit.Mes
 *     brelan plot Pit.Mes --deck @deck@ -o pit.html
+*
+* Names of materials, as brelan run and plot --deck show them; the batch program passes them over.
+* material 1: Ground
+* material 2: First cut
+* material 3: Second cut
+* material 5: Back-fill
+* material 7: Joint of the wall
+* beam 1: Sheet piles
+* truss 1: Strut
 *
 * IMOD  JK
   2     0
@@ -236,14 +246,6 @@ Strut
   1
 * SEGNO  LTYPE  NDIV   IEND
   1      1      1      0
-* Names of materials, as brelan run and plot --deck show them; the batch program passes them over.
-* material 1: Ground
-* material 2: First cut
-* material 3: Second cut
-* material 5: Back-fill
-* material 7: Joint of the wall
-* beam 1: Wall
-* truss 1: Strut
 )";
 
 }  // namespace brelan::tool

@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <vector>
 
+#include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "cli/words.h"
 #include "formats/cell_mesh.h"
 #include "formats/gmsh.h"
+#include "formats/group_codes.h"
 #include "formats/mesh_file.h"
 #include "formats/vtu.h"
 #include "text/text_line.h"
@@ -75,11 +77,17 @@ std::string change_of_kind(LayoutKind from, LayoutKind to) {
                        name_of(to), only_of(from, to), only_of(to, from));
 }
 
-MeshLists mesh_of_cells(const CellMesh& cells, std::optional<LayoutKind> kind, const Remark& remark) {
-    FromCells read = mesh_of(cells, kind);
+MeshLists mesh_of_cells(const CellMesh& cells, std::optional<LayoutKind> kind, const Remark& remark,
+                        const std::vector<GroupCodes>& codes = {}) {
+    FromCells read = mesh_of(cells, kind, codes);
     const auto say = [&](const std::string& text) { remark(fmt::format("{}: {}", cells.file, text)); };
     if (read.left_out > 0)
-        say(fmt::format("{} points and lines are no elements and were left out", read.left_out));
+        say(fmt::format("{} left out", counted(read.left_out, "point or line is no element and was",
+                                               "points and lines are no elements and were")));
+    for (const std::string& group : read.unused)
+        say(fmt::format("{} became nothing: no elements, and no codes (see --code)", group));
+    for (const std::string& name : read.unmatched)
+        say(fmt::format("--code: there is no physical group \"{}\"", name));
     if (read.centres > 0)
         say(fmt::format("{} left out", counted(read.centres, "centre node of a quadrilateral was",
                                                "centre nodes of quadrilaterals were")));
@@ -117,26 +125,39 @@ std::string content_of(const MeshSource& source, const Remark& remark) {
     return content;
 }
 
+MeshLists with_remark_on_names(MeshLists mesh, const Remark& remark) {
+    if (mesh.names.changed() > 0)
+        remark(names_changed(mesh.file, mesh.names.changed()));
+    return mesh;
+}
+
 }  // namespace
 
-MeshLists read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
+MeshLists read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark,
+                        const std::vector<GroupCodes>& codes) {
     const std::string& name = source.name;
     if (source.format == Format::mesh) {
         if (kind)
             if (const auto told = kind_of(source); told && *told != *kind)
                 remark(fmt::format("{}: a mesh of the {} kind, read as one of the {} kind", name,
                                    name_of(*told), name_of(*kind)));
-        return read_own(source, kind, remark);
+        return with_remark_on_names(read_own(source, kind, remark), remark);
     }
     const std::string content = content_of(source, remark);
-    return mesh_of_cells(source.format == Format::vtu ? read_vtu(content, name) : read_gmsh(content, name),
-                         kind, remark);
+    return with_remark_on_names(
+        mesh_of_cells(source.format == Format::vtu ? read_vtu(content, name) : read_gmsh(content, name), kind,
+                      remark, codes),
+        remark);
 }
 
-MeshLists read_any_mesh_as(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark) {
+MeshLists read_any_mesh_as(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark,
+                           const std::vector<GroupCodes>& codes) {
+    if (!codes.empty() && source.format != Format::gmsh)
+        throw Failure(fmt::format("{}: expected a Gmsh file, whose groups --code is for", source.name));
     if (!kind || source.format != Format::mesh)
-        return read_any_mesh(source, kind, remark);
-    const MeshLists mesh = read_own(source, kind_of(source).value_or(*kind), remark);
+        return read_any_mesh(source, kind, remark, codes);
+    const MeshLists mesh =
+        with_remark_on_names(read_own(source, kind_of(source).value_or(*kind), remark), remark);
     return mesh.kind == *kind ? mesh : mesh_of_cells(cells_of(mesh), kind, remark);
 }
 

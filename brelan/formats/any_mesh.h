@@ -5,8 +5,10 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "analysis/mesh_lists.h"
+#include "formats/wanted_codes.h"
 
 namespace brelan::tool {
 
@@ -25,14 +27,16 @@ MeshSource mesh_source(const std::string& file);
 // By the ending of its name; none for an ending that is no mesh's.
 std::optional<Format> format_of_name(const std::filesystem::path& path);
 
-// Reads a mesh file, a VTU or a Gmsh file. The kind is found from the file when it is not given. `remark` is
-// told what was left out or changed, and that the file tells another kind than the one given. Throws Failure
-// or RunEnd with the file and what was expected.
+// Reads a mesh file, a VTU or a Gmsh file, whose physical groups give their nodes `codes`. The kind is found
+// from the file when it is not given. `remark` is told what was left out or changed, and that the file tells
+// another kind than the one given. Throws Failure or RunEnd with the file and what was expected.
 using Remark = std::function<void(const std::string&)>;
-MeshLists read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark);
+MeshLists read_any_mesh(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark,
+                        const std::vector<GroupCodes>& codes = {});
 
 // Reads as above, but a mesh file goes over to the layout of the kind where it tells another: codes and
 // attributes of the same name or meaning stay, others are those of a base mesh.
-MeshLists read_any_mesh_as(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark);
+MeshLists read_any_mesh_as(const MeshSource& source, std::optional<LayoutKind> kind, const Remark& remark,
+                           const std::vector<GroupCodes>& codes = {});
 
 }  // namespace brelan::tool

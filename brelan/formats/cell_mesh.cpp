@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <map>
 #include <set>
@@ -124,6 +125,7 @@ private:
             there += place != MeshLists::NONE ? 1 : 0;
         }
         const bool quadratic = !e.is_line() && there == corners;
+        cells_.straightened += there > 0 && !quadratic ? 1U : 0U;
         cells_.add_cell(corners == 2   ? Shape2D::line
                         : corners == 3 ? (quadratic ? Shape2D::triangle6 : Shape2D::triangle)
                                        : (quadratic ? Shape2D::quad8 : Shape2D::quad),
@@ -209,6 +211,19 @@ const DataArray* CellMesh::point_array(std::string_view name_wanted) const {
 
 const DataArray* CellMesh::cell_array(std::string_view name_wanted) const {
     return array_named(cell_data, name_wanted);
+}
+
+void CellMesh::require_plane() const {
+    float low = 0.0F, high = 0.0F;
+    for (std::size_t n = 0; n < point_count(); ++n) {
+        const float* p = points.data() + 3 * n;
+        if (!std::isfinite(p[0]) || !std::isfinite(p[1]) || !std::isfinite(p[2]))
+            throw Failure(fmt::format("{}: point {}: expected coordinates within 32-bit range", file, n + 1));
+        low = n == 0 ? p[2] : std::min(low, p[2]);
+        high = n == 0 ? p[2] : std::max(high, p[2]);
+    }
+    if (high > low)
+        throw Failure(fmt::format("{}: expected a plane mesh, found z from {} to {}", file, low, high));
 }
 
 void CellMesh::add_cell(Shape2D shape, const std::int32_t* cell_nodes) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "analysis/mesh_lists.h"
+#include "formats/wanted_codes.h"
 
 namespace brelan::tool {
 
@@ -57,8 +58,11 @@ struct CellMesh {
     std::vector<std::int64_t> cell_tags;
     std::vector<std::int32_t> group_of;  // of each cell, a place in groups or -1; empty without groups
     std::vector<CellGroup> groups;
+    std::vector<std::pair<std::size_t, std::int32_t>> further_groups;  // a cell, and a group besides that one
     std::vector<DataArray> point_data, cell_data;
     bool flow_lines = false;
+    std::size_t straightened =
+        0;                // of a mesh's elements with midside nodes on some sides alone: cells without them
     MaterialNames names;  // besides those that the names of groups give
 
     std::size_t point_count() const { return points.size() / 3; }
@@ -66,6 +70,7 @@ struct CellMesh {
     std::int32_t first_node(std::size_t cell) const { return cell == 0 ? 0 : offsets[cell - 1]; }
     const DataArray* point_array(std::string_view name_wanted) const;
     const DataArray* cell_array(std::string_view name_wanted) const;
+    void require_plane() const;  // throws Failure where points lie off one plane of constant z
     void add_cell(Shape2D shape, const std::int32_t* cell_nodes);
 };
 
@@ -87,9 +92,10 @@ CellMesh cells_of(const MeshLists& mesh);
 
 // The way back. The kind is found from the names of the codes when it is not given. What the arrays do not
 // tell takes the values of a base mesh; lines are beams or trusses by their class or the name of their group,
-// others are left out and counted in `left_out`. Points of an element's cell that no element can name (the
-// centre of a quadrilateral, midside nodes in a kind without them) become no nodes. Throws Failure for what a
-// mesh file cannot hold.
+// others are left out and counted in `left_out`, but
+// for those whose nodes get codes by the name of their group, or by `codes`. Points of an element's cell that
+// no element can name (the centre of a quadrilateral, midside nodes in a kind without them) become no nodes.
+// Throws Failure for what a mesh file cannot hold.
 struct FromCells {
     MeshLists mesh;
     std::optional<LayoutKind> source_kind;  // that the names of the codes tell
@@ -97,7 +103,10 @@ struct FromCells {
     std::size_t turned = 0;                 // clockwise elements of other programs that were turned
     std::size_t centres = 0, midsides = 0;  // points that became no nodes
     bool flow_lines_lost = false;           // they became trusses: only the head kind has flow lines
+    std::vector<std::string> unused;        // curves and points of which nothing came
+    std::vector<std::string> unmatched;     // names and tags of `codes` that no group has
 };
-FromCells mesh_of(const CellMesh& cells, std::optional<LayoutKind> kind);
+FromCells mesh_of(const CellMesh& cells, std::optional<LayoutKind> kind,
+                  const std::vector<GroupCodes>& codes = {});
 
 }  // namespace brelan::tool

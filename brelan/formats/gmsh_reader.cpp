@@ -1,5 +1,6 @@
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <map>
@@ -8,6 +9,7 @@
 #include "cli/exit_status.h"
 #include "formats/gmsh.h"
 #include "formats/gmsh_scanner.h"
+#include "formats/group_meaning.h"
 
 namespace brelan::tool {
 
@@ -52,6 +54,8 @@ public:
         }
         if (!has_elements_)
             in_.fail("the file ends here; expected $Elements");
+        for (const auto& [key, name] : names_)  // also of groups that the elements do not tell of
+            cells_.names.take_comment("* " + name);
         drop_incomplete(cells_.point_data);
         drop_incomplete(cells_.cell_data);
         return std::move(cells_);
@@ -192,7 +196,7 @@ private:
                 const std::size_t physicals = in_.count(in_.integer_64());
                 for (std::size_t k = 0; k < physicals; ++k) {
                     const std::int64_t physical = in_.integer_32();
-                    physical_.try_emplace({dimension, tag}, physical);
+                    physical_[{dimension, tag}].push_back(physical);
                 }
                 if (dimension == 0)
                     continue;
@@ -236,16 +240,33 @@ private:
             const std::int64_t entity = in_.integer_32();
             const Shape2D of = shape(in_.integer_32());
             const std::size_t count = in_.count(in_.integer_64());
-            const auto physical = physical_.find({dimension, entity});
-            const std::int32_t place = group(dimension, physical == physical_.end() ? 0 : physical->second);
+            const std::vector<std::int32_t> groups = groups_of({dimension, entity});
             for (std::size_t i = 0; i < count; ++i) {
                 const std::int64_t tag = in_.integer_64();
                 nodes.resize(static_cast<std::size_t>(nodes_of(of)));
                 for (std::int64_t& node : nodes)
                     node = in_.integer_64();
-                add_cell(tag, of, place, nodes);
+                for (std::size_t g = 1; g < groups.size(); ++g)
+                    cells_.further_groups.emplace_back(cells_.cell_count(), groups[g]);
+                add_cell(tag, of, groups.front(), nodes);
             }
         }
+    }
+
+    // Places of an entity's groups, in front the one that says what its cells are; -1 alone for none.
+    std::vector<std::int32_t> groups_of(const Key& entity) {
+        std::vector<std::int32_t> groups;
+        if (const auto physical = physical_.find(entity); physical != physical_.end())
+            for (const std::int64_t tag : physical->second)
+                if (const std::int32_t place = group(entity.first, tag);
+                    place >= 0 && std::find(groups.begin(), groups.end(), place) == groups.end())
+                    groups.push_back(place);
+        const auto telling = std::find_if(groups.begin(), groups.end(), [&](std::int32_t place) {
+            return meaning_of_group(cells_.groups[static_cast<std::size_t>(place)].name);
+        });
+        if (telling != groups.end())
+            std::rotate(groups.begin(), telling, telling + 1);
+        return groups.empty() ? std::vector<std::int32_t>{-1} : groups;
     }
 
     // --- data ------------------------------------------------------------------------------------
@@ -307,7 +328,7 @@ private:
     int version_ = 0;
     bool has_elements_ = false;
     std::map<Key, std::string> names_;
-    std::map<Key, std::int64_t> physical_;  // first physical tag of an entity
+    std::map<Key, std::vector<std::int64_t>> physical_;  // tags of an entity's groups
     std::map<Key, std::int32_t> groups_;
     std::unordered_map<std::int64_t, std::int32_t> places_, cell_places_;  // by tag
 };

@@ -9,6 +9,7 @@
 #include "analysis/geometry.h"
 #include "cli/exit_status.h"
 #include "formats/cell_mesh.h"
+#include "formats/group_codes.h"
 #include "formats/group_meaning.h"
 #include "formats/kept_points.h"
 
@@ -36,8 +37,8 @@ public:
         result_.mesh.kind = kind ? *kind : *result_.source_kind;
     }
 
-    FromCells convert() {
-        require_plane();
+    FromCells convert(const std::vector<GroupCodes>& codes) {
+        cells_.require_plane();
         for (const CellGroup& group : cells_.groups)
             meanings_.push_back(meaning_of_group(group.name));
         find_elements();
@@ -46,6 +47,7 @@ public:
         if (result_.source_kind == std::nullopt)
             free_rotation_of_beams();
         result_.mesh.finish();
+        set_codes(codes);
         turn_clockwise();
         return std::move(result_);
     }
@@ -62,21 +64,6 @@ private:
                 return kind;
         }
         return std::nullopt;
-    }
-
-    void require_plane() const {
-        float low = 0.0F, high = 0.0F;
-        for (std::size_t n = 0; n < cells_.point_count(); ++n) {
-            const float* p = cells_.points.data() + 3 * n;
-            if (!std::isfinite(p[0]) || !std::isfinite(p[1]) || !std::isfinite(p[2]))
-                throw Failure(fmt::format("{}: point {}: expected coordinates within 32-bit range",
-                                          cells_.file, n + 1));
-            low = n == 0 ? p[2] : std::min(low, p[2]);
-            high = n == 0 ? p[2] : std::max(high, p[2]);
-        }
-        if (high > low)
-            throw Failure(
-                fmt::format("{}: expected a plane mesh, found z from {} to {}", cells_.file, low, high));
     }
 
     std::int32_t whole(double value, std::string_view array) const {
@@ -222,7 +209,7 @@ private:
         for (std::size_t cell = 0; cell < cells_.cell_count(); ++cell) {
             const std::optional<ElementClass> of = class_of(cell, classes);
             if (!of) {
-                ++result_.left_out;
+                others_.push_back(cell);
                 continue;
             }
             cells_of_elements_.push_back(cell);
@@ -328,6 +315,27 @@ private:
                 e.words.midside_5 = e.words.midside_6 = e.words.midside_7 = e.words.midside_8 = {};
     }
 
+    // Cells that are no elements have a use where they give codes.
+    void set_codes(const std::vector<GroupCodes>& codes) {
+        CodesGiven given = give_codes(mesh(), cells_, codes, numbers_);
+        result_.unmatched = std::move(given.unmatched);
+        std::set<std::size_t> giving;
+        for (const auto& [cell, group] : cells_.further_groups)
+            if (given.groups.contains(group))
+                giving.insert(cell);
+        result_.left_out =
+            static_cast<std::size_t>(std::count_if(others_.begin(), others_.end(), [&](std::size_t cell) {
+                return !giving.contains(cell) &&
+                       (cells_.group_of.empty() || !given.groups.contains(cells_.group_of[cell]));
+            }));
+        if (!cells_.group_of.empty())
+            for (const std::size_t cell : cells_of_elements_)
+                given.groups.insert(cells_.group_of[cell]);
+        for (std::size_t g = 0; g < cells_.groups.size(); ++g)
+            if (!given.groups.contains(static_cast<std::int32_t>(g)))
+                result_.unused.push_back(title_of(cells_.groups[g]));
+    }
+
     // The nodes of beams turn; those of other programs' lines cannot say so.
     void free_rotation_of_beams() {
         const std::vector<std::string_view> names = code_names(mesh().kind);
@@ -370,6 +378,7 @@ private:
     std::vector<std::optional<GroupMeaning>> meanings_;  // by place of the group
     std::set<std::int32_t> named_;                       // groups that gave a material its name
     std::vector<std::size_t> cells_of_elements_;         // in the order of the mesh's elements
+    std::vector<std::size_t> others_;                    // cells that are no elements
     std::vector<std::size_t> places_;  // of the nodes' points, in the order of the mesh's nodes
     std::vector<Number> numbers_;      // of the nodes, by place of the point; 0 none
     bool own_ = false;                 // written by us with all data: the classes tell
@@ -377,8 +386,9 @@ private:
 
 }  // namespace
 
-FromCells mesh_of(const CellMesh& cells, std::optional<LayoutKind> kind) {
-    return FromCellMesh(cells, kind).convert();
+FromCells mesh_of(const CellMesh& cells, std::optional<LayoutKind> kind,
+                  const std::vector<GroupCodes>& codes) {
+    return FromCellMesh(cells, kind).convert(codes);
 }
 
 }  // namespace brelan::tool

@@ -100,4 +100,9 @@ double resolution(const Bounds& bounds) {
     return std::pow(10.0, std::floor(std::log10(largest)) + 1.0 - DIGITS);
 }
 
+double usual_tolerance(const Bounds& bounds) {
+    constexpr double ROUNDED_POINTS = 1.5;
+    return ROUNDED_POINTS * resolution(bounds);
+}
+
 }  // namespace brelan

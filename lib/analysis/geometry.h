@@ -43,4 +43,8 @@ Position middle(const MeshLists& mesh, const CornerPlaces& corners);
 // of the largest.
 double resolution(const Bounds& bounds);
 
+// Nodes so near are at one place or on a side where the user names no distance: both ends of a side and the
+// node between them are rounded.
+double usual_tolerance(const Bounds& bounds);
+
 }  // namespace brelan

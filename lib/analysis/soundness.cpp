@@ -157,12 +157,19 @@ bool SoundnessWork::is_side(std::int32_t a, std::int32_t b) const {
     return found != sides.end() && std::pair{found->low, found->high} == wanted;
 }
 
+FreeEdges outline_of(const MeshLists& mesh, const std::vector<CornerPlaces>& corners) {
+    SoundnessWork work{mesh, corners, {}};
+    work.result.findings = nothing_found();
+    work.closed = nodes_with_joints_closed(mesh, corners);
+    find_doubles(work);
+    find_sides(work);
+    return std::move(work.result.free_edges);
+}
+
 Soundness check_soundness(const MeshLists& mesh, const std::vector<CornerPlaces>& corners, double tolerance) {
     SoundnessWork work{mesh, corners, {}};
     work.result.findings = nothing_found();
-    // Both ends of a side and the node between them are rounded.
-    constexpr double ROUNDED_POINTS = 1.5;
-    work.result.tolerance = tolerance > 0.0 ? tolerance : ROUNDED_POINTS * resolution(mesh.bounds());
+    work.result.tolerance = tolerance > 0.0 ? tolerance : usual_tolerance(mesh.bounds());
     check_numbers(work);
     check_shapes(work);
     work.closed = nodes_with_joints_closed(mesh, corners);

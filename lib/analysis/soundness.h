@@ -88,6 +88,9 @@ struct FreeEdges {
     std::vector<Edge> edges;
 };
 
+// The outline alone.
+FreeEdges outline_of(const MeshLists& mesh, const std::vector<CornerPlaces>& corners);
+
 struct Soundness {
     std::vector<Finding> findings;  // one for each Check, in that order, also without places
     FreeEdges free_edges;

@@ -49,8 +49,8 @@ class Results(Case):
         # A wall of 10 m with nodes a metre apart: ten joints and beams; stage 1 covers 3 m by 13 m and a
         # triangle of 3 m, stage 2 covers 3 m by 13 m.
         self.assertEqual(beams, 10)
-        self.assertIn("joint 7: 10, beam 1: 10, truss 1: 1", lines["materials"])
-        self.assertIn("3: 39", lines["materials"])
+        self.assertIn("joint 7 Joint of the wall: 10, beam 1 Sheet piles: 10, truss 1 Strut: 1\n", ran.stdout)
+        self.assertIn("3 Second cut: 39", lines["materials"])
         self.assertIn(f"{40 * 20 + 3 * 13 + 4.5 + 3 * 13:g}", lines["area"])
         self.assertEqual(lines["soundness"], "sound")
         self.assert_nothing_left()

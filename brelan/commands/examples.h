@@ -1,0 +1,54 @@
+// Examples of the commands, which their help shows first.
+#pragma once
+
+namespace brelan::tool {
+
+inline constexpr const char* EXAMPLES_OF_RUN =
+    R"(  brelan run pit.dat                         the deck's directory is the project
+  brelan run pit.dat --kind coupled          for a solver of that kind
+  brelan run decks/pit.dat --project quay    meshes are read from and written to quay/
+  brelan run pit.dat --cut sound             elements along drawn lines as a solver takes them
+  brelan run pit.dat --apart out/pit         Bmesh.dat, Group.Pos and the like go to out/pit/
+  brelan run --json pit.dat | jq .mesh.sound
+  brelan run pit.dat --data ~/brelan-c       with an existing data directory
+)";
+
+inline constexpr const char* EXAMPLES_OF_NEW =
+    R"(  brelan new base-mesh > pit.dat     a base mesh, to be changed to your needs
+  brelan new groups -o quay          quay/groups.dat: an excavation in stages
+  brelan new edit-2 -o quay          quay/edit-2.dat and the mesh that it reads
+  brelan new --list                  what there is
+)";
+
+inline constexpr const char* EXAMPLES_OF_CHECK =
+    R"(  brelan check pit.dat                 every card with its fields, and what may be wrong
+  brelan check -q pit.dat              only what may be wrong
+  brelan check --dry-run pit.dat       and whether the mesh would be sound
+  brelan check --cut sound pit.dat     what may be wrong when the sound cut is asked for
+  brelan check --json pit.dat | jq '.warnings[].message'
+)";
+
+inline constexpr const char* EXAMPLES_OF_INFO =
+    R"(  brelan info PitStages.Mes              what is in it, and whether it is sound
+  brelan info --json *.Mes | jq '.[].sound'
+  brelan info --list 50 PitStages.Mes    up to 50 places of each fault
+  brelan info --nodes-on x=20 Pit.Mes    which nodes lie there; also --border and --elements-of 5
+  brelan info --card --nodes-in 0 0 5 9 Pit.Mes   as the lines that a card's list takes
+  brelan info --card --pairs Left.Mes Right.Mes --on x=40
+)";
+
+inline constexpr const char* EXAMPLES_OF_PLOT =
+    R"(  brelan plot Pit.Mes -o pit.html               to be opened in a browser: zoom, pick, search
+  brelan plot Pit.Mes -o pit.svg --deck pit.dat with the outlines that the deck draws
+  brelan plot Pit.Mes -o wall.png --window 20 10 40 30 --numbers both
+  brelan plot Pit.Mes -o pit.pdf --faults       rings round what is unsound
+  brelan plot - -o - --to svg < Pit.Mes | gzip > pit.svgz
+)";
+
+inline constexpr const char* EXAMPLES_OF_DIFF =
+    R"(  brelan diff Old.Mes New.Mes              what has changed under each number
+  brelan diff --by-place Old.Mes New.Mes   the same mesh, numbered differently?
+  brelan diff --tolerance 0.001 a.Mes b.vtu && echo same
+)";
+
+}  // namespace brelan::tool
