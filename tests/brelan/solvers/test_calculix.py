@@ -4,6 +4,9 @@ joints."""
 import math
 import os
 import random
+import re
+import shutil
+import subprocess
 import unittest
 
 from calculix import CCX, MeshFile, Mesh, SOURCE, SolverCase, area_shares, border_nodes
@@ -351,6 +354,28 @@ class Joints(SolverCase):
     def test_ties_do_not_open(self):
         for jump in self.jump(math.radians(30), -10.0, 6.0, "tie"):
             self.assertLess(max(abs(v) for v in jump), 1e-12)
+
+
+@unittest.skipUnless(CCX, "needs calculix-ccx")
+class Tutorial(SolverCase):
+    """The chapter's commands as they stand give the table that it shows."""
+
+    def test_excavation(self):
+        chapter = (SOURCE / "docs" / "tutorial" / "6-from-the-mesh-to-the-solver.md").read_text()
+        shown = re.search(r"```text\n(.*?)```", chapter, re.S)[1]
+        shutil.copytree(SOURCE / "docs" / "tutorial" / "excavation", self.root, dirs_exist_ok=True)
+        environment = dict(self.environment, PATH=f"{os.path.dirname(os.environ['BRELAN'])}:{os.environ['PATH']}")
+        said = ""
+        for command in re.findall(r"```sh\n(.*?)```", chapter, re.S):
+            done = subprocess.run(["bash", "-e", "-c", command], cwd=self.root, env=environment, text=True,
+                                  capture_output=True, timeout=300)
+            self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+            said = done.stdout if "stages.py" in command else said
+        rows, wanted = ([re.findall(r"-?\d+(?:\.\d+)?", row) for row in text.splitlines()] for text in (said, shown))
+        self.assertEqual([len(row) for row in rows], [len(row) for row in wanted])
+        for row, wanted_row in zip(rows, wanted):
+            for found, value in zip(row, wanted_row):  # one of the last digit for another machine's rounding
+                self.assertAlmostEqual(float(found), float(value), delta=0.11 if "." in value else 1.1)
 
 
 if __name__ == "__main__":
