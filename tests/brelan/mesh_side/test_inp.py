@@ -74,7 +74,7 @@ class Inp(Case):
         mesh = small()
         mesh.solids[2] = (12, [5, 7, 6, 0], [0] * 4, 2, [1.0, 2.3])
         self.assertIn("\n12, 5, 6, 7\n", self.convert(mesh))
-        self.assertIn("1 clockwise elements were turned", self.remarks)
+        self.assertIn("1 clockwise element was turned", self.remarks)
 
     def test_sets_by_material_name_class_and_code(self):
         text = self.convert(small().text().replace("  NUMNP", "* material 2: Sand, dense (ä)\n* material 1: Sets\n"
@@ -305,6 +305,24 @@ class Inp(Case):
         self.good("-q", "convert", "Stage.Mes", "m.inp", "--deck", "stage.dat")
         elements = sets_of(self.path("m.inp").read_text(), "ELSET")
         self.assertEqual((elements["CLAY"], elements["WALL"]), (["MATERIAL_6"], ["BEAM_1"]))
+
+    def test_joints_that_come_later(self):
+        """Joints from step 1 to 3: springs would pull the ground back to where it was, were they to come at step 1."""
+        deck = self.good("new", "groups")
+        wall = "  7     0.0   0.0    2    1    0    0\n"
+        deck = deck.replace("  -2     0       0\n", "  -2     1       0\n")
+        deck = deck.replace(wall, wall + "  0  0\n" * 2 + "  1  3\n" + "  0  0\n" * 3 + "  0\n" * 7)
+        self.write("pit.dat", deck)
+        self.good("-q", "run", "pit.dat")
+        result = self.brelan("convert", "Pit.Mes", "m.inp", "--deck", "pit.dat", "--joints", "spring:1e6,1e5")
+        self.assertIn("10 joints that come later have their springs from the start", result.stderr)
+        text = self.path("m.inp").read_text()
+        self.assertEqual(len(sets_of(text, "ELSET")["JOINTS_GO_3"]), 40)
+        self.assertNotIn("ADD=", text)
+        self.assertEqual(text.count("REMOVE\nJOINTS_GO_3\n"), 1)
+        result = self.brelan("convert", "Pit.Mes", "m.inp", "--deck", "pit.dat", "--joints", "tie")
+        self.assertIn("10 joints that come or go are tied in all steps", result.stderr)
+        self.assertNotIn("MODEL CHANGE", self.path("m.inp").read_text())
 
     def test_deck_of_another_mesh(self):
         self.staged()
