@@ -60,6 +60,7 @@ std::vector<std::vector<Number>> tied_nodes(const std::vector<TwinNodes>& twins)
     for (const auto& [node, unused] : leader)
         groups[leader_of(node)].push_back(node);
     std::vector<std::vector<Number>> tied;
+    tied.reserve(groups.size());
     for (auto& [first, nodes] : groups)
         tied.push_back(std::move(nodes));
     return tied;

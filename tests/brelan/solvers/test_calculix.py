@@ -297,10 +297,42 @@ class Patch(SolverCase):
             middles = [((a[0] + b[0]) / 2, (a[1] + b[1]) / 2) for a, b in zip(points, points[1:] + points[:1])]
             midsides = [node(*p) for p in middles]
             mesh.solid(number, [node(*p) for p in points], midsides=midsides + [0] * (4 - len(midsides)))
+        mesh.beams.append((6, node(*grid[1, 1]), node(*grid[2, 2]), 1))
+        mesh.trusses.append((7, node(*grid[0, 1]), node(*grid[1, 1]), 1))
         self.write("second.Mes", mesh.text())
         self.hold("second.Mes")
-        self.assertIn("TYPE=CPE8", self.path("mesh.inp").read_text())
-        self.assertIn("TYPE=CPE6", self.path("mesh.inp").read_text())
+        for element in ("CPE8", "CPE6", "B32", "T3D3"):
+            self.assertIn(f"TYPE={element},", self.path("mesh.inp").read_text())
+
+
+@unittest.skipUnless(CCX, "needs calculix-ccx")
+class Lines(SolverCase):
+    """A beam and a truss that stick out of a block that is held all round."""
+    AREA, INERTIA, YOUNG, LENGTH, PARTS = 0.1, 4.0e-5, 2.0e8, 2.0, 20
+
+    def block_with_lines(self):
+        mesh = Mesh()
+        for number, (x, y) in enumerate(((0, 0), (1, 0), (1, 1), (0, 1)), 1):
+            mesh.node(number, x, y, (1, 1, 1))
+        mesh.solid(1, (3, 4, 1, 2))
+        for k in range(self.PARTS):
+            mesh.node(10 + k, 1 + self.LENGTH * (k + 1) / self.PARTS, 1, (0, 0, 0))
+            mesh.beams.append((10 + k, 9 + k if k else 3, 10 + k, 1))
+        mesh.node(50, 3, 0, (0, 1, 1))
+        mesh.trusses.append((50, 2, 50, 1))
+        self.write("lines.Mes", mesh.text())
+
+    def test_beam_bends_and_truss_stretches(self):
+        self.block_with_lines()
+        self.good("-q", "convert", "lines.Mes", "mesh.inp", "--gravity", "0", "--materials", self.table(
+            ["solid,1,1e9,0.3,2,,", f"beam,1,{self.YOUNG},0,2,{self.AREA},{self.INERTIA}",
+             f"truss,1,{self.YOUNG},0.3,2,0.003,"]))
+        tip = 9 + self.PARTS
+        moved = self.solve("mesh.inp", in_last_step=f"*CLOAD\n{tip}, 2, -5.\n50, 1, 30.\n")[-1]["displacements"]
+        # The code of node 3 clamps the beam: P L^3 / (3 E I), and F L / (E A) for the truss. The expanded beam has one
+        # curvature in each of its parts, which costs a quarter of a part's length squared over that of the beam.
+        self.assertAlmostEqual(-moved[tip][1] / (5 * self.LENGTH**3 / (3 * self.YOUNG * self.INERTIA)), 1, delta=5e-3)
+        self.assertAlmostEqual(moved[50][0] / (30 * self.LENGTH / (self.YOUNG * 0.003)), 1, delta=1e-5)
 
 
 @unittest.skipUnless(CCX, "needs calculix-ccx")
