@@ -8,6 +8,7 @@ present() {
         libclang-rt-14-dev) ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a ;;
         libgtest-dev) ls /usr/include/gtest/gtest.h ;;
         libbenchmark-dev) ls /usr/include/benchmark/benchmark.h ;;
+        calculix-ccx) command -v ccx ;;
         libcli11-dev) ls /usr/include/CLI/CLI.hpp ;;
         libfmt-dev) ls /usr/include/fmt/core.h ;;
         nlohmann-json3-dev) ls /usr/include/nlohmann/json.hpp ;;

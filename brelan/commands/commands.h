@@ -84,11 +84,11 @@ struct InpChoices {
 struct ConvertOptions {
     std::string from, to;
     std::string format;
-    std::string deck;  // that made the mesh and tells when its elements come and go
+    std::string deck;                // that made the mesh and tells when its elements come and go
+    std::vector<std::string> codes;  // "left,right: IDX"
     bool bare = false, stages = false;
     std::vector<std::int32_t> cables;  // materials of trusses
     InpChoices inp;
-    std::vector<std::string> codes;  // "left,right: IDX"
     KindOption kind;
 };
 int convert(const ConvertOptions& options, const Context& context);

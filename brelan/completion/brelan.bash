@@ -41,12 +41,18 @@ _brelan() {
             COMPREPLY=($(compgen -W "nodes elements both" -- "$cur"))
             return ;;
         --to)
-            local formats="mes vtu msh2 msh4 mdpa"
+            local formats="mes vtu msh2 msh4 mdpa inp csv"
             [[ $command == plot ]] && formats="svg png pdf html"
             COMPREPLY=($(compgen -W "$formats" -- "$cur"))
             return ;;
         --deck)
             _brelan_files "$decks"
+            return ;;
+        --joints)
+            COMPREPLY=($(compgen -W "tie spring:" -- "$cur"))
+            return ;;
+        --materials)
+            _brelan_files "csv"
             return ;;
         --project | --data | --work | --apart)
             compopt -o filenames 2> /dev/null
@@ -66,7 +72,9 @@ _brelan() {
             return ;;
         --list)
             [[ $command != new ]] && return ;;
-        --tolerance | --cable | --title | --width | --scale | --window | --name)
+        --tolerance | --title | --width | --scale | --window | --name | --nodes-on | --nodes-in | --elements-of | --on | --code)
+            return ;;
+        --cable | --gravity)
             return ;;
     esac
 
@@ -80,11 +88,14 @@ _brelan() {
             run) options+=" --edition --kind --project --cut --apart --json --data --work --keep --program" ;;
             new) options+=" --list --kind --output --name --force" ;;
             check) options+=" --edition --kind --project --work --cut --dry-run --json --strict" ;;
-            info) options+=" --json --list --tolerance --kind" ;;
+            info)
+                options+=" --json --list --tolerance --kind --nodes-on --nodes-in --elements-of --border --pairs --on"
+                options+=" --card" ;;
             plot)
                 options+=" --output --to --deck --numbers --window --title --width --scale --faults --no-codes --no-lines"
                 options+=" --no-legend --no-axes --kind" ;;
-            convert) options+=" --to --bare --deck --stages --cable --kind" ;;
+            convert)
+                options+=" --to --bare --code --deck --stages --cable --joints --materials --gravity --axisymmetric --kind" ;;
             diff) options+=" --by-place --tolerance --list --json --kind" ;;
         esac
         COMPREPLY=($(compgen -W "$options" -- "$cur"))

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "analysis/mesh_lists.h"
-#include "formats/group_codes.h"
+#include "formats/wanted_codes.h"
 
 namespace brelan::tool {
 

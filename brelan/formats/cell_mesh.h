@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "analysis/mesh_lists.h"
+#include "formats/wanted_codes.h"
 
 namespace brelan::tool {
 
@@ -88,18 +89,6 @@ std::string_view same_code(std::string_view name);
 
 // Throws Failure where an element has a corner that is no node, or a number stands twice.
 CellMesh cells_of(const MeshLists& mesh);
-
-// What nodes get: a code, or H, T or CF, by its name in mesh files. Without a value a code is fixed.
-struct CodeSetting {
-    std::string name;
-    std::optional<double> value;
-};
-
-// Of "left, right: IDX IDY=0": groups by name, those of curves and points also by tag.
-struct GroupCodes {
-    std::vector<std::string> groups;
-    std::vector<CodeSetting> settings;
-};
 
 // The way back. The kind is found from the names of the codes when it is not given. What the arrays do not
 // tell takes the values of a base mesh; lines are beams or trusses by their class or the name of their group,

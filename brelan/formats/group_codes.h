@@ -7,10 +7,11 @@
 #include <vector>
 
 #include "formats/cell_mesh.h"
+#include "formats/wanted_codes.h"
 
 namespace brelan::tool {
 
-// Throws Failure where the text is of another form.
+// As the command line has them. Throws Failure where the text is of another form.
 GroupCodes group_codes_of(const std::string& text);
 
 // What the name of a curve or point says to the nodes of a kind: "fix x", "fix y", "fixed", "head 12.5" and

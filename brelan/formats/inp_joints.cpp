@@ -29,11 +29,13 @@ std::vector<TwinNodes> twins_of(const MeshLists& mesh, const Element& e, const S
     if ((middle == 0) != (other == 0))
         throw Failure(fmt::format("{}: expected midside nodes on both sides of joint {} or on none",
                                   mesh.file, e.number.value));
-    if (middle == 0)
-        return {{e.corner(0), e.corner(3), 0.5}, {e.corner(1), e.corner(2), 0.5}};
-    return {{e.corner(0), e.corner(3), 1.0 / 6.0},
-            {middle, other, 4.0 / 6.0},
-            {e.corner(1), e.corner(2), 1.0 / 6.0}};
+    const double end = middle == 0 ? 1.0 / 2.0 : 1.0 / 6.0;
+    std::vector<TwinNodes> twins{{e.corner(0), e.corner(3), end}, {e.corner(1), e.corner(2), end}};
+    if (middle != 0)
+        twins.push_back({middle, other, 4.0 / 6.0});
+    // A joint that ends in the ground closes there: its last node is its own twin.
+    std::erase_if(twins, [](const TwinNodes& pair) { return pair.node == pair.twin; });
+    return twins;
 }
 
 bool is_held(const MeshLists& mesh, Number node, int direction) {
@@ -58,6 +60,7 @@ std::vector<std::vector<Number>> tied_nodes(const std::vector<TwinNodes>& twins)
     for (const auto& [node, unused] : leader)
         groups[leader_of(node)].push_back(node);
     std::vector<std::vector<Number>> tied;
+    tied.reserve(groups.size());
     for (auto& [first, nodes] : groups)
         tied.push_back(std::move(nodes));
     return tied;

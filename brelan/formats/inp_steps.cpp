@@ -9,11 +9,17 @@ namespace brelan::tool {
 
 namespace {
 
+// Springs know nothing of the ground's movements before they come, and would pull it back: those of joints
+// are there from the start.
+std::int32_t comes_in_file(const StageSet& set) {
+    return set.of == ElementClass::joint ? 0 : set.comes();
+}
+
 std::string name_of_set(const StageSet& set) {
     std::string name(CLASS_PLURALS[static_cast<std::size_t>(set.of)]);
     if (set.never_there())
         return name + "_NEVER";
-    if (set.comes() > 0)
+    if (comes_in_file(set) > 0)
         name += fmt::format("_COME_{}", set.comes());
     if (set.goes() > 0)
         name += fmt::format("_GO_{}", set.goes());
@@ -73,9 +79,9 @@ std::vector<InpStageSet> add_stage_sets(FormattedText& text, const Stages& stage
             else if (set.of != ElementClass::joint)
                 elements.push_back(n);
         }
-        if (elements.empty() || (set.comes() == 0 && set.goes() == 0 && !set.never_there()))
+        if (elements.empty() || (comes_in_file(set) == 0 && set.goes() == 0 && !set.never_there()))
             continue;
-        made.push_back({names.take(name_of_set(set)), set.comes(), set.goes(), set.never_there()});
+        made.push_back({names.take(name_of_set(set)), comes_in_file(set), set.goes(), set.never_there()});
         text.add("*ELSET, ELSET={}\n", made.back().name);
         add_numbers(text, elements);
     }

@@ -19,8 +19,8 @@ struct InpStageSet {
     bool is_away_at_first() const { return comes > 0 || never_there; }
 };
 
-// Writes the element sets of the stages; those of joints hold their springs, and where joints are tied there
-// are none.
+// Writes the element sets of the stages; those of joints hold their springs, which are there from the start
+// and may go, and where joints are tied there are none.
 std::vector<InpStageSet> add_stage_sets(FormattedText& text, const Stages& stages, const InpJoints& joints,
                                         SetNames& names);
 

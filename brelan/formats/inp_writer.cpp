@@ -9,6 +9,7 @@
 #include "analysis/soundness.h"
 #include "cli/exit_status.h"
 #include "cli/formatted_text.h"
+#include "cli/words.h"
 #include "formats/cell_mesh.h"
 #include "formats/inp.h"
 #include "formats/inp_elements.h"
@@ -162,14 +163,24 @@ private:
         if (mesh_.kind == LayoutKind::coupled)
             remark_("codes of the fluid and its attributes have no place in .inp: the ground is drained");
         if (elements_.turned > 0)
-            remark_(fmt::format("{} clockwise elements were turned", elements_.turned));
+            remark_(counted(elements_.turned, "clockwise element was", "clockwise elements were") +
+                    " turned");
         for (const StageSet& set : stages_.sets()) {
             const std::string_view plural = CLASS_PLURALS[static_cast<std::size_t>(set.of)];
             if (set.never_there())
-                remark_(fmt::format("{} {} go before they come (NAC {}, NDAC {}) and are in no step",
-                                    set.elements.size(), plural, set.pair.activated, set.pair.deactivated));
-            if (set.of == ElementClass::joint && options_.joints.form == JointForm::tied)
-                remark_(fmt::format("{} joints that come or go are tied in all steps", set.elements.size()));
+                remark_(fmt::format("{} with NAC {} and NDAC {} in no step: they go before they come",
+                                    counted(set.elements.size(), name_of(set.of), plural), set.pair.activated,
+                                    set.pair.deactivated));
+            if (set.of != ElementClass::joint)
+                continue;
+            if (options_.joints.form == JointForm::tied)
+                remark_(counted(set.elements.size(), "joint that comes or goes is",
+                                "joints that come or go are") +
+                        " tied in all steps");
+            else if (set.comes() > 0)
+                remark_(counted(set.elements.size(), "joint that comes later has its springs",
+                                "joints that come later have their springs") +
+                        " from the start");
         }
         if (!check_soundness(mesh_, corners_of(mesh_)).sound())
             remark_("the mesh is unsound: a solver may refuse it or compute another body; see brelan info");

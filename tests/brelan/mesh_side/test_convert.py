@@ -399,7 +399,8 @@ class Convert(Case):
 
     def test_format_goes_by_the_ending_or_by_an_option(self):
         self.write("a.Mes", sample("head").text())
-        self.failed(self.brelan("convert", "a.Mes", "a.txt"), "a.txt: expected a name that ends in .Mes, .vtu, .msh, .mdpa or .inp")
+        self.failed(self.brelan("convert", "a.Mes", "a.txt"),
+                    "a.txt: expected a name that ends in .Mes, .vtu, .msh, .mdpa or .inp")
         self.good("convert", "--to", "vtu", "a.Mes", "a.txt")
         self.good("diff", "a.Mes", "a.txt")
         self.good("convert", "a.Mes", "a.VTU")
