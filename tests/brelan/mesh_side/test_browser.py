@@ -56,6 +56,21 @@ class Page(Case):
             row.querySelector('input').click(); })()""" % name)
         self.browser.settle()
 
+    def test_names_of_materials_stand_at_the_side_and_leave_room_for_counts(self):
+        mesh = sample("displacement")
+        name = "Clay of the eastern part, stiff, with layers of " + "n" * 32
+        self.write("a.Mes", mesh.text() + f"* material 3: {name}\n* beam 4: <b>&amp;\n")
+        self.show("a.Mes", address="#element=1")
+        self.assertEqual(self.record()[1]["material"], f"3: {name}")
+        rows = self.browser.value("""[...document.querySelectorAll('.layer')].map((l) => [l.innerText.replace(/\\s+/g, ' ').trim(),
+            (l.querySelector('.count') || l).clientHeight, l.scrollWidth <= l.clientWidth])""")
+        texts = [text for text, _, _ in rows]
+        self.assertIn(f"material 3: {name} 2", texts)
+        self.assertIn("beam 4: <b>&amp; 1", texts)
+        counted = [height for text, height, _ in rows if text[-1].isdigit()]
+        self.assertEqual(len(set(counted)), 1, rows)  # of one line each
+        self.assertTrue(all(fits for _, _, fits in rows), rows)
+
     def test_click_on_a_node_and_on_an_element(self):
         mesh = sample("coupled")
         self.show(self.write("a.Mes", mesh.text()))
