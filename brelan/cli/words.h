@@ -22,6 +22,9 @@ std::string mark_passed_over(const std::filesystem::path& file);
 // "1 node", "2 nodes".
 std::string counted(std::size_t count, std::string_view one, std::string_view many);
 
+// The lines of a text without their ends. No stream, as that would take a want of memory for the end of the text.
+std::vector<std::string_view> lines_of(std::string_view text);
+
 // Words with a text between each two.
 std::string joined(const std::vector<std::string>& words, std::string_view between);
 
