@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "group/engine_mesh.h"
 #include "group/sound_ground.h"
@@ -169,11 +170,12 @@ private:
         }
     }
 
-    static std::optional<std::size_t> sector_of(const Knot& knot, ElementNumber e) {
-        for (std::size_t w = 0; w < knot.sectors.wedges.size(); ++w)
-            if (knot.sectors.wedges[w].element == e)
-                return knot.sectors.of[w];
-        return std::nullopt;
+    // That of a continuum element which has the node.
+    static std::size_t sector_of(const Knot& knot, ElementNumber e) {
+        const std::vector<Wedge>& wedges = knot.sectors.wedges;
+        const auto wedge =
+            std::find_if(wedges.begin(), wedges.end(), [&](const Wedge& at) { return at.element == e; });
+        return knot.sectors.of.at(static_cast<std::size_t>(wedge - wedges.begin()));
     }
 
     // The ground to the right of an earlier joint that closes at a node; it counts with that to its left.
@@ -193,12 +195,12 @@ private:
             return own;
         std::optional<std::size_t> across;
         for (const Wedge& wedge : knot.sectors.wedges) {
-            const NodeNumber end = hand == Hand::left ? wedge.before : wedge.behind;
+            const NodeNumber end = hand == Hand::left ? wedge.behind : wedge.before;
             const bool is_border =
-                !(hand == Hand::left ? knot.sectors.left_of(end) : knot.sectors.right_of(end));
+                !(hand == Hand::left ? knot.sectors.right_of(end) : knot.sectors.left_of(end));
             if (end == other || end == node || !is_border || knot.lines.count(end) != 0)
                 continue;
-            across = hand == Hand::left ? knot.sectors.right_of(end) : knot.sectors.left_of(end);
+            across = hand == Hand::left ? knot.sectors.left_of(end) : knot.sectors.right_of(end);
         }
         return across == opposite ? std::nullopt : across;
     }
@@ -237,14 +239,11 @@ private:
     NodeNumber node_of_line(const Knot& knot, ElementNumber e, NodeNumber node, NodeNumber other) const {
         const Sectors& sectors = knot.sectors;
         if (knot.lines.count(other) != 0) {
-            for (const auto& [k, pairs] : pairs_) {
-                const bool begins = line_.nodes[k] == node && line_.behind(k) == other;
-                if (!begins && !(line_.behind(k) == node && line_.nodes[k] == other))
-                    continue;
-                const NodePair& pair = begins ? pairs.from : pairs.to;
-                return engine_.side_sign[e] >= 0 ? pair.left : pair.right;
-            }
-            return node;
+            const NodePair pair =
+                pair_on(node, [&](std::size_t k) {
+                    return side_between(line_.nodes[k], line_.behind(k)) == side_between(node, other);
+                }).second;
+            return engine_.side_sign[e] >= 0 ? pair.left : pair.right;
         }
         for (const std::optional<std::size_t> sector : {sectors.left_of(other), sectors.right_of(other)})
             if (sector)
@@ -257,16 +256,19 @@ private:
                 return node_of(knot, node, sectors.of[w]);
         }
         // Outside of all ground: to the left of the line or to its right.
-        for (const std::size_t k : edges_) {
-            if (line_.nodes[k] != node && line_.behind(k) != node)
-                continue;
-            const bool is_left =
-                orientation(node_point(mesh_, line_.nodes[k]), node_point(mesh_, line_.behind(k)), to) >= 0;
-            const EdgePairs& pairs = pairs_.at(k);
-            const NodePair& pair = line_.nodes[k] == node ? pairs.from : pairs.to;
-            return is_left == (engine_.side_sign[e] >= 0) ? pair.left : pair.right;
-        }
-        return node;
+        const auto [k, pair] = pair_on(
+            node, [&](std::size_t edge) { return line_.nodes[edge] == node || line_.behind(edge) == node; });
+        const bool is_left =
+            orientation(node_point(mesh_, line_.nodes[k]), node_point(mesh_, line_.behind(k)), to) >= 0;
+        return is_left == (engine_.side_sign[e] >= 0) ? pair.left : pair.right;
+    }
+
+    // The first edge that is sought at a node, which has one, and its pair there.
+    template <class IsSought>
+    std::pair<std::size_t, NodePair> pair_on(NodeNumber node, const IsSought& is_sought) const {
+        const std::size_t k = *std::find_if(edges_.begin(), edges_.end(), is_sought);
+        const EdgePairs& pairs = pairs_.at(k);
+        return {k, line_.nodes[k] == node ? pairs.from : pairs.to};
     }
 
     void move_elements() {
