@@ -10,6 +10,7 @@ status is 0 when nothing is wrong.
 """
 import argparse
 import collections
+import ctypes
 import os
 import pathlib
 import random
@@ -69,6 +70,21 @@ def is_scratch(path):
         any(part.startswith(".brelan-") for part in parts)
 
 
+def adopt_orphans():
+    """The batch program goes on when the command that started it is killed; it becomes a child of this process."""
+    PR_SET_CHILD_SUBREAPER = 36
+    if ctypes.CDLL(None, use_errno=True).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0) != 0:
+        raise OSError(ctypes.get_errno(), "prctl")
+
+
+def wait_for_orphans():
+    try:
+        while True:
+            os.waitpid(-1, 0)
+    except ChildProcessError:
+        return
+
+
 class Trial:
     """One run of a case in a directory of its own."""
 
@@ -92,8 +108,10 @@ class Trial:
         command = self.case.command(program)
         if not self.case.is_batch and command[1] == "run":
             command += ["--program", PROGRAMS["brelan2d"]]
-        return subprocess.run(command, cwd=self.case.directory(self.root), env=environment, input="deck.dat\n",
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, errors="replace", timeout=60)
+        result = subprocess.run(command, cwd=self.case.directory(self.root), env=environment, input="deck.dat\n",
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, errors="replace", timeout=60)
+        wait_for_orphans()
+        return result
 
 
 class Sound:
@@ -329,6 +347,7 @@ def main():
     parser.add_argument("--kind", action="append")
     parser.add_argument("--every-allocation", action="store_true", help="those too that the same calls lead to: half a day")
     options = parser.parse_args()
+    adopt_orphans()
     tried, survived, known = collections.Counter(), collections.Counter(), collections.defaultdict(set)
     for case in cases.CASES:
         if options.case and not case.name.startswith(tuple(options.case)):
