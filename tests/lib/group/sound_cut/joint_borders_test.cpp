@@ -255,6 +255,36 @@ TEST(SoundLine, IsRefusedOverInvertedGround) {
     expect_refusal(deck, "is unsound before the cut");
 }
 
+// A square of the mesh in two quadrilaterals with two sides in common, one of them with a corner pushed in;
+// the line cuts the square beside it. Elements that are made better in pairs have one side in common.
+TEST(SoundLine, LeavesPairsWithTwoCommonSides) {
+    CutDeck deck = deck_with_beams({}, {{2.97, 2.03}}, {beams_along({{3.5F, 1.2F}, {3.5F, 4.7F}}, 23)});
+    const int inside = deck.base.nodes.back().number;
+    deck.base.nodes.back().codes[0] = 1;  // it stays there
+    MeshElement& lower = deck.base.continuum[18];
+    const auto [low_left, low_right, high_right, high_left] = lower.corners;
+    MeshElement upper = lower;
+    lower.corners = {low_left, low_right, high_right, inside};
+    upper.number = static_cast<int>(deck.base.continuum.size()) + 1;
+    upper.corners = {low_left, inside, high_right, high_left};
+    deck.base.continuum.push_back(upper);
+    const CutRun run = finished_run_of(deck);
+    EXPECT_EQ(std::count_if(run.after.solids.begin(), run.after.solids.end(),
+                            [&](const CutSolid& solid) {
+                                return std::count(solid.corners.begin(), solid.corners.end(), inside) > 0 &&
+                                       solid.corners.size() == 4;
+                            }),
+              2);
+}
+
+// A joint along one side of a square between two toes.
+TEST(SoundJointLine, OpensInTheMiddleOfASideBetweenTwoToes) {
+    const CutRun run = finished_run_of(deck_with({open_joint({{3, 3}, {4, 3}})}));
+    EXPECT_EQ(count_at(run, 3, 3), 1);
+    EXPECT_EQ(count_at(run, 3.5, 3), 2);
+    EXPECT_EQ(count_at(run, 4, 3), 1);
+}
+
 // An element with a double of another stage: the corner of the outline inside is one node of both.
 TEST(SoundLine, HasOneNodeInAnElementAndItsDouble) {
     DrawnGroup stage = region_of({{2, 2}, {5, 2}, {5, 5}, {2, 5}}, 2);
