@@ -41,7 +41,7 @@ public:
         choose_edges(records);
         for (const std::size_t k : edges_)
             if (is_held(line_.nodes[k], line_.behind(k)) && is_held(line_.behind(k), line_.nodes[k]))
-                held.push_back(side_between(line_.nodes[k], line_.behind(k)));
+                held.push_back(side_at(k));
         return held;
     }
 
@@ -80,6 +80,7 @@ private:
     };
 
     std::size_t next(std::size_t k) const { return (k + 1) % line_.nodes.size(); }
+    Side side_at(std::size_t k) const { return side_between(line_.nodes[k], line_.behind(k)); }
 
     std::string way_text(std::size_t k) const {
         std::string way = "from ";
@@ -96,7 +97,7 @@ private:
             const NodeNumber a = line_.nodes[k], b = line_.behind(k);
             if (step != Step::side && step != Step::border)
                 continue;
-            if (!gone.insert(side_between(a, b)).second) {
+            if (!gone.insert(side_at(k)).second) {
                 repeats_.insert(k);
                 continue;
             }
@@ -172,10 +173,9 @@ private:
 
     // That of a continuum element which has the node.
     static std::size_t sector_of(const Knot& knot, ElementNumber e) {
-        const std::vector<Wedge>& wedges = knot.sectors.wedges;
-        const auto wedge =
-            std::find_if(wedges.begin(), wedges.end(), [&](const Wedge& at) { return at.element == e; });
-        return knot.sectors.of.at(static_cast<std::size_t>(wedge - wedges.begin()));
+        for (std::size_t w = 0;; ++w)
+            if (knot.sectors.wedges.at(w).element == e)
+                return knot.sectors.of[w];
     }
 
     // The ground to the right of an earlier joint that closes at a node; it counts with that to its left.
@@ -188,19 +188,18 @@ private:
     // The sector on one hand of the way from a node to another. Without ground there it is the one at the
     // other end of what is open, if no edge lies between and the ground on the other hand is not the same.
     static std::optional<std::size_t> beside(const Knot& knot, NodeNumber node, NodeNumber other, Hand hand) {
-        const auto left = knot.sectors.left_of(other), right = knot.sectors.right_of(other);
-        const auto& own = hand == Hand::left ? left : right;
-        const auto& opposite = hand == Hand::left ? right : left;
+        const auto ground = [&](Hand on, NodeNumber end) {
+            return on == Hand::left ? knot.sectors.left_of(end) : knot.sectors.right_of(end);
+        };
+        const Hand back = hand == Hand::left ? Hand::right : Hand::left;
+        const auto own = ground(hand, other), opposite = ground(back, other);
         if (own)
             return own;
         std::optional<std::size_t> across;
         for (const Wedge& wedge : knot.sectors.wedges) {
             const NodeNumber end = hand == Hand::left ? wedge.behind : wedge.before;
-            const bool is_border =
-                !(hand == Hand::left ? knot.sectors.right_of(end) : knot.sectors.left_of(end));
-            if (end == other || end == node || !is_border || knot.lines.count(end) != 0)
-                continue;
-            across = hand == Hand::left ? knot.sectors.left_of(end) : knot.sectors.right_of(end);
+            if (end != other && end != node && !ground(back, end) && knot.lines.count(end) == 0)
+                across = ground(hand, end);
         }
         return across == opposite ? std::nullopt : across;
     }
@@ -239,10 +238,8 @@ private:
     NodeNumber node_of_line(const Knot& knot, ElementNumber e, NodeNumber node, NodeNumber other) const {
         const Sectors& sectors = knot.sectors;
         if (knot.lines.count(other) != 0) {
-            const NodePair pair =
-                pair_on(node, [&](std::size_t k) {
-                    return side_between(line_.nodes[k], line_.behind(k)) == side_between(node, other);
-                }).second;
+            const Side side = side_between(node, other);
+            const NodePair pair = pair_on(node, [&](std::size_t k) { return side_at(k) == side; }).second;
             return engine_.side_sign[e] >= 0 ? pair.left : pair.right;
         }
         for (const std::optional<std::size_t> sector : {sectors.left_of(other), sectors.right_of(other)})
