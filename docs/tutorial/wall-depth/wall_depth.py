@@ -1,31 +1,27 @@
-"""How deep is the wall to be? A mesh for each depth, by the rules and by the sound cut: wall_depth.py PICTURE"""
-
+#!/usr/bin/env python3
+"""How deep is the wall to be? A mesh and a calculation for each depth: wall_depth.py PICTURE DEPTH..."""
+import subprocess
 import sys
 
 import brelan
-import matplotlib
-import numpy as np
-
-matplotlib.use("Agg")
 import matplotlib.pyplot as plt
 
-deck = brelan.Deck("pit.dat")
-wall = deck.groups[0].points  # from the toe upwards
-depths = np.arange(6.0, 13.25, 0.25)
-figure, (angles, lengths) = plt.subplots(2, 1, sharex=True, figsize=(8, 6))
-print("depth  by the rules      by the sound cut")
-rows = []
+depths, moved = [float(text) for text in sys.argv[2:]], []
 for depth in depths:
+    deck = brelan.Deck("pit.dat")
+    wall = deck.groups[0].points  # from the toe upwards
     wall[0].y = wall[-1].y - depth
-    meshes = [deck.run(sound=sound, check=False).mesh for sound in (False, True)]
-    rows.append([(m.quality().smallest_angle.min(), bool(m.soundness()), len(m.element_numbers)) for m in meshes])
-    print(f"{depth:5.2f}", *(f"{a:5.1f} degrees {'sound' if s else 'unsound':8}" for a, s, _ in rows[-1]))
-for place, (name, color) in enumerate((("by the rules", "tab:orange"), ("by the sound cut", "tab:blue"))):
-    angle, sound, count = np.array([row[place] for row in rows]).T
-    angles.plot(depths, angle, "o-", color=color, label=name)
-    angles.plot(depths[sound == 0], angle[sound == 0], "kx", markersize=10)
-    lengths.plot(depths, count, "o-", color=color, label=name)
-angles.set_ylabel("smallest angle (degrees); x: unsound")
-lengths.set(xlabel="depth of the wall (m)", ylabel="elements")
-angles.legend()
-figure.savefig(sys.argv[1])
+    run = deck.run(sound=True)
+    run.mesh.save("Pit.inp", joints="spring:1e6,1e4", materials="materials.csv", activity=run.activity)
+    subprocess.run(["ccx", "Pit"], check=True, stdout=subprocess.DEVNULL)
+    head = run.mesh.nodes_on(x=13.0, y=20.0)[0]
+    # A line of results for each node and step: its number in columns 4 to 13, then the movement in x.
+    lines = [line for block in open("Pit.frd").read().split(" -4  DISP")[1:] for line in block.split(" -3")[0].splitlines()]
+    steps = [float(line[13:25]) for line in lines if line.startswith(f" -1{head:10d}")]
+    moved.append([1000.0 * (steps[stage] - steps[1]) for stage in (3, 5)])  # since the ground was as it had been
+    print(f"{depth:5.1f} m  {len(run.mesh.element_numbers)} elements  {moved[-1][0]:6.2f} mm {moved[-1][1]:6.2f} mm")
+plt.plot(depths, moved, "o-", label=["stage 2, the first cut", "stage 4, the second cut"])
+plt.xlabel("depth of the wall (m)")
+plt.ylabel("movement of its head (mm)")
+plt.legend()
+plt.savefig(sys.argv[1])
