@@ -125,11 +125,12 @@ private:
             const std::string& name = mesh_.names.of(of, material);
             const std::string number = std::to_string(material);
             groups_[key] = static_cast<std::int32_t>(data_["groups"].size());
-            data_["groups"].push_back({{"name", mesh_.group_title(of, material)},
-                                       {"class", name_of(of)},
-                                       {"material", name.empty() ? number : number + ": " + name},
-                                       {"color", hex(material_color(of, material))},
-                                       {"count", count}});
+            data_["groups"].push_back(
+                {{"name", mesh_.group_title(of, material)},
+                 {"class", name_of(of)},
+                 {"material", name.empty() ? number : fmt::format("{}: {}", material, name)},
+                 {"color", hex(material_color(of, material))},
+                 {"count", count}});
         }
     }
 

@@ -104,6 +104,7 @@ NodeChange change_of(const CodeSetting& setting, LayoutKind kind) {
 
 std::vector<NodeChange> changes_of(const std::vector<CodeSetting>& settings, LayoutKind kind) {
     std::vector<NodeChange> changes;
+    changes.reserve(settings.size());
     for (const CodeSetting& setting : settings)
         changes.push_back(change_of(setting, kind));
     return changes;

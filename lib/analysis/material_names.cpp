@@ -22,10 +22,12 @@ std::string_view without_blanks(std::string_view text) {
     return text.substr(0, text.find_last_not_of(BLANKS) + 1);
 }
 
+// Control characters, and the two that XML has no place for.
 bool is_control(std::string_view character) {
     const auto first = static_cast<unsigned char>(character.front());
     return first < ' ' || first == 127 ||
-           (first == 0xC2U && static_cast<unsigned char>(character.back()) < 0xA0U);
+           (first == 0xC2U && static_cast<unsigned char>(character.back()) < 0xA0U) ||
+           character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF";
 }
 
 struct Name {

@@ -6,7 +6,6 @@
 //     * truss 2: Anchor
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -25,7 +24,10 @@ public:
     struct Key {
         ElementClass of = ElementClass::solid;
         std::int32_t material = 0;
-        friend auto operator<=>(const Key&, const Key&) = default;
+        friend bool operator==(const Key&, const Key&) = default;
+        friend bool operator<(const Key& a, const Key& b) {
+            return a.of != b.of ? a.of < b.of : a.material < b.material;
+        }
     };
 
     // Empty where the material has no name. `joint` asks for the material that a solid of the number has.

@@ -56,6 +56,27 @@ class Page(Case):
             row.querySelector('input').click(); })()""" % name)
         self.browser.settle()
 
+    def rows(self):
+        """Of each layer its text, the height of its count, and whether all of it fits."""
+        return self.browser.value("""[...document.querySelectorAll('.layer')].map((l) => [l.innerText.replace(/\\s+/g, ' ').trim(),
+            (l.querySelector('.count') || l).clientHeight, l.scrollWidth <= l.clientWidth])""")
+
+    def test_names_of_materials_stand_at_the_side_and_leave_room_for_counts(self):
+        name = "Clay of the eastern part, stiff, with layers of " + "n" * 32
+        mesh = self.square(12)
+        with open(mesh, "a") as file:
+            file.write(f"* material 1: {name}\n")
+        self.write("b.Mes", sample("displacement").text() + "* beam 4: <b>&amp;\n")
+        self.show("b.Mes")
+        self.assertIn("beam 4: <b>&amp; 1", [text for text, _, _ in self.rows()])
+        self.show(mesh, address="#element=1")
+        self.assertEqual(self.record()[1]["material"], f"1: {name}")
+        rows = self.rows()
+        self.assertEqual(rows[0][0], f"material 1: {name} 121")
+        counted = [height for text, height, _ in rows if text[-1].isdigit()]
+        self.assertLess(max(counted), 25, rows)  # one line
+        self.assertTrue(all(fits for _, _, fits in rows), rows)
+
     def test_click_on_a_node_and_on_an_element(self):
         mesh = sample("coupled")
         self.show(self.write("a.Mes", mesh.text()))

@@ -35,6 +35,19 @@ class Names(Case):
                     self.assertTrue(back.endswith("     0\n     0\n" + "\n".join(expected) + "\n"))
                     self.assertEqual(records("".join(back.splitlines(True)[:-len(NAMES)])), records(mesh.text()))
 
+    def test_the_batch_program_passes_names_over(self):
+        self.good("new", "edit-4", "-o", ".")
+        deck = self.path("edit-4.dat").read_text()
+        plain = "".join(line for line in deck.splitlines(True) if not line.startswith("*"))
+        self.run_deck(plain)
+        expected = self.path("Cut.Mes").read_bytes()
+        names = "".join(name + "\n" for name in NAMES)
+        text = self.path("Start.Mes").read_text()
+        for named in (names + text, text + names, text.replace("    CONTINUUM", names + "    CONTINUUM")):
+            self.write("Start.Mes", named)
+            self.run_deck(names + deck)
+            self.assertEqual(self.path("Cut.Mes").read_bytes(), expected)
+
     def test_flow_lines_have_names_as_well(self):
         mesh = sample("head")
         mesh.hide_trusses = True

@@ -82,15 +82,18 @@ TEST(MaterialNames, AreOfUtf8WithoutControlCharactersAndCutWhereTheyAreLong) {
     names.set(ElementClass::solid, 4, std::string_view("a\x1B[2Jb\0c\xC2\x85 \x80", 12));
     EXPECT_EQ(names.of(ElementClass::solid, 4), "a [2Jb c");
     EXPECT_EQ(names.changed(), 1U);
+    names.set(ElementClass::solid, 5, "a\xEF\xBF\xBE-\xEF\xBF\xBF");
+    EXPECT_EQ(names.of(ElementClass::solid, 5), "a -");
+    EXPECT_EQ(names.changed(), 2U);
     std::string longest;
     for (std::size_t k = 0; k < MaterialNames::LONGEST; ++k)
         longest += "\xC3\xB6";
     names.set(ElementClass::beam, 1, longest);
     EXPECT_EQ(names.of(ElementClass::beam, 1), longest);
-    EXPECT_EQ(names.changed(), 1U);
+    EXPECT_EQ(names.changed(), 2U);
     names.set(ElementClass::beam, 1, longest + "x");
     EXPECT_EQ(names.of(ElementClass::beam, 1), longest);
-    EXPECT_EQ(names.changed(), 2U);
+    EXPECT_EQ(names.changed(), 3U);
 }
 
 TEST(MaterialNames, OfAMeshStandBehindItsClosingLinesAndAreReadWhereverTheyStand) {
