@@ -47,6 +47,20 @@ if(BRELAN_TOOLS)
 command brelan runs decks, shows meshes, checks them and carries them to
 other programs.")
 endif()
+if(BRELAN_PYTHON)
+    list(APPEND CPACK_COMPONENTS_ALL python)
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-brelan)
+    set(CPACK_COMPONENT_PYTHON_DESCRIPTION
+"This package reads and changes decks by their cards, runs them in memory
+and gives meshes as NumPy arrays, all in Python. It makes meshio read
+and write mesh files.")
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+    math(EXPR next "${BRELAN_PYTHON_MINOR} + 1")
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "python3 (>= 3.${BRELAN_PYTHON_MINOR}), python3 (<< 3.${next}), python3-numpy")
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "brelan2d, python3-meshio")
+    install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-brelan RENAME copyright COMPONENT python)
+    install(FILES ${PROJECT_BINARY_DIR}/packed/changelog.gz DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-brelan COMPONENT python)
+endif()
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 if(CMAKE_CROSSCOMPILING)
     # dpkg-shlibdeps knows nothing of the cross compiler's libraries: those of Debian 12.

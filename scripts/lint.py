@@ -20,7 +20,7 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-TREES = ("lib", "batch", "brelan")
+TREES = ("lib", "batch", "brelan", "python")
 
 
 def lots_of(commands):

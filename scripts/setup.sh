@@ -20,8 +20,13 @@ present() {
         qemu-user) command -v qemu-aarch64 ;;
         dpkg-dev) command -v dpkg-shlibdeps ;;
         man-db) command -v man ;;
-        python3-getfem) /usr/bin/python3 -c "import getfem, scipy" ;;
-        python3-meshio) /usr/bin/python3 -c "import meshio" ;;
+        python3-meshio | python3-numpy | python3-pytest | python3-matplotlib | python3-setuptools | python3-wheel | \
+            python3-getfem)
+            /usr/bin/python3 -c "import ${1#python3-}" ;;
+        python3-pip) /usr/bin/python3 -m pip --version ;;
+        python3-venv) /usr/bin/python3 -c "import ensurepip" ;;
+        python3-dev) ls /usr/include/python3*/Python.h ;;
+        pybind11-dev) ls /usr/include/pybind11/pybind11.h ;;
         poppler-utils) command -v pdftotext ;;
         *) command -v "$1" ;;
     esac > /dev/null 2>&1

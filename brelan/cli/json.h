@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -22,6 +23,15 @@ public:
     using Value = std::variant<std::nullptr_t, bool, std::int64_t, double, std::string, Array, Object>;
 
     Json() = default;
+    Json(const Json& other) : value_(copy_of(other.value_)) {}
+    Json(Json&&) = default;
+    Json& operator=(const Json& other) {
+        value_ = copy_of(other.value_);
+        return *this;
+    }
+    Json& operator=(Json&&) = default;
+    ~Json() = default;
+
     Json(bool value) : value_(value) {}
     Json(std::int32_t value) : value_(std::int64_t{value}) {}
     Json(std::int64_t value) : value_(value) {}
@@ -49,6 +59,13 @@ public:
     std::string compact() const;  // ASCII without spaces
 
 private:
+    // The variant's own copy, by libstdc++ 12, destroys what it has not made yet when memory runs out.
+    static Value copy_of(const Value& value) {
+        return std::visit(
+            [](const auto& held) { return Value(std::in_place_type<std::decay_t<decltype(held)>>, held); },
+            value);
+    }
+
     Value value_;
 };
 

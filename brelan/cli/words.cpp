@@ -47,6 +47,16 @@ std::string counted(std::size_t count, std::string_view one, std::string_view ma
     return fmt::format("{} {}", count, count == 1 ? one : many);
 }
 
+std::vector<std::string_view> lines_of(std::string_view text) {
+    std::vector<std::string_view> lines;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        lines.push_back(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return lines;
+}
+
 std::string joined(const std::vector<std::string>& words, std::string_view between) {
     std::string text;
     for (const std::string& word : words)

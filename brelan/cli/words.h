@@ -25,6 +25,9 @@ std::string names_changed(const std::filesystem::path& file, std::size_t count);
 // "1 node", "2 nodes".
 std::string counted(std::size_t count, std::string_view one, std::string_view many);
 
+// The lines of a text without their ends. No stream, as that would take a want of memory for the end of the text.
+std::vector<std::string_view> lines_of(std::string_view text);
+
 // Words with a text between each two.
 std::string joined(const std::vector<std::string>& words, std::string_view between);
 

@@ -3,7 +3,6 @@
 #include <fmt/core.h>
 
 #include <chrono>
-#include <fstream>
 #include <optional>
 #include <string>
 #include <vector>
@@ -107,8 +106,8 @@ fs::path result_of(const NotedDeck& deck, const fs::path& project, const fs::pat
     if (deck.mode == 2 && name.empty())
         name = BASE_MESH;
     if (deck.mode == dam) {
-        std::ifstream stream(data.files() / "FnPlot2D.dat");
-        std::getline(stream, name);
+        const std::string told = read_file(data.files() / "FnPlot2D.dat");
+        name = told.substr(0, told.find('\n'));
         name.erase(name.find_last_not_of(" \r") + 1);
     }
     return file_of_card(project, name, work);

@@ -1,5 +1,7 @@
 #include "commands/cut_choice.h"
 
+#include <fmt/core.h>
+
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -72,6 +74,15 @@ std::string reason_against(const RunReport& sound, const MeshVerdict& verdict) {
                          : "the sound cut left no mesh that can be read";
 }
 
+// What stops the second run may stop this as well, as a full disk does: then both are told.
+void put_back_after(const Failure& first, KeptFiles& files) {
+    try {
+        files.put_back();
+    } catch (const Failure& second) {
+        throw Failure(fmt::format("{}; {}", first.what(), second.what()));
+    }
+}
+
 // By the rules, and where the mesh is unsound by the sound cut, from the same files. The better mesh stands.
 RunReport run_by_both(const RunPlace& place, const RunReport& begun) {
     const std::vector<fs::path> files = files_at_stake(place);
@@ -96,6 +107,9 @@ RunReport run_by_both(const RunPlace& place, const RunReport& begun) {
         }
         by_rules.seconds = sound.seconds;
         by_rules.cut_reason = reason_against(sound, verdict);
+    } catch (const Failure& failure) {
+        put_back_after(failure, after);
+        throw;
     } catch (...) {
         after.put_back();
         throw;

@@ -1,7 +1,5 @@
 #include "commands/memory_run.h"
 
-#include <utility>
-
 #include "cli/input_file.h"
 #include "commands/batch/data_directory.h"
 #include "deck/card_stream.h"
@@ -15,11 +13,19 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view PARENT = "..\\";
 constexpr std::string_view DATA = "C:\\Vork\\Qx\\Qxdata\\";
+constexpr std::string_view SLOPES = "C:\\Vork\\Qx\\Qxdata\\Slope\\";
 
 void take(TextsByName& files, const std::string& name, const fs::path& file) {
     std::error_code error;
     if (!file.empty() && fs::is_regular_file(file, error))
         files[name] = read_file(file);
+}
+
+// Dams and the edit of a slope look up slope templates.
+bool uses_slopes(const NotedDeck& deck) {
+    constexpr std::int32_t dam = 3, slope_edit = 5;
+    const DeckCard* edit = deck.card("3.3");
+    return deck.mode == dam || (edit != nullptr && edit->integer("IEDIT") == slope_edit);
 }
 
 // The meshes that the deck reads, by the names on its cards.
@@ -54,11 +60,15 @@ TextsByName package_data(const fs::path& program, LayoutKind kind) {
     return texts;
 }
 
-RunInput run_input(const NotedDeck& deck, const Edition& edition, const DeckPlace& place, TextsByName data) {
+RunInput run_input(const NotedDeck& deck, const Edition& edition, const DeckPlace& place,
+                   const TextsByName& data) {
     RunInput input;
     input.edition = edition.number;
     input.deck_name = MEMORY_DECK;
-    input.files = std::move(data);
+    const bool with_slopes = uses_slopes(deck);
+    for (const auto& [name, text] : data)
+        if (with_slopes || !name.starts_with(SLOPES))
+            input.files.emplace(name, text);
     take(input.files, std::string(DATA) + "UNIT.DAT", file_of_card(place.project, "UNIT.DAT"));
     take(input.files, std::string(PARENT) + "DV-BRELAN.dat", file_of_card(place.project, "DV-BRELAN.dat"));
     take(input.files, "LineUp.dat", file_of_card(place.project, "LineUp.dat"));

@@ -21,8 +21,10 @@ inline constexpr std::string_view MEMORY_DECK = "..\\deck.dat";
 // Throws Failure where they are not there.
 TextsByName package_data(const std::filesystem::path& program, LayoutKind kind);
 
-// The deck, the meshes of its place by the names on its cards, what the project has of its own, and the data.
-RunInput run_input(const NotedDeck& deck, const Edition& edition, const DeckPlace& place, TextsByName data);
+// The deck, the meshes of its place by the names on its cards, what the project has of its own, and what the deck
+// can use of the data.
+RunInput run_input(const NotedDeck& deck, const Edition& edition, const DeckPlace& place,
+                   const TextsByName& data);
 
 // The name of a file of the project as a run has it: "X" is "..\X".
 std::string name_in_run(std::string_view name);

@@ -1,8 +1,8 @@
 // The report of a run for programs.
-#include <sstream>
 
 #include "cli/exit_status.h"
 #include "cli/json.h"
+#include "cli/words.h"
 #include "commands/commands.h"
 #include "commands/info_text.h"
 #include "commands/run_summary.h"
@@ -24,9 +24,8 @@ Json names(const std::vector<fs::path>& files) {
 
 Json lines(const std::string& text) {
     Json list = Json::Array();
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        list.push_back(line);
+    for (const std::string_view line : lines_of(text))
+        list.push_back(std::string(line));
     return list;
 }
 

@@ -107,12 +107,8 @@ private:
     static std::size_t at(std::int32_t place) { return static_cast<std::size_t>(place); }
 
     Json window_json(const Bounds& b) const {
-        // One after the other: g++ 12 destroys members of a list that it has not come to when memory runs out
-        // meanwhile.
-        Json window;
-        window["x"] = Json::array({b.low.x - origin_.x, b.high.x - origin_.x});
-        window["y"] = Json::array({b.low.y - origin_.y, b.high.y - origin_.y});
-        return window;
+        return {{"x", Json::array({b.low.x - origin_.x, b.high.x - origin_.x})},
+                {"y", Json::array({b.low.y - origin_.y, b.high.y - origin_.y})}};
     }
 
     void add_groups() {

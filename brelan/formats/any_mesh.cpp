@@ -36,17 +36,6 @@ MeshSource mesh_source(const std::string& file) {
     return source;
 }
 
-std::optional<Format> format_of_name(const std::filesystem::path& path) {
-    const std::string ending = lower(path.extension().string());
-    if (ending == ".vtu")
-        return Format::vtu;
-    if (ending == ".msh")
-        return Format::gmsh;
-    if (ending == ".mes" || ending == ".meg" || ending == ".dat")
-        return Format::mesh;
-    return std::nullopt;
-}
-
 namespace {
 
 std::vector<std::string_view> names_of(LayoutKind kind) {

@@ -24,9 +24,6 @@ struct MeshSource {
 // The source for a name on the command line. Throws Failure.
 MeshSource mesh_source(const std::string& file);
 
-// By the ending of its name; none for an ending that is no mesh's.
-std::optional<Format> format_of_name(const std::filesystem::path& path);
-
 // Reads a mesh file, a VTU or a Gmsh file, whose physical groups give their nodes `codes`. The kind is found
 // from the file when it is not given. `remark` is told what was left out or changed, and that the file tells
 // another kind than the one given. Throws Failure or RunEnd with the file and what was expected.

@@ -150,7 +150,8 @@ private:
         part.properties = properties_[group];
         part.cable = part.of == ElementClass::truss &&
                      std::find(cables_.begin(), cables_.end(), material_of(group)) != cables_.end();
-        const std::string plain = as_word(cells_.groups[group].name);
+        const std::string& title = cells_.groups[group].name;  // with a name of the material behind a colon
+        const std::string plain = as_word(title.substr(0, title.find(':')));
         const std::string given = as_word(mesh_.names.of(part.of, material_of(group)));
         part.name = free_name(given.empty() ? plain : given, plain);
         take_elements(part, of_group_[group]);

@@ -1,16 +1,11 @@
 #include "group/cut_table.h"
 
 #include <algorithm>
-
-#include "mesh/tables.h"
+#include <utility>
 
 namespace brelan {
 
 void CutTable::add(const CutRow& row) {
-    if (by_node_.empty()) {
-        by_node_.resize(LAST_NODE.place() + 1);
-        by_element_.resize(LAST_ELEMENT.place() + 1);
-    }
     const auto r = static_cast<std::uint32_t>(rows.size());
     rows.push_back(row);
     for (const NodeNumber n : row.corner_node) {
@@ -26,17 +21,16 @@ void CutTable::add(const CutRow& row) {
 void CutTable::clear() {
     for (const CutRow& row : rows) {
         for (const NodeNumber n : row.corner_node)
-            if (n.names_one() && !by_node_.empty())
+            if (n.names_one())
                 by_node_[n.place()].clear();
-        if (!by_element_.empty())
-            by_element_[row.element.in_sight().place()] = 0;
+        by_element_[row.element.in_sight().place()] = 0;
     }
     rows.clear();
 }
 
 std::span<const std::uint32_t> CutTable::rows_with(NodeNumber node) {
     if (uses_indexes_ && node.names_one() && !by_node_.empty())
-        return by_node_[node.place()];
+        return std::as_const(by_node_)[node.place()];
     while (every_row_.size() < rows.size())
         every_row_.push_back(static_cast<std::uint32_t>(every_row_.size()));
     return std::span(every_row_).first(rows.size());
@@ -45,7 +39,7 @@ std::span<const std::uint32_t> CutTable::rows_with(NodeNumber node) {
 std::vector<std::uint32_t> CutTable::rows_of(std::span<const ElementNumber> elements) const {
     std::vector<std::uint32_t> places;
     for (const ElementNumber e : elements)
-        if (const std::uint32_t at = by_element_.empty() ? 0 : by_element_[e.place()]; at > 0)
+        if (const std::uint32_t at = by_element_[e.place()]; at > 0)
             places.push_back(at - 1);
     std::sort(places.begin(), places.end());
     return places;

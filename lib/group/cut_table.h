@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "group/by_number.h"
 #include "mesh/numbers.h"
 
 namespace brelan {
@@ -83,9 +84,9 @@ public:
 
 private:
     bool uses_indexes_;
-    std::vector<std::vector<std::uint32_t>> by_node_;  // places of rows, ascending
-    std::vector<std::uint32_t> by_element_;            // place behind 1, 0 for an element without a row
-    std::vector<std::uint32_t> every_row_;             // 0, 1, 2, ...
+    ByNumber<std::vector<std::uint32_t>> by_node_;  // places of rows, ascending
+    ByNumber<std::uint32_t> by_element_;            // place behind 1, 0 for an element without a row
+    std::vector<std::uint32_t> every_row_;          // 0, 1, 2, ...
 };
 
 }  // namespace brelan

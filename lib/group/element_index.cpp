@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "group/engine.h"
 #include "group/engine_mesh.h"
@@ -38,10 +39,10 @@ bool is_flat(const Mesh& mesh, const Corners& corners, const Box& box) {
 void ElementIndex::build(Mesh& mesh, Engine& engine) {
     cells_.clear();
     anywhere_.clear();
-    head_.assign(LAST_NODE.place() + 1, NONE);
+    head_.clear();
     links_.clear();
-    placed_.assign(LAST_ELEMENT.place() + 1, {});
-    stamp_.assign(LAST_ELEMENT.place() + 1, 0);
+    placed_.clear();
+    stamp_.clear();
     bounds_ = {0.0F, 0.0F, 0.0F, 0.0F};
     bool first = true;
     std::int32_t elements = 0;
@@ -78,7 +79,7 @@ void ElementIndex::note(const Mesh& mesh, ElementNumber e) {
 void ElementIndex::note_node(const Mesh& mesh, NodeNumber n) {
     if (cells_.empty())
         return;
-    for (std::int32_t i = head_[n.place()]; i != NONE; i = links_[static_cast<std::size_t>(i)].next)
+    for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE; i = links_[static_cast<std::size_t>(i)].next)
         place(mesh, links_[static_cast<std::size_t>(i)].element);
 }
 
@@ -107,7 +108,7 @@ std::vector<ElementNumber> ElementIndex::with(const Engine& engine, std::span<co
         return elements;
     }
     for (const NodeNumber n : nodes)
-        for (std::int32_t i = head_[n.place()]; i != NONE; i = links_[static_cast<std::size_t>(i)].next)
+        for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE; i = links_[static_cast<std::size_t>(i)].next)
             elements.push_back(links_[static_cast<std::size_t>(i)].element);
     std::sort(elements.begin(), elements.end());
     elements.erase(std::unique(elements.begin(), elements.end()), elements.end());

@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "group/by_number.h"
 #include "mesh/tables.h"
 #include "plane/box.h"
 
@@ -52,10 +53,10 @@ private:
     std::int32_t count_ = 1;
     std::vector<std::vector<ElementNumber>> cells_;
     std::vector<ElementNumber> anywhere_;
-    std::vector<std::int32_t> head_;  // by node: its last link
+    ByNumber<std::int32_t> head_{NONE};  // by node: its last link
     std::vector<Link> links_;
-    std::vector<CellRange> placed_;  // by element
-    std::vector<std::uint32_t> stamp_;
+    ByNumber<CellRange> placed_;  // by element
+    ByNumber<std::uint32_t> stamp_;
     std::uint32_t mark_ = 0;
     std::vector<ElementNumber> found_;
 };

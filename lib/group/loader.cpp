@@ -19,7 +19,7 @@ std::span<const std::int32_t> listed(const List& list, std::int32_t count) {
 
 void freeze_nodes(const Mesh& mesh, const GroupCards& group_cards, Engine& engine) {
     const GroupLimits& limits = group_cards.limits;
-    engine.frozen.fill(0);
+    engine.frozen.clear();
     Table<NodeNumber, LAST_NODE, "NLIST"> listed_nodes;
     expand_list(listed(limits.nodes, limits.node_count), listed_nodes, limits.nodes_place);
     for (NodeNumber n{1}; n <= engine.highest_node; ++n) {
@@ -86,7 +86,7 @@ void load_engine(Mesh& mesh, const GroupCards& group_cards, Engine& engine, Node
                  ElementNumber last_used_element) {
     engine.highest_node = last_used_node;
     engine.highest_element = last_used_element;
-    engine.side_sign.fill(0);
+    engine.side_sign.clear();
     freeze_nodes(mesh, group_cards, engine);
     set_aside_elements(mesh, group_cards, engine);
     find_limits(mesh, engine);

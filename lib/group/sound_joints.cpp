@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "group/engine_mesh.h"
 #include "group/sound_ground.h"
@@ -40,7 +41,7 @@ public:
         choose_edges(records);
         for (const std::size_t k : edges_)
             if (is_held(line_.nodes[k], line_.behind(k)) && is_held(line_.behind(k), line_.nodes[k]))
-                held.push_back(side_between(line_.nodes[k], line_.behind(k)));
+                held.push_back(side_at(k));
         return held;
     }
 
@@ -79,6 +80,7 @@ private:
     };
 
     std::size_t next(std::size_t k) const { return (k + 1) % line_.nodes.size(); }
+    Side side_at(std::size_t k) const { return side_between(line_.nodes[k], line_.behind(k)); }
 
     std::string way_text(std::size_t k) const {
         std::string way = "from ";
@@ -95,7 +97,7 @@ private:
             const NodeNumber a = line_.nodes[k], b = line_.behind(k);
             if (step != Step::side && step != Step::border)
                 continue;
-            if (!gone.insert(side_between(a, b)).second) {
+            if (!gone.insert(side_at(k)).second) {
                 repeats_.insert(k);
                 continue;
             }
@@ -169,11 +171,11 @@ private:
         }
     }
 
-    static std::optional<std::size_t> sector_of(const Knot& knot, ElementNumber e) {
-        for (std::size_t w = 0; w < knot.sectors.wedges.size(); ++w)
-            if (knot.sectors.wedges[w].element == e)
+    // That of a continuum element which has the node.
+    static std::size_t sector_of(const Knot& knot, ElementNumber e) {
+        for (std::size_t w = 0;; ++w)
+            if (knot.sectors.wedges.at(w).element == e)
                 return knot.sectors.of[w];
-        return std::nullopt;
     }
 
     // The ground to the right of an earlier joint that closes at a node; it counts with that to its left.
@@ -186,19 +188,18 @@ private:
     // The sector on one hand of the way from a node to another. Without ground there it is the one at the
     // other end of what is open, if no edge lies between and the ground on the other hand is not the same.
     static std::optional<std::size_t> beside(const Knot& knot, NodeNumber node, NodeNumber other, Hand hand) {
-        const auto left = knot.sectors.left_of(other), right = knot.sectors.right_of(other);
-        const auto& own = hand == Hand::left ? left : right;
-        const auto& opposite = hand == Hand::left ? right : left;
+        const auto ground = [&](Hand on, NodeNumber end) {
+            return on == Hand::left ? knot.sectors.left_of(end) : knot.sectors.right_of(end);
+        };
+        const Hand back = hand == Hand::left ? Hand::right : Hand::left;
+        const auto own = ground(hand, other), opposite = ground(back, other);
         if (own)
             return own;
         std::optional<std::size_t> across;
         for (const Wedge& wedge : knot.sectors.wedges) {
-            const NodeNumber end = hand == Hand::left ? wedge.before : wedge.behind;
-            const bool is_border =
-                !(hand == Hand::left ? knot.sectors.left_of(end) : knot.sectors.right_of(end));
-            if (end == other || end == node || !is_border || knot.lines.count(end) != 0)
-                continue;
-            across = hand == Hand::left ? knot.sectors.right_of(end) : knot.sectors.left_of(end);
+            const NodeNumber end = hand == Hand::left ? wedge.behind : wedge.before;
+            if (end != other && end != node && !ground(back, end) && knot.lines.count(end) == 0)
+                across = ground(hand, end);
         }
         return across == opposite ? std::nullopt : across;
     }
@@ -237,14 +238,9 @@ private:
     NodeNumber node_of_line(const Knot& knot, ElementNumber e, NodeNumber node, NodeNumber other) const {
         const Sectors& sectors = knot.sectors;
         if (knot.lines.count(other) != 0) {
-            for (const auto& [k, pairs] : pairs_) {
-                const bool begins = line_.nodes[k] == node && line_.behind(k) == other;
-                if (!begins && !(line_.behind(k) == node && line_.nodes[k] == other))
-                    continue;
-                const NodePair& pair = begins ? pairs.from : pairs.to;
-                return engine_.side_sign[e] >= 0 ? pair.left : pair.right;
-            }
-            return node;
+            const Side side = side_between(node, other);
+            const NodePair pair = pair_on(node, [&](std::size_t k) { return side_at(k) == side; }).second;
+            return engine_.side_sign[e] >= 0 ? pair.left : pair.right;
         }
         for (const std::optional<std::size_t> sector : {sectors.left_of(other), sectors.right_of(other)})
             if (sector)
@@ -257,16 +253,19 @@ private:
                 return node_of(knot, node, sectors.of[w]);
         }
         // Outside of all ground: to the left of the line or to its right.
-        for (const std::size_t k : edges_) {
-            if (line_.nodes[k] != node && line_.behind(k) != node)
-                continue;
-            const bool is_left =
-                orientation(node_point(mesh_, line_.nodes[k]), node_point(mesh_, line_.behind(k)), to) >= 0;
-            const EdgePairs& pairs = pairs_.at(k);
-            const NodePair& pair = line_.nodes[k] == node ? pairs.from : pairs.to;
-            return is_left == (engine_.side_sign[e] >= 0) ? pair.left : pair.right;
-        }
-        return node;
+        const auto [k, pair] = pair_on(
+            node, [&](std::size_t edge) { return line_.nodes[edge] == node || line_.behind(edge) == node; });
+        const bool is_left =
+            orientation(node_point(mesh_, line_.nodes[k]), node_point(mesh_, line_.behind(k)), to) >= 0;
+        return is_left == (engine_.side_sign[e] >= 0) ? pair.left : pair.right;
+    }
+
+    // The first edge that is sought at a node, which has one, and its pair there.
+    template <class IsSought>
+    std::pair<std::size_t, NodePair> pair_on(NodeNumber node, const IsSought& is_sought) const {
+        const std::size_t k = *std::find_if(edges_.begin(), edges_.end(), is_sought);
+        const EdgePairs& pairs = pairs_.at(k);
+        return {k, line_.nodes[k] == node ? pairs.from : pairs.to};
     }
 
     void move_elements() {

@@ -78,19 +78,24 @@ private:
     void write(ElementNumber first, ElementNumber e, const Part& part) {
         ask_for_midsides(mesh_, first, e);
         const std::size_t count = part[3].names_one() ? 4 : 3;
-        for (std::size_t i = 0; i < count; ++i)
-            if (orientation(node_point(mesh_, part[i]), node_point(mesh_, part[(i + 1) % count]),
+        for (std::size_t i = 0; i < count; ++i) {
+            const NodeNumber corner = part[(i + 1) % count];
+            if (orientation(node_point(mesh_, part[i]), node_point(mesh_, corner),
                             node_point(mesh_, part[(i + 2) % count])) <= 0)
-                refuse(first, part[(i + 1) % count], "cannot be divided into sound parts");
+                refuse(first, corner, "cannot be divided into sound parts");  // GCOVR_EXCL_LINE
+        }
         set_corners(mesh_, engine_, e, {{part[0], part[1], part[2], part[3]}});
         nodes_.insert(part.begin(), part.begin() + static_cast<std::ptrdiff_t>(count));
     }
 
+    // GCOVR_EXCL_START: what the plan gives can be divided but for the rounding of coordinates, and no deck
+    // is known with which that fails. A mesh with a hole in it must not come out then.
     [[noreturn]] void refuse(ElementNumber e, NodeNumber node, const std::string& why) const {
         const Point at = node_point(mesh_, node);
         fail(place_in_drawing(engine_.group, drawing_, at) + "element " + to_string(e) + " at " +
              text_of(at) + " " + why);
     }
+    // GCOVR_EXCL_STOP
 
     // The parts of a solid; none where it stays as it is.
     std::vector<Part> parts_of(const Solid& solid, const std::vector<std::size_t>& segments) {
@@ -101,7 +106,7 @@ private:
         if (const auto inner = plan_.inner.find(key_of(solid)); inner != plan_.inner.end())
             for (const NodeNumber node : inner->second) {
                 if (triangulation.add_inside(node_point(mesh_, node)) < 0)
-                    refuse(solid.element, node, "does not hold the point that is drawn in it");
+                    refuse(solid.element, node, "does not hold the point drawn in it");  // GCOVR_EXCL_LINE
                 nodes.push_back(node);
                 is_touched = true;
             }
@@ -141,8 +146,9 @@ private:
         bool inside = false;
         for (std::size_t i = 1; i < on.size(); ++i) {
             const int a = on[i - 1].second, b = on[i].second;
+            const NodeNumber from = nodes[static_cast<std::size_t>(a)];
             if (!triangulation.fix(a, b, drawing_.tolerance))
-                refuse(solid.element, nodes[static_cast<std::size_t>(a)], "cannot be divided along the line");
+                refuse(solid.element, from, "cannot be divided along the line");  // GCOVR_EXCL_LINE
             const bool along_side = a < ring && b < ring && ((a + 1) % ring == b || (b + 1) % ring == a);
             inside = inside || !along_side;
             if (along_side)

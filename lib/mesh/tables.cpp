@@ -3,12 +3,13 @@
 namespace brelan {
 
 void reset_mesh(Mesh& mesh) {
-    mesh.node_in_use.fill(0);
-    mesh.codes.fill(NodeCodes{});
-    mesh.x.fill(0.0F);
-    mesh.y.fill(0.0F);
+    mesh.node_in_use.clear();
+    mesh.codes.clear();
+    mesh.x.clear();
+    mesh.y.clear();
     mesh.type_in_use.fill(ELEMENT_UNUSED);
-    mesh.type.fill(ELEMENT_DELETED);
+    static_assert(ELEMENT_DELETED == 0);
+    mesh.type.clear();
 }
 
 std::vector<NodeNumber> nodes_of_elements(const Mesh& mesh, ElementNumber last_element,

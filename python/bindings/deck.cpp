@@ -186,6 +186,23 @@ std::map<std::string, py::bytes> files_of_run(const HeldRun& run) {
     return files;
 }
 
+// Numbers of the elements that come or go, and for each the step at which it comes, that at which it goes,
+// and the material that it had before it got one of its group's own.
+py::tuple activity_of(const HeldRun& run) {
+    const std::vector<ElementActivity>& activity = run.result.activity;
+    py::array_t<std::int32_t> numbers(static_cast<py::ssize_t>(activity.size()));
+    py::array_t<std::int32_t> rows({activity.size(), std::size_t{3}});
+    auto row = rows.mutable_unchecked<2>();
+    for (std::size_t k = 0; k < activity.size(); ++k) {
+        const auto at = static_cast<py::ssize_t>(k);
+        numbers.mutable_at(at) = activity[k].element.value;
+        row(at, 0) = activity[k].pair.activated;
+        row(at, 1) = activity[k].pair.deactivated;
+        row(at, 2) = activity[k].old_material.value;
+    }
+    return py::make_tuple(numbers, rows);
+}
+
 py::list doubts_of(const HeldDeck& deck) {
     tool::DeckCheck check;
     {
@@ -241,7 +258,7 @@ void bind_cards(py::module_& module) {
 }
 
 void bind_runs(py::module_& module) {
-    py::class_<Data, std::shared_ptr<Data>>(module, "Data");
+    [[maybe_unused]] const py::class_<Data, std::shared_ptr<Data>> data(module, "Data");
     module.def("read_data", [](const std::string& place, const std::string& kind) {
         return reported(place, [&] {
             return std::make_shared<Data>(
@@ -262,6 +279,7 @@ void bind_runs(py::module_& module) {
         .def_readonly("seconds", &HeldRun::seconds)
         .def_readonly("mesh", &HeldRun::mesh)
         .def_readonly("remarks", &HeldRun::remarks)
+        .def_property_readonly("activity", &activity_of)
         .def("files", &files_of_run);
 }
 

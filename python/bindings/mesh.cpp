@@ -5,19 +5,10 @@
 #include <utility>
 
 #include "analysis/mesh_file.h"
-#include "analysis/quality.h"
-#include "analysis/soundness.h"
 #include "bindings.h"
-#include "cli/json.h"
-#include "commands/info_text.h"
-#include "drawing/html.h"
-#include "drawing/mesh_picture.h"
-#include "drawing/soundness_text.h"
 #include "formats/any_mesh.h"
-#include "formats/cell_mesh.h"
-#include "formats/gmsh.h"
+#include "formats/any_target.h"
 #include "formats/mesh_file.h"
-#include "formats/vtu.h"
 #include "text/channel_numbers.h"
 
 namespace brelan::python {
@@ -29,7 +20,6 @@ namespace {
 using MeshHandle = std::shared_ptr<HeldMesh>;
 
 using Places = py::array_t<std::int32_t, py::array::c_style | py::array::forcecast>;
-using Reals = py::array_t<float, py::array::c_style | py::array::forcecast>;
 
 enum class Change { allowed, refused };
 
@@ -145,13 +135,6 @@ py::dict names_of(const HeldMesh& mesh) {
     return names;
 }
 
-ElementClass class_named(const std::string& name) {
-    for (std::size_t k = 0; k < CLASS_NAMES.size(); ++k)
-        if (CLASS_NAMES[k] == name)
-            return static_cast<ElementClass>(k);
-    throw py::value_error("expected solid, joint, beam or truss, found '" + name + "'");
-}
-
 // Places in the list of nodes; -1 for a number that no node has.
 Places places_of_nodes(const HeldMesh& mesh, const Places& numbers) {
     Places places(std::vector<py::ssize_t>(numbers.shape(), numbers.shape() + numbers.ndim()));
@@ -191,208 +174,68 @@ std::string text_of(const HeldMesh& mesh, const std::string& name) {
     });
 }
 
-void save(const HeldMesh& mesh, const std::string& file, const std::string& format, bool bare) {
-    const py::gil_scoped_release unlocked;
-    reported(file, [&] {
-        if (format == "mes") {
-            tool::write_mesh_file(mesh.lists, file);
-            return;
-        }
-        tool::CellMesh cells = tool::cells_of(mesh.lists);
-        if (bare) {
-            cells.point_data.clear();
-            cells.cell_data.clear();
-        }
-        if (format == "vtu")
-            tool::write_vtu(cells, file);
-        else
-            tool::write_gmsh(cells, file,
-                             format == "msh2" ? tool::GmshVersion::v2_2 : tool::GmshVersion::v4_1);
-    });
-}
-
-// --- as cells of other programs ------------------------------------------------------------------
-
-template <class Value>
-py::array_t<Value> array_of(const std::vector<Value>& values) {
-    return py::array_t<Value>(values.size(), values.data());
-}
-
-py::dict arrays_of(const std::vector<tool::DataArray>& arrays) {
-    py::dict all;
-    for (const tool::DataArray& array : arrays)
-        if (array.whole)
-            all[array.name.c_str()] =
-                array_of(std::vector<std::int32_t>(array.values.begin(), array.values.end()));
-        else
-            all[array.name.c_str()] = array_of(std::vector<float>(array.values.begin(), array.values.end()));
-    return all;
-}
-
-py::dict cells_of_mesh(const HeldMesh& mesh) {
-    const tool::CellMesh cells = reported(mesh.lists.file, [&] { return tool::cells_of(mesh.lists); });
-    std::vector<std::uint8_t> shapes;
-    for (const tool::Shape2D shape : cells.shapes)
-        shapes.push_back(static_cast<std::uint8_t>(shape));
-    py::dict all;
-    all["points"] = array_of(cells.points);
-    all["shapes"] = array_of(shapes);
-    all["offsets"] = array_of(cells.offsets);
-    all["nodes"] = array_of(cells.nodes);
-    all["point_data"] = arrays_of(cells.point_data);
-    all["cell_data"] = arrays_of(cells.cell_data);
-    return all;
-}
-
-std::vector<tool::DataArray> arrays_from(const py::dict& all) {
-    std::vector<tool::DataArray> arrays;
-    for (const auto& [name, values] : all) {
-        const py::array array = py::cast<py::array>(values);
-        const py::array_t<double, py::array::forcecast> reals(array);
-        tool::DataArray made{py::cast<std::string>(name), array.dtype().kind() != 'f', {}};
-        made.values.assign(reals.data(), reals.data() + reals.size());
-        arrays.push_back(std::move(made));
-    }
-    return arrays;
-}
-
-// Cells in blocks of one shape: its number and an array of places of points.
-MeshHandle mesh_of_cells(const Reals& all_points, const std::vector<std::pair<int, Places>>& blocks,
-                         const py::dict& point_data, const py::dict& cell_data, const std::string& kind,
-                         const std::string& name) {
-    tool::CellMesh cells;
-    cells.file = cells.name = name;
-    cells.points.assign(all_points.data(), all_points.data() + all_points.size());
-    for (const auto& [shape, nodes] : blocks)
-        for (py::ssize_t cell = 0; cell < nodes.shape(0); ++cell)
-            cells.add_cell(static_cast<tool::Shape2D>(shape), nodes.data(cell));
-    cells.point_data = arrays_from(point_data);
-    cells.cell_data = arrays_from(cell_data);
-    return reported(name, [&] {
-        MeshHandle mesh = std::make_shared<HeldMesh>(tool::mesh_of(cells, kind_of_name(kind)).mesh);
-        return mesh;
-    });
-}
-
-// --- what can be said of a mesh ------------------------------------------------------------------
-
-std::string info(const HeldMesh& mesh, double tolerance, std::size_t list) {
-    const py::gil_scoped_release unlocked;
-    return tool::report_json(tool::report_of(mesh.lists, tolerance), list).compact();
-}
-
-py::dict soundness(const HeldMesh& mesh, double tolerance) {
-    Soundness found;
-    {
-        const py::gil_scoped_release unlocked;
-        found = check_soundness(mesh.lists, mesh.corners, tolerance);
-    }
-    py::list findings;
-    for (const Finding& finding : found.findings) {
-        if (finding.places.empty())
-            continue;
-        std::vector<std::int32_t> elements, nodes, others;
-        std::vector<double> at, amounts;
-        for (const Place& place : finding.places) {
-            elements.push_back(place.element);
-            nodes.push_back(place.node);
-            others.push_back(place.other);
-            at.insert(at.end(), {place.at.x, place.at.y});
-            amounts.push_back(place.amount);
-        }
-        findings.append(py::make_tuple(
-            std::string(finding.id),
-            std::string(finding.places.size() == 1 ? finding.singular : finding.plural), finding.unsound,
-            array_of(elements), array_of(nodes), array_of(others),
-            py::array_t<double>({finding.places.size(), std::size_t{2}}, at.data()), array_of(amounts)));
-    }
-    py::dict all;
-    all["sound"] = found.sound();
-    all["line"] = tool::soundness_line(found);
-    all["findings"] = findings;
-    all["free_edge_length"] = found.free_edges.length;
-    all["tolerance"] = found.tolerance;
-    return all;
-}
-
-// Places of the solids that have all their corners, and a row of measures for each.
-py::tuple quality(const HeldMesh& mesh) {
-    std::vector<std::int32_t> places;
-    std::vector<double> rows;
-    {
-        const py::gil_scoped_release unlocked;
-        for (std::size_t k = 0; k < mesh.lists.elements.size(); ++k) {
-            if (mesh.lists.elements[k].of != ElementClass::solid || !mesh.corners[k].complete())
-                continue;
-            const Shape shape = shape_of(mesh.lists, mesh.corners[k]);
-            places.push_back(static_cast<std::int32_t>(k));
-            rows.insert(rows.end(), {shape.smallest_angle, shape.largest_angle, shape.aspect_ratio,
-                                     shape.area, shape.shortest_side, shape.longest_side});
-        }
-    }
-    return py::make_tuple(array_of(places),
-                          py::array_t<double>({places.size(), std::size_t{6}}, rows.data()));
-}
-
-// --- pictures ------------------------------------------------------------------------------------
-
-struct PictureWishes {
-    double width = 1000.0;
-    std::optional<std::array<double, 4>> window;
-    std::string title, numbers;
-    bool lines = true, codes = true, legend = true, faults = false;
+// What a file may carry besides the mesh, as it was asked for.
+struct SaveWishes {
+    bool arrays = true, stage_files = false, axisymmetric = false;
+    std::vector<std::int32_t> cables;
+    std::string joints, materials;
+    std::optional<double> gravity;
+    std::vector<std::array<std::int32_t, 4>> activity;  // element, comes, goes, old material
 };
 
-tool::Picture drawn(const HeldMesh& mesh, const PictureWishes& wishes, const HeldDeck* deck) {
-    tool::PictureOptions options;
-    options.width = wishes.width;
-    if (wishes.window) {
-        const std::array<double, 4>& w = *wishes.window;
-        options.window = Bounds{{w[0], w[1]}, {w[2], w[3]}};
-    }
-    options.title = wishes.title;
-    options.node_numbers = wishes.numbers == "nodes" || wishes.numbers == "both";
-    options.element_numbers = wishes.numbers == "elements" || wishes.numbers == "both";
-    options.lines = wishes.lines;
-    options.codes = wishes.codes;
-    options.legend = wishes.legend;
-    if (deck != nullptr)
-        options.shapes = tool::shapes_of(deck->noted);
-    std::optional<Soundness> faults;
-    if (wishes.faults)
-        faults = check_soundness(mesh.lists, mesh.corners);
-    options.faults = faults ? &*faults : nullptr;
-    return tool::picture_of(mesh.lists, options);
-}
-
-py::bytes picture(const HeldMesh& mesh, const std::string& format, const PictureWishes& wishes, double scale,
-                  const HeldDeck* deck) {
-    std::string bytes;
-    {
-        const py::gil_scoped_release unlocked;
-        reported(mesh.lists.file, [&] {
-            const tool::Scene scene = drawn(mesh, wishes, deck).scene;
-            bytes = format == "svg" ? tool::svg_text(scene) : tool::png_bytes(scene, scale);
-        });
-    }
-    return py::bytes(bytes);
+// Returns what the file cannot hold.
+std::vector<std::string> save(const HeldMesh& mesh, const std::string& file, const std::string& format,
+                              const SaveWishes& wishes) {
+    const py::gil_scoped_release unlocked;
+    return reported(file, [&] {
+        const std::optional<tool::Target> target =
+            format.empty() ? tool::target_of_name(file) : tool::target_named(format);
+        if (!target)
+            throw tool::Failure(
+                file + ": expected a name that ends in .Mes, .vtu, .msh, .mdpa or .inp, or the format");
+        tool::Carried carried;
+        carried.arrays = wishes.arrays;
+        carried.stage_files = wishes.stage_files;
+        carried.cables = wishes.cables;
+        if (wishes.axisymmetric)
+            carried.inp.form = tool::PlaneForm::axisymmetric;
+        carried.inp.joints = tool::joint_choice(wishes.joints);
+        carried.inp.gravity = wishes.gravity.value_or(carried.inp.gravity);
+        if (!wishes.materials.empty())
+            carried.inp.materials = tool::read_properties(wishes.materials);
+        std::vector<ElementActivity> activity;
+        for (const auto& [element, comes, goes, old] : wishes.activity)
+            activity.push_back({ElementNumber{element}, {comes, goes}, MaterialNumber{old}});
+        carried.stages = Stages(mesh.lists, activity);
+        std::vector<std::string> remarks;
+        tool::write_any_mesh(mesh.lists, *target, file, carried,
+                             [&](const std::string& text) { remarks.push_back(text); });
+        return remarks;
+    });
 }
 
 }  // namespace
 
+ElementClass class_named(const std::string& name) {
+    for (std::size_t k = 0; k < CLASS_NAMES.size(); ++k)
+        if (CLASS_NAMES[k] == name)
+            return static_cast<ElementClass>(k);
+    throw py::value_error("expected solid, joint, beam or truss, found '" + name + "'");
+}
+
 void bind_mesh(py::module_& module) {
-    py::class_<PictureWishes>(module, "PictureWishes")
+    py::class_<SaveWishes>(module, "SaveWishes")
         .def(py::init<>())
-        .def_readwrite("width", &PictureWishes::width)
-        .def_readwrite("window", &PictureWishes::window)
-        .def_readwrite("title", &PictureWishes::title)
-        .def_readwrite("numbers", &PictureWishes::numbers)
-        .def_readwrite("lines", &PictureWishes::lines)
-        .def_readwrite("codes", &PictureWishes::codes)
-        .def_readwrite("legend", &PictureWishes::legend)
-        .def_readwrite("faults", &PictureWishes::faults);
-    py::class_<HeldMesh, MeshHandle>(module, "Mesh")
-        .def_property_readonly("file", [](const HeldMesh& mesh) { return mesh.lists.file; })
+        .def_readwrite("arrays", &SaveWishes::arrays)
+        .def_readwrite("stage_files", &SaveWishes::stage_files)
+        .def_readwrite("axisymmetric", &SaveWishes::axisymmetric)
+        .def_readwrite("cables", &SaveWishes::cables)
+        .def_readwrite("joints", &SaveWishes::joints)
+        .def_readwrite("materials", &SaveWishes::materials)
+        .def_readwrite("gravity", &SaveWishes::gravity)
+        .def_readwrite("activity", &SaveWishes::activity);
+    py::class_<HeldMesh, MeshHandle> type(module, "Mesh");
+    type.def_property_readonly("file", [](const HeldMesh& mesh) { return mesh.lists.file; })
         .def_property(
             "name", [](const HeldMesh& mesh) { return mesh.lists.name; },
             [](HeldMesh& mesh, const std::string& name) { mesh.lists.name = name; })
@@ -427,15 +270,10 @@ void bind_mesh(py::module_& module) {
              })
         .def("text", &text_of)
         .def("save", &save)
-        .def("cells", &cells_of_mesh)
-        .def("info", &info)
-        .def("soundness", &soundness)
-        .def("quality", &quality)
-        .def("corner_counts", &corner_counts)
-        .def("picture", &picture);
+        .def("corner_counts", &corner_counts);
+    bind_analysis(module, type);
     module.def("read_mesh", &read_mesh);
     module.def("mesh_of_text", &mesh_of_text);
-    module.def("mesh_of_cells", &mesh_of_cells);
 }
 
 }  // namespace brelan::python

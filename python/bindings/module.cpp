@@ -42,6 +42,7 @@ void throw_error(const Remark& remark, std::optional<std::size_t> field) {
 
 PYBIND11_MODULE(_core, module) {
     module.doc() = "What the package brelan is made on.";
+    module.attr("version") = BRELAN_VERSION;
     brelan::python::bind_mesh(module);
     brelan::python::bind_deck(module);
 }

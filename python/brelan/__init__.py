@@ -11,16 +11,20 @@ All runs in process; nothing goes through files unless it is asked for. After th
 files too.
 """
 
+from . import _core
 from . import meshio as _meshio
 from .deck import Card, Deck, Group, Point, Segment, Shape
 from .errors import Error, RunError
 from .mesh import CLASSES, Finding, Mesh, Quality, Soundness
-from .run import Files, Message, Run
+from .run import Activity, Files, Message, Run
 
 _meshio.register()
 
+__version__ = _core.version
+
 __all__ = [
     "CLASSES",
+    "Activity",
     "Card",
     "Deck",
     "Error",

@@ -39,38 +39,38 @@ class Card:
         self._place = place
 
     @property
-    def _core(self) -> _core.Card:
+    def _noted(self) -> _core.Card:
         return self._deck._cards()[self._place]
 
     @property
     def number(self) -> str:
         """As the manual numbers it, "3.3.5.4.2-1"."""
-        return self._core.number
+        return self._noted.number
 
     @property
     def heading(self) -> str:
         """What it is, "point of the outline"."""
-        return self._core.heading
+        return self._noted.heading
 
     @property
     def line(self) -> int:
         """Its line in the deck, from 1."""
-        return self._core.line
+        return self._noted.line
 
     @property
     def type(self) -> str:
         """values, name, title or list."""
-        return self._core.type
+        return self._noted.type
 
     @property
     def fields(self) -> List[str]:
         """Names of its fields."""
-        return [field.name for field in self._core.fields]
+        return [field.name for field in self._noted.fields]
 
     @property
     def name(self) -> str:
         """The file that a card names, or the title of a group."""
-        return self._core.name
+        return self._noted.name
 
     @name.setter
     def name(self, name: str) -> None:
@@ -79,14 +79,14 @@ class Card:
     @property
     def list(self) -> List[float]:
         """The numbers of a list."""
-        return self._core.list
+        return self._noted.list
 
     @list.setter
     def list(self, values: Sequence[Number]) -> None:
         self._deck._core = self._deck._core.with_list(self._place, [float(value) for value in values])
 
     def _field(self, name: str) -> Tuple[int, _core.Field]:
-        for place, field in enumerate(self._core.fields):
+        for place, field in enumerate(self._noted.fields):
             if field.name == name:
                 return place, field
         raise KeyError(f"Card {self.number} has no {name}; it has {', '.join(self.fields) or 'no fields'}")
@@ -112,7 +112,7 @@ class Card:
         return self._field(name)[1].given
 
     def __repr__(self) -> str:
-        core = self._core
+        core = self._noted
         if core.type == "values":
             text = ", ".join(f"{field.name} {field.value}" for field in core.fields)
         else:

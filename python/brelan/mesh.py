@@ -16,19 +16,19 @@ if TYPE_CHECKING:
     import meshio
 
     from .deck import Deck
+    from .run import Activity
 
 Path = Union[str, "os.PathLike[str]"]
 Floats = NDArray[np.float32]
 Doubles = NDArray[np.float64]
 Ints = NDArray[np.int32]
 
-#: Classes of elements, by the numbers in `Mesh.classes`.
-CLASSES = ("solid", "joint", "beam", "truss")
+#: Classes of elements by the numbers that `Mesh.classes` and the array "class" of other formats have.
+CLASSES = {1: "solid", 2: "joint", 3: "beam", 4: "truss"}
+CLASS_NUMBERS = {name: number for number, name in CLASSES.items()}
 
 # Above so many elements a notebook gets pixels, which do not grow with the mesh.
 _MOST_DRAWN_AS_LINES = 4000
-
-_FORMATS = {".mes": "mes", ".meg": "mes", ".dat": "mes", ".vtu": "vtu", ".msh": "msh4"}
 
 
 @dataclass(frozen=True)
@@ -214,7 +214,8 @@ class Mesh:
             Codes by name ("IDX"), values ("H"), numbers ("number"), and of the cells, in the order of `cells`,
             "material", "class" (see `CLASSES`) and attributes. What is not given is as in a base mesh.
         kind : str, optional
-            Found from the names of the codes where it is not given, else displacement.
+            Found from the names of the codes where it is not given and they tell; displacement where there are
+            none.
         name : str, optional
             First line of the mesh file.
 
@@ -318,8 +319,8 @@ class Mesh:
 
     @property
     def classes(self) -> NDArray[np.uint8]:
-        """Classes of the elements, places in `CLASSES`: uint8, shape (elements,); read-only."""
-        return self._core.classes()
+        """Classes of the elements, see `CLASSES`: uint8, shape (elements,)."""
+        return self._core.classes() + np.uint8(1)
 
     @property
     def corners(self) -> Ints:
@@ -358,11 +359,11 @@ class Mesh:
         classes = self.classes
         if what in ("quads", "triangles"):
             has_four = self.corner_counts == 4
-            return np.flatnonzero((classes == 0) & (has_four if what == "quads" else ~has_four))
-        singular = {"solids": 0, "joints": 1, "beams": 2, "trusses": 3}
+            return np.flatnonzero((classes == CLASS_NUMBERS["solid"]) & (has_four if what == "quads" else ~has_four))
+        singular = {"solids": "solid", "joints": "joint", "beams": "beam", "trusses": "truss"}
         if what not in singular:
             raise ValueError(f"expected quads, triangles, solids, joints, beams or trusses, found '{what}'")
-        return np.flatnonzero(classes == singular[what])
+        return np.flatnonzero(classes == CLASS_NUMBERS[singular[what]])
 
     @property
     def corner_counts(self) -> NDArray[np.intp]:
@@ -405,6 +406,48 @@ class Mesh:
     def set_name(self, material: int, name: str, of: str = "solid") -> None:
         """Names a material; an empty name takes it away."""
         self._core.set_name(of, material, name)
+
+    # --- what lies where
+
+    def nodes_on(self, *, x: Optional[float] = None, y: Optional[float] = None, tolerance: float = 0.0) -> Ints:
+        """Numbers of the nodes on an upright or a level line, ascending.
+
+        Parameters
+        ----------
+        x, y : float
+            One of the two; with both the nodes at the point.
+        tolerance : float, optional
+            0 takes that of the digits of a mesh file.
+        """
+        if x is None and y is None:
+            raise ValueError("expected x, y or both")
+        if x is None or y is None:
+            return self._core.nodes_on("x", x, tolerance) if x is not None else self._core.nodes_on("y", y or 0.0, tolerance)
+        on_both = set(self._core.nodes_on("x", x, tolerance)) & set(self._core.nodes_on("y", y, tolerance))
+        return np.array(sorted(on_both), dtype=np.int32)
+
+    def nodes_in(self, xmin: float, ymin: float, xmax: float, ymax: float, tolerance: float = 0.0) -> Ints:
+        """Numbers of the nodes in an upright rectangle, its edges included, ascending."""
+        return self._core.nodes_in((xmin, ymin, xmax, ymax), tolerance)
+
+    def elements_of(self, material: int, of: str = "continuum") -> Ints:
+        """Numbers of the elements of a material, ascending.
+
+        Parameters
+        ----------
+        material : int
+        of : {"continuum", "solid", "joint", "beam", "truss"}, optional
+            Solids and joints share their numbers; "continuum" takes both.
+        """
+        return self._core.elements_of(material, of)
+
+    def border(self) -> Ints:
+        """Numbers of the nodes on the outline of the solids, joints closed, ascending."""
+        return self._core.border()
+
+    def places_of_nodes(self, numbers: ArrayLike) -> Ints:
+        """Places of nodes in `points` by their numbers; -1 for a number that no node has."""
+        return self._core.places_of_nodes(np.asarray(numbers, dtype=np.int32))
 
     # --- what can be said of it
 
@@ -485,10 +528,10 @@ class Mesh:
         return bundle
 
     def __repr__(self) -> str:
-        counts = np.bincount(self.classes, minlength=4)
-        plurals = ("solids", "joints", "beams", "trusses")
-        parts = [f"{count} {of if count != 1 else CLASSES[k]}" for k, (of, count) in enumerate(zip(plurals, counts)) if count]
-        return f"<Mesh {self.name!r}: {self.kind}, {len(self.node_numbers)} nodes, {', '.join(parts) or 'no elements'}>"
+        counts = np.bincount(self.classes, minlength=5)
+        plurals = {1: "solids", 2: "joints", 3: "beams", 4: "trusses"}
+        parts = [f"{counts[of]} {many if counts[of] != 1 else CLASSES[of]}" for of, many in plurals.items() if counts[of]]
+        return f"<Mesh {self.file}: {self.kind}, {len(self.node_numbers)} nodes, {', '.join(parts) or 'no elements'}>"
 
     # --- elsewhere
 
@@ -502,27 +545,62 @@ class Mesh:
         """
         return self._core.text(name)
 
-    def save(self, file: Path, format: Optional[str] = None, *, bare: bool = False) -> None:
+    def save(
+        self,
+        file: Path,
+        format: Optional[str] = None,
+        *,
+        bare: bool = False,
+        joints: str = "",
+        materials: Optional[Path] = None,
+        gravity: Optional[float] = None,
+        axisymmetric: bool = False,
+        activity: "Optional[Activity]" = None,
+        stages: bool = False,
+        cables: Sequence[int] = (),
+    ) -> List[str]:
         """Writes the mesh, whole or not at all.
 
         Parameters
         ----------
         file : str or path
-            Its ending tells the format: .Mes, .vtu or .msh.
-        format : {"mes", "vtu", "msh2", "msh4"}, optional
+            Its ending tells the format: .Mes, .vtu, .msh, .inp (CalculiX), .mdpa, or .csv for a table of materials
+            to be filled in.
+        format : {"mes", "vtu", "msh2", "msh4", "inp", "mdpa", "csv"}, optional
             Where the ending is not to tell it.
         bare : bool, optional
-            Leaves out the arrays of codes and attributes.
+            .vtu, .msh: leaves out the arrays of codes and attributes.
+        joints : str, optional
+            .inp: what stands for joints, "tie" or "spring:KN,KS" (stiffnesses for an area).
+        materials : str or path, optional
+            .inp: table of E, nu, density and so on.
+        gravity : float, optional
+            .inp: acceleration downwards, 9.81 where it is not given; 0 for none.
+        axisymmetric : bool, optional
+            .inp: x is the radius.
+        activity : Activity, optional
+            .inp, .mdpa: when elements come and go (`Run.activity`); a step for each number.
+        stages : bool, optional
+            .mdpa: writes materials and a project file for each stage beside the mesh.
+        cables : sequence of int, optional
+            .mdpa: trusses of these materials only pull.
+
+        Returns
+        -------
+        list of str
+            What the file cannot hold.
 
         Raises
         ------
         brelan.Error
         """
-        path = os.fspath(file)
-        chosen = format or _FORMATS.get(os.path.splitext(path)[1].lower())
-        if chosen not in ("mes", "vtu", "msh2", "msh4"):
-            raise ValueError(f"{path}: expected a name that ends in .Mes, .vtu or .msh, or the format")
-        self._core.save(path, chosen, bare)
+        wishes = _core.SaveWishes()
+        wishes.arrays, wishes.stage_files, wishes.axisymmetric = not bare, stages, axisymmetric
+        wishes.cables, wishes.joints, wishes.gravity = list(cables), joints, gravity
+        wishes.materials = os.fspath(materials) if materials is not None else ""
+        if activity is not None:
+            wishes.activity = activity._rows()
+        return self._core.save(os.fspath(file), format or "", wishes)
 
     def to_meshio(self) -> "meshio.Mesh":
         """The mesh for meshio: codes as point data, materials as cell data, names of materials as cell sets."""

@@ -13,12 +13,12 @@ from typing import Any, Dict, List, Optional, Tuple
 
 import numpy as np
 
-from .mesh import _NAME_OF_SHAPE, _NODES_OF_SHAPE, CLASSES, Mesh, Path
+from .mesh import _NAME_OF_SHAPE, _NODES_OF_SHAPE, CLASS_NUMBERS, CLASSES, Mesh, Path
 
 try:
     import meshio
 except ImportError:  # the package is of use without it
-    meshio = None  # type: ignore[assignment]
+    meshio = None
 
 
 def _require_meshio() -> Any:
@@ -49,7 +49,7 @@ def to_meshio(mesh: Mesh) -> "meshio.Mesh":
     sets: Dict[str, List[Any]] = {}
     materials, classes = cells["cell_data"]["material"], cells["cell_data"]["class"]
     for (of, number), name in mesh.names.items():
-        own = classes <= 1 if of == "solid" else classes == CLASSES.index(of)
+        own = classes <= CLASS_NUMBERS["joint"] if of == "solid" else classes == CLASS_NUMBERS[of]
         inside = own & (materials == number)
         sets[name] = [np.flatnonzero(inside[held]) for held in places]
     return library.Mesh(
@@ -97,7 +97,7 @@ def from_meshio(mesh: "meshio.Mesh", kind: Optional[str] = None, name: str = "Me
         name=name,
     )
     if "material" in cell_data:
-        classes = cell_data.get("class", np.zeros(sum(counts)))
+        classes = cell_data.get("class", np.ones(sum(counts)))
         for key, places in mesh.cell_sets.items():
             _name_of_set(made, key, places, counts, cell_data["material"], classes)
     return made
@@ -110,7 +110,7 @@ def _name_of_set(mesh: Mesh, name: str, places: Any, counts: List[int], material
     if not held:
         return
     inside = np.concatenate(held)
-    of = CLASSES[int(classes[inside[0]])]
+    of = CLASSES.get(int(classes[inside[0]]), "solid")
     of = "solid" if of == "joint" else of
     if len(np.unique(materials[inside])) == 1:
         mesh.set_name(int(materials[inside[0]]), name, of)

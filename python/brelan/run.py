@@ -3,10 +3,10 @@
 from __future__ import annotations
 
 from dataclasses import dataclass
-from typing import TYPE_CHECKING, Dict, List, Mapping, Optional
+from typing import TYPE_CHECKING, Dict, List, Mapping, Optional, Tuple
 
 from . import _core
-from .mesh import Mesh
+from .mesh import Ints, Mesh
 
 if TYPE_CHECKING:
     from .deck import Deck
@@ -68,6 +68,42 @@ class Files(Mapping[str, bytes]):
         return f"<Files: {', '.join(self._files) or 'none'}>"
 
 
+class Activity:
+    """When elements come and go in the analysis.
+
+    Attributes
+    ----------
+    elements : ndarray of int32, shape (n,)
+        Numbers of the elements that do, ascending; all others are there at any time.
+    comes, goes : ndarray of int32, shape (n,)
+        The step from which an element is there and the one from which it is not (NAC and NDAC); 0 for none.
+    old_materials : ndarray of int32, shape (n,)
+        The material that a solid or joint had before it got one of its group's own; 0 for others.
+    """
+
+    def __init__(self, elements: Ints, rows: Ints) -> None:
+        self.elements = elements
+        self.comes, self.goes, self.old_materials = rows[:, 0], rows[:, 1], rows[:, 2]
+
+    @property
+    def steps(self) -> List[int]:
+        """The steps at which anything comes or goes, ascending."""
+        return sorted({int(step) for step in [*self.comes, *self.goes] if step > 0})
+
+    def absent(self, step: int) -> Ints:
+        """Numbers of the elements that are not there in a step; step 0 is the state before the first."""
+        later = (self.comes > 0) & (self.comes > step)
+        gone = (self.goes > 0) & ((self.goes <= step) | (self.comes >= self.goes))
+        return self.elements[later | gone]
+
+    def _rows(self) -> List[Tuple[int, int, int, int]]:
+        rows = zip(self.elements, self.comes, self.goes, self.old_materials)
+        return [(int(element), int(comes), int(goes), int(old)) for element, comes, goes, old in rows]
+
+    def __len__(self) -> int:
+        return len(self.elements)
+
+
 class Run:
     """A run of a deck.
 
@@ -125,6 +161,11 @@ class Run:
     def console(self) -> str:
         """What the batch program would have shown on its console."""
         return self._core.console
+
+    @property
+    def activity(self) -> "Activity":
+        """Which elements come and go, by the activity of the deck's groups."""
+        return Activity(*self._core.activity)
 
     @property
     def files(self) -> Files:

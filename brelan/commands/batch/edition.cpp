@@ -2,9 +2,8 @@
 
 #include <fmt/core.h>
 
-#include <sstream>
-
 #include "cli/exit_status.h"
+#include "cli/words.h"
 #include "formats/mesh_file.h"
 #include "model/deck.h"
 #include "text/run_end.h"
@@ -38,10 +37,12 @@ std::string word_behind(std::string_view line, std::string_view key) {
 
 // The kind that a comment in front of the first card names.
 std::optional<LayoutKind> kind_in_comments(const DeckSource& deck) {
-    std::istringstream text(deck.text);
-    for (std::string line; std::getline(text, line) && !line.empty() && line.front() == '*';)
+    for (const std::string_view line : lines_of(deck.text)) {
+        if (line.empty() || line.front() != '*')
+            break;
         if (const auto kind = kind_named(word_behind(line, "Kind:")))
             return kind;
+    }
     return std::nullopt;
 }
 

@@ -3,8 +3,8 @@
 
 #include <charconv>
 #include <cmath>
-#include <sstream>
 
+#include "cli/words.h"
 #include "commands/card_report.h"
 #include "commands/checking/code_meanings.h"
 #include "commands/checking/doubts.h"
@@ -67,13 +67,10 @@ void doubt_writing(Doubts& doubts, const DeckCard& card) {
 
 // Whole lines as they stand in the file: a card's text ends with column 126.
 void doubt_line_ends(Doubts& doubts) {
-    std::istringstream file(doubts.deck().text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);)
-        lines.push_back(line);
+    const std::vector<std::string_view> lines = lines_of(doubts.deck().text);
     for (const DeckCard& card : doubts.deck().cards)
         for (int number = card.line; number <= card.last_line; ++number) {
-            const std::string& line = lines[static_cast<std::size_t>(number) - 1];
+            const std::string_view line = lines[static_cast<std::size_t>(number) - 1];
             if (line.size() < LINE_COLUMNS ||
                 line.find_first_not_of(" \r", LINE_COLUMNS - 1) == std::string::npos)
                 continue;

@@ -175,7 +175,8 @@ class Mes:
         midsides = [int(w) for w in words[5:9]][:len(corners)] if first == 9 else []
         if not midsides or not all(n in self.nodes for n in midsides):
             midsides = []
-        self.elements[number] = Record("joint" if mark() else "solid", int(words[first]), corners, midsides)
+        of = "joint" if mark() else "solid"
+        self.elements[number] = Record(of, int(words[first]), corners, midsides if of == "solid" else [])
 
 
 def area(points):
@@ -219,7 +220,7 @@ class Comparison:
     def may_be_left_out(self, number, record):
         stresses = self.mes.kind in ("coupled", "displacement")
         nodes = record.nodes + record.midsides
-        twice = len(set(nodes)) < len(nodes) or (record.of == "joint" and len(nodes) < 4)
+        twice = len(set(nodes)) < len(nodes) or (record.of == "joint" and len(record.nodes) < 4)
         require(twice or (record.of != "solid" and not stresses), "element", number, "is left out")
 
     def places(self, nodes):

@@ -1,6 +1,7 @@
 // What is found in meshes, in words.
 #include <gtest/gtest.h>
 
+#include "cli/words.h"
 #include "commands/field_changes.h"
 #include "drawing/soundness_text.h"
 #include "support/mesh_sample.h"
@@ -21,6 +22,15 @@ std::string text_of(const std::vector<FieldChange>& changes) {
     for (const FieldChange& change : changes)
         text += "[" + change.name + " " + change.from + " " + change.to + "]";
     return text;
+}
+
+// As a stream of the standard library parts a text, but that it says so when there is no memory for a line.
+TEST(LinesOf, AreThoseBetweenTheEnds) {
+    using Lines = std::vector<std::string_view>;
+    EXPECT_EQ(lines_of(""), Lines{});
+    EXPECT_EQ(lines_of("one"), Lines{"one"});
+    EXPECT_EQ(lines_of("one\n\ntwo\r\n"), (Lines{"one", "", "two\r"}));
+    EXPECT_EQ(lines_of("\n"), Lines{""});
 }
 
 TEST(FieldChanges, NameTheFieldAndBothValues) {

@@ -1,4 +1,4 @@
-// Holds the #include lines of the three trees against the storeys that docs/architecture.md draws.
+// Holds the #include lines of all trees against the storeys that docs/architecture.md draws.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 constexpr int LONGEST_SOURCE = 400;  // lines: a longer file is two stages
 
 const fs::path ROOT = BRELAN_SOURCE_DIR;
-const std::vector<std::string> TREES = {"lib", "batch", "brelan"};
+const std::vector<std::string> TREES = {"lib", "batch", "brelan", "python"};
 const fs::path PICTURE = ROOT / "docs" / "architecture.md";
 
 // By storey, the storeys below that it may include.

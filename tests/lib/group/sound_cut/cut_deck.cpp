@@ -242,6 +242,19 @@ CutDeck deck_over(std::string name, Kind kind, const DrawnMesh& drawn) {
     return deck;
 }
 
+DrawnMesh mesh_of_squares(int columns, int rows, bool triangles) {
+    DrawnMesh mesh;
+    mesh.columns = columns;
+    mesh.rows = rows;
+    mesh.width = static_cast<float>(columns);
+    mesh.height = static_cast<float>(rows);
+    for (int row = 0; row <= rows; ++row)
+        for (int column = 0; column <= columns; ++column)
+            mesh.nodes.push_back({static_cast<float>(column), static_cast<float>(row)});
+    add_grid_elements(mesh, triangles);
+    return mesh;
+}
+
 void add_grid_elements(DrawnMesh& mesh, bool triangles) {
     mesh.coded.assign(mesh.nodes.size(), false);
     for (int row = 0; row < mesh.rows; ++row)

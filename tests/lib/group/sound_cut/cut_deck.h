@@ -38,6 +38,8 @@ CutDeck deck_over_squares(std::string name, Kind kind, int columns, int rows);
 // A mesh drawn at random, in the kind.
 CutDeck deck_over(std::string name, Kind kind, const DrawnMesh& mesh);
 
+// Squares of a metre with quadrilaterals, or two triangles for each.
+DrawnMesh mesh_of_squares(int columns, int rows, bool triangles);
 // Gives the nodes of a grid, which are there row by row, their quadrilaterals, or two triangles for each.
 void add_grid_elements(DrawnMesh& mesh, bool triangles);
 

@@ -63,27 +63,14 @@ CutDeck with_listed(CutDeck made, std::vector<int> elements) {
 }
 
 // The same groups over triangles, a mirrored and a second-order mesh.
-DrawnMesh squares(int columns, int rows, bool triangles) {
-    DrawnMesh mesh;
-    mesh.columns = columns;
-    mesh.rows = rows;
-    mesh.width = static_cast<float>(columns);
-    mesh.height = static_cast<float>(rows);
-    for (int row = 0; row <= rows; ++row)
-        for (int column = 0; column <= columns; ++column)
-            mesh.nodes.push_back({static_cast<float>(column), static_cast<float>(row)});
-    add_grid_elements(mesh, triangles);
-    return mesh;
-}
-
 CutDeck over_triangles(std::string shows, std::vector<DrawnGroup> groups) {
-    CutDeck made = deck_over(std::move(shows), Kind::displacement, squares(8, 6, true));
+    CutDeck made = deck_over(std::move(shows), Kind::displacement, mesh_of_squares(8, 6, true));
     made.groups = std::move(groups);
     return made;
 }
 
 CutDeck over_second_order(std::string shows, std::vector<DrawnGroup> groups) {
-    CutDeck made = deck_over(std::move(shows), Kind::coupled, squares(8, 6, false));
+    CutDeck made = deck_over(std::move(shows), Kind::coupled, mesh_of_squares(8, 6, false));
     make_second_order(made);
     made.groups = std::move(groups);
     return made;
