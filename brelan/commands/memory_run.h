@@ -21,8 +21,8 @@ inline constexpr std::string_view MEMORY_DECK = "..\\deck.dat";
 // Throws Failure where they are not there.
 TextsByName package_data(const std::filesystem::path& program, LayoutKind kind);
 
-// The deck, the meshes of its place by the names on its cards, what the project has of its own, and what the deck
-// can use of the data.
+// The deck, the meshes of its place by the names on its cards, what the project has of its own, and what the
+// deck can use of the data.
 RunInput run_input(const NotedDeck& deck, const Edition& edition, const DeckPlace& place,
                    const TextsByName& data);
 

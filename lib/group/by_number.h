@@ -1,5 +1,5 @@
-// A list by the numbers of nodes or elements that is as long as the highest that was asked for: most meshes have
-// far fewer than there is room for, and to fill the rest would cost more than their cut.
+// A list by the numbers of nodes or elements that is as long as the highest that was asked for: most meshes
+// have far fewer than there is room for, and to fill the rest would cost more than their cut.
 #pragma once
 
 #include <algorithm>
@@ -20,7 +20,9 @@ public:
             entries_.resize(std::max(place + 1, 2 * entries_.size()), unset_);
         return entries_[place];
     }
-    const T& operator[](std::size_t place) const { return place < entries_.size() ? entries_[place] : unset_; }
+    const T& operator[](std::size_t place) const {
+        return place < entries_.size() ? entries_[place] : unset_;
+    }
 
     void clear() { entries_.clear(); }
     bool empty() const { return entries_.empty(); }

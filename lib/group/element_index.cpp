@@ -79,7 +79,8 @@ void ElementIndex::note(const Mesh& mesh, ElementNumber e) {
 void ElementIndex::note_node(const Mesh& mesh, NodeNumber n) {
     if (cells_.empty())
         return;
-    for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE; i = links_[static_cast<std::size_t>(i)].next)
+    for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE;
+         i = links_[static_cast<std::size_t>(i)].next)
         place(mesh, links_[static_cast<std::size_t>(i)].element);
 }
 
@@ -108,7 +109,8 @@ std::vector<ElementNumber> ElementIndex::with(const Engine& engine, std::span<co
         return elements;
     }
     for (const NodeNumber n : nodes)
-        for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE; i = links_[static_cast<std::size_t>(i)].next)
+        for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE;
+             i = links_[static_cast<std::size_t>(i)].next)
             elements.push_back(links_[static_cast<std::size_t>(i)].element);
     std::sort(elements.begin(), elements.end());
     elements.erase(std::unique(elements.begin(), elements.end()), elements.end());

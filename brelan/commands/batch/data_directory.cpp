@@ -146,7 +146,8 @@ std::vector<std::pair<fs::path, fs::path>> master_files(const fs::path& brelan, 
     std::vector<std::pair<fs::path, fs::path>> files;
     for (const fs::directory_entry& master : fs::directory_iterator(masters(brelan))) {
         const std::string name = lower(master.path().filename().string());
-        if (master.is_regular_file() && name != "program.dat" && name != "manual.dat" && name != "hubplot.dat")
+        if (master.is_regular_file() && name != "program.dat" && name != "manual.dat" &&
+            name != "hubplot.dat")
             files.emplace_back(master.path().filename(), master.path());
         else if (name == slopes_of(kind))
             for (const fs::directory_entry& slope : fs::directory_iterator(master.path()))

@@ -32,8 +32,8 @@ private:
     std::filesystem::path drive_, files_;
 };
 
-// The package's masters of a kind, found beside the program: the name below the data directory of each, and where
-// it lies. What tells a run of its edition and of its front end is not among them. Throws Failure.
+// The package's masters of a kind, found beside the program: the name below the data directory of each, and
+// where it lies. What tells a run of its edition and of its front end is not among them. Throws Failure.
 std::vector<std::pair<std::filesystem::path, std::filesystem::path>> master_files(
     const std::filesystem::path& brelan, LayoutKind kind);
 
