@@ -11,6 +11,7 @@ from support import BRELAN, SOURCE, Case
 
 TOOL = SOURCE / "brelan"
 BUILD = pathlib.Path(os.environ["BRELAN_BUILD"])
+BRELAN_PYTHON = (BUILD / "python" / "brelan").is_dir()
 COMMANDS = ["run", "new", "check", "info", "plot", "convert", "diff"]
 
 
@@ -123,7 +124,11 @@ class Installed(Case):
                      "share/doc/brelan2d/examples/pit_stages.dat", "share/doc/brelan2d/manual/7-groups.md",
                      "share/doc/brelan2d/tutorial/pictures/pit.svg"):
             self.assertIn(name, files)
-        self.assertFalse([f for f in files if f.startswith(("include", "lib/")) or f.endswith((".py", ".txt"))])
+        python = {f for f in files if f.startswith("lib/python3/dist-packages/brelan/")}
+        if BRELAN_PYTHON:
+            self.assertIn("lib/python3/dist-packages/brelan/__init__.py", python)
+        self.assertFalse([f for f in files - python if f.startswith(("include", "lib/")) or f.endswith(".txt")])
+        self.assertNotIn("share/doc/brelan2d/tutorial/run_tutorial.py", files)
         count, broken = broken_links(prefix)
         self.assertGreater(count, 20)
         self.assertEqual(broken, [])
@@ -133,12 +138,33 @@ class Installed(Case):
         home.mkdir()
         self.use(prefix / "bin" / "brelan", {"PATH": "/usr/bin:/bin", "HOME": str(home)})
 
+    def test_debian_package_for_python(self):
+        """Holds the package alone, and is imported where it is installed."""
+        if not BRELAN_PYTHON:
+            self.skipTest("a build without the package for Python")
+        packages = self.root / "packages"
+        subprocess.run(["cpack", "-G", "DEB", "-B", packages], cwd=BUILD, check=True, capture_output=True)
+        package = next(packages.glob("python3-brelan_*.deb"))
+        control = subprocess.run(["dpkg-deb", "--field", package], text=True, capture_output=True, check=True).stdout
+        self.assertRegex(control, r"(?m)^Package: python3-brelan$")
+        self.assertRegex(control, r"(?m)^Depends: python3 \(>= 3\.\d+\), python3 \(<< 3\.\d+\), python3-numpy, .*libfmt9")
+        there = self.root / "unpacked"
+        subprocess.run(["dpkg-deb", "--extract", package, there], check=True)
+        files = {str(p.relative_to(there)) for p in there.rglob("*") if p.is_file()}
+        self.assertFalse([f for f in files if not f.startswith(("usr/lib/python3/dist-packages/brelan/",
+                                                                "usr/share/doc/python3-brelan/"))])
+        said = subprocess.run(
+            ["/usr/bin/python3", "-B", "-c", "import brelan; print(brelan.Deck('stage.dat').run().mesh)"],
+            cwd=TOOL.parent / "examples", env={"PYTHONPATH": str(there / "usr/lib/python3/dist-packages")},
+            text=True, capture_output=True)
+        self.assertIn("15 nodes", said.stdout, said.stderr)
+
     def test_debian_package(self):
         """Built, looked at, and as the super-user also installed, used and removed without a trace."""
         packages = self.root / "packages"
         made = subprocess.run(["cpack", "-G", "DEB", "-B", packages], cwd=BUILD, text=True, capture_output=True)
         self.assertEqual(made.returncode, 0, made.stdout + made.stderr)
-        package = next(packages.glob("*.deb"))
+        package = next(packages.glob("brelan2d_*.deb"))
         control = subprocess.run(["dpkg-deb", "--field", package], text=True, capture_output=True, check=True).stdout
         self.assertRegex(control, r"(?m)^Package: brelan2d$")
         self.assertRegex(control, r"(?m)^Depends: .*libcairo2.*libfmt9.*libpugixml1v5")
