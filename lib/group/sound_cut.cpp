@@ -47,11 +47,16 @@ void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawi
             }
 }
 
-bool has_drawn_side(const Mesh& mesh, const Engine& engine, const Drawn& drawn, NodeNumber node) {
+// True where a segment goes on from a node along a side. Those of other lines that it crosses there do not
+// count.
+bool goes_on(const Mesh& mesh, const Engine& engine, const Drawn& drawn, const Drawing& drawing,
+             const DrawnSegment& segment, NodeNumber node) {
+    const auto is_of_segment = [&](NodeNumber other) {
+        return drawn.sides.count(side_between(node, other)) != 0 && is_on(mesh, drawing, segment, other);
+    };
     for (const Solid& solid : solids_with(mesh, engine, node))
         for (std::size_t i = 0; i < solid.count; ++i)
-            if ((solid.node[i] == node || solid.behind(i) == node) &&
-                drawn.sides.count(side_between(solid.node[i], solid.behind(i))) != 0)
+            if (solid.node[i] == node && (is_of_segment(solid.behind(i)) || is_of_segment(solid.before(i))))
                 return true;
     return false;
 }
@@ -84,21 +89,22 @@ std::vector<DrawnBox> boxes_of(const Drawing& drawing) {
     return boxes;
 }
 
-// Nodes at points that are drawn stay. So does a node where a segment enters the ground or leaves it and no
-// side goes on from there.
+// Nodes at points that are drawn stay. So does a node where a segment enters the ground, leaves it or crosses
+// a side, and none of its own sides goes on from there.
 void keep_drawn_nodes(const Mesh& mesh, const Engine& engine, const Drawing& drawing,
                       const std::set<NodeNumber>& nodes, Drawn& drawn) {
     const std::vector<DrawnBox> boxes = boxes_of(drawing);
     for (const NodeNumber node : nodes) {
         const Point at = node_point(mesh, node);
-        const auto is_on_segment = [&] {
+        const auto ends_segment = [&] {
             for (std::size_t k = 0; k < boxes.size(); ++k)
-                if (boxes[k].holds(at) && is_on(mesh, drawing, drawing.segments[k], node))
+                if (const DrawnSegment& segment = drawing.segments[k];
+                    boxes[k].holds(at) && is_on(mesh, drawing, segment, node) &&
+                    !goes_on(mesh, engine, drawn, drawing, segment, node))
                     return true;
             return false;
         };
-        const bool stays =
-            is_pinned(drawing, at) || (!has_drawn_side(mesh, engine, drawn, node) && is_on_segment());
+        const bool stays = is_pinned(drawing, at) || ends_segment();
         if (stays && is_in_cuttable_ground(mesh, engine, node))
             drawn.nodes.insert(node);
     }

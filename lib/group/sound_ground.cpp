@@ -224,8 +224,13 @@ NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const Drawn& draw
         const Foot on = foot_on(first, second, at);
         if (on.share <= 0.0 || on.share >= 1.0 || on.distance > DRAWN_STRAIGHT * size)
             return {};
-        from = first;
-        to = second;
+        // Where it leaves the two sides it is another line that has none here: it ends short of the next
+        // node, or its ground is gone.
+        if (foot_on(from, to, first).distance <= BEND * shorter &&
+            foot_on(from, to, second).distance <= BEND * shorter) {
+            from = first;
+            to = second;
+        }
     }
     return {Freedom::slides, from, to};
 }

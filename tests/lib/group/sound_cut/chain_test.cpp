@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string_view>
 
 #include "lib/group/sound_cut/deck_classes.h"
@@ -123,6 +124,22 @@ TEST(SoundCutChain, LinesOfTooSmallAnAngleAreRefused) {
 // A line that crosses a chord beside its end goes on from this one, not back to it.
 TEST(SoundCutChain, ALineDoesNotTurnBackBesideAChord) {
     expect_all_laws("three groups, second order", 283);
+}
+
+// A line crosses the side of an outline and ends within the elements on both sides of it. The crossing is a
+// node of both lines; only the outline has sides there.
+TEST(SoundCutChain, ACrossingStaysOnBothLines) {
+    expect_all_laws("three crossing groups", 1116);
+    CutDeck deck = deck_over_squares("crossing", Kind::displacement, 8, 6);
+    DrawnGroup line = beams_along({{2.05F, 2.98F}, {1.84F, 3.79F}}, 22);
+    line.segments[0].IEND = 7;
+    deck.groups = {region_of({{1.3F, 1.4F}, {6.6F, 1.9F}, {6.6F, 3.4F}, {1.7F, 3.4F}}, 2), line};
+    const CutRun run = run_cut(deck, CutMethod::sound);
+    ASSERT_EQ(run.status, 0) << run.message;
+    // Of its 0.81 upwards the line has gone 0.42 at the height of 3.4, so it is at 2.05 - 0.21 * 0.42 / 0.81.
+    EXPECT_TRUE(std::any_of(run.after.nodes.begin(), run.after.nodes.end(), [](const CutNode& node) {
+        return std::abs(node.at.x - 1.941111) < 1.0E-5 && std::abs(node.at.y - 3.4) < 1.0E-5;
+    }));
 }
 
 }  // namespace

@@ -277,6 +277,22 @@ void add_joints(std::vector<CutDeck>& decks) {
                          {upright, stage_of({{4.3F, 6}, {4.3F, 3.4F}, {7.2F, 3.4F}, {7.2F, 6}}, 2)}));
 }
 
+// A node that lies on two lines slides along the one whose sides are there.
+void add_nodes_of_two_lines(std::vector<CutDeck>& decks) {
+    const DrawnGroup outline = region_of({{1.3F, 1.4F}, {6.6F, 1.9F}, {6.2F, 3.4F}, {1.7F, 3.3F}}, 2);
+    const DrawnGroup across = with_ends(beams_along({{2.4F, 2.98F}, {2.05F, 3.79F}}, 22), {7});
+    decks.push_back(deck("a line that ends in the elements on both sides of an outline", {outline, across}));
+    decks.push_back(
+        in_two_decks(deck("a line that ends in the elements on both sides of a region of an earlier deck",
+                          {outline, across}),
+                     1));
+    decks.push_back(
+        deck("a line beside a pit through the open ends of an outline",
+             {with_ends(region_of({{2.9F, 6}, {3.6F, 2.9F}, {4.9F, 2.9F}, {5.7F, 6}}, 2), {-1, 3, 1, 2}),
+              deletion_of({{2.3F, 6}, {2.3F, 3}, {6.6F, 3}, {6.6F, 6}}),
+              beams_along({{4.32F, 2.96F}, {4.59F, 2.47F}}, 22)}));
+}
+
 }  // namespace
 
 std::vector<CutDeck> nasty_decks() {
@@ -287,6 +303,7 @@ std::vector<CutDeck> nasty_decks() {
     add_earlier(decks);
     add_joints(decks);
     add_toes(decks);
+    add_nodes_of_two_lines(decks);
     // The kinds take turns where a deck leaves it open.
     int number = 0;
     for (CutDeck& made : decks)
