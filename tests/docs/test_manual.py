@@ -25,7 +25,7 @@ def blocks_of(chapter):
             words = line[3:].split()
             begin, lines = number, []
         elif line.startswith("```"):
-            if words and words[0] != "sh":
+            if words and words[0] not in ("sh", "python"):
                 blocks.append((begin, words, lines))
             words = None
         elif words is not None:
