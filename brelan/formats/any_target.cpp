@@ -19,14 +19,14 @@ namespace brelan::tool {
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, Target>, 8> WORDS{{{"mes", Target::mesh},
-                                                                    {"vtu", Target::vtu},
-                                                                    {"msh2", Target::gmsh_2},
-                                                                    {"msh4", Target::gmsh_4},
-                                                                    {"msh", Target::gmsh_4},
-                                                                    {"mdpa", Target::mdpa},
-                                                                    {"inp", Target::inp},
-                                                                    {"csv", Target::materials}}};
+constexpr std::array<std::pair<std::string_view, Target>, 8> TARGET_WORDS{{{"mes", Target::mesh},
+                                                                           {"vtu", Target::vtu},
+                                                                           {"msh2", Target::gmsh_2},
+                                                                           {"msh4", Target::gmsh_4},
+                                                                           {"msh", Target::gmsh_4},
+                                                                           {"mdpa", Target::mdpa},
+                                                                           {"inp", Target::inp},
+                                                                           {"csv", Target::materials}}};
 // Of mesh files besides ".Mes".
 constexpr std::array<std::string_view, 2> ENDINGS_OF_MESHES{".meg", ".dat"};
 
@@ -62,7 +62,7 @@ CellMesh cells_for(const MeshLists& mesh, const Carried& carried,
 }  // namespace
 
 std::optional<Target> target_named(std::string_view word) {
-    for (const auto& [name, target] : WORDS)
+    for (const auto& [name, target] : TARGET_WORDS)
         if (name == word)
             return target;
     return std::nullopt;

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "group/by_number.h"
+#include "mesh/by_number.h"
 #include "mesh/numbers.h"
 
 namespace brelan {

@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "mesh/by_number.h"
 #include "mesh/edition.h"
 #include "mesh/group_tables.h"
 #include "output/blocks.h"
@@ -138,8 +139,6 @@ MaterialNumber highest_material(const GroupCards& group_cards, std::int32_t g, c
 // The pairs of elements as the groups give them, a later one over an earlier.
 class PairsByElement {
 public:
-    PairsByElement() : pairs_(LAST_ELEMENT.place() + 1), old_materials_(LAST_ELEMENT.place() + 1) {}
-
     void set(const ElementRange& range, const ActivityPair& pair, MaterialNumber old_material) {
         for (ElementNumber n = range.first; n <= range.last; ++n) {
             pairs_[n.place()] = pair;
@@ -149,15 +148,15 @@ public:
 
     std::vector<ElementActivity> found() const {
         std::vector<ElementActivity> found;
-        for (ElementNumber n{1}; n <= LAST_ELEMENT; ++n)
+        for (ElementNumber n{1}; n.place() < pairs_.size(); ++n)
             if (pairs_[n.place()] != ActivityPair{})
                 found.push_back({n, pairs_[n.place()], old_materials_[n.place()]});
         return found;
     }
 
 private:
-    std::vector<ActivityPair> pairs_;
-    std::vector<MaterialNumber> old_materials_;
+    ByNumber<ActivityPair> pairs_;
+    ByNumber<MaterialNumber> old_materials_;
 };
 
 void write_ranges(LayoutKind kind, Channel& text, const ElementRanges& ranges, const ActivityPair& pair) {

@@ -1,5 +1,5 @@
 // A list by the numbers of nodes or elements that is as long as the highest that was asked for: most meshes
-// have far fewer than there is room for, and to fill the rest would cost more than their cut.
+// have far fewer than there is room for, and to fill the rest would cost more than the work on them.
 #pragma once
 
 #include <algorithm>
@@ -23,6 +23,9 @@ public:
     const T& operator[](std::size_t place) const {
         return place < entries_.size() ? entries_[place] : unset_;
     }
+
+    // Places that have an entry.
+    std::size_t size() const { return entries_.size(); }
 
     void clear() { entries_.clear(); }
     bool empty() const { return entries_.empty(); }
