@@ -15,7 +15,7 @@ import compare_outputs  # noqa: E402
 
 SHARE = int(os.environ.get("BRELAN_SAMPLE_SHARE", "1"))
 LONG = "BRELAN_LONG" in os.environ
-RANDOM_DECKS = 2000 if LONG else 16 // SHARE
+RANDOM_DECKS = 2000 if LONG else 16
 
 
 def kind_of_edition(edition):
@@ -222,6 +222,7 @@ class ForGeotechnics(Case):
         self.assertEqual(seen, {name for name in TYPES if name.startswith(("UPw", "Steady", "Geo_U", "GeoL", "GeoCr"))} |
                          ({name for name in TYPES if name.startswith("GeoTr")} if LONG else set()))
 
+    @unittest.skipIf(SHARE > 1, "a few decks say nothing: the plain build takes them")
     def test_random_decks(self):
         """Groups over random meshes, sound ones and others."""
         done = sound = 0
