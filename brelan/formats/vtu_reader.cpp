@@ -88,6 +88,7 @@ private:
 
     void read_cells(const pugi::xml_node& section, std::size_t points, std::size_t count) {
         constexpr std::size_t MOST_NODES = 30;  // of one cell
+        constexpr double LAST_TYPE = 255.0;
         const std::vector<double> types = read_array(cell_array(section, "types"), storage_, count);
         const std::vector<double> offsets = read_array(cell_array(section, "offsets"), storage_, count);
         const std::vector<double> nodes =
@@ -97,6 +98,9 @@ private:
             const double end = offsets[c];
             if (!(end >= begin) || end > static_cast<double>(nodes.size()) || end != std::floor(end))
                 throw Failure(fmt::format("cell {}: expected an offset within the connectivity", c));
+            if (!(types[c] >= 0.0 && types[c] <= LAST_TYPE))
+                throw Failure(
+                    fmt::format("cell {}: expected the number of a VTK type, found {}", c, types[c]));
             add_cell(c, static_cast<int>(types[c]), nodes.data() + static_cast<std::size_t>(begin),
                      static_cast<std::size_t>(end - begin), points);
             begin = end;
@@ -107,7 +111,7 @@ private:
         if (type == POLYGON && (count == 3 || count == 4))
             type = static_cast<int>(count == 3 ? Shape2D::triangle : Shape2D::quad);
         const auto shape = static_cast<Shape2D>(type == PIXEL ? static_cast<int>(Shape2D::quad) : type);
-        if (type < 0 || type > 255 || nodes_of(shape) == 0)
+        if (nodes_of(shape) == 0)
             throw Failure(fmt::format(
                 "cell {}: expected vertices, lines, triangles and quadrilaterals, found VTK type {}", cell,
                 type));

@@ -302,6 +302,14 @@ class Convert(Case):
                             self.write("a.vtu", text.encode() + body[:-3])
                             self.failed(self.brelan("info", "--kind", "head", "a.vtu"), 'a.vtu: array "material": ')
 
+    def test_a_cell_whose_type_no_integer_can_hold_is_told(self):
+        """A conversion of it to an integer was undefined."""
+        for number, shown in (("9" * 27, "1e+27"), ("-1", "-1"), ("256", "256")):
+            with self.subTest(number):
+                self.write("a.vtu", TEXT_VTU.replace("MATERIAL", "2").replace(">5<", f">{number}<"))
+                self.failed(self.brelan("info", "--kind", "head", "a.vtu"),
+                            f"a.vtu: cell 0: expected the number of a VTK type, found {shown}")
+
     def test_what_meshio_writes_is_read(self):
         mesh = sample("coupled")
         self.write("a.Mes", mesh.text())
