@@ -68,6 +68,8 @@ public:
         if (shape >= INSERT_BELOW || (shape < LEFT_ALONG_ARCS && is_along_arc) || ++tries_ > MOST_TRIES)
             return {};
         const std::vector<Cavity> cavities = cavities_of(solid);
+        if (cavities.empty())
+            return {};
         const std::vector<std::vector<Point>> points = points_beside(solid);
         std::optional<Filling> best;
         const auto try_out = [&](const Cavity& cavity, std::vector<Point> inside) {
