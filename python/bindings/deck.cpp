@@ -103,6 +103,23 @@ std::string result_text(const RunResult& result) {
     return there ? std::string(result.files->text(result.mesh)) : std::string();
 }
 
+// How a run ended, its files named as the person knows them. A mesh that is not there, or cannot be read as a
+// whole, is one that a card names.
+Remark end_of(const HeldDeck& deck, const RunEnd& end) {
+    const std::string message = tool::failure_message({deck.noted,
+                                                       deck.place.project,
+                                                       {},
+                                                       std::string(tool::MEMORY_DECK),
+                                                       "",
+                                                       {end.status, end.text, end.text}});
+    Remark remark = taken_apart(message, deck.noted.file.string());
+    for (const tool::DeckCard& card : deck.noted.cards)
+        if (remark.file.empty() && card.type == tool::CardType::name)
+            remark = taken_apart(
+                message, tool::file_of_card(deck.place.project, card.name).lexically_normal().string());
+    return remark;
+}
+
 HeldRun run_once(const HeldDeck& deck, const RunInput& input) {
     HeldRun run;
     run.cut = input.cut;
@@ -111,11 +128,7 @@ HeldRun run_once(const HeldDeck& deck, const RunInput& input) {
     run.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     const RunEnd& end = run.result.end;
     if (end.status != STATUS_FINISHED) {
-        const std::string deck_name(tool::MEMORY_DECK);
-        run.end = taken_apart(
-            tool::failure_message(
-                {deck.noted, deck.place.project, {}, deck_name, "", {end.status, end.text, end.text}}),
-            deck.noted.file.string());
+        run.end = end_of(deck, end);
         return run;
     }
     if (const std::string text = result_text(run.result); !text.empty()) {
