@@ -51,7 +51,7 @@ TEST(HostileDam, EndsByItself) {
     dam.XLEFT = dam.XRIGHT = 8.0;
     dam.core = {{14.0, 0.0}, {16.0, 0.0}, {15.5, 5.0}, {14.5, 5.0}};
     dam.wall = {{14.0, 0.0}, {14.0, -3.0}, {16.0, -3.0}, {16.0, 0.0}};
-    const int decks = rounds(100, 300);
+    const int decks = rounds(60, 300);
     int finished = 0, refused = 0;
     for (int i = 0; i < decks; ++i) {
         dam.ISHELL = i % 2;

@@ -64,7 +64,7 @@ struct Counts {
 };
 
 TEST(RandomDams, AreSoundButForThoseThatAreWarnedOf) {
-    const int count = rounds(80, 1000);
+    const int count = rounds(48, 1000);
     const std::string ALL = "all", WARNED = "warned of";
     std::map<std::string, Counts> groups;
     for (int i = 0; i < count; ++i) {

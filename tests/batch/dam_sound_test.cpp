@@ -193,7 +193,7 @@ private:
 };
 
 TEST(RandomDamsBySoundCut, AreSoundAndHaveTheAreasThatAreDrawn) {
-    const int count = rounds(40, 3000);
+    const int count = rounds(24, 3000);
     for (int i = 0; i < count; ++i) {
         const RandomDam random(static_cast<unsigned>(i));
         expect_sound(random.dam, ALL_KINDS.at(static_cast<std::size_t>(i) % ALL_KINDS.size()),
@@ -202,7 +202,7 @@ TEST(RandomDamsBySoundCut, AreSoundAndHaveTheAreasThatAreDrawn) {
 }
 
 TEST(RandomDamsBySoundCut, HaveTheirCoresAndWallsWhereverTheyAreDrawn) {
-    const int count = rounds(40, 1000);
+    const int count = rounds(24, 1000);
     for (int i = 0; i < count; ++i) {
         const LeaningDam random(static_cast<unsigned>(i), i % 4 == 0 ? 0 : 1);
         expect_sound(random.dam, ALL_KINDS.at(static_cast<std::size_t>(i) % ALL_KINDS.size()),

@@ -24,17 +24,17 @@ protected:
 
     static void clear() {
         reset_mesh(state.mesh);
-        state.mesh.words.fill({});
-        state.engine.workable.fill({});
-        state.mesh.skeleton.fill(0);
-        state.mesh.fluid.fill(0);
-        state.mesh.integration_r.fill(0);
-        state.mesh.attribute.fill(0);
-        state.mesh.thickness.fill(0.0F);
-        state.mesh.density.fill(0.0F);
-        state.mesh.head.fill(0.0F);
-        state.mesh.coefficient.fill(0.0F);
-        state.engine.frozen.fill(0);
+        state.mesh.words.clear();
+        state.engine.workable.clear();
+        state.mesh.skeleton.clear();
+        state.mesh.fluid.clear();
+        state.mesh.integration_r.clear();
+        state.mesh.attribute.clear();
+        state.mesh.thickness.clear();
+        state.mesh.density.clear();
+        state.mesh.head.clear();
+        state.mesh.coefficient.clear();
+        state.engine.frozen.clear();
         cut.clear();
         state.engine.highest_node = {};
         state.engine.highest_element = {};

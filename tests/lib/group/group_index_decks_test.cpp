@@ -134,7 +134,7 @@ int run_in_child(const Project& project, bool with_indexes) {
 }
 
 void hold_runs_against_each_other(Kind kind, std::uint32_t first_seed, int fewest_of_thirty) {
-    const int decks = rounds(10, 300);
+    const int decks = rounds(6, 300);
     std::map<int, int> ends;
     for (int d = 0; d < decks; ++d) {
         const std::uint32_t seed = first_seed + static_cast<std::uint32_t>(d);

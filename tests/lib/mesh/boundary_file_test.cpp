@@ -20,7 +20,7 @@ protected:
         fs::create_directory(directory.path() / "work");
         fs::current_path(directory.path() / "work");
         reset_mesh(state.mesh);
-        state.mesh.node_mark.fill(0);
+        state.mesh.node_mark.clear();
         state.listing.pipes = state.listing.convection_lines = state.listing.flow_sections =
             state.deck.groups.count = 0;
         result_ = {};

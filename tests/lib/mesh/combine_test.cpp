@@ -12,7 +12,7 @@ class Combine : public ::testing::Test {
 protected:
     Combine() : edition_(DISPLACEMENT) {
         reset_mesh(state.mesh);
-        state.mesh.words.fill(ElementWords{});
+        state.mesh.words.clear();
         state.combination.first = Region{};
         state.combination.second = Region{};
         state.combination.first.name = "first.Mes";

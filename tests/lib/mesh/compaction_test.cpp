@@ -14,10 +14,10 @@ class Compaction : public ::testing::TestWithParam<std::int32_t> {
 protected:
     Compaction() : edition_(GetParam()) {
         reset_mesh(state.mesh);
-        state.mesh.words.fill(ElementWords{});
-        state.mesh.node_mark.fill(0);
-        state.mesh.head.fill(0.0F);
-        state.mesh.coefficient.fill(0.0F);
+        state.mesh.words.clear();
+        state.mesh.node_mark.clear();
+        state.mesh.head.clear();
+        state.mesh.coefficient.clear();
         state.deck.edit.start_place = {"deck.dat", 4};
     }
 

@@ -13,7 +13,7 @@ class Collapse : public ::testing::Test {
 protected:
     Collapse() {
         reset_mesh(state.mesh);
-        state.mesh.words.fill(ElementWords{});
+        state.mesh.words.clear();
         for (MaterialNumber& material : state.moves.beam_materials)
             material = {};
         for (MaterialNumber& material : state.moves.truss_materials)

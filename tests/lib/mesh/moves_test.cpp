@@ -12,7 +12,7 @@ class Moves : public ::testing::Test {
 protected:
     Moves() {
         reset_mesh(state.mesh);
-        state.mesh.words.fill(ElementWords{});
+        state.mesh.words.clear();
         state.moves.first_count = state.moves.second_count = 0;
     }
 
