@@ -19,7 +19,8 @@ namespace brelan {
 struct Run;
 
 // Carries out a run and closes its files. All are complete when a run finishes or stops; one that cannot be
-// written makes it a failure. Where the watcher ends it (STATUS_ENDED) the deck in work leaves no result.
+// written makes it a failure. Where the watcher ends it (STATUS_ENDED) the deck in work leaves no result;
+// working files and settings that it has renewed stay.
 RunEnd run_to_end(Run& run);
 
 // Where the report of a card with a wrong count goes.

@@ -292,7 +292,8 @@ TEST(StripperFields, StripperClosesItsSourceAndRewindsTheCopy) {
     directory.write("in.Mes", text_of(WHOLE));
     state.channels.open(16, "in.Mes", OpenStatus::old);
     Channel& copy = state.channels.open(6, "FILEB.TMP", OpenStatus::work);
-    strip_mesh(state.channels, state.settings.kind(), 16, 6);
+    Watch watch;
+    strip_mesh(state.channels, state.settings.kind(), 16, 6, watch);
     EXPECT_FALSE(state.channels.is_open(16));
     EXPECT_EQ(copy.lines_before(), 0);
     EXPECT_EQ(copy.read_line("the name").trimmed(), "a mesh");
