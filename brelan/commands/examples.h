@@ -13,6 +13,13 @@ inline constexpr const char* EXAMPLES_OF_RUN =
   brelan run pit.dat --data ~/brelan-c       with an existing data directory
 )";
 
+inline constexpr const char* EXAMPLES_OF_EDIT =
+    R"(  brelan edit pit.dat                  the deck on the left, its mesh on the right
+  brelan edit pit.dat --no-browser     only says at which address
+  brelan edit pit.dat --watch          shows what another editor writes
+  brelan edit pit.dat --cut sound      elements along drawn lines as a solver takes them
+)";
+
 inline constexpr const char* EXAMPLES_OF_NEW =
     R"(  brelan new base-mesh > pit.dat     a base mesh, to be changed to your needs
   brelan new groups -o quay          quay/groups.dat: an excavation in stages

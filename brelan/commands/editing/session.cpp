@@ -1,0 +1,190 @@
+#include "commands/editing/session.h"
+
+#include <fmt/core.h>
+
+#include <utility>
+
+#include "analysis/soundness.h"
+#include "cli/exit_status.h"
+#include "commands/checking/deck_check.h"
+#include "commands/editing/run_answer.h"
+#include "text/run_end.h"
+
+namespace brelan::tool {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::array CUT_NAMES{std::pair{"auto", Cut::automatic}, std::pair{"rules", Cut::rules},
+                               std::pair{"sound", Cut::sound}};
+
+// What a question has to hold. Throws Failure where it does not.
+template <class Value>
+const Value& value_in(const Json& question, std::string_view name) {
+    const Json* const member = question.find(name);
+    const Value* const value = member == nullptr ? nullptr : std::get_if<Value>(&member->value());
+    if (value == nullptr)
+        throw Failure(fmt::format("the question lacks \"{}\"", name));
+    return *value;
+}
+
+const std::string& text_in(const Json& question, std::string_view name) {
+    return value_in<std::string>(question, name);
+}
+
+Cut cut_in(const Json& question) {
+    const std::string& wanted = text_in(question, "cut");
+    for (const auto& [name, cut] : CUT_NAMES)
+        if (wanted == name)
+            return cut;
+    throw Failure("the question's \"cut\" is none of auto, rules and sound");
+}
+
+fs::path project_of(const EditOptions& options) {
+    fs::path project = options.project;
+    if (project.empty())
+        project = fs::path(options.deck).parent_path();
+    if (project.empty())
+        project = ".";
+    std::error_code error;
+    if (!fs::is_directory(project, error))
+        throw Failure(fmt::format("{}: expected the project's directory", project.string()));
+    return project;
+}
+
+}  // namespace
+
+struct EditSession::Drawn {
+    std::int64_t number;
+    NotedDeck deck;
+    MeshRun run;
+};
+
+EditSession::EditSession(const EditOptions& options, const Context& context)
+    : options_(options), context_(context), file_(options.deck), place_{project_of(options), {}} {}
+
+PageRoutes EditSession::routes() {
+    return {{{"deck", [this] { return deck(); }}},
+            {{"check", [this](const Json& question) { return check(question); }},
+             {"run", [this](const Json& question) { return run(question); }},
+             {"details", [this](const Json& question) { return details(question); }},
+             {"save", [this](const Json& question) { return save(question); }}}};
+}
+
+EditSession::Noted EditSession::noted(const std::string& shown) {
+    const DeckSource source{file_.path(), file_.deck_of(shown), false};
+    Noted noted;
+    noted.edition = edition_of_deck(source, place_.project, {}, options_.edition).edition;
+    noted.deck = read_deck(source, noted.edition.kind);
+    return noted;
+}
+
+Answer EditSession::deck() {
+    const DeckState state = file_.state();
+    Json cuts = Json::Array();
+    const char* first = "auto";
+    for (const auto& [name, cut] : CUT_NAMES) {
+        cuts.push_back(name);
+        if (cut == options_.cut)
+            first = name;
+    }
+    const Noted now = noted(state.text);
+    return json_answer({{"name", file_.path().filename().string()},
+                        {"file", file_.path().string()},
+                        {"text", state.text},
+                        {"stamp", state.stamp},
+                        {"kind", name_of(now.edition.kind)},
+                        {"edition", now.edition.number},
+                        {"watch", options_.watch},
+                        {"cut", first},
+                        {"cuts", cuts}});
+}
+
+Answer EditSession::check(const Json& question) {
+    const Noted now = noted(text_in(question, "text"));
+    const DeckCheck check = check_of(now.deck, now.edition, place_);
+    Json findings = Json::Array();
+    const auto add = [&](int line, const char* severity, const std::string& id, const std::string& message) {
+        findings.push_back({{"line", line > 0 ? line - 1 : 0},
+                            {"from", -1},
+                            {"to", -1},
+                            {"severity", severity},
+                            {"id", id},
+                            {"message", message}});
+    };
+    if (check.verdict.status != 0)
+        add(check.verdict.line, "error", "refused", check.verdict.message);
+    for (const Doubt& doubt : check.doubts)
+        add(doubt.line, doubt.ends_run ? "error" : "warning", doubt.id, doubt.message);
+    return json_answer({{"mode", now.deck.mode},
+                        {"kind", name_of(now.edition.kind)},
+                        {"edition", now.edition.number},
+                        {"cards", Json::Array()},
+                        {"meanings", Json::Object()},
+                        {"findings", findings},
+                        {"groups", Json::Array()},
+                        {"shapes", Json::Array()},
+                        {"handles", Json::Array()}});
+}
+
+Answer EditSession::run(const Json& question) {
+    const std::string& text = text_in(question, "text");
+    const Cut cut = cut_in(question);
+    const std::int64_t number = value_in<std::int64_t>(question, "number");
+    const std::int64_t ticket = ++newest_;
+    const auto superseded = [&] { return ticket != newest_; };
+    const Answer newer = error_answer(409, "a newer text is run");
+
+    const std::scoped_lock lock(run_mutex_);
+    if (superseded())
+        return newer;
+    Noted now = noted(text);
+    const TextsByName* data = nullptr;
+    {
+        const std::scoped_lock reading(data_mutex_);
+        const auto [place, is_new] = data_.try_emplace(now.edition.kind);
+        if (is_new)
+            place->second = package_data(context_.program, now.edition.kind);
+        data = &place->second;
+    }
+    RunInput input = run_input(now.deck, now.edition, place_, *data);
+    MeshRun run = run_with(cut, now.deck, now.edition, input);
+    if (superseded())
+        return newer;
+    auto drawn = std::make_shared<const Drawn>(Drawn{number, std::move(now.deck), std::move(run)});
+    Answer answer = run_answer(drawn->deck, drawn->run, place_, number);
+    const std::scoped_lock keeping(drawn_mutex_);
+    drawn_ = std::move(drawn);
+    return answer;
+}
+
+Answer EditSession::details(const Json& question) {
+    const std::int64_t number = value_in<std::int64_t>(question, "number");
+    std::shared_ptr<const Drawn> drawn;
+    {
+        const std::scoped_lock lock(drawn_mutex_);
+        drawn = drawn_;
+    }
+    if (!drawn || drawn->number != number || !drawn->run.mesh)
+        return error_answer(409, "another mesh is shown");
+    return details_answer(*drawn->run.mesh, number);
+}
+
+Answer EditSession::save(const Json& question) {
+    const bool over = value_in<bool>(question, "over");
+    try {
+        const DeckState state =
+            file_.save(text_in(question, "text"), text_in(question, "stamp"),
+                       over ? DeckFile::Replace::whatever_is_there : DeckFile::Replace::what_is_known);
+        return json_answer({{"stamp", state.stamp}});
+    } catch (const ChangedOnDisk& changed) {
+        Answer answer = json_answer({{"error", "the deck was changed by another program"},
+                                     {"text", changed.state.text},
+                                     {"stamp", changed.state.stamp}});
+        answer.status = 409;
+        return answer;
+    }
+}
+
+}  // namespace brelan::tool
