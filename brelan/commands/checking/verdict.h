@@ -26,4 +26,7 @@ struct Verdict {
 // Checks the deck in memory: no file is read or written.
 Verdict verdict_of(const NotedDeck& deck, const Edition& edition);
 
+// The same without its meshes.
+Verdict verdict_of_cards(const NotedDeck& deck, const Edition& edition);
+
 }  // namespace brelan::tool

@@ -6,62 +6,18 @@
 #include <cstdint>
 
 #include "cli/exit_status.h"
+#include "commands/editing/character_code.h"
 #include "text/text_line.h"
+#include "text/utf_8.h"
 
 namespace brelan::tool {
 
 namespace {
 
-// Bytes of the character that begins there, 0 where it is none in UTF-8.
-std::size_t length_of_character(std::string_view text) {
-    const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(text[k]); };
-    const unsigned first = byte(0);
-    const std::size_t length = first < 0x80   ? 1
-                               : first < 0xC2 ? 0
-                               : first < 0xE0 ? 2
-                               : first < 0xF0 ? 3
-                               : first < 0xF5 ? 4
-                                              : 0;
-    if (length == 0 || length > text.size())
-        return 0;
-    for (std::size_t k = 1; k < length; ++k)
-        if ((byte(k) & 0xC0U) != 0x80)
-            return 0;
-    // Longer than need be, half of a pair, or beyond the last character.
-    if ((first == 0xE0 && byte(1) < 0xA0) || (first == 0xED && byte(1) > 0x9F) ||
-        (first == 0xF0 && byte(1) < 0x90) || (first == 0xF4 && byte(1) > 0x8F))
-        return 0;
-    return length;
-}
-
-bool is_utf8(std::string_view text) {
-    while (!text.empty()) {
-        const std::size_t length = length_of_character(text);
-        if (length == 0)
-            return false;
-        text.remove_prefix(length);
-    }
-    return true;
-}
-
-std::string from_bytes(std::string_view bytes) {
-    std::string text;
-    for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            text += c;
-        } else {
-            text += static_cast<char>(0xC0U | (byte >> 6U));
-            text += static_cast<char>(0x80U | (byte & 0x3FU));
-        }
-    }
-    return text;
-}
-
 std::string to_bytes(std::string_view text) {
     std::string bytes;
     while (!text.empty()) {
-        const std::size_t length = length_of_character(text);
+        const std::size_t length = size_of_character(text);
         const auto first = static_cast<unsigned char>(text.front());
         if (length == 2 && first <= 0xC3)
             bytes +=
@@ -107,7 +63,7 @@ DeckText::DeckText(std::string bytes, std::string_view name) {
     most_ = std::count(carriage_return_.begin(), carriage_return_.end(), true) * 2 >
             static_cast<std::ptrdiff_t>(carriage_return_.size());
     is_utf8_ = is_utf8(text);
-    shown_ = is_utf8_ ? std::move(text) : from_bytes(text);
+    shown_ = is_utf8_ ? std::move(text) : utf8_of_bytes(text);
 }
 
 std::string DeckText::bytes_of(std::string_view shown) const {

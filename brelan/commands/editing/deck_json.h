@@ -1,0 +1,14 @@
+// What the page of an editor is told of a deck's text, without a run of it.
+#pragma once
+
+#include "cli/json.h"
+#include "commands/batch/edition.h"
+#include "model/deck.h"
+
+namespace brelan::tool {
+
+// Cards with the columns of their fields, what their numbers mean, findings of the text alone, groups, what
+// is drawn and what of it can be dragged. Lines and columns are those of DeckColumns.
+Json deck_json(const NotedDeck& deck, const Edition& edition);
+
+}  // namespace brelan::tool
