@@ -10,7 +10,6 @@
 #include "cli/exit_status.h"
 #include "commands/commands.h"
 #include "commands/editing/session.h"
-#include "page/server.h"
 
 namespace brelan::tool {
 
@@ -53,13 +52,12 @@ void open_in_browser(const std::string& address) {
 
 int edit(const EditOptions& options, const Context& context) {
     const HeldSignals signals;
-    EditSession session(options, context);
-    PageServer server(session.routes(), options.port);
-    print(server.address() + "\n");
+    const EditSession session(options, context);
+    print(session.address() + "\n");
     finish_output();
     note(context, "Ctrl-C ends it");
     if (!options.no_browser)
-        open_in_browser(server.address());
+        open_in_browser(session.address());
     signals.wait();
     return STATUS_OK;
 }

@@ -90,15 +90,8 @@ private:
         values_["groups"] = Json::Array();
         for (const auto& [key, count] : counts) {
             const auto& [of, material] = key;
-            const std::string& name = mesh_.names.of(of, material);
-            const std::string number = std::to_string(material);
             groups_[key] = static_cast<std::int32_t>(values_["groups"].size());
-            values_["groups"].push_back(
-                {{"name", mesh_.group_title(of, material)},
-                 {"class", name_of(of)},
-                 {"material", name.empty() ? number : fmt::format("{}: {}", material, name)},
-                 {"color", hex(material_color(of, material))},
-                 {"count", count}});
+            values_["groups"].push_back(group_json(mesh_, of, material, count));
         }
     }
 
@@ -281,10 +274,20 @@ private:
     MeshData made_;
     Json& values_ = made_.values;
     ArrayList& arrays_ = made_.arrays;
-    std::map<std::pair<ElementClass, std::int32_t>, std::int32_t> groups_;
+    std::map<std::pair<ElementClass, std::int32_t>, std::int32_t>& groups_ = made_.groups;
 };
 
 }  // namespace
+
+Json group_json(const MeshLists& mesh, ElementClass of, std::int32_t material, std::size_t count) {
+    const std::string& name = mesh.names.of(of, material);
+    const std::string number = std::to_string(material);
+    return {{"name", mesh.group_title(of, material)},
+            {"class", name_of(of)},
+            {"material", name.empty() ? number : fmt::format("{}: {}", material, name)},
+            {"color", hex(material_color(of, material))},
+            {"count", count}};
+}
 
 MeshData mesh_data(const MeshLists& mesh, const PictureOptions& options, MeshParts parts) {
     return MeshDataMaker(mesh, options, parts).made();

@@ -2,9 +2,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <map>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "cli/json.h"
@@ -42,7 +45,12 @@ struct MeshData {
     std::string title;
     Json values;
     ArrayList arrays;
+    // Places of the materials of each class in the groups of the values.
+    std::map<std::pair<ElementClass, std::int32_t>, std::int32_t> groups;
 };
+
+// An entry of the groups: a material of a class, with the number of its elements.
+Json group_json(const MeshLists& mesh, ElementClass of, std::int32_t material, std::size_t count);
 
 MeshData mesh_data(const MeshLists& mesh, const PictureOptions& options, MeshParts parts);
 

@@ -2,10 +2,13 @@
 
 #include <fmt/core.h>
 
+#include <array>
+#include <chrono>
 #include <utility>
 
 #include "analysis/soundness.h"
 #include "cli/exit_status.h"
+#include "commands/batch/pass_trace.h"
 #include "commands/checking/deck_check.h"
 #include "commands/editing/run_answer.h"
 #include "text/run_end.h"
@@ -41,6 +44,10 @@ Cut cut_in(const Json& question) {
     throw Failure("the question's \"cut\" is none of auto, rules and sound");
 }
 
+Answer newer_text() {
+    return error_answer(409, "a newer text is run");
+}
+
 fs::path project_of(const EditOptions& options) {
     fs::path project = options.project;
     if (project.empty())
@@ -57,12 +64,19 @@ fs::path project_of(const EditOptions& options) {
 
 struct EditSession::Drawn {
     std::int64_t number;
-    NotedDeck deck;
     MeshRun run;
 };
 
 EditSession::EditSession(const EditOptions& options, const Context& context)
-    : options_(options), context_(context), file_(options.deck), place_{project_of(options), {}} {}
+    : options_(options),
+      context_(context),
+      file_(options.deck),
+      place_{project_of(options), {}},
+      server_(routes(), options.port) {}
+
+EditSession::~EditSession() {
+    ++newest_;  // a run that is in work ends
+}
 
 PageRoutes EditSession::routes() {
     return {{{"deck", [this] { return deck(); }}},
@@ -128,32 +142,67 @@ Answer EditSession::check(const Json& question) {
                         {"handles", Json::Array()}});
 }
 
+const TextsByName& EditSession::data_of(LayoutKind kind) {
+    const std::scoped_lock lock(data_mutex_);
+    const auto found = data_.find(kind);
+    return found != data_.end() ? found->second
+                                : data_.emplace(kind, package_data(context_.program, kind)).first->second;
+}
+
+// Ends a run when a newer text is to be run, and tells the page how far a long one has come.
+class EditSession::Follower : public RunWatcher {
+public:
+    Follower(EditSession& session, std::int64_t number)
+        : session_(session), number_(number), ticket_(++session.newest_) {}
+
+    bool goes_on(const RunProgress& progress) noexcept override {
+        const auto now = std::chrono::steady_clock::now();
+        if (now - told_ >= TELL_EACH) {
+            told_ = now;
+            try {
+                session_.server_.tell("progress", {{"number", number_},
+                                                   {"pass", progress.pass},
+                                                   {"work", work_of_pass(progress.pass)},
+                                                   {"deck", progress.deck},
+                                                   {"decks", progress.decks},
+                                                   {"group", progress.group},
+                                                   {"groups", progress.groups},
+                                                   {"title", progress.title}});
+            } catch (const std::exception&) {  // what cannot be told is told next time
+                return !superseded();
+            }
+        }
+        return !superseded();
+    }
+
+    bool superseded() const { return ticket_ != session_.newest_; }
+
+private:
+    static constexpr auto TELL_EACH = std::chrono::milliseconds(200);
+
+    EditSession& session_;
+    const std::int64_t number_, ticket_;
+    std::chrono::steady_clock::time_point told_ = std::chrono::steady_clock::now();
+};
+
 Answer EditSession::run(const Json& question) {
     const std::string& text = text_in(question, "text");
     const Cut cut = cut_in(question);
     const std::int64_t number = value_in<std::int64_t>(question, "number");
-    const std::int64_t ticket = ++newest_;
-    const auto superseded = [&] { return ticket != newest_; };
-    const Answer newer = error_answer(409, "a newer text is run");
+    Follower follower(*this, number);
 
+    // One at a time: the one before it ends soon, since this one is newer.
     const std::scoped_lock lock(run_mutex_);
-    if (superseded())
-        return newer;
+    if (follower.superseded())
+        return newer_text();
     Noted now = noted(text);
-    const TextsByName* data = nullptr;
-    {
-        const std::scoped_lock reading(data_mutex_);
-        const auto [place, is_new] = data_.try_emplace(now.edition.kind);
-        if (is_new)
-            place->second = package_data(context_.program, now.edition.kind);
-        data = &place->second;
-    }
-    RunInput input = run_input(now.deck, now.edition, place_, *data);
-    MeshRun run = run_with(cut, now.deck, now.edition, input);
-    if (superseded())
-        return newer;
-    auto drawn = std::make_shared<const Drawn>(Drawn{number, std::move(now.deck), std::move(run)});
-    Answer answer = run_answer(drawn->deck, drawn->run, place_, number);
+    RunInput input = run_input(now.deck, now.edition, place_, data_of(now.edition.kind));
+    input.watcher = &follower;
+    MeshRun run = run_with(cut, {now.deck, now.edition, place_}, input);
+    if (follower.superseded())
+        return newer_text();
+    auto drawn = std::make_shared<const Drawn>(Drawn{number, std::move(run)});
+    Answer answer = run_answer(drawn->run, number);
     const std::scoped_lock keeping(drawn_mutex_);
     drawn_ = std::move(drawn);
     return answer;

@@ -22,13 +22,18 @@ class EditSession {
 public:
     EditSession(const EditOptions& options, const Context& context);
 
-    // Of the page's server; valid as long as the session.
-    PageRoutes routes();
+    ~EditSession();
+    EditSession(const EditSession&) = delete;
+    EditSession& operator=(const EditSession&) = delete;
 
-    DeckFile& file() { return file_; }
+    // Of the page.
+    const std::string& address() const { return server_.address(); }
 
 private:
     struct Drawn;  // the run whose mesh is shown
+    class Follower;
+
+    PageRoutes routes();
 
     Answer deck();
     Answer check(const Json& question);
@@ -43,6 +48,8 @@ private:
     };
     Noted noted(const std::string& shown);
 
+    const TextsByName& data_of(LayoutKind kind);
+
     const EditOptions options_;
     const Context context_;
     DeckFile file_;
@@ -53,6 +60,7 @@ private:
     std::mutex run_mutex_;                    // one run at a time
     std::mutex drawn_mutex_;
     std::shared_ptr<const Drawn> drawn_;
+    PageServer server_;  // last: it answers as soon as it is there
 };
 
 }  // namespace brelan::tool
