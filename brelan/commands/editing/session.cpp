@@ -9,7 +9,7 @@
 #include "analysis/soundness.h"
 #include "cli/exit_status.h"
 #include "commands/batch/pass_trace.h"
-#include "commands/checking/deck_check.h"
+#include "commands/editing/deck_json.h"
 #include "commands/editing/run_answer.h"
 #include "text/run_end.h"
 
@@ -117,29 +117,7 @@ Answer EditSession::deck() {
 
 Answer EditSession::check(const Json& question) {
     const Noted now = noted(text_in(question, "text"));
-    const DeckCheck check = check_of(now.deck, now.edition, place_);
-    Json findings = Json::Array();
-    const auto add = [&](int line, const char* severity, const std::string& id, const std::string& message) {
-        findings.push_back({{"line", line > 0 ? line - 1 : 0},
-                            {"from", -1},
-                            {"to", -1},
-                            {"severity", severity},
-                            {"id", id},
-                            {"message", message}});
-    };
-    if (check.verdict.status != 0)
-        add(check.verdict.line, "error", "refused", check.verdict.message);
-    for (const Doubt& doubt : check.doubts)
-        add(doubt.line, doubt.ends_run ? "error" : "warning", doubt.id, doubt.message);
-    return json_answer({{"mode", now.deck.mode},
-                        {"kind", name_of(now.edition.kind)},
-                        {"edition", now.edition.number},
-                        {"cards", Json::Array()},
-                        {"meanings", Json::Object()},
-                        {"findings", findings},
-                        {"groups", Json::Array()},
-                        {"shapes", Json::Array()},
-                        {"handles", Json::Array()}});
+    return json_answer(deck_json(now.deck, now.edition));
 }
 
 const TextsByName& EditSession::data_of(LayoutKind kind) {
