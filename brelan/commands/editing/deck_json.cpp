@@ -4,18 +4,21 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "commands/checking/deck_check.h"
 #include "commands/editing/deck_columns.h"
 #include "commands/editing/meanings_json.h"
+#include "model/deck_handles.h"
 
 namespace brelan::tool {
 
 namespace {
 
 constexpr std::array CARD_TYPES{"values", "name", "title", "list"};
+constexpr std::array HANDLE_KINDS{"point", "centre", "radius", "angle", "block", "dam", "window"};
 constexpr std::array SHAPE_ROLES{"outline", "line", "free-line", "joint", "block", "window", "dam"};
 
 // The number as a person would write it: 0.1 and not its 32 bits in 64.
@@ -143,6 +146,36 @@ Json shapes_json(const NotedDeck& deck, const DeckColumns& columns) {
     return shapes;
 }
 
+// --- handles and edits ---------------------------------------------------------------------------
+
+Json handles_json(const NotedDeck& deck, const DeckColumns& columns) {
+    Json handles = Json::Array();
+    for (const DeckHandle& handle : handles_of(deck)) {
+        const DeckCard& card = deck.cards[handle.card()];
+        const bool free = !handle.polar.empty() || (!handle.x.empty() && !handle.y.empty());
+        handles.push_back({{"id", handle.id},
+                           {"kind", HANDLE_KINDS[static_cast<std::size_t>(handle.kind)]},
+                           {"x", handle.place.x},
+                           {"y", handle.place.y},
+                           {"line", card.line - 1},
+                           {"last", card.last_line - 1},
+                           {"group", handle.group},
+                           {"along", free ? Json() : Json(handle.x.empty() ? "y" : "x")},
+                           {"title", columns.shown(handle.title)}});
+    }
+    return handles;
+}
+
+Json edits_json(std::span<const TextEdit> edits, const DeckColumns& columns) {
+    Json json = Json::Array();
+    for (const TextEdit& edit : edits)
+        json.push_back({{"line", edit.line - 1},
+                        {"from", columns.column(edit.line, edit.from)},
+                        {"to", columns.column(edit.line, edit.to)},
+                        {"text", edit.text}});
+    return json;
+}
+
 }  // namespace
 
 Json deck_json(const NotedDeck& deck, const Edition& edition) {
@@ -159,7 +192,14 @@ Json deck_json(const NotedDeck& deck, const Edition& edition) {
             {"findings", findings_json(check, columns)},
             {"groups", groups_json(deck, columns)},
             {"shapes", shapes_json(deck, columns)},
-            {"handles", Json::Array()}};
+            {"handles", handles_json(deck, columns)}};
+}
+
+Json move_json(const NotedDeck& deck, std::string_view handle, const DeckPoint& to) {
+    const Moved moved = move_handle(deck, handle, to);
+    return {{"edits", edits_json(moved.edits, DeckColumns(deck.text))},
+            {"x", moved.place.x},
+            {"y", moved.place.y}};
 }
 
 }  // namespace brelan::tool

@@ -1,6 +1,8 @@
 // What the page of an editor is told of a deck's text, without a run of it.
 #pragma once
 
+#include <string_view>
+
 #include "cli/json.h"
 #include "commands/batch/edition.h"
 #include "model/deck.h"
@@ -10,5 +12,8 @@ namespace brelan::tool {
 // Cards with the columns of their fields, what their numbers mean, findings of the text alone, groups, what
 // is drawn and what of it can be dragged. Lines and columns are those of DeckColumns.
 Json deck_json(const NotedDeck& deck, const Edition& edition);
+
+// The edits that move a handle, and where it is then. Throws Failure where it cannot be there.
+Json move_json(const NotedDeck& deck, std::string_view handle, const DeckPoint& to);
 
 }  // namespace brelan::tool

@@ -72,7 +72,7 @@ Json meaning_json(const Meaning& meaning, LayoutKind kind) {
         }
     }
     return {{"heading", meaning.first->heading},
-            {"note", note_of(*meaning.first, kind)},
+            {"note", meaning.rows.size() > 1 ? "" : note_of(*meaning.first, kind)},
             {"fields", std::move(fields)}};
 }
 
