@@ -11,7 +11,9 @@
 #include "commands/checking/deck_check.h"
 #include "commands/editing/deck_columns.h"
 #include "commands/editing/meanings_json.h"
+#include "commands/editing/question.h"
 #include "model/deck_handles.h"
+#include "model/new_group.h"
 
 namespace brelan::tool {
 
@@ -176,6 +178,38 @@ Json edits_json(std::span<const TextEdit> edits, const DeckColumns& columns) {
     return json;
 }
 
+// --- questions -----------------------------------------------------------------------------------
+
+constexpr std::array FORMS{"outline", "line", "arc"};
+
+// A number of a line or of a material; what is far too large stays so.
+int whole_in(const Json& question, std::string_view name) {
+    constexpr double most = 1e9;
+    return static_cast<int>(std::clamp(number_in(question, name), -most, most));
+}
+
+int line_in(const Json& question) {
+    return whole_in(question, "line") + 1;
+}
+
+GroupSketch drawn_in(const Json& question) {
+    const std::string& form = text_in(question, "form");
+    const auto found = std::find(FORMS.begin(), FORMS.end(), form);
+    if (found == FORMS.end())
+        throw Failure("the question's \"form\" is none of outline, line and arc");
+    GroupSketch drawn;
+    drawn.form = static_cast<DrawnForm>(found - FORMS.begin());
+    for (const Json& point : value_in<Json::Array>(question, "points")) {
+        const auto* const place = std::get_if<Json::Array>(&point.value());
+        if (place == nullptr || place->size() != 2)
+            throw Failure("the question's \"points\" are no pairs of numbers");
+        drawn.points.push_back({number_of(&(*place)[0], "points"), number_of(&(*place)[1], "points")});
+    }
+    drawn.material = whole_in(question, "material");
+    drawn.title = text_in(question, "title");
+    return drawn;
+}
+
 }  // namespace
 
 Json deck_json(const NotedDeck& deck, const Edition& edition) {
@@ -195,11 +229,17 @@ Json deck_json(const NotedDeck& deck, const Edition& edition) {
             {"handles", handles_json(deck, columns)}};
 }
 
-Json move_json(const NotedDeck& deck, std::string_view handle, const DeckPoint& to) {
-    const Moved moved = move_handle(deck, handle, to);
+Json move_json(const NotedDeck& deck, const Json& question) {
+    const DeckPoint to{number_in(question, "x"), number_in(question, "y")};
+    const Moved moved = move_handle(deck, text_in(question, "handle"), to);
     return {{"edits", edits_json(moved.edits, DeckColumns(deck.text))},
             {"x", moved.place.x},
             {"y", moved.place.y}};
+}
+
+Json draw_json(const NotedDeck& deck, const Json& question) {
+    const NewGroup made = draw_group(deck, line_in(question), drawn_in(question));
+    return {{"edits", edits_json(made.edits, DeckColumns(deck.text))}, {"line", made.line - 1}};
 }
 
 }  // namespace brelan::tool

@@ -1,8 +1,6 @@
 // What the page of an editor is told of a deck's text, without a run of it.
 #pragma once
 
-#include <string_view>
-
 #include "cli/json.h"
 #include "commands/batch/edition.h"
 #include "model/deck.h"
@@ -13,7 +11,12 @@ namespace brelan::tool {
 // is drawn and what of it can be dragged. Lines and columns are those of DeckColumns.
 Json deck_json(const NotedDeck& deck, const Edition& edition);
 
-// The edits that move a handle, and where it is then. Throws Failure where it cannot be there.
-Json move_json(const NotedDeck& deck, std::string_view handle, const DeckPoint& to);
+// The edits that move a handle, {handle, x, y}, and where it is then. Throws Failure where it cannot be
+// there.
+Json move_json(const NotedDeck& deck, const Json& question);
+
+// The edits that draw a group, {line, form, points, material, title}, and the line where its cards begin.
+// Throws Failure where nothing can be drawn like that.
+Json draw_json(const NotedDeck& deck, const Json& question);
 
 }  // namespace brelan::tool

@@ -10,6 +10,7 @@
 #include "cli/exit_status.h"
 #include "commands/batch/pass_trace.h"
 #include "commands/editing/deck_json.h"
+#include "commands/editing/question.h"
 #include "commands/editing/run_answer.h"
 #include "text/run_end.h"
 
@@ -21,20 +22,6 @@ namespace {
 
 constexpr std::array CUT_NAMES{std::pair{"auto", Cut::automatic}, std::pair{"rules", Cut::rules},
                                std::pair{"sound", Cut::sound}};
-
-// What a question has to hold. Throws Failure where it does not.
-template <class Value>
-const Value& value_in(const Json& question, std::string_view name) {
-    const Json* const member = question.find(name);
-    const Value* const value = member == nullptr ? nullptr : std::get_if<Value>(&member->value());
-    if (value == nullptr)
-        throw Failure(fmt::format("the question lacks \"{}\"", name));
-    return *value;
-}
-
-const std::string& text_in(const Json& question, std::string_view name) {
-    return value_in<std::string>(question, name);
-}
 
 Cut cut_in(const Json& question) {
     const std::string& wanted = text_in(question, "cut");
@@ -81,6 +68,8 @@ EditSession::~EditSession() {
 PageRoutes EditSession::routes() {
     return {{{"deck", [this] { return deck(); }}},
             {{"check", [this](const Json& question) { return check(question); }},
+             {"move", [this](const Json& question) { return move(question); }},
+             {"draw", [this](const Json& question) { return draw(question); }},
              {"run", [this](const Json& question) { return run(question); }},
              {"details", [this](const Json& question) { return details(question); }},
              {"save", [this](const Json& question) { return save(question); }}}};
@@ -118,6 +107,14 @@ Answer EditSession::deck() {
 Answer EditSession::check(const Json& question) {
     const Noted now = noted(text_in(question, "text"));
     return json_answer(deck_json(now.deck, now.edition));
+}
+
+Answer EditSession::move(const Json& question) {
+    return json_answer(move_json(noted(text_in(question, "text")).deck, question));
+}
+
+Answer EditSession::draw(const Json& question) {
+    return json_answer(draw_json(noted(text_in(question, "text")).deck, question));
 }
 
 const TextsByName& EditSession::data_of(LayoutKind kind) {

@@ -37,6 +37,8 @@ private:
 
     Answer deck();
     Answer check(const Json& question);
+    Answer move(const Json& question);
+    Answer draw(const Json& question);
     Answer run(const Json& question);
     Answer details(const Json& question);
     Answer save(const Json& question);
