@@ -99,7 +99,7 @@ DeckCheck check_of(NotedDeck deck, const Edition& edition, const DeckPlace& plac
 
 DeckCheck text_check_of(NotedDeck deck, const Edition& edition) {
     DeckCheck check{std::move(deck), edition, {}, {}, {}};
-    check.verdict = verdict_of_cards(check.deck, edition);
+    check.verdict = check.deck.fault ? verdict_of_fault(check.deck) : verdict_of_dam(check.deck, edition);
     Doubts doubts(check.deck);
     doubt_text(doubts, check.verdict);
     doubts.sort();

@@ -111,7 +111,21 @@ Verdict verdict_of(const NotedDeck& deck, const Edition& edition) {
     });
 }
 
-Verdict verdict_of_cards(const NotedDeck& deck, const Edition& edition) {
+Verdict verdict_of_fault(const NotedDeck& deck) {
+    Verdict verdict;
+    verdict.status = deck.fault->wrong_count ? STATUS_STOPPED : STATUS_FAILED;
+    verdict.line = deck.fault->line;
+    verdict.message = deck.file.string();
+    if (verdict.line > 0)
+        verdict.message += ", line " + std::to_string(verdict.line);
+    verdict.message += ": " + deck.fault->message;
+    return verdict;
+}
+
+Verdict verdict_of_dam(const NotedDeck& deck, const Edition& edition) {
+    constexpr std::int32_t dam = 3;
+    if (deck.mode != dam)
+        return {};
     return checked(deck, edition, [](Run&, const MemoryFiles&, Verdict&) {});
 }
 

@@ -97,7 +97,7 @@ std::string bare_message(const NotedDeck& deck, const Verdict& verdict) {
     return verdict.message.starts_with(place) ? verdict.message.substr(place.size()) : verdict.message;
 }
 
-Json findings_json(const DeckCheck& check, const DeckColumns& columns) {
+Json list_json(const DeckCheck& check, const DeckColumns& columns) {
     const NotedDeck& deck = check.deck;
     Json findings = Json::Array();
     if (check.verdict.status != 0) {
@@ -223,10 +223,14 @@ Json deck_json(const NotedDeck& deck, const Edition& edition) {
             {"edition", edition.number},
             {"cards", std::move(cards)},
             {"meanings", meanings_json(deck)},
-            {"findings", findings_json(check, columns)},
+            {"findings", list_json(check, columns)},
             {"groups", groups_json(deck, columns)},
             {"shapes", shapes_json(deck, columns)},
             {"handles", handles_json(deck, columns)}};
+}
+
+Json findings_json(const NotedDeck& deck, const Edition& edition, const DeckPlace& place) {
+    return {{"findings", list_json(check_of(deck, edition, place), DeckColumns(deck.text))}};
 }
 
 Json move_json(const NotedDeck& deck, const Json& question) {

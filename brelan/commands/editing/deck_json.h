@@ -3,6 +3,7 @@
 
 #include "cli/json.h"
 #include "commands/batch/edition.h"
+#include "commands/checking/doubts.h"
 #include "model/deck.h"
 
 namespace brelan::tool {
@@ -10,6 +11,10 @@ namespace brelan::tool {
 // Cards with the columns of their fields, what their numbers mean, findings of the text alone, groups, what
 // is drawn and what of it can be dragged. Lines and columns are those of DeckColumns.
 Json deck_json(const NotedDeck& deck, const Edition& edition);
+
+// The findings with those for which the files of the deck's place are read and a base mesh is made: all that
+// brelan check tells. It takes as long as the mesh is large.
+Json findings_json(const NotedDeck& deck, const Edition& edition, const DeckPlace& place);
 
 // The edits that move a handle, {handle, x, y}, and where it is then. Throws Failure where it cannot be
 // there.

@@ -68,6 +68,7 @@ EditSession::~EditSession() {
 PageRoutes EditSession::routes() {
     return {{{"deck", [this] { return deck(); }}},
             {{"check", [this](const Json& question) { return check(question); }},
+             {"doubts", [this](const Json& question) { return doubts(question); }},
              {"move", [this](const Json& question) { return move(question); }},
              {"draw", [this](const Json& question) { return draw(question); }},
              {"run", [this](const Json& question) { return run(question); }},
@@ -107,6 +108,11 @@ Answer EditSession::deck() {
 Answer EditSession::check(const Json& question) {
     const Noted now = noted(text_in(question, "text"));
     return json_answer(deck_json(now.deck, now.edition));
+}
+
+Answer EditSession::doubts(const Json& question) {
+    const Noted now = noted(text_in(question, "text"));
+    return json_answer(findings_json(now.deck, now.edition, place_));
 }
 
 Answer EditSession::move(const Json& question) {

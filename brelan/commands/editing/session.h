@@ -37,6 +37,7 @@ private:
 
     Answer deck();
     Answer check(const Json& question);
+    Answer doubts(const Json& question);
     Answer move(const Json& question);
     Answer draw(const Json& question);
     Answer run(const Json& question);

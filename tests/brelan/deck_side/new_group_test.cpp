@@ -11,15 +11,12 @@
 #include "cli/exit_status.h"
 #include "commands/checking/deck_check.h"
 #include "commands/starter_decks.h"
+#include "deck_texts.h"
 #include "run/run_deck.h"
 #include "support/campaign.h"
 
 namespace brelan::tool {
 namespace {
-
-NotedDeck read_text(const std::string& text, LayoutKind kind = LayoutKind::displacement) {
-    return read_deck(DeckSource{"pit.dat", text, false}, kind);
-}
 
 std::string with_group(const NotedDeck& deck, int line, const GroupSketch& drawn) {
     return edited_text(deck.text, draw_group(deck, line, drawn).edits);
@@ -39,7 +36,7 @@ const std::string PLAIN =
 
 TEST(NewGroup, it_takes_the_layout_of_the_group_beside_it) {
     EXPECT_EQ(
-        with_group(read_text(PLAIN), 100, SQUARE),
+        with_group(noted_text(PLAIN), 100, SQUARE),
         "1 0\nA.Mes\nB.Mes\n1 1\n4\n0\n0\n0\n2 0\n0.0 0.0\n2\n 2 4\n  2   0  0  0.0     0.0\n"
         "  1   0.25    0.0\n  2   3.0     0.0\n1\n1 1 0 2\n* Group No = 2: Fill\n3  0  0\n"
         " 9 2.3  0  0\n  4   1  0  0.0     0.0\n  1   1.0     1.0\n  2   2.0     1.0\n  3   2.0     2.0\n"
@@ -48,7 +45,7 @@ TEST(NewGroup, it_takes_the_layout_of_the_group_beside_it) {
 
 TEST(NewGroup, it_stands_at_the_boundary_that_is_nearest_and_later_groups_count_on) {
     const std::string deck = starter_text(*starter_deck("groups"), LayoutKind::displacement, "a.dat");
-    const NotedDeck pit = read_text(deck);
+    const NotedDeck pit = noted_text(deck);
     const NewGroup made = draw_group(pit, line_with(deck, "* Group No = 2") + 3, SQUARE);
     const std::string text = edited_text(deck, made.edits);
     EXPECT_EQ(made.line, line_with(text, "Fill"));
@@ -57,14 +54,14 @@ TEST(NewGroup, it_stands_at_the_boundary_that_is_nearest_and_later_groups_count_
               std::string::npos);
     for (const char* later : {"* Group No = 3\nStage 1", "* Group No = 4\nStage 2", "* Group No = 5\nStrut"})
         EXPECT_NE(text.find(later), std::string::npos) << later;
-    const NotedDeck read = read_text(text);
+    const NotedDeck read = noted_text(text);
     ASSERT_EQ(read.groups.size(), 5U);
     EXPECT_EQ(read.groups[1].title, "Fill");
 }
 
 TEST(NewGroup, a_base_mesh_without_an_edit_gets_one) {
     const std::string deck = starter_text(*starter_deck("base-mesh"), LayoutKind::displacement, "a.dat");
-    const NotedDeck read = read_text(with_group(read_text(deck), 1, SQUARE));
+    const NotedDeck read = noted_text(with_group(noted_text(deck), 1, SQUARE));
     ASSERT_FALSE(read.fault);
     EXPECT_EQ(read.first_mesh, BASE_MESH);
     EXPECT_EQ(read.result, "pit.Mes");
@@ -75,13 +72,13 @@ TEST(NewGroup, a_base_mesh_without_an_edit_gets_one) {
 TEST(NewGroup, decks_that_draw_no_groups_say_what_to_do) {
     for (const char* name : {"edit-0", "edit-3", "combination", "dam"}) {
         const NotedDeck deck =
-            read_text(starter_text(*starter_deck(name), LayoutKind::displacement, "a.dat"));
+            noted_text(starter_text(*starter_deck(name), LayoutKind::displacement, "a.dat"));
         EXPECT_THROW(draw_group(deck, 1, SQUARE), Failure) << name;
     }
 }
 
 TEST(NewGroup, nothing_is_drawn_of_points_that_make_no_form) {
-    const NotedDeck deck = read_text(PLAIN);
+    const NotedDeck deck = noted_text(PLAIN);
     const auto refused = [&](DrawnForm form, std::vector<DeckPoint> points, std::string title = "") {
         EXPECT_THROW(draw_group(deck, 1, {form, std::move(points), 1, std::move(title)}), Failure);
     };
@@ -100,8 +97,8 @@ TEST(NewGroup, nothing_is_drawn_of_points_that_make_no_form) {
 TEST(NewGroup, an_arc_goes_through_its_three_points_either_way_round) {
     for (const double side : {1.0, -1.0}) {
         const std::string text = with_group(
-            read_text(PLAIN), 100, {DrawnForm::arc, {{0.0, 0.0}, {2.0, 2.0 * side}, {4.0, 0.0}}, 1, ""});
-        const NotedDeck deck = read_text(text);
+            noted_text(PLAIN), 100, {DrawnForm::arc, {{0.0, 0.0}, {2.0, 2.0 * side}, {4.0, 0.0}}, 1, ""});
+        const NotedDeck deck = noted_text(text);
         ASSERT_FALSE(deck.fault) << deck.fault->message << text;
         const std::vector<DeckPoint>& path = deck.groups.back().path;
         EXPECT_NEAR(path.front().x, 0.0, 1e-5);
@@ -164,7 +161,7 @@ TEST(NewGroup, what_is_drawn_is_accepted_runs_and_lies_where_it_was_drawn) {
         for (edition.number = 1; kind_of(edition.number) != kind;)
             ++edition.number;
         const GroupSketch drawn = random_group(random);
-        const NotedDeck deck = read_text(with_group(read_text(ground(kind), kind), 100, drawn), kind);
+        const NotedDeck deck = noted_text(with_group(noted_text(ground(kind), kind), 100, drawn), kind);
         ASSERT_FALSE(deck.fault) << deck.fault->message << deck.text;
         const DeckCheck check = text_check_of(deck, edition);
         EXPECT_TRUE(check.accepted()) << deck.text;
