@@ -323,6 +323,13 @@ void add_edit(Parser& parser) {
     command->add_flag("--watch", options->watch, "Show what another editor writes to the deck");
 }
 
+void add_watch(Parser& parser) {
+    auto [command, options] = parser.add(
+        "watch", "Run a deck in memory at each save, and say what has changed", EXAMPLES_OF_WATCH, watch);
+    add_deck(*command, *options);
+    add_cut(*command, options->cut);
+}
+
 // Throws Failure that names the nearest command, or all of them, where there is none of this name.
 CLI::App& command_named(CLI::App& app, const std::string& name) {
     std::vector<std::string> names;
@@ -387,8 +394,8 @@ int run_command_line(int argc, char** argv) {
     app.add_flag("-q,--quiet", parser.context.quiet, "Only results and errors");
     app.require_subcommand(1);
     app.fallthrough();
-    for (const auto add :
-         {add_run, add_edit, add_new, add_check, add_info, add_plot, add_convert, add_diff, add_help})
+    for (const auto add : {add_run, add_edit, add_watch, add_new, add_check, add_info, add_plot, add_convert,
+                           add_diff, add_help})
         add(parser);
     // The parser would only say that a command is missing.
     for (int i = 1; i < argc; ++i)

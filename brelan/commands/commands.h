@@ -111,4 +111,11 @@ struct EditOptions {
 };
 int edit(const EditOptions& options, const Context& context);
 
+struct WatchOptions {
+    std::string deck, project;
+    Cut cut = Cut::automatic;
+    EditionOptions edition;
+};
+int watch(const WatchOptions& options, const Context& context);
+
 }  // namespace brelan::tool

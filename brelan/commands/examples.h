@@ -20,6 +20,12 @@ inline constexpr const char* EXAMPLES_OF_EDIT =
   brelan edit pit.dat --cut sound      elements along drawn lines as a solver takes them
 )";
 
+inline constexpr const char* EXAMPLES_OF_WATCH =
+    R"(  brelan watch pit.dat                 beside the editor in which it is written
+  brelan watch -q pit.dat              only what has changed, without the first run
+  brelan watch pit.dat --cut sound     elements along drawn lines as a solver takes them
+)";
+
 inline constexpr const char* EXAMPLES_OF_NEW =
     R"(  brelan new base-mesh > pit.dat     a base mesh, to be changed to your needs
   brelan new groups -o quay          quay/groups.dat: an excavation in stages

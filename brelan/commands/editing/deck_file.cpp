@@ -29,7 +29,7 @@ std::string stamp_of(std::string_view bytes) {
 }  // namespace
 
 DeckFile::DeckFile(fs::path path) : path_(std::move(path)) {
-    state();
+    known_ = state().stamp;
 }
 
 DeckState DeckFile::state() {
@@ -57,7 +57,18 @@ DeckState DeckFile::save(const std::string& shown, const std::string& stamp, Rep
         if (DeckState now = read(); now.stamp != stamp)
             throw ChangedOnDisk{std::move(now)};
     write_file(path_, bytes);
-    return read();
+    DeckState saved = read();
+    known_ = saved.stamp;
+    return saved;
+}
+
+std::optional<DeckState> DeckFile::news() {
+    const std::scoped_lock lock(mutex_);
+    DeckState now = read();
+    if (now.stamp == known_)
+        return std::nullopt;
+    known_ = now.stamp;
+    return now;
 }
 
 std::string DeckFile::deck_of(const std::string& shown) {

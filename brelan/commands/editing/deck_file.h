@@ -36,6 +36,9 @@ public:
     // Failure where it cannot be written.
     DeckState save(const std::string& shown, const std::string& stamp, Replace replace);
 
+    // As it is now, where it is neither what was there first, nor what was saved or told last.
+    std::optional<DeckState> news();
+
     // The text as a run reads it.
     std::string deck_of(const std::string& shown);
 
@@ -45,6 +48,7 @@ private:
     const std::filesystem::path path_;
     std::mutex mutex_;
     std::optional<DeckText> text_;  // that was read or saved last
+    std::string known_;             // stamp of what was there first, or was saved or told last
 };
 
 }  // namespace brelan::tool

@@ -8,8 +8,10 @@
 
 #include "analysis/soundness.h"
 #include "cli/exit_status.h"
+#include "cli/input_file.h"
 #include "commands/batch/pass_trace.h"
 #include "commands/editing/deck_json.h"
+#include "commands/editing/file_watch.h"
 #include "commands/editing/question.h"
 #include "commands/editing/run_answer.h"
 #include "text/run_end.h"
@@ -35,6 +37,12 @@ Answer newer_text() {
     return error_answer(409, "a newer text is run");
 }
 
+fs::path file_of(const EditOptions& options) {
+    if (options.deck == STANDARD_STREAM)
+        throw Failure("expected a deck in a file, which can be saved");
+    return options.deck;
+}
+
 fs::path project_of(const EditOptions& options) {
     fs::path project = options.project;
     if (project.empty())
@@ -57,9 +65,10 @@ struct EditSession::Drawn {
 EditSession::EditSession(const EditOptions& options, const Context& context)
     : options_(options),
       context_(context),
-      file_(options.deck),
+      file_(file_of(options)),
       place_{project_of(options), {}},
-      server_(routes(), options.port) {}
+      server_(routes(), options.port),
+      watcher_([this](const std::stop_token& end) { watch(end); }) {}
 
 EditSession::~EditSession() {
     ++newest_;  // a run that is in work ends
@@ -82,6 +91,22 @@ EditSession::Noted EditSession::noted(const std::string& shown) {
     noted.edition = edition_of_deck(source, place_.project, {}, options_.edition).edition;
     noted.deck = read_deck(source, noted.edition.kind);
     return noted;
+}
+
+void EditSession::watch(const std::stop_token& end) {
+    FileWatch file(file_.path());
+    std::mutex mutex;
+    std::unique_lock lock(mutex);
+    while (!ends_.wait_for(lock, end, FileWatch::EACH, [&] { return end.stop_requested(); })) {
+        if (!file.changed())
+            continue;
+        try {
+            if (const std::optional<DeckState> news = file_.news())
+                server_.tell("disk", {{"text", news->text}, {"stamp", news->stamp}});
+        } catch (const std::exception& failure) {  // no text, or not to be read
+            server_.tell("disk", {{"error", failure.what()}});
+        }
+    }
 }
 
 Answer EditSession::deck() {

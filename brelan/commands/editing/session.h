@@ -2,11 +2,14 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <filesystem>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <stop_token>
 #include <string>
+#include <thread>
 
 #include "cli/context.h"
 #include "cli/json.h"
@@ -51,6 +54,9 @@ private:
     };
     Noted noted(const std::string& shown);
 
+    // Tells the page of what others write, until the session ends.
+    void watch(const std::stop_token& end);
+
     const TextsByName& data_of(LayoutKind kind);
 
     const EditOptions options_;
@@ -63,7 +69,9 @@ private:
     std::mutex run_mutex_;                    // one run at a time
     std::mutex drawn_mutex_;
     std::shared_ptr<const Drawn> drawn_;
-    PageServer server_;  // last: it answers as soon as it is there
+    PageServer server_;  // it answers as soon as it is there
+    std::condition_variable_any ends_;
+    std::jthread watcher_;  // of the file; last, so that it ends first
 };
 
 }  // namespace brelan::tool
