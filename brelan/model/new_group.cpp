@@ -47,12 +47,15 @@ std::vector<int> boundaries(const NotedDeck& deck) {
     return lines;
 }
 
-std::size_t boundary_near(const NotedDeck& deck, int line) {
-    const std::vector<int> lines = boundaries(deck);
-    return static_cast<std::size_t>(
-        std::min_element(lines.begin(), lines.end(),
-                         [&](int a, int b) { return std::abs(a - line) < std::abs(b - line); }) -
-        lines.begin());
+// How many groups stand in front of one that is drawn with the cursor there: it follows the group that the
+// cursor is in. Outside of the groups' cards it follows all of them, as groups work on what those before
+// left.
+std::size_t groups_before(const NotedDeck& deck, int line) {
+    if (line < deck.card("3.3.5.4-1")->line)
+        return deck.groups.size();
+    return static_cast<std::size_t>(std::count_if(
+        deck.groups.begin(), deck.groups.end(),
+        [&](const DeckGroup& group) { return lines_of_group(deck, group.number).first <= line; }));
 }
 
 // Lines in front of a line, which may be the one behind the last.
@@ -198,7 +201,7 @@ std::string group_text(const NotedDeck& deck, const CardLayout& layout, const Gr
 
 NewGroup into_groups(const NotedDeck& deck, int line, const GroupSketch& drawn, const GroupOutline& outline) {
     const DeckCard& counts = *deck.card("3.3.5.4-1");
-    const std::size_t before = boundary_near(deck, line), count = deck.groups.size();
+    const std::size_t before = groups_before(deck, line), count = deck.groups.size();
     if (count >= static_cast<std::size_t>(MOST_GROUPS))
         throw Failure(fmt::format("a deck has at most {} groups", MOST_GROUPS));
     std::optional<std::size_t> like;

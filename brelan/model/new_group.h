@@ -29,9 +29,9 @@ struct NewGroup {
     int line = 0;                 // of its first card in the new text, from 1
 };
 
-// The cards of a group at the boundary of two groups that is nearest to a line, from 1. A base mesh without
-// an edit gets one that draws the group. Throws Failure with one sentence where nothing can be drawn like
-// that.
+// The cards of a group behind the one that a line, from 1, is in; behind all groups where it is in front of
+// their cards. A base mesh without an edit gets one that draws the group. Throws Failure with one sentence
+// where nothing can be drawn like that.
 NewGroup draw_group(const NotedDeck& deck, int line, const GroupSketch& drawn);
 
 }  // namespace brelan::tool

@@ -43,10 +43,10 @@ TEST(NewGroup, it_takes_the_layout_of_the_group_beside_it) {
         "  4   1.0     2.0\n4\n1 1 0 2\n2 1 0 2\n3 1 0 2\n4 1 0 2");
 }
 
-TEST(NewGroup, it_stands_at_the_boundary_that_is_nearest_and_later_groups_count_on) {
+TEST(NewGroup, it_follows_the_group_at_the_cursor_and_later_groups_count_on) {
     const std::string deck = starter_text(*starter_deck("groups"), LayoutKind::displacement, "a.dat");
     const NotedDeck pit = noted_text(deck);
-    const NewGroup made = draw_group(pit, line_with(deck, "* Group No = 2") + 3, SQUARE);
+    const NewGroup made = draw_group(pit, line_with(deck, "* Group No = 2"), SQUARE);
     const std::string text = edited_text(deck, made.edits);
     EXPECT_EQ(made.line, line_with(text, "Fill"));
     EXPECT_NE(text.find("* NGROUP  IGTITL\n  5       1\n"), std::string::npos);
@@ -57,6 +57,20 @@ TEST(NewGroup, it_stands_at_the_boundary_that_is_nearest_and_later_groups_count_
     const NotedDeck read = noted_text(text);
     ASSERT_EQ(read.groups.size(), 5U);
     EXPECT_EQ(read.groups[1].title, "Fill");
+}
+
+TEST(NewGroup, what_is_drawn_next_follows_what_was_drawn_before) {
+    const std::string deck = starter_text(*starter_deck("groups"), LayoutKind::displacement, "a.dat");
+    const auto place_of_fill = [&](int line) {
+        const std::vector<DeckGroup> groups = noted_text(with_group(noted_text(deck), line, SQUARE)).groups;
+        return std::find_if(groups.begin(), groups.end(),
+                            [](const DeckGroup& g) { return g.title == "Fill"; }) -
+               groups.begin();
+    };
+    EXPECT_EQ(place_of_fill(line_with(deck, "Stage 1")), 2);
+    EXPECT_EQ(place_of_fill(line_with(deck, "* Group No = 1")), 0);
+    EXPECT_EQ(place_of_fill(1), 4);
+    EXPECT_EQ(place_of_fill(9999), 4);
 }
 
 TEST(NewGroup, a_base_mesh_without_an_edit_gets_one) {
