@@ -183,7 +183,10 @@ std::string text_like(double value, std::string_view old) {
         return shortest_text(static_cast<float>(kept), FieldForm::real);
     const std::size_t point = old.find('.');
     const bool plain = old.find_first_not_of("+-.0123456789") == std::string_view::npos;
+    // Zeros at the end are how a person writes; other decimals are but those that a value needed.
     std::size_t decimals = !plain || point == std::string_view::npos ? 0 : old.size() - point - 1;
+    if (decimals > 1 && old.back() != '0')
+        decimals = 1;
     std::string text;
     do
         text = fmt::format("{:.{}f}", kept + 0.0, decimals++);

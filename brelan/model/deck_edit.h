@@ -47,8 +47,8 @@ std::string edited_text(std::string_view text, std::span<const TextEdit> edits);
 
 // --- numbers as texts ----------------------------------------------------------------------------
 
-// A real number with the five digits that a deck keeps, and with as many decimals as the text whose place it
-// takes, or more where it needs them.
+// A real number with the five digits that a deck keeps, and with as many decimals as it needs: at least one
+// where the text whose place it takes has decimals, and as many as that has where it ends with zeros.
 std::string text_like(double value, std::string_view old);
 
 // The shortest text that is read back as the value; a real number has its point. Throws Failure for what is

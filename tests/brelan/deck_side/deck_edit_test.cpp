@@ -56,6 +56,18 @@ TEST(DeckEdit, a_value_that_was_not_given_follows_the_defaults_of_those_before_i
     EXPECT_EQ(noted_text(text).cards[card].integer("MATX3"), 7);
 }
 
+TEST(DeckEdit, a_number_is_written_like_the_one_whose_place_it_takes) {
+    EXPECT_EQ(text_like(2.5, "13.00"), "2.50");
+    EXPECT_EQ(text_like(12.0, "11.234"), "12.0");
+    EXPECT_EQ(text_like(12.0, "11"), "12");
+    EXPECT_EQ(text_like(12.5, "11"), "12.5");
+    EXPECT_EQ(text_like(12.0, "11."), "12.");
+    EXPECT_EQ(text_like(1234.567, "0.0"), "1234.6");
+    EXPECT_EQ(text_like(-0.00000001, "1E3"), "-1e-08");
+    EXPECT_EQ(text_like(-0.0, "1.0"), "0.0");
+    EXPECT_EQ(text_like(0.1 + 0.2, "1.0"), "0.3");
+}
+
 TEST(DeckEdit, line_ends_and_comments_stay) {
     const NotedDeck deck = noted_text(SELECTION);
     EXPECT_EQ(with_value(deck, 0, 1, "5"), replaced(SELECTION, "  1  0\r\n", "  1  5\r\n"));
