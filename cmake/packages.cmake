@@ -6,7 +6,7 @@ install(TARGETS brelan2d DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT brelan)
 install(DIRECTORY data/ DESTINATION ${CMAKE_INSTALL_DATADIR}/brelan2d/C COMPONENT brelan)
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright COMPONENT brelan)
 install(DIRECTORY docs/tutorial docs/manual examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT brelan
-    PATTERN CMakeLists.txt EXCLUDE PATTERN run_tutorial.py EXCLUDE PATTERN __pycache__ EXCLUDE)
+    PATTERN CMakeLists.txt EXCLUDE PATTERN run_tutorial.py EXCLUDE PATTERN walk.py EXCLUDE PATTERN __pycache__ EXCLUDE)
 
 # Man pages and the list of changes are compressed without name and time.
 find_program(GZIP gzip REQUIRED)
