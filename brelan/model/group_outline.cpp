@@ -7,7 +7,7 @@
 #include <numbers>
 
 #include "cli/exit_status.h"
-#include "mesh/group_tables.h"
+#include "deck/group_card_table.h"
 #include "model/deck_edit.h"
 #include "model/group_path.h"
 
