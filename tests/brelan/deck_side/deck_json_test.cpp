@@ -95,8 +95,8 @@ TEST(DeckJson, every_field_that_has_an_effect_has_a_meaning) {
         const char* const codes = two_codes                     ? "1 1\n"
                                   : kind == LayoutKind::coupled ? "1 1 1 1 1\n"
                                                                 : "1 1 1\n";
-        look(noted_text(edit + "1\n" + window + codes, kind));
-        look(noted_text(edit + "3\n" + window + "1 1 1\n", kind));
+        look(noted_text(std::string(edit).append("1\n").append(window).append(codes), kind));
+        look(noted_text(std::string(edit).append("3\n").append(window).append("1 1 1\n"), kind));
         for (const char* material : {"1\n0 0", "2\n0 0", "3\n1 1 0 0", "4\n1 1 0 0 0", "-2\n1 1 0.0 0 0 0 0",
                                      "-3\n1 1 1 1 0.0 0 0 0 0", "-4\n1 1 1 1 0.0 0 0 0 0 0"}) {
             const std::string group(material);
