@@ -126,6 +126,8 @@ public:
             if (!refusal)
                 return httplib::Server::HandlerResponse::Unhandled;
             set(response, std::move(*refusal));
+            // What was sent besides has not been read: nobody may take it for the next request.
+            response.set_header("Connection", "close");
             return httplib::Server::HandlerResponse::Handled;
         });
         server_.set_error_handler([](const Request&, Response& response) {
@@ -215,7 +217,7 @@ private:
         if (request.has_header("Origin") && !from_page)
             return error_answer(403, "the request comes from another page");
         if (request.has_header("Range"))
-            return error_answer(400, "parts are not given");
+            return Answer{400, "text/plain", ""};  // of an error parts would be given as well
         const bool sends = request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
         if (request.method == "GET")
             return sends ? std::optional(error_answer(400, "a question has no body")) : std::nullopt;
@@ -230,8 +232,16 @@ private:
         // Neither has a length that is known before it is unpacked.
         if (request.has_header("Transfer-Encoding") || request.has_header("Content-Encoding"))
             return error_answer(415, "expected a body as it is");
-        if (request.get_header_value_count("Content-Length") != 1)
+        return refused_length(only(request, "Content-Length"));
+    }
+
+    // A body that is a little too large is read before it is refused, so that the page gets the answer.
+    static std::optional<Answer> refused_length(const std::optional<std::string>& length) {
+        if (!length || length->empty() || length->find_first_not_of("0123456789") != std::string::npos)
             return error_answer(411, "expected the length of the body");
+        constexpr std::size_t DIGITS = 8;
+        if (length->size() > DIGITS)
+            return error_answer(413, sentence_of(413));
         return std::nullopt;
     }
 

@@ -30,6 +30,8 @@ std::string stamp_of(std::string_view bytes) {
 
 DeckFile::DeckFile(fs::path path) : path_(std::move(path)) {
     known_ = state().stamp;
+    if (known_.empty())
+        read_file(path_);  // which says that it is not there
 }
 
 DeckState DeckFile::state() {
