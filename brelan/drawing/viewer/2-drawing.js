@@ -37,7 +37,6 @@ function hatching(color) {
 
 const meshTransform = () => ctx.setTransform(ratio * view.scale, 0, 0, -ratio * view.scale,
     ratio * (width / 2 - view.x * view.scale), ratio * (height / 2 + view.y * view.scale));
-const stats = { milliseconds: 0, detailed: false, drawn: 0 };
 let pending = 0, settled = 0, slowSides = false;
 
 // Draws at the next frame. While the view moves, sides that take long are left out and follow when it rests.

@@ -3,6 +3,8 @@
 
 const theme = { paper: "#fff", ink: "#222830" };  // behind what is written, and what it is written with
 
+const stats = { milliseconds: 0, detailed: false, drawn: 0, symbols: 0 };  // of the last drawing
+
 const shows = (group) => DATA.groups[group].shown;
 
 const shortNumber = (v) => String(Number(v.toPrecision(7)));

@@ -30,7 +30,7 @@ function startLists() {
 
 // Only the list that is seen is made.
 function showLists() {
-    const hasAreas = Boolean(DATA.stages && DATA.stages.areas && DATA.stages.areas.length > 0 && stages.steps.length > 0);
+    const hasAreas = Boolean(hasMesh() && stages.steps.length > 0);
     el("tab-areas").hidden = !hasAreas;
     if (lists.now === "areas" && !hasAreas) { useTab("materials"); return; }
     const unsound = unsoundPlaces();
@@ -59,8 +59,8 @@ function showMaterials() {
 
 // ---- soundness ----------------------------------------------------------------------------------
 
-const isUnsound = (finding) => finding.severity === "error" || finding.severity === "unsound";
-const unsoundPlaces = () => (DATA.findings || []).filter(isUnsound).reduce((sum, f) => sum + (f.count || f.places.length), 0);
+const isUnsound = (finding) => finding.severity === "error";
+const unsoundPlaces = () => (DATA.findings || []).filter(isUnsound).reduce((sum, f) => sum + f.count, 0);
 
 function showSoundness() {
     const MOST = 60, parts = [], list = [...(DATA.findings || [])].sort((a, b) => isUnsound(b) - isUnsound(a));
@@ -69,15 +69,15 @@ function showSoundness() {
     for (const finding of list) {
         parts.push(make("div", { className: "check-title", textContent: finding.title }));
         for (const place of finding.places.slice(0, MOST)) {
-            const button = make("button", { type: "button", className: "place", textContent: place.text || `${shortNumber(place.x)}, ${shortNumber(place.y)}` });
+            const button = make("button", { type: "button", className: "place", textContent: place.text });
             button.addEventListener("click", () => {
-                marks.place = [place.x, place.y];
-                zoomTo(place.x, place.y, 6 * DATA.meanSide);
+                marks.place = [place.x + DATA.origin[0], place.y + DATA.origin[1]];
+                zoomTo(...marks.place, 6 * DATA.meanSide);
                 say(finding.title + ": " + button.textContent);
             });
             parts.push(button);
         }
-        const more = (finding.count || finding.places.length) - MOST;
+        const more = finding.count - Math.min(MOST, finding.places.length);
         if (more > 0) parts.push(make("span", { className: "said-line", textContent: ` and ${more} more` }));
     }
     el("list-sound").replaceChildren(...parts);
@@ -101,7 +101,7 @@ function showQuality() {
     });
     const button = make("button", { type: "button", textContent: shown.color === "quality" ? "Colour by material" : "Colour by quality" });
     button.addEventListener("click", () => { useColor(shown.color === "quality" ? "material" : "quality"); });
-    place.replaceChildren(make("p", { className: "said-line" }, `Worst ${short(quality.smallest)}; 1 is an equilateral triangle or a square. Heights grow with the logarithm. `, button),
+    place.replaceChildren(make("p", { className: "said-line" }, `Smallest angle of each element, in degrees; the smallest of all is ${short(quality.smallest)}. Heights grow with the logarithm. `, button),
         make("div", { className: "bars", role: "list", "aria-label": "Elements by quality" }, ...bars),
         make("div", { className: "edges" }, ...[edges[0], edges[edges.length >> 1], edges[edges.length - 1]].map((v) => make("span", { textContent: short(v) }))));
 }
@@ -118,7 +118,7 @@ function showLegend() {
         sample.style.background = color;
         rows.push(make("div", { className: "row" }, sample, text));
     };
-    if (hasMesh() && shown.color === "quality") for (const q of [0, 0.2, 0.4, 0.6, 0.8, 1]) row_(cssColor(qualityColor(q)), q === 0 ? "0, worst" : String(q));
+    if (hasMesh() && shown.color === "quality") for (const angle of [0, 15, 30, 45, 60]) row_(cssColor(qualityColor(angle)), `${angle}\u00b0${angle === 60 ? " and more" : ""}`);
     if (hasMesh() && known.step !== null && known.step > 0) {
         row_("repeating-linear-gradient(135deg, #1f9e52 0 3px, transparent 3px 6px)", "comes");
         row_("repeating-linear-gradient(45deg, #d03c3c 0 3px, transparent 3px 6px)", "goes");
@@ -129,15 +129,30 @@ function showLegend() {
 
 // ---- areas --------------------------------------------------------------------------------------
 
+// Of solids and joints, each in the material that it has in the step.
+function areasByStep(steps) {
+    if (lists.areas && lists.areas.number === scene.number) return lists.areas.list;
+    const list = DATA.groups.map((group) => ({ name: group.name, values: steps.map(() => 0) }));
+    for (let e = 0; e < elementCount(); ++e) {
+        const c = corners(e);
+        if (c.length < 3) continue;
+        let area = 0;
+        c.forEach((a, k) => { const b = c[(k + 1) % c.length]; area += ((X(a) - X(c[0])) * (Y(b) - Y(c[0])) - (X(b) - X(c[0])) * (Y(a) - Y(c[0]))) / 2; });
+        steps.forEach((step, k) => { if (stands(e, step)) list[groupIn(e, step)].values[k] += area; });
+    }
+    lists.areas = { number: scene.number, list: list.filter((area) => area.values.some((v) => Math.abs(v) > 1e-9)) };
+    return lists.areas.list;
+}
+
 function showAreas() {
     const table = make("table"), head = table.createTHead().insertRow(), body = table.createTBody();
     const heading = (row_, text, now) => row_.append(make("th", { textContent: text, scope: "col", className: now ? "now" : "" }));
     const steps = [0, ...stages.steps];
     heading(head, "Area of material");
     for (const step of steps) heading(head, "step " + step, step === known.step);
-    for (const area of DATA.stages.areas) {
+    for (const area of areasByStep(steps)) {
         const line = body.insertRow();
-        line.append(make("th", { textContent: area.name, scope: "row" }));
+        line.append(make("th", { scope: "row" }, area.name));
         area.values.forEach((value, k) => line.append(make("td", { textContent: Number(value.toPrecision(6)), className: steps[k] === known.step ? "now" : "" })));
     }
     el("list-areas").replaceChildren(table);

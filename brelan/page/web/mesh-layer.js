@@ -24,8 +24,10 @@ void main() {
     // Where sides crowd they fade, for the colours to show.
     float crowd = clamp(2.2 - 8.0 * max(max(steps.x, steps.y), steps.z), 0.12, 1.0);
     vec3 base = fill.rgb;
-    if (fill.a < 0.9) {
-        float stripe = step(0.5, fract((gl_FragCoord.x + gl_FragCoord.y * (fill.a < 0.5 ? 1.0 : -1.0)) / 9.0));
+    float stripe = step(0.5, fract((gl_FragCoord.x + gl_FragCoord.y * (fill.a < 0.5 || fill.a > 0.8 ? 1.0 : -1.0)) / 9.0));
+    if (fill.a > 0.8 && fill.a < 0.95) {
+        if (stripe == 0.0 && cover == 0.0) discard;
+    } else if (fill.a < 0.8) {
         base = fill.a < 0.5 ? mix(paper, fill.rgb, 0.15 + 0.35 * stripe) : mix(fill.rgb, vec3(0.12, 0.62, 0.32), 0.25 + 0.35 * stripe);
     }
     color = vec4(mix(base, line.rgb, cover * crowd * line.a), 1.0);
@@ -58,6 +60,9 @@ function startMeshLayer() {
     layer.canvas.addEventListener("webglcontextrestored", () => { startMeshLayer(); if (hasMesh()) buildMeshLayer(); draw(); });
 }
 
+// How a corner is painted, in the fourth part of its colour.
+const GOES = 90, COMES = 180, LIES_OVER = 225, STANDS = 255;
+
 // Distances of the corners of a triangle from its sides; a diagonal inside of a quadrilateral is no side.
 const WHOLE = [255, 0, 0, 0, 255, 0, 0, 0, 255], FIRST = [255, 255, 0, 0, 255, 0, 0, 255, 255], SECOND = [255, 0, 255, 0, 255, 255, 0, 0, 255];
 
@@ -84,8 +89,9 @@ function buildMeshLayer() {
         for (let e = 0; e < count; ++e) {
             const g = arrays.elementGroup[e];
             if (!solid[g] || !DATA.groups[g].shown || quad[4 * e + 2] < 0 || (over && (over[e] !== 0 ? 1 : 0) !== turn)) continue;
-            const goes = goesNow(e), alpha = goes ? 90 : isStanding(e) ? (comesNow(e) ? 180 : 255) : 0;
-            if (alpha === 0) continue;
+            const goes = goesNow(e);
+            if (!goes && !isStanding(e)) continue;
+            const alpha = goes ? GOES : comesNow(e) ? COMES : turn === 1 ? LIES_OVER : STANDS;
             const paint = goes ? [208, 60, 60] : elementColor(e), a = quad[4 * e], b = quad[4 * e + 1], c = quad[4 * e + 2], d = quad[4 * e + 3];
             if (d < 0) { add(a, b, c, WHOLE, paint, alpha); continue; }
             add(a, b, c, FIRST, paint, alpha);
@@ -108,7 +114,7 @@ function paintMeshLayer() {
     if (layer.count === 0) return;
     const side = DATA.meanSide * view.scale;
     gl.uniform4f(layer.at.part, view.x, view.y, 2 * view.scale / width, 2 * view.scale / height);
-    gl.uniform4f(layer.at.line, ...line, shown.sides ? clamp((side - 1) / 4, 0, 1) * 0.9 : 0);
+    gl.uniform4f(layer.at.line, ...line, shown.sides ? clamp((side - 1) / 4, 0, 1) * 0.7 : 0);
     gl.uniform1f(layer.at.width, (0.25 + 0.25 * clamp(side / 10, 0, 1)) * ratio);
     gl.uniform3f(layer.at.paper, ...paper);
     gl.drawArrays(gl.TRIANGLES, 0, layer.count);

@@ -6,7 +6,7 @@ const meshTransform = () => ctx.setTransform(ratio * view.scale, 0, 0, -ratio * 
 const toRelative = (x, y) => [x - DATA.origin[0], y - DATA.origin[1]];
 const shapeToScreen = ([x, y]) => toScreen(...toRelative(x, y));
 
-const painting = { pending: 0, after: [], milliseconds: 0, drawn: 0 };
+const painting = { pending: 0, after: [] };
 
 // Draws at the next frame, once however often it is asked; `after` is called when it is done.
 function draw(after) {
@@ -34,8 +34,8 @@ function paint() {
     paintNewGroup();
     placeHandles();
     paintScale();
-    painting.milliseconds = performance.now() - begun;
-    painting.drawn += 1;
+    stats.milliseconds = performance.now() - begun;
+    stats.drawn += 1;
     const after = painting.after;
     painting.after = [];
     for (const call of after) call();
@@ -117,10 +117,10 @@ function paintPlaces() {
     ctx.lineWidth = 2;
     let left = 2000;
     for (const finding of DATA.findings || []) {
-        if (finding.severity !== "error" && finding.severity !== "unsound") continue;
+        if (!isUnsound(finding)) continue;
         for (const place of finding.places) {
             if (left-- === 0) return;
-            const [x, y] = shapeToScreen([place.x, place.y]);
+            const [x, y] = toScreen(place.x, place.y);
             if (x < -10 || y < -10 || x > width + 10 || y > height + 10) continue;
             ctx.beginPath();
             ctx.arc(x, y, 8, 0, 2 * Math.PI);

@@ -76,7 +76,7 @@ function lookUnder(sx, sy) {
     else if (found.type === "node") showUnder(`Node ${arrays.nodeNumber[found.index]}   x ${shortNumber(arrays.x[found.index])}  y ${shortNumber(arrays.y[found.index])}`);
     else {
         const e = found.index, nodes = corners(e).map((n) => arrays.nodeNumber[n]).join(" ");
-        const quality = arrays.elementQuality && groupOf(e).class === "solid" ? `   quality ${arrays.elementQuality[e].toFixed(2)}` : "";
+        const quality = arrays.elementQuality && groupOf(e).class === "solid" ? `   smallest angle ${arrays.elementQuality[e].toFixed(1)}\u00b0` : "";
         showUnder(`Element ${arrays.elementNumber[e]}   ${groupOf(e).class}, material ${groupOf(e).material || groupOf(e).name}   nodes ${nodes}${quality}`);
     }
     draw();

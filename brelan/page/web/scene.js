@@ -62,9 +62,9 @@ function paperColor(group) {
 
 const RAMP = [[178, 24, 43], [239, 138, 98], [253, 219, 146], [166, 210, 150], [70, 160, 140], [33, 102, 172]];
 
-// From 0, the worst, to 1.
-function qualityColor(q) {
-    const at = clamp(q, 0, 1) * (RAMP.length - 1), k = Math.min(RAMP.length - 2, Math.floor(at));
+// Of the smallest angle in degrees: one of 60 and more is as good as can be.
+function qualityColor(angle) {
+    const at = clamp(angle / 60, 0, 1) * (RAMP.length - 1), k = Math.min(RAMP.length - 2, Math.floor(at));
     return mixed(RAMP[k], RAMP[k + 1], at - k);
 }
 
@@ -92,16 +92,16 @@ function rgbOf(color) {
 function stands(e, step) {
     if (step === null || !arrays.elementComes) return true;
     const comes = arrays.elementComes[e], goes = arrays.elementGoes[e];
-    return comes <= step && (goes <= 0 || step < goes);
+    return arrays.elementNever[e] === 0 && comes <= step && (goes <= 0 || step < goes);
 }
 
 const isStanding = (e) => stands(e, known.step);
+// What its group turns into another material later is the old one before.
+const groupIn = (e, step) => (step !== null && arrays.elementOldGroup && arrays.elementComes[e] <= 0 ? arrays.elementOldGroup[e] : arrays.elementGroup[e]);
 const comesNow = (e) => known.step !== null && known.step > 0 && arrays.elementComes && arrays.elementComes[e] === known.step && stands(e, known.step);
 const goesNow = (e) => known.step !== null && known.step > 0 && arrays.elementGoes && arrays.elementGoes[e] === known.step;
 
 function elementColor(e) {
     if (shown.color === "quality" && arrays.elementQuality && groupOf(e).class === "solid") return qualityColor(arrays.elementQuality[e]);
-    // What its group turns into another material is the old one until then.
-    const old = arrays.elementOldGroup && known.step !== null && arrays.elementOldGroup[e] >= 0 && arrays.elementComes[e] <= 0 ? arrays.elementOldGroup[e] : -1;
-    return scene.paints[old >= 0 ? old : arrays.elementGroup[e]];
+    return scene.paints[groupIn(e, known.step)];
 }
