@@ -20,7 +20,7 @@ function buildHandles() {
     for (const h of list) {
         let button = handles.buttons.get(h.id);
         if (!button) {
-            button = make("button", { type: "button", className: `handle ${h.kind}` + (h.along ? " along-" + h.along : "") });
+            button = make("button", { type: "button", className: `handle ${h.id.endsWith(".origin") ? "origin" : h.kind}` + (h.along ? " along-" + h.along : "") });
             listenToHandle(button, h.id);
             handles.buttons.set(h.id, button);
             last ? last.after(button) : el("handles").prepend(button);

@@ -9,11 +9,9 @@ function resize() {
     ratio = window.devicePixelRatio || 1;
     width = box.width;
     height = box.height;
-    for (const one of [canvas, layer.canvas]) {
-        const w = Math.max(1, Math.round(width * ratio)), h = Math.max(1, Math.round(height * ratio));
-        if (one.width !== w) one.width = w;
-        if (one.height !== h) one.height = h;
-    }
+    const w = Math.max(1, Math.round(width * ratio)), h = Math.max(1, Math.round(height * ratio));
+    if (canvas.width !== w) canvas.width = w;
+    if (canvas.height !== h) canvas.height = h;
 }
 
 // What is shown or hidden above the drawing changes its height.

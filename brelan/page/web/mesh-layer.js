@@ -2,7 +2,7 @@
 // Solids and joints on a canvas of their own, by WebGL: one triangle after the other, and the sides of elements
 // in the same pass from how far a point of a triangle is from them. Without WebGL, by hand.
 
-const layer = { canvas: el("mesh"), gl: null, plain: null, program: null, count: 0, places: null, at: {} };
+const layer = { canvas: el("mesh"), gl: null, plain: null, program: null, count: 0, margin: 0, image: null, rest: 0, at: {} };
 
 const CORNER_SHADER = `#version 300 es
 in vec2 place; in vec4 color; in vec3 side;
@@ -98,11 +98,44 @@ function buildMeshLayer() {
             add(a, c, d, SECOND, paint, alpha);
         }
     layer.count = v;
+    layer.image = null;
     for (const [name, values] of [["place", place.subarray(0, 2 * v)], ["color", color.subarray(0, 4 * v)], ["side", side.subarray(0, 4 * v)]]) {
         gl.bindBuffer(gl.ARRAY_BUFFER, layer.buffer[name]);
         gl.bufferData(gl.ARRAY_BUFFER, values, gl.STATIC_DRAW);
     }
     buildOutlines();
+}
+
+// What has many elements takes longer to draw than a frame may: while the view moves the image of it is moved,
+// drawn a bit larger than what is seen for that, and drawn anew when the view rests.
+const MANY_CORNERS = 12000;
+
+function sizeMeshLayer() {
+    layer.margin = layer.count > MANY_CORNERS ? Math.round(0.2 * Math.max(width, height)) : 0;
+    const one = layer.canvas, w = Math.max(1, Math.round((width + 2 * layer.margin) * ratio)), h = Math.max(1, Math.round((height + 2 * layer.margin) * ratio));
+    if (one.width === w && one.height === h) return;
+    one.width = w;
+    one.height = h;
+    one.style.width = width + 2 * layer.margin + "px";
+    one.style.height = height + 2 * layer.margin + "px";
+    one.style.left = one.style.top = -layer.margin + "px";
+    layer.image = null;
+}
+
+function showMeshLayer(moving) {
+    if (moving && layer.image && layer.count > MANY_CORNERS) {
+        const was = layer.image, share = view.scale / was.scale, edge = (size) => (1 - share) * (size / 2 + layer.margin);
+        const x = edge(width) + (was.x - view.x) * view.scale, y = edge(height) - (was.y - view.y) * view.scale;
+        layer.canvas.style.transform = `translate(${x}px, ${y}px) scale(${share})`;
+        clearTimeout(layer.rest);
+        layer.rest = setTimeout(draw, 110);
+        return;
+    }
+    clearTimeout(layer.rest);
+    sizeMeshLayer();
+    paintMeshLayer();
+    layer.image = { x: view.x, y: view.y, scale: view.scale };
+    layer.canvas.style.transform = "";
 }
 
 function paintMeshLayer() {
@@ -113,7 +146,7 @@ function paintMeshLayer() {
     gl.clear(gl.COLOR_BUFFER_BIT);
     if (layer.count === 0) return;
     const side = DATA.meanSide * view.scale;
-    gl.uniform4f(layer.at.part, view.x, view.y, 2 * view.scale / width, 2 * view.scale / height);
+    gl.uniform4f(layer.at.part, view.x, view.y, 2 * view.scale / (width + 2 * layer.margin), 2 * view.scale / (height + 2 * layer.margin));
     gl.uniform4f(layer.at.line, ...line, shown.sides ? clamp((side - 1) / 4, 0, 1) * 0.7 : 0);
     gl.uniform1f(layer.at.width, (0.25 + 0.25 * clamp(side / 10, 0, 1)) * ratio);
     gl.uniform3f(layer.at.paper, ...paper);

@@ -6,11 +6,13 @@ const meshTransform = () => ctx.setTransform(ratio * view.scale, 0, 0, -ratio * 
 const toRelative = (x, y) => [x - DATA.origin[0], y - DATA.origin[1]];
 const shapeToScreen = ([x, y]) => toScreen(...toRelative(x, y));
 
-const painting = { pending: 0, after: [] };
+const painting = { pending: 0, after: [], moving: false };
 
-// Draws at the next frame, once however often it is asked; `after` is called when it is done.
-function draw(after) {
-    if (typeof after === "function") painting.after.push(after);
+// Draws at the next frame, once however often it is asked. `how` is true where only the view has moved; a
+// function is called when it is done.
+function draw(how) {
+    if (typeof how === "function") painting.after.push(how);
+    painting.moving = how === true && (painting.moving || !painting.pending);
     if (!painting.pending) painting.pending = requestAnimationFrame(paint);
 }
 
@@ -18,7 +20,8 @@ function paint() {
     painting.pending = 0;
     if (width === 0 || height === 0) return;
     const begun = performance.now();
-    paintMeshLayer();
+    showMeshLayer(painting.moving);
+    painting.moving = false;
     screenTransform();
     ctx.clearRect(0, 0, width, height);
     ctx.lineJoin = ctx.lineCap = "round";

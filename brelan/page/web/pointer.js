@@ -18,7 +18,7 @@ function fitAll() {
 }
 
 function zoomAt(factor, sx, sy) { zoom(factor, sx, sy); scene.fitted = false; }
-function panBy(dx, dy) { view.x += dx; view.y += dy; scene.fitted = false; draw(); }
+function panBy(dx, dy) { view.x += dx; view.y += dy; scene.fitted = false; draw(true); }
 
 function zoomTo(x, y, size) {
     [view.x, view.y] = toRelative(x, y);

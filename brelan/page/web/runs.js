@@ -51,12 +51,13 @@ async function runText() {
         const arrived = performance.now();
         runs.shown = number;
         takeRun(head, values);
+        const taken = performance.now() - arrived;
         draw(() => {
             // The frame after the drawing is the one that is seen.
             requestAnimationFrame(() => {
                 const end = performance.now();
                 performance.clearMeasures("brelan-picture");
-                performance.measure("brelan-picture", { start: key || runs.begun, end, detail: { run: head.seconds, answer: arrived - runs.begun, elements: hasMesh() ? elementCount() : 0 } });
+                performance.measure("brelan-picture", { start: key || runs.begun, end, detail: { run: head.seconds, answer: arrived - runs.begun, taken, elements: hasMesh() ? elementCount() : 0 } });
                 el("timing").textContent = `${Math.round(end - (key || runs.begun))} ms`;
             });
         });

@@ -29,12 +29,13 @@ function takeMesh(head, lists) {
     recolor();
     if (first || scene.fitted) fitAll();
     clearTimeout(scene.waiting);
-    if (shown.codes || shown.numbers) scene.waiting = setTimeout(askDetails, elementCount() > 20000 ? 400 : 30);
+    if (shown.codes || shown.numbers) scene.waiting = setTimeout(askDetails, elementCount() > 20000 ? 400 : 60);
 }
 
 // Numbers' places and codes are not needed for the first picture.
 async function askDetails() {
     const number = scene.number;
+    if (runs.current) return;  // the mesh that comes asks again
     try {
         const { head, lists } = await askArrays("details", { number });
         if (number !== scene.number) return;
@@ -60,7 +61,8 @@ function paperColor(group) {
     return cssColor(group.class === "solid" ? mixed(given, [26, 31, 38], 0.42) : mixed(given, [255, 255, 255], 0.5));
 }
 
-const RAMP = [[178, 24, 43], [239, 138, 98], [253, 219, 146], [166, 210, 150], [70, 160, 140], [33, 102, 172]];
+// What is poor stands out; what is good is pale.
+const RAMP = [[165, 0, 38], [215, 70, 45], [244, 140, 75], [253, 208, 130], [226, 232, 200], [190, 218, 205]];
 
 // Of the smallest angle in degrees: one of 60 and more is as good as can be.
 function qualityColor(angle) {

@@ -11,7 +11,7 @@ function niceStep(least) {
 // As it stands in its field, or some pixels wide.
 function gridStep() {
     const given = Number(el("grid-step").value.replace(",", "."));
-    return given > 0 ? given : niceStep(14 / view.scale);
+    return given > 0 ? given : niceStep(8 / view.scale);
 }
 
 const rounded = (v) => Number(v.toPrecision(12));
