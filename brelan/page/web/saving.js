@@ -81,7 +81,7 @@ function showChanges(disk) {
     flush(true);
     el("changes-body").replaceChildren(...rows);
     if (!el("changes").open) el("changes").showModal();
-    el("changes-take").focus();
+    el("changes-keep").focus();
 }
 
 // Lines beside each other by a longest common sequence; what is too long for that stands as a whole.

@@ -37,10 +37,9 @@ async function askDetails() {
     const number = scene.number;
     if (runs.current) return;  // the mesh that comes asks again
     try {
-        const { head, lists } = await askArrays("details", { number });
+        const { lists } = await askArrays("details", { number });
         if (number !== scene.number) return;
         Object.assign(arrays, lists);
-        Object.assign(DATA, { codes: head.codes || [], attributes: head.attributes || [] });
         DATA.coded = [];
         for (let n = 0; n < nodeCount(); ++n)
             if (DATA.codes.some((code, k) => code.symbol && arrays["code" + k][n] !== 0)) DATA.coded.push(n);
