@@ -61,6 +61,7 @@ function pickGroup(x, y) {
     pointer.last = { x, y, turn: same ? last.turn + 1 : 0 };
     const found = list.length > 0 ? known.check.groups.find((g) => g.group === list[pointer.last.turn % list.length].group) : null;
     if (!found) return;
+    clearTimeout(pointer.rest);  // what the pointer is on is not said over it
     goToLine(found.line, 0);
     say(`Group ${found.group}${found.title ? ": " + found.title : ""}${list.length > 1 ? `, one of ${list.length} here` : ""}`);
     showUnder(`Group ${found.group}${found.title ? "  " + found.title : ""}${list.length > 1 ? `  (one of ${list.length} here; click again for the next)` : ""}`);

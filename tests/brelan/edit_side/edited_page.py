@@ -51,11 +51,10 @@ class PageCase(unittest.TestCase):
         said = [entry["message"] for entry in self.driver.get_log("browser") if entry["level"] == "SEVERE"]
         self.assertEqual([s for s in said if not any(part in s for part in self.expected)], [])
 
-    def doCleanups(self):
-        if self.js("return document.body.dataset.ready"):
-            self.driver.get("about:blank")  # before the server ends
-            self.driver.get_log("browser")
-        return super().doCleanups()
+    def leave(self):
+        """The page, before its server ends."""
+        self.driver.get("about:blank")
+        self.driver.get_log("browser")
 
     def open(self, text=None, *options):
         """Serves a deck, the stages of the examples where none is given, and waits for its mesh."""
@@ -63,6 +62,7 @@ class PageCase(unittest.TestCase):
         server = subprocess.Popen([os.environ["BRELAN"], "-q", "edit", self.deck, "--no-browser", *options],
                                   stdout=subprocess.PIPE, text=True)
         self.addCleanup(self.end, server)
+        self.addCleanup(self.leave)
         self.address = server.stdout.readline().strip()
         self.driver.get(self.address)
         self.wait("document.body.dataset.ready === 'yes' && runs.shown > 0 && !runs.current && !runs.checking")

@@ -1,7 +1,7 @@
 """Editing a deck in the page: what is typed, dragged and drawn, stages, saving, and a connection that breaks."""
 import unittest
 
-from edited_page import Keys, PageCase
+from edited_page import EXAMPLES, Keys, PageCase
 
 PAPER = (255, 255, 255)
 
@@ -160,7 +160,42 @@ class Drawing(PageCase):
         self.assertEqual(areas, [8, 8, 6, 8])
 
 
+    def test_the_pointer_names_elements_findings_lead_to_their_places_and_quality_colours(self):
+        self.open((EXAMPLES / "pit_stages.dat").read_text())
+        self.mouse("mouseMoved", 1.7, 1.4)
+        self.wait("el('under').textContent.startsWith('Element ')")
+        self.js("el('tab-sound').click(); document.querySelector('.place').click()")
+        words = self.js("return document.querySelector('.place').textContent")
+        x, y = map(float, words[words.index("(") + 1:words.index(")")].split(", "))
+        at = self.js("return toMesh(width / 2, height / 2).map((v, k) => v + DATA.origin[k])")
+        self.assertAlmostEqual(at[0], x, places=3)
+        self.assertAlmostEqual(at[1], y, places=3)
+        self.js("fitAll(); el('tab-quality').click()")
+        before = self.color_at(1.4, 1.4)
+        self.js("el('colour').value = 'quality'; el('colour').dispatchEvent(new Event('change'))")
+        self.assertNotEqual(self.color_at(1.4, 1.4), before)
+        counts = self.js("return [...document.querySelectorAll('.bar')].map((b) => Number(b.title.match(/: (\\d+) /)[1]))")
+        self.assertEqual(sum(counts), self.js("return elementCount() - DATA.groups.reduce((n, g) => n + g.elements.length, 0)"))
+        self.js("el('theme').click()")
+        self.assertEqual(self.js("return document.documentElement.dataset.theme"), "dark")
+        self.assertNotEqual(self.color_at(-1, -1), PAPER)
+        self.js("el('theme').click()")
+
+
 class Disk(PageCase):
+    def test_what_another_program_writes_is_said_and_followed_only_where_asked(self):
+        self.open()
+        other = self.text.replace("Wall", "Sheet pile")
+        self.deck.write_text(other)
+        self.wait("el('banner-text').textContent.includes('changed on disk')")
+        self.assertEqual(self.js("return deckText()"), self.text)
+        self.js("[...document.querySelectorAll('#banner-choices button')].find((b) => b.textContent === 'Take it').click()")
+        self.assertEqual(self.js("return [deckText(), isSaved(), el('banner').hidden]"), [other, True, True])
+        self.open(None, "--watch")
+        self.deck.write_text(other)
+        self.wait("deckText().includes('Sheet pile') && isSaved()")
+        self.wait("known.check.groups[1].title === 'Sheet pile'")
+
     def test_a_deck_that_was_changed_on_disk_is_shown_beside_and_not_written_over_unasked(self):
         self.expected = ["409"]
         self.open()
