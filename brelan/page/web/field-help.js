@@ -20,7 +20,7 @@ function showFieldHelp(card, field) {
     const parts = [make("div", { className: "heading" }, make("span", { className: "number", textContent: "Card " + (card.label || card.number) }),
         make("span", { textContent: card.heading || (meaning && meaning.heading) || "" }))];
     if (card.fields.length > 1)
-        parts.push(make("div", { className: "names" }, ...card.fields.slice(0, 40).map((f) => make("span", { className: f === field ? "now" : "", textContent: f.name }))));
+        parts.push(make("div", { className: "names" }, ...card.fields.filter((f) => f.name !== "-").slice(0, 40).map((f) => make("span", { className: f === field ? "now" : "", textContent: f.name }))));
     const own = fieldMeaning(card, field);
     if (field) {
         const line = make("div", {}, make("strong", { textContent: field.name + (isGiven(field.value) ? " = " + field.value : "") }));

@@ -33,7 +33,7 @@ function useShare(percent) {
     el("divider").setAttribute("aria-orientation", isNarrow() ? "horizontal" : "vertical");
     el("divider").setAttribute("aria-label", isNarrow() ? "Height of the deck" : "Width of the deck");
     remember("share", String(sizing.share));
-    if (cm) cm.refresh();
+    if (cm) { cm.refresh(); cm.scrollIntoView(null); }
     sizeChanged();
 }
 

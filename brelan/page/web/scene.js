@@ -66,7 +66,7 @@ const RAMP = [[165, 0, 38], [215, 70, 45], [244, 140, 75], [253, 208, 130], [226
 // Of the smallest angle in degrees: one of 60 and more is as good as can be.
 function qualityColor(angle) {
     const at = clamp(angle / 60, 0, 1) * (RAMP.length - 1), k = Math.min(RAMP.length - 2, Math.floor(at));
-    return mixed(RAMP[k], RAMP[k + 1], at - k);
+    return mixed(mixed(RAMP[k], RAMP[k + 1], at - k), [26, 31, 38], isDark() ? 0.25 : 0);
 }
 
 function recolor() {
