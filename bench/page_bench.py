@@ -18,7 +18,7 @@ import time
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent)); sys.path.append("/tmp/dev")
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 from edit_bench import BUILD, deck_of  # noqa: E402
 
 ROUNDS = int(sys.argv[2]) if len(sys.argv) > 2 else 9
