@@ -17,7 +17,7 @@ function rangeText(meaning) {
 function showFieldHelp(card, field) {
     const place = el("field-help"), meaning = meaningOf(card);
     if (!card) { place.replaceChildren(make("span", { className: "note", textContent: "No card here." })); return; }
-    const parts = [make("div", { className: "heading" }, make("span", { className: "number", textContent: "Card " + (card.label || card.number) }),
+    const parts = [make("div", { className: "heading" }, make("span", { className: "number", textContent: card.type === "title" ? "Title" : "Card " + card.number }),
         make("span", { textContent: card.heading || (meaning && meaning.heading) || "" }))];
     if (card.fields.length > 1)
         parts.push(make("div", { className: "names" }, ...card.fields.filter((f) => f.name !== "-").slice(0, 40).map((f) => make("span", { className: f === field ? "now" : "", textContent: f.name }))));

@@ -1,10 +1,11 @@
 "use strict";
 // From a keystroke to the picture: the text is checked and run at once, and a newer text ends the older run.
 
-const runs = { number: 0, checking: false, checkAgain: false, current: null, runAgain: false, key: 0, begun: 0, waiting: 0, shown: 0 };
+const runs = { number: 0, checking: false, checkAgain: false, current: null, runAgain: false, key: 0, begun: 0, waiting: 0, shown: 0, doubts: 0 };
 
 function textChanged(change) {
     if (cm.getValue() === undefined) return;
+    clearTimeout(runs.doubts);
     showSaved();
     keepSoon();
     if (change && runs.key === 0) runs.key = performance.now();
@@ -70,8 +71,26 @@ async function runText() {
             clearTimeout(runs.waiting);
             el("progress").hidden = true;
             if (runs.runAgain) runText();
+            else askDoubtsSoon();
         }
     }
+}
+
+// Findings that need the meshes cost more than those of the text: they come when nobody types.
+function askDoubtsSoon() {
+    const WAIT = 300, text = deckText();
+    clearTimeout(runs.doubts);
+    runs.doubts = setTimeout(async () => {
+        try {
+            const answer = await ask("doubts", { text });
+            if (deckText() !== text || runs.checking) return;
+            known.check.findings = answer.findings;
+            showFindings();
+        } catch (error) {
+            if (!(error instanceof Refused)) return;  // a lost server is told elsewhere
+            showRunState(error.message, "bad");
+        }
+    }, WAIT);
 }
 
 function takeRun(head, values) {

@@ -109,6 +109,20 @@ class Drawing(PageCase):
         self.js("cm.undo()")
         self.assertEqual(self.js("return deckText()"), self.text)
 
+    def test_a_line_begins_at_a_point_that_could_be_dragged_and_what_the_mesh_tells_of_it_comes_later(self):
+        self.open()
+        self.put_cursor(self.line_of("Wall"))
+        x, y = self.js("const h = known.check.handles.find((h) => h.group === known.group); return [h.x, h.y]")
+        self.js("el('zoom-out').click(); el('zoom-out').click()")
+        self.settle()
+        self.js("el('tool-line').click(); el('draw-material').value = '3'; el('draw-title').value = 'Anchor'")
+        for point in ((x, y), (x, y + 1.0)):
+            self.click(*point)
+        self.keys(Keys.ENTER)
+        self.wait("known.check.groups.length === 3")
+        self.assertEqual(self.js("return known.check.shapes.find((s) => s.title === 'Anchor').points[0]"), [x, y])
+        self.wait("findings.list.some((f) => f.id === 'outside-mesh')")
+
     def test_the_keyboard_alone_changes_moves_draws_and_saves(self):
         self.open()
         self.put_cursor(self.line_of("3      2.0          1.0"))
