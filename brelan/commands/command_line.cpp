@@ -385,6 +385,7 @@ int run_command_line(int argc, char** argv) {
     app.formatter(std::make_shared<ExamplesFirst>());
     app.footer(R"(  brelan new base-mesh > pit.dat     a commented starter deck
   brelan run pit.dat                 makes the mesh
+  brelan edit pit.dat                shows it while the deck is written
   brelan plot Bmesh.dat -o pit.html  shows it, to be opened in a browser
   brelan info Bmesh.dat              counts, areas, quality, soundness
   brelan convert Bmesh.dat pit.vtu   carries it to ParaView (.vtu) or Gmsh (.msh)
