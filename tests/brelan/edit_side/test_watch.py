@@ -51,6 +51,13 @@ class Watch(unittest.TestCase):
         self.process.send_signal(signal.SIGINT)
         self.assertEqual(self.process.wait(SECONDS), 0)
 
+    def test_cards_that_come_and_go_are_told(self):
+        self.watch()
+        self.expect("as it is", "20 nodes, 12 elements; 0", "sound", "Ctrl-C ends it")
+        self.deck.write_text("2 0\n2 1\n0. 0.\n3. 1. 0.5\n2. 1. 0.5\n4. 1. 0.5\n0\n")  # a second block column; the row and what follows are the same
+        self.expect("was saved", "gone: 3 cards from line 2 on, the first is Card 4.1",
+                    "new: 4 cards from line 2 on, the first is Card 4.1", "30 nodes, 20 elements; 0")
+
     def test_quietly_only_changes_are_told(self):
         self.watch("-q")
         # Noticed late, a save would be taken for what was there: the deck is written until it is told.
