@@ -15,6 +15,7 @@
 #include <string_view>
 #include <thread>
 
+#include "progress.h"
 #include "run/run.h"
 #include "run/run_deck.h"
 #include "terminal.h"
@@ -95,10 +96,11 @@ void wait_for_directory(DirectoryHold& directory) {
 }
 
 int run_here(CutMethod cut) {
+    Progress progress;  // before any file is opened
     DirectoryHold directory(".");
     wait_for_directory(directory);
     Terminal terminal;
-    const auto run = std::make_unique<Run>(Directories{{}, drive_c()}, terminal);
+    const auto run = std::make_unique<Run>(Directories{{}, drive_c()}, terminal, progress.watcher());
     run->cut = cut;
     const RunEnd end = run_to_end(*run);
     if (end.status == STATUS_FAILED)

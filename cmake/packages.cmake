@@ -4,9 +4,17 @@ set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)  # a package needs no tests
 include(GNUInstallDirs)
 install(TARGETS brelan2d DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT brelan)
 install(DIRECTORY data/ DESTINATION ${CMAKE_INSTALL_DATADIR}/brelan2d/C COMPONENT brelan)
-install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright COMPONENT brelan)
+# With the licenses of what is part of the programs.
+file(READ ${PROJECT_SOURCE_DIR}/LICENSE licenses)
+if(BRELAN_TOOLS)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/brelan/page/CODEMIRROR)
+    file(READ ${PROJECT_SOURCE_DIR}/brelan/page/CODEMIRROR of_editor)
+    string(APPEND licenses "\n" "${of_editor}")
+endif()
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/packed/copyright CONTENT "${licenses}" @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/packed/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT brelan)
 install(DIRECTORY docs/tutorial docs/manual examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT brelan
-    PATTERN CMakeLists.txt EXCLUDE PATTERN run_tutorial.py EXCLUDE PATTERN __pycache__ EXCLUDE)
+    PATTERN CMakeLists.txt EXCLUDE PATTERN run_tutorial.py EXCLUDE PATTERN walk.py EXCLUDE PATTERN __pycache__ EXCLUDE)
 
 # Man pages and the list of changes are compressed without name and time.
 find_program(GZIP gzip REQUIRED)
@@ -44,8 +52,8 @@ finite-element package: graded base meshes, edits by card decks, groups
 with walls, joints and stages, and the combination of two meshes.")
 if(BRELAN_TOOLS)
     string(APPEND CPACK_COMPONENT_BRELAN_DESCRIPTION " The
-command brelan runs decks, shows meshes, checks them and carries them to
-other programs.")
+command brelan runs decks, shows meshes, checks them, carries them to other
+programs and edits decks in a page of the browser.")
 endif()
 if(BRELAN_PYTHON)
     list(APPEND CPACK_COMPONENTS_ALL python)
@@ -66,7 +74,7 @@ if(CMAKE_CROSSCOMPILING)
     # dpkg-shlibdeps knows nothing of the cross compiler's libraries: those of Debian 12.
     set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6 (>= 2.36), libgcc-s1 (>= 3.0), libstdc++6 (>= 12)")
     if(BRELAN_TOOLS)
-        string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", libcairo2 (>= 1.12.0), libfmt9 (>= 9.1.0+ds1), libpugixml1v5 (>= 1.13), zlib1g (>= 1:1.2.0)")
+        string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", libcairo2 (>= 1.12.0), libfmt9 (>= 9.1.0+ds1), libpugixml1v5 (>= 1.13), libcpp-httplib0.11 (>= 0.11.4), zlib1g (>= 1:1.2.0)")
     endif()
 else()
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)

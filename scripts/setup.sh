@@ -15,13 +15,16 @@ present() {
         libpugixml-dev) ls /usr/include/pugixml.hpp ;;
         zlib1g-dev) ls /usr/include/zlib.h ;;
         libcairo2-dev) ls /usr/include/cairo/cairo.h ;;
+        libcpp-httplib-dev) ls /usr/include/httplib.h ;;
+        libjs-codemirror) ls /usr/share/javascript/codemirror/lib/codemirror.js ;;
+        chromium-driver) command -v chromedriver ;;
         g++-aarch64-linux-gnu) command -v aarch64-linux-gnu-g++ ;;
         g++-mingw-w64-x86-64-posix) command -v x86_64-w64-mingw32-g++-posix ;;
         qemu-user) command -v qemu-aarch64 ;;
         dpkg-dev) command -v dpkg-shlibdeps ;;
         man-db) command -v man ;;
         python3-meshio | python3-numpy | python3-pytest | python3-matplotlib | python3-setuptools | python3-wheel | \
-            python3-getfem)
+            python3-getfem | python3-selenium)
             /usr/bin/python3 -c "import ${1#python3-}" ;;
         python3-pip) /usr/bin/python3 -m pip --version ;;
         python3-venv) /usr/bin/python3 -c "import ensurepip" ;;
@@ -68,7 +71,7 @@ arm64_libraries() {
     {
         "${apt[@]}" update
         "${apt[@]}" -y --download-only --no-install-recommends install libcairo2-dev libfmt-dev libpugixml-dev zlib1g-dev \
-            libcli11-dev nlohmann-json3-dev
+            libcli11-dev nlohmann-json3-dev libcpp-httplib-dev
     } > "$fetched/log" 2>&1 || return 1
     for package in "$fetched"/archives/*.deb; do
         dpkg-deb --extract "$package" "$fetched/root" || return 1

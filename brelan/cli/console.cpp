@@ -4,6 +4,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -69,21 +70,25 @@ ProgressLine::~ProgressLine() {
 }
 
 void ProgressLine::show(std::string_view text) {
-    if (!on_)
+    if (!on_ || text == shown_)
         return;
     winsize size{};
     const std::size_t columns =
         ioctl(fileno(stderr), TIOCGWINSZ, &size) == 0 && size.ws_col > 1 ? size.ws_col - 1U : 79U;
-    fmt::print(stderr, "\r\x1b[K{}", printable(text.substr(0, columns)));
+    std::size_t size_shown = std::min(columns, text.size());
+    while (size_shown > 0 && size_shown < text.size() &&
+           (static_cast<unsigned char>(text[size_shown]) & 0xC0U) == 0x80U)
+        --size_shown;  // no half of a character
+    fmt::print(stderr, "\r\x1b[K{}", printable(text.substr(0, size_shown)));
     std::fflush(stderr);
-    shown_ = true;
+    shown_ = text;
 }
 
 void ProgressLine::clear() {
-    if (shown_)
+    if (!shown_.empty())
         fmt::print(stderr, "\r\x1b[K");
     std::fflush(stderr);
-    shown_ = false;
+    shown_.clear();
 }
 
 }  // namespace brelan::tool

@@ -44,12 +44,14 @@ public:
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
 
+    bool is_on() const { return on_; }
+
     void show(std::string_view text);
     void clear();
 
 private:
     bool on_ = false;
-    bool shown_ = false;
+    std::string shown_;  // empty: nothing
 };
 
 }  // namespace brelan::tool

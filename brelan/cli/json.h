@@ -49,8 +49,13 @@ public:
         return Array(std::begin(values), std::end(values));
     }
 
-    Json& operator[](std::string_view name);  // of an object, which gets a member of this name
-    void push_back(Json value);               // to an array
+    // The value that a text in JSON holds. Throws Failure where it is none, or is nested deeper than anything
+    // that is asked for.
+    static Json parsed(std::string_view text);
+
+    const Json* find(std::string_view name) const;  // a member of an object; nullptr where there is none
+    Json& operator[](std::string_view name);        // of an object, which gets a member of this name
+    void push_back(Json value);                     // to an array
     std::size_t size() const { return std::get<Array>(value_).size(); }
 
     const Value& value() const { return value_; }

@@ -13,6 +13,7 @@
 #include "cli/output_file.h"
 #include "commands/batch/batch_program.h"
 #include "commands/batch/pass_trace.h"
+#include "commands/batch/progress_file.h"
 #include "commands/batch/side_files.h"
 #include "commands/batch/temporary_directory.h"
 #include "commands/run_failure.h"
@@ -85,17 +86,57 @@ private:
     std::optional<std::string> before_;
 };
 
-std::string progress_text(const fs::path& deck, const PassTrace& trace, Clock::duration time) {
-    std::string text = fmt::format("{}", deck.filename().string());
-    if (trace.decks() > 1)
-        text += fmt::format(", deck {}", trace.decks());
-    if (!trace.pass().empty()) {
-        text += fmt::format(": pass {}", trace.pass());
-        if (const std::string_view work = work_of_pass(trace.pass()); !work.empty())
-            text += fmt::format(", {}", work);
+// What is shown of a run that takes a while: its pass, and the group in work where the program tells it. A
+// run that ends sooner shows nothing.
+class ShownProgress {
+public:
+    ShownProgress(const RunPlace& place, const PassTrace& trace)
+        : deck_(place.deck.file), trace_(trace), line_(place.context) {
+        if (!place.options.json && line_.is_on())
+            told_.emplace();
     }
-    return text + fmt::format("  {:.0f} s", std::chrono::duration<double>(time).count());
-}
+
+    std::optional<int> descriptor() const {
+        return told_ ? std::optional(told_->descriptor()) : std::nullopt;
+    }
+
+    void show() {
+        constexpr auto silence = std::chrono::milliseconds(500);
+        const Clock::duration time = Clock::now() - begin_;
+        if (!told_ || time < silence)
+            return;
+        told_->look();
+        line_.show(text() + fmt::format("  {:.0f} s", std::chrono::duration<double>(time).count()));
+    }
+
+    void clear() { line_.clear(); }
+
+private:
+    std::string text() const {
+        const ToldProgress& told = told_->last();
+        std::string text = deck_.filename().string();
+        if (told.decks > 1)
+            text += fmt::format(", deck {} of {}", told.deck, told.decks);
+        else if (trace_.decks() > 1)
+            text += fmt::format(", deck {}", trace_.decks());
+        const std::string& pass = told.pass.empty() ? trace_.pass() : told.pass;
+        if (pass.empty())
+            return text;
+        text += fmt::format(": pass {}", pass);
+        if (told.group > 0)
+            return text + fmt::format(", group {} of {}{}{}", told.group, told.groups,
+                                      told.title.empty() ? "" : ": ", told.title);
+        if (const std::string_view work = work_of_pass(pass); !work.empty())
+            text += fmt::format(", {}", work);
+        return text;
+    }
+
+    const fs::path& deck_;
+    const PassTrace& trace_;
+    ProgressLine line_;
+    std::optional<ProgressFile> told_;  // where it is shown
+    Clock::time_point begin_ = Clock::now();
+};
 
 // The mesh that the run has written. An earth dam's decks are the run's own: the last of them has told the
 // plot tool.
@@ -126,14 +167,13 @@ RunReport run_once(const RunPlace& place, RunReport report, CutMethod cut) {
 
     PassTrace trace(work.path());
     const Clock::time_point begin = Clock::now();
-    ProgressLine progress(place.context);
-    progress.show(progress_text(deck.file, trace, {}));
-    const BatchResult result =
-        run_batch_program({place.program, work.path(), place.data.drive(), std::string(DECK_NAME), cut},
-                          place.interruption, [&] {
-                              trace.look();
-                              progress.show(progress_text(deck.file, trace, Clock::now() - begin));
-                          });
+    ShownProgress progress(place, trace);
+    const BatchResult result = run_batch_program(
+        {place.program, work.path(), place.data.drive(), std::string(DECK_NAME), cut, progress.descriptor()},
+        place.interruption, [&] {
+            trace.look();
+            progress.show();
+        });
     report.seconds += std::chrono::duration<double>(Clock::now() - begin).count();
     trace.look();
     progress.clear();

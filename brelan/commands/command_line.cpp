@@ -86,6 +86,17 @@ void add_deck(CLI::App& command, Options& options) {
         ->option_text("DIR");
 }
 
+void add_cut(CLI::App& command, Cut& cut) {
+    command
+        .add_option(
+            "--cut", cut,
+            "How elements are cut along drawn lines: rules, sound, or auto (default): by the rules, and "
+            "by the sound cut where the mesh is unsound")
+        ->transform(CLI::Transformer(std::map<std::string, Cut>{
+            {"rules", Cut::rules}, {"sound", Cut::sound}, {"auto", Cut::automatic}}))
+        ->option_text("CUT");
+}
+
 void add_run(Parser& parser) {
     auto [command, options] = parser.add("run", "Run a deck and say what came out", EXAMPLES_OF_RUN, run);
     add_deck(*command, *options);
@@ -93,14 +104,7 @@ void add_run(Parser& parser) {
         ->add_option("--apart", options->apart,
                      "Keep Bmesh.dat, Group.Pos and all else that no card names in this directory")
         ->option_text("DIR");
-    command
-        ->add_option(
-            "--cut", options->cut,
-            "How elements are cut along drawn lines: rules, sound, or auto (default): by the rules, and "
-            "by the sound cut where the mesh is unsound")
-        ->transform(CLI::Transformer(std::map<std::string, Cut>{
-            {"rules", Cut::rules}, {"sound", Cut::sound}, {"auto", Cut::automatic}}))
-        ->option_text("CUT");
+    add_cut(*command, options->cut);
     command->add_flag("--json", options->json, "As an object");
     CLI::Option* data = command
                             ->add_option("--data", options->data,
@@ -306,6 +310,26 @@ void add_diff(Parser& parser) {
     add_kind(*command, options->kind, "Kind of the meshes, where the files do not tell it");
 }
 
+void add_edit(Parser& parser) {
+    auto [command, options] = parser.add("edit", "Write a deck in the browser, beside the mesh that it makes",
+                                         EXAMPLES_OF_EDIT, edit);
+    add_deck(*command, *options);
+    add_cut(*command, options->cut);
+    command
+        ->add_option("--port", options->port, "Port of this machine that it is served at (one that is free)")
+        ->check(CLI::Range(1, 65535))
+        ->option_text("N");
+    command->add_flag("--no-browser", options->no_browser, "Only say at which address the page is");
+    command->add_flag("--watch", options->watch, "Show what another editor writes to the deck");
+}
+
+void add_watch(Parser& parser) {
+    auto [command, options] = parser.add(
+        "watch", "Run a deck in memory at each save, and say what has changed", EXAMPLES_OF_WATCH, watch);
+    add_deck(*command, *options);
+    add_cut(*command, options->cut);
+}
+
 // Throws Failure that names the nearest command, or all of them, where there is none of this name.
 CLI::App& command_named(CLI::App& app, const std::string& name) {
     std::vector<std::string> names;
@@ -361,6 +385,7 @@ int run_command_line(int argc, char** argv) {
     app.formatter(std::make_shared<ExamplesFirst>());
     app.footer(R"(  brelan new base-mesh > pit.dat     a commented starter deck
   brelan run pit.dat                 makes the mesh
+  brelan edit pit.dat                shows it while the deck is written
   brelan plot Bmesh.dat -o pit.html  shows it, to be opened in a browser
   brelan info Bmesh.dat              counts, areas, quality, soundness
   brelan convert Bmesh.dat pit.vtu   carries it to ParaView (.vtu) or Gmsh (.msh)
@@ -370,7 +395,8 @@ int run_command_line(int argc, char** argv) {
     app.add_flag("-q,--quiet", parser.context.quiet, "Only results and errors");
     app.require_subcommand(1);
     app.fallthrough();
-    for (const auto add : {add_run, add_new, add_check, add_info, add_plot, add_convert, add_diff, add_help})
+    for (const auto add : {add_run, add_edit, add_watch, add_new, add_check, add_info, add_plot, add_convert,
+                           add_diff, add_help})
         add(parser);
     // The parser would only say that a command is missing.
     for (int i = 1; i < argc; ++i)

@@ -102,4 +102,20 @@ struct DiffOptions {
 };
 int diff(const DiffOptions& options, const Context& context);
 
+struct EditOptions {
+    std::string deck, project;
+    int port = 0;  // 0: one that is free
+    Cut cut = Cut::automatic;
+    bool no_browser = false, watch = false;
+    EditionOptions edition;
+};
+int edit(const EditOptions& options, const Context& context);
+
+struct WatchOptions {
+    std::string deck, project;
+    Cut cut = Cut::automatic;
+    EditionOptions edition;
+};
+int watch(const WatchOptions& options, const Context& context);
+
 }  // namespace brelan::tool

@@ -1,13 +1,12 @@
 #include "commands/dry_run.h"
 
-#include <chrono>
+#include <utility>
 
 #include "analysis/soundness.h"
 #include "cli/exit_status.h"
 #include "commands/checking/drawn_lines.h"
 #include "commands/memory_run.h"
-#include "commands/run_failure.h"
-#include "formats/mesh_file.h"
+#include "commands/mesh_run.h"
 
 namespace brelan::tool {
 
@@ -23,27 +22,19 @@ DryRun dry_run(const DeckCheck& check, const DeckPlace& place, CutMethod cut, co
     RunInput input = run_input(deck, edition, place, package_data(program, edition.kind));
     input.cut = cut;
 
-    const auto begin = std::chrono::steady_clock::now();
-    const RunResult result = run_deck(input);
+    MeshRun run = run_once({deck, edition, place}, input);
     DryRun ran;
-    ran.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-    ran.status = result.end.status;
+    ran.seconds = run.seconds;
+    ran.status = run.result.end.status;
     if (ran.status != STATUS_OK) {
-        ran.message = failure_message({deck,
-                                       place.project,
-                                       {},
-                                       std::string(MEMORY_DECK),
-                                       "",
-                                       {result.end.status, result.end.text, result.end.text}});
+        ran.message = run.message;
         return ran;
     }
-    // The name of an earth dam's mesh is that of the last of its decks.
-    if (result.files == nullptr || result.mesh.empty() || !result.files->contains(result.mesh))
+    if (!run.mesh)
         return ran;
-    ran.result = name_of_result(result);
-    ran.mesh = read_mesh_text(result.files->text(result.mesh), ran.result, edition.kind);
-    ran.mesh->names.take(deck.names);
-    ran.activity = result.activity;
+    ran.result = name_of_result(run.result);
+    ran.mesh = std::move(run.mesh);
+    ran.activity = std::move(run.result.activity);
     ran.remarks = changed_lines(deck, check.first_mesh, *ran.mesh);
     return ran;
 }

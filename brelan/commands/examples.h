@@ -13,6 +13,19 @@ inline constexpr const char* EXAMPLES_OF_RUN =
   brelan run pit.dat --data ~/brelan-c       with an existing data directory
 )";
 
+inline constexpr const char* EXAMPLES_OF_EDIT =
+    R"(  brelan edit pit.dat                  the deck on the left, its mesh on the right
+  brelan edit pit.dat --no-browser     only says at which address
+  brelan edit pit.dat --watch          shows what another editor writes
+  brelan edit pit.dat --cut sound      elements along drawn lines as a solver takes them
+)";
+
+inline constexpr const char* EXAMPLES_OF_WATCH =
+    R"(  brelan watch pit.dat                 beside the editor in which it is written
+  brelan watch -q pit.dat              only what has changed, without the first run
+  brelan watch pit.dat --cut sound     elements along drawn lines as a solver takes them
+)";
+
 inline constexpr const char* EXAMPLES_OF_NEW =
     R"(  brelan new base-mesh > pit.dat     a base mesh, to be changed to your needs
   brelan new groups -o quay          quay/groups.dat: an excavation in stages

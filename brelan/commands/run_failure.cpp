@@ -11,6 +11,7 @@
 #include "cli/exit_status.h"
 #include "commands/batch/pass_trace.h"
 #include "commands/card_report.h"
+#include "commands/placed_remark.h"
 #include "mesh/edition.h"
 
 namespace brelan::tool {
@@ -52,25 +53,6 @@ std::string with_known_file(const FailedRun& run, std::string message) {
     if (message.starts_with(parent))
         return (run.project / message.substr(parent.size())).lexically_normal().string();
     return message;
-}
-
-// "FILE, line 12: ..." taken apart; no line where the message has another form.
-struct PlaceInFile {
-    fs::path file;
-    int line = 0;
-};
-PlaceInFile place_in(const std::string& message) {
-    const std::size_t at = message.find(LINE);
-    if (at == std::string::npos)
-        return {};
-    int line = 0;
-    std::size_t digit = at + LINE.size();
-    for (; digit < message.size() && message[digit] >= '0' && message[digit] <= '9' && line < 100000000;
-         ++digit)
-        line = 10 * line + (message[digit] - '0');
-    if (digit >= message.size() || message[digit] != ':')
-        return {};
-    return {message.substr(0, at), line};
 }
 
 // The field that a message names in brackets, or that its `found "..."` is about.
@@ -138,10 +120,10 @@ std::string card_that_names(const FailedRun& run, const std::string& message) {
 // Below a failure: the card of a deck, the line of a mesh.
 std::string details_of_failure(const FailedRun& run) {
     const std::string message = with_known_file(run, own_message(run));
-    const PlaceInFile place = place_in(message);
+    const PlacedRemark place = taken_apart(message, "");
     if (place.line == 0)
         return card_that_names(run, message);
-    if (place.file == run.deck.file)
+    if (fs::path(place.file) == run.deck.file)
         return report_of_deck(run.deck, place.line, message);
     std::error_code error;
     if (!fs::is_regular_file(place.file, error))

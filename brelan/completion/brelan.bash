@@ -16,7 +16,7 @@ _brelan_files() {
 
 _brelan() {
     local cur=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command="" word i
-    local commands="run new check info plot convert diff help"
+    local commands="run edit watch new check info plot convert diff help"
     local meshes='mes|meg|dat|vtu|msh' decks='dat|deck|txt|inp'
     COMPREPLY=()
     for ((i = 1; i < COMP_CWORD; ++i)); do
@@ -72,7 +72,7 @@ _brelan() {
             return ;;
         --list)
             [[ $command != new ]] && return ;;
-        --tolerance | --title | --width | --scale | --window | --name | --nodes-on | --nodes-in | --elements-of | --on | --code)
+        --tolerance | --title | --width | --scale | --window | --name | --nodes-on | --nodes-in | --elements-of | --on | --code | --port)
             return ;;
         --cable | --gravity)
             return ;;
@@ -86,6 +86,8 @@ _brelan() {
         local options="--help --quiet"
         case $command in
             run) options+=" --edition --kind --project --cut --apart --json --data --work --keep --program" ;;
+            edit) options+=" --edition --kind --project --cut --port --no-browser --watch" ;;
+            watch) options+=" --edition --kind --project --cut" ;;
             new) options+=" --list --kind --output --name --force" ;;
             check) options+=" --edition --kind --project --work --cut --dry-run --json --strict" ;;
             info)
@@ -102,7 +104,7 @@ _brelan() {
         return
     fi
     case $command in
-        run | check) _brelan_files "$decks" ;;
+        run | edit | watch | check) _brelan_files "$decks" ;;
         new)
             COMPREPLY=($(compgen -W "base-mesh edit-0 edit-1 edit-2 edit-3 edit-4 edit-5 edit-6 groups combination dam" \
                 -- "$cur")) ;;

@@ -77,6 +77,7 @@ void CardNotes::card(const Card& card, const Channel& lines) {
     const TextLine line(lines.peek_line());
     DeckCard& noted = note(CardType::values, card.number, card.heading, lines);
     noted.label = card.label;
+    noted.row = &card;
     const CardFields& known = card.fields_of(deck_.kind);
     const std::vector<Word> words = words_of(line);
     const std::int32_t found = count_values(line).count;
@@ -114,7 +115,7 @@ void CardNotes::value_is(std::int32_t position, float value) {
 // --- lists, names, titles ------------------------------------------------------------------------
 
 void CardNotes::list(const Card& card, std::string_view heading, const Channel& lines) {
-    note(CardType::list, card.number, heading, lines);
+    note(CardType::list, card.number, heading, lines).row = &card;
     first_line_ = lines.lines_before();
 }
 

@@ -47,9 +47,10 @@ struct DeckCard {
     int line = 0, last_line = 0;  // of the file, from 1; a list may run over several lines
     std::string text;             // the line as it stands, without trailing blanks
     std::vector<DeckField> fields;
-    std::vector<float> list;  // numbers as written
-    std::string name;         // of a file, or a title
-    int group = 0;            // the group it belongs to, from 1; 0 none
+    std::vector<float> list;    // numbers as written
+    std::string name;           // of a file, or a title
+    const Card* row = nullptr;  // in the card table; nullptr for names and titles
+    int group = 0;              // the group it belongs to, from 1; 0 none
 
     const DeckField* field(std::string_view name) const;      // nullptr: no such field
     std::int32_t integer(std::string_view field_name) const;  // 0 where there is no such field

@@ -16,7 +16,7 @@ struct Scan {
     MeshCounts deleted;
 };
 
-Scan scan_mesh(LayoutKind kind, Channel& mesh_file) {
+Scan scan_mesh(LayoutKind kind, Channel& mesh_file, Watch& watch) {
     Scan scan;
     MeshWalk head(kind, mesh_file, {});
     scan.counts = head.head();
@@ -25,10 +25,14 @@ Scan scan_mesh(LayoutKind kind, Channel& mesh_file) {
         form.field_count = scan.field_count = count_values(TextLine(mesh_file.peek_line())).count;
     MeshWalk walk(kind, mesh_file, form, scan.counts);
     const int first_line = mesh_file.lines_before();
-    walk.each_node([&](const NodeRecord& node) { require_numbers(mesh_file, node); });
+    walk.each_node([&](const NodeRecord& node) {
+        watch.look();
+        require_numbers(mesh_file, node);
+    });
     scan.node_lines = mesh_file.lines_before() - first_line;
     for (const std::int8_t type : ELEMENT_TYPES)
         walk.each_element(type, [&](const ElementRecord& element) {
+            watch.look();
             if (element.number < ElementNumber{})
                 ++scan.deleted.of(type);
             else
@@ -38,11 +42,12 @@ Scan scan_mesh(LayoutKind kind, Channel& mesh_file) {
 }
 
 // As strip_deck does, but without the blanks up to column 126: this copy is never seen.
-void strip_comments(Channels& channels, int source, Channel& mesh_file) {
+void strip_comments(Channels& channels, int source, Channel& mesh_file, Watch& watch) {
     Channel& from = channels.at(source);
     refuse_byte_order_mark(from);
     mesh_file.follow(from);
     while (!from.at_end()) {
+        watch.look();
         const std::string_view line = from.read_whole_line("a line").substr(0, LINE_COLUMNS);
         if (line.empty() || line.front() != '*')
             mesh_file.write_line(line);
@@ -58,10 +63,10 @@ void copy_lines(Channel& from, Channel& to, int count) {
 
 }  // namespace
 
-StrippedMesh strip_mesh(Channels& channels, LayoutKind kind, int source, int target) {
+StrippedMesh strip_mesh(Channels& channels, LayoutKind kind, int source, int target, Watch& watch) {
     Channel& mesh_file = channels.open(CHANNEL_STRIP, "TT123.TMP", OpenStatus::scratch);
-    strip_comments(channels, source, mesh_file);
-    const Scan scan = scan_mesh(kind, mesh_file);
+    strip_comments(channels, source, mesh_file, watch);
+    const Scan scan = scan_mesh(kind, mesh_file, watch);
 
     Channel& clean = channels.at(target);
     clean.follow(mesh_file);
@@ -82,6 +87,7 @@ StrippedMesh strip_mesh(Channels& channels, LayoutKind kind, int source, int tar
             continue;
         copy_lines(mesh_file, clean, 2);
         for (std::int32_t i = 0; i < records; ++i) {
+            watch.look();
             const ElementRecord element = read_element_record(kind, mesh_file, type);
             if (element.number >= ElementNumber{})
                 write_element_record(kind, clean, type, element);

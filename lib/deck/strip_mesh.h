@@ -4,6 +4,7 @@
 #include "mesh/edition.h"
 #include "mesh/mesh_records.h"
 #include "text/channels.h"
+#include "text/watch.h"
 
 namespace brelan {
 
@@ -14,6 +15,6 @@ namespace brelan {
 //
 // Ends the run at a byte order mark, where a record cannot be read, or where a node or element number is
 // outside 1 to 99,990.
-StrippedMesh strip_mesh(Channels& channels, LayoutKind kind, int source, int target);
+StrippedMesh strip_mesh(Channels& channels, LayoutKind kind, int source, int target, Watch& watch);
 
 }  // namespace brelan

@@ -6,6 +6,7 @@
 #include "group/element_index.h"
 #include "group/node_index.h"
 #include "mesh/tables.h"
+#include "text/watch.h"
 
 namespace brelan {
 
@@ -33,6 +34,14 @@ struct Engine {
     bool uses_indexes = true;
     ElementIndex element_index;
     NodeIndex node_index;
+
+    Watch* watch = nullptr;  // of the run: looks at the index are counted by it
+
+    // Lets the watcher of the run end it, within a long step.
+    void look() const {
+        if (watch != nullptr)
+            watch->look();
+    }
 };
 
 }  // namespace brelan

@@ -82,16 +82,19 @@ void note_element(Mesh& mesh, Engine& engine, ElementNumber e) {
 }
 
 std::span<const ElementNumber> elements_met_by(Engine& engine, const Point& p1, const Point& p2) {
+    engine.look();
     Extent slanting;
     slanting.include(p1, p2);
     return engine.element_index.in(engine, box_of(p1, p2).with_room(slanting));
 }
 
 std::span<const ElementNumber> elements_near(Engine& engine, const Point& p1, const Point& p2, float reach) {
+    engine.look();
     return engine.element_index.in(engine, box_of(p1, p2).with_room({}, reach));
 }
 
 std::vector<ElementNumber> elements_with(const Engine& engine, std::span<const NodeNumber> nodes) {
+    engine.look();
     return engine.element_index.with(engine, nodes);
 }
 

@@ -94,6 +94,8 @@ public:
 
 private:
     void run_group(std::int32_t g) {
+        if (engine_.watch != nullptr)
+            engine_.watch->at_group(g, group_cards_.count, group_cards_.outputs[g].title.trimmed());
         engine_.group = g;
         const GroupRow& group = group_cards_.rows[g];
         if (group.group_type == 0)

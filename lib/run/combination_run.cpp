@@ -113,9 +113,9 @@ void open_combination(Run& run) {
     run.combination.first.name = run.deck.names.second.trimmed();
     run.combination.second.name = run.deck.names.first.trimmed();
     run.combination.first.stripped =
-        strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_A, CHANNEL_MESH_A);
+        strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_A, CHANNEL_MESH_A, run.watch);
     run.combination.second.stripped =
-        strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_B, CHANNEL_MESH_B);
+        strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_B, CHANNEL_MESH_B, run.watch);
     scan_region(run.settings.kind(), run.channels.at(CHANNEL_MESH_A), run.combination.first);
     scan_region(run.settings.kind(), run.channels.at(CHANNEL_MESH_B), run.combination.second);
     fix_region_numbers(run.combination);

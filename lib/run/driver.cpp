@@ -131,6 +131,7 @@ void run_deck(Run& run) {
     run.activity.clear();
     run.decks.name = run.decks.names[run.decks.number];
     normalise_deck(run);
+    run.watch.set_deck(run.decks.number, run.decks.count);
     run.deck.require(DeckPart::mode);
     std::int32_t mode = run.deck.mode;
     expect_files(run);
@@ -168,6 +169,7 @@ void run_program(Run& run) {
     run.decks.names[1] = run.decks.name;
     for (run.decks.number = 1; run.decks.number <= run.decks.count; ++run.decks.number)
         run_deck(run);
+    run.watch = Watch{};  // the results are in their places: what is left is no run that could be called off
     if (run.decks.count > 1)
         remove_shell_files(run);
     write_status(run.channels, 0);

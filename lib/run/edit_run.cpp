@@ -215,7 +215,8 @@ void open_edit_files(Run& run) {
     run.channels.open(CHANNEL_MESH_A, WORKING_COPY, OpenStatus::work);
     run.channels.open(CHANNEL_SOURCE_A, run.deck.names.first.view(), OpenStatus::old);
     open_result_files(run);
-    run.source.stripped = strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_A, CHANNEL_MESH_A);
+    run.source.stripped =
+        strip_mesh(run.channels, run.settings.kind(), CHANNEL_SOURCE_A, CHANNEL_MESH_A, run.watch);
 }
 
 void begin_edit(Run& run) {

@@ -36,6 +36,7 @@ void run_groups(Run& run) {
     load_engine(run.mesh, run.deck.groups, run.engine, run.source.nodes.highest, highest);
     set_tolerances(run.mesh, run.tolerances, run.engine);
     run.trace.pass(" Pass 14.2 ", 14.2F);
+    run.engine.watch = &run.watch;
     run.listing =
         work_on_groups(run.channels, run.mesh, run.deck.groups, run.tolerances, run.cut, run.engine);
     run.trace.pass(" Pass 14.3 ", 14.3F);
@@ -71,6 +72,7 @@ void renumber_lines(Run& run, const PackedNodes& nodes, NodeNumber first_node) {
 Membership prepare_members(Run& run, const NumberRange<ElementNumber>& elements) {
     Membership membership = begin_membership(run.tolerances, run.engine, run.listing);
     for (ElementNumber e = elements.lowest; e <= elements.highest; ++e) {
+        run.watch.look();
         const std::int8_t type = run.mesh.type_in_use[e];
         if (type < ELEMENT_CONTINUUM || run.mesh.words[e].material >= MaterialNumber{})
             continue;
@@ -92,6 +94,7 @@ void write_group_elements(Run& run, Channel& mesh_file, const ResultMesh& result
     write_result_elements(run.mesh, mesh_file, result, type);
     Channel& file = run.channels.at(CHANNEL_GROUP);
     for (ElementNumber n = result.elements.lowest; n <= result.elements.highest; ++n) {
+        run.watch.look();
         if (run.mesh.type_in_use[n] != type)
             continue;
         members.add_material(type, run.mesh.words[n].material);

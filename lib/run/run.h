@@ -21,13 +21,15 @@
 #include "text/channels.h"
 #include "text/console.h"
 #include "text/trace.h"
+#include "text/watch.h"
 
 namespace brelan {
 
 struct Run {
-    Run(std::shared_ptr<Files> files, Console& shown_on) : channels(std::move(files)), console(shown_on) {}
-    Run(Directories directories, Console& shown_on)
-        : Run(std::make_shared<DiskFiles>(std::move(directories)), shown_on) {}
+    Run(std::shared_ptr<Files> files, Console& shown_on, RunWatcher* watcher = nullptr)
+        : channels(std::move(files)), console(shown_on), watch(watcher) {}
+    Run(Directories directories, Console& shown_on, RunWatcher* watcher = nullptr)
+        : Run(std::make_shared<DiskFiles>(std::move(directories)), shown_on, watcher) {}
 
     void set_edition(std::int32_t edition) {
         settings.edition = edition;
@@ -36,7 +38,8 @@ struct Run {
 
     Channels channels;
     Console& console;
-    Trace trace{channels};
+    Watch watch;
+    Trace trace{channels, watch};
     Settings settings;
     CutMethod cut = CutMethod::by_rules;  // in every deck of the run
     DeckList decks;

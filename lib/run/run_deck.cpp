@@ -35,6 +35,8 @@ RunEnd run_and_flush(Run& run) {
         } catch (const RunEnd& early) {
             end = early;
         }
+        if (end.status == STATUS_ENDED)
+            return end;
         try {
             run.channels.flush_all();
             run.channels.take_finished_results();
@@ -53,13 +55,15 @@ RunEnd run_and_flush(Run& run) {
     // GCOVR_EXCL_STOP
 }
 
-RunResult result_with(std::shared_ptr<Files> files, CutMethod cut) {
+RunResult result_with(std::shared_ptr<Files> files, CutMethod cut, RunWatcher* watcher) {
     RunResult result;
     KeptConsole console;
-    const auto run = std::make_unique<Run>(std::move(files), console);
+    const auto run = std::make_unique<Run>(std::move(files), console, watcher);
     run->cut = cut;
     result.end = run_to_end(*run);
     result.console = console.text();
+    if (result.end.status == STATUS_ENDED)
+        return result;
     const std::string_view mesh = run->deck.names.result.view();
     result.mesh = mesh.substr(0, mesh.find_last_not_of(' ') + 1);
     result.activity = std::move(run->activity);
@@ -91,7 +95,7 @@ std::shared_ptr<MemoryFiles> files_of(const RunInput& input) {
 RunResult run_deck(const RunInput& input) {
     try {
         const std::shared_ptr<MemoryFiles> files = files_of(input);
-        RunResult result = result_with(files, input.cut);
+        RunResult result = result_with(files, input.cut, input.watcher);
         result.files = files;
         return result;
     } catch (const RunEnd& end) {  // a name that is none
@@ -99,8 +103,8 @@ RunResult run_deck(const RunInput& input) {
     }
 }
 
-RunResult run_deck(const Directories& project, CutMethod cut) {
-    return result_with(std::make_shared<DiskFiles>(project), cut);
+RunResult run_deck(const Directories& project, CutMethod cut, RunWatcher* watcher) {
+    return result_with(std::make_shared<DiskFiles>(project), cut, watcher);
 }
 
 }  // namespace brelan

@@ -12,13 +12,15 @@
 #include "mesh/element_activity.h"
 #include "text/files.h"
 #include "text/run_end.h"
+#include "text/watch.h"
 
 namespace brelan {
 
 struct Run;
 
 // Carries out a run and closes its files. All are complete when a run finishes or stops; one that cannot be
-// written makes it a failure.
+// written makes it a failure. Where the watcher ends it (STATUS_ENDED) the deck in work leaves no result;
+// working files and settings that it has renewed stay.
 RunEnd run_to_end(Run& run);
 
 // Where the report of a card with a wrong count goes.
@@ -36,6 +38,7 @@ struct RunInput {
     ReportPlace report = ReportPlace::file;
     Listings listings = Listings::left_out;
     CutMethod cut = CutMethod::by_rules;
+    RunWatcher* watcher = nullptr;
 };
 
 struct RunResult {
@@ -53,7 +56,8 @@ struct RunResult {
 RunResult run_deck(const RunInput& input);
 
 // Runs the deck that the start-up files of a project on disk name; what it leaves is there.
-RunResult run_deck(const Directories& project, CutMethod cut = CutMethod::by_rules);
+RunResult run_deck(const Directories& project, CutMethod cut = CutMethod::by_rules,
+                   RunWatcher* watcher = nullptr);
 
 // The files that a run in memory begins with. Ends the run at a name that is none.
 std::shared_ptr<MemoryFiles> files_of(const RunInput& input);

@@ -1,4 +1,4 @@
-// The two ways in which a run ends before its last step. Both throw RunEnd, which is caught where a run is
+// The ways in which a run ends before its last step. All throw RunEnd, which is caught where a run is
 // started as a whole: unwinding leaves every channel to be closed, so that listings and traces are complete
 // on disk.
 #pragma once
@@ -13,6 +13,7 @@ namespace brelan {
 inline constexpr int STATUS_FINISHED = 0;  // the run reached its last step
 inline constexpr int STATUS_STOPPED = 1;   // a stop of the program's own: its text stands on the console
 inline constexpr int STATUS_FAILED = 2;    // something could not be read, opened, written or held
+inline constexpr int STATUS_ENDED = 3;     // its watcher ended the run: no failure, and no result
 
 // Where in a file of the user something stands.
 struct FilePlace {

@@ -33,11 +33,13 @@ void Trace::line(std::string_view text, std::optional<std::int32_t> value) {
 }
 
 void Trace::pass(std::string_view text, float number, std::optional<std::int32_t> value) {
-    if (level_ <= 0 || last_pass_ < number)
-        return;
-    line(text, value);
-    if (last_pass_ == number)
-        channels_.close(CHANNEL_TRACE);
+    if (level_ > 0 && last_pass_ >= number) {
+        line(text, value);
+        if (last_pass_ == number)
+            channels_.close(CHANNEL_TRACE);
+    }
+    if (watch_ != nullptr)
+        watch_->at_pass(text);
 }
 
 }  // namespace brelan

@@ -7,12 +7,14 @@
 
 #include "text/channels.h"
 #include "text/free_field.h"
+#include "text/watch.h"
 
 namespace brelan {
 
 class Trace {
 public:
     explicit Trace(Channels& channels) : channels_(channels) {}
+    Trace(Channels& channels, Watch& watch) : channels_(channels), watch_(&watch) {}
 
     // Sets the level of detail, 0 for no trace, and the last pass to be traced.
     void set(std::int32_t level, float last_pass) {
@@ -25,7 +27,8 @@ public:
 
     // Fires a trace point: when the trace is on and the last pass is not below the number, writes the text as
     // a line, with the value that the point carries behind it. At the last pass itself the trace file is
-    // closed: the trace is complete on disk up to there, and the run goes on.
+    // closed: the trace is complete on disk up to there, and the run goes on. The run's watcher is told of
+    // the pass whatever is traced.
     void pass(std::string_view text, float number, std::optional<std::int32_t> value = std::nullopt);
 
     // Writes a free-field line, whatever pass is to be the last. A line that comes when the trace file is
@@ -45,6 +48,7 @@ public:
 
 private:
     Channels& channels_;
+    Watch* watch_ = nullptr;
     std::int32_t level_ = 0;
     float last_pass_ = 0.0F;
     bool default_file_begun_ = false;

@@ -16,6 +16,7 @@
 #include "cli/exit_status.h"
 #include "commands/batch/edition.h"
 #include "commands/checking/doubts.h"
+#include "commands/placed_remark.h"
 #include "model/deck.h"
 #include "text/run_end.h"
 
@@ -24,6 +25,8 @@ namespace brelan::python {
 // A mesh that NumPy arrays look into.
 struct HeldMesh {
     explicit HeldMesh(MeshLists made) : lists(std::move(made)), corners(corners_of(lists)) {}
+    HeldMesh(MeshLists made, std::vector<CornerPlaces> its_corners)
+        : lists(std::move(made)), corners(std::move(its_corners)) {}
 
     MeshLists lists;
     std::vector<CornerPlaces> corners;
@@ -41,15 +44,9 @@ struct HeldDeck {
 // A kind by its name; none for an empty one. Throws Failure for a name that is none.
 std::optional<LayoutKind> kind_of_name(const std::string& name);
 
-// A message taken apart: "FILE, line N: text", "FILE: text" for the file that is given, or a text alone.
-struct Remark {
-    std::string text, file;
-    int line = 0;
-};
-Remark taken_apart(const std::string& message, const std::string& file);
-
 // Throws brelan.Error. `field` is a place on the card at the line.
-[[noreturn]] void throw_error(const Remark& remark, std::optional<std::size_t> field = std::nullopt);
+[[noreturn]] void throw_error(const tool::PlacedRemark& remark,
+                              std::optional<std::size_t> field = std::nullopt);
 
 // Calls a routine and throws brelan.Error for what the library throws. `file` is what messages begin with
 // where they are about a file.
@@ -58,11 +55,11 @@ auto reported(const std::string& file, Routine routine) {
     try {
         return routine();
     } catch (const RunEnd& end) {
-        throw_error(
-            end.place ? Remark{end.message(), end.place->file, end.place->line} : taken_apart(end.text, file),
-            end.field);
+        throw_error(end.place ? tool::PlacedRemark{end.message(), end.place->file, end.place->line}
+                              : tool::taken_apart(end.text, file),
+                    end.field);
     } catch (const tool::Failure& failure) {
-        throw_error(taken_apart(failure.what(), file));
+        throw_error(tool::taken_apart(failure.what(), file));
     }
 }
 

@@ -1,18 +1,14 @@
 // Decks, and their runs in memory.
-#include <chrono>
 #include <map>
 #include <stdexcept>
 #include <utility>
 
-#include "analysis/soundness.h"
 #include "bindings.h"
 #include "cli/output_file.h"
 #include "commands/checking/deck_check.h"
 #include "commands/checking/drawn_lines.h"
 #include "commands/memory_run.h"
-#include "commands/run_failure.h"
-#include "drawing/soundness_text.h"
-#include "formats/mesh_file.h"
+#include "commands/mesh_run.h"
 #include "model/deck_edit.h"
 #include "run/run_deck.h"
 #include "text/text_line.h"
@@ -84,12 +80,8 @@ struct Data {
 };
 
 struct HeldRun {
-    RunResult result;
-    double seconds = 0.0;
-    CutMethod cut = CutMethod::by_rules;
-    std::string cut_reason;
-    Remark end;  // of a run that has not finished, its files named as the person knows them
-    std::shared_ptr<HeldMesh> mesh;
+    tool::MeshRun made;
+    std::shared_ptr<HeldMesh> mesh;  // which is taken out of the run
     std::vector<std::string> remarks;
 };
 
@@ -97,72 +89,6 @@ struct RunWishes {
     std::string cut;  // rules, sound, auto
     bool listings = false;
 };
-
-std::string result_text(const RunResult& result) {
-    const bool there = result.files != nullptr && !result.mesh.empty() && result.files->contains(result.mesh);
-    return there ? std::string(result.files->text(result.mesh)) : std::string();
-}
-
-// How a run ended, its files named as the person knows them. A mesh that is not there, or cannot be read as a
-// whole, is one that a card names.
-Remark end_of(const HeldDeck& deck, const RunEnd& end) {
-    const std::string message = tool::failure_message({deck.noted,
-                                                       deck.place.project,
-                                                       {},
-                                                       std::string(tool::MEMORY_DECK),
-                                                       "",
-                                                       {end.status, end.text, end.text}});
-    Remark remark = taken_apart(message, deck.noted.file.string());
-    for (const tool::DeckCard& card : deck.noted.cards)
-        if (remark.file.empty() && card.type == tool::CardType::name)
-            remark = taken_apart(
-                message, tool::file_of_card(deck.place.project, card.name).lexically_normal().string());
-    return remark;
-}
-
-HeldRun run_once(const HeldDeck& deck, const RunInput& input) {
-    HeldRun run;
-    run.cut = input.cut;
-    const auto begin = std::chrono::steady_clock::now();
-    run.result = run_deck(input);
-    run.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-    const RunEnd& end = run.result.end;
-    if (end.status != STATUS_FINISHED) {
-        run.end = end_of(deck, end);
-        return run;
-    }
-    if (const std::string text = result_text(run.result); !text.empty()) {
-        run.mesh = std::make_shared<HeldMesh>(
-            tool::read_mesh_text(text, tool::name_of_result(run.result), deck.edition.kind));
-        run.mesh->lists.names.take(deck.noted.names);
-    }
-    return run;
-}
-
-std::size_t faults_of(const HeldRun& run) {
-    std::size_t faults = 0;
-    if (run.mesh)
-        for (const Finding& finding : check_soundness(run.mesh->lists, run.mesh->corners).findings)
-            faults += finding.unsound ? finding.places.size() : 0;
-    return faults;
-}
-
-// By the rules, and where the mesh is unsound by the sound cut; the better mesh stands.
-HeldRun run_by_choice(const HeldDeck& deck, RunInput& input) {
-    HeldRun by_rules = run_once(deck, input);
-    const std::size_t faults = faults_of(by_rules);
-    if (faults == 0)
-        return by_rules;
-    input.cut = CutMethod::sound;
-    HeldRun sound = run_once(deck, input);
-    if (sound.mesh && faults_of(sound) < faults) {
-        sound.cut_reason = "by the rules the mesh is unsound";
-        return sound;
-    }
-    by_rules.cut_reason = sound.end.text.empty() ? "the mesh of the sound cut is no better"
-                                                 : "the sound cut ended with: " + sound.end.text;
-    return by_rules;
-}
 
 HeldRun run_held(const HeldDeck& deck, const Data& data, const std::map<std::string, std::string>& files,
                  const RunWishes& wishes) {
@@ -172,10 +98,14 @@ HeldRun run_held(const HeldDeck& deck, const Data& data, const std::map<std::str
         for (const auto& [name, text] : files)
             input.files[tool::name_in_run(name)] = text;
         input.listings = wishes.listings ? Listings::kept : Listings::left_out;
-        input.cut = wishes.cut == "sound" ? CutMethod::sound : CutMethod::by_rules;
-        HeldRun run = wishes.cut == "auto" ? run_by_choice(deck, input) : run_once(deck, input);
-        if (run.mesh)
-            run.remarks = tool::changed_lines(deck.noted, std::nullopt, run.mesh->lists);
+        const tool::Cut cut = wishes.cut == "sound"  ? tool::Cut::sound
+                              : wishes.cut == "auto" ? tool::Cut::automatic
+                                                     : tool::Cut::rules;
+        HeldRun run{tool::run_with(cut, {deck.noted, deck.edition, deck.place}, input), nullptr, {}};
+        if (run.made.mesh) {
+            run.remarks = tool::changed_lines(deck.noted, std::nullopt, *run.made.mesh);
+            run.mesh = std::make_shared<HeldMesh>(std::move(*run.made.mesh), std::move(run.made.corners));
+        }
         return run;
     });
 }
@@ -183,10 +113,10 @@ HeldRun run_held(const HeldDeck& deck, const Data& data, const std::map<std::str
 // The files that a run left, by the names that a person knows; the package's data are not among them.
 std::map<std::string, py::bytes> files_of_run(const HeldRun& run) {
     std::map<std::string, py::bytes> files;
-    if (run.result.files == nullptr)
+    if (run.made.result.files == nullptr)
         return files;
     const std::string project = "project/", work = "project/work/";
-    for (const std::string& path : run.result.files->names()) {
+    for (const std::string& path : run.made.result.files->names()) {
         if (!path.starts_with(project))
             continue;
         const bool at_work = path.starts_with(work);
@@ -194,7 +124,7 @@ std::map<std::string, py::bytes> files_of_run(const HeldRun& run) {
         if (name == "TFNAME.TMP" || name == "deck.dat")
             continue;
         files.emplace(at_work ? "work/" + name : name,
-                      py::bytes(std::string(run.result.files->text(at_work ? name : "..\\" + name))));
+                      py::bytes(std::string(run.made.result.files->text(at_work ? name : "..\\" + name))));
     }
     return files;
 }
@@ -202,7 +132,7 @@ std::map<std::string, py::bytes> files_of_run(const HeldRun& run) {
 // Numbers of the elements that come or go, and for each the step at which it comes, that at which it goes,
 // and the material that it had before it got one of its group's own.
 py::tuple activity_of(const HeldRun& run) {
-    const std::vector<ElementActivity>& activity = run.result.activity;
+    const std::vector<ElementActivity>& activity = run.made.result.activity;
     py::array_t<std::int32_t> numbers(static_cast<py::ssize_t>(activity.size()));
     py::array_t<std::int32_t> rows({activity.size(), std::size_t{3}});
     auto row = rows.mutable_unchecked<2>();
@@ -279,17 +209,18 @@ void bind_runs(py::module_& module) {
         });
     });
     py::class_<HeldRun>(module, "Run")
-        .def_property_readonly("status", [](const HeldRun& run) { return run.result.end.status; })
-        .def_property_readonly("message", [](const HeldRun& run) { return run.end.text; })
-        .def_property_readonly("file", [](const HeldRun& run) { return run.end.file; })
-        .def_property_readonly("line", [](const HeldRun& run) { return run.end.line; })
-        .def_property_readonly("field", [](const HeldRun& run) { return run.result.end.field; })
-        .def_property_readonly("console", [](const HeldRun& run) { return run.result.console; })
+        .def_property_readonly("status", [](const HeldRun& run) { return run.made.result.end.status; })
+        .def_property_readonly("message", [](const HeldRun& run) { return run.made.end.text; })
+        .def_property_readonly("file", [](const HeldRun& run) { return run.made.end.file; })
+        .def_property_readonly("line", [](const HeldRun& run) { return run.made.end.line; })
+        .def_property_readonly("field", [](const HeldRun& run) { return run.made.result.end.field; })
+        .def_property_readonly("console", [](const HeldRun& run) { return run.made.result.console; })
         .def_property_readonly(
-            "cut", [](const HeldRun& run) { return run.cut == CutMethod::sound ? "sound" : "rules"; })
-        .def_property_readonly("result", [](const HeldRun& run) { return tool::name_of_result(run.result); })
-        .def_readonly("cut_reason", &HeldRun::cut_reason)
-        .def_readonly("seconds", &HeldRun::seconds)
+            "cut", [](const HeldRun& run) { return run.made.cut == CutMethod::sound ? "sound" : "rules"; })
+        .def_property_readonly("result",
+                               [](const HeldRun& run) { return tool::name_of_result(run.made.result); })
+        .def_property_readonly("cut_reason", [](const HeldRun& run) { return run.made.cut_reason; })
+        .def_property_readonly("seconds", [](const HeldRun& run) { return run.made.seconds; })
         .def_readonly("mesh", &HeldRun::mesh)
         .def_readonly("remarks", &HeldRun::remarks)
         .def_property_readonly("activity", &activity_of)

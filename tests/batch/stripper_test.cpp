@@ -272,7 +272,8 @@ TEST(StripperFields, AreCountedAnewForEachFile) {
         directory.write("in.Mes", text_of(mesh));
         state.channels.open(15, "in.Mes", OpenStatus::old);
         state.channels.open(5, "FILEA.TMP", OpenStatus::work);
-        return strip_mesh(state.channels, state.settings.kind(), 15, 5).field_count;
+        Watch watch;
+        return strip_mesh(state.channels, state.settings.kind(), 15, 5, watch).field_count;
     };
     EXPECT_EQ(fields_of(HEAD + Lines{"1 0 0 0"} + NODE_HEADINGS + Lines{"1 1 0 0 1 1 0 0"}), 8);
     EXPECT_EQ(fields_of(HEAD + Lines{"1 0 0 0"} + NODE_HEADINGS + Lines{"1 1 0 0 0 0"}), 6);
@@ -291,7 +292,8 @@ TEST(StripperFields, StripperClosesItsSourceAndRewindsTheCopy) {
     directory.write("in.Mes", text_of(WHOLE));
     state.channels.open(16, "in.Mes", OpenStatus::old);
     Channel& copy = state.channels.open(6, "FILEB.TMP", OpenStatus::work);
-    strip_mesh(state.channels, state.settings.kind(), 16, 6);
+    Watch watch;
+    strip_mesh(state.channels, state.settings.kind(), 16, 6, watch);
     EXPECT_FALSE(state.channels.is_open(16));
     EXPECT_EQ(copy.lines_before(), 0);
     EXPECT_EQ(copy.read_line("the name").trimmed(), "a mesh");

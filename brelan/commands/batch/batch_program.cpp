@@ -64,12 +64,14 @@ std::string content(std::FILE* file) {
     _exit(NOT_STARTED);
 }
 
-std::vector<std::string> environment_with(const fs::path& drive) {
-    constexpr std::string_view variable = "BRELAN_DRIVE_C=";
-    std::vector<std::string> environment{std::string(variable) + drive.string()};
+std::vector<std::string> environment_for(const BatchStart& start) {
+    constexpr std::string_view drive = "BRELAN_DRIVE_C=", progress = "BRELAN_PROGRESS=";
+    std::vector<std::string> environment{std::string(drive) + start.drive.string()};
+    if (start.progress)
+        environment.push_back(std::string(progress) + std::to_string(*start.progress));
     for (char** entry = environ; *entry != nullptr; ++entry)
-        if (!std::string_view(*entry).starts_with(variable))
-            environment.emplace_back(*entry);
+        if (const std::string_view text = *entry; !text.starts_with(drive) && !text.starts_with(progress))
+            environment.emplace_back(text);
     return environment;
 }
 
@@ -117,7 +119,7 @@ BatchResult run_batch_program(const BatchStart& start, const Interruption& inter
     const TemporaryFile in = temporary_file(), out = temporary_file(), err = temporary_file();
     std::fputs((start.deck + "\n").c_str(), in.get());
     std::rewind(in.get());
-    std::vector<std::string> variables = environment_with(start.drive);
+    std::vector<std::string> variables = environment_for(start);
     std::vector<char*> environment;
     environment.reserve(variables.size() + 1);
     for (std::string& variable : variables)

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "cli/interruption.h"
@@ -23,6 +24,7 @@ struct BatchStart {
     std::filesystem::path program, working_directory, drive;
     std::string deck;  // its name from the working directory, for TFNAME.TMP
     CutMethod cut = CutMethod::by_rules;
+    std::optional<int> progress = {};  // the descriptor that the program tells its progress on
 };
 
 // Writes TFNAME.TMP, starts the program and waits for it; `waiting` is called every now and then. A program

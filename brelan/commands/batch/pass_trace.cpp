@@ -5,6 +5,8 @@
 #include <iterator>
 #include <system_error>
 
+#include "text/watch.h"
+
 namespace brelan::tool {
 
 namespace {
@@ -49,12 +51,10 @@ std::string_view work_of_pass(std::string_view pass) {
 }
 
 void PassTrace::take_line(std::string_view line) {
-    constexpr std::string_view word = "Pass ";
-    const std::size_t begin = line.find_first_not_of(' ');
-    if (begin == std::string_view::npos || !line.substr(begin).starts_with(word))
+    const std::string_view name = pass_name(line);
+    if (name.empty())
         return;
-    line.remove_prefix(begin + word.size());
-    pass_ = line.substr(0, line.find(' '));
+    pass_ = name;
     if (pass_ == "3")
         ++decks_;
 }

@@ -8,51 +8,46 @@ namespace brelan::tool {
 
 namespace {
 
-struct Value {
-    std::int32_t value;
-    std::string_view text;
-};
-
 struct CodeField {
     std::string_view card, field;
-    std::span<const Value> values;
+    std::span<const CodeValue> values;
     std::string_view otherwise;
     bool ends_run = false;
 };
 
-constexpr Value MODES[] = {{-1, "combination, the second mesh's data win"},
-                           {0, "combination"},
-                           {1, "edit"},
-                           {2, "base mesh"},
-                           {3, "earth dam"}};
-constexpr Value INTERFACES[] = {{0, "nodes at one place"}, {1, "listed pairs"}};
-constexpr Value EDITS[] = {{0, "move, scale, mirror"}, {1, "set node codes"}, {2, "delete elements"},
-                           {3, "change materials"},    {4, "groups"},         {5, "map a slope"},
-                           {6, "rebuild elements"}};
-constexpr Value NODE_SELECTIONS[] = {
+constexpr CodeValue MODES[] = {{-1, "combination, the second mesh's data win"},
+                               {0, "combination"},
+                               {1, "edit"},
+                               {2, "base mesh"},
+                               {3, "earth dam"}};
+constexpr CodeValue INTERFACES[] = {{0, "nodes at one place"}, {1, "listed pairs"}};
+constexpr CodeValue EDITS[] = {{0, "move, scale, mirror"}, {1, "set node codes"}, {2, "delete elements"},
+                               {3, "change materials"},    {4, "groups"},         {5, "map a slope"},
+                               {6, "rebuild elements"}};
+constexpr CodeValue NODE_SELECTIONS[] = {
     {0, "in a window"}, {1, "on a list"}, {2, "on a polyline"}, {3, "of elements of listed materials"}};
-constexpr Value ELEMENT_SELECTIONS[] = {{0, "in a window"}, {1, "on a list"}};
-constexpr Value SIDE_VALUES[] = {{0, "what is selected"}, {1, "all others"}};
-constexpr Value NO_YES[] = {{0, "no"}, {1, "yes"}};
-constexpr Value FIXED[] = {{0, "free"}, {1, "fixed"}};
-constexpr Value TEMPLATES[] = {{1, "1 : 1"}, {2, "1 : 1.5"}, {3, "1 : 2"}, {4, "1 : 2.5"}, {5, "1 : 3"}};
-constexpr Value GROUPS[] = {{0, "passed over"},
-                            {1, "deletes inside"},
-                            {-1, "deletes outside"},
-                            {2, "line"},
-                            {-2, "joint along a line"},
-                            {3, "material inside"},
-                            {-3, "material inside, joint"},
-                            {4, "stage inside"},
-                            {-4, "stage inside, joint"},
-                            {5, "outline, listed only"}};
-constexpr Value LINES[] = {{0, "nothing"},          {1, "nothing"},         {2, "beams"},
-                           {3, "trusses"},          {4, "trusses, code 0"}, {5, "trusses, code 1"},
-                           {-1, "nothing"},         {-2, "beams"},          {-3, "trusses"},
-                           {-4, "trusses, code 0"}, {-5, "trusses, code 1"}};
-constexpr Value SEGMENTS[] = {{1, "straight"}, {2, "arc"}};
-constexpr Value ENDS[] = {{0, "ends only"},        {1, "cut, end placed"},  {-1, "cut, start placed"},
-                          {2, "cut, both placed"}, {-2, "nodes move only"}, {3, "not cut"}};
+constexpr CodeValue ELEMENT_SELECTIONS[] = {{0, "in a window"}, {1, "on a list"}};
+constexpr CodeValue SIDE_VALUES[] = {{0, "what is selected"}, {1, "all others"}};
+constexpr CodeValue NO_YES[] = {{0, "no"}, {1, "yes"}};
+constexpr CodeValue FIXED[] = {{0, "free"}, {1, "fixed"}};
+constexpr CodeValue TEMPLATES[] = {{1, "1 : 1"}, {2, "1 : 1.5"}, {3, "1 : 2"}, {4, "1 : 2.5"}, {5, "1 : 3"}};
+constexpr CodeValue GROUPS[] = {{0, "passed over"},
+                                {1, "deletes inside"},
+                                {-1, "deletes outside"},
+                                {2, "line"},
+                                {-2, "joint along a line"},
+                                {3, "material inside"},
+                                {-3, "material inside, joint"},
+                                {4, "stage inside"},
+                                {-4, "stage inside, joint"},
+                                {5, "outline, listed only"}};
+constexpr CodeValue LINES[] = {{0, "nothing"},          {1, "nothing"},         {2, "beams"},
+                               {3, "trusses"},          {4, "trusses, code 0"}, {5, "trusses, code 1"},
+                               {-1, "nothing"},         {-2, "beams"},          {-3, "trusses"},
+                               {-4, "trusses, code 0"}, {-5, "trusses, code 1"}};
+constexpr CodeValue SEGMENTS[] = {{1, "straight"}, {2, "arc"}};
+constexpr CodeValue ENDS[] = {{0, "ends only"},        {1, "cut, end placed"},  {-1, "cut, start placed"},
+                              {2, "cut, both placed"}, {-2, "nodes move only"}, {3, "not cut"}};
 
 constexpr std::array FIELDS{
     CodeField{"1.1", "IMOD", MODES, "no mode: the run ends with a message", true},
@@ -87,20 +82,30 @@ constexpr std::array FIELDS{
     CodeField{"5.1", "ISHELL", NO_YES, "taken for 1"},
 };
 
+const CodeField* row_of(std::string_view card_number, std::string_view field) {
+    const auto row = std::find_if(FIELDS.begin(), FIELDS.end(), [&](const CodeField& candidate) {
+        return candidate.card == card_number && candidate.field == field;
+    });
+    return row == FIELDS.end() ? nullptr : &*row;
+}
+
 }  // namespace
 
 CodeMeaning meaning_of(const DeckCard& card, const DeckField& field) {
     if (card.type != CardType::values || field.form == FieldForm::real)
         return {};
-    const auto row = std::find_if(FIELDS.begin(), FIELDS.end(), [&](const CodeField& candidate) {
-        return candidate.card == card.number && candidate.field == field.name;
-    });
-    if (row == FIELDS.end())
+    const CodeField* const row = row_of(card.number, field.name);
+    if (row == nullptr)
         return {};
-    for (const Value& value : row->values)
+    for (const CodeValue& value : row->values)
         if (value.value == field.integer())
             return {.is_code = true, .known = true, .text = value.text};
     return {.is_code = true, .text = row->otherwise, .ends_run = row->ends_run};
+}
+
+std::span<const CodeValue> code_values(std::string_view card_number, std::string_view field) {
+    const CodeField* const row = row_of(card_number, field);
+    return row == nullptr ? std::span<const CodeValue>{} : row->values;
 }
 
 }  // namespace brelan::tool

@@ -1,6 +1,8 @@
 // What the codes on cards mean.
 #pragma once
 
+#include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "model/deck.h"
@@ -15,5 +17,12 @@ struct CodeMeaning {
 };
 
 CodeMeaning meaning_of(const DeckCard& card, const DeckField& field);
+
+// All known values of a field; none where it is no code.
+struct CodeValue {
+    std::int32_t value;
+    std::string_view text;
+};
+std::span<const CodeValue> code_values(std::string_view card_number, std::string_view field);
 
 }  // namespace brelan::tool

@@ -41,14 +41,19 @@ std::optional<MeshLists> source_mesh(Doubts& doubts, const DeckPlace& place, con
     return std::nullopt;
 }
 
-void look_for_doubts(DeckCheck& check, const DeckPlace& place) {
-    const NotedDeck& deck = check.deck;
-    Doubts doubts(deck);
+// What the text alone tells.
+void doubt_text(Doubts& doubts, const Verdict& verdict) {
     doubt_codes(doubts);
     doubt_numbers(doubts);
     doubt_cards(doubts);
-    doubt_dam(doubts, check.verdict.dam_body ? &*check.verdict.dam_body : nullptr);
+    doubt_dam(doubts, verdict.dam_body ? &*verdict.dam_body : nullptr);
     doubt_outlines(doubts);
+}
+
+void look_for_doubts(DeckCheck& check, const DeckPlace& place) {
+    const NotedDeck& deck = check.deck;
+    Doubts doubts(deck);
+    doubt_text(doubts, check.verdict);
     std::optional<MeshLists> a, b;
     if (deck.mode == 2) {
         a = std::move(check.verdict.base_mesh);
@@ -89,6 +94,16 @@ DeckCheck check_of(NotedDeck deck, const Edition& edition, const DeckPlace& plac
     DeckCheck check{std::move(deck), edition, {}, {}, {}};
     check.verdict = verdict_of(check.deck, edition);
     look_for_doubts(check, place);
+    return check;
+}
+
+DeckCheck text_check_of(NotedDeck deck, const Edition& edition) {
+    DeckCheck check{std::move(deck), edition, {}, {}, {}};
+    check.verdict = check.deck.fault ? verdict_of_fault(check.deck) : verdict_of_dam(check.deck, edition);
+    Doubts doubts(check.deck);
+    doubt_text(doubts, check.verdict);
+    doubts.sort();
+    check.doubts = doubts.list();
     return check;
 }
 

@@ -28,4 +28,8 @@ bool is_of_rules(const Doubt& doubt);
 // The meshes that the deck reads are those of its place.
 DeckCheck check_of(NotedDeck deck, const Edition& edition, const DeckPlace& place);
 
+// What the text alone tells: no file is looked at, and no mesh made. It is quick enough for each key that is
+// struck.
+DeckCheck text_check_of(NotedDeck deck, const Edition& edition);
+
 }  // namespace brelan::tool

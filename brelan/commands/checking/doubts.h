@@ -1,7 +1,9 @@
 // What the checker does not look at: values that can hardly be meant.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +18,8 @@ struct Doubt {
     int line = 0;    // of the deck, 0 where none is to blame
     std::string message;
     bool ends_run = false;  // the batch program will end with a message there
+    // Places in NotedDeck::cards and in its fields: the first field that the message names.
+    std::optional<std::size_t> card, field;
 };
 
 // Collects doubts of a deck.

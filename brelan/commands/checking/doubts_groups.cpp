@@ -124,7 +124,10 @@ bool cross_each_other(const DeckPoint& a, const DeckPoint& b, const DeckPoint& c
 }
 
 void doubt_crossing(Doubts& doubts, const DeckGroup& group, const DeckCard* card) {
-    const std::vector<DeckPoint>& path = group.path;
+    std::vector<DeckPoint> path = group.path;
+    // Arcs that close an outline come back to its first point with a rounding.
+    if (group.closed && path.size() > 1 && distance(path.front(), path.back()) < SAME_PLACE)
+        path.pop_back();
     const std::size_t edges = group.closed ? path.size() : path.size() - 1;
     const auto end = [&](std::size_t edge) { return path[(edge + 1) % path.size()]; };
     for (std::size_t i = 0; i < edges; ++i)

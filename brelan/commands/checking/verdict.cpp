@@ -69,10 +69,9 @@ std::optional<MeshLists> body_of_dam(const Edition& edition, const std::string& 
     return read_mesh_text(result.files->text(result.mesh), result.mesh, edition.kind);
 }
 
-}  // namespace
-
-Verdict verdict_of(const NotedDeck& deck, const Edition& edition) {
-    constexpr std::int32_t base_mesh = 2;
+// Has the program's own checker look at the deck in memory, and goes on with what it has accepted.
+template <class GoOn>
+Verdict checked(const NotedDeck& deck, const Edition& edition, GoOn&& go_on) {
     Verdict verdict;
     RunInput input;
     input.files[std::string(DECK_NAME)] = deck.text;
@@ -86,21 +85,48 @@ Verdict verdict_of(const NotedDeck& deck, const Edition& edition) {
     try {
         check_deck(run->channels, kind, run->card_memory, run->deck, run->console, TextLine(DECK_NAME),
                    NORMALISED);
-        if (run->deck.is_dam()) {
+        if (run->deck.is_dam())
             write_dam_decks(run->channels, kind, run->cut, run->card_memory, run->decks, run->deck.dam,
                             run->sizes);
-            const DamCards& dam = run->deck.dam;
-            if (dam.shells && (dam.core || dam.cut_off))
-                verdict.dam_body = body_of_dam(edition, std::string(files->text(DAM_DECK)));
-            return verdict;  // what else the decks made of its cards say is no matter of this check
-        }
     } catch (const RunEnd& end) {
         take_end(end, deck, verdict);
         return verdict;
     }
-    if (deck.mode == base_mesh)
-        make_base_mesh(deck, *files, *run, verdict);
+    go_on(*run, *files, verdict);
     return verdict;
+}
+
+}  // namespace
+
+Verdict verdict_of(const NotedDeck& deck, const Edition& edition) {
+    constexpr std::int32_t base_mesh = 2;
+    return checked(deck, edition, [&](Run& run, const MemoryFiles& files, Verdict& verdict) {
+        if (run.deck.is_dam()) {
+            const DamCards& dam = run.deck.dam;
+            if (dam.shells && (dam.core || dam.cut_off))
+                verdict.dam_body = body_of_dam(edition, std::string(files.text(DAM_DECK)));
+        } else if (deck.mode == base_mesh) {
+            make_base_mesh(deck, files, run, verdict);
+        }
+    });
+}
+
+Verdict verdict_of_fault(const NotedDeck& deck) {
+    Verdict verdict;
+    verdict.status = deck.fault->wrong_count ? STATUS_STOPPED : STATUS_FAILED;
+    verdict.line = deck.fault->line;
+    verdict.message = deck.file.string();
+    if (verdict.line > 0)
+        verdict.message += ", line " + std::to_string(verdict.line);
+    verdict.message += ": " + deck.fault->message;
+    return verdict;
+}
+
+Verdict verdict_of_dam(const NotedDeck& deck, const Edition& edition) {
+    constexpr std::int32_t dam = 3;
+    if (deck.mode != dam)
+        return {};
+    return checked(deck, edition, [](Run&, const MemoryFiles&, Verdict&) {});
 }
 
 }  // namespace brelan::tool

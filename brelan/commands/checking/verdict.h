@@ -26,4 +26,10 @@ struct Verdict {
 // Checks the deck in memory: no file is read or written.
 Verdict verdict_of(const NotedDeck& deck, const Edition& edition);
 
+// Of a deck that is refused while it is read: what was noted then.
+Verdict verdict_of_fault(const NotedDeck& deck);
+
+// Of the sizes of an earth dam, without its meshes; all other decks are accepted.
+Verdict verdict_of_dam(const NotedDeck& deck, const Edition& edition);
+
 }  // namespace brelan::tool

@@ -1,37 +1,6 @@
 // ---- picking and records ------------------------------------------------------------------------
 
 let selection = null, lastPick = { x: NaN, y: NaN, turn: 0 };
-const shortNumber = (v) => String(Number(v.toPrecision(7)));
-
-function contains(e, x, y) {
-    const list = corners(e);
-    let inside_ = false;
-    for (let i = 0, j = list.length - 1; i < list.length; j = i++) {
-        const yi = Y(list[i]), yj = Y(list[j]);
-        if ((yi > y) !== (yj > y) && x < (X(list[j]) - X(list[i])) * (y - yi) / (yj - yi) + X(list[i])) inside_ = !inside_;
-    }
-    return inside_;
-}
-
-const distanceToLine = (e, x, y) => fromSide(x, y, ...lineOf(e));
-
-// What lies at a point of the mesh: nodes, then lines and joints, then solids.
-function hits(x, y) {
-    const reach = 7 / view.scale, list = [];
-    for (const n of inside(grid.nodes, x - reach, y - reach, x + reach, y + reach, Infinity)) {
-        const far = Math.hypot(X(n) - x, Y(n) - y);
-        if (far <= reach) list.push({ type: "node", index: n, order: far / reach });
-    }
-    for (const e of inside(grid.elements, x - reach, y - reach, x + reach, y + reach, Infinity)) {
-        if (!groupOf(e).shown || corners(e).length < 2) continue;
-        if (groupOf(e).class !== "solid") {
-            const far = distanceToLine(e, x, y);
-            if (far <= reach || contains(e, x, y)) list.push({ type: "element", index: e, order: 1 + Math.min(1, far / reach) });
-        } else if (contains(e, x, y)) list.push({ type: "element", index: e, order: 3 });
-    }
-    return list.sort((a, b) => a.order - b.order);
-}
-
 function pick(x, y) {
     const list = hits(x, y), same = Math.hypot(x - lastPick.x, y - lastPick.y) * view.scale < 3;
     lastPick = { x, y, turn: same ? lastPick.turn + 1 : 0 };

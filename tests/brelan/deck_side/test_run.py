@@ -3,6 +3,7 @@ import fcntl
 import json
 import os
 import pty
+import re
 import select
 import shutil
 import signal
@@ -574,9 +575,9 @@ class Processes(Case):
         return process.wait(timeout=60), text.decode()
 
     SLOW = """printf '  Start debugging ... \\n  Pass 1 \\n  Pass 3 ...\\n' > Brelan_P1.deb
-sleep 0.3
+sleep 0.8
 printf '  Pass 14.2 \\n' >> Brelan_P1.deb
-sleep 0.3
+sleep 0.2
 printf '  Pass 3 ...\\n  Pass 43 \\n' >> Brelan_P1.deb
 """
 
@@ -591,6 +592,49 @@ printf '  Pass 3 ...\\n  Pass 43 \\n' >> Brelan_P1.deb
         shown = [line.rsplit("\x1b[K", 1)[-1] for line in text.split("\n")]
         self.assertTrue(shown[0].startswith("base-mesh.dat: finished in"), shown)
 
+    def test_a_terminal_sees_the_group_in_work(self):
+        self.starter("base-mesh")
+        # The descriptor is inherited; what is no line of the program's shows no group.
+        status, text = self.on_terminal("run", "base-mesh.dat", "--program", self.fake_program(
+            """[ "$BRELAN_PROGRESS" -gt 2 ] || exit 7
+say() { eval "printf '%s\\\\n' \\"$1\\" >&$BRELAN_PROGRESS"; sleep 0.4; }
+say '1 3 3 0 0 '
+say '2 3 14.2 2 20 Sand \x1b[2J bed'
+say '2 3 14.2 x 20 Clay'
+say '2 3 14.3 0 0 '
+"""))
+        self.assertEqual(status, 0, text)
+        self.assertIn("base-mesh.dat, deck 2 of 3: pass 14.2, group 2 of 20: Sand ?[2J bed  ", text)
+        self.assertNotIn("Clay", text)
+        self.assertIn("base-mesh.dat, deck 2 of 3: pass 14.3, groups are listed  ", text)
+
+    def test_a_short_run_shows_no_passes(self):
+        self.starter("base-mesh")
+        status, text = self.on_terminal("run", "base-mesh.dat")
+        self.assertEqual(status, 0)
+        self.assertNotIn("pass", text)
+        self.assertNotIn("\r\x1b", text)
+
+    def test_a_long_run_shows_its_groups_and_leaves_the_same_files(self):
+        """Circles over circles: slow enough to be seen in their order."""
+        groups = 40
+        deck = ["2 0", "1 1 1 1 0 1", "0. 0.", "250. 1. 0.5", "250. 1. 0.5", "1", "Bmesh.dat", "b.Mes", "1 1",
+                "4", "0", "0", "0", f"{groups} 1", "0. 0. 0."]
+        for g in range(groups):
+            deck += [f"Ring {g + 1}", "3 0 0", f"{g + 2} 2. 0 0", "0 0 0 0. 0.", "1", "1 2 -360 2",
+                     f"125. 125. {120 - g} {120 - g} 0. 360."]
+        self.write("rings.dat", "\n".join(deck) + "\n")
+        status, text = self.on_terminal("run", "rings.dat", "--cut", "rules")
+        self.assertEqual(status, 0, text)
+        seen = [int(number) for number in re.findall(r"group (\d+) of 40: Ring", text)]
+        self.assertTrue(seen, text)
+        self.assertEqual(seen, sorted(seen))
+        mesh = (self.project / "b.Mes").read_bytes()
+        ran = self.brelan("run", "rings.dat", "--cut", "rules", BRELAN_PROGRESS="1")
+        self.assertEqual(ran.returncode, 0, ran.stderr)
+        self.assertNotIn("14.2", ran.stdout + ran.stderr)
+        self.assertEqual((self.project / "b.Mes").read_bytes(), mesh)
+
     def test_no_terminal_and_quiet_see_no_passes(self):
         self.starter("base-mesh")
         program = self.fake_program(self.SLOW)
@@ -599,6 +643,9 @@ printf '  Pass 3 ...\\n  Pass 43 \\n' >> Brelan_P1.deb
         self.assertNotIn("\x1b", ran.stdout)
         status, text = self.on_terminal("-q", "run", "base-mesh.dat", "--program", program)
         self.assertEqual((status, text), (0, ""))
+        status, text = self.on_terminal("run", "base-mesh.dat", "--program", program, "--json")
+        self.assertEqual(status, 0)
+        self.assertNotIn("\x1b", text)
 
     def test_colour_only_on_a_terminal_that_wants_it(self):
         self.edited_starter("edit-0", ("  -1.0   1.0\n", "  -1.0\n"))

@@ -7,8 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "cli/exit_status.h"
+
 namespace {
 
+using brelan::tool::Failure;
 using brelan::tool::Json;
 
 TEST(JsonText, KeepsMembersInTheirOrderAndIndentsThem) {
@@ -40,6 +43,30 @@ TEST(JsonText, NullBecomesWhatIsPutIntoIt) {
     json["text"] = "old";
     json["text"] = "new";
     EXPECT_EQ(json.compact(), R"({"list":[1,{"deep":{}}],"text":"new"})");
+}
+
+TEST(JsonParsed, HoldsWhatTheTextHolds) {
+    const std::string text = R"({"b":[1,-2,0.5,true,null,"\u00e4"],"a":{},"largest":9223372036854775807})";
+    EXPECT_EQ(Json::parsed(text).compact(), text);
+    EXPECT_EQ(Json::parsed(R"({"a":1,"a":2})").compact(), R"({"a":2})");
+    EXPECT_EQ(Json::parsed("9223372036854775808").compact(),
+              "9.223372036854776e+18");  // a real, by its fewest digits
+}
+
+TEST(JsonParsed, RefusesWhatIsNoJsonAndWhatIsNestedDeeperThanAnyQuestion) {
+    for (const char* text : {"", "{", "[1,]", "{\"a\"}", "\"\xff\"", "1 2", "nan"})
+        EXPECT_THROW(Json::parsed(text), Failure) << text;
+    EXPECT_NO_THROW(Json::parsed(std::string(16, '[') + std::string(16, ']')));
+    EXPECT_THROW(Json::parsed(std::string(17, '[') + std::string(17, ']')), Failure);
+}
+
+TEST(JsonParsed, FindsMembersByName) {
+    const Json json = Json::parsed(R"({"a":{"b":3}})");
+    ASSERT_NE(json.find("a"), nullptr);
+    ASSERT_NE(json.find("a")->find("b"), nullptr);
+    EXPECT_EQ(json.find("a")->find("b")->compact(), "3");
+    EXPECT_EQ(json.find("b"), nullptr);
+    EXPECT_EQ(json.find("a")->find("b")->find("c"), nullptr);
 }
 
 }  // namespace

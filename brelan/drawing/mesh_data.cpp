@@ -1,0 +1,296 @@
+#include "drawing/mesh_data.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+#include <utility>
+
+#include "analysis/doubles.h"
+#include "analysis/joined_nodes.h"
+#include "drawing/deck_overlay.h"
+#include "drawing/numbers.h"
+#include "drawing/page.h"
+#include "drawing/soundness_text.h"
+#include "drawing/supports.h"
+#include "drawing/tangle.h"
+
+namespace brelan::tool {
+
+namespace {
+
+const char* symbol_of(std::string_view code) {
+    static constexpr std::array<std::pair<std::string_view, const char*>, 8> SYMBOLS{{{"ISX", "x"},
+                                                                                      {"IDX", "x"},
+                                                                                      {"ISY", "y"},
+                                                                                      {"IDY", "y"},
+                                                                                      {"IFX", "ring"},
+                                                                                      {"IFY", "ring"},
+                                                                                      {"ID", "disc"},
+                                                                                      {"IDF", "square"}}};
+    for (const auto& [name, symbol] : SYMBOLS)
+        if (name == code)
+            return symbol;
+    return "";
+}
+
+// Adds values and arrays in the order in which a page has always had them.
+class MeshDataMaker {
+public:
+    MeshDataMaker(const MeshLists& mesh, const PictureOptions& options, MeshParts parts)
+        : mesh_(mesh), options_(options), parts_(parts), corners_(corners_of(mesh)), bounds_(mesh.bounds()) {
+        origin_ = {(bounds_.low.x + bounds_.high.x) / 2.0, (bounds_.low.y + bounds_.high.y) / 2.0};
+    }
+
+    MeshData made() {
+        made_.title = picture_text(title_of(mesh_, options_));
+        if (has_picture())
+            add_head();
+        add_groups();
+        add_nodes();
+        add_elements();
+        if (has_picture()) {
+            add_lines();
+            add_shapes();
+            add_faults();
+        }
+        return std::move(made_);
+    }
+
+private:
+    bool has_picture() const { return parts_ != MeshParts::details; }
+    bool has_details() const { return parts_ != MeshParts::picture; }
+
+    void add_head() {
+        values_["title"] = made_.title;
+        values_["summary"] = fmt::format("{} mesh, {} nodes, {} elements", name_of(mesh_.kind),
+                                         mesh_.nodes.size(), mesh_.elements.size());
+        values_["origin"] = Json::array({origin_.x, origin_.y});
+        values_["bounds"] = window_json(bounds_);
+        values_["window"] = options_.window ? window_json(*options_.window) : Json();
+        values_["colors"] = {{"side", hex(MESH_LINE)},          {"region", hex(REGION_LINE)},
+                             {"number", hex(ELEMENT_NUMBER)},   {"code", hex(CODE_COLOR)},
+                             {"code2", hex(SECOND_CODE_COLOR)}, {"shape", hex(SHAPE_COLOR)},
+                             {"fault", hex(FAULT_COLOR)}};
+    }
+
+    static std::size_t at(std::int32_t place) { return static_cast<std::size_t>(place); }
+
+    Json window_json(const Bounds& b) const {
+        return {{"x", Json::array({b.low.x - origin_.x, b.high.x - origin_.x})},
+                {"y", Json::array({b.low.y - origin_.y, b.high.y - origin_.y})}};
+    }
+
+    void add_groups() {
+        std::map<std::pair<ElementClass, std::int32_t>, std::size_t> counts;
+        for (const Element& e : mesh_.elements)
+            ++counts[{e.of, e.words.material.value}];
+        values_["groups"] = Json::Array();
+        for (const auto& [key, count] : counts) {
+            const auto& [of, material] = key;
+            groups_[key] = static_cast<std::int32_t>(values_["groups"].size());
+            values_["groups"].push_back(group_json(mesh_, of, material, count));
+        }
+    }
+
+    void add_nodes() {
+        std::vector<std::int32_t> numbers;
+        std::vector<float> x, y, h, cf;
+        for (const Node& node : mesh_.nodes) {
+            numbers.push_back(node.number.value);
+            x.push_back(node.x);
+            y.push_back(node.y);
+            h.push_back(node.head);
+            cf.push_back(node.coefficient);
+        }
+        if (has_picture()) {
+            arrays_.add("nodeNumber", numbers);
+            arrays_.add("x", x);
+            arrays_.add("y", y);
+        }
+        if (has_details())
+            add_room_of_nodes();
+        if (has_picture())
+            add_codes();
+        if (!has_details())
+            return;
+        values_["nodeValues"] = Json::Array();
+        if (const std::string value(value_name(mesh_.kind)); !value.empty()) {
+            arrays_.add("node" + value, h);
+            arrays_.add("nodeCF", cf);
+            values_["nodeValues"] = Json::array({value, "CF"});
+        }
+    }
+
+    void add_room_of_nodes() {
+        arrays_.add("numberPlace", node_number_places(mesh_, corners_));
+        std::vector<float> room;
+        for (const double length : support_room(mesh_, corners_))
+            room.push_back(static_cast<float>(length));
+        arrays_.add("supportRoom", room);
+    }
+
+    void add_codes() {
+        values_["codes"] = Json::Array();
+        const std::vector<std::string_view> names = code_names(mesh_.kind);
+        for (std::size_t k = 0; k < names.size(); ++k) {
+            std::vector<std::int32_t> codes;
+            for (const Node& node : mesh_.nodes)
+                codes.push_back(node.codes[k]);
+            arrays_.add("code" + std::to_string(k), codes);
+            values_["codes"].push_back({{"name", names[k]}, {"symbol", symbol_of(names[k])}});
+        }
+    }
+
+    void add_elements() {
+        std::vector<std::int32_t> numbers, groups, corners, midsides;
+        bool has_midsides = false;
+        for (std::size_t i = 0; i < corners_.size(); ++i) {
+            const Element& e = mesh_.elements[i];
+            numbers.push_back(e.number.value);
+            groups.push_back(groups_.at({e.of, e.words.material.value}));
+            corners.insert(corners.end(), corners_[i].place.begin(), corners_[i].place.end());
+            const ElementWords& w = e.words;
+            midsides.insert(midsides.end(),
+                            {w.midside_5.value, w.midside_6.value, w.midside_7.value, w.midside_8.value});
+            has_midsides = has_midsides || w.midside_5.value != 0 || w.midside_6.value != 0 ||
+                           w.midside_7.value != 0 || w.midside_8.value != 0;
+        }
+        if (has_picture())
+            arrays_.add("elementNumber", numbers);
+        if (has_details())
+            arrays_.add("numberLine", element_number_lines(mesh_, corners_));
+        if (has_picture()) {
+            arrays_.add("elementGroup", groups);
+            arrays_.add("corners", corners);
+            if (has_midsides)
+                arrays_.add("midsides", midsides);
+        }
+        if (has_details())
+            add_attributes();
+    }
+
+    void add_attributes() {
+        values_["attributes"] = Json::Array();
+        for (const AttributeField& a : attribute_fields(mesh_.kind)) {
+            std::vector<float> values;
+            for (const Element& e : mesh_.elements)
+                values.push_back(a.whole != nullptr ? static_cast<float>(e.*a.whole) : e.*a.real);
+            arrays_.add("attribute" + std::string(a.name), values);
+            values_["attributes"].push_back(a.name);
+        }
+    }
+
+    void add_polylines(const std::string& name, const Polylines& lines) {
+        std::vector<float> points;
+        std::vector<std::uint32_t> ends;
+        for (const Position& p : lines.points) {
+            points.push_back(static_cast<float>(p.x - origin_.x));
+            points.push_back(static_cast<float>(p.y - origin_.y));
+        }
+        for (const std::size_t end : lines.ends)
+            ends.push_back(static_cast<std::uint32_t>(end));
+        arrays_.add(name + "Points", points);
+        arrays_.add(name + "Ends", ends);
+    }
+
+    // The outlines of each material: of the elements that stand by themselves, and of doubles over others.
+    void add_lines() {
+        std::vector<std::int32_t> solids, over(corners_.size(), 0);
+        const auto closed = nodes_with_joints_closed(mesh_, corners_);
+        for (const auto& [later, earlier] : solid_sets(mesh_, corners_, closed).doubles)
+            over[at(later)] = 1;
+        arrays_.add("over", over);
+        const std::vector<bool> tangled = tangled_elements(mesh_, corners_);
+        values_["leftOut"] = std::count(tangled.begin(), tangled.end(), true);
+        double side = 0.0;
+        for (const auto& [key, group] : groups_) {
+            if (key.first != ElementClass::solid)
+                continue;
+            std::vector<std::int32_t> elements, doubles;
+            for (std::size_t i = 0; i < corners_.size(); ++i)
+                if (mesh_.elements[i].of == key.first &&
+                    mesh_.elements[i].words.material.value == key.second && corners_[i].complete() &&
+                    !tangled[i]) {
+                    (over[i] != 0 ? doubles : elements).push_back(static_cast<std::int32_t>(i));
+                    side += std::sqrt(std::abs(signed_area(mesh_, corners_[i])));
+                }
+            add_polylines("region" + std::to_string(group), region_outline(mesh_, corners_, elements));
+            add_polylines("over" + std::to_string(group), region_outline(mesh_, corners_, doubles));
+            solids.insert(solids.end(), elements.begin(), elements.end());
+            solids.insert(solids.end(), doubles.begin(), doubles.end());
+        }
+        const double slack = bounds_.extent() * 1e-7;
+        add_polylines("sides", element_sides(mesh_, corners_, solids, slack));
+        values_["meanSide"] = solids.empty() ? std::max(bounds_.extent() / 100.0, 1e-12)
+                                             : side / static_cast<double>(solids.size());
+    }
+
+    void add_shapes() {
+        values_["shapes"] = Json::Array();
+        const std::vector<int> marks = shape_numbers(options_.shapes);
+        for (std::size_t k = 0; k < marks.size(); ++k) {
+            const DeckShape& shape = options_.shapes[k];
+            Json points = Json::Array();
+            for (const DeckPoint& p : shape.points)
+                points.push_back(Json::array({p.x - origin_.x, p.y - origin_.y}));
+            values_["shapes"].push_back({{"title", marks[k] > 0 ? picture_text(shape.title) : ""},
+                                         {"number", marks[k]},
+                                         {"closed", shape.closed},
+                                         {"dash", Json::array(shape_stroke(shape.role).dash)},
+                                         {"points", points}});
+        }
+    }
+
+    void add_faults() {
+        constexpr std::size_t MOST = 5000;
+        values_["faults"] = Json::Array();
+        values_["faultCount"] = 0;
+        if (options_.faults == nullptr)
+            return;
+        std::size_t count = 0;
+        for (const Finding& finding : options_.faults->findings)
+            for (const Place& place : finding.places) {
+                if (!finding.unsound || finding.check == Check::missing_node ||
+                    finding.check == Check::number_used_twice || ++count > MOST)
+                    continue;
+                values_["faults"].push_back(
+                    {{"x", place.at.x - origin_.x},
+                     {"y", place.at.y - origin_.y},
+                     {"element", place.element},
+                     {"text", fmt::format("{}: {}", finding.singular, place_text(finding, place))}});
+            }
+        values_["faultCount"] = count;
+    }
+
+    const MeshLists& mesh_;
+    const PictureOptions& options_;
+    MeshParts parts_;
+    std::vector<CornerPlaces> corners_;
+    Bounds bounds_;
+    Position origin_;
+    MeshData made_;
+    Json& values_ = made_.values;
+    ArrayList& arrays_ = made_.arrays;
+    std::map<std::pair<ElementClass, std::int32_t>, std::int32_t>& groups_ = made_.groups;
+};
+
+}  // namespace
+
+Json group_json(const MeshLists& mesh, ElementClass of, std::int32_t material, std::size_t count) {
+    const std::string& name = mesh.names.of(of, material);
+    const std::string number = std::to_string(material);
+    return {{"name", mesh.group_title(of, material)},
+            {"class", name_of(of)},
+            {"material", name.empty() ? number : fmt::format("{}: {}", material, name)},
+            {"color", hex(material_color(of, material))},
+            {"count", count}};
+}
+
+MeshData mesh_data(const MeshLists& mesh, const PictureOptions& options, MeshParts parts) {
+    return MeshDataMaker(mesh, options, parts).made();
+}
+
+}  // namespace brelan::tool
