@@ -87,8 +87,10 @@ class PageCase(unittest.TestCase):
             time.sleep(0.01)
 
     def settle(self):
-        """Until the text is checked and run."""
-        self.wait("!handles.moving && !runs.checking && !runs.current && !painting.pending")
+        """Until the text is checked and run, and what has been asked for is drawn."""
+        self.wait("!handles.moving && !runs.checking && !runs.current")
+        self.driver.execute_async_script("const done = arguments[0]; requestAnimationFrame(() => requestAnimationFrame(() => requestAnimationFrame(done)))")
+        self.wait("!painting.pending && !sizing.pending")
 
     def keys(self, *keys, held=()):
         chain = ActionChains(self.driver, duration=0)
