@@ -8,10 +8,10 @@
 
 #include "analysis/soundness.h"
 #include "cli/exit_status.h"
+#include "cli/file_watch.h"
 #include "cli/input_file.h"
 #include "commands/batch/pass_trace.h"
 #include "commands/editing/deck_json.h"
-#include "commands/editing/file_watch.h"
 #include "commands/editing/question.h"
 #include "commands/editing/run_answer.h"
 #include "text/run_end.h"

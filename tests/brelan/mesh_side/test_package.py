@@ -12,7 +12,7 @@ from support import BRELAN, SOURCE, Case
 TOOL = SOURCE / "brelan"
 BUILD = pathlib.Path(os.environ["BRELAN_BUILD"])
 BRELAN_PYTHON = (BUILD / "python" / "brelan").is_dir()
-COMMANDS = ["run", "new", "check", "info", "plot", "convert", "diff"]
+COMMANDS = ["run", "edit", "watch", "new", "check", "info", "plot", "convert", "diff"]
 
 
 def options_in(text):
@@ -132,6 +132,9 @@ class Installed(Case):
         count, broken = broken_links(prefix)
         self.assertGreater(count, 20)
         self.assertEqual(broken, [])
+        licenses = (prefix / "share/doc/brelan2d/copyright").read_text()
+        self.assertTrue(licenses.startswith((SOURCE / "LICENSE").read_text()))
+        self.assertIn("Marijn Haverbeke", licenses)  # whose editor is part of the command
         page = gzip.decompress((prefix / "share/man/man1/brelan.1.gz").read_bytes())
         self.assertEqual(page, (TOOL / "man" / "brelan.1").read_bytes())
         home = self.root / "home"
@@ -167,7 +170,7 @@ class Installed(Case):
         package = next(packages.glob("brelan2d_*.deb"))
         control = subprocess.run(["dpkg-deb", "--field", package], text=True, capture_output=True, check=True).stdout
         self.assertRegex(control, r"(?m)^Package: brelan2d$")
-        self.assertRegex(control, r"(?m)^Depends: .*libcairo2.*libfmt9.*libpugixml1v5")
+        self.assertRegex(control, r"(?m)^Depends: .*libcairo2.*libcpp-httplib0.11.*libfmt9.*libpugixml1v5")
         listed = subprocess.run(["dpkg-deb", "--contents", package], text=True, capture_output=True, check=True).stdout
         names = {line.split()[5][1:] for line in listed.splitlines() if not line.startswith("d")}
         self.assertIn("/usr/bin/brelan", names)

@@ -1,4 +1,4 @@
-#include "commands/editing/file_watch.h"
+#include "cli/file_watch.h"
 
 namespace brelan::tool {
 
