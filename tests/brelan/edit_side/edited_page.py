@@ -140,6 +140,7 @@ class PageCase(unittest.TestCase):
         return tuple(self.js("""
             const copy = document.createElement("canvas"), c = copy.getContext("2d"), p = shapeToScreen([...arguments]);
             copy.width = layer.canvas.width; copy.height = layer.canvas.height;
+            layer.image = null;  // what is shown already is no longer to be had
             showMeshLayer(false);
             c.drawImage(layer.canvas, 0, 0);
             return [...c.getImageData(p[0] * ratio, p[1] * ratio, 1, 1).data].slice(0, 3);""", x, y))
