@@ -1,7 +1,7 @@
 "use strict";
 // Findings in the deck: underlined where they are, marked in the gutter, and as a list.
 
-const findings = { list: [], marks: [], run: null };
+const findings = { list: [], marks: [], key: "", run: null };
 
 // A refusal of the run is one more finding where the check has not told it.
 function allFindings() {
@@ -12,8 +12,19 @@ function allFindings() {
     return list.map((f) => ({ ...f, line: Math.min(f.line, cm.lineCount() - 1) })).sort((a, b) => rank(a) - rank(b) || a.line - b.line);
 }
 
+// Whether the marks stand where the findings are: nothing is to be made anew then.
+function areShown(list) {
+    if (findings.key !== JSON.stringify(list)) return false;
+    return list.every((finding, k) => {
+        const place = findings.marks[k].find();
+        return place && place.from.line === finding.line && (finding.from < 0 || (place.from.ch === finding.from && place.to.ch === finding.to));
+    });
+}
+
 function showFindings() {
     const list = allFindings();
+    if (areShown(list)) return;
+    findings.key = JSON.stringify(list);
     cm.operation(() => {
         for (const mark of findings.marks) mark.clear();
         cm.clearGutter("finding-gutter");

@@ -83,7 +83,7 @@ function startKeys() {
 }
 
 function startShown() {
-    toggle("show-sides", (on) => { shown.sides = on; draw(); });
+    toggle("show-sides", (on) => { shown.sides = on; layer.image = null; draw(); });
     toggle("show-codes", (on) => { shown.codes = on; if (on && hasMesh() && !scene.details) askDetails(); draw(); });
     toggle("show-shapes", (on) => { shown.shapes = on; draw(); });
     toggle("show-numbers", (on) => { shown.numbers = on; if (on && hasMesh() && !scene.details) askDetails(); draw(); });

@@ -2,7 +2,7 @@
 // Solids and joints on a canvas of their own, by WebGL: one triangle after the other, and the sides of elements
 // in the same pass from how far a point of a triangle is from them. Without WebGL, by hand.
 
-const layer = { canvas: el("mesh"), gl: null, plain: null, program: null, count: 0, margin: 0, image: null, rest: 0, at: {} };
+const layer = { canvas: el("mesh"), gl: null, plain: null, program: null, count: 0, margin: 0, image: null, isNew: false, rest: 0, at: {} };
 
 const CORNER_SHADER = `#version 300 es
 in vec2 place; in vec4 color; in vec3 side;
@@ -133,9 +133,16 @@ function showMeshLayer(moving) {
     }
     clearTimeout(layer.rest);
     sizeMeshLayer();
+    const was = layer.image;
+    // The image stays where only what lies over it is drawn anew.
+    if (was && was.x === view.x && was.y === view.y && was.scale === view.scale && layer.canvas.style.transform === "") return;
     paintMeshLayer();
     layer.image = { x: view.x, y: view.y, scale: view.scale };
     layer.canvas.style.transform = "";
+    if (!layer.isNew) return;
+    // The part that cannot be seen follows.
+    layer.isNew = false;
+    if (layer.margin > 0) layer.rest = setTimeout(() => { layer.image = null; draw(); }, 250);
 }
 
 function paintMeshLayer() {
@@ -150,7 +157,12 @@ function paintMeshLayer() {
     gl.uniform4f(layer.at.line, ...line, shown.sides ? clamp((side - 1) / 4, 0, 1) * 0.7 : 0);
     gl.uniform1f(layer.at.width, (0.25 + 0.25 * clamp(side / 10, 0, 1)) * ratio);
     gl.uniform3f(layer.at.paper, ...paper);
+    if (layer.isNew && layer.margin > 0) {
+        gl.enable(gl.SCISSOR_TEST);
+        gl.scissor(layer.margin * ratio, layer.margin * ratio, width * ratio, height * ratio);
+    }
     gl.drawArrays(gl.TRIANGLES, 0, layer.count);
+    gl.disable(gl.SCISSOR_TEST);
 }
 
 function paintPlain() {

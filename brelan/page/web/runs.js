@@ -9,10 +9,10 @@ function textChanged(change) {
     showSaved();
     keepSoon();
     if (change && runs.key === 0) runs.key = performance.now();
-    checkText();
     // A point that is dragged changes the text with each movement: there a run is let end, to show anything.
     if (runs.current && (handles.held || handles.moving)) runs.runAgain = true;
     else runText();
+    checkText();
 }
 
 async function checkText() {

@@ -26,6 +26,7 @@ function takeMesh(head, lists) {
     view.x += before.origin[0] - DATA.origin[0];
     view.y += before.origin[1] - DATA.origin[1];
     takeStages();
+    layer.isNew = true;
     recolor();
     if (first || scene.fitted) fitAll();
     clearTimeout(scene.waiting);
@@ -70,6 +71,7 @@ function qualityColor(angle) {
 }
 
 function recolor() {
+    layer.image = null;
     DATA.colors = { ...(DATA.colors || {}), code: colors.code, code2: colors.good, fault: colors.error, number: colors.ink, shape: colors.shape };
     DATA.groups.forEach((group) => { group.color = paperColor(group); });
     if (hasMesh()) {

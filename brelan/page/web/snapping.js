@@ -30,10 +30,13 @@ function snapTargets(without) {
     collect(own, ownSides);
     for (const s of others) points.push(...s.points);
     if (hasMesh()) {
-        const close = DATA.meanSide * 0.02, on = (x, y) => ownSides.some(([a, b]) => fromSide(x, y, a, b) < close);
+        const close = DATA.meanSide * 0.02, corners_ = ownSides.flat();
+        const range = (k) => corners_.reduce(([low, high], p) => [Math.min(low, p[k] - close), Math.max(high, p[k] + close)], [Infinity, -Infinity]);
+        const [x1, x2] = range(0), [y1, y2] = range(1);
+        const on = (x, y) => x >= x1 && x <= x2 && y >= y1 && y <= y2 && ownSides.some(([a, b]) => fromSide(x, y, a, b) < close);
         for (let n = 0; n < nodeCount(); ++n) {
             const x = arrays.x[n], y = arrays.y[n];
-            if (!on(x, y)) points.push([rounded(Number(x.toPrecision(7))), rounded(Number(y.toPrecision(7)))]);
+            if (!on(x, y)) points.push([x, y]);
         }
     }
     return { points, sides };
@@ -49,6 +52,8 @@ function snapped(x, y, targets, free) {
             const far = Math.hypot(p[0] - x, p[1] - y);
             if (far <= reach && (!best || far < best.far)) best = { x: p[0], y: p[1], far, to: "node" };
         }
+    // Places of the mesh have seven figures.
+    if (best) { best.x = Number(best.x.toPrecision(7)); best.y = Number(best.y.toPrecision(7)); }
     if (!best && pressed("snap-lines"))
         for (const [[ax, ay], [bx, by]] of targets.sides) {
             const l2 = (bx - ax) ** 2 + (by - ay) ** 2, t = l2 > 0 ? clamp(((x - ax) * (bx - ax) + (y - ay) * (by - ay)) / l2, 0, 1) : 0;

@@ -6,11 +6,13 @@ const stages = { steps: [], wanted: null };
 function takeStages() {
     stages.steps = arrays.elementComes && DATA.stages && DATA.stages.steps ? DATA.stages.steps : [];
     known.step = stages.wanted !== null && (stages.wanted === 0 || stages.steps.includes(stages.wanted)) && stages.steps.length > 0 ? stages.wanted : null;
-    el("steps").hidden = stages.steps.length === 0;
+    if (el("steps").hidden !== (stages.steps.length === 0)) {
+        el("steps").hidden = stages.steps.length === 0;
+        sizeChanged();
+    }
     el("step").max = stages.steps.length + 1;
     el("step").value = known.step === null ? stages.steps.length + 1 : stepChoices().indexOf(known.step);
     showStep();
-    sizeChanged();
 }
 
 const stepChoices = () => [0, ...stages.steps, null];

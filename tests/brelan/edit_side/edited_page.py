@@ -87,8 +87,10 @@ class PageCase(unittest.TestCase):
             time.sleep(0.01)
 
     def settle(self):
-        """Until the text is checked and run."""
-        self.wait("!handles.moving && !runs.checking && !runs.current && !painting.pending")
+        """Until the text is checked and run, and what has been asked for is drawn."""
+        self.wait("!handles.moving && !runs.checking && !runs.current")
+        self.driver.execute_async_script("const done = arguments[0]; requestAnimationFrame(() => requestAnimationFrame(() => requestAnimationFrame(done)))")
+        self.wait("!painting.pending && !sizing.pending")
 
     def keys(self, *keys, held=()):
         chain = ActionChains(self.driver, duration=0)
@@ -138,6 +140,7 @@ class PageCase(unittest.TestCase):
         return tuple(self.js("""
             const copy = document.createElement("canvas"), c = copy.getContext("2d"), p = shapeToScreen([...arguments]);
             copy.width = layer.canvas.width; copy.height = layer.canvas.height;
+            layer.image = null;  // what is shown already is no longer to be had
             showMeshLayer(false);
             c.drawImage(layer.canvas, 0, 0);
             return [...c.getImageData(p[0] * ratio, p[1] * ratio, 1, 1).data].slice(0, 3);""", x, y))

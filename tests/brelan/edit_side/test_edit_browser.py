@@ -97,6 +97,7 @@ class Drawing(PageCase):
         self.open()
         self.put_cursor(self.line_of("Wall"))
         self.js("el('tool-outline').click(); el('draw-material').value = '9'; el('draw-title').value = 'Footing'")
+        self.settle()
         for point in ((3.0, 0.0), (4.0, 0.0), (4.0, 1.0)):
             self.click(*point)
         self.keys(Keys.ENTER)
@@ -146,7 +147,7 @@ class Drawing(PageCase):
         self.settle()
         self.keys(Keys.ARROW_RIGHT)
         self.settle()
-        self.assertEqual(self.changed_lines(), [[self.POINT[0], "  3      2.50         1.0"]])
+        self.assertEqual(self.changed_lines(), [[self.POINT[0], "  3      2.5          1.0"]])
         self.keys("s", held=[Keys.CONTROL])
         self.wait("isSaved()")
         self.assertEqual(self.deck.read_text(), self.js("return deckText()"))
