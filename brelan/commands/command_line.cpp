@@ -160,6 +160,10 @@ void add_info(Parser& parser) {
         parser.add("info", "Show counts, areas, quality and soundness of meshes", EXAMPLES_OF_INFO, info);
     command->add_option("MESH", options->files, "Mesh files (.Mes, .vtu, .msh); - is standard input")
         ->required();
+    command
+        ->add_option("--deck", options->deck,
+                     "The deck that made the mesh: areas and lengths by step of the analysis as well")
+        ->type_name("DECK");
     command->add_flag("--json", options->json, "A list with one object for each mesh");
     command->add_option("--list", options->list, "Places shown of each finding (5; 0 all)")->type_name("N");
     command
@@ -201,8 +205,15 @@ void add_plot(Parser& parser) {
     command->add_option("--to", options->format, "svg, png, pdf or html, whatever the ending")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"svg", "png", "pdf", "html"}));
-    command->add_option("--deck", options->deck, "Draw the outlines and lines of this deck over the mesh")
-        ->type_name("DECK");
+    CLI::Option* deck = command->add_option("--deck", options->deck,
+                                            "Draw the outlines and lines of this deck over the mesh");
+    deck->type_name("DECK");
+    command
+        ->add_option("--step", options->step,
+                     "With --deck: the mesh in this step of the analysis, and what comes and goes there")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber)
+        ->needs(deck);
     command->add_option("--numbers", options->numbers, "nodes, elements or both")
         ->type_name("WHAT")
         ->check(CLI::IsMember({"nodes", "elements", "both"}));
@@ -236,6 +247,8 @@ void add_convert(Parser& parser) {
   brelan convert --to vtu Pit.Mes - | gzip > Pit.vtu.gz
   brelan convert --deck pit.dat --stages Pit.Mes Pit.mdpa
                                                  for a geotechnical solver, a project file for each stage
+  brelan convert --deck pit.dat --stages Pit.Mes Pit.vtu
+                                                 for ParaView: Pit.pvd, a series of the steps
   brelan convert Pit.Mes Pit.inp --deck pit.dat --joints tie
                                                  for CalculiX, a step for each stage
   brelan convert Pit.Mes materials.csv           a table of materials to be filled in
@@ -258,10 +271,11 @@ void add_convert(Parser& parser) {
                       "Without codes and attributes as data arrays, which Gmsh shows one over the other");
     command
         ->add_option("--deck", options->deck,
-                     ".mdpa, .inp: the deck that made the mesh; its groups tell what comes and goes")
+                     ".mdpa, .inp, .vtu: the deck that made the mesh; its groups tell what comes and goes")
         ->type_name("DECK");
     command->add_flag("--stages", options->stages,
-                      ".mdpa: write materials and a project file for each stage beside the mesh");
+                      ".mdpa: write materials and a project file for each stage beside the mesh; .vtu: a "
+                      "mesh for each step, and a .pvd file that makes a series of them");
     command
         ->add_option("--cable", options->cables,
                      ".mdpa: trusses of these materials are anchors, which only pull")

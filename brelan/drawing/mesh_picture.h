@@ -2,6 +2,7 @@
 // outlines of a deck over it.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,6 +12,13 @@
 #include "model/deck.h"
 
 namespace brelan::tool {
+
+// A step of an analysis, of which the mesh that is drawn holds what stands there.
+struct StepMarks {
+    std::int32_t step = 0;
+    const MeshLists* whole = nullptr;       // with what does not stand there
+    std::vector<std::int32_t> comes, goes;  // at the step: places of elements of the whole mesh
+};
 
 struct PictureOptions {
     double width = 1000.0;         // of the page
@@ -23,6 +31,7 @@ struct PictureOptions {
     std::string title;                  // "": the file's name
     std::vector<DeckShape> shapes;      // over the mesh
     const Soundness* faults = nullptr;  // to be marked
+    std::optional<StepMarks> step;      // none: the mesh is drawn as it is
 };
 
 struct Picture {
