@@ -68,7 +68,7 @@ public:
         if (options_.codes)
             add_supports(scene, mesh_, corners_, page_);
         if (options_.step)
-            add_step(*options_.step);
+            add_step(scene, *options_.step, page_);
         const std::vector<ShapeMark> marks = place_marks(options_.shapes, page_);
         add_shapes(scene, options_.shapes, marks, page_);
         add_faults();
@@ -239,41 +239,6 @@ private:
 
     // --- over the mesh ---------------------------------------------------------------------------
 
-    // What comes and what goes at a step: hatched with a rim, solids each way, and lines in a band.
-    void add_step(const StepMarks& step) {
-        add_change("comes", *step.whole, step.comes, comes_stroke());
-        add_change("goes", *step.whole, step.goes, goes_stroke());
-    }
-
-    static Stroke comes_stroke() { return {COMES_COLOR, 2.4}; }
-    static Stroke goes_stroke() { return {GOES_COLOR, 2.4, {7.0, 4.0}}; }
-
-    void add_change(const std::string& id, const MeshLists& whole, const std::vector<std::int32_t>& places,
-                    const Stroke& stroke) {
-        constexpr double SPACING = 12.0, THIN = 1.0, BAND = 9.0, FAINT = 0.45;
-        const std::vector<CornerPlaces> corners = corners_of(whole);
-        std::vector<std::int32_t> solids;
-        Polylines lines;
-        for (const std::int32_t e : places) {
-            const CornerPlaces& c = corners[at(e)];
-            if (!c.complete())
-                continue;
-            if (whole.elements[at(e)].of == ElementClass::solid) {
-                solids.push_back(e);
-                continue;
-            }
-            // Of a joint both sides, which lie close together.
-            for (int k = 0; k < c.count; ++k)
-                lines.points.push_back(page_.on_page(whole.point(c[k])));
-            lines.end_line();
-        }
-        Polylines rim = page_.on_page(region_outline(whole, corners, solids));
-        add({id + "-hatch", hatch(rim, SPACING, page_.area()), false, std::nullopt,
-             Stroke{stroke.color, THIN}});
-        add({id, std::move(rim), true, std::nullopt, stroke});
-        add({id + "-lines", std::move(lines), false, std::nullopt, Stroke{stroke.color, BAND, {}, FAINT}});
-    }
-
     void add_faults() {
         if (options_.faults == nullptr)
             return;
@@ -368,20 +333,12 @@ private:
         }
         if (has_doubles_)
             name_it(0.0, "hatched: doubles (stages)");
-        const auto name_change = [&](const char* what, const std::vector<std::int32_t>& places,
-                                     const Stroke& stroke) {
-            if (places.empty())
-                return;
-            add_legend_line({x, y}, SAMPLE, stroke);
-            name_it(SAMPLE + 8.0,
-                    fmt::format("{} at step {} ({})", what, options_.step->step, places.size()));
-        };
-        if (options_.step) {
-            name_change("comes", options_.step->comes, comes_stroke());
-            name_change("goes", options_.step->goes, goes_stroke());
-            if (options_.step->comes.empty() && options_.step->goes.empty())
-                name_it(0.0, fmt::format("step {}: nothing comes or goes", options_.step->step));
-        }
+        if (options_.step)
+            for (const StepSample& sample : step_samples(*options_.step)) {
+                if (sample.stroke)
+                    add_legend_line({x, y}, SAMPLE, *sample.stroke);
+                name_it(sample.stroke ? SAMPLE + 8.0 : 0.0, sample.text);
+            }
         add(std::move(names));
         return y - STEP / 2.0;
     }

@@ -2,23 +2,16 @@
 // outlines of a deck over it.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "analysis/soundness.h"
 #include "drawing/scene.h"
+#include "drawing/step_marks.h"
 #include "model/deck.h"
 
 namespace brelan::tool {
-
-// A step of an analysis, of which the mesh that is drawn holds what stands there.
-struct StepMarks {
-    std::int32_t step = 0;
-    const MeshLists* whole = nullptr;       // with what does not stand there
-    std::vector<std::int32_t> comes, goes;  // at the step: places of elements of the whole mesh
-};
 
 struct PictureOptions {
     double width = 1000.0;         // of the page

@@ -15,7 +15,7 @@ protected:
         lay_out(project, Kind::displacement, example("stage.dat"));
         const brelan::RunResult result = run_deck(input_of(project));
         EXPECT_EQ(result.end.status, STATUS_FINISHED) << result.end.text;
-        mesh = *mesh_of_text(result.files->text("..\\" + result.mesh), "Stage.Mes", LayoutKind::displacement);
+        mesh = *mesh_of_text(result.files->text(result.mesh), "Stage.Mes", LayoutKind::displacement);
         stages = Stages(mesh, result.activity);
         areas = stage_areas(mesh, corners_of(mesh), stages);
     }
@@ -38,11 +38,14 @@ protected:
 };
 
 // The ground of the pit goes at step 2, its back-fill comes at step 6, and the wall of length 2 at step 1.
+// The highest material of the deck is 5: those that come or go have 6 and 7 of their own.
 TEST_F(PitInStages, AreasComeAndGoByTheirMaterials) {
     EXPECT_EQ(areas.steps, (std::vector<std::int32_t>{0, 1, 2, 6}));
     EXPECT_EQ(row_text(ElementClass::solid, 1), "6:6+0-0 6:6+0-0 6:6+0-0 6:6+0-0 ");
-    EXPECT_EQ(row_text(ElementClass::solid, 5), "0:0+0-0 0:0+0-0 0:0+0-0 2:2+2-0 ");
+    EXPECT_EQ(row_text(ElementClass::solid, 6), "2:2+0-0 2:2+0-0 0:0+0-2 0:0+0-0 ");
+    EXPECT_EQ(row_text(ElementClass::solid, 7), "0:0+0-0 0:0+0-0 0:0+0-0 2:2+2-0 ");
     EXPECT_EQ(row_text(ElementClass::beam, 1), "0:0+0-0 2:2+2-0 2:2+0-0 2:2+0-0 ");
+    EXPECT_EQ(areas.rows.size(), 4U);
 }
 
 TEST_F(PitInStages, EachStepIsTheOneBeforeWithWhatComesAndWithoutWhatGoes) {
