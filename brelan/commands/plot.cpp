@@ -75,6 +75,7 @@ StepMarks take_step(std::int32_t step, const Stages& stages, const MeshLists& wh
 
 std::string steps_text(const std::vector<std::int32_t>& steps) {
     std::vector<std::string> words;
+    words.reserve(steps.size());
     for (const std::int32_t step : steps)
         words.push_back(std::to_string(step));
     return joined(words, ", ");
