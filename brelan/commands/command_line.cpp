@@ -159,11 +159,17 @@ void add_check(Parser& parser) {
     command->add_flag("--strict", options->strict, "Exit status 1 also when there are warnings");
 }
 
+CLI::Option* add_deck(CLI::App& command, std::string& deck, const char* use) {
+    return command.add_option("--deck", deck, use)->type_name("DECK");
+}
+
 void add_info(Parser& parser) {
     auto [command, options] =
         parser.add("info", "Show counts, areas, quality and soundness of meshes", EXAMPLES_OF_INFO, info);
     command->add_option("MESH", options->files, "Mesh files (.Mes, .vtu, .msh); - is standard input")
         ->required();
+    add_deck(*command, options->deck,
+             "Areas and lengths by step of the analysis, by the deck that made the mesh");
     command->add_flag("--json", options->json, "A list with one object for each mesh");
     command->add_option("--list", options->list, "Places shown of each finding (5; 0 all)")->type_name("N");
     command
@@ -205,8 +211,14 @@ void add_plot(Parser& parser) {
     command->add_option("--to", options->format, "svg, png, pdf or html, whatever the ending")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"svg", "png", "pdf", "html"}));
-    command->add_option("--deck", options->deck, "Draw the outlines and lines of this deck over the mesh")
-        ->type_name("DECK");
+    CLI::Option* deck =
+        add_deck(*command, options->deck, "Draw the outlines and lines of this deck over the mesh");
+    command
+        ->add_option("--step", options->step,
+                     "With --deck: the mesh in this step of the analysis, and what comes and goes there")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber)
+        ->needs(deck);
     command->add_option("--numbers", options->numbers, "nodes, elements or both")
         ->type_name("WHAT")
         ->check(CLI::IsMember({"nodes", "elements", "both"}));
@@ -230,22 +242,8 @@ void add_plot(Parser& parser) {
 }
 
 void add_convert(Parser& parser) {
-    auto [command, options] = parser.add("convert", "Carry a mesh to ParaView or Gmsh, and back",
-                                         R"(  brelan convert Pit.Mes Pit.vtu                 for ParaView
-  brelan convert Pit.Mes Pit.msh                 for Gmsh, version 4.1
-  brelan convert --to msh2 --bare Pit.Mes Pit.msh
-                                                 version 2.2, materials as physical groups only
-  brelan convert Pit.vtu Pit.Mes                 and back
-  brelan convert --kind head drawn.msh Dam.Mes   a mesh that Gmsh made, for the head kind
-  brelan convert --to vtu Pit.Mes - | gzip > Pit.vtu.gz
-  brelan convert --deck pit.dat --stages Pit.Mes Pit.mdpa
-                                                 for a geotechnical solver, a project file for each stage
-  brelan convert Pit.Mes Pit.inp --deck pit.dat --joints tie
-                                                 for CalculiX, a step for each stage
-  brelan convert Pit.Mes materials.csv           a table of materials to be filled in
-  brelan convert Dam.Mes Dam.inp --materials materials.csv
-)",
-                                         convert);
+    auto [command, options] =
+        parser.add("convert", "Carry a mesh to ParaView or Gmsh, and back", EXAMPLES_OF_CONVERT, convert);
     command
         ->add_option("FROM", options->from,
                      "Mesh file (.Mes), VTU (.vtu) or Gmsh file (.msh); - is standard input")
@@ -260,12 +258,11 @@ void add_convert(Parser& parser) {
         ->check(CLI::IsMember({"mes", "vtu", "msh", "msh2", "msh4", "mdpa", "inp", "csv"}));
     command->add_flag("--bare", options->bare,
                       "Without codes and attributes as data arrays, which Gmsh shows one over the other");
-    command
-        ->add_option("--deck", options->deck,
-                     ".mdpa, .inp: the deck that made the mesh; its groups tell what comes and goes")
-        ->type_name("DECK");
+    add_deck(*command, options->deck,
+             ".mdpa, .inp, .vtu: the deck that made the mesh; its groups tell what comes and goes");
     command->add_flag("--stages", options->stages,
-                      ".mdpa: write materials and a project file for each stage beside the mesh");
+                      ".mdpa: write materials and a project file for each stage beside the mesh; .vtu: a "
+                      "mesh for each step, and a .pvd file that makes a series of them");
     command
         ->add_option("--cable", options->cables,
                      ".mdpa: trusses of these materials are anchors, which only pull")

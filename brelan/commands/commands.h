@@ -56,6 +56,7 @@ struct QueryOptions {
 
 struct InfoOptions {
     std::vector<std::string> files;
+    std::string deck;  // that made the meshes and tells when their elements come and go
     QueryOptions queries;
     bool json = false;
     std::size_t list = USUAL_LIST;
@@ -68,6 +69,7 @@ struct PlotOptions {
     std::string mesh, output, format, deck, numbers, title;
     std::vector<double> window;
     double width = 1000.0, scale = 2.0;
+    std::optional<std::int32_t> step;  // of the analysis, by the deck
     bool no_codes = false, no_lines = false, no_legend = false, no_axes = false, faults = false;
     KindOption kind;
 };

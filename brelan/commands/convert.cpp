@@ -30,11 +30,15 @@ Target target_of(const ConvertOptions& options) {
 
 // Throws Failure where an option asks for what the target does not have.
 void require_target_of_options(const ConvertOptions& options, Target target) {
-    if (target != Target::mdpa && (options.stages || !options.cables.empty()))
-        throw Failure("expected a file that ends in .mdpa with --stages and --cable");
+    if (target != Target::mdpa && !options.cables.empty())
+        throw Failure("expected a file that ends in .mdpa with --cable");
+    if (target != Target::mdpa && target != Target::vtu && options.stages)
+        throw Failure("expected a file that ends in .mdpa or .vtu with --stages");
+    if (target == Target::vtu && options.stages && options.deck.empty())
+        throw Failure("--stages: expected --deck with the deck that made the mesh");
     if (target != Target::mdpa && target != Target::inp && target != Target::materials &&
-        !options.deck.empty())
-        throw Failure("expected a file that ends in .mdpa, .inp or .csv with --deck");
+        target != Target::vtu && !options.deck.empty())
+        throw Failure("expected a file that ends in .mdpa, .inp, .vtu or .csv with --deck");
     const InpChoices& inp = options.inp;
     if (target != Target::inp &&
         (!inp.joints.empty() || !inp.materials.empty() || inp.gravity || inp.axisymmetric))

@@ -1,13 +1,19 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
 
+#include "analysis/stage_areas.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/input_file.h"
 #include "cli/words.h"
 #include "commands/commands.h"
 #include "commands/deck_of_mesh.h"
+#include "commands/deck_stages.h"
 #include "drawing/html.h"
 #include "drawing/mesh_picture.h"
 #include "formats/any_mesh.h"
@@ -50,6 +56,31 @@ bool shows_something(const MeshLists& mesh, const std::vector<CornerPlaces>& cor
            });
 }
 
+// What stands in the step takes the place of the mesh; what comes and goes there is marked.
+StepMarks take_step(std::int32_t step, const Stages& stages, const MeshLists& whole, MeshLists& mesh) {
+    StepMarks marks;
+    marks.step = step;
+    marks.whole = &whole;
+    for (const StageSet& set : stages.sets())
+        for (const Number number : set.elements) {
+            const std::int32_t place = whole.element_place(number);
+            if (step > 0 && set.comes() == step)
+                marks.comes.push_back(place);
+            if (step > 0 && set.goes() == step)
+                marks.goes.push_back(place);
+        }
+    mesh = mesh_in_step(whole, stages, step);
+    return marks;
+}
+
+std::string steps_text(const std::vector<std::int32_t>& steps) {
+    std::vector<std::string> words;
+    words.reserve(steps.size());
+    for (const std::int32_t step : steps)
+        words.push_back(std::to_string(step));
+    return joined(words, ", ");
+}
+
 }  // namespace
 
 int plot(const PlotOptions& options, const Context& context) {
@@ -57,8 +88,22 @@ int plot(const PlotOptions& options, const Context& context) {
     const PictureFormat format = format_of(options);
     MeshLists mesh = read_any_mesh(mesh_source(options.mesh), options.kind.kind(),
                                    [&](const std::string& text) { note(context, text); });
-    const std::vector<CornerPlaces> corners = corners_of(mesh);
     PictureOptions picture;
+    MeshLists whole;
+    if (options.step) {
+        DeckStages of_deck = stages_of_deck(options.deck, mesh, context);
+        const std::vector<std::int32_t>& steps = of_deck.stages.steps();
+        if (steps.empty())
+            throw Failure(fmt::format("--step {}: no element of {} comes or goes by {}", *options.step,
+                                      options.mesh, options.deck));
+        if (*options.step > steps.back())
+            note(context, fmt::format("--step {} lies behind the last at which anything comes or goes: {}",
+                                      *options.step, steps_text(steps)));
+        mesh.names = std::move(of_deck.names);
+        whole = std::move(mesh);
+        picture.step = take_step(*options.step, of_deck.stages, whole, mesh);
+    }
+    const std::vector<CornerPlaces> corners = corners_of(mesh);
     picture.width = options.width;
     picture.node_numbers = options.numbers == "nodes" || options.numbers == "both";
     picture.element_numbers = options.numbers == "elements" || options.numbers == "both";
@@ -67,6 +112,8 @@ int plot(const PlotOptions& options, const Context& context) {
     picture.legend = !options.no_legend;
     picture.axes = !options.no_axes;
     picture.title = options.title;
+    if (options.step && options.title.empty())
+        picture.title = fmt::format("{}, step {}", title_of(mesh, picture), *options.step);
     if (!options.window.empty()) {
         const std::vector<double>& w = options.window;
         if (!(w[2] > w[0]) || !(w[3] > w[1]))
@@ -87,7 +134,8 @@ int plot(const PlotOptions& options, const Context& context) {
                                       deck.fault->line, deck.fault->message));
         picture.shapes = shapes_of(deck);
         mesh.names.take(deck.names);
-        if (const std::string told = told_of_other_mesh(deck, picture.shapes, mesh); !told.empty())
+        if (const std::string told = told_of_other_mesh(deck, picture.shapes, options.step ? whole : mesh);
+            !told.empty())
             note(context, fmt::format("{} seems to belong to another mesh than {}: {}", options.deck,
                                       options.mesh, told));
     }

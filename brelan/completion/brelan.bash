@@ -74,7 +74,7 @@ _brelan() {
             [[ $command != new ]] && return ;;
         --tolerance | --title | --width | --scale | --window | --name | --nodes-on | --nodes-in | --elements-of | --on | --code | --port)
             return ;;
-        --cable | --gravity)
+        --cable | --gravity | --step)
             return ;;
     esac
 
@@ -92,10 +92,10 @@ _brelan() {
             check) options+=" --edition --kind --project --work --cut --dry-run --json --strict" ;;
             info)
                 options+=" --json --list --tolerance --kind --nodes-on --nodes-in --elements-of --border --pairs --on"
-                options+=" --card" ;;
+                options+=" --card --deck" ;;
             plot)
-                options+=" --output --to --deck --numbers --window --title --width --scale --faults --no-codes --no-lines"
-                options+=" --no-legend --no-axes --kind" ;;
+                options+=" --output --to --deck --step --numbers --window --title --width --scale --faults --no-codes"
+                options+=" --no-lines --no-legend --no-axes --kind" ;;
             convert)
                 options+=" --to --bare --code --deck --stages --cable --joints --materials --gravity --axisymmetric --kind" ;;
             diff) options+=" --by-place --tolerance --list --json --kind" ;;

@@ -29,5 +29,7 @@ inline constexpr Rgb CODE_COLOR{0x0b, 0x6e, 0x4f};
 inline constexpr Rgb SECOND_CODE_COLOR{0x1f, 0x6f, 0xc4};
 inline constexpr Rgb SHAPE_COLOR{0xe0, 0x4f, 0x00};  // outlines of a deck
 inline constexpr Rgb FAULT_COLOR{0xe0, 0x00, 0x1b};
+inline constexpr Rgb COMES_COLOR{0x00, 0x4c, 0xc8};  // at a step of an analysis
+inline constexpr Rgb GOES_COLOR{0xa8, 0x00, 0x6c};
 
 }  // namespace brelan::tool

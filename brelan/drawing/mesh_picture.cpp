@@ -67,6 +67,8 @@ public:
         add_line_elements();
         if (options_.codes)
             add_supports(scene, mesh_, corners_, page_);
+        if (options_.step)
+            add_step(scene, *options_.step, page_);
         const std::vector<ShapeMark> marks = place_marks(options_.shapes, page_);
         add_shapes(scene, options_.shapes, marks, page_);
         add_faults();
@@ -85,7 +87,7 @@ private:
     static std::size_t at(std::int32_t place) { return static_cast<std::size_t>(place); }
 
     Bounds whole() const {
-        Bounds b = mesh_.bounds();
+        Bounds b = (options_.step ? *options_.step->whole : mesh_).bounds();
         constexpr double ROOM = 0.03;  // for supports and thick lines
         const double room = ROOM * (b.extent() > 0.0 ? b.extent() : 1.0);
         return {{b.low.x - room, b.low.y - room}, {b.high.x + room, b.high.y + room}};
@@ -331,6 +333,12 @@ private:
         }
         if (has_doubles_)
             name_it(0.0, "hatched: doubles (stages)");
+        if (options_.step)
+            for (const StepSample& sample : step_samples(*options_.step)) {
+                if (sample.stroke)
+                    add_legend_line({x, y}, SAMPLE, *sample.stroke);
+                name_it(sample.stroke ? SAMPLE + 8.0 : 0.0, sample.text);
+            }
         add(std::move(names));
         return y - STEP / 2.0;
     }

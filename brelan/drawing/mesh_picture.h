@@ -8,6 +8,7 @@
 
 #include "analysis/soundness.h"
 #include "drawing/scene.h"
+#include "drawing/step_marks.h"
 #include "model/deck.h"
 
 namespace brelan::tool {
@@ -23,6 +24,7 @@ struct PictureOptions {
     std::string title;                  // "": the file's name
     std::vector<DeckShape> shapes;      // over the mesh
     const Soundness* faults = nullptr;  // to be marked
+    std::optional<StepMarks> step;      // none: the mesh is drawn as it is
 };
 
 struct Picture {

@@ -14,6 +14,7 @@
 #include "formats/mdpa.h"
 #include "formats/mesh_file.h"
 #include "formats/vtu.h"
+#include "formats/vtu_series.h"
 
 namespace brelan::tool {
 
@@ -30,11 +31,15 @@ constexpr std::array<std::pair<std::string_view, Target>, 8> TARGET_WORDS{{{"mes
 // Of mesh files besides ".Mes".
 constexpr std::array<std::string_view, 2> ENDINGS_OF_MESHES{".meg", ".dat"};
 
-void write_for_geotechnics(const MeshLists& mesh, const std::filesystem::path& path, const Carried& carried,
-                           const std::function<void(const std::string&)>& remark) {
+void require_place_for_stages(const Carried& carried, const std::filesystem::path& path) {
     if (carried.stage_files && path == STANDARD_STREAM)
         throw Failure(fmt::format("{}: expected the name of a file, as --stages writes others beside it",
                                   STANDARD_OUTPUT));
+}
+
+void write_for_geotechnics(const MeshLists& mesh, const std::filesystem::path& path, const Carried& carried,
+                           const std::function<void(const std::string&)>& remark) {
+    require_place_for_stages(carried, path);
     const MdpaModel model = mdpa_model(mesh, cells_of(mesh), carried.stages, carried.cables);
     if (carried.stage_files)
         write_mdpa_stages(model, path);
@@ -57,6 +62,26 @@ CellMesh cells_for(const MeshLists& mesh, const Carried& carried,
         cells.names = {};  // of numbers that are gone
     }
     return cells;
+}
+
+// The whole mesh, of which a threshold shows a step; and a file for each step beside it.
+void write_for_paraview(const MeshLists& mesh, const std::filesystem::path& path, const Carried& carried,
+                        const std::function<void(const std::string&)>& remark) {
+    require_place_for_stages(carried, path);
+    if (carried.stage_files && carried.stages.steps().empty())
+        throw Failure(
+            fmt::format("{}: expected elements that come and go in steps, but none does", mesh.file));
+    const auto cells_in = [&](const MeshLists& part, const std::function<void(const std::string&)>& told) {
+        CellMesh cells = cells_for(part, carried, told);
+        if (carried.arrays && !carried.stages.steps().empty())
+            add_stage_arrays(part, carried.stages, cells);
+        return cells;
+    };
+    const CellMesh whole = cells_in(mesh, remark);
+    if (carried.stage_files)
+        write_vtu_series(mesh, carried.stages, path,
+                         [&](const MeshLists& part) { return cells_in(part, [](const std::string&) {}); });
+    write_vtu(whole, path);
 }
 
 }  // namespace
@@ -88,7 +113,7 @@ void write_any_mesh(const MeshLists& mesh, Target target, const std::filesystem:
         case Target::mdpa:
             return write_for_geotechnics(mesh, path, carried, remark);
         case Target::vtu:
-            return write_vtu(cells_for(mesh, carried, remark), path);
+            return write_for_paraview(mesh, path, carried, remark);
         case Target::gmsh_2:
             return write_gmsh(cells_for(mesh, carried, remark), path, GmshVersion::v2_2);
         case Target::gmsh_4:

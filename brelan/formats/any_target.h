@@ -25,8 +25,8 @@ std::optional<Target> target_of_name(const std::filesystem::path& path);
 // What a target may carry besides the mesh.
 struct Carried {
     bool arrays = true;                // codes and attributes: VTU and Gmsh
-    Stages stages;                     // .inp and .mdpa
-    bool stage_files = false;          // a project file for each stage: .mdpa
+    Stages stages;                     // .inp, .mdpa and .vtu
+    bool stage_files = false;          // a project file for each stage: .mdpa; a mesh for each step: .vtu
     std::vector<std::int32_t> cables;  // materials of trusses that only pull: .mdpa
     InpOptions inp;
 };

@@ -52,17 +52,6 @@ void write_data(OutputFile& out, std::string_view section, std::string_view acti
     out.write(fmt::format("      </{}>\n", section));
 }
 
-std::string for_xml(std::string_view text) {
-    std::string out;
-    for (const char c : text)
-        out += c == '&'   ? "&amp;"
-               : c == '<' ? "&lt;"
-               : c == '>' ? "&gt;"
-               : c == '"' ? "&quot;"
-                          : std::string(1, c);
-    return out;
-}
-
 // A named material is an array of its name that holds number and dimension, as readers keep the physical
 // groups of Gmsh: not every reader takes arrays of text.
 void write_field_data(OutputFile& out, const CellMesh& cells) {
@@ -80,6 +69,17 @@ void write_field_data(OutputFile& out, const CellMesh& cells) {
 }
 
 }  // namespace
+
+std::string for_xml(std::string_view text) {
+    std::string out;
+    for (const char c : text)
+        out += c == '&'   ? "&amp;"
+               : c == '<' ? "&lt;"
+               : c == '>' ? "&gt;"
+               : c == '"' ? "&quot;"
+                          : std::string(1, c);
+    return out;
+}
 
 void write_vtu(const CellMesh& cells, const std::filesystem::path& path) {
     OutputFile out(path);

@@ -38,6 +38,20 @@ std::vector<CodeRow> code_table(const MeshLists& mesh) {
 
 }  // namespace
 
+void add_element(MaterialRow& row, const MeshLists& mesh, const Element& element,
+                 const CornerPlaces& corners) {
+    ++row.count;
+    if (!corners.complete())
+        return;
+    if (element.is_line()) {
+        row.length += distance(mesh.point(corners[0]), mesh.point(corners[1]));
+        return;
+    }
+    row.area += std::abs(signed_area(mesh, corners));
+    if (element.of == ElementClass::joint)
+        row.length += joint_length(mesh, corners);
+}
+
 Counts count_mesh(const MeshLists& mesh, const std::vector<CornerPlaces>& corners) {
     Counts counts;
     counts.bounds = mesh.bounds();
@@ -51,21 +65,12 @@ Counts count_mesh(const MeshLists& mesh, const std::vector<CornerPlaces>& corner
         MaterialRow& row = table[{e.of, e.words.material.value}];
         row.of = e.of;
         row.material = e.words.material.value;
-        ++row.count;
-        if (e.of == ElementClass::solid)
-            ++(c.count == 3 ? counts.triangles : counts.quadrilaterals);
-        if (!c.complete())
+        add_element(row, mesh, e, c);
+        if (e.of != ElementClass::solid)
             continue;
-        if (e.is_line()) {
-            row.length += distance(mesh.point(c[0]), mesh.point(c[1]));
-            continue;
-        }
-        const double area = std::abs(signed_area(mesh, c));
-        row.area += area;
-        if (e.of == ElementClass::joint)
-            row.length += joint_length(mesh, c);
-        else
-            counts.area += area;
+        ++(c.count == 3 ? counts.triangles : counts.quadrilaterals);
+        if (c.complete())
+            counts.area += std::abs(signed_area(mesh, c));
     }
     for (const auto& [key, row] : table)
         counts.materials.push_back(row);

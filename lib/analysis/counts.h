@@ -17,6 +17,10 @@ struct MaterialRow {
     double length = 0.0;  // of joints, beams and trusses
 };
 
+// Adds an element to the row of its class and material; what lacks a corner has neither area nor length.
+void add_element(MaterialRow& row, const MeshLists& mesh, const Element& element,
+                 const CornerPlaces& corners);
+
 // Nodes with the same codes.
 struct CodeRow {
     NodeCodes codes{};

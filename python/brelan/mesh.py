@@ -579,9 +579,10 @@ class Mesh:
         axisymmetric : bool, optional
             .inp: x is the radius.
         activity : Activity, optional
-            .inp, .mdpa: when elements come and go (`Run.activity`); a step for each number.
+            .inp, .mdpa, .vtu: when elements come and go (`Run.activity`); a step for each number.
         stages : bool, optional
-            .mdpa: writes materials and a project file for each stage beside the mesh.
+            .mdpa: writes materials and a project file for each stage beside the mesh. .vtu, with `activity`: a mesh
+            of what stands in each step, and a .pvd file that makes a series of them.
         cables : sequence of int, optional
             .mdpa: trusses of these materials only pull.
 

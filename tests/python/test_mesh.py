@@ -137,6 +137,12 @@ def test_files_for_solvers_carry_steps_and_joints(examples):
     assert (examples / "Stage.inp").read_text().upper().count("*STEP") >= 3
     run.mesh.save("Stage.mdpa", activity=run.activity, stages=True)
     assert (examples / "Stage_stage_1.json").is_file()
+    run.mesh.save("Stage.vtu", activity=run.activity, stages=True)
+    for step, count in (0, 8), (1, 10), (2, 8), (6, 10):
+        assert f'file="Stage-{step}.vtu"' in (examples / "Stage.pvd").read_text()
+        assert len(brelan.Mesh(f"Stage-{step}.vtu").element_numbers) == count
+    with pytest.raises(brelan.Error, match="come and go"):
+        run.mesh.save("Stage.vtu", stages=True)
     pit = brelan.Deck("pit_stages.dat").run().mesh
     with pytest.raises(brelan.Error, match="joint"):
         pit.save("Pit.inp")

@@ -199,7 +199,7 @@ class ForGeotechnics(Case):
     def test_nothing_is_written_where_something_is_amiss(self):
         self.write("a.Mes", sample("displacement").text())
         self.failed(self.brelan("convert", "--stages", "--to", "mdpa", "a.Mes", "-"), "beside it")
-        self.failed(self.brelan("convert", "--stages", "a.Mes", "a.vtu"), ".mdpa")
+        self.failed(self.brelan("convert", "--stages", "a.Mes", "a.msh"), ".mdpa")
         self.failed(self.brelan("convert", "--deck", "none.dat", "a.Mes", "a.mdpa"), "none.dat")
         self.failed(self.brelan("convert", "a.Mes", "none/a.mdpa"), "none/a.mdpa")
         text = sample("displacement").text()
