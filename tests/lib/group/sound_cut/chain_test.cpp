@@ -142,5 +142,16 @@ TEST(SoundCutChain, ACrossingStaysOnBothLines) {
     }));
 }
 
+// A beam of the first deck runs along sides and, in one line with it, another across elements, tied at its
+// ends alone. Where they meet is a place of the deck, which the second deck does not slide along the line.
+TEST(SoundCutChain, ALineElementAcrossElementsHoldsItsEnds) {
+    expect_all_laws("three groups in two decks", 3277);
+}
+
+// A later group's node lies by chance within the tolerance of what an earlier line leaves uncut.
+TEST(SoundCutChain, TheUncutRestOfALineHoldsNoNodes) {
+    expect_all_laws("three groups in two decks", 1719);
+}
+
 }  // namespace
 }  // namespace brelan::test

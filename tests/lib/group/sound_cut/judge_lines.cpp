@@ -293,7 +293,14 @@ private:
         }
         if (nodes.front().along > from + j_.same)
             judge_gap(a, b, from, nodes.front().along, start_is_node);
-        const std::vector<std::size_t> chain = chain_through(nodes);
+        std::vector<std::size_t> chain = chain_through(nodes);
+        if (!end_is_node)
+            leave_bystanders(chain, nodes);
+        if (!start_is_node) {
+            std::reverse(chain.begin(), chain.end());
+            leave_bystanders(chain, nodes);
+            std::reverse(chain.begin(), chain.end());
+        }
         for (std::size_t i = 0; i + 1 < chain.size(); ++i)
             judge_step(a, b, nodes[chain[i]], nodes[chain[i + 1]]);
         if (nodes.back().along < to - j_.same)
@@ -332,6 +339,15 @@ private:
             chain.push_back(before[chain.back()]);
         std::reverse(chain.begin(), chain.end());
         return chain;
+    }
+
+    // The chain of a line ends, at an end that nothing places, where its elements do. A node further on that
+    // is off the line is one that a later group moved or made: by chance it came to stand nearer to the rest,
+    // which no side follows, than things that are one.
+    void leave_bystanders(std::vector<std::size_t>& chain, const std::vector<OnPiece>& nodes) const {
+        while (!own_.empty() && chain.size() > 1 && nodes[chain.back()].off > j_.rounding &&
+               !own_.contains(side_of(nodes[chain.back()].node, nodes[chain[chain.size() - 2]].node)))
+            chain.pop_back();
     }
 
     void judge_gap(const Spot& a, const Spot& b, double from, double to, bool is_node) {
