@@ -173,8 +173,9 @@ CutPlan halve_sides(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
         const Point from = node_point(mesh, side.first), to = node_point(mesh, side.second);
         if (foot_on(from, from, to).distance < SHORTEST_HALVED * tolerance)
             continue;
-        const NodeNumber middle = add_side_node(
-            mesh, engine, middle_on_line(mesh, engine, drawn, side, tolerance), side.first, side.second);
+        const NodeNumber middle =
+            add_side_node(mesh, engine, middle_on_line(mesh, engine, drawn, side, tolerance), side.first,
+                          side.second, Codes::of_all);
         plan.sides[side] = {{0.5, middle}};
         drawn.nodes.insert(middle);
     }

@@ -153,5 +153,17 @@ TEST(SoundCutChain, TheUncutRestOfALineHoldsNoNodes) {
     expect_all_laws("three groups in two decks", 1719);
 }
 
+// Behind the crossing with another outline, whose material lies on both sides there, a second deck sees
+// nothing of an outline of the first: right beside it is the side of the other.
+TEST(SoundCutChain, AnOutlineThatASecondDeckDoesNotSeeHoldsNoNodes) {
+    expect_all_laws("three groups in two decks", 3711);
+}
+
+// Nodes that codes hold give way to nothing, in a second deck those whose codes it reads. A node that is free
+// in the ground has none of the codes that are by its side.
+TEST(SoundCutChain, NewNodesInTheGroundAreNotHeld) {
+    expect_all_laws("three groups in two decks", 3862);
+}
+
 }  // namespace
 }  // namespace brelan::test

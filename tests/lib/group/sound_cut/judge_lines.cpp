@@ -104,6 +104,18 @@ private:
         return false;
     }
 
+    // Beside a crossing the materials to both sides of a piece may be those that the other line parts.
+    bool is_between_materials(const Spot& p, const Spot& a, const Spot& b) const {
+        const double reach = 4.0 * j_.rounding, room = std::max(j_.same, reach) * distance(a, b);
+        return std::any_of(between_->sides.begin(), between_->sides.end(), [&](const auto& side) {
+            const auto& [ends, solids] = side;
+            const Spot &from = between_->at(ends.first), &to = between_->at(ends.second);
+            return solids.size() == 2 && distance_to(p, from, to) <= reach &&
+                   std::abs(cross(a, b, from)) <= room && std::abs(cross(a, b, to)) <= room &&
+                   between_->mesh.solids[solids[0]].material != between_->mesh.solids[solids[1]].material;
+        });
+    }
+
     // A second deck sees of the lines of the first what its mesh tells: other materials beside it, elements
     // along it.
     bool is_seen(const Spot& p, const Spot& a, const Spot& b) const {
@@ -115,7 +127,9 @@ private:
         const double nx = -(b.y - a.y) / length * reach, ny = (b.x - a.x) / length * reach;
         const CutSolid *left = between_->solid_at({p.x + nx, p.y + ny}),
                        *right = between_->solid_at({p.x - nx, p.y - ny});
-        if (left == nullptr || right == nullptr || left->material != right->material)
+        if (left == nullptr || right == nullptr)
+            return true;
+        if (left->material != right->material && is_between_materials(p, a, b))
             return true;
         const auto passes = [&](int from, int to) {
             return distance_to(p, between_->at(from), between_->at(to)) <= reach;
@@ -227,6 +241,12 @@ private:
         for (const int n : j_.run.frozen_codes)
             if (const auto at = before(n); at != nullptr && distance(at->at, p) <= room)
                 return true;
+        // A second deck holds those whose codes it reads.
+        if (path_.group > j_.deck.groups_of_first_deck && j_.deck.groups_of_first_deck > 0)
+            for (const CutNode& held : j_.run.reread.nodes)
+                if (distance(held.at, p) <= room &&
+                    std::binary_search(j_.run.still_frozen.begin(), j_.run.still_frozen.end(), held.number))
+                    return true;
         for (const int n : j_.deck.frozen)
             if (const auto at = before(n); at != nullptr && distance(at->at, p) <= room)
                 return true;

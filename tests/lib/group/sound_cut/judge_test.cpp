@@ -167,6 +167,13 @@ TEST(CutJudge, ANodeThatStandsBesideTheRestOfALineIsPassed) {
     Row own = row;
     own.run.after.lines.push_back({11, 21, last, beside});
     own.expect_broken(Law::line, "node 12 is 0.000400 off it");
+    Row held = own;  // by the codes that a second deck reads
+    held.deck.groups_of_first_deck = 1;
+    held.run.paths[0].group = 2;
+    held.run.between = held.run.reread = held.run.after;
+    held.expect_broken(Law::line, "node 12 is 0.000400 off it");
+    held.run.still_frozen = {beside};
+    EXPECT_EQ(held.text(), "");
     Row without = row;
     without.run.after.lines.clear();
     without.run.paths[0].line_type = 0;
