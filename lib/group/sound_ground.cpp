@@ -188,8 +188,10 @@ SideUsers users_of(const Mesh& mesh, const Engine& engine, const Side& side) {
 }
 
 std::vector<Solid> solids_with(const Mesh& mesh, const Engine& engine, NodeNumber node) {
+    const std::vector<ElementNumber> elements = elements_with(engine, {&node, 1});
     std::vector<Solid> solids;
-    for (const ElementNumber e : elements_with(engine, {&node, 1}))
+    solids.reserve(engine.uses_indexes ? elements.size() : 0);
+    for (const ElementNumber e : elements)
         if (is_solid(mesh, e) && has_node(corners_of(mesh, e), node))
             solids.push_back(solid_of(mesh, e));
     return solids;
