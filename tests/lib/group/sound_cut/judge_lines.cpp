@@ -104,20 +104,8 @@ private:
         return false;
     }
 
-    // Beside a crossing the materials to both sides of a piece may be those that the other line parts.
-    bool is_between_materials(const Spot& p, const Spot& a, const Spot& b) const {
-        const double reach = 4.0 * j_.rounding, room = std::max(j_.same, reach) * distance(a, b);
-        return std::any_of(between_->sides.begin(), between_->sides.end(), [&](const auto& side) {
-            const auto& [ends, solids] = side;
-            const Spot &from = between_->at(ends.first), &to = between_->at(ends.second);
-            return solids.size() == 2 && distance_to(p, from, to) <= reach &&
-                   std::abs(cross(a, b, from)) <= room && std::abs(cross(a, b, to)) <= room &&
-                   between_->mesh.solids[solids[0]].material != between_->mesh.solids[solids[1]].material;
-        });
-    }
-
     // A second deck sees of the lines of the first what its mesh tells: other materials beside it, elements
-    // along it.
+    // along it. Right beside a crossing are those of the other line.
     bool is_seen(const Spot& p, const Spot& a, const Spot& b) const {
         if (!between_)
             return true;
@@ -129,15 +117,26 @@ private:
                        *right = between_->solid_at({p.x - nx, p.y - ny});
         if (left == nullptr || right == nullptr)
             return true;
-        if (left->material != right->material && is_between_materials(p, a, b))
-            return true;
-        const auto passes = [&](int from, int to) {
-            return distance_to(p, between_->at(from), between_->at(to)) <= reach;
+        const double room = std::max(j_.same, reach) * length;
+        const auto runs_here = [&](int first, int last) {
+            const Spot &from = between_->at(first), &to = between_->at(last);
+            return distance_to(p, from, to) <= reach && std::abs(cross(a, b, from)) <= room &&
+                   std::abs(cross(a, b, to)) <= room;
         };
-        return std::any_of(between_->mesh.lines.begin(), between_->mesh.lines.end(),
-                           [&](const CutLine& line) { return passes(line.from, line.to); }) ||
-               std::any_of(between_->mesh.joints.begin(), between_->mesh.joints.end(),
-                           [&](const CutJoint& joint) { return passes(joint.corners[0], joint.corners[1]); });
+        const CutMesh& mesh = between_->mesh;
+        return (left->material != right->material &&
+                std::any_of(between_->sides.begin(), between_->sides.end(),
+                            [&](const auto& side) {
+                                const auto& [ends, solids] = side;
+                                return solids.size() == 2 &&
+                                       mesh.solids[solids[0]].material != mesh.solids[solids[1]].material &&
+                                       runs_here(ends.first, ends.second);
+                            })) ||
+               std::any_of(mesh.lines.begin(), mesh.lines.end(),
+                           [&](const CutLine& line) { return runs_here(line.from, line.to); }) ||
+               std::any_of(mesh.joints.begin(), mesh.joints.end(), [&](const CutJoint& joint) {
+                   return runs_here(joint.corners[0], joint.corners[1]);
+               });
     }
 
     // An end of a line of the first deck that the second can tell from the line itself: what it sees there
