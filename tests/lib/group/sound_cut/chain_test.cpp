@@ -89,6 +89,7 @@ TEST(SoundCutChain, APointBesideACornerIsOnTheNearerSide) {
 // The middle of a piece between two toes, one of which stands beside the line.
 TEST(SoundCutChain, TheMiddleBetweenTwoToesIsOnTheLine) {
     expect_all_laws("lines and joints over a joint", 63);
+    expect_all_laws("joints of no width", 209);  // its toes are nodes that were there
 }
 
 // A beam that begins on a joint has a node on both of its sides.
