@@ -8,13 +8,15 @@
 #include <fstream>
 #include <string>
 
+#include "mesh/cut_method.h"
+
 namespace fs = std::filesystem;
 
 // A project in a directory of its own, with the data directory that a run needs.
 class BenchProject {
 public:
-    explicit BenchProject(const std::string& name)
-        : root_(fs::temp_directory_path() / ("brelan_mesh_bench_" + name)) {
+    explicit BenchProject(const std::string& name, brelan::CutMethod cut = brelan::CutMethod::by_rules)
+        : root_(fs::temp_directory_path() / ("brelan_mesh_bench_" + name)), cut_(cut) {
         fs::remove_all(root_);
         const fs::path data = root_ / "C" / "Vork" / "Qx" / "Qxdata";
         fs::create_directories(data);
@@ -48,7 +50,7 @@ public:
     // The shell command that starts the program on the deck.
     std::string command() const {
         return "cd '" + work().string() + "' && BRELAN_DRIVE_C='" + drive().string() + "' '" +
-               BRELAN_PROGRAM + "'";
+               BRELAN_PROGRAM + "'" + (cut_ == brelan::CutMethod::sound ? " --sound" : "");
     }
 
     // A square base mesh of side nodes by side nodes, with its left end at x.
@@ -63,4 +65,5 @@ private:
     }
 
     fs::path root_;
+    brelan::CutMethod cut_;
 };

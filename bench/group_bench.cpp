@@ -1,4 +1,5 @@
-// What groups cost: 100 of them over meshes of growing size, beside a plain edit of the same mesh.
+// What groups cost: 100 of them over meshes of growing size, beside a plain edit of the same mesh; by the
+// rules and by the sound cut.
 
 #include <benchmark/benchmark.h>
 
@@ -10,6 +11,8 @@
 
 namespace {
 
+using brelan::CutMethod;
+
 constexpr int GROUPS = 100;
 
 std::string head_of_deck(const std::string& edit) {
@@ -20,15 +23,15 @@ std::string number(double value) {
     return std::to_string(value) + " ";
 }
 
-// Circles of 360 parts, spread over the mesh, each with a material inside.
-std::string circles(double size) {
+// Circles of so many parts, spread over the mesh, each with a material inside.
+std::string circles(double size, int parts) {
     std::string deck;
     for (int g = 0; g < GROUPS; ++g) {
         const double x = size * (0.05 + 0.1 * (g % 10));
         const double y = size * (0.05 + 0.1 * (g / 10 % 10));
         const double r = size * 0.031;
-        deck += "3\n" + std::to_string(g + 2) + " 2.0 0 0\n0 0 0 0. 0.\n1\n1 2 -360 2\n" + number(x) +
-                number(y) + number(r) + number(r) + "0. 360.\n";
+        deck += "3\n" + std::to_string(g + 2) + " 2.0 0 0\n0 0 0 0. 0.\n1\n1 2 -" + std::to_string(parts) +
+                " 2\n" + number(x) + number(y) + number(r) + number(r) + "0. 360.\n";
     }
     return deck;
 }
@@ -86,9 +89,9 @@ std::string joints(double size) {
     return deck;
 }
 
-void run_decks(benchmark::State& state, const std::string& name, const std::string& edit) {
+void run_decks(benchmark::State& state, CutMethod cut, const std::string& name, const std::string& edit) {
     const std::int64_t side = state.range(0);
-    const BenchProject project(name);
+    const BenchProject project(name, cut);
     project.run(BenchProject::base_deck(side));
     fs::rename(project.work() / "Basic.Tmp", project.project() / "a.Mes");
     project.run(head_of_deck(edit));
@@ -106,31 +109,47 @@ double size_of(const benchmark::State& state) {
 }
 
 void plain_edit(benchmark::State& state) {
-    run_decks(state, "plain", "0\n0. 0. 10. 20.\n1. 1.\n");
+    run_decks(state, CutMethod::by_rules, "plain", "0\n0. 0. 10. 20.\n1. 1.\n");
 }
-void hundred_circles(benchmark::State& state) {
-    run_decks(state, "circles", groups(circles(size_of(state))));
+void hundred_circles(benchmark::State& state, CutMethod cut) {
+    run_decks(state, cut, "circles", groups(circles(size_of(state), 360)));
 }
-void hundred_lines(benchmark::State& state) {
-    run_decks(state, "lines", groups(lines(size_of(state))));
+// Their parts are as long as the sides of the elements.
+void hundred_coarse_circles(benchmark::State& state, CutMethod cut) {
+    const double size = size_of(state);
+    run_decks(state, cut, "coarse_circles",
+              groups(circles(size, static_cast<int>(6.2831853 * 0.031 * size))));
 }
-void hundred_polygons(benchmark::State& state) {
-    run_decks(state, "polygons", groups(polygons(size_of(state))));
+void hundred_lines(benchmark::State& state, CutMethod cut) {
+    run_decks(state, cut, "lines", groups(lines(size_of(state))));
 }
-void hundred_free_lines(benchmark::State& state) {
-    run_decks(state, "free_lines", groups(free_lines(size_of(state))));
+void hundred_polygons(benchmark::State& state, CutMethod cut) {
+    run_decks(state, cut, "polygons", groups(polygons(size_of(state))));
 }
-void hundred_joints(benchmark::State& state) {
-    run_decks(state, "joints", groups(joints(size_of(state))));
+void hundred_free_lines(benchmark::State& state, CutMethod cut) {
+    run_decks(state, cut, "free_lines", groups(free_lines(size_of(state))));
+}
+void hundred_joints(benchmark::State& state, CutMethod cut) {
+    run_decks(state, cut, "joints", groups(joints(size_of(state))));
 }
 
 #define BRELAN_SIZES Arg(32)->Arg(101)->Arg(301)->Unit(benchmark::kMillisecond)->UseRealTime()
+#define BRELAN_BY_BOTH_CUTS(groups)                                      \
+    BENCHMARK_CAPTURE(groups, rules, CutMethod::by_rules)->BRELAN_SIZES; \
+    BENCHMARK_CAPTURE(groups, sound, CutMethod::sound)->BRELAN_SIZES
 BENCHMARK(plain_edit)->BRELAN_SIZES;
-BENCHMARK(hundred_circles)->BRELAN_SIZES;
-BENCHMARK(hundred_lines)->BRELAN_SIZES;
-BENCHMARK(hundred_polygons)->BRELAN_SIZES;
-BENCHMARK(hundred_free_lines)->BRELAN_SIZES;
-BENCHMARK(hundred_joints)->BRELAN_SIZES;
+// The sound cut has a node at each point of a circle, more than there is room for beside a large mesh.
+BENCHMARK_CAPTURE(hundred_circles, rules, CutMethod::by_rules)->BRELAN_SIZES;
+BENCHMARK_CAPTURE(hundred_circles, sound, CutMethod::sound)
+    ->Arg(32)
+    ->Arg(101)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BRELAN_BY_BOTH_CUTS(hundred_coarse_circles);
+BRELAN_BY_BOTH_CUTS(hundred_lines);
+BRELAN_BY_BOTH_CUTS(hundred_polygons);
+BRELAN_BY_BOTH_CUTS(hundred_free_lines);
+BRELAN_BY_BOTH_CUTS(hundred_joints);
 
 }  // namespace
 

@@ -5,6 +5,8 @@ set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)
 set(CMAKE_LIBRARY_ARCHITECTURE aarch64-linux-gnu)
 set(CMAKE_STRIP aarch64-linux-gnu-strip)
+# No run path: of one into the build directory installing leaves the room, as long as that directory's name.
+set(CMAKE_SKIP_RPATH ON)
 set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE arm64)
 
 set(libraries ${CMAKE_CURRENT_LIST_DIR}/../build/arm64-libraries)

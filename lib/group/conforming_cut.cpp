@@ -52,7 +52,7 @@ void add_to_line(Mesh& mesh, Engine& engine, CutTable& cut, CutRow& row, const R
         row.side_node[side.mark] = found;
         return;
     }
-    const NodeNumber node = add_side_node(mesh, engine, point, a, b);
+    const NodeNumber node = add_side_node(mesh, engine, point, a, b, Codes::of_any);
     cut.for_rows_with_side(a, b, [&](const CutRow& other, NodeNumber& mark) {
         if (other.element.names_one())
             mark = node;
@@ -119,7 +119,7 @@ void place_end_by_side(Mesh& mesh, Engine& engine, CutTable& cut, CutRow& row, c
     const Point inside = distance_p <= HALFWAY_INSIDE * distance_q0
                              ? Point{q.x - 0.5F * (q.x - q0.x), q.y - 0.5F * (q.y - q0.y)}
                              : p;
-    row.centre_node = add_inner_node(mesh, engine, inside, row.corner_node);
+    row.centre_node = add_inner_node(mesh, engine, inside, row.corner_node, Codes::of_any);
 }
 
 // Places an end in the first row that contains it. False when this row does not.

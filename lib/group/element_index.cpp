@@ -11,6 +11,8 @@ namespace brelan {
 
 namespace {
 
+constexpr std::size_t USUAL_ELEMENTS = 8;  // that a node has at most, but for few
+
 Extent slanting_sides(const Mesh& mesh, const Corners& corners) {
     Extent slanting;
     const int count = corners.n[3].names_one() ? 4 : 3;
@@ -108,6 +110,7 @@ std::vector<ElementNumber> ElementIndex::with(const Engine& engine, std::span<co
             elements.push_back(e);
         return elements;
     }
+    elements.reserve(USUAL_ELEMENTS * nodes.size());
     for (const NodeNumber n : nodes)
         for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE;
              i = links_[static_cast<std::size_t>(i)].next)

@@ -73,7 +73,7 @@ void Midsides::restore(Mesh& mesh, Engine& engine) {
             auto found = sides_.find(side);
             if (found == sides_.end()) {
                 const NodeNumber node =
-                    add_side_node(mesh, engine, middle_of(from, to), side.first, side.second);
+                    add_side_node(mesh, engine, middle_of(from, to), side.first, side.second, Codes::of_all);
                 found = sides_.emplace(side, Kept{node, from, to}).first;
             } else if (!(found->second.from == from) || !(found->second.to == to)) {
                 move_node(mesh, engine, found->second.node, middle_of(from, to));

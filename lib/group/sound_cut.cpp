@@ -29,19 +29,20 @@ void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawi
         for (const Solid& solid : solids_met_by(mesh, engine, drawing, segment))
             for (std::size_t i = 0; i < solid.count; ++i) {
                 const Point a = node_point(mesh, solid.node[i]), b = node_point(mesh, solid.behind(i));
-                const std::string where = "group " + std::to_string(engine.group) + ", segment " +
-                                          std::to_string(segment.segment + 1) + ": element " +
-                                          to_string(solid.element) + " at (" + std::to_string(a.x) + ", " +
-                                          std::to_string(a.y) + ") ";
+                const auto where = [&] {
+                    return "group " + std::to_string(engine.group) + ", segment " +
+                           std::to_string(segment.segment + 1) + ": element " + to_string(solid.element) +
+                           " at (" + std::to_string(a.x) + ", " + std::to_string(a.y) + ") ";
+                };
                 if (orientation(a, b, node_point(mesh, solid.behind((i + 1) % solid.count))) <= 0)
-                    fail(where + "is unsound before the cut: inverted, flat or with a corner pushed in");
+                    fail(where() + "is unsound before the cut: inverted, flat or with a corner pushed in");
                 const std::size_t first = solid.node[i].place() - 1;
                 const std::size_t second = solid.behind(i).place() - 1;
                 if (std::max(first, second) >= loaded.size())
                     continue;
                 const double length = foot_on(loaded[first], loaded[first], loaded[second]).distance;
                 if (drawing.tolerance > LARGEST_SHARE * length)
-                    fail(where + "has a side of " + std::to_string(length) +
+                    fail(where() + "has a side of " + std::to_string(length) +
                          "; expected a TOLSAME of at most a tenth of it, found " +
                          std::to_string(drawing.tolerance));
             }
@@ -173,8 +174,9 @@ CutPlan halve_sides(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
         const Point from = node_point(mesh, side.first), to = node_point(mesh, side.second);
         if (foot_on(from, from, to).distance < SHORTEST_HALVED * tolerance)
             continue;
-        const NodeNumber middle = add_side_node(
-            mesh, engine, middle_on_line(mesh, engine, drawn, side, tolerance), side.first, side.second);
+        const NodeNumber middle =
+            add_side_node(mesh, engine, middle_on_line(mesh, engine, drawn, side, tolerance), side.first,
+                          side.second, Codes::of_all);
         plan.sides[side] = {{0.5, middle}};
         drawn.nodes.insert(middle);
     }

@@ -23,6 +23,8 @@ struct Spoke {
     std::vector<MaterialNumber> left, right;
     bool is_kept = false;  // of a line, a joint, a drawing or ground that stays as it is
     bool is_drawn = false;
+
+    bool is_side_of_ground() const { return !left.empty() || !right.empty(); }
 };
 
 Spoke& spoke_to(std::vector<Spoke>& spokes, NodeNumber end) {
@@ -186,8 +188,10 @@ SideUsers users_of(const Mesh& mesh, const Engine& engine, const Side& side) {
 }
 
 std::vector<Solid> solids_with(const Mesh& mesh, const Engine& engine, NodeNumber node) {
+    const std::vector<ElementNumber> elements = elements_with(engine, {&node, 1});
     std::vector<Solid> solids;
-    for (const ElementNumber e : elements_with(engine, {&node, 1}))
+    solids.reserve(engine.uses_indexes ? elements.size() : 0);
+    for (const ElementNumber e : elements)
         if (is_solid(mesh, e) && has_node(corners_of(mesh, e), node))
             solids.push_back(solid_of(mesh, e));
     return solids;
@@ -197,15 +201,18 @@ NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const Drawn& draw
     if (engine.frozen[node] != 0 || drawn.nodes.count(node) != 0)
         return {};
     std::vector<NodeNumber> kept;
-    bool is_drawn = false;
+    bool is_drawn = false, is_placed = false;
     for (const Spoke& spoke : spokes_of(mesh, engine, drawn, node)) {
         if (spoke.is_kept)
             kept.push_back(spoke.end);
+        // A line element that runs across elements was tied to the ground at its ends alone: here is one, be
+        // the next of the line in one line with it.
+        is_placed = is_placed || (spoke.is_kept && !spoke.is_side_of_ground());
         is_drawn = is_drawn || spoke.is_drawn;
     }
     if (kept.empty())
         return {Freedom::moves, {}, {}};
-    if (kept.size() != 2)
+    if (kept.size() != 2 || is_placed)
         return {};
     const Point at = node_point(mesh, node);
     Point from = node_point(mesh, kept[0]), to = node_point(mesh, kept[1]);

@@ -243,7 +243,7 @@ private:
         std::vector<NodeNumber> nodes = filling.cavity.ring;
         const Solid& first = filling.cavity.solids.front();
         for (const Point& point : filling.inside)
-            nodes.push_back(add_inner_node(mesh_, engine_, point, first.node));
+            nodes.push_back(add_inner_node(mesh_, engine_, point, first.node, Codes::of_all));
         for (std::size_t p = 0; p < std::max(filling.parts.size(), filling.cavity.solids.size()); ++p) {
             const ElementNumber e = p < filling.cavity.solids.size()
                                         ? filling.cavity.solids[p].element

@@ -116,7 +116,8 @@ private:
             return {};
         triangulation.improve();
         for (std::size_t i = nodes.size(); i < triangulation.points().size(); ++i)
-            nodes.push_back(add_inner_node(mesh_, engine_, triangulation.points()[i], solid.node));
+            nodes.push_back(
+                add_inner_node(mesh_, engine_, triangulation.points()[i], solid.node, Codes::of_all));
         for (const auto& [a, b] : triangulation.fixed_edges())
             drawn_.sides.insert(
                 side_between(nodes[static_cast<std::size_t>(a)], nodes[static_cast<std::size_t>(b)]));

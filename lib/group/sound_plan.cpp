@@ -154,7 +154,7 @@ private:
                 return;
         const double share =
             foot_on(node_point(mesh_, side.first), node_point(mesh_, side.second), place).share;
-        const NodeNumber node = add_side_node(mesh_, engine_, place, side.first, side.second);
+        const NodeNumber node = add_side_node(mesh_, engine_, place, side.first, side.second, Codes::of_all);
         points.insert(
             std::upper_bound(points.begin(), points.end(), share,
                              [](double value, const SidePoint& point) { return value < point.share; }),
@@ -166,7 +166,7 @@ private:
         for (const NodeNumber node : nodes)
             if (node_point(mesh_, node) == pin)
                 return;
-        nodes.push_back(add_inner_node(mesh_, engine_, pin, solid.node));
+        nodes.push_back(add_inner_node(mesh_, engine_, pin, solid.node, Codes::of_all));
     }
 
     // A joint has as many nodes on one side as on the other, so what divides one side divides the side

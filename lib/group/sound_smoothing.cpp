@@ -110,6 +110,7 @@ private:
                 }
             }
         std::vector<Point> found;
+        found.reserve(1 + STEPS.size() * DIRECTIONS.size());
         if (freedom.freedom == Freedom::slides) {
             const double share = foot_on(freedom.from, freedom.to, at).share;
             for (const double step : STEPS) {

@@ -1,8 +1,6 @@
 #include "plane/orientation.h"
 
 #include <array>
-#include <cmath>
-#include <limits>
 
 namespace brelan {
 
@@ -35,16 +33,10 @@ int sign_of_sum(const std::array<double, 6>& terms) {
 
 }  // namespace
 
-int orientation(const Point& a, const Point& b, const Point& c) {
+int orientation_by_products(const Point& a, const Point& b, const Point& c) {
     const double ax = static_cast<double>(a.x), ay = static_cast<double>(a.y);
     const double bx = static_cast<double>(b.x), by = static_cast<double>(b.y);
     const double cx = static_cast<double>(c.x), cy = static_cast<double>(c.y);
-    const double left = (ax - cx) * (by - cy);
-    const double right = (ay - cy) * (bx - cx);
-    const double area = left - right;
-    constexpr double BOUND = 4.0 * std::numeric_limits<double>::epsilon();  // of 3 + 16 epsilon half units
-    if (std::abs(area) > BOUND * (std::abs(left) + std::abs(right)))
-        return sign_of(area);
     // Products of 32-bit numbers have no rounding in 64 bits.
     return sign_of_sum({ax * by, -(ax * cy), bx * cy, -(bx * ay), cx * ay, -(cx * by)});
 }

@@ -89,6 +89,7 @@ TEST(SoundCutChain, APointBesideACornerIsOnTheNearerSide) {
 // The middle of a piece between two toes, one of which stands beside the line.
 TEST(SoundCutChain, TheMiddleBetweenTwoToesIsOnTheLine) {
     expect_all_laws("lines and joints over a joint", 63);
+    expect_all_laws("joints of no width", 209);  // its toes are nodes that were there
 }
 
 // A beam that begins on a joint has a node on both of its sides.
@@ -140,6 +141,30 @@ TEST(SoundCutChain, ACrossingStaysOnBothLines) {
     EXPECT_TRUE(std::any_of(run.after.nodes.begin(), run.after.nodes.end(), [](const CutNode& node) {
         return std::abs(node.at.x - 1.941111) < 1.0E-5 && std::abs(node.at.y - 3.4) < 1.0E-5;
     }));
+}
+
+// A beam of the first deck runs along sides and, in one line with it, another across elements, tied at its
+// ends alone. Where they meet is a place of the deck, which the second deck does not slide along the line.
+TEST(SoundCutChain, ALineElementAcrossElementsHoldsItsEnds) {
+    expect_all_laws("three groups in two decks", 3277);
+}
+
+// A later group's node lies by chance within the tolerance of what an earlier line leaves uncut.
+TEST(SoundCutChain, TheUncutRestOfALineHoldsNoNodes) {
+    expect_all_laws("three groups in two decks", 1719);
+}
+
+// Behind the crossing with another outline, whose material lies on both sides there, a second deck sees
+// nothing of an outline of the first: right beside it is the side of the other.
+TEST(SoundCutChain, AnOutlineThatASecondDeckDoesNotSeeHoldsNoNodes) {
+    expect_all_laws("three groups in two decks", 3711);
+    expect_all_laws("three groups in two decks", 2858);  // of beams
+}
+
+// Nodes that codes hold give way to nothing, in a second deck those whose codes it reads. A node that is free
+// in the ground has none of the codes that are by its side.
+TEST(SoundCutChain, NewNodesInTheGroundAreNotHeld) {
+    expect_all_laws("three groups in two decks", 3862);
 }
 
 }  // namespace

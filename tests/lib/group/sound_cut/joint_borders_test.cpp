@@ -280,6 +280,16 @@ TEST(SoundJointLine, OpensInTheMiddleOfASideBetweenTwoToes) {
     EXPECT_EQ(count_at(run, 4, 3), 1);
 }
 
+// The same between two beams, on which its toes lie: the middle is on neither of their lines.
+TEST(SoundJointLine, OpensInTheMiddleOfASideBetweenTwoBeams) {
+    const CutRun run =
+        finished_run_of(deck_with({beams_along({{3, 1}, {3, 5}}, 22), beams_along({{4, 1}, {4, 5}}, 23),
+                                   open_joint({{3, 3}, {4, 3}})}));
+    EXPECT_EQ(count_at(run, 3, 3), 1);
+    EXPECT_EQ(count_at(run, 3.5, 3), 2);
+    EXPECT_EQ(count_at(run, 4, 3), 1);
+}
+
 // An element with a double of another stage: the corner of the outline inside is one node of both.
 TEST(SoundLine, HasOneNodeInAnElementAndItsDouble) {
     DrawnGroup stage = region_of({{2, 2}, {5, 2}, {5, 5}, {2, 5}}, 2);

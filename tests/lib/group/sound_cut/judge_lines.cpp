@@ -105,7 +105,7 @@ private:
     }
 
     // A second deck sees of the lines of the first what its mesh tells: other materials beside it, elements
-    // along it.
+    // along it. Right beside a crossing are those of the other line.
     bool is_seen(const Spot& p, const Spot& a, const Spot& b) const {
         if (!between_)
             return true;
@@ -115,15 +115,28 @@ private:
         const double nx = -(b.y - a.y) / length * reach, ny = (b.x - a.x) / length * reach;
         const CutSolid *left = between_->solid_at({p.x + nx, p.y + ny}),
                        *right = between_->solid_at({p.x - nx, p.y - ny});
-        if (left == nullptr || right == nullptr || left->material != right->material)
+        if (left == nullptr || right == nullptr)
             return true;
-        const auto passes = [&](int from, int to) {
-            return distance_to(p, between_->at(from), between_->at(to)) <= reach;
+        const double room = std::max(j_.same, reach) * length;
+        const auto runs_here = [&](int first, int last) {
+            const Spot &from = between_->at(first), &to = between_->at(last);
+            return distance_to(p, from, to) <= reach && std::abs(cross(a, b, from)) <= room &&
+                   std::abs(cross(a, b, to)) <= room;
         };
-        return std::any_of(between_->mesh.lines.begin(), between_->mesh.lines.end(),
-                           [&](const CutLine& line) { return passes(line.from, line.to); }) ||
-               std::any_of(between_->mesh.joints.begin(), between_->mesh.joints.end(),
-                           [&](const CutJoint& joint) { return passes(joint.corners[0], joint.corners[1]); });
+        const CutMesh& mesh = between_->mesh;
+        return (left->material != right->material &&
+                std::any_of(between_->sides.begin(), between_->sides.end(),
+                            [&](const auto& side) {
+                                const auto& [ends, solids] = side;
+                                return solids.size() == 2 &&
+                                       mesh.solids[solids[0]].material != mesh.solids[solids[1]].material &&
+                                       runs_here(ends.first, ends.second);
+                            })) ||
+               std::any_of(mesh.lines.begin(), mesh.lines.end(),
+                           [&](const CutLine& line) { return runs_here(line.from, line.to); }) ||
+               std::any_of(mesh.joints.begin(), mesh.joints.end(), [&](const CutJoint& joint) {
+                   return runs_here(joint.corners[0], joint.corners[1]);
+               });
     }
 
     // An end of a line of the first deck that the second can tell from the line itself: what it sees there
@@ -227,6 +240,12 @@ private:
         for (const int n : j_.run.frozen_codes)
             if (const auto at = before(n); at != nullptr && distance(at->at, p) <= room)
                 return true;
+        // A second deck holds those whose codes it reads.
+        if (path_.group > j_.deck.groups_of_first_deck && j_.deck.groups_of_first_deck > 0)
+            for (const CutNode& held : j_.run.reread.nodes)
+                if (distance(held.at, p) <= room &&
+                    std::binary_search(j_.run.still_frozen.begin(), j_.run.still_frozen.end(), held.number))
+                    return true;
         for (const int n : j_.deck.frozen)
             if (const auto at = before(n); at != nullptr && distance(at->at, p) <= room)
                 return true;
@@ -293,7 +312,14 @@ private:
         }
         if (nodes.front().along > from + j_.same)
             judge_gap(a, b, from, nodes.front().along, start_is_node);
-        const std::vector<std::size_t> chain = chain_through(nodes);
+        std::vector<std::size_t> chain = chain_through(nodes);
+        if (!end_is_node)
+            leave_bystanders(chain, nodes);
+        if (!start_is_node) {
+            std::reverse(chain.begin(), chain.end());
+            leave_bystanders(chain, nodes);
+            std::reverse(chain.begin(), chain.end());
+        }
         for (std::size_t i = 0; i + 1 < chain.size(); ++i)
             judge_step(a, b, nodes[chain[i]], nodes[chain[i + 1]]);
         if (nodes.back().along < to - j_.same)
@@ -332,6 +358,15 @@ private:
             chain.push_back(before[chain.back()]);
         std::reverse(chain.begin(), chain.end());
         return chain;
+    }
+
+    // The chain of a line ends, at an end that nothing places, where its elements do. A node further on that
+    // is off the line is one that a later group moved or made: by chance it came to stand nearer to the rest,
+    // which no side follows, than things that are one.
+    void leave_bystanders(std::vector<std::size_t>& chain, const std::vector<OnPiece>& nodes) const {
+        while (!own_.empty() && chain.size() > 1 && nodes[chain.back()].off > j_.rounding &&
+               !own_.contains(side_of(nodes[chain.back()].node, nodes[chain[chain.size() - 2]].node)))
+            chain.pop_back();
     }
 
     void judge_gap(const Spot& a, const Spot& b, double from, double to, bool is_node) {

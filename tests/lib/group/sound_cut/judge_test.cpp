@@ -144,6 +144,42 @@ TEST(CutJudge, ANodeThatStandsBesideALineIsPassed) {
     EXPECT_EQ(row.text(), "");
 }
 
+// A node on a side that goes on from the last of the beams, within the tolerance of the rest of a line whose
+// end nothing places. Were it the line's own, or tells no beam where the line ends, it lies off.
+TEST(CutJudge, ANodeThatStandsBesideTheRestOfALineIsPassed) {
+    Row row;
+    const int last = row.add_node({2.0, 0.5}), beside = row.add_node({2.0004, 0.8});
+    row.solid(2).corners = {2, 3, last, 7};
+    row.solid(3).corners = {3, 4, 9, last};
+    row.run.after.solids.push_back({6, 1, {7, last, beside}});
+    row.run.after.solids.push_back({7, 1, {7, beside, 8}});
+    row.run.after.solids.push_back({8, 1, {last, 9, beside}});
+    row.run.after.solids.push_back({10, 1, {beside, 9, 8}});
+    row.run.after.lines = {{5, 21, 3, last}};
+    row.run.paths[0].pieces = {{1, true, true, false, {{2.0, 0.0}, {2.0, 0.9}}}};
+    EXPECT_EQ(row.text(), "");
+    Row turned = row;
+    turned.run.paths[0].pieces = {{1, true, false, true, {{2.0, 0.9}, {2.0, 0.0}}}};
+    EXPECT_EQ(turned.text(), "");
+    Row placed = row;
+    placed.run.paths[0].pieces[0].places_end = true;
+    placed.expect_broken(Law::line, "no side along (2, 0.8) to (2, 0.9)");
+    Row own = row;
+    own.run.after.lines.push_back({11, 21, last, beside});
+    own.expect_broken(Law::line, "node 12 is 0.000400 off it");
+    Row held = own;  // by the codes that a second deck reads
+    held.deck.groups_of_first_deck = 1;
+    held.run.paths[0].group = 2;
+    held.run.between = held.run.reread = held.run.after;
+    held.expect_broken(Law::line, "node 12 is 0.000400 off it");
+    held.run.still_frozen = {beside};
+    EXPECT_EQ(held.text(), "");
+    Row without = row;
+    without.run.after.lines.clear();
+    without.run.paths[0].line_type = 0;
+    without.expect_broken(Law::line, "node 12 is 0.000400 off it");
+}
+
 // Its own digits are good, those of the file are not.
 TEST(CutJudge, ShapesByTheDigitsOfTheFile) {
     Row row;

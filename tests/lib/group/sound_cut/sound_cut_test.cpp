@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 
 #include "lib/group/sound_cut/deck_classes.h"
 #include "lib/group/sound_cut/judge.h"
@@ -57,6 +58,24 @@ TEST(SoundCutOfNastyDecks, KeepsAllLawsOrNamesThePlace) {
         const Verdict verdict = judge(deck, run);
         EXPECT_TRUE(verdict.violations.empty()) << deck.name << "\n" << verdict.text();
     }
+}
+
+// An element and its double are cut alike: a wall that ends inside of them has one node there.
+TEST(SoundCutOfStages, AnElementAndItsDoubleShareTheNodesInside) {
+    CutDeck deck = deck_over_squares("stage", Kind::displacement, 8, 6);
+    DrawnGroup stage = region_of({{3.0F, 3.0F}, {4.0F, 3.0F}, {4.0F, 4.0F}, {3.0F, 4.0F}}, 2);
+    stage.MTYPE = 4;
+    DrawnGroup wall = beams_along({{3.5F, 6.0F}, {3.5F, 3.5F}}, 22);
+    deck.groups = {stage, wall};
+    const CutRun run = run_cut(deck, CutMethod::sound);
+    ASSERT_EQ(run.status, 0) << run.message;
+    EXPECT_EQ(judge(deck, run).text(), "");
+    EXPECT_EQ(std::count_if(run.after.nodes.begin(), run.after.nodes.end(),
+                            [](const CutNode& node) {
+                                return std::abs(node.at.x - 3.5) < 1.0E-5 &&
+                                       std::abs(node.at.y - 3.5) < 1.0E-5;
+                            }),
+              1);
 }
 
 }  // namespace
