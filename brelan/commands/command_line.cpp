@@ -306,6 +306,44 @@ void add_diff(Parser& parser) {
     add_kind(*command, options->kind, "Kind of the meshes, where the files do not tell it");
 }
 
+void add_study(Parser& parser) {
+    auto [command, options] = parser.add("study", "Run a deck for many values, and report on all of them",
+                                         EXAMPLES_OF_STUDY, study);
+    command
+        ->add_option("STUDY", options->words,
+                     "The study's file; in front of it new, report, csv or status for another work")
+        ->required()
+        ->expected(1, 2)
+        ->type_name("");
+    command->add_option("-j,--jobs", options->jobs, "Cases at a time (as many as there are cores)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 4096));
+    command->add_flag("--again", options->again, "Run those that have not finished once more");
+    command->add_option("-o,--output", options->output, "csv: file to be written; - is standard output")
+        ->type_name("FILE");
+    command->add_flag("--no-pictures", options->no_pictures, "report: without new pictures");
+    command->add_flag("--force", options->force, "new: replace files that are there");
+    CLI::Option* engine = command->add_option("--engine", options->engine, "local (default) or slurm")
+                              ->type_name("ENGINE")
+                              ->check(CLI::IsMember({"local", "slurm"}));
+    command->add_option("--chunk", options->chunk, "slurm: cases of a task (100)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1'000'000))
+        ->needs(engine);
+    command->add_option("--partition", options->partition, "slurm: where the jobs run")
+        ->type_name("NAME")
+        ->needs(engine);
+    command->add_option("--account", options->account, "slurm: whom they are charged to")
+        ->type_name("NAME")
+        ->needs(engine);
+    command
+        ->add_option("--sbatch", options->slurm, "slurm: an option of sbatch, as '--sbatch=--time=1:00:00'")
+        ->type_name("OPTION")
+        ->allow_extra_args(false)
+        ->needs(engine);
+    command->add_option("--cases", options->cases)->group("");  // of a task
+}
+
 // Throws Failure that names the nearest command, or all of them, where there is none of this name.
 CLI::App& command_named(CLI::App& app, const std::string& name) {
     std::vector<std::string> names;
@@ -370,7 +408,8 @@ int run_command_line(int argc, char** argv) {
     app.add_flag("-q,--quiet", parser.context.quiet, "Only results and errors");
     app.require_subcommand(1);
     app.fallthrough();
-    for (const auto add : {add_run, add_new, add_check, add_info, add_plot, add_convert, add_diff, add_help})
+    for (const auto add :
+         {add_run, add_new, add_check, add_info, add_plot, add_convert, add_diff, add_study, add_help})
         add(parser);
     // The parser would only say that a command is missing.
     for (int i = 1; i < argc; ++i)

@@ -51,4 +51,13 @@ inline constexpr const char* EXAMPLES_OF_DIFF =
   brelan diff --tolerance 0.001 a.Mes b.vtu && echo same
 )";
 
+inline constexpr const char* EXAMPLES_OF_STUDY =
+    R"(  brelan study new wall              wall.toml and its deck wall.dat, which run as they are
+  brelan study wall.toml             runs what is missing, on all cores
+  brelan study status wall.toml      how far it is
+  brelan study report wall.toml      wall.study/report.html: table, pictures, plots
+  brelan study csv wall.toml -o wall.csv
+  brelan study wall.toml --engine slurm --chunk 500 --partition short --sbatch=--time=2:00:00
+)";
+
 }  // namespace brelan::tool

@@ -14,6 +14,7 @@
 #include "cli/exit_status.h"
 #include "cli/json.h"
 #include "cli/output_file.h"
+#include "cli/page_text.h"
 #include "drawing/deck_overlay.h"
 #include "drawing/numbers.h"
 #include "drawing/page.h"
@@ -287,41 +288,17 @@ private:
     std::map<std::pair<ElementClass, std::int32_t>, std::int32_t> groups_;
 };
 
-// JSON inside a script: "</script>" in a title must not end it.
-std::string for_script(std::string json) {
-    for (std::size_t at = 0; (at = json.find("</", at)) != std::string::npos; at += 3)
-        json.insert(at + 1, "\\");
-    return json;
-}
-
-std::string for_html(std::string_view text) {
-    std::string out;
-    for (const char c : text)
-        out += c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : std::string(1, c);
-    return out;
-}
-
 }  // namespace
 
 void write_html(const MeshLists& mesh, const PictureOptions& options, const std::filesystem::path& path) {
     PageData data(mesh, options);
     const Json json = data.json();
-    const std::string page = VIEWER_PAGE;
     OutputFile out(path);
-    // Each mark stands once; what is put in is not looked at again.
-    std::size_t done = 0;
-    const std::array<std::pair<std::string_view, std::string>, 4> parts{
-        {{"%TITLE%", for_html(data.title())},
-         {"%STYLE%", VIEWER_STYLE},
-         {"%DATA%", for_script(json.compact())},
-         {"%SCRIPT%", VIEWER_SCRIPT}}};
-    for (const auto& [mark, text] : parts) {
-        const std::size_t at = page.find(mark, done);
-        out.write(std::string_view(page).substr(done, at - done));
-        out.write(text);
-        done = at + mark.size();
-    }
-    out.write(std::string_view(page).substr(done));
+    write_page(out, VIEWER_PAGE,
+               {{"%TITLE%", for_html(data.title())},
+                {"%STYLE%", VIEWER_STYLE},
+                {"%DATA%", for_script(json.compact())},
+                {"%SCRIPT%", VIEWER_SCRIPT}});
     out.commit();
 }
 
