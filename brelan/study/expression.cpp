@@ -121,7 +121,13 @@ private:
 
     double power() {
         const double base = atom();
-        return takes('^') ? std::pow(base, sign()) : base;
+        if (!takes('^'))
+            return base;
+        if (++depth_ > DEEPEST)
+            throw Failure("an expression with too many powers");
+        const double exponent = sign();
+        --depth_;
+        return std::pow(base, exponent);
     }
 
     double atom() {

@@ -1,14 +1,13 @@
 // Decks, and their runs in memory.
-#include <chrono>
 #include <map>
 #include <stdexcept>
 #include <utility>
 
-#include "analysis/soundness.h"
 #include "bindings.h"
 #include "cli/output_file.h"
 #include "commands/checking/deck_check.h"
 #include "commands/checking/drawn_lines.h"
+#include "commands/memory_choice.h"
 #include "commands/memory_run.h"
 #include "commands/run_failure.h"
 #include "drawing/soundness_text.h"
@@ -98,11 +97,6 @@ struct RunWishes {
     bool listings = false;
 };
 
-std::string result_text(const RunResult& result) {
-    const bool there = result.files != nullptr && !result.mesh.empty() && result.files->contains(result.mesh);
-    return there ? std::string(result.files->text(result.mesh)) : std::string();
-}
-
 // How a run ended, its files named as the person knows them. A mesh that is not there, or cannot be read as a
 // whole, is one that a card names.
 Remark end_of(const HeldDeck& deck, const RunEnd& end) {
@@ -120,48 +114,21 @@ Remark end_of(const HeldDeck& deck, const RunEnd& end) {
     return remark;
 }
 
-HeldRun run_once(const HeldDeck& deck, const RunInput& input) {
+HeldRun held_run(const HeldDeck& deck, tool::MemoryRun made) {
     HeldRun run;
-    run.cut = input.cut;
-    const auto begin = std::chrono::steady_clock::now();
-    run.result = run_deck(input);
-    run.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-    const RunEnd& end = run.result.end;
-    if (end.status != STATUS_FINISHED) {
-        run.end = end_of(deck, end);
-        return run;
-    }
-    if (const std::string text = result_text(run.result); !text.empty()) {
-        run.mesh = std::make_shared<HeldMesh>(
-            tool::read_mesh_text(text, tool::name_of_result(run.result), deck.edition.kind));
-        run.mesh->lists.names.take(deck.noted.names);
-    }
+    run.seconds = made.seconds;
+    run.cut = made.cut;
+    run.cut_reason = std::move(made.cut_reason);
+    run.result = std::move(made.result);
+    if (run.result.end.status != STATUS_FINISHED)
+        run.end = end_of(deck, run.result.end);
+    else if (made.mesh)
+        run.mesh = std::make_shared<HeldMesh>(std::move(*made.mesh));
     return run;
 }
 
-std::size_t faults_of(const HeldRun& run) {
-    std::size_t faults = 0;
-    if (run.mesh)
-        for (const Finding& finding : check_soundness(run.mesh->lists, run.mesh->corners).findings)
-            faults += finding.unsound ? finding.places.size() : 0;
-    return faults;
-}
-
-// By the rules, and where the mesh is unsound by the sound cut; the better mesh stands.
-HeldRun run_by_choice(const HeldDeck& deck, RunInput& input) {
-    HeldRun by_rules = run_once(deck, input);
-    const std::size_t faults = faults_of(by_rules);
-    if (faults == 0)
-        return by_rules;
-    input.cut = CutMethod::sound;
-    HeldRun sound = run_once(deck, input);
-    if (sound.mesh && faults_of(sound) < faults) {
-        sound.cut_reason = "by the rules the mesh is unsound";
-        return sound;
-    }
-    by_rules.cut_reason = sound.end.text.empty() ? "the mesh of the sound cut is no better"
-                                                 : "the sound cut ended with: " + sound.end.text;
-    return by_rules;
+tool::Cut cut_of(const std::string& name) {
+    return name == "sound" ? tool::Cut::sound : name == "auto" ? tool::Cut::automatic : tool::Cut::rules;
 }
 
 HeldRun run_held(const HeldDeck& deck, const Data& data, const std::map<std::string, std::string>& files,
@@ -172,8 +139,8 @@ HeldRun run_held(const HeldDeck& deck, const Data& data, const std::map<std::str
         for (const auto& [name, text] : files)
             input.files[tool::name_in_run(name)] = text;
         input.listings = wishes.listings ? Listings::kept : Listings::left_out;
-        input.cut = wishes.cut == "sound" ? CutMethod::sound : CutMethod::by_rules;
-        HeldRun run = wishes.cut == "auto" ? run_by_choice(deck, input) : run_once(deck, input);
+        HeldRun run = held_run(
+            deck, tool::run_in_memory(deck.noted, deck.edition.kind, std::move(input), cut_of(wishes.cut)));
         if (run.mesh)
             run.remarks = tool::changed_lines(deck.noted, std::nullopt, run.mesh->lists);
         return run;

@@ -2,6 +2,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -94,6 +95,19 @@ StudyValue study_value(const Json& json) {
     return {};
 }
 
+// The report as far as it is asked for: angles and soundness cost more than all else of a small case.
+MeshReport report_for(const MeshLists& mesh, const std::vector<Wanted>& wanted) {
+    const std::vector<CornerPlaces> corners = corners_of(mesh);
+    const auto asks_for = [&](std::string_view part) {
+        return std::any_of(wanted.begin(), wanted.end(), [&](const Wanted& want) {
+            const std::vector<std::string> steps = steps_of_path(want.path);
+            return !steps.empty() && steps.front().starts_with(part);
+        });
+    };
+    return {mesh, count_mesh(mesh, corners), asks_for("quality") ? measure_quality(mesh, corners) : Quality{},
+            asks_for("sound") ? check_soundness(mesh, corners, 0.0) : Soundness{}};
+}
+
 void gather_areas(NamedValues& values, const MeshReport& report) {
     for (const MaterialRow& row : report.counts.materials) {
         const bool has_area = row.of == ElementClass::solid;
@@ -110,7 +124,7 @@ NamedValues gathered_values(const MeshLists& mesh, const std::vector<Wanted>& wa
     NamedValues values;
     if (wanted.empty())
         return values;
-    const MeshReport report = report_of(mesh, 0.0);
+    const MeshReport report = report_for(mesh, wanted);
     const Json json = report_json(report, 1);
     for (const Wanted& want : wanted) {
         if (want.path == AREAS) {

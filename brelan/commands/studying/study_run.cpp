@@ -149,7 +149,8 @@ void run_on_cores(CaseRunner& runner, Gatherer& gatherer, const StudyOptions& op
 
 void run_listed_cases(CaseRunner& runner, const StudyOptions& options, const Interruption& interruption) {
     std::vector<std::size_t> numbers;
-    for (const std::string_view line : lines_of(read_file(options.cases))) {
+    const std::string list = read_file(options.cases);
+    for (const std::string_view line : lines_of(list)) {
         std::size_t number = 0;
         std::from_chars(line.data(), line.data() + line.size(), number);
         if (number < 1 || number > runner.plan().count())
