@@ -26,7 +26,7 @@ struct ReportColumn {
     Json::Array values;
 };
 
-Json report_data(const Database& database, const std::string& title) {
+Json report_data(const Database& database, const std::string& title, const std::filesystem::path& study) {
     std::vector<ReportColumn> columns{{"case", "case", {}}, {"state", "state", {}}};
     for (const std::string& name : database.parameters())
         columns.push_back({name, "parameter", {}});
@@ -34,7 +34,7 @@ Json report_data(const Database& database, const std::string& title) {
         columns.push_back({name, "value", {}});
     columns.push_back({"cut", "fact", {}});
     columns.push_back({"seconds", "fact", {}});
-    Json messages = Json::Array();
+    Json messages = Json::Array(), bare = Json::Array();
     database.for_each([&](const CaseRow& row) {
         const CaseRecord& record = row.record;
         std::size_t at = 0;
@@ -47,6 +47,9 @@ Json report_data(const Database& database, const std::string& title) {
             put(json_of(value));
         put(record.cut);
         put(record.seconds);
+        std::error_code error;
+        if (!std::filesystem::exists(picture_of_case(study, record.number), error))
+            bare.push_back(record.number);
         if (!record.message.empty() || !record.details.empty())
             messages.push_back(
                 Json::array({Json(record.number), Json(record.message), Json(record.details)}));
@@ -54,7 +57,10 @@ Json report_data(const Database& database, const std::string& title) {
     Json list = Json::Array();
     for (ReportColumn& column : columns)
         list.push_back({{"name", column.name}, {"role", column.role}, {"values", std::move(column.values)}});
-    return {{"title", title}, {"columns", std::move(list)}, {"messages", std::move(messages)}};
+    return {{"title", title},
+            {"columns", std::move(list)},
+            {"messages", std::move(messages)},
+            {"bare", std::move(bare)}};
 }
 
 }  // namespace
@@ -64,7 +70,7 @@ std::filesystem::path picture_of_case(const std::filesystem::path& study, std::s
 }
 
 void write_report(const Database& database, const std::string& title, const std::filesystem::path& page) {
-    const std::string data = for_script(report_data(database, title).compact());
+    const std::string data = for_script(report_data(database, title, page.parent_path()).compact());
     // A page that changes with its data and takes no script but its own.
     const std::string nonce = fmt::format("{:016x}", hash_of(data));
     OutputFile out(page);

@@ -5,6 +5,7 @@ const count = columns[0].values.length;
 const numbers = columns[0].values;
 const states = columns[1].values;
 const messages = new Map(data.messages.map((entry) => [entry[0], entry]));
+const bare = new Set(data.bare);  // cases without a picture
 const ROW = 64;
 const byId = (id) => document.getElementById(id);
 const table = byId("table"), rows = byId("rows"), detail = byId("detail");
@@ -135,12 +136,11 @@ function row(place) {
     line.style.gridTemplateColumns = widths;
     line.style.top = `${place * ROW}px`;
     const frame = element("div");
-    if (states[at] === "finished") {
+    if (!bare.has(numbers[at])) {
         const image = element("img");
         image.loading = "lazy";
         image.alt = "";
         image.src = picture(numbers[at]);
-        image.addEventListener("error", () => image.remove());
         frame.append(image);
     }
     line.append(frame);
@@ -200,11 +200,10 @@ function choose(at) {
         detail.append(element("p", message, "bad"));
     if (details)
         detail.append(element("pre", details));
-    if (states[at] === "finished") {
+    if (!bare.has(numbers[at])) {
         const image = element("img");
         image.alt = `The mesh of case ${number}`;
         image.src = picture(number);
-        image.addEventListener("error", () => image.remove());
         detail.append(image);
     }
     const values = element("table");

@@ -30,7 +30,7 @@ class Results(StudyCase):
         self.write_study("width = 3\nheight = 2", more='convert = ["vtu", "inp"]')
         self.study("s.toml")
         folder = self.folder(1)
-        self.assertEqual(sorted(p.name for p in folder.iterdir()), ["Out.Mes", "Out.inp", "Out.vtu", "case.txt", "s.dat"])
+        self.assertEqual(sorted(p.name for p in folder.iterdir()), ["Out.Mes", "Out.inp", "Out.vtu", "case.txt", "messages.txt", "s.dat"])
         made = (folder / "Out.Mes").read_bytes()
         (folder / "Out.Mes").unlink()
         subprocess.run([BRELAN, "-q", "run", "s.dat"], cwd=folder, check=True)
@@ -46,7 +46,7 @@ class Results(StudyCase):
     def test_a_case_that_fails_is_a_result_with_its_message_and_card(self):
         self.write_study('width = 3\nheight = ["2", "2 x", "3"]')
         out, _ = self.study("s.toml", status=1)
-        self.assertIn("3 of 3 cases, 1 failed, 2 finished", out)
+        self.assertIn("3 of 3 cases, 2 finished, 1 stopped", out)
         [(message, details)] = self.rows("message, details")[1:2]
         self.assertIn("s.dat, line 5: ", message)
         self.assertIn("2 x 1.0 0.5", details)
