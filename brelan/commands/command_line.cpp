@@ -226,22 +226,8 @@ void add_plot(Parser& parser) {
 }
 
 void add_convert(Parser& parser) {
-    auto [command, options] = parser.add("convert", "Carry a mesh to ParaView or Gmsh, and back",
-                                         R"(  brelan convert Pit.Mes Pit.vtu                 for ParaView
-  brelan convert Pit.Mes Pit.msh                 for Gmsh, version 4.1
-  brelan convert --to msh2 --bare Pit.Mes Pit.msh
-                                                 version 2.2, materials as physical groups only
-  brelan convert Pit.vtu Pit.Mes                 and back
-  brelan convert --kind head drawn.msh Dam.Mes   a mesh that Gmsh made, for the head kind
-  brelan convert --to vtu Pit.Mes - | gzip > Pit.vtu.gz
-  brelan convert --deck pit.dat --stages Pit.Mes Pit.mdpa
-                                                 for a geotechnical solver, a project file for each stage
-  brelan convert Pit.Mes Pit.inp --deck pit.dat --joints tie
-                                                 for CalculiX, a step for each stage
-  brelan convert Pit.Mes materials.csv           a table of materials to be filled in
-  brelan convert Dam.Mes Dam.inp --materials materials.csv
-)",
-                                         convert);
+    auto [command, options] =
+        parser.add("convert", "Carry a mesh to ParaView or Gmsh, and back", EXAMPLES_OF_CONVERT, convert);
     command
         ->add_option("FROM", options->from,
                      "Mesh file (.Mes), VTU (.vtu) or Gmsh file (.msh); - is standard input")
@@ -328,23 +314,18 @@ void add_study(Parser& parser) {
                               ->check(CLI::IsMember({"local", "slurm"}));
     command->add_option("--chunk", options->chunk, "slurm: cases of a task (100)")
         ->type_name("N")
-        ->check(CLI::Range(1, 1'000'000))
-        ->needs(engine);
-    command->add_option("--partition", options->partition, "slurm: where the jobs run")
-        ->type_name("NAME")
-        ->needs(engine);
-    command->add_option("--account", options->account, "slurm: whom they are charged to")
-        ->type_name("NAME")
-        ->needs(engine);
-    command
-        ->add_option("--sbatch", options->slurm, "slurm: an option of sbatch, as '--sbatch=--time=1:00:00'")
+        ->check(CLI::Range(1, 1'000'000));
+    command->add_option("--partition", options->partition, "slurm: where the jobs run")->type_name("NAME");
+    command->add_option("--account", options->account, "slurm: whom they are charged to")->type_name("NAME");
+    command->add_option("--sbatch", options->slurm, "slurm: an option of sbatch, as --sbatch=--time=1:00:00")
         ->type_name("OPTION")
-        ->allow_extra_args(false)
-        ->needs(engine);
+        ->allow_extra_args(false);
+    for (const char* name : {"--chunk", "--partition", "--account", "--sbatch"})
+        command->get_option(name)->needs(engine);
     command->add_option("--cases", options->cases)->group("");  // of a task
 }
 
-// Throws Failure that names the nearest command, or all of them, where there is none of this name.
+// Throws Failure where there is none of this name.
 CLI::App& command_named(CLI::App& app, const std::string& name) {
     std::vector<std::string> names;
     for (CLI::App* command : app.get_subcommands({})) {
@@ -352,19 +333,7 @@ CLI::App& command_named(CLI::App& app, const std::string& name) {
             return *command;
         names.push_back(command->get_name());
     }
-    const std::string word = lower(name);
-    const auto distance = [&](const std::string& known) {
-        return !word.empty() && known.starts_with(word) ? 0 : edit_distance(word, known);
-    };
-    const auto nearest = std::min_element(
-        names.begin(), names.end(), [&](const auto& a, const auto& b) { return distance(a) < distance(b); });
-    // What is further from it is no slip of the finger.
-    if (distance(*nearest) <= 1 + word.size() / 3)
-        throw Failure(
-            fmt::format("{}: there is no command of this name; the nearest is {}; see \"brelan --help\"",
-                        name, *nearest));
-    throw Failure(
-        fmt::format("{}: there is no command of this name; expected one of {}", name, joined(names, ", ")));
+    throw Failure(no_command_of_name(name, names));
 }
 
 void add_help(Parser& parser) {
@@ -397,12 +366,7 @@ int run_command_line(int argc, char** argv) {
     parser.context.program = std::filesystem::read_symlink("/proc/self/exe", error);
     CLI::App& app = parser.app;
     app.formatter(std::make_shared<ExamplesFirst>());
-    app.footer(R"(  brelan new base-mesh > pit.dat     a commented starter deck
-  brelan run pit.dat                 makes the mesh
-  brelan plot Bmesh.dat -o pit.html  shows it, to be opened in a browser
-  brelan info Bmesh.dat              counts, areas, quality, soundness
-  brelan convert Bmesh.dat pit.vtu   carries it to ParaView (.vtu) or Gmsh (.msh)
-)");
+    app.footer(EXAMPLES_OF_ALL);
     app.set_version_flag("--version", "brelan " BRELAN_VERSION, "Show the version and end");
     app.set_help_flag("-h,--help", "Show this help and end");
     app.add_flag("-q,--quiet", parser.context.quiet, "Only results and errors");

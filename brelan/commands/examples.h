@@ -60,4 +60,28 @@ inline constexpr const char* EXAMPLES_OF_STUDY =
   brelan study wall.toml --engine slurm --chunk 500 --partition short --sbatch=--time=2:00:00
 )";
 
+inline constexpr const char* EXAMPLES_OF_CONVERT =
+    R"(  brelan convert Pit.Mes Pit.vtu                 for ParaView
+  brelan convert Pit.Mes Pit.msh                 for Gmsh, version 4.1
+  brelan convert --to msh2 --bare Pit.Mes Pit.msh
+                                                 version 2.2, materials as physical groups only
+  brelan convert Pit.vtu Pit.Mes                 and back
+  brelan convert --kind head drawn.msh Dam.Mes   a mesh that Gmsh made, for the head kind
+  brelan convert --to vtu Pit.Mes - | gzip > Pit.vtu.gz
+  brelan convert --deck pit.dat --stages Pit.Mes Pit.mdpa
+                                                 for a geotechnical solver, a project file for each stage
+  brelan convert Pit.Mes Pit.inp --deck pit.dat --joints tie
+                                                 for CalculiX, a step for each stage
+  brelan convert Pit.Mes materials.csv           a table of materials to be filled in
+  brelan convert Dam.Mes Dam.inp --materials materials.csv
+)";
+
+inline constexpr const char* EXAMPLES_OF_ALL =
+    R"(  brelan new base-mesh > pit.dat     a commented starter deck
+  brelan run pit.dat                 makes the mesh
+  brelan plot Bmesh.dat -o pit.html  shows it, to be opened in a browser
+  brelan info Bmesh.dat              counts, areas, quality, soundness
+  brelan convert Bmesh.dat pit.vtu   carries it to ParaView (.vtu) or Gmsh (.msh)
+)";
+
 }  // namespace brelan::tool
