@@ -35,7 +35,8 @@ int main(int argc, char** argv) {
         const std::filesystem::path from = study / CASES / folder_of_case(number);
         const std::filesystem::path to = output / folder_of_case(number);
         std::filesystem::create_directories(to);
-        const NotedDeck deck = read_deck({argv[3], read_file(from / argv[3]), false}, LayoutKind::displacement);
+        const NotedDeck deck =
+            read_deck({argv[3], read_file(from / argv[3]), false}, LayoutKind::displacement);
         const RunResult result = run_deck(run_input(deck, {}, {from, {}}, data));
         write_plainly(to / argv[3], deck.text);
         if (result.files != nullptr && result.files->contains(result.mesh))

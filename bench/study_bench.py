@@ -29,10 +29,13 @@ count = {count}
 """
 
 
-def used(command):
-    """Seconds of CPU time and of the clock."""
+def used(*commands):
+    """Seconds of CPU time and of the clock of commands side by side."""
     before, begun = resource.getrusage(resource.RUSAGE_CHILDREN), time.monotonic()
-    subprocess.run([str(word) for word in command], check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    running = [subprocess.Popen([str(word) for word in command], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+               for command in commands]
+    if any([process.wait() for process in running]):
+        sys.exit("a command has failed")
     after = resource.getrusage(resource.RUSAGE_CHILDREN)
     return (after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime, time.monotonic() - begun)
 
@@ -55,8 +58,10 @@ def main():
         files = [f for f in (results / "cases").rglob("*") if f.is_file()]
         print(f"{len(files)} files, {sum(f.stat().st_size for f in files) / COUNT:.0f} bytes a case; "
               f"study.sqlite {(results / 'study.sqlite').stat().st_size / COUNT:.0f} bytes a case")
-        cpu, wall = used([BUILD / "bench/study_baseline", BUILD / "brelan", results, "pit.dat", 1, COUNT, place / "plain"])
-        print(f"the same decks in one process: {cpu:.1f} s CPU, {wall:.1f} s")
+        # Two processes as well: runs on two cores are in each other's way at the memory.
+        cpu, wall = used(*([BUILD / "bench/study_baseline", BUILD / "brelan", results, "pit.dat", first, last, place / "plain"]
+                           for first, last in ((1, COUNT // 2), (COUNT // 2 + 1, COUNT))))
+        print(f"the same decks in two processes: {cpu:.1f} s CPU, {wall:.1f} s; load {os.getloadavg()[0]:.1f}")
         subprocess.run(["rm", "-r", place / "plain", results])
         print(f"a study costs {counts / cpu:.2f} times as much")
 
