@@ -161,6 +161,7 @@ private:
                                                   [&](const Function& f) { return f.name == name; });
         if (function == FUNCTIONS.end()) {
             std::vector<std::string> names;
+            names.reserve(FUNCTIONS.size());
             for (const Function& f : FUNCTIONS)
                 names.emplace_back(f.name);
             throw Failure(fmt::format("\"{}\": expected a function ({}), found \"{}\"", text_,
@@ -198,6 +199,7 @@ private:
 
     std::string unknown(std::string_view name) const {
         std::vector<std::string> names;
+        names.reserve(values_.size());
         for (const auto& entry : values_)
             names.push_back(entry.first);
         return fmt::format("there is no parameter \"{}\"; expected one of {}", name, joined(names, ", "));
