@@ -68,7 +68,7 @@ Database results_of(const StudyFile& study) {
 }
 
 std::string csv_cell(const StudyValue& value) {
-    const std::string text = text_of_value(value);
+    std::string text = text_of_value(value);
     if (text.find_first_of(",\"\r\n") == std::string::npos)
         return text;
     std::string quoted = "\"";

@@ -41,8 +41,7 @@ std::string marked_text(const StudyValue& value) {
 StudyValue value_of_mark(const std::string& text) {
     if (text.starts_with('"'))
         return text.substr(1);
-    const StudyValue value = value_of_text(text);
-    return value;
+    return value_of_text(text);
 }
 
 template <class Number>

@@ -39,6 +39,7 @@ std::string text_in(std::FILE* stream) {
 ProgramOutput output_of_program(const std::vector<std::string>& arguments) {
     const OutputStream out = stream_for_output(), err = stream_for_output();
     std::vector<char*> words;
+    words.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments)
         words.push_back(const_cast<char*>(argument.c_str()));
     words.push_back(nullptr);

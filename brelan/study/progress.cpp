@@ -2,12 +2,14 @@
 
 #include <fmt/core.h>
 
+#include <cmath>
+
 namespace brelan::tool {
 
 namespace {
 
 std::string duration_text(double seconds) {
-    const auto whole = static_cast<long long>(seconds + 0.5);
+    const auto whole = std::llround(seconds);
     if (whole < 100)
         return fmt::format("{} s", whole);
     if (whole < 6000)

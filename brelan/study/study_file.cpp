@@ -87,7 +87,7 @@ private:
 
     std::string word(const Toml& value, const std::string& name,
                      const std::vector<std::string>& words) const {
-        const std::string found = text(value, name);
+        std::string found = text(value, name);
         if (std::find(words.begin(), words.end(), found) == words.end())
             fail(line_of(value),
                  fmt::format("{}: expected one of {}, found \"{}\"", name, joined(words, ", "), found));
