@@ -171,6 +171,18 @@ void CaseRunner::take_files(const NotedDeck& deck, const fs::path& folder, CaseR
     }
 }
 
+// By what it depends on: to find it reads the deck once more, which is a tenth of a small run.
+const Edition& CaseRunner::edition_of(const NotedDeck& deck, const fs::path& folder) {
+    std::string key = deck.first_mesh + "\n" + deck.second_mesh;
+    for (const std::string_view line : lines_of(deck.text))
+        if (lower(line).find("kind") != std::string::npos)
+            key += "\n" + std::string(line);
+    const auto known = editions_.find(key);
+    if (known != editions_.end())
+        return known->second;
+    return editions_.emplace(key, edition_of_deck(deck, folder, {}, {}).edition).first->second;
+}
+
 void CaseRunner::run_deck_of_case(std::string text, const fs::path& folder, CaseRecord& record) {
     const std::string name = study_.deck.filename().string();
     write_text(folder / name, text);
@@ -182,7 +194,7 @@ void CaseRunner::run_deck_of_case(std::string text, const fs::path& folder, Case
     }
     NotedDeck deck = read_deck(source, kind_named(study_.kind).value_or(LayoutKind::displacement));
     take_files(deck, folder, record);
-    const Edition edition = edition_of_deck(source, folder, {}, {}).edition;
+    const Edition edition = edition_of(deck, folder);
     if (edition.kind != deck.kind)
         deck = read_deck(source, edition.kind);
     auto data = data_.find(edition.kind);

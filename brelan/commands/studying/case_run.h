@@ -44,6 +44,7 @@ private:
     std::uint64_t input_of(std::string_view deck) const;
     const KeptText& beside_deck(const std::string& name);
     void take_files(const NotedDeck& deck, const std::filesystem::path& folder, CaseRecord& record);
+    const Edition& edition_of(const NotedDeck& deck, const std::filesystem::path& folder);
     void run_deck_of_case(std::string text, const std::filesystem::path& folder, CaseRecord& record);
     void leave(const CaseRecord& record) const;
 
@@ -52,6 +53,7 @@ private:
     DeckTemplate deck_;
     std::filesystem::path program_;
     std::map<LayoutKind, TextsByName> data_;
+    std::map<std::string, Edition> editions_;
     std::map<std::string, KeptText> beside_;  // files of the deck's directory that runs read
 };
 
