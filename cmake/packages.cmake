@@ -74,7 +74,7 @@ if(CMAKE_CROSSCOMPILING)
     # dpkg-shlibdeps knows nothing of the cross compiler's libraries: those of Debian 12.
     set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6 (>= 2.36), libgcc-s1 (>= 3.0), libstdc++6 (>= 12)")
     if(BRELAN_TOOLS)
-        string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", libcairo2 (>= 1.12.0), libfmt9 (>= 9.1.0+ds1), libpugixml1v5 (>= 1.13), libcpp-httplib0.11 (>= 0.11.4), zlib1g (>= 1:1.2.0)")
+        string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", libcairo2 (>= 1.12.0), libfmt9 (>= 9.1.0+ds1), libpugixml1v5 (>= 1.13), libcpp-httplib0.11 (>= 0.11.4), libsqlite3-0 (>= 3.40), zlib1g (>= 1:1.2.0)")
     endif()
 else()
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)

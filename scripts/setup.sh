@@ -18,6 +18,11 @@ present() {
         libcpp-httplib-dev) ls /usr/include/httplib.h ;;
         libjs-codemirror) ls /usr/share/javascript/codemirror/lib/codemirror.js ;;
         chromium-driver) command -v chromedriver ;;
+        libtoml11-dev) ls /usr/include/toml.hpp ;;
+        libsqlite3-dev) ls /usr/include/sqlite3.h ;;
+        slurmctld | slurmd) ls /usr/sbin/"$1" ;;
+        munge) ls /usr/sbin/munged ;;
+        slurm-client) command -v sbatch ;;
         g++-aarch64-linux-gnu) command -v aarch64-linux-gnu-g++ ;;
         g++-mingw-w64-x86-64-posix) command -v x86_64-w64-mingw32-g++-posix ;;
         qemu-user) command -v qemu-aarch64 ;;
@@ -71,7 +76,7 @@ arm64_libraries() {
     {
         "${apt[@]}" update
         "${apt[@]}" -y --download-only --no-install-recommends install libcairo2-dev libfmt-dev libpugixml-dev zlib1g-dev \
-            libcli11-dev nlohmann-json3-dev libcpp-httplib-dev
+            libcli11-dev nlohmann-json3-dev libcpp-httplib-dev libtoml11-dev libsqlite3-dev
     } > "$fetched/log" 2>&1 || return 1
     for package in "$fetched"/archives/*.deb; do
         dpkg-deb --extract "$package" "$fetched/root" || return 1

@@ -33,6 +33,22 @@ std::size_t edit_distance(std::string_view a, std::string_view b) {
     return row.back();
 }
 
+std::string no_command_of_name(const std::string& name, const std::vector<std::string>& commands) {
+    const std::string word = lower(name);
+    const auto distance = [&](const std::string& known) {
+        return !word.empty() && known.starts_with(word) ? 0 : edit_distance(word, known);
+    };
+    const auto nearest =
+        std::min_element(commands.begin(), commands.end(),
+                         [&](const auto& a, const auto& b) { return distance(a) < distance(b); });
+    // What is further from it is no slip of the finger.
+    if (distance(*nearest) <= 1 + word.size() / 3)
+        return fmt::format("{}: there is no command of this name; the nearest is {}; see \"brelan --help\"",
+                           name, *nearest);
+    return fmt::format("{}: there is no command of this name; expected one of {}", name,
+                       joined(commands, ", "));
+}
+
 std::string mark_passed_over(const std::filesystem::path& file) {
     return fmt::format("{}, line 1: a byte order mark stands in front of the text; it is passed over",
                        file.string());

@@ -16,6 +16,9 @@ std::string lower(std::string_view text);
 // other.
 std::size_t edit_distance(std::string_view a, std::string_view b);
 
+// What is said where there is no command of a name: the nearest one, or all of them.
+std::string no_command_of_name(const std::string& name, const std::vector<std::string>& commands);
+
 // The remark about a file that begins with a byte order mark.
 std::string mark_passed_over(const std::filesystem::path& file);
 

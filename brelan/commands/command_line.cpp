@@ -11,6 +11,7 @@
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/words.h"
+#include "commands/command_parser.h"
 #include "commands/commands.h"
 #include "commands/examples.h"
 #include "commands/starter_decks.h"
@@ -37,24 +38,6 @@ public:
         help += make_groups(app, mode);
         help += make_subcommands(app, mode);
         return help;
-    }
-};
-
-struct Parser {
-    CLI::App app{"Decks and meshes of BRELAN-2D: run, check, look at, carry to other programs.", "brelan"};
-    Context context;
-    std::function<int()> action;  // of the command that was named
-
-    // A command, and where its options go.
-    template <class Options>
-    std::pair<CLI::App*, Options*> add(const char* name, const char* purpose, const char* examples,
-                                       int (*run)(const Options&, const Context&)) {
-        CLI::App* command = app.add_subcommand(name, purpose);
-        command->footer(examples);
-        const auto options = std::make_shared<Options>();
-        command->callback(
-            [this, options, run] { action = [this, options, run] { return run(*options, context); }; });
-        return {command, options.get()};
     }
 };
 
@@ -327,7 +310,7 @@ void add_watch(Parser& parser) {
     add_cut(*command, options->cut);
 }
 
-// Throws Failure that names the nearest command, or all of them, where there is none of this name.
+// Throws Failure where there is none of this name.
 CLI::App& command_named(CLI::App& app, const std::string& name) {
     std::vector<std::string> names;
     for (CLI::App* command : app.get_subcommands({})) {
@@ -335,19 +318,7 @@ CLI::App& command_named(CLI::App& app, const std::string& name) {
             return *command;
         names.push_back(command->get_name());
     }
-    const std::string word = lower(name);
-    const auto distance = [&](const std::string& known) {
-        return !word.empty() && known.starts_with(word) ? 0 : edit_distance(word, known);
-    };
-    const auto nearest = std::min_element(
-        names.begin(), names.end(), [&](const auto& a, const auto& b) { return distance(a) < distance(b); });
-    // What is further from it is no slip of the finger.
-    if (distance(*nearest) <= 1 + word.size() / 3)
-        throw Failure(
-            fmt::format("{}: there is no command of this name; the nearest is {}; see \"brelan --help\"",
-                        name, *nearest));
-    throw Failure(
-        fmt::format("{}: there is no command of this name; expected one of {}", name, joined(names, ", ")));
+    throw Failure(no_command_of_name(name, names));
 }
 
 void add_help(Parser& parser) {
@@ -380,20 +351,14 @@ int run_command_line(int argc, char** argv) {
     parser.context.program = std::filesystem::read_symlink("/proc/self/exe", error);
     CLI::App& app = parser.app;
     app.formatter(std::make_shared<ExamplesFirst>());
-    app.footer(R"(  brelan new base-mesh > pit.dat     a commented starter deck
-  brelan run pit.dat                 makes the mesh
-  brelan edit pit.dat                shows it while the deck is written
-  brelan plot Bmesh.dat -o pit.html  shows it, to be opened in a browser
-  brelan info Bmesh.dat              counts, areas, quality, soundness
-  brelan convert Bmesh.dat pit.vtu   carries it to ParaView (.vtu) or Gmsh (.msh)
-)");
+    app.footer(EXAMPLES_OF_ALL);
     app.set_version_flag("--version", "brelan " BRELAN_VERSION, "Show the version and end");
     app.set_help_flag("-h,--help", "Show this help and end");
     app.add_flag("-q,--quiet", parser.context.quiet, "Only results and errors");
     app.require_subcommand(1);
     app.fallthrough();
     for (const auto add : {add_run, add_edit, add_watch, add_new, add_check, add_info, add_plot, add_convert,
-                           add_diff, add_help})
+                           add_diff, add_study, add_help})
         add(parser);
     // The parser would only say that a command is missing.
     for (int i = 1; i < argc; ++i)

@@ -119,5 +119,17 @@ struct WatchOptions {
     EditionOptions edition;
 };
 int watch(const WatchOptions& options, const Context& context);
+struct StudyOptions {
+    std::vector<std::string> words;  // "report" and the like, if any, and the study's file
+    std::string output;              // of new, report and csv
+    unsigned jobs = 0;               // 0: as many as there are cores
+    std::string engine = "local";
+    std::string partition, account;  // of Slurm
+    std::vector<std::string> slurm;  // options of sbatch
+    std::size_t chunk = 100;         // cases of a task
+    std::string cases;               // file of numbers, of a task
+    bool again = false, force = false, no_pictures = false;
+};
+int study(const StudyOptions& options, const Context& context);
 
 }  // namespace brelan::tool

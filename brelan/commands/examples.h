@@ -64,6 +64,15 @@ inline constexpr const char* EXAMPLES_OF_DIFF =
   brelan diff --tolerance 0.001 a.Mes b.vtu && echo same
 )";
 
+inline constexpr const char* EXAMPLES_OF_STUDY =
+    R"(  brelan study new wall              wall.toml and its deck wall.dat, which run as they are
+  brelan study wall.toml             runs what is missing, on all cores
+  brelan study status wall.toml      how far it is
+  brelan study report wall.toml      wall.study/report.html: table, pictures, plots
+  brelan study csv wall.toml -o wall.csv
+  brelan study wall.toml --engine slurm --chunk 500 --partition short --sbatch=--time=2:00:00
+)";
+
 inline constexpr const char* EXAMPLES_OF_CONVERT =
     R"(  brelan convert Pit.Mes Pit.vtu                 for ParaView
   brelan convert Pit.Mes Pit.msh                 for Gmsh, version 4.1
@@ -80,6 +89,15 @@ inline constexpr const char* EXAMPLES_OF_CONVERT =
                                                  for CalculiX, a step for each stage
   brelan convert Pit.Mes materials.csv           a table of materials to be filled in
   brelan convert Dam.Mes Dam.inp --materials materials.csv
+)";
+
+inline constexpr const char* EXAMPLES_OF_ALL =
+    R"(  brelan new base-mesh > pit.dat     a commented starter deck
+  brelan run pit.dat                 makes the mesh
+  brelan edit pit.dat                shows it while the deck is written
+  brelan plot Bmesh.dat -o pit.html  shows it, to be opened in a browser
+  brelan info Bmesh.dat              counts, areas, quality, soundness
+  brelan convert Bmesh.dat pit.vtu   carries it to ParaView (.vtu) or Gmsh (.msh)
 )";
 
 }  // namespace brelan::tool

@@ -16,7 +16,7 @@ _brelan_files() {
 
 _brelan() {
     local cur=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command="" word i
-    local commands="run edit watch new check info plot convert diff help"
+    local commands="run edit watch new check info plot convert diff study help"
     local meshes='mes|meg|dat|vtu|msh' decks='dat|deck|txt|inp'
     COMPREPLY=()
     for ((i = 1; i < COMP_CWORD; ++i)); do
@@ -36,6 +36,11 @@ _brelan() {
             return ;;
         --edition)
             COMPREPLY=($(compgen -W "1 2 3 4 5 6 7 8 9 10 11 12" -- "$cur"))
+            return ;;
+        --engine)
+            COMPREPLY=($(compgen -W "local slurm" -- "$cur"))
+            return ;;
+        -j | --jobs | --chunk | --partition | --account | --sbatch)
             return ;;
         --numbers)
             COMPREPLY=($(compgen -W "nodes elements both" -- "$cur"))
@@ -67,7 +72,7 @@ _brelan() {
                 compopt -o filenames 2> /dev/null
                 COMPREPLY=($(compgen -d -- "$cur"))
             else
-                _brelan_files "svg|png|pdf|html"
+                _brelan_files "$([[ $command == study ]] && echo csv || echo 'svg|png|pdf|html')"
             fi
             return ;;
         --list)
@@ -98,6 +103,8 @@ _brelan() {
                 options+=" --no-lines --no-legend --no-axes --kind" ;;
             convert)
                 options+=" --to --bare --code --deck --stages --cable --joints --materials --gravity --axisymmetric --kind" ;;
+            study)
+                options+=" --jobs --again --output --no-pictures --force --engine --chunk --partition --account --sbatch" ;;
             diff) options+=" --by-place --tolerance --list --json --kind" ;;
         esac
         COMPREPLY=($(compgen -W "$options" -- "$cur"))
@@ -108,6 +115,9 @@ _brelan() {
         new)
             COMPREPLY=($(compgen -W "base-mesh edit-0 edit-1 edit-2 edit-3 edit-4 edit-5 edit-6 groups combination dam" \
                 -- "$cur")) ;;
+        study)
+            _brelan_files "toml"
+            COMPREPLY+=($(compgen -W "new report csv status" -- "$cur")) ;;
         help) COMPREPLY=($(compgen -W "$commands" -- "$cur")) ;;
         info | plot | convert | diff) _brelan_files "$meshes" ;;
     esac

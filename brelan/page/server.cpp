@@ -32,8 +32,8 @@ constexpr std::size_t LARGEST_BODY = 8U << 20U;  // bytes
 constexpr std::size_t MOST_CONNECTIONS = 64;     // answered at a time
 constexpr std::size_t MOST_LISTENERS = 16;       // pages that are told of events
 constexpr int REQUEST_SECONDS = 5;               // between two bytes of a request
-constexpr int IDLE_SECONDS = 20;                 // between two requests of a connection
-constexpr int STILL_THERE_SECONDS = 10;          // between two signs of life where there are no events
+constexpr int IDLE_SECONDS = 2;          // between two requests of a connection; so late may the end come
+constexpr int STILL_THERE_SECONDS = 10;  // between two signs of life where there are no events
 
 const httplib::Headers& headers_of_all_answers() {
     static const httplib::Headers headers{

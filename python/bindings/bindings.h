@@ -69,5 +69,6 @@ ElementClass class_named(const std::string& name);
 void bind_mesh(pybind11::module_& module);
 void bind_analysis(pybind11::module_& module, pybind11::class_<HeldMesh, std::shared_ptr<HeldMesh>>& type);
 void bind_deck(pybind11::module_& module);
+void bind_study(pybind11::module_& module);
 
 }  // namespace brelan::python

@@ -29,4 +29,5 @@ PYBIND11_MODULE(_core, module) {
     module.attr("version") = BRELAN_VERSION;
     brelan::python::bind_mesh(module);
     brelan::python::bind_deck(module);
+    brelan::python::bind_study(module);
 }

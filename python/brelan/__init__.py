@@ -17,6 +17,7 @@ from .deck import Card, Deck, Group, Point, Segment, Shape
 from .errors import Error, RunError
 from .mesh import CLASSES, Finding, Mesh, Quality, Soundness
 from .run import Activity, Files, Message, Run
+from .studies import Study, study
 
 _meshio.register()
 
@@ -40,4 +41,6 @@ __all__ = [
     "Segment",
     "Shape",
     "Soundness",
+    "Study",
+    "study",
 ]
