@@ -242,7 +242,7 @@ void add_convert(Parser& parser) {
     command->add_flag("--bare", options->bare,
                       "Without codes and attributes as data arrays, which Gmsh shows one over the other");
     add_deck(*command, options->deck,
-             ".mdpa, .inp, .vtu: the deck that made the mesh; its groups tell what comes and goes");
+             ".mdpa, .inp, .vtu: the deck that made the mesh, for what comes and goes");
     command->add_flag("--stages", options->stages,
                       ".mdpa: write materials and a project file for each stage beside the mesh; .vtu: a "
                       "mesh for each step, and a .pvd file that makes a series of them");

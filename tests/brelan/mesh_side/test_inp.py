@@ -262,7 +262,7 @@ class Inp(Case):
         self.write("m.Mes", small().text())
         for option in (["--joints", "tie"], ["--materials", "t.csv"], ["--gravity", "1"], ["--axisymmetric"]):
             self.failed(self.brelan("convert", "m.Mes", "m.vtu", *option), "ends in .inp", option[0])
-        self.failed(self.brelan("convert", "m.Mes", "m.vtu", "--deck", "m.dat"), "--deck")
+        self.failed(self.brelan("convert", "m.Mes", "m.msh", "--deck", "m.dat"), "--deck")
 
     # --- stages ----------------------------------------------------------------------------------
 

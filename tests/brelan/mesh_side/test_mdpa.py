@@ -217,7 +217,9 @@ class ForGeotechnics(Case):
                 with self.subTest(kind=kind, deck=deck.name):
                     report = json.loads(self.good("run", "--json", "--kind", kind, "--cut", "sound", deck.name))
                     name = pathlib.Path(report["mesh"]["file"]).name
-                    mdpa, _, _ = self.convert(name, "--deck", deck.name, "--stages", kind=kind)
+                    names = {(word, int(number)): name.replace(" ", "_") for word, number, name in
+                             re.findall(r"^\* (material|beam|truss) (\d+): (.*)$", deck.read_text(), re.M)}
+                    mdpa, _, _ = self.convert(name, "--deck", deck.name, "--stages", kind=kind, names=names)
                     seen.update(e.type for e in mdpa.elements.values())
         self.assertEqual(seen, {name for name in TYPES if name.startswith(("UPw", "Steady", "Geo_U", "GeoL", "GeoCr"))} |
                          ({name for name in TYPES if name.startswith("GeoTr")} if LONG else set()))

@@ -174,8 +174,8 @@ class Words(Case):
                                                      f"{nearest}; see")
 
     def test_where_none_is_near_all_are_named(self):
-        self.failed(self.brelan("triangulate"), "triangulate: there is no command of this name; expected one of run, new, "
-                                                "check, info, plot, convert, diff, help")
+        self.failed(self.brelan("triangulate"), "triangulate: there is no command of this name; expected one of run, edit, "
+                                                "watch, new, check, info, plot, convert, diff, study, help")
 
 
 if __name__ == "__main__":
