@@ -13,6 +13,7 @@ if(BRELAN_TOOLS)
 endif()
 file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/packed/copyright CONTENT "${licenses}" @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/packed/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT brelan)
+install(FILES docs/studies.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT brelan)
 install(DIRECTORY docs/tutorial docs/manual examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT brelan
     PATTERN CMakeLists.txt EXCLUDE PATTERN run_tutorial.py EXCLUDE PATTERN walk.py EXCLUDE PATTERN __pycache__ EXCLUDE)
 

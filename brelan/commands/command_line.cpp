@@ -198,7 +198,7 @@ void add_plot(Parser& parser) {
         add_deck(*command, options->deck, "Draw the outlines and lines of this deck over the mesh");
     command
         ->add_option("--step", options->step,
-                     "With --deck: the mesh in this step of the analysis, and what comes and goes there")
+                     "With --deck: the mesh in this step of the analysis, with what comes and goes")
         ->type_name("N")
         ->check(CLI::NonNegativeNumber)
         ->needs(deck);
@@ -244,8 +244,7 @@ void add_convert(Parser& parser) {
     add_deck(*command, options->deck,
              ".mdpa, .inp, .vtu: the deck that made the mesh, for what comes and goes");
     command->add_flag("--stages", options->stages,
-                      ".mdpa: write materials and a project file for each stage beside the mesh; .vtu: a "
-                      "mesh for each step, and a .pvd file that makes a series of them");
+                      ".mdpa: materials and project files of the stages beside it; .vtu: of each step");
     command
         ->add_option("--cable", options->cables,
                      ".mdpa: trusses of these materials are anchors, which only pull")

@@ -30,7 +30,7 @@ void add_study(Parser& parser) {
         ->check(CLI::Range(1, 1'000'000));
     command->add_option("--partition", options->partition, "slurm: where the jobs run")->type_name("NAME");
     command->add_option("--account", options->account, "slurm: whom they are charged to")->type_name("NAME");
-    command->add_option("--sbatch", options->slurm, "slurm: an option of sbatch, as --sbatch=--time=1:00:00")
+    command->add_option("--sbatch", options->slurm, "slurm: an option for sbatch, behind =")
         ->type_name("OPTION")
         ->allow_extra_args(false);
     for (const char* name : {"--chunk", "--partition", "--account", "--sbatch"})

@@ -80,7 +80,7 @@ class PageCase(unittest.TestCase):
     def js(self, script, *arguments):
         return self.driver.execute_script(script, *arguments)
 
-    def wait(self, expression, seconds=10):
+    def wait(self, expression, seconds=30):
         end = time.monotonic() + seconds
         while not self.js("return " + expression):
             self.assertLess(time.monotonic(), end, "waited for " + expression)

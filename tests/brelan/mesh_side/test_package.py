@@ -12,7 +12,7 @@ from support import BRELAN, SOURCE, Case
 TOOL = SOURCE / "brelan"
 BUILD = pathlib.Path(os.environ["BRELAN_BUILD"])
 BRELAN_PYTHON = (BUILD / "python" / "brelan").is_dir()
-COMMANDS = ["run", "edit", "watch", "new", "check", "info", "plot", "convert", "diff"]
+COMMANDS = ["run", "edit", "watch", "new", "check", "info", "plot", "convert", "diff", "study"]
 
 
 def options_in(text):
