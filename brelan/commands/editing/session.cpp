@@ -71,7 +71,7 @@ EditSession::EditSession(const EditOptions& options, const Context& context)
       watcher_([this](const std::stop_token& end) { watch(end); }) {}
 
 EditSession::~EditSession() {
-    ++newest_;  // a run that is in work ends
+    ends_soon_ = true;  // a run that is in work ends
 }
 
 PageRoutes EditSession::routes() {
@@ -155,11 +155,27 @@ const TextsByName& EditSession::data_of(LayoutKind kind) {
                                 : data_.emplace(kind, package_data(context_.program, kind)).first->second;
 }
 
-// Ends a run when a newer text is to be run, and tells the page how far a long one has come.
+std::shared_ptr<EditSession::Newest> EditSession::newest_of(const std::string& page) {
+    constexpr std::size_t MOST_PAGES = 64;
+    const std::scoped_lock lock(newest_mutex_);
+    if (newest_.size() > MOST_PAGES)
+        std::erase_if(newest_, [](const auto& known) { return known.second.use_count() == 1; });
+    std::shared_ptr<Newest>& newest = newest_[page];
+    if (!newest)
+        newest = std::make_shared<Newest>(0);
+    return newest;
+}
+
+// Ends a run when its page has a newer text to be run, and tells the page how far a long one has come. What
+// comes in first need not have been sent first: a page counts its texts.
 class EditSession::Follower : public RunWatcher {
 public:
-    Follower(EditSession& session, std::int64_t number)
-        : session_(session), number_(number), ticket_(++session.newest_) {}
+    Follower(EditSession& session, const std::string& page, std::int64_t number)
+        : session_(session), newest_(session.newest_of(page)), number_(number) {
+        std::int64_t known = *newest_;
+        while (known < number_ && !newest_->compare_exchange_weak(known, number_)) {
+        }
+    }
 
     bool goes_on(const RunProgress& progress) noexcept override {
         const auto now = std::chrono::steady_clock::now();
@@ -181,13 +197,14 @@ public:
         return !superseded();
     }
 
-    bool superseded() const { return ticket_ != session_.newest_; }
+    bool superseded() const { return number_ < *newest_ || session_.ends_soon_; }
 
 private:
     static constexpr auto TELL_EACH = std::chrono::milliseconds(200);
 
     EditSession& session_;
-    const std::int64_t number_, ticket_;
+    const std::shared_ptr<Newest> newest_;
+    const std::int64_t number_;
     std::chrono::steady_clock::time_point told_ = std::chrono::steady_clock::now();
 };
 
@@ -195,7 +212,11 @@ Answer EditSession::run(const Json& question) {
     const std::string& text = text_in(question, "text");
     const Cut cut = cut_in(question);
     const std::int64_t number = value_in<std::int64_t>(question, "number");
-    Follower follower(*this, number);
+    constexpr std::size_t LONGEST_NAME = 64;
+    const std::string page = question.find("page") != nullptr ? text_in(question, "page") : std::string();
+    if (page.size() > LONGEST_NAME)
+        throw Failure("the question's \"page\" is no name of a page");
+    Follower follower(*this, page, number);
 
     // One at a time: the one before it ends soon, since this one is newer.
     const std::scoped_lock lock(run_mutex_);

@@ -35,6 +35,7 @@ public:
 private:
     struct Drawn;  // the run whose mesh is shown
     class Follower;
+    using Newest = std::atomic<std::int64_t>;  // number of the newest text that a page wants to be run
 
     PageRoutes routes();
 
@@ -59,14 +60,18 @@ private:
 
     const TextsByName& data_of(LayoutKind kind);
 
+    std::shared_ptr<Newest> newest_of(const std::string& page);
+
     const EditOptions options_;
     const Context context_;
     DeckFile file_;
     DeckPlace place_;
     std::mutex data_mutex_;
     std::map<LayoutKind, TextsByName> data_;  // of the package, read when a deck of the kind is run first
-    std::atomic<std::int64_t> newest_ = 0;    // number of the newest text to be run
-    std::mutex run_mutex_;                    // one run at a time
+    std::mutex newest_mutex_;
+    std::map<std::string, std::shared_ptr<Newest>> newest_;  // by the names of the pages
+    std::atomic<bool> ends_soon_ = false;
+    std::mutex run_mutex_;  // one run at a time
     std::mutex drawn_mutex_;
     std::shared_ptr<const Drawn> drawn_;
     PageServer server_;  // it answers as soon as it is there

@@ -1,7 +1,7 @@
 "use strict";
 // From a keystroke to the picture: the text is checked and run at once, and a newer text ends the older run.
 
-const runs = { number: 0, checking: false, checkAgain: false, current: null, runAgain: false, key: 0, begun: 0, waiting: 0, shown: 0, doubts: 0 };
+const runs = { page: Array.from(crypto.getRandomValues(new Uint32Array(2)), (word) => word.toString(36)).join(""), number: 0, checking: false, checkAgain: false, current: null, runAgain: false, key: 0, begun: 0, waiting: 0, shown: 0, doubts: 0 };
 
 function textChanged(change) {
     if (cm.getValue() === undefined) return;
@@ -47,7 +47,7 @@ async function runText() {
     clearTimeout(runs.waiting);
     runs.waiting = setTimeout(() => showRunState("running", ""), 400);
     try {
-        const { head, lists: values } = await askArrays("run", { text: deckText(), cut: el("cut").value, number }, own.signal);
+        const { head, lists: values } = await askArrays("run", { text: deckText(), cut: el("cut").value, number, page: runs.page }, own.signal);
         if (number < runs.shown || runs.current !== own) return;
         const arrived = performance.now();
         runs.shown = number;

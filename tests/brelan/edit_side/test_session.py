@@ -172,6 +172,24 @@ class Disk(ServedCase):
 
 
 class Running(ServedCase):
+    def test_a_run_is_ended_by_no_older_text_and_by_no_other_page(self):
+        """Questions on two connections may come in another order than they were sent in."""
+        served = self.serve()
+        answers = []
+        run = threading.Thread(target=lambda: answers.append(
+            served.post("run", text=LONG, cut="rules", number=9, page="one")))
+        run.start()
+        time.sleep(0.1)
+        other = threading.Thread(target=lambda: answers.append(
+            served.post("run", text=TEXT, cut="rules", number=1, page="two")))
+        other.start()
+        self.assertEqual(served.post("run", text=TEXT, cut="rules", number=8, page="one"),
+                         (409, {"error": "a newer text is run"}))
+        run.join()
+        other.join()
+        self.assertEqual(sorted((status, head_of(answer)["number"]) for status, answer in answers), [(200, 1), (200, 9)])
+        self.assertEqual(served.post("run", text=TEXT, cut="rules", number=1, page="p" * 65)[0], 422)
+
     def test_a_newer_text_ends_the_older_run(self):
         served = self.serve()
         answers = []
