@@ -226,8 +226,8 @@ private:
         if (size == 0.0 || !(steps >= 0.0) || steps > static_cast<double>(MOST_CASES))
             fail(made.line,
                  fmt::format("{}: expected a step that leads from {} to {}", made.name, made.from, made.to));
-        for (double k = 0.0; k <= steps; ++k) {
-            const double at = made.from + k * size;
+        for (std::size_t k = 0; k <= static_cast<std::size_t>(steps); ++k) {
+            const double at = made.from + static_cast<double>(k) * size;
             made.values.push_back(whole ? StudyValue(static_cast<std::int64_t>(at)) : StudyValue(at));
         }
     }
