@@ -8,36 +8,14 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include "cli/exit_status.h"
+#include "cli/temporary_file.h"
 
 namespace brelan::tool {
 
-namespace {
-
-using OutputStream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
-OutputStream stream_for_output() {
-    OutputStream stream(std::tmpfile(), &std::fclose);
-    if (!stream)
-        throw Failure(fmt::format("no temporary file can be made: {}", std::strerror(errno)));
-    return stream;
-}
-
-std::string text_in(std::FILE* stream) {
-    std::rewind(stream);
-    std::string text;
-    char piece[4096];
-    while (const std::size_t count = std::fread(piece, 1, sizeof piece, stream))
-        text.append(piece, count);
-    return text;
-}
-
-}  // namespace
-
 ProgramOutput output_of_program(const std::vector<std::string>& arguments) {
-    const OutputStream out = stream_for_output(), err = stream_for_output();
+    const TemporaryFile out = temporary_file(), err = temporary_file();
     std::vector<char*> words;
     words.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments)
@@ -58,7 +36,7 @@ ProgramOutput output_of_program(const std::vector<std::string>& arguments) {
     int status = 0;
     while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128, text_in(out.get()), text_in(err.get())};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128, content(out.get()), content(err.get())};
 }
 
 }  // namespace brelan::tool

@@ -10,12 +10,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <thread>
 #include <vector>
 
 #include "cli/exit_status.h"
 #include "cli/output_file.h"
+#include "cli/temporary_file.h"
 
 namespace brelan::tool {
 
@@ -30,27 +30,6 @@ constexpr int NOT_STARTED = 127;
 bool is_program(const fs::path& file) {
     std::error_code error;
     return fs::is_regular_file(file, error) && access(file.c_str(), X_OK) == 0;
-}
-
-struct Closer {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using TemporaryFile = std::unique_ptr<std::FILE, Closer>;
-
-TemporaryFile temporary_file() {
-    std::FILE* file = std::tmpfile();
-    if (file == nullptr)
-        throw Failure(fmt::format("no temporary file can be made: {}", std::strerror(errno)));
-    return TemporaryFile(file);
-}
-
-std::string content(std::FILE* file) {
-    std::rewind(file);
-    std::string text;
-    char piece[4096];
-    while (const std::size_t count = std::fread(piece, 1, sizeof piece, file))
-        text.append(piece, count);
-    return text;
 }
 
 // The child's side: nothing here may allocate or return.
