@@ -121,13 +121,13 @@ NotedDeck read_deck(const DeckSource& source, LayoutKind kind) {
     channels.open_in_memory(CHANNEL_TEXT, source.file.string(), source.text);
     Channel& lines = channels.open_in_memory(CHANNEL_CARDS, "the cards");
     Channel& shown = channels.open_in_memory(CHANNEL_SHOWN, "the normalised deck");
-    strip_deck(channels, CHANNEL_TEXT, CHANNEL_CARDS);
-    shown.follow(lines);
     CardMemory memory;
     const auto values = std::make_unique<brelan::Deck>();
     CardNotes notes(deck);
     DeckCards cards(lines, shown, kind, memory, *values, notes, CardNaming::number);
     try {
+        strip_deck(channels, CHANNEL_TEXT, CHANNEL_CARDS);
+        shown.follow(lines);
         read_cards(cards, *values, notes);
         if (!lines.at_end())
             deck.surplus_line = lines.place_here().line;

@@ -54,6 +54,17 @@ TEST(WholeNumber, is_cut_and_has_an_opposite) {
     EXPECT_EQ(whole_number(-2147483648.0F), -2147483647);
 }
 
+// A file may begin with two marks, of which only the first is passed over.
+TEST(NotedDeck, a_second_byte_order_mark_is_its_fault) {
+    const NotedDeck deck = deck_of("\xEF\xBB\xBF\xEF\xBB\xBF" + EDIT);
+    EXPECT_TRUE(deck.byte_order_mark);
+    ASSERT_TRUE(deck.fault);
+    EXPECT_EQ(deck.fault->line, 1U);
+    EXPECT_NE(deck.fault->message.find("found a byte order mark in front of it"), std::string::npos)
+        << deck.fault->message;
+    EXPECT_TRUE(deck.cards.empty());
+}
+
 TEST(NotedDeck, cards_have_the_line_of_the_file_and_their_fields_by_name) {
     const NotedDeck deck = deck_of(EDIT);
     EXPECT_FALSE(deck.fault) << deck.fault->message;
