@@ -120,6 +120,21 @@ std::vector<ElementNumber> ElementIndex::with(const Engine& engine, std::span<co
     return elements;
 }
 
+ElementsAt ElementIndex::at(const Engine& engine, NodeNumber node) const {
+    ElementsAt elements;
+    if (!engine.uses_indexes || cells_.empty()) {
+        for (ElementNumber e{1}; e <= engine.highest_element; ++e)
+            elements.push_back(e);
+        return elements;
+    }
+    for (std::int32_t i = head_[node.place()]; i != NONE; i = links_[static_cast<std::size_t>(i)].next)
+        elements.push_back(links_[static_cast<std::size_t>(i)].element);
+    std::sort(elements.begin(), elements.end());
+    elements.shorten_to(
+        static_cast<std::size_t>(std::unique(elements.begin(), elements.end()) - elements.begin()));
+    return elements;
+}
+
 void ElementIndex::link(NodeNumber n, ElementNumber e) {
     std::int32_t& head = head_[n.place()];
     links_.push_back({e, head});

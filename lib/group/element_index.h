@@ -6,12 +6,16 @@
 #include <vector>
 
 #include "mesh/by_number.h"
+#include "mesh/few.h"
 #include "mesh/tables.h"
 #include "plane/box.h"
 
 namespace brelan {
 
 struct Engine;
+
+// The elements at a node, in ascending number; some may have left it.
+using ElementsAt = Few<ElementNumber, 16>;
 
 // Cells hold the elements whose boxes touch them. An element that changes is noted again where it lies now;
 // that it still stands in older cells costs a test and changes nothing.
@@ -25,6 +29,7 @@ public:
 
     std::span<const ElementNumber> in(const Engine& engine, const Box& box);
     std::vector<ElementNumber> with(const Engine& engine, std::span<const NodeNumber> nodes) const;
+    ElementsAt at(const Engine& engine, NodeNumber node) const;
 
 private:
     static constexpr std::int32_t NONE = -1;

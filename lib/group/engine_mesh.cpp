@@ -40,6 +40,7 @@ Point centroid(const Mesh& mesh, ElementNumber e, std::size_t corners) {
 
 std::vector<Point> node_points(const Mesh& mesh, std::span<const NodeNumber> nodes) {
     std::vector<Point> points;
+    points.reserve(nodes.size());
     for (const NodeNumber n : nodes)
         points.push_back(node_point(mesh, n));
     return points;
@@ -96,6 +97,11 @@ std::span<const ElementNumber> elements_near(Engine& engine, const Point& p1, co
 std::vector<ElementNumber> elements_with(const Engine& engine, std::span<const NodeNumber> nodes) {
     engine.look();
     return engine.element_index.with(engine, nodes);
+}
+
+ElementsAt elements_at(const Engine& engine, NodeNumber node) {
+    engine.look();
+    return engine.element_index.at(engine, node);
 }
 
 }  // namespace brelan

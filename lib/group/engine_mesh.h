@@ -66,5 +66,6 @@ std::span<const ElementNumber> elements_near(Engine& engine, const Point& p1, co
 
 // All elements that may have one of the nodes as a corner, in ascending number.
 std::vector<ElementNumber> elements_with(const Engine& engine, std::span<const NodeNumber> nodes);
+ElementsAt elements_at(const Engine& engine, NodeNumber node);
 
 }  // namespace brelan

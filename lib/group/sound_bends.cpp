@@ -30,7 +30,7 @@ Side side_beside(const Mesh& mesh, Engine& engine, const Drawing& drawing, const
         const double distance = foot_on(a, b, point).distance;
         if (distance < drawing.tolerance)
             return {};
-        const double bend = distance / std::min(foot_on(a, a, point).distance, foot_on(b, b, point).distance);
+        const double bend = distance / std::min(distance_64(a, point), distance_64(b, point));
         if (bend < least) {
             least = bend;
             nearest = side_between(solid.node[i], solid.behind(i));
@@ -112,9 +112,7 @@ bool may_bend(const Mesh& mesh, const Engine& engine, const Drawn& drawn, const 
                 return false;
     }
     return std::none_of(drawing.pins.begin(), drawing.pins.end(), [&](const Point& pin) {
-        const auto is_at = [&](const Point& place) {
-            return foot_on(place, place, pin).distance < drawing.tolerance;
-        };
+        const auto is_at = [&](const Point& place) { return distance_64(place, pin) < drawing.tolerance; };
         if (std::any_of(ring.begin(), ring.end(), is_at))
             return false;
         if (foot_on(a, b, pin).distance < drawing.tolerance || holds(ring, pin))

@@ -40,7 +40,7 @@ void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawi
                 const std::size_t second = solid.behind(i).place() - 1;
                 if (std::max(first, second) >= loaded.size())
                     continue;
-                const double length = foot_on(loaded[first], loaded[first], loaded[second]).distance;
+                const double length = distance_64(loaded[first], loaded[second]);
                 if (drawing.tolerance > LARGEST_SHARE * length)
                     fail(where() + "has a side of " + std::to_string(length) +
                          "; expected a TOLSAME of at most a tenth of it, found " +
@@ -63,7 +63,7 @@ bool goes_on(const Mesh& mesh, const Engine& engine, const Drawn& drawn, const D
 }
 
 bool is_in_cuttable_ground(const Mesh& mesh, const Engine& engine, NodeNumber node) {
-    const std::vector<Solid> solids = solids_with(mesh, engine, node);
+    const Solids solids = solids_with(mesh, engine, node);
     return std::any_of(solids.begin(), solids.end(),
                        [&](const Solid& solid) { return is_cuttable(mesh, engine, solid.element); });
 }
@@ -172,7 +172,7 @@ CutPlan halve_sides(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
     CutPlan plan;
     for (const Side& side : sides) {
         const Point from = node_point(mesh, side.first), to = node_point(mesh, side.second);
-        if (foot_on(from, from, to).distance < SHORTEST_HALVED * tolerance)
+        if (distance_64(from, to) < SHORTEST_HALVED * tolerance)
             continue;
         const NodeNumber middle =
             add_side_node(mesh, engine, middle_on_line(mesh, engine, drawn, side, tolerance), side.first,

@@ -16,7 +16,7 @@ void add_pin(Drawing& drawing, const Point& point) {
 }
 
 void add_segment(Drawing& drawing, const Point& from, const Point& to, const SegmentRow& row, std::size_t k) {
-    if (foot_on(from, from, to).distance >= drawing.tolerance)
+    if (distance_64(from, to) >= drawing.tolerance)
         drawing.segments.push_back({from, to, row.end_rule == ONLY_MOVE, k});
 }
 
@@ -63,8 +63,7 @@ std::string place_in_drawing(std::int32_t group, const Drawing& drawing, const P
 bool is_pinned(const Drawing& drawing, const Point& point) {
     const double x = static_cast<double>(point.x), far = 1.001 * drawing.tolerance;
     return std::any_of(drawing.pins.begin(), drawing.pins.end(), [&](const Point& pin) {
-        return std::abs(static_cast<double>(pin.x) - x) <= far &&
-               foot_on(pin, pin, point).distance < drawing.tolerance;
+        return std::abs(static_cast<double>(pin.x) - x) <= far && distance_64(pin, point) < drawing.tolerance;
     });
 }
 

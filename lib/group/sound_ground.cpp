@@ -20,7 +20,7 @@ constexpr double BORDER_STRAIGHT = 1.0E-6, DRAWN_STRAIGHT = 1.0E-7;  // of the s
 // What lies beside a side that starts at a node.
 struct Spoke {
     NodeNumber end;
-    std::vector<MaterialNumber> left, right;
+    Few<MaterialNumber, 2> left, right;
     bool is_kept = false;  // of a line, a joint, a drawing or ground that stays as it is
     bool is_drawn = false;
 
@@ -42,7 +42,7 @@ bool has_node(const Corners& corners, NodeNumber node) {
 
 std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const Drawn& drawn, NodeNumber node) {
     std::vector<Spoke> spokes;
-    for (const ElementNumber e : elements_with(engine, {&node, 1})) {
+    for (const ElementNumber e : elements_at(engine, node)) {
         if (mesh.type[e] == ELEMENT_DELETED || !has_node(corners_of(mesh, e), node))
             continue;
         if (!is_solid(mesh, e)) {
@@ -70,7 +70,7 @@ std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const Drawn
         const Side side = side_between(node, spoke.end);
         const bool stays = drawn.sides.count(side) != 0;
         spoke.is_drawn = stays && drawn.found.count(side) == 0;
-        spoke.is_kept = spoke.is_kept || stays || spoke.left != spoke.right;
+        spoke.is_kept = spoke.is_kept || stays || !(spoke.left == spoke.right);
     }
     return spokes;
 }
@@ -81,7 +81,7 @@ double side_shape(std::span<const Point> corners) {
     double shortest = 0.0, longest = 0.0;
     for (std::size_t i = 0; i < corners.size(); ++i) {
         const Point &a = corners[i], &b = corners[(i + 1) % corners.size()];
-        const double length = foot_on(a, a, b).distance;
+        const double length = distance_64(a, b);
         shortest = i == 0 ? length : std::min(shortest, length);
         longest = std::max(longest, length);
     }
@@ -130,6 +130,21 @@ Solid solid_of(const Mesh& mesh, ElementNumber e) {
     return solid;
 }
 
+Outline outline_of(const Mesh& mesh, const Solid& solid) {
+    Outline outline{{}, solid.count};
+    for (std::size_t i = 0; i < solid.count; ++i)
+        outline.corner[i] = node_point(mesh, solid.node[i]);
+    return outline;
+}
+
+Outline outline_of(const Mesh& mesh, const Solid& solid, NodeNumber node, const Point& place) {
+    Outline outline = outline_of(mesh, solid);
+    for (std::size_t i = 0; i < solid.count; ++i)
+        if (solid.node[i] == node)
+            outline.corner[i] = place;
+    return outline;
+}
+
 CornerKey key_of(const Solid& solid) {
     CornerKey key = solid.node;
     std::sort(key.begin(), key.end());
@@ -159,7 +174,7 @@ bool is_cuttable(const Mesh& mesh, const Engine& engine, ElementNumber e) {
     if (engine.workable[e].names_one())
         return true;
     const Solid solid = solid_of(mesh, e);
-    for (const ElementNumber other : elements_with(engine, {solid.node.data(), 1}))
+    for (const ElementNumber other : elements_at(engine, solid.node[0]))
         if (other != e && is_solid(mesh, other) && engine.workable[other].names_one() &&
             key_of(solid_of(mesh, other)) == key_of(solid))
             return true;
@@ -168,7 +183,7 @@ bool is_cuttable(const Mesh& mesh, const Engine& engine, ElementNumber e) {
 
 SideUsers users_of(const Mesh& mesh, const Engine& engine, const Side& side) {
     SideUsers users;
-    for (const ElementNumber e : elements_with(engine, {&side.first, 1})) {
+    for (const ElementNumber e : elements_at(engine, side.first)) {
         if (mesh.type[e] == ELEMENT_DELETED)
             continue;
         if (mesh.type[e] != ELEMENT_CONTINUUM) {
@@ -187,11 +202,9 @@ SideUsers users_of(const Mesh& mesh, const Engine& engine, const Side& side) {
     return users;
 }
 
-std::vector<Solid> solids_with(const Mesh& mesh, const Engine& engine, NodeNumber node) {
-    const std::vector<ElementNumber> elements = elements_with(engine, {&node, 1});
-    std::vector<Solid> solids;
-    solids.reserve(engine.uses_indexes ? elements.size() : 0);
-    for (const ElementNumber e : elements)
+Solids solids_with(const Mesh& mesh, const Engine& engine, NodeNumber node) {
+    Solids solids;
+    for (const ElementNumber e : elements_at(engine, node))
         if (is_solid(mesh, e) && has_node(corners_of(mesh, e), node))
             solids.push_back(solid_of(mesh, e));
     return solids;
@@ -219,7 +232,7 @@ NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const Drawn& draw
     // A border is as straight as the digits of its file, a drawn line as those of its nodes.
     const double size = 1.0 + std::abs(static_cast<double>(at.x)) + std::abs(static_cast<double>(at.y));
     const Foot foot = foot_on(from, to, at);
-    const double shorter = std::min(foot_on(from, from, at).distance, foot_on(to, to, at).distance);
+    const double shorter = std::min(distance_64(from, at), distance_64(to, at));
     const bool straight = foot.share > 0.0 && foot.share < 1.0 && foot.distance <= BEND * shorter &&
                           foot.distance <= (is_drawn ? DRAWN_STRAIGHT : BORDER_STRAIGHT) * size;
     if (!straight)
@@ -245,15 +258,11 @@ NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const Drawn& draw
 double worst_shape(const Mesh& mesh, std::span<const Solid> solids, NodeNumber node, const Point& place) {
     double worst = 4.0;
     for (const Solid& solid : solids) {
-        std::array<Point, 4> corners;
-        for (std::size_t i = 0; i < solid.count; ++i)
-            corners[i] = solid.node[i] == node ? place : node_point(mesh, solid.node[i]);
-        const std::span<const Point> outline(corners.data(), solid.count);
+        const Outline outline = outline_of(mesh, solid, node, place);
         worst = std::min(worst, side_shape(outline));
         if (solid.count == 3) {
-            worst = std::min(worst, orientation(corners[0], corners[1], corners[2]) > 0
-                                        ? openings_of(outline).smallest
-                                        : -1.0);
+            const auto& [a, b, c, none] = outline.corner;
+            worst = std::min(worst, orientation(a, b, c) > 0 ? openings_of(outline).smallest : -1.0);
             continue;
         }
         const Openings whole = openings_of(outline);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "group/engine.h"
+#include "mesh/few.h"
 #include "mesh/tables.h"
 #include "plane/point.h"
 
@@ -49,6 +50,17 @@ struct Solid {
     std::span<const NodeNumber> nodes() const { return {node.data(), count}; }
 };
 
+// Where the corners of a solid are.
+struct Outline {
+    std::array<Point, 4> corner;
+    std::size_t count = 0;
+
+    operator std::span<const Point>() const { return {corner.data(), count}; }
+};
+Outline outline_of(const Mesh& mesh, const Solid& solid);
+// The same with a node at another place.
+Outline outline_of(const Mesh& mesh, const Solid& solid, NodeNumber node, const Point& place);
+
 // A mesh file of the temperature and head kinds shows the negative IDH of its joints as its absolute value
 // less 100, which is 100 or more: gives them back the value that tells them from solids.
 void hold_joints_of_file(Mesh& mesh, const Engine& engine);
@@ -73,7 +85,8 @@ struct SideUsers {
 SideUsers users_of(const Mesh& mesh, const Engine& engine, const Side& side);
 
 // The solids that have a node, in ascending number.
-std::vector<Solid> solids_with(const Mesh& mesh, const Engine& engine, NodeNumber node);
+using Solids = Few<Solid, 8>;
+Solids solids_with(const Mesh& mesh, const Engine& engine, NodeNumber node);
 
 // What a node may do without leaving the border, a change of material, a line or what was drawn.
 enum class Freedom { stays, slides, moves };

@@ -63,7 +63,7 @@ public:
         if (!is_solid(mesh_, e) || engine_.workable[e].is_none())
             return {};
         const Solid solid = solid_of(mesh_, e);
-        const double shape = shape_of(node_points(mesh_, solid.nodes()));
+        const double shape = shape_of(outline_of(mesh_, solid));
         const bool is_along_arc = shape < INSERT_BELOW && lies_along_arc(solid);
         if (shape >= INSERT_BELOW || (shape < LEFT_ALONG_ARCS && is_along_arc) || ++tries_ > MOST_TRIES)
             return {};
@@ -102,7 +102,7 @@ private:
 
     double length_of(NodeNumber a, NodeNumber b) const {
         const Point at = node_point(mesh_, a);
-        return foot_on(at, at, node_point(mesh_, b)).distance;
+        return distance_64(at, node_point(mesh_, b));
     }
 
     std::size_t shortest_side(const Solid& solid) const {
@@ -169,7 +169,7 @@ private:
         std::map<Side, int> seen;
         double shape = OPENING_180;
         for (const Solid& solid : solids) {
-            shape = std::min(shape, shape_of(node_points(mesh_, solid.nodes())));
+            shape = std::min(shape, shape_of(outline_of(mesh_, solid)));
             for (std::size_t i = 0; i < solid.count; ++i) {
                 all.insert(solid.node[i]);
                 ++seen[side_between(solid.node[i], solid.behind(i))];
@@ -274,7 +274,7 @@ private:
 
 std::size_t count_slender(const Mesh& mesh, const std::set<ElementNumber>& elements) {
     return static_cast<std::size_t>(std::count_if(elements.begin(), elements.end(), [&](ElementNumber e) {
-        return shape_of(node_points(mesh, solid_of(mesh, e).nodes())) < INSERT_BELOW;
+        return shape_of(outline_of(mesh, solid_of(mesh, e))) < INSERT_BELOW;
     }));
 }
 

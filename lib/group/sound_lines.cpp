@@ -23,8 +23,7 @@ std::vector<LinePlace> places_of(const Mesh& mesh, const std::vector<LineNode>& 
     std::vector<LinePlace> places;
     for (const LineNode& on : listed) {
         const Point at = node_point(mesh, on.node);
-        if (places.empty() ||
-            foot_on(at, at, node_point(mesh, places.back().nodes.front())).distance >= tolerance)
+        if (places.empty() || distance_64(at, node_point(mesh, places.back().nodes.front())) >= tolerance)
             places.push_back({{}, on.edge, on.edge});
         places.back().nodes.push_back(on.node);
         places.back().last_edge = on.edge;
@@ -110,7 +109,7 @@ Step step_of(const Mesh& mesh, Engine& engine, NodeNumber a, NodeNumber b, bool 
     const SideUsers users = users_of(mesh, engine, side_between(a, b));
     const bool joined = a != b && !(users.solids.empty() && users.joints.empty());
     // A side of solids is one, be it as short as it may: where a line crosses a fan of sides, for example.
-    const bool near = foot_on(from, from, to).distance < tolerance;
+    const bool near = distance_64(from, to) < tolerance;
     if (near && users.solids.empty())
         return joined || a == b ? Step::place : Step::gap;
     if (!straight && !near)

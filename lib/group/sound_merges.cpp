@@ -39,7 +39,7 @@ public:
     std::set<NodeNumber> merge(NodeNumber node) {
         if (drawn_.nodes.count(node) != 0 || is_pinned(drawing_, node_point(mesh_, node)))
             return {};
-        const std::vector<Solid> solids = solids_with(mesh_, engine_, node);
+        const Solids solids = solids_with(mesh_, engine_, node);
         const double before = shape_with(mesh_, solids, node, node_point(mesh_, node), -1.0);
         std::set<NodeNumber> around;
         for (const Solid& solid : solids)
@@ -71,7 +71,7 @@ public:
 private:
     bool is_within_tolerance(NodeNumber a, NodeNumber b) const {
         const Point at = node_point(mesh_, a);
-        return foot_on(at, at, node_point(mesh_, b)).distance < drawing_.tolerance;
+        return distance_64(at, node_point(mesh_, b)) < drawing_.tolerance;
     }
 
     // The other ends of the sides at a node that keep their line.
@@ -113,8 +113,8 @@ private:
     }
 
     // Nothing but solids that may be cut has the node.
-    bool are_solids_to_cut(const std::vector<Solid>& solids, NodeNumber node) const {
-        for (const ElementNumber e : elements_with(engine_, {&node, 1})) {
+    bool are_solids_to_cut(std::span<const Solid> solids, NodeNumber node) const {
+        for (const ElementNumber e : elements_at(engine_, node)) {
             const Corners corners = corners_of(mesh_, e);
             if (mesh_.type[e] != ELEMENT_DELETED && !is_solid(mesh_, e) &&
                 std::find(corners.n, corners.n + 4, node) != corners.n + 4)
@@ -137,7 +137,7 @@ private:
 
     // The worst shape of what is left of the solids round a node that goes into another; below 0 where that
     // cannot be.
-    double shape_without(const std::vector<Solid>& solids, NodeNumber node, NodeNumber other) const {
+    double shape_without(std::span<const Solid> solids, NodeNumber node, NodeNumber other) const {
         std::vector<Solid> left;
         std::set<NodeNumber> opposite, beside;  // across the side, and all neighbours of the node
         for (const Solid& solid : solids) {
@@ -169,7 +169,7 @@ private:
         return left.empty() ? -1.0 : shape_with(mesh_, left, other, node_point(mesh_, other), -1.0);
     }
 
-    void write(const std::vector<Solid>& solids, NodeNumber node, NodeNumber other) {
+    void write(std::span<const Solid> solids, NodeNumber node, NodeNumber other) {
         for (const Solid& solid : solids) {
             const Solid after = with_other(solid, node, other);
             if (after.count < 3) {
@@ -187,7 +187,7 @@ private:
         move_node(mesh_, engine_, node, node_point(mesh_, NodeNumber(1)));
     }
 
-    static void move_sides(std::set<Side>& sides, const std::vector<Solid>& solids, NodeNumber node,
+    static void move_sides(std::set<Side>& sides, std::span<const Solid> solids, NodeNumber node,
                            NodeNumber other) {
         for (const Solid& solid : solids)
             for (const NodeNumber n : solid.nodes())

@@ -36,7 +36,8 @@ public:
                         straighten(node, segment);
         take_pins();
         for (int round = 0; round < ROUNDS; ++round)
-            take_crossings();
+            if (!take_crossings())
+                break;
         return std::move(on_drawing_);
     }
 
@@ -51,7 +52,7 @@ private:
             freedom.freedom == Freedom::moves
                 ? point_between(segment.from, segment.to, foot_on(segment.from, segment.to, at).share)
                 : meeting_of(freedom.from, freedom.to, segment.from, segment.to);
-        if (foot_on(at, at, place).distance < drawing_.tolerance && worst_of(node, place) > 0.0)
+        if (distance_64(at, place) < drawing_.tolerance && worst_of(node, place) > 0.0)
             move_node(mesh_, engine_, node, place);
     }
 
@@ -74,11 +75,11 @@ private:
                 double longest = 0.0;
                 for (std::size_t k = 0; k < solid.count; ++k) {
                     const Point at = node_point(mesh_, solid.node[k]);
-                    longest = std::max(longest, foot_on(at, at, node_point(mesh_, solid.behind(k))).distance);
+                    longest = std::max(longest, distance_64(at, node_point(mesh_, solid.behind(k))));
                 }
                 for (const NodeNumber node : solid.nodes()) {
                     const Point at = node_point(mesh_, node);
-                    const double distance = foot_on(at, at, pin).distance;
+                    const double distance = distance_64(at, pin);
                     pairs.push_back({distance < drawing_.tolerance ? 0.0 : distance / longest, i, node});
                 }
             }
@@ -96,7 +97,7 @@ private:
     // True when the node is at the pin.
     bool take_pin(const Point& pin, NodeNumber node, double cost) {
         const Point at = node_point(mesh_, node);
-        if (foot_on(at, at, pin).distance < drawing_.tolerance) {
+        if (distance_64(at, pin) < drawing_.tolerance) {
             move_exactly(node, pin);
             return true;
         }
@@ -122,7 +123,7 @@ private:
 
     bool is_between(const NodeFreedom& freedom, const Point& point) const {
         const Foot foot = foot_on(freedom.from, freedom.to, point);
-        const double size = foot_on(freedom.from, freedom.from, freedom.to).distance;
+        const double size = distance_64(freedom.from, freedom.to);
         return foot.share > 0.0 && foot.share < 1.0 && foot.distance <= 1.0E-6 * size;
     }
 
@@ -144,8 +145,7 @@ private:
     bool is_free_place(NodeNumber node, const Point& place) const {
         for (const Solid& solid : solids_with(mesh_, engine_, node))
             for (const NodeNumber other : solid.nodes())
-                if (other != node &&
-                    foot_on(place, place, node_point(mesh_, other)).distance < drawing_.tolerance)
+                if (other != node && distance_64(place, node_point(mesh_, other)) < drawing_.tolerance)
                     return false;
         return true;
     }
@@ -172,7 +172,8 @@ private:
         auto key() const { return std::tie(cost, segment, side, node); }
     };
 
-    void take_crossings() {
+    // True when a node has moved.
+    bool take_crossings() {
         std::vector<Candidate> candidates;
         for (std::size_t k = 0; k < drawing_.segments.size(); ++k) {
             const DrawnSegment& segment = drawing_.segments[k];
@@ -193,18 +194,20 @@ private:
         }
         std::sort(candidates.begin(), candidates.end(),
                   [](const Candidate& one, const Candidate& two) { return one.key() < two.key(); });
+        bool moved = false;
         for (const Candidate& candidate : candidates)
             if (candidate.cost <= 0.5 || drawing_.segments[candidate.segment].only_moves)
-                take_crossing(candidate);
+                moved = take_crossing(candidate) || moved;
+        return moved;
     }
 
-    void take_crossing(const Candidate& candidate) {
+    bool take_crossing(const Candidate& candidate) {
         const DrawnSegment& segment = drawing_.segments[candidate.segment];
         if (!crosses(mesh_, drawing_, segment, candidate.side) || on_drawing_.count(candidate.node) != 0)
-            return;
+            return false;
         const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, candidate.node);
         if (freedom.freedom == Freedom::stays)
-            return;
+            return false;
         const Point a = node_point(mesh_, candidate.side.first), b = node_point(mesh_, candidate.side.second);
         const Point at = node_point(mesh_, candidate.node);
         std::vector<Point> places;
@@ -221,22 +224,25 @@ private:
         }
         std::optional<Point> best;
         double best_shape = 0.0;
-        const double side_length = foot_on(a, a, b).distance;
+        const double side_length = distance_64(a, b);
         for (const Point& place : places) {
             const bool clear = std::none_of(open_pins_.begin(), open_pins_.end(), [&](const Point& pin) {
-                return foot_on(pin, pin, place).distance < CLEAR_OF_PINS * side_length;
+                return distance_64(pin, place) < CLEAR_OF_PINS * side_length;
             });
+            if (!clear || !is_free_place(candidate.node, place))
+                continue;
             const double shape = worst_of(candidate.node, place);
-            if (clear && is_free_place(candidate.node, place) && (!best || shape > best_shape)) {
+            if (!best || shape > best_shape) {
                 best = place;
                 best_shape = shape;
             }
         }
         const bool must = segment.only_moves && best && best_shape > 0.0;
-        if (best && (must || is_good(candidate.node, best_shape, candidate.cost))) {
-            move_node(mesh_, engine_, candidate.node, *best);
-            on_drawing_.insert(candidate.node);
-        }
+        if (!best || (!must && !is_good(candidate.node, best_shape, candidate.cost)))
+            return false;
+        move_node(mesh_, engine_, candidate.node, *best);
+        on_drawing_.insert(candidate.node);
+        return true;
     }
 
     Mesh& mesh_;
@@ -281,15 +287,15 @@ std::vector<Solid> solids_met_by(const Mesh& mesh, Engine& engine, const Drawing
         if (!reach.meets_box_of(mesh, solid))
             continue;
         // Met are those with corners on both sides of the line or on it; a few more do no harm.
-        int left = 0, right = 0;
-        for (const NodeNumber n : solid.nodes()) {
-            const Point at = node_point(mesh, n);
-            const int side = orientation(segment.from, segment.to, at);
+        bool left = false, right = false;
+        for (std::size_t i = 0; i < solid.count && !(left && right); ++i) {
+            const Point at = node_point(mesh, solid.node[i]);
             const bool near = foot_on(segment.from, segment.to, at).distance < drawing.tolerance;
-            left += side > 0 || near ? 1 : 0;
-            right += side < 0 || near ? 1 : 0;
+            const int side = near ? 0 : orientation(segment.from, segment.to, at);
+            left = left || near || side > 0;
+            right = right || near || side < 0;
         }
-        if (left > 0 && right > 0 && is_cuttable(mesh, engine, e))
+        if (left && right && is_cuttable(mesh, engine, e))
             solids.push_back(solid);
     }
     return solids;

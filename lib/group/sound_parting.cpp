@@ -33,7 +33,7 @@ NodeNumber node_now(const PartedSides& parted, NodeNumber node, NodeNumber other
 
 std::vector<Wedge> wedges_at(const Mesh& mesh, const Engine& engine, NodeNumber node) {
     std::vector<Wedge> wedges;
-    for (const ElementNumber e : elements_with(engine, {&node, 1})) {
+    for (const ElementNumber e : elements_at(engine, node)) {
         if (mesh.type[e] != ELEMENT_CONTINUUM)
             continue;
         const std::vector<NodeNumber> ring = ring_of(mesh, e);
@@ -52,7 +52,7 @@ bool has_short_side(const Mesh& mesh, ElementNumber e, NodeNumber a, NodeNumber 
 
 std::vector<Toe> toes_at(const Mesh& mesh, const Engine& engine, NodeNumber node) {
     std::vector<Toe> toes;
-    for (const ElementNumber e : elements_with(engine, {&node, 1})) {
+    for (const ElementNumber e : elements_at(engine, node)) {
         if (mesh.type[e] != ELEMENT_CONTINUUM || !is_joint(mesh, e))
             continue;
         const Corners c = corners_of(mesh, e);

@@ -56,7 +56,7 @@ private:
                     touched_[solid.element];
         for (const NodeNumber node : on_drawing)
             for (const Solid& solid : solids_with(mesh_, engine_, node))
-                if (is_better_split(node_points(mesh_, solid.nodes())))
+                if (is_better_split(outline_of(mesh_, solid)))
                     touched_[solid.element];
     }
 
@@ -99,7 +99,7 @@ private:
 
     // The parts of a solid; none where it stays as it is.
     std::vector<Part> parts_of(const Solid& solid, const std::vector<std::size_t>& segments) {
-        const std::vector<Point> corners = node_points(mesh_, solid.nodes());
+        const Outline corners = outline_of(mesh_, solid);
         std::vector<NodeNumber> nodes = plan_.ring_of(solid);
         bool is_touched = nodes.size() != solid.count || is_better_split(corners);
         Triangulation triangulation(node_points(mesh_, nodes));

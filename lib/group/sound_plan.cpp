@@ -62,8 +62,7 @@ private:
     bool is_corner(const std::map<ElementNumber, Solid>& solids, const Point& pin) const {
         for (const auto& [e, solid] : solids)
             for (const NodeNumber node : solid.nodes())
-                if (const Point at = node_point(mesh_, node);
-                    foot_on(at, at, pin).distance < drawing_.tolerance)
+                if (const Point at = node_point(mesh_, node); distance_64(at, pin) < drawing_.tolerance)
                     return true;
         return false;
     }
@@ -106,7 +105,7 @@ private:
         double least = LARGEST_BEND;
         for (std::size_t i = 0; i < solid.count; ++i) {
             const Point a = node_point(mesh_, solid.node[i]), b = node_point(mesh_, solid.behind(i));
-            const double to_end = std::min(foot_on(a, a, pin).distance, foot_on(b, b, pin).distance);
+            const double to_end = std::min(distance_64(a, pin), distance_64(b, pin));
             const double bend = foot_on(a, b, pin).distance / to_end;
             const Side side = side_between(solid.node[i], solid.behind(i));
             if (bend < least && plan_.sides.count(side) == 0 &&
@@ -125,6 +124,10 @@ private:
         for (const Solid& solid : solids_met_by(mesh_, engine_, drawing_, segment))
             for (std::size_t i = 0; i < solid.count; ++i) {
                 const Side side = side_between(solid.node[i], solid.behind(i));
+                if (plan_.sides.count(side) == 0) {
+                    place_crossing(segment, solid.element, side, side);
+                    continue;
+                }
                 const std::vector<NodeNumber> chain = chain_of(side);
                 for (std::size_t k = 1; k < chain.size(); ++k)
                     place_crossing(segment, solid.element, side, {chain[k - 1], chain[k]});
@@ -150,7 +153,7 @@ private:
     void add_on_side(const Side& side, const Point& place, double tolerance) {
         std::vector<SidePoint>& points = plan_.sides[side];
         for (const SidePoint& point : points)
-            if (foot_on(place, place, node_point(mesh_, point.node)).distance < tolerance)
+            if (distance_64(place, node_point(mesh_, point.node)) < tolerance)
                 return;
         const double share =
             foot_on(node_point(mesh_, side.first), node_point(mesh_, side.second), place).share;
@@ -202,9 +205,8 @@ private:
             return false;
         const Point from = node_point(mesh_, a), to = node_point(mesh_, b);
         const Point across = node_point(mesh_, c), across_end = node_point(mesh_, d);
-        const double length = foot_on(from, from, to).distance;
-        const double width =
-            std::max(foot_on(from, from, across).distance, foot_on(to, to, across_end).distance);
+        const double length = distance_64(from, to);
+        const double width = std::max(distance_64(from, across), distance_64(to, across_end));
         const double reach = length > 0.0 ? (2.0 * width + 2.0 * drawing_.tolerance) / length : 1.0;
         std::vector<bool> used(there.size(), false);
         bool added = false;
@@ -248,6 +250,7 @@ std::vector<NodeNumber> CutPlan::between(NodeNumber a, NodeNumber b) const {
 
 std::vector<NodeNumber> CutPlan::ring_of(const Solid& solid) const {
     std::vector<NodeNumber> ring;
+    ring.reserve(2 * solid.count);
     for (std::size_t i = 0; i < solid.count; ++i) {
         ring.push_back(solid.node[i]);
         const std::vector<NodeNumber> nodes = between(solid.node[i], solid.behind(i));

@@ -29,6 +29,9 @@ constexpr double OPENING_OF_NOTHING = 1.523087E-8;
 // An opening so small, and a side so short for its coordinates, is looked at with the digits of the file.
 constexpr double DOUBTFUL = 0.001, SHORT = 1.0E-3;
 
+// Corners so far from closed and flat turn as their openings tell.
+constexpr double CERTAIN = 1.0E-6;
+
 Point written(const Point& p) {
     return {as_written<"(E13.6)">(p.x), as_written<"(E13.6)">(p.y)};
 }
@@ -52,12 +55,32 @@ bool is_doubtful(std::span<const Point> corners, double shape) {
     if (shape < DOUBTFUL)
         return true;
     for (std::size_t i = 0; i < corners.size(); ++i) {
-        const Point &a = corners[i], &b = corners[(i + 1) % corners.size()];
+        const Point &a = corners[i], &b = i + 1 < corners.size() ? corners[i + 1] : corners[0];
+        const double dx = static_cast<double>(b.x) - static_cast<double>(a.x);
+        const double dy = static_cast<double>(b.y) - static_cast<double>(a.y);
         const double size = std::abs(static_cast<double>(a.x)) + std::abs(static_cast<double>(a.y));
-        if (foot_on(a, a, b).distance < SHORT * size)
+        if (dx * dx + dy * dy < SHORT * SHORT * size * size)
             return true;
     }
     return false;
+}
+
+bool turns_everywhere(std::span<const Point> corners) {
+    const std::size_t n = corners.size();
+    for (std::size_t i = 0; i < n; ++i)
+        if (orientation(corners[i], corners[(i + 1) % n], corners[(i + 2) % n]) <= 0)
+            return false;
+    return true;
+}
+
+// How far the corners are from closed or flat; -1 where one is pushed in, or has nothing left by the digits
+// of the file.
+double shape_as_written(std::span<const Point> corners) {
+    const Openings openings = openings_of(corners);
+    const double shape = std::min(openings.smallest, OPENING_180 - openings.largest);
+    if (shape <= -CERTAIN || (shape < CERTAIN && !turns_everywhere(corners)))
+        return -1.0;
+    return is_doubtful(corners, shape) && is_flat(corners) ? -1.0 : shape;
 }
 
 class Smoother {
@@ -68,17 +91,20 @@ public:
     bool improve(NodeNumber node) {
         if (engine_.frozen[node] != 0 || drawn_.nodes.count(node) != 0)
             return false;
-        const std::vector<Solid> solids = solids_with(mesh_, engine_, node);
+        Solids solids = solids_with(mesh_, engine_, node);
         const Point at = node_point(mesh_, node);
-        const double before = shape_with(mesh_, solids, node, at, -1.0);
+        const auto [worst, before] = worst_of(solids);
         if (before >= GOOD_ENOUGH)
             return false;
         const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
         if (freedom.freedom == Freedom::stays)
             return false;
+        const std::vector<Point> possible = places(freedom, solids, node, at);
+        // Most places are no better for the worst, and need no look at the others.
+        std::swap(solids[0], solids[worst]);
         Point best = at;
         double best_shape = std::max(before * GAIN, 0.0);
-        for (const Point& place : places(freedom, solids, node, at)) {
+        for (const Point& place : possible) {
             const double shape = shape_with(mesh_, solids, node, place, best_shape);
             if (shape > best_shape) {
                 best = place;
@@ -92,7 +118,16 @@ public:
     }
 
 private:
-    std::vector<Point> places(const NodeFreedom& freedom, const std::vector<Solid>& solids, NodeNumber node,
+    // The place in the list and the shape of the worst.
+    std::pair<std::size_t, double> worst_of(const Solids& solids) const {
+        std::pair<std::size_t, double> worst{0, OPENING_180};
+        for (std::size_t i = 0; i < solids.size(); ++i)
+            if (const double shape = shape_as_written(outline_of(mesh_, solids[i])); shape < worst.second)
+                worst = {i, shape};
+        return worst;
+    }
+
+    std::vector<Point> places(const NodeFreedom& freedom, std::span<const Solid> solids, NodeNumber node,
                               const Point& at) const {
         double shortest = 0.0, x = 0.0, y = 0.0;
         int count = 0;
@@ -102,7 +137,7 @@ private:
                     continue;
                 for (const NodeNumber other : {solid.behind(i), solid.before(i)}) {
                     const Point to = node_point(mesh_, other);
-                    const double length = foot_on(at, at, to).distance;
+                    const double length = distance_64(at, to);
                     shortest = count == 0 ? length : std::min(shortest, length);
                     x += static_cast<double>(to.x);
                     y += static_cast<double>(to.y);
@@ -135,28 +170,19 @@ private:
 
 }  // namespace
 
-double shape_with(const Mesh& mesh, const std::vector<Solid>& solids, NodeNumber node, const Point& place,
+double shape_with(const Mesh& mesh, std::span<const Solid> solids, NodeNumber node, const Point& place,
                   double enough) {
     double worst = OPENING_180;
     for (const Solid& solid : solids) {
         if (worst <= enough)
             return worst;
-        std::array<Point, 4> corners;
-        for (std::size_t i = 0; i < solid.count; ++i)
-            corners[i] = solid.node[i] == node ? place : node_point(mesh, solid.node[i]);
-        for (std::size_t i = 0; i < solid.count; ++i)
-            if (orientation(corners[i], corners[(i + 1) % solid.count], corners[(i + 2) % solid.count]) <= 0)
-                return -1.0;
-        const Openings openings = openings_of({corners.data(), solid.count});
-        const double shape = std::min(openings.smallest, OPENING_180 - openings.largest);
-        const std::span<const Point> outline(corners.data(), solid.count);
-        worst = std::min(worst, is_doubtful(outline, shape) && is_flat(outline) ? -1.0 : shape);
+        worst = std::min(worst, shape_as_written(outline_of(mesh, solid, node, place)));
     }
     return worst;
 }
 
 bool is_flat_as_written(const Mesh& mesh, const Solid& solid) {
-    const std::vector<Point> corners = node_points(mesh, solid.nodes());
+    const Outline corners = outline_of(mesh, solid);
     const Openings openings = openings_of(corners);
     return is_doubtful(corners, std::min(openings.smallest, OPENING_180 - openings.largest)) &&
            is_flat(corners);

@@ -43,7 +43,7 @@ public:
         if (!is_solid(mesh_, e) || engine_.workable[e].is_none())
             return false;
         const Solid solid = solid_of(mesh_, e);
-        const double shape = shape_of(node_points(mesh_, solid.nodes()));
+        const double shape = shape_of(outline_of(mesh_, solid));
         if (shape >= SLENDER)
             return false;
         std::optional<Division> best;
@@ -77,7 +77,7 @@ private:
         if (std::set<NodeNumber>(ring.begin(), ring.end()).size() != ring.size())
             return std::nullopt;
         const std::optional<Division> division = best_division(ring, across);
-        const double before = std::min(shape, shape_of(node_points(mesh_, other.nodes())));
+        const double before = std::min(shape, shape_of(outline_of(mesh_, other)));
         return division && division->shape > std::max(SWAP_GAIN * before, LEAST) ? division : std::nullopt;
     }
 

@@ -144,7 +144,7 @@ private:
 
     bool is_place(std::size_t k, std::size_t next) const {
         const Point from = node_point(mesh_, nodes_[k]), to = node_point(mesh_, nodes_[next]);
-        return foot_on(from, from, to).distance < tolerance_;
+        return distance_64(from, to) < tolerance_;
     }
 
     // The same of the edge between neighbours of the line.

@@ -1,6 +1,8 @@
 // Where a point lies beside a segment, and where two segments meet, in 64 bits.
 #pragma once
 
+#include <cmath>
+
 #include "plane/point.h"
 
 namespace brelan {
@@ -10,6 +12,13 @@ struct Foot {
     double distance = 0.0, share = 0.0;
 };
 Foot foot_on(const Point& from, const Point& to, const Point& p);
+
+// The distance of two points.
+inline double distance_64(const Point& a, const Point& b) {
+    const double dx = static_cast<double>(b.x) - static_cast<double>(a.x);
+    const double dy = static_cast<double>(b.y) - static_cast<double>(a.y);
+    return std::sqrt(dx * dx + dy * dy);
+}
 
 // The point at a share of the way, rounded to 32 bits.
 Point point_between(const Point& from, const Point& to, double share);

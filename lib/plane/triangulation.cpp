@@ -31,15 +31,18 @@ double smallest_opening(const Point& a, const Point& b, const Point& c) {
 
 Openings openings_of(std::span<const Point> corners) {
     Openings found{4.0, 0.0};
-    const std::size_t n = corners.size();
-    for (std::size_t i = 0; i < n; ++i) {
-        const Vector u = between(corners[i], corners[(i + 1) % n]),
-                     v = between(corners[i], corners[(i + n - 1) % n]);
-        const double lengths = std::sqrt((u.x * u.x + u.y * u.y) * (v.x * v.x + v.y * v.y));
-        const double cosine = lengths > 0.0 ? (u.x * v.x + u.y * v.y) / lengths : 1.0;
-        const double opening = u.x * v.y - u.y * v.x >= 0.0 ? 1.0 - cosine : 3.0 + cosine;
+    Vector in = between(corners.back(), corners.front());
+    double square_in = in.x * in.x + in.y * in.y;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const Vector out = between(corners[i], i + 1 < corners.size() ? corners[i + 1] : corners.front());
+        const double square_out = out.x * out.x + out.y * out.y;
+        const double lengths = std::sqrt(square_out * square_in);
+        const double cosine = lengths > 0.0 ? -(out.x * in.x + out.y * in.y) / lengths : 1.0;
+        const double opening = in.x * out.y - in.y * out.x >= 0.0 ? 1.0 - cosine : 3.0 + cosine;
         found.smallest = std::min(found.smallest, opening);
         found.largest = std::max(found.largest, opening);
+        in = out;
+        square_in = square_out;
     }
     return found;
 }
