@@ -19,10 +19,10 @@ bool cross(const Point& a, const Point& b, const Point& c, const Point& d) {
 // The side of the solid round a point that it lies close beside; none where it lies on a side or in the
 // middle.
 Side side_beside(const Mesh& mesh, Engine& engine, const Drawing& drawing, const Point& point) {
-    const std::vector<Solid> solids = solids_holding(mesh, engine, drawing, point);
+    const Solids solids = solids_holding(mesh, engine, drawing, point);
     if (solids.empty())
         return {};
-    const Solid& solid = solids.front();
+    const Solid& solid = solids[0];
     Side nearest{};
     double least = LARGEST_BEND;
     for (std::size_t i = 0; i < solid.count; ++i) {

@@ -165,33 +165,42 @@ private:
 
     // Solids whose outline runs through each of its nodes once, and that leave none inside.
     void add_cavity(std::vector<Solid> solids, std::vector<Cavity>& cavities) const {
-        std::set<NodeNumber> all;
-        std::map<Side, int> seen;
+        using Directed = std::pair<NodeNumber, NodeNumber>;
+        Few<NodeNumber, 4 * LARGEST_CAVITY> all;
+        Few<Directed, 4 * LARGEST_CAVITY> sides, outer;
         double shape = OPENING_180;
         for (const Solid& solid : solids) {
             shape = std::min(shape, shape_of(outline_of(mesh_, solid)));
             for (std::size_t i = 0; i < solid.count; ++i) {
-                all.insert(solid.node[i]);
-                ++seen[side_between(solid.node[i], solid.behind(i))];
+                all.push_back(solid.node[i]);
+                sides.push_back({solid.node[i], solid.behind(i)});
             }
         }
-        std::map<NodeNumber, NodeNumber> next;
-        std::size_t sides = 0;
-        for (const Solid& solid : solids)
-            for (std::size_t i = 0; i < solid.count; ++i)
-                if (seen[side_between(solid.node[i], solid.behind(i))] == 1) {
-                    next[solid.node[i]] = solid.behind(i);
-                    ++sides;
-                }
+        // What is left of the sides when those between two solids are gone, by their first nodes.
+        for (const Directed& side : sides)
+            if (std::find(sides.begin(), sides.end(), Directed{side.second, side.first}) == sides.end())
+                outer.push_back(side);
+        std::sort(outer.begin(), outer.end());
+        std::sort(all.begin(), all.end());
+        const auto nodes = std::unique(all.begin(), all.end()) - all.begin();
+        if (nodes != static_cast<std::ptrdiff_t>(outer.size()) ||
+            std::adjacent_find(outer.begin(), outer.end(), [](const Directed& one, const Directed& two) {
+                return one.first == two.first;
+            }) != outer.end())
+            return;
         std::vector<NodeNumber> ring;
-        for (NodeNumber node = next.begin()->first; ring.size() < sides; node = next[node]) {
+        ring.reserve(outer.size());
+        NodeNumber node = outer[0].first;
+        do {
             ring.push_back(node);
-            if (next.count(node) == 0)
+            const auto* const next = std::lower_bound(outer.begin(), outer.end(), Directed{node, {}});
+            if (next == outer.end() || next->first != node)
                 return;
-        }
-        if (next.size() == sides && ring.size() == all.size() &&
-            std::set<NodeNumber>(ring.begin(), ring.end()).size() == ring.size())
-            cavities.push_back({std::move(solids), ring, shape, Triangulation(node_points(mesh_, ring))});
+            node = next->second;
+        } while (node != ring.front() && ring.size() < outer.size());
+        if (node != ring.front() || ring.size() != outer.size())
+            return;
+        cavities.push_back({std::move(solids), ring, shape, Triangulation(node_points(mesh_, ring))});
     }
 
     void try_filling(const Cavity& cavity, std::vector<Point> inside, std::optional<Filling>& best) const {

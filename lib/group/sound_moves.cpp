@@ -69,7 +69,7 @@ private:
         std::vector<bool> taken(drawing_.pins.size(), false);
         for (std::size_t i = 0; i < drawing_.pins.size(); ++i) {
             const Point& pin = drawing_.pins[i];
-            const std::vector<Solid> solids = solids_holding(mesh_, engine_, drawing_, pin);
+            const Solids solids = solids_holding(mesh_, engine_, drawing_, pin);
             taken[i] = solids.empty();  // beyond the ground
             for (const Solid& solid : solids) {
                 double longest = 0.0;
@@ -276,9 +276,8 @@ struct Reach {
 
 }  // namespace
 
-std::vector<Solid> solids_met_by(const Mesh& mesh, Engine& engine, const Drawing& drawing,
-                                 const DrawnSegment& segment) {
-    std::vector<Solid> solids;
+Solids solids_met_by(const Mesh& mesh, Engine& engine, const Drawing& drawing, const DrawnSegment& segment) {
+    Solids solids;
     const Reach reach(segment.from, segment.to, drawing.tolerance);
     for (const ElementNumber e : elements_near(engine, segment.from, segment.to, reach.distance)) {
         if (!is_solid(mesh, e))
@@ -301,9 +300,8 @@ std::vector<Solid> solids_met_by(const Mesh& mesh, Engine& engine, const Drawing
     return solids;
 }
 
-std::vector<Solid> solids_holding(const Mesh& mesh, Engine& engine, const Drawing& drawing,
-                                  const Point& point) {
-    std::vector<Solid> solids;
+Solids solids_holding(const Mesh& mesh, Engine& engine, const Drawing& drawing, const Point& point) {
+    Solids solids;
     const Reach reach(point, point, drawing.tolerance);
     for (const ElementNumber e : elements_near(engine, point, point, reach.distance)) {
         if (!is_solid(mesh, e))

@@ -13,10 +13,8 @@
 namespace brelan {
 
 // The cuttable solids that a segment meets, in ascending number, and those that hold a point.
-std::vector<Solid> solids_met_by(const Mesh& mesh, Engine& engine, const Drawing& drawing,
-                                 const DrawnSegment& segment);
-std::vector<Solid> solids_holding(const Mesh& mesh, Engine& engine, const Drawing& drawing,
-                                  const Point& point);
+Solids solids_met_by(const Mesh& mesh, Engine& engine, const Drawing& drawing, const DrawnSegment& segment);
+Solids solids_holding(const Mesh& mesh, Engine& engine, const Drawing& drawing, const Point& point);
 
 // True when a segment crosses a side between its ends, both of them clear of it.
 bool crosses(const Mesh& mesh, const Drawing& drawing, const DrawnSegment& segment, const Side& side);

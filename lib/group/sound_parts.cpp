@@ -44,8 +44,8 @@ public:
 private:
     // The elements to divide, with the segments that run through them.
     void collect(const std::set<NodeNumber>& on_drawing) {
-        for (std::size_t k = 0; k < drawing_.segments.size(); ++k)
-            for (const Solid& solid : solids_met_by(mesh_, engine_, drawing_, drawing_.segments[k]))
+        for (std::size_t k = 0; k < plan_.met.size(); ++k)
+            for (const Solid& solid : plan_.met[k])
                 touched_[solid.element].push_back(k);
         for (const auto& [side, points] : plan_.sides)
             for (const ElementNumber e : users_of(mesh_, engine_, side).solids)

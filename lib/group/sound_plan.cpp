@@ -121,7 +121,8 @@ private:
     }
 
     void place_crossings(const DrawnSegment& segment) {
-        for (const Solid& solid : solids_met_by(mesh_, engine_, drawing_, segment))
+        plan_.met.push_back(solids_met_by(mesh_, engine_, drawing_, segment));
+        for (const Solid& solid : plan_.met.back())
             for (std::size_t i = 0; i < solid.count; ++i) {
                 const Side side = side_between(solid.node[i], solid.behind(i));
                 if (plan_.sides.count(side) == 0) {

@@ -19,6 +19,7 @@ struct SidePoint {
 struct CutPlan {
     std::map<Side, std::vector<SidePoint>> sides;        // in order along each
     std::map<CornerKey, std::vector<NodeNumber>> inner;  // nodes inside solids
+    std::vector<Solids> met;                             // by each segment of the drawing
 
     // The nodes on the way from A to B, without these.
     std::vector<NodeNumber> between(NodeNumber a, NodeNumber b) const;

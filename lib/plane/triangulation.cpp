@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 
 #include "plane/foot.h"
 #include "plane/orientation.h"
@@ -50,32 +49,57 @@ Openings openings_of(std::span<const Point> corners) {
 // Ears are cut off, the best shaped first (Meisters, Polygons have ears, 1975). No other corner may lie in an
 // ear or on it, so that corners on a straight side do not stay behind.
 Triangulation::Triangulation(std::span<const Point> ring) : points_(ring.begin(), ring.end()) {
-    std::vector<int> left(points_.size());
-    std::iota(left.begin(), left.end(), 0);
+    constexpr double NO_EAR = -1.0, TRIED = -2.0;
+    struct Corner {
+        int point;
+        double shape;  // of the ear that it would be
+        double tried;  // the same, until it is seen that another corner lies in it
+    };
+    std::vector<Corner> left;
+    left.reserve(points_.size());
+    for (int i = 0; i < static_cast<int>(points_.size()); ++i)
+        left.push_back({i, NO_EAR, NO_EAR});
+    const auto behind = [&](std::size_t i) { return i + 1 < left.size() ? i + 1 : 0; };
+    const auto before = [&](std::size_t i) { return (i > 0 ? i : left.size()) - 1; };
+    const auto look_at = [&](std::size_t i) {
+        const Point &a = at(left[before(i)].point), &b = at(left[i].point), &c = at(left[behind(i)].point);
+        left[i].shape = orientation(a, b, c) > 0 ? smallest_opening(a, b, c) : NO_EAR;
+    };
+    const auto is_free = [&](std::size_t i) {
+        const int a = left[before(i)].point, b = left[i].point, c = left[behind(i)].point;
+        return std::none_of(left.begin(), left.end(), [&](const Corner& corner) {
+            const int other = corner.point;
+            return other != a && other != b && other != c && orientation(at(a), at(b), at(other)) >= 0 &&
+                   orientation(at(b), at(c), at(other)) >= 0 && orientation(at(c), at(a), at(other)) >= 0;
+        });
+    };
+    for (std::size_t i = 0; i < left.size(); ++i)
+        look_at(i);
+    apex_.reserve(6 * points_.size());
     while (left.size() >= 3) {
-        const std::size_t n = left.size();
-        const auto corner = [&](std::size_t i) { return left[i % n]; };
-        std::vector<std::pair<double, std::size_t>> ears;
-        for (std::size_t i = 0; i < n; ++i) {
-            const Point &a = at(corner(i + n - 1)), &b = at(corner(i)), &c = at(corner(i + 1));
-            if (orientation(a, b, c) > 0)
-                ears.emplace_back(-smallest_opening(a, b, c), i);
-        }
-        std::sort(ears.begin(), ears.end());
-        const auto is_free = [&](const std::pair<double, std::size_t>& ear) {
-            const int a = corner(ear.second + n - 1), b = corner(ear.second), c = corner(ear.second + 1);
-            return std::none_of(left.begin(), left.end(), [&](int other) {
-                return other != a && other != b && other != c && orientation(at(a), at(b), at(other)) >= 0 &&
-                       orientation(at(b), at(c), at(other)) >= 0 && orientation(at(c), at(a), at(other)) >= 0;
-            });
+        for (Corner& corner : left)
+            corner.tried = corner.shape;
+        const auto best = [&] {
+            return static_cast<std::size_t>(
+                std::max_element(left.begin(), left.end(),
+                                 [](const Corner& one, const Corner& two) { return one.tried < two.tried; }) -
+                left.begin());
         };
-        const auto ear = std::find_if(ears.begin(), ears.end(), is_free);
-        if (ear == ears.end()) {
+        std::size_t ear = best();
+        while (left[ear].tried >= 0.0 && !is_free(ear)) {
+            left[ear].tried = TRIED;
+            ear = best();
+        }
+        if (left[ear].tried < 0.0) {
             apex_.clear();
             return;
         }
-        add(corner(ear->second + n - 1), corner(ear->second), corner(ear->second + 1));
-        left.erase(left.begin() + static_cast<std::ptrdiff_t>(ear->second));
+        add(left[before(ear)].point, left[ear].point, left[behind(ear)].point);
+        left.erase(left.begin() + static_cast<std::ptrdiff_t>(ear));
+        if (left.size() < 3)
+            break;
+        look_at(ear < left.size() ? ear : 0);
+        look_at(ear > 0 ? ear - 1 : left.size() - 1);
     }
     improve();
 }
@@ -157,7 +181,11 @@ std::vector<Triangulation::Part> Triangulation::parts() const {
     }
     std::stable_sort(pairs.begin(), pairs.end(),
                      [](const Pair& one, const Pair& two) { return one.smallest > two.smallest; });
-    std::set<std::array<int, 3>> used;
+    std::vector<std::array<int, 3>> used;
+    used.reserve(apex_.size() / 3);
+    const auto is_used = [&](const std::array<int, 3>& corners) {
+        return std::binary_search(used.begin(), used.end(), corners);
+    };
     const auto triangle = [](int a, int b, int c) {
         std::array<int, 3> corners{a, b, c};
         std::rotate(corners.begin(), std::min_element(corners.begin(), corners.end()), corners.end());
@@ -167,15 +195,16 @@ std::vector<Triangulation::Part> Triangulation::parts() const {
     for (const Pair& pair : pairs) {
         const auto [a, b] = pair.edge;
         const int c = apex(a, b), d = apex(b, a);
-        if (used.count(triangle(a, b, c)) != 0 || used.count(triangle(b, a, d)) != 0)
+        const std::array<int, 3> one = triangle(a, b, c), two = triangle(b, a, d);
+        if (is_used(one) || is_used(two))
             continue;
-        used.insert(triangle(a, b, c));
-        used.insert(triangle(b, a, d));
+        for (const std::array<int, 3>& corners : {one, two})
+            used.insert(std::lower_bound(used.begin(), used.end(), corners), corners);
         found.push_back({a, d, b, c});
     }
     for (const auto& [edge, c] : apex_) {
         const auto [a, b] = edge;
-        if (a < b && a < c && used.count({a, b, c}) == 0)
+        if (a < b && a < c && !is_used({a, b, c}))
             found.push_back({a, b, c, -1});
     }
     for (Part& part : found) {
@@ -187,20 +216,48 @@ std::vector<Triangulation::Part> Triangulation::parts() const {
 }
 
 void Triangulation::add(int a, int b, int c) {
-    apex_[{a, b}] = c;
-    apex_[{b, c}] = a;
-    apex_[{c, a}] = b;
+    set_apex({a, b}, c);
+    set_apex({b, c}, a);
+    set_apex({c, a}, b);
 }
 
 void Triangulation::remove(int a, int b, int c) {
-    apex_.erase({a, b});
-    apex_.erase({b, c});
-    apex_.erase({c, a});
+    forget_apex({a, b});
+    forget_apex({b, c});
+    forget_apex({c, a});
+}
+
+// Where an edge stands, or would.
+std::size_t Triangulation::place_of(const Edge& edge) const {
+    std::size_t low = 0, high = apex_.size();
+    while (low < high) {
+        const std::size_t middle = (low + high) / 2;
+        const Edge& other = apex_[middle].first;
+        if (other.first < edge.first || (other.first == edge.first && other.second < edge.second))
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    return low;
+}
+
+void Triangulation::set_apex(const Edge& edge, int c) {
+    const std::size_t place = place_of(edge);
+    if (place < apex_.size() && apex_[place].first == edge)
+        apex_[place].second = c;
+    else
+        apex_.insert(apex_.begin() + static_cast<std::ptrdiff_t>(place), {edge, c});
+}
+
+void Triangulation::forget_apex(const Edge& edge) {
+    const std::size_t place = place_of(edge);
+    if (place < apex_.size() && apex_[place].first == edge)
+        apex_.erase(apex_.begin() + static_cast<std::ptrdiff_t>(place));
 }
 
 int Triangulation::apex(int a, int b) const {
-    const auto found = apex_.find({a, b});
-    return found == apex_.end() ? -1 : found->second;
+    const std::size_t place = place_of({a, b});
+    return place < apex_.size() && apex_[place].first == Edge{a, b} ? apex_[place].second : -1;
 }
 
 bool Triangulation::is_flippable(int a, int b) const {

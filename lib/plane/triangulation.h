@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <map>
 #include <set>
 #include <span>
 #include <utility>
@@ -66,6 +65,9 @@ private:
     static Edge lower_first(int a, int b) { return a < b ? Edge{a, b} : Edge{b, a}; }
     void add(int a, int b, int c);
     void remove(int a, int b, int c);
+    std::size_t place_of(const Edge& edge) const;
+    void set_apex(const Edge& edge, int c);
+    void forget_apex(const Edge& edge);
     int apex(int a, int b) const;  // third corner of the triangle that has the edge a to b; -1 for none
     bool is_flippable(int a, int b) const;
     void flip(int a, int b);
@@ -77,8 +79,8 @@ private:
     const Point& at(int i) const { return points_[static_cast<std::size_t>(i)]; }
 
     std::vector<Point> points_;
-    std::map<Edge, int> apex_;  // by directed edge
-    std::set<Edge> fixed_;      // lower place first
+    std::vector<std::pair<Edge, int>> apex_;  // of directed edges, in their order
+    std::set<Edge> fixed_;                    // lower place first
 };
 
 }  // namespace brelan
