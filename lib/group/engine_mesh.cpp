@@ -9,12 +9,6 @@
 
 namespace brelan {
 
-Corners corners_of(const Mesh& mesh, ElementNumber e) {
-    const ElementWords& w = mesh.words[e];
-    // The cut hides the elements that it works on behind a negative first corner.
-    return {{w.corner_1.in_sight(), w.corner_2, w.corner_3, w.corner_4}};
-}
-
 void set_corners(Mesh& mesh, Engine& engine, ElementNumber e, const Corners& corners) {
     ElementWords& w = mesh.words[e];
     w.corner_1 = corners.n[0];

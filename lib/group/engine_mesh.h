@@ -27,7 +27,11 @@ inline bool is_selected(const Mesh& mesh, const Engine& engine, ElementNumber e)
 struct Corners {
     NodeNumber n[4];
 };
-Corners corners_of(const Mesh& mesh, ElementNumber e);
+inline Corners corners_of(const Mesh& mesh, ElementNumber e) {
+    const ElementWords& w = mesh.words[e];
+    // The cut hides the elements that it works on behind a negative first corner.
+    return {{w.corner_1.in_sight(), w.corner_2, w.corner_3, w.corner_4}};
+}
 void set_corners(Mesh& mesh, Engine& engine, ElementNumber e, const Corners& corners);
 
 // Mean of those of the first corners that have positive numbers: their sum in corner order, then divided.

@@ -119,17 +119,6 @@ void hold_joints_of_file(Mesh& mesh, const Engine& engine) {
             mesh.attribute[e] = -mesh.attribute[e] - FIRST_JOINT_CODE;
 }
 
-bool is_solid(const Mesh& mesh, ElementNumber e) {
-    return mesh.type[e] == ELEMENT_CONTINUUM && !is_joint(mesh, e);
-}
-
-Solid solid_of(const Mesh& mesh, ElementNumber e) {
-    const Corners corners = corners_of(mesh, e);
-    Solid solid{e, {}, corners.n[3].names_one() ? std::size_t{4} : std::size_t{3}};
-    std::copy_n(corners.n, solid.count, solid.node.begin());
-    return solid;
-}
-
 Outline outline_of(const Mesh& mesh, const Solid& solid) {
     Outline outline{{}, solid.count};
     for (std::size_t i = 0; i < solid.count; ++i)

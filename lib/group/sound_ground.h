@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "group/engine.h"
+#include "group/engine_mesh.h"
 #include "mesh/few.h"
 #include "mesh/tables.h"
 #include "plane/point.h"
@@ -65,8 +66,19 @@ Outline outline_of(const Mesh& mesh, const Solid& solid, NodeNumber node, const 
 // less 100, which is 100 or more: gives them back the value that tells them from solids.
 void hold_joints_of_file(Mesh& mesh, const Engine& engine);
 
-bool is_solid(const Mesh& mesh, ElementNumber e);
-Solid solid_of(const Mesh& mesh, ElementNumber e);
+inline bool is_solid(const Mesh& mesh, ElementNumber e) {
+    return mesh.type[e] == ELEMENT_CONTINUUM && !is_joint(mesh, e);
+}
+
+inline Solid solid_of(const Mesh& mesh, ElementNumber e) {
+    const Corners corners = corners_of(mesh, e);
+    Solid solid{e, {corners.n[0], corners.n[1], corners.n[2], {}}, 3};
+    if (corners.n[3].names_one()) {
+        solid.node[3] = corners.n[3];
+        solid.count = 4;
+    }
+    return solid;
+}
 
 // The nodes of a solid in ascending order. Doubles have the same.
 using CornerKey = std::array<NodeNumber, 4>;

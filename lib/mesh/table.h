@@ -8,20 +8,15 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
-#include <string>
 #include <string_view>
 #include <type_traits>
 
 #include "mesh/numbers.h"
 #include "text/layout.h"
-#include "text/run_end.h"
 
 namespace brelan {
 
-[[noreturn]] inline void fail_outside_table(std::string_view table, std::int32_t number, std::int32_t last) {
-    fail("table " + std::string(table) + ": number " + std::to_string(number) + " is outside 1 to " +
-         std::to_string(last));
-}
+[[noreturn]] void fail_outside_table(std::string_view table, std::int32_t number, std::int32_t last);
 
 // Numbers, and records that are all zeros before they are set: a large table of them costs no memory where it
 // is never touched.
