@@ -40,7 +40,7 @@ bool is_flat(const Mesh& mesh, const Corners& corners, const Box& box) {
 
 void ElementIndex::build(Mesh& mesh, Engine& engine) {
     cells_.clear();
-    anywhere_.clear();
+    met_anywhere_.clear();
     head_.clear();
     links_.clear();
     placed_.clear();
@@ -87,25 +87,25 @@ void ElementIndex::note_node(const Mesh& mesh, NodeNumber n) {
 }
 
 std::span<const ElementNumber> ElementIndex::in(const Engine& engine, const Box& box) {
-    found_.clear();
-    if (!engine.uses_indexes || cells_.empty()) {
-        for (ElementNumber e{1}; e <= engine.highest_element; ++e)
-            found_.push_back(e);
-        return found_;
-    }
-    ++mark_;
-    for (std::int32_t c = cell_x(box.x0); c <= cell_x(box.x1); ++c)
-        for (std::int32_t r = cell_y(box.y0); r <= cell_y(box.y1); ++r)
-            take(cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
-                        static_cast<std::size_t>(r)]);
-    take(anywhere_);
+    if (!is_used(engine))
+        return all(engine);
+    take_cells(box);
+    std::sort(found_.begin(), found_.end());
+    return found_;
+}
+
+std::span<const ElementNumber> ElementIndex::met_in(const Engine& engine, const Box& box) {
+    if (!is_used(engine))
+        return all(engine);
+    take_cells(box);
+    take(met_anywhere_);
     std::sort(found_.begin(), found_.end());
     return found_;
 }
 
 std::vector<ElementNumber> ElementIndex::with(const Engine& engine, std::span<const NodeNumber> nodes) const {
     std::vector<ElementNumber> elements;
-    if (!engine.uses_indexes || cells_.empty()) {
+    if (!is_used(engine)) {
         for (ElementNumber e{1}; e <= engine.highest_element; ++e)
             elements.push_back(e);
         return elements;
@@ -122,7 +122,7 @@ std::vector<ElementNumber> ElementIndex::with(const Engine& engine, std::span<co
 
 ElementsAt ElementIndex::at(const Engine& engine, NodeNumber node) const {
     ElementsAt elements;
-    if (!engine.uses_indexes || cells_.empty()) {
+    if (!is_used(engine)) {
         for (ElementNumber e{1}; e <= engine.highest_element; ++e)
             elements.push_back(e);
         return elements;
@@ -159,15 +159,19 @@ void ElementIndex::place(const Mesh& mesh, ElementNumber e) {
         first = false;
         box.include(node_point(mesh, n));
     }
-    if (first || is_flat(mesh, corners, box)) {
-        anywhere_.push_back(e);
-        return;
+    CellRange& placed = placed_[e.place()];
+    if (!placed.met_anywhere && (first || is_flat(mesh, corners, box))) {
+        placed.met_anywhere = true;
+        met_anywhere_.push_back(e);
     }
+    if (first)
+        return;
     const Box room = box.with_room(slanting_sides(mesh, corners));
-    const CellRange range{cell_x(room.x0), cell_x(room.x1), cell_y(room.y0), cell_y(room.y1)};
-    if (placed_[e.place()].holds(range))
+    const CellRange range{cell_x(room.x0), cell_x(room.x1), cell_y(room.y0), cell_y(room.y1),
+                          placed.met_anywhere};
+    if (placed.holds(range))
         return;  // it stands there already
-    placed_[e.place()] = range;
+    placed = range;
     for (std::int32_t c = range.left; c <= range.right; ++c)
         for (std::int32_t r = range.low; r <= range.high; ++r) {
             auto& list = cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
@@ -175,6 +179,26 @@ void ElementIndex::place(const Mesh& mesh, ElementNumber e) {
             if (list.empty() || list.back() != e)
                 list.push_back(e);
         }
+}
+
+bool ElementIndex::is_used(const Engine& engine) const {
+    return engine.uses_indexes && !cells_.empty();
+}
+
+std::span<const ElementNumber> ElementIndex::all(const Engine& engine) {
+    found_.clear();
+    for (ElementNumber e{1}; e <= engine.highest_element; ++e)
+        found_.push_back(e);
+    return found_;
+}
+
+void ElementIndex::take_cells(const Box& box) {
+    found_.clear();
+    ++mark_;
+    for (std::int32_t c = cell_x(box.x0); c <= cell_x(box.x1); ++c)
+        for (std::int32_t r = cell_y(box.y0); r <= cell_y(box.y1); ++r)
+            take(cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
+                        static_cast<std::size_t>(r)]);
 }
 
 void ElementIndex::take(const std::vector<ElementNumber>& elements) {

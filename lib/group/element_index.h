@@ -27,7 +27,10 @@ public:
     // The elements of a moved node lie elsewhere now.
     void note_node(const Mesh& mesh, NodeNumber n);
 
+    // The elements that may lie in a box, and those that a line through it may meet: one of no area is on its
+    // whole line, wherever it lies.
     std::span<const ElementNumber> in(const Engine& engine, const Box& box);
+    std::span<const ElementNumber> met_in(const Engine& engine, const Box& box);
     std::vector<ElementNumber> with(const Engine& engine, std::span<const NodeNumber> nodes) const;
     ElementsAt at(const Engine& engine, NodeNumber node) const;
 
@@ -41,6 +44,7 @@ private:
     // The cells that an element was last placed in.
     struct CellRange {
         std::int32_t left = 0, right = -1, low = 0, high = -1;
+        bool met_anywhere = false;
 
         bool holds(const CellRange& other) const {
             return left <= other.left && right >= other.right && low <= other.low && high >= other.high;
@@ -52,12 +56,15 @@ private:
     std::int32_t cell_x(float x) const { return cell(x, bounds_.x0, bounds_.x1); }
     std::int32_t cell_y(float y) const { return cell(y, bounds_.y0, bounds_.y1); }
     void place(const Mesh& mesh, ElementNumber e);
+    bool is_used(const Engine& engine) const;
+    std::span<const ElementNumber> all(const Engine& engine);
+    void take_cells(const Box& box);
     void take(const std::vector<ElementNumber>& elements);
 
     Box bounds_{0.0F, 0.0F, 0.0F, 0.0F};
     std::int32_t count_ = 1;
     std::vector<std::vector<ElementNumber>> cells_;
-    std::vector<ElementNumber> anywhere_;
+    std::vector<ElementNumber> met_anywhere_;
     ByNumber<std::int32_t> head_{NONE};  // by node: its last link
     std::vector<Link> links_;
     ByNumber<CellRange> placed_;  // by element

@@ -80,7 +80,7 @@ std::span<const ElementNumber> elements_met_by(Engine& engine, const Point& p1, 
     engine.look();
     Extent slanting;
     slanting.include(p1, p2);
-    return engine.element_index.in(engine, box_of(p1, p2).with_room(slanting));
+    return engine.element_index.met_in(engine, box_of(p1, p2).with_room(slanting));
 }
 
 std::span<const ElementNumber> elements_near(Engine& engine, const Point& p1, const Point& p2, float reach) {

@@ -185,6 +185,8 @@ CutPlan halve_sides(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, 
 }
 
 void follow_sides(std::vector<NodeNumber>& line, bool closed, const CutPlan& plan) {
+    if (!plan.divides(line, closed))
+        return;
     std::vector<NodeNumber> longer;
     for (std::size_t k = 0; k < line.size(); ++k) {
         longer.push_back(line[k]);
@@ -198,6 +200,8 @@ void follow_sides(std::vector<NodeNumber>& line, bool closed, const CutPlan& pla
 
 void follow_sides(std::vector<NodeNumber>& line, std::vector<NodeNumber>& twins, bool closed,
                   const CutPlan& plan) {
+    if (!plan.divides(line, closed))
+        return;
     std::vector<NodeNumber> longer, longer_twins;
     for (std::size_t k = 0; k < line.size(); ++k) {
         longer.push_back(line[k]);

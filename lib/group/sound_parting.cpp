@@ -133,6 +133,12 @@ void follow_parting(Drawn& drawn, const PartedSides& parted) {
 
 void follow_parting(std::vector<NodeNumber>& nodes, std::vector<NodeNumber>& twins, bool closed,
                     const PartedSides& parted) {
+    const auto stays = [&](NodeNumber node) {
+        const auto first = parted.lower_bound({node, NodeNumber{}});
+        return first == parted.end() || first->first.first != node;
+    };
+    if (std::all_of(nodes.begin(), nodes.end(), stays) && std::all_of(twins.begin(), twins.end(), stays))
+        return;
     std::vector<NodeNumber> nodes_now, twins_now;
     const std::size_t c = nodes.size();
     const auto seen_from = [&](const std::vector<NodeNumber>& line, std::size_t k,

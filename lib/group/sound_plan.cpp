@@ -249,6 +249,13 @@ std::vector<NodeNumber> CutPlan::between(NodeNumber a, NodeNumber b) const {
     return nodes;
 }
 
+bool CutPlan::divides(std::span<const NodeNumber> line, bool closed) const {
+    for (std::size_t k = 1; k < line.size() && !sides.empty(); ++k)
+        if (sides.count(side_between(line[k - 1], line[k])) != 0)
+            return true;
+    return closed && !line.empty() && sides.count(side_between(line.back(), line.front())) != 0;
+}
+
 std::vector<NodeNumber> CutPlan::ring_of(const Solid& solid) const {
     std::vector<NodeNumber> ring;
     ring.reserve(2 * solid.count);

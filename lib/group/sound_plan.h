@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <span>
 #include <vector>
 
 #include "group/sound_drawing.h"
@@ -23,6 +24,9 @@ struct CutPlan {
 
     // The nodes on the way from A to B, without these.
     std::vector<NodeNumber> between(NodeNumber a, NodeNumber b) const;
+
+    // True where a line has got nodes between its own.
+    bool divides(std::span<const NodeNumber> line, bool closed) const;
 
     // All nodes round a solid, from its first corner.
     std::vector<NodeNumber> ring_of(const Solid& solid) const;
