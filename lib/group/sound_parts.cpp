@@ -99,21 +99,28 @@ private:
 
     // The parts of a solid; none where it stays as it is.
     std::vector<Part> parts_of(const Solid& solid, const std::vector<std::size_t>& segments) {
-        const Outline corners = outline_of(mesh_, solid);
         std::vector<NodeNumber> nodes = plan_.ring_of(solid);
-        bool is_touched = nodes.size() != solid.count || is_better_split(corners);
-        Triangulation triangulation(node_points(mesh_, nodes));
+        const std::size_t ring = nodes.size();
         if (const auto inner = plan_.inner.find(key_of(solid)); inner != plan_.inner.end())
-            for (const NodeNumber node : inner->second) {
-                if (triangulation.add_inside(node_point(mesh_, node)) < 0)
-                    refuse(solid.element, node, "does not hold the point drawn in it");  // GCOVR_EXCL_LINE
-                nodes.push_back(node);
-                is_touched = true;
-            }
+            nodes.insert(nodes.end(), inner->second.begin(), inner->second.end());
+        std::vector<Chain> chains;
         for (const std::size_t k : segments)
-            is_touched = fix_chain(triangulation, solid, nodes, drawing_.segments[k]) || is_touched;
+            chains.push_back(chain_along(drawing_.segments[k], nodes, ring));
+        const bool is_touched =
+            nodes.size() != solid.count || is_better_split(outline_of(mesh_, solid)) ||
+            std::any_of(chains.begin(), chains.end(), [](const Chain& chain) { return chain.is_inside; });
         if (!is_touched)
             return {};
+        Triangulation triangulation(node_points(mesh_, std::span(nodes).first(ring)));
+        for (std::size_t i = ring; i < nodes.size(); ++i)
+            if (triangulation.add_inside(node_point(mesh_, nodes[i])) < 0)
+                refuse(solid.element, nodes[i], "does not hold the point drawn in it");  // GCOVR_EXCL_LINE
+        for (const Chain& chain : chains)
+            for (std::size_t i = 1; i < chain.places.size(); ++i)
+                if (!triangulation.fix(chain.places[i - 1], chain.places[i], drawing_.tolerance))
+                    refuse(solid.element,
+                           nodes[static_cast<std::size_t>(chain.places[i - 1])],  // GCOVR_EXCL_LINE
+                           "cannot be divided along the line");                   // GCOVR_EXCL_LINE
         triangulation.improve();
         for (std::size_t i = nodes.size(); i < triangulation.points().size(); ++i)
             nodes.push_back(
@@ -131,32 +138,34 @@ private:
         return parts;
     }
 
-    // Makes a chain of edges of the nodes that lie on a segment. True where it runs through the inside.
-    bool fix_chain(Triangulation& triangulation, const Solid& solid, const std::vector<NodeNumber>& nodes,
-                   const DrawnSegment& segment) {
+    // The nodes of a solid that lie on a segment, by their places in its ring and behind it.
+    struct Chain {
+        std::vector<int> places;
+        bool is_inside = false;  // not along its sides alone
+    };
+    Chain chain_along(const DrawnSegment& segment, const std::vector<NodeNumber>& nodes, std::size_t ring) {
         std::vector<std::pair<double, int>> on;
         for (std::size_t i = 0; i < nodes.size(); ++i) {
             const Foot foot = foot_on(segment.from, segment.to, node_point(mesh_, nodes[i]));
-            if (foot.distance < drawing_.tolerance)
+            if (foot.distance < drawing_.tolerance) {
                 on.emplace_back(foot.share, static_cast<int>(i));
+                drawn_.lines.try_emplace(nodes[i], segment.from, segment.to);
+            }
         }
-        for (const auto& [share, i] : on)
-            drawn_.lines.try_emplace(nodes[static_cast<std::size_t>(i)], segment.from, segment.to);
         std::sort(on.begin(), on.end());
-        const auto ring = static_cast<int>(plan_.ring_of(solid).size());
-        bool inside = false;
-        for (std::size_t i = 1; i < on.size(); ++i) {
-            const int a = on[i - 1].second, b = on[i].second;
-            const NodeNumber from = nodes[static_cast<std::size_t>(a)];
-            if (!triangulation.fix(a, b, drawing_.tolerance))
-                refuse(solid.element, from, "cannot be divided along the line");  // GCOVR_EXCL_LINE
-            const bool along_side = a < ring && b < ring && ((a + 1) % ring == b || (b + 1) % ring == a);
-            inside = inside || !along_side;
-            if (along_side)
-                drawn_.sides.insert(
-                    side_between(nodes[static_cast<std::size_t>(a)], nodes[static_cast<std::size_t>(b)]));
+        Chain chain;
+        for (std::size_t i = 0; i < on.size(); ++i) {
+            chain.places.push_back(on[i].second);
+            if (i == 0)
+                continue;
+            const auto a = static_cast<std::size_t>(on[i - 1].second);
+            const auto b = static_cast<std::size_t>(on[i].second);
+            if (a < ring && b < ring && ((a + 1) % ring == b || (b + 1) % ring == a))
+                drawn_.sides.insert(side_between(nodes[a], nodes[b]));
+            else
+                chain.is_inside = true;
         }
-        return inside;
+        return chain;
     }
 
     // I1-I2 and I4-I3 lie across each other and have as many new nodes each.

@@ -26,14 +26,13 @@ double smallest_opening(const Point& a, const Point& b, const Point& c) {
     return openings_of(corners).smallest;
 }
 
-}  // namespace
-
-Openings openings_of(std::span<const Point> corners) {
+template <std::size_t N>
+Openings openings_of_polygon(const Point* corners) {
     Openings found{4.0, 0.0};
-    Vector in = between(corners.back(), corners.front());
+    Vector in = between(corners[N - 1], corners[0]);
     double square_in = in.x * in.x + in.y * in.y;
-    for (std::size_t i = 0; i < corners.size(); ++i) {
-        const Vector out = between(corners[i], i + 1 < corners.size() ? corners[i + 1] : corners.front());
+    for (std::size_t i = 0; i < N; ++i) {
+        const Vector out = between(corners[i], corners[(i + 1) % N]);
         const double square_out = out.x * out.x + out.y * out.y;
         const double lengths = std::sqrt(square_out * square_in);
         const double cosine = lengths > 0.0 ? -(out.x * in.x + out.y * in.y) / lengths : 1.0;
@@ -44,6 +43,13 @@ Openings openings_of(std::span<const Point> corners) {
         square_in = square_out;
     }
     return found;
+}
+
+}  // namespace
+
+Openings openings_of(std::span<const Point> corners) {
+    return corners.size() == 3 ? openings_of_polygon<3>(corners.data())
+                               : openings_of_polygon<4>(corners.data());
 }
 
 // Ears are cut off, the best shaped first (Meisters, Polygons have ears, 1975). No other corner may lie in an
