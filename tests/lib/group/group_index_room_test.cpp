@@ -2,8 +2,10 @@
 // whole length, most of all where an end is a power of two. The index of places finds what a look at all
 // elements finds.
 
+#include <algorithm>
 #include <cmath>
 #include <random>
+#include <span>
 #include <vector>
 
 #include "lib/group/cut_fixture.h"
@@ -110,6 +112,22 @@ TEST_F(GroupIndexRoom, SideIsCrossedAlmostAWholeLengthBeyondItsEnd) {
     EXPECT_TRUE(crossing.meets);
     EXPECT_EQ(crossing.point.x, 2.0F);
     EXPECT_EQ(crossing.point.y, 9.286F);
+}
+
+TEST_F(GroupIndexRoom, FlatElementIsMetOnItsWholeLineAndNearWhereItLiesAlone) {
+    rectangle(30.0F, 30.0F);
+    node(5, 10.0F, 10.0F);
+    node(6, 12.0F, 10.0F);
+    element(2, {5, 6, 6, 5});  // a joint of no width
+    build_indexes(state.mesh, state.engine);
+    const auto has_joint = [](std::span<const ElementNumber> elements) {
+        return std::find(elements.begin(), elements.end(), ElementNumber(2)) != elements.end();
+    };
+    EXPECT_TRUE(has_joint(elements_near(state.engine, {11.0F, 9.0F}, {11.0F, 11.0F})));
+    EXPECT_TRUE(has_joint(elements_met_by(state.engine, {25.0F, 9.0F}, {25.0F, 11.0F})));
+    move_node(state.mesh, state.engine, NodeNumber(5), {20.0F, 20.0F});
+    move_node(state.mesh, state.engine, NodeNumber(6), {22.0F, 20.0F});
+    EXPECT_TRUE(has_joint(elements_near(state.engine, {21.0F, 19.0F}, {21.0F, 21.0F})));
 }
 
 TEST_F(GroupIndexRoom, SidesBetweenPowersOfTwoAreFoundAsByAScan) {

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <map>
+#include <utility>
 
 #include "lib/group/sound_cut/deck_classes.h"
 #include "lib/group/sound_cut/judge.h"
@@ -27,7 +29,8 @@ struct Row {
     int decks = 0, refused = 0, unsound = 0, off_line = 0, pinned = 0, off_region = 0, midside = 0;
     double elements = 0.0, triangles = 0.0, seconds = 0.0;
     std::vector<double> angles;
-    std::string smallest_at;  // deck and element
+    std::map<int, std::pair<double, double>> kept;  // by deck that keeps all laws: smallest angle, elements
+    std::string smallest_at;                        // deck and element
 };
 
 std::string cut_name(CutMethod method) {
@@ -66,6 +69,8 @@ Row run_class(const DeckClass& of, int decks, CutMethod method, int shown) {
             verdict.smallest_angle < *std::min_element(row.angles.begin(), row.angles.end()))
             row.smallest_at = deck.name + ", " + verdict.smallest_at;
         row.angles.push_back(verdict.smallest_angle);
+        if (verdict.violations.empty())
+            row.kept[i] = {verdict.smallest_angle, static_cast<double>(verdict.solids)};
         if (!verdict.violations.empty() && shown-- > 0)
             tell(deck, method, i, verdict.text());
     }
@@ -88,6 +93,27 @@ void print(std::string_view name, CutMethod method, const Row& row) {
     std::cout << std::flush;
 }
 
+// The decks that keep all laws by either cut: the others have no mesh by the rules to be held against.
+void print_both(const Row& rules, const Row& sound) {
+    std::vector<double> by_rules, by_sound;
+    double elements = 0.0, elements_sound = 0.0;
+    for (const auto& [deck, row] : rules.kept)
+        if (const auto other = sound.kept.find(deck); other != sound.kept.end()) {
+            by_rules.push_back(row.first);
+            by_sound.push_back(other->second.first);
+            elements += row.second;
+            elements_sound += other->second.second;
+        }
+    if (by_rules.empty())
+        return;
+    for (std::vector<double>* angles : {&by_rules, &by_sound})
+        std::sort(angles->begin(), angles->end());
+    std::cout << "  right by both: " << by_rules.size() << ", angle/2 by the rules "
+              << by_rules[by_rules.size() / 2] << ", sound " << by_sound[by_sound.size() / 2]
+              << ", elements sound by rules " << elements_sound / elements << "\n"
+              << std::flush;
+}
+
 TEST(SoundCutTable, ByClass) {
     const int decks = std::atoi(variable("BRELAN_CUT_DECKS").c_str());
     if (decks <= 0)
@@ -97,10 +123,13 @@ TEST(SoundCutTable, ByClass) {
     for (const DeckClass& of : deck_classes()) {
         if (of.name.find(variable("BRELAN_CUT_CLASS")) == std::string_view::npos)
             continue;
+        std::map<CutMethod, Row> rows;
         for (const CutMethod method : {CutMethod::by_rules, CutMethod::sound})
-            if (cut_name(method).find(variable("BRELAN_CUT_BY")) != std::string::npos)
-                print(of.name, method,
-                      run_class(of, decks, method, std::atoi(variable("BRELAN_CUT_SHOW").c_str())));
+            if (cut_name(method).find(variable("BRELAN_CUT_BY")) != std::string::npos) {
+                rows[method] = run_class(of, decks, method, std::atoi(variable("BRELAN_CUT_SHOW").c_str()));
+                print(of.name, method, rows[method]);
+            }
+        print_both(rows[CutMethod::by_rules], rows[CutMethod::sound]);
     }
 }
 
