@@ -81,9 +81,15 @@ void ElementIndex::note(const Mesh& mesh, ElementNumber e) {
 void ElementIndex::note_node(const Mesh& mesh, NodeNumber n) {
     if (cells_.empty())
         return;
+    ++mark_;
     for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE;
-         i = links_[static_cast<std::size_t>(i)].next)
-        place(mesh, links_[static_cast<std::size_t>(i)].element);
+         i = links_[static_cast<std::size_t>(i)].next) {
+        const ElementNumber e = links_[static_cast<std::size_t>(i)].element;
+        std::uint32_t& stamp = stamp_[e.place()];
+        if (stamp != mark_)
+            place(mesh, e);
+        stamp = mark_;
+    }
 }
 
 std::span<const ElementNumber> ElementIndex::in(const Engine& engine, const Box& box) {

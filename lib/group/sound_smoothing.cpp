@@ -51,18 +51,14 @@ bool is_flat(std::span<const Point> corners) {
     return has_no_corner(corners) || has_no_corner({as_read.data(), n});
 }
 
-bool is_doubtful(std::span<const Point> corners, double shape) {
-    if (shape < DOUBTFUL)
+bool is_doubtful(std::span<const Point> corners, const Openings& openings) {
+    if (std::min(openings.smallest, OPENING_180 - openings.largest) < DOUBTFUL)
         return true;
-    for (std::size_t i = 0; i < corners.size(); ++i) {
-        const Point &a = corners[i], &b = i + 1 < corners.size() ? corners[i + 1] : corners[0];
-        const double dx = static_cast<double>(b.x) - static_cast<double>(a.x);
-        const double dy = static_cast<double>(b.y) - static_cast<double>(a.y);
-        const double size = std::abs(static_cast<double>(a.x)) + std::abs(static_cast<double>(a.y));
-        if (dx * dx + dy * dy < SHORT * SHORT * size * size)
-            return true;
-    }
-    return false;
+    double size = 0.0;
+    for (const Point& corner : corners)
+        size = std::max(size,
+                        std::abs(static_cast<double>(corner.x)) + std::abs(static_cast<double>(corner.y)));
+    return openings.shortest_square < SHORT * SHORT * size * size;
 }
 
 bool turns_everywhere(std::span<const Point> corners) {
@@ -80,7 +76,7 @@ double shape_as_written(std::span<const Point> corners) {
     const double shape = std::min(openings.smallest, OPENING_180 - openings.largest);
     if (shape <= -CERTAIN || (shape < CERTAIN && !turns_everywhere(corners)))
         return -1.0;
-    return is_doubtful(corners, shape) && is_flat(corners) ? -1.0 : shape;
+    return is_doubtful(corners, openings) && is_flat(corners) ? -1.0 : shape;
 }
 
 class Smoother {
@@ -183,9 +179,7 @@ double shape_with(const Mesh& mesh, std::span<const Solid> solids, NodeNumber no
 
 bool is_flat_as_written(const Mesh& mesh, const Solid& solid) {
     const Outline corners = outline_of(mesh, solid);
-    const Openings openings = openings_of(corners);
-    return is_doubtful(corners, std::min(openings.smallest, OPENING_180 - openings.largest)) &&
-           is_flat(corners);
+    return is_doubtful(corners, openings_of(corners)) && is_flat(corners);
 }
 
 void smooth(Mesh& mesh, Engine& engine, const Drawn& drawn, const std::set<NodeNumber>& nodes) {

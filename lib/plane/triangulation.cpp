@@ -28,9 +28,9 @@ double smallest_opening(const Point& a, const Point& b, const Point& c) {
 
 template <std::size_t N>
 Openings openings_of_polygon(const Point* corners) {
-    Openings found{4.0, 0.0};
     Vector in = between(corners[N - 1], corners[0]);
     double square_in = in.x * in.x + in.y * in.y;
+    Openings found{4.0, 0.0, square_in};
     for (std::size_t i = 0; i < N; ++i) {
         const Vector out = between(corners[i], corners[(i + 1) % N]);
         const double square_out = out.x * out.x + out.y * out.y;
@@ -39,6 +39,7 @@ Openings openings_of_polygon(const Point* corners) {
         const double opening = in.x * out.y - in.y * out.x >= 0.0 ? 1.0 - cosine : 3.0 + cosine;
         found.smallest = std::min(found.smallest, opening);
         found.largest = std::max(found.largest, opening);
+        found.shortest_square = std::min(found.shortest_square, square_out);
         in = out;
         square_in = square_out;
     }

@@ -18,6 +18,7 @@ namespace brelan {
 // with its angle, and unlike the angle it has the same digits on every machine.
 struct Openings {
     double smallest = 0.0, largest = 0.0;
+    double shortest_square = 0.0;  // of the length of a side
 };
 Openings openings_of(std::span<const Point> corners);
 
