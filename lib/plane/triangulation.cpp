@@ -56,7 +56,7 @@ Openings openings_of(std::span<const Point> corners) {
 // Ears are cut off, the best shaped first (Meisters, Polygons have ears, 1975). No other corner may lie in an
 // ear or on it, so that corners on a straight side do not stay behind.
 Triangulation::Triangulation(std::span<const Point> ring) : points_(ring.begin(), ring.end()) {
-    constexpr double NO_EAR = -1.0, TRIED = -2.0;
+    constexpr double NO_EAR = -1.0, TRIED = -2.0;  // less than rounding makes of an opening of 0
     struct Corner {
         int point;
         double shape;  // of the ear that it would be
@@ -93,11 +93,11 @@ Triangulation::Triangulation(std::span<const Point> ring) : points_(ring.begin()
                 left.begin());
         };
         std::size_t ear = best();
-        while (left[ear].tried >= 0.0 && !is_free(ear)) {
+        while (left[ear].tried > NO_EAR && !is_free(ear)) {
             left[ear].tried = TRIED;
             ear = best();
         }
-        if (left[ear].tried < 0.0) {
+        if (left[ear].tried <= NO_EAR) {
             apex_.clear();
             return;
         }

@@ -120,6 +120,15 @@ TEST(Triangulation, OfASideThatIsDrawnInStaysOutsideTheNotch) {
     expect_convex(triangulation);
 }
 
+// Rounding puts the opening of its narrow corners 2 in 10^16 below 0.
+TEST(Triangulation, OfATriangleWithoutWidthIsTheTriangle) {
+    const std::vector<Point> narrow{
+        {9.125F, 0.5F}, {0x1.2a2f54p+2F, 0x1.b5b238p-4F}, {0x1.b8b9e4p+2F, 0x1.363232p-2F}};
+    ASSERT_LT(openings_of(narrow).smallest, 0.0);
+    ASSERT_GT(orientation(narrow[0], narrow[1], narrow[2]), 0);
+    EXPECT_EQ(Triangulation(narrow).parts(), (std::vector<Triangulation::Part>{{0, 1, 2, -1}}));
+}
+
 TEST(Triangulation, OfNoPolygonIsEmpty) {
     EXPECT_TRUE(Triangulation(std::vector<Point>{{0, 0}, {0, 1}, {1, 1}, {1, 0}}).parts().empty());
     EXPECT_EQ(Triangulation(SQUARE).add_inside({2, 2}), -1);
