@@ -189,7 +189,7 @@ public:
             std::stable_sort(entries.begin(), entries.end(),
                              [](const Entry& x, const Entry& y) { return x.cycle < y.cycle; });
             return entries;
-        };
+        };  // GCOVR_EXCL_LINE: an exception alone ends here
         const std::vector<Entry> entries_a = entries_of(a_), entries_b = entries_of(b_);
         std::size_t i = 0, j = 0;
         while (i < entries_a.size() || j < entries_b.size()) {

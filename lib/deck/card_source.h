@@ -187,7 +187,10 @@ public:
     void hold(const std::string& message) override { refuse(message); }
 
 protected:
-    std::string name_of(const Card& card) const override { return "Card " + std::string(card.number); }
+    // A deck's lists and counts alone ask.
+    std::string name_of(const Card& card) const override {  // GCOVR_EXCL_LINE
+        return "Card " + std::string(card.number);          // GCOVR_EXCL_LINE
+    }
 
 private:
     Channel& normalised_;

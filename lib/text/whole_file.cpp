@@ -34,8 +34,7 @@ fs::path name_beside(const fs::path& target, int attempt) {
 
 bool is_name_beside(std::string_view name) {
     const std::size_t mark = name.rfind(MARK);
-    if (mark == std::string_view::npos || !name.ends_with(END) ||
-        mark + MARK.size() + END.size() > name.size())
+    if (mark == std::string_view::npos || !name.ends_with(END))
         return false;
     const std::string_view between =
         name.substr(mark + MARK.size(), name.size() - mark - MARK.size() - END.size());

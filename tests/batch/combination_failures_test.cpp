@@ -193,6 +193,14 @@ TEST(CombinationFailures, AListedNodeThatTheSecondRegionDoesNotHaveIsRefused) {
     }
 }
 
+TEST(CombinationFailures, AListedPartnerThatIsNoNodeNumberIsRefused) {
+    for (const char* list : {"1 0", "-4 3", "1 99991"}) {
+        const Project project;
+        prepare(project, square(0, 1, 1), square(1, 1, 1), {"1", "2", "2 4", list});
+        expect_refused(project, {"deck.dat", "line 7", "Card 2.3", "in the second list"});
+    }
+}
+
 TEST(CombinationFailures, ListsOfMoreThanFiveHundredAreRefused) {
     std::string list;
     for (int k = 0; k < 501; ++k)

@@ -310,5 +310,25 @@ TEST(GroupCards, GroupBehindAMaterialLineThatIsNotShownBeginsAtItsTitle) {
     EXPECT_EQ(project.run().status, 1);
 }
 
+// The material line takes both values of the second point that is shown, the count of points the third point
+// and the front of the fourth: what is left names a point that no outline has.
+TEST(GroupCards, PointBehindAMaterialLineThatIsNotShownMayBeNone) {
+    const Project project(Kind::head);
+    project.write("mesh.Mes", sample_mesh(Kind::head).text());
+    project.write_data("DV-BRELAN.dat", DEFAULTS);
+    project.deck(text_of(FRONT + NO_LISTS +
+                         Lines{"1 1", "0 0 0", "first", "-4", "7 2 5 3 0.25 1 2 3 4", "5 0 0 0 0",
+                               "1 100 100", "2 101 100", "1 0 0", "2 1 1", "9999 2 2", "0", "0"}));
+    expect_failed(project.run(), {"Card 3.3.5.4.2-1", "expected an NP from 1 to 1100, found 9999"});
+}
+
+TEST(GroupCards, DeckThatEndsInFrontOfATitleIsNamed) {
+    const Project project(Kind::coupled);
+    project.write("mesh.Mes", sample_mesh(Kind::coupled).text());
+    project.write_data("DV-BRELAN.dat", DEFAULTS);
+    project.deck(text_of(FRONT + NO_LISTS + Lines{"1 1"} + REFERENCE));
+    expect_failed(project.run(), {"deck.dat, line 11: the file ends here; expected a group's title"});
+}
+
 }  // namespace
 }  // namespace brelan::test

@@ -27,11 +27,12 @@ TEST(StartUpFails, WorkingDirectoryThatCannotBeReadIsAMessage) {
 }
 
 // Runs the program by a shell that has been prepared; gives its exit status.
-int run_prepared(const Project& project, const std::string& preparation, const std::string& out) {
+int run_prepared(const Project& project, const std::string& preparation, const std::string& out,
+                 const std::string& errors = "../said") {
     const fs::path work = project.work_file("").parent_path();
     const std::string command = "cd '" + work.string() + "' && " + preparation + " BRELAN_DRIVE_C='" +
                                 project.drive().string() + "' '" BRELAN_PROGRAM "' < /dev/null > " + out +
-                                " 2> ../said";
+                                " 2> " + errors;
     const int status = std::system(command.c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
@@ -45,6 +46,13 @@ TEST(StartUpFails, ConsoleThatTakesNothingIsAMessage) {
     EXPECT_EQ(project.read("said"), "brelan2d: console: standard output cannot be written\n");
 }
 
+TEST(StartUpFails, StatusIsRightWhereNoMessageCanBeShown) {
+    const Project project(Kind::head);
+    project.deck("1 0\nnone.Mes\n");
+    EXPECT_EQ(run_prepared(project, "", "../shown", "/dev/full"), 2);
+    EXPECT_EQ(project.read("shown"), "");
+}
+
 // A block of 512 bytes holds neither the copy of the deck nor the mesh.
 TEST(StartUpFails, DiskWithoutRoomIsAMessage) {
     const Project project(Kind::head);
@@ -55,6 +63,17 @@ TEST(StartUpFails, DiskWithoutRoomIsAMessage) {
     EXPECT_EQ(said.find("brelan2d: "), 0U) << said;
     EXPECT_NE(said.substr(0, said.find('\n')).find("File too large"), std::string::npos) << said;
     EXPECT_FALSE(fs::exists(project.file("out.Mes")));
+}
+
+// The size that is asked for is written as the run stops.
+TEST(StartUpFails, DiskWithoutRoomAtAStopIsAMessage) {
+    const Project project(Kind::displacement);
+    fs::create_symlink("/dev/full", project.work_file("Coord.dat"));
+    project.deck("2\n1 1\n0 0\n1E5 1 0.5\n1E5 1 0.5\n0\n");
+    EXPECT_EQ(run_prepared(project, "", "../shown"), 2);
+    EXPECT_EQ(project.read("said"),
+              "brelan2d: Coord.dat: the file cannot be written: No space left on device\n");
+    EXPECT_EQ(project.read("shown"), "");
 }
 
 }  // namespace

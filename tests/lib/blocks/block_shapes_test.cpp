@@ -241,6 +241,13 @@ TEST_F(BlockShapes, ANumberThatItsFileHasNoRoomForIsNamedWithItsLine) {
     EXPECT_EQ(failure_of([&] { generate(plan); }).rfind("..\\Bmesh.dat, line 3: ", 0), 0U);
     state.channels.close_all();
     plan = four_blocks({1, 2, 3, 4});
+    plan.blocks[1].column_divisions = 100000;
+    {
+        const Edition kind(HEAD);
+        EXPECT_EQ(failure_of([&] { generate(plan); }).rfind("Bmesh.Tmp, line 38: ", 0), 0U);
+        state.channels.close_all();
+    }
+    plan = four_blocks({1, 2, 3, 4});
     plan.key_points[6].y = std::numeric_limits<float>::infinity();
     EXPECT_EQ(
         failure_of([&] { generate(plan); }),
@@ -258,6 +265,12 @@ TEST_F(BlockShapes, ANodeThatIsNowhereIsNamedWithItsLine) {
     state.channels.close_all();
     EXPECT_EQ(lines_of(coord()).at(8), "      9     0     0     0 *************  0.700000E+02 ");
     EXPECT_EQ(base(), "an earlier base mesh\n");
+    plan = four_blocks({1, 2, 3, 4});
+    plan.key_points[24].y = 3.0E38F;
+    plan.scale = 10.0F;
+    EXPECT_EQ(failure_of([&] { generate(plan); }),
+              "Coord.dat, line 9: expected a number in a raw node line, found \"*************\"");
+    state.channels.close_all();
 }
 
 }  // namespace

@@ -103,5 +103,18 @@ TEST(DivideStrip, TheFirstElementIsAsLongAsAskedForAndOneMoreWouldBeShorter) {
     }
 }
 
+TEST(PlannedBlocks, ARowWithoutADivisionIsNamed) {
+    BlockCards cards;
+    cards.block_columns = 1;
+    cards.block_rows = 2;
+    cards.columns[1] = {10, 1, 0.5F};
+    cards.rows[1] = {10, 1, 0.5F};
+    cards.rows[2] = {10, -1, 0.5F};  // -10 divisions
+    EXPECT_EQ(failure_of([&] { plan_blocks(cards); }),
+              "Card 4.4, row 2: expected values that give at least one division");
+    cards.rows[2] = {10, 5, 0.5F};
+    EXPECT_EQ(plan_blocks(cards).blocks.at(1).row_divisions, 2);
+}
+
 }  // namespace
 }  // namespace brelan::test

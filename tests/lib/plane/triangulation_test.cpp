@@ -56,6 +56,18 @@ bool has_edge(const Triangulation& triangulation, int a, int b) {
 
 const std::vector<Point> SQUARE{{0, 0}, {1, 0}, {1, 1}, {0, 1}};
 
+// A way across the mouth of a bay, over a corner of it, runs outside.
+TEST(Triangulation, FixesNoEdgeThatRunsOutside) {
+    const std::vector<Point> bays{{0, 0}, {5, 0}, {5, 2}, {4, 2}, {4, 1}, {3, 1},
+                                  {3, 2}, {2, 2}, {2, 1}, {1, 1}, {1, 2}, {0, 2}};
+    Triangulation triangulation(bays);
+    EXPECT_FALSE(triangulation.fix(10, 7, 0.001)) << "one mouth";
+    EXPECT_FALSE(triangulation.fix(10, 3, 0.001)) << "both, over the land between them";
+    EXPECT_FALSE(triangulation.fix(10, 6, 0.001)) << "one, and a side of that land";
+    EXPECT_TRUE(triangulation.fix(6, 7, 0.001)) << "a side";
+    EXPECT_EQ(area_of(triangulation), 8.0);
+}
+
 TEST(Triangulation, OfASquareIsTheSquare) {
     const Triangulation triangulation(SQUARE);
     ASSERT_EQ(triangulation.parts().size(), 1U);

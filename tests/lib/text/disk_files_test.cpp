@@ -6,6 +6,7 @@
 
 #include "support/state.h"
 #include "text/files.h"
+#include "text/whole_file.h"
 
 namespace brelan::test {
 namespace {
@@ -62,6 +63,22 @@ TEST_F(FailingDisk, FileThatCannotBeReplacedStays) {
         const SmallFiles limit(16);
         EXPECT_EQ(failure_of([&] { disk_.replace(file("mesh"), std::string(100, 'x')); }),
                   "mesh: the file cannot be written: File too large");
+    }
+    EXPECT_EQ(directory_.read("mesh"), "the old one");
+    EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 1);
+}
+
+// What comes behind a piece that was lost does not make the file whole.
+TEST_F(FailingDisk, FileOfWhichAPieceIsLostTakesNoPlace) {
+    directory_.write("mesh", "the old one");
+    {
+        WholeFile whole(directory_.path() / "mesh");
+        {
+            const SmallFiles limit(16);
+            EXPECT_THROW(whole.write(std::string(100000, 'x')), std::system_error);
+        }
+        whole.write("the end");
+        EXPECT_THROW(whole.commit(), std::system_error);
     }
     EXPECT_EQ(directory_.read("mesh"), "the old one");
     EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 1);

@@ -145,5 +145,15 @@ TEST_F(FileNames, OnlyLettersOfTheAlphabetMatch) {
     EXPECT_EQ(place("A[1].TXT"), "a[1].txt");
 }
 
+// A colon behind another character is part of a name, and so is one that no separator follows.
+TEST_F(FileNames, LettersAloneNameDrives) {
+    for (const char* name : {"1:\\x", "{:\\x", "@:/x"})
+        EXPECT_EQ(parts_of_file_name(name).start, FileNameStart::working) << name;
+    for (const char* name : {"C:x", "CC:\\x", "C:"})
+        EXPECT_EQ(parts_of_file_name(name).start, FileNameStart::working) << name;
+    for (const char* name : {"C:\\x", "c:/x"})
+        EXPECT_EQ(parts_of_file_name(name).start, FileNameStart::drive_c) << name;
+}
+
 }  // namespace
 }  // namespace brelan::test

@@ -2,6 +2,7 @@
 #include "text/native_file.h"
 
 #include "support/state.h"
+#include "text/directory_hold.h"
 
 namespace brelan::test {
 namespace {
@@ -69,6 +70,48 @@ TEST_F(NativeFile, IsTheSameByWhateverName) {
     std::error_code error;
     EXPECT_TRUE(remove_file(link, error));
     EXPECT_EQ(type_of_file(file), fs::file_type::regular);
+}
+
+TEST_F(NativeFile, LinksThatLeadRoundLieWhereTheyAre) {
+    const fs::path one = directory.path() / "one", two = directory.path() / "two";
+    fs::create_symlink(two, one);
+    fs::create_symlink(one, two);
+    EXPECT_EQ(behind_links(one), one);
+    EXPECT_EQ(type_of_file(one), fs::file_type::none);
+}
+
+// A relative name without a directory lies in the working directory.
+TEST_F(NativeFile, DirectoryWithoutANameIsTheWorkingOne) {
+    EXPECT_TRUE(flush_directory({}));
+    EXPECT_FALSE(may_add_files({}));
+    DirectoryHold one({}), two({}, DirectoryHold::Inherited::by_children);
+    EXPECT_TRUE(one.try_to_hold());
+    EXPECT_FALSE(two.try_to_hold());
+}
+
+TEST_F(NativeFile, DirectoryThatKnowsNoFlushingIsNoError) {
+    EXPECT_TRUE(flush_directory("/proc"));
+}
+
+TEST_F(NativeFile, WhatADiskHasNoRoomForIsNotFlushed) {
+    std::FILE* const stream = open_stream("/dev/full", "wb");
+    ASSERT_NE(stream, nullptr);
+    std::fputs("text", stream);
+    EXPECT_FALSE(flush_to_disk(stream));
+    std::fputs("text", stream);
+    EXPECT_FALSE(resize_stream(stream, 2));
+    std::fclose(stream);
+}
+
+// A directory's permissions are none of a file's.
+TEST_F(NativeFile, NewOneTakesThePermissionsOfAFileAlone) {
+    const fs::path made = directory.path() / "made", place = directory.path() / "place";
+    fs::create_directory(place);
+    fs::permissions(place, fs::perms::owner_exec);
+    std::FILE* const stream = create_stream(made, place);
+    ASSERT_NE(stream, nullptr);
+    std::fclose(stream);
+    EXPECT_NE(fs::status(made).permissions(), fs::perms::owner_exec);
 }
 
 }  // namespace

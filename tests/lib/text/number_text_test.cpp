@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <random>
 #include <string>
+#include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "text/number_text.h"
@@ -246,6 +248,45 @@ TEST(NumberText, RandomIntegersAreRightJustifiedOrAsterisks) {
         put_integer(field.data(), width, value);
         EXPECT_EQ(field, in_field("", std::to_string(value), width)) << value;
     }
+}
+
+// The zero in front of the point goes where the field has no room for it, and no other digit does.
+TEST(NumberText, FixedFieldsLeaveOutAZeroAlone) {
+    const std::tuple<int, float, std::string> fields[] = {
+        {6, 0.125F, " 0.125"}, {5, 0.125F, "0.125"}, {4, 0.125F, ".125"}, {3, 0.125F, "***"},
+        {5, -0.125F, "-.125"}, {4, -0.125F, "****"}, {4, 1.125F, "****"}, {4, -0.0001F, ".000"}};
+    for (const auto& [width, value, expected] : fields) {
+        std::string field(static_cast<std::size_t>(width), '?');
+        put_fixed(field.data(), width, 3, value);
+        EXPECT_EQ(field, expected);
+    }
+}
+
+TEST(NumberText, NumbersOfNoTextAreNone) {
+    const std::string_view none;
+    const char* text = none.data();
+    std::int32_t integer = 0;
+    float real = 0.0F;
+    EXPECT_EQ(scan_number(text, text, integer), NumberScan::not_a_number);
+    EXPECT_EQ(scan_number(text, text, real), NumberScan::not_a_number);
+}
+
+TEST(NumberText, FieldHoldsOneNumberAlone) {
+    const auto read = [](std::string_view field) {
+        return read_field(field.data(), field.data() + field.size());
+    };
+    EXPECT_EQ(read("  1.5"), 1.5F);
+    for (const std::string_view field : {"", "   ", "1.5 ", "1 2", "x", "*****"})
+        EXPECT_TRUE(std::isnan(read(field))) << '"' << field << '"';
+}
+
+// Sixteen digits and a power of ten that is exact make more than 32 bits hold.
+TEST(NumberText, LargeNumbersOfManyDigitsAreRounded) {
+    const auto read = [](std::string_view field) {
+        return read_field(field.data(), field.data() + field.size());
+    };
+    EXPECT_EQ(read("1000000000000000E20"), 1.0E35F);
+    EXPECT_TRUE(std::isnan(read("9000000000000000E23")));  // 9E38
 }
 
 }  // namespace

@@ -44,5 +44,20 @@ TEST(TerminationDeath, AnythingElseIsAFaultOfTheProgram) {
     EXPECT_EXIT(terminated_by([] { throw 1; }), testing::ExitedWithCode(OF_FAULT), "");
 }
 
+// Where the exception is still at hand the answer is given without an end.
+TEST(Termination, IsToldByTheExceptionThatIsBeingHandled) {
+    EXPECT_EQ(termination_by(), Termination::no_memory);
+    try {
+        throw std::bad_alloc();
+    } catch (...) {
+        EXPECT_EQ(termination_by(), Termination::no_memory);
+    }
+    try {
+        throw std::logic_error("a fault");
+    } catch (...) {
+        EXPECT_EQ(termination_by(), Termination::fault);
+    }
+}
+
 }  // namespace
 }  // namespace brelan

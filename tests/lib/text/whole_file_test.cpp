@@ -122,9 +122,22 @@ TEST_F(WholeFiles, NeedADirectoryThatTakesFiles) {
     EXPECT_FALSE(closed.file);
     EXPECT_TRUE(closed.directory);
     EXPECT_TRUE(locked.file);
+    EXPECT_FALSE(closed);
+    EXPECT_FALSE(locked);
     EXPECT_EQ(
         message,
         "closed\\a.txt: its directory cannot hold the file that is to take its place: Permission denied");
+}
+
+TEST_F(WholeFiles, TakeNoPlaceOfADirectory) {
+    fs::create_directory(directory.path() / "place");
+    {
+        WholeFile whole(directory.path() / "place");
+        whole.write("text");
+        EXPECT_THROW(whole.commit(), std::system_error);
+    }
+    EXPECT_TRUE(fs::is_directory(directory.path() / "place"));
+    EXPECT_EQ(count(), 1U);
 }
 
 }  // namespace

@@ -32,5 +32,10 @@ TEST(SoundFreeLine, ClosesRoundThreeNodes) {
     EXPECT_EQ(strung_along({{2, 2}, {6, 2}, {4, 4}, {2, 2}}).after.lines.size(), 3U);
 }
 
+// Points near the one that the line comes back to are its node.
+TEST(SoundFreeLine, ClosesOnceWhereItsEndHasTwoPoints) {
+    EXPECT_EQ(strung_along({{2, 2}, {6, 2}, {4, 4}, {2.0004F, 2}, {2, 2}}).after.lines.size(), 3U);
+}
+
 }  // namespace
 }  // namespace brelan::test
