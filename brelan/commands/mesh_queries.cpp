@@ -91,7 +91,7 @@ std::vector<Number> elements_asked(const MeshLists& mesh, const std::string& tex
 
 // --- what is answered ----------------------------------------------------------------------------
 
-struct Answer {
+struct QueryAnswer {
     std::string query;  // "nodes on x = 20"
     std::size_t count = 0;
     std::string one, many;  // what is counted
@@ -99,8 +99,8 @@ struct Answer {
     bool takes_ranges = true;  // the lists of the card
 };
 
-std::vector<Answer> answers_of(const MeshLists& mesh, const QueryOptions& queries, double tolerance) {
-    std::vector<Answer> answers;
+std::vector<QueryAnswer> answers_of(const MeshLists& mesh, const QueryOptions& queries, double tolerance) {
+    std::vector<QueryAnswer> answers;
     const auto add = [&](const std::string& where, const char* one, const char* many,
                          std::vector<Number> list) {
         const std::size_t count = list.size();
@@ -125,8 +125,8 @@ std::vector<Answer> answers_of(const MeshLists& mesh, const QueryOptions& querie
     return answers;
 }
 
-Answer pairs_of(const MeshLists& first, const MeshLists& second, const QueryOptions& queries,
-                double tolerance, const Remark& remark) {
+QueryAnswer pairs_of(const MeshLists& first, const MeshLists& second, const QueryOptions& queries,
+                     double tolerance, const Remark& remark) {
     std::optional<AxisLine> line;
     if (!queries.on.empty())
         line = line_of(queries.on, "--on");
@@ -135,12 +135,12 @@ Answer pairs_of(const MeshLists& first, const MeshLists& second, const QueryOpti
         remark(fmt::format("nodes that are not alone at their place are in no pair: {} of {}, {} of {}",
                            fmt::join(found.unpaired_first, ", "), first.file,
                            fmt::join(found.unpaired_second, ", "), second.file));
-    Answer answer{line ? "on " + line_text(*line) : "at one place",
-                  found.pairs.size(),
-                  "pair of nodes",
-                  "pairs of nodes",
-                  {{}, {}},
-                  false};
+    QueryAnswer answer{line ? "on " + line_text(*line) : "at one place",
+                       found.pairs.size(),
+                       "pair of nodes",
+                       "pairs of nodes",
+                       {{}, {}},
+                       false};
     for (const auto& [a, b] : found.pairs) {
         answer.lists[0].push_back(a);
         answer.lists[1].push_back(b);
@@ -165,7 +165,7 @@ std::string on_lines(const std::vector<std::string>& words, std::string_view bet
     return line.empty() ? text : text + line + "\n";
 }
 
-std::vector<std::string> words_of(const Answer& answer) {
+std::vector<std::string> words_of(const QueryAnswer& answer) {
     std::vector<std::string> words;
     if (answer.lists.size() == 2)
         for (std::size_t k = 0; k < answer.count; ++k)
@@ -176,7 +176,7 @@ std::vector<std::string> words_of(const Answer& answer) {
     return words;
 }
 
-std::string heading_of(const Answer& answer, const std::string& file) {
+std::string heading_of(const QueryAnswer& answer, const std::string& file) {
     return fmt::format("{}: {} {}", printable(file), counted(answer.count, answer.one, answer.many),
                        printable(answer.query));
 }
@@ -197,7 +197,7 @@ std::vector<std::string> card_words(const std::vector<Number>& list, bool takes_
     return words;
 }
 
-std::string card_of(const Answer& answer, const std::string& file) {
+std::string card_of(const QueryAnswer& answer, const std::string& file) {
     std::string text = fmt::format("* {}\n", heading_of(answer, file));
     std::size_t count = 0;
     std::string lists;
@@ -212,7 +212,7 @@ std::string card_of(const Answer& answer, const std::string& file) {
     return text + fmt::format("  {}\n", count) + lists;
 }
 
-Json json_of(const Answer& answer) {
+Json json_of(const QueryAnswer& answer) {
     Json json{{"query", fmt::format("{} {}", answer.many, answer.query)}, {"count", answer.count}};
     if (answer.lists.size() == 2) {
         Json pairs = Json::Array();
@@ -234,9 +234,9 @@ class Answers {
 public:
     explicit Answers(const InfoOptions& options) : options_(options) {}
 
-    void add(const std::string& file, const std::vector<Answer>& answers) {
+    void add(const std::string& file, const std::vector<QueryAnswer>& answers) {
         Json list = Json::Array();
-        for (const Answer& answer : answers) {
+        for (const QueryAnswer& answer : answers) {
             all_found_ = all_found_ && answer.count > 0;
             if (options_.json)
                 list.push_back(json_of(answer));
