@@ -13,6 +13,7 @@ TEST_F(ResultFile, OneHeadForAllNodesPassesOverTheNumbersThatAreNone) {
     const Edition edition(9);  // heads
     reset_mesh(state.mesh);
     state.mesh.head.clear();
+    state.mesh.coefficient.clear();
     for (const std::int32_t n : {2, 4}) {
         state.mesh.node_in_use[NodeNumber(n)] = 1;
         state.mesh.x[NodeNumber(n)] = 1.0F;
