@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""clang-tidy over the sources of all trees, those of one directory at a time.
+"""clang-tidy over the sources of all trees, those of a few directories at a time.
 
     lint.py BUILD
 
-The headers of the standard library cost clang-tidy more than a source of ours, so the sources of a directory are
+The headers of the standard library cost clang-tidy more than a source of ours, so the sources of some directories are
 included into one and looked at together.  Where two of them have a name of their own in common that does not compile:
-such a lot is halved until it does.
+such a lot is looked at by directories, and one of those is halved until it does.
 
 The analyzer walks the paths of functions in the main file alone, so in a lot only its checks of syntax are made.
 """
@@ -21,19 +21,42 @@ import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 TREES = ("lib", "batch", "brelan", "python")
+# Directories whose sources have no names of their own in common.
+TOGETHER = (
+    ("lib/blocks", "lib/dam", "lib/plane", "lib/run", "lib/text"),
+    ("lib/deck", "lib/output", "lib/group"),
+    ("lib/mesh", "lib/analysis"),
+    ("brelan/commands/studying", "brelan/commands/editing", "brelan/commands/batch", "brelan/cli", "brelan/study"),
+    ("brelan/formats", "brelan/commands"),
+)
 
 
 def lots_of(commands):
-    """Sources that stand in one directory and are compiled alike; the longest first: no process is left with it."""
+    """Sources that are looked at together and compiled alike; the longest first: no process is left with it."""
     alike = {}
     for command in commands:
         words = shlex.split(command["command"])
         flags = without_precompiled(word for word in words[1:words.index("-o")] if not word.startswith("-O"))
         for path in compiled_together(pathlib.Path(command["file"])):
             if path.is_relative_to(ROOT) and path.relative_to(ROOT).parts[0] in TREES:
-                alike.setdefault((path.parent, tuple(flags)), []).append(path)
+                alike.setdefault((company_of(path), tuple(flags)), []).append(path)
     return sorted(((flags, paths) for (_, flags), paths in alike.items()),
                   key=lambda lot: -sum(path.stat().st_size for path in lot[1]))
+
+
+def company_of(path):
+    """The directories that a source is looked at with."""
+    directory = path.parent.relative_to(ROOT).as_posix()
+    return next((company for company in TOGETHER if directory in company), (directory,))
+
+
+def parts_of(paths):
+    """A lot that does not compile in smaller ones."""
+    by_directory = {}
+    for path in paths:
+        by_directory.setdefault(path.parent, []).append(path)
+    half = len(paths) // 2
+    return list(by_directory.values()) if len(by_directory) > 1 else [paths[:half], paths[half:]]
 
 
 def compiled_together(path):
@@ -60,8 +83,7 @@ def lint(flags, paths, directory):
          name, "--", *flags, "-Wno-unknown-warning-option"],
         text=True, capture_output=True)
     if len(paths) > 1 and "[clang-diagnostic-error" in checked.stdout:
-        half = len(paths) // 2
-        return lint(flags, paths[:half], directory) + lint(flags, paths[half:], directory)
+        return "".join(lint(flags, part, directory) for part in parts_of(paths))
     return checked.stdout + checked.stderr if checked.returncode else ""
 
 
