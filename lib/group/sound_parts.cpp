@@ -104,6 +104,7 @@ private:
         if (const auto inner = plan_.inner.find(key_of(solid)); inner != plan_.inner.end())
             nodes.insert(nodes.end(), inner->second.begin(), inner->second.end());
         std::vector<Chain> chains;
+        chains.reserve(segments.size());
         for (const std::size_t k : segments)
             chains.push_back(chain_along(drawing_.segments[k], nodes, ring));
         const bool is_touched =

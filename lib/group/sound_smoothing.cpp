@@ -56,8 +56,8 @@ bool is_doubtful(std::span<const Point> corners, const Openings& openings) {
         return true;
     double size = 0.0;
     for (const Point& corner : corners)
-        size = std::max(size,
-                        std::abs(static_cast<double>(corner.x)) + std::abs(static_cast<double>(corner.y)));
+        size =
+            std::max(size, std::abs(static_cast<double>(corner.x)) + std::abs(static_cast<double>(corner.y)));
     return openings.shortest_square < SHORT * SHORT * size * size;
 }
 
