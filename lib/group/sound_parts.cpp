@@ -117,11 +117,11 @@ private:
             if (triangulation.add_inside(node_point(mesh_, nodes[i])) < 0)
                 refuse(solid.element, nodes[i], "does not hold the point drawn in it");  // GCOVR_EXCL_LINE
         for (const Chain& chain : chains)
-            for (std::size_t i = 1; i < chain.places.size(); ++i)
+            for (std::size_t i = 1; i < chain.places.size(); ++i) {
+                const NodeNumber from = nodes[static_cast<std::size_t>(chain.places[i - 1])];
                 if (!triangulation.fix(chain.places[i - 1], chain.places[i], drawing_.tolerance))
-                    refuse(solid.element,
-                           nodes[static_cast<std::size_t>(chain.places[i - 1])],  // GCOVR_EXCL_LINE
-                           "cannot be divided along the line");                   // GCOVR_EXCL_LINE
+                    refuse(solid.element, from, "cannot be divided along the line");  // GCOVR_EXCL_LINE
+            }
         triangulation.improve();
         for (std::size_t i = nodes.size(); i < triangulation.points().size(); ++i)
             nodes.push_back(
