@@ -154,7 +154,10 @@ void hold_runs_against_each_other(Kind kind, CutMethod cut, std::uint32_t first_
         if (testing::Test::HasFailure())
             return;
     }
-    EXPECT_GE(30 * ends[STATUS_FINISHED], fewest_of_thirty * decks);
+    // One or two tell nothing of how many finish.
+    if (decks > 2) {
+        EXPECT_GE(30 * ends[STATUS_FINISHED], fewest_of_thirty * decks);
+    }
 }
 
 TEST(GroupIndexDecks, CoupledRunsAreThoseOfScans) {
