@@ -36,7 +36,9 @@ def lots_of(commands):
     alike = {}
     for command in commands:
         words = shlex.split(command["command"])
-        flags = without_precompiled(word for word in words[1:words.index("-o")] if not word.startswith("-O"))
+        # Without what clang does not know: g++'s parameters.
+        flags = without_precompiled(word for word in words[1:words.index("-o")]
+                                    if not word.startswith(("-O", "--param")))
         for path in compiled_together(pathlib.Path(command["file"])):
             if path.is_relative_to(ROOT) and path.relative_to(ROOT).parts[0] in TREES:
                 alike.setdefault((company_of(path), tuple(flags)), []).append(path)
