@@ -2,7 +2,6 @@
 
 #include <array>
 #include <fstream>
-#include <iterator>
 #include <system_error>
 
 #include "text/watch.h"
@@ -69,9 +68,14 @@ bool PassTrace::look() {
         return false;
     std::ifstream stream(file_, std::ios::binary);
     stream.seekg(static_cast<std::streamoff>(read_));
-    const std::string added{std::istreambuf_iterator<char>(stream), {}};
-    read_ += added.size();
-    rest_ += added;
+    // A trace that cannot be read shows no progress, and must not end the run.
+    std::array<char, 4096> piece;
+    while (stream) {
+        stream.read(piece.data(), piece.size());
+        const auto count = static_cast<std::size_t>(stream.gcount());
+        read_ += count;
+        rest_.append(piece.data(), count);
+    }
     const std::string before = pass_;
     for (std::size_t end = rest_.find('\n'); end != std::string::npos; end = rest_.find('\n')) {
         take_line(std::string_view(rest_).substr(0, end));
