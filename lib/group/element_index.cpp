@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::size_t USUAL_ELEMENTS = 8;  // that a node has at most, but for few
 
+constexpr auto TAKE_ALL = [](const auto& /*placed*/) { return true; };
+
 Extent slanting_sides(const Mesh& mesh, const Corners& corners) {
     Extent slanting;
     const int count = corners.n[3].names_one() ? 4 : 3;
@@ -44,7 +46,6 @@ void ElementIndex::build(Mesh& mesh, Engine& engine) {
     head_.clear();
     links_.clear();
     placed_.clear();
-    stamp_.clear();
     bounds_ = {0.0F, 0.0F, 0.0F, 0.0F};
     bool first = true;
     std::int32_t elements = 0;
@@ -85,17 +86,26 @@ void ElementIndex::note_node(const Mesh& mesh, NodeNumber n) {
     for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE;
          i = links_[static_cast<std::size_t>(i)].next) {
         const ElementNumber e = links_[static_cast<std::size_t>(i)].element;
-        std::uint32_t& stamp = stamp_[e.place()];
-        if (stamp != mark_)
-            place(mesh, e);
+        std::uint32_t& stamp = placed_[e.place()].stamp;
+        if (stamp == mark_)
+            continue;
         stamp = mark_;
+        place(mesh, e);
     }
 }
 
 std::span<const ElementNumber> ElementIndex::in(const Engine& engine, const Box& box) {
     if (!is_used(engine))
         return all(engine);
-    take_cells(box);
+    take_cells(box, TAKE_ALL);
+    std::sort(found_.begin(), found_.end());
+    return found_;
+}
+
+std::span<const ElementNumber> ElementIndex::over(const Engine& engine, const Box& box) {
+    if (!is_used(engine))
+        return all(engine);
+    take_cells(box, [&](const Placed& placed) { return placed.box.meets(box); });
     std::sort(found_.begin(), found_.end());
     return found_;
 }
@@ -103,8 +113,8 @@ std::span<const ElementNumber> ElementIndex::in(const Engine& engine, const Box&
 std::span<const ElementNumber> ElementIndex::met_in(const Engine& engine, const Box& box) {
     if (!is_used(engine))
         return all(engine);
-    take_cells(box);
-    take(met_anywhere_);
+    take_cells(box, TAKE_ALL);
+    take(met_anywhere_, TAKE_ALL);
     std::sort(found_.begin(), found_.end());
     return found_;
 }
@@ -134,10 +144,7 @@ ElementsAt ElementIndex::at(const Engine& engine, NodeNumber node) const {
         return elements;
     }
     for (std::int32_t i = head_[node.place()]; i != NONE; i = links_[static_cast<std::size_t>(i)].next)
-        elements.push_back(links_[static_cast<std::size_t>(i)].element);
-    std::sort(elements.begin(), elements.end());
-    elements.shorten_to(
-        static_cast<std::size_t>(std::unique(elements.begin(), elements.end()) - elements.begin()));
+        elements.insert_in_order(links_[static_cast<std::size_t>(i)].element);
     return elements;
 }
 
@@ -165,13 +172,14 @@ void ElementIndex::place(const Mesh& mesh, ElementNumber e) {
         first = false;
         box.include(node_point(mesh, n));
     }
-    CellRange& placed = placed_[e.place()];
+    CellRange& placed = placed_[e.place()].cells;
     if (!placed.met_anywhere && (first || is_flat(mesh, corners, box))) {
         placed.met_anywhere = true;
         met_anywhere_.push_back(e);
     }
     if (first)
         return;
+    placed_[e.place()].box = box;
     const Box room = box.with_room(slanting_sides(mesh, corners));
     const CellRange range{cell_x(room.x0), cell_x(room.x1), cell_y(room.y0), cell_y(room.y1),
                           placed.met_anywhere};
@@ -198,21 +206,24 @@ std::span<const ElementNumber> ElementIndex::all(const Engine& engine) {
     return found_;
 }
 
-void ElementIndex::take_cells(const Box& box) {
+template <class Takes>
+void ElementIndex::take_cells(const Box& box, const Takes& takes) {
     found_.clear();
     ++mark_;
     for (std::int32_t c = cell_x(box.x0); c <= cell_x(box.x1); ++c)
         for (std::int32_t r = cell_y(box.y0); r <= cell_y(box.y1); ++r)
             take(cells_[static_cast<std::size_t>(c) * static_cast<std::size_t>(count_) +
-                        static_cast<std::size_t>(r)]);
+                        static_cast<std::size_t>(r)],
+                 takes);
 }
 
-void ElementIndex::take(const std::vector<ElementNumber>& elements) {
+template <class Takes>
+void ElementIndex::take(const std::vector<ElementNumber>& elements, const Takes& takes) {
     for (const ElementNumber e : elements) {
-        std::uint32_t& stamp = stamp_[e.place()];
-        if (stamp == mark_)
+        Placed& placed = placed_[e.place()];
+        if (placed.stamp == mark_ || !takes(placed))
             continue;
-        stamp = mark_;
+        placed.stamp = mark_;
         found_.push_back(e);
     }
 }

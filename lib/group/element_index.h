@@ -31,6 +31,9 @@ public:
     // whole line, wherever it lies.
     std::span<const ElementNumber> in(const Engine& engine, const Box& box);
     std::span<const ElementNumber> met_in(const Engine& engine, const Box& box);
+
+    // The elements whose own boxes meet a box: no room for what tests find beyond them.
+    std::span<const ElementNumber> over(const Engine& engine, const Box& box);
     std::vector<ElementNumber> with(const Engine& engine, std::span<const NodeNumber> nodes) const;
     ElementsAt at(const Engine& engine, NodeNumber node) const;
 
@@ -51,6 +54,13 @@ private:
         }
     };
 
+    // Where an element lies, and the search that found it last.
+    struct Placed {
+        CellRange cells;
+        Box box{0.0F, 0.0F, 0.0F, 0.0F};
+        std::uint32_t stamp = 0;
+    };
+
     void link(NodeNumber n, ElementNumber e);
     std::int32_t cell(float v, float low, float high) const;
     std::int32_t cell_x(float x) const { return cell(x, bounds_.x0, bounds_.x1); }
@@ -58,8 +68,10 @@ private:
     void place(const Mesh& mesh, ElementNumber e);
     bool is_used(const Engine& engine) const;
     std::span<const ElementNumber> all(const Engine& engine);
-    void take_cells(const Box& box);
-    void take(const std::vector<ElementNumber>& elements);
+    template <class Takes>
+    void take_cells(const Box& box, const Takes& takes);
+    template <class Takes>
+    void take(const std::vector<ElementNumber>& elements, const Takes& takes);
 
     Box bounds_{0.0F, 0.0F, 0.0F, 0.0F};
     std::int32_t count_ = 1;
@@ -67,8 +79,7 @@ private:
     std::vector<ElementNumber> met_anywhere_;
     ByNumber<std::int32_t> head_{NONE};  // by node: its last link
     std::vector<Link> links_;
-    ByNumber<CellRange> placed_;  // by element
-    ByNumber<std::uint32_t> stamp_;
+    ByNumber<Placed> placed_;  // by element
     std::uint32_t mark_ = 0;
     std::vector<ElementNumber> found_;
 };

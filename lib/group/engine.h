@@ -25,6 +25,7 @@ struct Engine {
         workable;                   // the element's own number; none: no group changes it
     NodeNumber highest_node;        // in use
     ElementNumber highest_element;  // in use, of any type
+    bool clears_midsides = false;   // of the words that a new element number finds
     std::int32_t group = 0;         // in work
     MeshLimits limits;
 

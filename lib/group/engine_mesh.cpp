@@ -50,11 +50,14 @@ NodeNumber add_node(Mesh& mesh, Engine& engine, const Point& point) {
     return engine.highest_node;
 }
 
-ElementNumber add_element(Engine& engine) {
+ElementNumber add_element(Mesh& mesh, Engine& engine) {
     if (engine.highest_element >= LAST_ELEMENT)
         fail("group engine: expected at most " + std::to_string(HIGHEST_ELEMENT_NUMBER) +
              " element numbers, but the groups need a new one behind the last");
-    return ++engine.highest_element;
+    ++engine.highest_element;
+    if (engine.clears_midsides)
+        mesh.words[engine.highest_element].clear_midsides();
+    return engine.highest_element;
 }
 
 void move_node(Mesh& mesh, Engine& engine, NodeNumber n, const Point& point) {
@@ -86,6 +89,11 @@ std::span<const ElementNumber> elements_met_by(Engine& engine, const Point& p1, 
 std::span<const ElementNumber> elements_near(Engine& engine, const Point& p1, const Point& p2, float reach) {
     engine.look();
     return engine.element_index.in(engine, box_of(p1, p2).with_room({}, reach));
+}
+
+std::span<const ElementNumber> elements_over(Engine& engine, const Box& box) {
+    engine.look();
+    return engine.element_index.over(engine, box);
 }
 
 std::vector<ElementNumber> elements_with(const Engine& engine, std::span<const NodeNumber> nodes) {

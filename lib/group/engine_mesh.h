@@ -43,8 +43,9 @@ std::vector<Point> node_points(const Mesh& mesh, std::span<const NodeNumber> nod
 // number left.
 NodeNumber add_node(Mesh& mesh, Engine& engine, const Point& point);
 
-// A new element number behind the highest. Ends the run when there is none left.
-ElementNumber add_element(Engine& engine);
+// A new element number behind the highest; midside nodes that an earlier mesh has left in its words stay as
+// found or are cleared, as the engine says. Ends the run when there is no number left.
+ElementNumber add_element(Mesh& mesh, Engine& engine);
 
 // Moves a node. Ends the run when a coordinate is not a number.
 void move_node(Mesh& mesh, Engine& engine, NodeNumber n, const Point& point);
@@ -67,6 +68,9 @@ std::span<const ElementNumber> elements_met_by(Engine& engine, const Point& p1, 
 // The same of the elements that may have a node, or their middle, within a reach of the box of two points.
 std::span<const ElementNumber> elements_near(Engine& engine, const Point& p1, const Point& p2,
                                              float reach = 0.0F);
+
+// Those whose boxes meet a box.
+std::span<const ElementNumber> elements_over(Engine& engine, const Box& box);
 
 // All elements that may have one of the nodes as a corner, in ascending number.
 std::vector<ElementNumber> elements_with(const Engine& engine, std::span<const NodeNumber> nodes);

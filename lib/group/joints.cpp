@@ -125,7 +125,7 @@ std::vector<NodeNumber> add_twin_line(Mesh& mesh, Engine& engine, std::span<cons
 
 void add_joint(Mesh& mesh, Engine& engine, const Corners& corners, MaterialNumber joint_material,
                std::int32_t joint_attribute) {
-    const ElementNumber e = add_element(engine);
+    const ElementNumber e = add_element(mesh, engine);
     mesh.type[e] = ELEMENT_CONTINUUM;
     engine.workable[e] = {};
     mesh.words[e].material = joint_material;

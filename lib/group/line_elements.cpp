@@ -14,7 +14,7 @@ constexpr std::int32_t BEAM_LINE = 2, TRUSS_LINE = 3, TRUSS_CODE_0 = 4, TRUSS_CO
 
 void add_line_element(Mesh& mesh, Engine& engine, std::int32_t line_kind, std::int32_t line_type,
                       MaterialNumber line_material, NodeNumber from, NodeNumber to) {
-    const ElementNumber e = add_element(engine);
+    const ElementNumber e = add_element(mesh, engine);
     const std::int8_t type = line_kind == BEAM_LINE ? ELEMENT_BEAM : ELEMENT_TRUSS;
     ElementRecord element = two_node_element(from, to, line_material);
     const ElementWords stood = mesh.words[e];

@@ -29,13 +29,13 @@ Point middle_of(const Point& a, const Point& b) {
 
 }  // namespace
 
-Midsides::Midsides(Mesh& mesh, const Engine& engine) {
+Midsides::Midsides(Mesh& mesh, Engine& engine) {
     if (kind_row(mesh.kind).element_words != 8)
         return;
-    for (ElementNumber e{1}; e <= LAST_ELEMENT; ++e) {
-        if (e > engine.highest_element || mesh.type[e] != ELEMENT_CONTINUUM) {
-            for (NodeNumber* node : midsides_of(mesh.words[e]))
-                *node = NodeNumber{};
+    engine.clears_midsides = true;
+    for (ElementNumber e{1}; e <= engine.highest_element; ++e) {
+        if (mesh.type[e] != ELEMENT_CONTINUUM) {
+            mesh.words[e].clear_midsides();
             continue;
         }
         const Solid solid = solid_of(mesh, e);

@@ -17,8 +17,8 @@ inline constexpr NodeNumber MIDSIDE_TO_COME{-1};
 class Midsides {
 public:
     // Takes note of the midside nodes before the first group. What an earlier mesh has left in the words of
-    // numbers that no element uses is cleared.
-    Midsides(Mesh& mesh, const Engine& engine);
+    // numbers that no element uses is cleared, behind the highest as they come into use.
+    Midsides(Mesh& mesh, Engine& engine);
 
     // Gives every side of the second-order elements its node: the one it had, moved to its middle where an
     // end has moved, or a new one.

@@ -24,7 +24,7 @@ void set_attributes(Mesh& mesh, ElementNumber e, const RegionMaterial& material)
 }
 
 void add_overlay(Mesh& mesh, Engine& engine, ElementNumber e, const RegionMaterial& material) {
-    const ElementNumber added = add_element(engine);
+    const ElementNumber added = add_element(mesh, engine);
     mesh.words[added].material = material.material.in_sight();
     set_attributes(mesh, added, material);
     mesh.type[added] = mesh.type[e];
@@ -35,7 +35,7 @@ void add_overlay(Mesh& mesh, Engine& engine, ElementNumber e, const RegionMateri
 // With a joint the new element keeps the new side and the old one goes back to its own.
 void duplicate(Mesh& mesh, Engine& engine, ElementNumber e, const RegionMaterial& material,
                const MovedElement* moved) {
-    const ElementNumber added = add_element(engine);
+    const ElementNumber added = add_element(mesh, engine);
     const ElementWords words = mesh.words[e];
     const Corners present = corners_of(mesh, e);
     ElementWords& w = mesh.words[added];
@@ -145,7 +145,7 @@ void repair_quadrilaterals(Mesh& mesh, Engine& engine) {
         } else {
             continue;
         }
-        const ElementNumber added = add_element(engine);
+        const ElementNumber added = add_element(mesh, engine);
         mesh.words[added].material = mesh.words[e].material;
         copy_attributes(mesh, e, added);
         mesh.type[added] = ELEMENT_CONTINUUM;

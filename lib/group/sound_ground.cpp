@@ -17,6 +17,8 @@ constexpr double STRAIGHT = 1.0E-6;  // of an opening: two sides in one line
 constexpr double BEND = 1.0E-3;      // of the shorter side at a node: its way off the line of both
 constexpr double BORDER_STRAIGHT = 1.0E-6, DRAWN_STRAIGHT = 1.0E-7;  // of the size of the coordinates
 
+constexpr std::size_t USUAL_SPOKES = 8;
+
 // What lies beside a side that starts at a node.
 struct Spoke {
     NodeNumber end;
@@ -42,6 +44,7 @@ bool has_node(const Corners& corners, NodeNumber node) {
 
 std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const Drawn& drawn, NodeNumber node) {
     std::vector<Spoke> spokes;
+    spokes.reserve(USUAL_SPOKES);
     for (const ElementNumber e : elements_at(engine, node)) {
         if (mesh.type[e] == ELEMENT_DELETED || !has_node(corners_of(mesh, e), node))
             continue;
@@ -99,7 +102,7 @@ double split_shape(std::span<const Point> c) {
 }  // namespace
 
 void Drawn::divide(const Side& side, std::span<const NodeNumber> nodes_between) {
-    for (std::set<Side>* all : {&sides, &found}) {
+    for (Sides* all : {&sides, &found}) {
         if (all->erase(side) == 0)
             continue;
         NodeNumber last = side.first;
@@ -140,7 +143,7 @@ CornerKey key_of(const Solid& solid) {
     return key;
 }
 
-std::set<Side> sides_between_materials(const Mesh& mesh, const Engine& engine) {
+Sides sides_between_materials(const Mesh& mesh, const Engine& engine) {
     std::vector<std::pair<Side, MaterialNumber>> seen;
     for (ElementNumber e{1}; e <= engine.highest_element; ++e) {
         if (!is_solid(mesh, e))
@@ -150,10 +153,10 @@ std::set<Side> sides_between_materials(const Mesh& mesh, const Engine& engine) {
             seen.emplace_back(side_between(solid.node[i], solid.behind(i)), mesh.words[e].material);
     }
     std::sort(seen.begin(), seen.end());
-    std::set<Side> sides;
+    Sides sides;
     for (std::size_t i = 1; i < seen.size(); ++i)
         if (seen[i].first == seen[i - 1].first && seen[i].second != seen[i - 1].second)
-            sides.insert(sides.end(), seen[i].first);
+            sides.insert(seen[i].first);
     return sides;
 }
 

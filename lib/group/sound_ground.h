@@ -3,10 +3,10 @@
 #pragma once
 
 #include <array>
-#include <map>
-#include <set>
 #include <span>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -25,16 +25,23 @@ constexpr Side side_between(NodeNumber a, NodeNumber b) {
     return a < b ? Side{a, b} : Side{b, a};
 }
 
+struct SideHash {
+    std::size_t operator()(const Side& side) const noexcept {
+        return side.first.place() * 0x9E3779B1U + side.second.place();
+    }
+};
+using Sides = std::unordered_set<Side, SideHash>;
+
 // What groups of this deck have drawn: the sides stay on their lines, and the nodes where they are. So do the
 // sides between materials that the deck found, whatever becomes of the materials.
 struct Drawn {
-    std::set<Side> sides;
-    std::set<NodeNumber> nodes;
-    std::set<Side> found;  // those of the sides that were there before: as straight as the digits of a file
+    Sides sides;
+    std::unordered_set<NodeNumber> nodes;
+    Sides found;  // those of the sides that were there before: as straight as the digits of a file
 
     // The straight line that a node was placed on: it slides along this, so that it does not drift away with
     // the rounding of its neighbours' places.
-    std::map<NodeNumber, std::pair<Point, Point>> lines;
+    std::unordered_map<NodeNumber, std::pair<Point, Point>> lines;
 
     // A side is in parts now, along the nodes from its first end to its second.
     void divide(const Side& side, std::span<const NodeNumber> nodes_between);
@@ -85,7 +92,7 @@ using CornerKey = std::array<NodeNumber, 4>;
 CornerKey key_of(const Solid& solid);
 
 // The sides between solids of different materials.
-std::set<Side> sides_between_materials(const Mesh& mesh, const Engine& engine);
+Sides sides_between_materials(const Mesh& mesh, const Engine& engine);
 
 // True for ground that a line may cut: workable solids, and those that lie over one.
 bool is_cuttable(const Mesh& mesh, const Engine& engine, ElementNumber e);

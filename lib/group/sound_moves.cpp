@@ -256,7 +256,9 @@ private:
 // The box of two points with the room of the tolerance, and of what rounding takes from that.
 struct Reach {
     Reach(const Point& from, const Point& to, double tolerance)
-        : distance(static_cast<float>(tolerance)), box(box_of(from, to)), room(1.001 * tolerance) {}
+        : box(box_of(from, to)),
+          wide(box.with_room({}, static_cast<float>(tolerance))),
+          room(1.001 * tolerance) {}
 
     bool meets_box_of(const Mesh& mesh, const Solid& solid) const {
         Box of = box_of(node_point(mesh, solid.node[0]), node_point(mesh, solid.node[1]));
@@ -269,8 +271,8 @@ struct Reach {
                !apart(of.y0, box.y1);
     }
 
-    float distance;
     Box box;
+    Box wide;  // with more room: beyond it nothing is within the tolerance
     double room;
 };
 
@@ -279,7 +281,7 @@ struct Reach {
 Solids solids_met_by(const Mesh& mesh, Engine& engine, const Drawing& drawing, const DrawnSegment& segment) {
     Solids solids;
     const Reach reach(segment.from, segment.to, drawing.tolerance);
-    for (const ElementNumber e : elements_near(engine, segment.from, segment.to, reach.distance)) {
+    for (const ElementNumber e : elements_over(engine, reach.wide)) {
         if (!is_solid(mesh, e))
             continue;
         const Solid solid = solid_of(mesh, e);
@@ -288,13 +290,17 @@ Solids solids_met_by(const Mesh& mesh, Engine& engine, const Drawing& drawing, c
         // Met are those with corners on both sides of the line or on it; a few more do no harm.
         bool left = false, right = false;
         for (std::size_t i = 0; i < solid.count && !(left && right); ++i) {
-            const Point at = node_point(mesh, solid.node[i]);
-            const bool near = foot_on(segment.from, segment.to, at).distance < drawing.tolerance;
-            const int side = near ? 0 : orientation(segment.from, segment.to, at);
-            left = left || near || side > 0;
-            right = right || near || side < 0;
+            const int side = orientation(segment.from, segment.to, node_point(mesh, solid.node[i]));
+            left = left || side > 0;
+            right = right || side < 0;
         }
-        if (left && right && is_cuttable(mesh, engine, e))
+        const auto has_node_on = [&] {
+            const std::span<const NodeNumber> nodes = solid.nodes();
+            return std::any_of(nodes.begin(), nodes.end(), [&](NodeNumber node) {
+                return reach.wide.holds(node_point(mesh, node)) && is_on(mesh, drawing, segment, node);
+            });
+        };
+        if (((left && right) || has_node_on()) && is_cuttable(mesh, engine, e))
             solids.push_back(solid);
     }
     return solids;
@@ -303,18 +309,19 @@ Solids solids_met_by(const Mesh& mesh, Engine& engine, const Drawing& drawing, c
 Solids solids_holding(const Mesh& mesh, Engine& engine, const Drawing& drawing, const Point& point) {
     Solids solids;
     const Reach reach(point, point, drawing.tolerance);
-    for (const ElementNumber e : elements_near(engine, point, point, reach.distance)) {
+    for (const ElementNumber e : elements_over(engine, reach.wide)) {
         if (!is_solid(mesh, e))
             continue;
         const Solid solid = solid_of(mesh, e);
         if (!reach.meets_box_of(mesh, solid))
             continue;
+        const Outline outline = outline_of(mesh, solid);
         bool inside = true, near = false;
-        for (std::size_t i = 0; i < solid.count; ++i) {
-            const Point a = node_point(mesh, solid.node[i]), b = node_point(mesh, solid.behind(i));
-            inside = inside && orientation(a, b, point) >= 0;
-            near = near || foot_on(a, b, point).distance < drawing.tolerance;
-        }
+        for (std::size_t i = 0; i < solid.count && inside; ++i)
+            inside = orientation(outline.corner[i], outline.corner[(i + 1) % solid.count], point) >= 0;
+        for (std::size_t i = 0; i < solid.count && !inside && !near; ++i)
+            near = foot_on(outline.corner[i], outline.corner[(i + 1) % solid.count], point).distance <
+                   drawing.tolerance;
         if ((inside || near) && is_cuttable(mesh, engine, e))
             solids.push_back(solid);
     }

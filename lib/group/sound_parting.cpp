@@ -125,7 +125,7 @@ void follow_parting(Drawn& drawn, const PartedSides& parted) {
         auto [from, to] = side;
         const Side before = side_between(from, to);
         follow_side(parted, from, to);
-        for (std::set<Side>* all : {&drawn.sides, &drawn.found})
+        for (Sides* all : {&drawn.sides, &drawn.found})
             if (all->erase(before) != 0)
                 all->insert(side_between(from, to));
     }

@@ -196,7 +196,7 @@ private:
         ends.push_back(to);
         NodeNumber last = from;
         for (std::size_t i = 0; i < ends.size(); ++i) {
-            const ElementNumber part = i == 0 ? e : add_element(engine_);
+            const ElementNumber part = i == 0 ? e : add_element(mesh_, engine_);
             ElementRecord record = element;
             const ElementRecord ended = two_node_element(last, ends[i], element.words.material);
             record.words = ended.words;
@@ -222,7 +222,7 @@ private:
 }  // namespace
 
 ElementNumber add_element_like(Mesh& mesh, Engine& engine, ElementNumber first) {
-    const ElementNumber e = add_element(engine);
+    const ElementNumber e = add_element(mesh, engine);
     copy_attributes(mesh, first, e);
     mesh.words[e].material = mesh.words[first].material;
     mesh.type[e] = mesh.type[first];

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "group/engine_mesh.h"
+#include "mesh/few.h"
 #include "plane/foot.h"
 #include "plane/orientation.h"
 #include "plane/triangulation.h"
@@ -83,19 +84,19 @@ class Smoother {
 public:
     Smoother(Mesh& mesh, Engine& engine, const Drawn& drawn) : mesh_(mesh), engine_(engine), drawn_(drawn) {}
 
-    // True when the node has moved.
-    bool improve(NodeNumber node) {
+    // Where the node has moved, the nodes of the solids round it are worth another look.
+    void improve(NodeNumber node, std::vector<NodeNumber>& next) {
         if (engine_.frozen[node] != 0 || drawn_.nodes.count(node) != 0)
-            return false;
+            return;
         Solids solids = solids_with(mesh_, engine_, node);
         const Point at = node_point(mesh_, node);
         const auto [worst, before] = worst_of(solids);
         if (before >= GOOD_ENOUGH)
-            return false;
+            return;
         const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
         if (freedom.freedom == Freedom::stays)
-            return false;
-        const std::vector<Point> possible = places(freedom, solids, node, at);
+            return;
+        const Places possible = places(freedom, solids, node, at);
         // Most places are no better for the worst, and need no look at the others.
         std::swap(solids[0], solids[worst]);
         Point best = at;
@@ -108,22 +109,41 @@ public:
             }
         }
         if (best == at)
-            return false;
+            return;
         move_node(mesh_, engine_, node, best);
-        return true;
+        for (const Solid& solid : solids) {
+            known_of(solid.element) = {};
+            next.insert(next.end(), solid.nodes().begin(), solid.nodes().end());
+        }
     }
 
 private:
+    using Places = Few<Point, 1 + STEPS.size() * DIRECTIONS.size()>;
+
     // The place in the list and the shape of the worst.
-    std::pair<std::size_t, double> worst_of(const Solids& solids) const {
+    std::pair<std::size_t, double> worst_of(const Solids& solids) {
         std::pair<std::size_t, double> worst{0, OPENING_180};
         for (std::size_t i = 0; i < solids.size(); ++i)
-            if (const double shape = shape_as_written(outline_of(mesh_, solids[i])); shape < worst.second)
+            if (const double shape = shape_now(solids[i]); shape < worst.second)
                 worst = {i, shape};
         return worst;
     }
 
-    std::vector<Point> places(const NodeFreedom& freedom, std::span<const Solid> solids, NodeNumber node,
+    // The shape of a solid as it lies. Each of its nodes asks for it, so that it is kept for a while.
+    double shape_now(const Solid& solid) {
+        Known& known = known_of(solid.element);
+        if (known.element != solid.element)
+            known = {solid.element, shape_as_written(outline_of(mesh_, solid))};
+        return known.shape;
+    }
+
+    struct Known {
+        ElementNumber element;
+        double shape = 0.0;
+    };
+    Known& known_of(ElementNumber e) { return known_[e.place() % known_.size()]; }
+
+    Places places(const NodeFreedom& freedom, std::span<const Solid> solids, NodeNumber node,
                               const Point& at) const {
         double shortest = 0.0, x = 0.0, y = 0.0;
         int count = 0;
@@ -140,8 +160,7 @@ private:
                     ++count;
                 }
             }
-        std::vector<Point> found;
-        found.reserve(1 + STEPS.size() * DIRECTIONS.size());
+        Places found;
         if (freedom.freedom == Freedom::slides) {
             const double share = foot_on(freedom.from, freedom.to, at).share;
             for (const double step : STEPS) {
@@ -162,6 +181,7 @@ private:
     Mesh& mesh_;
     Engine& engine_;
     const Drawn& drawn_;
+    std::array<Known, 256> known_;  // by the last digits of the element's number
 };
 
 }  // namespace
@@ -183,17 +203,17 @@ bool is_flat_as_written(const Mesh& mesh, const Solid& solid) {
 }
 
 void smooth(Mesh& mesh, Engine& engine, const Drawn& drawn, const std::set<NodeNumber>& nodes) {
-    std::set<NodeNumber> waiting;
+    std::vector<NodeNumber> waiting;
     for (const NodeNumber node : nodes)
         for (const Solid& solid : solids_with(mesh, engine, node))
-            waiting.insert(solid.nodes().begin(), solid.nodes().end());
+            waiting.insert(waiting.end(), solid.nodes().begin(), solid.nodes().end());
     Smoother smoother(mesh, engine, drawn);
     for (int sweep = 0; sweep < SWEEPS && !waiting.empty(); ++sweep) {
-        std::set<NodeNumber> next;
+        std::sort(waiting.begin(), waiting.end());
+        waiting.erase(std::unique(waiting.begin(), waiting.end()), waiting.end());
+        std::vector<NodeNumber> next;
         for (const NodeNumber node : waiting)
-            if (smoother.improve(node))
-                for (const Solid& solid : solids_with(mesh, engine, node))
-                    next.insert(solid.nodes().begin(), solid.nodes().end());
+            smoother.improve(node, next);
         waiting = std::move(next);
     }
 }

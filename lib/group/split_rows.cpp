@@ -90,7 +90,7 @@ void split_row(CutTable& cut, std::size_t r) {
 void write_back(Mesh& mesh, Engine& engine, const CutRow& row) {
     ElementNumber e = row.element;
     if (mesh.words[e].corner_1.names_one()) {
-        e = add_element(engine);
+        e = add_element(mesh, engine);
         copy_attributes(mesh, row.element, e);
         engine.workable[e] = e;
     }

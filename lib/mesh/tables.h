@@ -38,6 +38,8 @@ struct ElementWords {
     NodeNumber corner_1, corner_2, corner_3, corner_4;
     NodeNumber midside_5, midside_6, midside_7, midside_8;
     MaterialNumber material;
+
+    void clear_midsides() { midside_5 = midside_6 = midside_7 = midside_8 = NodeNumber{}; }
 };
 
 // Types of an element in type, type_in_use and second_type_in_use.

@@ -42,13 +42,6 @@ void Extent::include(const Point& a, const Point& b) {
     height = std::max(height, h);
 }
 
-void Box::include(const Point& p) {
-    x0 = std::min(x0, p.x);
-    y0 = std::min(y0, p.y);
-    x1 = std::max(x1, p.x);
-    y1 = std::max(y1, p.y);
-}
-
 float Box::size() const {
     return std::max(x1 - x0, y1 - y0);
 }
@@ -61,12 +54,6 @@ Box Box::with_room(const Extent& slanting, float reach) const {
     const float room_x = slanting.width * 1.0001F + (x1 - x0) * IN_TRIANGLE + more;
     const float room_y = slanting.height * 1.0001F + (y1 - y0) * IN_TRIANGLE + more;
     return {x0 - room_x, y0 - room_y, x1 + room_x, y1 + room_y};
-}
-
-Box box_of(const Point& a, const Point& b) {
-    Box box{a.x, a.y, a.x, a.y};
-    box.include(b);
-    return box;
 }
 
 }  // namespace brelan

@@ -1,20 +1,6 @@
 #include "plane/foot.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace brelan {
-
-Foot foot_on(const Point& from, const Point& to, const Point& p) {
-    const double sx = static_cast<double>(to.x) - static_cast<double>(from.x);
-    const double sy = static_cast<double>(to.y) - static_cast<double>(from.y);
-    const double vx = static_cast<double>(p.x) - static_cast<double>(from.x);
-    const double vy = static_cast<double>(p.y) - static_cast<double>(from.y);
-    const double square = sx * sx + sy * sy;
-    const double share = square > 0.0 ? std::clamp((sx * vx + sy * vy) / square, 0.0, 1.0) : 0.0;
-    const double dx = vx - share * sx, dy = vy - share * sy;
-    return {std::sqrt(dx * dx + dy * dy), share};
-}
 
 Point point_between(const Point& from, const Point& to, double share) {
     const double x = static_cast<double>(from.x), y = static_cast<double>(from.y);

@@ -1,6 +1,7 @@
 // Where a point lies beside a segment, and where two segments meet, in 64 bits.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 
 #include "plane/point.h"
@@ -11,7 +12,16 @@ namespace brelan {
 struct Foot {
     double distance = 0.0, share = 0.0;
 };
-Foot foot_on(const Point& from, const Point& to, const Point& p);
+inline Foot foot_on(const Point& from, const Point& to, const Point& p) {
+    const double sx = static_cast<double>(to.x) - static_cast<double>(from.x);
+    const double sy = static_cast<double>(to.y) - static_cast<double>(from.y);
+    const double vx = static_cast<double>(p.x) - static_cast<double>(from.x);
+    const double vy = static_cast<double>(p.y) - static_cast<double>(from.y);
+    const double square = sx * sx + sy * sy;
+    const double share = square > 0.0 ? std::clamp((sx * vx + sy * vy) / square, 0.0, 1.0) : 0.0;
+    const double dx = vx - share * sx, dy = vy - share * sy;
+    return {std::sqrt(dx * dx + dy * dy), share};
+}
 
 // The distance of two points.
 inline double distance_64(const Point& a, const Point& b) {

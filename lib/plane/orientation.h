@@ -30,6 +30,8 @@ inline int orientation(const Point& a, const Point& b, const Point& c) {
     constexpr double BOUND = 4.0 * std::numeric_limits<double>::epsilon();  // of 3 + 16 epsilon half units
     if (std::abs(area) > BOUND * (std::abs(left) + std::abs(right)))
         return area > 0.0 ? 1 : -1;
+    if (left == 0.0 && right == 0.0)
+        return 0;  // a difference of 32-bit numbers is 0 for equal ones alone
     return orientation_by_products(a, b, c);
 }
 
