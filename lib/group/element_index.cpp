@@ -73,9 +73,12 @@ void ElementIndex::build(Mesh& mesh, Engine& engine) {
 void ElementIndex::note(const Mesh& mesh, ElementNumber e) {
     if (cells_.empty())
         return;
-    for (const NodeNumber n : corners_of(mesh, e).n)
-        if (n.names_one())
+    std::array<NodeNumber, 4>& known = placed_[e.place()].corners;
+    const std::array<NodeNumber, 4> corners = std::to_array(corners_of(mesh, e).n);
+    for (const NodeNumber n : corners)
+        if (n.names_one() && std::find(known.begin(), known.end(), n) == known.end())
             link(n, e);
+    known = corners;
     place(mesh, e);
 }
 
@@ -84,7 +87,7 @@ void ElementIndex::note_node(const Mesh& mesh, NodeNumber n) {
         return;
     ++mark_;
     for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE;
-         i = links_[static_cast<std::size_t>(i)].next) {
+         i = next(i)) {
         const ElementNumber e = links_[static_cast<std::size_t>(i)].element;
         std::uint32_t& stamp = placed_[e.place()].stamp;
         if (stamp == mark_)
@@ -129,7 +132,7 @@ std::vector<ElementNumber> ElementIndex::with(const Engine& engine, std::span<co
     elements.reserve(USUAL_ELEMENTS * nodes.size());
     for (const NodeNumber n : nodes)
         for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE;
-             i = links_[static_cast<std::size_t>(i)].next)
+             i = next(i))
             elements.push_back(links_[static_cast<std::size_t>(i)].element);
     std::sort(elements.begin(), elements.end());
     elements.erase(std::unique(elements.begin(), elements.end()), elements.end());
@@ -143,9 +146,18 @@ ElementsAt ElementIndex::at(const Engine& engine, NodeNumber node) const {
             elements.push_back(e);
         return elements;
     }
-    for (std::int32_t i = head_[node.place()]; i != NONE; i = links_[static_cast<std::size_t>(i)].next)
+    for (std::int32_t i = head_[node.place()]; i != NONE; i = next(i))
         elements.insert_in_order(links_[static_cast<std::size_t>(i)].element);
     return elements;
+}
+
+ElementsAt ElementIndex::at_end_of(const Engine& engine, NodeNumber from, NodeNumber to) const {
+    std::int32_t i = head_[from.place()], k = head_[to.place()];
+    while (i != NONE && k != NONE) {
+        i = next(i);
+        k = next(k);
+    }
+    return at(engine, i == NONE ? from : to);
 }
 
 void ElementIndex::link(NodeNumber n, ElementNumber e) {

@@ -1,6 +1,7 @@
 // Where the elements lie that the groups work on.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -37,6 +38,9 @@ public:
     std::vector<ElementNumber> with(const Engine& engine, std::span<const NodeNumber> nodes) const;
     ElementsAt at(const Engine& engine, NodeNumber node) const;
 
+    // Those at one end of a side, of the two the one with fewer.
+    ElementsAt at_end_of(const Engine& engine, NodeNumber from, NodeNumber to) const;
+
 private:
     static constexpr std::int32_t NONE = -1;
     struct Link {
@@ -54,14 +58,16 @@ private:
         }
     };
 
-    // Where an element lies, and the search that found it last.
+    // Where an element lies, the corners that it was noted with last, and the search that found it last.
     struct Placed {
         CellRange cells;
         Box box{0.0F, 0.0F, 0.0F, 0.0F};
+        std::array<NodeNumber, 4> corners{};
         std::uint32_t stamp = 0;
     };
 
     void link(NodeNumber n, ElementNumber e);
+    std::int32_t next(std::int32_t link) const { return links_[static_cast<std::size_t>(link)].next; }
     std::int32_t cell(float v, float low, float high) const;
     std::int32_t cell_x(float x) const { return cell(x, bounds_.x0, bounds_.x1); }
     std::int32_t cell_y(float y) const { return cell(y, bounds_.y0, bounds_.y1); }

@@ -106,4 +106,9 @@ ElementsAt elements_at(const Engine& engine, NodeNumber node) {
     return engine.element_index.at(engine, node);
 }
 
+ElementsAt elements_beside(const Engine& engine, NodeNumber from, NodeNumber to) {
+    engine.look();
+    return engine.element_index.at_end_of(engine, from, to);
+}
+
 }  // namespace brelan

@@ -76,4 +76,7 @@ std::span<const ElementNumber> elements_over(Engine& engine, const Box& box);
 std::vector<ElementNumber> elements_with(const Engine& engine, std::span<const NodeNumber> nodes);
 ElementsAt elements_at(const Engine& engine, NodeNumber node);
 
+// All elements that may have a side, in ascending number.
+ElementsAt elements_beside(const Engine& engine, NodeNumber from, NodeNumber to);
+
 }  // namespace brelan

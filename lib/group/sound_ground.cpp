@@ -175,7 +175,7 @@ bool is_cuttable(const Mesh& mesh, const Engine& engine, ElementNumber e) {
 
 SideUsers users_of(const Mesh& mesh, const Engine& engine, const Side& side) {
     SideUsers users;
-    for (const ElementNumber e : elements_at(engine, side.first)) {
+    for (const ElementNumber e : elements_beside(engine, side.first, side.second)) {
         if (mesh.type[e] == ELEMENT_DELETED)
             continue;
         if (mesh.type[e] != ELEMENT_CONTINUUM) {
@@ -252,6 +252,8 @@ double worst_shape(const Mesh& mesh, std::span<const Solid> solids, NodeNumber n
     for (const Solid& solid : solids) {
         const Outline outline = outline_of(mesh, solid, node, place);
         worst = std::min(worst, side_shape(outline));
+        if (worst <= 0.0)
+            return worst;
         if (solid.count == 3) {
             const auto& [a, b, c, none] = outline.corner;
             worst = std::min(worst, orientation(a, b, c) > 0 ? openings_of(outline).smallest : -1.0);

@@ -25,8 +25,9 @@ struct Box {
         y1 = std::max(y1, p.y);
     }
     bool holds(const Point& p) const { return p.x >= x0 && p.x <= x1 && p.y >= y0 && p.y <= y1; }
+    // A box with a coordinate that is no number meets all.
     bool meets(const Box& other) const {
-        return x0 <= other.x1 && other.x0 <= x1 && y0 <= other.y1 && other.y0 <= y1;
+        return !(x0 > other.x1 || other.x0 > x1 || y0 > other.y1 || other.y0 > y1);
     }
     float size() const;
     // The box with room for what the tests find beyond it: nodes and middles within a reach, and crossings by
