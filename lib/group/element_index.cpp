@@ -64,6 +64,10 @@ void ElementIndex::build(Mesh& mesh, Engine& engine) {
     }
     const float side = std::sqrt(static_cast<float>(std::max(elements, 1)));
     count_ = std::clamp(static_cast<std::int32_t>(side), 1, MOST_CELLS);
+    const auto per_length = [&](float low, float high) {
+        return static_cast<float>(count_) / std::max(high - low, 1.0E-30F);
+    };
+    cells_per_length_ = {per_length(bounds_.x0, bounds_.x1), per_length(bounds_.y0, bounds_.y1)};
     cells_.resize(static_cast<std::size_t>(count_) * static_cast<std::size_t>(count_));
     for (ElementNumber e{1}; e <= engine.highest_element; ++e)
         if (mesh.type[e] != ELEMENT_DELETED)
@@ -73,12 +77,9 @@ void ElementIndex::build(Mesh& mesh, Engine& engine) {
 void ElementIndex::note(const Mesh& mesh, ElementNumber e) {
     if (cells_.empty())
         return;
-    std::array<NodeNumber, 4>& known = placed_[e.place()].corners;
-    const std::array<NodeNumber, 4> corners = std::to_array(corners_of(mesh, e).n);
-    for (const NodeNumber n : corners)
-        if (n.names_one() && std::find(known.begin(), known.end(), n) == known.end())
+    for (const NodeNumber n : corners_of(mesh, e).n)
+        if (n.names_one())
             link(n, e);
-    known = corners;
     place(mesh, e);
 }
 
@@ -147,7 +148,7 @@ ElementsAt ElementIndex::at(const Engine& engine, NodeNumber node) const {
         return elements;
     }
     for (std::int32_t i = head_[node.place()]; i != NONE; i = next(i))
-        elements.insert_in_order(links_[static_cast<std::size_t>(i)].element);
+        elements.push_back(links_[static_cast<std::size_t>(i)].element);
     return elements;
 }
 
@@ -161,14 +162,21 @@ ElementsAt ElementIndex::at_end_of(const Engine& engine, NodeNumber from, NodeNu
 }
 
 void ElementIndex::link(NodeNumber n, ElementNumber e) {
-    std::int32_t& head = head_[n.place()];
-    links_.push_back({e, head});
-    head = static_cast<std::int32_t>(links_.size()) - 1;
+    std::int32_t before = NONE, behind = head_[n.place()];
+    while (behind != NONE && links_[static_cast<std::size_t>(behind)].element < e) {
+        before = behind;
+        behind = next(behind);
+    }
+    if (behind != NONE && links_[static_cast<std::size_t>(behind)].element == e)
+        return;
+    links_.push_back({e, behind});
+    (before == NONE ? head_[n.place()] : links_[static_cast<std::size_t>(before)].next) =
+        static_cast<std::int32_t>(links_.size()) - 1;
 }
 
 // Cells at the border reach beyond it without end.
-std::int32_t ElementIndex::cell(float v, float low, float high) const {
-    const float place = (v - low) / std::max(high - low, 1.0E-30F) * static_cast<float>(count_);
+std::int32_t ElementIndex::cell(float v, float low, float per_length) const {
+    const float place = (v - low) * per_length;
     return place > 0.0F ? static_cast<std::int32_t>(std::min(place, static_cast<float>(count_ - 1))) : 0;
 }
 

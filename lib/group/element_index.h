@@ -1,7 +1,6 @@
 // Where the elements lie that the groups work on.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -58,19 +57,18 @@ private:
         }
     };
 
-    // Where an element lies, the corners that it was noted with last, and the search that found it last.
+    // Where an element lies, and the search that found it last.
     struct Placed {
         CellRange cells;
         Box box{0.0F, 0.0F, 0.0F, 0.0F};
-        std::array<NodeNumber, 4> corners{};
         std::uint32_t stamp = 0;
     };
 
     void link(NodeNumber n, ElementNumber e);
     std::int32_t next(std::int32_t link) const { return links_[static_cast<std::size_t>(link)].next; }
-    std::int32_t cell(float v, float low, float high) const;
-    std::int32_t cell_x(float x) const { return cell(x, bounds_.x0, bounds_.x1); }
-    std::int32_t cell_y(float y) const { return cell(y, bounds_.y0, bounds_.y1); }
+    std::int32_t cell(float v, float low, float per_length) const;
+    std::int32_t cell_x(float x) const { return cell(x, bounds_.x0, cells_per_length_.x); }
+    std::int32_t cell_y(float y) const { return cell(y, bounds_.y0, cells_per_length_.y); }
     void place(const Mesh& mesh, ElementNumber e);
     bool is_used(const Engine& engine) const;
     std::span<const ElementNumber> all(const Engine& engine);
@@ -81,9 +79,10 @@ private:
 
     Box bounds_{0.0F, 0.0F, 0.0F, 0.0F};
     std::int32_t count_ = 1;
+    Point cells_per_length_;  // along x and y
     std::vector<std::vector<ElementNumber>> cells_;
     std::vector<ElementNumber> met_anywhere_;
-    ByNumber<std::int32_t> head_{NONE};  // by node: its last link
+    ByNumber<std::int32_t> head_{NONE};  // by node: its first link; the others follow in ascending number
     std::vector<Link> links_;
     ByNumber<Placed> placed_;  // by element
     std::uint32_t mark_ = 0;

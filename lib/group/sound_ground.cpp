@@ -42,6 +42,10 @@ bool has_node(const Corners& corners, NodeNumber node) {
     return std::find(corners.n, corners.n + 4, node) != corners.n + 4;
 }
 
+bool has_node(const Solid& solid, NodeNumber node) {
+    return solid.node[0] == node || solid.node[1] == node || solid.node[2] == node || solid.node[3] == node;
+}
+
 std::vector<Spoke> spokes_of(const Mesh& mesh, const Engine& engine, const Drawn& drawn, NodeNumber node) {
     std::vector<Spoke> spokes;
     spokes.reserve(USUAL_SPOKES);
@@ -196,9 +200,12 @@ SideUsers users_of(const Mesh& mesh, const Engine& engine, const Side& side) {
 
 Solids solids_with(const Mesh& mesh, const Engine& engine, NodeNumber node) {
     Solids solids;
-    for (const ElementNumber e : elements_at(engine, node))
-        if (is_solid(mesh, e) && has_node(corners_of(mesh, e), node))
-            solids.push_back(solid_of(mesh, e));
+    for (const ElementNumber e : elements_at(engine, node)) {
+        if (!is_solid(mesh, e))
+            continue;
+        if (const Solid solid = solid_of(mesh, e); has_node(solid, node))
+            solids.push_back(solid);
+    }
     return solids;
 }
 

@@ -204,10 +204,13 @@ private:
     }
 
     void try_filling(const Cavity& cavity, std::vector<Point> inside, std::optional<Filling>& best) const {
+        if (!inside.empty() && (!cavity.empty.holds(inside.front()) ||
+                                is_near(cavity.empty.points(), cavity.ring.size(), inside.front())))
+            return;
         Triangulation triangulation = cavity.empty;
-        for (const Point& point : inside)
-            if (is_near(triangulation.points(), cavity.ring.size(), point) ||
-                triangulation.add_inside(point) < 0)
+        for (std::size_t i = 0; i < inside.size(); ++i)
+            if ((i > 0 && is_near(triangulation.points(), cavity.ring.size(), inside[i])) ||
+                triangulation.add_inside(inside[i]) < 0)
                 return;
         const std::vector<Triangulation::Part> parts = triangulation.parts();
         double shape = OPENING_180, area = 0.0;

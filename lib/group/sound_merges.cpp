@@ -40,7 +40,7 @@ public:
         if (drawn_.nodes.count(node) != 0 || is_pinned(drawing_, node_point(mesh_, node)))
             return {};
         const Solids solids = solids_with(mesh_, engine_, node);
-        const double before = shape_with(mesh_, solids, node, node_point(mesh_, node), -1.0);
+        const double before = shape_with(mesh_, solids, node, node_point(mesh_, node));
         std::set<NodeNumber> around;
         for (const Solid& solid : solids)
             around.insert(solid.nodes().begin(), solid.nodes().end());
@@ -166,7 +166,7 @@ private:
                     for (const NodeNumber end : {solid.behind(i), solid.before(i)})
                         if (end != node && beside.count(end) != 0 && opposite.count(end) == 0)
                             return -1.0;
-        return left.empty() ? -1.0 : shape_with(mesh_, left, other, node_point(mesh_, other), -1.0);
+        return left.empty() ? -1.0 : shape_with(mesh_, left, other, node_point(mesh_, other));
     }
 
     void write(std::span<const Solid> solids, NodeNumber node, NodeNumber other) {

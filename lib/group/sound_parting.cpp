@@ -1,6 +1,7 @@
 #include "group/sound_parting.h"
 
 #include <algorithm>
+#include <array>
 
 #include "group/engine_mesh.h"
 #include "mesh/attributes.h"
@@ -9,14 +10,20 @@ namespace brelan {
 
 namespace {
 
+constexpr std::size_t USUAL_WEDGES = 8;
+
 // The corners of an element in order, a repeated one once.
-std::vector<NodeNumber> ring_of(const Mesh& mesh, ElementNumber e) {
-    std::vector<NodeNumber> ring;
+struct Ring {
+    std::array<NodeNumber, 4> node{};
+    std::size_t count = 0;
+};
+Ring ring_of(const Mesh& mesh, ElementNumber e) {
+    Ring ring;
     for (const NodeNumber n : corners_of(mesh, e).n)
-        if (n.names_one() && (ring.empty() || ring.back() != n))
-            ring.push_back(n);
-    while (ring.size() > 1 && ring.front() == ring.back())
-        ring.pop_back();
+        if (n.names_one() && (ring.count == 0 || ring.node[ring.count - 1] != n))
+            ring.node[ring.count++] = n;
+    while (ring.count > 1 && ring.node[0] == ring.node[ring.count - 1])
+        --ring.count;
     return ring;
 }
 
@@ -33,13 +40,16 @@ NodeNumber node_now(const PartedSides& parted, NodeNumber node, NodeNumber other
 
 std::vector<Wedge> wedges_at(const Mesh& mesh, const Engine& engine, NodeNumber node) {
     std::vector<Wedge> wedges;
+    wedges.reserve(USUAL_WEDGES);
     for (const ElementNumber e : elements_at(engine, node)) {
         if (mesh.type[e] != ELEMENT_CONTINUUM)
             continue;
-        const std::vector<NodeNumber> ring = ring_of(mesh, e);
-        const auto at = static_cast<std::size_t>(std::find(ring.begin(), ring.end(), node) - ring.begin());
-        if (at < ring.size())
-            wedges.push_back({e, ring[(at + ring.size() - 1) % ring.size()], ring[(at + 1) % ring.size()]});
+        const auto& [ring, count] = ring_of(mesh, e);
+        std::size_t at = 0;
+        while (at < count && ring[at] != node)
+            ++at;
+        if (at < count)
+            wedges.push_back({e, ring[(at + count - 1) % count], ring[(at + 1) % count]});
     }
     return wedges;
 }

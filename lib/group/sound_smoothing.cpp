@@ -80,6 +80,35 @@ double shape_as_written(std::span<const Point> corners) {
     return is_doubtful(corners, openings) && is_flat(corners) ? -1.0 : shape;
 }
 
+// True where one corner alone tells that the shape is at most `enough`: its angle is as far from 90 degrees
+// as that of such an opening. Roots and quotients are for the others.
+bool is_at_most(std::span<const Point> corners, double enough) {
+    constexpr double LEAST_COSINE = 0.01;    // below, its square is too near to the rounding of products
+    constexpr double ROUNDING = 1.0 + 1.0E-9;
+    const double cosine = 1.0 - enough;
+    if (cosine < LEAST_COSINE)
+        return false;
+    const double limit = cosine * cosine * ROUNDING;
+    const std::size_t n = corners.size();
+    const auto way = [&](std::size_t from, std::size_t to) {
+        const Point &a = corners[from], &b = corners[to];
+        return std::array<double, 2>{static_cast<double>(b.x) - static_cast<double>(a.x),
+                                     static_cast<double>(b.y) - static_cast<double>(a.y)};
+    };
+    std::array<double, 2> in = way(n - 1, 0);
+    double square_in = in[0] * in[0] + in[1] * in[1];
+    for (std::size_t i = 0; i < n; ++i) {
+        const std::array<double, 2> out = way(i, i + 1 < n ? i + 1 : 0);
+        const double square_out = out[0] * out[0] + out[1] * out[1];
+        const double product = in[0] * out[0] + in[1] * out[1];
+        if (product * product > limit * square_in * square_out)
+            return true;
+        in = out;
+        square_in = square_out;
+    }
+    return false;
+}
+
 class Smoother {
 public:
     Smoother(Mesh& mesh, Engine& engine, const Drawn& drawn) : mesh_(mesh), engine_(engine), drawn_(drawn) {}
@@ -99,10 +128,13 @@ public:
         const Places possible = places(freedom, solids, node, at);
         // Most places are no better for the worst, and need no look at the others.
         std::swap(solids[0], solids[worst]);
+        Few<Outline, 8> outlines;
+        for (const Solid& solid : solids)
+            outlines.push_back(outline_of(mesh_, solid));
         Point best = at;
         double best_shape = std::max(before * GAIN, 0.0);
         for (const Point& place : possible) {
-            const double shape = shape_with(mesh_, solids, node, place, best_shape);
+            const double shape = shape_at(solids, outlines, node, place, best_shape);
             if (shape > best_shape) {
                 best = place;
                 best_shape = shape;
@@ -126,6 +158,24 @@ private:
         for (std::size_t i = 0; i < solids.size(); ++i)
             if (const double shape = shape_now(solids[i]); shape < worst.second)
                 worst = {i, shape};
+        return worst;
+    }
+
+    // The worst shape with the node at a place; at most `enough` where it is not more than that.
+    static double shape_at(const Solids& solids, Few<Outline, 8>& outlines, NodeNumber node,
+                           const Point& place, double enough) {
+        double worst = OPENING_180;
+        for (std::size_t s = 0; s < solids.size(); ++s) {
+            Outline& outline = outlines[s];
+            for (std::size_t i = 0; i < outline.count; ++i)
+                if (solids[s].node[i] == node)
+                    outline.corner[i] = place;
+            if (is_at_most(outline, enough))
+                return enough;
+            worst = std::min(worst, shape_as_written(outline));
+            if (worst <= enough)
+                return worst;
+        }
         return worst;
     }
 
@@ -186,14 +236,10 @@ private:
 
 }  // namespace
 
-double shape_with(const Mesh& mesh, std::span<const Solid> solids, NodeNumber node, const Point& place,
-                  double enough) {
+double shape_with(const Mesh& mesh, std::span<const Solid> solids, NodeNumber node, const Point& place) {
     double worst = OPENING_180;
-    for (const Solid& solid : solids) {
-        if (worst <= enough)
-            return worst;
+    for (const Solid& solid : solids)
         worst = std::min(worst, shape_as_written(outline_of(mesh, solid, node, place)));
-    }
     return worst;
 }
 

@@ -16,9 +16,8 @@ namespace brelan {
 void smooth(Mesh& mesh, Engine& engine, const Drawn& drawn, const std::set<NodeNumber>& nodes);
 
 // The smallest opening of solids (plane/triangulation.h), with a node at a place, and how far their corners
-// are from flat; below 0 where one is inverted or flat. What is no more than `enough` is not told exactly.
-double shape_with(const Mesh& mesh, std::span<const Solid> solids, NodeNumber node, const Point& place,
-                  double enough);
+// are from flat; below 0 where one is inverted or flat.
+double shape_with(const Mesh& mesh, std::span<const Solid> solids, NodeNumber node, const Point& place);
 
 // True for a solid that the digits of a mesh file make flat or inverted.
 bool is_flat_as_written(const Mesh& mesh, const Solid& solid);

@@ -2,7 +2,6 @@
 // such lists are made by the thousand, and nearly all of them are short.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <utility>
@@ -24,15 +23,11 @@ public:
         ++size_;
     }
 
-    // Into a list in ascending order, unless it is there already.
-    void insert_in_order(const T& entry) {
-        std::size_t place = size_;
-        while (place > 0 && entry < (*this)[place - 1])
-            --place;
-        if (place > 0 && (*this)[place - 1] == entry)
-            return;
-        push_back(entry);
-        std::rotate(begin() + place, end() - 1, end());
+    // Leaves out the last ones.
+    void shorten_to(std::size_t size) {
+        size_ = size;
+        if (!more_.empty())
+            more_.resize(size);
     }
 
     T* begin() { return more_.empty() ? own_.data() : more_.data(); }

@@ -111,33 +111,40 @@ Triangulation::Triangulation(std::span<const Point> ring) : points_(ring.begin()
     improve();
 }
 
-int Triangulation::add_inside(const Point& point) {
-    const auto p = static_cast<int>(points_.size());
-    points_.push_back(point);
-    // The triangle that holds the point. On an edge between two, both are divided.
+Triangulation::Holding Triangulation::triangle_at(const Point& point) const {
     for (const auto& [edge, c] : apex_) {
         const auto [a, b] = edge;
         if (a > b || a > c)
             continue;  // each triangle once, from its lowest corner
-        const int ab = orientation(at(a), at(b), point), bc = orientation(at(b), at(c), point),
-                  ca = orientation(at(c), at(a), point);
-        if (ab < 0 || bc < 0 || ca < 0)
-            continue;
-        if (ab == 0 || bc == 0 || ca == 0) {
-            const Edge on = ab == 0 ? Edge{a, b} : bc == 0 ? Edge{b, c} : Edge{c, a};
-            split_edge(on.first, on.second, p);
-            return p;
-        }
-        const int apex = c;
-        const Edge base{a, b};
-        remove(base.first, base.second, apex);
-        add(base.first, base.second, p);
-        add(base.second, apex, p);
-        add(apex, base.first, p);
-        settle({base, {base.second, apex}, {apex, base.first}});
+        const int ab = orientation(at(a), at(b), point);
+        const int bc = ab < 0 ? -1 : orientation(at(b), at(c), point);
+        const int ca = bc < 0 ? -1 : orientation(at(c), at(a), point);
+        if (ca >= 0)
+            return {{a, b, c}, {ab, bc, ca}};
+    }
+    return {};
+}
+
+int Triangulation::add_inside(const Point& point) {
+    const Holding holding = triangle_at(point);
+    const auto& [a, b, c] = holding.corner;
+    const auto& [ab, bc, ca] = holding.turn;
+    const auto p = static_cast<int>(points_.size());
+    points_.push_back(point);
+    if (a < 0)
+        return -1;
+    // On an edge between two triangles, both are divided.
+    if (ab == 0 || bc == 0 || ca == 0) {
+        const Edge on = ab == 0 ? Edge{a, b} : bc == 0 ? Edge{b, c} : Edge{c, a};
+        split_edge(on.first, on.second, p);
         return p;
     }
-    return -1;
+    remove(a, b, c);
+    add(a, b, p);
+    add(b, c, p);
+    add(c, a, p);
+    settle({{a, b}, {b, c}, {c, a}});
+    return p;
 }
 
 bool Triangulation::fix(int from, int to, double tolerance) {

@@ -38,6 +38,9 @@ public:
     // a little. Without triangles where it is none.
     explicit Triangulation(std::span<const Point> ring);
 
+    // Whether a triangle holds a point.
+    bool holds(const Point& point) const { return triangle_at(point).corner[0] >= 0; }
+
     // Puts a point inside. Gives its place in points(), -1 where it is not inside.
     int add_inside(const Point& point);
 
@@ -62,6 +65,13 @@ public:
 
 private:
     using Edge = std::pair<int, int>;
+
+    // The triangle that holds a point, and on which side of its own, from each corner to the next, that is.
+    struct Holding {
+        std::array<int, 3> corner{-1, -1, -1};
+        std::array<int, 3> turn{};
+    };
+    Holding triangle_at(const Point& point) const;
 
     static Edge lower_first(int a, int b) { return a < b ? Edge{a, b} : Edge{b, a}; }
     void add(int a, int b, int c);
