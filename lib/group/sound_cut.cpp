@@ -23,10 +23,14 @@ namespace {
 constexpr double SHORTEST_HALVED = 4.0;  // tolerances
 constexpr double LARGEST_SHARE = 0.1;    // of the shortest side that is touched: the most that TOLSAME may be
 
-void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawing,
-                          std::span<const Point> loaded) {
-    for (const DrawnSegment& segment : drawing.segments)
-        for (const Solid& solid : solids_met_by(mesh, engine, drawing, segment))
+// Gives the solids that each segment meets.
+std::vector<Solids> require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawing,
+                                         std::span<const Point> loaded) {
+    std::vector<Solids> met;
+    met.reserve(drawing.segments.size());
+    for (const DrawnSegment& segment : drawing.segments) {
+        met.push_back(solids_met_by(mesh, engine, drawing, segment));
+        for (const Solid& solid : met.back())
             for (std::size_t i = 0; i < solid.count; ++i) {
                 const Point a = node_point(mesh, solid.node[i]), b = node_point(mesh, solid.behind(i));
                 const auto where = [&] {
@@ -46,6 +50,8 @@ void require_sound_ground(const Mesh& mesh, Engine& engine, const Drawing& drawi
                          "; expected a TOLSAME of at most a tenth of it, found " +
                          std::to_string(drawing.tolerance));
             }
+    }
+    return met;
 }
 
 // True where a segment goes on from a node along a side. Those of other lines that it crosses there do not
@@ -149,9 +155,9 @@ Point middle_on_line(const Mesh& mesh, const Engine& engine, const Drawn& drawn,
 CutPlan cut_soundly(Mesh& mesh, double tolerance, Engine& engine, Drawn& drawn, std::span<const Point> loaded,
                     const Path& path, std::span<const SegmentRow> segments, double width) {
     const Drawing drawing = drawing_of(path, segments, tolerance);
-    require_sound_ground(mesh, engine, drawing, loaded);
+    const std::vector<Solids> met = require_sound_ground(mesh, engine, drawing, loaded);
     const NodeNumber last_before = engine.highest_node;
-    const std::set<NodeNumber> on_drawing = move_onto(mesh, engine, drawn, drawing);
+    const std::set<NodeNumber> on_drawing = move_onto(mesh, engine, drawn, drawing, met);
     CutPlan plan = plan_cut(mesh, engine, drawn, drawing);
     std::set<NodeNumber> nodes = divide_elements(mesh, engine, drawn, drawing, plan, on_drawing);
     nodes.insert(on_drawing.begin(), on_drawing.end());

@@ -25,15 +25,16 @@ constexpr int ROUNDS = 2;              // a move may bring others within reach
 
 class Mover {
 public:
-    Mover(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing)
-        : mesh_(mesh), engine_(engine), drawn_(drawn), drawing_(drawing) {}
+    Mover(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing,
+          std::span<const Solids> met_before)
+        : mesh_(mesh), engine_(engine), drawn_(drawn), drawing_(drawing), met_before_(met_before) {}
 
     std::set<NodeNumber> run() {
-        for (const DrawnSegment& segment : drawing_.segments)
-            for (const Solid& solid : solids_met_by(mesh_, engine_, drawing_, segment))
+        for (std::size_t k = 0; k < drawing_.segments.size(); ++k)
+            for (const Solid& solid : met_by(k))
                 for (const NodeNumber node : solid.nodes())
-                    if (is_on(mesh_, drawing_, segment, node) && on_drawing_.insert(node).second)
-                        straighten(node, segment);
+                    if (is_on(mesh_, drawing_, drawing_.segments[k], node) && on_drawing_.insert(node).second)
+                        straighten(node, drawing_.segments[k]);
         take_pins();
         for (int round = 0; round < ROUNDS; ++round)
             if (!take_crossings())
@@ -42,6 +43,20 @@ public:
     }
 
 private:
+    // The solids that a segment meets, as they were found before as long as no node has moved. They hold until
+    // the next call.
+    std::span<const Solid> met_by(std::size_t k) {
+        if (!has_moved_)
+            return met_before_[k];
+        met_ = solids_met_by(mesh_, engine_, drawing_, drawing_.segments[k]);
+        return met_;
+    }
+
+    void move(NodeNumber node, const Point& place) {
+        move_node(mesh_, engine_, node, place);
+        has_moved_ = true;
+    }
+
     // A node that is nearly on a segment goes onto it, if it may.
     void straighten(NodeNumber node, const DrawnSegment& segment) {
         const NodeFreedom freedom = freedom_of(mesh_, engine_, drawn_, node);
@@ -53,7 +68,7 @@ private:
                 ? point_between(segment.from, segment.to, foot_on(segment.from, segment.to, at).share)
                 : meeting_of(freedom.from, freedom.to, segment.from, segment.to);
         if (distance_64(at, place) < drawing_.tolerance && worst_of(node, place) > 0.0)
-            move_node(mesh_, engine_, node, place);
+            move(node, place);
     }
 
     // Moves corners of the solids that hold pins onto these, the nearest pairs first.
@@ -118,7 +133,7 @@ private:
         pinned_.insert(node);
         on_drawing_.insert(node);
         if (freedom.freedom == Freedom::moves && worst_of(node, pin) > 0.0)
-            move_node(mesh_, engine_, node, pin);
+            move(node, pin);
     }
 
     bool is_between(const NodeFreedom& freedom, const Point& point) const {
@@ -158,7 +173,7 @@ private:
     bool try_move(NodeNumber node, const Point& place, double cost) {
         if (!is_good(node, worst_of(node, place), cost) || !is_free_place(node, place))
             return false;
-        move_node(mesh_, engine_, node, place);
+        move(node, place);
         on_drawing_.insert(node);
         return true;
     }
@@ -178,7 +193,7 @@ private:
         for (std::size_t k = 0; k < drawing_.segments.size(); ++k) {
             const DrawnSegment& segment = drawing_.segments[k];
             std::vector<Side> seen;
-            for (const Solid& solid : solids_met_by(mesh_, engine_, drawing_, segment))
+            for (const Solid& solid : met_by(k))
                 for (std::size_t i = 0; i < solid.count; ++i)
                     seen.push_back(side_between(solid.node[i], solid.behind(i)));
             std::sort(seen.begin(), seen.end());
@@ -240,7 +255,7 @@ private:
         const bool must = segment.only_moves && best && best_shape > 0.0;
         if (!best || (!must && !is_good(candidate.node, best_shape, candidate.cost)))
             return false;
-        move_node(mesh_, engine_, candidate.node, *best);
+        move(candidate.node, *best);
         on_drawing_.insert(candidate.node);
         return true;
     }
@@ -249,6 +264,9 @@ private:
     Engine& engine_;
     const Drawn& drawn_;
     const Drawing& drawing_;
+    std::span<const Solids> met_before_;  // by each segment
+    bool has_moved_ = false;
+    Solids met_;
     std::set<NodeNumber> on_drawing_, pinned_;
     std::vector<Point> open_pins_;  // that no node could take
 };
@@ -339,8 +357,9 @@ bool is_on(const Mesh& mesh, const Drawing& drawing, const DrawnSegment& segment
     return foot_on(segment.from, segment.to, node_point(mesh, node)).distance < drawing.tolerance;
 }
 
-std::set<NodeNumber> move_onto(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing) {
-    return Mover(mesh, engine, drawn, drawing).run();
+std::set<NodeNumber> move_onto(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing,
+                               std::span<const Solids> met) {
+    return Mover(mesh, engine, drawn, drawing, met).run();
 }
 
 }  // namespace brelan

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <set>
+#include <span>
 #include <vector>
 
 #include "group/engine.h"
@@ -22,7 +23,8 @@ bool crosses(const Mesh& mesh, const Drawing& drawing, const DrawnSegment& segme
 // True for a node that lies on a segment.
 bool is_on(const Mesh& mesh, const Drawing& drawing, const DrawnSegment& segment, NodeNumber node);
 
-// Gives the nodes that lie on the drawing now, ascending.
-std::set<NodeNumber> move_onto(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing);
+// Gives the nodes that lie on the drawing now, ascending. `met` are the solids that each segment meets.
+std::set<NodeNumber> move_onto(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing,
+                               std::span<const Solids> met);
 
 }  // namespace brelan

@@ -80,35 +80,6 @@ double shape_as_written(std::span<const Point> corners) {
     return is_doubtful(corners, openings) && is_flat(corners) ? -1.0 : shape;
 }
 
-// True where one corner alone tells that the shape is at most `enough`: its angle is as far from 90 degrees
-// as that of such an opening. Roots and quotients are for the others.
-bool is_at_most(std::span<const Point> corners, double enough) {
-    constexpr double LEAST_COSINE = 0.01;    // below, its square is too near to the rounding of products
-    constexpr double ROUNDING = 1.0 + 1.0E-9;
-    const double cosine = 1.0 - enough;
-    if (cosine < LEAST_COSINE)
-        return false;
-    const double limit = cosine * cosine * ROUNDING;
-    const std::size_t n = corners.size();
-    const auto way = [&](std::size_t from, std::size_t to) {
-        const Point &a = corners[from], &b = corners[to];
-        return std::array<double, 2>{static_cast<double>(b.x) - static_cast<double>(a.x),
-                                     static_cast<double>(b.y) - static_cast<double>(a.y)};
-    };
-    std::array<double, 2> in = way(n - 1, 0);
-    double square_in = in[0] * in[0] + in[1] * in[1];
-    for (std::size_t i = 0; i < n; ++i) {
-        const std::array<double, 2> out = way(i, i + 1 < n ? i + 1 : 0);
-        const double square_out = out[0] * out[0] + out[1] * out[1];
-        const double product = in[0] * out[0] + in[1] * out[1];
-        if (product * product > limit * square_in * square_out)
-            return true;
-        in = out;
-        square_in = square_out;
-    }
-    return false;
-}
-
 class Smoother {
 public:
     Smoother(Mesh& mesh, Engine& engine, const Drawn& drawn) : mesh_(mesh), engine_(engine), drawn_(drawn) {}
@@ -170,7 +141,7 @@ private:
             for (std::size_t i = 0; i < outline.count; ++i)
                 if (solids[s].node[i] == node)
                     outline.corner[i] = place;
-            if (is_at_most(outline, enough))
+            if (opens_at_most(outline, enough))
                 return enough;
             worst = std::min(worst, shape_as_written(outline));
             if (worst <= enough)

@@ -53,6 +53,28 @@ Openings openings_of(std::span<const Point> corners) {
                                : openings_of_polygon<4>(corners.data());
 }
 
+// The square of the cosine is that of the product of two sides by those of their lengths.
+bool opens_at_most(std::span<const Point> corners, double limit) {
+    constexpr double LEAST_COSINE = 0.01;  // below, its square is too near to the rounding of products
+    constexpr double ROUNDING = 1.0 + 1.0E-9;
+    const double cosine = 1.0 - limit;
+    if (cosine < LEAST_COSINE)
+        return false;
+    const double square = cosine * cosine * ROUNDING;
+    Vector in = between(corners.back(), corners.front());
+    double square_in = in.x * in.x + in.y * in.y;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const Vector out = between(corners[i], corners[i + 1 < corners.size() ? i + 1 : 0]);
+        const double square_out = out.x * out.x + out.y * out.y;
+        const double product = in.x * out.x + in.y * out.y;
+        if (product * product > square * square_in * square_out)
+            return true;
+        in = out;
+        square_in = square_out;
+    }
+    return false;
+}
+
 // Ears are cut off, the best shaped first (Meisters, Polygons have ears, 1975). No other corner may lie in an
 // ear or on it, so that corners on a straight side do not stay behind.
 Triangulation::Triangulation(std::span<const Point> ring) : points_(ring.begin(), ring.end()) {
