@@ -87,8 +87,7 @@ void ElementIndex::note_node(const Mesh& mesh, NodeNumber n) {
     if (cells_.empty())
         return;
     ++mark_;
-    for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE;
-         i = next(i)) {
+    for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE; i = next(i)) {
         const ElementNumber e = links_[static_cast<std::size_t>(i)].element;
         std::uint32_t& stamp = placed_[e.place()].stamp;
         if (stamp == mark_)
@@ -132,8 +131,7 @@ std::vector<ElementNumber> ElementIndex::with(const Engine& engine, std::span<co
     }
     elements.reserve(USUAL_ELEMENTS * nodes.size());
     for (const NodeNumber n : nodes)
-        for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE;
-             i = next(i))
+        for (std::int32_t i = std::as_const(head_)[n.place()]; i != NONE; i = next(i))
             elements.push_back(links_[static_cast<std::size_t>(i)].element);
     std::sort(elements.begin(), elements.end());
     elements.erase(std::unique(elements.begin(), elements.end()), elements.end());

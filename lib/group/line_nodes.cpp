@@ -30,7 +30,8 @@ void require_room(const Engine& engine, std::size_t nodes) {
 std::vector<NodeNumber> nodes_near(Mesh& mesh, const Tolerances& tolerances, Engine& engine,
                                    const Point& from, const Point& to, std::vector<bool>& seen) {
     std::vector<NodeNumber> nodes;
-    for (const ElementNumber e : elements_over(engine, box_of(from, to).with_room({}, std::abs(tolerances.line)))) {
+    for (const ElementNumber e :
+         elements_over(engine, box_of(from, to).with_room({}, std::abs(tolerances.line)))) {
         if (!is_selected(mesh, engine, e) || is_joint(mesh, e))
             continue;
         for (const NodeNumber n : corners_of(mesh, e).n) {

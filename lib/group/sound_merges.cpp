@@ -187,8 +187,7 @@ private:
         move_node(mesh_, engine_, node, node_point(mesh_, NodeNumber(1)));
     }
 
-    static void move_sides(Sides& sides, std::span<const Solid> solids, NodeNumber node,
-                           NodeNumber other) {
+    static void move_sides(Sides& sides, std::span<const Solid> solids, NodeNumber node, NodeNumber other) {
         for (const Solid& solid : solids)
             for (const NodeNumber n : solid.nodes())
                 if (n != node && sides.erase(side_between(node, n)) != 0 && n != other)

@@ -43,8 +43,8 @@ public:
     }
 
 private:
-    // The solids that a segment meets, as they were found before as long as no node has moved. They hold until
-    // the next call.
+    // The solids that a segment meets, as they were found before as long as no node has moved. They hold
+    // until the next call.
     std::span<const Solid> met_by(std::size_t k) {
         if (!has_moved_)
             return met_before_[k];

@@ -165,7 +165,7 @@ private:
     Known& known_of(ElementNumber e) { return known_[e.place() % known_.size()]; }
 
     Places places(const NodeFreedom& freedom, std::span<const Solid> solids, NodeNumber node,
-                              const Point& at) const {
+                  const Point& at) const {
         double shortest = 0.0, x = 0.0, y = 0.0;
         int count = 0;
         for (const Solid& solid : solids)

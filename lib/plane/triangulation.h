@@ -22,8 +22,9 @@ struct Openings {
 };
 Openings openings_of(std::span<const Point> corners);
 
-// True for a polygon with a corner so near to closed or to 180 degrees that its opening, or what that lacks of
-// 2, is at most `limit`, from 0 on. A few that are hardly less are not told. It takes no root and no quotient.
+// True for a polygon with a corner so near to closed or to 180 degrees that its opening, or what that lacks
+// of 2, is at most `limit`, from 0 on. A few that are hardly less are not told. It takes no root and no
+// quotient.
 bool opens_at_most(std::span<const Point> corners, double limit);
 
 inline constexpr double OPENING_10 = 0.01519224698779198;  // of 10 degrees, and so on

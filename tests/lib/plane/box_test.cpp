@@ -21,6 +21,24 @@ TEST(Box, HoldsThePointsThatItIncludes) {
     EXPECT_EQ(box.size(), 10.0F);
 }
 
+TEST(Box, MeetsWhatItTouches) {
+    const Box box{0, 0, 2, 1};
+    EXPECT_TRUE(box.meets({2, 1, 3, 3}));
+    EXPECT_TRUE(box.meets({-1, -1, 5, 5}));
+    EXPECT_TRUE(box.meets({1, 0.5F, 1, 0.5F}));
+    EXPECT_FALSE(box.meets({2.1F, 0, 3, 1}));
+    EXPECT_FALSE(box.meets({-3, 0, -0.1F, 1}));
+    EXPECT_FALSE(box.meets({0, 1.1F, 2, 2}));
+    EXPECT_FALSE(box.meets({0, -2, 2, -0.1F}));
+}
+
+// What has a coordinate that is no number is looked at, not passed over.
+TEST(Box, MeetsOneWithoutAPlace) {
+    const float none = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_TRUE((Box{0, 0, 2, 1}.meets({none, none, none, none})));
+    EXPECT_TRUE((Box{none, 0, none, 1}.meets({7, 0, 8, 1})));
+}
+
 TEST(Extent, IsThatOfTheWidestAndTheHighestSlantingSegment) {
     Extent extent;
     extent.include({0, 0}, {9, 0});

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <random>
 
@@ -49,6 +50,24 @@ TEST(Orientation, IsThatOfWholeNumbersNearALine) {
         ASSERT_EQ(orientation(b, a, c), -expected) << i;
     }
     EXPECT_GT(straight, 1000);
+}
+
+// Points above and beside each other, and two at one place, whose products are 0 without rounding.
+TEST(Orientation, OfPointsInARowOrAColumnIsThatOfTheProducts) {
+    std::mt19937 random(9);
+    std::uniform_real_distribution<float> size(-40.0F, 40.0F);
+    std::uniform_int_distribution<std::size_t> one_of(0, 2);
+    int straight = 0;
+    for (int i = 0; i < 20000; ++i) {
+        const std::array<float, 3> x{std::exp2(size(random)), -std::exp2(size(random)), 0.1F};
+        const std::array<float, 3> y{0.3F, 0.3F, std::exp2(size(random))};
+        const auto any = [&] { return Point{x[one_of(random)], y[one_of(random)]}; };
+        const Point a = any(), b = any(), c = any();
+        ASSERT_EQ(orientation(a, b, c), orientation_by_products(a, b, c)) << i;
+        straight += orientation(a, b, c) == 0 ? 1 : 0;
+    }
+    EXPECT_GT(straight, 5000);
+    EXPECT_LT(straight, 18000);
 }
 
 TEST(Orientation, HoldsOverAllSizesOfNumbers) {
