@@ -78,12 +78,13 @@ bool may_bend(const Mesh& mesh, const Engine& engine, const Drawn& drawn, const 
     ring.push_back(b);
     const int turn = orientation(a, b, run.front());
     double last = 0.0;
+    const std::vector<ElementNumber> users = users_of(mesh, engine, side).solids;
     for (const Point& place : run) {
         const Foot foot = foot_on(a, b, place);
         if (orientation(a, b, place) != turn || foot.share <= last || foot.share >= 1.0)
             return false;
         last = foot.share;
-        for (const ElementNumber e : users_of(mesh, engine, side).solids) {
+        for (const ElementNumber e : users) {
             const Solid solid = solid_of(mesh, e);
             for (std::size_t i = 0; i < solid.count; ++i) {
                 const Point c = node_point(mesh, solid.node[i]), d = node_point(mesh, solid.behind(i));
@@ -94,9 +95,15 @@ bool may_bend(const Mesh& mesh, const Engine& engine, const Drawn& drawn, const 
         }
     }
     const auto is_near = [&](const DrawnSegment& segment, const Point& p) {
-        return foot_on(segment.from, segment.to, p).distance < drawing.tolerance;
+        return is_on(drawing, segment, p);
     };
+    Box around = box_of(a, b);
+    for (const Point& place : run)
+        around.include(place);
+    const Box reach = around.with_room({}, static_cast<float>(drawing.tolerance));
     for (const DrawnSegment& segment : drawing.segments) {
+        if (!segment.reach.meets(around))
+            continue;
         // A segment between two points of the ring would lie beyond those in between.
         std::size_t first = ring.size();
         for (std::size_t i = 0; i < ring.size(); ++i) {
@@ -112,6 +119,8 @@ bool may_bend(const Mesh& mesh, const Engine& engine, const Drawn& drawn, const 
                 return false;
     }
     return std::none_of(drawing.pins.begin(), drawing.pins.end(), [&](const Point& pin) {
+        if (!reach.holds(pin))
+            return false;
         const auto is_at = [&](const Point& place) { return distance_64(place, pin) < drawing.tolerance; };
         if (std::any_of(ring.begin(), ring.end(), is_at))
             return false;

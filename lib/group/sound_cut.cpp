@@ -74,42 +74,18 @@ bool is_in_cuttable_ground(const Mesh& mesh, const Engine& engine, NodeNumber no
                        [&](const Solid& solid) { return is_cuttable(mesh, engine, solid.element); });
 }
 
-// The boxes of what is drawn: most nodes lie in few of them.
-struct DrawnBox {
-    double left, right, low, high;
-
-    bool holds(const Point& p) const {
-        const double x = static_cast<double>(p.x), y = static_cast<double>(p.y);
-        return x >= left && x <= right && y >= low && y <= high;
-    }
-};
-
-std::vector<DrawnBox> boxes_of(const Drawing& drawing) {
-    std::vector<DrawnBox> boxes;
-    for (const DrawnSegment& segment : drawing.segments) {
-        const auto [left, right] = std::minmax(segment.from.x, segment.to.x);
-        const auto [low, high] = std::minmax(segment.from.y, segment.to.y);
-        boxes.push_back(
-            {static_cast<double>(left) - drawing.tolerance, static_cast<double>(right) + drawing.tolerance,
-             static_cast<double>(low) - drawing.tolerance, static_cast<double>(high) + drawing.tolerance});
-    }
-    return boxes;
-}
-
 // Nodes at points that are drawn stay. So does a node where a segment enters the ground, leaves it or crosses
 // a side, and none of its own sides goes on from there.
 void keep_drawn_nodes(const Mesh& mesh, const Engine& engine, const Drawing& drawing,
                       const std::set<NodeNumber>& nodes, Drawn& drawn) {
-    const std::vector<DrawnBox> boxes = boxes_of(drawing);
     for (const NodeNumber node : nodes) {
         const Point at = node_point(mesh, node);
         const auto ends_segment = [&] {
-            for (std::size_t k = 0; k < boxes.size(); ++k)
-                if (const DrawnSegment& segment = drawing.segments[k];
-                    boxes[k].holds(at) && is_on(mesh, drawing, segment, node) &&
-                    !goes_on(mesh, engine, drawn, drawing, segment, node))
-                    return true;
-            return false;
+            return std::any_of(drawing.segments.begin(), drawing.segments.end(),
+                               [&](const DrawnSegment& segment) {
+                                   return is_on(drawing, segment, at) &&
+                                          !goes_on(mesh, engine, drawn, drawing, segment, node);
+                               });
         };
         const bool stays = is_pinned(drawing, at) || ends_segment();
         if (stays && is_in_cuttable_ground(mesh, engine, node))

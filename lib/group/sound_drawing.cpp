@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "group/path_cut.h"
-#include "plane/foot.h"
 
 namespace brelan {
 
@@ -17,7 +16,8 @@ void add_pin(Drawing& drawing, const Point& point) {
 
 void add_segment(Drawing& drawing, const Point& from, const Point& to, const SegmentRow& row, std::size_t k) {
     if (distance_64(from, to) >= drawing.tolerance)
-        drawing.segments.push_back({from, to, row.end_rule == ONLY_MOVE, k});
+        drawing.segments.push_back({from, to, row.end_rule == ONLY_MOVE, k,
+                                    box_of(from, to).with_room({}, static_cast<float>(drawing.tolerance))});
 }
 
 }  // namespace

@@ -6,8 +6,8 @@
 #include "group/engine_mesh.h"
 #include "mesh/kinds.h"
 #include "plane/foot.h"
+#include "plane/openings.h"
 #include "plane/orientation.h"
-#include "plane/triangulation.h"
 
 namespace brelan {
 

@@ -116,7 +116,7 @@ struct NodeFreedom {
 NodeFreedom freedom_of(const Mesh& mesh, const Engine& engine, const Drawn& drawn, NodeNumber node);
 
 // How good the solids round a node are with the node at a place: the smallest opening
-// (plane/triangulation.h), below 0 where one would be inverted. A quadrilateral counts as its two triangles
+// (plane/openings.h), below 0 where one would be inverted. A quadrilateral counts as its two triangles
 // where these are better.
 double worst_shape(const Mesh& mesh, std::span<const Solid> solids, NodeNumber node, const Point& place);
 

@@ -11,7 +11,7 @@
 #include "group/sound_bends.h"
 #include "group/sound_smoothing.h"
 #include "plane/foot.h"
-#include "plane/triangulation.h"
+#include "plane/openings.h"
 
 namespace brelan {
 

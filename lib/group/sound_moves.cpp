@@ -9,8 +9,8 @@
 #include "group/engine_mesh.h"
 #include "plane/box.h"
 #include "plane/foot.h"
+#include "plane/openings.h"
 #include "plane/orientation.h"
-#include "plane/triangulation.h"
 
 namespace brelan {
 
@@ -144,12 +144,11 @@ private:
 
     // A node that lies on the drawing already may go along it, where all that is drawn through it goes on.
     bool may_leave(NodeNumber node, const Point& place) const {
-        return pinned_.count(node) == 0 &&
-               std::all_of(drawing_.segments.begin(), drawing_.segments.end(),
-                           [&](const DrawnSegment& segment) {
-                               return !is_on(mesh_, drawing_, segment, node) ||
-                                      foot_on(segment.from, segment.to, place).distance < drawing_.tolerance;
-                           });
+        return pinned_.count(node) == 0 && std::all_of(drawing_.segments.begin(), drawing_.segments.end(),
+                                                       [&](const DrawnSegment& segment) {
+                                                           return !is_on(mesh_, drawing_, segment, node) ||
+                                                                  is_on(drawing_, segment, place);
+                                                       });
     }
 
     double worst_of(NodeNumber node, const Point& place) const {
@@ -228,8 +227,7 @@ private:
         std::vector<Point> places;
         if (freedom.freedom == Freedom::slides) {
             const Point place = meeting_of(freedom.from, freedom.to, segment.from, segment.to);
-            if (is_between(freedom, place) &&
-                foot_on(segment.from, segment.to, place).distance < drawing_.tolerance)
+            if (is_between(freedom, place) && is_on(drawing_, segment, place))
                 places.push_back(place);
         } else {
             places.push_back(meeting_of(a, b, segment.from, segment.to));
@@ -274,9 +272,7 @@ private:
 // The box of two points with the room of the tolerance, and of what rounding takes from that.
 struct Reach {
     Reach(const Point& from, const Point& to, double tolerance)
-        : box(box_of(from, to)),
-          wide(box.with_room({}, static_cast<float>(tolerance))),
-          room(1.001 * tolerance) {}
+        : box(box_of(from, to)), room(1.001 * tolerance) {}
 
     bool meets_box_of(const Mesh& mesh, const Solid& solid) const {
         Box of = box_of(node_point(mesh, solid.node[0]), node_point(mesh, solid.node[1]));
@@ -290,7 +286,6 @@ struct Reach {
     }
 
     Box box;
-    Box wide;  // with more room: beyond it nothing is within the tolerance
     double room;
 };
 
@@ -299,7 +294,7 @@ struct Reach {
 Solids solids_met_by(const Mesh& mesh, Engine& engine, const Drawing& drawing, const DrawnSegment& segment) {
     Solids solids;
     const Reach reach(segment.from, segment.to, drawing.tolerance);
-    for (const ElementNumber e : elements_over(engine, reach.wide)) {
+    for (const ElementNumber e : elements_over(engine, segment.reach)) {
         if (!is_solid(mesh, e))
             continue;
         const Solid solid = solid_of(mesh, e);
@@ -314,9 +309,8 @@ Solids solids_met_by(const Mesh& mesh, Engine& engine, const Drawing& drawing, c
         }
         const auto has_node_on = [&] {
             const std::span<const NodeNumber> nodes = solid.nodes();
-            return std::any_of(nodes.begin(), nodes.end(), [&](NodeNumber node) {
-                return reach.wide.holds(node_point(mesh, node)) && is_on(mesh, drawing, segment, node);
-            });
+            return std::any_of(nodes.begin(), nodes.end(),
+                               [&](NodeNumber node) { return is_on(mesh, drawing, segment, node); });
         };
         if (((left && right) || has_node_on()) && is_cuttable(mesh, engine, e))
             solids.push_back(solid);
@@ -327,7 +321,8 @@ Solids solids_met_by(const Mesh& mesh, Engine& engine, const Drawing& drawing, c
 Solids solids_holding(const Mesh& mesh, Engine& engine, const Drawing& drawing, const Point& point) {
     Solids solids;
     const Reach reach(point, point, drawing.tolerance);
-    for (const ElementNumber e : elements_over(engine, reach.wide)) {
+    const Box wide = reach.box.with_room({}, static_cast<float>(drawing.tolerance));
+    for (const ElementNumber e : elements_over(engine, wide)) {
         if (!is_solid(mesh, e))
             continue;
         const Solid solid = solid_of(mesh, e);
@@ -354,7 +349,7 @@ bool crosses(const Mesh& mesh, const Drawing& drawing, const DrawnSegment& segme
 }
 
 bool is_on(const Mesh& mesh, const Drawing& drawing, const DrawnSegment& segment, NodeNumber node) {
-    return foot_on(segment.from, segment.to, node_point(mesh, node)).distance < drawing.tolerance;
+    return is_on(drawing, segment, node_point(mesh, node));
 }
 
 std::set<NodeNumber> move_onto(Mesh& mesh, Engine& engine, const Drawn& drawn, const Drawing& drawing,

@@ -13,12 +13,12 @@ namespace {
 constexpr std::size_t USUAL_WEDGES = 8;
 
 // The corners of an element in order, a repeated one once.
-struct Ring {
+struct CornerRing {
     std::array<NodeNumber, 4> node{};
     std::size_t count = 0;
 };
-Ring ring_of(const Mesh& mesh, ElementNumber e) {
-    Ring ring;
+CornerRing ring_of(const Mesh& mesh, ElementNumber e) {
+    CornerRing ring;
     for (const NodeNumber n : corners_of(mesh, e).n)
         if (n.names_one() && (ring.count == 0 || ring.node[ring.count - 1] != n))
             ring.node[ring.count++] = n;

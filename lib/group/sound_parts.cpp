@@ -147,7 +147,10 @@ private:
     Chain chain_along(const DrawnSegment& segment, const std::vector<NodeNumber>& nodes, std::size_t ring) {
         std::vector<std::pair<double, int>> on;
         for (std::size_t i = 0; i < nodes.size(); ++i) {
-            const Foot foot = foot_on(segment.from, segment.to, node_point(mesh_, nodes[i]));
+            const Point at = node_point(mesh_, nodes[i]);
+            if (!segment.reach.holds(at))
+                continue;
+            const Foot foot = foot_on(segment.from, segment.to, at);
             if (foot.distance < drawing_.tolerance) {
                 on.emplace_back(foot.share, static_cast<int>(i));
                 drawn_.lines.try_emplace(nodes[i], segment.from, segment.to);

@@ -9,8 +9,8 @@
 #include "group/engine_mesh.h"
 #include "mesh/few.h"
 #include "plane/foot.h"
+#include "plane/openings.h"
 #include "plane/orientation.h"
-#include "plane/triangulation.h"
 #include "text/as_written.h"
 
 namespace brelan {
@@ -29,6 +29,11 @@ constexpr double OPENING_OF_NOTHING = 1.523087E-8;
 
 // An opening so small, and a side so short for its coordinates, is looked at with the digits of the file.
 constexpr double DOUBTFUL = 0.001, SHORT = 1.0E-3;
+
+// The digits of a file move a coordinate by less than this share of it. Corners whose sine is more than that
+// of OPENING_OF_NOTHING, and a little, are some.
+constexpr double MOVED_BY_DIGITS = 5.5E-6, SINE_OF_SOMETHING = 2.0E-4;
+constexpr double SMALLEST_SIZE = 1.0E-30, LARGEST_SIZE = 1.0E30;  // whose digits are all there
 
 // Corners so far from closed and flat turn as their openings tell.
 constexpr double CERTAIN = 1.0E-6;
@@ -62,6 +67,31 @@ bool is_doubtful(std::span<const Point> corners, const Openings& openings) {
     return openings.shortest_square < SHORT * SHORT * size * size;
 }
 
+// True where the digits of the file can neither close a corner nor make it flat: by the most that they can
+// take from the product of its two sides and add to their lengths.
+bool outlives_digits(std::span<const Point> corners) {
+    double size = 0.0;
+    for (const Point& corner : corners)
+        size = std::max(
+            {size, std::abs(static_cast<double>(corner.x)), std::abs(static_cast<double>(corner.y))});
+    if (size < SMALLEST_SIZE || size > LARGEST_SIZE)
+        return false;
+    const double moved = 2.0 * MOVED_BY_DIGITS * size;  // of a side's length along an axis
+    const std::size_t n = corners.size();
+    for (std::size_t i = 0; i < n; ++i) {
+        const Point &a = corners[i], &b = corners[(i + 1) % n], &c = corners[(i + 2) % n];
+        const double ux = static_cast<double>(b.x) - static_cast<double>(a.x);
+        const double uy = static_cast<double>(b.y) - static_cast<double>(a.y);
+        const double vx = static_cast<double>(c.x) - static_cast<double>(b.x);
+        const double vy = static_cast<double>(c.y) - static_cast<double>(b.y);
+        const double u = std::abs(ux) + std::abs(uy), v = std::abs(vx) + std::abs(vy);
+        const double lost = moved * (u + v) + 2.0 * moved * moved;
+        if (ux * vy - uy * vx - lost <= SINE_OF_SOMETHING * (u + 2.0 * moved) * (v + 2.0 * moved))
+            return false;
+    }
+    return true;
+}
+
 bool turns_everywhere(std::span<const Point> corners) {
     const std::size_t n = corners.size();
     for (std::size_t i = 0; i < n; ++i)
@@ -77,7 +107,8 @@ double shape_as_written(std::span<const Point> corners) {
     const double shape = std::min(openings.smallest, OPENING_180 - openings.largest);
     if (shape <= -CERTAIN || (shape < CERTAIN && !turns_everywhere(corners)))
         return -1.0;
-    return is_doubtful(corners, openings) && is_flat(corners) ? -1.0 : shape;
+    const bool may_be_flat = is_doubtful(corners, openings) && !outlives_digits(corners);
+    return may_be_flat && is_flat(corners) ? -1.0 : shape;
 }
 
 class Smoother {
@@ -216,7 +247,7 @@ double shape_with(const Mesh& mesh, std::span<const Solid> solids, NodeNumber no
 
 bool is_flat_as_written(const Mesh& mesh, const Solid& solid) {
     const Outline corners = outline_of(mesh, solid);
-    return is_doubtful(corners, openings_of(corners)) && is_flat(corners);
+    return is_doubtful(corners, openings_of(corners)) && !outlives_digits(corners) && is_flat(corners);
 }
 
 void smooth(Mesh& mesh, Engine& engine, const Drawn& drawn, const std::set<NodeNumber>& nodes) {

@@ -15,7 +15,7 @@ namespace brelan {
 // border or line along it.
 void smooth(Mesh& mesh, Engine& engine, const Drawn& drawn, const std::set<NodeNumber>& nodes);
 
-// The smallest opening of solids (plane/triangulation.h), with a node at a place, and how far their corners
+// The smallest opening of solids (plane/openings.h), with a node at a place, and how far their corners
 // are from flat; below 0 where one is inverted or flat.
 double shape_with(const Mesh& mesh, std::span<const Solid> solids, NodeNumber node, const Point& place);
 

@@ -8,6 +8,7 @@
 #include "group/engine_mesh.h"
 #include "group/midsides.h"
 #include "mesh/attributes.h"
+#include "mesh/few.h"
 #include "plane/triangulation.h"
 
 namespace brelan {
@@ -23,8 +24,18 @@ constexpr int SWAP_SWEEPS = 3;
 struct Division {
     double shape = 0.0;
     ElementNumber neighbour;
-    std::array<std::vector<NodeNumber>, 2> parts;
+    std::array<Corners, 2> parts{};
 };
+
+// The nodes round two solids with a side in common.
+using RingOfTwo = Few<NodeNumber, 6>;
+
+bool has_node_twice(const RingOfTwo& ring) {
+    for (std::size_t i = 0; i < ring.size(); ++i)
+        if (std::find(ring.begin(), ring.begin() + i, ring[i]) != ring.begin() + i)
+            return true;
+    return false;
+}
 
 bool are_alike(const Mesh& mesh, ElementNumber a, ElementNumber b) {
     bool alike = mesh.words[a].material == mesh.words[b].material;
@@ -65,7 +76,7 @@ private:
         if (across.is_none())
             return std::nullopt;
         const Solid other = solid_of(mesh_, across);
-        std::vector<NodeNumber> ring;
+        RingOfTwo ring;
         for (std::size_t k = 1; k <= solid.count; ++k)
             ring.push_back(solid.node[(i + k) % solid.count]);
         const auto from = static_cast<std::size_t>(
@@ -74,7 +85,7 @@ private:
             other.node.begin());
         for (std::size_t k = 1; k + 1 < other.count; ++k)
             ring.push_back(other.node[(from + k) % other.count]);
-        if (std::set<NodeNumber>(ring.begin(), ring.end()).size() != ring.size())
+        if (has_node_twice(ring))
             return std::nullopt;
         const std::optional<Division> division = best_division(ring, across);
         const double before = std::min(shape, shape_of(outline_of(mesh_, other)));
@@ -82,7 +93,7 @@ private:
     }
 
     // Of a polygon in two: one of four corners by either diagonal.
-    std::optional<Division> best_division(const std::vector<NodeNumber>& ring, ElementNumber across) const {
+    std::optional<Division> best_division(const RingOfTwo& ring, ElementNumber across) const {
         using Half = Triangulation::Part;
         if (ring.size() == 4) {
             Division one = division_of(ring, across, {Half{0, 1, 2, -1}, Half{0, 2, 3, -1}});
@@ -95,22 +106,25 @@ private:
         return division_of(ring, across, {parts[0], parts[1]});
     }
 
-    Division division_of(const std::vector<NodeNumber>& ring, ElementNumber across,
+    Division division_of(const RingOfTwo& ring, ElementNumber across,
                          const std::array<Triangulation::Part, 2>& parts) const {
-        Division division{OPENING_180, across, {}};
+        Division division{OPENING_180, across};
         for (std::size_t p = 0; p < 2; ++p) {
+            Outline outline{};
             for (const int k : parts[p])
-                if (k >= 0)
-                    division.parts[p].push_back(ring[static_cast<std::size_t>(k)]);
-            division.shape = std::min(division.shape, shape_of(node_points(mesh_, division.parts[p])));
+                if (k >= 0) {
+                    const NodeNumber node = ring[static_cast<std::size_t>(k)];
+                    division.parts[p].n[outline.count] = node;
+                    outline.corner[outline.count++] = node_point(mesh_, node);
+                }
+            division.shape = std::min(division.shape, shape_of(outline));
         }
         return division;
     }
 
-    void write(ElementNumber e, const std::vector<NodeNumber>& part) {
+    void write(ElementNumber e, const Corners& part) {
         ask_for_midsides(mesh_, e, e);
-        set_corners(mesh_, engine_, e,
-                    {{part[0], part[1], part[2], part.size() == 4 ? part[3] : NodeNumber{}}});
+        set_corners(mesh_, engine_, e, part);
     }
 
     Mesh& mesh_;

@@ -10,7 +10,7 @@
 
 namespace brelan {
 
-// How far the corners of a solid are from closed or flat, as an opening (plane/triangulation.h); less than 0
+// How far the corners of a solid are from closed or flat, as an opening (plane/openings.h); less than 0
 // where one is pushed in.
 double shape_of(std::span<const Point> corners);
 
