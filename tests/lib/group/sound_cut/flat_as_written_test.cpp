@@ -42,18 +42,14 @@ Flatness flatness_of(const std::vector<Point>& corners) {
     for (const Point& p : corners)
         printed.push_back({as_printed(p.x), as_printed(p.y)});
     bool is_undecided = false;
-    for (std::size_t i = 0; i < n; ++i) {
-        if (orientation(printed[i], printed[(i + 1) % n], printed[(i + 2) % n]) <= 0)
-            return Flatness::flat;
-        for (const std::vector<Point>* points : {&corners, &printed}) {
-            const long double angle =
-                degrees_between((*points)[i], (*points)[(i + 1) % n], (*points)[(i + 2) % n]);
-            const long double least = std::min(angle, 180.0L - angle);
-            if (least < LEAST - DOUBT)
+    for (std::size_t i = 0; i < n; ++i)
+        for (const std::vector<Point>& points : {corners, printed}) {
+            const Point &a = points[i], &b = points[(i + 1) % n], &c = points[(i + 2) % n];
+            const long double angle = degrees_between(a, b, c), least = std::min(angle, 180.0L - angle);
+            if (orientation(a, b, c) <= 0 || least < LEAST - DOUBT)
                 return Flatness::flat;
             is_undecided = is_undecided || least < LEAST + DOUBT;
         }
-    }
     return is_undecided ? Flatness::undecided : Flatness::sound;
 }
 
