@@ -144,11 +144,11 @@ private:
 
     // A node that lies on the drawing already may go along it, where all that is drawn through it goes on.
     bool may_leave(NodeNumber node, const Point& place) const {
-        return pinned_.count(node) == 0 && std::all_of(drawing_.segments.begin(), drawing_.segments.end(),
-                                                       [&](const DrawnSegment& segment) {
-                                                           return !is_on(mesh_, drawing_, segment, node) ||
-                                                                  is_on(drawing_, segment, place);
-                                                       });
+        const auto goes_on = [&](const DrawnSegment& segment) {
+            return !is_on(mesh_, drawing_, segment, node) || is_on(drawing_, segment, place);
+        };
+        return pinned_.count(node) == 0 &&
+               std::all_of(drawing_.segments.begin(), drawing_.segments.end(), goes_on);
     }
 
     double worst_of(NodeNumber node, const Point& place) const {
