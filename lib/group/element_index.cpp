@@ -147,6 +147,7 @@ ElementsAt ElementIndex::at(const Engine& engine, NodeNumber node) const {
     }
     for (std::int32_t i = head_[node.place()]; i != NONE; i = next(i))
         elements.push_back(links_[static_cast<std::size_t>(i)].element);
+    std::reverse(elements.begin(), elements.end());
     return elements;
 }
 
@@ -159,9 +160,10 @@ ElementsAt ElementIndex::at_end_of(const Engine& engine, NodeNumber from, NodeNu
     return at(engine, i == NONE ? from : to);
 }
 
+// Most elements come in ascending number, and stand at once where they belong.
 void ElementIndex::link(NodeNumber n, ElementNumber e) {
     std::int32_t before = NONE, behind = head_[n.place()];
-    while (behind != NONE && links_[static_cast<std::size_t>(behind)].element < e) {
+    while (behind != NONE && links_[static_cast<std::size_t>(behind)].element > e) {
         before = behind;
         behind = next(behind);
     }

@@ -82,7 +82,7 @@ private:
     Point cells_per_length_;  // along x and y
     std::vector<std::vector<ElementNumber>> cells_;
     std::vector<ElementNumber> met_anywhere_;
-    ByNumber<std::int32_t> head_{NONE};  // by node: its first link; the others follow in ascending number
+    ByNumber<std::int32_t> head_{NONE};  // by node: its first link; the others follow in descending number
     std::vector<Link> links_;
     ByNumber<Placed> placed_;  // by element
     std::uint32_t mark_ = 0;

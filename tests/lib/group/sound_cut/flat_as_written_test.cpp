@@ -94,8 +94,8 @@ TEST_F(FlatAsWritten, IsWhatPrintedCoordinatesClose) {
         ASSERT_EQ(is_flat_as_written(state.mesh, solid), expected == Flatness::flat) << i;
         (expected == Flatness::flat ? flat : sound) += 1;
     }
-    EXPECT_GT(flat, 1000);
-    EXPECT_GT(sound, 1000);
+    EXPECT_GT(100 * flat, rounds(20000));
+    EXPECT_GT(100 * sound, rounds(20000));
 }
 
 }  // namespace
