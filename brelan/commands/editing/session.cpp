@@ -8,7 +8,6 @@
 
 #include "analysis/soundness.h"
 #include "cli/exit_status.h"
-#include "cli/file_watch.h"
 #include "cli/input_file.h"
 #include "commands/batch/pass_trace.h"
 #include "commands/editing/deck_json.h"
@@ -65,6 +64,7 @@ struct EditSession::Drawn {
 EditSession::EditSession(const EditOptions& options, const Context& context)
     : options_(options),
       context_(context),
+      changes_(file_of(options)),
       file_(file_of(options)),
       place_{project_of(options), {}},
       server_(routes(), options.port),
@@ -94,11 +94,10 @@ EditSession::Noted EditSession::noted(const std::string& shown) {
 }
 
 void EditSession::watch(const std::stop_token& end) {
-    FileWatch file(file_.path());
     std::mutex mutex;
     std::unique_lock lock(mutex);
     while (!ends_.wait_for(lock, end, FileWatch::EACH, [&] { return end.stop_requested(); })) {
-        if (!file.changed())
+        if (!changes_.changed())
             continue;
         try {
             if (const std::optional<DeckState> news = file_.news())

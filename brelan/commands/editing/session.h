@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "cli/context.h"
+#include "cli/file_watch.h"
 #include "cli/json.h"
 #include "commands/commands.h"
 #include "commands/editing/deck_file.h"
@@ -64,6 +65,7 @@ private:
 
     const EditOptions options_;
     const Context context_;
+    FileWatch changes_;  // of the file, from before it is read, so that none is missed
     DeckFile file_;
     DeckPlace place_;
     std::mutex data_mutex_;
@@ -76,7 +78,7 @@ private:
     std::shared_ptr<const Drawn> drawn_;
     PageServer server_;  // it answers as soon as it is there
     std::condition_variable_any ends_;
-    std::jthread watcher_;  // of the file; last, so that it ends first
+    std::jthread watcher_;  // tells of the changes; last, so that it ends first
 };
 
 }  // namespace brelan::tool

@@ -8,6 +8,7 @@ import signal
 import struct
 import subprocess
 import tempfile
+import time
 import unittest
 
 BRELAN = os.environ["BRELAN"]
@@ -51,17 +52,21 @@ class Served:
         return json.loads(body)
 
     def events(self):
-        """Name and data of each event, as they come."""
+        """Name and data of each event, as they come; signs of life alone do not do for ever."""
         connection = http.client.HTTPConnection(self.host, timeout=SECONDS)
         connection.request("GET", f"/{self.token}/events")
         answer = connection.getresponse()
         name = None
+        begun = time.monotonic()
         try:
             for line in iter(answer.readline, b""):
                 if line.startswith(b"event: "):
                     name = line[7:-1].decode()
                 elif line.startswith(b"data: "):
                     yield name, json.loads(line[6:])
+                    begun = time.monotonic()
+                elif time.monotonic() - begun > SECONDS:
+                    raise AssertionError("no event came")
         finally:
             connection.close()
 
