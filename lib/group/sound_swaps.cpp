@@ -61,7 +61,7 @@ public:
         for (std::size_t i = 0; i < solid.count; ++i)
             if (std::optional<Division> found = divide_with_neighbour(solid, shape, i);
                 found && (!best || found->shape > best->shape))
-                best = std::move(found);
+                best = found;
         if (!best)
             return false;
         write(e, best->parts[0]);
