@@ -23,13 +23,6 @@ public:
         ++size_;
     }
 
-    // Leaves out the last ones.
-    void shorten_to(std::size_t size) {
-        size_ = size;
-        if (!more_.empty())
-            more_.resize(size);
-    }
-
     T* begin() { return more_.empty() ? own_.data() : more_.data(); }
     T* end() { return begin() + size_; }
     const T* begin() const { return more_.empty() ? own_.data() : more_.data(); }

@@ -30,24 +30,6 @@ TEST(Few, holds_more_than_it_has_room_for_in_order) {
     EXPECT_EQ(numbers_to(5).size(), 5U);
 }
 
-TEST(Few, is_shortened_and_goes_on_behind_what_is_left) {
-    for (const int last : {3, 5}) {
-        FewNumbers numbers = numbers_to(last);
-        numbers.shorten_to(2);
-        numbers.push_back(9);
-        EXPECT_EQ(all_of(numbers), (std::vector<int>{1, 2, 9})) << last;
-    }
-}
-
-TEST(Few, shortened_to_nothing_begins_anew) {
-    FewNumbers numbers = numbers_to(5);
-    numbers.shorten_to(0);
-    EXPECT_TRUE(numbers.empty());
-    for (const int i : {7, 8, 9, 10})
-        numbers.push_back(i);
-    EXPECT_EQ(all_of(numbers), (std::vector<int>{7, 8, 9, 10}));
-}
-
 TEST(Few, is_a_range_that_is_sorted_and_seen_as_a_span) {
     for (const int last : {2, 4}) {
         FewNumbers numbers = numbers_to(last);
@@ -64,9 +46,7 @@ TEST(Few, equals_what_has_the_same_entries) {
     EXPECT_TRUE(numbers_to(2) == numbers_to(2));
     EXPECT_TRUE(numbers_to(4) == numbers_to(4));
     EXPECT_FALSE(numbers_to(2) == numbers_to(4));
-    FewNumbers other = numbers_to(4);
-    other.shorten_to(2);
-    EXPECT_TRUE(other == numbers_to(2));
+    FewNumbers other = numbers_to(2);
     other[1] = 5;
     EXPECT_FALSE(other == numbers_to(2));
 }
